@@ -56,7 +56,7 @@ std::string_view trimmed(std::string_view text) {
   return text.substr(first, text.find_last_not_of(space) - first + 1);
 }
 
-JSONValue::Number number(std::string_view token) {
+JSONValue::Number readNumber(std::string_view token) {
   const auto text = trimmed(token);
   if (!isNumber(text))
     throw JSONError("a number is not written as JSON asks");
@@ -88,7 +88,7 @@ template <class Source> JSONValue read(Source& source, std::size_t depth) {
   }
   case ondemand::json_type::number: {
     if constexpr (std::is_same_v<Source, ondemand::value>)
-      return number(source.raw_json_token());
+      return readNumber(source.raw_json_token());
     else
       throw JSONError("a number is not written as JSON asks");
   }
@@ -214,7 +214,7 @@ JSONValue JSONValue::parse(std::string_view text) {
   if (text.size() > maximumSize)
     throw JSONError("the text is too long");
   if (const auto whole = trimmed(text); isNumber(whole))
-    return number(whole);
+    return readNumber(whole);
   ondemand::parser parser;
   const simdjson::padded_string padded(text);
   ondemand::document document = unwrap(parser.iterate(padded));

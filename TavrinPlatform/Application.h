@@ -1,0 +1,30 @@
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace tavrin {
+
+/// The process as the desktop sees it.
+class Application {
+public:
+  virtual ~Application() = default;
+
+  virtual std::vector<std::string> arguments() const = 0;
+  /// Ends the event loop; what runs after it still runs.
+  virtual void terminate() = 0;
+  /// The critical request: the tile asks for attention until the user comes.
+  virtual void requestUserAttention() = 0;
+  virtual void cancelUserAttention() = 0;
+
+  /// The user clicked the tile, or asked for the running application.
+  std::function<void()> onReopen;
+  /// Files dropped on the tile or opened with the application; answers whether they were taken.
+  std::function<bool(const std::vector<std::filesystem::path>&)> onOpenFiles;
+  /// The user went to another application.
+  std::function<void()> onResignActive;
+};
+
+} // namespace tavrin

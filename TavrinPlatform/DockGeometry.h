@@ -1,0 +1,38 @@
+#pragma once
+
+#include "TavrinPlatform/Geometry.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace tavrin {
+
+struct ScreenFrames {
+  Rect frame;
+  /// The frame less what panels and bars reserve.
+  Rect visibleFrame;
+};
+
+/// "com.apple.dock" as far as tiles need it; the defaults stand in for missing entries.
+struct DockPreferences {
+  std::string orientation = "bottom";
+  double tileSize = 48;
+  bool magnification = false;
+};
+
+/// Where the Dock, the pointer and the screens are, asked anew at each call.
+class DockGeometry {
+public:
+  virtual ~DockGeometry() = default;
+  /// The Dock's frame; no value where it is unknown.
+  virtual std::optional<Rect> dockFrame() const = 0;
+  virtual DockPreferences preferences() const = 0;
+  virtual Point pointer() const = 0;
+  /// All screens, the one with the menu bar first; may be empty.
+  virtual std::vector<ScreenFrames> screens() const = 0;
+  /// The screen with the keyboard focus.
+  virtual std::optional<ScreenFrames> mainScreen() const = 0;
+};
+
+} // namespace tavrin

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QImage>
+#include <QPointF>
+#include <QSizeF>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace tavrin {
+
+/// This process's tile in the Dock: a picture, and what the user does to it.
+class DockTile {
+public:
+  /// The picture's size in points and the pixels per point. A square when `span` is 1, else the
+  /// body of a wide tile, `span` pitches long.
+  struct Format {
+    double tileSize = 48;
+    int span = 1;
+    double scale = 1;
+    bool operator==(const Format&) const = default;
+  };
+
+  virtual ~DockTile() = default;
+
+  virtual Format format() const = 0;
+  /// Asks for a tile `span` wide; a surface that has square tiles only keeps 1.
+  virtual void setSpan(int span) = 0;
+  /// The tile's name for tooltips and assistive technology.
+  virtual void setLabel(const std::string& name, const std::string& value) = 0;
+  /// Shows `image`, whose size is that of `format()` in pixels. Copies what it needs.
+  virtual void display(const QImage& image) = 0;
+  /// Whether anybody can see the tile now.
+  virtual bool isVisible() const = 0;
+
+  /// The tile has another format now and wants to be drawn again.
+  std::function<void()> onFormatChange;
+  std::function<void()> onVisibilityChange;
+  /// A click at a place in the picture, in points from its top left. True when it was used up,
+  /// by a button in the picture; otherwise it is a reopen request.
+  std::function<bool(QPointF)> onClick;
+  /// Asks what stands under the pointer, for the cursor: true over a button.
+  std::function<bool(QPointF)> onHover;
+};
+
+} // namespace tavrin

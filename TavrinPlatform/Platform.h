@@ -1,0 +1,44 @@
+#pragma once
+
+#include "TavrinCore/Base/Log.h"
+#include "TavrinPlatform/Application.h"
+#include "TavrinPlatform/Clock.h"
+#include "TavrinPlatform/DistributedNotificationCenter.h"
+#include "TavrinPlatform/DockGeometry.h"
+#include "TavrinPlatform/FileManager.h"
+#include "TavrinPlatform/MainBundle.h"
+#include "TavrinPlatform/ProcessRunner.h"
+#include "TavrinPlatform/RunLoop.h"
+#include "TavrinPlatform/SoundPlayer.h"
+#include "TavrinPlatform/UserDefaults.h"
+#include "TavrinPlatform/UserNotificationCenter.h"
+#include "TavrinPlatform/Workspace.h"
+
+namespace tavrin {
+
+class DockTile;
+class PanelPopover;
+
+/// All services of one desktop. A member is made when it is first asked for.
+class Platform {
+public:
+  virtual ~Platform() = default;
+
+  virtual LogSink& log() = 0;
+  virtual Clock& clock() = 0;
+  virtual RunLoop& runLoop() = 0;
+  virtual Application& application() = 0;
+  virtual MainBundle& mainBundle() = 0;
+  virtual FileManager& fileManager() = 0;
+  virtual UserDefaults& userDefaults() = 0;
+  virtual DistributedNotificationCenter& notifications() = 0;
+  virtual DockTile& dockTile() = 0;
+  virtual DockGeometry& dockGeometry() = 0;
+  virtual PanelPopover& popover() = 0;
+  virtual Workspace& workspace() = 0;
+  virtual UserNotificationCenter& userNotifications() = 0;
+  virtual SoundPlayer& sounds() = 0;
+  virtual ProcessRunner& processes() = 0;
+};
+
+} // namespace tavrin

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "TavrinPlatform/RunLoop.h"
+
+#include <cstddef>
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace tavrin {
+
+struct ProcessRequest {
+  std::string program;
+  std::vector<std::string> arguments;
+  std::string standardInput;
+  /// Added to this process's environment.
+  std::map<std::string, std::string> environment;
+  double timeLimit = 30;
+  /// Each pipe's bound; what comes after it is read and dropped.
+  std::size_t outputLimit = 4 * 1024 * 1024;
+};
+
+struct ProcessResult {
+  enum class Outcome { exited, signalled, timedOut, failedToStart };
+  Outcome outcome = Outcome::failedToStart;
+  /// Exit status, or the signal's number.
+  int status = -1;
+  std::string standardOutput;
+  std::string standardError;
+  bool wasTruncated = false;
+};
+
+/// Child processes with a time limit. Nothing waits on the main thread.
+class ProcessRunner {
+public:
+  virtual ~ProcessRunner() = default;
+  /// Calls `done` on the main thread once the child is gone, unless the token goes first; then
+  /// the child is ended.
+  [[nodiscard]] virtual TokenPtr run(ProcessRequest request,
+                                     std::function<void(const ProcessResult&)> done) = 0;
+};
+
+} // namespace tavrin

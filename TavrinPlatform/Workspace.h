@@ -1,0 +1,44 @@
+#pragma once
+
+#include "TavrinPlatform/RunLoop.h"
+
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace tavrin {
+
+struct RunningApplication {
+  long processIdentifier = 0;
+  std::string bundleIdentifier;
+  std::string name;
+  bool operator==(const RunningApplication&) const = default;
+};
+
+/// The desktop around the application.
+class Workspace {
+public:
+  virtual ~Workspace() = default;
+
+  /// The application the user is in; no value where the desktop does not tell.
+  virtual std::optional<RunningApplication> frontmostApplication() const = 0;
+  /// Opens a file or an address with what the user has for it.
+  virtual void open(const std::string& target) = 0;
+
+  /// The computer woke up; the wall clock, the time zone or the day changed.
+  [[nodiscard]] virtual TokenPtr observeWake(std::function<void()> handler) = 0;
+  [[nodiscard]] virtual TokenPtr observeDayChange(std::function<void()> handler) = 0;
+  [[nodiscard]] virtual TokenPtr observeClockChange(std::function<void()> handler) = 0;
+
+  /// The desktop asks programs to save energy.
+  virtual bool isLowPowerMode() const = 0;
+  [[nodiscard]] virtual TokenPtr observeLowPowerMode(std::function<void()> handler) = 0;
+
+  virtual bool prefersReducedMotion() const = 0;
+  virtual bool prefersDarkAppearance() const = 0;
+  [[nodiscard]] virtual TokenPtr observeAppearance(std::function<void()> handler) = 0;
+};
+
+} // namespace tavrin
