@@ -21,11 +21,19 @@ public:
     bool operator==(const Format&) const = default;
   };
 
+  /// Where the tile stands among its neighbours, counted in cells of one pitch.
+  struct Place {
+    int cellsBefore = 0;
+    int span = 1;
+    int cellsInAll = 1;
+    bool operator==(const Place&) const = default;
+  };
+
   virtual ~DockTile() = default;
 
   virtual Format format() const = 0;
-  /// Asks for a tile `span` wide; a surface that has square tiles only keeps 1.
-  virtual void setSpan(int span) = 0;
+  /// A surface that has square tiles only keeps `format().span` at 1.
+  virtual void setPlace(const Place& place) = 0;
   /// The tile's name for tooltips and assistive technology.
   virtual void setLabel(const std::string& name, const std::string& value) = 0;
   /// Shows `image`, whose size is that of `format()` in pixels. Copies what it needs.
