@@ -28,9 +28,9 @@ PomodoroWidgetController::PomodoroWidgetController(const SlotContext& context,
 }
 
 AnyView PomodoroWidgetController::tileView(const TileSize& size) const {
-  return size.isWide() ? pomodoroWideTile(model_.run(), model_.settings(), model_.now(), size,
-                                          actions_)
-                       : pomodoroTileIcon(model_.run(), model_.settings(), model_.now(), size);
+  return size.isWide()
+             ? pomodoroWideTile(model_.run(), model_.settings(), model_.now(), size, actions_)
+             : pomodoroTileIcon(model_.run(), model_.settings(), model_.now(), size);
 }
 
 PanelView* PomodoroWidgetController::makePanelView(const PanelAppearance& appearance) {
@@ -61,9 +61,9 @@ void PomodoroWidgetController::timeJumped() {
 
 RunWidgetController::Shown PomodoroWidgetController::shown() const {
   const auto& run = model_.run();
-  return {run.displayedSeconds(model_.now(), model_.settings()),
-          fmt::format("{}-{}-{}-{}", run.isRunning(), run.hasStarted(), nameOf(run.phase),
-                      run.cycle)};
+  return {
+      run.displayedSeconds(model_.now(), model_.settings()),
+      fmt::format("{}-{}-{}-{}", run.isRunning(), run.hasStarted(), nameOf(run.phase), run.cycle)};
 }
 
 RunWidgetController::End PomodoroWidgetController::end() const {

@@ -57,8 +57,7 @@ void RunWidgetController::tick() {
   readClock();
   if (finishIfOver())
     return;
-  if (const auto date = end().date;
-      date && date->since(platform().clock().now()) <= noticeMargin)
+  if (const auto date = end().date; date && date->since(platform().clock().now()) <= noticeMargin)
     endNotification_.withdraw();
   renderTile(false);
 }

@@ -17,9 +17,8 @@ TimerWidgetController::TimerWidgetController(const SlotContext& context, const D
 }
 
 AnyView TimerWidgetController::tileView(const TileSize& size) const {
-  return size.isWide()
-             ? timerWideTile(model_.run(), model_.now(), model_.tint(), size, actions_)
-             : timerTileIcon(model_.run(), model_.now(), model_.tint(), size);
+  return size.isWide() ? timerWideTile(model_.run(), model_.now(), model_.tint(), size, actions_)
+                       : timerTileIcon(model_.run(), model_.now(), model_.tint(), size);
 }
 
 PanelView* TimerWidgetController::makePanelView(const PanelAppearance& appearance) {

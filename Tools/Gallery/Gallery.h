@@ -18,5 +18,6 @@ using GallerySheet = std::vector<GalleryTile>;
 
 /// One function per family of kinds, in its own file; main.cpp lists them with their file names.
 GallerySheet kitGallery();
+GallerySheet timersGallery();
 
 } // namespace tavrin

@@ -19,6 +19,7 @@ struct NamedSheet {
 
 constexpr NamedSheet sheets[] = {
     {"kit", kitGallery},
+    {"timers", timersGallery},
 };
 
 constexpr double captionHeight = 16;
