@@ -59,8 +59,8 @@ PanelPalette PanelPalette::make(const PanelAppearance& appearance) {
   const QColor deep(0x1C, 0x1C, 0x1E);
   p.onFill = contrast(palette::white, p.fill) >= 4.5 ? palette::white : deep;
   // Away from what stands on it, but where there is no way left.
-  const bool darker = p.onFill == palette::white ? luminance(p.fill) > 0.03
-                                                 : luminance(p.fill) > 0.85;
+  const bool darker =
+      p.onFill == palette::white ? luminance(p.fill) > 0.03 : luminance(p.fill) > 0.85;
   const QColor away = darker ? palette::black : palette::white;
   p.fillHover = mix(p.fill, away, 0.10);
   p.fillPressed = mix(p.fill, away, 0.22);
