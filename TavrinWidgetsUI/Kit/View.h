@@ -93,10 +93,7 @@ template <std::equality_comparable Key> struct Canvas : Modifiers<Canvas<Key>> {
   Key key;
   Painter painter = nullptr;
 
-  QSizeF measure(ViewContext&, const QSizeF& offer) const {
-    const auto side = [](double value) { return value < unbounded ? value : 0.0; };
-    return {side(offer.width()), side(offer.height())};
-  }
+  QSizeF measure(ViewContext&, const QSizeF& offer) const { return offer; }
   void paint(ViewContext& context, const QRectF& rect) const;
   bool operator==(const Canvas&) const = default;
 };

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "TavrinWidgetsUI/Kit/TileLayout.h"
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace tavrin {
+
+/// A named tile to be looked at, made for the size asked for.
+struct GalleryTile {
+  std::string name;
+  int span = 1;
+  std::function<AnyView(const TileSize&)> view;
+};
+using GallerySheet = std::vector<GalleryTile>;
+
+/// One function per family of kinds, in its own file; main.cpp lists them with their file names.
+GallerySheet kitGallery();
+
+} // namespace tavrin
