@@ -107,6 +107,7 @@ public:
   /// The button under this point of the row, -1 for none. `row` in the viewport's coordinates.
   int actionAt(const QModelIndex& index, const QPoint& point) const;
   bool isReadOnly() const { return readOnly_; }
+  bool isPressed(const QModelIndex& index) const { return pressed_.isValid() && pressed_ == index; }
   int rowHeight() const;
 
 protected:
