@@ -188,7 +188,7 @@ void SystemWidgetModel::setSavesEnergy(bool savesEnergy) {
     start();
 }
 
-void SystemWidgetModel::panelOpened() {
+void SystemWidgetModel::panelChanged() {
   sample(clock_.now());
   updateTicker();
 }

@@ -50,9 +50,8 @@ public:
   bool savesEnergy() const { return savesEnergy_; }
   void setSavesEnergy(bool savesEnergy);
 
-  /// The panel opened: it shows what the tile has no room for. That it closed again is found out
-  /// at the next tick, through `isPanelShown`.
-  void panelOpened();
+  /// The panel opened or closed: an open one shows more than the tile has room for.
+  void panelChanged();
   std::function<bool()> isPanelShown;
 
   /// What is shown differs now.
