@@ -7,6 +7,8 @@
 #include "TavrinWidgetsUI/ClockViews.h"
 #include "TavrinWidgetsUI/CountdownPanelView.h"
 #include "TavrinWidgetsUI/CountdownViews.h"
+#include "TavrinWidgetsUI/StopwatchPanelView.h"
+#include "TavrinWidgetsUI/StopwatchViews.h"
 #include "TavrinWidgetsUI/TimeProgressPanelView.h"
 #include "TavrinWidgetsUI/TimeProgressViews.h"
 #include "TavrinWidgetsUI/UnavailableViews.h"
@@ -33,7 +35,9 @@ StopwatchRun storedStopwatch(const UserDefaults& defaults, const UUID& id) {
 SystemWidgetController::SystemWidgetController(const SlotContext& context, const DockWidget& widget)
     : BasicWidgetController(context, widget),
       model_(platform().clock(), platform().runLoop(), platform().workspace(), widget,
-             storedStopwatch(platform().userDefaults(), widget.id)) {
+             storedStopwatch(platform().userDefaults(), widget.id)),
+      actions_{[this] { model_.toggleStopwatch(); }, [this] { model_.lapStopwatch(); },
+               [this] { model_.resetStopwatch(); }} {
   model_.isPanelShown = [this] { return this->context().panel.isShown(); };
   model_.onStopwatchChange = [this] {
     platform().userDefaults().set(stopwatchKey(model_.widget().id), encode(model_.stopwatch()));
@@ -72,6 +76,9 @@ AnyView SystemWidgetController::tileView(const TileSize& size) const {
     return size.isWide() ? timeProgressWideTile(reading, size)
                          : timeProgressTileIcon(reading, size);
   }
+  if (kind.get<StopwatchSettings>())
+    return size.isWide() ? stopwatchWideTile(model_.stopwatch(), model_.now(), size, actions_)
+                         : stopwatchTileIcon(model_.stopwatch(), model_.now(), size);
   return unavailableTile(model_.widget(), size);
 }
 
@@ -84,6 +91,15 @@ PanelView* SystemWidgetController::makePanelView(const PanelAppearance& appearan
     return new CountdownPanelView(appearance, model_, edit);
   if (kind.get<TimeProgressSettings>())
     return new TimeProgressPanelView(appearance, model_, edit);
+  if (kind.get<StopwatchSettings>())
+    return new StopwatchPanelView(
+        appearance, {.name = [this] { return QString::fromStdString(model_.widget().name); },
+                     .run = [this]() -> const StopwatchRun& { return model_.stopwatch(); },
+                     .now = [this] { return model_.now(); },
+                     .toggle = actions_.toggle,
+                     .lap = actions_.lap,
+                     .reset = actions_.reset,
+                     .edit = edit});
   return new UnavailablePanelView(
       appearance, [this]() -> const DockWidget& { return model_.widget(); }, edit);
 }
@@ -92,9 +108,10 @@ QColor SystemWidgetController::tint() const {
   const auto& kind = model_.widget().kind;
   if (const auto* settings = kind.get<TimeProgressSettings>())
     return timeProgressTint(settings->scope);
-  return kind.get<CountdownSettings>() ? countdownAccent
-         : kind.get<ClockSettings>()   ? clockTint
-                                       : palette::blue;
+  return kind.get<CountdownSettings>()   ? countdownAccent
+         : kind.get<ClockSettings>()     ? clockTint
+         : kind.get<StopwatchSettings>() ? stopwatchTint
+                                         : palette::blue;
 }
 
 } // namespace tavrin

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TavrinSlot/BasicWidgetController.h"
+#include "TavrinWidgetsUI/StopwatchViews.h"
 #include "TavrinWidgetsUI/SystemWidgetModel.h"
 
 namespace tavrin {
@@ -23,6 +24,7 @@ protected:
 
 private:
   SystemWidgetModel model_;
+  StopwatchActions actions_;
 };
 
 } // namespace tavrin

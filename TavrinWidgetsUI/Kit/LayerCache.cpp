@@ -16,6 +16,8 @@ const LayerCache::Layer* LayerCache::find(const AnyView& view, const QRectF& wit
 
 const LayerCache::Layer& LayerCache::add(Layer layer) {
   layers_.push_front(std::move(layer));
+  if (layers_.size() > countLimit)
+    layers_.pop_back();
   qsizetype bytes = 0;
   for (auto entry = layers_.begin(); entry != layers_.end();) {
     bytes += entry->image.sizeInBytes();

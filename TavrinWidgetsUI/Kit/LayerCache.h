@@ -21,7 +21,8 @@ public:
     std::vector<AccessibleElement> elements;
   };
 
-  static constexpr qsizetype byteLimit = 768 * 1024;
+  static constexpr qsizetype byteLimit = 1280 * 1024;
+  static constexpr std::size_t countLimit = 6;
 
   /// No value where there is none yet; valid until the next call.
   const Layer* find(const AnyView& view, const QRectF& within, double scale);

@@ -47,7 +47,10 @@ struct Frame {
   }
   static double taken(double offer, double content, const std::optional<double>& min,
                       const std::optional<double>& max) {
-    const double least = min.value_or(max ? std::min(content, *max) : content);
+    // What fills its room takes no more than that, however large its content is.
+    const double least = min.value_or(!max               ? content
+                                      : *max < unbounded ? std::min(content, *max)
+                                                         : 0);
     return max ? std::max(std::min(offer, *max), least) : std::max(content, least);
   }
   QSizeF measure(ViewContext& context, const QSizeF& offer) const {
@@ -206,6 +209,7 @@ LayerCache::Layer paintedLayer(ViewContext& context, const AnyView& content, con
   painter.scale(scale, scale);
   ViewContext inner(painter, scale, context.text, context.layers);
   inner.spokenFor = context.spokenFor;
+  inner.isInLayer = true;
   content.paint(inner, {QPointF(0, 0), within.size() / scale});
   layer.buttons = std::move(inner.buttons);
   layer.elements = std::move(inner.elements);
@@ -215,7 +219,7 @@ LayerCache::Layer paintedLayer(ViewContext& context, const AnyView& content, con
 void Cached::paint(ViewContext& context, const QRectF& rect) const {
   QPainter& painter = context.painter;
   const QTransform world = painter.worldTransform();
-  if (world.type() > QTransform::TxScale || rect.isEmpty()) {
+  if (context.isInLayer || world.type() > QTransform::TxScale || rect.isEmpty()) {
     content.paint(context, rect);
     return;
   }

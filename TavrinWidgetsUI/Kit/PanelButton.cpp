@@ -73,7 +73,7 @@ QSize PanelButton::sizeHint() const {
   const double words = QFontMetricsF(font()).horizontalAdvance(title_);
   const double mark = marked ? (title_.isEmpty() ? 15 : 21) : 0;
   const bool bare = kind_ == Kind::plain || kind_ == Kind::faint;
-  const int height = kind_ == Kind::prominent ? 32 : panel::controlHeight;
+  const int height = bare ? panel::controlHeight : panel::buttonHeight;
   return {int(std::ceil(words + mark)) + (bare ? 16 : 28), height};
 }
 

@@ -66,7 +66,8 @@ void PanelFigure::rebuild() {
   if (!unit_.isEmpty()) {
     const double unitSize = std::max(11.0, size_ * 0.4);
     whole =
-        hstack({number, tavrin::text(unit_).size(unitSize).weight(FontWeight::medium).colour(p.secondary)})
+        hstack({number,
+                tavrin::text(unit_).size(unitSize).weight(FontWeight::medium).colour(p.secondary)})
             .spacing(size_ * 0.12)
             .align(Alignment::bottom);
   }

@@ -149,12 +149,12 @@ void PanelGrid::setCells(std::vector<PanelCell> cells) {
   modelOf(*this).set(std::move(cells));
   if (current >= 0 && count() > 0)
     setCurrentCell(std::min(current, count() - 1));
-  updateGeometry();
+  applySide();
 }
 
 void PanelGrid::setCells(int count, std::function<PanelCell(int)> cell) {
   modelOf(*this).set(count, std::move(cell));
-  updateGeometry();
+  applySide();
 }
 
 int PanelGrid::count() const {
@@ -170,7 +170,7 @@ void PanelGrid::setCurrentCell(int index) {
 
 void PanelGrid::setMaximumVisibleRows(int rows) {
   maximumRows_ = rows;
-  updateGeometry();
+  applySide();
 }
 
 // Room for the scroll bar is kept always, so that nothing moves when it comes.
@@ -189,9 +189,14 @@ QSize PanelGrid::minimumSizeHint() const {
 }
 
 void PanelGrid::resizeEvent(QResizeEvent* event) {
-  const int cell = side(width());
-  setGridSize({cell, cell});
+  applySide();
   QListView::resizeEvent(event);
+}
+
+void PanelGrid::applySide() {
+  const QSize cell(side(width()), side(width()));
+  if (cell != gridSize())
+    setGridSize(cell);
   updateGeometry();
 }
 

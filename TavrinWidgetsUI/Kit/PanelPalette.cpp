@@ -77,6 +77,7 @@ QPalette PanelPalette::palette() const {
     q.setColor(QPalette::Disabled, role, disabledText);
   }
   all(QPalette::PlaceholderText, secondary);
+  q.setColor(QPalette::Disabled, QPalette::PlaceholderText, disabledText);
   all(QPalette::Mid, hairline);
   all(QPalette::Link, accent);
   all(QPalette::Highlight, fill);

@@ -10,6 +10,7 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QMenu>
+#include <QScrollBar>
 #include <QStyleOption>
 
 namespace tavrin {
@@ -27,6 +28,9 @@ void PanelStyle::polish(QWidget* widget) {
       qobject_cast<QComboBox*>(widget) || qobject_cast<QAbstractSpinBox*>(widget) ||
       qobject_cast<QLineEdit*>(widget))
     widget->setAttribute(Qt::WA_Hover);
+  // Its ground shows through beside the thumb.
+  if (qobject_cast<QScrollBar*>(widget))
+    widget->setAttribute(Qt::WA_OpaquePaintEvent, false);
   if (auto* menu = qobject_cast<QMenu*>(widget)) {
     menu->setAttribute(Qt::WA_TranslucentBackground);
     if (const QWidget* owner = menu->parentWidget()) {

@@ -90,7 +90,8 @@ PanelEmptyState::PanelEmptyState(const QString& symbol, const QString& sentence,
       hint_(new PanelText({}, PanelTextStyle::secondary, this)),
       step_(new PanelButton(PanelButton::Kind::quiet, {}, {}, this)) {
   auto* column = new QVBoxLayout(this);
-  column->setContentsMargins(panel::grid, 2 * panel::grid + 40, panel::grid, 2 * panel::grid);
+  column->setContentsMargins(3 * panel::grid, 2 * panel::grid + 40, 3 * panel::grid,
+                             2 * panel::grid);
   column->setSpacing(panel::grid / 2);
   sentence_->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
   hint_->setAlignment(Qt::AlignHCenter | Qt::AlignTop);

@@ -63,7 +63,7 @@ QPainterPath superellipsePath(const QRectF& rect, double radius) {
 Shape Shape::fill(const QColor& colour) const {
   Shape result = *this;
   result.fillColour = colour;
-  result.fillEndColour = {};
+  result.fillEndColour = QColor();
   return result;
 }
 

@@ -12,6 +12,8 @@ namespace tavrin {
 namespace {
 
 constexpr double lineHeight = 1.2;
+/// Figures have no descenders.
+constexpr double figureHeight = 0.95;
 constexpr double leastFit = 0.85;
 
 using Digits = TextEngine::Digits;
@@ -31,6 +33,12 @@ double fittedSize(const Text& text, TextEngine& engine, double width) {
   const double least = text.figureMinimum ? std::min(*text.figureMinimum, text.pointSize)
                                           : text.pointSize * leastFit;
   return std::max(text.pointSize * width / wanted, least);
+}
+
+/// As many of the allowed lines as the room is high for; one at least.
+int linesIn(const Text& text, double height) {
+  const double count = std::floor(height / (text.pointSize * lineHeight) + 0.01);
+  return static_cast<int>(std::clamp(count, 1.0, double(text.lineLimit)));
 }
 
 void drawLine(ViewContext& context, const Text& text, const QString& line, double size,
@@ -99,8 +107,8 @@ QSizeF Text::measure(ViewContext& context, const QSizeF& offer) const {
   if (string.isEmpty() && widestForm.isEmpty())
     return {0, 0};
   if (lineLimit > 1 && offer.width() > 0 && offer.width() < unbounded) {
-    const QStringList parts =
-        context.text.lines(string, fontWeight, pointSize, offer.width(), lineLimit);
+    const QStringList parts = context.text.lines(string, fontWeight, pointSize, offer.width(),
+                                                 linesIn(*this, offer.height()));
     double widest = 0;
     for (const QString& part : parts)
       widest =
@@ -112,8 +120,9 @@ QSizeF Text::measure(ViewContext& context, const QSizeF& offer) const {
   if (!figureMinimum)
     return {std::min(ideal, offer.width()), line};
   const double size = fittedSize(*this, context.text, offer.width());
-  return {std::max(std::min(ideal, offer.width()), ideal * size / pointSize),
-          size < pointSize ? size * lineHeight : line};
+  const double least = std::min(*figureMinimum, pointSize);
+  const double overflowing = size > least ? 0 : ideal * size / pointSize;
+  return {std::max(std::min(ideal, offer.width()), overflowing), size * figureHeight};
 }
 
 void Text::paint(ViewContext& context, const QRectF& rect) const {
@@ -123,8 +132,8 @@ void Text::paint(ViewContext& context, const QRectF& rect) const {
     context.addElement({string, {}, rect});
   context.painter.setPen(inkColour);
   if (lineLimit > 1) {
-    const QStringList parts =
-        context.text.lines(string, fontWeight, pointSize, rect.width(), lineLimit);
+    const QStringList parts = context.text.lines(string, fontWeight, pointSize, rect.width(),
+                                                 linesIn(*this, rect.height()));
     double y = rect.y();
     for (const QString& part : parts) {
       drawLine(context, *this, part, pointSize, {rect.x(), y, rect.width(), pointSize * lineHeight},

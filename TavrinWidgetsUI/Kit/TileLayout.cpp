@@ -11,9 +11,16 @@ constexpr double pitchRatio = 1.0625;
 constexpr double paddingRatio = 0.12;
 constexpr double borderRatio = 0.07;
 constexpr double figureRatio = 0.32;
+/// On one line a figure goes down to this before its seconds move below it.
+constexpr double leastFigureRatio = 0.18;
+/// Between a progress border and what stands inside.
+constexpr double borderGapRatio = 0.05;
 constexpr double captionRatio = 0.135;
 constexpr double actionRatio = 0.44;
 constexpr double captionThreshold = 56;
+constexpr double wideCaptionRatio = 0.17;
+constexpr double wideMarkRatio = 0.6;
+constexpr double leastWordsRatio = 0.8;
 
 Text figureText(const QString& string, const QString& widest, double points, const QColor& ground) {
   return text(string)
@@ -33,28 +40,30 @@ Text captionText(const QString& string, double points, const QColor& ground) {
       .align(TextAlignment::centre);
 }
 
+/// What text of a content stands on.
+template <class Content> QColor textGround(const Content& content) {
+  return content.groundEnd.isValid() ? mix(content.ground, content.groundEnd, 0.5) : content.ground;
+}
+
 /// "1:02:33" as "1:02" over "33", for tiles too small for it on one line.
-AnyView stackedFigure(const QString& figure, double room, const QColor& ground) {
+AnyView stackedFigure(const QString& figure, const TileSize& size, const QColor& ground) {
   const qsizetype last = figure.lastIndexOf(u':');
-  if (figure.count(u':') < 2)
-    return {};
-  const double points = std::max(room * 0.30, minimumTypeSize);
+  const double points = std::max(size.body() * 0.25, minimumTypeSize);
   return vstack({figureText(figure.left(last), {}, points, ground),
                  figureText(figure.mid(last + 1), {}, points, ground)
                      .colour(palette::caption(ground))})
-      .spacing(-points * 0.12);
+      .spacing(points * 0.08);
 }
 
-/// The figure as large as it goes: on one line, else its seconds below.
-AnyView fittedFigure(const TileContent& content, const TileSize& size, double room) {
+AnyView fittedFigure(const TileContent& content, const TileSize& size) {
   if (content.figure.isEmpty())
     return {};
-  const Text line = figureText(content.figure, content.widestFigure, size.figure(), content.ground);
-  const AnyView stacked = stackedFigure(content.figure, room, content.ground);
-  if (stacked.isEmpty())
+  const QColor ground = textGround(content);
+  const Text line = figureText(content.figure, content.widestFigure, size.figure(), ground);
+  if (content.figure.count(u':') < 2)
     return line;
-  const Text smallest = line.size(std::max(room * 0.22, minimumTypeSize));
-  return firstFitting({line, smallest, stacked});
+  const double least = std::max(size.body() * leastFigureRatio, minimumTypeSize);
+  return firstFitting({line.figure(least), stackedFigure(content.figure, size, ground)});
 }
 
 AnyView marked(const AnyView& mark, TileState state, double side, const QColor& ground) {
@@ -133,44 +142,56 @@ double TileSize::actionSide() const {
   return body() * actionRatio;
 }
 
-AnyView tile(const TileContent& content, const TileSize& size) {
-  const double inset = content.border ? size.borderWidth() + size.body() * 0.035 : size.padding();
-  const double room = size.body() - 2 * inset;
+namespace {
+
+/// Figure, caption and mark of a square tile in a column, as many as there is room for.
+AnyView tileColumn(const TileContent& content, const TileSize& size, double room) {
   const bool hasText = !content.figure.isEmpty() || !content.caption.isEmpty();
-  const double markSide = size.body() * (hasText ? content.markRatio : 0.5);
-  const AnyView figure = fittedFigure(content, size, room);
-  const AnyView caption = size.hasCaption() && !content.caption.isEmpty()
-                              ? AnyView(captionText(content.caption, size.caption(), content.ground)
-                                            .frame({.maxWidth = room * 0.92}))
-                              : AnyView();
-  const AnyView own = content.mark.isEmpty() && content.state != TileState::done
-                          ? AnyView()
-                          : marked(content.mark, content.state, markSide, content.ground)
-                                .frame({.maxWidth = room * 0.92, .maxHeight = markSide});
-  const AnyView mark = own.isEmpty() ? own : own.cached();
-  const double gap = size.body() * 0.02;
-  const auto column = [&](const AnyView& top, const AnyView& caption, const AnyView& bottom) {
-    return AnyView(vstack({top, figure, caption, bottom}).spacing(gap));
-  };
+  const QColor ground = textGround(content);
+  // Near the body's corners a line has less room than in the middle.
+  const double lineRoom = room * 0.94;
+  const AnyView figure = fittedFigure(content, size);
+  AnyView caption;
+  if (size.hasCaption() && !content.caption.isEmpty())
+    caption = captionText(content.caption, size.caption(), ground).frame({.maxWidth = lineRoom});
+  AnyView mark;
+  if (!content.mark.isEmpty() || content.state == TileState::done) {
+    const double side = size.body() * (hasText ? content.markRatio : 0.5);
+    mark = marked(content.mark, content.state, side, ground)
+               .frame({.maxWidth = lineRoom, .minHeight = side, .maxHeight = side})
+               .cached();
+  }
+  const double gap = size.body() * 0.03;
   std::vector<AnyView> candidates;
   if (!mark.isEmpty())
-    candidates.push_back(content.isMarkBelow ? column({}, caption, mark)
-                                             : column(mark, caption, {}));
+    candidates.push_back(
+        (content.isMarkBelow ? vstack({figure, caption, mark}) : vstack({mark, figure, caption}))
+            .spacing(gap));
   if (hasText) {
-    candidates.push_back(column({}, caption, {}));
+    candidates.push_back(vstack({figure, caption}).spacing(gap));
     candidates.push_back(figure);
   }
+  return firstFitting(std::move(candidates));
+}
+
+} // namespace
+
+AnyView tile(const TileContent& content, const TileSize& size) {
+  const double inset =
+      content.border ? size.borderWidth() + size.body() * borderGapRatio : size.padding();
   const double margin = (size.height() - size.body()) / 2;
-  const AnyView inner = candidates.empty() ? AnyView() : firstFitting(std::move(candidates)).fill();
+  const AnyView column = tileColumn(content, size, size.body() - 2 * inset);
   const AnyView picture = zstack({body(content.ground, content.groundEnd, content.border, size),
-                                  inner.padding(margin + inset)});
+                                  column.fill().padding(margin + inset)})
+                              .frame(size.width(), size.height());
   return spoken(picture, content.label, content.value, content.caption, content.figure);
 }
 
 AnyView tile(const QColor& ground, const AnyView& inner, const TileSize& size) {
   const double margin = (size.height() - size.body()) / 2;
   return zstack({tileBody(superellipse(0).fill(ground), size.side),
-                 inner.fill().clip(superellipse(size.bodyRadius())).padding(margin)});
+                 inner.fill().clip(superellipse(size.bodyRadius())).padding(margin)})
+      .frame(size.width(), size.height());
 }
 
 namespace {
@@ -190,36 +211,59 @@ AnyView actionButton(const TileAction& action, const WideTileContent& content,
 
 } // namespace
 
+namespace {
+
+AnyView wideText(const WideTileContent& content, const TileSize& size) {
+  if (!content.middle.isEmpty())
+    return content.middle;
+  const QColor ground = textGround(content);
+  AnyView caption;
+  if (!content.caption.isEmpty())
+    caption = captionText(content.caption,
+                          std::max(size.body() * wideCaptionRatio, minimumTypeSize), ground)
+                  .align(TextAlignment::leading);
+  AnyView figure;
+  if (!content.figure.isEmpty())
+    figure = figureText(content.figure, content.widestFigure, size.figure(), ground)
+                 .figure(std::max(size.body() * 0.22, minimumTypeSize))
+                 .align(TextAlignment::leading);
+  return vstack({caption, figure}).align(Alignment::leading).spacing(size.body() * 0.05);
+}
+
+} // namespace
+
 AnyView wideTile(const WideTileContent& content, const TileSize& size) {
   const double padding = size.padding();
-  const double room = size.body() - 2 * padding;
-  std::vector<AnyView> row;
-  if (!content.mark.isEmpty())
-    row.push_back(
-        marked(content.mark, content.state, room, content.ground).frame(room, room).cached());
-  AnyView middle = content.middle;
-  if (middle.isEmpty()) {
-    const AnyView caption =
-        content.caption.isEmpty()
-            ? AnyView()
-            : AnyView(captionText(content.caption, std::max(size.body() * 0.19, minimumTypeSize),
-                                  content.ground)
-                          .align(TextAlignment::leading));
-    const AnyView figure = content.figure.isEmpty()
-                               ? AnyView()
-                               : AnyView(figureText(content.figure, content.widestFigure,
-                                                    size.figure(), content.ground)
-                                             .align(TextAlignment::leading));
-    middle = vstack({caption, figure}).align(Alignment::leading).spacing(size.body() * 0.01);
-  }
-  row.push_back(middle.fillWidth());
+  const double markSide = size.body() * wideMarkRatio;
+  const AnyView words = wideText(content, size)
+                            .frame({.minWidth = size.body() * leastWordsRatio}, Alignment::leading);
+  std::vector<AnyView> buttons;
   for (const TileAction& action : content.actions)
-    row.push_back(actionButton(action, content, size));
+    buttons.push_back(actionButton(action, content, size));
+  const AnyView actions = hstack(buttons).spacing(padding * 0.6);
+  AnyView mark;
+  if (!content.mark.isEmpty() || content.state == TileState::done)
+    mark = marked(content.mark, content.state, markSide, textGround(content))
+               .frame(markSide, markSide)
+               .cached();
+  const auto row = [&](const AnyView& first, const AnyView& last) -> AnyView {
+    return hstack({first, words, spacer(), last}).spacing(padding * 0.8);
+  };
+  // The mark goes first: the words say what it shows. Then the lesser actions.
+  std::vector<AnyView> candidates{row(mark, actions), row({}, actions)};
+  if (buttons.size() > 1)
+    candidates.push_back(row({}, buttons.front()));
+  candidates.push_back(words);
   const double margin = (size.height() - size.body()) / 2;
-  const AnyView inner = hstack(std::move(row)).spacing(padding * 0.9).fill();
+  // Round ends of marks and buttons sit well a little further out than text.
   const AnyView picture = zstack({body(content.ground, content.groundEnd, content.border, size),
-                                  inner.padding(margin + padding, margin)});
-  return picture;
+                                  firstFitting(std::move(candidates))
+                                      .fill()
+                                      .padding(margin + padding * 1.4, margin + padding)})
+                              .frame(size.width(), size.height());
+  if (content.label.isEmpty() && content.value.isEmpty())
+    return picture;
+  return picture.background(AnyView().fill().accessibility(content.label, content.value));
 }
 
 AnyView progressDots(int done, int total, const QColor& tint, double side, double spacing,

@@ -99,10 +99,10 @@ struct FirstFitting {
 
   const AnyView& choice(ViewContext& context, const QSizeF& offer) const {
     const auto fits = [&](const AnyView& view) {
-      const QSizeF size = view.measure(context, {unbounded, unbounded});
+      const QSizeF size = view.measure(context, offer);
       constexpr double tolerance = 0.01;
-      return (size.width() <= offer.width() + tolerance || size.width() >= unbounded) &&
-             (size.height() <= offer.height() + tolerance || size.height() >= unbounded);
+      return size.width() <= offer.width() + tolerance &&
+             size.height() <= offer.height() + tolerance;
     };
     const auto found = std::find_if(candidates.begin(), candidates.end(), fits);
     return found == candidates.end() ? candidates.back() : *found;
@@ -148,25 +148,31 @@ struct Row {
     }
     struct Need {
       std::size_t index;
+      bool isSpacer;
       double flexibility;
     };
     std::vector<Need> needs;
     needs.reserve(count);
-    std::size_t shown = 0;
     for (std::size_t i = 0; i < count; ++i) {
       const AnyView& child = stack.children[i];
       if (child.isEmpty())
         continue;
-      ++shown;
       const double most = sizeOf(child, unbounded, room.height()).width();
       const double least = most > 0 ? sizeOf(child, 0, room.height()).width() : 0;
-      needs.push_back({i, most - least});
+      needs.push_back({i, child.as<Spacer>() != nullptr, most - least});
     }
-    std::stable_sort(needs.begin(), needs.end(),
-                     [](const Need& a, const Need& b) { return a.flexibility < b.flexibility; });
+    const auto shown = needs.size();
+    // Spacers come last and get what nobody else wants.
+    std::stable_sort(needs.begin(), needs.end(), [](const Need& a, const Need& b) {
+      return std::pair(a.isSpacer, a.flexibility) < std::pair(b.isSpacer, b.flexibility);
+    });
+    auto claims = static_cast<std::size_t>(
+        std::count_if(needs.begin(), needs.end(), [](const Need& need) { return !need.isSpacer; }));
     double left = room.width() - stack.gap * double(shown > 0 ? shown - 1 : 0);
     for (std::size_t i = 0; i < needs.size(); ++i) {
-      const double share = std::max(left, 0.0) / double(needs.size() - i);
+      if (i == claims)
+        claims = needs.size();
+      const double share = std::max(left, 0.0) / double(claims - i);
       QSizeF& size = result[needs[i].index];
       size = sizeOf(stack.children[needs[i].index], share, room.height());
       left -= size.width();

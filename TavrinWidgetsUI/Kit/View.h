@@ -79,7 +79,7 @@ struct Layers : Modifiers<Layers> {
 };
 Layers zstack(std::vector<AnyView> children);
 
-/// The first of the views whose own size fits into the room offered, else the last.
+/// The first of the views that can do with the room offered, else the last.
 AnyView firstFitting(std::vector<AnyView> candidates);
 
 /// Takes what room is left along the axis of its stack.

@@ -41,6 +41,8 @@ public:
   std::vector<AccessibleElement> elements;
   /// How many parts around the current one speak for what stands in them.
   int spokenFor = 0;
+  /// Being painted into a kept layer, inside which no further ones are kept.
+  bool isInLayer = false;
 
   /// `element.rect` is in the painter's coordinates of the moment.
   void addElement(AccessibleElement element) {

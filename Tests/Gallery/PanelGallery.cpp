@@ -136,7 +136,7 @@ PanelView* listPanel(const PanelAppearance& look, int count) {
                            : "Copied text " + QString::number(i + 1);
     row.subtitle = "Today at 14:0" + QString::number(i % 10);
     row.symbol = i % 3 ? "doc.on.doc" : "link";
-    row.actions = {{"pin", "Pin", i == 1}, {"doc.on.doc", "Copy"}, {"trash", "Remove"}};
+    row.actions = {{"doc.on.doc", "Copy"}, {"trash", "Remove"}, {"pin", "Pin", i == 1}};
     row.isChecked = i == 2;
     row.isEnabled = i != 4;
     rows.push_back(row);

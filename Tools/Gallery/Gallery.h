@@ -27,7 +27,9 @@ using GalleryPanels = std::vector<GalleryPanel>;
 
 /// One function per family of kinds, in its own file; main.cpp lists them with their file names.
 GallerySheet kitGallery();
+GallerySheet timersGallery();
 GallerySheet simpleGallery();
+GallerySheet simpleWideGallery();
 GalleryPanels simplePanels();
 
 } // namespace tavrin

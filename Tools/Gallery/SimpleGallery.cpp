@@ -177,6 +177,18 @@ NoteModel& noteModel(const NoteSettings& settings) {
   return notes.emplace_back(platform.fakeClock, platform.loop, settings);
 }
 
+GallerySheet sheetOf(std::initializer_list<int> spans) {
+  GallerySheet sheet;
+  for (const int span : spans) {
+    addClocks(sheet, span);
+    addCountdowns(sheet, span);
+    addTimeProgress(sheet, span);
+    addNotes(sheet, span);
+    addUnavailable(sheet, span);
+  }
+  return sheet;
+}
+
 template <class Panel>
 GalleryPanel panelOf(const char* name, const char* title, DockWidget::Kind kind, const QColor& tint,
                      Date now = evening) {
@@ -188,15 +200,10 @@ GalleryPanel panelOf(const char* name, const char* title, DockWidget::Kind kind,
 } // namespace
 
 GallerySheet simpleGallery() {
-  GallerySheet sheet;
-  for (const int span : {1, 2, 3, 4}) {
-    addClocks(sheet, span);
-    addCountdowns(sheet, span);
-    addTimeProgress(sheet, span);
-    addNotes(sheet, span);
-    addUnavailable(sheet, span);
-  }
-  return sheet;
+  return sheetOf({1});
+}
+GallerySheet simpleWideGallery() {
+  return sheetOf({2, 4});
 }
 
 GalleryPanels simplePanels() {

@@ -20,7 +20,9 @@ struct NamedSheet {
 
 constexpr NamedSheet sheets[] = {
     {"kit", kitGallery},
+    {"timers", timersGallery},
     {"simple", simpleGallery},
+    {"simple-wide", simpleWideGallery},
 };
 
 struct NamedPanels {
