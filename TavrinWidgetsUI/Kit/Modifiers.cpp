@@ -198,7 +198,10 @@ struct Cached {
 
 LayerCache::Layer paintedLayer(ViewContext& context, const AnyView& content, const QRectF& within,
                                double scale) {
-  LayerCache::Layer layer{content, within, scale, {}, {}, {}};
+  LayerCache::Layer layer;
+  layer.view = content;
+  layer.within = within;
+  layer.scale = scale;
   layer.image =
       QImage(static_cast<int>(std::ceil(within.right())),
              static_cast<int>(std::ceil(within.bottom())), QImage::Format_ARGB32_Premultiplied);
