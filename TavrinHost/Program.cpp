@@ -1,6 +1,9 @@
 #include "TavrinHost/Program.h"
 
 #include "TavrinHost/CompletionCommands.h"
+#include "TavrinHost/EditService.h"
+#include "TavrinHost/SlotCommands.h"
+#include "TavrinHost/WidgetCommands.h"
 
 #include <algorithm>
 #include <fmt/format.h>
@@ -49,6 +52,9 @@ std::unique_ptr<CLI::App> makeCommandLine(HostContext& context) {
                                         "tavrin");
   app->set_version_flag("--version", "tavrin 1.0.0");
   app->require_subcommand(1);
+  addWidgetCommands(*app, context);
+  addSlotCommands(*app, context);
+  addEditCommands(*app, context);
   addCompletionCommands(*app, context);
   HostContext::examples(*app, {{"tavrin start", "put the placed widgets on the screen"},
                                {"tavrin widgets", "list what there is"},

@@ -30,6 +30,10 @@ public:
   /// identifiers are unknown.
   virtual std::optional<ProcessID> processOwning(const std::string& bundleIdentifier) = 0;
 
+  /// Makes this process the one that answers to an identifier, until it ends. Answers false where
+  /// another process does, or where identifiers are unknown.
+  virtual bool claimIdentifier(const std::string& bundleIdentifier) = 0;
+
   /// This user's process that was started from exactly this file; no value where there is none.
   virtual std::optional<ProcessID> processRunning(const std::filesystem::path& program) = 0;
 
