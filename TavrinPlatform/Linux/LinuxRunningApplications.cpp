@@ -2,11 +2,6 @@
 
 #include "TavrinCore/Base/Errors.h"
 
-#include <QtCore/QVariantMap>
-#include <QtDBus/QDBusConnection>
-#include <QtDBus/QDBusConnectionInterface>
-#include <QtDBus/QDBusMessage>
-#include <QtDBus/QDBusReply>
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -22,9 +17,12 @@
 namespace tavrin {
 namespace {
 
-/// Milliseconds until a bus call counts as unanswered. An activation may start a program.
-constexpr int queryLimit = 2000;
-constexpr int activationLimit = 10000;
+/// Microseconds until a bus call counts as unanswered. An activation may start a program.
+constexpr std::uint64_t queryLimit = 2'000'000;
+constexpr std::uint64_t activationLimit = 10'000'000;
+
+constexpr BusAddress busDaemon{"org.freedesktop.DBus", "/org/freedesktop/DBus",
+                               "org.freedesktop.DBus"};
 
 /// /proc appends this to a program whose file was replaced since, as an installation does.
 constexpr std::string_view replacedMark = " (deleted)";
@@ -81,24 +79,34 @@ bool isZombie(int process) {
   return end == std::string_view::npos || line.substr(end + 2, 1) == "Z";
 }
 
+BusMessage answerOf(Bus& bus, const BusMessage& call, std::uint64_t limit) {
+  sd_bus_message* reply = nullptr;
+  if (!call || sd_bus_call(bus.handle(), call.get(), limit, nullptr, &reply) < 0)
+    return {};
+  return BusMessage(reply);
+}
+
 } // namespace
 
 bool LinuxRunningApplications::knowsIdentifiers() {
-  return QDBusConnection::sessionBus().isConnected();
+  return bus_ != nullptr && bus_->isOpen();
 }
 
 std::optional<int> LinuxRunningApplications::processOwning(const std::string& bundleIdentifier) {
-  const auto bus = QDBusConnection::sessionBus();
-  if (!bus.isConnected())
+  if (!knowsIdentifiers())
     return std::nullopt;
-  auto question = QDBusMessage::createMethodCall(
-      QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
-      QStringLiteral("org.freedesktop.DBus"), QStringLiteral("GetConnectionUnixProcessID"));
-  question << QString::fromStdString(bundleIdentifier);
-  const QDBusReply<uint> reply = bus.call(question, QDBus::Block, queryLimit);
-  if (!reply.isValid())
+  auto call = bus_->method(busDaemon, "GetConnectionUnixProcessID");
+  call.append("s", bundleIdentifier.c_str());
+  const auto answer = answerOf(*bus_, call, queryLimit);
+  std::uint32_t process = 0;
+  if (!answer || sd_bus_message_read(answer.get(), "u", &process) < 0)
     return std::nullopt;
-  return static_cast<int>(reply.value());
+  return static_cast<int>(process);
+}
+
+bool LinuxRunningApplications::claimIdentifier(const std::string& bundleIdentifier) {
+  return knowsIdentifiers() &&
+         sd_bus_request_name(bus_->handle(), bundleIdentifier.c_str(), 0) >= 0;
 }
 
 std::optional<int> LinuxRunningApplications::processRunning(const std::filesystem::path& program) {
@@ -180,16 +188,14 @@ void LinuxRunningApplications::terminate(ProcessID process, bool force) {
 }
 
 bool LinuxRunningApplications::activate(const std::string& bundleIdentifier) {
-  const auto bus = QDBusConnection::sessionBus();
-  if (!bus.isConnected())
+  if (!knowsIdentifiers())
     return false;
   auto path = "/" + bundleIdentifier;
   std::replace(path.begin(), path.end(), '.', '/');
-  auto request = QDBusMessage::createMethodCall(
-      QString::fromStdString(bundleIdentifier), QString::fromStdString(path),
-      QStringLiteral("org.freedesktop.Application"), QStringLiteral("Activate"));
-  request << QVariantMap();
-  return bus.call(request, QDBus::Block, activationLimit).type() == QDBusMessage::ReplyMessage;
+  auto call = bus_->method({bundleIdentifier.c_str(), path.c_str(), "org.freedesktop.Application"},
+                           "Activate");
+  call.append("a{sv}", 0);
+  return static_cast<bool>(answerOf(*bus_, call, activationLimit));
 }
 
 } // namespace tavrin
