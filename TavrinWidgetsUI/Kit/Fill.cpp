@@ -51,6 +51,28 @@ void fillInBands(QPainter& painter, const QPainterPath& path, const QBrush& brus
   }
 }
 
+/// `pixel` with all four channels times `share` / 255, rounded.
+QRgb scaled(QRgb pixel, unsigned share) {
+  const auto half = [share](QRgb channels) {
+    const QRgb product = channels * share;
+    return ((product + ((product >> 8) & 0xFF00FF) + 0x800080) >> 8) & 0xFF00FF;
+  };
+  return half(pixel & 0xFF00FF) | (half((pixel >> 8) & 0xFF00FF) << 8);
+}
+
+void layRow(QRgb* under, const QRgb* row, int width) {
+  QRgb any = 0;
+  for (int x = 0; x < width; ++x)
+    any |= under[x];
+  if (!any) {
+    std::copy_n(row, width, under);
+    return;
+  }
+  for (int x = 0; x < width; ++x)
+    if (row[x])
+      under[x] = row[x] + scaled(under[x], 255U - static_cast<unsigned>(qAlpha(row[x])));
+}
+
 } // namespace
 
 void fillPath(QPainter& painter, const QPainterPath& path, const QBrush& brush) {
@@ -67,6 +89,26 @@ void strokePath(QPainter& painter, const QPainterPath& path, const QPen& pen) {
   QPainterPath outline = stroker.createStroke(path);
   outline.setFillRule(Qt::WindingFill);
   fillInBands(painter, outline, pen.brush(), bandRows);
+}
+
+void drawPixels(QPainter& painter, QPoint corner, const QImage& image) {
+  QImage* target = painter.opacity() < 1 ? nullptr : plainTarget(painter);
+  if (!target || target->format() != QImage::Format_ARGB32_Premultiplied) {
+    const QTransform world = painter.worldTransform();
+    const double ratio = painter.device()->devicePixelRatio();
+    QImage scaled = image;
+    scaled.setDevicePixelRatio(ratio);
+    painter.resetTransform();
+    painter.drawImage(QPointF(corner) / ratio, scaled);
+    painter.setWorldTransform(world);
+    return;
+  }
+  const QRect shown = image.rect().translated(corner) & target->rect();
+  for (int y = shown.top(); y <= shown.bottom(); ++y)
+    layRow(reinterpret_cast<QRgb*>(target->scanLine(y)) + shown.left(),
+           reinterpret_cast<const QRgb*>(image.constScanLine(y - corner.y())) + shown.left() -
+               corner.x(),
+           shown.width());
 }
 
 } // namespace tavrin

@@ -4,6 +4,7 @@
 #include <QPainterPath>
 #include <QPen>
 
+class QImage;
 class QPainter;
 
 namespace tavrin {
@@ -15,5 +16,8 @@ void fillPath(QPainter& painter, const QPainterPath& path, const QBrush& brush);
 /// For forms that a row crosses once: fewer bands.
 void fillConvexPath(QPainter& painter, const QPainterPath& path, const QBrush& brush);
 void strokePath(QPainter& painter, const QPainterPath& path, const QPen& pen);
+/// Lays a premultiplied `image` over the painter's pixels, its top left at the device pixel
+/// `corner`; no transform applies.
+void drawPixels(QPainter& painter, QPoint corner, const QImage& image);
 
 } // namespace tavrin

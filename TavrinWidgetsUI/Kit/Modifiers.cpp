@@ -1,5 +1,6 @@
 #include "TavrinWidgetsUI/Kit/Modifiers.h"
 
+#include "TavrinWidgetsUI/Kit/Fill.h"
 #include "TavrinWidgetsUI/Kit/LayerCache.h"
 #include "TavrinWidgetsUI/Kit/ViewContext.h"
 
@@ -243,11 +244,7 @@ void Cached::paint(ViewContext& context, const QRectF& rect) const {
     element.rect.translate(rect.topLeft());
     context.addElement(std::move(element));
   }
-  QImage image = layer->image;
-  image.setDevicePixelRatio(ratio);
-  painter.resetTransform();
-  painter.drawImage(corner / ratio, image);
-  painter.setWorldTransform(world);
+  drawPixels(painter, corner.toPoint(), layer->image);
 }
 
 } // namespace

@@ -11,7 +11,7 @@ constexpr double bodyRatio = 0.805;
 constexpr double pitchRatio = 1.0625;
 constexpr double paddingRatio = 0.12;
 constexpr double borderRatio = 0.07;
-constexpr double borderSteps = 64;
+constexpr double borderSteps = 24;
 constexpr double figureRatio = 0.305;
 /// On one line a figure goes down to this before its seconds move below it.
 constexpr double leastFigureRatio = 0.18;
