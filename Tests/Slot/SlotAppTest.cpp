@@ -143,8 +143,9 @@ TEST_F(SlotAppTest, KeepsTheControllerWithinAKindAndAmongTheSimpleKinds) {
     record.kind = after;
     write({record});
     announce();
-    if (same)
+    if (same) {
       EXPECT_EQ(app.controller(), controller) << before.key() << ' ' << after.key();
+    }
     ASSERT_NE(app.controller(), nullptr);
     EXPECT_NE(platform_.fakePopover.content(), nullptr) << "the panel shows the new widget";
     platform_.fakePopover.close();
