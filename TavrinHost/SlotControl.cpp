@@ -101,7 +101,7 @@ SlotControl::Outcome SlotControl::launch(int slot, const std::vector<std::string
   if (std::filesystem::file_size(log, error) > logLimit && !error)
     std::filesystem::rename(log, log.string() + ".old", error);
   try {
-    process = applications().launch({program(slot), arguments, log});
+    process = applications().launch({program(slot), arguments, {{"TAVRIN_LOG", "stderr"}}, log});
     return {slot, true, "started"};
   } catch (const FileError& failed) {
     return {slot, false, failed.what()};
@@ -208,7 +208,7 @@ void SlotControl::startEditor() {
   if (!hasScreen || !applications().knowsIdentifiers() || applications().processOwning(identifier))
     return;
   applications().launch(
-      {context_.platform().program(), {"edit"}, context_.stateFolder() / "edit.log"});
+      {context_.platform().program(), {"edit"}, {}, context_.stateFolder() / "edit.log"});
 }
 
 void SlotControl::stopEditor() {
