@@ -178,8 +178,9 @@ void collectCommands(const CLI::App& app, const std::string& path,
   for (const auto* command : app.get_subcommands([](const CLI::App*) { return true; })) {
     if (command->get_group().empty())
       continue;
-    found.push_back(path + " " + command->get_name());
-    collectCommands(*command, found.back(), found);
+    const auto name = path + " " + command->get_name();
+    found.push_back(name);
+    collectCommands(*command, name, found);
   }
 }
 
