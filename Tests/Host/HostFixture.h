@@ -70,6 +70,7 @@ public:
   RunningApplications& applications() override { return running; }
   std::filesystem::path program() override { return "/opt/tavrin/bin/tavrin"; }
   void wait(double seconds) override { waited += seconds; }
+  void waitForEvent() override {}
   int runInForeground(const std::vector<std::string>& words) override {
     return editor ? editor(words) : 127;
   }
