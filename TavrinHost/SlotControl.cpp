@@ -100,7 +100,7 @@ RunningApplications::Launch SlotControl::launchOf(int slot,
   // One file back is enough to see what went wrong; an old line must not pass for a new one.
   if (std::filesystem::file_size(log, error) > logLimit && !error)
     std::filesystem::rename(log, log.string() + ".old", error);
-  return {program(slot), arguments, log};
+  return {program(slot), arguments, {{"TAVRIN_LOG", "stderr"}}, log};
 }
 
 SlotControl::Outcome SlotControl::launch(int slot, const std::vector<std::string>& arguments,
@@ -225,7 +225,7 @@ void SlotControl::startEditor() {
   if (!hasScreen || !applications().knowsIdentifiers() || applications().processOwning(identifier))
     return;
   applications().launch(
-      {context_.platform().program(), {"edit"}, context_.stateFolder() / "edit.log"});
+      {context_.platform().program(), {"edit"}, {}, context_.stateFolder() / "edit.log"});
 }
 
 void SlotControl::stopEditor() {

@@ -17,6 +17,8 @@ public:
   struct Launch {
     std::filesystem::path program;
     std::vector<std::string> arguments;
+    /// Added to this process's environment.
+    std::map<std::string, std::string> environment;
     /// What the program prints is appended here.
     std::filesystem::path log;
   };
