@@ -118,22 +118,23 @@ void LinuxApplication::handOver() {
 int LinuxApplication::run() {
   if (isTerminated_)
     return 0;
-  watchSignals();
   isRunning_ = true;
   if (const auto paths = files(); !paths.empty())
     early_.insert(early_.begin(), [this, paths] { openFiles(paths); });
-  QTimer::singleShot(0, signals_.get(), [this] {
+  const QObject context;
+  QTimer::singleShot(0, &context, [this] {
     for (const auto& request : std::exchange(early_, {}))
       request();
   });
   // Start-up leaves holes in the heap that would stay for the life of the process.
-  QTimer::singleShot(settledMilliseconds, Qt::CoarseTimer, signals_.get(), [] { malloc_trim(0); });
+  QTimer::singleShot(settledMilliseconds, Qt::CoarseTimer, &context, [] { malloc_trim(0); });
   return QCoreApplication::exec();
 }
 
 void LinuxApplication::terminate() {
   isTerminated_ = true;
-  QCoreApplication::quit();
+  // Not `quit`, which asks every window first and may be refused.
+  QCoreApplication::exit();
 }
 
 void LinuxApplication::reopen() {

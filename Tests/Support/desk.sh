@@ -40,7 +40,8 @@ await() {
   exit 99
 }
 owned() { gdbus call --session -d org.freedesktop.DBus -o /org/freedesktop/DBus -m org.freedesktop.DBus.NameHasOwner "$1" | grep -q true; }
-managed() { xprop -root _NET_SUPPORTING_WM_CHECK | grep -q 0x; }
+checked() { xprop -root _NET_SUPPORTING_WM_CHECK | grep -q 0x && xprop -root _NET_WORKAREA | grep -q =; }
+managed() { xprop -root _NET_CLIENT_LIST | grep -q 'window id'; }
 
 if has x; then
   Xvfb -displayfd 3 -screen 0 "${DESK_SCREEN:-1280x800x24}" -nolisten tcp 3>"$DESK/display" >/dev/null 2>&1 &
@@ -49,7 +50,7 @@ if has x; then
   export DISPLAY=:$(cat "$DESK/display")
 fi
 if has wm; then begin openbox; await managed; fi
-if has compositor; then begin xfwm4 --compositor=on --vblank=off; await managed; fi
+if has compositor; then begin xfwm4 --compositor=on --vblank=off; await checked; fi
 if has tray; then
   settings=$HOME/.config/xfce4/xfconf/xfce-perchannel-xml
   mkdir -p "$settings"
