@@ -83,7 +83,11 @@ public:
   qint64 id() const { return process_.processId(); }
 
 private:
-  void read() { output_ += process_.readAllStandardOutput(); }
+  void read() {
+    // Without an event loop nothing is read from the pipe but while waiting.
+    process_.waitForReadyRead(1);
+    output_ += process_.readAllStandardOutput();
+  }
 
   QProcess process_;
   QByteArray output_;
