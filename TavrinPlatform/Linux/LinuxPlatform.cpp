@@ -112,6 +112,7 @@ LinuxPlatform::LinuxPlatform(int& argc, char** argv)
     toolkit_ = std::make_unique<QApplication>(argc, argv);
   }
   QApplication::setApplicationName(QString::fromStdString(identifier()));
+  application_->watchSignals();
   runLoop_ = std::make_unique<QtRunLoop>();
   application_->onAttention = [this](bool isWanted) {
     if (tile_)

@@ -65,6 +65,7 @@ private:
   QBasicTimer toolTip_;
   std::vector<QRect> outline_;
   bool isComposited_ = false;
+  bool isCut_ = false;
   bool hasRing_ = false;
   bool isPressed_ = false;
   bool isAnnouncing_ = false;
