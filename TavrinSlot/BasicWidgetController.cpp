@@ -1,7 +1,6 @@
 #include "TavrinSlot/BasicWidgetController.h"
 
 #include "TavrinCore/Widgets/DockSlot.h"
-#include "TavrinPlatform/Platform.h"
 #include "TavrinSlot/DockPanelPresenter.h"
 #include "TavrinSlot/DockTileRenderer.h"
 #include "TavrinStorage/StoragePath.h"

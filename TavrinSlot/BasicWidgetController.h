@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TavrinPlatform/RunLoop.h"
+#include "TavrinPlatform/Platform.h"
 #include "TavrinSlot/SlotContext.h"
 #include "TavrinSlot/WidgetController.h"
 #include "TavrinStorage/WidgetStore.h"

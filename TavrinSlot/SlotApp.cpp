@@ -106,8 +106,7 @@ void SlotApp::reload() {
     } catch (const std::exception&) {
       // What was read last stays in use until the file can be read again.
     }
-    if (const auto* widget = store_->widget(slot_))
-      found = *widget;
+    found = store_->widget(slot_);
   }
   if (!found) {
     log_.info(fmt::format("slot {} has no widget; quitting", slot_));
