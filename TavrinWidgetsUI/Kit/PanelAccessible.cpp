@@ -13,20 +13,21 @@ namespace tavrin {
 
 namespace {
 
-// Only for plain widgets: what derives from one of Qt's controls has its role already.
+// No names here: one given now would hide later ones. Only for plain widgets: what derives from one
+// of Qt's controls has its role already.
 QAccessibleInterface* make(const QString&, QObject* object) {
   if (!object || !object->isWidgetType())
     return nullptr;
   auto* widget = static_cast<QWidget*>(object);
   if (dynamic_cast<PanelView*>(widget))
-    return new QAccessibleWidget(widget, QAccessible::Dialog, widget->accessibleName());
+    return new QAccessibleWidget(widget, QAccessible::Dialog);
   if (dynamic_cast<PanelSegments*>(widget) || dynamic_cast<PanelField*>(widget) ||
       dynamic_cast<PanelEmptyState*>(widget))
-    return new QAccessibleWidget(widget, QAccessible::Grouping, widget->accessibleName());
+    return new QAccessibleWidget(widget, QAccessible::Grouping);
   if (dynamic_cast<ViewWidget*>(widget))
-    return new QAccessibleWidget(widget, QAccessible::Graphic, widget->accessibleName());
+    return new QAccessibleWidget(widget, QAccessible::Graphic);
   if (dynamic_cast<PanelDivider*>(widget))
-    return new QAccessibleWidget(widget, QAccessible::Separator, {});
+    return new QAccessibleWidget(widget, QAccessible::Separator);
   return nullptr;
 }
 

@@ -160,6 +160,12 @@ void PanelList::keyPressEvent(QKeyEvent* event) {
     viewport()->update();
     return;
   }
+  case Qt::Key_Home:
+  case Qt::Key_End:
+    // Qt's own End is the end of what it has laid out so far.
+    if (count() > 0)
+      setCurrentRow(event->key() == Qt::Key_Home ? 0 : count() - 1);
+    return;
   case Qt::Key_Delete:
   case Qt::Key_Backspace:
     if (index.isValid() && onRemove)

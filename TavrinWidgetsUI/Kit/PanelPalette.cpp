@@ -58,7 +58,10 @@ PanelPalette PanelPalette::make(const PanelAppearance& appearance) {
   p.fill = fillFor(tint, p.ground, dark);
   const QColor deep(0x1C, 0x1C, 0x1E);
   p.onFill = contrast(palette::white, p.fill) >= 4.5 ? palette::white : deep;
-  const QColor away = p.onFill == palette::white ? palette::black : palette::white;
+  // Away from what stands on it, but where there is no way left.
+  const bool darker =
+      p.onFill == palette::white ? luminance(p.fill) > 0.03 : luminance(p.fill) > 0.85;
+  const QColor away = darker ? palette::black : palette::white;
   p.fillHover = mix(p.fill, away, 0.10);
   p.fillPressed = mix(p.fill, away, 0.22);
   return p;

@@ -7,6 +7,7 @@
 #include "TavrinWidgetsUI/Kit/PanelText.h"
 
 #include <QAbstractItemView>
+#include <QCoreApplication>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QVBoxLayout>
@@ -90,11 +91,23 @@ void PanelView::setState(const QString& state, State kind) {
 void PanelView::add(QWidget* widget, Qt::Alignment alignment) {
   if (reachesOut(widget)) {
     body_->addWidget(widget, 1);
+    askForLayout();
     return;
   }
   QHBoxLayout* row = indented();
   row->addWidget(widget, 0, alignment);
   body_->addLayout(row);
+  askForLayout();
+}
+
+// Qt shows what is added to a visible panel later, and lays it out then without a word.
+void PanelView::askForLayout() {
+  if (!isVisible())
+    return;
+  for (QWidget* child : findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly))
+    if (child->isHidden() && !child->testAttribute(Qt::WA_WState_ExplicitShowHide))
+      child->show();
+  QCoreApplication::postEvent(this, new QEvent(QEvent::LayoutRequest));
 }
 
 QHBoxLayout* PanelView::addRow(std::initializer_list<QWidget*> widgets, bool stretch) {
@@ -104,6 +117,7 @@ QHBoxLayout* PanelView::addRow(std::initializer_list<QWidget*> widgets, bool str
   if (!stretch)
     row->addStretch(1);
   body_->addLayout(row);
+  askForLayout();
   return row;
 }
 
@@ -123,6 +137,7 @@ QHBoxLayout* PanelView::footerRow() {
   footerRow_->setSpacing(panel::grid / 2);
   footerRow_->addStretch(1);
   column->addWidget(footer_);
+  askForLayout();
   return footerRow_;
 }
 

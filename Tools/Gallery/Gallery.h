@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinWidgetsUI/Kit/PanelView.h"
 #include "TavrinWidgetsUI/Kit/TileLayout.h"
 
 #include <functional>
@@ -16,8 +17,19 @@ struct GalleryTile {
 };
 using GallerySheet = std::vector<GalleryTile>;
 
+/// A named panel state. What `make` makes may refer to statics of its file.
+struct GalleryPanel {
+  std::string name;
+  QColor tint;
+  std::function<PanelView*(const PanelAppearance&)> make;
+};
+using GalleryPanels = std::vector<GalleryPanel>;
+
 /// One function per family of kinds, in its own file; main.cpp lists them with their file names.
 GallerySheet kitGallery();
 GallerySheet timersGallery();
+GallerySheet simpleGallery();
+GallerySheet simpleWideGallery();
+GalleryPanels simplePanels();
 
 } // namespace tavrin

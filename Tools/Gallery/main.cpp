@@ -3,8 +3,9 @@
 #include "TavrinWidgetsUI/Kit/Symbols.h"
 #include "TavrinWidgetsUI/Kit/ViewRenderer.h"
 
+#include <QApplication>
 #include <QDir>
-#include <QGuiApplication>
+#include <QPainter>
 #include <cmath>
 #include <cstdio>
 
@@ -20,6 +21,17 @@ struct NamedSheet {
 constexpr NamedSheet sheets[] = {
     {"kit", kitGallery},
     {"timers", timersGallery},
+    {"simple", simpleGallery},
+    {"simple-wide", simpleWideGallery},
+};
+
+struct NamedPanels {
+  const char* name;
+  GalleryPanels (*panels)();
+};
+
+constexpr NamedPanels panelSheets[] = {
+    {"simple-panels", simplePanels},
 };
 
 constexpr double captionHeight = 16;
@@ -67,6 +79,42 @@ QImage contactSheet(const GallerySheet& tiles, double side, double scale) {
   return renderer.image().copy();
 }
 
+/// All panels of a sheet side by side, in rows, at 2 pixels a point.
+QImage panelSheet(const GalleryPanels& panels, bool dark) {
+  constexpr int rowWidth = 1280;
+  constexpr int scale = 2;
+  std::vector<std::pair<QPoint, QPixmap>> placed;
+  QPoint next(16, 16);
+  int rowHeight = 0;
+  for (const GalleryPanel& made : panels) {
+    const std::unique_ptr<PanelView> panel(made.make({dark, false, made.tint}));
+    panel->setAttribute(Qt::WA_DontShowOnScreen);
+    panel->show();
+    panel->refresh();
+    QCoreApplication::processEvents();
+    panel->resize(panel->fittingSize());
+    QCoreApplication::processEvents();
+    QPixmap picture(panel->size() * scale);
+    picture.setDevicePixelRatio(scale);
+    picture.fill(panel->colours().ground);
+    panel->render(&picture);
+    if (next.x() + panel->width() > rowWidth) {
+      next = {16, next.y() + rowHeight + 16};
+      rowHeight = 0;
+    }
+    placed.emplace_back(next, picture);
+    next.rx() += panel->width() + 16;
+    rowHeight = std::max(rowHeight, panel->height());
+  }
+  QImage sheet(QSize(rowWidth, next.y() + rowHeight + 16) * scale, QImage::Format_RGB32);
+  sheet.setDevicePixelRatio(scale);
+  sheet.fill(dark ? QColor(0, 0, 0) : QColor(0xC8, 0xCC, 0xD2));
+  QPainter painter(&sheet);
+  for (const auto& [place, picture] : placed)
+    painter.drawPixmap(place, picture);
+  return sheet;
+}
+
 GallerySheet symbolSheet() {
   GallerySheet tiles;
   for (const std::string_view name : symbolNames())
@@ -85,7 +133,7 @@ GallerySheet symbolSheet() {
 /// tavrin-gallery FOLDER [SHEET...]
 int main(int argc, char** argv) {
   using namespace tavrin;
-  QGuiApplication application(argc, argv);
+  QApplication application(argc, argv);
   const QStringList arguments = application.arguments();
   if (arguments.size() < 2) {
     std::fprintf(stderr, "usage: tavrin-gallery FOLDER [SHEET...]\n");
@@ -116,6 +164,14 @@ int main(int argc, char** argv) {
                                                .arg(QString::fromUtf8(sheet.name))
                                                .arg(side)
                                                .arg(scale)));
+  }
+  for (const NamedPanels& panels : panelSheets) {
+    const QString name = QString::fromUtf8(panels.name);
+    if (!isWanted(name))
+      continue;
+    for (const bool dark : {false, true})
+      isComplete &= save(panelSheet(panels.panels(), dark),
+                         folder.filePath(name + (dark ? "-dark.png" : "-light.png")));
   }
   return isComplete ? 0 : 1;
 }
