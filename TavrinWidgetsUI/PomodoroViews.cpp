@@ -87,7 +87,9 @@ AnyView pomodoroTileIcon(const PomodoroRun& run, const PomodoroSettings& setting
   content.border = TileBorder{run.progress(now, settings), runTint(tint, run.isRunning())};
   content.figure = time;
   content.widestFigure = widestClockText(time);
-  content.caption = latin(title(run.phase));
+  // "Long Break" has no room on a small tile; all circles being filled say the same.
+  const bool isShort = run.phase == PomodoroPhase::longBreak && size.side < 80;
+  content.caption = latin(title(isShort ? PomodoroPhase::shortBreak : run.phase));
   content.mark = PomodoroDots::of(run, settings)
                      .view(tint, dotSize, size.body() * 0.56, QColor(0x4A, 0x4A, 0x50));
   content.markRatio = 0.08;

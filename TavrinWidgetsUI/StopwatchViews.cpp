@@ -41,9 +41,9 @@ void paintHand(QPainter& painter, const QRectF& rect, const Hand& hand) {
   painter.translate(rect.center());
   painter.rotate(fullTurn * hand.progress);
   painter.setPen(
-      QPen(hand.colour, side * (hand.isPointer ? 0.045 : 0.032), Qt::SolidLine, Qt::RoundCap));
+      QPen(hand.colour, side * (hand.isPointer ? 0.055 : 0.032), Qt::SolidLine, Qt::RoundCap));
   if (hand.isPointer) {
-    painter.drawLine(QPointF(0, -side * 0.34), QPointF(0, -side * 0.47));
+    painter.drawLine(QPointF(0, -side * 0.32), QPointF(0, -side * 0.47));
     return;
   }
   painter.drawLine(QPointF(0, side * 0.1), QPointF(0, -side * 0.4));
@@ -134,10 +134,10 @@ AnyView stopwatchWideTile(const StopwatchRun& run, Date now, const TileSize& siz
   const double side = size.body() - 2 * size.padding();
   if (size.span > 2)
     content.mark = dial(run, now, side).view(side);
-  content.caption = run.laps.empty() ? QStringLiteral("Stopwatch")
-                                     : QStringLiteral("Lap %1").arg(run.laps.size() + 1);
-  content.figure = time;
-  content.widestFigure = widestClockText(time);
+  QStringList captions{QStringLiteral("Lap %1").arg(run.laps.size() + 1)};
+  if (run.laps.empty())
+    captions.prepend(QStringLiteral("Stopwatch"));
+  content.middle = wideRunText(captions, time, size);
   content.tint = stopwatchTint;
   content.label = "Stopwatch";
   content.value = time + ", " + spokenState(run);
