@@ -14,6 +14,7 @@
 #include <QScrollArea>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <utility>
 
 namespace tavrin {
 namespace {
@@ -24,6 +25,15 @@ constexpr int presetGap = 6;
 constexpr int presetRows = 3;
 constexpr std::size_t mostPresets = 100;
 constexpr int longestCustom = 24 * 60;
+
+/// Where Tab leaves `widget`; widgets made later come after everything else unless told.
+QWidget* lastFocusable(const QWidget& widget) {
+  QWidget* last = nullptr;
+  for (auto* child : widget.findChildren<QWidget*>())
+    if (child->focusPolicy() & Qt::TabFocus)
+      last = child;
+  return last;
+}
 
 } // namespace
 
@@ -83,7 +93,7 @@ void TimerPanelView::fillPresets() {
     return;
   shownPresets_ = presets;
   delete presets_;
-  presets_ = new QWidget;
+  presets_ = new QWidget(lengths_);
   auto* grid = new QGridLayout(presets_);
   grid->setContentsMargins(0, 0, 0, 0);
   grid->setSpacing(presetGap);
@@ -101,16 +111,20 @@ void TimerPanelView::fillPresets() {
     grid->setColumnStretch(i % columns, 1);
   }
   if (count > presetColumns * presetRows) {
-    auto* area = new QScrollArea;
+    auto* area = new QScrollArea(lengths_);
     area->setWidgetResizable(true);
+    area->setFocusPolicy(Qt::NoFocus);
     area->setFrameShape(QFrame::NoFrame);
     area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     area->setFixedHeight(presetRows * (panel::controlHeight + presetGap));
     area->setWidget(presets_);
     presets_ = area;
   }
-  presets_->setVisible(count > 0);
   static_cast<QVBoxLayout*>(lengths_->layout())->insertWidget(0, presets_);
+  presets_->setVisible(count > 0);
+  QWidget* previous = lastFocusable(*mode_);
+  for (auto* button : presets_->findChildren<PanelButton*>())
+    setTabOrder(std::exchange(previous, button), button);
 }
 
 void TimerPanelView::refreshGauge() {

@@ -16,14 +16,15 @@ namespace {
 
 using testing::ElementsAre;
 
-/// The titles of the buttons that can be seen, in Tab order; those that cannot be pressed in
-/// brackets.
+/// The titles of the buttons that can be seen, as Tab goes through them; those that cannot be
+/// pressed in brackets.
 std::vector<std::string> buttons(const QWidget& panel) {
   std::vector<std::string> titles;
-  for (auto* button : panel.findChildren<PanelButton*>())
-    if (button->isVisible())
-      titles.push_back((button->isEnabled() ? QString("%1") : QString("(%1)"))
-                           .arg(spokenName(button))
+  QWidget* next = panel.nextInFocusChain();
+  for (; next != &panel; next = next->nextInFocusChain())
+    if (dynamic_cast<PanelButton*>(next) && next->isVisible())
+      titles.push_back((next->isEnabled() ? QString("%1") : QString("(%1)"))
+                           .arg(spokenName(next))
                            .toStdString());
   return titles;
 }
@@ -133,6 +134,10 @@ TEST_F(TimerPanelTest, OffersLengthsToCountdownsOnly) {
   EXPECT_THAT(buttons(*panel),
               ElementsAre("5m", "10m", "15m", "25m", "45m", "Start the custom length", "Start",
                           "(Reset)", "Edit Timer…"));
+  model.setWidget({UUID(), "Tea", 1, TimerSettings{.presets = {60, 120}}, 1});
+  panel->refresh();
+  EXPECT_THAT(buttons(*panel), ElementsAre("1m", "2m", "Start the custom length", "Start",
+                                           "(Reset)", "Edit Timer…"));
   const int tall = panel->fittingSize().height();
   model.setMode(TimerRun::Mode::stopwatch);
   QApplication::processEvents();
