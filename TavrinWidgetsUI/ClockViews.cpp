@@ -101,7 +101,8 @@ QString spokenTime(const ClockReading& clock) {
 /// The weekday; where it is too long for the line, its short form.
 AnyView weekdayLine(const ClockReading& clock, double points, const QColor& colour) {
   const auto line = [&](const std::string& words) {
-    return AnyView(text(words).size(points).weight(FontWeight::medium).colour(colour));
+    return AnyView(
+        text(words).size(points).weight(FontWeight::medium).colour(colour).figure(points));
   };
   return firstFitting({line(clock.weekday), line(clock.shortWeekday)});
 }
@@ -163,11 +164,12 @@ AnyView clockWideTile(const ClockReading& clock, const TileSize& size) {
   content.tint = clockTint;
   content.mark = analogClockFace(clock);
   content.figure = QString::fromStdString(clock.time);
-  content.caption = QString::fromStdString(clock.shortWeekday + " " + clock.date);
+  const bool isLong = size.span >= 3;
+  const std::string day = (isLong ? clock.weekday + ", " : clock.shortWeekday + " ") + clock.date;
+  content.caption = QString::fromStdString(day);
   if (clock.otherZone)
-    content.caption =
-        QString::fromStdString(size.span >= 3 ? clock.otherZone->city + " · " + clock.shortWeekday
-                                              : clock.otherZone->city);
+    content.caption = QString::fromStdString(isLong ? clock.otherZone->city + " · " + day
+                                                    : clock.otherZone->city);
   content.label = "Clock";
   content.value = spokenTime(clock);
   return wideTile(content, size);

@@ -2,6 +2,7 @@
 
 #include "TavrinCore/Kinds/ClockText.h"
 
+#include <algorithm>
 #include <fmt/format.h>
 
 namespace tavrin {
@@ -30,14 +31,15 @@ AnyView fittingForm(const std::vector<std::string>& forms, double points, TextAl
     for (const double share : {1.0, 0.9, 0.8, 0.7}) {
       const double size = points * share;
       if (size < minimumTypeSize && share < 1)
-        continue;
+        break;
       const auto string = QString::fromStdString(form);
       candidates.push_back(text(string)
                                .size(std::max(size, minimumTypeSize))
                                .weight(FontWeight::semibold)
                                .colour(palette::figure(countdownGround))
                                .widest(widestDigits(string))
-                               .align(alignment));
+                               .align(alignment)
+                               .figure(std::max(size, minimumTypeSize)));
     }
   return firstFitting(std::move(candidates));
 }

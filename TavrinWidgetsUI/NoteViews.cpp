@@ -28,9 +28,9 @@ AnyView paper(const NoteSettings& note, const TileSize& size) {
   const QColor ink = noteInk(paper);
   const double points = std::max(size.body() * 0.135, minimumTypeSize);
   const double pitch = points * lineRatio;
-  const double margin = size.body() * 0.13;
-  const double top = size.body() * 0.11;
-  const int lineCount = std::max(1, static_cast<int>((size.body() - top - margin * 0.5) / pitch));
+  const double margin = size.body() * 0.11;
+  const double top = size.body() * 0.085;
+  const int lineCount = std::max(1, static_cast<int>((size.body() - 1.3 * top) / pitch));
   const QString words = written(note);
   const bool isEmpty = words.isEmpty();
   const AnyView body = text(isEmpty ? QString(emptyNoteText) : words)
@@ -42,7 +42,7 @@ AnyView paper(const NoteSettings& note, const TileSize& size) {
   // A lighter top edge lets the paper look like one.
   const AnyView sheet = rectangle().gradient(mix(paper, palette::white, 0.14), paper);
   return zstack({sheet, rules,
-                 body.fill(Alignment::topLeading).padding(Insets{margin, top, margin * 0.8, 0})});
+                 body.fill(Alignment::topLeading).padding(Insets{margin, top, margin * 0.7, 0})});
 }
 
 AnyView noteOn(const NoteSettings& note, const TileSize& size) {

@@ -42,7 +42,7 @@ AnyView unavailableTile(const DockWidget& widget, const TileSize& size) {
 }
 
 QString unavailableSentence(const DockWidget& widget) {
-  return utf8(widget.kind.title()) + " widgets are not in this build.";
+  return "The " + utf8(widget.kind.title()) + " widget is not in this build.";
 }
 
 UnavailablePanelView::UnavailablePanelView(const PanelAppearance& appearance,

@@ -94,7 +94,7 @@ void TextEngine::shapeWhole(Shaped& shaped, const Face& face, const QString& par
   shaped.width = x + line.naturalTextWidth();
   // Spaces at an end have no natural width, but a figure beside them has to keep its distance.
   for (qsizetype i = part.size(); i > 0 && part[i - 1] == u' '; --i)
-    shaped.width = x + line.cursorToX(static_cast<int>(part.size()));
+    shaped.width = line.cursorToX(static_cast<int>(part.size()));
 }
 
 void TextEngine::shapeTabular(Shaped& shaped, const Face& face) {
