@@ -170,9 +170,7 @@ AnyView clockWideTile(const ClockReading& clock, const TileSize& size) {
   if (clock.otherZone)
     content.caption = QString::fromStdString(isLong ? clock.otherZone->city + " · " + day
                                                     : clock.otherZone->city);
-  content.label = "Clock";
-  content.value = spokenTime(clock);
-  return wideTile(content, size);
+  return wideTile(content, size).accessibility("Clock", spokenTime(clock));
 }
 
 } // namespace tavrin

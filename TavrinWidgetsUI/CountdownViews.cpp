@@ -10,6 +10,8 @@ namespace {
 
 constexpr std::int64_t hour = 3600;
 constexpr std::int64_t day = 24 * hour;
+/// The mean year of the calendar.
+constexpr std::int64_t year = 31'556'952;
 
 QColor countdownTrack() {
   return mix(countdownGround, countdownAccent, 0.6);
@@ -60,8 +62,11 @@ QColor countdownTint() {
 std::vector<std::string> countdownForms(std::int64_t seconds) {
   if (seconds < day)
     return {clockText(seconds)};
-  return {fmt::format("{}d {}h", seconds / day, seconds % day / hour),
-          fmt::format("{}d", seconds / day)};
+  std::vector<std::string> forms = {fmt::format("{}d {}h", seconds / day, seconds % day / hour),
+                                    fmt::format("{}d", seconds / day)};
+  if (seconds >= 1000 * day)
+    forms.push_back(fmt::format("{}y", (seconds + year / 2) / year));
+  return forms;
 }
 
 AnyView countdownTileIcon(const std::string& name, const CountdownSettings& settings, Date now,

@@ -141,10 +141,10 @@ TEST(SystemWidgetModel, ACountdownGoesFromHoursToSecondsOnItsLastDay) {
   expectNear(bench.changes, {11, 12, 13});
 }
 
-TEST(SystemWidgetModel, AnAbsurdTargetIsLookedAtOnceADayAtMost) {
+TEST(SystemWidgetModel, AnAbsurdTargetIsLookedAtOnceAnHourAtMost) {
   for (const double target : {1e300, -1e300}) {
     Bench bench(CountdownSettings{{target}, true});
-    EXPECT_LE(bench.wakeUps(86'400 * 3), 3) << target;
+    EXPECT_LE(bench.wakeUps(86'400 * 3), 72) << target;
   }
 }
 
