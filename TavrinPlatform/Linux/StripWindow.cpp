@@ -112,7 +112,8 @@ void StripWindow::setLabel(const QString& name, const QString& value) {
   value_ = value;
   if (isNamed)
     setTitle(name);
-  announceTileChange(*this, isNamed);
+  if (isAnnouncing_)
+    announceTileChange(*this, isNamed);
 }
 
 void StripWindow::setAttention(bool isWanted, bool mayMove) {

@@ -88,36 +88,44 @@ QPolygonF BodyOutline::polygon(double inset) const {
   return result;
 }
 
-QPolygonF BodyOutline::ribbon(double inset, double width, double progress) const {
+QPolygonF BodyOutline::ribbon(double inset, double width, double from, double to) const {
   const double middle = inset + width / 2;
-  const auto at = [&](std::size_t i) { return samples_[i].point + samples_[i].inward * middle; };
-  double total = 0;
-  for (std::size_t i = 1; i < samples_.size(); ++i)
-    total += std::hypot(at(i).x() - at(i - 1).x(), at(i).y() - at(i - 1).y());
-
-  double left = total * std::clamp(progress, 0.0, 1.0);
-  QPolygonF outer{samples_.front().point + samples_.front().inward * inset};
-  QPolygonF inner{samples_.front().point + samples_.front().inward * (inset + width)};
-  for (std::size_t i = 1; i < samples_.size() && left > 0; ++i) {
-    const double step = std::hypot(at(i).x() - at(i - 1).x(), at(i).y() - at(i - 1).y());
-    const double share = step > 0 ? std::min(left / step, 1.0) : 1.0;
+  std::vector<double> lengths{0};
+  lengths.reserve(samples_.size());
+  for (std::size_t i = 1; i < samples_.size(); ++i) {
+    const QPointF step = samples_[i].point - samples_[i - 1].point +
+                         (samples_[i].inward - samples_[i - 1].inward) * middle;
+    lengths.push_back(lengths.back() + std::hypot(step.x(), step.y()));
+  }
+  const double begin = lengths.back() * std::clamp(from, 0.0, 1.0);
+  const double end = lengths.back() * std::clamp(to, 0.0, 1.0);
+  QPolygonF outer;
+  QPolygonF inner;
+  const auto add = [&](std::size_t i, double share) {
     const QPointF point = samples_[i - 1].point * (1 - share) + samples_[i].point * share;
     QPointF inward = samples_[i - 1].inward * (1 - share) + samples_[i].inward * share;
     inward /= std::max(std::hypot(inward.x(), inward.y()), 1e-9);
     outer << point + inward * inset;
     inner << point + inward * (inset + width);
-    left -= step;
+  };
+  for (std::size_t i = 1; i < samples_.size(); ++i) {
+    const double step = lengths[i] - lengths[i - 1];
+    if (step <= 0 || lengths[i] < begin || lengths[i - 1] > end)
+      continue;
+    if (outer.isEmpty())
+      add(i, (begin - lengths[i - 1]) / step);
+    add(i, std::min((end - lengths[i - 1]) / step, 1.0));
   }
-  if (progress < 1) {
+  if (outer.isEmpty())
+    return {};
+  const bool isClosed = to - from >= 1;
+  const QPointF start = outer.front();
+  if (!isClosed)
     addCap(outer, outer.back(), inner.back(), true);
-    const QPointF start = inner.front();
-    for (auto point = inner.crbegin(); point != inner.crend(); ++point)
-      outer << *point;
-    addCap(outer, start, outer.front(), true);
-    return outer;
-  }
   for (auto point = inner.crbegin(); point != inner.crend(); ++point)
     outer << *point;
+  if (!isClosed)
+    addCap(outer, inner.front(), start, true);
   return outer;
 }
 

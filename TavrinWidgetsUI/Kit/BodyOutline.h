@@ -16,9 +16,9 @@ public:
 
   /// The closed outline moved inwards by `inset` everywhere.
   QPolygonF polygon(double inset = 0) const;
-  /// The ribbon from `inset` to `inset + width` along the first `progress` (0...1) of the outline,
-  /// its ends half circles. Closed rings are two polygons, to be filled odd-even.
-  QPolygonF ribbon(double inset, double width, double progress) const;
+  /// The ribbon from `inset` to `inset + width` along the outline between the shares `from` and
+  /// `to`, its ends half circles. Closed rings are two polygons, to be filled odd-even.
+  QPolygonF ribbon(double inset, double width, double from, double to) const;
 
 private:
   struct Sample {

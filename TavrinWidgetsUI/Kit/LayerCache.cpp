@@ -10,20 +10,22 @@ const LayerCache::Layer* LayerCache::find(const AnyView& view, const QRectF& wit
   });
   if (found == layers_.end())
     return nullptr;
-  layers_.splice(layers_.begin(), layers_, found);
-  return &layers_.front();
+  found->isUsed = true;
+  return &*found;
 }
 
 const LayerCache::Layer& LayerCache::add(Layer layer) {
-  layers_.push_front(std::move(layer));
-  if (layers_.size() > countLimit)
-    layers_.pop_back();
-  qsizetype bytes = 0;
-  for (auto entry = layers_.begin(); entry != layers_.end();) {
-    bytes += entry->image.sizeInBytes();
-    entry = bytes > byteLimit && entry != layers_.begin() ? layers_.erase(entry) : std::next(entry);
-  }
-  return layers_.front();
+  layers_.push_back(std::move(layer));
+  return layers_.back();
+}
+
+void LayerCache::beginPainting() {
+  for (Layer& layer : layers_)
+    layer.isUsed = false;
+}
+
+void LayerCache::endPainting() {
+  std::erase_if(layers_, [](const Layer& layer) { return !layer.isUsed; });
 }
 
 } // namespace tavrin

@@ -7,7 +7,7 @@
 
 namespace tavrin {
 
-/// The pixels of still parts of a picture, the most recently used of them up to a bound in bytes.
+/// The pixels of still parts of a picture, kept from one painting to the next and no longer.
 class LayerCache {
 public:
   struct Layer {
@@ -19,12 +19,12 @@ public:
     /// In points from the rectangle's top left.
     std::vector<ViewButton> buttons;
     std::vector<AccessibleElement> elements;
+    bool isUsed = true;
   };
 
-  static constexpr qsizetype byteLimit = 1280 * 1024;
-  static constexpr std::size_t countLimit = 6;
-
-  /// No value where there is none yet; valid until the next call.
+  void beginPainting();
+  void endPainting();
+  /// No value where there is none yet.
   const Layer* find(const AnyView& view, const QRectF& within, double scale);
   const Layer& add(Layer layer);
 

@@ -1,5 +1,6 @@
 #include "TavrinWidgetsUI/Kit/Modifiers.h"
 
+#include "TavrinWidgetsUI/Kit/Fill.h"
 #include "TavrinWidgetsUI/Kit/LayerCache.h"
 #include "TavrinWidgetsUI/Kit/ViewContext.h"
 
@@ -198,7 +199,10 @@ struct Cached {
 
 LayerCache::Layer paintedLayer(ViewContext& context, const AnyView& content, const QRectF& within,
                                double scale) {
-  LayerCache::Layer layer{content, within, scale, {}, {}, {}};
+  LayerCache::Layer layer;
+  layer.view = content;
+  layer.within = within;
+  layer.scale = scale;
   layer.image =
       QImage(static_cast<int>(std::ceil(within.right())),
              static_cast<int>(std::ceil(within.bottom())), QImage::Format_ARGB32_Premultiplied);
@@ -240,11 +244,7 @@ void Cached::paint(ViewContext& context, const QRectF& rect) const {
     element.rect.translate(rect.topLeft());
     context.addElement(std::move(element));
   }
-  QImage image = layer->image;
-  image.setDevicePixelRatio(ratio);
-  painter.resetTransform();
-  painter.drawImage(corner / ratio, image);
-  painter.setWorldTransform(world);
+  drawPixels(painter, corner.toPoint(), layer->image);
 }
 
 } // namespace

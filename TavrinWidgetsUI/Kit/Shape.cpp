@@ -2,6 +2,7 @@
 
 #include "TavrinWidgetsUI/Kit/BodyOutline.h"
 #include "TavrinWidgetsUI/Kit/Colour.h"
+#include "TavrinWidgetsUI/Kit/Fill.h"
 #include "TavrinWidgetsUI/Kit/Modifiers.h"
 #include "TavrinWidgetsUI/Kit/ViewContext.h"
 
@@ -116,14 +117,15 @@ void Shape::paint(ViewContext& context, const QRectF& rect) const {
   if (rect.isEmpty())
     return;
   if (isVisible(fillColour))
-    context.painter.fillPath(outline(rect), fillOf(*this, rect));
+    (form == Form::path ? fillPath : fillConvexPath)(context.painter, outline(rect),
+                                                     fillOf(*this, rect));
   if (strokeWidth > 0 && isVisible(strokeColour)) {
     const double inset = strokeWidth / 2;
     Shape inner = *this;
     inner.cornerRadius = std::max(cornerRadius - inset, 0.0);
     const QRectF within = form == Form::path ? rect : rect.adjusted(inset, inset, -inset, -inset);
-    context.painter.strokePath(inner.outline(within), QPen(strokeColour, strokeWidth, Qt::SolidLine,
-                                                           Qt::RoundCap, Qt::RoundJoin));
+    strokePath(context.painter, inner.outline(within),
+               QPen(strokeColour, strokeWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
   }
 }
 
@@ -189,17 +191,17 @@ void Ring::paint(ViewContext& context, const QRectF& rect) const {
     return;
   const bool isClosed = sweepAngle >= 360;
   const double start = isClosed ? 90 : 90 + sweepAngle / 2;
-  // Sixteenths of a degree, as QPainter counts arcs; clockwise is negative.
   const auto draw = [&](const QColor& colour, double share) {
     if (!isVisible(colour) || share <= 0)
       return;
-    context.painter.setPen(QPen(colour, width, Qt::SolidLine, Qt::RoundCap));
-    context.painter.setBrush(Qt::NoBrush);
-    if (isClosed && share >= 1)
-      context.painter.drawEllipse(line);
-    else
-      context.painter.drawArc(line, static_cast<int>(std::lround(start * 16)),
-                              static_cast<int>(std::lround(-sweepAngle * share * 16)));
+    QPainterPath path;
+    if (isClosed && share >= 1) {
+      path.addEllipse(line);
+    } else {
+      path.arcMoveTo(line, start);
+      path.arcTo(line, start, -sweepAngle * share);
+    }
+    strokePath(context.painter, path, QPen(colour, width, Qt::SolidLine, Qt::RoundCap));
   };
   draw(trackColour, 1);
   draw(tintColour, std::min(progress, 1.0));

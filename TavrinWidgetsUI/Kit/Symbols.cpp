@@ -1,5 +1,6 @@
 #include "TavrinWidgetsUI/Kit/Symbols.h"
 
+#include "TavrinWidgetsUI/Kit/Fill.h"
 #include "TavrinWidgetsUI/Kit/SymbolTable.h"
 
 #include <QPainter>
@@ -176,7 +177,7 @@ void drawSymbol(QPainter& painter, std::string_view name, const QRectF& rect,
   const QTransform before = painter.worldTransform();
   painter.translate(rect.center() - QPointF(side / 2, side / 2));
   painter.scale(side / grid, side / grid);
-  painter.fillPath(symbolPath(name), colour);
+  fillPath(painter, symbolPath(name), colour);
   painter.setWorldTransform(before);
 }
 

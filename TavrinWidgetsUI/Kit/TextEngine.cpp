@@ -78,7 +78,7 @@ const TextEngine::Face& TextEngine::face(FontWeight weight) {
       });
 }
 
-void TextEngine::shapeWhole(Shaped& shaped, const Face& face, const QString& part, double x) {
+void TextEngine::shapeWhole(Shaped& shaped, const Face& face, const QString& part) {
   QTextLayout layout(part, face.font);
   QTextOption option;
   option.setWrapMode(QTextOption::NoWrap);
@@ -88,12 +88,12 @@ void TextEngine::shapeWhole(Shaped& shaped, const Face& face, const QString& par
   layout.endLayout();
   if (!line.isValid())
     return;
-  line.setPosition({x, -line.ascent()});
+  line.setPosition({0, -line.ascent()});
   for (const QGlyphRun& run : layout.glyphRuns())
     shaped.pieces.push_back({run.rawFont(), run.glyphIndexes(), run.positions()});
-  shaped.width = x + line.naturalTextWidth();
+  shaped.width = line.naturalTextWidth();
   // Spaces at an end have no natural width, but a figure beside them has to keep its distance.
-  for (qsizetype i = part.size(); i > 0 && part[i - 1] == u' '; --i)
+  if (part.endsWith(u' '))
     shaped.width = line.cursorToX(static_cast<int>(part.size()));
 }
 
@@ -104,8 +104,16 @@ void TextEngine::shapeTabular(Shaped& shaped, const Face& face) {
     qsizetype end = i;
     while (end < string.size() && !isDigit(string[end]))
       ++end;
-    if (end > i)
-      shapeWhole(shaped, face, string.mid(i, end - i), shaped.width);
+    if (end > i) {
+      // Between the digits of a ticking figure stands the same colon, shaped long ago.
+      const Shaped& part = this->shaped(string.mid(i, end - i), face.weight, Digits::proportional);
+      for (Piece piece : part.pieces) {
+        for (QPointF& position : piece.positions)
+          position += QPointF(shaped.width, 0);
+        shaped.pieces.push_back(std::move(piece));
+      }
+      shaped.width += part.width;
+    }
     for (i = end; i < string.size() && isDigit(string[i]); ++i) {
       const auto digit = static_cast<std::size_t>(string[i].unicode() - u'0');
       digits.glyphs << face.digits[digit];
@@ -131,7 +139,7 @@ TextEngine::Shaped& TextEngine::shaped(const QString& string, FontWeight weight,
         if (digits == Digits::tabular && canBeTabular(string))
           shapeTabular(shaped, face(weight));
         else
-          shapeWhole(shaped, face(weight), string, 0);
+          shapeWhole(shaped, face(weight), string);
         return shaped;
       });
 }
@@ -213,7 +221,7 @@ QString TextEngine::cut(const QString& string, FontWeight weight, double width) 
     if (canBeTabular(shaped.string))
       shapeTabular(shaped, face(weight));
     else
-      shapeWhole(shaped, face(weight), shaped.string, 0);
+      shapeWhole(shaped, face(weight), shaped.string);
     return shaped.width <= width;
   };
   const auto tooLong =

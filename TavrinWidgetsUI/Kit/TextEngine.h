@@ -76,7 +76,7 @@ private:
   const Face& face(FontWeight weight);
   Shaped& shaped(const QString& string, FontWeight weight, Digits digits);
   void shapeTabular(Shaped& shaped, const Face& face);
-  void shapeWhole(Shaped& shaped, const Face& face, const QString& part, double x);
+  void shapeWhole(Shaped& shaped, const Face& face, const QString& part);
   QRawFont sized(const QRawFont& reference, double pointSize);
   QStringList breakLines(const QString& string, FontWeight weight, double width, int limit);
   QString cut(const QString& string, FontWeight weight, double width);

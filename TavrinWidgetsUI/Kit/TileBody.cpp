@@ -1,8 +1,11 @@
 #include "TavrinWidgetsUI/Kit/BodyOutline.h"
 #include "TavrinWidgetsUI/Kit/Colour.h"
+#include "TavrinWidgetsUI/Kit/Fill.h"
 #include "TavrinWidgetsUI/Kit/Modifiers.h"
 #include "TavrinWidgetsUI/Kit/Shape.h"
 #include "TavrinWidgetsUI/Kit/ViewContext.h"
+
+#include <algorithm>
 
 namespace tavrin {
 
@@ -23,13 +26,13 @@ struct TileBody : Modifiers<TileBody> {
     const double margin = side * (1 - bodyRatio) / 2;
     const QRectF body = rect.adjusted(margin, margin, -margin, -margin);
     QPainter& painter = context.painter;
-    painter.setPen(Qt::NoPen);
     const BodyOutline outline(body, body.height() * bodyCornerRatio);
     // Faint layers that add up towards the body make the shadow soft.
     for (int step = 0; step < shadowSteps; ++step) {
       const double spread = side * shadowRatio * (shadowSteps - step) / shadowSteps;
-      painter.setBrush(QColor(0, 0, 0, 26));
-      painter.drawPolygon(outline.polygon(-spread));
+      QPainterPath path;
+      path.addPolygon(outline.polygon(-spread));
+      fillConvexPath(painter, path, QColor(0, 0, 0, 26));
     }
     Shape whole = form;
     whole.form = Shape::Form::superellipse;
@@ -58,6 +61,12 @@ ProgressBorder ProgressBorder::track(const QColor& colour) const {
   return result;
 }
 
+ProgressBorder ProgressBorder::from(double start) const {
+  ProgressBorder result = *this;
+  result.start = start;
+  return result;
+}
+
 QSizeF ProgressBorder::measure(ViewContext&, const QSizeF& offer) const {
   return offer;
 }
@@ -67,17 +76,17 @@ void ProgressBorder::paint(ViewContext& context, const QRectF& rect) const {
     return;
   const double width = rect.height() * widthRatio;
   const BodyOutline outline(rect, rect.height() * bodyCornerRatio);
-  const auto draw = [&](const QColor& colour, double share) {
-    if (!colour.isValid() || colour.alpha() == 0 || share <= 0)
+  const auto draw = [&](const QColor& colour, double from, double to) {
+    if (!colour.isValid() || colour.alpha() == 0 || to <= from)
       return;
-    context.painter.setPen(Qt::NoPen);
-    context.painter.setBrush(colour);
     // A closed ring crosses nothing but its own seam; an open ribbon may touch its own cap.
-    context.painter.drawPolygon(outline.ribbon(0, width, share),
-                                share < 1 ? Qt::WindingFill : Qt::OddEvenFill);
+    QPainterPath path;
+    path.addPolygon(outline.ribbon(0, width, from, to));
+    path.setFillRule(to - from < 1 ? Qt::WindingFill : Qt::OddEvenFill);
+    fillPath(context.painter, path, colour);
   };
-  draw(trackColour, 1);
-  draw(tintColour, progress);
+  draw(trackColour, 0, 1);
+  draw(tintColour, start, std::min(progress, 1.0));
 }
 
 ProgressBorder progressBorder(double progress) {

@@ -1,6 +1,7 @@
 #include "TavrinWidgetsUI/Kit/TileLayout.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace tavrin {
 
@@ -10,7 +11,8 @@ constexpr double bodyRatio = 0.805;
 constexpr double pitchRatio = 1.0625;
 constexpr double paddingRatio = 0.12;
 constexpr double borderRatio = 0.07;
-constexpr double figureRatio = 0.32;
+constexpr double borderSteps = 24;
+constexpr double figureRatio = 0.305;
 /// On one line a figure goes down to this before its seconds move below it.
 constexpr double leastFigureRatio = 0.18;
 /// Between a progress border and what stands inside.
@@ -94,9 +96,19 @@ AnyView body(const QColor& ground, const QColor& groundEnd, const std::optional<
   if (!border)
     return plain;
   const double margin = (size.height() - size.body()) / 2;
-  const AnyView track = progressBorder(1).tint(border->track).track({}).padding(margin);
-  const AnyView level = progressBorder(border->progress).tint(border->tint).track({});
-  return zstack({zstack({plain, track}).cached(), level.padding(margin)});
+  // A closed ring has no track to shine through at its edges.
+  const AnyView track = border->progress >= 1
+                            ? AnyView()
+                            : progressBorder(1).tint(border->track).track({}).padding(margin);
+  const ProgressBorder level =
+      progressBorder(std::clamp(border->progress, 0.0, 1.0)).tint(border->tint).track({});
+  // The level's whole steps are kept with the body, so that a tick draws its tip alone.
+  const double steps = borderSteps * std::ceil(size.bodyWidth() / size.body());
+  const double kept = std::floor(level.progress * steps) / steps;
+  ProgressBorder still = level;
+  still.progress = kept;
+  return zstack(
+      {zstack({plain, track, still.padding(margin)}).cached(), level.from(kept).padding(margin)});
 }
 
 AnyView spoken(const AnyView& picture, const QString& label, const QString& value,

@@ -21,7 +21,9 @@ ViewPainter& ViewPainter::operator=(ViewPainter&&) noexcept = default;
 void ViewPainter::paint(QPainter& painter, const AnyView& view, const QRectF& rect, double scale) {
   painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
   ViewContext context(painter, scale, caches_->text, caches_->layers);
+  caches_->layers.beginPainting();
   view.paint(context, rect);
+  caches_->layers.endPainting();
   buttons_ = std::move(context.buttons);
   elements_ = std::move(context.elements);
 }
