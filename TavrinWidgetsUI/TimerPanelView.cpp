@@ -19,6 +19,7 @@ namespace tavrin {
 namespace {
 
 constexpr int presetColumns = 5;
+constexpr int presetGap = 6;
 /// Further rows are scrolled to.
 constexpr int presetRows = 3;
 constexpr std::size_t mostPresets = 100;
@@ -85,7 +86,7 @@ void TimerPanelView::fillPresets() {
   presets_ = new QWidget;
   auto* grid = new QGridLayout(presets_);
   grid->setContentsMargins(0, 0, 0, 0);
-  grid->setSpacing(panel::grid);
+  grid->setSpacing(presetGap);
   const auto count = static_cast<int>(std::min(presets.size(), mostPresets));
   const int columns = std::min(count, presetColumns);
   for (int i = 0; i < count; ++i) {
@@ -93,6 +94,9 @@ void TimerPanelView::fillPresets() {
     auto* button = new PanelButton(PanelButton::Kind::quiet, timerPresetTitle(seconds),
                                    [this, seconds] { model_.startCountdown(seconds); });
     button->setToolTip("Starts " + QString::fromStdString(clockText(wholeSeconds(seconds))));
+    // All as wide as the row allows, however long their titles.
+    button->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+    button->setMinimumWidth(1);
     grid->addWidget(button, i / columns, i % columns);
     grid->setColumnStretch(i % columns, 1);
   }
@@ -101,7 +105,7 @@ void TimerPanelView::fillPresets() {
     area->setWidgetResizable(true);
     area->setFrameShape(QFrame::NoFrame);
     area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    area->setFixedHeight(presetRows * (panel::controlHeight + panel::grid));
+    area->setFixedHeight(presetRows * (panel::controlHeight + presetGap));
     area->setWidget(presets_);
     presets_ = area;
   }
