@@ -63,7 +63,8 @@ void drawDial(QPainter& painter, double radius, const FaceColours& colours) {
   QRadialGradient gradient(QPointF(0, -radius * 0.4), radius * 1.5);
   gradient.setColorAt(0, colours.dial);
   gradient.setColorAt(1, colours.dialEdge);
-  painter.setPen(Qt::NoPen);
+  // A night dial would melt into a dark panel.
+  painter.setPen(QPen(withOpacity(colours.ink, 0.12), std::max(radius * 0.012, 0.5)));
   painter.setBrush(gradient);
   painter.drawEllipse(QPointF(0, 0), radius, radius);
 }
@@ -165,7 +166,7 @@ AnyView clockWideTile(const ClockReading& clock, const TileSize& size) {
   content.mark = analogClockFace(clock);
   content.figure = QString::fromStdString(clock.time);
   const bool isLong = size.span >= 3;
-  const std::string day = (isLong ? clock.weekday + ", " : clock.shortWeekday + " ") + clock.date;
+  const std::string& day = isLong ? clock.longDay : clock.shortDay;
   content.caption = QString::fromStdString(day);
   if (clock.otherZone)
     content.caption = QString::fromStdString(isLong ? clock.otherZone->city + " · " + day
