@@ -1,6 +1,7 @@
 #include "TavrinSlot/PomodoroWidget.h"
 
 #include "TavrinPlatform/Platform.h"
+#include "TavrinSlot/StoredRun.h"
 #include "TavrinWidgetsUI/PomodoroPanelView.h"
 
 #include <fmt/format.h>
@@ -11,8 +12,8 @@ namespace {
 PomodoroRun caughtUpRun(Platform& platform, const DockWidget& widget) {
   const Date now = platform.clock().now();
   const auto* settings = widget.kind.get<PomodoroSettings>();
-  const auto stored = RunWidgetController::storedRun(platform, PomodoroWidgetController::runKey,
-                                                     PomodoroRun::fresh(now));
+  const auto stored =
+      storedRun(platform.userDefaults(), PomodoroWidgetController::runKey, PomodoroRun::fresh(now));
   return stored.caughtUp(now, settings ? *settings : PomodoroSettings{}, Calendar());
 }
 

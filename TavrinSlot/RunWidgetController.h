@@ -49,19 +49,6 @@ protected:
   virtual void timeJumped();
   void panelWillOpen() override;
 
-public:
-  /// The run stored under `key`; a fresh one where there is none or it does not decode.
-  template <class Run> static Run storedRun(Platform& platform, const char* key, Run fresh) {
-    if (const auto stored = platform.userDefaults().value(key)) {
-      try {
-        return decode<Run>(*stored);
-      } catch (const CodingError& error) {
-        Log(platform.log(), "slot").info(std::string(key) + ": " + error.what());
-      }
-    }
-    return fresh;
-  }
-
 private:
   void startTicking();
   void tick();

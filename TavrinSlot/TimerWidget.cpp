@@ -1,6 +1,7 @@
 #include "TavrinSlot/TimerWidget.h"
 
 #include "TavrinPlatform/Platform.h"
+#include "TavrinSlot/StoredRun.h"
 #include "TavrinWidgetsUI/TimerPanelView.h"
 
 #include <fmt/format.h>
@@ -10,7 +11,8 @@ namespace tavrin {
 TimerWidgetController::TimerWidgetController(const SlotContext& context, const DockWidget& widget)
     : RunWidgetController(context, widget, "timer", "finished"),
       model_(platform().clock(), widget,
-             storedRun(platform(), runKey, TimerRun{}).caughtUp(platform().clock().now())),
+             storedRun(platform().userDefaults(), runKey, TimerRun{})
+                 .caughtUp(platform().clock().now())),
       actions_{[this] { model_.toggle(); }, [this] { model_.reset(); }} {
   model_.onChange = [this] { runChanged(); };
   runChanged();

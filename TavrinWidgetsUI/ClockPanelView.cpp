@@ -55,7 +55,7 @@ void ClockPanelView::refresh() {
     time_->setText(time);
   }
   weekday_->setWords(utf8(clock.weekday));
-  date_->setWords(utf8(clock.longDate));
+  date_->setWords(utf8(clock.date));
   zone_->setVisible(clock.otherZone.has_value());
   if (clock.otherZone)
     zone_->setWords(utf8(clock.otherZone->difference));

@@ -45,8 +45,9 @@ ClockReading ClockReader::at(Date date) const {
   reading.hoursAndMinutes = minutes_.time(date);
   reading.weekday = format_.dayCaption(date);
   reading.shortWeekday = zoned_.text(date, "EEE");
-  reading.date = zoned_.localText(date, "MMMd");
-  reading.longDate = zoned_.localText(date, "yMMMMd");
+  reading.shortDay = zoned_.localText(date, "EEEMMMd");
+  reading.longDay = zoned_.localText(date, "EEEEMMMMd");
+  reading.date = zoned_.localText(date, "yMMMMd");
   reading.hourHand = hands.hour;
   reading.minuteHand = hands.minute;
   if (settings_.showsSeconds) {

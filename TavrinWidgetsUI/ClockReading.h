@@ -17,11 +17,13 @@ struct ClockReading {
   /// The same in parts: hours and minutes, and the seconds alone.
   std::string hoursAndMinutes;
   std::string seconds;
-  /// The full name of the weekday, its short form, the date without and with the year.
+  /// The full name of the weekday, and its short form.
   std::string weekday;
   std::string shortWeekday;
+  /// In the locale's order: "Wed, Sep 9", "Wednesday, September 9", "September 9, 2026".
+  std::string shortDay;
+  std::string longDay;
   std::string date;
-  std::string longDate;
   /// Turns of the hands, 0 to 1.
   double hourHand = 0;
   double minuteHand = 0;

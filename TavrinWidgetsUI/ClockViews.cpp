@@ -63,7 +63,8 @@ void drawDial(QPainter& painter, double radius, const FaceColours& colours) {
   QRadialGradient gradient(QPointF(0, -radius * 0.4), radius * 1.5);
   gradient.setColorAt(0, colours.dial);
   gradient.setColorAt(1, colours.dialEdge);
-  painter.setPen(Qt::NoPen);
+  // A night dial would melt into a dark panel.
+  painter.setPen(QPen(withOpacity(colours.ink, 0.12), std::max(radius * 0.012, 0.5)));
   painter.setBrush(gradient);
   painter.drawEllipse(QPointF(0, 0), radius, radius);
 }
@@ -101,7 +102,8 @@ QString spokenTime(const ClockReading& clock) {
 /// The weekday; where it is too long for the line, its short form.
 AnyView weekdayLine(const ClockReading& clock, double points, const QColor& colour) {
   const auto line = [&](const std::string& words) {
-    return AnyView(text(words).size(points).weight(FontWeight::medium).colour(colour));
+    return AnyView(
+        text(words).size(points).weight(FontWeight::medium).colour(colour).figure(points));
   };
   return firstFitting({line(clock.weekday), line(clock.shortWeekday)});
 }
@@ -163,14 +165,13 @@ AnyView clockWideTile(const ClockReading& clock, const TileSize& size) {
   content.tint = clockTint;
   content.mark = analogClockFace(clock);
   content.figure = QString::fromStdString(clock.time);
-  content.caption = QString::fromStdString(clock.shortWeekday + " " + clock.date);
+  const bool isLong = size.span >= 3;
+  const std::string& day = isLong ? clock.longDay : clock.shortDay;
+  content.caption = QString::fromStdString(day);
   if (clock.otherZone)
-    content.caption =
-        QString::fromStdString(size.span >= 3 ? clock.otherZone->city + " · " + clock.shortWeekday
-                                              : clock.otherZone->city);
-  content.label = "Clock";
-  content.value = spokenTime(clock);
-  return wideTile(content, size);
+    content.caption = QString::fromStdString(isLong ? clock.otherZone->city + " · " + day
+                                                    : clock.otherZone->city);
+  return wideTile(content, size).accessibility("Clock", spokenTime(clock));
 }
 
 } // namespace tavrin

@@ -19,6 +19,7 @@ CountdownPanelView::CountdownPanelView(const PanelAppearance& appearance,
     : PanelView(appearance), model_(model), caption_(new PanelText({}, PanelTextStyle::secondary)),
       dial_(new ViewWidget(QSizeF(cardWidth, cardHeight))) {
   caption_->setAlignment(Qt::AlignHCenter);
+  caption_->setSingleLine(true);
   add(caption_);
   add(dial_, Qt::AlignHCenter);
   setEditButton("Edit Countdown…", std::move(onEdit));

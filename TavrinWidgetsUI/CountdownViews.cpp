@@ -2,6 +2,7 @@
 
 #include "TavrinCore/Kinds/ClockText.h"
 
+#include <algorithm>
 #include <fmt/format.h>
 
 namespace tavrin {
@@ -9,6 +10,8 @@ namespace {
 
 constexpr std::int64_t hour = 3600;
 constexpr std::int64_t day = 24 * hour;
+/// The mean year of the calendar.
+constexpr std::int64_t year = 31'556'952;
 
 QColor countdownTrack() {
   return mix(countdownGround, countdownAccent, 0.6);
@@ -30,14 +33,15 @@ AnyView fittingForm(const std::vector<std::string>& forms, double points, TextAl
     for (const double share : {1.0, 0.9, 0.8, 0.7}) {
       const double size = points * share;
       if (size < minimumTypeSize && share < 1)
-        continue;
+        break;
       const auto string = QString::fromStdString(form);
       candidates.push_back(text(string)
                                .size(std::max(size, minimumTypeSize))
                                .weight(FontWeight::semibold)
                                .colour(palette::figure(countdownGround))
                                .widest(widestDigits(string))
-                               .align(alignment));
+                               .align(alignment)
+                               .figure(std::max(size, minimumTypeSize)));
     }
   return firstFitting(std::move(candidates));
 }
@@ -58,8 +62,11 @@ QColor countdownTint() {
 std::vector<std::string> countdownForms(std::int64_t seconds) {
   if (seconds < day)
     return {clockText(seconds)};
-  return {fmt::format("{}d {}h", seconds / day, seconds % day / hour),
-          fmt::format("{}d", seconds / day)};
+  std::vector<std::string> forms = {fmt::format("{}d {}h", seconds / day, seconds % day / hour),
+                                    fmt::format("{}d", seconds / day)};
+  if (seconds >= 1000 * day)
+    forms.push_back(fmt::format("{}y", (seconds + year / 2) / year));
+  return forms;
 }
 
 AnyView countdownTileIcon(const std::string& name, const CountdownSettings& settings, Date now,

@@ -13,7 +13,8 @@ inline constexpr QColor countdownAccent{0x4C, 0x1D, 0x95};
 /// The accent, light enough to be seen on the ground.
 QColor countdownTint();
 
-/// Ways to say `seconds`, the most exact first: "3d 4h", "3d"; below a day "4:05:09" alone.
+/// Ways to say `seconds`, the most exact first: "3d 4h", "3d", and "10y" from a
+/// thousand days on; below a day "4:05:09" alone.
 std::vector<std::string> countdownForms(std::int64_t seconds);
 
 /// The time left or gone by, above the widget's name, in a border that empties over the last week.

@@ -28,9 +28,9 @@ AnyView paper(const NoteSettings& note, const TileSize& size) {
   const QColor ink = noteInk(paper);
   const double points = std::max(size.body() * 0.135, minimumTypeSize);
   const double pitch = points * lineRatio;
-  const double margin = size.body() * 0.13;
-  const double top = size.body() * 0.11;
-  const int lineCount = std::max(1, static_cast<int>((size.body() - top - margin * 0.5) / pitch));
+  const double margin = size.body() * 0.11;
+  const double top = size.body() * 0.085;
+  const int lineCount = std::max(1, static_cast<int>((size.body() - 1.3 * top) / pitch));
   const QString words = written(note);
   const bool isEmpty = words.isEmpty();
   const AnyView body = text(isEmpty ? QString(emptyNoteText) : words)
@@ -39,10 +39,16 @@ AnyView paper(const NoteSettings& note, const TileSize& size) {
                            .colour(isEmpty ? withContrast(mix(ink, paper, 0.35), paper) : ink)
                            .lines(lineCount);
   const AnyView rules = noteRules({top + pitch, pitch, withOpacity(ink, 0.13)});
+  const bool hasRoom = !isEmpty || size.isWide() || size.hasCaption();
+  const AnyView content =
+      hasRoom ? body.fill(Alignment::topLeading).padding(Insets{margin, top, margin * 0.7, 0})
+              : symbol("pencil")
+                    .colour(withContrast(mix(ink, paper, 0.35), paper, 3))
+                    .size(size.body() * 0.42)
+                    .fill();
   // A lighter top edge lets the paper look like one.
   const AnyView sheet = rectangle().gradient(mix(paper, palette::white, 0.14), paper);
-  return zstack({sheet, rules,
-                 body.fill(Alignment::topLeading).padding(Insets{margin, top, margin * 0.8, 0})});
+  return zstack({sheet, rules, content});
 }
 
 AnyView noteOn(const NoteSettings& note, const TileSize& size) {

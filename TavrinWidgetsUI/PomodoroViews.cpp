@@ -87,7 +87,9 @@ AnyView pomodoroTileIcon(const PomodoroRun& run, const PomodoroSettings& setting
   content.border = TileBorder{run.progress(now, settings), runTint(tint, run.isRunning())};
   content.figure = time;
   content.widestFigure = widestClockText(time);
-  content.caption = latin(title(run.phase));
+  // "Long Break" has no room on a small tile; all circles being filled say the same.
+  const bool isShort = run.phase == PomodoroPhase::longBreak && size.side < 80;
+  content.caption = latin(title(isShort ? PomodoroPhase::shortBreak : run.phase));
   content.mark = PomodoroDots::of(run, settings)
                      .view(tint, dotSize, size.body() * 0.56, QColor(0x4A, 0x4A, 0x50));
   content.markRatio = 0.08;
@@ -100,22 +102,27 @@ AnyView pomodoroTileIcon(const PomodoroRun& run, const PomodoroSettings& setting
 AnyView pomodoroWideTile(const PomodoroRun& run, const PomodoroSettings& settings, Date now,
                          const TileSize& size, const PomodoroActions& actions) {
   const QString time = timeText(run, settings, now);
-  WideTileContent content;
-  content.caption = latin(title(run.phase));
+  const QString phase = latin(title(run.phase));
+  QStringList captions{phase};
   if (run.phase == PomodoroPhase::focus)
-    content.caption +=
-        QStringLiteral(" %1/%2").arg(run.displayedCycle(settings)).arg(settings.cycles());
-  content.figure = time;
-  content.widestFigure = widestClockText(time);
-  content.label = content.caption;
+    captions.prepend(QStringLiteral("%1 %2/%3")
+                         .arg(phase)
+                         .arg(run.displayedCycle(settings))
+                         .arg(settings.cycles()));
+  if (run.phase == PomodoroPhase::longBreak)
+    captions.append(latin(title(PomodoroPhase::shortBreak)));
+  WideTileContent content;
+  content.tint = PomodoroPalette::tint(run.phase);
+  content.middle = wideRunText(captions, time, size);
+  content.label = captions.front();
   content.value = time + spokenState(run);
   content.actions = {{{"pomodoro.toggle", actions.toggle},
                       run.isRunning() ? "pause.fill" : "play.fill",
                       pomodoroToggleTitle(run),
                       true},
                      {{"pomodoro.skip", actions.skip}, "forward.end.fill", "Skip"}};
-  return wideRunTile(std::move(content), run.progress(now, settings),
-                     PomodoroPalette::tint(run.phase), phaseSymbol(run.phase), size);
+  return wideRunTile(std::move(content), run.progress(now, settings), run.isRunning(),
+                     phaseSymbol(run.phase), size);
 }
 
 } // namespace tavrin

@@ -11,20 +11,38 @@ QColor runTint(const QColor& tint, bool isRunning, const QColor& ground) {
   return isRunning ? visible : mix(visible, ground, 0.45);
 }
 
-AnyView wideRunTile(WideTileContent content, double progress, const QColor& tint,
+AnyView wideRunText(const QStringList& captions, const QString& time, const TileSize& size) {
+  const double points = std::max(size.body() * 0.19, minimumTypeSize);
+  std::vector<AnyView> candidates;
+  for (const QString& caption : captions)
+    candidates.push_back(text(caption)
+                             .size(points)
+                             .weight(FontWeight::medium)
+                             .colour(palette::caption())
+                             .figure(std::max(points * 0.85, minimumTypeSize)));
+  const AnyView figure = text(time)
+                             .size(size.figure())
+                             .weight(FontWeight::semibold)
+                             .colour(palette::figure())
+                             .widest(widestClockText(time))
+                             .figure(std::max(size.body() * 0.22, minimumTypeSize));
+  return vstack({firstFitting(std::move(candidates)), figure})
+      .align(Alignment::leading)
+      .spacing(size.body() * 0.05);
+}
+
+AnyView wideRunTile(WideTileContent content, double progress, bool isRunning,
                     const std::string& symbol, const TileSize& size) {
-  content.tint = tint;
+  const QColor tint = runTint(content.tint, isRunning);
   const double room = size.body() - 2 * size.padding();
-  if (size.span > 2) {
-    const AnyView gauge = ring(progress)
-                              .tint(tint)
-                              .track(palette::track)
-                              .thickness(size.borderWidth() * 1.15)
-                              .overlay(tavrin::symbol(symbol).colour(tint).size(room * 0.42));
-    content.mark = gauge;
-  } else {
+  if (size.span > 2)
+    content.mark = ring(progress)
+                       .tint(tint)
+                       .track(palette::track)
+                       .thickness(size.borderWidth() * 1.15)
+                       .overlay(tavrin::symbol(symbol).colour(tint).size(room * 0.42));
+  else
     content.border = TileBorder{progress, tint};
-  }
   return wideTile(content, size);
 }
 

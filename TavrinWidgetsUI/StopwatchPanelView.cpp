@@ -27,7 +27,7 @@ PanelRow lapRow(const std::vector<double>& laps, int row) {
   shown.id = QString::number(index);
   shown.title = QString::number(index + 1);
   shown.trailing = tenths(laps[index] - before);
-  shown.unit = tenths(laps[index]);
+  shown.unit = QChar(0x2003) + tenths(laps[index]);
   return shown;
 }
 
@@ -37,6 +37,7 @@ StopwatchPanelView::StopwatchPanelView(const PanelAppearance& appearance, Stopwa
     : PanelView(appearance), host_(std::move(host)) {
   dial_ = new ViewWidget({dialSide, dialSide});
   add(dial_, Qt::AlignHCenter);
+  addSpace(4);
   time_ = new PanelFigure(40, "88:88.8");
   time_->setName("Time");
   add(time_, Qt::AlignHCenter);

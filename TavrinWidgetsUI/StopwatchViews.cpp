@@ -14,6 +14,8 @@ struct Hand {
   double progress;
   QColor colour;
   QColor hub;
+  /// Leaves the middle of the dial free.
+  bool isPointer;
   bool operator==(const Hand&) const = default;
 };
 
@@ -38,7 +40,12 @@ void paintHand(QPainter& painter, const QRectF& rect, const Hand& hand) {
   const double side = std::min(rect.width(), rect.height());
   painter.translate(rect.center());
   painter.rotate(fullTurn * hand.progress);
-  painter.setPen(QPen(hand.colour, side * 0.032, Qt::SolidLine, Qt::RoundCap));
+  painter.setPen(
+      QPen(hand.colour, side * (hand.isPointer ? 0.055 : 0.032), Qt::SolidLine, Qt::RoundCap));
+  if (hand.isPointer) {
+    painter.drawLine(QPointF(0, -side * 0.32), QPointF(0, -side * 0.47));
+    return;
+  }
   painter.drawLine(QPointF(0, side * 0.1), QPointF(0, -side * 0.4));
   painter.setPen(Qt::NoPen);
   painter.setBrush(hand.colour);
@@ -60,6 +67,31 @@ QString spokenState(const StopwatchRun& run) {
   return run.isRunning() ? "Running" : run.hasStarted() ? "Paused" : "Not started";
 }
 
+/// The time in the middle of a dial; hours above the minutes and seconds.
+AnyView dialTime(const QString& time, double side, const QColor& ground) {
+  if (time.isEmpty())
+    return {};
+  const double points = std::max(side * 0.2, minimumTypeSize);
+  const Text figure = text(time)
+                          .size(points)
+                          .weight(FontWeight::semibold)
+                          .colour(palette::figure(ground))
+                          .align(TextAlignment::centre)
+                          .widest(widestDigits(time))
+                          .figure();
+  const qsizetype afterHours = time.indexOf(u':') + 1;
+  if (time.indexOf(u':', afterHours) < 0)
+    return figure;
+  Text rest = figure;
+  rest.string = time.mid(afterHours);
+  rest.widestForm = widestDigits(rest.string);
+  Text hours =
+      figure.size(std::max(points * 0.8, minimumTypeSize)).colour(palette::caption(ground));
+  hours.string = time.left(afterHours - 1) + QStringLiteral(" h");
+  hours.widestForm = widestDigits(hours.string);
+  return vstack({hours, rest}).spacing(side * 0.02);
+}
+
 StopwatchDial dial(const StopwatchRun& run, Date now, double side) {
   StopwatchDial dial;
   dial.progress = wholeSecondProgress(run, now);
@@ -77,17 +109,8 @@ AnyView StopwatchTicks::view() const {
 
 AnyView StopwatchDial::view(double side) const {
   const QColor hand = isRunning ? tint : mix(tint, ground, 0.35);
-  const AnyView label = time.isEmpty() ? AnyView()
-                                       : AnyView(text(time)
-                                                     .size(std::max(side * 0.17, minimumTypeSize))
-                                                     .weight(FontWeight::semibold)
-                                                     .colour(palette::figure(ground))
-                                                     .align(TextAlignment::centre)
-                                                     .widest(widestDigits(time))
-                                                     .figure(7.5)
-                                                     .frame({.maxWidth = side * 0.7})
-                                                     .offset(0, side * 0.19));
-  return zstack({ticks.view().cached(), label, canvas(Hand{progress, hand, ground}, paintHand)})
+  return zstack({ticks.view().cached(), dialTime(time, side, ground),
+                 canvas(Hand{progress, hand, ground, !time.isEmpty()}, paintHand)})
       .frame(side, side);
 }
 
@@ -111,10 +134,10 @@ AnyView stopwatchWideTile(const StopwatchRun& run, Date now, const TileSize& siz
   const double side = size.body() - 2 * size.padding();
   if (size.span > 2)
     content.mark = dial(run, now, side).view(side);
-  content.caption = run.laps.empty() ? QStringLiteral("Stopwatch")
-                                     : QStringLiteral("Lap %1").arg(run.laps.size() + 1);
-  content.figure = time;
-  content.widestFigure = widestClockText(time);
+  QStringList captions{QStringLiteral("Lap %1").arg(run.laps.size() + 1)};
+  if (run.laps.empty())
+    captions.prepend(QStringLiteral("Stopwatch"));
+  content.middle = wideRunText(captions, time, size);
   content.tint = stopwatchTint;
   content.label = "Stopwatch";
   content.value = time + ", " + spokenState(run);

@@ -30,7 +30,7 @@ struct StopwatchDial {
   /// 0 to 1 of the minute.
   double progress = 0;
   bool isRunning = false;
-  /// In the lower half of the dial; empty for none.
+  /// In the middle of the dial, which the hand then leaves free; empty for none.
   QString time = {};
   StopwatchTicks ticks = {};
   QColor tint = stopwatchTint;

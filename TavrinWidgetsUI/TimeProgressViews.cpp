@@ -80,7 +80,7 @@ AnyView timeProgressTileIcon(const TimeProgressReading& reading, const TileSize&
   std::vector<AnyView> lines;
   if (size.side >= 84)
     lines.push_back(word(scopeTitle(reading), captionSize, withContrast(tint, palette::ground)));
-  lines.push_back(percent(reading, body * (size.hasCaption() ? 0.27 : 0.25), palette::figure()));
+  lines.push_back(percent(reading, body * (size.hasCaption() ? 0.255 : 0.24), palette::figure()));
   if (size.hasCaption())
     lines.push_back(word("left", captionSize, quiet));
   const double diameter = body * 0.86;

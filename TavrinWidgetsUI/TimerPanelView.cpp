@@ -14,15 +14,26 @@
 #include <QScrollArea>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <utility>
 
 namespace tavrin {
 namespace {
 
 constexpr int presetColumns = 5;
+constexpr int presetGap = 6;
 /// Further rows are scrolled to.
 constexpr int presetRows = 3;
 constexpr std::size_t mostPresets = 100;
 constexpr int longestCustom = 24 * 60;
+
+/// Where Tab leaves `widget`; widgets made later come after everything else unless told.
+QWidget* lastFocusable(const QWidget& widget) {
+  QWidget* last = nullptr;
+  for (auto* child : widget.findChildren<QWidget*>())
+    if (child->focusPolicy() & Qt::TabFocus)
+      last = child;
+  return last;
+}
 
 } // namespace
 
@@ -82,10 +93,10 @@ void TimerPanelView::fillPresets() {
     return;
   shownPresets_ = presets;
   delete presets_;
-  presets_ = new QWidget;
+  presets_ = new QWidget(lengths_);
   auto* grid = new QGridLayout(presets_);
   grid->setContentsMargins(0, 0, 0, 0);
-  grid->setSpacing(panel::grid);
+  grid->setSpacing(presetGap);
   const auto count = static_cast<int>(std::min(presets.size(), mostPresets));
   const int columns = std::min(count, presetColumns);
   for (int i = 0; i < count; ++i) {
@@ -93,20 +104,27 @@ void TimerPanelView::fillPresets() {
     auto* button = new PanelButton(PanelButton::Kind::quiet, timerPresetTitle(seconds),
                                    [this, seconds] { model_.startCountdown(seconds); });
     button->setToolTip("Starts " + QString::fromStdString(clockText(wholeSeconds(seconds))));
+    // All as wide as the row allows, however long their titles.
+    button->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+    button->setMinimumWidth(1);
     grid->addWidget(button, i / columns, i % columns);
     grid->setColumnStretch(i % columns, 1);
   }
   if (count > presetColumns * presetRows) {
-    auto* area = new QScrollArea;
+    auto* area = new QScrollArea(lengths_);
     area->setWidgetResizable(true);
+    area->setFocusPolicy(Qt::NoFocus);
     area->setFrameShape(QFrame::NoFrame);
     area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    area->setFixedHeight(presetRows * (panel::controlHeight + panel::grid));
+    area->setFixedHeight(presetRows * (panel::controlHeight + presetGap));
     area->setWidget(presets_);
     presets_ = area;
   }
-  presets_->setVisible(count > 0);
   static_cast<QVBoxLayout*>(lengths_->layout())->insertWidget(0, presets_);
+  presets_->setVisible(count > 0);
+  QWidget* previous = lastFocusable(*mode_);
+  for (auto* button : presets_->findChildren<PanelButton*>())
+    setTabOrder(std::exchange(previous, button), button);
 }
 
 void TimerPanelView::refreshGauge() {

@@ -14,17 +14,6 @@ bool isPaused(const TimerRun& run, Date now) {
   return !run.isRunning() && run.hasStarted() && !run.isFinished(now);
 }
 
-/// Mode and state beside each other, or the state alone where that is too long.
-AnyView captionLine(const QString& mode, const QString& state, const TileSize& size) {
-  const Text line = text(mode + QStringLiteral(" · ") + state)
-                        .size(std::max(size.body() * 0.19, minimumTypeSize))
-                        .weight(FontWeight::medium)
-                        .colour(palette::caption());
-  Text stateOnly = line;
-  stateOnly.string = state;
-  return firstFitting({line, stateOnly});
-}
-
 } // namespace
 
 QString timerModeTitle(TimerRun::Mode mode) {
@@ -71,13 +60,8 @@ AnyView timerWideTile(const TimerRun& run, Date now, const QColor& tint, const T
   const QString mode = timerModeTitle(run.mode);
   const QString state = timerStateWord(run, now);
   WideTileContent content;
-  content.middle = vstack({captionLine(mode, state, size), text(time)
-                                                               .size(size.figure())
-                                                               .weight(FontWeight::semibold)
-                                                               .widest(widestClockText(time))
-                                                               .figure()})
-                       .align(Alignment::leading)
-                       .spacing(size.body() * 0.01);
+  content.tint = runTint(tint, true);
+  content.middle = wideRunText({mode + QStringLiteral(" · ") + state, state, mode}, time, size);
   content.label = mode;
   content.value = time + QStringLiteral(", ") + state;
   content.actions = {{{"timer.toggle", actions.toggle},
@@ -85,8 +69,9 @@ AnyView timerWideTile(const TimerRun& run, Date now, const QColor& tint, const T
                       timerToggleTitle(run, now),
                       true},
                      {{"timer.reset", actions.reset}, "arrow.counterclockwise", "Reset"}};
-  const std::string mark = run.isFinished(now) ? "checkmark" : modeSymbol(run.mode);
-  return wideRunTile(std::move(content), run.progress(now), runTint(tint, true), mark, size);
+  const bool isFinished = run.isFinished(now);
+  return wideRunTile(std::move(content), run.progress(now), run.isRunning() || isFinished,
+                     isFinished ? "checkmark" : modeSymbol(run.mode), size);
 }
 
 } // namespace tavrin

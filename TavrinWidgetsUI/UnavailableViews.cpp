@@ -23,13 +23,16 @@ AnyView unavailableTile(const DockWidget& widget, const TileSize& size) {
   if (size.isWide()) {
     WideTileContent content;
     content.mark = symbol(symbolOf(widget)).colour(ink).padding(size.body() * 0.1);
-    content.middle =
-        vstack({text(name)
-                    .size(std::max(size.body() * 0.24, minimumTypeSize))
-                    .weight(FontWeight::semibold)
-                    .colour(palette::figure()),
-                text(value).size(std::max(size.body() * 0.19, minimumTypeSize)).colour(ink)})
-            .align(Alignment::leading);
+    const double points = std::max(size.body() * 0.19, minimumTypeSize);
+    const auto line = [&](const QString& words) {
+      return AnyView(text(words).size(points).colour(ink).figure(points));
+    };
+    content.middle = vstack({text(name)
+                                 .size(std::max(size.body() * 0.24, minimumTypeSize))
+                                 .weight(FontWeight::semibold)
+                                 .colour(palette::figure()),
+                             firstFitting({line(value), line("Not built in")})})
+                         .align(Alignment::leading);
     return wideTile(content, size).accessibility(name, value);
   }
   TileContent content;
@@ -42,7 +45,7 @@ AnyView unavailableTile(const DockWidget& widget, const TileSize& size) {
 }
 
 QString unavailableSentence(const DockWidget& widget) {
-  return utf8(widget.kind.title()) + " widgets are not in this build.";
+  return "The " + utf8(widget.kind.title()) + " widget is not in this build.";
 }
 
 UnavailablePanelView::UnavailablePanelView(const PanelAppearance& appearance,

@@ -13,7 +13,7 @@ class PanelEmptyState;
 /// A widget whose kind this build does not have: its kind's symbol, dimmed, and its name.
 AnyView unavailableTile(const DockWidget& widget, const TileSize& size);
 
-/// "Weather widgets are not in this build."
+/// "The Weather widget is not in this build."
 QString unavailableSentence(const DockWidget& widget);
 
 /// Says that the kind is not in this build.

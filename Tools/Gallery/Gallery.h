@@ -31,5 +31,6 @@ GallerySheet timersGallery();
 GallerySheet simpleGallery();
 GallerySheet simpleWideGallery();
 GalleryPanels simplePanels();
+GalleryPanels timersPanels();
 
 } // namespace tavrin

@@ -1,8 +1,13 @@
 #include "Tools/Gallery/Gallery.h"
 
+#include "TavrinWidgetsUI/PomodoroPanelView.h"
 #include "TavrinWidgetsUI/PomodoroViews.h"
+#include "TavrinWidgetsUI/StopwatchPanelView.h"
 #include "TavrinWidgetsUI/StopwatchViews.h"
+#include "TavrinWidgetsUI/TimerPanelView.h"
 #include "TavrinWidgetsUI/TimerViews.h"
+
+#include <memory>
 
 namespace tavrin {
 
@@ -92,6 +97,44 @@ void addStopwatches(GallerySheet& sheet) {
   show("hours", stopwatch(45296, true));
 }
 
+struct FixedClock final : Clock {
+  Date now() const override { return tavrin::now; }
+};
+FixedClock fixedClock;
+
+DockWidget named(const char* name, DockWidget::Kind kind) {
+  return {UUID(), name, 1, std::move(kind), 1};
+}
+
+GalleryPanel pomodoroPanel(const char* name, PomodoroRun run, int sessions,
+                           const char* title = "Pomodoro", PomodoroSettings settings = {}) {
+  run.sessionsToday = sessions;
+  const auto model = std::make_shared<PomodoroModel>(fixedClock, named(title, settings), run);
+  return {name, PomodoroPalette::tint(run.phase), [model](const PanelAppearance& look) {
+            return new PomodoroPanelView(look, *model, [] {});
+          }};
+}
+
+GalleryPanel timerPanel(const char* name, const TimerRun& run, TimerSettings settings = {}) {
+  const auto model = std::make_shared<TimerModel>(fixedClock, named("Timer", settings), run);
+  return {name, model->tint(),
+          [model](const PanelAppearance& look) { return new TimerPanelView(look, *model, [] {}); }};
+}
+
+GalleryPanel stopwatchPanel(const char* name, const StopwatchRun& run) {
+  const auto shown = std::make_shared<StopwatchRun>(run);
+  return {name, stopwatchTint, [shown](const PanelAppearance& look) {
+            return new StopwatchPanelView(
+                look, {.name = [] { return QString("Stopwatch"); },
+                       .run = [shown]() -> const StopwatchRun& { return *shown; },
+                       .now = [] { return now; },
+                       .toggle = [] {},
+                       .lap = [] {},
+                       .reset = [] {},
+                       .edit = [] {}});
+          }};
+}
+
 } // namespace
 
 GallerySheet timersGallery() {
@@ -100,6 +143,36 @@ GallerySheet timersGallery() {
   addTimers(sheet);
   addStopwatches(sheet);
   return sheet;
+}
+
+GalleryPanels timersPanels() {
+  using Mode = TimerRun::Mode;
+  PomodoroSettings longest;
+  longest.focus = 7200;
+  longest.cyclesBeforeLongBreak = 8;
+  std::vector<double> laps;
+  for (int lap = 1; lap <= 120; ++lap)
+    laps.push_back(lap * 61.37);
+  return {
+      pomodoroPanel("fresh", pomodoro(PomodoroPhase::focus, 0, false, 0), 0),
+      pomodoroPanel("running", pomodoro(PomodoroPhase::focus, 612, true, 1), 1),
+      pomodoroPanel("paused", pomodoro(PomodoroPhase::focus, 612, false, 2), 99,
+                    "Deep work on the long chapter about tides"),
+      pomodoroPanel("break", pomodoro(PomodoroPhase::shortBreak, 221, true, 3), 3),
+      pomodoroPanel("long break", pomodoro(PomodoroPhase::longBreak, 900, false, 4), 4),
+      pomodoroPanel("two hours", pomodoro(PomodoroPhase::focus, 1, true, 5), 5, "Thesis", longest),
+      timerPanel("fresh", timer(Mode::countdown, 1500, 0, false)),
+      timerPanel("running", timer(Mode::countdown, 7384, 12, true), {.tintHex = "#BF5AF2"}),
+      timerPanel("paused", timer(Mode::countdown, 1500, 431, false),
+                 {.presets = {30, 60, 3600}, .tintHex = "#0A84FF"}),
+      timerPanel("done", timer(Mode::countdown, 300, 300, false),
+                 {.presets = std::vector<double>(23, 600), .tintHex = "#30D158"}),
+      timerPanel("stopwatch", timer(Mode::stopwatch, 1500, 42, true), {.tintHex = "#FF375F"}),
+      stopwatchPanel("fresh", stopwatch(0, false)),
+      stopwatchPanel("running", stopwatch(67.43, true, {61.37})),
+      stopwatchPanel("laps", stopwatch(7400.2, true, laps)),
+      stopwatchPanel("paused", stopwatch(3725.4, false)),
+  };
 }
 
 } // namespace tavrin

@@ -32,6 +32,7 @@ struct NamedPanels {
 
 constexpr NamedPanels panelSheets[] = {
     {"simple-panels", simplePanels},
+    {"timers-panels", timersPanels},
 };
 
 constexpr double captionHeight = 16;
