@@ -166,7 +166,9 @@ AnyView clockWideTile(const ClockReading& clock, const TileSize& size) {
   content.mark = analogClockFace(clock);
   content.figure = QString::fromStdString(clock.time);
   const bool isLong = size.span >= 3;
-  const std::string& day = isLong ? clock.longDay : clock.shortDay;
+  const std::string& day = isLong              ? clock.longDay
+                           : size.hasCaption() ? clock.shortDay
+                                               : clock.tinyDay;
   content.caption = QString::fromStdString(day);
   if (clock.otherZone)
     content.caption = QString::fromStdString(isLong ? clock.otherZone->city + " · " + day

@@ -24,14 +24,14 @@ AnyView unavailableTile(const DockWidget& widget, const TileSize& size) {
     WideTileContent content;
     content.mark = symbol(symbolOf(widget)).colour(ink).padding(size.body() * 0.1);
     const double points = std::max(size.body() * 0.19, minimumTypeSize);
-    const auto line = [&](const QString& words) {
-      return AnyView(text(words).size(points).colour(ink).figure(points));
-    };
+    const Text line = text(value).size(points).colour(ink);
+    Text shortLine = line;
+    shortLine.string = "Not built in";
     content.middle = vstack({text(name)
                                  .size(std::max(size.body() * 0.24, minimumTypeSize))
                                  .weight(FontWeight::semibold)
                                  .colour(palette::figure()),
-                             firstFitting({line(value), line("Not built in")})})
+                             firstFitting({line.figure(points), shortLine})})
                          .align(Alignment::leading);
     return wideTile(content, size).accessibility(name, value);
   }

@@ -37,6 +37,18 @@ TEST(ClockReading, TellsTimeAsTheSettingsAndTheLocaleSay) {
   EXPECT_EQ(reading({}, {}, false, "de_DE").date, "9. September 2026");
 }
 
+TEST(ClockReading, GoesByTheLocaleForTimes) {
+  const std::string all = std::getenv("LC_ALL") ? std::getenv("LC_ALL") : "";
+  ::unsetenv("LC_ALL");
+  ::setenv("LANG", "en_US.UTF-8", 1);
+  ::setenv("LC_TIME", "de_DE.UTF-8", 1);
+  EXPECT_EQ(ClockReader({}, Calendar("Europe/Berlin")).at(afternoon).time, "15:07");
+  ::unsetenv("LC_TIME");
+  EXPECT_EQ(ClockReader({}, Calendar("Europe/Berlin")).at(afternoon).time, "3:07");
+  ::unsetenv("LANG");
+  ::setenv("LC_ALL", all.c_str(), 1);
+}
+
 TEST(ClockReading, TellsWhereAnotherZoneIs) {
   struct Case {
     const char* zone;
