@@ -167,6 +167,7 @@ DockGeometry& LinuxPlatform::dockGeometry() {
     sources.stripTileSize = [this] {
       return strip_ ? std::optional(strip_->tileSize()) : std::nullopt;
     };
+    sources.tileFrame = [this] { return strip_ ? strip_->frame() : std::nullopt; };
     sources.tileAnchor = [this] { return tile_ ? tile_->anchor() : std::nullopt; };
     return std::make_unique<LinuxDockGeometry>(files_.homeFolder(), std::move(sources));
   });
