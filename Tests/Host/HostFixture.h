@@ -40,6 +40,12 @@ public:
       onLaunch(launch, process);
     return process;
   }
+  std::vector<ProcessID> launchTogether(const std::vector<Launch>& together) override {
+    std::vector<ProcessID> processes;
+    for (const auto& each : together)
+      processes.push_back(launch(each));
+    return processes;
+  }
   bool isAlive(ProcessID process) override { return programs.contains(process); }
   void terminate(ProcessID process, bool force) override {
     terminations.emplace_back(process, force);

@@ -1,5 +1,7 @@
 /// Stands for a slot application in tests of what starts and stops them: owns its bundle's
 /// identifier and notes activations. FAKE_SLOT_FAULT is "die" or "stubborn".
+#include "TavrinPlatform/Linux/ProcessFamily.h"
+
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -21,7 +23,9 @@ const sd_bus_vtable table[] = {
 
 } // namespace
 
-int main(int, char** words) {
+int main(int count, char** words) {
+  if (!tavrin::joinFamily(count, words, [] {}))
+    return 0;
   const std::string path = words[0];
   const auto start = path.find("Tavrin Slot ") + 12;
   std::string slot = path.substr(start, path.find(".app") - start);
