@@ -169,11 +169,17 @@ def bench_growth(renders=10_000, openings=1_000):
             slot.Activate({})
             time.sleep(0.02)
 
+        def rest():
+            time.sleep(1)
+            if len(desk.windows(process.pid)) > 1:
+                toggle()
+            time.sleep(3)
+
         for number in range(10):
             change(number)
         for _ in range(20):
             toggle()
-        time.sleep(3)
+        rest()
         first = memory(process.pid)["Private_Dirty"]
         for number in range(renders):
             change(number)
@@ -181,7 +187,7 @@ def bench_growth(renders=10_000, openings=1_000):
         rendered = memory(process.pid)["Private_Dirty"]
         for _ in range(2 * openings):
             toggle()
-        time.sleep(3)
+        rest()
         opened = memory(process.pid)["Private_Dirty"]
         row("private dirty after ten renders and openings", first, "MB")
         row(f"more after {renders} renders", rendered - first, "MB", 0)

@@ -13,6 +13,7 @@
 #include "TavrinPlatform/Linux/LinuxNotificationCenter.h"
 #include "TavrinPlatform/Linux/LinuxSystemLog.h"
 #include "TavrinPlatform/Linux/LinuxWorkspace.h"
+#include "TavrinPlatform/Linux/MemoryRelease.h"
 #include "TavrinPlatform/Linux/PictureSurface.h"
 #include "TavrinPlatform/Linux/QtPanelPopover.h"
 #include "TavrinPlatform/Linux/QtProcessRunner.h"
@@ -50,7 +51,10 @@ public:
       application_->handOver();
     return isFirst;
   }
-  int run() { return application_->run(); }
+  int run() {
+    memory_.soon();
+    return application_->run();
+  }
 
   LogSink& log() override { return log_; }
   Clock& clock() override { return clock_; }
@@ -81,6 +85,7 @@ private:
   std::filesystem::path executable_;
   LinuxMainBundle bundle_;
   std::unique_ptr<QApplication> toolkit_;
+  MemoryRelease memory_;
   std::unique_ptr<QtRunLoop> runLoop_;
   std::unique_ptr<Bus> bus_;
   std::unique_ptr<LinuxApplication> application_;
@@ -182,6 +187,7 @@ PanelPopover& LinuxPlatform::popover() {
       if (application_->onResignActive)
         application_->onResignActive();
     };
+    environment.hasClosed = [this] { memory_.soon(); };
     return std::make_unique<QtPanelPopover>(std::move(environment));
   });
 }
@@ -199,6 +205,7 @@ std::unique_ptr<LinuxDockTile> LinuxPlatform::makeDockTile() {
   requests.hasJustClosedPanel = [this](Point place) {
     return popover_ && popover_->hasJustBeenClosedAt(place);
   };
+  requests.hasDrawnMuch = [this] { memory_.soon(); };
   return std::make_unique<LinuxDockTile>(std::move(surfaces), std::move(requests));
 }
 
