@@ -88,6 +88,25 @@ template <class T> struct Coder;
 template <class T> T decode(const JSONValue& json) { return Coder<T>::decode(json); }
 template <class T> JSONValue encode(const T& value) { return Coder<T>::encode(value); }
 
+namespace detail {
+[[noreturn]] void throwWrongType(std::string_view expected);
+}
+
+/// The member `key` of an object; an error when it is missing, and for a null that `T` does not
+/// allow.
+template <class T> T decodeMember(const JSONValue& json, std::string_view key) {
+  if (json.object() == nullptr)
+    detail::throwWrongType("an object");
+  const auto* value = json.member(key);
+  if (value == nullptr)
+    throw CodingError(std::string(key), "is missing");
+  try {
+    return decode<T>(*value);
+  } catch (const CodingError& error) {
+    throw error.inside(key);
+  }
+}
+
 /// The bounds an editor offers, in stored units; decoding does not apply them.
 struct FieldRange {
   double lower = 0;
@@ -159,8 +178,6 @@ struct FieldInfo {
 };
 
 namespace detail {
-
-[[noreturn]] void throwWrongType(std::string_view expected);
 
 template <class T> struct OptionalTraits {
   using Value = T;

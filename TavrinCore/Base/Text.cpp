@@ -1,0 +1,33 @@
+#include "TavrinCore/Base/Text.h"
+
+#include <cstdint>
+#include <unicode/uchar.h>
+#include <unicode/utf8.h>
+
+namespace tavrin {
+
+std::string_view trimmed(std::string_view text) {
+  const auto* bytes = reinterpret_cast<const std::uint8_t*>(text.data());
+  const auto length = static_cast<std::int32_t>(text.size());
+  std::int32_t start = 0;
+  while (start < length) {
+    std::int32_t next = start;
+    UChar32 character;
+    U8_NEXT(bytes, next, length, character);
+    if (!u_isUWhiteSpace(character))
+      break;
+    start = next;
+  }
+  std::int32_t end = length;
+  while (end > start) {
+    std::int32_t previous = end;
+    UChar32 character;
+    U8_PREV(bytes, start, previous, character);
+    if (!u_isUWhiteSpace(character))
+      break;
+    end = previous;
+  }
+  return text.substr(static_cast<std::size_t>(start), static_cast<std::size_t>(end - start));
+}
+
+} // namespace tavrin

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "TavrinCore/Dock/DockItem.h"
+#include "TavrinCore/Widgets/CollectionLayout.h"
+
+namespace tavrin {
+
+/// A set of applications to start from one tile.
+struct CollectionSettings {
+  std::vector<AppEntry> apps;
+  CollectionLayout layout = CollectionLayout::grid;
+
+  static constexpr auto fields() {
+    return std::tuple{required("apps", &CollectionSettings::apps).titled("Apps"),
+                      optional("layout", &CollectionSettings::layout).titled("Layout")};
+  }
+  bool operator==(const CollectionSettings&) const = default;
+};
+
+} // namespace tavrin

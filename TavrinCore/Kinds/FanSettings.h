@@ -1,0 +1,13 @@
+#pragma once
+
+#include "TavrinCore/Base/Coding.h"
+
+namespace tavrin {
+
+/// The fans are the machine's: a widget has nothing of its own to set.
+struct FanSettings {
+  static constexpr auto fields() { return std::tuple{}; }
+  bool operator==(const FanSettings&) const = default;
+};
+
+} // namespace tavrin

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "TavrinCore/Base/Coding.h"
+
+namespace tavrin {
+
+enum class PetSpecies { cat, dog, fox, rabbit, turtle };
+
+template <> struct EnumNames<PetSpecies> {
+  static constexpr auto names =
+      std::to_array<std::pair<PetSpecies, std::string_view>>({{PetSpecies::cat, "cat"},
+                                                              {PetSpecies::dog, "dog"},
+                                                              {PetSpecies::fox, "fox"},
+                                                              {PetSpecies::rabbit, "rabbit"},
+                                                              {PetSpecies::turtle, "turtle"}});
+};
+
+struct PetSettings {
+  PetSpecies species = PetSpecies::cat;
+  /// Runs when the processor does.
+  bool followsProcessorLoad = true;
+  bool sleepsAtNight = true;
+
+  static constexpr auto fields() {
+    return std::tuple{
+        optional("species", &PetSettings::species).titled("Animal"),
+        optional("followsProcessorLoad", &PetSettings::followsProcessorLoad)
+            .titled("Follow the processor"),
+        optional("sleepsAtNight", &PetSettings::sleepsAtNight).titled("Sleep at night")};
+  }
+  bool operator==(const PetSettings&) const = default;
+};
+
+} // namespace tavrin

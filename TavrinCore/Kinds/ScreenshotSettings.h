@@ -1,0 +1,21 @@
+#pragma once
+
+#include "TavrinCore/Base/Coding.h"
+
+namespace tavrin {
+
+struct ScreenshotSettings {
+  /// None is the desktop's own screenshot folder.
+  std::optional<std::string> folder;
+  /// The most pictures listed.
+  int limit = 20;
+
+  static constexpr auto fields() {
+    return std::tuple{
+        optional("folder", &ScreenshotSettings::folder).titled("Folder"),
+        optional("limit", &ScreenshotSettings::limit).titled("Pictures").ranging(1, 100)};
+  }
+  bool operator==(const ScreenshotSettings&) const = default;
+};
+
+} // namespace tavrin

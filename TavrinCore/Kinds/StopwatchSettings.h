@@ -1,0 +1,13 @@
+#pragma once
+
+#include "TavrinCore/Base/Coding.h"
+
+namespace tavrin {
+
+/// A stopwatch has nothing to set.
+struct StopwatchSettings {
+  static constexpr auto fields() { return std::tuple{}; }
+  bool operator==(const StopwatchSettings&) const = default;
+};
+
+} // namespace tavrin

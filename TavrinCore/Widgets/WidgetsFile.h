@@ -1,0 +1,38 @@
+#pragma once
+
+#include "TavrinCore/Widgets/DockWidget.h"
+
+namespace tavrin {
+
+/// An entry of the widgets file that this build cannot read, kept as it was written.
+struct UnrecognizedWidget {
+  JSONValue raw;
+  bool operator==(const UnrecognizedWidget&) const = default;
+};
+
+/// The document "widgets.json".
+struct WidgetsFile {
+  static constexpr int currentVersion = 1;
+
+  int version = currentVersion;
+  std::vector<DockWidget> widgets;
+  std::vector<UnrecognizedWidget> unrecognized;
+
+  /// The lowest slot that neither a widget nor an unrecognized entry uses.
+  std::optional<int> freeSlot() const;
+
+  /// Reads the older document of app collections, an object with a list "collections".
+  /// Throws CodingError.
+  static WidgetsFile migrating(const JSONValue& legacyCollections);
+
+  bool operator==(const WidgetsFile&) const = default;
+};
+
+/// Decoding keeps every entry that is no widget under `unrecognized`; encoding writes these after
+/// the widgets.
+template <> struct Coder<WidgetsFile> {
+  static WidgetsFile decode(const JSONValue& json);
+  static JSONValue encode(const WidgetsFile& file);
+};
+
+} // namespace tavrin
