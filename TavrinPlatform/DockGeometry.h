@@ -27,6 +27,8 @@ public:
   virtual ~DockGeometry() = default;
   /// The Dock's frame; no value where it is unknown.
   virtual std::optional<Rect> dockFrame() const = 0;
+  /// The centre of this process's own tile, where the platform knows it.
+  virtual std::optional<Point> ownTileCenter() const { return std::nullopt; }
   virtual DockPreferences preferences() const = 0;
   virtual Point pointer() const = 0;
   /// All screens, the one with the menu bar first; may be empty.

@@ -2,8 +2,8 @@
 
 #include "TavrinPlatform/Geometry.h"
 
-#include <functional>
 #include <QSize>
+#include <functional>
 
 class QWidget;
 

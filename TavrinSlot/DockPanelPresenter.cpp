@@ -11,13 +11,19 @@ constexpr double frameGap = 2;
 constexpr double reservedGap = 4;
 
 /// The axis of a vertical Dock runs down from its top.
-double verticalCenter(Point mouse, const Rect& frame, const DockPreferences& preferences) {
+double verticalCenter(const DockGeometry& geometry, Point mouse, const Rect& frame,
+                      const DockPreferences& preferences) {
+  if (const auto own = geometry.ownTileCenter())
+    return own->y;
   if (preferences.magnification)
     return mouse.y;
   return -DockTileGeometry::iconCenter(-mouse.y, -frame.maxY(), preferences.tileSize);
 }
 
-double horizontalCenter(Point mouse, const Rect& frame, const DockPreferences& preferences) {
+double horizontalCenter(const DockGeometry& geometry, Point mouse, const Rect& frame,
+                        const DockPreferences& preferences) {
+  if (const auto own = geometry.ownTileCenter())
+    return own->x;
   if (preferences.magnification)
     return mouse.x;
   return DockTileGeometry::iconCenter(mouse.x, frame.minX(), preferences.tileSize);
@@ -39,10 +45,13 @@ PanelAnchor anchorPoint(const DockGeometry& geometry) {
   if (!frame)
     return fallbackAnchorPoint(geometry, mouse, preferences);
   if (preferences.orientation == "left")
-    return {{frame->maxX() + frameGap, verticalCenter(mouse, *frame, preferences)}, RectEdge::maxX};
+    return {{frame->maxX() + frameGap, verticalCenter(geometry, mouse, *frame, preferences)},
+            RectEdge::maxX};
   if (preferences.orientation == "right")
-    return {{frame->minX() - frameGap, verticalCenter(mouse, *frame, preferences)}, RectEdge::minX};
-  return {{horizontalCenter(mouse, *frame, preferences), frame->maxY() + frameGap}, RectEdge::maxY};
+    return {{frame->minX() - frameGap, verticalCenter(geometry, mouse, *frame, preferences)},
+            RectEdge::minX};
+  return {{horizontalCenter(geometry, mouse, *frame, preferences), frame->maxY() + frameGap},
+          RectEdge::maxY};
 }
 
 PanelAnchor fallbackAnchorPoint(const DockGeometry& geometry, Point mouse,

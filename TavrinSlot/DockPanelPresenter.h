@@ -14,9 +14,10 @@ struct PanelAnchor {
   bool operator==(const PanelAnchor&) const = default;
 };
 
-/// The anchor for a click at the pointer: the centre of the tile under it, 2 points off the Dock's
-/// frame; without a frame 4 points off what the screen reserves; else half a tile and 4 points
-/// from the pointer. A magnified Dock's tiles are not at rest, so there the pointer itself counts.
+/// The anchor for a click at the pointer: the centre of the own tile where the platform knows it,
+/// else of the tile cell under the pointer, 2 points off the Dock's frame; without a frame 4 points
+/// off what the screen reserves; else half a tile and 4 points from the pointer. A magnified Dock's
+/// tiles are not at rest, so there the pointer itself counts.
 PanelAnchor anchorPoint(const DockGeometry& geometry);
 PanelAnchor fallbackAnchorPoint(const DockGeometry& geometry, Point mouse,
                                 const DockPreferences& preferences);

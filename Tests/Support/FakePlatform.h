@@ -206,6 +206,7 @@ private:
 class FakeDockGeometry final : public DockGeometry {
 public:
   std::optional<Rect> dockFrame() const override { return frame; }
+  std::optional<Point> ownTileCenter() const override { return tileCenter; }
   DockPreferences preferences() const override { return prefs; }
   Point pointer() const override { return mouse; }
   std::vector<ScreenFrames> screens() const override { return allScreens; }
@@ -214,6 +215,7 @@ public:
   }
 
   std::optional<Rect> frame;
+  std::optional<Point> tileCenter;
   DockPreferences prefs;
   Point mouse;
   std::vector<ScreenFrames> allScreens;
@@ -297,8 +299,7 @@ public:
 class FakeProcesses final : public ProcessRunner {
 public:
   explicit FakeProcesses(RunLoop& runLoop) : runLoop_(runLoop) {}
-  TokenPtr run(ProcessRequest request,
-               std::function<void(const ProcessResult&)> done) override {
+  TokenPtr run(ProcessRequest request, std::function<void(const ProcessResult&)> done) override {
     requests.push_back(std::move(request));
     struct Run final : Token {
       std::shared_ptr<int> alive = std::make_shared<int>();

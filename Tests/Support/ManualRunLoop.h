@@ -36,18 +36,16 @@ public:
   void post(std::function<void()> work) override { posts_.push_back(std::move(work)); }
   void background(std::function<void()> work, std::weak_ptr<void> owner,
                   std::function<void()> done) override {
-    background_.push_back([this, work = std::move(work), owner = std::move(owner),
-                           done = std::move(done)]() mutable {
-      work();
-      post([owner = std::move(owner), done = std::move(done)] {
-        if (owner.lock())
-          done();
-      });
-    });
+    background_.push_back(
+        [this, work = std::move(work), owner = std::move(owner), done = std::move(done)]() mutable {
+          work();
+          post([owner = std::move(owner), done = std::move(done)] {
+            if (owner.lock())
+              done();
+          });
+        });
   }
-  std::unique_ptr<SerialQueue> makeSerialQueue() override {
-    return std::make_unique<Queue>(*this);
-  }
+  std::unique_ptr<SerialQueue> makeSerialQueue() override { return std::make_unique<Queue>(*this); }
 
   /// Runs what was posted, and what that posts.
   void runPosts() {

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <iosfwd>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tavrin {
+
+/// How a piece of text stands out on a terminal.
+enum class TextStyle { plain, bold, dim, good, bad, accent };
+
+/// Where the command reads and writes.
+struct Console {
+  std::ostream& out;
+  std::ostream& err;
+  std::istream& in;
+  /// A person sits at both ends: questions may be asked.
+  bool isInteractive = false;
+  bool coloursOut = false;
+  bool coloursErr = false;
+
+  std::string styled(std::string_view text, TextStyle style) const;
+  /// Asks until the answer is yes or no; the end of the input and a blank line mean `fallback`.
+  bool confirm(std::string_view question, bool fallback) const;
+};
+
+/// The process's own standard streams. Colours only on terminals, and not where NO_COLOR is set
+/// or TERM is "dumb".
+Console standardConsole();
+
+/// `text` with every control character made visible, so that a name taken from a file can
+/// neither break a line nor speak to the terminal.
+std::string printable(std::string_view text);
+
+/// Columns that `text` takes on a terminal: two for wide characters, none for combining ones.
+int displayWidth(std::string_view text);
+
+/// At most `columns` wide, the last of them an ellipsis where something was cut.
+std::string truncated(std::string_view text, int columns);
+
+/// Text in aligned columns.
+class Table {
+public:
+  struct Cell {
+    Cell(std::string cellText, TextStyle cellStyle = TextStyle::plain)
+        : text(std::move(cellText)), style(cellStyle) {}
+    Cell(const char* cellText) : text(cellText) {}
+    std::string text;
+    TextStyle style = TextStyle::plain;
+  };
+  struct Column {
+    std::string title;
+    bool alignsRight = false;
+    /// 0 for no bound.
+    int maximumWidth = 0;
+  };
+
+  explicit Table(std::vector<Column> columns) : columns_(std::move(columns)) {}
+
+  void add(std::vector<Cell> row);
+  bool isEmpty() const { return rows_.empty(); }
+  void print(const Console& console) const;
+
+private:
+  std::vector<Column> columns_;
+  std::vector<std::vector<Cell>> rows_;
+};
+
+} // namespace tavrin

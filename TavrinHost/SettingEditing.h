@@ -1,0 +1,32 @@
+#pragma once
+
+#include "TavrinCore/Widgets/DockWidget.h"
+
+#include <string>
+#include <vector>
+
+namespace tavrin {
+
+/// "key=value" as it stands on the command line; "hotkey.key=P" reaches into a record and
+/// "apps.0.name=Mail" into a list.
+struct Assignment {
+  std::string key;
+  std::string value;
+
+  /// Throws HostError (usage) for a word without "=" or with nothing before it.
+  static Assignment parse(std::string_view word);
+};
+
+/// The widget with the assignments carried out in order; all of them or, by a HostError, none.
+/// Beside the kind's settings there are "name" and "span", where the kind has none so called.
+DockWidget withAssignments(DockWidget widget, const std::vector<Assignment>& assignments, Date now);
+
+/// The kind with these settings. Throws HostError (refusedValue) naming the first fault.
+DockWidget::Kind withCheckedSettings(const DockWidget::Kind& kind, const JSONValue& settings);
+
+/// `text` without white space around it. Throws HostError (refusedValue) when nothing is left.
+std::string checkedName(std::string_view text);
+/// Throws HostError (refusedValue) outside 1 to the kind's `maxSpan`.
+int checkedSpan(const DockWidget::Kind& kind, std::string_view text);
+
+} // namespace tavrin

@@ -1,0 +1,220 @@
+#include "TavrinHost/SlotControl.h"
+
+#include "TavrinCore/Base/Errors.h"
+#include "TavrinCore/Widgets/DockSlot.h"
+#include "TavrinHost/EditService.h"
+#include "TavrinHost/SettingText.h"
+
+#include <algorithm>
+#include <fmt/format.h>
+#include <fstream>
+
+namespace tavrin {
+namespace {
+
+constexpr double pollInterval = 0.02;
+constexpr double launchLimit = 15;
+/// Where no identifier tells that a slot is up, it has to live this long to count as started.
+constexpr double survivalTime = 0.5;
+constexpr double politeLimit = 5;
+constexpr double forcedLimit = 2;
+constexpr std::uintmax_t logLimit = 1024 * 1024;
+
+const std::filesystem::path programInBundle = "Contents/MacOS/TavrinSlot";
+
+/// Lets time pass until `isDone` or `limit` seconds are over.
+template <class Done> void waitUntil(CommandPlatform& platform, double limit, Done isDone) {
+  // Counted in waits, not read off a clock: a clock set meanwhile must not end the waiting.
+  for (double waited = 0; !isDone() && waited < limit; waited += pollInterval)
+    platform.wait(pollInterval);
+}
+
+} // namespace
+
+std::map<int, const DockWidget*> placedWidgets(const WidgetsFile& file) {
+  std::map<int, const DockWidget*> placed;
+  for (const auto& widget : file.widgets)
+    if (widget.slot && *widget.slot >= 1 && *widget.slot <= DockSlot::count)
+      placed.emplace(*widget.slot, &widget);
+  return placed;
+}
+
+std::filesystem::path SlotControl::bundlesFolder() {
+  std::vector<std::filesystem::path> places;
+  if (const auto chosen = context_.platform().fileManager().environment("TAVRIN_BUNDLES");
+      chosen && !chosen->empty()) {
+    places = {std::filesystem::path(*chosen)};
+  } else {
+    const auto folder = context_.platform().program().parent_path();
+    places = {folder.parent_path() / "lib/tavrin", folder.parent_path() / "bundles",
+              folder / "bundles"};
+  }
+  for (const auto& place : places)
+    if (std::error_code error;
+        std::filesystem::exists(place / DockSlot::bundleName(1) / programInBundle, error))
+      return place;
+  std::vector<std::string> names;
+  for (const auto& place : places)
+    names.push_back("\"" + place.string() + "\"");
+  throw HostError(ExitCode::failed,
+                  failure("find the slot applications",
+                          fmt::format("there is no \"{}\" in {}", DockSlot::bundleName(1),
+                                      alternatives(names))));
+}
+
+std::filesystem::path SlotControl::program(int slot) {
+  return bundlesFolder() / DockSlot::bundleName(slot) / programInBundle;
+}
+
+std::filesystem::path SlotControl::logFile(int slot) {
+  return context_.stateFolder() / fmt::format("slot-{}.log", slot);
+}
+
+bool SlotControl::isSlotProgram(ProcessID process, int slot) {
+  const auto program = applications().programOf(process);
+  return program &&
+         program->string().ends_with(
+             "/" + (std::filesystem::path(DockSlot::bundleName(slot)) / programInBundle).string());
+}
+
+std::optional<int> SlotControl::process(int slot) {
+  const auto owner = applications().processOwning(DockSlot::bundleIdentifier(slot));
+  if (owner && isSlotProgram(*owner, slot))
+    return owner;
+  return applications().processRunning(program(slot));
+}
+
+std::string SlotControl::lastLogLine(int slot) {
+  std::ifstream log(logFile(slot));
+  std::string last;
+  for (std::string line; std::getline(log, line);)
+    if (!line.empty())
+      last = line;
+  return last;
+}
+
+SlotControl::Outcome SlotControl::launch(int slot, const std::vector<std::string>& arguments,
+                                         ProcessID& process) {
+  const auto log = logFile(slot);
+  std::error_code error;
+  // One file back is enough to see what went wrong; an old line must not pass for a new one.
+  if (std::filesystem::file_size(log, error) > logLimit && !error)
+    std::filesystem::rename(log, log.string() + ".old", error);
+  try {
+    process = applications().launch({program(slot), arguments, {{"TAVRIN_LOG", "stderr"}}, log});
+    return {slot, true, "started"};
+  } catch (const FileError& failed) {
+    return {slot, false, failed.what()};
+  }
+}
+
+void SlotControl::waitForLaunched(std::vector<std::pair<Outcome*, ProcessID>> launched) {
+  const bool hasIdentifiers = applications().knowsIdentifiers();
+  const double limit = hasIdentifiers ? launchLimit : survivalTime;
+  waitUntil(context_.platform(), limit, [&] {
+    std::erase_if(launched, [&](auto& entry) {
+      auto& [outcome, process] = entry;
+      if (!applications().isAlive(process)) {
+        const auto line = lastLogLine(outcome->slot);
+        outcome->isDone = false;
+        outcome->text = line.empty() ? "ended at once and said nothing" : "ended: " + line;
+        return true;
+      }
+      return hasIdentifiers &&
+             applications().processOwning(DockSlot::bundleIdentifier(outcome->slot)) == process;
+    });
+    return launched.empty();
+  });
+  if (!hasIdentifiers)
+    return;
+  for (const auto& [outcome, unused] : launched)
+    *outcome = {outcome->slot, false,
+                fmt::format("runs, but did not answer within {} s", launchLimit)};
+}
+
+std::vector<SlotControl::Outcome> SlotControl::start(const std::set<int>& slots) {
+  std::vector<Outcome> outcomes;
+  std::vector<std::pair<std::size_t, ProcessID>> launched;
+  for (const int slot : slots) {
+    if (process(slot)) {
+      outcomes.push_back({slot, true, "runs already"});
+      continue;
+    }
+    ProcessID started = 0;
+    outcomes.push_back(launch(slot, {"--background"}, started));
+    if (outcomes.back().isDone)
+      launched.emplace_back(outcomes.size() - 1, started);
+  }
+  std::vector<std::pair<Outcome*, ProcessID>> watched;
+  for (const auto& [index, started] : launched)
+    watched.emplace_back(&outcomes[index], started);
+  waitForLaunched(std::move(watched));
+  return outcomes;
+}
+
+std::vector<SlotControl::Outcome> SlotControl::stop(const std::set<int>& slots) {
+  std::map<int, ProcessID> running;
+  for (const int slot : slots)
+    if (const auto found = process(slot))
+      running.emplace(slot, *found);
+  const auto stillRuns = [&](int slot) {
+    return applications().isAlive(running.at(slot)) && isSlotProgram(running.at(slot), slot);
+  };
+  const auto haveEnded = [&] {
+    return std::ranges::none_of(running, [&](const auto& e) { return stillRuns(e.first); });
+  };
+  for (const auto& [unused, found] : running)
+    applications().terminate(found, false);
+  waitUntil(context_.platform(), politeLimit, haveEnded);
+
+  std::set<int> forced;
+  for (const auto& [slot, found] : running)
+    if (stillRuns(slot)) {
+      applications().terminate(found, true);
+      forced.insert(slot);
+    }
+  waitUntil(context_.platform(), forcedLimit, haveEnded);
+
+  std::vector<Outcome> outcomes;
+  for (const auto& [slot, found] : running)
+    outcomes.push_back({slot, !stillRuns(slot),
+                        stillRuns(slot)         ? fmt::format("process {} does not end", found)
+                        : forced.contains(slot) ? "did not end when asked; ended by force"
+                                                : "stopped"});
+  return outcomes;
+}
+
+SlotControl::Outcome SlotControl::open(int slot) {
+  const auto identifier = DockSlot::bundleIdentifier(slot);
+  if (process(slot)) {
+    if (applications().activate(identifier))
+      return {slot, true, "opened"};
+    return {slot, false,
+            applications().knowsIdentifiers() ? "does not answer"
+                                              : "cannot be reached without a session bus"};
+  }
+  // Started by itself, without "--background", a slot opens its panel.
+  ProcessID started = 0;
+  auto outcome = launch(slot, {}, started);
+  if (outcome.isDone)
+    waitForLaunched({{&outcome, started}});
+  return outcome;
+}
+
+void SlotControl::startEditor() {
+  auto& files = context_.platform().fileManager();
+  const bool hasScreen = files.environment("DISPLAY") || files.environment("WAYLAND_DISPLAY");
+  const std::string identifier(EditService::identifier);
+  if (!hasScreen || !applications().knowsIdentifiers() || applications().processOwning(identifier))
+    return;
+  applications().launch(
+      {context_.platform().program(), {"edit"}, {}, context_.stateFolder() / "edit.log"});
+}
+
+void SlotControl::stopEditor() {
+  const auto owner = applications().processOwning(std::string(EditService::identifier));
+  if (owner && applications().programOf(*owner) == context_.platform().program())
+    applications().terminate(*owner, false);
+}
+
+} // namespace tavrin

@@ -1,0 +1,150 @@
+#include "TavrinHost/WidgetLibrary.h"
+
+#include "TavrinCore/Widgets/DockSlot.h"
+#include "TavrinHost/SettingText.h"
+#include "TavrinStorage/StoragePath.h"
+
+#include <algorithm>
+#include <array>
+#include <fmt/format.h>
+#include <unicode/unistr.h>
+
+namespace tavrin {
+namespace {
+
+/// Shorter starts of an identifier are taken for names only.
+constexpr std::size_t shortestIdentifierStart = 4;
+
+std::string described(const DockWidget& widget) {
+  return fmt::format("\"{}\" ({}, {})", widget.name, widget.kind.key(),
+                     widget.id.text().substr(0, 8));
+}
+
+template <class Matches>
+std::vector<const DockWidget*> matching(const WidgetsFile& file, Matches matches) {
+  std::vector<const DockWidget*> found;
+  for (const auto& widget : file.widgets)
+    if (matches(widget))
+      found.push_back(&widget);
+  return found;
+}
+
+std::string listed(const std::vector<std::string>& words) {
+  std::string text;
+  for (const auto& word : words)
+    text += (text.empty() ? "" : ", ") + word;
+  return text;
+}
+
+[[noreturn]] void throwNoWidget(const WidgetsFile& file, std::string_view reference) {
+  std::vector<std::string> names;
+  for (const auto& widget : file.widgets)
+    names.push_back("\"" + widget.name + "\"");
+  throw HostError(ExitCode::notFound,
+                  names.empty()
+                      ? fmt::format("no widget is called \"{}\"; there are none yet", reference)
+                      : fmt::format("no widget is called \"{}\"; there {} {}", reference,
+                                    names.size() == 1 ? "is" : "are", listed(names)));
+}
+
+} // namespace
+
+std::string folded(std::string_view text) {
+  std::string result;
+  icu::UnicodeString::fromUTF8(icu::StringPiece(text.data(), static_cast<int32_t>(text.size())))
+      .foldCase()
+      .toUTF8String(result);
+  return result;
+}
+
+WidgetLibrary::WidgetLibrary(HostContext& context) : context_(context) {
+  auto& platform = context.platform();
+  const StoragePath paths(platform.fileManager(), platform.mainBundle());
+  store_.emplace(paths.widgetsFileURL(), paths.legacyCollectionsFileURL());
+}
+
+const DockWidget& WidgetLibrary::find(std::string_view reference) const {
+  const auto word = folded(reference);
+  const auto startOf = [&](const std::string& text) {
+    return !word.empty() && folded(text).starts_with(word);
+  };
+  const auto one = [&](const std::vector<const DockWidget*>& found) -> const DockWidget* {
+    if (found.size() <= 1)
+      return found.empty() ? nullptr : found.front();
+    std::vector<std::string> candidates;
+    for (const auto* widget : found)
+      candidates.push_back(described(*widget));
+    throw HostError(ExitCode::ambiguous,
+                    fmt::format("\"{}\" may be {}", reference, alternatives(candidates)));
+  };
+  const auto by = [&](auto matches) { return one(matching(file(), matches)); };
+
+  if (const auto id = UUID::parse(reference))
+    if (const auto* widget = by([&](const DockWidget& w) { return w.id == *id; }))
+      return *widget;
+  if (const auto* widget = by([&](const DockWidget& w) { return w.name == reference; }))
+    return *widget;
+  if (const auto* widget = by([&](const DockWidget& w) { return folded(w.name) == word; }))
+    return *widget;
+  if (const auto* widget =
+          by([&](const DockWidget& w) { return w.slot && word == fmt::format("slot{}", *w.slot); }))
+    return *widget;
+  if (const auto* widget = by([&](const DockWidget& w) {
+        return startOf(w.name) || (word.size() >= shortestIdentifierStart && startOf(w.id.text()));
+      }))
+    return *widget;
+  throwNoWidget(file(), reference);
+}
+
+void WidgetLibrary::announce() {
+  context_.platform().notifications().post(std::string(DockSlot::widgetsChangedNotification));
+}
+
+const KindInfo& kindNamed(std::string_view reference) {
+  const auto word = folded(reference);
+  std::vector<const KindInfo*> begun;
+  for (const auto& kind : allKinds()) {
+    const auto key = folded(kind.key);
+    const auto title = folded(kind.title);
+    if (key == word || title == word)
+      return kind;
+    if (!word.empty() && (key.starts_with(word) || title.starts_with(word)))
+      begun.push_back(&kind);
+  }
+  if (begun.size() == 1)
+    return *begun.front();
+  std::vector<std::string> keys;
+  for (const auto* kind : begun)
+    keys.emplace_back(kind->key);
+  if (!keys.empty())
+    throw HostError(ExitCode::ambiguous,
+                    fmt::format("\"{}\" may be {}", reference, alternatives(keys)));
+  for (const auto& kind : allKinds())
+    keys.emplace_back(kind.key);
+  throw HostError(ExitCode::notFound, fmt::format("there is no kind \"{}\"; the kinds are {}",
+                                                  reference, listed(keys)));
+}
+
+Completer completeWidgets(HostContext& context, bool takesSeveral) {
+  return [&context, takesSeveral](const std::vector<std::string>& words, auto) {
+    std::vector<Suggestion> found;
+    if (!words.empty() && !takesSeveral)
+      return found;
+    const WidgetLibrary library(context);
+    for (const auto& widget : library.file().widgets)
+      if (std::ranges::count(words, widget.name) == 0)
+        found.push_back({widget.name, std::string(widget.kind.title())});
+    return found;
+  };
+}
+
+Completer completeKinds() {
+  return [](const auto&, auto) {
+    std::vector<Suggestion> found;
+    for (const auto& kind : allKinds())
+      found.push_back({std::string(kind.key), std::string(kind.title)});
+    return found;
+  };
+}
+
+} // namespace tavrin

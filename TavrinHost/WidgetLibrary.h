@@ -1,0 +1,53 @@
+#pragma once
+
+#include "TavrinHost/HostContext.h"
+#include "TavrinStorage/WidgetStore.h"
+
+#include <optional>
+#include <string_view>
+#include <vector>
+
+namespace tavrin {
+
+/// The user's widgets as the commands see them: read fresh, found by what people call them, and
+/// every change announced.
+class WidgetLibrary {
+public:
+  /// Opens the widgets file, taking over the older file of collections where there is only that.
+  /// Throws FileError and the like when it cannot be read.
+  explicit WidgetLibrary(HostContext& context);
+
+  const WidgetsFile& file() const { return store_->file(); }
+
+  /// The widget that goes by a name, an identifier, "slot3", or the start of a name or
+  /// identifier, case aside. A nearer match wins over a farther one. Throws HostError:
+  /// notFound, or ambiguous with the candidates.
+  const DockWidget& find(std::string_view reference) const;
+
+  /// Runs one change on the store, read again just before, and announces it. `change` gives a
+  /// value; what it throws leaves the change unannounced.
+  template <class Change> auto change(Change change) {
+    store_->reload();
+    auto result = change(*store_);
+    announce();
+    return result;
+  }
+
+  void announce();
+
+private:
+  HostContext& context_;
+  std::optional<WidgetStore> store_;
+};
+
+/// The kind that goes by a key or title, or the start of one, case aside. Throws HostError.
+const KindInfo& kindNamed(std::string_view reference);
+
+/// The text with case differences folded away.
+std::string folded(std::string_view text);
+
+/// Completers for the arguments of commands.
+Completer completeWidgets(HostContext& context, bool takesSeveral = false);
+Completer completeKinds();
+
+} // namespace tavrin

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "TavrinPlatform/Clock.h"
+#include "TavrinPlatform/DistributedNotificationCenter.h"
+#include "TavrinPlatform/FileManager.h"
+#include "TavrinPlatform/MainBundle.h"
+#include "TavrinPlatform/RunningApplications.h"
+
+#include <functional>
+
+namespace tavrin {
+
+/// The services of a program without windows. A member is made when it is first asked for, so
+/// that a command that only reads a file pays for no bus.
+class CommandPlatform {
+public:
+  virtual ~CommandPlatform() = default;
+
+  virtual Clock& clock() = 0;
+  virtual FileManager& fileManager() = 0;
+  virtual MainBundle& mainBundle() = 0;
+  virtual DistributedNotificationCenter& notifications() = 0;
+  virtual RunningApplications& applications() = 0;
+
+  /// The file this program was started from, links resolved.
+  virtual std::filesystem::path program() = 0;
+
+  /// Lets a moment pass, at most `seconds`, in which notifications are delivered.
+  virtual void wait(double seconds) = 0;
+
+  /// Runs a program in the foreground, on this terminal, and waits for it without limit.
+  /// Gives its exit status; 127 where it could not be started.
+  virtual int runInForeground(const std::vector<std::string>& words) = 0;
+};
+
+} // namespace tavrin

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "TavrinPlatform/FileManager.h"
+
+#include <map>
+
+namespace tavrin {
+
+/// The folders of the XDG Base Directory Specification. A variable that holds no absolute path
+/// counts as unset, as the specification asks.
+class LinuxFileManager final : public FileManager {
+public:
+  using Environment = std::map<std::string, std::string, std::less<>>;
+
+  /// With the environment of this process as it is now.
+  LinuxFileManager();
+  explicit LinuxFileManager(Environment environment);
+
+  std::filesystem::path homeFolder() const override;
+  std::filesystem::path applicationSupportFolder() const override;
+  std::filesystem::path cachesFolder() const override;
+  std::optional<std::string> environment(const std::string& name) const override;
+
+  /// Where settings belong. Throws FileError where the user has no such place.
+  std::filesystem::path configurationFolder() const;
+
+private:
+  std::filesystem::path folder(const char* variable, const char* underHome) const;
+
+  Environment environment_;
+};
+
+} // namespace tavrin

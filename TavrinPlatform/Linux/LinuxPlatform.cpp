@@ -1,0 +1,278 @@
+#include "TavrinPlatform/Linux/LinuxPlatform.h"
+
+#include "TavrinCore/Base/Errors.h"
+
+#include "TavrinPlatform/Linux/BusNotificationCenter.h"
+#include "TavrinPlatform/Linux/CanberraPlayer.h"
+#include "TavrinPlatform/Linux/JSONUserDefaults.h"
+#include "TavrinPlatform/Linux/LinuxApplication.h"
+#include "TavrinPlatform/Linux/LinuxDockGeometry.h"
+#include "TavrinPlatform/Linux/LinuxDockTile.h"
+#include "TavrinPlatform/Linux/LinuxFileManager.h"
+#include "TavrinPlatform/Linux/LinuxMainBundle.h"
+#include "TavrinPlatform/Linux/LinuxNotificationCenter.h"
+#include "TavrinPlatform/Linux/LinuxSystemLog.h"
+#include "TavrinPlatform/Linux/LinuxWorkspace.h"
+#include "TavrinPlatform/Linux/PictureSurface.h"
+#include "TavrinPlatform/Linux/QtPanelPopover.h"
+#include "TavrinPlatform/Linux/QtProcessRunner.h"
+#include "TavrinPlatform/Linux/QtRunLoop.h"
+#include "TavrinPlatform/Linux/StripSurface.h"
+#include "TavrinPlatform/Linux/ToolkitSetup.h"
+#include "TavrinPlatform/Linux/TraySurface.h"
+#include "TavrinPlatform/Linux/X11.h"
+#include "TavrinStorage/StoragePath.h"
+
+#include <QApplication>
+#include <malloc.h>
+
+namespace tavrin {
+
+namespace {
+
+constexpr double watcherLimit = 0.2;
+
+template <class Service, class Make> Service& lazily(std::unique_ptr<Service>& member, Make make) {
+  if (!member)
+    member = make();
+  return *member;
+}
+
+class LinuxPlatform final : public Platform {
+public:
+  LinuxPlatform(int& argc, char** argv);
+
+  /// False when another process has this application's name; it has been told.
+  bool isFirst() {
+    const bool isFirst = application_->isFirst();
+    if (!isFirst)
+      application_->handOver();
+    return isFirst;
+  }
+  int run() { return application_->run(); }
+
+  LogSink& log() override { return log_; }
+  Clock& clock() override { return clock_; }
+  RunLoop& runLoop() override { return *runLoop_; }
+  Application& application() override { return *application_; }
+  MainBundle& mainBundle() override { return bundle_; }
+  FileManager& fileManager() override { return files_; }
+  UserDefaults& userDefaults() override;
+  DistributedNotificationCenter& notifications() override;
+  DockTile& dockTile() override;
+  DockGeometry& dockGeometry() override;
+  PanelPopover& popover() override;
+  Workspace& workspace() override;
+  UserNotificationCenter& userNotifications() override;
+  SoundPlayer& sounds() override;
+  ProcessRunner& processes() override;
+
+private:
+  std::string identifier() const { return bundle_.identifier().value_or("tavrin"); }
+  std::unique_ptr<LinuxDockTile> makeDockTile();
+  std::vector<std::string> surfaceNames();
+  std::unique_ptr<TileSurface> makeSurface(const std::string& name);
+  bool hasTray();
+
+  LinuxFileManager files_;
+  LinuxSystemLog log_;
+  SystemClock clock_;
+  std::filesystem::path executable_;
+  LinuxMainBundle bundle_;
+  std::unique_ptr<QApplication> toolkit_;
+  std::unique_ptr<QtRunLoop> runLoop_;
+  std::unique_ptr<Bus> bus_;
+  std::unique_ptr<LinuxApplication> application_;
+  std::unique_ptr<JSONUserDefaults> defaults_;
+  std::unique_ptr<BusNotificationCenter> notifications_;
+  std::unique_ptr<LinuxWorkspace> workspace_;
+  std::unique_ptr<LinuxNotificationCenter> userNotifications_;
+  std::unique_ptr<CanberraPlayer> sounds_;
+  std::unique_ptr<QtProcessRunner> processes_;
+  StripSurface* strip_ = nullptr;
+  std::unique_ptr<LinuxDockTile> tile_;
+  std::unique_ptr<LinuxDockGeometry> geometry_;
+  std::unique_ptr<QtPanelPopover> popover_;
+};
+
+LinuxPlatform::LinuxPlatform(int& argc, char** argv)
+    : executable_(LinuxMainBundle::executablePath(argc > 0 ? argv[0] : nullptr)),
+      bundle_(executable_) {
+  std::vector<std::string> arguments(argv, argv + argc);
+  bus_ = Bus::session();
+  application_ =
+      std::make_unique<LinuxApplication>(std::move(arguments), bundle_.identifier(), bus_.get());
+  // Asked for now, answered while the toolkit starts.
+  application_->claimIdentity();
+  {
+    const ToolkitSetup setup(files_);
+    QApplication::setQuitOnLastWindowClosed(false);
+    toolkit_ = std::make_unique<QApplication>(argc, argv);
+  }
+  QApplication::setApplicationName(QString::fromStdString(identifier()));
+  runLoop_ = std::make_unique<QtRunLoop>();
+  application_->onAttention = [this](bool isWanted) {
+    if (tile_)
+      tile_->setAttention(isWanted);
+  };
+}
+
+UserDefaults& LinuxPlatform::userDefaults() {
+  return lazily(defaults_, [this] {
+    std::filesystem::path file;
+    try {
+      file = files_.configurationFolder() / "tavrin" / (identifier() + ".json");
+    } catch (const FileError& error) {
+      Log(log_, "defaults").error(error.what());
+    }
+    return std::make_unique<JSONUserDefaults>(file, log_);
+  });
+}
+
+DistributedNotificationCenter& LinuxPlatform::notifications() {
+  return lazily(notifications_,
+                [this] { return std::make_unique<BusNotificationCenter>(bus_.get(), *runLoop_); });
+}
+
+Workspace& LinuxPlatform::workspace() {
+  return lazily(workspace_,
+                [this] { return std::make_unique<LinuxWorkspace>(files_, bus_.get()); });
+}
+
+UserNotificationCenter& LinuxPlatform::userNotifications() {
+  return lazily(userNotifications_, [this] {
+    return std::make_unique<LinuxNotificationCenter>(bus_.get(), *runLoop_, executable_, log_);
+  });
+}
+
+SoundPlayer& LinuxPlatform::sounds() {
+  return lazily(sounds_, [this] { return std::make_unique<CanberraPlayer>(*runLoop_); });
+}
+
+ProcessRunner& LinuxPlatform::processes() {
+  return lazily(processes_, [] { return std::make_unique<QtProcessRunner>(); });
+}
+
+DockTile& LinuxPlatform::dockTile() {
+  return lazily(tile_, [this] { return makeDockTile(); });
+}
+
+DockGeometry& LinuxPlatform::dockGeometry() {
+  return lazily(geometry_, [this] {
+    LinuxDockGeometry::Sources sources;
+    sources.stripFrame = [this] { return strip_ ? strip_->stripFrame() : std::nullopt; };
+    sources.stripTileSize = [this] {
+      return strip_ ? std::optional(strip_->tileSize()) : std::nullopt;
+    };
+    sources.tileAnchor = [this] { return tile_ ? tile_->anchor() : std::nullopt; };
+    return std::make_unique<LinuxDockGeometry>(files_.homeFolder(), std::move(sources));
+  });
+}
+
+PanelPopover& LinuxPlatform::popover() {
+  return lazily(popover_, [this] {
+    QtPanelPopover::Environment environment;
+    environment.prefersReducedMotion = [this] { return workspace().prefersReducedMotion(); };
+    environment.prefersDarkAppearance = [this] { return workspace().prefersDarkAppearance(); };
+    environment.resignedActive = [this] {
+      if (application_->onResignActive)
+        application_->onResignActive();
+    };
+    return std::make_unique<QtPanelPopover>(std::move(environment));
+  });
+}
+
+std::unique_ptr<LinuxDockTile> LinuxPlatform::makeDockTile() {
+  std::vector<std::unique_ptr<TileSurface>> surfaces;
+  for (const auto& name : surfaceNames())
+    if (auto surface = makeSurface(name))
+      surfaces.push_back(std::move(surface));
+  if (surfaces.empty())
+    surfaces.push_back(makeSurface("picture"));
+  LinuxDockTile::Requests requests;
+  requests.reopen = [this] { application_->reopen(); };
+  requests.openFiles = [this](const auto& files) { return application_->openFiles(files); };
+  requests.hasJustClosedPanel = [this](Point place) {
+    return popover_ && popover_->hasJustBeenClosedAt(place);
+  };
+  return std::make_unique<LinuxDockTile>(std::move(surfaces), std::move(requests));
+}
+
+std::vector<std::string> LinuxPlatform::surfaceNames() {
+  const auto wish = files_.environment("TAVRIN_SURFACE").value_or("");
+  std::vector<std::string> names;
+  for (const auto& part : QString::fromStdString(wish).split(QLatin1Char(','), Qt::SkipEmptyParts))
+    names.push_back(part.trimmed().toLower().toStdString());
+  if (!names.empty())
+    return names;
+  if (x11::connection() != nullptr)
+    return {"strip"};
+  if (hasTray())
+    return {"tray"};
+  // A panel may start after its slots; until then the picture is all there is to see.
+  if (!files_.environment("WAYLAND_DISPLAY").value_or("").empty() && bus_)
+    return {"tray", "picture"};
+  return {"picture"};
+}
+
+bool LinuxPlatform::hasTray() {
+  if (!bus_ || !bus_->isOpen())
+    return false;
+  const BusAddress daemon{"org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus"};
+  BusMessage question = bus_->method(daemon, "NameHasOwner");
+  // The answer may come after this function has returned.
+  const auto answer = std::make_shared<std::optional<bool>>();
+  bus_->call(question.append("s", "org.kde.StatusNotifierWatcher"),
+             [answer](sd_bus_message* reply, const std::string&) {
+               int isThere = 0;
+               if (reply != nullptr)
+                 sd_bus_message_read(reply, "b", &isThere);
+               *answer = isThere != 0;
+             });
+  bus_->waitUntil([&] { return answer->has_value(); }, watcherLimit);
+  return answer->value_or(false);
+}
+
+std::unique_ptr<TileSurface> LinuxPlatform::makeSurface(const std::string& name) {
+  if (name == "strip" && QGuiApplication::platformName() != QLatin1String("offscreen")) {
+    StripSurface::Environment environment;
+    environment.preferences = [this] { return readDockPreferences(files_.homeFolder()); };
+    environment.prefersReducedMotion = [this] { return workspace().prefersReducedMotion(); };
+    auto strip = std::make_unique<StripSurface>(std::move(environment));
+    strip_ = strip.get();
+    return strip;
+  }
+  if (name == "tray" && bus_)
+    return std::make_unique<TraySurface>(*bus_, identifier());
+  if (name != "picture")
+    return nullptr;
+  std::filesystem::path folder = files_.environment("TAVRIN_PICTURE_DIR").value_or("");
+  if (folder.empty()) {
+    try {
+      folder = StoragePath(files_, bundle_).resolvedDirectory() / "tiles";
+    } catch (const FileError&) {
+      folder = std::filesystem::temp_directory_path() / "tavrin-tiles";
+    }
+  }
+  return std::make_unique<PictureSurface>(folder / (identifier() + ".png"),
+                                          readDockPreferences(files_.homeFolder()).tileSize, log_);
+}
+
+} // namespace
+
+std::unique_ptr<Platform> makePlatform(int& argc, char** argv) {
+  if (showNoticeIfAsked(argc, argv))
+    return nullptr;
+  // One arena: the few short-lived threads of a slot do not need heaps of their own.
+  mallopt(M_ARENA_MAX, 1);
+  auto platform = std::make_unique<LinuxPlatform>(argc, argv);
+  if (!platform->isFirst())
+    return nullptr;
+  return platform;
+}
+
+int runEventLoop(Platform& platform) {
+  return static_cast<LinuxPlatform&>(platform).run();
+}
+
+} // namespace tavrin

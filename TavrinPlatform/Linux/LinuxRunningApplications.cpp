@@ -1,0 +1,222 @@
+#include "TavrinPlatform/Linux/LinuxRunningApplications.h"
+
+#include "TavrinCore/Base/Errors.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <charconv>
+#include <csignal>
+#include <cstring>
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace tavrin {
+namespace {
+
+/// Microseconds until a bus call counts as unanswered. An activation may start a program.
+constexpr std::uint64_t queryLimit = 2'000'000;
+constexpr std::uint64_t activationLimit = 10'000'000;
+
+constexpr BusAddress busDaemon{"org.freedesktop.DBus", "/org/freedesktop/DBus",
+                               "org.freedesktop.DBus"};
+
+/// /proc appends this to a program whose file was replaced since, as an installation does.
+constexpr std::string_view replacedMark = " (deleted)";
+
+/// A pipe end or file that closes itself.
+class Descriptor {
+public:
+  explicit Descriptor(int number) : number_(number) {}
+  ~Descriptor() { close(); }
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+  int number() const { return number_; }
+  void close() {
+    if (number_ >= 0)
+      ::close(number_);
+    number_ = -1;
+  }
+
+private:
+  int number_;
+};
+
+[[noreturn]] void throwLaunchFailure(const std::filesystem::path& program, int error) {
+  throw FileError(failure(fmt::format("start \"{}\"", program.string()), std::strerror(error)));
+}
+
+/// A list as execve takes it: pointers into `words`, then null.
+std::vector<char*> pointers(std::vector<std::string>& words) {
+  std::vector<char*> list;
+  for (auto& word : words)
+    list.push_back(word.data());
+  list.push_back(nullptr);
+  return list;
+}
+
+std::vector<std::string> environmentWith(const std::map<std::string, std::string>& additions) {
+  std::vector<std::string> variables;
+  for (char** line = environ; *line != nullptr; ++line) {
+    const std::string_view text(*line);
+    if (!additions.contains(std::string(text.substr(0, text.find('=')))))
+      variables.emplace_back(text);
+  }
+  for (const auto& [name, value] : additions)
+    variables.push_back(name + "=" + value);
+  return variables;
+}
+
+/// Runs in the grandchild: only calls that are safe after a fork of a threaded process.
+[[noreturn]] void becomeProgram(char* const* arguments, char* const* environment, int log,
+                                int report) {
+  setsid();
+  const int nothing = open("/dev/null", O_RDONLY | O_CLOEXEC);
+  dup2(nothing, STDIN_FILENO);
+  dup2(log, STDOUT_FILENO);
+  dup2(log, STDERR_FILENO);
+  execve(arguments[0], arguments, environment);
+  const int error = -errno;
+  [[maybe_unused]] const auto written = write(report, &error, sizeof error);
+  _exit(127);
+}
+
+bool isOwn(const std::filesystem::path& folder) {
+  struct stat status {};
+  return stat(folder.c_str(), &status) == 0 && status.st_uid == geteuid();
+}
+
+/// A process that ended and waits for its parent to notice still has a folder in /proc.
+bool isZombie(int process) {
+  std::array<char, 512> text{};
+  const Descriptor file(open(fmt::format("/proc/{}/stat", process).c_str(), O_RDONLY | O_CLOEXEC));
+  const auto length = read(file.number(), text.data(), text.size());
+  if (length <= 0)
+    return true;
+  const std::string_view line(text.data(), static_cast<std::size_t>(length));
+  const auto end = line.rfind(") ");
+  return end == std::string_view::npos || line.substr(end + 2, 1) == "Z";
+}
+
+BusMessage answerOf(Bus& bus, const BusMessage& call, std::uint64_t limit) {
+  sd_bus_message* reply = nullptr;
+  if (!call || sd_bus_call(bus.handle(), call.get(), limit, nullptr, &reply) < 0)
+    return {};
+  return BusMessage(reply);
+}
+
+} // namespace
+
+bool LinuxRunningApplications::knowsIdentifiers() {
+  return bus_ != nullptr && bus_->isOpen();
+}
+
+std::optional<int> LinuxRunningApplications::processOwning(const std::string& bundleIdentifier) {
+  if (!knowsIdentifiers())
+    return std::nullopt;
+  auto call = bus_->method(busDaemon, "GetConnectionUnixProcessID");
+  call.append("s", bundleIdentifier.c_str());
+  const auto answer = answerOf(*bus_, call, queryLimit);
+  std::uint32_t process = 0;
+  if (!answer || sd_bus_message_read(answer.get(), "u", &process) < 0)
+    return std::nullopt;
+  return static_cast<int>(process);
+}
+
+bool LinuxRunningApplications::claimIdentifier(const std::string& bundleIdentifier) {
+  return knowsIdentifiers() &&
+         sd_bus_request_name(bus_->handle(), bundleIdentifier.c_str(), 0) >= 0;
+}
+
+std::optional<int> LinuxRunningApplications::processRunning(const std::filesystem::path& program) {
+  std::error_code error;
+  const auto resolved = std::filesystem::weakly_canonical(program, error);
+  for (const auto& entry : std::filesystem::directory_iterator("/proc", error)) {
+    const std::string name = entry.path().filename();
+    int process = 0;
+    const auto parsed = std::from_chars(name.data(), name.data() + name.size(), process);
+    if (parsed.ec != std::errc() || parsed.ptr != name.data() + name.size())
+      continue;
+    if (isOwn(entry.path()) && programOf(process) == resolved && !isZombie(process))
+      return process;
+  }
+  return std::nullopt;
+}
+
+std::optional<std::filesystem::path> LinuxRunningApplications::programOf(ProcessID process) {
+  std::error_code error;
+  auto text = std::filesystem::read_symlink(fmt::format("/proc/{}/exe", process), error).string();
+  if (error)
+    return std::nullopt;
+  if (text.ends_with(replacedMark))
+    text.resize(text.size() - replacedMark.size());
+  return text;
+}
+
+int LinuxRunningApplications::launch(const Launch& launch) {
+  const Descriptor log(
+      open(launch.log.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, S_IRUSR | S_IWUSR));
+  if (log.number() < 0)
+    throw FileError(
+        failure(fmt::format("write the log \"{}\"", launch.log.string()), std::strerror(errno)));
+  std::array<int, 2> ends{};
+  if (pipe2(ends.data(), O_CLOEXEC) != 0)
+    throwLaunchFailure(launch.program, errno);
+  Descriptor readEnd(ends[0]);
+  Descriptor writeEnd(ends[1]);
+
+  std::vector<std::string> words{launch.program.string()};
+  words.insert(words.end(), launch.arguments.begin(), launch.arguments.end());
+  auto arguments = pointers(words);
+  auto variables = environmentWith(launch.environment);
+  auto environment = pointers(variables);
+
+  // The child in between ends at once, so that the program belongs to init and never to us.
+  const pid_t between = fork();
+  if (between < 0)
+    throwLaunchFailure(launch.program, errno);
+  if (between == 0) {
+    const pid_t process = fork();
+    if (process == 0)
+      becomeProgram(arguments.data(), environment.data(), log.number(), writeEnd.number());
+    const int started = process < 0 ? -errno : process;
+    [[maybe_unused]] const auto written = write(writeEnd.number(), &started, sizeof started);
+    _exit(0);
+  }
+  writeEnd.close();
+  int status = 0;
+  while (waitpid(between, &status, 0) < 0 && errno == EINTR) {
+  }
+  // The process number comes, and a negative error where there is no such program, in any order.
+  int process = 0;
+  for (int value = 0; read(readEnd.number(), &value, sizeof value) == sizeof value;) {
+    if (value < 0)
+      throwLaunchFailure(launch.program, -value);
+    process = value;
+  }
+  return process;
+}
+
+bool LinuxRunningApplications::isAlive(ProcessID process) {
+  return (kill(process, 0) == 0 || errno == EPERM) && !isZombie(process);
+}
+
+void LinuxRunningApplications::terminate(ProcessID process, bool force) {
+  kill(process, force ? SIGKILL : SIGTERM);
+}
+
+bool LinuxRunningApplications::activate(const std::string& bundleIdentifier) {
+  if (!knowsIdentifiers())
+    return false;
+  auto path = "/" + bundleIdentifier;
+  std::replace(path.begin(), path.end(), '.', '/');
+  auto call = bus_->method({bundleIdentifier.c_str(), path.c_str(), "org.freedesktop.Application"},
+                           "Activate");
+  call.append("a{sv}", 0);
+  return static_cast<bool>(answerOf(*bus_, call, activationLimit));
+}
+
+} // namespace tavrin

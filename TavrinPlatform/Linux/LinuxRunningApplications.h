@@ -1,0 +1,28 @@
+#pragma once
+
+#include "TavrinPlatform/Linux/Bus.h"
+#include "TavrinPlatform/RunningApplications.h"
+
+namespace tavrin {
+
+/// Processes as /proc lists them, identifiers as names on the session bus.
+class LinuxRunningApplications final : public RunningApplications {
+public:
+  /// `bus` may be null.
+  explicit LinuxRunningApplications(Bus* bus) : bus_(bus) {}
+
+  bool knowsIdentifiers() override;
+  std::optional<ProcessID> processOwning(const std::string& bundleIdentifier) override;
+  bool claimIdentifier(const std::string& bundleIdentifier) override;
+  std::optional<ProcessID> processRunning(const std::filesystem::path& program) override;
+  std::optional<std::filesystem::path> programOf(ProcessID process) override;
+  ProcessID launch(const Launch& launch) override;
+  bool isAlive(ProcessID process) override;
+  void terminate(ProcessID process, bool force) override;
+  bool activate(const std::string& bundleIdentifier) override;
+
+private:
+  Bus* bus_;
+};
+
+} // namespace tavrin

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "TavrinPlatform/FileManager.h"
+#include "TavrinPlatform/Linux/Bus.h"
+#include "TavrinPlatform/Linux/ClockWatch.h"
+#include "TavrinPlatform/Linux/HandlerList.h"
+#include "TavrinPlatform/Workspace.h"
+
+#include <map>
+
+namespace tavrin {
+
+/// The window manager's hints, the settings portal, logind and the power profiles. What comes
+/// over a bus is asked for when first wanted and told when the answer is there; until then the
+/// plain default counts. The system bus is only connected once something on it is wanted.
+class LinuxWorkspace final : public Workspace {
+public:
+  /// `session` may be null.
+  LinuxWorkspace(const FileManager& files, Bus* session);
+
+  std::optional<RunningApplication> frontmostApplication() const override;
+  void open(const std::string& target) override;
+  [[nodiscard]] TokenPtr observeWake(std::function<void()> handler) override;
+  [[nodiscard]] TokenPtr observeDayChange(std::function<void()> handler) override;
+  [[nodiscard]] TokenPtr observeClockChange(std::function<void()> handler) override;
+  bool isLowPowerMode() const override;
+  [[nodiscard]] TokenPtr observeLowPowerMode(std::function<void()> handler) override;
+  bool prefersReducedMotion() const override;
+  bool prefersDarkAppearance() const override;
+  [[nodiscard]] TokenPtr observeAppearance(std::function<void()> handler) override;
+
+private:
+  Bus* system() const;
+  ClockWatch& clock();
+  void watchTimeZone();
+  void watchPower() const;
+  void watchSettings() const;
+  void askPortal(const char* group, const char* key) const;
+  void setPortalValue(const std::string& key, sd_bus_message* message) const;
+
+  const FileManager& files_;
+  Bus* session_;
+  HandlerList wake_;
+  HandlerList day_;
+  HandlerList clockChange_;
+  HandlerList lowPower_;
+  HandlerList appearance_;
+  std::unique_ptr<ClockWatch> clockWatch_;
+  // Questions that only a query brings about.
+  mutable bool hasTriedSystem_ = false;
+  mutable std::unique_ptr<Bus> system_;
+  mutable std::map<std::string, TokenPtr> watches_;
+  mutable bool isLowPower_ = false;
+  mutable bool isDark_ = false;
+  mutable bool hasAnimations_ = true;
+};
+
+} // namespace tavrin

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "TavrinCore/Base/Log.h"
+#include "TavrinPlatform/Linux/TileSurface.h"
+
+namespace tavrin {
+
+/// The tile as a PNG file that is replaced whenever the picture changes, for machines without a
+/// screen and for bars that show pictures. Takes clicks from nowhere.
+class PictureSurface final : public TileSurface {
+public:
+  PictureSurface(std::filesystem::path file, double tileSize, LogSink& log);
+
+  DockTile::Format format() const override { return format_; }
+  void setPlace(const DockTile::Place& place) override;
+  void display(const QImage& image) override;
+  bool isVisible() const override { return true; }
+
+private:
+  std::filesystem::path file_;
+  DockTile::Format format_;
+  Log log_;
+  QImage shown_;
+  bool hasComplained_ = false;
+};
+
+} // namespace tavrin

@@ -1,0 +1,79 @@
+#include "TavrinPlatform/Linux/TileAccessibility.h"
+
+#include "TavrinPlatform/Linux/StripWindow.h"
+
+#include <QAccessible>
+#include <QAccessibleObject>
+
+namespace tavrin {
+
+namespace {
+
+class AccessibleTile final : public QAccessibleObject, public QAccessibleActionInterface {
+public:
+  explicit AccessibleTile(StripWindow* window) : QAccessibleObject(window) {}
+
+  QAccessibleInterface* parent() const override {
+    return QAccessible::queryAccessibleInterface(qApp);
+  }
+  QAccessibleInterface* child(int) const override { return nullptr; }
+  int childCount() const override { return 0; }
+  int indexOfChild(const QAccessibleInterface*) const override { return -1; }
+  QAccessible::Role role() const override { return QAccessible::Button; }
+  QString text(QAccessible::Text kind) const override {
+    switch (kind) {
+    case QAccessible::Name:
+      return tile()->name();
+    case QAccessible::Value:
+    case QAccessible::Description:
+      return tile()->value();
+    default:
+      return {};
+    }
+  }
+  QAccessible::State state() const override {
+    QAccessible::State state;
+    state.invisible = !tile()->isVisible();
+    return state;
+  }
+  QRect rect() const override { return tile()->geometry(); }
+  QWindow* window() const override { return tile(); }
+  void* interface_cast(QAccessible::InterfaceType type) override {
+    return type == QAccessible::ActionInterface ? static_cast<QAccessibleActionInterface*>(this)
+                                                : nullptr;
+  }
+  QStringList actionNames() const override { return {pressAction()}; }
+  void doAction(const QString& action) override {
+    // A place outside every button: the whole tile is pressed.
+    if (action == pressAction() && tile()->onClick)
+      tile()->onClick(QPointF(-1, -1));
+  }
+  QStringList keyBindingsForAction(const QString&) const override { return {}; }
+
+private:
+  StripWindow* tile() const { return static_cast<StripWindow*>(object()); }
+};
+
+QAccessibleInterface* makeTile(const QString&, QObject* object) {
+  auto* window = dynamic_cast<StripWindow*>(object);
+  return window == nullptr ? nullptr : new AccessibleTile(window);
+}
+
+} // namespace
+
+QAccessibleInterface* accessibleTile(StripWindow* window) {
+  static const bool isInstalled = (QAccessible::installFactory(makeTile), true);
+  static_cast<void>(isInstalled);
+  return QAccessible::queryAccessibleInterface(window);
+}
+
+void announceTileChange(StripWindow& window, bool isNameChanged) {
+  if (!QAccessible::isActive())
+    return;
+  accessibleTile(&window);
+  QAccessibleEvent event(&window,
+                         isNameChanged ? QAccessible::NameChanged : QAccessible::ValueChanged);
+  QAccessible::updateAccessibility(&event);
+}
+
+} // namespace tavrin

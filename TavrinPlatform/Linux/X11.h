@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QRect>
+#include <cstdint>
+#include <string>
+#include <vector>
+#include <xcb/xcb.h>
+
+/// The X server through the toolkit's own connection. Without one all questions have empty answers.
+namespace tavrin::x11 {
+
+/// Null when the toolkit shows its windows elsewhere.
+xcb_connection_t* connection();
+xcb_window_t root();
+/// Asked of the server once for each name.
+xcb_atom_t atom(const char* name);
+
+/// At most `longest` items of a property of 32-bit items.
+std::vector<std::uint32_t> numbers(xcb_window_t window, const char* property,
+                                   std::uint32_t longest = 64);
+/// A property of text, whatever its encoding is called.
+std::string text(xcb_window_t window, const char* property);
+void setNumbers(xcb_window_t window, const char* property, xcb_atom_t type,
+                const std::vector<std::uint32_t>& values);
+
+bool hasCompositor();
+bool hasWindowManager();
+/// The window that the user is in, as the window manager tells; none when it does not.
+xcb_window_t activeWindow();
+/// The window that gets the keys.
+xcb_window_t focusWindow();
+/// Asks the window manager to bring `window` to the user.
+void requestActive(xcb_window_t window);
+void setFocus(xcb_window_t window);
+/// In pixels of the root window; empty when there is no such window.
+QRect frame(xcb_window_t window);
+/// The pointer in pixels of the root window.
+QPoint pointer();
+
+} // namespace tavrin::x11

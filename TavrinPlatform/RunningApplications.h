@@ -1,0 +1,59 @@
+#pragma once
+
+#include <filesystem>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace tavrin {
+
+/// The applications of this user that run as processes of their own.
+class RunningApplications {
+public:
+  /// A process number; only ever one that this class gave out.
+  using ProcessID = int;
+
+  struct Launch {
+    std::filesystem::path program;
+    std::vector<std::string> arguments;
+    /// Added to this process's environment.
+    std::map<std::string, std::string> environment;
+    /// What the program prints is appended here.
+    std::filesystem::path log;
+  };
+
+  virtual ~RunningApplications() = default;
+
+  /// Whether applications can be told apart by their identifier here (a session bus is there).
+  virtual bool knowsIdentifiers() = 0;
+
+  /// The process that answers to a bundle identifier; no value where none does or where
+  /// identifiers are unknown.
+  virtual std::optional<ProcessID> processOwning(const std::string& bundleIdentifier) = 0;
+
+  /// Makes this process the one that answers to an identifier, until it ends. Answers false where
+  /// another process does, or where identifiers are unknown.
+  virtual bool claimIdentifier(const std::string& bundleIdentifier) = 0;
+
+  /// This user's process that was started from exactly this file; no value where there is none.
+  virtual std::optional<ProcessID> processRunning(const std::filesystem::path& program) = 0;
+
+  /// The file a process was started from; no value once it is gone.
+  virtual std::optional<std::filesystem::path> programOf(ProcessID process) = 0;
+
+  /// Starts a program that outlives this one: a session of its own, no terminal.
+  /// Throws FileError where it cannot be started.
+  virtual ProcessID launch(const Launch& launch) = 0;
+
+  virtual bool isAlive(ProcessID process) = 0;
+
+  /// Asks a process to end, or with `force` ends it.
+  virtual void terminate(ProcessID process, bool force) = 0;
+
+  /// Asks the application to come to the front, which starts it where the desktop can.
+  /// Answers whether somebody took the request.
+  virtual bool activate(const std::string& bundleIdentifier) = 0;
+};
+
+} // namespace tavrin

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <QAbstractListModel>
+#include <QColor>
+#include <QImage>
+#include <QListView>
+#include <functional>
+#include <vector>
+
+namespace tavrin {
+
+/// One square of a grid: the first that is there of image, colour, symbol and text.
+struct PanelCell {
+  /// What it is, for tooltips and assistive technology.
+  QString name;
+  /// An emoji, a letter.
+  QString text;
+  QString symbol;
+  QColor colour;
+  QImage image;
+  bool isChecked = false;
+  bool operator==(const PanelCell&) const = default;
+};
+
+/// Squares in rows. The arrow keys move, Return or Space chooses; made for thousands.
+class PanelGrid : public QListView {
+public:
+  /// The role under which a model gives the PanelCell.
+  static constexpr int cellRole = Qt::UserRole + 2;
+
+  /// `name` is the accessible name. The squares fill the width in `columns`.
+  PanelGrid(const QString& name, int columns, QWidget* parent = nullptr);
+
+  void setCells(std::vector<PanelCell> cells);
+  void setCells(int count, std::function<PanelCell(int)> cell);
+  int count() const;
+  PanelCell cell(int index) const;
+  void setCurrentCell(int index);
+  int currentCell() const { return currentIndex().row(); }
+  /// The grid asks for no more than so many rows' height and then scrolls.
+  void setMaximumVisibleRows(int rows);
+  int columns() const { return columns_; }
+
+  /// A square was clicked, or Return or Space pressed on it.
+  std::function<void(int index)> onOpen;
+
+  QSize sizeHint() const override;
+  QSize minimumSizeHint() const override;
+
+protected:
+  void keyPressEvent(QKeyEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+  void focusInEvent(QFocusEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+
+private:
+  int side(int width) const;
+
+  int columns_;
+  int maximumRows_ = 6;
+};
+
+} // namespace tavrin

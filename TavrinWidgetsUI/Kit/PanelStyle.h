@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QCommonStyle>
+
+namespace tavrin {
+
+/// Sizes all panels share, in points.
+namespace panel {
+inline constexpr int padding = 16;
+inline constexpr int grid = 8;
+inline constexpr int controlHeight = 28;
+inline constexpr int rowHeight = 36;
+inline constexpr int tallRowHeight = 44;
+inline constexpr int cornerRadius = 6;
+inline constexpr int focusRing = 2;
+inline constexpr int maximumHeight = 560;
+} // namespace panel
+
+/// Paints every control in the house look. Its colours come from the palette of the widget it
+/// paints (`PanelPalette::palette`), so that one style serves light and dark and every tint.
+class PanelStyle : public QCommonStyle {
+public:
+  /// Makes it the application's style, once; the first panel calls it.
+  static void install();
+
+  void polish(QWidget* widget) override;
+  void unpolish(QWidget* widget) override;
+  using QCommonStyle::polish;
+  using QCommonStyle::unpolish;
+
+  void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                     const QWidget* widget) const override;
+  void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                   const QWidget* widget) const override;
+  void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
+                          QPainter* painter, const QWidget* widget) const override;
+  QRect subElementRect(SubElement element, const QStyleOption* option,
+                       const QWidget* widget) const override;
+  QRect subControlRect(ComplexControl control, const QStyleOptionComplex* option,
+                       SubControl subControl, const QWidget* widget) const override;
+  QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& size,
+                         const QWidget* widget) const override;
+  int pixelMetric(PixelMetric metric, const QStyleOption* option,
+                  const QWidget* widget) const override;
+  int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                QStyleHintReturn* returnData) const override;
+  QPalette standardPalette() const override;
+};
+
+} // namespace tavrin

@@ -1,0 +1,148 @@
+#include "TavrinPlatform/DockTile.h"
+#include "TavrinPlatform/Linux/LinuxPlatform.h"
+#include "TavrinPlatform/PanelPopover.h"
+
+#include <QImage>
+#include <QLineEdit>
+#include <QPainter>
+#include <QVBoxLayout>
+#include <cmath>
+#include <cstdio>
+#include <string_view>
+
+/// A program with one tile and one panel that says on its standard output what happens to it.
+/// Arguments: --place=BEFORE,SPAN,ALL  --open (the panel at start)  --attention
+/// --button (the left half of the tile is a button)  --notice=SECONDS  --observe=NAME  --tick
+namespace {
+
+using namespace tavrin;
+
+template <class... Values> void say(const char* format, Values... values) {
+  std::printf(format, values...);
+  std::fputc('\n', stdout);
+  std::fflush(stdout);
+}
+
+class Double {
+public:
+  explicit Double(Platform& platform) : platform_(platform), tile_(platform.dockTile()) {
+    tile_.onFormatChange = [this] {
+      const auto format = tile_.format();
+      say("format %g %d %g", format.tileSize, format.span, format.scale);
+      draw();
+    };
+    tile_.onVisibilityChange = [this] { say("visible %d", tile_.isVisible()); };
+    tile_.onClick = [this](QPointF place) {
+      say("click %g %g", place.x(), place.y());
+      return hasButton_ && place.x() < tile_.format().tileSize / 2;
+    };
+    auto& application = platform_.application();
+    application.onReopen = [this] { toggle(); };
+    application.onResignActive = [] { say("resigned"); };
+    application.onOpenFiles = [](const auto& files) {
+      for (const auto& file : files)
+        say("open %s", file.c_str());
+      return !files.empty() && files.front().extension() != ".refused";
+    };
+    for (const auto& argument : application.arguments())
+      obey(argument);
+    tile_.setLabel("Double", "1");
+    draw();
+  }
+
+private:
+  void obey(std::string_view argument) {
+    const auto equals = argument.find('=');
+    const std::string value(equals == std::string_view::npos ? "" : argument.substr(equals + 1));
+    const auto is = [&](std::string_view name) { return argument.substr(0, equals) == name; };
+    if (is("--place")) {
+      DockTile::Place place;
+      std::sscanf(value.c_str(), "%d,%d,%d", &place.cellsBefore, &place.span, &place.cellsInAll);
+      tile_.setPlace(place);
+    } else if (is("--button")) {
+      hasButton_ = true;
+    } else if (is("--open")) {
+      first_ = platform_.runLoop().after(0, [this] { toggle(); });
+    } else if (is("--attention")) {
+      platform_.application().requestUserAttention();
+    } else if (is("--notice")) {
+      platform_.userNotifications().add({"double.notice", "Title", "Body", std::stod(value)});
+    } else if (is("--observe")) {
+      observation_ = platform_.notifications().observe(
+          value, [](const auto& object) { say("posted %s", object ? object->c_str() : "(none)"); });
+    } else if (is("--tick")) {
+      ticker_ = platform_.runLoop().repeat(0.25, [this] {
+        if (++count_ % 4 == 0)
+          draw();
+      });
+    }
+  }
+
+  void draw() {
+    const auto format = tile_.format();
+    const double width = format.tileSize * (1 + (format.span - 1) * 1.0625);
+    QImage image(QSize(static_cast<int>(std::lround(width * format.scale)),
+                       static_cast<int>(std::lround(format.tileSize * format.scale))),
+                 QImage::Format_ARGB32_Premultiplied);
+    image.setDevicePixelRatio(format.scale);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setBrush(QColor(0xC0, 0x20, 0x60));
+    painter.setPen(Qt::NoPen);
+    const double margin = format.tileSize * 0.0975;
+    const QRectF body(margin, margin, width - 2 * margin, format.tileSize - 2 * margin);
+    painter.drawRoundedRect(body, 9, 9);
+    painter.setPen(Qt::white);
+    painter.drawText(body, Qt::AlignCenter, QString::number(count_ / 4));
+    tile_.display(image);
+  }
+
+  void toggle() {
+    auto& popover = platform_.popover();
+    if (popover.isShown()) {
+      popover.close();
+      return;
+    }
+    if (popover.content() == nullptr) {
+      auto* panel = new QWidget;
+      auto* layout = new QVBoxLayout(panel);
+      auto* edit = new QLineEdit;
+      QObject::connect(edit, &QLineEdit::textChanged,
+                       [](const QString& text) { say("text %s", qPrintable(text)); });
+      layout->addWidget(edit);
+      popover.setContent(panel);
+      popover.onClose = [] { say("closed"); };
+    }
+    popover.setContentSize(QSize(280, 120));
+    const auto frame = platform_.dockGeometry().dockFrame();
+    const auto pointer = platform_.dockGeometry().pointer();
+    const Point anchor{pointer.x, frame ? frame->maxY() + 2 : pointer.y + 30};
+    popover.show(anchor, RectEdge::maxY);
+    say("opened %g %g", anchor.x, anchor.y);
+  }
+
+  Platform& platform_;
+  DockTile& tile_;
+  TokenPtr first_;
+  TokenPtr observation_;
+  TokenPtr ticker_;
+  int count_ = 0;
+  bool hasButton_ = false;
+};
+
+} // namespace
+
+int main(int argc, char** argv) {
+  const auto platform = makePlatform(argc, argv);
+  if (!platform)
+    return 0;
+  say("started");
+  int status = 0;
+  {
+    const Double itself(*platform);
+    status = runEventLoop(*platform);
+  }
+  say("ended");
+  return status;
+}
