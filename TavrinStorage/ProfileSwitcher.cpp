@@ -25,17 +25,14 @@ std::optional<Profile> ProfileSwitcher::activeProfile() const {
   return id ? store_.profile(*id) : std::nullopt;
 }
 
-void ProfileSwitcher::backUp() const {
-  const auto file = backup_.snapshot(clock_.now());
+void applyWithBackup(const DockSwapper& swapper, const BackupManager& backup,
+                     const DockSnapshot& target, const BackupObserver& didBackUp) {
+  const auto file = backup.snapshot(target.capturedAt);
   if (didBackUp)
     didBackUp(file);
-}
-
-void ProfileSwitcher::apply(const DockSnapshot& target) {
-  backUp();
-  swapper_.swap(target);
+  swapper.swap(target);
   try {
-    backup_.prune(BackupManager::defaultLimit);
+    backup.prune(BackupManager::defaultLimit);
   } catch (const FileError&) {
     // A backup too many does no harm.
   }
@@ -52,7 +49,7 @@ void ProfileSwitcher::switchTo(const UUID& profileID) {
   const Profile profile = requiredProfile(profileID);
   if (store_.file().activeProfileId == profileID)
     return;
-  apply(profile.snapshot(clock_.now()));
+  applyWithBackup(swapper_, backup_, profile.snapshot(clock_.now()), didBackUp);
   setActive(profile);
 }
 
@@ -76,7 +73,7 @@ bool ProfileSwitcher::applyActiveProfile() {
   const auto profile = activeProfile();
   if (!profile || isSame(profile->snapshot(clock_.now()), dock))
     return false;
-  apply(profile->snapshot(clock_.now()));
+  applyWithBackup(swapper_, backup_, profile->snapshot(clock_.now()), didBackUp);
   return true;
 }
 
@@ -85,7 +82,9 @@ void ProfileSwitcher::undoLastChange() {
   if (!latest)
     throw DockError::noBackupAvailable();
   const DockSnapshot target = dockPlistReader(*latest).read(clock_.now());
-  backUp();
+  const auto kept = backup_.snapshot(clock_.now());
+  if (didBackUp)
+    didBackUp(kept);
   swapper_.swap(target);
   backup_.prune(BackupManager::defaultLimit);
   std::error_code error;

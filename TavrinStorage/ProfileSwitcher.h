@@ -16,6 +16,14 @@ public:
   virtual void profileBecameActive(const Profile& profile) = 0;
 };
 
+/// Told of a backup once it is on disk, before the Dock is touched.
+using BackupObserver = std::function<void(const std::filesystem::path& backup)>;
+
+/// Backs the Dock up, puts a layout into it and deletes the oldest backups. Throws DockError and
+/// FileError; the backup is then there, and the Dock may be written already.
+void applyWithBackup(const DockSwapper& swapper, const BackupManager& backup,
+                     const DockSnapshot& target, const BackupObserver& didBackUp);
+
 /// Moves layouts between the profiles and the Dock. Blocks the calling thread while the Dock
 /// restarts; used from one thread at a time.
 ///
@@ -28,8 +36,7 @@ public:
       : store_(store), swapper_(std::move(swapper)), backup_(std::move(backup)), clock_(clock) {}
 
   std::weak_ptr<WorkspaceSwitchObserver> workspaceObserver;
-  /// Told of the backup once it is on disk, before the Dock is touched.
-  std::function<void(const std::filesystem::path& backup)> didBackUp;
+  BackupObserver didBackUp;
 
   /// Does nothing when the profile is already active.
   void switchTo(const UUID& profileID);
@@ -39,15 +46,12 @@ public:
   void activate(const UUID& profileID);
   /// Puts the active profile into the Dock; false when the Dock shows it already.
   bool applyActiveProfile();
-  /// Puts a layout into the Dock that belongs to no profile.
-  void apply(const DockSnapshot& target);
   /// Brings back the newest backup and takes it off the list; the Dock before becomes a backup.
   void undoLastChange();
 
 private:
   Profile requiredProfile(const UUID& id) const;
   std::optional<Profile> activeProfile() const;
-  void backUp() const;
   void setActive(const Profile& profile);
 
   ProfileStore& store_;

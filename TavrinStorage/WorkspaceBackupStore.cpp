@@ -153,7 +153,11 @@ WorkspaceBackupStore::Contents WorkspaceBackupStore::contents(const WorkspaceBac
 
 void WorkspaceBackupStore::restore(const WorkspaceBackup& backup, Date moment) {
   const Files files = read(backup.url);
-  backUp(WorkspaceBackup::Reason::restore, moment, {backup.url});
+  auto kept = backUp(WorkspaceBackup::Reason::restore, moment, {backup.url});
+  if (!kept && !read(dataDirectory_).empty())
+    kept = list().front();
+  if (kept && didKeepCurrent)
+    didKeepCurrent(*kept);
   for (const auto& [name, bytes] : files)
     writeFileAtomically(dataDirectory_ / name, bytes);
 }

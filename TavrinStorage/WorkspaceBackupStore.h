@@ -4,6 +4,7 @@
 #include "TavrinCore/Widgets/WidgetsFile.h"
 
 #include <filesystem>
+#include <functional>
 
 namespace tavrin {
 
@@ -68,6 +69,9 @@ public:
   /// Backs up the files as they are, then puts the backup's in their place, each whole. What the
   /// backup lacks stays. Whoever calls announces the change.
   void restore(const WorkspaceBackup& backup, Date moment);
+
+  /// Told by `restore`, before it writes, of the backup that holds the files as they are.
+  std::function<void(const WorkspaceBackup&)> didKeepCurrent;
 
 private:
   using Files = std::vector<std::pair<std::string, std::string>>;
