@@ -55,9 +55,13 @@ void report(HostContext& context, const DockChangeOptions& options,
 
 JSONValue::Array labels(const std::vector<DockItem>& items) {
   JSONValue::Array list;
-  for (const auto& item : items)
-    list.push_back(JSONValue::Object{
-        {"label", item.displayName()}, {"kind", kindWord(item)}, {"address", addressOf(item)}});
+  for (const auto& item : items) {
+    JSONValue::Object entry;
+    entry.emplace("label", item.displayName());
+    entry.emplace("kind", kindWord(item));
+    entry.emplace("address", addressOf(item));
+    list.emplace_back(std::move(entry));
+  }
   return list;
 }
 
@@ -123,17 +127,18 @@ JSONValue changesJSON(const DockChangeDetector::Report& report) {
 JSONValue itemsJSON(const std::vector<PlacedDockItem>& items) {
   JSONValue::Array list;
   for (const auto& one : items) {
-    JSONValue::Object entry{{"section", one.section == DockSection::apps ? "apps" : "others"},
-                            {"position", static_cast<std::int64_t>(one.index + 1)},
-                            {"label", one.item.displayName()},
-                            {"kind", kindWord(one.item)}};
+    JSONValue::Object entry;
+    entry.emplace("section", one.section == DockSection::apps ? "apps" : "others");
+    entry.emplace("position", static_cast<std::int64_t>(one.index + 1));
+    entry.emplace("label", one.item.displayName());
+    entry.emplace("kind", kindWord(one.item));
     if (const auto address = addressOf(one.item); !address.empty())
       entry.emplace(one.item.url() != nullptr ? "url" : "path", address);
     if (const auto* app = one.item.app(); app != nullptr && app->bundleIdentifier)
       entry.emplace("bundleIdentifier", *app->bundleIdentifier);
     if (const auto* spacer = one.item.spacer())
       entry.emplace("spacer", nameOf(*spacer));
-    list.push_back(std::move(entry));
+    list.emplace_back(std::move(entry));
   }
   return list;
 }

@@ -3,6 +3,7 @@
 #include "TavrinHost/BackupCommands.h"
 #include "TavrinHost/CompletionCommands.h"
 #include "TavrinHost/DockCommands.h"
+#include "TavrinHost/DockLibrary.h"
 #include "TavrinHost/EditService.h"
 #include "TavrinHost/FocusCommands.h"
 #include "TavrinHost/ProfileCommands.h"
