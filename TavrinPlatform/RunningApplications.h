@@ -46,6 +46,11 @@ public:
   /// Throws FileError where it cannot be started.
   virtual ProcessID launch(const Launch& launch) = 0;
 
+  /// Starts several links of one program together, so that they share what they load. Each then
+  /// runs as if launched alone with its arguments, which must be "--background". Their processes
+  /// in the same order; 0 for one that could not be made. Throws FileError where none can.
+  virtual std::vector<ProcessID> launchTogether(const std::vector<Launch>& launches) = 0;
+
   virtual bool isAlive(ProcessID process) = 0;
 
   /// Asks a process to end, or with `force` ends it.

@@ -1,7 +1,6 @@
 #include "TavrinSlot/BasicWidgetController.h"
 
 #include "TavrinCore/Widgets/DockSlot.h"
-#include "TavrinPlatform/Platform.h"
 #include "TavrinSlot/DockPanelPresenter.h"
 #include "TavrinSlot/DockTileRenderer.h"
 #include "TavrinStorage/StoragePath.h"
@@ -11,6 +10,11 @@ namespace tavrin {
 
 BasicWidgetController::BasicWidgetController(const SlotContext& context, DockWidget widget)
     : context_(context), widget_(std::move(widget)) {}
+
+BasicWidgetController::~BasicWidgetController() {
+  if (panelView_ != nullptr)
+    context_.panel.onClose = nullptr;
+}
 
 void BasicWidgetController::update(const DockWidget& widget) {
   widget_ = widget;
@@ -46,6 +50,7 @@ void BasicWidgetController::showContent() {
     panelView_ = makePanelView(appearance());
     panelView_->onFittingSizeChange = [this] { context_.panel.fitContent(); };
     context_.panel.setRootView(panelView_);
+    context_.panel.onClose = [this] { panelDidClose(); };
     appearanceChanged_ = platform().workspace().observeAppearance(
         [this] { panelView_->setAppearance(appearance()); });
   }
@@ -59,24 +64,60 @@ PanelAppearance BasicWidgetController::appearance() const {
   return {workspace.prefersDarkAppearance(), workspace.prefersReducedMotion(), tint()};
 }
 
+void BasicWidgetController::discardPanelView() {
+  appearanceChanged_.reset();
+  panelView_ = nullptr;
+}
+
 void BasicWidgetController::save(const DockWidget::Kind& kind) {
   widget_.kind = kind;
   widgetChanged();
-  bool isSaved = false;
-  try {
-    if (!store_)
-      store_ = std::make_unique<WidgetStore>(
-          StoragePath(platform().fileManager(), platform().mainBundle()).widgetsFileURL());
-    // Another process may have written since; only this widget is ours.
-    store_->reload();
-    store_->update(widget_);
-    isSaved = true;
-  } catch (const std::exception& error) {
-    Log(platform().log(), "slot").error(error.what());
-  }
+  const bool isSaved = write(kind);
   refresh();
   if (isSaved)
-    platform().notifications().post(std::string(DockSlot::widgetsChangedNotification));
+    announce();
+}
+
+void BasicWidgetController::saveQuietly(const DockWidget::Kind& kind) {
+  if (write(kind))
+    announce();
+}
+
+std::optional<DockWidget> BasicWidgetController::storedWidget() {
+  try {
+    return freshStore().widget(widget_.id);
+  } catch (const std::exception&) {
+    return std::nullopt;
+  }
+}
+
+/// Another process may have written since the file was read last.
+WidgetStore& BasicWidgetController::freshStore() {
+  if (store_)
+    store_->reload();
+  else
+    store_ = std::make_unique<WidgetStore>(
+        StoragePath(platform().fileManager(), platform().mainBundle()).widgetsFileURL());
+  return *store_;
+}
+
+bool BasicWidgetController::write(const DockWidget::Kind& kind) {
+  try {
+    // The settings are ours; name, slot and span may have been changed elsewhere.
+    DockWidget stored = freshStore().widget(widget_.id).value_or(widget_);
+    if (stored.kind.index() != kind.index())
+      return false;
+    stored.kind = kind;
+    store_->update(stored);
+    return true;
+  } catch (const std::exception& error) {
+    Log(platform().log(), "slot").error(error.what());
+    return false;
+  }
+}
+
+void BasicWidgetController::announce() {
+  platform().notifications().post(std::string(DockSlot::widgetsChangedNotification));
 }
 
 } // namespace tavrin

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TavrinPlatform/RunLoop.h"
+#include "TavrinPlatform/Platform.h"
 #include "TavrinSlot/SlotContext.h"
 #include "TavrinSlot/WidgetController.h"
 #include "TavrinStorage/WidgetStore.h"
@@ -8,6 +8,7 @@
 #include "TavrinWidgetsUI/Kit/TileLayout.h"
 
 #include <memory>
+#include <optional>
 
 namespace tavrin {
 
@@ -22,6 +23,7 @@ namespace tavrin {
 /// so `SlotApp` takes it out of the presenter before it drops a controller.
 class BasicWidgetController : public WidgetController {
 public:
+  ~BasicWidgetController() override;
   void update(const DockWidget& widget) override;
   void togglePanel() override;
 
@@ -37,6 +39,8 @@ protected:
   virtual void widgetChanged() {}
   /// Just before the panel opens.
   virtual void panelWillOpen() {}
+  /// The panel closed, whoever closed it.
+  virtual void panelDidClose() {}
 
   const DockWidget& widget() const { return widget_; }
   const SlotContext& context() const { return context_; }
@@ -51,10 +55,20 @@ protected:
   /// Writes changed settings of the own widget, draws, and tells every process. Where the widgets
   /// file cannot be opened or written the change shows here, is not saved and not announced.
   void save(const DockWidget::Kind& kind);
+  /// The same without drawing, for a controller that is going. Nothing is written when the widget
+  /// has become another kind meanwhile.
+  void saveQuietly(const DockWidget::Kind& kind);
+  /// The widget as it stands in the file now; no value where that cannot be read or lacks it.
+  std::optional<DockWidget> storedWidget();
+  /// Another panel view is due: it is made when the panel is shown or refreshed next.
+  void discardPanelView();
 
 private:
   void showContent();
   PanelAppearance appearance() const;
+  WidgetStore& freshStore();
+  bool write(const DockWidget::Kind& kind);
+  void announce();
 
   SlotContext context_;
   DockWidget widget_;

@@ -3,6 +3,8 @@
 #include "TavrinPlatform/DockGeometry.h"
 #include "TavrinPlatform/PanelPopover.h"
 
+#include <functional>
+
 class QWidget;
 
 namespace tavrin {
@@ -26,7 +28,15 @@ PanelAnchor fallbackAnchorPoint(const DockGeometry& geometry, Point mouse,
 class DockPanelPresenter {
 public:
   DockPanelPresenter(PanelPopover& popover, DockGeometry& geometry)
-      : popover_(popover), geometry_(geometry) {}
+      : popover_(popover), geometry_(geometry) {
+    popover_.onClose = [this] {
+      if (onClose)
+        onClose();
+    };
+  }
+  ~DockPanelPresenter() { popover_.onClose = nullptr; }
+  DockPanelPresenter(const DockPanelPresenter&) = delete;
+  DockPanelPresenter& operator=(const DockPanelPresenter&) = delete;
 
   /// What the panel holds; owned by the popover from now on.
   void setRootView(QWidget* view) { popover_.setContent(view); }
@@ -38,6 +48,9 @@ public:
   void toggle();
   /// The same close as Escape.
   void closeIfShown();
+
+  /// The panel closed, whoever closed it.
+  std::function<void()> onClose;
 
 private:
   PanelPopover& popover_;

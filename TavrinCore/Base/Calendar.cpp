@@ -1,6 +1,7 @@
 #include "TavrinCore/Base/Calendar.h"
 
 #include <cmath>
+#include <cstdlib>
 #include <map>
 #include <stdexcept>
 #include <unicode/dtptngen.h>
@@ -38,6 +39,18 @@ std::string systemTimeZoneID() {
   return utf8(zone->getID(id));
 }
 
+/// ICU alone goes by the locale for messages.
+std::string systemLocaleID() {
+  for (const char* name : {"LC_ALL", "LC_TIME", "LANG"})
+    if (const char* value = std::getenv(name); value != nullptr && *value != 0)
+      return icu::Locale::createCanonical(value).getName();
+  return icu::Locale::getDefault().getName();
+}
+
+icu::UnicodeString unicode(std::string_view text) {
+  return icu::UnicodeString::fromUTF8(icu::StringPiece(text.data(), int32_t(text.size())));
+}
+
 } // namespace
 
 struct Calendar::Engine {
@@ -46,6 +59,7 @@ struct Calendar::Engine {
   std::unique_ptr<icu::GregorianCalendar> calendar;
   /// By pattern; the empty pattern stands for the date and time styles.
   std::map<std::string, std::unique_ptr<icu::DateFormat>, std::less<>> formats;
+  std::map<std::string, std::string, std::less<>> patterns;
   std::optional<bool> uses24HourClock;
 
   Engine(const std::string& timeZoneID, const std::string& localeID)
@@ -96,12 +110,23 @@ struct Calendar::Engine {
       made.reset(icu::DateFormat::createDateTimeInstance(icu::DateFormat::kMedium,
                                                          icu::DateFormat::kShort, locale));
     else
-      made = std::make_unique<icu::SimpleDateFormat>(
-          icu::UnicodeString::fromUTF8(icu::StringPiece(pattern.data(), int32_t(pattern.size()))),
-          locale, status);
+      made = std::make_unique<icu::SimpleDateFormat>(unicode(pattern), locale, status);
     check(made ? status : U_MISSING_RESOURCE_ERROR, "make a date format");
     made->setTimeZone(*zone);
     return *formats.emplace(pattern, std::move(made)).first->second;
+  }
+
+  /// The locale's pattern for a skeleton.
+  const std::string& pattern(std::string_view skeleton) {
+    if (const auto found = patterns.find(skeleton); found != patterns.end())
+      return found->second;
+    UErrorCode status = U_ZERO_ERROR;
+    const std::unique_ptr<icu::DateTimePatternGenerator> generator(
+        icu::DateTimePatternGenerator::createInstance(locale, status));
+    check(status, "read the locale's date formats");
+    const auto best = generator->getBestPattern(unicode(skeleton), status);
+    check(status, "read the locale's date formats");
+    return patterns.emplace(skeleton, utf8(best)).first->second;
   }
 };
 
@@ -110,7 +135,7 @@ Calendar::Calendar(std::string timeZoneID, std::string localeID)
   if (timeZoneID_.empty() || !isKnownTimeZone(timeZoneID_))
     timeZoneID_ = systemTimeZoneID();
   if (localeID_.empty())
-    localeID_ = icu::Locale::getDefault().getName();
+    localeID_ = systemLocaleID();
 }
 
 Calendar::Calendar(const Calendar& other)
@@ -202,6 +227,10 @@ std::string Calendar::text(Date date, std::string_view pattern) const {
   return utf8(engine().format(pattern).format(milliseconds(date), out));
 }
 
+std::string Calendar::localText(Date date, std::string_view skeleton) const {
+  return text(date, engine().pattern(skeleton));
+}
+
 std::string Calendar::dateAndTime(Date date) const {
   icu::UnicodeString out;
   return utf8(engine().format("").format(milliseconds(date), out));
@@ -209,15 +238,8 @@ std::string Calendar::dateAndTime(Date date) const {
 
 bool Calendar::uses24HourClock() const {
   Engine& use = engine();
-  if (!use.uses24HourClock) {
-    UErrorCode status = U_ZERO_ERROR;
-    const std::unique_ptr<icu::DateTimePatternGenerator> generator(
-        icu::DateTimePatternGenerator::createInstance(use.locale, status));
-    check(status, "read the locale's time format");
-    const icu::UnicodeString pattern = generator->getBestPattern("j", status);
-    check(status, "read the locale's time format");
-    use.uses24HourClock = pattern.indexOf(u'a') < 0;
-  }
+  if (!use.uses24HourClock)
+    use.uses24HourClock = use.pattern("j").find('a') == std::string::npos;
   return *use.uses24HourClock;
 }
 

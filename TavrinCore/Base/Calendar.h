@@ -41,8 +41,8 @@ enum class CalendarUnit { day, week, month, year };
 /// one thread. What it needs of ICU is made at the first use and kept.
 class Calendar {
 public:
-  /// Empty identifiers stand for the system's zone and the user's locale as they are now; an
-  /// unknown zone becomes the system's.
+  /// Empty identifiers stand for the system's zone and the user's locale for times (LC_TIME) as
+  /// they are now; an unknown zone becomes the system's.
   explicit Calendar(std::string timeZoneID = {}, std::string localeID = {});
   Calendar(const Calendar& other);
   Calendar(Calendar&& other) noexcept;
@@ -73,6 +73,8 @@ public:
 
   /// By an ICU date pattern such as "HH:mm:ss" or "EEEE".
   std::string text(Date date, std::string_view pattern) const;
+  /// By an ICU skeleton such as "MMMd": the locale puts the fields in its own order.
+  std::string localText(Date date, std::string_view skeleton) const;
   /// In the locale's abbreviated date and shortened time styles.
   std::string dateAndTime(Date date) const;
   /// Whether the locale's hours go from 0 to 23.

@@ -106,8 +106,11 @@ PomodoroRun PomodoroRun::caughtUp(Date now, const PomodoroSettings& settings,
   PomodoroRun run = *this;
   if (const auto end = run.endDate(settings); end && *end <= now) {
     run.advance(*end, settings, true, calendar);
-    if (const auto next = run.endDate(settings); next && *next <= now)
+    if (const auto next = run.endDate(settings); next && *next <= now) {
       run.pause(*next);
+      // Dates are coarser than lengths: rounding must not leave it a second short of its end.
+      run.accumulated = std::max(run.accumulated, run.length(settings));
+    }
   }
   run.rollDay(now, calendar);
   return run;

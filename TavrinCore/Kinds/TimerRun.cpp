@@ -60,8 +60,11 @@ void TimerRun::startCountdown(double seconds, Date now) {
 
 TimerRun TimerRun::caughtUp(Date now) const {
   TimerRun run = *this;
-  if (const auto end = run.endDate(); end && *end <= now)
+  if (const auto end = run.endDate(); end && *end <= now) {
     run.pause(*end);
+    // Dates are coarser than lengths: rounding must not leave it a second short of its end.
+    run.accumulated = std::max(run.accumulated, run.duration);
+  }
   return run;
 }
 

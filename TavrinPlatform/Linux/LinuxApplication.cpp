@@ -8,7 +8,9 @@
 #include <csignal>
 #include <fcntl.h>
 #include <malloc.h>
+#include <pthread.h>
 #include <sys/eventfd.h>
+#include <sys/mman.h>
 #include <unistd.h>
 
 namespace tavrin {
@@ -25,6 +27,26 @@ int signalDescriptor = -1;
 extern "C" void noteSignal(int) {
   const std::uint64_t one = 1;
   [[maybe_unused]] const auto written = ::write(signalDescriptor, &one, sizeof one);
+}
+
+/// Start-up leaves holes in the heap, and a stack deeper than it will ever be again; both would
+/// stay with the process for its life.
+void releaseStartUpMemory() {
+  malloc_trim(0);
+  pthread_attr_t attributes;
+  if (pthread_getattr_np(pthread_self(), &attributes) != 0)
+    return;
+  void* end = nullptr;
+  std::size_t size = 0;
+  pthread_attr_getstack(&attributes, &end, &size);
+  pthread_attr_destroy(&attributes);
+  constexpr std::uintptr_t page = 4096;
+  // What lies below this frame is dead; some of it stays for the calls to come.
+  const auto here = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
+  const auto lowest = reinterpret_cast<std::uintptr_t>(end);
+  const auto limit = (here - 4 * page) & ~(page - 1);
+  if (limit > lowest)
+    madvise(end, limit - lowest, MADV_DONTNEED);
 }
 
 std::vector<std::filesystem::path> localFiles(const std::vector<std::string>& addresses) {
@@ -118,22 +140,22 @@ void LinuxApplication::handOver() {
 int LinuxApplication::run() {
   if (isTerminated_)
     return 0;
-  watchSignals();
   isRunning_ = true;
   if (const auto paths = files(); !paths.empty())
     early_.insert(early_.begin(), [this, paths] { openFiles(paths); });
-  QTimer::singleShot(0, signals_.get(), [this] {
+  const QObject context;
+  QTimer::singleShot(0, &context, [this] {
     for (const auto& request : std::exchange(early_, {}))
       request();
   });
-  // Start-up leaves holes in the heap that would stay for the life of the process.
-  QTimer::singleShot(settledMilliseconds, Qt::CoarseTimer, signals_.get(), [] { malloc_trim(0); });
+  QTimer::singleShot(settledMilliseconds, Qt::CoarseTimer, &context, releaseStartUpMemory);
   return QCoreApplication::exec();
 }
 
 void LinuxApplication::terminate() {
   isTerminated_ = true;
-  QCoreApplication::quit();
+  // Not `quit`, which asks every window first and may be refused.
+  QCoreApplication::exit();
 }
 
 void LinuxApplication::reopen() {

@@ -27,6 +27,8 @@ public:
   /// Asks the process that has the name to open this one's files, or to activate, unless this
   /// one was only to show its tile.
   void handOver();
+  /// From now on a signal to end ends the event loop. Needs the toolkit.
+  void watchSignals();
   /// Runs the event loop until `terminate` or a signal to end. The exit status.
   int run();
 
@@ -49,7 +51,6 @@ private:
   static int activateAction(sd_bus_message*, void* self, sd_bus_error*);
 
   void setAttention(bool isWanted);
-  void watchSignals();
   std::vector<std::filesystem::path> files() const;
 
   std::vector<std::string> arguments_;

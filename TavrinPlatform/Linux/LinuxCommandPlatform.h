@@ -31,6 +31,7 @@ public:
   DockServices& dockServices() override;
   std::filesystem::path program() override;
   void wait(double seconds) override;
+  void waitForEvent() override;
   int runInForeground(const std::vector<std::string>& words) override;
 
 private:

@@ -54,6 +54,13 @@ DockPreferences LinuxDockGeometry::preferences() const {
   return preferences;
 }
 
+std::optional<Point> LinuxDockGeometry::ownTileCenter() const {
+  const auto frame = sources_.tileFrame();
+  if (!frame)
+    return std::nullopt;
+  return Point{frame->x + frame->width / 2, frame->y + frame->height / 2};
+}
+
 Point LinuxDockGeometry::pointer() const {
   if (const auto anchor = sources_.tileAnchor())
     return *anchor;

@@ -21,11 +21,14 @@ public:
     /// The strip's tile size once it has been fitted to the screen.
     std::function<std::optional<double>()> stripTileSize;
     std::function<std::optional<Point>()> tileAnchor;
+    /// The tile's own place in the strip.
+    std::function<std::optional<Rect>()> tileFrame;
   };
   LinuxDockGeometry(std::filesystem::path home, Sources sources)
       : home_(std::move(home)), sources_(std::move(sources)) {}
 
   std::optional<Rect> dockFrame() const override { return sources_.stripFrame(); }
+  std::optional<Point> ownTileCenter() const override;
   DockPreferences preferences() const override;
   Point pointer() const override;
   std::vector<ScreenFrames> screens() const override;

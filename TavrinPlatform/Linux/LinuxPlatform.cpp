@@ -18,6 +18,7 @@
 #include "TavrinPlatform/Linux/QtProcessRunner.h"
 #include "TavrinPlatform/Linux/QtRunLoop.h"
 #include "TavrinPlatform/Linux/StripSurface.h"
+#include "TavrinPlatform/Linux/TileAccessibility.h"
 #include "TavrinPlatform/Linux/ToolkitSetup.h"
 #include "TavrinPlatform/Linux/TraySurface.h"
 #include "TavrinPlatform/Linux/X11.h"
@@ -91,6 +92,7 @@ private:
   std::unique_ptr<QtProcessRunner> processes_;
   StripSurface* strip_ = nullptr;
   std::unique_ptr<LinuxDockTile> tile_;
+  std::unique_ptr<AccessibilitySwitch> accessibility_;
   std::unique_ptr<LinuxDockGeometry> geometry_;
   std::unique_ptr<QtPanelPopover> popover_;
 };
@@ -110,6 +112,7 @@ LinuxPlatform::LinuxPlatform(int& argc, char** argv)
     toolkit_ = std::make_unique<QApplication>(argc, argv);
   }
   QApplication::setApplicationName(QString::fromStdString(identifier()));
+  application_->watchSignals();
   runLoop_ = std::make_unique<QtRunLoop>();
   application_->onAttention = [this](bool isWanted) {
     if (tile_)
@@ -164,6 +167,7 @@ DockGeometry& LinuxPlatform::dockGeometry() {
     sources.stripTileSize = [this] {
       return strip_ ? std::optional(strip_->tileSize()) : std::nullopt;
     };
+    sources.tileFrame = [this] { return strip_ ? strip_->frame() : std::nullopt; };
     sources.tileAnchor = [this] { return tile_ ? tile_->anchor() : std::nullopt; };
     return std::make_unique<LinuxDockGeometry>(files_.homeFolder(), std::move(sources));
   });
@@ -240,6 +244,8 @@ std::unique_ptr<TileSurface> LinuxPlatform::makeSurface(const std::string& name)
     environment.prefersReducedMotion = [this] { return workspace().prefersReducedMotion(); };
     auto strip = std::make_unique<StripSurface>(std::move(environment));
     strip_ = strip.get();
+    if (bus_)
+      accessibility_ = std::make_unique<AccessibilitySwitch>(*bus_, strip->window());
     return strip;
   }
   if (name == "tray" && bus_)

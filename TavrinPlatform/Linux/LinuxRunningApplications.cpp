@@ -101,6 +101,12 @@ bool isZombie(int process) {
   return end == std::string_view::npos || line.substr(end + 2, 1) == "Z";
 }
 
+std::string firstArgument(const std::filesystem::path& processFolder) {
+  std::array<char, 4096> text{};
+  const Descriptor file(open((processFolder / "cmdline").c_str(), O_RDONLY | O_CLOEXEC));
+  return read(file.number(), text.data(), text.size() - 1) > 0 ? text.data() : "";
+}
+
 BusMessage answerOf(Bus& bus, const BusMessage& call, std::uint64_t limit) {
   sd_bus_message* reply = nullptr;
   if (!call || sd_bus_call(bus.handle(), call.get(), limit, nullptr, &reply) < 0)
@@ -148,9 +154,14 @@ std::optional<int> LinuxRunningApplications::processRunning(const std::filesyste
 
 std::optional<std::filesystem::path> LinuxRunningApplications::programOf(ProcessID process) {
   std::error_code error;
-  auto text = std::filesystem::read_symlink(fmt::format("/proc/{}/exe", process), error).string();
+  const auto folder = std::filesystem::path("/proc") / std::to_string(process);
+  auto text = std::filesystem::read_symlink(folder / "exe", error).string();
   if (error)
     return std::nullopt;
+  // Slots started together run from one of their links: the first argument names the own one.
+  const auto named = firstArgument(folder);
+  if (!named.empty() && std::filesystem::equivalent(named, folder / "exe", error) && !error)
+    return std::filesystem::canonical(named, error);
   if (text.ends_with(replacedMark))
     text.resize(text.size() - replacedMark.size());
   return text;
@@ -198,6 +209,32 @@ int LinuxRunningApplications::launch(const Launch& launch) {
     process = value;
   }
   return process;
+}
+
+std::vector<int> LinuxRunningApplications::launchTogether(const std::vector<Launch>& launches) {
+  if (launches.empty())
+    return {};
+  std::array<int, 2> ends{};
+  if (pipe2(ends.data(), O_CLOEXEC) != 0)
+    throwLaunchFailure(launches.front().program, errno);
+  const Descriptor readEnd(ends[0]);
+  Descriptor writeEnd(ends[1]);
+  fcntl(writeEnd.number(), F_SETFD, 0); // the family tells its processes through it
+  Launch family{launches.front().program,
+                {"--family", std::to_string(writeEnd.number())},
+                launches.front().environment,
+                launches.front().log};
+  for (const auto& launch : launches) {
+    family.arguments.push_back(launch.program.string());
+    family.arguments.push_back(launch.log.string());
+  }
+  launch(family);
+  writeEnd.close();
+  std::vector<int> processes;
+  for (int process = 0; read(readEnd.number(), &process, sizeof process) == sizeof process;)
+    processes.push_back(process);
+  processes.resize(launches.size());
+  return processes;
 }
 
 bool LinuxRunningApplications::isAlive(ProcessID process) {

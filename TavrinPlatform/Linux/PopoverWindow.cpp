@@ -69,10 +69,16 @@ void PopoverWindow::arrange(const PopoverLayout& layout) {
   home_ = frame.topLeft();
   hasShadow_ = isComposited;
   setGeometry(frame);
-  if (isComposited)
-    clearMask();
-  else
+  if (!isComposited) {
     setMask(outline_.toFillPolygon().toPolygon());
+  } else if (x11::connection() != nullptr) {
+    clearMask();
+    // A click on the shadow is meant for what lies under it.
+    const double scale = devicePixelRatioF();
+    const QRectF area = outline_.boundingRect();
+    const QRectF pixels(area.topLeft() * scale, area.size() * scale);
+    x11::setInputAreas(static_cast<xcb_window_t>(winId()), {pixels.toAlignedRect()});
+  }
   if (content_ != nullptr)
     content_->setGeometry(QRect(layout.body.topLeft().toPoint() - frame.topLeft(), size));
   update();

@@ -112,7 +112,8 @@ void StripWindow::setLabel(const QString& name, const QString& value) {
   value_ = value;
   if (isNamed)
     setTitle(name);
-  announceTileChange(*this, isNamed);
+  if (isAnnouncing_)
+    announceTileChange(*this, isNamed);
 }
 
 void StripWindow::setAttention(bool isWanted, bool mayMove) {
@@ -279,10 +280,12 @@ void StripWindow::updateOutline() {
     return;
   const auto window = static_cast<xcb_window_t>(winId());
   if (isComposited_ || picture_.isNull()) {
-    xcb_shape_mask(x, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING, window, 0, 0, XCB_NONE);
+    if (std::exchange(isCut_, false))
+      xcb_shape_mask(x, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING, window, 0, 0, XCB_NONE);
     return;
   }
   const QPointF place = pictureRect().topLeft() * devicePixelRatio();
+  isCut_ = true;
   auto runs = solidRuns(picture_, QPoint(static_cast<int>(std::floor(place.x())),
                                          static_cast<int>(std::floor(place.y()))));
   if (runs == outline_)

@@ -25,6 +25,9 @@ public:
   /// Hops a few times and then wears a ring, until it is taken back.
   void setAttention(bool isWanted, bool mayMove);
 
+  /// Whether changes of the label are told to assistive technology.
+  void setAnnouncing(bool isAnnouncing) { isAnnouncing_ = isAnnouncing; }
+
   const QString& name() const { return name_; }
   const QString& value() const { return value_; }
 
@@ -62,8 +65,10 @@ private:
   QBasicTimer toolTip_;
   std::vector<QRect> outline_;
   bool isComposited_ = false;
+  bool isCut_ = false;
   bool hasRing_ = false;
   bool isPressed_ = false;
+  bool isAnnouncing_ = false;
 };
 
 } // namespace tavrin

@@ -54,6 +54,8 @@ private:
   StripWindow* tile() const { return static_cast<StripWindow*>(object()); }
 };
 
+const BusAddress status{"org.a11y.Bus", "/org/a11y/bus", "org.freedesktop.DBus.Properties"};
+
 QAccessibleInterface* makeTile(const QString&, QObject* object) {
   auto* window = dynamic_cast<StripWindow*>(object);
   return window == nullptr ? nullptr : new AccessibleTile(window);
@@ -68,12 +70,40 @@ QAccessibleInterface* accessibleTile(StripWindow* window) {
 }
 
 void announceTileChange(StripWindow& window, bool isNameChanged) {
-  if (!QAccessible::isActive())
-    return;
   accessibleTile(&window);
   QAccessibleEvent event(&window,
                          isNameChanged ? QAccessible::NameChanged : QAccessible::ValueChanged);
   QAccessible::updateAccessibility(&event);
+}
+
+AccessibilitySwitch::AccessibilitySwitch(Bus& bus, StripWindow& window)
+    : bus_(bus), window_(window) {
+  changes_ = bus_.match("type='signal',path='/org/a11y/bus',member='PropertiesChanged',"
+                        "interface='org.freedesktop.DBus.Properties',arg0='org.a11y.Status'",
+                        [this](sd_bus_message*) { ask(); });
+  if (qEnvironmentVariableIsSet("QT_LINUX_ACCESSIBILITY_ALWAYS_ON"))
+    turnOn();
+  else
+    ask();
+}
+
+void AccessibilitySwitch::ask() {
+  BusMessage question = bus_.method(status, "Get");
+  sd_bus_message_set_auto_start(question.get(), 0);
+  question.append("ss", "org.a11y.Status", "IsEnabled");
+  bus_.call(question, [this](sd_bus_message* reply, const std::string&) {
+    int isEnabled = 0;
+    if (reply != nullptr)
+      sd_bus_message_read(reply, "v", "b", &isEnabled);
+    if (isEnabled != 0)
+      turnOn();
+  });
+}
+
+void AccessibilitySwitch::turnOn() {
+  // The question alone makes the toolkit connect.
+  static_cast<void>(QAccessible::isActive());
+  window_.setAnnouncing(true);
 }
 
 } // namespace tavrin

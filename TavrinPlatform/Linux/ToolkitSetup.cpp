@@ -25,6 +25,8 @@ ToolkitSetup::ToolkitSetup(const FileManager& files) {
   }
   setDefault("QT_XCB_GL_INTEGRATION", "none");
   setDefault("QT_NO_GLIB", "1");
+  // A tile is small; shared memory would answer each picture with an event, a wake-up or two.
+  setDefault("QT_XCB_NO_MITSHM", "1");
   setDefault("QT_IM_MODULE", "compose");
   if (!files.environment("QT_QPA_PLATFORMTHEME"))
     set("XDG_CURRENT_DESKTOP", "none");

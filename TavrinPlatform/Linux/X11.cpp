@@ -5,6 +5,7 @@
 #include <cstring>
 #include <map>
 #include <memory>
+#include <xcb/shape.h>
 
 namespace tavrin::x11 {
 
@@ -151,6 +152,19 @@ QRect frame(xcb_window_t window) {
   if (!size || !place)
     return {};
   return {place->dst_x, place->dst_y, size->width, size->height};
+}
+
+void setInputAreas(xcb_window_t window, const std::vector<QRect>& areas) {
+  auto* x = connection();
+  if (x == nullptr)
+    return;
+  std::vector<xcb_rectangle_t> rectangles;
+  for (const QRect& area : areas)
+    rectangles.push_back({static_cast<std::int16_t>(area.x()), static_cast<std::int16_t>(area.y()),
+                          static_cast<std::uint16_t>(area.width()),
+                          static_cast<std::uint16_t>(area.height())});
+  xcb_shape_rectangles(x, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_INPUT, XCB_CLIP_ORDERING_UNSORTED, window,
+                       0, 0, static_cast<std::uint32_t>(rectangles.size()), rectangles.data());
 }
 
 QPoint pointer() {

@@ -34,6 +34,8 @@ void requestActive(xcb_window_t window);
 void setFocus(xcb_window_t window);
 /// In pixels of the root window; empty when there is no such window.
 QRect frame(xcb_window_t window);
+/// Makes clicks outside of `areas`, in pixels of the window, go to what lies under it.
+void setInputAreas(xcb_window_t window, const std::vector<QRect>& areas);
 /// The pointer in pixels of the root window.
 QPoint pointer();
 

@@ -110,19 +110,20 @@ public:
 
 /// What can be a view: a value with equality that measures and paints itself.
 template <class T>
-concept ViewContent = std::equality_comparable<T> &&
-    requires(const T content, ViewContext& context, const QSizeF offer, const QRectF rect) {
+concept ViewContent = requires(const T content, ViewContext& context, const QSizeF offer,
+                               const QRectF rect) {
   { content.measure(context, offer) } -> std::same_as<QSizeF>;
   content.paint(context, rect);
-};
+}
+&&std::equality_comparable<T>;
 
 /// Any view, as a cheap value: a shared pointer to an immutable tree. Equality is structural.
 class AnyView : public Modifiers<AnyView> {
 public:
   /// The empty view: no size, no pixels.
   AnyView() = default;
-  template <ViewContent T>
-  requires(!std::same_as<T, AnyView>) AnyView(T content)
+  template <class T>
+  requires(!std::same_as<T, AnyView>) && ViewContent<T> AnyView(T content)
       : node_(std::make_shared<const Node<T>>(std::move(content))) {}
 
   bool isEmpty() const { return node_ == nullptr; }
@@ -132,6 +133,11 @@ public:
   void paint(ViewContext& context, const QRectF& rect) const {
     if (node_)
       node_->paint(context, rect);
+  }
+  /// The content where it is a T.
+  template <ViewContent T> const T* as() const {
+    const auto* node = dynamic_cast<const Node<T>*>(node_.get());
+    return node ? &node->content : nullptr;
   }
   bool operator==(const AnyView& other) const {
     return node_ == other.node_ || (node_ && other.node_ && node_->isEqual(*other.node_));

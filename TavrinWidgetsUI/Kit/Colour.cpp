@@ -89,7 +89,7 @@ QColor withContrast(const QColor& colour, const QColor& ground, double ratio) {
 namespace palette {
 
 QColor figure(const QColor& ground) {
-  return withOpacity(inkOn(ground), figureOpacity);
+  return withContrast(withOpacity(inkOn(ground), figureOpacity), ground);
 }
 
 QColor caption(const QColor& ground) {

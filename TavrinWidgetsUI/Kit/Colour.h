@@ -41,7 +41,7 @@ inline constexpr QColor purple{0xBF, 0x5A, 0xF2};
 inline constexpr QColor pink{0xFF, 0x37, 0x5F};
 
 /// Ink for figures and captions on `ground`: white at 92 % and 60 % on a dark ground, black
-/// likewise on a light one; a caption gets what more it needs for a contrast of 4.5.
+/// likewise on a light one, and more where a contrast of 4.5 needs it.
 QColor figure(const QColor& ground = palette::ground);
 QColor caption(const QColor& ground = palette::ground);
 } // namespace palette

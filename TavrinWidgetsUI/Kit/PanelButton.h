@@ -13,7 +13,8 @@ public:
   enum class Kind {
     prominent, // filled with the accent; at most one in a panel
     quiet,     // a soft ground
-    plain,     // words in the accent without a ground: footers, links
+    plain,     // words in the accent without a ground: links
+    faint,     // quiet words without a ground: footers
     icon,      // a square symbol without a ground; `name` is what it does
   };
 
@@ -29,6 +30,7 @@ public:
   void setSymbol(const QString& symbol);
   const QString& symbol() const { return symbol_; }
   void setTitle(const QString& title);
+  const QString& title() const { return title_; }
   void setAction(std::function<void()> action) { action_ = std::move(action); }
 
   QSize sizeHint() const override;
@@ -36,6 +38,7 @@ public:
 
 private:
   Kind kind_;
+  QString title_;
   QString symbol_;
   std::function<void()> action_;
 };

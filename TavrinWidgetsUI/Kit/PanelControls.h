@@ -6,8 +6,6 @@
 #include <QSpinBox>
 #include <functional>
 
-class QLabel;
-
 namespace tavrin {
 
 /// A check box drawn as a switch: label at the left, switch at the right end.
@@ -83,6 +81,8 @@ protected:
   void changeEvent(QEvent* event) override;
 
 private:
+  void applyPaper();
+
   QColor paper_;
   int lines_ = 6;
 };

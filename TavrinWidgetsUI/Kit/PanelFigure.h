@@ -1,13 +1,12 @@
 #pragma once
 
-#include <QString>
-#include <QWidget>
+#include "TavrinWidgetsUI/Kit/ViewWidget.h"
 
 namespace tavrin {
 
 /// A large live figure, such as a time: every digit takes the same room, and the whole is laid
 /// out from its widest form, so that nothing moves as it counts.
-class PanelFigure : public QWidget {
+class PanelFigure : public ViewWidget {
 public:
   /// `size` in points. `widest` is the widest form, such as "88:88"; empty for the text itself.
   explicit PanelFigure(int size = 44, const QString& widest = {}, QWidget* parent = nullptr);
@@ -22,14 +21,11 @@ public:
   /// What the figure is, said before its value by assistive technology, such as "Time left".
   void setName(const QString& name);
 
-  QSize sizeHint() const override;
-  QSize minimumSizeHint() const override;
-
 protected:
-  void paintEvent(QPaintEvent* event) override;
+  void changeEvent(QEvent* event) override;
 
 private:
-  void speak();
+  void rebuild();
 
   int size_;
   QString widest_;

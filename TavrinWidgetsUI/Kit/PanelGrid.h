@@ -12,12 +12,12 @@ namespace tavrin {
 /// One square of a grid: the first that is there of image, colour, symbol and text.
 struct PanelCell {
   /// What it is, for tooltips and assistive technology.
-  QString name;
+  QString name = {};
   /// An emoji, a letter.
-  QString text;
-  QString symbol;
-  QColor colour;
-  QImage image;
+  QString text = {};
+  QString symbol = {};
+  QColor colour = {};
+  QImage image = {};
   bool isChecked = false;
   bool operator==(const PanelCell&) const = default;
 };
@@ -55,6 +55,7 @@ protected:
 
 private:
   int side(int width) const;
+  void applySide();
 
   int columns_;
   int maximumRows_ = 6;

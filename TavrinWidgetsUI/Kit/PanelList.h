@@ -12,10 +12,11 @@ namespace tavrin {
 /// One thing one can do with a row, as a small button at its end.
 struct PanelRowAction {
   /// By its name in Symbols.h.
-  QString symbol;
+  QString symbol = {};
   /// What it does, for tooltips, the context menu and assistive technology.
-  QString name;
-  /// Shown always, not only when the row is under the pointer or has the focus.
+  QString name = {};
+  /// Shown always, not only when the row is under the pointer or has the focus. These stand last,
+  /// so that nothing moves when the others come.
   bool stays = false;
   bool operator==(const PanelRowAction&) const = default;
 };
@@ -24,18 +25,18 @@ struct PanelRowAction {
 /// that is there of image, colour, symbol and emoji.
 struct PanelRow {
   /// Keeps the row the current one when the rows change around it.
-  QString id;
-  QString title;
-  QString subtitle;
+  QString id = {};
+  QString title = {};
+  QString subtitle = {};
   /// At the right end, and a quieter unit after it.
-  QString trailing;
-  QString unit;
-  QString symbol;
+  QString trailing = {};
+  QString unit = {};
+  QString symbol = {};
   /// A text mark at the left: an emoji, a number.
-  QString mark;
-  QColor dot;
-  QImage image;
-  std::vector<PanelRowAction> actions;
+  QString mark = {};
+  QColor dot = {};
+  QImage image = {};
+  std::vector<PanelRowAction> actions = {};
   /// Chosen, with a check at the right.
   bool isChecked = false;
   /// Done with: struck through and quieter.
@@ -107,6 +108,7 @@ public:
   /// The button under this point of the row, -1 for none. `row` in the viewport's coordinates.
   int actionAt(const QModelIndex& index, const QPoint& point) const;
   bool isReadOnly() const { return readOnly_; }
+  bool isPressed(const QModelIndex& index) const { return pressed_.isValid() && pressed_ == index; }
   int rowHeight() const;
 
 protected:

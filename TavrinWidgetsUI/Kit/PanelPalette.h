@@ -22,24 +22,29 @@ struct PanelPalette {
   QColor secondary;
   QColor disabledText;
   QColor hairline;
-  /// Prominent buttons, the focus ring, what is switched on, links.
+  /// Links, the focus ring, marks: legible on every ground.
   QColor accent;
-  QColor accentHover;
-  QColor accentPressed;
-  /// Text and marks on the three accents.
-  QColor onAccent;
+  /// Prominent buttons, what is switched on, selected text; `onFill` is legible on all three.
+  QColor fill;
+  QColor fillHover;
+  QColor fillPressed;
+  QColor onFill;
   /// Quiet buttons, steppers, the trough of a segmented picker.
   QColor control;
   QColor controlHover;
   QColor controlPressed;
-  /// Line and text editors; the chosen segment.
+  /// Line and text editors.
   QColor field;
   QColor fieldBorder;
+  /// The chosen segment.
+  QColor chosen;
   QColor rowHover;
   QColor rowPressed;
   QColor rowSelected;
   /// Sliders, switches that are off.
   QColor track;
+  /// The edge of a check box or switch that is off: 3 to 1 on the ground.
+  QColor outline;
   /// Words and marks of what went wrong.
   QColor trouble;
 

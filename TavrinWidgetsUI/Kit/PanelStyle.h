@@ -9,6 +9,7 @@ namespace panel {
 inline constexpr int padding = 16;
 inline constexpr int grid = 8;
 inline constexpr int controlHeight = 28;
+inline constexpr int buttonHeight = 30;
 inline constexpr int rowHeight = 36;
 inline constexpr int tallRowHeight = 44;
 inline constexpr int cornerRadius = 6;

@@ -31,12 +31,9 @@ public:
 
 protected:
   void paintEvent(QPaintEvent* event) override;
-  void changeEvent(QEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
 
 private:
-  void applyColour();
-
   PanelTextStyle style_;
   bool single_ = false;
 };

@@ -93,6 +93,7 @@ private:
 
   void makeHeader(QVBoxLayout* column);
   QHBoxLayout* footerRow();
+  void askForLayout();
 };
 
 } // namespace tavrin

@@ -97,9 +97,12 @@ struct ProgressBorder : Modifiers<ProgressBorder> {
   QColor trackColour = {};
   /// Stroke by body height.
   double widthRatio = 0.07;
+  /// Where on the way 0...1 the level begins.
+  double start = 0;
 
   ProgressBorder tint(const QColor& colour) const;
   ProgressBorder track(const QColor& colour) const;
+  ProgressBorder from(double start) const;
 
   QSizeF measure(ViewContext& context, const QSizeF& offer) const;
   void paint(ViewContext& context, const QRectF& rect) const;

@@ -79,7 +79,7 @@ struct Layers : Modifiers<Layers> {
 };
 Layers zstack(std::vector<AnyView> children);
 
-/// The first of the views whose own size fits into the room offered, else the last.
+/// The first of the views that can do with the room offered, else the last.
 AnyView firstFitting(std::vector<AnyView> candidates);
 
 /// Takes what room is left along the axis of its stack.
@@ -93,10 +93,7 @@ template <std::equality_comparable Key> struct Canvas : Modifiers<Canvas<Key>> {
   Key key;
   Painter painter = nullptr;
 
-  QSizeF measure(ViewContext&, const QSizeF& offer) const {
-    const auto side = [](double value) { return value < unbounded ? value : 0.0; };
-    return {side(offer.width()), side(offer.height())};
-  }
+  QSizeF measure(ViewContext&, const QSizeF& offer) const { return offer; }
   void paint(ViewContext& context, const QRectF& rect) const;
   bool operator==(const Canvas&) const = default;
 };

@@ -25,11 +25,13 @@ struct AccessibleElement {
   bool operator==(const AccessibleElement&) const = default;
 };
 
-/// What views need while they are measured and painted. Points; `scale` is pixels per point.
+/// What views need while they are measured and painted. Lengths are points; `scale` is pixels per
+/// point.
 class ViewContext {
 public:
-  ViewContext(QPainter& painter, double scale, TextEngine& text, LayerCache& layers)
-      : painter(painter), scale(scale), text(text), layers(layers) {}
+  ViewContext(QPainter& target, double pixelsPerPoint, TextEngine& engine, LayerCache& cache)
+      : painter(target), scale(pixelsPerPoint), text(engine), layers(cache),
+        fromWorld_(target.isActive() ? target.worldTransform().inverted() : QTransform()) {}
 
   QPainter& painter;
   const double scale;
@@ -39,6 +41,25 @@ public:
   std::vector<AccessibleElement> elements;
   /// How many parts around the current one speak for what stands in them.
   int spokenFor = 0;
+  /// Being painted into a kept layer, inside which no further ones are kept.
+  bool isInLayer = false;
+
+  /// `element.rect` is in the painter's coordinates of the moment.
+  void addElement(AccessibleElement element) {
+    element.rect = toPicture(element.rect);
+    elements.push_back(std::move(element));
+  }
+  void addButton(ViewButton button) {
+    button.rect = toPicture(button.rect);
+    buttons.push_back(std::move(button));
+  }
+
+private:
+  QRectF toPicture(const QRectF& rect) const {
+    return (painter.worldTransform() * fromWorld_).mapRect(rect);
+  }
+
+  QTransform fromWorld_;
 };
 
 } // namespace tavrin

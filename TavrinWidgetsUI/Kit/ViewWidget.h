@@ -8,6 +8,7 @@
 namespace tavrin {
 
 class AnyView;
+class ViewPainter;
 
 /// A declarative view inside a panel, at its own size: rings, gauges, faces, bars. Its buttons
 /// can be clicked, and reached with Tab and pressed with Space.
@@ -31,12 +32,21 @@ protected:
   void mousePressEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  bool focusNextPrevChild(bool next) override;
+  void focusInEvent(QFocusEvent* event) override;
+  /// The size `view` takes without bounds.
+  QSizeF measure(const AnyView& view);
 
 private:
-  QPointF viewPoint(QPointF position) const;
+  void adoptButtons();
 
   std::unique_ptr<AnyView> view_;
+  std::unique_ptr<ViewPainter> painter_;
   QSizeF size_;
+  bool isNamed_ = false;
+  /// The button that has the keyboard, -1 for none.
+  int button_ = -1;
 };
 
 } // namespace tavrin

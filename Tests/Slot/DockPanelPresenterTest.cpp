@@ -29,8 +29,7 @@ TEST(PanelAnchor, SnapsToTheTileUnderThePointerTwoPointsOffTheDock) {
 
   // A vertical Dock's tiles are counted from its top: start 6 below 700, cells of 51.
   const Rect side{0, 100, 60, 600};
-  EXPECT_EQ(anchorPoint(dock("left", side, {30, 640})),
-            (PanelAnchor{{62, 617.5}, RectEdge::maxX}));
+  EXPECT_EQ(anchorPoint(dock("left", side, {30, 640})), (PanelAnchor{{62, 617.5}, RectEdge::maxX}));
   const Rect right{1220, 100, 60, 600};
   EXPECT_EQ(anchorPoint(dock("right", right, {1250, 640})),
             (PanelAnchor{{1218, 617.5}, RectEdge::minX}));

@@ -88,6 +88,13 @@ public:
     clock_.set(end);
   }
 
+  /// The clock goes on or back, the timers stand still: the computer slept, or the clock was set.
+  void jumpClock(double seconds) {
+    clock_.advance(seconds);
+    for (auto& [id, timer] : timers_)
+      timer.due = timer.due + seconds;
+  }
+
   std::size_t activeTimers() const { return timers_.size(); }
   std::size_t waitingBackground() const { return background_.size(); }
   int firings = 0;

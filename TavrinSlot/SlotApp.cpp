@@ -1,0 +1,170 @@
+#include "TavrinSlot/SlotApp.h"
+
+#include "TavrinCore/Widgets/DockSlot.h"
+#include "TavrinPlatform/DockTile.h"
+#include "TavrinSlot/NoteWidget.h"
+#include "TavrinSlot/PomodoroWidget.h"
+#include "TavrinSlot/SystemWidget.h"
+#include "TavrinSlot/TimerWidget.h"
+#include "TavrinSlot/UnavailableWidget.h"
+#include "TavrinStorage/StoragePath.h"
+
+#include <algorithm>
+#include <array>
+#include <fmt/format.h>
+
+namespace tavrin {
+namespace {
+
+/// The kinds that one system-reading controller serves.
+template <class S>
+inline constexpr bool isSystemKind =
+    std::is_same_v<S, BatterySettings> || std::is_same_v<S, ClockSettings> ||
+    std::is_same_v<S, CountdownSettings> || std::is_same_v<S, TimeProgressSettings> ||
+    std::is_same_v<S, ActivitySettings> || std::is_same_v<S, NetworkSettings> ||
+    std::is_same_v<S, PetSettings> || std::is_same_v<S, StopwatchSettings>;
+
+bool isSystem(const DockWidget::Kind& kind) {
+  return std::visit(
+      []<class S>(const S&) { return isSystemKind<S>; },
+      static_cast<const DockWidget::KindVariant&>(kind));
+}
+
+/// The first widget of each slot, in slot order: the tiles as they stand side by side.
+std::vector<const DockWidget*> placedWidgets(const WidgetsFile& file) {
+  std::array<const DockWidget*, DockSlot::count> bySlot{};
+  for (const auto& widget : file.widgets) {
+    if (!widget.slot || *widget.slot < 1 || *widget.slot > DockSlot::count)
+      continue;
+    auto& place = bySlot[static_cast<std::size_t>(*widget.slot - 1)];
+    if (place == nullptr)
+      place = &widget;
+  }
+  std::vector<const DockWidget*> placed;
+  std::copy_if(bySlot.begin(), bySlot.end(), std::back_inserter(placed),
+               [](const DockWidget* widget) { return widget != nullptr; });
+  return placed;
+}
+
+} // namespace
+
+SlotApp::SlotApp(Platform& platform)
+    : platform_(platform), log_(platform.log(), "slot"),
+      slot_(static_cast<int>(std::clamp(platform.mainBundle().integer("TavrinSlot").value_or(0),
+                                        -1L, DockSlot::count + 1L))),
+      panel_(platform.popover(), platform.dockGeometry()), tile_(platform.dockTile()),
+      context_{platform, tile_, panel_, [this] { editWidget(); }} {
+  tile_.onFormatChange = [this] {
+    if (controller_)
+      controller_->update(*widget_);
+  };
+}
+
+SlotApp::~SlotApp() {
+  widgetsChanged_.reset();
+  panel_.setRootView(nullptr);
+  controller_.reset();
+}
+
+void SlotApp::applicationDidFinishLaunching() {
+  openStore();
+  reload();
+  widgetsChanged_ = platform_.notifications().observe(
+      std::string(DockSlot::widgetsChangedNotification), [this](const auto&) { reload(); });
+  const auto arguments = platform_.application().arguments();
+  if (std::find(arguments.begin(), arguments.end(), "--background") == arguments.end() &&
+      controller_)
+    controller_->togglePanel();
+}
+
+bool SlotApp::applicationShouldHandleReopen(bool) {
+  if (controller_)
+    controller_->togglePanel();
+  return false;
+}
+
+void SlotApp::applicationDidResignActive() { panel_.closeIfShown(); }
+
+bool SlotApp::applicationOpenFiles(const std::vector<std::filesystem::path>&) {
+  return false; // no kind of this build takes files
+}
+
+void SlotApp::openStore() {
+  try {
+    store_ = std::make_unique<WidgetStore>(
+        StoragePath(platform_.fileManager(), platform_.mainBundle()).widgetsFileURL());
+  } catch (const std::exception& error) {
+    log_.error(fmt::format("slot {}: {}", slot_, error.what()));
+  }
+}
+
+void SlotApp::reload() {
+  std::optional<DockWidget> found;
+  if (store_) {
+    try {
+      store_->reload();
+    } catch (const std::exception&) {
+      // What was read last stays in use until the file can be read again.
+    }
+    found = store_->widget(slot_);
+  }
+  if (!found) {
+    log_.info(fmt::format("slot {} has no widget; quitting", slot_));
+    platform_.application().terminate();
+    return;
+  }
+  const bool keepsController =
+      controller_ != nullptr && widget_ && sameKind(widget_->kind, found->kind);
+  widget_ = std::move(found);
+  placeTile();
+  if (!keepsController) {
+    panel_.setRootView(nullptr);
+    controller_.reset();
+    controller_ = makeController(*widget_);
+  }
+  controller_->update(*widget_);
+}
+
+void SlotApp::placeTile() {
+  DockTile::Place place{0, widget_->span, 0};
+  for (const auto* neighbour : placedWidgets(store_->file())) {
+    if (*neighbour->slot < slot_)
+      place.cellsBefore += neighbour->span;
+    place.cellsInAll += neighbour->span;
+  }
+  platform_.dockTile().setPlace(place);
+}
+
+std::unique_ptr<WidgetController> SlotApp::makeController(const DockWidget& widget) {
+  return std::visit(
+      [&]<class S>(const S&) -> std::unique_ptr<WidgetController> {
+        if constexpr (isSystemKind<S>)
+          return std::make_unique<SystemWidgetController>(context_, widget);
+        else if constexpr (std::is_same_v<S, TimerSettings>)
+          return std::make_unique<TimerWidgetController>(context_, widget);
+        else if constexpr (std::is_same_v<S, PomodoroSettings>)
+          return std::make_unique<PomodoroWidgetController>(context_, widget);
+        else if constexpr (std::is_same_v<S, NoteSettings>)
+          return std::make_unique<NoteWidgetController>(context_, widget);
+        else
+          return std::make_unique<UnavailableWidgetController>(context_, widget);
+      },
+      static_cast<const DockWidget::KindVariant&>(widget.kind));
+}
+
+bool SlotApp::sameKind(const std::optional<DockWidget::Kind>& before,
+                       const DockWidget::Kind& after) {
+  if (!before)
+    return false;
+  return before->index() == after.index() || (isSystem(*before) && isSystem(after));
+}
+
+void SlotApp::editWidget() {
+  if (!widget_)
+    return;
+  panel_.closeIfShown();
+  platform_.notifications().post(std::string(DockSlot::editWidgetNotification),
+                                 widget_->id.text());
+}
+
+} // namespace tavrin

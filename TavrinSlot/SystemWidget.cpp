@@ -1,0 +1,117 @@
+#include "TavrinSlot/SystemWidget.h"
+
+#include "TavrinCore/Base/Coding.h"
+#include "TavrinPlatform/Platform.h"
+#include "TavrinSlot/DockPanelPresenter.h"
+#include "TavrinWidgetsUI/ClockPanelView.h"
+#include "TavrinWidgetsUI/ClockViews.h"
+#include "TavrinWidgetsUI/CountdownPanelView.h"
+#include "TavrinWidgetsUI/CountdownViews.h"
+#include "TavrinWidgetsUI/StopwatchPanelView.h"
+#include "TavrinWidgetsUI/StopwatchViews.h"
+#include "TavrinWidgetsUI/TimeProgressPanelView.h"
+#include "TavrinWidgetsUI/TimeProgressViews.h"
+#include "TavrinWidgetsUI/UnavailableViews.h"
+
+namespace tavrin {
+namespace {
+
+std::string stopwatchKey(const UUID& id) {
+  return "dev.quellby.tavrin.stopwatch." + id.text();
+}
+
+StopwatchRun storedStopwatch(const UserDefaults& defaults, const UUID& id) {
+  try {
+    if (const auto json = defaults.value(stopwatchKey(id)))
+      return decode<StopwatchRun>(*json);
+  } catch (const std::exception&) {
+    // A run that cannot be read begins anew.
+  }
+  return {};
+}
+
+} // namespace
+
+SystemWidgetController::SystemWidgetController(const SlotContext& context, const DockWidget& widget)
+    : BasicWidgetController(context, widget),
+      model_(platform().clock(), platform().runLoop(), platform().workspace(), widget,
+             storedStopwatch(platform().userDefaults(), widget.id)),
+      actions_{[this] { model_.toggleStopwatch(); }, [this] { model_.lapStopwatch(); },
+               [this] { model_.resetStopwatch(); }} {
+  model_.isPanelShown = [this] { return this->context().panel.isShown(); };
+  model_.onStopwatchChange = [this] {
+    platform().userDefaults().set(stopwatchKey(model_.widget().id), encode(model_.stopwatch()));
+  };
+  model_.onChange = [this] { refresh(); };
+  model_.start();
+  renderTile();
+}
+
+void SystemWidgetController::togglePanel() {
+  BasicWidgetController::togglePanel();
+  model_.panelChanged();
+}
+
+void SystemWidgetController::widgetChanged() {
+  const bool isOtherKind = widget().kind.index() != model_.widget().kind.index();
+  const bool isOtherWidget = widget().id != model_.widget().id;
+  model_.setWidget(widget());
+  if (isOtherWidget)
+    model_.setStopwatch(storedStopwatch(platform().userDefaults(), widget().id));
+  if (isOtherKind)
+    discardPanelView();
+}
+
+AnyView SystemWidgetController::tileView(const TileSize& size) const {
+  const auto& kind = model_.widget().kind;
+  const auto& name = model_.widget().name;
+  if (kind.get<ClockSettings>())
+    return size.isWide() ? clockWideTile(model_.clock(), size)
+                         : clockTileIcon(model_.clock(), size);
+  if (const auto* settings = kind.get<CountdownSettings>())
+    return size.isWide() ? countdownWideTile(name, *settings, model_.now(), size)
+                         : countdownTileIcon(name, *settings, model_.now(), size);
+  if (const auto* settings = kind.get<TimeProgressSettings>()) {
+    const auto reading = TimeProgressReading::at(model_.now(), settings->scope, model_.calendar());
+    return size.isWide() ? timeProgressWideTile(reading, size)
+                         : timeProgressTileIcon(reading, size);
+  }
+  if (kind.get<StopwatchSettings>())
+    return size.isWide() ? stopwatchWideTile(model_.stopwatch(), model_.now(), size, actions_)
+                         : stopwatchTileIcon(model_.stopwatch(), model_.now(), size);
+  return unavailableTile(model_.widget(), size);
+}
+
+PanelView* SystemWidgetController::makePanelView(const PanelAppearance& appearance) {
+  const auto& kind = model_.widget().kind;
+  const auto edit = context().onEdit;
+  if (kind.get<ClockSettings>())
+    return new ClockPanelView(appearance, model_, edit);
+  if (kind.get<CountdownSettings>())
+    return new CountdownPanelView(appearance, model_, edit);
+  if (kind.get<TimeProgressSettings>())
+    return new TimeProgressPanelView(appearance, model_, edit);
+  if (kind.get<StopwatchSettings>())
+    return new StopwatchPanelView(
+        appearance, {.name = [this] { return QString::fromStdString(model_.widget().name); },
+                     .run = [this]() -> const StopwatchRun& { return model_.stopwatch(); },
+                     .now = [this] { return model_.now(); },
+                     .toggle = actions_.toggle,
+                     .lap = actions_.lap,
+                     .reset = actions_.reset,
+                     .edit = edit});
+  return new UnavailablePanelView(
+      appearance, [this]() -> const DockWidget& { return model_.widget(); }, edit);
+}
+
+QColor SystemWidgetController::tint() const {
+  const auto& kind = model_.widget().kind;
+  if (const auto* settings = kind.get<TimeProgressSettings>())
+    return timeProgressTint(settings->scope);
+  return kind.get<CountdownSettings>()   ? countdownAccent
+         : kind.get<ClockSettings>()     ? clockTint
+         : kind.get<StopwatchSettings>() ? stopwatchTint
+                                         : palette::blue;
+}
+
+} // namespace tavrin

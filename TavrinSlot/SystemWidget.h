@@ -1,0 +1,30 @@
+#pragma once
+
+#include "TavrinSlot/BasicWidgetController.h"
+#include "TavrinWidgetsUI/StopwatchViews.h"
+#include "TavrinWidgetsUI/SystemWidgetModel.h"
+
+namespace tavrin {
+
+/// One controller for the time widgets and the readings of the computer. It stays when the widget
+/// becomes another kind of the group, and shows that kind from then on.
+class SystemWidgetController final : public BasicWidgetController {
+public:
+  SystemWidgetController(const SlotContext& context, const DockWidget& widget);
+
+  void togglePanel() override;
+
+protected:
+  AnyView tileView(const TileSize& size) const override;
+  PanelView* makePanelView(const PanelAppearance& appearance) override;
+  QColor tint() const override;
+  void widgetChanged() override;
+  void panelWillOpen() override { model_.panelChanged(); }
+  void panelDidClose() override { model_.panelChanged(); }
+
+private:
+  SystemWidgetModel model_;
+  StopwatchActions actions_;
+};
+
+} // namespace tavrin

@@ -1,0 +1,227 @@
+#include "TavrinWidgetsUI/Kit/PanelGrid.h"
+
+#include "TavrinWidgetsUI/Kit/Colour.h"
+#include "TavrinWidgetsUI/Kit/PanelFont.h"
+#include "TavrinWidgetsUI/Kit/PanelPaint.h"
+#include "TavrinWidgetsUI/Kit/PanelStyle.h"
+
+#include <QAbstractItemDelegate>
+#include <QGuiApplication>
+#include <QKeyEvent>
+
+namespace tavrin {
+
+namespace {
+
+class CellModel : public QAbstractListModel {
+public:
+  using QAbstractListModel::QAbstractListModel;
+
+  void set(std::vector<PanelCell> cells) {
+    if (!make_ && cells == cells_)
+      return;
+    beginResetModel();
+    make_ = nullptr;
+    cells_ = std::move(cells);
+    count_ = static_cast<int>(cells_.size());
+    endResetModel();
+  }
+  void set(int count, std::function<PanelCell(int)> make) {
+    beginResetModel();
+    cells_.clear();
+    count_ = count;
+    make_ = std::move(make);
+    endResetModel();
+  }
+  PanelCell cell(int index) const {
+    if (index < 0 || index >= count_)
+      return {};
+    return make_ ? make_(index) : cells_[static_cast<std::size_t>(index)];
+  }
+  int rowCount(const QModelIndex& parent) const override { return parent.isValid() ? 0 : count_; }
+  QVariant data(const QModelIndex& index, int role) const override {
+    switch (role) {
+    case PanelGrid::cellRole:
+      return QVariant::fromValue(cell(index.row()));
+    case Qt::DisplayRole:
+    case Qt::ToolTipRole:
+    case Qt::AccessibleTextRole:
+      return cell(index.row()).name;
+    default:
+      return {};
+    }
+  }
+
+private:
+  std::vector<PanelCell> cells_;
+  int count_ = 0;
+  std::function<PanelCell(int)> make_;
+};
+
+void paintContent(QPainter& painter, const PanelCell& cell, const QRectF& rect,
+                  const PanelPalette& colours) {
+  if (!cell.image.isNull()) {
+    QRectF target(
+        QPointF(),
+        QSizeF(cell.image.size()).scaled(rect.size() - QSizeF(8, 8), Qt::KeepAspectRatio));
+    target.moveCenter(rect.center());
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.drawImage(target, cell.image);
+  } else if (cell.colour.isValid()) {
+    const QColor fill = over(cell.colour, colours.ground);
+    panelPaint::rounded(painter, rect.adjusted(4, 4, -4, -4), panel::cornerRadius, fill,
+                        mix(fill, colours.text, 0.2));
+  } else if (!cell.symbol.isEmpty()) {
+    panelPaint::symbol(painter, cell.symbol, rect, rect.width() * 0.5, colours.text);
+  } else {
+    QFont font = panelFont(PanelTextStyle::body);
+    font.setPixelSize(std::max(11, int(rect.width() * 0.55)));
+    panelPaint::line(painter, cell.text, rect, font, colours.text, Qt::AlignHCenter);
+  }
+}
+
+class CellDelegate : public QAbstractItemDelegate {
+public:
+  explicit CellDelegate(PanelGrid* grid) : QAbstractItemDelegate(grid), grid_(grid) {}
+
+  QSize sizeHint(const QStyleOptionViewItem&, const QModelIndex&) const override {
+    return grid_->gridSize();
+  }
+
+  void paint(QPainter* painter, const QStyleOptionViewItem& option,
+             const QModelIndex& index) const override {
+    const auto cell = index.data(PanelGrid::cellRole).value<PanelCell>();
+    const PanelPalette colours = PanelPalette::from(grid_->palette());
+    const QRectF rect = QRectF(option.rect).adjusted(1, 1, -1, -1);
+    const bool hover = option.state.testFlag(QStyle::State_MouseOver);
+    const bool pressed = hover && QGuiApplication::mouseButtons().testFlag(Qt::LeftButton);
+    painter->save();
+    panelPaint::rounded(*painter, rect, panel::cornerRadius,
+                        pressed          ? colours.rowPressed
+                        : cell.isChecked ? colours.rowSelected
+                        : hover          ? colours.rowHover
+                                         : QColor());
+    paintContent(*painter, cell, rect, colours);
+    if (cell.isChecked) {
+      const QRectF badge(rect.right() - 15, rect.bottom() - 15, 14, 14);
+      panelPaint::rounded(*painter, badge, 7, colours.fill);
+      panelPaint::symbol(*painter, QStringLiteral("checkmark"), badge, 9, colours.onFill);
+    }
+    if (grid_->currentIndex() == index && panelPaint::showsFocus(*grid_))
+      panelPaint::focusRing(*painter, rect, panel::cornerRadius, colours.accent);
+    painter->restore();
+  }
+
+private:
+  PanelGrid* grid_;
+};
+
+CellModel& modelOf(const PanelGrid& grid) {
+  return static_cast<CellModel&>(*grid.model());
+}
+
+} // namespace
+
+PanelGrid::PanelGrid(const QString& name, int columns, QWidget* parent)
+    : QListView(parent), columns_(std::max(1, columns)) {
+  setAccessibleName(name);
+  setFrameShape(QFrame::NoFrame);
+  setFlow(LeftToRight);
+  setWrapping(true);
+  setResizeMode(Adjust);
+  setUniformItemSizes(true);
+  setSelectionMode(NoSelection);
+  setEditTriggers(NoEditTriggers);
+  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  setVerticalScrollMode(ScrollPerPixel);
+  setMouseTracking(true);
+  setFocusPolicy(Qt::TabFocus);
+  setTabKeyNavigation(false);
+  setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+  viewport()->setAutoFillBackground(false);
+  viewport()->setAttribute(Qt::WA_Hover);
+  setItemDelegate(new CellDelegate(this));
+  setModel(new CellModel(this));
+}
+
+void PanelGrid::setCells(std::vector<PanelCell> cells) {
+  const int current = currentCell();
+  modelOf(*this).set(std::move(cells));
+  if (current >= 0 && count() > 0)
+    setCurrentCell(std::min(current, count() - 1));
+  applySide();
+}
+
+void PanelGrid::setCells(int count, std::function<PanelCell(int)> cell) {
+  modelOf(*this).set(count, std::move(cell));
+  applySide();
+}
+
+int PanelGrid::count() const {
+  return model()->rowCount();
+}
+PanelCell PanelGrid::cell(int index) const {
+  return modelOf(*this).cell(index);
+}
+
+void PanelGrid::setCurrentCell(int index) {
+  selectionModel()->setCurrentIndex(model()->index(index, 0), QItemSelectionModel::NoUpdate);
+}
+
+void PanelGrid::setMaximumVisibleRows(int rows) {
+  maximumRows_ = rows;
+  applySide();
+}
+
+// Room for the scroll bar is kept always, so that nothing moves when it comes.
+int PanelGrid::side(int width) const {
+  return std::max(24, (width - 9) / columns_);
+}
+
+QSize PanelGrid::sizeHint() const {
+  const int rows = (count() + columns_ - 1) / columns_;
+  const int width = this->width() > 100 ? this->width() : 344;
+  return {width, std::min(rows, maximumRows_) * side(width)};
+}
+
+QSize PanelGrid::minimumSizeHint() const {
+  return {120, std::min(count(), 1) * 24};
+}
+
+void PanelGrid::resizeEvent(QResizeEvent* event) {
+  applySide();
+  QListView::resizeEvent(event);
+}
+
+void PanelGrid::applySide() {
+  const QSize cell(side(width()), side(width()));
+  if (cell != gridSize())
+    setGridSize(cell);
+  updateGeometry();
+}
+
+void PanelGrid::keyPressEvent(QKeyEvent* event) {
+  const int key = event->key();
+  if (key != Qt::Key_Return && key != Qt::Key_Enter && key != Qt::Key_Space) {
+    QListView::keyPressEvent(event);
+  } else if (onOpen && currentIndex().isValid()) {
+    onOpen(currentCell());
+  } else {
+    event->ignore();
+  }
+}
+
+void PanelGrid::mouseReleaseEvent(QMouseEvent* event) {
+  QListView::mouseReleaseEvent(event);
+  const QModelIndex index = indexAt(event->position().toPoint());
+  if (event->button() == Qt::LeftButton && index.isValid() && onOpen)
+    onOpen(index.row());
+}
+
+void PanelGrid::focusInEvent(QFocusEvent* event) {
+  if (!currentIndex().isValid() && count() > 0)
+    setCurrentCell(0);
+  QListView::focusInEvent(event);
+}
+
+} // namespace tavrin

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QAbstractItemDelegate>
+#include <QRectF>
+
+namespace tavrin {
+
+class PanelList;
+struct PanelRow;
+
+/// Paints one row of a list, and knows where its buttons are.
+class PanelRowDelegate : public QAbstractItemDelegate {
+public:
+  explicit PanelRowDelegate(PanelList* list);
+
+  void paint(QPainter* painter, const QStyleOptionViewItem& option,
+             const QModelIndex& index) const override;
+  QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+  /// Where the row's button with that number stands inside `rect`, the row's.
+  static QRectF actionRect(const PanelRow& row, int action, const QRectF& rect,
+                           Qt::LayoutDirection direction);
+
+private:
+  PanelList* list_;
+};
+
+} // namespace tavrin

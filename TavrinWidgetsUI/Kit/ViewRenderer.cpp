@@ -1,0 +1,61 @@
+#include "TavrinWidgetsUI/Kit/ViewRenderer.h"
+
+#include "TavrinWidgetsUI/Kit/LayerCache.h"
+#include "TavrinWidgetsUI/Kit/TextEngine.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace tavrin {
+
+struct ViewPainter::Caches {
+  TextEngine text;
+  LayerCache layers;
+};
+
+ViewPainter::ViewPainter() : caches_(std::make_unique<Caches>()) {}
+ViewPainter::~ViewPainter() = default;
+ViewPainter::ViewPainter(ViewPainter&&) noexcept = default;
+ViewPainter& ViewPainter::operator=(ViewPainter&&) noexcept = default;
+
+void ViewPainter::paint(QPainter& painter, const AnyView& view, const QRectF& rect, double scale) {
+  painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+  ViewContext context(painter, scale, caches_->text, caches_->layers);
+  caches_->layers.beginPainting();
+  view.paint(context, rect);
+  caches_->layers.endPainting();
+  buttons_ = std::move(context.buttons);
+  elements_ = std::move(context.elements);
+}
+
+QSizeF ViewPainter::measure(const AnyView& view, const QSizeF& offer, double scale) {
+  QPainter idle;
+  ViewContext context(idle, scale, caches_->text, caches_->layers);
+  return view.measure(context, offer);
+}
+
+const ViewAction* ViewPainter::buttonAt(QPointF point) const {
+  const auto found =
+      std::find_if(buttons_.rbegin(), buttons_.rend(),
+                   [&](const ViewButton& button) { return button.rect.contains(point); });
+  return found == buttons_.rend() ? nullptr : &found->action;
+}
+
+bool ViewRenderer::render(const AnyView& view, const QSizeF& size, double scale) {
+  if (view_ && *view_ == view && size_ == size && scale_ == scale)
+    return false;
+  const QSize pixels(std::max(static_cast<int>(std::lround(size.width() * scale)), 1),
+                     std::max(static_cast<int>(std::lround(size.height() * scale)), 1));
+  if (image_.size() != pixels)
+    image_ = QImage(pixels, QImage::Format_ARGB32_Premultiplied);
+  image_.fill(Qt::transparent);
+  QPainter painter(&image_);
+  painter.scale(scale, scale);
+  painter_.paint(painter, view, {QPointF(0, 0), size}, scale);
+  view_ = view;
+  size_ = size;
+  scale_ = scale;
+  return true;
+}
+
+} // namespace tavrin

@@ -1,0 +1,235 @@
+#include "TavrinWidgetsUI/SystemWidgetModel.h"
+
+#include "TavrinCore/Kinds/Countdown.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace tavrin {
+namespace {
+
+constexpr double energySavingInterval = 3;
+constexpr double minute = 60;
+constexpr double hour = 3600;
+constexpr double day = 86'400;
+/// The pace of a clock's hands that do not show seconds.
+constexpr double glide = 15;
+/// A timer that fires so little early counts as on time.
+constexpr double earliness = 0.02;
+
+template <class... F> struct Overloaded : F... { using F::operator()...; };
+
+/// The first moment after `now` that is a multiple of `step` away from `origin`.
+Date nextOnGrid(Date origin, double step, Date now) {
+  const Date next = origin + (std::floor(now.since(origin) / step) + 1) * step;
+  return next > now ? next : now + step;
+}
+
+/// Which cell of the grid `date` is in.
+double cell(double step, Date date) {
+  return std::floor(date.secondsSinceReferenceDate / step);
+}
+
+double clockStep(const ClockSettings& settings) {
+  return settings.showsSeconds ? 1 : settings.isAnalog ? glide : minute;
+}
+
+} // namespace
+
+/// How one kind is kept current.
+struct SystemWidgetModel::Sampling {
+  /// When to sample again; no value when nothing changes by itself.
+  std::optional<Date> (*next)(const SystemWidgetModel&);
+  /// Takes the reading, `now_` being the time already; whether it differs from the one at `before`.
+  bool (*read)(SystemWidgetModel&, Date before);
+};
+
+/// A kind without a line has no reading: nothing is sampled, and no timer runs.
+const SystemWidgetModel::Sampling* SystemWidgetModel::sampling(const DockWidget::Kind& kind) {
+  using Model = SystemWidgetModel;
+  static constexpr Sampling clock{[](const Model& model) -> std::optional<Date> {
+                                    return nextOnGrid({}, model.interval(), model.now_);
+                                  },
+                                  [](Model& model, Date before) {
+                                    const double step =
+                                        clockStep(*model.widget_.kind.get<ClockSettings>());
+                                    return cell(step, before) != cell(step, model.now_);
+                                  }};
+  static constexpr Sampling countdown{nextCountdownChange, [](Model&, Date) { return true; }};
+  static constexpr Sampling timeProgress{[](const Model& model) -> std::optional<Date> {
+                                           return nextOnGrid({}, model.interval(), model.now_);
+                                         },
+                                         [](Model&, Date) { return true; }};
+  static constexpr Sampling stopwatch{
+      [](const Model& model) -> std::optional<Date> {
+        const auto& run = model.stopwatch_;
+        if (!run.isRunning())
+          return std::nullopt;
+        return nextOnGrid(*run.startedAt - run.accumulated, model.interval(), model.now_);
+      },
+      [](Model& model, Date) { return model.stopwatch_.isRunning(); }};
+
+  if (kind.get<ClockSettings>())
+    return &clock;
+  if (kind.get<CountdownSettings>())
+    return &countdown;
+  if (kind.get<TimeProgressSettings>())
+    return &timeProgress;
+  if (kind.get<StopwatchSettings>())
+    return &stopwatch;
+  return nullptr;
+}
+
+/// Days and hours change with the hour, hours and less with the second.
+std::optional<Date> SystemWidgetModel::nextCountdownChange(const SystemWidgetModel& model) {
+  const auto& settings = *model.widget_.kind.get<CountdownSettings>();
+  const double left = Countdown::interval(settings, model.now_);
+  if (left <= 0 && !settings.countsUpAfter)
+    return std::nullopt;
+  const bool showsDays = std::abs(left) > day;
+  if (!showsDays || model.showsPanel())
+    return nextOnGrid(settings.target, model.paced(1), model.now_);
+  // What is left is rounded up: 4 hours are shown until a second less than that is left.
+  return nextOnGrid(left > 0 ? settings.target + 1 : settings.target, hour, model.now_);
+}
+
+SystemWidgetModel::SystemWidgetModel(Clock& clock, RunLoop& runLoop, Workspace& workspace,
+                                     DockWidget widget, StopwatchRun stopwatch)
+    : clock_(clock), runLoop_(runLoop), workspace_(workspace), widget_(std::move(widget)),
+      now_(clock.now()), stopwatch_(std::move(stopwatch)),
+      savesEnergy_(workspace.isLowPowerMode()) {}
+
+void SystemWidgetModel::start() {
+  stop();
+  isStarted_ = true;
+  observations_.push_back(workspace_.observeWake([this] { timeJumped(); }));
+  observations_.push_back(workspace_.observeClockChange([this] { timeJumped(); }));
+  observations_.push_back(workspace_.observeDayChange([this] { timeJumped(); }));
+  observations_.push_back(
+      workspace_.observeLowPowerMode([this] { setSavesEnergy(workspace_.isLowPowerMode()); }));
+  sample(clock_.now());
+  updateTicker();
+}
+
+void SystemWidgetModel::stop() {
+  isStarted_ = false;
+  timer_.reset();
+  observations_.clear();
+}
+
+void SystemWidgetModel::setWidget(const DockWidget& widget) {
+  if (widget.kind != widget_.kind)
+    clockReader_.reset();
+  widget_ = widget;
+  sample(clock_.now());
+  updateTicker();
+}
+
+ClockReading SystemWidgetModel::clock() const {
+  if (!clockReader_)
+    clockReader_.emplace(*widget_.kind.get<ClockSettings>(), calendar_);
+  return clockReader_->at(now_);
+}
+
+void SystemWidgetModel::setStopwatch(const StopwatchRun& run) {
+  stopwatch_ = run;
+  updateTicker();
+}
+
+void SystemWidgetModel::toggleStopwatch() {
+  const Date now = clock_.now();
+  stopwatch_.toggle(now);
+  stopwatchChanged(now);
+}
+
+void SystemWidgetModel::lapStopwatch() {
+  const Date now = clock_.now();
+  stopwatch_.lap(now);
+  stopwatchChanged(now);
+}
+
+void SystemWidgetModel::resetStopwatch() {
+  stopwatch_.reset();
+  stopwatchChanged(clock_.now());
+}
+
+void SystemWidgetModel::stopwatchChanged(Date now) {
+  sample(now);
+  updateTicker();
+  if (onStopwatchChange)
+    onStopwatchChange();
+  if (onChange)
+    onChange();
+}
+
+double SystemWidgetModel::interval() const {
+  return paced(std::visit(
+      Overloaded{[](const BatterySettings&) { return 30.0; },
+                 [](const ActivitySettings&) { return 2.0; },
+                 [](const NetworkSettings&) { return 2.0; }, [](const PetSettings&) { return 2.0; },
+                 [](const ClockSettings& clock) { return clock.showsSeconds ? 1 : glide; },
+                 [](const CountdownSettings&) { return 1.0; },
+                 [this](const StopwatchSettings&) {
+                   return !stopwatch_.isRunning() ? minute : showsPanel() ? 0.1 : 1.0;
+                 },
+                 [](const auto&) { return minute; }},
+      static_cast<const DockWidget::KindVariant&>(widget_.kind)));
+}
+
+double SystemWidgetModel::paced(double interval) const {
+  return savesEnergy_ ? std::max(interval, energySavingInterval) : interval;
+}
+
+void SystemWidgetModel::setSavesEnergy(bool savesEnergy) {
+  if (savesEnergy == savesEnergy_)
+    return;
+  savesEnergy_ = savesEnergy;
+  if (isStarted_)
+    start();
+}
+
+void SystemWidgetModel::panelChanged() {
+  sample(clock_.now());
+  updateTicker();
+}
+
+bool SystemWidgetModel::sample(Date now) {
+  const Date before = now_;
+  now_ = now;
+  const auto* kind = sampling(widget_.kind);
+  return kind != nullptr && kind->read(*this, before);
+}
+
+void SystemWidgetModel::updateTicker() {
+  timer_.reset();
+  const auto* kind = sampling(widget_.kind);
+  if (!isStarted_ || kind == nullptr)
+    return;
+  const auto next = kind->next(*this);
+  if (!next)
+    return;
+  due_ = *next;
+  // A date beyond all sense, or a clock that was set, is looked at again within a day.
+  const double delay = std::min(std::max(next->since(now_), 0.001), day);
+  timer_ = runLoop_.after(delay, [this] { tick(); });
+}
+
+void SystemWidgetModel::tick() {
+  const Date now = clock_.now();
+  const double early = due_.since(now);
+  const bool differs = sample(early > 0 && early < earliness ? due_ : now);
+  updateTicker();
+  if (differs && onChange)
+    onChange();
+}
+
+void SystemWidgetModel::timeJumped() {
+  calendar_ = Calendar();
+  clockReader_.reset();
+  sample(clock_.now());
+  updateTicker();
+  if (onChange)
+    onChange();
+}
+
+} // namespace tavrin

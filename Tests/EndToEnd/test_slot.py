@@ -1,0 +1,253 @@
+"""A slot's life on the picture surface: changes, recovery, bad input."""
+
+import json
+import os
+import shutil
+import statistics
+import subprocess
+import time
+import unittest
+
+from rig import BUNDLES, DeskTest, wait_for, widget
+
+NOW_OFFSET = 978307200
+
+
+def reference_now():
+    return time.time() - NOW_OFFSET
+
+
+class Pictures(DeskTest):
+    display = False
+
+    def setUp(self):
+        super().setUp()
+        self.desk.env["TAVRIN_SURFACE"] = "picture"
+
+    def start(self, *widgets):
+        self.desk.write_widgets(list(widgets), announce=False)
+        processes = []
+        for record in widgets:
+            processes.append(self.desk.start_slot(record["slot"]))
+        for record in widgets:
+            wait_for(lambda r=record: self.desk.picture(r["slot"]).exists(), "a picture")
+            self.desk.wait_for_name(record["slot"])
+        return processes
+
+    def picture_bytes(self, slot):
+        return self.desk.picture(slot).read_bytes()
+
+    def wait_for_other_picture(self, slot, before, seconds=5.0):
+        wait_for(lambda: self.picture_bytes(slot) != before, "another picture", seconds)
+
+    def write_run(self, slot, key, run):
+        """Puts a stored run where the slot keeps its own values, as an earlier life left it."""
+        identifier = self.desk.bundle_identifier(slot)
+        path = next((self.desk.home / "config").rglob(f"{identifier}*"))
+        document = json.loads(path.read_text())
+        document[key] = run
+        path.write_text(json.dumps(document))
+
+
+class Changes(Pictures):
+    def test_a_change_by_another_process_is_on_the_tile_within_100_ms(self):
+        record = widget("note", {"text": "0", "colorHex": "#FBBF24"}, 1)
+        self.start(record)
+        # A connection of its own, so that the time is the slot's and not a program start's.
+        import dbus
+        bus = dbus.bus.BusConnection(self.desk.env["DBUS_SESSION_BUS_ADDRESS"])
+        times = []
+        for number in range(1, 21):
+            before = self.picture_bytes(1)
+            record["kind"]["note"]["_0"]["text"] = f"{number} " * 3
+            self.desk.write_widgets([record], announce=False)
+            started = time.monotonic()
+            message = dbus.lowlevel.SignalMessage("/dev/quellby/tavrin/Notifications",
+                                                  "dev.quellby.tavrin.Notifications", "Posted")
+            message.append("dev.quellby.tavrin.widgetsChanged", "")
+            bus.send_message(message)
+            bus.flush()
+            wait_for(lambda: self.picture_bytes(1) != before, "the new text", pause=0.001)
+            times.append(time.monotonic() - started)
+        bus.close()
+        print(f"change to tile: median {statistics.median(times) * 1000:.1f} ms, "
+              f"worst {max(times) * 1000:.1f} ms")
+        self.assertLess(statistics.median(times), 0.1)
+
+    def test_a_moved_or_deleted_widget_ends_its_slot(self):
+        one, two = widget("clock", {}, 1), widget("note", {}, 2)
+        first, second = self.start(one, two)
+        one["slot"] = 5
+        self.desk.write_widgets([one, two])
+        self.assertEqual(first.wait(5), 0)
+        self.assertIn("slot 1 has no widget; quitting", self.desk.log(1))
+        self.desk.write_widgets([one])
+        self.assertEqual(second.wait(5), 0)
+        self.assertIn("slot 2 has no widget; quitting", self.desk.log(2))
+
+    def test_a_corrupt_file_changes_nothing(self):
+        record = widget("note", {"text": "kept"}, 1)
+        process, = self.start(record)
+        before = self.picture_bytes(1)
+        for text in ("", "{", "[]", '{"version": 1}', "\x00\xff", "[" * 1_000_000):
+            self.desk.write_widgets_text(text)
+        # Answered only after the announcements before it.
+        record["kind"]["note"]["_0"]["text"] = "changed"
+        self.assertIsNone(process.poll())
+        self.assertEqual(self.picture_bytes(1), before)
+        self.desk.write_widgets([record])
+        self.wait_for_other_picture(1, before)
+        self.assertIsNone(process.poll())
+
+    def test_a_running_timer_draws_a_picture_each_second(self):
+        process, = self.start(widget("timer", {}, 1))
+        wait_for(lambda: self.desk.defaults(1).get("timerRun"), "the first save")
+        self.kill(process)
+        self.write_run(1, "timerRun", {
+            "mode": "countdown", "duration": 600, "startedAt": reference_now(), "accumulated": 0})
+        self.desk.start_slot(1)
+        self.desk.wait_for_name(1)
+        seen = {self.picture_bytes(1)}
+        end = time.monotonic() + 3.2
+        while time.monotonic() < end:
+            seen.add(self.picture_bytes(1))
+            time.sleep(0.02)
+        self.assertIn(len(seen), (4, 5))
+
+
+class Recovery(Pictures):
+    def test_kill_9_loses_nothing_and_the_next_start_catches_up(self):
+        focus, short = 1500, 300
+        cases = [
+            # name, stored run, expected after the next start
+            ("not started", {"phase": "focus", "accumulated": 0, "cycle": 1, "sessionsToday": 1},
+             {"phase": "focus", "accumulated": 0, "cycle": 1, "sessionsToday": 1}),
+            ("paused", {"phase": "shortBreak", "accumulated": 12.5, "cycle": 2, "sessionsToday": 2},
+             {"phase": "shortBreak", "accumulated": 12.5, "cycle": 2, "sessionsToday": 2}),
+            ("running", {"phase": "focus", "startedAt": -100, "accumulated": 3, "cycle": 0,
+                         "sessionsToday": 0},
+             {"phase": "focus", "startedAt": -100, "accumulated": 3, "cycle": 0,
+              "sessionsToday": 0}),
+            ("a focus ran out", {"phase": "focus", "startedAt": -focus - 60, "accumulated": 0,
+                                 "cycle": 0, "sessionsToday": 0},
+             {"phase": "shortBreak", "startedAt": -60, "accumulated": 0, "cycle": 1}),
+            ("focus and break ran out", {"phase": "focus", "startedAt": -2 * focus,
+                                         "accumulated": 0, "cycle": 0, "sessionsToday": 0},
+             {"phase": "shortBreak", "accumulated": short, "cycle": 1}),
+        ]
+        process, = self.start(widget("pomodoro", {}, 1))
+        wait_for(lambda: self.desk.defaults(1).get("pomodoroRun"), "the first save")
+        for name, stored, expected in cases:
+            with self.subTest(name):
+                self.kill(process)
+                base = reference_now()
+                run = {**stored, "day": base}
+                if "startedAt" in run:
+                    run["startedAt"] += base
+                run.setdefault("sessionsToday", 0)
+                self.write_run(1, "pomodoroRun", run)
+                process = self.desk.start_slot(1)
+                self.desk.wait_for_name(1)
+                wanted = {**expected}
+                if "startedAt" in wanted:
+                    wanted["startedAt"] += base
+
+                def caught_up():
+                    actual = self.desk.defaults(1)["pomodoroRun"]
+                    return ("startedAt" in wanted) == ("startedAt" in actual) and all(
+                        abs(actual[key] - value) < 0.001 if isinstance(value, float)
+                        else actual[key] == value for key, value in wanted.items())
+
+                wait_for(caught_up, f"{wanted}, last {self.desk.defaults(1)['pomodoroRun']}", 2)
+
+    def test_a_timer_that_ran_out_while_the_slot_was_gone_is_shown_finished(self):
+        process, = self.start(widget("timer", {}, 1))
+        wait_for(lambda: self.desk.defaults(1).get("timerRun"), "the first save")
+        self.kill(process)
+        base = reference_now()
+        self.write_run(1, "timerRun", {"mode": "countdown", "duration": 60, "accumulated": 10,
+                                       "startedAt": base - 300})
+        self.desk.start_slot(1)
+        self.desk.wait_for_name(1)
+        run = wait_for(lambda: "startedAt" not in self.desk.defaults(1)["timerRun"]
+                       and self.desk.defaults(1)["timerRun"], "the catch-up")
+        self.assertEqual(run["accumulated"], 60)
+
+    def test_an_unreadable_stored_run_is_a_fresh_one(self):
+        process, = self.start(widget("pomodoro", {}, 1))
+        wait_for(lambda: self.desk.defaults(1).get("pomodoroRun"), "the first save")
+        self.kill(process)
+        self.write_run(1, "pomodoroRun", {"phase": "nap"})
+        self.desk.start_slot(1)
+        self.desk.wait_for_name(1)
+        wait_for(lambda: self.desk.defaults(1)["pomodoroRun"].get("phase") == "focus", "a new run")
+
+
+class BadSurroundings(Pictures):
+    def test_without_a_bus_the_tile_still_lives(self):
+        self.desk.env["DBUS_SESSION_BUS_ADDRESS"] = "unix:path=/nonexistent"
+        self.desk.write_widgets([widget("timer", {}, 1)], announce=False)
+        process = self.desk.start_slot(1)
+        wait_for(lambda: self.desk.picture(1).exists(), "a picture")
+        self.assertIsNone(process.poll())
+        process.terminate()
+        self.assertEqual(process.wait(5), 0)
+
+    def test_a_data_folder_that_is_a_file(self):
+        path = self.desk.home / "file"
+        path.write_text("")
+        self.desk.env["TAVRIN_APP_SUPPORT_DIR"] = str(path)
+        process = self.desk.start_slot(1)
+        self.assertEqual(process.wait(5), 0)
+        self.assertIn("Failed to", self.desk.log(1))
+        self.assertIn("slot 1 has no widget; quitting", self.desk.log(1))
+        self.assertEqual(path.read_text(), "")
+
+    def test_a_bundle_without_a_slot_number(self):
+        bundle = self.desk.home / "Tavrin Slot 1.app"
+        shutil.copytree(BUNDLES / "Tavrin Slot 1.app", bundle)
+        info = bundle / "Contents" / "Info.plist"
+        info.write_text(info.read_text().replace("TavrinSlot</key>", "Other</key>"))
+        self.desk.write_widgets([widget("timer", {}, 1)], announce=False)
+        program = bundle / "Contents" / "MacOS" / "TavrinSlot"
+        process = self.desk.spawn([str(program), "--background"], log="slot0.log")
+        self.assertEqual(process.wait(5), 0)
+        self.assertIn("slot 0 has no widget; quitting", self.desk.log(0))
+
+    def test_no_display_at_all_falls_back_to_the_picture(self):
+        del self.desk.env["TAVRIN_SURFACE"]
+        self.desk.write_widgets([widget("timer", {}, 1)], announce=False)
+        process = self.desk.start_slot(1)
+        wait_for(lambda: self.desk.picture(1).exists(), "a picture")
+        self.assertIsNone(process.poll())
+
+    def test_a_full_disk_keeps_the_slot_alive_and_the_file_whole(self):
+        folder = self.desk.home / "small"
+        folder.mkdir()
+        mounted = subprocess.run(["mount", "-t", "tmpfs", "-o", "size=64k", "tmpfs", str(folder)],
+                                 stderr=subprocess.DEVNULL)
+        if mounted.returncode != 0:
+            self.skipTest("this machine does not let a test mount a small disk")
+        self.addCleanup(subprocess.run, ["umount", str(folder)], check=True)
+        self.desk.env["TAVRIN_APP_SUPPORT_DIR"] = str(folder)
+        self.desk.data = folder
+        self.desk.write_widgets([widget("note", {"text": "kept"}, 1)], announce=False)
+        text = (folder / "widgets.json").read_text()
+        filler = os.open(folder / "filler", os.O_CREAT | os.O_WRONLY)
+        try:
+            while os.write(filler, b"x" * 4096):
+                pass
+        except OSError:
+            pass
+        finally:
+            os.close(filler)
+        process = self.desk.start_slot(1)
+        self.desk.wait_for_name(1)
+        self.assertIsNone(process.poll())
+        self.assertEqual((folder / "widgets.json").read_text(), text)
+        process.terminate()
+        self.assertEqual(process.wait(5), 0)
+
+
+if __name__ == "__main__":
+    unittest.main()

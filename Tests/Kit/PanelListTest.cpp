@@ -1,0 +1,214 @@
+#include "TavrinWidgetsUI/Kit/PanelList.h"
+#include "TavrinWidgetsUI/Kit/Colour.h"
+#include "TavrinWidgetsUI/Kit/PanelButton.h"
+#include "TavrinWidgetsUI/Kit/PanelControls.h"
+#include "TavrinWidgetsUI/Kit/PanelGrid.h"
+#include "Tests/Kit/PanelTestSupport.h"
+
+#include <QScrollBar>
+#include <gmock/gmock.h>
+#include <set>
+
+namespace tavrin {
+namespace {
+
+using testing::ElementsAre;
+
+std::vector<PanelRow> rows(int count) {
+  std::vector<PanelRow> all;
+  for (int i = 0; i < count; ++i)
+    all.push_back({.id = QString::number(i),
+                   .title = "Row " + QString::number(i),
+                   .trailing = "4",
+                   .unit = "ml",
+                   .actions = {{"pin", "Pin"}, {"trash", "Remove"}}});
+  return all;
+}
+
+struct PanelListTest : testing::Test {
+  PanelView* panel = new PanelView({}, PanelView::Width::lists);
+  PanelList* list = new PanelList("Items");
+  std::vector<std::string> said;
+  std::unique_ptr<PanelStage> stage;
+
+  void show(int count) {
+    list->setRows(rows(count));
+    list->onOpen = [this](int row) { said.push_back("open " + std::to_string(row)); };
+    list->onAction = [this](int row, int action) {
+      said.push_back("action " + std::to_string(row) + "." + std::to_string(action));
+    };
+    list->onRemove = [this](int row) { said.push_back("remove " + std::to_string(row)); };
+    panel->add(list);
+    stage = std::make_unique<PanelStage>(panel);
+  }
+  QRect rect(int row) { return list->visualRect(list->model()->index(row, 0)); }
+};
+
+TEST_F(PanelListTest, IsWorkedByTheKeyboardAlone) {
+  show(5);
+  list->setFocus(Qt::TabFocusReason);
+  stage->press(Qt::Key_Return);
+  stage->press(Qt::Key_Down);
+  stage->press(Qt::Key_Space);
+  stage->press(Qt::Key_Right);
+  stage->press(Qt::Key_Right);
+  stage->press(Qt::Key_Right);
+  stage->press(Qt::Key_Return);
+  stage->press(Qt::Key_Left);
+  stage->press(Qt::Key_Left);
+  stage->press(Qt::Key_Return);
+  stage->press(Qt::Key_End);
+  stage->press(Qt::Key_Delete);
+  EXPECT_THAT(said, ElementsAre("open 0", "open 1", "action 1.1", "open 1", "remove 4"));
+}
+
+TEST_F(PanelListTest, ARowsWholeWidthCanBeClickedAndItsButtonsApart) {
+  show(3);
+  const QRect row = rect(1);
+  EXPECT_EQ(row.width(), 304);
+  stage->click(list->viewport(), row.topLeft() + QPoint(1, 1));
+  stage->click(list->viewport(), QPoint(row.right() - 60, row.center().y()));
+  stage->click(list->viewport(), QPoint(row.right() - 8, row.center().y()));
+  stage->click(list->viewport(), QPoint(row.right() - 32, row.center().y()));
+  EXPECT_THAT(said, ElementsAre("open 1", "open 1", "action 1.1", "action 1.0"));
+}
+
+TEST_F(PanelListTest, AReleaseElsewhereOpensNothing) {
+  show(3);
+  QMouseEvent down(QEvent::MouseButtonPress, QPointF(rect(0).center()),
+                   list->viewport()->mapToGlobal(QPointF(rect(0).center())), Qt::LeftButton,
+                   Qt::LeftButton, {});
+  QApplication::sendEvent(list->viewport(), &down);
+  QMouseEvent up(QEvent::MouseButtonRelease, QPointF(rect(2).center()),
+                 list->viewport()->mapToGlobal(QPointF(rect(2).center())), Qt::LeftButton, {}, {});
+  QApplication::sendEvent(list->viewport(), &up);
+  EXPECT_TRUE(said.empty());
+}
+
+TEST_F(PanelListTest, DisabledAndReadOnlyRowsDoNotOpen) {
+  show(2);
+  auto changed = rows(2);
+  changed[0].isEnabled = false;
+  list->setRows(changed);
+  stage->click(list->viewport(), rect(0).center());
+  list->setReadOnly(true);
+  stage->click(list->viewport(), rect(1).center());
+  EXPECT_TRUE(said.empty());
+  EXPECT_EQ(list->focusPolicy(), Qt::NoFocus);
+}
+
+TEST_F(PanelListTest, TheCurrentRowStaysWithItsIdWhenRowsComeAndGo) {
+  show(5);
+  list->setCurrentRow(3);
+  auto changed = rows(5);
+  changed.erase(changed.begin());
+  list->setRows(changed);
+  EXPECT_EQ(list->row(list->currentRow()).id, "3");
+  changed.erase(changed.begin() + 2);
+  list->setRows(changed);
+  EXPECT_EQ(list->currentRow(), 2);
+}
+
+TEST_F(PanelListTest, ThePanelStopsAt560AndTheListScrolls) {
+  show(5);
+  const int low = panel->fittingSize().height();
+  EXPECT_EQ(list->height(), 5 * 36);
+  list->setRows(rows(100));
+  QApplication::processEvents();
+  EXPECT_GT(panel->fittingSize().height(), low);
+  EXPECT_EQ(panel->fittingSize().height(), 560);
+  EXPECT_LT(list->height(), 560);
+  EXPECT_GT(list->verticalScrollBar()->maximum(), 0);
+  list->setMaximumVisibleRows(4);
+  QApplication::processEvents();
+  EXPECT_EQ(list->height(), 4 * 36);
+}
+
+TEST_F(PanelListTest, RowsWithSubtitlesAreTall) {
+  show(2);
+  auto changed = rows(2);
+  changed[1].subtitle = "Yesterday";
+  list->setRows(changed);
+  QApplication::processEvents();
+  EXPECT_EQ(rect(0).height(), 44);
+}
+
+TEST_F(PanelListTest, SpeaksItsRowsWithTheirNumbers) {
+  show(3);
+  QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(list);
+  EXPECT_EQ(spoken->text(QAccessible::Name), "Items");
+  EXPECT_EQ(spoken->role(), QAccessible::List);
+  ASSERT_EQ(spoken->childCount(), 3);
+  EXPECT_EQ(spoken->child(1)->text(QAccessible::Name), "Row 1, 4 ml");
+}
+
+TEST_F(PanelListTest, OfFiveThousandRowsOnlyTheVisibleAreMade) {
+  show(0);
+  std::set<int> made;
+  list->setRows(5000, [&](int index) {
+    made.insert(index);
+    return PanelRow{.title = "Row " + QString::number(index)};
+  });
+  QApplication::processEvents();
+  panel->grab();
+  EXPECT_LT(made.size(), 80u);
+  list->setFocus(Qt::TabFocusReason);
+  stage->press(Qt::Key_End);
+  panel->grab();
+  EXPECT_EQ(list->currentRow(), 4999);
+  EXPECT_TRUE(made.contains(4999));
+  EXPECT_LT(made.size(), 160u);
+}
+
+TEST_F(PanelListTest, StatesLookDifferent) {
+  show(1);
+  const auto look = [this] { return list->grab().toImage(); };
+  std::vector<QImage> looks{look()};
+  auto changed = rows(1);
+  changed[0].isChecked = true;
+  list->setRows(changed);
+  looks.push_back(look());
+  list->setRows(rows(1));
+  list->setFocus(Qt::TabFocusReason);
+  stage->press(Qt::Key_Up);
+  looks.push_back(look());
+  stage->press(Qt::Key_Right);
+  looks.push_back(look());
+  changed[0].isChecked = false;
+  changed[0].isEnabled = false;
+  list->setRows(changed);
+  looks.push_back(look());
+  for (std::size_t i = 0; i < looks.size(); ++i)
+    for (std::size_t j = 0; j < i; ++j)
+      EXPECT_NE(looks[i], looks[j]) << i << ' ' << j;
+}
+
+TEST(PanelGrid, ArrowsMoveBetweenSquaresThatFillTheWidth) {
+  auto* panel = new PanelView({}, PanelView::Width::grids);
+  auto* grid = new PanelGrid("Colours", 8);
+  std::vector<PanelCell> cells;
+  for (int i = 0; i < 20; ++i)
+    cells.push_back({.name = "Cell " + QString::number(i), .colour = QColor("#30D158")});
+  grid->setCells(cells);
+  std::vector<int> opened;
+  grid->onOpen = [&](int index) { opened.push_back(index); };
+  panel->add(grid);
+  PanelStage stage(panel);
+  const QRect first = grid->visualRect(grid->model()->index(0, 0));
+  EXPECT_EQ(first.width(), first.height());
+  EXPECT_EQ(grid->visualRect(grid->model()->index(7, 0)).top(), first.top());
+  EXPECT_GT(grid->visualRect(grid->model()->index(8, 0)).top(), first.top());
+  EXPECT_EQ(grid->height(), 3 * first.height());
+  grid->setFocus(Qt::TabFocusReason);
+  stage.press(Qt::Key_Return);
+  stage.press(Qt::Key_Right);
+  stage.press(Qt::Key_Down);
+  stage.press(Qt::Key_Space);
+  stage.click(grid->viewport(), grid->visualRect(grid->model()->index(19, 0)).center());
+  EXPECT_THAT(opened, ElementsAre(0, 9, 19));
+  EXPECT_EQ(QAccessible::queryAccessibleInterface(grid)->child(9)->text(QAccessible::Name),
+            "Cell 9");
+}
+
+} // namespace
+} // namespace tavrin

@@ -1,0 +1,123 @@
+#include "Tests/Kit/Pixels.h"
+
+#include "TavrinWidgetsUI/Kit/TextEngine.h"
+
+#include <gmock/gmock.h>
+#include <limits>
+
+namespace tavrin {
+namespace {
+
+constexpr double endless = std::numeric_limits<double>::infinity();
+
+double widthOf(const Text& text, double offer = endless) {
+  return ViewPainter().measure(text, {offer, 50}).width();
+}
+
+TEST(Text, DigitsAreEquallyWide) {
+  for (const char* figure : {"11:11", "00:00", "47:09"})
+    EXPECT_EQ(widthOf(text(figure).size(30)), widthOf(text("88:88").size(30))) << figure;
+}
+
+TEST(Text, TickingFigureDoesNotMove) {
+  // The colon's columns are the same whatever digits stand beside it.
+  const auto colon = [](const char* figure) {
+    const QImage image = rendered(text(figure)
+                                      .size(30)
+                                      .colour(palette::white)
+                                      .widest(QStringLiteral("88:88"))
+                                      .align(TextAlignment::centre),
+                                  {120, 40});
+    return image.copy(56, 0, 8, 40);
+  };
+  for (const char* figure : {"11:11", "20:47", "59:08"})
+    EXPECT_EQ(colon(figure), colon("88:88")) << figure;
+}
+
+TEST(Text, WidestFormReservesItsRoom) {
+  EXPECT_EQ(widthOf(text("1").widest(QStringLiteral("88:88"))), widthOf(text("88:88")));
+  EXPECT_EQ(widestDigits(QStringLiteral("12:05 left")), QStringLiteral("88:88 left"));
+}
+
+TEST(Text, IsFittedOnceAndThenElided) {
+  TextEngine engine;
+  const QString name = QStringLiteral("Grandmother's birthday");
+  const auto regular = FontWeight::regular;
+  const double full = engine.width(name, regular, 10);
+  EXPECT_EQ(engine.elided(name, regular, 10, full), name);
+  for (double width = full - 1; width > 12; width -= 9) {
+    const QString shown = engine.elided(name, regular, 10, width);
+    EXPECT_LE(engine.width(shown, regular, 10), width) << shown.toStdString();
+    EXPECT_TRUE(shown.endsWith(QChar(0x2026))) << shown.toStdString();
+    EXPECT_TRUE(name.startsWith(shown.chopped(1)));
+  }
+  // At 86 % it is still whole, in smaller type; below 85 % it is cut. Never beyond its room.
+  for (const double share : {0.86, 0.6, 0.2}) {
+    const AnyView view =
+        text(name).size(10).frame(full * share, 20).frame(full, 20, Alignment::leading);
+    EXPECT_LE(inkedRect(rendered(view, {full, 20})).right(), full * share + 1) << share;
+  }
+}
+
+TEST(Text, GraphemesAreNotCutApart) {
+  TextEngine engine;
+  const QString accents = QString::fromUtf8("e\xCC\x81"
+                                            "e\xCC\x81"
+                                            "e\xCC\x81"
+                                            "e\xCC\x81");
+  for (double width = 8; width < 24; width += 2) {
+    const QString shown = engine.elided(accents, FontWeight::regular, 10, width);
+    EXPECT_EQ(shown.chopped(shown.endsWith(QChar(0x2026)) ? 1 : 0).size() % 2, 0);
+  }
+}
+
+TEST(Text, FiguresAreNeverCut) {
+  const Text figure = text("1:00:00").size(30).figure(9);
+  const double full = widthOf(figure);
+  EXPECT_EQ(widthOf(figure, full * 0.5), full * 0.5);
+  EXPECT_NEAR(widthOf(figure, 5), full * 9 / 30, 1);
+}
+
+TEST(Text, BreaksIntoLinesThatFit) {
+  TextEngine engine;
+  const QString note =
+      QStringLiteral("Milk, bread, a kilogram of unreasonably small potatoes\nand soap");
+  for (const double width : {40.0, 70.0, 200.0}) {
+    const QStringList lines = engine.lines(note, FontWeight::regular, 10, width, 3);
+    EXPECT_LE(lines.size(), 3);
+    for (const QString& line : lines)
+      EXPECT_LE(engine.width(line, FontWeight::regular, 10, TextEngine::Digits::proportional),
+                width + 0.5)
+          << line.toStdString();
+  }
+  EXPECT_EQ(engine.lines(QStringLiteral("a\nb"), FontWeight::regular, 10, 100, 5),
+            QStringList({QStringLiteral("a"), QStringLiteral("b")}));
+  EXPECT_TRUE(engine.lines(note, FontWeight::regular, 10, 60, 2).back().endsWith(QChar(0x2026)));
+  EXPECT_TRUE(engine.lines({}, FontWeight::regular, 10, 60, 2).join(QString()).isEmpty());
+}
+
+TEST(Colour, ReadsHex) {
+  EXPECT_EQ(colourFromHex("#121214"), QColor(0x12, 0x12, 0x14));
+  EXPECT_EQ(colourFromHex("fbbf24"), QColor(0xFB, 0xBF, 0x24));
+  for (const char* wrong : {"", "#", "#12121", "#1212144", "#12121G", "#-12345", "red"})
+    EXPECT_FALSE(colourFromHex(wrong)) << wrong;
+}
+
+TEST(Colour, ContrastIsTheStandardsRatio) {
+  EXPECT_NEAR(contrast(palette::black, palette::white), 21, 0.01);
+  EXPECT_NEAR(contrast(QColor(0x77, 0x77, 0x77), palette::white), 4.48, 0.01);
+  EXPECT_NEAR(contrast(palette::red, palette::red), 1, 0.001);
+}
+
+TEST(Colour, TextHasContrastOnEveryGround) {
+  for (const char* hex : {"#121214", "#1E1035", "#4C1D95", "#FBBF24", "#FFFFFF", "#777777",
+                          "#1C7ED6", "#031022", "#6FF0CF"}) {
+    const QColor ground = *colourFromHex(hex);
+    EXPECT_GE(contrast(palette::figure(ground), ground), 4.5 - 0.01) << hex;
+    EXPECT_GE(contrast(palette::caption(ground), ground), 4.5 - 0.01) << hex;
+    EXPECT_GE(contrast(withContrast(palette::blue, ground, 3), ground), 3) << hex;
+  }
+}
+
+} // namespace
+} // namespace tavrin

@@ -1,0 +1,179 @@
+#include "Tests/Kit/Pixels.h"
+
+#include "TavrinWidgetsUI/Kit/Symbols.h"
+#include "TavrinWidgetsUI/Kit/TileLayout.h"
+
+#include <cmath>
+#include <gmock/gmock.h>
+
+namespace tavrin {
+namespace {
+
+QImage picture(const AnyView& view, const TileSize& size, double scale) {
+  return rendered(view, {size.width(), size.height()}, scale);
+}
+
+TileContent running(const char* figure, double progress = 0.4) {
+  TileContent content;
+  content.border = TileBorder{progress, palette::red};
+  content.figure = QString::fromUtf8(figure);
+  content.widestFigure = QStringLiteral("88:88");
+  content.caption = QStringLiteral("Focus");
+  return content;
+}
+
+WideTileContent wide(const char* caption) {
+  WideTileContent content;
+  content.mark = symbol("timer").colour(palette::red);
+  content.caption = QString::fromUtf8(caption);
+  content.figure = QStringLiteral("24:59");
+  content.actions = {{{"toggle"}, "pause.fill", QStringLiteral("Pause"), true},
+                     {{"skip"}, "forward.end.fill", QStringLiteral("Skip")}};
+  return content;
+}
+
+TEST(Tile, DrawsNothingOutsideTheBodyButItsShadow) {
+  for (const double side : {48.0, 56.0, 64.0, 128.0})
+    for (const double scale : {1.0, 1.5, 2.0, 3.0})
+      for (const int span : {1, 2, 4}) {
+        const TileSize size{side, span};
+        const AnyView view =
+            span == 1 ? tile(running("1:00:00"), size) : wideTile(wide("A very long name"), size);
+        const QImage image = picture(view, size, scale);
+        const QRectF body = size.bodyRect();
+        const double shadow = 0.02 * side;
+        const QRectF limit = body.adjusted(-shadow, -shadow, shadow, shadow);
+        const QRectF pixels(limit.topLeft() * scale, limit.size() * scale);
+        EXPECT_TRUE(pixels.toAlignedRect().contains(inkedRect(image))) << side << ' ' << scale;
+        EXPECT_TRUE(QRectF(body.topLeft() * scale, body.size() * scale)
+                        .toAlignedRect()
+                        .contains(inkedRect(image, 100)))
+            << side << ' ' << scale << ' ' << span;
+      }
+}
+
+TEST(Tile, BorderIsTrackAtZeroAndAClosedRingAtOne) {
+  const TileSize size{128, 1};
+  const auto border = [](double progress) {
+    TileContent content;
+    content.border = TileBorder{progress, palette::red};
+    return content;
+  };
+  const auto count = [&](double progress, const QColor& colour) {
+    return countOf(picture(tile(border(progress), size), size, 1), colour);
+  };
+  EXPECT_EQ(count(0, palette::red), 0);
+  EXPECT_EQ(count(-1, palette::red), 0);
+  const int track = count(0, palette::track);
+  EXPECT_GT(track, 1500);
+  EXPECT_EQ(count(1, palette::track), 0);
+  EXPECT_EQ(count(7, palette::red), count(1, palette::red));
+  EXPECT_NEAR(count(1, palette::red), track, track / 20);
+  EXPECT_GT(count(0.001, palette::red), 20);
+}
+
+TEST(Tile, BorderRunsClockwiseFromTheTop) {
+  const TileSize size{128, 1};
+  const QImage image = picture(tile(running("", 0.5), size), size, 1);
+  const QRectF body = size.bodyRect();
+  const double half = size.borderWidth() / 2;
+  const auto at = [&](double x, double y) {
+    return image.pixelColor(static_cast<int>(x), static_cast<int>(y));
+  };
+  const double middle = body.center().x();
+  EXPECT_TRUE(isNear(at(middle + 15, body.top() + half), palette::red));
+  EXPECT_TRUE(isNear(at(body.right() - half, body.center().y()), palette::red));
+  EXPECT_TRUE(isNear(at(middle + 15, body.bottom() - half), palette::red));
+  EXPECT_TRUE(isNear(at(middle - 15, body.bottom() - half), palette::track));
+  EXPECT_TRUE(isNear(at(body.left() + half, body.center().y()), palette::track));
+}
+
+TEST(Tile, LevelLooksTheSameFromKeptStepsAsAtOnce) {
+  const TileSize size{64, 1};
+  ViewRenderer renderer;
+  for (int second = 0; second <= 100; second += 7) {
+    const AnyView view = tile(running("1:23", second / 100.0), size);
+    renderer.render(view, {64, 64}, 2);
+    EXPECT_EQ(renderer.image(), picture(view, size, 2)) << second;
+  }
+}
+
+TEST(Tile, SmallOnesHaveNoCaptionAndNoTypeBelowNinePoints) {
+  const auto inkRows = [](double side, const char* caption) {
+    TileContent content;
+    content.figure = QStringLiteral("7");
+    content.caption = QString::fromUtf8(caption);
+    return picture(tile(content, {side, 1}), {side, 1}, 1);
+  };
+  EXPECT_EQ(inkRows(48, "Caption"), inkRows(48, ""));
+  EXPECT_NE(inkRows(56, "Caption"), inkRows(56, ""));
+  for (const double side : {48.0, 56.0, 128.0}) {
+    EXPECT_GE(TileSize({side, 1}).caption(), 9);
+    EXPECT_GE(TileSize({side, 1}).figure(), 9);
+  }
+}
+
+TEST(Tile, DropsTheMarkBeforeTheCaption) {
+  TileContent content;
+  content.figure = QStringLiteral("7");
+  content.caption = QStringLiteral("days");
+  const QImage without = picture(tile(content, {64, 1}), {64, 1}, 1);
+  content.mark = rectangle().fill(palette::pink);
+  content.markRatio = 0.7;
+  EXPECT_EQ(picture(tile(content, {64, 1}), {64, 1}, 1), without);
+  content.markRatio = 0.1;
+  EXPECT_GT(countOf(picture(tile(content, {64, 1}), {64, 1}, 1), palette::pink), 20);
+}
+
+TEST(Tile, StatesDiffer) {
+  std::vector<QImage> seen;
+  for (const TileState state :
+       {TileState::live, TileState::waiting, TileState::cannot, TileState::done}) {
+    TileContent content;
+    content.mark = symbol("calendar");
+    content.state = state;
+    seen.push_back(picture(tile(content, {48, 1}), {48, 1}, 1));
+  }
+  for (std::size_t i = 0; i < seen.size(); ++i)
+    for (std::size_t k = 0; k < i; ++k)
+      EXPECT_NE(seen[i], seen[k]) << i << ' ' << k;
+}
+
+TEST(WideTile, KeepsItsActionsAndTheirPlaceInEverySpan) {
+  for (const int span : {2, 3, 4}) {
+    const TileSize size{48, span};
+    ViewRenderer renderer;
+    renderer.render(wideTile(wide("Grandmother's eightieth birthday"), size),
+                    {size.width(), size.height()}, 1);
+    ASSERT_EQ(renderer.buttons().size(), 2U) << span;
+    EXPECT_EQ(renderer.buttons()[0].action.id, "toggle");
+    for (const ViewButton& button : renderer.buttons()) {
+      EXPECT_NEAR(button.rect.height(), 0.44 * size.body(), 0.01);
+      EXPECT_TRUE(size.bodyRect().contains(button.rect));
+    }
+    EXPECT_FALSE(renderer.buttons()[0].rect.intersects(renderer.buttons()[1].rect));
+  }
+}
+
+TEST(WideTile, SpansPitches) {
+  const TileSize size{48, 3};
+  EXPECT_DOUBLE_EQ(size.bodyWidth(), 2 * 51 + 0.805 * 48);
+  EXPECT_DOUBLE_EQ(size.width(), 2 * 51 + 48);
+}
+
+TEST(Symbols, AllStayOnTheirGridAndDiffer) {
+  std::vector<QPainterPath> seen;
+  for (const std::string_view name : symbolNames()) {
+    const QPainterPath path = symbolPath(name);
+    EXPECT_FALSE(path.isEmpty()) << name;
+    EXPECT_TRUE(QRectF(0, 0, 24, 24).contains(path.boundingRect())) << name;
+    EXPECT_THAT(seen, testing::Not(testing::Contains(path))) << name;
+    seen.push_back(path);
+  }
+  EXPECT_EQ(symbolPath("no such thing"), symbolPath("questionmark.square"));
+  for (const std::string_view name : symbolNames())
+    EXPECT_TRUE(hasSymbol(name)) << name;
+}
+
+} // namespace
+} // namespace tavrin

@@ -1,0 +1,300 @@
+#include "TavrinPlatform/Linux/JSONUserDefaults.h"
+#include "TavrinPlatform/Linux/LinuxDockGeometry.h"
+#include "TavrinPlatform/Linux/LinuxFileManager.h"
+#include "TavrinPlatform/Linux/LinuxMainBundle.h"
+#include "TavrinPlatform/Linux/PopoverLayout.h"
+#include "TavrinPlatform/Linux/StripLayout.h"
+
+#include "TavrinCore/Base/Errors.h"
+
+#include <fstream>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+/// What needs no desktop: layouts, folders, bundles and settings.
+namespace tavrin {
+namespace {
+
+namespace fs = std::filesystem;
+
+class Folder {
+public:
+  Folder() {
+    std::string name = fs::temp_directory_path() / "tavrin-test-XXXXXX";
+    path = mkdtemp(name.data());
+  }
+  ~Folder() { fs::remove_all(path); }
+  fs::path write(const fs::path& name, const std::string& text) const {
+    fs::create_directories((path / name).parent_path());
+    std::ofstream(path / name) << text;
+    return path / name;
+  }
+  fs::path path;
+};
+
+class Lines final : public LogSink {
+public:
+  void write(LogLevel, std::string_view, std::string_view, std::string_view message) override {
+    lines.emplace_back(message);
+  }
+  std::vector<std::string> lines;
+};
+
+std::string propertyList(const std::string& entries) {
+  return "<?xml version=\"1.0\" encoding=\"UTF-8\"?><plist version=\"1.0\"><dict>" + entries +
+         "</dict></plist>";
+}
+
+TEST(StripLayout, CellsStandCentredOnTheEdge) {
+  const QRectF screen(0, 0, 1000, 800);
+  const QRectF second(1000, 30, 500, 600);
+  struct Case {
+    const char* name;
+    QRectF available;
+    const char* orientation;
+    double wished;
+    DockTile::Place place;
+    QRectF strip;
+    QRectF tile;
+    double tileSize;
+  };
+  const Case cases[] = {
+      {"one", screen, "bottom", 48, {0, 1, 1}, {469, 752, 63, 48}, {475, 752, 51, 48}, 48},
+      {"second of ten",
+       screen,
+       "bottom",
+       48,
+       {1, 1, 10},
+       {239, 752, 522, 48},
+       {296, 752, 51, 48},
+       48},
+      {"wide", screen, "bottom", 48, {1, 3, 4}, {392, 752, 216, 48}, {449, 752, 153, 48}, 48},
+      {"left", screen, "left", 48, {0, 2, 2}, {0, 343, 48, 114}, {0, 349, 48, 102}, 48},
+      {"right", second, "right", 48, {0, 1, 1}, {1452, 299, 48, 63}, {1452, 305, 48, 51}, 48},
+      {"unknown is bottom",
+       screen,
+       "top",
+       48,
+       {0, 1, 1},
+       {469, 752, 63, 48},
+       {475, 752, 51, 48},
+       48},
+      {"shrinks to fit",
+       screen,
+       "bottom",
+       128,
+       {0, 1, 12},
+       {6, 724, 988, 76},
+       {15.5, 724, 80.75, 76},
+       76},
+      {"nonsense", screen, "bottom", 48, {-4, 0, 0}, {469, 752, 63, 48}, {475, 752, 51, 48}, 48},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    DockPreferences preferences;
+    preferences.orientation = c.orientation;
+    preferences.tileSize = c.wished;
+    const auto layout = StripLayout::make(c.available, preferences, c.place);
+    EXPECT_EQ(layout.strip, c.strip);
+    EXPECT_EQ(layout.tile, c.tile);
+    EXPECT_EQ(layout.tileSize, c.tileSize);
+  }
+}
+
+TEST(PopoverLayout, TheBodyStaysOnItsScreenAndTheArrowAtItsTile) {
+  using Arrow = PopoverLayout::Arrow;
+  const QRectF screen(0, 0, 1000, 800);
+  struct Case {
+    const char* name;
+    QPointF tip;
+    Arrow wished;
+    QSizeF size;
+    QRectF body;
+    Arrow arrow;
+  };
+  const Case cases[] = {
+      {"above", {500, 750}, Arrow::bottom, {280, 200}, {360, 541, 280, 200}, Arrow::bottom},
+      {"right of it", {50, 400}, Arrow::left, {280, 200}, {59, 300, 280, 200}, Arrow::left},
+      {"left of it", {950, 400}, Arrow::right, {280, 200}, {661, 300, 280, 200}, Arrow::right},
+      {"near the left end",
+       {60, 750},
+       Arrow::bottom,
+       {280, 200},
+       {0, 541, 280, 200},
+       Arrow::bottom},
+      {"near the right end",
+       {990, 750},
+       Arrow::bottom,
+       {280, 200},
+       {720, 541, 280, 200},
+       Arrow::bottom},
+      {"no room above", {500, 20}, Arrow::bottom, {280, 200}, {360, 29, 280, 200}, Arrow::top},
+      {"beyond the top", {500, -28}, Arrow::bottom, {280, 200}, {360, 9, 280, 200}, Arrow::top},
+      {"no room at all", {500, 400}, Arrow::bottom, {280, 900}, {360, 0, 280, 900}, Arrow::bottom},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    const auto layout = PopoverLayout::make(c.tip, c.wished, c.size, screen);
+    EXPECT_EQ(layout.body, c.body);
+    EXPECT_EQ(layout.arrow, c.arrow);
+    // One outline without a seam, which reaches as far as the arrow.
+    const QPainterPath outline = layout.outline();
+    EXPECT_EQ(outline.toSubpathPolygons().size(), 1);
+    EXPECT_TRUE(outline.contains(layout.body.center()));
+  }
+  const auto middle = PopoverLayout::make({500, 750}, Arrow::bottom, {280, 200}, screen);
+  EXPECT_NEAR(middle.frame().bottom(), 750, 0.01);
+  EXPECT_TRUE(middle.outline().contains(QPointF(500, 748)));
+}
+
+TEST(LinuxFileManager, FollowsTheBaseDirectories) {
+  struct Case {
+    const char* name;
+    LinuxFileManager::Environment environment;
+    const char* data;
+    const char* cache;
+    const char* configuration;
+  };
+  const Case cases[] = {
+      {"defaults", {{"HOME", "/h"}}, "/h/.local/share", "/h/.cache", "/h/.config"},
+      {"set",
+       {{"HOME", "/h"},
+        {"XDG_DATA_HOME", "/d"},
+        {"XDG_CACHE_HOME", "/c"},
+        {"XDG_CONFIG_HOME", "/e"}},
+       "/d",
+       "/c",
+       "/e"},
+      {"relative and empty count as unset",
+       {{"HOME", "/h"}, {"XDG_DATA_HOME", "d"}, {"XDG_CACHE_HOME", ""}, {"XDG_CONFIG_HOME", "~/e"}},
+       "/h/.local/share",
+       "/h/.cache",
+       "/h/.config"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    const LinuxFileManager files(c.environment);
+    EXPECT_EQ(files.applicationSupportFolder(), c.data);
+    EXPECT_EQ(files.cachesFolder(), c.cache);
+    EXPECT_EQ(files.configurationFolder(), c.configuration);
+  }
+  EXPECT_TRUE(LinuxFileManager(LinuxFileManager::Environment()).homeFolder().is_absolute())
+      << "the account's";
+}
+
+TEST(LinuxMainBundle, HardLinksOfOneProgramAreToldApart) {
+  const Folder folder;
+  for (const int slot : {3, 7}) {
+    const fs::path contents = "Tavrin Slot " + std::to_string(slot) + ".app/Contents";
+    folder.write(contents / "Info.plist",
+                 propertyList("<key>CFBundleIdentifier</key><string>dev.quellby.Tavrin.Slot" +
+                              std::to_string(slot) + "</string><key>TavrinSlot</key><integer>" +
+                              std::to_string(slot) +
+                              "</integer><key>Text</key><string>7</string>"));
+    fs::create_directories(folder.path / contents / "MacOS");
+    const fs::path program = folder.path / contents / "MacOS/TavrinSlot";
+    fs::create_hard_link(folder.write("program", "x"), program);
+    const LinuxMainBundle bundle(program);
+    EXPECT_EQ(bundle.path(), folder.path / contents.parent_path());
+    EXPECT_EQ(bundle.identifier(), "dev.quellby.Tavrin.Slot" + std::to_string(slot));
+    EXPECT_EQ(bundle.integer("TavrinSlot"), slot);
+    EXPECT_EQ(bundle.integer("Text"), std::nullopt);
+    EXPECT_EQ(bundle.string("TavrinSlot"), std::nullopt);
+  }
+  const LinuxMainBundle none(folder.path / "program");
+  EXPECT_EQ(none.path(), std::nullopt);
+  EXPECT_EQ(none.identifier(), std::nullopt);
+  folder.write("Broken.app/Contents/Info.plist", "<plist><dict><key>TavrinSlot");
+  const LinuxMainBundle broken(folder.path / "Broken.app/Contents/MacOS/TavrinSlot");
+  EXPECT_TRUE(broken.path());
+  EXPECT_EQ(broken.integer("TavrinSlot"), std::nullopt);
+}
+
+TEST(DockPreferences, DefaultsStandInForWhatIsMissingOrWrong) {
+  struct Case {
+    const char* name;
+    std::string text;
+    const char* orientation;
+    double tileSize;
+    bool magnification;
+  };
+  const Case cases[] = {
+      {"all",
+       propertyList("<key>orientation</key><string>left</string><key>tilesize</key>"
+                    "<real>64.5</real><key>magnification</key><true/>"),
+       "left", 64.5, true},
+      {"whole size", propertyList("<key>tilesize</key><integer>72</integer>"), "bottom", 72, false},
+      {"wrong types",
+       propertyList("<key>orientation</key><true/><key>tilesize</key>"
+                    "<string>64</string><key>magnification</key><integer>1</integer>"),
+       "bottom", 48, false},
+      {"an array", "<plist version=\"1.0\"><array/></plist>", "bottom", 48, false},
+      {"rubbish", "bplist00\xFF\xFF\xFF", "bottom", 48, false},
+      {"empty", "", "bottom", 48, false},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    const Folder home;
+    home.write("Library/Preferences/com.apple.dock.plist", c.text);
+    const auto preferences = readDockPreferences(home.path);
+    EXPECT_EQ(preferences.orientation, c.orientation);
+    EXPECT_EQ(preferences.tileSize, c.tileSize);
+    EXPECT_EQ(preferences.magnification, c.magnification);
+  }
+}
+
+TEST(JSONUserDefaults, ValuesOutliveTheProcessAndBadFilesAreKept) {
+  const Folder folder;
+  const fs::path file = folder.path / "tavrin/x.json";
+  Lines log;
+  {
+    JSONUserDefaults defaults(file, log);
+    EXPECT_EQ(defaults.value("a"), std::nullopt);
+    defaults.remove("a");
+    EXPECT_FALSE(fs::exists(file)) << "nothing to write yet";
+    defaults.set("a", JSONValue::parse("{\"n\":1.0}"));
+    defaults.set("b", "text");
+    defaults.remove("b");
+  }
+  struct stat status {};
+  ASSERT_EQ(::stat(file.c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 0777, 0600U);
+  EXPECT_EQ(JSONUserDefaults(file, log).value("a")->compact(), "{\"n\":1.0}");
+  EXPECT_EQ(JSONUserDefaults(file, log).value("b"), std::nullopt);
+  EXPECT_TRUE(log.lines.empty());
+
+  for (const char* text : {"{", "[1]", ""}) {
+    SCOPED_TRACE(text);
+    std::ofstream(file) << text;
+    log.lines.clear();
+    JSONUserDefaults defaults(file, log);
+    EXPECT_EQ(defaults.value("a"), std::nullopt);
+    EXPECT_EQ(log.lines.size(), 1U);
+    defaults.set("a", 5);
+    EXPECT_EQ(JSONUserDefaults(file, log).value("a"), JSONValue(5));
+    EXPECT_TRUE(fs::exists(file.string() + ".damaged"));
+  }
+}
+
+TEST(JSONUserDefaults, WhatCannotBeWrittenIsKeptInMemoryAndSaidOnce) {
+  const Folder folder;
+  const fs::path file = folder.write("no-folder", "") / "x.json";
+  Lines log;
+  JSONUserDefaults defaults(file, log);
+  defaults.set("a", 1);
+  const auto complaints = log.lines.size();
+  defaults.set("a", 2);
+  EXPECT_EQ(defaults.value("a"), JSONValue(2));
+  EXPECT_EQ(log.lines.size(), complaints);
+  ASSERT_FALSE(log.lines.empty());
+  EXPECT_TRUE(log.lines.back().starts_with("Failed to ")) << log.lines.back();
+}
+
+} // namespace
+} // namespace tavrin
+
+int main(int argc, char** argv) {
+  testing::InitGoogleTest(&argc, argv);
+  return RUN_ALL_TESTS();
+}

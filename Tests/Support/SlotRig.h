@@ -1,0 +1,46 @@
+#pragma once
+
+#include "TavrinSlot/DockPanelPresenter.h"
+#include "TavrinSlot/DockTileRenderer.h"
+#include "TavrinSlot/SlotContext.h"
+#include "Tests/Support/FakePlatform.h"
+
+#include <QPushButton>
+#include <gtest/gtest.h>
+
+namespace tavrin::test {
+
+/// A slot's surfaces on fakes, for one controller at a time.
+class SlotRig {
+public:
+  explicit SlotRig(Date now = {800'000'000}) : platform(now) {
+    platform.bundle.strings["CFBundleIdentifier"] = "dev.quellby.Tavrin.Slot3";
+  }
+  /// The controllers go before the panel that refers to them.
+  ~SlotRig() { panel.setRootView(nullptr); }
+
+  SlotContext context() {
+    return {platform, tile, panel, [this] { ++edits; }};
+  }
+  Date now() const { return platform.fakeClock.now(); }
+  void pass(double seconds) { platform.loop.advance(seconds); }
+
+  /// Presses the panel's button with that title, or that accessible name.
+  void press(const QString& title) {
+    ASSERT_NE(panel.rootView(), nullptr);
+    for (auto* button : panel.rootView()->findChildren<QPushButton*>())
+      if (!button->isHidden() && (button->text() == title || button->accessibleName() == title)) {
+        ASSERT_TRUE(button->isEnabled()) << title.toStdString();
+        button->click();
+        return;
+      }
+    ADD_FAILURE() << "no button " << title.toStdString();
+  }
+
+  FakePlatform platform;
+  DockTileRenderer tile{platform.tile};
+  DockPanelPresenter panel{platform.fakePopover, platform.geometry};
+  int edits = 0;
+};
+
+} // namespace tavrin::test

@@ -1,0 +1,68 @@
+#!/bin/bash
+# Runs a command on a desk of its own: an empty home, a session bus, and what else is asked for.
+#   desk.sh [bus] [x] [wm] [compositor] [tray] [notifications] [systemd] -- COMMAND...
+# Nothing of it is left when the command ends. Its exit status is the command's.
+set -u
+parts=" "
+while [ $# -gt 0 ] && [ "$1" != "--" ]; do parts="$parts$1 "; shift; done
+shift
+has() { [[ $parts == *" $1 "* ]]; }
+
+if [ -z "${DESK:-}" ]; then
+  export DESK=$(mktemp -d /tmp/tavrin-desk.XXXXXX)
+  export HOME=$DESK/home XDG_RUNTIME_DIR=$DESK/run GIO_USE_VFS=local NO_AT_BRIDGE=1
+  export DBUS_SESSION_BUS_ADDRESS=disabled: DBUS_SYSTEM_BUS_ADDRESS=disabled:
+  mkdir -p "$HOME" && mkdir -m 700 "$XDG_RUNTIME_DIR"
+  unset DISPLAY WAYLAND_DISPLAY XDG_DATA_HOME XDG_CONFIG_HOME XDG_CACHE_HOME QT_QPA_PLATFORM
+  trap 'rm -rf "$DESK"' EXIT
+  trap 'exit 143' TERM INT
+  if has bus; then
+    dbus-run-session -- "$0" $parts -- "$@"
+  else
+    "$0" $parts -- "$@"
+  fi
+  exit $?
+fi
+
+started=()
+begin() { "$@" >"$DESK/$(basename "$1").log" 2>&1 & started+=($!); }
+finish() {
+  for ((i = ${#started[@]} - 1; i >= 0; i--)); do kill "${started[i]}" 2>/dev/null; done
+  wait 2>/dev/null
+}
+trap finish EXIT
+trap 'exit 143' TERM INT
+# until CONDITION... ; at most ten seconds
+await() {
+  local end=$((SECONDS + 10))
+  while [ $SECONDS -lt $end ]; do "$@" >/dev/null 2>&1 && return 0; sleep .02; done
+  echo "desk: waited in vain for: $*" >&2
+  exit 99
+}
+owned() { gdbus call --session -d org.freedesktop.DBus -o /org/freedesktop/DBus -m org.freedesktop.DBus.NameHasOwner "$1" | grep -q true; }
+checked() { xprop -root _NET_SUPPORTING_WM_CHECK | grep -q 0x && xprop -root _NET_WORKAREA | grep -q =; }
+managed() { xprop -root _NET_CLIENT_LIST | grep -q 'window id'; }
+
+if has x; then
+  Xvfb -displayfd 3 -screen 0 "${DESK_SCREEN:-1280x800x24}" -nolisten tcp 3>"$DESK/display" >/dev/null 2>&1 &
+  started+=($!)
+  await test -s "$DESK/display"
+  export DISPLAY=:$(cat "$DESK/display")
+fi
+if has wm; then begin openbox; await managed; fi
+if has compositor; then begin xfwm4 --compositor=on --vblank=off; await checked; fi
+if has tray; then
+  settings=$HOME/.config/xfce4/xfconf/xfce-perchannel-xml
+  mkdir -p "$settings"
+  cat >"$settings/xfce4-panel.xml" <<'X'
+<channel name="xfce4-panel" version="1.0"><property name="configver" type="int" value="2"/>
+<property name="panels" type="array"><value type="int" value="1"/><property name="panel-1" type="empty"><property name="position" type="string" value="p=6;x=0;y=0"/><property name="length" type="uint" value="100"/><property name="size" type="uint" value="32"/><property name="plugin-ids" type="array"><value type="int" value="1"/></property></property></property><property name="plugins" type="empty"><property name="plugin-1" type="string" value="systray"/></property></channel>
+X
+  begin xfce4-panel --disable-wm-check
+  await owned org.kde.StatusNotifierWatcher
+fi
+mock=(/usr/bin/python3 -m dbusmock --session --template)
+if has notifications; then begin "${mock[@]}" notification_daemon; await owned org.freedesktop.Notifications; fi
+if has systemd; then begin "${mock[@]}" systemd; await owned org.freedesktop.systemd1; fi
+
+"$@"

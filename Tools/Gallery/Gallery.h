@@ -1,0 +1,36 @@
+#pragma once
+
+#include "TavrinWidgetsUI/Kit/PanelView.h"
+#include "TavrinWidgetsUI/Kit/TileLayout.h"
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace tavrin {
+
+/// A named tile to be looked at, made for the size asked for.
+struct GalleryTile {
+  std::string name;
+  int span = 1;
+  std::function<AnyView(const TileSize&)> view;
+};
+using GallerySheet = std::vector<GalleryTile>;
+
+/// A named panel state. What `make` makes may refer to statics of its file.
+struct GalleryPanel {
+  std::string name;
+  QColor tint;
+  std::function<PanelView*(const PanelAppearance&)> make;
+};
+using GalleryPanels = std::vector<GalleryPanel>;
+
+/// One function per family of kinds, in its own file; main.cpp lists them with their file names.
+GallerySheet kitGallery();
+GallerySheet timersGallery();
+GallerySheet simpleGallery();
+GallerySheet simpleWideGallery();
+GalleryPanels simplePanels();
+GalleryPanels timersPanels();
+
+} // namespace tavrin

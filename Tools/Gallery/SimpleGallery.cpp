@@ -1,0 +1,242 @@
+#include "TavrinWidgetsUI/ClockPanelView.h"
+#include "TavrinWidgetsUI/ClockViews.h"
+#include "TavrinWidgetsUI/CountdownPanelView.h"
+#include "TavrinWidgetsUI/CountdownViews.h"
+#include "TavrinWidgetsUI/NoteModel.h"
+#include "TavrinWidgetsUI/NotePanelView.h"
+#include "TavrinWidgetsUI/NoteViews.h"
+#include "TavrinWidgetsUI/SystemWidgetModel.h"
+#include "TavrinWidgetsUI/TimeProgressPanelView.h"
+#include "TavrinWidgetsUI/TimeProgressViews.h"
+#include "TavrinWidgetsUI/UnavailableViews.h"
+#include "Tests/Support/FakePlatform.h"
+#include "Tools/Gallery/Gallery.h"
+
+#include <deque>
+
+namespace tavrin {
+namespace {
+
+/// Wednesday, 9 September 2026, 22:08:42 in Berlin.
+constexpr Date evening = Date::fromUnixSeconds(1'788'984'522);
+constexpr Date morning = evening - 12.0 * 3600;
+const char* const shortNote = "Milk, bread\nCall Ada";
+const char* const longNote =
+    "Groceries: milk, bread, a kilogram of unreasonably small potatoes, soap, "
+    "Donaudampfschifffahrtsgesellschaftskapitän, and whatever looks good. Then home.";
+
+const Calendar& german() {
+  static const Calendar calendar("Europe/Berlin", "de_DE");
+  return calendar;
+}
+const Calendar& american() {
+  static const Calendar calendar("Europe/Berlin", "en_US");
+  return calendar;
+}
+
+struct ClockCase {
+  const char* name;
+  ClockSettings settings;
+  Date date;
+  Calendar calendar;
+};
+
+std::vector<ClockCase> clockCases() {
+  std::vector<ClockCase> cases;
+  const auto add = [&](const char* name, bool showsSeconds, bool isAnalog, Date date,
+                       const Calendar& calendar, const char* zone = nullptr) {
+    ClockSettings settings;
+    settings.showsSeconds = showsSeconds;
+    settings.isAnalog = isAnalog;
+    if (zone != nullptr)
+      settings.timeZoneID = zone;
+    cases.push_back({name, settings, date, calendar});
+  };
+  add("24 h", false, false, evening, german());
+  add("24 h s", true, false, evening, german());
+  add("12 h", false, false, morning, american());
+  add("12 h s", true, false, evening, american());
+  add("face", false, true, morning, german());
+  add("face s", true, true, morning, german());
+  add("night", false, true, evening, german());
+  add("night s", true, true, evening, german());
+  add("Auckland", false, false, evening, american(), "Pacific/Auckland");
+  add("B. Aires", true, false, evening, german(), "America/Argentina/Buenos_Aires");
+  return cases;
+}
+
+struct CountdownCase {
+  const char* name;
+  const char* title;
+  double left;
+  bool countsUpAfter = false;
+};
+
+constexpr CountdownCase countdownCases[] = {
+    {"10 years", "Retirement", 3652 * 86'400.0 + 5000},
+    {"99 days", "Grandmother's birthday", 99 * 86'400.0 + 83'000},
+    {"14 days", "Holiday", 14 * 86'400.0},
+    {"3 days", "Launch", 3 * 86'400.0 + 15'000},
+    {"a day", "Launch", 86'399},
+    {"4 hours", "Launch", 4 * 3600 + 309},
+    {"59 min", "Launch", 59 * 60 + 59},
+    {"59 s", "Launch", 59},
+    {"done", "Launch", -5},
+    {"since 5 s", "Launch", -5, true},
+    {"since 2 d", "Grandmother's birthday", -2 * 86'400.0 - 8000, true},
+};
+
+CountdownSettings settingsOf(const CountdownCase& countdown) {
+  return {evening + countdown.left, countdown.countsUpAfter};
+}
+
+struct NoteCase {
+  const char* name;
+  const char* text;
+  const char* paper;
+};
+
+constexpr NoteCase noteCases[] = {
+    {"empty", "", "#FBBF24"},       {"short", shortNote, "#FBBF24"}, {"long", longNote, "#FBBF24"},
+    {"blue", longNote, "#0A84FF"},  {"black", shortNote, "#000000"}, {"white", longNote, "#FFFFFF"},
+    {"grey", shortNote, "#777777"}, {"pink", shortNote, "#FF9EC4"},
+};
+
+void addClocks(GallerySheet& sheet, int span) {
+  for (const auto& clock : clockCases()) {
+    const auto reading = ClockReader(clock.settings, clock.calendar).at(clock.date);
+    sheet.push_back({clock.name, span, [reading](const TileSize& size) {
+                       return size.isWide() ? clockWideTile(reading, size)
+                                            : clockTileIcon(reading, size);
+                     }});
+  }
+}
+
+void addCountdowns(GallerySheet& sheet, int span) {
+  for (const auto& countdown : countdownCases)
+    sheet.push_back(
+        {countdown.name, span, [countdown](const TileSize& size) {
+           return size.isWide()
+                      ? countdownWideTile(countdown.title, settingsOf(countdown), evening, size)
+                      : countdownTileIcon(countdown.title, settingsOf(countdown), evening, size);
+         }});
+}
+
+void addTimeProgress(GallerySheet& sheet, int span) {
+  for (const auto scope : allTimeProgressScopes) {
+    const auto reading = TimeProgressReading::at(morning, scope, german());
+    sheet.push_back({std::string(title(scope)), span, [reading](const TileSize& size) {
+                       return size.isWide() ? timeProgressWideTile(reading, size)
+                                            : timeProgressTileIcon(reading, size);
+                     }});
+  }
+  TimeProgressReading fresh{.scope = TimeProgressScope::year, .left = "365 days"};
+  sheet.push_back({"100 %", span, [fresh](const TileSize& size) {
+                     return size.isWide() ? timeProgressWideTile(fresh, size)
+                                          : timeProgressTileIcon(fresh, size);
+                   }});
+}
+
+void addNotes(GallerySheet& sheet, int span) {
+  for (const auto& note : noteCases)
+    sheet.push_back({note.name, span, [note](const TileSize& size) {
+                       const NoteSettings settings{note.text, note.paper};
+                       return size.isWide() ? noteWideTile(settings, size)
+                                            : noteTileIcon(settings, size);
+                     }});
+}
+
+void addUnavailable(GallerySheet& sheet, int span) {
+  for (const char* key : {"weather", "github", "keyboardLock"})
+    sheet.push_back({key, span, [key, span](const TileSize& size) {
+                       const auto kind = *freshKind(key, evening);
+                       return unavailableTile(
+                           DockWidget({}, std::string(kind.title()), 1, kind, span), size);
+                     }});
+}
+
+/// A widget on a desktop of its own, for as long as the gallery runs.
+struct Stand {
+  Stand(const char* name, DockWidget::Kind kind, Date now)
+      : platform(now), model(platform.fakeClock, platform.loop, platform.fakeWorkspace,
+                             DockWidget({}, name, 1, std::move(kind), 1)) {
+    model.isPanelShown = [] { return true; };
+  }
+  test::FakePlatform platform;
+  SystemWidgetModel model;
+};
+
+SystemWidgetModel& modelOf(const char* name, DockWidget::Kind kind, Date now) {
+  static std::deque<Stand> stands;
+  return stands.emplace_back(name, std::move(kind), now).model;
+}
+
+NoteModel& noteModel(const NoteSettings& settings) {
+  static test::FakePlatform platform(evening);
+  static std::deque<NoteModel> notes;
+  return notes.emplace_back(platform.fakeClock, platform.loop, settings);
+}
+
+GallerySheet sheetOf(std::initializer_list<int> spans) {
+  GallerySheet sheet;
+  for (const int span : spans) {
+    addClocks(sheet, span);
+    addCountdowns(sheet, span);
+    addTimeProgress(sheet, span);
+    addNotes(sheet, span);
+    addUnavailable(sheet, span);
+  }
+  return sheet;
+}
+
+template <class Panel>
+GalleryPanel panelOf(const char* name, const char* title, DockWidget::Kind kind, const QColor& tint,
+                     Date now = evening) {
+  return {name, tint, [=](const PanelAppearance& look) {
+            return new Panel(look, modelOf(title, kind, now), [] {});
+          }};
+}
+
+} // namespace
+
+GallerySheet simpleGallery() {
+  return sheetOf({1});
+}
+GallerySheet simpleWideGallery() {
+  return sheetOf({2, 4});
+}
+
+GalleryPanels simplePanels() {
+  GalleryPanels panels;
+  for (const auto& clock : clockCases())
+    panels.push_back(
+        panelOf<ClockPanelView>(clock.name, "Clock", clock.settings, clockTint, clock.date));
+  for (const auto& countdown : countdownCases)
+    panels.push_back(panelOf<CountdownPanelView>(countdown.name, countdown.title,
+                                                 settingsOf(countdown), countdownAccent));
+  for (const auto scope : allTimeProgressScopes)
+    panels.push_back(panelOf<TimeProgressPanelView>("progress", "Time Progress",
+                                                    TimeProgressSettings{scope},
+                                                    timeProgressTint(scope), morning));
+  for (const auto& note : noteCases)
+    panels.push_back({note.name, notePaper(note.paper), [note](const PanelAppearance& look) {
+                        return new NotePanelView(
+                            look, noteModel({note.text, note.paper}), [] { return "Note"; }, [] {});
+                      }});
+  panels.push_back({"conflict", notePaper("#FBBF24"), [](const PanelAppearance& look) {
+                      auto& model = noteModel({shortNote, "#FBBF24"});
+                      model.edit(std::string(shortNote) + "\nBuy flowers");
+                      model.settingsChanged({longNote, "#FBBF24"});
+                      return new NotePanelView(
+                          look, model, [] { return "Note"; }, [] {});
+                    }});
+  panels.push_back({"unavailable", palette::blue, [](const PanelAppearance& look) {
+                      static const DockWidget widget({}, "Weather", 1,
+                                                     *freshKind("weather", evening), 2);
+                      return new UnavailablePanelView(
+                          look, []() -> const DockWidget& { return widget; }, [] {});
+                    }});
+  return panels;
+}
+
+} // namespace tavrin
