@@ -1,3 +1,4 @@
+#include "TavrinCore/Base/Errors.h"
 #include "TavrinStorage/BackupManager.h"
 #include "TavrinStorage/CFPreferencesBackend.h"
 #include "TavrinStorage/FilePreferencesService.h"
@@ -315,9 +316,11 @@ TEST_F(SwitcherTest, CapturesAppliesAndActivates) {
   store.remove(work);
   EXPECT_FALSE(ProfileStore(store.url()).file().activeProfileId);
   const auto text = work.text();
+  Profile gone;
+  gone.id = work;
   for (const auto& sentence : {errorOf<DockError>([&] { switcher.switchTo(work); }),
                                errorOf<DockError>([&] { switcher.activate(work); }),
-                               errorOf<DockError>([&] { store.update({.id = work, .name = ""}); })})
+                               errorOf<DockError>([&] { store.update(gone); })})
     EXPECT_EQ(sentence, "Failed to find profile with id " + text);
 }
 
