@@ -125,15 +125,19 @@ void create(HostContext& context, WorkspaceBackup::Reason reason) {
 void addBackupCommands(CLI::App& app, HostContext& context) {
   auto* backups = app.add_subcommand("backups", "Backups of all profiles and widgets");
   backups->require_subcommand(1);
+  HostContext::examples(*backups, {{"tavrin backups list", "what there is"},
+                                   {"tavrin backups restore latest", "go back"}});
 
   auto* listing = backups->add_subcommand("list", "List the backups, the newest first");
   context.addJSONFlag(*listing);
+  HostContext::examples(*listing, {{"tavrin backups list --json", "for scripts"}});
   listing->callback([&context] { list(context); });
 
   auto* showing = backups->add_subcommand("show", "Say what a backup holds");
   auto shown = std::make_shared<std::string>();
   addBackupArgument(*showing, context, *shown);
   context.addJSONFlag(*showing);
+  HostContext::examples(*showing, {{"tavrin backups show latest", "the newest one"}});
   showing->callback([shown, &context] { show(context, *shown); });
 
   auto* restoring = backups->add_subcommand("restore", "Bring back profiles and widgets");
@@ -150,6 +154,7 @@ void addBackupCommands(CLI::App& app, HostContext& context) {
   creating->add_option("--reason", *reason, "launch or quit")
       ->check(CLI::IsMember({"launch", "quit"}));
   context.addJSONFlag(*creating);
+  HostContext::examples(*creating, {{"tavrin backups create", "before an experiment"}});
   creating->callback(
       [reason, &context] { create(context, *enumNamed<WorkspaceBackup::Reason>(*reason)); });
 }

@@ -258,6 +258,8 @@ void addDiff(CLI::App& dock, HostContext& context) {
 void addDockCommands(CLI::App& app, HostContext& context) {
   auto* dock = app.add_subcommand("dock", "The Dock's own items");
   dock->require_subcommand(1);
+  HostContext::examples(*dock, {{"tavrin dock show", "what is in it"},
+                                {"tavrin dock undo", "the Dock before the last change"}});
   addShow(*dock, context);
   addFind(*dock, context);
   addChanges(*dock, context);

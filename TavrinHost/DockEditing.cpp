@@ -10,6 +10,7 @@ namespace tavrin {
 namespace {
 
 template <class... F> struct Overloaded : F... { using F::operator()...; };
+template <class... F> Overloaded(F...) -> Overloaded<F...>;
 
 std::vector<DockItem>& sectionOf(DockSnapshot& dock, DockSection section) {
   return section == DockSection::apps ? dock.apps : dock.others;

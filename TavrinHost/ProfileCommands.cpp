@@ -138,6 +138,8 @@ void addCapture(CLI::App& profiles, HostContext& context) {
   addProfileArgument(*command, context, *name)
       ->description("A profile's name or identifier; the active one when left out");
   context.addJSONFlag(*command);
+  HostContext::examples(*command, {{"tavrin profiles capture", "the active profile"},
+                                   {"tavrin profiles capture Work", "another one"}});
   command->callback([name, &context] {
     DockLibrary library(context);
     bool isChanged = false;
@@ -210,6 +212,7 @@ void addApply(CLI::App& profiles, HostContext& context) {
       profiles.add_subcommand("apply", "Put the active profile into the Dock where they differ");
   auto options = std::make_shared<SwitchOptions>();
   options->addTo(*command, context);
+  HostContext::examples(*command, {{"tavrin profiles apply --dry-run", "see what would change"}});
   command->callback([options, &context] {
     DockLibrary library(context, options->restarts);
     const auto& active = library.profiles().file().activeProfileId;
@@ -223,13 +226,14 @@ void addApply(CLI::App& profiles, HostContext& context) {
 
 /// A command that changes one profile's record.
 void addChange(CLI::App& profiles, HostContext& context, const char* name, const char* meaning,
-               const char* value, const char* valueMeaning,
+               const char* value, const char* valueMeaning, const char* example,
                std::function<void(Profile&, const std::string&)> apply) {
   auto* command = profiles.add_subcommand(name, meaning);
   auto words = std::make_shared<std::pair<std::string, std::string>>();
   addProfileArgument(*command, context, words->first)->required();
   command->add_option(value, words->second, valueMeaning)->required();
   context.addJSONFlag(*command);
+  HostContext::examples(*command, {{example, meaning}});
   command->callback([words, apply = std::move(apply), &context] {
     DockLibrary library(context);
     auto profile = library.profile(words->first);
@@ -241,14 +245,15 @@ void addChange(CLI::App& profiles, HostContext& context, const char* name, const
 
 void addRecordCommands(CLI::App& profiles, HostContext& context) {
   addChange(profiles, context, "rename", "Give a profile another name", "NAME", "The new name",
+            "tavrin profiles rename Work Job",
             [](Profile& profile, const std::string& name) { profile.name = requiredName(name); });
   addChange(profiles, context, "hotkey", "Bind a profile to a shortcut", "KEYS",
-            "Such as ctrl+alt+1; none for no shortcut",
+            "Such as ctrl+alt+1; none for no shortcut", "tavrin profiles hotkey Work ctrl+alt+1",
             [](Profile& profile, const std::string& keys) {
               profile.hotkey = keys == "none" ? std::nullopt : std::optional(hotkeyFromText(keys));
             });
   addChange(profiles, context, "focus", "Bind a profile to the Focus state", "STATE",
-            "on, off, a Focus mode's name, or none",
+            "on, off, a Focus mode's name, or none", "tavrin profiles focus Calm on",
             [](Profile& profile, const std::string& state) {
               profile.focusModeBinding = state == "none" ? std::nullopt : std::optional(state);
             });
@@ -256,6 +261,7 @@ void addRecordCommands(CLI::App& profiles, HostContext& context) {
   auto name = std::make_shared<std::string>();
   addProfileArgument(*command, context, *name)->required();
   context.addJSONFlag(*command);
+  HostContext::examples(*command, {{"tavrin profiles delete Work", "the Dock stays as it is"}});
   command->callback([name, &context] {
     DockLibrary library(context);
     const Profile profile = library.profile(*name);
@@ -302,6 +308,7 @@ void addImport(CLI::App& profiles, HostContext& context) {
   auto source = std::make_shared<std::string>();
   command->add_option("FILE", *source, "A file; - is the standard input")->required();
   context.addJSONFlag(*command);
+  HostContext::examples(*command, {{"tavrin profiles import work.json", "beside those there are"}});
   command->callback([source, &context] {
     DockLibrary library(context);
     std::vector<Profile> imported;
@@ -332,8 +339,11 @@ void addImport(CLI::App& profiles, HostContext& context) {
 void addProfileCommands(CLI::App& app, HostContext& context) {
   auto* profiles = app.add_subcommand("profiles", "Named Dock layouts");
   profiles->require_subcommand(1);
+  HostContext::examples(*profiles, {{"tavrin profiles create Work", "the Dock as it is"},
+                                    {"tavrin profiles switch Work", "back to it"}});
   auto* listing = profiles->add_subcommand("list", "List the profiles");
   context.addJSONFlag(*listing);
+  HostContext::examples(*listing, {{"tavrin profiles list", "the active one has a star"}});
   listing->callback([&context] { list(context); });
   addCreate(*profiles, context);
   addCapture(*profiles, context);

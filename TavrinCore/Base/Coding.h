@@ -252,10 +252,10 @@ template <Record R> struct RecordCoder {
   /// The members of an object that the table does not name.
   static JSONValue::Object unknownMembers(const JSONValue& json) {
     JSONValue::Object unknown;
-    for (const auto& [key, value] : *json.object())
-      if (!std::apply([&](const auto&... field) { return ((field.key == key) || ...); },
+    for (const auto& member : *json.object())
+      if (!std::apply([&](const auto&... field) { return ((field.key == member.first) || ...); },
                       R::fields()))
-        unknown.emplace(key, value);
+        unknown.insert(member);
     return unknown;
   }
 };

@@ -7,6 +7,7 @@ namespace tavrin {
 namespace {
 
 template <class... F> struct Overloaded : F... { using F::operator()...; };
+template <class... F> Overloaded(F...) -> Overloaded<F...>;
 
 std::string lastComponent(const std::string& path) {
   const auto slash = path.rfind('/');
