@@ -38,13 +38,13 @@ std::optional<UUID> profileForFocus(const ProfilesFile& file, bool isFocused) {
 
 FocusSession::FocusSession(HostContext& context, const FocusOptions& options)
     : context_(context), options_(options),
-      monitor_(context.platform().dockServices().runLoop(),
-               context.platform().dockServices().focusStatus(), options.interval,
-               Log(context.platform().dockServices().log(), "focus")),
       queue_(context.platform().dockServices().runLoop().makeSerialQueue()) {
+  auto& services = context.platform().dockServices();
+  monitor_.emplace(services.runLoop(), services.focusStatus(), options.interval,
+                   Log(services.log(), "focus"));
   // Made here, so that the queue does not make them at the same time as the main thread.
-  context.platform().dockServices().preferences();
-  context.platform().dockServices().dockProcess();
+  services.preferences();
+  services.dockProcess();
 }
 
 void FocusSession::start() {
@@ -53,12 +53,13 @@ void FocusSession::start() {
     context_.remark("The Focus state cannot be read here; shortcuts alone switch profiles");
   refreshShortcuts();
   refresh_ = services.runLoop().repeat(shortcutInterval, [this] { refreshShortcuts(); });
-  monitor_.start(
+  monitor_->start(
       [this](bool isFocused) { queue_->run([this, isFocused] { focusChanged(isFocused); }); });
 }
 
 void FocusSession::stop() {
-  monitor_.stop();
+  // Waits for the question that runs: its answer goes to the queue.
+  monitor_.reset();
   refresh_.reset();
   alive_.reset();
   queue_.reset();

@@ -45,7 +45,7 @@ private:
   std::optional<UUID> duringFocus_;
   TokenPtr refresh_;
   std::shared_ptr<int> alive_ = std::make_shared<int>();
-  FocusModeMonitor monitor_;
+  std::optional<FocusModeMonitor> monitor_;
   std::unique_ptr<SerialQueue> queue_;
 };
 

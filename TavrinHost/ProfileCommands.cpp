@@ -174,6 +174,13 @@ struct SwitchOptions {
   }
 };
 
+JSONValue unchangedJSON(const Profile& profile) {
+  auto json = changesJSON({});
+  json.object()->emplace("profile", profile.id.text());
+  json.object()->emplace("written", false);
+  return json;
+}
+
 /// What putting a profile into the Dock changes there, and doing it.
 void change(HostContext& context, DockLibrary& library, const Profile& profile, bool isDryRun,
             const std::function<void()>& work) {
@@ -202,6 +209,14 @@ void addSwitch(CLI::App& profiles, HostContext& context) {
   command->callback([options, &context] {
     DockLibrary library(context, options->restarts);
     const Profile profile = library.profile(options->name);
+    if (library.profiles().file().activeProfileId == profile.id) {
+      context.remark(fmt::format("\"{}\" is the active profile already; `tavrin profiles apply` "
+                                 "puts it into the Dock anew",
+                                 printable(profile.name)));
+      if (context.printsJSON())
+        context.print(unchangedJSON(profile));
+      return;
+    }
     change(context, library, profile, options->isDryRun,
            [&] { library.switcher().switchTo(profile.id); });
   });
