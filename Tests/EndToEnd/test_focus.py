@@ -101,7 +101,8 @@ class Shortcuts(FocusTest):
         self.expect("Day")
         # A profile's own shortcut is taken up while the program runs; Num Lock does not matter.
         self.desk.run(str(TAVRIN), "profiles", "hotkey", "Calm", "super+shift+k")
-        wait_for(lambda: self.switches("super+shift+k", "Calm"), "the new shortcut", pause=0.2)
+        wait_for(lambda: self.switches("super+shift+k", "Calm"), "the new shortcut", seconds=15,
+                 pause=0.2)
         self.desk.run("xdotool", "key", "Num_Lock")
         self.desk.run("xdotool", "key", "ctrl+alt+1")
         self.expect("Day")

@@ -1,3 +1,4 @@
+#include "TavrinCore/Dock/DockTileMapping.h"
 #include "TavrinHost/FocusSession.h"
 #include "TavrinHost/HotkeyText.h"
 #include "TavrinStorage/AtomicFile.h"

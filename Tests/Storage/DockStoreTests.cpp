@@ -307,7 +307,7 @@ TEST_F(SwitcherTest, CapturesAppliesAndActivates) {
   EXPECT_EQ(reloader->count, 0);
   EXPECT_TRUE(switcher.captureCurrentDock());
   EXPECT_FALSE(switcher.captureCurrentDock());
-  EXPECT_EQ(store.profile(work)->items, std::vector{app("/a")});
+  EXPECT_EQ(appPaths(store.profile(work)->snapshot({})), std::vector<std::string>{"/a"});
   EXPECT_FALSE(switcher.applyActiveProfile());
   DockPlistWriter{dock}.write(layout({"/z"}));
   EXPECT_TRUE(switcher.applyActiveProfile());

@@ -74,9 +74,11 @@ TEST_F(WorkspaceBackupTest, RestoresAndKeepsWhatWas) {
   store.restore(*old, moment + 60);
   EXPECT_EQ(contents(folder / "profiles.json"), contents(old->url / "profiles.json"));
   EXPECT_EQ(kept, "2026-11-14T21-21-47.123Z-restore");
-  // The files as they are equal the newest backup: that one is named, and none is made.
-  store.restore(store.list().front(), moment + 120);
-  store.restore(store.list().front(), moment + 180);
+  // Where the files as they are equal the newest backup, that one is named and none is made.
+  write(3);
+  const auto newest = store.backUp(Reason::quit, moment + 120);
+  store.restore(*old, moment + 180);
+  EXPECT_EQ(kept, newest->id());
   EXPECT_EQ(ids().size(), 3U);
   fs::remove(old->url / "widgets.json");
   put(folder / "widgets.json", "mine");
