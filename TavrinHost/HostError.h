@@ -20,6 +20,16 @@ enum class ExitCode {
   refusedValue = 5,
   /// All twelve slots are taken.
   noFreeSlot = 6,
+  /// The Dock layer's failures, one each.
+  dockPlistNotFound = 10,
+  dockPlistUnreadable = 11,
+  dockPlistMalformed = 12,
+  dockPlistUnwritable = 13,
+  unsupportedDockItem = 14,
+  dockReloadFailed = 15,
+  fileNotFound = 16,
+  profileNotFound = 17,
+  noBackup = 18,
 };
 
 /// Ends a command. `what()` is a whole sentence for the user, without a full stop.

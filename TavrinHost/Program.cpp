@@ -1,7 +1,12 @@
 #include "TavrinHost/Program.h"
 
+#include "TavrinHost/BackupCommands.h"
 #include "TavrinHost/CompletionCommands.h"
+#include "TavrinHost/DockCommands.h"
+#include "TavrinHost/DockLibrary.h"
 #include "TavrinHost/EditService.h"
+#include "TavrinHost/FocusCommands.h"
+#include "TavrinHost/ProfileCommands.h"
 #include "TavrinHost/SlotCommands.h"
 #include "TavrinHost/WidgetCommands.h"
 
@@ -20,7 +25,10 @@ Exit status:
   3  no widget, kind, setting or slot of that name
   4  several go by that name
   5  the value is not one the setting takes
-  6  all twelve slots are taken)";
+  6  all twelve slots are taken
+  10 to 18  the Dock: its file not found, unreadable, malformed, not writable; an
+     unsupported item; the Dock did not restart as it should; a file to add, a
+     profile, or a backup not found)";
 
 /// The innermost command that was named, whose help is the one to point at.
 std::string commandPath(const CLI::App& app) {
@@ -55,6 +63,10 @@ std::unique_ptr<CLI::App> makeCommandLine(HostContext& context) {
   addWidgetCommands(*app, context);
   addSlotCommands(*app, context);
   addEditCommands(*app, context);
+  addDockCommands(*app, context);
+  addProfileCommands(*app, context);
+  addBackupCommands(*app, context);
+  addFocusCommands(*app, context);
   addCompletionCommands(*app, context);
   HostContext::examples(*app, {{"tavrin start", "put the placed widgets on the screen"},
                                {"tavrin widgets", "list what there is"},
@@ -79,6 +91,9 @@ int runCommandLine(HostContext& context, const std::vector<std::string>& words) 
   } catch (const HostError& error) {
     context.remark(fmt::format("tavrin: {}", printable(error.what())));
     return static_cast<int>(error.code());
+  } catch (const DockError& error) {
+    context.remark(fmt::format("tavrin: {}", printable(error.what())));
+    return static_cast<int>(exitCode(error));
   } catch (const std::exception& error) {
     context.remark(fmt::format("tavrin: {}", printable(error.what())));
     return static_cast<int>(ExitCode::failed);

@@ -1,6 +1,7 @@
 #include "TavrinHost/SlotCommands.h"
 
 #include "TavrinCore/Widgets/DockSlot.h"
+#include "TavrinHost/BackupCommands.h"
 #include "TavrinHost/SlotControl.h"
 #include "TavrinHost/StarterSet.h"
 
@@ -99,6 +100,7 @@ void start(HostContext& context, const Words& references, bool wantsStarterSet) 
   if (slots.empty())
     throw HostError(ExitCode::notFound,
                     "no widget is placed; `tavrin widgets place NAME` gives one a slot");
+  backUpWorkspace(context, WorkspaceBackup::Reason::launch);
   SlotControl control(context);
   const auto outcomes = control.start(slots);
   control.startEditor();
@@ -110,8 +112,10 @@ void stop(HostContext& context, const Words& references) {
   SlotControl control(context);
   const auto outcomes =
       control.stop(references.empty() ? allSlots() : slotsNamed(library, references));
-  if (references.empty())
+  if (references.empty()) {
     control.stopEditor();
+    backUpWorkspace(context, WorkspaceBackup::Reason::quit);
+  }
   if (outcomes.empty())
     context.say("Nothing runs.");
   report(context, library, outcomes);

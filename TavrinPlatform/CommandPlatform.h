@@ -2,6 +2,7 @@
 
 #include "TavrinPlatform/Clock.h"
 #include "TavrinPlatform/DistributedNotificationCenter.h"
+#include "TavrinPlatform/DockServices.h"
 #include "TavrinPlatform/FileManager.h"
 #include "TavrinPlatform/MainBundle.h"
 #include "TavrinPlatform/RunningApplications.h"
@@ -21,6 +22,7 @@ public:
   virtual MainBundle& mainBundle() = 0;
   virtual DistributedNotificationCenter& notifications() = 0;
   virtual RunningApplications& applications() = 0;
+  virtual DockServices& dockServices() = 0;
 
   /// The file this program was started from, links resolved.
   virtual std::filesystem::path program() = 0;

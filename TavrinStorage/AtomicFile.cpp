@@ -19,7 +19,7 @@ constexpr std::string_view temporarySuffix = ".tmp";
 constexpr std::time_t abandonedAfterSeconds = 3600;
 
 [[noreturn]] void fail(const std::string& stage, const fs::path& file, std::string_view reason) {
-  throw FileError(failure(stage + " " + file.string(), reason));
+  throw FileError(failure(stage + " " + file.string(), reason), reason);
 }
 
 [[noreturn]] void failWithErrno(const std::string& stage, const fs::path& file) {

@@ -232,7 +232,8 @@ void encodeField(const R& record, const Field<R, M>& field, JSONValue::Object& o
 
 } // namespace detail
 
-template <Record R> struct Coder<R> {
+/// The coding that a record's table gives, also for those that specialise `Coder` around it.
+template <Record R> struct RecordCoder {
   static R decode(const JSONValue& json) {
     const auto* object = json.object();
     if (object == nullptr)
@@ -248,7 +249,18 @@ template <Record R> struct Coder<R> {
                R::fields());
     return object;
   }
+  /// The members of an object that the table does not name.
+  static JSONValue::Object unknownMembers(const JSONValue& json) {
+    JSONValue::Object unknown;
+    for (const auto& member : *json.object())
+      if (!std::apply([&](const auto&... field) { return ((field.key == member.first) || ...); },
+                      R::fields()))
+        unknown.insert(member);
+    return unknown;
+  }
 };
+
+template <Record R> struct Coder<R> : RecordCoder<R> {};
 
 template <> struct Coder<bool> {
   static bool decode(const JSONValue& json);

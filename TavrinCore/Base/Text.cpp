@@ -1,5 +1,7 @@
 #include "TavrinCore/Base/Text.h"
 
+#include <unicode/ustring.h>
+
 #include <cstdint>
 #include <unicode/uchar.h>
 #include <unicode/utf8.h>
@@ -28,6 +30,13 @@ std::string_view trimmed(std::string_view text) {
     end = previous;
   }
   return text.substr(static_cast<std::size_t>(start), static_cast<std::size_t>(end - start));
+}
+
+bool isUTF8(std::string_view text) {
+  int32_t length = 0;
+  UErrorCode error = U_ZERO_ERROR;
+  u_strFromUTF8(nullptr, 0, &length, text.data(), static_cast<int32_t>(text.size()), &error);
+  return U_SUCCESS(error) || error == U_BUFFER_OVERFLOW_ERROR;
 }
 
 } // namespace tavrin

@@ -91,6 +91,16 @@ RunningApplications& LinuxCommandPlatform::applications() {
   return *applications_;
 }
 
+DockServices& LinuxCommandPlatform::dockServices() {
+  if (!dockServices_)
+    dockServices_ =
+        std::make_unique<LinuxDockServices>(fileManager_.homeFolder(), [this]() -> RunLoop& {
+          startEventLoop();
+          return *runLoop_;
+        });
+  return *dockServices_;
+}
+
 std::filesystem::path LinuxCommandPlatform::program() {
   std::error_code error;
   return std::filesystem::read_symlink("/proc/self/exe", error);

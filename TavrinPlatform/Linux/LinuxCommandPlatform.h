@@ -3,6 +3,7 @@
 #include "TavrinPlatform/CommandPlatform.h"
 #include "TavrinPlatform/Linux/Bus.h"
 #include "TavrinPlatform/Linux/BusNotificationCenter.h"
+#include "TavrinPlatform/Linux/LinuxDockServices.h"
 #include "TavrinPlatform/Linux/LinuxFileManager.h"
 #include "TavrinPlatform/Linux/LinuxMainBundle.h"
 #include "TavrinPlatform/Linux/LinuxRunningApplications.h"
@@ -27,6 +28,7 @@ public:
   MainBundle& mainBundle() override { return mainBundle_; }
   DistributedNotificationCenter& notifications() override;
   RunningApplications& applications() override;
+  DockServices& dockServices() override;
   std::filesystem::path program() override;
   void wait(double seconds) override;
   void waitForEvent() override;
@@ -47,6 +49,7 @@ private:
   std::unique_ptr<Bus> bus_;
   std::unique_ptr<BusNotificationCenter> notifications_;
   std::unique_ptr<LinuxRunningApplications> applications_;
+  std::unique_ptr<LinuxDockServices> dockServices_;
 };
 
 } // namespace tavrin

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TavrinHost/Program.h"
+#include "Tests/Host/FakeDockServices.h"
 #include "Tests/Support/FakePlatform.h"
 
 #include <cstdlib>
@@ -74,6 +75,7 @@ public:
   MainBundle& mainBundle() override { return bundle; }
   DistributedNotificationCenter& notifications() override { return center; }
   RunningApplications& applications() override { return running; }
+  DockServices& dockServices() override { return dock; }
   std::filesystem::path program() override { return "/opt/tavrin/bin/tavrin"; }
   void wait(double seconds) override { waited += seconds; }
   void waitForEvent() override {}
@@ -97,6 +99,7 @@ public:
   FakeFileManager files;
   FakeMainBundle bundle;
   FakeRunningApplications running;
+  FakeDockServices dock{files};
   double waited = 0;
   std::function<int(const std::vector<std::string>&)> editor;
 };

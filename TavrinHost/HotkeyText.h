@@ -1,0 +1,21 @@
+#pragma once
+
+#include "TavrinCore/Dock/Hotkey.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace tavrin {
+
+/// Reads "ctrl+alt+1", "command+shift+F5" and the like, case aside; "super" and "cmd" are command,
+/// "alt" is option. Throws HostError (refusedValue) for an unknown key or modifier, and for
+/// modifiers that are too few for a shortcut that works everywhere.
+Hotkey hotkeyFromText(std::string_view text);
+/// The modifiers alone, "ctrl+alt".
+HotkeyModifiers modifiersFromText(std::string_view text);
+
+/// "⌃⌥1"; a key without a name here is shown by its number.
+std::string hotkeyText(const Hotkey& hotkey);
+
+} // namespace tavrin

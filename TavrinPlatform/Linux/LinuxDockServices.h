@@ -1,0 +1,36 @@
+#pragma once
+
+#include "TavrinPlatform/DockServices.h"
+#include "TavrinPlatform/Linux/LinuxDockProcess.h"
+#include "TavrinPlatform/Linux/LinuxFocusStatusProvider.h"
+#include "TavrinPlatform/Linux/LinuxSystemLog.h"
+#include "TavrinStorage/FilePreferencesService.h"
+
+#include <functional>
+
+namespace tavrin {
+
+/// `eventLoop` starts the program's event loop where it is not there yet and gives it.
+class LinuxDockServices final : public DockServices {
+public:
+  LinuxDockServices(const std::filesystem::path& homeFolder, std::function<RunLoop&()> eventLoop)
+      : preferences_(homeFolder / "Library" / "Preferences"), eventLoop_(std::move(eventLoop)) {}
+
+  DockProcess& dockProcess() override { return dockProcess_; }
+  PreferencesService& preferences() override { return preferences_; }
+  FocusStatusProvider& focusStatus() override { return focusStatus_; }
+  GlobalShortcuts& globalShortcuts() override;
+  RunLoop& runLoop() override { return eventLoop_(); }
+  LogSink& log() override;
+  void runUntilStopped(const std::function<void()>& started) override;
+
+private:
+  LinuxDockProcess dockProcess_;
+  FilePreferencesService preferences_;
+  LinuxFocusStatusProvider focusStatus_;
+  std::function<RunLoop&()> eventLoop_;
+  std::unique_ptr<LinuxSystemLog> log_;
+  std::unique_ptr<GlobalShortcuts> shortcuts_;
+};
+
+} // namespace tavrin

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "TavrinCore/Dock/DockPreferencesBackend.h"
+#include "TavrinPlatform/PreferencesService.h"
+
+namespace tavrin {
+
+/// The user's own Dock preferences, through the preferences service.
+class CFPreferencesBackend final : public DockPreferencesBackend {
+public:
+  static constexpr const char* domain = "com.apple.dock";
+
+  CFPreferencesBackend(PreferencesService& service, const std::filesystem::path& homeFolder)
+      : service_(service), url_(DockPlistPath::userDockPlistURL(homeFolder)) {}
+
+  std::filesystem::path url() const override { return url_; }
+  /// Both sections are empty where there are no preferences yet.
+  DockTiles readTiles() override;
+  void writeTiles(const DockTiles& tiles) override;
+
+private:
+  PreferencesService& service_;
+  std::filesystem::path url_;
+};
+
+} // namespace tavrin

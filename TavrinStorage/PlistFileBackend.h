@@ -1,0 +1,34 @@
+#pragma once
+
+#include "TavrinCore/Dock/DockPlistReader.h"
+
+namespace tavrin {
+
+/// Dock preferences in a property list file of either form; written as XML. All other keys of the
+/// file are kept.
+class PlistFileBackend final : public DockPreferencesBackend {
+public:
+  explicit PlistFileBackend(std::filesystem::path url) : url_(std::move(url)) {}
+
+  std::filesystem::path url() const override { return url_; }
+  /// Throws DockError: plistNotFound without a file, plistReadFailed, plistMalformed. A missing
+  /// section is an empty one.
+  DockTiles readTiles() override;
+  /// Makes the file where there is none. Throws DockError: as above for a file that is there, else
+  /// plistWriteFailed.
+  void writeTiles(const DockTiles& tiles) override;
+
+private:
+  std::filesystem::path url_;
+};
+
+/// A reader and a writer over one file.
+DockPlistReader dockPlistReader(const std::filesystem::path& file);
+DockPlistWriter dockPlistWriter(const std::filesystem::path& file);
+
+/// The root dictionary of a property list file; no value without a file. Throws DockError.
+std::optional<PropertyList::Dictionary> readPlistRoot(const std::filesystem::path& file);
+/// Throws DockError (plistWriteFailed).
+void writePlistRoot(const std::filesystem::path& file, PropertyList::Dictionary root);
+
+} // namespace tavrin

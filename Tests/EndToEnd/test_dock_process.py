@@ -1,0 +1,185 @@
+"""Restarting a Dock: the real killall against a process named Dock that a supervisor starts again.
+
+Everything runs in a process namespace of its own, so that no other process of that name is hit.
+"""
+
+import ctypes
+import json
+import os
+import pathlib
+import plistlib
+import signal
+import subprocess
+import sys
+import time
+import unittest
+
+if os.environ.get("TAVRIN_CAGED") != "1":
+    user = ["-Ur"] if os.getuid() != 0 else []
+    os.environ["TAVRIN_CAGED"] = "1"
+    os.execvp("unshare", ["unshare", *user, "-pf", "--mount-proc", "--kill-child", sys.executable,
+                          *sys.argv])
+
+import test_dock
+from test_dock import app
+
+PR_SET_NAME = 15
+
+
+class StandIn:
+    """Starts a process named Dock and starts it again when it ends, as it is told:
+
+    keeps     it takes no notice of being ended
+    delay     seconds until the next one
+    rewrites  how often an ending Dock writes its old items back
+    """
+
+    def __init__(self, plist, keeps=False, delay=0.0, rewrites=0):
+        self.plist, self.keeps, self.delay = plist, keeps, delay
+        self.starts_file = plist.with_name("starts")
+        self.starts_file.write_text("")
+        self.supervisor = os.fork()
+        if self.supervisor == 0:
+            self.supervise(rewrites)
+            os._exit(0)
+        test_wait(lambda: self.starts() > 0)
+
+    def starts(self):
+        return len(self.starts_file.read_text())
+
+    def supervise(self, rewrites):
+        old = self.plist.read_bytes()
+        while True:
+            child = os.fork()
+            if child == 0:
+                self.be_a_dock(old if rewrites > 0 else None)
+            os.waitpid(child, 0)
+            rewrites -= 1
+            time.sleep(self.delay)
+
+    def be_a_dock(self, old):
+        def end(*_):
+            if self.keeps:
+                return
+            if old is not None:
+                temporary = self.plist.with_name("old")
+                temporary.write_bytes(old)
+                temporary.rename(self.plist)
+            os._exit(0)
+
+        signal.signal(signal.SIGTERM, end)
+        ctypes.CDLL(None).prctl(PR_SET_NAME, b"Dock", 0, 0, 0)
+        with self.starts_file.open("a") as log:
+            log.write(".")
+        while True:
+            signal.pause()
+
+    def close(self):
+        os.kill(self.supervisor, signal.SIGKILL)
+        os.waitpid(self.supervisor, 0)
+        subprocess.run(["/usr/bin/killall", "-9", "Dock"], capture_output=True)
+        # This is the first process of its namespace: orphans are its own to bury.
+        while True:
+            try:
+                os.waitpid(-1, 0)
+            except ChildProcessError:
+                return
+
+
+def test_wait(condition):
+    end = time.monotonic() + 5
+    while not condition():
+        if time.monotonic() > end:
+            raise AssertionError("the stand-in Dock did not start")
+        time.sleep(0.01)
+
+
+class Restart(test_dock.DockTest):
+    def change(self, age=2.1, status=0, **habits):
+        """Changes the Dock after the stand-in has run for a while; gives what came of it."""
+        self.put({"persistent-apps": [app(1), app(2)]})
+        dock = StandIn(self.dock, **habits) if habits.pop("exists", True) else None
+        if dock:
+            self.addCleanup(dock.close)
+        time.sleep(age)
+        before = dock.starts() if dock else 0
+        log = self.home / "renames"
+        start = time.monotonic()
+        result = self.tavrin("dock", "remove", "App1", status=status,
+                             wrapper=("strace", "-o", str(log), "-e", "trace=rename"))
+        took = time.monotonic() - start
+        writes = sum(f'"{self.dock}"' in line for line in log.read_text().splitlines())
+        test_wait(lambda: not dock or habits.get("keeps") or dock.starts() > before or took > 4.9)
+        return result, took, writes, (dock.starts() if dock else 0) - before
+
+    def test_a_dock_that_behaves(self):
+        result, took, writes, restarts = self.change()
+        self.assertEqual((writes, restarts, self.labels()), (1, 1, ["App2"]), result.stderr)
+        self.assertLess(took, 1.5)
+        self.tavrin("dock", "undo")
+        self.assertEqual(self.labels(), ["App1", "App2"])
+
+    def test_a_young_dock_is_given_time(self):
+        _, took, writes, restarts = self.change(age=0.5)
+        self.assertEqual((writes, restarts, self.labels()), (1, 1, ["App2"]))
+        self.assertGreater(took, 1.2)
+        self.assertLess(took, 3.5)
+
+    def test_a_dock_that_comes_late(self):
+        _, took, writes, restarts = self.change(delay=3)
+        self.assertEqual((writes, restarts), (1, 1))
+        self.assertGreater(took, 2.8)
+        self.assertLess(took, 5)
+
+    def test_a_dock_that_comes_too_late(self):
+        result, took, writes, _ = self.change(delay=7, status=15)
+        self.assertIn("tavrin: Failed to reload dock because the Dock did not relaunch\n",
+                      result.stderr)
+        self.assertEqual((writes, self.labels()), (1, ["App2"]))
+        self.assertGreater(took, 4.8)
+        self.assertLess(took, 7)
+
+    def test_a_dock_that_keeps_its_process(self):
+        result, took, writes, restarts = self.change(keeps=True, status=15)
+        self.assertIn("tavrin: Failed to reload dock because the Dock did not relaunch\n",
+                      result.stderr)
+        self.assertEqual((writes, restarts), (1, 0))
+        self.assertIn("`tavrin dock undo` brings it back", result.stderr)
+        self.assertLess(took, 7)
+
+    def test_a_dock_that_writes_its_old_items_once(self):
+        _, took, writes, restarts = self.change(rewrites=1)
+        self.assertEqual((writes, restarts, self.labels()), (2, 2, ["App2"]))
+        self.assertGreater(took, 1.8)
+        self.assertLess(took, 4)
+
+    def test_a_dock_that_always_does(self):
+        result, took, writes, restarts = self.change(rewrites=99, status=15)
+        self.assertIn("tavrin: Failed to reload dock because the Dock kept its previous items; "
+                      "try again\n", result.stderr)
+        self.assertEqual((writes, restarts, self.labels()), (2, 2, ["App1", "App2"]))
+        self.assertLess(took, 7)
+
+    def test_no_dock(self):
+        result, took, writes, _ = self.change(age=0, exists=False, status=15)
+        self.assertIn("tavrin: Failed to reload dock because killall exited with 1: "
+                      "Dock: no process found\n", result.stderr)
+        self.assertEqual((writes, self.labels()), (1, ["App2"]))
+        self.assertLess(took, 2)
+        self.tavrin("dock", "undo", "--no-restart")
+        self.assertEqual(self.labels(), ["App1", "App2"])
+
+    def test_many_changes_restart_once(self):
+        self.put({"persistent-apps": [app(i) for i in range(500)]})
+        dock = StandIn(self.dock)
+        self.addCleanup(dock.close)
+        time.sleep(2.1)
+        script = self.home / "script"
+        script.write_text("".join(f"remove App{i}\n" for i in range(100)) + "spacer\n")
+        self.tavrin("dock", "edit", str(script))
+        test_wait(lambda: dock.starts() == 2)
+        self.assertEqual(len(self.labels()), 401)
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)
