@@ -69,7 +69,9 @@ std::string Console::styled(std::string_view text, TextStyle style) const {
 bool Console::confirm(std::string_view question, bool fallback) const {
   for (std::string line;;) {
     out << question << (fallback ? " [Y/n] " : " [y/N] ") << std::flush;
-    if (!std::getline(in, line) || line.empty())
+    if (!std::getline(in, line))
+      return false;
+    if (line.empty())
       return fallback;
     std::transform(line.begin(), line.end(), line.begin(),
                    [](unsigned char c) { return static_cast<char>(std::tolower(c)); });

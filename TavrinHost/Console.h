@@ -21,7 +21,8 @@ struct Console {
   bool coloursErr = false;
 
   std::string styled(std::string_view text, TextStyle style) const;
-  /// Asks until the answer is yes or no; the end of the input and a blank line mean `fallback`.
+  /// Asks until the answer is yes or no. A blank line means `fallback`, the end of the input no:
+  /// nobody is there to agree, or to be asked again.
   bool confirm(std::string_view question, bool fallback) const;
 };
 

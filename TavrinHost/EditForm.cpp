@@ -133,15 +133,26 @@ DockWidget widgetFromForm(const DockWidget& base, std::string_view form, Date no
     if (key != "name" && key != "span" && key != "settings")
       throwFormFault(fmt::format("there is no \"{}\" here, only name, span and settings", key));
 
-  const auto fields = describeSettings(base.kind);
+  auto fields = describeSettings(base.kind);
+  const auto before = settingsJSON(base.kind);
   JSONValue::Object values = *settings->object();
-  for (auto& [key, value] : values)
-    if (const auto field = std::ranges::find(fields, key, &FieldInfo::key); field != fields.end())
+  for (auto& [key, value] : values) {
+    const auto field = std::ranges::find(fields, key, &FieldInfo::key);
+    if (field == fields.end())
+      continue;
+    const auto* was = before.member(key);
+    if (was != nullptr && value == shownValue(*field, *was)) {
+      // Left alone: a date keeps its fraction, and what is out of range may stay there.
+      value = *was;
+      field->range.reset();
+    } else {
       value = readValue(*field, value, now);
+    }
+  }
   DockWidget edited = base;
   edited.name = checkedName(*name->string());
   edited.span = checkedSpan(base.kind, std::to_string(*span->integerValue()));
-  edited.kind = withCheckedSettings(base.kind, values);
+  edited.kind = withCheckedSettings(base.kind, fields, values);
   return edited;
 }
 

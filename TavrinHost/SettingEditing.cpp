@@ -1,5 +1,6 @@
 #include "TavrinHost/SettingEditing.h"
 
+#include "TavrinCore/Base/Text.h"
 #include "TavrinHost/HostError.h"
 #include "TavrinHost/SettingText.h"
 
@@ -98,11 +99,10 @@ Assignment Assignment::parse(std::string_view word) {
 }
 
 std::string checkedName(std::string_view text) {
-  constexpr std::string_view blanks = " \t\r\n";
-  const auto first = text.find_first_not_of(blanks);
-  if (first == std::string_view::npos)
+  const auto name = trimmed(text);
+  if (name.empty())
     throw HostError(ExitCode::refusedValue, "a name must not be blank");
-  return std::string(text.substr(first, text.find_last_not_of(blanks) - first + 1));
+  return std::string(name);
 }
 
 int checkedSpan(const DockWidget::Kind& kind, std::string_view text) {
@@ -118,8 +118,10 @@ int checkedSpan(const DockWidget::Kind& kind, std::string_view text) {
   return span;
 }
 
-DockWidget::Kind withCheckedSettings(const DockWidget::Kind& kind, const JSONValue& settings) {
-  if (const auto clause = refusalOf(describeSettings(kind), settings); !clause.empty())
+DockWidget::Kind withCheckedSettings(const DockWidget::Kind& kind,
+                                     const std::vector<FieldInfo>& fields,
+                                     const JSONValue& settings) {
+  if (const auto clause = refusalOf(fields, settings); !clause.empty())
     throw HostError(ExitCode::refusedValue, clause);
   try {
     return withSettings(kind, settings);

@@ -21,8 +21,11 @@ struct Assignment {
 /// Beside the kind's settings there are "name" and "span", where the kind has none so called.
 DockWidget withAssignments(DockWidget widget, const std::vector<Assignment>& assignments, Date now);
 
-/// The kind with these settings. Throws HostError (refusedValue) naming the first fault.
-DockWidget::Kind withCheckedSettings(const DockWidget::Kind& kind, const JSONValue& settings);
+/// The kind with these settings, checked against `fields`, the lines of its record. Throws
+/// HostError (refusedValue) naming the first fault.
+DockWidget::Kind withCheckedSettings(const DockWidget::Kind& kind,
+                                     const std::vector<FieldInfo>& fields,
+                                     const JSONValue& settings);
 
 /// `text` without white space around it. Throws HostError (refusedValue) when nothing is left.
 std::string checkedName(std::string_view text);

@@ -115,8 +115,9 @@ JSONValue jsonFromText(const FieldInfo& field, std::string_view text) {
 }
 
 JSONValue listFromText(const FieldInfo& field, std::string_view text) {
-  if (text.starts_with('[') || field.elementType == FieldType::record ||
-      field.elementType == FieldType::list)
+  const bool hasPlainItems =
+      field.elementType != FieldType::record && field.elementType != FieldType::list;
+  if (text.starts_with('[') || (!text.empty() && !hasPlainItems))
     return jsonFromText(field, text);
   JSONValue::Array values;
   const auto element = elementOf(field);

@@ -51,7 +51,7 @@ std::set<int> allSlots() {
 /// Prints what became of each slot. Throws HostError (failed) when one failed.
 void report(HostContext& context, const WidgetLibrary& library,
             const std::vector<SlotControl::Outcome>& outcomes) {
-  const auto placed = placedWidgets(library.file());
+  const auto placed = library.file().placedWidgets();
   Table table({{"SLOT", true}, {"WIDGET"}, {"STATE"}});
   int failures = 0;
   for (const auto& outcome : outcomes) {
@@ -89,7 +89,7 @@ void offerStarterSet(HostContext& context, WidgetLibrary& library, bool isWanted
 void start(HostContext& context, const Words& references, bool wantsStarterSet) {
   WidgetLibrary library(context);
   offerStarterSet(context, library, wantsStarterSet);
-  const auto placed = placedWidgets(library.file());
+  const auto placed = library.file().placedWidgets();
   std::set<int> slots = slotsNamed(library, references);
   for (const int slot : slots)
     if (!placed.contains(slot))
@@ -124,7 +124,7 @@ void stop(HostContext& context, const Words& references) {
 void status(HostContext& context) {
   const WidgetLibrary library(context);
   SlotControl control(context);
-  const auto placed = placedWidgets(library.file());
+  const auto placed = library.file().placedWidgets();
   Table table({{"SLOT", true}, {"WIDGET", false, 32}, {"KIND"}, {"STATE"}, {"PROCESS", true}});
   JSONValue::Array list;
   for (const int slot : allSlots()) {
@@ -160,7 +160,7 @@ Completer completeSlots(HostContext& context) {
   return [&context](const Words& words, auto) {
     const WidgetLibrary library(context);
     std::vector<Suggestion> found;
-    for (const auto& [slot, widget] : placedWidgets(library.file()))
+    for (const auto& [slot, widget] : library.file().placedWidgets())
       if (std::ranges::count(words, widget->name) == 0)
         found.push_back({widget->name, fmt::format("slot {}", slot)});
     return found;

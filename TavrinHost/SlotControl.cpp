@@ -4,6 +4,7 @@
 #include "TavrinCore/Widgets/DockSlot.h"
 #include "TavrinHost/EditService.h"
 #include "TavrinHost/SettingText.h"
+#include "TavrinStorage/StoragePath.h"
 
 #include <algorithm>
 #include <fmt/format.h>
@@ -30,14 +31,6 @@ template <class Done> void waitUntil(CommandPlatform& platform, double limit, Do
 }
 
 } // namespace
-
-std::map<int, const DockWidget*> placedWidgets(const WidgetsFile& file) {
-  std::map<int, const DockWidget*> placed;
-  for (const auto& widget : file.widgets)
-    if (widget.slot && *widget.slot >= 1 && *widget.slot <= DockSlot::count)
-      placed.emplace(*widget.slot, &widget);
-  return placed;
-}
 
 std::filesystem::path SlotControl::bundlesFolder() {
   std::vector<std::filesystem::path> places;
@@ -77,11 +70,27 @@ bool SlotControl::isSlotProgram(ProcessID process, int slot) {
              "/" + (std::filesystem::path(DockSlot::bundleName(slot)) / programInBundle).string());
 }
 
+/// Another desk of the same user, such as a test's, runs the same programs on other widgets.
+bool SlotControl::sharesDataFolder(ProcessID process) {
+  const auto theirs = applications().fileManagerOf(process);
+  if (!theirs)
+    return true;
+  auto& platform = context_.platform();
+  const auto folder = [&](const FileManager& files) {
+    return StoragePath(files, platform.mainBundle()).resolvedDirectory();
+  };
+  std::error_code error;
+  return std::filesystem::equivalent(folder(*theirs), folder(platform.fileManager()), error);
+}
+
 std::optional<int> SlotControl::process(int slot) {
   const auto owner = applications().processOwning(DockSlot::bundleIdentifier(slot));
   if (owner && isSlotProgram(*owner, slot))
     return owner;
-  return applications().processRunning(program(slot));
+  for (const auto running : applications().processesRunning(program(slot)))
+    if (sharesDataFolder(running))
+      return running;
+  return std::nullopt;
 }
 
 std::string SlotControl::lastLogLine(int slot) {
@@ -94,7 +103,7 @@ std::string SlotControl::lastLogLine(int slot) {
 }
 
 RunningApplications::Launch SlotControl::launchOf(int slot,
-                                                 const std::vector<std::string>& arguments) {
+                                                  const std::vector<std::string>& arguments) {
   const auto log = logFile(slot);
   std::error_code error;
   // One file back is enough to see what went wrong; an old line must not pass for a new one.

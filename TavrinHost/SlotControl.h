@@ -28,8 +28,8 @@ public:
   std::filesystem::path program(int slot);
   std::filesystem::path logFile(int slot);
 
-  /// The slot's process: the owner of its identifier, else whoever runs the slot's program. Never
-  /// a process that is not a slot application.
+  /// The slot's process: the owner of its identifier, else whoever runs the slot's program on the
+  /// same data folder. Never a process that is not a slot application.
   std::optional<ProcessID> process(int slot);
 
   /// Launches those that do not run, and waits until each has come up or failed.
@@ -48,14 +48,12 @@ private:
   Outcome launch(int slot, const std::vector<std::string>& arguments, ProcessID& process);
   void waitForLaunched(std::vector<std::pair<Outcome*, ProcessID>> launched);
   bool isSlotProgram(ProcessID process, int slot);
+  bool sharesDataFolder(ProcessID process);
   std::string lastLogLine(int slot);
 
   RunningApplications& applications() { return context_.platform().applications(); }
 
   HostContext& context_;
 };
-
-/// The widget that each placed slot shows: the first in file order.
-std::map<int, const DockWidget*> placedWidgets(const WidgetsFile& file);
 
 } // namespace tavrin

@@ -1,6 +1,7 @@
 #include "TavrinHost/SettingText.h"
 
 #include "TavrinCore/Base/Calendar.h"
+#include "TavrinCore/Base/Text.h"
 
 #include <array>
 #include <charconv>
@@ -38,14 +39,6 @@ bool take(std::string_view& text, std::string_view expected) {
     return false;
   text.remove_prefix(expected.size());
   return true;
-}
-
-std::string_view trimmed(std::string_view text) {
-  while (!text.empty() && text.front() == ' ')
-    text.remove_prefix(1);
-  while (!text.empty() && text.back() == ' ')
-    text.remove_suffix(1);
-  return text;
 }
 
 std::optional<double> takeTimeUnit(std::string_view& text) {
@@ -194,7 +187,10 @@ std::optional<Date> dateFromText(std::string_view text, Date now) {
 
 std::string dateText(Date date) {
   // Beyond the years that four digits name, the number says more than a date.
-  if (!(std::abs(date.unixSeconds()) < 2.5e11))
+  constexpr double firstYear = -62'135'596'800;
+  constexpr double afterYear9999 = 253'402'300'800;
+  const double seconds = date.unixSeconds();
+  if (!(seconds >= firstYear && seconds < afterYear9999))
     return fmt::format("{} s", date.secondsSinceReferenceDate);
   const auto local = Calendar().components(date);
   auto text = fmt::format("{:04}-{:02}-{:02} {:02}:{:02}", local.year, local.month, local.day,

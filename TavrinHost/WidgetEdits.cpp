@@ -68,6 +68,14 @@ void sayPlace(HostContext& context, const DockWidget& widget) {
                   : fmt::format("\"{}\" is not placed.", printable(widget.name)));
 }
 
+/// Several widgets, so that a wrong name stops the command before it begins.
+std::vector<DockWidget> findAll(const WidgetLibrary& library, const Words& references) {
+  std::vector<DockWidget> found;
+  for (const auto& reference : references)
+    found.push_back(library.find(reference));
+  return found;
+}
+
 struct AddRequest {
   std::string kind;
   std::string name;
@@ -140,34 +148,26 @@ void set(HostContext& context, const std::string& reference, const Words& words)
 void place(HostContext& context, const Words& references, const std::string& slotText) {
   if (!slotText.empty() && references.size() > 1)
     throw HostError(ExitCode::usage, "--slot is for one widget at a time");
-  for (const auto& reference : references) {
-    if (slotText.empty()) {
-      WidgetLibrary library(context);
-      const auto id = library.find(reference).id;
-      const auto placed = library.change([&](WidgetStore& store) {
-        auto claimed = store.claimSlot(id);
-        if (!claimed)
-          throwNoFreeSlot();
-        return *claimed;
-      });
-      sayPlace(context, placed);
-    } else {
-      const int slot = checkedSlot(slotText);
-      sayPlace(context, editOne(context, reference, [&](DockWidget widget, const auto& file) {
-                 requireFree(file, slot, widget.id);
-                 widget.slot = slot;
-                 return widget;
-               }));
-    }
+  if (!slotText.empty()) {
+    const int slot = checkedSlot(slotText);
+    sayPlace(context,
+             editOne(context, references.front(), [&](DockWidget widget, const auto& file) {
+               requireFree(file, slot, widget.id);
+               widget.slot = slot;
+               return widget;
+             }));
+    return;
   }
-}
-
-/// The identifiers of several widgets, so that a wrong name stops the command before it begins.
-std::vector<DockWidget> findAll(const WidgetLibrary& library, const Words& references) {
-  std::vector<DockWidget> found;
-  for (const auto& reference : references)
-    found.push_back(library.find(reference));
-  return found;
+  WidgetLibrary library(context);
+  for (const auto& widget : findAll(library, references))
+    sayPlace(context, library.change([&](WidgetStore& store) {
+      if (!store.widget(widget.id))
+        throw HostError(ExitCode::notFound, fmt::format("\"{}\" is gone", widget.name));
+      auto claimed = store.claimSlot(widget.id);
+      if (!claimed)
+        throwNoFreeSlot();
+      return *claimed;
+    }));
 }
 
 void release(HostContext& context, const Words& references) {

@@ -1,7 +1,10 @@
 #pragma once
 
+#include "TavrinPlatform/FileManager.h"
+
 #include <filesystem>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -36,8 +39,12 @@ public:
   /// another process does, or where identifiers are unknown.
   virtual bool claimIdentifier(const std::string& bundleIdentifier) = 0;
 
-  /// This user's process that was started from exactly this file; no value where there is none.
-  virtual std::optional<ProcessID> processRunning(const std::filesystem::path& program) = 0;
+  /// This user's processes that were started from exactly this file.
+  virtual std::vector<ProcessID> processesRunning(const std::filesystem::path& program) = 0;
+
+  /// The user's places as a process sees them, by the environment it was started with; null where
+  /// that cannot be told.
+  virtual std::unique_ptr<FileManager> fileManagerOf(ProcessID process) = 0;
 
   /// The file a process was started from; no value once it is gone.
   virtual std::optional<std::filesystem::path> programOf(ProcessID process) = 0;

@@ -10,7 +10,6 @@
 #include "TavrinStorage/StoragePath.h"
 
 #include <algorithm>
-#include <array>
 #include <fmt/format.h>
 
 namespace tavrin {
@@ -25,25 +24,8 @@ inline constexpr bool isSystemKind =
     std::is_same_v<S, PetSettings> || std::is_same_v<S, StopwatchSettings>;
 
 bool isSystem(const DockWidget::Kind& kind) {
-  return std::visit(
-      []<class S>(const S&) { return isSystemKind<S>; },
-      static_cast<const DockWidget::KindVariant&>(kind));
-}
-
-/// The first widget of each slot, in slot order: the tiles as they stand side by side.
-std::vector<const DockWidget*> placedWidgets(const WidgetsFile& file) {
-  std::array<const DockWidget*, DockSlot::count> bySlot{};
-  for (const auto& widget : file.widgets) {
-    if (!widget.slot || *widget.slot < 1 || *widget.slot > DockSlot::count)
-      continue;
-    auto& place = bySlot[static_cast<std::size_t>(*widget.slot - 1)];
-    if (place == nullptr)
-      place = &widget;
-  }
-  std::vector<const DockWidget*> placed;
-  std::copy_if(bySlot.begin(), bySlot.end(), std::back_inserter(placed),
-               [](const DockWidget* widget) { return widget != nullptr; });
-  return placed;
+  return std::visit([]<class S>(const S&) { return isSystemKind<S>; },
+                    static_cast<const DockWidget::KindVariant&>(kind));
 }
 
 } // namespace
@@ -52,8 +34,8 @@ SlotApp::SlotApp(Platform& platform)
     : platform_(platform), log_(platform.log(), "slot"),
       slot_(static_cast<int>(std::clamp(platform.mainBundle().integer("TavrinSlot").value_or(0),
                                         -1L, DockSlot::count + 1L))),
-      panel_(platform.popover(), platform.dockGeometry()), tile_(platform.dockTile()),
-      context_{platform, tile_, panel_, [this] { editWidget(); }} {
+      panel_(platform.popover(), platform.dockGeometry()),
+      tile_(platform.dockTile()), context_{platform, tile_, panel_, [this] { editWidget(); }} {
   tile_.onFormatChange = [this] {
     if (controller_)
       controller_->update(*widget_);
@@ -83,7 +65,9 @@ bool SlotApp::applicationShouldHandleReopen(bool) {
   return false;
 }
 
-void SlotApp::applicationDidResignActive() { panel_.closeIfShown(); }
+void SlotApp::applicationDidResignActive() {
+  panel_.closeIfShown();
+}
 
 bool SlotApp::applicationOpenFiles(const std::vector<std::filesystem::path>&) {
   return false; // no kind of this build takes files
@@ -127,8 +111,8 @@ void SlotApp::reload() {
 
 void SlotApp::placeTile() {
   DockTile::Place place{0, widget_->span, 0};
-  for (const auto* neighbour : placedWidgets(store_->file())) {
-    if (*neighbour->slot < slot_)
+  for (const auto& [slot, neighbour] : store_->file().placedWidgets()) {
+    if (slot < slot_)
       place.cellsBefore += neighbour->span;
     place.cellsInAll += neighbour->span;
   }
@@ -163,8 +147,7 @@ void SlotApp::editWidget() {
   if (!widget_)
     return;
   panel_.closeIfShown();
-  platform_.notifications().post(std::string(DockSlot::editWidgetNotification),
-                                 widget_->id.text());
+  platform_.notifications().post(std::string(DockSlot::editWidgetNotification), widget_->id.text());
 }
 
 } // namespace tavrin

@@ -54,7 +54,9 @@ private:
 template <class E> struct EnumNames;
 
 template <class E>
-concept NamedEnum = std::is_enum_v<E> && requires { EnumNames<E>::names; };
+concept NamedEnum = std::is_enum_v<E> && requires {
+  EnumNames<E>::names;
+};
 
 template <NamedEnum E> constexpr std::string_view nameOf(E value) {
   for (const auto& [candidate, name] : EnumNames<E>::names)
@@ -80,13 +82,19 @@ template <NamedEnum E> constexpr auto allCases() {
 }
 
 template <class R>
-concept Record = requires { R::fields(); };
+concept Record = requires {
+  R::fields();
+};
 
 /// Decoding and encoding of one type; specialise for types that are no records.
 template <class T> struct Coder;
 
-template <class T> T decode(const JSONValue& json) { return Coder<T>::decode(json); }
-template <class T> JSONValue encode(const T& value) { return Coder<T>::encode(value); }
+template <class T> T decode(const JSONValue& json) {
+  return Coder<T>::decode(json);
+}
+template <class T> JSONValue encode(const T& value) {
+  return Coder<T>::encode(value);
+}
 
 namespace detail {
 [[noreturn]] void throwWrongType(std::string_view expected);
@@ -188,9 +196,7 @@ template <class T> struct OptionalTraits<std::optional<T>> {
   static constexpr bool isOptional = true;
 };
 
-template <class T> struct ListTraits {
-  static constexpr bool isList = false;
-};
+template <class T> struct ListTraits { static constexpr bool isList = false; };
 template <class T> struct ListTraits<std::vector<T>> {
   using Element = T;
   static constexpr bool isList = true;
@@ -205,15 +211,20 @@ void decodeField(R& record, const Field<R, M>& field, const JSONValue::Object& o
     return;
   }
   try {
-    M value = decode<M>(found->second);
     if constexpr (std::is_arithmetic_v<M> && !std::is_same_v<M, bool>) {
       if (field.clampsOnDecoding) {
-        const auto lower = static_cast<M>(field.range->lower);
-        const auto upper = static_cast<M>(field.range->upper);
-        value = value < lower ? lower : value > upper ? upper : value;
+        // Read at full width: also a number that the member cannot hold has a nearest bound.
+        using Wide = std::conditional_t<std::is_integral_v<M>, std::int64_t, M>;
+        const auto value = decode<Wide>(found->second);
+        const auto lower = static_cast<Wide>(field.range->lower);
+        const auto upper = static_cast<Wide>(field.range->upper);
+        record.*field.member = static_cast<M>(value < lower   ? lower
+                                              : value > upper ? upper
+                                                              : value);
+        return;
       }
     }
-    record.*field.member = std::move(value);
+    record.*field.member = decode<M>(found->second);
   } catch (const CodingError& error) {
     throw error.inside(field.key);
   }
@@ -275,8 +286,7 @@ template <> struct Coder<std::int64_t> {
   static JSONValue encode(std::int64_t value) { return value; }
 };
 template <std::integral T>
-  requires(!std::is_same_v<T, bool> && !std::is_same_v<T, std::int64_t>)
-struct Coder<T> {
+requires(!std::is_same_v<T, bool> && !std::is_same_v<T, std::int64_t>) struct Coder<T> {
   static T decode(const JSONValue& json) {
     const std::int64_t value = Coder<std::int64_t>::decode(json);
     if (!std::in_range<T>(value))

@@ -9,14 +9,32 @@ namespace {
 
 namespace ondemand = simdjson::ondemand;
 
+bool isLower(char c) {
+  return c >= 'a' && c <= 'z';
+}
+
+/// The parser's sentence as a clause that can follow "because".
+std::string clause(simdjson::error_code error) {
+  if (error == simdjson::EMPTY)
+    return "there is nothing in it";
+  std::string text = simdjson::error_message(error);
+  if (text.size() > 1 && text[0] >= 'A' && text[0] <= 'Z' && (isLower(text[1]) || text[1] == ' '))
+    text[0] = static_cast<char>(text[0] - 'A' + 'a');
+  if (text.ends_with('.'))
+    text.pop_back();
+  return text;
+}
+
 template <class T> T unwrap(simdjson::simdjson_result<T> result) {
   T value;
   if (const auto error = std::move(result).get(value))
-    throw JSONError(simdjson::error_message(error));
+    throw JSONError(clause(error));
   return value;
 }
 
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
+bool isDigit(char c) {
+  return c >= '0' && c <= '9';
+}
 
 /// The number grammar of RFC 8259, section 6.
 bool isNumber(std::string_view text) {

@@ -104,15 +104,16 @@ JSONValue Coder<Kind>::encode(const Kind& kind) {
 }
 
 DockWidget Coder<DockWidget>::decode(const JSONValue& json) {
-  const auto optionalNumber = [&](std::string_view key) {
-    return json.member(key) ? decodeMember<std::optional<int>>(json, key) : std::nullopt;
+  const auto optionalNumber = [&]<class Number>(std::string_view key, Number) {
+    return json.member(key) ? decodeMember<std::optional<Number>>(json, key) : std::nullopt;
   };
   const auto id = decodeMember<UUID>(json, "id");
   auto name = decodeMember<std::string>(json, "name");
-  const auto slot = optionalNumber("slot");
+  const auto slot = optionalNumber("slot", int());
   auto kind = decodeMember<Kind>(json, "kind");
-  const int span = optionalNumber("span").value_or(kind.defaultSpan());
-  return {id, std::move(name), slot, std::move(kind), span};
+  const auto span = optionalNumber("span", std::int64_t()).value_or(kind.defaultSpan());
+  const auto fitting = std::clamp<std::int64_t>(span, 1, kind.maxSpan());
+  return {id, std::move(name), slot, std::move(kind), static_cast<int>(fitting)};
 }
 
 JSONValue Coder<DockWidget>::encode(const DockWidget& widget) {

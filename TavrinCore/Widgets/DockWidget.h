@@ -117,9 +117,4 @@ JSONValue settingsJSON(const DockWidget::Kind& kind);
 /// The same kind with the settings read from `settings`. Throws CodingError.
 DockWidget::Kind withSettings(const DockWidget::Kind& kind, const JSONValue& settings);
 
-/// A clause for the first setting outside its range, such as
-/// `"goal" must be between 500 and 6000 ml`; none when all are inside. A range bounds each number
-/// of a list, and the length of any other list.
-std::optional<std::string> settingOutOfRange(const DockWidget::Kind& kind);
-
 } // namespace tavrin

@@ -1,7 +1,5 @@
 #include "TavrinCore/Widgets/KindTable.h"
 
-#include <fmt/format.h>
-
 namespace tavrin {
 
 std::optional<DockWidget::Kind> freshKind(std::string_view key, Date now) {
@@ -33,52 +31,6 @@ DockWidget::Kind withSettings(const DockWidget::Kind& kind, const JSONValue& set
         return decode<std::decay_t<decltype(current)>>(settings);
       },
       kind);
-}
-
-namespace {
-
-bool isOutside(const FieldRange& range, const JSONValue& value) {
-  if (const auto* list = value.array()) {
-    for (const auto& item : *list)
-      if (item.doubleValue() && isOutside(range, item))
-        return true;
-    const auto count = static_cast<double>(list->size());
-    const bool isNumeric = !list->empty() && list->front().doubleValue();
-    return !isNumeric && !list->empty() && (count < range.lower || count > range.upper);
-  }
-  const auto number = value.doubleValue();
-  return number && !(*number >= range.lower && *number <= range.upper);
-}
-
-std::string rangeClause(const std::string& path, const FieldInfo& field) {
-  const bool countsItems = field.type == FieldType::list &&
-                           field.elementType != FieldType::number &&
-                           field.elementType != FieldType::integer;
-  const std::string unit = countsItems ? " entries" : field.unit.empty() ? "" : " " + field.unit;
-  return fmt::format("\"{}\" must {} between {:.15g} and {:.15g}{}", path,
-                     countsItems ? "have" : "be", field.range->lower, field.range->upper, unit);
-}
-
-std::optional<std::string> firstOutside(const std::vector<FieldInfo>& fields,
-                                        const JSONValue& record, const std::string& prefix) {
-  for (const auto& field : fields) {
-    const auto* value = record.member(field.key);
-    if (value == nullptr)
-      continue;
-    const std::string path = prefix + field.key;
-    if (field.range && isOutside(*field.range, *value))
-      return rangeClause(path, field);
-    if (field.type == FieldType::record)
-      if (auto clause = firstOutside(field.fields, *value, path + "."))
-        return clause;
-  }
-  return std::nullopt;
-}
-
-} // namespace
-
-std::optional<std::string> settingOutOfRange(const DockWidget::Kind& kind) {
-  return firstOutside(describeSettings(kind), settingsJSON(kind), "");
 }
 
 } // namespace tavrin

@@ -42,6 +42,14 @@ std::optional<int> WidgetsFile::freeSlot() const {
   return DockSlot::lowestFree(taken);
 }
 
+std::map<int, const DockWidget*> WidgetsFile::placedWidgets() const {
+  std::map<int, const DockWidget*> placed;
+  for (const auto& widget : widgets)
+    if (widget.slot && *widget.slot >= 1 && *widget.slot <= DockSlot::count)
+      placed.emplace(*widget.slot, &widget);
+  return placed;
+}
+
 WidgetsFile WidgetsFile::migrating(const JSONValue& legacyCollections) {
   WidgetsFile file;
   for (auto& legacy : decode<LegacyCollections>(legacyCollections).collections)
@@ -53,7 +61,7 @@ WidgetsFile WidgetsFile::migrating(const JSONValue& legacyCollections) {
 
 WidgetsFile Coder<WidgetsFile>::decode(const JSONValue& json) {
   WidgetsFile file;
-  file.version = decodeMember<int>(json, "version");
+  file.version = decodeMember<std::int64_t>(json, "version");
   for (const auto& entry : decodeMember<std::vector<JSONValue>>(json, "widgets")) {
     try {
       file.widgets.push_back(tavrin::decode<DockWidget>(entry));

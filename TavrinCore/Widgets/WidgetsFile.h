@@ -2,6 +2,8 @@
 
 #include "TavrinCore/Widgets/DockWidget.h"
 
+#include <map>
+
 namespace tavrin {
 
 /// An entry of the widgets file that this build cannot read, kept as it was written.
@@ -12,14 +14,18 @@ struct UnrecognizedWidget {
 
 /// The document "widgets.json".
 struct WidgetsFile {
-  static constexpr int currentVersion = 1;
+  static constexpr std::int64_t currentVersion = 1;
 
-  int version = currentVersion;
+  std::int64_t version = currentVersion;
   std::vector<DockWidget> widgets;
   std::vector<UnrecognizedWidget> unrecognized;
 
   /// The lowest slot that neither a widget nor an unrecognized entry uses.
   std::optional<int> freeSlot() const;
+
+  /// The widget that each slot shows, the first in file order, by slot number. The pointers are
+  /// into `widgets`.
+  std::map<int, const DockWidget*> placedWidgets() const;
 
   /// Reads the older document of app collections, an object with a list "collections".
   /// Throws CodingError.

@@ -1,6 +1,7 @@
 #include "TavrinPlatform/Linux/LinuxRunningApplications.h"
 
 #include "TavrinCore/Base/Errors.h"
+#include "TavrinPlatform/Linux/LinuxFileManager.h"
 
 #include <algorithm>
 #include <array>
@@ -10,6 +11,7 @@
 #include <cstring>
 #include <fcntl.h>
 #include <fmt/format.h>
+#include <fstream>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -137,7 +139,8 @@ bool LinuxRunningApplications::claimIdentifier(const std::string& bundleIdentifi
          sd_bus_request_name(bus_->handle(), bundleIdentifier.c_str(), 0) >= 0;
 }
 
-std::optional<int> LinuxRunningApplications::processRunning(const std::filesystem::path& program) {
+std::vector<int> LinuxRunningApplications::processesRunning(const std::filesystem::path& program) {
+  std::vector<int> processes;
   std::error_code error;
   const auto resolved = std::filesystem::weakly_canonical(program, error);
   for (const auto& entry : std::filesystem::directory_iterator("/proc", error)) {
@@ -147,9 +150,20 @@ std::optional<int> LinuxRunningApplications::processRunning(const std::filesyste
     if (parsed.ec != std::errc() || parsed.ptr != name.data() + name.size())
       continue;
     if (isOwn(entry.path()) && programOf(process) == resolved && !isZombie(process))
-      return process;
+      processes.push_back(process);
   }
-  return std::nullopt;
+  return processes;
+}
+
+std::unique_ptr<FileManager> LinuxRunningApplications::fileManagerOf(ProcessID process) {
+  std::ifstream file(fmt::format("/proc/{}/environ", process), std::ios::binary);
+  LinuxFileManager::Environment variables;
+  for (std::string entry; std::getline(file, entry, '\0');)
+    if (const auto equals = entry.find('='); equals != std::string::npos)
+      variables.emplace(entry.substr(0, equals), entry.substr(equals + 1));
+  if (variables.empty())
+    return nullptr;
+  return std::make_unique<LinuxFileManager>(std::move(variables));
 }
 
 std::optional<std::filesystem::path> LinuxRunningApplications::programOf(ProcessID process) {

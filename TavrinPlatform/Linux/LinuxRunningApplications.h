@@ -14,7 +14,8 @@ public:
   bool knowsIdentifiers() override;
   std::optional<ProcessID> processOwning(const std::string& bundleIdentifier) override;
   bool claimIdentifier(const std::string& bundleIdentifier) override;
-  std::optional<ProcessID> processRunning(const std::filesystem::path& program) override;
+  std::vector<ProcessID> processesRunning(const std::filesystem::path& program) override;
+  std::unique_ptr<FileManager> fileManagerOf(ProcessID process) override;
   std::optional<std::filesystem::path> programOf(ProcessID process) override;
   ProcessID launch(const Launch& launch) override;
   std::vector<ProcessID> launchTogether(const std::vector<Launch>& launches) override;

@@ -119,6 +119,9 @@ TEST(WidgetsFile, FaultsOfTheWholeFile) {
   EXPECT_THROW(read(std::string(1'000'000, '[')), JSONError);
   EXPECT_THROW(read(std::string(1'000'000, '[') + std::string(1'000'000, ']')), JSONError);
   EXPECT_EQ(decode<WidgetsFile>(JSONValue::parse(R"({"version":7,"widgets":[]})")).version, 7);
+  EXPECT_EQ(encode(decode<WidgetsFile>(JSONValue::parse(R"({"version":5000000000,"widgets":[]})")))
+                .compact(),
+            R"({"version":5000000000,"widgets":[]})");
 }
 
 TEST(WidgetsFile, FreeSlot) {

@@ -23,11 +23,20 @@ public:
   bool claimIdentifier(const std::string& identifier) override {
     return hasBus && owners.emplace(identifier, 1).second;
   }
-  std::optional<ProcessID> processRunning(const std::filesystem::path& program) override {
+  std::vector<ProcessID> processesRunning(const std::filesystem::path& program) override {
+    std::vector<ProcessID> found;
     for (const auto& [process, running] : programs)
       if (running == program)
-        return process;
-    return std::nullopt;
+        found.push_back(process);
+    return found;
+  }
+  std::unique_ptr<FileManager> fileManagerOf(ProcessID process) override {
+    const auto known = environments.find(process);
+    if (known == environments.end())
+      return nullptr;
+    auto files = std::make_unique<FakeFileManager>();
+    files->variables = known->second;
+    return files;
   }
   std::optional<std::filesystem::path> programOf(ProcessID process) override {
     const auto found = programs.find(process);
@@ -62,6 +71,7 @@ public:
   bool stubborn = false;
   std::map<std::string, ProcessID> owners;
   std::map<ProcessID, std::filesystem::path> programs;
+  std::map<ProcessID, std::map<std::string, std::string>> environments;
   std::vector<Launch> launches;
   std::vector<std::pair<ProcessID, bool>> terminations;
   std::vector<std::string> activations;

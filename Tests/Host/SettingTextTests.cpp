@@ -43,7 +43,9 @@ TEST(SettingText, Dates) {
       {"2026-12-24 18:00:05", "2026-12-24 18:00:05"},
       {"2026-12-24T18:00Z", "2026-12-24 19:00"},
       {"2026-07-01T00:00:00-05:00", "2026-07-01 07:00"},
-      {"2028-02-29", "2028-02-29 00:00"}};
+      {"2028-02-29", "2028-02-29 00:00"},
+      {"9999-12-31", "9999-12-31 00:00"},
+      {"0002-01-01", "0002-01-01 00:00"}};
   for (const auto& [text, shown] : cases) {
     const auto date = dateFromText(text, now);
     ASSERT_TRUE(date) << text;
@@ -53,6 +55,11 @@ TEST(SettingText, Dates) {
        {"", "2026-02-29", "2026-13-01", "2026-12-24T25:00", "2026-12-24T18", "24.12.2026", "+",
         "+5", "+5x", "next year", "2026-12-24T18:00+1", "0000-01-01", "2026-12-24x"})
     EXPECT_FALSE(dateFromText(text, now) && std::string_view(text) != "+5") << text;
+}
+
+TEST(SettingText, DatesBeyondFourDigitYears) {
+  EXPECT_EQ(dateText(Date::fromUnixSeconds(-1e11)), "-100978307200 s");
+  EXPECT_EQ(dateText(Date::fromUnixSeconds(2.54e11)), "253021692800 s");
 }
 
 struct Change {
@@ -79,6 +86,8 @@ TEST(SettingEditing, Accepted) {
                           {"note", {"text=a=b, null"}, "text", "\"a=b, null\""},
                           {"note", {"text=null"}, "text", "\"null\""},
                           {"countdown", {"target=2026-12-24T18:00Z"}, "target", "819828000"},
+                          {"collection", {"apps=[{\"path\":\"/a\"}]", "apps="}, "apps", "[]"},
+                          {"timer", {"presets="}, "presets", "[]"},
                           {"weather", {"latitude=-33.5"}, "latitude", "-33.5"},
                           {"calendar",
                            {"calendars.accountIDs=a,b"},
@@ -120,6 +129,8 @@ TEST(SettingEditing, Refused) {
       {"clipboard", "span=2", ExitCode::refusedValue, "must be 1"},
       {"timer", "span=4", ExitCode::refusedValue, "1 to 3"},
       {"timer", "name=  ", ExitCode::refusedValue, "blank"},
+      {"timer", "name=\u00a0", ExitCode::refusedValue, "blank"},
+      {"collection", "apps=x", ExitCode::refusedValue, "a list"},
       {"weather", "latitude=91", ExitCode::refusedValue, "-90° to 90°"},
       {"colourPicker", "historyLimit=3", ExitCode::refusedValue, "4 to 60"}};
   for (const auto& test : cases) {
@@ -139,7 +150,8 @@ TEST(SettingEditing, EveryKindsDefaultsAreAllowed) {
   for (const auto& kind : allKinds()) {
     const auto fresh = *freshKind(kind.key, now);
     EXPECT_EQ(refusalOf(describeSettings(fresh), settingsJSON(fresh)), "") << kind.key;
-    EXPECT_EQ(withCheckedSettings(fresh, settingsJSON(fresh)), fresh) << kind.key;
+    EXPECT_EQ(withCheckedSettings(fresh, describeSettings(fresh), settingsJSON(fresh)), fresh)
+        << kind.key;
   }
 }
 

@@ -87,6 +87,23 @@ TEST_F(SlotCommandTest, StopEndsOnlySlotPrograms) {
   EXPECT_THAT(output.str(), HasSubstr("Nothing runs"));
 }
 
+TEST_F(SlotCommandTest, SlotsOfAnotherDataFolderAreLeftAlone) {
+  run({"widgets", "add", "clock", "A", "--place"});
+  platform.running.programs[7] = program(1);
+  platform.running.environments[7] = {{"TAVRIN_APP_SUPPORT_DIR", folder / "other"}};
+  EXPECT_FALSE(*json({"status"}).array()->front().member("isRunning")->boolean());
+  EXPECT_EQ(run({"stop"}), 0);
+  EXPECT_TRUE(platform.running.terminations.empty());
+  EXPECT_EQ(run({"start"}), 0) << errors.str();
+  EXPECT_EQ(platform.running.launches.size(), 1U);
+
+  // The same folder, written otherwise; whose slot has no identifier.
+  platform.running.owners.clear();
+  platform.running.environments[7] = {{"TAVRIN_APP_SUPPORT_DIR", folder / "data/../data/"}};
+  platform.running.programs.erase(101);
+  EXPECT_EQ(json({"status"}).array()->front().member("process")->integerValue(), 7);
+}
+
 TEST_F(SlotCommandTest, AStubbornSlotIsEndedByForce) {
   run({"widgets", "add", "clock", "A", "--place"});
   run({"start"});
@@ -167,6 +184,33 @@ TEST_F(EditTest, AFormThatIsGivenUpIsKept) {
   EXPECT_EQ(fileText(), before);
   EXPECT_THAT(errors.str(), HasSubstr("what you typed is in"));
   EXPECT_FALSE(std::filesystem::is_empty(folder / "state/tavrin"));
+}
+
+TEST_F(EditTest, TheEndOfTheInputGivesUp) {
+  edits({{"{", "{{"}, {"{", "{{"}});
+  EXPECT_EQ(run({"edit", "Focus"}, ""), 5);
+  EXPECT_EQ(forms.size(), 1U);
+}
+
+TEST_F(EditTest, WhatIsLeftAloneStaysExactly) {
+  struct Case {
+    const char* settings;
+    const char* key;
+    const char* kept;
+  };
+  const Case cases[] = {
+      {R"({"countdown":{"_0":{"target":856872605.123456,"countsUpAfter":false}}})", "target",
+       "856872605.123456"},
+      {R"({"countdown":{"_0":{"target":1e300,"countsUpAfter":false}}})", "target", "1e+300"},
+      // Out of the range that is offered, but there already.
+      {R"({"pomodoro":{"_0":{"focus":0.5}}})", "focus", "0.5"}};
+  for (const auto& [settings, key, kept] : cases) {
+    writeFile(std::string(R"({"version":1,"widgets":[{"id":)") +
+              R"("6F9619FF-8B86-D011-B42D-00C04FC964FF","name":"Old","kind":)" + settings + "}]}");
+    edits({{"\"Old\"", "\"New\""}});
+    EXPECT_EQ(run({"edit", "Old"}), 0) << errors.str();
+    EXPECT_EQ(json({"widgets", "show", "New"}).member("settings")->member(key)->compact(), kept);
+  }
 }
 
 TEST_F(EditTest, AnUntouchedFormChangesNothing) {

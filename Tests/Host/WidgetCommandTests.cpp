@@ -53,6 +53,7 @@ TEST_F(HostTest, ARefusedCommandChangesAndAnnouncesNothing) {
       {{"widgets", "place", "Tea", "--slot", "13"}, 5},
       {{"widgets", "place", "Tea", "--slot", "1"}, 5},
       {{"widgets", "place", "Tea", "Tea time", "--slot", "5"}, 2},
+      {{"widgets", "place", "Tea", "Coffee"}, 3},
       {{"widgets", "remove", "Tea", "Coffee"}, 3},
       {{"widgets", "span", "Tea", "0"}, 5},
       {{"widgets", "frobnicate"}, 2},
