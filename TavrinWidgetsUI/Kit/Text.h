@@ -19,6 +19,9 @@ enum class TextAlignment { leading, centre, trailing };
 
 /// The interface font's family: the desktop's choice, or Inter where the desktop has none.
 QString interfaceFontFamily();
+/// The desktop's choice; empty for none. Whether another family is used from now on: then tiles
+/// are to be rendered and panels to be made again.
+bool setInterfaceFontFamily(const QString& family);
 
 /// The least type size anywhere on a tile, and what nothing is fitted below. Points.
 inline constexpr double minimumTypeSize = 9;

@@ -44,15 +44,33 @@ bool canBeTabular(const QString& string) {
          });
 }
 
-} // namespace
-
-QString interfaceFontFamily() {
+QString fallbackFamily() {
   const QString family = QGuiApplication::font().family();
   // Without a desktop's choice the toolkit asks for "Sans Serif" and gets whatever comes first.
   const bool isChosen = !family.isEmpty() && family.compare(u"Sans Serif", Qt::CaseInsensitive) &&
                         family.compare(u"sans", Qt::CaseInsensitive);
   return !isChosen && QFontDatabase::hasFamily(QStringLiteral("Inter")) ? QStringLiteral("Inter")
                                                                         : family;
+}
+
+QString& usedFamily() {
+  static QString family;
+  return family;
+}
+
+} // namespace
+
+QString interfaceFontFamily() {
+  QString& used = usedFamily();
+  if (used.isEmpty())
+    used = fallbackFamily();
+  return used;
+}
+
+bool setInterfaceFontFamily(const QString& family) {
+  const QString before = interfaceFontFamily();
+  usedFamily() = !family.isEmpty() && QFontDatabase::hasFamily(family) ? family : fallbackFamily();
+  return usedFamily() != before;
 }
 
 const TextEngine::Face& TextEngine::face(FontWeight weight) {
