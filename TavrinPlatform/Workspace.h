@@ -38,6 +38,9 @@ public:
 
   virtual bool prefersReducedMotion() const = 0;
   virtual bool prefersDarkAppearance() const = 0;
+  /// The family of the font the user chose for interfaces; no value where none is set or known yet.
+  virtual std::optional<std::string> interfaceFontFamily() const = 0;
+  /// One of the three above changed.
   [[nodiscard]] virtual TokenPtr observeAppearance(std::function<void()> handler) = 0;
 };
 

@@ -9,11 +9,13 @@
 namespace tavrin {
 
 BasicWidgetController::BasicWidgetController(const SlotContext& context, DockWidget widget)
-    : context_(context), widget_(std::move(widget)) {}
+    : context_(context), widget_(std::move(widget)) {
+  appearanceChanged_ = platform().workspace().observeAppearance([this] { appearanceChanged(); });
+  takeInterfaceFont();
+}
 
 BasicWidgetController::~BasicWidgetController() {
-  if (panelView_ != nullptr)
-    context_.panel.onClose = nullptr;
+  context_.panel.onClose = nullptr;
 }
 
 void BasicWidgetController::update(const DockWidget& widget) {
@@ -51,8 +53,6 @@ void BasicWidgetController::showContent() {
     panelView_->onFittingSizeChange = [this] { context_.panel.fitContent(); };
     context_.panel.setRootView(panelView_);
     context_.panel.onClose = [this] { panelDidClose(); };
-    appearanceChanged_ = platform().workspace().observeAppearance(
-        [this] { panelView_->setAppearance(appearance()); });
   }
   panelView_->setAppearance(appearance());
   panelView_->refresh();
@@ -64,8 +64,21 @@ PanelAppearance BasicWidgetController::appearance() const {
   return {workspace.prefersDarkAppearance(), workspace.prefersReducedMotion(), tint()};
 }
 
+void BasicWidgetController::appearanceChanged() {
+  if (takeInterfaceFont()) {
+    discardPanelView();
+    refresh();
+  } else if (panelView_ != nullptr) {
+    panelView_->setAppearance(appearance());
+  }
+}
+
+bool BasicWidgetController::takeInterfaceFont() {
+  const auto family = platform().workspace().interfaceFontFamily();
+  return setInterfaceFontFamily(QString::fromStdString(family.value_or("")));
+}
+
 void BasicWidgetController::discardPanelView() {
-  appearanceChanged_.reset();
   panelView_ = nullptr;
 }
 

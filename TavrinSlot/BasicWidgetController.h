@@ -64,6 +64,9 @@ protected:
   void discardPanelView();
 
 private:
+  void appearanceChanged();
+  /// Whether that is another font than before.
+  bool takeInterfaceFont();
   void showContent();
   PanelAppearance appearance() const;
   WidgetStore& freshStore();

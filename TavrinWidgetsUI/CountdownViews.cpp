@@ -77,7 +77,8 @@ AnyView countdownTileIcon(const std::string& name, const CountdownSettings& sett
   content.ground = countdownGround;
   content.border =
       TileBorder{Countdown::weekShare(settings, now), countdownTint(), countdownTrack()};
-  content.caption = captionOf(name, settings, now);
+  // No room for "since" beside a name; the ring is empty once the moment has passed.
+  content.caption = QString::fromStdString(name);
   content.label = QString::fromStdString(name);
   content.value = isOver(settings, now) ? QString("Done") : QString::fromStdString(forms.front());
   if (isOver(settings, now)) {

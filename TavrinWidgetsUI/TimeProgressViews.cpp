@@ -74,24 +74,25 @@ QColor timeProgressTint(TimeProgressScope scope) {
 AnyView timeProgressTileIcon(const TimeProgressReading& reading, const TileSize& size) {
   const double body = size.body();
   const double captionSize = std::max(body * 0.115, minimumTypeSize);
-  const QColor quiet = palette::caption();
   const QColor tint = timeProgressTint(reading.scope);
-  // Small tiles keep the number; the name of the period comes last, for its tint tells it too.
-  std::vector<AnyView> lines;
-  if (size.side >= 84)
-    lines.push_back(word(scopeTitle(reading), captionSize, withContrast(tint, palette::ground)));
-  lines.push_back(percent(reading, body * (size.hasCaption() ? 0.255 : 0.24), palette::figure()));
-  if (size.hasCaption())
-    lines.push_back(word("left", captionSize, quiet));
-  const double diameter = body * 0.86;
-  const double thickness = body * 0.085;
+  const AnyView name = word(scopeTitle(reading), captionSize, withContrast(tint, palette::ground));
+  const AnyView figure =
+      percent(reading, body * (size.hasCaption() ? 0.255 : 0.27), palette::figure());
+  const AnyView left = word("left", captionSize, palette::caption());
+  const double diameter = body * 0.93;
+  const double thickness = body * 0.07;
   const AnyView gauge = ring(reading.fraction)
                             .tint(tint)
                             .track(palette::track)
                             .thickness(thickness)
                             .frame(diameter, diameter);
-  const AnyView centre = vstack(std::move(lines)).frame({.maxWidth = diameter - 2.6 * thickness});
-  return tile(palette::ground, zstack({gauge, centre}), size)
+  // The longer word stands above; a little lower, all of it keeps clear of the ring.
+  const AnyView centre = size.side >= 62
+                             ? AnyView(vstack({name, figure, left})).offset(0, body * 0.012)
+                         : size.hasCaption() ? AnyView(vstack({figure, left}))
+                                             : figure;
+  return tile(palette::ground,
+              zstack({gauge, centre.frame({.maxWidth = diameter - 2.5 * thickness})}), size)
       .accessibility(scopeTitle(reading), spoken(reading));
 }
 

@@ -22,12 +22,23 @@ const BusAddress manager{"org.freedesktop.systemd1", "/org/freedesktop/systemd1"
                          "org.freedesktop.systemd1.Manager"};
 constexpr const char* noticeArgument = "--notify";
 constexpr double noticeLimit = 10;
+/// For how long a click on a notice that nobody closed is still waited for.
+constexpr double clickLimit = 3600;
+/// What a click on the notice itself invokes.
+constexpr const char* clickAction = "default";
 
 BusMessage notice(const Bus& bus, const std::string& title, const std::string& body) {
   BusMessage message = bus.method(server, "Notify");
-  message.append("susssas", "Tavrin", 0U, "", title.c_str(), body.c_str(), 0);
+  message.append("susssas", "Tavrin", 0U, "", title.c_str(), body.c_str(), 2, clickAction, "Open");
   message.append("a{sv}i", 2, "sound-name", "s", "message-new-instant", "urgency", "y", 1, -1);
   return message;
+}
+
+/// The signals' first argument, when it is a notice's number.
+std::uint32_t noticeNumber(sd_bus_message* message) {
+  std::uint32_t number = 0;
+  sd_bus_message_read_basic(message, 'u', &number);
+  return number;
 }
 
 /// The beginning of the names of all units for `identifier`.
@@ -92,6 +103,26 @@ BusMessage transientTimer(const Bus& bus, const std::string& unit,
 }
 
 } // namespace
+
+NoticeWatch::NoticeWatch(Bus& bus) {
+  const std::string rule = "type='signal',path='/org/freedesktop/Notifications',"
+                           "interface='org.freedesktop.Notifications',member=";
+  clicked_ = bus.match(rule + "'ActionInvoked'", [this](sd_bus_message* signal) {
+    const auto number = noticeNumber(signal);
+    if (textArgument(signal) != clickAction)
+      return;
+    if (const auto notice = shown_.extract(number)) {
+      wasClicked_ = true;
+      notice.mapped()();
+    }
+  });
+  closed_ = bus.match(rule + "'NotificationClosed'",
+                      [this](sd_bus_message* signal) { shown_.erase(noticeNumber(signal)); });
+}
+
+void NoticeWatch::expect(sd_bus_message* reply, std::function<void()> click) {
+  shown_[noticeNumber(reply)] = std::move(click);
+}
 
 LinuxNotificationCenter::LinuxNotificationCenter(Bus* bus, RunLoop& runLoop,
                                                  std::filesystem::path executable, LogSink& log)
@@ -161,14 +192,27 @@ void LinuxNotificationCenter::unschedule(const std::string& identifier) {
 void LinuxNotificationCenter::keep(const UserNotificationRequest& request, double delay) {
   kept_[request.identifier] = runLoop_.after(std::max(delay, 0.0), [this, request] {
     if (bus_ != nullptr && bus_->isOpen())
-      bus_->send(notice(*bus_, request.title, request.body));
+      show(request);
     else
       log_.info("There is no way to show the notice \"" + request.title + "\"");
     kept_.erase(request.identifier);
   });
 }
 
-std::optional<int> showNoticeIfAsked(int argc, char** argv) {
+void LinuxNotificationCenter::show(const UserNotificationRequest& request) {
+  if (!watch_)
+    watch_ = std::make_unique<NoticeWatch>(*bus_);
+  bus_->call(notice(*bus_, request.title, request.body),
+             [this](sd_bus_message* reply, const std::string&) {
+               if (reply != nullptr)
+                 watch_->expect(reply, [this] {
+                   if (onClick)
+                     onClick();
+                 });
+             });
+}
+
+std::optional<int> showNoticeIfAsked(int& argc, char** argv) {
   if (argc < 2 || std::string_view(argv[1]) != noticeArgument)
     return std::nullopt;
   if (argc != 5)
@@ -176,11 +220,25 @@ std::optional<int> showNoticeIfAsked(int argc, char** argv) {
   const auto bus = Bus::session();
   if (!bus)
     return 1;
-  std::optional<bool> isShown;
-  bus->call(notice(*bus, argv[3], argv[4]),
-            [&](sd_bus_message* reply, const std::string&) { isShown = reply != nullptr; });
-  bus->waitUntil([&] { return isShown.has_value(); }, noticeLimit);
-  return isShown.value_or(false) ? 0 : 1;
+  NoticeWatch watch(*bus);
+  bool isShown = false;
+  bool isAnswered = false;
+  bus->call(notice(*bus, argv[3], argv[4]), [&](sd_bus_message* reply, const std::string&) {
+    isAnswered = true;
+    isShown = reply != nullptr;
+    if (isShown)
+      watch.expect(reply, [] {});
+  });
+  bus->waitUntil([&] { return isAnswered; }, noticeLimit);
+  if (!isShown)
+    return 1;
+  bus->waitUntil([&] { return watch.isEmpty(); }, clickLimit);
+  if (!watch.wasClicked())
+    return 0;
+  // On as if started by the user: the running slot is asked to activate, or this becomes it.
+  argc = 1;
+  argv[1] = nullptr;
+  return std::nullopt;
 }
 
 } // namespace tavrin

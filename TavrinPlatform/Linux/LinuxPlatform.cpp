@@ -149,7 +149,10 @@ Workspace& LinuxPlatform::workspace() {
 
 UserNotificationCenter& LinuxPlatform::userNotifications() {
   return lazily(userNotifications_, [this] {
-    return std::make_unique<LinuxNotificationCenter>(bus_.get(), *runLoop_, executable_, log_);
+    auto center =
+        std::make_unique<LinuxNotificationCenter>(bus_.get(), *runLoop_, executable_, log_);
+    center->onClick = [this] { application_->reopen(); };
+    return center;
   });
 }
 

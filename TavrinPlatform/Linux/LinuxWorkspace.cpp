@@ -1,5 +1,6 @@
 #include "TavrinPlatform/Linux/LinuxWorkspace.h"
 
+#include "TavrinPlatform/Linux/InterfaceFont.h"
 #include "TavrinPlatform/Linux/X11.h"
 
 #include <QProcess>
@@ -19,6 +20,7 @@ const BusAddress power{"net.hadess.PowerProfiles", "/net/hadess/PowerProfiles",
                        "org.freedesktop.DBus.Properties"};
 constexpr const char* appearanceGroup = "org.freedesktop.appearance";
 constexpr const char* interfaceGroup = "org.gnome.desktop.interface";
+constexpr const char* fontKey = "font-name";
 constexpr std::uint32_t preferDark = 1;
 
 /// Steps into variants, however many lie round the value. The type inside.
@@ -194,14 +196,24 @@ bool LinuxWorkspace::prefersDarkAppearance() const {
   return isDark_;
 }
 
+std::optional<std::string> LinuxWorkspace::interfaceFontFamily() const {
+  watchSettings();
+  return fontFamily_;
+}
+
 TokenPtr LinuxWorkspace::observeAppearance(std::function<void()> handler) {
   watchSettings();
   return appearance_.add(std::move(handler));
 }
 
 void LinuxWorkspace::watchSettings() const {
-  if (session_ == nullptr || !session_->isOpen() || watches_.contains("settings"))
+  if (watches_.contains("settings"))
     return;
+  if (session_ == nullptr || !session_->isOpen()) {
+    watches_["settings"] = nullptr;
+    setFontFamily(fontFamilyInSettings(files_));
+    return;
+  }
   watches_["settings"] = session_->match(
       "type='signal',path='/org/freedesktop/portal/desktop',member='SettingChanged',"
       "interface='org.freedesktop.portal.Settings'",
@@ -213,6 +225,7 @@ void LinuxWorkspace::watchSettings() const {
       });
   askPortal(appearanceGroup, "color-scheme");
   askPortal(interfaceGroup, "enable-animations");
+  askPortal(interfaceGroup, fontKey);
 }
 
 void LinuxWorkspace::askPortal(const char* group, const char* key) const {
@@ -221,7 +234,13 @@ void LinuxWorkspace::askPortal(const char* group, const char* key) const {
   session_->call(question, [this, name = std::string(key)](sd_bus_message* reply, auto&) {
     if (reply != nullptr)
       setPortalValue(name, reply);
+    else if (name == fontKey && setFontFamily(fontFamilyInSettings(files_)))
+      appearance_.call();
   });
+}
+
+bool LinuxWorkspace::setFontFamily(std::optional<std::string> family) const {
+  return std::exchange(fontFamily_, family) != family;
 }
 
 void LinuxWorkspace::setPortalValue(const std::string& key, sd_bus_message* message) const {
@@ -236,6 +255,8 @@ void LinuxWorkspace::setPortalValue(const std::string& key, sd_bus_message* mess
     int isEnabled = 1;
     sd_bus_message_read_basic(message, 'b', &isEnabled);
     isChanged = std::exchange(hasAnimations_, isEnabled != 0) != (isEnabled != 0);
+  } else if (key == fontKey && type == 's') {
+    isChanged = setFontFamily(fontFamilyOf(textArgument(message)));
   }
   if (isChanged)
     appearance_.call();

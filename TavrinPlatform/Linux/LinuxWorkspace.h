@@ -27,6 +27,7 @@ public:
   [[nodiscard]] TokenPtr observeLowPowerMode(std::function<void()> handler) override;
   bool prefersReducedMotion() const override;
   bool prefersDarkAppearance() const override;
+  std::optional<std::string> interfaceFontFamily() const override;
   [[nodiscard]] TokenPtr observeAppearance(std::function<void()> handler) override;
 
 private:
@@ -37,6 +38,7 @@ private:
   void watchSettings() const;
   void askPortal(const char* group, const char* key) const;
   void setPortalValue(const std::string& key, sd_bus_message* message) const;
+  bool setFontFamily(std::optional<std::string> family) const;
 
   const FileManager& files_;
   Bus* session_;
@@ -53,6 +55,7 @@ private:
   mutable bool isLowPower_ = false;
   mutable bool isDark_ = false;
   mutable bool hasAnimations_ = true;
+  mutable std::optional<std::string> fontFamily_;
 };
 
 } // namespace tavrin

@@ -25,14 +25,19 @@ double widestWidth(const Text& text, TextEngine& engine) {
              : std::max(width, engine.width(text.widestForm, text.fontWeight, text.pointSize));
 }
 
+/// What the text may be fitted down to.
+double leastSize(const Text& text) {
+  const double least =
+      text.figureMinimum.value_or(std::max(text.pointSize * leastFit, minimumTypeSize));
+  return std::min(least, text.pointSize);
+}
+
 /// The size at which the text stands on one line of `width` points.
 double fittedSize(const Text& text, TextEngine& engine, double width) {
   const double wanted = widestWidth(text, engine);
   if (wanted <= width || wanted <= 0)
     return text.pointSize;
-  const double least = text.figureMinimum ? std::min(*text.figureMinimum, text.pointSize)
-                                          : text.pointSize * leastFit;
-  return std::max(text.pointSize * width / wanted, least);
+  return std::max(text.pointSize * width / wanted, leastSize(text));
 }
 
 /// As many of the allowed lines as the room is high for; one at least.
@@ -107,12 +112,11 @@ QSizeF Text::measure(ViewContext& context, const QSizeF& offer) const {
   if (string.isEmpty() && widestForm.isEmpty())
     return {0, 0};
   if (lineLimit > 1 && offer.width() > 0 && offer.width() < unbounded) {
-    const QStringList parts = context.text.lines(string, fontWeight, pointSize, offer.width(),
-                                                 linesIn(*this, offer.height()));
+    const auto [parts, size] = context.text.lines(string, fontWeight, pointSize, leastSize(*this),
+                                                  offer.width(), linesIn(*this, offer.height()));
     double widest = 0;
     for (const QString& part : parts)
-      widest =
-          std::max(widest, context.text.width(part, fontWeight, pointSize, Digits::proportional));
+      widest = std::max(widest, context.text.width(part, fontWeight, size, Digits::proportional));
     return {std::min(std::ceil(widest), offer.width()), line * double(parts.size())};
   }
   // Rounded up, so that a text is not refitted to the very room it asked for.
@@ -132,11 +136,11 @@ void Text::paint(ViewContext& context, const QRectF& rect) const {
     context.addElement({string, {}, rect});
   context.painter.setPen(inkColour);
   if (lineLimit > 1) {
-    const QStringList parts = context.text.lines(string, fontWeight, pointSize, rect.width(),
-                                                 linesIn(*this, rect.height()));
+    const auto [parts, size] = context.text.lines(string, fontWeight, pointSize, leastSize(*this),
+                                                  rect.width(), linesIn(*this, rect.height()));
     double y = rect.y();
     for (const QString& part : parts) {
-      drawLine(context, *this, part, pointSize, {rect.x(), y, rect.width(), pointSize * lineHeight},
+      drawLine(context, *this, part, size, {rect.x(), y, rect.width(), pointSize * lineHeight},
                Digits::proportional);
       y += pointSize * lineHeight;
     }

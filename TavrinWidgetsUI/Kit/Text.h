@@ -19,9 +19,15 @@ enum class TextAlignment { leading, centre, trailing };
 
 /// The interface font's family: the desktop's choice, or Inter where the desktop has none.
 QString interfaceFontFamily();
+/// The desktop's choice; empty for none. Whether another family is used from now on: then tiles
+/// are to be rendered and panels to be made again.
+bool setInterfaceFontFamily(const QString& family);
 
-/// A line of text, or a few. On one line all digits are equally wide. A line that is too long is
-/// set smaller once, down to 85 %, and then ends in an ellipsis.
+/// The least type size anywhere on a tile, and what nothing is fitted below. Points.
+inline constexpr double minimumTypeSize = 9;
+
+/// A line of text, or a few. On one line all digits are equally wide. A line, or a word among
+/// several lines, that is too long is set smaller once, down to 85 %, and then ends in an ellipsis.
 struct Text : Modifiers<Text> {
   QString string;
   /// Points.

@@ -44,15 +44,33 @@ bool canBeTabular(const QString& string) {
          });
 }
 
-} // namespace
-
-QString interfaceFontFamily() {
+QString fallbackFamily() {
   const QString family = QGuiApplication::font().family();
   // Without a desktop's choice the toolkit asks for "Sans Serif" and gets whatever comes first.
   const bool isChosen = !family.isEmpty() && family.compare(u"Sans Serif", Qt::CaseInsensitive) &&
                         family.compare(u"sans", Qt::CaseInsensitive);
   return !isChosen && QFontDatabase::hasFamily(QStringLiteral("Inter")) ? QStringLiteral("Inter")
                                                                         : family;
+}
+
+QString& usedFamily() {
+  static QString family;
+  return family;
+}
+
+} // namespace
+
+QString interfaceFontFamily() {
+  QString& used = usedFamily();
+  if (used.isEmpty())
+    used = fallbackFamily();
+  return used;
+}
+
+bool setInterfaceFontFamily(const QString& family) {
+  const QString before = interfaceFontFamily();
+  usedFamily() = !family.isEmpty() && QFontDatabase::hasFamily(family) ? family : fallbackFamily();
+  return usedFamily() != before;
 }
 
 const TextEngine::Face& TextEngine::face(FontWeight weight) {
@@ -195,11 +213,12 @@ QString TextEngine::elided(const QString& string, FontWeight weight, double poin
   const double reference = width * referenceSize / pointSize;
   return recent(
              broken_, brokenLimit,
-             [&, key = Broken{string, weight, reference, 0, {}}](const Broken& broken) {
+             [&, key = Broken{string, weight, reference, 0, 0, {}, 0}](const Broken& broken) {
                return broken == key;
              },
              [&] {
-               return Broken{string, weight, reference, 0, {cut(string, weight, reference)}};
+               return Broken{string,   weight, reference, 0, 0, {cut(string, weight, reference)},
+                             reference};
              })
       .lines.front();
 }
@@ -229,31 +248,34 @@ QString TextEngine::cut(const QString& string, FontWeight weight, double width) 
   return candidate(*(tooLong - 1));
 }
 
-QStringList TextEngine::lines(const QString& string, FontWeight weight, double pointSize,
-                              double width, int limit) {
+TextEngine::Lines TextEngine::lines(const QString& string, FontWeight weight, double pointSize,
+                                    double leastSize, double width, int limit) {
   const double reference = width * referenceSize / pointSize;
-  return recent(
-             broken_, brokenLimit,
-             [&, key = Broken{string, weight, reference, limit, {}}](const Broken& broken) {
-               return broken == key;
-             },
-             [&] {
-               return Broken{string, weight, reference, limit,
-                             breakLines(string, weight, reference, limit)};
-             })
-      .lines;
+  const double most = reference * pointSize / std::min(leastSize, pointSize);
+  const Broken& broken = recent(
+      broken_, brokenLimit,
+      [&, key = Broken{string, weight, reference, most, limit, {}, 0}](const Broken& broken) {
+        return broken == key;
+      },
+      [&] {
+        double brokenWidth = reference;
+        QStringList lines = breakLines(string, weight, brokenWidth, most, limit);
+        return Broken{string, weight, reference, most, limit, std::move(lines), brokenWidth};
+      });
+  return {broken.lines, pointSize * reference / broken.brokenWidth};
 }
 
-QStringList TextEngine::breakLines(const QString& string, FontWeight weight, double width,
-                                   int limit) {
+QStringList TextEngine::breakLines(const QString& string, FontWeight weight, double& width,
+                                   double mostWidth, int limit) {
   QString text = string;
   text.replace(u'\n', QChar(QChar::LineSeparator));
   QTextLayout layout(text, face(weight).font);
   QTextOption option;
-  option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+  option.setWrapMode(QTextOption::WordWrap);
   layout.setTextOption(option);
   layout.beginLayout();
   QStringList result;
+  double wanted = width;
   while (result.size() < limit) {
     QTextLine line = layout.createLine();
     if (!line.isValid())
@@ -262,15 +284,23 @@ QStringList TextEngine::breakLines(const QString& string, FontWeight weight, dou
     const bool isLast = result.size() + 1 == limit;
     const qsizetype end = line.textStart() + line.textLength();
     QString part = text.mid(line.textStart(), line.textLength());
+    while (part.endsWith(QChar(QChar::LineSeparator)) || part.endsWith(u' '))
+      part.chop(1);
+    const double natural = line.naturalTextWidth();
+    if (natural > width && natural <= mostWidth)
+      wanted = std::max(wanted, natural);
     if (isLast && end < text.size())
       part = cut(text.mid(line.textStart()).section(QChar(QChar::LineSeparator), 0, 0) + ellipsis,
                  weight, width);
-    while (part.endsWith(QChar(QChar::LineSeparator)) || part.endsWith(u' '))
-      part.chop(1);
+    else if (natural > width)
+      part = cut(part, weight, width);
     result << part;
   }
   layout.endLayout();
-  return result;
+  if (wanted <= width)
+    return result;
+  width = wanted;
+  return breakLines(string, weight, width, wanted, limit);
 }
 
 } // namespace tavrin

@@ -24,9 +24,16 @@ public:
   double capHeight(FontWeight weight, double pointSize);
   /// `string`, or as much of it as fits into `width` with an ellipsis.
   QString elided(const QString& string, FontWeight weight, double pointSize, double width);
-  /// At most `limit` lines that fit into `width`, the last one elided.
-  QStringList lines(const QString& string, FontWeight weight, double pointSize, double width,
-                    int limit);
+  /// At most `limit` lines that fit into `width`, broken between words, the last one elided.
+  struct Lines {
+    QStringList lines;
+    /// At most `pointSize`: for the sake of a word that is a little too long.
+    double pointSize = 0;
+  };
+  /// A word that is longer than a line sets the text in smaller type, down to `leastSize`; one
+  /// that is too long even so is elided.
+  Lines lines(const QString& string, FontWeight weight, double pointSize, double leastSize,
+              double width, int limit);
   /// Draws with the painter's pen from `origin`, the start of the baseline.
   void draw(QPainter& painter, const QString& string, FontWeight weight, double pointSize,
             QPointF origin, Digits digits = Digits::tabular);
@@ -65,11 +72,13 @@ private:
     QString string;
     FontWeight weight = FontWeight::regular;
     double width = 0;
+    double mostWidth = 0;
     int limit = 0;
     QStringList lines;
+    double brokenWidth = 0;
     bool operator==(const Broken& other) const {
-      return weight == other.weight && width == other.width && limit == other.limit &&
-             string == other.string;
+      return weight == other.weight && width == other.width && mostWidth == other.mostWidth &&
+             limit == other.limit && string == other.string;
     }
   };
 
@@ -78,7 +87,9 @@ private:
   void shapeTabular(Shaped& shaped, const Face& face);
   void shapeWhole(Shaped& shaped, const Face& face, const QString& part);
   QRawFont sized(const QRawFont& reference, double pointSize);
-  QStringList breakLines(const QString& string, FontWeight weight, double width, int limit);
+  /// Widens `width` up to `mostWidth` for words that would fit then.
+  QStringList breakLines(const QString& string, FontWeight weight, double& width, double mostWidth,
+                         int limit);
   QString cut(const QString& string, FontWeight weight, double width);
 
   /// Most recently used first, all of them.

@@ -35,9 +35,6 @@ struct TileSize {
   bool operator==(const TileSize&) const = default;
 };
 
-/// The least type size anywhere on a tile.
-inline constexpr double minimumTypeSize = 9;
-
 /// How a tile stands, told at a glance.
 enum class TileState {
   live,

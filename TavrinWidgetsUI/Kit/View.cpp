@@ -4,6 +4,7 @@
 #include "TavrinWidgetsUI/Kit/ViewContext.h"
 
 #include <algorithm>
+#include <numeric>
 
 namespace tavrin {
 
@@ -150,6 +151,7 @@ struct Row {
       std::size_t index;
       bool isSpacer;
       double flexibility;
+      double least;
     };
     std::vector<Need> needs;
     needs.reserve(count);
@@ -159,7 +161,7 @@ struct Row {
         continue;
       const double most = sizeOf(child, unbounded, room.height()).width();
       const double least = most > 0 ? sizeOf(child, 0, room.height()).width() : 0;
-      needs.push_back({i, child.as<Spacer>() != nullptr, most - least});
+      needs.push_back({i, child.as<Spacer>() != nullptr, most - least, std::min(most, least)});
     }
     const auto shown = needs.size();
     // Spacers come last and get what nobody else wants.
@@ -169,10 +171,17 @@ struct Row {
     auto claims = static_cast<std::size_t>(
         std::count_if(needs.begin(), needs.end(), [](const Need& need) { return !need.isSpacer; }));
     double left = room.width() - stack.gap * double(shown > 0 ? shown - 1 : 0);
+    double leastOfRest =
+        std::accumulate(needs.begin(), needs.end(), 0.0,
+                        [](double sum, const Need& need) { return sum + need.least; });
     for (std::size_t i = 0; i < needs.size(); ++i) {
       if (i == claims)
         claims = needs.size();
-      const double share = std::max(left, 0.0) / double(claims - i);
+      double share = std::max(left, 0.0) / double(claims - i);
+      leastOfRest -= needs[i].least;
+      // What does not grow with its room may choose among all that the others can do without.
+      if (needs[i].flexibility <= 0)
+        share = std::max(share, left - leastOfRest);
       QSizeF& size = result[needs[i].index];
       size = sizeOf(stack.children[needs[i].index], share, room.height());
       left -= size.width();

@@ -11,6 +11,7 @@ namespace tavrin {
 struct ViewPainter::Caches {
   TextEngine text;
   LayerCache layers;
+  QString family = interfaceFontFamily();
 };
 
 ViewPainter::ViewPainter() : caches_(std::make_unique<Caches>()) {}
@@ -18,19 +19,28 @@ ViewPainter::~ViewPainter() = default;
 ViewPainter::ViewPainter(ViewPainter&&) noexcept = default;
 ViewPainter& ViewPainter::operator=(ViewPainter&&) noexcept = default;
 
+/// What was shaped and painted in another font is of no use.
+ViewPainter::Caches& ViewPainter::caches() {
+  if (caches_->family != interfaceFontFamily())
+    caches_ = std::make_unique<Caches>();
+  return *caches_;
+}
+
 void ViewPainter::paint(QPainter& painter, const AnyView& view, const QRectF& rect, double scale) {
   painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
-  ViewContext context(painter, scale, caches_->text, caches_->layers);
-  caches_->layers.beginPainting();
+  Caches& caches = this->caches();
+  ViewContext context(painter, scale, caches.text, caches.layers);
+  caches.layers.beginPainting();
   view.paint(context, rect);
-  caches_->layers.endPainting();
+  caches.layers.endPainting();
   buttons_ = std::move(context.buttons);
   elements_ = std::move(context.elements);
 }
 
 QSizeF ViewPainter::measure(const AnyView& view, const QSizeF& offer, double scale) {
   QPainter idle;
-  ViewContext context(idle, scale, caches_->text, caches_->layers);
+  Caches& caches = this->caches();
+  ViewContext context(idle, scale, caches.text, caches.layers);
   return view.measure(context, offer);
 }
 
@@ -42,7 +52,8 @@ const ViewAction* ViewPainter::buttonAt(QPointF point) const {
 }
 
 bool ViewRenderer::render(const AnyView& view, const QSizeF& size, double scale) {
-  if (view_ && *view_ == view && size_ == size && scale_ == scale)
+  const QString family = interfaceFontFamily();
+  if (view_ && *view_ == view && size_ == size && scale_ == scale && family_ == family)
     return false;
   const QSize pixels(std::max(static_cast<int>(std::lround(size.width() * scale)), 1),
                      std::max(static_cast<int>(std::lround(size.height() * scale)), 1));
@@ -55,6 +66,7 @@ bool ViewRenderer::render(const AnyView& view, const QSizeF& size, double scale)
   view_ = view;
   size_ = size;
   scale_ = scale;
+  family_ = family;
   return true;
 }
 

@@ -29,6 +29,8 @@ public:
 
 private:
   struct Caches;
+  Caches& caches();
+
   std::unique_ptr<Caches> caches_;
   std::vector<ViewButton> buttons_;
   std::vector<AccessibleElement> elements_;
@@ -53,6 +55,7 @@ private:
   std::optional<AnyView> view_;
   QSizeF size_;
   double scale_ = 0;
+  QString family_;
 };
 
 } // namespace tavrin

@@ -83,17 +83,53 @@ TEST(Text, BreaksIntoLinesThatFit) {
   const QString note =
       QStringLiteral("Milk, bread, a kilogram of unreasonably small potatoes\nand soap");
   for (const double width : {40.0, 70.0, 200.0}) {
-    const QStringList lines = engine.lines(note, FontWeight::regular, 10, width, 3);
+    const QStringList lines = engine.lines(note, FontWeight::regular, 10, 10, width, 3).lines;
     EXPECT_LE(lines.size(), 3);
     for (const QString& line : lines)
       EXPECT_LE(engine.width(line, FontWeight::regular, 10, TextEngine::Digits::proportional),
                 width + 0.5)
           << line.toStdString();
   }
-  EXPECT_EQ(engine.lines(QStringLiteral("a\nb"), FontWeight::regular, 10, 100, 5),
+  EXPECT_EQ(engine.lines(QStringLiteral("a\nb"), FontWeight::regular, 10, 10, 100, 5).lines,
             QStringList({QStringLiteral("a"), QStringLiteral("b")}));
-  EXPECT_TRUE(engine.lines(note, FontWeight::regular, 10, 60, 2).back().endsWith(QChar(0x2026)));
-  EXPECT_TRUE(engine.lines({}, FontWeight::regular, 10, 60, 2).join(QString()).isEmpty());
+  EXPECT_TRUE(
+      engine.lines(note, FontWeight::regular, 10, 10, 60, 2).lines.back().endsWith(QChar(0x2026)));
+  EXPECT_TRUE(engine.lines({}, FontWeight::regular, 10, 10, 60, 2).lines.join(QString()).isEmpty());
+}
+
+TEST(Text, AWordTooLongForItsLineIsFittedOrElidedButNotTornApart) {
+  TextEngine engine;
+  const auto regular = FontWeight::regular;
+  const QString note = QStringLiteral("Groceries: milk");
+  const double word = engine.width(QStringLiteral("Groceries:"), regular, 12);
+  struct Case {
+    double share, least;
+    const char* first;
+    double size;
+  };
+  for (const Case& c : {Case{1.01, 9, "Groceries:", 12}, Case{0.9, 9, "Groceries:", 10.8},
+                        Case{0.9, 12, nullptr, 12}, Case{0.7, 9, nullptr, 12}}) {
+    const auto [lines, size] = engine.lines(note, regular, 12, c.least, word * c.share, 3);
+    EXPECT_NEAR(size, c.size, 0.02) << c.share;
+    ASSERT_EQ(lines.size(), 2) << c.share;
+    if (c.first != nullptr)
+      EXPECT_EQ(lines[0], QString(c.first)) << c.share;
+    else
+      EXPECT_TRUE(lines[0].endsWith(QChar(0x2026))) << lines[0].toStdString();
+    EXPECT_EQ(lines[1], QStringLiteral("milk")) << c.share;
+    EXPECT_LE(engine.width(lines[0], regular, size), word * c.share + 0.5);
+  }
+}
+
+TEST(Text, IsNeverFittedBelowNinePoints) {
+  const QString caption = QStringLiteral("Retirement");
+  const double full = widthOf(text(caption).size(9));
+  const auto ink = [&](const char* words, double width) {
+    return inkedRect(
+        rendered(text(words).size(9).colour(palette::white).frame(width, 14), {60, 14}, 4), 40);
+  };
+  // A capital stays as high as in a text that has room.
+  EXPECT_EQ(ink("Retirement", full * 0.9).height(), ink("Retirement", full).height());
 }
 
 TEST(Colour, ReadsHex) {

@@ -125,6 +125,22 @@ TEST(Tile, DropsTheMarkBeforeTheCaption) {
   EXPECT_GT(countOf(picture(tile(content, {64, 1}), {64, 1}, 1), palette::pink), 20);
 }
 
+TEST(Tile, AnHourLongFigureLeavesCaptionAndMarkTheirRoom) {
+  for (const double side : {64.0, 96.0, 128.0}) {
+    const TileSize size{side, 1};
+    TileContent content = running("1:59:59");
+    content.widestFigure.clear();
+    const QImage bare = picture(tile(content, size), size, 1);
+    content.mark = rectangle().fill(palette::pink);
+    content.markRatio = 0.08;
+    content.isMarkBelow = true;
+    EXPECT_GT(countOf(picture(tile(content, size), size, 1), palette::pink), 20) << side;
+    content.mark = {};
+    content.caption.clear();
+    EXPECT_NE(picture(tile(content, size), size, 1), bare) << side;
+  }
+}
+
 TEST(Tile, StatesDiffer) {
   std::vector<QImage> seen;
   for (const TileState state :

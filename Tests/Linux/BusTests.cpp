@@ -195,14 +195,50 @@ TEST(UserNotifications, WithoutAManagerTheNoticeWaitsHere) {
   EXPECT_TRUE(monitor.says("   string \"Body\""));
 }
 
-TEST(UserNotifications, TheProgramItselfShowsADueNotice) {
+/// What the notification server would tell about each of its notices.
+void tellAll(const std::string& member, const std::string& argument) {
+  for (const char* number : {"1", "2", "3", "4", "5", "6"})
+    shell("gdbus emit --session --object-path /org/freedesktop/Notifications --signal "
+          "org.freedesktop.Notifications." +
+          member + " 'uint32 " + number + "' \"" + argument + "\"");
+}
+
+TEST(UserNotifications, TheProgramItselfShowsADueNoticeAndOpensOnAClick) {
+  const QString path = bundle("dev.test.Slot1");
+  const QStringList notice{"--notify", "id", "Done, $HOME", "Break"};
   Program monitor("/usr/bin/dbus-monitor",
                   {"--session", "interface='org.freedesktop.Notifications',member='Notify'"});
   ASSERT_TRUE(monitor.says("signal"));
-  Program program(TILE_DOUBLE, {"--notify", "id", "Done, $HOME", "Break"});
-  EXPECT_TRUE(program.ends());
-  EXPECT_EQ(program.number("started"), 0);
-  EXPECT_TRUE(monitor.says("   string \"Done, $HOME\""));
+  int count = 0;
+  const auto repeatedly = [](const auto& signal, const auto& condition) {
+    // The number is the server's count of notices; telling of those that are gone does nothing.
+    return eventually([&] {
+      signal();
+      return condition();
+    });
+  };
+  {
+    Program closed(path, notice, picture);
+    ASSERT_TRUE(monitor.says("   string \"Done, $HOME\"", ++count));
+    EXPECT_TRUE(repeatedly([&] { tellAll("NotificationClosed", "uint32 2"); },
+                           [&] { return closed.ends(); }));
+    EXPECT_EQ(closed.number("started"), 0);
+  }
+  {
+    Program clicked(path, notice, picture);
+    ASSERT_TRUE(monitor.says("   string \"Done, $HOME\"", ++count));
+    EXPECT_TRUE(repeatedly([&] { tellAll("ActionInvoked", "'default'"); },
+                           [&] { return clicked.number("started") == 1; }))
+        << "no slot runs: this becomes it";
+  }
+  Program slot(path, {"--background"}, picture);
+  ASSERT_TRUE(slot.says("started"));
+  Program clicked(path, notice, picture);
+  ASSERT_TRUE(monitor.says("   string \"Done, $HOME\"", ++count));
+  EXPECT_TRUE(repeatedly([&] { tellAll("ActionInvoked", "'default'"); },
+                         [&] { return slot.number("opened") > 0; }));
+  EXPECT_TRUE(clicked.ends());
+  EXPECT_EQ(clicked.number("started"), 0);
 }
 
 } // namespace

@@ -1,3 +1,4 @@
+#include "TavrinPlatform/Linux/InterfaceFont.h"
 #include "TavrinPlatform/Linux/JSONUserDefaults.h"
 #include "TavrinPlatform/Linux/LinuxDockGeometry.h"
 #include "TavrinPlatform/Linux/LinuxFileManager.h"
@@ -44,6 +45,28 @@ public:
 std::string propertyList(const std::string& entries) {
   return "<?xml version=\"1.0\" encoding=\"UTF-8\"?><plist version=\"1.0\"><dict>" + entries +
          "</dict></plist>";
+}
+
+TEST(InterfaceFont, IsWhatADescriptionNamesFirst) {
+  struct Case {
+    const char* description;
+    std::optional<std::string> family;
+  };
+  for (const Case& c :
+       {Case{"Cantarell 11", "Cantarell"}, Case{"Noto Sans Medium Italic 10.5", "Noto Sans"},
+        Case{"Source Sans 3 11", "Source Sans 3"}, Case{"Ubuntu", "Ubuntu"},
+        Case{"DejaVu Sans, Inter Bold 9", "DejaVu Sans"}, Case{"Bold", "Bold"},
+        Case{"  ", std::nullopt}, Case{"", std::nullopt}})
+    EXPECT_EQ(fontFamilyOf(c.description), c.family) << c.description;
+}
+
+TEST(InterfaceFont, ComesFromTheGeneralGroup) {
+  const Folder home;
+  const LinuxFileManager files({{"HOME", home.path.string()}});
+  EXPECT_EQ(fontFamilyInSettings(files), std::nullopt);
+  home.write(".config/kdeglobals",
+             "[WM]\nfont=No\n[General]\nfixed=Hack,9\nfont=Noto Sans,10,-1,5,50\n");
+  EXPECT_EQ(fontFamilyInSettings(files), "Noto Sans");
 }
 
 TEST(StripLayout, CellsStandCentredOnTheEdge) {

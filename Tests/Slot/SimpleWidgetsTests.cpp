@@ -15,6 +15,7 @@
 #include "Tests/Support/FakePlatform.h"
 
 #include <QAbstractButton>
+#include <QFontDatabase>
 #include <QLabel>
 #include <gtest/gtest.h>
 
@@ -96,6 +97,34 @@ TEST(SystemWidgetController, AClockWithoutSecondsPaintsOnceAMinute) {
   slot.show<SystemWidgetController>(ClockSettings{});
   slot.platform.loop.advance(180);
   EXPECT_EQ(slot.platform.tile.displays, 4);
+}
+
+TEST(SystemWidgetController, AnotherInterfaceFontIsOnTheTileAndInThePanelAtOnce) {
+  const QString usual = interfaceFontFamily();
+  QString other;
+  for (const QString& family : QFontDatabase::families())
+    if (family != usual && QFontDatabase::isSmoothlyScalable(family))
+      other = family;
+  ASSERT_FALSE(other.isEmpty()) << "one font only";
+  Slot slot;
+  slot.show<SystemWidgetController>(ClockSettings{});
+  slot.controller->togglePanel();
+  const QImage before = slot.platform.tile.last;
+  const auto panelFamily = [&] {
+    return slot.panel.rootView()->findChild<QLabel*>()->font().family();
+  };
+  EXPECT_EQ(panelFamily(), usual);
+  slot.platform.fakeWorkspace.fontFamily = other.toStdString();
+  slot.platform.fakeWorkspace.appearance.call();
+  EXPECT_NE(slot.platform.tile.last, before);
+  EXPECT_EQ(panelFamily(), other);
+  for (const auto& none :
+       {std::optional<std::string>("No Such Font"), std::optional<std::string>()}) {
+    slot.platform.fakeWorkspace.fontFamily = none;
+    slot.platform.fakeWorkspace.appearance.call();
+    EXPECT_EQ(slot.platform.tile.last, before);
+    EXPECT_EQ(panelFamily(), usual);
+  }
 }
 
 TEST(SystemWidgetController, TheOpenPanelBecomesTheOtherKinds) {

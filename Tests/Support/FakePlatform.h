@@ -261,6 +261,7 @@ public:
   }
   bool prefersReducedMotion() const override { return reducedMotion; }
   bool prefersDarkAppearance() const override { return dark; }
+  std::optional<std::string> interfaceFontFamily() const override { return fontFamily; }
   TokenPtr observeAppearance(std::function<void()> handler) override {
     return appearance.add(handler);
   }
@@ -275,6 +276,7 @@ public:
   bool lowPower = false;
   bool reducedMotion = false;
   bool dark = false;
+  std::optional<std::string> fontFamily;
 };
 
 class FakeUserNotifications final : public UserNotificationCenter {
