@@ -147,8 +147,7 @@ void ClaudeUsageSource::read(const std::string& path, Cursor& cursor, UsageLogFi
     return;
   }
   if (grew) {
-    cursor.offset =
-        file.readForwards(descriptor.get(), cursor.offset, state.size, cursor.entries);
+    cursor.offset = file.readForwards(descriptor.get(), cursor.offset, state.size, cursor.entries);
   } else {
     cursor.wasReplaced = cursor.counted > 0;
     cursor.entries.clear();

@@ -67,10 +67,9 @@ private:
 
 } // namespace
 
-void forEachUsageLog(const std::filesystem::path& folder,
-                     const std::function<bool(std::string_view)>& isProject,
-                     const std::function<void(const std::string&, std::string_view,
-                                              const UsageLogState&)>& found) {
+void forEachUsageLog(
+    const std::filesystem::path& folder, const std::function<bool(std::string_view)>& isProject,
+    const std::function<void(const std::string&, std::string_view, const UsageLogState&)>& found) {
   Walk(isProject, found)
       .folder(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC), folder.string(), {}, 0);
 }

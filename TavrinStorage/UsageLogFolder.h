@@ -26,10 +26,10 @@ struct UsageLogState {
 /// Calls `found` for each regular file named *.jsonl in `folder` and the folders below it, some
 /// levels deep, with the name of the nearest folder above it that `isProject` takes (empty where
 /// none does). Folders are not followed through links. What cannot be read is passed over.
-void forEachUsageLog(
-    const std::filesystem::path& folder, const std::function<bool(std::string_view)>& isProject,
-    const std::function<void(const std::string& path, std::string_view project,
-                             const UsageLogState& state)>& found);
+void forEachUsageLog(const std::filesystem::path& folder,
+                     const std::function<bool(std::string_view)>& isProject,
+                     const std::function<void(const std::string& path, std::string_view project,
+                                              const UsageLogState& state)>& found);
 
 /// The state of an open file; a size of -1 where it is no regular file.
 UsageLogState usageLogState(int descriptor);

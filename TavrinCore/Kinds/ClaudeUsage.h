@@ -42,7 +42,9 @@ Date start(ClaudeUsageScope scope, Date now, const Calendar& calendar);
 Date earliestStart(Date now, const Calendar& calendar);
 /// "Last 5 hours", "Today", "Last 7 days".
 std::string_view title(ClaudeUsageScope scope);
-inline std::string_view id(ClaudeUsageScope scope) { return nameOf(scope); }
+inline std::string_view id(ClaudeUsageScope scope) {
+  return nameOf(scope);
+}
 
 namespace ClaudeUsage {
 
