@@ -31,5 +31,8 @@ GallerySheet timersGallery();
 GallerySheet simpleGallery();
 GallerySheet simpleWideGallery();
 GalleryPanels simplePanels();
+GallerySheet usageGallery();
+GallerySheet usageWideGallery();
+GalleryPanels usagePanels();
 
 } // namespace tavrin

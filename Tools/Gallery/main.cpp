@@ -23,6 +23,8 @@ constexpr NamedSheet sheets[] = {
     {"timers", timersGallery},
     {"simple", simpleGallery},
     {"simple-wide", simpleWideGallery},
+    {"usage", usageGallery},
+    {"usage-wide", usageWideGallery},
 };
 
 struct NamedPanels {
@@ -32,6 +34,7 @@ struct NamedPanels {
 
 constexpr NamedPanels panelSheets[] = {
     {"simple-panels", simplePanels},
+    {"usage-panels", usagePanels},
 };
 
 constexpr double captionHeight = 16;
