@@ -3,6 +3,7 @@
 #include "TavrinHost/CompletionCommands.h"
 #include "TavrinHost/EditService.h"
 #include "TavrinHost/SlotCommands.h"
+#include "TavrinHost/UsageCommands.h"
 #include "TavrinHost/WidgetCommands.h"
 
 #include <algorithm>
@@ -55,6 +56,7 @@ std::unique_ptr<CLI::App> makeCommandLine(HostContext& context) {
   addWidgetCommands(*app, context);
   addSlotCommands(*app, context);
   addEditCommands(*app, context);
+  addUsageCommands(*app, context);
   addCompletionCommands(*app, context);
   HostContext::examples(*app, {{"tavrin start", "put the placed widgets on the screen"},
                                {"tavrin widgets", "list what there is"},

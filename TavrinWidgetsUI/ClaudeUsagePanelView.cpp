@@ -3,7 +3,6 @@
 #include "TavrinWidgetsUI/ClaudeUsageModel.h"
 #include "TavrinWidgetsUI/ClaudeUsageViews.h"
 #include "TavrinWidgetsUI/Kit/PanelFigure.h"
-#include "TavrinWidgetsUI/Kit/PanelList.h"
 #include "TavrinWidgetsUI/Kit/PanelSegments.h"
 #include "TavrinWidgetsUI/Kit/PanelText.h"
 #include "TavrinWidgetsUI/Kit/ViewWidget.h"
@@ -28,12 +27,16 @@ QString grouped(std::int64_t number) {
   return QLocale().toString(static_cast<qlonglong>(number));
 }
 
-/// A quiet name at the left, a number at the right.
-AnyView kindRow(const QString& name, std::int64_t tokens, const PanelPalette& colours) {
-  return hstack({text(name).size(13).colour(colours.secondary), spacer(),
-                 text(grouped(tokens)).size(13).colour(colours.text)})
+/// A quiet name at the left, a number of tokens at the right.
+AnyView numberRow(const QString& name, const QString& number, const PanelPalette& colours) {
+  return hstack({text(name).size(13).colour(colours.secondary).fillWidth(),
+                 text(number).size(13).colour(colours.text)})
+      .spacing(12)
       .height(rowHeight)
-      .accessibility(name, grouped(tokens) + " tokens");
+      .accessibility(name, number + " tokens");
+}
+AnyView kindRow(const QString& name, std::int64_t tokens, const PanelPalette& colours) {
+  return numberRow(name, grouped(tokens), colours);
 }
 
 /// A name, a part as number and bar, and a remark between them.
@@ -72,7 +75,8 @@ ClaudeUsagePanelView::ClaudeUsagePanelView(const PanelAppearance& appearance,
       budget_(new ViewWidget({contentWidth, limitHeight})),
       kinds_(new ViewWidget({contentWidth, 4 * rowHeight})),
       projectsTitle_(sectionTitle("Busiest projects")),
-      projects_(new PanelList("Busiest projects")), limitsTitle_(sectionTitle("Plan limits")),
+      projects_(new ViewWidget({contentWidth, rowHeight})),
+      limitsTitle_(sectionTitle("Plan limits")),
       limits_(new ViewWidget({contentWidth, limitHeight})),
       noLimits_(new PanelText({}, PanelTextStyle::secondary)) {
   add(empty_);
@@ -82,14 +86,12 @@ ClaudeUsagePanelView::ClaudeUsagePanelView(const PanelAppearance& appearance,
   messages_->setAlignment(Qt::AlignHCenter);
   tokens_->setUnit("tokens");
   tokens_->setName("Tokens used");
-  projects_->setReadOnly(true);
-  projects_->setMaximumVisibleRows(static_cast<int>(mostProjects));
   for (QWidget* widget : std::initializer_list<QWidget*>{
            scopes_, tokens_, messages_, budget_, kinds_, projectsTitle_, projects_, limitsTitle_,
            limits_, noLimits_,
            new PanelText("Read from Claude Code's own files on this Mac. Nothing is sent anywhere.",
                          PanelTextStyle::caption)})
-    column->addWidget(widget);
+    column->addWidget(widget, 0, widget == tokens_ ? Qt::AlignHCenter : Qt::Alignment());
   add(content_);
   scopes_->onChange = [onScope = std::move(onScope)](int index) {
     onScope(static_cast<ClaudeUsageScope>(index));
@@ -140,19 +142,15 @@ void ClaudeUsagePanelView::showTotals() {
                           kindRow("Output", totals.outputTokens, colours()),
                           kindRow("Cache writes", totals.cacheCreationTokens, colours()),
                           kindRow("Cache reads", totals.cacheReadTokens, colours())}));
-  std::vector<PanelRow> rows;
-  for (const auto& project : totals.projects) {
-    if (rows.size() == mostProjects)
-      break;
-    PanelRow row;
-    row.id = row.title = QString::fromStdString(project.name);
-    row.trailing = shortText(project.tokens);
-    row.symbol = "folder.fill";
-    rows.push_back(std::move(row));
-  }
+  std::vector<AnyView> rows;
+  for (const auto& project : totals.projects)
+    if (rows.size() < mostProjects)
+      rows.push_back(
+          numberRow(QString::fromStdString(project.name), shortText(project.tokens), colours()));
   projectsTitle_->setVisible(!rows.empty());
   projects_->setVisible(!rows.empty());
-  projects_->setRows(std::move(rows));
+  projects_->setViewSize({contentWidth, static_cast<double>(rows.size()) * rowHeight});
+  projects_->setView(vstack(std::move(rows)));
 }
 
 void ClaudeUsagePanelView::showLimits() {

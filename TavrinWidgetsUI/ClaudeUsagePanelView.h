@@ -10,7 +10,6 @@ namespace tavrin {
 class ClaudeUsageModel;
 class PanelEmptyState;
 class PanelFigure;
-class PanelList;
 class PanelSegments;
 class PanelText;
 class ViewWidget;
@@ -36,7 +35,7 @@ private:
   ViewWidget* budget_;
   ViewWidget* kinds_;
   PanelText* projectsTitle_;
-  PanelList* projects_;
+  ViewWidget* projects_;
   PanelText* limitsTitle_;
   ViewWidget* limits_;
   PanelText* noLimits_;

@@ -24,8 +24,9 @@ AnyView mark() {
 struct Shown {
   QString figure;
   QString widest;
-  /// For the small tile, and for the wide one, which has more room.
+  /// For the small tile, for one of two places, and for wider ones.
   QString caption;
+  QString wideCaption;
   QString longCaption;
   /// A part of a limit or budget.
   std::optional<double> fraction;
@@ -41,14 +42,17 @@ Shown shownLimit(const ClaudeUsageReading& reading, Date now) {
   const auto& limits = reading.limits;
   const auto window = !limits ? std::nullopt : isWeek ? limits->sevenDay : limits->fiveHour;
   if (!window || !reading.isConnected) {
-    shown.caption = shown.longCaption = reading.isConnected ? waiting : "Not connected";
+    shown.wideCaption = shown.longCaption = reading.isConnected ? waiting : "Not connected";
     shown.state = TileState::waiting;
     return shown;
   }
   shown.fraction = usedFraction(*window, now);
   shown.figure = percentText(*shown.fraction);
-  if (const auto left = ClaudeUsageLimitsFormat::untilReset(window->resetsAt, now))
+  shown.wideCaption = shown.longCaption;
+  if (const auto left = ClaudeUsageLimitsFormat::untilReset(window->resetsAt, now)) {
+    shown.wideCaption = QString::fromStdString(*left) + " left";
     shown.longCaption += " · " + QString::fromStdString(*left) + " left";
+  }
   return shown;
 }
 
@@ -58,20 +62,22 @@ Shown shownTokens(const ClaudeUsageReading& reading) {
   shown.widest = "88.8k";
   constexpr std::array<const char*, 3> captions = {"5 hours", "Today", "7 days"};
   shown.caption = captions[static_cast<std::size_t>(reading.settings.scope)];
+  shown.wideCaption = shown.caption;
   shown.longCaption = scopeTitle(reading.settings.scope) + " · tokens";
   if (const auto budget = reading.settings.budget; budget && *budget > 0) {
     shown.fraction = static_cast<double>(reading.totals.tokens) / static_cast<double>(*budget);
-    shown.longCaption = scopeTitle(reading.settings.scope) + " · " + percentText(*shown.fraction) +
-                        " of " + QString::fromStdString(ClaudeUsage::shortTokens(*budget));
+    shown.wideCaption = percentText(*shown.fraction) + " of " +
+                        QString::fromStdString(ClaudeUsage::shortTokens(*budget));
+    shown.longCaption = scopeTitle(reading.settings.scope) + " · " + shown.wideCaption;
   }
   return shown;
 }
 
 Shown shown(const ClaudeUsageReading& reading, Date now) {
   if (!reading.hasRead)
-    return {{}, {}, {}, {}, {}, TileState::waiting};
+    return {{}, {}, {}, {}, "Reading Claude Code's logs", {}, TileState::waiting};
   if (!reading.isAvailable)
-    return {{}, {}, "Not used", neverRun, {}, TileState::cannot};
+    return {{}, {}, {}, {}, neverRun, {}, TileState::cannot};
   return reading.settings.shows == ClaudeUsageShows::tokens ? shownTokens(reading)
                                                             : shownLimit(reading, now);
 }
@@ -79,10 +85,10 @@ Shown shown(const ClaudeUsageReading& reading, Date now) {
 /// Words of a state without a figure: they take both lines of a wide tile.
 AnyView words(const QString& string, const TileSize& size) {
   return text(string)
-      .size(std::max(size.body() * 0.19, minimumTypeSize))
+      .size(std::max(size.body() * (size.span > 2 ? 0.19 : 0.16), minimumTypeSize))
       .weight(FontWeight::medium)
       .colour(palette::caption(ground))
-      .lines(2);
+      .lines(3);
 }
 
 } // namespace
@@ -147,7 +153,7 @@ AnyView claudeUsageWideTile(const ClaudeUsageReading& reading, Date now, const T
                        .tint(claudeUsageLevelTint(*shown.fraction))
                        .track(track)
                        .overlay(mark().frame(size.body() * 0.24, size.body() * 0.24));
-  content.caption = shown.longCaption;
+  content.caption = size.span > 2 ? shown.longCaption : shown.wideCaption;
   content.figure = shown.figure;
   content.widestFigure = shown.widest;
   if (shown.figure.isEmpty())

@@ -25,10 +25,7 @@ PanelRow row(const GitHubItem& item, Date now) {
   row.title = QString::fromStdString(item.title);
   row.subtitle = itemText(item);
   row.trailing = agoText(item.updatedAt, now);
-  if (item.checks != GitHubChecks::none)
-    row.dot = checksColour(item.checks);
-  else
-    row.symbol = item.isIssue ? "largecircle.fill.circle" : "arrow.triangle.pull";
+  row.dot = checksColour(item.checks);
   return row;
 }
 

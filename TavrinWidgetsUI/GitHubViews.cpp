@@ -211,7 +211,7 @@ AnyView gitHubTileIcon(const GitHubReading& reading, const TileSize& size) {
   content.ground = ground;
   content.groundEnd = groundEnd;
   content.mark = mark(reading);
-  content.markRatio = 0.24;
+  content.markRatio = 0.2;
   content.state = state(reading);
   if (content.state == TileState::live) {
     content.figure = QLocale().toString(static_cast<qlonglong>(reading.items.size()));
@@ -237,11 +237,12 @@ AnyView gitHubWideTile(const GitHubReading& reading, Date now, const TileSize& s
   content.label = "GitHub";
   content.value = stateText(reading);
   if (content.state != TileState::live) {
-    content.middle = text(stateText(reading))
-                         .size(std::max(size.body() * 0.19, minimumTypeSize))
-                         .weight(FontWeight::medium)
-                         .colour(palette::caption(ground))
-                         .lines(2);
+    content.middle =
+        text(stateText(reading))
+            .size(std::max(size.body() * (size.span > 2 ? 0.19 : 0.16), minimumTypeSize))
+            .weight(FontWeight::medium)
+            .colour(palette::caption(ground))
+            .lines(3);
     return wideTile(content, size);
   }
   const double inset = size.padding();
