@@ -2,7 +2,6 @@
 
 #include "TavrinCore/Base/Text.h"
 
-#include <array>
 #include <unistd.h>
 
 namespace tavrin {
@@ -10,12 +9,6 @@ namespace {
 
 namespace fs = std::filesystem;
 using Kind = GitHubSource::Trouble::Kind;
-
-/// Those with a tilde are in the user's home.
-constexpr auto places = std::to_array<std::string_view>(
-    {"/opt/homebrew/bin/gh", "/usr/local/bin/gh", "/opt/local/bin/gh", "~/.local/bin/gh",
-     "/usr/bin/gh", "/bin/gh", "/snap/bin/gh", "/home/linuxbrew/.linuxbrew/bin/gh",
-     "~/.linuxbrew/bin/gh", "~/bin/gh", "~/.nix-profile/bin/gh", "/run/current-system/sw/bin/gh"});
 
 /// More of what a tool says is not for a panel.
 constexpr std::size_t longestText = 300;
@@ -38,17 +31,28 @@ std::string shortened(std::string_view text) {
 
 } // namespace
 
+std::vector<std::string> GitHubSource::usualPlaces() {
+  return {"/opt/homebrew/bin/gh",  "/usr/local/bin/gh",
+          "/opt/local/bin/gh",     "~/.local/bin/gh",
+          "/usr/bin/gh",           "/bin/gh",
+          "/snap/bin/gh",          "/home/linuxbrew/.linuxbrew/bin/gh",
+          "~/.linuxbrew/bin/gh",   "~/bin/gh",
+          "~/.nix-profile/bin/gh", "/run/current-system/sw/bin/gh"};
+}
+
 GitHubSource::GitHubSource(RunLoop& runLoop, ProcessRunner& processes,
-                           const FileManager& fileManager, const UserDefaults& defaults)
-    : runLoop_(runLoop), processes_(processes), fileManager_(fileManager), defaults_(defaults) {}
+                           const FileManager& fileManager, const UserDefaults& defaults,
+                           Options options)
+    : runLoop_(runLoop), processes_(processes), fileManager_(fileManager), defaults_(defaults),
+      options_(std::move(options)) {}
 
 std::optional<fs::path> GitHubSource::toolURL() const {
   if (const auto chosen = defaults_.value(pathDefault); chosen && chosen->string() != nullptr)
     if (const fs::path path = *chosen->string(); path.is_absolute() && isExecutable(path))
       return path;
-  for (const auto place : places) {
+  for (const auto& place : options_.places) {
     const fs::path path =
-        place.front() == '~' ? fileManager_.homeFolder() / place.substr(2) : fs::path(place);
+        place.starts_with('~') ? fileManager_.homeFolder() / place.substr(2) : fs::path(place);
     if (isExecutable(path))
       return path;
   }
@@ -64,7 +68,7 @@ ProcessRequest GitHubSource::request(const fs::path& tool, const GitHubSettings&
                          {"NO_COLOR", "1"},
                          {"GH_NO_UPDATE_NOTIFIER", "1"}};
   request.inheritsEnvironment = false;
-  request.timeLimit = timeLimit;
+  request.timeLimit = options_.timeLimit;
   return request;
 }
 

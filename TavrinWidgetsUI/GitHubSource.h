@@ -33,12 +33,22 @@ public:
   };
 
   static constexpr const char* pathDefault = "GitHubCLIPath";
-  static constexpr double timeLimit = 20;
+
+  struct Options {
+    /// Where gh may be; what begins with a tilde is in the user's home.
+    std::vector<std::string> places = usualPlaces();
+    /// Seconds after which gh is ended.
+    double timeLimit = 20;
+  };
+  static std::vector<std::string> usualPlaces();
 
   GitHubSource(RunLoop& runLoop, ProcessRunner& processes, const FileManager& fileManager,
-               const UserDefaults& defaults);
+               const UserDefaults& defaults, Options options);
+  GitHubSource(RunLoop& runLoop, ProcessRunner& processes, const FileManager& fileManager,
+               const UserDefaults& defaults)
+      : GitHubSource(runLoop, processes, fileManager, defaults, Options{}) {}
 
-  /// The first place where gh is: the user default "GitHubCLIPath", then the usual folders.
+  /// The first place where gh is: the user default "GitHubCLIPath", then the places in their order.
   std::optional<std::filesystem::path> toolURL() const;
   bool isAvailable() const { return toolURL().has_value(); }
 
@@ -58,6 +68,7 @@ private:
   ProcessRunner& processes_;
   const FileManager& fileManager_;
   const UserDefaults& defaults_;
+  Options options_;
 };
 
 } // namespace tavrin
