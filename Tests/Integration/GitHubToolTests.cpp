@@ -154,7 +154,8 @@ TEST_F(GitHubToolTest, WhereTheToolIs) {
   expectTrouble(load(folder.path().string()), Kind::toolMissing, "");
   put(folder / "gh", "no program");
   fs::permissions(tool, fs::perms::owner_all);
-  expectTrouble(load(tool), Kind::failed, "gh failed");
+  for (int i = 0; i < 5; ++i)
+    expectTrouble(load(tool), Kind::failed, "gh failed");
 
   script("exit 0");
   fs::create_directories(folder / ".local/bin");
@@ -228,7 +229,8 @@ TEST_F(RealGitHubToolTest, Asks) {
 
 TEST_F(RealGitHubToolTest, Troubles) {
   expectTrouble(ask(list, 200, false), Kind::signedOut, "");
-  expectTrouble(ask(R"({"message":"Bad credentials"})", 401), Kind::signedOut, "");
+  expectTrouble(ask(R"({"message":"Bad credentials"})", 401), Kind::failed,
+                "gh: Bad credentials (HTTP 401)");
   auto result = ask(rateLimited);
   expectTrouble(result, Kind::failed, "gh: API rate limit exceeded for user ID 1.");
   EXPECT_FALSE(result.hasData);
@@ -236,8 +238,9 @@ TEST_F(RealGitHubToolTest, Troubles) {
   expectTrouble(result, Kind::failed, "gh: s0 timed out");
   EXPECT_EQ(result.items.size(), 1U);
   result = ask("<html>", 502);
+  ASSERT_TRUE(result.trouble);
   EXPECT_EQ(result.trouble->kind, Kind::failed);
-  EXPECT_NE(result.trouble->text.find("502"), std::string::npos) << result.trouble->text;
+  EXPECT_FALSE(result.hasData);
 }
 
 TEST_F(RealGitHubToolTest, Contributions) {
