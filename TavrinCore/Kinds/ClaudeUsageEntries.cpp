@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <bit>
-#include <cstring>
 #include <tuple>
 
 namespace tavrin {
@@ -21,7 +20,8 @@ public:
 private:
   static std::uint64_t word(std::string_view text) {
     std::uint64_t value = 0;
-    std::memcpy(&value, text.data(), std::min<std::size_t>(text.size(), 8));
+    std::copy_n(text.begin(), std::min<std::size_t>(text.size(), 8),
+                reinterpret_cast<char*>(&value));
     return value;
   }
   static std::uint64_t mixed(std::uint64_t value) {
