@@ -30,7 +30,10 @@ protected:
     app->applicationShouldHandleReopen(false);
     platform.loop.runPosts();
     platform.loop.runBackground();
-    return platform.fakePopover.content()->findChild<Child*>();
+    for (auto* child : platform.fakePopover.content()->findChildren<QWidget*>())
+      if (auto* found = dynamic_cast<Child*>(child))
+        return found;
+    return static_cast<Child*>(nullptr);
   }
 
   TemporaryFolder folder;
