@@ -8,6 +8,7 @@
 #include "TavrinHost/FocusCommands.h"
 #include "TavrinHost/ProfileCommands.h"
 #include "TavrinHost/SlotCommands.h"
+#include "TavrinHost/UsageCommands.h"
 #include "TavrinHost/WidgetCommands.h"
 
 #include <algorithm>
@@ -67,6 +68,7 @@ std::unique_ptr<CLI::App> makeCommandLine(HostContext& context) {
   addProfileCommands(*app, context);
   addBackupCommands(*app, context);
   addFocusCommands(*app, context);
+  addUsageCommands(*app, context);
   addCompletionCommands(*app, context);
   HostContext::examples(*app, {{"tavrin start", "put the placed widgets on the screen"},
                                {"tavrin widgets", "list what there is"},

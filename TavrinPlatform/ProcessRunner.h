@@ -14,8 +14,9 @@ struct ProcessRequest {
   std::string program;
   std::vector<std::string> arguments;
   std::string standardInput;
-  /// Added to this process's environment.
+  /// Added to this process's environment, or all there is where that is not inherited.
   std::map<std::string, std::string> environment;
+  bool inheritsEnvironment = true;
   double timeLimit = 30;
   /// Each pipe's bound; what comes after it is read and dropped.
   std::size_t outputLimit = 4 * 1024 * 1024;

@@ -2,6 +2,8 @@
 
 #include "TavrinCore/Widgets/DockSlot.h"
 #include "TavrinPlatform/DockTile.h"
+#include "TavrinSlot/ClaudeUsageWidget.h"
+#include "TavrinSlot/GitHubWidget.h"
 #include "TavrinSlot/NoteWidget.h"
 #include "TavrinSlot/PomodoroWidget.h"
 #include "TavrinSlot/SystemWidget.h"
@@ -130,6 +132,10 @@ std::unique_ptr<WidgetController> SlotApp::makeController(const DockWidget& widg
           return std::make_unique<PomodoroWidgetController>(context_, widget);
         else if constexpr (std::is_same_v<S, NoteSettings>)
           return std::make_unique<NoteWidgetController>(context_, widget);
+        else if constexpr (std::is_same_v<S, ClaudeUsageSettings>)
+          return std::make_unique<ClaudeUsageWidgetController>(context_, widget);
+        else if constexpr (std::is_same_v<S, GitHubSettings>)
+          return std::make_unique<GitHubWidgetController>(context_, widget);
         else
           return std::make_unique<UnavailableWidgetController>(context_, widget);
       },

@@ -32,7 +32,8 @@ public:
     for (const auto& argument : request_.arguments)
       arguments << QString::fromStdString(argument);
     process_.setArguments(arguments);
-    auto environment = QProcessEnvironment::systemEnvironment();
+    auto environment = request_.inheritsEnvironment ? QProcessEnvironment::systemEnvironment()
+                                                    : QProcessEnvironment();
     for (const auto& [name, value] : request_.environment)
       environment.insert(QString::fromStdString(name), QString::fromStdString(value));
     process_.setProcessEnvironment(environment);

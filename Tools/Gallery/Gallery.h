@@ -32,5 +32,8 @@ GallerySheet simpleGallery();
 GallerySheet simpleWideGallery();
 GalleryPanels simplePanels();
 GalleryPanels timersPanels();
+GallerySheet usageGallery();
+GallerySheet usageWideGallery();
+GalleryPanels usagePanels();
 
 } // namespace tavrin

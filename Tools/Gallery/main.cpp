@@ -23,6 +23,8 @@ constexpr NamedSheet sheets[] = {
     {"timers", timersGallery},
     {"simple", simpleGallery},
     {"simple-wide", simpleWideGallery},
+    {"usage", usageGallery},
+    {"usage-wide", usageWideGallery},
 };
 
 struct NamedPanels {
@@ -33,6 +35,7 @@ struct NamedPanels {
 constexpr NamedPanels panelSheets[] = {
     {"simple-panels", simplePanels},
     {"timers-panels", timersPanels},
+    {"usage-panels", usagePanels},
 };
 
 constexpr double captionHeight = 16;

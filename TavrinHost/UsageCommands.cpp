@@ -1,0 +1,196 @@
+#include "TavrinHost/UsageCommands.h"
+
+#include "TavrinCore/Base/ISO8601.h"
+#include "TavrinCore/Kinds/ClaudeUsage.h"
+#include "TavrinStorage/ClaudeUsageBridge.h"
+#include "TavrinStorage/ClaudeUsageSource.h"
+
+#include <algorithm>
+#include <fmt/format.h>
+#include <limits>
+
+namespace tavrin {
+namespace {
+
+constexpr int mostDays = 3660;
+constexpr int projectWidth = 40;
+
+/// A number with its thousands apart: 12,345,678.
+std::string grouped(std::int64_t number) {
+  std::string digits = std::to_string(number);
+  for (auto at = static_cast<std::ptrdiff_t>(digits.size()) - 3; at > 0; at -= 3)
+    digits.insert(static_cast<std::size_t>(at), ",");
+  return digits;
+}
+
+struct Day {
+  std::string date;
+  ClaudeUsageTotals totals;
+};
+
+/// All that is printed.
+struct Report {
+  ClaudeUsageByScope byScope;
+  std::vector<Day> days;
+  ClaudeUsageTotals all;
+  std::optional<ClaudeUsageLimits> limits;
+  bool isConnected = false;
+};
+
+Report makeReport(HostContext& context, int dayCount) {
+  const Calendar calendar;
+  const Date now = context.platform().clock().now();
+  const Date today = calendar.startOfDay(now);
+  const Date first = calendar.startOfDay(calendar.addingDays(1 - dayCount, today));
+  ClaudeUsageSource source(context.platform().fileManager().homeFolder() / ".claude");
+  if (!source.isAvailable())
+    throw HostError(ExitCode::failed, "Claude Code has not run here");
+  const auto& entries = source.entries(std::min(first, earliestStart(now, calendar)));
+  Report report;
+  for (const auto scope : allCases<ClaudeUsageScope>())
+    report.byScope[scope] = ClaudeUsage::totals(entries, scope, now, calendar);
+  for (Date day = first; day <= today;) {
+    const Date next = calendar.startOfDay(calendar.addingDays(1, day));
+    auto totals = ClaudeUsage::totals(entries, DateInterval{day, next});
+    if (totals.messages > 0)
+      report.days.push_back({calendar.text(day, "yyyy-MM-dd"), std::move(totals)});
+    if (next <= day)
+      break;
+    day = next;
+  }
+  report.all =
+      ClaudeUsage::totals(entries, DateInterval{first, {std::numeric_limits<double>::infinity()}});
+  const ClaudeUsageBridge bridge(context.platform().fileManager());
+  report.isConnected = bridge.isConnected();
+  report.limits = bridge.limits();
+  return report;
+}
+
+JSONValue::Object totalsJSON(const ClaudeUsageTotals& totals) {
+  JSONValue::Object object{{"tokens", totals.tokens},
+                           {"inputTokens", totals.inputTokens},
+                           {"outputTokens", totals.outputTokens},
+                           {"cacheCreationTokens", totals.cacheCreationTokens},
+                           {"cacheReadTokens", totals.cacheReadTokens},
+                           {"messages", totals.messages}};
+  if (totals.lastActivity)
+    object.emplace("lastActivity", iso8601(*totals.lastActivity));
+  JSONValue::Array projects;
+  for (const auto& project : totals.projects)
+    projects.emplace_back(JSONValue::Object{{"name", project.name}, {"tokens", project.tokens}});
+  object.emplace("projects", std::move(projects));
+  return object;
+}
+
+JSONValue reportJSON(const Report& report) {
+  JSONValue::Object scopes;
+  for (const auto& [scope, totals] : report.byScope)
+    scopes.emplace(nameOf(scope), totalsJSON(totals));
+  JSONValue::Array days;
+  for (const auto& day : report.days) {
+    auto line = totalsJSON(day.totals);
+    line.emplace("date", day.date);
+    days.emplace_back(std::move(line));
+  }
+  JSONValue::Object object{{"scopes", std::move(scopes)},
+                           {"days", std::move(days)},
+                           {"total", totalsJSON(report.all)},
+                           {"isConnected", report.isConnected}};
+  if (report.limits)
+    object.emplace("limits", encode(*report.limits));
+  return object;
+}
+
+std::vector<Table::Column> columns(const char* first) {
+  return {{first, false, projectWidth}, {"TOKENS", true},      {"INPUT", true},   {"OUTPUT", true},
+          {"CACHE WRITES", true},       {"CACHE READS", true}, {"MESSAGES", true}};
+}
+
+void addRow(Table& table, std::string name, const ClaudeUsageTotals& totals, TextStyle style) {
+  table.add({{std::move(name), style},
+             {grouped(totals.tokens), TextStyle::bold},
+             grouped(totals.inputTokens),
+             grouped(totals.outputTokens),
+             grouped(totals.cacheCreationTokens),
+             grouped(totals.cacheReadTokens),
+             grouped(totals.messages)});
+}
+
+void printTables(HostContext& context, const Report& report) {
+  const auto& console = context.console();
+  Table scopes(columns("PERIOD"));
+  for (const auto& [scope, totals] : report.byScope)
+    addRow(scopes, std::string(title(scope)), totals, TextStyle::plain);
+  scopes.print(console);
+  if (!report.days.empty()) {
+    context.say("");
+    Table days(columns("DAY"));
+    for (const auto& day : report.days)
+      addRow(days, day.date, day.totals, TextStyle::plain);
+    addRow(days, "All", report.all, TextStyle::bold);
+    days.print(console);
+    context.say("");
+    Table projects({{"PROJECT", false, projectWidth}, {"TOKENS", true}});
+    for (const auto& project : report.all.projects)
+      projects.add({project.name, {grouped(project.tokens), TextStyle::bold}});
+    projects.print(console);
+  }
+}
+
+void printLimits(HostContext& context, const Report& report) {
+  if (!report.isConnected || !report.limits)
+    return;
+  const Date now = context.platform().clock().now();
+  context.say("");
+  Table table({{"LIMIT"}, {"USED", true}, {"RESETS IN"}});
+  for (const auto& [name, window] : {std::pair("Five hours", report.limits->fiveHour),
+                                     std::pair("Seven days", report.limits->sevenDay)})
+    if (window)
+      table.add({name,
+                 {fmt::format("{:.0f}%", window->usedPercentage), TextStyle::bold},
+                 ClaudeUsageLimitsFormat::untilReset(window->resetsAt, now).value_or("-")});
+  table.print(context.console());
+}
+
+void addBridgeCommand(CLI::App& group, HostContext& context, const char* name,
+                      const char* description, void (ClaudeUsageBridge::*act)() const,
+                      const char* done) {
+  auto* command = group.add_subcommand(name, description);
+  command->callback([&context, act, done] {
+    (ClaudeUsageBridge(context.platform().fileManager()).*act)();
+    context.say(done);
+  });
+  HostContext::examples(*command, {{std::string("tavrin usage ") + name, description}});
+}
+
+} // namespace
+
+void addUsageCommands(CLI::App& app, HostContext& context) {
+  auto* group = app.add_subcommand("usage", "Count the tokens that Claude Code used");
+  group->require_subcommand(0, 1);
+  auto days = std::make_shared<int>(7);
+  group->add_option("--days", *days, "Days to list, today included (7)")
+      ->check(CLI::Range(1, mostDays));
+  context.addJSONFlag(*group);
+  addBridgeCommand(*group, context, "connect", "Have Claude Code hand over the plan's limits",
+                   &ClaudeUsageBridge::connect,
+                   "Connected. The limits show once Claude Code draws its status line.");
+  addBridgeCommand(*group, context, "disconnect", "Put Claude Code's status line back",
+                   &ClaudeUsageBridge::disconnect, "Disconnected.");
+  group->callback([group, &context, days] {
+    if (!group->get_subcommands().empty())
+      return;
+    const Report report = makeReport(context, *days);
+    if (context.printsJSON()) {
+      context.print(reportJSON(report));
+      return;
+    }
+    printTables(context, report);
+    printLimits(context, report);
+  });
+  HostContext::examples(*group,
+                        {{"tavrin usage", "by period, day and project"},
+                         {"tavrin usage --days 30 --json | jq .total.tokens", "of thirty days"}});
+}
+
+} // namespace tavrin

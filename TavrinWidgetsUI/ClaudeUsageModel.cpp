@@ -1,0 +1,84 @@
+#include "TavrinWidgetsUI/ClaudeUsageModel.h"
+
+#include "TavrinStorage/ClaudeUsageBridge.h"
+#include "TavrinStorage/ClaudeUsageSource.h"
+
+namespace tavrin {
+
+struct ClaudeUsageModel::Reader {
+  explicit Reader(const FileManager& fileManager)
+      : source(fileManager.homeFolder() / ".claude"), bridge(fileManager) {}
+
+  void read(Date now) {
+    const Calendar calendar;
+    reading = {};
+    reading.now = now;
+    reading.isAvailable = source.isAvailable();
+    reading.isConnected = bridge.isConnected();
+    reading.limits = bridge.limits();
+    const auto& entries = source.entries(earliestStart(now, calendar));
+    for (const auto scope : allCases<ClaudeUsageScope>())
+      reading.byScope[scope] = ClaudeUsage::totals(entries, scope, now, calendar);
+  }
+
+  ClaudeUsageSource source;
+  ClaudeUsageBridge bridge;
+  Reading reading;
+};
+
+ClaudeUsageModel::ClaudeUsageModel(Clock& clock, RunLoop& runLoop, const FileManager& fileManager,
+                                   DockWidget widget)
+    : clock_(clock), runLoop_(runLoop), widget_(std::move(widget)),
+      reader_(std::make_shared<Reader>(fileManager)),
+      timer_(runLoop.repeat(refreshInterval, [this] { refresh(); })) {
+  reading_.now = clock.now();
+  refresh();
+}
+
+ClaudeUsageModel::~ClaudeUsageModel() = default;
+
+ClaudeUsageSettings ClaudeUsageModel::settings() const {
+  const auto* settings = widget_.kind.get<ClaudeUsageSettings>();
+  return settings ? *settings : ClaudeUsageSettings{};
+}
+
+ClaudeUsageTotals ClaudeUsageModel::totals() const {
+  const auto found = reading_.byScope.find(settings().scope);
+  return found == reading_.byScope.end() ? ClaudeUsageTotals{} : found->second;
+}
+
+void ClaudeUsageModel::refresh() {
+  if (isReading_)
+    return;
+  isReading_ = true;
+  runLoop_.background([reader = reader_, now = clock_.now()] { reader->read(now); }, alive_,
+                      [this] {
+                        isReading_ = false;
+                        show(std::move(reader_->reading));
+                      });
+}
+
+void ClaudeUsageModel::show(Reading reading) {
+  const bool isSame = hasRead_ && looksAlike(reading, reading_);
+  reading_ = std::move(reading);
+  hasRead_ = true;
+  if (!isSame && onChange)
+    onChange();
+}
+
+bool ClaudeUsageModel::looksAlike(const Reading& first, const Reading& second) {
+  const auto shown = [](const Reading& reading) {
+    std::optional<ClaudeUsageLimits> limits = reading.limits;
+    std::vector<std::optional<std::string>> left;
+    if (limits) {
+      limits->readAt = {};
+      for (const auto& window : {limits->fiveHour, limits->sevenDay})
+        left.push_back(window ? ClaudeUsageLimitsFormat::untilReset(window->resetsAt, reading.now)
+                              : std::nullopt);
+    }
+    return std::tuple(limits, left, reading.isConnected, reading.isAvailable);
+  };
+  return first.byScope == second.byScope && shown(first) == shown(second);
+}
+
+} // namespace tavrin

@@ -1,0 +1,176 @@
+#include "TavrinWidgetsUI/ClaudeUsagePanelView.h"
+
+#include "TavrinWidgetsUI/ClaudeUsageModel.h"
+#include "TavrinWidgetsUI/ClaudeUsageViews.h"
+#include "TavrinWidgetsUI/Kit/PanelFigure.h"
+#include "TavrinWidgetsUI/Kit/PanelSegments.h"
+#include "TavrinWidgetsUI/Kit/PanelText.h"
+#include "TavrinWidgetsUI/Kit/ViewWidget.h"
+
+#include <QLocale>
+#include <QVBoxLayout>
+#include <algorithm>
+
+namespace tavrin {
+namespace {
+
+constexpr double contentWidth = 288;
+constexpr double rowHeight = 22;
+constexpr double limitHeight = 36;
+constexpr double barHeight = 6;
+constexpr std::size_t mostProjects = 5;
+
+QString shortText(std::int64_t tokens) {
+  return QString::fromStdString(ClaudeUsage::shortTokens(tokens));
+}
+QString grouped(std::int64_t number) {
+  return QLocale().toString(static_cast<qlonglong>(number));
+}
+
+/// A quiet name at the left, a number of tokens at the right.
+AnyView numberRow(const QString& name, const QString& number, const PanelPalette& colours) {
+  return hstack({text(name).size(13).colour(colours.secondary).fillWidth(),
+                 text(number).size(13).colour(colours.text)})
+      .spacing(12)
+      .height(rowHeight)
+      .accessibility(name, number + " tokens");
+}
+AnyView kindRow(const QString& name, std::int64_t tokens, const PanelPalette& colours) {
+  return numberRow(name, grouped(tokens), colours);
+}
+
+/// A name, a part as number and bar, and a remark between them.
+AnyView levelRow(const QString& name, double fraction, const QString& remark,
+                 const PanelPalette& colours) {
+  const QColor tint = withContrast(claudeUsageLevelTint(fraction), colours.ground, 3);
+  return vstack({hstack({text(name).size(13).colour(colours.text), spacer(8),
+                         text(remark).size(13).colour(colours.secondary),
+                         text(percentText(fraction))
+                             .size(13)
+                             .weight(FontWeight::semibold)
+                             .colour(colours.text)
+                             .align(TextAlignment::trailing)
+                             .width(44, Alignment::trailing)}),
+                 bar(std::min(fraction, 1.0)).tint(tint).track(colours.track).height(barHeight)})
+      .spacing(6)
+      .height(limitHeight)
+      .accessibility(name, percentText(fraction) + " used" +
+                               (remark.isEmpty() ? QString() : ", " + remark));
+}
+
+PanelText* sectionTitle(const QString& title) {
+  return new PanelText(title, PanelTextStyle::section);
+}
+
+} // namespace
+
+ClaudeUsagePanelView::ClaudeUsagePanelView(const PanelAppearance& appearance,
+                                           ClaudeUsageModel& model,
+                                           std::function<void(ClaudeUsageScope)> onScope,
+                                           std::function<void()> onEdit)
+    : PanelView(appearance, Width::lists), model_(model),
+      empty_(new PanelEmptyState("sparkle", {})), content_(new QWidget),
+      scopes_(new PanelSegments("Period", {"5 Hours", "Today", "7 Days"})),
+      tokens_(new PanelFigure(40)), messages_(new PanelText({}, PanelTextStyle::secondary)),
+      budget_(new ViewWidget({contentWidth, limitHeight})),
+      kinds_(new ViewWidget({contentWidth, 4 * rowHeight})),
+      projectsTitle_(sectionTitle("Busiest projects")),
+      projects_(new ViewWidget({contentWidth, rowHeight})),
+      limitsTitle_(sectionTitle("Plan limits")),
+      limits_(new ViewWidget({contentWidth, limitHeight})),
+      noLimits_(new PanelText({}, PanelTextStyle::secondary)) {
+  add(empty_);
+  auto* column = new QVBoxLayout(content_);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(8);
+  messages_->setAlignment(Qt::AlignHCenter);
+  tokens_->setUnit("tokens");
+  tokens_->setName("Tokens used");
+  for (QWidget* widget : std::initializer_list<QWidget*>{
+           scopes_, tokens_, messages_, budget_, kinds_, projectsTitle_, projects_, limitsTitle_,
+           limits_, noLimits_,
+           new PanelText("Read from Claude Code's own files on this Mac. Nothing is sent anywhere.",
+                         PanelTextStyle::caption)})
+    column->addWidget(widget, 0, widget == tokens_ ? Qt::AlignHCenter : Qt::Alignment());
+  add(content_);
+  scopes_->onChange = [onScope = std::move(onScope)](int index) {
+    onScope(static_cast<ClaudeUsageScope>(index));
+  };
+  setEditButton("Edit Claude Usage…", std::move(onEdit));
+  refresh();
+}
+
+void ClaudeUsagePanelView::refresh() {
+  setTitle(QString::fromStdString(model_.widget().name));
+  const bool hasContent = model_.hasRead() && model_.isAvailable();
+  empty_->setVisible(!hasContent);
+  content_->setVisible(hasContent);
+  if (!hasContent) {
+    setState({});
+    empty_->setSentence("sparkle",
+                        model_.hasRead()
+                            ? "Claude Code has not run on this Mac, so there is nothing to count."
+                            : "Reading Claude Code's logs");
+    return;
+  }
+  QString plan;
+  if (const auto& limits = model_.limits(); limits && limits->subscriptionType)
+    plan = QString::fromStdString(*limits->subscriptionType);
+  setState(plan.left(1).toUpper() + plan.mid(1));
+  showTotals();
+  showLimits();
+}
+
+void ClaudeUsagePanelView::showTotals() {
+  const auto settings = model_.settings();
+  const auto totals = model_.totals();
+  scopes_->setCurrent(static_cast<int>(settings.scope));
+  tokens_->setText(shortText(totals.tokens));
+  QString messages = messagesText(totals.messages);
+  if (totals.lastActivity)
+    messages += ", last " +
+                QString::fromStdString(Calendar().isSameDay(*totals.lastActivity, model_.now())
+                                           ? Calendar().localText(*totals.lastActivity, "jmm")
+                                           : Calendar().localText(*totals.lastActivity, "EEEjmm"));
+  messages_->setWords(messages);
+  budget_->setVisible(settings.budget && *settings.budget > 0);
+  if (settings.budget && *settings.budget > 0)
+    budget_->setView(levelRow(
+        "Budget", static_cast<double>(totals.tokens) / static_cast<double>(*settings.budget),
+        "of " + shortText(*settings.budget), colours()));
+  kinds_->setView(vstack({kindRow("Input", totals.inputTokens, colours()),
+                          kindRow("Output", totals.outputTokens, colours()),
+                          kindRow("Cache writes", totals.cacheCreationTokens, colours()),
+                          kindRow("Cache reads", totals.cacheReadTokens, colours())}));
+  std::vector<AnyView> rows;
+  for (const auto& project : totals.projects)
+    if (rows.size() < mostProjects)
+      rows.push_back(
+          numberRow(QString::fromStdString(project.name), shortText(project.tokens), colours()));
+  projectsTitle_->setVisible(!rows.empty());
+  projects_->setVisible(!rows.empty());
+  projects_->setViewSize({contentWidth, static_cast<double>(rows.size()) * rowHeight});
+  projects_->setView(vstack(std::move(rows)));
+}
+
+void ClaudeUsagePanelView::showLimits() {
+  std::vector<AnyView> rows;
+  if (const auto& limits = model_.limits(); limits && model_.isConnected())
+    for (const auto& [name, window] :
+         {std::pair("Five hours", limits->fiveHour), std::pair("Seven days", limits->sevenDay)})
+      if (window) {
+        const auto left = ClaudeUsageLimitsFormat::untilReset(window->resetsAt, model_.now());
+        rows.push_back(levelRow(name, usedFraction(*window, model_.now()),
+                                left ? QString::fromStdString(*left) + " left" : QString(),
+                                colours()));
+      }
+  limits_->setVisible(!rows.empty());
+  noLimits_->setVisible(rows.empty());
+  noLimits_->setWords(missingLimitsText(model_.isConnected()));
+  if (rows.empty())
+    return;
+  limits_->setViewSize({contentWidth, static_cast<double>(rows.size()) * limitHeight});
+  limits_->setView(vstack(std::move(rows)));
+}
+
+} // namespace tavrin

@@ -1,0 +1,80 @@
+#include "TavrinSlot/SlotApp.h"
+
+#include "TavrinStorage/AtomicFile.h"
+#include "TavrinWidgetsUI/Kit/PanelList.h"
+#include "TavrinWidgetsUI/Kit/PanelSegments.h"
+#include "Tests/Storage/TemporaryFolder.h"
+#include "Tests/Support/FakePlatform.h"
+
+#include <gtest/gtest.h>
+
+namespace tavrin::test {
+namespace {
+
+/// A slot with one widget on a data folder of its own.
+class UsageWidgetTest : public testing::Test {
+protected:
+  void start(const DockWidget::Kind& kind) {
+    platform.files.variables["TAVRIN_APP_SUPPORT_DIR"] = folder.path().string();
+    platform.files.home = folder.path();
+    platform.bundle.integers["TavrinSlot"] = 1;
+    platform.fakeApplication.args = {"TavrinSlot", "--background"};
+    writeJSONFile(file(), encode(WidgetsFile{1, {{UUID::random(), "W", 1, kind, 1}}, {}}));
+    app = std::make_unique<SlotApp>(platform);
+    app->applicationDidFinishLaunching();
+    platform.loop.runPosts();
+    platform.loop.runBackground();
+  }
+  std::filesystem::path file() const { return folder / "widgets.json"; }
+  template <class Child> Child* inPanel() {
+    app->applicationShouldHandleReopen(false);
+    platform.loop.runPosts();
+    platform.loop.runBackground();
+    for (auto* child : platform.fakePopover.content()->findChildren<QWidget*>())
+      if (auto* found = dynamic_cast<Child*>(child))
+        return found;
+    return static_cast<Child*>(nullptr);
+  }
+
+  TemporaryFolder folder;
+  FakePlatform platform;
+  std::unique_ptr<SlotApp> app;
+};
+
+TEST_F(UsageWidgetTest, ARowOpensInTheBrowserAndNothingElseDoes) {
+  platform.defaults.values["GitHubCLIPath"] = "/bin/sh";
+  const auto node = [](const char* url, const char* time) {
+    return std::string(R"({"number":1,"title":"T","updatedAt":")") + time + R"(","url":")" + url +
+           R"(","repository":{"nameWithOwner":"a/b"}})";
+  };
+  platform.fakeProcesses.result = {
+      ProcessResult::Outcome::exited, 0,
+      R"({"data":{"s0":{"nodes":[)" + node("https://github.com/a/b/1", "2026-01-02T00:00:00Z") +
+          "," + node("file:///etc/passwd", "2026-01-01T00:00:00Z") + "]}}}",
+      "", false};
+  start(GitHubSettings{});
+  auto* list = inPanel<PanelList>();
+  ASSERT_NE(list, nullptr);
+  ASSERT_EQ(list->count(), 2);
+  list->onOpen(1);
+  EXPECT_TRUE(platform.fakeWorkspace.opened.empty());
+  platform.fakePopover.shown = true;
+  list->onOpen(0);
+  EXPECT_EQ(platform.fakeWorkspace.opened, std::vector<std::string>{"https://github.com/a/b/1"});
+  EXPECT_FALSE(platform.fakePopover.shown);
+  EXPECT_EQ(platform.tile.name, "GitHub");
+}
+
+TEST_F(UsageWidgetTest, ThePeriodChosenInThePanelIsSaved) {
+  std::filesystem::create_directories(folder / ".claude/projects");
+  start(ClaudeUsageSettings{});
+  auto* periods = inPanel<PanelSegments>();
+  ASSERT_NE(periods, nullptr);
+  periods->onChange(static_cast<int>(ClaudeUsageScope::week));
+  const auto saved = decode<WidgetsFile>(*readJSONFile(file()));
+  EXPECT_EQ(saved.widgets[0].kind.get<ClaudeUsageSettings>()->scope, ClaudeUsageScope::week);
+  EXPECT_EQ(platform.center.count("dev.quellby.tavrin.widgetsChanged"), 1);
+}
+
+} // namespace
+} // namespace tavrin::test

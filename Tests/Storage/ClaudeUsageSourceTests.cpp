@@ -1,0 +1,283 @@
+#include "TavrinStorage/ClaudeUsageSource.h"
+
+#include "TavrinCore/Kinds/ClaudeUsage.h"
+#include "Tests/Storage/TemporaryFolder.h"
+#include "Tests/Support/UsageLogs.h"
+
+#include <array>
+#include <cstdio>
+#include <ctime>
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+namespace tavrin {
+namespace {
+
+namespace fs = std::filesystem;
+using test::append;
+using test::UsageLogs;
+
+Date date(const char* text) {
+  return dateFromISO8601(text).value();
+}
+
+std::string described(const ClaudeUsageTotals& totals) {
+  std::string text =
+      fmt::format("{} {} {} {} in {}, last {:.3f}:", totals.inputTokens, totals.outputTokens,
+                  totals.cacheCreationTokens, totals.cacheReadTokens, totals.messages,
+                  totals.lastActivity ? totals.lastActivity->unixSeconds() : -1);
+  for (const auto& project : totals.projects)
+    text += fmt::format(" {}={}", project.name, project.tokens);
+  return text;
+}
+
+/// What the script beside this file finds.
+std::map<ClaudeUsageScope, std::string> referenceTotals(const fs::path& root, Date now,
+                                                        const std::string& zone) {
+  const auto command = fmt::format("/usr/bin/python3 '{}' '{}' {:.6f} {}",
+                                   TAVRIN_TESTS_FOLDER "/Storage/usage_reference.py", root.string(),
+                                   now.unixSeconds(), zone);
+  std::string output;
+  FILE* pipe = ::popen(command.c_str(), "r");
+  std::array<char, 4096> buffer{};
+  while (const auto count = std::fread(buffer.data(), 1, buffer.size(), pipe))
+    output.append(buffer.data(), count);
+  EXPECT_EQ(::pclose(pipe), 0);
+  const auto document = JSONValue::parse(output);
+  std::map<ClaudeUsageScope, std::string> byScope;
+  for (const auto scope : allCases<ClaudeUsageScope>()) {
+    const auto& found = *document.member(nameOf(scope));
+    const auto sums = decodeMember<std::vector<std::int64_t>>(found, "sums");
+    const auto last = decodeMember<std::optional<double>>(found, "last");
+    ClaudeUsageTotals totals;
+    totals.inputTokens = sums[0];
+    totals.outputTokens = sums[1];
+    totals.cacheCreationTokens = sums[2];
+    totals.cacheReadTokens = sums[3];
+    totals.messages = decodeMember<std::int64_t>(found, "messages");
+    if (last)
+      totals.lastActivity = Date::fromUnixSeconds(*last);
+    for (const auto& project : *found.member("projects")->array())
+      totals.projects.push_back(
+          {*project.array()->at(0).string(), project.array()->at(1).integerValue().value()});
+    byScope[scope] = described(totals);
+  }
+  return byScope;
+}
+
+class ClaudeUsageSourceTest : public testing::Test {
+protected:
+  ClaudeUsageSourceTest() { fs::create_directories(root / "projects"); }
+
+  /// All files look as if written at `date`, for tests that play in the past.
+  void touchAll(Date date) {
+    for (const auto& entry : fs::recursive_directory_iterator(root))
+      if (entry.is_regular_file()) {
+        const timespec time{static_cast<time_t>(date.unixSeconds()), 0};
+        const timespec times[] = {time, time};
+        ::utimensat(AT_FDCWD, entry.path().c_str(), times, 0);
+      }
+  }
+  std::int64_t tokens(Date since) {
+    return ClaudeUsage::totals(source.entries(since), DateInterval{since, Date{1e18}}).tokens;
+  }
+  void expectReference(Date now, const std::string& zone, const std::string& what) {
+    const Calendar calendar(zone, "en_US");
+    const auto& entries = source.entries(earliestStart(now, calendar));
+    for (const auto& [scope, expected] : referenceTotals(root, now, zone))
+      ASSERT_EQ(described(ClaudeUsage::totals(entries, scope, now, calendar)), expected)
+          << what << ", " << nameOf(scope);
+  }
+
+  TemporaryFolder folder;
+  fs::path root = folder / ".claude";
+  UsageLogs logs{root, 7};
+  ClaudeUsageSource source{root};
+};
+
+TEST_F(ClaudeUsageSourceTest, GeneratedLogsGiveTheReferenceTotals) {
+  const Date now = date("2026-03-29T10:20:00Z");
+  const char* folders[] = {"-home-ann-work-app", "-home-ann-日本-größer", "-srv-build",
+                           "-home-ann-work-app/3f/subagents", "loose"};
+  for (int i = 0; i < 12; ++i) {
+    Date time = now - logs.number(600, 9 * 86'400);
+    append(logs.file(folders[i % 5], "session " + std::to_string(i)), logs.session(time, 25));
+  }
+  touchAll(now);
+  expectReference(now, "Europe/Berlin", "all");
+}
+
+TEST_F(ClaudeUsageSourceTest, ScopesBeginAtTheUsersMidnightAcrossClockChanges) {
+  struct Case {
+    const char* now;
+    const char* zone;
+  };
+  // Clocks go forwards and back in the week before, in the night before, and at midnight itself.
+  for (const Case& c : {Case{"2026-03-29T10:00:00Z", "Europe/Berlin"},
+                        Case{"2026-04-02T22:30:00Z", "Europe/Berlin"},
+                        Case{"2026-10-25T01:30:00Z", "Europe/Berlin"},
+                        Case{"2026-11-05T05:00:00Z", "America/New_York"},
+                        Case{"2026-09-06T12:00:00Z", "America/Santiago"},
+                        Case{"2026-01-01T00:00:00Z", "Pacific/Kiritimati"}}) {
+    fs::remove_all(root);
+    const Date now = date(c.now);
+    const Calendar calendar(c.zone, "en_US");
+    std::string lines;
+    for (const auto scope :
+         {ClaudeUsageScope::week, ClaudeUsageScope::today, ClaudeUsageScope::block})
+      for (const double offset : {-3600.0, -0.25, 0.0, 0.25, 3600.0})
+        lines += logs.usageLine(start(scope, now, calendar) + offset, logs.newID("m"),
+                                logs.newID("r"), logs.numbers());
+    append(logs.file("-home-ann-app", "one"), lines);
+    append(logs.file("-home-ann-app", "two"),
+           logs.usageLine(now + 60, logs.newID("m"), {}, logs.numbers()));
+    touchAll(now);
+    ClaudeUsageSource fresh(root);
+    const auto& entries = fresh.entries(earliestStart(now, calendar));
+    for (const auto& [scope, expected] : referenceTotals(root, now, c.zone))
+      EXPECT_EQ(described(ClaudeUsage::totals(entries, scope, now, calendar)), expected)
+          << c.now << " " << c.zone << " " << nameOf(scope);
+  }
+}
+
+/// Any order of what happens to logs, a refresh after each step.
+TEST_F(ClaudeUsageSourceTest, AnyInterleavingOfChangesGivesTheReferenceTotals) {
+  const Date now = Date::fromUnixSeconds(static_cast<double>(std::time(nullptr)));
+  std::vector<fs::path> files;
+  std::map<fs::path, Date> times;
+  for (int step = 0; step < 60; ++step) {
+    const int action = files.size() < 3 ? 0 : logs.number(0, 9);
+    const auto pick = [&] {
+      return files[static_cast<std::size_t>(logs.number(0, static_cast<int>(files.size()) - 1))];
+    };
+    std::string what;
+    if (action == 0) {
+      const auto path = logs.file(fmt::format("-home-ann-p{}", step % 4), std::to_string(step));
+      times[path] = now - logs.number(0, 8 * 86'400);
+      append(path, logs.session(times[path], logs.number(1, 40)));
+      files.push_back(path);
+      what = "new";
+    } else if (action <= 4) {
+      const auto path = pick();
+      auto lines = logs.session(times[path], logs.number(1, 5));
+      if (action == 4) // half a line now, and at some later growth what follows is no line
+        lines.resize(lines.size() - static_cast<std::size_t>(logs.number(1, 200)));
+      append(path, lines);
+      what = action == 4 ? "half a line" : "grown";
+    } else if (action == 5) {
+      const auto path = pick();
+      fs::resize_file(path, fs::file_size(path) * static_cast<unsigned>(logs.number(0, 99)) / 100);
+      what = "cut";
+    } else if (action == 6) { // written anew, longer than before
+      const auto path = pick();
+      const auto size = fs::file_size(path);
+      std::string lines;
+      Date time = now - 3600;
+      while (lines.size() <= size)
+        lines += logs.session(time, 3);
+      put(path, lines);
+      times[path] = time;
+      what = "written anew";
+    } else if (action == 7) { // another file of the same length in its place
+      const auto path = pick();
+      auto bytes = contents(path);
+      if (const auto at = bytes.find("\"output_tokens\":"); at != std::string::npos)
+        bytes[at + 16] = '9';
+      put(folder / "other", bytes);
+      fs::rename(folder / "other", path);
+      what = "replaced";
+    } else if (action == 8) { // rotated: the old one goes on under another name
+      const auto path = pick();
+      const auto old = path.parent_path() / ("old" + std::to_string(step) + ".jsonl");
+      fs::rename(path, old);
+      files.push_back(old);
+      times[old] = times[path];
+      append(path, logs.session(times[path], 2));
+      what = "rotated";
+    } else {
+      const auto at = static_cast<std::size_t>(logs.number(0, static_cast<int>(files.size()) - 1));
+      fs::remove(files[at]);
+      files.erase(files.begin() + static_cast<std::ptrdiff_t>(at));
+      what = "deleted";
+    }
+    expectReference(now, "UTC", fmt::format("step {}, {}", step, what));
+  }
+}
+
+TEST_F(ClaudeUsageSourceTest, ReadsNothingTwice) {
+  const Date now = Date::fromUnixSeconds(static_cast<double>(std::time(nullptr)));
+  const auto path = logs.file("-home-ann-app", "a");
+  Date time = now - 3000;
+  append(path, logs.session(time, 300));
+  const auto first = tokens(now - 86'400);
+  EXPECT_GT(first, 0);
+  EXPECT_EQ(source.bytesRead(), fs::file_size(path));
+  tokens(now - 86'400);
+  EXPECT_EQ(source.bytesRead(), fs::file_size(path));
+  const auto line = logs.usageLine(time, "m", "r", {1, 1, 1, 1});
+  append(path, line.substr(0, 30));
+  EXPECT_EQ(tokens(now - 86'400), first) << "half a line waits";
+  append(path, line.substr(30));
+  EXPECT_EQ(tokens(now - 86'400), first + 4);
+  EXPECT_EQ(source.bytesRead(), fs::file_size(path) + 30) << "but for the half line";
+}
+
+TEST_F(ClaudeUsageSourceTest, ReadsBackOnlyToTheFirstOlderMessage) {
+  const Date now = Date::fromUnixSeconds(static_cast<double>(std::time(nullptr)));
+  const auto path = logs.file("-home-ann-app", "a");
+  Date time = now - 30 * 86'400;
+  append(path, logs.session(time, 2000));
+  for (int i = 0; i < 3; ++i)
+    append(path, logs.usageLine(now - 60, logs.newID("m"), "r", {1, 0, 0, 0}));
+  EXPECT_EQ(tokens(now - 86'400), 3);
+  EXPECT_LT(source.bytesRead(), fs::file_size(path) / 4);
+  EXPECT_GT(tokens(now - 40 * 86'400), 3) << "an earlier period is read anew";
+}
+
+TEST_F(ClaudeUsageSourceTest, LinesOverPieceBoundsAndTooLongOnes) {
+  const Date now = Date::fromUnixSeconds(static_cast<double>(std::time(nullptr)));
+  // Sums tell which lines were read: each line has a digit of its own.
+  const auto path = logs.file("-home-ann-app", "long");
+  const std::vector<std::size_t> lengths = {
+      10, 300'000, 1'000'000, 262'144 - 400, 262'144, 50, 3'900'000, 5'000'000, 10};
+  std::string all;
+  std::int64_t expected = 0;
+  std::int64_t digit = 1;
+  for (const auto length : lengths) {
+    all += logs.usageLine(now - 60, logs.newID("m"), "r", {static_cast<int>(digit), 0, 0, 0},
+                          std::string(length, 'x'));
+    if (length < 4'000'000)
+      expected += digit;
+    digit *= 10;
+  }
+  put(path, all);
+  EXPECT_EQ(tokens(now - 86'400), expected) << "backwards";
+  const auto grown = logs.file("-home-ann-app", "grown");
+  put(grown, "\n");
+  EXPECT_EQ(tokens(now - 86'400), expected);
+  std::string again = all;
+  for (std::size_t at = 0; (at = again.find("\"id\":\"m", at)) != std::string::npos; ++at)
+    again.replace(at, 7, "\"id\":\"n");
+  append(grown, again);
+  EXPECT_EQ(tokens(now - 86'400), 2 * expected) << "forwards";
+}
+
+TEST_F(ClaudeUsageSourceTest, OldMissingAndUnreadableFilesAreNothing) {
+  const Date now = Date::fromUnixSeconds(static_cast<double>(std::time(nullptr)));
+  append(logs.file("-home-ann-app", "a"), logs.usageLine(now - 5, "m", "r", {}));
+  EXPECT_GT(tokens(now - 60), 0);
+  touchAll(now - 120);
+  EXPECT_EQ(tokens(now - 60), 0) << "not modified since";
+  ::mkfifo((root / "projects" / "-home-ann-app" / "pipe.jsonl").c_str(), 0600);
+  fs::create_directory(root / "projects" / "-home-ann-app" / "folder.jsonl");
+  fs::create_directory_symlink(root, root / "projects" / "circle");
+  EXPECT_EQ(tokens(now - 60), 0);
+  fs::remove_all(root);
+  EXPECT_EQ(tokens(now - 60), 0);
+  EXPECT_FALSE(source.isAvailable());
+}
+
+} // namespace
+} // namespace tavrin
