@@ -7,6 +7,7 @@
 #include "TavrinSlot/SystemWidget.h"
 #include "TavrinSlot/TimerWidget.h"
 #include "TavrinSlot/UnavailableWidget.h"
+#include "TavrinSlot/WaterWidget.h"
 #include "TavrinStorage/StoragePath.h"
 
 #include <algorithm>
@@ -146,6 +147,8 @@ std::unique_ptr<WidgetController> SlotApp::makeController(const DockWidget& widg
           return std::make_unique<PomodoroWidgetController>(context_, widget);
         else if constexpr (std::is_same_v<S, NoteSettings>)
           return std::make_unique<NoteWidgetController>(context_, widget);
+        else if constexpr (std::is_same_v<S, WaterSettings>)
+          return std::make_unique<WaterWidgetController>(context_, widget);
         else
           return std::make_unique<UnavailableWidgetController>(context_, widget);
       },

@@ -31,5 +31,7 @@ GallerySheet timersGallery();
 GallerySheet simpleGallery();
 GallerySheet simpleWideGallery();
 GalleryPanels simplePanels();
+GallerySheet waterGallery();
+GalleryPanels waterPanels();
 
 } // namespace tavrin

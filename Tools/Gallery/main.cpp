@@ -23,6 +23,7 @@ constexpr NamedSheet sheets[] = {
     {"timers", timersGallery},
     {"simple", simpleGallery},
     {"simple-wide", simpleWideGallery},
+    {"water", waterGallery},
 };
 
 struct NamedPanels {
@@ -32,6 +33,7 @@ struct NamedPanels {
 
 constexpr NamedPanels panelSheets[] = {
     {"simple-panels", simplePanels},
+    {"water-panels", waterPanels},
 };
 
 constexpr double captionHeight = 16;
