@@ -25,7 +25,7 @@ _tavrin() {
     word=${line%%$'\t'*}
     [[ $cur == *=* ]] && word=${word#"${cur%%=*}="}
     case $word in *=) reply+=("$word") ;; *) reply+=("$(printf %q "$word") ") ;; esac
-  done < <(tavrin __complete -- "${words[@]}" 2>/dev/null)
+  done < <(tavrin __complete "${words[@]}" 2>/dev/null)
   COMPREPLY=("${reply[@]}")
 }
 complete -o nospace -F _tavrin tavrin
@@ -42,7 +42,7 @@ _tavrin() {
     else
       plain+=("$word"); plainTexts+=("${line/$'\t'/  -- }")
     fi
-  done < <(tavrin __complete -- "${(@Q)words[2,CURRENT]}" 2>/dev/null)
+  done < <(tavrin __complete "${(@Q)words[2,CURRENT]}" 2>/dev/null)
   (( ${#plain} )) && compadd -U -l -d plainTexts -a plain
   (( ${#open} )) && compadd -U -l -S '' -d openTexts -a open
 }
@@ -52,7 +52,7 @@ if [[ ${funcstack[1]} == _tavrin ]]; then _tavrin "$@"; else compdef _tavrin tav
 constexpr std::string_view fishScript = R"sh(# tavrin completion for fish
 function __tavrin_complete
     set -l words (commandline -opc) (commandline -ct)
-    tavrin __complete -- $words[2..-1] 2>/dev/null
+    tavrin __complete $words[2..-1] 2>/dev/null
 end
 complete -c tavrin -f -a '(__tavrin_complete)'
 )sh";
@@ -142,6 +142,12 @@ std::vector<Suggestion> commandNames(const CLI::App& command) {
 
 } // namespace
 
+void printSuggestions(const CLI::App& app, HostContext& context,
+                      const std::vector<std::string>& words) {
+  for (const auto& one : suggestions(app, context, words))
+    context.console().out << fmt::format("{}\t{}\n", printable(one.word), printable(one.meaning));
+}
+
 std::vector<Suggestion> suggestions(const CLI::App& app, const HostContext& context,
                                     const std::vector<std::string>& words) {
   const std::string current = words.empty() ? "" : words.back();
@@ -179,16 +185,6 @@ void addCompletionCommands(CLI::App& app, HostContext& context) {
     context.console().out << (*shell == "bash"  ? bashScript
                               : *shell == "zsh" ? zshScript
                                                 : fishScript);
-  });
-
-  auto* ask = app.add_subcommand("__complete", "")->group("");
-  ask->prefix_command();
-  ask->callback([ask, &app, &context] {
-    auto words = ask->remaining();
-    if (!words.empty() && words.front() == "--")
-      words.erase(words.begin());
-    for (const auto& one : suggestions(app, context, words))
-      context.console().out << fmt::format("{}\t{}\n", printable(one.word), printable(one.meaning));
   });
 }
 

@@ -4,12 +4,19 @@
 
 namespace tavrin {
 
-/// `tavrin completion SHELL`, and the hidden `tavrin __complete` that its scripts ask.
+/// What the completion scripts put before the words of the command line they ask about.
+inline constexpr std::string_view completionQuestion = "__complete";
+
+/// `tavrin completion SHELL`.
 void addCompletionCommands(CLI::App& app, HostContext& context);
 
 /// What may stand in place of the last of `words` (it may be empty), which follow the program's
 /// name. Only words that begin as it does, case aside.
 std::vector<Suggestion> suggestions(const CLI::App& app, const HostContext& context,
                                     const std::vector<std::string>& words);
+
+/// The answer to the scripts: a line each, the word, a tab and its meaning.
+void printSuggestions(const CLI::App& app, HostContext& context,
+                      const std::vector<std::string>& words);
 
 } // namespace tavrin

@@ -85,7 +85,7 @@ JSONValue parsedForm(std::string_view form) {
 std::string withComplaint(std::string_view form, std::string_view complaint) {
   if (form.starts_with(complaintMark))
     form.remove_prefix(std::min(form.find('\n') + 1, form.size()));
-  return fmt::format("{}{}\n{}", complaintMark, complaint, form);
+  return fmt::format("{}{}\n{}", complaintMark, printable(complaint), form);
 }
 
 std::string editForm(const DockWidget& widget) {

@@ -11,7 +11,6 @@
 namespace tavrin {
 namespace {
 
-constexpr double serviceInterval = 3600;
 constexpr double markerInterval = 0.2;
 
 /// The user's editor as shell words, then those that Debian and others have.
@@ -115,9 +114,10 @@ void EditService::serve() {
   context_.say("Waiting for edit requests; Ctrl-C ends.");
   context_.console().out.flush();
   while (true) {
-    platform.wait(requests.empty() ? serviceInterval : 0);
-    if (requests.empty())
+    if (requests.empty()) {
+      platform.waitForEvent();
       continue;
+    }
     try {
       edit(requests.front());
     } catch (const std::exception& error) {

@@ -67,6 +67,11 @@ std::unique_ptr<CLI::App> makeCommandLine(HostContext& context) {
 int runCommandLine(HostContext& context, const std::vector<std::string>& words) {
   const auto app = makeCommandLine(context);
   try {
+    // Not for the parser: the words are unfinished.
+    if (!words.empty() && words.front() == completionQuestion) {
+      printSuggestions(*app, context, {words.begin() + 1, words.end()});
+      return static_cast<int>(ExitCode::ok);
+    }
     app->parse(std::vector<std::string>(words.rbegin(), words.rend()));
     return static_cast<int>(ExitCode::ok);
   } catch (const CLI::ParseError& error) {

@@ -71,11 +71,8 @@ void report(HostContext& context, const WidgetLibrary& library,
 /// With no widgets at all, makes the starter set when asked to; never by itself.
 void offerStarterSet(HostContext& context, WidgetLibrary& library, bool isWanted) {
   const auto& file = library.file();
-  if (!file.widgets.empty() || !file.unrecognized.empty()) {
-    if (isWanted)
-      context.remark("There are widgets already, so the starter set is left out.");
+  if (!file.widgets.empty() || !file.unrecognized.empty())
     return;
-  }
   if (!isWanted && context.console().isInteractive)
     isWanted = context.console().confirm("There are no widgets yet. Make a starter set: a "
                                          "Pomodoro, a timer, a clock, a countdown,\nthe day's "

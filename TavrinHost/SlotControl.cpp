@@ -93,15 +93,20 @@ std::string SlotControl::lastLogLine(int slot) {
   return last;
 }
 
-SlotControl::Outcome SlotControl::launch(int slot, const std::vector<std::string>& arguments,
-                                         ProcessID& process) {
+RunningApplications::Launch SlotControl::launchOf(int slot,
+                                                 const std::vector<std::string>& arguments) {
   const auto log = logFile(slot);
   std::error_code error;
   // One file back is enough to see what went wrong; an old line must not pass for a new one.
   if (std::filesystem::file_size(log, error) > logLimit && !error)
     std::filesystem::rename(log, log.string() + ".old", error);
+  return {program(slot), arguments, {{"TAVRIN_LOG", "stderr"}}, log};
+}
+
+SlotControl::Outcome SlotControl::launch(int slot, const std::vector<std::string>& arguments,
+                                         ProcessID& process) {
   try {
-    process = applications().launch({program(slot), arguments, log});
+    process = applications().launch(launchOf(slot, arguments));
     return {slot, true, "started"};
   } catch (const FileError& failed) {
     return {slot, false, failed.what()};
@@ -134,20 +139,32 @@ void SlotControl::waitForLaunched(std::vector<std::pair<Outcome*, ProcessID>> la
 
 std::vector<SlotControl::Outcome> SlotControl::start(const std::set<int>& slots) {
   std::vector<Outcome> outcomes;
-  std::vector<std::pair<std::size_t, ProcessID>> launched;
+  std::vector<std::size_t> waiting;
+  std::vector<RunningApplications::Launch> launches;
   for (const int slot : slots) {
-    if (process(slot)) {
-      outcomes.push_back({slot, true, "runs already"});
+    const bool runs = process(slot).has_value();
+    outcomes.push_back({slot, true, runs ? "runs already" : "started"});
+    if (runs)
       continue;
-    }
-    ProcessID started = 0;
-    outcomes.push_back(launch(slot, {"--background"}, started));
-    if (outcomes.back().isDone)
-      launched.emplace_back(outcomes.size() - 1, started);
+    waiting.push_back(outcomes.size() - 1);
+    launches.push_back(launchOf(slot, {"--background"}));
   }
+  std::vector<ProcessID> processes;
+  std::string fault = "could not be started";
+  try {
+    processes = applications().launchTogether(launches);
+  } catch (const FileError& failed) {
+    fault = failed.what();
+  }
+  processes.resize(launches.size());
   std::vector<std::pair<Outcome*, ProcessID>> watched;
-  for (const auto& [index, started] : launched)
-    watched.emplace_back(&outcomes[index], started);
+  for (std::size_t i = 0; i < waiting.size(); ++i) {
+    auto& outcome = outcomes[waiting[i]];
+    if (processes[i] > 0)
+      watched.emplace_back(&outcome, processes[i]);
+    else
+      outcome = {outcome.slot, false, fault};
+  }
   waitForLaunched(std::move(watched));
   return outcomes;
 }
@@ -208,7 +225,7 @@ void SlotControl::startEditor() {
   if (!hasScreen || !applications().knowsIdentifiers() || applications().processOwning(identifier))
     return;
   applications().launch(
-      {context_.platform().program(), {"edit"}, context_.stateFolder() / "edit.log"});
+      {context_.platform().program(), {"edit"}, {}, context_.stateFolder() / "edit.log"});
 }
 
 void SlotControl::stopEditor() {

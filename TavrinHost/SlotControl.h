@@ -44,6 +44,7 @@ public:
   void stopEditor();
 
 private:
+  RunningApplications::Launch launchOf(int slot, const std::vector<std::string>& arguments);
   Outcome launch(int slot, const std::vector<std::string>& arguments, ProcessID& process);
   void waitForLaunched(std::vector<std::pair<Outcome*, ProcessID>> launched);
   bool isSlotProgram(ProcessID process, int slot);

@@ -25,8 +25,10 @@ public:
   /// The file this program was started from, links resolved.
   virtual std::filesystem::path program() = 0;
 
-  /// Lets a moment pass, at most `seconds`, in which notifications are delivered.
+  /// Lets `seconds` pass, in which notifications are delivered.
   virtual void wait(double seconds) = 0;
+  /// Sleeps until something was delivered, which need not be a notification.
+  virtual void waitForEvent() = 0;
 
   /// Runs a program in the foreground, on this terminal, and waits for it without limit.
   /// Gives its exit status; 127 where it could not be started.

@@ -17,6 +17,8 @@ public:
   struct Launch {
     std::filesystem::path program;
     std::vector<std::string> arguments;
+    /// Added to this process's environment.
+    std::map<std::string, std::string> environment;
     /// What the program prints is appended here.
     std::filesystem::path log;
   };
@@ -43,6 +45,11 @@ public:
   /// Starts a program that outlives this one: a session of its own, no terminal.
   /// Throws FileError where it cannot be started.
   virtual ProcessID launch(const Launch& launch) = 0;
+
+  /// Starts several links of one program together, so that they share what they load. Each then
+  /// runs as if launched alone with its arguments, which must be "--background". Their processes
+  /// in the same order; 0 for one that could not be made. Throws FileError where none can.
+  virtual std::vector<ProcessID> launchTogether(const std::vector<Launch>& launches) = 0;
 
   virtual bool isAlive(ProcessID process) = 0;
 

@@ -1,7 +1,22 @@
+#include "TavrinCore/Kinds/ClockFormat.h"
 #include "TavrinPlatform/Linux/LinuxPlatform.h"
+#include "TavrinPlatform/Linux/ProcessFamily.h"
 #include "TavrinSlot/SlotApp.h"
 
+namespace {
+
+/// Formatting a time loads the locale's data.
+void prepare() {
+  const tavrin::ClockFormat format({}, tavrin::Calendar());
+  format.time({});
+  format.dayCaption({});
+}
+
+} // namespace
+
 int main(int argc, char** argv) {
+  if (!tavrin::joinFamily(argc, argv, prepare))
+    return 0;
   const auto platform = tavrin::makePlatform(argc, argv);
   if (!platform)
     return 0;

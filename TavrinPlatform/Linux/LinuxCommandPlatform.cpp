@@ -101,7 +101,12 @@ void LinuxCommandPlatform::wait(double seconds) {
   QEventLoop moment;
   QTimer::singleShot(static_cast<int>(seconds * 1000), Qt::PreciseTimer, &moment,
                      &QEventLoop::quit);
-  moment.processEvents(seconds > 0 ? QEventLoop::WaitForMoreEvents : QEventLoop::AllEvents);
+  moment.exec();
+}
+
+void LinuxCommandPlatform::waitForEvent() {
+  startEventLoop();
+  QEventLoop().processEvents(QEventLoop::WaitForMoreEvents);
 }
 
 int LinuxCommandPlatform::runInForeground(const std::vector<std::string>& words) {

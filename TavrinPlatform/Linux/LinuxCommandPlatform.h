@@ -29,6 +29,7 @@ public:
   RunningApplications& applications() override;
   std::filesystem::path program() override;
   void wait(double seconds) override;
+  void waitForEvent() override;
   int runInForeground(const std::vector<std::string>& words) override;
 
 private:

@@ -8,6 +8,12 @@ namespace fs = std::filesystem;
 
 fs::path LinuxMainBundle::executablePath(const char* argumentZero) {
   const auto* executed = reinterpret_cast<const char*>(getauxval(AT_EXECFN));
+  // Slots are links to one file, and a slot may have been forked from another one: the first
+  // argument tells which it is, as long as it names the program that runs.
+  std::error_code differs;
+  if (argumentZero != nullptr && fs::path(argumentZero).is_absolute() &&
+      fs::equivalent(argumentZero, "/proc/self/exe", differs))
+    return fs::canonical(argumentZero, differs);
   // Started through the dynamic loader by hand, the kernel's answer is the loader's path; then
   // the first argument is the better one.
   std::error_code error;

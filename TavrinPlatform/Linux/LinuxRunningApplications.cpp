@@ -49,14 +49,36 @@ private:
   throw FileError(failure(fmt::format("start \"{}\"", program.string()), std::strerror(error)));
 }
 
+/// A list as execve takes it: pointers into `words`, then null.
+std::vector<char*> pointers(std::vector<std::string>& words) {
+  std::vector<char*> list;
+  for (auto& word : words)
+    list.push_back(word.data());
+  list.push_back(nullptr);
+  return list;
+}
+
+std::vector<std::string> environmentWith(const std::map<std::string, std::string>& additions) {
+  std::vector<std::string> variables;
+  for (char** line = environ; *line != nullptr; ++line) {
+    const std::string_view text(*line);
+    if (!additions.contains(std::string(text.substr(0, text.find('=')))))
+      variables.emplace_back(text);
+  }
+  for (const auto& [name, value] : additions)
+    variables.push_back(name + "=" + value);
+  return variables;
+}
+
 /// Runs in the grandchild: only calls that are safe after a fork of a threaded process.
-[[noreturn]] void becomeProgram(const char* program, char* const* arguments, int log, int report) {
+[[noreturn]] void becomeProgram(char* const* arguments, char* const* environment, int log,
+                                int report) {
   setsid();
   const int nothing = open("/dev/null", O_RDONLY | O_CLOEXEC);
   dup2(nothing, STDIN_FILENO);
   dup2(log, STDOUT_FILENO);
   dup2(log, STDERR_FILENO);
-  execv(program, arguments);
+  execve(arguments[0], arguments, environment);
   const int error = -errno;
   [[maybe_unused]] const auto written = write(report, &error, sizeof error);
   _exit(127);
@@ -77,6 +99,12 @@ bool isZombie(int process) {
   const std::string_view line(text.data(), static_cast<std::size_t>(length));
   const auto end = line.rfind(") ");
   return end == std::string_view::npos || line.substr(end + 2, 1) == "Z";
+}
+
+std::string firstArgument(const std::filesystem::path& processFolder) {
+  std::array<char, 4096> text{};
+  const Descriptor file(open((processFolder / "cmdline").c_str(), O_RDONLY | O_CLOEXEC));
+  return read(file.number(), text.data(), text.size() - 1) > 0 ? text.data() : "";
 }
 
 BusMessage answerOf(Bus& bus, const BusMessage& call, std::uint64_t limit) {
@@ -126,9 +154,14 @@ std::optional<int> LinuxRunningApplications::processRunning(const std::filesyste
 
 std::optional<std::filesystem::path> LinuxRunningApplications::programOf(ProcessID process) {
   std::error_code error;
-  auto text = std::filesystem::read_symlink(fmt::format("/proc/{}/exe", process), error).string();
+  const auto folder = std::filesystem::path("/proc") / std::to_string(process);
+  auto text = std::filesystem::read_symlink(folder / "exe", error).string();
   if (error)
     return std::nullopt;
+  // Slots started together run from one of their links: the first argument names the own one.
+  const auto named = firstArgument(folder);
+  if (!named.empty() && std::filesystem::equivalent(named, folder / "exe", error) && !error)
+    return std::filesystem::canonical(named, error);
   if (text.ends_with(replacedMark))
     text.resize(text.size() - replacedMark.size());
   return text;
@@ -148,10 +181,9 @@ int LinuxRunningApplications::launch(const Launch& launch) {
 
   std::vector<std::string> words{launch.program.string()};
   words.insert(words.end(), launch.arguments.begin(), launch.arguments.end());
-  std::vector<char*> arguments;
-  for (auto& word : words)
-    arguments.push_back(word.data());
-  arguments.push_back(nullptr);
+  auto arguments = pointers(words);
+  auto variables = environmentWith(launch.environment);
+  auto environment = pointers(variables);
 
   // The child in between ends at once, so that the program belongs to init and never to us.
   const pid_t between = fork();
@@ -160,7 +192,7 @@ int LinuxRunningApplications::launch(const Launch& launch) {
   if (between == 0) {
     const pid_t process = fork();
     if (process == 0)
-      becomeProgram(arguments.front(), arguments.data(), log.number(), writeEnd.number());
+      becomeProgram(arguments.data(), environment.data(), log.number(), writeEnd.number());
     const int started = process < 0 ? -errno : process;
     [[maybe_unused]] const auto written = write(writeEnd.number(), &started, sizeof started);
     _exit(0);
@@ -177,6 +209,32 @@ int LinuxRunningApplications::launch(const Launch& launch) {
     process = value;
   }
   return process;
+}
+
+std::vector<int> LinuxRunningApplications::launchTogether(const std::vector<Launch>& launches) {
+  if (launches.empty())
+    return {};
+  std::array<int, 2> ends{};
+  if (pipe2(ends.data(), O_CLOEXEC) != 0)
+    throwLaunchFailure(launches.front().program, errno);
+  const Descriptor readEnd(ends[0]);
+  Descriptor writeEnd(ends[1]);
+  fcntl(writeEnd.number(), F_SETFD, 0); // the family tells its processes through it
+  Launch family{launches.front().program,
+                {"--family", std::to_string(writeEnd.number())},
+                launches.front().environment,
+                launches.front().log};
+  for (const auto& launch : launches) {
+    family.arguments.push_back(launch.program.string());
+    family.arguments.push_back(launch.log.string());
+  }
+  launch(family);
+  writeEnd.close();
+  std::vector<int> processes;
+  for (int process = 0; read(readEnd.number(), &process, sizeof process) == sizeof process;)
+    processes.push_back(process);
+  processes.resize(launches.size());
+  return processes;
 }
 
 bool LinuxRunningApplications::isAlive(ProcessID process) {

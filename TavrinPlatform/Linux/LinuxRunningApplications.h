@@ -17,6 +17,7 @@ public:
   std::optional<ProcessID> processRunning(const std::filesystem::path& program) override;
   std::optional<std::filesystem::path> programOf(ProcessID process) override;
   ProcessID launch(const Launch& launch) override;
+  std::vector<ProcessID> launchTogether(const std::vector<Launch>& launches) override;
   bool isAlive(ProcessID process) override;
   void terminate(ProcessID process, bool force) override;
   bool activate(const std::string& bundleIdentifier) override;

@@ -6,7 +6,6 @@ Everything a test starts is ended by its process id when the test is over.
 import json
 import os
 import pathlib
-import re
 import shutil
 import signal
 import subprocess
@@ -79,6 +78,8 @@ class Desk:
         process = subprocess.Popen(command, env={**self.env, **(env or {})}, stdout=target,
                                    stderr=subprocess.STDOUT if log else subprocess.DEVNULL,
                                    stdin=subprocess.DEVNULL, **options)
+        if log:
+            target.close()
         self.processes.append(process)
         return process
 
@@ -186,23 +187,15 @@ class Desk:
 
     # Windows
 
-    def windows(self, pid=None):
-        """Mapped top-level windows: (id, x, y, width, height, name) in stacking order."""
-        tree = self.run("xwininfo", "-root", "-tree", check=False)
+    def windows(self, pid):
+        """A process's visible windows: (id, x, y, width, height)."""
         found = []
-        for line in tree.splitlines():
-            match = re.match(r'\s+(0x[0-9a-f]+) (?:"([^"]*)"|\(has no name\)).*?'
-                             r'(\d+)x(\d+)\+-?\d+\+-?\d+\s+\+(-?\d+)\+(-?\d+)', line)
-            if not match:
-                continue
-            window = match.group(1)
-            if pid is not None and f"= {pid}" not in self.run(
-                    "xprop", "-id", window, "_NET_WM_PID", check=False):
-                continue
-            if "IsViewable" not in self.run("xwininfo", "-id", window, "-stats", check=False):
-                continue
-            found.append((window, int(match.group(5)), int(match.group(6)), int(match.group(3)),
-                          int(match.group(4)), match.group(2)))
+        for window in self.run("xdotool", "search", "--onlyvisible", "--all", "--pid", str(pid),
+                               check=False).split():
+            shell = self.run("xdotool", "getwindowgeometry", "--shell", window, check=False)
+            values = dict(line.split("=") for line in shell.split())
+            if values:
+                found.append((window, *(int(values[key]) for key in ("X", "Y", "WIDTH", "HEIGHT"))))
         return found
 
     def click(self, x, y, button=1):

@@ -26,24 +26,16 @@ class Strip(DeskTest):
 
     def tile_of(self, process):
         for window in self.desk.windows(process.pid):
-            kind = self.desk.run("xprop", "-id", window[0], "_NET_WM_WINDOW_TYPE", check=False)
-            if "DOCK" in kind:
+            if "DOCK" in self.desk.run("xprop", "-id", window[0], "_NET_WM_WINDOW_TYPE"):
                 return window
         return None
 
     def panel_of(self, process):
-        tile = self.tile_of(process)
-        for window in self.desk.windows(process.pid):
-            if tile is None or window[0] != tile[0]:
-                return window
-        return None
+        tile = self.tiles[self.slots.index(process)][0]
+        return next((w for w in self.desk.windows(process.pid) if w[0] != tile), None)
 
     def focused(self):
         return self.desk.run("xdotool", "getwindowfocus", check=False).strip()
-
-    def middle(self, window):
-        _, x, y, width, height, _ = window
-        return x + width / 2, y + height / 2
 
     def start_terminal(self):
         terminal = self.desk.spawn(["xterm", "-T", "other", "-geometry", "40x10+20+20"])
@@ -55,7 +47,7 @@ class Strip(DeskTest):
 
     def open_by_click(self, number):
         # The body's left part: the right end of a wide tile holds its buttons.
-        _, x, y, _, height, _ = self.tiles[number]
+        _, x, y, _, height = self.tiles[number]
         self.desk.click(x + height / 2, y + height / 2)
         return wait_for(lambda: self.panel_of(self.slots[number]), "the panel")
 
@@ -66,7 +58,7 @@ class Strip(DeskTest):
         spans = [span for _, _, span in WIDGETS]
         lefts = [tile[1] for tile in self.tiles]
         self.assertEqual(lefts, sorted(lefts))
-        for (_, x, y, width, height, _), span in zip(self.tiles, spans):
+        for (_, x, y, width, height), span in zip(self.tiles, spans):
             self.assertLessEqual(800 - (y + height), 24, "at the bottom edge")
             self.assertAlmostEqual(height, TILE, delta=math.ceil(PITCH - TILE) + 1)
         for number in range(len(lefts) - 1):
@@ -118,7 +110,7 @@ class Strip(DeskTest):
         self.wait_closed(2)
 
     def test_the_buttons_of_a_wide_tile_work_without_opening_the_panel(self):
-        _, x, y, width, height, _ = self.tiles[0]
+        _, x, y, width, height = self.tiles[0]
         # Two round buttons at the right end; the left one starts and pauses.
         body = TILE * 0.805
         right = x + width - (TILE - body) / 2 - 0.12 * body

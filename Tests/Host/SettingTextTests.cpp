@@ -1,0 +1,147 @@
+#include "TavrinHost/HostError.h"
+#include "TavrinHost/SettingEditing.h"
+#include "TavrinHost/SettingText.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace tavrin {
+namespace {
+
+// 2026-03-01 12:00 in Berlin; clocks go forward on 29 March and back on 25 October.
+constexpr Date now = Date::fromUnixSeconds(1'772'362'800);
+
+TEST(SettingText, Durations) {
+  const std::pair<const char*, std::optional<double>> cases[] = {
+      {"90", 90},    {"25m", 1500},     {"25 min", 1500}, {"1h30m", 5400}, {"1 h 30 min", 5400},
+      {"1:30", 90},  {"1:30:00", 5400}, {"0.5h", 1800},   {"2d", 172800},  {"", {}},
+      {"m", {}},     {"5x", {}},        {"1:75", {}},     {"5m 3", {}},    {"1:2:3:4", {}},
+      {"1e400", {}}, {"nan", {}},       {"5m-3s", {}},    {"1:", {}}};
+  for (const auto& [text, seconds] : cases)
+    EXPECT_EQ(durationFromText(text), seconds) << text;
+}
+
+TEST(SettingText, DurationsReadBack) {
+  for (const double seconds : {0.0, 1.0, 60.0, 90.0, 3600.0, 5400.0, 86400.0, 93784.0})
+    EXPECT_EQ(durationFromText(durationText(seconds)), seconds) << durationText(seconds);
+  EXPECT_EQ(durationText(5400), "1 h 30 min");
+  EXPECT_EQ(durationText(0.5), "0.5 s");
+}
+
+TEST(SettingText, Dates) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"now", "2026-03-01 12:00"},
+      {"today", "2026-03-01 00:00"},
+      {"tomorrow", "2026-03-02 00:00"},
+      {"+14d", "2026-03-15 12:00"},
+      {"-2h", "2026-03-01 10:00"},
+      {"+1w", "2026-03-08 12:00"},
+      // Across the change of clocks the time of day stays.
+      {"+30d", "2026-03-31 12:00"},
+      {"2026-12-24", "2026-12-24 00:00"},
+      {"2026-12-24T18:00", "2026-12-24 18:00"},
+      {"2026-12-24 18:00:05", "2026-12-24 18:00:05"},
+      {"2026-12-24T18:00Z", "2026-12-24 19:00"},
+      {"2026-07-01T00:00:00-05:00", "2026-07-01 07:00"},
+      {"2028-02-29", "2028-02-29 00:00"}};
+  for (const auto& [text, shown] : cases) {
+    const auto date = dateFromText(text, now);
+    ASSERT_TRUE(date) << text;
+    EXPECT_EQ(dateText(*date), shown) << text;
+  }
+  for (const auto* text :
+       {"", "2026-02-29", "2026-13-01", "2026-12-24T25:00", "2026-12-24T18", "24.12.2026", "+",
+        "+5", "+5x", "next year", "2026-12-24T18:00+1", "0000-01-01", "2026-12-24x"})
+    EXPECT_FALSE(dateFromText(text, now) && std::string_view(text) != "+5") << text;
+}
+
+struct Change {
+  const char* kind;
+  std::vector<const char*> words;
+  const char* key;
+  /// The stored JSON, "" for a key that is gone.
+  const char* stored;
+};
+
+TEST(SettingEditing, Accepted) {
+  const Change cases[] = {{"pomodoro", {"focus=50m"}, "focus", "3000"},
+                          {"pomodoro", {"focus=120m"}, "focus", "7200"},
+                          {"pomodoro", {"ringsAtTheEnd=No"}, "ringsAtTheEnd", "false"},
+                          {"pomodoro", {"cyclesBeforeLongBreak=8"}, "cyclesBeforeLongBreak", "8"},
+                          {"timer", {"presets=3m, 5m,1:30"}, "presets", "[180,300,90]"},
+                          {"timer", {"presets=[60, 120]"}, "presets", "[60,120]"},
+                          {"timer", {"presets=1m,2m", "presets.1=5m"}, "presets", "[60,300]"},
+                          {"timeProgress", {"scope=MONTH"}, "scope", "\"month\""},
+                          {"timeProgress", {"scope=w"}, "scope", "\"week\""},
+                          {"clock", {"timeZoneID=Asia/Tokyo"}, "timeZoneID", "\"Asia/Tokyo\""},
+                          {"clock", {"timeZoneID=Asia/Tokyo", "timeZoneID=null"}, "timeZoneID", ""},
+                          {"clock", {"uses24Hour=none"}, "uses24Hour", ""},
+                          {"note", {"text=a=b, null"}, "text", "\"a=b, null\""},
+                          {"note", {"text=null"}, "text", "\"null\""},
+                          {"countdown", {"target=2026-12-24T18:00Z"}, "target", "819828000"},
+                          {"weather", {"latitude=-33.5"}, "latitude", "-33.5"},
+                          {"calendar",
+                           {"calendars.accountIDs=a,b"},
+                           "calendars",
+                           R"({"accountIDs":["a","b"],"calendarIDs":[]})"}};
+  for (const auto& test : cases) {
+    std::vector<Assignment> assignments;
+    for (const auto* word : test.words)
+      assignments.push_back(Assignment::parse(word));
+    const DockWidget widget(UUID(), "W", {}, *freshKind(test.kind, now), 1);
+    const auto settings = settingsJSON(withAssignments(widget, assignments, now).kind);
+    const auto* value = settings.member(test.key);
+    EXPECT_EQ(value == nullptr ? "" : value->compact(), test.stored) << test.words.front();
+  }
+}
+
+TEST(SettingEditing, Refused) {
+  struct Refusal {
+    const char* kind;
+    const char* word;
+    ExitCode code;
+    const char* part;
+  };
+  const Refusal cases[] = {
+      {"pomodoro", "focus=59", ExitCode::refusedValue, "1 min to 2 h"},
+      {"pomodoro", "focus=7201", ExitCode::refusedValue, "1 min to 2 h"},
+      {"pomodoro", "focus=", ExitCode::refusedValue, "1 min to 2 h"},
+      {"pomodoro", "focus=null", ExitCode::refusedValue, "1 min to 2 h"},
+      {"pomodoro", "cyclesBeforeLongBreak=2.5", ExitCode::refusedValue, "2 to 8"},
+      {"pomodoro", "ringsAtTheEnd=maybe", ExitCode::refusedValue, "yes or no"},
+      {"pomodoro", "focsu=5m", ExitCode::notFound, "it has focus, shortBreak"},
+      {"pomodoro", "focus.x=5", ExitCode::notFound, "single value"},
+      {"timer", "presets=5m,2d", ExitCode::refusedValue, "1 s to 1 d"},
+      {"timer", "presets.9=5m", ExitCode::notFound, "no element 9"},
+      {"timer", "presets=[1,\"a\"]", ExitCode::refusedValue, "presets.1"},
+      {"timeProgress", "scope=decade", ExitCode::refusedValue, "day, week, month or year"},
+      {"countdown", "target=soon", ExitCode::refusedValue, "a date such as"},
+      {"stopwatch", "x=1", ExitCode::notFound, "has no settings"},
+      {"clipboard", "span=2", ExitCode::refusedValue, "must be 1"},
+      {"timer", "span=4", ExitCode::refusedValue, "1 to 3"},
+      {"timer", "name=  ", ExitCode::refusedValue, "blank"},
+      {"weather", "latitude=91", ExitCode::refusedValue, "-90° to 90°"},
+      {"colourPicker", "historyLimit=3", ExitCode::refusedValue, "4 to 60"}};
+  for (const auto& test : cases) {
+    const DockWidget widget(UUID(), "W", {}, *freshKind(test.kind, now), 1);
+    try {
+      withAssignments(widget, {Assignment::parse(test.word)}, now);
+      ADD_FAILURE() << test.word << " was accepted";
+    } catch (const HostError& error) {
+      EXPECT_EQ(error.code(), test.code) << test.word;
+      EXPECT_THAT(error.what(), testing::HasSubstr(test.part)) << test.word;
+    }
+  }
+}
+
+// What a fresh widget holds is shown without loss and is within its own table.
+TEST(SettingEditing, EveryKindsDefaultsAreAllowed) {
+  for (const auto& kind : allKinds()) {
+    const auto fresh = *freshKind(kind.key, now);
+    EXPECT_EQ(refusalOf(describeSettings(fresh), settingsJSON(fresh)), "") << kind.key;
+    EXPECT_EQ(withCheckedSettings(fresh, settingsJSON(fresh)), fresh) << kind.key;
+  }
+}
+
+} // namespace
+} // namespace tavrin

@@ -1,0 +1,203 @@
+#include "TavrinHost/EditForm.h"
+#include "Tests/Host/HostFixture.h"
+
+#include <gmock/gmock.h>
+
+namespace tavrin::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+class SlotCommandTest : public HostTest {
+protected:
+  SlotCommandTest() {
+    platform.files.variables["TAVRIN_BUNDLES"] = folder / "bundles";
+    std::filesystem::create_directories(program(1).parent_path());
+    std::ofstream(program(1)) << "x";
+    platform.running.onLaunch = [this](const auto& launch, int process) {
+      for (int slot = 1; slot <= 12; ++slot)
+        if (launch.program == program(slot))
+          platform.running.owners[identifier(slot)] = process;
+    };
+  }
+  std::filesystem::path program(int slot) const {
+    return folder / "bundles" / ("Tavrin Slot " + std::to_string(slot) + ".app") /
+           "Contents/MacOS/TavrinSlot";
+  }
+  static std::string identifier(int slot) {
+    return "dev.quellby.Tavrin.Slot" + std::to_string(slot);
+  }
+};
+
+TEST_F(SlotCommandTest, StartLaunchesOnlyPlacedSlotsThatDoNotRun) {
+  run({"widgets", "add", "clock", "A", "--place"});
+  run({"widgets", "add", "clock", "B"});
+  run({"widgets", "add", "clock", "C", "--place"});
+  EXPECT_EQ(run({"start"}), 0) << errors.str();
+  ASSERT_EQ(platform.running.launches.size(), 2U);
+  EXPECT_EQ(platform.running.launches[1].program, program(2));
+  EXPECT_THAT(platform.running.launches[0].arguments, ElementsAre("--background"));
+  EXPECT_EQ(run({"start"}), 0);
+  EXPECT_EQ(platform.running.launches.size(), 2U);
+  EXPECT_EQ(run({"start", "B"}), 3);
+  EXPECT_EQ(run({"start", "9"}), 3);
+}
+
+TEST_F(SlotCommandTest, AStarterSetIsNeverMadeUnasked) {
+  EXPECT_EQ(run({"start"}), 3);
+  EXPECT_FALSE(std::filesystem::exists(widgetsFile()));
+  isInteractive = true;
+  EXPECT_EQ(run({"start"}, "n\n"), 3);
+  EXPECT_FALSE(std::filesystem::exists(widgetsFile()));
+  EXPECT_EQ(run({"start"}, "y\n"), 0) << errors.str();
+  EXPECT_EQ(platform.running.launches.size(), 6U);
+  EXPECT_EQ(run({"start", "--starter"}), 0);
+  const auto list = json({"widgets"});
+  EXPECT_EQ(list.member("widgets")->array()->size(), 6U);
+}
+
+TEST_F(SlotCommandTest, ASlotThatDiesIsReportedWithItsLastWords) {
+  run({"widgets", "add", "clock", "A", "--place"});
+  platform.running.onLaunch = [&](const auto& launch, int process) {
+    std::ofstream(launch.log) << "first\nno display\n";
+    platform.running.programs.erase(process);
+  };
+  EXPECT_EQ(run({"start"}), 1);
+  EXPECT_THAT(output.str(), HasSubstr("no display"));
+}
+
+TEST_F(SlotCommandTest, ASlotThatDoesNotAnswerIsReportedInBoundedTime) {
+  run({"widgets", "add", "clock", "A", "--place"});
+  platform.running.onLaunch = nullptr;
+  EXPECT_EQ(run({"start"}), 1);
+  EXPECT_THAT(output.str(), HasSubstr("did not answer"));
+  EXPECT_LT(platform.waited, 20);
+}
+
+TEST_F(SlotCommandTest, StopEndsOnlySlotPrograms) {
+  run({"widgets", "add", "clock", "A", "--place"});
+  run({"start"});
+  // Somebody else's program owns the identifier of slot 2.
+  platform.running.owners[identifier(2)] = 7;
+  platform.running.programs[7] = "/usr/bin/other";
+  EXPECT_EQ(run({"stop"}), 0);
+  EXPECT_THAT(platform.running.terminations, ElementsAre(std::pair(101, false)));
+  EXPECT_EQ(run({"stop"}), 0);
+  EXPECT_THAT(output.str(), HasSubstr("Nothing runs"));
+}
+
+TEST_F(SlotCommandTest, AStubbornSlotIsEndedByForce) {
+  run({"widgets", "add", "clock", "A", "--place"});
+  run({"start"});
+  platform.running.stubborn = true;
+  EXPECT_EQ(run({"stop"}), 0);
+  EXPECT_THAT(platform.running.terminations,
+              ElementsAre(std::pair(101, false), std::pair(101, true)));
+}
+
+TEST_F(SlotCommandTest, WithoutABusSlotsAreToldByTheirFiles) {
+  platform.running.hasBus = false;
+  platform.running.onLaunch = nullptr;
+  run({"widgets", "add", "clock", "A", "--place"});
+  EXPECT_EQ(run({"start"}), 0) << output.str();
+  const auto status = json({"status"});
+  EXPECT_TRUE(*status.array()->front().member("isRunning")->boolean());
+  EXPECT_EQ(status.array()->front().member("process")->integerValue(), 101);
+}
+
+TEST_F(SlotCommandTest, OpenActivatesARunningSlotAndLaunchesOthersInTheForeground) {
+  run({"widgets", "add", "clock", "A", "--place"});
+  EXPECT_EQ(run({"open", "A"}), 0) << errors.str();
+  EXPECT_TRUE(platform.running.launches.front().arguments.empty());
+  EXPECT_EQ(run({"open", "1"}), 0);
+  EXPECT_THAT(platform.running.activations, ElementsAre(identifier(1)));
+}
+
+class EditTest : public HostTest {
+protected:
+  EditTest() {
+    isInteractive = true;
+    run({"widgets", "add", "pomodoro", "Focus"});
+    platform.center.posts.clear();
+  }
+  /// An editor that replaces one text by another at each of its openings.
+  void edits(std::vector<std::pair<std::string, std::string>> steps) {
+    platform.editor = [this, steps, opening = std::size_t{0}](const auto& words) mutable {
+      const std::filesystem::path form = words.back();
+      std::ifstream input(form);
+      std::string text{std::istreambuf_iterator<char>(input), {}};
+      forms.push_back(text);
+      if (opening < steps.size()) {
+        const auto& [from, to] = steps[opening++];
+        const auto at = text.find(from);
+        EXPECT_NE(at, std::string::npos) << from << " in " << text;
+        if (at != std::string::npos)
+          text.replace(at, from.size(), to);
+        std::ofstream(form) << text;
+      }
+      std::ofstream(form.string() + ".done") << "0";
+      return 0;
+    };
+  }
+  std::vector<std::string> forms;
+};
+
+TEST_F(EditTest, AFormIsCheckedSavedAndAnnounced) {
+  edits({{"\"focus\": 1500", "\"focus\": \"50m\""}});
+  EXPECT_EQ(run({"edit", "focus"}), 0) << errors.str();
+  EXPECT_EQ(json({"widgets", "show", "Focus"}).member("settings")->member("focus")->compact(),
+            "3000");
+  EXPECT_EQ(platform.center.posts.size(), 1U);
+  EXPECT_THAT(forms.front(), HasSubstr("1 min to 2 h"));
+}
+
+TEST_F(EditTest, AWrongFormCanBeEditedAgain) {
+  edits({{"1500", "1"}, {"\"focus\": 1,", "\"focus\": 120,"}});
+  EXPECT_EQ(run({"edit", "Focus"}, "y\n"), 0) << errors.str();
+  EXPECT_THAT(forms.back(), HasSubstr("// NOT SAVED: \"focus\" must be 1 min to 2 h"));
+  EXPECT_EQ(json({"widgets", "show", "Focus"}).member("settings")->member("focus")->compact(),
+            "120");
+}
+
+TEST_F(EditTest, AFormThatIsGivenUpIsKept) {
+  const auto before = fileText();
+  edits({{"{", "{{"}});
+  EXPECT_EQ(run({"edit", "Focus"}, "n\n"), 5);
+  EXPECT_EQ(fileText(), before);
+  EXPECT_THAT(errors.str(), HasSubstr("what you typed is in"));
+  EXPECT_FALSE(std::filesystem::is_empty(folder / "state/tavrin"));
+}
+
+TEST_F(EditTest, AnUntouchedFormChangesNothing) {
+  edits({});
+  EXPECT_EQ(run({"edit", "Focus"}), 0);
+  EXPECT_THAT(output.str(), HasSubstr("Nothing was changed"));
+  EXPECT_TRUE(platform.center.posts.empty());
+}
+
+TEST_F(EditTest, ChangesMadeMeanwhileByOthersAreKept) {
+  edits({{"1500", "3000"}});
+  auto editor = platform.editor;
+  platform.editor = [&, editor](const auto& words) {
+    HostTest::run({"widgets", "set", "Focus", "shortBreak=10m", "name=Work"});
+    return editor(words);
+  };
+  EXPECT_EQ(run({"edit", "Focus"}), 0) << errors.str();
+  const auto settings = json({"widgets", "show", "Work"});
+  EXPECT_EQ(settings.member("settings")->member("shortBreak")->compact(), "600");
+  EXPECT_EQ(settings.member("settings")->member("focus")->compact(), "3000");
+}
+
+TEST_F(EditTest, EveryKindsFormReadsBackUnchanged) {
+  const Date now = platform.time.date;
+  for (const auto& kind : allKinds()) {
+    const DockWidget widget(UUID::random(), "A \"b\" // c", 3, *freshKind(kind.key, now), 1);
+    const auto read = widgetFromForm(widget, editForm(widget), now);
+    EXPECT_EQ(read.name, widget.name);
+    EXPECT_EQ(settingsJSON(read.kind).compact(), settingsJSON(widget.kind).compact()) << kind.key;
+  }
+}
+
+} // namespace
+} // namespace tavrin::test
