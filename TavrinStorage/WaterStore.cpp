@@ -7,6 +7,8 @@ namespace {
 
 /// Sixty days take a hundredth of it.
 constexpr std::size_t maximumSize = 512 * 1024;
+/// Of a change that others keep overtaking.
+constexpr int mostAttempts = 8;
 
 } // namespace
 
@@ -26,27 +28,31 @@ void WaterStore::reload() {
   }
 }
 
+template <class Change> void WaterStore::change(const Change& change) {
+  for (int attempt = 1;; ++attempt) {
+    const auto seen = fileStamp(url_);
+    reload();
+    change(log_);
+    const std::string bytes = encode(log_).prettyPrinted();
+    if (attempt == mostAttempts)
+      writeFileAtomically(url_, bytes);
+    else if (!writeFileIfUnchanged(url_, bytes, seen))
+      continue;
+    break;
+  }
+  notifications_.post(changedNotification);
+}
+
 void WaterStore::add(int millilitres, Date date) {
-  reload();
-  log_.add(millilitres, date, Calendar());
-  save();
+  change([=](WaterLog& log) { log.add(millilitres, date, Calendar()); });
 }
 
 void WaterStore::remove(int millilitres, Date date) {
-  reload();
-  log_.remove(millilitres, date, Calendar());
-  save();
+  change([=](WaterLog& log) { log.remove(millilitres, date, Calendar()); });
 }
 
 void WaterStore::clear(Date date) {
-  reload();
-  log_.clear(date, Calendar());
-  save();
-}
-
-void WaterStore::save() {
-  writeJSONFile(url_, encode(log_));
-  notifications_.post(changedNotification);
+  change([=](WaterLog& log) { log.clear(date, Calendar()); });
 }
 
 } // namespace tavrin

@@ -9,7 +9,8 @@ namespace tavrin {
 
 /// The drinking log's file, shared by the water widgets of all processes. Every change begins by
 /// reading the file again, so that what others poured is kept, and is announced once it is written.
-/// There is no lock: of two changes at the same instant one can be lost.
+/// A file that others replaced meanwhile is read again and the change made anew. There is no lock:
+/// of two changes at the same instant one can still be lost.
 ///
 /// A failed read or write throws FileError; after a failed read nothing is changed or written.
 class WaterStore {
@@ -30,7 +31,7 @@ public:
   void clear(Date date);
 
 private:
-  void save();
+  template <class Change> void change(const Change& change);
 
   std::filesystem::path url_;
   DistributedNotificationCenter& notifications_;

@@ -41,32 +41,34 @@ protected:
   void click() { app_->applicationShouldHandleReopen(false); }
 
   QWidget* panel() const { return platform_.fakePopover.content(); }
-  template <class Widget> Widget* find(const QString& text) const {
-    for (auto* widget : panel()->findChildren<Widget*>())
-      if (textOf(widget) == text)
-        return widget;
-    return nullptr;
+  /// The panel's widgets of one class. By their real class: most have no meta object of their own.
+  template <class Widget> std::vector<Widget*> all() const {
+    std::vector<Widget*> found;
+    for (auto* child : panel()->findChildren<QWidget*>())
+      if (auto* widget = dynamic_cast<Widget*>(child))
+        found.push_back(widget);
+    return found;
   }
   /// All words the panel shows.
   QStringList words() const {
-    QStringList all;
-    for (auto* text : panel()->findChildren<PanelText*>())
-      if (!text->isHidden() && !text->text().isEmpty())
-        all << text->text();
-    return all;
+    QStringList shown;
+    for (auto* text : all<PanelText>())
+      if (text->isVisibleTo(panel()) && !text->text().isEmpty())
+        shown << text->text();
+    return shown;
   }
-  PanelButton* button(const QString& title) const { return find<PanelButton>(title); }
+  /// By its title, or its name where it shows a symbol alone.
+  PanelButton* button(const QString& title) const {
+    for (auto* button : all<PanelButton>())
+      if ((button->title().isEmpty() ? button->accessibleName() : button->title()) == title)
+        return button;
+    return nullptr;
+  }
 
   FakePlatform platform_;
   std::filesystem::path folder_;
   UUID id_ = UUID::random();
   std::unique_ptr<SlotApp> app_;
-
-private:
-  static QString textOf(PanelButton* button) {
-    return button->title().isEmpty() ? button->accessibleName() : button->title();
-  }
-  static QString textOf(PanelText* text) { return text->text(); }
 };
 
 } // namespace tavrin::test

@@ -17,7 +17,7 @@ protected:
     SlotTest::SetUp();
     platform_.fakeClock.set(Calendar().date({2026, 3, 9, 12, 0, 0, 1}));
   }
-  QString amount() const { return panel()->findChild<PanelFigure*>()->text(); }
+  QString amount() const { return all<PanelFigure>().front()->text(); }
   /// Somebody else's pour.
   void pourElsewhere(int millilitres) {
     WaterStore(folder_ / "water.json", platform_.center)

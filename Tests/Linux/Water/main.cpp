@@ -17,11 +17,20 @@ QWidget* panelOf(Platform& platform) {
   return platform.popover().content();
 }
 
-PanelButton* drinkButton(Platform& platform) {
-  for (auto* button : panelOf(platform)->findChildren<PanelButton*>())
-    if (button->title().startsWith(QLatin1String("Drink")))
-      return button;
+template <class Widget> Widget* find(Platform& platform, const auto& isWanted) {
+  for (auto* child : panelOf(platform)->findChildren<QWidget*>())
+    if (auto* widget = dynamic_cast<Widget*>(child); widget != nullptr && isWanted(*widget))
+      return widget;
   return nullptr;
+}
+
+PanelButton* drinkButton(Platform& platform) {
+  return find<PanelButton>(
+      platform, [](const PanelButton& button) { return button.title().startsWith(u"Drink"); });
+}
+
+QString shownTotal(Platform& platform) {
+  return find<PanelFigure>(platform, [](const PanelFigure&) { return true; })->text();
 }
 
 } // namespace
@@ -60,7 +69,7 @@ int main(int argc, char** argv) {
     }));
   QString shown;
   const auto look = loop.repeat(0.01, [&] {
-    const QString now = panelOf(*platform)->findChild<PanelFigure*>()->text();
+    const QString now = shownTotal(*platform);
     if (now == shown)
       return;
     shown = now;
