@@ -8,6 +8,7 @@
 #include "TavrinSlot/TimerWidget.h"
 #include "TavrinSlot/UnavailableWidget.h"
 #include "TavrinSlot/WaterWidget.h"
+#include "TavrinSlot/WeatherWidget.h"
 #include "TavrinStorage/StoragePath.h"
 
 #include <algorithm>
@@ -149,6 +150,8 @@ std::unique_ptr<WidgetController> SlotApp::makeController(const DockWidget& widg
           return std::make_unique<NoteWidgetController>(context_, widget);
         else if constexpr (std::is_same_v<S, WaterSettings>)
           return std::make_unique<WaterWidgetController>(context_, widget);
+        else if constexpr (std::is_same_v<S, WeatherSettings>)
+          return std::make_unique<WeatherWidgetController>(context_, widget);
         else
           return std::make_unique<UnavailableWidgetController>(context_, widget);
       },

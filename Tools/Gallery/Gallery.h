@@ -33,5 +33,7 @@ GallerySheet simpleWideGallery();
 GalleryPanels simplePanels();
 GallerySheet waterGallery();
 GalleryPanels waterPanels();
+GallerySheet weatherGallery();
+GalleryPanels weatherPanels();
 
 } // namespace tavrin

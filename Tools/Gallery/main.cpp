@@ -24,6 +24,7 @@ constexpr NamedSheet sheets[] = {
     {"simple", simpleGallery},
     {"simple-wide", simpleWideGallery},
     {"water", waterGallery},
+    {"weather", weatherGallery},
 };
 
 struct NamedPanels {
@@ -34,6 +35,7 @@ struct NamedPanels {
 constexpr NamedPanels panelSheets[] = {
     {"simple-panels", simplePanels},
     {"water-panels", waterPanels},
+    {"weather-panels", weatherPanels},
 };
 
 constexpr double captionHeight = 16;
