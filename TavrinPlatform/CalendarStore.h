@@ -49,6 +49,9 @@ public:
   [[nodiscard]] virtual TokenPtr setCompleted(const Reminder& reminder, bool isCompleted,
                                               std::function<void(bool)> answer) = 0;
 
+  /// Opens the user's application for events, or for reminders.
+  virtual void openApplication(Entity entity) = 0;
+
   /// Something in the store changed, or the service came or went.
   [[nodiscard]] virtual TokenPtr observeChanges(std::function<void()> handler) = 0;
 };

@@ -2,6 +2,7 @@
 
 #include "TavrinCore/Widgets/DockSlot.h"
 #include "TavrinPlatform/DockTile.h"
+#include "TavrinSlot/CalendarWidget.h"
 #include "TavrinSlot/NoteWidget.h"
 #include "TavrinSlot/PomodoroWidget.h"
 #include "TavrinSlot/SystemWidget.h"
@@ -152,6 +153,10 @@ std::unique_ptr<WidgetController> SlotApp::makeController(const DockWidget& widg
           return std::make_unique<WaterWidgetController>(context_, widget);
         else if constexpr (std::is_same_v<S, WeatherSettings>)
           return std::make_unique<WeatherWidgetController>(context_, widget);
+        else if constexpr (std::is_same_v<S, CalendarSettings>)
+          return std::make_unique<CalendarWidgetController>(context_, widget);
+        else if constexpr (std::is_same_v<S, ReminderSettings>)
+          return std::make_unique<RemindersWidgetController>(context_, widget);
         else
           return std::make_unique<UnavailableWidgetController>(context_, widget);
       },

@@ -56,8 +56,11 @@ WeatherPanelView::WeatherPanelView(const PanelAppearance& appearance, Source sou
   add(current_);
   add(days_);
   setEditButton("Edit Weather…", source_.edit);
-  addFooterButton(new PanelButton(PanelButton::Kind::faint, "Weather data by Open-Meteo.com",
-                                  [this] { source_.open(provider); }));
+  auto* credit = new PanelButton(PanelButton::Kind::faint, "Data: Open-Meteo.com",
+                                 [this] { source_.open(provider); });
+  credit->setAccessibleName("Weather data by Open-Meteo.com");
+  credit->setToolTip("Weather data by Open-Meteo.com");
+  addFooterButton(credit);
   refresh();
 }
 

@@ -109,8 +109,11 @@ AnyView forecastColumns(const WeatherSnapshot& weather, const TileSize& size, do
   const QColor ground = groundOf(skyOf(weather));
   const double points = std::max(size.body() * 0.15, minimumTypeSize);
   const bool hasName = size.hasCaption();
-  // "-18°" is the widest that most winters need.
-  const double width = points * 2.1;
+  std::size_t widest = 2;
+  for (const auto& day : weather.reading->days)
+    for (const double value : {day.high, day.low})
+      widest = std::max(widest, WeatherWords::shortDegrees(value).size() - 2);
+  const double width = points * (0.75 + 0.62 * static_cast<double>(widest));
   const auto count = std::clamp<std::size_t>(static_cast<std::size_t>(room / width), 1, most);
   std::vector<AnyView> columns;
   for (const auto& day : comingDays(weather, calendar)) {
@@ -284,13 +287,14 @@ AnyView weatherWideTile(const WeatherSnapshot& weather, const TileSize& size) {
   const QString city = utf8(weather.settings.cityName.value_or(""));
   const QString words = utf8(WeatherWords::describe(reading.condition));
   const auto apparent = apparentOf(weather);
-  const AnyView figure =
-      hstack({figureText(temperatureOf(reading), body * 0.32, palette::figure(ground)),
-              apparent
-                  ? AnyView(wordText("Feels " + *apparent, body * 0.16, palette::caption(ground)))
-                  : AnyView()})
-          .spacing(body * 0.1)
-          .align(Alignment::bottom);
+  const AnyView degrees = figureText(temperatureOf(reading), body * 0.32, palette::figure(ground));
+  AnyView figure = degrees;
+  if (apparent && (size.span > 2 || size.hasCaption()))
+    figure =
+        hstack({degrees, wordText("Feels " + *apparent, body * 0.15, palette::caption(ground))
+                             .frame({.minWidth = std::max(body * 0.15, minimumTypeSize) * 4.6})})
+            .spacing(body * 0.06)
+            .align(Alignment::bottom);
   const AnyView lines =
       vstack({text(city.isEmpty() || size.span == 2 ? words : city + " · " + words)
                   .size(std::max(body * 0.17, minimumTypeSize))

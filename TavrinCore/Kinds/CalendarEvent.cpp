@@ -78,10 +78,12 @@ std::int64_t UpNext::minutesUntil(const CalendarEvent& event, Date now) {
   return wholeSeconds(std::ceil(event.start.since(now) / 60));
 }
 
-void UpNext::sort(std::vector<CalendarEvent>& events) {
-  const auto key = [](const CalendarEvent& event) {
-    return std::tuple(event.start, !event.isAllDay, event.end, std::string_view(event.title),
-                      std::string_view(event.id));
+void UpNext::sort(std::vector<CalendarEvent>& events, Date now, const Calendar& calendar) {
+  constexpr double almostADay = 86'399;
+  const Date today = calendar.startOfDay(now);
+  const auto key = [&](const CalendarEvent& event) {
+    const Date start = event.isAllDay ? std::max(event.start, today) + almostADay : event.start;
+    return std::tuple(start, event.end, std::string_view(event.title), std::string_view(event.id));
   };
   std::stable_sort(events.begin(), events.end(),
                    [&](const auto& first, const auto& second) { return key(first) < key(second); });

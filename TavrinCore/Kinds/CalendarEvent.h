@@ -49,8 +49,10 @@ std::vector<CalendarEvent> select(const std::vector<CalendarEvent>& events, Date
 std::optional<CalendarEvent> current(const std::vector<CalendarEvent>& events, Date now);
 /// Rounded up, so that 0 means that it begins now; negative once it has begun.
 std::int64_t minutesUntil(const CalendarEvent& event, Date now);
-/// By start; of those that start together all-day ones first, then by end, title and identifier.
-void sort(std::vector<CalendarEvent>& events);
+/// By start, and of those that start together by end, title and identifier. An all-day event comes
+/// after the timed ones of its day, today's at the earliest, so that what needs to be attended
+/// comes first.
+void sort(std::vector<CalendarEvent>& events, Date now, const Calendar& calendar);
 
 } // namespace UpNext
 

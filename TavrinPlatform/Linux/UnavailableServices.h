@@ -41,6 +41,7 @@ public:
   TokenPtr setCompleted(const Reminder&, bool, std::function<void(bool)> answer) override {
     return later(std::move(answer), false);
   }
+  void openApplication(Entity) override {}
   TokenPtr observeChanges(std::function<void()>) override { return std::make_unique<Token>(); }
 
 private:

@@ -49,6 +49,7 @@ public:
     completions.push_back({reminder.id, isCompleted});
     return later([answer = std::move(answer), this] { answer(completes); });
   }
+  void openApplication(Entity entity) override { opened.push_back(entity); }
   TokenPtr observeChanges(std::function<void()> handler) override {
     return changes.add(std::move(handler));
   }
@@ -65,6 +66,7 @@ public:
   std::vector<std::optional<std::vector<std::string>>> asked;
   std::vector<std::string> askedLists;
   std::vector<std::pair<std::string, bool>> completions;
+  std::vector<Entity> opened;
   HandlerList changes;
 
 private:
