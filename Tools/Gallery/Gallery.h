@@ -35,5 +35,7 @@ GallerySheet waterGallery();
 GalleryPanels waterPanels();
 GallerySheet weatherGallery();
 GalleryPanels weatherPanels();
+GallerySheet calendarGallery();
+GalleryPanels calendarPanels();
 
 } // namespace tavrin

@@ -25,6 +25,7 @@ constexpr NamedSheet sheets[] = {
     {"simple-wide", simpleWideGallery},
     {"water", waterGallery},
     {"weather", weatherGallery},
+    {"calendar", calendarGallery},
 };
 
 struct NamedPanels {
@@ -36,6 +37,7 @@ constexpr NamedPanels panelSheets[] = {
     {"simple-panels", simplePanels},
     {"water-panels", waterPanels},
     {"weather-panels", weatherPanels},
+    {"calendar-panels", calendarPanels},
 };
 
 constexpr double captionHeight = 16;

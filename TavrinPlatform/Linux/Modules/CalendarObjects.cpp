@@ -39,6 +39,14 @@ Date nextDay(ICalTime* date) {
                    i_cal_time_get_day(date) + 1, 0, 0, 0);
 }
 
+/// Seconds between the two on a clock's face: what the library added to make an instance's end,
+/// also where clocks change in between.
+double faceDifference(ICalTime* start, ICalTime* end) {
+  ICalTimezone* utc = i_cal_timezone_get_utc_timezone();
+  return static_cast<double>(i_cal_time_as_timet_with_zone(end, utc) -
+                             i_cal_time_as_timet_with_zone(start, utc));
+}
+
 bool isThere(ICalTime* time) {
   return time != nullptr && !i_cal_time_is_null_time(time) && i_cal_time_is_valid_time(time);
 }
@@ -67,7 +75,10 @@ std::optional<CalendarEvent> eventFrom(ICalComponent* component, ICalTime* start
   event.title = clean(i_cal_component_get_summary(component));
   event.start = dateOf(start);
   event.isAllDay = i_cal_time_is_date(start);
-  event.end = isThere(end) ? dateOf(end) : event.start;
+  event.end = !isThere(end) ? event.start
+              : event.isAllDay || i_cal_time_get_timezone(start) != i_cal_time_get_timezone(end)
+                  ? dateOf(end)
+                  : event.start + faceDifference(start, end);
   if (event.isAllDay && event.end <= event.start)
     event.end = nextDay(start);
   event.end = std::max(event.end, event.start);
