@@ -16,7 +16,9 @@
 
 namespace tavrin {
 
+class CalendarStore;
 class DockTile;
+class HTTPClient;
 class PanelPopover;
 
 /// All services of one desktop. A member is made when it is first asked for.
@@ -39,6 +41,8 @@ public:
   virtual UserNotificationCenter& userNotifications() = 0;
   virtual SoundPlayer& sounds() = 0;
   virtual ProcessRunner& processes() = 0;
+  virtual HTTPClient& http() = 0;
+  virtual CalendarStore& calendars() = 0;
 };
 
 } // namespace tavrin

@@ -4,11 +4,14 @@
 #include "TavrinPlatform/DockTile.h"
 #include "TavrinSlot/ClaudeUsageWidget.h"
 #include "TavrinSlot/GitHubWidget.h"
+#include "TavrinSlot/CalendarWidget.h"
 #include "TavrinSlot/NoteWidget.h"
 #include "TavrinSlot/PomodoroWidget.h"
 #include "TavrinSlot/SystemWidget.h"
 #include "TavrinSlot/TimerWidget.h"
 #include "TavrinSlot/UnavailableWidget.h"
+#include "TavrinSlot/WaterWidget.h"
+#include "TavrinSlot/WeatherWidget.h"
 #include "TavrinStorage/StoragePath.h"
 
 #include <algorithm>
@@ -136,6 +139,14 @@ std::unique_ptr<WidgetController> SlotApp::makeController(const DockWidget& widg
           return std::make_unique<ClaudeUsageWidgetController>(context_, widget);
         else if constexpr (std::is_same_v<S, GitHubSettings>)
           return std::make_unique<GitHubWidgetController>(context_, widget);
+        else if constexpr (std::is_same_v<S, WaterSettings>)
+          return std::make_unique<WaterWidgetController>(context_, widget);
+        else if constexpr (std::is_same_v<S, WeatherSettings>)
+          return std::make_unique<WeatherWidgetController>(context_, widget);
+        else if constexpr (std::is_same_v<S, CalendarSettings>)
+          return std::make_unique<CalendarWidgetController>(context_, widget);
+        else if constexpr (std::is_same_v<S, ReminderSettings>)
+          return std::make_unique<RemindersWidgetController>(context_, widget);
         else
           return std::make_unique<UnavailableWidgetController>(context_, widget);
       },

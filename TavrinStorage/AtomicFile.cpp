@@ -131,9 +131,8 @@ void removeAbandoned(const fs::path& folder, std::time_t now) {
   }
 }
 
-} // namespace
-
-void writeFileAtomically(const fs::path& file, std::string_view bytes, FileAccess access) {
+bool replaceFile(const fs::path& file, std::string_view bytes, FileAccess access,
+                 const FileStamp* seen) {
   const fs::path target = followLinks(file);
   const fs::path folder = target.has_parent_path() ? target.parent_path() : fs::path(".");
   const auto mode = permissions(target, access);
@@ -148,11 +147,32 @@ void writeFileAtomically(const fs::path& file, std::string_view bytes, FileAcces
   writeContents(path, target, bytes, mode, descriptor.get());
   struct stat written {};
   ::fstat(descriptor.get(), &written);
+  if (seen != nullptr && fileStamp(target) != *seen)
+    return false;
   if (::rename(path.c_str(), target.c_str()) != 0)
     failWithErrno("replace", target);
   temporary.keep();
   flushFolder(folder, target);
   removeAbandoned(folder, written.st_mtime);
+  return true;
+}
+
+} // namespace
+
+FileStamp fileStamp(const fs::path& file) {
+  struct stat info {};
+  if (::stat(file.c_str(), &info) != 0)
+    return {};
+  return {info.st_ino, std::int64_t{info.st_mtim.tv_sec} * 1'000'000'000 + info.st_mtim.tv_nsec,
+          info.st_size};
+}
+
+void writeFileAtomically(const fs::path& file, std::string_view bytes, FileAccess access) {
+  replaceFile(file, bytes, access, nullptr);
+}
+
+bool writeFileIfUnchanged(const fs::path& file, std::string_view bytes, const FileStamp& seen) {
+  return replaceFile(file, bytes, FileAccess::shared, &seen);
 }
 
 std::optional<std::string> readFile(const fs::path& file, std::size_t maximumSize) {

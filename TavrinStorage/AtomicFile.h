@@ -3,6 +3,7 @@
 #include "TavrinCore/Base/Errors.h"
 #include "TavrinCore/Base/JSONValue.h"
 
+#include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -20,6 +21,22 @@ enum class FileAccess { shared, ownerOnly };
 /// step, flushing the folder, failed.
 void writeFileAtomically(const std::filesystem::path& file, std::string_view bytes,
                          FileAccess access = FileAccess::shared);
+
+/// Which state of a file was seen: any replacement gives another one. Two that were not there are
+/// equal.
+struct FileStamp {
+  std::uint64_t inode = 0;
+  std::int64_t modifiedNanoseconds = 0;
+  std::int64_t size = -1;
+  bool operator==(const FileStamp&) const = default;
+};
+FileStamp fileStamp(const std::filesystem::path& file);
+
+/// `writeFileAtomically` where `file` still is as it was when `seen` was taken; false, with
+/// nothing written, where it is not. No lock: who replaces it in the few microseconds between the
+/// look and the replacement is written over.
+bool writeFileIfUnchanged(const std::filesystem::path& file, std::string_view bytes,
+                          const FileStamp& seen);
 
 /// The bytes of `file`, no value when there is no such file. Throws FileError for one that cannot
 /// be read, is no regular file, or holds more than `maximumSize` bytes.

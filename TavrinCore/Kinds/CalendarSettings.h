@@ -4,10 +4,19 @@
 
 namespace tavrin {
 
+struct CalendarChoice;
+
 /// Which calendars a widget reads; both lists empty means every calendar.
 struct CalendarSelection {
   std::vector<std::string> accountIDs;
   std::vector<std::string> calendarIDs;
+
+  bool includes(const CalendarChoice& choice) const;
+  /// The identifiers of the picked ones among `choices`: none when every calendar is meant, empty
+  /// when the picked ones are gone.
+  std::optional<std::vector<std::string>> resolve(const std::vector<CalendarChoice>& choices) const;
+  CalendarSelection settingAccount(const std::string& id, bool isIncluded) const;
+  CalendarSelection settingCalendar(const std::string& id, bool isIncluded) const;
 
   static constexpr auto fields() {
     return std::tuple{optional("accountIDs", &CalendarSelection::accountIDs).titled("Accounts"),

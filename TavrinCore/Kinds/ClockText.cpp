@@ -19,4 +19,13 @@ std::int64_t wholeSeconds(double seconds) {
   return static_cast<std::int64_t>(std::clamp(seconds, -9e15, 9e15));
 }
 
+std::string durationText(std::int64_t minutes) {
+  minutes = std::max<std::int64_t>(minutes, 0);
+  if (minutes < 60)
+    return fmt::format("{} min", minutes);
+  if (minutes % 60 == 0)
+    return fmt::format("{} h", minutes / 60);
+  return fmt::format("{} h {} min", minutes / 60, minutes % 60);
+}
+
 } // namespace tavrin

@@ -14,6 +14,7 @@
 #include "TavrinPlatform/Linux/LinuxSystemLog.h"
 #include "TavrinPlatform/Linux/LinuxWorkspace.h"
 #include "TavrinPlatform/Linux/MemoryRelease.h"
+#include "TavrinPlatform/Linux/Module.h"
 #include "TavrinPlatform/Linux/PictureSurface.h"
 #include "TavrinPlatform/Linux/QtPanelPopover.h"
 #include "TavrinPlatform/Linux/QtProcessRunner.h"
@@ -22,6 +23,7 @@
 #include "TavrinPlatform/Linux/TileAccessibility.h"
 #include "TavrinPlatform/Linux/ToolkitSetup.h"
 #include "TavrinPlatform/Linux/TraySurface.h"
+#include "TavrinPlatform/Linux/UnavailableServices.h"
 #include "TavrinPlatform/Linux/X11.h"
 #include "TavrinStorage/StoragePath.h"
 
@@ -71,12 +73,17 @@ public:
   UserNotificationCenter& userNotifications() override;
   SoundPlayer& sounds() override;
   ProcessRunner& processes() override;
+  HTTPClient& http() override;
+  CalendarStore& calendars() override;
 
 private:
   std::string identifier() const { return bundle_.identifier().value_or("tavrin"); }
   std::unique_ptr<LinuxDockTile> makeDockTile();
   std::vector<std::string> surfaceNames();
   std::unique_ptr<TileSurface> makeSurface(const std::string& name);
+  template <class Service, class Missing, class... Arguments>
+  std::unique_ptr<Service> fromModule(const std::string& name, const char* symbol,
+                                      Arguments&... arguments);
   bool hasTray();
 
   LinuxFileManager files_;
@@ -95,6 +102,8 @@ private:
   std::unique_ptr<LinuxNotificationCenter> userNotifications_;
   std::unique_ptr<CanberraPlayer> sounds_;
   std::unique_ptr<QtProcessRunner> processes_;
+  std::unique_ptr<HTTPClient> http_;
+  std::unique_ptr<CalendarStore> calendars_;
   StripSurface* strip_ = nullptr;
   std::unique_ptr<LinuxDockTile> tile_;
   std::unique_ptr<AccessibilitySwitch> accessibility_;
@@ -162,6 +171,31 @@ SoundPlayer& LinuxPlatform::sounds() {
 
 ProcessRunner& LinuxPlatform::processes() {
   return lazily(processes_, [] { return std::make_unique<QtProcessRunner>(); });
+}
+
+template <class Service, class Missing, class... Arguments>
+std::unique_ptr<Service> LinuxPlatform::fromModule(const std::string& name, const char* symbol,
+                                                   Arguments&... arguments) {
+  std::string error;
+  const auto make = reinterpret_cast<Service* (*)(Arguments & ...)>(
+      ModuleFolder(files_, bundle_).find(name, symbol, error));
+  if (make != nullptr)
+    return std::unique_ptr<Service>(make(arguments...));
+  Log(log_, name).error(failure("load the module " + name, error));
+  return std::make_unique<Missing>(*runLoop_);
+}
+
+HTTPClient& LinuxPlatform::http() {
+  return lazily(http_, [this] {
+    return fromModule<HTTPClient, UnavailableHTTPClient>("http", "tavrinMakeHTTPClient");
+  });
+}
+
+CalendarStore& LinuxPlatform::calendars() {
+  return lazily(calendars_, [this] {
+    return fromModule<CalendarStore, UnavailableCalendarStore>(
+        "calendar", "tavrinMakeCalendarStore", *runLoop_);
+  });
 }
 
 DockTile& LinuxPlatform::dockTile() {

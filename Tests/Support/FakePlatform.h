@@ -4,6 +4,9 @@
 #include "TavrinPlatform/DockTile.h"
 #include "TavrinPlatform/PanelPopover.h"
 #include "TavrinPlatform/Platform.h"
+#include "Tests/Support/FakeCalendarStore.h"
+#include "Tests/Support/FakeHTTPClient.h"
+#include "Tests/Support/HandlerList.h"
 #include "Tests/Support/ManualRunLoop.h"
 
 #include <QWidget>
@@ -221,29 +224,6 @@ public:
   std::vector<ScreenFrames> allScreens;
 };
 
-/// A list of handlers that a test can call; each lives as long as its token.
-class HandlerList {
-public:
-  TokenPtr add(std::function<void()> handler) {
-    auto entry = std::make_shared<std::function<void()>>(std::move(handler));
-    entries_.push_back(entry);
-    struct Entry final : Token {
-      explicit Entry(std::shared_ptr<std::function<void()>> held) : held(std::move(held)) {}
-      std::shared_ptr<std::function<void()>> held;
-    };
-    return std::make_unique<Entry>(std::move(entry));
-  }
-  void call() {
-    const auto entries = entries_;
-    for (const auto& weak : entries)
-      if (const auto entry = weak.lock())
-        (*entry)();
-  }
-
-private:
-  std::vector<std::weak_ptr<std::function<void()>>> entries_;
-};
-
 class FakeWorkspace final : public Workspace {
 public:
   std::optional<RunningApplication> frontmostApplication() const override { return frontmost; }
@@ -340,6 +320,8 @@ public:
   UserNotificationCenter& userNotifications() override { return notices; }
   SoundPlayer& sounds() override { return fakeSounds; }
   ProcessRunner& processes() override { return fakeProcesses; }
+  HTTPClient& http() override { return fakeHTTP; }
+  CalendarStore& calendars() override { return fakeCalendars; }
 
   ManualClock fakeClock;
   ManualRunLoop loop;
@@ -356,6 +338,8 @@ public:
   FakeUserNotifications notices;
   FakeSounds fakeSounds;
   FakeProcesses fakeProcesses{loop};
+  FakeHTTPClient fakeHTTP{loop};
+  FakeCalendarStore fakeCalendars{loop};
 };
 
 } // namespace tavrin::test

@@ -35,5 +35,11 @@ GalleryPanels timersPanels();
 GallerySheet usageGallery();
 GallerySheet usageWideGallery();
 GalleryPanels usagePanels();
+GallerySheet waterGallery();
+GalleryPanels waterPanels();
+GallerySheet weatherGallery();
+GalleryPanels weatherPanels();
+GallerySheet calendarGallery();
+GalleryPanels calendarPanels();
 
 } // namespace tavrin

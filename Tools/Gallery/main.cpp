@@ -25,6 +25,9 @@ constexpr NamedSheet sheets[] = {
     {"simple-wide", simpleWideGallery},
     {"usage", usageGallery},
     {"usage-wide", usageWideGallery},
+    {"water", waterGallery},
+    {"weather", weatherGallery},
+    {"calendar", calendarGallery},
 };
 
 struct NamedPanels {
@@ -36,6 +39,9 @@ constexpr NamedPanels panelSheets[] = {
     {"simple-panels", simplePanels},
     {"timers-panels", timersPanels},
     {"usage-panels", usagePanels},
+    {"water-panels", waterPanels},
+    {"weather-panels", weatherPanels},
+    {"calendar-panels", calendarPanels},
 };
 
 constexpr double captionHeight = 16;

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "TavrinPlatform/MainBundle.h"
+
+#include <filesystem>
+#include <string>
+
+namespace tavrin {
+
+class FileManager;
+
+/// Adapters that need large libraries are modules of their own, loaded when first asked for, so
+/// that a process has the libraries of the services it uses and no others. They lie in the folder
+/// "modules" beside the slots' bundles, or beside a program outside a bundle, or where
+/// TAVRIN_MODULE_DIR says. A loaded module stays.
+class ModuleFolder {
+public:
+  ModuleFolder(const FileManager& files, const MainBundle& bundle);
+
+  /// The function `symbol` of "libtavrin-NAME.so"; null, and `error` says why, where the module or
+  /// a library it needs is missing.
+  void* find(const std::string& name, const char* symbol, std::string& error) const;
+
+private:
+  std::filesystem::path folder_;
+};
+
+} // namespace tavrin

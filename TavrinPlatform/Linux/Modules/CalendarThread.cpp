@@ -1,0 +1,46 @@
+#include "TavrinPlatform/Linux/Modules/CalendarThread.h"
+
+namespace tavrin {
+
+CalendarThread::CalendarThread()
+    : context_(g_main_context_new()), loop_(g_main_loop_new(context_, FALSE)),
+      cancellable_(g_cancellable_new()), thread_([this] {
+        g_main_context_push_thread_default(context_);
+        g_main_loop_run(loop_);
+        g_main_context_pop_thread_default(context_);
+      }) {}
+
+void CalendarThread::run(std::function<void()> work) {
+  GSource* source = g_idle_source_new();
+  g_source_set_priority(source, G_PRIORITY_DEFAULT);
+  g_source_set_callback(
+      source,
+      [](gpointer data) -> gboolean {
+        (*static_cast<std::function<void()>*>(data))();
+        return G_SOURCE_REMOVE;
+      },
+      new std::function<void()>(std::move(work)),
+      [](gpointer data) { delete static_cast<std::function<void()>*>(data); });
+  g_source_attach(source, context_);
+  g_source_unref(source);
+}
+
+void CalendarThread::finish(std::function<void()> last) {
+  if (!thread_.joinable())
+    return;
+  g_cancellable_cancel(cancellable_);
+  run([this, last = std::move(last)] {
+    last();
+    g_main_loop_quit(loop_);
+  });
+  thread_.join();
+}
+
+CalendarThread::~CalendarThread() {
+  finish([] {});
+  g_object_unref(cancellable_);
+  g_main_loop_unref(loop_);
+  g_main_context_unref(context_);
+}
+
+} // namespace tavrin

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "TavrinSlot/BasicWidgetController.h"
+#include "TavrinStorage/WaterStore.h"
+#include "TavrinWidgetsUI/WaterViews.h"
+
+namespace tavrin {
+
+class WaterWidgetController final : public BasicWidgetController {
+public:
+  WaterWidgetController(const SlotContext& context, const DockWidget& widget);
+
+protected:
+  AnyView tileView(const TileSize& size) const override;
+  PanelView* makePanelView(const PanelAppearance& appearance) override;
+  QColor tint() const override { return waterTint; }
+  void widgetChanged() override;
+  void panelWillOpen() override { tick(); }
+
+private:
+  void openStore();
+  void observe();
+  /// Pours told of in quick succession are shown together.
+  void logChangedSoon();
+  /// Somebody poured, here or elsewhere, or it is another day.
+  void logChanged();
+  /// The tank has drained a little.
+  void tick();
+  void drink();
+  void undo();
+  template <class Change> void change(const Change& change);
+
+  WaterReading reading() const;
+  bool animates() const;
+
+  std::unique_ptr<WaterStore> store_;
+  WaterTankLayerHost tank_;
+  std::function<void()> drink_;
+  /// The day shown last.
+  std::string renderedDay_;
+  /// Zone and locale as they were last told to be.
+  Calendar calendar_;
+  TokenPtr clock_;
+  TokenPtr burst_;
+  bool isBurst_ = false;
+  std::vector<TokenPtr> observations_;
+};
+
+} // namespace tavrin
