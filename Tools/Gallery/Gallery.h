@@ -30,6 +30,9 @@ GallerySheet kitGallery();
 GallerySheet timersGallery();
 GallerySheet simpleGallery();
 GallerySheet simpleWideGallery();
+GallerySheet systemGallery();
+GallerySheet systemWideGallery();
+GalleryPanels systemPanels();
 GalleryPanels simplePanels();
 GalleryPanels timersPanels();
 

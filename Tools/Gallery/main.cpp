@@ -19,10 +19,9 @@ struct NamedSheet {
 };
 
 constexpr NamedSheet sheets[] = {
-    {"kit", kitGallery},
-    {"timers", timersGallery},
-    {"simple", simpleGallery},
-    {"simple-wide", simpleWideGallery},
+    {"kit", kitGallery},       {"timers", timersGallery},
+    {"simple", simpleGallery}, {"simple-wide", simpleWideGallery},
+    {"system", systemGallery}, {"system-wide", systemWideGallery},
 };
 
 struct NamedPanels {
@@ -32,6 +31,7 @@ struct NamedPanels {
 
 constexpr NamedPanels panelSheets[] = {
     {"simple-panels", simplePanels},
+    {"system-panels", systemPanels},
     {"timers-panels", timersPanels},
 };
 
