@@ -52,6 +52,8 @@ TEST_F(Power, AComputerWithoutABattery) {
 
 TEST_F(Power, LevelsAndTheCableShowByThemselves) {
   call(upower, mock + "AddDischargingBattery BAT0 ACME 62.0 5400");
+  call("org.freedesktop.UPower " + devicePath + "BAT0",
+       mock + "AddProperty org.freedesktop.UPower.Device TimeToFull '<int64 0>'");
   call(upower, mock + "UpdateProperties org.freedesktop.UPower \"{'OnBattery': <true>}\"");
   int changes = 0;
   const auto token = sources_.observe([&] { ++changes; });
@@ -113,7 +115,11 @@ TEST_F(Power, DevicesOfBothServicesAreListedOnce) {
          mock + "AddProperties org.bluez.Battery1 \"{'Percentage': <byte 77>}\"");
   const auto token = devices_.observe([] {});
   devices_.refresh();
-  ASSERT_TRUE(untilTrue([&] { return devices_.connected().size() == 2; }));
+  // The services answer in any order.
+  ASSERT_TRUE(untilTrue([&] {
+    const auto devices = devices_.connected();
+    return devices.size() == 2 && devices[1].name == "K380";
+  }));
   const auto found = devices_.connected();
   EXPECT_EQ(found[0].name, "Headset");
   EXPECT_EQ(found[0].percent, 77);
