@@ -3,10 +3,15 @@
 #include "TavrinCore/Base/Log.h"
 #include "TavrinPlatform/Application.h"
 #include "TavrinPlatform/Clock.h"
+#include "TavrinPlatform/ConnectedDevices.h"
 #include "TavrinPlatform/DistributedNotificationCenter.h"
 #include "TavrinPlatform/DockGeometry.h"
+#include "TavrinPlatform/FanHelperClient.h"
 #include "TavrinPlatform/FileManager.h"
+#include "TavrinPlatform/HostStatistics.h"
+#include "TavrinPlatform/InputBlocker.h"
 #include "TavrinPlatform/MainBundle.h"
+#include "TavrinPlatform/PowerSources.h"
 #include "TavrinPlatform/ProcessRunner.h"
 #include "TavrinPlatform/RunLoop.h"
 #include "TavrinPlatform/SoundPlayer.h"
@@ -19,6 +24,7 @@ namespace tavrin {
 class CalendarStore;
 class DockTile;
 class HTTPClient;
+class SMCAccess;
 class PanelPopover;
 
 /// All services of one desktop. A member is made when it is first asked for.
@@ -43,6 +49,13 @@ public:
   virtual ProcessRunner& processes() = 0;
   virtual HTTPClient& http() = 0;
   virtual CalendarStore& calendars() = 0;
+  virtual HostStatistics& hostStatistics() = 0;
+  virtual PowerSources& powerSources() = 0;
+  virtual ConnectedDevices& connectedDevices() = 0;
+  virtual InputBlocker& inputBlocker() = 0;
+  /// For reading, off the main thread.
+  virtual SMCAccess& smc() = 0;
+  virtual FanHelperClient& fanHelper() = 0;
 };
 
 } // namespace tavrin

@@ -26,6 +26,8 @@ public:
   virtual std::optional<RunningApplication> frontmostApplication() const = 0;
   /// Opens a file or an address with what the user has for it.
   virtual void open(const std::string& target) = 0;
+  /// Opens the desktop's own system monitor; false where it has none.
+  virtual bool openActivityMonitor() = 0;
 
   /// The computer woke up; the wall clock, the time zone or the day changed.
   [[nodiscard]] virtual TokenPtr observeWake(std::function<void()> handler) = 0;

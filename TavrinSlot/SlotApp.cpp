@@ -5,6 +5,8 @@
 #include "TavrinSlot/ClaudeUsageWidget.h"
 #include "TavrinSlot/GitHubWidget.h"
 #include "TavrinSlot/CalendarWidget.h"
+#include "TavrinSlot/FanWidget.h"
+#include "TavrinSlot/KeyboardLockWidget.h"
 #include "TavrinSlot/NoteWidget.h"
 #include "TavrinSlot/PomodoroWidget.h"
 #include "TavrinSlot/SystemWidget.h"
@@ -147,6 +149,10 @@ std::unique_ptr<WidgetController> SlotApp::makeController(const DockWidget& widg
           return std::make_unique<CalendarWidgetController>(context_, widget);
         else if constexpr (std::is_same_v<S, ReminderSettings>)
           return std::make_unique<RemindersWidgetController>(context_, widget);
+        else if constexpr (std::is_same_v<S, KeyboardLockSettings>)
+          return std::make_unique<KeyboardLockWidgetController>(context_, widget);
+        else if constexpr (std::is_same_v<S, FanSettings>)
+          return std::make_unique<FanWidgetController>(context_, widget);
         else
           return std::make_unique<UnavailableWidgetController>(context_, widget);
       },

@@ -3,12 +3,16 @@
 #include "TavrinCore/Base/Coding.h"
 #include "TavrinPlatform/Platform.h"
 #include "TavrinSlot/DockPanelPresenter.h"
+#include "TavrinWidgetsUI/ActivityViews.h"
+#include "TavrinWidgetsUI/BatteryViews.h"
 #include "TavrinWidgetsUI/ClockPanelView.h"
 #include "TavrinWidgetsUI/ClockViews.h"
 #include "TavrinWidgetsUI/CountdownPanelView.h"
 #include "TavrinWidgetsUI/CountdownViews.h"
+#include "TavrinWidgetsUI/NetworkViews.h"
 #include "TavrinWidgetsUI/StopwatchPanelView.h"
 #include "TavrinWidgetsUI/StopwatchViews.h"
+#include "TavrinWidgetsUI/SystemPanelViews.h"
 #include "TavrinWidgetsUI/TimeProgressPanelView.h"
 #include "TavrinWidgetsUI/TimeProgressViews.h"
 #include "TavrinWidgetsUI/UnavailableViews.h"
@@ -34,8 +38,10 @@ StopwatchRun storedStopwatch(const UserDefaults& defaults, const UUID& id) {
 
 SystemWidgetController::SystemWidgetController(const SlotContext& context, const DockWidget& widget)
     : BasicWidgetController(context, widget),
-      model_(platform().clock(), platform().runLoop(), platform().workspace(), widget,
-             storedStopwatch(platform().userDefaults(), widget.id)),
+      model_({platform().clock(), platform().runLoop(), platform().workspace(),
+              platform().hostStatistics(), platform().powerSources(),
+              platform().connectedDevices()},
+             widget, storedStopwatch(platform().userDefaults(), widget.id)),
       actions_{[this] { model_.toggleStopwatch(); }, [this] { model_.lapStopwatch(); },
                [this] { model_.resetStopwatch(); }} {
   model_.isPanelShown = [this] { return this->context().panel.isShown(); };
@@ -43,6 +49,7 @@ SystemWidgetController::SystemWidgetController(const SlotContext& context, const
     platform().userDefaults().set(stopwatchKey(model_.widget().id), encode(model_.stopwatch()));
   };
   model_.onChange = [this] { refresh(); };
+  model_.onDevicesChange = [this] { refreshPanel(); };
   model_.start();
   renderTile();
 }
@@ -50,6 +57,21 @@ SystemWidgetController::SystemWidgetController(const SlotContext& context, const
 void SystemWidgetController::togglePanel() {
   BasicWidgetController::togglePanel();
   model_.panelChanged();
+}
+
+void SystemWidgetController::panelWillOpen() {
+  model_.panelChanged();
+  if (widget().kind.get<BatterySettings>())
+    model_.refreshDevices();
+}
+
+void SystemWidgetController::chooseInterface(const std::optional<std::string>& interface) {
+  const auto* current = widget().kind.get<NetworkSettings>();
+  if (current == nullptr || current->interface == interface)
+    return;
+  NetworkSettings settings = *current;
+  settings.interface = interface;
+  save(settings);
 }
 
 void SystemWidgetController::widgetChanged() {
@@ -65,6 +87,17 @@ void SystemWidgetController::widgetChanged() {
 AnyView SystemWidgetController::tileView(const TileSize& size) const {
   const auto& kind = model_.widget().kind;
   const auto& name = model_.widget().name;
+  if (const auto* settings = kind.get<BatterySettings>())
+    return size.isWide() ? batteryWideTile(model_.battery(), *settings, size)
+                         : batteryTileIcon(model_.battery(), *settings, size);
+  if (const auto* settings = kind.get<ActivitySettings>())
+    return size.isWide() ? activityWideTile(model_.activity(), *settings, size)
+                         : activityTileIcon(model_.activity(), *settings, size);
+  if (const auto* settings = kind.get<NetworkSettings>()) {
+    const NetworkTrace trace{model_.network(), model_.networkHistory()};
+    return size.isWide() ? networkWideTile(trace, *settings, size)
+                         : networkTileIcon(trace, *settings, size);
+  }
   if (kind.get<ClockSettings>())
     return size.isWide() ? clockWideTile(model_.clock(), size)
                          : clockTileIcon(model_.clock(), size);
@@ -85,6 +118,13 @@ AnyView SystemWidgetController::tileView(const TileSize& size) const {
 PanelView* SystemWidgetController::makePanelView(const PanelAppearance& appearance) {
   const auto& kind = model_.widget().kind;
   const auto edit = context().onEdit;
+  if (kind.get<BatterySettings>())
+    return new BatteryPanelView(appearance, model_, edit);
+  if (kind.get<ActivitySettings>())
+    return new ActivityPanelView(appearance, model_, edit);
+  if (kind.get<NetworkSettings>())
+    return new NetworkPanelView(
+        appearance, model_, [this](const auto& interface) { chooseInterface(interface); }, edit);
   if (kind.get<ClockSettings>())
     return new ClockPanelView(appearance, model_, edit);
   if (kind.get<CountdownSettings>())
@@ -108,6 +148,10 @@ QColor SystemWidgetController::tint() const {
   const auto& kind = model_.widget().kind;
   if (const auto* settings = kind.get<TimeProgressSettings>())
     return timeProgressTint(settings->scope);
+  if (kind.get<BatterySettings>())
+    return palette::green;
+  if (kind.get<ActivitySettings>())
+    return cpuTint;
   return kind.get<CountdownSettings>()   ? countdownAccent
          : kind.get<ClockSettings>()     ? clockTint
          : kind.get<StopwatchSettings>() ? stopwatchTint

@@ -19,10 +19,13 @@ protected:
   PanelView* makePanelView(const PanelAppearance& appearance) override;
   QColor tint() const override;
   void widgetChanged() override;
-  void panelWillOpen() override { model_.panelChanged(); }
+  void panelWillOpen() override;
   void panelDidClose() override { model_.panelChanged(); }
 
 private:
+  /// Counts another link from now on, and keeps that.
+  void chooseInterface(const std::optional<std::string>& interface);
+
   SystemWidgetModel model_;
   StopwatchActions actions_;
 };

@@ -42,6 +42,8 @@ struct SystemWidgetModel::Sampling {
   std::optional<Date> (*next)(const SystemWidgetModel&);
   /// Takes the reading, `now_` being the time already; whether it differs from the one at `before`.
   bool (*read)(SystemWidgetModel&, Date before);
+  /// A rate between two samples: one taken out of turn would measure next to nothing.
+  bool isRate = false;
 };
 
 /// A kind without a line has no reading: nothing is sampled, and no timer runs.
@@ -69,6 +71,24 @@ const SystemWidgetModel::Sampling* SystemWidgetModel::sampling(const DockWidget:
       },
       [](Model& model, Date) { return model.stopwatch_.isRunning(); }};
 
+  static constexpr auto afterInterval = [](const Model& model) -> std::optional<Date> {
+    return model.now_ + model.interval();
+  };
+  static constexpr Sampling battery{afterInterval, [](Model& model, Date) {
+                                      const auto reading = model.readings_.battery();
+                                      return std::exchange(model.battery_, reading) != reading;
+                                    }};
+  static constexpr Sampling activity{afterInterval,
+                                     [](Model& model, Date) { return model.readActivity(); }, true};
+  static constexpr Sampling network{afterInterval,
+                                    [](Model& model, Date) { return model.readNetwork(); }, true};
+
+  if (kind.get<BatterySettings>())
+    return &battery;
+  if (kind.get<ActivitySettings>())
+    return &activity;
+  if (kind.get<NetworkSettings>())
+    return &network;
   if (kind.get<ClockSettings>())
     return &clock;
   if (kind.get<CountdownSettings>())
@@ -93,35 +113,111 @@ std::optional<Date> SystemWidgetModel::nextCountdownChange(const SystemWidgetMod
   return nextOnGrid(left > 0 ? settings.target + 1 : settings.target, hour, model.now_);
 }
 
-SystemWidgetModel::SystemWidgetModel(Clock& clock, RunLoop& runLoop, Workspace& workspace,
-                                     DockWidget widget, StopwatchRun stopwatch)
-    : clock_(clock), runLoop_(runLoop), workspace_(workspace), widget_(std::move(widget)),
-      now_(clock.now()), stopwatch_(std::move(stopwatch)),
-      savesEnergy_(workspace.isLowPowerMode()) {}
+bool SystemWidgetModel::readActivity() {
+  const auto ticks = readings_.cpuTicks();
+  const ActivityReading reading{lastTicks_ ? ticks.usage(*lastTicks_) : 0, readings_.memoryUsage()};
+  // Ticks that could not be read are no baseline.
+  lastTicks_ = ticks.total > 0 ? std::optional(ticks) : std::nullopt;
+  return std::exchange(activity_, reading) != reading;
+}
+
+bool SystemWidgetModel::readNetwork() {
+  constexpr double shortestElapsed = 0.001;
+  const auto totals = readings_.networkTotals(widget_.kind.get<NetworkSettings>()->interface);
+  const auto last = std::exchange(lastNetwork_, NetworkBaseline{totals, now_});
+  if (!last)
+    return false;
+  const double elapsed = std::max(now_.since(last->date), shortestElapsed);
+  networkHistory_.push_back(network_);
+  if (networkHistory_.size() > networkHistoryLength)
+    networkHistory_.erase(networkHistory_.begin(),
+                          networkHistory_.end() - static_cast<long>(networkHistoryLength));
+  // A counter that wrapped, or a link that went, is no traffic.
+  const NetworkReading reading{std::max(0.0, totals.down - last->totals.down) / elapsed,
+                               std::max(0.0, totals.up - last->totals.up) / elapsed};
+  const bool isChart = widget_.kind.get<NetworkSettings>()->style == NetworkTileStyle::chart;
+  const bool isMoving = std::any_of(networkHistory_.begin(), networkHistory_.end(),
+                                    [&](const NetworkReading& past) { return past != reading; });
+  return std::exchange(network_, reading) != reading || ((isChart || showsPanel()) && isMoving);
+}
+
+SystemWidgetModel::SystemWidgetModel(const Services& services, DockWidget widget,
+                                     StopwatchRun stopwatch)
+    : clock_(services.clock), runLoop_(services.runLoop), workspace_(services.workspace),
+      readings_(services.host, services.power), connectedDevices_(services.devices),
+      widget_(std::move(widget)), now_(clock_.now()), stopwatch_(std::move(stopwatch)),
+      savesEnergy_(workspace_.isLowPowerMode()) {}
 
 void SystemWidgetModel::start() {
   stop();
   isStarted_ = true;
   observations_.push_back(workspace_.observeWake([this] { timeJumped(); }));
-  observations_.push_back(workspace_.observeClockChange([this] { timeJumped(); }));
+  observations_.push_back(workspace_.observeClockChange([this] {
+    // The time since the last sample is not known any more.
+    lastNetwork_.reset();
+    timeJumped();
+  }));
   observations_.push_back(workspace_.observeDayChange([this] { timeJumped(); }));
   observations_.push_back(
       workspace_.observeLowPowerMode([this] { setSavesEnergy(workspace_.isLowPowerMode()); }));
+  watchPowerSources();
   sample(clock_.now());
   updateTicker();
 }
 
+void SystemWidgetModel::watchPowerSources() {
+  if (!isStarted_ || !widget_.kind.get<BatterySettings>()) {
+    powerSourceWatch_.clear();
+    return;
+  }
+  if (!powerSourceWatch_.empty())
+    return;
+  powerSourceWatch_.push_back(readings_.powerSources().observe([this] {
+    if (sample(clock_.now()) && onChange)
+      onChange();
+  }));
+  powerSourceWatch_.push_back(connectedDevices_.observe([this] { devicesChanged(); }));
+  refreshDevices();
+}
+
+void SystemWidgetModel::refreshDevices() {
+  connectedDevices_.refresh();
+}
+
+void SystemWidgetModel::devicesChanged() {
+  auto devices = connectedDevices_.connected();
+  if (devices == devices_)
+    return;
+  devices_ = std::move(devices);
+  if (onDevicesChange)
+    onDevicesChange();
+}
+
 void SystemWidgetModel::stop() {
   isStarted_ = false;
+  powerSourceWatch_.clear();
   timer_.reset();
   observations_.clear();
 }
 
 void SystemWidgetModel::setWidget(const DockWidget& widget) {
+  const auto* before = widget_.kind.get<NetworkSettings>();
+  const auto* after = widget.kind.get<NetworkSettings>();
+  const bool isOtherMeasure = widget.kind.index() != widget_.kind.index() ||
+                              (before != nullptr && before->interface != after->interface);
   if (widget.kind != widget_.kind)
     clockReader_.reset();
   widget_ = widget;
-  sample(clock_.now());
+  if (isOtherMeasure) {
+    lastTicks_.reset();
+    lastNetwork_.reset();
+    network_ = {};
+    networkHistory_.clear();
+  }
+  watchPowerSources();
+  const auto* kind = sampling(widget_.kind);
+  if (isOtherMeasure || kind == nullptr || !kind->isRate)
+    sample(clock_.now());
   updateTicker();
 }
 
@@ -189,6 +285,9 @@ void SystemWidgetModel::setSavesEnergy(bool savesEnergy) {
 }
 
 void SystemWidgetModel::panelChanged() {
+  const auto* kind = sampling(widget_.kind);
+  if (kind != nullptr && kind->isRate)
+    return;
   sample(clock_.now());
   updateTicker();
 }

@@ -4,9 +4,11 @@
 #include "TavrinCore/Kinds/StopwatchRun.h"
 #include "TavrinCore/Widgets/DockWidget.h"
 #include "TavrinPlatform/Clock.h"
+#include "TavrinPlatform/ConnectedDevices.h"
 #include "TavrinPlatform/RunLoop.h"
 #include "TavrinPlatform/Workspace.h"
 #include "TavrinWidgetsUI/ClockReading.h"
+#include "TavrinWidgetsUI/SystemReadings.h"
 
 #include <functional>
 #include <optional>
@@ -18,8 +20,16 @@ namespace tavrin {
 /// when its kind's display changes next, and not at all where nothing will change by itself.
 class SystemWidgetModel {
 public:
-  SystemWidgetModel(Clock& clock, RunLoop& runLoop, Workspace& workspace, DockWidget widget,
-                    StopwatchRun stopwatch = {});
+  /// What it is given by reference outlives it.
+  struct Services {
+    Clock& clock;
+    RunLoop& runLoop;
+    Workspace& workspace;
+    HostStatistics& host;
+    PowerSources& power;
+    ConnectedDevices& devices;
+  };
+  SystemWidgetModel(const Services& services, DockWidget widget, StopwatchRun stopwatch = {});
   SystemWidgetModel(const SystemWidgetModel&) = delete;
   SystemWidgetModel& operator=(const SystemWidgetModel&) = delete;
 
@@ -36,6 +46,19 @@ public:
   const Calendar& calendar() const { return calendar_; }
   /// What a clock shows now. For the clock kind only.
   ClockReading clock() const;
+
+  const BatteryReading& battery() const { return battery_; }
+  const ActivityReading& activity() const { return activity_; }
+  const NetworkReading& network() const { return network_; }
+  /// The readings before `network()`, oldest first.
+  const std::vector<NetworkReading>& networkHistory() const { return networkHistory_; }
+  static constexpr std::size_t networkHistoryLength = 30;
+  std::vector<std::string> networkInterfaces() const { return readings_.networkInterfaces(); }
+  const std::vector<DeviceBattery>& devices() const { return devices_; }
+  /// Asks the connected devices anew. For the battery kind.
+  void refreshDevices();
+  /// Opens the desktop's own system monitor; false where it has none.
+  bool openActivityMonitor() { return workspace_.openActivityMonitor(); }
 
   const StopwatchRun& stopwatch() const { return stopwatch_; }
   /// Another widget's run. Does not call `onStopwatchChange`.
@@ -58,12 +81,22 @@ public:
   std::function<void()> onChange;
   /// The run changed and is to be kept.
   std::function<void()> onStopwatchChange;
+  /// `devices()` differs now.
+  std::function<void()> onDevicesChange;
 
 private:
+  struct NetworkBaseline {
+    SystemReadings::NetworkTotals totals;
+    Date date;
+  };
   struct Sampling;
   static const Sampling* sampling(const DockWidget::Kind& kind);
   static std::optional<Date> nextCountdownChange(const SystemWidgetModel& model);
 
+  void watchPowerSources();
+  void devicesChanged();
+  bool readActivity();
+  bool readNetwork();
   /// Takes a sample. Whether it differs from the one before.
   bool sample(Date now);
   void updateTicker();
@@ -77,16 +110,26 @@ private:
   Clock& clock_;
   RunLoop& runLoop_;
   Workspace& workspace_;
+  SystemReadings readings_;
+  ConnectedDevices& connectedDevices_;
   DockWidget widget_;
   Date now_;
   Calendar calendar_;
   mutable std::optional<ClockReader> clockReader_;
   StopwatchRun stopwatch_;
+  BatteryReading battery_;
+  ActivityReading activity_;
+  NetworkReading network_;
+  std::vector<NetworkReading> networkHistory_;
+  std::vector<DeviceBattery> devices_;
+  std::optional<SystemReadings::CPUTicks> lastTicks_;
+  std::optional<NetworkBaseline> lastNetwork_;
   bool isStarted_ = false;
   bool savesEnergy_ = false;
   Date due_;
   TokenPtr timer_;
   std::vector<TokenPtr> observations_;
+  std::vector<TokenPtr> powerSourceWatch_;
 };
 
 } // namespace tavrin

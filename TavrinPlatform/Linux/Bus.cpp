@@ -39,7 +39,9 @@ template <class Function> void own(sd_bus_slot* slot, Function* function) {
 int deliverReply(sd_bus_message* message, void* data, sd_bus_error*) {
   const auto reply = *static_cast<Bus::Reply*>(data);
   if (const auto* error = sd_bus_message_get_error(message))
-    reply(nullptr, error->name == nullptr ? "unknown" : error->name);
+    reply(nullptr, error->message != nullptr && Bus::isOwnError(error->name) ? error->message
+                   : error->name == nullptr                                  ? "unknown"
+                                                                             : error->name);
   else
     reply(message, {});
   return 0;
@@ -78,6 +80,10 @@ Bus::Bus(sd_bus* bus) : bus_(bus) {
 Bus::~Bus() {
   readable_.reset();
   writable_.reset();
+}
+
+bool Bus::isOwnError(const char* name) {
+  return name != nullptr && std::string_view(name).starts_with("dev.quellby.tavrin.");
 }
 
 bool Bus::isOpen() const {

@@ -47,7 +47,8 @@ struct BusAddress {
 /// its own. No member waits for the bus but `waitUntil`.
 class Bus final : public QObject {
 public:
-  /// `reply` is null when the call failed; `error` names why.
+  /// `reply` is null when the call failed; `error` names why, or is the sentence that another
+  /// part of this program sent.
   using Reply = std::function<void(sd_bus_message* reply, const std::string& error)>;
   using Handler = std::function<void(sd_bus_message* signal)>;
 
@@ -55,6 +56,9 @@ public:
   static std::unique_ptr<Bus> session();
   static std::unique_ptr<Bus> system();
   ~Bus() override;
+
+  /// Whether an error's name is one of this program.
+  static bool isOwnError(const char* name);
 
   bool isOpen() const;
   sd_bus* handle() const { return bus_.get(); }

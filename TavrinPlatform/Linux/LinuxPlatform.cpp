@@ -2,13 +2,18 @@
 
 #include "TavrinCore/Base/Errors.h"
 
+#include "TavrinPlatform/Linux/BusConnectedDevices.h"
+#include "TavrinPlatform/Linux/BusFanHelper.h"
 #include "TavrinPlatform/Linux/BusNotificationCenter.h"
 #include "TavrinPlatform/Linux/CanberraPlayer.h"
+#include "TavrinPlatform/Linux/InputGuard.h"
 #include "TavrinPlatform/Linux/JSONUserDefaults.h"
 #include "TavrinPlatform/Linux/LinuxApplication.h"
 #include "TavrinPlatform/Linux/LinuxDockGeometry.h"
 #include "TavrinPlatform/Linux/LinuxDockTile.h"
 #include "TavrinPlatform/Linux/LinuxFileManager.h"
+#include "TavrinPlatform/Linux/LinuxHostStatistics.h"
+#include "TavrinPlatform/Linux/LinuxInputBlocker.h"
 #include "TavrinPlatform/Linux/LinuxMainBundle.h"
 #include "TavrinPlatform/Linux/LinuxNotificationCenter.h"
 #include "TavrinPlatform/Linux/LinuxSystemLog.h"
@@ -20,10 +25,12 @@
 #include "TavrinPlatform/Linux/QtProcessRunner.h"
 #include "TavrinPlatform/Linux/QtRunLoop.h"
 #include "TavrinPlatform/Linux/StripSurface.h"
+#include "TavrinPlatform/Linux/SysfsFans.h"
 #include "TavrinPlatform/Linux/TileAccessibility.h"
 #include "TavrinPlatform/Linux/ToolkitSetup.h"
 #include "TavrinPlatform/Linux/TraySurface.h"
 #include "TavrinPlatform/Linux/UnavailableServices.h"
+#include "TavrinPlatform/Linux/UPowerSources.h"
 #include "TavrinPlatform/Linux/X11.h"
 #include "TavrinStorage/StoragePath.h"
 
@@ -75,6 +82,12 @@ public:
   ProcessRunner& processes() override;
   HTTPClient& http() override;
   CalendarStore& calendars() override;
+  HostStatistics& hostStatistics() override { return hostStatistics_; }
+  PowerSources& powerSources() override { return powerSources_; }
+  ConnectedDevices& connectedDevices() override { return connectedDevices_; }
+  InputBlocker& inputBlocker() override;
+  SMCAccess& smc() override;
+  FanHelperClient& fanHelper() override;
 
 private:
   std::string identifier() const { return bundle_.identifier().value_or("tavrin"); }
@@ -85,6 +98,8 @@ private:
   std::unique_ptr<Service> fromModule(const std::string& name, const char* symbol,
                                       Arguments&... arguments);
   bool hasTray();
+  /// Connected once somebody wants something of it; null where there is none.
+  Bus* systemBus();
 
   LinuxFileManager files_;
   LinuxSystemLog log_;
@@ -95,6 +110,10 @@ private:
   MemoryRelease memory_;
   std::unique_ptr<QtRunLoop> runLoop_;
   std::unique_ptr<Bus> bus_;
+  std::optional<std::unique_ptr<Bus>> systemBus_;
+  LinuxHostStatistics hostStatistics_;
+  UPowerSources powerSources_{[this] { return systemBus(); }};
+  BusConnectedDevices connectedDevices_{[this] { return systemBus(); }, powerSources_};
   std::unique_ptr<LinuxApplication> application_;
   std::unique_ptr<JSONUserDefaults> defaults_;
   std::unique_ptr<BusNotificationCenter> notifications_;
@@ -104,6 +123,9 @@ private:
   std::unique_ptr<QtProcessRunner> processes_;
   std::unique_ptr<HTTPClient> http_;
   std::unique_ptr<CalendarStore> calendars_;
+  std::unique_ptr<LinuxInputBlocker> inputBlocker_;
+  std::unique_ptr<SysfsFans> smc_;
+  std::unique_ptr<BusFanHelper> fanHelper_;
   StripSurface* strip_ = nullptr;
   std::unique_ptr<LinuxDockTile> tile_;
   std::unique_ptr<AccessibilitySwitch> accessibility_;
@@ -152,8 +174,9 @@ DistributedNotificationCenter& LinuxPlatform::notifications() {
 }
 
 Workspace& LinuxPlatform::workspace() {
-  return lazily(workspace_,
-                [this] { return std::make_unique<LinuxWorkspace>(files_, bus_.get()); });
+  return lazily(workspace_, [this] {
+    return std::make_unique<LinuxWorkspace>(files_, bus_.get(), [this] { return systemBus(); });
+  });
 }
 
 UserNotificationCenter& LinuxPlatform::userNotifications() {
@@ -195,6 +218,25 @@ CalendarStore& LinuxPlatform::calendars() {
   return lazily(calendars_, [this] {
     return fromModule<CalendarStore, UnavailableCalendarStore>(
         "calendar", "tavrinMakeCalendarStore", *runLoop_);
+  });
+}
+
+InputBlocker& LinuxPlatform::inputBlocker() {
+  return lazily(inputBlocker_, [this] {
+    return std::make_unique<LinuxInputBlocker>(*runLoop_, bus_.get(),
+                                               [this] { return systemBus(); });
+  });
+}
+
+SMCAccess& LinuxPlatform::smc() {
+  return lazily(smc_, [this] {
+    return std::make_unique<SysfsFans>(files_.environment("TAVRIN_SYSFS_ROOT").value_or("/"));
+  });
+}
+
+FanHelperClient& LinuxPlatform::fanHelper() {
+  return lazily(fanHelper_, [this] {
+    return std::make_unique<BusFanHelper>(*runLoop_, [this] { return systemBus(); });
   });
 }
 
@@ -263,6 +305,12 @@ std::vector<std::string> LinuxPlatform::surfaceNames() {
   return {"picture"};
 }
 
+Bus* LinuxPlatform::systemBus() {
+  if (!systemBus_)
+    systemBus_ = Bus::system();
+  return systemBus_->get();
+}
+
 bool LinuxPlatform::hasTray() {
   if (!bus_ || !bus_->isOpen())
     return false;
@@ -311,7 +359,7 @@ std::unique_ptr<TileSurface> LinuxPlatform::makeSurface(const std::string& name)
 } // namespace
 
 std::unique_ptr<Platform> makePlatform(int& argc, char** argv) {
-  if (showNoticeIfAsked(argc, argv))
+  if (runInputGuardIfAsked(argc, argv) || showNoticeIfAsked(argc, argv))
     return nullptr;
   // One arena: the few short-lived threads of a slot do not need heaps of their own.
   mallopt(M_ARENA_MAX, 1);

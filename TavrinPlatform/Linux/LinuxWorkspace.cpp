@@ -1,6 +1,7 @@
 #include "TavrinPlatform/Linux/LinuxWorkspace.h"
 
 #include "TavrinPlatform/Linux/InterfaceFont.h"
+#include "TavrinPlatform/Linux/SystemMonitorEntry.h"
 #include "TavrinPlatform/Linux/X11.h"
 
 #include <QProcess>
@@ -57,8 +58,8 @@ std::optional<std::string> textEntry(sd_bus_message* message, std::string_view k
 
 } // namespace
 
-LinuxWorkspace::LinuxWorkspace(const FileManager& files, Bus* session)
-    : files_(files), session_(session) {}
+LinuxWorkspace::LinuxWorkspace(const FileManager& files, Bus* session, std::function<Bus*()> system)
+    : files_(files), session_(session), system_(std::move(system)) {}
 
 std::optional<RunningApplication> LinuxWorkspace::frontmostApplication() const {
   const xcb_window_t window = x11::activeWindow();
@@ -93,10 +94,19 @@ void LinuxWorkspace::open(const std::string& target) {
   session_->send(message.append("ssa{sv}", "", address.c_str(), 0));
 }
 
-Bus* LinuxWorkspace::system() const {
-  if (!std::exchange(hasTriedSystem_, true))
-    system_ = Bus::system();
-  return system_.get();
+bool LinuxWorkspace::openActivityMonitor() {
+  std::vector<std::filesystem::path> folders;
+  for (const QString& folder :
+       QStandardPaths::standardLocations(QStandardPaths::ApplicationsLocation))
+    folders.emplace_back(folder.toStdString());
+  const auto words =
+      systemMonitorCommand(folders, files_.environment("XDG_CURRENT_DESKTOP").value_or(""));
+  if (words.empty())
+    return false;
+  QStringList arguments;
+  for (std::size_t i = 1; i < words.size(); ++i)
+    arguments << QString::fromStdString(words[i]);
+  return QProcess::startDetached(QString::fromStdString(words.front()), arguments, QString());
 }
 
 ClockWatch& LinuxWorkspace::clock() {

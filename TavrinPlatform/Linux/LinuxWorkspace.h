@@ -15,11 +15,12 @@ namespace tavrin {
 /// plain default counts. The system bus is only connected once something on it is wanted.
 class LinuxWorkspace final : public Workspace {
 public:
-  /// `session` may be null.
-  LinuxWorkspace(const FileManager& files, Bus* session);
+  /// `session` may be null; `system` gives the system bus, or null.
+  LinuxWorkspace(const FileManager& files, Bus* session, std::function<Bus*()> system);
 
   std::optional<RunningApplication> frontmostApplication() const override;
   void open(const std::string& target) override;
+  bool openActivityMonitor() override;
   [[nodiscard]] TokenPtr observeWake(std::function<void()> handler) override;
   [[nodiscard]] TokenPtr observeDayChange(std::function<void()> handler) override;
   [[nodiscard]] TokenPtr observeClockChange(std::function<void()> handler) override;
@@ -31,7 +32,7 @@ public:
   [[nodiscard]] TokenPtr observeAppearance(std::function<void()> handler) override;
 
 private:
-  Bus* system() const;
+  Bus* system() const { return system_(); }
   ClockWatch& clock();
   void watchTimeZone();
   void watchPower() const;
@@ -42,6 +43,7 @@ private:
 
   const FileManager& files_;
   Bus* session_;
+  std::function<Bus*()> system_;
   HandlerList wake_;
   HandlerList day_;
   HandlerList clockChange_;
@@ -49,8 +51,6 @@ private:
   HandlerList appearance_;
   std::unique_ptr<ClockWatch> clockWatch_;
   // Questions that only a query brings about.
-  mutable bool hasTriedSystem_ = false;
-  mutable std::unique_ptr<Bus> system_;
   mutable std::map<std::string, TokenPtr> watches_;
   mutable bool isLowPower_ = false;
   mutable bool isDark_ = false;

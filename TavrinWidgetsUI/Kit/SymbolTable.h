@@ -17,6 +17,8 @@ struct SymbolDrawing {
 
 /// Sorted by name.
 inline constexpr auto symbolTable = std::to_array<SymbolDrawing>({
+    {"airpodspro.chargingcase.wireless.fill",
+     "f R3.6 7.4 16.8 12.6 5 k M4 12 H20 c O12 15.4 1.1 w1.8 s a12 8.4 5.4 -140 100"},
     {"arrow.clockwise", "s a12 12.6 8 -48 -294 M17.4 2.2 V6.9 H12.7"},
     {"arrow.counterclockwise", "s a12 12.6 8 -132 294 M6.6 2.2 V6.9 H11.3"},
     {"arrow.down", "s M12 4 V19.4 M5.8 13.4 L12 19.8 L18.2 13.4"},
@@ -167,6 +169,7 @@ inline constexpr auto symbolTable = std::to_array<SymbolDrawing>({
     {"plus.circle.fill", "f O12 12 10 k M12 7.6 V16.4 M7.6 12 H16.4"},
     {"questionmark.square",
      "s R3.5 3.5 17 17 3.6 M9.2 9.6 A12 9.6 2.8 180 215 C12.6 12.2 12 12.6 12 13.8 f O12 17 1.2"},
+    {"rectangle.and.hand.point.up.left", "s R3 4.5 18 15 3 M3 14.6 H21 M12 14.6 V19.5"},
     {"repeat", "s M4 11 V9.5 A7 9.5 3 180 90 H20 M17 3.3 L20.2 6.5 L17 9.7 M20 13 V14.5 A17 14.5 3 "
                "0 90 H4 M7 14.3 L3.8 17.5 L7 20.7"},
     {"sparkle", "f M12 1.6 C12.7 8.2 15.8 11.3 22.4 12 C15.8 12.7 12.7 15.8 12 22.4 C11.3 15.8 8.2 "

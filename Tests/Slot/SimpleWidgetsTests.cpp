@@ -137,7 +137,7 @@ TEST(SystemWidgetController, TheOpenPanelBecomesTheOtherKinds) {
   EXPECT_TRUE(slot.panelAs<CountdownPanelView>());
   slot.setKind(StopwatchSettings{});
   EXPECT_TRUE(slot.panelAs<StopwatchPanelView>());
-  slot.setKind(BatterySettings{});
+  slot.setKind(PetSettings{});
   EXPECT_TRUE(slot.panelAs<UnavailablePanelView>());
   EXPECT_EQ(slot.controller.get(), controller);
   EXPECT_TRUE(slot.panel.isShown());

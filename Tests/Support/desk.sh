@@ -1,6 +1,8 @@
 #!/bin/bash
 # Runs a command on a desk of its own: an empty home, a session bus, and what else is asked for.
-#   desk.sh [bus] [x] [wm] [compositor] [tray] [notifications] [systemd] -- COMMAND...
+#   desk.sh [bus] [x] [wm] [compositor] [tray] [notifications] [systemd]
+#           [system] [power] [logind] [polkit] -- COMMAND...
+# "system" is a system bus of its own; the words after it are mocks on it.
 # Nothing of it is left when the command ends. Its exit status is the command's.
 set -u
 parts=" "
@@ -43,6 +45,26 @@ owned() { gdbus call --session -d org.freedesktop.DBus -o /org/freedesktop/DBus 
 checked() { xprop -root _NET_SUPPORTING_WM_CHECK | grep -q 0x && xprop -root _NET_WORKAREA | grep -q =; }
 managed() { xprop -root _NET_CLIENT_LIST | grep -q 'window id'; }
 
+if has system; then
+  cat >"$DESK/system.conf" <<'X'
+<busconfig><type>custom</type><listen>unix:tmpdir=/tmp</listen><auth>EXTERNAL</auth>
+<policy context="default"><allow send_destination="*" eavesdrop="true"/><allow eavesdrop="true"/><allow own="*"/></policy></busconfig>
+X
+  dbus-daemon --config-file="$DESK/system.conf" --nofork --print-address=3 3>"$DESK/system" >/dev/null 2>&1 &
+  started+=($!)
+  await test -s "$DESK/system"
+  export DBUS_SYSTEM_BUS_ADDRESS=$(cat "$DESK/system")
+  simulate() { /usr/bin/python3 -m dbusmock --system --template "$1" >"$DESK/$1.log" 2>&1 & started+=($!); }
+  there() { gdbus call --system -d org.freedesktop.DBus -o /org/freedesktop/DBus -m org.freedesktop.DBus.NameHasOwner "$1" | grep -q true; }
+  if has power; then
+    simulate upower
+    simulate bluez5
+    await there org.freedesktop.UPower
+    await there org.bluez
+  fi
+  if has logind; then simulate logind; await there org.freedesktop.login1; fi
+  if has polkit; then simulate polkitd; await there org.freedesktop.PolicyKit1; fi
+fi
 if has x; then
   Xvfb -displayfd 3 -screen 0 "${DESK_SCREEN:-1280x800x24}" -noreset -nolisten tcp 3>"$DESK/display" >/dev/null 2>&1 &
   started+=($!)

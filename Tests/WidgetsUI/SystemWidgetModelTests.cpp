@@ -1,6 +1,7 @@
 #include "TavrinWidgetsUI/SystemWidgetModel.h"
 
 #include "Tests/Support/FakePlatform.h"
+#include "Tests/Support/SystemServices.h"
 
 #include <gtest/gtest.h>
 
@@ -19,8 +20,8 @@ ClockSettings clockWith(bool showsSeconds, bool isAnalog = false) {
 
 struct Bench {
   explicit Bench(DockWidget::Kind kind, Date now = start, StopwatchRun run = {})
-      : platform(now), model(platform.fakeClock, platform.loop, platform.fakeWorkspace,
-                             DockWidget({}, "W", 1, std::move(kind), 1), std::move(run)) {
+      : platform(now),
+        model(servicesOf(platform), DockWidget({}, "W", 1, std::move(kind), 1), std::move(run)) {
     model.isPanelShown = [this] { return isPanelShown; };
     model.onChange = [this] { changes.push_back(model.now().since(start)); };
     model.onStopwatchChange = [this] { ++stopwatchChanges; };
@@ -234,7 +235,7 @@ TEST(SystemWidgetModel, AnotherKindTicksAsItsOwn) {
   Bench bench(clockWith(true));
   bench.setKind(StopwatchSettings{});
   EXPECT_EQ(bench.wakeUps(100), 0);
-  bench.setKind(BatterySettings{}); // has no reading: nothing to wake for
+  bench.setKind(PetSettings{}); // has no reading: nothing to wake for
   EXPECT_EQ(bench.wakeUps(100), 0);
   bench.setKind(TimeProgressSettings{});
   EXPECT_EQ(bench.wakeUps(120), 2);

@@ -10,6 +10,7 @@
 #include "TavrinWidgetsUI/TimeProgressViews.h"
 #include "TavrinWidgetsUI/UnavailableViews.h"
 #include "Tests/Support/FakePlatform.h"
+#include "Tests/Support/SystemServices.h"
 #include "Tools/Gallery/Gallery.h"
 
 #include <deque>
@@ -158,8 +159,8 @@ void addUnavailable(GallerySheet& sheet, int span) {
 /// A widget on a desktop of its own, for as long as the gallery runs.
 struct Stand {
   Stand(const char* name, DockWidget::Kind kind, Date now)
-      : platform(now), model(platform.fakeClock, platform.loop, platform.fakeWorkspace,
-                             DockWidget({}, name, 1, std::move(kind), 1)) {
+      : platform(now),
+        model(test::servicesOf(platform), DockWidget({}, name, 1, std::move(kind), 1)) {
     model.isPanelShown = [] { return true; };
   }
   test::FakePlatform platform;

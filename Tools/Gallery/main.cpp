@@ -28,6 +28,8 @@ constexpr NamedSheet sheets[] = {
     {"water", waterGallery},
     {"weather", weatherGallery},
     {"calendar", calendarGallery},
+    {"system", systemGallery},
+    {"system-wide", systemWideGallery},
 };
 
 struct NamedPanels {
@@ -37,6 +39,7 @@ struct NamedPanels {
 
 constexpr NamedPanels panelSheets[] = {
     {"simple-panels", simplePanels},
+    {"system-panels", systemPanels},
     {"timers-panels", timersPanels},
     {"usage-panels", usagePanels},
     {"water-panels", waterPanels},

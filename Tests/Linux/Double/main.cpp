@@ -1,4 +1,5 @@
 #include "TavrinPlatform/DockTile.h"
+#include "TavrinPlatform/InputBlocker.h"
 #include "TavrinPlatform/Linux/LinuxPlatform.h"
 #include "TavrinPlatform/PanelPopover.h"
 
@@ -12,6 +13,7 @@
 
 /// A program with one tile and one panel that says on its standard output what happens to it.
 /// Arguments: --place=BEFORE,SPAN,ALL  --open (the panel at start)  --attention
+/// --lock=all|keyboard,SECONDS (holds the input at start)
 /// --button (the left half of the tile is a button)  --notice=SECONDS  --observe=NAME  --tick
 namespace {
 
@@ -70,12 +72,31 @@ private:
     } else if (is("--observe")) {
       observation_ = platform_.notifications().observe(
           value, [](const auto& object) { say("posted %s", object ? object->c_str() : "(none)"); });
+    } else if (is("--lock")) {
+      lock(value.starts_with("all"), std::stod(value.substr(value.find(',') + 1)));
     } else if (is("--tick")) {
       ticker_ = platform_.runLoop().repeat(0.25, [this] {
         if (++count_ % 4 == 0)
           draw();
       });
     }
+  }
+
+  void lock(bool locksPointer, double longest) {
+    auto& blocker = platform_.inputBlocker();
+    if (!blocker.isPermitted())
+      return say("hold not permitted");
+    endOfNeed_ = blocker.observeEndOfNeed([this] {
+      say("no need");
+      hold_.reset();
+    });
+    hold_ = blocker.hold(locksPointer, longest,
+                         {[](auto outcome) { say("hold %d", static_cast<int>(outcome)); },
+                          [](int type) { say("input %d", type); },
+                          [this] {
+                            say("hold ended");
+                            hold_.reset();
+                          }});
   }
 
   void draw() {
@@ -127,6 +148,8 @@ private:
   TokenPtr first_;
   TokenPtr observation_;
   TokenPtr ticker_;
+  TokenPtr endOfNeed_;
+  TokenPtr hold_;
   int count_ = 0;
   bool hasButton_ = false;
 };

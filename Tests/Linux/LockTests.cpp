@@ -1,0 +1,164 @@
+#include "Tests/Linux/Desk.h"
+
+#include <QCoreApplication>
+#include <csignal>
+#include <gtest/gtest.h>
+
+/// Input held on a real X server, with another program's window to tell what reaches it.
+namespace tavrin {
+namespace {
+
+class Lock : public testing::Test {
+protected:
+  void SetUp() override {
+    other_ = std::make_unique<Program>(
+        "/usr/bin/xev", QStringList{"-geometry", "300x300+10+40", "-name", "elsewhere"});
+    ASSERT_TRUE(eventually([&] {
+      id_ = shell("xdotool search --onlyvisible --name '^elsewhere$' 2>/dev/null | head -1");
+      return !id_.empty();
+    }));
+    shell("xdotool windowactivate --sync " + id_ + " mousemove 150 190");
+    ASSERT_TRUE(reaches());
+  }
+
+  int presses() { return other_->number("KeyPress event") + other_->number("ButtonPress event"); }
+  /// Whether keys and clicks reach the other window. To be sure that nothing came, something that
+  /// comes in any case is waited for: the property that is set last.
+  bool reaches(const std::string& what = "key a click 1") {
+    const int before = presses();
+    shell("xdotool " + what);
+    const int marks = other_->number("PropertyNotify event");
+    shell("xprop -id " + id_ + " -f TAVRIN_MARK 32c -set TAVRIN_MARK 1");
+    EXPECT_TRUE(other_->says("PropertyNotify event", marks + 1));
+    return presses() > before;
+  }
+  /// Seconds until keys reach the other window again.
+  double freedAfter() {
+    QElapsedTimer timer;
+    timer.start();
+    EXPECT_TRUE(eventually([&] { return reaches("key a"); }));
+    return static_cast<double>(timer.elapsed()) / 1000;
+  }
+  std::unique_ptr<Program> locker(const QString& how = "all,60") {
+    auto program = std::make_unique<Program>(TILE_DOUBLE, QStringList{"--lock=" + how},
+                                             QStringList{"TAVRIN_SURFACE=picture"});
+    EXPECT_TRUE(program->says("hold "));
+    return program;
+  }
+  static std::string guardOf(const Program& program) {
+    return shell("pgrep -P " + std::to_string(program.id()));
+  }
+
+  std::unique_ptr<Program> other_;
+  std::string id_;
+};
+
+TEST_F(Lock, NothingReachesAnotherWindowUntilItIsReleased) {
+  auto program = locker();
+  ASSERT_EQ(program->number("hold 0"), 1);
+  EXPECT_FALSE(reaches());
+  EXPECT_FALSE(reaches("key ctrl+alt+t key XF86AudioMute click 3 click 4 mousemove 100 100"));
+  for (const char* type :
+       {"input 10", "input 11", "input 1", "input 2", "input 3", "input 22", "input 5"})
+    EXPECT_TRUE(program->says(type)) << type;
+  program.reset();
+  EXPECT_LT(freedAfter(), 1);
+}
+
+TEST_F(Lock, WithoutThePointerClicksPass) {
+  const auto program = locker("keyboard,60");
+  EXPECT_FALSE(reaches("key a"));
+  EXPECT_TRUE(reaches("click 1"));
+}
+
+TEST_F(Lock, ACrashOfEitherProcessReleases) {
+  auto program = locker();
+  ::kill(static_cast<pid_t>(program->id()), SIGKILL);
+  EXPECT_LT(freedAfter(), 1);
+  program = locker();
+  shell("kill -KILL " + guardOf(*program));
+  EXPECT_LT(freedAfter(), 1);
+  EXPECT_TRUE(program->says("hold ended"));
+}
+
+TEST_F(Lock, AProcessThatStandsStillReleases) {
+  auto program = locker();
+  ::kill(static_cast<pid_t>(program->id()), SIGSTOP);
+  EXPECT_LT(freedAfter(), 5);
+  ::kill(static_cast<pid_t>(program->id()), SIGCONT);
+  EXPECT_TRUE(program->says("hold ended"));
+  program = locker();
+  shell("kill -STOP " + guardOf(*program));
+  EXPECT_LT(freedAfter(), 5);
+  EXPECT_TRUE(program->says("hold ended"));
+}
+
+TEST_F(Lock, TheGuardKnowsTheLimitItself) {
+  const auto program = locker("all,1");
+  EXPECT_TRUE(program->says("hold ended"));
+  EXPECT_TRUE(reaches());
+}
+
+TEST_F(Lock, WhereAnotherHasTheKeyboardItIsNotTaken) {
+  const auto first = locker();
+  const auto second = locker();
+  EXPECT_EQ(second->number("hold 2"), 1);
+  EXPECT_FALSE(reaches());
+}
+
+TEST_F(Lock, LockedScreensAndSleepEndTheNeed) {
+  const char* const events[] = {
+      "gdbus emit --session -o /org/gnome/ScreenSaver -s org.gnome.ScreenSaver.ActiveChanged true",
+      "gdbus call --system -d org.freedesktop.login1 -o /org/freedesktop/login1 -m "
+      "org.freedesktop.DBus.Mock.EmitSignal org.freedesktop.login1.Manager PrepareForSleep b "
+      "'[<true>]'"};
+  for (const char* event : events) {
+    const auto program = locker();
+    ASSERT_TRUE(eventually([&] {
+      shell(event);
+      return program->number("no need") > 0;
+    })) << event;
+    EXPECT_LT(freedAfter(), 1);
+  }
+}
+
+TEST_F(Lock, RoundsThatEndInEveryWay) {
+  // The number of rounds; more of them on demand.
+  const int rounds =
+      qEnvironmentVariableIsSet("LOCK_ROUNDS") ? qEnvironmentVariableIntValue("LOCK_ROUNDS") : 6;
+  double longest = 0;
+  for (int round = 0; round < rounds; ++round) {
+    auto program = locker();
+    ASSERT_FALSE(reaches("key a")) << round;
+    if (round % 4 == 1)
+      ::kill(static_cast<pid_t>(program->id()), SIGKILL);
+    else if (round % 4 == 3)
+      ::kill(static_cast<pid_t>(program->id()), SIGSTOP);
+    else
+      program.reset();
+    longest = std::max(longest, freedAfter());
+    if (program)
+      ::kill(static_cast<pid_t>(program->id()), SIGCONT);
+  }
+  RecordProperty("longestSeconds", std::to_string(longest));
+  std::printf("%d rounds, freed after %.2f s at the latest\n", rounds, longest);
+  EXPECT_LT(longest, 5);
+}
+
+TEST(LockWithoutADisplay, IsNotPermittedWhereNoDeviceMayBeOpened) {
+  if (shell("ls /dev/input/event* 2>/dev/null") != "")
+    GTEST_SKIP() << "there are devices here";
+  Program program(TILE_DOUBLE, {"--lock=all,60"},
+                  {"TAVRIN_SURFACE=picture", "DISPLAY=", "QT_QPA_PLATFORM=offscreen"});
+  EXPECT_TRUE(program.says("hold "));
+  EXPECT_EQ(program.number("hold 0"), 0);
+}
+
+} // namespace
+} // namespace tavrin
+
+int main(int argc, char** argv) {
+  testing::InitGoogleTest(&argc, argv);
+  const QCoreApplication application(argc, argv);
+  return RUN_ALL_TESTS();
+}

@@ -1,0 +1,144 @@
+#include "TavrinSlot/FanWidget.h"
+#include "TavrinSlot/KeyboardLockWidget.h"
+#include "TavrinSlot/SystemWidget.h"
+
+#include "TavrinSlot/DockPanelPresenter.h"
+#include "TavrinSlot/DockTileRenderer.h"
+#include "TavrinStorage/StoragePath.h"
+#include "Tests/Storage/TemporaryFolder.h"
+#include "Tests/Support/FakePlatform.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QLabel>
+#include <gtest/gtest.h>
+
+namespace tavrin::test {
+namespace {
+
+struct Slot {
+  Slot() { platform.files.variables["TAVRIN_APP_SUPPORT_DIR"] = folder.path().string(); }
+  ~Slot() {
+    panel.setRootView(nullptr);
+    controller.reset();
+  }
+  template <class Controller> void show(DockWidget::Kind kind) {
+    auto store = this->store();
+    id = store.create("Mine", std::move(kind)).id;
+    controller = std::make_unique<Controller>(context, *store.widget(id));
+  }
+  WidgetStore store() {
+    return WidgetStore(StoragePath(platform.files, platform.bundle).widgetsFileURL());
+  }
+  QAbstractButton* button(const QString& title) {
+    for (auto* found : panel.rootView()->findChildren<QAbstractButton*>())
+      if (found->text() == title)
+        return found;
+    return nullptr;
+  }
+  bool says(const QString& words) {
+    for (auto* label : panel.rootView()->findChildren<QLabel*>())
+      if (label->text() == words && !label->isHidden())
+        return true;
+    return false;
+  }
+  static int overlays() {
+    int count = 0;
+    for (auto* window : QApplication::topLevelWidgets())
+      count += window->isVisible() && window->windowTitle() == "Tavrin Keyboard Lock" ? 1 : 0;
+    return count;
+  }
+
+  TemporaryFolder folder;
+  FakePlatform platform;
+  DockTileRenderer tile{platform.tile};
+  DockPanelPresenter panel{platform.fakePopover, platform.geometry};
+  SlotContext context{platform, tile, panel, [] {}};
+  UUID id;
+  std::unique_ptr<WidgetController> controller;
+};
+
+TEST(KeyboardLockWidgetController, CoversTheScreensWhileLocked) {
+  Slot slot;
+  slot.show<KeyboardLockWidgetController>(KeyboardLockSettings{});
+  EXPECT_EQ(slot.platform.tile.value, "Unlocked");
+  slot.controller->togglePanel();
+  EXPECT_TRUE(slot.says("Holds the keyboard and the trackpad while you clean them."));
+  slot.button("Lock")->click();
+  EXPECT_EQ(Slot::overlays(), 0) << "not before the system agrees";
+  slot.platform.blocker.callbacks.started(InputBlocker::Outcome::holding);
+  EXPECT_EQ(Slot::overlays(), static_cast<int>(QGuiApplication::screens().size()));
+  EXPECT_FALSE(slot.panel.isShown());
+  EXPECT_EQ(slot.platform.tile.value, "Locked");
+  slot.platform.loop.advance(121);
+  EXPECT_EQ(Slot::overlays(), 0);
+  EXPECT_EQ(slot.platform.tile.value, "Unlocked");
+}
+
+TEST(KeyboardLockWidgetController, ShowsWhyItWasRefused) {
+  Slot slot;
+  slot.show<KeyboardLockWidgetController>(KeyboardLockSettings{});
+  slot.controller->togglePanel();
+  slot.platform.blocker.screenLocked = true;
+  slot.button("Lock")->click();
+  EXPECT_TRUE(slot.says("The screen is locked, so the keyboard stays free."));
+  EXPECT_EQ(Slot::overlays(), 0);
+}
+
+TEST(KeyboardLockWidgetController, ALockEndsWithItsWidget) {
+  Slot slot;
+  slot.show<KeyboardLockWidgetController>(KeyboardLockSettings{});
+  slot.controller->togglePanel();
+  slot.button("Lock")->click();
+  slot.platform.blocker.callbacks.started(InputBlocker::Outcome::holding);
+  slot.panel.setRootView(nullptr);
+  slot.controller.reset();
+  EXPECT_FALSE(slot.platform.blocker.isHeld());
+  EXPECT_EQ(Slot::overlays(), 0);
+}
+
+TEST(FanWidgetController, SwitchesFromThePanel) {
+  Slot slot;
+  slot.platform.fakeSMC.addFans(2);
+  slot.show<FanWidgetController>(FanSettings{});
+  slot.platform.loop.runBackground();
+  slot.controller->togglePanel();
+  EXPECT_TRUE(slot.says("macOS decides how fast they turn."));
+  slot.button("Full speed")->click();
+  EXPECT_EQ(slot.platform.fans.asked, std::vector<bool>{true});
+  slot.platform.fans.answer();
+  EXPECT_TRUE(slot.says("The fans stay at their maximum."));
+}
+
+TEST(FanWidgetController, AMachineWithoutFansSaysSo) {
+  Slot slot;
+  slot.platform.fakeSMC.addFans(0);
+  slot.show<FanWidgetController>(FanSettings{});
+  slot.platform.loop.runBackground();
+  slot.controller->togglePanel();
+  EXPECT_TRUE(slot.says("This Mac has no fans."));
+}
+
+TEST(SystemWidgetController, OpensTheDesktopsSystemMonitor) {
+  Slot slot;
+  slot.show<SystemWidgetController>(ActivitySettings{});
+  slot.controller->togglePanel();
+  slot.button("Open Activity Monitor")->click();
+  EXPECT_EQ(slot.platform.fakeWorkspace.activityMonitors, 1);
+  EXPECT_FALSE(slot.says("No system monitor is installed."));
+  slot.platform.fakeWorkspace.hasActivityMonitor = false;
+  slot.button("Open Activity Monitor")->click();
+  EXPECT_TRUE(slot.says("No system monitor is installed."));
+}
+
+TEST(SystemWidgetController, TheBatteryPanelAsksTheDevicesAnew) {
+  Slot slot;
+  slot.show<SystemWidgetController>(BatterySettings{});
+  const int before = slot.platform.devices.refreshes;
+  slot.controller->togglePanel();
+  EXPECT_EQ(slot.platform.devices.refreshes, before + 1);
+  EXPECT_TRUE(slot.says("This computer has no battery."));
+}
+
+} // namespace
+} // namespace tavrin::test

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "TavrinPlatform/Platform.h"
+#include "TavrinWidgetsUI/SystemWidgetModel.h"
+
+namespace tavrin::test {
+
+inline SystemWidgetModel::Services servicesOf(Platform& platform) {
+  return {platform.clock(),          platform.runLoop(),      platform.workspace(),
+          platform.hostStatistics(), platform.powerSources(), platform.connectedDevices()};
+}
+
+} // namespace tavrin::test
