@@ -3,10 +3,12 @@
 #include "TavrinCore/Base/Log.h"
 #include "TavrinPlatform/Application.h"
 #include "TavrinPlatform/Clock.h"
+#include "TavrinPlatform/ColourSampler.h"
 #include "TavrinPlatform/DistributedNotificationCenter.h"
 #include "TavrinPlatform/DockGeometry.h"
 #include "TavrinPlatform/FileManager.h"
 #include "TavrinPlatform/MainBundle.h"
+#include "TavrinPlatform/Pasteboard.h"
 #include "TavrinPlatform/ProcessRunner.h"
 #include "TavrinPlatform/RunLoop.h"
 #include "TavrinPlatform/SoundPlayer.h"
@@ -39,6 +41,8 @@ public:
   virtual UserNotificationCenter& userNotifications() = 0;
   virtual SoundPlayer& sounds() = 0;
   virtual ProcessRunner& processes() = 0;
+  virtual Pasteboard& pasteboard() = 0;
+  virtual ColourSampler& colourSampler() = 0;
 };
 
 } // namespace tavrin

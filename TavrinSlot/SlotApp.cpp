@@ -2,6 +2,7 @@
 
 #include "TavrinCore/Widgets/DockSlot.h"
 #include "TavrinPlatform/DockTile.h"
+#include "TavrinSlot/ColourWidget.h"
 #include "TavrinSlot/NoteWidget.h"
 #include "TavrinSlot/PomodoroWidget.h"
 #include "TavrinSlot/SystemWidget.h"
@@ -146,6 +147,8 @@ std::unique_ptr<WidgetController> SlotApp::makeController(const DockWidget& widg
           return std::make_unique<PomodoroWidgetController>(context_, widget);
         else if constexpr (std::is_same_v<S, NoteSettings>)
           return std::make_unique<NoteWidgetController>(context_, widget);
+        else if constexpr (std::is_same_v<S, ColourPickerSettings>)
+          return std::make_unique<ColourWidgetController>(context_, widget);
         else
           return std::make_unique<UnavailableWidgetController>(context_, widget);
       },

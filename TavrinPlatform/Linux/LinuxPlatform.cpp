@@ -6,6 +6,7 @@
 #include "TavrinPlatform/Linux/CanberraPlayer.h"
 #include "TavrinPlatform/Linux/JSONUserDefaults.h"
 #include "TavrinPlatform/Linux/LinuxApplication.h"
+#include "TavrinPlatform/Linux/LinuxColourSampler.h"
 #include "TavrinPlatform/Linux/LinuxDockGeometry.h"
 #include "TavrinPlatform/Linux/LinuxDockTile.h"
 #include "TavrinPlatform/Linux/LinuxFileManager.h"
@@ -22,6 +23,7 @@
 #include "TavrinPlatform/Linux/ToolkitSetup.h"
 #include "TavrinPlatform/Linux/TraySurface.h"
 #include "TavrinPlatform/Linux/X11.h"
+#include "TavrinPlatform/Linux/X11Pasteboard.h"
 #include "TavrinStorage/StoragePath.h"
 
 #include <QApplication>
@@ -67,6 +69,8 @@ public:
   UserNotificationCenter& userNotifications() override;
   SoundPlayer& sounds() override;
   ProcessRunner& processes() override;
+  Pasteboard& pasteboard() override;
+  ColourSampler& colourSampler() override;
 
 private:
   std::string identifier() const { return bundle_.identifier().value_or("tavrin"); }
@@ -90,6 +94,8 @@ private:
   std::unique_ptr<LinuxNotificationCenter> userNotifications_;
   std::unique_ptr<CanberraPlayer> sounds_;
   std::unique_ptr<QtProcessRunner> processes_;
+  std::unique_ptr<X11Pasteboard> pasteboard_;
+  std::unique_ptr<LinuxColourSampler> colourSampler_;
   StripSurface* strip_ = nullptr;
   std::unique_ptr<LinuxDockTile> tile_;
   std::unique_ptr<AccessibilitySwitch> accessibility_;
@@ -154,6 +160,14 @@ SoundPlayer& LinuxPlatform::sounds() {
 
 ProcessRunner& LinuxPlatform::processes() {
   return lazily(processes_, [] { return std::make_unique<QtProcessRunner>(); });
+}
+
+Pasteboard& LinuxPlatform::pasteboard() {
+  return lazily(pasteboard_, [this] { return std::make_unique<X11Pasteboard>(*runLoop_); });
+}
+
+ColourSampler& LinuxPlatform::colourSampler() {
+  return lazily(colourSampler_, [this] { return std::make_unique<LinuxColourSampler>(bus_.get()); });
 }
 
 DockTile& LinuxPlatform::dockTile() {

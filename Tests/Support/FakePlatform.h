@@ -318,6 +318,62 @@ private:
   RunLoop& runLoop_;
 };
 
+class FakePasteboard final : public Pasteboard {
+public:
+  bool canObserve() const override { return observable; }
+  TokenPtr observe(const Limits& newLimits, Observer newObserver) override {
+    limits = newLimits;
+    observer = std::move(newObserver);
+    struct Observation final : Token {
+      explicit Observation(FakePasteboard& board) : board(board) {}
+      ~Observation() override { board.observer = {}; }
+      FakePasteboard& board;
+    };
+    return std::make_unique<Observation>(*this);
+  }
+  /// Tells the observer of the own change at once.
+  void write(std::vector<Format> formats) override {
+    written.push_back(std::move(formats));
+    ++changeCount;
+    if (observer.captured)
+      observer.captured({changeCount, {}, {}, true});
+  }
+  /// Somebody copies.
+  void copy(const std::vector<std::pair<std::string, std::string>>& formats) {
+    Capture capture{++changeCount, {}, {}, false};
+    for (const auto& [type, bytes] : formats) {
+      capture.types.push_back(type);
+      const bool isImage = type.starts_with("image/") && bytes.size() > limits.imageBytes;
+      capture.formats.push_back(
+          {type, isImage ? nullptr : std::make_shared<const Data>(Data::fromText(bytes)),
+           bytes.size()});
+    }
+    observer.changed(changeCount);
+    observer.captured(std::move(capture));
+  }
+  std::string writtenText() const {
+    return written.empty() ? "" : std::string(written.back().front().data->view());
+  }
+
+  bool observable = true;
+  Limits limits;
+  Observer observer;
+  std::int64_t changeCount = 0;
+  std::vector<std::vector<Format>> written;
+};
+
+/// Answers when the test says so.
+class FakeColourSampler final : public ColourSampler {
+public:
+  TokenPtr pick(std::function<void(const ColourSample&)> newDone) override {
+    done = std::move(newDone);
+    ++picks;
+    return std::make_unique<Token>();
+  }
+  std::function<void(const ColourSample&)> done;
+  int picks = 0;
+};
+
 /// Every service in memory; each records what was asked of it.
 class FakePlatform final : public Platform {
 public:
@@ -338,6 +394,8 @@ public:
   UserNotificationCenter& userNotifications() override { return notices; }
   SoundPlayer& sounds() override { return fakeSounds; }
   ProcessRunner& processes() override { return fakeProcesses; }
+  Pasteboard& pasteboard() override { return fakePasteboard; }
+  ColourSampler& colourSampler() override { return fakeSampler; }
 
   ManualClock fakeClock;
   ManualRunLoop loop;
@@ -354,6 +412,8 @@ public:
   FakeUserNotifications notices;
   FakeSounds fakeSounds;
   FakeProcesses fakeProcesses{loop};
+  FakePasteboard fakePasteboard;
+  FakeColourSampler fakeSampler;
 };
 
 } // namespace tavrin::test

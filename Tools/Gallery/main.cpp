@@ -23,6 +23,7 @@ constexpr NamedSheet sheets[] = {
     {"timers", timersGallery},
     {"simple", simpleGallery},
     {"simple-wide", simpleWideGallery},
+    {"colour", colourGallery},
 };
 
 struct NamedPanels {
@@ -33,6 +34,7 @@ struct NamedPanels {
 constexpr NamedPanels panelSheets[] = {
     {"simple-panels", simplePanels},
     {"timers-panels", timersPanels},
+    {"colour-panels", colourPanels},
 };
 
 constexpr double captionHeight = 16;
