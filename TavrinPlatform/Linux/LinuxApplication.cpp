@@ -7,10 +7,7 @@
 #include <algorithm>
 #include <csignal>
 #include <fcntl.h>
-#include <malloc.h>
-#include <pthread.h>
 #include <sys/eventfd.h>
-#include <sys/mman.h>
 #include <unistd.h>
 
 namespace tavrin {
@@ -19,7 +16,6 @@ namespace {
 
 constexpr const char* interface = "org.freedesktop.Application";
 constexpr double answerLimit = 1;
-constexpr int settledMilliseconds = 700;
 
 /// Written by the signal handler, which may do little else.
 int signalDescriptor = -1;
@@ -27,26 +23,6 @@ int signalDescriptor = -1;
 extern "C" void noteSignal(int) {
   const std::uint64_t one = 1;
   [[maybe_unused]] const auto written = ::write(signalDescriptor, &one, sizeof one);
-}
-
-/// Start-up leaves holes in the heap, and a stack deeper than it will ever be again; both would
-/// stay with the process for its life.
-void releaseStartUpMemory() {
-  malloc_trim(0);
-  pthread_attr_t attributes;
-  if (pthread_getattr_np(pthread_self(), &attributes) != 0)
-    return;
-  void* end = nullptr;
-  std::size_t size = 0;
-  pthread_attr_getstack(&attributes, &end, &size);
-  pthread_attr_destroy(&attributes);
-  constexpr std::uintptr_t page = 4096;
-  // What lies below this frame is dead; some of it stays for the calls to come.
-  const auto here = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
-  const auto lowest = reinterpret_cast<std::uintptr_t>(end);
-  const auto limit = (here - 4 * page) & ~(page - 1);
-  if (limit > lowest)
-    madvise(end, limit - lowest, MADV_DONTNEED);
 }
 
 std::vector<std::filesystem::path> localFiles(const std::vector<std::string>& addresses) {
@@ -148,7 +124,6 @@ int LinuxApplication::run() {
     for (const auto& request : std::exchange(early_, {}))
       request();
   });
-  QTimer::singleShot(settledMilliseconds, Qt::CoarseTimer, &context, releaseStartUpMemory);
   return QCoreApplication::exec();
 }
 

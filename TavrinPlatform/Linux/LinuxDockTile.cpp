@@ -68,6 +68,9 @@ void LinuxDockTile::setLabel(const std::string& name, const std::string& value) 
 }
 
 void LinuxDockTile::display(const QImage& image) {
+  constexpr unsigned many = 512;
+  if (++pictures_ % many == 0 && requests_.hasDrawnMuch)
+    requests_.hasDrawnMuch();
   for (const auto& surface : surfaces_)
     surface->display(image);
 }

@@ -15,6 +15,8 @@ public:
     std::function<bool(const std::vector<std::filesystem::path>&)> openFiles;
     /// Whether the press that began this click has just closed the panel.
     std::function<bool(Point)> hasJustClosedPanel;
+    /// Every few hundred pictures.
+    std::function<void()> hasDrawnMuch;
   };
   LinuxDockTile(std::vector<std::unique_ptr<TileSurface>> surfaces, Requests requests);
 
@@ -34,6 +36,7 @@ private:
 
   std::vector<std::unique_ptr<TileSurface>> surfaces_;
   Requests requests_;
+  unsigned pictures_ = 0;
   std::optional<Point> currentClick_;
   std::optional<Point> lastClick_;
 };

@@ -14,6 +14,7 @@
 #include "TavrinPlatform/Linux/LinuxNotificationCenter.h"
 #include "TavrinPlatform/Linux/LinuxSystemLog.h"
 #include "TavrinPlatform/Linux/LinuxWorkspace.h"
+#include "TavrinPlatform/Linux/MemoryRelease.h"
 #include "TavrinPlatform/Linux/PictureSurface.h"
 #include "TavrinPlatform/Linux/QtPanelPopover.h"
 #include "TavrinPlatform/Linux/QtProcessRunner.h"
@@ -52,7 +53,10 @@ public:
       application_->handOver();
     return isFirst;
   }
-  int run() { return application_->run(); }
+  int run() {
+    memory_.soon();
+    return application_->run();
+  }
 
   LogSink& log() override { return log_; }
   Clock& clock() override { return clock_; }
@@ -85,6 +89,7 @@ private:
   std::filesystem::path executable_;
   LinuxMainBundle bundle_;
   std::unique_ptr<QApplication> toolkit_;
+  MemoryRelease memory_;
   std::unique_ptr<QtRunLoop> runLoop_;
   std::unique_ptr<Bus> bus_;
   std::unique_ptr<LinuxApplication> application_;
@@ -196,6 +201,7 @@ PanelPopover& LinuxPlatform::popover() {
       if (application_->onResignActive)
         application_->onResignActive();
     };
+    environment.hasClosed = [this] { memory_.soon(); };
     return std::make_unique<QtPanelPopover>(std::move(environment));
   });
 }
@@ -213,6 +219,7 @@ std::unique_ptr<LinuxDockTile> LinuxPlatform::makeDockTile() {
   requests.hasJustClosedPanel = [this](Point place) {
     return popover_ && popover_->hasJustBeenClosedAt(place);
   };
+  requests.hasDrawnMuch = [this] { memory_.soon(); };
   return std::make_unique<LinuxDockTile>(std::move(surfaces), std::move(requests));
 }
 

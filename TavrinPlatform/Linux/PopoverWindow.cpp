@@ -6,6 +6,7 @@
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QPainter>
+#include <QScreen>
 
 namespace tavrin {
 
@@ -14,6 +15,14 @@ namespace {
 constexpr int shadowReach = 18;
 constexpr double shadowDrop = 4;
 constexpr int shadowAlpha = 7;
+
+/// Room for the shadow, as far as the screen reaches: a window manager moves a window that stands
+/// beyond the edge, and the panel would jump.
+QRect withShadow(const QRect& panel) {
+  const QRect frame = panel.adjusted(-shadowReach, -shadowReach, shadowReach, shadowReach);
+  const QScreen* screen = QGuiApplication::screenAt(panel.center());
+  return screen == nullptr ? frame : (frame & screen->geometry()) | panel;
+}
 
 bool isOnWayland() {
   return QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
@@ -63,8 +72,8 @@ void PopoverWindow::arrange(const PopoverLayout& layout) {
     return;
   }
   const bool isComposited = x11::connection() == nullptr || x11::hasCompositor();
-  const int margin = isComposited ? shadowReach : 0;
-  const QRect frame = layout.frame().toAlignedRect().adjusted(-margin, -margin, margin, margin);
+  const QRect frame = isComposited ? withShadow(layout.frame().toAlignedRect())
+                                   : layout.frame().toAlignedRect();
   outline_ = layout.outline().translated(-frame.topLeft());
   home_ = frame.topLeft();
   hasShadow_ = isComposited;

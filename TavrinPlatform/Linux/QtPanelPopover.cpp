@@ -216,6 +216,8 @@ void QtPanelPopover::close() {
   }
   if (onClose)
     onClose();
+  if (environment_.hasClosed)
+    environment_.hasClosed();
 }
 
 void QtPanelPopover::disappear() {

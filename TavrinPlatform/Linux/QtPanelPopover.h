@@ -22,6 +22,7 @@ public:
     std::function<bool()> prefersDarkAppearance;
     /// The user is going elsewhere; told before the popover closes for it.
     std::function<void()> resignedActive;
+    std::function<void()> hasClosed;
   };
   explicit QtPanelPopover(Environment environment);
   ~QtPanelPopover() override;

@@ -48,7 +48,7 @@ void StripSurface::setLabel(const std::string& name, const std::string& value) {
 }
 
 void StripSurface::display(const QImage& image) {
-  window_.setPicture(image);
+  window_.setPicture(image, format_.scale);
   if (!std::exchange(hasPicture_, true))
     arrange();
 }

@@ -88,9 +88,8 @@ void StripWindow::moveTo(const QRect& frame) {
     show();
 }
 
-void StripWindow::setPicture(const QImage& image) {
-  const bool isSame =
-      picture_.size() == image.size() && picture_.devicePixelRatio() == image.devicePixelRatio();
+void StripWindow::setPicture(const QImage& image, double scale) {
+  const bool isSame = picture_.size() == image.size();
   const QImage::Format format = QImage::Format_ARGB32_Premultiplied;
   if (isSame && image.format() == format && picture_.isDetached()) {
     for (int y = 0; y < image.height(); ++y)
@@ -100,6 +99,7 @@ void StripWindow::setPicture(const QImage& image) {
     picture_ = image.convertToFormat(format);
     picture_.detach();
   }
+  picture_.setDevicePixelRatio(scale);
   updateOutline();
   update();
 }

@@ -20,7 +20,7 @@ public:
   ~StripWindow() override;
 
   void moveTo(const QRect& frame);
-  void setPicture(const QImage& image);
+  void setPicture(const QImage& image, double scale);
   void setLabel(const QString& name, const QString& value);
   /// Hops a few times and then wears a ring, until it is taken back.
   void setAttention(bool isWanted, bool mayMove);

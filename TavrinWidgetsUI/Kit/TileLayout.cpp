@@ -213,8 +213,11 @@ AnyView actionButton(const TileAction& action, const WideTileContent& content,
   const double side = size.actionSide();
   const QColor quiet = mix(content.ground, palette::figure(content.ground), 0.16);
   const QColor disc = action.isProminent ? content.tint : quiet;
-  const QColor ink =
-      withContrast(action.isProminent ? palette::white : palette::figure(quiet), disc, 3);
+  // A mark is white where that can be told from the disc, else as dark as the tile: no grey between.
+  const bool isWhite = contrast(palette::white, disc) >= 2.4;
+  const QColor ink = !action.isProminent ? palette::figure(quiet)
+                     : isWhite           ? palette::white
+                                         : palette::ground;
   return zstack({circle().fill(disc), symbol(action.symbol).colour(ink).size(side * 0.5)})
       .frame(side, side)
       .cached()

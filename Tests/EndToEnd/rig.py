@@ -128,7 +128,7 @@ class Desk:
 
     def _start_display(self, size):
         self.server, number = self._printed_value(
-            ["Xvfb", "-screen", "0", size, "-nolisten", "tcp"], "-displayfd")
+            ["Xvfb", "-screen", "0", size, "-noreset", "-nolisten", "tcp"], "-displayfd")
         self.env["DISPLAY"] = ":" + number
 
     def start_window_manager(self):

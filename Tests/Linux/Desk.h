@@ -76,7 +76,9 @@ public:
     read();
     return output_;
   }
-  bool ends() { return process_.waitForFinished(patience); }
+  bool ends() {
+    return process_.state() == QProcess::NotRunning || process_.waitForFinished(patience);
+  }
   int exitCode() const { return process_.exitCode(); }
   bool exitedByItself() const { return process_.exitStatus() == QProcess::NormalExit; }
   void terminate() { process_.terminate(); }

@@ -1,10 +1,11 @@
+#include "Tests/Support/PinnedEnvironment.h"
+
 #include <QApplication>
 #include <gmock/gmock.h>
 
-// Widgets need an application; with "offscreen" none of it comes to a screen.
+// Widgets need an application.
 int main(int argc, char** argv) {
-  if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+  tavrin::test::pinEnvironment();
   testing::InitGoogleMock(&argc, argv);
   QApplication application(argc, argv);
   return RUN_ALL_TESTS();

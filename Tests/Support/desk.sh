@@ -44,7 +44,7 @@ checked() { xprop -root _NET_SUPPORTING_WM_CHECK | grep -q 0x && xprop -root _NE
 managed() { xprop -root _NET_CLIENT_LIST | grep -q 'window id'; }
 
 if has x; then
-  Xvfb -displayfd 3 -screen 0 "${DESK_SCREEN:-1280x800x24}" -nolisten tcp 3>"$DESK/display" >/dev/null 2>&1 &
+  Xvfb -displayfd 3 -screen 0 "${DESK_SCREEN:-1280x800x24}" -noreset -nolisten tcp 3>"$DESK/display" >/dev/null 2>&1 &
   started+=($!)
   await test -s "$DESK/display"
   export DISPLAY=:$(cat "$DESK/display")

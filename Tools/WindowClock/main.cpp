@@ -1,0 +1,156 @@
+// Tells how long a window takes to stand on the screen, as an X client beside it sees it.
+//
+//   window-clock launch PROGRAM [ARGUMENT]...   from the start of a program to its first window
+//   window-clock click X Y [TIMES]              from a press of the first button to a new window;
+//                                               a second click closes it before the next round
+//
+// Prints milliseconds, a line a round: until the window is mapped, and until something has been
+// painted into it. A launched program is ended.
+#include <chrono>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <optional>
+#include <poll.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <xcb/damage.h>
+#include <xcb/xtest.h>
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+struct Times {
+  double mapped = 0;
+  double painted = 0;
+};
+
+double millisecondsSince(Clock::time_point start) {
+  return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
+}
+
+class Watcher {
+public:
+  Watcher() : connection_(xcb_connect(nullptr, nullptr)) {
+    if (xcb_connection_has_error(connection_) != 0) {
+      std::fputs("window-clock: there is no X server\n", stderr);
+      std::exit(1);
+    }
+    root_ = xcb_setup_roots_iterator(xcb_get_setup(connection_)).data->root;
+    const std::uint32_t mask = XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
+    xcb_change_window_attributes(connection_, root_, XCB_CW_EVENT_MASK, &mask);
+    const auto* extension = xcb_get_extension_data(connection_, &xcb_damage_id);
+    damageEvent_ = extension->first_event;
+    std::free(xcb_damage_query_version_reply(
+        connection_, xcb_damage_query_version(connection_, 1, 1), nullptr));
+  }
+  ~Watcher() { xcb_disconnect(connection_); }
+  Watcher(const Watcher&) = delete;
+  Watcher& operator=(const Watcher&) = delete;
+
+  void click(int x, int y) {
+    xcb_test_fake_input(connection_, XCB_MOTION_NOTIFY, 0, 0, root_, static_cast<std::int16_t>(x),
+                        static_cast<std::int16_t>(y), 0);
+    xcb_test_fake_input(connection_, XCB_BUTTON_PRESS, 1, 0, root_, 0, 0, 0);
+    xcb_test_fake_input(connection_, XCB_BUTTON_RELEASE, 1, 0, root_, 0, 0, 0);
+    xcb_flush(connection_);
+  }
+
+  /// The next new window that is mapped and painted; none within five seconds.
+  std::optional<Times> nextWindow(Clock::time_point start) {
+    Times times;
+    xcb_window_t window = 0;
+    while (millisecondsSince(start) < 5000) {
+      auto* event = nextEvent();
+      if (event == nullptr)
+        continue;
+      const int type = event->response_type & 0x7F;
+      if (type == XCB_MAP_NOTIFY && window == 0) {
+        window = reinterpret_cast<xcb_map_notify_event_t*>(event)->window;
+        times.mapped = millisecondsSince(start);
+        xcb_damage_create(connection_, xcb_generate_id(connection_), window,
+                          XCB_DAMAGE_REPORT_LEVEL_NON_EMPTY);
+        xcb_flush(connection_);
+      } else if (type == damageEvent_ && window != 0) {
+        times.painted = millisecondsSince(start);
+        std::free(event);
+        return times;
+      }
+      std::free(event);
+    }
+    return std::nullopt;
+  }
+
+  /// Lets what is on its way arrive and be forgotten.
+  void settle(int milliseconds) {
+    const auto start = Clock::now();
+    while (millisecondsSince(start) < milliseconds)
+      std::free(nextEvent());
+  }
+
+private:
+  xcb_generic_event_t* nextEvent() {
+    if (auto* event = xcb_poll_for_event(connection_))
+      return event;
+    pollfd descriptor{xcb_get_file_descriptor(connection_), POLLIN, 0};
+    poll(&descriptor, 1, 10);
+    return xcb_poll_for_event(connection_);
+  }
+
+  xcb_connection_t* connection_;
+  xcb_window_t root_ = 0;
+  int damageEvent_ = 0;
+};
+
+int report(const std::optional<Times>& times) {
+  if (!times) {
+    std::fputs("window-clock: no window came\n", stderr);
+    return 1;
+  }
+  std::printf("%.1f %.1f\n", times->mapped, times->painted);
+  std::fflush(stdout);
+  return 0;
+}
+
+int launch(char** command) {
+  Watcher watcher;
+  watcher.settle(50);
+  const auto start = Clock::now();
+  const pid_t process = fork();
+  if (process == 0) {
+    execvp(command[0], command);
+    _exit(127);
+  }
+  const int status = report(watcher.nextWindow(start));
+  kill(process, SIGTERM);
+  waitpid(process, nullptr, 0);
+  return status;
+}
+
+int clicks(int x, int y, int times) {
+  Watcher watcher;
+  for (int round = 0; round < times; ++round) {
+    watcher.settle(50);
+    const auto start = Clock::now();
+    watcher.click(x, y);
+    if (report(watcher.nextWindow(start)) != 0)
+      return 1;
+    watcher.settle(350);
+    watcher.click(x, y);
+    watcher.settle(350);
+  }
+  return 0;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+  if (argc >= 3 && std::strcmp(argv[1], "launch") == 0)
+    return launch(argv + 2);
+  if (argc >= 4 && std::strcmp(argv[1], "click") == 0)
+    return clicks(std::atoi(argv[2]), std::atoi(argv[3]), argc > 4 ? std::atoi(argv[4]) : 1);
+  std::fputs("usage: window-clock launch PROGRAM... | click X Y [TIMES]\n", stderr);
+  return 2;
+}
