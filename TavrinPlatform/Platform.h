@@ -7,6 +7,7 @@
 #include "TavrinPlatform/DistributedNotificationCenter.h"
 #include "TavrinPlatform/DockGeometry.h"
 #include "TavrinPlatform/FileManager.h"
+#include "TavrinPlatform/Keychain.h"
 #include "TavrinPlatform/MainBundle.h"
 #include "TavrinPlatform/Pasteboard.h"
 #include "TavrinPlatform/ProcessRunner.h"
@@ -43,6 +44,7 @@ public:
   virtual ProcessRunner& processes() = 0;
   virtual Pasteboard& pasteboard() = 0;
   virtual ColourSampler& colourSampler() = 0;
+  virtual Keychain& keychain() = 0;
 };
 
 } // namespace tavrin

@@ -2,6 +2,7 @@
 
 #include "TavrinCore/Widgets/DockSlot.h"
 #include "TavrinPlatform/DockTile.h"
+#include "TavrinSlot/ClipboardWidget.h"
 #include "TavrinSlot/ColourWidget.h"
 #include "TavrinSlot/NoteWidget.h"
 #include "TavrinSlot/PomodoroWidget.h"
@@ -26,9 +27,8 @@ inline constexpr bool isSystemKind =
     std::is_same_v<S, PetSettings> || std::is_same_v<S, StopwatchSettings>;
 
 bool isSystem(const DockWidget::Kind& kind) {
-  return std::visit(
-      []<class S>(const S&) { return isSystemKind<S>; },
-      static_cast<const DockWidget::KindVariant&>(kind));
+  return std::visit([]<class S>(const S&) { return isSystemKind<S>; },
+                    static_cast<const DockWidget::KindVariant&>(kind));
 }
 
 /// The first widget of each slot, in slot order: the tiles as they stand side by side.
@@ -53,8 +53,8 @@ SlotApp::SlotApp(Platform& platform)
     : platform_(platform), log_(platform.log(), "slot"),
       slot_(static_cast<int>(std::clamp(platform.mainBundle().integer("TavrinSlot").value_or(0),
                                         -1L, DockSlot::count + 1L))),
-      panel_(platform.popover(), platform.dockGeometry()), tile_(platform.dockTile()),
-      context_{platform, tile_, panel_, [this] { editWidget(); }} {
+      panel_(platform.popover(), platform.dockGeometry()),
+      tile_(platform.dockTile()), context_{platform, tile_, panel_, [this] { editWidget(); }} {
   tile_.onFormatChange = [this] {
     if (controller_)
       controller_->update(*widget_);
@@ -84,7 +84,9 @@ bool SlotApp::applicationShouldHandleReopen(bool) {
   return false;
 }
 
-void SlotApp::applicationDidResignActive() { panel_.closeIfShown(); }
+void SlotApp::applicationDidResignActive() {
+  panel_.closeIfShown();
+}
 
 bool SlotApp::applicationOpenFiles(const std::vector<std::filesystem::path>&) {
   return false; // no kind of this build takes files
@@ -147,6 +149,8 @@ std::unique_ptr<WidgetController> SlotApp::makeController(const DockWidget& widg
           return std::make_unique<PomodoroWidgetController>(context_, widget);
         else if constexpr (std::is_same_v<S, NoteSettings>)
           return std::make_unique<NoteWidgetController>(context_, widget);
+        else if constexpr (std::is_same_v<S, ClipboardSettings>)
+          return std::make_unique<ClipboardWidgetController>(context_, widget);
         else if constexpr (std::is_same_v<S, ColourPickerSettings>)
           return std::make_unique<ColourWidgetController>(context_, widget);
         else
@@ -166,8 +170,7 @@ void SlotApp::editWidget() {
   if (!widget_)
     return;
   panel_.closeIfShown();
-  platform_.notifications().post(std::string(DockSlot::editWidgetNotification),
-                                 widget_->id.text());
+  platform_.notifications().post(std::string(DockSlot::editWidgetNotification), widget_->id.text());
 }
 
 } // namespace tavrin

@@ -15,12 +15,13 @@ QString utf8(std::string_view text) {
 }
 
 AnyView emptyIcon(const TileSize& size) {
-  return tile(TileContent{.mark = symbol("eyedropper").colour(
-                              withContrast(colourPickerTint, palette::ground)),
-                          .markRatio = 0.5,
-                          .label = "Colour Picker",
-                          .value = "No colours yet"},
-              size);
+  return tile(
+      TileContent{.mark =
+                      symbol("eyedropper").colour(withContrast(colourPickerTint, palette::ground)),
+                  .markRatio = 0.5,
+                  .label = "Colour Picker",
+                  .value = "No colours yet"},
+      size);
 }
 
 /// The colours before the newest, side by side, filling the width.
@@ -66,8 +67,8 @@ AnyView colourTileIcon(const ColourHistory& history, const ColourPickerSettings&
                            .background(rectangle().fill(colourOf(newest)));
   const AnyView inner =
       hasStrip ? AnyView(vstack({card, strip(history).height(body * stripShare)})) : card;
-  return tile(colourOf(newest),
-              zstack({inner, superellipse(size.bodyRadius()).stroke(edge, 1)}), size)
+  return tile(colourOf(newest), zstack({inner, superellipse(size.bodyRadius()).stroke(edge, 1)}),
+              size)
       .accessibility("Colour Picker", colourText(newest, settings.format));
 }
 
@@ -86,9 +87,18 @@ AnyView colourWideTile(const ColourHistory& history, const ColourPickerSettings&
     const PickedColour& newest = history.colours.front();
     content.mark = zstack({roundedRectangle(size.body() * 0.12).fill(colourOf(newest)),
                            roundedRectangle(size.body() * 0.12).stroke(edge, 1)});
-    content.caption = utf8(title(settings.format));
-    content.figure = colourText(newest, settings.format);
-    content.widestFigure = content.figure;
+    const QString value = colourText(newest, settings.format);
+    content.value = value;
+    // Some notations are longer than any tile: they are cut, which a figure never is.
+    content.middle = vstack({text(utf8(title(settings.format)))
+                                 .size(std::max(size.body() * 0.16, minimumTypeSize))
+                                 .weight(FontWeight::medium)
+                                 .colour(palette::caption()),
+                             text(value)
+                                 .size(std::max(size.body() * 0.24, minimumTypeSize))
+                                 .weight(FontWeight::semibold)
+                                 .colour(palette::figure())})
+                         .align(Alignment::leading);
   }
   content.actions.push_back({{"pick", pick}, "eyedropper", "Pick a colour", true});
   if (!isEmpty && size.span > 2)

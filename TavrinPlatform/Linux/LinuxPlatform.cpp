@@ -19,6 +19,7 @@
 #include "TavrinPlatform/Linux/QtPanelPopover.h"
 #include "TavrinPlatform/Linux/QtProcessRunner.h"
 #include "TavrinPlatform/Linux/QtRunLoop.h"
+#include "TavrinPlatform/Linux/SecretServiceKeychain.h"
 #include "TavrinPlatform/Linux/StripSurface.h"
 #include "TavrinPlatform/Linux/TileAccessibility.h"
 #include "TavrinPlatform/Linux/ToolkitSetup.h"
@@ -75,6 +76,7 @@ public:
   ProcessRunner& processes() override;
   Pasteboard& pasteboard() override;
   ColourSampler& colourSampler() override;
+  Keychain& keychain() override { return keychain_; }
 
 private:
   std::string identifier() const { return bundle_.identifier().value_or("tavrin"); }
@@ -101,6 +103,7 @@ private:
   std::unique_ptr<QtProcessRunner> processes_;
   std::unique_ptr<X11Pasteboard> pasteboard_;
   std::unique_ptr<LinuxColourSampler> colourSampler_;
+  SecretServiceKeychain keychain_;
   StripSurface* strip_ = nullptr;
   std::unique_ptr<LinuxDockTile> tile_;
   std::unique_ptr<AccessibilitySwitch> accessibility_;
@@ -172,7 +175,8 @@ Pasteboard& LinuxPlatform::pasteboard() {
 }
 
 ColourSampler& LinuxPlatform::colourSampler() {
-  return lazily(colourSampler_, [this] { return std::make_unique<LinuxColourSampler>(bus_.get()); });
+  return lazily(colourSampler_,
+                [this] { return std::make_unique<LinuxColourSampler>(bus_.get()); });
 }
 
 DockTile& LinuxPlatform::dockTile() {

@@ -362,6 +362,28 @@ public:
   std::vector<std::vector<Format>> written;
 };
 
+class FakeKeychain final : public Keychain {
+public:
+  std::optional<Data> find(const std::string& service, const std::string& account) override {
+    refuse();
+    const auto found = secrets.find(service + " " + account);
+    return found == secrets.end() ? std::nullopt : std::optional(found->second);
+  }
+  void add(const std::string& service, const std::string& account, const Data& secret) override {
+    refuse();
+    secrets[service + " " + account] = secret;
+  }
+  std::map<std::string, Data> secrets;
+  /// Not 0: every call fails with it.
+  int status = 0;
+
+private:
+  void refuse() const {
+    if (status != 0)
+      throw KeychainError(status);
+  }
+};
+
 /// Answers when the test says so.
 class FakeColourSampler final : public ColourSampler {
 public:
@@ -396,6 +418,7 @@ public:
   ProcessRunner& processes() override { return fakeProcesses; }
   Pasteboard& pasteboard() override { return fakePasteboard; }
   ColourSampler& colourSampler() override { return fakeSampler; }
+  Keychain& keychain() override { return fakeKeychain; }
 
   ManualClock fakeClock;
   ManualRunLoop loop;
@@ -414,6 +437,7 @@ public:
   FakeProcesses fakeProcesses{loop};
   FakePasteboard fakePasteboard;
   FakeColourSampler fakeSampler;
+  FakeKeychain fakeKeychain;
 };
 
 } // namespace tavrin::test

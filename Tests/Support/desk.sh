@@ -1,6 +1,6 @@
 #!/bin/bash
 # Runs a command on a desk of its own: an empty home, a session bus, and what else is asked for.
-#   desk.sh [bus] [x] [wm] [compositor] [tray] [notifications] [systemd] -- COMMAND...
+#   desk.sh [bus] [x] [wm] [compositor] [tray] [notifications] [systemd] [keyring] -- COMMAND...
 # Nothing of it is left when the command ends. Its exit status is the command's.
 set -u
 parts=" "
@@ -43,6 +43,11 @@ owned() { gdbus call --session -d org.freedesktop.DBus -o /org/freedesktop/DBus 
 checked() { xprop -root _NET_SUPPORTING_WM_CHECK | grep -q 0x && xprop -root _NET_WORKAREA | grep -q =; }
 managed() { xprop -root _NET_CLIENT_LIST | grep -q 'window id'; }
 
+# Before there is a display: a keyring on one asks for its password in a window.
+if has keyring; then
+  printf test | gnome-keyring-daemon --unlock --components=secrets >/dev/null 2>&1
+  await owned org.freedesktop.secrets
+fi
 if has x; then
   Xvfb -displayfd 3 -screen 0 "${DESK_SCREEN:-1280x800x24}" -noreset -nolisten tcp 3>"$DESK/display" >/dev/null 2>&1 &
   started+=($!)

@@ -30,6 +30,8 @@ GallerySheet kitGallery();
 GallerySheet timersGallery();
 GallerySheet simpleGallery();
 GallerySheet simpleWideGallery();
+GallerySheet clipboardGallery();
+GalleryPanels clipboardPanels();
 GallerySheet colourGallery();
 GalleryPanels colourPanels();
 GalleryPanels simplePanels();

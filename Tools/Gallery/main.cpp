@@ -19,11 +19,9 @@ struct NamedSheet {
 };
 
 constexpr NamedSheet sheets[] = {
-    {"kit", kitGallery},
-    {"timers", timersGallery},
-    {"simple", simpleGallery},
-    {"simple-wide", simpleWideGallery},
-    {"colour", colourGallery},
+    {"kit", kitGallery},       {"timers", timersGallery},
+    {"simple", simpleGallery}, {"simple-wide", simpleWideGallery},
+    {"colour", colourGallery}, {"clipboard", clipboardGallery},
 };
 
 struct NamedPanels {
@@ -35,6 +33,7 @@ constexpr NamedPanels panelSheets[] = {
     {"simple-panels", simplePanels},
     {"timers-panels", timersPanels},
     {"colour-panels", colourPanels},
+    {"clipboard-panels", clipboardPanels},
 };
 
 constexpr double captionHeight = 16;
