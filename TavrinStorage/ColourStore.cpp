@@ -31,15 +31,15 @@ template <class Change> void ColourStore::change(const Change& change) {
   notifications_.post(changedNotification);
 }
 
-void ColourStore::add(const PickedColour& colour, int limit) {
+void ColourStore::add(PickedColour colour, int limit) {
   change([&](ColourHistory& history) { history.add(colour, limit); });
 }
 
-void ColourStore::togglePin(const UUID& id, int limit) {
+void ColourStore::togglePin(UUID id, int limit) {
   change([&](ColourHistory& history) { history.togglePin(id, limit); });
 }
 
-void ColourStore::remove(const UUID& id) {
+void ColourStore::remove(UUID id) {
   change([&](ColourHistory& history) { history.remove(id); });
 }
 

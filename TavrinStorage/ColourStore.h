@@ -23,9 +23,10 @@ public:
   /// A file that is not there reads as an empty history.
   void reload();
 
-  void add(const PickedColour& colour, int limit);
-  void togglePin(const UUID& id, int limit);
-  void remove(const UUID& id);
+  void add(PickedColour colour, int limit);
+  /// By value: the history that the id may be taken from is read anew first.
+  void togglePin(UUID id, int limit);
+  void remove(UUID id);
   void clearUnpinned();
 
 private:

@@ -10,10 +10,6 @@ constexpr double stripShare = 0.22;
 /// A colour as dark as the desktop or as light as the paper would lose its edge.
 constexpr QColor edge{128, 128, 128, 90};
 
-QString utf8(std::string_view text) {
-  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
-
 AnyView emptyIcon(const TileSize& size) {
   return tile(
       TileContent{.mark =
@@ -85,20 +81,14 @@ AnyView colourWideTile(const ColourHistory& history, const ColourPickerSettings&
     content.figure = "Pick one";
   } else {
     const PickedColour& newest = history.colours.front();
-    content.mark = zstack({roundedRectangle(size.body() * 0.12).fill(colourOf(newest)),
-                           roundedRectangle(size.body() * 0.12).stroke(edge, 1)});
-    const QString value = colourText(newest, settings.format);
-    content.value = value;
-    // Some notations are longer than any tile: they are cut, which a figure never is.
-    content.middle = vstack({text(utf8(title(settings.format)))
-                                 .size(std::max(size.body() * 0.16, minimumTypeSize))
-                                 .weight(FontWeight::medium)
-                                 .colour(palette::caption()),
-                             text(value)
-                                 .size(std::max(size.body() * 0.24, minimumTypeSize))
-                                 .weight(FontWeight::semibold)
-                                 .colour(palette::figure())})
-                         .align(Alignment::leading);
+    // The tile is the colour; the shortest notation is the figure, which is never cut.
+    content.ground = colourOf(newest);
+    content.tint = swatchInk(newest);
+    content.figure = colourText(newest, ColourFormat::hex);
+    content.widestFigure = content.figure;
+    content.caption = settings.format == ColourFormat::hex ? QStringLiteral("Picked last")
+                                                           : colourText(newest, settings.format);
+    content.value = colourText(newest, settings.format);
   }
   content.actions.push_back({{"pick", pick}, "eyedropper", "Pick a colour", true});
   if (!isEmpty && size.span > 2)

@@ -1,6 +1,7 @@
 #include "TavrinPlatform/Linux/SelectionConnection.h"
 
 #include <algorithm>
+#include <cstring>
 #include <xcb/xfixes.h>
 
 namespace tavrin {
@@ -9,6 +10,31 @@ namespace {
 
 constexpr std::size_t largestChunk = 256 * 1024;
 
+constexpr const char* knownAtoms[] = {"CLIPBOARD",
+                                      "TARGETS",
+                                      "TIMESTAMP",
+                                      "MULTIPLE",
+                                      "INCR",
+                                      "UTF8_STRING",
+                                      "STRING",
+                                      "TEXT",
+                                      "text/plain",
+                                      "text/plain;charset=utf-8",
+                                      "text/html",
+                                      "text/uri-list",
+                                      "image/png",
+                                      "image/tiff",
+                                      "x-kde-passwordManagerHint",
+                                      "TAVRIN_CLOCK",
+                                      "TAVRIN_SELECTION_0",
+                                      "TAVRIN_SELECTION_1",
+                                      "TAVRIN_SELECTION_2",
+                                      "TAVRIN_SELECTION_3",
+                                      "TAVRIN_SELECTION_4",
+                                      "TAVRIN_SELECTION_5",
+                                      "TAVRIN_SELECTION_6",
+                                      "TAVRIN_SELECTION_7"};
+
 } // namespace
 
 SelectionConnection::SelectionConnection() : x_(xcb_connect(nullptr, nullptr)) {
@@ -16,6 +42,7 @@ SelectionConnection::SelectionConnection() : x_(xcb_connect(nullptr, nullptr)) {
     return;
   root_ = xcb_setup_roots_iterator(xcb_get_setup(x_.get())).data->root;
   window_ = makeWindow();
+  learnAtoms();
   watch();
   flush();
 }
@@ -30,6 +57,20 @@ xcb_window_t SelectionConnection::makeWindow() const {
   xcb_create_window(x_.get(), 0, window, root_, -1, -1, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY,
                     XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK, &events);
   return window;
+}
+
+/// All in one round trip: between two quick copies there is no time for one each.
+void SelectionConnection::learnAtoms() {
+  std::vector<std::pair<const char*, xcb_intern_atom_cookie_t>> asked;
+  for (const char* name : knownAtoms)
+    asked.emplace_back(
+        name, xcb_intern_atom(x_.get(), 0, static_cast<std::uint16_t>(std::strlen(name)), name));
+  for (const auto& [name, cookie] : asked)
+    if (const ReplyPtr<xcb_intern_atom_reply_t> reply{
+            xcb_intern_atom_reply(x_.get(), cookie, nullptr)}) {
+      atoms_.emplace(name, reply->atom);
+      names_.emplace(reply->atom, name);
+    }
 }
 
 void SelectionConnection::watch() {
@@ -68,9 +109,9 @@ std::vector<std::string> SelectionConnection::names(const std::vector<xcb_atom_t
     const ReplyPtr<xcb_get_atom_name_reply_t> reply(
         xcb_get_atom_name_reply(x_.get(), cookie, nullptr));
     if (reply)
-      names_.emplace(atom,
-                     std::string(xcb_get_atom_name_name(reply.get()),
-                                 static_cast<std::size_t>(xcb_get_atom_name_name_length(reply.get()))));
+      names_.emplace(
+          atom, std::string(xcb_get_atom_name_name(reply.get()),
+                            static_cast<std::size_t>(xcb_get_atom_name_name_length(reply.get()))));
   }
   std::vector<std::string> found;
   for (const xcb_atom_t atom : atoms)

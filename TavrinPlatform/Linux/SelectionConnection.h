@@ -42,6 +42,7 @@ private:
   struct Disconnect {
     void operator()(xcb_connection_t* x) const { xcb_disconnect(x); }
   };
+  void learnAtoms();
   void watch();
 
   std::unique_ptr<xcb_connection_t, Disconnect> x_;

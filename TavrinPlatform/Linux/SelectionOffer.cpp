@@ -36,8 +36,8 @@ void SelectionOffer::handle(const xcb_property_notify_event_t& event) {
     isWaiting_ = false;
     formats_ = std::move(waiting_);
     since_ = event.time;
-    xcb_set_selection_owner(connection_.get(), connection_.window(),
-                            connection_.atom("CLIPBOARD"), since_);
+    xcb_set_selection_owner(connection_.get(), connection_.window(), connection_.atom("CLIPBOARD"),
+                            since_);
     connection_.flush();
     return;
   }
@@ -69,9 +69,9 @@ void SelectionOffer::handle(const xcb_selection_request_event_t& event) {
   // Programs of old leave the property to the owner.
   const xcb_atom_t property = event.property == XCB_ATOM_NONE ? event.target : event.property;
   const bool isKnown = event.selection == connection_.atom("CLIPBOARD") && !formats_.empty();
-  if (isKnown && (event.target == connection_.atom("MULTIPLE")
-                      ? putMultiple(event.requestor, property)
-                      : put(event.requestor, event.target, property)))
+  if (isKnown &&
+      (event.target == connection_.atom("MULTIPLE") ? putMultiple(event.requestor, property)
+                                                    : put(event.requestor, event.target, property)))
     answer.property = property;
   xcb_send_event(connection_.get(), 0, event.requestor, XCB_EVENT_MASK_NO_EVENT,
                  reinterpret_cast<const char*>(&answer));
@@ -117,8 +117,7 @@ bool SelectionOffer::put(xcb_window_t window, xcb_atom_t target, xcb_atom_t prop
   if (!data)
     return false;
   const bool isAnyText = target == connection_.atom("TEXT");
-  putBytes(window, property, isAnyText ? connection_.atom("UTF8_STRING") : target,
-           std::move(data));
+  putBytes(window, property, isAnyText ? connection_.atom("UTF8_STRING") : target, std::move(data));
   return true;
 }
 
@@ -155,17 +154,15 @@ void SelectionOffer::putBytes(xcb_window_t window, xcb_atom_t property, xcb_atom
   const std::uint32_t size = count(data->bytes.size());
   xcb_change_property(connection_.get(), XCB_PROP_MODE_REPLACE, window, property,
                       connection_.atom("INCR"), 32, 1, &size);
-  transfers_.push_back({window, property, type, std::move(data), 0,
-                        std::chrono::steady_clock::now() + patience});
+  transfers_.push_back(
+      {window, property, type, std::move(data), 0, std::chrono::steady_clock::now() + patience});
 }
 
 void SelectionOffer::sendPiece(Transfer& transfer) {
   const auto& bytes = transfer.data->bytes;
-  const std::size_t length =
-      std::min(connection_.longestChunk(), bytes.size() - transfer.sent);
-  xcb_change_property(connection_.get(), XCB_PROP_MODE_REPLACE, transfer.window,
-                      transfer.property, transfer.type, 8, count(length),
-                      bytes.data() + transfer.sent);
+  const std::size_t length = std::min(connection_.longestChunk(), bytes.size() - transfer.sent);
+  xcb_change_property(connection_.get(), XCB_PROP_MODE_REPLACE, transfer.window, transfer.property,
+                      transfer.type, 8, count(length), bytes.data() + transfer.sent);
   transfer.sent += length;
   transfer.deadline = std::chrono::steady_clock::now() + patience;
   connection_.flush();

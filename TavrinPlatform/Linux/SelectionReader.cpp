@@ -136,8 +136,8 @@ void SelectionReader::handle(const xcb_property_notify_event_t& event) {
   bytes_ += piece.bytes;
   extend();
   const bool isWhole = piece.size == 0;
-  const bool isTooLong = size_ > bound() && (!isImage() || size_ > mostCounted ||
-                                             announced_ > limits_.imageBytes);
+  const bool isTooLong =
+      size_ > bound() && (!isImage() || size_ > mostCounted || announced_ > limits_.imageBytes);
   if (!isWhole && !isTooLong)
     return;
   size_ = std::max(size_, isTooLong ? announced_ : 0);
@@ -171,8 +171,8 @@ void SelectionReader::arrived(Value value) {
   if (current_.type == passwordHint && value.bytes == "secret")
     capture_.types.emplace_back(Pasteboard::transientType);
   // Text beside the file or the image it names would be read in vain.
-  if (isImage() || (current_.type == Pasteboard::filesType &&
-                    value.bytes.find("file:") != std::string::npos))
+  if (isImage() ||
+      (current_.type == Pasteboard::filesType && value.bytes.find("file:") != std::string::npos))
     wishes_.clear();
   next();
 }
@@ -193,8 +193,7 @@ void SelectionReader::choose() {
   };
   if (offers(passwordHint))
     wishes_.push_back({passwordHint, passwordHint});
-  for (const char* type :
-       {Pasteboard::filesType, Pasteboard::tiffType, Pasteboard::pngType})
+  for (const char* type : {Pasteboard::filesType, Pasteboard::tiffType, Pasteboard::pngType})
     if (offers(type))
       wishes_.push_back({type, type});
   constexpr std::array<const char*, 4> texts{"text/plain;charset=utf-8", "UTF8_STRING",

@@ -28,7 +28,9 @@ public:
   void handle(const xcb_selection_notify_event_t& event);
   void handle(const xcb_property_notify_event_t& event);
   /// When `expire` is due; none while nothing is read.
-  std::optional<Time> deadline() const { return isReading_ ? std::optional(deadline_) : std::nullopt; }
+  std::optional<Time> deadline() const {
+    return isReading_ ? std::optional(deadline_) : std::nullopt;
+  }
   /// Gives up what did not come in time.
   void expire();
 

@@ -88,8 +88,8 @@ X11ColourPick::X11ColourPick(std::function<void(const ColourSample&)> done)
     return;
   }
   learnKeys();
-  notifier_ = std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(x_.get()),
-                                                QSocketNotifier::Read);
+  notifier_ =
+      std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(x_.get()), QSocketNotifier::Read);
   connect(notifier_.get(), &QSocketNotifier::activated, this, &X11ColourPick::read);
   magnifier_ = std::make_unique<Magnifier>();
   const ReplyPtr<xcb_query_pointer_reply_t> place(
@@ -196,6 +196,10 @@ void X11ColourPick::pressed(std::uint32_t key) {
   xcb_warp_pointer(x_.get(), XCB_NONE, XCB_NONE, 0, 0, 0, 0, static_cast<std::int16_t>(step.x()),
                    static_cast<std::int16_t>(step.y()));
   xcb_flush(x_.get());
+  // The next key may be here before the news of this move.
+  const QRect whole(0, 0, screen_->width_in_pixels, screen_->height_in_pixels);
+  if (whole.contains(pointer_ + step))
+    follow(pointer_ + step);
 }
 
 void X11ColourPick::follow(QPoint pointer) {
@@ -228,8 +232,8 @@ QImage X11ColourPick::around(QPoint pixel, int reach) const {
       static_cast<std::int16_t>(there.y()), static_cast<std::uint16_t>(there.width()),
       static_cast<std::uint16_t>(there.height()), ~0U);
   const ReplyPtr<xcb_get_image_reply_t> reply(xcb_get_image_reply(x_.get(), cookie, nullptr));
-  const auto needed = static_cast<std::size_t>(there.width()) *
-                      static_cast<std::size_t>(there.height()) * 4;
+  const auto needed =
+      static_cast<std::size_t>(there.width()) * static_cast<std::size_t>(there.height()) * 4;
   if (!reply || static_cast<std::size_t>(xcb_get_image_data_length(reply.get())) < needed)
     return picture;
   const QImage found(xcb_get_image_data(reply.get()), there.width(), there.height(),

@@ -24,18 +24,24 @@ protected:
         limits, {[this](std::int64_t) { ++changes_; },
                  [this](Pasteboard::Capture capture) { captures_.push_back(std::move(capture)); },
                  [this](std::int64_t) { ++abandoned_; }});
-    // The thread has taken note once it has answered.
-    shell("printf warm | xclip -selection clipboard >/dev/null 2>&1");
-    ASSERT_TRUE(until([this] { return !captures_.empty(); }));
+    // The thread has taken note once it tells of a copy.
+    ASSERT_TRUE(until([this] {
+      shell("printf warm | xclip -selection clipboard >/dev/null 2>&1");
+      return !captures_.empty();
+    }));
+    const auto told = captures_.size();
+    until([&] { return captures_.size() > told; }, 300);
     captures_.clear();
     changes_ = 0;
     abandoned_ = 0;
   }
-  bool until(const std::function<bool()>& condition) {
-    return eventually([&] {
-      QCoreApplication::processEvents();
-      return condition();
-    });
+  bool until(const std::function<bool()>& condition, int milliseconds = patience) {
+    return eventually(
+        [&] {
+          QCoreApplication::processEvents();
+          return condition();
+        },
+        milliseconds);
   }
   static std::string words(const Pasteboard::Capture& capture) {
     std::string all;
@@ -54,8 +60,8 @@ protected:
 
 TEST_F(PasteboardTest, EveryCopyOfASeriesComesInOrder) {
   observe();
-  constexpr int count = 120;
-  Program owner(SELECTION_OWNER, {"series", QString::number(count), "50"});
+  constexpr int count = 60;
+  Program owner(SELECTION_OWNER, {"series", QString::number(count), "120"});
   ASSERT_TRUE(until([&] { return static_cast<int>(captures_.size()) >= count; }))
       << captures_.size();
   for (int i = 0; i < count; ++i) {
@@ -77,7 +83,6 @@ TEST_F(PasteboardTest, BadOwnersCostTheirOwnCopyOnly) {
     const char* mode;
     std::string found;
   };
-  const std::string dribbled = "text/plain=";
   observe({1000, 100});
   for (const auto& [mode, found] :
        {Case{"hang", ""}, Case{"mute", "text/plain=good words \xFF;"},
@@ -151,7 +156,11 @@ protected:
     QPainter painter(this);
     painter.fillRect(0, 0, width() / 2, height(), QColor(0xFF, 0x80, 0x00));
     painter.fillRect(width() / 2, 0, width(), height(), QColor(0x12, 0x34, 0x56));
+    isPainted = true;
   }
+
+public:
+  bool isPainted = false;
 };
 
 TEST_F(PasteboardTest, PicksThePixelUnderThePointerOrNone) {
@@ -159,6 +168,7 @@ TEST_F(PasteboardTest, PicksThePixelUnderThePointerOrNone) {
   flag.setFlags(Qt::BypassWindowManagerHint);
   flag.setGeometry(0, 0, 400, 300);
   flag.show();
+  ASSERT_TRUE(until([&] { return flag.isPainted; }));
   LinuxColourSampler sampler(nullptr);
   using Outcome = ColourSample::Outcome;
   const auto pick = [&](const std::string& input) {

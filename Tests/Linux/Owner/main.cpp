@@ -23,11 +23,16 @@ std::string mode;
 /// What is offered: target and bytes.
 std::map<std::string, std::string> content;
 
+/// Each is asked of the server once, as programs do.
 xcb_atom_t atom(const std::string& name) {
+  static std::map<std::string, xcb_atom_t> known;
+  if (const auto found = known.find(name); found != known.end())
+    return found->second;
   auto* reply = xcb_intern_atom_reply(
       x, xcb_intern_atom(x, 0, static_cast<std::uint16_t>(name.size()), name.c_str()), nullptr);
   const xcb_atom_t found = reply->atom;
   std::free(reply);
+  known.emplace(name, found);
   return found;
 }
 
@@ -148,7 +153,8 @@ int main(int argc, char** argv) {
         copyNumber(copies);
       own();
       ++copies;
-      next += interval;
+      // Never closer together, however late this one was.
+      next = now() + interval;
     }
     while (auto* event = xcb_poll_for_event(x))
       handle(event);
