@@ -1,7 +1,6 @@
 #include "TavrinStorage/AESGCM.h"
 
 #include <algorithm>
-#include <cstring>
 #include <dlfcn.h>
 #include <memory>
 #include <openssl/evp.h>
@@ -52,9 +51,6 @@ struct FreeContext {
 };
 using ContextPtr = std::unique_ptr<EVP_CIPHER_CTX, FreeContext>;
 
-const std::uint8_t* bytesOf(std::string_view text) {
-  return reinterpret_cast<const std::uint8_t*>(text.data());
-}
 std::uint8_t* bytesOf(std::string& text) {
   return reinterpret_cast<std::uint8_t*>(text.data());
 }
@@ -92,34 +88,41 @@ void aesGCM::fillRandom(std::span<std::uint8_t> bytes) {
   require(library().random(bytes.data(), static_cast<int>(bytes.size())) == 1);
 }
 
-std::string aesGCM::seal(Bytes key, std::string_view plaintext) {
-  std::string box(nonceLength + plaintext.size() + tagLength, '\0');
-  fillRandom({bytesOf(box), nonceLength});
-  const ContextPtr context = begin(key, bytesOf(box), true);
-  run(context.get(), bytesOf(plaintext), plaintext.size(), bytesOf(box) + nonceLength);
-  int written = 0;
-  std::uint8_t* const tag = bytesOf(box) + nonceLength + plaintext.size();
-  require(library().end(context.get(), tag, &written) == 1 && written == 0 &&
-          library().control(context.get(), EVP_CTRL_GCM_GET_TAG, tagLength, tag) == 1);
-  return box;
+std::string aesGCM::seal(Bytes key, std::string text) {
+  const std::size_t length = text.size();
+  text.append(tagLength, '\0');
+  text.insert(0, nonceLength, '\0');
+  std::uint8_t* const body = bytesOf(text) + nonceLength;
+  try {
+    fillRandom({bytesOf(text), nonceLength});
+    const ContextPtr context = begin(key, bytesOf(text), true);
+    run(context.get(), body, length, body);
+    int written = 0;
+    require(library().end(context.get(), body + length, &written) == 1 && written == 0 &&
+            library().control(context.get(), EVP_CTRL_GCM_GET_TAG, tagLength, body + length) == 1);
+  } catch (...) {
+    wipe(text);
+    throw;
+  }
+  return text;
 }
 
-std::string aesGCM::open(Bytes key, std::string_view box) {
+std::string aesGCM::open(Bytes key, std::string box) {
   require(box.size() >= nonceLength + tagLength);
   const std::size_t length = box.size() - nonceLength - tagLength;
+  std::uint8_t* const body = bytesOf(box) + nonceLength;
   const ContextPtr context = begin(key, bytesOf(box), false);
-  std::uint8_t tag[tagLength];
-  std::memcpy(tag, box.data() + nonceLength + length, tagLength);
-  std::string plaintext(length, '\0');
-  run(context.get(), bytesOf(box) + nonceLength, length, bytesOf(plaintext));
+  run(context.get(), body, length, body);
   int written = 0;
   std::uint8_t rest[EVP_MAX_BLOCK_LENGTH];
-  require(library().control(context.get(), EVP_CTRL_GCM_SET_TAG, tagLength, tag) == 1);
+  require(library().control(context.get(), EVP_CTRL_GCM_SET_TAG, tagLength, body + length) == 1);
   if (library().end(context.get(), rest, &written) != 1) {
-    wipe(plaintext);
+    wipe(box);
     throw CipherError("the file was altered or sealed with another key");
   }
-  return plaintext;
+  box.erase(0, nonceLength);
+  box.resize(length);
+  return box;
 }
 
 void wipe(std::span<std::uint8_t> bytes) {

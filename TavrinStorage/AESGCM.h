@@ -25,11 +25,12 @@ using Bytes = std::span<const std::uint8_t>;
 
 /// From the library's generator. Throws CipherError.
 void fillRandom(std::span<std::uint8_t> bytes);
-/// A fresh nonce, the ciphertext, the tag. Throws CipherError.
-std::string seal(Bytes key, std::string_view plaintext);
-/// Back from what `seal` made, of at least nonce and tag. Throws CipherError when that was altered
-/// or sealed under another key.
-std::string open(Bytes key, std::string_view box);
+/// A fresh nonce, the ciphertext, the tag. Works in place: the plaintext is overwritten, and room
+/// for 28 more bytes saves a copy. Throws CipherError.
+std::string seal(Bytes key, std::string plaintext);
+/// Back from what `seal` made, of at least nonce and tag; in place too. Throws CipherError when
+/// that was altered or sealed under another key.
+std::string open(Bytes key, std::string box);
 
 } // namespace aesGCM
 

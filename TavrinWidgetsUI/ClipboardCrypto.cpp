@@ -56,14 +56,21 @@ void ClipboardCrypto::writeKey(const SymmetricKey& key) {
   wipe(data.bytes);
 }
 
-ClipboardCrypto::SealedBox ClipboardCrypto::seal(std::string_view plaintext) {
-  return {aesGCM::seal(loadKey().bytes(), plaintext)};
+ClipboardCrypto::SealedBox ClipboardCrypto::seal(std::string plaintext) {
+  try {
+    const auto key = loadKey();
+    return {aesGCM::seal(key.bytes(), std::move(plaintext))};
+  } catch (...) {
+    wipe(plaintext);
+    throw;
+  }
 }
 
-std::string ClipboardCrypto::open(const SealedBox& box) {
+std::string ClipboardCrypto::open(SealedBox box) {
   if (!box.parts())
     throw ClipboardTruncatedError();
-  return aesGCM::open(loadKey().bytes(), box.combined);
+  const auto key = loadKey();
+  return aesGCM::open(key.bytes(), std::move(box.combined));
 }
 
 } // namespace tavrin

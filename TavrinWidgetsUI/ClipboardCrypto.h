@@ -66,10 +66,10 @@ public:
   std::optional<SymmetricKey> readKey();
   void writeKey(const SymmetricKey& key);
 
-  /// Throws KeychainError or CipherError.
-  SealedBox seal(std::string_view plaintext);
+  /// Overwrites the plaintext, also where it throws KeychainError or CipherError.
+  SealedBox seal(std::string plaintext);
   /// Throws ClipboardTruncatedError, KeychainError or CipherError. The caller wipes the text.
-  std::string open(const SealedBox& box);
+  std::string open(SealedBox box);
 
 private:
   Keychain& keychain_;

@@ -1,5 +1,6 @@
 #include "TavrinCore/Kinds/ClipboardBoard.h"
 
+#include <algorithm>
 #include <simdjson.h>
 
 namespace tavrin {
@@ -63,10 +64,27 @@ ClipboardItem readItem(ondemand::value element) {
   return decode<ClipboardItem>(JSONValue(std::move(members)));
 }
 
+/// The parser's copy of the text, overwritten when done with.
+class PaddedText {
+public:
+  explicit PaddedText(std::string_view text) : text_(text) {}
+  ~PaddedText() {
+    std::fill_n(text_.data(), text_.size(), '\0');
+    asm volatile("" : : "r"(text_.data()) : "memory");
+  }
+  PaddedText(const PaddedText&) = delete;
+  PaddedText& operator=(const PaddedText&) = delete;
+  const simdjson::padded_string& text() const { return text_; }
+
+private:
+  simdjson::padded_string text_;
+};
+
 } // namespace
 
 std::string encodeClipboard(const ClipboardList& list) {
-  std::size_t size = 2;
+  // With room for what sealing adds.
+  std::size_t size = 64;
   for (const auto& entry : list)
     size += roughSize(entry->item);
   std::string out;
@@ -84,8 +102,8 @@ std::string encodeClipboard(const ClipboardList& list) {
 
 ClipboardList decodeClipboard(std::string_view json) {
   ondemand::parser parser;
-  const simdjson::padded_string padded(json);
-  ondemand::document document = unwrap(parser.iterate(padded));
+  const PaddedText padded(json);
+  ondemand::document document = unwrap(parser.iterate(padded.text()));
   ClipboardList list;
   for (auto element : unwrap(document.get_array()))
     list.push_back(std::make_shared<const ClipboardEntry>(readItem(unwrap(std::move(element)))));
