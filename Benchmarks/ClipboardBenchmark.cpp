@@ -64,8 +64,12 @@ BENCHMARK(sealHistory)->Unit(benchmark::kMillisecond);
 
 void openHistory(benchmark::State& state) {
   const std::string box = aesGCM::seal(key(), encodeClipboard(history()));
-  for (auto _ : state)
-    benchmark::DoNotOptimize(aesGCM::open(key(), box));
+  for (auto _ : state) {
+    state.PauseTiming();
+    std::string copy = box;
+    state.ResumeTiming();
+    benchmark::DoNotOptimize(aesGCM::open(key(), std::move(copy)));
+  }
   count(state, box.size());
 }
 BENCHMARK(openHistory)->Unit(benchmark::kMillisecond);
@@ -80,7 +84,10 @@ BENCHMARK(saveWhole)->Unit(benchmark::kMillisecond);
 void readWhole(benchmark::State& state) {
   const std::string box = aesGCM::seal(key(), encodeClipboard(history()));
   for (auto _ : state) {
-    const SecretText json(aesGCM::open(key(), box));
+    state.PauseTiming();
+    std::string copy = box;
+    state.ResumeTiming();
+    const SecretText json(aesGCM::open(key(), std::move(copy)));
     benchmark::DoNotOptimize(decodeClipboard(json.text()));
   }
 }
