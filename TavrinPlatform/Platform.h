@@ -4,14 +4,17 @@
 #include "TavrinPlatform/Application.h"
 #include "TavrinPlatform/Clock.h"
 #include "TavrinPlatform/ConnectedDevices.h"
+#include "TavrinPlatform/ColourSampler.h"
 #include "TavrinPlatform/DistributedNotificationCenter.h"
 #include "TavrinPlatform/DockGeometry.h"
 #include "TavrinPlatform/FanHelperClient.h"
 #include "TavrinPlatform/FileManager.h"
 #include "TavrinPlatform/HostStatistics.h"
 #include "TavrinPlatform/InputBlocker.h"
-#include "TavrinPlatform/MainBundle.h"
 #include "TavrinPlatform/PowerSources.h"
+#include "TavrinPlatform/Keychain.h"
+#include "TavrinPlatform/MainBundle.h"
+#include "TavrinPlatform/Pasteboard.h"
 #include "TavrinPlatform/ProcessRunner.h"
 #include "TavrinPlatform/RunLoop.h"
 #include "TavrinPlatform/SoundPlayer.h"
@@ -56,6 +59,9 @@ public:
   /// For reading, off the main thread.
   virtual SMCAccess& smc() = 0;
   virtual FanHelperClient& fanHelper() = 0;
+  virtual Pasteboard& pasteboard() = 0;
+  virtual ColourSampler& colourSampler() = 0;
+  virtual Keychain& keychain() = 0;
 };
 
 } // namespace tavrin

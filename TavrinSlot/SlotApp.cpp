@@ -7,6 +7,8 @@
 #include "TavrinSlot/CalendarWidget.h"
 #include "TavrinSlot/FanWidget.h"
 #include "TavrinSlot/KeyboardLockWidget.h"
+#include "TavrinSlot/ClipboardWidget.h"
+#include "TavrinSlot/ColourWidget.h"
 #include "TavrinSlot/NoteWidget.h"
 #include "TavrinSlot/PomodoroWidget.h"
 #include "TavrinSlot/SystemWidget.h"
@@ -153,6 +155,10 @@ std::unique_ptr<WidgetController> SlotApp::makeController(const DockWidget& widg
           return std::make_unique<KeyboardLockWidgetController>(context_, widget);
         else if constexpr (std::is_same_v<S, FanSettings>)
           return std::make_unique<FanWidgetController>(context_, widget);
+        else if constexpr (std::is_same_v<S, ClipboardSettings>)
+          return std::make_unique<ClipboardWidgetController>(context_, widget);
+        else if constexpr (std::is_same_v<S, ColourPickerSettings>)
+          return std::make_unique<ColourWidgetController>(context_, widget);
         else
           return std::make_unique<UnavailableWidgetController>(context_, widget);
       },

@@ -9,6 +9,7 @@
 #include "TavrinPlatform/Linux/InputGuard.h"
 #include "TavrinPlatform/Linux/JSONUserDefaults.h"
 #include "TavrinPlatform/Linux/LinuxApplication.h"
+#include "TavrinPlatform/Linux/LinuxColourSampler.h"
 #include "TavrinPlatform/Linux/LinuxDockGeometry.h"
 #include "TavrinPlatform/Linux/LinuxDockTile.h"
 #include "TavrinPlatform/Linux/LinuxFileManager.h"
@@ -24,6 +25,7 @@
 #include "TavrinPlatform/Linux/QtPanelPopover.h"
 #include "TavrinPlatform/Linux/QtProcessRunner.h"
 #include "TavrinPlatform/Linux/QtRunLoop.h"
+#include "TavrinPlatform/Linux/SecretServiceKeychain.h"
 #include "TavrinPlatform/Linux/StripSurface.h"
 #include "TavrinPlatform/Linux/SysfsFans.h"
 #include "TavrinPlatform/Linux/TileAccessibility.h"
@@ -32,6 +34,7 @@
 #include "TavrinPlatform/Linux/UnavailableServices.h"
 #include "TavrinPlatform/Linux/UPowerSources.h"
 #include "TavrinPlatform/Linux/X11.h"
+#include "TavrinPlatform/Linux/X11Pasteboard.h"
 #include "TavrinStorage/StoragePath.h"
 
 #include <QApplication>
@@ -88,6 +91,9 @@ public:
   InputBlocker& inputBlocker() override;
   SMCAccess& smc() override;
   FanHelperClient& fanHelper() override;
+  Pasteboard& pasteboard() override;
+  ColourSampler& colourSampler() override;
+  Keychain& keychain() override { return keychain_; }
 
 private:
   std::string identifier() const { return bundle_.identifier().value_or("tavrin"); }
@@ -126,6 +132,9 @@ private:
   std::unique_ptr<LinuxInputBlocker> inputBlocker_;
   std::unique_ptr<SysfsFans> smc_;
   std::unique_ptr<BusFanHelper> fanHelper_;
+  std::unique_ptr<X11Pasteboard> pasteboard_;
+  std::unique_ptr<LinuxColourSampler> colourSampler_;
+  SecretServiceKeychain keychain_;
   StripSurface* strip_ = nullptr;
   std::unique_ptr<LinuxDockTile> tile_;
   std::unique_ptr<AccessibilitySwitch> accessibility_;
@@ -238,6 +247,15 @@ FanHelperClient& LinuxPlatform::fanHelper() {
   return lazily(fanHelper_, [this] {
     return std::make_unique<BusFanHelper>(*runLoop_, [this] { return systemBus(); });
   });
+}
+
+Pasteboard& LinuxPlatform::pasteboard() {
+  return lazily(pasteboard_, [this] { return std::make_unique<X11Pasteboard>(*runLoop_); });
+}
+
+ColourSampler& LinuxPlatform::colourSampler() {
+  return lazily(colourSampler_,
+                [this] { return std::make_unique<LinuxColourSampler>(bus_.get()); });
 }
 
 DockTile& LinuxPlatform::dockTile() {

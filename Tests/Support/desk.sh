@@ -1,7 +1,7 @@
 #!/bin/bash
 # Runs a command on a desk of its own: an empty home, a session bus, and what else is asked for.
 #   desk.sh [bus] [x] [wm] [compositor] [tray] [notifications] [systemd]
-#           [system] [power] [logind] [polkit] -- COMMAND...
+#           [keyring] [system] [power] [logind] [polkit] -- COMMAND...
 # "system" is a system bus of its own; the words after it are mocks on it.
 # Nothing of it is left when the command ends. Its exit status is the command's.
 set -u
@@ -64,6 +64,11 @@ X
   fi
   if has logind; then simulate logind; await there org.freedesktop.login1; fi
   if has polkit; then simulate polkitd; await there org.freedesktop.PolicyKit1; fi
+fi
+# Before there is a display: a keyring on one asks for its password in a window.
+if has keyring; then
+  printf test | gnome-keyring-daemon --unlock --components=secrets >/dev/null 2>&1
+  await owned org.freedesktop.secrets
 fi
 if has x; then
   Xvfb -displayfd 3 -screen 0 "${DESK_SCREEN:-1280x800x24}" -noreset -nolisten tcp 3>"$DESK/display" >/dev/null 2>&1 &

@@ -30,6 +30,8 @@ constexpr NamedSheet sheets[] = {
     {"calendar", calendarGallery},
     {"system", systemGallery},
     {"system-wide", systemWideGallery},
+    {"colour", colourGallery},
+    {"clipboard", clipboardGallery},
 };
 
 struct NamedPanels {
@@ -45,6 +47,8 @@ constexpr NamedPanels panelSheets[] = {
     {"water-panels", waterPanels},
     {"weather-panels", weatherPanels},
     {"calendar-panels", calendarPanels},
+    {"colour-panels", colourPanels},
+    {"clipboard-panels", clipboardPanels},
 };
 
 constexpr double captionHeight = 16;

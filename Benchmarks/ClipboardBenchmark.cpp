@@ -1,0 +1,113 @@
+#include "TavrinCore/Kinds/ClipboardBoard.h"
+#include "TavrinStorage/AESGCM.h"
+
+#include <benchmark/benchmark.h>
+
+using namespace tavrin;
+
+namespace {
+
+/// 200 items, of which the images take 100 MB.
+const ClipboardList& history() {
+  static const ClipboardList list = [] {
+    ClipboardList made;
+    std::uint32_t state = 1;
+    for (int i = 0; i < 200; ++i) {
+      Data image;
+      image.bytes.resize(500'000);
+      for (auto& byte : image.bytes)
+        byte = static_cast<std::uint8_t>((state = state * 1'664'525 + 1'013'904'223) >> 24);
+      auto item = ClipboardItem::ofImage(std::move(image), 500'000);
+      item.id = UUID::random();
+      made.push_back(std::make_shared<const ClipboardEntry>(std::move(item)));
+    }
+    return made;
+  }();
+  return list;
+}
+
+const std::vector<std::uint8_t>& key() {
+  static const std::vector<std::uint8_t> bytes(aesGCM::keyLength, 5);
+  return bytes;
+}
+
+void count(benchmark::State& state, std::size_t bytes) {
+  state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(bytes));
+}
+
+void encodeHistory(benchmark::State& state) {
+  std::size_t size = 0;
+  for (auto _ : state)
+    size = encodeClipboard(history()).size();
+  count(state, size);
+}
+BENCHMARK(encodeHistory)->Unit(benchmark::kMillisecond);
+
+void decodeHistory(benchmark::State& state) {
+  const std::string json = encodeClipboard(history());
+  for (auto _ : state)
+    benchmark::DoNotOptimize(decodeClipboard(json));
+  count(state, json.size());
+}
+BENCHMARK(decodeHistory)->Unit(benchmark::kMillisecond);
+
+void sealHistory(benchmark::State& state) {
+  std::string json = encodeClipboard(history());
+  const std::size_t size = json.size();
+  for (auto _ : state) {
+    json = aesGCM::seal(key(), std::move(json));
+    json.resize(size);
+  }
+  count(state, size);
+}
+BENCHMARK(sealHistory)->Unit(benchmark::kMillisecond);
+
+void openHistory(benchmark::State& state) {
+  const std::string box = aesGCM::seal(key(), encodeClipboard(history()));
+  for (auto _ : state) {
+    state.PauseTiming();
+    std::string copy = box;
+    state.ResumeTiming();
+    benchmark::DoNotOptimize(aesGCM::open(key(), std::move(copy)));
+  }
+  count(state, box.size());
+}
+BENCHMARK(openHistory)->Unit(benchmark::kMillisecond);
+
+void saveWhole(benchmark::State& state) {
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(aesGCM::seal(key(), encodeClipboard(history())));
+  }
+}
+BENCHMARK(saveWhole)->Unit(benchmark::kMillisecond);
+
+void readWhole(benchmark::State& state) {
+  const std::string box = aesGCM::seal(key(), encodeClipboard(history()));
+  for (auto _ : state) {
+    state.PauseTiming();
+    std::string copy = box;
+    state.ResumeTiming();
+    const SecretText json(aesGCM::open(key(), std::move(copy)));
+    benchmark::DoNotOptimize(decodeClipboard(json.text()));
+  }
+}
+BENCHMARK(readWhole)->Unit(benchmark::kMillisecond);
+
+/// 10,000 texts of some 150 bytes; every fourth is not ASCII. The argument: which query.
+void search(benchmark::State& state) {
+  static const char* const queries[] = {"e", "quick", "zebra", "ærø"};
+  ClipboardList list;
+  for (int i = 0; i < 10'000; ++i) {
+    std::string words = "The quick brown fox number " + std::to_string(i) +
+                        " jumps over the lazy dog and writes down what it has seen on the way, "
+                        "so that others may know the hedges";
+    if (i % 4 == 0)
+      words += " in Ærøskøbing, Grüße";
+    list.push_back(std::make_shared<const ClipboardEntry>(ClipboardItem::ofText(words)));
+  }
+  for (auto _ : state)
+    benchmark::DoNotOptimize(ClipboardBoard::search(queries[state.range(0)], list));
+}
+BENCHMARK(search)->DenseRange(0, 3)->Unit(benchmark::kMillisecond);
+
+} // namespace

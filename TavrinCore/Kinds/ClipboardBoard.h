@@ -1,0 +1,37 @@
+#pragma once
+
+#include "TavrinCore/Kinds/ClipboardItem.h"
+
+namespace tavrin {
+
+/// An item that does not change any more, with what searching wants to know of it beforehand.
+/// A changed item is another entry.
+struct ClipboardEntry {
+  explicit ClipboardEntry(ClipboardItem contents);
+
+  ClipboardItem item;
+  /// What is searched, in lower case; empty where the item's own text serves, being ASCII.
+  std::string searchKey;
+};
+using ClipboardEntryPtr = std::shared_ptr<const ClipboardEntry>;
+/// Newest first.
+using ClipboardList = std::vector<ClipboardEntryPtr>;
+
+/// What the lists of the clipboard's views are made by.
+namespace ClipboardBoard {
+
+/// The entries whose text or file name contains `query`, both in lower case; all for a blank one.
+ClipboardList search(std::string_view query, const ClipboardList& list);
+
+/// The list without unpinned entries older than the settings allow, and without the oldest
+/// unpinned ones beyond the limit.
+ClipboardList retained(const ClipboardList& list, const ClipboardSettings& settings, Date now);
+
+} // namespace ClipboardBoard
+
+/// The list as the JSON text that is kept: an array of items.
+std::string encodeClipboard(const ClipboardList& list);
+/// Throws CodingError or JSONError.
+ClipboardList decodeClipboard(std::string_view json);
+
+} // namespace tavrin

@@ -1,0 +1,131 @@
+#include "TavrinSlot/ColourWidget.h"
+
+#include "TavrinSlot/DockPanelPresenter.h"
+#include "TavrinStorage/StoragePath.h"
+#include "TavrinWidgetsUI/ColourPanelView.h"
+#include "TavrinWidgetsUI/ColourViews.h"
+
+namespace tavrin {
+
+ColourWidgetController::ColourWidgetController(const SlotContext& context, const DockWidget& widget)
+    : BasicWidgetController(context, widget), pick_([this] { pick(); }), copyNewest_([this] {
+        if (!history().colours.empty())
+          copy(history().colours.front(), settings().format);
+      }) {
+  openStore();
+  changed_ = platform().notifications().observe(ColourStore::changedNotification,
+                                                [this](const auto&) { historyChanged(); });
+  renderTile();
+}
+
+void ColourWidgetController::openStore() {
+  try {
+    store_ = std::make_unique<ColourStore>(
+        StoragePath(platform().fileManager(), platform().mainBundle()).coloursFileURL(),
+        platform().notifications());
+  } catch (const std::exception& error) {
+    trouble_ = error.what();
+    Log(platform().log(), "slot").error(trouble_);
+  }
+}
+
+void ColourWidgetController::historyChanged() {
+  try {
+    if (store_)
+      store_->reload();
+    else
+      openStore();
+  } catch (const std::exception&) {
+    // What was read last stays.
+  }
+  refresh();
+}
+
+void ColourWidgetController::pick() {
+  trouble_.clear();
+  context().panel.closeIfShown();
+  picking_ = platform().colourSampler().pick([this](const ColourSample& sample) {
+    const auto ended = std::move(picking_);
+    picked(sample);
+  });
+}
+
+void ColourWidgetController::picked(const ColourSample& sample) {
+  if (sample.outcome == ColourSample::Outcome::unavailable) {
+    trouble_ = "Failed to pick a colour because this desktop does not show the screen to programs";
+    refresh();
+    return;
+  }
+  if (sample.outcome != ColourSample::Outcome::picked)
+    return;
+  const PickedColour colour{UUID::random(), sample.red,  sample.green,
+                            sample.blue,    platform().clock().now(), false};
+  if (settings().copiesOnPick)
+    copy(colour, settings().format);
+  change([&](ColourStore& store) { store.add(colour, settings().historyLimit); });
+}
+
+void ColourWidgetController::copy(const PickedColour& colour, ColourFormat format) {
+  platform().pasteboard().writeText(colour.text(format));
+}
+
+template <class Change> void ColourWidgetController::change(const Change& change) {
+  trouble_.clear();
+  if (!store_)
+    openStore();
+  if (store_) {
+    try {
+      change(*store_);
+    } catch (const std::exception& error) {
+      trouble_ = error.what();
+      Log(platform().log(), "slot").error(trouble_);
+    }
+  }
+  refresh();
+}
+
+void ColourWidgetController::save(ColourFormat format) {
+  auto changed = settings();
+  changed.format = format;
+  BasicWidgetController::save(changed);
+}
+
+ColourPickerSettings ColourWidgetController::settings() const {
+  const auto* found = widget().kind.get<ColourPickerSettings>();
+  return found != nullptr ? *found : ColourPickerSettings{};
+}
+
+const ColourHistory& ColourWidgetController::history() const {
+  static const ColourHistory none;
+  return store_ ? store_->history() : none;
+}
+
+QColor ColourWidgetController::tint() const {
+  return colourPickerTint;
+}
+
+AnyView ColourWidgetController::tileView(const TileSize& size) const {
+  return size.isWide() ? colourWideTile(history(), settings(), size, pick_, copyNewest_)
+                       : colourTileIcon(history(), settings(), size);
+}
+
+PanelView* ColourWidgetController::makePanelView(const PanelAppearance& appearance) {
+  return new ColourPanelView(
+      appearance,
+      {.name = [this] { return widget().name; },
+       .history = [this]() -> const ColourHistory& { return history(); },
+       .settings = [this] { return settings(); },
+       .trouble = [this] { return trouble_; },
+       .pick = pick_,
+       .copy = [this](const auto& colour, ColourFormat format) { copy(colour, format); },
+       .togglePin =
+           [this](const UUID& id) {
+             change([&](ColourStore& store) { store.togglePin(id, settings().historyLimit); });
+           },
+       .remove = [this](const UUID& id) { change([&](ColourStore& store) { store.remove(id); }); },
+       .clearUnpinned = [this] { change([](ColourStore& store) { store.clearUnpinned(); }); },
+       .setFormat = [this](ColourFormat format) { save(format); },
+       .edit = context().onEdit});
+}
+
+} // namespace tavrin

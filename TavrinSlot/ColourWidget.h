@@ -1,0 +1,38 @@
+#pragma once
+
+#include "TavrinSlot/BasicWidgetController.h"
+#include "TavrinStorage/ColourStore.h"
+
+namespace tavrin {
+
+class ColourWidgetController final : public BasicWidgetController {
+public:
+  ColourWidgetController(const SlotContext& context, const DockWidget& widget);
+
+protected:
+  AnyView tileView(const TileSize& size) const override;
+  PanelView* makePanelView(const PanelAppearance& appearance) override;
+  QColor tint() const override;
+
+private:
+  void openStore();
+  /// Somebody picked, here or elsewhere.
+  void historyChanged();
+  /// Has the user pick a colour of the screen; the panel makes way.
+  void pick();
+  void picked(const ColourSample& sample);
+  void copy(const PickedColour& colour, ColourFormat format);
+  template <class Change> void change(const Change& change);
+  void save(ColourFormat format);
+  ColourPickerSettings settings() const;
+  const ColourHistory& history() const;
+
+  std::unique_ptr<ColourStore> store_;
+  TokenPtr changed_;
+  TokenPtr picking_;
+  std::string trouble_;
+  std::function<void()> pick_;
+  std::function<void()> copyNewest_;
+};
+
+} // namespace tavrin

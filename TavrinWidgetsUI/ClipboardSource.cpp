@@ -1,0 +1,303 @@
+#include "TavrinWidgetsUI/ClipboardSource.h"
+
+#include <algorithm>
+#include <system_error>
+
+namespace tavrin {
+namespace {
+
+/// The first file's address in a list of addresses; empty when it names none.
+std::string firstFileURL(std::string_view list) {
+  while (!list.empty()) {
+    const auto end = std::min(list.find_first_of("\r\n"), list.size());
+    const auto line = list.substr(0, end);
+    if (line.starts_with("file:"))
+      return cleanText(line, 4096);
+    list.remove_prefix(std::min(end + 1, list.size()));
+  }
+  return {};
+}
+
+int hexDigit(char c) {
+  constexpr std::string_view digits = "0123456789abcdef";
+  const auto at = digits.find(c >= 'A' && c <= 'F' ? static_cast<char>(c + 32) : c);
+  return at == std::string_view::npos ? -1 : static_cast<int>(at);
+}
+
+std::filesystem::path pathOf(std::string_view url) {
+  url.remove_prefix(std::string_view("file:").size());
+  if (url.starts_with("//"))
+    url.remove_prefix(std::min(url.find('/', 2), url.size()));
+  std::string path;
+  for (std::size_t i = 0; i < url.size(); ++i) {
+    if (url[i] == '%' && i + 2 < url.size() && hexDigit(url[i + 1]) >= 0 &&
+        hexDigit(url[i + 2]) >= 0) {
+      path += static_cast<char>(hexDigit(url[i + 1]) * 16 + hexDigit(url[i + 2]));
+      i += 2;
+    } else {
+      path += url[i];
+    }
+  }
+  return path;
+}
+
+std::int64_t sizeOf(const std::string& url) {
+  std::error_code error;
+  const auto size = std::filesystem::file_size(pathOf(url), error);
+  return error ? 0 : static_cast<std::int64_t>(size);
+}
+
+const Pasteboard::Format* format(const Pasteboard::Capture& capture, std::string_view type) {
+  const auto found = std::ranges::find(capture.formats, type, &Pasteboard::Format::type);
+  return found == capture.formats.end() ? nullptr : &*found;
+}
+
+bool isTIFF(const Data& data) {
+  return data.view().starts_with("II*") || data.view().starts_with("MM");
+}
+
+} // namespace
+
+std::optional<ClipboardItem> clipboardItem(const Pasteboard::Capture& capture,
+                                           const ClipboardSettings& settings) {
+  if (const auto* files = format(capture, Pasteboard::filesType); files && files->data)
+    if (auto url = firstFileURL(files->data->view()); !url.empty()) {
+      const auto size = sizeOf(url);
+      return ClipboardItem::ofFile(std::move(url), size);
+    }
+  for (const char* type : {Pasteboard::tiffType, Pasteboard::pngType})
+    if (const auto* image = format(capture, type)) {
+      const auto limit = static_cast<std::size_t>(std::max(0, settings.maxImageBytes));
+      const bool isKept = image->data && image->size <= limit;
+      return ClipboardItem::ofImage(isKept ? std::optional(*image->data) : std::nullopt,
+                                    static_cast<std::int64_t>(image->size));
+    }
+  if (const auto* text = format(capture, Pasteboard::textType); text && text->data)
+    if (!text->data->bytes.empty())
+      return ClipboardItem::ofText(text->data->view());
+  return std::nullopt;
+}
+
+ClipboardSource::ClipboardSource(const Services& services, const std::filesystem::path& storeURL,
+                                 const ClipboardSettings& settings)
+    : services_(services), settings_(settings),
+      vault_(std::make_shared<ClipboardVault>(storeURL, services.keychain)),
+      self_(std::make_shared<ClipboardSource*>(this)),
+      captures_(services.runLoop.makeSerialQueue()), files_(services.runLoop.makeSerialQueue()) {}
+
+ClipboardSource::~ClipboardSource() {
+  observation_.reset();
+  captures_.reset();
+  // Nothing runs beside this any more once the queue is gone.
+  files_.reset();
+  if (saveTimer_ && settings_.persistAcrossRestarts && state_.items != lastSaved_)
+    vault_->save(state_.items, settings_, services_.clock.now());
+}
+
+void ClipboardSource::start() {
+  listen();
+  if (!settings_.persistAcrossRestarts) {
+    state_.hasRead = true;
+    tell();
+    return;
+  }
+  files_->run([vault = vault_, weak = std::weak_ptr(self_), &loop = services_.runLoop] {
+    loop.post([weak, outcome = vault->read()] {
+      const auto self = weak.lock();
+      if (!self)
+        return;
+      (*self)->state_.hasRead = true;
+      (*self)->adopt(outcome);
+    });
+  });
+}
+
+void ClipboardSource::listen() {
+  if (!canCapture())
+    return;
+  Pasteboard::Observer observer;
+  observer.changed = [this](std::int64_t count) {
+    if (auto application = services_.workspace.frontmostApplication())
+      frontmost_[count] = std::move(*application);
+  };
+  observer.captured = [this](Pasteboard::Capture capture) { captured(std::move(capture)); };
+  observer.abandoned = [this](std::int64_t count) { abandoned(count); };
+  const Pasteboard::Limits limits{4 * ClipboardItem::longestText,
+                                  static_cast<std::size_t>(std::max(0, settings_.maxImageBytes))};
+  observation_.reset();
+  observation_ = services_.pasteboard.observe(limits, std::move(observer));
+}
+
+void ClipboardSource::captured(Pasteboard::Capture capture) {
+  const bool isTransient =
+      std::ranges::find(capture.types, Pasteboard::transientType) != capture.types.end();
+  if (capture.isOwn || (settings_.ignorePasswordManagers && isTransient)) {
+    frontmost_.erase(frontmost_.begin(), frontmost_.upper_bound(capture.changeCount));
+    return;
+  }
+  captures_->run([capture = std::move(capture), settings = settings_, weak = std::weak_ptr(self_),
+                  &loop = services_.runLoop] {
+    auto item = clipboardItem(capture, settings);
+    if (item)
+      loop.post([weak, count = capture.changeCount, item = std::move(*item)]() mutable {
+        if (const auto self = weak.lock())
+          (*self)->accept(count, std::move(item));
+      });
+  });
+}
+
+void ClipboardSource::accept(std::int64_t changeCount, ClipboardItem item) {
+  item.id = UUID::random();
+  item.capturedAt = {services_.clock.now()};
+  if (const auto found = frontmost_.find(changeCount); found != frontmost_.end()) {
+    item.sourceAppBundleID = found->second.bundleIdentifier;
+    item.sourceAppName = found->second.name;
+  }
+  frontmost_.erase(frontmost_.begin(), frontmost_.upper_bound(changeCount));
+  lastKept_ = changeCount;
+  ClipboardList items{std::make_shared<const ClipboardEntry>(std::move(item))};
+  items.insert(items.end(), state_.items.begin(), state_.items.end());
+  ++state_.unseenCount;
+  change(std::move(items));
+}
+
+void ClipboardSource::abandoned(std::int64_t changeCount) {
+  if (changeCount == lastKept_ && !state_.items.empty())
+    write(state_.items.front()->item);
+}
+
+void ClipboardSource::setSettings(const ClipboardSettings& settings) {
+  const ClipboardSettings before = std::exchange(settings_, settings);
+  if (before == settings)
+    return;
+  if (before.maxImageBytes != settings.maxImageBytes && observation_)
+    listen();
+  if (before.persistAcrossRestarts && !settings.persistAcrossRestarts) {
+    saveTimer_.reset();
+    lastSaved_.clear();
+    files_->run([vault = vault_] { vault->forget(); });
+  }
+  change(state_.items);
+}
+
+void ClipboardSource::write(const ClipboardItem& item) {
+  std::string type = Pasteboard::textType;
+  Data data;
+  if (item.kind == ClipboardItem::Kind::text) {
+    data = Data::fromText(item.text.value_or(""));
+  } else if (item.kind == ClipboardItem::Kind::file) {
+    type = Pasteboard::filesType;
+    data = Data::fromText(item.fileURL.value_or("") + "\r\n");
+  } else if (item.imageData) {
+    type = isTIFF(*item.imageData) ? Pasteboard::tiffType : Pasteboard::pngType;
+    data = *item.imageData;
+  }
+  const std::size_t size = data.bytes.size();
+  if (size > 0)
+    services_.pasteboard.write({{type, std::make_shared<const Data>(std::move(data)), size}});
+}
+
+void ClipboardSource::togglePin(const UUID& id) {
+  ClipboardList items = state_.items;
+  for (auto& entry : items)
+    if (entry->item.id == id) {
+      ClipboardItem item = entry->item;
+      item.isPinned = !item.isPinned;
+      entry = std::make_shared<const ClipboardEntry>(std::move(item));
+    }
+  change(std::move(items));
+}
+
+void ClipboardSource::remove(const UUID& id) {
+  ClipboardList items = state_.items;
+  std::erase_if(items, [&](const auto& entry) { return entry->item.id == id; });
+  lastKept_ = 0;
+  change(std::move(items));
+}
+
+void ClipboardSource::clearUnpinned() {
+  ClipboardList items = state_.items;
+  std::erase_if(items, [](const auto& entry) { return !entry->item.isPinned; });
+  lastKept_ = 0;
+  change(std::move(items));
+}
+
+void ClipboardSource::markAllSeen() {
+  if (std::exchange(state_.unseenCount, 0) != 0)
+    tell();
+}
+
+void ClipboardSource::forgetEverything() {
+  state_.items.clear();
+  state_.unseenCount = 0;
+  state_.trouble.reset();
+  lastSaved_.clear();
+  lastKept_ = 0;
+  saveTimer_.reset();
+  files_->run([vault = vault_] { vault->forget(); });
+  tell();
+}
+
+void ClipboardSource::change(ClipboardList items) {
+  state_.items = ClipboardBoard::retained(items, settings_, services_.clock.now());
+  scheduleSave();
+  tell();
+}
+
+void ClipboardSource::scheduleSave() {
+  if (!settings_.persistAcrossRestarts || !state_.hasRead)
+    return;
+  const Date now = services_.clock.now();
+  if (!unsavedSince_)
+    unsavedSince_ = now;
+  const double waited = std::max(0.0, now.since(*unsavedSince_));
+  saveTimer_ = services_.runLoop.after(std::clamp(longestSaveDelay - waited, 0.0, saveDelay),
+                                       [this] { save(); });
+}
+
+void ClipboardSource::save() {
+  saveTimer_.reset();
+  unsavedSince_.reset();
+  if (state_.items == lastSaved_ && !state_.trouble)
+    return;
+  files_->run([vault = vault_, items = state_.items, settings = settings_,
+               now = services_.clock.now(), weak = std::weak_ptr(self_),
+               &loop = services_.runLoop] {
+    loop.post([weak, items, outcome = vault->save(items, settings, now)] {
+      const auto self = weak.lock();
+      if (!self)
+        return;
+      if (!outcome.trouble)
+        (*self)->lastSaved_ = items;
+      (*self)->adopt(outcome);
+    });
+  });
+}
+
+/// What was found in the file stands behind what was copied meanwhile.
+void ClipboardSource::adopt(const ClipboardVault::Outcome& outcome) {
+  state_.trouble = outcome.trouble;
+  if (!settings_.persistAcrossRestarts) {
+    tell();
+    return;
+  }
+  const bool isUnsaved = !state_.items.empty() && lastSaved_.empty();
+  if (!outcome.found.empty()) {
+    const bool isPlain = state_.items.empty();
+    ClipboardList items = state_.items;
+    items.insert(items.end(), outcome.found.begin(), outcome.found.end());
+    state_.items = ClipboardBoard::retained(items, settings_, services_.clock.now());
+    if (isPlain)
+      lastSaved_ = state_.items;
+  }
+  if (isUnsaved && !outcome.trouble)
+    scheduleSave();
+  tell();
+}
+
+void ClipboardSource::tell() {
+  if (onChange)
+    onChange();
+}
+
+} // namespace tavrin

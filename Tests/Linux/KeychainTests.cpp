@@ -1,0 +1,65 @@
+#include "TavrinPlatform/Linux/SecretServiceKeychain.h"
+#include "Tests/Linux/Desk.h"
+
+#include <gtest/gtest.h>
+
+/// The keychain on a real keyring: one that is unlocked, then locked; and none at all.
+namespace tavrin {
+namespace {
+
+constexpr const char* service = "dev.quellby.tavrin.clipboard";
+
+bool hasKeyring() {
+  return qgetenv("DESK_KIND") != "bare";
+}
+
+int statusOf(const std::function<void()>& call) {
+  try {
+    call();
+  } catch (const KeychainError& error) {
+    EXPECT_EQ(std::string(error.what()),
+              "Failed to access the Keychain because the system returned " +
+                  std::to_string(error.status()));
+    return error.status();
+  }
+  return 0;
+}
+
+TEST(SecretServiceKeychain, KeepsBytesAndSaysWhenItIsLocked) {
+  if (!hasKeyring())
+    GTEST_SKIP();
+  SecretServiceKeychain keychain;
+  EXPECT_FALSE(keychain.find(service, "primary"));
+  Data secret;
+  for (int i = 0; i < 32; ++i)
+    secret.bytes.push_back(static_cast<std::uint8_t>(i * 8));
+  keychain.add(service, "primary", secret);
+  EXPECT_EQ(keychain.find(service, "primary"), secret);
+  EXPECT_FALSE(keychain.find(service, "secondary"));
+  EXPECT_FALSE(keychain.find("other", "primary"));
+  EXPECT_EQ(shell("secret-tool lookup service dev.quellby.tavrin.clipboard account primary | "
+                  "wc -c"),
+            "32");
+
+  shell("gdbus call --session -d org.freedesktop.secrets -o /org/freedesktop/secrets -m "
+        "org.freedesktop.Secret.Service.Lock "
+        "\"['/org/freedesktop/secrets/collection/login']\"");
+  EXPECT_EQ(statusOf([&] { keychain.find(service, "primary"); }), -25308);
+  EXPECT_EQ(statusOf([&] { keychain.add(service, "other", secret); }), -25308);
+}
+
+TEST(SecretServiceKeychain, SaysWhenThereIsNone) {
+  if (hasKeyring())
+    GTEST_SKIP();
+  SecretServiceKeychain keychain;
+  EXPECT_NE(statusOf([&] { keychain.find(service, "primary"); }), 0);
+  EXPECT_NE(statusOf([&] { keychain.add(service, "primary", {}); }), 0);
+}
+
+} // namespace
+} // namespace tavrin
+
+int main(int argc, char** argv) {
+  testing::InitGoogleTest(&argc, argv);
+  return RUN_ALL_TESTS();
+}

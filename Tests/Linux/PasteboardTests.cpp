@@ -1,0 +1,199 @@
+#include "TavrinPlatform/Linux/LinuxColourSampler.h"
+#include "TavrinPlatform/Linux/QtRunLoop.h"
+#include "TavrinPlatform/Linux/X11Pasteboard.h"
+#include "Tests/Linux/Desk.h"
+
+#include <QApplication>
+#include <QPainter>
+#include <QRasterWindow>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+/// The clipboard beside other programs, good and bad; and the colour of a pixel.
+namespace tavrin {
+namespace {
+
+using testing::ElementsAre;
+using testing::SizeIs;
+
+class PasteboardTest : public testing::Test {
+protected:
+  void observe(const Pasteboard::Limits& limits = {}) {
+    ASSERT_TRUE(board_.canObserve());
+    token_ = board_.observe(
+        limits, {[this](std::int64_t) { ++changes_; },
+                 [this](Pasteboard::Capture capture) { captures_.push_back(std::move(capture)); },
+                 [this](std::int64_t) { ++abandoned_; }});
+    // The thread has taken note once it tells of a copy.
+    ASSERT_TRUE(until([this] {
+      shell("printf warm | xclip -selection clipboard >/dev/null 2>&1");
+      return !captures_.empty();
+    }));
+    const auto told = captures_.size();
+    until([&] { return captures_.size() > told; }, 300);
+    captures_.clear();
+    changes_ = 0;
+    abandoned_ = 0;
+  }
+  bool until(const std::function<bool()>& condition, int milliseconds = patience) {
+    return eventually(
+        [&] {
+          QCoreApplication::processEvents();
+          return condition();
+        },
+        milliseconds);
+  }
+  static std::string words(const Pasteboard::Capture& capture) {
+    std::string all;
+    for (const auto& format : capture.formats)
+      all += format.type + "=" + (format.data ? std::string(format.data->view()) : "?") + ";";
+    return all;
+  }
+
+  QtRunLoop loop_;
+  X11Pasteboard board_{loop_};
+  TokenPtr token_;
+  int changes_ = 0;
+  int abandoned_ = 0;
+  std::vector<Pasteboard::Capture> captures_;
+};
+
+TEST_F(PasteboardTest, EveryCopyOfASeriesComesInOrder) {
+  observe();
+  constexpr int count = 60;
+  Program owner(SELECTION_OWNER, {"series", QString::number(count), "120"});
+  ASSERT_TRUE(until([&] { return static_cast<int>(captures_.size()) >= count; }))
+      << captures_.size();
+  for (int i = 0; i < count; ++i) {
+    const auto& capture = captures_[static_cast<std::size_t>(i)];
+    const std::string number = std::to_string(i);
+    const std::string expected[] = {
+        "text/plain=item " + number + ";", "image/png=\x89PNG\r\n\x1A\nitem " + number + ";",
+        "text/uri-list=file:///tmp/item%20" + number + "\r\n;",
+        "x-kde-passwordManagerHint=secret;text/plain=item " + number + ";"};
+    EXPECT_EQ(words(capture), expected[i % 4]);
+    EXPECT_EQ(testing::Value(capture.types, testing::Contains(Pasteboard::transientType)),
+              i % 4 == 3);
+  }
+  EXPECT_EQ(changes_, count);
+}
+
+TEST_F(PasteboardTest, BadOwnersCostTheirOwnCopyOnly) {
+  struct Case {
+    const char* mode;
+    std::string found;
+  };
+  observe({1000, 100});
+  for (const auto& [mode, found] :
+       {Case{"hang", ""}, Case{"mute", "text/plain=good words \xFF;"},
+        Case{"flood", "text/plain=" + std::string(1000, 'x') + ";"}, Case{"dribble", ""},
+        Case{"empty", ""}, Case{"simple", "text/plain=good words \xFF;"}}) {
+    captures_.clear();
+    Program owner(SELECTION_OWNER, {mode});
+    QElapsedTimer clock;
+    clock.start();
+    ASSERT_TRUE(until([&] { return !captures_.empty(); })) << mode;
+    EXPECT_EQ(words(captures_[0]), found) << mode;
+    EXPECT_LT(clock.elapsed(), 9000) << mode;
+    // The next one is read as if nothing had been.
+    shell("printf next | xclip -selection clipboard >/dev/null 2>&1");
+    ASSERT_TRUE(until([&] { return captures_.size() == 2; })) << mode;
+    EXPECT_EQ(words(captures_[1]), "text/plain=next;") << mode;
+  }
+}
+
+TEST_F(PasteboardTest, LargeImagesAreCountedAndNotKept) {
+  observe({1000, 100'000});
+  for (const auto& [bytes, isKept] :
+       {std::pair{100'000, true}, {100'001, false}, {5'000'000, false}}) {
+    captures_.clear();
+    shell("head -c " + std::to_string(bytes) +
+          " /dev/zero | xclip -selection clipboard -t image/png >/dev/null 2>&1");
+    ASSERT_TRUE(until([&] { return !captures_.empty(); })) << bytes;
+    ASSERT_THAT(captures_[0].formats, SizeIs(1)) << bytes;
+    EXPECT_EQ(captures_[0].formats[0].data != nullptr, isKept) << bytes;
+    // A program that sends in pieces may tell no more than that it is too long.
+    EXPECT_GE(captures_[0].formats[0].size, static_cast<std::size_t>(std::min(bytes, 100'001)));
+  }
+}
+
+TEST_F(PasteboardTest, OffersWhatIsWrittenToOthersWhateverItsLength) {
+  observe();
+  std::string longText(3'000'000, 'a');
+  longText += "end";
+  board_.writeText("Grüße");
+  ASSERT_TRUE(until([&] { return !captures_.empty(); }));
+  EXPECT_TRUE(captures_[0].isOwn);
+  EXPECT_EQ(shell("xclip -selection clipboard -o"), "Grüße");
+  EXPECT_EQ(shell("xclip -selection clipboard -o -t text/plain"), "Grüße");
+  EXPECT_EQ(shell("xclip -selection clipboard -o -t TARGETS | sort | tr '\\n' ' '"),
+            "MULTIPLE STRING TARGETS TEXT TIMESTAMP UTF8_STRING text/plain "
+            "text/plain;charset=utf-8");
+  board_.writeText(longText);
+  ASSERT_TRUE(until([&] { return captures_.size() == 2; }));
+  EXPECT_EQ(shell("xclip -selection clipboard -o | wc -c"), "3000003");
+  const auto image = std::make_shared<const Data>(Data::fromText(std::string(400'000, '\x7F')));
+  board_.write({{"image/png", image, image->bytes.size()}});
+  ASSERT_TRUE(until([&] { return captures_.size() == 3; }));
+  EXPECT_EQ(shell("xclip -selection clipboard -o -t image/png | wc -c"), "400000");
+  EXPECT_EQ(shell("xclip -selection clipboard -o -t UTF8_STRING 2>/dev/null | wc -c"), "0");
+}
+
+TEST_F(PasteboardTest, TellsWhenAnOwnerIsGone) {
+  observe();
+  {
+    Program owner(SELECTION_OWNER, {"simple"});
+    ASSERT_TRUE(until([&] { return !captures_.empty(); }));
+    EXPECT_EQ(abandoned_, 0);
+  }
+  EXPECT_TRUE(until([&] { return abandoned_ == 1; }));
+}
+
+/// Half of the screen in one colour, half in another.
+class Flag final : public QRasterWindow {
+protected:
+  void paintEvent(QPaintEvent*) override {
+    QPainter painter(this);
+    painter.fillRect(0, 0, width() / 2, height(), QColor(0xFF, 0x80, 0x00));
+    painter.fillRect(width() / 2, 0, width(), height(), QColor(0x12, 0x34, 0x56));
+    isPainted = true;
+  }
+
+public:
+  bool isPainted = false;
+};
+
+TEST_F(PasteboardTest, PicksThePixelUnderThePointerOrNone) {
+  Flag flag;
+  flag.setFlags(Qt::BypassWindowManagerHint);
+  flag.setGeometry(0, 0, 400, 300);
+  flag.show();
+  ASSERT_TRUE(until([&] { return flag.isPainted; }));
+  LinuxColourSampler sampler(nullptr);
+  using Outcome = ColourSample::Outcome;
+  const auto pick = [&](const std::string& input) {
+    std::optional<ColourSample> sample;
+    const TokenPtr token = sampler.pick([&](const ColourSample& found) { sample = found; });
+    for (int i = 0; i < 20; ++i)
+      QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+    shell("xdotool " + input);
+    EXPECT_TRUE(until([&] { return sample.has_value(); })) << input;
+    return sample.value_or(ColourSample{});
+  };
+  shell("xdotool mousemove 50 50");
+  EXPECT_EQ(pick("mousemove 199 100 click 1"), (ColourSample{Outcome::picked, 255, 128, 0}));
+  EXPECT_EQ(pick("mousemove 200 100 click 1"), (ColourSample{Outcome::picked, 0x12, 0x34, 0x56}));
+  EXPECT_EQ(pick("mousemove 199 100 sleep 0.2 key Right sleep 0.2 key Return"),
+            (ColourSample{Outcome::picked, 0x12, 0x34, 0x56}));
+  EXPECT_EQ(pick("key Escape"), ColourSample{});
+  EXPECT_EQ(pick("click 3"), ColourSample{});
+}
+
+} // namespace
+} // namespace tavrin
+
+int main(int argc, char** argv) {
+  testing::InitGoogleTest(&argc, argv);
+  QApplication application(argc, argv);
+  return RUN_ALL_TESTS();
+}
