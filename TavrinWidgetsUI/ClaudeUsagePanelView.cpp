@@ -2,6 +2,7 @@
 
 #include "TavrinWidgetsUI/ClaudeUsageModel.h"
 #include "TavrinWidgetsUI/ClaudeUsageViews.h"
+#include "TavrinWidgetsUI/Gauges.h"
 #include "TavrinWidgetsUI/Kit/PanelFigure.h"
 #include "TavrinWidgetsUI/Kit/PanelSegments.h"
 #include "TavrinWidgetsUI/Kit/PanelText.h"

@@ -1,5 +1,7 @@
 #include "TavrinWidgetsUI/ClaudeUsageViews.h"
 
+#include "TavrinWidgetsUI/Gauges.h"
+
 #include <QLocale>
 #include <algorithm>
 #include <cmath>
@@ -101,11 +103,6 @@ double usedFraction(const ClaudeUsageWindow& window, Date now) {
 
 QColor claudeUsageLevelTint(double fraction) {
   return fraction >= 0.95 ? palette::red : fraction >= 0.8 ? palette::warning : claudeUsageTint;
-}
-
-QString percentText(double fraction) {
-  return QString::number(static_cast<int>(std::lround(std::clamp(fraction, 0.0, 9.99) * 100))) +
-         "%";
 }
 
 QString scopeTitle(ClaudeUsageScope scope) {

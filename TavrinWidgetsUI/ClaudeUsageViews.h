@@ -22,8 +22,6 @@ struct ClaudeUsageReading {
 double usedFraction(const ClaudeUsageWindow& window, Date now);
 /// The tint, or a warning colour for a limit or budget that is nearly or wholly used.
 QColor claudeUsageLevelTint(double fraction);
-/// "42%".
-QString percentText(double fraction);
 /// "Last 5 hours", "Today", "Last 7 days".
 QString scopeTitle(ClaudeUsageScope scope);
 /// "1,204 messages" in the user's digits and separators.

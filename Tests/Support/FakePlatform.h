@@ -458,6 +458,8 @@ public:
   std::vector<bool> asked;
   int registrations = 0;
   int settingsOpened = 0;
+};
+
 class FakePasteboard final : public Pasteboard {
 public:
   bool canObserve() const override { return observable; }
