@@ -12,7 +12,7 @@ public:
   explicit CanberraPlayer(RunLoop& runLoop) : runLoop_(runLoop) {}
   void play(const std::string& name) override;
 
-  /// The event of the sound naming specification that stands for a sound's name.
+  /// The freedesktop.org sound name (such as "complete") that stands for a sound's name.
   static const char* eventFor(const std::string& name);
 
 private:

@@ -6,8 +6,8 @@
 
 namespace tavrin {
 
-/// The folders of the XDG Base Directory Specification. A variable that holds no absolute path
-/// counts as unset, as the specification asks.
+/// The XDG base folders (XDG_DATA_HOME and its like). A variable that holds no absolute path
+/// counts as unset.
 class LinuxFileManager final : public FileManager {
 public:
   using Environment = std::map<std::string, std::string, std::less<>>;

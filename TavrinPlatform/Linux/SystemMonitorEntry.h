@@ -7,8 +7,8 @@
 
 namespace tavrin {
 
-/// The command in an Exec line of a desktop entry, split into words as the Desktop Entry
-/// Specification quotes them, its field codes left out.
+/// The command in an Exec line of a freedesktop.org desktop entry, split into words by its rules of
+/// quoting, its field codes left out.
 std::vector<std::string> execWords(std::string_view exec);
 
 /// The command of the system monitor that belongs to the desktop best: one made for
