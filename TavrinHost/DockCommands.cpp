@@ -97,16 +97,6 @@ void addChanges(CLI::App& dock, HostContext& context) {
       [options, &context](DockEdit edit) { changeDocks(context, *options, {std::move(edit)}); });
 }
 
-std::string scriptText(HostContext& context, const std::string& name) {
-  if (name == "-")
-    return {std::istreambuf_iterator<char>(context.console().in), {}};
-  const auto file = absolutePath(context, name);
-  auto text = readFile(file);
-  if (!text)
-    throw DockError::fileNotFound(file);
-  return std::move(*text);
-}
-
 /// The edits of a script: each line is an add, remove, move or spacer command.
 std::vector<DockEdit> scriptEdits(HostContext& context, const std::string& text, bool isElsewhere) {
   std::vector<DockEdit> edits;
@@ -148,7 +138,7 @@ void addEdit(CLI::App& dock, HostContext& context) {
                                     "a Dock with one item"}});
   command->callback([options, script, &context] {
     changeDocks(context, *options,
-                scriptEdits(context, scriptText(context, *script), !options->files.empty()));
+                scriptEdits(context, textOf(context, *script), !options->files.empty()));
   });
 }
 

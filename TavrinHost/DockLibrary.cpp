@@ -1,6 +1,7 @@
 #include "TavrinHost/DockLibrary.h"
 
 #include "TavrinHost/NamedReference.h"
+#include "TavrinStorage/AtomicFile.h"
 #include "TavrinStorage/CFPreferencesBackend.h"
 #include "TavrinStorage/PlistFileBackend.h"
 #include "TavrinStorage/SystemDockReloader.h"
@@ -129,6 +130,16 @@ fs::path absolutePath(HostContext& context, const std::string& path) {
   if (path == "~" || path.starts_with("~/"))
     return context.platform().fileManager().homeFolder() / path.substr(path == "~" ? 1 : 2);
   return fs::absolute(path).lexically_normal();
+}
+
+std::string textOf(HostContext& context, const std::string& name) {
+  if (name == "-")
+    return {std::istreambuf_iterator<char>(context.console().in), {}};
+  const auto file = absolutePath(context, name);
+  auto text = readFile(file);
+  if (!text)
+    throw DockError::fileNotFound(file);
+  return std::move(*text);
 }
 
 Completer completeProfiles(HostContext& context) {

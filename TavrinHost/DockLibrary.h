@@ -71,6 +71,10 @@ ExitCode exitCode(const DockError& error);
 /// `path` as the user wrote it, made absolute; "~/" is the home folder.
 std::filesystem::path absolutePath(HostContext& context, const std::string& path);
 
+/// What the file `name` holds, or the standard input for "-". Throws DockError for one that is not
+/// there and FileError for one that cannot be read.
+std::string textOf(HostContext& context, const std::string& name);
+
 Completer completeProfiles(HostContext& context);
 /// The labels of the user's Dock.
 Completer completeDockItems(HostContext& context);

@@ -308,16 +308,6 @@ void addExport(CLI::App& profiles, HostContext& context) {
   });
 }
 
-std::string importText(HostContext& context, const std::string& name) {
-  if (name == "-")
-    return {std::istreambuf_iterator<char>(context.console().in), {}};
-  const auto file = absolutePath(context, name);
-  auto text = readFile(file);
-  if (!text)
-    throw DockError::fileNotFound(file);
-  return std::move(*text);
-}
-
 void addImport(CLI::App& profiles, HostContext& context) {
   auto* command = profiles.add_subcommand("import", "Add profiles that were exported elsewhere");
   auto source = std::make_shared<std::string>();
@@ -328,7 +318,7 @@ void addImport(CLI::App& profiles, HostContext& context) {
     DockLibrary library(context);
     std::vector<Profile> imported;
     try {
-      imported = ProfileTransfer::profiles(importText(context, *source));
+      imported = ProfileTransfer::profiles(textOf(context, *source));
     } catch (const JSONError& error) {
       throw FileError(failure("read " + *source, error.what()), error.what());
     } catch (const CodingError& error) {

@@ -1,5 +1,7 @@
 #include "TavrinWidgetsUI/Kit/PanelGrid.h"
 
+#include "TavrinWidgetsUI/Kit/PanelItems.h"
+
 #include "TavrinWidgetsUI/Kit/Colour.h"
 #include "TavrinWidgetsUI/Kit/PanelFont.h"
 #include "TavrinWidgetsUI/Kit/PanelPaint.h"
@@ -125,21 +127,10 @@ CellModel& modelOf(const PanelGrid& grid) {
 PanelGrid::PanelGrid(const QString& name, int columns, QWidget* parent)
     : QListView(parent), columns_(std::max(1, columns)) {
   setAccessibleName(name);
-  setFrameShape(QFrame::NoFrame);
   setFlow(LeftToRight);
   setWrapping(true);
   setResizeMode(Adjust);
-  setUniformItemSizes(true);
-  setSelectionMode(NoSelection);
-  setEditTriggers(NoEditTriggers);
-  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  setVerticalScrollMode(ScrollPerPixel);
-  setMouseTracking(true);
-  setFocusPolicy(Qt::TabFocus);
-  setTabKeyNavigation(false);
-  setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
-  viewport()->setAutoFillBackground(false);
-  viewport()->setAttribute(Qt::WA_Hover);
+  setUpPanelItems(*this);
   setItemDelegate(new CellDelegate(this));
   setModel(new CellModel(this));
 }

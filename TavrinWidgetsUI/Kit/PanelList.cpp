@@ -1,5 +1,7 @@
 #include "TavrinWidgetsUI/Kit/PanelList.h"
 
+#include "TavrinWidgetsUI/Kit/PanelItems.h"
+
 #include "TavrinWidgetsUI/Kit/PanelFont.h"
 #include "TavrinWidgetsUI/Kit/PanelPaint.h"
 #include "TavrinWidgetsUI/Kit/PanelRowDelegate.h"
@@ -16,19 +18,8 @@ namespace tavrin {
 
 PanelList::PanelList(const QString& name, QWidget* parent) : QListView(parent) {
   setAccessibleName(name);
-  setFrameShape(QFrame::NoFrame);
   setFont(panelFont(PanelTextStyle::body));
-  setUniformItemSizes(true);
-  setSelectionMode(NoSelection);
-  setEditTriggers(NoEditTriggers);
-  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  setVerticalScrollMode(ScrollPerPixel);
-  setMouseTracking(true);
-  setFocusPolicy(Qt::TabFocus);
-  setTabKeyNavigation(false);
-  setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
-  viewport()->setAutoFillBackground(false);
-  viewport()->setAttribute(Qt::WA_Hover);
+  setUpPanelItems(*this);
   setItemDelegate(new PanelRowDelegate(this));
   setModel(new PanelRowModel(this));
 }
