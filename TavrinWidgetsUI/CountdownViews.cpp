@@ -69,6 +69,21 @@ std::vector<std::string> countdownForms(std::int64_t seconds) {
   return forms;
 }
 
+namespace {
+
+/// What a screen reader says: "Launch, 3d 4h left", "since Launch, 2d 2h".
+void describe(auto& content, const std::string& name, const CountdownSettings& settings, Date now) {
+  const std::string form = countdownForms(Countdown::displayedSeconds(settings, now)).front();
+  content.label = captionOf(name, settings, now);
+  if (isOver(settings, now))
+    content.value = "Done";
+  else
+    content.value =
+        QString::fromStdString(Countdown::showsTimeSince(settings, now) ? form : form + " left");
+}
+
+} // namespace
+
 AnyView countdownTileIcon(const std::string& name, const CountdownSettings& settings, Date now,
                           const TileSize& size) {
   const auto seconds = Countdown::displayedSeconds(settings, now);
@@ -79,8 +94,7 @@ AnyView countdownTileIcon(const std::string& name, const CountdownSettings& sett
       TileBorder{Countdown::weekShare(settings, now), countdownTint(), countdownTrack()};
   // No room for "since" beside a name; the ring is empty once the moment has passed.
   content.caption = QString::fromStdString(name);
-  content.label = QString::fromStdString(name);
-  content.value = isOver(settings, now) ? QString("Done") : QString::fromStdString(forms.front());
+  describe(content, name, settings, now);
   if (isOver(settings, now)) {
     content.state = TileState::done;
     content.markRatio = 0.36;
@@ -119,8 +133,7 @@ AnyView countdownWideTile(const std::string& name, const CountdownSettings& sett
   content.middle = vstack({caption(captionOf(name, settings, now), captionSize), figure})
                        .align(Alignment::leading)
                        .spacing(size.body() * 0.01);
-  content.label = QString::fromStdString(name);
-  content.value = over ? QString("Done") : QString::fromStdString(forms.front());
+  describe(content, name, settings, now);
   return wideTile(content, size).accessibility(content.label, content.value);
 }
 

@@ -8,6 +8,14 @@ namespace tavrin {
 
 using Kind = DockWidget::Kind;
 
+Kind::Kind() = default;
+Kind::Kind(const Kind&) = default;
+Kind::Kind(Kind&&) noexcept = default;
+Kind& Kind::operator=(const Kind&) = default;
+Kind& Kind::operator=(Kind&&) noexcept = default;
+Kind::~Kind() = default;
+bool Kind::operator==(const Kind&) const = default;
+
 std::string_view Kind::key() const {
   return allKinds()[index()].key;
 }

@@ -53,6 +53,14 @@ struct DockWidget {
   /// What a widget is, with its settings.
   struct Kind : KindVariant {
     using KindVariant::KindVariant;
+    // Defined in one place: the compiler writes much code for each of them.
+    Kind();
+    Kind(const Kind&);
+    Kind(Kind&&) noexcept;
+    Kind& operator=(const Kind&);
+    Kind& operator=(Kind&&) noexcept;
+    ~Kind();
+    bool operator==(const Kind&) const;
 
     /// The JSON key: "timer".
     std::string_view key() const;
@@ -64,8 +72,6 @@ struct DockWidget {
 
     template <class Settings> const Settings* get() const { return std::get_if<Settings>(this); }
     template <class Settings> Settings* get() { return std::get_if<Settings>(this); }
-
-    bool operator==(const Kind&) const = default;
   };
 
   DockWidget() = default;

@@ -31,8 +31,8 @@
 #include "TavrinPlatform/Linux/TileAccessibility.h"
 #include "TavrinPlatform/Linux/ToolkitSetup.h"
 #include "TavrinPlatform/Linux/TraySurface.h"
-#include "TavrinPlatform/Linux/UnavailableServices.h"
 #include "TavrinPlatform/Linux/UPowerSources.h"
+#include "TavrinPlatform/Linux/UnavailableServices.h"
 #include "TavrinPlatform/Linux/X11.h"
 #include "TavrinPlatform/Linux/X11Pasteboard.h"
 #include "TavrinStorage/StoragePath.h"
@@ -192,7 +192,13 @@ UserNotificationCenter& LinuxPlatform::userNotifications() {
   return lazily(userNotifications_, [this] {
     auto center =
         std::make_unique<LinuxNotificationCenter>(bus_.get(), *runLoop_, executable_, log_);
-    center->onClick = [this] { application_->reopen(); };
+    center->onClick = [this] {
+      // The panel is what the notice leads to: one that is open stays.
+      if (popover_ && popover_->isShown())
+        application_->cancelUserAttention();
+      else
+        application_->reopen();
+    };
     return center;
   });
 }

@@ -4,28 +4,34 @@
 
 namespace tavrin {
 
-const LayerCache::Layer* LayerCache::find(const AnyView& view, const QRectF& within, double scale) {
-  const auto found = std::find_if(layers_.begin(), layers_.end(), [&](const Layer& layer) {
+KeptLayer* LayerCache::find(const AnyView& view, const QRectF& within, double scale) {
+  const auto found = std::find_if(layers_.begin(), layers_.end(), [&](const KeptLayer& layer) {
     return layer.scale == scale && layer.within == within && layer.view == view;
   });
   if (found == layers_.end())
     return nullptr;
-  found->isUsed = true;
+  markUsed(*found);
   return &*found;
 }
 
-const LayerCache::Layer& LayerCache::add(Layer layer) {
+KeptLayer* LayerCache::add(KeptLayer layer) {
   layers_.push_back(std::move(layer));
-  return layers_.back();
+  return &layers_.back();
+}
+
+void LayerCache::markUsed(KeptLayer& layer) {
+  layer.isUsed = true;
+  for (KeptLayer* base : layer.bases)
+    markUsed(*base);
 }
 
 void LayerCache::beginPainting() {
-  for (Layer& layer : layers_)
+  for (KeptLayer& layer : layers_)
     layer.isUsed = false;
 }
 
 void LayerCache::endPainting() {
-  std::erase_if(layers_, [](const Layer& layer) { return !layer.isUsed; });
+  std::erase_if(layers_, [](const KeptLayer& layer) { return !layer.isUsed; });
 }
 
 } // namespace tavrin

@@ -189,6 +189,8 @@ struct Accessibility {
 
 struct Cached {
   AnyView content;
+  /// Kept even within another kept layer, which can then be painted again from it.
+  bool isBase = false;
 
   QSizeF measure(ViewContext& context, const QSizeF& offer) const {
     return content.measure(context, offer);
@@ -197,9 +199,9 @@ struct Cached {
   bool operator==(const Cached&) const = default;
 };
 
-LayerCache::Layer paintedLayer(ViewContext& context, const AnyView& content, const QRectF& within,
-                               double scale) {
-  LayerCache::Layer layer;
+KeptLayer paintedLayer(ViewContext& context, const AnyView& content, const QRectF& within,
+                       double scale) {
+  KeptLayer layer;
   layer.view = content;
   layer.within = within;
   layer.scale = scale;
@@ -217,13 +219,14 @@ LayerCache::Layer paintedLayer(ViewContext& context, const AnyView& content, con
   content.paint(inner, {QPointF(0, 0), within.size() / scale});
   layer.buttons = std::move(inner.buttons);
   layer.elements = std::move(inner.elements);
+  layer.bases = std::move(inner.bases);
   return layer;
 }
 
 void Cached::paint(ViewContext& context, const QRectF& rect) const {
   QPainter& painter = context.painter;
   const QTransform world = painter.worldTransform();
-  if (context.isInLayer || world.type() > QTransform::TxScale || rect.isEmpty()) {
+  if ((context.isInLayer && !isBase) || world.type() > QTransform::TxScale || rect.isEmpty()) {
     content.paint(context, rect);
     return;
   }
@@ -233,9 +236,11 @@ void Cached::paint(ViewContext& context, const QRectF& rect) const {
   const QPointF corner(std::floor(pixels.x()), std::floor(pixels.y()));
   const QRectF within = pixels.translated(-corner);
   const double scale = pixels.width() / rect.width();
-  const LayerCache::Layer* layer = context.layers.find(content, within, scale);
+  KeptLayer* layer = context.layers.find(content, within, scale);
   if (!layer)
-    layer = &context.layers.add(paintedLayer(context, content, within, scale));
+    layer = context.layers.add(paintedLayer(context, content, within, scale));
+  if (isBase)
+    context.bases.push_back(layer);
   for (ViewButton button : layer->buttons) {
     button.rect.translate(rect.topLeft());
     context.addButton(std::move(button));
@@ -283,7 +288,10 @@ AnyView accessibility(AnyView content, const QString& label, const QString& valu
   return Accessibility{std::move(content), label, value};
 }
 AnyView cached(AnyView content) {
-  return Cached{std::move(content)};
+  return Cached{std::move(content), false};
+}
+AnyView cachedAsBase(AnyView content) {
+  return Cached{std::move(content), true};
 }
 
 } // namespace modifiers

@@ -18,6 +18,7 @@ AnyView offset(AnyView content, double dx, double dy);
 AnyView button(AnyView content, const ViewAction& action, const QString& label);
 AnyView accessibility(AnyView content, const QString& label, const QString& value);
 AnyView cached(AnyView content);
+AnyView cachedAsBase(AnyView content);
 
 } // namespace tavrin::modifiers
 

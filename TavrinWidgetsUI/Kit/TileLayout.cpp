@@ -107,8 +107,8 @@ AnyView body(const QColor& ground, const QColor& groundEnd, const std::optional<
   const double kept = std::floor(level.progress * steps) / steps;
   ProgressBorder still = level;
   still.progress = kept;
-  return zstack(
-      {zstack({plain, track, still.padding(margin)}).cached(), level.from(kept).padding(margin)});
+  const AnyView base = modifiers::cachedAsBase(zstack({plain, track}));
+  return zstack({zstack({base, still.padding(margin)}).cached(), level.from(kept).padding(margin)});
 }
 
 AnyView spoken(const AnyView& picture, const QString& label, const QString& value,
@@ -213,7 +213,8 @@ AnyView actionButton(const TileAction& action, const WideTileContent& content,
   const double side = size.actionSide();
   const QColor quiet = mix(content.ground, palette::figure(content.ground), 0.16);
   const QColor disc = action.isProminent ? content.tint : quiet;
-  // A mark is white where that can be told from the disc, else as dark as the tile: no grey between.
+  // A mark is white where that can be told from the disc, else as dark as the tile: no grey
+  // between.
   const bool isWhite = contrast(palette::white, disc) >= 2.4;
   const QColor ink = !action.isProminent ? palette::figure(quiet)
                      : isWhite           ? palette::white

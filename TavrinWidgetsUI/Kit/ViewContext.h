@@ -7,6 +7,7 @@
 
 namespace tavrin {
 
+struct KeptLayer;
 class LayerCache;
 class TextEngine;
 
@@ -41,8 +42,10 @@ public:
   std::vector<AccessibleElement> elements;
   /// How many parts around the current one speak for what stands in them.
   int spokenFor = 0;
-  /// Being painted into a kept layer, inside which no further ones are kept.
+  /// Being painted into a kept layer, inside which no further ones are kept but bases.
   bool isInLayer = false;
+  /// The bases that were painted, for the layer that stands on them.
+  std::vector<KeptLayer*> bases;
 
   /// `element.rect` is in the painter's coordinates of the moment.
   void addElement(AccessibleElement element) {
