@@ -1,8 +1,8 @@
 #include "TavrinSlot/SystemWidget.h"
 
-#include "TavrinCore/Base/Coding.h"
 #include "TavrinPlatform/Platform.h"
 #include "TavrinSlot/DockPanelPresenter.h"
+#include "TavrinSlot/StoredRun.h"
 #include "TavrinWidgetsUI/ActivityViews.h"
 #include "TavrinWidgetsUI/BatteryViews.h"
 #include "TavrinWidgetsUI/ClockPanelView.h"
@@ -25,13 +25,7 @@ std::string stopwatchKey(const UUID& id) {
 }
 
 StopwatchRun storedStopwatch(const UserDefaults& defaults, const UUID& id) {
-  try {
-    if (const auto json = defaults.value(stopwatchKey(id)))
-      return decode<StopwatchRun>(*json);
-  } catch (const std::exception&) {
-    // A run that cannot be read begins anew.
-  }
-  return {};
+  return storedRun(defaults, stopwatchKey(id), StopwatchRun{});
 }
 
 } // namespace

@@ -1,7 +1,8 @@
 #include "TavrinStorage/AESGCM.h"
 
+#include "TavrinPlatform/SharedLibrary.h"
+
 #include <algorithm>
-#include <dlfcn.h>
 #include <memory>
 #include <openssl/evp.h>
 #include <openssl/rand.h>
@@ -21,20 +22,12 @@ struct Library {
   decltype(&RAND_bytes) random = nullptr;
 
   bool load() {
-    void* library = nullptr;
-    for (const char* name : {"libcrypto.so.3", "libcrypto.3.dylib"})
-      if (library == nullptr)
-        library = dlopen(name, RTLD_NOW | RTLD_LOCAL);
-    if (library == nullptr)
-      return false;
-    const auto find = [library](auto& function, const char* name) {
-      function = reinterpret_cast<std::decay_t<decltype(function)>>(dlsym(library, name));
-      return function != nullptr;
-    };
-    return find(make, "EVP_CIPHER_CTX_new") && find(free, "EVP_CIPHER_CTX_free") &&
-           find(control, "EVP_CIPHER_CTX_ctrl") && find(cipher, "EVP_aes_256_gcm") &&
-           find(begin, "EVP_CipherInit_ex") && find(update, "EVP_CipherUpdate") &&
-           find(end, "EVP_CipherFinal_ex") && find(random, "RAND_bytes");
+    const SharedLibrary library{"libcrypto.so.3", "libcrypto.3.dylib"};
+    return library.find(make, "EVP_CIPHER_CTX_new") && library.find(free, "EVP_CIPHER_CTX_free") &&
+           library.find(control, "EVP_CIPHER_CTX_ctrl") &&
+           library.find(cipher, "EVP_aes_256_gcm") && library.find(begin, "EVP_CipherInit_ex") &&
+           library.find(update, "EVP_CipherUpdate") && library.find(end, "EVP_CipherFinal_ex") &&
+           library.find(random, "RAND_bytes");
   }
 };
 

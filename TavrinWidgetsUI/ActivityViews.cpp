@@ -151,7 +151,8 @@ AnyView activityWideTile(const ActivityReading& reading, const ActivitySettings&
     content.mark = symbol("cpu").colour(palette::caption());
   }
   std::vector<AnyView> rows;
-  const double points = size.body() * 0.25;
+  const bool isTight = settings.style == ActivityTileStyle::rings && size.span == 2;
+  const double points = size.body() * (isTight ? 0.21 : 0.25);
   for (const auto& gauge : shown)
     rows.push_back(
         settings.style == ActivityTileStyle::bars

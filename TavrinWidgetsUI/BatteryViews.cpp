@@ -111,8 +111,9 @@ AnyView statusTile(const BatteryReading& reading, const BatterySettings& setting
     content.figure = percentText(*reading.level);
     content.widestFigure = "100%";
   }
-  // The glyph tells the battery from other figures; the time left is also in the panel.
-  if (size.side >= roomyTile || !settings.showsPercentage)
+  // The glyph tells the battery from other figures; the time left is also in the panel. A small
+  // tile has room for a time but not for a word, and the glyph has a bolt for that.
+  if (size.side >= roomyTile || (!settings.showsPercentage && reading.minutesRemaining))
     content.caption = shortStateText(reading);
   return tile(content, size);
 }

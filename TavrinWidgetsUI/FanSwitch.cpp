@@ -1,5 +1,6 @@
 #include "TavrinWidgetsUI/FanSwitch.h"
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -67,8 +68,9 @@ void FanSwitch::refresh() {
     return;
   const auto answer = std::make_shared<Answer>();
   runLoop_.background([answer, &smc = smc_] { *answer = readFans(smc); }, alive_,
-                      [this, answer] {
+                      [this, answer, wasFull = isFull_] {
                         isReading_ = false;
+                        const bool wasShownFull = isFull_;
                         const bool differs = !std::exchange(hasRead_, true) ||
                                              answer->readings != readings_ ||
                                              answer->trouble != readTrouble_;
@@ -76,9 +78,23 @@ void FanSwitch::refresh() {
                         if (trouble_.empty() || trouble_ == readTrouble_)
                           trouble_ = answer->trouble;
                         readTrouble_ = std::move(answer->trouble);
-                        if (differs)
+                        watchForce(wasFull);
+                        if (differs || isFull_ != wasShownFull)
                           tell();
                       });
+}
+
+/// What is said of full speed has to be so.
+void FanSwitch::watchForce(bool wasFull) {
+  const bool isForced =
+      readings_.empty() || std::any_of(readings_.begin(), readings_.end(),
+                                       [](const FanReading& reading) { return reading.isForced; });
+  unforced_ = wasFull && isFull_ && !isBusy_ && !isForced ? unforced_ + 1 : 0;
+  if (unforced_ < readingsWithoutForce)
+    return;
+  unforced_ = 0;
+  isFull_ = false;
+  isLost_ = true;
 }
 
 void FanSwitch::setFull(bool full) {
@@ -103,6 +119,12 @@ void FanSwitch::setFull(bool full) {
 }
 
 void FanSwitch::ask(bool full) {
+  // A helper that still counts this one as holding would not force anew.
+  if (std::exchange(isLost_, false) && full)
+    return helper_.setFull(false, [this, weak = std::weak_ptr(alive_)](const auto&) {
+      if (!weak.expired())
+        ask(true);
+    });
   helper_.setFull(full, [this, full, weak = std::weak_ptr(alive_)](const auto& refusal) {
     if (weak.expired())
       return;

@@ -17,6 +17,9 @@ public:
   /// Seconds between two readings while the panel is shown, and otherwise.
   static constexpr double shownPeriod = 2;
   static constexpr double idlePeriod = 10;
+  /// So many readings in turn without a forced fan mean that full speed is over: the helper was
+  /// ended, or another program took the fans. Around sleep a few are no sign of it.
+  static constexpr int readingsWithoutForce = 4;
 
   /// What it is given outlives it; `smc` is used on a queue of the run loop's.
   FanSwitch(RunLoop& runLoop, SMCAccess& smc, FanHelperClient& helper);
@@ -46,6 +49,7 @@ public:
 
 private:
   void refresh();
+  void watchForce(bool wasFull);
   void ask(bool full);
   void finish(const std::optional<FanHelperClient::Refusal>& refusal);
   void tell() const;
@@ -61,6 +65,9 @@ private:
   bool isFull_ = false;
   bool isShown_ = false;
   bool isStarted_ = false;
+  int unforced_ = 0;
+  /// The hold may still be known to the helper.
+  bool isLost_ = false;
   std::string trouble_;
   std::string readTrouble_;
   std::shared_ptr<int> alive_ = std::make_shared<int>();

@@ -89,7 +89,13 @@ AnyView fanWideTile(const QString& name, const FanStatus& status, const TileSize
   content.tint = palette::orange;
   content.mark = gauge(status, size.body() * 0.6, palette::ground);
   content.caption = status.hasFans && size.span > 2 ? name + " · rpm" : name;
-  content.figure = status.hasFans ? speedText(status.speed) : QString("–");
+  if (status.hasFans)
+    content.figure = speedText(status.speed);
+  else
+    content.middle = text(status.hasRead ? "No fans" : "Fans")
+                         .size(std::max(size.body() * 0.24, minimumTypeSize))
+                         .weight(FontWeight::semibold)
+                         .colour(palette::caption());
   content.widestFigure = "8888";
   if (status.hasFans)
     content.actions = {{{status.isFull ? "automatic" : "full", toggle},
@@ -102,9 +108,11 @@ AnyView fanWideTile(const QString& name, const FanStatus& status, const TileSize
 }
 
 FanPanelView::FanPanelView(const PanelAppearance& appearance, FanSwitch& fans,
-                           std::function<QString()> name, std::function<void()> onEdit)
-    : PanelView(appearance), fans_(fans), name_(std::move(name)), list_(new PanelList("Fans")),
-      full_(new PanelSwitch("Full speed")), words_(new PanelText({}, PanelTextStyle::secondary)),
+                           std::function<QString()> name, std::function<void()> onEdit,
+                           Control control)
+    : PanelView(appearance), fans_(fans), name_(std::move(name)), control_(control),
+      list_(new PanelList("Fans")), full_(new PanelSwitch("Full speed")),
+      words_(new PanelText({}, PanelTextStyle::secondary)),
       trouble_(new PanelText({}, PanelTextStyle::trouble)),
       settings_(new PanelButton(PanelButton::Kind::quiet, "Open System Settings",
                                 [this] { fans_.openApprovalSettings(); })),
@@ -141,12 +149,13 @@ void FanPanelView::refresh() {
   list_->setRows(std::move(rows));
   list_->setVisible(hasFans);
   none_->setVisible(fans_.hasNoFans());
-  full_->setVisible(hasFans);
+  const bool isHere = control_ == Control::here;
+  full_->setVisible(hasFans && isHere);
   full_->setOn(fans_.isFull());
   full_->setEnabled(!fans_.isBusy());
-  words_->setWords(wordsFor(fans_));
+  words_->setWords(isHere ? wordsFor(fans_) : "Full speed is switched from Tavrin's own Dock.");
   words_->setVisible(hasFans);
-  settings_->setVisible(hasFans && fans_.status() == Status::needsApproval);
+  settings_->setVisible(hasFans && isHere && fans_.status() == Status::needsApproval);
   trouble_->setWords(QString::fromStdString(fans_.trouble()));
   trouble_->setVisible(!fans_.trouble().empty());
 }

@@ -37,13 +37,17 @@ AnyView fanWideTile(const QString& name, const FanStatus& status, const TileSize
 
 class FanPanelView final : public PanelView {
 public:
+  /// Where full speed is switched: by this panel, or from Tavrin's own Dock alone.
+  enum class Control { here, ownDock };
+
   FanPanelView(const PanelAppearance& appearance, FanSwitch& fans, std::function<QString()> name,
-               std::function<void()> onEdit);
+               std::function<void()> onEdit, Control control = Control::here);
   void refresh() override;
 
 private:
   FanSwitch& fans_;
   std::function<QString()> name_;
+  Control control_;
   PanelList* list_;
   PanelSwitch* full_;
   PanelText* words_;

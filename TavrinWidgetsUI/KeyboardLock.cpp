@@ -83,7 +83,7 @@ void KeyboardLock::started(InputBlocker::Outcome outcome) {
   const double limit = longest(settings_);
   lockedSince_ = now;
   unlocksAt_ = limit > 0 ? std::optional(now + limit) : std::nullopt;
-  hold_ = {static_cast<double>(settings_.holdSeconds), std::nullopt};
+  hold_ = {static_cast<double>(holdSeconds()), std::nullopt};
   swallowed_ = {};
   startCheck();
   if (settings_.playsSound)

@@ -6,6 +6,7 @@
 #include "TavrinPlatform/InputBlocker.h"
 #include "TavrinPlatform/SoundPlayer.h"
 
+#include <algorithm>
 #include <functional>
 #include <optional>
 #include <string>
@@ -47,6 +48,8 @@ public:
   std::optional<Date> unlocksAt() const { return unlocksAt_; }
   /// What the lock that is on, or the next one, goes by.
   const KeyboardLockSettings& settings() const { return settings_; }
+  /// How long a click is held to unlock: never so short that it could not be.
+  int holdSeconds() const { return std::max(settings_.holdSeconds, 1); }
   /// New settings count from the next lock on.
   void setSettings(const KeyboardLockSettings& settings);
   const UnlockHold& hold() const { return hold_; }

@@ -51,7 +51,7 @@ KeyboardLockStatus KeyboardLockStatus::of(const KeyboardLock& lock) {
   const Date now = lock.now();
   status.isLocked = lock.isLocked();
   status.locksPointer = lock.settings().locksPointer;
-  status.holdSeconds = lock.settings().holdSeconds;
+  status.holdSeconds = lock.holdSeconds();
   status.holdProgress = lock.hold().progress(now);
   if (const auto end = lock.unlocksAt())
     status.secondsLeft = static_cast<int>(std::ceil(std::max(end->since(now), 0.0)));
@@ -173,11 +173,13 @@ void KeyboardLockPanelView::refresh() {
                              ? "Nothing you press reaches the Mac. Clean at your own pace."
                              : keyboardLockDescription(status.locksPointer));
   hint_->setWords(status.isLocked && status.secondsLeft ? countdown(status)
-                  : status.locksPointer                 ? holdHint(status.holdSeconds)
-                                                        : QString());
+                  : !actions_.lock      ? "The keyboard is locked from Tavrin's own Dock."
+                  : status.locksPointer ? holdHint(status.holdSeconds)
+                                        : QString());
   hint_->setVisible(!hint_->text().isEmpty());
   trouble_->setWords(QString::fromStdString(lock_.trouble()));
   trouble_->setVisible(!lock_.trouble().empty());
+  button_->setVisible(actions_.lock || status.isLocked);
   button_->setTitle(status.isLocked ? "Unlock" : "Lock");
   button_->setEnabled(!lock_.isLocking());
 }

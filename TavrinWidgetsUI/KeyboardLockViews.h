@@ -48,6 +48,7 @@ class KeyboardLockPanelView final : public PanelView {
 public:
   struct Actions {
     std::function<QString()> name;
+    /// None where the lock is run from Tavrin's own Dock.
     std::function<void()> lock;
     std::function<void()> unlock;
     std::function<void()> edit;

@@ -55,14 +55,14 @@ AnyView rateRow(double rate, const char* arrow, const QColor& tint, double point
 /// "1.2" and "M" in one word, for tiles without room for a unit of its own.
 AnyView shortRow(double rate, const char* arrow, const QColor& tint, double points) {
   const RateText shown = rateText(rate);
-  return hstack({symbol(arrow).colour(withContrast(tint, palette::ground, 3)).size(points * 0.86),
+  return hstack({symbol(arrow).colour(withContrast(tint, palette::ground, 3)).size(points * 0.72),
                  text(shown.number + shown.unit.left(1))
                      .size(points)
                      .weight(FontWeight::semibold)
                      .colour(palette::figure())
                      .widest("888M")
                      .figure(minimumTypeSize)})
-      .spacing(points * 0.2);
+      .spacing(points * 0.14);
 }
 
 QString spoken(const NetworkTrace& trace) {

@@ -60,6 +60,10 @@ AnyView rateView(const char* arrow, const QString& name, double rate, const QCol
       .width(contentWidth / 2 - 4, Alignment::leading);
 }
 
+AnyView onChartGround(const AnyView& chart, const PanelPalette& colours) {
+  return chart.padding(0, 4).background(roundedRectangle(6).fill(colours.control));
+}
+
 } // namespace
 
 BatteryPanelView::BatteryPanelView(const PanelAppearance& appearance,
@@ -116,8 +120,11 @@ void BatteryPanelView::refresh() {
 ActivityPanelView::ActivityPanelView(const PanelAppearance& appearance, SystemWidgetModel& model,
                                      std::function<void()> onEdit)
     : PanelView(appearance), model_(model), gauges_(new ViewWidget(QSizeF(contentWidth, ringSide))),
+      chart_(new ViewWidget(QSizeF(contentWidth, chartHeight))),
       trouble_(new PanelText("No system monitor is installed.", PanelTextStyle::trouble)) {
   add(gauges_, Qt::AlignHCenter);
+  addSpace(2);
+  add(chart_, Qt::AlignHCenter);
   addSpace(4);
   trouble_->hide();
   add(new PanelButton(PanelButton::Kind::quiet, "Open Activity Monitor",
@@ -133,6 +140,18 @@ void ActivityPanelView::refresh() {
   gauges_->setView(hstack({labelledRing("Processor", reading.cpu, cpuTint, colours()),
                            labelledRing("Memory", reading.memory, memoryTint, colours())})
                        .spacing(contentWidth - 2 * ringSide));
+  const auto line = [&](double ActivityReading::*value, const QColor& tint) {
+    Sparkline line{
+        {}, SystemWidgetModel::historyLength + 1, 1, withContrast(tint, colours().ground, 3), 1.5};
+    for (const auto& past : model_.activityHistory())
+      line.values.push_back(past.*value);
+    line.values.push_back(reading.*value);
+    return line.view();
+  };
+  chart_->setView(onChartGround(
+      zstack({line(&ActivityReading::memory, memoryTint), line(&ActivityReading::cpu, cpuTint)}),
+      colours()));
+  chart_->setName("The last minute");
   gauges_->setName("Processor " + percentText(reading.cpu) + ", memory " +
                    percentText(reading.memory));
 }
@@ -168,9 +187,7 @@ void NetworkPanelView::refresh() {
                       .spacing(8));
   rates_->setName("Download " + rateText(trace.now.down).whole() + ", upload " +
                   rateText(trace.now.up).whole());
-  chart_->setView(networkChart(trace, colours().ground, 1.5)
-                      .padding(0, 4)
-                      .background(roundedRectangle(6).fill(colours().control)));
+  chart_->setView(onChartGround(networkChart(trace, colours().ground, 1.5), colours()));
   chart_->setName("The last minute");
   choices_ = {std::nullopt};
   for (auto& name : model_.networkInterfaces())

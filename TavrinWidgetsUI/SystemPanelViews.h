@@ -32,7 +32,8 @@ private:
   PanelText* noDevices_;
 };
 
-/// Processor and memory as two rings, and the way to the desktop's system monitor.
+/// Processor and memory as two rings and over the last minute, and the way to the desktop's system
+/// monitor.
 class ActivityPanelView final : public PanelView {
 public:
   ActivityPanelView(const PanelAppearance& appearance, SystemWidgetModel& model,
@@ -45,6 +46,7 @@ protected:
 private:
   SystemWidgetModel& model_;
   ViewWidget* gauges_;
+  ViewWidget* chart_;
   PanelText* trouble_;
 };
 

@@ -34,6 +34,18 @@ double clockStep(const ClockSettings& settings) {
   return settings.showsSeconds ? 1 : settings.isAnalog ? glide : minute;
 }
 
+/// Appends a reading; the oldest go once there are too many. Whether the line through all of them
+/// moves at the next sample.
+template <class Reading>
+bool remember(std::vector<Reading>& history, const Reading& past, const Reading& now) {
+  history.push_back(past);
+  if (history.size() > SystemWidgetModel::historyLength)
+    history.erase(history.begin(),
+                  history.end() - static_cast<long>(SystemWidgetModel::historyLength));
+  return std::any_of(history.begin(), history.end(),
+                     [&](const Reading& reading) { return reading != now; });
+}
+
 } // namespace
 
 /// How one kind is kept current.
@@ -116,9 +128,10 @@ std::optional<Date> SystemWidgetModel::nextCountdownChange(const SystemWidgetMod
 bool SystemWidgetModel::readActivity() {
   const auto ticks = readings_.cpuTicks();
   const ActivityReading reading{lastTicks_ ? ticks.usage(*lastTicks_) : 0, readings_.memoryUsage()};
+  const bool isMoving = lastTicks_ && remember(activityHistory_, activity_, reading);
   // Ticks that could not be read are no baseline.
   lastTicks_ = ticks.total > 0 ? std::optional(ticks) : std::nullopt;
-  return std::exchange(activity_, reading) != reading;
+  return std::exchange(activity_, reading) != reading || (isMoving && showsPanel());
 }
 
 bool SystemWidgetModel::readNetwork() {
@@ -128,16 +141,11 @@ bool SystemWidgetModel::readNetwork() {
   if (!last)
     return false;
   const double elapsed = std::max(now_.since(last->date), shortestElapsed);
-  networkHistory_.push_back(network_);
-  if (networkHistory_.size() > networkHistoryLength)
-    networkHistory_.erase(networkHistory_.begin(),
-                          networkHistory_.end() - static_cast<long>(networkHistoryLength));
   // A counter that wrapped, or a link that went, is no traffic.
   const NetworkReading reading{std::max(0.0, totals.down - last->totals.down) / elapsed,
                                std::max(0.0, totals.up - last->totals.up) / elapsed};
   const bool isChart = widget_.kind.get<NetworkSettings>()->style == NetworkTileStyle::chart;
-  const bool isMoving = std::any_of(networkHistory_.begin(), networkHistory_.end(),
-                                    [&](const NetworkReading& past) { return past != reading; });
+  const bool isMoving = remember(networkHistory_, network_, reading);
   return std::exchange(network_, reading) != reading || ((isChart || showsPanel()) && isMoving);
 }
 
@@ -212,6 +220,7 @@ void SystemWidgetModel::setWidget(const DockWidget& widget) {
     lastTicks_.reset();
     lastNetwork_.reset();
     network_ = {};
+    activityHistory_.clear();
     networkHistory_.clear();
   }
   watchPowerSources();

@@ -49,10 +49,13 @@ public:
 
   const BatteryReading& battery() const { return battery_; }
   const ActivityReading& activity() const { return activity_; }
+  /// The readings before `activity()`, oldest first.
+  const std::vector<ActivityReading>& activityHistory() const { return activityHistory_; }
   const NetworkReading& network() const { return network_; }
   /// The readings before `network()`, oldest first.
   const std::vector<NetworkReading>& networkHistory() const { return networkHistory_; }
-  static constexpr std::size_t networkHistoryLength = 30;
+  /// Of both histories.
+  static constexpr std::size_t historyLength = 30;
   std::vector<std::string> networkInterfaces() const { return readings_.networkInterfaces(); }
   const std::vector<DeviceBattery>& devices() const { return devices_; }
   /// Asks the connected devices anew. For the battery kind.
@@ -120,6 +123,7 @@ private:
   BatteryReading battery_;
   ActivityReading activity_;
   NetworkReading network_;
+  std::vector<ActivityReading> activityHistory_;
   std::vector<NetworkReading> networkHistory_;
   std::vector<DeviceBattery> devices_;
   std::optional<SystemReadings::CPUTicks> lastTicks_;

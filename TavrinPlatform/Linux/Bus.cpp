@@ -216,11 +216,4 @@ void Bus::arm() {
   timeout_.start(static_cast<int>(std::min<std::uint64_t>(wait, 60'000)), this);
 }
 
-std::string textArgument(sd_bus_message* message) {
-  const char* text = nullptr;
-  if (sd_bus_message_read_basic(message, 's', &text) <= 0 || text == nullptr)
-    return {};
-  return text;
-}
-
 } // namespace tavrin

@@ -100,7 +100,4 @@ private:
   std::uint64_t deadline_ = 0;
 };
 
-/// The first argument of a message, when it is a text.
-std::string textArgument(sd_bus_message* message);
-
 } // namespace tavrin

@@ -1,58 +1,18 @@
 #include "TavrinPlatform/Linux/BusConnectedDevices.h"
 
 #include "TavrinCore/Kinds/DeviceBatteries.h"
+#include "TavrinPlatform/Linux/DeviceProperties.h"
 
 #include <algorithm>
-#include <cmath>
 #include <set>
 
 namespace tavrin {
 namespace {
 
-using Kind = DeviceBattery::Kind;
-constexpr const char* bluez = "org.bluez";
+constexpr const char* service = "org.bluez";
 constexpr const char* deviceInterface = "org.bluez.Device1";
 constexpr const char* batteryInterface = "org.bluez.Battery1";
 constexpr const char* objectManager = "org.freedesktop.DBus.ObjectManager";
-
-/// UPower's device types that are no device of their own: unknown, mains, battery, UPS.
-constexpr int firstDeviceType = 4;
-
-Kind kindOfType(int type) {
-  switch (type) {
-  case 5:
-    return Kind::mouse;
-  case 6:
-    return Kind::keyboard;
-  case 14:
-    return Kind::trackpad;
-  case 17:
-  case 19:
-    return Kind::headphones;
-  default:
-    return Kind::other;
-  }
-}
-
-/// BlueZ names icons of the freedesktop naming scheme.
-Kind kindOfIcon(const std::string& icon) {
-  if (icon == "audio-headset" || icon == "audio-headphones")
-    return Kind::headphones;
-  if (icon == "input-keyboard")
-    return Kind::keyboard;
-  if (icon == "input-mouse")
-    return Kind::mouse;
-  if (icon == "input-tablet" || icon == "input-touchpad")
-    return Kind::trackpad;
-  return Kind::other;
-}
-
-std::optional<int> percent(const BusProperties& properties) {
-  const auto value = properties.number("Percentage");
-  if (!value || !std::isfinite(*value))
-    return std::nullopt;
-  return static_cast<int>(std::lround(std::clamp(*value, 0.0, 100.0)));
-}
 
 } // namespace
 
@@ -64,28 +24,15 @@ std::vector<DeviceBattery> BusConnectedDevices::connected() const {
   if (!isWatching_)
     return batteries;
   std::set<std::string> keys;
-  for (const auto& [path, device] : upower_.devices()) {
-    const int type = static_cast<int>(std::clamp(device.number("Type").value_or(0), 0.0, 1000.0));
-    const auto level = percent(device);
-    if (type < firstDeviceType || !level || !device.flag("IsPresent"))
-      continue;
-    const std::string address = device.text("Serial");
-    const std::string name = device.text("Model");
-    keys.insert(DeviceBatteries::key(address));
-    batteries.push_back({address.empty() ? path : address,
-                         name.empty() ? device.text("NativePath") : name, kindOfType(type),
-                         *level});
-  }
-  for (const auto& [path, peer] : peers_) {
-    const auto level = percent(peer.battery);
-    const std::string address = peer.device.text("Address");
-    if (!level || !peer.device.flag("Connected") ||
-        !keys.insert(DeviceBatteries::key(address)).second)
-      continue;
-    const std::string alias = peer.device.text("Alias");
-    batteries.push_back({address, alias.empty() ? peer.device.text("Name") : alias,
-                         kindOfIcon(peer.device.text("Icon")), *level});
-  }
+  for (const auto& [path, device] : upower_.devices())
+    if (auto battery = upower::deviceBattery(path, device)) {
+      keys.insert(DeviceBatteries::key(device.text("Serial")));
+      batteries.push_back(std::move(*battery));
+    }
+  for (const auto& [path, peer] : peers_)
+    if (auto battery = bluez::deviceBattery(peer.device, peer.battery);
+        battery && keys.insert(DeviceBatteries::key(battery->id)).second)
+      batteries.push_back(std::move(*battery));
   std::stable_sort(batteries.begin(), batteries.end(),
                    [](const auto& a, const auto& b) { return a.name < b.name; });
   return batteries;
@@ -99,7 +46,7 @@ void BusConnectedDevices::refresh() {
   watch();
   if (bus_ == nullptr)
     return;
-  BusMessage question = bus_->method({bluez, "/", objectManager}, "GetManagedObjects");
+  BusMessage question = bus_->method({service, "/", objectManager}, "GetManagedObjects");
   // A computer without Bluetooth need not start its daemon for this.
   if (question)
     sd_bus_message_set_auto_start(question.get(), 0);
@@ -148,6 +95,8 @@ void BusConnectedDevices::watch() {
             peer->second.battery = {};
           else if (name == deviceInterface)
             peer->second.device = {};
+        if (peer->second.battery.isEmpty() && peer->second.device.isEmpty())
+          peers_.erase(peer);
         changes_.call();
       }));
   watches_.push_back(bus_->match(from + "interface='org.freedesktop.DBus.Properties',"

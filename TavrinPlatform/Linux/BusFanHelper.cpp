@@ -1,5 +1,7 @@
 #include "TavrinPlatform/Linux/BusFanHelper.h"
 
+#include "TavrinPlatform/Linux/BusProperties.h"
+
 namespace tavrin {
 namespace {
 

@@ -1,5 +1,7 @@
 #include "TavrinPlatform/Linux/BusNotificationCenter.h"
 
+#include "TavrinPlatform/Linux/BusProperties.h"
+
 #include <vector>
 
 namespace tavrin {

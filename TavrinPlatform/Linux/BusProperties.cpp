@@ -1,7 +1,5 @@
 #include "TavrinPlatform/Linux/BusProperties.h"
 
-#include "TavrinPlatform/Linux/Bus.h"
-
 namespace tavrin {
 namespace {
 
@@ -73,6 +71,13 @@ std::optional<Value> readVariant(sd_bus_message* message) {
 }
 
 } // namespace
+
+std::string textArgument(sd_bus_message* message) {
+  const char* text = nullptr;
+  if (sd_bus_message_read_basic(message, 's', &text) <= 0 || text == nullptr)
+    return {};
+  return text;
+}
 
 void BusProperties::read(sd_bus_message* message) {
   if (sd_bus_message_enter_container(message, 'a', "{sv}") <= 0)

@@ -32,6 +32,9 @@ private:
   std::map<std::string, Value, std::less<>> values_;
 };
 
+/// The next argument of a message, when it is a text.
+std::string textArgument(sd_bus_message* message);
+
 /// The interfaces of an object, the next in `message`: each is handed to `take`, which reads its
 /// dictionary of variants.
 void readInterfaces(sd_bus_message* message,

@@ -1,9 +1,10 @@
 #include "TavrinPlatform/Linux/CanberraPlayer.h"
 
+#include "TavrinPlatform/SharedLibrary.h"
+
 #include <canberra.h>
 #include <chrono>
 #include <condition_variable>
-#include <dlfcn.h>
 #include <mutex>
 
 namespace tavrin {
@@ -21,16 +22,13 @@ struct Library {
   decltype(&ca_proplist_destroy) destroyList = nullptr;
 
   bool load() {
-    void* library = dlopen("libcanberra.so.0", RTLD_NOW | RTLD_LOCAL);
-    if (library == nullptr)
-      return false;
-    const auto find = [library](auto& function, const char* name) {
-      function = reinterpret_cast<std::decay_t<decltype(function)>>(dlsym(library, name));
-      return function != nullptr;
-    };
-    return find(create, "ca_context_create") && find(destroy, "ca_context_destroy") &&
-           find(play, "ca_context_play_full") && find(createList, "ca_proplist_create") &&
-           find(set, "ca_proplist_sets") && find(destroyList, "ca_proplist_destroy");
+    const SharedLibrary library{"libcanberra.so.0"};
+    return library.find(create, "ca_context_create") &&
+           library.find(destroy, "ca_context_destroy") &&
+           library.find(play, "ca_context_play_full") &&
+           library.find(createList, "ca_proplist_create") &&
+           library.find(set, "ca_proplist_sets") &&
+           library.find(destroyList, "ca_proplist_destroy");
   }
 };
 

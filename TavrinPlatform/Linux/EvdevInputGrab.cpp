@@ -4,7 +4,6 @@
 #include <cerrno>
 #include <cstdint>
 #include <fcntl.h>
-#include <filesystem>
 #include <linux/input.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
@@ -24,10 +23,18 @@ bool isButton(unsigned code) {
   return code >= BTN_MISC && code < KEY_OK;
 }
 
-char typeOfKey(unsigned code, std::int32_t value) {
-  if (!isButton(code))
-    return value == 0 ? 11 : 10;
+/// A finger or a pen on a surface, and with what.
+bool isTouch(unsigned code) {
+  return code >= BTN_DIGI && code < BTN_WHEEL;
+}
+
+/// Wiping a touchpad is no click: that has a button of its own. A touchscreen has none.
+char typeOfKey(unsigned code, std::int32_t value, bool hasButton) {
   const bool isPress = value != 0;
+  if (!isButton(code))
+    return isPress ? 10 : 11;
+  if (isTouch(code) && (hasButton || code != BTN_TOUCH))
+    return 5;
   if (code == BTN_LEFT || code == BTN_TOUCH)
     return isPress ? 1 : 2;
   if (code == BTN_RIGHT)
@@ -37,13 +44,14 @@ char typeOfKey(unsigned code, std::int32_t value) {
 
 class EvdevInputGrab final : public InputGrab {
 public:
+  explicit EvdevInputGrab(std::filesystem::path folder) : folder_(std::move(folder)) {}
   ~EvdevInputGrab() override { release(); }
 
   Result begin(bool locksPointer) override {
     bool isDenied = false;
     bool hasKeyboard = false;
     std::error_code error;
-    for (std::filesystem::directory_iterator file("/dev/input", error), end; !error && file != end;
+    for (std::filesystem::directory_iterator file(folder_, error), end; !error && file != end;
          file.increment(error)) {
       if (!file->path().filename().string().starts_with("event"))
         continue;
@@ -60,7 +68,7 @@ public:
         ::close(device);
         continue;
       }
-      devices_.push_back(device);
+      devices_.push_back({device, has(keys, BTN_LEFT)});
       const Result result = grab(device);
       if (result != Result::holding) {
         release();
@@ -74,13 +82,18 @@ public:
     return isDenied ? Result::notPermitted : Result::refused;
   }
 
-  std::vector<int> descriptors() const override { return devices_; }
+  std::vector<int> descriptors() const override {
+    std::vector<int> descriptors;
+    for (const auto& device : devices_)
+      descriptors.push_back(device.descriptor);
+    return descriptors;
+  }
 
   bool read(std::vector<char>& eventTypes) override {
     std::array<input_event, 64> events{};
-    for (const int device : devices_)
+    for (const auto& device : devices_)
       for (;;) {
-        const ssize_t size = ::read(device, events.data(), sizeof events);
+        const ssize_t size = ::read(device.descriptor, events.data(), sizeof events);
         if (size <= 0) {
           // A device that was pulled out holds nothing back; its descriptor only stays readable.
           if (size < 0 && errno != EAGAIN && errno != EINTR)
@@ -88,12 +101,17 @@ public:
           break;
         }
         for (std::size_t i = 0; i < static_cast<std::size_t>(size) / sizeof(input_event); ++i)
-          take(events[i], eventTypes);
+          take(events[i], device.hasButton, eventTypes);
       }
     return true;
   }
 
 private:
+  struct Device {
+    int descriptor;
+    bool hasButton;
+  };
+
   /// A key that is down stays down for the others until its release, which they would not get.
   static Result grab(int device) {
     Bits pressed{};
@@ -106,9 +124,9 @@ private:
     return errno == EBUSY ? Result::busy : Result::refused;
   }
 
-  static void take(const input_event& event, std::vector<char>& eventTypes) {
+  static void take(const input_event& event, bool hasButton, std::vector<char>& eventTypes) {
     if (event.type == EV_KEY)
-      eventTypes.push_back(typeOfKey(event.code, event.value));
+      eventTypes.push_back(typeOfKey(event.code, event.value, hasButton));
     else if (event.type == EV_REL)
       eventTypes.push_back(event.code == REL_WHEEL || event.code == REL_HWHEEL ? 22 : 5);
     else if (event.type == EV_ABS)
@@ -116,18 +134,19 @@ private:
   }
 
   void release() {
-    for (const int device : devices_)
-      ::close(device);
+    for (const auto& device : devices_)
+      ::close(device.descriptor);
     devices_.clear();
   }
 
-  std::vector<int> devices_;
+  std::filesystem::path folder_;
+  std::vector<Device> devices_;
 };
 
 } // namespace
 
-std::unique_ptr<InputGrab> InputGrab::evdev() {
-  return std::make_unique<EvdevInputGrab>();
+std::unique_ptr<InputGrab> InputGrab::evdev(const std::filesystem::path& folder) {
+  return std::make_unique<EvdevInputGrab>(folder);
 }
 
 } // namespace tavrin

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <memory>
 #include <vector>
 
@@ -20,8 +21,9 @@ public:
 
   /// Grabs of the X server that DISPLAY names: XInput 2 grabs of its master devices.
   static std::unique_ptr<InputGrab> x11();
-  /// Exclusive use of the kernel's input devices (EVIOCGRAB), where the user may open them.
-  static std::unique_ptr<InputGrab> evdev();
+  /// Exclusive use of the kernel's input devices (EVIOCGRAB) in `folder`, where the user may open
+  /// them.
+  static std::unique_ptr<InputGrab> evdev(const std::filesystem::path& folder = "/dev/input");
 };
 
 } // namespace tavrin

@@ -1,5 +1,7 @@
 #include "TavrinPlatform/Linux/LinuxApplication.h"
 
+#include "TavrinPlatform/Linux/BusProperties.h"
+
 #include <QCoreApplication>
 #include <QSocketNotifier>
 #include <QTimer>

@@ -1,6 +1,7 @@
 #include "TavrinPlatform/Linux/LinuxColourSampler.h"
 
 #include "TavrinPlatform/Linux/Bus.h"
+#include "TavrinPlatform/Linux/BusProperties.h"
 #include "TavrinPlatform/Linux/X11.h"
 #include "TavrinPlatform/Linux/X11ColourPick.h"
 
@@ -119,8 +120,8 @@ void Picking::pickOnScreen() {
     finish({Outcome::unavailable, 0, 0, 0});
     return;
   }
-  screenPick_ = std::make_unique<X11ColourPick>(
-      [this](const ColourSample& sample) { finish(sample); });
+  screenPick_ =
+      std::make_unique<X11ColourPick>([this](const ColourSample& sample) { finish(sample); });
 }
 
 void Picking::finish(const ColourSample& sample) {

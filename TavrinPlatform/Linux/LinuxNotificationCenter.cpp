@@ -1,6 +1,7 @@
 #include "TavrinPlatform/Linux/LinuxNotificationCenter.h"
 
 #include "TavrinCore/Base/Errors.h"
+#include "TavrinPlatform/Linux/BusProperties.h"
 
 #include <algorithm>
 #include <cctype>

@@ -1,5 +1,6 @@
 #include "TavrinPlatform/Linux/LinuxWorkspace.h"
 
+#include "TavrinPlatform/Linux/BusProperties.h"
 #include "TavrinPlatform/Linux/InterfaceFont.h"
 #include "TavrinPlatform/Linux/SystemMonitorEntry.h"
 #include "TavrinPlatform/Linux/X11.h"

@@ -1,7 +1,8 @@
 #include "TavrinPlatform/Linux/SecretServiceKeychain.h"
 
+#include "TavrinPlatform/SharedLibrary.h"
+
 #include <cstring>
-#include <dlfcn.h>
 #include <libsecret/secret.h>
 #include <memory>
 
@@ -32,25 +33,23 @@ struct Library {
   decltype(&g_str_equal) equal = nullptr;
 
   bool load() {
-    void* library = dlopen("libsecret-1.so.0", RTLD_NOW | RTLD_LOCAL);
-    if (library == nullptr)
-      return false;
-    const auto find = [library](auto& function, const char* name) {
-      function = reinterpret_cast<std::decay_t<decltype(function)>>(dlsym(library, name));
-      return function != nullptr;
-    };
-    return find(getService, "secret_service_get_sync") &&
-           find(search, "secret_service_search_sync") && find(isLocked, "secret_item_get_locked") &&
-           find(loadSecret, "secret_item_load_secret_sync") &&
-           find(secretOf, "secret_item_get_secret") && find(bytesOf, "secret_value_get") &&
-           find(makeValue, "secret_value_new") && find(freeValue, "secret_value_unref") &&
-           find(collection, "secret_collection_for_alias_sync") &&
-           find(isCollectionLocked, "secret_collection_get_locked") &&
-           find(store, "secret_service_store_sync") && find(unref, "g_object_unref") &&
-           find(freeList, "g_list_free_full") && find(freeError, "g_error_free") &&
-           find(makeTable, "g_hash_table_new") && find(insert, "g_hash_table_insert") &&
-           find(freeTable, "g_hash_table_unref") && find(hash, "g_str_hash") &&
-           find(equal, "g_str_equal");
+    const SharedLibrary library{"libsecret-1.so.0"};
+    return library.find(getService, "secret_service_get_sync") &&
+           library.find(search, "secret_service_search_sync") &&
+           library.find(isLocked, "secret_item_get_locked") &&
+           library.find(loadSecret, "secret_item_load_secret_sync") &&
+           library.find(secretOf, "secret_item_get_secret") &&
+           library.find(bytesOf, "secret_value_get") &&
+           library.find(makeValue, "secret_value_new") &&
+           library.find(freeValue, "secret_value_unref") &&
+           library.find(collection, "secret_collection_for_alias_sync") &&
+           library.find(isCollectionLocked, "secret_collection_get_locked") &&
+           library.find(store, "secret_service_store_sync") &&
+           library.find(unref, "g_object_unref") && library.find(freeList, "g_list_free_full") &&
+           library.find(freeError, "g_error_free") && library.find(makeTable, "g_hash_table_new") &&
+           library.find(insert, "g_hash_table_insert") &&
+           library.find(freeTable, "g_hash_table_unref") && library.find(hash, "g_str_hash") &&
+           library.find(equal, "g_str_equal");
   }
 };
 

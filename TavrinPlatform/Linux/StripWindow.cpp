@@ -105,15 +105,12 @@ void StripWindow::setPicture(const QImage& image, double scale) {
 }
 
 void StripWindow::setLabel(const QString& name, const QString& value) {
-  const bool isNamed = name != name_;
-  if (!isNamed && value == value_)
-    return;
-  name_ = name;
-  value_ = value;
-  if (isNamed)
+  using Change = TileLabel<QString>::Change;
+  const Change change = label_.set(name, value);
+  if (change == Change::name)
     setTitle(name);
-  if (isAnnouncing_)
-    announceTileChange(*this, isNamed);
+  if (change != Change::none && isAnnouncing_)
+    announceTileChange(*this, change == Change::name);
 }
 
 void StripWindow::setAttention(bool isWanted, bool mayMove) {
@@ -189,7 +186,7 @@ void StripWindow::hover(QPointF place) {
   const bool isOverButton = onHover && onHover(place - pictureRect().topLeft());
   if (isOverButton != (cursor().shape() == Qt::PointingHandCursor))
     setCursor(isOverButton ? Qt::PointingHandCursor : Qt::ArrowCursor);
-  if (!name_.isEmpty() && !isPressed_)
+  if (!label_.name.isEmpty() && !isPressed_)
     toolTip_.start(toolTipDelay, this);
 }
 
@@ -230,7 +227,7 @@ void StripWindow::timerEvent(QTimerEvent* event) {
     return;
   }
   toolTip_.stop();
-  QToolTip::showText(QCursor::pos(), name_);
+  QToolTip::showText(QCursor::pos(), label_.name);
 }
 
 void StripWindow::becomeDockWindow() {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "TavrinPlatform/Linux/TileLabel.h"
+
 #include <QAbstractNativeEventFilter>
 #include <QBasicTimer>
 #include <QImage>
@@ -28,8 +30,8 @@ public:
   /// Whether changes of the label are told to assistive technology.
   void setAnnouncing(bool isAnnouncing) { isAnnouncing_ = isAnnouncing; }
 
-  const QString& name() const { return name_; }
-  const QString& value() const { return value_; }
+  const QString& name() const { return label_.name; }
+  const QString& value() const { return label_.value; }
 
   std::function<void(QPointF)> onClick;
   std::function<bool(QPointF)> onHover;
@@ -58,8 +60,7 @@ private:
   QRectF pictureRect() const;
 
   QImage picture_;
-  QString name_;
-  QString value_;
+  TileLabel<QString> label_;
   QPoint home_;
   QVariantAnimation hop_;
   QBasicTimer toolTip_;

@@ -38,8 +38,8 @@ std::optional<long> readNumber(const fs::path& file, int& error) {
 }
 
 void writeNumber(const fs::path& file, long number, const std::string& key) {
-  const std::string text = std::to_string(number);
-  const int descriptor = ::open(file.c_str(), O_WRONLY | O_TRUNC | O_CLOEXEC | O_NONBLOCK);
+  const std::string text = std::to_string(number) + "\n";
+  const int descriptor = ::open(file.c_str(), O_WRONLY | O_CLOEXEC | O_NONBLOCK);
   const ssize_t size = descriptor < 0 ? -1 : ::write(descriptor, text.data(), text.size());
   const int error = errno;
   if (descriptor >= 0)
@@ -163,6 +163,8 @@ void SysfsFans::setMode(std::size_t index, bool isForced, const std::string& key
   if (isForced) {
     if (!before_.contains(id)) {
       Setting setting{readOrThrow(fan.mode, key), -1};
+      if (!setting.canBeRestored())
+        throw FanError::readFailed(key, "the kernel returned " + std::to_string(ERANGE));
       int error = 0;
       if (!fan.isAppleSMC)
         setting.power = readNumber(fan.power, error).value_or(-1);
@@ -204,7 +206,7 @@ void SysfsFans::loadState() {
   while (file >> setting.mode >> setting.power && std::getline(file >> std::ws, path)) {
     const bool isKnown =
         std::any_of(fans_.begin(), fans_.end(), [&](const Fan& fan) { return fan.mode == path; });
-    if (isKnown && setting.mode >= 0 && setting.mode <= 255)
+    if (isKnown && setting.canBeRestored())
       before_[path] = setting;
   }
 }

@@ -37,6 +37,8 @@ private:
   struct Setting {
     long mode = 0;
     long power = -1;
+    /// No driver has modes beyond these.
+    bool canBeRestored() const { return mode >= 0 && mode <= 255; }
   };
 
   void findFans(const std::filesystem::path& folder);

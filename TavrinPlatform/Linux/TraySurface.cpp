@@ -70,14 +70,12 @@ DockTile::Format TraySurface::format() const {
 }
 
 void TraySurface::setLabel(const std::string& name, const std::string& value) {
-  const bool isNamed = name != name_;
-  if (!isNamed && value == value_)
-    return;
-  name_ = name;
-  value_ = value;
-  if (isNamed)
+  using Change = TileLabel<std::string>::Change;
+  const Change change = label_.set(name, value);
+  if (change == Change::name)
     tell("NewTitle");
-  tell("NewToolTip");
+  if (change != Change::none)
+    tell("NewToolTip");
 }
 
 void TraySurface::display(const QImage& image) {
@@ -124,7 +122,7 @@ int TraySurface::property(sd_bus*, const char*, const char*, const char* name,
   else if (property == "Id")
     text = item.identifier_.c_str();
   else if (property == "Title")
-    text = item.name_.c_str();
+    text = item.label_.name.c_str();
   else if (property == "Status")
     text = item.wantsAttention_ ? "NeedsAttention" : "Active";
   return sd_bus_message_append(reply, "s", text);
@@ -151,7 +149,8 @@ int TraySurface::appendIcon(sd_bus_message* reply) const {
 }
 
 int TraySurface::appendToolTip(sd_bus_message* reply) const {
-  return sd_bus_message_append(reply, "(sa(iiay)ss)", "", 0, name_.c_str(), value_.c_str());
+  return sd_bus_message_append(reply, "(sa(iiay)ss)", "", 0, label_.name.c_str(),
+                               label_.value.c_str());
 }
 
 int TraySurface::activate(sd_bus_message* message, void* self, sd_bus_error*) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TavrinPlatform/Linux/Bus.h"
+#include "TavrinPlatform/Linux/TileLabel.h"
 #include "TavrinPlatform/Linux/TileSurface.h"
 
 namespace tavrin {
@@ -30,8 +31,7 @@ private:
 
   Bus& bus_;
   std::string identifier_;
-  std::string name_;
-  std::string value_;
+  TileLabel<std::string> label_;
   QImage icon_;
   bool isRegistered_ = false;
   bool wantsAttention_ = false;

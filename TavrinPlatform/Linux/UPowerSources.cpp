@@ -1,7 +1,6 @@
 #include "TavrinPlatform/Linux/UPowerSources.h"
 
-#include <algorithm>
-#include <cmath>
+#include "TavrinPlatform/Linux/DeviceProperties.h"
 
 namespace tavrin {
 namespace {
@@ -11,34 +10,6 @@ constexpr const char* daemonPath = "/org/freedesktop/UPower";
 constexpr const char* displayPath = "/org/freedesktop/UPower/devices/DisplayDevice";
 constexpr const char* deviceInterface = "org.freedesktop.UPower.Device";
 constexpr const char* propertiesInterface = "org.freedesktop.DBus.Properties";
-constexpr double batteryType = 2;
-/// Of the property State: charging, pending charge.
-constexpr double charging = 1;
-
-std::optional<int> minutes(const BusProperties& device, const char* seconds) {
-  const auto value = device.number(seconds);
-  if (!value || !(*value >= 0) || *value > 1e9)
-    return std::nullopt;
-  return static_cast<int>(*value / 60);
-}
-
-bool isOwnBattery(const BusProperties& device) {
-  return device.number("Type") == batteryType && device.flag("IsPresent");
-}
-
-PowerSource source(const BusProperties& device, bool isOnACPower) {
-  PowerSource source;
-  const auto percentage = device.number("Percentage");
-  if (percentage && std::isfinite(*percentage)) {
-    source.currentCapacity = static_cast<int>(std::lround(std::clamp(*percentage, 0.0, 1000.0)));
-    source.maximumCapacity = 100;
-  }
-  source.isOnACPower = isOnACPower;
-  source.isCharging = device.number("State") == charging;
-  source.timeToFullCharge = minutes(device, "TimeToFull");
-  source.timeToEmpty = minutes(device, "TimeToEmpty");
-  return source;
-}
 
 } // namespace
 
@@ -48,11 +19,11 @@ std::vector<PowerSource> UPowerSources::list() {
   std::vector<PowerSource> sources;
   // UPower sums several batteries up in one device, which stands first then.
   const auto display = devices_.find(displayPath);
-  if (display != devices_.end() && isOwnBattery(display->second))
-    sources.push_back(source(display->second, isOnACPower));
+  if (display != devices_.end() && upower::isOwnBattery(display->second))
+    sources.push_back(upower::powerSource(display->second, isOnACPower));
   for (const auto& [path, device] : devices_)
-    if (path != displayPath && isOwnBattery(device) && device.flag("PowerSupply"))
-      sources.push_back(source(device, isOnACPower));
+    if (path != displayPath && upower::isOwnBattery(device) && device.flag("PowerSupply"))
+      sources.push_back(upower::powerSource(device, isOnACPower));
   return sources;
 }
 

@@ -14,7 +14,8 @@ PanelText::PanelText(const QString& text, PanelTextStyle style, QWidget* parent)
     : QLabel(parent), style_(style) {
   setTextFormat(Qt::PlainText);
   setWordWrap(true);
-  setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Minimum);
+  // Not Minimum: the hint does not know the panel's width, and may ask for a line too many.
+  setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
   setStyle(style);
   setWords(text);
 }

@@ -35,7 +35,7 @@ def wait_for(condition, what, seconds=5.0, pause=0.005):
 
 
 class Desk:
-    def __init__(self, display=True, bus=True, window_manager=True, size="1280x800x24"):
+    def __init__(self, display=True, bus=True, window_manager=True, screens=("1280x800",)):
         self.home = pathlib.Path(tempfile.mkdtemp(prefix="tavrin-test-"))
         self.data = self.home / "data"
         self.data.mkdir()
@@ -65,9 +65,9 @@ class Desk:
         self.processes = []
         self.logs = {}
         if bus:
-            self._start_bus()
+            self.bus = self._start_bus()
         if display:
-            self._start_display(size)
+            self._start_display(screens)
             if window_manager:
                 self.start_window_manager()
 
@@ -116,20 +116,38 @@ class Desk:
         if not value:
             raise AssertionError(message)
 
-    def _start_bus(self):
+    def _start_bus(self, variable="DBUS_SESSION_BUS_ADDRESS"):
         config = self.home / "bus.conf"
         config.write_text(BUS_CONFIG.format(services=""))
         reader, writer = os.pipe()
-        self.bus = self.spawn(["dbus-daemon", f"--config-file={config}", "--nofork",
-                               f"--print-address={writer}"], pass_fds=[writer])
+        bus = self.spawn(["dbus-daemon", f"--config-file={config}", "--nofork",
+                          f"--print-address={writer}"], pass_fds=[writer])
         os.close(writer)
         with os.fdopen(reader) as pipe:
-            self.env["DBUS_SESSION_BUS_ADDRESS"] = pipe.readline().strip()
+            self.env[variable] = pipe.readline().strip()
+        return bus
 
-    def _start_display(self, size):
+    def start_system_bus(self, *templates):
+        """A system bus of its own, and on it mocks by python-dbusmock's templates."""
+        self._start_bus("DBUS_SYSTEM_BUS_ADDRESS")
+        names = {"logind": "org.freedesktop.login1"}
+        for template in templates:
+            self.spawn(["/usr/bin/python3", "-m", "dbusmock", "--system", "--template", template])
+            self.run("gdbus", "wait", "--system", "--timeout", "10", names[template])
+
+    def _start_display(self, screens):
+        """Screens stand side by side."""
+        sizes = [tuple(int(number) for number in size.split("x")) for size in screens]
+        width, height = sum(size[0] for size in sizes), max(size[1] for size in sizes)
         self.server, number = self._printed_value(
-            ["Xvfb", "-screen", "0", size, "-noreset", "-nolisten", "tcp"], "-displayfd")
+            ["Xvfb", "-screen", "0", f"{width}x{height}x24", "-noreset", "-nolisten", "tcp"],
+            "-displayfd")
         self.env["DISPLAY"] = ":" + number
+        left = 0
+        for index, (width, height) in enumerate(sizes if len(sizes) > 1 else []):
+            self.run("xrandr", "--setmonitor", f"screen{index}",
+                     f"{width}/300x{height}/200+{left}+0", "none" if index else "screen")
+            left += width
 
     def start_window_manager(self):
         manager = self.spawn(["openbox"])

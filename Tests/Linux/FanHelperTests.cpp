@@ -136,8 +136,8 @@ protected:
           (isGoing ? "true" : "false") + ">]'");
   }
   /// Starts the helper; it answers when this returns.
-  void startHelper() {
-    helper_ = std::make_unique<Program>(FAN_HELPER, QStringList{}, machine_.environment());
+  void startHelper(const QString& program = FAN_HELPER, const QStringList& arguments = {}) {
+    helper_ = std::make_unique<Program>(program, arguments, machine_.environment());
     ASSERT_TRUE(eventually([] {
       return shell("gdbus call --system -d org.freedesktop.DBus -o / -m "
                    "org.freedesktop.DBus.NameHasOwner dev.quellby.tavrin.fan-helper")
@@ -217,6 +217,10 @@ TEST_F(Helper, WhomPolkitRefusesChangesNothing) {
   allow(false);
   EXPECT_NE(request(*caller, false), std::nullopt);
   EXPECT_TRUE(machine_.isFull());
+  // Who was let in hands back without being asked again.
+  EXPECT_EQ(request(*other, false), std::nullopt);
+  EXPECT_TRUE(machine_.isAutomatic());
+  EXPECT_NE(request(*other, true), std::nullopt);
 }
 
 TEST_F(Helper, KnowsOneMessageAlone) {
@@ -275,6 +279,36 @@ TEST_F(Helper, AKilledHelpersFansAreHandedBackByTheNext) {
     EXPECT_TRUE(machine_.isAutomatic()) << round;
     helper_.reset();
   }
+}
+
+TEST_F(Helper, KilledAtAnyOfItsWritesTheNextHandsTheFansBack) {
+  int kills = 0;
+  for (const QString call : {"write", "rename"})
+    for (int number = 1;; ++number) {
+      ASSERT_TRUE(machine_.isAutomatic());
+      // The tracer stands aside: the process is the helper, killed as it enters the call.
+      startHelper("/usr/bin/strace",
+                  {"-D", "-qq", "-o", "/dev/null", "-e", "trace=" + call, "-e",
+                   "inject=" + call + ":signal=KILL:when=" + QString::number(number), FAN_HELPER});
+      auto caller = makeCaller();
+      const bool wasSwitched = !request(*caller, true);
+      EXPECT_TRUE(!wasSwitched || machine_.isFull()) << number;
+      caller.reset();
+      helper_->terminate();
+      ASSERT_TRUE(helper_->ends());
+      if (helper_->exitedByItself())
+        break;
+      ++kills;
+      if (number % 2 == 0) {
+        startHelper();
+        helper_.reset();
+      } else {
+        EXPECT_TRUE(Program(FAN_HELPER, {"--hand-back"}, machine_.environment()).ends());
+      }
+      EXPECT_TRUE(machine_.isAutomatic()) << call.toStdString() << " " << number;
+    }
+  std::printf("killed at %d writes\n", kills);
+  EXPECT_GE(kills, 15);
 }
 
 /// Kills at every write: each prefix of the writes of a switch is left behind in turn.

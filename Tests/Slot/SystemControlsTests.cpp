@@ -7,10 +7,10 @@
 #include "TavrinStorage/StoragePath.h"
 #include "Tests/Storage/TemporaryFolder.h"
 #include "Tests/Support/FakePlatform.h"
+#include "Tests/Support/PanelWords.h"
 
 #include <QAbstractButton>
 #include <QApplication>
-#include <QLabel>
 #include <gtest/gtest.h>
 
 namespace tavrin::test {
@@ -36,12 +36,7 @@ struct Slot {
         return found;
     return nullptr;
   }
-  bool says(const QString& words) {
-    for (auto* label : panel.rootView()->findChildren<QLabel*>())
-      if (label->text() == words && !label->isHidden())
-        return true;
-    return false;
-  }
+  bool says(const QString& words) { return shows(*panel.rootView(), words); }
   static int overlays() {
     int count = 0;
     for (auto* window : QApplication::topLevelWidgets())

@@ -1,5 +1,7 @@
 #include "TavrinWidgetsUI/FanSwitch.h"
+#include "TavrinWidgetsUI/FanViews.h"
 #include "Tests/Support/FakePlatform.h"
+#include "Tests/Support/PanelWords.h"
 
 #include <gtest/gtest.h>
 
@@ -48,6 +50,40 @@ TEST(FanSwitch, FullSpeedAndBack) {
   EXPECT_FALSE(bench.fans.isFull() || bench.fans.isBusy());
 }
 
+TEST(FanSwitch, FullSpeedThatIsLostIsNotClaimed) {
+  Bench bench;
+  auto& smc = bench.platform.fakeSMC;
+  const auto read = [&](int times) {
+    for (int i = 0; i < times; ++i) {
+      bench.platform.loop.advance(FanSwitch::idlePeriod);
+      bench.platform.loop.runBackground();
+    }
+  };
+  bench.fans.setFull(true);
+  bench.platform.fans.answer();
+  smc.set("F1Md", 1, "ui8 ");
+  read(20);
+  EXPECT_TRUE(bench.fans.isFull());
+  smc.set("F1Md", 0, "ui8 ");
+  read(FanSwitch::readingsWithoutForce - 1);
+  smc.set("F1Md", 1, "ui8 "); // taken again after a sleep
+  read(1);
+  smc.set("F1Md", 0, "ui8 ");
+  read(FanSwitch::readingsWithoutForce - 1);
+  EXPECT_TRUE(bench.fans.isFull());
+  const int before = bench.changes;
+  read(1);
+  EXPECT_FALSE(bench.fans.isFull());
+  EXPECT_EQ(bench.changes, before + 1);
+  EXPECT_EQ(bench.platform.fans.asked, (std::vector<bool>{true}));
+  bench.fans.setFull(true); // anew, for which the old hold is let go
+  EXPECT_EQ(bench.platform.fans.asked, (std::vector<bool>{true, false}));
+  bench.platform.fans.answer();
+  EXPECT_EQ(bench.platform.fans.asked, (std::vector<bool>{true, false, true}));
+  bench.platform.fans.answer();
+  EXPECT_TRUE(bench.fans.isFull());
+}
+
 TEST(FanSwitch, ARefusalIsShownUntilTheNextTry) {
   Bench bench;
   bench.fans.setFull(true);
@@ -94,6 +130,21 @@ TEST(FanSwitch, AMachineWithoutFansAndOneThatCannotBeRead) {
   failing.platform.loop.runBackground();
   EXPECT_EQ(failing.fans.trouble(), "Failed to read fan value F1Ac because the key does not exist");
   EXPECT_FALSE(failing.fans.hasNoFans());
+}
+
+TEST(FanPanelView, SaysWhoDecides) {
+  Bench bench;
+  const auto name = [] { return QString("Fans"); };
+  const FanPanelView here({}, bench.fans, name, {});
+  EXPECT_TRUE(shows(here, "macOS decides how fast they turn."));
+  const FanPanelView elsewhere({}, bench.fans, name, {}, FanPanelView::Control::ownDock);
+  EXPECT_TRUE(shows(elsewhere, "Full speed is switched from Tavrin's own Dock."));
+  EXPECT_TRUE(offers(here, "Full speed"));
+  EXPECT_FALSE(offers(elsewhere, "Full speed"));
+  bench.platform.fans.current = Status::notRegistered;
+  EXPECT_TRUE(shows(FanPanelView({}, bench.fans, name, {}),
+                    "The first time, macOS asks you to allow a helper that runs as administrator. "
+                    "Only it can change the fans."));
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "TavrinWidgetsUI/KeyboardLock.h"
 #include "TavrinWidgetsUI/KeyboardLockViews.h"
 #include "Tests/Support/FakePlatform.h"
+#include "Tests/Support/PanelWords.h"
 
 #include <gtest/gtest.h>
 
@@ -131,6 +132,16 @@ TEST(KeyboardLock, AHeldClickUnlocks) {
   EXPECT_FALSE(bench.lock.isLocked());
 }
 
+TEST(KeyboardLock, AHoldOfNoTimeStillUnlocks) {
+  for (const int seconds : {0, -5}) {
+    Bench bench(settingsWith(0, true, seconds)); // nothing else would end it
+    bench.begin();
+    bench.input(1);
+    bench.platform.loop.advance(1.1);
+    EXPECT_FALSE(bench.lock.isLocked()) << seconds;
+  }
+}
+
 TEST(KeyboardLock, AnEarlyReleaseBeginsAnew) {
   Bench bench;
   bench.begin();
@@ -209,6 +220,17 @@ TEST(KeyboardLockViews, Words) {
             "Holds the keyboard and the trackpad while you clean them.");
   EXPECT_TRUE(holdHint(3).startsWith("Hold a click for 3 seconds"));
   EXPECT_TRUE(holdHint(1).startsWith("Hold a click for 1 second "));
+}
+
+TEST(KeyboardLockViews, APanelWithoutALockSaysWhereItIs) {
+  Bench bench;
+  const auto name = [] { return QString("Lock"); };
+  KeyboardLockPanelView panel({}, bench.lock, {name, {}, {}, {}});
+  EXPECT_TRUE(shows(panel, "The keyboard is locked from Tavrin's own Dock."));
+  EXPECT_FALSE(offers(panel, "Lock"));
+  KeyboardLockPanelView own({}, bench.lock, {name, [] {}, [] {}, {}});
+  EXPECT_FALSE(shows(own, "The keyboard is locked from Tavrin's own Dock."));
+  EXPECT_TRUE(offers(own, "Lock"));
 }
 
 } // namespace

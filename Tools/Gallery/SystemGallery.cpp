@@ -217,8 +217,13 @@ GalleryPanels systemPanels() {
              at.platform.host.memory = MemoryLoad{61, 100};
              at.platform.host.cpu = CPULoad{10, 0, 90, 0};
              at.model.start();
-             at.platform.host.cpu = CPULoad{33, 0, 167, 0};
-             at.platform.loop.advance(2);
+             for (unsigned i = 1; i <= 33; ++i) {
+               const auto used = static_cast<unsigned>(30 + 20 * std::sin(i * 0.8));
+               at.platform.host.memory = MemoryLoad{50 + i / 3, 100};
+               at.platform.host.cpu->user += i == 33 ? 23 : used;
+               at.platform.host.cpu->idle += i == 33 ? 77 : 100 - used;
+               at.platform.loop.advance(2);
+             }
              return new ActivityPanelView(look, at.model, [] {});
            }},
           networkPanel("network", {"enp3s0", "wlp2s0"}, 24e6),

@@ -57,10 +57,14 @@ int FanService::ask(sd_bus_message* message, const std::string& caller, bool isF
                     sd_bus_error* error) {
   if (pending_.contains(caller) || pending_.size() >= mostPending)
     return sd_bus_error_set(error, errorName, refusal("busy").c_str());
+  const Request asked{this, caller, isFull, {sd_bus_message_ref(message), [](sd_bus_message* m) {
+                                               sd_bus_message_unref(m);
+                                             }}};
+  // Who was let in may hand back without being asked for a password again.
+  if (!isFull && callers_.contains(caller))
+    return admit(asked), 1;
   Request& request = pending_[caller];
-  request = {this, caller, isFull, {sd_bus_message_ref(message), [](sd_bus_message* m) {
-                                      sd_bus_message_unref(m);
-                                    }}};
+  request = asked;
   sd_bus_slot* slot = nullptr;
   sd_bus_message* question = nullptr;
   int result = sd_bus_message_new_method_call(

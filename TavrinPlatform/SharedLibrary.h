@@ -1,0 +1,28 @@
+#pragma once
+
+#include <dlfcn.h>
+#include <initializer_list>
+
+namespace tavrin {
+
+/// A library that is not linked but loaded when it is first wanted; it stays.
+class SharedLibrary {
+public:
+  /// The first of `names` that the system has.
+  SharedLibrary(std::initializer_list<const char*> names) {
+    for (const char* name : names)
+      if (handle_ == nullptr)
+        handle_ = ::dlopen(name, RTLD_NOW | RTLD_LOCAL);
+  }
+
+  /// Sets `function` to the library's of that name; false where there is none.
+  template <class Function> bool find(Function*& function, const char* name) const {
+    function = handle_ != nullptr ? reinterpret_cast<Function*>(::dlsym(handle_, name)) : nullptr;
+    return function != nullptr;
+  }
+
+private:
+  void* handle_ = nullptr;
+};
+
+} // namespace tavrin
