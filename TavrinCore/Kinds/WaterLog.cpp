@@ -81,8 +81,10 @@ std::optional<Date> WaterLog::nextGlass(Date now, const WaterSettings& settings,
 
 void WaterLog::tidy() {
   std::ranges::stable_sort(days, {}, &WaterDay::day);
-  const auto repeated = std::ranges::unique(days, {}, &WaterDay::day);
-  days.erase(repeated.begin(), repeated.end());
+  // Not std::ranges::unique: clang 14, which builds the fuzzers, cannot read its library's.
+  days.erase(std::unique(days.begin(), days.end(),
+                         [](const auto& a, const auto& b) { return a.day == b.day; }),
+             days.end());
   for (auto& day : days)
     day.millilitres = bounded(day.millilitres);
 }

@@ -112,6 +112,23 @@ TEST(SystemWidgetModel, TheFirstActivitySampleIsABaseline) {
   EXPECT_EQ(bench.model.activity().cpu, 0) << "no tick passed";
 }
 
+TEST(SystemWidgetModel, TheLastMinuteOfActivityLagsByASample) {
+  Bench bench(ActivitySettings{});
+  bench.cpu(0, 0);
+  bench.model.start();
+  unsigned used = 0;
+  for (unsigned i = 1; i <= 40; ++i) {
+    used += i;
+    bench.cpu(used, 100 * i - used);
+    bench.platform.loop.advance(2);
+  }
+  const auto& history = bench.model.activityHistory();
+  ASSERT_EQ(history.size(), 30U);
+  EXPECT_NEAR(history.front().cpu, 0.1, 1e-9);
+  EXPECT_NEAR(history.back().cpu, 0.39, 1e-9);
+  EXPECT_NEAR(bench.model.activity().cpu, 0.4, 1e-9);
+}
+
 TEST(SystemWidgetModel, AFailedActivitySampleIsNoBaseline) {
   Bench bench(ActivitySettings{});
   bench.cpu(50, 50);
