@@ -13,7 +13,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// The home with logs: TAVRIN_USAGE_HOME. scripts/bench-usage makes one and compares with others.
+/// The home with logs: TAVRIN_USAGE_HOME. scripts/bench-usage makes one.
 fs::path home() {
   const char* path = std::getenv("TAVRIN_USAGE_HOME");
   return path != nullptr ? path : "";
@@ -31,8 +31,7 @@ void refresh(ClaudeUsageSource& source, Date since) {
   const Date date = now();
   const Calendar calendar;
   const auto& entries = source.entries(since);
-  for (const auto scope : allCases<ClaudeUsageScope>())
-    benchmark::DoNotOptimize(ClaudeUsage::totals(entries, scope, date, calendar));
+  benchmark::DoNotOptimize(ClaudeUsage::totalsByScope(entries, date, calendar));
 }
 
 bool isMissing(benchmark::State& state) {

@@ -9,22 +9,40 @@ namespace tavrin {
 namespace {
 
 constexpr std::string_view bashScript = R"sh(# tavrin completion for bash
+_tavrin_unquoted() { # WORD as it was typed; gives REPLY, and QUOTE where one is still open
+  local rest=$1 character
+  REPLY= QUOTE=
+  while [[ -n $rest ]]; do
+    character=${rest:0:1} rest=${rest:1}
+    case $QUOTE$character in
+      "'" | '"') QUOTE=$character ;;
+      "''" | '""') QUOTE= ;;
+      '\' | '"\') REPLY+=${rest:0:1} rest=${rest:1} ;;
+      *) REPLY+=$character ;;
+    esac
+  done
+}
 _tavrin() {
-  local IFS=$'\n' i cur words=() line word reply=()
+  local IFS=$'\n' i cur words=() line word reply=() REPLY QUOTE
   # Bash splits words at "="; a setting is one word here.
   for ((i = 1; i <= COMP_CWORD; i++)); do
+    _tavrin_unquoted "${COMP_WORDS[i]}"
     if [[ ${COMP_WORDS[i]} == =* || ( $i -gt 1 && ${COMP_WORDS[i-1]} == "=" && -n ${COMP_WORDS[i]} ) ]] &&
        (( ${#words[@]} )); then
-      words[${#words[@]}-1]+=${COMP_WORDS[i]}
+      words[${#words[@]}-1]+=$REPLY
     else
-      words+=("${COMP_WORDS[i]//\\/}")
+      words+=("$REPLY")
     fi
   done
   cur=${words[${#words[@]}-1]}
   while IFS= read -r line; do
     word=${line%%$'\t'*}
     [[ $cur == *=* ]] && word=${word#"${cur%%=*}="}
-    case $word in *=) reply+=("$word") ;; *) reply+=("$(printf %q "$word") ") ;; esac
+    case $word in
+      *=) reply+=("$word") ;;
+      # After a quote the word stands as it is; bash ends it.
+      *) [[ -n $QUOTE ]] && reply+=("$word") || reply+=("$(printf %q "$word") ") ;;
+    esac
   done < <(tavrin __complete "${words[@]}" 2>/dev/null)
   COMPREPLY=("${reply[@]}")
 }
@@ -42,7 +60,7 @@ _tavrin() {
     else
       plain+=("$word"); plainTexts+=("${line/$'\t'/  -- }")
     fi
-  done < <(tavrin __complete "${(@Q)words[2,CURRENT]}" 2>/dev/null)
+  done < <(tavrin __complete "${(@Q)words[2,CURRENT-1]}" "${(Q)PREFIX}" 2>/dev/null)
   (( ${#plain} )) && compadd -U -l -d plainTexts -a plain
   (( ${#open} )) && compadd -U -l -S '' -d openTexts -a open
 }
@@ -51,8 +69,10 @@ if [[ ${funcstack[1]} == _tavrin ]]; then _tavrin "$@"; else compdef _tavrin tav
 
 constexpr std::string_view fishScript = R"sh(# tavrin completion for fish
 function __tavrin_complete
-    set -l words (commandline -opc) (commandline -ct)
-    tavrin __complete $words[2..-1] 2>/dev/null
+    set -l words (commandline -opc)
+    # A quote may still be open.
+    set -l current (commandline -ct | string replace -r '^[\'"]' '' | string unescape)
+    tavrin __complete $words[2..-1] "$current" 2>/dev/null
 end
 complete -c tavrin -f -a '(__tavrin_complete)'
 )sh";

@@ -17,6 +17,11 @@ constexpr std::string_view ellipsis = "…";
 
 /// Calls `visit(code point, its UTF-8)`; bytes that are no UTF-8 come as U+FFFD.
 template <class Visit> void eachCharacter(std::string_view text, Visit visit) {
+  if (std::ranges::all_of(text, [](unsigned char byte) { return byte < 0x80; })) {
+    for (std::size_t at = 0; at < text.size(); ++at)
+      visit(static_cast<UChar32>(text[at]), text.substr(at, 1));
+    return;
+  }
   const auto units = icu::UnicodeString::fromUTF8(
       icu::StringPiece(text.data(), static_cast<int32_t>(text.size())));
   for (int32_t at = 0; at < units.length(); at = units.moveIndex32(at, 1)) {
@@ -27,6 +32,8 @@ template <class Visit> void eachCharacter(std::string_view text, Visit visit) {
 }
 
 int widthOf(UChar32 character) {
+  if (character >= ' ' && character <= '~')
+    return 1;
   const auto category = u_charType(character);
   if (category == U_NON_SPACING_MARK || category == U_ENCLOSING_MARK || category == U_FORMAT_CHAR ||
       category == U_CONTROL_CHAR)

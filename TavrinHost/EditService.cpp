@@ -1,10 +1,15 @@
 #include "TavrinHost/EditService.h"
 
+#include "TavrinCore/Base/Errors.h"
 #include "TavrinCore/Widgets/DockSlot.h"
 #include "TavrinHost/EditForm.h"
 #include "TavrinStorage/AtomicFile.h"
 
 #include <algorithm>
+#include <cerrno>
+#include <charconv>
+#include <cstdio>
+#include <cstring>
 #include <deque>
 #include <fmt/format.h>
 
@@ -12,41 +17,104 @@ namespace tavrin {
 namespace {
 
 constexpr double markerInterval = 0.2;
+/// A terminal that has shown nothing in this long shows nothing.
+constexpr double terminalLimit = 30;
 
 /// The user's editor as shell words, then those that Debian and others have.
 constexpr const char* editorScript =
     R"(for editor in "$VISUAL" "$EDITOR" sensible-editor editor nano vi; do
   [ -n "$editor" ] && command -v "${editor%% *}" >/dev/null && break
 done
+echo "$$" > "$1.shell"
 $editor "$1"; status=$?
-printf %s "$status" > "$1.done"
+echo "$status" > "$1.done"
 exit "$status")";
 
 constexpr int commandNotFound = 127;
 
+/// A number alone on its line, once it was written.
+std::optional<int> writtenNumber(const std::filesystem::path& file) {
+  const auto text = readFile(file).value_or("");
+  int number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  return error == std::errc() && end != text.data() + text.size() ? std::optional(number)
+                                                                  : std::nullopt;
+}
+
+/// What the script around the editor leaves beside the form: a terminal may hand its window to a
+/// server and end at once, so that these alone tell the editor's end.
+class EditorMarks {
+public:
+  explicit EditorMarks(const std::filesystem::path& form)
+      : shell_(form.string() + ".shell"), done_(form.string() + ".done") {
+    remove();
+  }
+  ~EditorMarks() { remove(); }
+  EditorMarks(const EditorMarks&) = delete;
+  EditorMarks& operator=(const EditorMarks&) = delete;
+
+  bool hasBegun() const { return shell().has_value() || status().has_value(); }
+  std::optional<int> shell() const { return writtenNumber(shell_); }
+  std::optional<int> status() const { return writtenNumber(done_); }
+
+private:
+  void remove() const {
+    std::error_code ignored;
+    std::filesystem::remove(shell_, ignored);
+    std::filesystem::remove(done_, ignored);
+  }
+  std::filesystem::path shell_;
+  std::filesystem::path done_;
+};
+
+/// A new file for what is typed: another edit of the widget, or one that was given up, keeps its
+/// own.
+std::filesystem::path newForm(const std::filesystem::path& folder, const UUID& id) {
+  for (int number = 1;; ++number) {
+    auto form = folder / (number == 1 ? fmt::format("{}.form", id.text())
+                                      : fmt::format("{}-{}.form", id.text(), number));
+    if (auto* file = std::fopen(form.c_str(), "wx")) {
+      std::fclose(file);
+      return form;
+    }
+    if (errno != EEXIST)
+      throw FileError(failure(fmt::format("make \"{}\"", form.string()), std::strerror(errno)));
+  }
+}
+
 } // namespace
+
+bool EditService::hasTerminal() {
+  return context_.console().isInteractive && context_.platform().ownsTerminal();
+}
 
 void EditService::runEditor(const std::filesystem::path& form) {
   auto& platform = context_.platform();
-  const std::filesystem::path marker = form.string() + ".done";
-  std::filesystem::remove(marker);
+  const EditorMarks marks(form);
   std::vector<std::string> words = {"sh", "-c", editorScript, "sh", form.string()};
-  const auto& files = platform.fileManager();
-  if (!context_.console().isInteractive) {
-    const auto terminal = files.environment("TERMINAL").value_or("");
+  const bool opensTerminal = !hasTerminal();
+  if (opensTerminal) {
+    const auto terminal = platform.fileManager().environment("TERMINAL").value_or("");
     words.insert(words.begin(), {terminal.empty() ? "x-terminal-emulator" : terminal, "-e"});
   }
-  const int status = platform.runInForeground(words);
-  // A terminal may hand its window to a server and end at once; the marker tells the true end.
-  while (status == 0 && !std::filesystem::exists(marker))
-    platform.wait(markerInterval);
-  const auto result = readFile(marker);
-  std::filesystem::remove(marker);
-  if (!result || *result == std::to_string(commandNotFound))
+  const auto fail = [&](std::string_view reason) {
     throw HostError(ExitCode::failed,
-                    fmt::format("Failed to edit \"{}\" because no {} could be started; set {}",
-                                form.string(), result ? "editor" : "terminal",
-                                result ? "EDITOR" : "TERMINAL"));
+                    fmt::format("Failed to edit \"{}\" because {}", form.string(), reason));
+  };
+  const int status = platform.runInForeground(words);
+  for (double waited = 0; status == 0 && !marks.hasBegun() && waited < terminalLimit;
+       waited += markerInterval)
+    platform.wait(markerInterval);
+  if (!marks.hasBegun())
+    fail("no terminal could be started; set TERMINAL");
+  // The shell ends with its terminal, and says nothing then.
+  while (!marks.status() && platform.applications().isAlive(marks.shell().value_or(0)))
+    platform.wait(markerInterval);
+  const auto result = marks.status();
+  if (!result)
+    fail("its terminal was closed");
+  if (*result == commandNotFound)
+    fail("no editor could be started; set EDITOR");
 }
 
 bool EditService::save(const DockWidget& base, const DockWidget& edited) {
@@ -62,7 +130,7 @@ bool EditService::save(const DockWidget& base, const DockWidget& edited) {
 
 void EditService::edit(const UUID& id) {
   const DockWidget base = WidgetLibrary(context_).find(id.text());
-  const auto form = context_.stateFolder() / fmt::format("{}.form", base.id.text());
+  const auto form = newForm(context_.stateFolder(), base.id);
   std::string text = editForm(base);
   writeFileAtomically(form, text, FileAccess::ownerOnly);
   const auto keep = [&](std::string_view why) {
@@ -70,7 +138,13 @@ void EditService::edit(const UUID& id) {
                     fmt::format("{}; what you typed is in \"{}\"", why, form.string()));
   };
   while (true) {
-    runEditor(form);
+    try {
+      runEditor(form);
+    } catch (const HostError&) {
+      if (readFile(form).value_or(text) == editForm(base))
+        std::filesystem::remove(form);
+      throw;
+    }
     const auto typed = readFile(form).value_or("");
     if (typed == text)
       break;
@@ -84,7 +158,7 @@ void EditService::edit(const UUID& id) {
       if (error.code() != ExitCode::refusedValue)
         keep(error.what());
       context_.remark(fmt::format("tavrin: {}", printable(error.what())));
-      if (context_.console().isInteractive && !context_.console().confirm("Edit again?", true))
+      if (hasTerminal() && !context_.console().confirm("Edit again?", true))
         keep("not saved");
       text = withComplaint(typed, error.what());
       writeFileAtomically(form, text, FileAccess::ownerOnly);

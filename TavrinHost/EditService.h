@@ -24,7 +24,10 @@ public:
   [[noreturn]] void serve();
 
 private:
-  /// Waits until the editor was left. Throws HostError when none could be started.
+  /// Whether an editor can be shown, and questions asked, where this program was started.
+  bool hasTerminal();
+  /// Waits until the editor was left. Throws HostError when none could be started, or when it
+  /// ended with its terminal.
   void runEditor(const std::filesystem::path& form);
   bool save(const DockWidget& base, const DockWidget& edited);
 

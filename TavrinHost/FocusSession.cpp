@@ -121,16 +121,24 @@ void FocusSession::bind(const std::vector<GlobalShortcuts::Shortcut>& shortcuts)
     return;
   hasBound_ = true;
   bound_ = shortcuts;
-  const auto refusals = context_.platform().dockServices().globalShortcuts().bind(
-      shortcuts, [this](const std::string& text) {
-        if (const auto id = UUID::parse(text); id && queue_)
-          queue_->run([this, id = *id] { switchTo(id); });
-      });
+  auto& service = context_.platform().dockServices().globalShortcuts();
+  service.onRefused = [this, alive = std::weak_ptr(alive_)](const auto& refusal) {
+    if (alive.lock())
+      remark(refusal);
+  };
+  const auto refusals = service.bind(shortcuts, [this](const std::string& text) {
+    if (const auto id = UUID::parse(text); id && queue_)
+      queue_->run([this, id = *id] { switchTo(id); });
+  });
   for (const auto& refusal : refusals)
-    for (const auto& shortcut : shortcuts)
-      if (shortcut.id == refusal.id)
-        context_.remark(printable(fmt::format("Failed to register {} because {}",
-                                              hotkeyText(shortcut.hotkey), refusal.reason)));
+    remark(refusal);
+}
+
+void FocusSession::remark(const GlobalShortcuts::Refusal& refusal) {
+  for (const auto& shortcut : bound_)
+    if (shortcut.id == refusal.id)
+      context_.remark(printable(fmt::format("Failed to register {} because {}",
+                                            hotkeyText(shortcut.hotkey), refusal.reason)));
 }
 
 } // namespace tavrin

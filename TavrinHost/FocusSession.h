@@ -35,6 +35,7 @@ private:
   /// Registers the shortcuts anew where the profiles' have changed.
   void refreshShortcuts();
   void bind(const std::vector<GlobalShortcuts::Shortcut>& shortcuts);
+  void remark(const GlobalShortcuts::Refusal& refusal);
 
   HostContext& context_;
   FocusOptions options_;

@@ -32,23 +32,27 @@ template <class Done> void waitUntil(CommandPlatform& platform, double limit, Do
 
 } // namespace
 
+std::vector<std::filesystem::path> SlotControl::usualPlaces() {
+  const auto folder = context_.platform().program().parent_path();
+  return {folder.parent_path() / "lib/tavrin", folder.parent_path() / "bundles",
+          folder / "bundles"};
+}
+
+std::optional<std::filesystem::path> SlotControl::chosenPlace() {
+  const auto chosen = context_.platform().fileManager().environment("TAVRIN_BUNDLES");
+  return chosen && !chosen->empty() ? std::optional<std::filesystem::path>(*chosen) : std::nullopt;
+}
+
 std::filesystem::path SlotControl::bundlesFolder() {
-  std::vector<std::filesystem::path> places;
-  if (const auto chosen = context_.platform().fileManager().environment("TAVRIN_BUNDLES");
-      chosen && !chosen->empty()) {
-    places = {std::filesystem::path(*chosen)};
-  } else {
-    const auto folder = context_.platform().program().parent_path();
-    places = {folder.parent_path() / "lib/tavrin", folder.parent_path() / "bundles",
-              folder / "bundles"};
-  }
+  const auto chosen = chosenPlace();
+  const auto places = chosen ? std::vector{*chosen} : usualPlaces();
   for (const auto& place : places)
     if (std::error_code error;
         std::filesystem::exists(place / DockSlot::bundleName(1) / programInBundle, error))
       return place;
   std::vector<std::string> names;
   for (const auto& place : places)
-    names.push_back("\"" + place.string() + "\"");
+    names.push_back(fmt::format("\"{}\"", place.string()));
   throw HostError(ExitCode::failed,
                   failure("find the slot applications",
                           fmt::format("there is no \"{}\" in {}", DockSlot::bundleName(1),
@@ -87,9 +91,18 @@ std::optional<int> SlotControl::process(int slot) {
   const auto owner = applications().processOwning(DockSlot::bundleIdentifier(slot));
   if (owner && isSlotProgram(*owner, slot))
     return owner;
-  for (const auto running : applications().processesRunning(program(slot)))
-    if (sharesDataFolder(running))
-      return running;
+  // One that runs is found wherever it was started from, whatever the choice for the next start.
+  auto places = usualPlaces();
+  if (const auto chosen = chosenPlace())
+    places.insert(places.begin(), *chosen);
+  for (const auto& place : places) {
+    if (std::error_code error; !std::filesystem::exists(place, error))
+      continue;
+    for (const auto running :
+         applications().processesRunning(place / DockSlot::bundleName(slot) / programInBundle))
+      if (sharesDataFolder(running))
+        return running;
+  }
   return std::nullopt;
 }
 

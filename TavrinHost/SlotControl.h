@@ -2,6 +2,7 @@
 
 #include "TavrinHost/WidgetLibrary.h"
 
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -29,7 +30,8 @@ public:
   std::filesystem::path logFile(int slot);
 
   /// The slot's process: the owner of its identifier, else whoever runs the slot's program on the
-  /// same data folder. Never a process that is not a slot application.
+  /// same data folder, at whichever of the known places. Never a process that is not a slot
+  /// application.
   std::optional<ProcessID> process(int slot);
 
   /// Launches those that do not run, and waits until each has come up or failed.
@@ -44,6 +46,8 @@ public:
   void stopEditor();
 
 private:
+  std::vector<std::filesystem::path> usualPlaces();
+  std::optional<std::filesystem::path> chosenPlace();
   RunningApplications::Launch launchOf(int slot, const std::vector<std::string>& arguments);
   Outcome launch(int slot, const std::vector<std::string>& arguments, ProcessID& process);
   void waitForLaunched(std::vector<std::pair<Outcome*, ProcessID>> launched);

@@ -47,8 +47,7 @@ Report makeReport(HostContext& context, int dayCount) {
     throw HostError(ExitCode::failed, "Claude Code has not run here");
   const auto& entries = source.entries(std::min(first, earliestStart(now, calendar)));
   Report report;
-  for (const auto scope : allCases<ClaudeUsageScope>())
-    report.byScope[scope] = ClaudeUsage::totals(entries, scope, now, calendar);
+  report.byScope = ClaudeUsage::totalsByScope(entries, now, calendar);
   for (Date day = first; day <= today;) {
     const Date next = calendar.startOfDay(calendar.addingDays(1, day));
     auto totals = ClaudeUsage::totals(entries, DateInterval{day, next});

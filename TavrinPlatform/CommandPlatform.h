@@ -32,6 +32,9 @@ public:
   /// Sleeps until something was delivered, which need not be a notification.
   virtual void waitForEvent() = 0;
 
+  /// Whether this process may use the terminal it reads from: the terminal is still there, and no
+  /// shell has put this process behind it.
+  virtual bool ownsTerminal() = 0;
   /// Runs a program in the foreground, on this terminal, and waits for it without limit.
   /// Gives its exit status; 127 where it could not be started.
   virtual int runInForeground(const std::vector<std::string>& words) = 0;

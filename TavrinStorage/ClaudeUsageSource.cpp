@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <atomic>
-#include <ctime>
 #include <fcntl.h>
 #include <memory>
 #include <thread>
@@ -18,8 +17,6 @@ constexpr std::size_t tailLength = 64;
 /// Less than this is read sooner than a thread is started.
 constexpr std::int64_t worthThreads = 8 << 20;
 constexpr unsigned mostThreads = 4;
-/// File systems stamp changes with a clock that moves a few times in this long.
-constexpr double clockStep = 0.05;
 
 class Descriptor {
 public:
@@ -47,18 +44,12 @@ std::string tailBefore(int descriptor, std::int64_t offset) {
   return tail;
 }
 
-/// By the system's clock, which also stamps files.
-bool isSettled(Date modified) {
-  timespec now{};
-  std::timespec_get(&now, TIME_UTC);
-  const Date date = Date::fromUnixSeconds(static_cast<double>(now.tv_sec) +
-                                          static_cast<double>(now.tv_nsec) * 1e-9);
-  return date.since(modified) > clockStep;
-}
-
 } // namespace
 
-ClaudeUsageSource::ClaudeUsageSource(std::filesystem::path root) : root_(std::move(root)) {}
+ClaudeUsageSource::ClaudeUsageSource(std::filesystem::path root)
+    : root_(std::move(root)), logs_(root_ / "projects", [](std::string_view name) {
+        return ClaudeUsage::projectName(name).has_value();
+      }) {}
 ClaudeUsageSource::~ClaudeUsageSource() = default;
 
 bool ClaudeUsageSource::isAvailable() const {
@@ -86,10 +77,8 @@ ClaudeUsageSource::Jobs ClaudeUsageSource::findChanges(Date since) {
   Jobs jobs;
   for (auto& [unused, cursor] : cursors_)
     cursor.isThere = false;
-  forEachUsageLog(
-      root_ / "projects",
-      [](std::string_view name) { return ClaudeUsage::projectName(name).has_value(); },
-      [&](const std::string& path, std::string_view folder, const UsageLogState& state) {
+  logs_.forEachLog(
+      [&](const std::string& path, const std::string& folder, const UsageLogState& state) {
         if (state.modified < since)
           return;
         const auto [place, isNew] = cursors_.try_emplace(path);
@@ -143,7 +132,7 @@ void ClaudeUsageSource::read(const std::string& path, Cursor& cursor, UsageLogFi
   const std::size_t before = grew ? cursor.entries.size() : 0;
   if (grew && state.size == cursor.offset) {
     cursor.state = state;
-    cursor.isSettled = tavrin::isSettled(state.modified);
+    cursor.isSettled = isSettled(state.modified);
     return;
   }
   if (grew) {
@@ -159,7 +148,7 @@ void ClaudeUsageSource::read(const std::string& path, Cursor& cursor, UsageLogFi
     cursor.entries[i].project = cursor.project;
   cursor.tail = tailBefore(descriptor.get(), cursor.offset);
   cursor.state = state;
-  cursor.isSettled = tavrin::isSettled(state.modified);
+  cursor.isSettled = isSettled(state.modified);
 }
 
 void ClaudeUsageSource::dropMissing() {
@@ -203,8 +192,8 @@ void ClaudeUsageSource::count(const Jobs& jobs) {
   }
 }
 
-ClaudeUsageProjectName ClaudeUsageSource::projectName(std::string_view folder) {
-  auto& name = projectNames_[std::string(folder)];
+ClaudeUsageProjectName ClaudeUsageSource::projectName(const std::string& folder) {
+  auto& name = projectNames_[folder];
   if (!name)
     if (auto text = ClaudeUsage::projectName(folder))
       name = std::make_shared<const std::string>(std::move(*text));

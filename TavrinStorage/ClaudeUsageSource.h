@@ -60,9 +60,10 @@ private:
   void dropMissing();
   void dropOlder(Date since);
   void count(const Jobs& jobs);
-  ClaudeUsageProjectName projectName(std::string_view folder);
+  ClaudeUsageProjectName projectName(const std::string& folder);
 
   std::filesystem::path root_;
+  UsageLogFolder logs_;
   Cursors cursors_;
   std::unordered_map<std::string, ClaudeUsageProjectName> projectNames_;
   ClaudeUsageEntries entries_;

@@ -1,16 +1,22 @@
 #include "TavrinStorage/UsageLogFolder.h"
 
+#include <algorithm>
+#include <ctime>
 #include <dirent.h>
 #include <fcntl.h>
 #include <memory>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace tavrin {
 namespace {
 
 constexpr int mostLevels = 8;
 constexpr std::string_view extension = ".jsonl";
+constexpr int folderFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK;
+/// File systems stamp changes with a clock that moves a few times in this long.
+constexpr double clockStep = 0.05;
 
 Date modificationDate(const struct stat& info) {
   return Date::fromUnixSeconds(static_cast<double>(info.st_mtim.tv_sec) +
@@ -26,57 +32,78 @@ struct CloseFolder {
   void operator()(DIR* folder) const { ::closedir(folder); }
 };
 
-class Walk {
-public:
-  using IsProject = std::function<bool(std::string_view)>;
-  using Found = std::function<void(const std::string&, std::string_view, const UsageLogState&)>;
-
-  Walk(const IsProject& isProject, const Found& found) : isProject_(isProject), found_(found) {}
-
-  void folder(int descriptor, const std::string& path, const std::string& project, int level) {
-    if (descriptor < 0)
-      return;
-    const std::unique_ptr<DIR, CloseFolder> entries(::fdopendir(descriptor));
-    if (!entries) {
-      ::close(descriptor);
-      return;
-    }
-    while (const auto* entry = ::readdir(entries.get())) {
-      const std::string_view name = entry->d_name;
-      if (name.ends_with(extension) && name.size() > extension.size())
-        file(descriptor, path, project, entry->d_name);
-      else if (name != "." && name != ".." && level < mostLevels &&
-               (entry->d_type == DT_DIR || entry->d_type == DT_UNKNOWN))
-        folder(::openat(descriptor, entry->d_name,
-                        O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK),
-               path + "/" + entry->d_name, isProject_(name) ? std::string(name) : project,
-               level + 1);
-    }
-  }
-
-private:
-  void file(int folder, const std::string& path, const std::string& project, const char* name) {
-    struct stat info {};
-    if (::fstatat(folder, name, &info, 0) == 0 && S_ISREG(info.st_mode))
-      found_(path + "/" + name, project, state(info));
-  }
-
-  const IsProject& isProject_;
-  const Found& found_;
-};
-
 } // namespace
 
-void forEachUsageLog(
-    const std::filesystem::path& folder, const std::function<bool(std::string_view)>& isProject,
-    const std::function<void(const std::string&, std::string_view, const UsageLogState&)>& found) {
-  Walk(isProject, found)
-      .folder(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC), folder.string(), {}, 0);
+UsageLogFolder::UsageLogFolder(const std::filesystem::path& folder, IsProject isProject)
+    : isProject_(std::move(isProject)), root_{folder.string(), {}} {}
+
+void UsageLogFolder::forEachLog(const Found& found) {
+  visit(root_, ::open(root_.path.c_str(), folderFlags), 0, found);
+}
+
+/// Closes the descriptor.
+void UsageLogFolder::visit(Folder& folder, int descriptor, int level, const Found& found) {
+  if (descriptor < 0)
+    return;
+  const auto now = usageLogState(descriptor);
+  if (!folder.isSettled || now != folder.state) {
+    folder.state = now;
+    folder.isSettled = readNames(folder, descriptor, level) && isSettled(now.modified);
+  }
+  for (const auto& log : folder.logs) {
+    struct stat info {};
+    if (::fstatat(descriptor, log.name.c_str(), &info, 0) == 0 && S_ISREG(info.st_mode))
+      found(log.path, folder.project, tavrin::state(info));
+  }
+  for (auto& below : folder.folders)
+    visit(
+        below,
+        ::openat(descriptor, below.path.c_str() + folder.path.size() + 1, folderFlags | O_NOFOLLOW),
+        level + 1, found);
+  ::close(descriptor);
+}
+
+/// False where they cannot be read.
+bool UsageLogFolder::readNames(Folder& folder, int descriptor, int level) {
+  auto before = std::exchange(folder.folders, {});
+  folder.logs.clear();
+  const int own = ::openat(descriptor, ".", folderFlags);
+  const std::unique_ptr<DIR, CloseFolder> entries(own < 0 ? nullptr : ::fdopendir(own));
+  if (!entries) {
+    if (own >= 0)
+      ::close(own);
+    return false;
+  }
+  while (const auto* entry = ::readdir(entries.get())) {
+    const std::string_view name = entry->d_name;
+    const auto path = folder.path + "/" + entry->d_name;
+    if (name.ends_with(extension) && name.size() > extension.size()) {
+      folder.logs.push_back({entry->d_name, path});
+    } else if (name != "." && name != ".." && level < mostLevels &&
+               (entry->d_type == DT_DIR || entry->d_type == DT_UNKNOWN)) {
+      const auto known = std::find_if(before.begin(), before.end(),
+                                      [&](const Folder& one) { return one.path == path; });
+      if (known != before.end())
+        folder.folders.push_back(std::move(*known));
+      else
+        folder.folders.push_back({path, isProject_(name) ? std::string(name) : folder.project});
+    }
+  }
+  return true;
 }
 
 UsageLogState usageLogState(int descriptor) {
   struct stat info {};
   return ::fstat(descriptor, &info) == 0 ? state(info) : UsageLogState{0, 0, -1, {}};
+}
+
+bool isSettled(Date modified) {
+  // The system's clock, which also stamps files.
+  timespec now{};
+  std::timespec_get(&now, TIME_UTC);
+  const Date date = Date::fromUnixSeconds(static_cast<double>(now.tv_sec) +
+                                          static_cast<double>(now.tv_nsec) * 1e-9);
+  return date.since(modified) > clockStep;
 }
 
 } // namespace tavrin

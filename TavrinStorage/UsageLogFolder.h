@@ -7,6 +7,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace tavrin {
 
@@ -23,15 +24,48 @@ struct UsageLogState {
   bool operator==(const UsageLogState&) const = default;
 };
 
-/// Calls `found` for each regular file named *.jsonl in `folder` and the folders below it, some
-/// levels deep, with the name of the nearest folder above it that `isProject` takes (empty where
-/// none does). Folders are not followed through links. What cannot be read is passed over.
-void forEachUsageLog(const std::filesystem::path& folder,
-                     const std::function<bool(std::string_view)>& isProject,
-                     const std::function<void(const std::string& path, std::string_view project,
-                                              const UsageLogState& state)>& found);
+/// The regular files named *.jsonl in a folder and the folders below it, some levels deep. Folders
+/// are not followed through links; what cannot be read is passed over. A folder's names are read
+/// again only when they can have changed, a file's state each time.
+class UsageLogFolder {
+public:
+  using IsProject = std::function<bool(std::string_view name)>;
+  using Found = std::function<void(const std::string& path, const std::string& project,
+                                   const UsageLogState& state)>;
+
+  /// A file's project is the name of the nearest folder above it that `isProject` takes, empty
+  /// where none does.
+  UsageLogFolder(const std::filesystem::path& folder, IsProject isProject);
+
+  void forEachLog(const Found& found);
+
+private:
+  struct Log {
+    std::string name;
+    std::string path;
+  };
+  struct Folder {
+    std::string path;
+    std::string project;
+    /// As it was when its names were read; settled when a later change must show in it.
+    UsageLogState state{};
+    bool isSettled = false;
+    std::vector<Log> logs{};
+    std::vector<Folder> folders{};
+  };
+
+  void visit(Folder& folder, int descriptor, int level, const Found& found);
+  bool readNames(Folder& folder, int descriptor, int level);
+
+  IsProject isProject_;
+  Folder root_;
+};
 
 /// The state of an open file; a size of -1 where it is no regular file.
 UsageLogState usageLogState(int descriptor);
+
+/// Whether a later change of a file that was changed at `modified` must show in its date: not
+/// while the clock that stamps files still stands there.
+bool isSettled(Date modified);
 
 } // namespace tavrin

@@ -17,8 +17,7 @@ struct ClaudeUsageModel::Reader {
     reading.isConnected = bridge.isConnected();
     reading.limits = bridge.limits();
     const auto& entries = source.entries(earliestStart(now, calendar));
-    for (const auto scope : allCases<ClaudeUsageScope>())
-      reading.byScope[scope] = ClaudeUsage::totals(entries, scope, now, calendar);
+    reading.byScope = ClaudeUsage::totalsByScope(entries, now, calendar);
   }
 
   ClaudeUsageSource source;

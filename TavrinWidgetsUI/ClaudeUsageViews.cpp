@@ -68,9 +68,10 @@ Shown shownTokens(const ClaudeUsageReading& reading) {
   shown.longCaption = scopeTitle(reading.settings.scope) + " · tokens";
   if (const auto budget = reading.settings.budget; budget && *budget > 0) {
     shown.fraction = static_cast<double>(reading.totals.tokens) / static_cast<double>(*budget);
-    shown.wideCaption = percentText(*shown.fraction) + " of " +
-                        QString::fromStdString(ClaudeUsage::shortTokens(*budget));
-    shown.longCaption = scopeTitle(reading.settings.scope) + " · " + shown.wideCaption;
+    // The ring tells the part; two tiles have no room for more.
+    shown.wideCaption = "of " + QString::fromStdString(ClaudeUsage::shortTokens(*budget));
+    shown.longCaption = scopeTitle(reading.settings.scope) + " · " + percentText(*shown.fraction) +
+                        " " + shown.wideCaption;
   }
   return shown;
 }

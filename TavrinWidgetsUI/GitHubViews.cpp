@@ -15,6 +15,8 @@ constexpr QColor emptySquare{0x26, 0x2D, 0x37};
 constexpr QColor fullSquare{0x39, 0xD3, 0x53};
 constexpr double gapRatio = 0.2;
 constexpr int tileWeeks = 7;
+/// Below this side of the body, captions are single words.
+constexpr double shortestForWords = 66;
 
 QString words(std::string_view text) {
   return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
@@ -113,17 +115,18 @@ AnyView contributionsWideTile(const GitHubReading& reading, const TileSize& size
   const double wordsWidth = size.body() * 0.95;
   const double room = size.bodyWidth() - 3.2 * inset - wordsWidth;
   const int weeks = std::max(1, static_cast<int>(room / (height / 7)));
-  const AnyView figures =
-      vstack({text(QLocale().toString(contributions.streak()))
-                  .size(size.figure())
-                  .weight(FontWeight::semibold)
-                  .colour(palette::figure(ground))
-                  .figure(minimumTypeSize),
-              text(contributions.streak() == 1 ? "day in a row" : "days in a row")
-                  .size(std::max(size.body() * 0.14, minimumTypeSize))
-                  .colour(palette::caption(ground))})
-          .align(Alignment::leading)
-          .frame(wordsWidth, height, Alignment::leading);
+  const AnyView figures = vstack({text(QLocale().toString(contributions.streak()))
+                                      .size(size.figure())
+                                      .weight(FontWeight::semibold)
+                                      .colour(palette::figure(ground))
+                                      .figure(minimumTypeSize),
+                                  text(size.body() < shortestForWords ? "streak"
+                                       : contributions.streak() == 1  ? "day in a row"
+                                                                      : "days in a row")
+                                      .size(std::max(size.body() * 0.14, minimumTypeSize))
+                                      .colour(palette::caption(ground))})
+                              .align(Alignment::leading)
+                              .frame(wordsWidth, height, Alignment::leading);
   return tile(ground,
               hstack({figures, ContributionGrid::of(contributions, weeks, emptySquare, ground)
                                    .view()

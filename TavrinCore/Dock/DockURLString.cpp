@@ -46,7 +46,8 @@ std::string DockURLString::fileURLString(std::string_view path, bool isDirectory
   constexpr char digits[] = "0123456789ABCDEF";
   std::string text = path.starts_with('/') ? "file://" : "file:///";
   for (const char c : path) {
-    if (isPlain(c)) {
+    // A null has no escape that reads back; left as it is, the file's XML form refuses it.
+    if (isPlain(c) || c == '\0') {
       text += c;
     } else {
       text += '%';

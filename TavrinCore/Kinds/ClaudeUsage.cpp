@@ -46,6 +46,31 @@ private:
   std::size_t last_ = 0;
 };
 
+class Sums {
+public:
+  void add(const ClaudeUsageEntry& entry) {
+    totals_.inputTokens += entry.inputTokens;
+    totals_.outputTokens += entry.outputTokens;
+    totals_.cacheCreationTokens += entry.cacheCreationTokens;
+    totals_.cacheReadTokens += entry.cacheReadTokens;
+    ++totals_.messages;
+    if (!totals_.lastActivity || *totals_.lastActivity < entry.timestamp)
+      totals_.lastActivity = entry.timestamp;
+    projects_.add(entry.project, entry.tokens());
+  }
+  ClaudeUsageTotals totals() const {
+    auto totals = totals_;
+    totals.tokens = totals.inputTokens + totals.outputTokens + totals.cacheCreationTokens +
+                    totals.cacheReadTokens;
+    totals.projects = projects_.busiestFirst();
+    return totals;
+  }
+
+private:
+  ClaudeUsageTotals totals_;
+  ProjectSums projects_;
+};
+
 } // namespace
 
 Date start(ClaudeUsageScope scope, Date now, const Calendar& calendar) {
@@ -84,26 +109,29 @@ ClaudeUsageTotals ClaudeUsage::totals(const ClaudeUsageEntries& entries, ClaudeU
   return totals(entries, {start(scope, now, calendar), {std::numeric_limits<double>::infinity()}});
 }
 
+ClaudeUsageByScope ClaudeUsage::totalsByScope(const ClaudeUsageEntries& entries, Date now,
+                                              const Calendar& calendar) {
+  std::vector<std::pair<Date, Sums>> scopes;
+  for (const auto scope : allCases<ClaudeUsageScope>())
+    scopes.emplace_back(start(scope, now, calendar), Sums());
+  for (const auto& entry : entries)
+    for (auto& [from, sums] : scopes)
+      if (from <= entry.timestamp)
+        sums.add(entry);
+  ClaudeUsageByScope byScope;
+  auto sums = scopes.begin();
+  for (const auto scope : allCases<ClaudeUsageScope>())
+    byScope.emplace(scope, (sums++)->second.totals());
+  return byScope;
+}
+
 ClaudeUsageTotals ClaudeUsage::totals(const ClaudeUsageEntries& entries,
                                       const DateInterval& period) {
-  ClaudeUsageTotals totals;
-  ProjectSums projects;
-  for (const auto& entry : entries) {
-    if (!period.contains(entry.timestamp))
-      continue;
-    totals.inputTokens += entry.inputTokens;
-    totals.outputTokens += entry.outputTokens;
-    totals.cacheCreationTokens += entry.cacheCreationTokens;
-    totals.cacheReadTokens += entry.cacheReadTokens;
-    ++totals.messages;
-    if (!totals.lastActivity || *totals.lastActivity < entry.timestamp)
-      totals.lastActivity = entry.timestamp;
-    projects.add(entry.project, entry.tokens());
-  }
-  totals.tokens = totals.inputTokens + totals.outputTokens + totals.cacheCreationTokens +
-                  totals.cacheReadTokens;
-  totals.projects = projects.busiestFirst();
-  return totals;
+  Sums sums;
+  for (const auto& entry : entries)
+    if (period.contains(entry.timestamp))
+      sums.add(entry);
+  return sums.totals();
 }
 
 std::string ClaudeUsage::shortTokens(std::int64_t tokens) {

@@ -51,6 +51,9 @@ namespace ClaudeUsage {
 /// The messages at or after the scope's start.
 ClaudeUsageTotals totals(const ClaudeUsageEntries& entries, ClaudeUsageScope scope, Date now,
                          const Calendar& calendar);
+/// The totals of every scope.
+ClaudeUsageByScope totalsByScope(const ClaudeUsageEntries& entries, Date now,
+                                 const Calendar& calendar);
 /// The messages of a period.
 ClaudeUsageTotals totals(const ClaudeUsageEntries& entries, const DateInterval& period);
 

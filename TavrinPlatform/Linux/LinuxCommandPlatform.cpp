@@ -93,11 +93,13 @@ RunningApplications& LinuxCommandPlatform::applications() {
 
 DockServices& LinuxCommandPlatform::dockServices() {
   if (!dockServices_)
-    dockServices_ =
-        std::make_unique<LinuxDockServices>(fileManager_.homeFolder(), [this]() -> RunLoop& {
+    dockServices_ = std::make_unique<LinuxDockServices>(
+        fileManager_.homeFolder(),
+        [this]() -> RunLoop& {
           startEventLoop();
           return *runLoop_;
-        });
+        },
+        [this] { return bus(); });
   return *dockServices_;
 }
 
@@ -117,6 +119,10 @@ void LinuxCommandPlatform::wait(double seconds) {
 void LinuxCommandPlatform::waitForEvent() {
   startEventLoop();
   QEventLoop().processEvents(QEventLoop::WaitForMoreEvents);
+}
+
+bool LinuxCommandPlatform::ownsTerminal() {
+  return tcgetpgrp(STDIN_FILENO) == getpgrp();
 }
 
 int LinuxCommandPlatform::runInForeground(const std::vector<std::string>& words) {

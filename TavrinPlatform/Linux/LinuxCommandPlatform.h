@@ -32,6 +32,7 @@ public:
   std::filesystem::path program() override;
   void wait(double seconds) override;
   void waitForEvent() override;
+  bool ownsTerminal() override;
   int runInForeground(const std::vector<std::string>& words) override;
 
 private:

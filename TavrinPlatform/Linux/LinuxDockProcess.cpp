@@ -2,6 +2,8 @@
 
 #include "TavrinCore/Base/Errors.h"
 #include "TavrinCore/Base/Text.h"
+#include "TavrinPlatform/Linux/Descriptor.h"
+#include "TavrinPlatform/Linux/Spawn.h"
 
 #include <algorithm>
 #include <array>
@@ -9,11 +11,9 @@
 #include <charconv>
 #include <csignal>
 #include <ctime>
-#include <fcntl.h>
 #include <fstream>
 #include <iterator>
 #include <poll.h>
-#include <spawn.h>
 #include <sstream>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -56,53 +56,25 @@ bool belongsTo(const std::string& status, uid_t user) {
   return rest >> real && real == user;
 }
 
-class Pipe {
-public:
-  Pipe() {
-    if (::pipe2(ends_.data(), O_CLOEXEC) != 0)
-      throw std::system_error(errno, std::generic_category());
-  }
-  ~Pipe() {
-    close(0);
-    close(1);
-  }
-  Pipe(const Pipe&) = delete;
-  Pipe& operator=(const Pipe&) = delete;
-  int reading() const { return ends_[0]; }
-  int writing() const { return ends_[1]; }
-  void close(std::size_t end) {
-    if (ends_[end] >= 0)
-      ::close(ends_[end]);
-    ends_[end] = -1;
-  }
-
-private:
-  std::array<int, 2> ends_{-1, -1};
-};
-
-pid_t launch(const std::filesystem::path& program, const Pipe& output, const Pipe& errors) {
-  posix_spawn_file_actions_t actions;
-  posix_spawn_file_actions_init(&actions);
-  posix_spawn_file_actions_adddup2(&actions, output.writing(), STDOUT_FILENO);
-  posix_spawn_file_actions_adddup2(&actions, errors.writing(), STDERR_FILENO);
-  std::string name = program.string();
-  std::string target(dockName);
-  char* words[] = {name.data(), target.data(), nullptr};
-  pid_t child = 0;
-  const int error = posix_spawn(&child, name.c_str(), &actions, nullptr, words, environ);
-  posix_spawn_file_actions_destroy(&actions);
-  if (error != 0) {
-    const auto reason = std::generic_category().message(error);
-    throw FileError(failure("start " + name, reason), reason);
+pid_t launch(const std::string& program, const Pipe& output, const Pipe& errors) {
+  if (!output.reading || !errors.reading)
+    throw std::system_error(errno, std::generic_category());
+  SpawnRequest request{program, {std::string(dockName)}};
+  request.output = output.writing.number();
+  request.errors = errors.writing.number();
+  const pid_t child = spawn(request);
+  if (child < 0) {
+    const auto reason = std::generic_category().message(-child);
+    throw FileError(failure("start " + program, reason), reason);
   }
   return child;
 }
 
 /// Reads both pipes to their ends, at most until `deadline`; keeps what came on the second.
-std::string drain(Pipe& output, Pipe& errors, double deadline) {
+std::string drain(const Pipe& output, const Pipe& errors, double deadline) {
   std::string kept;
-  std::array<pollfd, 2> waiting = {pollfd{output.reading(), POLLIN, 0},
-                                   pollfd{errors.reading(), POLLIN, 0}};
+  std::array<pollfd, 2> waiting = {pollfd{output.reading.number(), POLLIN, 0},
+                                   pollfd{errors.reading.number(), POLLIN, 0}};
   while (waiting[0].fd >= 0 || waiting[1].fd >= 0) {
     const double left = deadline - seconds(CLOCK_MONOTONIC);
     if (left <= 0)
@@ -114,7 +86,7 @@ std::string drain(Pipe& output, Pipe& errors, double deadline) {
       std::array<char, 4096> buffer{};
       const ssize_t size =
           one.fd >= 0 && count > 0 && one.revents != 0 ? ::read(one.fd, buffer.data(), 4096) : -1;
-      if (size > 0 && one.fd == errors.reading() && kept.size() < outputLimit)
+      if (size > 0 && one.fd == errors.reading.number() && kept.size() < outputLimit)
         kept.append(buffer.data(), static_cast<std::size_t>(size));
       else if (size == 0)
         one.fd = -1;
@@ -175,11 +147,11 @@ std::optional<double> LinuxDockProcess::age(int process) const {
 }
 
 DockProcess::KillResult LinuxDockProcess::killAll() {
-  Pipe output;
-  Pipe errors;
-  const pid_t child = launch(killall_, output, errors);
-  output.close(1);
-  errors.close(1);
+  Pipe output = Pipe::make();
+  Pipe errors = Pipe::make();
+  const pid_t child = launch(killall_.string(), output, errors);
+  output.writing.close();
+  errors.writing.close();
   const double deadline = seconds(CLOCK_MONOTONIC) + killallLimit;
   auto text = drain(output, errors, deadline);
   KillResult result{waitFor(child, deadline), std::nullopt};

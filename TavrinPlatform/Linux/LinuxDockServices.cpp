@@ -1,6 +1,6 @@
 #include "TavrinPlatform/Linux/LinuxDockServices.h"
 
-#include "TavrinPlatform/Linux/X11Shortcuts.h"
+#include "TavrinPlatform/Linux/LinuxGlobalShortcuts.h"
 
 #include <QCoreApplication>
 #include <QSocketNotifier>
@@ -13,7 +13,7 @@ namespace tavrin {
 GlobalShortcuts& LinuxDockServices::globalShortcuts() {
   if (!shortcuts_) {
     eventLoop_();
-    shortcuts_ = std::make_unique<X11Shortcuts>();
+    shortcuts_ = std::make_unique<LinuxGlobalShortcuts>(bus_(), "dev.quellby.Tavrin");
   }
   return *shortcuts_;
 }

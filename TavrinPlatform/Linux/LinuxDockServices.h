@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TavrinPlatform/DockServices.h"
+#include "TavrinPlatform/Linux/Bus.h"
 #include "TavrinPlatform/Linux/LinuxDockProcess.h"
 #include "TavrinPlatform/Linux/LinuxFocusStatusProvider.h"
 #include "TavrinPlatform/Linux/LinuxSystemLog.h"
@@ -10,11 +11,14 @@
 
 namespace tavrin {
 
-/// `eventLoop` starts the program's event loop where it is not there yet and gives it.
+/// `eventLoop` starts the program's event loop where it is not there yet and gives it; `bus` gives
+/// the session bus or null.
 class LinuxDockServices final : public DockServices {
 public:
-  LinuxDockServices(const std::filesystem::path& homeFolder, std::function<RunLoop&()> eventLoop)
-      : preferences_(homeFolder / "Library" / "Preferences"), eventLoop_(std::move(eventLoop)) {}
+  LinuxDockServices(const std::filesystem::path& homeFolder, std::function<RunLoop&()> eventLoop,
+                    std::function<Bus*()> bus)
+      : preferences_(homeFolder / "Library" / "Preferences"), eventLoop_(std::move(eventLoop)),
+        bus_(std::move(bus)) {}
 
   DockProcess& dockProcess() override { return dockProcess_; }
   PreferencesService& preferences() override { return preferences_; }
@@ -29,6 +33,7 @@ private:
   FilePreferencesService preferences_;
   LinuxFocusStatusProvider focusStatus_;
   std::function<RunLoop&()> eventLoop_;
+  std::function<Bus*()> bus_;
   std::unique_ptr<LinuxSystemLog> log_;
   std::unique_ptr<GlobalShortcuts> shortcuts_;
 };

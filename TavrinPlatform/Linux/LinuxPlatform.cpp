@@ -23,7 +23,7 @@
 #include "TavrinPlatform/Linux/Module.h"
 #include "TavrinPlatform/Linux/PictureSurface.h"
 #include "TavrinPlatform/Linux/QtPanelPopover.h"
-#include "TavrinPlatform/Linux/QtProcessRunner.h"
+#include "TavrinPlatform/Linux/LinuxProcessRunner.h"
 #include "TavrinPlatform/Linux/QtRunLoop.h"
 #include "TavrinPlatform/Linux/SecretServiceKeychain.h"
 #include "TavrinPlatform/Linux/StripSurface.h"
@@ -126,7 +126,7 @@ private:
   std::unique_ptr<LinuxWorkspace> workspace_;
   std::unique_ptr<LinuxNotificationCenter> userNotifications_;
   std::unique_ptr<CanberraPlayer> sounds_;
-  std::unique_ptr<QtProcessRunner> processes_;
+  std::unique_ptr<LinuxProcessRunner> processes_;
   std::unique_ptr<HTTPClient> http_;
   std::unique_ptr<CalendarStore> calendars_;
   std::unique_ptr<LinuxInputBlocker> inputBlocker_;
@@ -208,7 +208,7 @@ SoundPlayer& LinuxPlatform::sounds() {
 }
 
 ProcessRunner& LinuxPlatform::processes() {
-  return lazily(processes_, [] { return std::make_unique<QtProcessRunner>(); });
+  return lazily(processes_, [] { return std::make_unique<LinuxProcessRunner>(); });
 }
 
 template <class Service, class Missing, class... Arguments>

@@ -1,7 +1,9 @@
 #include "TavrinPlatform/Linux/LinuxRunningApplications.h"
 
 #include "TavrinCore/Base/Errors.h"
+#include "TavrinPlatform/Linux/Descriptor.h"
 #include "TavrinPlatform/Linux/LinuxFileManager.h"
+#include "TavrinPlatform/Linux/Spawn.h"
 
 #include <algorithm>
 #include <array>
@@ -29,47 +31,8 @@ constexpr BusAddress busDaemon{"org.freedesktop.DBus", "/org/freedesktop/DBus",
 /// /proc appends this to a program whose file was replaced since, as an installation does.
 constexpr std::string_view replacedMark = " (deleted)";
 
-/// A pipe end or file that closes itself.
-class Descriptor {
-public:
-  explicit Descriptor(int number) : number_(number) {}
-  ~Descriptor() { close(); }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-  int number() const { return number_; }
-  void close() {
-    if (number_ >= 0)
-      ::close(number_);
-    number_ = -1;
-  }
-
-private:
-  int number_;
-};
-
 [[noreturn]] void throwLaunchFailure(const std::filesystem::path& program, int error) {
   throw FileError(failure(fmt::format("start \"{}\"", program.string()), std::strerror(error)));
-}
-
-/// A list as execve takes it: pointers into `words`, then null.
-std::vector<char*> pointers(std::vector<std::string>& words) {
-  std::vector<char*> list;
-  for (auto& word : words)
-    list.push_back(word.data());
-  list.push_back(nullptr);
-  return list;
-}
-
-std::vector<std::string> environmentWith(const std::map<std::string, std::string>& additions) {
-  std::vector<std::string> variables;
-  for (char** line = environ; *line != nullptr; ++line) {
-    const std::string_view text(*line);
-    if (!additions.contains(std::string(text.substr(0, text.find('=')))))
-      variables.emplace_back(text);
-  }
-  for (const auto& [name, value] : additions)
-    variables.push_back(name + "=" + value);
-  return variables;
 }
 
 /// Runs in the grandchild: only calls that are safe after a fork of a threaded process.

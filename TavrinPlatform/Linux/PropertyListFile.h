@@ -1,9 +1,10 @@
 #pragma once
 
+#include "TavrinCore/Dock/PropertyList.h"
+
 #include <filesystem>
 #include <memory>
 #include <optional>
-#include <plist/plist.h>
 #include <string>
 
 namespace tavrin {
@@ -22,13 +23,9 @@ public:
   std::optional<bool> boolean(const std::string& key) const;
 
 private:
-  struct Free {
-    void operator()(void* node) const { plist_free(node); }
-  };
-  explicit PropertyListFile(plist_t root) : root_(root) {}
-  plist_t entry(const std::string& key) const;
+  explicit PropertyListFile(std::shared_ptr<const PropertyList> root) : root_(std::move(root)) {}
 
-  std::unique_ptr<void, Free> root_;
+  std::shared_ptr<const PropertyList> root_;
 };
 
 } // namespace tavrin

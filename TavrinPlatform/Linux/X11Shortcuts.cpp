@@ -1,25 +1,13 @@
 #include "TavrinPlatform/Linux/X11Shortcuts.h"
 
+#include "TavrinPlatform/Linux/ShortcutKeys.h"
+
 #include <QSocketNotifier>
-#include <algorithm>
 #include <array>
 #include <cstdlib>
 
 namespace tavrin {
 namespace {
-
-/// Virtual key codes and the kernel's numbers of the same keys; X adds eight to these.
-constexpr std::array<std::pair<std::uint16_t, std::uint8_t>, 66> keys = {{
-    {0, 30},    {1, 31},    {2, 32},   {3, 33},   {4, 35},   {5, 34},   {6, 44},   {7, 45},
-    {8, 46},    {9, 47},    {11, 48},  {12, 16},  {13, 17},  {14, 18},  {15, 19},  {16, 21},
-    {17, 20},   {18, 2},    {19, 3},   {20, 4},   {21, 5},   {22, 7},   {23, 6},   {24, 13},
-    {25, 10},   {26, 8},    {27, 12},  {28, 9},   {29, 11},  {30, 27},  {31, 24},  {32, 22},
-    {33, 26},   {34, 23},   {35, 25},  {36, 28},  {37, 38},  {38, 36},  {39, 40},  {40, 37},
-    {41, 39},   {42, 43},   {43, 51},  {44, 53},  {45, 49},  {46, 50},  {47, 52},  {48, 15},
-    {49, 57},   {50, 41},   {51, 14},  {53, 1},   {96, 63},  {97, 64},  {98, 65},  {99, 61},
-    {100, 66},  {101, 67},  {103, 87}, {109, 68}, {111, 88}, {118, 62}, {120, 60}, {122, 59},
-    {123, 105}, {124, 106},
-}};
 
 /// The masks of Caps Lock and Num Lock, alone and together: a grab is for exact modifiers.
 constexpr std::array<std::uint16_t, 4> locks = {0, XCB_MOD_MASK_LOCK, XCB_MOD_MASK_2,
@@ -39,15 +27,6 @@ std::uint16_t maskOf(HotkeyModifiers modifiers) {
 }
 
 } // namespace
-
-std::optional<std::uint8_t> x11KeyCode(std::uint16_t virtualKeyCode) {
-  constexpr std::uint8_t offset = 8;
-  const auto* found = std::find_if(keys.begin(), keys.end(),
-                                   [&](const auto& key) { return key.first == virtualKeyCode; });
-  if (found == keys.end())
-    return std::nullopt;
-  return static_cast<std::uint8_t>(found->second + offset);
-}
 
 X11Shortcuts::X11Shortcuts() {
   int screen = 0;
@@ -102,7 +81,7 @@ X11Shortcuts::bind(const std::vector<Shortcut>& shortcuts,
     if (!connection_) {
       refusals.push_back({shortcut.id, "there is no X server to register keys with"});
     } else if (!key) {
-      refusals.push_back({shortcut.id, "this keyboard has no such key"});
+      refusals.push_back({shortcut.id, noSuchKey});
     } else if (const Chord chord{*key, maskOf(shortcut.hotkey.modifiers)};
                bound_.contains(chord) || !grab(chord)) {
       refusals.push_back({shortcut.id, "the keys are taken"});
@@ -125,8 +104,9 @@ void X11Shortcuts::readEvents() {
       const auto found =
           bound_.find({press.detail, static_cast<std::uint16_t>(press.state & modifierMask)});
       const auto id = found == bound_.end() ? std::string() : found->second;
-      if (!id.empty() && pressed_)
-        pressed_(id);
+      // The callee may bind anew.
+      if (const auto pressed = pressed_; pressed && !id.empty())
+        pressed(id);
     }
     std::free(event);
   }

@@ -5,15 +5,11 @@
 #include <cstdint>
 #include <map>
 #include <memory>
-#include <optional>
 #include <xcb/xcb.h>
 
 class QSocketNotifier;
 
 namespace tavrin {
-
-/// The X server's number of the key at a place of the ANSI keyboard; no value where it has none.
-std::optional<std::uint8_t> x11KeyCode(std::uint16_t virtualKeyCode);
 
 /// Key grabs on the root window, on a connection of their own. Command is Super, option is Alt.
 /// The lock keys do not matter.

@@ -8,6 +8,7 @@ import os
 import pathlib
 import plistlib
 import random
+import re
 import shutil
 import subprocess
 import tempfile
@@ -208,7 +209,8 @@ class Killed(DockTest):
                 prepare()
                 strace = ("strace", "-f", "-o", "/dev/null", "-e", f"trace={call}", "-e",
                           f"inject={call}:signal=KILL:when={number}")
-                if self.tavrin(*words, status=None, wrapper=strace).returncode not in (137, -9):
+                self.killed = self.tavrin(*words, status=None, wrapper=strace)
+                if self.killed.returncode not in (137, -9):
                     break
                 kills += 1
                 yield call, number
@@ -235,6 +237,7 @@ class Killed(DockTest):
         self.assertEqual(plistlib.loads(self.dock.read_bytes()).get("tilesize"), 3.5)
         self.assertEqual(json.loads(self.data.joinpath("profiles.json").read_text())["version"], 2)
         if now != before:
+            self.assertIn("; `tavrin dock undo` brings it back\n", self.killed.stderr)
             self.tavrin("dock", "undo", "--no-restart")
             self.assertEqual(self.labels(), before, words)
 
@@ -278,10 +281,9 @@ class Killed(DockTest):
                 for text in now.values():
                     json.loads(text)
                 if now != before:
-                    kept = [one["id"] for one in json.loads(
-                        self.tavrin("backups", "list", "--json").stdout)
-                        if one["reason"] == "restore"]
-                    self.tavrin("backups", "restore", kept[0])
+                    named = re.search("`tavrin (backups restore [^`]*)` brings", self.killed.stderr)
+                    self.assertTrue(named, self.killed.stderr)
+                    self.tavrin(*named.group(1).split())
                     self.assertEqual({name: self.data.joinpath(name).read_bytes()
                                       for name in before}, before)
 

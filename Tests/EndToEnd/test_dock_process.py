@@ -94,6 +94,10 @@ def test_wait(condition):
         time.sleep(0.01)
 
 
+def is_dock_running():
+    return subprocess.run(["pgrep", "-x", "Dock"], capture_output=True).returncode == 0
+
+
 class Restart(test_dock.DockTest):
     def change(self, age=2.1, status=0, **habits):
         """Changes the Dock after the stand-in has run for a while; gives what came of it."""
@@ -168,6 +172,40 @@ class Restart(test_dock.DockTest):
         self.assertLess(took, 2)
         self.tavrin("dock", "undo", "--no-restart")
         self.assertEqual(self.labels(), ["App1", "App2"])
+
+    def kill_when(self, condition, age=2.1, **habits):
+        """Ends the program while it restarts the Dock; the command it named brings the Dock back."""
+        self.put({"persistent-apps": [app(1), app(2)]})
+        dock = StandIn(self.dock, **habits)
+        self.addCleanup(dock.close)
+        time.sleep(age)
+        starts = dock.starts()
+        program = subprocess.Popen([str(test_dock.TAVRIN), "dock", "remove", "App1"], env=self.env,
+                                   text=True, stderr=subprocess.PIPE, stdout=subprocess.DEVNULL)
+        test_wait(lambda: condition(dock.starts() - starts))
+        self.assertIsNone(program.poll(), "it ended by itself")
+        program.kill()
+        said = program.communicate()[1]
+        self.assertIn("; `tavrin dock undo` brings it back\n", said)
+        test_wait(is_dock_running)
+        left = self.labels()
+        self.tavrin("dock", "undo")
+        self.assertEqual(self.labels(), ["App1", "App2"])
+        return left
+
+    def test_killed_while_the_dock_settles(self):
+        self.assertEqual(self.kill_when(lambda _: any(self.data.glob("backups/*.plist")), age=0.3),
+                         ["App1", "App2"])
+
+    def test_killed_while_no_dock_runs(self):
+        self.assertEqual(self.kill_when(lambda _: not is_dock_running(), delay=1.5), ["App2"])
+
+    def test_killed_in_the_second_round(self):
+        self.kill_when(lambda starts: starts == 1, rewrites=1)
+
+    def test_killed_after_the_second_write(self):
+        self.assertEqual(self.kill_when(lambda starts: starts == 1 and self.labels() == ["App2"],
+                                        rewrites=1), ["App2"])
 
     def test_many_changes_restart_once(self):
         self.put({"persistent-apps": [app(i) for i in range(500)]})

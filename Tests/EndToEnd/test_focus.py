@@ -3,10 +3,12 @@
 import json
 import signal
 import unittest
+from pathlib import Path
 
 from rig import BUILD, Desk, wait_for
 
 TAVRIN = BUILD / "bin" / "tavrin"
+TEMPLATE = Path(__file__).resolve().parent.parent / "Support" / "portal_template.py"
 SERVER = "org.freedesktop.Notifications"
 PATH = "/org/freedesktop/Notifications"
 
@@ -38,6 +40,10 @@ class FocusTest(unittest.TestCase):
     def stop(self):
         self.process.send_signal(signal.SIGTERM)
         self.assertEqual(self.process.wait(5), 0, self.said())
+
+    def switches(self, keys, profile):
+        self.desk.run("xdotool", "key", keys)
+        return self.active() == profile
 
     def wait_for_service(self, name):
         self.desk.run("gdbus", "wait", "--session", "--timeout", "10", name)
@@ -108,10 +114,6 @@ class Shortcuts(FocusTest):
         self.expect("Day")
         self.stop()
 
-    def switches(self, keys, profile):
-        self.desk.run("xdotool", "key", keys)
-        return self.active() == profile
-
     def test_says_which_keys_are_taken(self):
         other = self.desk.spawn([str(TAVRIN), "focus", "--no-restart"], log="other.log")
         wait_for(lambda: self.switches("ctrl+alt+2", "Calm"), "the first program", pause=0.1)
@@ -120,6 +122,107 @@ class Shortcuts(FocusTest):
                  "the refusal")
         other.send_signal(signal.SIGINT)
         self.assertEqual(other.wait(5), 0)
+        self.stop()
+
+
+class PortalTest(FocusTest):
+    """Shortcuts through the desktop's portal."""
+
+    PORTAL = "org.freedesktop.portal.Desktop"
+
+    def start_portal(self, **parameters):
+        portal = self.desk.spawn(["/usr/bin/python3", "-m", "dbusmock", "--session", "--template",
+                                  str(TEMPLATE), "--parameters", json.dumps(parameters)],
+                                 log="portal.log")
+        self.wait_for_service(self.PORTAL)
+        return portal
+
+    def call(self, method, *arguments):
+        return self.desk.run("gdbus", "call", "--session", "-d", self.PORTAL, "-o",
+                             "/org/freedesktop/portal/desktop", "-m",
+                             f"dev.quellby.test.Portal.{method}", *arguments)
+
+    def bound(self):
+        return self.call("State")
+
+    def wait_for_keys(self, *keys):
+        wait_for(lambda: all(f"'{one}'" in self.bound() for one in keys), f"the shortcuts {keys}")
+
+
+class Portal(PortalTest):
+    def test_keys_switch_profiles(self):
+        for early in (False, True):
+            with self.subTest(early=early):
+                portal = self.start_portal(early=early)
+                self.start()
+                self.wait_for_keys("CTRL+ALT+1", "CTRL+ALT+2")
+                self.assertIn("'dev.quellby.Tavrin'", self.bound())
+                self.call("Press", "CTRL+ALT+2")
+                self.expect("Calm")
+                self.call("Press", "CTRL+ALT+1")
+                self.expect("Day")
+                self.stop()
+                self.assertEqual(self.said().count("Failed"), 0, self.said())
+                portal.terminate()
+                portal.wait(5)
+
+    def test_takes_up_a_changed_shortcut(self):
+        self.start_portal()
+        self.start()
+        self.wait_for_keys("CTRL+ALT+2")
+        self.desk.run(str(TAVRIN), "profiles", "hotkey", "Calm", "super+shift+k")
+        self.wait_for_keys("SHIFT+LOGO+k", "CTRL+ALT+1")
+        self.assertIn(", 1,", self.bound(), "the session before was closed")
+        self.call("Press", "SHIFT+LOGO+k")
+        self.expect("Calm")
+        self.stop()
+
+    def test_says_what_was_declined(self):
+        cases = (("some", ["⌃⌥1 because it was declined"]),
+                 ("decline", ["⌃⌥1 because it was declined", "⌃⌥2 because it was declined"]))
+        for answer, sentences in cases:
+            with self.subTest(answer=answer):
+                portal = self.start_portal(answer=answer)
+                self.start()
+                for sentence in sentences:
+                    wait_for(lambda: "Failed to register " + sentence in self.said(), sentence)
+                self.assertEqual(self.said().count("Failed to register"), len(sentences))
+                self.stop()
+                portal.terminate()
+                portal.wait(5)
+
+    def test_says_what_was_taken_back(self):
+        self.start_portal()
+        self.start()
+        self.wait_for_keys("CTRL+ALT+2")
+        self.call("TakeBack")
+        wait_for(lambda: "⌃⌥2 because the desktop has taken it back" in self.said(), "the remark")
+        self.stop()
+
+
+class PortalWithDisplay(PortalTest):
+    display = True
+
+    def test_a_portal_that_fails_leaves_the_keys_to_the_display(self):
+        for answer in ("fail", "die"):
+            with self.subTest(answer=answer):
+                portal = self.start_portal(answer=answer)
+                self.start()
+                wait_for(lambda: self.switches("ctrl+alt+2", "Calm"), "the grabbed keys", pause=0.1)
+                self.desk.run("xdotool", "key", "ctrl+alt+1")
+                self.expect("Day")
+                self.stop()
+                portal.terminate()
+                portal.wait(5)
+
+    def test_a_portal_that_ends_leaves_the_keys_to_the_display(self):
+        portal = self.start_portal()
+        self.start()
+        self.wait_for_keys("CTRL+ALT+2")
+        self.assertFalse(self.switches("ctrl+alt+2", "Calm"), "the keys are the portal's")
+        portal.kill()
+        portal.wait(5)
+        wait_for(lambda: self.switches("ctrl+alt+2", "Calm"), "the grabbed keys", pause=0.1)
         self.stop()
 
 

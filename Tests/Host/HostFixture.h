@@ -89,6 +89,7 @@ public:
   std::filesystem::path program() override { return "/opt/tavrin/bin/tavrin"; }
   void wait(double seconds) override { waited += seconds; }
   void waitForEvent() override {}
+  bool ownsTerminal() override { return isInFront; }
   int runInForeground(const std::vector<std::string>& words) override {
     return editor ? editor(words) : 127;
   }
@@ -111,6 +112,7 @@ public:
   FakeRunningApplications running;
   FakeDockServices dock{files};
   double waited = 0;
+  bool isInFront = true;
   std::function<int(const std::vector<std::string>&)> editor;
 };
 

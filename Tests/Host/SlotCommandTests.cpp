@@ -104,6 +104,17 @@ TEST_F(SlotCommandTest, SlotsOfAnotherDataFolderAreLeftAlone) {
   EXPECT_EQ(json({"status"}).array()->front().member("process")->integerValue(), 7);
 }
 
+TEST_F(SlotCommandTest, WhatRunsIsFoundWhereverNewOnesWouldStartFrom) {
+  run({"widgets", "add", "clock", "A", "--place"});
+  run({"start"});
+  platform.files.variables["TAVRIN_BUNDLES"] = "/no/such/folder";
+  EXPECT_EQ(json({"status"}).array()->front().member("process")->integerValue(), 101);
+  EXPECT_EQ(run({"stop"}), 0) << errors.str();
+  EXPECT_THAT(platform.running.terminations, ElementsAre(std::pair(101, false)));
+  EXPECT_EQ(run({"start"}), 1);
+  EXPECT_THAT(errors.str() + output.str(), HasSubstr("in \"/no/such/folder\""));
+}
+
 TEST_F(SlotCommandTest, AStubbornSlotIsEndedByForce) {
   run({"widgets", "add", "clock", "A", "--place"});
   run({"start"});
@@ -153,7 +164,7 @@ protected:
           text.replace(at, from.size(), to);
         std::ofstream(form) << text;
       }
-      std::ofstream(form.string() + ".done") << "0";
+      std::ofstream(form.string() + ".done") << "0\n";
       return 0;
     };
   }
@@ -218,6 +229,60 @@ TEST_F(EditTest, AnUntouchedFormChangesNothing) {
   EXPECT_EQ(run({"edit", "Focus"}), 0);
   EXPECT_THAT(output.str(), HasSubstr("Nothing was changed"));
   EXPECT_TRUE(platform.center.posts.empty());
+}
+
+TEST_F(EditTest, TwoEditsOfOneWidgetHaveTheirOwnForms) {
+  edits({{"1500", "3000"}, {"\"shortBreak\": 300", "\"shortBreak\": 600"}});
+  auto editor = platform.editor;
+  std::vector<std::string> places;
+  platform.editor = [&](const auto& words) {
+    places.push_back(words.back());
+    if (places.size() == 1)
+      run({"edit", "Focus"});
+    return editor(words);
+  };
+  EXPECT_EQ(run({"edit", "Focus"}), 0) << errors.str();
+  ASSERT_EQ(places.size(), 2U);
+  EXPECT_NE(places[0], places[1]);
+  const auto settings = json({"widgets", "show", "Focus"});
+  EXPECT_EQ(settings.member("settings")->member("focus")->compact(), "3000");
+  EXPECT_EQ(settings.member("settings")->member("shortBreak")->compact(), "600");
+  EXPECT_TRUE(std::filesystem::is_empty(folder / "state/tavrin"));
+}
+
+TEST_F(EditTest, AFormThatWasGivenUpOutlivesTheNextEdit) {
+  edits({{"{", "{{"}});
+  EXPECT_EQ(run({"edit", "Focus"}, "n\n"), 5);
+  edits({});
+  EXPECT_EQ(run({"edit", "Focus"}), 0);
+  EXPECT_FALSE(std::filesystem::is_empty(folder / "state/tavrin"));
+}
+
+TEST_F(EditTest, AnEditorThatEndsWithItsTerminalEndsTheEdit) {
+  struct Case {
+    bool hasBegun;
+    bool hasTyped;
+    const char* reason;
+  };
+  platform.isInFront = false; // a window of its own is opened
+  for (const auto& c : {Case{true, false, "because its terminal was closed"},
+                        Case{true, true, "because its terminal was closed"},
+                        Case{false, false, "because no terminal could be started"}}) {
+    platform.editor = [&](const auto& words) {
+      EXPECT_EQ(words[1], "-e");
+      if (c.hasTyped)
+        std::ofstream(words.back()) << "typed";
+      if (c.hasBegun)
+        std::ofstream(words.back() + ".shell") << "4711\n";
+      return 0;
+    };
+    platform.waited = 0;
+    EXPECT_EQ(run({"edit", "Focus"}), 1);
+    EXPECT_THAT(errors.str(), HasSubstr(c.reason));
+    EXPECT_LT(platform.waited, 60);
+    EXPECT_EQ(std::filesystem::is_empty(folder / "state/tavrin"), !c.hasTyped);
+    std::filesystem::remove_all(folder / "state/tavrin");
+  }
 }
 
 TEST_F(EditTest, ChangesMadeMeanwhileByOthersAreKept) {

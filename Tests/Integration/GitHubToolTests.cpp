@@ -1,4 +1,4 @@
-#include "TavrinPlatform/Linux/QtProcessRunner.h"
+#include "TavrinPlatform/Linux/LinuxProcessRunner.h"
 #include "TavrinPlatform/Linux/QtRunLoop.h"
 #include "TavrinWidgetsUI/GitHubSource.h"
 #include "Tests/Storage/TemporaryFolder.h"
@@ -86,7 +86,7 @@ protected:
   FakeFileManager files;
   FakeUserDefaults defaults;
   QtRunLoop runLoop;
-  QtProcessRunner processes;
+  LinuxProcessRunner processes;
   qint64 longestPause = 0;
 
 private:
@@ -152,6 +152,9 @@ TEST_F(GitHubToolTest, WhereTheToolIs) {
   fs::permissions(tool, fs::perms::owner_read);
   expectTrouble(load(tool), Kind::toolMissing, "");
   expectTrouble(load(folder.path().string()), Kind::toolMissing, "");
+  put(tool, "#!/no/such/shell\n");
+  fs::permissions(tool, fs::perms::owner_all);
+  expectTrouble(load(tool), Kind::failed, "gh failed");
   script("exit 0");
   fs::create_directories(folder / ".local/bin");
   fs::copy(tool, folder / ".local/bin/gh");

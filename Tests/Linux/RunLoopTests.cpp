@@ -1,4 +1,4 @@
-#include "TavrinPlatform/Linux/QtProcessRunner.h"
+#include "TavrinPlatform/Linux/LinuxProcessRunner.h"
 #include "TavrinPlatform/Linux/QtRunLoop.h"
 #include "Tests/Linux/Desk.h"
 
@@ -9,7 +9,9 @@
 #include <atomic>
 #include <csignal>
 #include <limits>
+#include <sys/wait.h>
 #include <thread>
+#include <unistd.h>
 
 /// The event loop, its threads and child processes.
 namespace tavrin {
@@ -93,7 +95,7 @@ TEST(QtRunLoop, AQueueKeepsItsOrderAndDropsWhatHasNotBegun) {
 }
 
 ProcessResult runToEnd(ProcessRequest request) {
-  QtProcessRunner runner;
+  LinuxProcessRunner runner;
   std::optional<ProcessResult> result;
   const auto token = runner.run(std::move(request), [&](const auto& r) { result = r; });
   EXPECT_TRUE(untilTrue([&] { return result.has_value(); }));
@@ -107,7 +109,7 @@ ProcessRequest script(const std::string& text) {
   return request;
 }
 
-TEST(QtProcessRunner, TellsHowAChildEnded) {
+TEST(LinuxProcessRunner, TellsHowAChildEnded) {
   using Outcome = ProcessResult::Outcome;
   auto input = script("cat; echo error >&2; exit 3");
   input.standardInput = std::string(200'000, 'x');
@@ -137,11 +139,35 @@ TEST(QtProcessRunner, TellsHowAChildEnded) {
   EXPECT_EQ(bounded.outcome, Outcome::exited);
 }
 
+TEST(LinuxProcessRunner, LeavesNoDescriptorAndNoChild) {
+  const std::string file = shell("mktemp");
+  shell("printf '#!/no/such/shell\\n' > " + file + "; chmod +x " + file);
+  ProcessRequest failing[] = {{}, {}, {}, {}};
+  failing[0].program = "/no/such/program";
+  failing[1].program = "/etc";
+  failing[2].program = file;
+  failing[3].program = "";
+  const auto descriptors = [] {
+    return shell("ls /proc/" + std::to_string(getpid()) + "/fd | wc -l");
+  };
+  runToEnd(script("exit 0"));
+  const auto before = descriptors();
+  for (int i = 0; i < 10; ++i) {
+    for (const auto& request : failing)
+      EXPECT_EQ(runToEnd(request).outcome, ProcessResult::Outcome::failedToStart);
+    runToEnd(script("echo x; sleep 1 & exit 3"));
+  }
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  EXPECT_EQ(descriptors(), before);
+  shell("rm " + file);
+  EXPECT_EQ(::waitpid(-1, nullptr, WNOHANG), -1) << "a child is left";
+}
+
 bool isAlive(const std::string& pid) {
   return ::kill(std::stoi(pid), 0) == 0;
 }
 
-TEST(QtProcessRunner, ALateChildGoesWithAllItStarted) {
+TEST(LinuxProcessRunner, ALateChildGoesWithAllItStarted) {
   // One that ignores the polite signal, with a grandchild that holds the pipe open.
   auto stubborn = script("trap '' TERM; sleep 60 & echo $!; while :; do sleep 1; done");
   stubborn.timeLimit = 0.3;
@@ -154,8 +180,8 @@ TEST(QtProcessRunner, ALateChildGoesWithAllItStarted) {
   EXPECT_TRUE(eventually([&] { return !isAlive(result.standardOutput); }));
 }
 
-TEST(QtProcessRunner, ADroppedTokenEndsTheChildAndBringsNoAnswer) {
-  QtProcessRunner runner;
+TEST(LinuxProcessRunner, ADroppedTokenEndsTheChildAndBringsNoAnswer) {
+  LinuxProcessRunner runner;
   const std::string file = shell("mktemp");
   bool isAnswered = false;
   auto token = runner.run(script("echo $$ > " + file + "; exec sleep 60"),

@@ -5,6 +5,7 @@
 #include "Tests/Support/UsageLogs.h"
 
 #include <array>
+#include <chrono>
 #include <cstdio>
 #include <ctime>
 #include <fcntl.h>
@@ -222,6 +223,44 @@ TEST_F(ClaudeUsageSourceTest, ReadsNothingTwice) {
   append(path, line.substr(30));
   EXPECT_EQ(tokens(now - 86'400), first + 4);
   EXPECT_EQ(source.bytesRead(), fs::file_size(path) + 30) << "but for the half line";
+}
+
+TEST_F(ClaudeUsageSourceTest, WhatComesAndGoesInFoldersThatStoodStillIsFound) {
+  const Date now = Date::fromUnixSeconds(static_cast<double>(std::time(nullptr)));
+  const auto projects = root / "projects";
+  const auto project = projects / "-home-ann-app";
+  // A message counts a digit of its own.
+  const auto log = [&](const fs::path& name, int digit) {
+    fs::create_directories((project / name).parent_path());
+    append(project / name, logs.usageLine(now - 60, logs.newID("m"), "r", {digit, 0, 0, 0}));
+  };
+  const auto expect = [&](std::int64_t sum, const char* what) {
+    EXPECT_EQ(tokens(now - 86'400), sum) << what;
+    // From now on their names need not be read again: the clock has left the last change behind.
+    for (const auto& folder : {projects, project, project / "below", projects / "-other"})
+      if (std::error_code error; fs::exists(folder, error))
+        fs::last_write_time(folder, fs::last_write_time(folder) - std::chrono::hours(1));
+    EXPECT_EQ(tokens(now - 86'400), sum) << what << ", later";
+  };
+  log("a.jsonl", 1);
+  log("below/b.jsonl", 10);
+  expect(11, "at first");
+  log("c.jsonl", 100);
+  expect(111, "a new file");
+  log("below/d.jsonl", 1000);
+  expect(1111, "a new file further below");
+  log("a.jsonl", 2);
+  expect(1113, "a file that grew");
+  fs::remove(project / "c.jsonl");
+  expect(1013, "a file less");
+  fs::rename(project / "below", projects / "-other");
+  expect(1013, "a folder elsewhere");
+  log("below/e.jsonl", 10'000);
+  expect(11'013, "another one in its place");
+  fs::remove_all(project);
+  expect(1010, "a folder less");
+  log("f.jsonl", 100'000);
+  expect(101'010, "the folder made anew");
 }
 
 TEST_F(ClaudeUsageSourceTest, ReadsBackOnlyToTheFirstOlderMessage) {

@@ -213,15 +213,18 @@ GalleryPanel usagePanel(const char* name, ClaudeUsageSettings settings, bool has
 
 /// A desktop on which gh answers as told.
 struct GitHubStand {
-  GitHubStand(GitHubShows shows, const ProcessResult& result, bool hasTool) : platform(morning) {
+  GitHubStand(GitHubShows shows, const ProcessResult& result, bool hasTool, bool answers)
+      : platform(morning) {
     platform.fakeProcesses.result = result;
-    platform.defaults.values["GitHubCLIPath"] = hasTool ? "/bin/sh" : "/nowhere";
     GitHubSettings settings;
     settings.shows = shows;
-    model = std::make_unique<GitHubModel>(
-        platform.fakeClock, platform.loop, platform.fakeWorkspace,
-        GitHubSource(platform.loop, platform.fakeProcesses, platform.files, platform.defaults),
-        DockWidget({}, "GitHub", 1, settings, 1));
+    model = std::make_unique<GitHubModel>(platform.fakeClock, platform.loop, platform.fakeWorkspace,
+                                          GitHubSource(platform.loop, platform.fakeProcesses,
+                                                       platform.files, platform.defaults,
+                                                       {{hasTool ? "/bin/sh" : "/nowhere"}}),
+                                          DockWidget({}, "GitHub", 1, settings, 1));
+    if (!answers)
+      return;
     platform.loop.runPosts();
     platform.loop.runBackground();
   }
@@ -266,10 +269,10 @@ std::string answerWith(const GitHubContributions& contributions) {
 }
 
 GalleryPanel gitHubPanel(const char* name, GitHubShows shows, const ProcessResult& result,
-                         bool hasTool = true) {
+                         bool hasTool = true, bool answers = true) {
   return {name, gitHubTint, [=](const PanelAppearance& look) {
             static std::deque<GitHubStand> stands;
-            auto& stand = stands.emplace_back(shows, result, hasTool);
+            auto& stand = stands.emplace_back(shows, result, hasTool, answers);
             return new GitHubPanelView(
                 look, *stand.model, [](const auto&) {}, [] {});
           }};
@@ -298,6 +301,9 @@ GalleryPanels usagePanels() {
       usagePanel("absent", today, false, false, false),
       gitHubPanel("list", GitHubShows::myPullRequests,
                   {Outcome::exited, 0, answerWith(items()), "", false}),
+      gitHubPanel("many", GitHubShows::myPullRequests,
+                  {Outcome::exited, 0, answerWith(many), "", false}),
+      gitHubPanel("asking", GitHubShows::myPullRequests, {}, true, false),
       gitHubPanel("part", GitHubShows::waitingOnYou,
                   {Outcome::exited, 1, answerWith({items()[4]}),
                    "gh: API rate limit exceeded for user ID 1.", false}),
@@ -309,6 +315,8 @@ GalleryPanels usagePanels() {
       gitHubPanel("hang", GitHubShows::myPullRequests, {Outcome::timedOut, 15, "", "", false}),
       gitHubPanel("year", GitHubShows::contributions,
                   {Outcome::exited, 0, answerWith(year(false)), "", false}),
+      gitHubPanel("quiet", GitHubShows::contributions,
+                  {Outcome::exited, 0, answerWith(year(true)), "", false}),
   };
 }
 

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <map>
+#include <optional>
+#include <string>
+#include <sys/types.h>
+#include <vector>
+
+namespace tavrin {
+
+struct SpawnRequest {
+  /// A path, or a name to be looked for as a shell does.
+  std::string program;
+  std::vector<std::string> arguments = {};
+  /// All of the environment, "NAME=value"; none for this process's own.
+  std::optional<std::vector<std::string>> environment = {};
+  /// The child's standard descriptors; it gets no others.
+  int input = -1;
+  int output = -1;
+  int errors = -1;
+  /// Whether the child leads a process group of its own.
+  bool leadsGroup = false;
+};
+
+/// Starts a program with the signals' usual dispositions. Gives its number; where it did not
+/// start, minus the system's error.
+pid_t spawn(const SpawnRequest& request);
+
+/// This process's environment with `additions`, which win.
+std::vector<std::string> environmentWith(const std::map<std::string, std::string>& additions);
+
+/// A list as the system takes it: pointers into `words`, then null.
+std::vector<char*> pointers(std::vector<std::string>& words);
+
+} // namespace tavrin
