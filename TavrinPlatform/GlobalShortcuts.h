@@ -31,6 +31,10 @@ public:
   /// it, or this desktop has no such service.
   virtual std::vector<Refusal> bind(const std::vector<Shortcut>& shortcuts,
                                     std::function<void(const std::string& id)> pressed) = 0;
+
+  /// Called on the main thread for what is refused after `bind` has returned: some desktops ask
+  /// the user first, who may also take a shortcut back. May be empty.
+  std::function<void(const Refusal& refusal)> onRefused;
 };
 
 } // namespace tavrin
