@@ -33,6 +33,9 @@ std::int64_t sizeOf(const std::string& url) {
   return error ? 0 : static_cast<std::int64_t>(size);
 }
 
+/// What file managers paste: what to do, then the addresses.
+constexpr const char* fileManagersType = "x-special/gnome-copied-files";
+
 /// Links copied faster than their previews come: the oldest go without.
 constexpr std::size_t mostWaitingPreviews = 20;
 
@@ -236,20 +239,22 @@ void ClipboardSource::setSettings(const ClipboardSettings& settings) {
 }
 
 void ClipboardSource::write(const ClipboardItem& item) {
-  std::string type = Pasteboard::textType;
-  Data data;
+  std::vector<Pasteboard::Format> formats;
+  const auto offer = [&](const char* type, Data data) {
+    const std::size_t size = data.bytes.size();
+    if (size > 0)
+      formats.push_back({type, std::make_shared<const Data>(std::move(data)), size});
+  };
   if (item.kind == ClipboardItem::Kind::text) {
-    data = Data::fromText(item.text.value_or(""));
-  } else if (item.kind == ClipboardItem::Kind::file) {
-    type = Pasteboard::filesType;
-    data = Data::fromText(item.fileURL.value_or("") + "\r\n");
+    offer(Pasteboard::textType, Data::fromText(item.text.value_or("")));
+  } else if (item.fileURL) {
+    offer(Pasteboard::filesType, Data::fromText(*item.fileURL + "\r\n"));
+    offer(fileManagersType, Data::fromText("copy\n" + *item.fileURL));
   } else if (item.imageData) {
-    type = isTIFF(*item.imageData) ? Pasteboard::tiffType : Pasteboard::pngType;
-    data = *item.imageData;
+    offer(isTIFF(*item.imageData) ? Pasteboard::tiffType : Pasteboard::pngType, *item.imageData);
   }
-  const std::size_t size = data.bytes.size();
-  if (size > 0)
-    services_.pasteboard.write({{type, std::make_shared<const Data>(std::move(data)), size}});
+  if (!formats.empty())
+    services_.pasteboard.write(std::move(formats));
 }
 
 void ClipboardSource::togglePin(const UUID& id) {
