@@ -5,15 +5,12 @@
 
 #include <chrono>
 #include <deque>
-#include <map>
 #include <optional>
 
 namespace tavrin {
 
-/// Reads what another program offers, without trusting it: an owner that does not answer, dribbles,
-/// or sends without end costs its own copy and nothing else. The usual targets are asked for at
-/// once, so that a copy is read in one turn of its owner; which of the answers are looked at, and
-/// in which order, is for the list of targets to say.
+/// Reads what another program offers, one target after the other, without trusting it: an owner
+/// that does not answer, dribbles, or sends without end costs its own copy and nothing else.
 class SelectionReader {
 public:
   using Time = std::chrono::steady_clock::time_point;
@@ -50,17 +47,7 @@ private:
     bool isInteger = false;
   };
 
-  /// A target that has been asked for, by a window of its own: programs keep one transfer a window.
-  struct Asked {
-    xcb_window_t window = XCB_NONE;
-    xcb_atom_t property = XCB_ATOM_NONE;
-    /// The answer's property, once there is one; XCB_ATOM_NONE for a refusal.
-    std::optional<xcb_atom_t> answer = {};
-  };
-
-  Asked ask(const std::string& target);
   void request(const std::string& target);
-  void answered(xcb_atom_t property);
   void next();
   void arrived(Value value);
   void targetsArrived(const Value& value);
@@ -81,7 +68,6 @@ private:
   xcb_window_t window_ = XCB_NONE;
   xcb_atom_t target_ = XCB_ATOM_NONE;
   xcb_atom_t property_ = XCB_ATOM_NONE;
-  std::map<std::string, Asked> asked_;
   unsigned requests_ = 0;
   bool hasTargets_ = false;
   std::deque<Wish> wishes_;

@@ -1,6 +1,6 @@
 // A program that copies, in good and bad ways:
 //   SelectionOwner series COUNT MILLISECONDS   copies COUNT things, one after the other
-//   SelectionOwner hang | mute | flood | dribble | empty | simple | turn
+//   SelectionOwner hang | mute | flood | dribble | empty | simple
 // Prints "copied" after each copy. Ends with its input.
 #include <algorithm>
 #include <cstdint>
@@ -20,7 +20,6 @@ namespace {
 xcb_connection_t* x;
 xcb_window_t window;
 std::string mode;
-bool hasAnswered = false;
 /// What is offered: target and bytes.
 std::map<std::string, std::string> content;
 
@@ -81,7 +80,6 @@ void sendEndless(xcb_window_t to, xcb_atom_t property, std::size_t piece) {
 void answer(const xcb_selection_request_event_t& request) {
   if (mode == "hang")
     return;
-  hasAnswered = true;
   xcb_selection_notify_event_t notify{};
   notify.response_type = XCB_SELECTION_NOTIFY;
   notify.requestor = request.requestor;
@@ -158,14 +156,8 @@ int main(int argc, char** argv) {
       // Never closer together, however late this one was.
       next = now() + interval;
     }
-    while (auto* event = xcb_poll_for_event(x)) {
-      // Answers what has come within a moment, and nothing after that.
-      if (mode == "turn")
-        usleep(20'000);
+    while (auto* event = xcb_poll_for_event(x))
       handle(event);
-    }
-    if (mode == "turn" && hasAnswered)
-      mode = "hang";
     pollfd watched[] = {{xcb_get_file_descriptor(x), POLLIN, 0}, {STDIN_FILENO, POLLIN, 0}};
     const auto wait =
         copies < count ? static_cast<int>(std::max<std::int64_t>(0, next - now())) : -1;
