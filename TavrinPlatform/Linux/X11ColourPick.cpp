@@ -69,8 +69,11 @@ protected:
     painter.setPen(QColor(255, 255, 255, 235));
     painter.drawText(label.adjusted(30, 0, -6, 0), Qt::AlignVCenter | Qt::AlignLeft,
                      colour.name().toUpper());
-    painter.setPen(QColor(255, 255, 255, 60));
+    // An edge on light grounds and on dark ones.
+    painter.setPen(QColor(0, 0, 0, 180));
     painter.drawRect(rect().adjusted(0, 0, -1, -1));
+    painter.setPen(QColor(255, 255, 255, 70));
+    painter.drawRect(rect().adjusted(1, 1, -2, -2));
   }
 
 private:
