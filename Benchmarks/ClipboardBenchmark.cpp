@@ -1,7 +1,11 @@
 #include "TavrinCore/Kinds/ClipboardBoard.h"
 #include "TavrinStorage/AESGCM.h"
+#include "TavrinWidgetsUI/ClipboardPanelView.h"
+#include "Tests/Support/FakePlatform.h"
 
+#include <QPixmap>
 #include <benchmark/benchmark.h>
+#include <filesystem>
 
 using namespace tavrin;
 
@@ -93,9 +97,8 @@ void readWhole(benchmark::State& state) {
 }
 BENCHMARK(readWhole)->Unit(benchmark::kMillisecond);
 
-/// 10,000 texts of some 150 bytes; every fourth is not ASCII. The argument: which query.
-void search(benchmark::State& state) {
-  static const char* const queries[] = {"e", "quick", "zebra", "ærø"};
+/// 10,000 texts of some 150 bytes; every fourth is not ASCII.
+ClipboardList tenThousand() {
   ClipboardList list;
   for (int i = 0; i < 10'000; ++i) {
     std::string words = "The quick brown fox number " + std::to_string(i) +
@@ -103,11 +106,52 @@ void search(benchmark::State& state) {
                         "so that others may know the hedges";
     if (i % 4 == 0)
       words += " in Ærøskøbing, Grüße";
-    list.push_back(std::make_shared<const ClipboardEntry>(ClipboardItem::ofText(words)));
+    auto item = ClipboardItem::ofText(words);
+    item.id = UUID::random();
+    item.capturedAt = {Date::fromUnixSeconds(1'788'984'522 - i * 60)};
+    list.push_back(std::make_shared<const ClipboardEntry>(std::move(item)));
   }
+  return list;
+}
+
+/// The argument: which query.
+void search(benchmark::State& state) {
+  static const char* const queries[] = {"e", "quick", "zebra", "ærø"};
+  const ClipboardList list = tenThousand();
   for (auto _ : state)
     benchmark::DoNotOptimize(ClipboardBoard::search(queries[state.range(0)], list));
 }
 BENCHMARK(search)->DenseRange(0, 3)->Unit(benchmark::kMillisecond);
+
+/// From nothing to a painted panel with 10,000 items.
+void openPanel(benchmark::State& state) {
+  test::FakePlatform platform{Date::fromUnixSeconds(1'788'984'522)};
+  ClipboardSettings settings;
+  settings.historyLimit = 10'000;
+  const auto file =
+      std::filesystem::temp_directory_path() / ("tavrin-benchmark-" + UUID::random().text());
+  ClipboardVault(file, platform.fakeKeychain)
+      .save(tenThousand(), settings, platform.fakeClock.now());
+  LinkPreviewSource ogSource{
+      {platform.loop, platform.fakeClock, [&]() -> HTTPClient& { return platform.fakeHTTP; }}};
+  ClipboardSource source({platform.fakeClock, platform.loop, platform.fakePasteboard,
+                          platform.fakeKeychain, platform.fakeWorkspace, ogSource},
+                         file, settings);
+  ClipboardModel model(DockWidget(UUID(), "Clipboard", 1, settings, 1), source);
+  source.start();
+  platform.loop.runBackground();
+  std::filesystem::remove(file);
+  if (model.items().size() != 10'000)
+    state.SkipWithError("the history was not read");
+  for (auto _ : state) {
+    ClipboardPanelView view(
+        {false, false, Qt::blue}, model,
+        {platform.loop, platform.fakeClock, [](const ClipboardItem&) {}, [] {}});
+    view.setAttribute(Qt::WA_DontShowOnScreen);
+    view.show();
+    benchmark::DoNotOptimize(view.grab());
+  }
+}
+BENCHMARK(openPanel)->Unit(benchmark::kMillisecond);
 
 } // namespace

@@ -2,7 +2,7 @@
 #include "TavrinWidgetsUI/Kit/TileLayout.h"
 #include "TavrinWidgetsUI/Kit/ViewRenderer.h"
 
-#include <QGuiApplication>
+#include <QApplication>
 #include <benchmark/benchmark.h>
 
 using namespace tavrin;
@@ -88,7 +88,7 @@ BENCHMARK(drawGearshape)->Unit(benchmark::kMicrosecond);
 
 int main(int argc, char** argv) {
   qputenv("QT_QPA_PLATFORM", "offscreen");
-  QGuiApplication application(argc, argv);
+  QApplication application(argc, argv);
   benchmark::Initialize(&argc, argv);
   benchmark::RunSpecifiedBenchmarks();
 }

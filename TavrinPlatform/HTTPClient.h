@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <functional>
 #include <string>
+#include <vector>
 
 namespace tavrin {
 
@@ -13,8 +14,19 @@ struct HTTPRequest {
   std::string url;
   /// Seconds for the whole answer.
   double timeLimit = 20;
-  /// Bytes of the answer, unpacked; a longer one fails.
+  /// Bytes of the answer, unpacked.
   std::size_t sizeLimit = 1024 * 1024;
+  /// What a longer answer does.
+  enum class Excess { fails, isCutOff };
+  Excess excess = Excess::fails;
+  /// Seconds until the request is on its way: connecting and its encryption.
+  double connectTimeLimit = 20;
+  /// Connects to this address, and asks no one for the host's. The name in `url` still goes into
+  /// the request and must be the server's in its certificate.
+  std::string address = {};
+  /// Redirects within one host are followed, or each is answered as it comes.
+  enum class Redirects { withinHost, none };
+  Redirects redirects = Redirects::withinHost;
 };
 
 struct HTTPResponse {
@@ -22,11 +34,15 @@ struct HTTPResponse {
   /// host, which is refused.
   int status = 0;
   std::string body;
+  /// The headers of these names, as sent.
+  std::string contentType = {};
+  std::string location = {};
 
   bool isSuccess() const { return status >= 200 && status < 300; }
 };
 
-/// Plain requests to web services. Nothing waits on the main thread.
+/// Plain requests to web services: no cookies, no stored passwords. Nothing waits on the main
+/// thread.
 class HTTPClient {
 public:
   virtual ~HTTPClient() = default;
@@ -34,6 +50,9 @@ public:
   /// then the request is ended.
   [[nodiscard]] virtual TokenPtr get(const HTTPRequest& request,
                                      std::function<void(const HTTPResponse&)> done) = 0;
+  /// The addresses of a host, in the order to try them; none when it is not known. As `get`.
+  [[nodiscard]] virtual TokenPtr
+  resolve(const std::string& host, std::function<void(const std::vector<std::string>&)> done) = 0;
   /// Calls `handler` when the network may have come back: the computer got an address. Also when
   /// it got a further one.
   [[nodiscard]] virtual TokenPtr observeNetwork(std::function<void()> handler) = 0;

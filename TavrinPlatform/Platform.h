@@ -3,18 +3,19 @@
 #include "TavrinCore/Base/Log.h"
 #include "TavrinPlatform/Application.h"
 #include "TavrinPlatform/Clock.h"
-#include "TavrinPlatform/ConnectedDevices.h"
 #include "TavrinPlatform/ColourSampler.h"
+#include "TavrinPlatform/ConnectedDevices.h"
 #include "TavrinPlatform/DistributedNotificationCenter.h"
 #include "TavrinPlatform/DockGeometry.h"
 #include "TavrinPlatform/FanHelperClient.h"
 #include "TavrinPlatform/FileManager.h"
+#include "TavrinPlatform/GlobalShortcuts.h"
 #include "TavrinPlatform/HostStatistics.h"
 #include "TavrinPlatform/InputBlocker.h"
-#include "TavrinPlatform/PowerSources.h"
 #include "TavrinPlatform/Keychain.h"
 #include "TavrinPlatform/MainBundle.h"
 #include "TavrinPlatform/Pasteboard.h"
+#include "TavrinPlatform/PowerSources.h"
 #include "TavrinPlatform/ProcessRunner.h"
 #include "TavrinPlatform/RunLoop.h"
 #include "TavrinPlatform/SoundPlayer.h"
@@ -62,6 +63,7 @@ public:
   virtual Pasteboard& pasteboard() = 0;
   virtual ColourSampler& colourSampler() = 0;
   virtual Keychain& keychain() = 0;
+  virtual GlobalShortcuts& globalShortcuts() = 0;
 };
 
 } // namespace tavrin

@@ -28,8 +28,10 @@ ClipboardSettings settingsOf(const DockWidget& widget) {
 ClipboardWidgetController::ClipboardWidgetController(const SlotContext& context,
                                                      const DockWidget& widget)
     : BasicWidgetController(context, widget),
+      ogSource_({platform().runLoop(), platform().clock(),
+                 [this]() -> HTTPClient& { return platform().http(); }}),
       source_({platform().clock(), platform().runLoop(), platform().pasteboard(),
-               platform().keychain(), platform().workspace()},
+               platform().keychain(), platform().workspace(), ogSource_},
               storeURL(platform()), settingsOf(widget)),
       model_(widget, source_) {
   model_.onChange = [this] { historyChanged(); };
@@ -68,8 +70,11 @@ AnyView ClipboardWidgetController::tileView(const TileSize& size) const {
                            model_.hasRead(),
                            model_.trouble().has_value(),
                            {}};
-  if (model_.settings().showLastPreviewOnTile && !model_.items().empty())
-    reading.preview = clipboardLine(model_.items().front()->item, false).toStdString();
+  if (model_.settings().showLastPreviewOnTile && !model_.items().empty()) {
+    const auto& newest = model_.items().front()->item;
+    // As many dots as the smallest tile has room for.
+    reading.preview = newest.isSensitive ? "••••••" : clipboardLine(newest, false).toStdString();
+  }
   return clipboardTileIcon(reading, size);
 }
 

@@ -21,6 +21,7 @@ private:
   void historyChanged();
   void copy(const ClipboardItem& item);
 
+  LinkPreviewSource ogSource_;
   ClipboardSource source_;
   ClipboardModel model_;
 };

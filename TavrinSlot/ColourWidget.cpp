@@ -1,11 +1,17 @@
 #include "TavrinSlot/ColourWidget.h"
 
+#include "TavrinCore/Base/Errors.h"
 #include "TavrinSlot/DockPanelPresenter.h"
 #include "TavrinStorage/StoragePath.h"
 #include "TavrinWidgetsUI/ColourPanelView.h"
 #include "TavrinWidgetsUI/ColourViews.h"
 
 namespace tavrin {
+namespace {
+
+constexpr const char* pickShortcut = "pick-colour";
+
+} // namespace
 
 ColourWidgetController::ColourWidgetController(const SlotContext& context, const DockWidget& widget)
     : BasicWidgetController(context, widget), pick_([this] { pick(); }), copyNewest_([this] {
@@ -15,7 +21,46 @@ ColourWidgetController::ColourWidgetController(const SlotContext& context, const
   openStore();
   changed_ = platform().notifications().observe(ColourStore::changedNotification,
                                                 [this](const auto&) { historyChanged(); });
+  bindShortcut();
   renderTile();
+}
+
+ColourWidgetController::~ColourWidgetController() {
+  if (!hotkey_)
+    return;
+  auto& shortcuts = platform().globalShortcuts();
+  shortcuts.onRefused = nullptr;
+  shortcuts.bind({}, nullptr);
+}
+
+void ColourWidgetController::bindShortcut() {
+  const auto wanted = settings().hotkey;
+  if (wanted == hotkey_)
+    return;
+  hotkey_ = wanted;
+  shortcutTrouble_.clear();
+  auto& shortcuts = platform().globalShortcuts();
+  if (wanted && !wanted->modifiers.isValidForGlobalHotkey()) {
+    shortcuts.bind({}, nullptr);
+    shortcutRefused("it lacks a modifier key other than Shift");
+    return;
+  }
+  std::vector<GlobalShortcuts::Shortcut> all;
+  shortcuts.onRefused = nullptr;
+  if (wanted) {
+    all.push_back({pickShortcut, "Pick a colour", *wanted});
+    shortcuts.onRefused = [this](const auto& refusal) {
+      shortcutRefused(refusal.reason);
+      refresh();
+    };
+  }
+  for (const auto& refusal : shortcuts.bind(all, [this](const auto&) { pick(); }))
+    shortcutRefused(refusal.reason);
+}
+
+void ColourWidgetController::shortcutRefused(const std::string& reason) {
+  shortcutTrouble_ = failure("register the shortcut", reason);
+  Log(platform().log(), "slot").error(shortcutTrouble_);
 }
 
 void ColourWidgetController::openStore() {
@@ -58,8 +103,8 @@ void ColourWidgetController::picked(const ColourSample& sample) {
   }
   if (sample.outcome != ColourSample::Outcome::picked)
     return;
-  const PickedColour colour{UUID::random(), sample.red,  sample.green,
-                            sample.blue,    platform().clock().now(), false};
+  const PickedColour colour{UUID::random(),           sample.red, sample.green, sample.blue,
+                            platform().clock().now(), false};
   if (settings().copiesOnPick)
     copy(colour, settings().format);
   change([&](ColourStore& store) { store.add(colour, settings().historyLimit); });
@@ -115,7 +160,7 @@ PanelView* ColourWidgetController::makePanelView(const PanelAppearance& appearan
       {.name = [this] { return widget().name; },
        .history = [this]() -> const ColourHistory& { return history(); },
        .settings = [this] { return settings(); },
-       .trouble = [this] { return trouble_; },
+       .trouble = [this] { return trouble_.empty() ? shortcutTrouble_ : trouble_; },
        .pick = pick_,
        .copy = [this](const auto& colour, ColourFormat format) { copy(colour, format); },
        .togglePin =

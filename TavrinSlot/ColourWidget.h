@@ -8,16 +8,21 @@ namespace tavrin {
 class ColourWidgetController final : public BasicWidgetController {
 public:
   ColourWidgetController(const SlotContext& context, const DockWidget& widget);
+  ~ColourWidgetController() override;
 
 protected:
   AnyView tileView(const TileSize& size) const override;
   PanelView* makePanelView(const PanelAppearance& appearance) override;
   QColor tint() const override;
+  void widgetChanged() override { bindShortcut(); }
 
 private:
   void openStore();
   /// Somebody picked, here or elsewhere.
   void historyChanged();
+  /// Registers the shortcut of the settings, and tells nobody where there is none.
+  void bindShortcut();
+  void shortcutRefused(const std::string& reason);
   /// Has the user pick a colour of the screen; the panel makes way.
   void pick();
   void picked(const ColourSample& sample);
@@ -31,6 +36,8 @@ private:
   TokenPtr changed_;
   TokenPtr picking_;
   std::string trouble_;
+  std::optional<Hotkey> hotkey_;
+  std::string shortcutTrouble_;
   std::function<void()> pick_;
   std::function<void()> copyNewest_;
 };

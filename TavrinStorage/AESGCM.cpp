@@ -3,9 +3,12 @@
 #include "TavrinPlatform/SharedLibrary.h"
 
 #include <algorithm>
+#include <array>
+#include <cstring>
 #include <memory>
 #include <openssl/evp.h>
 #include <openssl/rand.h>
+#include <vector>
 
 namespace tavrin {
 namespace {
@@ -62,16 +65,39 @@ ContextPtr begin(aesGCM::Bytes key, const std::uint8_t* nonce, bool isSealing) {
   return context;
 }
 
-/// The library counts in ints.
+/// What stays in the processor's cache while it is moved to its place.
+constexpr std::size_t pieceLength = 64 * 1024;
+
 void run(EVP_CIPHER_CTX* context, const std::uint8_t* from, std::size_t length, std::uint8_t* to) {
-  constexpr std::size_t longest = std::size_t{1} << 30;
-  while (length > 0) {
-    const auto piece = static_cast<int>(std::min(length, longest));
-    int written = 0;
-    require(library().update(context, to, &written, from, piece) == 1 && written == piece);
-    from += piece;
-    to += piece;
-    length -= static_cast<std::size_t>(piece);
+  const auto piece = static_cast<int>(length);
+  int written = 0;
+  require(library().update(context, to, &written, from, piece) == 1 && written == piece);
+}
+
+/// The text at `start` becomes ciphertext that begins a nonce's length later. Each piece goes to
+/// its place once the next one has been read.
+void encrypt(EVP_CIPHER_CTX* context, std::uint8_t* start, std::size_t length) {
+  std::vector<std::uint8_t> now(pieceLength);
+  std::vector<std::uint8_t> before(pieceLength);
+  std::uint8_t* const place = start + aesGCM::nonceLength;
+  std::size_t waiting = 0;
+  for (std::size_t at = 0; at < length;) {
+    const std::size_t piece = std::min(pieceLength, length - at);
+    run(context, start + at, piece, now.data());
+    std::copy_n(before.data(), waiting, place + at - waiting);
+    std::swap(now, before);
+    waiting = piece;
+    at += piece;
+  }
+  std::copy_n(before.data(), waiting, place + length - waiting);
+}
+
+/// And back: the text begins a nonce's length before its ciphertext.
+void decrypt(EVP_CIPHER_CTX* context, std::uint8_t* body, std::size_t length) {
+  for (std::size_t at = 0; at < length; at += pieceLength) {
+    const std::size_t piece = std::min(pieceLength, length - at);
+    run(context, body + at, piece, body + at);
+    std::memmove(body + at - aesGCM::nonceLength, body + at, piece);
   }
 }
 
@@ -83,13 +109,14 @@ void aesGCM::fillRandom(std::span<std::uint8_t> bytes) {
 
 std::string aesGCM::seal(Bytes key, std::string text) {
   const std::size_t length = text.size();
-  text.append(tagLength, '\0');
-  text.insert(0, nonceLength, '\0');
+  text.append(nonceLength + tagLength, '\0');
   std::uint8_t* const body = bytesOf(text) + nonceLength;
   try {
-    fillRandom({bytesOf(text), nonceLength});
-    const ContextPtr context = begin(key, bytesOf(text), true);
-    run(context.get(), body, length, body);
+    std::array<std::uint8_t, nonceLength> nonce{};
+    fillRandom(nonce);
+    const ContextPtr context = begin(key, nonce.data(), true);
+    encrypt(context.get(), bytesOf(text), length);
+    std::ranges::copy(nonce, bytesOf(text));
     int written = 0;
     require(library().end(context.get(), body + length, &written) == 1 && written == 0 &&
             library().control(context.get(), EVP_CTRL_GCM_GET_TAG, tagLength, body + length) == 1);
@@ -105,7 +132,7 @@ std::string aesGCM::open(Bytes key, std::string box) {
   const std::size_t length = box.size() - nonceLength - tagLength;
   std::uint8_t* const body = bytesOf(box) + nonceLength;
   const ContextPtr context = begin(key, bytesOf(box), false);
-  run(context.get(), body, length, body);
+  decrypt(context.get(), body, length);
   int written = 0;
   std::uint8_t rest[EVP_MAX_BLOCK_LENGTH];
   require(library().control(context.get(), EVP_CTRL_GCM_SET_TAG, tagLength, body + length) == 1);
@@ -113,7 +140,7 @@ std::string aesGCM::open(Bytes key, std::string box) {
     wipe(box);
     throw CipherError("the file was altered or sealed with another key");
   }
-  box.erase(0, nonceLength);
+  // The ciphertext's last bytes stand behind the text still; they are no secret.
   box.resize(length);
   return box;
 }

@@ -176,6 +176,7 @@ bool writeFileIfUnchanged(const fs::path& file, std::string_view bytes, const Fi
 }
 
 std::optional<std::string> readFile(const fs::path& file, std::size_t maximumSize) {
+  constexpr std::size_t spareRoom = 64;
   // Without O_NONBLOCK a pipe in the file's place would wait for a writer.
   const Descriptor descriptor(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
   if (!descriptor.isOpen()) {
@@ -191,7 +192,8 @@ std::optional<std::string> readFile(const fs::path& file, std::size_t maximumSiz
   std::string bytes;
   std::string buffer(64 * 1024, '\0');
   if (static_cast<std::uintmax_t>(info.st_size) <= maximumSize)
-    bytes.reserve(static_cast<std::size_t>(info.st_size));
+    // Parsers read a little beyond the end.
+    bytes.reserve(static_cast<std::size_t>(info.st_size) + spareRoom);
   while (static_cast<std::uintmax_t>(info.st_size) <= maximumSize && bytes.size() <= maximumSize) {
     const ssize_t count = ::read(descriptor.get(), buffer.data(), buffer.size());
     if (count == 0)

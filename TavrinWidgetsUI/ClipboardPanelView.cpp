@@ -5,10 +5,9 @@
 #include "TavrinWidgetsUI/Kit/PanelControls.h"
 #include "TavrinWidgetsUI/Kit/PanelList.h"
 #include "TavrinWidgetsUI/Kit/PanelText.h"
+#include "TavrinWidgetsUI/Thumbnail.h"
 
-#include <QBuffer>
 #include <QDateTime>
-#include <QImageReader>
 #include <QLocale>
 #include <algorithm>
 
@@ -18,22 +17,8 @@ namespace {
 constexpr int visibleRows = 8;
 constexpr int thumbnailSide = 64;
 constexpr std::size_t mostThumbnails = 128;
-constexpr int mostMegabytes = 256;
 
 } // namespace
-
-QImage clipboardThumbnail(const Data& data, int side) {
-  QByteArray bytes =
-      QByteArray::fromRawData(data.view().data(), static_cast<qsizetype>(data.bytes.size()));
-  QBuffer buffer(&bytes);
-  QImageReader reader(&buffer);
-  const QSize size = reader.size();
-  if (!size.isValid() ||
-      qint64{size.width()} * size.height() * 4 > qint64{mostMegabytes} * 1024 * 1024)
-    return {};
-  reader.setScaledSize(size.scaled(side, side, Qt::KeepAspectRatio).expandedTo({1, 1}));
-  return reader.read();
-}
 
 ClipboardPanelView::ClipboardPanelView(const PanelAppearance& appearance, ClipboardModel& model,
                                        Services services)
@@ -137,7 +122,7 @@ QImage ClipboardPanelView::thumbnail(const ClipboardEntryPtr& entry) {
   thumbnails_.emplace(entry->item.id, QImage());
   const auto picture = std::make_shared<QImage>();
   services_.runLoop.background(
-      [entry, picture, &bytes = *data] { *picture = clipboardThumbnail(bytes, thumbnailSide); },
+      [entry, picture, &bytes = *data] { *picture = tavrin::thumbnail(bytes, thumbnailSide); },
       alive_,
       [this, id = entry->item.id, picture] {
         if (picture->isNull())
@@ -186,7 +171,7 @@ void ClipboardPanelView::showWords() {
   } else if (!model_.canCapture()) {
     empty_->setSentence("exclamationmark.triangle.fill",
                         "This desktop does not tell programs what is copied");
-    empty_->setHint({});
+    empty_->setHint("Log in to an X11 session to keep a history.");
   } else {
     empty_->setSentence("doc.on.clipboard", "Nothing copied yet");
     empty_->setHint("Copy something on your Mac and it will show up here.");

@@ -58,8 +58,4 @@ private:
   std::shared_ptr<int> alive_ = std::make_shared<int>();
 };
 
-/// The picture in `data` no larger than `side` pixels; null where it cannot be read, or would take
-/// more memory than a picture of a screen.
-QImage clipboardThumbnail(const Data& data, int side);
-
 } // namespace tavrin

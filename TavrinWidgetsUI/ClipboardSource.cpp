@@ -1,5 +1,7 @@
 #include "TavrinWidgetsUI/ClipboardSource.h"
 
+#include "TavrinCore/Base/Text.h"
+
 #include <algorithm>
 #include <system_error>
 
@@ -18,33 +20,27 @@ std::string firstFileURL(std::string_view list) {
   return {};
 }
 
-int hexDigit(char c) {
-  constexpr std::string_view digits = "0123456789abcdef";
-  const auto at = digits.find(c >= 'A' && c <= 'F' ? static_cast<char>(c + 32) : c);
-  return at == std::string_view::npos ? -1 : static_cast<int>(at);
-}
-
 std::filesystem::path pathOf(std::string_view url) {
   url.remove_prefix(std::string_view("file:").size());
   if (url.starts_with("//"))
     url.remove_prefix(std::min(url.find('/', 2), url.size()));
-  std::string path;
-  for (std::size_t i = 0; i < url.size(); ++i) {
-    if (url[i] == '%' && i + 2 < url.size() && hexDigit(url[i + 1]) >= 0 &&
-        hexDigit(url[i + 2]) >= 0) {
-      path += static_cast<char>(hexDigit(url[i + 1]) * 16 + hexDigit(url[i + 2]));
-      i += 2;
-    } else {
-      path += url[i];
-    }
-  }
-  return path;
+  return percentDecoded(url);
 }
 
 std::int64_t sizeOf(const std::string& url) {
   std::error_code error;
   const auto size = std::filesystem::file_size(pathOf(url), error);
   return error ? 0 : static_cast<std::int64_t>(size);
+}
+
+/// What file managers paste: what to do, then the addresses.
+constexpr const char* fileManagersType = "x-special/gnome-copied-files";
+
+/// Links copied faster than their previews come: the oldest go without.
+constexpr std::size_t mostWaitingPreviews = 20;
+
+ClipboardList::const_iterator find(const ClipboardList& items, const UUID& id) {
+  return std::ranges::find_if(items, [&](const auto& entry) { return entry->item.id == id; });
 }
 
 const Pasteboard::Format* format(const Pasteboard::Capture& capture, std::string_view type) {
@@ -158,7 +154,69 @@ void ClipboardSource::accept(std::int64_t changeCount, ClipboardItem item) {
   ClipboardList items{std::make_shared<const ClipboardEntry>(std::move(item))};
   items.insert(items.end(), state_.items.begin(), state_.items.end());
   ++state_.unseenCount;
+  const ClipboardEntryPtr entry = items.front();
   change(std::move(items));
+  wantPreview(entry->item);
+}
+
+void ClipboardSource::wantPreview(const ClipboardItem& item) {
+  if (!settings_.fetchWebsitePreviews || item.kind != ClipboardItem::Kind::text ||
+      item.isSensitive || !ClipboardItem::looksLikeURL(*item.text) ||
+      !ClipboardItem::isFetchableHost(*item.text))
+    return;
+  ogWaiting_.push_back(item.id);
+  if (ogWaiting_.size() > mostWaitingPreviews)
+    ogWaiting_.erase(ogWaiting_.begin() + (ogTask_ ? 1 : 0));
+  if (!ogTask_)
+    fetchNextPreview();
+}
+
+void ClipboardSource::fetchNextPreview() {
+  ogTask_.reset();
+  const auto isThere = [this](const UUID& id) {
+    return find(state_.items, id) != state_.items.end();
+  };
+  while (!ogWaiting_.empty() && !isThere(ogWaiting_.front()))
+    ogWaiting_.pop_front();
+  if (ogWaiting_.empty())
+    return;
+  const UUID id = ogWaiting_.front();
+  const auto entry = find(state_.items, id);
+  const std::string url(trimmed(*(*entry)->item.text));
+  ogTask_ = services_.ogSource.fetch(url, [this, id](const LinkPreview& preview) {
+    ogTask_.reset();
+    ogWaiting_.pop_front();
+    adoptPreview(id, preview);
+    if (!ogTask_)
+      fetchNextPreview();
+  });
+}
+
+void ClipboardSource::adoptPreview(const UUID& id, const LinkPreview& preview) {
+  ClipboardList items = state_.items;
+  const auto found = find(items, id);
+  if (found == items.end() || preview.isEmpty())
+    return;
+  ClipboardItem item = (*found)->item;
+  item.ogTitle = preview.title;
+  item.ogDescription = preview.description;
+  item.ogImageData = preview.image;
+  item.ogFetchedAt = ISO8601Date{services_.clock.now()};
+  items[static_cast<std::size_t>(found - items.begin())] =
+      std::make_shared<const ClipboardEntry>(std::move(item));
+  change(std::move(items));
+}
+
+/// Items that have gone want none, and none does where that is switched off.
+void ClipboardSource::dropUnwantedPreviews() {
+  if (ogWaiting_.empty())
+    return;
+  const UUID first = ogWaiting_.front();
+  std::erase_if(ogWaiting_, [this](const UUID& id) {
+    return !settings_.fetchWebsitePreviews || find(state_.items, id) == state_.items.end();
+  });
+  if (ogTask_ && (ogWaiting_.empty() || ogWaiting_.front() != first))
+    fetchNextPreview();
 }
 
 void ClipboardSource::abandoned(std::int64_t changeCount) {
@@ -181,20 +239,22 @@ void ClipboardSource::setSettings(const ClipboardSettings& settings) {
 }
 
 void ClipboardSource::write(const ClipboardItem& item) {
-  std::string type = Pasteboard::textType;
-  Data data;
+  std::vector<Pasteboard::Format> formats;
+  const auto offer = [&](const char* type, Data data) {
+    const std::size_t size = data.bytes.size();
+    if (size > 0)
+      formats.push_back({type, std::make_shared<const Data>(std::move(data)), size});
+  };
   if (item.kind == ClipboardItem::Kind::text) {
-    data = Data::fromText(item.text.value_or(""));
-  } else if (item.kind == ClipboardItem::Kind::file) {
-    type = Pasteboard::filesType;
-    data = Data::fromText(item.fileURL.value_or("") + "\r\n");
+    offer(Pasteboard::textType, Data::fromText(item.text.value_or("")));
+  } else if (item.fileURL) {
+    offer(Pasteboard::filesType, Data::fromText(*item.fileURL + "\r\n"));
+    offer(fileManagersType, Data::fromText("copy\n" + *item.fileURL));
   } else if (item.imageData) {
-    type = isTIFF(*item.imageData) ? Pasteboard::tiffType : Pasteboard::pngType;
-    data = *item.imageData;
+    offer(isTIFF(*item.imageData) ? Pasteboard::tiffType : Pasteboard::pngType, *item.imageData);
   }
-  const std::size_t size = data.bytes.size();
-  if (size > 0)
-    services_.pasteboard.write({{type, std::make_shared<const Data>(std::move(data)), size}});
+  if (!formats.empty())
+    services_.pasteboard.write(std::move(formats));
 }
 
 void ClipboardSource::togglePin(const UUID& id) {
@@ -229,6 +289,7 @@ void ClipboardSource::markAllSeen() {
 
 void ClipboardSource::forgetEverything() {
   state_.items.clear();
+  dropUnwantedPreviews();
   state_.unseenCount = 0;
   state_.trouble.reset();
   lastSaved_.clear();
@@ -240,6 +301,7 @@ void ClipboardSource::forgetEverything() {
 
 void ClipboardSource::change(ClipboardList items) {
   state_.items = ClipboardBoard::retained(items, settings_, services_.clock.now());
+  dropUnwantedPreviews();
   scheduleSave();
   tell();
 }

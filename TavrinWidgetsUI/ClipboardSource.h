@@ -4,7 +4,9 @@
 #include "TavrinPlatform/Pasteboard.h"
 #include "TavrinPlatform/Workspace.h"
 #include "TavrinWidgetsUI/ClipboardVault.h"
+#include "TavrinWidgetsUI/LinkPreviewSource.h"
 
+#include <deque>
 #include <map>
 
 namespace tavrin {
@@ -34,6 +36,7 @@ public:
     Pasteboard& pasteboard;
     Keychain& keychain;
     const Workspace& workspace;
+    LinkPreviewSource& ogSource;
   };
   ClipboardSource(const Services& services, const std::filesystem::path& storeURL,
                   const ClipboardSettings& settings);
@@ -66,6 +69,10 @@ private:
   void captured(Pasteboard::Capture capture);
   void accept(std::int64_t changeCount, ClipboardItem item);
   void abandoned(std::int64_t changeCount);
+  void wantPreview(const ClipboardItem& item);
+  void fetchNextPreview();
+  void adoptPreview(const UUID& id, const LinkPreview& preview);
+  void dropUnwantedPreviews();
   void change(ClipboardList items);
   void scheduleSave();
   void save();
@@ -80,6 +87,9 @@ private:
   std::int64_t lastKept_ = 0;
   ClipboardList lastSaved_;
   std::optional<Date> unsavedSince_;
+  /// The links whose previews are to be fetched; the first is under way while there is a task.
+  std::deque<UUID> ogWaiting_;
+  TokenPtr ogTask_;
   std::shared_ptr<ClipboardVault> vault_;
   std::shared_ptr<ClipboardSource*> self_;
   TokenPtr observation_;

@@ -72,9 +72,9 @@ ClipboardVault::Outcome ClipboardVault::save(const ClipboardList& list,
       return outcome;
   }
   outcome.trouble = guarded([&] {
-    const SecretText plaintext(
+    // Sealed where it was written, and overwritten where that fails.
+    const auto box = crypto_.seal(
         encodeClipboard(ClipboardBoard::retained(merged(list, outcome.found), settings, now)));
-    const auto box = crypto_.seal(plaintext.text());
     if (state_ == State::damaged) {
       // Somebody may still have the key, or know what happened to the file.
       std::error_code ignored;

@@ -1,6 +1,7 @@
 #include "TavrinWidgetsUI/ClipboardViews.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace tavrin {
 namespace {
@@ -33,6 +34,14 @@ AnyView preview(const std::string& line, const TileSize& size) {
       .fill(Alignment::topLeading);
 }
 
+/// "999", "1.2k", "12k": never wider than the sheet.
+QString countText(std::size_t count) {
+  if (count < 1000)
+    return QString::number(count);
+  const double thousands = std::floor(static_cast<double>(count) / 100) / 10;
+  return QString::number(thousands, 'f', thousands < 10 && count % 1000 >= 100 ? 1 : 0) + "k";
+}
+
 AnyView onSheet(const ClipboardReading& reading, const TileSize& size) {
   const double body = size.body();
   if (!reading.hasRead)
@@ -44,7 +53,7 @@ AnyView onSheet(const ClipboardReading& reading, const TileSize& size) {
         .fill();
   if (reading.preview && size.hasCaption())
     return preview(*reading.preview, size);
-  return text(QString::number(reading.count))
+  return text(countText(reading.count))
       .size(body * 0.34)
       .weight(FontWeight::semibold)
       .colour(ink)
@@ -116,6 +125,9 @@ PanelRow clipboardRow(const ClipboardItem& item, bool isRevealed, const QString&
   if (row.title.isEmpty())
     row.title = QStringLiteral("Blank text");
   QStringList about;
+  const bool hasPreview = item.ogFetchedAt.has_value() && !item.isSensitive;
+  if (hasPreview && item.ogTitle)
+    about << QString::fromStdString(item.linkHost());
   if (item.sourceAppName && !item.sourceAppName->empty())
     about << QString::fromStdString(*item.sourceAppName);
   about << time;
@@ -123,6 +135,8 @@ PanelRow clipboardRow(const ClipboardItem& item, bool isRevealed, const QString&
     about << QStringLiteral("too large to keep");
   else if (item.kind != ClipboardItem::Kind::image && item.byteSize >= 1000)
     about << QString::fromStdString(byteText(item.byteSize));
+  if (hasPreview && item.ogDescription)
+    about << QString::fromStdString(*item.ogDescription);
   row.subtitle = about.join(QStringLiteral(" · "));
   row.symbol = QString::fromStdString(symbolOf(item));
   if (item.isSensitive)

@@ -86,8 +86,12 @@ AnyView colourWideTile(const ColourHistory& history, const ColourPickerSettings&
     content.tint = swatchInk(newest);
     content.figure = colourText(newest, ColourFormat::hex);
     content.widestFigure = content.figure;
-    content.caption = settings.format == ColourFormat::hex ? QStringLiteral("Picked last")
-                                                           : colourText(newest, settings.format);
+    // What a copy is written in; its own words would be cut.
+    const auto notation = title(settings.format);
+    content.caption =
+        settings.format == ColourFormat::hex
+            ? QStringLiteral("Picked last")
+            : QString::fromUtf8(notation.data(), static_cast<qsizetype>(notation.size()));
     content.value = colourText(newest, settings.format);
   }
   content.actions.push_back({{"pick", pick}, "eyedropper", "Pick a colour", true});

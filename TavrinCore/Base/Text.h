@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <string>
 #include <string_view>
 
 namespace tavrin {
@@ -9,5 +11,18 @@ std::string_view trimmed(std::string_view text);
 
 /// Whether `text` is well-formed UTF-8.
 bool isUTF8(std::string_view text);
+
+/// `text` with A to Z as a to z.
+std::string asciiLowered(std::string_view text);
+
+/// `text` with every byte that is not UTF-8 replaced by U+FFFD, at most `longest` code points.
+std::string cleanText(std::string_view text, std::size_t longest);
+
+/// `text` as one line of at most `longest` code points: runs of white space and controls become one
+/// space, bytes that are not UTF-8 go.
+std::string oneLine(std::string_view text, std::size_t longest);
+
+/// `text` with "%41" as "A"; what is no such escape stays.
+std::string percentDecoded(std::string_view text);
 
 } // namespace tavrin

@@ -19,12 +19,9 @@ char lower(char c) {
 }
 
 std::string lowered(std::string_view text) {
+  if (isASCII(text))
+    return asciiLowered(text);
   std::string out;
-  if (isASCII(text)) {
-    out.resize(text.size());
-    std::ranges::transform(text, out.begin(), lower);
-    return out;
-  }
   icu::StringByteSink<std::string> sink(&out);
   UErrorCode status = U_ZERO_ERROR;
   icu::CaseMap::utf8ToLower("", 0, {text.data(), static_cast<std::int32_t>(text.size())}, sink,

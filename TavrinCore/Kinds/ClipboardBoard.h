@@ -31,7 +31,7 @@ ClipboardList retained(const ClipboardList& list, const ClipboardSettings& setti
 
 /// The list as the JSON text that is kept: an array of items.
 std::string encodeClipboard(const ClipboardList& list);
-/// Throws CodingError or JSONError.
-ClipboardList decodeClipboard(std::string_view json);
+/// Throws CodingError or JSONError. Room of 64 bytes behind the text saves a copy.
+ClipboardList decodeClipboard(const std::string& json);
 
 } // namespace tavrin

@@ -1,84 +1,22 @@
 #include "TavrinCore/Kinds/ClipboardItem.h"
 
+#include "TavrinCore/Base/CodePoints.h"
 #include "TavrinCore/Base/Text.h"
 
 #include <algorithm>
 #include <array>
 #include <fmt/format.h>
 #include <unicode/uchar.h>
-#include <unicode/utf8.h>
 
 namespace tavrin {
 namespace {
 
 constexpr std::size_t longestPreview = 200;
 
-/// Calls `each` with every code point; a negative one where the bytes are not UTF-8.
-template <class Each> void forEachCharacter(std::string_view text, const Each& each) {
-  const auto* bytes = reinterpret_cast<const std::uint8_t*>(text.data());
-  const auto length = static_cast<std::int64_t>(text.size());
-  for (std::int64_t i = 0; i < length;) {
-    UChar32 character = 0;
-    const std::int64_t start = i;
-    U8_NEXT(bytes, i, length, character);
-    if (!each(character,
-              text.substr(static_cast<std::size_t>(start), static_cast<std::size_t>(i - start))))
-      return;
-  }
-}
-
-int hexDigit(char c) {
-  if (c >= '0' && c <= '9')
-    return c - '0';
-  const char lower = static_cast<char>(c | 0x20);
-  return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
-}
-
-std::string percentDecoded(std::string_view text) {
-  std::string out;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const int high = text[i] == '%' && i + 2 < text.size() ? hexDigit(text[i + 1]) : -1;
-    const int low = high >= 0 ? hexDigit(text[i + 2]) : -1;
-    if (low >= 0) {
-      out += static_cast<char>(high * 16 + low);
-      i += 2;
-    } else {
-      out += text[i];
-    }
-  }
-  return out;
-}
-
-std::string oneLine(std::string_view text) {
-  std::string line;
-  std::size_t count = 0;
-  bool hasGap = false;
-  forEachCharacter(text, [&](UChar32 character, std::string_view bytes) {
-    if (character < 0 || u_isUWhiteSpace(character) || u_iscntrl(character)) {
-      hasGap = !line.empty();
-      return true;
-    }
-    if (count == longestPreview)
-      return false;
-    line.append(std::exchange(hasGap, false) ? " " : "").append(bytes);
-    ++count;
-    return true;
-  });
-  return line;
-}
-
-std::string lowered(std::string_view text) {
-  std::string out(text);
-  std::ranges::transform(out, out.begin(), [](char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
-  });
-  return out;
-}
-
 /// The scheme's rest: host, port and path. Empty where it is no web address.
 std::string_view afterScheme(std::string_view url) {
   for (const std::string_view scheme : {"https://", "http://"})
-    if (lowered(url.substr(0, scheme.size())) == scheme)
+    if (asciiLowered(url.substr(0, scheme.size())) == scheme)
       return url.substr(scheme.size());
   return {};
 }
@@ -90,23 +28,10 @@ std::string hostOf(std::string_view url) {
     rest.remove_prefix(at + 1);
   if (rest.starts_with('['))
     return std::string(rest.substr(0, rest.find(']') + 1));
-  return lowered(rest.substr(0, rest.find(':')));
+  return asciiLowered(rest.substr(0, rest.find(':')));
 }
 
 } // namespace
-
-std::string cleanText(std::string_view text, std::size_t longest) {
-  std::string clean;
-  clean.reserve(std::min(text.size(), longest));
-  std::size_t count = 0;
-  forEachCharacter(text, [&](UChar32 character, std::string_view bytes) {
-    if (count++ == longest)
-      return false;
-    clean.append(character < 0 ? std::string_view("\xEF\xBF\xBD") : bytes);
-    return true;
-  });
-  return clean;
-}
 
 std::string byteText(std::int64_t bytes) {
   constexpr std::array<const char*, 4> units{"KB", "MB", "GB", "TB"};
@@ -200,14 +125,21 @@ std::string ClipboardItem::fileName() const {
   return cleanText(percentDecoded(path.substr(path.rfind('/') + 1)), longestPreview);
 }
 
+std::string ClipboardItem::linkHost() const {
+  if (!text || !looksLikeURL(*text))
+    return {};
+  std::string host = hostOf(trimmed(*text));
+  return host.starts_with("www.") ? host.substr(4) : host;
+}
+
 std::string ClipboardItem::previewLine() const {
   switch (kind) {
   case Kind::text:
-    return oneLine(text.value_or(""));
+    return oneLine(text.value_or(""), longestPreview);
   case Kind::image:
     return "Image, " + byteText(byteSize);
   case Kind::file:
-    return oneLine(fileName());
+    return oneLine(fileName(), longestPreview);
   }
   return {};
 }

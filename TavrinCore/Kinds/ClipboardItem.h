@@ -47,6 +47,8 @@ struct ClipboardItem {
   /// Whether the host of `url` is a name on the public internet, judged by the name alone.
   static bool isFetchableHost(std::string_view url);
 
+  /// The host of an address that was copied, without "www."; empty for everything else.
+  std::string linkHost() const;
   /// One line for lists and the tile, at most 200 characters.
   std::string previewLine() const;
   /// The last part of the file's path; empty for other kinds.
@@ -80,8 +82,6 @@ template <> struct EnumNames<ClipboardItem::Kind> {
        {ClipboardItem::Kind::file, "file"}});
 };
 
-/// `text` with every byte that is not UTF-8 replaced by U+FFFD, at most `longest` code points.
-std::string cleanText(std::string_view text, std::size_t longest);
 /// "12 KB", "3.1 MB": decimal units.
 std::string byteText(std::int64_t bytes);
 

@@ -35,6 +35,7 @@
 #include "TavrinPlatform/Linux/UnavailableServices.h"
 #include "TavrinPlatform/Linux/X11.h"
 #include "TavrinPlatform/Linux/X11Pasteboard.h"
+#include "TavrinPlatform/Linux/X11Shortcuts.h"
 #include "TavrinStorage/StoragePath.h"
 
 #include <QApplication>
@@ -94,6 +95,7 @@ public:
   Pasteboard& pasteboard() override;
   ColourSampler& colourSampler() override;
   Keychain& keychain() override { return keychain_; }
+  GlobalShortcuts& globalShortcuts() override;
 
 private:
   std::string identifier() const { return bundle_.identifier().value_or("tavrin"); }
@@ -135,6 +137,7 @@ private:
   std::unique_ptr<X11Pasteboard> pasteboard_;
   std::unique_ptr<LinuxColourSampler> colourSampler_;
   SecretServiceKeychain keychain_;
+  std::unique_ptr<GlobalShortcuts> globalShortcuts_;
   StripSurface* strip_ = nullptr;
   std::unique_ptr<LinuxDockTile> tile_;
   std::unique_ptr<AccessibilitySwitch> accessibility_;
@@ -262,6 +265,10 @@ Pasteboard& LinuxPlatform::pasteboard() {
 ColourSampler& LinuxPlatform::colourSampler() {
   return lazily(colourSampler_,
                 [this] { return std::make_unique<LinuxColourSampler>(bus_.get()); });
+}
+
+GlobalShortcuts& LinuxPlatform::globalShortcuts() {
+  return lazily(globalShortcuts_, [] { return std::make_unique<X11Shortcuts>(); });
 }
 
 DockTile& LinuxPlatform::dockTile() {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <string_view>
+#include <utility>
 
 namespace tavrin {
 
@@ -17,6 +18,9 @@ constexpr std::size_t longestHint = 256;
 constexpr std::size_t longestTargets = 16 * 1024;
 constexpr std::size_t longestFiles = 256 * 1024;
 constexpr unsigned propertyCount = 8;
+constexpr const char* targetList = "TARGETS";
+constexpr std::string_view usualTargets[] = {SelectionReader::passwordHint, Pasteboard::filesType,
+                                             Pasteboard::pngType, "UTF8_STRING"};
 
 } // namespace
 
@@ -28,7 +32,7 @@ SelectionReader::~SelectionReader() {
   abandon();
 }
 
-void SelectionReader::begin(std::int64_t changeCount, xcb_timestamp_t time) {
+void SelectionReader::begin(std::int64_t changeCount, xcb_window_t owner, xcb_timestamp_t time) {
   abandon();
   capture_ = {};
   capture_.changeCount = changeCount;
@@ -36,19 +40,37 @@ void SelectionReader::begin(std::int64_t changeCount, xcb_timestamp_t time) {
   hasTargets_ = false;
   wishes_.clear();
   isReading_ = true;
-  // A window a change: one that is destroyed ends even a transfer without end.
-  window_ = connection_.makeWindow();
-  request("TARGETS");
+  if (std::exchange(owner_, owner) != owner)
+    offered_.clear();
+  else if (!offered_.empty())
+    asked_.emplace(targetList, ask(targetList));
+  for (const auto& target : offered_)
+    asked_.emplace(target, ask(target));
+  request(targetList);
 }
 
 void SelectionReader::abandon() {
   if (window_ != XCB_NONE)
     xcb_destroy_window(connection_.get(), window_);
+  for (const auto& [target, asked] : asked_)
+    xcb_destroy_window(connection_.get(), asked.window);
+  asked_.clear();
   window_ = XCB_NONE;
   isReading_ = false;
   isIncremental_ = false;
   bytes_.clear();
   connection_.flush();
+}
+
+/// By a window of its own: one that is destroyed ends even a transfer without end.
+SelectionReader::Asked SelectionReader::ask(const std::string& target) {
+  // An answer that comes too late finds its property out of use.
+  const Asked asked{
+      connection_.makeWindow(),
+      connection_.atom("TAVRIN_SELECTION_" + std::to_string(requests_++ % propertyCount))};
+  xcb_convert_selection(connection_.get(), asked.window, connection_.atom("CLIPBOARD"),
+                        connection_.atom(target), asked.property, time_);
+  return asked;
 }
 
 void SelectionReader::request(const std::string& target) {
@@ -57,14 +79,17 @@ void SelectionReader::request(const std::string& target) {
   size_ = 0;
   announced_ = 0;
   target_ = connection_.atom(target);
-  // An answer that comes too late finds its property out of use.
-  property_ = connection_.atom("TAVRIN_SELECTION_" + std::to_string(requests_++ % propertyCount));
-  const auto now = std::chrono::steady_clock::now();
-  formatEnd_ = now + longestFormat;
-  extend();
-  xcb_convert_selection(connection_.get(), window_, connection_.atom("CLIPBOARD"), target_,
-                        property_, time_);
+  const auto known = asked_.extract(target);
+  const Asked asked = known.empty() ? ask(target) : known.mapped();
+  if (window_ != XCB_NONE)
+    xcb_destroy_window(connection_.get(), window_);
+  window_ = asked.window;
+  property_ = asked.property;
   connection_.flush();
+  formatEnd_ = std::chrono::steady_clock::now() + longestFormat;
+  extend();
+  if (asked.answer)
+    answered(*asked.answer);
 }
 
 void SelectionReader::extend() {
@@ -106,13 +131,21 @@ SelectionReader::Value SelectionReader::take(xcb_atom_t property, std::size_t lo
 }
 
 void SelectionReader::handle(const xcb_selection_notify_event_t& event) {
-  if (!isReading_ || event.requestor != window_ || event.target != target_ || isIncremental_)
+  if (isReading_ && event.requestor == window_ && event.target == target_ && !isIncremental_) {
+    answered(event.property);
     return;
-  if (event.property == XCB_ATOM_NONE) {
+  }
+  for (auto& [target, asked] : asked_)
+    if (event.requestor == asked.window)
+      asked.answer = event.property;
+}
+
+void SelectionReader::answered(xcb_atom_t property) {
+  if (property == XCB_ATOM_NONE) {
     arrived({});
     return;
   }
-  if (event.property != property_)
+  if (property != property_)
     return;
   Value value = take(property_, bound());
   if (value.type != connection_.atom("INCR")) {
@@ -143,8 +176,7 @@ void SelectionReader::handle(const xcb_property_notify_event_t& event) {
   size_ = std::max(size_, isTooLong ? announced_ : 0);
   if (isTooLong) {
     // The rest would come for as long as there is a window to send it to.
-    xcb_destroy_window(connection_.get(), window_);
-    window_ = connection_.makeWindow();
+    xcb_destroy_window(connection_.get(), std::exchange(window_, XCB_NONE));
   }
   Value value;
   value.size = size_;
@@ -182,6 +214,9 @@ void SelectionReader::targetsArrived(const Value& value) {
   if (value.isInteger) {
     const auto* atoms = reinterpret_cast<const xcb_atom_t*>(value.bytes.data());
     capture_.types = connection_.names({atoms, atoms + value.bytes.size() / 4});
+    for (const auto& type : capture_.types)
+      if (std::ranges::find(usualTargets, type) != std::end(usualTargets))
+        offered_.insert(type);
   }
   choose();
   next();
@@ -196,7 +231,7 @@ void SelectionReader::choose() {
   for (const char* type : {Pasteboard::filesType, Pasteboard::tiffType, Pasteboard::pngType})
     if (offers(type))
       wishes_.push_back({type, type});
-  constexpr std::array<const char*, 4> texts{"text/plain;charset=utf-8", "UTF8_STRING",
+  constexpr std::array<const char*, 4> texts{"UTF8_STRING", "text/plain;charset=utf-8",
                                              "text/plain", "STRING"};
   const auto text = std::ranges::find_if(texts, offers);
   if (text != texts.end())
@@ -229,8 +264,7 @@ void SelectionReader::expire() {
     finish();
     return;
   }
-  xcb_destroy_window(connection_.get(), window_);
-  window_ = connection_.makeWindow();
+  xcb_destroy_window(connection_.get(), std::exchange(window_, XCB_NONE));
   isIncremental_ = false;
   bytes_.clear();
   next();

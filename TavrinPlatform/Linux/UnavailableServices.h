@@ -13,6 +13,10 @@ public:
   TokenPtr get(const HTTPRequest&, std::function<void(const HTTPResponse&)> done) override {
     return runLoop_.after(0, [done = std::move(done)] { done({}); });
   }
+  TokenPtr resolve(const std::string&,
+                   std::function<void(const std::vector<std::string>&)> done) override {
+    return runLoop_.after(0, [done = std::move(done)] { done({}); });
+  }
   TokenPtr observeNetwork(std::function<void()>) override { return std::make_unique<Token>(); }
 
 private:

@@ -69,8 +69,11 @@ protected:
     painter.setPen(QColor(255, 255, 255, 235));
     painter.drawText(label.adjusted(30, 0, -6, 0), Qt::AlignVCenter | Qt::AlignLeft,
                      colour.name().toUpper());
-    painter.setPen(QColor(255, 255, 255, 60));
+    // An edge on light grounds and on dark ones.
+    painter.setPen(QColor(0, 0, 0, 180));
     painter.drawRect(rect().adjusted(0, 0, -1, -1));
+    painter.setPen(QColor(255, 255, 255, 70));
+    painter.drawRect(rect().adjusted(1, 1, -2, -2));
   }
 
 private:
@@ -87,6 +90,8 @@ X11ColourPick::X11ColourPick(std::function<void(const ColourSample&)> done)
     QTimer::singleShot(0, this, [this] { finish({Outcome::unavailable, 0, 0, 0}); });
     return;
   }
+  constexpr int attempts = 30;
+  grabKeysLater(attempts);
   learnKeys();
   notifier_ =
       std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(x_.get()), QSocketNotifier::Read);
@@ -112,14 +117,26 @@ bool X11ColourPick::grab() {
   const auto pointerCookie = xcb_grab_pointer(
       x_.get(), 0, screen_->root, XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_POINTER_MOTION,
       XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC, XCB_NONE, cursor, XCB_CURRENT_TIME);
-  const auto keyCookie = xcb_grab_keyboard(x_.get(), 0, screen_->root, XCB_CURRENT_TIME,
-                                           XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
   const ReplyPtr<xcb_grab_pointer_reply_t> pointer(
       xcb_grab_pointer_reply(x_.get(), pointerCookie, nullptr));
-  const ReplyPtr<xcb_grab_keyboard_reply_t> keys(
-      xcb_grab_keyboard_reply(x_.get(), keyCookie, nullptr));
-  // Without the keyboard a click still does.
   return pointer && pointer->status == XCB_GRAB_STATUS_SUCCESS;
+}
+
+bool X11ColourPick::grabKeys() {
+  const ReplyPtr<xcb_grab_keyboard_reply_t> keys(
+      xcb_grab_keyboard_reply(x_.get(),
+                              xcb_grab_keyboard(x_.get(), 0, screen_->root, XCB_CURRENT_TIME,
+                                                XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC),
+                              nullptr));
+  return keys && keys->status == XCB_GRAB_STATUS_SUCCESS;
+}
+
+void X11ColourPick::grabKeysLater(int attempts) {
+  // Without the keyboard a click still does.
+  if (!done_ || attempts == 0 || grabKeys())
+    return;
+  constexpr int pause = 100;
+  QTimer::singleShot(pause, this, [this, attempts] { grabKeysLater(attempts - 1); });
 }
 
 void X11ColourPick::learnKeys() {

@@ -24,6 +24,9 @@ public:
 
 private:
   bool grab();
+  /// Whether the keys come here; a shortcut that is still held keeps them from it.
+  bool grabKeys();
+  void grabKeysLater(int attempts);
   void learnKeys();
   void read();
   void handle(const xcb_generic_event_t& event);

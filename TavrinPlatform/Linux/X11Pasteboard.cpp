@@ -157,6 +157,7 @@ void X11Pasteboard::Worker::handle(const xcb_generic_event_t& event) {
 void X11Pasteboard::Worker::ownerChanged(const xcb_xfixes_selection_notify_event_t& event) {
   if (event.subtype != XCB_XFIXES_SELECTION_EVENT_SET_SELECTION_OWNER) {
     reader_.abandon();
+    reader_.forgetOwner();
     if (isObserving_)
       runLoop_.post([listener = listener_, count = changeCount_] {
         if (const auto handler = listener->observer.abandoned)
@@ -169,6 +170,7 @@ void X11Pasteboard::Worker::ownerChanged(const xcb_xfixes_selection_notify_event
     return;
   if (event.owner == connection_.window()) {
     reader_.abandon();
+    reader_.forgetOwner();
     tell({changeCount_, {}, {}, true});
     return;
   }
@@ -177,7 +179,7 @@ void X11Pasteboard::Worker::ownerChanged(const xcb_xfixes_selection_notify_event
       handler(count);
   });
   if (event.owner != XCB_NONE)
-    reader_.begin(changeCount_, event.selection_timestamp);
+    reader_.begin(changeCount_, event.owner, event.selection_timestamp);
   else
     reader_.abandon();
 }

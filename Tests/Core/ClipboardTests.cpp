@@ -146,6 +146,45 @@ TEST(ClipboardCoding, KeepsEveryFieldAndWritesDatesAsText) {
   EXPECT_THAT(decodeClipboard("[]"), IsEmpty());
 }
 
+TEST(ClipboardCoding, ReadsOtherWritersSpellings) {
+  const std::string start = R"([ {"id":"3F2504E0-4F89-41D3-9A0C-0305E82C3301","kind":"text",)"
+                            R"("capturedAt":"2026-09-09T20:08:42Z","isPinned":false,)"
+                            R"("byteSize":4,"isSensitive":false)";
+  const auto read = [&](const std::string& members) {
+    std::string json = start + members + "} ]";
+    const auto plain = decodeClipboard(json);
+    json.reserve(json.size() + 64);
+    EXPECT_EQ(decodeClipboard(json).at(0)->item, plain.at(0)->item);
+    return plain.at(0)->item;
+  };
+  EXPECT_EQ(read(R"(,"text":"a\"\u00e9\n\ud83d\ude00 \/")").text, "a\"\u00e9\n\U0001F600 /");
+  EXPECT_EQ(read(R"(,"text":null)").text, std::nullopt);
+  EXPECT_EQ(read(R"(,"imageData" : "AP+A\/w==" )").imageData, (Data{{0, 255, 128, 255}}));
+  EXPECT_EQ(read(R"(,"ogImageData":"\u0041A==")").ogImageData, (Data{{0}}));
+  EXPECT_EQ(read(R"(,"imageData":"","unknown":{"a":[1,"x"]})").imageData, Data{});
+  for (const char* wrong :
+       {R"(,"imageData":"A")", R"(,"imageData":"AA=A")", R"(,"imageData":"A\n==")"})
+    EXPECT_THROW(read(wrong), CodingError) << wrong;
+}
+
+TEST(Data, Base64OfEveryLength) {
+  Data data;
+  for (int length = 0; length < 3'200; ++length) {
+    const std::string text = data.base64();
+    EXPECT_EQ(text.size(), (data.bytes.size() + 2) / 3 * 4);
+    ASSERT_EQ(Data::fromBase64(text), data) << length;
+    data.bytes.push_back(static_cast<std::uint8_t>(length * 7 + length / 256));
+  }
+  EXPECT_EQ(Data::fromText("Tavrin's dock").base64(), "VGF2cmluJ3MgZG9jaw==");
+  const std::string good = data.base64();
+  for (std::size_t i = 0; i + 2 < good.size(); i += 7)
+    for (const char wrong : {'-', '=', '\n', '\0', '\x80'}) {
+      std::string bad = good;
+      bad[i] = wrong;
+      EXPECT_FALSE(Data::fromBase64(bad)) << i;
+    }
+}
+
 TEST(ClipboardCoding, RefusesWhatIsNoHistory) {
   for (const char* json : {"", "{}", "[1]", "[{}]", "[] []", "[{\"id\":3}]", "null"})
     EXPECT_THROW(decodeClipboard(json), std::runtime_error) << json;

@@ -1,3 +1,4 @@
+#include "TavrinCore/Base/Text.h"
 #include "TavrinCore/Kinds/ClipboardBoard.h"
 
 #include <cstdint>
@@ -20,7 +21,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
   ClipboardItem::isFetchableHost(text);
   ClipboardBoard::search(text.substr(0, size / 2), {copied, file});
   try {
-    const auto list = decodeClipboard(text);
+    const auto list = decodeClipboard(std::string(text));
     const std::string written = encodeClipboard(list);
     if (encodeClipboard(decodeClipboard(written)) != written)
       std::abort();

@@ -2,6 +2,7 @@
 
 #include "TavrinPlatform/DockServices.h"
 #include "TavrinStorage/FilePreferencesService.h"
+#include "Tests/Support/FakeGlobalShortcuts.h"
 #include "Tests/Support/FakePlatform.h"
 
 #include <memory>
@@ -50,19 +51,7 @@ public:
     bool isAuthorized() override { return true; }
     std::optional<bool> state = false;
   } focus;
-  struct Shortcuts final : GlobalShortcuts {
-    std::vector<Refusal> bind(const std::vector<Shortcut>& wanted,
-                              std::function<void(const std::string&)> handler) override {
-      bound = wanted;
-      pressed = std::move(handler);
-      ++binds;
-      return refusals;
-    }
-    std::vector<Shortcut> bound;
-    std::vector<Refusal> refusals;
-    std::function<void(const std::string&)> pressed;
-    int binds = 0;
-  } shortcuts;
+  FakeGlobalShortcuts shortcuts;
   FakeLog lines;
   ManualClock time{{}};
   ManualRunLoop loop{time};

@@ -102,6 +102,14 @@ TEST_F(PasteboardTest, BadOwnersCostTheirOwnCopyOnly) {
   }
 }
 
+TEST_F(PasteboardTest, AnOwnerThatCopiesAgainIsReadInOneTurn) {
+  observe();
+  Program owner(SELECTION_OWNER, {"turn"});
+  ASSERT_TRUE(until([&] { return captures_.size() == 2; }));
+  for (const auto& capture : captures_)
+    EXPECT_EQ(words(capture), "text/plain=good words \xFF;");
+}
+
 TEST_F(PasteboardTest, LargeImagesAreCountedAndNotKept) {
   observe({1000, 100'000});
   for (const auto& [bytes, isKept] :

@@ -157,6 +157,22 @@ TEST_F(ClipboardWidget, PicturesAreMadeInTheBackgroundAtTheSizeShown) {
   EXPECT_EQ(list().row(0).symbol, "photo");
 }
 
+TEST_F(ClipboardWidget, ALinkIsShownByWhatItsPageSays) {
+  rig_.platform.fakeHTTP.hosts["www.tides.com"] = {"93.184.216.34"};
+  copy("https://www.tides.com/march");
+  open();
+  EXPECT_THAT(titles(), ElementsAre("https://www.tides.com/march"));
+  rig_.platform.loop.advance(0.1);
+  rig_.platform.fakeHTTP.answer(
+      "tides", {.status = 200,
+                .body = "<title>Tides in March</title><meta name=description content='When to go'>",
+                .contentType = "text/html"});
+  rig_.platform.loop.runBackground();
+  EXPECT_THAT(titles(), ElementsAre("Tides in March"));
+  EXPECT_THAT(list().row(0).subtitle.toStdString(),
+              testing::MatchesRegex("tides\\.com · .* · When to go"));
+}
+
 TEST_F(ClipboardWidget, TenThousandItems) {
   for (int i = 0; i < 10'000; ++i)
     rig_.platform.fakePasteboard.copy({{"text/plain", "item " + std::to_string(i)}});

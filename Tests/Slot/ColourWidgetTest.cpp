@@ -9,6 +9,7 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QListView>
+#include <algorithm>
 
 namespace tavrin::test {
 namespace {
@@ -116,6 +117,56 @@ TEST_F(ColourWidget, SaysWhyThereIsNoColour) {
   std::filesystem::create_directory(folder_ / "colours.json");
   pick(1, 2, 3);
   EXPECT_EQ(copied(), "#010203") << "a file that cannot be written keeps nobody from copying";
+}
+
+TEST_F(ColourWidget, TheShortcutPicksWhateverIsInFront) {
+  auto& shortcuts = rig_.platform.fakeShortcuts;
+  EXPECT_EQ(shortcuts.binds, 0) << "without one nothing is registered";
+  ColourPickerSettings settings;
+  settings.hotkey = Hotkey{8, HotkeyModifiers::command | HotkeyModifiers::shift};
+  const auto set = [&] {
+    widget_.kind = settings;
+    controller_->update(widget_);
+  };
+  set();
+  ASSERT_EQ(shortcuts.bound.size(), 1u);
+  EXPECT_EQ(shortcuts.bound[0].hotkey, settings.hotkey);
+  shortcuts.pressed(shortcuts.bound[0].id);
+  answer({Outcome::picked, 1, 2, 3});
+  EXPECT_EQ(copied(), "#010203");
+  set();
+  EXPECT_EQ(shortcuts.binds, 1) << "the same shortcut stays registered";
+  settings.hotkey.reset();
+  set();
+  EXPECT_TRUE(shortcuts.bound.empty());
+}
+
+TEST_F(ColourWidget, ARefusedShortcutIsToldInThePanel) {
+  auto& shortcuts = rig_.platform.fakeShortcuts;
+  shortcuts.refusals = {{"pick-colour", "the keys are taken"}};
+  ColourPickerSettings settings;
+  const auto set = [&](std::uint16_t key, HotkeyModifiers modifiers) {
+    settings.hotkey = Hotkey{key, modifiers};
+    widget_.kind = settings;
+    controller_->update(widget_);
+  };
+  const auto isTold = [&](const QString& sentence) {
+    const auto labels = rig_.panel.rootView()->findChildren<QLabel*>();
+    return std::ranges::any_of(labels, [&](const QLabel* label) {
+      return !label->isHidden() && label->text().contains(sentence);
+    });
+  };
+  controller_->togglePanel();
+  set(8, HotkeyModifiers::command);
+  EXPECT_TRUE(isTold("Failed to register the shortcut because the keys are taken"));
+  shortcuts.refusals.clear();
+  set(9, HotkeyModifiers::command);
+  EXPECT_FALSE(isTold("Failed to register"));
+  shortcuts.onRefused({"pick-colour", "the user declined it"});
+  EXPECT_TRUE(isTold("Failed to register the shortcut because the user declined it"));
+  set(9, HotkeyModifiers::shift);
+  EXPECT_TRUE(shortcuts.bound.empty());
+  EXPECT_TRUE(isTold("because it lacks a modifier key other than Shift"));
 }
 
 } // namespace

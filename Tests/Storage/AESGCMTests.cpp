@@ -57,6 +57,19 @@ TEST(AESGCM, EveryFlippedBitIsFound) {
     EXPECT_THROW(aesGCM::open(secret, box.substr(0, length)), CipherError) << length;
 }
 
+TEST(AESGCM, PiecesMeetWhateverTheLength) {
+  const std::vector<std::uint8_t> secret(aesGCM::keyLength, 7);
+  for (const std::size_t length :
+       {0U, 1U, 11U, 12U, 13U, 65'535U, 65'536U, 65'537U, 65'548U, 131'072U, 200'000U}) {
+    std::string text;
+    for (std::size_t i = 0; i < length; ++i)
+      text += static_cast<char>(i * 31 + i / 256);
+    const std::string box = aesGCM::seal(secret, text);
+    EXPECT_EQ(box.size(), length + 28);
+    EXPECT_EQ(aesGCM::open(secret, box), text) << length;
+  }
+}
+
 TEST(AESGCM, SecretsAreOverwritten) {
   std::string text(100, 'x');
   const char* memory = text.data();

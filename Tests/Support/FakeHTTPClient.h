@@ -5,6 +5,7 @@
 #include "Tests/Support/ManualRunLoop.h"
 
 #include <algorithm>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -18,7 +19,7 @@ public:
 
   TokenPtr get(const HTTPRequest& request, std::function<void(const HTTPResponse&)> done) override {
     urls.push_back(request.url);
-    limits.push_back(request.sizeLimit);
+    requests.push_back(request);
     auto exchange = std::make_shared<Exchange>(Exchange{request.url, std::move(done)});
     waiting_.push_back(exchange);
     if (automatic)
@@ -28,6 +29,12 @@ public:
       std::shared_ptr<Exchange> exchange;
     };
     return std::make_unique<Request>(std::move(exchange));
+  }
+  /// Answers from `hosts` when time passes.
+  TokenPtr resolve(const std::string& host,
+                   std::function<void(const std::vector<std::string>&)> done) override {
+    lookups.push_back(host);
+    return loop_.after(0, [this, host, done = std::move(done)] { done(hosts[host]); });
   }
   TokenPtr observeNetwork(std::function<void()> handler) override {
     return network.add(std::move(handler));
@@ -53,7 +60,9 @@ public:
   }
 
   std::vector<std::string> urls;
-  std::vector<std::size_t> limits;
+  std::vector<HTTPRequest> requests;
+  std::vector<std::string> lookups;
+  std::map<std::string, std::vector<std::string>> hosts;
   std::optional<HTTPResponse> automatic;
   HandlerList network;
 

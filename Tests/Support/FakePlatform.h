@@ -6,6 +6,7 @@
 #include "TavrinPlatform/Platform.h"
 #include "Tests/Support/FakeCalendarStore.h"
 #include "Tests/Support/FakeClipboard.h"
+#include "Tests/Support/FakeGlobalShortcuts.h"
 #include "Tests/Support/FakeHTTPClient.h"
 #include "Tests/Support/FakeHardware.h"
 #include "Tests/Support/HandlerList.h"
@@ -339,6 +340,7 @@ public:
   Pasteboard& pasteboard() override { return fakePasteboard; }
   ColourSampler& colourSampler() override { return fakeSampler; }
   Keychain& keychain() override { return fakeKeychain; }
+  GlobalShortcuts& globalShortcuts() override { return fakeShortcuts; }
 
   ManualClock fakeClock;
   ManualRunLoop loop;
@@ -366,6 +368,7 @@ public:
   FakePasteboard fakePasteboard;
   FakeColourSampler fakeSampler;
   FakeKeychain fakeKeychain;
+  FakeGlobalShortcuts fakeShortcuts;
 };
 
 } // namespace tavrin::test

@@ -23,7 +23,7 @@ protected:
   void open(const ClipboardSettings& settings = {}) {
     source_ = std::make_unique<ClipboardSource>(
         ClipboardSource::Services{platform_.fakeClock, platform_.loop, board(),
-                                  platform_.fakeKeychain, platform_.fakeWorkspace},
+                                  platform_.fakeKeychain, platform_.fakeWorkspace, ogSource_},
         file_, settings);
     source_->onChange = [this] { ++changes_; };
     source_->start();
@@ -51,6 +51,8 @@ protected:
   TemporaryFolder folder_;
   std::filesystem::path file_ = folder_ / "clipboard.json.enc";
   FakePlatform platform_;
+  LinkPreviewSource ogSource_{{platform_.loop, platform_.fakeClock,
+                               [this]() -> HTTPClient& { return platform_.fakeHTTP; }}};
   std::unique_ptr<ClipboardSource> source_;
   int changes_ = 0;
 };
@@ -123,6 +125,19 @@ TEST_F(ClipboardSourceTest, WhatWasCapturedOutlivesItsOwner) {
   copy({{Pasteboard::transientType, ""}, {"text/plain", "secret"}});
   board().observer.abandoned(board().changeCount);
   EXPECT_THAT(board().written, SizeIs(1)) << "what was not kept goes with its owner";
+}
+
+TEST_F(ClipboardSourceTest, AFileIsOfferedToProgramsAndToFileManagers) {
+  open();
+  copy({{"text/uri-list", "file:///tmp/a%20b.txt\r\nfile:///tmp/c\r\n"}});
+  source_->write(newest());
+  ASSERT_THAT(board().written, SizeIs(1));
+  const auto& formats = board().written[0];
+  ASSERT_THAT(formats, SizeIs(2));
+  EXPECT_EQ(formats[0].type, "text/uri-list");
+  EXPECT_EQ(formats[0].data->view(), "file:///tmp/a%20b.txt\r\n");
+  EXPECT_EQ(formats[1].type, "x-special/gnome-copied-files");
+  EXPECT_EQ(formats[1].data->view(), "copy\nfile:///tmp/a%20b.txt");
 }
 
 TEST_F(ClipboardSourceTest, ABurstIsOneWriteAndComesBackAfterARestart) {
@@ -248,6 +263,96 @@ TEST_F(ClipboardSourceTest, NothingIsKeptWhereThatIsSwitchedOff) {
   EXPECT_THAT(lines(), IsEmpty());
   EXPECT_TRUE(source_->state().hasRead);
   EXPECT_EQ(bytes(), "none");
+}
+
+/// Lets the previews that are waiting for answers have theirs.
+class ClipboardPreviewTest : public ClipboardSourceTest {
+protected:
+  ClipboardPreviewTest() { http().hosts["tides.com"] = {"93.184.216.34"}; }
+  FakeHTTPClient& http() { return platform_.fakeHTTP; }
+  void copyLink(const std::string& url) {
+    copyText(url);
+    pass(0.1);
+  }
+  void answer(const std::string& title) {
+    ASSERT_TRUE(
+        http().answer("tides.com", {.status = 200, .body = "<title>" + title, .contentType = {}}));
+    pass(0.1);
+    pass(0.1);
+  }
+};
+
+TEST_F(ClipboardPreviewTest, ALinkGetsWhatItsPageSays) {
+  open();
+  copyLink(" https://tides.com/march\n");
+  EXPECT_THAT(http().urls, ElementsAre("https://tides.com/march"));
+  copyText("words");
+  const auto fetched = platform_.fakeClock.now();
+  ASSERT_TRUE(
+      http().answer("tides", {.status = 200,
+                              .body = "<title>Tides</title><meta name=description content=When>",
+                              .contentType = "text/html"}));
+  pass(1);
+  const auto& item = source_->state().items[1]->item;
+  EXPECT_EQ(item.ogTitle, "Tides");
+  EXPECT_EQ(item.ogDescription, "When");
+  ASSERT_TRUE(item.ogFetchedAt);
+  EXPECT_GE(item.ogFetchedAt->date, fetched);
+  EXPECT_EQ(source_->state().unseenCount, 2) << "what was copied stays what it was";
+  open();
+  EXPECT_EQ(source_->state().items[1]->item.ogTitle, "Tides") << "it is saved";
+  EXPECT_EQ(http().requests.size(), 1u) << "and not fetched again";
+}
+
+TEST_F(ClipboardPreviewTest, OnlyPlainLinksToPublicNames) {
+  open();
+  for (const char* text : {"words", "see https://tides.com", "https://tides.com/Session?key=4fG7",
+                           "http://localhost/x", "http://printer.local/", "http://[::1]/",
+                           "ftp://tides.com/", "https://tides/"})
+    copyLink(text);
+  EXPECT_TRUE(http().lookups.empty());
+  ClipboardSettings settings;
+  settings.fetchWebsitePreviews = false;
+  source_->setSettings(settings);
+  copyLink("https://tides.com/");
+  EXPECT_TRUE(http().lookups.empty());
+}
+
+TEST_F(ClipboardPreviewTest, OneAtATimeAndOnlyForWhatIsStillThere) {
+  open();
+  copyLink("https://tides.com/a");
+  copyLink("https://tides.com/b");
+  copyLink("https://tides.com/c");
+  EXPECT_EQ(http().open(), 1);
+  source_->remove(source_->state().items[1]->item.id);
+  source_->togglePin(source_->state().items[1]->item.id);
+  answer("A");
+  EXPECT_EQ(source_->state().items[1]->item.ogTitle, "A");
+  EXPECT_TRUE(source_->state().items[1]->item.isPinned);
+  EXPECT_EQ(http().urls.back(), "https://tides.com/c");
+  source_->clearUnpinned();
+  pass(0.1);
+  EXPECT_EQ(http().open(), 0) << "what was removed is asked for no longer";
+  copyLink("https://tides.com/d");
+  ClipboardSettings settings;
+  settings.fetchWebsitePreviews = false;
+  source_->setSettings(settings);
+  EXPECT_EQ(http().open(), 0);
+}
+
+TEST_F(ClipboardPreviewTest, AFailureIsNoTroubleAndABurstIsBounded) {
+  open();
+  for (int i = 0; i < 50; ++i)
+    copyText("https://tides.com/" + std::string(1, static_cast<char>('a' + i % 26)));
+  pass(0.1);
+  int answers = 0;
+  while (http().answer("tides", {})) {
+    ++answers;
+    pass(0.1);
+  }
+  EXPECT_EQ(answers, 20);
+  EXPECT_FALSE(source_->state().trouble);
+  EXPECT_FALSE(newest().ogFetchedAt);
 }
 
 TEST_F(ClipboardSourceTest, TheModelSearchesAndFollows) {

@@ -41,7 +41,13 @@ ClipboardList sample() {
       "Screenshot", 900);
   add(ClipboardItem::ofFile("file:///home/ada/Documents/Harbour%20plan%20(final).pdf", 2'413'000),
       "Files", 4000, true);
-  add(ClipboardItem::ofText("https://quellby.example/guide/tides"), "Firefox", 5000);
+  ClipboardItem link = ClipboardItem::ofText("https://www.quellby.dev/guide/tides");
+  link.ogTitle = "Tides and how to read them";
+  link.ogDescription = "Twice a day, but never at the same hour: a guide for walkers and sailors.";
+  link.ogImageData = picture(QColor("#14506E"), QColor("#9BD6C0"), {128, 128});
+  link.ogFetchedAt = {now - 4999};
+  add(link, "Firefox", 5000);
+  add(ClipboardItem::ofText("https://quellby.dev/guide/harbours"), "Firefox", 5100);
   add(ClipboardItem::ofImage(std::nullopt, 3'100'000), "GIMP", 90'000);
   add(ClipboardItem::ofText("for (const auto& entry : list)\n  total += entry.size();"), "Kate",
       190'000);
@@ -52,6 +58,8 @@ ClipboardList sample() {
 
 struct Rig {
   test::FakePlatform platform{now};
+  LinkPreviewSource ogSource{
+      {platform.loop, platform.fakeClock, [this]() -> HTTPClient& { return platform.fakeHTTP; }}};
   std::unique_ptr<ClipboardSource> source;
   std::unique_ptr<ClipboardModel> model;
 };
@@ -79,7 +87,7 @@ GalleryPanel panelOf(const char* name, Show show) {
             rig.source = std::make_unique<ClipboardSource>(
                 ClipboardSource::Services{platform.fakeClock, platform.loop,
                                           platform.fakePasteboard, platform.fakeKeychain,
-                                          platform.fakeWorkspace},
+                                          platform.fakeWorkspace, rig.ogSource},
                 file, settings);
             rig.model = std::make_unique<ClipboardModel>(
                 DockWidget(UUID(), "Clipboard", 1, settings, 1), *rig.source);
@@ -95,9 +103,15 @@ GalleryPanel panelOf(const char* name, Show show) {
             std::filesystem::remove(file);
             if (show == Show::nothingFound)
               rig.model->setSearchText("zebra");
-            return new ClipboardPanelView(
+            auto* view = new ClipboardPanelView(
                 look, *rig.model,
                 {platform.loop, platform.fakeClock, [](const ClipboardItem&) {}, [] {}});
+            // Painted once, so that the pictures are asked for and made.
+            view->setAttribute(Qt::WA_DontShowOnScreen);
+            view->show();
+            view->grab();
+            platform.loop.runBackground();
+            return view;
           }};
 }
 
@@ -115,8 +129,9 @@ GallerySheet clipboardGallery() {
   show("42", {.count = 42});
   show("200", {.count = 200, .unseen = 12});
   show("10000", {.count = 10'000, .unseen = 1234});
+  show("1234", {.count = 1234});
   show("preview", {.count = 7, .unseen = 2, .preview = "The tide tables for March, and the ferry"});
-  show("masked", {.count = 7, .preview = "••••••••••••"});
+  show("masked", {.count = 7, .preview = "••••••"});
   show("trouble", {.count = 7, .hasTrouble = true});
   return sheet;
 }

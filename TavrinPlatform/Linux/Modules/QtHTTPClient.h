@@ -13,6 +13,9 @@ public:
 
   [[nodiscard]] TokenPtr get(const HTTPRequest& request,
                              std::function<void(const HTTPResponse&)> done) override;
+  [[nodiscard]] TokenPtr
+  resolve(const std::string& host,
+          std::function<void(const std::vector<std::string>&)> done) override;
   [[nodiscard]] TokenPtr observeNetwork(std::function<void()> handler) override;
 
 private:

@@ -1,6 +1,7 @@
 // A program that copies, in good and bad ways:
 //   SelectionOwner series COUNT MILLISECONDS   copies COUNT things, one after the other
 //   SelectionOwner hang | mute | flood | dribble | empty | simple
+//   SelectionOwner turn    copies twice, and then answers what comes within a moment and no more
 // Prints "copied" after each copy. Ends with its input.
 #include <algorithm>
 #include <cstdint>
@@ -20,6 +21,7 @@ namespace {
 xcb_connection_t* x;
 xcb_window_t window;
 std::string mode;
+bool hasAnswered = false;
 /// What is offered: target and bytes.
 std::map<std::string, std::string> content;
 
@@ -135,8 +137,8 @@ void handle(xcb_generic_event_t* event) {
 
 int main(int argc, char** argv) {
   mode = argc > 1 ? argv[1] : "";
-  const int count = mode == "series" && argc > 2 ? std::atoi(argv[2]) : 1;
-  const int interval = argc > 3 ? std::atoi(argv[3]) : 50;
+  const int count = mode == "series" && argc > 2 ? std::atoi(argv[2]) : mode == "turn" ? 2 : 1;
+  const int interval = argc > 3 ? std::atoi(argv[3]) : mode == "turn" ? 600 : 50;
   x = xcb_connect(nullptr, nullptr);
   if (xcb_connection_has_error(x) != 0)
     return 1;
@@ -153,11 +155,19 @@ int main(int argc, char** argv) {
         copyNumber(copies);
       own();
       ++copies;
+      hasAnswered = false;
       // Never closer together, however late this one was.
       next = now() + interval;
     }
-    while (auto* event = xcb_poll_for_event(x))
+    const bool isHasty = mode == "turn" && copies == count;
+    while (auto* event = xcb_poll_for_event(x)) {
+      if (isHasty)
+        usleep(20'000);
+      hasAnswered = true;
       handle(event);
+    }
+    if (isHasty && hasAnswered)
+      mode = "hang";
     pollfd watched[] = {{xcb_get_file_descriptor(x), POLLIN, 0}, {STDIN_FILENO, POLLIN, 0}};
     const auto wait =
         copies < count ? static_cast<int>(std::max<std::int64_t>(0, next - now())) : -1;

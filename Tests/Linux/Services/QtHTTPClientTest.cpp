@@ -1,42 +1,12 @@
 #include "TavrinPlatform/Linux/Modules/QtHTTPClient.h"
 
+#include "Tests/Linux/Services/HTTPServer.h"
 #include "Tests/Linux/Services/LoopTest.h"
 
-#include <QTcpServer>
-#include <QTcpSocket>
+#include <gmock/gmock.h>
 
 namespace tavrin::test {
 namespace {
-
-/// Answers every request with the bytes given, and may keep the connection open.
-class Server : public QTcpServer {
-public:
-  Server() {
-    listen(QHostAddress::LocalHost);
-    connect(this, &QTcpServer::newConnection, this, [this] {
-      auto* socket = nextPendingConnection();
-      connect(socket, &QTcpSocket::readyRead, this, [this, socket] {
-        requests.push_back(socket->readAll().toStdString());
-        socket->write(answer.data(), static_cast<qint64>(answer.size()));
-        if (!staysOpen)
-          socket->disconnectFromHost();
-      });
-    });
-  }
-  std::string url(const char* path = "/v1/forecast") const {
-    return "http://127.0.0.1:" + std::to_string(serverPort()) + path;
-  }
-  static std::string whole(const std::string& body, const std::string& status = "200 OK",
-                           const std::string& headers = {}) {
-    return "HTTP/1.1 " + status + "\r\n" + headers +
-           "Content-Length: " + std::to_string(body.size()) + "\r\nConnection: close\r\n\r\n" +
-           body;
-  }
-
-  std::string answer;
-  bool staysOpen = false;
-  std::vector<std::string> requests;
-};
 
 class QtHTTPClientTest : public LoopTest {
 protected:
@@ -45,19 +15,19 @@ protected:
       return client_.get({server_.url(), timeLimit, sizeLimit}, done);
     });
   }
-  Server server_;
+  HTTPServer server_;
   QtHTTPClient client_;
 };
 
 TEST_F(QtHTTPClientTest, AnswersWithStatusAndBody) {
-  server_.answer = Server::whole("{\"a\":1}");
+  server_.answer = HTTPServer::whole("{\"a\":1}");
   const auto response = get();
   EXPECT_EQ(response.status, 200);
   EXPECT_EQ(response.body, "{\"a\":1}");
-  server_.answer = Server::whole("no", "404 Not Found");
+  server_.answer = HTTPServer::whole("no", "404 Not Found");
   EXPECT_EQ(get().status, 404);
   EXPECT_EQ(get().isSuccess(), false);
-  server_.answer = Server::whole("", "500 Oops");
+  server_.answer = HTTPServer::whole("", "500 Oops");
   EXPECT_EQ(get().status, 500);
 }
 
@@ -80,7 +50,7 @@ TEST_F(QtHTTPClientTest, ASlowAnswerEndsAtTheTimeLimit) {
 }
 
 TEST_F(QtHTTPClientTest, ALongAnswerIsRefusedWhetherItSaysSoOrNot) {
-  server_.answer = Server::whole(std::string(100 * 1024 * 1024, 'x'));
+  server_.answer = HTTPServer::whole(std::string(100 * 1024 * 1024, 'x'));
   EXPECT_EQ(get(10, 1024).status, 0);
   server_.answer = "HTTP/1.1 200 OK\r\nConnection: close\r\n\r\n" + std::string(400'000, 'x');
   EXPECT_EQ(get(10, 300'000).status, 0);
@@ -88,11 +58,37 @@ TEST_F(QtHTTPClientTest, ALongAnswerIsRefusedWhetherItSaysSoOrNot) {
 }
 
 TEST_F(QtHTTPClientTest, ARedirectToAnotherHostIsRefused) {
-  Server other;
-  other.answer = Server::whole("stolen");
-  server_.answer = Server::whole("", "302 Found", "Location: " + other.url() + "\r\n");
+  HTTPServer other;
+  other.answer = HTTPServer::whole("stolen");
+  server_.answer = HTTPServer::whole("", "302 Found", "Location: " + other.url() + "\r\n");
   EXPECT_EQ(get().status, 0);
   EXPECT_TRUE(other.requests.empty());
+}
+
+TEST_F(QtHTTPClientTest, KnowsAnAddressWithoutAskingForItsName) {
+  const auto addresses = [this](const char* host) {
+    return *answerOf<std::vector<std::string>>(
+        [&](auto done) { return client_.resolve(host, std::move(done)); });
+  };
+  EXPECT_EQ(addresses("192.0.2.7"), std::vector<std::string>{"192.0.2.7"});
+  EXPECT_EQ(addresses("::1"), std::vector<std::string>{"::1"});
+  EXPECT_THAT(addresses("localhost"), testing::Contains("127.0.0.1"));
+  EXPECT_TRUE(addresses("nowhere.invalid").empty());
+}
+
+TEST_F(QtHTTPClientTest, AServerThatDoesNotAcceptEndsAtTheConnectLimit) {
+  // A TLS greeting that is never answered: connected, but nothing could be asked yet.
+  HTTPServer silent;
+  silent.staysOpen = true;
+  QElapsedTimer timer;
+  timer.start();
+  const auto response = *answerOf<HTTPResponse>([&](auto done) {
+    HTTPRequest request{"https://localhost:" + std::to_string(silent.serverPort())};
+    request.connectTimeLimit = 0.2;
+    return client_.get(request, done);
+  });
+  EXPECT_EQ(response.status, 0);
+  EXPECT_LT(timer.elapsed(), 3000);
 }
 
 TEST_F(QtHTTPClientTest, ADroppedTokenEndsTheRequest) {
@@ -102,7 +98,7 @@ TEST_F(QtHTTPClientTest, ADroppedTokenEndsTheRequest) {
   EXPECT_TRUE(waitFor([&] { return !server_.requests.empty(); }));
   token.reset();
   server_.staysOpen = false;
-  server_.answer = Server::whole("x");
+  server_.answer = HTTPServer::whole("x");
   get();
   EXPECT_FALSE(isAnswered);
 }

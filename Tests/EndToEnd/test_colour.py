@@ -1,0 +1,97 @@
+"""The colour picker's slot: its shortcut, the desktop's portal, and the screen itself."""
+
+import json
+import pathlib
+import time
+import unittest
+
+from rig import DeskTest, wait_for, widget
+
+TEMPLATE = pathlib.Path(__file__).resolve().parent.parent / "Support" / "screenshot_portal.py"
+PORTAL = "org.freedesktop.portal.Desktop"
+# C, with command and control.
+SHORTCUT = {"keyCode": 8, "modifiers": 5}
+KEYS = "ctrl+super+c"
+
+
+class ColourTest(DeskTest):
+    def start(self, portal=None):
+        if portal is not None:
+            self.portal = self.desk.spawn(
+                ["/usr/bin/python3", "-m", "dbusmock", "--session", "--template", str(TEMPLATE),
+                 "--parameters", json.dumps(portal)], log="portal.log")
+            self.desk.run("gdbus", "wait", "--session", "--timeout", "10", PORTAL)
+        self.desk.write_widgets([widget("colourPicker", {"hotkey": SHORTCUT}, 3, "Colours")],
+                                announce=False)
+        self.slot = self.desk.start_slot(3)
+        self.desk.wait_for_name(3)
+        time.sleep(1)
+
+    def colours(self):
+        file = self.desk.data / "colours.json"
+        if not file.exists():
+            return []
+        return [(each["red"], each["green"], each["blue"])
+                for each in json.loads(file.read_text())["colours"]]
+
+    def copied(self):
+        return self.desk.run("timeout", "2", "xclip", "-selection", "clipboard", "-o", check=False)
+
+    def press(self, keys=KEYS):
+        self.desk.run("xdotool", "key", keys)
+
+    def stop(self):
+        self.kill(self.slot)
+        self.portal.kill()
+        self.portal.wait(5)
+        (self.desk.data / "colours.json").unlink(missing_ok=True)
+
+    def test_the_shortcut_picks_through_the_portal(self):
+        for manner in ({}, {"when": "early"}, {"path": "own"}):
+            with self.subTest(**manner):
+                self.start({"colour": [1.0, 0.5, 0.0], **manner})
+                self.press()
+                wait_for(lambda: self.colours() == [(255, 128, 0)], "the colour")
+                wait_for(lambda: self.copied() == "#FF8000", "its copy", pause=0.1)
+                self.stop()
+
+    def test_what_the_portal_does_not_give_changes_nothing(self):
+        for answer in ({"code": 1}, {"code": 2}, {"code": 0}):
+            with self.subTest(**answer):
+                self.start(answer)
+                for _ in range(2):
+                    self.press()
+                    time.sleep(0.4)
+                self.assertEqual(self.colours(), [])
+                self.assertIsNone(self.slot.poll())
+                self.stop()
+
+    def test_without_a_portal_the_screen_itself_is_picked_from(self):
+        self.start()
+        self.desk.run("xdotool", "mousemove", "100", "100")
+        self.press()
+        time.sleep(0.5)
+        self.press("Escape")
+        time.sleep(0.3)
+        self.assertEqual(self.colours(), [])
+        # The keys go to the magnifier although the shortcut's were just held.
+        self.desk.run("xdotool", "keydown", "ctrl", "keydown", "super", "keydown", "c", "sleep",
+                      "0.3", "keyup", "c", "keyup", "super", "keyup", "ctrl", "sleep", "0.5",
+                      "key", "Return")
+        wait_for(lambda: len(self.colours()) == 1, "the colour")
+
+    def test_a_taken_shortcut_is_said(self):
+        self.desk.write_widgets([widget("colourPicker", {"hotkey": SHORTCUT}, 3, "One"),
+                                 widget("colourPicker", {"hotkey": SHORTCUT}, 4, "Two")],
+                                announce=False)
+        for slot in (3, 4):
+            self.desk.start_slot(slot)
+            self.desk.wait_for_name(slot)
+            time.sleep(0.3)
+        wait_for(lambda: "Failed to register the shortcut because the keys are taken"
+                 in self.desk.log(4), "the refusal")
+        self.assertNotIn("Failed", self.desk.log(3))
+
+
+if __name__ == "__main__":
+    unittest.main()
