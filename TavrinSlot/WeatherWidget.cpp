@@ -40,6 +40,7 @@ void WeatherWidgetController::save(const WeatherPlace& place) {
   search_.clear();
   BasicWidgetController::save(chosen);
   model_.setRegion(place.region);
+  model_.refresh();
   refresh();
 }
 

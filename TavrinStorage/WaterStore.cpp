@@ -33,13 +33,18 @@ template <class Change> void WaterStore::change(const Change& change) {
     const auto seen = fileStamp(url_);
     reload();
     change(log_);
-    const std::string bytes = encode(log_).prettyPrinted();
-    if (attempt == mostAttempts)
-      writeFileAtomically(url_, bytes);
-    else if (!writeFileIfUnchanged(url_, bytes, seen))
-      continue;
-    break;
+    if (attempt == mostAttempts) {
+      save();
+      return;
+    }
+    if (writeFileIfUnchanged(url_, encode(log_).prettyPrinted(), seen))
+      break;
   }
+  notifications_.post(changedNotification);
+}
+
+void WaterStore::save() {
+  writeFileAtomically(url_, encode(log_).prettyPrinted());
   notifications_.post(changedNotification);
 }
 

@@ -29,6 +29,8 @@ public:
   void add(int millilitres, Date date);
   void remove(int millilitres, Date date);
   void clear(Date date);
+  /// Writes the log as it is, whatever the file holds by now, and announces it.
+  void save();
 
 private:
   template <class Change> void change(const Change& change);

@@ -24,13 +24,15 @@ QColor eventColour(const CalendarEvent& event) {
   return withContrast(colourFromHex(event.colorHex.value_or(""), calendarTint), ground, 3);
 }
 
-/// A page of a desk calendar: the weekday on a red band, the day below.
+/// A page of a desk calendar: the weekday on a red band, the day below. A band too low for the
+/// weekday goes without.
 AnyView datePage(Date now, const Calendar& calendar, double side) {
-  const double bandHeight = side * 0.3;
-  const AnyView band =
-      zstack({rectangle().fill(header), word(utf8(calendar.localText(now, "EEE")), side * 0.17,
-                                             palette::white, FontWeight::semibold)})
-          .height(bandHeight);
+  constexpr double bandRatio = 0.3;
+  const bool hasWeekday = side * bandRatio >= minimumTypeSize * 1.2;
+  const Text weekday =
+      word(utf8(calendar.localText(now, "EEE")), side * 0.17, palette::white, FontWeight::semibold);
+  const AnyView band = zstack({rectangle().fill(header), hasWeekday ? AnyView(weekday) : AnyView()})
+                           .height(side * (hasWeekday ? bandRatio : 0.24));
   const AnyView day = text(QString::number(calendar.components(now).day))
                           .size(side * 0.5)
                           .weight(FontWeight::semibold)
@@ -44,18 +46,38 @@ AnyView colourBar(const QColor& colour, double width) {
   return capsule().fill(colour).width(width);
 }
 
-/// Title and time beside the calendar's colour.
+/// On a small tile the words need the room that bars and circles take.
+bool isSmall(const TileSize& size) {
+  return !size.isWide() && size.side < 84;
+}
+
+double insetOf(const TileSize& size) {
+  return size.body() * (isSmall(size) ? 0.08 : 0.11);
+}
+
+/// When it is, in full where that fits.
+AnyView whenLine(const CalendarEvent& event, const CalendarReading& reading, double points,
+                 const QColor& ink) {
+  const auto line = [&](const QString& string) { return word(string, points, ink); };
+  return firstFitting({line(eventWhen(event, reading.now, reading.calendar)).figure(),
+                       line(eventWhenBrief(event, reading.now, reading.calendar))});
+}
+
+/// Title and time in the calendar's colour: as a bar beside them, on a small tile the time itself.
 AnyView eventBlock(const CalendarEvent& event, const CalendarReading& reading, double points,
-                   int lines) {
+                   int lines, bool hasBar) {
+  const QColor colour = eventColour(event);
+  const QColor ink = hasBar ? palette::caption(ground) : withContrast(colour, ground);
   const AnyView words =
       vstack({word(eventTitle(event), points, palette::figure(ground), FontWeight::semibold)
                   .lines(lines),
-              word(eventWhen(event, reading.now, reading.calendar), points * 0.95,
-                   palette::caption(ground))})
+              whenLine(event, reading, points * 0.95, ink)})
           .align(Alignment::leading)
           .spacing(points * 0.1);
+  if (!hasBar)
+    return words;
   return words.padding({points * 0.55, 0, 0, 0})
-      .overlay(colourBar(eventColour(event), std::max(points * 0.24, 2.0)).fill(Alignment::leading),
+      .overlay(colourBar(colour, std::max(points * 0.24, 2.0)).fill(Alignment::leading),
                Alignment::leading);
 }
 
@@ -69,8 +91,10 @@ AnyView smallDate(const CalendarReading& reading, double points) {
 
 AnyView agendaRows(const CalendarReading& reading, double points, double room) {
   std::vector<AnyView> rows;
-  const double height = points * 1.3;
-  const auto most = std::max<std::size_t>(1, static_cast<std::size_t>(room / (height + 2)));
+  constexpr double gap = 1;
+  const double height = points * 1.25;
+  const auto most =
+      std::max<std::size_t>(1, static_cast<std::size_t>((room + gap) / (height + gap)));
   for (const auto& event : reading.events) {
     if (rows.size() == most)
       break;
@@ -80,11 +104,25 @@ AnyView agendaRows(const CalendarReading& reading, double points, double room) {
                        .height(height, Alignment::leading)
                        .fillWidth());
   }
-  return vstack(std::move(rows)).align(Alignment::leading).spacing(2);
+  return vstack(std::move(rows)).align(Alignment::leading).spacing(gap);
 }
 
 AnyView sideways(const AnyView& words, bool isTurned) {
   return isTurned ? words.quarterTurns(3) : words;
+}
+
+TileState tileState(CalendarState state) {
+  switch (state) {
+  case CalendarState::denied:
+  case CalendarState::gone:
+    return TileState::cannot;
+  case CalendarState::notAsked:
+    return TileState::waiting;
+  case CalendarState::empty:
+  case CalendarState::items:
+    break;
+  }
+  return TileState::live;
 }
 
 /// What a tile of either kind shows where it has no items.
@@ -94,43 +132,39 @@ AnyView stateTile(CalendarState state, const char* mark, const QColor& colour, c
   content.ground = behind;
   content.mark = symbol(mark).colour(colour);
   content.markRatio = 0.46;
-  content.state = state == CalendarState::denied || state == CalendarState::gone ? TileState::cannot
-                  : state == CalendarState::notAsked ? TileState::waiting
-                                                     : TileState::live;
+  content.state = tileState(state);
   return tile(content, size);
 }
 
+AnyView agenda(const CalendarReading& reading, const TileSize& size) {
+  const double points = std::max(size.body() * 0.115, minimumTypeSize);
+  const double room = size.body() - 2 * insetOf(size);
+  if (!size.hasCaption())
+    return agendaRows(reading, points, room);
+  const double dateHeight = points * 1.15 * 1.2;
+  return vstack({smallDate(reading, points * 1.15), agendaRows(reading, points, room - dateHeight)})
+      .align(Alignment::leading);
+}
+
 AnyView eventTile(const CalendarReading& reading, const TileSize& size) {
-  const double body = size.body();
-  const double points = std::max(body * 0.15, minimumTypeSize);
-  const double inset = body * 0.11;
   const auto next = UpNext::current(reading.events, reading.now);
-  const bool hasItems = reading.state == CalendarState::items && next;
+  const double points = std::max(size.body() * 0.15, minimumTypeSize);
   AnyView inner;
-  switch (reading.settings.style) {
-  case CalendarTileStyle::nextEvent:
-    inner = eventBlock(*next, reading, points, size.side >= 84 ? 3 : 2);
-    break;
-  case CalendarTileStyle::agenda:
-    inner = vstack({size.hasCaption() ? smallDate(reading, points) : AnyView(),
-                    agendaRows(reading, points * 0.95,
-                               body - 2 * inset - (size.hasCaption() ? points * 1.4 : 0))})
+  if (!next)
+    inner = smallDate(reading, points);
+  else if (reading.settings.style == CalendarTileStyle::agenda)
+    inner = agenda(reading, size);
+  else if (reading.settings.style == CalendarTileStyle::nextEvent)
+    inner = eventBlock(*next, reading, points, isSmall(size) ? 2 : 3, !isSmall(size));
+  else
+    inner = vstack({smallDate(reading, isSmall(size) ? points : points * 1.1),
+                    eventBlock(*next, reading, points * 0.88, 2, !isSmall(size))})
                 .align(Alignment::leading)
-                .spacing(2);
-    break;
-  default: {
-    const AnyView date = smallDate(reading, points * 1.15);
-    inner =
-        vstack({date, hasItems ? eventBlock(*next, reading, points * 0.95, size.side >= 84 ? 2 : 1)
-                               : AnyView()})
-            .align(Alignment::leading)
-            .spacing(body * 0.06);
-  }
-  }
-  return tile(
-      ground,
-      sideways(inner.fill(Alignment::leading).padding(inset), reading.settings.turnsTextSideways),
-      size);
+                .spacing(isSmall(size) ? 0 : size.body() * 0.05);
+  return tile(ground,
+              sideways(inner.fill(Alignment::leading).padding(insetOf(size)),
+                       reading.settings.turnsTextSideways),
+              size);
 }
 
 QString spoken(const CalendarReading& reading) {
@@ -144,28 +178,39 @@ QString today(const CalendarReading& reading) {
   return "Calendar, " + utf8(reading.calendar.localText(reading.now, "EEEEMMMMd"));
 }
 
+QColor reminderInk(const Reminder& reminder, const ReminderReading& reading) {
+  const bool isLate = isOverdue(reminder, reading.now, reading.calendar);
+  return withContrast(isLate ? palette::red : reminderTint, listGround, 3);
+}
+
 /// A circle, filled once the reminder is done.
 AnyView checkCircle(const Reminder& reminder, const ReminderReading& reading, double side) {
-  const bool isLate = isOverdue(reminder, reading.now, reading.calendar);
   return symbol(reminder.isCompleted ? "largecircle.fill.circle" : "circle")
-      .colour(withContrast(isLate ? palette::red : reminderTint, listGround, 3))
+      .colour(reminderInk(reminder, reading))
       .size(side);
 }
 
+/// `hasCircle` is not given on small tiles: there a dot stands for it.
 AnyView reminderRow(const Reminder& reminder, const ReminderReading& reading, double points,
-                    int lines) {
+                    bool hasCircle = true) {
   const QColor ink =
       reminder.isCompleted ? palette::caption(listGround) : palette::figure(listGround);
-  return hstack({checkCircle(reminder, reading, points * 1.1),
-                 word(utf8(displayTitle(reminder)), points, ink).lines(lines)})
+  const QColor dot = reminder.isCompleted ? ink : reminderInk(reminder, reading);
+  return hstack({hasCircle ? checkCircle(reminder, reading, points * 1.1)
+                           : circle().fill(dot).frame(points * 0.5, points * 0.5),
+                 word(utf8(displayTitle(reminder)), points, ink)})
       .spacing(points * 0.4);
 }
 
-AnyView whenLine(const Reminder& reminder, const ReminderReading& reading, double points) {
+/// The circle of the next reminder, and when it is due where there is room for that.
+AnyView reminderHead(const Reminder& reminder, const ReminderReading& reading, double points) {
   const QColor ink = isOverdue(reminder, reading.now, reading.calendar)
                          ? withContrast(palette::red, listGround)
                          : palette::caption(listGround);
-  return word(reminderWhen(reminder, reading.now, reading.calendar), points, ink);
+  const AnyView mark = checkCircle(reminder, reading, points * 1.4);
+  const QString when = reminderWhen(reminder, reading.now, reading.calendar);
+  return firstFitting(
+      {hstack({mark, word(when, points * 0.95, ink).figure()}).spacing(points * 0.35), mark});
 }
 
 std::size_t openCount(const ReminderReading& reading) {
@@ -200,34 +245,35 @@ AnyView reminderItems(const ReminderReading& reading, const TileSize& size) {
   AnyView inner;
   if (reading.settings.style == ReminderTileStyle::next) {
     const auto& next = reading.reminders.front();
-    inner = vstack({hstack({checkCircle(next, reading, points * 1.5),
-                            whenLine(next, reading, points * 0.95)})
-                        .spacing(points * 0.4),
+    inner = vstack({reminderHead(next, reading, points),
                     word(utf8(displayTitle(next)), points, palette::figure(listGround),
                          FontWeight::semibold)
-                        .lines(size.side >= 84 ? 3 : 2)})
+                        .lines(isSmall(size) ? 2 : 3)})
                 .align(Alignment::leading)
-                .spacing(points * 0.3);
+                .spacing(isSmall(size) ? 1 : points * 0.3);
   } else {
     std::vector<AnyView> rows;
     for (const auto& reminder : reading.reminders) {
-      if (rows.size() == (size.side >= 84 ? 4u : 3u))
+      if (rows.size() == (isSmall(size) ? 3u : 4u))
         break;
-      rows.push_back(reminderRow(reminder, reading, points * 0.95, 1).fillWidth());
+      rows.push_back(
+          reminderRow(reminder, reading, points * (isSmall(size) ? 1 : 0.9), !isSmall(size))
+              .fillWidth());
     }
     inner = vstack(std::move(rows)).align(Alignment::leading).spacing(points * 0.2);
   }
-  return tile(listGround, inner.fill(Alignment::leading).padding(body * 0.11), size);
+  return tile(listGround, inner.fill(Alignment::leading).padding(insetOf(size)), size);
 }
 
-AnyView wideWords(const QString& first, const QString& second, const QColor& behind,
-                  const TileSize& size) {
-  const double body = size.body();
-  return vstack({word(first, body * 0.22, palette::figure(behind), FontWeight::semibold),
-                 second.isEmpty() ? AnyView()
-                                  : AnyView(word(second, body * 0.18, palette::caption(behind)))})
-      .align(Alignment::leading)
-      .spacing(body * 0.04);
+/// A sentence on up to three lines, else its brief form.
+AnyView wideWords(const CalendarWords& words, const QColor& behind, const TileSize& size) {
+  const auto set = [&](const QString& string, double ratio) {
+    return word(string, size.body() * ratio, palette::figure(behind), FontWeight::semibold);
+  };
+  return firstFitting({set(words.sentence, 0.22).figure(size.body() * 0.19),
+                       set(words.sentence, 0.19).lines(2).figure(),
+                       set(words.sentence, 0.175).lines(3).figure(),
+                       set(words.brief, 0.22).figure(), set(words.brief, 0.175).lines(2)});
 }
 
 } // namespace
@@ -256,14 +302,15 @@ AnyView calendarWideTile(const CalendarReading& reading, const TileSize& size) {
   content.label = today(reading);
   content.value = spoken(reading);
   if (reading.state != CalendarState::items) {
-    content.middle = wideWords(calendarWords(reading.state).sentence, {}, ground, size);
+    content.state = tileState(reading.state);
+    content.middle = wideWords(calendarWords(reading.state), ground, size);
     return wideTile(content, size);
   }
   std::vector<AnyView> blocks;
   for (const auto& event : reading.events) {
     if (blocks.size() == (size.span > 2 ? 2u : 1u))
       break;
-    blocks.push_back(eventBlock(event, reading, size.body() * 0.19, 1));
+    blocks.push_back(eventBlock(event, reading, size.body() * 0.18, 2, true));
   }
   content.middle = hstack(std::move(blocks)).spacing(size.body() * 0.16);
   return wideTile(content, size);
@@ -285,14 +332,20 @@ AnyView reminderWideTile(const ReminderReading& reading, const TileSize& size) {
   content.value = spoken(reading);
   content.mark = symbol("list.bullet").colour(reminderTint).padding(body * 0.06);
   if (reading.state != CalendarState::items) {
-    content.middle = wideWords(reminderWords(reading.state).sentence, {}, listGround, size);
+    content.state = tileState(reading.state);
+    content.middle = wideWords(reminderWords(reading.state), listGround, size);
+    return wideTile(content, size);
+  }
+  if (openCount(reading) == 0) {
+    content.state = TileState::done;
+    content.middle = wideWords({"All done", {}, "Done"}, listGround, size);
     return wideTile(content, size);
   }
   std::vector<AnyView> rows;
   for (const auto& reminder : reading.reminders) {
     if (rows.size() == 2)
       break;
-    rows.push_back(reminderRow(reminder, reading, body * 0.2, 1));
+    rows.push_back(reminderRow(reminder, reading, std::max(body * 0.18, minimumTypeSize)));
   }
   content.mark = zstack(
       {circle().fill(mix(listGround, reminderTint, 0.22)), text(QString::number(openCount(reading)))

@@ -28,6 +28,8 @@ struct ReminderReading {
 struct CalendarWords {
   QString sentence;
   QString hint;
+  /// For tiles that have no room for the sentence.
+  QString brief;
 };
 CalendarWords calendarWords(CalendarState state);
 CalendarWords reminderWords(CalendarState state);
@@ -35,6 +37,8 @@ CalendarWords reminderWords(CalendarState state);
 QString eventTitle(const CalendarEvent& event);
 /// "now", "in 12 min", "14:30", "Thu 14:30", "All day".
 QString eventWhen(const CalendarEvent& event, Date now, const Calendar& calendar);
+/// "now", "12 min", "14:30", "Thu", "All day": for small tiles.
+QString eventWhenBrief(const CalendarEvent& event, Date now, const Calendar& calendar);
 /// "Today, 14:30–15:00 · Room 4": the line below an event's title.
 QString eventDetail(const CalendarEvent& event, Date now, const Calendar& calendar);
 /// "Late", "Today", "14:30", "Thu"; empty without a date.

@@ -1,6 +1,8 @@
 #include "TavrinCore/Base/Text.h"
 #include "TavrinWidgetsUI/CalendarViews.h"
 
+#include <algorithm>
+
 namespace tavrin {
 namespace {
 
@@ -27,27 +29,27 @@ QString dayText(Date date, Date now, const Calendar& calendar) {
 CalendarWords calendarWords(CalendarState state) {
   switch (state) {
   case CalendarState::notAsked:
-    return {"See your next events here", {}};
+    return {"See your next events here", {}, "Allow access"};
   case CalendarState::denied:
     return {"Tavrin has no access to your calendars",
-            "Allow it in System Settings › Privacy & Security › Calendars."};
+            "Allow it in System Settings › Privacy & Security › Calendars.", "No access"};
   case CalendarState::gone:
     return {"The calendars this widget reads are gone",
-            "Pick the accounts again in the widget's settings."};
+            "Pick the accounts again in the widget's settings.", "Pick again"};
   case CalendarState::empty:
   case CalendarState::items:
     break;
   }
-  return {"Nothing coming up", {}};
+  return {"Nothing coming up", {}, "Nothing"};
 }
 
 CalendarWords reminderWords(CalendarState state) {
   if (state == CalendarState::notAsked)
-    return {"See what is due here", {}};
+    return {"See what is due here", {}, "Allow access"};
   if (state == CalendarState::denied)
     return {"Tavrin has no access to your reminders",
-            "Allow it in System Settings › Privacy & Security › Reminders."};
-  return {"Nothing coming up", {}};
+            "Allow it in System Settings › Privacy & Security › Reminders.", "No access"};
+  return {"Nothing coming up", {}, "Nothing"};
 }
 
 QString eventTitle(const CalendarEvent& event) {
@@ -66,6 +68,22 @@ QString eventWhen(const CalendarEvent& event, Date now, const Calendar& calendar
     return QString("in %1 min").arg(minutes);
   return isToday ? time(event.start, calendar)
                  : utf8(calendar.localText(event.start, "EEE")) + " " + time(event.start, calendar);
+}
+
+QString eventWhenBrief(const CalendarEvent& event, Date now, const Calendar& calendar) {
+  if (event.isAllDay || event.start <= now)
+    return eventWhen(event, now, calendar);
+  const auto minutes = UpNext::minutesUntil(event, now);
+  if (minutes <= 60)
+    return QString("%1 min").arg(minutes);
+  if (!calendar.isSameDay(event.start, now))
+    return utf8(calendar.localText(event.start, "EEE"));
+  // Without the half of the day, which the clock beside it tells.
+  const QString whole = time(event.start, calendar);
+  const auto isDigit = [](QChar character) { return character.isDigit(); };
+  const auto first = std::find_if(whole.begin(), whole.end(), isDigit);
+  const auto last = std::find_if(whole.rbegin(), whole.rend(), isDigit);
+  return QString(first, last.base() - first);
 }
 
 QString eventDetail(const CalendarEvent& event, Date now, const Calendar& calendar) {

@@ -8,11 +8,13 @@
 #include "TavrinWidgetsUI/WeatherModel.h"
 
 #include <QVBoxLayout>
+#include <algorithm>
 
 namespace tavrin {
 namespace {
 
 constexpr QSizeF headSize{288, 72};
+constexpr QChar figureSpace = u'\u2007';
 constexpr const char* provider = "https://open-meteo.com/";
 
 QString utf8(std::string_view text) {
@@ -124,14 +126,19 @@ void WeatherPanelView::showReading(const WeatherSnapshot& weather) {
 
 void WeatherPanelView::showDays(const WeatherSnapshot& weather) {
   const Calendar calendar(weather.reading->timeZoneID.value_or(""));
+  const auto& days = weather.reading->days;
+  qsizetype widest = 0;
+  for (const auto& day : days)
+    widest = std::max(widest, utf8(WeatherWords::shortDegrees(day.low)).size());
   std::vector<PanelRow> rows;
-  for (const auto& day : weather.reading->days) {
+  for (const auto& day : days) {
     PanelRow row;
     row.title =
         utf8(WeatherWords::dayName(day.date, calendar.isSameDay(day.date, weather.now), calendar));
     row.symbol = utf8(symbolName(day.condition, true));
     row.trailing = utf8(WeatherWords::shortDegrees(day.high));
-    row.unit = utf8(WeatherWords::shortDegrees(day.low));
+    // As wide as the widest, so that the highs stand in a column.
+    row.unit = utf8(WeatherWords::shortDegrees(day.low)).rightJustified(widest, figureSpace);
     rows.push_back(std::move(row));
   }
   days_->setRows(std::move(rows));

@@ -103,24 +103,31 @@ AnyView dayColumn(const WeatherDay& day, const Calendar& calendar, const QColor&
   return vstack(std::move(lines)).spacing(points * 0.08);
 }
 
-AnyView forecastColumns(const WeatherSnapshot& weather, const TileSize& size, double room,
-                        std::size_t most) {
-  const Calendar calendar = placeCalendar(*weather.reading);
-  const QColor ground = groundOf(skyOf(weather));
-  const double points = std::max(size.body() * 0.15, minimumTypeSize);
-  const bool hasName = size.hasCaption();
+/// What a column needs: three digits, a minus, a degree sign.
+double columnWidth(const WeatherReading& reading, double points) {
   std::size_t widest = 2;
-  for (const auto& day : weather.reading->days)
+  for (const auto& day : reading.days)
     for (const double value : {day.high, day.low})
       widest = std::max(widest, WeatherWords::shortDegrees(value).size() - 2);
-  const double width = points * (0.75 + 0.62 * static_cast<double>(widest));
-  const auto count = std::clamp<std::size_t>(static_cast<std::size_t>(room / width), 1, most);
+  return points * (0.6 + 0.62 * static_cast<double>(widest));
+}
+
+double columnPoints(const TileSize& size) {
+  return std::max(size.body() * 0.15, minimumTypeSize);
+}
+
+/// At most `count` days from today on, each `width` wide.
+AnyView forecastColumns(const WeatherSnapshot& weather, const TileSize& size, std::size_t count,
+                        double width) {
+  const Calendar calendar = placeCalendar(*weather.reading);
+  const QColor ground = groundOf(skyOf(weather));
+  const double points = columnPoints(size);
   std::vector<AnyView> columns;
   for (const auto& day : comingDays(weather, calendar)) {
     if (columns.size() == count)
       break;
-    columns.push_back(dayColumn(day, calendar, ground, points, points * 1.25, hasName)
-                          .width(room / static_cast<double>(count)));
+    columns.push_back(
+        dayColumn(day, calendar, ground, points, points * 1.25, size.hasCaption()).width(width));
   }
   return hstack(std::move(columns));
 }
@@ -148,6 +155,13 @@ QString spokenValue(const WeatherSnapshot& weather) {
   return value;
 }
 
+/// Of a widget without a reading.
+TileState standingOf(const WeatherSnapshot& weather) {
+  if (!weather.hasPlace())
+    return TileState::live;
+  return weather.failed && !weather.isLoading ? TileState::cannot : TileState::waiting;
+}
+
 /// A tile without a reading: no city, loading, or failed.
 AnyView emptyTile(const WeatherSnapshot& weather, const TileSize& size) {
   const Sky sky = skyOf(weather);
@@ -157,70 +171,110 @@ AnyView emptyTile(const WeatherSnapshot& weather, const TileSize& size) {
   content.mark = symbol(weather.hasPlace() ? "cloud.sun.fill" : "location")
                      .colour(palette::figure(groundOf(sky)));
   content.markRatio = 0.42;
-  content.state = !weather.hasPlace()                    ? TileState::live
-                  : weather.failed && !weather.isLoading ? TileState::cannot
-                                                         : TileState::waiting;
+  content.state = standingOf(weather);
   if (!weather.hasPlace())
     content.caption = "City?";
   return tile(content, size);
 }
 
+/// Where the words themselves do not fit.
+QString briefWords(WeatherCondition condition) {
+  switch (condition) {
+  case WeatherCondition::thunderstorm:
+    return "Storm";
+  case WeatherCondition::partlyCloudy:
+    return "Fair";
+  default:
+    return utf8(WeatherWords::describe(condition));
+  }
+}
+
+/// Symbol and temperature beside each other.
+AnyView headRow(const WeatherSnapshot& weather, const TileSize& size, double side, double points) {
+  const auto& reading = *weather.reading;
+  const QColor ground = groundOf(skyOf(weather));
+  return hstack({conditionSymbol(reading.condition, reading.isDay, ground).frame(side, side),
+                 figureText(temperatureOf(reading), points, palette::figure(ground))})
+      .spacing(size.body() * 0.04);
+}
+
+AnyView skyTile(const WeatherSnapshot& weather, const AnyView& inner, const TileSize& size) {
+  const Sky sky = skyOf(weather);
+  const double margin = (size.height() - size.body()) / 2;
+  return zstack(
+             {tile(TileContent{.ground = sky.top, .groundEnd = sky.bottom}, size),
+              inner.opacity(weather.isStale ? 0.5 : 1).fill().padding(margin + size.body() * 0.05)})
+      .frame(size.width(), size.height());
+}
+
+double captionPoints(const TileSize& size) {
+  return std::max(size.body() * 0.135, minimumTypeSize);
+}
+
+AnyView feelsLine(const QString& apparent, const WeatherSnapshot& weather, const TileSize& size) {
+  const double points = captionPoints(size);
+  return wordText("Feels " + apparent, points, palette::caption(groundOf(skyOf(weather))))
+      .figure(std::max(points * 0.85, minimumTypeSize));
+}
+
+/// The symbol stays whatever else has to go.
 AnyView currentTile(const WeatherSnapshot& weather, const TileSize& size) {
   const auto& reading = *weather.reading;
-  const Sky sky = skyOf(weather);
-  const QColor ground = groundOf(sky);
-  TileContent content;
-  content.ground = sky.top;
-  content.groundEnd = sky.bottom;
-  content.figure = temperatureOf(reading);
-  content.widestFigure = content.figure;
-  if (const auto apparent = apparentOf(weather))
-    content.caption = "Feels " + *apparent;
-  content.mark = conditionSymbol(reading.condition, reading.isDay, ground);
-  content.markRatio = content.caption.isEmpty() || !size.hasCaption() ? 0.42 : 0.34;
-  content.state = weather.isStale ? TileState::waiting : TileState::live;
-  return tile(content, size);
+  const QColor ground = groundOf(skyOf(weather));
+  const double body = size.body();
+  const auto column = [&](double markRatio, const AnyView& last) -> AnyView {
+    const double side = body * markRatio;
+    return vstack({conditionSymbol(reading.condition, reading.isDay, ground).frame(side, side),
+                   figureText(temperatureOf(reading), body * 0.32, palette::figure(ground)), last})
+        .spacing(body * 0.02);
+  };
+  std::vector<AnyView> candidates;
+  if (const auto apparent = apparentOf(weather); apparent && size.hasCaption()) {
+    const AnyView feels = feelsLine(*apparent, weather, size);
+    if (size.side >= 84)
+      candidates.push_back(column(0.36, feels));
+    candidates.push_back(
+        vstack({headRow(weather, size, body * 0.33, body * 0.3), feels}).spacing(body * 0.06));
+  }
+  candidates.push_back(column(0.42, {}));
+  return skyTile(weather, firstFitting(std::move(candidates)), size);
 }
 
 AnyView conditionsTile(const WeatherSnapshot& weather, const TileSize& size) {
-  const auto& reading = *weather.reading;
-  const Sky sky = skyOf(weather);
-  const QColor ground = groundOf(sky);
+  const QColor ground = groundOf(skyOf(weather));
+  const WeatherCondition condition = weather.reading->condition;
   const double body = size.body();
-  const double room = body * 0.84;
-  const double side = body * (size.hasCaption() ? 0.3 : 0.38);
-  const AnyView head =
-      hstack({conditionSymbol(reading.condition, reading.isDay, ground).frame(side, side),
-              figureText(temperatureOf(reading), body * 0.27, palette::figure(ground))})
-          .spacing(body * 0.05);
-  const double points = std::max(body * 0.135, minimumTypeSize);
-  // Two words take two lines.
-  const AnyView words =
-      wordText(utf8(WeatherWords::describe(reading.condition)), points, palette::figure(ground))
-          .lines(2)
-          .frame({.maxWidth = room});
+  const AnyView head = headRow(weather, size, body * 0.32, body * 0.28);
+  const double points = captionPoints(size);
+  const auto line = [&](const QString& words) {
+    return wordText(words, points, palette::figure(ground))
+        .figure(std::max(points * 0.85, minimumTypeSize));
+  };
+  const QString words = utf8(WeatherWords::describe(condition));
   std::vector<AnyView> candidates;
-  if (const auto apparent = apparentOf(weather); apparent && size.side >= 84)
-    candidates.push_back(
-        vstack({head, words, wordText("Feels " + *apparent, points, palette::caption(ground))})
-            .spacing(body * 0.03));
-  candidates.push_back(vstack({head, words}).spacing(body * 0.03));
+  const auto add = [&](std::vector<AnyView> lines) {
+    lines.insert(lines.begin(), head);
+    candidates.push_back(vstack(std::move(lines)).spacing(body * 0.03));
+  };
+  if (const auto apparent = apparentOf(weather); apparent && size.side >= 84) {
+    const AnyView feels = feelsLine(*apparent, weather, size);
+    add({line(words), feels});
+    add({line(briefWords(condition)), feels});
+  }
+  add({line(words)});
+  if (const auto space = words.indexOf(u' '); space > 0)
+    add({line(words.left(space)), line(words.mid(space + 1))});
+  add({line(briefWords(condition))});
   candidates.push_back(head);
-  const double margin = (size.height() - body) / 2;
-  return zstack({tile(TileContent{.ground = sky.top, .groundEnd = sky.bottom}, size),
-                 firstFitting(std::move(candidates))
-                     .opacity(weather.isStale ? 0.5 : 1)
-                     .fill()
-                     .padding(margin + body * 0.08)})
-      .frame(size.width(), size.height());
+  return skyTile(weather, firstFitting(std::move(candidates)), size);
 }
 
 AnyView forecastTile(const WeatherSnapshot& weather, const TileSize& size) {
-  const Sky sky = skyOf(weather);
-  const double room = size.body() * 0.88;
-  return zstack({tile(TileContent{.ground = sky.top, .groundEnd = sky.bottom}, size),
-                 forecastColumns(weather, size, room, 3).opacity(weather.isStale ? 0.5 : 1)})
-      .frame(size.width(), size.height());
+  const double room = size.body() * 0.9;
+  const double width = columnWidth(*weather.reading, columnPoints(size));
+  const auto count = std::clamp<std::size_t>(static_cast<std::size_t>(room / width), 1, 3);
+  return skyTile(weather, forecastColumns(weather, size, count, room / static_cast<double>(count)),
+                 size);
 }
 
 AnyView readingTile(const WeatherSnapshot& weather, const TileSize& size) {
@@ -233,6 +287,64 @@ AnyView readingTile(const WeatherSnapshot& weather, const TileSize& size) {
     break;
   }
   return currentTile(weather, size);
+}
+
+/// Where the widget stands without a reading, in words as long as the room allows.
+AnyView wideStanding(const WeatherSnapshot& weather, const TileSize& size) {
+  const QColor ground = groundOf(skyOf(weather));
+  const double body = size.body();
+  const QString name =
+      weather.hasPlace() ? utf8(weather.settings.cityName.value_or("Weather")) : QString("Weather");
+  const Text title = text(name)
+                         .size(std::max(body * 0.22, minimumTypeSize))
+                         .weight(FontWeight::semibold)
+                         .colour(palette::figure(ground));
+  const auto line = [&](const char* words) {
+    return text(words)
+        .size(std::max(body * 0.18, minimumTypeSize))
+        .colour(palette::caption(ground));
+  };
+  const auto below = [&](const Text& words) -> AnyView {
+    return vstack({title, words}).align(Alignment::leading).spacing(body * 0.03);
+  };
+  if (!weather.hasPlace())
+    return firstFitting({below(line("Choose a city").figure()), line("Choose a city").lines(2)});
+  if (!weather.failed || weather.isLoading)
+    return below(line("Loading"));
+  return firstFitting({below(line("No forecast now").figure()), below(line("No forecast").figure()),
+                       line("No forecast").lines(2)});
+}
+
+/// Words and temperature; the city and the felt temperature where there is room for them.
+AnyView wideLines(const WeatherSnapshot& weather, const TileSize& size) {
+  const auto& reading = *weather.reading;
+  const QColor ground = groundOf(skyOf(weather));
+  const double body = size.body();
+  const auto line = [&](const QString& words) {
+    return text(words)
+        .size(std::max(body * 0.17, minimumTypeSize))
+        .weight(FontWeight::medium)
+        .colour(palette::figure(ground));
+  };
+  const QString city = utf8(weather.settings.cityName.value_or(""));
+  const QString words = utf8(WeatherWords::describe(reading.condition));
+  std::vector<AnyView> first;
+  if (!city.isEmpty() && size.span > 2)
+    first.push_back(line(city + " · " + words).figure());
+  first.push_back(line(words).figure());
+  first.push_back(line(briefWords(reading.condition)).figure());
+  // The symbol says it too.
+  first.push_back({});
+  const AnyView degrees = figureText(temperatureOf(reading), body * 0.32, palette::figure(ground));
+  AnyView figure = degrees;
+  if (const auto apparent = apparentOf(weather); apparent && size.hasCaption())
+    figure = firstFitting({hstack({degrees, feelsLine(*apparent, weather, size)})
+                               .spacing(body * 0.06)
+                               .align(Alignment::bottom),
+                           degrees});
+  return vstack({firstFitting(std::move(first)), figure})
+      .align(Alignment::leading)
+      .spacing(body * 0.04);
 }
 
 } // namespace
@@ -255,7 +367,6 @@ AnyView weatherTileIcon(const WeatherSnapshot& weather, const TileSize& size) {
 AnyView weatherWideTile(const WeatherSnapshot& weather, const TileSize& size) {
   const Sky sky = skyOf(weather);
   const QColor ground = groundOf(sky);
-  const double body = size.body();
   WideTileContent content;
   content.ground = sky.top;
   content.groundEnd = sky.bottom;
@@ -264,51 +375,23 @@ AnyView weatherWideTile(const WeatherSnapshot& weather, const TileSize& size) {
   if (!weather.hasPlace() || !weather.reading) {
     content.mark =
         symbol(weather.hasPlace() ? "cloud.sun.fill" : "location").colour(palette::figure(ground));
-    content.caption = weather.hasPlace() ? utf8(weather.settings.cityName.value_or("Weather"))
-                                         : QString("Weather");
-    content.middle = vstack({text(content.caption)
-                                 .size(std::max(body * 0.22, minimumTypeSize))
-                                 .weight(FontWeight::semibold)
-                                 .colour(palette::figure(ground)),
-                             text(!weather.hasPlace()                    ? "Choose a city"
-                                  : weather.failed && !weather.isLoading ? "No forecast now"
-                                                                         : "Loading")
-                                 .size(std::max(body * 0.18, minimumTypeSize))
-                                 .colour(palette::caption(ground))})
-                         .align(Alignment::leading);
-    content.state = !weather.hasPlace()                    ? TileState::live
-                    : weather.failed && !weather.isLoading ? TileState::cannot
-                                                           : TileState::waiting;
+    content.middle = wideStanding(weather, size);
+    content.state = standingOf(weather);
     return wideTile(content, size);
   }
   const auto& reading = *weather.reading;
   content.mark = conditionSymbol(reading.condition, reading.isDay, ground);
   content.state = weather.isStale ? TileState::waiting : TileState::live;
-  const QString city = utf8(weather.settings.cityName.value_or(""));
-  const QString words = utf8(WeatherWords::describe(reading.condition));
-  const auto apparent = apparentOf(weather);
-  const AnyView degrees = figureText(temperatureOf(reading), body * 0.32, palette::figure(ground));
-  AnyView figure = degrees;
-  if (apparent && (size.span > 2 || size.hasCaption()))
-    figure =
-        hstack({degrees, wordText("Feels " + *apparent, body * 0.15, palette::caption(ground))
-                             .frame({.minWidth = std::max(body * 0.15, minimumTypeSize) * 4.6})})
-            .spacing(body * 0.06)
-            .align(Alignment::bottom);
-  const AnyView lines =
-      vstack({text(city.isEmpty() || size.span == 2 ? words : city + " · " + words)
-                  .size(std::max(body * 0.17, minimumTypeSize))
-                  .weight(FontWeight::medium)
-                  .colour(palette::figure(ground)),
-              figure})
-          .align(Alignment::leading)
-          .spacing(body * 0.02);
+  content.middle = wideLines(weather, size);
   if (size.span > 2) {
-    const double room = body * 0.4 * std::min(size.span + 0.0, 5.0);
-    content.middle = hstack({lines, spacer(body * 0.1),
-                             forecastColumns(weather, size, room, WeatherService::forecastDays)});
-  } else {
-    content.middle = lines;
+    // On three tiles the felt temperature takes the room of a day.
+    const int days = size.span == 3 && apparentOf(weather) ? 2 : size.span;
+    const auto count = static_cast<std::size_t>(std::min(days, WeatherService::forecastDays));
+    // The gap belongs to the columns: a spacer's least is not kept for it.
+    const AnyView columns =
+        forecastColumns(weather, size, count, columnWidth(reading, columnPoints(size)) * 1.1);
+    content.middle =
+        hstack({content.middle, spacer(), columns.padding({size.body() * 0.1, 0, 0, 0})});
   }
   return wideTile(content, size);
 }

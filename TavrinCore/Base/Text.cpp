@@ -43,6 +43,14 @@ std::string_view trimmed(std::string_view text) {
   return text.substr(static_cast<std::size_t>(start), static_cast<std::size_t>(end - start));
 }
 
+std::string_view beginning(std::string_view text, std::size_t longest) {
+  if (text.size() <= longest)
+    return text;
+  while (longest > 0 && U8_IS_TRAIL(text[longest]))
+    --longest;
+  return text.substr(0, longest);
+}
+
 bool isUTF8(std::string_view text) {
   int32_t length = 0;
   UErrorCode error = U_ZERO_ERROR;

@@ -59,10 +59,7 @@ std::optional<std::string> label(const JSONValue* value) {
   const auto* text = value != nullptr ? value->string() : nullptr;
   if (text == nullptr || trimmed(*text).empty())
     return std::nullopt;
-  std::string_view cut = trimmed(*text).substr(0, longestText);
-  while (cut.size() == longestText && (static_cast<unsigned char>(cut.back()) & 0x80) != 0)
-    cut.remove_suffix(1);
-  return std::string(cut);
+  return std::string(beginning(trimmed(*text), longestText));
 }
 
 /// The beginning of a day such as "2026-03-09".
@@ -130,7 +127,7 @@ std::optional<std::string> WeatherService::searchURL(std::string_view city,
   if (characterCount(name) < 2)
     return std::nullopt;
   return fmt::format("{}?name={}&count={}&language={}&format=json", endpoint,
-                     percentEncoded(name.substr(0, longestText)), searchCount,
+                     percentEncoded(beginning(name, longestText)), searchCount,
                      percentEncoded(language));
 }
 

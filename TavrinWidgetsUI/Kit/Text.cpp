@@ -114,6 +114,9 @@ QSizeF Text::measure(ViewContext& context, const QSizeF& offer) const {
   if (lineLimit > 1 && offer.width() > 0 && offer.width() < unbounded) {
     const auto [parts, size] = context.text.lines(string, fontWeight, pointSize, leastSize(*this),
                                                   offer.width(), linesIn(*this, offer.height()));
+    // Too long for its lines: wider than the room, so that another candidate is taken.
+    if (figureMinimum && parts.back().endsWith(u'…') && !string.endsWith(u'…'))
+      return {offer.width() + 1, line * double(parts.size())};
     double widest = 0;
     for (const QString& part : parts)
       widest = std::max(widest, context.text.width(part, fontWeight, size, Digits::proportional));

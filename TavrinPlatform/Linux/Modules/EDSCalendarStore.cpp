@@ -1,15 +1,15 @@
 #include "TavrinPlatform/Linux/Modules/EDSCalendarStore.h"
 
+#include "TavrinPlatform/Linux/Modules/CalendarInstances.h"
+
 #include <algorithm>
-#include <cmath>
+#include <iterator>
 
 namespace tavrin {
 namespace {
 
 using Entity = CalendarStore::Entity;
 
-/// Of one calendar; a week has a hundredth of it.
-constexpr std::size_t mostInstances = 20'000;
 /// "Do not wait for the connected state", which local calendars never tell.
 constexpr auto withoutWaiting = static_cast<guint32>(-1);
 
@@ -37,24 +37,6 @@ std::optional<std::string> colourOf(ESource* source, Entity entity) {
       colour != nullptr && *colour == '#' ? std::optional(std::string(colour)) : std::nullopt;
   g_free(colour);
   return hex;
-}
-
-/// What one calendar's instances are gathered in.
-struct Gathering {
-  std::vector<CalendarEvent>& events;
-  std::optional<std::string> colorHex;
-  DateInterval range;
-  std::size_t count = 0;
-};
-
-gboolean gather(ICalComponent* component, ICalTime* start, ICalTime* end, gpointer data,
-                GCancellable*, GError**) {
-  auto& gathering = *static_cast<Gathering*>(data);
-  auto event = eventFrom(component, start, end, gathering.colorHex);
-  if (event && event->start < gathering.range.end &&
-      (event->end > gathering.range.start || event->start == gathering.range.start))
-    gathering.events.push_back(std::move(*event));
-  return ++gathering.count < mostInstances;
 }
 
 } // namespace
@@ -280,12 +262,20 @@ void EDSCalendarStore::readEvents(const std::string& uid, DateInterval range,
   ECalClient* client = open(uid, Entity::events);
   if (client == nullptr)
     return;
-  Gathering gathering{events, colourOf(e_client_get_source(E_CLIENT(client)), Entity::events),
-                      range};
-  e_cal_client_generate_instances_sync(client,
-                                       static_cast<time_t>(std::floor(range.start.unixSeconds())),
-                                       static_cast<time_t>(std::ceil(range.end.unixSeconds())),
-                                       thread_->cancellable(), gather, &gathering);
+  GSList* components = nullptr;
+  for (const auto& query : queriesFor(range)) {
+    ErrorSlot error;
+    GSList* found = nullptr;
+    e_cal_client_get_object_list_sync(client, query.c_str(), &found, thread_->cancellable(),
+                                      error.out());
+    components = g_slist_concat(found, components);
+  }
+  auto instances = instancesOf(components, range,
+                               colourOf(e_client_get_source(E_CLIENT(client)), Entity::events),
+                               {e_cal_client_tzlookup_cb, client,
+                                e_cal_client_get_default_timezone(client), thread_->cancellable()});
+  g_slist_free_full(components, g_object_unref);
+  std::move(instances.begin(), instances.end(), std::back_inserter(events));
 }
 
 std::vector<Reminder> EDSCalendarStore::readReminders(const std::string& listID) {
