@@ -3,18 +3,18 @@
 #include "TavrinCore/Base/Log.h"
 #include "TavrinPlatform/Application.h"
 #include "TavrinPlatform/Clock.h"
-#include "TavrinPlatform/ConnectedDevices.h"
 #include "TavrinPlatform/ColourSampler.h"
+#include "TavrinPlatform/ConnectedDevices.h"
 #include "TavrinPlatform/DistributedNotificationCenter.h"
 #include "TavrinPlatform/DockGeometry.h"
 #include "TavrinPlatform/FanHelperClient.h"
 #include "TavrinPlatform/FileManager.h"
 #include "TavrinPlatform/HostStatistics.h"
 #include "TavrinPlatform/InputBlocker.h"
-#include "TavrinPlatform/PowerSources.h"
 #include "TavrinPlatform/Keychain.h"
 #include "TavrinPlatform/MainBundle.h"
 #include "TavrinPlatform/Pasteboard.h"
+#include "TavrinPlatform/PowerSources.h"
 #include "TavrinPlatform/ProcessRunner.h"
 #include "TavrinPlatform/RunLoop.h"
 #include "TavrinPlatform/SoundPlayer.h"
@@ -29,6 +29,8 @@ class DockTile;
 class HTTPClient;
 class SMCAccess;
 class PanelPopover;
+class FolderWatch;
+class UserFiles;
 
 /// All services of one desktop. A member is made when it is first asked for.
 class Platform {
@@ -41,6 +43,8 @@ public:
   virtual Application& application() = 0;
   virtual MainBundle& mainBundle() = 0;
   virtual FileManager& fileManager() = 0;
+  virtual UserFiles& userFiles() = 0;
+  virtual FolderWatch& folderWatch() = 0;
   virtual UserDefaults& userDefaults() = 0;
   virtual DistributedNotificationCenter& notifications() = 0;
   virtual DockTile& dockTile() = 0;

@@ -5,10 +5,9 @@
 #include "TavrinWidgetsUI/Kit/PanelControls.h"
 #include "TavrinWidgetsUI/Kit/PanelList.h"
 #include "TavrinWidgetsUI/Kit/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Thumbnail.h"
 
-#include <QBuffer>
 #include <QDateTime>
-#include <QImageReader>
 #include <QLocale>
 #include <algorithm>
 
@@ -18,21 +17,11 @@ namespace {
 constexpr int visibleRows = 8;
 constexpr int thumbnailSide = 64;
 constexpr std::size_t mostThumbnails = 128;
-constexpr int mostMegabytes = 256;
 
 } // namespace
 
 QImage clipboardThumbnail(const Data& data, int side) {
-  QByteArray bytes =
-      QByteArray::fromRawData(data.view().data(), static_cast<qsizetype>(data.bytes.size()));
-  QBuffer buffer(&bytes);
-  QImageReader reader(&buffer);
-  const QSize size = reader.size();
-  if (!size.isValid() ||
-      qint64{size.width()} * size.height() * 4 > qint64{mostMegabytes} * 1024 * 1024)
-    return {};
-  reader.setScaledSize(size.scaled(side, side, Qt::KeepAspectRatio).expandedTo({1, 1}));
-  return reader.read();
+  return tavrin::thumbnail(data.view(), side);
 }
 
 ClipboardPanelView::ClipboardPanelView(const PanelAppearance& appearance, ClipboardModel& model,
