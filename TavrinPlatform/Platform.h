@@ -30,6 +30,8 @@ class DockTile;
 class HTTPClient;
 class SMCAccess;
 class PanelPopover;
+class FolderWatch;
+class UserFiles;
 
 /// All services of one desktop. A member is made when it is first asked for.
 class Platform {
@@ -42,6 +44,8 @@ public:
   virtual Application& application() = 0;
   virtual MainBundle& mainBundle() = 0;
   virtual FileManager& fileManager() = 0;
+  virtual UserFiles& userFiles() = 0;
+  virtual FolderWatch& folderWatch() = 0;
   virtual UserDefaults& userDefaults() = 0;
   virtual DistributedNotificationCenter& notifications() = 0;
   virtual DockTile& dockTile() = 0;

@@ -2,15 +2,18 @@
 
 #include "TavrinCore/Widgets/DockSlot.h"
 #include "TavrinPlatform/DockTile.h"
-#include "TavrinSlot/ClaudeUsageWidget.h"
-#include "TavrinSlot/GitHubWidget.h"
 #include "TavrinSlot/CalendarWidget.h"
-#include "TavrinSlot/FanWidget.h"
-#include "TavrinSlot/KeyboardLockWidget.h"
+#include "TavrinSlot/ClaudeUsageWidget.h"
 #include "TavrinSlot/ClipboardWidget.h"
 #include "TavrinSlot/ColourWidget.h"
+#include "TavrinSlot/FanWidget.h"
+#include "TavrinSlot/FileRollWidget.h"
+#include "TavrinSlot/GitHubWidget.h"
+#include "TavrinSlot/KeyboardLockWidget.h"
 #include "TavrinSlot/NoteWidget.h"
 #include "TavrinSlot/PomodoroWidget.h"
+#include "TavrinSlot/ScreenshotWidget.h"
+#include "TavrinSlot/ShelfWidget.h"
 #include "TavrinSlot/SystemWidget.h"
 #include "TavrinSlot/TimerWidget.h"
 #include "TavrinSlot/UnavailableWidget.h"
@@ -78,8 +81,15 @@ void SlotApp::applicationDidResignActive() {
   panel_.closeIfShown();
 }
 
-bool SlotApp::applicationOpenFiles(const std::vector<std::filesystem::path>&) {
-  return false; // no kind of this build takes files
+bool SlotApp::applicationOpenFiles(const std::vector<std::filesystem::path>& paths) {
+  if (!widget_)
+    return false;
+  if (widget_->kind.get<ShelfSettings>() != nullptr) {
+    if (auto* controller = dynamic_cast<ShelfWidgetController*>(controller_.get()))
+      controller->write(shelf::adding(controller->settings(), paths));
+    return true;
+  }
+  return false;
 }
 
 void SlotApp::openStore() {
@@ -159,6 +169,12 @@ std::unique_ptr<WidgetController> SlotApp::makeController(const DockWidget& widg
           return std::make_unique<ClipboardWidgetController>(context_, widget);
         else if constexpr (std::is_same_v<S, ColourPickerSettings>)
           return std::make_unique<ColourWidgetController>(context_, widget);
+        else if constexpr (std::is_same_v<S, ScreenshotSettings>)
+          return std::make_unique<ScreenshotWidgetController>(context_, widget);
+        else if constexpr (std::is_same_v<S, FilesSettings>)
+          return std::make_unique<FileRollWidgetController>(context_, widget);
+        else if constexpr (std::is_same_v<S, ShelfSettings>)
+          return std::make_unique<ShelfWidgetController>(context_, widget);
         else
           return std::make_unique<UnavailableWidgetController>(context_, widget);
       },

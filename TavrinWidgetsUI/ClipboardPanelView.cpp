@@ -5,7 +5,7 @@
 #include "TavrinWidgetsUI/Kit/PanelControls.h"
 #include "TavrinWidgetsUI/Kit/PanelList.h"
 #include "TavrinWidgetsUI/Kit/PanelText.h"
-#include "TavrinWidgetsUI/Thumbnail.h"
+#include "TavrinWidgetsUI/Kit/Thumbnail.h"
 
 #include <QDateTime>
 #include <QLocale>
@@ -122,7 +122,7 @@ QImage ClipboardPanelView::thumbnail(const ClipboardEntryPtr& entry) {
   thumbnails_.emplace(entry->item.id, QImage());
   const auto picture = std::make_shared<QImage>();
   services_.runLoop.background(
-      [entry, picture, &bytes = *data] { *picture = tavrin::thumbnail(bytes, thumbnailSide); },
+      [entry, picture, &bytes = *data] { *picture = tavrin::thumbnail(bytes.view(), thumbnailSide); },
       alive_,
       [this, id = entry->item.id, picture] {
         if (picture->isNull())

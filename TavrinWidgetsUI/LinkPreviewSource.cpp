@@ -2,7 +2,7 @@
 
 #include "TavrinCore/Base/Text.h"
 #include "TavrinCore/Kinds/PagePreview.h"
-#include "TavrinWidgetsUI/Thumbnail.h"
+#include "TavrinWidgetsUI/Kit/Thumbnail.h"
 
 #include <QUrl>
 #include <algorithm>
@@ -92,7 +92,7 @@ void LinkPreviewSource::Fetch::takeImage(const PublicHTTPResponse& response) {
   }
   const auto image = std::make_shared<std::optional<Data>>();
   services_.runLoop.background(
-      [image, body = response.body] { *image = thumbnailFile(Data::fromText(body), imageSide); },
+      [image, body = response.body] { *image = packedThumbnail(body, imageSide); },
       alive_,
       [this, image] {
         preview_.image = std::move(*image);

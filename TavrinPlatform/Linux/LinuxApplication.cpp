@@ -1,5 +1,6 @@
 #include "TavrinPlatform/Linux/LinuxApplication.h"
 
+#include "TavrinCore/Base/FileURL.h"
 #include "TavrinPlatform/Linux/BusProperties.h"
 
 #include <QCoreApplication>
@@ -30,9 +31,8 @@ extern "C" void noteSignal(int) {
 std::vector<std::filesystem::path> localFiles(const std::vector<std::string>& addresses) {
   std::vector<std::filesystem::path> paths;
   for (const auto& address : addresses) {
-    const QUrl url(QString::fromStdString(address));
-    if (url.isLocalFile())
-      paths.emplace_back(url.toLocalFile().toStdString());
+    if (const auto path = pathOfFileURL(address))
+      paths.emplace_back(*path);
   }
   return paths;
 }
@@ -104,8 +104,7 @@ void LinuxApplication::handOver() {
   if (!paths.empty()) {
     sd_bus_message_open_container(message.get(), 'a', "s");
     for (const auto& file : paths) {
-      const auto url = QUrl::fromLocalFile(QString::fromStdString(file.string()));
-      message.append("s", url.toEncoded().constData());
+      message.append("s", fileURL(file.native()).c_str());
     }
     sd_bus_message_close_container(message.get());
   }

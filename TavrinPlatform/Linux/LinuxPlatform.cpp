@@ -13,11 +13,13 @@
 #include "TavrinPlatform/Linux/LinuxDockGeometry.h"
 #include "TavrinPlatform/Linux/LinuxDockTile.h"
 #include "TavrinPlatform/Linux/LinuxFileManager.h"
+#include "TavrinPlatform/Linux/LinuxFolderWatch.h"
 #include "TavrinPlatform/Linux/LinuxHostStatistics.h"
 #include "TavrinPlatform/Linux/LinuxInputBlocker.h"
 #include "TavrinPlatform/Linux/LinuxMainBundle.h"
 #include "TavrinPlatform/Linux/LinuxNotificationCenter.h"
 #include "TavrinPlatform/Linux/LinuxSystemLog.h"
+#include "TavrinPlatform/Linux/LinuxUserFiles.h"
 #include "TavrinPlatform/Linux/LinuxWorkspace.h"
 #include "TavrinPlatform/Linux/MemoryRelease.h"
 #include "TavrinPlatform/Linux/Module.h"
@@ -75,6 +77,8 @@ public:
   Application& application() override { return *application_; }
   MainBundle& mainBundle() override { return bundle_; }
   FileManager& fileManager() override { return files_; }
+  UserFiles& userFiles() override;
+  FolderWatch& folderWatch() override;
   UserDefaults& userDefaults() override;
   DistributedNotificationCenter& notifications() override;
   DockTile& dockTile() override;
@@ -123,6 +127,8 @@ private:
   UPowerSources powerSources_{[this] { return systemBus(); }};
   BusConnectedDevices connectedDevices_{[this] { return systemBus(); }, powerSources_};
   std::unique_ptr<LinuxApplication> application_;
+  std::unique_ptr<LinuxUserFiles> userFiles_;
+  std::unique_ptr<LinuxFolderWatch> folderWatch_;
   std::unique_ptr<JSONUserDefaults> defaults_;
   std::unique_ptr<BusNotificationCenter> notifications_;
   std::unique_ptr<LinuxWorkspace> workspace_;
@@ -178,6 +184,17 @@ UserDefaults& LinuxPlatform::userDefaults() {
     }
     return std::make_unique<JSONUserDefaults>(file, log_);
   });
+}
+
+UserFiles& LinuxPlatform::userFiles() {
+  return lazily(userFiles_, [this] {
+    return std::make_unique<LinuxUserFiles>(files_, bus_.get(),
+                                            [this]() -> Workspace& { return workspace(); });
+  });
+}
+
+FolderWatch& LinuxPlatform::folderWatch() {
+  return lazily(folderWatch_, [this] { return std::make_unique<LinuxFolderWatch>(*runLoop_); });
 }
 
 DistributedNotificationCenter& LinuxPlatform::notifications() {

@@ -1,5 +1,6 @@
 #include "TavrinPlatform/Linux/LinuxWorkspace.h"
 
+#include "TavrinCore/Base/FileURL.h"
 #include "TavrinPlatform/Linux/BusProperties.h"
 #include "TavrinPlatform/Linux/InterfaceFont.h"
 #include "TavrinPlatform/Linux/SystemMonitorEntry.h"
@@ -91,7 +92,7 @@ void LinuxWorkspace::open(const std::string& target) {
   if (session_ == nullptr || !session_->isOpen())
     return;
   BusMessage message = session_->method(opener, "OpenURI");
-  const std::string address = target.starts_with('/') ? "file://" + target : target;
+  const std::string address = target.starts_with('/') ? fileURL(target) : target;
   session_->send(message.append("ssa{sv}", "", address.c_str(), 0));
 }
 

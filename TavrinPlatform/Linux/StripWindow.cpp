@@ -1,5 +1,6 @@
 #include "TavrinPlatform/Linux/StripWindow.h"
 
+#include "TavrinCore/Base/FileURL.h"
 #include "TavrinPlatform/Linux/TileAccessibility.h"
 #include "TavrinPlatform/Linux/X11.h"
 
@@ -9,7 +10,6 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QToolTip>
-#include <QUrl>
 #include <algorithm>
 #include <cmath>
 #include <cstring>
@@ -207,17 +207,20 @@ bool StripWindow::event(QEvent* event) {
 
 bool StripWindow::handleDrag(QEvent* event) {
   auto* drag = static_cast<QDropEvent*>(event);
-  std::vector<std::filesystem::path> paths;
-  for (const auto& url : drag->mimeData()->urls())
-    if (url.isLocalFile())
-      paths.emplace_back(url.toLocalFile().toStdString());
-  bool isAccepted = !paths.empty() && onDrop;
+  const QByteArray list = drag->mimeData()->data(QStringLiteral("text/uri-list"));
+  const auto paths = pathsOfURIList({list.constData(), static_cast<std::size_t>(list.size())});
+  const auto action = drag->possibleActions().testFlag(Qt::CopyAction) ? Qt::CopyAction
+                                                                       : Qt::LinkAction;
+  bool isAccepted = !paths.empty() && onDrop && drag->possibleActions().testFlag(action);
   if (isAccepted && event->type() == QEvent::Drop)
     isAccepted = onDrop(paths);
-  if (isAccepted)
-    drag->acceptProposedAction();
-  else
+  // Never as a move: its source would then delete the files.
+  if (isAccepted) {
+    drag->setDropAction(action);
+    drag->accept();
+  } else {
     drag->ignore();
+  }
   return true;
 }
 

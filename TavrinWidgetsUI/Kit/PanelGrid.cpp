@@ -8,8 +8,11 @@
 #include "TavrinWidgetsUI/Kit/PanelStyle.h"
 
 #include <QAbstractItemDelegate>
+#include <QContextMenuEvent>
 #include <QGuiApplication>
 #include <QKeyEvent>
+#include <QMenu>
+#include <utility>
 
 namespace tavrin {
 
@@ -20,8 +23,16 @@ public:
   using QAbstractListModel::QAbstractListModel;
 
   void set(std::vector<PanelCell> cells) {
-    if (!make_ && cells == cells_)
+    if (!make_ && cells.size() == cells_.size()) {
+      for (int i = 0; i < count_; ++i) {
+        const auto at = static_cast<std::size_t>(i);
+        if (cells_[at] == cells[at])
+          continue;
+        cells_[at] = std::move(cells[at]);
+        emit dataChanged(index(i), index(i));
+      }
       return;
+    }
     beginResetModel();
     make_ = nullptr;
     cells_ = std::move(cells);
@@ -69,6 +80,8 @@ void paintContent(QPainter& painter, const PanelCell& cell, const QRectF& rect,
     target.moveCenter(rect.center());
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
     painter.drawImage(target, cell.image);
+    painter.setPen(QPen(colours.hairline, 1));
+    painter.drawRect(target.adjusted(0.5, 0.5, -0.5, -0.5));
   } else if (cell.colour.isValid()) {
     const QColor fill = over(cell.colour, colours.ground);
     panelPaint::rounded(painter, rect.adjusted(4, 4, -4, -4), panel::cornerRadius, fill,
@@ -96,13 +109,15 @@ public:
     const PanelPalette colours = PanelPalette::from(grid_->palette());
     const QRectF rect = QRectF(option.rect).adjusted(1, 1, -1, -1);
     const bool hover = option.state.testFlag(QStyle::State_MouseOver);
+    const bool isChosen =
+        cell.isChecked || (grid_->opensOnDoubleClick() && grid_->currentIndex() == index);
     const bool pressed = hover && QGuiApplication::mouseButtons().testFlag(Qt::LeftButton);
     painter->save();
     panelPaint::rounded(*painter, rect, panel::cornerRadius,
-                        pressed          ? colours.rowPressed
-                        : cell.isChecked ? colours.rowSelected
-                        : hover          ? colours.rowHover
-                                         : QColor());
+                        pressed    ? colours.rowPressed
+                        : isChosen ? colours.rowSelected
+                        : hover    ? colours.rowHover
+                                   : QColor());
     paintContent(*painter, cell, rect, colours);
     if (cell.isChecked) {
       const QRectF badge(rect.right() - 15, rect.bottom() - 15, 14, 14);
@@ -191,9 +206,19 @@ void PanelGrid::applySide() {
   updateGeometry();
 }
 
+void PanelGrid::setOpensOnDoubleClick(bool opens) {
+  opensOnDoubleClick_ = opens;
+  viewport()->update();
+}
+
 void PanelGrid::keyPressEvent(QKeyEvent* event) {
   const int key = event->key();
-  if (key != Qt::Key_Return && key != Qt::Key_Enter && key != Qt::Key_Space) {
+  const bool hasCurrent = currentIndex().isValid();
+  if (event->matches(QKeySequence::Copy) && onCopy && hasCurrent) {
+    onCopy(currentCell());
+  } else if ((key == Qt::Key_Delete || key == Qt::Key_Backspace) && onRemove && hasCurrent) {
+    onRemove(currentCell());
+  } else if (key != Qt::Key_Return && key != Qt::Key_Enter && key != Qt::Key_Space) {
     QListView::keyPressEvent(event);
   } else if (onOpen && currentIndex().isValid()) {
     onOpen(currentCell());
@@ -205,8 +230,56 @@ void PanelGrid::keyPressEvent(QKeyEvent* event) {
 void PanelGrid::mouseReleaseEvent(QMouseEvent* event) {
   QListView::mouseReleaseEvent(event);
   const QModelIndex index = indexAt(event->position().toPoint());
-  if (event->button() == Qt::LeftButton && index.isValid() && onOpen)
+  pressed_ = QModelIndex();
+  if (event->button() == Qt::LeftButton && index.isValid() && onOpen && !opensOnDoubleClick_)
     onOpen(index.row());
+}
+
+void PanelGrid::mousePressEvent(QMouseEvent* event) {
+  if (event->button() == Qt::LeftButton) {
+    pressedAt_ = event->position().toPoint();
+    pressed_ = indexAt(pressedAt_);
+  }
+  QListView::mousePressEvent(event);
+}
+
+void PanelGrid::mouseMoveEvent(QMouseEvent* event) {
+  if (onDrag && pressed_.isValid() && isPanelDrag(*event, pressedAt_)) {
+    const QModelIndex dragged = std::exchange(pressed_, QPersistentModelIndex());
+    dragFiles(*this, dragged, onDrag(dragged.row()));
+    return;
+  }
+  QListView::mouseMoveEvent(event);
+}
+
+void PanelGrid::mouseDoubleClickEvent(QMouseEvent* event) {
+  const QModelIndex index = indexAt(event->position().toPoint());
+  if (!opensOnDoubleClick_)
+    QListView::mouseDoubleClickEvent(event);
+  else if (event->button() == Qt::LeftButton && index.isValid() && onOpen)
+    onOpen(index.row());
+}
+
+void PanelGrid::contextMenuEvent(QContextMenuEvent* event) {
+  const bool byKey = event->reason() == QContextMenuEvent::Keyboard;
+  const QPersistentModelIndex index =
+      byKey ? currentIndex() : indexAt(viewport()->mapFromGlobal(event->globalPos()));
+  if (!index.isValid() || actions_.isEmpty())
+    return;
+  auto* menu = new QMenu(this);
+  menu->setAttribute(Qt::WA_DeleteOnClose);
+  for (int i = 0; i < static_cast<int>(actions_.size()); ++i)
+    menu->addAction(actions_[i], this, [this, index, i] {
+      if (index.isValid() && onAction)
+        onAction(index.row(), i);
+    });
+  menu->popup(byKey ? viewport()->mapToGlobal(visualRect(index).center()) : event->globalPos());
+}
+
+void PanelGrid::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
+  QListView::currentChanged(current, previous);
+  if (onCurrentChange)
+    onCurrentChange(current.row());
 }
 
 void PanelGrid::focusInEvent(QFocusEvent* event) {

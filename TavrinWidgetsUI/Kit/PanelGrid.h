@@ -4,6 +4,7 @@
 #include <QColor>
 #include <QImage>
 #include <QListView>
+#include <filesystem>
 #include <functional>
 #include <vector>
 
@@ -40,16 +41,36 @@ public:
   /// The grid asks for no more than so many rows' height and then scrolls.
   void setMaximumVisibleRows(int rows);
   int columns() const { return columns_; }
+  /// A click makes a square the current one, which is then seen; a double click opens it.
+  void setOpensOnDoubleClick(bool opens);
+  bool opensOnDoubleClick() const { return opensOnDoubleClick_; }
+  /// What can be done with a square, in its menu.
+  void setActions(QStringList names) { actions_ = std::move(names); }
 
   /// A square was clicked, or Return or Space pressed on it.
   std::function<void(int index)> onOpen;
+  /// Another square is the current one; -1 for none.
+  std::function<void(int index)> onCurrentChange;
+  /// Of `setActions`.
+  std::function<void(int index, int action)> onAction;
+  /// Delete was pressed on a square.
+  std::function<void(int index)> onRemove;
+  /// Copying was asked for by the keyboard.
+  std::function<void(int index)> onCopy;
+  /// The files a square stands for, when it is dragged; without it squares cannot be dragged.
+  std::function<std::vector<std::filesystem::path>(int index)> onDrag;
 
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override;
 
 protected:
   void keyPressEvent(QKeyEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
+  void contextMenuEvent(QContextMenuEvent* event) override;
+  void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
   void focusInEvent(QFocusEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
 
@@ -59,6 +80,10 @@ private:
 
   int columns_;
   int maximumRows_ = 6;
+  bool opensOnDoubleClick_ = false;
+  QStringList actions_;
+  QPersistentModelIndex pressed_;
+  QPoint pressedAt_;
 };
 
 } // namespace tavrin

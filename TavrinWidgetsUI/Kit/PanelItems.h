@@ -1,11 +1,28 @@
 #pragma once
 
+#include <QPoint>
+#include <filesystem>
+#include <string>
+#include <vector>
+
 class QListView;
+class QModelIndex;
+class QMouseEvent;
 
 namespace tavrin {
 
 /// What lists and grids in panels have in common: no frame and no ground of their own, one Tab
 /// stop, scrolling by points, hover.
 void setUpPanelItems(QListView& view);
+
+/// Whether the pointer has been moved far enough from `pressed`, its left button held, to mean a
+/// drag.
+bool isPanelDrag(const QMouseEvent& event, QPoint pressed);
+/// Drags files out of the panel, as copies, under a picture of the item at `index`. Returns at
+/// once; nothing happens without files.
+void dragFiles(const QListView& view, const QModelIndex& index,
+               const std::vector<std::filesystem::path>& files);
+/// Files as programs hand them to each other, a "text/uri-list".
+std::string uriList(const std::vector<std::filesystem::path>& files);
 
 } // namespace tavrin

@@ -13,6 +13,7 @@
 #include <QMenu>
 #include <QScrollBar>
 #include <QToolTip>
+#include <utility>
 
 namespace tavrin {
 
@@ -130,6 +131,10 @@ void PanelList::trigger(const QModelIndex& index, int action) {
 
 void PanelList::keyPressEvent(QKeyEvent* event) {
   const QModelIndex index = currentIndex();
+  if (event->matches(QKeySequence::Copy) && onCopy && index.isValid()) {
+    onCopy(index.row());
+    return;
+  }
   const int actions = index.isValid() ? static_cast<int>(row(index.row()).actions.size()) : 0;
   const bool mirrored = layoutDirection() == Qt::RightToLeft;
   switch (event->key()) {
@@ -140,6 +145,8 @@ void PanelList::keyPressEvent(QKeyEvent* event) {
       event->ignore();
     } else if (action_ >= 0) {
       trigger(index, action_);
+    } else if (event->key() == Qt::Key_Space && onSpace) {
+      onSpace(index.row());
     } else {
       open(index);
     }
@@ -175,6 +182,7 @@ void PanelList::mousePressEvent(QMouseEvent* event) {
     return;
   pressed_ = index;
   pressedAction_ = actionAt(index, event->position().toPoint());
+  pressedAt_ = event->position().toPoint();
   update(index);
 }
 
@@ -196,8 +204,13 @@ void PanelList::mouseReleaseEvent(QMouseEvent* event) {
 
 void PanelList::mouseMoveEvent(QMouseEvent* event) {
   QListView::mouseMoveEvent(event);
-  if (!readOnly_)
-    update(indexAt(event->position().toPoint()));
+  if (readOnly_)
+    return;
+  update(indexAt(event->position().toPoint()));
+  if (onDrag && pressed_.isValid() && pressedAction_ < 0 && isPanelDrag(*event, pressedAt_)) {
+    const QModelIndex dragged = std::exchange(pressed_, QPersistentModelIndex());
+    dragFiles(*this, dragged, onDrag(dragged.row()));
+  }
 }
 
 void PanelList::focusInEvent(QFocusEvent* event) {

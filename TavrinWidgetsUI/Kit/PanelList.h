@@ -4,6 +4,7 @@
 #include <QColor>
 #include <QImage>
 #include <QListView>
+#include <filesystem>
 #include <functional>
 #include <vector>
 
@@ -41,6 +42,8 @@ struct PanelRow {
   bool isChecked = false;
   /// Done with: struck through and quieter.
   bool isDone = false;
+  /// Not seen yet: a dot of the accent before the title.
+  bool isNew = false;
   bool isEnabled = true;
   bool operator==(const PanelRow&) const = default;
 };
@@ -100,6 +103,12 @@ public:
   std::function<void(int row, int action)> onAction;
   /// Delete was pressed on a row.
   std::function<void(int row)> onRemove;
+  /// Space was pressed on a row; without it Space is as Return.
+  std::function<void(int row)> onSpace;
+  /// Copying was asked for by the keyboard.
+  std::function<void(int row)> onCopy;
+  /// The files a row stands for, when it is dragged; without it rows cannot be dragged.
+  std::function<std::vector<std::filesystem::path>(int row)> onDrag;
 
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override;
@@ -129,6 +138,7 @@ private:
   int action_ = -1;
   QPersistentModelIndex pressed_;
   int pressedAction_ = -1;
+  QPoint pressedAt_;
   bool readOnly_ = false;
   bool tall_ = false;
   bool hasSubtitles_ = false;

@@ -88,6 +88,13 @@ void RowPainting::paintWords() {
   QFont font = panelFont(PanelTextStyle::body);
   font.setStrikeOut(row.isDone);
   const QColor colour = row.isDone ? quietInk() : ink();
+  if (row.isNew) {
+    constexpr double side = 7;
+    QRectF dot(0, 0, side, side);
+    dot.moveCenter(room(left, side).center());
+    panelPaint::rounded(painter, dot, side / 2, colours.accent);
+    left += side + 6;
+  }
   const QRectF words = room(left, right - left);
   if (row.subtitle.isEmpty()) {
     panelPaint::line(painter, row.title, words, font, colour);

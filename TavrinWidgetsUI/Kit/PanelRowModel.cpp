@@ -12,6 +12,8 @@ QString spoken(const PanelRow& row) {
     words.append(row.subtitle);
   if (!row.trailing.isEmpty())
     words.append(row.unit.isEmpty() ? row.trailing : row.trailing + QLatin1Char(' ') + row.unit);
+  if (row.isNew)
+    words.append(QStringLiteral("new"));
   return words.join(QStringLiteral(", "));
 }
 

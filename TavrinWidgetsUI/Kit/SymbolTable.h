@@ -19,6 +19,7 @@ struct SymbolDrawing {
 inline constexpr auto symbolTable = std::to_array<SymbolDrawing>({
     {"airpodspro.chargingcase.wireless.fill",
      "f R3.6 7.4 16.8 12.6 5 k M4 12 H20 c O12 15.4 1.1 w1.8 s a12 8.4 5.4 -140 100"},
+    {"archivebox.fill", "f R2.6 3.6 18.8 5 1.6 R3.8 10 16.4 10.6 2.4 k M9.6 13.6 H14.4"},
     {"arrow.clockwise", "s a12 12.6 8 -48 -294 M17.4 2.2 V6.9 H12.7"},
     {"arrow.counterclockwise", "s a12 12.6 8 -132 294 M6.6 2.2 V6.9 H11.3"},
     {"arrow.down", "s M12 4 V19.4 M5.8 13.4 L12 19.8 L18.2 13.4"},
@@ -47,6 +48,8 @@ inline constexpr auto symbolTable = std::to_array<SymbolDrawing>({
     {"checkmark.circle.fill", "f O12 12 10 k M7.6 12.4 L10.7 15.5 L16.5 8.9"},
     {"chevron.down", "w2.2 s M5 8.5 L12 15.5 L19 8.5"},
     {"chevron.left", "w2.2 s M15 5 L8 12 L15 19"},
+    {"chevron.left.forwardslash.chevron.right",
+     "s M8 7 L3 12 L8 17 M16 7 L21 12 L16 17 M13.6 5 L10.4 19"},
     {"chevron.right", "w2.2 s M9 5 L16 12 L9 19"},
     {"chevron.up", "w2.2 s M5 15.5 L12 8.5 L19 15.5"},
     {"circle", "s O12 12 9"},
@@ -94,6 +97,9 @@ inline constexpr auto symbolTable = std::to_array<SymbolDrawing>({
     {"ellipsis", "f O5 12 2 O12 12 2 O19 12 2"},
     {"exclamationmark.triangle.fill",
      "b M12 4.2 L20.8 19.4 H3.2 Z k M12 9.4 V13.4 c O12 16.7 1.25"},
+    {"eye",
+     "s M2.4 12 C5 7.4 8.4 5.6 12 5.6 C15.6 5.6 19 7.4 21.6 12 C19 16.6 15.6 18.4 12 18.4 C8.4 "
+     "18.4 5 16.6 2.4 12 Z f O12 12 3"},
     {"eyedropper", "s M3.8 20.2 L4.9 16.4 L12.4 8.9 L15.1 11.6 L7.6 19.1 Z M11 6.6 L17.4 13 w4.6 s "
                    "M15.4 8.6 L18.2 5.8"},
     {"face.smiling", "s O12 12 9 f O8.9 9.8 1.3 O15.1 9.8 1.3 s a12 12.4 4.6 25 130"},
@@ -101,6 +107,9 @@ inline constexpr auto symbolTable = std::to_array<SymbolDrawing>({
      "f M12 12 C8.4 9.6 7.6 2.6 12.6 2.2 C17 2 16.4 7.6 12 12 Z M12 12 C14.4 8.4 21.4 7.6 21.8 "
      "12.6 C22 17 16.4 16.4 12 12 Z M12 12 C15.6 14.4 16.4 21.4 11.4 21.8 C7 22 7.6 16.4 12 12 Z "
      "M12 12 C9.6 15.6 2.6 16.4 2.2 11.4 C2 7 7.6 7.6 12 12 Z c O12 12 2.4 f O12 12 1.3"},
+    {"film",
+     "s R3 5 18 14 2.6 M7.6 5 V19 M16.4 5 V19 M3 9.6 H7.6 M3 14.4 H7.6 M16.4 9.6 H21 M16.4 14.4 "
+     "H21"},
     {"flag.fill", "s M5.2 3.2 V21.4 b M5.4 4.6 C8.6 3.2 10.8 3.6 13 4.7 C15 5.7 17 5.8 19.2 4.9 "
                   "V12.9 C17 13.8 15 13.7 13 12.7 C10.8 11.6 8.6 11.2 5.4 12.6 Z"},
     {"folder.fill", "f R2.4 6.6 19.2 13.6 2.8 R2.4 4 9 8 2.6 w1 b M10 5 L12.4 7.4 H8 Z"},
@@ -188,6 +197,7 @@ inline constexpr auto symbolTable = std::to_array<SymbolDrawing>({
     {"sun.max.fill",
      "f O12 12 4.8 s M20.2 12 L21.8 12 M17.8 17.8 L18.9 18.9 M12 20.2 L12 21.8 M6.2 17.8 L5.1 18.9 "
      "M3.8 12 L2.2 12 M6.2 6.2 L5.1 5.1 M12 3.8 L12 2.2 M17.8 6.2 L18.9 5.1"},
+    {"tablecells", "s R3 4.4 18 15.2 2.6 M3 9.6 H21 M3 14.6 H21 M9.6 9.6 V19.6"},
     {"thermometer",
      "s M9 14 V5.6 A12 5.6 3 180 180 V14 A12 17 4.2 -45 270 Z f O12 17 2.2 s M12 17 V9"},
     {"timer", "s a12 12 9 -90 285 M12 12 L8 7.6 M12 3 V5.6"},

@@ -183,6 +183,80 @@ TEST_F(PanelListTest, StatesLookDifferent) {
       EXPECT_NE(looks[i], looks[j]) << i << ' ' << j;
 }
 
+TEST_F(PanelListTest, SpaceAndCopyingHaveTheirOwnMeaningWhereTheyAreGivenOne) {
+  show(2);
+  list->onSpace = [this](int row) { said.push_back("look " + std::to_string(row)); };
+  list->onCopy = [this](int row) { said.push_back("copy " + std::to_string(row)); };
+  list->setFocus(Qt::TabFocusReason);
+  stage->press(Qt::Key_Space);
+  stage->press(Qt::Key_C, {}, Qt::ControlModifier);
+  stage->press(Qt::Key_Return);
+  EXPECT_THAT(said, ElementsAre("look 0", "copy 0", "open 0"));
+}
+
+TEST_F(PanelListTest, APointerThatLeavesItsPressDragsAndOpensNothing) {
+  show(3);
+  list->onDrag = [this](int row) {
+    said.push_back("drag " + std::to_string(row));
+    return std::vector<std::filesystem::path>();
+  };
+  const auto send = [&](QEvent::Type type, QPoint at, Qt::MouseButton button) {
+    QMouseEvent event(type, QPointF(at), list->viewport()->mapToGlobal(QPointF(at)), button,
+                      type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton, {});
+    QApplication::sendEvent(list->viewport(), &event);
+  };
+  const QPoint start = rect(1).center();
+  send(QEvent::MouseButtonPress, start, Qt::LeftButton);
+  send(QEvent::MouseMove, start + QPoint(2, 0), Qt::NoButton);
+  EXPECT_TRUE(said.empty());
+  send(QEvent::MouseMove, start + QPoint(30, 0), Qt::NoButton);
+  send(QEvent::MouseMove, start + QPoint(60, 0), Qt::NoButton);
+  send(QEvent::MouseButtonRelease, start, Qt::LeftButton);
+  EXPECT_THAT(said, ElementsAre("drag 1"));
+  // Its buttons are pressed, not dragged.
+  said.clear();
+  const QPoint button(rect(1).right() - 8, rect(1).center().y());
+  send(QEvent::MouseButtonPress, button, Qt::LeftButton);
+  send(QEvent::MouseMove, button - QPoint(40, 0), Qt::NoButton);
+  send(QEvent::MouseButtonRelease, button - QPoint(40, 0), Qt::LeftButton);
+  EXPECT_TRUE(said.empty());
+}
+
+TEST(PanelGrid, WhereADoubleClickOpensAClickChooses) {
+  auto* panel = new PanelView({}, PanelView::Width::grids);
+  auto* grid = new PanelGrid("Pictures", 3);
+  grid->setCells({{.name = "a"}, {.name = "b"}, {.name = "c"}});
+  std::vector<std::string> said;
+  const auto say = [&](const char* what) {
+    return [&said, what](int index) {
+      said.push_back(std::string(what).append(std::to_string(index)));
+    };
+  };
+  grid->setOpensOnDoubleClick(true);
+  grid->onOpen = say("open ");
+  grid->onCurrentChange = say("choose ");
+  grid->onRemove = say("remove ");
+  grid->onCopy = say("copy ");
+  panel->add(grid);
+  PanelStage stage(panel);
+  const QPoint second = grid->visualRect(grid->model()->index(1, 0)).center();
+  stage.click(grid->viewport(), second);
+  QMouseEvent twice(QEvent::MouseButtonDblClick, QPointF(second),
+                    grid->viewport()->mapToGlobal(QPointF(second)), Qt::LeftButton, Qt::LeftButton,
+                    {});
+  QApplication::sendEvent(grid->viewport(), &twice);
+  grid->setFocus(Qt::TabFocusReason);
+  stage.press(Qt::Key_Right);
+  stage.press(Qt::Key_C, {}, Qt::ControlModifier);
+  stage.press(Qt::Key_Delete);
+  stage.press(Qt::Key_Return);
+  EXPECT_THAT(said, ElementsAre("choose 1", "open 1", "choose 2", "copy 2", "remove 2", "open 2"));
+  // Cells that changed are told as such: the current one stays.
+  grid->setCells({{.name = "a"}, {.name = "B"}, {.name = "c"}});
+  EXPECT_EQ(grid->currentCell(), 2);
+  EXPECT_EQ(grid->cell(1).name, "B");
+}
+
 TEST(PanelGrid, ArrowsMoveBetweenSquaresThatFillTheWidth) {
   auto* panel = new PanelView({}, PanelView::Width::grids);
   auto* grid = new PanelGrid("Colours", 8);

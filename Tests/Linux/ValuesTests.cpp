@@ -3,8 +3,10 @@
 #include "TavrinPlatform/Linux/LinuxDockGeometry.h"
 #include "TavrinPlatform/Linux/LinuxFileManager.h"
 #include "TavrinPlatform/Linux/LinuxMainBundle.h"
+#include "TavrinPlatform/Linux/LinuxUserFiles.h"
 #include "TavrinPlatform/Linux/PopoverLayout.h"
 #include "TavrinPlatform/Linux/StripLayout.h"
+#include "TavrinPlatform/Linux/UserFolders.h"
 
 #include "TavrinCore/Base/Errors.h"
 
@@ -45,6 +47,57 @@ public:
 std::string propertyList(const std::string& entries) {
   return "<?xml version=\"1.0\" encoding=\"UTF-8\"?><plist version=\"1.0\"><dict>" + entries +
          "</dict></plist>";
+}
+
+TEST(UserFolders, AreWhatTheFileSaysOfThem) {
+  struct Case {
+    const char* file;
+    std::optional<std::string> folder;
+  };
+  for (const Case& c :
+       {Case{"XDG_DOWNLOAD_DIR=\"$HOME/Load\"\n", "/h/Load"},
+        Case{"# x\n  XDG_DOWNLOAD_DIR = \"/data/a \\\"b\\\"\"", "/data/a \"b\""},
+        Case{"XDG_DOWNLOAD_DIR=\"/a\"\nXDG_DOWNLOAD_DIR=\"/b\"", "/b"},
+        Case{"XDG_DOWNLOAD_DIR=\"$HOME\"", "/h"},
+        Case{"XDG_DOWNLOAD_DIR=\"$HOMER/x\"", std::nullopt},
+        Case{"XDG_DOWNLOAD_DIR=/unquoted", std::nullopt},
+        Case{"XDG_DOWNLOAD_DIR=\"relative\"", std::nullopt},
+        Case{"XDG_DOWNLOAD_DIR=\"", std::nullopt}, Case{"XDG_DOWNLOAD_DIR=\"\\\"", std::nullopt},
+        Case{"XDG_DOWNLOAD_DIRS=\"/x\"", std::nullopt}, Case{"", std::nullopt}})
+    EXPECT_EQ(userFolderIn(c.file, "XDG_DOWNLOAD_DIR", "/h"), c.folder) << c.file;
+}
+
+TEST(UserFolders, TheScreenshotFolderIsTheDesktopsOwn) {
+  struct Case {
+    const char* desktop;
+    const char* file;
+    const char* text;
+    std::string folder;
+  };
+  const Folder home;
+  const std::string h = home.path.native();
+  fs::create_directories(home.path / "Pictures");
+  const auto folderOf = [&](const Case& c) {
+    const fs::path written = home.write(fs::path(".config") / c.file, c.text);
+    const LinuxFileManager files({{"HOME", h}, {"XDG_CURRENT_DESKTOP", c.desktop}});
+    const auto found = LinuxUserFiles(files, nullptr, nullptr).screenshotFolder();
+    fs::remove(written);
+    return found;
+  };
+  for (const Case& c :
+       {Case{"KDE", "spectaclerc", "[ImageSave]\nimageSaveLocation=file:///data/a%20b/\n",
+             "/data/a b/"},
+        Case{"KDE", "spectaclerc", "[ImageSave]\nimageSaveLocation[$e]=file://$HOME/Shots\n",
+             h + "/Shots"},
+        Case{"KDE", "spectaclerc", "[Save]\ndefaultSaveLocation=file:///old\n", "/old"},
+        Case{"KDE", "spectaclerc", "[Other]\nimageSaveLocation=file:///x\n", h + "/Pictures"},
+        Case{"XFCE", "spectaclerc", "[ImageSave]\nimageSaveLocation=file:///x\n", h + "/Pictures"},
+        Case{"XFCE", "xfce4/xfce4-screenshooter", "app=none\nscreenshot_dir=file:///s\n", "/s"},
+        Case{"", "user-dirs.dirs", "XDG_PICTURES_DIR=\"/nowhere/P\"", "/nowhere/P/Screenshots"},
+        Case{"", "user-dirs.dirs", "XDG_PICTURES_DIR=\"$HOME/\"", h + "/Pictures"}})
+    EXPECT_EQ(folderOf(c), c.folder) << c.text;
+  fs::create_directories(home.path / "Pictures" / "Screenshots");
+  EXPECT_EQ(folderOf({"", "x", "", ""}), h + "/Pictures/Screenshots");
 }
 
 TEST(InterfaceFont, IsWhatADescriptionNamesFirst) {

@@ -6,6 +6,7 @@
 #include "TavrinPlatform/Platform.h"
 #include "Tests/Support/FakeCalendarStore.h"
 #include "Tests/Support/FakeClipboard.h"
+#include "Tests/Support/FakeFolderWatch.h"
 #include "Tests/Support/FakeGlobalShortcuts.h"
 #include "Tests/Support/FakeHTTPClient.h"
 #include "Tests/Support/FakeHardware.h"
@@ -320,6 +321,8 @@ public:
   Application& application() override { return fakeApplication; }
   MainBundle& mainBundle() override { return bundle; }
   FileManager& fileManager() override { return files; }
+  UserFiles& userFiles() override { return fakeUserFiles; }
+  FolderWatch& folderWatch() override { return folders; }
   UserDefaults& userDefaults() override { return defaults; }
   DistributedNotificationCenter& notifications() override { return center; }
   DockTile& dockTile() override { return tile; }
@@ -348,6 +351,8 @@ public:
   FakeApplication fakeApplication;
   FakeMainBundle bundle;
   FakeFileManager files;
+  FakeUserFiles fakeUserFiles;
+  FakeFolderWatch folders;
   FakeUserDefaults defaults;
   FakeNotificationCenter center;
   FakeDockTile tile;

@@ -1,6 +1,6 @@
 #include "TavrinWidgetsUI/LinkPreviewSource.h"
 
-#include "TavrinWidgetsUI/Thumbnail.h"
+#include "TavrinWidgetsUI/Kit/Thumbnail.h"
 #include "Tests/Support/FakePlatform.h"
 
 #include <QBuffer>

@@ -48,5 +48,8 @@ GallerySheet weatherGallery();
 GalleryPanels weatherPanels();
 GallerySheet calendarGallery();
 GalleryPanels calendarPanels();
+GallerySheet filesGallery();
+GallerySheet filesWideGallery();
+GalleryPanels filesPanels();
 
 } // namespace tavrin

@@ -32,6 +32,8 @@ constexpr NamedSheet sheets[] = {
     {"system-wide", systemWideGallery},
     {"colour", colourGallery},
     {"clipboard", clipboardGallery},
+    {"files", filesGallery},
+    {"files-wide", filesWideGallery},
 };
 
 struct NamedPanels {
@@ -49,6 +51,7 @@ constexpr NamedPanels panelSheets[] = {
     {"calendar-panels", calendarPanels},
     {"colour-panels", colourPanels},
     {"clipboard-panels", clipboardPanels},
+    {"files-panels", filesPanels},
 };
 
 constexpr double captionHeight = 16;

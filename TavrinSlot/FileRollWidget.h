@@ -1,0 +1,31 @@
+#pragma once
+
+#include "TavrinSlot/FolderWidgetController.h"
+#include "TavrinWidgetsUI/FileRoll.h"
+
+namespace tavrin {
+
+class FileRollWidgetController final : public FolderWidgetController {
+public:
+  FileRollWidgetController(const SlotContext& context, const DockWidget& widget);
+
+protected:
+  AnyView tileView(const TileSize& size) const override;
+  PanelView* makePanelView(const PanelAppearance& appearance) override;
+  QColor tint() const override;
+  void widgetChanged() override { roll_.setSettings(settings()); }
+  void panelWillOpen() override;
+  void panelDidClose() override;
+
+private:
+  void observe();
+  /// What is listed now has been seen.
+  void markSeen();
+  FilesSettings settings() const;
+
+  /// Pictures are asked for where they are to be drawn.
+  mutable FileRoll roll_;
+  std::vector<TokenPtr> observations_;
+};
+
+} // namespace tavrin

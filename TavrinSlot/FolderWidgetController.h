@@ -1,0 +1,31 @@
+#pragma once
+
+#include "TavrinSlot/BasicWidgetController.h"
+#include "TavrinWidgetsUI/FileActions.h"
+#include "TavrinWidgetsUI/FilePanelServices.h"
+
+namespace tavrin {
+
+/// What the kinds that list a folder's files do alike.
+class FolderWidgetController : public BasicWidgetController {
+protected:
+  FolderWidgetController(const SlotContext& context, const DockWidget& widget);
+
+  /// Opens a file and closes the panel, whose work is done.
+  const FilePanelServices::Action& open() const { return open_; }
+  FileActions& actions() { return actions_; }
+  /// For the panel; `copy` puts a file on the pasteboard.
+  FilePanelServices services(FilePanelServices::Action copy);
+  void forgetTrouble() { trouble_.clear(); }
+
+private:
+  /// The same, and the panel's work is done.
+  FilePanelServices::Action closing(FilePanelServices::Action action);
+  void moveToTrash(const std::filesystem::path& file);
+
+  FileActions actions_;
+  FilePanelServices::Action open_;
+  QString trouble_;
+};
+
+} // namespace tavrin

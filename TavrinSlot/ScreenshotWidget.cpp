@@ -1,0 +1,61 @@
+#include "TavrinSlot/ScreenshotWidget.h"
+
+#include "TavrinWidgetsUI/FileWords.h"
+#include "TavrinWidgetsUI/ScreenshotPanelView.h"
+#include "TavrinWidgetsUI/ScreenshotViews.h"
+
+#include <algorithm>
+
+namespace tavrin {
+
+ScreenshotWidgetController::ScreenshotWidgetController(const SlotContext& context,
+                                                       const DockWidget& widget)
+    : FolderWidgetController(context, widget),
+      roll_(platform().folderWatch(), platform().userFiles(), platform().runLoop()) {
+  observe();
+  renderTile();
+}
+
+void ScreenshotWidgetController::observe() {
+  roll_.onChange = [this] { refresh(); };
+  roll_.setSettings(settings());
+}
+
+ScreenshotSettings ScreenshotWidgetController::settings() const {
+  const auto* found = widget().kind.get<ScreenshotSettings>();
+  return found != nullptr ? *found : ScreenshotSettings{};
+}
+
+void ScreenshotWidgetController::panelWillOpen() {
+  forgetTrouble();
+  roll_.refresh();
+}
+
+QColor ScreenshotWidgetController::tint() const {
+  return screenshotTint;
+}
+
+AnyView ScreenshotWidgetController::tileView(const TileSize& size) const {
+  ScreenshotReading reading{roll_.isKnown(), roll_.state(), {}};
+  const auto& files = roll_.files();
+  // A click opens what is shown there then, whatever has come since.
+  std::vector<std::filesystem::path> paths;
+  for (std::size_t i = 0; i < std::min(files.size(), size.isWide() ? mostTileShots : 1); ++i) {
+    const FolderFile& file = files[i];
+    paths.push_back(file.path);
+    reading.shots.push_back({roll_.picture(file), shownName(file.path),
+                             momentText(file.date, platform().clock().now()),
+                             roll_.isBroken(file)});
+  }
+  if (!size.isWide())
+    return screenshotTileIcon(reading, size);
+  return screenshotWideTile(reading, size,
+                            [open = open(), paths](std::size_t index) { open(paths.at(index)); });
+}
+
+PanelView* ScreenshotWidgetController::makePanelView(const PanelAppearance& appearance) {
+  return new ScreenshotPanelView(
+      appearance, roll_, services([this](const auto& file) { actions().copyPicture(file); }));
+}
+
+} // namespace tavrin
