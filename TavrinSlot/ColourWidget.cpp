@@ -8,41 +8,28 @@
 namespace tavrin {
 
 ColourWidgetController::ColourWidgetController(const SlotContext& context, const DockWidget& widget)
-    : BasicWidgetController(context, widget), pick_([this] { pick(); }), copyNewest_([this] {
+    : BasicWidgetController(context, widget),
+      store_(
+          platform(),
+          [this] {
+            return StoragePath(platform().fileManager(), platform().mainBundle()).coloursFileURL();
+          }),
+      pick_([this] { pick(); }), copyNewest_([this] {
         if (!history().colours.empty())
           copy(history().colours.front(), settings().format);
       }) {
-  openStore();
   changed_ = platform().notifications().observe(ColourStore::changedNotification,
                                                 [this](const auto&) { historyChanged(); });
   renderTile();
 }
 
-void ColourWidgetController::openStore() {
-  try {
-    store_ = std::make_unique<ColourStore>(
-        StoragePath(platform().fileManager(), platform().mainBundle()).coloursFileURL(),
-        platform().notifications());
-  } catch (const std::exception& error) {
-    trouble_ = error.what();
-    Log(platform().log(), "slot").error(trouble_);
-  }
-}
-
 void ColourWidgetController::historyChanged() {
-  try {
-    if (store_)
-      store_->reload();
-    else
-      openStore();
-  } catch (const std::exception&) {
-    // What was read last stays.
-  }
+  store_.reload();
   refresh();
 }
 
 void ColourWidgetController::pick() {
-  trouble_.clear();
+  store_.setTrouble({});
   context().panel.closeIfShown();
   picking_ = platform().colourSampler().pick([this](const ColourSample& sample) {
     const auto ended = std::move(picking_);
@@ -52,14 +39,15 @@ void ColourWidgetController::pick() {
 
 void ColourWidgetController::picked(const ColourSample& sample) {
   if (sample.outcome == ColourSample::Outcome::unavailable) {
-    trouble_ = "Failed to pick a colour because this desktop does not show the screen to programs";
+    store_.setTrouble(
+        "Failed to pick a colour because this desktop does not show the screen to programs");
     refresh();
     return;
   }
   if (sample.outcome != ColourSample::Outcome::picked)
     return;
-  const PickedColour colour{UUID::random(), sample.red,  sample.green,
-                            sample.blue,    platform().clock().now(), false};
+  const PickedColour colour{UUID::random(),           sample.red, sample.green, sample.blue,
+                            platform().clock().now(), false};
   if (settings().copiesOnPick)
     copy(colour, settings().format);
   change([&](ColourStore& store) { store.add(colour, settings().historyLimit); });
@@ -70,17 +58,7 @@ void ColourWidgetController::copy(const PickedColour& colour, ColourFormat forma
 }
 
 template <class Change> void ColourWidgetController::change(const Change& change) {
-  trouble_.clear();
-  if (!store_)
-    openStore();
-  if (store_) {
-    try {
-      change(*store_);
-    } catch (const std::exception& error) {
-      trouble_ = error.what();
-      Log(platform().log(), "slot").error(trouble_);
-    }
-  }
+  store_.change(change);
   refresh();
 }
 
@@ -97,7 +75,7 @@ ColourPickerSettings ColourWidgetController::settings() const {
 
 const ColourHistory& ColourWidgetController::history() const {
   static const ColourHistory none;
-  return store_ ? store_->history() : none;
+  return store_.get() != nullptr ? store_.get()->history() : none;
 }
 
 QColor ColourWidgetController::tint() const {
@@ -115,7 +93,7 @@ PanelView* ColourWidgetController::makePanelView(const PanelAppearance& appearan
       {.name = [this] { return widget().name; },
        .history = [this]() -> const ColourHistory& { return history(); },
        .settings = [this] { return settings(); },
-       .trouble = [this] { return trouble_; },
+       .trouble = [this] { return store_.trouble(); },
        .pick = pick_,
        .copy = [this](const auto& colour, ColourFormat format) { copy(colour, format); },
        .togglePin =

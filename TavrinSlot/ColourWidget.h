@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TavrinSlot/BasicWidgetController.h"
+#include "TavrinSlot/HeldStore.h"
 #include "TavrinStorage/ColourStore.h"
 
 namespace tavrin {
@@ -15,7 +16,6 @@ protected:
   QColor tint() const override;
 
 private:
-  void openStore();
   /// Somebody picked, here or elsewhere.
   void historyChanged();
   /// Has the user pick a colour of the screen; the panel makes way.
@@ -27,10 +27,9 @@ private:
   ColourPickerSettings settings() const;
   const ColourHistory& history() const;
 
-  std::unique_ptr<ColourStore> store_;
+  HeldStore<ColourStore> store_;
   TokenPtr changed_;
   TokenPtr picking_;
-  std::string trouble_;
   std::function<void()> pick_;
   std::function<void()> copyNewest_;
 };
