@@ -99,10 +99,10 @@ public:
     const bool pressed = hover && QGuiApplication::mouseButtons().testFlag(Qt::LeftButton);
     painter->save();
     panelPaint::rounded(*painter, rect, panel::cornerRadius,
-                        pressed          ? colours.rowPressed
-                        : cell.isChecked ? colours.rowSelected
-                        : hover          ? colours.rowHover
-                                         : QColor());
+                        pressed                           ? colours.rowPressed
+                        : cell.isChecked || cell.isChosen ? colours.rowSelected
+                        : hover                           ? colours.rowHover
+                                                          : QColor());
     paintContent(*painter, cell, rect, colours);
     if (cell.isChecked) {
       const QRectF badge(rect.right() - 15, rect.bottom() - 15, 14, 14);
