@@ -1,4 +1,4 @@
-#include "Tools/Gallery/Gallery.h"
+#include "Tools/Gallery/DesignedGallery.h"
 
 #include "TavrinWidgetsUI/Kit/Symbols.h"
 #include "TavrinWidgetsUI/Kit/ViewRenderer.h"
@@ -32,6 +32,11 @@ constexpr NamedSheet sheets[] = {
     {"system-wide", systemWideGallery},
     {"colour", colourGallery},
     {"clipboard", clipboardGallery},
+    {"converter", converterGallery},
+    {"emoji", emojiGallery},
+    {"bookmarks", bookmarkGallery},
+    {"pet", petGallery},
+    {"pet-frames", petFrames},
 };
 
 struct NamedPanels {
@@ -49,6 +54,9 @@ constexpr NamedPanels panelSheets[] = {
     {"calendar-panels", calendarPanels},
     {"colour-panels", colourPanels},
     {"clipboard-panels", clipboardPanels},
+    {"converter-panels", converterPanels},
+    {"emoji-panels", emojiPanels},
+    {"bookmarks-panels", bookmarkPanels},
 };
 
 constexpr double captionHeight = 16;
