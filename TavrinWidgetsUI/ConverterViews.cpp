@@ -29,15 +29,17 @@ QString sentence(const Conversion& conversion, const NumberNotation& notation) {
 /// The figure with as many digits as there is room for.
 AnyView fittedNumber(double value, const NumberNotation& notation, double points,
                      const QColor& ink) {
-  const auto line = [&](int digits) {
-    return text(numberText(value, notation, digits))
+  const auto line = [&](const QString& number) {
+    return text(number)
         .size(points)
         .weight(FontWeight::semibold)
         .colour(ink)
         .align(TextAlignment::centre)
         .figure(minimumTypeSize);
   };
-  return firstFitting({line(tileDigits).figure(points * 0.75), line(shortDigits), line(3)});
+  return firstFitting({line(numberText(value, notation, tileDigits)).figure(points * 0.75),
+                       line(numberText(value, notation, shortDigits)),
+                       line(QString::fromStdString(notation.formatShort(value)))});
 }
 
 } // namespace

@@ -28,6 +28,7 @@ void paintMeadow(QPainter& painter, const QRectF& rect, const MeadowKey& key) {
   if (std::abs(ratio - std::round(ratio)) < 0.01) {
     const QPointF corner = painter.worldTransform().map(target.topLeft());
     const QPointF snapped(std::round(corner.x()), std::round(corner.y()));
+    painter.setRenderHint(QPainter::SmoothPixmapTransform, false);
     painter.drawImage(target.translated((snapped - corner) / scale), scene);
     return;
   }

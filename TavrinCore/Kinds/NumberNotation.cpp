@@ -295,4 +295,21 @@ std::string NumberNotation::format(double value, int digits, Grouping grouping) 
   return U_FAILURE(status) ? "–" : text;
 }
 
+std::string NumberNotation::formatShort(double value) const {
+  constexpr int shortDigits = 3;
+  const double size = std::abs(value);
+  if (!(size >= 1000 && size < largestPlain))
+    return format(value, shortDigits);
+  using namespace icu::number;
+  UErrorCode status = U_ZERO_ERROR;
+  std::string text;
+  NumberFormatter::withLocale(symbols_->locale)
+      .notation(Notation::compactShort())
+      .precision(Precision::maxSignificantDigits(shortDigits))
+      .formatDouble(value, status)
+      .toString(status)
+      .toUTF8String(text);
+  return U_FAILURE(status) ? format(value, shortDigits) : text;
+}
+
 } // namespace tavrin

@@ -29,6 +29,8 @@ public:
   enum class Grouping { grouped, plain };
   /// With at most `digits` significant ones; with an exponent where it would be much too long.
   std::string format(double value, int digits, Grouping grouping = Grouping::grouped) const;
+  /// The shortest there is: "1.2M".
+  std::string formatShort(double value) const;
 
 private:
   struct Symbols;

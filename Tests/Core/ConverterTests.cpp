@@ -286,6 +286,9 @@ TEST(NumberNotation, WritesAsTheLocaleDoes) {
     EXPECT_EQ(NumberNotation(std::string(locale)).format(value, digits), text) << text;
   EXPECT_EQ(NumberNotation("de_DE").format(1234567.25, 12, NumberNotation::Grouping::plain),
             "1234567,25");
+  for (const auto& [value, text] : {std::pair{1'186'123.4, "1.19M"}, std::pair{42.195, "42.2"},
+                                    std::pair{-2500.0, "-2.5K"}, std::pair{1e20, "1E20"}})
+    EXPECT_EQ(NumberNotation("en_US").formatShort(value), text);
   // What is written can be read back.
   for (const char* locale : {"en_US", "de_DE", "fr_FR", "de_CH", "hi_IN", "ar_EG", "fa_IR"})
     for (const double value : {1234567.25, -0.5, 0.001, 1e20}) {

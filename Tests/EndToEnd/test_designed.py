@@ -27,6 +27,7 @@ class DesignedWidgets(DeskTest):
 
     def place(self, kind, name, *settings):
         self.tavrin("widgets", "add", kind, name, "--place")
+        self.tavrin("widgets", "span", name, "2")
         if settings:
             self.tavrin("widgets", "set", name, *settings)
         process = self.desk.start_slot(SLOT)
