@@ -18,11 +18,12 @@ std::optional<double> PetModel::load(Date now, const PetSettings& settings,
                                      const SystemReadings& readings) {
   if (!settings.followsProcessorLoad) {
     ticks_.reset();
+    ticksAt_.reset();
     load_.reset();
     return load_;
   }
-  const double since = now.since(ticksAt_);
-  if (ticks_ && since >= 0 && since < loadInterval)
+  const double since = ticksAt_ ? now.since(*ticksAt_) : -1;
+  if (since >= 0 && since < loadInterval)
     return load_;
   const auto ticks = readings.cpuTicks();
   // Ticks that could not be read are no baseline, and an old one tells nothing of now.

@@ -34,7 +34,7 @@ private:
   Date next_;
   int room_ = 0;
   std::optional<SystemReadings::CPUTicks> ticks_;
-  Date ticksAt_;
+  std::optional<Date> ticksAt_;
   std::optional<double> load_;
 };
 

@@ -59,7 +59,7 @@ TEST(PetWidget, SleepsThroughTheNightAndWakes) {
   const int firings = bench.platform.loop.firings;
   EXPECT_EQ(bench.picturesIn(3600), 0);
   EXPECT_LE(bench.platform.loop.firings - firings, 1);
-  bench.picturesIn(8 * 3600);
+  bench.picturesIn(8 * 3600 + 60);
   EXPECT_NE(bench.model.pet().pose().activity, PetActivity::sleeping);
   EXPECT_EQ(bench.model.pet().sky(), PetSky::day);
 }
@@ -103,6 +103,10 @@ TEST(PetSprites, EveryFrameIsADifferentPictureThatStandsOnTheGround) {
     for (const PetPose& pose :
          {PetPose{walking, 0}, PetPose{walking, 1}, PetPose{walking, 2}, PetPose{sitting, 0},
           PetPose{sitting, 1}, PetPose{sleeping, 0}, PetPose{happy, 0}}) {
+      const bool isHop = species == PetSpecies::rabbit && pose.activity == walking;
+      // A hop has two pictures, a gait four.
+      if (isHop && pose.frame > 1)
+        continue;
       const QImage picture = petSprite(species, pose);
       EXPECT_EQ(picture.size(), QSize(petWidth, petHeight));
       EXPECT_EQ(std::ranges::count(seen, picture), 0)
@@ -111,7 +115,6 @@ TEST(PetSprites, EveryFrameIsADifferentPictureThatStandsOnTheGround) {
       bool stands = false;
       for (int x = 0; x < petWidth; ++x)
         stands |= qAlpha(picture.pixel(x, petHeight - 1)) != 0;
-      const bool isHop = species == PetSpecies::rabbit && pose.activity == walking;
       EXPECT_TRUE(stands || isHop) << nameOf(species) << static_cast<int>(pose.activity);
     }
     EXPECT_EQ(petSprite(species, {walking, 0, 0, 0, true}),
