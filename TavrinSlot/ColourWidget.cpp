@@ -14,11 +14,16 @@ constexpr const char* pickShortcut = "pick-colour";
 } // namespace
 
 ColourWidgetController::ColourWidgetController(const SlotContext& context, const DockWidget& widget)
-    : BasicWidgetController(context, widget), pick_([this] { pick(); }), copyNewest_([this] {
+    : BasicWidgetController(context, widget),
+      store_(
+          platform(),
+          [this] {
+            return StoragePath(platform().fileManager(), platform().mainBundle()).coloursFileURL();
+          }),
+      pick_([this] { pick(); }), copyNewest_([this] {
         if (!history().colours.empty())
           copy(history().colours.front(), settings().format);
       }) {
-  openStore();
   changed_ = platform().notifications().observe(ColourStore::changedNotification,
                                                 [this](const auto&) { historyChanged(); });
   bindShortcut();
@@ -63,31 +68,13 @@ void ColourWidgetController::shortcutRefused(const std::string& reason) {
   Log(platform().log(), "slot").error(shortcutTrouble_);
 }
 
-void ColourWidgetController::openStore() {
-  try {
-    store_ = std::make_unique<ColourStore>(
-        StoragePath(platform().fileManager(), platform().mainBundle()).coloursFileURL(),
-        platform().notifications());
-  } catch (const std::exception& error) {
-    trouble_ = error.what();
-    Log(platform().log(), "slot").error(trouble_);
-  }
-}
-
 void ColourWidgetController::historyChanged() {
-  try {
-    if (store_)
-      store_->reload();
-    else
-      openStore();
-  } catch (const std::exception&) {
-    // What was read last stays.
-  }
+  store_.reload();
   refresh();
 }
 
 void ColourWidgetController::pick() {
-  trouble_.clear();
+  store_.setTrouble({});
   context().panel.closeIfShown();
   picking_ = platform().colourSampler().pick([this](const ColourSample& sample) {
     const auto ended = std::move(picking_);
@@ -97,7 +84,8 @@ void ColourWidgetController::pick() {
 
 void ColourWidgetController::picked(const ColourSample& sample) {
   if (sample.outcome == ColourSample::Outcome::unavailable) {
-    trouble_ = "Failed to pick a colour because this desktop does not show the screen to programs";
+    store_.setTrouble(
+        "Failed to pick a colour because this desktop does not show the screen to programs");
     refresh();
     return;
   }
@@ -115,17 +103,7 @@ void ColourWidgetController::copy(const PickedColour& colour, ColourFormat forma
 }
 
 template <class Change> void ColourWidgetController::change(const Change& change) {
-  trouble_.clear();
-  if (!store_)
-    openStore();
-  if (store_) {
-    try {
-      change(*store_);
-    } catch (const std::exception& error) {
-      trouble_ = error.what();
-      Log(platform().log(), "slot").error(trouble_);
-    }
-  }
+  store_.change(change);
   refresh();
 }
 
@@ -142,7 +120,7 @@ ColourPickerSettings ColourWidgetController::settings() const {
 
 const ColourHistory& ColourWidgetController::history() const {
   static const ColourHistory none;
-  return store_ ? store_->history() : none;
+  return store_.get() != nullptr ? store_.get()->history() : none;
 }
 
 QColor ColourWidgetController::tint() const {
@@ -160,7 +138,7 @@ PanelView* ColourWidgetController::makePanelView(const PanelAppearance& appearan
       {.name = [this] { return widget().name; },
        .history = [this]() -> const ColourHistory& { return history(); },
        .settings = [this] { return settings(); },
-       .trouble = [this] { return trouble_.empty() ? shortcutTrouble_ : trouble_; },
+       .trouble = [this] { return store_.trouble().empty() ? shortcutTrouble_ : store_.trouble(); },
        .pick = pick_,
        .copy = [this](const auto& colour, ColourFormat format) { copy(colour, format); },
        .togglePin =

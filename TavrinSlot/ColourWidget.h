@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TavrinSlot/BasicWidgetController.h"
+#include "TavrinSlot/HeldStore.h"
 #include "TavrinStorage/ColourStore.h"
 
 namespace tavrin {
@@ -17,7 +18,6 @@ protected:
   void widgetChanged() override { bindShortcut(); }
 
 private:
-  void openStore();
   /// Somebody picked, here or elsewhere.
   void historyChanged();
   /// Registers the shortcut of the settings, and tells nobody where there is none.
@@ -32,10 +32,9 @@ private:
   ColourPickerSettings settings() const;
   const ColourHistory& history() const;
 
-  std::unique_ptr<ColourStore> store_;
+  HeldStore<ColourStore> store_;
   TokenPtr changed_;
   TokenPtr picking_;
-  std::string trouble_;
   std::optional<Hotkey> hotkey_;
   std::string shortcutTrouble_;
   std::function<void()> pick_;

@@ -2,10 +2,13 @@
 
 #include "TavrinCore/Widgets/DockSlot.h"
 #include "TavrinPlatform/DockTile.h"
+#include "TavrinSlot/BookmarkWidget.h"
 #include "TavrinSlot/CalendarWidget.h"
 #include "TavrinSlot/ClaudeUsageWidget.h"
 #include "TavrinSlot/ClipboardWidget.h"
 #include "TavrinSlot/ColourWidget.h"
+#include "TavrinSlot/ConverterWidget.h"
+#include "TavrinSlot/EmojiWidget.h"
 #include "TavrinSlot/FanWidget.h"
 #include "TavrinSlot/FileRollWidget.h"
 #include "TavrinSlot/GitHubWidget.h"
@@ -175,6 +178,12 @@ std::unique_ptr<WidgetController> SlotApp::makeController(const DockWidget& widg
           return std::make_unique<FileRollWidgetController>(context_, widget);
         else if constexpr (std::is_same_v<S, ShelfSettings>)
           return std::make_unique<ShelfWidgetController>(context_, widget);
+        else if constexpr (std::is_same_v<S, ConverterSettings>)
+          return std::make_unique<ConverterWidgetController>(context_, widget);
+        else if constexpr (std::is_same_v<S, EmojiSettings>)
+          return std::make_unique<EmojiWidgetController>(context_, widget);
+        else if constexpr (std::is_same_v<S, BookmarkSettings>)
+          return std::make_unique<BookmarkWidgetController>(context_, widget);
         else
           return std::make_unique<UnavailableWidgetController>(context_, widget);
       },

@@ -1,7 +1,9 @@
 #include "TavrinSlot/SystemWidget.h"
 
+#include "TavrinPlatform/DockTile.h"
 #include "TavrinPlatform/Platform.h"
 #include "TavrinSlot/DockPanelPresenter.h"
+#include "TavrinSlot/DockTileRenderer.h"
 #include "TavrinSlot/StoredRun.h"
 #include "TavrinWidgetsUI/ActivityViews.h"
 #include "TavrinWidgetsUI/BatteryViews.h"
@@ -10,12 +12,13 @@
 #include "TavrinWidgetsUI/CountdownPanelView.h"
 #include "TavrinWidgetsUI/CountdownViews.h"
 #include "TavrinWidgetsUI/NetworkViews.h"
+#include "TavrinWidgetsUI/PetPanelView.h"
+#include "TavrinWidgetsUI/PetViews.h"
 #include "TavrinWidgetsUI/StopwatchPanelView.h"
 #include "TavrinWidgetsUI/StopwatchViews.h"
 #include "TavrinWidgetsUI/SystemPanelViews.h"
 #include "TavrinWidgetsUI/TimeProgressPanelView.h"
 #include "TavrinWidgetsUI/TimeProgressViews.h"
-#include "TavrinWidgetsUI/UnavailableViews.h"
 
 namespace tavrin {
 namespace {
@@ -39,6 +42,9 @@ SystemWidgetController::SystemWidgetController(const SlotContext& context, const
       actions_{[this] { model_.toggleStopwatch(); }, [this] { model_.lapStopwatch(); },
                [this] { model_.resetStopwatch(); }} {
   model_.isPanelShown = [this] { return this->context().panel.isShown(); };
+  model_.isTileShown = [this] { return platform().dockTile().isVisible(); };
+  platform().dockTile().onVisibilityChange = [this] { lookAgain(); };
+  motionChanged_ = platform().workspace().observeAppearance([this] { lookAgain(); });
   model_.onStopwatchChange = [this] {
     platform().userDefaults().set(stopwatchKey(model_.widget().id), encode(model_.stopwatch()));
   };
@@ -48,9 +54,21 @@ SystemWidgetController::SystemWidgetController(const SlotContext& context, const
   renderTile();
 }
 
+SystemWidgetController::~SystemWidgetController() {
+  platform().dockTile().onVisibilityChange = nullptr;
+}
+
+void SystemWidgetController::lookAgain() {
+  if (widget().kind.get<PetSettings>())
+    model_.sightChanged();
+}
+
 void SystemWidgetController::togglePanel() {
   BasicWidgetController::togglePanel();
   model_.panelChanged();
+  // Whoever clicks a pet strokes it.
+  if (context().panel.isShown())
+    model_.strokePet();
 }
 
 void SystemWidgetController::panelWillOpen() {
@@ -69,6 +87,8 @@ void SystemWidgetController::chooseInterface(const std::optional<std::string>& i
 }
 
 void SystemWidgetController::widgetChanged() {
+  const TileSize size = context().tile.size();
+  model_.setPetRoom(petRoom(petCanvas({size.bodyWidth(), size.body()}).pixels.width()));
   const bool isOtherKind = widget().kind.index() != model_.widget().kind.index();
   const bool isOtherWidget = widget().id != model_.widget().id;
   model_.setWidget(widget());
@@ -106,7 +126,7 @@ AnyView SystemWidgetController::tileView(const TileSize& size) const {
   if (kind.get<StopwatchSettings>())
     return size.isWide() ? stopwatchWideTile(model_.stopwatch(), model_.now(), size, actions_)
                          : stopwatchTileIcon(model_.stopwatch(), model_.now(), size);
-  return unavailableTile(model_.widget(), size);
+  return petTile(*kind.get<PetSettings>(), model_.pet().pose(), model_.pet().sky(), size);
 }
 
 PanelView* SystemWidgetController::makePanelView(const PanelAppearance& appearance) {
@@ -134,8 +154,11 @@ PanelView* SystemWidgetController::makePanelView(const PanelAppearance& appearan
                      .lap = actions_.lap,
                      .reset = actions_.reset,
                      .edit = edit});
-  return new UnavailablePanelView(
-      appearance, [this]() -> const DockWidget& { return model_.widget(); }, edit);
+  return new PetPanelView(appearance,
+                          {.model = model_,
+                           .stroke = [this] { model_.strokePet(); },
+                           .change = [this](const PetSettings& settings) { save(settings); },
+                           .edit = edit});
 }
 
 QColor SystemWidgetController::tint() const {
@@ -149,6 +172,7 @@ QColor SystemWidgetController::tint() const {
   return kind.get<CountdownSettings>()   ? countdownAccent
          : kind.get<ClockSettings>()     ? clockTint
          : kind.get<StopwatchSettings>() ? stopwatchTint
+         : kind.get<PetSettings>()       ? petTint
                                          : palette::blue;
 }
 

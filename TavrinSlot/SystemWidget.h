@@ -11,6 +11,7 @@ namespace tavrin {
 class SystemWidgetController final : public BasicWidgetController {
 public:
   SystemWidgetController(const SlotContext& context, const DockWidget& widget);
+  ~SystemWidgetController() override;
 
   void togglePanel() override;
 
@@ -26,7 +27,11 @@ private:
   /// Counts another link from now on, and keeps that.
   void chooseInterface(const std::optional<std::string>& interface);
 
+  /// The tile or the user's wish for motion changed: a pet may move now, or not any more.
+  void lookAgain();
+
   SystemWidgetModel model_;
+  TokenPtr motionChanged_;
   StopwatchActions actions_;
 };
 

@@ -58,6 +58,26 @@ struct SystemWidgetModel::Sampling {
   bool isRate = false;
 };
 
+/// Its own pace is no faster than it is drawn, and it holds still to save energy.
+bool SystemWidgetModel::readPet() {
+  return pet_.advance(now_, *widget_.kind.get<PetSettings>(), calendar_, readings_,
+                      savesEnergy_ || workspace_.prefersReducedMotion());
+}
+
+void SystemWidgetModel::strokePet() {
+  if (!widget_.kind.get<PetSettings>())
+    return;
+  pet_.stroke();
+  sightChanged();
+}
+
+void SystemWidgetModel::sightChanged() {
+  const bool differs = sample(clock_.now());
+  updateTicker();
+  if (differs && onChange)
+    onChange();
+}
+
 /// A kind without a line has no reading: nothing is sampled, and no timer runs.
 const SystemWidgetModel::Sampling* SystemWidgetModel::sampling(const DockWidget::Kind& kind) {
   using Model = SystemWidgetModel;
@@ -95,8 +115,17 @@ const SystemWidgetModel::Sampling* SystemWidgetModel::sampling(const DockWidget:
   static constexpr Sampling network{afterInterval,
                                     [](Model& model, Date) { return model.readNetwork(); }, true};
 
+  static constexpr Sampling pet{[](const Model& model) -> std::optional<Date> {
+                                  if (!model.isInSight())
+                                    return std::nullopt;
+                                  return model.pet_.next();
+                                },
+                                [](Model& model, Date) { return model.readPet(); }};
+
   if (kind.get<BatterySettings>())
     return &battery;
+  if (kind.get<PetSettings>())
+    return &pet;
   if (kind.get<ActivitySettings>())
     return &activity;
   if (kind.get<NetworkSettings>())
@@ -154,7 +183,7 @@ SystemWidgetModel::SystemWidgetModel(const Services& services, DockWidget widget
     : clock_(services.clock), runLoop_(services.runLoop), workspace_(services.workspace),
       readings_(services.host, services.power), connectedDevices_(services.devices),
       widget_(std::move(widget)), now_(clock_.now()), stopwatch_(std::move(stopwatch)),
-      savesEnergy_(workspace_.isLowPowerMode()) {}
+      pet_(widget_.id), savesEnergy_(workspace_.isLowPowerMode()) {}
 
 void SystemWidgetModel::start() {
   stop();

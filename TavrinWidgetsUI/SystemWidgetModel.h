@@ -8,6 +8,7 @@
 #include "TavrinPlatform/RunLoop.h"
 #include "TavrinPlatform/Workspace.h"
 #include "TavrinWidgetsUI/ClockReading.h"
+#include "TavrinWidgetsUI/PetModel.h"
 #include "TavrinWidgetsUI/SystemReadings.h"
 
 #include <functional>
@@ -63,6 +64,11 @@ public:
   /// Opens the desktop's own system monitor; false where it has none.
   bool openActivityMonitor() { return workspace_.openActivityMonitor(); }
 
+  const PetModel& pet() const { return pet_; }
+  /// How many pixels the pet can walk on the tile.
+  void setPetRoom(int pixels) { pet_.setRoom(pixels); }
+  void strokePet();
+
   const StopwatchRun& stopwatch() const { return stopwatch_; }
   /// Another widget's run. Does not call `onStopwatchChange`.
   void setStopwatch(const StopwatchRun& run);
@@ -79,6 +85,10 @@ public:
   /// The panel opened or closed: an open one shows more than the tile has room for.
   void panelChanged();
   std::function<bool()> isPanelShown;
+  /// The tile came into sight or went out of it, or the user wants more or less motion. For the
+  /// pet, which moves while somebody can see it.
+  void sightChanged();
+  std::function<bool()> isTileShown;
 
   /// What is shown differs now.
   std::function<void()> onChange;
@@ -100,6 +110,7 @@ private:
   void devicesChanged();
   bool readActivity();
   bool readNetwork();
+  bool readPet();
   /// Takes a sample. Whether it differs from the one before.
   bool sample(Date now);
   void updateTicker();
@@ -107,6 +118,7 @@ private:
   void stopwatchChanged(Date now);
   /// The clock, the zone or the locale may be another one.
   void timeJumped();
+  bool isInSight() const { return showsPanel() || !isTileShown || isTileShown(); }
   bool showsPanel() const { return isPanelShown && isPanelShown(); }
   double paced(double interval) const;
 
@@ -120,6 +132,7 @@ private:
   Calendar calendar_;
   mutable std::optional<ClockReader> clockReader_;
   StopwatchRun stopwatch_;
+  PetModel pet_;
   BatteryReading battery_;
   ActivityReading activity_;
   NetworkReading network_;

@@ -1,5 +1,7 @@
 #include "TavrinCore/Base/Calendar.h"
 
+#include "TavrinCore/Base/SystemLocale.h"
+
 #include <cmath>
 #include <cstdlib>
 #include <map>
@@ -37,14 +39,6 @@ std::string systemTimeZoneID() {
   const std::unique_ptr<icu::TimeZone> zone(icu::TimeZone::detectHostTimeZone());
   icu::UnicodeString id;
   return utf8(zone->getID(id));
-}
-
-/// ICU alone goes by the locale for messages.
-std::string systemLocaleID() {
-  for (const char* name : {"LC_ALL", "LC_TIME", "LANG"})
-    if (const char* value = std::getenv(name); value != nullptr && *value != 0)
-      return icu::Locale::createCanonical(value).getName();
-  return icu::Locale::getDefault().getName();
 }
 
 icu::UnicodeString unicode(std::string_view text) {
@@ -135,7 +129,7 @@ Calendar::Calendar(std::string timeZoneID, std::string localeID)
   if (timeZoneID_.empty() || !isKnownTimeZone(timeZoneID_))
     timeZoneID_ = systemTimeZoneID();
   if (localeID_.empty())
-    localeID_ = systemLocaleID();
+    localeID_ = systemLocaleID("LC_TIME");
 }
 
 Calendar::Calendar(const Calendar& other)

@@ -109,8 +109,8 @@ public:
     const PanelPalette colours = PanelPalette::from(grid_->palette());
     const QRectF rect = QRectF(option.rect).adjusted(1, 1, -1, -1);
     const bool hover = option.state.testFlag(QStyle::State_MouseOver);
-    const bool isChosen =
-        cell.isChecked || (grid_->opensOnDoubleClick() && grid_->currentIndex() == index);
+    const bool isChosen = cell.isChecked || cell.isChosen ||
+                          (grid_->opensOnDoubleClick() && grid_->currentIndex() == index);
     const bool pressed = hover && QGuiApplication::mouseButtons().testFlag(Qt::LeftButton);
     painter->save();
     panelPaint::rounded(*painter, rect, panel::cornerRadius,

@@ -20,6 +20,8 @@ struct PanelCell {
   QColor colour = {};
   QImage image = {};
   bool isChecked = false;
+  /// On the ground of what is chosen, without a check: for tabs.
+  bool isChosen = false;
   bool operator==(const PanelCell&) const = default;
 };
 

@@ -29,6 +29,8 @@ inline constexpr auto symbolTable = std::to_array<SymbolDrawing>({
     {"arrow.triangle.pull", "s O6 5.6 2.5 O6 18.4 2.5 O18 18.4 2.5 M6 8.1 V15.9 M18 15.9 V9.6 A14 "
                             "9.6 4 0 -90 H11.6 M14.6 2.4 L11.4 5.6 L14.6 8.8"},
     {"arrow.up", "s M12 20 V4.6 M5.8 10.6 L12 4.2 L18.2 10.6"},
+    {"arrow.up.arrow.down",
+     "s M8 20 V4.6 M4.2 8.2 L8 4.2 L11.8 8.2 M16 4 V19.4 M12.2 15.8 L16 19.8 L19.8 15.8"},
     {"arrow.up.right", "s M6 18 L17.4 6.6 M8.4 6 H18 V15.6"},
     {"arrow.uturn.backward",
      "s M8 3.8 L3.6 8.2 L8 12.6 M3.6 8.2 H14.2 A14.2 13.9 5.7 -90 180 H8.5"},

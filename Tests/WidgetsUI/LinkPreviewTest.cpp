@@ -72,7 +72,7 @@ TEST_F(LinkPreviewTest, FetchesThePageAndThenItsPicture) {
   EXPECT_EQ(preview_->title, "Tides");
   EXPECT_EQ(preview_->description, "When it comes");
   ASSERT_TRUE(preview_->image);
-  EXPECT_EQ(thumbnail(*preview_->image, 1000).size(), QSize(128, 64)) << "kept small";
+  EXPECT_EQ(thumbnail(preview_->image->view(), 1000).size(), QSize(128, 64)) << "kept small";
   EXPECT_EQ(networks_, 1);
 }
 
@@ -132,7 +132,7 @@ TEST_F(LinkPreviewTest, ALinkToAPictureShowsIt) {
   EXPECT_EQ(http_.requests.back().sizeLimit, 2u * 1024 * 1024);
   answer("a.png", picture("PNG", {20, 10}), "image/png");
   ASSERT_TRUE(preview_ && preview_->image);
-  EXPECT_EQ(thumbnail(*preview_->image, 1000).size(), QSize(20, 10));
+  EXPECT_EQ(thumbnail(preview_->image->view(), 1000).size(), QSize(20, 10));
 }
 
 TEST_F(LinkPreviewTest, EightSecondsAreForBoth) {
@@ -156,11 +156,11 @@ TEST_F(LinkPreviewTest, ADroppedTokenEndsIt) {
 
 TEST(Thumbnail, SeeThroughPicturesStaySo) {
   const auto data = Data::fromText(picture("PNG", {300, 300}, QImage::Format_ARGB32));
-  const auto file = thumbnailFile(data, 64);
+  const auto file = packedThumbnail(data.view(), 64);
   ASSERT_TRUE(file);
   EXPECT_TRUE(file->view().starts_with("\x89PNG"));
-  EXPECT_EQ(thumbnail(*file, 500).size(), QSize(64, 64));
-  const auto opaque = thumbnailFile(Data::fromText(picture("BMP", {300, 100})), 64);
+  EXPECT_EQ(thumbnail(file->view(), 500).size(), QSize(64, 64));
+  const auto opaque = packedThumbnail(picture("BMP", {300, 100}), 64);
   ASSERT_TRUE(opaque);
   EXPECT_TRUE(opaque->view().starts_with("\xFF\xD8"));
 }

@@ -1,4 +1,4 @@
-#include "Tools/Gallery/Gallery.h"
+#include "Tools/Gallery/DesignedGallery.h"
 
 #include "TavrinWidgetsUI/Kit/Symbols.h"
 #include "TavrinWidgetsUI/Kit/ViewRenderer.h"
@@ -34,6 +34,11 @@ constexpr NamedSheet sheets[] = {
     {"clipboard", clipboardGallery},
     {"files", filesGallery},
     {"files-wide", filesWideGallery},
+    {"converter", converterGallery},
+    {"emoji", emojiGallery},
+    {"bookmarks", bookmarkGallery},
+    {"pet", petGallery},
+    {"pet-frames", petFrames},
 };
 
 struct NamedPanels {
@@ -52,6 +57,9 @@ constexpr NamedPanels panelSheets[] = {
     {"colour-panels", colourPanels},
     {"clipboard-panels", clipboardPanels},
     {"files-panels", filesPanels},
+    {"converter-panels", converterPanels},
+    {"emoji-panels", emojiPanels},
+    {"bookmarks-panels", bookmarkPanels},
 };
 
 constexpr double captionHeight = 16;

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "TavrinSlot/BasicWidgetController.h"
+#include "TavrinWidgetsUI/ConverterViews.h"
+
+namespace tavrin {
+
+/// What is typed shows at once, and is saved when the typing pauses or the panel closes.
+class ConverterWidgetController final : public BasicWidgetController {
+public:
+  static constexpr double savePause = 0.8;
+
+  ConverterWidgetController(const SlotContext& context, const DockWidget& widget);
+  ~ConverterWidgetController() override;
+
+protected:
+  AnyView tileView(const TileSize& size) const override;
+  PanelView* makePanelView(const PanelAppearance& appearance) override;
+  QColor tint() const override { return converterTint; }
+  void widgetChanged() override;
+  void panelDidClose() override { saveNow(); }
+
+private:
+  ConverterSettings recorded() const;
+  void change(const ConverterSettings& settings);
+  void saveNow();
+
+  NumberNotation notation_;
+  /// What is shown, and what the widget's record said when it was read last.
+  ConverterSettings settings_;
+  ConverterSettings recorded_;
+  TokenPtr pendingSave_;
+  std::function<void()> swap_;
+};
+
+} // namespace tavrin

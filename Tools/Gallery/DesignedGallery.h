@@ -1,0 +1,16 @@
+#pragma once
+
+#include "Tools/Gallery/Gallery.h"
+
+namespace tavrin {
+
+GallerySheet converterGallery();
+GalleryPanels converterPanels();
+GallerySheet emojiGallery();
+GalleryPanels emojiPanels();
+GallerySheet bookmarkGallery();
+GalleryPanels bookmarkPanels();
+GallerySheet petGallery();
+GallerySheet petFrames();
+
+} // namespace tavrin
