@@ -1,5 +1,6 @@
 #include "TavrinCore/Kinds/ClipboardItem.h"
 
+#include "TavrinCore/Base/FileAddress.h"
 #include "TavrinCore/Base/Text.h"
 
 #include <algorithm>
@@ -25,28 +26,6 @@ template <class Each> void forEachCharacter(std::string_view text, const Each& e
               text.substr(static_cast<std::size_t>(start), static_cast<std::size_t>(i - start))))
       return;
   }
-}
-
-int hexDigit(char c) {
-  if (c >= '0' && c <= '9')
-    return c - '0';
-  const char lower = static_cast<char>(c | 0x20);
-  return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
-}
-
-std::string percentDecoded(std::string_view text) {
-  std::string out;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const int high = text[i] == '%' && i + 2 < text.size() ? hexDigit(text[i + 1]) : -1;
-    const int low = high >= 0 ? hexDigit(text[i + 2]) : -1;
-    if (low >= 0) {
-      out += static_cast<char>(high * 16 + low);
-      i += 2;
-    } else {
-      out += text[i];
-    }
-  }
-  return out;
 }
 
 std::string oneLine(std::string_view text) {
