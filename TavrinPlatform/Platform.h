@@ -24,9 +24,12 @@
 
 namespace tavrin {
 
+class ApplicationLibrary;
 class CalendarStore;
 class DockTile;
 class HTTPClient;
+class MediaPlayers;
+class NearbyDevices;
 class SMCAccess;
 class PanelPopover;
 
@@ -62,6 +65,9 @@ public:
   virtual Pasteboard& pasteboard() = 0;
   virtual ColourSampler& colourSampler() = 0;
   virtual Keychain& keychain() = 0;
+  virtual ApplicationLibrary& applications() = 0;
+  virtual MediaPlayers& mediaPlayers() = 0;
+  virtual NearbyDevices& nearbyDevices() = 0;
 };
 
 } // namespace tavrin

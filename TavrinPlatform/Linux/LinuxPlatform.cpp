@@ -4,11 +4,14 @@
 
 #include "TavrinPlatform/Linux/BusConnectedDevices.h"
 #include "TavrinPlatform/Linux/BusFanHelper.h"
+#include "TavrinPlatform/Linux/BusMediaPlayers.h"
+#include "TavrinPlatform/Linux/BusNearbyDevices.h"
 #include "TavrinPlatform/Linux/BusNotificationCenter.h"
 #include "TavrinPlatform/Linux/CanberraPlayer.h"
 #include "TavrinPlatform/Linux/InputGuard.h"
 #include "TavrinPlatform/Linux/JSONUserDefaults.h"
 #include "TavrinPlatform/Linux/LinuxApplication.h"
+#include "TavrinPlatform/Linux/LinuxApplicationLibrary.h"
 #include "TavrinPlatform/Linux/LinuxColourSampler.h"
 #include "TavrinPlatform/Linux/LinuxDockGeometry.h"
 #include "TavrinPlatform/Linux/LinuxDockTile.h"
@@ -94,6 +97,9 @@ public:
   Pasteboard& pasteboard() override;
   ColourSampler& colourSampler() override;
   Keychain& keychain() override { return keychain_; }
+  ApplicationLibrary& applications() override;
+  MediaPlayers& mediaPlayers() override;
+  NearbyDevices& nearbyDevices() override;
 
 private:
   std::string identifier() const { return bundle_.identifier().value_or("tavrin"); }
@@ -135,6 +141,9 @@ private:
   std::unique_ptr<X11Pasteboard> pasteboard_;
   std::unique_ptr<LinuxColourSampler> colourSampler_;
   SecretServiceKeychain keychain_;
+  std::unique_ptr<LinuxApplicationLibrary> applications_;
+  std::unique_ptr<BusMediaPlayers> mediaPlayers_;
+  std::unique_ptr<BusNearbyDevices> nearbyDevices_;
   StripSurface* strip_ = nullptr;
   std::unique_ptr<LinuxDockTile> tile_;
   std::unique_ptr<AccessibilitySwitch> accessibility_;
@@ -256,6 +265,25 @@ Pasteboard& LinuxPlatform::pasteboard() {
 ColourSampler& LinuxPlatform::colourSampler() {
   return lazily(colourSampler_,
                 [this] { return std::make_unique<LinuxColourSampler>(bus_.get()); });
+}
+
+ApplicationLibrary& LinuxPlatform::applications() {
+  return lazily(applications_, [this] {
+    return std::make_unique<LinuxApplicationLibrary>(files_, *runLoop_, bus_.get(),
+                                                     ModuleFolder(files_, bundle_));
+  });
+}
+
+MediaPlayers& LinuxPlatform::mediaPlayers() {
+  return lazily(mediaPlayers_,
+                [this] { return std::make_unique<BusMediaPlayers>(bus_.get(), *runLoop_, clock_); });
+}
+
+NearbyDevices& LinuxPlatform::nearbyDevices() {
+  return lazily(nearbyDevices_, [this] {
+    return std::make_unique<BusNearbyDevices>(
+        bus_.get(), [this] { return systemBus(); }, *runLoop_);
+  });
 }
 
 DockTile& LinuxPlatform::dockTile() {

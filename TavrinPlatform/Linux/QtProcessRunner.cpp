@@ -37,6 +37,8 @@ public:
     for (const auto& [name, value] : request_.environment)
       environment.insert(QString::fromStdString(name), QString::fromStdString(value));
     process_.setProcessEnvironment(environment);
+    if (!request_.workingFolder.empty())
+      process_.setWorkingDirectory(QString::fromStdString(request_.workingFolder));
     process_.setChildProcessModifier([] { setpgid(0, 0); });
     connect(&process_, &QProcess::readyReadStandardOutput, this, [this] { read(); });
     connect(&process_, &QProcess::readyReadStandardError, this, [this] { read(); });
@@ -101,6 +103,8 @@ private:
   void append(std::string& output, const QByteArray& bytes) {
     const std::size_t room = request_.outputLimit - std::min(request_.outputLimit, output.size());
     const auto size = static_cast<std::size_t>(bytes.size());
+    if (size > 0 && request_.onOutput && done_)
+      request_.onOutput({bytes.constData(), size});
     output.append(bytes.constData(), std::min(room, size));
     result_.wasTruncated |= size > room;
   }

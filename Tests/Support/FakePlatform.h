@@ -4,10 +4,13 @@
 #include "TavrinPlatform/DockTile.h"
 #include "TavrinPlatform/PanelPopover.h"
 #include "TavrinPlatform/Platform.h"
+#include "Tests/Support/FakeApplicationLibrary.h"
 #include "Tests/Support/FakeCalendarStore.h"
 #include "Tests/Support/FakeClipboard.h"
 #include "Tests/Support/FakeHTTPClient.h"
 #include "Tests/Support/FakeHardware.h"
+#include "Tests/Support/FakeMediaPlayers.h"
+#include "Tests/Support/FakeNearbyDevices.h"
 #include "Tests/Support/HandlerList.h"
 #include "Tests/Support/ManualRunLoop.h"
 
@@ -339,6 +342,9 @@ public:
   Pasteboard& pasteboard() override { return fakePasteboard; }
   ColourSampler& colourSampler() override { return fakeSampler; }
   Keychain& keychain() override { return fakeKeychain; }
+  ApplicationLibrary& applications() override { return library; }
+  MediaPlayers& mediaPlayers() override { return media; }
+  NearbyDevices& nearbyDevices() override { return nearby; }
 
   ManualClock fakeClock;
   ManualRunLoop loop;
@@ -366,6 +372,9 @@ public:
   FakePasteboard fakePasteboard;
   FakeColourSampler fakeSampler;
   FakeKeychain fakeKeychain;
+  FakeApplicationLibrary library{loop};
+  FakeMediaPlayers media;
+  FakeNearbyDevices nearby;
 };
 
 } // namespace tavrin::test
