@@ -25,9 +25,12 @@
 
 namespace tavrin {
 
+class ApplicationLibrary;
 class CalendarStore;
 class DockTile;
 class HTTPClient;
+class MediaPlayers;
+class NearbyDevices;
 class SMCAccess;
 class PanelPopover;
 class FolderWatch;
@@ -68,6 +71,9 @@ public:
   virtual ColourSampler& colourSampler() = 0;
   virtual Keychain& keychain() = 0;
   virtual GlobalShortcuts& globalShortcuts() = 0;
+  virtual ApplicationLibrary& applications() = 0;
+  virtual MediaPlayers& mediaPlayers() = 0;
+  virtual NearbyDevices& nearbyDevices() = 0;
 };
 
 } // namespace tavrin

@@ -6,6 +6,7 @@
 #include <functional>
 #include <map>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace tavrin {
@@ -20,6 +21,10 @@ struct ProcessRequest {
   double timeLimit = 30;
   /// Each pipe's bound; what comes after it is read and dropped.
   std::size_t outputLimit = 4 * 1024 * 1024;
+  /// Empty is this process's own.
+  std::string workingFolder = {};
+  /// Told what either pipe has brought, beyond the bound too, on the main thread as it comes.
+  std::function<void(std::string_view bytes)> onOutput = {};
 };
 
 struct ProcessResult {

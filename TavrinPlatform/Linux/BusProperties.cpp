@@ -51,15 +51,28 @@ std::optional<Value> readBasic(sd_bus_message* message, char type) {
   }
 }
 
-/// The variant that is next in `message`, which is left behind it in any case.
-std::optional<Value> readVariant(sd_bus_message* message) {
+constexpr std::string_view basicTypes = "bynqiuxtdso";
+
+/// What the variant that is next holds; empty where there is none.
+std::string variantContents(sd_bus_message* message) {
   char type = 0;
   const char* contents = nullptr;
-  if (sd_bus_message_peek_type(message, &type, &contents) <= 0 || type != 'v')
-    return std::nullopt;
-  const std::string signature = contents == nullptr ? "" : contents;
-  if (signature.size() != 1 ||
-      std::string_view("bynqiuxtdso").find(signature[0]) == std::string_view::npos) {
+  if (sd_bus_message_peek_type(message, &type, &contents) <= 0 || type != 'v' ||
+      contents == nullptr)
+    return {};
+  return contents;
+}
+
+} // namespace
+
+std::optional<BusProperties::Value> readVariant(sd_bus_message* message) {
+  const std::string signature = variantContents(message);
+  if (signature == "v" && sd_bus_message_enter_container(message, 'v', "v") > 0) {
+    const auto value = readVariant(message);
+    sd_bus_message_exit_container(message);
+    return value;
+  }
+  if (signature.size() != 1 || basicTypes.find(signature[0]) == std::string_view::npos) {
     sd_bus_message_skip(message, "v");
     return std::nullopt;
   }
@@ -70,8 +83,6 @@ std::optional<Value> readVariant(sd_bus_message* message) {
   return value;
 }
 
-} // namespace
-
 std::string textArgument(sd_bus_message* message) {
   const char* text = nullptr;
   if (sd_bus_message_read_basic(message, 's', &text) <= 0 || text == nullptr)
@@ -79,12 +90,13 @@ std::string textArgument(sd_bus_message* message) {
   return text;
 }
 
-void BusProperties::read(sd_bus_message* message) {
+void BusProperties::read(sd_bus_message* message, const Other& other) {
   if (sd_bus_message_enter_container(message, 'a', "{sv}") <= 0)
     return;
   while (sd_bus_message_enter_container(message, 'e', "sv") > 0) {
     const std::string name = textArgument(message);
-    if (const auto value = readVariant(message))
+    const bool isOther = other && variantContents(message).size() > 1 && other(name, message);
+    if (const auto value = isOther ? std::nullopt : readVariant(message))
       values_[name] = *value;
     sd_bus_message_exit_container(message);
   }
@@ -111,6 +123,21 @@ bool BusProperties::flag(std::string_view name) const {
   const auto found = values_.find(name);
   const auto* flag = found == values_.end() ? nullptr : std::get_if<bool>(&found->second);
   return flag != nullptr && *flag;
+}
+
+std::optional<std::vector<std::string>> readTexts(sd_bus_message* message, std::size_t most) {
+  if (variantContents(message) != "as" || sd_bus_message_enter_container(message, 'v', "as") <= 0)
+    return std::nullopt;
+  std::vector<std::string> texts;
+  if (sd_bus_message_enter_container(message, 'a', "s") > 0) {
+    const char* text = nullptr;
+    while (sd_bus_message_read_basic(message, 's', &text) > 0)
+      if (texts.size() < most)
+        texts.emplace_back(text);
+    sd_bus_message_exit_container(message);
+  }
+  sd_bus_message_exit_container(message);
+  return texts;
 }
 
 void readInterfaces(sd_bus_message* message,

@@ -1,9 +1,10 @@
 #include "TavrinPlatform/Linux/InterfaceFont.h"
 
+#include "TavrinPlatform/Linux/ToolkitSettings.h"
+
 #include <algorithm>
 #include <array>
 #include <cctype>
-#include <fstream>
 
 namespace tavrin {
 namespace {
@@ -44,19 +45,8 @@ std::optional<std::string> fontFamilyOf(std::string_view description) {
 }
 
 std::optional<std::string> fontFamilyInSettings(const FileManager& files) {
-  const auto folder = files.environment("XDG_CONFIG_HOME");
-  const bool isSet = folder && folder->starts_with('/');
-  std::ifstream file((isSet ? std::filesystem::path(*folder) : files.homeFolder() / ".config") /
-                     "kdeglobals");
-  bool isGeneral = false;
-  for (std::string line; std::getline(file, line);) {
-    const std::string_view text = trimmed(line);
-    if (text.starts_with('['))
-      isGeneral = text == "[General]";
-    else if (isGeneral && text.starts_with("font="))
-      return fontFamilyOf(text.substr(std::string_view("font=").size()));
-  }
-  return std::nullopt;
+  const auto font = toolkitSetting(files, "kdeglobals", "General", "font");
+  return font ? fontFamilyOf(*font) : std::nullopt;
 }
 
 } // namespace tavrin

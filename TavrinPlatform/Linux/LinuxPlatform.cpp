@@ -4,11 +4,14 @@
 
 #include "TavrinPlatform/Linux/BusConnectedDevices.h"
 #include "TavrinPlatform/Linux/BusFanHelper.h"
+#include "TavrinPlatform/Linux/BusMediaPlayers.h"
+#include "TavrinPlatform/Linux/BusNearbyDevices.h"
 #include "TavrinPlatform/Linux/BusNotificationCenter.h"
 #include "TavrinPlatform/Linux/CanberraPlayer.h"
 #include "TavrinPlatform/Linux/InputGuard.h"
 #include "TavrinPlatform/Linux/JSONUserDefaults.h"
 #include "TavrinPlatform/Linux/LinuxApplication.h"
+#include "TavrinPlatform/Linux/LinuxApplicationLibrary.h"
 #include "TavrinPlatform/Linux/LinuxColourSampler.h"
 #include "TavrinPlatform/Linux/LinuxDockGeometry.h"
 #include "TavrinPlatform/Linux/LinuxDockTile.h"
@@ -37,7 +40,7 @@
 #include "TavrinPlatform/Linux/UnavailableServices.h"
 #include "TavrinPlatform/Linux/X11.h"
 #include "TavrinPlatform/Linux/X11Pasteboard.h"
-#include "TavrinPlatform/Linux/X11Shortcuts.h"
+#include "TavrinPlatform/Linux/LinuxGlobalShortcuts.h"
 #include "TavrinStorage/StoragePath.h"
 
 #include <QApplication>
@@ -100,6 +103,9 @@ public:
   ColourSampler& colourSampler() override;
   Keychain& keychain() override { return keychain_; }
   GlobalShortcuts& globalShortcuts() override;
+  ApplicationLibrary& applications() override;
+  MediaPlayers& mediaPlayers() override;
+  NearbyDevices& nearbyDevices() override;
 
 private:
   std::string identifier() const { return bundle_.identifier().value_or("tavrin"); }
@@ -144,6 +150,9 @@ private:
   std::unique_ptr<LinuxColourSampler> colourSampler_;
   SecretServiceKeychain keychain_;
   std::unique_ptr<GlobalShortcuts> globalShortcuts_;
+  std::unique_ptr<LinuxApplicationLibrary> applications_;
+  std::unique_ptr<BusMediaPlayers> mediaPlayers_;
+  std::unique_ptr<BusNearbyDevices> nearbyDevices_;
   StripSurface* strip_ = nullptr;
   std::unique_ptr<LinuxDockTile> tile_;
   std::unique_ptr<AccessibilitySwitch> accessibility_;
@@ -285,7 +294,28 @@ ColourSampler& LinuxPlatform::colourSampler() {
 }
 
 GlobalShortcuts& LinuxPlatform::globalShortcuts() {
-  return lazily(globalShortcuts_, [] { return std::make_unique<X11Shortcuts>(); });
+  return lazily(globalShortcuts_, [this] {
+    return std::make_unique<LinuxGlobalShortcuts>(bus_.get(), identifier());
+  });
+}
+
+ApplicationLibrary& LinuxPlatform::applications() {
+  return lazily(applications_, [this] {
+    return std::make_unique<LinuxApplicationLibrary>(files_, *runLoop_, bus_.get(),
+                                                     ModuleFolder(files_, bundle_));
+  });
+}
+
+MediaPlayers& LinuxPlatform::mediaPlayers() {
+  return lazily(mediaPlayers_,
+                [this] { return std::make_unique<BusMediaPlayers>(bus_.get(), *runLoop_, clock_); });
+}
+
+NearbyDevices& LinuxPlatform::nearbyDevices() {
+  return lazily(nearbyDevices_, [this] {
+    return std::make_unique<BusNearbyDevices>(
+        bus_.get(), [this] { return systemBus(); }, *runLoop_);
+  });
 }
 
 DockTile& LinuxPlatform::dockTile() {

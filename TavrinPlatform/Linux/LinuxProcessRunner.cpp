@@ -67,6 +67,7 @@ public:
         return;
       }
       const auto size = static_cast<std::size_t>(count);
+      onBytes({bytes.data(), size});
       const auto room = limit_ - std::min(limit_, text.size());
       text.append(bytes.data(), std::min(room, size));
       wasTruncated |= size > room;
@@ -82,6 +83,8 @@ public:
     reading_.close();
   }
 
+  /// Told of each piece, also beyond the bound.
+  std::function<void(std::string_view)> onBytes = [](std::string_view) {};
   std::string text;
   bool wasTruncated = false;
 
@@ -136,8 +139,17 @@ private:
     if (!input || !output_.open(output, request_.outputLimit) ||
         !errors_.open(errors, request_.outputLimit))
       return false;
-    SpawnRequest spawning{request_.program,        request_.arguments,      {},  input.number(),
-                          output.writing.number(), errors.writing.number(), true};
+    output_.onBytes = errors_.onBytes = [this](std::string_view bytes) {
+      if (request_.onOutput && done_)
+        request_.onOutput(bytes);
+    };
+    SpawnRequest spawning{.program = request_.program,
+                          .arguments = request_.arguments,
+                          .input = input.number(),
+                          .output = output.writing.number(),
+                          .errors = errors.writing.number(),
+                          .workingFolder = request_.workingFolder,
+                          .leadsGroup = true};
     if (request_.inheritsEnvironment) {
       spawning.environment = environmentWith(request_.environment);
     } else {

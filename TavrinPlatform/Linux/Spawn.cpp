@@ -18,6 +18,10 @@ public:
     if (descriptor >= 0)
       posix_spawn_file_actions_adddup2(&actions_, descriptor, number);
   }
+  void enter(const std::string& folder) {
+    if (!folder.empty())
+      posix_spawn_file_actions_addchdir_np(&actions_, folder.c_str());
+  }
   /// Libraries open files that a child would inherit.
   void closeOthers() { posix_spawn_file_actions_addclosefrom_np(&actions_, STDERR_FILENO + 1); }
   const posix_spawn_file_actions_t* get() const { return &actions_; }
@@ -59,6 +63,7 @@ pid_t spawn(const SpawnRequest& request) {
   actions.place(request.input, STDIN_FILENO);
   actions.place(request.output, STDOUT_FILENO);
   actions.place(request.errors, STDERR_FILENO);
+  actions.enter(request.workingFolder);
   actions.closeOthers();
   const Attributes attributes(request.leadsGroup);
   std::vector<std::string> words = {request.program};

@@ -18,6 +18,8 @@ struct SpawnRequest {
   int input = -1;
   int output = -1;
   int errors = -1;
+  /// Where the child starts; empty is this process's own folder.
+  std::string workingFolder = {};
   /// Whether the child leads a process group of its own.
   bool leadsGroup = false;
 };

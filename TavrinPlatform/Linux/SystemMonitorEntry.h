@@ -2,14 +2,9 @@
 
 #include <filesystem>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace tavrin {
-
-/// The command in an Exec line of a freedesktop.org desktop entry, split into words by its rules of
-/// quoting, its field codes left out.
-std::vector<std::string> execWords(std::string_view exec);
 
 /// The command of the system monitor that belongs to the desktop best: one made for
 /// `currentDesktop` (as XDG_CURRENT_DESKTOP lists them, with colons) before any other. Programs for

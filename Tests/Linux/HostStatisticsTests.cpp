@@ -133,26 +133,13 @@ TEST(HostStatistics, ThisMachine) {
   EXPECT_GE(links, 1);
 }
 
-TEST(SystemMonitorEntry, ExecLines) {
-  using Words = std::vector<std::string>;
-  const std::pair<const char*, Words> cases[] = {
-      {"", {}},
-      {"gnome-system-monitor %U", {"gnome-system-monitor"}},
-      {"\"/opt/my tools/mon\" --all \"a\\\"b\" 50%%",
-       {"/opt/my tools/mon", "--all", "a\"b", "50%"}},
-      {"mon --title=%c x", {"mon", "--title=", "x"}},
-      {"\"unclosed", {"unclosed"}},
-  };
-  for (const auto& [line, words] : cases)
-    EXPECT_EQ(execWords(line), words) << line;
-}
 
 TEST(SystemMonitorEntry, TheDesktopsOwnComesFirst) {
   TemporaryFolder folder;
   TemporaryFolder system;
   const auto entry = [](const fs::path& at, const std::string& name, const std::string& lines) {
     std::ofstream(at / (name + ".desktop"))
-        << "[Desktop Entry]\nType=Application\nCategories=GTK;System;Monitor;\n"
+        << "[Desktop Entry]\nType=Application\nName=Monitor\nCategories=GTK;System;Monitor;\n"
         << lines << "\n[Desktop Action x]\nExec=false\n";
   };
   const auto found = [&](const std::string& desktop) {

@@ -4,12 +4,15 @@
 #include "TavrinPlatform/DockTile.h"
 #include "TavrinPlatform/PanelPopover.h"
 #include "TavrinPlatform/Platform.h"
+#include "Tests/Support/FakeApplicationLibrary.h"
 #include "Tests/Support/FakeCalendarStore.h"
 #include "Tests/Support/FakeClipboard.h"
 #include "Tests/Support/FakeFolderWatch.h"
 #include "Tests/Support/FakeGlobalShortcuts.h"
 #include "Tests/Support/FakeHTTPClient.h"
 #include "Tests/Support/FakeHardware.h"
+#include "Tests/Support/FakeMediaPlayers.h"
+#include "Tests/Support/FakeNearbyDevices.h"
 #include "Tests/Support/HandlerList.h"
 #include "Tests/Support/ManualRunLoop.h"
 
@@ -344,6 +347,9 @@ public:
   ColourSampler& colourSampler() override { return fakeSampler; }
   Keychain& keychain() override { return fakeKeychain; }
   GlobalShortcuts& globalShortcuts() override { return fakeShortcuts; }
+  ApplicationLibrary& applications() override { return library; }
+  MediaPlayers& mediaPlayers() override { return media; }
+  NearbyDevices& nearbyDevices() override { return nearby; }
 
   ManualClock fakeClock;
   ManualRunLoop loop;
@@ -374,6 +380,9 @@ public:
   FakeColourSampler fakeSampler;
   FakeKeychain fakeKeychain;
   FakeGlobalShortcuts fakeShortcuts;
+  FakeApplicationLibrary library{loop};
+  FakeMediaPlayers media;
+  FakeNearbyDevices nearby;
 };
 
 } // namespace tavrin::test

@@ -1,0 +1,47 @@
+#include "TavrinCore/Desktop/KeyFile.h"
+
+#include <algorithm>
+
+namespace tavrin {
+namespace {
+
+std::string_view withoutBlanks(std::string_view text) {
+  const auto first = text.find_first_not_of(" \t\r");
+  if (first == std::string_view::npos)
+    return {};
+  return text.substr(first, text.find_last_not_of(" \t\r") - first + 1);
+}
+
+} // namespace
+
+void eachKeyFileLine(
+    std::string_view text,
+    const std::function<void(std::string_view, std::string_view, std::string_view)>& take) {
+  std::string_view group;
+  while (!text.empty()) {
+    const auto end = std::min(text.find('\n'), text.size());
+    std::string_view line = text.substr(0, end);
+    text.remove_prefix(std::min(end + 1, text.size()));
+    if (line.size() > longestKeyFileLine)
+      continue;
+    if (line.ends_with('\r'))
+      line.remove_suffix(1);
+    const std::string_view bare = withoutBlanks(line);
+    if (bare.empty() || bare.front() == '#')
+      continue;
+    if (bare.front() == '[') {
+      group = bare.ends_with(']') ? bare.substr(1, bare.size() - 2) : std::string_view();
+      continue;
+    }
+    const auto equals = line.find('=');
+    if (group.empty() || equals == std::string_view::npos)
+      continue;
+    const auto key = withoutBlanks(line.substr(0, equals));
+    auto value = line.substr(equals + 1);
+    value.remove_prefix(std::min(value.find_first_not_of(" \t"), value.size()));
+    if (!key.empty())
+      take(group, key, value);
+  }
+}
+
+} // namespace tavrin

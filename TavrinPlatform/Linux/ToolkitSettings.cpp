@@ -1,0 +1,35 @@
+#include "TavrinPlatform/Linux/ToolkitSettings.h"
+
+#include "TavrinCore/Base/Errors.h"
+#include "TavrinCore/Base/Text.h"
+#include "TavrinCore/Desktop/KeyFile.h"
+#include "TavrinStorage/AtomicFile.h"
+
+namespace tavrin {
+
+std::optional<std::string> toolkitSetting(const FileManager& files, const std::string& file,
+                                          const std::string& group, const std::string& key) {
+  const auto folder = files.environment("XDG_CONFIG_HOME");
+  const bool isSet = folder && folder->starts_with('/');
+  std::optional<std::string> found;
+  try {
+    const auto text =
+        readFile((isSet ? std::filesystem::path(*folder) : files.homeFolder() / ".config") / file);
+    eachKeyFileLine(text.value_or(""), [&](auto inGroup, auto name, auto value) {
+      if (!found && inGroup == group && name == key && !trimmed(value).empty())
+        found = trimmed(value);
+    });
+  } catch (const FileError&) {
+    // As if it were not there.
+  }
+  return found;
+}
+
+std::optional<std::string> iconThemeInSettings(const FileManager& files) {
+  for (const char* file : {"gtk-4.0/settings.ini", "gtk-3.0/settings.ini"})
+    if (auto theme = toolkitSetting(files, file, "Settings", "gtk-icon-theme-name"))
+      return theme;
+  return toolkitSetting(files, "kdeglobals", "Icons", "Theme");
+}
+
+} // namespace tavrin

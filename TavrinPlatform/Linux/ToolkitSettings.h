@@ -1,0 +1,18 @@
+#pragma once
+
+#include "TavrinPlatform/FileManager.h"
+
+#include <optional>
+#include <string>
+
+namespace tavrin {
+
+/// A value in the key file `file` of the user's configuration folder: "kdeglobals",
+/// "gtk-3.0/settings.ini". No value where file, group or key are missing.
+std::optional<std::string> toolkitSetting(const FileManager& files, const std::string& file,
+                                          const std::string& group, const std::string& key);
+
+/// The icon theme as the toolkits' own files name it.
+std::optional<std::string> iconThemeInSettings(const FileManager& files);
+
+} // namespace tavrin
