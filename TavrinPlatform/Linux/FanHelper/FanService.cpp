@@ -123,7 +123,7 @@ void FanService::admit(const Request& request) {
 }
 
 void FanService::refuse(const Request& request, const std::string& sentence) {
-  sd_bus_error error = SD_BUS_ERROR_NULL;
+  sd_bus_error error{};
   sd_bus_error_set(&error, errorName, sentence.c_str());
   sd_bus_reply_method_error(request.message.get(), &error);
   sd_bus_error_free(&error);
