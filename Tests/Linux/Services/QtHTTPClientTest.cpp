@@ -1,42 +1,10 @@
 #include "TavrinPlatform/Linux/Modules/QtHTTPClient.h"
 
+#include "Tests/Linux/Services/LocalServer.h"
 #include "Tests/Linux/Services/LoopTest.h"
-
-#include <QTcpServer>
-#include <QTcpSocket>
 
 namespace tavrin::test {
 namespace {
-
-/// Answers every request with the bytes given, and may keep the connection open.
-class Server : public QTcpServer {
-public:
-  Server() {
-    listen(QHostAddress::LocalHost);
-    connect(this, &QTcpServer::newConnection, this, [this] {
-      auto* socket = nextPendingConnection();
-      connect(socket, &QTcpSocket::readyRead, this, [this, socket] {
-        requests.push_back(socket->readAll().toStdString());
-        socket->write(answer.data(), static_cast<qint64>(answer.size()));
-        if (!staysOpen)
-          socket->disconnectFromHost();
-      });
-    });
-  }
-  std::string url(const char* path = "/v1/forecast") const {
-    return "http://127.0.0.1:" + std::to_string(serverPort()) + path;
-  }
-  static std::string whole(const std::string& body, const std::string& status = "200 OK",
-                           const std::string& headers = {}) {
-    return "HTTP/1.1 " + status + "\r\n" + headers +
-           "Content-Length: " + std::to_string(body.size()) + "\r\nConnection: close\r\n\r\n" +
-           body;
-  }
-
-  std::string answer;
-  bool staysOpen = false;
-  std::vector<std::string> requests;
-};
 
 class QtHTTPClientTest : public LoopTest {
 protected:
@@ -45,19 +13,19 @@ protected:
       return client_.get({server_.url(), timeLimit, sizeLimit}, done);
     });
   }
-  Server server_;
+  LocalServer server_;
   QtHTTPClient client_;
 };
 
 TEST_F(QtHTTPClientTest, AnswersWithStatusAndBody) {
-  server_.answer = Server::whole("{\"a\":1}");
+  server_.answer = LocalServer::whole("{\"a\":1}");
   const auto response = get();
   EXPECT_EQ(response.status, 200);
   EXPECT_EQ(response.body, "{\"a\":1}");
-  server_.answer = Server::whole("no", "404 Not Found");
+  server_.answer = LocalServer::whole("no", "404 Not Found");
   EXPECT_EQ(get().status, 404);
   EXPECT_EQ(get().isSuccess(), false);
-  server_.answer = Server::whole("", "500 Oops");
+  server_.answer = LocalServer::whole("", "500 Oops");
   EXPECT_EQ(get().status, 500);
 }
 
@@ -80,7 +48,7 @@ TEST_F(QtHTTPClientTest, ASlowAnswerEndsAtTheTimeLimit) {
 }
 
 TEST_F(QtHTTPClientTest, ALongAnswerIsRefusedWhetherItSaysSoOrNot) {
-  server_.answer = Server::whole(std::string(100 * 1024 * 1024, 'x'));
+  server_.answer = LocalServer::whole(std::string(100 * 1024 * 1024, 'x'));
   EXPECT_EQ(get(10, 1024).status, 0);
   server_.answer = "HTTP/1.1 200 OK\r\nConnection: close\r\n\r\n" + std::string(400'000, 'x');
   EXPECT_EQ(get(10, 300'000).status, 0);
@@ -88,9 +56,9 @@ TEST_F(QtHTTPClientTest, ALongAnswerIsRefusedWhetherItSaysSoOrNot) {
 }
 
 TEST_F(QtHTTPClientTest, ARedirectToAnotherHostIsRefused) {
-  Server other;
-  other.answer = Server::whole("stolen");
-  server_.answer = Server::whole("", "302 Found", "Location: " + other.url() + "\r\n");
+  LocalServer other;
+  other.answer = LocalServer::whole("stolen");
+  server_.answer = LocalServer::whole("", "302 Found", "Location: " + other.url() + "\r\n");
   EXPECT_EQ(get().status, 0);
   EXPECT_TRUE(other.requests.empty());
 }
@@ -102,7 +70,7 @@ TEST_F(QtHTTPClientTest, ADroppedTokenEndsTheRequest) {
   EXPECT_TRUE(waitFor([&] { return !server_.requests.empty(); }));
   token.reset();
   server_.staysOpen = false;
-  server_.answer = Server::whole("x");
+  server_.answer = LocalServer::whole("x");
   get();
   EXPECT_FALSE(isAnswered);
 }
