@@ -114,7 +114,7 @@ def bench_calendar():
         time.sleep(4)
         after = memory(process.pid)["Private_Dirty"]
         row("private dirty of the slot as a note", before, "MB")
-        row("private dirty with the calendars' libraries", after, "MB")
+        row("private dirty with the calendars' libraries", after, "MB", 10)
     finally:
         desk.close()
 
@@ -153,7 +153,8 @@ def bench_weather():
         Tile(desk, process.pid).settle()
         time.sleep(4)
         print("A weather widget with its reading")
-        row("private dirty with the network's libraries", memory(process.pid)["Private_Dirty"], "MB")
+        size = memory(process.pid)["Private_Dirty"]
+        row("private dirty with the network's libraries", size, "MB", 5)
     finally:
         desk.close()
         server.shutdown()
