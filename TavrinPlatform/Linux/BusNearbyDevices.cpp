@@ -1,6 +1,7 @@
 #include "TavrinPlatform/Linux/BusNearbyDevices.h"
 
 #include "TavrinCore/Base/Errors.h"
+#include "TavrinCore/Base/Text.h"
 #include "TavrinCore/Kinds/ClipboardItem.h"
 #include "TavrinPlatform/Linux/BusProperties.h"
 #include "TavrinPlatform/Linux/ObexSending.h"

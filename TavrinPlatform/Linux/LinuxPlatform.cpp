@@ -24,6 +24,7 @@
 #include "TavrinPlatform/Linux/LinuxSystemLog.h"
 #include "TavrinPlatform/Linux/LinuxUserFiles.h"
 #include "TavrinPlatform/Linux/LinuxWorkspace.h"
+#include "TavrinPlatform/Linux/LoadingCalendarStore.h"
 #include "TavrinPlatform/Linux/MemoryRelease.h"
 #include "TavrinPlatform/Linux/Module.h"
 #include "TavrinPlatform/Linux/PictureSurface.h"
@@ -112,9 +113,6 @@ private:
   std::unique_ptr<LinuxDockTile> makeDockTile();
   std::vector<std::string> surfaceNames();
   std::unique_ptr<TileSurface> makeSurface(const std::string& name);
-  template <class Service, class Missing, class... Arguments>
-  std::unique_ptr<Service> fromModule(const std::string& name, const char* symbol,
-                                      Arguments&... arguments);
   bool hasTray();
   /// Connected once somebody wants something of it; null where there is none.
   Bus* systemBus();
@@ -240,28 +238,33 @@ ProcessRunner& LinuxPlatform::processes() {
   return lazily(processes_, [] { return std::make_unique<LinuxProcessRunner>(); });
 }
 
-template <class Service, class Missing, class... Arguments>
-std::unique_ptr<Service> LinuxPlatform::fromModule(const std::string& name, const char* symbol,
-                                                   Arguments&... arguments) {
-  std::string error;
-  const auto make = reinterpret_cast<Service* (*)(Arguments & ...)>(
-      ModuleFolder(files_, bundle_).find(name, symbol, error));
-  if (make != nullptr)
-    return std::unique_ptr<Service>(make(arguments...));
-  Log(log_, name).error(failure("load the module " + name, error));
-  return std::make_unique<Missing>(*runLoop_);
-}
-
 HTTPClient& LinuxPlatform::http() {
-  return lazily(http_, [this] {
-    return fromModule<HTTPClient, UnavailableHTTPClient>("http", "tavrinMakeHTTPClient");
+  return lazily(http_, [this]() -> std::unique_ptr<HTTPClient> {
+    std::string error;
+    const auto make =
+        ModuleFolder(files_, bundle_).find<HTTPClient*()>("http", "tavrinMakeHTTPClient", error);
+    if (make != nullptr)
+      return std::unique_ptr<HTTPClient>(make());
+    Log(log_, "http").error(failure("load the module http", error));
+    return std::make_unique<UnavailableHTTPClient>(*runLoop_);
   });
 }
 
 CalendarStore& LinuxPlatform::calendars() {
   return lazily(calendars_, [this] {
-    return fromModule<CalendarStore, UnavailableCalendarStore>(
-        "calendar", "tavrinMakeCalendarStore", *runLoop_);
+    return std::make_unique<LoadingCalendarStore>(
+        *runLoop_,
+        [this, modules = ModuleFolder(files_, bundle_)]() -> LoadingCalendarStore::Factory {
+          std::string error;
+          const auto make =
+              modules.find<CalendarStore*(RunLoop&)>("calendar", "tavrinMakeCalendarStore", error);
+          return [this, make, error]() -> std::unique_ptr<CalendarStore> {
+            if (make != nullptr)
+              return std::unique_ptr<CalendarStore>(make(*runLoop_));
+            Log(log_, "calendar").error(failure("load the module calendar", error));
+            return std::make_unique<UnavailableCalendarStore>(*runLoop_);
+          };
+        });
   });
 }
 

@@ -23,7 +23,7 @@ fs::path folderOf(const FileManager& files, const MainBundle& bundle) {
 ModuleFolder::ModuleFolder(const FileManager& files, const MainBundle& bundle)
     : folder_(folderOf(files, bundle)) {}
 
-void* ModuleFolder::find(const std::string& name, const char* symbol, std::string& error) const {
+void* ModuleFolder::address(const std::string& name, const char* symbol, std::string& error) const {
   const fs::path file = folder_ / ("libtavrin-" + name + ".so");
   void* module = ::dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
   void* function = module != nullptr ? ::dlsym(module, symbol) : nullptr;

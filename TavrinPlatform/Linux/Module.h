@@ -18,10 +18,15 @@ public:
   ModuleFolder(const FileManager& files, const MainBundle& bundle);
 
   /// The function `symbol` of "libtavrin-NAME.so"; null, and `error` says why, where the module or
-  /// a library it needs is missing.
-  void* find(const std::string& name, const char* symbol, std::string& error) const;
+  /// a library it needs is missing. From any thread.
+  template <class Function>
+  Function* find(const std::string& name, const char* symbol, std::string& error) const {
+    return reinterpret_cast<Function*>(address(name, symbol, error));
+  }
 
 private:
+  void* address(const std::string& name, const char* symbol, std::string& error) const;
+
   std::filesystem::path folder_;
 };
 

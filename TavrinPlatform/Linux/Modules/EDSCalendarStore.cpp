@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <malloc.h>
 
 namespace tavrin {
 namespace {
@@ -12,6 +13,9 @@ using Entity = CalendarStore::Entity;
 
 /// "Do not wait for the connected state", which local calendars never tell.
 constexpr auto withoutWaiting = static_cast<guint32>(-1);
+
+/// Components whose memory is given back to the system once they are read.
+constexpr guint muchToKeep = 200;
 
 struct ErrorSlot {
   GError* error = nullptr;
@@ -171,8 +175,14 @@ bool EDSCalendarStore::connect() {
     return true;
   ErrorSlot error;
   registry_.reset(e_source_registry_new_sync(thread_->cancellable(), error.out()));
-  if (!registry_)
+  // Without a server the library makes a registry all the same; a server has sources of its own.
+  GList* sources = registry_ ? e_source_registry_list_sources(registry_.get(), nullptr) : nullptr;
+  const bool hasServer = sources != nullptr;
+  g_list_free_full(sources, g_object_unref);
+  if (!hasServer) {
+    registry_.reset();
     return false;
+  }
   for (const char* signal :
        {"source-added", "source-removed", "source-changed", "source-enabled", "source-disabled"})
     g_signal_connect(registry_.get(), signal, G_CALLBACK(changed), this);
@@ -274,7 +284,11 @@ void EDSCalendarStore::readEvents(const std::string& uid, DateInterval range,
                                colourOf(e_client_get_source(E_CLIENT(client)), Entity::events),
                                {e_cal_client_tzlookup_cb, client,
                                 e_cal_client_get_default_timezone(client), thread_->cancellable()});
+  const bool wasMuch = g_slist_length(components) > muchToKeep;
   g_slist_free_full(components, g_object_unref);
+  // The heap of this thread would stay as large as the calendar for good.
+  if (wasMuch)
+    ::malloc_trim(0);
   std::move(instances.begin(), instances.end(), std::back_inserter(events));
 }
 

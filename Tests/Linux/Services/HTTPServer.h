@@ -1,13 +1,15 @@
 #pragma once
 
+#include <QPointer>
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace tavrin::test {
 
-/// Answers every request on this computer with the bytes given, and may keep the connection open.
+/// Answers every request with the bytes given, and may keep the connection open.
 class HTTPServer : public QTcpServer {
 public:
   HTTPServer() {
@@ -16,9 +18,10 @@ public:
       auto* socket = nextPendingConnection();
       connect(socket, &QTcpSocket::readyRead, this, [this, socket] {
         requests.push_back(socket->readAll().toStdString());
-        socket->write(answer.data(), static_cast<qint64>(answer.size()));
-        if (!staysOpen)
-          socket->disconnectFromHost();
+        if (isSilent)
+          waiting_.push_back(socket);
+        else
+          reply(*socket);
       });
     });
   }
@@ -32,9 +35,26 @@ public:
            body;
   }
 
+  /// Answers what came while it was silent, and speaks from now on.
+  void speak() {
+    isSilent = false;
+    for (const auto& socket : std::exchange(waiting_, {}))
+      if (socket)
+        reply(*socket);
+  }
+
   std::string answer;
   bool staysOpen = false;
+  bool isSilent = false;
   std::vector<std::string> requests;
+
+private:
+  void reply(QTcpSocket& socket) const {
+    socket.write(answer.data(), static_cast<qint64>(answer.size()));
+    if (!staysOpen)
+      socket.disconnectFromHost();
+  }
+  std::vector<QPointer<QTcpSocket>> waiting_;
 };
 
 } // namespace tavrin::test
