@@ -75,7 +75,8 @@ void GitHubPanelView::refresh() {
   const bool hasList = model_.hasRead() && !isContributions && !model_.items().empty();
   const bool hasGrid = model_.hasRead() && isContributions && model_.contributions();
   const auto failing = GitHubBoard::failing(model_.items());
-  if (model_.isLoading())
+  // The first time the panel's middle says it.
+  if (model_.isLoading() && (model_.hasRead() || trouble))
     setState("Asking GitHub");
   else if (trouble && model_.hasRead())
     setState(shortText(*trouble), State::trouble);
