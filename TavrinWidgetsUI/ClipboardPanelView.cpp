@@ -171,7 +171,7 @@ void ClipboardPanelView::showWords() {
   } else if (!model_.canCapture()) {
     empty_->setSentence("exclamationmark.triangle.fill",
                         "This desktop does not tell programs what is copied");
-    empty_->setHint("Log in to an X11 session to keep a history.");
+    empty_->setHint("An X11 session keeps a history.");
   } else {
     empty_->setSentence("doc.on.clipboard", "Nothing copied yet");
     empty_->setHint("Copy something on your Mac and it will show up here.");

@@ -77,7 +77,7 @@ AnyView colourWideTile(const ColourHistory& history, const ColourPickerSettings&
   const bool isEmpty = history.colours.empty();
   if (isEmpty) {
     content.mark = symbol("eyedropper").colour(withContrast(colourPickerTint, palette::ground));
-    content.caption = "No colours yet";
+    content.caption = "No colours";
     content.figure = "Pick one";
   } else {
     const PickedColour& newest = history.colours.front();

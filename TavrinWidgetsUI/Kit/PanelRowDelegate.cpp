@@ -14,6 +14,7 @@ namespace {
 
 constexpr double inset = panel::grid;
 constexpr double actionSide = 24;
+constexpr double pictureSide = 28;
 
 /// One row being painted, from the outside in: each part takes its room off `left` or `right`.
 struct RowPainting {
@@ -48,10 +49,14 @@ void RowPainting::paintMark() {
   const bool hasImage = !row.image.isNull();
   if (!hasImage && !row.dot.isValid() && row.symbol.isEmpty() && row.mark.isEmpty())
     return;
-  const double side = hasImage ? rect.height() - 12 : row.dot.isValid() ? 10 : 20;
+  constexpr double symbolSide = 20;
+  const double side = !hasImage && row.dot.isValid() ? 10 : symbolSide;
   const QRectF place = room(left, side);
   if (hasImage) {
-    paintPicture(painter, row.image, place.adjusted(0, 6, 0, -6));
+    // Larger than a symbol about the same middle, so that the words of all rows begin in one line.
+    QRectF picture(0, 0, pictureSide, pictureSide);
+    picture.moveCenter(place.center());
+    paintPicture(painter, row.image, picture);
   } else if (row.dot.isValid()) {
     QRectF circle(0, 0, side, side);
     circle.moveCenter(place.center());
