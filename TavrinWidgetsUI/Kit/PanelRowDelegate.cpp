@@ -24,6 +24,8 @@ struct RowPainting {
   Qt::LayoutDirection direction;
   double left;
   double right;
+  /// The list's icon size, where it has one: titles begin behind it, whatever stands there.
+  double markWidth;
 
   QRectF room(double x, double width) const {
     return panelPaint::visual({x, rect.top(), width, rect.height()}, rect, direction);
@@ -49,9 +51,12 @@ void RowPainting::paintMark() {
   if (!hasImage && !row.dot.isValid() && row.symbol.isEmpty() && row.mark.isEmpty())
     return;
   const double side = hasImage ? rect.height() - 12 : row.dot.isValid() ? 10 : 20;
-  const QRectF place = room(left, side);
+  const double width = std::max(side, markWidth);
+  const QRectF place = room(left, width);
   if (hasImage) {
-    paintPicture(painter, row.image, place.adjusted(0, 6, 0, -6));
+    QRectF square(0, 0, side, side);
+    square.moveCenter(place.center());
+    paintPicture(painter, row.image, square);
   } else if (row.dot.isValid()) {
     QRectF circle(0, 0, side, side);
     circle.moveCenter(place.center());
@@ -62,10 +67,17 @@ void RowPainting::paintMark() {
     panelPaint::line(painter, row.mark, place, panelFont(PanelTextStyle::body), quietInk(),
                      Qt::AlignHCenter);
   }
-  left += side + 10;
+  left += width + 10;
 }
 
 void RowPainting::paintTrailing() {
+  if (row.isNew) {
+    constexpr double side = 8;
+    QRectF dot(0, 0, side, side);
+    dot.moveCenter(room(right - side, side).center());
+    panelPaint::rounded(painter, dot, side / 2, colours.accent);
+    right -= side + inset;
+  }
   if (row.isChecked) {
     panelPaint::symbol(painter, QStringLiteral("checkmark"), room(right - 16, 16), 14,
                        colours.accent);
@@ -88,13 +100,6 @@ void RowPainting::paintWords() {
   QFont font = panelFont(PanelTextStyle::body);
   font.setStrikeOut(row.isDone);
   const QColor colour = row.isDone ? quietInk() : ink();
-  if (row.isNew) {
-    constexpr double side = 7;
-    QRectF dot(0, 0, side, side);
-    dot.moveCenter(room(left, side).center());
-    panelPaint::rounded(painter, dot, side / 2, colours.accent);
-    left += side + 6;
-  }
   const QRectF words = room(left, right - left);
   if (row.subtitle.isEmpty()) {
     panelPaint::line(painter, row.title, words, font, colour);
@@ -145,8 +150,14 @@ void PanelRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opti
 
   painter->save();
   panelPaint::rounded(*painter, rect, panel::cornerRadius, groundOf(row, hover, pressed, colours));
-  RowPainting painting{
-      *painter, row, colours, rect, option.direction, rect.left() + inset, rect.right() - inset};
+  RowPainting painting{*painter,
+                       row,
+                       colours,
+                       rect,
+                       option.direction,
+                       rect.left() + inset,
+                       rect.right() - inset,
+                       double(list_->iconSize().width())};
   const int count = static_cast<int>(row.actions.size());
   int firstShown = count;
   for (int i = count - 1; i >= 0; --i) {
