@@ -65,8 +65,14 @@ AnyView FileRollWidgetController::tileView(const TileSize& size) const {
   }
   if (!size.isWide())
     return filesTileIcon(reading, size);
-  const auto newest = files.empty() ? std::filesystem::path() : files.front().path;
-  return filesWideTile(reading, size, [open = open(), newest] { open(newest); });
+  return filesWideTile(reading, size, [this] { openFile(0); });
+}
+
+void FileRollWidgetController::openFile(std::size_t index) const {
+  if (index >= roll_.files().size())
+    return;
+  const auto path = roll_.files()[index].path;
+  open()(path);
 }
 
 PanelView* FileRollWidgetController::makePanelView(const PanelAppearance& appearance) {

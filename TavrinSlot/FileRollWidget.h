@@ -19,6 +19,8 @@ protected:
 
 private:
   void observe();
+  /// One of those the tile shows, by its number.
+  void openFile(std::size_t index) const;
   /// What is listed now has been seen.
   void markSeen();
   FilesSettings settings() const;

@@ -38,19 +38,22 @@ QColor ScreenshotWidgetController::tint() const {
 AnyView ScreenshotWidgetController::tileView(const TileSize& size) const {
   ScreenshotReading reading{roll_.isKnown(), roll_.state(), {}};
   const auto& files = roll_.files();
-  // A click opens what is shown there then, whatever has come since.
-  std::vector<std::filesystem::path> paths;
   for (std::size_t i = 0; i < std::min(files.size(), size.isWide() ? mostTileShots : 1); ++i) {
     const FolderFile& file = files[i];
-    paths.push_back(file.path);
     reading.shots.push_back({roll_.picture(file), shownName(file.path),
                              momentText(file.date, platform().clock().now()),
                              roll_.isBroken(file)});
   }
   if (!size.isWide())
     return screenshotTileIcon(reading, size);
-  return screenshotWideTile(reading, size,
-                            [open = open(), paths](std::size_t index) { open(paths.at(index)); });
+  return screenshotWideTile(reading, size, [this](std::size_t index) { openFile(index); });
+}
+
+void ScreenshotWidgetController::openFile(std::size_t index) const {
+  if (index >= roll_.files().size())
+    return;
+  const auto path = roll_.files()[index].path;
+  open()(path);
 }
 
 PanelView* ScreenshotWidgetController::makePanelView(const PanelAppearance& appearance) {

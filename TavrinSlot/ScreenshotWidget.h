@@ -18,6 +18,8 @@ protected:
 
 private:
   void observe();
+  /// One of those the tile shows, by its number.
+  void openFile(std::size_t index) const;
   ScreenshotSettings settings() const;
 
   /// Pictures are asked for where they are to be drawn.

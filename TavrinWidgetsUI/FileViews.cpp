@@ -27,7 +27,10 @@ AnyView fan(const FilesReading& reading, double height) {
   const auto count = std::min(reading.files.size(), mostTileFiles);
   for (std::size_t i = count; i-- > 0;) {
     if (i == 0) {
-      layers.push_back(fileSheetView(reading.files.front().sheet, height));
+      const FileSheet& sheet = reading.files.front().sheet;
+      // A wide picture is made less high, so that it keeps off the tile's edges.
+      const double width = fileSheetWidth(sheet, height);
+      layers.push_back(fileSheetView(sheet, height * std::min(1.0, height / width)));
       continue;
     }
     // Of those behind only an edge is seen.
@@ -53,7 +56,7 @@ QString stateWords(const FilesReading& reading) {
   if (!reading.isKnown)
     return QStringLiteral("Looking");
   if (reading.hasTrouble)
-    return QStringLiteral("The folder cannot be listed");
+    return QStringLiteral("Cannot be listed");
   if (reading.files.empty())
     return reading.unfinished > 0 ? QStringLiteral("Downloading") : QStringLiteral("No files");
   QString words = reading.files.front().title;
@@ -104,12 +107,10 @@ AnyView filesWideTile(const FilesReading& reading, const TileSize& size,
   }
   const auto& newest = reading.files.front();
   content.mark = fan(reading, body * 0.6);
-  if (reading.unseen > 0)
-    content.mark = content.mark.overlay(
-        badge(reading.unseen, body).offset(body * 0.16, -body * 0.08), Alignment::topTrailing);
-  const QString about = reading.unfinished > 0
-                            ? QStringLiteral("Downloading %1").arg(reading.unfinished)
-                            : newest.about;
+  const QString about =
+      reading.unfinished > 0 ? QStringLiteral("Downloading %1").arg(reading.unfinished)
+      : reading.unseen > 0   ? QStringLiteral("%1 new · ").arg(reading.unseen) + newest.about
+                             : newest.about;
   content.middle = vstack({text(newest.title)
                                .size(std::max(body * 0.22, minimumTypeSize))
                                .weight(FontWeight::semibold)

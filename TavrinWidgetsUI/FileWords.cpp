@@ -202,7 +202,7 @@ FileSheet fileSheet(const std::filesystem::path& path, bool isFolder, const QIma
 
 double fileSheetWidth(const FileSheet& sheet, double height) {
   if (!sheet.picture.isNull() && !sheet.isMissing)
-    return height * std::clamp(double(sheet.picture.width()) / sheet.picture.height(), 0.7, 1.6);
+    return height * std::clamp(double(sheet.picture.width()) / sheet.picture.height(), 0.7, 1.2);
   return height * (sheet.isFolder ? 1.1 : sheetRatio);
 }
 

@@ -16,6 +16,8 @@ QColor fileColour(FileKind kind);
 /// date.
 QString momentText(Date date, Date now);
 
+/// Room for a small picture at the left of a tall row, in points.
+inline constexpr int filePictureWidth = 32;
 /// A row with the file's symbol or picture, name, time and size. `place` is a further quiet word,
 /// such as its folder.
 PanelRow fileRow(const FolderFile& file, const QImage& picture, const QString& place, Date now);

@@ -35,6 +35,7 @@ FilesPanelView::FilesPanelView(const PanelAppearance& appearance, FileRoll& roll
 
 void FilesPanelView::makeList() {
   list_->setTall(true);
+  list_->setIconSize({filePictureWidth, filePictureWidth});
   list_->setMaximumVisibleRows(visibleRows);
   list_->onOpen = [this](int row) { act(row, services_.open); };
   list_->onCopy = [this](int row) { act(row, services_.copy); };

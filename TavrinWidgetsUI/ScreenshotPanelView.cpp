@@ -24,8 +24,8 @@ ScreenshotPanelView::ScreenshotPanelView(const PanelAppearance& appearance, Scre
     : PanelView(appearance, Width::grids), roll_(roll), services_(std::move(services)),
       trouble_(new PanelText({}, PanelTextStyle::trouble)),
       grid_(new PanelGrid("Screenshots", columns)),
-      chosenName_(new PanelText({}, PanelTextStyle::body)),
-      chosenAbout_(new PanelText({}, PanelTextStyle::caption)), actions_(new QWidget),
+      chosenAbout_(new PanelText({}, PanelTextStyle::body)),
+      chosenName_(new PanelText({}, PanelTextStyle::caption)), actions_(new QWidget),
       empty_(new PanelEmptyState("photo", {})) {
   add(trouble_);
   makeGrid();
@@ -68,8 +68,8 @@ void ScreenshotPanelView::makeActions() {
   row->setSpacing(4);
   auto* words = new QVBoxLayout;
   words->setSpacing(0);
-  words->addWidget(chosenName_);
   words->addWidget(chosenAbout_);
+  words->addWidget(chosenName_);
   row->addLayout(words, 1);
   row->addWidget(
       PanelButton::icon("trash", "Move to Trash", [this] { act(services_.moveToTrash); }));
@@ -139,9 +139,9 @@ void ScreenshotPanelView::showChosen() {
   if (!hasChosen)
     return;
   const FolderFile& file = shown_[static_cast<std::size_t>(index)];
-  chosenName_->setWords(fileTitle(file.path));
   chosenAbout_->setWords(momentText(file.date, services_.clock.now()) + " · " +
                          QString::fromStdString(byteText(static_cast<std::int64_t>(file.size))));
+  chosenName_->setWords(fileTitle(file.path));
 }
 
 void ScreenshotPanelView::showWords() {

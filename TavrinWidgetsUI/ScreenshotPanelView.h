@@ -36,8 +36,8 @@ private:
   FilePanelServices services_;
   PanelText* trouble_;
   PanelGrid* grid_;
-  PanelText* chosenName_;
   PanelText* chosenAbout_;
+  PanelText* chosenName_;
   QWidget* actions_;
   PanelEmptyState* empty_;
   PanelButton* openFolder_;

@@ -120,7 +120,7 @@ AnyView screenshotWideTile(const ScreenshotReading& reading, const TileSize& siz
     content.value = spokenState(reading);
     return wideTile(content, size);
   }
-  const double gap = body * 0.08;
+  const double gap = body * 0.11;
   const double wish = height * shotRatio;
   const auto fitting = static_cast<std::size_t>(std::max(1.0, (room + gap) / (wish * 0.85 + gap)));
   // The room is shared out whole, by as many as there are or fit.
@@ -135,6 +135,21 @@ AnyView screenshotWideTile(const ScreenshotReading& reading, const TileSize& siz
              : picture)
             .button({fmt::format("open{}", i), [open, i] { open(i); }},
                     "Open " + QString::fromStdString(shot.name)));
+  }
+  // Where there are few, there is room to say when.
+  const double left = room - (width + gap) * double(row.size());
+  if (left > body * 0.7) {
+    const auto& newest = reading.shots.front();
+    row.push_back(vstack({text("Newest")
+                              .size(std::max(body * 0.17, minimumTypeSize))
+                              .colour(palette::caption(ground)),
+                          text(newest.moment)
+                              .size(std::max(body * 0.22, minimumTypeSize))
+                              .weight(FontWeight::semibold)
+                              .colour(palette::figure(ground))})
+                      .align(Alignment::leading)
+                      .spacing(body * 0.04)
+                      .padding(Insets{body * 0.06, 0, 0, 0}));
   }
   return onGround(hstack(std::move(row)).spacing(gap).fill(Alignment::leading).padding(padding, 0),
                   size)

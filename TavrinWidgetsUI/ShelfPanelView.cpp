@@ -49,6 +49,7 @@ ShelfPanelView::ShelfPanelView(const PanelAppearance& appearance, ShelfModel& mo
 
 void ShelfPanelView::makeList() {
   list_->setTall(true);
+  list_->setIconSize({filePictureWidth, filePictureWidth});
   list_->setMaximumVisibleRows(visibleRows);
   list_->onOpen = [this](int row) {
     if (const auto* item = itemAt(row); item != nullptr && !item->isMissing) {

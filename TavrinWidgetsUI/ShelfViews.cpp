@@ -84,7 +84,7 @@ AnyView shelfTileIcon(const ShelfReading& reading, const TileSize& size) {
                          .padding(Insets{0, 0, 0, body * (1 - boardTop + 0.07)})
                          .fill(Alignment::bottom));
   } else {
-    layers.push_back(standing(reading, size, body * 0.8, body * (reading.count > 1 ? 0.42 : 0.5)));
+    layers.push_back(standing(reading, size, body * 0.86, body * (reading.count > 1 ? 0.4 : 0.5)));
     AnyView figure = reading.count > 1 ? AnyView(countText(reading, size)) : AnyView();
     if (reading.missing > 0)
       figure = hstack({warning(size), figure}).spacing(body * 0.03);

@@ -2,10 +2,10 @@
 
 #include "TavrinCore/Base/Errors.h"
 #include "TavrinCore/Base/FileURL.h"
+#include "TavrinPlatform/Linux/Trash.h"
 #include "TavrinPlatform/Linux/UserFolders.h"
 #include "TavrinStorage/FileBeginning.h"
 
-#include <QFile>
 #include <QProcess>
 
 namespace tavrin {
@@ -87,9 +87,11 @@ std::filesystem::path LinuxUserFiles::screenshotFolder() const {
 }
 
 bool LinuxUserFiles::moveToTrash(const std::filesystem::path& file) {
-  const QString name = QString::fromStdString(file.native());
-  // A name the toolkit cannot spell could be another file's.
-  return name.toStdString() == file.native() && QFile::moveToTrash(name);
+  try {
+    return tavrin::moveToTrash(file, files_.applicationSupportFolder() / "Trash");
+  } catch (const FileError&) {
+    return false;
+  }
 }
 
 void LinuxUserFiles::open(const std::filesystem::path& file) {

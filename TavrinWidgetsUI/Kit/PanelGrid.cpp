@@ -80,6 +80,7 @@ void paintContent(QPainter& painter, const PanelCell& cell, const QRectF& rect,
     target.moveCenter(rect.center());
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
     painter.drawImage(target, cell.image);
+    painter.setBrush(Qt::NoBrush);
     painter.setPen(QPen(colours.hairline, 1));
     painter.drawRect(target.adjusted(0.5, 0.5, -0.5, -0.5));
   } else if (cell.colour.isValid()) {
@@ -87,7 +88,7 @@ void paintContent(QPainter& painter, const PanelCell& cell, const QRectF& rect,
     panelPaint::rounded(painter, rect.adjusted(4, 4, -4, -4), panel::cornerRadius, fill,
                         mix(fill, colours.text, 0.2));
   } else if (!cell.symbol.isEmpty()) {
-    panelPaint::symbol(painter, cell.symbol, rect, rect.width() * 0.5, colours.text);
+    panelPaint::symbol(painter, cell.symbol, rect, rect.width() * 0.3, colours.secondary);
   } else {
     QFont font = panelFont(PanelTextStyle::body);
     font.setPixelSize(std::max(11, int(rect.width() * 0.55)));

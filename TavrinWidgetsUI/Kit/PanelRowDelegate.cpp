@@ -14,7 +14,7 @@ namespace {
 
 constexpr double inset = panel::grid;
 constexpr double actionSide = 24;
-constexpr double pictureSide = 28;
+constexpr double plainPictureSide = 28;
 
 /// One row being painted, from the outside in: each part takes its room off `left` or `right`.
 struct RowPainting {
@@ -25,6 +25,8 @@ struct RowPainting {
   Qt::LayoutDirection direction;
   double left;
   double right;
+  /// The list's icon size, where it has one: titles begin behind it, whatever stands there.
+  double markWidth;
 
   QRectF room(double x, double width) const {
     return panelPaint::visual({x, rect.top(), width, rect.height()}, rect, direction);
@@ -51,12 +53,15 @@ void RowPainting::paintMark() {
     return;
   constexpr double symbolSide = 20;
   const double side = !hasImage && row.dot.isValid() ? 10 : symbolSide;
-  const QRectF place = room(left, side);
+  const double width = std::max(side, markWidth);
+  const QRectF place = room(left, width);
   if (hasImage) {
-    // Larger than a symbol about the same middle, so that the words of all rows begin in one line.
-    QRectF picture(0, 0, pictureSide, pictureSide);
-    picture.moveCenter(place.center());
-    paintPicture(painter, row.image, picture);
+    // Without a width of its own larger than a symbol about the same middle: the words of all rows
+    // begin in one line.
+    const double pictureSide = markWidth > 0 ? rect.height() - 12 : plainPictureSide;
+    QRectF square(0, 0, pictureSide, pictureSide);
+    square.moveCenter(place.center());
+    paintPicture(painter, row.image, square);
   } else if (row.dot.isValid()) {
     QRectF circle(0, 0, side, side);
     circle.moveCenter(place.center());
@@ -67,10 +72,17 @@ void RowPainting::paintMark() {
     panelPaint::line(painter, row.mark, place, panelFont(PanelTextStyle::body), quietInk(),
                      Qt::AlignHCenter);
   }
-  left += side + 10;
+  left += width + 10;
 }
 
 void RowPainting::paintTrailing() {
+  if (row.isNew) {
+    constexpr double side = 8;
+    QRectF dot(0, 0, side, side);
+    dot.moveCenter(room(right - side, side).center());
+    panelPaint::rounded(painter, dot, side / 2, colours.accent);
+    right -= side + inset;
+  }
   if (row.isChecked) {
     panelPaint::symbol(painter, QStringLiteral("checkmark"), room(right - 16, 16), 14,
                        colours.accent);
@@ -93,13 +105,6 @@ void RowPainting::paintWords() {
   QFont font = panelFont(PanelTextStyle::body);
   font.setStrikeOut(row.isDone);
   const QColor colour = row.isDone ? quietInk() : ink();
-  if (row.isNew) {
-    constexpr double side = 7;
-    QRectF dot(0, 0, side, side);
-    dot.moveCenter(room(left, side).center());
-    panelPaint::rounded(painter, dot, side / 2, colours.accent);
-    left += side + 6;
-  }
   const QRectF words = room(left, right - left);
   if (row.subtitle.isEmpty()) {
     panelPaint::line(painter, row.title, words, font, colour);
@@ -150,8 +155,14 @@ void PanelRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opti
 
   painter->save();
   panelPaint::rounded(*painter, rect, panel::cornerRadius, groundOf(row, hover, pressed, colours));
-  RowPainting painting{
-      *painter, row, colours, rect, option.direction, rect.left() + inset, rect.right() - inset};
+  RowPainting painting{*painter,
+                       row,
+                       colours,
+                       rect,
+                       option.direction,
+                       rect.left() + inset,
+                       rect.right() - inset,
+                       double(list_->iconSize().width())};
   const int count = static_cast<int>(row.actions.size());
   int firstShown = count;
   for (int i = count - 1; i >= 0; --i) {

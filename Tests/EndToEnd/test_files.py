@@ -62,10 +62,9 @@ class FilesTest(DeskTest):
     def panel(self):
         return next((w for w in self.desk.windows(self.slot.pid) if w[0] != self.tile[0]), None)
 
-    def click_tile(self, at_end=False):
-        _, x, y, width, height = self.tile
-        # A wide tile's left end may be a button; its margin is not.
-        self.desk.click(x + (width - 8 if at_end else height / 2), y + height - 8)
+    def click_tile(self):
+        _, x, y, _, height = self.tile
+        self.desk.click(x + height / 2, y + height - 8)
         return wait_for(self.panel, "the panel", 10)
 
     def open_by_keyboard(self):
@@ -164,7 +163,9 @@ class FilesTest(DeskTest):
         self.assertIsNone(self.seen(LIME))
         self.desk.key("Delete")
         wait_for(lambda: not (other / "other.png").exists(), "it to go to the trash", 10)
-        self.assertTrue(list((self.desk.home / "share" / "Trash" / "files").iterdir()))
+        trash = self.desk.home / "share" / "Trash"
+        self.assertTrue((trash / "files" / "other.png").exists())
+        self.assertIn(f"Path={other / 'other.png'}", (trash / "info" / "other.png.trashinfo").read_text())
         self.assertIsNone(self.slot.poll())
 
     def test_files(self):
@@ -213,14 +214,15 @@ class FilesTest(DeskTest):
         self.start_double(names[0].as_uri(), "file:///tmp/%FF%FE")
         self.drag((60, 90), (self.tile[1] + 60, self.tile[2] + 24))
         wait_for(lambda: "dragged copy" in self.said(), "the drop on the tile", 10)
-        self.assertEqual(self.settings()["paths"], [str(names[0]), "file:///tmp/%FF%FE"])
+        dropped = [str(names[0]), "file:///tmp/%FF%FE"]
+        wait_for(lambda: self.settings()["paths"] == dropped, "the shelf to keep them", 10)
         self.wait_seen(MAGENTA, self.tile, "the picture on the tile")
         # The desktop's own way to open files with an application.
         self.desk.run("gdbus", "call", "--session", "--dest", self.desk.bundle_identifier(1),
                       "--object-path", "/dev/quellby/Tavrin/Slot1", "--method",
                       "org.freedesktop.Application.Open", f"['{names[1].as_uri()}']", "{}")
         wait_for(lambda: len(self.settings()["paths"]) == 3, "the second file", 10)
-        panel = self.click_tile(at_end=True)
+        panel = self.click_tile()
         x, y, small = self.wait_seen(MAGENTA, panel, "the picture in the panel")
         self.drag((x + 40, y), (190, 90))
         wait_for(lambda: "dropped copy" in self.said(), "the drop", 10)

@@ -6,6 +6,7 @@
 #include "TavrinPlatform/Linux/LinuxUserFiles.h"
 #include "TavrinPlatform/Linux/PopoverLayout.h"
 #include "TavrinPlatform/Linux/StripLayout.h"
+#include "TavrinPlatform/Linux/Trash.h"
 #include "TavrinPlatform/Linux/UserFolders.h"
 
 #include "TavrinCore/Base/Errors.h"
@@ -65,6 +66,36 @@ TEST(UserFolders, AreWhatTheFileSaysOfThem) {
         Case{"XDG_DOWNLOAD_DIR=\"", std::nullopt}, Case{"XDG_DOWNLOAD_DIR=\"\\\"", std::nullopt},
         Case{"XDG_DOWNLOAD_DIRS=\"/x\"", std::nullopt}, Case{"", std::nullopt}})
     EXPECT_EQ(userFolderIn(c.file, "XDG_DOWNLOAD_DIR", "/h"), c.folder) << c.file;
+}
+
+TEST(Trash, TakesAFileOfAnyNameAndTwoOfTheSame) {
+  const Folder home;
+  const fs::path trash = home.path / "share" / "Trash";
+  for (const char* name : {"a b.txt", "a b.txt", "\xFF\n.txt"}) {
+    const fs::path file = home.write(name, "text");
+    EXPECT_TRUE(moveToTrash(file, trash));
+    EXPECT_FALSE(fs::exists(file));
+  }
+  EXPECT_TRUE(fs::exists(trash / "files" / "a b.txt"));
+  EXPECT_TRUE(fs::exists(trash / "files" / "a b.txt.1"));
+  std::ifstream info(trash / "info" / "\xFF\n.txt.trashinfo");
+  std::string line;
+  std::getline(info, line);
+  EXPECT_EQ(line, "[Trash Info]");
+  std::getline(info, line);
+  EXPECT_EQ(line, "Path=" + home.path.native() + "/%FF%0A.txt");
+}
+
+TEST(Trash, LeavesTheFileWhereItCannotTakeIt) {
+  const Folder home;
+  EXPECT_FALSE(moveToTrash(home.path / "none", home.path / "Trash"));
+  EXPECT_FALSE(moveToTrash("relative", home.path / "Trash"));
+  EXPECT_FALSE(moveToTrash("/", home.path / "Trash"));
+  EXPECT_FALSE(fs::exists(home.path / "Trash" / "files" / "none"));
+  const fs::path file = home.write("file", "text");
+  home.write("Plain/info", "a file in the folder's place");
+  EXPECT_FALSE(moveToTrash(file, home.path / "Plain"));
+  EXPECT_TRUE(fs::exists(file));
 }
 
 TEST(UserFolders, TheScreenshotFolderIsTheDesktopsOwn) {

@@ -27,8 +27,10 @@ protected:
     settle();
   }
   void settle() {
-    platform_.loop.runBackground();
-    QApplication::processEvents();
+    do {
+      platform_.loop.runBackground();
+      QApplication::processEvents();
+    } while (platform_.loop.waitingBackground() > 0);
   }
   void tell(const std::vector<FolderFile>& files, std::size_t unfinished = 0,
             State state = State::listed) {

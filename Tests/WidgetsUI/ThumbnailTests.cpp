@@ -89,6 +89,11 @@ protected:
     put(folder / name, encoded("PNG", {64, 64}));
     return {folder / name, {date}, 1, false};
   }
+  void settle() {
+    do
+      loop.runBackground();
+    while (loop.waitingBackground() > 0);
+  }
   TemporaryFolder folder;
   test::ManualClock clock{{1000}};
   test::ManualRunLoop loop{clock};
@@ -101,7 +106,7 @@ TEST_F(ThumbnailsTest, AreMadeOnceAndAgainWhenTheFileChanged) {
   const FolderFile file = picture("a.png");
   EXPECT_TRUE(thumbnails.find(file, 32).isNull());
   EXPECT_TRUE(thumbnails.find(file, 32).isNull());
-  loop.runBackground();
+  settle();
   EXPECT_EQ(thumbnails.find(file, 32).size(), QSize(32, 32));
   EXPECT_EQ(changes, 1);
   EXPECT_EQ(loop.waitingBackground(), 0U);
@@ -112,7 +117,7 @@ TEST_F(ThumbnailsTest, AreMadeOnceAndAgainWhenTheFileChanged) {
   none.path = folder / "none.png";
   thumbnails.find(none, 32);
   EXPECT_FALSE(thumbnails.hasFailed(none, 32));
-  loop.runBackground();
+  settle();
   EXPECT_TRUE(thumbnails.hasFailed(none, 32));
   thumbnails.find(none, 32);
   EXPECT_EQ(loop.waitingBackground(), 0U) << "what failed is not tried again";
@@ -124,11 +129,11 @@ TEST_F(ThumbnailsTest, StayWithinTheirBound) {
   const FolderFile a = picture("a.png"), b = picture("b.png"), c = picture("c.png");
   for (const auto& file : {a, b}) {
     thumbnails.find(file, 32);
-    loop.runBackground();
+    settle();
   }
   EXPECT_FALSE(thumbnails.find(a, 32).isNull());
   thumbnails.find(c, 32);
-  loop.runBackground();
+  settle();
   EXPECT_FALSE(thumbnails.find(c, 32).isNull());
   EXPECT_FALSE(thumbnails.find(a, 32).isNull());
   EXPECT_TRUE(thumbnails.find(b, 32).isNull()) << "used least recently";
@@ -141,7 +146,7 @@ TEST_F(ThumbnailsTest, WhatWasAskedForLastComesFirstAndOldRequestsFallOff) {
     files.push_back({folder / (std::to_string(i) + ".png"), {1}, 1, false});
   for (const auto& file : files)
     thumbnails.find(file, 32);
-  loop.runBackground();
+  settle();
   EXPECT_TRUE(thumbnails.hasFailed(files.back(), 32));
   EXPECT_FALSE(thumbnails.hasFailed(files[100], 32));
 }
@@ -150,7 +155,7 @@ TEST_F(ThumbnailsTest, MayGoWhileOneIsMade) {
   auto thumbnails = std::make_unique<Thumbnails>(loop);
   thumbnails->find(picture("a.png"), 32);
   thumbnails.reset();
-  loop.runBackground();
+  settle();
 }
 
 } // namespace

@@ -187,9 +187,10 @@ struct Rig {
     return add(name, ago, 240'000 + static_cast<std::uint64_t>(variety) * 17'311);
   }
   void settle() {
-    platform.loop.runBackground();
-    QApplication::processEvents();
-    platform.loop.runBackground();
+    do {
+      platform.loop.runBackground();
+      QApplication::processEvents();
+    } while (platform.loop.waitingBackground() > 0);
   }
 
   test::FakePlatform platform{now};
