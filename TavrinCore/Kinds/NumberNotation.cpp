@@ -299,7 +299,7 @@ std::string NumberNotation::formatShort(double value) const {
   constexpr int shortDigits = 3;
   const double size = std::abs(value);
   if (!(size >= 1000 && size < largestPlain))
-    return format(value, shortDigits);
+    return format(value, size >= largestPlain || size < smallestPlain ? 2 : shortDigits);
   using namespace icu::number;
   UErrorCode status = U_ZERO_ERROR;
   std::string text;

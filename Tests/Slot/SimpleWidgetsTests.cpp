@@ -9,8 +9,8 @@
 #include "TavrinWidgetsUI/CountdownPanelView.h"
 #include "TavrinWidgetsUI/Kit/PanelControls.h"
 #include "TavrinWidgetsUI/NotePanelView.h"
+#include "TavrinWidgetsUI/PetPanelView.h"
 #include "TavrinWidgetsUI/StopwatchPanelView.h"
-#include "TavrinWidgetsUI/UnavailableViews.h"
 #include "Tests/Storage/TemporaryFolder.h"
 #include "Tests/Support/FakePlatform.h"
 
@@ -138,7 +138,7 @@ TEST(SystemWidgetController, TheOpenPanelBecomesTheOtherKinds) {
   slot.setKind(StopwatchSettings{});
   EXPECT_TRUE(slot.panelAs<StopwatchPanelView>());
   slot.setKind(PetSettings{});
-  EXPECT_TRUE(slot.panelAs<UnavailablePanelView>());
+  EXPECT_TRUE(slot.panelAs<PetPanelView>());
   EXPECT_EQ(slot.controller.get(), controller);
   EXPECT_TRUE(slot.panel.isShown());
 

@@ -235,7 +235,7 @@ TEST(SystemWidgetModel, AnotherKindTicksAsItsOwn) {
   Bench bench(clockWith(true));
   bench.setKind(StopwatchSettings{});
   EXPECT_EQ(bench.wakeUps(100), 0);
-  bench.setKind(PetSettings{}); // has no reading: nothing to wake for
+  bench.setKind(NoteSettings{}); // has no reading: nothing to wake for
   EXPECT_EQ(bench.wakeUps(100), 0);
   bench.setKind(TimeProgressSettings{});
   EXPECT_EQ(bench.wakeUps(120), 2);
