@@ -1,16 +1,21 @@
 #include "TavrinSlot/SlotApp.h"
 
+#include "TavrinCore/Dock/DockURLString.h"
 #include "TavrinCore/Widgets/DockSlot.h"
 #include "TavrinPlatform/DockTile.h"
-#include "TavrinSlot/ClaudeUsageWidget.h"
-#include "TavrinSlot/GitHubWidget.h"
+#include "TavrinSlot/AirDropWidget.h"
 #include "TavrinSlot/CalendarWidget.h"
-#include "TavrinSlot/FanWidget.h"
-#include "TavrinSlot/KeyboardLockWidget.h"
+#include "TavrinSlot/ClaudeUsageWidget.h"
 #include "TavrinSlot/ClipboardWidget.h"
+#include "TavrinSlot/CollectionWidget.h"
 #include "TavrinSlot/ColourWidget.h"
+#include "TavrinSlot/FanWidget.h"
+#include "TavrinSlot/GitHubWidget.h"
+#include "TavrinSlot/KeyboardLockWidget.h"
+#include "TavrinSlot/MusicWidget.h"
 #include "TavrinSlot/NoteWidget.h"
 #include "TavrinSlot/PomodoroWidget.h"
+#include "TavrinSlot/ShortcutWidget.h"
 #include "TavrinSlot/SystemWidget.h"
 #include "TavrinSlot/TimerWidget.h"
 #include "TavrinSlot/UnavailableWidget.h"
@@ -78,8 +83,17 @@ void SlotApp::applicationDidResignActive() {
   panel_.closeIfShown();
 }
 
-bool SlotApp::applicationOpenFiles(const std::vector<std::filesystem::path>&) {
-  return false; // no kind of this build takes files
+bool SlotApp::applicationOpenFiles(const std::vector<std::filesystem::path>& paths) {
+  if (widget_ && widget_->kind.get<AirDropSettings>() != nullptr) {
+    if (auto* airDrop = dynamic_cast<AirDropWidgetController*>(controller_.get())) {
+      std::vector<std::string> addresses;
+      for (const auto& path : paths)
+        addresses.push_back(DockURLString::fileURLString(path.string(), false));
+      airDrop->send(addresses);
+    }
+    return true;
+  }
+  return false;
 }
 
 void SlotApp::openStore() {
@@ -159,6 +173,14 @@ std::unique_ptr<WidgetController> SlotApp::makeController(const DockWidget& widg
           return std::make_unique<ClipboardWidgetController>(context_, widget);
         else if constexpr (std::is_same_v<S, ColourPickerSettings>)
           return std::make_unique<ColourWidgetController>(context_, widget);
+        else if constexpr (std::is_same_v<S, CollectionSettings>)
+          return std::make_unique<CollectionWidgetController>(context_, widget);
+        else if constexpr (std::is_same_v<S, MusicSettings>)
+          return std::make_unique<MusicWidgetController>(context_, widget);
+        else if constexpr (std::is_same_v<S, ShortcutSettings>)
+          return std::make_unique<ShortcutWidgetController>(context_, widget);
+        else if constexpr (std::is_same_v<S, AirDropSettings>)
+          return std::make_unique<AirDropWidgetController>(context_, widget);
         else
           return std::make_unique<UnavailableWidgetController>(context_, widget);
       },

@@ -8,12 +8,16 @@
 #include "TavrinWidgetsUI/Kit/PanelStyle.h"
 
 #include <QAbstractItemDelegate>
+#include <QContextMenuEvent>
 #include <QGuiApplication>
 #include <QKeyEvent>
+#include <algorithm>
 
 namespace tavrin {
 
 namespace {
+
+constexpr double captionHeight = 18;
 
 class CellModel : public QAbstractListModel {
 public:
@@ -68,7 +72,9 @@ void paintContent(QPainter& painter, const PanelCell& cell, const QRectF& rect,
         QSizeF(cell.image.size()).scaled(rect.size() - QSizeF(8, 8), Qt::KeepAspectRatio));
     target.moveCenter(rect.center());
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.setOpacity(cell.isEnabled ? 1 : 0.4);
     painter.drawImage(target, cell.image);
+    painter.setOpacity(1);
   } else if (cell.colour.isValid()) {
     const QColor fill = over(cell.colour, colours.ground);
     panelPaint::rounded(painter, rect.adjusted(4, 4, -4, -4), panel::cornerRadius, fill,
@@ -103,7 +109,15 @@ public:
                         : cell.isChecked ? colours.rowSelected
                         : hover          ? colours.rowHover
                                          : QColor());
-    paintContent(*painter, cell, rect, colours);
+    QRectF square = rect;
+    if (rect.height() > rect.width() + captionHeight / 2) {
+      square.setHeight(rect.height() - captionHeight);
+      panelPaint::line(*painter, cell.caption,
+                       {rect.left() + 3, square.bottom() - 4, rect.width() - 6, captionHeight},
+                       panelFont(PanelTextStyle::caption),
+                       cell.isEnabled ? colours.text : colours.secondary, Qt::AlignHCenter);
+    }
+    paintContent(*painter, cell, square, colours);
     if (cell.isChecked) {
       const QRectF badge(rect.right() - 15, rect.bottom() - 15, 14, 14);
       panelPaint::rounded(*painter, badge, 7, colours.fill);
@@ -137,6 +151,8 @@ PanelGrid::PanelGrid(const QString& name, int columns, QWidget* parent)
 
 void PanelGrid::setCells(std::vector<PanelCell> cells) {
   const int current = currentCell();
+  hasCaptions_ =
+      std::ranges::any_of(cells, [](const auto& cell) { return !cell.caption.isEmpty(); });
   modelOf(*this).set(std::move(cells));
   if (current >= 0 && count() > 0)
     setCurrentCell(std::min(current, count() - 1));
@@ -169,10 +185,14 @@ int PanelGrid::side(int width) const {
   return std::max(24, (width - 9) / columns_);
 }
 
+int PanelGrid::cellHeight(int width) const {
+  return side(width) + (hasCaptions_ ? static_cast<int>(captionHeight) : 0);
+}
+
 QSize PanelGrid::sizeHint() const {
   const int rows = (count() + columns_ - 1) / columns_;
   const int width = this->width() > 100 ? this->width() : 344;
-  return {width, std::min(rows, maximumRows_) * side(width)};
+  return {width, std::min(rows, maximumRows_) * cellHeight(width)};
 }
 
 QSize PanelGrid::minimumSizeHint() const {
@@ -185,7 +205,7 @@ void PanelGrid::resizeEvent(QResizeEvent* event) {
 }
 
 void PanelGrid::applySide() {
-  const QSize cell(side(width()), side(width()));
+  const QSize cell(side(width()), cellHeight(width()));
   if (cell != gridSize())
     setGridSize(cell);
   updateGeometry();
@@ -193,6 +213,10 @@ void PanelGrid::applySide() {
 
 void PanelGrid::keyPressEvent(QKeyEvent* event) {
   const int key = event->key();
+  if ((key == Qt::Key_Delete || key == Qt::Key_Backspace) && onRemove && currentIndex().isValid()) {
+    onRemove(currentCell());
+    return;
+  }
   if (key != Qt::Key_Return && key != Qt::Key_Enter && key != Qt::Key_Space) {
     QListView::keyPressEvent(event);
   } else if (onOpen && currentIndex().isValid()) {
@@ -207,6 +231,16 @@ void PanelGrid::mouseReleaseEvent(QMouseEvent* event) {
   const QModelIndex index = indexAt(event->position().toPoint());
   if (event->button() == Qt::LeftButton && index.isValid() && onOpen)
     onOpen(index.row());
+}
+
+void PanelGrid::contextMenuEvent(QContextMenuEvent* event) {
+  const bool isByKey = event->reason() == QContextMenuEvent::Keyboard;
+  const QModelIndex index = isByKey ? currentIndex() : indexAt(event->pos());
+  if (!index.isValid() || !onMenu)
+    return;
+  setCurrentCell(index.row());
+  onMenu(index.row(),
+         isByKey ? viewport()->mapToGlobal(visualRect(index).center()) : event->globalPos());
 }
 
 void PanelGrid::focusInEvent(QFocusEvent* event) {

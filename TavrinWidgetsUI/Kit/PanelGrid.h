@@ -19,6 +19,9 @@ struct PanelCell {
   QColor colour = {};
   QImage image = {};
   bool isChecked = false;
+  /// A line below the square; where one cell has it, every cell has room for it.
+  QString caption = {};
+  bool isEnabled = true;
   bool operator==(const PanelCell&) const = default;
 };
 
@@ -43,6 +46,10 @@ public:
 
   /// A square was clicked, or Return or Space pressed on it.
   std::function<void(int index)> onOpen;
+  /// Delete was pressed on a square.
+  std::function<void(int index)> onRemove;
+  /// The menu of a square is asked for, by a right click or the menu key.
+  std::function<void(int index, QPoint place)> onMenu;
 
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override;
@@ -52,13 +59,16 @@ protected:
   void mouseReleaseEvent(QMouseEvent* event) override;
   void focusInEvent(QFocusEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
+  void contextMenuEvent(QContextMenuEvent* event) override;
 
 private:
   int side(int width) const;
+  int cellHeight(int width) const;
   void applySide();
 
   int columns_;
   int maximumRows_ = 6;
+  bool hasCaptions_ = false;
 };
 
 } // namespace tavrin

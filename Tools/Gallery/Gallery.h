@@ -48,5 +48,13 @@ GallerySheet weatherGallery();
 GalleryPanels weatherPanels();
 GallerySheet calendarGallery();
 GalleryPanels calendarPanels();
+GallerySheet collectionGallery();
+GalleryPanels collectionPanels();
+GallerySheet musicGallery();
+GalleryPanels musicPanels();
+GallerySheet shortcutGallery();
+GalleryPanels shortcutPanels();
+GallerySheet airDropGallery();
+GalleryPanels airDropPanels();
 
 } // namespace tavrin

@@ -32,6 +32,10 @@ constexpr NamedSheet sheets[] = {
     {"system-wide", systemWideGallery},
     {"colour", colourGallery},
     {"clipboard", clipboardGallery},
+    {"collection", collectionGallery},
+    {"music", musicGallery},
+    {"shortcut", shortcutGallery},
+    {"airdrop", airDropGallery},
 };
 
 struct NamedPanels {
@@ -49,6 +53,10 @@ constexpr NamedPanels panelSheets[] = {
     {"calendar-panels", calendarPanels},
     {"colour-panels", colourPanels},
     {"clipboard-panels", clipboardPanels},
+    {"collection-panels", collectionPanels},
+    {"music-panels", musicPanels},
+    {"shortcut-panels", shortcutPanels},
+    {"airdrop-panels", airDropPanels},
 };
 
 constexpr double captionHeight = 16;
