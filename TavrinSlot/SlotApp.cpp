@@ -1,11 +1,14 @@
 #include "TavrinSlot/SlotApp.h"
 
+#include "TavrinCore/Base/FileURL.h"
 #include "TavrinCore/Widgets/DockSlot.h"
 #include "TavrinPlatform/DockTile.h"
+#include "TavrinSlot/AirDropWidget.h"
 #include "TavrinSlot/BookmarkWidget.h"
 #include "TavrinSlot/CalendarWidget.h"
 #include "TavrinSlot/ClaudeUsageWidget.h"
 #include "TavrinSlot/ClipboardWidget.h"
+#include "TavrinSlot/CollectionWidget.h"
 #include "TavrinSlot/ColourWidget.h"
 #include "TavrinSlot/ConverterWidget.h"
 #include "TavrinSlot/EmojiWidget.h"
@@ -13,10 +16,12 @@
 #include "TavrinSlot/FileRollWidget.h"
 #include "TavrinSlot/GitHubWidget.h"
 #include "TavrinSlot/KeyboardLockWidget.h"
+#include "TavrinSlot/MusicWidget.h"
 #include "TavrinSlot/NoteWidget.h"
 #include "TavrinSlot/PomodoroWidget.h"
 #include "TavrinSlot/ScreenshotWidget.h"
 #include "TavrinSlot/ShelfWidget.h"
+#include "TavrinSlot/ShortcutWidget.h"
 #include "TavrinSlot/SystemWidget.h"
 #include "TavrinSlot/TimerWidget.h"
 #include "TavrinSlot/UnavailableWidget.h"
@@ -88,8 +93,17 @@ bool SlotApp::applicationOpenFiles(const std::vector<std::filesystem::path>& pat
   if (!widget_)
     return false;
   if (widget_->kind.get<ShelfSettings>() != nullptr) {
-    if (auto* controller = dynamic_cast<ShelfWidgetController*>(controller_.get()))
-      controller->write(shelf::adding(controller->settings(), paths));
+    if (auto* shelfWidget = dynamic_cast<ShelfWidgetController*>(controller_.get()))
+      shelfWidget->write(shelf::adding(shelfWidget->settings(), paths));
+    return true;
+  }
+  if (widget_->kind.get<AirDropSettings>() != nullptr) {
+    if (auto* airDrop = dynamic_cast<AirDropWidgetController*>(controller_.get())) {
+      std::vector<std::string> addresses;
+      for (const auto& path : paths)
+        addresses.push_back(fileURL(path.native()));
+      airDrop->send(addresses);
+    }
     return true;
   }
   return false;
@@ -184,6 +198,14 @@ std::unique_ptr<WidgetController> SlotApp::makeController(const DockWidget& widg
           return std::make_unique<EmojiWidgetController>(context_, widget);
         else if constexpr (std::is_same_v<S, BookmarkSettings>)
           return std::make_unique<BookmarkWidgetController>(context_, widget);
+        else if constexpr (std::is_same_v<S, CollectionSettings>)
+          return std::make_unique<CollectionWidgetController>(context_, widget);
+        else if constexpr (std::is_same_v<S, MusicSettings>)
+          return std::make_unique<MusicWidgetController>(context_, widget);
+        else if constexpr (std::is_same_v<S, ShortcutSettings>)
+          return std::make_unique<ShortcutWidgetController>(context_, widget);
+        else if constexpr (std::is_same_v<S, AirDropSettings>)
+          return std::make_unique<AirDropWidgetController>(context_, widget);
         else
           return std::make_unique<UnavailableWidgetController>(context_, widget);
       },

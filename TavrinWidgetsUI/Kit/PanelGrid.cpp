@@ -12,11 +12,14 @@
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMenu>
+#include <algorithm>
 #include <utility>
 
 namespace tavrin {
 
 namespace {
+
+constexpr double captionHeight = 18;
 
 class CellModel : public QAbstractListModel {
 public:
@@ -79,10 +82,15 @@ void paintContent(QPainter& painter, const PanelCell& cell, const QRectF& rect,
         QSizeF(cell.image.size()).scaled(rect.size() - QSizeF(8, 8), Qt::KeepAspectRatio));
     target.moveCenter(rect.center());
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.setOpacity(cell.isEnabled ? 1 : 0.4);
     painter.drawImage(target, cell.image);
-    painter.setBrush(Qt::NoBrush);
-    painter.setPen(QPen(colours.hairline, 1));
-    painter.drawRect(target.adjusted(0.5, 0.5, -0.5, -0.5));
+    painter.setOpacity(1);
+    // An icon has an edge of its own.
+    if (!cell.image.hasAlphaChannel()) {
+      painter.setBrush(Qt::NoBrush);
+      painter.setPen(QPen(colours.hairline, 1));
+      painter.drawRect(target.adjusted(0.5, 0.5, -0.5, -0.5));
+    }
   } else if (cell.colour.isValid()) {
     const QColor fill = over(cell.colour, colours.ground);
     panelPaint::rounded(painter, rect.adjusted(4, 4, -4, -4), panel::cornerRadius, fill,
@@ -119,7 +127,15 @@ public:
                         : isChosen ? colours.rowSelected
                         : hover    ? colours.rowHover
                                    : QColor());
-    paintContent(*painter, cell, rect, colours);
+    QRectF square = rect;
+    if (rect.height() > rect.width() + captionHeight / 2) {
+      square.setHeight(rect.height() - captionHeight);
+      panelPaint::line(*painter, cell.caption,
+                       {rect.left() + 3, square.bottom() - 4, rect.width() - 6, captionHeight},
+                       panelFont(PanelTextStyle::caption),
+                       cell.isEnabled ? colours.text : colours.secondary, Qt::AlignHCenter);
+    }
+    paintContent(*painter, cell, square, colours);
     if (cell.isChecked) {
       const QRectF badge(rect.right() - 15, rect.bottom() - 15, 14, 14);
       panelPaint::rounded(*painter, badge, 7, colours.fill);
@@ -153,6 +169,8 @@ PanelGrid::PanelGrid(const QString& name, int columns, QWidget* parent)
 
 void PanelGrid::setCells(std::vector<PanelCell> cells) {
   const int current = currentCell();
+  hasCaptions_ =
+      std::ranges::any_of(cells, [](const auto& cell) { return !cell.caption.isEmpty(); });
   modelOf(*this).set(std::move(cells));
   if (current >= 0 && count() > 0)
     setCurrentCell(std::min(current, count() - 1));
@@ -185,10 +203,14 @@ int PanelGrid::side(int width) const {
   return std::max(24, (width - 9) / columns_);
 }
 
+int PanelGrid::cellHeight(int width) const {
+  return side(width) + (hasCaptions_ ? static_cast<int>(captionHeight) : 0);
+}
+
 QSize PanelGrid::sizeHint() const {
   const int rows = (count() + columns_ - 1) / columns_;
   const int width = this->width() > 100 ? this->width() : 344;
-  return {width, std::min(rows, maximumRows_) * side(width)};
+  return {width, std::min(rows, maximumRows_) * cellHeight(width)};
 }
 
 QSize PanelGrid::minimumSizeHint() const {
@@ -201,7 +223,7 @@ void PanelGrid::resizeEvent(QResizeEvent* event) {
 }
 
 void PanelGrid::applySide() {
-  const QSize cell(side(width()), side(width()));
+  const QSize cell(side(width()), cellHeight(width()));
   if (cell != gridSize())
     setGridSize(cell);
   updateGeometry();
@@ -265,7 +287,16 @@ void PanelGrid::contextMenuEvent(QContextMenuEvent* event) {
   const bool byKey = event->reason() == QContextMenuEvent::Keyboard;
   const QPersistentModelIndex index =
       byKey ? currentIndex() : indexAt(viewport()->mapFromGlobal(event->globalPos()));
-  if (!index.isValid() || actions_.isEmpty())
+  if (!index.isValid())
+    return;
+  const QPoint place =
+      byKey ? viewport()->mapToGlobal(visualRect(index).center()) : event->globalPos();
+  if (onMenu) {
+    setCurrentCell(index.row());
+    onMenu(index.row(), place);
+    return;
+  }
+  if (actions_.isEmpty())
     return;
   auto* menu = new QMenu(this);
   menu->setAttribute(Qt::WA_DeleteOnClose);
@@ -274,7 +305,7 @@ void PanelGrid::contextMenuEvent(QContextMenuEvent* event) {
       if (index.isValid() && onAction)
         onAction(index.row(), i);
     });
-  menu->popup(byKey ? viewport()->mapToGlobal(visualRect(index).center()) : event->globalPos());
+  menu->popup(place);
 }
 
 void PanelGrid::currentChanged(const QModelIndex& current, const QModelIndex& previous) {

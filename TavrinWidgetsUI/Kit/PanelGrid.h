@@ -22,6 +22,9 @@ struct PanelCell {
   bool isChecked = false;
   /// On the ground of what is chosen, without a check: for tabs.
   bool isChosen = false;
+  /// A line below the square; where one cell has it, every cell has room for it.
+  QString caption = {};
+  bool isEnabled = true;
   bool operator==(const PanelCell&) const = default;
 };
 
@@ -61,6 +64,9 @@ public:
   std::function<void(int index)> onCopy;
   /// The files a square stands for, when it is dragged; without it squares cannot be dragged.
   std::function<std::vector<std::filesystem::path>(int index)> onDrag;
+  /// The menu of a square is asked for, by a right click or the menu key; in place of one of
+  /// `setActions`.
+  std::function<void(int index, QPoint place)> onMenu;
 
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override;
@@ -78,6 +84,7 @@ protected:
 
 private:
   int side(int width) const;
+  int cellHeight(int width) const;
   void applySide();
 
   int columns_;
@@ -86,6 +93,7 @@ private:
   QStringList actions_;
   QPersistentModelIndex pressed_;
   QPoint pressedAt_;
+  bool hasCaptions_ = false;
 };
 
 } // namespace tavrin

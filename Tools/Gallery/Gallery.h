@@ -51,5 +51,13 @@ GalleryPanels calendarPanels();
 GallerySheet filesGallery();
 GallerySheet filesWideGallery();
 GalleryPanels filesPanels();
+GallerySheet collectionGallery();
+GalleryPanels collectionPanels();
+GallerySheet musicGallery();
+GalleryPanels musicPanels();
+GallerySheet shortcutGallery();
+GalleryPanels shortcutPanels();
+GallerySheet airDropGallery();
+GalleryPanels airDropPanels();
 
 } // namespace tavrin

@@ -39,6 +39,10 @@ constexpr NamedSheet sheets[] = {
     {"bookmarks", bookmarkGallery},
     {"pet", petGallery},
     {"pet-frames", petFrames},
+    {"collection", collectionGallery},
+    {"music", musicGallery},
+    {"shortcut", shortcutGallery},
+    {"airdrop", airDropGallery},
 };
 
 struct NamedPanels {
@@ -60,6 +64,10 @@ constexpr NamedPanels panelSheets[] = {
     {"converter-panels", converterPanels},
     {"emoji-panels", emojiPanels},
     {"bookmarks-panels", bookmarkPanels},
+    {"collection-panels", collectionPanels},
+    {"music-panels", musicPanels},
+    {"shortcut-panels", shortcutPanels},
+    {"airdrop-panels", airDropPanels},
 };
 
 constexpr double captionHeight = 16;
