@@ -24,7 +24,6 @@
 #include "TavrinSlot/ShortcutWidget.h"
 #include "TavrinSlot/SystemWidget.h"
 #include "TavrinSlot/TimerWidget.h"
-#include "TavrinSlot/UnavailableWidget.h"
 #include "TavrinSlot/WaterWidget.h"
 #include "TavrinSlot/WeatherWidget.h"
 #include "TavrinStorage/StoragePath.h"
@@ -42,6 +41,33 @@ inline constexpr bool isSystemKind =
     std::is_same_v<S, CountdownSettings> || std::is_same_v<S, TimeProgressSettings> ||
     std::is_same_v<S, ActivitySettings> || std::is_same_v<S, NetworkSettings> ||
     std::is_same_v<S, PetSettings> || std::is_same_v<S, StopwatchSettings>;
+
+/// Which controller stands for which settings: only the types are used.
+template <class S>
+requires isSystemKind<S> SystemWidgetController* controllerOf(const S&);
+TimerWidgetController* controllerOf(const TimerSettings&);
+PomodoroWidgetController* controllerOf(const PomodoroSettings&);
+NoteWidgetController* controllerOf(const NoteSettings&);
+ClaudeUsageWidgetController* controllerOf(const ClaudeUsageSettings&);
+GitHubWidgetController* controllerOf(const GitHubSettings&);
+WaterWidgetController* controllerOf(const WaterSettings&);
+WeatherWidgetController* controllerOf(const WeatherSettings&);
+CalendarWidgetController* controllerOf(const CalendarSettings&);
+RemindersWidgetController* controllerOf(const ReminderSettings&);
+KeyboardLockWidgetController* controllerOf(const KeyboardLockSettings&);
+FanWidgetController* controllerOf(const FanSettings&);
+ClipboardWidgetController* controllerOf(const ClipboardSettings&);
+ColourWidgetController* controllerOf(const ColourPickerSettings&);
+ScreenshotWidgetController* controllerOf(const ScreenshotSettings&);
+FileRollWidgetController* controllerOf(const FilesSettings&);
+ShelfWidgetController* controllerOf(const ShelfSettings&);
+ConverterWidgetController* controllerOf(const ConverterSettings&);
+EmojiWidgetController* controllerOf(const EmojiSettings&);
+BookmarkWidgetController* controllerOf(const BookmarkSettings&);
+CollectionWidgetController* controllerOf(const CollectionSettings&);
+MusicWidgetController* controllerOf(const MusicSettings&);
+ShortcutWidgetController* controllerOf(const ShortcutSettings&);
+AirDropWidgetController* controllerOf(const AirDropSettings&);
 
 bool isSystem(const DockWidget::Kind& kind) {
   return std::visit([]<class S>(const S&) { return isSystemKind<S>; },
@@ -157,57 +183,9 @@ void SlotApp::placeTile() {
 
 std::unique_ptr<WidgetController> SlotApp::makeController(const DockWidget& widget) {
   return std::visit(
-      [&]<class S>(const S&) -> std::unique_ptr<WidgetController> {
-        if constexpr (isSystemKind<S>)
-          return std::make_unique<SystemWidgetController>(context_, widget);
-        else if constexpr (std::is_same_v<S, TimerSettings>)
-          return std::make_unique<TimerWidgetController>(context_, widget);
-        else if constexpr (std::is_same_v<S, PomodoroSettings>)
-          return std::make_unique<PomodoroWidgetController>(context_, widget);
-        else if constexpr (std::is_same_v<S, NoteSettings>)
-          return std::make_unique<NoteWidgetController>(context_, widget);
-        else if constexpr (std::is_same_v<S, ClaudeUsageSettings>)
-          return std::make_unique<ClaudeUsageWidgetController>(context_, widget);
-        else if constexpr (std::is_same_v<S, GitHubSettings>)
-          return std::make_unique<GitHubWidgetController>(context_, widget);
-        else if constexpr (std::is_same_v<S, WaterSettings>)
-          return std::make_unique<WaterWidgetController>(context_, widget);
-        else if constexpr (std::is_same_v<S, WeatherSettings>)
-          return std::make_unique<WeatherWidgetController>(context_, widget);
-        else if constexpr (std::is_same_v<S, CalendarSettings>)
-          return std::make_unique<CalendarWidgetController>(context_, widget);
-        else if constexpr (std::is_same_v<S, ReminderSettings>)
-          return std::make_unique<RemindersWidgetController>(context_, widget);
-        else if constexpr (std::is_same_v<S, KeyboardLockSettings>)
-          return std::make_unique<KeyboardLockWidgetController>(context_, widget);
-        else if constexpr (std::is_same_v<S, FanSettings>)
-          return std::make_unique<FanWidgetController>(context_, widget);
-        else if constexpr (std::is_same_v<S, ClipboardSettings>)
-          return std::make_unique<ClipboardWidgetController>(context_, widget);
-        else if constexpr (std::is_same_v<S, ColourPickerSettings>)
-          return std::make_unique<ColourWidgetController>(context_, widget);
-        else if constexpr (std::is_same_v<S, ScreenshotSettings>)
-          return std::make_unique<ScreenshotWidgetController>(context_, widget);
-        else if constexpr (std::is_same_v<S, FilesSettings>)
-          return std::make_unique<FileRollWidgetController>(context_, widget);
-        else if constexpr (std::is_same_v<S, ShelfSettings>)
-          return std::make_unique<ShelfWidgetController>(context_, widget);
-        else if constexpr (std::is_same_v<S, ConverterSettings>)
-          return std::make_unique<ConverterWidgetController>(context_, widget);
-        else if constexpr (std::is_same_v<S, EmojiSettings>)
-          return std::make_unique<EmojiWidgetController>(context_, widget);
-        else if constexpr (std::is_same_v<S, BookmarkSettings>)
-          return std::make_unique<BookmarkWidgetController>(context_, widget);
-        else if constexpr (std::is_same_v<S, CollectionSettings>)
-          return std::make_unique<CollectionWidgetController>(context_, widget);
-        else if constexpr (std::is_same_v<S, MusicSettings>)
-          return std::make_unique<MusicWidgetController>(context_, widget);
-        else if constexpr (std::is_same_v<S, ShortcutSettings>)
-          return std::make_unique<ShortcutWidgetController>(context_, widget);
-        else if constexpr (std::is_same_v<S, AirDropSettings>)
-          return std::make_unique<AirDropWidgetController>(context_, widget);
-        else
-          return std::make_unique<UnavailableWidgetController>(context_, widget);
+      [&](const auto& settings) -> std::unique_ptr<WidgetController> {
+        using Controller = std::remove_pointer_t<decltype(controllerOf(settings))>;
+        return std::make_unique<Controller>(context_, widget);
       },
       static_cast<const DockWidget::KindVariant&>(widget.kind));
 }

@@ -1,5 +1,6 @@
 #include "TavrinPlatform/Linux/PortalRequest.h"
 
+#include "TavrinPlatform/Linux/BusProperties.h"
 #include <algorithm>
 #include <utility>
 

@@ -1,5 +1,6 @@
 #include "TavrinPlatform/Linux/PortalShortcuts.h"
 
+#include "TavrinPlatform/Linux/BusProperties.h"
 #include "TavrinPlatform/Linux/ShortcutKeys.h"
 
 #include <set>

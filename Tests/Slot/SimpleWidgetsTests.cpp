@@ -1,6 +1,5 @@
 #include "TavrinSlot/NoteWidget.h"
 #include "TavrinSlot/SystemWidget.h"
-#include "TavrinSlot/UnavailableWidget.h"
 
 #include "TavrinSlot/DockPanelPresenter.h"
 #include "TavrinSlot/DockTileRenderer.h"
@@ -284,21 +283,6 @@ TEST(NoteWidgetController, DoesNotTurnAWidgetBackIntoANote) {
   opened.update(other);
   slot.drop();
   EXPECT_TRUE(slot.store().widget(slot.id)->kind.get<ClockSettings>());
-}
-
-TEST(UnavailableWidgetController, SaysSoAndOffersEditing) {
-  Slot slot;
-  slot.show<UnavailableWidgetController>(*freshKind("weather", noon));
-  EXPECT_EQ(slot.platform.tile.name, "Mine");
-  EXPECT_EQ(slot.platform.tile.value, "Not in this build");
-  slot.controller->togglePanel();
-  bool says = false;
-  for (auto* label : slot.panel.rootView()->findChildren<QLabel*>())
-    says |= label->text() == "The Weather widget is not in this build.";
-  EXPECT_TRUE(says);
-  slot.press("Edit Weather…");
-  EXPECT_EQ(slot.edits, 1);
-  EXPECT_EQ(slot.platform.loop.activeTimers(), 0U);
 }
 
 } // namespace

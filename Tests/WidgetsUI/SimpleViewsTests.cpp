@@ -5,7 +5,6 @@
 #include "TavrinWidgetsUI/Kit/ViewRenderer.h"
 #include "TavrinWidgetsUI/NoteViews.h"
 #include "TavrinWidgetsUI/TimeProgressViews.h"
-#include "TavrinWidgetsUI/UnavailableViews.h"
 
 #include <gtest/gtest.h>
 

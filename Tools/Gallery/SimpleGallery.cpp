@@ -8,7 +8,6 @@
 #include "TavrinWidgetsUI/SystemWidgetModel.h"
 #include "TavrinWidgetsUI/TimeProgressPanelView.h"
 #include "TavrinWidgetsUI/TimeProgressViews.h"
-#include "TavrinWidgetsUI/UnavailableViews.h"
 #include "Tests/Support/FakePlatform.h"
 #include "Tests/Support/SystemServices.h"
 #include "Tools/Gallery/Gallery.h"
@@ -147,15 +146,6 @@ void addNotes(GallerySheet& sheet, int span) {
                      }});
 }
 
-void addUnavailable(GallerySheet& sheet, int span) {
-  for (const char* key : {"weather", "github", "keyboardLock"})
-    sheet.push_back({key, span, [key, span](const TileSize& size) {
-                       const auto kind = *freshKind(key, evening);
-                       return unavailableTile(
-                           DockWidget({}, std::string(kind.title()), 1, kind, span), size);
-                     }});
-}
-
 /// A widget on a desktop of its own, for as long as the gallery runs.
 struct Stand {
   Stand(const char* name, DockWidget::Kind kind, Date now)
@@ -185,7 +175,6 @@ GallerySheet sheetOf(std::initializer_list<int> spans) {
     addCountdowns(sheet, span);
     addTimeProgress(sheet, span);
     addNotes(sheet, span);
-    addUnavailable(sheet, span);
   }
   return sheet;
 }
@@ -230,12 +219,6 @@ GalleryPanels simplePanels() {
                       model.settingsChanged({longNote, "#FBBF24"});
                       return new NotePanelView(
                           look, model, [] { return "Note"; }, [] {});
-                    }});
-  panels.push_back({"unavailable", palette::blue, [](const PanelAppearance& look) {
-                      static const DockWidget widget({}, "Weather", 1,
-                                                     *freshKind("weather", evening), 2);
-                      return new UnavailablePanelView(
-                          look, []() -> const DockWidget& { return widget; }, [] {});
                     }});
   return panels;
 }
