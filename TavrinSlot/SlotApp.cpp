@@ -43,31 +43,34 @@ inline constexpr bool isSystemKind =
     std::is_same_v<S, PetSettings> || std::is_same_v<S, StopwatchSettings>;
 
 /// Which controller stands for which settings: only the types are used.
-template <class S>
-requires isSystemKind<S> SystemWidgetController* controllerOf(const S&);
-TimerWidgetController* controllerOf(const TimerSettings&);
-PomodoroWidgetController* controllerOf(const PomodoroSettings&);
-NoteWidgetController* controllerOf(const NoteSettings&);
-ClaudeUsageWidgetController* controllerOf(const ClaudeUsageSettings&);
-GitHubWidgetController* controllerOf(const GitHubSettings&);
-WaterWidgetController* controllerOf(const WaterSettings&);
-WeatherWidgetController* controllerOf(const WeatherSettings&);
-CalendarWidgetController* controllerOf(const CalendarSettings&);
-RemindersWidgetController* controllerOf(const ReminderSettings&);
-KeyboardLockWidgetController* controllerOf(const KeyboardLockSettings&);
-FanWidgetController* controllerOf(const FanSettings&);
-ClipboardWidgetController* controllerOf(const ClipboardSettings&);
-ColourWidgetController* controllerOf(const ColourPickerSettings&);
-ScreenshotWidgetController* controllerOf(const ScreenshotSettings&);
-FileRollWidgetController* controllerOf(const FilesSettings&);
-ShelfWidgetController* controllerOf(const ShelfSettings&);
-ConverterWidgetController* controllerOf(const ConverterSettings&);
-EmojiWidgetController* controllerOf(const EmojiSettings&);
-BookmarkWidgetController* controllerOf(const BookmarkSettings&);
-CollectionWidgetController* controllerOf(const CollectionSettings&);
-MusicWidgetController* controllerOf(const MusicSettings&);
-ShortcutWidgetController* controllerOf(const ShortcutSettings&);
-AirDropWidgetController* controllerOf(const AirDropSettings&);
+struct Controllers {
+  template <class S>
+  requires isSystemKind<S>
+  static SystemWidgetController* of(const S&);
+  static TimerWidgetController* of(const TimerSettings&);
+  static PomodoroWidgetController* of(const PomodoroSettings&);
+  static NoteWidgetController* of(const NoteSettings&);
+  static ClaudeUsageWidgetController* of(const ClaudeUsageSettings&);
+  static GitHubWidgetController* of(const GitHubSettings&);
+  static WaterWidgetController* of(const WaterSettings&);
+  static WeatherWidgetController* of(const WeatherSettings&);
+  static CalendarWidgetController* of(const CalendarSettings&);
+  static RemindersWidgetController* of(const ReminderSettings&);
+  static KeyboardLockWidgetController* of(const KeyboardLockSettings&);
+  static FanWidgetController* of(const FanSettings&);
+  static ClipboardWidgetController* of(const ClipboardSettings&);
+  static ColourWidgetController* of(const ColourPickerSettings&);
+  static ScreenshotWidgetController* of(const ScreenshotSettings&);
+  static FileRollWidgetController* of(const FilesSettings&);
+  static ShelfWidgetController* of(const ShelfSettings&);
+  static ConverterWidgetController* of(const ConverterSettings&);
+  static EmojiWidgetController* of(const EmojiSettings&);
+  static BookmarkWidgetController* of(const BookmarkSettings&);
+  static CollectionWidgetController* of(const CollectionSettings&);
+  static MusicWidgetController* of(const MusicSettings&);
+  static ShortcutWidgetController* of(const ShortcutSettings&);
+  static AirDropWidgetController* of(const AirDropSettings&);
+};
 
 bool isSystem(const DockWidget::Kind& kind) {
   return std::visit([]<class S>(const S&) { return isSystemKind<S>; },
@@ -184,7 +187,7 @@ void SlotApp::placeTile() {
 std::unique_ptr<WidgetController> SlotApp::makeController(const DockWidget& widget) {
   return std::visit(
       [&](const auto& settings) -> std::unique_ptr<WidgetController> {
-        using Controller = std::remove_pointer_t<decltype(controllerOf(settings))>;
+        using Controller = std::remove_pointer_t<decltype(Controllers::of(settings))>;
         return std::make_unique<Controller>(context_, widget);
       },
       static_cast<const DockWidget::KindVariant&>(widget.kind));
