@@ -124,8 +124,7 @@ QImage IconLoader::drawVector(const fs::path& file, int pixels) {
   if (auto image = readSquare(kept, pixels); image.width() == pixels)
     return image;
   std::string error;
-  const auto draw = reinterpret_cast<bool (*)(const char*, QImage&)>(
-      modules_.find("svg", "tavrinDrawVector", error));
+  const auto draw = modules_.find<bool(const char*, QImage&)>("svg", "tavrinDrawVector", error);
   QImage image(pixels, pixels, QImage::Format_ARGB32_Premultiplied);
   image.fill(Qt::transparent);
   if (draw == nullptr || !draw(file.c_str(), image))
