@@ -1,6 +1,6 @@
 #include "TavrinWidgetsUI/AirDropModel.h"
 
-#include "TavrinCore/Base/FileAddress.h"
+#include "TavrinCore/Base/FileURL.h"
 
 #include <algorithm>
 #include <cmath>
@@ -24,7 +24,7 @@ struct Examined {
 Examined examine(const std::vector<std::string>& urls) {
   Examined result;
   for (const auto& url : urls) {
-    const auto path = localFile(url);
+    const auto path = pathOfFileURL(url);
     std::error_code error;
     // Pipes, devices and folders have no content to send.
     if (!path || result.files.size() >= mostFiles || !fs::is_regular_file(*path, error)) {

@@ -1,5 +1,6 @@
 #include "TavrinWidgetsUI/AirDropPanelView.h"
 
+#include "TavrinCore/Base/Text.h"
 #include "TavrinCore/Kinds/ClipboardItem.h"
 #include "TavrinWidgetsUI/AirDropViews.h"
 #include "TavrinWidgetsUI/Kit/PanelButton.h"

@@ -72,7 +72,7 @@ bool moveInto(const fs::path& trash, const fs::path& file) {
   for (int i = 0; i < mostOfOneName; ++i) {
     fs::path name = file.filename();
     if (i > 0)
-      name += "." + std::to_string(i);
+      name += fmt::format(".{}", i);
     const fs::path infoFile = infos / (name.native() + ".trashinfo");
     if (deviceOf(files / name) || deviceOf(infoFile))
       continue;
