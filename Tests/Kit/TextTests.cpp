@@ -81,9 +81,7 @@ TEST(Text, FiguresAreNeverCut) {
 TEST(Text, SentencesThatAreNotToBeCutAskForMoreThanTooSmallARoom) {
   const Text sentence = text("Tavrin has no access to your calendars").size(10);
   const double full = widthOf(sentence);
-  const auto fits = [&](const Text& words, double width) {
-    return widthOf(words, width) <= width;
-  };
+  const auto fits = [&](const Text& words, double width) { return widthOf(words, width) <= width; };
   EXPECT_TRUE(fits(sentence.lines(3).figure(), full * 0.5));
   EXPECT_FALSE(fits(sentence.lines(2).figure(), full * 0.4));
   EXPECT_TRUE(fits(sentence.lines(2), full * 0.4)) << "cut";
