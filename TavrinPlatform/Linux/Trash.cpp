@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <ctime>
 #include <fcntl.h>
+#include <fmt/format.h>
 #include <optional>
 #include <string>
 #include <sys/stat.h>

@@ -3,6 +3,12 @@
 #include "Tests/Linux/Services/HTTPServer.h"
 #include "Tests/Linux/Services/LoopTest.h"
 
+#include <QFile>
+#include <QProcess>
+#include <QSslConfiguration>
+#include <QSslKey>
+#include <QSslServer>
+#include <QTemporaryDir>
 #include <gmock/gmock.h>
 
 namespace tavrin::test {
@@ -89,6 +95,51 @@ TEST_F(QtHTTPClientTest, AServerThatDoesNotAcceptEndsAtTheConnectLimit) {
   });
   EXPECT_EQ(response.status, 0);
   EXPECT_LT(timer.elapsed(), 3000);
+}
+
+TEST_F(QtHTTPClientTest, AtAGivenAddressTheCertificateIsStillTheHosts) {
+  const QTemporaryDir folder;
+  const auto path = [&](const char* name) { return folder.filePath(QLatin1String(name)); };
+  ASSERT_EQ(QProcess::execute("openssl",
+                              {"req", "-x509", "-newkey", "rsa:2048", "-nodes", "-days", "2",
+                               "-subj", "/CN=site.com", "-addext", "subjectAltName=DNS:site.com",
+                               "-keyout", path("key"), "-out", path("certificate")}),
+            0);
+  QFile keyFile(path("key"));
+  ASSERT_TRUE(keyFile.open(QIODevice::ReadOnly));
+  const auto certificates = QSslCertificate::fromPath(path("certificate"));
+  ASSERT_EQ(certificates.size(), 1);
+  QSslServer server;
+  QSslConfiguration identity = QSslConfiguration::defaultConfiguration();
+  identity.setLocalCertificate(certificates.first());
+  identity.setPrivateKey(QSslKey(&keyFile, QSsl::Rsa));
+  server.setSslConfiguration(identity);
+  QObject::connect(&server, &QTcpServer::pendingConnectionAvailable, &server, [&] {
+    auto* socket = server.nextPendingConnection();
+    const auto answer = [socket] {
+      if (socket->readAll().contains("\r\n\r\n"))
+        socket->write(QByteArray::fromStdString(HTTPServer::whole("secret")));
+    };
+    QObject::connect(socket, &QTcpSocket::readyRead, socket, answer);
+    // The request may have come along with the handshake's end.
+    answer();
+  });
+  ASSERT_TRUE(server.listen(QHostAddress::LocalHost));
+  const auto statusFor = [&](const std::string& host) {
+    HTTPRequest request{"https://" + host + ":" + std::to_string(server.serverPort()) + "/"};
+    request.address = "127.0.0.1";
+    // What a connection trusts is settled when its host is first asked.
+    QtHTTPClient client;
+    return answerOf<HTTPResponse>([&](auto done) { return client.get(request, done); })->status;
+  };
+  EXPECT_EQ(statusFor("site.com"), 0) << "nobody vouches for it";
+  const auto before = QSslConfiguration::defaultConfiguration();
+  QSslConfiguration trusting = before;
+  trusting.addCaCertificate(certificates.first());
+  QSslConfiguration::setDefaultConfiguration(trusting);
+  EXPECT_EQ(statusFor("site.com"), 200);
+  EXPECT_EQ(statusFor("other.com"), 0) << "another host's certificate";
+  QSslConfiguration::setDefaultConfiguration(before);
 }
 
 TEST_F(QtHTTPClientTest, ADroppedTokenEndsTheRequest) {
