@@ -6,7 +6,6 @@
 #include <cstdio>
 #include <ctime>
 #include <fcntl.h>
-#include <fmt/format.h>
 #include <optional>
 #include <string>
 #include <sys/stat.h>
@@ -47,8 +46,11 @@ std::string trashInfo(const fs::path& path) {
   char date[32] = {};
   std::strftime(date, sizeof date, "%Y-%m-%dT%H:%M:%S", &local);
   constexpr std::size_t schemeLength = std::string_view("file://").size();
-  return "[Trash Info]\nPath=" + fileURL(path.native()).substr(schemeLength) +
-         "\nDeletionDate=" + date + "\n";
+  std::string text = "[Trash Info]\nPath=";
+  text.append(fileURL(path.native()), schemeLength, std::string::npos)
+      .append("\nDeletionDate=")
+      .append(date);
+  return text.append(1, '\n');
 }
 
 /// Whether the file was made, which takes the name for us alone.
@@ -73,7 +75,7 @@ bool moveInto(const fs::path& trash, const fs::path& file) {
   for (int i = 0; i < mostOfOneName; ++i) {
     fs::path name = file.filename();
     if (i > 0)
-      name += fmt::format(".{}", i);
+      name.concat(".").concat(std::to_string(i));
     const fs::path infoFile = infos / (name.native() + ".trashinfo");
     if (deviceOf(files / name) || deviceOf(infoFile))
       continue;
@@ -101,7 +103,9 @@ bool moveToTrash(const fs::path& file, const fs::path& homeTrash) {
   if (isOwnFolder(homeTrash) && deviceOf(homeTrash) == device)
     return moveInto(homeTrash, file);
   const fs::path top = topFolder(file, *device);
-  return moveInto(top / (".Trash-" + std::to_string(::getuid())), file);
+  std::string name = ".Trash-";
+  name.append(std::to_string(::getuid()));
+  return moveInto(top / name, file);
 }
 
 } // namespace tavrin
