@@ -195,8 +195,9 @@ std::span<const ConverterUnit> converterUnits() {
 }
 
 std::span<const ConverterUnit> converterUnits(ConverterCategory category) {
-  const auto found = std::ranges::equal_range(units, category, {}, &ConverterUnit::category);
-  return {found.begin(), found.end()};
+  const auto begin = std::ranges::lower_bound(units, category, {}, &ConverterUnit::category);
+  const auto end = std::ranges::upper_bound(units, category, {}, &ConverterUnit::category);
+  return {begin, end};
 }
 
 const ConverterUnit* findUnit(ConverterCategory category, std::string_view symbol) {
