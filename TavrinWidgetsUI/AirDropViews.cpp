@@ -89,12 +89,13 @@ AnyView airDropWideTile(const AirDropTileState& state, const TileSize& size,
   content.state = tileState(state.state);
   const QColor middle = mix(groundTop, groundEnd, 0.5);
   const bool hasFiles = state.state == State::sending;
-  const QString first = airDropWord(state);
-  const QString second = hasFiles                     ? fileCountText(state.fileCount)
-                         : state.state == State::idle ? QStringLiteral("to send to a device")
-                         : state.state == State::choosing
-                             ? QStringLiteral("Click to choose a device")
-                             : QString();
+  const QString first = state.state == State::choosing ? fileCountText(state.fileCount)
+                        : state.state == State::idle   ? QStringLiteral("Drop files")
+                                                       : airDropWord(state);
+  const QString second = hasFiles                         ? fileCountText(state.fileCount)
+                         : state.state == State::idle     ? QStringLiteral("here to send")
+                         : state.state == State::choosing ? QStringLiteral("Click to send")
+                                                          : QString();
   const AnyView title = text(first)
                             .size(std::max(size.body() * 0.225, minimumTypeSize))
                             .weight(FontWeight::semibold)
@@ -110,7 +111,7 @@ AnyView airDropWideTile(const AirDropTileState& state, const TileSize& size,
   if (hasFiles)
     content.actions = {{{"cancel", cancel}, "xmark", "Cancel", false}};
   content.label = "AirDrop";
-  content.value = first;
+  content.value = airDropWord(state);
   return wideTile(content, size);
 }
 

@@ -60,7 +60,7 @@ AnyView named(const CollectionTileApp& app, const CollectionCells& form, double 
                      .size(std::max(size.body() * 0.19, minimumTypeSize))
                      .weight(FontWeight::medium)
                      .colour(app.isGone ? palette::caption(ground) : palette::figure(ground))
-                     .frame({.maxWidth = width - form.side - form.gap})})
+                     .frame({.maxWidth = width - form.side - form.gap}, Alignment::leading)})
       .spacing(form.gap * 0.8)
       .width(width, Alignment::leading);
 }
@@ -84,16 +84,22 @@ CollectionCells CollectionCells::of(CollectionLayout layout, int count, const Ti
   const double width = size.bodyWidth() - 2 * size.padding();
   const double height = body - 2 * size.padding();
   cells.gap = body * 0.09;
-  cells.rows = layout == CollectionLayout::horizontal || count < 3 ? 1 : 2;
-  cells.side = cells.rows == 1 ? body * 0.62 : (height - cells.gap) / 2;
+  const auto columnsOf = [&](double side) {
+    return std::max(1, static_cast<int>((width + cells.gap) / (side + cells.gap)));
+  };
+  // Large in one row where they all fit so.
+  cells.side = body * 0.62;
+  cells.rows = layout == CollectionLayout::horizontal || count <= columnsOf(cells.side) ? 1 : 2;
+  if (cells.rows == 2)
+    cells.side = (height - cells.gap) / 2;
   if (layout == CollectionLayout::vertical) {
     cells.hasNames = true;
     cells.rows = count == 1 ? 1 : 2;
     cells.side = (height - cells.gap) / 2;
-    cells.columns = std::max(1, static_cast<int>(width / (body * 1.7)));
+    cells.columns = std::max(1, static_cast<int>(width / (body * 1.55)));
     return cells;
   }
-  cells.columns = std::max(1, static_cast<int>((width + cells.gap) / (cells.side + cells.gap)));
+  cells.columns = columnsOf(cells.side);
   return cells;
 }
 

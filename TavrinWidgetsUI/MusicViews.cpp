@@ -58,14 +58,14 @@ AnyView coverTile(const MediaPlayer& player, const QImage& cover, const MusicSet
   if (size.hasCaption()) {
     const double points = std::max(size.caption(), minimumTypeSize);
     layers.push_back(rectangle()
-                         .gradient(QColor(0, 0, 0, 0), QColor(0, 0, 0, 215))
+                         .gradient(QColor(0, 0, 0, 1), QColor(0, 0, 0, 225))
                          .height(body * scrimShare)
                          .overlay(text(trackTitle(player))
                                       .size(points)
                                       .weight(FontWeight::medium)
                                       .colour(palette::white)
                                       .align(TextAlignment::centre)
-                                      .padding({body * 0.14, 0, body * 0.14, body * 0.13}),
+                                      .padding({body * 0.11, 0, body * 0.11, body * 0.12}),
                                   Alignment::bottom)
                          .fill(Alignment::bottom));
   }
@@ -171,6 +171,7 @@ AnyView musicWideTile(const MediaPlayer* player, const QImage& cover, const Musi
     content.middle = text("Nothing playing")
                          .size(std::max(size.body() * 0.22, minimumTypeSize))
                          .weight(FontWeight::semibold)
+                         .lines(2)
                          .colour(palette::caption(groundTop));
     content.label = "Music";
     content.value = "Nothing playing";

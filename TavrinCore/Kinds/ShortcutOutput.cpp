@@ -3,8 +3,6 @@
 #include "TavrinCore/Base/Text.h"
 #include "TavrinCore/Kinds/ClipboardItem.h"
 
-#include <ranges>
-
 namespace tavrin {
 namespace {
 
@@ -98,9 +96,9 @@ std::string ShortcutOutput::text() const {
 std::string ShortcutOutput::lastLine() const {
   if (!trimmed(line_).empty())
     return cleanText(trimmed(line_), longestLine);
-  for (const auto& line : std::views::reverse(lines_))
-    if (!trimmed(line).empty())
-      return cleanText(trimmed(line), longestLine);
+  for (auto line = lines_.rbegin(); line != lines_.rend(); ++line)
+    if (!trimmed(*line).empty())
+      return cleanText(trimmed(*line), longestLine);
   return {};
 }
 

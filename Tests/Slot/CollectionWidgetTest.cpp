@@ -40,7 +40,8 @@ protected:
   std::vector<std::string> stored() const {
     std::vector<std::string> names;
     const WidgetStore store(folder_ / "widgets.json");
-    for (const auto& app : store.widget(3)->kind.get<CollectionSettings>()->apps)
+    const auto widget = store.widget(3);
+    for (const auto& app : widget->kind.get<CollectionSettings>()->apps)
       names.push_back(app.bundleIdentifier.value_or(app.path));
     return names;
   }

@@ -144,7 +144,9 @@ TEST_F(MusicWidget, CoversAreReadFromFilesAndNothingElse) {
     show({tide});
     EXPECT_FALSE(isRed()) << cover;
   }
-  write(MusicSettings{.showsCover = false});
+  MusicSettings plain;
+  plain.showsCover = false;
+  write(plain);
   tide.playback.track.cover = file;
   show({tide});
   announce();
