@@ -1,7 +1,6 @@
 #include "TavrinWidgetsUI/MusicModel.h"
 
-#include "TavrinStorage/AtomicFile.h"
-#include "TavrinWidgetsUI/ClipboardPanelView.h"
+#include "TavrinWidgetsUI/Kit/Thumbnail.h"
 
 #include <algorithm>
 
@@ -9,19 +8,8 @@ namespace tavrin {
 namespace {
 
 constexpr int coverSide = 320;
-constexpr std::size_t largestCover = 32 * 1024 * 1024;
 /// However finely a position is shown, a tile is not drawn more often.
 constexpr double shortestTick = 1;
-
-QImage readCover(const std::filesystem::path& file) {
-  try {
-    if (const auto bytes = readFile(file, largestCover))
-      return clipboardThumbnail(Data::fromText(*bytes), coverSide);
-  } catch (const FileError&) {
-    // Shown without.
-  }
-  return {};
-}
 
 } // namespace
 
@@ -78,7 +66,7 @@ void MusicModel::loadCover() {
     return;
   }
   const auto image = std::make_shared<QImage>();
-  runLoop_.background([path = *file, image] { *image = readCover(path); }, loading_,
+  runLoop_.background([path = *file, image] { *image = fileThumbnail(path); }, loading_,
                       [this, image] {
                         cover_ = *image;
                         if (onChange)
