@@ -66,7 +66,7 @@ void MusicModel::loadCover() {
     return;
   }
   const auto image = std::make_shared<QImage>();
-  runLoop_.background([path = *file, image] { *image = fileThumbnail(path); }, loading_,
+  runLoop_.background([path = *file, image] { *image = fileThumbnail(path, coverSide); }, loading_,
                       [this, image] {
                         cover_ = *image;
                         if (onChange)
