@@ -5,7 +5,7 @@
 namespace tavrin {
 
 /// Puts `file` into `homeTrash` where it is on the same disk, else into the trash at its own disk's
-/// top (freedesktop.org trash specification 1.0), never by copying. False, with the file where it
+/// top (the trash of freedesktop.org, version 1.0), never by copying. False, with the file where it
 /// was, when that cannot be done.
 bool moveToTrash(const std::filesystem::path& file, const std::filesystem::path& homeTrash);
 

@@ -35,7 +35,11 @@ QImage thumbnail(std::string_view bytes, int side) {
   if (size.width() > side || size.height() > side)
     reader.setScaledSize(size.scaled(side, side, Qt::KeepAspectRatio).expandedTo({1, 1}));
   reader.setAutoTransform(true);
-  return reader.read();
+  const QImage picture = reader.read();
+  // A header may lie.
+  return picture.width() > side || picture.height() > side
+             ? picture.scaled(side, side, Qt::KeepAspectRatio)
+             : picture;
 }
 
 std::optional<Data> packedThumbnail(std::string_view bytes, int side) {
