@@ -81,8 +81,10 @@ std::optional<Date> WaterLog::nextGlass(Date now, const WaterSettings& settings,
 
 void WaterLog::tidy() {
   std::ranges::stable_sort(days, {}, &WaterDay::day);
-  const auto repeated = std::ranges::unique(days, {}, &WaterDay::day);
-  days.erase(repeated.begin(), repeated.end());
+  const auto isSameDay = [](const auto& first, const auto& second) {
+    return first.day == second.day;
+  };
+  days.erase(std::unique(days.begin(), days.end(), isSameDay), days.end());
   for (auto& day : days)
     day.millilitres = bounded(day.millilitres);
 }
