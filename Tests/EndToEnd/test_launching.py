@@ -107,6 +107,7 @@ class Launching(DeskTest):
         self.desk.key("Return")
         wait_for(lambda: [app["displayName"] for app in self.stored()["apps"]] == ["Chess"],
                  "the app to be added")
+        self.desk.key("Escape")  # empties the search first
         self.close()
         self.open()
         before = self.panel()[4]
@@ -138,10 +139,17 @@ class Launching(DeskTest):
                           "mpris:length": length}}))
         self.place("music")
         self.open()
-        self.desk.key("space")
-        wait_for(lambda: "PlayPause" in self.ask_player("one", "Calls"), "the keyboard's pause")
         self.desk.key("Return")
-        wait_for(lambda: self.ask_player("one", "Calls").count("PlayPause") == 2, "Return to play")
+        wait_for(lambda: "PlayPause" in self.ask_player("one", "Calls"), "Return to pause")
+        # Position, previous, play, next.
+        for _ in range(4):
+            self.desk.run("sleep", "0.15")  # the focus is moved by the window manager's leave
+            self.desk.key("Tab")
+        self.desk.key("space")
+        wait_for(lambda: "'Next'" in self.ask_player("one", "Calls"), "the next track")
+        # The button in the middle, above volume and footer.
+        self.click_panel(140, -112)
+        wait_for(lambda: self.ask_player("one", "Calls").count("PlayPause") == 2, "the click to play")
         height = self.panel()[4]
         self.tavrin("widgets", "set", "Mine", "showsCover=no")
         wait_for(lambda: self.panel()[4] < height, "the cover to go")
