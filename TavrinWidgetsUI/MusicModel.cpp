@@ -10,6 +10,7 @@ namespace {
 constexpr int coverSide = 320;
 /// However finely a position is shown, a tile is not drawn more often.
 constexpr double shortestTick = 1;
+constexpr double slack = 0.02;
 
 } // namespace
 
@@ -90,14 +91,15 @@ void MusicModel::schedule() {
   if (shown == nullptr)
     return;
   const auto& playback = shown->playback;
-  std::optional<double> wait;
+  std::optional<double> step;
   if (isCounting_)
-    wait = playback.untilNext(1, clock_.now());
+    step = 1;
   else if (tileSteps_ > 0 && playback.track.length && settings().showsProgress)
-    wait = playback.untilNext(std::max(*playback.track.length / tileSteps_, shortestTick),
-                              clock_.now());
+    step = std::max(*playback.track.length / tileSteps_, shortestTick);
+  // A step that is all but reached is this one's, and each is drawn just after it is reached.
+  const auto wait = step ? playback.untilNext(*step, clock_.now() + slack) : std::nullopt;
   if (wait)
-    tick_ = runLoop_.after(std::max(*wait, 0.05), [this] {
+    tick_ = runLoop_.after(*wait + 2 * slack, [this] {
       schedule();
       if (onChange)
         onChange();

@@ -11,7 +11,6 @@
 #include <QHBoxLayout>
 #include <QSignalBlocker>
 #include <QSlider>
-#include <QTimer>
 #include <QVBoxLayout>
 #include <cmath>
 
@@ -235,12 +234,6 @@ void MusicPanelView::refresh() {
   showTrack(*player);
   showPosition(*player);
   showChoice();
-}
-
-void MusicPanelView::showEvent(QShowEvent* event) {
-  PanelView::showEvent(event);
-  // Once all of it is shown: what is hidden or disabled cannot have the focus.
-  QTimer::singleShot(0, play_, [this] { play_->setFocus(); });
 }
 
 } // namespace tavrin

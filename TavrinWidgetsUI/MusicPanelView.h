@@ -22,9 +22,6 @@ public:
   MusicPanelView(const PanelAppearance& appearance, MusicModel& model, Requests requests);
   void refresh() override;
 
-protected:
-  void showEvent(QShowEvent* event) override;
-
 private:
   void makePosition();
   void makeControls();

@@ -8,7 +8,6 @@
 #include <QFontDatabase>
 #include <QScrollBar>
 #include <QSignalBlocker>
-#include <QTimer>
 
 namespace tavrin {
 namespace {
@@ -103,11 +102,6 @@ void ShortcutPanelView::refresh() {
   copy_->setVisible(hasOutput);
   if (hasOutput)
     showOutput();
-}
-
-void ShortcutPanelView::showEvent(QShowEvent* event) {
-  PanelView::showEvent(event);
-  QTimer::singleShot(0, run_, [this] { run_->setFocus(); });
 }
 
 } // namespace tavrin

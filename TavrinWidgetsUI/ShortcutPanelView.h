@@ -18,9 +18,6 @@ public:
   ShortcutPanelView(const PanelAppearance& appearance, ShortcutRunner& runner, Requests requests);
   void refresh() override;
 
-protected:
-  void showEvent(QShowEvent* event) override;
-
 private:
   void showOutput();
 

@@ -16,8 +16,7 @@ struct MusicSettings {
         optional("player", &MusicSettings::player).titled("Player"),
         optional("showsCover", &MusicSettings::showsCover).titled("Show the cover"),
         optional("showsArtist", &MusicSettings::showsArtist).titled("Show the artist"),
-        optional("showsProgress", &MusicSettings::showsProgress)
-            .titled("Show the position in the title")};
+        optional("showsProgress", &MusicSettings::showsProgress).titled("Show the position")};
   }
   bool operator==(const MusicSettings&) const = default;
 };

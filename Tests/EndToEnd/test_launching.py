@@ -107,6 +107,7 @@ class Launching(DeskTest):
         self.desk.key("Return")
         wait_for(lambda: [app["displayName"] for app in self.stored()["apps"]] == ["Chess"],
                  "the app to be added")
+        self.desk.key("Escape")  # empties the search first
         self.close()
         self.open()
         before = self.panel()[4]
@@ -125,9 +126,10 @@ class Launching(DeskTest):
         return process
 
     def ask_player(self, name, method, *arguments):
-        return self.desk.run("gdbus", "call", "--session", "--dest", f"org.mpris.MediaPlayer2.{name}",
-                             "--object-path", "/org/mpris/MediaPlayer2", "--method",
-                             f"dev.quellby.Test.{method}", *arguments)
+        return self.desk.run("gdbus", "call", "--session",
+                             "--dest", f"org.mpris.MediaPlayer2.{name}",
+                             "--object-path", "/org/mpris/MediaPlayer2",
+                             "--method", f"dev.quellby.Test.{method}", *arguments)
 
     def test_music_is_played_by_mouse_and_by_keyboard(self):
         self.player("one")
@@ -138,10 +140,12 @@ class Launching(DeskTest):
                           "mpris:length": length}}))
         self.place("music")
         self.open()
-        self.desk.key("space")
-        wait_for(lambda: "PlayPause" in self.ask_player("one", "Calls"), "the keyboard's pause")
         self.desk.key("Return")
-        wait_for(lambda: self.ask_player("one", "Calls").count("PlayPause") == 2, "Return to play")
+        wait_for(lambda: "PlayPause" in self.ask_player("one", "Calls"), "Return to pause")
+        # The button in the middle, above volume and footer.
+        self.click_panel(140, -112)
+        wait_for(lambda: self.ask_player("one", "Calls").count("PlayPause") == 2,
+                 "the click to play")
         height = self.panel()[4]
         self.tavrin("widgets", "set", "Mine", "showsCover=no")
         wait_for(lambda: self.panel()[4] < height, "the cover to go")
