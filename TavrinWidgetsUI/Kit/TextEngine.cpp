@@ -259,20 +259,19 @@ TextEngine::Lines TextEngine::lines(const QString& string, FontWeight weight, do
       },
       [&] {
         double brokenWidth = reference;
-        QStringList lines =
-            breakLines(string, weight, brokenWidth, most, limit, QTextOption::WordWrap);
+        QStringList lines = breakLines(string, weight, brokenWidth, most, limit);
         return Broken{string, weight, reference, most, limit, std::move(lines), brokenWidth};
       });
   return {broken.lines, pointSize * reference / broken.brokenWidth};
 }
 
 QStringList TextEngine::breakLines(const QString& string, FontWeight weight, double& width,
-                                   double mostWidth, int limit, QTextOption::WrapMode mode) {
+                                   double mostWidth, int limit) {
   QString text = string;
   text.replace(u'\n', QChar(QChar::LineSeparator));
   QTextLayout layout(text, face(weight).font);
   QTextOption option;
-  option.setWrapMode(mode);
+  option.setWrapMode(QTextOption::WordWrap);
   layout.setTextOption(option);
   layout.beginLayout();
   QStringList result;
@@ -288,10 +287,6 @@ QStringList TextEngine::breakLines(const QString& string, FontWeight weight, dou
     while (part.endsWith(QChar(QChar::LineSeparator)) || part.endsWith(u' '))
       part.chop(1);
     const double natural = line.naturalTextWidth();
-    // A word that no size makes fit is broken rather than cut: text goes on after it.
-    if (natural > mostWidth + 0.1 && mode == QTextOption::WordWrap && limit > 1)
-      return breakLines(string, weight, width, mostWidth, limit,
-                        QTextOption::WrapAtWordBoundaryOrAnywhere);
     if (natural > width && natural <= mostWidth)
       wanted = std::max(wanted, natural);
     if (isLast && end < text.size())
@@ -305,7 +300,7 @@ QStringList TextEngine::breakLines(const QString& string, FontWeight weight, dou
   if (wanted <= width)
     return result;
   width = wanted;
-  return breakLines(string, weight, width, wanted, limit, mode);
+  return breakLines(string, weight, width, wanted, limit);
 }
 
 } // namespace tavrin

@@ -4,7 +4,6 @@
 
 #include <QGlyphRun>
 #include <QRawFont>
-#include <QTextOption>
 #include <array>
 #include <list>
 
@@ -90,7 +89,7 @@ private:
   QRawFont sized(const QRawFont& reference, double pointSize);
   /// Widens `width` up to `mostWidth` for words that would fit then.
   QStringList breakLines(const QString& string, FontWeight weight, double& width, double mostWidth,
-                         int limit, QTextOption::WrapMode mode);
+                         int limit);
   QString cut(const QString& string, FontWeight weight, double width);
 
   /// Most recently used first, all of them.

@@ -137,7 +137,12 @@ TEST(SimpleTiles, AreOneElementWithItsWholeReading) {
     EXPECT_EQ(spoken(wide ? countdownWideTile("Launch", launch, afternoon, size)
                           : countdownTileIcon("Launch", launch, afternoon, size),
                      size),
-              std::pair(QString("Launch"), QString("3d 2h")));
+              std::pair(QString("Launch"), QString("3d 2h left")));
+    const Date later = afternoon + 5 * 86'400.0 + 7300;
+    EXPECT_EQ(spoken(wide ? countdownWideTile("Launch", launch, later, size)
+                          : countdownTileIcon("Launch", launch, later, size),
+                     size),
+              std::pair(QString("since Launch"), QString("2d 0h")));
     EXPECT_EQ(
         spoken(wide ? timeProgressWideTile(day, size) : timeProgressTileIcon(day, size), size),
         std::pair(QString("Day"), QString("37% left")));
