@@ -199,7 +199,7 @@ class FilesTest(DeskTest):
         self.wait_seen(ORANGE, self.panel() or panel, "the other folder's file")
         # And dragged to another program.
         self.start_double()
-        x, y, _ = self.seen(ORANGE, self.panel())
+        x, y, _ = wait_for(lambda: self.seen(ORANGE, self.panel()), "the file in the panel", 10)
         self.drag((x + 40, y), (190, 90))
         wait_for(lambda: "dropped copy" in self.said(), "the drop", 10)
         self.assertIn((other / "other.png").as_uri(), self.said())
