@@ -32,15 +32,24 @@ Exit status:
      profile, or a backup not found)";
 
 /// The innermost command that was named, whose help is the one to point at.
-std::string commandPath(const CLI::App& app) {
+std::pair<const CLI::App*, std::string> innermostCommand(const CLI::App& app) {
   std::string path = "tavrin";
   for (const auto* command = &app;;) {
     const auto chosen = command->get_subcommands();
     if (chosen.empty())
-      return path;
+      return {command, path};
     command = chosen.back();
     path += " " + command->get_name();
   }
+}
+
+/// What the parser has to say; of a command that there is not, it only knows that one is missing.
+std::string parseErrorText(const CLI::App& command, const CLI::ParseError& error) {
+  const auto unknown = command.remaining();
+  if (unknown.empty() || command.get_require_subcommand_min() == 0)
+    return error.what();
+  return fmt::format("there is no {} \"{}\"",
+                     unknown.front().starts_with('-') ? "option" : "command", unknown.front());
 }
 
 int answerParseError(HostContext& context, const CLI::App& app, const CLI::ParseError& error) {
@@ -49,8 +58,9 @@ int answerParseError(HostContext& context, const CLI::App& app, const CLI::Parse
     app.exit(error, console.out, console.err);
     return static_cast<int>(ExitCode::ok);
   }
-  context.remark(
-      fmt::format("tavrin: {}\nSee `{} --help`.", printable(error.what()), commandPath(app)));
+  const auto [command, path] = innermostCommand(app);
+  context.remark(fmt::format("tavrin: {}\nSee `{} --help`.",
+                             printable(parseErrorText(*command, error)), path));
   return static_cast<int>(ExitCode::usage);
 }
 

@@ -108,14 +108,18 @@ void start(HostContext& context, const Words& references, bool wantsStarterSet) 
 }
 
 void stop(HostContext& context, const Words& references) {
-  const WidgetLibrary library(context);
   SlotControl control(context);
-  const auto outcomes =
-      control.stop(references.empty() ? allSlots() : slotsNamed(library, references));
+  std::vector<SlotControl::Outcome> outcomes;
+  // All of them end even where the widgets cannot be read, which is told then.
   if (references.empty()) {
+    outcomes = control.stop(allSlots());
     control.stopEditor();
-    backUpWorkspace(context, WorkspaceBackup::Reason::quit);
   }
+  const WidgetLibrary library(context);
+  if (references.empty())
+    backUpWorkspace(context, WorkspaceBackup::Reason::quit);
+  else
+    outcomes = control.stop(slotsNamed(library, references));
   if (outcomes.empty())
     context.say("Nothing runs.");
   report(context, library, outcomes);
@@ -194,6 +198,8 @@ void addSlotCommands(CLI::App& app, HostContext& context) {
 
   auto* restarting = addCommand("restart", "Stop and start the widgets");
   restarting->callback([=, &context] {
+    // What could not be started again is not stopped.
+    WidgetLibrary{context};
     stop(context, *references);
     start(context, *references, false);
   });

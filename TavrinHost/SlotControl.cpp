@@ -108,6 +108,7 @@ std::optional<int> SlotControl::process(int slot) {
 
 std::string SlotControl::lastLogLine(int slot) {
   std::ifstream log(logFile(slot));
+  log.seekg(static_cast<std::streamoff>(logStarts_[slot]));
   std::string last;
   for (std::string line; std::getline(log, line);)
     if (!line.empty())
@@ -122,6 +123,8 @@ RunningApplications::Launch SlotControl::launchOf(int slot,
   // One file back is enough to see what went wrong; an old line must not pass for a new one.
   if (std::filesystem::file_size(log, error) > logLimit && !error)
     std::filesystem::rename(log, log.string() + ".old", error);
+  const auto length = std::filesystem::file_size(log, error);
+  logStarts_[slot] = error ? 0 : length;
   return {program(slot), arguments, {{"TAVRIN_LOG", "stderr"}}, log};
 }
 

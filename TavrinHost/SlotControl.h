@@ -2,6 +2,8 @@
 
 #include "TavrinHost/WidgetLibrary.h"
 
+#include <cstdint>
+#include <map>
 #include <optional>
 #include <set>
 #include <string>
@@ -53,11 +55,14 @@ private:
   void waitForLaunched(std::vector<std::pair<Outcome*, ProcessID>> launched);
   bool isSlotProgram(ProcessID process, int slot);
   bool sharesDataFolder(ProcessID process);
+  /// Of what the slot has printed since it was started.
   std::string lastLogLine(int slot);
 
   RunningApplications& applications() { return context_.platform().applications(); }
 
   HostContext& context_;
+  /// How long each slot's log was when the slot was started.
+  std::map<int, std::uintmax_t> logStarts_;
 };
 
 } // namespace tavrin

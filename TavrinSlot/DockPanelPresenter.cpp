@@ -88,6 +88,13 @@ void DockPanelPresenter::toggle() {
   popover_.show(point, edge);
 }
 
+void DockPanelPresenter::followTile() {
+  if (!popover_.isShown() || !geometry_.ownTileCenter())
+    return;
+  const auto [point, edge] = anchorPoint(geometry_);
+  popover_.show(point, edge);
+}
+
 void DockPanelPresenter::closeIfShown() {
   if (popover_.isShown())
     popover_.close();

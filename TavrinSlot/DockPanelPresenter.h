@@ -46,6 +46,8 @@ public:
 
   bool isShown() const { return popover_.isShown(); }
   void toggle();
+  /// Moves a shown panel to its tile, where the platform knows the tile's place.
+  void followTile();
   /// The same close as Escape.
   void closeIfShown();
 

@@ -182,6 +182,8 @@ void SlotApp::placeTile() {
     place.cellsInAll += neighbour->span;
   }
   platform_.dockTile().setPlace(place);
+  if (std::exchange(place_, place) != place)
+    panel_.followTile();
 }
 
 std::unique_ptr<WidgetController> SlotApp::makeController(const DockWidget& widget) {

@@ -15,8 +15,11 @@ public:
   /// Follows what `request` says from now on, in the folders that `folders` finds off the main
   /// thread. What was listed before stays until something is known.
   void follow(FolderRequest request, Folders folders);
-  /// Looks anew: the folders themselves may be others by now.
-  void refresh() { seek(); }
+  /// Looks anew: the folders themselves may be others by now. Nothing before the first `follow`.
+  void refresh() {
+    if (folders_)
+      seek();
+  }
 
   /// Whether the folders have been looked at.
   bool isKnown() const { return isKnown_; }

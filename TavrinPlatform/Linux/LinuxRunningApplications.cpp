@@ -135,12 +135,18 @@ std::optional<std::filesystem::path> LinuxRunningApplications::programOf(Process
   auto text = std::filesystem::read_symlink(folder / "exe", error).string();
   if (error)
     return std::nullopt;
-  // Slots started together run from one of their links: the first argument names the own one.
-  const auto named = firstArgument(folder);
-  if (!named.empty() && std::filesystem::equivalent(named, folder / "exe", error) && !error)
-    return std::filesystem::canonical(named, error);
-  if (text.ends_with(replacedMark))
+  const bool isReplaced = text.ends_with(replacedMark);
+  if (isReplaced)
     text.resize(text.size() - replacedMark.size());
+  // Slots started together run from one of their links: the first argument names the own one. The
+  // links of a program that was replaced are those of its successor, unless the file was put aside
+  // under another name before, as linkers do: then the first argument is all there is.
+  const auto named = firstArgument(folder);
+  const auto running = isReplaced ? std::filesystem::path(text) : folder / "exe";
+  const bool isPutAside = isReplaced && !std::filesystem::exists(running, error);
+  if (isPutAside ? named.starts_with('/') && std::filesystem::exists(named, error)
+                 : !named.empty() && std::filesystem::equivalent(named, running, error) && !error)
+    return std::filesystem::canonical(named, error);
   return text;
 }
 

@@ -83,6 +83,7 @@ void StripWindow::moveTo(const QRect& frame) {
     create();
     becomeDockWindow();
     watchCompositor();
+    updateOutline(); // The first picture is here before the window.
   }
   if (!isVisible())
     show();
@@ -209,8 +210,8 @@ bool StripWindow::handleDrag(QEvent* event) {
   auto* drag = static_cast<QDropEvent*>(event);
   const QByteArray list = drag->mimeData()->data(QStringLiteral("text/uri-list"));
   const auto paths = pathsOfURIList({list.constData(), static_cast<std::size_t>(list.size())});
-  const auto action = drag->possibleActions().testFlag(Qt::CopyAction) ? Qt::CopyAction
-                                                                       : Qt::LinkAction;
+  const auto action =
+      drag->possibleActions().testFlag(Qt::CopyAction) ? Qt::CopyAction : Qt::LinkAction;
   bool isAccepted = !paths.empty() && onDrop && drag->possibleActions().testFlag(action);
   if (isAccepted && event->type() == QEvent::Drop)
     isAccepted = onDrop(paths);

@@ -184,5 +184,13 @@ TEST_F(FolderRollTest, TheShelfFollowsItsFilesByTheirFolders) {
   EXPECT_EQ(changes, 2);
 }
 
+TEST_F(FolderRollTest, AnEmptyShelfLooksForNoFolders) {
+  ShelfModel model(watch, loop);
+  model.setSettings({});
+  model.refresh();
+  loop.runBackground();
+  EXPECT_THAT(watch.followers, IsEmpty());
+}
+
 } // namespace
 } // namespace tavrin
