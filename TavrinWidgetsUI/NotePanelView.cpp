@@ -37,13 +37,12 @@ QWidget* NotePanelView::makeQuestion() {
   other_->setSingleLine(true);
   column->addWidget(other_);
   auto* row = new QHBoxLayout;
-  const auto answer = [&](const QString& title, void (NoteModel::*choose)()) {
-    row->addWidget(
-        new PanelButton(PanelButton::Kind::quiet, title, [this, choose] { (model_.*choose)(); }));
+  const auto answer = [&](const QString& title, std::function<void()> choose) {
+    row->addWidget(new PanelButton(PanelButton::Kind::quiet, title, std::move(choose)));
   };
-  answer("Keep Mine", &NoteModel::keepMine);
-  answer("Take Other", &NoteModel::takeOther);
-  answer("Keep Both", &NoteModel::keepBoth);
+  answer("Keep Mine", [this] { model_.keepMine(); });
+  answer("Take Other", [this] { model_.takeOther(); });
+  answer("Keep Both", [this] { model_.keepBoth(); });
   column->addLayout(row);
   return box;
 }
