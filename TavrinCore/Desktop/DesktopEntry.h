@@ -7,8 +7,8 @@
 
 namespace tavrin {
 
-/// An application as its file describes it, after the Desktop Entry Specification 1.5
-/// (freedesktop.org). Texts are UTF-8 in the user's language where the file has it.
+/// An application as its file describes it, in the desktop entry format 1.5 of freedesktop.org.
+/// Texts are UTF-8 in the user's language where the file has it.
 struct DesktopEntry {
   /// One more thing the application can be asked to do.
   struct Action {

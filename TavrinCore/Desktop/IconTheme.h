@@ -10,7 +10,7 @@
 
 namespace tavrin {
 
-/// An icon theme's list of folders, after the Icon Theme Specification 0.13 (freedesktop.org).
+/// An icon theme's list of folders, in the index format 0.13 of freedesktop.org.
 /// Sizes are points.
 struct IconTheme {
   struct Folder {

@@ -11,8 +11,8 @@ namespace tavrin {
 
 class BusProperties;
 
-/// The players that stand on the session bus after MPRIS 2 (Media Player Remote Interfacing
-/// Specification, freedesktop.org). A position is asked for once where it may have jumped, and
+/// The players that stand on the session bus by MPRIS 2 of freedesktop.org (the interface
+/// org.mpris.MediaPlayer2). A position is asked for once where it may have jumped, and
 /// reckoned from there on.
 class BusMediaPlayers final : public MediaPlayers {
 public:

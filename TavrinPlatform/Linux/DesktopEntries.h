@@ -12,7 +12,7 @@ namespace tavrin {
 
 /// A desktop entry and where it was found.
 struct FoundEntry {
-  /// After the Desktop Entry Specification: the path below "applications", "/" as "-".
+  /// The entry's desktop file ID: the path below "applications", "/" as "-".
   std::string id;
   std::filesystem::path file;
   DesktopEntry entry;
