@@ -73,7 +73,7 @@ void DockChangeOptions::addTo(CLI::App& command, HostContext& context) {
       ->expected(1)
       ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
   command.add_flag("--dry-run", isDryRun, "Show the change and write nothing");
-  command.add_flag("!--no-restart", restarts, "Write only; the Dock takes it when it next starts");
+  addNoRestartFlag(command, restarts);
   context.addJSONFlag(command);
 }
 

@@ -174,8 +174,7 @@ void addUndo(CLI::App& dock, HostContext& context) {
   auto isDryRun = std::make_shared<bool>(false);
   auto restarts = std::make_shared<bool>(true);
   command->add_flag("--dry-run", *isDryRun, "Show the change and write nothing");
-  command->add_flag("!--no-restart", *restarts,
-                    "Write only; the Dock takes it when it next starts");
+  addNoRestartFlag(*command, *restarts);
   context.addJSONFlag(*command);
   HostContext::examples(*command, {{"tavrin dock undo", "undone itself by another undo"}});
   command->callback([isDryRun, restarts, &context] {

@@ -132,6 +132,12 @@ fs::path absolutePath(HostContext& context, const std::string& path) {
   return fs::absolute(path).lexically_normal();
 }
 
+void addNoRestartFlag(CLI::App& command, bool& restarts) {
+  command.add_flag_callback(
+      "--no-restart", [&restarts] { restarts = false; },
+      "Write only; the Dock takes it when it next starts");
+}
+
 std::string textOf(HostContext& context, const std::string& name) {
   if (name == "-")
     return {std::istreambuf_iterator<char>(context.console().in), {}};

@@ -71,6 +71,9 @@ ExitCode exitCode(const DockError& error);
 /// `path` as the user wrote it, made absolute; "~/" is the home folder.
 std::filesystem::path absolutePath(HostContext& context, const std::string& path);
 
+/// "--no-restart", which clears `restarts`.
+void addNoRestartFlag(CLI::App& command, bool& restarts);
+
 /// What the file `name` holds, or the standard input for "-". Throws DockError for one that is not
 /// there and FileError for one that cannot be read.
 std::string textOf(HostContext& context, const std::string& name);

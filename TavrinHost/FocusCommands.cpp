@@ -1,6 +1,7 @@
 #include "TavrinHost/FocusCommands.h"
 
 #include "TavrinHost/BackupCommands.h"
+#include "TavrinHost/DockLibrary.h"
 #include "TavrinHost/FocusSession.h"
 #include "TavrinHost/HotkeyText.h"
 
@@ -39,8 +40,7 @@ void addFocusCommands(CLI::App& app, HostContext& context) {
       ->check(CLI::Range(0.2, 3600.0));
   command->add_option("--numbered", words->numbered,
                       "The modifiers of the numbered shortcuts, or none");
-  command->add_flag("!--no-restart", words->restarts,
-                    "Write only; the Dock takes it when it next starts");
+  addNoRestartFlag(*command, words->restarts);
   HostContext::examples(*command, {{"tavrin focus --numbered super+ctrl", "other shortcuts"},
                                    {"tavrin profiles focus Calm on", "what it switches to"}});
   command->callback([words, &context] { run(context, *words); });

@@ -168,8 +168,7 @@ struct SwitchOptions {
 
   void addTo(CLI::App& command, HostContext& context) {
     command.add_flag("--dry-run", isDryRun, "Show the change and write nothing");
-    command.add_flag("!--no-restart", restarts,
-                     "Write only; the Dock takes it when it next starts");
+    addNoRestartFlag(command, restarts);
     context.addJSONFlag(command);
   }
 };
