@@ -79,6 +79,9 @@ public:
   bool ends() {
     return process_.state() == QProcess::NotRunning || process_.waitForFinished(patience);
   }
+  bool hasEnded() {
+    return process_.state() == QProcess::NotRunning || process_.waitForFinished(0);
+  }
   int exitCode() const { return process_.exitCode(); }
   bool exitedByItself() const { return process_.exitStatus() == QProcess::NormalExit; }
   void terminate() { process_.terminate(); }

@@ -135,13 +135,14 @@ protected:
                       "PrepareForSleep b '[<") +
           (isGoing ? "true" : "false") + ">]'");
   }
-  /// Starts the helper; it answers when this returns.
+  /// Starts the helper; when this returns it answers, or has been killed already.
   void startHelper(const QString& program = FAN_HELPER, const QStringList& arguments = {}) {
     helper_ = std::make_unique<Program>(program, arguments, machine_.environment());
-    ASSERT_TRUE(eventually([] {
-      return shell("gdbus call --system -d org.freedesktop.DBus -o / -m "
+    ASSERT_TRUE(eventually([this] {
+      return helper_->hasEnded() ||
+             shell("gdbus call --system -d org.freedesktop.DBus -o / -m "
                    "org.freedesktop.DBus.NameHasOwner dev.quellby.tavrin.fan-helper")
-                 .find("true") != std::string::npos;
+                     .find("true") != std::string::npos;
     }));
   }
   struct Caller {
