@@ -41,6 +41,7 @@ Report makeReport(HostContext& context, int dayCount) {
   const Calendar calendar;
   const Date now = context.platform().clock().now();
   const Date today = calendar.startOfDay(now);
+  const Date tomorrow = calendar.startOfDay(calendar.addingDays(1, today));
   const Date first = calendar.startOfDay(calendar.addingDays(1 - dayCount, today));
   ClaudeUsageSource source(context.platform().fileManager().homeFolder() / ".claude");
   if (!source.isAvailable())
@@ -48,15 +49,13 @@ Report makeReport(HostContext& context, int dayCount) {
   const auto& entries = source.entries(std::min(first, earliestStart(now, calendar)));
   Report report;
   report.byScope = ClaudeUsage::totalsByScope(entries, now, calendar);
-  for (Date day = first; day <= today;) {
-    const Date next = calendar.startOfDay(calendar.addingDays(1, day));
-    auto totals = ClaudeUsage::totals(entries, DateInterval{day, next});
-    if (totals.messages > 0)
-      report.days.push_back({calendar.text(day, "yyyy-MM-dd"), std::move(totals)});
-    if (next <= day)
-      break;
-    day = next;
-  }
+  std::vector<Date> days = {first}; // and where the last one ends
+  while (days.back() < tomorrow)
+    days.push_back(calendar.startOfDay(calendar.addingDays(1, days.back())));
+  auto totals = ClaudeUsage::totalsBetween(entries, days);
+  for (std::size_t i = 0; i + 1 < days.size(); ++i)
+    if (totals[i].messages > 0)
+      report.days.push_back({calendar.text(days[i], "yyyy-MM-dd"), std::move(totals[i])});
   report.all =
       ClaudeUsage::totals(entries, DateInterval{first, {std::numeric_limits<double>::infinity()}});
   const ClaudeUsageBridge bridge(context.platform().fileManager());

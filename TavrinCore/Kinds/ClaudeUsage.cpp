@@ -134,6 +134,27 @@ ClaudeUsageTotals ClaudeUsage::totals(const ClaudeUsageEntries& entries,
   return sums.totals();
 }
 
+std::vector<ClaudeUsageTotals> ClaudeUsage::totalsBetween(const ClaudeUsageEntries& entries,
+                                                          const std::vector<Date>& starts) {
+  std::vector<Sums> sums(starts.size());
+  std::size_t last = 0; // neighbours are mostly of one period
+  for (const auto& entry : entries) {
+    if (starts.empty() || entry.timestamp < starts.front())
+      continue;
+    const bool isSame = starts[last] <= entry.timestamp &&
+                        (last + 1 == starts.size() || entry.timestamp < starts[last + 1]);
+    if (!isSame)
+      last = static_cast<std::size_t>(
+          std::upper_bound(starts.begin(), starts.end(), entry.timestamp) - starts.begin() - 1);
+    sums[last].add(entry);
+  }
+  std::vector<ClaudeUsageTotals> totals;
+  totals.reserve(sums.size());
+  for (const auto& one : sums)
+    totals.push_back(one.totals());
+  return totals;
+}
+
 std::string ClaudeUsage::shortTokens(std::int64_t tokens) {
   if (tokens < 1000)
     return std::to_string(tokens);

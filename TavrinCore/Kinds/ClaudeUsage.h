@@ -56,6 +56,10 @@ ClaudeUsageByScope totalsByScope(const ClaudeUsageEntries& entries, Date now,
                                  const Calendar& calendar);
 /// The messages of a period.
 ClaudeUsageTotals totals(const ClaudeUsageEntries& entries, const DateInterval& period);
+/// The totals of the periods that begin at `starts`, which ascend: each reaches to the next one's
+/// start, and the last has no end. All are made in one pass.
+std::vector<ClaudeUsageTotals> totalsBetween(const ClaudeUsageEntries& entries,
+                                             const std::vector<Date>& starts);
 
 /// "999", "12.3k", "250k", "3.4M", "12M".
 std::string shortTokens(std::int64_t tokens);

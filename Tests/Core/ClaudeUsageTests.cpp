@@ -93,6 +93,10 @@ TEST(ClaudeUsageTest, AMessageCountsOnceWhateverTheOrder) {
     const auto totals = ClaudeUsage::totals(entries, {{0}, {100}});
     EXPECT_EQ(totals.tokens, 2051) << "the latest line of it; those without ids are their own";
     EXPECT_EQ(totals.projects, (std::vector<ClaudeUsageProject>{{"a", 51}}));
+    const auto periods = ClaudeUsage::totalsBetween(entries, {{10}, {15}, {20}, {21}});
+    ASSERT_EQ(periods.size(), 4);
+    EXPECT_EQ(periods[0].messages + periods[1].messages + periods[3].messages, 0);
+    EXPECT_EQ(periods[2], totals);
   }
   EXPECT_NE(ClaudeUsageID::of("ab", "c", ""), ClaudeUsageID::of("a", "bc", ""));
   EXPECT_NE(ClaudeUsageID::of("m", "", "u1"), ClaudeUsageID::of("", "m", "u1"));
