@@ -13,6 +13,8 @@ namespace {
 constexpr int edgeBandRows = 2;
 constexpr int bandRows = 8;
 constexpr int convexBandRows = 12;
+/// Width and height together; a path this small makes few spans in any case.
+constexpr int smallPath = 96;
 
 /// The image that `painter` paints whole pixels of, if it is that simple.
 QImage* plainTarget(QPainter& painter) {
@@ -26,7 +28,8 @@ QImage* plainTarget(QPainter& painter) {
 void fillInBands(QPainter& painter, const QPainterPath& path, const QBrush& brush, int rows) {
   const QTransform world = painter.worldTransform();
   const QRect bounds = world.mapRect(path.controlPointRect()).toAlignedRect();
-  QImage* image = bounds.height() > rows ? plainTarget(painter) : nullptr;
+  const bool isSmall = bounds.height() <= rows || bounds.width() + bounds.height() <= smallPath;
+  QImage* image = isSmall ? nullptr : plainTarget(painter);
   if (!image) {
     painter.fillPath(path, brush);
     return;

@@ -98,21 +98,22 @@ struct Spacer {
 struct FirstFitting {
   std::vector<AnyView> candidates;
 
-  const AnyView& choice(ViewContext& context, const QSizeF& offer) const {
-    const auto fits = [&](const AnyView& view) {
-      const QSizeF size = view.measure(context, offer);
-      constexpr double tolerance = 0.01;
-      return size.width() <= offer.width() + tolerance &&
-             size.height() <= offer.height() + tolerance;
-    };
-    const auto found = std::find_if(candidates.begin(), candidates.end(), fits);
-    return found == candidates.end() ? candidates.back() : *found;
+  /// The first candidate that fits, else the last, and its size.
+  std::pair<const AnyView*, QSizeF> choice(ViewContext& context, const QSizeF& offer) const {
+    constexpr double tolerance = 0.01;
+    QSizeF size;
+    for (const AnyView& view : candidates) {
+      size = view.measure(context, offer);
+      if (size.width() <= offer.width() + tolerance && size.height() <= offer.height() + tolerance)
+        return {&view, size};
+    }
+    return {&candidates.back(), size};
   }
   QSizeF measure(ViewContext& context, const QSizeF& offer) const {
-    return choice(context, offer).measure(context, offer);
+    return choice(context, offer).second;
   }
   void paint(ViewContext& context, const QRectF& rect) const {
-    choice(context, rect.size()).paint(context, rect);
+    choice(context, rect.size()).first->paint(context, rect);
   }
   bool operator==(const FirstFitting&) const = default;
 };
@@ -159,7 +160,8 @@ struct Row {
       const AnyView& child = stack.children[i];
       if (child.isEmpty())
         continue;
-      const double most = sizeOf(child, unbounded, room.height()).width();
+      result[i] = sizeOf(child, unbounded, room.height());
+      const double most = result[i].width();
       const double least = most > 0 ? sizeOf(child, 0, room.height()).width() : 0;
       needs.push_back({i, child.as<Spacer>() != nullptr, most - least, std::min(most, least)});
     }
@@ -183,7 +185,9 @@ struct Row {
       if (needs[i].flexibility <= 0)
         share = std::max(share, left - leastOfRest);
       QSizeF& size = result[needs[i].index];
-      size = sizeOf(stack.children[needs[i].index], share, room.height());
+      // One that is as wide in no room as in all of it was measured already.
+      if (needs[i].flexibility != 0 || share < size.width())
+        size = sizeOf(stack.children[needs[i].index], share, room.height());
       left -= size.width();
     }
     return result;
