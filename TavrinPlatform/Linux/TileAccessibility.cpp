@@ -24,7 +24,7 @@ public:
     switch (kind) {
     case QAccessible::Name:
       return tile()->name();
-    case QAccessible::Value:
+    // A button has no value of its own on the bus: what the tile shows is its description.
     case QAccessible::Description:
       return tile()->value();
     default:
@@ -71,8 +71,8 @@ QAccessibleInterface* accessibleTile(StripWindow* window) {
 
 void announceTileChange(StripWindow& window, bool isNameChanged) {
   accessibleTile(&window);
-  QAccessibleEvent event(&window,
-                         isNameChanged ? QAccessible::NameChanged : QAccessible::ValueChanged);
+  QAccessibleEvent event(&window, isNameChanged ? QAccessible::NameChanged
+                                                : QAccessible::DescriptionChanged);
   QAccessible::updateAccessibility(&event);
 }
 

@@ -182,11 +182,12 @@ class Restart(test_dock.DockTest):
         starts = dock.starts()
         program = subprocess.Popen([str(test_dock.TAVRIN), "dock", "remove", "App1"], env=self.env,
                                    text=True, stderr=subprocess.PIPE, stdout=subprocess.DEVNULL)
+        # Said before anything is written.
+        self.assertTrue(program.stderr.readline().endswith("; `tavrin dock undo` brings it back\n"))
         test_wait(lambda: condition(dock.starts() - starts))
         self.assertIsNone(program.poll(), "it ended by itself")
         program.kill()
-        said = program.communicate()[1]
-        self.assertIn("; `tavrin dock undo` brings it back\n", said)
+        program.communicate()
         test_wait(is_dock_running)
         left = self.labels()
         self.tavrin("dock", "undo")
