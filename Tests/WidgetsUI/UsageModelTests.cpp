@@ -5,13 +5,13 @@
 #include "TavrinWidgetsUI/GitHubModel.h"
 #include "TavrinWidgetsUI/GitHubViews.h"
 #include "TavrinWidgetsUI/Kit/PanelButton.h"
-#include "TavrinWidgetsUI/Kit/PanelText.h"
 #include "TavrinWidgetsUI/Kit/ViewWidget.h"
 #include "Tests/Kit/PanelTestSupport.h"
 #include "Tests/Storage/TemporaryFolder.h"
 #include "Tests/Support/FakePlatform.h"
 #include "Tests/Support/UsageLogs.h"
 
+#include <QLabel>
 #include <ctime>
 #include <fmt/format.h>
 #include <gtest/gtest.h>
@@ -116,7 +116,7 @@ struct ClaudeUsagePanelTest : ClaudeUsageModelTest {
   /// All the words that can be seen.
   static QString words(const QWidget& panel) {
     QString words;
-    for (const auto* label : panel.findChildren<PanelText*>())
+    for (const auto* label : panel.findChildren<QLabel*>())
       if (label->isVisible())
         words += label->text() + "\n";
     return words;
@@ -141,8 +141,9 @@ TEST_F(ClaudeUsagePanelTest, ShowsWholeProjectsOnlyAndAsManyAsThereIsRoomFor) {
     panel->grab(); // names are told once they are painted
     EXPECT_LE(panel->height(), 560);
     qsizetype projects = 0;
-    for (auto* rows : panel->findChildren<ViewWidget*>()) {
-      if (!rows->isVisible())
+    for (auto* widget : panel->findChildren<QWidget*>()) {
+      const auto* rows = dynamic_cast<ViewWidget*>(widget);
+      if (rows == nullptr || !rows->isVisible())
         continue;
       const auto count = rows->accessibleName().count("project");
       EXPECT_GE(rows->height(), count > 0 ? count * 20 : rows->sizeHint().height());
