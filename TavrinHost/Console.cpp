@@ -5,7 +5,9 @@
 #include <cstdlib>
 #include <fmt/format.h>
 #include <iostream>
+#include <numeric>
 #include <string>
+#include <sys/ioctl.h>
 #include <unicode/uchar.h>
 #include <unicode/unistr.h>
 #include <unistd.h>
@@ -14,6 +16,8 @@ namespace tavrin {
 namespace {
 
 constexpr std::string_view ellipsis = "…";
+/// Between columns.
+constexpr int gapWidth = 2;
 
 /// Calls `visit(code point, its UTF-8)`; bytes that are no UTF-8 come as U+FFFD.
 template <class Visit> void eachCharacter(std::string_view text, Visit visit) {
@@ -47,6 +51,11 @@ bool speaksColour(int descriptor) {
   const char* terminal = std::getenv("TERM");
   return isatty(descriptor) != 0 && (refusal == nullptr || *refusal == '\0') &&
          terminal != nullptr && std::string_view(terminal) != "dumb";
+}
+
+int terminalColumns(int descriptor) {
+  winsize size{};
+  return isatty(descriptor) != 0 && ioctl(descriptor, TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;
 }
 
 std::string wrapped(std::string_view text, TextStyle style) {
@@ -96,7 +105,8 @@ Console standardConsole() {
           .in = std::cin,
           .isInteractive = isatty(STDIN_FILENO) != 0 && isatty(STDOUT_FILENO) != 0,
           .coloursOut = speaksColour(STDOUT_FILENO),
-          .coloursErr = speaksColour(STDERR_FILENO)};
+          .coloursErr = speaksColour(STDERR_FILENO),
+          .columns = terminalColumns(STDOUT_FILENO)};
 }
 
 std::string printable(std::string_view text) {
@@ -146,14 +156,24 @@ void Table::add(std::vector<Cell> row) {
   rows_.push_back(std::move(row));
 }
 
-void Table::print(const Console& console) const {
+std::vector<int> Table::columnWidths() const {
   std::vector<int> widths;
   for (const auto& column : columns_)
     widths.push_back(displayWidth(column.title));
   for (const auto& row : rows_)
     for (std::size_t i = 0; i < row.size(); ++i)
       widths[i] = std::max(widths[i], displayWidth(row[i].text));
+  return widths;
+}
 
+int Table::width() const {
+  const auto widths = columnWidths();
+  return std::accumulate(widths.begin(), widths.end(), -gapWidth) +
+         gapWidth * static_cast<int>(widths.size());
+}
+
+void Table::print(const Console& console) const {
+  const auto widths = columnWidths();
   const auto printRow = [&](const std::vector<Cell>& row) {
     std::string line;
     std::string gap;
@@ -167,7 +187,7 @@ void Table::print(const Console& console) const {
       } else {
         gap += padding;
       }
-      gap += "  ";
+      gap.append(gapWidth, ' ');
     }
     console.out << line << '\n';
   };

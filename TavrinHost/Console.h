@@ -19,6 +19,8 @@ struct Console {
   bool isInteractive = false;
   bool coloursOut = false;
   bool coloursErr = false;
+  /// The terminal's width in characters; 0 where `out` is none, and lines may be of any length.
+  int columns = 0;
 
   std::string styled(std::string_view text, TextStyle style) const;
   /// Asks until the answer is yes or no. A blank line means `fallback`, the end of the input no:
@@ -61,9 +63,13 @@ public:
 
   void add(std::vector<Cell> row);
   bool isEmpty() const { return rows_.empty(); }
+  /// Columns of the terminal that the widest row takes.
+  int width() const;
   void print(const Console& console) const;
 
 private:
+  std::vector<int> columnWidths() const;
+
   std::vector<Column> columns_;
   std::vector<std::vector<Cell>> rows_;
 };

@@ -94,6 +94,8 @@ std::string editForm(const DockWidget& widget) {
                           "Lines that begin with // are remarks.",
                           widget.kind.title()),
               "");
+  if (widget.kind.get<ClaudeUsageSettings>() != nullptr)
+    form += remarks("The plan's limits are turned on with: tavrin usage connect", "");
   form += "{\n";
   form += remarks("Name: text", "  ");
   form += fmt::format("  \"name\": {},\n", JSONValue(widget.name).compact());

@@ -14,6 +14,7 @@ namespace {
 
 constexpr int mostDays = 3660;
 constexpr int projectWidth = 40;
+constexpr int leastProjectWidth = 8;
 
 /// A number with its thousands apart: 12,345,678.
 std::string grouped(std::int64_t number) {
@@ -80,6 +81,24 @@ JSONValue::Object totalsJSON(const ClaudeUsageTotals& totals) {
   return object;
 }
 
+JSONValue windowJSON(const ClaudeUsageWindow& window) {
+  JSONValue::Object object{{"usedPercentage", window.usedPercentage}};
+  if (window.resetsAt)
+    object.emplace("resetsAt", iso8601(*window.resetsAt));
+  return object;
+}
+
+JSONValue limitsJSON(const ClaudeUsageLimits& limits) {
+  JSONValue::Object object{{"readAt", iso8601(limits.readAt)}};
+  if (limits.fiveHour)
+    object.emplace("fiveHour", windowJSON(*limits.fiveHour));
+  if (limits.sevenDay)
+    object.emplace("sevenDay", windowJSON(*limits.sevenDay));
+  if (limits.subscriptionType)
+    object.emplace("subscriptionType", *limits.subscriptionType);
+  return object;
+}
+
 JSONValue reportJSON(const Report& report) {
   JSONValue::Object scopes;
   for (const auto& [scope, totals] : report.byScope)
@@ -95,43 +114,95 @@ JSONValue reportJSON(const Report& report) {
                            {"total", totalsJSON(report.all)},
                            {"isConnected", report.isConnected}};
   if (report.limits)
-    object.emplace("limits", encode(*report.limits));
+    object.emplace("limits", limitsJSON(*report.limits));
   return object;
 }
 
-std::vector<Table::Column> columns(const char* first) {
-  return {{first, false, projectWidth}, {"TOKENS", true},      {"INPUT", true},   {"OUTPUT", true},
-          {"CACHE WRITES", true},       {"CACHE READS", true}, {"MESSAGES", true}};
+/// How much of the numbers a terminal has room for.
+enum class Detail { whole, rounded, sums };
+
+Table usageTable(const char* title, Detail detail) {
+  const Table::Column first{title, false, projectWidth};
+  switch (detail) {
+  case Detail::whole:
+    return Table({first,
+                  {"TOKENS", true},
+                  {"INPUT", true},
+                  {"OUTPUT", true},
+                  {"CACHE WRITES", true},
+                  {"CACHE READS", true},
+                  {"MESSAGES", true}});
+  case Detail::rounded:
+    return Table({first,
+                  {"TOKENS", true},
+                  {"INPUT", true},
+                  {"OUTPUT", true},
+                  {"WRITES", true},
+                  {"READS", true},
+                  {"MESSAGES", true}});
+  case Detail::sums:
+    break;
+  }
+  return Table({first, {"TOKENS", true}, {"MESSAGES", true}});
 }
 
-void addRow(Table& table, std::string name, const ClaudeUsageTotals& totals, TextStyle style) {
-  table.add({{std::move(name), style},
-             {grouped(totals.tokens), TextStyle::bold},
-             grouped(totals.inputTokens),
-             grouped(totals.outputTokens),
-             grouped(totals.cacheCreationTokens),
-             grouped(totals.cacheReadTokens),
-             grouped(totals.messages)});
+void addRow(Table& table, std::string name, const ClaudeUsageTotals& totals, TextStyle style,
+            Detail detail) {
+  const auto number = detail == Detail::whole ? grouped : ClaudeUsage::shortTokens;
+  std::vector<Table::Cell> row{{std::move(name), style}, {number(totals.tokens), TextStyle::bold}};
+  if (detail != Detail::sums)
+    for (const auto tokens : {totals.inputTokens, totals.outputTokens, totals.cacheCreationTokens,
+                              totals.cacheReadTokens})
+      row.emplace_back(number(tokens));
+  row.emplace_back(grouped(totals.messages));
+  table.add(std::move(row));
+}
+
+/// The periods and, where there are any, the days.
+std::vector<Table> usageTables(const Report& report, Detail detail) {
+  std::vector<Table> tables{usageTable("PERIOD", detail)};
+  for (const auto& [scope, totals] : report.byScope)
+    addRow(tables.back(), std::string(title(scope)), totals, TextStyle::plain, detail);
+  if (report.days.empty())
+    return tables;
+  tables.push_back(usageTable("DAY", detail));
+  for (const auto& day : report.days)
+    addRow(tables.back(), day.date, day.totals, TextStyle::plain, detail);
+  addRow(tables.back(), "All", report.all, TextStyle::bold, detail);
+  return tables;
+}
+
+Table projectTable(const Report& report, int columns) {
+  Table projects({{"PROJECT", false, projectWidth}, {"TOKENS", true}});
+  const auto numberOf = [](const ClaudeUsageProject& project) { return grouped(project.tokens); };
+  int room = projectWidth;
+  for (const auto& project : report.all.projects)
+    if (columns > 0)
+      room = std::min(room, columns - 2 - static_cast<int>(numberOf(project).size()));
+  for (const auto& project : report.all.projects)
+    projects.add({truncated(project.name, std::max(room, leastProjectWidth)),
+                  {numberOf(project), TextStyle::bold}});
+  return projects;
 }
 
 void printTables(HostContext& context, const Report& report) {
   const auto& console = context.console();
-  Table scopes(columns("PERIOD"));
-  for (const auto& [scope, totals] : report.byScope)
-    addRow(scopes, std::string(title(scope)), totals, TextStyle::plain);
-  scopes.print(console);
-  if (!report.days.empty()) {
-    context.say("");
-    Table days(columns("DAY"));
-    for (const auto& day : report.days)
-      addRow(days, day.date, day.totals, TextStyle::plain);
-    addRow(days, "All", report.all, TextStyle::bold);
-    days.print(console);
-    context.say("");
-    Table projects({{"PROJECT", false, projectWidth}, {"TOKENS", true}});
-    for (const auto& project : report.all.projects)
-      projects.add({project.name, {grouped(project.tokens), TextStyle::bold}});
-    projects.print(console);
+  std::vector<Table> tables;
+  for (const auto detail : {Detail::whole, Detail::rounded, Detail::sums}) {
+    tables = usageTables(report, detail);
+    if (console.columns == 0 || std::ranges::all_of(tables, [&](const Table& table) {
+          return table.width() <= console.columns;
+        }))
+      break;
+  }
+  if (report.days.empty())
+    context.remark("No messages were logged on these days");
+  else
+    tables.push_back(projectTable(report, console.columns));
+  for (const auto& table : tables) {
+    if (&table != &tables.front())
+      context.say("");
+    table.print(console);
   }
 }
 

@@ -158,7 +158,9 @@ std::optional<ClaudeUsageLimits> ClaudeUsageBridge::limits() const {
 void ClaudeUsageBridge::connect() const {
   auto settings = readSettings();
   const auto current = currentCommand(settings);
-  const auto previous = isOwn(current) ? chainedCommand() : current;
+  // Also one that was wrapped by hand: chained to itself the script would never end.
+  const bool runsScript = current && current->find(script_.string()) != std::string::npos;
+  const auto previous = isOwn(current) || runsScript ? chainedCommand() : current;
   std::error_code ignored; // the write says what is wrong
   fs::create_directories(script_.parent_path(), ignored);
   writeFileAtomically(script_, scriptText(previous.value_or("")));

@@ -9,15 +9,30 @@ struct ClaudeUsageModel::Reader {
   explicit Reader(const FileManager& fileManager)
       : source(fileManager.homeFolder() / ".claude"), bridge(fileManager) {}
 
-  void read(Date now) {
+  void read(Date now, std::optional<bool> connecting) {
     const Calendar calendar;
     reading = {};
     reading.now = now;
+    if (connecting)
+      reading.bridgeError = connect(*connecting);
     reading.isAvailable = source.isAvailable();
     reading.isConnected = bridge.isConnected();
     reading.limits = bridge.limits();
     const auto& entries = source.entries(earliestStart(now, calendar));
     reading.byScope = ClaudeUsage::totalsByScope(entries, now, calendar);
+  }
+
+  /// What went wrong.
+  std::string connect(bool isConnected) const {
+    try {
+      if (isConnected)
+        bridge.connect();
+      else
+        bridge.disconnect();
+      return {};
+    } catch (const std::runtime_error& error) {
+      return error.what();
+    }
   }
 
   ClaudeUsageSource source;
@@ -50,11 +65,22 @@ void ClaudeUsageModel::refresh() {
   if (isReading_)
     return;
   isReading_ = true;
-  runLoop_.background([reader = reader_, now = clock_.now()] { reader->read(now); }, alive_,
-                      [this] {
-                        isReading_ = false;
-                        show(std::move(reader_->reading));
-                      });
+  runLoop_.background(
+      [reader = reader_, now = clock_.now(), connecting = std::exchange(connecting_, {})] {
+        reader->read(now, connecting);
+      },
+      alive_,
+      [this] {
+        isReading_ = false;
+        show(std::move(reader_->reading));
+        if (connecting_)
+          refresh();
+      });
+}
+
+void ClaudeUsageModel::setConnected(bool isConnected) {
+  connecting_ = isConnected;
+  refresh();
 }
 
 void ClaudeUsageModel::show(Reading reading) {
@@ -75,7 +101,7 @@ bool ClaudeUsageModel::looksAlike(const Reading& first, const Reading& second) {
         left.push_back(window ? ClaudeUsageLimitsFormat::untilReset(window->resetsAt, reading.now)
                               : std::nullopt);
     }
-    return std::tuple(limits, left, reading.isConnected, reading.isAvailable);
+    return std::tuple(limits, left, reading.isConnected, reading.isAvailable, reading.bridgeError);
   };
   return first.byScope == second.byScope && shown(first) == shown(second);
 }

@@ -45,6 +45,10 @@ public:
 
   /// Reads now; does nothing while a reading is under way.
   void refresh();
+  /// Makes the status line ours, or gives it back, and reads; off the main thread too.
+  void setConnected(bool isConnected);
+  /// Why that failed, a sentence; empty where it did not, and again after the next reading.
+  const std::string& bridgeError() const { return reading_.bridgeError; }
 
   /// Another reading is shown.
   std::function<void()> onChange;
@@ -55,6 +59,7 @@ private:
     std::optional<ClaudeUsageLimits> limits;
     bool isConnected = false;
     bool isAvailable = true;
+    std::string bridgeError;
     Date now;
   };
   struct Reader;
@@ -68,6 +73,8 @@ private:
   Reading reading_;
   bool hasRead_ = false;
   bool isReading_ = false;
+  /// For the next reading.
+  std::optional<bool> connecting_;
   /// Shared with the reading under way, which may outlive this.
   std::shared_ptr<Reader> reader_;
   std::shared_ptr<int> alive_ = std::make_shared<int>();

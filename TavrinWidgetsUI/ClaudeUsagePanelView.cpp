@@ -3,6 +3,7 @@
 #include "TavrinWidgetsUI/ClaudeUsageModel.h"
 #include "TavrinWidgetsUI/ClaudeUsageViews.h"
 #include "TavrinWidgetsUI/Gauges.h"
+#include "TavrinWidgetsUI/Kit/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/PanelFigure.h"
 #include "TavrinWidgetsUI/Kit/PanelSegments.h"
 #include "TavrinWidgetsUI/Kit/PanelText.h"
@@ -16,10 +17,11 @@ namespace tavrin {
 namespace {
 
 constexpr double contentWidth = 288;
-constexpr double rowHeight = 22;
+constexpr double rowHeight = 20;
 constexpr double limitHeight = 36;
 constexpr double barHeight = 6;
 constexpr std::size_t mostProjects = 5;
+constexpr std::size_t leastProjects = 2;
 
 QString shortText(std::int64_t tokens) {
   return QString::fromStdString(ClaudeUsage::shortTokens(tokens));
@@ -65,6 +67,43 @@ PanelText* sectionTitle(const QString& title) {
 
 } // namespace
 
+/// Rows of which as many show as the panel has room for.
+class ClaudeUsagePanelView::Projects final : public ViewWidget {
+public:
+  Projects() : ViewWidget({contentWidth, 0}) {
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Maximum);
+  }
+
+  void setRows(std::vector<AnyView> rows) {
+    rows_ = std::move(rows);
+    updateGeometry();
+    showRows();
+  }
+  QSize sizeHint() const override { return sizeOf(rows_.size()); }
+  QSize minimumSizeHint() const override { return sizeOf(std::min(rows_.size(), leastProjects)); }
+
+protected:
+  void resizeEvent(QResizeEvent* event) override {
+    ViewWidget::resizeEvent(event);
+    showRows();
+  }
+
+private:
+  static QSize sizeOf(std::size_t count) {
+    return QSizeF(contentWidth, static_cast<double>(count) * rowHeight).toSize();
+  }
+  void showRows() {
+    const auto fitting = static_cast<std::size_t>(std::max(height(), 0) / rowHeight);
+    auto shown = rows_;
+    shown.resize(std::min(shown.size(), fitting));
+    shown.push_back(spacer());
+    setViewSize(QSizeF(contentWidth, height()));
+    setView(vstack(std::move(shown)));
+  }
+
+  std::vector<AnyView> rows_;
+};
+
 ClaudeUsagePanelView::ClaudeUsagePanelView(const PanelAppearance& appearance,
                                            ClaudeUsageModel& model,
                                            std::function<void(ClaudeUsageScope)> onScope,
@@ -75,8 +114,7 @@ ClaudeUsagePanelView::ClaudeUsagePanelView(const PanelAppearance& appearance,
       tokens_(new PanelFigure(40)), messages_(new PanelText({}, PanelTextStyle::secondary)),
       budget_(new ViewWidget({contentWidth, limitHeight})),
       kinds_(new ViewWidget({contentWidth, 4 * rowHeight})),
-      projectsTitle_(sectionTitle("Busiest projects")),
-      projects_(new ViewWidget({contentWidth, rowHeight})),
+      projectsTitle_(sectionTitle("Busiest projects")), projects_(new Projects),
       limitsTitle_(sectionTitle("Plan limits")),
       limits_(new ViewWidget({contentWidth, limitHeight})),
       noLimits_(new PanelText({}, PanelTextStyle::secondary)) {
@@ -98,6 +136,9 @@ ClaudeUsagePanelView::ClaudeUsagePanelView(const PanelAppearance& appearance,
     onScope(static_cast<ClaudeUsageScope>(index));
   };
   setEditButton("Edit Claude Usage…", std::move(onEdit));
+  connect_ = new PanelButton(PanelButton::Kind::faint, "Turn On Limits",
+                             [this] { model_.setConnected(!model_.isConnected()); });
+  addFooterButton(connect_);
   refresh();
 }
 
@@ -106,6 +147,8 @@ void ClaudeUsagePanelView::refresh() {
   const bool hasContent = model_.hasRead() && model_.isAvailable();
   empty_->setVisible(!hasContent);
   content_->setVisible(hasContent);
+  connect_->setVisible(hasContent);
+  connect_->setTitle(model_.isConnected() ? "Turn Off Limits" : "Turn On Limits");
   if (!hasContent) {
     setState({});
     empty_->setSentence("sparkle",
@@ -150,8 +193,7 @@ void ClaudeUsagePanelView::showTotals() {
           numberRow(QString::fromStdString(project.name), shortText(project.tokens), colours()));
   projectsTitle_->setVisible(!rows.empty());
   projects_->setVisible(!rows.empty());
-  projects_->setViewSize({contentWidth, static_cast<double>(rows.size()) * rowHeight});
-  projects_->setView(vstack(std::move(rows)));
+  projects_->setRows(std::move(rows));
 }
 
 void ClaudeUsagePanelView::showLimits() {
@@ -166,8 +208,10 @@ void ClaudeUsagePanelView::showLimits() {
                                 colours()));
       }
   limits_->setVisible(!rows.empty());
-  noLimits_->setVisible(rows.empty());
-  noLimits_->setWords(missingLimitsText(model_.isConnected()));
+  const auto& error = model_.bridgeError();
+  noLimits_->setVisible(rows.empty() || !error.empty());
+  noLimits_->setWords(error.empty() ? missingLimitsText(model_.isConnected())
+                                    : QString::fromStdString(error));
   if (rows.empty())
     return;
   limits_->setViewSize({contentWidth, static_cast<double>(rows.size()) * limitHeight});

@@ -8,6 +8,7 @@
 namespace tavrin {
 
 class ClaudeUsageModel;
+class PanelButton;
 class PanelEmptyState;
 class PanelFigure;
 class PanelSegments;
@@ -23,6 +24,8 @@ public:
   void refresh() override;
 
 private:
+  class Projects;
+
   void showTotals();
   void showLimits();
 
@@ -35,10 +38,11 @@ private:
   ViewWidget* budget_;
   ViewWidget* kinds_;
   PanelText* projectsTitle_;
-  ViewWidget* projects_;
+  Projects* projects_;
   PanelText* limitsTitle_;
   ViewWidget* limits_;
   PanelText* noLimits_;
+  PanelButton* connect_;
 };
 
 } // namespace tavrin

@@ -1,6 +1,7 @@
 #include "TavrinWidgetsUI/ClaudeUsageViews.h"
 
 #include "TavrinWidgetsUI/Gauges.h"
+#include "TavrinWidgetsUI/Kit/WideTileWords.h"
 
 #include <QLocale>
 #include <algorithm>
@@ -24,36 +25,40 @@ AnyView mark() {
 
 /// What either form says about the same reading.
 struct Shown {
-  QString figure;
-  QString widest;
-  /// For the small tile, for one of two places, and for wider ones.
-  QString caption;
-  QString wideCaption;
-  QString longCaption;
+  QString figure = {};
+  QString widest = {};
+  /// For the square tile; where there is no figure, words for a wide tile without room.
+  QString caption = {};
+  /// For one of two places, the least room first; and for wider ones. The last stands alone where
+  /// there is no figure.
+  QString leastCaption = {};
+  QString wideCaption = {};
+  QString longCaption = {};
   /// A part of a limit or budget.
-  std::optional<double> fraction;
+  std::optional<double> fraction = {};
   TileState state = TileState::live;
 };
 
 Shown shownLimit(const ClaudeUsageReading& reading, Date now) {
   const bool isWeek = reading.settings.shows == ClaudeUsageShows::weeklyLimit;
+  const auto& limits = reading.limits;
+  if (!reading.isConnected) // to wait would bring nothing
+    return {.caption = "Limits off", .longCaption = "Not connected", .state = TileState::cannot};
+  const auto window = !limits ? std::nullopt : isWeek ? limits->sevenDay : limits->fiveHour;
+  if (!window)
+    return {.caption = "Waiting", .longCaption = waiting, .state = TileState::waiting};
   Shown shown;
   shown.caption = isWeek ? "7 days" : "5 hours";
+  shown.leastCaption = shown.caption;
   shown.longCaption = isWeek ? "7-day limit" : "5-hour limit";
+  shown.wideCaption = shown.longCaption;
   shown.widest = "88%";
-  const auto& limits = reading.limits;
-  const auto window = !limits ? std::nullopt : isWeek ? limits->sevenDay : limits->fiveHour;
-  if (!window || !reading.isConnected) {
-    shown.wideCaption = shown.longCaption = reading.isConnected ? waiting : "Not connected";
-    shown.state = TileState::waiting;
-    return shown;
-  }
   shown.fraction = usedFraction(*window, now);
   shown.figure = percentText(*shown.fraction);
-  shown.wideCaption = shown.longCaption;
   if (const auto left = ClaudeUsageLimitsFormat::untilReset(window->resetsAt, now)) {
-    shown.wideCaption = QString::fromStdString(*left) + " left";
-    shown.longCaption += " · " + QString::fromStdString(*left) + " left";
+    shown.leastCaption = QString::fromStdString(*left);
+    shown.wideCaption = shown.leastCaption + " left";
+    shown.longCaption += " · " + shown.wideCaption;
   }
   return shown;
 }
@@ -73,25 +78,20 @@ Shown shownTokens(const ClaudeUsageReading& reading) {
     shown.longCaption = scopeTitle(reading.settings.scope) + " · " + percentText(*shown.fraction) +
                         " " + shown.wideCaption;
   }
+  constexpr qsizetype mostLetters = 7;
+  shown.leastCaption = shown.wideCaption.size() > mostLetters ? shown.caption : shown.wideCaption;
   return shown;
 }
 
 Shown shown(const ClaudeUsageReading& reading, Date now) {
   if (!reading.hasRead)
-    return {{}, {}, {}, {}, "Reading Claude Code's logs", {}, TileState::waiting};
+    return {.caption = "Reading logs",
+            .longCaption = "Reading Claude Code's logs",
+            .state = TileState::waiting};
   if (!reading.isAvailable)
-    return {{}, {}, {}, {}, neverRun, {}, TileState::cannot};
+    return {.caption = "Has not run", .longCaption = neverRun, .state = TileState::cannot};
   return reading.settings.shows == ClaudeUsageShows::tokens ? shownTokens(reading)
                                                             : shownLimit(reading, now);
-}
-
-/// Words of a state without a figure: they take both lines of a wide tile.
-AnyView words(const QString& string, const TileSize& size) {
-  return text(string)
-      .size(std::max(size.body() * (size.span > 2 ? 0.19 : 0.16), minimumTypeSize))
-      .weight(FontWeight::medium)
-      .colour(palette::caption(ground))
-      .lines(3);
 }
 
 } // namespace
@@ -151,11 +151,13 @@ AnyView claudeUsageWideTile(const ClaudeUsageReading& reading, Date now, const T
                        .tint(claudeUsageLevelTint(*shown.fraction))
                        .track(track)
                        .overlay(mark().frame(size.body() * 0.24, size.body() * 0.24));
-  content.caption = size.span > 2 ? shown.longCaption : shown.wideCaption;
+  content.caption = size.span > 2              ? shown.longCaption
+                    : hasRoomForSentence(size) ? shown.wideCaption
+                                               : shown.leastCaption;
   content.figure = shown.figure;
   content.widestFigure = shown.widest;
   if (shown.figure.isEmpty())
-    content.middle = words(shown.longCaption, size);
+    content.middle = wideTileWords(shown.longCaption, shown.caption, ground, size);
   content.label = "Claude usage";
   content.value = shown.figure + " " + shown.longCaption;
   return wideTile(content, size);

@@ -1,5 +1,7 @@
 #include "TavrinWidgetsUI/GitHubViews.h"
 
+#include "TavrinWidgetsUI/Kit/WideTileWords.h"
+
 #include <QLocale>
 #include <algorithm>
 #include <cmath>
@@ -63,6 +65,23 @@ QString stateText(const GitHubReading& reading) {
   return reading.trouble ? shortText(*reading.trouble) : QString("Asking GitHub");
 }
 
+/// The same for a wide tile without room.
+QString leastStateText(const GitHubReading& reading) {
+  if (reading.hasRead)
+    return reading.settings.shows == GitHubShows::myPullRequests ? "None open" : "Nothing waiting";
+  if (!reading.trouble)
+    return "Asking GitHub";
+  switch (reading.trouble->kind) {
+  case Kind::toolMissing:
+    return "gh not installed";
+  case Kind::signedOut:
+    return "Signed out";
+  case Kind::failed:
+    return "No answer";
+  }
+  return {};
+}
+
 TileState state(const GitHubReading& reading) {
   if (!reading.hasRead)
     return reading.trouble ? TileState::cannot : TileState::waiting;
@@ -112,7 +131,8 @@ AnyView contributionsWideTile(const GitHubReading& reading, const TileSize& size
   const auto& contributions = *reading.contributions;
   const double inset = size.padding();
   const double height = size.body() - 2 * inset;
-  const double wordsWidth = size.body() * 0.95;
+  const bool isShort = size.body() < shortestForWords;
+  const double wordsWidth = size.body() * (isShort ? 0.75 : 0.95);
   const double room = size.bodyWidth() - 3.2 * inset - wordsWidth;
   const int weeks = std::max(1, static_cast<int>(room / (height / 7)));
   const AnyView figures = vstack({text(QLocale().toString(contributions.streak()))
@@ -120,9 +140,9 @@ AnyView contributionsWideTile(const GitHubReading& reading, const TileSize& size
                                       .weight(FontWeight::semibold)
                                       .colour(palette::figure(ground))
                                       .figure(minimumTypeSize),
-                                  text(size.body() < shortestForWords ? "streak"
-                                       : contributions.streak() == 1  ? "day in a row"
-                                                                      : "days in a row")
+                                  text(isShort                       ? "streak"
+                                       : contributions.streak() == 1 ? "day in a row"
+                                                                     : "days in a row")
                                       .size(std::max(size.body() * 0.14, minimumTypeSize))
                                       .colour(palette::caption(ground))})
                               .align(Alignment::leading)
@@ -240,12 +260,7 @@ AnyView gitHubWideTile(const GitHubReading& reading, Date now, const TileSize& s
   content.label = "GitHub";
   content.value = stateText(reading);
   if (content.state != TileState::live) {
-    content.middle =
-        text(stateText(reading))
-            .size(std::max(size.body() * (size.span > 2 ? 0.19 : 0.16), minimumTypeSize))
-            .weight(FontWeight::medium)
-            .colour(palette::caption(ground))
-            .lines(3);
+    content.middle = wideTileWords(stateText(reading), leastStateText(reading), ground, size);
     return wideTile(content, size);
   }
   const double inset = size.padding();

@@ -127,6 +127,9 @@ std::optional<ClaudeUsageEntry> ClaudeUsageLineReader::entry(std::string_view li
           simdjson::SUCCESS ||
       !readLine(document, read) || !read.usage)
     return std::nullopt;
+  // Two objects on one line are what becomes of a line that was never finished: none of them.
+  if (document.current_location().error() != simdjson::OUT_OF_BOUNDS)
+    return std::nullopt;
   const auto timestamp = dateFromISO8601(read.timestamp);
   if (!timestamp)
     return std::nullopt;

@@ -26,11 +26,13 @@ TEST(ClaudeUsageTest, ShortTokens) {
                                                         {1000, "1.0k"},
                                                         {12'345, "12.3k"},
                                                         {99'949, "99.9k"},
+                                                        {99'950, "100.0k"},
                                                         {100'000, "100k"},
                                                         {250'000, "250k"},
                                                         {999'999, "999k"},
                                                         {1'000'000, "1.0M"},
                                                         {3'400'000, "3.4M"},
+                                                        {9'999'999, "10.0M"},
                                                         {10'000'000, "10M"},
                                                         {12'000'000, "12M"},
                                                         {5'210'000'000, "5210M"}};
@@ -72,7 +74,7 @@ TEST(ClaudeUsageTest, LinesThatTellUsageAndLinesThatDoNot) {
         std::string(R"({"timestamp":5,"message":{"usage":{}}})"),
         std::string(R"({"timestamp":"2026-01-02T03:04:05Z","usage":{}})"),
         std::string(R"(["usage"])"), line("{}").substr(0, 60), std::string("\"usage\""),
-        std::string(" ")})
+        line("{}") + line("{}"), line("{}") + " 1", line("{}") + "}", std::string(" ")})
     EXPECT_FALSE(entry(bad)) << bad;
 }
 

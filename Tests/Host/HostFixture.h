@@ -132,6 +132,7 @@ protected:
     errors.str("");
     std::istringstream input(typed);
     Console console{output, errors, input, isInteractive};
+    console.columns = columns;
     HostContext context(platform, console);
     return runCommandLine(context, words);
   }
@@ -155,6 +156,7 @@ protected:
   std::ostringstream output;
   std::ostringstream errors;
   bool isInteractive = false;
+  int columns = 0;
 };
 
 } // namespace tavrin::test

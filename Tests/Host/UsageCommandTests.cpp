@@ -66,6 +66,32 @@ TEST_F(UsageCommandTest, PrintsPeriodsDaysAndProjects) {
   EXPECT_EQ(rows(), expected) << output.str();
 }
 
+TEST_F(UsageCommandTest, FitsTheTerminal) {
+  logFourMessages();
+  log("größer-日本-" + std::string(60, 'x'), hour, "m5", {1, 1, 1, 1});
+  const auto widest = [&](int terminal) {
+    columns = terminal;
+    EXPECT_EQ(run({"usage"}), 0) << errors.str();
+    int width = 0;
+    std::istringstream text(output.str());
+    for (std::string line; std::getline(text, line);)
+      width = std::max(width, displayWidth(line));
+    return width;
+  };
+  const int whole = widest(0);
+  const auto all = output.str();
+  EXPECT_EQ(widest(whole), whole);
+  EXPECT_EQ(output.str(), all);
+  EXPECT_LE(widest(whole - 1), whole - 1);
+  EXPECT_EQ(rows()[1], (std::vector<std::string>{"Last", "5", "hours", "433k", "1.0k", "2.0k",
+                                                 "30.0k", "400k", "2"}))
+      << output.str();
+  EXPECT_LE(widest(40), 40);
+  EXPECT_EQ(rows()[2], (std::vector<std::string>{"Today", "433k", "3"})) << output.str();
+  EXPECT_NE(output.str().find("…"), std::string::npos) << "a long project is cut";
+  EXPECT_LE(widest(3), 40) << "no terminal is too narrow";
+}
+
 TEST_F(UsageCommandTest, AsJSONWithMoreDays) {
   logFourMessages();
   const auto week = json({"usage"});
@@ -90,6 +116,7 @@ TEST_F(UsageCommandTest, NothingLoggedIsATableOfZeroes) {
   fs::create_directories(claude());
   ASSERT_EQ(run({"usage"}), 0) << errors.str();
   EXPECT_EQ(rows().size(), 4U) << output.str();
+  EXPECT_EQ(errors.str(), "No messages were logged on these days\n");
   EXPECT_EQ(rows()[2], (std::vector<std::string>{"Today", "0", "0", "0", "0", "0", "0"}));
 }
 
@@ -109,7 +136,11 @@ TEST_F(UsageCommandTest, ConnectsShowsLimitsAndDisconnects) {
   EXPECT_EQ(limits, (Rows{{"LIMIT", "USED", "RESETS", "IN"},
                           {"Five", "hours", "42%", "2h", "1m"},
                           {"Seven", "days", "7%", "-"}}));
-  EXPECT_EQ(*json({"usage"}).member("limits")->member("subscriptionType")->string(), "max");
+  const auto limitsJSON = *json({"usage"}).member("limits");
+  EXPECT_EQ(*limitsJSON.member("subscriptionType")->string(), "max");
+  EXPECT_EQ(*limitsJSON.member("fiveHour")->member("resetsAt")->string(), "2026-03-01T13:01:00Z");
+  EXPECT_EQ(limitsJSON.member("sevenDay")->compact(), R"({"usedPercentage":7})");
+  EXPECT_TRUE(dateFromISO8601(*limitsJSON.member("readAt")->string()));
   ASSERT_EQ(run({"usage", "disconnect"}), 0) << errors.str();
   EXPECT_EQ(*json({"usage"}).member("isConnected"), JSONValue(false));
 }

@@ -10,6 +10,7 @@
 #include <QProcess>
 #include <QTimer>
 #include <gtest/gtest.h>
+#include <map>
 #include <sys/wait.h>
 
 namespace tavrin::test {
@@ -27,9 +28,15 @@ const std::string part = R"({"data":{"s0":null,"s1":{"nodes":[)" + item +
 const std::string rateLimited =
     R"({"data":null,"errors":[{"type":"RATE_LIMITED","message":"API rate limit exceeded for user ID 1."}]})";
 
-std::size_t openDescriptors() {
-  return static_cast<std::size_t>(
-      std::distance(fs::directory_iterator("/proc/self/fd"), fs::directory_iterator()));
+/// What each leads to. Without those that wake threads: the pool may have one thread more by now.
+std::map<std::string, std::string> openDescriptors() {
+  std::map<std::string, std::string> open;
+  for (const auto& entry : fs::directory_iterator("/proc/self/fd")) {
+    std::error_code gone;
+    if (const auto target = fs::read_symlink(entry.path(), gone); target != "anon_inode:[eventfd]")
+      open[entry.path().filename()] = target.string();
+  }
+  return open;
 }
 
 /// The real process runner and event loop, with gh or a stand-in for it.
@@ -43,7 +50,10 @@ protected:
   ~GitHubToolTest() override {
     QCoreApplication::processEvents();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    EXPECT_LE(openDescriptors(), descriptors_) << "a descriptor is left";
+    const auto open = openDescriptors();
+    EXPECT_LE(open.size(), descriptors_.size())
+        << "a descriptor is left: " << testing::PrintToString(open) << " before "
+        << testing::PrintToString(descriptors_);
     EXPECT_EQ(::waitpid(-1, nullptr, WNOHANG), -1) << "a child is left";
   }
 
@@ -90,7 +100,7 @@ protected:
   qint64 longestPause = 0;
 
 private:
-  std::size_t descriptors_ = 0;
+  std::map<std::string, std::string> descriptors_;
 };
 
 TEST_F(GitHubToolTest, GetsOnlyItsOwnEnvironmentAndTheQuery) {
@@ -117,6 +127,11 @@ TEST_F(GitHubToolTest, WhatAToolMayDo) {
       {"head -c 100000000 /dev/zero", Kind::failed, "gh's answer could not be read"},
       {"head -c 100000000 /dev/zero | tr '\\0' x >&2; exit 1", Kind::failed,
        std::string(300, 'x') + "…"},
+      {"head -c 100000000 /dev/zero >&2", Kind::failed, "gh's answer could not be read"},
+      {"head -c 50000000 /dev/zero & head -c 50000000 /dev/zero >&2; wait; exit 1", Kind::failed,
+       std::string(300, '\0') + "…"},
+      {"yes & yes >&2", Kind::failed, "gh timed out", 0.3},
+      {"exec >&- 2>&-; sleep 60", Kind::failed, "gh timed out", 0.3},
       {"kill -9 $$", Kind::failed, "gh failed"},
       {"kill -SEGV $$", Kind::failed, "gh failed"},
       {"exit 1", Kind::failed, "gh failed"},
@@ -137,6 +152,15 @@ TEST_F(GitHubToolTest, WhatAToolMayDo) {
     EXPECT_FALSE(result.hasData);
     EXPECT_LT(longestPause, 1000) << "milliseconds the main thread stood still";
   }
+}
+
+TEST_F(GitHubToolTest, WhatTheToolLeavesRunningIsNotWaitedFor) {
+  QElapsedTimer timer;
+  timer.start();
+  const auto result = load(script("sleep 3 & echo '" + list + "'"));
+  EXPECT_LT(timer.elapsed(), 2500);
+  EXPECT_FALSE(result.trouble);
+  EXPECT_EQ(result.items.size(), 1U);
 }
 
 TEST_F(GitHubToolTest, APartOfAnAnswerShowsWithTheTrouble) {
@@ -235,6 +259,8 @@ TEST_F(RealGitHubToolTest, Troubles) {
   result = ask(part);
   expectTrouble(result, Kind::failed, "gh: s0 timed out");
   EXPECT_EQ(result.items.size(), 1U);
+  expectTrouble(ask(R"({"message":"You have exceeded a secondary rate limit."})", 403),
+                Kind::failed, "gh: You have exceeded a secondary rate limit. (HTTP 403)");
   result = ask("<html>", 502);
   ASSERT_TRUE(result.trouble);
   EXPECT_EQ(result.trouble->kind, Kind::failed);

@@ -139,6 +139,9 @@ TEST_F(ClaudeUsageBridgeTest, AnyPreviousCommandKeepsOutputAndStatus) {
       "no-such-command-here --x",
       "PREVIOUS=1; PAYLOAD=2; echo \"'PREVIOUS='\"",
       "'",
+      "kill -TERM $$",
+      "exec 2>&1; cat nowhere; exit 2",
+      "cat; printf '\\n%s\\n\\n' end",
       "echo größer → 日本; echo '\n'",
   };
   for (const std::string& command :
@@ -157,6 +160,42 @@ TEST_F(ClaudeUsageBridgeTest, AnyPreviousCommandKeepsOutputAndStatus) {
     bridge.disconnect();
     EXPECT_EQ(this->command(), command);
   }
+}
+
+TEST_F(ClaudeUsageBridgeTest, LongPayloadsReachCommandsThatReadThemAndThoseThatDoNot) {
+  const std::string longPayload = R"({"note":")" + std::string(300'000, 'x') + R"("})";
+  for (const std::string command : {"cat", "exit 7", "head -c 3; exit 1", "wc -c"}) {
+    setCommand(command);
+    bridge.connect();
+    for (const std::string shell : {"dash", "bash", "busybox sh"})
+      if (run("command -v " + shell).status == 0) {
+        EXPECT_EQ(run(shell + " " + bridge.scriptURL().string(), longPayload),
+                  run("sh -c " + shellQuoted(command), longPayload))
+            << shell << ": " << command;
+      }
+    EXPECT_EQ(contents(bridge.payloadURL()), longPayload);
+    bridge.disconnect();
+  }
+}
+
+TEST_F(ClaudeUsageBridgeTest, AScriptWrappedByHandIsNotChainedToItself) {
+  setCommand("echo mine");
+  bridge.connect();
+  setCommand("sh " + bridge.scriptURL().string() + " | cat");
+  EXPECT_FALSE(bridge.isConnected());
+  bridge.connect();
+  EXPECT_EQ(run(command()), (Outcome{"mine\n", 0}));
+  bridge.disconnect();
+  EXPECT_EQ(command(), "echo mine");
+}
+
+TEST_F(ClaudeUsageBridgeTest, SettingsThatAreALinkStayOne) {
+  fs::create_directory(folder / "dotfiles");
+  put(folder / "dotfiles/settings.json", "{}");
+  fs::create_symlink(folder / "dotfiles/settings.json", bridge.settingsURL());
+  bridge.connect();
+  EXPECT_TRUE(fs::is_symlink(bridge.settingsURL()));
+  EXPECT_NE(contents(folder / "dotfiles/settings.json").find("statusLine"), std::string::npos);
 }
 
 TEST_F(ClaudeUsageBridgeTest, DrawsALineOfItsOwn) {

@@ -94,7 +94,8 @@ protected:
 
   TemporaryFolder folder;
   fs::path root = folder / ".claude";
-  UsageLogs logs{root, 7};
+  /// Other logs and orders with --gtest_shuffle --gtest_random_seed=N.
+  UsageLogs logs{root, 7U + static_cast<unsigned>(testing::UnitTest::GetInstance()->random_seed())};
   ClaudeUsageSource source{root};
 };
 
@@ -143,13 +144,13 @@ TEST_F(ClaudeUsageSourceTest, ScopesBeginAtTheUsersMidnightAcrossClockChanges) {
   }
 }
 
-/// Any order of what happens to logs, a refresh after each step.
+/// Any order of what happens to logs, a refresh after each step; time goes on, and once back.
 TEST_F(ClaudeUsageSourceTest, AnyInterleavingOfChangesGivesTheReferenceTotals) {
-  const Date now = Date::fromUnixSeconds(static_cast<double>(std::time(nullptr)));
+  Date now = Date::fromUnixSeconds(static_cast<double>(std::time(nullptr)));
   std::vector<fs::path> files;
   std::map<fs::path, Date> times;
   for (int step = 0; step < 60; ++step) {
-    const int action = files.size() < 3 ? 0 : logs.number(0, 9);
+    const int action = files.size() < 3 ? 0 : logs.number(0, 10);
     const auto pick = [&] {
       return files[static_cast<std::size_t>(logs.number(0, static_cast<int>(files.size()) - 1))];
     };
@@ -197,11 +198,14 @@ TEST_F(ClaudeUsageSourceTest, AnyInterleavingOfChangesGivesTheReferenceTotals) {
       times[old] = times[path];
       append(path, logs.session(times[path], 2));
       what = "rotated";
-    } else {
+    } else if (action == 9) {
       const auto at = static_cast<std::size_t>(logs.number(0, static_cast<int>(files.size()) - 1));
       fs::remove(files[at]);
       files.erase(files.begin() + static_cast<std::ptrdiff_t>(at));
       what = "deleted";
+    } else { // no file is so old that it would be passed over
+      now = now + logs.number(-20'000, 80'000);
+      what = "another moment";
     }
     expectReference(now, "UTC", fmt::format("step {}, {}", step, what));
   }
