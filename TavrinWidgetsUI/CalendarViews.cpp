@@ -30,7 +30,7 @@ AnyView datePage(Date now, const Calendar& calendar, double side) {
   constexpr double bandRatio = 0.3;
   const bool hasWeekday = side * bandRatio >= minimumTypeSize * 1.2;
   const Text weekday =
-      word(utf8(calendar.localText(now, "EEE")), side * 0.17, palette::white, FontWeight::semibold);
+      word(utf8(calendar.text(now, "ccc")), side * 0.17, palette::white, FontWeight::semibold);
   const AnyView band = zstack({rectangle().fill(header), hasWeekday ? AnyView(weekday) : AnyView()})
                            .height(side * (hasWeekday ? bandRatio : 0.24));
   const AnyView day = text(QString::number(calendar.components(now).day))
@@ -82,7 +82,7 @@ AnyView eventBlock(const CalendarEvent& event, const CalendarReading& reading, d
 }
 
 AnyView smallDate(const CalendarReading& reading, double points) {
-  return hstack({word(utf8(reading.calendar.localText(reading.now, "EEE")), points,
+  return hstack({word(utf8(reading.calendar.text(reading.now, "ccc")), points,
                       withContrast(calendarTint, ground)),
                  word(QString::number(reading.calendar.components(reading.now).day), points,
                       palette::figure(ground), FontWeight::semibold)})
