@@ -11,7 +11,7 @@ QString utf8(const std::string& text) {
 }
 
 QString time(Date date, const Calendar& calendar) {
-  return utf8(calendar.localText(date, "jm"));
+  return utf8(calendar.timeOfDay(date));
 }
 
 /// "Today", "Tomorrow", else the weekday, and from a week on the date.
