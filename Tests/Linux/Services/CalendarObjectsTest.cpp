@@ -31,7 +31,7 @@ TEST(CalendarObjects, WhatAnObjectLacksIsMadeUpOrItIsLeftOut) {
   using Shown = std::vector<std::string>;
   const std::tuple<const char*, const char*, Shown> cases[] = {
       {"neither start nor end", "SUMMARY:A", {}},
-      {"no start", "SUMMARY:A\r\nDTEND:20300507T100000Z", {}},
+      {"no start", "SUMMARY:A\r\nDTEND:20300507T100000Z", {"A 05-07 12:00–05-07 12:00"}},
       {"no end", "SUMMARY:A\r\nDTSTART:20300507T100000Z", {"A 05-07 12:00–05-07 12:00"}},
       {"no end of a day",
        "SUMMARY:A\r\nDTSTART;VALUE=DATE:20300507",
@@ -89,9 +89,11 @@ std::optional<Reminder> reminder(const std::string& lines) {
 
 TEST(CalendarObjects, RemindersTakeWhatIsThere) {
   EXPECT_EQ(reminder("SUMMARY:A"), std::nullopt) << "it could not be completed";
-  EXPECT_EQ(reminder("UID:1"), (Reminder{.id = "1", .listID = "list"}));
-  EXPECT_EQ(reminder("UID:1\r\nDUE:whenever\r\nPRIORITY:77"),
-            (Reminder{.id = "1", .listID = "list"}));
+  Reminder bare;
+  bare.id = "1";
+  bare.listID = "list";
+  EXPECT_EQ(reminder("UID:1"), bare);
+  EXPECT_EQ(reminder("UID:1\r\nDUE:whenever\r\nPRIORITY:77"), bare);
   const auto done = reminder("UID:1\r\nSTATUS:COMPLETED\r\nDUE;VALUE=DATE:20300507\r\nPRIORITY:9");
   ASSERT_TRUE(done);
   EXPECT_TRUE(done->isCompleted);
