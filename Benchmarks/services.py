@@ -20,6 +20,8 @@ from slots import memory, missed, row  # noqa: E402
 
 EVENTS = 10_000
 SERIES = 500
+# Fresh slots that each become an agenda: only the first time has everything to do.
+SLOTS = 5
 SURFACE = {"TAVRIN_SURFACE": "picture"}
 
 
@@ -88,19 +90,27 @@ def bench_calendar():
         note = widget("note", {"text": "Milk"}, 1, identifier=identifier)
         timer = widget("timer", {}, 1, identifier=identifier)
         agenda = widget("calendar", {"style": "agenda"}, 1, identifier=identifier)
-        desk.write_widgets([note], announce=False)
-        process = desk.start_slot(1, env=SURFACE)
-        desk.wait_for_name(1)
-        time.sleep(4)
-        before = memory(process.pid)["Private_Dirty"]
         print(f"A calendar of {EVENTS} events and {SERIES} series")
-        tile = Tile(desk, process.pid)
-        _, usual = tile.cost(lambda: desk.write_widgets([timer]))
-        whole, main = tile.cost(lambda: desk.write_widgets([agenda]))
-        row("a timer becomes an agenda: until it stands", whole, "ms")
-        row("its time on the main thread", main, "ms")
-        row("that of a note that becomes a timer", usual, "ms")
-        row("the first agenda's own time on the main thread", main - usual, "ms", 5)
+        firsts = []
+        for _ in range(SLOTS):
+            desk.write_widgets([note], announce=False)
+            process = desk.start_slot(1, env=SURFACE)
+            desk.wait_for_name(1)
+            time.sleep(4)
+            before = memory(process.pid)["Private_Dirty"]
+            tile = Tile(desk, process.pid)
+            _, usual = tile.cost(lambda: desk.write_widgets([timer]))
+            whole, main = tile.cost(lambda: desk.write_widgets([agenda]))
+            firsts.append((whole, main, usual, main - usual))
+            if len(firsts) < SLOTS:
+                process.terminate()
+                process.wait(10)
+        whole, main, usual, own = (statistics.median(column) for column in zip(*firsts))
+        row(f"a timer becomes an agenda: until it stands, median of {SLOTS}", whole, "ms")
+        row("its time on the main thread, median", main, "ms")
+        row("that of a note that becomes a timer, median", usual, "ms")
+        row("the first agenda's own time on the main thread, median", own, "ms", 5)
+        row("and the most", max(first[-1] for first in firsts), "ms", 5)
         upcoming = datetime.datetime.utcnow() + datetime.timedelta(seconds=30)
         costs = []
         for number in range(7):

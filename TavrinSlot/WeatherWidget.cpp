@@ -56,7 +56,7 @@ AnyView WeatherWidgetController::tileView(const TileSize& size) const {
 PanelView* WeatherWidgetController::makePanelView(const PanelAppearance& appearance) {
   return new WeatherPanelView(
       appearance, {[this] { return widget().name; }, [this] { return snapshot(); },
-                   [this] { return model_.region(); }, search_,
+                   [this] { return model_.region(); }, [this] { model_.refresh(); }, search_,
                    [this](const WeatherPlace& place) { save(place); },
                    [this](const std::string& address) { platform().workspace().open(address); },
                    context().onEdit});

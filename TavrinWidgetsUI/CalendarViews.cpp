@@ -30,7 +30,7 @@ AnyView datePage(Date now, const Calendar& calendar, double side) {
   constexpr double bandRatio = 0.3;
   const bool hasWeekday = side * bandRatio >= minimumTypeSize * 1.2;
   const Text weekday =
-      word(utf8(calendar.localText(now, "EEE")), side * 0.17, palette::white, FontWeight::semibold);
+      word(utf8(calendar.text(now, "ccc")), side * 0.17, palette::white, FontWeight::semibold);
   const AnyView band = zstack({rectangle().fill(header), hasWeekday ? AnyView(weekday) : AnyView()})
                            .height(side * (hasWeekday ? bandRatio : 0.24));
   const AnyView day = text(QString::number(calendar.components(now).day))
@@ -40,6 +40,12 @@ AnyView datePage(Date now, const Calendar& calendar, double side) {
                           .figure(minimumTypeSize)
                           .fill(Alignment::centre);
   return vstack({band, day}).background(rectangle().fill(paper));
+}
+
+/// What all of a list are fitted by: beside each other their sizes would differ.
+QString longest(const std::vector<QString>& titles) {
+  const auto found = std::ranges::max_element(titles, {}, &QString::size);
+  return found == titles.end() ? QString() : *found;
 }
 
 AnyView colourBar(const QColor& colour, double width) {
@@ -82,7 +88,7 @@ AnyView eventBlock(const CalendarEvent& event, const CalendarReading& reading, d
 }
 
 AnyView smallDate(const CalendarReading& reading, double points) {
-  return hstack({word(utf8(reading.calendar.localText(reading.now, "EEE")), points,
+  return hstack({word(utf8(reading.calendar.text(reading.now, "ccc")), points,
                       withContrast(calendarTint, ground)),
                  word(QString::number(reading.calendar.components(reading.now).day), points,
                       palette::figure(ground), FontWeight::semibold)})
@@ -95,14 +101,17 @@ AnyView agendaRows(const CalendarReading& reading, double points, double room) {
   const double height = points * 1.25;
   const auto most =
       std::max<std::size_t>(1, static_cast<std::size_t>((room + gap) / (height + gap)));
-  for (const auto& event : reading.events) {
-    if (rows.size() == most)
-      break;
-    rows.push_back(hstack({colourBar(eventColour(event), std::max(points * 0.22, 2.0)),
-                           word(eventTitle(event), points, palette::figure(ground))})
-                       .spacing(points * 0.35)
-                       .height(height, Alignment::leading)
-                       .fillWidth());
+  std::vector<QString> titles;
+  for (std::size_t i = 0; i < std::min(most, reading.events.size()); ++i)
+    titles.push_back(eventTitle(reading.events[i]));
+  for (std::size_t i = 0; i < titles.size(); ++i) {
+    const auto& event = reading.events[i];
+    rows.push_back(
+        hstack({colourBar(eventColour(event), std::max(points * 0.22, 2.0)),
+                word(titles[i], points, palette::figure(ground)).widest(longest(titles))})
+            .spacing(points * 0.35)
+            .height(height, Alignment::leading)
+            .fillWidth());
   }
   return vstack(std::move(rows)).align(Alignment::leading).spacing(gap);
 }
@@ -175,7 +184,7 @@ QString spoken(const CalendarReading& reading) {
 }
 
 QString today(const CalendarReading& reading) {
-  return "Calendar, " + utf8(reading.calendar.localText(reading.now, "EEEEMMMMd"));
+  return "Calendar, " + utf8(reading.calendar.fullDate(reading.now));
 }
 
 QColor reminderInk(const Reminder& reminder, const ReminderReading& reading) {
@@ -192,25 +201,36 @@ AnyView checkCircle(const Reminder& reminder, const ReminderReading& reading, do
 
 /// `hasCircle` is not given on small tiles: there a dot stands for it.
 AnyView reminderRow(const Reminder& reminder, const ReminderReading& reading, double points,
-                    bool hasCircle = true) {
+                    const QString& longestTitle, bool hasCircle = true) {
   const QColor ink =
       reminder.isCompleted ? palette::caption(listGround) : palette::figure(listGround);
   const QColor dot = reminder.isCompleted ? ink : reminderInk(reminder, reading);
   return hstack({hasCircle ? checkCircle(reminder, reading, points * 1.1)
                            : circle().fill(dot).frame(points * 0.5, points * 0.5),
-                 word(utf8(displayTitle(reminder)), points, ink)})
+                 word(utf8(displayTitle(reminder)), points, ink).widest(longestTitle)})
       .spacing(points * 0.4);
+}
+
+Text reminderTime(const Reminder& reminder, const ReminderReading& reading, double points) {
+  const QColor ink = isOverdue(reminder, reading.now, reading.calendar)
+                         ? withContrast(palette::red, listGround)
+                         : palette::caption(listGround);
+  return word(reminderWhen(reminder, reading.now, reading.calendar), points, ink).figure();
 }
 
 /// The circle of the next reminder, and when it is due where there is room for that.
 AnyView reminderHead(const Reminder& reminder, const ReminderReading& reading, double points) {
-  const QColor ink = isOverdue(reminder, reading.now, reading.calendar)
-                         ? withContrast(palette::red, listGround)
-                         : palette::caption(listGround);
   const AnyView mark = checkCircle(reminder, reading, points * 1.4);
-  const QString when = reminderWhen(reminder, reading.now, reading.calendar);
   return firstFitting(
-      {hstack({mark, word(when, points * 0.95, ink).figure()}).spacing(points * 0.35), mark});
+      {hstack({mark, reminderTime(reminder, reading, points * 0.95)}).spacing(points * 0.35),
+       mark});
+}
+
+std::vector<QString> firstTitles(const ReminderReading& reading, std::size_t most) {
+  std::vector<QString> titles;
+  for (std::size_t i = 0; i < std::min(most, reading.reminders.size()); ++i)
+    titles.push_back(utf8(displayTitle(reading.reminders[i])));
+  return titles;
 }
 
 std::size_t openCount(const ReminderReading& reading) {
@@ -253,13 +273,11 @@ AnyView reminderItems(const ReminderReading& reading, const TileSize& size) {
                 .spacing(isSmall(size) ? 1 : points * 0.3);
   } else {
     std::vector<AnyView> rows;
-    for (const auto& reminder : reading.reminders) {
-      if (rows.size() == (isSmall(size) ? 3u : 4u))
-        break;
-      rows.push_back(
-          reminderRow(reminder, reading, points * (isSmall(size) ? 1 : 0.9), !isSmall(size))
-              .fillWidth());
-    }
+    const auto titles = firstTitles(reading, isSmall(size) ? 3 : 4);
+    for (std::size_t i = 0; i < titles.size(); ++i)
+      rows.push_back(reminderRow(reading.reminders[i], reading, points * (isSmall(size) ? 1 : 0.9),
+                                 longest(titles), !isSmall(size))
+                         .fillWidth());
     inner = vstack(std::move(rows)).align(Alignment::leading).spacing(points * 0.2);
   }
   return tile(listGround, inner.fill(Alignment::leading).padding(insetOf(size)), size);
@@ -342,10 +360,18 @@ AnyView reminderWideTile(const ReminderReading& reading, const TileSize& size) {
     return wideTile(content, size);
   }
   std::vector<AnyView> rows;
-  for (const auto& reminder : reading.reminders) {
-    if (rows.size() == 2)
-      break;
-    rows.push_back(reminderRow(reminder, reading, std::max(body * 0.18, minimumTypeSize)));
+  const double points = std::max(body * 0.18, minimumTypeSize);
+  const auto titles = firstTitles(reading, 2);
+  for (std::size_t i = 0; i < titles.size(); ++i) {
+    const auto& reminder = reading.reminders[i];
+    if (size.span > 2)
+      rows.push_back(
+          hstack({reminderRow(reminder, reading, points, {}), spacer(),
+                  reminderTime(reminder, reading, std::max(points * 0.9, minimumTypeSize))
+                      .padding({points * 0.4, 0, 0, 0})})
+              .fillWidth());
+    else
+      rows.push_back(reminderRow(reminder, reading, points, longest(titles)));
   }
   content.mark = zstack(
       {circle().fill(mix(listGround, reminderTint, 0.22)), text(QString::number(openCount(reading)))

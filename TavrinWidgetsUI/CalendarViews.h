@@ -8,20 +8,21 @@ namespace tavrin {
 inline constexpr QColor calendarTint{0xFF, 0x45, 0x3A};
 inline constexpr QColor reminderTint{0xFF, 0x9F, 0x0A};
 
-/// What the calendar views show at one moment.
+/// What the calendar views show at one moment. The calendar is the model's own: a copy would read
+/// the locale's formats again for every tile.
 struct CalendarReading {
   CalendarSettings settings;
   CalendarState state = CalendarState::notAsked;
   std::vector<CalendarEvent> events;
   Date now;
-  Calendar calendar;
+  const Calendar& calendar;
 };
 struct ReminderReading {
   ReminderSettings settings;
   CalendarState state = CalendarState::notAsked;
   std::vector<Reminder> reminders;
   Date now;
-  Calendar calendar;
+  const Calendar& calendar;
 };
 
 /// A state without items in words: one sentence, and what to do about it.

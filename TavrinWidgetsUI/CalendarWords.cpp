@@ -11,7 +11,7 @@ QString utf8(const std::string& text) {
 }
 
 QString time(Date date, const Calendar& calendar) {
-  return utf8(calendar.localText(date, "jm"));
+  return utf8(calendar.timeOfDay(date));
 }
 
 /// "Today", "Tomorrow", else the weekday, and from a week on the date.
@@ -21,7 +21,7 @@ QString dayText(Date date, Date now, const Calendar& calendar) {
   if (calendar.isSameDay(date, calendar.addingDays(1, now)))
     return "Tomorrow";
   const bool isNear = date > now && date < calendar.addingDays(7, calendar.startOfDay(now));
-  return utf8(calendar.localText(date, isNear ? "EEEE" : "EEEMMMd"));
+  return utf8(isNear ? calendar.text(date, "cccc") : calendar.localText(date, "EEEMMMd"));
 }
 
 } // namespace
@@ -60,14 +60,14 @@ QString eventTitle(const CalendarEvent& event) {
 QString eventWhen(const CalendarEvent& event, Date now, const Calendar& calendar) {
   const bool isToday = event.start <= now || calendar.isSameDay(event.start, now);
   if (event.isAllDay)
-    return isToday ? QString("All day") : utf8(calendar.localText(event.start, "EEE"));
+    return isToday ? QString("All day") : utf8(calendar.text(event.start, "ccc"));
   if (event.start <= now)
     return "now";
   const auto minutes = UpNext::minutesUntil(event, now);
   if (minutes <= 60)
     return QString("in %1 min").arg(minutes);
   return isToday ? time(event.start, calendar)
-                 : utf8(calendar.localText(event.start, "EEE")) + " " + time(event.start, calendar);
+                 : utf8(calendar.text(event.start, "ccc")) + " " + time(event.start, calendar);
 }
 
 QString eventWhenBrief(const CalendarEvent& event, Date now, const Calendar& calendar) {
@@ -77,7 +77,7 @@ QString eventWhenBrief(const CalendarEvent& event, Date now, const Calendar& cal
   if (minutes <= 60)
     return QString("%1 min").arg(minutes);
   if (!calendar.isSameDay(event.start, now))
-    return utf8(calendar.localText(event.start, "EEE"));
+    return utf8(calendar.text(event.start, "ccc"));
   // Without the half of the day, which the clock beside it tells.
   const QString whole = time(event.start, calendar);
   const auto isDigit = [](QChar character) { return character.isDigit(); };

@@ -138,27 +138,25 @@ AnyView countView(const WaterReading& reading, double points, const QColor& ink)
   return firstFitting({both(points), both(least), drunk.figure(minimumTypeSize)});
 }
 
-QString spokenState(const WaterReading& reading) {
+QString standing(const WaterReading& reading) {
   if (reading.isDone())
-    return ", Goal reached";
+    return "Goal reached";
   const auto left = reading.timeLeft();
-  return left ? ", Next glass in " + utf8(*left) : ", Time for a glass";
+  return left ? "Next glass in " + utf8(*left) : "Time for a glass";
 }
 
 QString spokenValue(const WaterReading& reading) {
   return utf8(format(reading.settings.unit, reading.millilitres)) + " of " +
-         utf8(format(reading.settings.unit, reading.settings.goal)) + spokenState(reading);
+         utf8(format(reading.settings.unit, reading.settings.goal)) + ", " + standing(reading);
 }
 
-/// Count and check, as far as they are wanted.
+/// Count and mark, as far as they are wanted.
 AnyView tileWords(const WaterReading& reading, const TileSize& size, const QColor& ink,
-                  double points) {
+                  double points, const std::optional<Symbol>& mark) {
   std::vector<AnyView> parts;
-  if (reading.isDone())
+  if (mark)
     parts.push_back(
-        symbol("checkmark")
-            .colour(ink)
-            .size(reading.settings.showsCountOnTile ? size.body() * 0.25 : size.body() * 0.42));
+        mark->size(reading.settings.showsCountOnTile ? size.body() * 0.25 : size.body() * 0.42));
   if (reading.settings.showsCountOnTile)
     parts.push_back(countView(reading, points, ink));
   return vstack(std::move(parts)).spacing(size.body() * 0.02);
@@ -166,21 +164,31 @@ AnyView tileWords(const WaterReading& reading, const TileSize& size, const QColo
 
 AnyView waterTankTile(const WaterReading& reading, const WaterTank& tank, const TileSize& size) {
   const QColor ink = reading.isDone() ? doneInk : palette::figure(groundBehind(reading));
+  std::optional<Symbol> mark;
+  if (reading.isDone())
+    mark = symbol("checkmark").colour(ink);
+  else if (tank.level <= 0)
+    // A tank without water would be a black tile.
+    mark = symbol("drop.fill").colour(waterBack);
   const AnyView inner = zstack(
       {rectangle().gradient(groundTop, groundBottom), waterTankView(tank),
-       tileWords(reading, size, ink, size.figure()).frame({.maxWidth = size.body() * 0.84})});
+       tileWords(reading, size, ink, size.figure(), mark).frame({.maxWidth = size.body() * 0.84})});
   return tile(groundBottom, inner, size);
 }
 
 AnyView waterGlassTile(const WaterReading& reading, const WaterTank& tank, const TileSize& size) {
   const QColor outline(0xD6, 0xEA, 0xFF);
-  const double height = size.body() * 0.76;
-  const AnyView words = tileWords(reading, size, palette::figure(groundBottom),
-                                  std::max(size.body() * 0.235, minimumTypeSize))
-                            .frame({.maxWidth = height * 0.62});
+  const double height = size.body() * 0.82;
+  const QColor ink = palette::figure(groundBottom);
+  const std::optional<Symbol> mark =
+      reading.isDone() ? std::optional(symbol("checkmark").colour(ink)) : std::nullopt;
+  // As wide as the glass is where the count stands.
+  const AnyView words =
+      tileWords(reading, size, ink, std::max(size.body() * 0.22, minimumTypeSize), mark)
+          .frame({.maxWidth = height * 0.56});
   const AnyView glass = waterGlassView(tank, outline)
                             .frame(height * 0.82, height)
-                            .overlay(words.offset(0, size.body() * 0.03));
+                            .overlay(words.offset(0, size.body() * 0.01));
   return tile(groundBottom,
               zstack({rectangle().gradient(QColor(0x10, 0x2A, 0x44), groundBottom), glass}), size);
 }
@@ -248,7 +256,15 @@ AnyView waterWideTile(const WaterReading& reading, const WaterTank& tank, const 
                                : AnyView()})
           .spacing(body * 0.06);
   const double barsWidth = body * (size.span > 2 ? 1.1 : 0.86);
-  const AnyView bars = waterWeekBars(reading, {}).frame(barsWidth, body * 0.3);
+  AnyView below = waterWeekBars(reading, {}).frame(barsWidth, body * 0.3);
+  const double points = body * 0.125;
+  if (size.span > 2 && points >= minimumTypeSize)
+    below = hstack({below, text(standing(reading))
+                               .size(points)
+                               .weight(FontWeight::medium)
+                               .colour(palette::caption(groundTop))
+                               .lines(2)})
+                .spacing(body * 0.12);
   WideTileContent content;
   content.ground = groundTop;
   content.groundEnd = groundBottom;
@@ -258,7 +274,7 @@ AnyView waterWideTile(const WaterReading& reading, const WaterTank& tank, const 
                        ? waterGlassView(tank, QColor(0xD6, 0xEA, 0xFF))
                        : zstack({rectangle().fill(QColor(0x12, 0x2C, 0x48)), waterTankView(tank)})
                              .clip(superellipse(body * 0.16));
-  content.middle = vstack({figure, bars}).align(Alignment::leading).spacing(body * 0.08);
+  content.middle = vstack({figure, below}).align(Alignment::leading).spacing(body * 0.08);
   content.actions = {{{"water.drink", drink},
                       "plus",
                       "Drink " + utf8(format(settings.unit, settings.glass)),

@@ -74,8 +74,7 @@ void WeatherModel::stop() {
 }
 
 void WeatherModel::schedule() {
-  timer_ = runLoop_.repeat(workspace_.isLowPowerMode() ? savingInterval : interval,
-                           [this] { refresh(); });
+  timer_ = runLoop_.repeat(savesEnergy() ? savingInterval : interval, [this] { refresh(); });
 }
 
 void WeatherModel::refresh() {

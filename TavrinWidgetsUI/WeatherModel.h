@@ -62,7 +62,9 @@ public:
   bool isLoading() const { return isLoading_; }
   /// The last load failed.
   bool failed() const { return failed_; }
-  /// The reading is older than three intervals: it may say nothing about now.
+  /// Asks once an hour, as the desktop saves energy.
+  bool savesEnergy() const { return workspace_.isLowPowerMode(); }
+  /// The reading is older than three such hours: it may say nothing about now.
   bool isStale() const;
   Date now() const { return clock_.now(); }
 

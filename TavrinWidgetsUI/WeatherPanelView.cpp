@@ -88,6 +88,8 @@ void WeatherPanelView::refresh() {
                         "Asking for the weather in " +
                             utf8(weather.settings.cityName.value_or("this place")) + "…");
   empty_->setTrouble(weather.hasPlace() && isTroubled);
+  empty_->setStep(weather.hasPlace() && isTroubled ? QString("Try Again") : QString(),
+                  source_.refresh);
   if (hasReading) {
     trouble_->setVisible(isTroubled);
     showReading(weather);

@@ -19,6 +19,8 @@ public:
     std::function<std::string()> name;
     std::function<WeatherSnapshot()> weather;
     std::function<std::optional<std::string>()> region;
+    /// Asks for the forecast once more.
+    std::function<void()> refresh;
     WeatherSearch& search;
     std::function<void(const WeatherPlace&)> choose;
     /// Opens an address in the user's browser.

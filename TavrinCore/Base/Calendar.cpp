@@ -35,6 +35,11 @@ std::string utf8(const icu::UnicodeString& text) {
   return out;
 }
 
+std::string formatted(const icu::DateFormat& format, Date date) {
+  icu::UnicodeString out;
+  return utf8(format.format(milliseconds(date), out));
+}
+
 std::string systemTimeZoneID() {
   const std::unique_ptr<icu::TimeZone> zone(icu::TimeZone::detectHostTimeZone());
   icu::UnicodeString id;
@@ -51,8 +56,10 @@ struct Calendar::Engine {
   icu::Locale locale;
   std::unique_ptr<icu::TimeZone> zone;
   std::unique_ptr<icu::GregorianCalendar> calendar;
-  /// By pattern; the empty pattern stands for the date and time styles.
+  using Style = icu::DateFormat::EStyle;
   std::map<std::string, std::unique_ptr<icu::DateFormat>, std::less<>> formats;
+  /// Of date and time.
+  std::map<std::pair<Style, Style>, std::unique_ptr<icu::DateFormat>> styledFormats;
   std::map<std::string, std::string, std::less<>> patterns;
   std::optional<bool> uses24HourClock;
 
@@ -99,15 +106,20 @@ struct Calendar::Engine {
     if (const auto found = formats.find(pattern); found != formats.end())
       return *found->second;
     UErrorCode status = U_ZERO_ERROR;
-    std::unique_ptr<icu::DateFormat> made;
-    if (pattern.empty())
-      made.reset(icu::DateFormat::createDateTimeInstance(icu::DateFormat::kMedium,
-                                                         icu::DateFormat::kShort, locale));
-    else
-      made = std::make_unique<icu::SimpleDateFormat>(unicode(pattern), locale, status);
-    check(made ? status : U_MISSING_RESOURCE_ERROR, "make a date format");
+    auto made = std::make_unique<icu::SimpleDateFormat>(unicode(pattern), locale, status);
+    check(status, "make a date format");
     made->setTimeZone(*zone);
     return *formats.emplace(pattern, std::move(made)).first->second;
+  }
+
+  const icu::DateFormat& format(Style date, Style time) {
+    auto& made = styledFormats[{date, time}];
+    if (!made) {
+      made.reset(icu::DateFormat::createDateTimeInstance(date, time, locale));
+      check(made ? U_ZERO_ERROR : U_MISSING_RESOURCE_ERROR, "make a date format");
+      made->setTimeZone(*zone);
+    }
+    return *made;
   }
 
   /// The locale's pattern for a skeleton.
@@ -217,8 +229,7 @@ Date Calendar::date(const DateComponents& parts) const {
 std::string Calendar::text(Date date, std::string_view pattern) const {
   if (pattern.empty())
     return {};
-  icu::UnicodeString out;
-  return utf8(engine().format(pattern).format(milliseconds(date), out));
+  return formatted(engine().format(pattern), date);
 }
 
 std::string Calendar::localText(Date date, std::string_view skeleton) const {
@@ -226,8 +237,15 @@ std::string Calendar::localText(Date date, std::string_view skeleton) const {
 }
 
 std::string Calendar::dateAndTime(Date date) const {
-  icu::UnicodeString out;
-  return utf8(engine().format("").format(milliseconds(date), out));
+  return formatted(engine().format(icu::DateFormat::kMedium, icu::DateFormat::kShort), date);
+}
+
+std::string Calendar::timeOfDay(Date date) const {
+  return formatted(engine().format(icu::DateFormat::kNone, icu::DateFormat::kShort), date);
+}
+
+std::string Calendar::fullDate(Date date) const {
+  return formatted(engine().format(icu::DateFormat::kFull, icu::DateFormat::kNone), date);
 }
 
 bool Calendar::uses24HourClock() const {

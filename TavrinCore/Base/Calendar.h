@@ -73,10 +73,15 @@ public:
 
   /// By an ICU date pattern such as "HH:mm:ss" or "EEEE".
   std::string text(Date date, std::string_view pattern) const;
-  /// By an ICU skeleton such as "MMMd": the locale puts the fields in its own order.
+  /// By an ICU skeleton such as "MMMd": the locale puts the fields in its own order. The first
+  /// time of each skeleton takes a hundred times as long as the other texts here.
   std::string localText(Date date, std::string_view skeleton) const;
   /// In the locale's abbreviated date and shortened time styles.
   std::string dateAndTime(Date date) const;
+  /// "14:30", "2:30 PM": in the locale's short style.
+  std::string timeOfDay(Date date) const;
+  /// "Wednesday, 9 September 2026": in the locale's full style.
+  std::string fullDate(Date date) const;
   /// Whether the locale's hours go from 0 to 23.
   bool uses24HourClock() const;
 

@@ -24,13 +24,16 @@ std::vector<Reminder> selectReminders(std::vector<Reminder> reminders,
   const Date today = calendar.startOfDay(now);
   const Date end = calendar.addingDays(std::clamp(settings.daysAhead, 1, 3660), today);
   std::erase_if(reminders, [&](const Reminder& reminder) {
-    if (reminder.isCompleted)
-      return !settings.showsCompleted || !reminder.completedAt || *reminder.completedAt < today;
-    return reminder.due && *reminder.due >= end;
+    const bool isBeyond = reminder.due && *reminder.due >= end;
+    if (!reminder.isCompleted)
+      return isBeyond;
+    const bool isOfToday = reminder.completedAt && *reminder.completedAt >= today;
+    const bool isDue = reminder.due && *reminder.due >= today && !isBeyond;
+    return !settings.showsCompleted || !(isOfToday || isDue);
   });
   const auto key = [](const Reminder& reminder) {
     const double when = reminder.isCompleted
-                            ? -reminder.completedAt->secondsSinceReferenceDate
+                            ? -reminder.completedAt.value_or(Date{}).secondsSinceReferenceDate
                             : reminder.due.value_or(Date{}).secondsSinceReferenceDate;
     const int rank = reminder.priority > 0 ? reminder.priority : 10;
     return std::tuple(reminder.isCompleted, !reminder.isCompleted && !reminder.due, when, rank,

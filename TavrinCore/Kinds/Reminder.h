@@ -28,7 +28,7 @@ bool isOverdue(const Reminder& reminder, Date now, const Calendar& calendar);
 
 /// Those the widget shows, in its order: the open ones that are late or due by the end of the last
 /// of `daysAhead` days, earliest first; then those without a date, for they wait for any day; and
-/// with `showsCompleted` those that were completed today, latest first.
+/// with `showsCompleted` those that were completed today or are due in those days, latest first.
 std::vector<Reminder> selectReminders(std::vector<Reminder> reminders,
                                       const ReminderSettings& settings, Date now,
                                       const Calendar& calendar);

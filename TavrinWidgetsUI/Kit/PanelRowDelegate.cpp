@@ -4,6 +4,7 @@
 #include "TavrinWidgetsUI/Kit/PanelList.h"
 #include "TavrinWidgetsUI/Kit/PanelPaint.h"
 #include "TavrinWidgetsUI/Kit/PanelStyle.h"
+#include "TavrinWidgetsUI/Kit/Text.h"
 
 #include <QFontMetricsF>
 #include <algorithm>
@@ -75,6 +76,15 @@ void RowPainting::paintMark() {
   left += width + 10;
 }
 
+/// A unit that is a number takes the room of its widest digits, so that what stands before it does
+/// so in a column; the font's own digits differ in width.
+QString columnForm(QString unit) {
+  constexpr QChar figureSpace = u'\u2007';
+  if (std::none_of(unit.begin(), unit.end(), [](QChar c) { return c.isDigit(); }))
+    return unit;
+  return widestDigits(unit.replace(figureSpace, u'8').replace(u'-', u'8'));
+}
+
 void RowPainting::paintTrailing() {
   if (row.isNew) {
     constexpr double side = 8;
@@ -89,16 +99,17 @@ void RowPainting::paintTrailing() {
     right -= 16 + inset;
   }
   const QFont font = panelFont(PanelTextStyle::body);
-  const auto put = [&](const QString& words, const QColor& colour, double gap) {
+  const auto put = [&](const QString& words, const QString& form, const QColor& colour,
+                       double gap) {
     if (words.isEmpty())
       return;
     const double width =
-        std::min(QFontMetricsF(font).horizontalAdvance(words) + 1, (right - left) * 0.6);
+        std::min(QFontMetricsF(font).horizontalAdvance(form) + 1, (right - left) * 0.6);
     panelPaint::line(painter, words, room(right - width, width), font, colour, Qt::AlignTrailing);
     right -= width + gap;
   };
-  put(row.unit, quietInk(), 3);
-  put(row.trailing, row.unit.isEmpty() ? quietInk() : ink(), inset);
+  put(row.unit, columnForm(row.unit), quietInk(), 3);
+  put(row.trailing, row.trailing, row.unit.isEmpty() ? quietInk() : ink(), inset);
 }
 
 void RowPainting::paintWords() {

@@ -48,6 +48,14 @@ TEST(Calendar, DaysOnWhichClocksChange) {
   }
 }
 
+TEST(Calendar, SaysDatesAndTimesAsTheLocaleDoes) {
+  const Date moment = berlin.date({2026, 9, 9, 14, 30});
+  EXPECT_EQ(berlin.timeOfDay(moment), "14:30");
+  EXPECT_EQ(newYork.timeOfDay(moment), "8:30\u202FAM");
+  EXPECT_EQ(berlin.fullDate(moment), "Mittwoch, 9. September 2026");
+  EXPECT_EQ(newYork.fullDate(moment), "Wednesday, September 9, 2026");
+}
+
 /// Each day begins where the one before it ended, through years of changing clocks.
 TEST(Calendar, DaysFollowOneAnotherWithoutGaps) {
   for (const auto* zone : {"Europe/Berlin", "America/Sao_Paulo", "Africa/Casablanca", "Asia/Gaza",

@@ -55,14 +55,23 @@ TEST(Reminders, TodayIsTheFirstOfTheDaysAhead) {
   EXPECT_THAT(selected(all, 0), ElementsAre("today", "tonight")) << "one day at least";
 }
 
-TEST(Reminders, CompletedOnesAreThoseOfTodayWhereWanted) {
+Reminder doneYesterday(Reminder reminder) {
+  reminder.isCompleted = true;
+  reminder.completedAt = today - 1;
+  return reminder;
+}
+
+TEST(Reminders, CompletedOnesAreThoseOfTodayOrDueInTheDaysAheadWhereWanted) {
   const std::vector<Reminder> all = {done("yesterday", today - 1),
+                                     doneYesterday(dated("was due", -1)),
+                                     doneYesterday(dated("due", 6)),
+                                     doneYesterday(dated("far", 7)),
                                      done("first", today),
                                      done("last", noon),
                                      dated("open", 0),
                                      {"u", "l", "unknown", {}, false, true, {}, 0}};
   EXPECT_THAT(selected(all, 7), ElementsAre("open"));
-  EXPECT_THAT(selected(all, 7, true), ElementsAre("open", "last", "first"));
+  EXPECT_THAT(selected(all, 7, true), ElementsAre("open", "last", "first", "due"));
 }
 
 TEST(Reminders, ADayIsLateFromTheNextDayOnAndATimeAtOnce) {

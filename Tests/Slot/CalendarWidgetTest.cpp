@@ -105,7 +105,7 @@ TEST_F(CalendarWidgetTest, RemindersAreDoneFromThePanel) {
                           {"b", "l1", " ", today - 86'400, true, false, {}, 0},
                           {"c", "l1", "Far", today + 40 * 86'400, true, false, {}, 0},
                           {"d", "l1", "Undated", {}, false, false, {}, 0},
-                          {"e", "l1", "Old", today, true, true, today - 1000, 0}};
+                          {"e", "l1", "Old", today - 1, true, true, today - 1000, 0}};
   ReminderSettings settings;
   settings.showsCompleted = true;
   begin(settings);

@@ -93,6 +93,18 @@ TEST_F(WeatherWidgetTest, AFailureKeepsTheLastReadingAndTheNetworksReturnEndsIt)
   EXPECT_EQ(http().open(), 1);
 }
 
+TEST_F(WeatherWidgetTest, AFirstLoadThatFailedIsTriedAgainFromThePanel) {
+  start(berlin());
+  ASSERT_TRUE(http().answer("forecast", {}));
+  EXPECT_EQ(platform_.tile.name, "Weather, the forecast could not be reached");
+  click();
+  button("Try Again")->click();
+  EXPECT_EQ(http().open(), 1);
+  EXPECT_THAT(words(), Contains("Asking for the weather in Berlin…"));
+  answerForecast();
+  EXPECT_EQ(platform_.tile.name, "Weather, Berlin");
+}
+
 TEST_F(WeatherWidgetTest, AStartWithoutANetworkShowsTheLastReadingWithItsAge) {
   start(berlin());
   answerForecast();

@@ -41,6 +41,14 @@ TEST(CalendarWords, WhenAnEventIs) {
   }
 }
 
+TEST(CalendarWords, AnEventWithoutATitleHasOne) {
+  for (const char* title : {"", " ", "\n\t"}) {
+    auto entry = event(0, hour);
+    entry.title = title;
+    EXPECT_EQ(eventTitle(entry), "Untitled event");
+  }
+}
+
 TEST(CalendarWords, WhatStandsBelowAnEvent) {
   auto meeting = event(2 * hour, 3 * hour);
   meeting.location = " Room\n4 ";

@@ -10,11 +10,13 @@ constexpr Date noon = Date::fromUnixSeconds(1'788'948'522);
 const char* const longTitle =
     "Quarterly Donaudampfschifffahrtsgesellschaft planning with everybody who may come";
 
-Calendar german() {
-  return Calendar("Europe/Berlin", "de_DE");
+const Calendar& german() {
+  static const Calendar calendar("Europe/Berlin", "de_DE");
+  return calendar;
 }
-Calendar american() {
-  return Calendar("Europe/Berlin", "en_US");
+const Calendar& american() {
+  static const Calendar calendar("Europe/Berlin", "en_US");
+  return calendar;
 }
 
 std::vector<CalendarEvent> someEvents() {
@@ -32,11 +34,8 @@ std::vector<CalendarEvent> someEvents() {
 
 CalendarReading reading(CalendarTileStyle style, CalendarState state, std::size_t skip = 0,
                         const Calendar& calendar = german()) {
-  CalendarReading made;
+  CalendarReading made{{}, state, {}, noon, calendar};
   made.settings.style = style;
-  made.state = state;
-  made.now = noon;
-  made.calendar = calendar;
   if (state == CalendarState::items)
     made.events = someEvents();
   made.events.erase(made.events.begin(), made.events.begin() + static_cast<std::ptrdiff_t>(std::min(
@@ -75,11 +74,8 @@ struct ReminderCase {
 
 std::vector<ReminderCase> reminderCases() {
   const auto made = [](ReminderTileStyle style, CalendarState state, bool isDone = false) {
-    ReminderReading reading;
+    ReminderReading reading{{}, state, {}, noon, german()};
     reading.settings.style = style;
-    reading.state = state;
-    reading.now = noon;
-    reading.calendar = german();
     const Date today = german().startOfDay(noon);
     if (state == CalendarState::items && !isDone)
       reading.reminders = {

@@ -106,7 +106,7 @@ GalleryPanel panelOf(const char* name, const WeatherSnapshot& weather,
   return {name, weatherTint, [=](const PanelAppearance& look) {
             return new WeatherPanelView(
                 look, {[] { return std::string("Weather"); }, [weather] { return weather; },
-                       [] { return std::optional<std::string>("State of Berlin, Germany"); },
+                       [] { return std::optional<std::string>("State of Berlin, Germany"); }, [] {},
                        searchFor(typed, answer), [](const WeatherPlace&) {},
                        [](const std::string&) {}, [] {}});
           }};
