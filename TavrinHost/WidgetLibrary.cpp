@@ -71,8 +71,8 @@ WidgetLibrary::WidgetLibrary(HostContext& context) : context_(context) {
 void WidgetLibrary::warnOfNewerVersion() const {
   if (file().version > WidgetsFile::currentVersion)
     context_.remarkOnce(printable(
-        fmt::format("\"{}\" has version {}, and this tavrin knows version {}: saving keeps the "
-                    "widgets and settings it knows, and widgets of unknown kinds, but no more",
+        fmt::format("\"{}\" has version {}, and this tavrin knows version {}: "
+                    "settings unknown to it are lost when it saves, widgets unknown to it stay",
                     store_->url().string(), file().version, WidgetsFile::currentVersion)));
 }
 

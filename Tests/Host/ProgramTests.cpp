@@ -36,6 +36,14 @@ protected:
     return copy;
   }
 
+  /// A terminal that runs its command, and an editor that makes a focus of 25 minutes one of 50.
+  void makeEditor() const {
+    std::ofstream(home / "terminal") << "#!/bin/sh\nshift\nexec \"$@\"\n";
+    std::ofstream(home / "editor") << "#!/bin/sh\nsed -i 's/1500/3000/' \"$1\"\n";
+    for (const char* program : {"terminal", "editor"})
+      std::filesystem::permissions(home / program, std::filesystem::perms::owner_all);
+  }
+
   int run(const std::string& script, bool withBus = false) {
     std::ofstream(home / "script") << script;
     const std::string environment =
@@ -186,10 +194,8 @@ TEST_F(ProgramTest, TheStoredBusIsFound) {
 }
 
 TEST_F(ProgramTest, EditRequestsOpenTheEditorInATerminal) {
-  std::ofstream(home / "terminal") << "#!/bin/sh\nshift\nexec \"$@\"\n";
-  std::ofstream(home / "editor") << "#!/bin/sh\nsed -i 's/1500/3000/' \"$1\"\n";
+  makeEditor();
   EXPECT_EQ(run(R"sh(
-    chmod +x $HOME/terminal $HOME/editor
     export TERMINAL=$HOME/terminal VISUAL=$HOME/editor
     $T widgets add pomodoro Focus
     id=$($T widgets show Focus --json | sed -n 's/^  "id": "\(.*\)",$/\1/p')
@@ -209,10 +215,8 @@ TEST_F(ProgramTest, EditRequestsOpenTheEditorInATerminal) {
 
 /// Each data folder has a service of its own; a request is for the one that has the widget.
 TEST_F(ProgramTest, EditRequestsOfTwoDataFoldersGoToTheirOwn) {
-  std::ofstream(home / "terminal") << "#!/bin/sh\nshift\nexec \"$@\"\n";
-  std::ofstream(home / "editor") << "#!/bin/sh\nsed -i 's/1500/3000/' \"$1\"\n";
+  makeEditor();
   EXPECT_EQ(run(R"sh(
-    chmod +x $HOME/terminal $HOME/editor
     export TERMINAL=$HOME/terminal VISUAL=$HOME/editor
     for folder in one two; do
       export TAVRIN_APP_SUPPORT_DIR=$HOME/$folder
