@@ -120,6 +120,15 @@ void create(HostContext& context, WorkspaceBackup::Reason reason) {
     context.say(made ? "Made " + made->id() : "Nothing has changed since the last backup");
 }
 
+bool holdsWidgets(const WorkspaceBackupStore& store, const WorkspaceBackup& backup) {
+  try {
+    const auto contents = store.contents(backup);
+    return !contents.widgets.widgets.empty() || !contents.widgets.unrecognized.empty();
+  } catch (const std::exception&) {
+    return false;
+  }
+}
+
 } // namespace
 
 void addBackupCommands(CLI::App& app, HostContext& context) {
@@ -157,6 +166,18 @@ void addBackupCommands(CLI::App& app, HostContext& context) {
   HostContext::examples(*creating, {{"tavrin backups create", "before an experiment"}});
   creating->callback(
       [reason, &context] { create(context, *enumNamed<WorkspaceBackup::Reason>(*reason)); });
+}
+
+std::optional<WorkspaceBackup> newestWholeBackup(HostContext& context) {
+  try {
+    const auto store = openStore(context);
+    for (auto& backup : store.list())
+      if (holdsWidgets(store, backup))
+        return std::move(backup);
+  } catch (const std::exception&) {
+    // Where they cannot be listed there are none to offer.
+  }
+  return std::nullopt;
 }
 
 void backUpWorkspace(HostContext& context, WorkspaceBackup::Reason reason) {

@@ -12,4 +12,7 @@ void addBackupCommands(CLI::App& app, HostContext& context);
 /// it is no reason not to start or to quit.
 void backUpWorkspace(HostContext& context, WorkspaceBackup::Reason reason);
 
+/// The newest backup that can be read and has widgets in it.
+std::optional<WorkspaceBackup> newestWholeBackup(HostContext& context);
+
 } // namespace tavrin

@@ -34,6 +34,13 @@ bool startsAs(std::string_view text, std::string_view start) {
   return !start.empty() && folded(text).starts_with(folded(start));
 }
 
+[[noreturn]] void throwNoProfile(std::string_view reference, const std::vector<Profile>& all) {
+  std::vector<std::string> names;
+  for (const auto& profile : all)
+    names.push_back(profile.name);
+  throw HostError(ExitCode::profileNotFound, noneCalled("profile", reference, names));
+}
+
 std::string describedProfile(const Profile& profile) {
   return fmt::format("\"{}\" ({})", profile.name, profile.id.text().substr(0, 8));
 }
@@ -84,7 +91,7 @@ const Profile& DockLibrary::profile(std::string_view reference) {
                 (reference.size() >= shortestIdentifierStart && startsAs(one.id.text(), reference));
        }});
   if (found.empty())
-    throw DockError::profileNotFound(std::string(reference));
+    throwNoProfile(reference, profiles().file().profiles);
   if (found.size() > 1)
     throwAmbiguous(reference, found, describedProfile);
   return *found.front();

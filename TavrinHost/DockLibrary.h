@@ -25,7 +25,7 @@ public:
   DockSnapshot snapshot() const;
 
   /// The profile that goes by a name or identifier, or the start of one, case aside. Throws
-  /// HostError (ambiguous) and DockError (profileNotFound).
+  /// HostError (ambiguous, profileNotFound).
   const Profile& profile(std::string_view reference);
 
   /// A layout by name: "dock" for the Dock as it is, a Dock backup's file name, a property list

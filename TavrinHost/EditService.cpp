@@ -4,6 +4,7 @@
 #include "TavrinCore/Widgets/DockSlot.h"
 #include "TavrinHost/EditForm.h"
 #include "TavrinStorage/AtomicFile.h"
+#include "TavrinStorage/StoragePath.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -170,14 +171,28 @@ void EditService::edit(const UUID& id) {
   context_.say("Nothing was changed.");
 }
 
+std::string EditService::identifier() const {
+  auto& platform = context_.platform();
+  std::error_code error;
+  const auto folder = std::filesystem::weakly_canonical(
+      StoragePath(platform.fileManager(), platform.mainBundle()).resolvedDirectory(), error);
+  return fmt::format("dev.quellby.Tavrin.Editor.D{:016x}",
+                     std::hash<std::string>()(folder.string()));
+}
+
+bool EditService::serves(const UUID& id) {
+  const WidgetLibrary library(context_);
+  return std::ranges::count(library.file().widgets, id, &DockWidget::id) > 0;
+}
+
 void EditService::serve() {
   auto& platform = context_.platform();
   if (!platform.applications().knowsIdentifiers())
     throw HostError(ExitCode::failed,
                     "Failed to wait for edit requests because there is no session bus");
-  if (!platform.applications().claimIdentifier(std::string(identifier)))
-    throw HostError(ExitCode::failed,
-                    "Failed to wait for edit requests because another process answers them");
+  if (!platform.applications().claimIdentifier(identifier()))
+    throw HostError(ExitCode::failed, "Failed to wait for edit requests because another process "
+                                      "answers them for this data folder");
   std::deque<UUID> requests;
   const auto observation = platform.notifications().observe(
       std::string(DockSlot::editWidgetNotification), [&](const std::optional<std::string>& object) {
@@ -193,7 +208,8 @@ void EditService::serve() {
       continue;
     }
     try {
-      edit(requests.front());
+      if (serves(requests.front()))
+        edit(requests.front());
     } catch (const std::exception& error) {
       context_.remark(fmt::format("tavrin: {}", printable(error.what())));
     }

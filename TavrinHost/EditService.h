@@ -10,17 +10,18 @@ namespace tavrin {
 /// Editing a widget's record in the user's editor, now or whenever a slot asks for it.
 class EditService {
 public:
-  /// Who answers edit requests goes by this identifier, so that there is one.
-  static constexpr std::string_view identifier = "dev.quellby.Tavrin";
-
   explicit EditService(HostContext& context) : context_(context) {}
+
+  /// Who answers the edit requests of this data folder's widgets goes by it, so that there is one.
+  std::string identifier() const;
 
   /// Opens the editor until the form is right, unchanged or given up; then saves and announces.
   /// Throws HostError with the place of the form when it could not be saved: nothing typed is lost.
   void edit(const UUID& id);
 
-  /// Answers edit requests until the process is ended. Throws HostError where there is no session
-  /// bus, or where another process answers them.
+  /// Answers edit requests for widgets of this data folder until the process is ended; those for
+  /// others are left to whoever serves these. Throws HostError where there is no session bus, or
+  /// where another process answers for this folder.
   [[noreturn]] void serve();
 
 private:
@@ -29,6 +30,8 @@ private:
   /// Waits until the editor was left. Throws HostError when none could be started, or when it
   /// ended with its terminal.
   void runEditor(const std::filesystem::path& form);
+  /// Whether the widget is one of this data folder's.
+  bool serves(const UUID& id);
   bool save(const DockWidget& base, const DockWidget& edited);
 
   HostContext& context_;

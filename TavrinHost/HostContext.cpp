@@ -24,6 +24,11 @@ void HostContext::remark(std::string_view line) {
   console_.err << line << '\n';
 }
 
+void HostContext::remarkOnce(const std::string& line) {
+  if (remarks_.insert(line).second)
+    remark(line);
+}
+
 void HostContext::examples(CLI::App& command,
                            const std::vector<std::pair<std::string, std::string>>& lines) {
   std::size_t width = 0;

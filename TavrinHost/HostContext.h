@@ -10,6 +10,7 @@
 #include <CLI/Formatter.hpp>
 #include <functional>
 #include <map>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -50,6 +51,8 @@ public:
   void say(std::string_view line);
   /// A remark that is no result: to the error stream.
   void remark(std::string_view line);
+  /// The same, once for a command, however often the matter comes up.
+  void remarkOnce(const std::string& line);
 
   /// Puts worked examples under a command's help: a command line and what it does.
   static void examples(CLI::App& command,
@@ -66,6 +69,7 @@ private:
   Console& console_;
   bool printsJSON_ = false;
   std::map<const CLI::Option*, Completer> completers_;
+  std::set<std::string> remarks_;
 };
 
 } // namespace tavrin

@@ -46,7 +46,7 @@ std::pair<const CLI::App*, std::string> innermostCommand(const CLI::App& app) {
 /// What the parser has to say; of a command that there is not, it only knows that one is missing.
 std::string parseErrorText(const CLI::App& command, const CLI::ParseError& error) {
   const auto unknown = command.remaining();
-  if (unknown.empty() || command.get_require_subcommand_min() == 0)
+  if (unknown.empty() || command.get_subcommands([](const CLI::App*) { return true; }).empty())
     return error.what();
   return fmt::format("there is no {} \"{}\"",
                      unknown.front().starts_with('-') ? "option" : "command", unknown.front());

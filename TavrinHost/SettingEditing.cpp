@@ -1,6 +1,7 @@
 #include "TavrinHost/SettingEditing.h"
 
 #include "TavrinCore/Base/Text.h"
+#include "TavrinCore/Kinds/ConverterUnits.h"
 #include "TavrinHost/HostError.h"
 #include "TavrinHost/SettingText.h"
 
@@ -88,6 +89,40 @@ void assignInRecord(const std::vector<FieldInfo>& fields, JSONValue& record, std
   }
 }
 
+/// A unit belongs to a category. With another category, units that were left as they are make way
+/// for its usual ones; one that was chosen must be the category's own.
+void settleUnits(const ConverterSettings& before, ConverterSettings& after) {
+  const Conversion usual(after);
+  const auto settle = [&](const char* key, const std::string& old, std::string& unit,
+                          const ConverterUnit& fallback) {
+    if (findUnit(after.category, unit) != nullptr)
+      return;
+    if (unit == old) {
+      unit = fallback.symbol;
+      return;
+    }
+    std::vector<std::string> symbols;
+    for (const auto& known : converterUnits(after.category))
+      symbols.emplace_back(known.symbol);
+    throw HostError(ExitCode::refusedValue,
+                    fmt::format("\"{}\" must be a unit of {}, {}, not \"{}\"", key,
+                                nameOf(after.category), alternatives(symbols), unit));
+  };
+  settle("from", before.from, after.from, *usual.from);
+  settle("to", before.to, after.to, *usual.to);
+}
+
+DockWidget::Kind withSettledSettings(const DockWidget::Kind& kind, const JSONValue& settings) {
+  try {
+    auto settled = withSettings(kind, settings);
+    if (auto* converter = settled.get<ConverterSettings>())
+      settleUnits(*kind.get<ConverterSettings>(), *converter);
+    return settled;
+  } catch (const CodingError& error) {
+    throw HostError(ExitCode::refusedValue, error.what());
+  }
+}
+
 } // namespace
 
 Assignment Assignment::parse(std::string_view word) {
@@ -123,11 +158,7 @@ DockWidget::Kind withCheckedSettings(const DockWidget::Kind& kind,
                                      const JSONValue& settings) {
   if (const auto clause = refusalOf(fields, settings); !clause.empty())
     throw HostError(ExitCode::refusedValue, clause);
-  try {
-    return withSettings(kind, settings);
-  } catch (const CodingError& error) {
-    throw HostError(ExitCode::refusedValue, error.what());
-  }
+  return withSettledSettings(kind, settings);
 }
 
 DockWidget withAssignments(DockWidget widget, const std::vector<Assignment>& assignments,
@@ -145,11 +176,7 @@ DockWidget withAssignments(DockWidget widget, const std::vector<Assignment>& ass
                      fmt::format("a {} widget", widget.kind.title()), assignment.value, now);
   }
   // A value outside its range that was there before is no reason to refuse another change.
-  try {
-    widget.kind = withSettings(widget.kind, settings);
-  } catch (const CodingError& error) {
-    throw HostError(ExitCode::refusedValue, error.what());
-  }
+  widget.kind = withSettledSettings(widget.kind, settings);
   return widget;
 }
 

@@ -117,6 +117,9 @@ JSONValue jsonFromText(const FieldInfo& field, std::string_view text) {
 JSONValue listFromText(const FieldInfo& field, std::string_view text) {
   const bool hasPlainItems =
       field.elementType != FieldType::record && field.elementType != FieldType::list;
+  for (const auto* nothing : {"none", "null", "empty"})
+    if (lowered(text) == nothing)
+      text = {};
   if (text.starts_with('[') || (!text.empty() && !hasPlainItems))
     return jsonFromText(field, text);
   JSONValue::Array values;
@@ -224,6 +227,17 @@ std::string alternatives(const std::vector<std::string>& words) {
   for (std::size_t i = 0; i < words.size(); ++i)
     text += (i == 0 ? "" : i + 1 == words.size() ? " or " : ", ") + words[i];
   return text;
+}
+
+std::string noneCalled(std::string_view what, std::string_view reference,
+                       const std::vector<std::string>& names) {
+  std::string quoted;
+  for (const auto& name : names)
+    quoted += fmt::format("{}\"{}\"", quoted.empty() ? "" : ", ", name);
+  return fmt::format("no {} is called \"{}\"; there {}", what, reference,
+                     names.empty()       ? "are none yet"
+                     : names.size() == 1 ? "is " + quoted
+                                         : "are " + quoted);
 }
 
 JSONValue settingFromText(const FieldInfo& field, std::string_view text, Date now) {

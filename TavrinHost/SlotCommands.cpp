@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <exception>
 #include <fmt/format.h>
 
 namespace tavrin {
@@ -14,8 +15,11 @@ namespace {
 
 using Words = std::vector<std::string>;
 
-/// A slot's number, or the slot of the widget that goes by the reference.
-int slotNamed(const WidgetLibrary& library, const std::string& reference) {
+using Placed = std::map<int, const DockWidget*>;
+
+/// A slot's number, or the slot of the widget that goes by the reference, in what `library` gives:
+/// a number needs no widgets.
+template <class Library> int slotNamed(Library library, const std::string& reference) {
   int slot = 0;
   const auto [end, error] =
       std::from_chars(reference.data(), reference.data() + reference.size(), slot);
@@ -25,16 +29,21 @@ int slotNamed(const WidgetLibrary& library, const std::string& reference) {
                                                       reference, DockSlot::count));
     return slot;
   }
-  const auto& widget = library.find(reference);
+  const DockWidget& widget = library().find(reference);
   if (!widget.slot)
     throw HostError(
         ExitCode::notFound,
         fmt::format("\"{}\" is not placed; `tavrin widgets place \"{}\"` gives it a slot",
                     widget.name, widget.name));
+  if (const auto fault = slotFault(library().file(), widget); !fault.empty())
+    throw HostError(ExitCode::notFound,
+                    fmt::format("{}, so \"{}\" is not shown; `tavrin widgets place \"{}\"` gives "
+                                "it a free one",
+                                fault, widget.name, widget.name));
   return *widget.slot;
 }
 
-std::set<int> slotsNamed(const WidgetLibrary& library, const Words& references) {
+template <class Library> std::set<int> slotsNamed(Library library, const Words& references) {
   std::set<int> slots;
   for (const auto& reference : references)
     slots.insert(slotNamed(library, reference));
@@ -49,9 +58,8 @@ std::set<int> allSlots() {
 }
 
 /// Prints what became of each slot. Throws HostError (failed) when one failed.
-void report(HostContext& context, const WidgetLibrary& library,
+void report(HostContext& context, const Placed& placed,
             const std::vector<SlotControl::Outcome>& outcomes) {
-  const auto placed = library.file().placedWidgets();
   Table table({{"SLOT", true}, {"WIDGET"}, {"STATE"}});
   int failures = 0;
   for (const auto& outcome : outcomes) {
@@ -86,11 +94,11 @@ void offerStarterSet(HostContext& context, WidgetLibrary& library, bool isWanted
   makeStarterSet(library, context.platform().clock().now());
 }
 
-void start(HostContext& context, const Words& references, bool wantsStarterSet) {
-  WidgetLibrary library(context);
-  offerStarterSet(context, library, wantsStarterSet);
+/// The placed slots, or those that are named. Throws HostError where there is no widget to show.
+std::set<int> slotsToStart(const WidgetLibrary& library, const Words& references) {
   const auto placed = library.file().placedWidgets();
-  std::set<int> slots = slotsNamed(library, references);
+  std::set<int> slots = slotsNamed(
+      [&]() -> auto& { return library; }, references);
   for (const int slot : slots)
     if (!placed.contains(slot))
       throw HostError(ExitCode::notFound, fmt::format("no widget is in slot {}", slot));
@@ -100,29 +108,67 @@ void start(HostContext& context, const Words& references, bool wantsStarterSet) 
   if (slots.empty())
     throw HostError(ExitCode::notFound,
                     "no widget is placed; `tavrin widgets place NAME` gives one a slot");
+  return slots;
+}
+
+void start(HostContext& context, const Words& references, bool wantsStarterSet) {
+  WidgetLibrary library(context);
+  offerStarterSet(context, library, wantsStarterSet);
+  const auto slots = slotsToStart(library, references);
   backUpWorkspace(context, WorkspaceBackup::Reason::launch);
   SlotControl control(context);
   const auto outcomes = control.start(slots);
   control.startEditor();
-  report(context, library, outcomes);
+  if (!context.platform().applications().knowsIdentifiers())
+    context.remark("There is no session bus: the widgets follow no change of their settings until "
+                   "`tavrin restart`, and `tavrin open` does not reach them.");
+  report(context, library.file().placedWidgets(), outcomes);
 }
 
 void stop(HostContext& context, const Words& references) {
-  SlotControl control(context);
-  std::vector<SlotControl::Outcome> outcomes;
-  // All of them end even where the widgets cannot be read, which is told then.
-  if (references.empty()) {
-    outcomes = control.stop(allSlots());
-    control.stopEditor();
+  // What runs can be ended even where the widgets cannot be read; that is told afterwards.
+  std::optional<WidgetLibrary> library;
+  std::exception_ptr fault;
+  try {
+    library.emplace(context);
+  } catch (const std::exception&) {
+    fault = std::current_exception();
   }
-  const WidgetLibrary library(context);
+  const auto readable = [&]() -> const WidgetLibrary& {
+    if (fault)
+      std::rethrow_exception(fault);
+    return *library;
+  };
+  SlotControl control(context);
+  const auto outcomes =
+      control.stop(references.empty() ? allSlots() : slotsNamed(readable, references));
   if (references.empty())
+    control.stopEditor();
+  if (references.empty() && library)
     backUpWorkspace(context, WorkspaceBackup::Reason::quit);
-  else
-    outcomes = control.stop(slotsNamed(library, references));
   if (outcomes.empty())
     context.say("Nothing runs.");
-  report(context, library, outcomes);
+  report(context, library ? library->file().placedWidgets() : Placed(), outcomes);
+  readable();
+}
+
+/// What could not be started again is not stopped.
+void restart(HostContext& context, const Words& references) {
+  const WidgetLibrary library(context);
+  slotsToStart(library, references);
+  SlotControl(context).bundlesFolder();
+  stop(context, references);
+  start(context, references, false);
+}
+
+void open(HostContext& context, const Words& references) {
+  const WidgetLibrary library(context);
+  SlotControl control(context);
+  std::vector<SlotControl::Outcome> outcomes;
+  for (const int slot : slotsNamed(
+           [&]() -> auto& { return library; }, references))
+    outcomes.push_back(control.open(slot));
+  report(context, library.file().placedWidgets(), outcomes);
 }
 
 void status(HostContext& context) {
@@ -197,12 +243,7 @@ void addSlotCommands(CLI::App& app, HostContext& context) {
                         {{"tavrin stop", "all of them"}, {"tavrin stop Tea", "this one"}});
 
   auto* restarting = addCommand("restart", "Stop and start the widgets");
-  restarting->callback([=, &context] {
-    // What could not be started again is not stopped.
-    WidgetLibrary{context};
-    stop(context, *references);
-    start(context, *references, false);
-  });
+  restarting->callback([=, &context] { restart(context, *references); });
   HostContext::examples(*restarting, {{"tavrin restart", "after an update"}});
 
   auto* listing = app.add_subcommand("status", "Tell which widgets run");
@@ -212,15 +253,8 @@ void addSlotCommands(CLI::App& app, HostContext& context) {
                                    {"tavrin status --json", "for scripts"}});
 
   auto* opening = addCommand("open", "Open the panel of a widget", true);
-  opening->callback([=, &context] {
-    const WidgetLibrary library(context);
-    SlotControl control(context);
-    std::vector<SlotControl::Outcome> outcomes;
-    for (const int slot : slotsNamed(library, *references))
-      outcomes.push_back(control.open(slot));
-    report(context, library, outcomes);
-  });
-  HostContext::examples(*opening, {{"tavrin open Focus", "as a click on its tile does"}});
+  opening->callback([=, &context] { open(context, *references); });
+  HostContext::examples(*opening, {{"tavrin open Focus", "one that is open stays open"}});
 }
 
 } // namespace tavrin

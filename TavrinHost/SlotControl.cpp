@@ -89,7 +89,7 @@ bool SlotControl::sharesDataFolder(ProcessID process) {
 
 std::optional<int> SlotControl::process(int slot) {
   const auto owner = applications().processOwning(DockSlot::bundleIdentifier(slot));
-  if (owner && isSlotProgram(*owner, slot))
+  if (owner && isSlotProgram(*owner, slot) && sharesDataFolder(*owner))
     return owner;
   // One that runs is found wherever it was started from, whatever the choice for the next start.
   auto places = usualPlaces();
@@ -104,6 +104,13 @@ std::optional<int> SlotControl::process(int slot) {
         return running;
   }
   return std::nullopt;
+}
+
+std::optional<std::string> SlotControl::refusal(int slot) {
+  const auto owner = applications().processOwning(DockSlot::bundleIdentifier(slot));
+  if (!owner || !isSlotProgram(*owner, slot) || sharesDataFolder(*owner))
+    return std::nullopt;
+  return fmt::format("process {} shows this slot of another data folder", *owner);
 }
 
 std::string SlotControl::lastLogLine(int slot) {
@@ -168,8 +175,9 @@ std::vector<SlotControl::Outcome> SlotControl::start(const std::set<int>& slots)
   std::vector<RunningApplications::Launch> launches;
   for (const int slot : slots) {
     const bool runs = process(slot).has_value();
-    outcomes.push_back({slot, true, runs ? "runs already" : "started"});
-    if (runs)
+    const auto refused = runs ? std::nullopt : refusal(slot);
+    outcomes.push_back({slot, !refused, refused ? *refused : runs ? "runs already" : "started"});
+    if (runs || refused)
       continue;
     waiting.push_back(outcomes.size() - 1);
     launches.push_back(launchOf(slot, {"--background"}));
@@ -229,24 +237,28 @@ std::vector<SlotControl::Outcome> SlotControl::stop(const std::set<int>& slots) 
 SlotControl::Outcome SlotControl::open(int slot) {
   const auto identifier = DockSlot::bundleIdentifier(slot);
   if (process(slot)) {
-    if (applications().activate(identifier))
-      return {slot, true, "opened"};
+    if (applications().perform(identifier, "open"))
+      return {slot, true, "panel open"};
     return {slot, false,
             applications().knowsIdentifiers() ? "does not answer"
                                               : "cannot be reached without a session bus"};
   }
+  if (const auto refused = refusal(slot))
+    return {slot, false, *refused};
   // Started by itself, without "--background", a slot opens its panel.
   ProcessID started = 0;
   auto outcome = launch(slot, {}, started);
   if (outcome.isDone)
     waitForLaunched({{&outcome, started}});
+  if (outcome.isDone)
+    outcome.text = "started, panel open";
   return outcome;
 }
 
 void SlotControl::startEditor() {
   auto& files = context_.platform().fileManager();
   const bool hasScreen = files.environment("DISPLAY") || files.environment("WAYLAND_DISPLAY");
-  const std::string identifier(EditService::identifier);
+  const auto identifier = EditService(context_).identifier();
   if (!hasScreen || !applications().knowsIdentifiers() || applications().processOwning(identifier))
     return;
   applications().launch(
@@ -254,7 +266,7 @@ void SlotControl::startEditor() {
 }
 
 void SlotControl::stopEditor() {
-  const auto owner = applications().processOwning(std::string(EditService::identifier));
+  const auto owner = applications().processOwning(EditService(context_).identifier());
   if (owner && applications().programOf(*owner) == context_.platform().program())
     applications().terminate(*owner, false);
 }

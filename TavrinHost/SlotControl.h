@@ -40,7 +40,7 @@ public:
   std::vector<Outcome> start(const std::set<int>& slots);
   /// Asks those that run to end, and ends those that do not within some seconds.
   std::vector<Outcome> stop(const std::set<int>& slots);
-  /// Opens the slot's panel, starting its application when need be.
+  /// Has the slot's panel open, starting its application when need be.
   Outcome open(int slot);
 
   /// The helper that answers edit requests of the slots; started where an editor can be shown.
@@ -55,6 +55,9 @@ private:
   void waitForLaunched(std::vector<std::pair<Outcome*, ProcessID>> launched);
   bool isSlotProgram(ProcessID process, int slot);
   bool sharesDataFolder(ProcessID process);
+  /// Why the slot cannot be had: its identifier belongs to a slot application on another data
+  /// folder. No value where it can.
+  std::optional<std::string> refusal(int slot);
   /// Of what the slot has printed since it was started.
   std::string lastLogLine(int slot);
 

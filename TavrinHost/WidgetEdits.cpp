@@ -130,19 +130,25 @@ DockWidget editOne(HostContext& context, const std::string& reference, Edit edit
 void set(HostContext& context, const std::string& reference, const Words& words) {
   const auto changes = assignments(words);
   const auto now = context.platform().clock().now();
+  JSONValue before;
   const auto widget = editOne(context, reference, [&](const DockWidget& current, const auto&) {
+    before = settingsJSON(current.kind);
     return withAssignments(current, changes, now);
   });
   const auto settings = settingsJSON(widget.kind);
-  for (const auto& field : describeSettings(widget.kind))
-    for (const auto& change : changes)
-      if (change.key.substr(0, change.key.find('.')) == field.key) {
-        const auto* value = settings.member(field.key);
-        context.say(
-            fmt::format("{} = {}", field.key,
-                        printable(settingText(field, value == nullptr ? JSONValue() : *value))));
-        break;
-      }
+  const auto valueIn = [](const JSONValue& record, const std::string& key) {
+    const auto* value = record.member(key);
+    return value == nullptr ? JSONValue() : *value;
+  };
+  for (const auto& field : describeSettings(widget.kind)) {
+    const bool wasNamed = std::ranges::any_of(changes, [&](const Assignment& change) {
+      return change.key.substr(0, change.key.find('.')) == field.key;
+    });
+    // One setting may bring another along.
+    const auto value = valueIn(settings, field.key);
+    if (wasNamed || value != valueIn(before, field.key))
+      context.say(fmt::format("{} = {}", field.key, printable(settingText(field, value))));
+  }
 }
 
 void place(HostContext& context, const Words& references, const std::string& slotText) {
@@ -161,8 +167,11 @@ void place(HostContext& context, const Words& references, const std::string& slo
   WidgetLibrary library(context);
   for (const auto& widget : findAll(library, references))
     sayPlace(context, library.change([&](WidgetStore& store) {
-      if (!store.widget(widget.id))
+      const auto current = store.widget(widget.id);
+      if (!current)
         throw HostError(ExitCode::notFound, fmt::format("\"{}\" is gone", widget.name));
+      if (!slotFault(store.file(), *current).empty())
+        store.releaseSlot(widget.id);
       auto claimed = store.claimSlot(widget.id);
       if (!claimed)
         throwNoFreeSlot();

@@ -1,12 +1,15 @@
 #include "TavrinHost/WidgetLibrary.h"
 
+#include "TavrinCore/Base/Errors.h"
 #include "TavrinCore/Widgets/DockSlot.h"
+#include "TavrinHost/BackupCommands.h"
 #include "TavrinHost/SettingText.h"
 #include "TavrinStorage/StoragePath.h"
 
 #include <algorithm>
 #include <array>
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 #include <unicode/unistr.h>
 
 namespace tavrin {
@@ -29,22 +32,11 @@ std::vector<const DockWidget*> matching(const WidgetsFile& file, Matches matches
   return found;
 }
 
-std::string listed(const std::vector<std::string>& words) {
-  std::string text;
-  for (const auto& word : words)
-    text += (text.empty() ? "" : ", ") + word;
-  return text;
-}
-
 [[noreturn]] void throwNoWidget(const WidgetsFile& file, std::string_view reference) {
   std::vector<std::string> names;
   for (const auto& widget : file.widgets)
-    names.push_back("\"" + widget.name + "\"");
-  throw HostError(ExitCode::notFound,
-                  names.empty()
-                      ? fmt::format("no widget is called \"{}\"; there are none yet", reference)
-                      : fmt::format("no widget is called \"{}\"; there {} {}", reference,
-                                    names.size() == 1 ? "is" : "are", listed(names)));
+    names.push_back(widget.name);
+  throw HostError(ExitCode::notFound, noneCalled("widget", reference, names));
 }
 
 } // namespace
@@ -60,7 +52,28 @@ std::string folded(std::string_view text) {
 WidgetLibrary::WidgetLibrary(HostContext& context) : context_(context) {
   auto& platform = context.platform();
   const StoragePath paths(platform.fileManager(), platform.mainBundle());
-  store_.emplace(paths.widgetsFileURL(), paths.legacyCollectionsFileURL());
+  const auto url = paths.widgetsFileURL();
+  try {
+    store_.emplace(url, paths.legacyCollectionsFileURL());
+  } catch (const FileError& error) {
+    const auto backup = newestWholeBackup(context);
+    throw HostError(
+        ExitCode::failed,
+        fmt::format("{}; {}", error.what(),
+                    backup
+                        ? fmt::format("`tavrin backups restore {}` brings back the copy of {}",
+                                      backup->id(), dateText(backup->date))
+                        : "there is no backup of it, so mend it, or move it away to begin anew"));
+  }
+  warnOfNewerVersion();
+}
+
+void WidgetLibrary::warnOfNewerVersion() const {
+  if (file().version > WidgetsFile::currentVersion)
+    context_.remarkOnce(printable(
+        fmt::format("\"{}\" has version {}, and this tavrin knows version {}: "
+                    "settings unknown to it are lost when it saves, widgets unknown to it stay",
+                    store_->url().string(), file().version, WidgetsFile::currentVersion)));
 }
 
 const DockWidget& WidgetLibrary::find(std::string_view reference) const {
@@ -100,6 +113,18 @@ void WidgetLibrary::announce() {
   context_.platform().notifications().post(std::string(DockSlot::widgetsChangedNotification));
 }
 
+std::string slotFault(const WidgetsFile& file, const DockWidget& widget) {
+  if (!widget.slot)
+    return {};
+  const auto placed = file.placedWidgets();
+  const auto shown = placed.find(*widget.slot);
+  if (shown == placed.end())
+    return fmt::format("there is no slot {}; they are 1 to {}", *widget.slot, DockSlot::count);
+  if (shown->second->id != widget.id)
+    return fmt::format("slot {} shows \"{}\"", *widget.slot, shown->second->name);
+  return {};
+}
+
 const KindInfo& kindNamed(std::string_view reference) {
   const auto word = folded(reference);
   std::vector<const KindInfo*> begun;
@@ -122,7 +147,7 @@ const KindInfo& kindNamed(std::string_view reference) {
   for (const auto& kind : allKinds())
     keys.emplace_back(kind.key);
   throw HostError(ExitCode::notFound, fmt::format("there is no kind \"{}\"; the kinds are {}",
-                                                  reference, listed(keys)));
+                                                  reference, fmt::join(keys, ", ")));
 }
 
 Completer completeWidgets(HostContext& context, bool takesSeveral) {

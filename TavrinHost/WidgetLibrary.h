@@ -14,7 +14,8 @@ namespace tavrin {
 class WidgetLibrary {
 public:
   /// Opens the widgets file, taking over the older file of collections where there is only that.
-  /// Throws FileError and the like when it cannot be read.
+  /// Remarks on a file of a newer version. Throws HostError that names the way back when it cannot
+  /// be read, and FileError where there is no data folder.
   explicit WidgetLibrary(HostContext& context);
 
   const WidgetsFile& file() const { return store_->file(); }
@@ -36,9 +37,15 @@ public:
   void announce();
 
 private:
+  void warnOfNewerVersion() const;
+
   HostContext& context_;
   std::optional<WidgetStore> store_;
 };
+
+/// Why the slot that a widget has does not show it: "there is no slot 77; they are 1 to 12". Empty
+/// where it does, or where the widget has none.
+std::string slotFault(const WidgetsFile& file, const DockWidget& widget);
 
 /// The kind that goes by a key or title, or the start of one, case aside. Throws HostError.
 const KindInfo& kindNamed(std::string_view reference);

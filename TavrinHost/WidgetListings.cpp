@@ -11,8 +11,12 @@ namespace {
 constexpr int nameWidth = 32;
 constexpr int valueWidth = 44;
 
-std::string slotText(const DockWidget& widget) {
-  return widget.slot ? std::to_string(*widget.slot) : "-";
+/// A slot that does not show the widget has a mark.
+Table::Cell slotCell(const DockWidget& widget, const std::string& fault) {
+  if (!widget.slot)
+    return {"-", TextStyle::dim};
+  return fault.empty() ? Table::Cell(std::to_string(*widget.slot), TextStyle::good)
+                       : Table::Cell(fmt::format("{}!", *widget.slot), TextStyle::bad);
 }
 
 JSONValue widgetJSON(const DockWidget& widget) {
@@ -76,12 +80,17 @@ void list(HostContext& context) {
     return;
   }
   Table table({{"SLOT", true}, {"NAME", false, nameWidth}, {"KIND"}, {"SPAN", true}, {"ID"}});
-  for (const auto& widget : library.file().widgets)
-    table.add({{slotText(widget), widget.slot ? TextStyle::good : TextStyle::dim},
+  std::vector<std::string> faults;
+  for (const auto& widget : library.file().widgets) {
+    const auto fault = slotFault(library.file(), widget);
+    if (!fault.empty())
+      faults.push_back(fmt::format("\"{}\": {}", printable(widget.name), printable(fault)));
+    table.add({slotCell(widget, fault),
                {widget.name, TextStyle::bold},
                std::string(widget.kind.key()),
                std::to_string(widget.span),
                {widget.id.text().substr(0, 8), TextStyle::dim}});
+  }
   for (const auto& entry : library.file().unrecognized)
     table.add({{"?", TextStyle::dim},
                {unrecognizedText(entry.raw, "name"), TextStyle::dim},
@@ -94,6 +103,10 @@ void list(HostContext& context) {
     return;
   }
   table.print(context.console());
+  for (const auto& fault : faults)
+    context.say(fault);
+  if (!faults.empty())
+    context.say("`tavrin widgets place NAME` gives a widget a free slot.");
 }
 
 void addFieldRows(Table& table, const std::vector<FieldInfo>& fields, const JSONValue* values,
@@ -133,6 +146,8 @@ void show(HostContext& context, const std::string& reference) {
       widget.kind.title(), widget.slot ? fmt::format("slot {}", *widget.slot) : "not placed",
       widget.span, widget.kind.maxSpan()));
   context.say(console.styled(widget.id.text(), TextStyle::dim));
+  if (const auto fault = slotFault(library.file(), widget); !fault.empty())
+    context.say(console.styled(printable(fault), TextStyle::bad));
   if (fields.empty()) {
     context.say("There is nothing to set.");
     return;

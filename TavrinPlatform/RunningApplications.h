@@ -63,9 +63,9 @@ public:
   /// Asks a process to end, or with `force` ends it.
   virtual void terminate(ProcessID process, bool force) = 0;
 
-  /// Asks the application to come to the front, which starts it where the desktop can.
-  /// Answers whether somebody took the request.
-  virtual bool activate(const std::string& bundleIdentifier) = 0;
+  /// Asks the application for one of its actions ("open" has its panel stand open, "quit" ends it),
+  /// which starts it where the desktop can. Answers whether it took the request.
+  virtual bool perform(const std::string& bundleIdentifier, const std::string& action) = 0;
 };
 
 } // namespace tavrin

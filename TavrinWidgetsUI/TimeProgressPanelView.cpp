@@ -24,7 +24,7 @@ AnyView barRow(const TimeProgressReading& reading, bool isChosen, const PanelPal
   const QColor tint = withContrast(timeProgressTint(reading.scope), colours.ground, 3);
   return hstack(
              {text(nameOf(reading.scope)).weight(weight).colour(ink).width(48, Alignment::leading),
-              bar(reading.fraction).tint(tint).track(colours.track).height(6),
+              bar(reading.fraction).tint(tint).track(colours.secondary).height(6),
               text(QString::number(reading.percentLeft) + "%")
                   .weight(weight)
                   .colour(ink)
@@ -69,8 +69,8 @@ void TimeProgressPanelView::refresh() {
     spoken += nameOf(scope) + QString(" %1% left. ").arg(reading.percentLeft);
     if (scope != settings->scope)
       continue;
-    ring_->setView(timeProgressRing(reading, ringSide, colours().ground, colours().text,
-                                    colours().secondary, colours().track));
+    ring_->setView(
+        timeProgressRing(reading, ringSide, colours().ground, colours().text, colours().secondary));
     ring_->setName(nameOf(scope) + QString(", %1% left").arg(reading.percentLeft));
     scope_->setWords(nameOf(scope));
     left_->setWords(QString::fromStdString(reading.left) + " left");

@@ -32,6 +32,6 @@ AnyView timeProgressTileIcon(const TimeProgressReading& reading, const TileSize&
 AnyView timeProgressWideTile(const TimeProgressReading& reading, const TileSize& size);
 /// The panel's ring, `side` points across.
 AnyView timeProgressRing(const TimeProgressReading& reading, double side, const QColor& ground,
-                         const QColor& ink, const QColor& quiet, const QColor& track);
+                         const QColor& ink, const QColor& quiet);
 
 } // namespace tavrin

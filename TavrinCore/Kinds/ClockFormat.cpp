@@ -4,7 +4,7 @@ namespace tavrin {
 
 ClockFormat::ClockFormat(const ClockSettings& settings, const Calendar& calendar)
     : calendar_(settings.timeZoneID ? calendar.inTimeZone(*settings.timeZoneID) : calendar),
-      uses24Hour_(settings.uses24Hour ? *settings.uses24Hour : calendar.uses24HourClock()),
+      uses24Hour_(settings.uses24Hour ? *settings.uses24Hour : systemUses24Hour(calendar)),
       showsSeconds_(settings.showsSeconds) {}
 
 std::string ClockFormat::time(Date date) const {

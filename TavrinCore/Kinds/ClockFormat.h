@@ -12,6 +12,9 @@ public:
   /// An unknown time zone shows that of `calendar`.
   ClockFormat(const ClockSettings& settings, const Calendar& calendar);
 
+  /// Whether the locale of `calendar` has a 24-hour clock.
+  static bool systemUses24Hour(const Calendar& calendar) { return calendar.uses24HourClock(); }
+
   /// Hours and minutes, with seconds when set; a 12-hour clock carries no AM or PM.
   std::string time(Date date) const;
   /// The full name of the weekday.

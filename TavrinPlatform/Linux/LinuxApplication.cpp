@@ -144,6 +144,15 @@ void LinuxApplication::reopen() {
     onReopen();
 }
 
+void LinuxApplication::show() {
+  if (!isRunning_)
+    early_.emplace_back([this] { show(); });
+  else if (isPanelShown && isPanelShown())
+    setAttention(false);
+  else
+    reopen();
+}
+
 bool LinuxApplication::openFiles(const std::vector<std::filesystem::path>& files) {
   if (!isRunning_) {
     early_.emplace_back([this, files] { openFiles(files); });
@@ -206,6 +215,11 @@ int LinuxApplication::open(sd_bus_message* message, void* self, sd_bus_error* er
 int LinuxApplication::activateAction(sd_bus_message* message, void* self, sd_bus_error* error) {
   const std::string action = textArgument(message);
   auto* application = static_cast<LinuxApplication*>(self);
+  if (action == "open") {
+    const int answered = sd_bus_reply_method_return(message, "");
+    application->show();
+    return answered < 0 ? answered : 1;
+  }
   if (action == "quit") {
     application->terminate();
     return sd_bus_reply_method_return(message, "");

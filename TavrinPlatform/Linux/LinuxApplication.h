@@ -39,8 +39,11 @@ public:
 
   /// The user asks for the application. Ends a request for attention.
   void reopen();
+  /// Somebody wants the panel open: as `reopen` where it is not, which `isPanelShown` tells.
+  void show();
   bool openFiles(const std::vector<std::filesystem::path>& files);
 
+  std::function<bool()> isPanelShown;
   /// Shows or hides the request for attention.
   std::function<void(bool isWanted)> onAttention;
 

@@ -17,6 +17,7 @@
 #include "TavrinPlatform/Linux/LinuxDockTile.h"
 #include "TavrinPlatform/Linux/LinuxFileManager.h"
 #include "TavrinPlatform/Linux/LinuxFolderWatch.h"
+#include "TavrinPlatform/Linux/LinuxGlobalShortcuts.h"
 #include "TavrinPlatform/Linux/LinuxHostStatistics.h"
 #include "TavrinPlatform/Linux/LinuxInputBlocker.h"
 #include "TavrinPlatform/Linux/LinuxMainBundle.h"
@@ -41,7 +42,6 @@
 #include "TavrinPlatform/Linux/UnavailableServices.h"
 #include "TavrinPlatform/Linux/X11.h"
 #include "TavrinPlatform/Linux/X11Pasteboard.h"
-#include "TavrinPlatform/Linux/LinuxGlobalShortcuts.h"
 #include "TavrinStorage/StoragePath.h"
 
 #include <QApplication>
@@ -175,6 +175,7 @@ LinuxPlatform::LinuxPlatform(int& argc, char** argv)
   QApplication::setApplicationName(QString::fromStdString(identifier()));
   application_->watchSignals();
   runLoop_ = std::make_unique<QtRunLoop>();
+  application_->isPanelShown = [this] { return popover_ && popover_->isShown(); };
   application_->onAttention = [this](bool isWanted) {
     if (tile_)
       tile_->setAttention(isWanted);
@@ -219,13 +220,8 @@ UserNotificationCenter& LinuxPlatform::userNotifications() {
   return lazily(userNotifications_, [this] {
     auto center =
         std::make_unique<LinuxNotificationCenter>(bus_.get(), *runLoop_, executable_, log_);
-    center->onClick = [this] {
-      // The panel is what the notice leads to: one that is open stays.
-      if (popover_ && popover_->isShown())
-        application_->cancelUserAttention();
-      else
-        application_->reopen();
-    };
+    // The panel is what the notice leads to.
+    center->onClick = [this] { application_->show(); };
     return center;
   });
 }
@@ -310,8 +306,9 @@ ApplicationLibrary& LinuxPlatform::applications() {
 }
 
 MediaPlayers& LinuxPlatform::mediaPlayers() {
-  return lazily(mediaPlayers_,
-                [this] { return std::make_unique<BusMediaPlayers>(bus_.get(), *runLoop_, clock_); });
+  return lazily(mediaPlayers_, [this] {
+    return std::make_unique<BusMediaPlayers>(bus_.get(), *runLoop_, clock_);
+  });
 }
 
 NearbyDevices& LinuxPlatform::nearbyDevices() {

@@ -138,14 +138,13 @@ std::optional<std::filesystem::path> LinuxRunningApplications::programOf(Process
   const bool isReplaced = text.ends_with(replacedMark);
   if (isReplaced)
     text.resize(text.size() - replacedMark.size());
-  // Slots started together run from one of their links: the first argument names the own one. The
-  // links of a program that was replaced are those of its successor, unless the file was put aside
-  // under another name before, as linkers do: then the first argument is all there is.
+  // Slots started together run from one of their links: the first argument names the own one. Of a
+  // program that was replaced it is all there is: the links of its successor may be others, and
+  // linkers put the old file aside under another name first.
   const auto named = firstArgument(folder);
-  const auto running = isReplaced ? std::filesystem::path(text) : folder / "exe";
-  const bool isPutAside = isReplaced && !std::filesystem::exists(running, error);
-  if (isPutAside ? named.starts_with('/') && std::filesystem::exists(named, error)
-                 : !named.empty() && std::filesystem::equivalent(named, running, error) && !error)
+  if (isReplaced
+          ? named.starts_with('/') && std::filesystem::exists(named, error)
+          : !named.empty() && std::filesystem::equivalent(named, folder / "exe", error) && !error)
     return std::filesystem::canonical(named, error);
   return text;
 }
@@ -228,14 +227,15 @@ void LinuxRunningApplications::terminate(ProcessID process, bool force) {
   kill(process, force ? SIGKILL : SIGTERM);
 }
 
-bool LinuxRunningApplications::activate(const std::string& bundleIdentifier) {
+bool LinuxRunningApplications::perform(const std::string& bundleIdentifier,
+                                       const std::string& action) {
   if (!knowsIdentifiers())
     return false;
   auto path = "/" + bundleIdentifier;
   std::replace(path.begin(), path.end(), '.', '/');
   auto call = bus_->method({bundleIdentifier.c_str(), path.c_str(), "org.freedesktop.Application"},
-                           "Activate");
-  call.append("a{sv}", 0);
+                           "ActivateAction");
+  call.append("sava{sv}", action.c_str(), 0, 0);
   return static_cast<bool>(answerOf(*bus_, call, activationLimit));
 }
 

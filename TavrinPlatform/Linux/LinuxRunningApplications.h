@@ -21,7 +21,7 @@ public:
   std::vector<ProcessID> launchTogether(const std::vector<Launch>& launches) override;
   bool isAlive(ProcessID process) override;
   void terminate(ProcessID process, bool force) override;
-  bool activate(const std::string& bundleIdentifier) override;
+  bool perform(const std::string& bundleIdentifier, const std::string& action) override;
 
 private:
   Bus* bus_;

@@ -4,6 +4,7 @@
 #include "TavrinPlatform/Linux/BusProperties.h"
 #include "TavrinPlatform/Linux/InterfaceFont.h"
 #include "TavrinPlatform/Linux/SystemMonitorEntry.h"
+#include "TavrinPlatform/Linux/ToolkitSettings.h"
 #include "TavrinPlatform/Linux/X11.h"
 
 #include <QProcess>
@@ -23,6 +24,7 @@ const BusAddress power{"net.hadess.PowerProfiles", "/net/hadess/PowerProfiles",
                        "org.freedesktop.DBus.Properties"};
 constexpr const char* appearanceGroup = "org.freedesktop.appearance";
 constexpr const char* interfaceGroup = "org.gnome.desktop.interface";
+constexpr const char* schemeKey = "color-scheme";
 constexpr const char* fontKey = "font-name";
 constexpr std::uint32_t preferDark = 1;
 
@@ -223,7 +225,7 @@ void LinuxWorkspace::watchSettings() const {
     return;
   if (session_ == nullptr || !session_->isOpen()) {
     watches_["settings"] = nullptr;
-    setFontFamily(fontFamilyInSettings(files_));
+    readToolkitSettings();
     return;
   }
   watches_["settings"] = session_->match(
@@ -235,7 +237,15 @@ void LinuxWorkspace::watchSettings() const {
         if (group == appearanceGroup || group == interfaceGroup)
           setPortalValue(key, message);
       });
-  askPortal(appearanceGroup, "color-scheme");
+  // Who has no portal that tells these may be told by Plasma that its own file has changed.
+  watches_["toolkit"] =
+      session_->match("type='signal',path='/KGlobalSettings',member='notifyChange',"
+                      "interface='org.kde.KGlobalSettings'",
+                      [this](sd_bus_message*) {
+                        if (readToolkitSettings())
+                          appearance_.call();
+                      });
+  askPortal(appearanceGroup, schemeKey);
   askPortal(interfaceGroup, "enable-animations");
   askPortal(interfaceGroup, fontKey);
 }
@@ -246,7 +256,7 @@ void LinuxWorkspace::askPortal(const char* group, const char* key) const {
   session_->call(question, [this, name = std::string(key)](sd_bus_message* reply, auto&) {
     if (reply != nullptr)
       setPortalValue(name, reply);
-    else if (name == fontKey && setFontFamily(fontFamilyInSettings(files_)))
+    else if (readToolkitSettings())
       appearance_.call();
   });
 }
@@ -255,10 +265,22 @@ bool LinuxWorkspace::setFontFamily(std::optional<std::string> family) const {
   return std::exchange(fontFamily_, family) != family;
 }
 
+bool LinuxWorkspace::readToolkitSettings() const {
+  bool isChanged = false;
+  if (!portalKeys_.contains(schemeKey)) {
+    const bool isDark = isDarkInSettings(files_);
+    isChanged = std::exchange(isDark_, isDark) != isDark;
+  }
+  if (!portalKeys_.contains(fontKey) && setFontFamily(fontFamilyInSettings(files_)))
+    isChanged = true;
+  return isChanged;
+}
+
 void LinuxWorkspace::setPortalValue(const std::string& key, sd_bus_message* message) const {
+  portalKeys_.insert(key);
   const char type = enterVariants(message);
   bool isChanged = false;
-  if (key == "color-scheme" && type == 'u') {
+  if (key == schemeKey && type == 'u') {
     std::uint32_t scheme = 0;
     sd_bus_message_read_basic(message, 'u', &scheme);
     const bool isDark = scheme == preferDark;

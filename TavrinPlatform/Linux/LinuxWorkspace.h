@@ -7,6 +7,7 @@
 #include "TavrinPlatform/Workspace.h"
 
 #include <map>
+#include <set>
 
 namespace tavrin {
 
@@ -39,6 +40,8 @@ private:
   void watchSettings() const;
   void askPortal(const char* group, const char* key) const;
   void setPortalValue(const std::string& key, sd_bus_message* message) const;
+  /// What the portal does not tell, by the toolkits' own files. Whether something changed.
+  bool readToolkitSettings() const;
   bool setFontFamily(std::optional<std::string> family) const;
 
   const FileManager& files_;
@@ -52,6 +55,8 @@ private:
   std::unique_ptr<ClockWatch> clockWatch_;
   // Questions that only a query brings about.
   mutable std::map<std::string, TokenPtr> watches_;
+  /// What the portal has told.
+  mutable std::set<std::string> portalKeys_;
   mutable bool isLowPower_ = false;
   mutable bool isDark_ = false;
   mutable bool hasAnimations_ = true;

@@ -19,22 +19,23 @@ constexpr double scale = 2;
 constexpr int compressionLevel = 10;
 
 /// Replaces the file for its readers, who see the old picture or the new one. Not flushed to
-/// the disk: a picture lost in a crash is drawn again.
-bool replaceFile(const std::filesystem::path& file, const QByteArray& bytes) {
+/// the disk: a picture lost in a crash is drawn again. 0, or the number of what went wrong.
+int replaceFile(const std::filesystem::path& file, const QByteArray& bytes) {
   const std::string temporary = file.string() + ".new";
   const int descriptor =
       ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, 0644);
   if (descriptor < 0)
-    return false;
+    return errno;
   const auto size = static_cast<std::size_t>(bytes.size());
-  const bool isWritten = ::write(descriptor, bytes.constData(), size) == bytes.size();
+  const auto written = ::write(descriptor, bytes.constData(), size);
+  // Less than all of it was written where the disk is full.
+  int error = written < 0 ? errno : written < bytes.size() ? ENOSPC : 0;
   ::close(descriptor);
-  if (isWritten && std::rename(temporary.c_str(), file.c_str()) == 0)
-    return true;
-  const int error = errno;
-  ::unlink(temporary.c_str());
-  errno = error;
-  return false;
+  if (error == 0 && std::rename(temporary.c_str(), file.c_str()) != 0)
+    error = errno;
+  if (error != 0)
+    ::unlink(temporary.c_str());
+  return error;
 }
 
 } // namespace
@@ -43,6 +44,12 @@ PictureSurface::PictureSurface(std::filesystem::path file, double tileSize, LogS
     : file_(std::move(file)), log_(log, "tile") {
   format_.tileSize = tileSize;
   format_.scale = scale;
+}
+
+PictureSurface::~PictureSurface() {
+  // What is left would pass for a tile that lives.
+  if (!shown_.isNull())
+    ::unlink(file_.c_str());
 }
 
 void PictureSurface::setPlace(const DockTile::Place& place) {
@@ -58,16 +65,22 @@ void PictureSurface::display(const QImage& image) {
   QBuffer buffer(&bytes);
   QImageWriter writer(&buffer, "png");
   writer.setCompression(compressionLevel);
+  if (!writer.write(image))
+    return complain(writer.errorString().toStdString());
   std::error_code error;
   std::filesystem::create_directories(file_.parent_path(), error);
-  if (writer.write(image) && replaceFile(file_, bytes)) {
-    // A copy: the caller goes on painting into the same image.
-    shown_ = image.copy();
-    hasComplained_ = false;
-    return;
-  }
+  if (error)
+    return complain(error.message());
+  if (const int number = replaceFile(file_, bytes); number != 0)
+    return complain(std::strerror(number));
+  // A copy: the caller goes on painting into the same image.
+  shown_ = image.copy();
+  hasComplained_ = false;
+}
+
+void PictureSurface::complain(const std::string& reason) {
   if (!std::exchange(hasComplained_, true))
-    log_.error(failure("write " + file_.string(), std::strerror(errno)));
+    log_.error(failure("write " + file_.string(), reason));
 }
 
 } // namespace tavrin

@@ -5,6 +5,8 @@
 #include "TavrinCore/Desktop/KeyFile.h"
 #include "TavrinStorage/AtomicFile.h"
 
+#include <cstdio>
+
 namespace tavrin {
 
 std::optional<std::string> toolkitSetting(const FileManager& files, const std::string& file,
@@ -23,6 +25,17 @@ std::optional<std::string> toolkitSetting(const FileManager& files, const std::s
     // As if it were not there.
   }
   return found;
+}
+
+bool isDarkInSettings(const FileManager& files) {
+  const auto ground =
+      toolkitSetting(files, "kdeglobals", "Colors:Window", "BackgroundNormal").value_or("");
+  int red = 0;
+  int green = 0;
+  int blue = 0;
+  constexpr int weights[] = {299, 587, 114};
+  return std::sscanf(ground.c_str(), "%3d,%3d,%3d", &red, &green, &blue) == 3 &&
+         (weights[0] * red + weights[1] * green + weights[2] * blue) / 1000 < 128;
 }
 
 std::optional<std::string> iconThemeInSettings(const FileManager& files) {

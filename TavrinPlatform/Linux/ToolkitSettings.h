@@ -12,6 +12,9 @@ namespace tavrin {
 std::optional<std::string> toolkitSetting(const FileManager& files, const std::string& file,
                                           const std::string& group, const std::string& key);
 
+/// Whether the colour scheme in the file "kdeglobals" has dark windows; false where there is none.
+bool isDarkInSettings(const FileManager& files);
+
 /// The icon theme as the toolkits' own files name it.
 std::optional<std::string> iconThemeInSettings(const FileManager& files);
 

@@ -8,7 +8,7 @@ import subprocess
 import time
 import unittest
 
-from rig import BUNDLES, DeskTest, wait_for, widget
+from rig import BUILD, BUNDLES, DeskTest, wait_for, widget
 
 NOW_OFFSET = 978307200
 
@@ -84,6 +84,22 @@ class Changes(Pictures):
         self.desk.write_widgets([one])
         self.assertEqual(second.wait(5), 0)
         self.assertIn("slot 2 has no widget; quitting", self.desk.log(2))
+
+    def test_no_picture_outlives_its_slot(self):
+        one, two, three = (widget("clock", {}, slot) for slot in (1, 2, 3))
+        first, second, third = self.start(one, two, three)
+        self.desk.write_widgets([two, three])  # removed
+        self.assertEqual(first.wait(5), 0)
+        two["slot"] = None
+        self.desk.write_widgets([two, three])  # released
+        self.assertEqual(second.wait(5), 0)
+        # A second one that hands over to the first has no picture to take away.
+        self.assertEqual(self.desk.start_slot(3).wait(5), 0)
+        self.assertEqual([path.name for path in self.desk.pictures.iterdir()],
+                         [self.desk.picture(3).name])
+        third.terminate()
+        self.assertEqual(third.wait(5), 0)
+        self.assertEqual(list(self.desk.pictures.iterdir()), [])
 
     def test_a_corrupt_file_changes_nothing(self):
         record = widget("note", {"text": "kept"}, 1)
@@ -221,18 +237,45 @@ class BadSurroundings(Pictures):
         wait_for(lambda: self.desk.picture(1).exists(), "a picture")
         self.assertIsNone(process.poll())
 
-    def test_a_full_disk_keeps_the_slot_alive_and_the_file_whole(self):
+    def mount_small_disk(self):
+        """A data folder on a disk of its own, with a note in slot 1; its path."""
         folder = self.desk.home / "small"
         folder.mkdir()
         mounted = subprocess.run(["mount", "-t", "tmpfs", "-o", "size=64k", "tmpfs", str(folder)],
                                  stderr=subprocess.DEVNULL)
         if mounted.returncode != 0:
             self.skipTest("this machine does not let a test mount a small disk")
-        self.addCleanup(subprocess.run, ["umount", str(folder)], check=True)
+        self.addCleanup(subprocess.run, ["umount", "-l", str(folder)], check=True)
         self.desk.env["TAVRIN_APP_SUPPORT_DIR"] = str(folder)
+        self.desk.env["TAVRIN_PICTURE_DIR"] = str(folder / "tiles")
         self.desk.data = folder
-        self.desk.write_widgets([widget("note", {"text": "kept"}, 1)], announce=False)
+        self.desk.write_widgets([widget("note", {"text": "kept"}, 1, name="Mine")], announce=False)
+        return folder
+
+    def lives_but_cannot_write(self, folder, reason):
+        """The slot stands, the command refuses with the reason, the file stays as it is."""
         text = (folder / "widgets.json").read_text()
+        process = self.desk.start_slot(1)
+        self.desk.wait_for_name(1)
+        wait_for(lambda: reason in self.desk.log(1), "the picture's fault in the log")
+        tavrin = subprocess.run([str(BUILD / "bin" / "tavrin"), "widgets", "set", "Mine", "text=x"],
+                                env=self.desk.env, capture_output=True, text=True)
+        self.assertEqual(tavrin.returncode, 1)
+        self.assertIn(reason, tavrin.stderr)
+        self.desk.announce()
+        self.assertEqual((folder / "widgets.json").read_text(), text)
+        self.assertIsNone(process.poll())
+        process.terminate()
+        self.assertEqual(process.wait(5), 0)
+        self.assertEqual(self.desk.log(1).count("Failed to write"), 1, "told once")
+
+    def test_an_unwritable_disk_keeps_the_slot_alive_and_the_file_whole(self):
+        folder = self.mount_small_disk()
+        subprocess.run(["mount", "-o", "remount,ro", str(folder)], check=True)
+        self.lives_but_cannot_write(folder, "Read-only file system")
+
+    def test_a_full_disk_keeps_the_slot_alive_and_the_file_whole(self):
+        folder = self.mount_small_disk()
         filler = os.open(folder / "filler", os.O_CREAT | os.O_WRONLY)
         try:
             while os.write(filler, b"x" * 4096):
@@ -241,12 +284,7 @@ class BadSurroundings(Pictures):
             pass
         finally:
             os.close(filler)
-        process = self.desk.start_slot(1)
-        self.desk.wait_for_name(1)
-        self.assertIsNone(process.poll())
-        self.assertEqual((folder / "widgets.json").read_text(), text)
-        process.terminate()
-        self.assertEqual(process.wait(5), 0)
+        self.lives_but_cannot_write(folder, "No space left on device")
 
 
 if __name__ == "__main__":

@@ -132,6 +132,31 @@ class Strip(DeskTest):
         self.desk.activate(3)
         self.wait_closed(2)
 
+    def test_the_panel_follows_its_tile_when_the_strip_moves(self):
+        self.desk.activate(3)
+        wait_for(lambda: self.panel_of(self.slots[2]), "the panel")
+        before = self.tiles[2]
+        # One tile fewer: the strip is shorter and centred anew.
+        self.desk.write_widgets([widget(kind, settings, slot, name=kind.title(), span=1)
+                                 for slot, (kind, settings, _) in enumerate(WIDGETS, start=1)])
+        tile = wait_for(lambda: (moved := self.tile_of(self.slots[2]))
+                        and moved[1] != before[1] and moved, "the tile to move")
+
+        def is_centred():
+            panel = self.panel_of(self.slots[2])
+            return panel and abs(panel[1] + panel[3] / 2 - tile[1] - tile[3] / 2) <= 2
+        wait_for(is_centred, "the panel to follow")
+
+    def test_an_open_panel_that_is_asked_for_stays_open(self):
+        for _ in range(2):
+            self.desk.run("gdbus", "call", "--session", "--dest", self.desk.bundle_identifier(3),
+                          "--object-path", "/dev/quellby/Tavrin/Slot3", "--method",
+                          "org.freedesktop.Application.ActivateAction", "open", "[]", "{}")
+            panel = wait_for(lambda: self.panel_of(self.slots[2]), "the panel")
+        self.desk.activate(3)
+        self.wait_closed(2)
+        self.assertIsNotNone(panel)
+
     def test_a_second_start_hands_over_to_the_first(self):
         second = self.desk.start_slot(3, "--noted")
         self.assertEqual(second.wait(5), 0)

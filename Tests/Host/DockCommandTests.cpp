@@ -143,7 +143,7 @@ TEST_F(DockCommandTest, WritesNothingOnADryRunOrAnError) {
       {{"move", "Mail"}, 2, "say where to"},
       {{"move", "Mail", "--position", "0"}, 5, "is no position"},
       {{"undo"}, 18, "Cannot undo because there is no Dock backup yet"},
-      {{"apply", "Absent"}, 17, "Failed to find profile with id Absent"},
+      {{"apply", "Absent"}, 17, "no profile is called \"Absent\"; there are none yet"},
   };
   for (const auto& one : cases) {
     Words words = {"dock"};

@@ -62,9 +62,10 @@ public:
     if (!stubborn || force)
       programs.erase(process);
   }
-  bool activate(const std::string& identifier) override {
-    activations.push_back(identifier);
-    return true;
+  bool perform(const std::string& identifier, const std::string& action) override {
+    if (hasBus)
+      actions.push_back(action + " " + identifier);
+    return hasBus;
   }
 
   bool hasBus = true;
@@ -74,7 +75,7 @@ public:
   std::map<ProcessID, std::map<std::string, std::string>> environments;
   std::vector<Launch> launches;
   std::vector<std::pair<ProcessID, bool>> terminations;
-  std::vector<std::string> activations;
+  std::vector<std::string> actions;
   std::function<void(const Launch&, ProcessID)> onLaunch;
 };
 

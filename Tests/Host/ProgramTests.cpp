@@ -36,6 +36,14 @@ protected:
     return copy;
   }
 
+  /// A terminal that runs its command, and an editor that makes a focus of 25 minutes one of 50.
+  void makeEditor() const {
+    std::ofstream(home / "terminal") << "#!/bin/sh\nshift\nexec \"$@\"\n";
+    std::ofstream(home / "editor") << "#!/bin/sh\nsed -i 's/1500/3000/' \"$1\"\n";
+    for (const char* program : {"terminal", "editor"})
+      std::filesystem::permissions(home / program, std::filesystem::perms::owner_all);
+  }
+
   int run(const std::string& script, bool withBus = false) {
     std::ofstream(home / "script") << script;
     const std::string environment =
@@ -72,7 +80,14 @@ TEST_F(ProgramTest, ExitStatusAndSentencesReachTheShell) {
   EXPECT_EQ(text("err"), "tavrin: \"focus\" must be 1 min to 2 h, not \"3h\"\n");
   EXPECT_EQ(run("$T widgets show Nobody"), 3);
   EXPECT_EQ(text("err"), "tavrin: no widget is called \"Nobody\"; there is \"Focus\"\n");
-  EXPECT_EQ(run("$T widgets frob"), 2);
+  for (const auto& [words, complaint] :
+       {std::pair("frob", "there is no command \"frob\"\nSee `tavrin --help`."),
+        std::pair("widgets frob", "there is no command \"frob\"\nSee `tavrin widgets --help`."),
+        std::pair("--frob", "there is no option \"--frob\""),
+        std::pair("backups", "A subcommand is required")}) {
+    EXPECT_EQ(run(std::string("$T ") + words), 2);
+    EXPECT_THAT(text("err"), HasSubstr(complaint)) << words;
+  }
   EXPECT_EQ(run("rm -r .local/share/Tavrin 2>/dev/null; mkdir -p $HOME/.local/share; "
                 "rm -rf $HOME/.local/share/Tavrin; echo > $HOME/.local/share/Tavrin; "
                 "$T widgets list"),
@@ -113,11 +128,41 @@ TEST_F(ProgramTest, SlotsStartStandOpenAndStop) {
   ASSERT_EQ(status.array()->size(), 6U);
   for (const auto& slot : *status.array())
     EXPECT_TRUE(*slot.member("isRunning")->boolean()) << slot.compact();
-  EXPECT_EQ(text("notes"), "activated 1\nactivated 2\n");
+  EXPECT_EQ(text("notes"), "open 1\nopen 2\n");
   EXPECT_THAT(text("again"), HasSubstr("runs already"));
   const auto after = JSONValue::parse(text("after"));
   for (const auto& slot : *after.array())
     EXPECT_FALSE(*slot.member("isRunning")->boolean()) << slot.compact();
+}
+
+/// As an installation does while the slots run, by a rename or by putting the old file aside.
+TEST_F(ProgramTest, SlotsWhoseProgramWasReplacedAreFoundAndStopped) {
+  EXPECT_EQ(run(R"sh(set -e
+    $T widgets add clock A --place; $T widgets add clock B --place
+    for bus in "$DBUS_SESSION_BUS_ADDRESS" unix:path=/nowhere; do
+      export DBUS_SESSION_BUS_ADDRESS=$bus
+      $T start
+      for slot in 1 2; do
+        program="$HOME/bundles/Tavrin Slot $slot.app/Contents/MacOS/TavrinSlot"
+        cp "$program" $HOME/new
+        [ $slot = 1 ] || mv "$program" "$program.old"
+        mv $HOME/new "$program"
+        rm -f "$program.old"
+      done
+      $T status --json > $HOME/status
+      $T stop > $HOME/stopped
+      grep -c '"isRunning": true' $HOME/status
+      grep -c ' stopped' $HOME/stopped
+    done)sh",
+                true),
+            0)
+      << text("status") << text("stopped") << text("err");
+  std::istringstream counts(text("out"));
+  std::string found;
+  for (std::string line; std::getline(counts, line);)
+    if (line == "2")
+      found += line;
+  EXPECT_EQ(found, "2222") << text("out");
 }
 
 TEST_F(ProgramTest, WithoutABusSlotsStartAndStopAllTheSame) {
@@ -145,14 +190,12 @@ TEST_F(ProgramTest, TheStoredBusIsFound) {
     exit $status)sh"),
             0)
       << text("err");
-  EXPECT_EQ(text("notes"), "activated 1\n");
+  EXPECT_EQ(text("notes"), "open 1\n");
 }
 
 TEST_F(ProgramTest, EditRequestsOpenTheEditorInATerminal) {
-  std::ofstream(home / "terminal") << "#!/bin/sh\nshift\nexec \"$@\"\n";
-  std::ofstream(home / "editor") << "#!/bin/sh\nsed -i 's/1500/3000/' \"$1\"\n";
+  makeEditor();
   EXPECT_EQ(run(R"sh(
-    chmod +x $HOME/terminal $HOME/editor
     export TERMINAL=$HOME/terminal VISUAL=$HOME/editor
     $T widgets add pomodoro Focus
     id=$($T widgets show Focus --json | sed -n 's/^  "id": "\(.*\)",$/\1/p')
@@ -168,6 +211,33 @@ TEST_F(ProgramTest, EditRequestsOpenTheEditorInATerminal) {
                 true),
             0)
       << text("out") << text("err");
+}
+
+/// Each data folder has a service of its own; a request is for the one that has the widget.
+TEST_F(ProgramTest, EditRequestsOfTwoDataFoldersGoToTheirOwn) {
+  makeEditor();
+  EXPECT_EQ(run(R"sh(
+    export TERMINAL=$HOME/terminal VISUAL=$HOME/editor
+    for folder in one two; do
+      export TAVRIN_APP_SUPPORT_DIR=$HOME/$folder
+      $T widgets add pomodoro Focus
+      $T edit > $HOME/edits-$folder 2>&1 & services="$services $!"
+      until grep -q Waiting $HOME/edits-$folder; do sleep 0.02; done
+      ! $T edit 2> $HOME/refused-$folder || exit 9
+    done
+    id=$($T widgets show Focus --json | sed -n 's/^  "id": "\(.*\)",$/\1/p')
+    dbus-send --session --type=signal /dev/quellby/tavrin/Notifications \
+      dev.quellby.tavrin.Notifications.Posted string:dev.quellby.tavrin.editWidget string:$id
+    for i in $(seq 200); do $T widgets show Focus --json | grep -q '"focus": 3000' && break
+      sleep 0.02; done
+    kill $services
+    $T widgets show Focus --json | grep -q '"focus": 3000' || exit 8
+    cat $HOME/edits-one)sh",
+                true),
+            0)
+      << text("out") << text("err");
+  EXPECT_THAT(text("out"), Not(HasSubstr("tavrin:"))) << "the other's request is none of its own";
+  EXPECT_THAT(text("refused-two"), HasSubstr("another process answers them for this data folder"));
 }
 
 TEST_F(ProgramTest, AClosedTerminalDoesNotHoldUpTheNextRequest) {

@@ -67,6 +67,86 @@ TEST_F(SlotCommandTest, ASlotThatDiesIsReportedWithItsLastWords) {
   EXPECT_THAT(output.str(), HasSubstr("no display"));
 }
 
+/// Of a log that goes back further, only what was said since this start counts.
+TEST_F(SlotCommandTest, OldWordsAreNotTakenForNewOnes) {
+  run({"widgets", "add", "clock", "A", "--place"});
+  platform.running.onLaunch = [&](const auto& launch, int process) {
+    if (platform.running.launches.size() == 1)
+      std::ofstream(launch.log, std::ios::app) << "no display\n";
+    platform.running.programs.erase(process);
+  };
+  EXPECT_EQ(run({"start"}), 1);
+  EXPECT_THAT(output.str(), HasSubstr("no display"));
+  EXPECT_EQ(run({"start"}), 1);
+  EXPECT_THAT(output.str(),
+              testing::AllOf(HasSubstr("said nothing"), testing::Not(HasSubstr("no display"))));
+}
+
+TEST_F(SlotCommandTest, WidgetsThatCannotBeReadKeepNothingFromStoppingAndHaveAWayBack) {
+  run({"widgets", "add", "clock", "A", "--place"});
+  run({"widgets", "add", "clock", "B", "--place"});
+  writeFile("{ not json");
+  EXPECT_EQ(run({"status"}), 1);
+  EXPECT_THAT(errors.str(), HasSubstr("there is no backup of it"));
+  std::filesystem::remove(widgetsFile());
+  run({"widgets", "add", "clock", "A", "--place"});
+  run({"widgets", "add", "clock", "B", "--place"});
+  EXPECT_EQ(run({"start"}), 0) << errors.str();
+  // A backup of the broken file is no way back.
+  writeFile("{ not json");
+  platform.time.date = platform.time.date + 60;
+  EXPECT_EQ(run({"backups", "create"}), 0) << errors.str();
+  const auto launched = platform.running.launches.size();
+  std::string way;
+  for (const auto& words : std::vector<std::vector<std::string>>{
+           {"status"}, {"start"}, {"start", "1"}, {"stop", "A"}, {"restart"}, {"open", "1"}}) {
+    EXPECT_EQ(run(words), 1) << words[0];
+    const auto text = errors.str();
+    const auto begin = text.find("`tavrin backups restore ");
+    ASSERT_NE(begin, std::string::npos) << text;
+    way = text.substr(begin + 24, text.find('`', begin + 1) - begin - 24);
+  }
+  EXPECT_TRUE(platform.running.terminations.empty());
+  EXPECT_EQ(platform.running.launches.size(), launched);
+  EXPECT_EQ(run({"stop", "2"}), 1);
+  EXPECT_THAT(platform.running.terminations, ElementsAre(std::pair(102, false)));
+  EXPECT_THAT(output.str(), HasSubstr("stopped"));
+  EXPECT_EQ(run({"stop"}), 1);
+  EXPECT_EQ(platform.running.terminations.back(), std::pair(101, false));
+  EXPECT_EQ(fileText(), "{ not json");
+  EXPECT_EQ(run({"backups", "restore", way}), 0) << errors.str();
+  EXPECT_EQ(run({"start"}), 0) << errors.str();
+}
+
+TEST_F(SlotCommandTest, WhatCannotBeStartedAgainIsNotStopped) {
+  run({"widgets", "add", "clock", "A", "--place"});
+  run({"start"});
+  EXPECT_EQ(run({"restart", "7"}), 3);
+  platform.files.variables["TAVRIN_BUNDLES"] = "/no/such/folder";
+  EXPECT_EQ(run({"restart"}), 1);
+  EXPECT_THAT(errors.str(), HasSubstr("in \"/no/such/folder\""));
+  EXPECT_TRUE(platform.running.terminations.empty());
+  platform.files.variables["TAVRIN_BUNDLES"] = folder / "bundles";
+  EXPECT_EQ(run({"restart"}), 0) << errors.str();
+  EXPECT_EQ(platform.running.terminations.size(), 1U);
+  EXPECT_EQ(platform.running.launches.size(), 2U);
+}
+
+TEST_F(SlotCommandTest, ASlotOfAnotherDataFolderOnTheSameBusIsToldAndLeftAlone) {
+  run({"widgets", "add", "clock", "A", "--place"});
+  platform.running.owners[identifier(1)] = 7;
+  platform.running.programs[7] = program(1);
+  platform.running.environments[7] = {{"TAVRIN_APP_SUPPORT_DIR", folder / "other"}};
+  for (const auto* command : {"start", "open"}) {
+    EXPECT_EQ(run({command, "1"}), 1);
+    EXPECT_THAT(output.str(), HasSubstr("process 7 shows this slot of another data folder"));
+  }
+  EXPECT_EQ(run({"stop"}), 0);
+  EXPECT_TRUE(platform.running.launches.empty());
+  EXPECT_TRUE(platform.running.actions.empty());
+  EXPECT_TRUE(platform.running.terminations.empty());
+}
+
 TEST_F(SlotCommandTest, ASlotThatDoesNotAnswerIsReportedInBoundedTime) {
   run({"widgets", "add", "clock", "A", "--place"});
   platform.running.onLaunch = nullptr;
@@ -129,6 +209,9 @@ TEST_F(SlotCommandTest, WithoutABusSlotsAreToldByTheirFiles) {
   platform.running.onLaunch = nullptr;
   run({"widgets", "add", "clock", "A", "--place"});
   EXPECT_EQ(run({"start"}), 0) << output.str();
+  EXPECT_THAT(errors.str(), HasSubstr("There is no session bus: the widgets follow no change"));
+  EXPECT_EQ(run({"open", "A"}), 1);
+  EXPECT_THAT(output.str(), HasSubstr("cannot be reached without a session bus"));
   const auto status = json({"status"});
   EXPECT_TRUE(*status.array()->front().member("isRunning")->boolean());
   EXPECT_EQ(status.array()->front().member("process")->integerValue(), 101);
@@ -138,8 +221,10 @@ TEST_F(SlotCommandTest, OpenActivatesARunningSlotAndLaunchesOthersInTheForegroun
   run({"widgets", "add", "clock", "A", "--place"});
   EXPECT_EQ(run({"open", "A"}), 0) << errors.str();
   EXPECT_TRUE(platform.running.launches.front().arguments.empty());
+  EXPECT_TRUE(platform.running.actions.empty()) << "it opens its panel by itself";
   EXPECT_EQ(run({"open", "1"}), 0);
-  EXPECT_THAT(platform.running.activations, ElementsAre(identifier(1)));
+  EXPECT_THAT(output.str(), HasSubstr("panel open"));
+  EXPECT_THAT(platform.running.actions, ElementsAre("open " + identifier(1)));
 }
 
 class EditTest : public HostTest {

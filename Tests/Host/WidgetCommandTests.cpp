@@ -87,6 +87,84 @@ TEST_F(HostTest, EntriesOfANewerVersionSurviveEveryChange) {
             R"({"kind":{"hologram":{"_0":{"x":1e400}}},"n":1.0,"slot":1})");
 }
 
+TEST_F(HostTest, AFileOfANewerVersionIsRemarkedOnAndKeepsItsVersion) {
+  writeFile(R"({"version":99,"widgets":[{"kind":{"hologram":{}}}]})");
+  EXPECT_EQ(run({"widgets", "add", "clock"}), 0);
+  EXPECT_THAT(errors.str(), HasSubstr("has version 99, and this tavrin knows version 1"));
+  const auto file = JSONValue::parse(fileText());
+  EXPECT_EQ(file.member("version")->integerValue(), 99);
+  EXPECT_EQ(file.member("widgets")->array()->back().compact(), R"({"kind":{"hologram":{}}})");
+  // Once, however many times the file is read.
+  EXPECT_EQ(run({"restart"}), 3);
+  EXPECT_EQ(errors.str().find("version 99"), errors.str().rfind("version 99"));
+  writeFile(R"({"version":1,"widgets":[]})");
+  EXPECT_EQ(run({"widgets", "list"}), 0);
+  EXPECT_EQ(errors.str(), "");
+}
+
+TEST_F(HostTest, SlotsThatShowNothingAreMarkedAndLeft) {
+  const auto entry = [](const char* id, const char* name, int slot) {
+    return std::string(R"({"id":"00000000-0000-4000-8000-00000000000)") + id + R"(","name":")" +
+           name + R"(","kind":{"clock":{"_0":{}}},"slot":)" + std::to_string(slot) + "}";
+  };
+  writeFile(R"({"version":1,"widgets":[)" + entry("1", "A", 3) + "," + entry("2", "B", 77) + "," +
+            entry("3", "C", 3) + "]}");
+  EXPECT_EQ(run({"widgets", "list"}), 0);
+  EXPECT_THAT(output.str(),
+              testing::AllOf(HasSubstr("77!"), HasSubstr("\"B\": there is no slot 77"),
+                             HasSubstr("3!"), HasSubstr("\"C\": slot 3 shows \"A\""),
+                             Not(HasSubstr("\"A\":"))));
+  EXPECT_EQ(run({"widgets", "show", "B"}), 0);
+  EXPECT_THAT(output.str(), HasSubstr("there is no slot 77"));
+  for (const auto* name : {"B", "C"}) {
+    EXPECT_EQ(run({"start", name}), 3);
+    EXPECT_THAT(errors.str(), HasSubstr("is not shown")) << name;
+  }
+  EXPECT_EQ(run({"widgets", "place", "A", "B", "C"}), 0);
+  EXPECT_THAT(output.str(),
+              testing::AllOf(HasSubstr("\"A\" is in slot 3"), HasSubstr("\"B\" is in slot 1"),
+                             HasSubstr("\"C\" is in slot 2")));
+  EXPECT_EQ(run({"widgets", "list"}), 0);
+  EXPECT_THAT(output.str(), Not(HasSubstr("!")));
+}
+
+TEST_F(HostTest, AConvertersUnitsFollowItsCategory) {
+  run({"widgets", "add", "converter", "Fever"});
+  struct Case {
+    std::vector<std::string> settings;
+    int code;
+    const char* from;
+    const char* to;
+  };
+  const Case cases[] = {
+      {{"category=mass"}, 0, "kg", "lb"},
+      {{"to=g"}, 0, "kg", "g"},
+      {{"category=length", "from=cm"}, 0, "cm", nullptr},
+      {{"from=kg"}, 5, "cm", nullptr},
+      {{"category=mass", "to=m"}, 5, "cm", nullptr},
+      {{"to=kg", "category=mass"}, 0, nullptr, "kg"},
+      {{"value=3"}, 0, nullptr, "kg"},
+  };
+  for (const auto& one : cases) {
+    std::vector<std::string> words{"widgets", "set", "Fever"};
+    words.insert(words.end(), one.settings.begin(), one.settings.end());
+    EXPECT_EQ(run(words), one.code) << one.settings.front() << errors.str();
+    if (one.code != 0) {
+      EXPECT_THAT(errors.str(), HasSubstr("must be a unit of "));
+    }
+    const auto shown = json({"widgets", "show", "Fever"});
+    if (one.from != nullptr) {
+      EXPECT_EQ(*shown.member("settings")->member("from")->string(), one.from);
+    }
+    if (one.to != nullptr) {
+      EXPECT_EQ(*shown.member("settings")->member("to")->string(), one.to);
+    }
+  }
+  EXPECT_EQ(run({"widgets", "set", "Fever", "category=temperature"}), 0);
+  EXPECT_THAT(output.str(), testing::AllOf(HasSubstr("from = "), HasSubstr("to = ")))
+      << "what came along is told";
+}
+
 TEST_F(HostTest, ACorruptFileIsLeftAsItIs) {
   writeFile("{ not json");
   EXPECT_EQ(run({"widgets", "add", "clock"}), 1);

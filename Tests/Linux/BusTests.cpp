@@ -1,4 +1,7 @@
 #include "TavrinPlatform/Linux/BusNotificationCenter.h"
+#include "TavrinPlatform/Linux/LinuxFileManager.h"
+#include "TavrinPlatform/Linux/LinuxWorkspace.h"
+#include "TavrinPlatform/Linux/PictureSurface.h"
 #include "TavrinPlatform/Linux/QtRunLoop.h"
 #include "Tests/Linux/Desk.h"
 
@@ -120,6 +123,7 @@ TEST(Application, AnswersTheDesktop) {
   ASSERT_TRUE(program.says("started"));
   EXPECT_EQ(callApplication("Activate '{}'"), "()");
   EXPECT_TRUE(program.says("opened"));
+  EXPECT_EQ(callApplication("ActivateAction open '[]' '{}'"), "()");
   EXPECT_EQ(callApplication("Open \"['file:///tmp/x%20y', 'https://h/']\" '{}'"), "()");
   EXPECT_TRUE(program.says("open /tmp/x y"));
   EXPECT_NE(callApplication("Open \"['file:///tmp/x.refused']\" '{}'").find("takes no such files"),
@@ -160,6 +164,60 @@ TEST(PictureSurface, TheFileChangesWithThePicture) {
   const std::string before = shell("md5sum < " + file);
   EXPECT_TRUE(eventually([&] { return shell("md5sum < " + file) != before; }));
   EXPECT_EQ(shell("ls " + folder), "dev.test.Slot1.png") << "nothing half written";
+  program.terminate();
+  EXPECT_TRUE(program.says("ended"));
+  EXPECT_TRUE(program.ends());
+  EXPECT_EQ(shell("ls " + folder), "") << "it would pass for a tile that lives";
+}
+
+TEST(PictureSurface, SaysWhyThereIsNoFile) {
+  struct Sink final : LogSink {
+    void write(LogLevel, std::string_view, std::string_view, std::string_view message) override {
+      lines.emplace_back(message);
+    }
+    std::vector<std::string> lines;
+  } log;
+  const fs::path home = std::getenv("HOME");
+  std::ofstream(home / "plain") << "x";
+  fs::create_directories(home / "taken.png");
+  const std::pair<fs::path, const char*> cases[] = {
+      {home / "plain/tiles/a.png", "Not a directory"},
+      {home / "taken.png", "Is a directory"},
+      {"/proc/none/a.png", "No such file or directory"}};
+  QImage image(4, 4, QImage::Format_ARGB32_Premultiplied);
+  for (const auto& [file, reason] : cases) {
+    PictureSurface surface(file, 48, log);
+    log.lines.clear();
+    for (const QColor colour : {Qt::red, Qt::green}) {
+      image.fill(colour);
+      errno = EBADF; // of something before
+      surface.display(image);
+    }
+    ASSERT_EQ(log.lines.size(), 1U) << file;
+    EXPECT_EQ(log.lines.front(), "Failed to write " + file.string() + " because " + reason);
+  }
+}
+
+/// A desk without a settings portal.
+TEST(Workspace, FollowsPlasmasColourSchemeByItself) {
+  const fs::path home = fs::path(std::getenv("HOME")) / "plasma";
+  fs::create_directories(home / ".config");
+  const LinuxFileManager files({{"HOME", home.string()}});
+  const auto bus = Bus::session();
+  LinuxWorkspace workspace(files, bus.get(), [] { return nullptr; });
+  int changes = 0;
+  const auto observation = workspace.observeAppearance([&] { ++changes; });
+  for (const char* ground : {"42,46,50", "239,240,241"}) {
+    std::ofstream(home / ".config/kdeglobals")
+        << "[Colors:Window]\nBackgroundNormal=" << ground << "\n";
+    const int before = changes;
+    EXPECT_TRUE(untilTrue([&] {
+      shell("gdbus emit --session --object-path /KGlobalSettings --signal "
+            "org.kde.KGlobalSettings.notifyChange 0 0");
+      return changes > before;
+    })) << ground;
+    EXPECT_EQ(workspace.prefersDarkAppearance(), ground[0] == '4');
+  }
 }
 
 std::string mockCalls(const std::string& method) {

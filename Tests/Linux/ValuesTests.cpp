@@ -6,6 +6,7 @@
 #include "TavrinPlatform/Linux/LinuxUserFiles.h"
 #include "TavrinPlatform/Linux/PopoverLayout.h"
 #include "TavrinPlatform/Linux/StripLayout.h"
+#include "TavrinPlatform/Linux/ToolkitSettings.h"
 #include "TavrinPlatform/Linux/Trash.h"
 #include "TavrinPlatform/Linux/UserFolders.h"
 
@@ -151,6 +152,22 @@ TEST(InterfaceFont, ComesFromTheGeneralGroup) {
   home.write(".config/kdeglobals",
              "[WM]\nfont=No\n[General]\nfixed=Hack,9\nfont=Noto Sans,10,-1,5,50\n");
   EXPECT_EQ(fontFamilyInSettings(files), "Noto Sans");
+}
+
+TEST(ToolkitSettings, AColourSchemeIsDarkByItsWindows) {
+  const Folder home;
+  const LinuxFileManager files({{"HOME", home.path.string()}});
+  EXPECT_FALSE(isDarkInSettings(files));
+  for (const auto& [ground, isDark] :
+       {std::pair("BackgroundNormal=42,46,50", true),
+        std::pair("BackgroundNormal=239,240,241", false),
+        std::pair("BackgroundNormal=0,0,255", true), std::pair("BackgroundNormal=", false),
+        std::pair("BackgroundNormal=#2a2e32", false), std::pair("BackgroundNormal=1,2", false)}) {
+    home.write(".config/kdeglobals", std::string("[Colors:View]\nBackgroundNormal=0,0,0\n"
+                                                 "[Colors:Window]\n") +
+                                         ground + "\n");
+    EXPECT_EQ(isDarkInSettings(files), isDark) << ground;
+  }
 }
 
 TEST(StripLayout, CellsStandCentredOnTheEdge) {

@@ -1,6 +1,7 @@
 #include "Tests/Slot/SlotFixture.h"
 
 #include <QPixmap>
+#include <fstream>
 
 namespace tavrin::test {
 namespace {
@@ -46,6 +47,60 @@ TEST_P(NonsenseSettings, AreShownAsFarAsTheyGo) {
     EXPECT_EQ(platform_.center.count("dev.quellby.tavrin.widgetsChanged"), 0);
     EXPECT_EQ(platform_.fakeApplication.terminations, 0);
     app_.reset();
+  }
+}
+
+/// Values that no editor writes, each in turn for each setting of each kind.
+std::vector<std::pair<const char*, std::string>> worstValues() {
+  std::string deep(100, '[');
+  deep += std::string(100, ']');
+  return {{"null", "null"},
+          {"zero", "0"},
+          {"negative", "-1"},
+          {"an integer's least", "-2147483648"},
+          {"an integer's most", "2147483647"},
+          {"beyond integers", "9223372036854775808"},
+          {"vast", "1e308"},
+          {"vast and negative", "-1e308"},
+          {"beyond numbers", "1e400"},
+          {"a switch", "true"},
+          {"no text", R"("")"},
+          {"marks", R"("\u202e\u0000<b>%1")"},
+          {"a long text", '"' + longText + '"'},
+          {"no list", "[]"},
+          {"a list of nothing", "[null]"},
+          {"a list of texts", R"(["","a"])"},
+          {"a list of vast numbers", "[1e308,-1e308,0]"},
+          {"no record", "{}"},
+          {"a deep list", deep}};
+}
+
+/// The slot shows what it can read, and where it cannot it ends and leaves the file as it is.
+TEST_F(SlotTest, EverySettingOfEveryKindAtItsWorst) {
+  const auto widgetsFile = folder_ / "widgets.json";
+  for (const auto& info : allKinds()) {
+    const auto kind = *freshKind(info.key, platform_.fakeClock.now());
+    for (const auto& field : describeSettings(kind)) {
+      for (const auto& [name, value] : worstValues()) {
+        SCOPED_TRACE(std::string(info.key) + "." + field.key + ": " + name);
+        auto entry = encode(DockWidget(UUID::random(), "A widget", 3, kind, 1));
+        auto& payload = entry.object()->at("kind").object()->begin()->second;
+        auto& settings = payload.member("_0") != nullptr ? payload.object()->at("_0") : payload;
+        (*settings.object())[field.key] = JSONValue::parse(value);
+        const auto text = R"({"version":1,"widgets":[)" + entry.compact() + "]}";
+        std::ofstream(widgetsFile) << text;
+        platform_.fakeApplication.terminations = 0;
+        SlotApp app(platform_);
+        app.applicationDidFinishLaunching();
+        EXPECT_EQ(platform_.fakeApplication.terminations, app.widget() ? 0 : 1);
+        app.applicationShouldHandleReopen(false);
+        EXPECT_EQ(platform_.fakePopover.shown, app.widget().has_value());
+        platform_.loop.advance(2);
+        platform_.fakePopover.close();
+        std::ifstream kept(widgetsFile);
+        EXPECT_EQ(std::string(std::istreambuf_iterator<char>(kept), {}), text);
+      }
+    }
   }
 }
 

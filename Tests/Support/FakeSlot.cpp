@@ -1,5 +1,5 @@
 /// Stands for a slot application in tests of what starts and stops them: owns its bundle's
-/// identifier and notes activations. FAKE_SLOT_FAULT is "die" or "stubborn".
+/// identifier and notes the actions it is asked for. FAKE_SLOT_FAULT is "die" or "stubborn".
 #include "TavrinPlatform/Linux/ProcessFamily.h"
 
 #include <csignal>
@@ -12,14 +12,17 @@
 
 namespace {
 
-int activate(sd_bus_message* call, void* slot, sd_bus_error*) {
+int activateAction(sd_bus_message* call, void* slot, sd_bus_error*) {
+  const char* action = "";
+  sd_bus_message_read_basic(call, 's', &action);
   std::ofstream(std::getenv("FAKE_SLOT_NOTES"), std::ios::app)
-      << "activated " << *static_cast<std::string*>(slot) << '\n';
+      << action << ' ' << *static_cast<std::string*>(slot) << '\n';
   return sd_bus_reply_method_return(call, "");
 }
 
-const sd_bus_vtable table[] = {
-    SD_BUS_VTABLE_START(0), SD_BUS_METHOD("Activate", "a{sv}", "", activate, 0), SD_BUS_VTABLE_END};
+const sd_bus_vtable table[] = {SD_BUS_VTABLE_START(0),
+                               SD_BUS_METHOD("ActivateAction", "sava{sv}", "", activateAction, 0),
+                               SD_BUS_VTABLE_END};
 
 } // namespace
 

@@ -5,8 +5,11 @@
 #include "TavrinWidgetsUI/Kit/ViewRenderer.h"
 #include "TavrinWidgetsUI/NoteViews.h"
 #include "TavrinWidgetsUI/TimeProgressViews.h"
+#include "Tests/Kit/Pixels.h"
 
+#include <cmath>
 #include <gtest/gtest.h>
+#include <numbers>
 
 namespace tavrin::test {
 namespace {
@@ -96,6 +99,27 @@ TEST(TimeProgressReading, SaysWhatIsLeft) {
   EXPECT_EQ(left(TimeProgressScope::week), "4 days 9 h");
   EXPECT_EQ(left(TimeProgressScope::month), "21 days");
   EXPECT_EQ(left(TimeProgressScope::year), "113 days");
+}
+
+/// As much of the ring has the ink of the word "left" as the number says.
+TEST(TimeProgressRing, AgreesWithItsNumber) {
+  const Calendar berlin("Europe/Berlin", "en_US");
+  constexpr double side = 200;
+  constexpr double radius = side / 2 - 0.085 * side / 2;
+  constexpr int places = 720;
+  for (const auto scope : allTimeProgressScopes) {
+    const auto reading = TimeProgressReading::at(afternoon, scope, berlin);
+    const auto image = rendered(
+        timeProgressRing(reading, side, palette::white, palette::black, Qt::gray), {side, side});
+    int left = 0;
+    for (int i = 0; i < places; ++i) {
+      const double angle = 2 * std::numbers::pi * i / places;
+      const QPointF place(side / 2 + radius * std::sin(angle), side / 2 - radius * std::cos(angle));
+      left += isNear(image.pixelColor(place.toPoint()), Qt::gray) ? 1 : 0;
+    }
+    // The round ends of the other part reach into it.
+    EXPECT_NEAR(100.0 * left / places, reading.percentLeft, 4);
+  }
 }
 
 TEST(NoteInk, CanBeReadOnAnyPaper) {
