@@ -24,6 +24,7 @@ const BusAddress power{"net.hadess.PowerProfiles", "/net/hadess/PowerProfiles",
 constexpr const char* appearanceGroup = "org.freedesktop.appearance";
 constexpr const char* interfaceGroup = "org.gnome.desktop.interface";
 constexpr const char* fontKey = "font-name";
+constexpr const char* fontInXSettings = "Gtk/FontName";
 constexpr std::uint32_t preferDark = 1;
 
 /// Steps into variants, however many lie round the value. The type inside.
@@ -221,11 +222,18 @@ TokenPtr LinuxWorkspace::observeAppearance(std::function<void()> handler) {
 void LinuxWorkspace::watchSettings() const {
   if (watches_.contains("settings"))
     return;
+  xsettings_ = std::make_unique<DesktopXSettings>();
+  xsettings_->onChange = [this] {
+    if (setPortalFont(portalFont_))
+      appearance_.call();
+  };
   if (session_ == nullptr || !session_->isOpen()) {
     watches_["settings"] = nullptr;
-    setFontFamily(fontFamilyInSettings(files_));
+    setPortalFont({});
     return;
   }
+  if (xsettings_->text(fontInXSettings))
+    setPortalFont({});
   watches_["settings"] = session_->match(
       "type='signal',path='/org/freedesktop/portal/desktop',member='SettingChanged',"
       "interface='org.freedesktop.portal.Settings'",
@@ -246,12 +254,17 @@ void LinuxWorkspace::askPortal(const char* group, const char* key) const {
   session_->call(question, [this, name = std::string(key)](sd_bus_message* reply, auto&) {
     if (reply != nullptr)
       setPortalValue(name, reply);
-    else if (name == fontKey && setFontFamily(fontFamilyInSettings(files_)))
+    else if (name == fontKey && setPortalFont({}))
       appearance_.call();
   });
 }
 
-bool LinuxWorkspace::setFontFamily(std::optional<std::string> family) const {
+bool LinuxWorkspace::setPortalFont(const std::string& description) const {
+  portalFont_ = description;
+  // Outside of GNOME the portal often tells GNOME's default.
+  auto family = fontFamilyOf(xsettings_->text(fontInXSettings).value_or(portalFont_));
+  if (!family)
+    family = fontFamilyInSettings(files_);
   return std::exchange(fontFamily_, family) != family;
 }
 
@@ -268,7 +281,7 @@ void LinuxWorkspace::setPortalValue(const std::string& key, sd_bus_message* mess
     sd_bus_message_read_basic(message, 'b', &isEnabled);
     isChanged = std::exchange(hasAnimations_, isEnabled != 0) != (isEnabled != 0);
   } else if (key == fontKey && type == 's') {
-    isChanged = setFontFamily(fontFamilyOf(textArgument(message)));
+    isChanged = setPortalFont(textArgument(message));
   }
   if (isChanged)
     appearance_.call();

@@ -3,6 +3,7 @@
 #include "TavrinPlatform/FileManager.h"
 #include "TavrinPlatform/Linux/Bus.h"
 #include "TavrinPlatform/Linux/ClockWatch.h"
+#include "TavrinPlatform/Linux/DesktopXSettings.h"
 #include "TavrinPlatform/Linux/HandlerList.h"
 #include "TavrinPlatform/Workspace.h"
 
@@ -39,7 +40,8 @@ private:
   void watchSettings() const;
   void askPortal(const char* group, const char* key) const;
   void setPortalValue(const std::string& key, sd_bus_message* message) const;
-  bool setFontFamily(std::optional<std::string> family) const;
+  /// Whether the family is another one now.
+  bool setPortalFont(const std::string& description) const;
 
   const FileManager& files_;
   Bus* session_;
@@ -55,6 +57,8 @@ private:
   mutable bool isLowPower_ = false;
   mutable bool isDark_ = false;
   mutable bool hasAnimations_ = true;
+  mutable std::unique_ptr<DesktopXSettings> xsettings_;
+  mutable std::string portalFont_;
   mutable std::optional<std::string> fontFamily_;
 };
 
