@@ -131,7 +131,7 @@ void AirDropPanelView::refresh() {
   setTitle(QString::fromStdString(model_.widget().name));
   setState(isSending ? QStringLiteral("Sending")
            : state == Progress::sent
-               ? (model_.isHandedOver() ? QStringLiteral("Handed over") : QStringLiteral("Sent"))
+               ? (model_.isHandedOver() ? QStringLiteral("Passed on") : QStringLiteral("Sent"))
            : state == Progress::failed ? QStringLiteral("Not sent")
                                        : QString(),
            state == Progress::failed ? State::trouble

@@ -46,8 +46,7 @@ QString airDropWord(const AirDropTileState& state) {
   case State::sending:
     return QStringLiteral("Sending to %1").arg(state.deviceName);
   case State::sent:
-    return (state.isHandedOver ? QStringLiteral("Handed over for %1")
-                               : QStringLiteral("Sent to %1"))
+    return (state.isHandedOver ? QStringLiteral("Passed on to %1") : QStringLiteral("Sent to %1"))
         .arg(state.deviceName);
   case State::failed:
     return QStringLiteral("Not sent");
@@ -61,17 +60,16 @@ namespace {
 std::pair<QString, QString> wideWords(const AirDropTileState& state) {
   switch (state.state) {
   case State::idle:
-    return {QStringLiteral("Drop files"), QStringLiteral("here to send")};
+    return {QStringLiteral("Drop files"), QStringLiteral("to send")};
   case State::choosing:
-    return {fileCountText(state.fileCount), QStringLiteral("Click to send")};
+    return {fileCountText(state.fileCount), QStringLiteral("to send")};
   case State::sending:
     return {QStringLiteral("Sending"), QStringLiteral("to %1").arg(state.deviceName)};
   case State::sent:
-    if (state.isHandedOver)
-      return {QStringLiteral("Handed over"), QStringLiteral("for %1").arg(state.deviceName)};
-    return {QStringLiteral("Sent"), QStringLiteral("to %1").arg(state.deviceName)};
+    return {state.isHandedOver ? QStringLiteral("Passed on") : QStringLiteral("Sent"),
+            QStringLiteral("to %1").arg(state.deviceName)};
   case State::failed:
-    return {QStringLiteral("Not sent"), QStringLiteral("Click to see why")};
+    return {QStringLiteral("Not sent"), QStringLiteral("Try again")};
   }
   return {};
 }

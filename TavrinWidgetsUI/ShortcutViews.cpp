@@ -44,6 +44,8 @@ QString shortWord(const ShortcutTileState& state) {
       return (state.result.isSignal ? QStringLiteral("Signal %1") : QStringLiteral("Status %1"))
           .arg(state.result.status);
     break;
+  case State::done:
+    return state.line.isEmpty() ? QStringLiteral("Done") : state.line;
   case State::timedOut:
     return QStringLiteral("Timed out");
   case State::stopped:
@@ -153,7 +155,7 @@ AnyView shortcutWideTile(const ShortcutTileState& state, const ShortcutSettings&
                                .size(std::max(size.body() * 0.235, minimumTypeSize))
                                .weight(FontWeight::semibold)
                                .colour(grounds.ink),
-                           text(size.span == 2 ? shortWord(state) : word(state))
+                           text(size.span < 4 ? shortWord(state) : word(state))
                                .size(std::max(size.body() * 0.185, minimumTypeSize))
                                .colour(palette::caption(middle))})
                        .align(Alignment::leading)

@@ -72,7 +72,7 @@ TEST_F(AirDropWidget, ASendingIsCalledOffAndAnotherDeviceChosen) {
       words().contains("Failed to send a to Laptop because the device refused it or is gone"));
   devices().onOpen(0);
   nearby().done({{}, true});
-  EXPECT_EQ(platform_.tile.value, "Handed over for Phone");
+  EXPECT_EQ(platform_.tile.value, "Passed on to Phone");
 }
 
 TEST_F(AirDropWidget, FilesDroppedMeanwhileWait) {
