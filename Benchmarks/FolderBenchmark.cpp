@@ -109,7 +109,8 @@ private:
   void draw() {
     FilesReading reading{true, false, roll_.unseenCount(), 0, {}};
     for (const FolderFile& file : roll_.files()) {
-      reading.files.push_back({fileSheet(file.path, false, {}), fileTitle(file.path), "now"});
+      reading.files.push_back(
+          {fileSheet(file.path, false, {}), fileTitle(file.path), "now", "1 MB"});
       if (reading.files.size() == mostTileFiles)
         break;
     }

@@ -140,6 +140,29 @@ def bench_alone():
         desk.close()
 
 
+def bench_closed_panels():
+    print("One slot of a kind, before its panel and three seconds after")
+    for kind in ("timer", "emoji", "pet", "collection"):
+        desk = Desk()
+        try:
+            settings = {"apps": []} if kind == "collection" else {}
+            desk.write_widgets([widget(kind, settings, 1)], announce=False)
+            process = desk.start_slot(1)
+            desk.wait_for_name(1)
+            tiles = len(wait_for(lambda: desk.windows(process.pid), "the tile"))
+            time.sleep(3)
+            row(f"{kind}: private dirty before", memory(process.pid)["Private_Dirty"], "MB", 3.5)
+            for _ in range(3):
+                desk.activate(1)
+                wait_for(lambda: len(desk.windows(process.pid)) > tiles, "the panel", 10)
+                time.sleep(1.5)
+                desk.activate(1)
+                time.sleep(3)
+            row(f"{kind}: private dirty after", memory(process.pid)["Private_Dirty"], "MB", 4.5)
+        finally:
+            desk.close()
+
+
 def bench_growth(renders=10_000, openings=1_000):
     import dbus
     desk = Desk()
@@ -232,6 +255,7 @@ if __name__ == "__main__":
     quick = "--quick" in sys.argv
     bench_twelve()
     bench_alone()
+    bench_closed_panels()
     bench_growth(*((500, 50) if quick else ()))
     bench_peers()
     print(f"Load of this machine now: {os.getloadavg()[0]:.2f} on {os.cpu_count()} cores")

@@ -63,9 +63,9 @@ EmojiSettings EmojiWidgetController::settings() const {
 
 std::vector<Emoji> EmojiWidgetController::recents() const {
   const EmojiStore* store = store_.get();
-  EmojiRecents record{1, store != nullptr ? store->recents() : std::vector<Emoji>{}};
-  record.repair();
-  return record.recents;
+  EmojiHistory history = store != nullptr ? store->history() : EmojiHistory{};
+  history.repair();
+  return history.recents;
 }
 
 void EmojiWidgetController::panelWillOpen() {

@@ -60,8 +60,8 @@ AnyView FileRollWidgetController::tileView(const TileSize& size) const {
     const QImage picture = i == 0 ? roll_.picture(file) : QImage();
     reading.files.push_back(
         {fileSheet(file.path, false, picture), fileTitle(file.path),
-         momentText(file.date, platform().clock().now()) + " · " +
-             QString::fromStdString(byteText(static_cast<std::int64_t>(file.size)))});
+         momentText(file.date, platform().clock().now()),
+         QString::fromStdString(byteText(static_cast<std::int64_t>(file.size)))});
   }
   if (!size.isWide())
     return filesTileIcon(reading, size);

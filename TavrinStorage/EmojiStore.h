@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TavrinCore/Kinds/EmojiRecents.h"
+#include "TavrinCore/Kinds/EmojiHistory.h"
 #include "TavrinStorage/SharedRecord.h"
 
 namespace tavrin {
@@ -13,19 +13,20 @@ public:
   EmojiStore(std::filesystem::path url, DistributedNotificationCenter& notifications)
       : file_(std::move(url), changedNotification, notifications) {}
 
-  const std::vector<Emoji>& recents() const { return file_.value().recents; }
+  const std::filesystem::path& url() const { return file_.url(); }
+  const EmojiHistory& history() const { return file_.value(); }
 
   void reload() { file_.reload(); }
   /// By value: the recents that the emoji may be taken from are read anew first.
   void add(Emoji emoji, int limit) {
-    file_.change([&](EmojiRecents& record) { record.add(emoji, limit); });
+    file_.change([&](EmojiHistory& history) { history.add(emoji, limit); });
   }
   void clear() {
-    file_.change([](EmojiRecents& record) { record.recents.clear(); });
+    file_.change([](EmojiHistory& history) { history.recents.clear(); });
   }
 
 private:
-  SharedRecord<EmojiRecents> file_;
+  SharedRecord<EmojiHistory> file_;
 };
 
 } // namespace tavrin

@@ -113,8 +113,7 @@ void AirDropPanelView::showWords() {
   empty_->setStep({}, {});
   empty_->setHint({});
   if (!model_.isAvailable()) {
-    empty_->setSentence("exclamationmark.triangle.fill",
-                        "This desktop has nothing to send files with");
+    empty_->setSentence("exclamationmark.triangle.fill", "Nothing here can send files");
     empty_->setHint("Install KDE Connect here and on the other device, or switch Bluetooth on.");
   } else {
     empty_->setSentence("dot.radiowaves.up.forward", "No device is near");
@@ -132,7 +131,7 @@ void AirDropPanelView::refresh() {
   setTitle(QString::fromStdString(model_.widget().name));
   setState(isSending ? QStringLiteral("Sending")
            : state == Progress::sent
-               ? (model_.isHandedOver() ? QStringLiteral("Handed over") : QStringLiteral("Sent"))
+               ? (model_.isHandedOver() ? QStringLiteral("Passed on") : QStringLiteral("Sent"))
            : state == Progress::failed ? QStringLiteral("Not sent")
                                        : QString(),
            state == Progress::failed ? State::trouble
@@ -146,7 +145,9 @@ void AirDropPanelView::refresh() {
   else if (state == Progress::sent)
     detail_->setWords(
         model_.isHandedOver()
-            ? QStringLiteral("KDE Connect sends it to %1 from here.").arg(model_.deviceName())
+            ? QStringLiteral("KDE Connect sends %1 to %2.")
+                  .arg(model_.files().size() == 1 ? QStringLiteral("it") : QStringLiteral("them"),
+                       model_.deviceName())
             : airDropWord(tile));
   else if (model_.size())
     detail_->setWords(QString::fromStdString(byteText(*model_.size())));

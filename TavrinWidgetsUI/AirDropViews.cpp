@@ -46,14 +46,35 @@ QString airDropWord(const AirDropTileState& state) {
   case State::sending:
     return QStringLiteral("Sending to %1").arg(state.deviceName);
   case State::sent:
-    return (state.isHandedOver ? QStringLiteral("Handed over for %1")
-                               : QStringLiteral("Sent to %1"))
+    return (state.isHandedOver ? QStringLiteral("Passed on to %1") : QStringLiteral("Sent to %1"))
         .arg(state.deviceName);
   case State::failed:
     return QStringLiteral("Not sent");
   }
   return {};
 }
+
+namespace {
+
+/// The two lines of a wide tile.
+std::pair<QString, QString> wideWords(const AirDropTileState& state) {
+  switch (state.state) {
+  case State::idle:
+    return {QStringLiteral("Drop files"), QStringLiteral("to send")};
+  case State::choosing:
+    return {fileCountText(state.fileCount), QStringLiteral("to send")};
+  case State::sending:
+    return {QStringLiteral("Sending"), QStringLiteral("to %1").arg(state.deviceName)};
+  case State::sent:
+    return {state.isHandedOver ? QStringLiteral("Passed on") : QStringLiteral("Sent"),
+            QStringLiteral("to %1").arg(state.deviceName)};
+  case State::failed:
+    return {QStringLiteral("Not sent"), QStringLiteral("Try again")};
+  }
+  return {};
+}
+
+} // namespace
 
 AnyView airDropTileIcon(const AirDropTileState& state, const TileSize& size) {
   TileContent content;
@@ -88,27 +109,17 @@ AnyView airDropWideTile(const AirDropTileState& state, const TileSize& size,
   content.mark = symbol(waves).colour(airDropTint);
   content.state = tileState(state.state);
   const QColor middle = mix(groundTop, groundEnd, 0.5);
-  const bool hasFiles = state.state == State::sending;
-  const QString first = state.state == State::choosing ? fileCountText(state.fileCount)
-                        : state.state == State::idle   ? QStringLiteral("Drop files")
-                                                       : airDropWord(state);
-  const QString second = hasFiles                         ? fileCountText(state.fileCount)
-                         : state.state == State::idle     ? QStringLiteral("here to send")
-                         : state.state == State::choosing ? QStringLiteral("Click to send")
-                                                          : QString();
+  const auto [first, second] = wideWords(state);
   const AnyView title = text(first)
                             .size(std::max(size.body() * 0.225, minimumTypeSize))
                             .weight(FontWeight::semibold)
-                            .colour(palette::figure(middle))
-                            .lines(second.isEmpty() ? 2 : 1);
-  content.middle = second.isEmpty()
-                       ? title
-                       : vstack({title, text(second)
-                                            .size(std::max(size.body() * 0.18, minimumTypeSize))
-                                            .colour(palette::caption(middle))})
-                             .align(Alignment::leading)
-                             .spacing(size.body() * 0.04);
-  if (hasFiles)
+                            .colour(palette::figure(middle));
+  content.middle = vstack({title, text(second)
+                                      .size(std::max(size.body() * 0.18, minimumTypeSize))
+                                      .colour(palette::caption(middle))})
+                       .align(Alignment::leading)
+                       .spacing(size.body() * 0.04);
+  if (state.state == State::sending)
     content.actions = {{{"cancel", cancel}, "xmark", "Cancel", false}};
   content.label = "AirDrop";
   content.value = airDropWord(state);

@@ -9,6 +9,7 @@
 
 #include <QLocale>
 #include <QMenu>
+#include <QPainter>
 #include <QTimer>
 #include <cmath>
 
@@ -22,6 +23,14 @@ constexpr int choiceRows = 7;
 /// Points; what a square of the grid and a row leave for a picture.
 constexpr int gridPicture = 48;
 constexpr int rowPicture = 32;
+
+/// As of an application that is gone.
+QImage paled(QImage image) {
+  QPainter painter(&image);
+  painter.setCompositionMode(QPainter::CompositionMode_DestinationIn);
+  painter.fillRect(image.rect(), QColor(0, 0, 0, 90));
+  return image;
+}
 
 } // namespace
 
@@ -146,11 +155,12 @@ void CollectionPanelView::showApps() {
         app.info ? QString::fromStdString(app.info->genericName.empty() ? app.info->comment
                                                                         : app.info->genericName)
                  : QString();
+    const QImage icon = picture(name, app.icon(), rowPicture);
     rows.push_back(
         {.id = QString::fromStdString(app.entry.path + app.entry.bundleIdentifier.value_or("")),
          .title = name,
          .subtitle = isGone ? QStringLiteral("Not installed") : about,
-         .image = picture(name, app.icon(), rowPicture),
+         .image = isGone ? paled(icon) : icon,
          .actions = {{.symbol = "ellipsis", .name = "More"}}});
   }
   grid_->setCells(std::move(cells));

@@ -84,22 +84,26 @@ CollectionCells CollectionCells::of(CollectionLayout layout, int count, const Ti
   const double width = size.bodyWidth() - 2 * size.padding();
   const double height = body - 2 * size.padding();
   cells.gap = body * 0.09;
-  const auto columnsOf = [&](double side) {
-    return std::max(1, static_cast<int>((width + cells.gap) / (side + cells.gap)));
-  };
-  // Large in one row where they all fit so.
-  cells.side = body * 0.62;
-  cells.rows = layout == CollectionLayout::horizontal || count <= columnsOf(cells.side) ? 1 : 2;
-  if (cells.rows == 2)
-    cells.side = (height - cells.gap) / 2;
+  const double least = (height - cells.gap) / 2;
   if (layout == CollectionLayout::vertical) {
     cells.hasNames = true;
     cells.rows = count == 1 ? 1 : 2;
-    cells.side = (height - cells.gap) / 2;
+    cells.side = least;
     cells.columns = std::max(1, static_cast<int>(width / (body * 1.55)));
     return cells;
   }
-  cells.columns = columnsOf(cells.side);
+  // The rows that leave the icons largest.
+  const auto columnsIn = [&](int rows) { return (count + rows - 1) / rows; };
+  const auto sideIn = [&](int rows) {
+    return std::min({body * 0.62, (height - (rows - 1) * cells.gap) / rows,
+                     (width - (columnsIn(rows) - 1) * cells.gap) / columnsIn(rows)});
+  };
+  cells.rows = layout == CollectionLayout::horizontal || sideIn(1) >= sideIn(2) ? 1 : 2;
+  const bool hasRoom = sideIn(cells.rows) >= least;
+  cells.side = hasRoom ? sideIn(cells.rows) : least;
+  cells.columns = hasRoom
+                      ? columnsIn(cells.rows)
+                      : std::max(1, static_cast<int>((width + cells.gap) / (least + cells.gap)));
   return cells;
 }
 
@@ -161,11 +165,13 @@ AnyView collectionWideTile(const std::vector<CollectionTileApp>& apps, Collectio
   const auto room = static_cast<std::size_t>(form.room());
   const double width =
       (size.bodyWidth() - 2 * size.padding() - (form.columns - 1) * form.gap) / form.columns;
-  const bool isCut = apps.size() > room;
+  // Of two names neither makes way for a number.
+  const bool isCut = apps.size() > room && !(form.hasNames && room <= 2);
   std::vector<AnyView> cells;
   for (std::size_t i = 0; i < apps.size() && i < room; ++i) {
-    if (isCut && i + 1 == room && !form.hasNames) {
-      cells.push_back(more(apps.size() - i, form.side));
+    if (isCut && i + 1 == room) {
+      const AnyView count = more(apps.size() - i, form.side);
+      cells.push_back(form.hasNames ? AnyView(count.width(width, Alignment::leading)) : count);
       break;
     }
     const AnyView cell =

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TavrinCore/Kinds/EmojiRecents.h"
+#include "TavrinCore/Kinds/EmojiHistory.h"
 #include "TavrinWidgetsUI/EmojiGlyphs.h"
 #include "TavrinWidgetsUI/Kit/TileLayout.h"
 

@@ -1,5 +1,7 @@
 #include "TavrinWidgetsUI/Favicon.h"
 
+#include "TavrinCore/Base/PictureFormat.h"
+
 #include <QBuffer>
 #include <QImageReader>
 #include <QPainter>
@@ -40,11 +42,11 @@ int bestPicture(QImageReader& reader, int side) {
 QImage faviconFrom(std::string_view bytes, int side) {
   QByteArray data = QByteArray::fromRawData(bytes.data(), static_cast<qsizetype>(bytes.size()));
   QBuffer buffer(&data);
-  buffer.open(QIODevice::ReadOnly);
-  const QByteArray format = QImageReader::imageFormat(&buffer);
+  const std::string_view format = pictureFormat(bytes);
   if (format != "ico" && format != "png" && format != "jpeg" && format != "gif")
     return {};
-  QImageReader reader(&buffer, format);
+  QImageReader reader(&buffer, QByteArray(format.data(), static_cast<qsizetype>(format.size())));
+  reader.setAutoDetectImageFormat(false);
   reader.setAllocationLimit(16);
   if (format == "ico") {
     const int best = bestPicture(reader, side);

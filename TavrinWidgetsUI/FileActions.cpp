@@ -1,6 +1,7 @@
 #include "TavrinWidgetsUI/FileActions.h"
 
 #include "TavrinCore/Base/FileURL.h"
+#include "TavrinCore/Base/PictureFormat.h"
 #include "TavrinStorage/FileBeginning.h"
 #include "TavrinWidgetsUI/Kit/PanelItems.h"
 #include "TavrinWidgetsUI/Kit/Thumbnail.h"
@@ -28,11 +29,10 @@ std::vector<Pasteboard::Format> asFiles(const std::vector<std::filesystem::path>
 
 /// Empty where it is no picture.
 std::string asPNG(const std::filesystem::path& file) {
-  constexpr std::string_view signature("\x89PNG\r\n\x1A\n");
   auto bytes = readBeginning(file, longestPicture + 1);
   if (!bytes || bytes->size() > longestPicture)
     return {};
-  if (bytes->starts_with(signature))
+  if (pictureFormat(*bytes) == "png")
     return std::move(*bytes);
   const QImage picture = thumbnail(*bytes, std::numeric_limits<short>::max());
   QByteArray encoded;

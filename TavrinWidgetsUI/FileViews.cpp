@@ -107,15 +107,21 @@ AnyView filesWideTile(const FilesReading& reading, const TileSize& size,
   }
   const auto& newest = reading.files.front();
   content.mark = fan(reading, body * 0.6);
-  const QString about =
-      reading.unfinished > 0 ? QStringLiteral("Downloading %1").arg(reading.unfinished)
-      : reading.unseen > 0   ? QStringLiteral("%1 new · ").arg(reading.unseen) + newest.about
-                             : newest.about;
+  QStringList about{newest.moment};
+  if (reading.unseen > 0)
+    about.prepend(QStringLiteral("%1 new").arg(reading.unseen));
+  // A figure is never cut.
+  if (size.span > about.size() + 1)
+    about << newest.bytes;
+  if (reading.unfinished > 0)
+    about = {QStringLiteral("Downloading %1").arg(reading.unfinished)};
   content.middle = vstack({text(newest.title)
                                .size(std::max(body * 0.22, minimumTypeSize))
                                .weight(FontWeight::semibold)
                                .colour(palette::figure(ground)),
-                           text(about).size(std::max(body * 0.17, minimumTypeSize)).colour(quiet)})
+                           text(about.join(QStringLiteral(" · ")))
+                               .size(std::max(body * 0.17, minimumTypeSize))
+                               .colour(quiet)})
                        .align(Alignment::leading)
                        .spacing(body * 0.05);
   content.actions.push_back({{"open", open}, "arrow.up.right", "Open " + newest.title, false});

@@ -18,7 +18,8 @@ struct FilesReading {
     FileSheet sheet;
     QString title;
     /// Time and size.
-    QString about;
+    QString moment;
+    QString bytes;
   };
   /// Newest first; no more than a tile can show.
   std::vector<File> files;

@@ -66,6 +66,7 @@ void paintFolder(QPainter& painter, const QRectF& rect, const SheetKey& key) {
   const double radius = rect.height() * 0.1;
   const QRectF whole = rect.adjusted(0, rect.height() * 0.12, 0, -rect.height() * 0.06);
   QPainterPath back;
+  back.setFillRule(Qt::WindingFill);
   back.addRoundedRect(QRectF(whole.left(), whole.top(), whole.width() * 0.5, whole.height() * 0.4),
                       radius, radius);
   back.addRoundedRect(whole.adjusted(0, whole.height() * 0.14, 0, -whole.height() * 0.3), radius,
@@ -75,7 +76,7 @@ void paintFolder(QPainter& painter, const QRectF& rect, const SheetKey& key) {
   painter.setPen(Qt::NoPen);
   painter.setOpacity(painter.opacity() * (key.isMissing ? 0.4 : 1));
   painter.setBrush(folderBack);
-  painter.drawPath(back.simplified());
+  painter.drawPath(back);
   painter.setBrush(folderFront);
   painter.drawPath(front);
 }

@@ -35,14 +35,14 @@ AnyView note(double side, const QColor& colour) {
   return symbol("music.note").colour(colour).size(side);
 }
 
-AnyView quietTile(const QString& caption, const TileSize& size) {
+AnyView quietTile(const TileSize& size) {
   return tile(TileContent{.ground = groundTop,
                           .groundEnd = groundEnd,
-                          .caption = caption,
+                          .caption = "No music",
                           .mark = note(size.body() * 0.42, musicTint).opacity(pausedOpacity),
                           .markRatio = 0.42,
                           .label = "Music",
-                          .value = caption},
+                          .value = "Nothing playing"},
               size);
 }
 
@@ -138,7 +138,7 @@ int musicTileSteps(const TileSize& size, double scale) {
 AnyView musicTileIcon(const MediaPlayer* player, const QImage& cover, const MusicSettings& settings,
                       Date now, const TileSize& size) {
   if (player == nullptr)
-    return quietTile("Nothing playing", size);
+    return quietTile(size);
   if (player->isAnswering && settings.showsCover && !cover.isNull())
     return coverTile(*player, cover, settings, now, size);
   const bool isPlaying = player->playback.isPlaying();

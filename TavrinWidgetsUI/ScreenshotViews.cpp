@@ -73,9 +73,9 @@ QString spokenState(const ScreenshotReading& reading) {
   if (!reading.isKnown)
     return QStringLiteral("Looking");
   if (reading.state == FolderListing::State::missing)
-    return QStringLiteral("The folder is missing");
+    return QStringLiteral("Folder missing");
   if (reading.state == FolderListing::State::unreadable)
-    return QStringLiteral("The folder cannot be read");
+    return QStringLiteral("Cannot be read");
   if (reading.shots.empty())
     return QStringLiteral("No screenshots");
   const auto& newest = reading.shots.front();

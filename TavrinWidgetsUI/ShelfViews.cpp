@@ -101,7 +101,7 @@ AnyView shelfWideTile(const ShelfReading& reading, const TileSize& size) {
   std::vector<AnyView> layers{rectangle().gradient(wall, wallEnd)};
   if (reading.count == 0) {
     layers.push_back(
-        hstack({emptyPlace(body * 0.42), text("Drop files here")
+        hstack({emptyPlace(body * 0.42), text("Drop files")
                                              .size(std::max(body * 0.2, minimumTypeSize))
                                              .colour(palette::caption(wall))})
             .spacing(body * 0.16)
@@ -109,7 +109,7 @@ AnyView shelfWideTile(const ShelfReading& reading, const TileSize& size) {
             .fill(Alignment::bottomLeading));
   } else {
     const double side = body * 0.52;
-    const double words = body * 0.62;
+    const double words = body * (reading.missing > 0 ? 0.62 : 0.4);
     layers.push_back(standing(reading, size, size.bodyWidth() - inset - words, side)
                          .padding(Insets{inset * 0.8, 0, 0, 0}));
     AnyView figure = countText(reading, size);

@@ -34,6 +34,28 @@ QString word(const ShortcutTileState& state) {
   return shortcutResultText(state.result);
 }
 
+/// The same where there is little room for it.
+QString shortWord(const ShortcutTileState& state) {
+  if (!state.hasAction)
+    return QStringLiteral("No action");
+  switch (state.result.state) {
+  case State::failed:
+    if (state.result.trouble.empty())
+      return (state.result.isSignal ? QStringLiteral("Signal %1") : QStringLiteral("Status %1"))
+          .arg(state.result.status);
+    break;
+  case State::done:
+    return state.line.isEmpty() ? QStringLiteral("Done") : state.line;
+  case State::timedOut:
+    return QStringLiteral("Timed out");
+  case State::stopped:
+    return QStringLiteral("Stopped");
+  default:
+    break;
+  }
+  return word(state);
+}
+
 QString secondsText(double seconds) {
   const QLocale locale;
   if (seconds < 60)
@@ -133,7 +155,7 @@ AnyView shortcutWideTile(const ShortcutTileState& state, const ShortcutSettings&
                                .size(std::max(size.body() * 0.235, minimumTypeSize))
                                .weight(FontWeight::semibold)
                                .colour(grounds.ink),
-                           text(word(state))
+                           text(size.span < 4 ? shortWord(state) : word(state))
                                .size(std::max(size.body() * 0.185, minimumTypeSize))
                                .colour(palette::caption(middle))})
                        .align(Alignment::leading)

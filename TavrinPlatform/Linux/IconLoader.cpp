@@ -1,6 +1,8 @@
 #include "TavrinPlatform/Linux/IconLoader.h"
 
 #include "TavrinCore/Base/Errors.h"
+#include "TavrinCore/Base/PictureFormat.h"
+#include "TavrinPlatform/Linux/VectorDrawing.h"
 #include "TavrinStorage/AtomicFile.h"
 
 #include <QBuffer>
@@ -62,7 +64,11 @@ QImage readSquare(const fs::path& file, int pixels) {
     return {};
   QByteArray data = QByteArray::fromRawData(bytes->data(), static_cast<qsizetype>(bytes->size()));
   QBuffer buffer(&data);
-  QImageReader reader(&buffer);
+  const std::string_view format = pictureFormat(*bytes);
+  if (format.empty())
+    return {};
+  QImageReader reader(&buffer, QByteArray(format.data(), static_cast<qsizetype>(format.size())));
+  reader.setAutoDetectImageFormat(false);
   const QSize size = reader.size();
   if (!size.isValid() || qint64{size.width()} * size.height() > mostPixels)
     return {};
@@ -123,11 +129,8 @@ QImage IconLoader::drawVector(const fs::path& file, int pixels) {
   const fs::path kept = places_.cache / (digest.toHex().toStdString() + ".png");
   if (auto image = readSquare(kept, pixels); image.width() == pixels)
     return image;
-  std::string error;
-  const auto draw = modules_.find<bool(const char*, QImage&)>("svg", "tavrinDrawVector", error);
-  QImage image(pixels, pixels, QImage::Format_ARGB32_Premultiplied);
-  image.fill(Qt::transparent);
-  if (draw == nullptr || !draw(file.c_str(), image))
+  const QImage image = drawVectorPicture(modules_.program("tavrin-svg"), file, pixels);
+  if (image.isNull())
     return {};
   QByteArray bytes;
   QBuffer buffer(&bytes);

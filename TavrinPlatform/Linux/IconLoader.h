@@ -14,8 +14,7 @@ namespace tavrin {
 /// Finds icons in the theme and decodes them at the size they are shown. For one thread at a time.
 class IconLoader {
 public:
-  /// `icons` hold themes, `loose` pictures without one. Drawn vector pictures are kept in `cache`,
-  /// so that they, and the library they need, are needed once.
+  /// `icons` hold themes, `loose` pictures without one. Drawn vector pictures are kept in `cache`.
   struct Places {
     std::vector<std::filesystem::path> icons;
     std::vector<std::filesystem::path> loose;

@@ -20,6 +20,7 @@ constexpr double portalLimit = 2;
 constexpr const char* defaultTheme = "Adwaita";
 constexpr const char* interfaceGroup = "org.gnome.desktop.interface";
 constexpr const char* themeKey = "icon-theme";
+constexpr const char* themeInXSettings = "Net/IconThemeName";
 const BusAddress portal{"org.freedesktop.portal.Desktop", "/org/freedesktop/portal/desktop",
                         "org.freedesktop.portal.Settings"};
 
@@ -201,6 +202,8 @@ void LinuxApplicationLibrary::changed() {
 void LinuxApplicationLibrary::watchTheme() {
   if (themeWatch_)
     return;
+  xsettings_ = std::make_unique<DesktopXSettings>();
+  xsettings_->onChange = [this] { setTheme(portalTheme_); };
   if (session_ == nullptr || !session_->isOpen()) {
     themeWatch_ = std::make_unique<Token>();
     setTheme({});
@@ -215,6 +218,8 @@ void LinuxApplicationLibrary::watchTheme() {
             group == interfaceGroup && key == themeKey)
           setTheme(portalText(message));
       });
+  if (xsettings_->text(themeInXSettings))
+    setTheme({});
   askTheme();
 }
 
@@ -229,9 +234,13 @@ void LinuxApplicationLibrary::askTheme() {
       portalLimit);
 }
 
-void LinuxApplicationLibrary::setTheme(const std::string& theme) {
+void LinuxApplicationLibrary::setTheme(const std::string& portalTheme) {
   const std::string before = theme_;
-  theme_ = !theme.empty() ? theme : iconThemeInSettings(files_).value_or(defaultTheme);
+  portalTheme_ = portalTheme;
+  // Outside of GNOME the portal often tells GNOME's default.
+  theme_ = xsettings_->text(themeInXSettings).value_or(portalTheme_);
+  if (theme_.empty())
+    theme_ = iconThemeInSettings(files_).value_or(defaultTheme);
   queue_->run([icons = icons_] { icons->forget(); });
   for (const auto& load : std::exchange(waiting_, {}))
     load();

@@ -2,6 +2,7 @@
 
 #include "TavrinPlatform/ApplicationLibrary.h"
 #include "TavrinPlatform/Linux/ApplicationLauncher.h"
+#include "TavrinPlatform/Linux/DesktopXSettings.h"
 #include "TavrinPlatform/Linux/HandlerList.h"
 #include "TavrinPlatform/Linux/IconLoader.h"
 
@@ -34,7 +35,8 @@ private:
   void watchFolders();
   void watchTheme();
   void askTheme();
-  void setTheme(const std::string& theme);
+  /// Takes the desktop's choice; `portalTheme` counts where it says nothing to X programs.
+  void setTheme(const std::string& portalTheme);
   void changed();
 
   const FileManager& files_;
@@ -45,6 +47,8 @@ private:
   std::unique_ptr<QFileSystemWatcher> watcher_;
   TokenPtr themeWatch_;
   TokenPtr settling_;
+  std::unique_ptr<DesktopXSettings> xsettings_;
+  std::string portalTheme_;
   std::string theme_;
   bool isThemeKnown_ = false;
   /// What waits for the theme's name.

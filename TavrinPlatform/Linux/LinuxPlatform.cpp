@@ -441,6 +441,9 @@ std::unique_ptr<Platform> makePlatform(int& argc, char** argv) {
     return nullptr;
   // One arena: the few short-lived threads of a slot do not need heaps of their own.
   mallopt(M_ARENA_MAX, 1);
+  // Pictures and files go back to the system with their last use; left to itself the library would
+  // take room for them from the heap once the first has been freed, and keep it.
+  mallopt(M_MMAP_THRESHOLD, 128 * 1024);
   auto platform = std::make_unique<LinuxPlatform>(argc, argv);
   if (!platform->isFirst())
     return nullptr;

@@ -26,6 +26,7 @@ constexpr const char* appearanceGroup = "org.freedesktop.appearance";
 constexpr const char* interfaceGroup = "org.gnome.desktop.interface";
 constexpr const char* schemeKey = "color-scheme";
 constexpr const char* fontKey = "font-name";
+constexpr const char* fontInXSettings = "Gtk/FontName";
 constexpr std::uint32_t preferDark = 1;
 
 /// Steps into variants, however many lie round the value. The type inside.
@@ -223,11 +224,18 @@ TokenPtr LinuxWorkspace::observeAppearance(std::function<void()> handler) {
 void LinuxWorkspace::watchSettings() const {
   if (watches_.contains("settings"))
     return;
+  xsettings_ = std::make_unique<DesktopXSettings>();
+  xsettings_->onChange = [this] {
+    if (readSettings())
+      appearance_.call();
+  };
   if (session_ == nullptr || !session_->isOpen()) {
     watches_["settings"] = nullptr;
-    readToolkitSettings();
+    readSettings();
     return;
   }
+  if (xsettings_->text(fontInXSettings))
+    readSettings();
   watches_["settings"] = session_->match(
       "type='signal',path='/org/freedesktop/portal/desktop',member='SettingChanged',"
       "interface='org.freedesktop.portal.Settings'",
@@ -242,7 +250,7 @@ void LinuxWorkspace::watchSettings() const {
       session_->match("type='signal',path='/KGlobalSettings',member='notifyChange',"
                       "interface='org.kde.KGlobalSettings'",
                       [this](sd_bus_message*) {
-                        if (readToolkitSettings())
+                        if (readSettings())
                           appearance_.call();
                       });
   askPortal(appearanceGroup, schemeKey);
@@ -256,41 +264,36 @@ void LinuxWorkspace::askPortal(const char* group, const char* key) const {
   session_->call(question, [this, name = std::string(key)](sd_bus_message* reply, auto&) {
     if (reply != nullptr)
       setPortalValue(name, reply);
-    else if (readToolkitSettings())
+    else if (readSettings())
       appearance_.call();
   });
 }
 
-bool LinuxWorkspace::setFontFamily(std::optional<std::string> family) const {
-  return std::exchange(fontFamily_, family) != family;
-}
-
-bool LinuxWorkspace::readToolkitSettings() const {
-  bool isChanged = false;
-  if (!portalKeys_.contains(schemeKey)) {
-    const bool isDark = isDarkInSettings(files_);
-    isChanged = std::exchange(isDark_, isDark) != isDark;
-  }
-  if (!portalKeys_.contains(fontKey) && setFontFamily(fontFamilyInSettings(files_)))
-    isChanged = true;
-  return isChanged;
+bool LinuxWorkspace::readSettings() const {
+  const bool isDark = portalDark_ ? *portalDark_ : isDarkInSettings(files_);
+  // Outside of GNOME the portal often tells GNOME's default font.
+  auto family = fontFamilyOf(xsettings_->text(fontInXSettings).value_or(portalFont_));
+  if (!family)
+    family = fontFamilyInSettings(files_);
+  const bool isOtherScheme = std::exchange(isDark_, isDark) != isDark;
+  return std::exchange(fontFamily_, family) != family || isOtherScheme;
 }
 
 void LinuxWorkspace::setPortalValue(const std::string& key, sd_bus_message* message) const {
-  portalKeys_.insert(key);
   const char type = enterVariants(message);
   bool isChanged = false;
   if (key == schemeKey && type == 'u') {
     std::uint32_t scheme = 0;
     sd_bus_message_read_basic(message, 'u', &scheme);
-    const bool isDark = scheme == preferDark;
-    isChanged = std::exchange(isDark_, isDark) != isDark;
+    portalDark_ = scheme == preferDark;
+    isChanged = readSettings();
   } else if (key == "enable-animations" && type == 'b') {
     int isEnabled = 1;
     sd_bus_message_read_basic(message, 'b', &isEnabled);
     isChanged = std::exchange(hasAnimations_, isEnabled != 0) != (isEnabled != 0);
   } else if (key == fontKey && type == 's') {
-    isChanged = setFontFamily(fontFamilyOf(textArgument(message)));
+    portalFont_ = textArgument(message);
+    isChanged = readSettings();
   }
   if (isChanged)
     appearance_.call();

@@ -3,11 +3,11 @@
 #include "TavrinPlatform/FileManager.h"
 #include "TavrinPlatform/Linux/Bus.h"
 #include "TavrinPlatform/Linux/ClockWatch.h"
+#include "TavrinPlatform/Linux/DesktopXSettings.h"
 #include "TavrinPlatform/Linux/HandlerList.h"
 #include "TavrinPlatform/Workspace.h"
 
 #include <map>
-#include <set>
 
 namespace tavrin {
 
@@ -40,9 +40,9 @@ private:
   void watchSettings() const;
   void askPortal(const char* group, const char* key) const;
   void setPortalValue(const std::string& key, sd_bus_message* message) const;
-  /// What the portal does not tell, by the toolkits' own files. Whether something changed.
-  bool readToolkitSettings() const;
-  bool setFontFamily(std::optional<std::string> family) const;
+  /// Takes the scheme and the font from whoever knows them best: the desktop's X settings, the
+  /// portal, the toolkits' own files. Whether something changed.
+  bool readSettings() const;
 
   const FileManager& files_;
   Bus* session_;
@@ -55,11 +55,12 @@ private:
   std::unique_ptr<ClockWatch> clockWatch_;
   // Questions that only a query brings about.
   mutable std::map<std::string, TokenPtr> watches_;
-  /// What the portal has told.
-  mutable std::set<std::string> portalKeys_;
   mutable bool isLowPower_ = false;
   mutable bool isDark_ = false;
   mutable bool hasAnimations_ = true;
+  mutable std::unique_ptr<DesktopXSettings> xsettings_;
+  mutable std::optional<bool> portalDark_;
+  mutable std::string portalFont_;
   mutable std::optional<std::string> fontFamily_;
 };
 

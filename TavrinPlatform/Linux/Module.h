@@ -24,6 +24,9 @@ public:
     return reinterpret_cast<Function*>(address(name, symbol, error));
   }
 
+  /// A program that lies there.
+  std::filesystem::path program(const std::string& name) const { return folder_ / name; }
+
 private:
   void* address(const std::string& name, const char* symbol, std::string& error) const;
 

@@ -31,6 +31,8 @@ public:
   /// Takes the layout's body for the content.
   void arrange(const PopoverLayout& layout);
   QPoint home() const { return home_; }
+  /// Of a hidden window: gives its pixels back, until it is arranged again.
+  void releaseSurface() { destroy(); }
   /// Whether a place, in toolkit points of the screen, is on the body or the arrow.
   bool covers(QPoint place) const;
 

@@ -22,6 +22,8 @@ constexpr double rise = 4;
 constexpr double firstOpacity = 0.35;
 /// How long a window manager may take over moving the focus.
 constexpr int focusDelay = 150;
+/// Who opens it again sooner finds the window as it was.
+constexpr int surfaceMilliseconds = 500;
 constexpr int samePressMilliseconds = 500;
 constexpr int samePressDistance = 64;
 constexpr int screenMargin = 4;
@@ -227,6 +229,10 @@ void QtPanelPopover::disappear() {
   fade_.stop();
   window_->hide();
   giveFocusBack(hadFocus);
+  QTimer::singleShot(surfaceMilliseconds, &context_, [this] {
+    if (!isShown_ && !isClosing_)
+      window_->releaseSurface();
+  });
 }
 
 void QtPanelPopover::giveFocusBack(bool hadFocus) {

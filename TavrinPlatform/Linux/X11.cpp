@@ -73,8 +73,8 @@ std::vector<std::uint32_t> numbers(xcb_window_t window, const char* name, std::u
   return {values, values + xcb_get_property_value_length(reply.get()) / 4};
 }
 
-std::string text(xcb_window_t window, const char* name) {
-  const auto reply = property(window, name, 1024);
+std::string text(xcb_window_t window, const char* name, std::uint32_t longest) {
+  const auto reply = property(window, name, longest);
   if (!reply || reply->format != 8)
     return {};
   return {static_cast<const char*>(xcb_get_property_value(reply.get())),
@@ -88,13 +88,24 @@ void setNumbers(xcb_window_t window, const char* name, xcb_atom_t type,
                         static_cast<std::uint32_t>(values.size()), values.data());
 }
 
-bool hasCompositor() {
+xcb_window_t selectionOwner(const char* selection) {
   auto* x = connection();
   if (x == nullptr)
-    return false;
-  const auto cookie = xcb_get_selection_owner(x, atom("_NET_WM_CM_S0"));
+    return XCB_NONE;
+  const auto cookie = xcb_get_selection_owner(x, atom(selection));
   const auto reply = own(xcb_get_selection_owner_reply(x, cookie, nullptr));
-  return reply && reply->owner != XCB_NONE;
+  return reply ? reply->owner : xcb_window_t{XCB_NONE};
+}
+
+void selectEvents(xcb_window_t window, std::uint32_t mask) {
+  if (auto* x = connection()) {
+    xcb_change_window_attributes(x, window, XCB_CW_EVENT_MASK, &mask);
+    xcb_flush(x);
+  }
+}
+
+bool hasCompositor() {
+  return selectionOwner("_NET_WM_CM_S0") != XCB_NONE;
 }
 
 bool hasWindowManager() {

@@ -18,11 +18,15 @@ xcb_atom_t atom(const char* name);
 /// At most `longest` items of a property of 32-bit items.
 std::vector<std::uint32_t> numbers(xcb_window_t window, const char* property,
                                    std::uint32_t longest = 64);
-/// A property of text, whatever its encoding is called.
-std::string text(xcb_window_t window, const char* property);
+/// A property of bytes, whatever its encoding is called, of at most `longest` times four.
+std::string text(xcb_window_t window, const char* property, std::uint32_t longest = 1024);
 void setNumbers(xcb_window_t window, const char* property, xcb_atom_t type,
                 const std::vector<std::uint32_t>& values);
 
+/// None when nobody has the selection.
+xcb_window_t selectionOwner(const char* selection);
+/// Events of another program's window; they come to the toolkit's native event filters.
+void selectEvents(xcb_window_t window, std::uint32_t mask);
 bool hasCompositor();
 bool hasWindowManager();
 /// The window that the user is in, as the window manager tells; none when it does not.

@@ -96,7 +96,9 @@ void paintContent(QPainter& painter, const PanelCell& cell, const QRectF& rect,
     panelPaint::rounded(painter, rect.adjusted(4, 4, -4, -4), panel::cornerRadius, fill,
                         mix(fill, colours.text, 0.2));
   } else if (!cell.symbol.isEmpty()) {
-    panelPaint::symbol(painter, cell.symbol, rect, rect.width() * 0.3, colours.secondary);
+    // Small cells hold emoji and the like, beside which a third would be lost.
+    const double side = std::max(rect.width() * 0.3, std::min(16.0, rect.width() * 0.6));
+    panelPaint::symbol(painter, cell.symbol, rect, side, colours.secondary);
   } else {
     QFont font = panelFont(PanelTextStyle::body);
     font.setPixelSize(std::max(11, int(rect.width() * 0.55)));

@@ -16,6 +16,8 @@ namespace {
 
 constexpr double grid = 24;
 constexpr double defaultStroke = 2;
+/// Areas are put together of straight pieces half a unit fine: on the grid they would show.
+constexpr double precision = 16;
 constexpr std::string_view fallbackName = "questionmark.square";
 
 /// Reads one drawing of the table into the area that it inks.
@@ -38,7 +40,7 @@ public:
       }
     }
     finishGroup();
-    return area_;
+    return QTransform::fromScale(1 / precision, 1 / precision).map(area_);
   }
 
 private:
@@ -128,14 +130,15 @@ private:
     if (group_.isEmpty())
       return;
     group_.setFillRule(Qt::WindingFill);
+    const auto finely = QTransform::fromScale(precision, precision);
     if (kind_ == 'f' || kind_ == 'b')
-      area_ = area_.united(group_);
+      area_ = area_.united(finely.map(group_));
     if (kind_ == 's' || kind_ == 'b')
-      area_ = area_.united(stroked());
+      area_ = area_.united(finely.map(stroked()));
     if (kind_ == 'c')
-      area_ = area_.subtracted(group_);
+      area_ = area_.subtracted(finely.map(group_));
     if (kind_ == 'k')
-      area_ = area_.subtracted(stroked());
+      area_ = area_.subtracted(finely.map(stroked()));
     group_ = {};
   }
 

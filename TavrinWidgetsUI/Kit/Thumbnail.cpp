@@ -1,11 +1,11 @@
 #include "TavrinWidgetsUI/Kit/Thumbnail.h"
 
+#include "TavrinCore/Base/PictureFormat.h"
 #include "TavrinStorage/FileBeginning.h"
 
 #include <QBuffer>
 #include <QImageReader>
 #include <algorithm>
-#include <array>
 
 namespace tavrin {
 
@@ -14,20 +14,17 @@ namespace {
 constexpr qint64 mostMegabytes = 256;
 constexpr std::size_t longestFile = 64 * 1024 * 1024;
 constexpr int longestSide = 32'767;
-/// None that runs a program or loads further files.
-constexpr auto formats =
-    std::to_array<std::string_view>({"png", "jpeg", "gif", "bmp", "webp", "tiff", "ppm", "ico"});
 
 } // namespace
 
 QImage thumbnail(std::string_view bytes, int side) {
   QByteArray data = QByteArray::fromRawData(bytes.data(), static_cast<qsizetype>(bytes.size()));
   QBuffer buffer(&data);
-  QImageReader reader(&buffer);
-  reader.setDecideFormatFromContent(true);
-  const std::string format = reader.format().toStdString();
-  if (std::ranges::find(formats, format) == formats.end())
+  const std::string_view format = pictureFormat(bytes);
+  if (format.empty() || format == "xpm")
     return {};
+  QImageReader reader(&buffer, QByteArray(format.data(), static_cast<qsizetype>(format.size())));
+  reader.setAutoDetectImageFormat(false);
   const QSize size = reader.size();
   if (size.isEmpty() || std::max(size.width(), size.height()) > longestSide ||
       qint64{size.width()} * size.height() * 4 > mostMegabytes * 1024 * 1024)

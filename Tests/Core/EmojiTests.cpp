@@ -137,8 +137,8 @@ TEST(Emoji, TonesReplaceTheLightest) {
   EXPECT_EQ(emojiKey("🕵🏽‍♂️"), emojiKey("🕵️‍♂️"));
 }
 
-TEST(EmojiRecents, NewestFirstEachOnceWithinTheLimit) {
-  EmojiRecents record;
+TEST(EmojiHistory, NewestFirstEachOnceWithinTheLimit) {
+  EmojiHistory record;
   for (const char* text : {"1️⃣", "2️⃣", "3️⃣", "4️⃣", "5️⃣", "2️⃣"})
     record.add({text, ""}, 4);
   ASSERT_EQ(record.recents.size(), 4U);

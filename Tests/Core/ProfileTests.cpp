@@ -1,5 +1,6 @@
 #include "TavrinCore/Dock/ProfileTransfer.h"
 #include "TavrinCore/Dock/WorkspaceHotkeys.h"
+#include "Tests/Support/BrokenDocuments.h"
 
 #include <gtest/gtest.h>
 
@@ -57,28 +58,6 @@ TEST(Profile, RaisesTheVersionOfAnOlderFile) {
   EXPECT_EQ(encode(file).compact(), R"({"profiles":[],"version":2})");
 }
 
-/// Puts a wrong value at every place of a document in turn.
-void breakEachNode(const JSONValue& document, const std::function<void(const JSONValue&)>& check) {
-  const std::function<void(JSONValue&, JSONValue&)> visit = [&](JSONValue& root, JSONValue& node) {
-    const JSONValue original = node;
-    for (const JSONValue& wrong :
-         {JSONValue(), JSONValue(true), JSONValue(-7.5), JSONValue("wrong"),
-          JSONValue(JSONValue::Array{1}), JSONValue(JSONValue::Object{{"a", 1}})}) {
-      node = wrong;
-      check(root);
-    }
-    node = original;
-    if (auto* items = node.array())
-      for (auto& item : *items)
-        visit(root, item);
-    if (auto* members = node.object())
-      for (auto& [unused, member] : *members)
-        visit(root, member);
-  };
-  JSONValue root = document;
-  visit(root, root);
-}
-
 TEST(Profile, IsReadWholeOrRefusedWhateverNodeIsWrong) {
   const auto document = JSONValue::parse(R"({"version":2,"activeProfileId":
     "11111111-1111-1111-1111-111111111111","profiles":[{"id":"11111111-1111-1111-1111-111111111111",
@@ -89,7 +68,7 @@ TEST(Profile, IsReadWholeOrRefusedWhateverNodeIsWrong) {
     "indicatorColorHex":"#fff"}]})");
   int refused = 0;
   int read = 0;
-  breakEachNode(document, [&](const JSONValue& broken) {
+  test::breakEachNode(document, [&](const JSONValue& broken) {
     try {
       const auto file = decode<ProfilesFile>(broken);
       EXPECT_EQ(encode(decode<ProfilesFile>(encode(file))), encode(file));

@@ -222,6 +222,13 @@ class Desk:
     def key(self, *keys):
         self.run("xdotool", "key", *keys)
 
+    def pixels(self, window):
+        """What the screen shows where the window is, three bytes a point."""
+        _, x, y, width, height = window
+        return subprocess.run(["import", "-silent", "-window", "root", "-crop",
+                               f"{width}x{height}+{x}+{y}", "-depth", "8", "rgb:-"], env=self.env,
+                              capture_output=True, check=True).stdout
+
     def screenshot(self, path):
         with open(path, "wb") as target:
             subprocess.run(["import", "-window", "root", "png:-"], env=self.env, stdout=target,

@@ -58,23 +58,16 @@ class DesignedWidgets(DeskTest):
                               env=self.desk.env, capture_output=True, text=True,
                               check=False).stdout
 
-    def pictures(self, window):
-        """The window's pixels, hashed."""
-        _, x, y, width, height = window
-        picture = subprocess.run(["import", "-window", "root", "-crop", f"{width}x{height}+{x}+{y}",
-                                  "rgb:-"], env=self.desk.env, capture_output=True, check=True)
-        return hash(picture.stdout)
-
     def test_converter(self):
         process = self.place("converter", "Units")
-        before = self.pictures(self.tile[0])
+        before = self.desk.pixels(self.tile[0])
         self.open(process)
         # By keyboard: the value has the focus, its text is selected, Return copies.
         self.desk.run("xdotool", "type", "26.2")
         self.desk.key("Return")
         wait_for(lambda: self.clipboard() == "16.2799252366", "the result to be copied")
         wait_for(lambda: self.settings("converter")["value"] == 26.2, "the value to be saved")
-        self.assertNotEqual(self.pictures(self.tile[0]), before)
+        self.assertNotEqual(self.desk.pixels(self.tile[0]), before)
         # From outside, while it is open.
         self.tavrin("widgets", "set", "Units", "category=mass", "from=kg", "to=g", "value=2")
         self.desk.key("Return")
@@ -132,21 +125,34 @@ class DesignedWidgets(DeskTest):
         widgets[0]["kind"] = {"bookmarks": {"_0": settings}}
         self.desk.write_widgets(widgets)
         wait_for(lambda: self.panel(process)[4] > small + 100, "the panel to grow")
+        self.desk.run("xdotool", "type", "site3")
+        wait_for(lambda: self.panel(process)[4] < small + 100, "the panel to fit what was found")
+
+    def shows(self, colour, window):
+        return self.desk.pixels(window).count(bytes.fromhex(colour)) > 10
 
     def test_pet(self):
         self.desk.env["TZ"] = "UTC"
-        process = self.place("pet", "Minka", "sleepsAtNight=false",
-                             "followsProcessorLoad=false")
+        process = self.place("pet", "Minka", "sleepsAtNight=false")
         tile = self.tile[0]
         seen = set()
-        wait_for(lambda: (seen.add(self.pictures(tile)), len(seen) > 3)[1], "the pet to move", 30)
-        # A click opens the panel, and the pet is happy; by keyboard it can be stroked again.
+        wait_for(lambda: (seen.add(self.desk.pixels(tile)), len(seen) > 3)[1], "the pet to move", 30)
+        # By mouse: a click strokes it, and opens the panel.
         _, x, y, width, height = tile
+        heart = "ff4d6d"
         self.desk.click(x + width / 2, y + height / 2)
+        wait_for(lambda: self.shows(heart, tile), "the pet to be happy")
         wait_for(lambda: not self.is_closed(process), "the panel")
+        wait_for(lambda: not self.shows(heart, tile), "its joy to pass", 10)
+        # By keyboard: the panel's button has the focus.
         self.desk.key("Return")
+        wait_for(lambda: self.shows(heart, tile), "the pet to be happy again")
+        # From outside, while it is open.
+        shell = "c79a55"
+        self.assertFalse(self.shows(shell, tile))
         self.tavrin("widgets", "set", "Minka", "species=turtle")
-        wait_for(lambda: self.settings("pet")["species"] == "turtle", "another animal")
+        wait_for(lambda: self.shows(shell, tile), "another animal on the tile")
+        wait_for(lambda: self.shows(shell, self.panel(process)), "and in the panel")
         self.desk.key("Escape")
         wait_for(lambda: self.is_closed(process), "Escape")
         self.assertIsNone(process.poll())

@@ -31,6 +31,12 @@ class Launching(DeskTest):
         self.process = self.desk.start_slot(1, "--background")
         self.desk.wait_for_name(1)
         self.tile = wait_for(lambda: self.desk.windows(self.process.pid), "the tile")[0]
+        self.look = self.desk.pixels(self.tile)
+
+    def wait_for_look(self, what):
+        """Until the tile looks unlike it did."""
+        wait_for(lambda: self.desk.pixels(self.tile) != self.look, what)
+        self.look = self.desk.pixels(self.tile)
 
     def stored(self):
         widgets = json.loads((self.desk.data / "widgets.json").read_text())["widgets"]
@@ -107,6 +113,7 @@ class Launching(DeskTest):
         self.desk.key("Return")
         wait_for(lambda: [app["displayName"] for app in self.stored()["apps"]] == ["Chess"],
                  "the app to be added")
+        self.wait_for_look("the app on the tile")
         self.desk.key("Escape")  # empties the search first
         self.close()
         self.open()
@@ -132,13 +139,14 @@ class Launching(DeskTest):
                              "--method", f"dev.quellby.Test.{method}", *arguments)
 
     def test_music_is_played_by_mouse_and_by_keyboard(self):
+        self.place("music")
         self.player("one")
         length = {"type": "Int64", "value": 200_000_000}
         self.ask_player("one", "Become", json.dumps(
             {"PlaybackStatus": "Playing",
              "Metadata": {"xesam:title": "Tide", "xesam:artist": ["Quartet"],
                           "mpris:length": length}}))
-        self.place("music")
+        self.wait_for_look("the player on the tile")
         self.open()
         self.desk.key("Return")
         wait_for(lambda: "PlayPause" in self.ask_player("one", "Calls"), "Return to pause")
@@ -182,20 +190,31 @@ class Launching(DeskTest):
             return True
         return False
 
-    def test_a_shortcut_runs_by_keyboard_and_is_stopped_by_mouse(self):
+    def test_a_shortcut_runs_and_is_stopped_by_mouse_and_by_keyboard(self):
         mark = self.desk.home / "ran"
         self.place("shortcut", f"command=touch {mark}; echo written", "title=Do It")
+        press = {"mouse": lambda: self.click_panel(160, 108),
+                 "keyboard": lambda: self.desk.key("Return")}
         self.open()
-        self.desk.key("Return")
-        wait_for(mark.exists, "the command")
-        started = self.desk.home / "started"
-        self.tavrin("widgets", "set", "Mine",
-                    f"command=trap '' TERM; (trap '' TERM; sleep 77) & echo $$ > {started}; wait")
-        self.desk.key("Return")
-        wait_for(lambda: started.exists() and started.read_text().strip(), "the second command")
-        group = int(started.read_text())
-        self.desk.key("Return")
-        wait_for(lambda: self.has_ended(group), "the whole group to end, deaf as it is")
+        for name, act in press.items():
+            with self.subTest(by=name):
+                act()
+                wait_for(mark.exists, "the command")
+                self.wait_for_look("the run on the tile")
+                mark.unlink()
+        for name, act in press.items():
+            with self.subTest(by=name):
+                started = self.desk.home / f"started by {name}"
+                # From outside, while the panel is open.
+                before = self.desk.pixels(self.panel())
+                self.tavrin("widgets", "set", "Mine", f"title=By {name}", "command=trap '' TERM; "
+                            f"(trap '' TERM; sleep 77) & echo $$ > '{started}'; wait")
+                wait_for(lambda: self.desk.pixels(self.panel()) != before, "the other command")
+                act()
+                wait_for(lambda: started.exists() and started.read_text().strip(), "it to run")
+                group = int(started.read_text())
+                act()
+                wait_for(lambda: self.has_ended(group), "the whole group to end, deaf as it is")
 
     def test_a_command_ends_with_its_slot(self):
         started = self.desk.home / "started"
@@ -240,8 +259,8 @@ class Launching(DeskTest):
         self.assertIn("a%20b.txt", shared)
         self.assertIn("%C3%BC.txt", shared)
 
-    def test_a_drag_from_another_program_is_taken(self):
-        self.services("connect")
+    def test_a_drag_from_another_program_is_sent_by_mouse(self):
+        log = self.services("connect")
         self.place("airdrop")
         file = self.desk.home / "dragged.txt"
         file.write_text("content")
@@ -258,6 +277,17 @@ class Launching(DeskTest):
         self.desk.run("sleep", "0.3")
         self.desk.run("xdotool", "mouseup", "1")
         wait_for(self.panel, "the panel to ask where to")
+        self.wait_for_look("the file on the tile")
+        # From outside, while it is open.
+        self.tavrin("widgets", "span", "Mine", "2")
+        wait_for(lambda: max(each[3] for each in self.desk.windows(self.process.pid)
+                             if each[0] != self.panel()[0]) > width, "the tile to grow")
+
+        def choose():
+            if self.panel():
+                self.click_panel(150, 138)
+            return "shared phone" in log.read_text()
+        wait_for(choose, "the phone to get the file", pause=0.3)
 
     # Settings that are wrong
 

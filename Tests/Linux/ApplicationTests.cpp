@@ -4,10 +4,12 @@
 #include "TavrinPlatform/Linux/QtRunLoop.h"
 #include "TavrinPlatform/Linux/StartupNotice.h"
 #include "Tests/Linux/Desk.h"
+#include "Tests/Linux/SettingsManager.h"
 #include "Tests/Storage/TemporaryFolder.h"
 
 #include <QApplication>
 #include <algorithm>
+#include <fmt/format.h>
 #include <gmock/gmock.h>
 #include <xcb/xcb.h>
 
@@ -161,9 +163,16 @@ TEST_F(Applications, IconsComeAtTheSizeAskedFor) {
   put(folder("icons/hicolor/scalable/apps/drawn.svg"),
       "<svg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 10 10'>"
       "<rect width='10' height='5' fill='#00f'/></svg>");
-  for (const char* name : {"text", "cut"})
-    put(folder(std::string("icons/hicolor/scalable/apps/") + name + ".svg"),
-        std::string(name) == "text" ? "no picture" : "<svg xmlns='http://www.w3.org/2000/svg'>");
+  const std::string opened = "<svg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 9 9'>";
+  std::string nested = opened + "<defs><g id='g0'><rect width='9' height='9'/></g>";
+  for (int i = 1; i < 40; ++i) {
+    const auto use = fmt::format("<use href='#g{}'/>", i - 1);
+    nested += fmt::format("<g id='g{}'>{}{}{}{}</g>", i, use, use, use, use);
+  }
+  for (const auto& [name, text] : {std::pair<const char*, std::string>("text", "no picture"),
+                                   {"cut", opened},
+                                   {"nested", nested + "</defs><use href='#g39'/></svg>"}})
+    put(folder(std::string("icons/hicolor/scalable/apps/") + name + ".svg"), text);
   put(folder("pixmaps/nonsense.png"), "\x89PNG\r\n\x1A\nnonsense");
   const QImage wide = icon("wide", 32, 2);
   EXPECT_EQ(wide.size(), QSize(64, 64));
@@ -177,8 +186,39 @@ TEST_F(Applications, IconsComeAtTheSizeAskedFor) {
   EXPECT_EQ(drawn.pixelColor(20, 30).alpha(), 0);
   EXPECT_FALSE(fs::is_empty(folder("cache/tavrin/icons"))) << "drawn once";
   EXPECT_EQ(icon("drawn", 40), drawn);
-  for (const char* name : {"nobody", "nonsense", "text", "cut", "", "../loose", "/dev/zero", "/"})
+  for (const char* name :
+       {"nobody", "nonsense", "text", "cut", "nested", "", "../loose", "/dev/zero", "/"})
     EXPECT_TRUE(icon(name, 32).isNull()) << name;
+}
+
+TEST_F(Applications, IconsAreOfTheThemeThatTheDesktopTellsXPrograms) {
+  for (const auto& [theme, colour] :
+       {std::pair("First", Qt::red), {"Second", Qt::green}, {"Adwaita", Qt::blue}}) {
+    const auto place = folder("icons") / theme;
+    fs::create_directories(place / "apps");
+    put(place / "index.theme", "[Icon Theme]\nDirectories=apps\n[apps]\nSize=16\n");
+    QImage image(16, 16, QImage::Format_RGB32);
+    image.fill(colour);
+    ASSERT_TRUE(image.save(QString::fromStdString((place / "apps/app.png").string())));
+  }
+  const auto colour = [&] { return icon("app", 16).pixelColor(8, 8); };
+  int changes = 0;
+  library();
+  const auto token = library().observe([&] { ++changes; });
+  EXPECT_EQ(colour(), QColor(Qt::blue)) << "nobody tells";
+  {
+    SettingsManager manager;
+    manager.tell("Net/IconThemeName", "First");
+    ASSERT_TRUE(until([&] { return changes == 1; }));
+    EXPECT_EQ(colour(), QColor(Qt::red));
+    manager.tell("Net/IconThemeName", "Second");
+    ASSERT_TRUE(until([&] { return changes == 2; }));
+    EXPECT_EQ(colour(), QColor(Qt::green));
+    // One that starts later is asked at once.
+    library_.reset();
+    EXPECT_EQ(colour(), QColor(Qt::green));
+  }
+  EXPECT_TRUE(until([&] { return colour() == QColor(Qt::blue); })) << "the manager is gone";
 }
 
 TEST_F(Applications, AProgramStartsInASessionOfItsOwn) {
@@ -307,7 +347,7 @@ TEST_F(Applications, TheDesktopIsToldThatAProgramIsComing) {
 } // namespace tavrin
 
 int main(int argc, char** argv) {
-  qputenv("QT_QPA_PLATFORM", "offscreen");
+  qputenv("QT_QPA_PLATFORM", "xcb");
   QApplication application(argc, argv);
   testing::InitGoogleMock(&argc, argv);
   return RUN_ALL_TESTS();

@@ -72,7 +72,7 @@ TEST_F(AirDropWidget, ASendingIsCalledOffAndAnotherDeviceChosen) {
       words().contains("Failed to send a to Laptop because the device refused it or is gone"));
   devices().onOpen(0);
   nearby().done({{}, true});
-  EXPECT_EQ(platform_.tile.value, "Handed over for Phone");
+  EXPECT_EQ(platform_.tile.value, "Passed on to Phone");
 }
 
 TEST_F(AirDropWidget, FilesDroppedMeanwhileWait) {
@@ -94,7 +94,7 @@ TEST_F(AirDropWidget, WhereThereIsNothingToSendWithItSaysSo) {
   EXPECT_TRUE(words().contains("No device is near"));
   nearby().available = false;
   nearby().changes.call();
-  EXPECT_TRUE(words().contains("This desktop has nothing to send files with"));
+  EXPECT_TRUE(words().contains("Nothing here can send files"));
   const int before = nearby().refreshes;
   button("Look Again")->click();
   EXPECT_EQ(nearby().refreshes, before + 1);

@@ -41,7 +41,7 @@ protected:
   PanelGrid* grid() const { return all<PanelGrid>().back(); }
   std::string copied() const { return platform_.fakePasteboard.writtenText(); }
   std::vector<Emoji> recents() {
-    return EmojiStore(folder_ / "emoji.json", platform_.center).recents();
+    return EmojiStore(folder_ / "emoji.json", platform_.center).history().recents;
   }
 };
 
@@ -116,10 +116,10 @@ TEST_F(EmojiWidget, RecentsOfAnyNonsenseAreShownAsFarAsTheyGo) {
     entries.push_back(encode(Emoji{i % 2 == 0 ? std::string(1000, 'x') : "🦊", "\n"}));
   writeJSONFile(folder_ / "emoji.json", JSONValue::Object{{"recents", entries}});
   auto* view = open();
-  EXPECT_EQ(view->shownCount(), EmojiRecents::mostLimit);
+  EXPECT_EQ(view->shownCount(), EmojiHistory::mostLimit);
   std::ofstream(folder_ / "emoji.json") << "{\"recents\": 7}";
   platform_.center.post("dev.quellby.tavrin.emoji-changed");
-  EXPECT_EQ(view->shownCount(), EmojiRecents::mostLimit) << "what was read last stays";
+  EXPECT_EQ(view->shownCount(), EmojiHistory::mostLimit) << "what was read last stays";
   grid()->onOpen(0);
   EXPECT_EQ(copied(), "🦊") << "a file that cannot be read keeps nobody from copying";
   open();

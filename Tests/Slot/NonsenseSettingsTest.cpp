@@ -1,4 +1,5 @@
 #include "Tests/Slot/SlotFixture.h"
+#include "Tests/Support/BrokenDocuments.h"
 
 #include <QPixmap>
 #include <fstream>
@@ -105,6 +106,110 @@ TEST_F(SlotTest, EverySettingOfEveryKindAtItsWorst) {
 }
 
 INSTANTIATE_TEST_SUITE_P(EverySpan, NonsenseSettings, testing::Values(1, 2, 4));
+
+/// A kind and settings that use every line of its table.
+constexpr std::pair<const char*, const char*> fullSettings[] = {
+    {"collection", R"({"apps":[{"path":"/a.desktop","displayName":"A","bundleIdentifier":"a",
+      "tile":"eA=="}],"layout":"grid"})"},
+    {"music", R"({"player":"vlc","showsCover":true,"showsArtist":true,"showsProgress":true})"},
+    {"shortcut", R"({"title":"T","command":"true","desktopAction":"a/b","workingFolder":"/",
+      "symbolName":"bolt.fill","colorHex":"#5E5CE6","timeLimit":60,"showsOutput":true})"},
+    {"airdrop", "{}"},
+    {"pet", R"({"species":"cat","followsProcessorLoad":true,"sleepsAtNight":true})"},
+    {"bookmarks", R"({"bookmarks":[{"title":"T","url":"a.example"}],"showsIcons":false,
+      "folders":[{"title":"F","bookmarks":[{"title":"T","url":"b.example"}]}]})"},
+    {"emoji", R"({"skinTone":"dark","recentsLimit":24})"},
+    {"screenshots", R"({"folder":"/x","limit":20})"},
+    {"files", R"({"folders":["/x"],"limit":20,"marksUnseen":true,"seenUntil":700000000})"},
+    {"shelf", R"({"paths":["/a","/b"]})"},
+    {"converter", R"({"category":"length","from":"km","to":"mi","value":1})"}};
+
+class WrongSettings : public SlotTest,
+                      public testing::WithParamInterface<std::pair<const char*, const char*>> {
+protected:
+  JSONValue entry(const JSONValue& settings) const {
+    const bool isPlain = GetParam().first == std::string_view("collection") ||
+                         GetParam().first == std::string_view("airdrop");
+    const JSONValue payload = isPlain ? settings : JSONValue(JSONValue::Object{{"_0", settings}});
+    return JSONValue::Object{{"id", id_.text()},
+                             {"name", "Mine"},
+                             {"slot", 3},
+                             {"span", 2},
+                             {"kind", JSONValue::Object{{GetParam().first, payload}}}};
+  }
+  void writeEntries(const JSONValue& entry) {
+    writeJSONFile(
+        folder_ / "widgets.json",
+        JSONValue::Object{{"version", 1}, {"widgets", JSONValue::Array{entry, encode(other_)}}});
+  }
+  /// What another process leaves of the entry when it changes its own widget.
+  JSONValue afterAnotherWrote() {
+    const auto file = folder_ / "widgets.json";
+    WidgetStore store(file);
+    store.update(other_);
+    const auto document = JSONValue::parse(readFile(file).value());
+    for (const auto& widget : *document.member("widgets")->array())
+      if (*widget.member("id") == JSONValue(id_.text()))
+        return widget;
+    return {};
+  }
+  DockWidget other_{UUID::random(), "Other", 4, ClockSettings{}, 1};
+};
+
+/// A tile stands for what can be read, and what cannot stays in the file as it was written.
+TEST_P(WrongSettings, LoseNothing) {
+  const std::vector<JSONValue> values{
+      nullptr,
+      true,
+      -7.5,
+      -1,
+      0,
+      1'000'000'000,
+      std::numeric_limits<std::int64_t>::max(),
+      1e308,
+      "",
+      "wrong",
+      longText,
+      marks,
+      JSONValue::Array{},
+      JSONValue::Array{nullptr, 1, "x"},
+      JSONValue::Array(3000, "/long"),
+      JSONValue::Object{},
+      JSONValue::Object{{"a", JSONValue::Array{JSONValue::Object{{"b", nullptr}}}}}};
+  int shown = 0;
+  int kept = 0;
+  const auto check = [&](const JSONValue& settings) {
+    SCOPED_TRACE(settings.compact().substr(0, 300));
+    const JSONValue written = entry(settings);
+    writeEntries(written);
+    platform_.tile.displays = 0;
+    platform_.fakeApplication.terminations = 0;
+    app_ = std::make_unique<SlotApp>(platform_);
+    app_->applicationDidFinishLaunching();
+    const bool isShown = platform_.tile.displays > 0;
+    EXPECT_EQ(platform_.fakeApplication.terminations, isShown ? 0 : 1);
+    if (isShown) {
+      click();
+      ASSERT_NE(panel(), nullptr);
+      EXPECT_FALSE(panel()->grab().isNull());
+      platform_.loop.runBackground();
+      click();
+    }
+    app_.reset();
+    const JSONValue left = afterAnotherWrote();
+    if (isShown)
+      EXPECT_EQ(encode(decode<DockWidget>(left)), encode(decode<DockWidget>(written)));
+    else
+      EXPECT_EQ(left, written);
+    ++(isShown ? shown : kept);
+  };
+  breakEachNode(JSONValue::parse(GetParam().second), check, values);
+  EXPECT_GE(shown, 2);
+  EXPECT_GE(kept, GetParam().first == std::string_view("airdrop") ? 0 : 10);
+}
+
+INSTANTIATE_TEST_SUITE_P(EveryKind, WrongSettings, testing::ValuesIn(fullSettings),
+                         [](const auto& info) { return std::string(info.param.first); });
 
 } // namespace
 } // namespace tavrin::test

@@ -47,7 +47,7 @@ std::string bomb(std::uint32_t width, std::uint32_t height) {
 }
 
 TEST(Thumbnail, IsNoLargerThanAskedForAndNeverEnlarged) {
-  for (const char* format : {"PNG", "JPG", "BMP"}) {
+  for (const char* format : {"PNG", "JPG", "BMP", "WEBP", "TIFF", "PPM", "ICO"}) {
     EXPECT_EQ(thumbnail(encoded(format, {400, 100}), 64).size(), QSize(64, 16)) << format;
     EXPECT_EQ(thumbnail(encoded(format, {10, 4000}), 64).size(), QSize(1, 64)) << format;
     EXPECT_EQ(thumbnail(encoded(format, {20, 10}), 64).size(), QSize(20, 10)) << format;

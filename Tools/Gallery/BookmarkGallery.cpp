@@ -1,7 +1,11 @@
 #include "TavrinWidgetsUI/BookmarkPanelView.h"
+#include "TavrinWidgetsUI/Kit/PanelList.h"
 #include "Tools/Gallery/DesignedGallery.h"
 
+#include <QLineEdit>
 #include <QPainter>
+#include <QTimer>
+#include <memory>
 
 namespace tavrin {
 namespace {
@@ -46,16 +50,39 @@ QImage icon(const std::string& url) {
   return made;
 }
 
-GalleryPanel panelOf(const char* name, const BookmarkSettings& settings) {
+/// `act` is done once the panel is shown.
+GalleryPanel panelOf(const char* name, const BookmarkSettings& settings,
+                     const std::function<void(QWidget*)>& act = {}) {
   return {name, bookmarkTint, [=](const PanelAppearance& look) {
-            return new BookmarkPanelView(look, {.name = [] { return std::string("Bookmarks"); },
-                                                .settings = [settings] { return settings; },
-                                                .icon = icon,
-                                                .open = [](const std::vector<std::string>&) {},
-                                                .copy = [](const std::string&) {},
-                                                .change = [](const BookmarkSettings&) {},
-                                                .edit = [] {}});
+            const auto current = std::make_shared<BookmarkSettings>(settings);
+            const auto shown = std::make_shared<BookmarkPanelView*>();
+            auto* panel = *shown =
+                new BookmarkPanelView(look, {.name = [] { return std::string("Bookmarks"); },
+                                             .settings = [current] { return *current; },
+                                             .icon = icon,
+                                             .open = [](const std::vector<std::string>&) {},
+                                             .copy = [](const std::string&) {},
+                                             .change =
+                                                 [current, shown](const BookmarkSettings& changed) {
+                                                   *current = changed;
+                                                   (*shown)->refresh();
+                                                 },
+                                             .edit = [] {}});
+            if (act)
+              QTimer::singleShot(0, panel, [act, panel] { act(panel); });
+            return panel;
           }};
+}
+
+std::function<void(QWidget*)> typing(const char* words) {
+  return [words](QWidget* panel) { panel->findChild<QLineEdit*>()->setText(words); };
+}
+
+PanelList* listOf(QWidget* panel) {
+  for (auto* view : panel->findChildren<QListView*>())
+    if (auto* list = dynamic_cast<PanelList*>(view))
+      return list;
+  return nullptr;
 }
 
 } // namespace
@@ -77,7 +104,15 @@ GallerySheet bookmarkGallery() {
 }
 
 GalleryPanels bookmarkPanels() {
-  return {panelOf("none", {}), panelOf("few", few()), panelOf("many", many())};
+  return {panelOf("none", {}),
+          panelOf("few", few()),
+          panelOf("many", many()),
+          panelOf("found", many(), typing("site")),
+          panelOf("to be added", many(), typing("work.example/new")),
+          panelOf("nothing found", many(), typing("no such thing")),
+          panelOf("folder", many(), [](QWidget* panel) { listOf(panel)->onOpen(0); }),
+          panelOf("removed", few(), [](QWidget* panel) { listOf(panel)->onRemove(1); }),
+          panelOf("broken", {{{"Broken", "no address"}}, {}, true})};
 }
 
 } // namespace tavrin

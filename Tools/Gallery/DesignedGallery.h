@@ -11,6 +11,7 @@ GalleryPanels emojiPanels();
 GallerySheet bookmarkGallery();
 GalleryPanels bookmarkPanels();
 GallerySheet petGallery();
+GalleryPanels petPanels();
 GallerySheet petFrames();
 
 } // namespace tavrin

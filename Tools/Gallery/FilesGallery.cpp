@@ -66,7 +66,7 @@ FilesReading files(std::size_t unseen, const std::vector<const char*>& names,
                    std::size_t unfinished = 0) {
   FilesReading reading{true, false, unseen, unfinished, {}};
   for (const char* name : names)
-    reading.files.push_back({sheet(name), name, "14:05 · 3.1 MB"});
+    reading.files.push_back({sheet(name), name, "14:05", "3.1 MB"});
   return reading;
 }
 

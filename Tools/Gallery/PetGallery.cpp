@@ -1,7 +1,47 @@
+#include "TavrinWidgetsUI/PetPanelView.h"
 #include "TavrinWidgetsUI/PetViews.h"
+#include "TavrinWidgetsUI/SystemWidgetModel.h"
+#include "Tests/Support/FakePlatform.h"
+#include "Tests/Support/SystemServices.h"
 #include "Tools/Gallery/DesignedGallery.h"
 
+#include <deque>
+
 namespace tavrin {
+namespace {
+
+constexpr Date midnight = Date::fromUnixSeconds(1'788'912'000);
+
+/// A pet on a desktop of its own, for as long as the gallery runs.
+struct Meadow {
+  Meadow(const PetSettings& settings, double hour)
+      : platform(midnight + hour * 3600),
+        model(test::servicesOf(platform), DockWidget({}, "Minka", 1, settings, 1)) {
+    model.isPanelShown = [] { return true; };
+    model.start();
+  }
+  test::FakePlatform platform;
+  SystemWidgetModel model;
+};
+
+GalleryPanel panelOf(const char* name, const PetSettings& settings, double hour, bool isStroked) {
+  return {name, petTint, [=](const PanelAppearance& look) {
+            static std::deque<Meadow> meadows;
+            auto& model = meadows.emplace_back(settings, hour).model;
+            if (isStroked)
+              model.strokePet();
+            return new PetPanelView(look, {model, [] {}, [](const PetSettings&) {}, [] {}});
+          }};
+}
+
+} // namespace
+
+GalleryPanels petPanels() {
+  return {panelOf("day", {}, 10, false),
+          panelOf("happy", {PetSpecies::rabbit, false, true}, 17, true),
+          panelOf("night", {PetSpecies::turtle, true, true}, 1, false),
+          panelOf("awake at night", {PetSpecies::fox, true, false}, 23, false)};
+}
 
 GallerySheet petGallery() {
   GallerySheet sheet;

@@ -51,23 +51,15 @@ struct NamedPanels {
 };
 
 constexpr NamedPanels panelSheets[] = {
-    {"simple-panels", simplePanels},
-    {"system-panels", systemPanels},
-    {"timers-panels", timersPanels},
-    {"usage-panels", usagePanels},
-    {"water-panels", waterPanels},
-    {"weather-panels", weatherPanels},
-    {"calendar-panels", calendarPanels},
-    {"colour-panels", colourPanels},
-    {"clipboard-panels", clipboardPanels},
-    {"files-panels", filesPanels},
-    {"converter-panels", converterPanels},
-    {"emoji-panels", emojiPanels},
-    {"bookmarks-panels", bookmarkPanels},
-    {"collection-panels", collectionPanels},
-    {"music-panels", musicPanels},
-    {"shortcut-panels", shortcutPanels},
-    {"airdrop-panels", airDropPanels},
+    {"simple-panels", simplePanels},         {"system-panels", systemPanels},
+    {"timers-panels", timersPanels},         {"usage-panels", usagePanels},
+    {"water-panels", waterPanels},           {"weather-panels", weatherPanels},
+    {"calendar-panels", calendarPanels},     {"colour-panels", colourPanels},
+    {"clipboard-panels", clipboardPanels},   {"files-panels", filesPanels},
+    {"converter-panels", converterPanels},   {"emoji-panels", emojiPanels},
+    {"bookmarks-panels", bookmarkPanels},    {"pet-panels", petPanels},
+    {"collection-panels", collectionPanels}, {"music-panels", musicPanels},
+    {"shortcut-panels", shortcutPanels},     {"airdrop-panels", airDropPanels},
 };
 
 constexpr double captionHeight = 16;
@@ -127,6 +119,8 @@ QImage panelSheet(const GalleryPanels& panels, bool dark) {
     panel->setAttribute(Qt::WA_DontShowOnScreen);
     panel->show();
     panel->refresh();
+    // What a panel does once it is shown may ask for another layout.
+    QCoreApplication::processEvents();
     QCoreApplication::processEvents();
     panel->resize(panel->fittingSize());
     QCoreApplication::processEvents();

@@ -19,7 +19,7 @@ struct Emoji {
 };
 
 /// The emoji that all emoji widgets of a user share, newest first.
-struct EmojiRecents {
+struct EmojiHistory {
   static constexpr int leastLimit = 4;
   static constexpr int mostLimit = 60;
 
@@ -32,10 +32,10 @@ struct EmojiRecents {
   void repair();
 
   static constexpr auto fields() {
-    return std::tuple{optional("version", &EmojiRecents::version),
-                      required("recents", &EmojiRecents::recents)};
+    return std::tuple{optional("version", &EmojiHistory::version),
+                      required("recents", &EmojiHistory::recents)};
   }
-  bool operator==(const EmojiRecents&) const = default;
+  bool operator==(const EmojiHistory&) const = default;
 };
 
 /// What one finds in place of recents before any emoji was used.

@@ -1,4 +1,4 @@
-#include "TavrinCore/Kinds/EmojiRecents.h"
+#include "TavrinCore/Kinds/EmojiHistory.h"
 
 #include "TavrinCore/Base/Text.h"
 #include "TavrinCore/Kinds/EmojiTone.h"
@@ -41,7 +41,7 @@ std::string Emoji::inTone(EmojiSkinTone tone) const {
   return toned;
 }
 
-void EmojiRecents::add(const Emoji& emoji, int limit) {
+void EmojiHistory::add(const Emoji& emoji, int limit) {
   const std::string key = emojiKey(emoji.text);
   std::erase_if(recents, [&](const Emoji& other) { return emojiKey(other.text) == key; });
   recents.insert(recents.begin(), emoji);
@@ -51,7 +51,7 @@ void EmojiRecents::add(const Emoji& emoji, int limit) {
     recents.resize(most);
 }
 
-void EmojiRecents::repair() {
+void EmojiHistory::repair() {
   constexpr std::size_t longest = 64;
   const auto isFit = [](const std::string& text) { return text.size() <= longest && isUTF8(text); };
   std::erase_if(recents, [&](const Emoji& emoji) {
