@@ -9,6 +9,8 @@ namespace {
 
 /// Of one calendar; a week has a hundredth of it.
 constexpr std::size_t mostInstances = 20'000;
+/// Of one object: every hour of two months has fewer.
+constexpr std::size_t mostOfOne = 2'000;
 /// No zone is further from UTC.
 constexpr double widestOffset = 86'400;
 
@@ -21,6 +23,7 @@ struct Gathering {
   DateInterval range;
   const MovedStarts& moved;
   std::size_t count = 0;
+  std::size_t countOfOne = 0;
 };
 
 std::string uidOf(ICalComponent* component) {
@@ -64,7 +67,17 @@ gboolean gather(ICalComponent* component, ICalTime* start, ICalTime* end, gpoint
   if (event && event->start < gathering.range.end &&
       (event->end > gathering.range.start || event->start == gathering.range.start))
     gathering.events.push_back(std::move(*event));
-  return ++gathering.count < mostInstances;
+  return ++gathering.countOfOne < mostOfOne && ++gathering.count < mostInstances;
+}
+
+/// A series whose instances last for years overlaps itself thousands of times on any day, and its
+/// ends, far ahead, have the library compute its zone anew for each: minutes for one object.
+bool isEndless(ICalComponent* component) {
+  if (!e_cal_util_component_has_recurrences(component))
+    return false;
+  const GOwned<ICalTime> start(i_cal_component_get_dtstart(component));
+  const GOwned<ICalTime> end(i_cal_component_get_dtend(component));
+  return start && end && i_cal_time_get_year(end.get()) - i_cal_time_get_year(start.get()) > 1;
 }
 
 DateInterval widened(DateInterval range) {
@@ -105,10 +118,14 @@ std::vector<CalendarEvent> instancesOf(const GSList* components, DateInterval ra
   const auto from = icalTime(wide.start);
   const auto to = icalTime(wide.end);
   for (const GSList* link = components; link != nullptr && gathering.count < mostInstances;
-       link = link->next)
+       link = link->next) {
+    if (isEndless(I_CAL_COMPONENT(link->data)))
+      continue;
+    gathering.countOfOne = 0;
     e_cal_recur_generate_instances_sync(I_CAL_COMPONENT(link->data), from.get(), to.get(), gather,
                                         &gathering, zones.find, zones.data, zones.standard,
                                         zones.cancellable, nullptr);
+  }
   return std::move(gathering.events);
 }
 

@@ -81,6 +81,12 @@ TEST(CalendarObjects, TextsAreNoLongerThanAnybodyReads) {
   EXPECT_LT(events.front().size(), 600u);
 }
 
+TEST(CalendarObjects, ASeriesWhoseInstancesLastForYearsIsLeftOut) {
+  EXPECT_TRUE(shown("DTSTART;TZID=Europe/Berlin:10130109T090000\r\n"
+                    "DTEND;TZID=Europe/Berlin:20400318T100000\r\nRRULE:FREQ=WEEKLY")
+                  .empty());
+}
+
 std::optional<Reminder> reminder(const std::string& lines) {
   const std::string text = "BEGIN:VTODO\r\n" + lines + "\r\nEND:VTODO\r\n";
   const GOwned<ICalComponent> component(i_cal_component_new_from_string(text.c_str()));
