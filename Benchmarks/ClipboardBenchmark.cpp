@@ -1,4 +1,5 @@
 #include "TavrinCore/Kinds/ClipboardBoard.h"
+#include "TavrinCore/Base/Wipe.h"
 #include "TavrinStorage/AESGCM.h"
 #include "TavrinWidgetsUI/ClipboardPanelView.h"
 #include "Tests/Support/FakePlatform.h"
