@@ -54,6 +54,11 @@ void PopoverWindow::setContent(QWidget* content) {
   setAccessibleName(content->windowTitle());
 }
 
+void PopoverWindow::vanish() {
+  hide();
+  destroy();
+}
+
 void PopoverWindow::setPalette(const PopoverPalette& palette) {
   if (palette == palette_)
     return;

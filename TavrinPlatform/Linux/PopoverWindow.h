@@ -31,6 +31,9 @@ public:
   /// Takes the layout's body for the content.
   void arrange(const PopoverLayout& layout);
   QPoint home() const { return home_; }
+  /// Hides it and gives back what only a window on the screen needs, its pixels above all; showing
+  /// it makes that anew.
+  void vanish();
   /// Whether a place, in toolkit points of the screen, is on the body or the arrow.
   bool covers(QPoint place) const;
 

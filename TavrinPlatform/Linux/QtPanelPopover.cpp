@@ -225,7 +225,7 @@ void QtPanelPopover::disappear() {
   const bool hadFocus = focus != nullptr && window_->isActiveWindow();
   isClosing_ = false;
   fade_.stop();
-  window_->hide();
+  window_->vanish();
   giveFocusBack(hadFocus);
 }
 
