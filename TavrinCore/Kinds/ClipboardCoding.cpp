@@ -14,8 +14,7 @@ namespace ondemand = simdjson::ondemand;
 /// The histories are larger than other documents, most of their bytes are images', and all of them
 /// are secret. So they are written into one buffer and read out of it without a tree of the whole,
 /// and no text and no image stands anywhere else meanwhile.
-template <class T> constexpr bool isContent = std::is_same_v<T, std::string>;
-template <> constexpr bool isContent<Data> = true;
+template <class T> constexpr bool isText = std::is_same_v<T, std::string>;
 
 /// More than any of the other members takes, and than a member's key.
 constexpr std::size_t longestRest = 64;
@@ -25,7 +24,7 @@ template <class T> void append(std::string& out, const T& value) {
     out += '"';
     appendBase64(out, value);
     out += '"';
-  } else if constexpr (isContent<T>) {
+  } else if constexpr (isText<T>) {
     appendJSONText(out, value);
   } else {
     out += encode(value).compact();
@@ -35,7 +34,7 @@ template <class T> void append(std::string& out, const T& value) {
 template <class T> std::size_t longest(const T& value) {
   if constexpr (std::is_same_v<T, Data>)
     return (value.bytes.size() + 2) / 3 * 4 + 2;
-  else if constexpr (isContent<T>)
+  else if constexpr (isText<T>)
     return jsonTextLength(value);
   else
     return longestRest;
@@ -131,7 +130,7 @@ template <class T> void Reader::readInto(T& member, ondemand::value value) {
     if (!data)
       detail::throwWrongType("base64 text");
     member = std::move(*data);
-  } else if constexpr (isContent<T>) {
+  } else if constexpr (isText<T>) {
     member = textOf(value);
   } else if (unwrap(value.type()) == ondemand::json_type::string) {
     member = decode<T>(JSONValue(textOf(value)));
