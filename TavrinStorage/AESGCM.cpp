@@ -1,5 +1,6 @@
 #include "TavrinStorage/AESGCM.h"
 
+#include "TavrinCore/Base/Wipe.h"
 #include "TavrinPlatform/SharedLibrary.h"
 
 #include <algorithm>
@@ -101,6 +102,18 @@ void decrypt(EVP_CIPHER_CTX* context, std::uint8_t* body, std::size_t length) {
   }
 }
 
+/// Like `append`, and leaves no copy behind where the text has to move.
+void grow(std::string& text, std::size_t more) {
+  if (text.capacity() - text.size() < more) {
+    std::string larger;
+    larger.reserve(text.size() + more);
+    larger = text;
+    wipe(text);
+    text = std::move(larger);
+  }
+  text.append(more, '\0');
+}
+
 } // namespace
 
 void aesGCM::fillRandom(std::span<std::uint8_t> bytes) {
@@ -109,9 +122,9 @@ void aesGCM::fillRandom(std::span<std::uint8_t> bytes) {
 
 std::string aesGCM::seal(Bytes key, std::string text) {
   const std::size_t length = text.size();
-  text.append(nonceLength + tagLength, '\0');
-  std::uint8_t* const body = bytesOf(text) + nonceLength;
   try {
+    grow(text, nonceLength + tagLength);
+    std::uint8_t* const body = bytesOf(text) + nonceLength;
     std::array<std::uint8_t, nonceLength> nonce{};
     fillRandom(nonce);
     const ContextPtr context = begin(key, nonce.data(), true);
@@ -131,29 +144,22 @@ std::string aesGCM::open(Bytes key, std::string box) {
   require(box.size() >= nonceLength + tagLength);
   const std::size_t length = box.size() - nonceLength - tagLength;
   std::uint8_t* const body = bytesOf(box) + nonceLength;
-  const ContextPtr context = begin(key, bytesOf(box), false);
-  decrypt(context.get(), body, length);
-  int written = 0;
-  std::uint8_t rest[EVP_MAX_BLOCK_LENGTH];
-  require(library().control(context.get(), EVP_CTRL_GCM_SET_TAG, tagLength, body + length) == 1);
-  if (library().end(context.get(), rest, &written) != 1) {
+  try {
+    const ContextPtr context = begin(key, bytesOf(box), false);
+    decrypt(context.get(), body, length);
+    int written = 0;
+    std::uint8_t rest[EVP_MAX_BLOCK_LENGTH];
+    require(library().control(context.get(), EVP_CTRL_GCM_SET_TAG, tagLength, body + length) == 1);
+    if (library().end(context.get(), rest, &written) != 1)
+      throw CipherError("the file was altered or sealed with another key");
+  } catch (...) {
     wipe(box);
-    throw CipherError("the file was altered or sealed with another key");
+    throw;
   }
-  // The ciphertext's last bytes stand behind the text still; they are no secret.
+  // The text's last bytes stand where they were decrypted, too.
+  wipe(bytesOf(box) + length, nonceLength);
   box.resize(length);
   return box;
-}
-
-void wipe(std::span<std::uint8_t> bytes) {
-  std::ranges::fill(bytes, std::uint8_t{0});
-  // Reads the memory as far as the compiler knows.
-  asm volatile("" : : "r"(bytes.data()) : "memory");
-}
-
-void wipe(std::string& text) {
-  wipe({bytesOf(text), text.size()});
-  text.clear();
 }
 
 } // namespace tavrin

@@ -25,30 +25,13 @@ using Bytes = std::span<const std::uint8_t>;
 
 /// From the library's generator. Throws CipherError.
 void fillRandom(std::span<std::uint8_t> bytes);
-/// A fresh nonce, the ciphertext, the tag. Works in place: the plaintext is overwritten, and room
-/// for 28 more bytes saves a copy. Throws CipherError.
+/// A fresh nonce, the ciphertext, the tag. Works in place: the plaintext is overwritten, also where
+/// it throws CipherError. Room for 28 more bytes saves a copy.
 std::string seal(Bytes key, std::string plaintext);
 /// Back from what `seal` made, of at least nonce and tag; in place too. Throws CipherError when
 /// that was altered or sealed under another key.
 std::string open(Bytes key, std::string box);
 
 } // namespace aesGCM
-
-/// Overwrites bytes so that no compiler takes it for useless.
-void wipe(std::span<std::uint8_t> bytes);
-void wipe(std::string& text);
-
-/// A text that is overwritten before its memory goes back.
-class SecretText {
-public:
-  explicit SecretText(std::string text) : text_(std::move(text)) {}
-  ~SecretText() { wipe(text_); }
-  SecretText(const SecretText&) = delete;
-  SecretText& operator=(const SecretText&) = delete;
-  const std::string& text() const { return text_; }
-
-private:
-  std::string text_;
-};
 
 } // namespace tavrin

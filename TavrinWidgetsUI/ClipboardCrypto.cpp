@@ -1,5 +1,6 @@
 #include "TavrinWidgetsUI/ClipboardCrypto.h"
 
+#include "TavrinCore/Base/Wipe.h"
 #include "TavrinStorage/AESGCM.h"
 
 #include <algorithm>
@@ -52,7 +53,12 @@ std::optional<SymmetricKey> ClipboardCrypto::readKey() {
 
 void ClipboardCrypto::writeKey(const SymmetricKey& key) {
   Data data{{key.bytes().begin(), key.bytes().end()}};
-  keychain_.add(service, account, data);
+  try {
+    keychain_.add(service, account, data);
+  } catch (...) {
+    wipe(data.bytes);
+    throw;
+  }
   wipe(data.bytes);
 }
 

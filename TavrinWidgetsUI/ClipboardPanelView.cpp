@@ -122,7 +122,9 @@ QImage ClipboardPanelView::thumbnail(const ClipboardEntryPtr& entry) {
   thumbnails_.emplace(entry->item.id, QImage());
   const auto picture = std::make_shared<QImage>();
   services_.runLoop.background(
-      [entry, picture, &bytes = *data] { *picture = tavrin::thumbnail(bytes.view(), thumbnailSide); },
+      [entry, picture, &bytes = *data] {
+        *picture = tavrin::thumbnail(bytes.view(), thumbnailSide);
+      },
       alive_,
       [this, id = entry->item.id, picture] {
         if (picture->isNull())
@@ -187,7 +189,8 @@ void ClipboardPanelView::refresh() {
   const auto& trouble = model_.trouble();
   trouble_->setVisible(trouble.has_value());
   if (trouble)
-    trouble_->setWords(QString::fromStdString(trouble->title() + ". " + trouble->text));
+    trouble_->setWords(QString::fromStdString(trouble->title() + ". " + trouble->text +
+                                              ". The next change tries again."));
   showResults();
   showWords();
   clear_->setEnabled(

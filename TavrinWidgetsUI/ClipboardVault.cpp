@@ -1,5 +1,6 @@
 #include "TavrinWidgetsUI/ClipboardVault.h"
 
+#include "TavrinCore/Base/Wipe.h"
 #include "TavrinStorage/AESGCM.h"
 #include "TavrinStorage/AtomicFile.h"
 

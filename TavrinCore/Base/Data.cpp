@@ -1,5 +1,7 @@
 #include "TavrinCore/Base/Base64.h"
 
+#include "TavrinCore/Base/Wipe.h"
+
 #include <algorithm>
 #include <array>
 
@@ -58,6 +60,7 @@ void appendBase64(std::string& out, const Data& data) {
     out.append(chunk.data(), count * 4);
     groups -= count;
   }
+  wipe(chunk.data(), chunk.size());
   const std::size_t left = bytes.size() % 3;
   if (left == 0)
     return;
@@ -101,6 +104,7 @@ std::optional<Data> Data::fromBase64(std::string_view text) {
     data.bytes.insert(data.bytes.end(), chunk.data(), chunk.data() + count * 3);
     groups -= count;
   }
+  wipe(chunk.data(), chunk.size());
   std::array<char, 4> last{};
   std::copy_n(from, 4, last.begin());
   std::fill(last.end() - static_cast<std::ptrdiff_t>(padding), last.end(), alphabet.front());

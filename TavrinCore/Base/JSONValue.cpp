@@ -1,5 +1,7 @@
 #include "TavrinCore/Base/JSONValue.h"
 
+#include "TavrinCore/Base/JSONText.h"
+
 #include <charconv>
 #include <cmath>
 #include <simdjson.h>
@@ -122,37 +124,21 @@ template <class Source> JSONValue read(Source& source, std::size_t depth) {
   throw JSONError("a value is of no JSON type");
 }
 
-void writeString(std::string& out, std::string_view text) {
-  static constexpr char digits[] = "0123456789abcdef";
-  out += '"';
-  for (const char c : text) {
-    switch (c) {
-    case '"':
-      out += "\\\"";
-      break;
-    case '\\':
-      out += "\\\\";
-      break;
-    case '\n':
-      out += "\\n";
-      break;
-    case '\r':
-      out += "\\r";
-      break;
-    case '\t':
-      out += "\\t";
-      break;
-    default:
-      if (static_cast<unsigned char>(c) < 0x20) {
-        out += "\\u00";
-        out += digits[c >> 4];
-        out += digits[c & 15];
-      } else {
-        out += c;
-      }
-    }
+/// What stands behind the backslash for `c`; 'u' where that is four digits, 0 where none is wanted.
+char escapeOf(char c) {
+  switch (c) {
+  case '"':
+  case '\\':
+    return c;
+  case '\n':
+    return 'n';
+  case '\r':
+    return 'r';
+  case '\t':
+    return 't';
+  default:
+    return static_cast<unsigned char>(c) < 0x20 ? 'u' : '\0';
   }
-  out += '"';
 }
 
 /// `indent` below 0 writes everything on one line.
@@ -188,7 +174,7 @@ void writeObject(std::string& out, const JSONValue::Object& object, int indent) 
       out += ',';
     first = false;
     breakLine(out, inner);
-    writeString(out, key);
+    appendJSONText(out, key);
     out += indent < 0 ? ":" : ": ";
     write(out, item, inner);
   }
@@ -205,7 +191,7 @@ void write(std::string& out, const JSONValue& value, int indent) {
   else if (const auto* number = value.number())
     out += number->text;
   else if (const auto* string = value.string())
-    writeString(out, *string);
+    appendJSONText(out, *string);
   else if (const auto* array = value.array())
     writeArray(out, *array, indent);
   else
@@ -219,6 +205,36 @@ template <class T> std::string shortestText(T value) {
 }
 
 } // namespace
+
+void appendJSONText(std::string& out, std::string_view text) {
+  static constexpr char digits[] = "0123456789abcdef";
+  out += '"';
+  const char* from = text.data();
+  const char* const end = from + text.size();
+  while (from != end) {
+    const char* const plain = from;
+    char escape = 0;
+    while (from != end && (escape = escapeOf(*from)) == 0)
+      ++from;
+    out.append(plain, from);
+    if (from == end)
+      break;
+    out += '\\';
+    out += escape;
+    if (escape == 'u')
+      out.append("00").append(1, digits[*from >> 4]).append(1, digits[*from & 15]);
+    ++from;
+  }
+  out += '"';
+}
+
+std::size_t jsonTextLength(std::string_view text) {
+  std::size_t length = text.size() + 2;
+  for (const char c : text)
+    if (const char escape = escapeOf(c))
+      length += escape == 'u' ? 5 : 1;
+  return length;
+}
 
 JSONValue::JSONValue(int value) : value_(Number{shortestText(value)}) {}
 JSONValue::JSONValue(std::int64_t value) : value_(Number{shortestText(value)}) {}

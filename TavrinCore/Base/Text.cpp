@@ -99,6 +99,7 @@ std::string oneLine(std::string_view text, std::size_t longest) {
 
 std::string percentDecoded(std::string_view text) {
   std::string out;
+  out.reserve(text.size());
   for (std::size_t i = 0; i < text.size(); ++i) {
     const int high = text[i] == '%' && i + 2 < text.size() ? hexDigit(text[i + 1]) : -1;
     const int low = high >= 0 ? hexDigit(text[i + 2]) : -1;

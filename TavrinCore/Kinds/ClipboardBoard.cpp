@@ -1,6 +1,7 @@
 #include "TavrinCore/Kinds/ClipboardBoard.h"
 
 #include "TavrinCore/Base/Text.h"
+#include "TavrinCore/Base/Wipe.h"
 
 #include <algorithm>
 #include <cstring>
@@ -22,6 +23,8 @@ std::string lowered(std::string_view text) {
   if (isASCII(text))
     return asciiLowered(text);
   std::string out;
+  // A few characters are longer in lower case; what moved would leave a copy behind.
+  out.reserve(text.size() / 2 * 3);
   icu::StringByteSink<std::string> sink(&out);
   UErrorCode status = U_ZERO_ERROR;
   icu::CaseMap::utf8ToLower("", 0, {text.data(), static_cast<std::int32_t>(text.size())}, sink,
@@ -66,11 +69,17 @@ bool contains(const ClipboardEntry& entry, std::string_view wanted) {
 
 } // namespace
 
-ClipboardEntry::ClipboardEntry(ClipboardItem contents) : item(std::move(contents)) {
-  if (item.fileURL)
-    searchKey = lowered(item.fileName());
-  else if (item.text && !isASCII(*item.text))
+ClipboardEntry::ClipboardEntry(ClipboardItem&& contents) : item(std::move(contents)) {
+  if (item.fileURL) {
+    const SecretText name(item.fileName());
+    searchKey = lowered(name.text());
+  } else if (item.text && !isASCII(*item.text))
     searchKey = lowered(*item.text);
+}
+
+ClipboardEntry::~ClipboardEntry() {
+  item.wipeTexts();
+  wipe(searchKey);
 }
 
 ClipboardList ClipboardBoard::search(std::string_view query, const ClipboardList& list) {

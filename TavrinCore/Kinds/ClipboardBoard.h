@@ -5,9 +5,14 @@
 namespace tavrin {
 
 /// An item that does not change any more, with what searching wants to know of it beforehand.
-/// A changed item is another entry.
+/// A changed item is another entry. Its texts are overwritten when it goes.
 struct ClipboardEntry {
-  explicit ClipboardEntry(ClipboardItem contents);
+  explicit ClipboardEntry(const ClipboardItem& contents)
+      : ClipboardEntry(ClipboardItem(contents)) {}
+  explicit ClipboardEntry(ClipboardItem&& contents);
+  ~ClipboardEntry();
+  ClipboardEntry(const ClipboardEntry&) = delete;
+  ClipboardEntry& operator=(const ClipboardEntry&) = delete;
 
   ClipboardItem item;
   /// What is searched, in lower case; empty where the item's own text serves, being ASCII.

@@ -2,6 +2,7 @@
 
 #include "TavrinCore/Base/CodePoints.h"
 #include "TavrinCore/Base/Text.h"
+#include "TavrinCore/Base/Wipe.h"
 
 #include <algorithm>
 #include <array>
@@ -122,7 +123,8 @@ std::string ClipboardItem::fileName() const {
   std::string_view path = *fileURL;
   while (path.ends_with('/'))
     path.remove_suffix(1);
-  return cleanText(percentDecoded(path.substr(path.rfind('/') + 1)), longestPreview);
+  const SecretText decoded(percentDecoded(path.substr(path.rfind('/') + 1)));
+  return cleanText(decoded.text(), longestPreview);
 }
 
 std::string ClipboardItem::linkHost() const {

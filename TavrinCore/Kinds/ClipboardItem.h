@@ -53,6 +53,8 @@ struct ClipboardItem {
   std::string previewLine() const;
   /// The last part of the file's path; empty for other kinds.
   std::string fileName() const;
+  /// Overwrites and empties what is text.
+  void wipeTexts();
 
   static constexpr auto fields() {
     using I = ClipboardItem;

@@ -77,20 +77,9 @@ private:
 void paintContent(QPainter& painter, const PanelCell& cell, const QRectF& rect,
                   const PanelPalette& colours) {
   if (!cell.image.isNull()) {
-    QRectF target(
-        QPointF(),
-        QSizeF(cell.image.size()).scaled(rect.size() - QSizeF(8, 8), Qt::KeepAspectRatio));
-    target.moveCenter(rect.center());
-    painter.setRenderHint(QPainter::SmoothPixmapTransform);
     painter.setOpacity(cell.isEnabled ? 1 : 0.4);
-    painter.drawImage(target, cell.image);
+    panelPaint::picture(painter, cell.image, rect.adjusted(4, 4, -4, -4), colours.hairline);
     painter.setOpacity(1);
-    // An icon has an edge of its own.
-    if (!cell.image.hasAlphaChannel()) {
-      painter.setBrush(Qt::NoBrush);
-      painter.setPen(QPen(colours.hairline, 1));
-      painter.drawRect(target.adjusted(0.5, 0.5, -0.5, -0.5));
-    }
   } else if (cell.colour.isValid()) {
     const QColor fill = over(cell.colour, colours.ground);
     panelPaint::rounded(painter, rect.adjusted(4, 4, -4, -4), panel::cornerRadius, fill,

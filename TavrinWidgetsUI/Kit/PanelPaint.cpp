@@ -27,6 +27,18 @@ void rounded(QPainter& painter, const QRectF& rect, double radius, const QColor&
   }
 }
 
+void picture(QPainter& painter, const QImage& image, const QRectF& rect, const QColor& hairline) {
+  QRectF target(QPointF(), QSizeF(image.size()).scaled(rect.size(), Qt::KeepAspectRatio));
+  target.moveCenter(rect.center());
+  painter.setRenderHint(QPainter::SmoothPixmapTransform);
+  painter.drawImage(target, image);
+  if (image.hasAlphaChannel())
+    return;
+  painter.setBrush(Qt::NoBrush);
+  painter.setPen(QPen(hairline, 1));
+  painter.drawRect(target.adjusted(0.5, 0.5, -0.5, -0.5));
+}
+
 void focusRing(QPainter& painter, const QRectF& rect, double radius, const QColor& accent) {
   rounded(painter, rect, radius, {}, accent, panel::focusRing);
 }

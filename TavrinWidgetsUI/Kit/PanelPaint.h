@@ -24,6 +24,9 @@ void focusRing(QPainter& painter, const QRectF& rect, double radius, const QColo
 /// The symbol of `side` points in the middle of `rect`.
 void symbol(QPainter& painter, const QString& name, const QRectF& rect, double side,
             const QColor& colour);
+/// The whole picture in the middle of `rect`. One that is opaque gets an edge of `hairline`,
+/// without which a light page would be lost on a light ground; an icon has an edge of its own.
+void picture(QPainter& painter, const QImage& image, const QRectF& rect, const QColor& hairline);
 /// One line at the start of `rect`, cut with an ellipsis where it is too long. The width it took.
 double line(QPainter& painter, const QString& text, const QRectF& rect, const QFont& font,
             const QColor& colour, Qt::Alignment alignment = Qt::AlignLeading);

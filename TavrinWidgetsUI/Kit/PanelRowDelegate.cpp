@@ -40,14 +40,6 @@ struct RowPainting {
   void paintWords();
 };
 
-void paintPicture(QPainter& painter, const QImage& image, const QRectF& square) {
-  QSizeF size = QSizeF(image.size()).scaled(square.size(), Qt::KeepAspectRatio);
-  QRectF target(QPointF(), size);
-  target.moveCenter(square.center());
-  painter.setRenderHint(QPainter::SmoothPixmapTransform);
-  painter.drawImage(target, image);
-}
-
 void RowPainting::paintMark() {
   const bool hasImage = !row.image.isNull();
   if (!hasImage && !row.dot.isValid() && row.symbol.isEmpty() && row.mark.isEmpty())
@@ -62,7 +54,7 @@ void RowPainting::paintMark() {
     const double pictureSide = markWidth > 0 ? rect.height() - 12 : plainPictureSide;
     QRectF square(0, 0, pictureSide, pictureSide);
     square.moveCenter(place.center());
-    paintPicture(painter, row.image, square);
+    panelPaint::picture(painter, row.image, square, colours.hairline);
   } else if (row.dot.isValid()) {
     QRectF circle(0, 0, side, side);
     circle.moveCenter(place.center());

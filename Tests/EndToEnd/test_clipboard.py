@@ -21,10 +21,34 @@ COPIES = int(os.environ.get("TAVRIN_COPIES", "60"))
 INTERVAL = int(os.environ.get("TAVRIN_INTERVAL", "150"))
 
 
+def start_keyring(desk):
+    keyring = subprocess.Popen(
+        ["gnome-keyring-daemon", "--unlock", "--components=secrets", "--foreground"], env=desk.env,
+        stdin=subprocess.PIPE, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+    keyring.stdin.write(b"test")
+    keyring.stdin.close()
+    desk.processes.append(keyring)
+    desk.run("gdbus", "wait", "--session", "--timeout", "10", "org.freedesktop.secrets")
+
+
+def items_of(desk):
+    """What the sealed file holds, read by another program."""
+    file = desk.data / "clipboard.json.enc"
+    # The tool adds no line break where its output is no terminal.
+    key = subprocess.run(["secret-tool", "lookup", "service", "dev.quellby.tavrin.clipboard",
+                          "account", "primary"], env=desk.env, capture_output=True,
+                         check=False).stdout
+    if not file.exists() or len(key) != 32:
+        return []
+    opened = subprocess.run([sys.executable, str(READER), "open", str(file), key.hex()],
+                            capture_output=True, check=True)
+    return json.loads(opened.stdout)
+
+
 class ClipboardTest(DeskTest):
     def setUp(self):
         super().setUp()
-        self.start_keyring()
+        start_keyring(self.desk)
         self.desk.write_widgets([widget("clipboard", {"historyLimit": 5000}, 3, "Clipboard")],
                                 announce=False)
         self.slot = self.desk.start_slot(3)
@@ -39,34 +63,12 @@ class ClipboardTest(DeskTest):
             return self.items()
         wait_for(is_kept, "the slot to listen", 20)
 
-    def start_keyring(self):
-        keyring = subprocess.Popen(
-            ["gnome-keyring-daemon", "--unlock", "--components=secrets", "--foreground"],
-            env=self.desk.env, stdin=subprocess.PIPE, stdout=subprocess.DEVNULL,
-            stderr=subprocess.DEVNULL)
-        keyring.stdin.write(b"test")
-        keyring.stdin.close()
-        self.desk.processes.append(keyring)
-        self.desk.run("gdbus", "wait", "--session", "--timeout", "10", "org.freedesktop.secrets")
-
     def copy(self, text):
         subprocess.run(["xclip", "-selection", "clipboard"], env=self.desk.env, input=text.encode(),
                        stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=True)
 
-    def key(self):
-        # The tool adds no line break where its output is no terminal.
-        return subprocess.run(["secret-tool", "lookup", "service", "dev.quellby.tavrin.clipboard",
-                               "account", "primary"], env=self.desk.env, capture_output=True,
-                              check=False).stdout
-
     def items(self):
-        file = self.desk.data / "clipboard.json.enc"
-        key = self.key()
-        if not file.exists() or len(key) != 32:
-            return []
-        opened = subprocess.run([sys.executable, str(READER), "open", str(file), key.hex()],
-                                capture_output=True, check=True)
-        return json.loads(opened.stdout)
+        return items_of(self.desk)
 
     def start_series(self, count):
         return self.desk.spawn(["sh", "-c", f"sleep 999 | {OWNER} series {count} {INTERVAL}"],

@@ -38,14 +38,18 @@ print(json.dumps(found))
 """
 
 
+def start_accessibility(desk):
+    del desk.env["NO_AT_BRIDGE"]
+    desk.env["QT_LINUX_ACCESSIBILITY_ALWAYS_ON"] = "1"
+    desk.spawn(["/usr/libexec/at-spi-bus-launcher", "--launch-immediately"])
+    desk.run("gdbus", "wait", "--session", "--timeout", "10", "org.a11y.Bus")
+
+
 class Keyboard(DeskTest):
     def setUp(self):
         self.desk = Desk()
         self.addCleanup(self.desk.close)
-        del self.desk.env["NO_AT_BRIDGE"]
-        self.desk.env["QT_LINUX_ACCESSIBILITY_ALWAYS_ON"] = "1"
-        self.registry = self.desk.spawn(["/usr/libexec/at-spi-bus-launcher", "--launch-immediately"])
-        self.desk.run("gdbus", "wait", "--session", "--timeout", "10", "org.a11y.Bus")
+        start_accessibility(self.desk)
         self.desk.write_widgets(
             [widget(kind, settings, slot, name=name)
              for slot, (kind, settings, name) in enumerate(WIDGETS, start=1)], announce=False)

@@ -86,8 +86,9 @@ TEST_F(PasteboardTest, BadOwnersCostTheirOwnCopyOnly) {
   observe({1000, 100});
   for (const auto& [mode, found] :
        {Case{"hang", ""}, Case{"mute", "text/plain=good words \xFF;"},
-        Case{"flood", "text/plain=" + std::string(1000, 'x') + ";"}, Case{"dribble", ""},
-        Case{"empty", ""}, Case{"simple", "text/plain=good words \xFF;"}}) {
+        Case{"flood", "text/plain=" + std::string(1000, 'x') + ";"},
+        Case{"picture", "image/png=?;"}, Case{"dribble", ""}, Case{"empty", ""},
+        Case{"simple", "text/plain=good words \xFF;"}}) {
     captures_.clear();
     Program owner(SELECTION_OWNER, {mode});
     QElapsedTimer clock;

@@ -1,5 +1,7 @@
 #include "TavrinStorage/AESGCM.h"
 
+#include "TavrinCore/Base/Wipe.h"
+
 #include <gtest/gtest.h>
 #include <vector>
 

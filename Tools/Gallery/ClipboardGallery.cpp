@@ -48,6 +48,8 @@ ClipboardList sample() {
   link.ogFetchedAt = {now - 4999};
   add(link, "Firefox", 5000);
   add(ClipboardItem::ofText("https://quellby.dev/guide/harbours"), "Firefox", 5100);
+  add(ClipboardItem::ofImage(picture(Qt::white, QColor("#F4F4F6"), {300, 200}), 61'000),
+      "Screenshot", 6000);
   add(ClipboardItem::ofImage(std::nullopt, 3'100'000), "GIMP", 90'000);
   add(ClipboardItem::ofText("for (const auto& entry : list)\n  total += entry.size();"), "Kate",
       190'000);

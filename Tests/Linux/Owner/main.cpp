@@ -1,6 +1,7 @@
 // A program that copies, in good and bad ways:
 //   SelectionOwner series COUNT MILLISECONDS   copies COUNT things, one after the other
 //   SelectionOwner hang | mute | flood | dribble | empty | simple
+//   SelectionOwner picture   sends an image without end, and tells no length
 //   SelectionOwner turn    copies twice, and then answers what comes within a moment and no more
 // Prints "copied" after each copy. Ends with its input.
 #include <algorithm>
@@ -102,12 +103,13 @@ void answer(const xcb_selection_request_event_t& request) {
       continue;
     if (mode == "mute" && target == "image/png")
       return;
-    const bool isEndless = (mode == "flood" || mode == "dribble") && target == "UTF8_STRING";
+    const bool isEndless =
+        mode == "picture" || ((mode == "flood" || mode == "dribble") && target == "UTF8_STRING");
     if (isEndless) {
       const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
       xcb_change_window_attributes(x, request.requestor, XCB_CW_EVENT_MASK, &events);
     }
-    const std::uint32_t size = 1 << 30;
+    const std::uint32_t size = mode == "picture" ? 1 : 1 << 30;
     xcb_change_property(x, XCB_PROP_MODE_REPLACE, request.requestor, request.property,
                         isEndless ? atom("INCR") : atom(target), isEndless ? 32 : 8,
                         isEndless ? 1 : static_cast<std::uint32_t>(bytes.size()),
@@ -146,7 +148,7 @@ int main(int argc, char** argv) {
   window = xcb_generate_id(x);
   xcb_create_window(x, 0, window, root, 0, 0, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY, 0, 0, nullptr);
   content = {{"UTF8_STRING", mode == "empty" ? "" : "good words \xFF"}};
-  if (mode == "mute" || mode == "empty")
+  if (mode == "mute" || mode == "empty" || mode == "picture")
     content["image/png"] = "";
   int copies = 0;
   for (std::int64_t next = now();;) {

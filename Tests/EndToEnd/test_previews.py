@@ -1,0 +1,92 @@
+"""What a copied link's page says of itself, from a web server to the panel."""
+
+import json
+import subprocess
+import sys
+import time
+import unittest
+
+from internet import COLOUR, Site, enter, start_site
+from rig import Desk, DeskTest, wait_for, widget
+from test_clipboard import items_of, start_keyring
+from test_keyboard import TREE, start_accessibility
+
+
+class Previews(DeskTest):
+    @classmethod
+    def setUpClass(cls):
+        server = start_site()
+        cls.addClassCleanup(server.server_close)
+        cls.addClassCleanup(server.shutdown)
+
+    def setUp(self):
+        self.desk = Desk()
+        self.addCleanup(self.desk.close)
+        Site.asked.clear()
+        start_accessibility(self.desk)
+        start_keyring(self.desk)
+        self.desk.write_widgets([widget("clipboard", {}, 3, "Clipboard")], announce=False)
+        self.slot = self.desk.start_slot(3)
+        self.desk.wait_for_name(3)
+        wait_for(lambda: self.copy("warm") or time.sleep(0.3) or items_of(self.desk),
+                 "the slot to listen", 20)
+
+    def copy(self, text):
+        subprocess.run(["xclip", "-selection", "clipboard"], env=self.desk.env, input=text.encode(),
+                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=True)
+
+    def item(self, url):
+        return next((item for item in items_of(self.desk) if item.get("text") == url), None)
+
+    def shown(self):
+        output = self.desk.run("/usr/bin/python3", "-c", TREE, str(self.slot.pid))
+        return [name for _, name, _, _, _ in json.loads(output)]
+
+    def pixels_of(self, colour):
+        path = self.desk.home / "screen.png"
+        self.desk.screenshot(path)
+        counted = subprocess.run(
+            ["convert", str(path), "-fuzz", "4%", "-fill", "black", "+opaque",
+             "rgb({},{},{})".format(*colour), "-fill", "white", "-opaque",
+             "rgb({},{},{})".format(*colour), "-format", "%[fx:mean*w*h]", "info:"],
+            capture_output=True, text=True, check=True)
+        return float(counted.stdout)
+
+    def test_a_copied_link_shows_its_title_and_its_picture(self):
+        self.copy("http://tides.com/march")
+        item = wait_for(lambda: (self.item("http://tides.com/march") or {}).get("ogTitle")
+                        and self.item("http://tides.com/march"), "the preview", 20, 0.2)
+        self.assertEqual(item["ogTitle"], "Tides of the F\xe6r\xf6er")
+        self.assertEqual(item["ogDescription"], "Twice a day")
+        self.assertIn("ogImageData", item)
+        self.assertIn("ogFetchedAt", item)
+        self.assertEqual(Site.asked, [("tides.com", "/march"), ("tides.com", "/picture.png")])
+        for headers in Site.headers_seen:
+            self.assertNotIn("Cookie", headers)
+            self.assertNotIn("Referer", headers)
+        self.desk.activate(3)
+        wait_for(lambda: any("Tides of the F\xe6r\xf6er" in name for name in self.shown()),
+                 "the title in the panel", 10, 0.2)
+        wait_for(lambda: self.pixels_of(COLOUR) > 300, "the picture in the panel", 10, 0.2)
+
+    def test_nothing_that_is_not_public_is_asked(self):
+        # Without digits: with them a link counts as a secret and would not be asked for anyway.
+        refused = ["http://printer.com/", "http://here.com/", "http://localhost/",
+                   "http://tides.com/to/here.com/a", "http://tides.com/to/localhost/b"]
+        for url in refused:
+            self.copy(url)
+            time.sleep(0.2)
+        # One at a time: when the last one has its preview, the others are done with.
+        self.copy("http://tides.com/to/tides.com/march")
+        wait_for(lambda: (self.item("http://tides.com/to/tides.com/march") or {}).get("ogTitle"),
+                 "the preview behind a redirect", 20, 0.2)
+        for url in refused:
+            self.assertNotIn("ogTitle", self.item(url), url)
+        self.assertEqual({host for host, _ in Site.asked}, {"tides.com"})
+        self.assertEqual([path for _, path in Site.asked],
+                         ["/to/here.com/a", "/to/localhost/b", "/to/tides.com/march", "/march",
+                          "/picture.png"])
+
+
+if __name__ == "__main__":
+    sys.exit(enter(unittest.main))
