@@ -18,7 +18,7 @@ template <> struct EnumNames<PetSpecies> {
 struct PetSettings {
   PetSpecies species = PetSpecies::cat;
   /// Runs when the processor does.
-  bool followsProcessorLoad = true;
+  bool followsProcessorLoad = false;
   bool sleepsAtNight = true;
 
   static constexpr auto fields() {
