@@ -1,5 +1,7 @@
 #include "TavrinPlatform/Linux/MemoryRelease.h"
 
+#include "TavrinPlatform/Linux/X11.h"
+
 #include <cstdint>
 #include <malloc.h>
 #include <pthread.h>
@@ -11,6 +13,7 @@ namespace {
 constexpr int settledMilliseconds = 1'000;
 
 void releaseUnusedMemory() {
+  x11::forgetAnswered();
   malloc_trim(0);
   pthread_attr_t attributes;
   if (pthread_getattr_np(pthread_self(), &attributes) != 0)

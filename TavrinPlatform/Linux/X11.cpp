@@ -6,6 +6,8 @@
 #include <map>
 #include <memory>
 #include <xcb/shape.h>
+// After the toolkit's headers: it defines words such as None and Bool.
+#include <X11/Xlib.h>
 
 namespace tavrin::x11 {
 
@@ -16,6 +18,12 @@ struct Free {
 };
 template <class Reply> std::unique_ptr<Reply, Free> own(Reply* reply) {
   return std::unique_ptr<Reply, Free>(reply);
+}
+
+const QNativeInterface::QX11Application* toolkit() {
+  const auto* application = qGuiApp;
+  return application == nullptr ? nullptr
+                                : application->nativeInterface<QNativeInterface::QX11Application>();
 }
 
 using PropertyReply = std::unique_ptr<xcb_get_property_reply_t, Free>;
@@ -37,11 +45,13 @@ xcb_window_t firstWindow(const char* property) {
 } // namespace
 
 xcb_connection_t* connection() {
-  const auto* application = qGuiApp;
-  if (application == nullptr)
-    return nullptr;
-  const auto* native = application->nativeInterface<QNativeInterface::QX11Application>();
+  const auto* native = toolkit();
   return native == nullptr ? nullptr : native->connection();
+}
+
+void forgetAnswered() {
+  if (const auto* native = toolkit())
+    XSync(native->display(), False);
 }
 
 xcb_window_t root() {

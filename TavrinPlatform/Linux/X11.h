@@ -11,6 +11,9 @@ namespace tavrin::x11 {
 
 /// Null when the toolkit shows its windows elsewhere.
 xcb_connection_t* connection();
+/// The toolkit sends some requests through Xlib, which keeps a note of each until it waits for an
+/// answer itself: it does so here, and the notes go.
+void forgetAnswered();
 xcb_window_t root();
 /// Asked of the server once for each name.
 xcb_atom_t atom(const char* name);
