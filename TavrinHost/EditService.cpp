@@ -151,7 +151,8 @@ void EditService::edit(const UUID& id) {
       break;
     text = typed;
     try {
-      save(base, widgetFromForm(base, typed, context_.platform().clock().now()));
+      save(base, widgetFromForm(base, typed, context_.platform().clock().now(),
+                                context_.platform().fileManager().homeFolder()));
       context_.say(fmt::format("Saved \"{}\".", printable(base.name)));
       std::filesystem::remove(form);
       return;

@@ -220,13 +220,21 @@ std::string refusalAt(const FieldInfo& field, const JSONValue& value, const std:
   return {};
 }
 
+std::string joined(const std::vector<std::string>& words, const char* last) {
+  std::string text;
+  for (std::size_t i = 0; i < words.size(); ++i)
+    text += (i == 0 ? "" : i + 1 == words.size() ? last : ", ") + words[i];
+  return text;
+}
+
 } // namespace
 
 std::string alternatives(const std::vector<std::string>& words) {
-  std::string text;
-  for (std::size_t i = 0; i < words.size(); ++i)
-    text += (i == 0 ? "" : i + 1 == words.size() ? " or " : ", ") + words[i];
-  return text;
+  return joined(words, " or ");
+}
+
+std::string enumeration(const std::vector<std::string>& words) {
+  return joined(words, " and ");
 }
 
 std::string noneCalled(std::string_view what, std::string_view reference,
@@ -317,7 +325,7 @@ std::string refusalOf(const std::vector<FieldInfo>& fields, const JSONValue& set
         keys.push_back(known.key);
       return keys.empty()
                  ? fmt::format("there is nothing to set, so no \"{}\"", key)
-                 : fmt::format("there is no setting \"{}\", only {}", key, alternatives(keys));
+                 : fmt::format("there is no setting \"{}\", only {}", key, enumeration(keys));
     }
     // Null stands for a key that is left out.
     if (value.isNull() && !field->isRequired)

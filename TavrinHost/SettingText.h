@@ -42,6 +42,8 @@ std::optional<double> durationFromText(std::string_view text);
 
 /// "a", "a or b", "a, b or c".
 std::string alternatives(const std::vector<std::string>& words);
+/// "a", "a and b", "a, b and c".
+std::string enumeration(const std::vector<std::string>& words);
 
 /// A sentence that nothing of this sort goes by the reference, with the names that there are.
 std::string noneCalled(std::string_view what, std::string_view reference,

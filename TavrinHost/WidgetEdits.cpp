@@ -91,7 +91,8 @@ void add(HostContext& context, const AddRequest& request) {
   DockWidget draft(UUID(), "", std::nullopt, *freshKind(info.key, now), 1);
   if (!request.span.empty())
     draft.span = checkedSpan(draft.kind, request.span);
-  draft = withAssignments(draft, assignments(request.settings), now);
+  draft = withAssignments(draft, assignments(request.settings), now,
+                          context.platform().fileManager().homeFolder());
   const auto widget = library.change([&](WidgetStore& store) {
     if (request.places && !store.file().freeSlot())
       throwNoFreeSlot();
@@ -130,17 +131,26 @@ DockWidget editOne(HostContext& context, const std::string& reference, Edit edit
 void set(HostContext& context, const std::string& reference, const Words& words) {
   const auto changes = assignments(words);
   const auto now = context.platform().clock().now();
+  const auto home = context.platform().fileManager().homeFolder();
   JSONValue before;
   const auto widget = editOne(context, reference, [&](const DockWidget& current, const auto&) {
     before = settingsJSON(current.kind);
-    return withAssignments(current, changes, now);
+    return withAssignments(current, changes, now, home);
   });
+  const auto fields = describeSettings(widget.kind);
+  const auto sayOwn = [&](const char* key, const std::string& value) {
+    if (std::ranges::count(changes, key, &Assignment::key) > 0 &&
+        std::ranges::count(fields, key, &FieldInfo::key) == 0)
+      context.say(fmt::format("{} = {}", key, printable(value)));
+  };
+  sayOwn("name", widget.name);
+  sayOwn("span", std::to_string(widget.span));
   const auto settings = settingsJSON(widget.kind);
   const auto valueIn = [](const JSONValue& record, const std::string& key) {
     const auto* value = record.member(key);
     return value == nullptr ? JSONValue() : *value;
   };
-  for (const auto& field : describeSettings(widget.kind)) {
+  for (const auto& field : fields) {
     const bool wasNamed = std::ranges::any_of(changes, [&](const Assignment& change) {
       return change.key.substr(0, change.key.find('.')) == field.key;
     });

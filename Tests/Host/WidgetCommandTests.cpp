@@ -19,6 +19,7 @@ TEST_F(HostTest, AddSetPlaceAndRemoveAreSavedAndAnnounced) {
   EXPECT_THAT(output.str(), HasSubstr("in slot 1"));
   EXPECT_THAT(platform.center.posts, ElementsAre(announced));
   EXPECT_EQ(run({"widgets", "set", "tea", "presets=4m", "name=Green", "span=2"}), 0);
+  EXPECT_EQ(output.str(), "name = Green\nspan = 2\npresets = 4 min\n");
   EXPECT_EQ(run({"widgets", "place", "GREEN", "--slot", "7"}), 0);
   EXPECT_EQ(platform.center.posts.size(), 3U);
   const auto list = json({"widgets"});
