@@ -2,6 +2,7 @@
 
 #include "TavrinCore/Base/Data.h"
 #include "TavrinHost/HostError.h"
+#include "TavrinHost/HotkeyText.h"
 
 #include <algorithm>
 #include <cctype>
@@ -38,6 +39,12 @@ FieldInfo elementOf(const FieldInfo& list) {
 /// A range bounds the numbers in a list, and the length of a list of anything else.
 bool rangeCountsElements(const FieldInfo& list) {
   return list.elementType != FieldType::integer && list.elementType != FieldType::number;
+}
+
+bool isHotkey(const FieldInfo& field) {
+  static const auto hotkeyFields = describe<Hotkey>();
+  return field.type == FieldType::record &&
+         std::ranges::equal(field.fields, hotkeyFields, {}, &FieldInfo::key, &FieldInfo::key);
 }
 
 bool isSeconds(const FieldInfo& field) {
@@ -163,7 +170,7 @@ std::string scalarAllowedText(const FieldInfo& field) {
   case FieldType::data:
     return "base64 text";
   case FieldType::record:
-    return "a JSON object";
+    return isHotkey(field) ? "a shortcut such as ctrl+alt+P" : "a JSON object";
   case FieldType::list:
     return "a list";
   case FieldType::text:
@@ -203,7 +210,18 @@ bool isAllowed(const FieldInfo& field, const JSONValue& value) {
   return false;
 }
 
+std::optional<Hotkey> storedHotkey(const JSONValue& value) {
+  try {
+    return decode<Hotkey>(value);
+  } catch (const CodingError&) {
+    return std::nullopt;
+  }
+}
+
 std::string refusalAt(const FieldInfo& field, const JSONValue& value, const std::string& path) {
+  // Its modifiers are a number, which their line does not tell.
+  if (isHotkey(field) && storedHotkey(value))
+    return {};
   if (!isAllowed(field, value))
     return fmt::format("\"{}\" must be {}, not {}", path, allowedText(field), value.compact());
   if (field.type == FieldType::record) {
@@ -276,7 +294,8 @@ JSONValue settingFromText(const FieldInfo& field, std::string_view text, Date no
   case FieldType::list:
     return listFromText(field, text);
   case FieldType::record:
-    return jsonFromText(field, text);
+    return isHotkey(field) && !text.starts_with('{') ? encode(hotkeyFromText(text))
+                                                     : jsonFromText(field, text);
   }
   refuse(field, text);
 }
@@ -297,6 +316,8 @@ std::string settingText(const FieldInfo& field, const JSONValue& value) {
       text += (text.empty() ? "" : ", ") + settingText(elementOf(field), item);
     return text.empty() ? "empty" : text;
   }
+  if (const auto hotkey = isHotkey(field) ? storedHotkey(value) : std::nullopt)
+    return hotkeyText(*hotkey);
   if (const auto* string = value.string())
     return string->empty() ? "empty" : *string;
   return value.compact();

@@ -16,6 +16,7 @@ namespace tavrin {
 ///     now, today, tomorrow, +14d, -2h        a date seen from `now`
 ///     focus                                  a choice, by its name or the start of it
 ///     5m,10m or ["a, b", "c"]                a list
+///     ctrl+alt+P                             a shortcut
 ///     null                                   no value, where there may be none
 ///
 /// Throws HostError (refusedValue) with a sentence that names what is allowed.

@@ -1,6 +1,7 @@
 #include "TavrinCore/Widgets/DockSlot.h"
 #include "TavrinHost/SettingEditing.h"
 #include "TavrinHost/SettingText.h"
+#include "TavrinHost/SlotControl.h"
 #include "TavrinHost/WidgetCommands.h"
 #include "TavrinHost/WidgetLibrary.h"
 
@@ -62,10 +63,17 @@ void requireFree(const WidgetsFile& file, int slot, const UUID& forWidget) {
           fmt::format("slot {} is taken by a widget that this version does not know", slot));
 }
 
+/// A place in the Dock shows nothing until the slot's program runs.
+void remarkUnlessShown(HostContext& context, const DockWidget& widget) {
+  if (widget.slot && !SlotControl(context).process(*widget.slot))
+    context.remarkOnce("It is not on the screen yet: `tavrin start` shows it.");
+}
+
 void sayPlace(HostContext& context, const DockWidget& widget) {
   context.say(widget.slot
                   ? fmt::format("\"{}\" is in slot {}.", printable(widget.name), *widget.slot)
                   : fmt::format("\"{}\" is not placed.", printable(widget.name)));
+  remarkUnlessShown(context, widget);
 }
 
 /// Several widgets, so that a wrong name stops the command before it begins.
@@ -111,6 +119,7 @@ void add(HostContext& context, const AddRequest& request) {
   else
     context.say(fmt::format("Made {} \"{}\"{}.", info.title, printable(widget.name),
                             widget.slot ? fmt::format(" in slot {}", *widget.slot) : ""));
+  remarkUnlessShown(context, widget);
 }
 
 /// Finds the widget in the file as it is now and saves what `edit` makes of it.

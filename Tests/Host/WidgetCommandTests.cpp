@@ -67,6 +67,25 @@ TEST_F(HostTest, ARefusedCommandChangesAndAnnouncesNothing) {
   EXPECT_TRUE(platform.center.posts.empty());
 }
 
+TEST_F(HostTest, AKindNobodyKnowsIsAnsweredWithTheNearest) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"colorpicker", "did you mean colourPicker? the kinds are activity, airdrop, battery"},
+      {"usage", "did you mean claudeUsage?"},
+      {"Wether", "did you mean weather?"},
+      {"pomodroo", "did you mean pomodoro?"},
+      {"hologram", "there is no kind \"hologram\"; the kinds are activity"}};
+  for (const auto& [word, part] : cases) {
+    EXPECT_EQ(run({"widgets", "add", word}), 3);
+    EXPECT_THAT(errors.str(), HasSubstr(part));
+  }
+  EXPECT_EQ(run({"widgets", "add", "COLOURPICKER"}), 0);
+}
+
+TEST_F(HostTest, WhatWasNotExpectedIsToldInItsOrder) {
+  EXPECT_EQ(run({"dock", "undo", "--file", "d.plist"}), 2);
+  EXPECT_THAT(errors.str(), HasSubstr("not expected: --file d.plist"));
+}
+
 TEST_F(HostTest, AmbiguityNamesTheCandidates) {
   run({"widgets", "add", "timer", "Tea one"});
   run({"widgets", "add", "timer", "Tea two"});
