@@ -120,7 +120,8 @@ std::string editForm(const DockWidget& widget) {
   return form + "\n  }\n}\n";
 }
 
-DockWidget widgetFromForm(const DockWidget& base, std::string_view form, Date now) {
+DockWidget widgetFromForm(const DockWidget& base, std::string_view form, Date now,
+                          const std::filesystem::path& home) {
   const auto json = parsedForm(form);
   const auto* name = json.member("name");
   const auto* span = json.member("span");
@@ -154,7 +155,7 @@ DockWidget widgetFromForm(const DockWidget& base, std::string_view form, Date no
   DockWidget edited = base;
   edited.name = checkedName(*name->string());
   edited.span = checkedSpan(base.kind, std::to_string(*span->integerValue()));
-  edited.kind = withCheckedSettings(base.kind, fields, values);
+  edited.kind = withCheckedSettings(base.kind, fields, values, home);
   return edited;
 }
 

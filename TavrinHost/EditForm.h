@@ -2,6 +2,7 @@
 
 #include "TavrinCore/Widgets/DockWidget.h"
 
+#include <filesystem>
 #include <string>
 #include <string_view>
 
@@ -16,7 +17,8 @@ std::string withComplaint(std::string_view form, std::string_view complaint);
 
 /// The widget that a form describes. `base` gives what a form does not hold: the identifier, the
 /// slot and the kind. Throws HostError (refusedValue) naming the first fault.
-DockWidget widgetFromForm(const DockWidget& base, std::string_view form, Date now);
+DockWidget widgetFromForm(const DockWidget& base, std::string_view form, Date now,
+                          const std::filesystem::path& home = {});
 
 /// `current` with what was changed from `base` to `edited`, so that changes that came in between
 /// are kept.

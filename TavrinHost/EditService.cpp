@@ -151,7 +151,8 @@ void EditService::edit(const UUID& id) {
       break;
     text = typed;
     try {
-      save(base, widgetFromForm(base, typed, context_.platform().clock().now()));
+      save(base, widgetFromForm(base, typed, context_.platform().clock().now(),
+                                context_.platform().fileManager().homeFolder()));
       context_.say(fmt::format("Saved \"{}\".", printable(base.name)));
       std::filesystem::remove(form);
       return;
@@ -190,9 +191,18 @@ void EditService::serve() {
   if (!platform.applications().knowsIdentifiers())
     throw HostError(ExitCode::failed,
                     "Failed to wait for edit requests because there is no session bus");
-  if (!platform.applications().claimIdentifier(identifier()))
+  auto& applications = platform.applications();
+  if (!applications.claimIdentifier(identifier())) {
+    const auto owner = applications.processOwning(identifier());
+    if (owner && applications.programOf(*owner) == platform.program()) {
+      context_.say(fmt::format("Process {} answers edit requests already, as `tavrin start` has "
+                               "it do; there is nothing to do.",
+                               *owner));
+      return;
+    }
     throw HostError(ExitCode::failed, "Failed to wait for edit requests because another process "
                                       "answers them for this data folder");
+  }
   std::deque<UUID> requests;
   const auto observation = platform.notifications().observe(
       std::string(DockSlot::editWidgetNotification), [&](const std::optional<std::string>& object) {

@@ -20,9 +20,10 @@ public:
   void edit(const UUID& id);
 
   /// Answers edit requests for widgets of this data folder until the process is ended; those for
-  /// others are left to whoever serves these. Throws HostError where there is no session bus, or
-  /// where another process answers for this folder.
-  [[noreturn]] void serve();
+  /// others are left to whoever serves these. Returns at once where a process of this program
+  /// answers for the folder already. Throws HostError where there is no session bus, or where
+  /// another program answers.
+  void serve();
 
 private:
   /// Whether an editor can be shown, and questions asked, where this program was started.

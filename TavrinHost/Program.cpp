@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 #include <sstream>
 
 namespace tavrin {
@@ -46,8 +47,13 @@ std::pair<const CLI::App*, std::string> innermostCommand(const CLI::App& app) {
 /// What the parser has to say; of a command that there is not, it only knows that one is missing.
 std::string parseErrorText(const CLI::App& command, const CLI::ParseError& error) {
   const auto unknown = command.remaining();
-  if (unknown.empty() || command.get_subcommands([](const CLI::App*) { return true; }).empty())
+  if (unknown.empty())
     return error.what();
+  // The parser lists them from the last to the first.
+  if (command.get_subcommands([](const CLI::App*) { return true; }).empty())
+    return dynamic_cast<const CLI::ExtrasError*>(&error) == nullptr
+               ? error.what()
+               : fmt::format("not expected: {}", fmt::join(unknown, " "));
   return fmt::format("there is no {} \"{}\"",
                      unknown.front().starts_with('-') ? "option" : "command", unknown.front());
 }

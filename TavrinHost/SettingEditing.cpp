@@ -1,13 +1,14 @@
 #include "TavrinHost/SettingEditing.h"
 
 #include "TavrinCore/Base/Text.h"
-#include "TavrinCore/Kinds/ConverterUnits.h"
 #include "TavrinHost/HostError.h"
+#include "TavrinHost/SettingSettling.h"
 #include "TavrinHost/SettingText.h"
 
 #include <algorithm>
 #include <charconv>
 #include <fmt/format.h>
+#include <set>
 
 namespace tavrin {
 namespace {
@@ -25,7 +26,7 @@ const FieldInfo* fieldOf(const std::vector<FieldInfo>& fields, std::string_view 
   throw HostError(ExitCode::notFound, keys.empty()
                                           ? fmt::format("{} has no settings", whose)
                                           : fmt::format("{} has no setting \"{}\"; it has {}",
-                                                        whose, key, alternatives(keys)));
+                                                        whose, key, enumeration(keys)));
 }
 
 JSONValue freshRecord(const std::vector<FieldInfo>& fields) {
@@ -89,34 +90,10 @@ void assignInRecord(const std::vector<FieldInfo>& fields, JSONValue& record, std
   }
 }
 
-/// A unit belongs to a category. With another category, units that were left as they are make way
-/// for its usual ones; one that was chosen must be the category's own.
-void settleUnits(const ConverterSettings& before, ConverterSettings& after) {
-  const Conversion usual(after);
-  const auto settle = [&](const char* key, const std::string& old, std::string& unit,
-                          const ConverterUnit& fallback) {
-    if (findUnit(after.category, unit) != nullptr)
-      return;
-    if (unit == old) {
-      unit = fallback.symbol;
-      return;
-    }
-    std::vector<std::string> symbols;
-    for (const auto& known : converterUnits(after.category))
-      symbols.emplace_back(known.symbol);
-    throw HostError(ExitCode::refusedValue,
-                    fmt::format("\"{}\" must be a unit of {}, {}, not \"{}\"", key,
-                                nameOf(after.category), alternatives(symbols), unit));
-  };
-  settle("from", before.from, after.from, *usual.from);
-  settle("to", before.to, after.to, *usual.to);
-}
-
-DockWidget::Kind withSettledSettings(const DockWidget::Kind& kind, const JSONValue& settings) {
+DockWidget::Kind withSettledSettings(const SettingChange& change, const JSONValue& settings) {
   try {
-    auto settled = withSettings(kind, settings);
-    if (auto* converter = settled.get<ConverterSettings>())
-      settleUnits(*kind.get<ConverterSettings>(), *converter);
+    auto settled = withSettings(change.before, settings);
+    settle(settled, change);
     return settled;
   } catch (const CodingError& error) {
     throw HostError(ExitCode::refusedValue, error.what());
@@ -155,17 +132,19 @@ int checkedSpan(const DockWidget::Kind& kind, std::string_view text) {
 
 DockWidget::Kind withCheckedSettings(const DockWidget::Kind& kind,
                                      const std::vector<FieldInfo>& fields,
-                                     const JSONValue& settings) {
+                                     const JSONValue& settings, const std::filesystem::path& home) {
   if (const auto clause = refusalOf(fields, settings); !clause.empty())
     throw HostError(ExitCode::refusedValue, clause);
-  return withSettledSettings(kind, settings);
+  return withSettledSettings({kind, {}, home}, settings);
 }
 
-DockWidget withAssignments(DockWidget widget, const std::vector<Assignment>& assignments,
-                           Date now) {
+DockWidget withAssignments(DockWidget widget, const std::vector<Assignment>& assignments, Date now,
+                           const std::filesystem::path& home) {
   const auto fields = describeSettings(widget.kind);
   auto settings = settingsJSON(widget.kind);
+  std::set<std::string> named;
   for (const auto& assignment : assignments) {
+    named.insert(assignment.key);
     const bool isSetting = fieldOf(fields, assignment.key) != nullptr;
     if (assignment.key == "name" && !isSetting)
       widget.name = checkedName(assignment.value);
@@ -176,7 +155,7 @@ DockWidget withAssignments(DockWidget widget, const std::vector<Assignment>& ass
                      fmt::format("a {} widget", widget.kind.title()), assignment.value, now);
   }
   // A value outside its range that was there before is no reason to refuse another change.
-  widget.kind = withSettledSettings(widget.kind, settings);
+  widget.kind = withSettledSettings({widget.kind, named, home}, settings);
   return widget;
 }
 

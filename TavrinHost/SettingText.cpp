@@ -2,6 +2,7 @@
 
 #include "TavrinCore/Base/Data.h"
 #include "TavrinHost/HostError.h"
+#include "TavrinHost/HotkeyText.h"
 
 #include <algorithm>
 #include <cctype>
@@ -38,6 +39,12 @@ FieldInfo elementOf(const FieldInfo& list) {
 /// A range bounds the numbers in a list, and the length of a list of anything else.
 bool rangeCountsElements(const FieldInfo& list) {
   return list.elementType != FieldType::integer && list.elementType != FieldType::number;
+}
+
+bool isHotkey(const FieldInfo& field) {
+  static const auto hotkeyFields = describe<Hotkey>();
+  return field.type == FieldType::record &&
+         std::ranges::equal(field.fields, hotkeyFields, {}, &FieldInfo::key, &FieldInfo::key);
 }
 
 bool isSeconds(const FieldInfo& field) {
@@ -163,7 +170,7 @@ std::string scalarAllowedText(const FieldInfo& field) {
   case FieldType::data:
     return "base64 text";
   case FieldType::record:
-    return "a JSON object";
+    return isHotkey(field) ? "a shortcut such as ctrl+alt+P" : "a JSON object";
   case FieldType::list:
     return "a list";
   case FieldType::text:
@@ -203,7 +210,18 @@ bool isAllowed(const FieldInfo& field, const JSONValue& value) {
   return false;
 }
 
+std::optional<Hotkey> storedHotkey(const JSONValue& value) {
+  try {
+    return decode<Hotkey>(value);
+  } catch (const CodingError&) {
+    return std::nullopt;
+  }
+}
+
 std::string refusalAt(const FieldInfo& field, const JSONValue& value, const std::string& path) {
+  // Its modifiers are a number, which their line does not tell.
+  if (isHotkey(field) && storedHotkey(value))
+    return {};
   if (!isAllowed(field, value))
     return fmt::format("\"{}\" must be {}, not {}", path, allowedText(field), value.compact());
   if (field.type == FieldType::record) {
@@ -220,13 +238,21 @@ std::string refusalAt(const FieldInfo& field, const JSONValue& value, const std:
   return {};
 }
 
+std::string joined(const std::vector<std::string>& words, const char* last) {
+  std::string text;
+  for (std::size_t i = 0; i < words.size(); ++i)
+    text += (i == 0 ? "" : i + 1 == words.size() ? last : ", ") + words[i];
+  return text;
+}
+
 } // namespace
 
 std::string alternatives(const std::vector<std::string>& words) {
-  std::string text;
-  for (std::size_t i = 0; i < words.size(); ++i)
-    text += (i == 0 ? "" : i + 1 == words.size() ? " or " : ", ") + words[i];
-  return text;
+  return joined(words, " or ");
+}
+
+std::string enumeration(const std::vector<std::string>& words) {
+  return joined(words, " and ");
 }
 
 std::string noneCalled(std::string_view what, std::string_view reference,
@@ -268,7 +294,8 @@ JSONValue settingFromText(const FieldInfo& field, std::string_view text, Date no
   case FieldType::list:
     return listFromText(field, text);
   case FieldType::record:
-    return jsonFromText(field, text);
+    return isHotkey(field) && !text.starts_with('{') ? encode(hotkeyFromText(text))
+                                                     : jsonFromText(field, text);
   }
   refuse(field, text);
 }
@@ -289,6 +316,8 @@ std::string settingText(const FieldInfo& field, const JSONValue& value) {
       text += (text.empty() ? "" : ", ") + settingText(elementOf(field), item);
     return text.empty() ? "empty" : text;
   }
+  if (const auto hotkey = isHotkey(field) ? storedHotkey(value) : std::nullopt)
+    return hotkeyText(*hotkey);
   if (const auto* string = value.string())
     return string->empty() ? "empty" : *string;
   return value.compact();
@@ -317,7 +346,7 @@ std::string refusalOf(const std::vector<FieldInfo>& fields, const JSONValue& set
         keys.push_back(known.key);
       return keys.empty()
                  ? fmt::format("there is nothing to set, so no \"{}\"", key)
-                 : fmt::format("there is no setting \"{}\", only {}", key, alternatives(keys));
+                 : fmt::format("there is no setting \"{}\", only {}", key, enumeration(keys));
     }
     // Null stands for a key that is left out.
     if (value.isNull() && !field->isRequired)

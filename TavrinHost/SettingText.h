@@ -16,6 +16,7 @@ namespace tavrin {
 ///     now, today, tomorrow, +14d, -2h        a date seen from `now`
 ///     focus                                  a choice, by its name or the start of it
 ///     5m,10m or ["a, b", "c"]                a list
+///     ctrl+alt+P                             a shortcut
 ///     null                                   no value, where there may be none
 ///
 /// Throws HostError (refusedValue) with a sentence that names what is allowed.
@@ -42,6 +43,8 @@ std::optional<double> durationFromText(std::string_view text);
 
 /// "a", "a or b", "a, b or c".
 std::string alternatives(const std::vector<std::string>& words);
+/// "a", "a and b", "a, b and c".
+std::string enumeration(const std::vector<std::string>& words);
 
 /// A sentence that nothing of this sort goes by the reference, with the names that there are.
 std::string noneCalled(std::string_view what, std::string_view reference,

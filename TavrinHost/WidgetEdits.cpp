@@ -1,6 +1,7 @@
 #include "TavrinCore/Widgets/DockSlot.h"
 #include "TavrinHost/SettingEditing.h"
 #include "TavrinHost/SettingText.h"
+#include "TavrinHost/SlotControl.h"
 #include "TavrinHost/WidgetCommands.h"
 #include "TavrinHost/WidgetLibrary.h"
 
@@ -62,10 +63,17 @@ void requireFree(const WidgetsFile& file, int slot, const UUID& forWidget) {
           fmt::format("slot {} is taken by a widget that this version does not know", slot));
 }
 
+/// A place in the Dock shows nothing until the slot's program runs.
+void remarkUnlessShown(HostContext& context, const DockWidget& widget) {
+  if (widget.slot && !SlotControl(context).process(*widget.slot))
+    context.remarkOnce("It is not on the screen yet: `tavrin start` shows it.");
+}
+
 void sayPlace(HostContext& context, const DockWidget& widget) {
   context.say(widget.slot
                   ? fmt::format("\"{}\" is in slot {}.", printable(widget.name), *widget.slot)
                   : fmt::format("\"{}\" is not placed.", printable(widget.name)));
+  remarkUnlessShown(context, widget);
 }
 
 /// Several widgets, so that a wrong name stops the command before it begins.
@@ -91,7 +99,8 @@ void add(HostContext& context, const AddRequest& request) {
   DockWidget draft(UUID(), "", std::nullopt, *freshKind(info.key, now), 1);
   if (!request.span.empty())
     draft.span = checkedSpan(draft.kind, request.span);
-  draft = withAssignments(draft, assignments(request.settings), now);
+  draft = withAssignments(draft, assignments(request.settings), now,
+                          context.platform().fileManager().homeFolder());
   const auto widget = library.change([&](WidgetStore& store) {
     if (request.places && !store.file().freeSlot())
       throwNoFreeSlot();
@@ -110,6 +119,7 @@ void add(HostContext& context, const AddRequest& request) {
   else
     context.say(fmt::format("Made {} \"{}\"{}.", info.title, printable(widget.name),
                             widget.slot ? fmt::format(" in slot {}", *widget.slot) : ""));
+  remarkUnlessShown(context, widget);
 }
 
 /// Finds the widget in the file as it is now and saves what `edit` makes of it.
@@ -130,17 +140,26 @@ DockWidget editOne(HostContext& context, const std::string& reference, Edit edit
 void set(HostContext& context, const std::string& reference, const Words& words) {
   const auto changes = assignments(words);
   const auto now = context.platform().clock().now();
+  const auto home = context.platform().fileManager().homeFolder();
   JSONValue before;
   const auto widget = editOne(context, reference, [&](const DockWidget& current, const auto&) {
     before = settingsJSON(current.kind);
-    return withAssignments(current, changes, now);
+    return withAssignments(current, changes, now, home);
   });
+  const auto fields = describeSettings(widget.kind);
+  const auto sayOwn = [&](const char* key, const std::string& value) {
+    if (std::ranges::count(changes, key, &Assignment::key) > 0 &&
+        std::ranges::count(fields, key, &FieldInfo::key) == 0)
+      context.say(fmt::format("{} = {}", key, printable(value)));
+  };
+  sayOwn("name", widget.name);
+  sayOwn("span", std::to_string(widget.span));
   const auto settings = settingsJSON(widget.kind);
   const auto valueIn = [](const JSONValue& record, const std::string& key) {
     const auto* value = record.member(key);
     return value == nullptr ? JSONValue() : *value;
   };
-  for (const auto& field : describeSettings(widget.kind)) {
+  for (const auto& field : fields) {
     const bool wasNamed = std::ranges::any_of(changes, [&](const Assignment& change) {
       return change.key.substr(0, change.key.find('.')) == field.key;
     });

@@ -9,8 +9,9 @@
 #include <algorithm>
 #include <array>
 #include <fmt/format.h>
-#include <fmt/ranges.h>
+#include <numeric>
 #include <unicode/unistr.h>
+#include <utility>
 
 namespace tavrin {
 namespace {
@@ -30,6 +31,49 @@ std::vector<const DockWidget*> matching(const WidgetsFile& file, Matches matches
     if (matches(widget))
       found.push_back(&widget);
   return found;
+}
+
+/// How many letters have to be put in, taken out or replaced to make one word of the other.
+std::size_t changesBetween(std::string_view a, std::string_view b) {
+  std::vector<std::size_t> row(b.size() + 1);
+  std::iota(row.begin(), row.end(), std::size_t{0});
+  for (std::size_t i = 0; i < a.size(); ++i) {
+    auto diagonal = std::exchange(row[0], i + 1);
+    for (std::size_t j = 0; j < b.size(); ++j)
+      diagonal = std::exchange(
+          row[j + 1], std::min({row[j] + 1, row[j + 1] + 1, diagonal + (a[i] == b[j] ? 0 : 1)}));
+  }
+  return row.back();
+}
+
+/// The kinds that a folded word nobody knows may have meant: those it is a part of, else those
+/// within a slip or two.
+std::vector<std::string> kindsLike(const std::string& word) {
+  std::vector<std::string> parts;
+  std::vector<std::string> slips;
+  for (const auto& kind : allKinds()) {
+    const auto key = folded(kind.key);
+    const auto title = folded(kind.title);
+    if (word.size() > 2 &&
+        (key.find(word) != std::string::npos || title.find(word) != std::string::npos))
+      parts.emplace_back(kind.key);
+    if (std::min(changesBetween(word, key), changesBetween(word, title)) <= word.size() / 4)
+      slips.emplace_back(kind.key);
+  }
+  return parts.empty() ? slips : parts;
+}
+
+[[noreturn]] void throwNoKind(std::string_view reference) {
+  std::vector<std::string> keys;
+  for (const auto& kind : allKinds())
+    keys.emplace_back(kind.key);
+  std::ranges::sort(keys, {}, folded);
+  const auto meant = kindsLike(folded(reference));
+  throw HostError(
+      ExitCode::notFound,
+      fmt::format("there is no kind \"{}\"; {}the kinds are {}", reference,
+                  meant.empty() ? "" : fmt::format("did you mean {}? ", alternatives(meant)),
+                  enumeration(keys)));
 }
 
 [[noreturn]] void throwNoWidget(const WidgetsFile& file, std::string_view reference) {
@@ -144,10 +188,7 @@ const KindInfo& kindNamed(std::string_view reference) {
   if (!keys.empty())
     throw HostError(ExitCode::ambiguous,
                     fmt::format("\"{}\" may be {}", reference, alternatives(keys)));
-  for (const auto& kind : allKinds())
-    keys.emplace_back(kind.key);
-  throw HostError(ExitCode::notFound, fmt::format("there is no kind \"{}\"; the kinds are {}",
-                                                  reference, fmt::join(keys, ", ")));
+  throwNoKind(reference);
 }
 
 Completer completeWidgets(HostContext& context, bool takesSeveral) {

@@ -71,38 +71,48 @@ struct Change {
 };
 
 TEST(SettingEditing, Accepted) {
-  const Change cases[] = {{"pomodoro", {"focus=50m"}, "focus", "3000"},
-                          {"pomodoro", {"focus=120m"}, "focus", "7200"},
-                          {"pomodoro", {"ringsAtTheEnd=No"}, "ringsAtTheEnd", "false"},
-                          {"pomodoro", {"cyclesBeforeLongBreak=8"}, "cyclesBeforeLongBreak", "8"},
-                          {"timer", {"presets=3m, 5m,1:30"}, "presets", "[180,300,90]"},
-                          {"timer", {"presets=[60, 120]"}, "presets", "[60,120]"},
-                          {"timer", {"presets=1m,2m", "presets.1=5m"}, "presets", "[60,300]"},
-                          {"timeProgress", {"scope=MONTH"}, "scope", "\"month\""},
-                          {"timeProgress", {"scope=w"}, "scope", "\"week\""},
-                          {"clock", {"timeZoneID=Asia/Tokyo"}, "timeZoneID", "\"Asia/Tokyo\""},
-                          {"clock", {"timeZoneID=Asia/Tokyo", "timeZoneID=null"}, "timeZoneID", ""},
-                          {"clock", {"uses24Hour=none"}, "uses24Hour", ""},
-                          {"note", {"text=a=b, null"}, "text", "\"a=b, null\""},
-                          {"note", {"text=null"}, "text", "\"null\""},
-                          {"countdown", {"target=2026-12-24T18:00Z"}, "target", "819828000"},
-                          {"collection", {"apps=[{\"path\":\"/a\"}]", "apps="}, "apps", "[]"},
-                          {"collection", {"apps=none"}, "apps", "[]"},
-                          {"files", {"folders=/a", "folders=none"}, "folders", "[]"},
-                          {"files", {"folders=/a", "folders=null"}, "folders", "[]"},
-                          {"files", {"folders=[\"none\"]"}, "folders", "[\"none\"]"},
-                          {"timer", {"presets="}, "presets", "[]"},
-                          {"weather", {"latitude=-33.5"}, "latitude", "-33.5"},
-                          {"calendar",
-                           {"calendars.accountIDs=a,b"},
-                           "calendars",
-                           R"({"accountIDs":["a","b"],"calendarIDs":[]})"}};
+  const Change cases[] = {
+      {"pomodoro", {"focus=50m"}, "focus", "3000"},
+      {"pomodoro", {"focus=120m"}, "focus", "7200"},
+      {"pomodoro", {"ringsAtTheEnd=No"}, "ringsAtTheEnd", "false"},
+      {"pomodoro", {"cyclesBeforeLongBreak=8"}, "cyclesBeforeLongBreak", "8"},
+      {"timer", {"presets=3m, 5m,1:30"}, "presets", "[180,300,90]"},
+      {"timer", {"presets=[60, 120]"}, "presets", "[60,120]"},
+      {"timer", {"presets=1m,2m", "presets.1=5m"}, "presets", "[60,300]"},
+      {"timeProgress", {"scope=MONTH"}, "scope", "\"month\""},
+      {"timeProgress", {"scope=w"}, "scope", "\"week\""},
+      {"clock", {"timeZoneID=Asia/Tokyo"}, "timeZoneID", "\"Asia/Tokyo\""},
+      {"clock", {"timeZoneID=Asia/Tokyo", "timeZoneID=null"}, "timeZoneID", ""},
+      {"clock", {"uses24Hour=none"}, "uses24Hour", ""},
+      {"note", {"text=a=b, null"}, "text", "\"a=b, null\""},
+      {"note", {"text=null"}, "text", "\"null\""},
+      {"countdown", {"target=2026-12-24T18:00Z"}, "target", "819828000"},
+      {"collection", {"apps=[{\"path\":\"/a\"}]", "apps="}, "apps", "[]"},
+      {"collection", {"apps=none"}, "apps", "[]"},
+      {"files", {"folders=/a", "folders=none"}, "folders", "[]"},
+      {"files", {"folders=/a", "folders=null"}, "folders", "[]"},
+      {"colourPicker", {"hotkey=Ctrl+alt+P"}, "hotkey", R"({"keyCode":35,"modifiers":6})"},
+      {"colourPicker",
+       {"hotkey={\"keyCode\":1,\"modifiers\":4}", "hotkey.keyCode=35"},
+       "hotkey",
+       R"({"keyCode":35,"modifiers":4})"},
+      {"github", {"repositories=[\"none\"]"}, "repositories", "[\"none\"]"},
+      {"files", {"folders=~/a,/b"}, "folders", R"(["/home/ann/a","/b"])"},
+      {"shelf", {"paths=~/x.png"}, "paths", R"(["/home/ann/x.png"])"},
+      {"shelf", {"paths=file:///a%20b"}, "paths", R"(["/a b"])"},
+      {"note", {"colorHex=#0a0B0c"}, "colorHex", "\"#0a0B0c\""},
+      {"timer", {"presets="}, "presets", "[]"},
+      {"weather", {"latitude=-33.5", "longitude=151"}, "latitude", "-33.5"},
+      {"calendar",
+       {"calendars.accountIDs=a,b"},
+       "calendars",
+       R"({"accountIDs":["a","b"],"calendarIDs":[]})"}};
   for (const auto& test : cases) {
     std::vector<Assignment> assignments;
     for (const auto* word : test.words)
       assignments.push_back(Assignment::parse(word));
     const DockWidget widget(UUID(), "W", {}, *freshKind(test.kind, now), 1);
-    const auto settings = settingsJSON(withAssignments(widget, assignments, now).kind);
+    const auto settings = settingsJSON(withAssignments(widget, assignments, now, "/home/ann").kind);
     const auto* value = settings.member(test.key);
     EXPECT_EQ(value == nullptr ? "" : value->compact(), test.stored) << test.words.front();
   }
@@ -136,6 +146,14 @@ TEST(SettingEditing, Refused) {
       {"timer", "name=\u00a0", ExitCode::refusedValue, "blank"},
       {"collection", "apps=x", ExitCode::refusedValue, "a list"},
       {"weather", "latitude=91", ExitCode::refusedValue, "-90° to 90°"},
+      {"weather", "latitude=1", ExitCode::refusedValue, "go together"},
+      {"weather", "cityName=Paris", ExitCode::refusedValue, "search for the place in the"},
+      {"shelf", "paths=x.png", ExitCode::refusedValue, "must be absolute paths, not \"x.png\""},
+      {"note", "colorHex=red", ExitCode::refusedValue, "such as #FBBF24, not \"red\""},
+      {"shortcut", "colorHex=#12345", ExitCode::refusedValue, "such as #FBBF24"},
+      {"shortcut", "colorHex=#12345G", ExitCode::refusedValue, "such as #FBBF24"},
+      {"converter", "from=parsec", ExitCode::refusedValue, ": one of "},
+      {"colourPicker", "hotkey=shift+P", ExitCode::refusedValue, "needs control, option or"},
       {"colourPicker", "historyLimit=3", ExitCode::refusedValue, "4 to 60"}};
   for (const auto& test : cases) {
     const DockWidget widget(UUID(), "W", {}, *freshKind(test.kind, now), 1);
@@ -145,6 +163,49 @@ TEST(SettingEditing, Refused) {
     } catch (const HostError& error) {
       EXPECT_EQ(error.code(), test.code) << test.word;
       EXPECT_THAT(error.what(), testing::HasSubstr(test.part)) << test.word;
+    }
+  }
+}
+
+/// A name over another place's forecast would be worse than none.
+TEST(SettingEditing, APlacesNameAndCoordinatesGoTogether) {
+  struct Case {
+    std::vector<const char*> words;
+    /// The name, latitude and longitude afterwards; none for a change that is refused.
+    std::optional<WeatherSettings> after;
+  };
+  const auto place = [](std::optional<std::string> name, std::optional<double> latitude,
+                        std::optional<double> longitude) {
+    WeatherSettings settings;
+    settings.cityName = name;
+    settings.latitude = latitude;
+    settings.longitude = longitude;
+    return settings;
+  };
+  const auto berlin = place("Berlin", 52.5, 13.4);
+  const Case cases[] = {
+      {{"cityName=Paris"}, {}},
+      {{"cityName=Paris", "latitude=48.9"}, place("Paris", 48.9, 13.4)},
+      {{"cityName=Paris", "latitude=48.9", "longitude=2.4"}, place("Paris", 48.9, 2.4)},
+      {{"cityName=Home", "latitude=52.5", "longitude=13.4"}, place("Home", 52.5, 13.4)},
+      {{"latitude=48.9", "longitude=2.4"}, place({}, 48.9, 2.4)},
+      {{"latitude=52.6", "cityName=Berlin"}, place("Berlin", 52.6, 13.4)},
+      {{"latitude=null"}, {}},
+      {{"latitude=null", "longitude=null"}, place({}, {}, {})},
+      {{"cityName=null"}, place({}, 52.5, 13.4)},
+      {{"cityName=Berlin"}, berlin}};
+  for (const auto& one : cases) {
+    std::vector<Assignment> assignments;
+    for (const auto* word : one.words)
+      assignments.push_back(Assignment::parse(word));
+    const DockWidget widget(UUID(), "W", {}, DockWidget::Kind(berlin), 1);
+    try {
+      const auto changed = withAssignments(widget, assignments, now);
+      EXPECT_EQ(*changed.kind.get<WeatherSettings>(), one.after.value_or(WeatherSettings()))
+          << one.words.front();
+    } catch (const HostError& error) {
+      EXPECT_EQ(error.code(), ExitCode::refusedValue);
+      EXPECT_FALSE(one.after) << one.words.front() << error.what();
     }
   }
 }

@@ -44,6 +44,19 @@ TEST_F(SlotCommandTest, StartLaunchesOnlyPlacedSlotsThatDoNotRun) {
   EXPECT_EQ(run({"start", "9"}), 3);
 }
 
+TEST_F(SlotCommandTest, PlacingTellsWhatShowsTheWidgetUnlessItsSlotRuns) {
+  const auto remark = HasSubstr("`tavrin start` shows it");
+  EXPECT_EQ(run({"widgets", "add", "clock", "A"}), 0);
+  EXPECT_EQ(errors.str(), "");
+  EXPECT_EQ(run({"widgets", "place", "A"}), 0);
+  EXPECT_THAT(errors.str(), remark);
+  EXPECT_EQ(run({"start"}), 0);
+  EXPECT_EQ(run({"widgets", "place", "A"}), 0);
+  EXPECT_EQ(errors.str(), "");
+  EXPECT_EQ(run({"widgets", "add", "clock", "B", "--place"}), 0);
+  EXPECT_THAT(errors.str(), remark);
+}
+
 TEST_F(SlotCommandTest, AStarterSetIsNeverMadeUnasked) {
   EXPECT_EQ(run({"start"}), 3);
   EXPECT_FALSE(std::filesystem::exists(widgetsFile()));

@@ -19,6 +19,7 @@ TEST_F(HostTest, AddSetPlaceAndRemoveAreSavedAndAnnounced) {
   EXPECT_THAT(output.str(), HasSubstr("in slot 1"));
   EXPECT_THAT(platform.center.posts, ElementsAre(announced));
   EXPECT_EQ(run({"widgets", "set", "tea", "presets=4m", "name=Green", "span=2"}), 0);
+  EXPECT_EQ(output.str(), "name = Green\nspan = 2\npresets = 4 min\n");
   EXPECT_EQ(run({"widgets", "place", "GREEN", "--slot", "7"}), 0);
   EXPECT_EQ(platform.center.posts.size(), 3U);
   const auto list = json({"widgets"});
@@ -64,6 +65,25 @@ TEST_F(HostTest, ARefusedCommandChangesAndAnnouncesNothing) {
   }
   EXPECT_EQ(fileText(), before);
   EXPECT_TRUE(platform.center.posts.empty());
+}
+
+TEST_F(HostTest, AKindNobodyKnowsIsAnsweredWithTheNearest) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"colorpicker", "did you mean colourPicker? the kinds are activity, airdrop, battery"},
+      {"usage", "did you mean claudeUsage?"},
+      {"Wether", "did you mean weather?"},
+      {"pomodroo", "did you mean pomodoro?"},
+      {"hologram", "there is no kind \"hologram\"; the kinds are activity"}};
+  for (const auto& [word, part] : cases) {
+    EXPECT_EQ(run({"widgets", "add", word}), 3);
+    EXPECT_THAT(errors.str(), HasSubstr(part));
+  }
+  EXPECT_EQ(run({"widgets", "add", "COLOURPICKER"}), 0);
+}
+
+TEST_F(HostTest, WhatWasNotExpectedIsToldInItsOrder) {
+  EXPECT_EQ(run({"dock", "undo", "--file", "d.plist"}), 2);
+  EXPECT_THAT(errors.str(), HasSubstr("not expected: --file d.plist"));
 }
 
 TEST_F(HostTest, AmbiguityNamesTheCandidates) {
