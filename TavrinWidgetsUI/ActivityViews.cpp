@@ -109,10 +109,11 @@ AnyView emptyTile(const TileSize& size) {
   return tile(content, size);
 }
 
-/// Name, level and number of one gauge in a row of a wide tile.
-AnyView wideRow(const Gauge& gauge, const TileSize& size) {
+/// Level and number of one gauge in a row of a wide tile, after its name or without it.
+AnyView wideRow(const Gauge& gauge, bool hasName, const TileSize& size) {
   const double points = std::max(size.body() * 0.19, minimumTypeSize);
-  return hstack({caption(gauge, points).align(TextAlignment::leading).widest("CPU"),
+  const AnyView name = caption(gauge, points).align(TextAlignment::leading).widest("CPU").figure();
+  return hstack({hasName ? name : AnyView(),
                  bar(gauge.value).tint(gauge.tint).track(palette::track).height(size.body() * 0.09),
                  figure(gauge, points * 1.1).widest("100%").align(TextAlignment::trailing)})
       .spacing(size.body() * 0.1);
@@ -150,21 +151,29 @@ AnyView activityWideTile(const ActivityReading& reading, const ActivitySettings&
   } else if (size.span > 2 || shown.empty()) {
     content.mark = symbol("cpu").colour(palette::caption());
   }
-  std::vector<AnyView> rows;
   const bool isTight = settings.style == ActivityTileStyle::rings && size.span == 2;
   const double points = size.body() * (isTight ? 0.21 : 0.25);
-  for (const auto& gauge : shown)
-    rows.push_back(
-        settings.style == ActivityTileStyle::bars
-            ? wideRow(gauge, size)
-            : hstack({caption(gauge, points * 0.76)
-                          .align(TextAlignment::leading)
-                          .colour(withContrast(gauge.tint, palette::ground)),
-                      spacer(),
-                      figure(gauge, points).widest("100%").align(TextAlignment::trailing)}));
-  if (rows.empty())
-    rows.push_back(text("Activity").size(points).colour(palette::caption()));
-  content.middle = vstack(std::move(rows)).spacing(size.body() * 0.1).fillWidth();
+  const auto lines = [&](bool hasName) -> AnyView {
+    std::vector<AnyView> rows;
+    for (const auto& gauge : shown) {
+      if (settings.style == ActivityTileStyle::bars) {
+        rows.push_back(wideRow(gauge, hasName, size));
+        continue;
+      }
+      const double dot = size.body() * 0.12;
+      const AnyView name = caption(gauge, points * 0.76)
+                               .align(TextAlignment::leading)
+                               .colour(withContrast(gauge.tint, palette::ground))
+                               .figure();
+      rows.push_back(
+          hstack({hasName ? name : AnyView(circle().fill(gauge.tint).frame(dot, dot)), spacer(),
+                  figure(gauge, points).widest("100%").align(TextAlignment::trailing)}));
+    }
+    return vstack(std::move(rows)).spacing(size.body() * 0.1).fillWidth();
+  };
+  // A name cut to its first letter says less than its colour.
+  content.middle = shown.empty() ? AnyView(text("Activity").size(points).colour(palette::caption()))
+                                 : AnyView(firstFitting({lines(true), lines(false)}));
   return wideTile(content, size);
 }
 

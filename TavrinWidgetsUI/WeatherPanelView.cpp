@@ -9,6 +9,7 @@
 
 #include <QVBoxLayout>
 #include <algorithm>
+#include <utility>
 
 namespace tavrin {
 namespace {
@@ -49,6 +50,8 @@ WeatherPanelView::WeatherPanelView(const PanelAppearance& appearance, Source sou
     if (row < 0 || static_cast<std::size_t>(row) >= places.size())
       return;
     const WeatherPlace place = places[static_cast<std::size_t>(row)];
+    // The list goes: its keys would pass to whatever comes next.
+    field_->setFocus(Qt::OtherFocusReason);
     source_.choose(place);
   };
   add(field_);
@@ -149,8 +152,10 @@ void WeatherPanelView::showDays(const WeatherSnapshot& weather) {
 void WeatherPanelView::showSearch() {
   const auto& search = source_.search;
   if (field_->text() != utf8(search.text())) {
-    const QSignalBlocker quiet(field_);
+    // Not by blocking its signals: its clear button follows them.
+    const auto onChange = std::exchange(field_->onChange, nullptr);
     field_->setText(utf8(search.text()));
+    field_->onChange = onChange;
   }
   std::vector<PanelRow> rows;
   for (const auto& place : search.places()) {

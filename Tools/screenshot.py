@@ -29,13 +29,15 @@ RUNS = {
 
 
 def main(target):
-    desk = Desk(size="1640x1080x24", window_manager=False)
+    desk = Desk(screens=("1640x1080",), window_manager=False)
     try:
         desk.spawn(["xfwm4"])
         time.sleep(1)
         desk.run("convert", "-size", "1700x1140", "gradient:#7C93B8-#3D4A66",
                  str(desk.home / "ground.png"))
         desk.spawn(["display", "-backdrop", "-immutable", str(desk.home / "ground.png")])
+        # The viewer's second window would peep out under the panel.
+        desk.run("xdotool", "search", "--sync", "--name", "^Pan Icon$", "windowunmap", "%@")
         time.sleep(1)
         desk.env["QT_SCALE_FACTOR"] = "2"
         desk.env["TAVRIN_APPEARANCE"] = "light"

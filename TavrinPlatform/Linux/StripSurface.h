@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TavrinPlatform/Linux/StripLayout.h"
+#include "TavrinPlatform/Linux/StripRoom.h"
 #include "TavrinPlatform/Linux/StripWindow.h"
 #include "TavrinPlatform/Linux/TileSurface.h"
 
@@ -37,10 +38,13 @@ private:
   void followScreen();
 
   Environment environment_;
+  StripRoom room_;
   StripWindow window_;
   StripLayout layout_;
   DockTile::Place place_;
   DockTile::Format format_;
+  /// Points of the screen for a point of the picture; less than 1 for a very small tile.
+  double shrinking_ = 1;
   bool hasPicture_ = false;
   bool hasPlace_ = false;
   bool wasExposed_ = false;

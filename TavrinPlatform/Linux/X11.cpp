@@ -50,7 +50,8 @@ xcb_connection_t* connection() {
 }
 
 void forgetAnswered() {
-  if (const auto* native = toolkit())
+  // Without a display the toolkit may have the interface all the same, and nothing behind it.
+  if (const auto* native = toolkit(); native != nullptr && native->display() != nullptr)
     XSync(native->display(), False);
 }
 

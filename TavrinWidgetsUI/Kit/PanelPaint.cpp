@@ -46,6 +46,7 @@ void focusRing(QPainter& painter, const QRectF& rect, double radius, const QColo
 void symbol(QPainter& painter, const QString& name, const QRectF& rect, double side,
             const QColor& colour) {
   const QPointF centre = rect.center();
+  painter.setRenderHint(QPainter::Antialiasing);
   drawSymbol(painter, name.toStdString(),
              QRectF(centre.x() - side / 2, centre.y() - side / 2, side, side), colour);
 }

@@ -38,7 +38,7 @@ class Strip(DeskTest):
         return self.desk.run("xdotool", "getwindowfocus", check=False).strip()
 
     def start_terminal(self):
-        terminal = self.desk.spawn(["xterm", "-T", "other", "-geometry", "40x10+20+20"])
+        self.terminal = self.desk.spawn(["xterm", "-T", "other", "-geometry", "40x10+20+20"])
         window = self.desk.run("xdotool", "search", "--sync", "--onlyvisible", "--name",
                                "^other$").split()[0]
         self.desk.run("xdotool", "windowactivate", "--sync", window)
@@ -66,6 +66,35 @@ class Strip(DeskTest):
                                    delta=1.5)
         whole = lefts[0] + self.tiles[-1][1] + self.tiles[-1][3]
         self.assertAlmostEqual(whole / 2, 640, delta=3, msg="centred")
+
+    def work_area(self):
+        area = self.desk.run("xprop", "-root", "_NET_WORKAREA").split("=")[1]
+        return [int(number) for number in area.split(",")[:4]]
+
+    def test_the_strip_keeps_its_edge_free_and_stays_there(self):
+        top = self.tiles[0][2]
+        wait_for(lambda: self.work_area() == [0, 0, 1280, top], "the work area above the tiles")
+        other = self.start_terminal()
+        self.desk.run("wmctrl", "-i", "-r", other, "-b", "add,maximized_vert,maximized_horz")
+
+        def height():
+            return next(window for window in self.desk.windows(self.terminal.pid))[4]
+        wait_for(lambda: top - 40 < height() < top, "a maximized window above the tiles")
+
+        # A panel at the edge moves the strip up; its end brings it back.
+        self.desk.run("xprop", "-id", other, "-f", "_NET_WM_STRUT_PARTIAL", "32c", "-set",
+                      "_NET_WM_STRUT_PARTIAL", "0, 0, 0, 60, 0, 0, 0, 0, 0, 0, 0, 1279")
+
+        def tops():
+            return {self.tile_of(slot)[2] for slot in self.slots}
+        wait_for(lambda: tops() == {top - 60}, "the strip to move up")
+        wait_for(lambda: self.work_area() == [0, 0, 1280, top - 60], "the room of both")
+        self.terminal.terminate()
+        wait_for(lambda: tops() == {top}, "the strip to come back")
+        wait_for(lambda: self.work_area() == [0, 0, 1280, top], "the room of one")
+        for slot in self.slots:
+            slot.terminate()
+        wait_for(lambda: self.work_area() == [0, 0, 1280, 800], "the room to be given back")
 
     def test_each_click_opens_its_panel_above_with_the_arrow_at_the_tile(self):
         for number in range(len(WIDGETS)):

@@ -6,6 +6,7 @@
 #include "TavrinPlatform/Linux/LinuxUserFiles.h"
 #include "TavrinPlatform/Linux/PopoverLayout.h"
 #include "TavrinPlatform/Linux/StripLayout.h"
+#include "TavrinPlatform/Linux/StripRoom.h"
 #include "TavrinPlatform/Linux/ToolkitSettings.h"
 #include "TavrinPlatform/Linux/Trash.h"
 #include "TavrinPlatform/Linux/UserFolders.h"
@@ -224,6 +225,57 @@ TEST(StripLayout, CellsStandCentredOnTheEdge) {
     EXPECT_EQ(layout.tile, c.tile);
     EXPECT_EQ(layout.tileSize, c.tileSize);
   }
+}
+
+TEST(StripRoom, AStrutReachesIntoTheScreenThatItStartsFrom) {
+  const QSize root(2000, 1000);
+  const QRect left(0, 0, 1000, 800);
+  const QRect right(1000, 0, 1000, 1000);
+  struct Case {
+    const char* name;
+    QRect tile;
+    StripEdge edge;
+    QRect screen;
+    Strut strut;
+    int inLeft;
+    int inRight;
+  };
+  const Case cases[] = {
+      {"bottom",
+       {1475, 952, 51, 48},
+       StripEdge::bottom,
+       right,
+       {0, 0, 0, 48, 0, 0, 0, 0, 0, 0, 1475, 1525},
+       0,
+       48},
+      {"the edge is not the desktop's", {475, 752, 51, 48}, StripEdge::bottom, left, {}, 0, 0},
+      {"left",
+       {0, 349, 48, 51},
+       StripEdge::left,
+       left,
+       {48, 0, 0, 0, 349, 399, 0, 0, 0, 0, 0, 0},
+       48,
+       0},
+      {"another screen is on the way", {1000, 349, 48, 51}, StripEdge::left, right, {}, 0, 0},
+      {"right, above a panel",
+       {1922, 349, 48, 51},
+       StripEdge::right,
+       right,
+       {0, 78, 0, 0, 0, 0, 349, 399, 0, 0, 0, 0},
+       0,
+       78},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    const Strut strut = strutOfTile(c.tile, c.edge, c.screen, root);
+    EXPECT_EQ(strut, c.strut);
+    EXPECT_EQ(depthOfStrut(strut, c.edge, left, root), c.inLeft);
+    EXPECT_EQ(depthOfStrut(strut, c.edge, right, root), c.inRight);
+  }
+  // Told for the whole desktop, whose lower screen it crosses.
+  const Strut whole = {0, 0, 0, 248, 0, 65535, 0, 65535, 0, 65535, 0, 65535};
+  EXPECT_EQ(depthOfStrut(whole, StripEdge::bottom, left, root), 48);
+  EXPECT_EQ(depthOfStrut({0, 0, 0, 48}, StripEdge::bottom, right, root), 0) << "not whole";
 }
 
 TEST(PopoverLayout, TheBodyStaysOnItsScreenAndTheArrowAtItsTile) {

@@ -141,7 +141,12 @@ TEST_F(WeatherWidgetTest, TypingAsksOnceAndAnOvertakenAnswerIsDropped) {
                                    "admin1":"Bavaria","country":"Germany"}]})"});
   ASSERT_EQ(list->count(), 1);
   EXPECT_EQ(list->row(0).subtitle, "Bavaria, Germany");
+  list->setFocus();
   list->onOpen(0);
+  // The emptied field has the keys again, and nothing to clear.
+  EXPECT_EQ(field->window()->focusWidget(), field);
+  EXPECT_EQ(field->text(), "");
+  EXPECT_TRUE(field->findChild<QPushButton*>()->isHidden());
   const WidgetStore store(folder_ / "widgets.json");
   const auto* saved = store.file().widgets.front().kind.get<WeatherSettings>();
   EXPECT_EQ(saved->cityName, "Munich");

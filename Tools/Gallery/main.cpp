@@ -187,7 +187,7 @@ int main(int argc, char** argv) {
     if (!isWanted(QString::fromUtf8(sheet.name)))
       continue;
     const GallerySheet tiles = sheet.tiles();
-    for (const double side : {48.0, 64.0, 128.0})
+    for (const double side : {44.0, 48.0, 64.0, 128.0})
       for (const double scale : {1.0, 2.0})
         isComplete &= save(contactSheet(tiles, side, scale),
                            folder.filePath(QStringLiteral("%1-%2@%3.png")
