@@ -1,8 +1,10 @@
 """Calendar and reminders widgets at the desktop's real calendar service."""
 
+import datetime
 import hashlib
 import time
 import unittest
+import zoneinfo
 
 from calendars import CalendarServer, add, change, component, remove
 from rig import DeskTest, wait_for, widget
@@ -44,7 +46,9 @@ class CalendarSlots(DeskTest):
         calendar = server.calendar()
         process = self.start("calendar", {"style": "nextEvent"})
         empty = self.settled()
-        today = time.strftime("%Y%m%d")
+        # As the slot has it: this process may be in another zone.
+        zone = zoneinfo.ZoneInfo(self.desk.env["TZ"])
+        today = datetime.datetime.now(zone).strftime("%Y%m%d")
 
         def event(title):
             return component("VEVENT", UID="day", SUMMARY=title, DTSTART_VALUE_DATE=today)

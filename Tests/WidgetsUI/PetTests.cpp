@@ -87,7 +87,7 @@ TEST(PetWidget, AStrokeShowsAtOnce) {
 }
 
 TEST(PetWidget, ReadsTheLoadOnlyWhereItFollowsIt) {
-  Bench following(at(12));
+  Bench following(at(12), {PetSpecies::cat, true, true});
   following.picturesIn(60);
   EXPECT_GT(following.platform.host.reads, 5);
   EXPECT_LE(following.platform.host.reads, 32);
