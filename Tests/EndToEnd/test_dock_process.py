@@ -205,8 +205,9 @@ class Restart(test_dock.DockTest):
         self.kill_when(lambda starts: starts == 1, rewrites=1)
 
     def test_killed_after_the_second_write(self):
+        # The delay leaves time to see it.
         self.assertEqual(self.kill_when(lambda starts: starts == 1 and self.labels() == ["App2"],
-                                        rewrites=1), ["App2"])
+                                        rewrites=1, delay=0.5), ["App2"])
 
     def test_many_changes_restart_once(self):
         self.put({"persistent-apps": [app(i) for i in range(500)]})
