@@ -122,28 +122,14 @@ JSONValue reportJSON(const Report& report) {
 enum class Detail { whole, rounded, sums };
 
 Table usageTable(const char* title, Detail detail) {
-  const Table::Column first{title, false, projectWidth};
-  switch (detail) {
-  case Detail::whole:
-    return Table({first,
-                  {"TOKENS", true},
-                  {"INPUT", true},
-                  {"OUTPUT", true},
-                  {"CACHE WRITES", true},
-                  {"CACHE READS", true},
-                  {"MESSAGES", true}});
-  case Detail::rounded:
-    return Table({first,
-                  {"TOKENS", true},
-                  {"INPUT", true},
-                  {"OUTPUT", true},
-                  {"WRITES", true},
-                  {"READS", true},
-                  {"MESSAGES", true}});
-  case Detail::sums:
-    break;
-  }
-  return Table({first, {"TOKENS", true}, {"MESSAGES", true}});
+  std::vector<Table::Column> columns{{title, false, projectWidth}, {"TOKENS", true}};
+  const bool isWhole = detail == Detail::whole;
+  if (detail != Detail::sums)
+    for (const char* kind : {"INPUT", "OUTPUT", isWhole ? "CACHE WRITES" : "WRITES",
+                             isWhole ? "CACHE READS" : "READS"})
+      columns.push_back({kind, true});
+  columns.push_back({"MESSAGES", true});
+  return Table(std::move(columns));
 }
 
 void addRow(Table& table, std::string name, const ClaudeUsageTotals& totals, TextStyle style,
