@@ -1,6 +1,7 @@
 #include "TavrinWidgetsUI/CalendarPanelView.h"
 #include "TavrinWidgetsUI/CalendarViews.h"
 #include "Tools/Gallery/Gallery.h"
+#include "Tools/Gallery/GalleryCalendars.h"
 
 namespace tavrin {
 namespace {
@@ -9,15 +10,6 @@ namespace {
 constexpr Date noon = Date::fromUnixSeconds(1'788'948'522);
 const char* const longTitle =
     "Quarterly Donaudampfschifffahrtsgesellschaft planning with everybody who may come";
-
-const Calendar& german() {
-  static const Calendar calendar("Europe/Berlin", "de_DE");
-  return calendar;
-}
-const Calendar& american() {
-  static const Calendar calendar("Europe/Berlin", "en_US");
-  return calendar;
-}
 
 std::vector<CalendarEvent> someEvents() {
   const Date today = german().startOfDay(noon);

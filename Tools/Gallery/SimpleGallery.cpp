@@ -11,6 +11,7 @@
 #include "Tests/Support/FakePlatform.h"
 #include "Tests/Support/SystemServices.h"
 #include "Tools/Gallery/Gallery.h"
+#include "Tools/Gallery/GalleryCalendars.h"
 
 #include <deque>
 
@@ -24,15 +25,6 @@ const char* const shortNote = "Milk, bread\nCall Ada";
 const char* const longNote =
     "Groceries: milk, bread, a kilogram of unreasonably small potatoes, soap, "
     "Donaudampfschifffahrtsgesellschaftskapitän, and whatever looks good. Then home.";
-
-const Calendar& german() {
-  static const Calendar calendar("Europe/Berlin", "de_DE");
-  return calendar;
-}
-const Calendar& american() {
-  static const Calendar calendar("Europe/Berlin", "en_US");
-  return calendar;
-}
 
 struct ClockCase {
   const char* name;
