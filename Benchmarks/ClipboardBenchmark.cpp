@@ -1,7 +1,7 @@
-#include "TavrinCore/Kinds/ClipboardBoard.h"
 #include "TavrinCore/Base/Wipe.h"
+#include "TavrinCore/Kinds/Clipboard/ClipboardBoard.h"
 #include "TavrinStorage/AESGCM.h"
-#include "TavrinWidgetsUI/ClipboardPanelView.h"
+#include "TavrinWidgetsUI/Clipboard/ClipboardPanelView.h"
 #include "Tests/Support/FakePlatform.h"
 
 #include <QPixmap>

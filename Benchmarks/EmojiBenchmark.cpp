@@ -1,4 +1,4 @@
-#include "TavrinWidgetsUI/EmojiModel.h"
+#include "TavrinWidgetsUI/Emoji/EmojiModel.h"
 
 #include <benchmark/benchmark.h>
 

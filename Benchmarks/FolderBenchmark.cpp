@@ -1,8 +1,8 @@
 #include "TavrinCore/Base/UUID.h"
 #include "TavrinPlatform/Linux/LinuxFolderWatch.h"
 #include "TavrinPlatform/Linux/QtRunLoop.h"
-#include "TavrinWidgetsUI/FileRoll.h"
-#include "TavrinWidgetsUI/FileViews.h"
+#include "TavrinWidgetsUI/Files/FileRoll.h"
+#include "TavrinWidgetsUI/Files/FileViews.h"
 #include "TavrinWidgetsUI/Kit/Thumbnail.h"
 #include "TavrinWidgetsUI/Kit/ViewRenderer.h"
 

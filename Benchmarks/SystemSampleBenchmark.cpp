@@ -1,5 +1,5 @@
 #include "TavrinPlatform/Linux/LinuxHostStatistics.h"
-#include "TavrinWidgetsUI/SystemReadings.h"
+#include "TavrinWidgetsUI/System/SystemReadings.h"
 
 #include <benchmark/benchmark.h>
 

@@ -1,4 +1,4 @@
-#include "TavrinCore/Kinds/ClaudeUsage.h"
+#include "TavrinCore/Kinds/ClaudeUsage/ClaudeUsage.h"
 #include "TavrinStorage/ClaudeUsageSource.h"
 
 #include <benchmark/benchmark.h>

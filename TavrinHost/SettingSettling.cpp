@@ -1,7 +1,7 @@
 #include "TavrinHost/SettingSettling.h"
 
 #include "TavrinCore/Base/FileURL.h"
-#include "TavrinCore/Kinds/ConverterUnits.h"
+#include "TavrinCore/Kinds/Converter/ConverterUnits.h"
 #include "TavrinHost/HostError.h"
 #include "TavrinHost/SettingText.h"
 

@@ -1,7 +1,7 @@
 #include "TavrinHost/UsageCommands.h"
 
 #include "TavrinCore/Base/ISO8601.h"
-#include "TavrinCore/Kinds/ClaudeUsage.h"
+#include "TavrinCore/Kinds/ClaudeUsage/ClaudeUsage.h"
 #include "TavrinStorage/ClaudeUsageBridge.h"
 #include "TavrinStorage/ClaudeUsageSource.h"
 

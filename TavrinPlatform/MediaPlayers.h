@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TavrinCore/Kinds/MusicPlayback.h"
+#include "TavrinCore/Kinds/Music/MusicPlayback.h"
 #include "TavrinPlatform/RunLoop.h"
 
 #include <functional>

@@ -1,8 +1,8 @@
 #include "TavrinSlot/AirDropWidget.h"
 
 #include "TavrinSlot/DockPanelPresenter.h"
-#include "TavrinWidgetsUI/AirDropPanelView.h"
-#include "TavrinWidgetsUI/AirDropViews.h"
+#include "TavrinWidgetsUI/AirDrop/AirDropPanelView.h"
+#include "TavrinWidgetsUI/AirDrop/AirDropViews.h"
 
 #include <QFileDialog>
 #include <QUrl>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "TavrinSlot/BasicWidgetController.h"
-#include "TavrinWidgetsUI/AirDropModel.h"
+#include "TavrinWidgetsUI/AirDrop/AirDropModel.h"
 
 namespace tavrin {
 

@@ -1,7 +1,7 @@
 #include "TavrinSlot/BookmarkWidget.h"
 
 #include "TavrinSlot/DockPanelPresenter.h"
-#include "TavrinWidgetsUI/BookmarkPanelView.h"
+#include "TavrinWidgetsUI/Bookmarks/BookmarkPanelView.h"
 
 namespace tavrin {
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "TavrinSlot/BasicWidgetController.h"
-#include "TavrinWidgetsUI/BookmarkIcons.h"
+#include "TavrinWidgetsUI/Bookmarks/BookmarkIcons.h"
 
 namespace tavrin {
 

@@ -1,6 +1,6 @@
 #include "TavrinSlot/CalendarWidget.h"
 
-#include "TavrinWidgetsUI/CalendarPanelView.h"
+#include "TavrinWidgetsUI/Calendar/CalendarPanelView.h"
 
 namespace tavrin {
 namespace {

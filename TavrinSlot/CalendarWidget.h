@@ -1,8 +1,8 @@
 #pragma once
 
 #include "TavrinSlot/BasicWidgetController.h"
-#include "TavrinWidgetsUI/CalendarModel.h"
-#include "TavrinWidgetsUI/CalendarViews.h"
+#include "TavrinWidgetsUI/Calendar/CalendarModel.h"
+#include "TavrinWidgetsUI/Calendar/CalendarViews.h"
 
 namespace tavrin {
 

@@ -1,7 +1,7 @@
 #include "TavrinSlot/ClaudeUsageWidget.h"
 
-#include "TavrinWidgetsUI/ClaudeUsagePanelView.h"
-#include "TavrinWidgetsUI/ClaudeUsageViews.h"
+#include "TavrinWidgetsUI/ClaudeUsage/ClaudeUsagePanelView.h"
+#include "TavrinWidgetsUI/ClaudeUsage/ClaudeUsageViews.h"
 
 namespace tavrin {
 

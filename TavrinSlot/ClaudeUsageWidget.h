@@ -1,7 +1,7 @@
 #pragma once
 
 #include "TavrinSlot/BasicWidgetController.h"
-#include "TavrinWidgetsUI/ClaudeUsageModel.h"
+#include "TavrinWidgetsUI/ClaudeUsage/ClaudeUsageModel.h"
 
 namespace tavrin {
 

@@ -2,8 +2,8 @@
 
 #include "TavrinSlot/DockPanelPresenter.h"
 #include "TavrinStorage/StoragePath.h"
-#include "TavrinWidgetsUI/ClipboardPanelView.h"
-#include "TavrinWidgetsUI/ClipboardViews.h"
+#include "TavrinWidgetsUI/Clipboard/ClipboardPanelView.h"
+#include "TavrinWidgetsUI/Clipboard/ClipboardViews.h"
 
 namespace tavrin {
 namespace {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "TavrinSlot/BasicWidgetController.h"
-#include "TavrinWidgetsUI/ClipboardModel.h"
+#include "TavrinWidgetsUI/Clipboard/ClipboardModel.h"
 
 namespace tavrin {
 

@@ -3,8 +3,8 @@
 #include "TavrinPlatform/ApplicationLibrary.h"
 #include "TavrinPlatform/DockTile.h"
 #include "TavrinSlot/DockPanelPresenter.h"
-#include "TavrinWidgetsUI/CollectionPanelView.h"
-#include "TavrinWidgetsUI/CollectionViews.h"
+#include "TavrinWidgetsUI/Collection/CollectionPanelView.h"
+#include "TavrinWidgetsUI/Collection/CollectionViews.h"
 
 #include <cmath>
 

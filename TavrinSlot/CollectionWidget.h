@@ -1,7 +1,7 @@
 #pragma once
 
 #include "TavrinSlot/BasicWidgetController.h"
-#include "TavrinWidgetsUI/CollectionModel.h"
+#include "TavrinWidgetsUI/Collection/CollectionModel.h"
 
 namespace tavrin {
 

@@ -3,8 +3,8 @@
 #include "TavrinCore/Base/Errors.h"
 #include "TavrinSlot/DockPanelPresenter.h"
 #include "TavrinStorage/StoragePath.h"
-#include "TavrinWidgetsUI/ColourPanelView.h"
-#include "TavrinWidgetsUI/ColourViews.h"
+#include "TavrinWidgetsUI/Colour/ColourPanelView.h"
+#include "TavrinWidgetsUI/Colour/ColourViews.h"
 
 namespace tavrin {
 namespace {

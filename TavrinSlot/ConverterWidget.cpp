@@ -1,6 +1,6 @@
 #include "TavrinSlot/ConverterWidget.h"
 
-#include "TavrinWidgetsUI/ConverterPanelView.h"
+#include "TavrinWidgetsUI/Converter/ConverterPanelView.h"
 
 namespace tavrin {
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "TavrinSlot/BasicWidgetController.h"
-#include "TavrinWidgetsUI/ConverterViews.h"
+#include "TavrinWidgetsUI/Converter/ConverterViews.h"
 
 namespace tavrin {
 

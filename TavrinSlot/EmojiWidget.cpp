@@ -3,8 +3,8 @@
 #include "TavrinCore/Base/SystemLocale.h"
 #include "TavrinSlot/DockPanelPresenter.h"
 #include "TavrinStorage/StoragePath.h"
-#include "TavrinWidgetsUI/EmojiPanelView.h"
-#include "TavrinWidgetsUI/EmojiViews.h"
+#include "TavrinWidgetsUI/Emoji/EmojiPanelView.h"
+#include "TavrinWidgetsUI/Emoji/EmojiViews.h"
 
 namespace tavrin {
 namespace {

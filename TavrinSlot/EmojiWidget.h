@@ -3,7 +3,7 @@
 #include "TavrinSlot/BasicWidgetController.h"
 #include "TavrinSlot/HeldStore.h"
 #include "TavrinStorage/EmojiStore.h"
-#include "TavrinWidgetsUI/EmojiModel.h"
+#include "TavrinWidgetsUI/Emoji/EmojiModel.h"
 
 namespace tavrin {
 

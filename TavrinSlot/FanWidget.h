@@ -1,8 +1,8 @@
 #pragma once
 
 #include "TavrinSlot/BasicWidgetController.h"
-#include "TavrinWidgetsUI/FanSwitch.h"
-#include "TavrinWidgetsUI/FanViews.h"
+#include "TavrinWidgetsUI/Fans/FanSwitch.h"
+#include "TavrinWidgetsUI/Fans/FanViews.h"
 
 namespace tavrin {
 

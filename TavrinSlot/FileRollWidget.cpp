@@ -1,8 +1,8 @@
 #include "TavrinSlot/FileRollWidget.h"
 
-#include "TavrinCore/Kinds/ClipboardItem.h"
-#include "TavrinWidgetsUI/FileViews.h"
-#include "TavrinWidgetsUI/FilesPanelView.h"
+#include "TavrinCore/Kinds/Clipboard/ClipboardItem.h"
+#include "TavrinWidgetsUI/Files/FileViews.h"
+#include "TavrinWidgetsUI/Files/FilesPanelView.h"
 
 #include <algorithm>
 

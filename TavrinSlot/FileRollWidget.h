@@ -1,7 +1,7 @@
 #pragma once
 
 #include "TavrinSlot/FolderWidgetController.h"
-#include "TavrinWidgetsUI/FileRoll.h"
+#include "TavrinWidgetsUI/Files/FileRoll.h"
 
 namespace tavrin {
 

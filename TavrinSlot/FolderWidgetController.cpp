@@ -1,7 +1,7 @@
 #include "TavrinSlot/FolderWidgetController.h"
 
 #include "TavrinSlot/DockPanelPresenter.h"
-#include "TavrinWidgetsUI/FileWords.h"
+#include "TavrinWidgetsUI/Files/FileWords.h"
 
 namespace tavrin {
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "TavrinSlot/BasicWidgetController.h"
-#include "TavrinWidgetsUI/FileActions.h"
-#include "TavrinWidgetsUI/FilePanelServices.h"
+#include "TavrinWidgetsUI/Files/FileActions.h"
+#include "TavrinWidgetsUI/Files/FilePanelServices.h"
 
 namespace tavrin {
 

@@ -1,7 +1,7 @@
 #include "TavrinSlot/GitHubWidget.h"
 
 #include "TavrinSlot/DockPanelPresenter.h"
-#include "TavrinWidgetsUI/GitHubPanelView.h"
+#include "TavrinWidgetsUI/GitHub/GitHubPanelView.h"
 
 namespace tavrin {
 

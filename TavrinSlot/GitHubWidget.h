@@ -1,7 +1,7 @@
 #pragma once
 
 #include "TavrinSlot/BasicWidgetController.h"
-#include "TavrinWidgetsUI/GitHubModel.h"
+#include "TavrinWidgetsUI/GitHub/GitHubModel.h"
 
 namespace tavrin {
 

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "TavrinSlot/BasicWidgetController.h"
-#include "TavrinWidgetsUI/KeyboardLock.h"
-#include "TavrinWidgetsUI/KeyboardLockOverlay.h"
-#include "TavrinWidgetsUI/KeyboardLockViews.h"
+#include "TavrinWidgetsUI/KeyboardLock/KeyboardLock.h"
+#include "TavrinWidgetsUI/KeyboardLock/KeyboardLockOverlay.h"
+#include "TavrinWidgetsUI/KeyboardLock/KeyboardLockViews.h"
 
 namespace tavrin {
 

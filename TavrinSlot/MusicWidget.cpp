@@ -2,8 +2,8 @@
 
 #include "TavrinPlatform/DockTile.h"
 #include "TavrinSlot/DockTileRenderer.h"
-#include "TavrinWidgetsUI/MusicPanelView.h"
-#include "TavrinWidgetsUI/MusicViews.h"
+#include "TavrinWidgetsUI/Music/MusicPanelView.h"
+#include "TavrinWidgetsUI/Music/MusicViews.h"
 
 namespace tavrin {
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "TavrinSlot/BasicWidgetController.h"
-#include "TavrinWidgetsUI/MusicModel.h"
+#include "TavrinWidgetsUI/Music/MusicModel.h"
 
 namespace tavrin {
 

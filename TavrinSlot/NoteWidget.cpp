@@ -1,8 +1,8 @@
 #include "TavrinSlot/NoteWidget.h"
 
 #include "TavrinPlatform/Platform.h"
-#include "TavrinWidgetsUI/NotePanelView.h"
-#include "TavrinWidgetsUI/NoteViews.h"
+#include "TavrinWidgetsUI/Note/NotePanelView.h"
+#include "TavrinWidgetsUI/Note/NoteViews.h"
 
 namespace tavrin {
 

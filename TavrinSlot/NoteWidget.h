@@ -1,7 +1,7 @@
 #pragma once
 
 #include "TavrinSlot/BasicWidgetController.h"
-#include "TavrinWidgetsUI/NoteModel.h"
+#include "TavrinWidgetsUI/Note/NoteModel.h"
 
 namespace tavrin {
 

@@ -2,7 +2,7 @@
 
 #include "TavrinPlatform/Platform.h"
 #include "TavrinSlot/StoredRun.h"
-#include "TavrinWidgetsUI/PomodoroPanelView.h"
+#include "TavrinWidgetsUI/Runs/PomodoroPanelView.h"
 
 #include <fmt/format.h>
 

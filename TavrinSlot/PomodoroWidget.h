@@ -1,8 +1,8 @@
 #pragma once
 
 #include "TavrinSlot/RunWidgetController.h"
-#include "TavrinWidgetsUI/PomodoroModel.h"
-#include "TavrinWidgetsUI/PomodoroViews.h"
+#include "TavrinWidgetsUI/Runs/PomodoroModel.h"
+#include "TavrinWidgetsUI/Runs/PomodoroViews.h"
 
 namespace tavrin {
 

@@ -1,8 +1,8 @@
 #include "TavrinSlot/ScreenshotWidget.h"
 
-#include "TavrinWidgetsUI/FileWords.h"
-#include "TavrinWidgetsUI/ScreenshotPanelView.h"
-#include "TavrinWidgetsUI/ScreenshotViews.h"
+#include "TavrinWidgetsUI/Files/FileWords.h"
+#include "TavrinWidgetsUI/Files/ScreenshotPanelView.h"
+#include "TavrinWidgetsUI/Files/ScreenshotViews.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "TavrinSlot/FolderWidgetController.h"
-#include "TavrinWidgetsUI/ScreenshotRoll.h"
+#include "TavrinWidgetsUI/Files/ScreenshotRoll.h"
 
 namespace tavrin {
 

@@ -1,8 +1,8 @@
 #include "TavrinSlot/ShelfWidget.h"
 
 #include "TavrinSlot/DockPanelPresenter.h"
-#include "TavrinWidgetsUI/ShelfPanelView.h"
-#include "TavrinWidgetsUI/ShelfViews.h"
+#include "TavrinWidgetsUI/Files/ShelfPanelView.h"
+#include "TavrinWidgetsUI/Files/ShelfViews.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 #include "TavrinSlot/ShortcutWidget.h"
 
-#include "TavrinWidgetsUI/ShortcutPanelView.h"
-#include "TavrinWidgetsUI/ShortcutViews.h"
+#include "TavrinWidgetsUI/Shortcut/ShortcutPanelView.h"
+#include "TavrinWidgetsUI/Shortcut/ShortcutViews.h"
 
 namespace tavrin {
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "TavrinSlot/BasicWidgetController.h"
-#include "TavrinWidgetsUI/ShortcutRunner.h"
+#include "TavrinWidgetsUI/Shortcut/ShortcutRunner.h"
 
 namespace tavrin {
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "TavrinSlot/BasicWidgetController.h"
-#include "TavrinWidgetsUI/StopwatchViews.h"
-#include "TavrinWidgetsUI/SystemWidgetModel.h"
+#include "TavrinWidgetsUI/Runs/StopwatchViews.h"
+#include "TavrinWidgetsUI/System/SystemWidgetModel.h"
 
 namespace tavrin {
 

@@ -2,7 +2,7 @@
 
 #include "TavrinPlatform/Platform.h"
 #include "TavrinSlot/StoredRun.h"
-#include "TavrinWidgetsUI/TimerPanelView.h"
+#include "TavrinWidgetsUI/Runs/TimerPanelView.h"
 
 #include <fmt/format.h>
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "TavrinSlot/RunWidgetController.h"
-#include "TavrinWidgetsUI/TimerModel.h"
-#include "TavrinWidgetsUI/TimerViews.h"
+#include "TavrinWidgetsUI/Runs/TimerModel.h"
+#include "TavrinWidgetsUI/Runs/TimerViews.h"
 
 namespace tavrin {
 

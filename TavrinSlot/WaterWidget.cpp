@@ -4,7 +4,7 @@
 #include "TavrinSlot/DockPanelPresenter.h"
 #include "TavrinSlot/DockTileRenderer.h"
 #include "TavrinStorage/StoragePath.h"
-#include "TavrinWidgetsUI/WaterPanelView.h"
+#include "TavrinWidgetsUI/Water/WaterPanelView.h"
 
 namespace tavrin {
 namespace {

@@ -2,7 +2,7 @@
 
 #include "TavrinSlot/BasicWidgetController.h"
 #include "TavrinStorage/WaterStore.h"
-#include "TavrinWidgetsUI/WaterViews.h"
+#include "TavrinWidgetsUI/Water/WaterViews.h"
 
 namespace tavrin {
 

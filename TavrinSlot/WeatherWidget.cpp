@@ -1,7 +1,7 @@
 #include "TavrinSlot/WeatherWidget.h"
 
 #include "TavrinPlatform/HTTPClient.h"
-#include "TavrinWidgetsUI/WeatherPanelView.h"
+#include "TavrinWidgetsUI/Weather/WeatherPanelView.h"
 
 namespace tavrin {
 namespace {

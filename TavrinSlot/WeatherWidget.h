@@ -1,8 +1,8 @@
 #pragma once
 
 #include "TavrinSlot/BasicWidgetController.h"
-#include "TavrinWidgetsUI/WeatherModel.h"
-#include "TavrinWidgetsUI/WeatherViews.h"
+#include "TavrinWidgetsUI/Weather/WeatherModel.h"
+#include "TavrinWidgetsUI/Weather/WeatherViews.h"
 
 namespace tavrin {
 

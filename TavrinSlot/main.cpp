@@ -1,4 +1,4 @@
-#include "TavrinCore/Kinds/ClockFormat.h"
+#include "TavrinCore/Kinds/System/ClockFormat.h"
 #include "TavrinPlatform/Linux/LinuxPlatform.h"
 #include "TavrinPlatform/Linux/ProcessFamily.h"
 #include "TavrinSlot/SlotApp.h"

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "TavrinCore/Base/JSONValue.h"
-#include "TavrinCore/Kinds/ClaudeUsageLimits.h"
+#include "TavrinCore/Kinds/ClaudeUsage/ClaudeUsageLimits.h"
 #include "TavrinPlatform/FileManager.h"
 
 #include <filesystem>

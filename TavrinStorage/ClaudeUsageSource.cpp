@@ -1,6 +1,6 @@
 #include "TavrinStorage/ClaudeUsageSource.h"
 
-#include "TavrinCore/Kinds/ClaudeUsage.h"
+#include "TavrinCore/Kinds/ClaudeUsage/ClaudeUsage.h"
 #include "TavrinStorage/UsageLogFile.h"
 
 #include <algorithm>

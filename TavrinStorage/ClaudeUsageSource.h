@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TavrinCore/Kinds/ClaudeUsageEntries.h"
+#include "TavrinCore/Kinds/ClaudeUsage/ClaudeUsageEntries.h"
 #include "TavrinStorage/UsageLogFolder.h"
 
 #include <cstdint>

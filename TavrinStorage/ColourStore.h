@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TavrinCore/Kinds/ColourHistory.h"
+#include "TavrinCore/Kinds/Colour/ColourHistory.h"
 #include "TavrinStorage/SharedRecord.h"
 
 namespace tavrin {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TavrinCore/Kinds/EmojiHistory.h"
+#include "TavrinCore/Kinds/Emoji/EmojiHistory.h"
 #include "TavrinStorage/SharedRecord.h"
 
 namespace tavrin {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TavrinCore/Kinds/ClaudeUsageLine.h"
+#include "TavrinCore/Kinds/ClaudeUsage/ClaudeUsageLine.h"
 
 #include <cstdint>
 #include <functional>

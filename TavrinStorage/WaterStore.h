@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TavrinCore/Kinds/WaterLog.h"
+#include "TavrinCore/Kinds/Water/WaterLog.h"
 #include "TavrinPlatform/DistributedNotificationCenter.h"
 
 #include <filesystem>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TavrinCore/Kinds/Weather.h"
+#include "TavrinCore/Kinds/Weather/Weather.h"
 
 #include <filesystem>
 

@@ -1,6 +1,6 @@
 #include "TavrinPlatform/Linux/BusConnectedDevices.h"
 
-#include "TavrinCore/Kinds/DeviceBatteries.h"
+#include "TavrinCore/Kinds/System/DeviceBatteries.h"
 #include "TavrinPlatform/Linux/DeviceProperties.h"
 
 #include <algorithm>

@@ -2,7 +2,7 @@
 
 #include "TavrinCore/Base/Errors.h"
 #include "TavrinCore/Base/Text.h"
-#include "TavrinCore/Kinds/ClipboardItem.h"
+#include "TavrinCore/Kinds/Clipboard/ClipboardItem.h"
 #include "TavrinPlatform/Linux/BusProperties.h"
 #include "TavrinPlatform/Linux/ObexSending.h"
 

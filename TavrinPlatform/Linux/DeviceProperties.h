@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TavrinCore/Kinds/DeviceBattery.h"
+#include "TavrinCore/Kinds/System/DeviceBattery.h"
 #include "TavrinPlatform/Linux/BusProperties.h"
 #include "TavrinPlatform/PowerSources.h"
 

@@ -1,6 +1,6 @@
 #include "TavrinPlatform/Linux/SysfsFans.h"
 
-#include "TavrinCore/Kinds/FanControl.h"
+#include "TavrinCore/Kinds/Fans/FanControl.h"
 #include "TavrinStorage/AtomicFile.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TavrinCore/Kinds/SMCValue.h"
+#include "TavrinCore/Kinds/Fans/SMCValue.h"
 
 #include <filesystem>
 #include <map>

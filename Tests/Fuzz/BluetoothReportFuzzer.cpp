@@ -1,4 +1,4 @@
-#include "TavrinCore/Kinds/DeviceBatteries.h"
+#include "TavrinCore/Kinds/System/DeviceBatteries.h"
 
 #include <cstdlib>
 

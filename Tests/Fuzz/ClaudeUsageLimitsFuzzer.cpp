@@ -1,4 +1,4 @@
-#include "TavrinCore/Kinds/ClaudeUsageLimits.h"
+#include "TavrinCore/Kinds/ClaudeUsage/ClaudeUsageLimits.h"
 
 #include <cstdint>
 #include <cstdlib>

@@ -1,4 +1,4 @@
-#include "TavrinCore/Kinds/ClaudeUsageLine.h"
+#include "TavrinCore/Kinds/ClaudeUsage/ClaudeUsageLine.h"
 
 #include "TavrinCore/Base/ISO8601.h"
 #include "TavrinCore/Base/JSONValue.h"

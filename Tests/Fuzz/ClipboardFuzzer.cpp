@@ -1,5 +1,5 @@
 #include "TavrinCore/Base/Text.h"
-#include "TavrinCore/Kinds/ClipboardBoard.h"
+#include "TavrinCore/Kinds/Clipboard/ClipboardBoard.h"
 
 #include <cstdint>
 #include <cstdlib>

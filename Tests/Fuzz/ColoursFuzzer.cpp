@@ -1,4 +1,4 @@
-#include "TavrinCore/Kinds/ColourHistory.h"
+#include "TavrinCore/Kinds/Colour/ColourHistory.h"
 
 #include <cstdint>
 #include <cstdlib>

@@ -1,5 +1,5 @@
 #include "TavrinCore/Base/Text.h"
-#include "TavrinCore/Kinds/EmojiTable.h"
+#include "TavrinCore/Kinds/Emoji/EmojiTable.h"
 
 #include <cstdint>
 #include <cstdlib>

@@ -1,5 +1,5 @@
-#include "TavrinCore/Kinds/Bookmarks.h"
-#include "TavrinWidgetsUI/Favicon.h"
+#include "TavrinCore/Kinds/Bookmarks/Bookmarks.h"
+#include "TavrinWidgetsUI/Bookmarks/Favicon.h"
 
 #include <cstdint>
 #include <cstdlib>

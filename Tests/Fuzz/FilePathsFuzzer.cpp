@@ -1,7 +1,7 @@
 #include "TavrinCore/Base/FileURL.h"
 #include "TavrinCore/Base/Text.h"
-#include "TavrinCore/Kinds/FileKind.h"
-#include "TavrinCore/Kinds/Shelf.h"
+#include "TavrinCore/Kinds/Files/FileKind.h"
+#include "TavrinCore/Kinds/Files/Shelf.h"
 
 #include <cstdlib>
 

@@ -1,4 +1,4 @@
-#include "TavrinCore/Kinds/GitHubQuery.h"
+#include "TavrinCore/Kinds/GitHub/GitHubQuery.h"
 
 #include <cstdint>
 #include <cstdlib>

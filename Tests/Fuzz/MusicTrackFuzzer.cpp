@@ -1,6 +1,6 @@
 #include "TavrinCore/Base/FileURL.h"
 #include "TavrinCore/Base/Text.h"
-#include "TavrinCore/Kinds/MusicPlayback.h"
+#include "TavrinCore/Kinds/Music/MusicPlayback.h"
 
 #include <cstdint>
 #include <cstdlib>

@@ -1,4 +1,4 @@
-#include "TavrinCore/Kinds/NumberNotation.h"
+#include "TavrinCore/Kinds/Converter/NumberNotation.h"
 
 #include <cmath>
 #include <cstdint>

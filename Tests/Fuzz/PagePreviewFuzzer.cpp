@@ -1,5 +1,5 @@
 #include "TavrinCore/Base/Text.h"
-#include "TavrinCore/Kinds/PagePreview.h"
+#include "TavrinCore/Kinds/Clipboard/PagePreview.h"
 
 #include <cstdint>
 #include <cstdlib>

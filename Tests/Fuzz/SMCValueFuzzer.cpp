@@ -1,4 +1,4 @@
-#include "TavrinCore/Kinds/SMCValue.h"
+#include "TavrinCore/Kinds/Fans/SMCValue.h"
 
 #include <cmath>
 #include <cstdlib>

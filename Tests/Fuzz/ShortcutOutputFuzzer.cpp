@@ -1,5 +1,5 @@
 #include "TavrinCore/Base/Text.h"
-#include "TavrinCore/Kinds/ShortcutOutput.h"
+#include "TavrinCore/Kinds/Shortcut/ShortcutOutput.h"
 
 #include <algorithm>
 #include <cstdint>

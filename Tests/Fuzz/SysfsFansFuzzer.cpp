@@ -1,4 +1,4 @@
-#include "TavrinCore/Kinds/FanControl.h"
+#include "TavrinCore/Kinds/Fans/FanControl.h"
 #include "TavrinPlatform/Linux/SysfsFans.h"
 
 #include <cstdlib>

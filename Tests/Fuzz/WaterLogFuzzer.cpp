@@ -1,4 +1,4 @@
-#include "TavrinCore/Kinds/WaterReading.h"
+#include "TavrinCore/Kinds/Water/WaterReading.h"
 
 #include <algorithm>
 #include <cstdint>

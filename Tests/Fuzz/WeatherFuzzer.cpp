@@ -1,4 +1,4 @@
-#include "TavrinCore/Kinds/Weather.h"
+#include "TavrinCore/Kinds/Weather/Weather.h"
 #include "TavrinStorage/WeatherCache.h"
 
 #include <cmath>

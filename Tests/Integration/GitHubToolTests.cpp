@@ -1,6 +1,6 @@
 #include "TavrinPlatform/Linux/LinuxProcessRunner.h"
 #include "TavrinPlatform/Linux/QtRunLoop.h"
-#include "TavrinWidgetsUI/GitHubSource.h"
+#include "TavrinWidgetsUI/GitHub/GitHubSource.h"
 #include "Tests/Storage/TemporaryFolder.h"
 #include "Tests/Support/FakePlatform.h"
 

@@ -1,4 +1,4 @@
-#include "TavrinCore/Kinds/FanControl.h"
+#include "TavrinCore/Kinds/Fans/FanControl.h"
 #include "TavrinPlatform/Linux/BusFanHelper.h"
 #include "TavrinPlatform/Linux/QtRunLoop.h"
 #include "TavrinPlatform/Linux/SysfsFans.h"

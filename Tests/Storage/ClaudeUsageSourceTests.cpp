@@ -1,6 +1,6 @@
 #include "TavrinStorage/ClaudeUsageSource.h"
 
-#include "TavrinCore/Kinds/ClaudeUsage.h"
+#include "TavrinCore/Kinds/ClaudeUsage/ClaudeUsage.h"
 #include "Tests/Storage/TemporaryFolder.h"
 #include "Tests/Support/UsageLogs.h"
 

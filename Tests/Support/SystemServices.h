@@ -1,7 +1,7 @@
 #pragma once
 
 #include "TavrinPlatform/Platform.h"
-#include "TavrinWidgetsUI/SystemWidgetModel.h"
+#include "TavrinWidgetsUI/System/SystemWidgetModel.h"
 
 namespace tavrin::test {
 

@@ -1,10 +1,10 @@
-#include "TavrinWidgetsUI/ClockViews.h"
-#include "TavrinWidgetsUI/CountdownViews.h"
-#include "TavrinWidgetsUI/KindSymbols.h"
+#include "TavrinWidgetsUI/Kit/KindSymbols.h"
 #include "TavrinWidgetsUI/Kit/Symbols.h"
 #include "TavrinWidgetsUI/Kit/ViewRenderer.h"
-#include "TavrinWidgetsUI/NoteViews.h"
-#include "TavrinWidgetsUI/TimeProgressViews.h"
+#include "TavrinWidgetsUI/Note/NoteViews.h"
+#include "TavrinWidgetsUI/System/ClockViews.h"
+#include "TavrinWidgetsUI/System/CountdownViews.h"
+#include "TavrinWidgetsUI/System/TimeProgressViews.h"
 #include "Tests/Kit/Pixels.h"
 
 #include <cmath>

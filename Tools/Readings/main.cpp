@@ -4,7 +4,7 @@
 //
 //   readings LINK
 #include "TavrinPlatform/Linux/LinuxHostStatistics.h"
-#include "TavrinWidgetsUI/SystemReadings.h"
+#include "TavrinWidgetsUI/System/SystemReadings.h"
 
 #include <chrono>
 #include <cstdio>

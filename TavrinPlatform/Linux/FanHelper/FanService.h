@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TavrinCore/Kinds/FanControl.h"
+#include "TavrinCore/Kinds/Fans/FanControl.h"
 
 #include <chrono>
 #include <map>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "TavrinCore/Kinds/CalendarEvent.h"
-#include "TavrinCore/Kinds/Reminder.h"
+#include "TavrinCore/Kinds/Calendar/CalendarEvent.h"
+#include "TavrinCore/Kinds/Calendar/Reminder.h"
 
 #include <libecal/libecal.h>
 #include <memory>

@@ -1,5 +1,5 @@
 #include "TavrinPlatform/Linux/Modules/QtHTTPClient.h"
-#include "TavrinWidgetsUI/WeatherModel.h"
+#include "TavrinWidgetsUI/Weather/WeatherModel.h"
 #include "Tests/Linux/Services/HTTPServer.h"
 #include "Tests/Linux/Services/LoopTest.h"
 #include "Tests/Support/FakePlatform.h"

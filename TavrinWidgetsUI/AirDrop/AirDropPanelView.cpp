@@ -1,0 +1,176 @@
+#include "TavrinWidgetsUI/AirDrop/AirDropPanelView.h"
+
+#include "TavrinCore/Base/Text.h"
+#include "TavrinCore/Kinds/Clipboard/ClipboardItem.h"
+#include "TavrinWidgetsUI/AirDrop/AirDropViews.h"
+#include "TavrinWidgetsUI/Kit/PanelButton.h"
+#include "TavrinWidgetsUI/Kit/PanelList.h"
+#include "TavrinWidgetsUI/Kit/PanelText.h"
+#include "TavrinWidgetsUI/Kit/ViewWidget.h"
+
+namespace tavrin {
+namespace {
+
+using Progress = AirDropModel::State;
+
+constexpr double barWidth = 288;
+constexpr double barHeight = 6;
+constexpr int visibleRows = 7;
+
+QString symbolOf(NearbyDevice::Kind kind) {
+  switch (kind) {
+  case NearbyDevice::Kind::phone:
+    return QStringLiteral("iphone");
+  case NearbyDevice::Kind::tablet:
+    return QStringLiteral("ipad");
+  case NearbyDevice::Kind::computer:
+    return QStringLiteral("laptopcomputer");
+  case NearbyDevice::Kind::other:
+    break;
+  }
+  return QStringLiteral("dot.radiowaves.up.forward");
+}
+
+QString subjectText(const AirDropModel& model) {
+  const auto& files = model.files();
+  if (files.size() == 1)
+    return QString::fromStdString(cleanText(files.front().filename().string(), 200));
+  return fileCountText(files.size());
+}
+
+} // namespace
+
+AirDropPanelView::AirDropPanelView(const PanelAppearance& appearance, AirDropModel& model,
+                                   Requests requests)
+    : PanelView(appearance, Width::lists), model_(model), requests_(std::move(requests)),
+      subject_(new PanelText({}, PanelTextStyle::heading)),
+      detail_(new PanelText({}, PanelTextStyle::secondary)),
+      trouble_(new PanelText({}, PanelTextStyle::trouble)),
+      bar_(new ViewWidget({barWidth, barHeight})),
+      section_(new PanelText("Send to", PanelTextStyle::section)), list_(new PanelList("Devices")),
+      empty_(new PanelEmptyState("dot.radiowaves.up.forward", {})) {
+  subject_->setSingleLine(true);
+  for (QWidget* part : {static_cast<QWidget*>(subject_), static_cast<QWidget*>(detail_),
+                        static_cast<QWidget*>(bar_), static_cast<QWidget*>(trouble_),
+                        static_cast<QWidget*>(section_)})
+    add(part);
+  list_->setTall(true);
+  list_->setMaximumVisibleRows(visibleRows);
+  list_->onOpen = [this](int row) { choose(row); };
+  add(list_);
+  add(empty_);
+  cancel_ = new PanelButton(PanelButton::Kind::quiet, "Cancel", [this] { model_.cancel(); });
+  add(cancel_);
+  files_ = new PanelButton(PanelButton::Kind::prominent, "Choose Files…", requests_.chooseFiles);
+  add(files_);
+  setEditButton("Edit AirDrop…", requests_.edit);
+  forget_ = new PanelButton(PanelButton::Kind::faint, "Clear", [this] { model_.forget(); });
+  forget_->setToolTip("Forgets the files without sending them");
+  forget_->setAccessibleDescription(forget_->toolTip());
+  addFooterButton(forget_);
+  refresh();
+}
+
+void AirDropPanelView::choose(int row) {
+  const auto& devices = model_.devices();
+  if (row < 0 || static_cast<std::size_t>(row) >= devices.size())
+    return;
+  if (model_.files().empty())
+    requests_.chooseFiles();
+  else
+    model_.send(devices[static_cast<std::size_t>(row)]);
+}
+
+void AirDropPanelView::showDevices() {
+  std::vector<PanelRow> rows;
+  for (const auto& device : model_.devices())
+    rows.push_back(
+        {.id = QString::fromStdString(device.id),
+         .title = QString::fromStdString(device.name),
+         .subtitle = device.way == NearbyDevice::Way::kdeConnect ? "KDE Connect" : "Bluetooth",
+         .symbol = symbolOf(device.kind)});
+  list_->setRows(std::move(rows));
+}
+
+void AirDropPanelView::showSending() {
+  const auto& progress = model_.progress();
+  const double share = model_.share().value_or(0);
+  bar_->setView(bar(share).tint(colours().fill).track(colours().track));
+  bar_->setName(QStringLiteral("Progress, %1 percent").arg(qRound(share * 100)));
+  QStringList parts{QStringLiteral("To %1").arg(model_.deviceName())};
+  if (progress.fileCount > 1)
+    parts << QStringLiteral("file %1 of %2")
+                 .arg(std::min(progress.file + 1, progress.fileCount))
+                 .arg(progress.fileCount);
+  if (progress.size > 0)
+    parts << QStringLiteral("%1 of %2")
+                 .arg(QString::fromStdString(byteText(static_cast<std::int64_t>(progress.sent))),
+                      QString::fromStdString(byteText(static_cast<std::int64_t>(progress.size))));
+  detail_->setWords(parts.join(", "));
+}
+
+void AirDropPanelView::showWords() {
+  empty_->setStep({}, {});
+  empty_->setHint({});
+  if (!model_.isAvailable()) {
+    empty_->setSentence("exclamationmark.triangle.fill", "Nothing here can send files");
+    empty_->setHint("Install KDE Connect here and on the other device, or switch Bluetooth on.");
+  } else {
+    empty_->setSentence("dot.radiowaves.up.forward", "No device is near");
+    empty_->setHint("Open KDE Connect on the other device, on the same network, or pair it by "
+                    "Bluetooth.");
+  }
+  empty_->setStep("Look Again", [this] { model_.refresh(); });
+}
+
+void AirDropPanelView::refresh() {
+  const auto state = model_.state();
+  const auto tile = AirDropTileState::of(model_);
+  const bool hasFiles = !model_.files().empty();
+  const bool isSending = state == Progress::sending;
+  setTitle(QString::fromStdString(model_.widget().name));
+  setState(isSending ? QStringLiteral("Sending")
+           : state == Progress::sent
+               ? (model_.isHandedOver() ? QStringLiteral("Passed on") : QStringLiteral("Sent"))
+           : state == Progress::failed ? QStringLiteral("Not sent")
+                                       : QString(),
+           state == Progress::failed ? State::trouble
+           : isSending               ? State::active
+                                     : State::plain);
+  subject_->setVisible(hasFiles);
+  subject_->setWords(hasFiles ? subjectText(model_) : QString());
+  detail_->setVisible(hasFiles);
+  if (isSending)
+    showSending();
+  else if (state == Progress::sent)
+    detail_->setWords(
+        model_.isHandedOver()
+            ? QStringLiteral("KDE Connect sends %1 to %2.")
+                  .arg(model_.files().size() == 1 ? QStringLiteral("it") : QStringLiteral("them"),
+                       model_.deviceName())
+            : airDropWord(tile));
+  else if (model_.size())
+    detail_->setWords(QString::fromStdString(byteText(*model_.size())));
+  bar_->setVisible(isSending);
+  trouble_->setWords(QString::fromStdString(model_.trouble()));
+  trouble_->setVisible(!model_.trouble().empty());
+  const bool hasDevices = !model_.devices().empty();
+  const bool mayChoose = !isSending && state != Progress::sent;
+  section_->setVisible(mayChoose && hasDevices);
+  section_->setWords(hasFiles ? "Send to" : "Devices near");
+  list_->setVisible(mayChoose && hasDevices);
+  empty_->setVisible(mayChoose && !hasDevices);
+  files_->setVisible(mayChoose && !hasFiles && hasDevices);
+  cancel_->setVisible(isSending);
+  forget_->setVisible(hasFiles && mayChoose);
+  showDevices();
+  showWords();
+}
+
+void AirDropPanelView::showEvent(QShowEvent* event) {
+  PanelView::showEvent(event);
+  if (list_->isVisibleTo(this))
+    list_->setFocus();
+}
+
+} // namespace tavrin

@@ -1,0 +1,279 @@
+#include "TavrinWidgetsUI/Bookmarks/BookmarkPanelView.h"
+
+#include "TavrinWidgetsUI/Kit/PanelButton.h"
+#include "TavrinWidgetsUI/Kit/PanelControls.h"
+#include "TavrinWidgetsUI/Kit/PanelList.h"
+#include "TavrinWidgetsUI/Kit/PanelText.h"
+
+#include <algorithm>
+
+namespace tavrin {
+namespace {
+
+constexpr int visibleRows = 9;
+constexpr int monogramSide = 48;
+/// More at once would bury the browser.
+constexpr std::size_t mostOpened = 12;
+
+QString utf8(std::string_view text) {
+  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+/// The address as people read it: without scheme and a lone slash.
+QString shortAddress(const WebAddress& address) {
+  QString text = utf8(address.url).section("://", 1);
+  if (text.startsWith("www."))
+    text = text.mid(4);
+  return text.endsWith('/') ? text.chopped(1) : text;
+}
+
+} // namespace
+
+BookmarkPanelView::BookmarkPanelView(const PanelAppearance& appearance, Source source)
+    : PanelView(appearance, Width::lists), source_(std::move(source)),
+      search_(new PanelSearchField("Search or add a link")), list_(new PanelList("Bookmarks")),
+      empty_(new PanelEmptyState("bookmark.fill", {})) {
+  search_->setList(list_);
+  search_->onChange = [this](const QString&) {
+    showItems();
+    showWords();
+  };
+  search_->onReturn = [this] { openRow(0); };
+  add(search_);
+  list_->setMaximumVisibleRows(visibleRows);
+  list_->onOpen = [this](int row) { openRow(row); };
+  list_->onAction = [this](int row, int action) { act(row, action); };
+  list_->onRemove = [this](int row) {
+    if (const auto item = itemAt(row); item && item->kind == Item::Kind::link)
+      remove(item->place);
+  };
+  add(list_);
+  add(empty_);
+  setEditButton("Edit Bookmarks…", source_.edit);
+  undo_ = new PanelButton(PanelButton::Kind::faint, "Undo", [this] { undo(); });
+  undo_->setToolTip("Brings the removed link back");
+  addFooterButton(undo_);
+  openAll_ = new PanelButton(PanelButton::Kind::faint, "Open All", [this] { openAll(); });
+  addFooterButton(openAll_);
+  refresh();
+}
+
+void BookmarkPanelView::showEvent(QShowEvent* event) {
+  folder_.reset();
+  removedFrom_.reset();
+  search_->clear();
+  refresh();
+  search_->setFocus();
+  PanelView::showEvent(event);
+}
+
+QString BookmarkPanelView::query() const {
+  return search_->text().trimmed();
+}
+
+std::vector<BookmarkPanelView::Item> BookmarkPanelView::wantedItems() const {
+  std::vector<Item> items;
+  const auto addLinks = [&](const std::vector<BookmarkPlace>& places) {
+    for (const auto& place : places)
+      items.push_back({Item::Kind::link, place});
+  };
+  if (!query().isEmpty()) {
+    const std::string typed = query().toStdString();
+    addLinks(findBookmarks(settings_, typed));
+    BookmarkSettings tried = settings_;
+    if (addBookmark(tried, typed, folder_))
+      items.push_back({Item::Kind::add, {}});
+    return items;
+  }
+  if (folder_ && *folder_ < settings_.folders.size()) {
+    items.push_back({Item::Kind::back, {}});
+    addLinks(bookmarksIn(settings_, folder_));
+    return items;
+  }
+  for (std::size_t folder = 0; folder < settings_.folders.size(); ++folder)
+    items.push_back({Item::Kind::folder, {folder, 0}});
+  addLinks(bookmarksIn(settings_, std::nullopt));
+  return items;
+}
+
+void BookmarkPanelView::showItems() {
+  auto wanted = wantedItems();
+  if (shown_ == settings_ && shownQuery_ == query() && items_ == wanted) {
+    // An icon may have come.
+    list_->viewport()->update();
+    return;
+  }
+  shown_ = settings_;
+  shownQuery_ = query();
+  items_ = std::move(wanted);
+  const int current = list_->currentRow();
+  // Made when they come into sight: only then their icons are wanted.
+  list_->setRows(static_cast<int>(items_.size()), [this](int row) {
+    const auto item = itemAt(row);
+    return item ? this->row(*item) : PanelRow{};
+  });
+  if (current >= 0 && !items_.empty())
+    list_->setCurrentRow(std::min(current, static_cast<int>(items_.size()) - 1));
+}
+
+PanelRow BookmarkPanelView::row(const Item& item) {
+  switch (item.kind) {
+  case Item::Kind::add: {
+    const auto address = WebAddress::from(query().toStdString());
+    return {.id = "add",
+            .title = "Add " + (address ? shortAddress(*address) : query()),
+            .symbol = "plus.circle.fill"};
+  }
+  case Item::Kind::back:
+    return {
+        .id = "back", .title = utf8(settings_.folders[*folder_].title), .symbol = "chevron.left"};
+  case Item::Kind::folder: {
+    const auto& folder = settings_.folders[*item.place.folder];
+    return {.id = QStringLiteral("folder %1").arg(*item.place.folder),
+            .title = utf8(folder.title),
+            .trailing = QString::number(folder.bookmarks.size()),
+            .symbol = "folder.fill"};
+  }
+  case Item::Kind::link:
+    break;
+  }
+  return linkRow(item.place);
+}
+
+PanelRow BookmarkPanelView::linkRow(const BookmarkPlace& place) {
+  const Bookmark& bookmark = *bookmarkAt(settings_, place);
+  const auto address = WebAddress::from(bookmark.url);
+  PanelRow row;
+  row.id = utf8(bookmark.url);
+  row.title = utf8(displayTitle(bookmark));
+  if (!address)
+    row.subtitle = "Not an address of the web";
+  else if (const QString address_ = shortAddress(*address); address_ != row.title)
+    row.subtitle = address_;
+  if (!query().isEmpty() && place.folder)
+    row.trailing = utf8(settings_.folders[*place.folder].title);
+  row.image = iconOf(bookmark);
+  row.actions = {{"doc.on.clipboard", "Copy Address"}, {"trash", "Remove"}};
+  row.isEnabled = address.has_value();
+  return row;
+}
+
+QImage BookmarkPanelView::iconOf(const Bookmark& bookmark) {
+  if (const QImage icon = source_.icon(bookmark.url); !icon.isNull())
+    return icon;
+  constexpr std::size_t mostMonograms = 128;
+  const std::string key = bookmark.title + '\n' + bookmark.url;
+  if (const auto found = monograms_.find(key); found != monograms_.end())
+    return found->second;
+  if (monograms_.size() >= mostMonograms)
+    monograms_.clear();
+  return monograms_[key] = bookmarkMonogramImage(monogramRenderer_, bookmark, monogramSide);
+}
+
+std::optional<BookmarkPanelView::Item> BookmarkPanelView::itemAt(int row) const {
+  return row >= 0 && static_cast<std::size_t>(row) < items_.size()
+             ? std::optional(items_[static_cast<std::size_t>(row)])
+             : std::nullopt;
+}
+
+void BookmarkPanelView::openRow(int row) {
+  const auto item = itemAt(row);
+  if (!item)
+    return;
+  switch (item->kind) {
+  case Item::Kind::add: {
+    BookmarkSettings changed = settings_;
+    if (addBookmark(changed, query().toStdString(), folder_)) {
+      removedFrom_.reset();
+      search_->clear();
+      source_.change(changed);
+    }
+    return;
+  }
+  case Item::Kind::back:
+    enter(std::nullopt);
+    return;
+  case Item::Kind::folder:
+    enter(item->place.folder);
+    return;
+  case Item::Kind::link:
+    if (const auto* bookmark = bookmarkAt(settings_, item->place))
+      source_.open({bookmark->url});
+  }
+}
+
+void BookmarkPanelView::enter(std::optional<std::size_t> folder) {
+  folder_ = folder;
+  refresh();
+  list_->setCurrentRow(0);
+}
+
+void BookmarkPanelView::act(int row, int action) {
+  const auto item = itemAt(row);
+  if (!item || item->kind != Item::Kind::link)
+    return;
+  if (action == 0)
+    source_.copy(bookmarkAt(settings_, item->place)->url);
+  else
+    remove(item->place);
+}
+
+void BookmarkPanelView::remove(const BookmarkPlace& place) {
+  BookmarkSettings changed = settings_;
+  removeBookmark(changed, place);
+  const BookmarkSettings before = settings_;
+  source_.change(changed);
+  removedFrom_ = before;
+  refresh();
+}
+
+void BookmarkPanelView::undo() {
+  if (!removedFrom_)
+    return;
+  const BookmarkSettings before = *std::exchange(removedFrom_, std::nullopt);
+  source_.change(before);
+}
+
+void BookmarkPanelView::openAll() {
+  std::vector<std::string> urls;
+  for (const Item& item : items_)
+    if (item.kind == Item::Kind::link && urls.size() < mostOpened)
+      urls.push_back(bookmarkAt(settings_, item.place)->url);
+  source_.open(urls);
+}
+
+void BookmarkPanelView::showWords() {
+  const bool isEmpty = items_.empty();
+  list_->setVisible(!isEmpty);
+  empty_->setVisible(isEmpty);
+  if (isEmpty && !query().isEmpty()) {
+    empty_->setSentence("magnifyingglass", "Nothing found");
+    empty_->setHint("An address such as example.com can be added here.");
+  } else if (isEmpty) {
+    empty_->setSentence("bookmark.fill", "No links yet");
+    empty_->setHint("Type or paste an address above, and press Return.");
+  }
+  undo_->setVisible(removedFrom_.has_value());
+  const auto links = std::ranges::count(items_, Item::Kind::link, &Item::kind);
+  openAll_->setVisible(folder_ && query().isEmpty() && links > 1);
+}
+
+void BookmarkPanelView::refresh() {
+  const BookmarkSettings now = source_.settings();
+  if (now != settings_) {
+    // What was removed is no longer the last thing that happened.
+    removedFrom_.reset();
+    settings_ = now;
+  }
+  if (folder_ && *folder_ >= settings_.folders.size())
+    folder_.reset();
+  setTitle(QString::fromStdString(source_.name()));
+  const auto count = allBookmarks(settings_).size();
+  setState(count == 0   ? QString()
+           : count == 1 ? QStringLiteral("1 link")
+                        : QStringLiteral("%1 links").arg(count));
+  showItems();
+  showWords();
+}
+
+} // namespace tavrin

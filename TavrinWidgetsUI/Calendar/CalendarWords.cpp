@@ -1,0 +1,116 @@
+#include "TavrinCore/Base/Text.h"
+#include "TavrinWidgetsUI/Calendar/CalendarViews.h"
+
+#include <algorithm>
+
+namespace tavrin {
+namespace {
+
+QString utf8(const std::string& text) {
+  return QString::fromStdString(text);
+}
+
+QString time(Date date, const Calendar& calendar) {
+  return utf8(calendar.timeOfDay(date));
+}
+
+/// "Today", "Tomorrow", else the weekday, and from a week on the date.
+QString dayText(Date date, Date now, const Calendar& calendar) {
+  if (calendar.isSameDay(date, now))
+    return "Today";
+  if (calendar.isSameDay(date, calendar.addingDays(1, now)))
+    return "Tomorrow";
+  const bool isNear = date > now && date < calendar.addingDays(7, calendar.startOfDay(now));
+  return utf8(isNear ? calendar.text(date, "cccc") : calendar.localText(date, "EEEMMMd"));
+}
+
+} // namespace
+
+CalendarWords calendarWords(CalendarState state) {
+  switch (state) {
+  case CalendarState::notAsked:
+    return {"See your next events here", {}, "Allow access"};
+  case CalendarState::denied:
+    return {"Tavrin has no access to your calendars",
+            "Allow it in System Settings › Privacy & Security › Calendars.", "No access"};
+  case CalendarState::gone:
+    return {"The calendars this widget reads are gone",
+            "Pick the accounts again in the widget's settings.", "Pick again"};
+  case CalendarState::empty:
+  case CalendarState::items:
+    break;
+  }
+  return {"Nothing coming up", {}, "Nothing"};
+}
+
+CalendarWords reminderWords(CalendarState state) {
+  if (state == CalendarState::notAsked)
+    return {"See what is due here", {}, "Allow access"};
+  if (state == CalendarState::denied)
+    return {"Tavrin has no access to your reminders",
+            "Allow it in System Settings › Privacy & Security › Reminders.", "No access"};
+  return {"Nothing coming up", {}, "Nothing"};
+}
+
+QString eventTitle(const CalendarEvent& event) {
+  const auto title = trimmed(event.title);
+  return title.empty() ? QString("Untitled event") : utf8(std::string(title));
+}
+
+QString eventWhen(const CalendarEvent& event, Date now, const Calendar& calendar) {
+  const bool isToday = event.start <= now || calendar.isSameDay(event.start, now);
+  if (event.isAllDay)
+    return isToday ? QString("All day") : utf8(calendar.text(event.start, "ccc"));
+  if (event.start <= now)
+    return "now";
+  const auto minutes = UpNext::minutesUntil(event, now);
+  if (minutes <= 60)
+    return QString("in %1 min").arg(minutes);
+  return isToday ? time(event.start, calendar)
+                 : utf8(calendar.text(event.start, "ccc")) + " " + time(event.start, calendar);
+}
+
+QString eventWhenBrief(const CalendarEvent& event, Date now, const Calendar& calendar) {
+  if (event.isAllDay || event.start <= now)
+    return eventWhen(event, now, calendar);
+  const auto minutes = UpNext::minutesUntil(event, now);
+  if (minutes <= 60)
+    return QString("%1 min").arg(minutes);
+  if (!calendar.isSameDay(event.start, now))
+    return utf8(calendar.text(event.start, "ccc"));
+  // Without the half of the day, which the clock beside it tells.
+  const QString whole = time(event.start, calendar);
+  const auto isDigit = [](QChar character) { return character.isDigit(); };
+  const auto first = std::find_if(whole.begin(), whole.end(), isDigit);
+  const auto last = std::find_if(whole.rbegin(), whole.rend(), isDigit);
+  return QString(first, last.base() - first);
+}
+
+QString eventDetail(const CalendarEvent& event, Date now, const Calendar& calendar) {
+  QString detail = dayText(std::max(event.start, calendar.startOfDay(now)), now, calendar);
+  if (event.isAllDay) {
+    detail += ", all day";
+  } else if (calendar.isSameDay(event.start, event.end) || event.end.since(event.start) < 43'200) {
+    detail += ", " + time(event.start, calendar) + "–" + time(event.end, calendar);
+  } else {
+    detail += event.start > now ? ", " + time(event.start, calendar) : QString();
+    detail += " until " + utf8(calendar.localText(event.end, "EEEMMMd"));
+  }
+  if (event.location && !trimmed(*event.location).empty())
+    detail += " · " + utf8(*event.location).simplified();
+  return detail;
+}
+
+QString reminderWhen(const Reminder& reminder, Date now, const Calendar& calendar) {
+  if (reminder.isCompleted)
+    return "Done";
+  if (!reminder.due)
+    return {};
+  if (isOverdue(reminder, now, calendar))
+    return "Late";
+  if (calendar.isSameDay(*reminder.due, now))
+    return reminder.isAllDay ? QString("Today") : time(*reminder.due, calendar);
+  return dayText(*reminder.due, now, calendar);
+}
+
+} // namespace tavrin

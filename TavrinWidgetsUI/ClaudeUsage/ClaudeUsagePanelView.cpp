@@ -1,0 +1,221 @@
+#include "TavrinWidgetsUI/ClaudeUsage/ClaudeUsagePanelView.h"
+
+#include "TavrinWidgetsUI/ClaudeUsage/ClaudeUsageModel.h"
+#include "TavrinWidgetsUI/ClaudeUsage/ClaudeUsageViews.h"
+#include "TavrinWidgetsUI/Kit/Gauges.h"
+#include "TavrinWidgetsUI/Kit/PanelButton.h"
+#include "TavrinWidgetsUI/Kit/PanelFigure.h"
+#include "TavrinWidgetsUI/Kit/PanelSegments.h"
+#include "TavrinWidgetsUI/Kit/PanelText.h"
+#include "TavrinWidgetsUI/Kit/ViewWidget.h"
+
+#include <QLocale>
+#include <QVBoxLayout>
+#include <algorithm>
+
+namespace tavrin {
+namespace {
+
+constexpr double contentWidth = 288;
+constexpr double rowHeight = 20;
+constexpr double limitHeight = 36;
+constexpr double barHeight = 6;
+constexpr std::size_t mostProjects = 5;
+constexpr std::size_t leastProjects = 2;
+
+QString shortText(std::int64_t tokens) {
+  return QString::fromStdString(ClaudeUsage::shortTokens(tokens));
+}
+QString grouped(std::int64_t number) {
+  return QLocale().toString(static_cast<qlonglong>(number));
+}
+
+/// A quiet name at the left, a number of tokens at the right.
+AnyView numberRow(const QString& name, const QString& number, const PanelPalette& colours) {
+  return hstack({text(name).size(13).colour(colours.secondary).fillWidth(),
+                 text(number).size(13).colour(colours.text)})
+      .spacing(12)
+      .height(rowHeight)
+      .accessibility(name, number + " tokens");
+}
+AnyView kindRow(const QString& name, std::int64_t tokens, const PanelPalette& colours) {
+  return numberRow(name, grouped(tokens), colours);
+}
+
+/// A name, a part as number and bar, and a remark between them.
+AnyView levelRow(const QString& name, double fraction, const QString& remark,
+                 const PanelPalette& colours) {
+  const QColor tint = withContrast(claudeUsageLevelTint(fraction), colours.ground, 3);
+  return vstack({hstack({text(name).size(13).colour(colours.text), spacer(8),
+                         text(remark).size(13).colour(colours.secondary),
+                         text(percentText(fraction))
+                             .size(13)
+                             .weight(FontWeight::semibold)
+                             .colour(colours.text)
+                             .align(TextAlignment::trailing)
+                             .width(44, Alignment::trailing)}),
+                 bar(std::min(fraction, 1.0)).tint(tint).track(colours.track).height(barHeight)})
+      .spacing(6)
+      .height(limitHeight)
+      .accessibility(name, percentText(fraction) + " used" +
+                               (remark.isEmpty() ? QString() : ", " + remark));
+}
+
+PanelText* sectionTitle(const QString& title) {
+  return new PanelText(title, PanelTextStyle::section);
+}
+
+} // namespace
+
+/// Rows of which as many show as the panel has room for.
+class ClaudeUsagePanelView::Projects final : public ViewWidget {
+public:
+  Projects() : ViewWidget({contentWidth, 0}) {
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Maximum);
+  }
+
+  void setRows(std::vector<AnyView> rows) {
+    rows_ = std::move(rows);
+    updateGeometry();
+    showRows();
+  }
+  QSize sizeHint() const override { return sizeOf(rows_.size()); }
+  QSize minimumSizeHint() const override { return sizeOf(std::min(rows_.size(), leastProjects)); }
+
+protected:
+  void resizeEvent(QResizeEvent* event) override {
+    ViewWidget::resizeEvent(event);
+    showRows();
+  }
+
+private:
+  static QSize sizeOf(std::size_t count) {
+    return QSizeF(contentWidth, static_cast<double>(count) * rowHeight).toSize();
+  }
+  void showRows() {
+    const auto fitting = static_cast<std::size_t>(std::max(height(), 0) / rowHeight);
+    auto shown = rows_;
+    shown.resize(std::min(shown.size(), fitting));
+    shown.push_back(spacer());
+    setViewSize(QSizeF(contentWidth, height()));
+    setView(vstack(std::move(shown)));
+  }
+
+  std::vector<AnyView> rows_;
+};
+
+ClaudeUsagePanelView::ClaudeUsagePanelView(const PanelAppearance& appearance,
+                                           ClaudeUsageModel& model,
+                                           std::function<void(ClaudeUsageScope)> onScope,
+                                           std::function<void()> onEdit)
+    : PanelView(appearance, Width::lists), model_(model),
+      empty_(new PanelEmptyState("sparkle", {})), content_(new QWidget),
+      scopes_(new PanelSegments("Period", {"5 Hours", "Today", "7 Days"})),
+      tokens_(new PanelFigure(40)), messages_(new PanelText({}, PanelTextStyle::secondary)),
+      budget_(new ViewWidget({contentWidth, limitHeight})),
+      kinds_(new ViewWidget({contentWidth, 4 * rowHeight})),
+      projectsTitle_(sectionTitle("Busiest projects")), projects_(new Projects),
+      limitsTitle_(sectionTitle("Plan limits")),
+      limits_(new ViewWidget({contentWidth, limitHeight})),
+      noLimits_(new PanelText({}, PanelTextStyle::secondary)) {
+  add(empty_);
+  auto* column = new QVBoxLayout(content_);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(8);
+  messages_->setAlignment(Qt::AlignHCenter);
+  tokens_->setUnit("tokens");
+  tokens_->setName("Tokens used");
+  for (QWidget* widget : std::initializer_list<QWidget*>{
+           scopes_, tokens_, messages_, budget_, kinds_, projectsTitle_, projects_, limitsTitle_,
+           limits_, noLimits_,
+           new PanelText("Read from Claude Code's own files on this Mac. Nothing is sent anywhere.",
+                         PanelTextStyle::caption)})
+    column->addWidget(widget, 0, widget == tokens_ ? Qt::AlignHCenter : Qt::Alignment());
+  add(content_);
+  scopes_->onChange = [onScope = std::move(onScope)](int index) {
+    onScope(static_cast<ClaudeUsageScope>(index));
+  };
+  setEditButton("Edit Claude Usage…", std::move(onEdit));
+  connect_ = new PanelButton(PanelButton::Kind::faint, "Turn On Limits",
+                             [this] { model_.setConnected(!model_.isConnected()); });
+  addFooterButton(connect_);
+  refresh();
+}
+
+void ClaudeUsagePanelView::refresh() {
+  setTitle(QString::fromStdString(model_.widget().name));
+  const bool hasContent = model_.hasRead() && model_.isAvailable();
+  empty_->setVisible(!hasContent);
+  content_->setVisible(hasContent);
+  connect_->setVisible(hasContent);
+  connect_->setTitle(model_.isConnected() ? "Turn Off Limits" : "Turn On Limits");
+  if (!hasContent) {
+    setState({});
+    empty_->setSentence("sparkle",
+                        model_.hasRead()
+                            ? "Claude Code has not run on this Mac, so there is nothing to count."
+                            : "Reading Claude Code's logs");
+    return;
+  }
+  QString plan;
+  if (const auto& limits = model_.limits(); limits && limits->subscriptionType)
+    plan = QString::fromStdString(*limits->subscriptionType);
+  setState(plan.left(1).toUpper() + plan.mid(1));
+  showTotals();
+  showLimits();
+}
+
+void ClaudeUsagePanelView::showTotals() {
+  const auto settings = model_.settings();
+  const auto totals = model_.totals();
+  scopes_->setCurrent(static_cast<int>(settings.scope));
+  tokens_->setText(shortText(totals.tokens));
+  QString messages = messagesText(totals.messages);
+  if (totals.lastActivity)
+    messages += ", last " +
+                QString::fromStdString(Calendar().isSameDay(*totals.lastActivity, model_.now())
+                                           ? Calendar().localText(*totals.lastActivity, "jmm")
+                                           : Calendar().localText(*totals.lastActivity, "EEEjmm"));
+  messages_->setWords(messages);
+  budget_->setVisible(settings.budget && *settings.budget > 0);
+  if (settings.budget && *settings.budget > 0)
+    budget_->setView(levelRow(
+        "Budget", static_cast<double>(totals.tokens) / static_cast<double>(*settings.budget),
+        "of " + shortText(*settings.budget), colours()));
+  kinds_->setView(vstack({kindRow("Input", totals.inputTokens, colours()),
+                          kindRow("Output", totals.outputTokens, colours()),
+                          kindRow("Cache writes", totals.cacheCreationTokens, colours()),
+                          kindRow("Cache reads", totals.cacheReadTokens, colours())}));
+  std::vector<AnyView> rows;
+  for (const auto& project : totals.projects)
+    if (rows.size() < mostProjects)
+      rows.push_back(
+          numberRow(QString::fromStdString(project.name), shortText(project.tokens), colours()));
+  projectsTitle_->setVisible(!rows.empty());
+  projects_->setVisible(!rows.empty());
+  projects_->setRows(std::move(rows));
+}
+
+void ClaudeUsagePanelView::showLimits() {
+  std::vector<AnyView> rows;
+  if (const auto& limits = model_.limits(); limits && model_.isConnected())
+    for (const auto& [name, window] :
+         {std::pair("Five hours", limits->fiveHour), std::pair("Seven days", limits->sevenDay)})
+      if (window) {
+        const auto left = ClaudeUsageLimitsFormat::untilReset(window->resetsAt, model_.now());
+        rows.push_back(levelRow(name, usedFraction(*window, model_.now()),
+                                left ? QString::fromStdString(*left) + " left" : QString(),
+                                colours()));
+      }
+  limits_->setVisible(!rows.empty());
+  const auto& error = model_.bridgeError();
+  noLimits_->setVisible(rows.empty() || !error.empty());
+  noLimits_->setWords(error.empty() ? missingLimitsText(model_.isConnected())
+                                    : QString::fromStdString(error));
+  if (rows.empty())
+    return;
+  limits_->setViewSize({contentWidth, static_cast<double>(rows.size()) * limitHeight});
+  limits_->setView(vstack(std::move(rows)));
+}
+
+} // namespace tavrin

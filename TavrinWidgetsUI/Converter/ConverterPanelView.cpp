@@ -1,0 +1,222 @@
+#include "TavrinWidgetsUI/Converter/ConverterPanelView.h"
+
+#include "TavrinWidgetsUI/Converter/ConverterViews.h"
+#include "TavrinWidgetsUI/Kit/PanelButton.h"
+#include "TavrinWidgetsUI/Kit/PanelControls.h"
+#include "TavrinWidgetsUI/Kit/PanelText.h"
+
+#include <QComboBox>
+#include <QGridLayout>
+#include <QLineEdit>
+#include <QSignalBlocker>
+#include <cmath>
+
+namespace tavrin {
+namespace {
+
+/// In a field, and in the copy; the double behind it is good for three more.
+constexpr int fieldDigits = 12;
+constexpr int rateDigits = 8;
+constexpr int numberHeight = 36;
+
+QString utf8(std::string_view text) {
+  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+void choose(QComboBox& box, std::string_view symbol) {
+  const QSignalBlocker quiet(&box);
+  box.setCurrentIndex(box.findData(utf8(symbol)));
+}
+
+std::string chosen(const QComboBox& box) {
+  return box.currentData().toString().toStdString();
+}
+
+} // namespace
+
+ConverterPanelView::ConverterPanelView(const PanelAppearance& appearance, Source source)
+    : PanelView(appearance, Width::grids), source_(std::move(source)), category_(new QComboBox),
+      upper_(makeSide("Value")), lower_(makeSide("Result")),
+      rate_(new PanelText({}, PanelTextStyle::caption)),
+      trouble_(new PanelText({}, PanelTextStyle::trouble)) {
+  category_->setAccessibleName("Category");
+  category_->setMaxVisibleItems(allCases<ConverterCategory>().size());
+  for (const auto category : allCases<ConverterCategory>())
+    category_->addItem(utf8(tavrin::title(category)));
+  connect(category_, &QComboBox::activated, this, [this](int index) {
+    typedIn_ = nullptr;
+    source_.change(withCategory(source_.settings(),
+                                allCases<ConverterCategory>()[static_cast<std::size_t>(index)]));
+  });
+  add(category_);
+  addSpace(4);
+  addSides();
+  rate_->setSingleLine(true);
+  trouble_->setSingleLine(true);
+  add(rate_);
+  add(trouble_);
+  addSpace(4);
+  copy_ = new PanelButton(PanelButton::Kind::prominent, "Copy Result", [this] { copyResult(); });
+  copy_->setSymbol("doc.on.clipboard");
+  add(copy_);
+  setEditButton("Edit Converter…", source_.edit);
+  connect(upper_.number, &QLineEdit::textEdited, this,
+          [this](const QString& text) { typed(true, text); });
+  connect(lower_.number, &QLineEdit::textEdited, this,
+          [this](const QString& text) { typed(false, text); });
+  for (QComboBox* unit : {upper_.unit, lower_.unit})
+    connect(unit, &QComboBox::activated, this, [this] { chooseUnits(); });
+  refresh();
+}
+
+ConverterPanelView::Side ConverterPanelView::makeSide(const QString& name) {
+  auto* number = new QLineEdit;
+  number->setAccessibleName(name);
+  number->setMinimumHeight(numberHeight);
+  number->setMaxLength(64);
+  number->setFont(panelFont(PanelTextStyle::title));
+  auto* unit = new QComboBox;
+  unit->setAccessibleName(name + " unit");
+  unit->setMinimumHeight(numberHeight);
+  unit->setMaxVisibleItems(16);
+  unit->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+  unit->setMinimumContentsLength(10);
+  return {number, unit};
+}
+
+void ConverterPanelView::addSides() {
+  auto* holder = new QWidget;
+  auto* grid = new QGridLayout(holder);
+  grid->setContentsMargins(0, 0, 0, 0);
+  grid->setSpacing(8);
+  auto* swap = PanelButton::icon("arrow.up.arrow.down", "Swap", [this] {
+    typedIn_ = nullptr;
+    source_.change(swapped(source_.settings()));
+  });
+  int row = 0;
+  for (const Side& side : {upper_, lower_}) {
+    grid->addWidget(side.number, row, 0);
+    grid->addWidget(side.unit, row, 1);
+    ++row;
+  }
+  grid->addWidget(swap, 0, 2, 2, 1, Qt::AlignVCenter);
+  grid->setColumnStretch(0, 1);
+  grid->setColumnStretch(1, 1);
+  add(holder);
+  QWidget* before = category_;
+  for (QWidget* next : std::initializer_list<QWidget*>{upper_.number, upper_.unit, lower_.number,
+                                                       lower_.unit, swap}) {
+    setTabOrder(before, next);
+    before = next;
+  }
+}
+
+void ConverterPanelView::showEvent(QShowEvent* event) {
+  typedIn_ = nullptr;
+  isNumber_ = true;
+  upper_.number->setFocus();
+  upper_.number->selectAll();
+  PanelView::showEvent(event);
+}
+
+void ConverterPanelView::fillUnits(ConverterCategory category) {
+  if (filled_ == category)
+    return;
+  filled_ = category;
+  for (QComboBox* box : {upper_.unit, lower_.unit}) {
+    const QSignalBlocker quiet(box);
+    box->clear();
+    for (const auto& unit : converterUnits(category)) {
+      QString name = utf8(unit.name);
+      name[0] = name[0].toUpper();
+      box->addItem(name, utf8(unit.symbol));
+    }
+  }
+}
+
+void ConverterPanelView::typed(bool isUpper, const QString& text) {
+  typedIn_ = isUpper ? upper_.number : lower_.number;
+  const auto value = source_.notation.evaluate(text.toStdString());
+  isNumber_ = value.has_value();
+  if (value) {
+    ConverterSettings settings = source_.settings();
+    const Conversion conversion(settings);
+    const double upper = isUpper ? *value : convert(*value, *conversion.to, *conversion.from);
+    isNumber_ = std::isfinite(upper);
+    if (isNumber_) {
+      settings.value = upper;
+      source_.change(settings);
+    }
+  }
+  refresh();
+}
+
+void ConverterPanelView::chooseUnits() {
+  ConverterSettings settings = source_.settings();
+  settings.from = chosen(*upper_.unit);
+  settings.to = chosen(*lower_.unit);
+  typedIn_ = nullptr;
+  source_.change(settings);
+}
+
+void ConverterPanelView::copyResult() {
+  const Conversion conversion(source_.settings());
+  source_.copy(
+      source_.notation.format(conversion.result(), fieldDigits, NumberNotation::Grouping::plain));
+  hasCopied_ = true;
+  refresh();
+  hasCopied_ = false;
+}
+
+void ConverterPanelView::showNumber(QLineEdit& field, double value) {
+  const QString text = QString::fromStdString(source_.notation.format(value, fieldDigits));
+  if (field.text() != text) {
+    field.setText(text);
+    // A number too long for its field shows its beginning.
+    field.setCursorPosition(0);
+  }
+}
+
+void ConverterPanelView::showNumbers(const Conversion& conversion) {
+  const double result = conversion.result();
+  if (typedIn_ != nullptr) {
+    // Set from elsewhere while typed in: what was typed is no longer what is shown.
+    const auto typed = source_.notation.evaluate(typedIn_->text().toStdString());
+    const double now = typedIn_ == upper_.number ? conversion.value : result;
+    const bool isSame = typed && std::abs(*typed - now) <= 1e-9 * std::abs(now);
+    if (isNumber_ && !isSame)
+      typedIn_ = nullptr;
+  }
+  if (typedIn_ != upper_.number)
+    showNumber(*upper_.number, conversion.value);
+  if (typedIn_ != lower_.number)
+    showNumber(*lower_.number, isNumber_ ? result : std::nan(""));
+}
+
+void ConverterPanelView::refresh() {
+  const ConverterSettings settings = source_.settings();
+  const Conversion conversion(settings);
+  setTitle(QString::fromStdString(source_.name()));
+  setState(hasCopied_ ? "Copied" : "", State::active);
+  {
+    const QSignalBlocker quiet(category_);
+    category_->setCurrentIndex(static_cast<int>(settings.category));
+  }
+  fillUnits(settings.category);
+  choose(*upper_.unit, conversion.from->symbol);
+  choose(*lower_.unit, conversion.to->symbol);
+  showNumbers(conversion);
+  const QString trouble = !isNumber_                        ? "This is not a number."
+                          : conversion.isImpossible()       ? "This is below absolute zero."
+                          : std::isinf(conversion.result()) ? "The result is too large."
+                                                            : "";
+  trouble_->setWords(trouble);
+  trouble_->setVisible(!trouble.isEmpty());
+  const double one = convert(1, *conversion.from, *conversion.to);
+  rate_->setWords(quantityText(1, *conversion.from, source_.notation, rateDigits) + " = " +
+                  quantityText(one, *conversion.to, source_.notation, rateDigits));
+  rate_->setVisible(trouble.isEmpty());
+  copy_->setEnabled(trouble.isEmpty());
+}
+
+} // namespace tavrin

@@ -1,0 +1,131 @@
+#include "TavrinWidgetsUI/Converter/ConverterViews.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace tavrin {
+namespace {
+
+constexpr QColor upperGround{0x1C, 0x21, 0x22};
+constexpr QColor lowerGround{0x15, 0x7F, 0x6B};
+constexpr double upperShare = 0.4;
+/// Of a figure on a tile; the panel has the rest.
+constexpr int tileDigits = 5;
+constexpr int shortDigits = 4;
+
+QString utf8(std::string_view text) {
+  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+QString numberText(double value, const NumberNotation& notation, int digits) {
+  return QString::fromStdString(notation.format(value, digits));
+}
+
+QString sentence(const Conversion& conversion, const NumberNotation& notation) {
+  return quantityText(conversion.value, *conversion.from, notation, 6) + " is " +
+         quantityText(conversion.result(), *conversion.to, notation, 6);
+}
+
+/// The figure with as many digits as there is room for.
+AnyView fittedNumber(double value, const NumberNotation& notation, double points,
+                     const QColor& ink) {
+  const auto line = [&](const QString& number) {
+    return text(number)
+        .size(points)
+        .weight(FontWeight::semibold)
+        .colour(ink)
+        .align(TextAlignment::centre)
+        .figure(minimumTypeSize);
+  };
+  return firstFitting({line(numberText(value, notation, tileDigits)).figure(points * 0.75),
+                       line(numberText(value, notation, shortDigits)),
+                       line(QString::fromStdString(notation.formatShort(value)))});
+}
+
+} // namespace
+
+QString quantityText(double value, const ConverterUnit& unit, const NumberNotation& notation,
+                     int digits) {
+  const QString number = numberText(value, notation, digits);
+  // The signs of angles and degrees of arc follow the number at once.
+  const bool isSign = unit.category == ConverterCategory::angle && !unit.symbol.empty() &&
+                      (unit.symbol == "°" || unit.symbol == "′" || unit.symbol == "″");
+  return isSign ? number + utf8(unit.symbol) : number + QChar(0xA0) + utf8(unit.symbol);
+}
+
+AnyView converterTileIcon(const ConverterSettings& settings, const NumberNotation& notation,
+                          const TileSize& size) {
+  const Conversion conversion(settings);
+  const double body = size.body();
+  const double small = std::max(body * 0.15, minimumTypeSize);
+  const QColor onUpper = palette::figure(upperGround);
+  const QColor onLower = palette::white;
+  const double margin = body * 0.08;
+  const auto line = [&](const QString& string) {
+    return text(string)
+        .size(small)
+        .weight(FontWeight::medium)
+        .colour(onUpper)
+        .align(TextAlignment::centre);
+  };
+  const QString unit = utf8(conversion.from->symbol);
+  // Without room for a caption below, the units stand above and the number below.
+  const AnyView above =
+      size.hasCaption()
+          ? firstFitting(
+                {line(quantityText(conversion.value, *conversion.from, notation, shortDigits))
+                     .figure(minimumTypeSize),
+                 line(unit)})
+          : AnyView(firstFitting(
+                {line(unit + QChar(0x2192) + utf8(conversion.to->symbol)).figure(minimumTypeSize),
+                 line(utf8(conversion.to->symbol))}));
+  std::vector<AnyView> below{
+      fittedNumber(conversion.isImpossible() ? std::nan("") : conversion.result(), notation,
+                   std::max(body * 0.28, 12.0), onLower)};
+  if (size.hasCaption())
+    below.push_back(text(utf8(conversion.to->symbol))
+                        .size(small)
+                        .weight(FontWeight::medium)
+                        .colour(onLower)
+                        .align(TextAlignment::centre));
+  const AnyView inner =
+      vstack({above.padding(margin * 1.3, 0)
+                  .fill()
+                  .background(rectangle().fill(upperGround))
+                  .height(body * upperShare),
+              vstack(std::move(below))
+                  .spacing(body * 0.02)
+                  .padding(margin, 0)
+                  .fill()
+                  .background(rectangle().gradient(converterTint.darker(125), lowerGround))});
+  return tile(upperGround, inner, size).accessibility("Converter", sentence(conversion, notation));
+}
+
+AnyView converterWideTile(const ConverterSettings& settings, const NumberNotation& notation,
+                          const TileSize& size, const std::function<void()>& swap) {
+  const Conversion conversion(settings);
+  const double body = size.body();
+  const double number = conversion.isImpossible() ? std::nan("") : conversion.result();
+  const auto line = [&](int digits) {
+    return text(quantityText(number, *conversion.to, notation, digits))
+        .size(body * 0.27)
+        .weight(FontWeight::semibold)
+        .colour(palette::figure())
+        .figure(std::max(body * 0.19, minimumTypeSize));
+  };
+  WideTileContent content;
+  content.tint = converterTint;
+  content.middle = vstack({text(quantityText(conversion.value, *conversion.from, notation, 6))
+                               .size(std::max(body * 0.19, minimumTypeSize))
+                               .weight(FontWeight::medium)
+                               .colour(palette::caption()),
+                           firstFitting({line(tileDigits), line(shortDigits), line(3)})})
+                       .align(Alignment::leading)
+                       .spacing(body * 0.06);
+  content.actions.push_back({{"swap", swap}, "arrow.up.arrow.down", "Swap", true});
+  content.label = "Converter";
+  content.value = sentence(conversion, notation);
+  return wideTile(content, size);
+}
+
+} // namespace tavrin

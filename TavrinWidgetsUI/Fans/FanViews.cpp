@@ -1,0 +1,163 @@
+#include "TavrinWidgetsUI/Fans/FanViews.h"
+
+#include "TavrinWidgetsUI/Fans/FanSwitch.h"
+#include "TavrinWidgetsUI/Kit/Gauges.h"
+#include "TavrinWidgetsUI/Kit/PanelButton.h"
+#include "TavrinWidgetsUI/Kit/PanelControls.h"
+#include "TavrinWidgetsUI/Kit/PanelList.h"
+#include "TavrinWidgetsUI/Kit/PanelText.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace tavrin {
+namespace {
+
+using Status = FanHelperClient::Status;
+constexpr int visibleFans = 6;
+
+QString speedText(double speed) {
+  return QString::number(std::lround(std::clamp(speed, 0.0, 1e6)));
+}
+
+QString spoken(const FanStatus& status) {
+  if (!status.hasFans)
+    return "No fans";
+  return speedText(status.speed) + " revolutions per minute" +
+         (status.isFull ? ", full speed" : "");
+}
+
+QString wordsFor(const FanSwitch& fans) {
+  if (fans.isFull())
+    return "The fans stay at their maximum.";
+  switch (fans.status()) {
+  case Status::notRegistered:
+    return "The first time, macOS asks you to allow a helper that runs as administrator. Only it "
+           "can change the fans.";
+  case Status::needsApproval:
+    return "Allow Tavrin under Login Items in System Settings, then switch again.";
+  case Status::ready:
+    break;
+  }
+  return "macOS decides how fast they turn.";
+}
+
+AnyView gauge(const FanStatus& status, double side, const QColor& ground) {
+  const QColor tint = status.isFull ? palette::orange : fanTint;
+  const AnyView blades =
+      symbol("fanblades.fill")
+          .colour(status.hasFans ? palette::figure(ground) : palette::caption(ground))
+          .size(side * 0.52);
+  return GaugeRing{status.share.value_or(status.isFull ? 1 : 0), tint, palette::track, side * 0.09,
+                   blades}
+      .view()
+      .frame(side, side);
+}
+
+} // namespace
+
+FanStatus FanStatus::of(const FanSwitch& fans) {
+  FanStatus status;
+  status.hasRead = fans.hasRead();
+  status.hasFans = !fans.readings().empty();
+  status.isFull = fans.isFull();
+  const auto fastest = std::max_element(
+      fans.readings().begin(), fans.readings().end(),
+      [](const FanReading& a, const FanReading& b) { return a.current < b.current; });
+  if (fastest == fans.readings().end())
+    return status;
+  status.speed = fastest->current;
+  if (fastest->maximum > 0)
+    status.share = std::clamp(fastest->current / fastest->maximum, 0.0, 1.0);
+  return status;
+}
+
+AnyView fanTileIcon(const FanStatus& status, const TileSize& size) {
+  if (!status.hasFans || size.side < 84)
+    return tile(palette::ground, gauge(status, size.body() * 0.82, palette::ground), size)
+        .accessibility("Fans", spoken(status));
+  TileContent content;
+  content.mark = gauge(status, size.body() * 0.46, palette::ground);
+  content.markRatio = 0.46;
+  content.caption = speedText(status.speed) + " rpm";
+  return tile(content, size).accessibility("Fans", spoken(status));
+}
+
+AnyView fanWideTile(const QString& name, const FanStatus& status, const TileSize& size,
+                    const std::function<void()>& toggle) {
+  WideTileContent content;
+  content.tint = palette::orange;
+  content.mark = gauge(status, size.body() * 0.6, palette::ground);
+  content.caption = status.hasFans && size.span > 2 ? name + " · rpm" : name;
+  if (status.hasFans)
+    content.figure = speedText(status.speed);
+  else
+    content.middle = text(status.hasRead ? "No fans" : "Fans")
+                         .size(std::max(size.body() * 0.24, minimumTypeSize))
+                         .weight(FontWeight::semibold)
+                         .colour(palette::caption());
+  content.widestFigure = "8888";
+  if (status.hasFans)
+    content.actions = {{{status.isFull ? "automatic" : "full", toggle},
+                        status.isFull ? "arrow.counterclockwise" : "wind",
+                        status.isFull ? "Automatic" : "Full Speed",
+                        status.isFull}};
+  content.label = name;
+  content.value = spoken(status);
+  return wideTile(content, size);
+}
+
+FanPanelView::FanPanelView(const PanelAppearance& appearance, FanSwitch& fans,
+                           std::function<QString()> name, std::function<void()> onEdit,
+                           Control control)
+    : PanelView(appearance), fans_(fans), name_(std::move(name)), control_(control),
+      list_(new PanelList("Fans")), full_(new PanelSwitch("Full speed")),
+      words_(new PanelText({}, PanelTextStyle::secondary)),
+      trouble_(new PanelText({}, PanelTextStyle::trouble)),
+      settings_(new PanelButton(PanelButton::Kind::quiet, "Open System Settings",
+                                [this] { fans_.openApprovalSettings(); })),
+      none_(new PanelEmptyState("fanblades.fill", "This Mac has no fans.")) {
+  list_->setReadOnly(true);
+  list_->setMaximumVisibleRows(visibleFans);
+  full_->onChange = [this](bool on) { fans_.setFull(on); };
+  for (QWidget* widget :
+       std::initializer_list<QWidget*>{none_, list_, full_, words_, trouble_, settings_})
+    add(widget);
+  setEditButton("Edit Fans…", std::move(onEdit));
+  refresh();
+}
+
+void FanPanelView::refresh() {
+  setTitle(name_());
+  setState(fans_.isBusy()   ? "Switching…"
+           : fans_.isFull() ? "Full speed"
+                            : "",
+           fans_.isFull() ? State::active : State::plain);
+  std::vector<PanelRow> rows;
+  for (const auto& fan : fans_.readings()) {
+    PanelRow row;
+    row.id = QString::number(fan.index);
+    row.title = QStringLiteral("Fan %1").arg(fan.index + 1);
+    row.symbol = "fanblades.fill";
+    row.trailing = speedText(fan.current);
+    row.unit = "rpm";
+    if (fan.maximum > 0)
+      row.subtitle = speedText(fan.minimum) + " to " + speedText(fan.maximum);
+    rows.push_back(std::move(row));
+  }
+  const bool hasFans = !rows.empty();
+  list_->setRows(std::move(rows));
+  list_->setVisible(hasFans);
+  none_->setVisible(fans_.hasNoFans());
+  const bool isHere = control_ == Control::here;
+  full_->setVisible(hasFans && isHere);
+  full_->setOn(fans_.isFull());
+  full_->setEnabled(!fans_.isBusy());
+  words_->setWords(isHere ? wordsFor(fans_) : "Full speed is switched from Tavrin's own Dock.");
+  words_->setVisible(hasFans);
+  settings_->setVisible(hasFans && isHere && fans_.status() == Status::needsApproval);
+  trouble_->setWords(QString::fromStdString(fans_.trouble()));
+  trouble_->setVisible(!fans_.trouble().empty());
+}
+
+} // namespace tavrin

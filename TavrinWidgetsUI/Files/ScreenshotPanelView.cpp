@@ -1,0 +1,173 @@
+#include "TavrinWidgetsUI/Files/ScreenshotPanelView.h"
+
+#include "TavrinCore/Kinds/Clipboard/ClipboardItem.h"
+#include "TavrinWidgetsUI/Files/FileWords.h"
+#include "TavrinWidgetsUI/Kit/PanelButton.h"
+#include "TavrinWidgetsUI/Kit/PanelGrid.h"
+#include "TavrinWidgetsUI/Kit/PanelText.h"
+
+#include <QHBoxLayout>
+#include <QScrollBar>
+#include <algorithm>
+
+namespace tavrin {
+
+namespace {
+
+constexpr int columns = 3;
+constexpr int visibleRows = 3;
+
+} // namespace
+
+ScreenshotPanelView::ScreenshotPanelView(const PanelAppearance& appearance, ScreenshotRoll& roll,
+                                         FilePanelServices services)
+    : PanelView(appearance, Width::grids), roll_(roll), services_(std::move(services)),
+      trouble_(new PanelText({}, PanelTextStyle::trouble)),
+      grid_(new PanelGrid("Screenshots", columns)),
+      chosenAbout_(new PanelText({}, PanelTextStyle::body)),
+      chosenName_(new PanelText({}, PanelTextStyle::caption)), actions_(new QWidget),
+      empty_(new PanelEmptyState("photo", {})) {
+  add(trouble_);
+  makeGrid();
+  makeActions();
+  add(empty_);
+  setEditButton("Edit Screenshots…", services_.edit);
+  openFolder_ = new PanelButton(PanelButton::Kind::faint, "Open Folder", [this] {
+    if (!roll_.folder().empty())
+      services_.open(roll_.folder());
+  });
+  addFooterButton(openFolder_);
+  refresh();
+}
+
+void ScreenshotPanelView::makeGrid() {
+  grid_->setMaximumVisibleRows(visibleRows);
+  grid_->setOpensOnDoubleClick(true);
+  grid_->setActions({"Open", "Copy", "Show in Folder", "Move to Trash"});
+  grid_->onOpen = [this](int) { act(services_.open); };
+  grid_->onCopy = [this](int) { act(services_.copy); };
+  grid_->onRemove = [this](int) { act(services_.moveToTrash); };
+  grid_->onCurrentChange = [this](int) { showChosen(); };
+  grid_->onAction = [this](int index, int action) {
+    grid_->setCurrentCell(index);
+    const Action* const all[] = {&services_.open, &services_.copy, &services_.reveal,
+                                 &services_.moveToTrash};
+    act(*all[action]);
+  };
+  grid_->onDrag = [this](int index) {
+    return std::vector{shown_.at(static_cast<std::size_t>(index)).path};
+  };
+  add(grid_);
+}
+
+void ScreenshotPanelView::makeActions() {
+  chosenName_->setSingleLine(true);
+  chosenAbout_->setSingleLine(true);
+  auto* row = new QHBoxLayout(actions_);
+  row->setContentsMargins(0, 0, 0, 0);
+  row->setSpacing(4);
+  auto* words = new QVBoxLayout;
+  words->setSpacing(0);
+  words->addWidget(chosenAbout_);
+  words->addWidget(chosenName_);
+  row->addLayout(words, 1);
+  row->addWidget(
+      PanelButton::icon("trash", "Move to Trash", [this] { act(services_.moveToTrash); }));
+  row->addWidget(
+      PanelButton::icon("folder.fill", "Show in Folder", [this] { act(services_.reveal); }));
+  row->addWidget(PanelButton::icon("arrow.up.right", "Open", [this] { act(services_.open); }));
+  auto* copy =
+      new PanelButton(PanelButton::Kind::prominent, "Copy", [this] { act(services_.copy); });
+  row->addWidget(copy);
+  add(actions_);
+}
+
+void ScreenshotPanelView::act(const Action& action) {
+  const int index = grid_->currentCell();
+  if (index < 0 || static_cast<std::size_t>(index) >= shown_.size())
+    return;
+  // The list may change while it is at work.
+  const auto path = shown_[static_cast<std::size_t>(index)].path;
+  action(path);
+}
+
+void ScreenshotPanelView::showEvent(QShowEvent* event) {
+  // The newest is the one that is wanted most.
+  if (grid_->count() > 0)
+    grid_->setCurrentCell(0);
+  grid_->verticalScrollBar()->setValue(0);
+  grid_->setFocus();
+  PanelView::showEvent(event);
+}
+
+void ScreenshotPanelView::appearanceChanged() {
+  grid_->viewport()->update();
+}
+
+void ScreenshotPanelView::refresh() {
+  setTitle(services_.name());
+  const auto& files = roll_.files();
+  if (files != shown_) {
+    const int current = grid_->currentCell();
+    const auto chosen = current > 0 && static_cast<std::size_t>(current) < shown_.size()
+                            ? shown_[static_cast<std::size_t>(current)].path
+                            : std::filesystem::path();
+    shown_ = files;
+    grid_->setCells(static_cast<int>(shown_.size()), [this](int index) {
+      const FolderFile& file = shown_.at(static_cast<std::size_t>(index));
+      PanelCell cell;
+      cell.name = fileTitle(file.path);
+      cell.image = roll_.picture(file);
+      if (cell.image.isNull())
+        cell.symbol = roll_.isBroken(file) ? "questionmark.square" : "photo";
+      return cell;
+    });
+    // The chosen one stays chosen; the newest one is whatever is newest.
+    const auto same = std::ranges::find(shown_, chosen, &FolderFile::path);
+    if (!shown_.empty())
+      grid_->setCurrentCell(same != shown_.end() ? static_cast<int>(same - shown_.begin()) : 0);
+  }
+  grid_->viewport()->update();
+  showChosen();
+  showWords();
+}
+
+void ScreenshotPanelView::showChosen() {
+  const int index = grid_->currentCell();
+  const bool hasChosen = index >= 0 && static_cast<std::size_t>(index) < shown_.size();
+  actions_->setVisible(hasChosen);
+  if (!hasChosen)
+    return;
+  const FolderFile& file = shown_[static_cast<std::size_t>(index)];
+  chosenAbout_->setWords(momentText(file.date, services_.clock.now()) + " · " +
+                         QString::fromStdString(byteText(static_cast<std::int64_t>(file.size))));
+  chosenName_->setWords(fileTitle(file.path));
+}
+
+void ScreenshotPanelView::showWords() {
+  const QString trouble = services_.trouble();
+  trouble_->setVisible(!trouble.isEmpty());
+  trouble_->setWords(trouble);
+  const QString folder = QString::fromStdString(shownFolder(roll_.folder(), services_.home));
+  setState(folder);
+  grid_->setVisible(!shown_.empty());
+  empty_->setVisible(shown_.empty());
+  openFolder_->setVisible(roll_.isKnown() && roll_.state() == FolderListing::State::listed);
+  empty_->setTrouble(false);
+  if (!roll_.isKnown()) {
+    empty_->setSentence("photo", "Looking for screenshots");
+    empty_->setHint({});
+  } else if (roll_.state() == FolderListing::State::missing) {
+    empty_->setSentence("folder.fill", "There is no folder " + folder);
+    empty_->setHint("Once it is there, its pictures show up here.");
+  } else if (roll_.state() == FolderListing::State::unreadable) {
+    empty_->setTrouble(true);
+    empty_->setSentence("exclamationmark.triangle.fill", folder + " cannot be read");
+    empty_->setHint("You may not look into this folder.");
+  } else {
+    empty_->setSentence("photo", "No screenshots yet");
+    empty_->setHint("New pictures in " + folder + " show up here.");
+  }
+}
+
+} // namespace tavrin

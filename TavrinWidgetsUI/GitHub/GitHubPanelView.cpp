@@ -1,0 +1,154 @@
+#include "TavrinWidgetsUI/GitHub/GitHubPanelView.h"
+
+#include "TavrinWidgetsUI/GitHub/GitHubModel.h"
+#include "TavrinWidgetsUI/Kit/PanelList.h"
+#include "TavrinWidgetsUI/Kit/PanelText.h"
+#include "TavrinWidgetsUI/Kit/ViewWidget.h"
+
+#include <QDate>
+#include <QLocale>
+
+namespace tavrin {
+namespace {
+
+using Kind = GitHubSource::Trouble::Kind;
+
+constexpr double gridWidth = 328;
+constexpr double gridHeight = 84;
+constexpr int gridWeeks = 27;
+constexpr double figuresHeight = 44;
+constexpr int mostRows = 8;
+
+PanelRow row(const GitHubItem& item, Date now) {
+  PanelRow row;
+  row.id = QString::fromStdString(item.url);
+  row.title = QString::fromStdString(item.title);
+  row.subtitle = itemText(item);
+  row.trailing = agoText(item.updatedAt, now);
+  row.dot = checksColour(item.checks);
+  return row;
+}
+
+AnyView figure(const QString& number, const QString& name, const PanelPalette& colours) {
+  return vstack({text(number).size(17).weight(FontWeight::semibold).colour(colours.text),
+                 text(name).size(11).colour(colours.secondary)})
+      .spacing(2)
+      .width(gridWidth / 3)
+      .accessibility(name, number);
+}
+
+/// "29 Mar", from a calendar date's text.
+QString dayText(const std::string& date) {
+  const QDate day = QDate::fromString(QString::fromStdString(date), Qt::ISODate);
+  return day.isValid() ? QLocale().toString(day, "d MMM") : QString::fromStdString(date);
+}
+
+} // namespace
+
+GitHubPanelView::GitHubPanelView(const PanelAppearance& appearance, GitHubModel& model,
+                                 std::function<void(const std::string&)> onOpen,
+                                 std::function<void()> onEdit)
+    : PanelView(appearance,
+                model.settings().shows == GitHubShows::contributions ? Width::grids : Width::lists),
+      model_(model), state_(new PanelEmptyState("arrow.triangle.pull", {})),
+      list_(new PanelList("Items")), grid_(new ViewWidget(QSizeF(gridWidth, gridHeight))),
+      figures_(new ViewWidget(QSizeF(gridWidth, figuresHeight))),
+      remark_(new PanelText({}, PanelTextStyle::caption)) {
+  list_->setTall(true);
+  list_->setMaximumVisibleRows(mostRows);
+  list_->onOpen = [this, onOpen = std::move(onOpen)](int index) {
+    onOpen(list_->row(index).id.toStdString());
+  };
+  add(state_);
+  add(list_);
+  add(grid_);
+  add(figures_);
+  add(remark_);
+  setEditButton("Edit GitHub…", std::move(onEdit));
+  refresh();
+}
+
+void GitHubPanelView::refresh() {
+  setTitle(QString::fromStdString(model_.widget().name));
+  const auto& trouble = model_.trouble();
+  const bool isContributions = model_.settings().shows == GitHubShows::contributions;
+  const bool hasList = model_.hasRead() && !isContributions && !model_.items().empty();
+  const bool hasGrid = model_.hasRead() && isContributions && model_.contributions();
+  const auto failing = GitHubBoard::failing(model_.items());
+  // The first time the panel's middle says it.
+  if (model_.isLoading() && (model_.hasRead() || trouble))
+    setState("Asking GitHub");
+  else if (trouble && model_.hasRead())
+    setState(shortText(*trouble), State::trouble);
+  else
+    setState(failing > 0 ? failingText(failing).trimmed() : QString(),
+             failing > 0 ? State::trouble : State::plain);
+  list_->setVisible(hasList);
+  grid_->setVisible(hasGrid);
+  figures_->setVisible(hasGrid);
+  state_->setVisible(!hasList && !hasGrid);
+  remark_->setVisible(trouble && model_.hasRead() && !trouble->text.empty());
+  if (trouble)
+    remark_->setWords(QString::fromStdString(trouble->text));
+  if (hasList)
+    showList();
+  else if (hasGrid)
+    showContributions();
+  else
+    showState();
+}
+
+void GitHubPanelView::showList() {
+  std::vector<PanelRow> rows;
+  for (const auto& item : model_.items())
+    rows.push_back(row(item, model_.now()));
+  list_->setRows(std::move(rows));
+}
+
+void GitHubPanelView::showContributions() {
+  const auto& contributions = *model_.contributions();
+  const QLocale locale;
+  grid_->setView(
+      ContributionGrid::of(contributions, gridWeeks, colours().control, colours().ground).view());
+  grid_->setName(QStringLiteral("%1 contributions in the last year")
+                     .arg(locale.toString(contributions.total)));
+  const auto busiest = contributions.busiest();
+  figures_->setView(
+      hstack({figure(locale.toString(contributions.total), "In the last year", colours()),
+              figure(locale.toString(contributions.streak()),
+                     contributions.streak() == 1 ? "Day in a row" : "Days in a row", colours()),
+              figure(busiest ? locale.toString(busiest->count) : "0",
+                     busiest ? "Busiest, " + dayText(busiest->date) : "Busiest day", colours())}));
+}
+
+void GitHubPanelView::showState() {
+  const auto& trouble = model_.trouble();
+  const bool isTrouble = !model_.hasRead() && trouble;
+  state_->setTrouble(isTrouble);
+  state_->setHint({});
+  state_->setStep({}, {});
+  if (!isTrouble) {
+    state_->setSentence(model_.hasRead() ? "checkmark.circle" : "arrow.triangle.pull",
+                        model_.hasRead() ? nothingText(model_.settings().shows)
+                                         : QString("Asking GitHub"));
+    return;
+  }
+  state_->setStep("Try Again", [this] { model_.refresh(); });
+  switch (trouble->kind) {
+  case Kind::toolMissing:
+    state_->setSentence("questionmark.square", "GitHub's command line tool is not installed");
+    state_->setHint("Tavrin reads GitHub through gh, which keeps your login. Install it with brew "
+                    "install gh.");
+    break;
+  case Kind::signedOut:
+    state_->setSentence("lock.fill", "gh is not signed in");
+    state_->setHint("Run gh auth login in a terminal once; Tavrin never asks for a token itself.");
+    break;
+  case Kind::failed:
+    state_->setSentence("exclamationmark.triangle.fill", "Could not reach GitHub");
+    state_->setHint(QString::fromStdString(trouble->text));
+    break;
+  }
+}
+
+} // namespace tavrin

@@ -1,0 +1,203 @@
+#include "TavrinWidgetsUI/Music/MusicViews.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace tavrin {
+namespace {
+
+constexpr QColor groundTop{0x4A, 0x1C, 0x2A};
+constexpr QColor groundEnd{0x22, 0x10, 0x18};
+constexpr double pausedOpacity = 0.55;
+constexpr double scrimShare = 0.42;
+
+QString utf8(const std::string& text) {
+  return QString::fromStdString(text);
+}
+
+QString spoken(const MediaPlayer& player) {
+  const auto& track = player.playback.track;
+  QStringList parts{trackTitle(player)};
+  if (!track.artist.empty())
+    parts << utf8(track.artist);
+  parts << playbackWord(player);
+  return parts.join(", ");
+}
+
+std::optional<double> shownProgress(const MediaPlayer& player, const MusicSettings& settings,
+                                    Date now) {
+  return settings.showsProgress && player.playback.status != PlaybackStatus::stopped
+             ? player.playback.progress(now)
+             : std::nullopt;
+}
+
+AnyView note(double side, const QColor& colour) {
+  return symbol("music.note").colour(colour).size(side);
+}
+
+AnyView quietTile(const TileSize& size) {
+  return tile(TileContent{.ground = groundTop,
+                          .groundEnd = groundEnd,
+                          .caption = "No music",
+                          .mark = note(size.body() * 0.42, musicTint).opacity(pausedOpacity),
+                          .markRatio = 0.42,
+                          .label = "Music",
+                          .value = "Nothing playing"},
+              size);
+}
+
+/// The cover over the whole body, the title on a shade at its foot.
+AnyView coverTile(const MediaPlayer& player, const QImage& cover, const MusicSettings& settings,
+                  Date now, const TileSize& size) {
+  const double body = size.body();
+  const bool isPlaying = player.playback.isPlaying();
+  const auto progress = shownProgress(player, settings, now);
+  std::vector<AnyView> layers{image(cover).covering().fill()};
+  if (!isPlaying)
+    layers.push_back(rectangle().fill(QColor(0, 0, 0, 110)));
+  if (size.hasCaption()) {
+    const double points = std::max(size.caption(), minimumTypeSize);
+    layers.push_back(rectangle()
+                         .gradient(QColor(0, 0, 0, 1), QColor(0, 0, 0, 225))
+                         .height(body * scrimShare)
+                         .overlay(text(trackTitle(player))
+                                      .size(points)
+                                      .weight(FontWeight::medium)
+                                      .colour(palette::white)
+                                      .align(TextAlignment::centre)
+                                      .padding({body * 0.11, 0, body * 0.11, body * 0.12}),
+                                  Alignment::bottom)
+                         .fill(Alignment::bottom));
+  }
+  if (!isPlaying)
+    layers.push_back(symbol("pause.fill").colour(palette::white).size(body * 0.36));
+  const double margin = (size.height() - body) / 2;
+  std::vector<AnyView> parts{tile(groundEnd, zstack(std::move(layers)), size).cached()};
+  if (progress)
+    parts.push_back(
+        progressBorder(*progress).tint(musicTint).track(QColor(0, 0, 0, 130)).padding(margin));
+  return zstack(std::move(parts)).accessibility("Music", spoken(player));
+}
+
+AnyView words(const MediaPlayer& player, const MusicSettings& settings, const TileSize& size) {
+  const double body = size.body();
+  const QColor ground = mix(groundTop, groundEnd, 0.5);
+  const bool isTwoLines = settings.showsArtist && !player.playback.track.artist.empty();
+  const AnyView title = text(trackTitle(player))
+                            .size(std::max(body * 0.235, minimumTypeSize))
+                            .weight(FontWeight::semibold)
+                            .colour(palette::figure(ground))
+                            .lines(isTwoLines ? 1 : 2);
+  const QString second = player.playback.status == PlaybackStatus::stopped || !player.isAnswering
+                             ? playbackWord(player)
+                         : isTwoLines ? utf8(player.playback.track.artist)
+                                      : QString();
+  if (second.isEmpty())
+    return title;
+  return vstack({title, text(second)
+                            .size(std::max(body * 0.185, minimumTypeSize))
+                            .colour(palette::caption(ground))})
+      .align(Alignment::leading)
+      .spacing(body * 0.04);
+}
+
+} // namespace
+
+QString playbackWord(const MediaPlayer& player) {
+  if (!player.isAnswering)
+    return QStringLiteral("Does not answer");
+  switch (player.playback.status) {
+  case PlaybackStatus::playing:
+    return QStringLiteral("Playing");
+  case PlaybackStatus::paused:
+    return QStringLiteral("Paused");
+  case PlaybackStatus::stopped:
+    break;
+  }
+  return QStringLiteral("Stopped");
+}
+
+QString trackTitle(const MediaPlayer& player) {
+  const auto& track = player.playback.track;
+  return utf8(track.title.empty() ? player.title : track.title);
+}
+
+AnyView musicCover(const QImage& cover, double side) {
+  const Shape form = superellipse(side * 0.14);
+  if (cover.isNull())
+    return zstack({form.gradient(groundTop.lighter(130), groundEnd), note(side * 0.5, musicTint)})
+        .frame(side, side);
+  return image(cover).covering().frame(side, side).clip(form);
+}
+
+int musicTileSteps(const TileSize& size, double scale) {
+  // The border's way round the body, a step a pixel.
+  return static_cast<int>(std::lround(2 * (size.body() + size.bodyWidth()) * scale * 0.9));
+}
+
+AnyView musicTileIcon(const MediaPlayer* player, const QImage& cover, const MusicSettings& settings,
+                      Date now, const TileSize& size) {
+  if (player == nullptr)
+    return quietTile(size);
+  if (player->isAnswering && settings.showsCover && !cover.isNull())
+    return coverTile(*player, cover, settings, now, size);
+  const bool isPlaying = player->playback.isPlaying();
+  TileContent content;
+  content.ground = groundTop;
+  content.groundEnd = groundEnd;
+  if (const auto progress = shownProgress(*player, settings, now))
+    content.border = TileBorder{*progress, musicTint, QColor(0x5A, 0x36, 0x42)};
+  content.mark = isPlaying || player->playback.status == PlaybackStatus::stopped
+                     ? note(size.body() * 0.4, musicTint)
+                     : AnyView(symbol("pause.fill").colour(musicTint).size(size.body() * 0.4));
+  content.markRatio = 0.4;
+  content.caption = trackTitle(*player);
+  content.label = "Music";
+  content.value = spoken(*player);
+  if (!player->isAnswering)
+    content.state = TileState::cannot;
+  return tile(content, size);
+}
+
+AnyView musicWideTile(const MediaPlayer* player, const QImage& cover, const MusicSettings& settings,
+                      Date now, const TileSize& size, const MusicTileActions& actions) {
+  WideTileContent content;
+  content.ground = groundTop;
+  content.groundEnd = groundEnd;
+  content.tint = musicTint;
+  if (player == nullptr) {
+    content.mark = note(size.body() * 0.5, musicTint).opacity(pausedOpacity);
+    content.caption = "Music";
+    content.middle = text("Nothing playing")
+                         .size(std::max(size.body() * 0.22, minimumTypeSize))
+                         .weight(FontWeight::semibold)
+                         .lines(2)
+                         .colour(palette::caption(groundTop));
+    content.label = "Music";
+    content.value = "Nothing playing";
+    return wideTile(content, size);
+  }
+  const bool isPlaying = player->playback.isPlaying();
+  const double markSide = size.body() * 0.6;
+  content.mark = musicCover(settings.showsCover ? cover : QImage(), markSide);
+  if (!player->isAnswering)
+    content.state = TileState::cannot;
+  content.middle = words(*player, settings, size);
+  if (const auto progress = shownProgress(*player, settings, now))
+    content.border = TileBorder{*progress, musicTint, QColor(0x5A, 0x36, 0x42)};
+  if (size.span > 3 && player->canGoPrevious)
+    content.actions.push_back(
+        {{"previous", actions.previous}, "backward.end.fill", "Previous track", false});
+  if (isPlaying ? player->canPause : player->canPlay)
+    content.actions.push_back({{isPlaying ? "pause" : "play", actions.playPause},
+                               isPlaying ? "pause.fill" : "play.fill",
+                               isPlaying ? "Pause" : "Play",
+                               true});
+  if (size.span > 2 && player->canGoNext)
+    content.actions.push_back({{"next", actions.next}, "forward.end.fill", "Next track", false});
+  content.label = "Music";
+  content.value = spoken(*player);
+  return wideTile(content, size);
+}
+
+} // namespace tavrin

@@ -1,0 +1,83 @@
+#include "TavrinWidgetsUI/System/ClockReading.h"
+
+#include <algorithm>
+#include <cmath>
+#include <fmt/format.h>
+
+namespace tavrin {
+namespace {
+
+std::string cityOf(std::string zone) {
+  zone = zone.substr(zone.rfind('/') + 1);
+  std::replace(zone.begin(), zone.end(), '_', ' ');
+  return zone;
+}
+
+ClockSettings withoutSeconds(ClockSettings settings) {
+  settings.showsSeconds = false;
+  return settings;
+}
+
+/// "7 h", "30 min", "5 h 45 min"
+std::string hoursAndMinutes(int minutes) {
+  const int hours = minutes / 60;
+  const int rest = minutes % 60;
+  if (hours == 0)
+    return fmt::format("{} min", rest);
+  return rest == 0 ? fmt::format("{} h", hours) : fmt::format("{} h {} min", hours, rest);
+}
+
+} // namespace
+
+ClockReader::ClockReader(const ClockSettings& settings, const Calendar& calendar)
+    : settings_(settings), local_(calendar),
+      zoned_(settings.timeZoneID ? calendar.inTimeZone(*settings.timeZoneID) : calendar),
+      format_(settings, calendar), minutes_(withoutSeconds(settings), calendar) {}
+
+ClockReading ClockReader::at(Date date) const {
+  const auto hands = format_.hands(date);
+  const auto parts = zoned_.components(date);
+  ClockReading reading;
+  reading.isAnalog = settings_.isAnalog;
+  reading.showsSeconds = settings_.showsSeconds;
+  reading.uses24Hour = format_.uses24Hour();
+  reading.time = format_.time(date);
+  reading.hoursAndMinutes = minutes_.time(date);
+  reading.weekday = format_.dayCaption(date);
+  reading.shortWeekday = zoned_.text(date, "EEE");
+  reading.tinyDay = fmt::format("{} {}", reading.shortWeekday, parts.day);
+  reading.shortDay = zoned_.localText(date, "EEEMMMd");
+  reading.longDay = zoned_.localText(date, "EEEEMMMMd");
+  reading.date = zoned_.localText(date, "yMMMMd");
+  reading.hourHand = hands.hour;
+  reading.minuteHand = hands.minute;
+  if (settings_.showsSeconds) {
+    reading.seconds = fmt::format("{:02}", parts.second);
+    reading.secondHand = hands.second;
+  } else if (settings_.isAnalog) {
+    // The minute hand glides in quarters of a minute.
+    reading.minuteHand += std::floor(parts.second / 15.0) / 240;
+  }
+  reading.isDaytime = parts.hour >= 6 && parts.hour < 18;
+  if (zoned_.timeZoneID() != local_.timeZoneID())
+    reading.otherZone = otherZone(date);
+  return reading;
+}
+
+ClockReading::OtherZone ClockReader::otherZone(Date date) const {
+  // Both wall clocks read as if they were of one zone.
+  const Calendar common("UTC", local_.localeID());
+  const Date there = common.date(zoned_.components(date));
+  const Date here = common.date(local_.components(date));
+  const int minutes = static_cast<int>(std::lround(there.since(here) / 60));
+  const char* day = common.isSameDay(there, here) ? "Today"
+                    : there > here                ? "Tomorrow"
+                                                  : "Yesterday";
+  if (minutes == 0)
+    return {cityOf(zoned_.timeZoneID()), "Today, same time"};
+  return {cityOf(zoned_.timeZoneID()),
+          fmt::format("{}, {} {}", day, hoursAndMinutes(std::abs(minutes)),
+                      minutes > 0 ? "ahead" : "behind")};
+}
+
+} // namespace tavrin

@@ -1,0 +1,80 @@
+#include "TavrinWidgetsUI/System/PetPanelView.h"
+
+#include "TavrinWidgetsUI/Kit/PanelButton.h"
+#include "TavrinWidgetsUI/Kit/PanelControls.h"
+#include "TavrinWidgetsUI/Kit/PanelSegments.h"
+#include "TavrinWidgetsUI/Kit/PanelText.h"
+#include "TavrinWidgetsUI/Kit/ViewWidget.h"
+#include "TavrinWidgetsUI/System/PetViews.h"
+#include "TavrinWidgetsUI/System/SystemWidgetModel.h"
+
+namespace tavrin {
+namespace {
+
+constexpr QSizeF meadowSize{288, 104};
+constexpr double meadowCorner = 10;
+
+QStringList speciesNames() {
+  QStringList names;
+  for (const auto species : allCases<PetSpecies>())
+    names << petName(species);
+  return names;
+}
+
+} // namespace
+
+PetPanelView::PetPanelView(const PanelAppearance& appearance, Source source)
+    : PanelView(appearance, Width::lists), source_(std::move(source)),
+      meadow_(new ViewWidget(meadowSize)), words_(new PanelText({}, PanelTextStyle::secondary)),
+      species_(new PanelSegments("Animal", speciesNames())),
+      load_(new PanelSwitch("Follow the processor")), night_(new PanelSwitch("Sleep at night")) {
+  add(meadow_);
+  add(words_, Qt::AlignHCenter);
+  add(species_);
+  species_->onChange = [this](int index) {
+    PetSettings changed = settings();
+    changed.species = allCases<PetSpecies>()[static_cast<std::size_t>(index)];
+    source_.change(changed);
+  };
+  addSpace(2);
+  add(load_);
+  load_->onChange = [this](bool on) {
+    PetSettings changed = settings();
+    changed.followsProcessorLoad = on;
+    source_.change(changed);
+  };
+  add(night_);
+  night_->onChange = [this](bool on) {
+    PetSettings changed = settings();
+    changed.sleepsAtNight = on;
+    source_.change(changed);
+  };
+  addSpace(2);
+  auto* stroke = new PanelButton(PanelButton::Kind::prominent, "Stroke", source_.stroke);
+  stroke->setSymbol("heart.fill");
+  add(stroke);
+  setEditButton("Edit Pet…", source_.edit);
+  refresh();
+}
+
+PetSettings PetPanelView::settings() const {
+  const auto* found = source_.model.widget().kind.get<PetSettings>();
+  return found != nullptr ? *found : PetSettings{};
+}
+
+void PetPanelView::refresh() {
+  const PetSettings now = settings();
+  const PetModel& pet = source_.model.pet();
+  setTitle(QString::fromStdString(source_.model.widget().name));
+  meadow_->setView(
+      petMeadow(now.species, pet.pose(), pet.sky()).clip(roundedRectangle(meadowCorner)));
+  meadow_->setName(petName(now.species) + ", " + petWords(pet.pose()).toLower());
+  const bool isAsleep = pet.pose().activity == PetActivity::sleeping;
+  words_->setWords(isAsleep ? QStringLiteral("Asleep until %1 o'clock").arg(pet.wakingHour())
+                            : petWords(pet.pose()));
+  species_->setCurrent(static_cast<int>(now.species));
+  load_->setOn(now.followsProcessorLoad);
+  night_->setOn(now.sleepsAtNight);
+}
+
+} // namespace tavrin

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "TavrinCore/Kinds/System/Pet.h"
+
+#include <QImage>
+
+namespace tavrin {
+
+/// The pixels that every pet fits into, standing on their lower edge.
+inline constexpr int petWidth = 22;
+inline constexpr int petHeight = 20;
+
+/// A pet alone on a transparent ground, one pixel a pixel.
+QImage petSprite(PetSpecies species, const PetPose& pose);
+
+/// Time of day as the sky shows it.
+enum class PetSky { night, dawn, day, dusk };
+PetSky petSky(double hour);
+/// The next hour after `hour`, up to 24 later, at which the sky or a pet's night changes.
+double nextSkyHour(double hour);
+
+/// A pet in its meadow, `size` pixels large; it stands `pose.place` pixels from the left where
+/// there is room for that, else in the middle.
+QImage petScene(PetSpecies species, const PetPose& pose, PetSky sky, QSize size);
+/// How many pixels a pet can walk in a meadow that wide; none in one that is hardly wider than it.
+int petRoom(int width);
+
+} // namespace tavrin

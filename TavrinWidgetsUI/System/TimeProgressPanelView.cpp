@@ -1,0 +1,82 @@
+#include "TavrinWidgetsUI/System/TimeProgressPanelView.h"
+
+#include "TavrinWidgetsUI/Kit/PanelText.h"
+#include "TavrinWidgetsUI/Kit/ViewWidget.h"
+#include "TavrinWidgetsUI/System/SystemWidgetModel.h"
+#include "TavrinWidgetsUI/System/TimeProgressViews.h"
+
+namespace tavrin {
+namespace {
+
+constexpr double ringSide = 128;
+constexpr double barsWidth = 248;
+constexpr double rowHeight = 28;
+
+QString nameOf(TimeProgressScope scope) {
+  const auto name = title(scope);
+  return QString::fromUtf8(name.data(), qsizetype(name.size()));
+}
+
+/// Name, bar and what is left of one period.
+AnyView barRow(const TimeProgressReading& reading, bool isChosen, const PanelPalette& colours) {
+  const auto weight = isChosen ? FontWeight::semibold : FontWeight::regular;
+  const QColor ink = isChosen ? colours.text : colours.secondary;
+  const QColor tint = withContrast(timeProgressTint(reading.scope), colours.ground, 3);
+  return hstack(
+             {text(nameOf(reading.scope)).weight(weight).colour(ink).width(48, Alignment::leading),
+              bar(reading.fraction).tint(tint).track(colours.secondary).height(6),
+              text(QString::number(reading.percentLeft) + "%")
+                  .weight(weight)
+                  .colour(ink)
+                  .align(TextAlignment::trailing)
+                  .width(40, Alignment::trailing)})
+      .spacing(8)
+      .height(rowHeight)
+      .accessibility(nameOf(reading.scope), QString::number(reading.percentLeft) + "% left");
+}
+
+} // namespace
+
+TimeProgressPanelView::TimeProgressPanelView(const PanelAppearance& appearance,
+                                             const SystemWidgetModel& model,
+                                             std::function<void()> onEdit)
+    : PanelView(appearance), model_(model), ring_(new ViewWidget(QSizeF(ringSide, ringSide))),
+      scope_(new PanelText({}, PanelTextStyle::heading)),
+      left_(new PanelText({}, PanelTextStyle::secondary)),
+      bars_(new ViewWidget(
+          QSizeF(barsWidth, rowHeight * static_cast<double>(allTimeProgressScopes.size())))) {
+  scope_->setAlignment(Qt::AlignHCenter);
+  left_->setAlignment(Qt::AlignHCenter);
+  add(ring_, Qt::AlignHCenter);
+  add(scope_);
+  add(left_);
+  addSpace(4);
+  add(bars_, Qt::AlignHCenter);
+  setEditButton("Edit Time Progress…", std::move(onEdit));
+  refresh();
+}
+
+void TimeProgressPanelView::refresh() {
+  const auto* settings = model_.widget().kind.get<TimeProgressSettings>();
+  if (settings == nullptr)
+    return;
+  setTitle(QString::fromStdString(model_.widget().name));
+  std::vector<AnyView> rows;
+  QString spoken;
+  for (const auto scope : allTimeProgressScopes) {
+    const auto reading = TimeProgressReading::at(model_.now(), scope, model_.calendar());
+    rows.push_back(barRow(reading, scope == settings->scope, colours()));
+    spoken += nameOf(scope) + QString(" %1% left. ").arg(reading.percentLeft);
+    if (scope != settings->scope)
+      continue;
+    ring_->setView(
+        timeProgressRing(reading, ringSide, colours().ground, colours().text, colours().secondary));
+    ring_->setName(nameOf(scope) + QString(", %1% left").arg(reading.percentLeft));
+    scope_->setWords(nameOf(scope));
+    left_->setWords(QString::fromStdString(reading.left) + " left");
+  }
+  bars_->setView(vstack(std::move(rows)));
+  bars_->setName(spoken.trimmed());
+}
+
+} // namespace tavrin

@@ -1,0 +1,173 @@
+#include "TavrinWidgetsUI/Weather/WeatherPanelView.h"
+
+#include "TavrinWidgetsUI/Kit/PanelButton.h"
+#include "TavrinWidgetsUI/Kit/PanelControls.h"
+#include "TavrinWidgetsUI/Kit/PanelList.h"
+#include "TavrinWidgetsUI/Kit/PanelText.h"
+#include "TavrinWidgetsUI/Kit/ViewWidget.h"
+#include "TavrinWidgetsUI/Weather/WeatherModel.h"
+
+#include <QVBoxLayout>
+#include <algorithm>
+#include <utility>
+
+namespace tavrin {
+namespace {
+
+constexpr QSizeF headSize{288, 72};
+constexpr QChar figureSpace = u'\u2007';
+constexpr const char* provider = "https://open-meteo.com/";
+
+QString utf8(std::string_view text) {
+  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+} // namespace
+
+WeatherPanelView::WeatherPanelView(const PanelAppearance& appearance, Source source)
+    : PanelView(appearance, Width::lists), source_(std::move(source)),
+      field_(new PanelSearchField("Search for a city")), results_(new PanelList("Cities")),
+      noResult_(new PanelText("No city by that name.", PanelTextStyle::secondary)),
+      empty_(new PanelEmptyState({}, {})), current_(new QWidget),
+      city_(new PanelText({}, PanelTextStyle::heading)),
+      region_(new PanelText({}, PanelTextStyle::secondary)), head_(new ViewWidget(headSize)),
+      trouble_(new PanelText("Could not reach the forecast just now.", PanelTextStyle::trouble)),
+      days_(new PanelList("Forecast")) {
+  auto* column = new QVBoxLayout(current_);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(2);
+  city_->setSingleLine(true);
+  region_->setSingleLine(true);
+  for (QWidget* part : {static_cast<QWidget*>(city_), static_cast<QWidget*>(region_),
+                        static_cast<QWidget*>(head_), static_cast<QWidget*>(trouble_)})
+    column->addWidget(part);
+  days_->setReadOnly(true);
+  results_->setMaximumVisibleRows(5);
+  field_->setList(results_);
+  field_->onChange = [this](const QString& text) { source_.search.type(text.toStdString()); };
+  results_->onOpen = [this](int row) {
+    const auto& places = source_.search.places();
+    if (row < 0 || static_cast<std::size_t>(row) >= places.size())
+      return;
+    const WeatherPlace place = places[static_cast<std::size_t>(row)];
+    // The list goes: its keys would pass to whatever comes next.
+    field_->setFocus(Qt::OtherFocusReason);
+    source_.choose(place);
+  };
+  add(field_);
+  add(results_);
+  add(noResult_);
+  add(empty_);
+  add(current_);
+  add(days_);
+  setEditButton("Edit Weather…", source_.edit);
+  auto* credit = new PanelButton(PanelButton::Kind::faint, "Data: Open-Meteo.com",
+                                 [this] { source_.open(provider); });
+  credit->setAccessibleName("Weather data by Open-Meteo.com");
+  credit->setToolTip("Weather data by Open-Meteo.com");
+  addFooterButton(credit);
+  refresh();
+}
+
+void WeatherPanelView::refresh() {
+  const WeatherSnapshot weather = source_.weather();
+  setTitle(utf8(source_.name()));
+  setState(weather.reading     ? utf8(WeatherWords::age(weather.reading->readAt, weather.now))
+           : weather.isLoading ? QString("Loading")
+                               : QString());
+  showSearch();
+  const bool isSearching = !source_.search.text().empty();
+  const bool hasReading = weather.hasPlace() && weather.reading;
+  const bool isTroubled = weather.failed && !weather.isLoading;
+  empty_->setVisible(!isSearching && !hasReading);
+  current_->setVisible(!isSearching && hasReading);
+  days_->setVisible(!isSearching && hasReading);
+  if (!weather.hasPlace())
+    empty_->setSentence("location", "Choose a city and Tavrin will show its weather here.");
+  else if (isTroubled)
+    empty_->setSentence("cloud.sun.fill", "Could not reach the forecast just now.");
+  else
+    empty_->setSentence("cloud.sun.fill",
+                        "Asking for the weather in " +
+                            utf8(weather.settings.cityName.value_or("this place")) + "…");
+  empty_->setTrouble(weather.hasPlace() && isTroubled);
+  empty_->setStep(weather.hasPlace() && isTroubled ? QString("Try Again") : QString(),
+                  source_.refresh);
+  if (hasReading) {
+    trouble_->setVisible(isTroubled);
+    showReading(weather);
+    showDays(weather);
+  }
+}
+
+void WeatherPanelView::showReading(const WeatherSnapshot& weather) {
+  const auto& reading = *weather.reading;
+  const auto region = source_.region();
+  city_->setWords(utf8(weather.settings.cityName.value_or("")));
+  city_->setVisible(weather.settings.cityName.has_value());
+  region_->setVisible(region.has_value());
+  region_->setWords(utf8(region.value_or("")));
+  const QString degrees = utf8(WeatherWords::degrees(reading.temperature, weather.settings.unit));
+  const QString words = utf8(WeatherWords::describe(reading.condition));
+  const QString feels =
+      weather.settings.showsApparent && reading.apparent
+          ? "Feels like " + utf8(WeatherWords::degrees(*reading.apparent, weather.settings.unit))
+          : QString();
+  const QColor ink = weatherInk(reading.condition, reading.isDay, colours().ground);
+  const AnyView lines =
+      vstack({text(words).size(15).weight(FontWeight::semibold).colour(colours().text),
+              feels.isEmpty() ? AnyView() : AnyView(text(feels).colour(colours().secondary))})
+          .align(Alignment::leading)
+          .spacing(2);
+  head_->setView(
+      hstack(
+          {symbol(std::string(symbolName(reading.condition, reading.isDay))).colour(ink).size(52),
+           text(degrees).size(38).weight(FontWeight::semibold).colour(colours().text).figure(),
+           lines})
+          .spacing(12)
+          .fill(Alignment::leading));
+  head_->setName(degrees + ", " + words + (feels.isEmpty() ? QString() : ", " + feels));
+}
+
+void WeatherPanelView::showDays(const WeatherSnapshot& weather) {
+  const Calendar calendar(weather.reading->timeZoneID.value_or(""));
+  const auto& days = weather.reading->days;
+  qsizetype widest = 0;
+  for (const auto& day : days)
+    widest = std::max(widest, utf8(WeatherWords::shortDegrees(day.low)).size());
+  std::vector<PanelRow> rows;
+  for (const auto& day : days) {
+    PanelRow row;
+    row.title =
+        utf8(WeatherWords::dayName(day.date, calendar.isSameDay(day.date, weather.now), calendar));
+    row.symbol = utf8(symbolName(day.condition, true));
+    row.trailing = utf8(WeatherWords::shortDegrees(day.high));
+    // As wide as the widest, so that the highs stand in a column.
+    row.unit = utf8(WeatherWords::shortDegrees(day.low)).rightJustified(widest, figureSpace);
+    rows.push_back(std::move(row));
+  }
+  days_->setRows(std::move(rows));
+}
+
+void WeatherPanelView::showSearch() {
+  const auto& search = source_.search;
+  if (field_->text() != utf8(search.text())) {
+    // Not by blocking its signals: its clear button follows them.
+    const auto onChange = std::exchange(field_->onChange, nullptr);
+    field_->setText(utf8(search.text()));
+    field_->onChange = onChange;
+  }
+  std::vector<PanelRow> rows;
+  for (const auto& place : search.places()) {
+    PanelRow row;
+    row.id = utf8(place.id());
+    row.title = utf8(place.name);
+    row.subtitle = utf8(place.region.value_or(""));
+    rows.push_back(std::move(row));
+  }
+  results_->setVisible(!rows.empty());
+  results_->setRows(std::move(rows));
+  noResult_->setVisible(search.hasFoundNothing());
+}
+
+} // namespace tavrin

@@ -1,0 +1,399 @@
+#include "TavrinWidgetsUI/Weather/WeatherViews.h"
+
+#include <algorithm>
+
+namespace tavrin {
+namespace {
+
+struct Sky {
+  QColor top;
+  QColor bottom;
+};
+
+/// Dark enough for white text in the middle.
+Sky skyOf(const WeatherSnapshot& weather) {
+  if (!weather.reading)
+    return {{0x2B, 0x4A, 0x6B}, {0x22, 0x35, 0x4D}};
+  if (!weather.reading->isDay)
+    return {{0x0D, 0x15, 0x33}, {0x2B, 0x37, 0x66}};
+  switch (weather.reading->condition) {
+  case WeatherCondition::clear:
+    return {{0x14, 0x5F, 0xB8}, {0x2F, 0x83, 0xCE}};
+  case WeatherCondition::partlyCloudy:
+    return {{0x24, 0x62, 0xA4}, {0x4A, 0x7F, 0xB0}};
+  case WeatherCondition::snow:
+    return {{0x4C, 0x68, 0x86}, {0x6B, 0x84, 0x9E}};
+  case WeatherCondition::thunderstorm:
+    return {{0x27, 0x26, 0x43}, {0x46, 0x43, 0x6B}};
+  case WeatherCondition::drizzle:
+  case WeatherCondition::rain:
+    return {{0x2A, 0x3D, 0x57}, {0x45, 0x5F, 0x7F}};
+  case WeatherCondition::cloudy:
+  case WeatherCondition::fog:
+    break;
+  }
+  return {{0x4A, 0x5A, 0x6C}, {0x62, 0x74, 0x86}};
+}
+
+QColor groundOf(const Sky& sky) {
+  return mix(sky.top, sky.bottom, 0.5);
+}
+
+QString utf8(std::string_view text) {
+  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+AnyView conditionSymbol(WeatherCondition condition, bool isDay, const QColor& ground) {
+  return symbol(std::string(symbolName(condition, isDay)))
+      .colour(weatherInk(condition, isDay, ground));
+}
+
+Text figureText(const QString& string, double points, const QColor& ink) {
+  return text(string)
+      .size(std::max(points, minimumTypeSize))
+      .weight(FontWeight::semibold)
+      .colour(ink)
+      .align(TextAlignment::centre)
+      .figure(minimumTypeSize);
+}
+
+Text wordText(const QString& string, double points, const QColor& ink) {
+  return text(string)
+      .size(std::max(points, minimumTypeSize))
+      .weight(FontWeight::medium)
+      .colour(ink)
+      .align(TextAlignment::centre);
+}
+
+QString temperatureOf(const WeatherReading& reading) {
+  return utf8(WeatherWords::shortDegrees(reading.temperature));
+}
+
+std::optional<QString> apparentOf(const WeatherSnapshot& weather) {
+  if (!weather.settings.showsApparent || !weather.reading || !weather.reading->apparent)
+    return std::nullopt;
+  return utf8(WeatherWords::shortDegrees(*weather.reading->apparent));
+}
+
+Calendar placeCalendar(const WeatherReading& reading) {
+  return Calendar(reading.timeZoneID.value_or(""));
+}
+
+/// From today on: what is over is no forecast any more.
+std::vector<WeatherDay> comingDays(const WeatherSnapshot& weather, const Calendar& calendar) {
+  std::vector<WeatherDay> days;
+  const Date today = calendar.startOfDay(weather.now);
+  for (const auto& day : weather.reading->days)
+    if (day.date >= today)
+      days.push_back(day);
+  return days;
+}
+
+/// Weekday, symbol, high and low under each other; the weekday goes first.
+AnyView dayColumn(const WeatherDay& day, const Calendar& calendar, const QColor& ground,
+                  double points, double symbolSide, bool hasName) {
+  const QColor quiet = palette::caption(ground);
+  std::vector<AnyView> lines;
+  if (hasName)
+    lines.push_back(wordText(utf8(calendar.text(day.date, "cccccc")), points, quiet));
+  lines.push_back(conditionSymbol(day.condition, true, ground).frame(symbolSide, symbolSide));
+  lines.push_back(
+      figureText(utf8(WeatherWords::shortDegrees(day.high)), points, palette::figure(ground)));
+  lines.push_back(wordText(utf8(WeatherWords::shortDegrees(day.low)), points, quiet));
+  return vstack(std::move(lines)).spacing(points * 0.08);
+}
+
+/// What a column needs: three digits, a minus, a degree sign.
+double columnWidth(const WeatherReading& reading, double points) {
+  std::size_t widest = 2;
+  for (const auto& day : reading.days)
+    for (const double value : {day.high, day.low})
+      widest = std::max(widest, WeatherWords::shortDegrees(value).size() - 2);
+  return points * (0.6 + 0.62 * static_cast<double>(widest));
+}
+
+double columnPoints(const TileSize& size) {
+  return std::max(size.body() * 0.15, minimumTypeSize);
+}
+
+/// At most `count` days from today on, each `width` wide.
+AnyView forecastColumns(const WeatherSnapshot& weather, const TileSize& size, std::size_t count,
+                        double width) {
+  const Calendar calendar = placeCalendar(*weather.reading);
+  const QColor ground = groundOf(skyOf(weather));
+  const double points = columnPoints(size);
+  std::vector<AnyView> columns;
+  for (const auto& day : comingDays(weather, calendar)) {
+    if (columns.size() == count)
+      break;
+    columns.push_back(
+        dayColumn(day, calendar, ground, points, points * 1.25, size.hasCaption()).width(width));
+  }
+  return hstack(std::move(columns));
+}
+
+QString spokenName(const WeatherSnapshot& weather) {
+  if (!weather.hasPlace())
+    return "Weather, no city chosen";
+  if (!weather.reading)
+    return weather.failed && !weather.isLoading ? "Weather, the forecast could not be reached"
+                                                : "Weather, loading";
+  return "Weather" +
+         (weather.settings.cityName ? ", " + utf8(*weather.settings.cityName) : QString());
+}
+
+QString spokenValue(const WeatherSnapshot& weather) {
+  if (!weather.reading)
+    return {};
+  const auto& reading = *weather.reading;
+  QString value = utf8(WeatherWords::degrees(reading.temperature, weather.settings.unit)) + ", " +
+                  utf8(WeatherWords::describe(reading.condition));
+  if (const auto apparent = apparentOf(weather))
+    value += ", feels like " + *apparent;
+  if (weather.isStale)
+    value += ", " + utf8(WeatherWords::age(reading.readAt, weather.now));
+  return value;
+}
+
+/// Of a widget without a reading.
+TileState standingOf(const WeatherSnapshot& weather) {
+  if (!weather.hasPlace())
+    return TileState::live;
+  return weather.failed && !weather.isLoading ? TileState::cannot : TileState::waiting;
+}
+
+/// A tile without a reading: no city, loading, or failed.
+AnyView emptyTile(const WeatherSnapshot& weather, const TileSize& size) {
+  const Sky sky = skyOf(weather);
+  TileContent content;
+  content.ground = sky.top;
+  content.groundEnd = sky.bottom;
+  content.mark = symbol(weather.hasPlace() ? "cloud.sun.fill" : "location")
+                     .colour(palette::figure(groundOf(sky)));
+  content.markRatio = 0.42;
+  content.state = standingOf(weather);
+  if (!weather.hasPlace())
+    content.caption = "City?";
+  return tile(content, size);
+}
+
+/// Where the words themselves do not fit.
+QString briefWords(WeatherCondition condition) {
+  switch (condition) {
+  case WeatherCondition::thunderstorm:
+    return "Storm";
+  case WeatherCondition::partlyCloudy:
+    return "Fair";
+  default:
+    return utf8(WeatherWords::describe(condition));
+  }
+}
+
+/// Symbol and temperature beside each other.
+AnyView headRow(const WeatherSnapshot& weather, const TileSize& size, double side, double points) {
+  const auto& reading = *weather.reading;
+  const QColor ground = groundOf(skyOf(weather));
+  return hstack({conditionSymbol(reading.condition, reading.isDay, ground).frame(side, side),
+                 figureText(temperatureOf(reading), points, palette::figure(ground))})
+      .spacing(size.body() * 0.04);
+}
+
+AnyView skyTile(const WeatherSnapshot& weather, const AnyView& inner, const TileSize& size) {
+  const Sky sky = skyOf(weather);
+  const double margin = (size.height() - size.body()) / 2;
+  return zstack(
+             {tile(TileContent{.ground = sky.top, .groundEnd = sky.bottom}, size),
+              inner.opacity(weather.isStale ? 0.5 : 1).fill().padding(margin + size.body() * 0.05)})
+      .frame(size.width(), size.height());
+}
+
+double captionPoints(const TileSize& size) {
+  return std::max(size.body() * 0.135, minimumTypeSize);
+}
+
+AnyView feelsLine(const QString& apparent, const WeatherSnapshot& weather, const TileSize& size) {
+  const double points = captionPoints(size);
+  return wordText("Feels " + apparent, points, palette::caption(groundOf(skyOf(weather))))
+      .figure(std::max(points * 0.85, minimumTypeSize));
+}
+
+/// The symbol stays whatever else has to go.
+AnyView currentTile(const WeatherSnapshot& weather, const TileSize& size) {
+  const auto& reading = *weather.reading;
+  const QColor ground = groundOf(skyOf(weather));
+  const double body = size.body();
+  const auto column = [&](double markRatio, const AnyView& last) -> AnyView {
+    const double side = body * markRatio;
+    return vstack({conditionSymbol(reading.condition, reading.isDay, ground).frame(side, side),
+                   figureText(temperatureOf(reading), body * 0.32, palette::figure(ground)), last})
+        .spacing(body * 0.02);
+  };
+  std::vector<AnyView> candidates;
+  if (const auto apparent = apparentOf(weather); apparent && size.hasCaption()) {
+    const AnyView feels = feelsLine(*apparent, weather, size);
+    if (size.side >= 84)
+      candidates.push_back(column(0.36, feels));
+    candidates.push_back(
+        vstack({headRow(weather, size, body * 0.33, body * 0.3), feels}).spacing(body * 0.06));
+  }
+  candidates.push_back(column(0.42, {}));
+  return skyTile(weather, firstFitting(std::move(candidates)), size);
+}
+
+AnyView conditionsTile(const WeatherSnapshot& weather, const TileSize& size) {
+  const QColor ground = groundOf(skyOf(weather));
+  const WeatherCondition condition = weather.reading->condition;
+  const double body = size.body();
+  const AnyView head = headRow(weather, size, body * 0.32, body * 0.28);
+  const double points = captionPoints(size);
+  const auto line = [&](const QString& words) {
+    return wordText(words, points, palette::figure(ground))
+        .figure(std::max(points * 0.85, minimumTypeSize));
+  };
+  const QString words = utf8(WeatherWords::describe(condition));
+  std::vector<AnyView> candidates;
+  const auto add = [&](std::vector<AnyView> lines) {
+    lines.insert(lines.begin(), head);
+    candidates.push_back(vstack(std::move(lines)).spacing(body * 0.03));
+  };
+  if (const auto apparent = apparentOf(weather); apparent && size.side >= 84) {
+    const AnyView feels = feelsLine(*apparent, weather, size);
+    add({line(words), feels});
+    add({line(briefWords(condition)), feels});
+  }
+  add({line(words)});
+  if (const auto space = words.indexOf(u' '); space > 0)
+    add({line(words.left(space)), line(words.mid(space + 1))});
+  add({line(briefWords(condition))});
+  candidates.push_back(head);
+  return skyTile(weather, firstFitting(std::move(candidates)), size);
+}
+
+AnyView forecastTile(const WeatherSnapshot& weather, const TileSize& size) {
+  const double room = size.body() * 0.9;
+  const double width = columnWidth(*weather.reading, columnPoints(size));
+  const auto count = std::clamp<std::size_t>(static_cast<std::size_t>(room / width), 1, 3);
+  return skyTile(weather, forecastColumns(weather, size, count, room / static_cast<double>(count)),
+                 size);
+}
+
+AnyView readingTile(const WeatherSnapshot& weather, const TileSize& size) {
+  switch (weather.settings.style) {
+  case WeatherTileStyle::conditions:
+    return conditionsTile(weather, size);
+  case WeatherTileStyle::forecast:
+    return forecastTile(weather, size);
+  case WeatherTileStyle::current:
+    break;
+  }
+  return currentTile(weather, size);
+}
+
+/// Where the widget stands without a reading, in words as long as the room allows.
+AnyView wideStanding(const WeatherSnapshot& weather, const TileSize& size) {
+  const QColor ground = groundOf(skyOf(weather));
+  const double body = size.body();
+  const QString name =
+      weather.hasPlace() ? utf8(weather.settings.cityName.value_or("Weather")) : QString("Weather");
+  const Text title = text(name)
+                         .size(std::max(body * 0.22, minimumTypeSize))
+                         .weight(FontWeight::semibold)
+                         .colour(palette::figure(ground));
+  const auto line = [&](const char* words) {
+    return text(words)
+        .size(std::max(body * 0.18, minimumTypeSize))
+        .colour(palette::caption(ground));
+  };
+  const auto below = [&](const Text& words) -> AnyView {
+    return vstack({title, words}).align(Alignment::leading).spacing(body * 0.03);
+  };
+  if (!weather.hasPlace())
+    return firstFitting({below(line("Choose a city").figure()), line("Choose a city").lines(2)});
+  if (!weather.failed || weather.isLoading)
+    return below(line("Loading"));
+  return firstFitting({below(line("No forecast now").figure()), below(line("No forecast").figure()),
+                       line("No forecast").lines(2)});
+}
+
+/// Words and temperature; the city and the felt temperature where there is room for them.
+AnyView wideLines(const WeatherSnapshot& weather, const TileSize& size) {
+  const auto& reading = *weather.reading;
+  const QColor ground = groundOf(skyOf(weather));
+  const double body = size.body();
+  const auto line = [&](const QString& words) {
+    return text(words)
+        .size(std::max(body * 0.17, minimumTypeSize))
+        .weight(FontWeight::medium)
+        .colour(palette::figure(ground));
+  };
+  const QString city = utf8(weather.settings.cityName.value_or(""));
+  const QString words = utf8(WeatherWords::describe(reading.condition));
+  std::vector<AnyView> first;
+  if (!city.isEmpty() && size.span > 2)
+    first.push_back(line(city + " · " + words).figure());
+  first.push_back(line(words).figure());
+  first.push_back(line(briefWords(reading.condition)).figure());
+  // The symbol says it too.
+  first.push_back({});
+  const AnyView degrees = figureText(temperatureOf(reading), body * 0.32, palette::figure(ground));
+  AnyView figure = degrees;
+  if (const auto apparent = apparentOf(weather); apparent && size.hasCaption())
+    figure = firstFitting({hstack({degrees, feelsLine(*apparent, weather, size)})
+                               .spacing(body * 0.06)
+                               .align(Alignment::bottom),
+                           degrees});
+  return vstack({firstFitting(std::move(first)), figure})
+      .align(Alignment::leading)
+      .spacing(body * 0.04);
+}
+
+} // namespace
+
+QColor weatherInk(WeatherCondition condition, bool isDay, const QColor& ground) {
+  const bool isSunny =
+      condition == WeatherCondition::clear || condition == WeatherCondition::partlyCloudy;
+  const QColor ink = isSunny && isDay ? QColor(0xFF, 0xD6, 0x4A)
+                     : isSunny        ? QColor(0xF4, 0xE9, 0xB8)
+                                      : QColor(0xF2, 0xF7, 0xFF);
+  return withContrast(ink, ground, 3);
+}
+
+AnyView weatherTileIcon(const WeatherSnapshot& weather, const TileSize& size) {
+  return (weather.hasPlace() && weather.reading ? readingTile(weather, size)
+                                                : emptyTile(weather, size))
+      .accessibility(spokenName(weather), spokenValue(weather));
+}
+
+AnyView weatherWideTile(const WeatherSnapshot& weather, const TileSize& size) {
+  const Sky sky = skyOf(weather);
+  const QColor ground = groundOf(sky);
+  WideTileContent content;
+  content.ground = sky.top;
+  content.groundEnd = sky.bottom;
+  content.label = spokenName(weather);
+  content.value = spokenValue(weather);
+  if (!weather.hasPlace() || !weather.reading) {
+    content.mark =
+        symbol(weather.hasPlace() ? "cloud.sun.fill" : "location").colour(palette::figure(ground));
+    content.middle = wideStanding(weather, size);
+    content.state = standingOf(weather);
+    return wideTile(content, size);
+  }
+  const auto& reading = *weather.reading;
+  content.mark = conditionSymbol(reading.condition, reading.isDay, ground);
+  content.state = weather.isStale ? TileState::waiting : TileState::live;
+  content.middle = wideLines(weather, size);
+  if (size.span > 2) {
+    // On three tiles the felt temperature takes the room of a day.
+    const int days = size.span == 3 && apparentOf(weather) ? 2 : size.span;
+    const auto count = static_cast<std::size_t>(std::min(days, WeatherService::forecastDays));
+    // The gap belongs to the columns: a spacer's least is not kept for it.
+    const AnyView columns =
+        forecastColumns(weather, size, count, columnWidth(reading, columnPoints(size)) * 1.1);
+    content.middle =
+        hstack({content.middle, spacer(), columns.padding({size.body() * 0.1, 0, 0, 0})});
+  }
+  return wideTile(content, size);
+}
+
+} // namespace tavrin

@@ -1,0 +1,190 @@
+#include "TavrinWidgetsUI/Bookmarks/BookmarkIcons.h"
+#include "TavrinWidgetsUI/Kit/PanelList.h"
+#include "Tests/Slot/SlotFixture.h"
+#include "Tests/Support/Keys.h"
+
+#include <QBuffer>
+#include <QLineEdit>
+#include <fstream>
+
+namespace tavrin::test {
+namespace {
+
+std::string pngBytes(int side, const QColor& colour) {
+  QImage image(side, side, QImage::Format_RGB32);
+  image.fill(colour);
+  QByteArray bytes;
+  QBuffer buffer(&bytes);
+  buffer.open(QIODevice::WriteOnly);
+  image.save(&buffer, "PNG");
+  return bytes.toStdString();
+}
+
+class BookmarkWidget : public SlotTest {
+protected:
+  static BookmarkSettings library() {
+    BookmarkSettings settings;
+    settings.bookmarks = {{"News", "https://news.example/"}, {"Broken", "javascript:alert(1)"}};
+    settings.folders = {{"Work", {{"Board", "https://board.example"}, {"", "mail.example"}}}};
+    settings.showsIcons = false;
+    return settings;
+  }
+  void open(const BookmarkSettings& settings = library()) {
+    start(settings);
+    click();
+    panel()->show();
+  }
+  PanelList* list() const { return all<PanelList>().front(); }
+  QLineEdit* search() const { return panel()->findChild<QLineEdit*>(); }
+  QStringList titles() const {
+    QStringList found;
+    for (int row = 0; row < list()->count(); ++row)
+      found << list()->row(row).title;
+    return found;
+  }
+  BookmarkSettings stored() const {
+    const auto file = decode<WidgetsFile>(*readJSONFile(folder_ / "widgets.json"));
+    return *file.widgets[0].kind.get<BookmarkSettings>();
+  }
+  const std::vector<std::string>& opened() const { return platform_.fakeWorkspace.opened; }
+  std::filesystem::path icons() const { return folder_ / "home" / ".cache" / "tavrin" / "icons"; }
+  /// Lets background work, look-ups and requests go on.
+  void settle() {
+    for (int i = 0; i < 8; ++i) {
+      platform_.loop.runBackground();
+      platform_.loop.advance(0.01);
+    }
+  }
+};
+
+TEST_F(BookmarkWidget, OpensLinksAndFoldersByClick) {
+  open();
+  EXPECT_EQ(titles(), (QStringList{"Work", "News", "Broken"}));
+  list()->onOpen(0);
+  EXPECT_EQ(titles(), (QStringList{"Work", "Board", "mail.example"}));
+  list()->onOpen(2);
+  EXPECT_EQ(opened(), (std::vector<std::string>{"https://mail.example"}));
+  EXPECT_FALSE(platform_.fakePopover.isShown());
+  click();
+  panel()->hide();
+  panel()->show();
+  list()->onOpen(2);
+  EXPECT_EQ(opened().size(), 1U) << "no script is ever run";
+  list()->onOpen(0);
+  button("Open All")->click();
+  EXPECT_EQ(opened().size(), 3U);
+}
+
+TEST_F(BookmarkWidget, KeyboardAloneSearchesAndOpens) {
+  open();
+  typeText(search(), "boa");
+  EXPECT_EQ(titles(), QStringList{"Board"});
+  pressKey(search(), Qt::Key_Return);
+  EXPECT_EQ(opened(), (std::vector<std::string>{"https://board.example"}));
+}
+
+TEST_F(BookmarkWidget, WhatIsTypedCanBeAddedAndTakenAway) {
+  open();
+  typeText(search(), "new.example/page");
+  EXPECT_EQ(titles(), QStringList{"Add new.example/page"});
+  pressKey(search(), Qt::Key_Return);
+  EXPECT_EQ(stored().bookmarks.back().url, "https://new.example/page");
+  EXPECT_EQ(platform_.center.count("dev.quellby.tavrin.widgetsChanged"), 1);
+  EXPECT_TRUE(search()->text().isEmpty());
+  list()->onRemove(1);
+  EXPECT_EQ(stored().bookmarks.front().title, "Broken");
+  button("Undo")->click();
+  EXPECT_EQ(stored().bookmarks.front().title, "News");
+  EXPECT_EQ(stored().bookmarks.size(), 3U);
+  EXPECT_FALSE(button("Undo")->isVisibleTo(panel()));
+}
+
+TEST_F(BookmarkWidget, AChangeFromOutsideShowsAtOnce) {
+  open();
+  list()->onOpen(0);
+  auto changed = library();
+  changed.folders.clear();
+  write(changed);
+  announce();
+  EXPECT_EQ(titles(), (QStringList{"News", "Broken"})) << "the folder that was open is gone";
+}
+
+TEST_F(BookmarkWidget, AnIconIsFetchedOnceAndKept) {
+  platform_.fakeHTTP.hosts["news.example"] = {"93.184.216.34"};
+  platform_.fakeHTTP.automatic = HTTPResponse{200, pngBytes(64, Qt::red), {}, {}};
+  BookmarkSettings settings;
+  settings.bookmarks = {{"News", "https://news.example/page"}};
+  open(settings);
+  list()->row(0);
+  settle();
+  EXPECT_EQ(platform_.fakeHTTP.urls,
+            (std::vector<std::string>{"https://news.example/favicon.ico"}));
+  EXPECT_EQ(list()->row(0).image.pixelColor(24, 24), QColor(Qt::red));
+  EXPECT_TRUE(std::filesystem::exists(icons() / "news.example.png"));
+  app_.reset();
+  open(settings);
+  list()->row(0);
+  settle();
+  EXPECT_EQ(platform_.fakeHTTP.urls.size(), 1U) << "the next start takes the kept one";
+  EXPECT_EQ(list()->row(0).image.pixelColor(24, 24), QColor(Qt::red));
+}
+
+TEST_F(BookmarkWidget, ASiteWithoutAnIconIsNotAskedAgain) {
+  platform_.fakeHTTP.hosts["news.example"] = {"93.184.216.34"};
+  platform_.fakeHTTP.automatic = HTTPResponse{200, "<html>not a picture</html>", {}, {}};
+  BookmarkSettings settings;
+  settings.bookmarks = {{"News", "https://news.example/"}};
+  for (int starts = 0; starts < 2; ++starts) {
+    open(settings);
+    list()->row(0);
+    settle();
+    EXPECT_FALSE(list()->row(0).image.isNull()) << "a letter stands in";
+    app_.reset();
+  }
+  EXPECT_EQ(platform_.fakeHTTP.urls.size(), 2U) << "the icon and the larger one, each once";
+}
+
+TEST_F(BookmarkWidget, HostsOfTheOwnNetworkAreNotAskedAndNothingWithoutIcons) {
+  platform_.fakeHTTP.hosts["router.example"] = {"192.168.1.1"};
+  BookmarkSettings settings;
+  settings.bookmarks = {{"Router", "http://router.example/"}};
+  open(settings);
+  list()->row(0);
+  settle();
+  EXPECT_TRUE(platform_.fakeHTTP.urls.empty());
+  settings.bookmarks = {{"News", "https://news.example/"}};
+  settings.showsIcons = false;
+  write(settings);
+  announce();
+  list()->row(0);
+  settle();
+  EXPECT_EQ(std::ranges::count(platform_.fakeHTTP.lookups, "news.example"), 0);
+}
+
+TEST_F(BookmarkWidget, TheKeptIconsStayWithinTheirBound) {
+  std::filesystem::create_directories(icons());
+  for (std::size_t i = 0; i < BookmarkIcons::mostFiles + 50; ++i)
+    std::ofstream(icons() / ("old" + std::to_string(i) + ".png")) << "x";
+  platform_.fakeHTTP.hosts["news.example"] = {"93.184.216.34"};
+  platform_.fakeHTTP.automatic = HTTPResponse{200, pngBytes(16, Qt::blue), {}, {}};
+  BookmarkSettings settings;
+  settings.bookmarks = {{"News", "https://news.example/"}};
+  open(settings);
+  list()->row(0);
+  settle();
+  const auto left = std::distance(std::filesystem::directory_iterator(icons()), {});
+  EXPECT_EQ(static_cast<std::size_t>(left), BookmarkIcons::mostFiles);
+  EXPECT_TRUE(std::filesystem::exists(icons() / "news.example.png")) << "the newest stays";
+}
+
+TEST(BookmarkIcons, FileNamesAreTame) {
+  const auto name = [](const char* url) { return BookmarkIcons::fileName(*WebAddress::from(url)); };
+  EXPECT_EQ(name("https://example.com:8080/x"), "example.com_3a8080.png");
+  EXPECT_EQ(name("http://example.com"), "http_example.com.png");
+  EXPECT_EQ(name("https://ä.example").find_first_not_of("abcdefghijklmnopqrstuvwxyz0123456789_.-"),
+            std::string::npos);
+  EXPECT_TRUE(name(("https://" + std::string(200, 'a') + ".example").c_str()).empty());
+}
+
+} // namespace
+} // namespace tavrin::test

@@ -1,0 +1,110 @@
+#include "TavrinWidgetsUI/Converter/ConverterPanelView.h"
+#include "Tests/Slot/SlotFixture.h"
+#include "Tests/Support/Keys.h"
+
+#include <QComboBox>
+#include <QLineEdit>
+
+namespace tavrin::test {
+namespace {
+
+class ConverterWidget : public SlotTest {
+protected:
+  void open(const ConverterSettings& settings = {}) {
+    start(settings);
+    click();
+    panel()->show();
+  }
+  template <class Control> Control* named(const char* name) const {
+    for (auto* child : panel()->findChildren<Control*>())
+      if (child->accessibleName() == name)
+        return child;
+    ADD_FAILURE() << "no " << name;
+    return nullptr;
+  }
+  QLineEdit* value() const { return named<QLineEdit>("Value"); }
+  QLineEdit* result() const { return named<QLineEdit>("Result"); }
+  static void type(QLineEdit* field, const char* text) {
+    field->selectAll();
+    typeText(field, text);
+  }
+  static void choose(QComboBox* box, const char* symbol) {
+    box->setCurrentIndex(box->findData(QString::fromUtf8(symbol)));
+    emit box->activated(box->currentIndex());
+  }
+  ConverterSettings stored() const {
+    const auto file = decode<WidgetsFile>(*readJSONFile(folder_ / "widgets.json"));
+    return *file.widgets[0].kind.get<ConverterSettings>();
+  }
+};
+
+TEST_F(ConverterWidget, TypingConvertsAtOnceAndSavesOnceItPauses) {
+  open();
+  const int before = platform_.tile.displays;
+  type(value(), "26+0.2");
+  EXPECT_EQ(result()->text(), "16.2799252366");
+  EXPECT_GT(platform_.tile.displays, before);
+  EXPECT_EQ(platform_.center.count("dev.quellby.tavrin.widgetsChanged"), 0);
+  platform_.loop.advance(1);
+  EXPECT_EQ(stored().value, 26.2);
+  EXPECT_EQ(platform_.center.count("dev.quellby.tavrin.widgetsChanged"), 1);
+  EXPECT_EQ(value()->text(), "26+0.2") << "the record that comes back leaves the typing alone";
+  pressKey(value(), Qt::Key_Return);
+  EXPECT_EQ(platform_.fakePasteboard.writtenText(), "16.2799252366");
+}
+
+TEST_F(ConverterWidget, TheResultCanBeTypedToo) {
+  open();
+  type(result(), "10");
+  EXPECT_EQ(value()->text(), "16.09344");
+  EXPECT_EQ(result()->text(), "10");
+  click();
+  EXPECT_EQ(stored().value, 16.09344) << "closing saves";
+}
+
+TEST_F(ConverterWidget, WhatIsNoNumberChangesNothing) {
+  open();
+  type(value(), "twelve");
+  EXPECT_TRUE(words().contains("This is not a number."));
+  EXPECT_FALSE(button("Copy Result")->isEnabled());
+  platform_.loop.advance(1);
+  EXPECT_EQ(stored(), ConverterSettings{});
+  type(value(), "12");
+  EXPECT_FALSE(words().contains("This is not a number."));
+}
+
+TEST_F(ConverterWidget, UnitsCategoryAndSwap) {
+  open();
+  choose(named<QComboBox>("Result unit"), "m");
+  EXPECT_EQ(result()->text(), "1000");
+  button("Swap")->click();
+  EXPECT_EQ(value()->text(), "1000");
+  EXPECT_EQ(result()->text(), "1");
+  auto* category = named<QComboBox>("Category");
+  category->setCurrentIndex(static_cast<int>(ConverterCategory::temperature));
+  emit category->activated(category->currentIndex());
+  EXPECT_EQ(result()->text(), "1832");
+  type(value(), "-274");
+  EXPECT_TRUE(words().contains("This is below absolute zero."));
+}
+
+TEST_F(ConverterWidget, AChangeFromOutsideWins) {
+  open();
+  type(value(), "7");
+  write(ConverterSettings{ConverterCategory::mass, "kg", "g", 3});
+  announce();
+  EXPECT_EQ(value()->text(), "3");
+  EXPECT_EQ(result()->text(), "3000");
+  platform_.loop.advance(1);
+  EXPECT_EQ(stored().value, 3) << "what was typed before is not saved over it";
+}
+
+TEST_F(ConverterWidget, WhatWasTypedLastSurvivesTheEnd) {
+  open();
+  type(value(), "9");
+  app_.reset();
+  EXPECT_EQ(stored().value, 9);
+}
+
+} // namespace
+} // namespace tavrin::test

@@ -1,0 +1,145 @@
+#include "TavrinStorage/EmojiStore.h"
+#include "TavrinWidgetsUI/Emoji/EmojiPanelView.h"
+#include "TavrinWidgetsUI/Kit/PanelGrid.h"
+#include "TavrinWidgetsUI/Kit/ViewWidget.h"
+#include "Tests/Slot/SlotFixture.h"
+#include "Tests/Support/Keys.h"
+
+#include <QLineEdit>
+#include <fstream>
+
+namespace tavrin::test {
+namespace {
+
+constexpr const char* emojiTest =
+    "# group: Smileys\n"
+    "1F600 ; fully-qualified # 😀 E1.0 grinning face\n"
+    "1F602 ; fully-qualified # 😂 E0.6 tears of joy\n"
+    "# group: People\n"
+    "1F44B ; fully-qualified # 👋 E0.6 waving hand\n"
+    "1F44B 1F3FB ; fully-qualified # 👋🏻 E1.0 waving hand: light\n";
+
+class EmojiWidget : public SlotTest {
+protected:
+  void SetUp() override {
+    SlotTest::SetUp();
+    std::filesystem::create_directories(folder_ / "unicode" / "emoji");
+    std::ofstream(folder_ / "unicode" / "emoji" / "emoji-test.txt") << emojiTest;
+    platform_.files.variables[EmojiSources::folderVariable] = (folder_ / "unicode").string();
+  }
+  EmojiPanelView* open(const EmojiSettings& settings = {}) {
+    if (!app_)
+      start(settings, 2);
+    click();
+    platform_.loop.runBackground();
+    // As the popover does, each time anew.
+    panel()->hide();
+    panel()->show();
+    return dynamic_cast<EmojiPanelView*>(panel());
+  }
+  QLineEdit* search() const { return panel()->findChild<QLineEdit*>(); }
+  PanelGrid* grid() const { return all<PanelGrid>().back(); }
+  std::string copied() const { return platform_.fakePasteboard.writtenText(); }
+  std::vector<Emoji> recents() {
+    return EmojiStore(folder_ / "emoji.json", platform_.center).history().recents;
+  }
+};
+
+TEST_F(EmojiWidget, PickingCopiesKeepsAndCloses) {
+  auto* view = open();
+  EXPECT_EQ(view->shownCount(), 2) << "the first group, while there are no recents";
+  grid()->onOpen(1);
+  EXPECT_EQ(copied(), "😂");
+  EXPECT_FALSE(platform_.fakePopover.isShown());
+  EXPECT_EQ(recents(), (std::vector<Emoji>{{"😂", ""}}));
+  EXPECT_EQ(platform_.center.count("dev.quellby.tavrin.emoji-changed"), 1);
+  view = open();
+  EXPECT_EQ(view->shown(0)->text, "😂") << "recents come first from now on";
+}
+
+TEST_F(EmojiWidget, KeyboardAloneFindsAndCopies) {
+  auto* view = open();
+  typeText(search(), "hand");
+  EXPECT_EQ(view->shownCount(), 1);
+  pressKey(search(), Qt::Key_Return);
+  EXPECT_EQ(copied(), "👋");
+  view = open();
+  EXPECT_TRUE(search()->text().isEmpty());
+  view->showGroup(0);
+  pressKey(grid(), Qt::Key_Right);
+  pressKey(grid(), Qt::Key_Right);
+  pressKey(grid(), Qt::Key_Return);
+  EXPECT_EQ(copied(), "😂");
+  open();
+  typeText(search(), "qqq");
+  EXPECT_TRUE(words().contains("Nothing found"));
+  const auto writes = platform_.fakePasteboard.written.size();
+  pressKey(search(), Qt::Key_Return);
+  EXPECT_EQ(platform_.fakePasteboard.written.size(), writes);
+}
+
+TEST_F(EmojiWidget, TheToneIsSavedAndCopied) {
+  auto* view = open();
+  for (auto* swatch : all<PanelSwatch>())
+    if (swatch->accessibleName() == "Dark")
+      swatch->click();
+  EXPECT_EQ(platform_.center.count("dev.quellby.tavrin.widgetsChanged"), 1);
+  view->showGroup(1);
+  grid()->onOpen(0);
+  EXPECT_EQ(copied(), "👋🏿");
+  EXPECT_EQ(recents(), (std::vector<Emoji>{{"👋", "👋🏻"}}));
+  // Another tone from outside, while the panel is open.
+  open();
+  write(EmojiSettings{EmojiSkinTone::light, 24}, 2);
+  announce();
+  grid()->onOpen(0);
+  EXPECT_EQ(copied(), "👋🏻");
+}
+
+TEST_F(EmojiWidget, AllSlotsShareTheRecents) {
+  auto* view = open();
+  EmojiStore elsewhere(folder_ / "emoji.json", platform_.center);
+  const int before = platform_.tile.displays;
+  elsewhere.add({"🦊", ""}, 24);
+  EXPECT_GT(platform_.tile.displays, before);
+  view->showGroup(-1);
+  EXPECT_EQ(view->shown(0)->text, "🦊");
+  button("Clear Recents")->click();
+  EXPECT_TRUE(recents().empty());
+  EXPECT_EQ(view->shownCount(), 0);
+  EXPECT_TRUE(words().contains("No emoji used yet"));
+}
+
+TEST_F(EmojiWidget, RecentsOfAnyNonsenseAreShownAsFarAsTheyGo) {
+  JSONValue::Array entries;
+  for (int i = 0; i < 500; ++i)
+    entries.push_back(encode(Emoji{i % 2 == 0 ? std::string(1000, 'x') : "🦊", "\n"}));
+  writeJSONFile(folder_ / "emoji.json", JSONValue::Object{{"recents", entries}});
+  auto* view = open();
+  EXPECT_EQ(view->shownCount(), EmojiHistory::mostLimit);
+  std::ofstream(folder_ / "emoji.json") << "{\"recents\": 7}";
+  platform_.center.post("dev.quellby.tavrin.emoji-changed");
+  EXPECT_EQ(view->shownCount(), EmojiHistory::mostLimit) << "what was read last stays";
+  grid()->onOpen(0);
+  EXPECT_EQ(copied(), "🦊") << "a file that cannot be read keeps nobody from copying";
+  open();
+  EXPECT_TRUE(words().filter("Failed to read").size() == 1);
+}
+
+TEST_F(EmojiWidget, SaysWhenThereAreNoData) {
+  platform_.files.variables[EmojiSources::folderVariable] = (folder_ / "none").string();
+  open();
+  EXPECT_TRUE(words().contains("This computer has no emoji data"));
+}
+
+TEST_F(EmojiWidget, WhatThePanelNeededGoesWithIt) {
+  auto* view = open();
+  EXPECT_EQ(view->shownCount(), 2);
+  click();
+  EXPECT_FALSE(view->shown(0)) << "the table is gone";
+  open();
+  EXPECT_TRUE(view->shown(0));
+}
+
+} // namespace
+} // namespace tavrin::test
