@@ -1,6 +1,6 @@
 #include "TavrinCore/Base/UUID.h"
-#include "TavrinPlatform/Linux/LinuxFolderWatch.h"
-#include "TavrinPlatform/Linux/QtRunLoop.h"
+#include "TavrinPlatform/Linux/Files/LinuxFolderWatch.h"
+#include "TavrinPlatform/Qt/QtRunLoop.h"
 #include "TavrinWidgetsUI/Files/FileRoll.h"
 #include "TavrinWidgetsUI/Files/FileViews.h"
 #include "TavrinWidgetsUI/Kit/Thumbnail.h"

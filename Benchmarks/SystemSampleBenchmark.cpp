@@ -1,4 +1,4 @@
-#include "TavrinPlatform/Linux/LinuxHostStatistics.h"
+#include "TavrinPlatform/Linux/Devices/LinuxHostStatistics.h"
 #include "TavrinWidgetsUI/System/SystemReadings.h"
 
 #include <benchmark/benchmark.h>

@@ -1,6 +1,6 @@
 #include "TavrinCore/Kinds/System/ClockFormat.h"
+#include "TavrinPlatform/Linux/Base/ProcessFamily.h"
 #include "TavrinPlatform/Linux/LinuxPlatform.h"
-#include "TavrinPlatform/Linux/ProcessFamily.h"
 #include "TavrinSlot/SlotApp.h"
 
 namespace {

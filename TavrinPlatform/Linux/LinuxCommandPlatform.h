@@ -1,13 +1,13 @@
 #pragma once
 
 #include "TavrinPlatform/CommandPlatform.h"
-#include "TavrinPlatform/Linux/Bus.h"
-#include "TavrinPlatform/Linux/BusNotificationCenter.h"
-#include "TavrinPlatform/Linux/LinuxDockServices.h"
-#include "TavrinPlatform/Linux/LinuxFileManager.h"
-#include "TavrinPlatform/Linux/LinuxMainBundle.h"
-#include "TavrinPlatform/Linux/LinuxRunningApplications.h"
-#include "TavrinPlatform/Linux/QtRunLoop.h"
+#include "TavrinPlatform/Linux/Applications/LinuxRunningApplications.h"
+#include "TavrinPlatform/Linux/Base/Bus.h"
+#include "TavrinPlatform/Linux/Desktop/BusNotificationCenter.h"
+#include "TavrinPlatform/Linux/Dock/LinuxDockServices.h"
+#include "TavrinPlatform/Linux/Files/LinuxFileManager.h"
+#include "TavrinPlatform/Linux/Slot/LinuxMainBundle.h"
+#include "TavrinPlatform/Qt/QtRunLoop.h"
 
 #include <QCoreApplication>
 #include <memory>

@@ -1,5 +1,5 @@
-#include "TavrinPlatform/Linux/BusProperties.h"
-#include "TavrinPlatform/Linux/DeviceProperties.h"
+#include "TavrinPlatform/Linux/Base/BusProperties.h"
+#include "TavrinPlatform/Linux/Devices/DeviceProperties.h"
 #include "Tests/Fuzz/BusMessages.h"
 
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "TavrinPlatform/Linux/ProcDecoding.h"
+#include "TavrinPlatform/Linux/Devices/ProcDecoding.h"
 
 #include <cstdlib>
 

@@ -1,5 +1,5 @@
 #include "TavrinCore/Kinds/Fans/FanControl.h"
-#include "TavrinPlatform/Linux/SysfsFans.h"
+#include "TavrinPlatform/Linux/Devices/SysfsFans.h"
 
 #include <cstdlib>
 #include <fstream>

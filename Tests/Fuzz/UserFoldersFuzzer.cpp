@@ -1,4 +1,4 @@
-#include "TavrinPlatform/Linux/UserFolders.h"
+#include "TavrinPlatform/Linux/Files/UserFolders.h"
 
 #include <cstdint>
 #include <cstdlib>

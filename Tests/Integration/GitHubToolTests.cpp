@@ -1,5 +1,5 @@
-#include "TavrinPlatform/Linux/LinuxProcessRunner.h"
-#include "TavrinPlatform/Linux/QtRunLoop.h"
+#include "TavrinPlatform/Linux/Base/LinuxProcessRunner.h"
+#include "TavrinPlatform/Qt/QtRunLoop.h"
 #include "TavrinWidgetsUI/GitHub/GitHubSource.h"
 #include "Tests/Storage/TemporaryFolder.h"
 #include "Tests/Support/FakePlatform.h"

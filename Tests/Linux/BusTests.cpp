@@ -1,8 +1,8 @@
-#include "TavrinPlatform/Linux/BusNotificationCenter.h"
-#include "TavrinPlatform/Linux/LinuxFileManager.h"
-#include "TavrinPlatform/Linux/LinuxWorkspace.h"
-#include "TavrinPlatform/Linux/PictureSurface.h"
-#include "TavrinPlatform/Linux/QtRunLoop.h"
+#include "TavrinPlatform/Linux/Desktop/BusNotificationCenter.h"
+#include "TavrinPlatform/Linux/Desktop/LinuxWorkspace.h"
+#include "TavrinPlatform/Linux/Files/LinuxFileManager.h"
+#include "TavrinPlatform/Linux/Tile/PictureSurface.h"
+#include "TavrinPlatform/Qt/QtRunLoop.h"
 #include "Tests/Linux/Desk.h"
 
 #include <QCoreApplication>

@@ -1,5 +1,5 @@
-#include "TavrinPlatform/Linux/LinuxFileManager.h"
-#include "TavrinPlatform/Linux/LinuxWorkspace.h"
+#include "TavrinPlatform/Linux/Desktop/LinuxWorkspace.h"
+#include "TavrinPlatform/Linux/Files/LinuxFileManager.h"
 #include "Tests/Linux/Desk.h"
 #include "Tests/Linux/SettingsManager.h"
 #include "Tests/Storage/TemporaryFolder.h"

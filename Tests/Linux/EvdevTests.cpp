@@ -1,4 +1,4 @@
-#include "TavrinPlatform/Linux/InputGrab.h"
+#include "TavrinPlatform/Linux/Input/InputGrab.h"
 #include "Tests/Storage/TemporaryFolder.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 #include "TavrinCore/Kinds/Fans/FanControl.h"
-#include "TavrinPlatform/Linux/BusFanHelper.h"
-#include "TavrinPlatform/Linux/QtRunLoop.h"
-#include "TavrinPlatform/Linux/SysfsFans.h"
+#include "TavrinPlatform/Linux/Devices/BusFanHelper.h"
+#include "TavrinPlatform/Linux/Devices/SysfsFans.h"
+#include "TavrinPlatform/Qt/QtRunLoop.h"
 #include "Tests/Linux/Desk.h"
 #include "Tests/Storage/TemporaryFolder.h"
 

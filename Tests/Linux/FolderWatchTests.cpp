@@ -1,5 +1,5 @@
-#include "TavrinPlatform/Linux/LinuxFolderWatch.h"
-#include "TavrinPlatform/Linux/QtRunLoop.h"
+#include "TavrinPlatform/Linux/Files/LinuxFolderWatch.h"
+#include "TavrinPlatform/Qt/QtRunLoop.h"
 #include "Tests/Linux/Desk.h"
 #include "Tests/Storage/TemporaryFolder.h"
 

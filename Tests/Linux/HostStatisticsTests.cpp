@@ -1,5 +1,5 @@
-#include "TavrinPlatform/Linux/LinuxHostStatistics.h"
-#include "TavrinPlatform/Linux/SystemMonitorEntry.h"
+#include "TavrinPlatform/Linux/Applications/SystemMonitorEntry.h"
+#include "TavrinPlatform/Linux/Devices/LinuxHostStatistics.h"
 #include "Tests/Storage/TemporaryFolder.h"
 
 #include <fstream>

@@ -1,4 +1,4 @@
-#include "TavrinPlatform/Linux/SecretServiceKeychain.h"
+#include "TavrinPlatform/Linux/Desktop/SecretServiceKeychain.h"
 #include "Tests/Linux/Desk.h"
 
 #include <gtest/gtest.h>

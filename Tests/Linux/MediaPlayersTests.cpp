@@ -1,5 +1,5 @@
-#include "TavrinPlatform/Linux/BusMediaPlayers.h"
-#include "TavrinPlatform/Linux/QtRunLoop.h"
+#include "TavrinPlatform/Linux/Desktop/BusMediaPlayers.h"
+#include "TavrinPlatform/Qt/QtRunLoop.h"
 #include "Tests/Linux/Desk.h"
 #include "Tests/Storage/TemporaryFolder.h"
 

@@ -1,5 +1,5 @@
-#include "TavrinPlatform/Linux/BusNearbyDevices.h"
-#include "TavrinPlatform/Linux/QtRunLoop.h"
+#include "TavrinPlatform/Linux/Devices/BusNearbyDevices.h"
+#include "TavrinPlatform/Qt/QtRunLoop.h"
 #include "Tests/Linux/Desk.h"
 
 #include <QApplication>

@@ -1,6 +1,6 @@
-#include "TavrinPlatform/Linux/LinuxColourSampler.h"
-#include "TavrinPlatform/Linux/QtRunLoop.h"
-#include "TavrinPlatform/Linux/X11Pasteboard.h"
+#include "TavrinPlatform/Linux/Input/LinuxColourSampler.h"
+#include "TavrinPlatform/Linux/Pasteboard/X11Pasteboard.h"
+#include "TavrinPlatform/Qt/QtRunLoop.h"
 #include "Tests/Linux/Desk.h"
 
 #include <QApplication>

@@ -1,6 +1,6 @@
-#include "TavrinPlatform/Linux/PopoverLayout.h"
-#include "TavrinPlatform/Linux/StripLayout.h"
-#include "TavrinPlatform/Linux/StripRoom.h"
+#include "TavrinPlatform/Linux/Tile/PopoverLayout.h"
+#include "TavrinPlatform/Linux/Tile/StripLayout.h"
+#include "TavrinPlatform/Linux/Tile/StripRoom.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
-#include "TavrinPlatform/Linux/BusConnectedDevices.h"
-#include "TavrinPlatform/Linux/UPowerSources.h"
+#include "TavrinPlatform/Linux/Devices/BusConnectedDevices.h"
+#include "TavrinPlatform/Linux/Devices/UPowerSources.h"
 #include "Tests/Linux/Desk.h"
 
 #include <QCoreApplication>

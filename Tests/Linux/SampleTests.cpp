@@ -1,5 +1,5 @@
-#include "TavrinPlatform/Linux/LinuxHostStatistics.h"
-#include "TavrinPlatform/Linux/SysfsFans.h"
+#include "TavrinPlatform/Linux/Devices/LinuxHostStatistics.h"
+#include "TavrinPlatform/Linux/Devices/SysfsFans.h"
 #include "Tests/Storage/TemporaryFolder.h"
 #include "Tests/Support/FakePlatform.h"
 #include "Tests/Support/SystemServices.h"

@@ -1,6 +1,6 @@
 /// Stands for a slot application in tests of what starts and stops them: owns its bundle's
 /// identifier and notes the actions it is asked for. FAKE_SLOT_FAULT is "die" or "stubborn".
-#include "TavrinPlatform/Linux/ProcessFamily.h"
+#include "TavrinPlatform/Linux/Base/ProcessFamily.h"
 
 #include <csignal>
 #include <cstdio>

@@ -3,7 +3,7 @@
 // received and sent since the line before.
 //
 //   readings LINK
-#include "TavrinPlatform/Linux/LinuxHostStatistics.h"
+#include "TavrinPlatform/Linux/Devices/LinuxHostStatistics.h"
 #include "TavrinWidgetsUI/System/SystemReadings.h"
 
 #include <chrono>

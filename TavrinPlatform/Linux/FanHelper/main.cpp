@@ -1,5 +1,5 @@
+#include "TavrinPlatform/Linux/Devices/SysfsFans.h"
 #include "TavrinPlatform/Linux/FanHelper/FanService.h"
-#include "TavrinPlatform/Linux/SysfsFans.h"
 
 #include <cstdio>
 #include <cstdlib>

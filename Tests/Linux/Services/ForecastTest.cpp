@@ -1,4 +1,4 @@
-#include "TavrinPlatform/Linux/Modules/QtHTTPClient.h"
+#include "TavrinPlatform/Qt/QtHTTPClient.h"
 #include "TavrinWidgetsUI/Weather/WeatherModel.h"
 #include "Tests/Linux/Services/HTTPServer.h"
 #include "Tests/Linux/Services/LoopTest.h"

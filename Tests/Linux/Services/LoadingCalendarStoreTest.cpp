@@ -1,4 +1,4 @@
-#include "TavrinPlatform/Linux/LoadingCalendarStore.h"
+#include "TavrinPlatform/Linux/Desktop/LoadingCalendarStore.h"
 
 #include "Tests/Support/FakeCalendarStore.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TavrinPlatform/Linux/QtRunLoop.h"
+#include "TavrinPlatform/Qt/QtRunLoop.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>

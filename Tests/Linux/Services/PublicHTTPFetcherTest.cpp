@@ -1,6 +1,6 @@
 #include "TavrinPlatform/PublicHTTPFetcher.h"
 
-#include "TavrinPlatform/Linux/Modules/QtHTTPClient.h"
+#include "TavrinPlatform/Qt/QtHTTPClient.h"
 #include "Tests/Linux/Services/HTTPServer.h"
 #include "Tests/Linux/Services/LoopTest.h"
 

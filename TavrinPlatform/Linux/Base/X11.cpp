@@ -1,0 +1,200 @@
+#include "TavrinPlatform/Linux/Base/X11.h"
+
+#include <QGuiApplication>
+#include <cstdlib>
+#include <cstring>
+#include <map>
+#include <memory>
+#include <xcb/shape.h>
+// After the toolkit's headers: it defines words such as None and Bool.
+#include <X11/Xlib.h>
+
+namespace tavrin::x11 {
+
+namespace {
+
+struct Free {
+  void operator()(void* reply) const { std::free(reply); }
+};
+template <class Reply> std::unique_ptr<Reply, Free> own(Reply* reply) {
+  return std::unique_ptr<Reply, Free>(reply);
+}
+
+const QNativeInterface::QX11Application* toolkit() {
+  const auto* application = qGuiApp;
+  return application == nullptr ? nullptr
+                                : application->nativeInterface<QNativeInterface::QX11Application>();
+}
+
+using PropertyReply = std::unique_ptr<xcb_get_property_reply_t, Free>;
+
+PropertyReply property(xcb_window_t window, const char* name, std::uint32_t longest) {
+  auto* x = connection();
+  if (x == nullptr || window == XCB_NONE)
+    return nullptr;
+  const auto cookie =
+      xcb_get_property(x, 0, window, atom(name), XCB_GET_PROPERTY_TYPE_ANY, 0, longest);
+  return own(xcb_get_property_reply(x, cookie, nullptr));
+}
+
+xcb_window_t firstWindow(const char* property) {
+  const auto values = numbers(root(), property, 1);
+  return values.empty() ? xcb_window_t{XCB_NONE} : values.front();
+}
+
+} // namespace
+
+xcb_connection_t* connection() {
+  const auto* native = toolkit();
+  return native == nullptr ? nullptr : native->connection();
+}
+
+void forgetAnswered() {
+  // Without a display the toolkit may have the interface all the same, and nothing behind it.
+  if (const auto* native = toolkit(); native != nullptr && native->display() != nullptr)
+    XSync(native->display(), False);
+}
+
+xcb_window_t root() {
+  auto* x = connection();
+  if (x == nullptr)
+    return XCB_NONE;
+  return xcb_setup_roots_iterator(xcb_get_setup(x)).data->root;
+}
+
+xcb_atom_t atom(const char* name) {
+  static std::map<std::string, xcb_atom_t, std::less<>> known;
+  if (const auto found = known.find(name); found != known.end())
+    return found->second;
+  auto* x = connection();
+  if (x == nullptr)
+    return XCB_ATOM_NONE;
+  const auto cookie = xcb_intern_atom(x, 0, static_cast<std::uint16_t>(std::strlen(name)), name);
+  const auto reply = own(xcb_intern_atom_reply(x, cookie, nullptr));
+  const xcb_atom_t atom = reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
+  known.emplace(name, atom);
+  return atom;
+}
+
+std::vector<std::uint32_t> numbers(xcb_window_t window, const char* name, std::uint32_t longest) {
+  const auto reply = property(window, name, longest);
+  if (!reply || reply->format != 32)
+    return {};
+  const auto* values = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
+  return {values, values + xcb_get_property_value_length(reply.get()) / 4};
+}
+
+std::string text(xcb_window_t window, const char* name, std::uint32_t longest) {
+  const auto reply = property(window, name, longest);
+  if (!reply || reply->format != 8)
+    return {};
+  return {static_cast<const char*>(xcb_get_property_value(reply.get())),
+          static_cast<std::size_t>(xcb_get_property_value_length(reply.get()))};
+}
+
+void setNumbers(xcb_window_t window, const char* name, xcb_atom_t type,
+                const std::vector<std::uint32_t>& values) {
+  if (auto* x = connection())
+    xcb_change_property(x, XCB_PROP_MODE_REPLACE, window, atom(name), type, 32,
+                        static_cast<std::uint32_t>(values.size()), values.data());
+}
+
+xcb_window_t selectionOwner(const char* selection) {
+  auto* x = connection();
+  if (x == nullptr)
+    return XCB_NONE;
+  const auto cookie = xcb_get_selection_owner(x, atom(selection));
+  const auto reply = own(xcb_get_selection_owner_reply(x, cookie, nullptr));
+  return reply ? reply->owner : xcb_window_t{XCB_NONE};
+}
+
+void selectEvents(xcb_window_t window, std::uint32_t mask) {
+  if (auto* x = connection()) {
+    xcb_change_window_attributes(x, window, XCB_CW_EVENT_MASK, &mask);
+    xcb_flush(x);
+  }
+}
+
+bool hasCompositor() {
+  return selectionOwner("_NET_WM_CM_S0") != XCB_NONE;
+}
+
+bool hasWindowManager() {
+  const xcb_window_t check = firstWindow("_NET_SUPPORTING_WM_CHECK");
+  // A dead window manager leaves its mark on the root; a living one also on its own window.
+  const auto itself = numbers(check, "_NET_SUPPORTING_WM_CHECK", 1);
+  return !itself.empty() && itself.front() == check;
+}
+
+xcb_window_t activeWindow() {
+  return firstWindow("_NET_ACTIVE_WINDOW");
+}
+
+xcb_window_t focusWindow() {
+  auto* x = connection();
+  if (x == nullptr)
+    return XCB_NONE;
+  const auto reply = own(xcb_get_input_focus_reply(x, xcb_get_input_focus(x), nullptr));
+  return reply ? reply->focus : xcb_window_t{XCB_NONE};
+}
+
+void requestActive(xcb_window_t window) {
+  auto* x = connection();
+  if (x == nullptr || window == XCB_NONE)
+    return;
+  xcb_client_message_event_t event{};
+  event.response_type = XCB_CLIENT_MESSAGE;
+  event.format = 32;
+  event.window = window;
+  event.type = atom("_NET_ACTIVE_WINDOW");
+  constexpr std::uint32_t fromPager = 2;
+  event.data.data32[0] = fromPager;
+  event.data.data32[1] = XCB_CURRENT_TIME;
+  xcb_send_event(x, 0, root(),
+                 XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
+                 reinterpret_cast<const char*>(&event));
+  xcb_flush(x);
+}
+
+void setFocus(xcb_window_t window) {
+  if (auto* x = connection()) {
+    xcb_set_input_focus(x, XCB_INPUT_FOCUS_PARENT, window, XCB_CURRENT_TIME);
+    xcb_flush(x);
+  }
+}
+
+QRect frame(xcb_window_t window) {
+  auto* x = connection();
+  if (x == nullptr || window == XCB_NONE)
+    return {};
+  const auto sizeCookie = xcb_get_geometry(x, window);
+  const auto placeCookie = xcb_translate_coordinates(x, window, root(), 0, 0);
+  const auto size = own(xcb_get_geometry_reply(x, sizeCookie, nullptr));
+  const auto place = own(xcb_translate_coordinates_reply(x, placeCookie, nullptr));
+  if (!size || !place)
+    return {};
+  return {place->dst_x, place->dst_y, size->width, size->height};
+}
+
+void setInputAreas(xcb_window_t window, const std::vector<QRect>& areas) {
+  auto* x = connection();
+  if (x == nullptr)
+    return;
+  std::vector<xcb_rectangle_t> rectangles;
+  for (const QRect& area : areas)
+    rectangles.push_back({static_cast<std::int16_t>(area.x()), static_cast<std::int16_t>(area.y()),
+                          static_cast<std::uint16_t>(area.width()),
+                          static_cast<std::uint16_t>(area.height())});
+  xcb_shape_rectangles(x, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_INPUT, XCB_CLIP_ORDERING_UNSORTED, window,
+                       0, 0, static_cast<std::uint32_t>(rectangles.size()), rectangles.data());
+}
+
+QPoint pointer() {
+  auto* x = connection();
+  if (x == nullptr)
+    return {};
+  const auto reply = own(xcb_query_pointer_reply(x, xcb_query_pointer(x, root()), nullptr));
+  return reply ? QPoint(reply->root_x, reply->root_y) : QPoint();
+}
+
+} // namespace tavrin::x11

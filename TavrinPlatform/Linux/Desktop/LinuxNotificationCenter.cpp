@@ -1,0 +1,245 @@
+#include "TavrinPlatform/Linux/Desktop/LinuxNotificationCenter.h"
+
+#include "TavrinCore/Base/Errors.h"
+#include "TavrinPlatform/Linux/Base/BusProperties.h"
+
+#include <algorithm>
+#include <cctype>
+#include <chrono>
+#include <cstdlib>
+#include <ctime>
+#include <fmt/chrono.h>
+#include <fmt/format.h>
+#include <string_view>
+#include <vector>
+
+namespace tavrin {
+
+namespace {
+
+const BusAddress server{"org.freedesktop.Notifications", "/org/freedesktop/Notifications",
+                        "org.freedesktop.Notifications"};
+const BusAddress manager{"org.freedesktop.systemd1", "/org/freedesktop/systemd1",
+                         "org.freedesktop.systemd1.Manager"};
+constexpr const char* noticeArgument = "--notify";
+constexpr double noticeLimit = 10;
+/// For how long a click on a notice that nobody closed is still waited for.
+constexpr double clickLimit = 3600;
+/// What a click on the notice itself invokes.
+constexpr const char* clickAction = "default";
+
+BusMessage notice(const Bus& bus, const std::string& title, const std::string& body) {
+  BusMessage message = bus.method(server, "Notify");
+  message.append("susssas", "Tavrin", 0U, "", title.c_str(), body.c_str(), 2, clickAction, "Open");
+  message.append("a{sv}i", 2, "sound-name", "s", "message-new-instant", "urgency", "y", 1, -1);
+  return message;
+}
+
+/// The signals' first argument, when it is a notice's number.
+std::uint32_t noticeNumber(sd_bus_message* message) {
+  std::uint32_t number = 0;
+  sd_bus_message_read_basic(message, 'u', &number);
+  return number;
+}
+
+/// The beginning of the names of all units for `identifier`.
+std::string unitPrefix(const std::string& identifier) {
+  std::string name = "tavrin-notice-";
+  for (const char c : identifier) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (std::isalnum(byte) != 0 || c == '.')
+      name += c;
+    else
+      name += fmt::format("_{:02x}", byte);
+  }
+  return name + "-";
+}
+
+/// The wall clock's time in `delay` seconds, in whole seconds, never early.
+std::string calendarTime(double delay) {
+  using namespace std::chrono;
+  const auto due = system_clock::now() + duration_cast<system_clock::duration>(
+                                             duration<double>(std::clamp(delay, 0.0, 1e9)));
+  return fmt::format("{:%Y-%m-%d %H:%M:%S} UTC",
+                     fmt::gmtime(system_clock::to_time_t(ceil<seconds>(due))));
+}
+
+/// The names in an answer of ListUnitsByPatterns.
+std::vector<std::string> units(sd_bus_message* reply) {
+  std::vector<std::string> names;
+  if (sd_bus_message_enter_container(reply, 'a', "(ssssssouso)") <= 0)
+    return names;
+  while (sd_bus_message_enter_container(reply, 'r', "ssssssouso") > 0) {
+    names.push_back(textArgument(reply));
+    sd_bus_message_skip(reply, "sssssouso");
+    sd_bus_message_exit_container(reply);
+  }
+  return names;
+}
+
+/// The StartTransientUnit call for a timer and the service it starts.
+BusMessage transientTimer(const Bus& bus, const std::string& unit,
+                          const std::filesystem::path& program,
+                          const UserNotificationRequest& request) {
+  BusMessage call = bus.method(manager, "StartTransientUnit");
+  sd_bus_message_set_auto_start(call.get(), 0);
+  const std::string due = calendarTime(request.delay);
+  const std::string description = "Tavrin: " + request.title;
+  call.append("ss", (unit + ".timer").c_str(), "fail");
+  constexpr std::uint64_t oneSecond = 1'000'000;
+  call.append("a(sv)", 4, "Description", "s", description.c_str(), "TimersCalendar", "a(ss)", 1,
+              "OnCalendar", due.c_str(), "AccuracyUSec", "t", oneSecond, "RemainAfterElapse", "b",
+              0);
+  // The user's manager may have been started for another session bus.
+  const char* address = std::getenv("DBUS_SESSION_BUS_ADDRESS");
+  const std::string busVariable =
+      std::string("DBUS_SESSION_BUS_ADDRESS=") + (address == nullptr ? "" : address);
+  const std::string path = program.string();
+  call.append("a(sa(sv))", 1, (unit + ".service").c_str(), 4, "Description", "s",
+              description.c_str(), "CollectMode", "s", "inactive-or-failed", "Environment", "as", 1,
+              busVariable.c_str(), "ExecStartEx", "a(sasas)", 1, path.c_str(), 5, path.c_str(),
+              noticeArgument, request.identifier.c_str(), request.title.c_str(),
+              request.body.c_str(), 1, "no-env-expand");
+  return call;
+}
+
+} // namespace
+
+NoticeWatch::NoticeWatch(Bus& bus) {
+  const std::string rule = "type='signal',path='/org/freedesktop/Notifications',"
+                           "interface='org.freedesktop.Notifications',member=";
+  clicked_ = bus.match(rule + "'ActionInvoked'", [this](sd_bus_message* signal) {
+    const auto number = noticeNumber(signal);
+    if (textArgument(signal) != clickAction)
+      return;
+    if (const auto notice = shown_.extract(number)) {
+      wasClicked_ = true;
+      notice.mapped()();
+    }
+  });
+  closed_ = bus.match(rule + "'NotificationClosed'",
+                      [this](sd_bus_message* signal) { shown_.erase(noticeNumber(signal)); });
+}
+
+void NoticeWatch::expect(sd_bus_message* reply, std::function<void()> click) {
+  shown_[noticeNumber(reply)] = std::move(click);
+}
+
+LinuxNotificationCenter::LinuxNotificationCenter(Bus* bus, RunLoop& runLoop,
+                                                 std::filesystem::path executable, LogSink& log)
+    : bus_(bus), runLoop_(runLoop), executable_(std::move(executable)), log_(log, "notifications"),
+      self_(std::make_shared<LinuxNotificationCenter*>(this)) {}
+
+void LinuxNotificationCenter::requestAuthorization(std::function<void(bool granted)> answer) {
+  // This desktop asks nobody: who wants quiet tells the notification server.
+  answer(true);
+}
+
+void LinuxNotificationCenter::add(const UserNotificationRequest& request) {
+  runLoop_.post([self = std::weak_ptr(self_), request] {
+    if (const auto alive = self.lock()) {
+      (*alive)->unschedule(request.identifier);
+      (*alive)->schedule(request);
+    }
+  });
+}
+
+void LinuxNotificationCenter::removePending(const std::string& identifier) {
+  runLoop_.post([self = std::weak_ptr(self_), identifier] {
+    if (const auto alive = self.lock())
+      (*alive)->unschedule(identifier);
+  });
+}
+
+void LinuxNotificationCenter::schedule(const UserNotificationRequest& request) {
+  if (bus_ == nullptr || !bus_->isOpen()) {
+    keep(request, request.delay);
+    return;
+  }
+  const std::uint64_t serial = ++serial_;
+  serials_[request.identifier] = serial;
+  // A name of its own each time: the old unit may still be on its way out.
+  const auto ticks = std::chrono::system_clock::now().time_since_epoch().count();
+  const std::string unit = unitPrefix(request.identifier) + fmt::format("{}-{}", ticks, serial);
+  BusMessage call = transientTimer(*bus_, unit, executable_, request);
+  const auto asked = std::chrono::steady_clock::now();
+  bus_->call(call, [this, request, serial, asked](sd_bus_message* reply, const std::string& error) {
+    if (reply != nullptr || serials_[request.identifier] != serial)
+      return;
+    log_.debug("A notice is kept in this process: " + error);
+    const std::chrono::duration<double> waited = std::chrono::steady_clock::now() - asked;
+    keep(request, request.delay - waited.count());
+  });
+}
+
+void LinuxNotificationCenter::unschedule(const std::string& identifier) {
+  kept_.erase(identifier);
+  serials_.erase(identifier);
+  if (bus_ == nullptr || !bus_->isOpen())
+    return;
+  // Those of former processes of this application as well.
+  BusMessage question = bus_->method(manager, "ListUnitsByPatterns");
+  sd_bus_message_set_auto_start(question.get(), 0);
+  const std::string pattern = unitPrefix(identifier) + "*.timer";
+  question.append("asas", 0, 1, pattern.c_str());
+  bus_->call(question, [this](sd_bus_message* reply, const std::string&) {
+    for (const std::string& unit : reply == nullptr ? std::vector<std::string>() : units(reply)) {
+      BusMessage stop = bus_->method(manager, "StopUnit");
+      bus_->send(stop.append("ss", unit.c_str(), "replace"));
+    }
+  });
+}
+
+void LinuxNotificationCenter::keep(const UserNotificationRequest& request, double delay) {
+  kept_[request.identifier] = runLoop_.after(std::max(delay, 0.0), [this, request] {
+    if (bus_ != nullptr && bus_->isOpen())
+      show(request);
+    else
+      log_.info("There is no way to show the notice \"" + request.title + "\"");
+    kept_.erase(request.identifier);
+  });
+}
+
+void LinuxNotificationCenter::show(const UserNotificationRequest& request) {
+  if (!watch_)
+    watch_ = std::make_unique<NoticeWatch>(*bus_);
+  bus_->call(notice(*bus_, request.title, request.body),
+             [this](sd_bus_message* reply, const std::string&) {
+               if (reply != nullptr)
+                 watch_->expect(reply, [this] {
+                   if (onClick)
+                     onClick();
+                 });
+             });
+}
+
+std::optional<int> showNoticeIfAsked(int& argc, char** argv) {
+  if (argc < 2 || std::string_view(argv[1]) != noticeArgument)
+    return std::nullopt;
+  if (argc != 5)
+    return 2;
+  const auto bus = Bus::session();
+  if (!bus)
+    return 1;
+  NoticeWatch watch(*bus);
+  bool isShown = false;
+  bool isAnswered = false;
+  bus->call(notice(*bus, argv[3], argv[4]), [&](sd_bus_message* reply, const std::string&) {
+    isAnswered = true;
+    isShown = reply != nullptr;
+    if (isShown)
+      watch.expect(reply, [] {});
+  });
+  bus->waitUntil([&] { return isAnswered; }, noticeLimit);
+  if (!isShown)
+    return 1;
+  bus->waitUntil([&] { return watch.isEmpty(); }, clickLimit);
+  if (!watch.wasClicked())
+    return 0;
+  // On as if started by the user: the running slot is asked to activate, or this becomes it.
+  argc = 1;
+  argv[1] = nullptr;
+  return std::nullopt;
+}
+
+} // namespace tavrin

@@ -1,0 +1,302 @@
+#include "TavrinPlatform/Linux/Desktop/LinuxWorkspace.h"
+
+#include "TavrinCore/Base/FileURL.h"
+#include "TavrinPlatform/Linux/Applications/SystemMonitorEntry.h"
+#include "TavrinPlatform/Linux/Base/BusProperties.h"
+#include "TavrinPlatform/Linux/Base/InterfaceFont.h"
+#include "TavrinPlatform/Linux/Base/ToolkitSettings.h"
+#include "TavrinPlatform/Linux/Base/X11.h"
+
+#include <QProcess>
+#include <QStandardPaths>
+#include <string_view>
+#include <unicode/timezone.h>
+
+namespace tavrin {
+
+namespace {
+
+const BusAddress portal{"org.freedesktop.portal.Desktop", "/org/freedesktop/portal/desktop",
+                        "org.freedesktop.portal.Settings"};
+const BusAddress opener{"org.freedesktop.portal.Desktop", "/org/freedesktop/portal/desktop",
+                        "org.freedesktop.portal.OpenURI"};
+const BusAddress power{"net.hadess.PowerProfiles", "/net/hadess/PowerProfiles",
+                       "org.freedesktop.DBus.Properties"};
+constexpr const char* appearanceGroup = "org.freedesktop.appearance";
+constexpr const char* interfaceGroup = "org.gnome.desktop.interface";
+constexpr const char* schemeKey = "color-scheme";
+constexpr const char* fontKey = "font-name";
+constexpr const char* fontInXSettings = "Gtk/FontName";
+constexpr std::uint32_t preferDark = 1;
+
+/// Steps into variants, however many lie round the value. The type inside.
+char enterVariants(sd_bus_message* message) {
+  char type = 0;
+  const char* contents = nullptr;
+  while (sd_bus_message_peek_type(message, &type, &contents) > 0 && type == 'v')
+    if (sd_bus_message_enter_container(message, 'v', contents) < 0)
+      return 0;
+  return type;
+}
+
+/// The text under `key` in a dictionary of variants; no value when it is not there.
+std::optional<std::string> textEntry(sd_bus_message* message, std::string_view key) {
+  std::optional<std::string> found;
+  if (sd_bus_message_enter_container(message, 'a', "{sv}") <= 0)
+    return found;
+  while (sd_bus_message_enter_container(message, 'e', "sv") > 0) {
+    const bool isWanted = textArgument(message) == key;
+    char type = 0;
+    const char* contents = nullptr;
+    sd_bus_message_peek_type(message, &type, &contents);
+    if (isWanted && std::string_view(contents) == "s" &&
+        sd_bus_message_enter_container(message, 'v', "s") > 0) {
+      found = textArgument(message);
+      sd_bus_message_exit_container(message);
+    } else {
+      sd_bus_message_skip(message, "v");
+    }
+    sd_bus_message_exit_container(message);
+  }
+  return found;
+}
+
+} // namespace
+
+LinuxWorkspace::LinuxWorkspace(const FileManager& files, Bus* session, std::function<Bus*()> system)
+    : files_(files), session_(session), system_(std::move(system)) {}
+
+std::optional<RunningApplication> LinuxWorkspace::frontmostApplication() const {
+  const xcb_window_t window = x11::activeWindow();
+  if (window == XCB_NONE)
+    return std::nullopt;
+  const auto process = x11::numbers(window, "_NET_WM_PID", 1);
+  // Two texts: the instance, then the class, each ended by a zero byte.
+  const std::string classes = x11::text(window, "WM_CLASS");
+  const auto end = classes.find('\0');
+  if (process.empty() && classes.empty())
+    return std::nullopt;
+  RunningApplication application;
+  application.processIdentifier = process.empty() ? 0 : static_cast<long>(process.front());
+  application.bundleIdentifier = classes.substr(0, end);
+  if (end != std::string::npos)
+    application.name = classes.c_str() + end + 1;
+  if (!application.name.empty())
+    application.bundleIdentifier = application.name;
+  return application;
+}
+
+void LinuxWorkspace::open(const std::string& target) {
+  const QString command = QStandardPaths::findExecutable(QStringLiteral("xdg-open"));
+  if (!command.isEmpty()) {
+    QProcess::startDetached(command, {QString::fromStdString(target)}, QString());
+    return;
+  }
+  if (session_ == nullptr || !session_->isOpen())
+    return;
+  BusMessage message = session_->method(opener, "OpenURI");
+  const std::string address = target.starts_with('/') ? fileURL(target) : target;
+  session_->send(message.append("ssa{sv}", "", address.c_str(), 0));
+}
+
+bool LinuxWorkspace::openActivityMonitor() {
+  std::vector<std::filesystem::path> folders;
+  for (const QString& folder :
+       QStandardPaths::standardLocations(QStandardPaths::ApplicationsLocation))
+    folders.emplace_back(folder.toStdString());
+  const auto words =
+      systemMonitorCommand(folders, files_.environment("XDG_CURRENT_DESKTOP").value_or(""));
+  if (words.empty())
+    return false;
+  QStringList arguments;
+  for (std::size_t i = 1; i < words.size(); ++i)
+    arguments << QString::fromStdString(words[i]);
+  return QProcess::startDetached(QString::fromStdString(words.front()), arguments, QString());
+}
+
+ClockWatch& LinuxWorkspace::clock() {
+  if (!clockWatch_) {
+    clockWatch_ = std::make_unique<ClockWatch>();
+    clockWatch_->onClockChange = [this] { clockChange_.call(); };
+    clockWatch_->onDayChange = [this] { day_.call(); };
+  }
+  return *clockWatch_;
+}
+
+TokenPtr LinuxWorkspace::observeWake(std::function<void()> handler) {
+  if (Bus* bus = system(); bus != nullptr && !watches_.contains("sleep"))
+    watches_["sleep"] = bus->match(
+        "type='signal',sender='org.freedesktop.login1',path='/org/freedesktop/login1',"
+        "interface='org.freedesktop.login1.Manager',member='PrepareForSleep'",
+        [this](sd_bus_message* message) {
+          int isGoingToSleep = 0;
+          if (sd_bus_message_read(message, "b", &isGoingToSleep) <= 0 || isGoingToSleep != 0)
+            return;
+          wake_.call();
+          // The clock went on while the process stood still.
+          clock().recheck();
+        });
+  return wake_.add(std::move(handler));
+}
+
+TokenPtr LinuxWorkspace::observeDayChange(std::function<void()> handler) {
+  clock();
+  return day_.add(std::move(handler));
+}
+
+TokenPtr LinuxWorkspace::observeClockChange(std::function<void()> handler) {
+  clock();
+  watchTimeZone();
+  return clockChange_.add(std::move(handler));
+}
+
+void LinuxWorkspace::watchTimeZone() {
+  Bus* bus = system();
+  if (bus == nullptr || watches_.contains("zone"))
+    return;
+  watches_["zone"] =
+      bus->match("type='signal',path='/org/freedesktop/timedate1',member='PropertiesChanged',"
+                 "interface='org.freedesktop.DBus.Properties',arg0='org.freedesktop.timedate1'",
+                 [this](sd_bus_message*) {
+                   icu::TimeZone::adoptDefault(icu::TimeZone::detectHostTimeZone());
+                   clockChange_.call();
+                   clock().recheck();
+                 });
+}
+
+bool LinuxWorkspace::isLowPowerMode() const {
+  watchPower();
+  return isLowPower_;
+}
+
+TokenPtr LinuxWorkspace::observeLowPowerMode(std::function<void()> handler) {
+  watchPower();
+  return lowPower_.add(std::move(handler));
+}
+
+void LinuxWorkspace::watchPower() const {
+  Bus* bus = system();
+  if (bus == nullptr || watches_.contains("power"))
+    return;
+  const auto profile = [this](const std::string& name) {
+    const bool isLow = name == "power-saver";
+    if (std::exchange(isLowPower_, isLow) != isLow)
+      lowPower_.call();
+  };
+  watches_["power"] =
+      bus->match("type='signal',path='/net/hadess/PowerProfiles',member='PropertiesChanged',"
+                 "interface='org.freedesktop.DBus.Properties',arg0='net.hadess.PowerProfiles'",
+                 [profile](sd_bus_message* message) {
+                   textArgument(message);
+                   if (const auto name = textEntry(message, "ActiveProfile"))
+                     profile(*name);
+                 });
+  BusMessage question = bus->method(power, "Get");
+  question.append("ss", "net.hadess.PowerProfiles", "ActiveProfile");
+  bus->call(question, [profile](sd_bus_message* reply, const std::string&) {
+    if (reply != nullptr && enterVariants(reply) == 's')
+      profile(textArgument(reply));
+  });
+}
+
+bool LinuxWorkspace::prefersReducedMotion() const {
+  watchSettings();
+  return !hasAnimations_;
+}
+
+bool LinuxWorkspace::prefersDarkAppearance() const {
+  if (const auto wish = files_.environment("TAVRIN_APPEARANCE"); wish == "dark" || wish == "light")
+    return wish == "dark";
+  watchSettings();
+  return isDark_;
+}
+
+std::optional<std::string> LinuxWorkspace::interfaceFontFamily() const {
+  watchSettings();
+  return fontFamily_;
+}
+
+TokenPtr LinuxWorkspace::observeAppearance(std::function<void()> handler) {
+  watchSettings();
+  return appearance_.add(std::move(handler));
+}
+
+void LinuxWorkspace::watchSettings() const {
+  if (watches_.contains("settings"))
+    return;
+  xsettings_ = std::make_unique<DesktopXSettings>();
+  xsettings_->onChange = [this] {
+    if (readSettings())
+      appearance_.call();
+  };
+  if (session_ == nullptr || !session_->isOpen()) {
+    watches_["settings"] = nullptr;
+    readSettings();
+    return;
+  }
+  if (xsettings_->text(fontInXSettings))
+    readSettings();
+  watches_["settings"] = session_->match(
+      "type='signal',path='/org/freedesktop/portal/desktop',member='SettingChanged',"
+      "interface='org.freedesktop.portal.Settings'",
+      [this](sd_bus_message* message) {
+        const std::string group = textArgument(message);
+        const std::string key = textArgument(message);
+        if (group == appearanceGroup || group == interfaceGroup)
+          setPortalValue(key, message);
+      });
+  // Who has no portal that tells these may be told by Plasma that its own file has changed.
+  watches_["toolkit"] =
+      session_->match("type='signal',path='/KGlobalSettings',member='notifyChange',"
+                      "interface='org.kde.KGlobalSettings'",
+                      [this](sd_bus_message*) {
+                        if (readSettings())
+                          appearance_.call();
+                      });
+  askPortal(appearanceGroup, schemeKey);
+  askPortal(interfaceGroup, "enable-animations");
+  askPortal(interfaceGroup, fontKey);
+}
+
+void LinuxWorkspace::askPortal(const char* group, const char* key) const {
+  BusMessage question = session_->method(portal, "Read");
+  question.append("ss", group, key);
+  session_->call(question, [this, name = std::string(key)](sd_bus_message* reply, auto&) {
+    if (reply != nullptr)
+      setPortalValue(name, reply);
+    else if (readSettings())
+      appearance_.call();
+  });
+}
+
+bool LinuxWorkspace::readSettings() const {
+  const bool isDark = portalDark_ ? *portalDark_ : isDarkInSettings(files_);
+  // Outside of GNOME the portal often tells GNOME's default font.
+  auto family = fontFamilyOf(xsettings_->text(fontInXSettings).value_or(portalFont_));
+  if (!family)
+    family = fontFamilyInSettings(files_);
+  const bool isOtherScheme = std::exchange(isDark_, isDark) != isDark;
+  return std::exchange(fontFamily_, family) != family || isOtherScheme;
+}
+
+void LinuxWorkspace::setPortalValue(const std::string& key, sd_bus_message* message) const {
+  const char type = enterVariants(message);
+  bool isChanged = false;
+  if (key == schemeKey && type == 'u') {
+    std::uint32_t scheme = 0;
+    sd_bus_message_read_basic(message, 'u', &scheme);
+    portalDark_ = scheme == preferDark;
+    isChanged = readSettings();
+  } else if (key == "enable-animations" && type == 'b') {
+    int isEnabled = 1;
+    sd_bus_message_read_basic(message, 'b', &isEnabled);
+    isChanged = std::exchange(hasAnimations_, isEnabled != 0) != (isEnabled != 0);
+  } else if (key == fontKey && type == 's') {
+    portalFont_ = textArgument(message);
+    isChanged = readSettings();
+  }
+  if (isChanged)
+    appearance_.call();
+}
+
+} // namespace tavrin

@@ -1,0 +1,67 @@
+#pragma once
+
+#include "TavrinPlatform/FileManager.h"
+#include "TavrinPlatform/Linux/Base/Bus.h"
+#include "TavrinPlatform/Linux/Base/DesktopXSettings.h"
+#include "TavrinPlatform/Linux/Base/HandlerList.h"
+#include "TavrinPlatform/Linux/Slot/ClockWatch.h"
+#include "TavrinPlatform/Workspace.h"
+
+#include <map>
+
+namespace tavrin {
+
+/// The window manager's hints, the settings portal, logind and the power profiles. What comes
+/// over a bus is asked for when first wanted and told when the answer is there; until then the
+/// plain default counts. The system bus is only connected once something on it is wanted.
+class LinuxWorkspace final : public Workspace {
+public:
+  /// `session` may be null; `system` gives the system bus, or null.
+  LinuxWorkspace(const FileManager& files, Bus* session, std::function<Bus*()> system);
+
+  std::optional<RunningApplication> frontmostApplication() const override;
+  void open(const std::string& target) override;
+  bool openActivityMonitor() override;
+  [[nodiscard]] TokenPtr observeWake(std::function<void()> handler) override;
+  [[nodiscard]] TokenPtr observeDayChange(std::function<void()> handler) override;
+  [[nodiscard]] TokenPtr observeClockChange(std::function<void()> handler) override;
+  bool isLowPowerMode() const override;
+  [[nodiscard]] TokenPtr observeLowPowerMode(std::function<void()> handler) override;
+  bool prefersReducedMotion() const override;
+  bool prefersDarkAppearance() const override;
+  std::optional<std::string> interfaceFontFamily() const override;
+  [[nodiscard]] TokenPtr observeAppearance(std::function<void()> handler) override;
+
+private:
+  Bus* system() const { return system_(); }
+  ClockWatch& clock();
+  void watchTimeZone();
+  void watchPower() const;
+  void watchSettings() const;
+  void askPortal(const char* group, const char* key) const;
+  void setPortalValue(const std::string& key, sd_bus_message* message) const;
+  /// Takes the scheme and the font from whoever knows them best: the desktop's X settings, the
+  /// portal, the toolkits' own files. Whether something changed.
+  bool readSettings() const;
+
+  const FileManager& files_;
+  Bus* session_;
+  std::function<Bus*()> system_;
+  HandlerList wake_;
+  HandlerList day_;
+  HandlerList clockChange_;
+  HandlerList lowPower_;
+  HandlerList appearance_;
+  std::unique_ptr<ClockWatch> clockWatch_;
+  // Questions that only a query brings about.
+  mutable std::map<std::string, TokenPtr> watches_;
+  mutable bool isLowPower_ = false;
+  mutable bool isDark_ = false;
+  mutable bool hasAnimations_ = true;
+  mutable std::unique_ptr<DesktopXSettings> xsettings_;
+  mutable std::optional<bool> portalDark_;
+  mutable std::string portalFont_;
+  mutable std::optional<std::string> fontFamily_;
+};
+
+} // namespace tavrin

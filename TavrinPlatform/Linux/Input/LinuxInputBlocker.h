@@ -1,0 +1,42 @@
+#pragma once
+
+#include "TavrinPlatform/InputBlocker.h"
+#include "TavrinPlatform/Linux/Base/Bus.h"
+#include "TavrinPlatform/Linux/Base/HandlerList.h"
+
+#include <vector>
+
+namespace tavrin {
+
+/// Holds through a guard process (see InputGuard.h), and knows of screen locks from the screen
+/// savers on the session bus and from logind.
+class LinuxInputBlocker final : public InputBlocker {
+public:
+  /// `session` may be null; `system` gives the system bus, or null.
+  LinuxInputBlocker(RunLoop& runLoop, Bus* session, std::function<Bus*()> system);
+
+  bool isPermitted() override;
+  void requestPermission() override {}
+  bool isSecureInputEnabled() override { return false; }
+  bool isScreenLocked() override;
+  [[nodiscard]] TokenPtr observeEndOfNeed(std::function<void()> handler) override;
+  [[nodiscard]] TokenPtr hold(bool locksPointer, double longest, Callbacks callbacks) override;
+
+private:
+  void watch();
+  void watchScreenSavers();
+  void watchSession(Bus& system);
+  void setLocked(bool& source, bool isLocked);
+
+  RunLoop& runLoop_;
+  Bus* session_;
+  std::function<Bus*()> system_;
+  HandlerList endOfNeed_;
+  bool isWatching_ = false;
+  bool saverLocks_ = false;
+  bool sessionLocks_ = false;
+  std::string sessionPath_;
+  std::vector<TokenPtr> watches_;
+};
+
+} // namespace tavrin

@@ -1,0 +1,74 @@
+#pragma once
+
+#include "TavrinCore/Base/Log.h"
+#include "TavrinPlatform/Application.h"
+#include "TavrinPlatform/Linux/Base/Bus.h"
+
+#include <optional>
+
+class QSocketNotifier;
+
+namespace tavrin {
+
+/// The process under its bundle identifier as a bus name, with the interface
+/// "org.freedesktop.Application" at the path that belongs to the name. Requests that come
+/// before the event loop runs are kept until it does.
+class LinuxApplication final : public Application {
+public:
+  /// `bus` may be null, then nobody else can reach this process.
+  LinuxApplication(std::vector<std::string> arguments, std::optional<std::string> identifier,
+                   Bus* bus);
+  ~LinuxApplication() override;
+
+  /// Asks for the name; the answer is `isFirst`'s.
+  void claimIdentity();
+  /// Waits a moment for the answer. False when another process already has the name.
+  bool isFirst();
+  /// Asks the process that has the name to open this one's files, or to activate, unless this
+  /// one was only to show its tile.
+  void handOver();
+  /// From now on a signal to end ends the event loop. Needs the toolkit.
+  void watchSignals();
+  /// Runs the event loop until `terminate` or a signal to end. The exit status.
+  int run();
+
+  std::vector<std::string> arguments() const override { return arguments_; }
+  void terminate() override;
+  void requestUserAttention() override { setAttention(true); }
+  void cancelUserAttention() override { setAttention(false); }
+
+  /// The user asks for the application. Ends a request for attention.
+  void reopen();
+  /// Somebody wants the panel open: as `reopen` where it is not, which `isPanelShown` tells.
+  void show();
+  bool openFiles(const std::vector<std::filesystem::path>& files);
+
+  std::function<bool()> isPanelShown;
+  /// Shows or hides the request for attention.
+  std::function<void(bool isWanted)> onAttention;
+
+private:
+  static const sd_bus_vtable vtable[];
+  static int activate(sd_bus_message*, void* self, sd_bus_error*);
+  static int open(sd_bus_message*, void* self, sd_bus_error*);
+  static int activateAction(sd_bus_message*, void* self, sd_bus_error*);
+
+  void setAttention(bool isWanted);
+  std::vector<std::filesystem::path> files() const;
+
+  std::vector<std::string> arguments_;
+  std::optional<std::string> identifier_;
+  Bus* bus_;
+  TokenPtr service_;
+  std::optional<bool> isOwner_;
+  bool isRunning_ = false;
+  bool isTerminated_ = false;
+  bool wantsAttention_ = false;
+  std::vector<std::function<void()>> early_;
+  std::unique_ptr<QSocketNotifier> signals_;
+};
+
+/// "a.b.c" is served at "/a/b/c".
+std::string objectPath(const std::string& busName);
+
+} // namespace tavrin

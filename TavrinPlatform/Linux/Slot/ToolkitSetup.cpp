@@ -1,0 +1,55 @@
+#include "TavrinPlatform/Linux/Slot/ToolkitSetup.h"
+
+#include <cstdlib>
+#include <xcb/xcb.h>
+
+namespace tavrin {
+
+bool hasXServer(const FileManager& files) {
+  const auto display = files.environment("DISPLAY");
+  if (!display || display->empty())
+    return false;
+  xcb_connection_t* connection = xcb_connect(display->c_str(), nullptr);
+  const bool answers = xcb_connection_has_error(connection) == 0;
+  xcb_disconnect(connection);
+  return answers;
+}
+
+ToolkitSetup::ToolkitSetup(const FileManager& files) {
+  if (!files.environment("QT_QPA_PLATFORM")) {
+    // The toolkit would end the process where it finds no display.
+    const bool hasWayland = !files.environment("WAYLAND_DISPLAY").value_or("").empty();
+    set("QT_QPA_PLATFORM", hasXServer(files) ? "xcb"
+                           : hasWayland      ? "wayland;offscreen"
+                                             : "offscreen");
+  }
+  setDefault("QT_XCB_GL_INTEGRATION", "none");
+  setDefault("QT_NO_GLIB", "1");
+  // A tile is small; shared memory would answer each picture with an event, a wake-up or two.
+  setDefault("QT_XCB_NO_MITSHM", "1");
+  setDefault("QT_IM_MODULE", "compose");
+  if (!files.environment("QT_QPA_PLATFORMTHEME"))
+    set("XDG_CURRENT_DESKTOP", "none");
+}
+
+ToolkitSetup::~ToolkitSetup() {
+  for (const auto& [name, value] : previous_) {
+    if (value)
+      setenv(name.c_str(), value->c_str(), 1);
+    else
+      unsetenv(name.c_str());
+  }
+}
+
+void ToolkitSetup::set(const char* name, const char* value) {
+  const char* old = std::getenv(name);
+  previous_.emplace(name, old == nullptr ? std::nullopt : std::optional<std::string>(old));
+  setenv(name, value, 1);
+}
+
+void ToolkitSetup::setDefault(const char* name, const char* value) {
+  if (std::getenv(name) == nullptr)
+    set(name, value);
+}
+
+} // namespace tavrin

@@ -1,0 +1,140 @@
+#include "TavrinPlatform/Linux/Tile/PopoverWindow.h"
+
+#include "TavrinPlatform/Linux/Base/X11.h"
+
+#include <QCloseEvent>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QScreen>
+
+namespace tavrin {
+
+namespace {
+
+constexpr int shadowReach = 18;
+constexpr double shadowDrop = 4;
+constexpr int shadowAlpha = 7;
+
+/// Room for the shadow, as far as the screen reaches: a window manager moves a window that stands
+/// beyond the edge, and the panel would jump.
+QRect withShadow(const QRect& panel) {
+  const QRect frame = panel.adjusted(-shadowReach, -shadowReach, shadowReach, shadowReach);
+  const QScreen* screen = QGuiApplication::screenAt(panel.center());
+  return screen == nullptr ? frame : (frame & screen->geometry()) | panel;
+}
+
+bool isOnWayland() {
+  return QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
+}
+
+} // namespace
+
+PopoverWindow::PopoverWindow() : isPlain_(isOnWayland()) {
+  if (isPlain_) {
+    setWindowFlags(Qt::Dialog);
+  } else {
+    setWindowFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
+    setAttribute(Qt::WA_TranslucentBackground);
+  }
+  setAttribute(Qt::WA_QuitOnClose, false);
+}
+
+void PopoverWindow::setContent(QWidget* content) {
+  if (content == content_)
+    return;
+  delete content_;
+  content_ = content;
+  if (content == nullptr)
+    return;
+  content->setParent(this);
+  content->move(outline_.isEmpty() ? QPoint() : content->pos());
+  content->show();
+  setWindowTitle(content->windowTitle());
+  setAccessibleName(content->windowTitle());
+}
+
+void PopoverWindow::setPalette(const PopoverPalette& palette) {
+  if (palette == palette_)
+    return;
+  palette_ = palette;
+  update();
+}
+
+void PopoverWindow::arrange(const PopoverLayout& layout) {
+  const QSize size = layout.body.size().toSize();
+  if (isPlain_) {
+    outline_ = QPainterPath();
+    outline_.addRect(QRectF(QPointF(), QSizeF(size)));
+    setFixedSize(size);
+    if (content_ != nullptr)
+      content_->setGeometry(QRect(QPoint(), size));
+    return;
+  }
+  const bool isComposited = x11::connection() == nullptr || x11::hasCompositor();
+  const QRect frame = isComposited ? withShadow(layout.frame().toAlignedRect())
+                                   : layout.frame().toAlignedRect();
+  outline_ = layout.outline().translated(-frame.topLeft());
+  home_ = frame.topLeft();
+  hasShadow_ = isComposited;
+  setGeometry(frame);
+  if (!isComposited) {
+    setMask(outline_.toFillPolygon().toPolygon());
+  } else if (x11::connection() != nullptr) {
+    clearMask();
+    // A click on the shadow is meant for what lies under it.
+    const double scale = devicePixelRatioF();
+    const QRectF area = outline_.boundingRect();
+    const QRectF pixels(area.topLeft() * scale, area.size() * scale);
+    x11::setInputAreas(static_cast<xcb_window_t>(winId()), {pixels.toAlignedRect()});
+  }
+  if (content_ != nullptr)
+    content_->setGeometry(QRect(layout.body.topLeft().toPoint() - frame.topLeft(), size));
+  update();
+}
+
+bool PopoverWindow::covers(QPoint place) const {
+  return isVisible() && outline_.contains(QPointF(mapFromGlobal(place)));
+}
+
+void PopoverWindow::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  if (isPlain_) {
+    painter.fillRect(rect(), palette_.ground);
+    return;
+  }
+  painter.setRenderHint(QPainter::Antialiasing);
+  if (hasShadow_)
+    paintShadow(painter);
+  painter.fillPath(outline_, palette_.ground);
+  painter.setPen(QPen(palette_.hairline, 1));
+  painter.drawPath(outline_);
+}
+
+void PopoverWindow::paintShadow(QPainter& painter) const {
+  // Ever wider strokes of little weight add up to a slope.
+  painter.save();
+  painter.translate(0, shadowDrop);
+  for (int reach = 1; reach < shadowReach - static_cast<int>(shadowDrop); ++reach) {
+    QPen pen(QColor(0, 0, 0, shadowAlpha), 2.0 * reach);
+    pen.setJoinStyle(Qt::RoundJoin);
+    painter.setPen(pen);
+    painter.drawPath(outline_);
+  }
+  painter.restore();
+}
+
+void PopoverWindow::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Escape && onEscape)
+    onEscape();
+  else
+    QWidget::keyPressEvent(event);
+}
+
+void PopoverWindow::closeEvent(QCloseEvent* event) {
+  event->ignore();
+  if (onEscape)
+    onEscape();
+}
+
+} // namespace tavrin

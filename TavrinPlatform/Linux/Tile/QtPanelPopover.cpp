@@ -1,0 +1,297 @@
+#include "TavrinPlatform/Linux/Tile/QtPanelPopover.h"
+
+#include "TavrinPlatform/Linux/Base/X11.h"
+#include "TavrinPlatform/Linux/Tile/StripWindow.h"
+#include "TavrinPlatform/Linux/Tile/TileSurface.h"
+
+#include <QApplication>
+#include <QScreen>
+#include <QTimer>
+#include <QWindow>
+#include <algorithm>
+#include <cmath>
+
+namespace tavrin {
+
+namespace {
+
+constexpr int openingMilliseconds = 120;
+constexpr int closingMilliseconds = 80;
+constexpr double rise = 4;
+/// The first frame is to be seen at once, not a transparent window.
+constexpr double firstOpacity = 0.35;
+/// How long a window manager may take over moving the focus.
+constexpr int focusDelay = 150;
+/// Who opens it again sooner finds the window as it was.
+constexpr int surfaceMilliseconds = 500;
+constexpr int samePressMilliseconds = 500;
+constexpr int samePressDistance = 64;
+constexpr int screenMargin = 4;
+
+PopoverLayout::Arrow arrowFor(RectEdge edge) {
+  switch (edge) {
+  case RectEdge::maxY:
+    return PopoverLayout::Arrow::bottom;
+  case RectEdge::minY:
+    return PopoverLayout::Arrow::top;
+  case RectEdge::maxX:
+    return PopoverLayout::Arrow::left;
+  case RectEdge::minX:
+    return PopoverLayout::Arrow::right;
+  }
+  return PopoverLayout::Arrow::bottom;
+}
+
+QRectF availableAt(QPointF place) {
+  const QScreen* screen = QGuiApplication::screenAt(place.toPoint());
+  if (screen == nullptr)
+    screen = QGuiApplication::primaryScreen();
+  if (screen == nullptr)
+    return {0, 0, 10'000, 10'000};
+  const int m = screenMargin;
+  return QRectF(screen->availableGeometry()).adjusted(m, m, -m, -m);
+}
+
+/// From pixels of the root window to toolkit points: each screen has its own scale.
+QPoint toolkitPlace(QPoint pixel) {
+  for (const QScreen* screen : QGuiApplication::screens()) {
+    const QRect points = screen->geometry();
+    const double scale = screen->devicePixelRatio();
+    // The toolkit keeps a screen's corner in pixels.
+    const QRect pixels(points.topLeft(), (QSizeF(points.size()) * scale).toSize());
+    if (pixels.contains(pixel))
+      return points.topLeft() + (QPointF(pixel - points.topLeft()) / scale).toPoint();
+  }
+  return pixel;
+}
+
+StripWindow* ownTile() {
+  for (QWindow* window : QGuiApplication::topLevelWindows())
+    if (auto* tile = dynamic_cast<StripWindow*>(window))
+      return tile;
+  return nullptr;
+}
+
+bool isPointerOnTile() {
+  const StripWindow* tile = ownTile();
+  return tile != nullptr && tile->isVisible() &&
+         tile->geometry().contains(x11::connection() != nullptr ? toolkitPlace(x11::pointer())
+                                                                : QCursor::pos());
+}
+
+} // namespace
+
+QtPanelPopover::QtPanelPopover(Environment environment) : environment_(std::move(environment)) {
+  QObject::connect(qApp, &QGuiApplication::focusWindowChanged, &context_,
+                   [this] { focusChanged(); });
+  QObject::connect(&fade_, &QVariantAnimation::valueChanged, &context_, [this](const QVariant& v) {
+    const double shown = v.toDouble();
+    window_->setWindowOpacity(shown);
+    const double lowered = isClosing_ ? 0 : rise * (1 - shown) / (1 - firstOpacity);
+    window_->move(window_->home() + QPoint(0, static_cast<int>(std::lround(lowered))));
+  });
+  QObject::connect(&fade_, &QVariantAnimation::finished, &context_, [this] {
+    if (isClosing_)
+      disappear();
+  });
+}
+
+QtPanelPopover::~QtPanelPopover() = default;
+
+PopoverWindow& QtPanelPopover::window() {
+  if (!window_) {
+    window_ = std::make_unique<PopoverWindow>();
+    window_->onEscape = [this] { close(); };
+  }
+  return *window_;
+}
+
+void QtPanelPopover::setContent(QWidget* content) {
+  window().setContent(content);
+  if (isShown_)
+    arrange();
+}
+
+QWidget* QtPanelPopover::content() const {
+  return window_ ? window_->content() : nullptr;
+}
+
+void QtPanelPopover::setContentSize(QSize size) {
+  if (size == size_)
+    return;
+  size_ = size;
+  if (isShown_)
+    arrange();
+}
+
+void QtPanelPopover::arrange() {
+  const QPointF tip = toolkitPoint(anchor_);
+  const QSize size = size_.isEmpty() && content() != nullptr ? content()->sizeHint() : size_;
+  window().arrange(PopoverLayout::make(tip, arrowFor(edge_), size, availableAt(tip)));
+}
+
+void QtPanelPopover::updatePalette() {
+  PopoverPalette palette =
+      environment_.prefersDarkAppearance() ? PopoverPalette::dark() : PopoverPalette::light();
+  const QWidget* widget = content();
+  if (widget != nullptr && widget->testAttribute(Qt::WA_SetPalette)) {
+    const QColor ground = widget->palette().color(QPalette::Window);
+    const bool isDark = ground.lightnessF() < 0.5;
+    palette = {ground, (isDark ? PopoverPalette::dark() : PopoverPalette::light()).hairline};
+  }
+  window().setPalette(palette);
+}
+
+void QtPanelPopover::show(Point anchor, RectEdge edge) {
+  anchor_ = anchor;
+  edge_ = edge;
+  if (isShown_) {
+    arrange();
+    return;
+  }
+  isShown_ = true;
+  isClosing_ = false;
+  fade_.stop();
+  const bool isOurs = QGuiApplication::focusWindow() != nullptr;
+  if (!isOurs) {
+    previousFocus_ = x11::focusWindow();
+    previousActive_ = x11::activeWindow();
+  }
+  hasHadFocus_ = false;
+  updatePalette();
+  arrange();
+  appear();
+  takeFocus();
+  QTimer::singleShot(0, &context_, [this] {
+    if (isShown_ && !presses_ && x11::connection() != nullptr)
+      presses_ = std::make_unique<PressWatcher>([this](QPoint pixel) { pressedAt(pixel); });
+  });
+}
+
+bool QtPanelPopover::isAnimated() const {
+  return x11::connection() != nullptr && x11::hasCompositor() &&
+         !environment_.prefersReducedMotion();
+}
+
+void QtPanelPopover::appear() {
+  if (isAnimated()) {
+    window_->setWindowOpacity(firstOpacity);
+    fade_.setDuration(openingMilliseconds);
+    fade_.setStartValue(firstOpacity);
+    fade_.setEndValue(1.0);
+    fade_.start();
+  } else {
+    window_->setWindowOpacity(1);
+  }
+  window_->show();
+  window_->raise();
+}
+
+void QtPanelPopover::takeFocus() {
+  window_->activateWindow();
+  if (x11::connection() == nullptr)
+    return;
+  const auto give = [this] {
+    if (isShown_ && QGuiApplication::focusWindow() == nullptr)
+      x11::setFocus(static_cast<xcb_window_t>(window_->winId()));
+  };
+  // An unmapped window cannot have the focus: wait for the first exposure.
+  if (!x11::hasWindowManager())
+    QTimer::singleShot(focusDelay / 10, &context_, give);
+  QTimer::singleShot(focusDelay, &context_, give);
+}
+
+void QtPanelPopover::close() {
+  if (!isShown_)
+    return;
+  isShown_ = false;
+  presses_.reset();
+  if (isAnimated()) {
+    isClosing_ = true;
+    fade_.stop();
+    fade_.setDuration(closingMilliseconds);
+    fade_.setStartValue(window_->windowOpacity());
+    fade_.setEndValue(0.0);
+    fade_.start();
+  } else {
+    disappear();
+  }
+  if (onClose)
+    onClose();
+  if (environment_.hasClosed)
+    environment_.hasClosed();
+}
+
+void QtPanelPopover::disappear() {
+  const QWindow* focus = QGuiApplication::focusWindow();
+  const bool hadFocus = focus != nullptr && window_->isActiveWindow();
+  isClosing_ = false;
+  fade_.stop();
+  window_->hide();
+  giveFocusBack(hadFocus);
+  QTimer::singleShot(surfaceMilliseconds, &context_, [this] {
+    if (!isShown_ && !isClosing_)
+      window_->releaseSurface();
+  });
+}
+
+void QtPanelPopover::giveFocusBack(bool hadFocus) {
+  if (!hadFocus || x11::connection() == nullptr)
+    return;
+  if (!x11::hasWindowManager()) {
+    if (!x11::frame(previousFocus_).isNull() || previousFocus_ == XCB_INPUT_FOCUS_POINTER_ROOT)
+      x11::setFocus(previousFocus_);
+    return;
+  }
+  // Most window managers do it themselves when the panel goes.
+  QTimer::singleShot(focusDelay / 3, &context_, [this, wanted = previousActive_] {
+    if (!isShown_ && wanted != XCB_NONE && x11::activeWindow() != wanted &&
+        QGuiApplication::focusWindow() == nullptr && !x11::frame(wanted).isNull())
+      x11::requestActive(wanted);
+  });
+}
+
+void QtPanelPopover::pressedAt(QPoint pixel) {
+  if (!isShown_)
+    return;
+  const QPoint place = toolkitPlace(pixel);
+  for (const QWindow* other : QGuiApplication::topLevelWindows()) {
+    if (!other->isVisible() || !other->geometry().contains(place))
+      continue;
+    if (other != window_->windowHandle() || window_->covers(place))
+      return;
+  }
+  closingPress_ = place;
+  sinceClosingPress_.start();
+  // Later: the watcher that called is about to go.
+  QTimer::singleShot(0, &context_, [this] { leave(); });
+}
+
+bool QtPanelPopover::hasJustBeenClosedAt(Point place) const {
+  if (!closingPress_ || sinceClosingPress_.hasExpired(samePressMilliseconds))
+    return false;
+  return (*closingPress_ - toolkitPoint(place).toPoint()).manhattanLength() < samePressDistance;
+}
+
+void QtPanelPopover::focusChanged() {
+  if (QGuiApplication::focusWindow() != nullptr) {
+    hasHadFocus_ |= isShown_;
+    return;
+  }
+  if (!isShown_ || !hasHadFocus_)
+    return;
+  const int delay = isPointerOnTile() ? focusDelay : 0;
+  QTimer::singleShot(delay, &context_, [this] {
+    if (isShown_ && QGuiApplication::focusWindow() == nullptr)
+      leave();
+  });
+}
+
+void QtPanelPopover::leave() {
+  if (!isShown_)
+    return;
+  environment_.resignedActive();
+  close();
+}
+
+} // namespace tavrin

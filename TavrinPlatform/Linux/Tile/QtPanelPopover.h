@@ -1,0 +1,70 @@
+#pragma once
+
+#include "TavrinPlatform/Linux/Tile/PopoverWindow.h"
+#include "TavrinPlatform/Linux/Tile/PressWatcher.h"
+#include "TavrinPlatform/PanelPopover.h"
+
+#include <QElapsedTimer>
+#include <QVariantAnimation>
+#include <optional>
+
+namespace tavrin {
+
+/// The popover as a window that takes the focus like any other and grabs nothing. It closes on
+/// Escape, on a press outside of this process's windows, and when the focus goes elsewhere
+/// while the pointer is not on the own tile: a press there is the tile's, which toggles.
+/// The ground is the content's own `QPalette::Window` colour where it has set a palette, else
+/// light or dark as the desktop prefers.
+class QtPanelPopover final : public PanelPopover {
+public:
+  struct Environment {
+    std::function<bool()> prefersReducedMotion;
+    std::function<bool()> prefersDarkAppearance;
+    /// The user is going elsewhere; told before the popover closes for it.
+    std::function<void()> resignedActive;
+    std::function<void()> hasClosed;
+  };
+  explicit QtPanelPopover(Environment environment);
+  ~QtPanelPopover() override;
+
+  void setContent(QWidget* content) override;
+  QWidget* content() const override;
+  void setContentSize(QSize size) override;
+  bool isShown() const override { return isShown_; }
+  void show(Point anchor, RectEdge edge) override;
+  void close() override;
+
+  /// Whether a press at `place` closed the popover just now: then that press is used up.
+  bool hasJustBeenClosedAt(Point place) const;
+
+private:
+  PopoverWindow& window();
+  void arrange();
+  void updatePalette();
+  void appear();
+  void disappear();
+  void takeFocus();
+  void giveFocusBack(bool hadFocus);
+  void pressedAt(QPoint pixel);
+  void focusChanged();
+  void leave();
+  bool isAnimated() const;
+
+  Environment environment_;
+  std::unique_ptr<PopoverWindow> window_;
+  std::unique_ptr<PressWatcher> presses_;
+  QObject context_;
+  QVariantAnimation fade_;
+  QSize size_;
+  Point anchor_;
+  RectEdge edge_ = RectEdge::maxY;
+  bool isShown_ = false;
+  bool isClosing_ = false;
+  bool hasHadFocus_ = false;
+  xcb_window_t previousFocus_ = XCB_NONE;
+  xcb_window_t previousActive_ = XCB_NONE;
+  std::optional<QPoint> closingPress_;
+  QElapsedTimer sinceClosingPress_;
+};
+
+} // namespace tavrin

@@ -1,0 +1,41 @@
+#include "TavrinPlatform/Linux/Tile/StripLayout.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace tavrin {
+
+StripLayout StripLayout::make(const QRectF& available, const DockPreferences& preferences,
+                              const DockTile::Place& place) {
+  StripLayout layout;
+  const bool isLeft = preferences.orientation == "left";
+  const bool isRight = preferences.orientation == "right";
+  layout.isVertical = isLeft || isRight;
+
+  const int span = std::max(place.span, 1);
+  const int before = std::max(place.cellsBefore, 0);
+  const int cells = std::max(place.cellsInAll, before + span);
+  const double length = layout.isVertical ? available.height() : available.width();
+  const double wished = std::clamp(preferences.tileSize, 16.0, 256.0);
+  layout.tileSize = std::min(wished, std::floor(length / (cells * pitchRatio + 2 * insetRatio)));
+  layout.tileSize = std::max(layout.tileSize, 1.0);
+
+  const double pitch = layout.tileSize * pitchRatio;
+  const double inset = layout.tileSize * insetRatio;
+  const double whole = cells * pitch + 2 * inset;
+  const double size = layout.tileSize;
+  const double along = std::round((length - whole) / 2);
+  const double cell = along + inset + before * pitch;
+  if (layout.isVertical) {
+    const double x = isLeft ? available.left() : available.right() - size;
+    layout.strip = {x, available.top() + along, size, whole};
+    layout.tile = {x, available.top() + cell, size, span * pitch};
+  } else {
+    const double y = available.bottom() - size;
+    layout.strip = {available.left() + along, y, whole, size};
+    layout.tile = {available.left() + cell, y, span * pitch, size};
+  }
+  return layout;
+}
+
+} // namespace tavrin

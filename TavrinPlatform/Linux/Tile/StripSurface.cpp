@@ -1,0 +1,122 @@
+#include "TavrinPlatform/Linux/Tile/StripSurface.h"
+
+#include <QGuiApplication>
+#include <QScreen>
+#include <cmath>
+
+namespace tavrin {
+
+namespace {
+
+/// Tiles are designed down to this size, in points; a smaller one is a smaller picture of it.
+constexpr double leastTileSize = 44;
+
+QRect wholePoints(const QRectF& rect) {
+  const QPoint topLeft(static_cast<int>(std::lround(rect.left())),
+                       static_cast<int>(std::lround(rect.top())));
+  const QPoint end(static_cast<int>(std::lround(rect.right())),
+                   static_cast<int>(std::lround(rect.bottom())));
+  return {topLeft, QSize(end.x() - topLeft.x(), end.y() - topLeft.y())};
+}
+
+StripEdge edgeOf(const DockPreferences& preferences) {
+  if (preferences.orientation == "left")
+    return StripEdge::left;
+  return preferences.orientation == "right" ? StripEdge::right : StripEdge::bottom;
+}
+
+} // namespace
+
+StripSurface::StripSurface(Environment environment)
+    : environment_(std::move(environment)),
+      room_(qEnvironmentVariable("TAVRIN_STRIP_RESERVES") != QLatin1String("0"),
+            [this] { arrange(); }) {
+  window_.onClick = [this](QPointF place) {
+    const QPointF centre = QRectF(window_.geometry()).center();
+    const bool isInside = place.x() >= 0 || place.y() >= 0;
+    const QPointF pointer = QCursor::pos();
+    const bool isAtPointer = isInside && QRectF(window_.geometry()).contains(pointer);
+    events.clicked(isInside ? std::optional(place / shrinking_) : std::nullopt,
+                   screenPoint(isAtPointer ? pointer : centre));
+  };
+  window_.onHover = [this](QPointF place) { return events.hovered(place / shrinking_); };
+  window_.onDrop = [this](const auto& files) { return events.dropped(files); };
+  window_.onExpose = [this] {
+    if (std::exchange(wasExposed_, window_.isExposed()) != wasExposed_ && events.visibilityChanged)
+      events.visibilityChanged();
+  };
+  watchScreens();
+  arrange();
+}
+
+void StripSurface::setPlace(const DockTile::Place& place) {
+  place_ = place;
+  hasPlace_ = true;
+  arrange();
+}
+
+void StripSurface::setLabel(const std::string& name, const std::string& value) {
+  window_.setLabel(QString::fromStdString(name), QString::fromStdString(value));
+}
+
+void StripSurface::display(const QImage& image) {
+  window_.setPicture(image, format_.scale / shrinking_);
+  if (!std::exchange(hasPicture_, true))
+    arrange();
+}
+
+void StripSurface::setAttention(bool isWanted) {
+  window_.setAttention(isWanted, !environment_.prefersReducedMotion());
+}
+
+std::optional<Rect> StripSurface::frame() const {
+  return hasPlace_ ? std::optional(screenRect(layout_.tile)) : std::nullopt;
+}
+
+std::optional<Rect> StripSurface::stripFrame() const {
+  return hasPlace_ ? std::optional(screenRect(layout_.strip)) : std::nullopt;
+}
+
+void StripSurface::arrange() {
+  const QScreen* screen = QGuiApplication::primaryScreen();
+  if (screen == nullptr)
+    return;
+  const DockPreferences preferences = environment_.preferences();
+  const StripEdge edge = edgeOf(preferences);
+  layout_ = StripLayout::make(room_.available(*screen, edge), preferences, place_);
+  DockTile::Format format;
+  format.tileSize = std::max(layout_.tileSize, leastTileSize);
+  shrinking_ = layout_.tileSize / format.tileSize;
+  format.span = layout_.isVertical ? 1 : std::max(place_.span, 1);
+  format.scale = screen->devicePixelRatio() * shrinking_;
+  // Nothing is shown before there is something to see.
+  if (hasPicture_) {
+    const QRect tile = wholePoints(layout_.tile);
+    window_.moveTo(tile);
+    room_.reserve(static_cast<xcb_window_t>(window_.winId()), tile, *screen, edge);
+  }
+  if (format == format_)
+    return;
+  format_ = format;
+  if (events.formatChanged)
+    events.formatChanged();
+}
+
+void StripSurface::watchScreens() {
+  QObject::connect(qGuiApp, &QGuiApplication::primaryScreenChanged, &screenWatch_,
+                   [this] { followScreen(); });
+  followScreen();
+}
+
+void StripSurface::followScreen() {
+  geometryWatch_ = std::make_unique<QObject>();
+  if (const QScreen* screen = QGuiApplication::primaryScreen()) {
+    const auto again = [this] { arrange(); };
+    QObject::connect(screen, &QScreen::availableGeometryChanged, geometryWatch_.get(), again);
+    QObject::connect(screen, &QScreen::geometryChanged, geometryWatch_.get(), again);
+    QObject::connect(screen, &QScreen::logicalDotsPerInchChanged, geometryWatch_.get(), again);
+  }
+  arrange();
+}
+
+} // namespace tavrin

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "TavrinPlatform/Linux/Tile/StripLayout.h"
+#include "TavrinPlatform/Linux/Tile/StripRoom.h"
+#include "TavrinPlatform/Linux/Tile/StripWindow.h"
+#include "TavrinPlatform/Linux/Tile/TileSurface.h"
+
+#include <QObject>
+
+namespace tavrin {
+
+/// The tile as a window in the row that all slots form along an edge of the first screen. A wide
+/// tile lies along the edge; at the left and right edge tiles are square.
+class StripSurface final : public TileSurface {
+public:
+  struct Environment {
+    std::function<DockPreferences()> preferences;
+    std::function<bool()> prefersReducedMotion;
+  };
+  explicit StripSurface(Environment environment);
+
+  DockTile::Format format() const override { return format_; }
+  void setPlace(const DockTile::Place& place) override;
+  void setLabel(const std::string& name, const std::string& value) override;
+  void display(const QImage& image) override;
+  bool isVisible() const override { return window_.isExposed(); }
+  void setAttention(bool isWanted) override;
+  std::optional<Rect> frame() const override;
+
+  /// The whole row; no value before the tile has a place in it.
+  std::optional<Rect> stripFrame() const;
+  double tileSize() const { return layout_.tileSize; }
+  StripWindow& window() { return window_; }
+
+private:
+  void arrange();
+  void watchScreens();
+  void followScreen();
+
+  Environment environment_;
+  StripRoom room_;
+  StripWindow window_;
+  StripLayout layout_;
+  DockTile::Place place_;
+  DockTile::Format format_;
+  /// Points of the screen for a point of the picture; less than 1 for a very small tile.
+  double shrinking_ = 1;
+  bool hasPicture_ = false;
+  bool hasPlace_ = false;
+  bool wasExposed_ = false;
+  QObject screenWatch_;
+  std::unique_ptr<QObject> geometryWatch_;
+};
+
+} // namespace tavrin

@@ -1,0 +1,305 @@
+#include "TavrinPlatform/Linux/Tile/StripWindow.h"
+
+#include "TavrinCore/Base/FileURL.h"
+#include "TavrinPlatform/Linux/Base/X11.h"
+#include "TavrinPlatform/Linux/Tile/TileAccessibility.h"
+
+#include <QCoreApplication>
+#include <QDropEvent>
+#include <QMimeData>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QToolTip>
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <xcb/shape.h>
+#include <xcb/xfixes.h>
+
+namespace tavrin {
+
+namespace {
+
+constexpr int toolTipDelay = 700;
+constexpr int hopDuration = 2'400;
+constexpr int hops = 4;
+constexpr double hopHeightRatio = 0.35;
+constexpr double ringRatio = 0.05;
+constexpr double bodyRatio = 0.805;
+const QColor ringColour(0xFF, 0x9F, 0x0A);
+constexpr std::uint32_t everyDesktop = 0xFFFFFFFF;
+constexpr int solid = 128;
+
+/// Runs of pixels that are rather seen than not, row by row.
+std::vector<QRect> solidRuns(const QImage& image, QPoint origin) {
+  std::vector<QRect> runs;
+  for (int y = 0; y < image.height(); ++y) {
+    const auto* row = reinterpret_cast<const QRgb*>(image.constScanLine(y));
+    for (int x = 0; x < image.width();) {
+      const int start = x;
+      const bool isSolid = qAlpha(row[x]) >= solid;
+      while (x < image.width() && (qAlpha(row[x]) >= solid) == isSolid)
+        ++x;
+      if (!isSolid)
+        continue;
+      const QRect run(origin.x() + start, origin.y() + y, x - start, 1);
+      if (!runs.empty() && runs.back().left() == run.left() && runs.back().width() == run.width() &&
+          runs.back().bottom() + 1 == run.top())
+        runs.back().setBottom(run.bottom());
+      else
+        runs.push_back(run);
+    }
+  }
+  return runs;
+}
+
+} // namespace
+
+StripWindow::StripWindow() {
+  setFlags(Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::WindowDoesNotAcceptFocus);
+  QSurfaceFormat format;
+  format.setAlphaBufferSize(8);
+  setFormat(format);
+  hop_.setDuration(hopDuration);
+  hop_.setStartValue(0.0);
+  hop_.setEndValue(1.0);
+  connect(&hop_, &QVariantAnimation::valueChanged, this, [this](const QVariant& value) {
+    const double phase = value.toDouble() * hops;
+    const double fading = 1 - value.toDouble();
+    const double lift = std::abs(std::sin(phase * M_PI)) * fading * hopHeightRatio * height();
+    setPosition(home_ - QPoint(0, static_cast<int>(std::lround(lift))));
+  });
+}
+
+StripWindow::~StripWindow() {
+  if (auto* application = QCoreApplication::instance())
+    application->removeNativeEventFilter(this);
+}
+
+void StripWindow::moveTo(const QRect& frame) {
+  home_ = frame.topLeft();
+  setGeometry(frame);
+  if (handle() == nullptr) {
+    create();
+    becomeDockWindow();
+    watchCompositor();
+    updateOutline(); // The first picture is here before the window.
+  }
+  if (!isVisible())
+    show();
+}
+
+void StripWindow::setPicture(const QImage& image, double scale) {
+  const bool isSame = picture_.size() == image.size();
+  const QImage::Format format = QImage::Format_ARGB32_Premultiplied;
+  if (isSame && image.format() == format && picture_.isDetached()) {
+    for (int y = 0; y < image.height(); ++y)
+      std::memcpy(picture_.scanLine(y), image.constScanLine(y),
+                  static_cast<std::size_t>(image.width()) * 4);
+  } else {
+    picture_ = image.convertToFormat(format);
+    picture_.detach();
+  }
+  picture_.setDevicePixelRatio(scale);
+  updateOutline();
+  update();
+}
+
+void StripWindow::setLabel(const QString& name, const QString& value) {
+  using Change = TileLabel<QString>::Change;
+  const Change change = label_.set(name, value);
+  if (change == Change::name)
+    setTitle(name);
+  if (change != Change::none && isAnnouncing_)
+    announceTileChange(*this, change == Change::name);
+}
+
+void StripWindow::setAttention(bool isWanted, bool mayMove) {
+  hasRing_ = isWanted;
+  hop_.stop();
+  setPosition(home_);
+  if (isWanted && mayMove)
+    hop_.start();
+  if (isWanted)
+    alert(0);
+  else
+    requestUpdate();
+  update();
+}
+
+QAccessibleInterface* StripWindow::accessibleRoot() const {
+  return accessibleTile(const_cast<StripWindow*>(this));
+}
+
+QRectF StripWindow::pictureRect() const {
+  const QSizeF points = picture_.deviceIndependentSize();
+  return {{(width() - points.width()) / 2, (height() - points.height()) / 2}, points};
+}
+
+void StripWindow::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.setCompositionMode(QPainter::CompositionMode_Source);
+  painter.fillRect(QRect(QPoint(), size()), Qt::transparent);
+  if (!picture_.isNull()) {
+    // Whole pixels, else the picture would be resampled.
+    const double scale = devicePixelRatio();
+    const QPointF place = pictureRect().topLeft() * scale;
+    painter.drawImage(QPointF(std::floor(place.x()), std::floor(place.y())) / scale, picture_);
+  }
+  if (hasRing_)
+    paintRing(painter);
+}
+
+void StripWindow::paintRing(QPainter& painter) const {
+  const double side = pictureRect().height();
+  const double margin = side * (1 - bodyRatio) / 2;
+  const double stroke = std::max(side * ringRatio, 2.0);
+  const double inset = margin + stroke / 2;
+  const QRectF body = pictureRect().adjusted(inset, inset, -inset, -inset);
+  painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(QPen(ringColour, stroke));
+  painter.drawRoundedRect(body, side * bodyRatio * 0.24, side * bodyRatio * 0.24);
+}
+
+void StripWindow::exposeEvent(QExposeEvent* event) {
+  QRasterWindow::exposeEvent(event);
+  if (onExpose)
+    onExpose();
+}
+
+void StripWindow::mousePressEvent(QMouseEvent* event) {
+  isPressed_ = event->button() == Qt::LeftButton;
+  toolTip_.stop();
+}
+
+void StripWindow::mouseReleaseEvent(QMouseEvent* event) {
+  const bool isInside = QRectF(QPointF(), QSizeF(size())).contains(event->position());
+  if (event->button() == Qt::LeftButton && std::exchange(isPressed_, false) && isInside && onClick)
+    onClick(event->position() - pictureRect().topLeft());
+}
+
+void StripWindow::mouseMoveEvent(QMouseEvent* event) {
+  hover(event->position());
+}
+
+void StripWindow::hover(QPointF place) {
+  const bool isOverButton = onHover && onHover(place - pictureRect().topLeft());
+  if (isOverButton != (cursor().shape() == Qt::PointingHandCursor))
+    setCursor(isOverButton ? Qt::PointingHandCursor : Qt::ArrowCursor);
+  if (!label_.name.isEmpty() && !isPressed_)
+    toolTip_.start(toolTipDelay, this);
+}
+
+bool StripWindow::event(QEvent* event) {
+  switch (event->type()) {
+  case QEvent::DragEnter:
+  case QEvent::DragMove:
+  case QEvent::Drop:
+    return handleDrag(event);
+  case QEvent::Leave:
+    toolTip_.stop();
+    break;
+  default:
+    break;
+  }
+  return QRasterWindow::event(event);
+}
+
+bool StripWindow::handleDrag(QEvent* event) {
+  auto* drag = static_cast<QDropEvent*>(event);
+  const QByteArray list = drag->mimeData()->data(QStringLiteral("text/uri-list"));
+  const auto paths = pathsOfURIList({list.constData(), static_cast<std::size_t>(list.size())});
+  const auto action =
+      drag->possibleActions().testFlag(Qt::CopyAction) ? Qt::CopyAction : Qt::LinkAction;
+  bool isAccepted = !paths.empty() && onDrop && drag->possibleActions().testFlag(action);
+  if (isAccepted && event->type() == QEvent::Drop)
+    isAccepted = onDrop(paths);
+  // Never as a move: its source would then delete the files.
+  if (isAccepted) {
+    drag->setDropAction(action);
+    drag->accept();
+  } else {
+    drag->ignore();
+  }
+  return true;
+}
+
+void StripWindow::timerEvent(QTimerEvent* event) {
+  if (event->timerId() != toolTip_.timerId()) {
+    QRasterWindow::timerEvent(event);
+    return;
+  }
+  toolTip_.stop();
+  QToolTip::showText(QCursor::pos(), label_.name);
+}
+
+void StripWindow::becomeDockWindow() {
+  auto* x = x11::connection();
+  if (x == nullptr)
+    return;
+  const auto window = static_cast<xcb_window_t>(winId());
+  x11::setNumbers(window, "_NET_WM_WINDOW_TYPE", XCB_ATOM_ATOM,
+                  {x11::atom("_NET_WM_WINDOW_TYPE_DOCK")});
+  x11::setNumbers(window, "_NET_WM_STATE", XCB_ATOM_ATOM,
+                  {x11::atom("_NET_WM_STATE_ABOVE"), x11::atom("_NET_WM_STATE_STICKY"),
+                   x11::atom("_NET_WM_STATE_SKIP_TASKBAR"), x11::atom("_NET_WM_STATE_SKIP_PAGER")});
+  x11::setNumbers(window, "_NET_WM_DESKTOP", XCB_ATOM_CARDINAL, {everyDesktop});
+}
+
+void StripWindow::watchCompositor() {
+  auto* x = x11::connection();
+  if (x == nullptr)
+    return;
+  isComposited_ = x11::hasCompositor();
+  xcb_xfixes_select_selection_input(x, static_cast<xcb_window_t>(winId()),
+                                    x11::atom("_NET_WM_CM_S0"),
+                                    XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
+                                        XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
+                                        XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
+  QCoreApplication::instance()->installNativeEventFilter(this);
+}
+
+bool StripWindow::nativeEventFilter(const QByteArray&, void* message, qintptr*) {
+  const auto* event = static_cast<const xcb_generic_event_t*>(message);
+  static const auto* extension = xcb_get_extension_data(x11::connection(), &xcb_xfixes_id);
+  const auto type = event->response_type & 0x7F;
+  if (extension == nullptr || type != extension->first_event + XCB_XFIXES_SELECTION_NOTIFY)
+    return false;
+  const auto* change = reinterpret_cast<const xcb_xfixes_selection_notify_event_t*>(event);
+  if (change->selection != x11::atom("_NET_WM_CM_S0"))
+    return false;
+  isComposited_ = change->owner != XCB_NONE;
+  outline_.clear();
+  updateOutline();
+  return false;
+}
+
+void StripWindow::updateOutline() {
+  auto* x = x11::connection();
+  if (x == nullptr || handle() == nullptr)
+    return;
+  const auto window = static_cast<xcb_window_t>(winId());
+  if (isComposited_ || picture_.isNull()) {
+    if (std::exchange(isCut_, false))
+      xcb_shape_mask(x, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING, window, 0, 0, XCB_NONE);
+    return;
+  }
+  const QPointF place = pictureRect().topLeft() * devicePixelRatio();
+  isCut_ = true;
+  auto runs = solidRuns(picture_, QPoint(static_cast<int>(std::floor(place.x())),
+                                         static_cast<int>(std::floor(place.y()))));
+  if (runs == outline_)
+    return;
+  std::vector<xcb_rectangle_t> rectangles;
+  for (const QRect& run : runs)
+    rectangles.push_back({static_cast<std::int16_t>(run.x()), static_cast<std::int16_t>(run.y()),
+                          static_cast<std::uint16_t>(run.width()),
+                          static_cast<std::uint16_t>(run.height())});
+  xcb_shape_rectangles(x, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING, XCB_CLIP_ORDERING_YX_SORTED,
+                       window, 0, 0, static_cast<std::uint32_t>(rectangles.size()),
+                       rectangles.data());
+  outline_ = std::move(runs);
+}
+
+} // namespace tavrin

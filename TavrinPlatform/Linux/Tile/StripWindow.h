@@ -1,0 +1,75 @@
+#pragma once
+
+#include "TavrinPlatform/Linux/Tile/TileLabel.h"
+
+#include <QAbstractNativeEventFilter>
+#include <QBasicTimer>
+#include <QImage>
+#include <QRasterWindow>
+#include <QVariantAnimation>
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace tavrin {
+
+/// The borderless window of one tile: above all others, on every desktop, never focused. Where
+/// no compositor mixes it with what lies under it, it is cut to the outline of its picture.
+class StripWindow final : public QRasterWindow, private QAbstractNativeEventFilter {
+public:
+  StripWindow();
+  ~StripWindow() override;
+
+  void moveTo(const QRect& frame);
+  void setPicture(const QImage& image, double scale);
+  void setLabel(const QString& name, const QString& value);
+  /// Hops a few times and then wears a ring, until it is taken back.
+  void setAttention(bool isWanted, bool mayMove);
+
+  /// Whether changes of the label are told to assistive technology.
+  void setAnnouncing(bool isAnnouncing) { isAnnouncing_ = isAnnouncing; }
+
+  const QString& name() const { return label_.name; }
+  const QString& value() const { return label_.value; }
+
+  std::function<void(QPointF)> onClick;
+  std::function<bool(QPointF)> onHover;
+  std::function<bool(const std::vector<std::filesystem::path>&)> onDrop;
+  std::function<void()> onExpose;
+
+  QAccessibleInterface* accessibleRoot() const override;
+
+protected:
+  void paintEvent(QPaintEvent*) override;
+  void exposeEvent(QExposeEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  bool event(QEvent* event) override;
+  void timerEvent(QTimerEvent* event) override;
+
+private:
+  bool nativeEventFilter(const QByteArray& type, void* message, qintptr* result) override;
+  void becomeDockWindow();
+  void watchCompositor();
+  void updateOutline();
+  void paintRing(QPainter& painter) const;
+  void hover(QPointF place);
+  bool handleDrag(QEvent* event);
+  QRectF pictureRect() const;
+
+  QImage picture_;
+  TileLabel<QString> label_;
+  QPoint home_;
+  QVariantAnimation hop_;
+  QBasicTimer toolTip_;
+  std::vector<QRect> outline_;
+  bool isComposited_ = false;
+  bool isCut_ = false;
+  bool hasRing_ = false;
+  bool isPressed_ = false;
+  bool isAnnouncing_ = false;
+};
+
+} // namespace tavrin

@@ -1,0 +1,109 @@
+#include "TavrinPlatform/Linux/Tile/TileAccessibility.h"
+
+#include "TavrinPlatform/Linux/Tile/StripWindow.h"
+
+#include <QAccessible>
+#include <QAccessibleObject>
+
+namespace tavrin {
+
+namespace {
+
+class AccessibleTile final : public QAccessibleObject, public QAccessibleActionInterface {
+public:
+  explicit AccessibleTile(StripWindow* window) : QAccessibleObject(window) {}
+
+  QAccessibleInterface* parent() const override {
+    return QAccessible::queryAccessibleInterface(qApp);
+  }
+  QAccessibleInterface* child(int) const override { return nullptr; }
+  int childCount() const override { return 0; }
+  int indexOfChild(const QAccessibleInterface*) const override { return -1; }
+  QAccessible::Role role() const override { return QAccessible::Button; }
+  QString text(QAccessible::Text kind) const override {
+    switch (kind) {
+    case QAccessible::Name:
+      return tile()->name();
+    // A button has no value of its own on the bus: what the tile shows is its description.
+    case QAccessible::Description:
+      return tile()->value();
+    default:
+      return {};
+    }
+  }
+  QAccessible::State state() const override {
+    QAccessible::State state;
+    state.invisible = !tile()->isVisible();
+    return state;
+  }
+  QRect rect() const override { return tile()->geometry(); }
+  QWindow* window() const override { return tile(); }
+  void* interface_cast(QAccessible::InterfaceType type) override {
+    return type == QAccessible::ActionInterface ? static_cast<QAccessibleActionInterface*>(this)
+                                                : nullptr;
+  }
+  QStringList actionNames() const override { return {pressAction()}; }
+  void doAction(const QString& action) override {
+    // A place outside every button: the whole tile is pressed.
+    if (action == pressAction() && tile()->onClick)
+      tile()->onClick(QPointF(-1, -1));
+  }
+  QStringList keyBindingsForAction(const QString&) const override { return {}; }
+
+private:
+  StripWindow* tile() const { return static_cast<StripWindow*>(object()); }
+};
+
+const BusAddress status{"org.a11y.Bus", "/org/a11y/bus", "org.freedesktop.DBus.Properties"};
+
+QAccessibleInterface* makeTile(const QString&, QObject* object) {
+  auto* window = dynamic_cast<StripWindow*>(object);
+  return window == nullptr ? nullptr : new AccessibleTile(window);
+}
+
+} // namespace
+
+QAccessibleInterface* accessibleTile(StripWindow* window) {
+  static const bool isInstalled = (QAccessible::installFactory(makeTile), true);
+  static_cast<void>(isInstalled);
+  return QAccessible::queryAccessibleInterface(window);
+}
+
+void announceTileChange(StripWindow& window, bool isNameChanged) {
+  accessibleTile(&window);
+  QAccessibleEvent event(&window, isNameChanged ? QAccessible::NameChanged
+                                                : QAccessible::DescriptionChanged);
+  QAccessible::updateAccessibility(&event);
+}
+
+AccessibilitySwitch::AccessibilitySwitch(Bus& bus, StripWindow& window)
+    : bus_(bus), window_(window) {
+  changes_ = bus_.match("type='signal',path='/org/a11y/bus',member='PropertiesChanged',"
+                        "interface='org.freedesktop.DBus.Properties',arg0='org.a11y.Status'",
+                        [this](sd_bus_message*) { ask(); });
+  if (qEnvironmentVariableIsSet("QT_LINUX_ACCESSIBILITY_ALWAYS_ON"))
+    turnOn();
+  else
+    ask();
+}
+
+void AccessibilitySwitch::ask() {
+  BusMessage question = bus_.method(status, "Get");
+  sd_bus_message_set_auto_start(question.get(), 0);
+  question.append("ss", "org.a11y.Status", "IsEnabled");
+  bus_.call(question, [this](sd_bus_message* reply, const std::string&) {
+    int isEnabled = 0;
+    if (reply != nullptr)
+      sd_bus_message_read(reply, "v", "b", &isEnabled);
+    if (isEnabled != 0)
+      turnOn();
+  });
+}
+
+void AccessibilitySwitch::turnOn() {
+  // The question alone makes the toolkit connect.
+  static_cast<void>(QAccessible::isActive());
+  window_.setAnnouncing(true);
+}
+
+} // namespace tavrin

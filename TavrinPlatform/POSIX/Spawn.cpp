@@ -1,0 +1,99 @@
+#include "TavrinPlatform/POSIX/Spawn.h"
+
+#include <csignal>
+#include <spawn.h>
+#include <string_view>
+#include <unistd.h>
+
+namespace tavrin {
+namespace {
+
+class FileActions {
+public:
+  FileActions() { posix_spawn_file_actions_init(&actions_); }
+  ~FileActions() { posix_spawn_file_actions_destroy(&actions_); }
+  FileActions(const FileActions&) = delete;
+  FileActions& operator=(const FileActions&) = delete;
+  void place(int descriptor, int number) {
+    if (descriptor >= 0)
+      posix_spawn_file_actions_adddup2(&actions_, descriptor, number);
+  }
+  void enter(const std::string& folder) {
+    if (!folder.empty())
+      posix_spawn_file_actions_addchdir_np(&actions_, folder.c_str());
+  }
+  /// Libraries open files that a child would inherit.
+  void closeOthers() { posix_spawn_file_actions_addclosefrom_np(&actions_, STDERR_FILENO + 1); }
+  const posix_spawn_file_actions_t* get() const { return &actions_; }
+
+private:
+  posix_spawn_file_actions_t actions_;
+};
+
+class Attributes {
+public:
+  explicit Attributes(bool leadsGroup) {
+    posix_spawnattr_init(&attributes_);
+    sigset_t none;
+    sigset_t changed;
+    sigemptyset(&none);
+    sigemptyset(&changed);
+    for (const int number : {SIGPIPE, SIGINT, SIGQUIT, SIGTERM, SIGHUP, SIGCHLD})
+      sigaddset(&changed, number);
+    posix_spawnattr_setsigmask(&attributes_, &none);
+    posix_spawnattr_setsigdefault(&attributes_, &changed);
+    posix_spawnattr_setpgroup(&attributes_, 0);
+    posix_spawnattr_setflags(&attributes_,
+                             static_cast<short>(POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF |
+                                                (leadsGroup ? POSIX_SPAWN_SETPGROUP : 0)));
+  }
+  ~Attributes() { posix_spawnattr_destroy(&attributes_); }
+  Attributes(const Attributes&) = delete;
+  Attributes& operator=(const Attributes&) = delete;
+  const posix_spawnattr_t* get() const { return &attributes_; }
+
+private:
+  posix_spawnattr_t attributes_;
+};
+
+} // namespace
+
+pid_t spawn(const SpawnRequest& request) {
+  FileActions actions;
+  actions.place(request.input, STDIN_FILENO);
+  actions.place(request.output, STDOUT_FILENO);
+  actions.place(request.errors, STDERR_FILENO);
+  actions.enter(request.workingFolder);
+  actions.closeOthers();
+  const Attributes attributes(request.leadsGroup);
+  std::vector<std::string> words = {request.program};
+  words.insert(words.end(), request.arguments.begin(), request.arguments.end());
+  auto variables = request.environment.value_or(std::vector<std::string>());
+  pid_t child = 0;
+  const int error = posix_spawnp(&child, request.program.c_str(), actions.get(), attributes.get(),
+                                 pointers(words).data(),
+                                 request.environment ? pointers(variables).data() : environ);
+  return error == 0 ? child : -error;
+}
+
+std::vector<char*> pointers(std::vector<std::string>& words) {
+  std::vector<char*> list;
+  for (auto& word : words)
+    list.push_back(word.data());
+  list.push_back(nullptr);
+  return list;
+}
+
+std::vector<std::string> environmentWith(const std::map<std::string, std::string>& additions) {
+  std::vector<std::string> variables;
+  for (char** line = environ; *line != nullptr; ++line) {
+    const std::string_view text(*line);
+    if (!additions.contains(std::string(text.substr(0, text.find('=')))))
+      variables.emplace_back(text);
+  }
+  for (const auto& [name, value] : additions)
+    variables.push_back(name + "=" + value);
+  return variables;
+}
+
+} // namespace tavrin
