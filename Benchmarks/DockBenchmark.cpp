@@ -1,5 +1,5 @@
-#include "TavrinStorage/PlistFileBackend.h"
-#include "TavrinStorage/WorkspaceBackupStore.h"
+#include "TavrinStorage/Dock/PlistFileBackend.h"
+#include "TavrinStorage/Dock/WorkspaceBackupStore.h"
 
 #include <benchmark/benchmark.h>
 #include <cstdlib>

@@ -3,8 +3,8 @@
 #include "TavrinPlatform/Qt/QtRunLoop.h"
 #include "TavrinWidgetsUI/Files/FileRoll.h"
 #include "TavrinWidgetsUI/Files/FileViews.h"
-#include "TavrinWidgetsUI/Kit/Thumbnail.h"
-#include "TavrinWidgetsUI/Kit/ViewRenderer.h"
+#include "TavrinWidgetsUI/Kit/Pictures/Thumbnail.h"
+#include "TavrinWidgetsUI/Kit/Views/ViewRenderer.h"
 
 #include <QBuffer>
 #include <QCoreApplication>

@@ -1,6 +1,6 @@
-#include "TavrinWidgetsUI/Kit/Symbols.h"
-#include "TavrinWidgetsUI/Kit/TileLayout.h"
-#include "TavrinWidgetsUI/Kit/ViewRenderer.h"
+#include "TavrinWidgetsUI/Kit/Pictures/Symbols.h"
+#include "TavrinWidgetsUI/Kit/Views/TileLayout.h"
+#include "TavrinWidgetsUI/Kit/Views/ViewRenderer.h"
 
 #include <QApplication>
 #include <benchmark/benchmark.h>

@@ -1,5 +1,5 @@
 #include "TavrinCore/Kinds/ClaudeUsage/ClaudeUsage.h"
-#include "TavrinStorage/ClaudeUsageSource.h"
+#include "TavrinStorage/ClaudeUsage/ClaudeUsageSource.h"
 
 #include <benchmark/benchmark.h>
 #include <chrono>

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "TavrinHost/HostError.h"
-#include "TavrinHost/SettingText.h"
-#include "TavrinHost/WidgetLibrary.h"
+#include "TavrinHost/Widgets/SettingText.h"
+#include "TavrinHost/Widgets/WidgetLibrary.h"
 
 #include <fmt/format.h>
 #include <functional>

@@ -1,15 +1,15 @@
 #include "TavrinHost/Program.h"
 
-#include "TavrinHost/BackupCommands.h"
 #include "TavrinHost/CompletionCommands.h"
-#include "TavrinHost/DockCommands.h"
-#include "TavrinHost/DockLibrary.h"
-#include "TavrinHost/EditService.h"
-#include "TavrinHost/FocusCommands.h"
-#include "TavrinHost/ProfileCommands.h"
-#include "TavrinHost/SlotCommands.h"
-#include "TavrinHost/UsageCommands.h"
-#include "TavrinHost/WidgetCommands.h"
+#include "TavrinHost/Dock/BackupCommands.h"
+#include "TavrinHost/Dock/DockCommands.h"
+#include "TavrinHost/Dock/DockLibrary.h"
+#include "TavrinHost/Dock/FocusCommands.h"
+#include "TavrinHost/Dock/ProfileCommands.h"
+#include "TavrinHost/Widgets/EditService.h"
+#include "TavrinHost/Widgets/SlotCommands.h"
+#include "TavrinHost/Widgets/UsageCommands.h"
+#include "TavrinHost/Widgets/WidgetCommands.h"
 
 #include <algorithm>
 #include <fmt/format.h>

@@ -4,7 +4,7 @@
 #include "TavrinSlot/DockPanelPresenter.h"
 #include "TavrinSlot/DockTileRenderer.h"
 #include "TavrinStorage/StoragePath.h"
-#include "TavrinWidgetsUI/Kit/PanelStyle.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
 
 namespace tavrin {
 

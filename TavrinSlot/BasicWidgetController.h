@@ -4,8 +4,8 @@
 #include "TavrinSlot/SlotContext.h"
 #include "TavrinSlot/WidgetController.h"
 #include "TavrinStorage/WidgetStore.h"
-#include "TavrinWidgetsUI/Kit/PanelView.h"
-#include "TavrinWidgetsUI/Kit/TileLayout.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelView.h"
+#include "TavrinWidgetsUI/Kit/Views/TileLayout.h"
 
 #include <memory>
 #include <optional>

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "TavrinPlatform/DockTile.h"
-#include "TavrinWidgetsUI/Kit/TileLayout.h"
-#include "TavrinWidgetsUI/Kit/ViewRenderer.h"
+#include "TavrinWidgetsUI/Kit/Views/TileLayout.h"
+#include "TavrinWidgetsUI/Kit/Views/ViewRenderer.h"
 
 #include <functional>
 

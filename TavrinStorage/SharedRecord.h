@@ -2,7 +2,7 @@
 
 #include "TavrinCore/Base/Coding.h"
 #include "TavrinPlatform/DistributedNotificationCenter.h"
-#include "TavrinStorage/AtomicFile.h"
+#include "TavrinPlatform/Files/AtomicFile.h"
 
 #include <filesystem>
 

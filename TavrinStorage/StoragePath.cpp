@@ -1,7 +1,7 @@
 #include "TavrinStorage/StoragePath.h"
 
 #include "TavrinCore/Base/Errors.h"
-#include "TavrinCore/Base/Text.h"
+#include "TavrinCore/Text/Text.h"
 
 #include <algorithm>
 #include <system_error>

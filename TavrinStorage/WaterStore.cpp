@@ -1,6 +1,6 @@
 #include "TavrinStorage/WaterStore.h"
 
-#include "TavrinStorage/AtomicFile.h"
+#include "TavrinPlatform/Files/AtomicFile.h"
 
 namespace tavrin {
 namespace {

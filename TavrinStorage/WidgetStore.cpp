@@ -1,8 +1,8 @@
 #include "TavrinStorage/WidgetStore.h"
 
-#include "TavrinCore/Base/Text.h"
 #include "TavrinCore/Dock/DockError.h"
-#include "TavrinStorage/AtomicFile.h"
+#include "TavrinCore/Text/Text.h"
+#include "TavrinPlatform/Files/AtomicFile.h"
 
 #include <algorithm>
 #include <system_error>

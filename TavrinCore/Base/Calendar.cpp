@@ -1,6 +1,6 @@
 #include "TavrinCore/Base/Calendar.h"
 
-#include "TavrinCore/Base/SystemLocale.h"
+#include "TavrinCore/Text/SystemLocale.h"
 
 #include <cmath>
 #include <cstdlib>

@@ -1,6 +1,6 @@
 #include "TavrinCore/Base/FileURL.h"
 
-#include "TavrinCore/Base/Text.h"
+#include "TavrinCore/Text/Text.h"
 
 #include <cctype>
 

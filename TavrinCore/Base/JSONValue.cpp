@@ -1,6 +1,6 @@
 #include "TavrinCore/Base/JSONValue.h"
 
-#include "TavrinCore/Base/JSONText.h"
+#include "TavrinCore/Text/JSONText.h"
 
 #include <charconv>
 #include <cmath>

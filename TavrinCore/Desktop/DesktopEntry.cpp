@@ -1,7 +1,7 @@
 #include "TavrinCore/Desktop/DesktopEntry.h"
 
-#include "TavrinCore/Base/Text.h"
 #include "TavrinCore/Desktop/KeyFile.h"
+#include "TavrinCore/Text/Text.h"
 
 #include <algorithm>
 #include <array>

@@ -1,7 +1,7 @@
 #include "TavrinCore/Dock/DockURLString.h"
 
 #include "TavrinCore/Base/FileURL.h"
-#include "TavrinCore/Base/Text.h"
+#include "TavrinCore/Text/Text.h"
 
 namespace tavrin {
 

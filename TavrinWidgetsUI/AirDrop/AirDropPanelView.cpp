@@ -1,12 +1,12 @@
 #include "TavrinWidgetsUI/AirDrop/AirDropPanelView.h"
 
-#include "TavrinCore/Base/Text.h"
 #include "TavrinCore/Kinds/Clipboard/ClipboardItem.h"
+#include "TavrinCore/Text/Text.h"
 #include "TavrinWidgetsUI/AirDrop/AirDropViews.h"
-#include "TavrinWidgetsUI/Kit/PanelButton.h"
-#include "TavrinWidgetsUI/Kit/PanelList.h"
-#include "TavrinWidgetsUI/Kit/PanelText.h"
-#include "TavrinWidgetsUI/Kit/ViewWidget.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Views/ViewWidget.h"
 
 namespace tavrin {
 namespace {

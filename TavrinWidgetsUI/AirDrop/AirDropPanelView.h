@@ -1,7 +1,7 @@
 #pragma once
 
 #include "TavrinWidgetsUI/AirDrop/AirDropModel.h"
-#include "TavrinWidgetsUI/Kit/PanelView.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelView.h"
 
 namespace tavrin {
 

@@ -1,6 +1,6 @@
 #include "TavrinWidgetsUI/Bookmarks/BookmarkIcons.h"
 
-#include "TavrinStorage/AtomicFile.h"
+#include "TavrinPlatform/Files/AtomicFile.h"
 #include "TavrinWidgetsUI/Bookmarks/Favicon.h"
 
 #include <QBuffer>

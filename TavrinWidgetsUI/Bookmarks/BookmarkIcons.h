@@ -2,7 +2,7 @@
 
 #include "TavrinCore/Kinds/Bookmarks/Bookmarks.h"
 #include "TavrinPlatform/Clock.h"
-#include "TavrinPlatform/PublicHTTPFetcher.h"
+#include "TavrinPlatform/Web/PublicHTTPFetcher.h"
 
 #include <QImage>
 #include <filesystem>

@@ -1,9 +1,9 @@
 #include "TavrinWidgetsUI/Bookmarks/BookmarkPanelView.h"
 
-#include "TavrinWidgetsUI/Kit/PanelButton.h"
-#include "TavrinWidgetsUI/Kit/PanelControls.h"
-#include "TavrinWidgetsUI/Kit/PanelList.h"
-#include "TavrinWidgetsUI/Kit/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 
 #include <algorithm>
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "TavrinWidgetsUI/Bookmarks/BookmarkViews.h"
-#include "TavrinWidgetsUI/Kit/PanelView.h"
-#include "TavrinWidgetsUI/Kit/ViewRenderer.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelView.h"
+#include "TavrinWidgetsUI/Kit/Views/ViewRenderer.h"
 
 #include <map>
 #include <optional>

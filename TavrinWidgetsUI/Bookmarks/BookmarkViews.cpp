@@ -1,6 +1,6 @@
 #include "TavrinWidgetsUI/Bookmarks/BookmarkViews.h"
 
-#include "TavrinWidgetsUI/Kit/ViewRenderer.h"
+#include "TavrinWidgetsUI/Kit/Views/ViewRenderer.h"
 
 #include <algorithm>
 #include <functional>

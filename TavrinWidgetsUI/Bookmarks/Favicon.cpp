@@ -1,6 +1,6 @@
 #include "TavrinWidgetsUI/Bookmarks/Favicon.h"
 
-#include "TavrinCore/Base/PictureFormat.h"
+#include "TavrinCore/Text/PictureFormat.h"
 
 #include <QBuffer>
 #include <QImageReader>

@@ -1,8 +1,8 @@
 #include "TavrinWidgetsUI/Calendar/CalendarPanelView.h"
 
-#include "TavrinWidgetsUI/Kit/PanelButton.h"
-#include "TavrinWidgetsUI/Kit/PanelList.h"
-#include "TavrinWidgetsUI/Kit/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 
 namespace tavrin {
 namespace {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "TavrinWidgetsUI/Calendar/CalendarViews.h"
-#include "TavrinWidgetsUI/Kit/PanelView.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelView.h"
 
 namespace tavrin {
 

@@ -1,4 +1,4 @@
-#include "TavrinCore/Base/Text.h"
+#include "TavrinCore/Text/Text.h"
 #include "TavrinWidgetsUI/Calendar/CalendarViews.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 #include "TavrinWidgetsUI/ClaudeUsage/ClaudeUsageModel.h"
 
-#include "TavrinStorage/ClaudeUsageBridge.h"
-#include "TavrinStorage/ClaudeUsageSource.h"
+#include "TavrinStorage/ClaudeUsage/ClaudeUsageBridge.h"
+#include "TavrinStorage/ClaudeUsage/ClaudeUsageSource.h"
 
 namespace tavrin {
 

@@ -2,12 +2,12 @@
 
 #include "TavrinWidgetsUI/ClaudeUsage/ClaudeUsageModel.h"
 #include "TavrinWidgetsUI/ClaudeUsage/ClaudeUsageViews.h"
-#include "TavrinWidgetsUI/Kit/Gauges.h"
-#include "TavrinWidgetsUI/Kit/PanelButton.h"
-#include "TavrinWidgetsUI/Kit/PanelFigure.h"
-#include "TavrinWidgetsUI/Kit/PanelSegments.h"
-#include "TavrinWidgetsUI/Kit/PanelText.h"
-#include "TavrinWidgetsUI/Kit/ViewWidget.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelFigure.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelSegments.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Views/Gauges.h"
+#include "TavrinWidgetsUI/Kit/Views/ViewWidget.h"
 
 #include <QLocale>
 #include <QVBoxLayout>

@@ -1,7 +1,7 @@
 #include "TavrinWidgetsUI/ClaudeUsage/ClaudeUsageViews.h"
 
-#include "TavrinWidgetsUI/Kit/Gauges.h"
-#include "TavrinWidgetsUI/Kit/WideTileWords.h"
+#include "TavrinWidgetsUI/Kit/Views/Gauges.h"
+#include "TavrinWidgetsUI/Kit/Views/WideTileWords.h"
 
 #include <QLocale>
 #include <algorithm>

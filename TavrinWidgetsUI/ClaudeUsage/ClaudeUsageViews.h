@@ -2,7 +2,7 @@
 
 #include "TavrinCore/Kinds/ClaudeUsage/ClaudeUsage.h"
 #include "TavrinCore/Kinds/ClaudeUsage/ClaudeUsageLimits.h"
-#include "TavrinWidgetsUI/Kit/TileLayout.h"
+#include "TavrinWidgetsUI/Kit/Views/TileLayout.h"
 
 namespace tavrin {
 

@@ -1,11 +1,11 @@
 #include "TavrinWidgetsUI/Clipboard/ClipboardPanelView.h"
 
 #include "TavrinWidgetsUI/Clipboard/ClipboardViews.h"
-#include "TavrinWidgetsUI/Kit/PanelButton.h"
-#include "TavrinWidgetsUI/Kit/PanelControls.h"
-#include "TavrinWidgetsUI/Kit/PanelList.h"
-#include "TavrinWidgetsUI/Kit/PanelText.h"
-#include "TavrinWidgetsUI/Kit/Thumbnail.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Pictures/Thumbnail.h"
 
 #include <QDateTime>
 #include <QLocale>

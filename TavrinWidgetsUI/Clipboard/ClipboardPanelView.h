@@ -1,7 +1,7 @@
 #pragma once
 
 #include "TavrinWidgetsUI/Clipboard/ClipboardModel.h"
-#include "TavrinWidgetsUI/Kit/PanelView.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelView.h"
 
 #include <QImage>
 #include <set>

@@ -1,6 +1,6 @@
 #include "TavrinWidgetsUI/Clipboard/ClipboardSource.h"
 
-#include "TavrinCore/Base/Text.h"
+#include "TavrinCore/Text/Text.h"
 
 #include <algorithm>
 #include <system_error>

@@ -1,8 +1,8 @@
 #include "TavrinWidgetsUI/Clipboard/ClipboardVault.h"
 
 #include "TavrinCore/Base/Wipe.h"
+#include "TavrinPlatform/Files/AtomicFile.h"
 #include "TavrinStorage/AESGCM.h"
-#include "TavrinStorage/AtomicFile.h"
 
 #include <set>
 #include <system_error>

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "TavrinCore/Kinds/Clipboard/ClipboardBoard.h"
-#include "TavrinWidgetsUI/Kit/PanelList.h"
-#include "TavrinWidgetsUI/Kit/TileLayout.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
+#include "TavrinWidgetsUI/Kit/Views/TileLayout.h"
 
 namespace tavrin {
 

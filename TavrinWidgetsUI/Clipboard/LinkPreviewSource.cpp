@@ -1,8 +1,8 @@
 #include "TavrinWidgetsUI/Clipboard/LinkPreviewSource.h"
 
-#include "TavrinCore/Base/Text.h"
 #include "TavrinCore/Kinds/Clipboard/PagePreview.h"
-#include "TavrinWidgetsUI/Kit/Thumbnail.h"
+#include "TavrinCore/Text/Text.h"
+#include "TavrinWidgetsUI/Kit/Pictures/Thumbnail.h"
 
 #include <QUrl>
 #include <algorithm>

@@ -2,7 +2,7 @@
 
 #include "TavrinCore/Base/Data.h"
 #include "TavrinPlatform/Clock.h"
-#include "TavrinPlatform/PublicHTTPFetcher.h"
+#include "TavrinPlatform/Web/PublicHTTPFetcher.h"
 
 #include <optional>
 #include <string>

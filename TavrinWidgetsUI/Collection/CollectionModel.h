@@ -2,7 +2,7 @@
 
 #include "TavrinCore/Widgets/DockWidget.h"
 #include "TavrinPlatform/ApplicationLibrary.h"
-#include "TavrinWidgetsUI/Kit/AppIcons.h"
+#include "TavrinWidgetsUI/Kit/Pictures/AppIcons.h"
 
 #include <QString>
 #include <functional>

@@ -1,11 +1,11 @@
 #include "TavrinWidgetsUI/Collection/CollectionPanelView.h"
 
 #include "TavrinWidgetsUI/Collection/CollectionViews.h"
-#include "TavrinWidgetsUI/Kit/PanelButton.h"
-#include "TavrinWidgetsUI/Kit/PanelControls.h"
-#include "TavrinWidgetsUI/Kit/PanelGrid.h"
-#include "TavrinWidgetsUI/Kit/PanelList.h"
-#include "TavrinWidgetsUI/Kit/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelGrid.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 
 #include <QLocale>
 #include <QMenu>

@@ -1,6 +1,6 @@
 #include "TavrinWidgetsUI/Collection/CollectionViews.h"
 
-#include "TavrinWidgetsUI/Kit/ViewRenderer.h"
+#include "TavrinWidgetsUI/Kit/Views/ViewRenderer.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "TavrinCore/Widgets/CollectionLayout.h"
-#include "TavrinWidgetsUI/Kit/TileLayout.h"
+#include "TavrinWidgetsUI/Kit/Views/TileLayout.h"
 
 #include <functional>
 #include <vector>

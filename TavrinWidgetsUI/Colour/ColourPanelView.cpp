@@ -1,11 +1,11 @@
 #include "TavrinWidgetsUI/Colour/ColourPanelView.h"
 
 #include "TavrinWidgetsUI/Colour/ColourViews.h"
-#include "TavrinWidgetsUI/Kit/PanelButton.h"
-#include "TavrinWidgetsUI/Kit/PanelControls.h"
-#include "TavrinWidgetsUI/Kit/PanelGrid.h"
-#include "TavrinWidgetsUI/Kit/PanelText.h"
-#include "TavrinWidgetsUI/Kit/ViewWidget.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelGrid.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Views/ViewWidget.h"
 
 #include <QComboBox>
 #include <QHBoxLayout>

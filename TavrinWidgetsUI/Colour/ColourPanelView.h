@@ -1,7 +1,7 @@
 #pragma once
 
 #include "TavrinCore/Kinds/Colour/ColourHistory.h"
-#include "TavrinWidgetsUI/Kit/PanelView.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelView.h"
 
 #include <functional>
 #include <string>

@@ -1,9 +1,9 @@
 #include "TavrinWidgetsUI/Converter/ConverterPanelView.h"
 
 #include "TavrinWidgetsUI/Converter/ConverterViews.h"
-#include "TavrinWidgetsUI/Kit/PanelButton.h"
-#include "TavrinWidgetsUI/Kit/PanelControls.h"
-#include "TavrinWidgetsUI/Kit/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 
 #include <QComboBox>
 #include <QGridLayout>

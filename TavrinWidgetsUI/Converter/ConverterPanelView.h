@@ -2,7 +2,7 @@
 
 #include "TavrinCore/Kinds/Converter/ConverterUnits.h"
 #include "TavrinCore/Kinds/Converter/NumberNotation.h"
-#include "TavrinWidgetsUI/Kit/PanelView.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelView.h"
 
 #include <functional>
 #include <string>

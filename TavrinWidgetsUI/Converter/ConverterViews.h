@@ -2,7 +2,7 @@
 
 #include "TavrinCore/Kinds/Converter/ConverterUnits.h"
 #include "TavrinCore/Kinds/Converter/NumberNotation.h"
-#include "TavrinWidgetsUI/Kit/TileLayout.h"
+#include "TavrinWidgetsUI/Kit/Views/TileLayout.h"
 
 #include <functional>
 

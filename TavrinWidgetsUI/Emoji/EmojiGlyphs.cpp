@@ -1,6 +1,6 @@
 #include "TavrinWidgetsUI/Emoji/EmojiGlyphs.h"
 
-#include "TavrinWidgetsUI/Kit/Text.h"
+#include "TavrinWidgetsUI/Kit/Views/Text.h"
 
 #include <QPainter>
 #include <algorithm>

@@ -1,6 +1,6 @@
 #include "TavrinWidgetsUI/Emoji/EmojiModel.h"
 
-#include "TavrinStorage/AtomicFile.h"
+#include "TavrinPlatform/Files/AtomicFile.h"
 
 namespace tavrin {
 namespace {

@@ -1,9 +1,9 @@
 #include "TavrinWidgetsUI/Emoji/EmojiPanelView.h"
 
-#include "TavrinWidgetsUI/Kit/PanelButton.h"
-#include "TavrinWidgetsUI/Kit/PanelControls.h"
-#include "TavrinWidgetsUI/Kit/PanelGrid.h"
-#include "TavrinWidgetsUI/Kit/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelGrid.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 
 #include <QHBoxLayout>
 #include <QVBoxLayout>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "TavrinWidgetsUI/Emoji/EmojiModel.h"
-#include "TavrinWidgetsUI/Kit/PanelView.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelView.h"
 
 #include <array>
 #include <optional>

@@ -2,7 +2,7 @@
 
 #include "TavrinCore/Kinds/Emoji/EmojiHistory.h"
 #include "TavrinWidgetsUI/Emoji/EmojiGlyphs.h"
-#include "TavrinWidgetsUI/Kit/TileLayout.h"
+#include "TavrinWidgetsUI/Kit/Views/TileLayout.h"
 
 #include <functional>
 

@@ -1,11 +1,11 @@
 #include "TavrinWidgetsUI/Fans/FanViews.h"
 
 #include "TavrinWidgetsUI/Fans/FanSwitch.h"
-#include "TavrinWidgetsUI/Kit/Gauges.h"
-#include "TavrinWidgetsUI/Kit/PanelButton.h"
-#include "TavrinWidgetsUI/Kit/PanelControls.h"
-#include "TavrinWidgetsUI/Kit/PanelList.h"
-#include "TavrinWidgetsUI/Kit/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Views/Gauges.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "TavrinCore/Kinds/Fans/FanControl.h"
-#include "TavrinWidgetsUI/Kit/PanelView.h"
-#include "TavrinWidgetsUI/Kit/TileLayout.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelView.h"
+#include "TavrinWidgetsUI/Kit/Views/TileLayout.h"
 
 #include <functional>
 

@@ -1,10 +1,10 @@
 #include "TavrinWidgetsUI/Files/FileActions.h"
 
 #include "TavrinCore/Base/FileURL.h"
-#include "TavrinCore/Base/PictureFormat.h"
-#include "TavrinStorage/FileBeginning.h"
-#include "TavrinWidgetsUI/Kit/PanelItems.h"
-#include "TavrinWidgetsUI/Kit/Thumbnail.h"
+#include "TavrinCore/Text/PictureFormat.h"
+#include "TavrinPlatform/Files/FileBeginning.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelItems.h"
+#include "TavrinWidgetsUI/Kit/Pictures/Thumbnail.h"
 
 #include <QBuffer>
 #include <limits>

@@ -3,7 +3,7 @@
 #include "TavrinCore/Kinds/Files/FilesSettings.h"
 #include "TavrinPlatform/UserFiles.h"
 #include "TavrinWidgetsUI/Files/FolderRoll.h"
-#include "TavrinWidgetsUI/Kit/Thumbnails.h"
+#include "TavrinWidgetsUI/Kit/Pictures/Thumbnails.h"
 
 namespace tavrin {
 

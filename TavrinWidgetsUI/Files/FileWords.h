@@ -3,8 +3,8 @@
 #include "TavrinCore/Base/Date.h"
 #include "TavrinCore/Kinds/Files/FileKind.h"
 #include "TavrinPlatform/FolderWatch.h"
-#include "TavrinWidgetsUI/Kit/PanelList.h"
-#include "TavrinWidgetsUI/Kit/View.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
+#include "TavrinWidgetsUI/Kit/Views/View.h"
 
 namespace tavrin {
 

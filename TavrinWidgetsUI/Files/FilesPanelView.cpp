@@ -1,8 +1,8 @@
 #include "TavrinWidgetsUI/Files/FilesPanelView.h"
 
 #include "TavrinWidgetsUI/Files/FileWords.h"
-#include "TavrinWidgetsUI/Kit/PanelButton.h"
-#include "TavrinWidgetsUI/Kit/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 
 #include <QLocale>
 

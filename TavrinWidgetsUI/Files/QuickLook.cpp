@@ -1,12 +1,12 @@
 #include "TavrinWidgetsUI/Files/QuickLook.h"
 
 #include "TavrinCore/Kinds/Files/FileKind.h"
-#include "TavrinStorage/FileBeginning.h"
+#include "TavrinPlatform/Files/FileBeginning.h"
 #include "TavrinWidgetsUI/Files/FileWords.h"
-#include "TavrinWidgetsUI/Kit/PanelButton.h"
-#include "TavrinWidgetsUI/Kit/PanelControls.h"
-#include "TavrinWidgetsUI/Kit/PanelText.h"
-#include "TavrinWidgetsUI/Kit/Thumbnail.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Pictures/Thumbnail.h"
 
 #include <QHBoxLayout>
 #include <QKeyEvent>

@@ -2,9 +2,9 @@
 
 #include "TavrinCore/Kinds/Clipboard/ClipboardItem.h"
 #include "TavrinWidgetsUI/Files/FileWords.h"
-#include "TavrinWidgetsUI/Kit/PanelButton.h"
-#include "TavrinWidgetsUI/Kit/PanelGrid.h"
-#include "TavrinWidgetsUI/Kit/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelGrid.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 
 #include <QHBoxLayout>
 #include <QScrollBar>

@@ -2,7 +2,7 @@
 
 #include "TavrinWidgetsUI/Files/FilePanelServices.h"
 #include "TavrinWidgetsUI/Files/ScreenshotRoll.h"
-#include "TavrinWidgetsUI/Kit/PanelView.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelView.h"
 
 namespace tavrin {
 

@@ -2,7 +2,7 @@
 
 #include "TavrinCore/Kinds/Files/Shelf.h"
 #include "TavrinWidgetsUI/Files/FolderRoll.h"
-#include "TavrinWidgetsUI/Kit/Thumbnails.h"
+#include "TavrinWidgetsUI/Kit/Pictures/Thumbnails.h"
 
 namespace tavrin {
 

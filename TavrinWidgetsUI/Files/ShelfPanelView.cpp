@@ -2,8 +2,8 @@
 
 #include "TavrinWidgetsUI/Files/FileWords.h"
 #include "TavrinWidgetsUI/Files/QuickLook.h"
-#include "TavrinWidgetsUI/Kit/PanelButton.h"
-#include "TavrinWidgetsUI/Kit/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 
 #include <algorithm>
 

@@ -2,7 +2,7 @@
 
 #include "TavrinPlatform/Clock.h"
 #include "TavrinWidgetsUI/Files/ShelfModel.h"
-#include "TavrinWidgetsUI/Kit/PanelView.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelView.h"
 
 namespace tavrin {
 

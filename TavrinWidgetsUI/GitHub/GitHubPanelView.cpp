@@ -1,9 +1,9 @@
 #include "TavrinWidgetsUI/GitHub/GitHubPanelView.h"
 
 #include "TavrinWidgetsUI/GitHub/GitHubModel.h"
-#include "TavrinWidgetsUI/Kit/PanelList.h"
-#include "TavrinWidgetsUI/Kit/PanelText.h"
-#include "TavrinWidgetsUI/Kit/ViewWidget.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Views/ViewWidget.h"
 
 #include <QDate>
 #include <QLocale>

@@ -1,6 +1,6 @@
 #include "TavrinWidgetsUI/GitHub/GitHubSource.h"
 
-#include "TavrinCore/Base/Text.h"
+#include "TavrinCore/Text/Text.h"
 
 #include <unistd.h>
 

@@ -1,6 +1,6 @@
 #include "TavrinWidgetsUI/GitHub/GitHubViews.h"
 
-#include "TavrinWidgetsUI/Kit/WideTileWords.h"
+#include "TavrinWidgetsUI/Kit/Views/WideTileWords.h"
 
 #include <QLocale>
 #include <algorithm>

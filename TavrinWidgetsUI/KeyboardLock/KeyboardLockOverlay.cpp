@@ -1,7 +1,7 @@
 #include "TavrinWidgetsUI/KeyboardLock/KeyboardLockOverlay.h"
 
 #include "TavrinWidgetsUI/KeyboardLock/KeyboardLockViews.h"
-#include "TavrinWidgetsUI/Kit/ViewWidget.h"
+#include "TavrinWidgetsUI/Kit/Views/ViewWidget.h"
 
 #include <QGuiApplication>
 #include <QScreen>

@@ -2,9 +2,9 @@
 
 #include "TavrinCore/Kinds/Runs/TimerRun.h"
 #include "TavrinWidgetsUI/KeyboardLock/KeyboardLock.h"
-#include "TavrinWidgetsUI/Kit/PanelButton.h"
-#include "TavrinWidgetsUI/Kit/PanelText.h"
-#include "TavrinWidgetsUI/Kit/ViewWidget.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Views/ViewWidget.h"
 
 #include <algorithm>
 #include <cmath>

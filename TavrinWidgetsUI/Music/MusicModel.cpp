@@ -1,6 +1,6 @@
 #include "TavrinWidgetsUI/Music/MusicModel.h"
 
-#include "TavrinWidgetsUI/Kit/Thumbnail.h"
+#include "TavrinWidgetsUI/Kit/Pictures/Thumbnail.h"
 
 #include <algorithm>
 

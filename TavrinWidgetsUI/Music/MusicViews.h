@@ -2,7 +2,7 @@
 
 #include "TavrinCore/Kinds/Music/MusicSettings.h"
 #include "TavrinPlatform/MediaPlayers.h"
-#include "TavrinWidgetsUI/Kit/TileLayout.h"
+#include "TavrinWidgetsUI/Kit/Views/TileLayout.h"
 
 #include <functional>
 

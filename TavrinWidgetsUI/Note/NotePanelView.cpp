@@ -1,8 +1,8 @@
 #include "TavrinWidgetsUI/Note/NotePanelView.h"
 
-#include "TavrinWidgetsUI/Kit/PanelButton.h"
-#include "TavrinWidgetsUI/Kit/PanelControls.h"
-#include "TavrinWidgetsUI/Kit/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 #include "TavrinWidgetsUI/Note/NoteModel.h"
 #include "TavrinWidgetsUI/Note/NoteViews.h"
 

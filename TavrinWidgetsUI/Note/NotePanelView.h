@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TavrinWidgetsUI/Kit/PanelView.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelView.h"
 
 #include <functional>
 

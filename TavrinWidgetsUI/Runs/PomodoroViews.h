@@ -1,7 +1,7 @@
 #pragma once
 
 #include "TavrinCore/Kinds/Runs/PomodoroRun.h"
-#include "TavrinWidgetsUI/Kit/TileLayout.h"
+#include "TavrinWidgetsUI/Kit/Views/TileLayout.h"
 
 #include <functional>
 

@@ -1,6 +1,6 @@
 #include "TavrinWidgetsUI/Runs/TimerModel.h"
 
-#include "TavrinWidgetsUI/Kit/Colour.h"
+#include "TavrinWidgetsUI/Kit/Views/Colour.h"
 
 namespace tavrin {
 

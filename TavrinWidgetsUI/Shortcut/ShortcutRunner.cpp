@@ -1,7 +1,7 @@
 #include "TavrinWidgetsUI/Shortcut/ShortcutRunner.h"
 
 #include "TavrinCore/Base/Errors.h"
-#include "TavrinCore/Base/Text.h"
+#include "TavrinCore/Text/Text.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 #include "TavrinWidgetsUI/Shortcut/ShortcutViews.h"
 
-#include "TavrinWidgetsUI/Kit/Symbols.h"
+#include "TavrinWidgetsUI/Kit/Pictures/Symbols.h"
 
 #include <QLocale>
 #include <algorithm>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "TavrinCore/Kinds/Shortcut/ShortcutSettings.h"
-#include "TavrinWidgetsUI/Kit/TileLayout.h"
+#include "TavrinWidgetsUI/Kit/Views/TileLayout.h"
 #include "TavrinWidgetsUI/Shortcut/ShortcutRunner.h"
 
 #include <functional>

@@ -1,6 +1,6 @@
 #include "TavrinWidgetsUI/System/ActivityViews.h"
 
-#include "TavrinWidgetsUI/Kit/Gauges.h"
+#include "TavrinWidgetsUI/Kit/Views/Gauges.h"
 
 namespace tavrin {
 namespace {

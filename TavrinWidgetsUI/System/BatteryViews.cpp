@@ -1,7 +1,7 @@
 #include "TavrinWidgetsUI/System/BatteryViews.h"
 
-#include "TavrinWidgetsUI/Kit/Gauges.h"
-#include "TavrinWidgetsUI/Kit/Symbols.h"
+#include "TavrinWidgetsUI/Kit/Pictures/Symbols.h"
+#include "TavrinWidgetsUI/Kit/Views/Gauges.h"
 
 #include <QPainter>
 #include <algorithm>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "TavrinCore/Kinds/System/BatterySettings.h"
-#include "TavrinWidgetsUI/Kit/TileLayout.h"
+#include "TavrinWidgetsUI/Kit/Views/TileLayout.h"
 #include "TavrinWidgetsUI/System/SystemReadings.h"
 
 namespace tavrin {

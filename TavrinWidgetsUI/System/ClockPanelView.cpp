@@ -1,8 +1,8 @@
 #include "TavrinWidgetsUI/System/ClockPanelView.h"
 
-#include "TavrinWidgetsUI/Kit/PanelFigure.h"
-#include "TavrinWidgetsUI/Kit/PanelText.h"
-#include "TavrinWidgetsUI/Kit/ViewWidget.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelFigure.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Views/ViewWidget.h"
 #include "TavrinWidgetsUI/System/ClockViews.h"
 #include "TavrinWidgetsUI/System/SystemWidgetModel.h"
 

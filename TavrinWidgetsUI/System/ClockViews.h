@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TavrinWidgetsUI/Kit/TileLayout.h"
+#include "TavrinWidgetsUI/Kit/Views/TileLayout.h"
 #include "TavrinWidgetsUI/System/ClockReading.h"
 
 namespace tavrin {

@@ -1,6 +1,6 @@
 #include "TavrinWidgetsUI/System/CountdownViews.h"
 
-#include "TavrinCore/Base/ClockText.h"
+#include "TavrinCore/Text/ClockText.h"
 
 #include <algorithm>
 #include <fmt/format.h>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "TavrinCore/Kinds/System/Countdown.h"
-#include "TavrinWidgetsUI/Kit/TileLayout.h"
+#include "TavrinWidgetsUI/Kit/Views/TileLayout.h"
 
 #include <string>
 #include <vector>

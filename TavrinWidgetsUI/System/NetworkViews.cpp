@@ -1,6 +1,6 @@
 #include "TavrinWidgetsUI/System/NetworkViews.h"
 
-#include "TavrinWidgetsUI/Kit/Gauges.h"
+#include "TavrinWidgetsUI/Kit/Views/Gauges.h"
 
 #include <algorithm>
 #include <array>

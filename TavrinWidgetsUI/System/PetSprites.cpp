@@ -1,6 +1,6 @@
 #include "TavrinWidgetsUI/System/PetSprites.h"
 
-#include "TavrinWidgetsUI/Kit/Colour.h"
+#include "TavrinWidgetsUI/Kit/Views/Colour.h"
 #include "TavrinWidgetsUI/System/PetMaps.h"
 
 #include <QPainter>

@@ -1,7 +1,7 @@
 #include "TavrinWidgetsUI/System/TimeProgressPanelView.h"
 
-#include "TavrinWidgetsUI/Kit/PanelText.h"
-#include "TavrinWidgetsUI/Kit/ViewWidget.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Views/ViewWidget.h"
 #include "TavrinWidgetsUI/System/SystemWidgetModel.h"
 #include "TavrinWidgetsUI/System/TimeProgressViews.h"
 

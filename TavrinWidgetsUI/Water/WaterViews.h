@@ -2,7 +2,7 @@
 
 #include "TavrinCore/Base/Calendar.h"
 #include "TavrinCore/Kinds/Water/WaterReading.h"
-#include "TavrinWidgetsUI/Kit/TileLayout.h"
+#include "TavrinWidgetsUI/Kit/Views/TileLayout.h"
 #include "TavrinWidgetsUI/Water/WaterTankLayerHost.h"
 
 namespace tavrin {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "TavrinCore/Kinds/Weather/Weather.h"
-#include "TavrinWidgetsUI/Kit/TileLayout.h"
+#include "TavrinWidgetsUI/Kit/Views/TileLayout.h"
 
 namespace tavrin {
 

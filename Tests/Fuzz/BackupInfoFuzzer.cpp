@@ -1,5 +1,5 @@
+#include "TavrinStorage/Dock/WorkspaceBackupStore.h"
 #include "TavrinStorage/Timestamp.h"
-#include "TavrinStorage/WorkspaceBackupStore.h"
 
 #include <cstdint>
 #include <cstdio>

@@ -1,9 +1,9 @@
 #include "TavrinCore/Dock/DockTileMapping.h"
-#include "TavrinHost/FocusSession.h"
-#include "TavrinHost/HotkeyText.h"
-#include "TavrinStorage/AtomicFile.h"
-#include "TavrinStorage/PlistFileBackend.h"
-#include "TavrinStorage/ProfileStore.h"
+#include "TavrinHost/Dock/FocusSession.h"
+#include "TavrinHost/Dock/HotkeyText.h"
+#include "TavrinPlatform/Files/AtomicFile.h"
+#include "TavrinStorage/Dock/PlistFileBackend.h"
+#include "TavrinStorage/Dock/ProfileStore.h"
 #include "Tests/Host/HostFixture.h"
 
 namespace tavrin::test {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "TavrinPlatform/DockServices.h"
-#include "TavrinStorage/FilePreferencesService.h"
+#include "TavrinPlatform/Linux/Dock/FilePreferencesService.h"
 #include "Tests/Support/FakeGlobalShortcuts.h"
 #include "Tests/Support/FakePlatform.h"
 

@@ -1,6 +1,6 @@
 #include "TavrinHost/HostError.h"
-#include "TavrinHost/SettingEditing.h"
-#include "TavrinHost/SettingText.h"
+#include "TavrinHost/Widgets/SettingEditing.h"
+#include "TavrinHost/Widgets/SettingText.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "TavrinHost/EditForm.h"
+#include "TavrinHost/Widgets/EditForm.h"
 #include "Tests/Host/HostFixture.h"
 
 #include <gmock/gmock.h>

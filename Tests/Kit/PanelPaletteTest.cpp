@@ -1,5 +1,5 @@
-#include "TavrinWidgetsUI/Kit/PanelPalette.h"
-#include "TavrinWidgetsUI/Kit/Colour.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelPalette.h"
+#include "TavrinWidgetsUI/Kit/Views/Colour.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TavrinWidgetsUI/Kit/ViewRenderer.h"
+#include "TavrinWidgetsUI/Kit/Views/ViewRenderer.h"
 
 #include <cstdlib>
 

@@ -1,6 +1,6 @@
 #include "Tests/Kit/Pixels.h"
 
-#include "TavrinWidgetsUI/Kit/TextEngine.h"
+#include "TavrinWidgetsUI/Kit/Views/TextEngine.h"
 
 #include <gmock/gmock.h>
 #include <limits>

@@ -1,7 +1,7 @@
 #include "Tests/Kit/Pixels.h"
 
-#include "TavrinWidgetsUI/Kit/Symbols.h"
-#include "TavrinWidgetsUI/Kit/TileLayout.h"
+#include "TavrinWidgetsUI/Kit/Pictures/Symbols.h"
+#include "TavrinWidgetsUI/Kit/Views/TileLayout.h"
 
 #include <cmath>
 #include <gmock/gmock.h>

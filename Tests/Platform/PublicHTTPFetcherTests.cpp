@@ -1,4 +1,4 @@
-#include "TavrinPlatform/PublicHTTPFetcher.h"
+#include "TavrinPlatform/Web/PublicHTTPFetcher.h"
 
 #include "Tests/Support/FakeHTTPClient.h"
 

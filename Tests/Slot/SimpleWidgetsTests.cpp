@@ -1,10 +1,10 @@
-#include "TavrinSlot/NoteWidget.h"
-#include "TavrinSlot/SystemWidget.h"
+#include "TavrinSlot/Controllers/NoteWidget.h"
+#include "TavrinSlot/Controllers/SystemWidget.h"
 
 #include "TavrinSlot/DockPanelPresenter.h"
 #include "TavrinSlot/DockTileRenderer.h"
 #include "TavrinStorage/StoragePath.h"
-#include "TavrinWidgetsUI/Kit/PanelControls.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
 #include "TavrinWidgetsUI/Note/NotePanelView.h"
 #include "TavrinWidgetsUI/Runs/StopwatchPanelView.h"
 #include "TavrinWidgetsUI/System/ClockPanelView.h"

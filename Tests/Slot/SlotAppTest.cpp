@@ -1,6 +1,6 @@
 #include "TavrinSlot/SlotApp.h"
 
-#include "TavrinStorage/AtomicFile.h"
+#include "TavrinPlatform/Files/AtomicFile.h"
 #include "Tests/Support/FakePlatform.h"
 
 #include <filesystem>

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "TavrinPlatform/Files/AtomicFile.h"
 #include "TavrinSlot/SlotApp.h"
-#include "TavrinStorage/AtomicFile.h"
-#include "TavrinWidgetsUI/Kit/PanelButton.h"
-#include "TavrinWidgetsUI/Kit/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 #include "Tests/Support/FakePlatform.h"
 
 #include <filesystem>

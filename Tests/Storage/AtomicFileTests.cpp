@@ -1,4 +1,4 @@
-#include "TavrinStorage/AtomicFile.h"
+#include "TavrinPlatform/Files/AtomicFile.h"
 
 #include "Tests/Storage/TemporaryFolder.h"
 

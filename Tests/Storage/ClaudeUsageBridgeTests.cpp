@@ -1,6 +1,6 @@
-#include "TavrinStorage/ClaudeUsageBridge.h"
+#include "TavrinStorage/ClaudeUsage/ClaudeUsageBridge.h"
 
-#include "TavrinStorage/AtomicFile.h"
+#include "TavrinPlatform/Files/AtomicFile.h"
 #include "Tests/Storage/TemporaryFolder.h"
 
 #include <array>

@@ -1,4 +1,4 @@
-#include "TavrinStorage/ClaudeUsageSource.h"
+#include "TavrinStorage/ClaudeUsage/ClaudeUsageSource.h"
 
 #include "TavrinCore/Kinds/ClaudeUsage/ClaudeUsage.h"
 #include "Tests/Storage/TemporaryFolder.h"

@@ -1,7 +1,7 @@
 #include "TavrinStorage/ColourStore.h"
 
 #include "TavrinCore/Base/Errors.h"
-#include "TavrinStorage/AtomicFile.h"
+#include "TavrinPlatform/Files/AtomicFile.h"
 #include "Tests/Storage/TemporaryFolder.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
-#include "TavrinStorage/FocusModeMonitor.h"
+#include "TavrinStorage/Dock/FocusModeMonitor.h"
+#include "TavrinStorage/Dock/WorkspaceBackupStore.h"
 #include "TavrinStorage/Timestamp.h"
-#include "TavrinStorage/WorkspaceBackupStore.h"
 #include "Tests/Storage/TemporaryFolder.h"
 #include "Tests/Support/ManualRunLoop.h"
 

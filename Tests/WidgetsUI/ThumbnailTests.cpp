@@ -1,6 +1,6 @@
-#include "TavrinStorage/FileBeginning.h"
-#include "TavrinWidgetsUI/Kit/Thumbnail.h"
-#include "TavrinWidgetsUI/Kit/Thumbnails.h"
+#include "TavrinPlatform/Files/FileBeginning.h"
+#include "TavrinWidgetsUI/Kit/Pictures/Thumbnail.h"
+#include "TavrinWidgetsUI/Kit/Pictures/Thumbnails.h"
 #include "Tests/Storage/TemporaryFolder.h"
 #include "Tests/Support/ManualRunLoop.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "TavrinWidgetsUI/Kit/PanelView.h"
-#include "TavrinWidgetsUI/Kit/TileLayout.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelView.h"
+#include "TavrinWidgetsUI/Kit/Views/TileLayout.h"
 
 #include <functional>
 #include <string>

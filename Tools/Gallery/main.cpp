@@ -1,7 +1,7 @@
 #include "Tools/Gallery/DesignedGallery.h"
 
-#include "TavrinWidgetsUI/Kit/Symbols.h"
-#include "TavrinWidgetsUI/Kit/ViewRenderer.h"
+#include "TavrinWidgetsUI/Kit/Pictures/Symbols.h"
+#include "TavrinWidgetsUI/Kit/Views/ViewRenderer.h"
 
 #include <QApplication>
 #include <QDir>

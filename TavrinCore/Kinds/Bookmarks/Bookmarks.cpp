@@ -1,7 +1,7 @@
 #include "TavrinCore/Kinds/Bookmarks/Bookmarks.h"
 
-#include "TavrinCore/Base/FoldedWords.h"
-#include "TavrinCore/Base/Text.h"
+#include "TavrinCore/Text/FoldedWords.h"
+#include "TavrinCore/Text/Text.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 #include "TavrinCore/Kinds/Calendar/CalendarEvent.h"
 
-#include "TavrinCore/Base/ClockText.h"
+#include "TavrinCore/Text/ClockText.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,6 +1,6 @@
 #include "TavrinCore/Kinds/Calendar/Reminder.h"
 
-#include "TavrinCore/Base/Text.h"
+#include "TavrinCore/Text/Text.h"
 
 #include <algorithm>
 #include <tuple>

@@ -1,7 +1,7 @@
 #include "TavrinCore/Kinds/Clipboard/ClipboardBoard.h"
 
-#include "TavrinCore/Base/Text.h"
 #include "TavrinCore/Base/Wipe.h"
+#include "TavrinCore/Text/Text.h"
 
 #include <algorithm>
 #include <cstring>

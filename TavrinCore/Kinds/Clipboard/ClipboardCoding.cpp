@@ -1,7 +1,7 @@
-#include "TavrinCore/Base/Base64.h"
-#include "TavrinCore/Base/JSONText.h"
 #include "TavrinCore/Base/Wipe.h"
 #include "TavrinCore/Kinds/Clipboard/ClipboardBoard.h"
+#include "TavrinCore/Text/Base64.h"
+#include "TavrinCore/Text/JSONText.h"
 
 #include <bitset>
 #include <simdjson.h>

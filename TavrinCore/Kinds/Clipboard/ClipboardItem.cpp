@@ -1,8 +1,8 @@
 #include "TavrinCore/Kinds/Clipboard/ClipboardItem.h"
 
-#include "TavrinCore/Base/CodePoints.h"
-#include "TavrinCore/Base/Text.h"
 #include "TavrinCore/Base/Wipe.h"
+#include "TavrinCore/Text/CodePoints.h"
+#include "TavrinCore/Text/Text.h"
 
 #include <algorithm>
 #include <array>

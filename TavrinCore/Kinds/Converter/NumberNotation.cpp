@@ -1,7 +1,7 @@
 #include "TavrinCore/Kinds/Converter/NumberNotation.h"
 
-#include "TavrinCore/Base/SystemLocale.h"
-#include "TavrinCore/Base/Text.h"
+#include "TavrinCore/Text/SystemLocale.h"
+#include "TavrinCore/Text/Text.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,7 +1,7 @@
 #include "TavrinCore/Kinds/Emoji/EmojiHistory.h"
 
-#include "TavrinCore/Base/Text.h"
 #include "TavrinCore/Kinds/Emoji/EmojiTone.h"
+#include "TavrinCore/Text/Text.h"
 
 #include <algorithm>
 

@@ -1,8 +1,8 @@
 #include "TavrinCore/Kinds/Emoji/EmojiTable.h"
 
-#include "TavrinCore/Base/FoldedWords.h"
-#include "TavrinCore/Base/Text.h"
 #include "TavrinCore/Kinds/Emoji/EmojiTone.h"
+#include "TavrinCore/Text/FoldedWords.h"
+#include "TavrinCore/Text/Text.h"
 
 #include <algorithm>
 #include <charconv>

@@ -2,7 +2,7 @@
 
 #include "TavrinCore/Kinds/Clipboard/ClipboardItem.h"
 
-#include "TavrinCore/Base/Text.h"
+#include "TavrinCore/Text/Text.h"
 
 #include <algorithm>
 #include <array>

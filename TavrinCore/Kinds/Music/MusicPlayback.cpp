@@ -1,8 +1,8 @@
 #include "TavrinCore/Kinds/Music/MusicPlayback.h"
 
 #include "TavrinCore/Base/FileURL.h"
-#include "TavrinCore/Base/Text.h"
 #include "TavrinCore/Kinds/Clipboard/ClipboardItem.h"
+#include "TavrinCore/Text/Text.h"
 
 #include <algorithm>
 #include <cmath>

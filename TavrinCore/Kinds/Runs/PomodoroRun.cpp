@@ -1,7 +1,7 @@
 #include "TavrinCore/Kinds/Runs/PomodoroRun.h"
 
-#include "TavrinCore/Base/ClockText.h"
 #include "TavrinCore/Kinds/Runs/RunStretch.h"
+#include "TavrinCore/Text/ClockText.h"
 
 #include <cmath>
 

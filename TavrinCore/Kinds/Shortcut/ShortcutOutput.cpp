@@ -1,7 +1,7 @@
 #include "TavrinCore/Kinds/Shortcut/ShortcutOutput.h"
 
-#include "TavrinCore/Base/Text.h"
 #include "TavrinCore/Kinds/Clipboard/ClipboardItem.h"
+#include "TavrinCore/Text/Text.h"
 
 namespace tavrin {
 namespace {

@@ -1,6 +1,6 @@
 #include "TavrinCore/Kinds/Water/WaterReading.h"
 
-#include "TavrinCore/Base/ClockText.h"
+#include "TavrinCore/Text/ClockText.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,6 +1,6 @@
 #include "TavrinCore/Kinds/Weather/Weather.h"
 
-#include "TavrinCore/Base/ClockText.h"
+#include "TavrinCore/Text/ClockText.h"
 
 #include <array>
 #include <cmath>

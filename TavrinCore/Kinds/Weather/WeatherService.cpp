@@ -1,5 +1,5 @@
-#include "TavrinCore/Base/Text.h"
 #include "TavrinCore/Kinds/Weather/Weather.h"
+#include "TavrinCore/Text/Text.h"
 
 #include <algorithm>
 #include <charconv>

@@ -1,7 +1,7 @@
 #include "TavrinPlatform/Linux/Applications/DesktopEntries.h"
 
 #include "TavrinCore/Base/Errors.h"
-#include "TavrinStorage/AtomicFile.h"
+#include "TavrinPlatform/Files/AtomicFile.h"
 
 #include <QFileInfo>
 #include <QStandardPaths>

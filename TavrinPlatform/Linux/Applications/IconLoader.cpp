@@ -1,9 +1,9 @@
 #include "TavrinPlatform/Linux/Applications/IconLoader.h"
 
 #include "TavrinCore/Base/Errors.h"
-#include "TavrinCore/Base/PictureFormat.h"
+#include "TavrinCore/Text/PictureFormat.h"
+#include "TavrinPlatform/Files/AtomicFile.h"
 #include "TavrinPlatform/Linux/Applications/VectorDrawing.h"
-#include "TavrinStorage/AtomicFile.h"
 
 #include <QBuffer>
 #include <QCryptographicHash>

@@ -1,9 +1,9 @@
 #include "TavrinPlatform/Linux/Base/ToolkitSettings.h"
 
 #include "TavrinCore/Base/Errors.h"
-#include "TavrinCore/Base/Text.h"
 #include "TavrinCore/Desktop/KeyFile.h"
-#include "TavrinStorage/AtomicFile.h"
+#include "TavrinCore/Text/Text.h"
+#include "TavrinPlatform/Files/AtomicFile.h"
 
 #include <cstdio>
 

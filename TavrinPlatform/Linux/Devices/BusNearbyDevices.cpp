@@ -1,8 +1,8 @@
 #include "TavrinPlatform/Linux/Devices/BusNearbyDevices.h"
 
 #include "TavrinCore/Base/Errors.h"
-#include "TavrinCore/Base/Text.h"
 #include "TavrinCore/Kinds/Clipboard/ClipboardItem.h"
+#include "TavrinCore/Text/Text.h"
 #include "TavrinPlatform/Linux/Base/BusProperties.h"
 #include "TavrinPlatform/Linux/Devices/ObexSending.h"
 

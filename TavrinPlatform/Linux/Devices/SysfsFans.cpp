@@ -1,7 +1,7 @@
 #include "TavrinPlatform/Linux/Devices/SysfsFans.h"
 
 #include "TavrinCore/Kinds/Fans/FanControl.h"
-#include "TavrinStorage/AtomicFile.h"
+#include "TavrinPlatform/Files/AtomicFile.h"
 
 #include <algorithm>
 #include <array>

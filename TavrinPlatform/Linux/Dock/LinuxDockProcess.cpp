@@ -1,7 +1,7 @@
 #include "TavrinPlatform/Linux/Dock/LinuxDockProcess.h"
 
 #include "TavrinCore/Base/Errors.h"
-#include "TavrinCore/Base/Text.h"
+#include "TavrinCore/Text/Text.h"
 #include "TavrinPlatform/POSIX/Descriptor.h"
 #include "TavrinPlatform/POSIX/Spawn.h"
 

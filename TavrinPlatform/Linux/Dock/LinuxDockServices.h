@@ -3,9 +3,9 @@
 #include "TavrinPlatform/DockServices.h"
 #include "TavrinPlatform/Linux/Base/Bus.h"
 #include "TavrinPlatform/Linux/Desktop/LinuxFocusStatusProvider.h"
+#include "TavrinPlatform/Linux/Dock/FilePreferencesService.h"
 #include "TavrinPlatform/Linux/Dock/LinuxDockProcess.h"
 #include "TavrinPlatform/Linux/Slot/LinuxSystemLog.h"
-#include "TavrinStorage/FilePreferencesService.h"
 
 #include <functional>
 

@@ -2,9 +2,9 @@
 
 #include "TavrinCore/Base/Errors.h"
 #include "TavrinCore/Base/FileURL.h"
+#include "TavrinPlatform/Files/FileBeginning.h"
 #include "TavrinPlatform/Linux/Files/Trash.h"
 #include "TavrinPlatform/Linux/Files/UserFolders.h"
-#include "TavrinStorage/FileBeginning.h"
 
 #include <QProcess>
 

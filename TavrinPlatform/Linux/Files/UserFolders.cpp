@@ -1,6 +1,6 @@
 #include "TavrinPlatform/Linux/Files/UserFolders.h"
 
-#include "TavrinCore/Base/Text.h"
+#include "TavrinCore/Text/Text.h"
 
 namespace tavrin {
 

@@ -1,7 +1,7 @@
 #include "TavrinPlatform/Linux/Slot/JSONUserDefaults.h"
 
 #include "TavrinCore/Base/Errors.h"
-#include "TavrinStorage/AtomicFile.h"
+#include "TavrinPlatform/Files/AtomicFile.h"
 
 namespace tavrin {
 

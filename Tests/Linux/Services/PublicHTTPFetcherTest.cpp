@@ -1,4 +1,4 @@
-#include "TavrinPlatform/PublicHTTPFetcher.h"
+#include "TavrinPlatform/Web/PublicHTTPFetcher.h"
 
 #include "TavrinPlatform/Qt/QtHTTPClient.h"
 #include "Tests/Linux/Services/HTTPServer.h"

@@ -1,8 +1,8 @@
 #include "TavrinPlatform/Linux/LinuxPlatform.h"
 #include "TavrinPlatform/PanelPopover.h"
 #include "TavrinSlot/SlotApp.h"
-#include "TavrinWidgetsUI/Kit/PanelButton.h"
-#include "TavrinWidgetsUI/Kit/PanelFigure.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelFigure.h"
 
 #include <QWidget>
 #include <cstdio>

@@ -1,5 +1,5 @@
 #include "TavrinWidgetsUI/AirDrop/AirDropModel.h"
-#include "TavrinWidgetsUI/Kit/PanelList.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
 #include "Tests/Slot/SlotFixture.h"
 
 #include <fstream>

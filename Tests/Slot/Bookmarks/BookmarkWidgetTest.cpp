@@ -1,5 +1,5 @@
 #include "TavrinWidgetsUI/Bookmarks/BookmarkIcons.h"
-#include "TavrinWidgetsUI/Kit/PanelList.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
 #include "Tests/Slot/SlotFixture.h"
 #include "Tests/Support/Keys.h"
 

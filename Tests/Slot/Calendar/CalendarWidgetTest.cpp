@@ -1,4 +1,4 @@
-#include "TavrinWidgetsUI/Kit/PanelList.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
 #include "Tests/Slot/SlotFixture.h"
 
 namespace tavrin::test {

@@ -1,8 +1,8 @@
 #include "TavrinSlot/SlotApp.h"
 
-#include "TavrinStorage/AtomicFile.h"
-#include "TavrinWidgetsUI/Kit/PanelList.h"
-#include "TavrinWidgetsUI/Kit/PanelSegments.h"
+#include "TavrinPlatform/Files/AtomicFile.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelSegments.h"
 #include "Tests/Storage/TemporaryFolder.h"
 #include "Tests/Support/FakePlatform.h"
 

@@ -1,9 +1,9 @@
-#include "TavrinSlot/ClipboardWidget.h"
+#include "TavrinSlot/Controllers/ClipboardWidget.h"
 
 #include "TavrinWidgetsUI/Clipboard/ClipboardPanelView.h"
-#include "TavrinWidgetsUI/Kit/PanelControls.h"
-#include "TavrinWidgetsUI/Kit/PanelList.h"
-#include "TavrinWidgetsUI/Kit/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 #include "Tests/Storage/TemporaryFolder.h"
 #include "Tests/Support/SlotRig.h"
 

@@ -1,8 +1,8 @@
-#include "TavrinSlot/ColourWidget.h"
+#include "TavrinSlot/Controllers/ColourWidget.h"
 
 #include "TavrinStorage/StoragePath.h"
 #include "TavrinWidgetsUI/Colour/ColourPanelView.h"
-#include "TavrinWidgetsUI/Kit/PanelGrid.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelGrid.h"
 #include "Tests/Storage/TemporaryFolder.h"
 #include "Tests/Support/SlotRig.h"
 

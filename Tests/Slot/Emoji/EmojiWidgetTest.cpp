@@ -1,7 +1,7 @@
 #include "TavrinStorage/EmojiStore.h"
 #include "TavrinWidgetsUI/Emoji/EmojiPanelView.h"
-#include "TavrinWidgetsUI/Kit/PanelGrid.h"
-#include "TavrinWidgetsUI/Kit/ViewWidget.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelGrid.h"
+#include "TavrinWidgetsUI/Kit/Views/ViewWidget.h"
 #include "Tests/Slot/SlotFixture.h"
 #include "Tests/Support/Keys.h"
 

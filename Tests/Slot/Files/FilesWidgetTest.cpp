@@ -1,8 +1,8 @@
 #include "TavrinCore/Kinds/Files/Shelf.h"
 #include "TavrinStorage/WidgetStore.h"
 #include "TavrinWidgetsUI/Files/QuickLook.h"
-#include "TavrinWidgetsUI/Kit/PanelGrid.h"
-#include "TavrinWidgetsUI/Kit/PanelList.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelGrid.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
 #include "Tests/Slot/SlotFixture.h"
 #include "Tests/Storage/TemporaryFolder.h"
 

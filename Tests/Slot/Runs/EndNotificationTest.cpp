@@ -1,4 +1,4 @@
-#include "TavrinSlot/EndNotification.h"
+#include "TavrinSlot/Controllers/Runs/EndNotification.h"
 
 #include "Tests/Support/FakePlatform.h"
 

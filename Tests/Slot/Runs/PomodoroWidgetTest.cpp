@@ -1,4 +1,4 @@
-#include "TavrinSlot/PomodoroWidget.h"
+#include "TavrinSlot/Controllers/Runs/PomodoroWidget.h"
 
 #include "Tests/Support/SlotRig.h"
 

@@ -1,6 +1,6 @@
-#include "TavrinSlot/TimerWidget.h"
+#include "TavrinSlot/Controllers/Runs/TimerWidget.h"
 
-#include "TavrinWidgetsUI/Kit/PanelSegments.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelSegments.h"
 #include "Tests/Support/SlotRig.h"
 
 #include <QLabel>

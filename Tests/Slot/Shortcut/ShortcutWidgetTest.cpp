@@ -1,4 +1,4 @@
-#include "TavrinWidgetsUI/Kit/PanelControls.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
 #include "TavrinWidgetsUI/Shortcut/ShortcutRunner.h"
 #include "Tests/Slot/SlotFixture.h"
 

@@ -1,6 +1,6 @@
-#include "TavrinSlot/FanWidget.h"
-#include "TavrinSlot/KeyboardLockWidget.h"
-#include "TavrinSlot/SystemWidget.h"
+#include "TavrinSlot/Controllers/FanWidget.h"
+#include "TavrinSlot/Controllers/KeyboardLockWidget.h"
+#include "TavrinSlot/Controllers/SystemWidget.h"
 
 #include "TavrinSlot/DockPanelPresenter.h"
 #include "TavrinSlot/DockTileRenderer.h"

@@ -1,5 +1,5 @@
 #include "TavrinStorage/WaterStore.h"
-#include "TavrinWidgetsUI/Kit/PanelFigure.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelFigure.h"
 #include "Tests/Slot/SlotFixture.h"
 
 #include <fstream>

@@ -1,7 +1,7 @@
 #include "TavrinWidgetsUI/Clipboard/ClipboardVault.h"
 
+#include "TavrinPlatform/Files/AtomicFile.h"
 #include "TavrinStorage/AESGCM.h"
-#include "TavrinStorage/AtomicFile.h"
 #include "Tests/Storage/TemporaryFolder.h"
 #include "Tests/Support/FakePlatform.h"
 

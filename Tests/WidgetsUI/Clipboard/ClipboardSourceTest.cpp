@@ -1,6 +1,6 @@
 #include "TavrinWidgetsUI/Clipboard/ClipboardModel.h"
 
-#include "TavrinStorage/AtomicFile.h"
+#include "TavrinPlatform/Files/AtomicFile.h"
 #include "Tests/Storage/TemporaryFolder.h"
 #include "Tests/Support/FakePlatform.h"
 

@@ -1,6 +1,6 @@
 #include "TavrinWidgetsUI/Clipboard/LinkPreviewSource.h"
 
-#include "TavrinWidgetsUI/Kit/Thumbnail.h"
+#include "TavrinWidgetsUI/Kit/Pictures/Thumbnail.h"
 #include "Tests/Support/FakePlatform.h"
 
 #include <QBuffer>

@@ -1,4 +1,4 @@
-#include "TavrinWidgetsUI/Kit/ViewRenderer.h"
+#include "TavrinWidgetsUI/Kit/Views/ViewRenderer.h"
 #include "TavrinWidgetsUI/Runs/PomodoroViews.h"
 #include "TavrinWidgetsUI/Runs/StopwatchViews.h"
 #include "TavrinWidgetsUI/Runs/TimerPanelView.h"

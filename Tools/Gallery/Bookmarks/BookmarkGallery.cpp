@@ -1,5 +1,5 @@
 #include "TavrinWidgetsUI/Bookmarks/BookmarkPanelView.h"
-#include "TavrinWidgetsUI/Kit/PanelList.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
 #include "Tools/Gallery/DesignedGallery.h"
 
 #include <QLineEdit>

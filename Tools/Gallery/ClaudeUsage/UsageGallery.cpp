@@ -1,4 +1,4 @@
-#include "TavrinStorage/ClaudeUsageBridge.h"
+#include "TavrinStorage/ClaudeUsage/ClaudeUsageBridge.h"
 #include "TavrinWidgetsUI/ClaudeUsage/ClaudeUsageModel.h"
 #include "TavrinWidgetsUI/ClaudeUsage/ClaudeUsagePanelView.h"
 #include "TavrinWidgetsUI/ClaudeUsage/ClaudeUsageViews.h"

@@ -1,6 +1,6 @@
 #include "TavrinWidgetsUI/Collection/CollectionPanelView.h"
 #include "TavrinWidgetsUI/Collection/CollectionViews.h"
-#include "TavrinWidgetsUI/Kit/ViewRenderer.h"
+#include "TavrinWidgetsUI/Kit/Views/ViewRenderer.h"
 #include "Tests/Support/FakeApplicationLibrary.h"
 #include "Tests/Support/ManualRunLoop.h"
 #include "Tools/Gallery/Gallery.h"

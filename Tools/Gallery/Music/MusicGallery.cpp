@@ -1,4 +1,4 @@
-#include "TavrinWidgetsUI/Kit/ViewRenderer.h"
+#include "TavrinWidgetsUI/Kit/Views/ViewRenderer.h"
 #include "TavrinWidgetsUI/Music/MusicPanelView.h"
 #include "TavrinWidgetsUI/Music/MusicViews.h"
 #include "Tests/Support/FakeMediaPlayers.h"

@@ -1,5 +1,5 @@
-#include "TavrinCore/Base/FoldedWords.h"
 #include "TavrinCore/Kinds/Bookmarks/Bookmarks.h"
+#include "TavrinCore/Text/FoldedWords.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
 #include "TavrinCore/Kinds/ClaudeUsage/ClaudeUsage.h"
 
-#include "TavrinCore/Base/ByteSearch.h"
 #include "TavrinCore/Base/ISO8601.h"
 #include "TavrinCore/Kinds/ClaudeUsage/ClaudeUsageLine.h"
+#include "TavrinCore/Text/ByteSearch.h"
 
 #include <gtest/gtest.h>
 #include <random>

@@ -1,8 +1,8 @@
 #include "TavrinCore/Kinds/Clipboard/PagePreview.h"
 
-#include "TavrinCore/Base/CharacterSet.h"
-#include "TavrinCore/Base/HTMLReader.h"
-#include "TavrinCore/Base/Text.h"
+#include "TavrinCore/Text/CharacterSet.h"
+#include "TavrinCore/Text/HTMLReader.h"
+#include "TavrinCore/Text/Text.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include "TavrinCore/Kinds/Weather/Weather.h"
 
-#include "TavrinCore/Base/Text.h"
+#include "TavrinCore/Text/Text.h"
 
 #include <cmath>
 #include <gtest/gtest.h>

@@ -1,0 +1,160 @@
+#include "TavrinHost/Dock/DockLibrary.h"
+#include "TavrinHost/NamedReference.h"
+#include "TavrinStorage/Dock/PlistFileBackend.h"
+
+#include <algorithm>
+
+namespace tavrin {
+namespace {
+
+/// One Dock on its way from one state to another.
+struct DockChange {
+  /// Empty for the user's own Dock.
+  std::filesystem::path file;
+  std::shared_ptr<DockPreferencesBackend> backend;
+  DockSnapshot before;
+  DockSnapshot after;
+
+  bool isNeeded() const { return before.apps != after.apps || before.others != after.others; }
+};
+
+DockChange plan(std::filesystem::path file, std::shared_ptr<DockPreferencesBackend> backend,
+                const std::vector<DockEdit>& edits, Date now) {
+  auto before = DockPlistReader{backend}.read(now);
+  auto after = before;
+  for (const auto& edit : edits)
+    edit(after);
+  return {std::move(file), std::move(backend), std::move(before), std::move(after)};
+}
+
+void report(HostContext& context, const DockChangeOptions& options,
+            const std::vector<DockChange>& changes) {
+  JSONValue::Array list;
+  for (const auto& change : changes) {
+    const auto difference = DockChangeDetector::diff(change.before, change.after);
+    if (context.printsJSON()) {
+      auto json = changesJSON(difference);
+      json.object()->emplace("file", change.backend->url().string());
+      json.object()->emplace("changed", change.isNeeded());
+      json.object()->emplace("written", change.isNeeded() && !options.isDryRun);
+      list.push_back(std::move(json));
+      continue;
+    }
+    if (!change.file.empty())
+      context.say(change.file.string() + ":");
+    if (!change.isNeeded())
+      context.say("Nothing to change");
+    else if (!difference.hasChanges())
+      context.say("* labels or options of items");
+    else
+      sayChanges(context, difference);
+  }
+  if (context.printsJSON())
+    context.print(list);
+}
+
+JSONValue::Array labels(const std::vector<DockItem>& items) {
+  JSONValue::Array list;
+  for (const auto& item : items) {
+    JSONValue::Object entry;
+    entry.emplace("label", item.displayName());
+    entry.emplace("kind", kindWord(item));
+    entry.emplace("address", addressOf(item));
+    list.emplace_back(std::move(entry));
+  }
+  return list;
+}
+
+} // namespace
+
+void DockChangeOptions::addTo(CLI::App& command, HostContext& context) {
+  command
+      .add_option("--file", files, "A Dock preferences file to change in place of your own Dock")
+      ->expected(1)
+      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+  command.add_flag("--dry-run", isDryRun, "Show the change and write nothing");
+  addNoRestartFlag(command, restarts);
+  context.addJSONFlag(command);
+}
+
+void changeDocks(HostContext& context, const DockChangeOptions& options,
+                 const std::vector<DockEdit>& edits) {
+  const Date now = context.platform().clock().now();
+  std::optional<DockLibrary> library;
+  std::vector<DockChange> changes;
+  if (options.files.empty()) {
+    library.emplace(context, options.restarts);
+    changes.push_back(plan({}, library->dock(), edits, now));
+  }
+  for (const auto& name : options.files) {
+    const auto file = absolutePath(context, name);
+    changes.push_back(plan(file, std::make_shared<PlistFileBackend>(file), edits, now));
+  }
+  if (!options.isDryRun) {
+    for (const auto& change : changes) {
+      if (!change.isNeeded())
+        continue;
+      if (library)
+        library->apply(change.after);
+      else
+        DockPlistWriter{change.backend}.write(change.after);
+    }
+  }
+  report(context, options, changes);
+}
+
+void sayChanges(HostContext& context, const DockChangeDetector::Report& report) {
+  const auto& console = context.console();
+  const auto line = [](const char* mark, const DockItem& item) {
+    const auto address = addressOf(item);
+    return printable(
+        fmt::format("{} {}{}{}", mark, item.displayName(), address.empty() ? "" : "  ", address));
+  };
+  for (const auto& item : report.removed)
+    context.say(console.styled(line("-", item), TextStyle::bad));
+  for (const auto& item : report.added)
+    context.say(console.styled(line("+", item), TextStyle::good));
+  if (report.reordered)
+    context.say("~ another order");
+}
+
+JSONValue changesJSON(const DockChangeDetector::Report& report) {
+  return JSONValue::Object{{"added", labels(report.added)},
+                           {"removed", labels(report.removed)},
+                           {"reordered", report.reordered}};
+}
+
+JSONValue itemsJSON(const std::vector<PlacedDockItem>& items) {
+  JSONValue::Array list;
+  for (const auto& one : items) {
+    JSONValue::Object entry;
+    entry.emplace("section", one.section == DockSection::apps ? "apps" : "others");
+    entry.emplace("position", static_cast<std::int64_t>(one.index + 1));
+    entry.emplace("label", one.item.displayName());
+    entry.emplace("kind", kindWord(one.item));
+    if (const auto address = addressOf(one.item); !address.empty())
+      entry.emplace(one.item.url() != nullptr ? "url" : "path", address);
+    if (const auto* app = one.item.app(); app != nullptr && app->bundleIdentifier)
+      entry.emplace("bundleIdentifier", *app->bundleIdentifier);
+    if (const auto* spacer = one.item.spacer())
+      entry.emplace("spacer", nameOf(*spacer));
+    list.emplace_back(std::move(entry));
+  }
+  return list;
+}
+
+void printItems(HostContext& context, const std::vector<PlacedDockItem>& items) {
+  Table table({{"SECTION"}, {"#", true}, {"LABEL", false, 32}, {"KIND"}, {"ADDRESS"}});
+  for (const auto& one : items)
+    table.add({one.section == DockSection::apps ? "apps" : "others",
+               std::to_string(one.index + 1),
+               {one.item.displayName(), TextStyle::bold},
+               std::string(kindWord(one.item)),
+               addressOf(one.item)});
+  if (table.isEmpty())
+    context.say("The Dock is empty");
+  else
+    table.print(context.console());
+}
+
+} // namespace tavrin

@@ -1,0 +1,190 @@
+#include "TavrinHost/Dock/DockLibrary.h"
+
+#include "TavrinHost/NamedReference.h"
+#include "TavrinPlatform/Files/AtomicFile.h"
+#include "TavrinStorage/Dock/CFPreferencesBackend.h"
+#include "TavrinStorage/Dock/PlistFileBackend.h"
+#include "TavrinStorage/Dock/SystemDockReloader.h"
+
+namespace tavrin {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// Shorter starts of an identifier are taken for names only.
+constexpr std::size_t shortestIdentifierStart = 4;
+
+StoragePath paths(HostContext& context) {
+  return {context.platform().fileManager(), context.platform().mainBundle()};
+}
+
+std::shared_ptr<DockPreferencesBackend> userDock(HostContext& context) {
+  auto& platform = context.platform();
+  return std::make_shared<CFPreferencesBackend>(platform.dockServices().preferences(),
+                                                platform.fileManager().homeFolder());
+}
+
+std::shared_ptr<DockReloader> reloader(HostContext& context, bool restarts) {
+  if (!restarts)
+    return std::make_shared<NoOpDockReloader>();
+  return std::make_shared<SystemDockReloader>(context.platform().dockServices().dockProcess());
+}
+
+bool startsAs(std::string_view text, std::string_view start) {
+  return !start.empty() && folded(text).starts_with(folded(start));
+}
+
+[[noreturn]] void throwNoProfile(std::string_view reference, const std::vector<Profile>& all) {
+  std::vector<std::string> names;
+  for (const auto& profile : all)
+    names.push_back(profile.name);
+  throw HostError(ExitCode::profileNotFound, noneCalled("profile", reference, names));
+}
+
+std::string describedProfile(const Profile& profile) {
+  return fmt::format("\"{}\" ({})", profile.name, profile.id.text().substr(0, 8));
+}
+
+} // namespace
+
+DockLibrary::DockLibrary(HostContext& context, bool restarts)
+    : context_(context), dock_(userDock(context)),
+      swapper_(DockSwapper::over(dock_, reloader(context, restarts))),
+      backups_{paths(context).appSupportDirectory(true) / BackupManager::directoryName, dock_},
+      didBackUp_([&context](const fs::path& backup) {
+        context.remark(
+            fmt::format("The Dock before is kept as {}; `tavrin dock undo` brings it back",
+                        backup.filename().string()));
+      }) {}
+
+ProfileStore& DockLibrary::profiles() {
+  if (!profiles_)
+    profiles_.emplace(paths(context_).profilesFileURL());
+  return *profiles_;
+}
+
+ProfileSwitcher& DockLibrary::switcher() {
+  if (!switcher_) {
+    switcher_.emplace(profiles(), swapper_, backups_, context_.platform().clock());
+    switcher_->didBackUp = didBackUp_;
+  }
+  return *switcher_;
+}
+
+void DockLibrary::apply(const DockSnapshot& target) {
+  applyWithBackup(swapper_, backups_, target, didBackUp_);
+}
+
+DockSnapshot DockLibrary::snapshot() const {
+  return DockPlistReader{dock_}.read(context_.platform().clock().now());
+}
+
+const Profile& DockLibrary::profile(std::string_view reference) {
+  const auto id = UUID::parse(reference);
+  const auto found = nearest<Profile>(
+      profiles().file().profiles,
+      {[&](const Profile& one) { return id && one.id == *id; },
+       [&](const Profile& one) { return one.name == reference; },
+       [&](const Profile& one) { return folded(one.name) == folded(reference); },
+       [&](const Profile& one) {
+         return startsAs(one.name, reference) ||
+                (reference.size() >= shortestIdentifierStart && startsAs(one.id.text(), reference));
+       }});
+  if (found.empty())
+    throwNoProfile(reference, profiles().file().profiles);
+  if (found.size() > 1)
+    throwAmbiguous(reference, found, describedProfile);
+  return *found.front();
+}
+
+DockSnapshot DockLibrary::layout(const std::string& reference) {
+  const Date now = context_.platform().clock().now();
+  if (reference == "dock")
+    return snapshot();
+  for (const auto& backup : backups_.listBackups())
+    if (backup.filename() == reference || backup.stem() == reference)
+      return dockPlistReader(backup).read(now);
+  if (reference.ends_with(".plist") || reference.find('/') != std::string::npos)
+    return dockPlistReader(absolutePath(context_, reference)).read(now);
+  return profile(reference).snapshot(now);
+}
+
+ExitCode exitCode(const DockError& error) {
+  switch (error.kind()) {
+  case DockError::Case::plistNotFound:
+    return ExitCode::dockPlistNotFound;
+  case DockError::Case::plistReadFailed:
+    return ExitCode::dockPlistUnreadable;
+  case DockError::Case::plistMalformed:
+    return ExitCode::dockPlistMalformed;
+  case DockError::Case::plistWriteFailed:
+    return ExitCode::dockPlistUnwritable;
+  case DockError::Case::unsupportedItemType:
+    return ExitCode::unsupportedDockItem;
+  case DockError::Case::dockReloadFailed:
+    return ExitCode::dockReloadFailed;
+  case DockError::Case::fileNotFound:
+    return ExitCode::fileNotFound;
+  case DockError::Case::profileNotFound:
+    return ExitCode::profileNotFound;
+  case DockError::Case::noBackupAvailable:
+    return ExitCode::noBackup;
+  }
+  return ExitCode::failed;
+}
+
+fs::path absolutePath(HostContext& context, const std::string& path) {
+  if (path == "~" || path.starts_with("~/"))
+    return context.platform().fileManager().homeFolder() / path.substr(path == "~" ? 1 : 2);
+  return fs::absolute(path).lexically_normal();
+}
+
+void addNoRestartFlag(CLI::App& command, bool& restarts) {
+  command.add_flag_callback(
+      "--no-restart", [&restarts] { restarts = false; },
+      "Write only; the Dock takes it when it next starts");
+}
+
+std::string textOf(HostContext& context, const std::string& name) {
+  if (name == "-")
+    return {std::istreambuf_iterator<char>(context.console().in), {}};
+  const auto file = absolutePath(context, name);
+  auto text = readFile(file);
+  if (!text)
+    throw DockError::fileNotFound(file);
+  return std::move(*text);
+}
+
+Completer completeProfiles(HostContext& context) {
+  return [&context](const std::vector<std::string>&, auto) {
+    std::vector<Suggestion> found;
+    for (const auto& profile : DockLibrary(context).profiles().file().profiles)
+      found.push_back({profile.name, std::string(nameOf(profile.color))});
+    return found;
+  };
+}
+
+Completer completeDockItems(HostContext& context) {
+  return [&context](const std::vector<std::string>& words, auto) {
+    std::vector<Suggestion> found;
+    for (const auto& one : placedItems(DockLibrary(context).snapshot()))
+      if (const auto label = one.item.displayName();
+          one.item.spacer() == nullptr && std::ranges::count(words, label) == 0)
+        found.push_back({label, addressOf(one.item)});
+    return found;
+  };
+}
+
+Completer completeLayouts(HostContext& context) {
+  return [&context](const std::vector<std::string>&, auto) {
+    std::vector<Suggestion> found = {{"dock", "the Dock as it is"}};
+    DockLibrary library(context);
+    for (const auto& profile : library.profiles().file().profiles)
+      found.push_back({profile.name, "profile"});
+    for (const auto& backup : library.backups().listBackups())
+      found.push_back({backup.filename().string(), "backup"});
+    return found;
+  };
+}
+
+} // namespace tavrin

@@ -1,0 +1,87 @@
+#pragma once
+
+#include "TavrinCore/Dock/DockChangeDetector.h"
+#include "TavrinHost/Dock/DockEditing.h"
+#include "TavrinHost/HostContext.h"
+#include "TavrinStorage/Dock/ProfileSwitcher.h"
+#include "TavrinStorage/StoragePath.h"
+
+namespace tavrin {
+
+/// The user's Dock, profiles and Dock backups as the commands see them.
+class DockLibrary {
+public:
+  /// Without `restarts` the Dock is only written, and takes its new layout when it next starts.
+  explicit DockLibrary(HostContext& context, bool restarts = true);
+
+  /// Read when first asked for, so that a broken profiles file stops no command that needs none.
+  /// Throws FileError.
+  ProfileStore& profiles();
+  ProfileSwitcher& switcher();
+  BackupManager& backups() { return backups_; }
+  /// Puts a layout into the Dock, the Dock before backed up.
+  void apply(const DockSnapshot& target);
+  std::shared_ptr<DockPreferencesBackend> dock() { return dock_; }
+  DockSnapshot snapshot() const;
+
+  /// The profile that goes by a name or identifier, or the start of one, case aside. Throws
+  /// HostError (ambiguous, profileNotFound).
+  const Profile& profile(std::string_view reference);
+
+  /// A layout by name: "dock" for the Dock as it is, a Dock backup's file name, a property list
+  /// file, or a profile. Throws HostError, DockError.
+  DockSnapshot layout(const std::string& reference);
+
+private:
+  HostContext& context_;
+  std::shared_ptr<DockPreferencesBackend> dock_;
+  DockSwapper swapper_;
+  BackupManager backups_;
+  BackupObserver didBackUp_;
+  std::optional<ProfileStore> profiles_;
+  std::optional<ProfileSwitcher> switcher_;
+};
+
+/// What a command that changes Docks was told.
+struct DockChangeOptions {
+  std::vector<std::string> files;
+  bool isDryRun = false;
+  bool restarts = true;
+
+  /// `--file`, `--dry-run`, `--no-restart` and `--json`.
+  void addTo(CLI::App& command, HostContext& context);
+};
+
+/// Applies the edits to every Dock meant, all of them computed before the first is written, and
+/// says what changed. Each Dock is written and restarted once at most, and not at all when nothing
+/// changes. The user's own Dock is backed up first.
+void changeDocks(HostContext& context, const DockChangeOptions& options,
+                 const std::vector<DockEdit>& edits);
+
+/// Differences as lines of text, or as an object for JSON.
+void sayChanges(HostContext& context, const DockChangeDetector::Report& report);
+JSONValue changesJSON(const DockChangeDetector::Report& report);
+/// The items of one Dock as a table's rows or a JSON list.
+JSONValue itemsJSON(const std::vector<PlacedDockItem>& items);
+void printItems(HostContext& context, const std::vector<PlacedDockItem>& items);
+
+/// The exit status of each failure.
+ExitCode exitCode(const DockError& error);
+
+/// `path` as the user wrote it, made absolute; "~/" is the home folder.
+std::filesystem::path absolutePath(HostContext& context, const std::string& path);
+
+/// "--no-restart", which clears `restarts`.
+void addNoRestartFlag(CLI::App& command, bool& restarts);
+
+/// What the file `name` holds, or the standard input for "-". Throws DockError for one that is not
+/// there and FileError for one that cannot be read.
+std::string textOf(HostContext& context, const std::string& name);
+
+Completer completeProfiles(HostContext& context);
+/// The labels of the user's Dock.
+Completer completeDockItems(HostContext& context);
+/// Names that `DockLibrary::layout` takes.
+Completer completeLayouts(HostContext& context);
+
+} // namespace tavrin

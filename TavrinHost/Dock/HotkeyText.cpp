@@ -1,0 +1,107 @@
+#include "TavrinHost/Dock/HotkeyText.h"
+
+#include "TavrinHost/HostError.h"
+#include "TavrinHost/Widgets/WidgetLibrary.h"
+
+#include <array>
+#include <fmt/format.h>
+#include <vector>
+
+namespace tavrin {
+namespace {
+
+struct KeyName {
+  std::string_view name;
+  std::uint16_t code;
+};
+
+/// Virtual key codes of the ANSI keyboard.
+constexpr std::array keyNames = {
+    KeyName{"a", 0},      KeyName{"b", 11},      KeyName{"c", 8},      KeyName{"d", 2},
+    KeyName{"e", 14},     KeyName{"f", 3},       KeyName{"g", 5},      KeyName{"h", 4},
+    KeyName{"i", 34},     KeyName{"j", 38},      KeyName{"k", 40},     KeyName{"l", 37},
+    KeyName{"m", 46},     KeyName{"n", 45},      KeyName{"o", 31},     KeyName{"p", 35},
+    KeyName{"q", 12},     KeyName{"r", 15},      KeyName{"s", 1},      KeyName{"t", 17},
+    KeyName{"u", 32},     KeyName{"v", 9},       KeyName{"w", 13},     KeyName{"x", 7},
+    KeyName{"y", 16},     KeyName{"z", 6},       KeyName{"0", 29},     KeyName{"1", 18},
+    KeyName{"2", 19},     KeyName{"3", 20},      KeyName{"4", 21},     KeyName{"5", 23},
+    KeyName{"6", 22},     KeyName{"7", 26},      KeyName{"8", 28},     KeyName{"9", 25},
+    KeyName{"space", 49}, KeyName{"return", 36}, KeyName{"tab", 48},   KeyName{"escape", 53},
+    KeyName{"left", 123}, KeyName{"right", 124}, KeyName{"f1", 122},   KeyName{"f2", 120},
+    KeyName{"f3", 99},    KeyName{"f4", 118},    KeyName{"f5", 96},    KeyName{"f6", 97},
+    KeyName{"f7", 98},    KeyName{"f8", 100},    KeyName{"f9", 101},   KeyName{"f10", 109},
+    KeyName{"f11", 103},  KeyName{"f12", 111},   KeyName{"minus", 27}, KeyName{"equal", 24},
+    KeyName{"comma", 43}, KeyName{"period", 47}, KeyName{"slash", 44}, KeyName{"grave", 50},
+};
+
+std::optional<HotkeyModifiers> modifierNamed(std::string_view word) {
+  for (const auto& [name, modifier] :
+       {std::pair{"command", HotkeyModifiers::command}, std::pair{"cmd", HotkeyModifiers::command},
+        std::pair{"super", HotkeyModifiers::command}, std::pair{"option", HotkeyModifiers::option},
+        std::pair{"alt", HotkeyModifiers::option}, std::pair{"control", HotkeyModifiers::control},
+        std::pair{"ctrl", HotkeyModifiers::control}, std::pair{"shift", HotkeyModifiers::shift}})
+    if (word == name)
+      return modifier;
+  return std::nullopt;
+}
+
+std::vector<std::string> parts(std::string_view text) {
+  std::vector<std::string> words(1);
+  for (const char c : folded(text)) {
+    if (c == '+')
+      words.emplace_back();
+    else
+      words.back() += c;
+  }
+  return words;
+}
+
+HotkeyModifiers required(const std::string& word) {
+  const auto modifier = modifierNamed(word);
+  if (!modifier)
+    throw HostError(
+        ExitCode::refusedValue,
+        fmt::format("\"{}\" is no modifier; they are control, option, shift and command", word));
+  return *modifier;
+}
+
+} // namespace
+
+HotkeyModifiers modifiersFromText(std::string_view text) {
+  HotkeyModifiers modifiers;
+  for (const auto& word : parts(text))
+    modifiers = modifiers | required(word);
+  return modifiers;
+}
+
+Hotkey hotkeyFromText(std::string_view text) {
+  auto words = parts(text);
+  const auto* key = keyNames.begin();
+  while (key != keyNames.end() && key->name != words.back())
+    ++key;
+  if (key == keyNames.end())
+    throw HostError(ExitCode::refusedValue, fmt::format("\"{}\" is no key", words.back()));
+  words.pop_back();
+  Hotkey hotkey{key->code, {}};
+  for (const auto& word : words)
+    hotkey.modifiers = hotkey.modifiers | required(word);
+  if (!hotkey.modifiers.isValidForGlobalHotkey())
+    throw HostError(ExitCode::refusedValue,
+                    fmt::format("\"{}\" needs control, option or command: it would be taken from "
+                                "every application",
+                                text));
+  return hotkey;
+}
+
+std::string hotkeyText(const Hotkey& hotkey) {
+  for (const auto& key : keyNames)
+    if (key.code == hotkey.keyCode) {
+      std::string name(key.name);
+      if (name.size() <= 3 && name != "tab")
+        name[0] = name[0] >= 'a' ? static_cast<char>(name[0] - 32) : name[0];
+      return hotkey.modifiers.displaySymbols() + name;
+    }
+  return fmt::format("{}key {}", hotkey.modifiers.displaySymbols(), hotkey.keyCode);
+}
+
+} // namespace tavrin

@@ -1,0 +1,162 @@
+#include "TavrinHost/Widgets/SettingEditing.h"
+
+#include "TavrinCore/Text/Text.h"
+#include "TavrinHost/HostError.h"
+#include "TavrinHost/Widgets/SettingSettling.h"
+#include "TavrinHost/Widgets/SettingText.h"
+
+#include <algorithm>
+#include <charconv>
+#include <fmt/format.h>
+#include <set>
+
+namespace tavrin {
+namespace {
+
+const FieldInfo* fieldOf(const std::vector<FieldInfo>& fields, std::string_view key) {
+  const auto found = std::ranges::find(fields, key, &FieldInfo::key);
+  return found == fields.end() ? nullptr : &*found;
+}
+
+[[noreturn]] void throwUnknownKey(const std::vector<FieldInfo>& fields, std::string_view key,
+                                  std::string_view whose) {
+  std::vector<std::string> keys;
+  for (const auto& field : fields)
+    keys.push_back(field.key);
+  throw HostError(ExitCode::notFound, keys.empty()
+                                          ? fmt::format("{} has no settings", whose)
+                                          : fmt::format("{} has no setting \"{}\"; it has {}",
+                                                        whose, key, enumeration(keys)));
+}
+
+JSONValue freshRecord(const std::vector<FieldInfo>& fields) {
+  JSONValue::Object record;
+  for (const auto& field : fields)
+    if (!field.defaultValue.isNull())
+      record.emplace(field.key, field.defaultValue);
+  return record;
+}
+
+void assignInRecord(const std::vector<FieldInfo>& fields, JSONValue& record, std::string_view path,
+                    std::string_view whose, const std::string& text, Date now);
+
+void assignInElement(const FieldInfo& list, JSONValue& values, std::string_view path,
+                     const std::string& text, Date now) {
+  const auto dot = path.find('.');
+  const auto place = path.substr(0, dot);
+  std::size_t index = 0;
+  const auto [end, error] = std::from_chars(place.data(), place.data() + place.size(), index);
+  auto* array = values.array();
+  if (error != std::errc() || end != place.data() + place.size() || array == nullptr ||
+      index >= array->size())
+    throw HostError(
+        ExitCode::notFound,
+        fmt::format("\"{}\" has no element {}; they are counted from 0", list.key, place));
+  if (dot == std::string_view::npos || list.elementType != FieldType::record) {
+    FieldInfo element = list;
+    element.type = list.elementType.value_or(FieldType::text);
+    element.isNullable = false;
+    (*array)[index] = settingFromText(element, text, now);
+    return;
+  }
+  assignInRecord(list.fields, (*array)[index], path.substr(dot + 1),
+                 fmt::format("\"{}\"", list.key), text, now);
+}
+
+void assignInRecord(const std::vector<FieldInfo>& fields, JSONValue& record, std::string_view path,
+                    std::string_view whose, const std::string& text, Date now) {
+  const auto dot = path.find('.');
+  const auto* field = fieldOf(fields, path.substr(0, dot));
+  if (field == nullptr)
+    throwUnknownKey(fields, path.substr(0, dot), whose);
+  auto& object = *record.object();
+  if (dot != std::string_view::npos && field->type == FieldType::list) {
+    assignInElement(*field, object[field->key], path.substr(dot + 1), text, now);
+  } else if (dot != std::string_view::npos && field->type == FieldType::record) {
+    auto& nested = object[field->key];
+    if (nested.object() == nullptr)
+      nested = freshRecord(field->fields);
+    assignInRecord(field->fields, nested, path.substr(dot + 1), fmt::format("\"{}\"", field->key),
+                   text, now);
+  } else if (dot != std::string_view::npos) {
+    throw HostError(ExitCode::notFound,
+                    fmt::format("\"{}\" is a single value without parts", field->key));
+  } else {
+    auto value = settingFromText(*field, text, now);
+    if (value.isNull())
+      object.erase(field->key);
+    else
+      object[field->key] = std::move(value);
+  }
+}
+
+DockWidget::Kind withSettledSettings(const SettingChange& change, const JSONValue& settings) {
+  try {
+    auto settled = withSettings(change.before, settings);
+    settle(settled, change);
+    return settled;
+  } catch (const CodingError& error) {
+    throw HostError(ExitCode::refusedValue, error.what());
+  }
+}
+
+} // namespace
+
+Assignment Assignment::parse(std::string_view word) {
+  const auto equals = word.find('=');
+  if (equals == std::string_view::npos || equals == 0)
+    throw HostError(ExitCode::usage,
+                    fmt::format("a setting is written key=value, not \"{}\"", word));
+  return {std::string(word.substr(0, equals)), std::string(word.substr(equals + 1))};
+}
+
+std::string checkedName(std::string_view text) {
+  const auto name = trimmed(text);
+  if (name.empty())
+    throw HostError(ExitCode::refusedValue, "a name must not be blank");
+  return std::string(name);
+}
+
+int checkedSpan(const DockWidget::Kind& kind, std::string_view text) {
+  int span = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), span);
+  if (error != std::errc() || end != text.data() + text.size() || span < 1 || span > kind.maxSpan())
+    throw HostError(
+        ExitCode::refusedValue,
+        kind.maxSpan() == 1
+            ? fmt::format("the span of a {} widget must be 1, not \"{}\"", kind.title(), text)
+            : fmt::format("the span of a {} widget must be 1 to {}, not \"{}\"", kind.title(),
+                          kind.maxSpan(), text));
+  return span;
+}
+
+DockWidget::Kind withCheckedSettings(const DockWidget::Kind& kind,
+                                     const std::vector<FieldInfo>& fields,
+                                     const JSONValue& settings, const std::filesystem::path& home) {
+  if (const auto clause = refusalOf(fields, settings); !clause.empty())
+    throw HostError(ExitCode::refusedValue, clause);
+  return withSettledSettings({kind, {}, home}, settings);
+}
+
+DockWidget withAssignments(DockWidget widget, const std::vector<Assignment>& assignments, Date now,
+                           const std::filesystem::path& home) {
+  const auto fields = describeSettings(widget.kind);
+  auto settings = settingsJSON(widget.kind);
+  std::set<std::string> named;
+  for (const auto& assignment : assignments) {
+    named.insert(assignment.key);
+    const bool isSetting = fieldOf(fields, assignment.key) != nullptr;
+    if (assignment.key == "name" && !isSetting)
+      widget.name = checkedName(assignment.value);
+    else if (assignment.key == "span" && !isSetting)
+      widget.span = checkedSpan(widget.kind, assignment.value);
+    else
+      assignInRecord(fields, settings, assignment.key,
+                     fmt::format("a {} widget", widget.kind.title()), assignment.value, now);
+  }
+  // A value outside its range that was there before is no reason to refuse another change.
+  widget.kind = withSettledSettings({widget.kind, named, home}, settings);
+  return widget;
+}
+
+} // namespace tavrin

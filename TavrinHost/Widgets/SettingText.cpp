@@ -1,0 +1,363 @@
+#include "TavrinHost/Widgets/SettingText.h"
+
+#include "TavrinCore/Base/Data.h"
+#include "TavrinHost/Dock/HotkeyText.h"
+#include "TavrinHost/HostError.h"
+
+#include <algorithm>
+#include <cctype>
+#include <charconv>
+#include <cmath>
+#include <fmt/format.h>
+
+namespace tavrin {
+namespace {
+
+std::string lowered(std::string_view text) {
+  std::string result(text);
+  for (auto& c : result)
+    c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  return result;
+}
+
+[[noreturn]] void refuse(const FieldInfo& field, std::string_view text) {
+  throw HostError(ExitCode::refusedValue, fmt::format("\"{}\" must be {}, not \"{}\"", field.key,
+                                                      allowedText(field), text));
+}
+
+/// What one element of a list is, as a line of its own.
+FieldInfo elementOf(const FieldInfo& list) {
+  FieldInfo element = list;
+  element.type = list.elementType.value_or(FieldType::text);
+  element.isNullable = false;
+  element.elementType.reset();
+  if (element.type != FieldType::integer && element.type != FieldType::number)
+    element.range.reset();
+  return element;
+}
+
+/// A range bounds the numbers in a list, and the length of a list of anything else.
+bool rangeCountsElements(const FieldInfo& list) {
+  return list.elementType != FieldType::integer && list.elementType != FieldType::number;
+}
+
+bool isHotkey(const FieldInfo& field) {
+  static const auto hotkeyFields = describe<Hotkey>();
+  return field.type == FieldType::record &&
+         std::ranges::equal(field.fields, hotkeyFields, {}, &FieldInfo::key, &FieldInfo::key);
+}
+
+bool isSeconds(const FieldInfo& field) {
+  return field.unit == "s";
+}
+
+std::string numberText(const FieldInfo& field, double value) {
+  if (isSeconds(field))
+    return durationText(value);
+  const bool sticks = field.unit == "°" || field.unit == "%";
+  return field.unit.empty() ? fmt::format("{}", value)
+                            : fmt::format("{}{}{}", value, sticks ? "" : " ", field.unit);
+}
+
+JSONValue switchFromText(const FieldInfo& field, std::string_view text) {
+  const auto word = lowered(text);
+  for (const auto* yes : {"yes", "true", "on", "1"})
+    if (word == yes)
+      return true;
+  for (const auto* no : {"no", "false", "off", "0"})
+    if (word == no)
+      return false;
+  refuse(field, text);
+}
+
+std::optional<double> plainNumber(std::string_view text, std::string_view unit) {
+  double value = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  if (error != std::errc() || !std::isfinite(value))
+    return std::nullopt;
+  auto rest = text.substr(static_cast<std::size_t>(end - text.data()));
+  while (rest.starts_with(' '))
+    rest.remove_prefix(1);
+  return rest.empty() || (!unit.empty() && lowered(rest) == lowered(unit)) ? std::optional(value)
+                                                                           : std::nullopt;
+}
+
+JSONValue numberFromText(const FieldInfo& field, std::string_view text) {
+  const auto value = isSeconds(field) ? durationFromText(text) : plainNumber(text, field.unit);
+  const bool isInRange =
+      value && (!field.range || (*value >= field.range->lower && *value <= field.range->upper));
+  if (!isInRange)
+    refuse(field, text);
+  if (field.type == FieldType::number)
+    return *value;
+  if (*value != std::floor(*value) || std::abs(*value) > 9e15)
+    refuse(field, text);
+  return static_cast<std::int64_t>(*value);
+}
+
+JSONValue choiceFromText(const FieldInfo& field, std::string_view text) {
+  const auto word = lowered(text);
+  std::vector<std::string> begun;
+  for (const auto& choice : field.choices) {
+    if (lowered(choice) == word)
+      return choice;
+    if (!word.empty() && lowered(choice).starts_with(word))
+      begun.push_back(choice);
+  }
+  if (begun.size() == 1)
+    return begun.front();
+  refuse(field, text);
+}
+
+JSONValue jsonFromText(const FieldInfo& field, std::string_view text) {
+  try {
+    auto value = JSONValue::parse(text);
+    if (const auto clause = refusalOf({field}, JSONValue::Object{{field.key, value}});
+        !clause.empty())
+      throw HostError(ExitCode::refusedValue, clause);
+    return value;
+  } catch (const JSONError&) {
+    refuse(field, text);
+  }
+}
+
+JSONValue listFromText(const FieldInfo& field, std::string_view text) {
+  const bool hasPlainItems =
+      field.elementType != FieldType::record && field.elementType != FieldType::list;
+  for (const auto* nothing : {"none", "null", "empty"})
+    if (lowered(text) == nothing)
+      text = {};
+  if (text.starts_with('[') || (!text.empty() && !hasPlainItems))
+    return jsonFromText(field, text);
+  JSONValue::Array values;
+  const auto element = elementOf(field);
+  while (!text.empty()) {
+    const auto end = std::min(text.find(','), text.size());
+    auto item = text.substr(0, end);
+    while (item.starts_with(' '))
+      item.remove_prefix(1);
+    values.push_back(settingFromText(element, item, {}));
+    text.remove_prefix(std::min(end + 1, text.size()));
+  }
+  if (rangeCountsElements(field) && field.range &&
+      !(static_cast<double>(values.size()) >= field.range->lower &&
+        static_cast<double>(values.size()) <= field.range->upper))
+    refuse(field, fmt::format("a list of {}", values.size()));
+  return values;
+}
+
+std::string rangeText(const FieldInfo& field) {
+  return numberText(field, field.range->lower) + " to " + numberText(field, field.range->upper);
+}
+
+std::string scalarAllowedText(const FieldInfo& field) {
+  switch (field.type) {
+  case FieldType::boolean:
+    return "yes or no";
+  case FieldType::integer:
+  case FieldType::number:
+    if (field.range)
+      return rangeText(field);
+    return isSeconds(field)                   ? "a length of time such as 25m"
+           : field.type == FieldType::integer ? "a whole number"
+                                              : "a number";
+  case FieldType::choice:
+    return alternatives(field.choices);
+  case FieldType::date:
+    return "a date such as 2026-12-24T18:00, tomorrow or +14d";
+  case FieldType::uuid:
+    return "an identifier such as 6F9619FF-8B86-D011-B42D-00C04FC964FF";
+  case FieldType::data:
+    return "base64 text";
+  case FieldType::record:
+    return isHotkey(field) ? "a shortcut such as ctrl+alt+P" : "a JSON object";
+  case FieldType::list:
+    return "a list";
+  case FieldType::text:
+    return "text";
+  }
+  return "text";
+}
+
+/// Whether a value that is there has its line's type and lies in its range.
+bool isAllowed(const FieldInfo& field, const JSONValue& value) {
+  const auto number = value.doubleValue();
+  switch (field.type) {
+  case FieldType::boolean:
+    return value.boolean() != nullptr;
+  case FieldType::integer:
+  case FieldType::number:
+    return number && (field.type == FieldType::number || value.integerValue()) &&
+           (!field.range || (*number >= field.range->lower && *number <= field.range->upper));
+  case FieldType::text:
+    return value.string() != nullptr;
+  case FieldType::choice:
+    return value.string() != nullptr && std::ranges::count(field.choices, *value.string()) > 0;
+  case FieldType::date:
+    return number.has_value();
+  case FieldType::uuid:
+    return value.string() != nullptr && UUID::parse(*value.string());
+  case FieldType::data:
+    return value.string() != nullptr && Data::fromBase64(*value.string());
+  case FieldType::list:
+    return value.array() != nullptr &&
+           (!field.range || !rangeCountsElements(field) ||
+            (static_cast<double>(value.array()->size()) >= field.range->lower &&
+             static_cast<double>(value.array()->size()) <= field.range->upper));
+  case FieldType::record:
+    return value.object() != nullptr;
+  }
+  return false;
+}
+
+std::optional<Hotkey> storedHotkey(const JSONValue& value) {
+  try {
+    return decode<Hotkey>(value);
+  } catch (const CodingError&) {
+    return std::nullopt;
+  }
+}
+
+std::string refusalAt(const FieldInfo& field, const JSONValue& value, const std::string& path) {
+  // Its modifiers are a number, which their line does not tell.
+  if (isHotkey(field) && storedHotkey(value))
+    return {};
+  if (!isAllowed(field, value))
+    return fmt::format("\"{}\" must be {}, not {}", path, allowedText(field), value.compact());
+  if (field.type == FieldType::record) {
+    auto clause = refusalOf(field.fields, value);
+    return clause.empty() ? clause : fmt::format("in \"{}\" {}", path, clause);
+  }
+  if (field.type == FieldType::list) {
+    const auto element = elementOf(field);
+    for (std::size_t i = 0; i < value.array()->size(); ++i)
+      if (auto clause = refusalAt(element, (*value.array())[i], fmt::format("{}.{}", path, i));
+          !clause.empty())
+        return clause;
+  }
+  return {};
+}
+
+std::string joined(const std::vector<std::string>& words, const char* last) {
+  std::string text;
+  for (std::size_t i = 0; i < words.size(); ++i)
+    text += (i == 0 ? "" : i + 1 == words.size() ? last : ", ") + words[i];
+  return text;
+}
+
+} // namespace
+
+std::string alternatives(const std::vector<std::string>& words) {
+  return joined(words, " or ");
+}
+
+std::string enumeration(const std::vector<std::string>& words) {
+  return joined(words, " and ");
+}
+
+std::string noneCalled(std::string_view what, std::string_view reference,
+                       const std::vector<std::string>& names) {
+  std::string quoted;
+  for (const auto& name : names)
+    quoted += fmt::format("{}\"{}\"", quoted.empty() ? "" : ", ", name);
+  return fmt::format("no {} is called \"{}\"; there {}", what, reference,
+                     names.empty()       ? "are none yet"
+                     : names.size() == 1 ? "is " + quoted
+                                         : "are " + quoted);
+}
+
+JSONValue settingFromText(const FieldInfo& field, std::string_view text, Date now) {
+  if (field.isNullable && (lowered(text) == "null" || lowered(text) == "none"))
+    return {};
+  switch (field.type) {
+  case FieldType::boolean:
+    return switchFromText(field, text);
+  case FieldType::integer:
+  case FieldType::number:
+    return numberFromText(field, text);
+  case FieldType::text:
+    return text;
+  case FieldType::choice:
+    return choiceFromText(field, text);
+  case FieldType::date:
+    if (const auto date = dateFromText(text, now))
+      return date->secondsSinceReferenceDate;
+    refuse(field, text);
+  case FieldType::uuid:
+    if (const auto id = UUID::parse(text))
+      return id->text();
+    refuse(field, text);
+  case FieldType::data:
+    if (!Data::fromBase64(text))
+      refuse(field, text);
+    return text;
+  case FieldType::list:
+    return listFromText(field, text);
+  case FieldType::record:
+    return isHotkey(field) && !text.starts_with('{') ? encode(hotkeyFromText(text))
+                                                     : jsonFromText(field, text);
+  }
+  refuse(field, text);
+}
+
+std::string settingText(const FieldInfo& field, const JSONValue& value) {
+  if (value.isNull())
+    return "none";
+  const auto number = value.doubleValue();
+  if (field.type == FieldType::boolean && value.boolean() != nullptr)
+    return *value.boolean() ? "yes" : "no";
+  if ((field.type == FieldType::integer || field.type == FieldType::number) && number)
+    return numberText(field, *number);
+  if (field.type == FieldType::date && number)
+    return dateText({*number});
+  if (field.type == FieldType::list && value.array() != nullptr) {
+    std::string text;
+    for (const auto& item : *value.array())
+      text += (text.empty() ? "" : ", ") + settingText(elementOf(field), item);
+    return text.empty() ? "empty" : text;
+  }
+  if (const auto hotkey = isHotkey(field) ? storedHotkey(value) : std::nullopt)
+    return hotkeyText(*hotkey);
+  if (const auto* string = value.string())
+    return string->empty() ? "empty" : *string;
+  return value.compact();
+}
+
+std::string allowedText(const FieldInfo& field) {
+  std::string text;
+  if (field.type != FieldType::list) {
+    text = scalarAllowedText(field);
+  } else if (rangeCountsElements(field) && field.range) {
+    text = fmt::format("a list of {} to {}", field.range->lower, field.range->upper);
+  } else {
+    text = "a list, each " + scalarAllowedText(elementOf(field));
+  }
+  return field.isNullable ? text + ", or null" : text;
+}
+
+std::string refusalOf(const std::vector<FieldInfo>& fields, const JSONValue& settings) {
+  if (settings.object() == nullptr)
+    return "the settings must be a JSON object";
+  for (const auto& [key, value] : *settings.object()) {
+    const auto field = std::ranges::find(fields, key, &FieldInfo::key);
+    if (field == fields.end()) {
+      std::vector<std::string> keys;
+      for (const auto& known : fields)
+        keys.push_back(known.key);
+      return keys.empty()
+                 ? fmt::format("there is nothing to set, so no \"{}\"", key)
+                 : fmt::format("there is no setting \"{}\", only {}", key, enumeration(keys));
+    }
+    // Null stands for a key that is left out.
+    if (value.isNull() && !field->isRequired)
+      continue;
+    if (auto clause = refusalAt(*field, value, key); !clause.empty())
+      return clause;
+  }
+  for (const auto& field : fields)
+    if (field.isRequired && settings.member(field.key) == nullptr)
+      return fmt::format("\"{}\" is missing", field.key);
+  return {};
+}
+
+} // namespace tavrin

@@ -1,0 +1,274 @@
+#include "TavrinHost/Widgets/SlotControl.h"
+
+#include "TavrinCore/Base/Errors.h"
+#include "TavrinCore/Widgets/DockSlot.h"
+#include "TavrinHost/Widgets/EditService.h"
+#include "TavrinHost/Widgets/SettingText.h"
+#include "TavrinStorage/StoragePath.h"
+
+#include <algorithm>
+#include <fmt/format.h>
+#include <fstream>
+
+namespace tavrin {
+namespace {
+
+constexpr double pollInterval = 0.02;
+constexpr double launchLimit = 15;
+/// Where no identifier tells that a slot is up, it has to live this long to count as started.
+constexpr double survivalTime = 0.5;
+constexpr double politeLimit = 5;
+constexpr double forcedLimit = 2;
+constexpr std::uintmax_t logLimit = 1024 * 1024;
+
+const std::filesystem::path programInBundle = "Contents/MacOS/TavrinSlot";
+
+/// Lets time pass until `isDone` or `limit` seconds are over.
+template <class Done> void waitUntil(CommandPlatform& platform, double limit, Done isDone) {
+  // Counted in waits, not read off a clock: a clock set meanwhile must not end the waiting.
+  for (double waited = 0; !isDone() && waited < limit; waited += pollInterval)
+    platform.wait(pollInterval);
+}
+
+} // namespace
+
+std::vector<std::filesystem::path> SlotControl::usualPlaces() {
+  const auto folder = context_.platform().program().parent_path();
+  return {folder.parent_path() / "lib/tavrin", folder.parent_path() / "bundles",
+          folder / "bundles"};
+}
+
+std::optional<std::filesystem::path> SlotControl::chosenPlace() {
+  const auto chosen = context_.platform().fileManager().environment("TAVRIN_BUNDLES");
+  return chosen && !chosen->empty() ? std::optional<std::filesystem::path>(*chosen) : std::nullopt;
+}
+
+std::filesystem::path SlotControl::bundlesFolder() {
+  const auto chosen = chosenPlace();
+  const auto places = chosen ? std::vector{*chosen} : usualPlaces();
+  for (const auto& place : places)
+    if (std::error_code error;
+        std::filesystem::exists(place / DockSlot::bundleName(1) / programInBundle, error))
+      return place;
+  std::vector<std::string> names;
+  for (const auto& place : places)
+    names.push_back(fmt::format("\"{}\"", place.string()));
+  throw HostError(ExitCode::failed,
+                  failure("find the slot applications",
+                          fmt::format("there is no \"{}\" in {}", DockSlot::bundleName(1),
+                                      alternatives(names))));
+}
+
+std::filesystem::path SlotControl::program(int slot) {
+  return bundlesFolder() / DockSlot::bundleName(slot) / programInBundle;
+}
+
+std::filesystem::path SlotControl::logFile(int slot) {
+  return context_.stateFolder() / fmt::format("slot-{}.log", slot);
+}
+
+bool SlotControl::isSlotProgram(ProcessID process, int slot) {
+  const auto program = applications().programOf(process);
+  return program &&
+         program->string().ends_with(
+             "/" + (std::filesystem::path(DockSlot::bundleName(slot)) / programInBundle).string());
+}
+
+/// Another desk of the same user, such as a test's, runs the same programs on other widgets.
+bool SlotControl::sharesDataFolder(ProcessID process) {
+  const auto theirs = applications().fileManagerOf(process);
+  if (!theirs)
+    return true;
+  auto& platform = context_.platform();
+  const auto folder = [&](const FileManager& files) {
+    return StoragePath(files, platform.mainBundle()).resolvedDirectory();
+  };
+  std::error_code error;
+  return std::filesystem::equivalent(folder(*theirs), folder(platform.fileManager()), error);
+}
+
+std::optional<int> SlotControl::process(int slot) {
+  const auto owner = applications().processOwning(DockSlot::bundleIdentifier(slot));
+  if (owner && isSlotProgram(*owner, slot) && sharesDataFolder(*owner))
+    return owner;
+  // One that runs is found wherever it was started from, whatever the choice for the next start.
+  auto places = usualPlaces();
+  if (const auto chosen = chosenPlace())
+    places.insert(places.begin(), *chosen);
+  for (const auto& place : places) {
+    if (std::error_code error; !std::filesystem::exists(place, error))
+      continue;
+    for (const auto running :
+         applications().processesRunning(place / DockSlot::bundleName(slot) / programInBundle))
+      if (sharesDataFolder(running))
+        return running;
+  }
+  return std::nullopt;
+}
+
+std::optional<std::string> SlotControl::refusal(int slot) {
+  const auto owner = applications().processOwning(DockSlot::bundleIdentifier(slot));
+  if (!owner || !isSlotProgram(*owner, slot) || sharesDataFolder(*owner))
+    return std::nullopt;
+  return fmt::format("process {} shows this slot of another data folder", *owner);
+}
+
+std::string SlotControl::lastLogLine(int slot) {
+  std::ifstream log(logFile(slot));
+  log.seekg(static_cast<std::streamoff>(logStarts_[slot]));
+  std::string last;
+  for (std::string line; std::getline(log, line);)
+    if (!line.empty())
+      last = line;
+  return last;
+}
+
+RunningApplications::Launch SlotControl::launchOf(int slot,
+                                                  const std::vector<std::string>& arguments) {
+  const auto log = logFile(slot);
+  std::error_code error;
+  // One file back is enough to see what went wrong; an old line must not pass for a new one.
+  if (std::filesystem::file_size(log, error) > logLimit && !error)
+    std::filesystem::rename(log, log.string() + ".old", error);
+  const auto length = std::filesystem::file_size(log, error);
+  logStarts_[slot] = error ? 0 : length;
+  return {program(slot), arguments, {{"TAVRIN_LOG", "stderr"}}, log};
+}
+
+SlotControl::Outcome SlotControl::launch(int slot, const std::vector<std::string>& arguments,
+                                         ProcessID& process) {
+  try {
+    process = applications().launch(launchOf(slot, arguments));
+    return {slot, true, "started"};
+  } catch (const FileError& failed) {
+    return {slot, false, failed.what()};
+  }
+}
+
+void SlotControl::waitForLaunched(std::vector<std::pair<Outcome*, ProcessID>> launched) {
+  const bool hasIdentifiers = applications().knowsIdentifiers();
+  const double limit = hasIdentifiers ? launchLimit : survivalTime;
+  waitUntil(context_.platform(), limit, [&] {
+    std::erase_if(launched, [&](auto& entry) {
+      auto& [outcome, process] = entry;
+      if (!applications().isAlive(process)) {
+        const auto line = lastLogLine(outcome->slot);
+        outcome->isDone = false;
+        outcome->text = line.empty() ? "ended at once and said nothing" : "ended: " + line;
+        return true;
+      }
+      return hasIdentifiers &&
+             applications().processOwning(DockSlot::bundleIdentifier(outcome->slot)) == process;
+    });
+    return launched.empty();
+  });
+  if (!hasIdentifiers)
+    return;
+  for (const auto& [outcome, unused] : launched)
+    *outcome = {outcome->slot, false,
+                fmt::format("runs, but did not answer within {} s", launchLimit)};
+}
+
+std::vector<SlotControl::Outcome> SlotControl::start(const std::set<int>& slots) {
+  std::vector<Outcome> outcomes;
+  std::vector<std::size_t> waiting;
+  std::vector<RunningApplications::Launch> launches;
+  for (const int slot : slots) {
+    const bool runs = process(slot).has_value();
+    const auto refused = runs ? std::nullopt : refusal(slot);
+    outcomes.push_back({slot, !refused, refused ? *refused : runs ? "runs already" : "started"});
+    if (runs || refused)
+      continue;
+    waiting.push_back(outcomes.size() - 1);
+    launches.push_back(launchOf(slot, {"--background"}));
+  }
+  std::vector<ProcessID> processes;
+  std::string fault = "could not be started";
+  try {
+    processes = applications().launchTogether(launches);
+  } catch (const FileError& failed) {
+    fault = failed.what();
+  }
+  processes.resize(launches.size());
+  std::vector<std::pair<Outcome*, ProcessID>> watched;
+  for (std::size_t i = 0; i < waiting.size(); ++i) {
+    auto& outcome = outcomes[waiting[i]];
+    if (processes[i] > 0)
+      watched.emplace_back(&outcome, processes[i]);
+    else
+      outcome = {outcome.slot, false, fault};
+  }
+  waitForLaunched(std::move(watched));
+  return outcomes;
+}
+
+std::vector<SlotControl::Outcome> SlotControl::stop(const std::set<int>& slots) {
+  std::map<int, ProcessID> running;
+  for (const int slot : slots)
+    if (const auto found = process(slot))
+      running.emplace(slot, *found);
+  const auto stillRuns = [&](int slot) {
+    return applications().isAlive(running.at(slot)) && isSlotProgram(running.at(slot), slot);
+  };
+  const auto haveEnded = [&] {
+    return std::ranges::none_of(running, [&](const auto& e) { return stillRuns(e.first); });
+  };
+  for (const auto& [unused, found] : running)
+    applications().terminate(found, false);
+  waitUntil(context_.platform(), politeLimit, haveEnded);
+
+  std::set<int> forced;
+  for (const auto& [slot, found] : running)
+    if (stillRuns(slot)) {
+      applications().terminate(found, true);
+      forced.insert(slot);
+    }
+  waitUntil(context_.platform(), forcedLimit, haveEnded);
+
+  std::vector<Outcome> outcomes;
+  for (const auto& [slot, found] : running)
+    outcomes.push_back({slot, !stillRuns(slot),
+                        stillRuns(slot)         ? fmt::format("process {} does not end", found)
+                        : forced.contains(slot) ? "did not end when asked; ended by force"
+                                                : "stopped"});
+  return outcomes;
+}
+
+SlotControl::Outcome SlotControl::open(int slot) {
+  const auto identifier = DockSlot::bundleIdentifier(slot);
+  if (process(slot)) {
+    if (applications().perform(identifier, "open"))
+      return {slot, true, "panel open"};
+    return {slot, false,
+            applications().knowsIdentifiers() ? "does not answer"
+                                              : "cannot be reached without a session bus"};
+  }
+  if (const auto refused = refusal(slot))
+    return {slot, false, *refused};
+  // Started by itself, without "--background", a slot opens its panel.
+  ProcessID started = 0;
+  auto outcome = launch(slot, {}, started);
+  if (outcome.isDone)
+    waitForLaunched({{&outcome, started}});
+  if (outcome.isDone)
+    outcome.text = "started, panel open";
+  return outcome;
+}
+
+void SlotControl::startEditor() {
+  auto& files = context_.platform().fileManager();
+  const bool hasScreen = files.environment("DISPLAY") || files.environment("WAYLAND_DISPLAY");
+  const auto identifier = EditService(context_).identifier();
+  if (!hasScreen || !applications().knowsIdentifiers() || applications().processOwning(identifier))
+    return;
+  applications().launch(
+      {context_.platform().program(), {"edit"}, {}, context_.stateFolder() / "edit.log"});
+}
+
+void SlotControl::stopEditor() {
+  const auto owner = applications().processOwning(EditService(context_).identifier());
+  if (owner && applications().programOf(*owner) == context_.platform().program())
+    applications().terminate(*owner, false);
+}
+
+} // namespace tavrin

@@ -1,0 +1,47 @@
+#include "TavrinHost/Widgets/StarterSet.h"
+
+#include "TavrinCore/Base/Calendar.h"
+
+namespace tavrin {
+namespace {
+
+struct StarterWidget {
+  std::string_view name;
+  int span;
+  DockWidget::Kind kind;
+};
+
+std::vector<StarterWidget> starterWidgets(Date now) {
+  const Calendar calendar;
+  const auto year = calendar.dateInterval(CalendarUnit::year, now);
+  TimerSettings timer;
+  timer.presets = {180, 300, 600, 1500, 3600};
+  timer.tintHex = "#0A84FF";
+  ClockSettings clock;
+  clock.isAnalog = true;
+  clock.showsSeconds = true;
+  CountdownSettings newYear;
+  newYear.target = year ? year->end : now + 30 * 86400.0;
+  TimeProgressSettings progress;
+  progress.scope = TimeProgressScope::day;
+  NoteSettings note;
+  note.text = "Click a tile to open its panel.";
+  return {{"Focus", 2, PomodoroSettings()}, {"Timer", 1, timer},    {"Clock", 1, clock},
+          {"New Year", 1, newYear},         {"Today", 1, progress}, {"Note", 2, note}};
+}
+
+} // namespace
+
+void makeStarterSet(WidgetLibrary& library, Date now) {
+  library.change([&](WidgetStore& store) {
+    for (const auto& starter : starterWidgets(now)) {
+      auto widget = store.create(starter.name, starter.kind);
+      widget.span = starter.span;
+      store.update(widget);
+      store.claimSlot(widget.id);
+    }
+    return true;
+  });
+}
+
+} // namespace tavrin

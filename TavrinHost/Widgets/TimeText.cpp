@@ -1,0 +1,218 @@
+#include "TavrinHost/Widgets/SettingText.h"
+
+#include "TavrinCore/Base/Calendar.h"
+#include "TavrinCore/Text/Text.h"
+
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <fmt/format.h>
+
+namespace tavrin {
+namespace {
+
+constexpr double minute = 60;
+constexpr double hour = 3600;
+constexpr double day = 86400;
+
+/// Takes a number off the front of `text`; no value when there is none.
+template <class Number> std::optional<Number> takeNumber(std::string_view& text) {
+  Number number{};
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (error != std::errc())
+    return std::nullopt;
+  text.remove_prefix(static_cast<std::size_t>(end - text.data()));
+  return number;
+}
+
+/// A run of exactly `digits` digits off the front of `text`.
+std::optional<int> takeDigits(std::string_view& text, std::size_t digits) {
+  auto head = text.substr(0, digits);
+  if (head.size() != digits || head.find_first_not_of("0123456789") != std::string_view::npos)
+    return std::nullopt;
+  text.remove_prefix(digits);
+  return takeNumber<int>(head);
+}
+
+bool take(std::string_view& text, std::string_view expected) {
+  if (!text.starts_with(expected))
+    return false;
+  text.remove_prefix(expected.size());
+  return true;
+}
+
+std::optional<double> takeTimeUnit(std::string_view& text) {
+  struct Unit {
+    std::string_view name;
+    double seconds;
+  };
+  // Longer names first: "min" before "m".
+  constexpr std::array units = {
+      Unit{"seconds", 1},    Unit{"minutes", minute}, Unit{"second", 1},   Unit{"minute", minute},
+      Unit{"hours", hour},   Unit{"weeks", 7 * day},  Unit{"hour", hour},  Unit{"days", day},
+      Unit{"week", 7 * day}, Unit{"sec", 1},          Unit{"min", minute}, Unit{"day", day},
+      Unit{"s", 1},          Unit{"m", minute},       Unit{"h", hour},     Unit{"d", day},
+      Unit{"w", 7 * day}};
+  for (const auto& unit : units)
+    if (take(text, unit.name))
+      return unit.seconds;
+  return std::nullopt;
+}
+
+/// "1:30" is minutes and seconds, "1:30:00" hours, minutes and seconds.
+std::optional<double> clockDuration(std::string_view text) {
+  double total = 0;
+  for (int parts = 1;; ++parts) {
+    const auto part = takeNumber<int>(text);
+    if (!part || *part < 0 || (parts > 1 && *part > 59) || parts > 3)
+      return std::nullopt;
+    total = total * 60 + *part;
+    if (text.empty())
+      return parts > 1 ? std::optional(total) : std::nullopt;
+    if (!take(text, ":"))
+      return std::nullopt;
+  }
+}
+
+/// "+14d", "-2h30m". Whole days keep the time of day across a change of clocks.
+std::optional<Date> relativeDate(std::string_view text, Date now) {
+  const double sign = text.front() == '-' ? -1 : 1;
+  text.remove_prefix(1);
+  auto rest = text;
+  const auto count = takeNumber<int>(rest);
+  auto unit = rest;
+  const auto seconds = takeTimeUnit(unit);
+  if (count && seconds && unit.empty() && *seconds >= day && *count <= 1'000'000)
+    return Calendar().addingDays(static_cast<int>(sign * *count * (*seconds / day)), now);
+  const auto duration = durationFromText(text);
+  return duration ? std::optional(now + sign * *duration) : std::nullopt;
+}
+
+bool takeTimeOfDay(std::string_view& text, DateComponents& local) {
+  const auto hours = takeDigits(text, 2);
+  const bool hasColon = take(text, ":");
+  const auto minutes = takeDigits(text, 2);
+  if (!hours || !hasColon || !minutes || *hours > 23 || *minutes > 59)
+    return false;
+  local.hour = *hours;
+  local.minute = *minutes;
+  if (!take(text, ":"))
+    return true;
+  const auto seconds = takeDigits(text, 2);
+  if (!seconds || *seconds > 59)
+    return false;
+  local.second = *seconds;
+  return true;
+}
+
+/// "Z" or "+01:00": seconds east of Greenwich.
+std::optional<int> zoneOffset(std::string_view text) {
+  if (text == "Z" || text == "z")
+    return 0;
+  const int sign = text.starts_with('-') ? -1 : 1;
+  if (!take(text, "-") && !take(text, "+"))
+    return std::nullopt;
+  const auto hours = takeDigits(text, 2);
+  take(text, ":");
+  const auto minutes = takeDigits(text, 2);
+  if (!hours || !minutes || !text.empty() || *hours > 14 || *minutes > 59)
+    return std::nullopt;
+  return sign * (*hours * 3600 + *minutes * 60);
+}
+
+std::optional<Date> isoDate(std::string_view text) {
+  DateComponents local;
+  const auto year = takeDigits(text, 4);
+  const bool first = take(text, "-");
+  const auto month = takeDigits(text, 2);
+  const bool second = take(text, "-");
+  const auto dayOfMonth = takeDigits(text, 2);
+  if (!year || !first || !month || !second || !dayOfMonth || *year < 1)
+    return std::nullopt;
+  const auto isLeap = (*year % 4 == 0 && *year % 100 != 0) || *year % 400 == 0;
+  const std::array days = {31, isLeap ? 29 : 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+  if (*month < 1 || *month > 12 || *dayOfMonth < 1 ||
+      *dayOfMonth > days[static_cast<std::size_t>(*month - 1)])
+    return std::nullopt;
+  local.year = *year;
+  local.month = *month;
+  local.day = *dayOfMonth;
+  if (text.empty())
+    return Calendar().date(local);
+  if ((!take(text, "T") && !take(text, " ")) || !takeTimeOfDay(text, local))
+    return std::nullopt;
+  if (text.empty())
+    return Calendar().date(local);
+  const auto offset = zoneOffset(text);
+  if (!offset)
+    return std::nullopt;
+  return Calendar("UTC").date(local) - *offset;
+}
+
+} // namespace
+
+std::optional<double> durationFromText(std::string_view text) {
+  text = trimmed(text);
+  if (text.find(':') != std::string_view::npos)
+    return clockDuration(text);
+  double total = 0;
+  for (bool isFirst = true; !text.empty(); isFirst = false) {
+    const auto number = takeNumber<double>(text);
+    if (!number || !std::isfinite(*number) || (*number < 0 && !isFirst))
+      return std::nullopt;
+    text = trimmed(text);
+    const auto unit = takeTimeUnit(text);
+    if (!unit && !(isFirst && text.empty()))
+      return std::nullopt;
+    total += *number * unit.value_or(1);
+    text = trimmed(text);
+    if (text.empty())
+      return total;
+  }
+  return std::nullopt;
+}
+
+std::optional<Date> dateFromText(std::string_view text, Date now) {
+  text = trimmed(text);
+  if (text == "now")
+    return now;
+  if (text == "today")
+    return Calendar().startOfDay(now);
+  if (text == "tomorrow")
+    return Calendar().startOfDay(Calendar().addingDays(1, now));
+  if (text.starts_with('+') || text.starts_with('-'))
+    return relativeDate(text, now);
+  return isoDate(text);
+}
+
+std::string dateText(Date date) {
+  // Beyond the years that four digits name, the number says more than a date.
+  constexpr double firstYear = -62'135'596'800;
+  constexpr double afterYear9999 = 253'402'300'800;
+  const double seconds = date.unixSeconds();
+  if (!(seconds >= firstYear && seconds < afterYear9999))
+    return fmt::format("{} s", date.secondsSinceReferenceDate);
+  const auto local = Calendar().components(date);
+  auto text = fmt::format("{:04}-{:02}-{:02} {:02}:{:02}", local.year, local.month, local.day,
+                          local.hour, local.minute);
+  return local.second == 0 ? text : text + fmt::format(":{:02}", local.second);
+}
+
+std::string durationText(double seconds) {
+  if (!(std::abs(seconds) < 1e12) || seconds != std::floor(seconds) || seconds < 0)
+    return fmt::format("{} s", seconds);
+  auto rest = static_cast<long long>(seconds);
+  std::string text;
+  const auto part = [&](long long size, const char* name) {
+    if (rest >= size)
+      text += fmt::format("{}{} {}", text.empty() ? "" : " ", rest / size, name);
+    rest %= size;
+  };
+  part(86400, "d");
+  part(3600, "h");
+  part(60, "min");
+  part(1, "s");
+  return text.empty() ? "0 s" : text;
+}
+
+} // namespace tavrin

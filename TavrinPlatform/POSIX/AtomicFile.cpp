@@ -1,0 +1,228 @@
+#include "TavrinPlatform/Files/AtomicFile.h"
+
+#include "TavrinCore/Base/UUID.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <system_error>
+#include <unistd.h>
+
+namespace tavrin {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::string_view temporaryPrefix = ".tavrin-";
+constexpr std::string_view temporarySuffix = ".tmp";
+/// A temporary file this much older than a new one belongs to a process that was killed.
+constexpr std::time_t abandonedAfterSeconds = 3600;
+
+[[noreturn]] void fail(const std::string& stage, const fs::path& file, std::string_view reason) {
+  throw FileError(failure(stage + " " + file.string(), reason), reason);
+}
+
+[[noreturn]] void failWithErrno(const std::string& stage, const fs::path& file) {
+  fail(stage, file, std::generic_category().message(errno));
+}
+
+/// An open file, closed when it goes.
+class Descriptor {
+public:
+  explicit Descriptor(int number) : number_(number) {}
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+  ~Descriptor() {
+    if (number_ >= 0)
+      ::close(number_);
+  }
+  int get() const { return number_; }
+  bool isOpen() const { return number_ >= 0; }
+
+private:
+  int number_;
+};
+
+/// Removes the file when it goes, unless it was kept.
+class TemporaryFile {
+public:
+  explicit TemporaryFile(fs::path path) : path_(std::move(path)) {}
+  TemporaryFile(const TemporaryFile&) = delete;
+  TemporaryFile& operator=(const TemporaryFile&) = delete;
+  ~TemporaryFile() {
+    if (!isKept_)
+      ::unlink(path_.c_str());
+  }
+  const fs::path& path() const { return path_; }
+  void keep() { isKept_ = true; }
+
+private:
+  fs::path path_;
+  bool isKept_ = false;
+};
+
+fs::path followLinks(const fs::path& file) {
+  constexpr int mostLinks = 40;
+  fs::path target = file;
+  std::error_code error;
+  for (int links = 0; fs::is_symlink(target, error); ++links) {
+    if (links == mostLinks)
+      fail("replace", file, "its symbolic links lead in a circle");
+    const auto next = fs::read_symlink(target, error);
+    if (error)
+      fail("follow the symbolic link", target, error.message());
+    target = target.parent_path() / next;
+  }
+  return target;
+}
+
+/// The permissions the new file gets; none leaves them as the process's mask makes them.
+std::optional<mode_t> permissions(const fs::path& file, FileAccess access) {
+  struct stat info {};
+  const bool isThere = ::lstat(file.c_str(), &info) == 0;
+  if (isThere && !S_ISREG(info.st_mode))
+    fail("replace", file, "it is not a regular file");
+  if (access == FileAccess::ownerOnly)
+    return S_IRUSR | S_IWUSR;
+  return isThere ? std::optional<mode_t>(info.st_mode & 0777) : std::nullopt;
+}
+
+bool writeAll(int descriptor, std::string_view bytes) {
+  while (!bytes.empty()) {
+    const ssize_t written = ::write(descriptor, bytes.data(), bytes.size());
+    if (written < 0 && errno == EINTR)
+      continue;
+    if (written < 0)
+      return false;
+    bytes.remove_prefix(static_cast<std::size_t>(written));
+  }
+  return true;
+}
+
+void writeContents(const fs::path& temporary, const fs::path& file, std::string_view bytes,
+                   std::optional<mode_t> mode, int descriptor) {
+  if (mode && ::fchmod(descriptor, *mode) != 0)
+    failWithErrno("set the permissions of", temporary);
+  if (!writeAll(descriptor, bytes))
+    failWithErrno("write the new contents of", file);
+  if (::fsync(descriptor) != 0)
+    failWithErrno("flush to disk", file);
+}
+
+void flushFolder(const fs::path& folder, const fs::path& file) {
+  const Descriptor descriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  // A file system that cannot flush a folder says EINVAL; a folder may be writable but not
+  // readable.
+  if (!descriptor.isOpen() ? errno != EACCES : ::fsync(descriptor.get()) != 0 && errno != EINVAL)
+    failWithErrno("flush the folder of", file);
+}
+
+/// Removes what killed processes left in `folder`, judged by the file system's own clock.
+void removeAbandoned(const fs::path& folder, std::time_t now) {
+  std::error_code error;
+  for (fs::directory_iterator entry(folder, error), end; !error && entry != end;
+       entry.increment(error)) {
+    const auto name = entry->path().filename().string();
+    struct stat info {};
+    if (name.starts_with(temporaryPrefix) && name.ends_with(temporarySuffix) &&
+        ::lstat(entry->path().c_str(), &info) == 0 && S_ISREG(info.st_mode) &&
+        now - info.st_mtime > abandonedAfterSeconds)
+      ::unlink(entry->path().c_str());
+  }
+}
+
+bool replaceFile(const fs::path& file, std::string_view bytes, FileAccess access,
+                 const FileStamp* seen) {
+  const fs::path target = followLinks(file);
+  const fs::path folder = target.has_parent_path() ? target.parent_path() : fs::path(".");
+  const auto mode = permissions(target, access);
+  const fs::path path = folder / (std::string(temporaryPrefix) + UUID::random().text() +
+                                  std::string(temporarySuffix));
+  const Descriptor descriptor(::open(path.c_str(),
+                                     O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW,
+                                     access == FileAccess::ownerOnly ? 0600 : 0666));
+  if (!descriptor.isOpen())
+    failWithErrno("make a temporary file for", target);
+  TemporaryFile temporary(path);
+  writeContents(path, target, bytes, mode, descriptor.get());
+  struct stat written {};
+  ::fstat(descriptor.get(), &written);
+  if (seen != nullptr && fileStamp(target) != *seen)
+    return false;
+  if (::rename(path.c_str(), target.c_str()) != 0)
+    failWithErrno("replace", target);
+  temporary.keep();
+  flushFolder(folder, target);
+  removeAbandoned(folder, written.st_mtime);
+  return true;
+}
+
+} // namespace
+
+FileStamp fileStamp(const fs::path& file) {
+  struct stat info {};
+  if (::stat(file.c_str(), &info) != 0)
+    return {};
+  return {info.st_ino, std::int64_t{info.st_mtim.tv_sec} * 1'000'000'000 + info.st_mtim.tv_nsec,
+          info.st_size};
+}
+
+void writeFileAtomically(const fs::path& file, std::string_view bytes, FileAccess access) {
+  replaceFile(file, bytes, access, nullptr);
+}
+
+bool writeFileIfUnchanged(const fs::path& file, std::string_view bytes, const FileStamp& seen) {
+  return replaceFile(file, bytes, FileAccess::shared, &seen);
+}
+
+std::optional<std::string> readFile(const fs::path& file, std::size_t maximumSize) {
+  constexpr std::size_t spareRoom = 64;
+  // Without O_NONBLOCK a pipe in the file's place would wait for a writer.
+  const Descriptor descriptor(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  if (!descriptor.isOpen()) {
+    if (errno == ENOENT)
+      return std::nullopt;
+    failWithErrno("open", file);
+  }
+  struct stat info {};
+  if (::fstat(descriptor.get(), &info) != 0)
+    failWithErrno("read", file);
+  if (!S_ISREG(info.st_mode))
+    fail("read", file, "it is not a regular file");
+  std::string bytes;
+  std::string buffer(64 * 1024, '\0');
+  if (static_cast<std::uintmax_t>(info.st_size) <= maximumSize)
+    // Parsers read a little beyond the end.
+    bytes.reserve(static_cast<std::size_t>(info.st_size) + spareRoom);
+  while (static_cast<std::uintmax_t>(info.st_size) <= maximumSize && bytes.size() <= maximumSize) {
+    const ssize_t count = ::read(descriptor.get(), buffer.data(), buffer.size());
+    if (count == 0)
+      return bytes;
+    if (count < 0 && errno != EINTR)
+      failWithErrno("read", file);
+    if (count > 0)
+      bytes.append(buffer, 0, static_cast<std::size_t>(count));
+  }
+  fail("read", file, "it holds more than " + std::to_string(maximumSize) + " bytes");
+}
+
+std::optional<JSONValue> readJSONFile(const fs::path& file) {
+  const auto bytes = readFile(file);
+  if (!bytes)
+    return std::nullopt;
+  try {
+    return JSONValue::parse(*bytes);
+  } catch (const JSONError& error) {
+    fail("read", file, error.what());
+  }
+}
+
+void writeJSONFile(const fs::path& file, const JSONValue& document, FileAccess access) {
+  const std::string bytes = document.prettyPrinted();
+  if (bytes.size() > JSONValue::maximumSize)
+    fail("write", file,
+         "it would hold more than " + std::to_string(JSONValue::maximumSize) + " bytes");
+  writeFileAtomically(file, bytes, access);
+}
+
+} // namespace tavrin

@@ -1,0 +1,88 @@
+#include "TavrinSlot/Controllers/ClipboardWidget.h"
+
+#include "TavrinSlot/DockPanelPresenter.h"
+#include "TavrinStorage/StoragePath.h"
+#include "TavrinWidgetsUI/Clipboard/ClipboardPanelView.h"
+#include "TavrinWidgetsUI/Clipboard/ClipboardViews.h"
+
+namespace tavrin {
+namespace {
+
+std::filesystem::path storeURL(Platform& platform) {
+  try {
+    return StoragePath(platform.fileManager(), platform.mainBundle()).clipboardFileURL();
+  } catch (const std::exception& error) {
+    Log(platform.log(), "slot").error(error.what());
+    // The first save tells the user.
+    return "clipboard-without-a-folder/clipboard.json.enc";
+  }
+}
+
+ClipboardSettings settingsOf(const DockWidget& widget) {
+  const auto* found = widget.kind.get<ClipboardSettings>();
+  return found != nullptr ? *found : ClipboardSettings{};
+}
+
+} // namespace
+
+ClipboardWidgetController::ClipboardWidgetController(const SlotContext& context,
+                                                     const DockWidget& widget)
+    : BasicWidgetController(context, widget),
+      ogSource_({platform().runLoop(), platform().clock(),
+                 [this]() -> HTTPClient& { return platform().http(); }}),
+      source_({platform().clock(), platform().runLoop(), platform().pasteboard(),
+               platform().keychain(), platform().workspace(), ogSource_},
+              storeURL(platform()), settingsOf(widget)),
+      model_(widget, source_) {
+  model_.onChange = [this] { historyChanged(); };
+  renderTile();
+  model_.start();
+}
+
+void ClipboardWidgetController::historyChanged() {
+  if (context().panel.isShown() && model_.unseenCount() > 0)
+    model_.markAllSeen();
+  else
+    refresh();
+}
+
+void ClipboardWidgetController::panelWillOpen() {
+  model_.setSearchText({});
+  model_.markAllSeen();
+}
+
+void ClipboardWidgetController::panelDidClose() {
+  model_.setSearchText({});
+}
+
+void ClipboardWidgetController::copy(const ClipboardItem& item) {
+  model_.copy(item);
+  context().panel.closeIfShown();
+}
+
+QColor ClipboardWidgetController::tint() const {
+  return clipboardTint;
+}
+
+AnyView ClipboardWidgetController::tileView(const TileSize& size) const {
+  ClipboardReading reading{model_.items().size(),
+                           model_.unseenCount(),
+                           model_.hasRead(),
+                           model_.trouble().has_value(),
+                           {}};
+  if (model_.settings().showLastPreviewOnTile && !model_.items().empty()) {
+    const auto& newest = model_.items().front()->item;
+    // As many dots as the smallest tile has room for.
+    reading.preview = newest.isSensitive ? "••••••" : clipboardLine(newest, false).toStdString();
+  }
+  return clipboardTileIcon(reading, size);
+}
+
+PanelView* ClipboardWidgetController::makePanelView(const PanelAppearance& appearance) {
+  return new ClipboardPanelView(appearance, model_,
+                                {platform().runLoop(), platform().clock(),
+                                 [this](const ClipboardItem& item) { copy(ClipboardItem(item)); },
+                                 context().onEdit});
+}
+
+} // namespace tavrin

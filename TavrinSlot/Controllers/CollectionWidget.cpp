@@ -1,0 +1,69 @@
+#include "TavrinSlot/Controllers/CollectionWidget.h"
+
+#include "TavrinPlatform/ApplicationLibrary.h"
+#include "TavrinPlatform/DockTile.h"
+#include "TavrinSlot/DockPanelPresenter.h"
+#include "TavrinWidgetsUI/Collection/CollectionPanelView.h"
+#include "TavrinWidgetsUI/Collection/CollectionViews.h"
+
+#include <cmath>
+
+namespace tavrin {
+
+CollectionWidgetController::CollectionWidgetController(const SlotContext& context,
+                                                       const DockWidget& widget)
+    : BasicWidgetController(context, widget),
+      model_(std::make_unique<CollectionModel>(
+          platform().applications(), widget,
+          [this](const CollectionSettings& settings) { save(settings); })) {
+  model_->onChange = [this] {
+    refresh();
+    if (!model_->trouble().empty() && !this->context().panel.isShown())
+      togglePanel();
+  };
+  model_->onOpened = [this] { this->context().panel.closeIfShown(); };
+  renderTile();
+}
+
+QColor CollectionWidgetController::tint() const {
+  return collectionTint;
+}
+
+AnyView CollectionWidgetController::tileView(const TileSize& size) const {
+  const auto settings = model_->settings();
+  const auto form =
+      CollectionCells::of(settings.layout, static_cast<int>(model_->apps().size()), size);
+  const int scale = static_cast<int>(std::ceil(platform().dockTile().format().scale));
+  std::vector<CollectionTileApp> apps;
+  for (const auto& app : model_->apps()) {
+    const bool isShown = apps.size() < static_cast<std::size_t>(form.room());
+    apps.push_back(
+        {app.name(),
+         isShown ? model_->picture(app.icon(), static_cast<int>(std::lround(form.side)), scale)
+                 : QImage(),
+         model_->isGone(app)});
+  }
+  const QString name = QString::fromStdString(widget().name);
+  auto* self = const_cast<CollectionWidgetController*>(this);
+  return size.isWide() ? collectionWideTile(
+                             apps, settings.layout, size, name,
+                             [self](std::size_t i) { self->open(i); }, [self] { self->addApps(); })
+                       : collectionTileIcon(apps, settings.layout, size, name);
+}
+
+PanelView* CollectionWidgetController::makePanelView(const PanelAppearance& appearance) {
+  return new CollectionPanelView(appearance, *model_, context().onEdit);
+}
+
+void CollectionWidgetController::open(std::size_t index) {
+  model_->open(index);
+}
+
+void CollectionWidgetController::addApps() {
+  if (context().panel.isShown())
+    return;
+  model_->beginChoosing();
+  togglePanel();
+}
+
+} // namespace tavrin

@@ -1,0 +1,68 @@
+#include "TavrinSlot/Controllers/ConverterWidget.h"
+
+#include "TavrinWidgetsUI/Converter/ConverterPanelView.h"
+
+namespace tavrin {
+
+ConverterWidgetController::ConverterWidgetController(const SlotContext& context,
+                                                     const DockWidget& widget)
+    : BasicWidgetController(context, widget), settings_(recorded()), recorded_(settings_),
+      swap_([this] {
+        change(swapped(settings_));
+        saveNow();
+      }) {
+  renderTile();
+}
+
+ConverterWidgetController::~ConverterWidgetController() {
+  if (pendingSave_)
+    saveQuietly(settings_);
+}
+
+ConverterSettings ConverterWidgetController::recorded() const {
+  const auto* found = widget().kind.get<ConverterSettings>();
+  return found != nullptr ? *found : ConverterSettings{};
+}
+
+void ConverterWidgetController::widgetChanged() {
+  const ConverterSettings now = recorded();
+  if (now == recorded_)
+    return;
+  // Set from elsewhere: that was the user too, and later.
+  recorded_ = now;
+  settings_ = now;
+  pendingSave_.reset();
+}
+
+void ConverterWidgetController::change(const ConverterSettings& settings) {
+  if (settings == settings_)
+    return;
+  settings_ = settings;
+  pendingSave_ = platform().runLoop().after(savePause, [this] { saveNow(); });
+  refresh();
+}
+
+void ConverterWidgetController::saveNow() {
+  if (!pendingSave_)
+    return;
+  pendingSave_.reset();
+  recorded_ = settings_;
+  save(settings_);
+}
+
+AnyView ConverterWidgetController::tileView(const TileSize& size) const {
+  return size.isWide() ? converterWideTile(settings_, notation_, size, swap_)
+                       : converterTileIcon(settings_, notation_, size);
+}
+
+PanelView* ConverterWidgetController::makePanelView(const PanelAppearance& appearance) {
+  return new ConverterPanelView(
+      appearance, {.name = [this] { return widget().name; },
+                   .settings = [this] { return settings_; },
+                   .change = [this](const ConverterSettings& settings) { change(settings); },
+                   .copy = [this](const auto& text) { platform().pasteboard().writeText(text); },
+                   .edit = context().onEdit,
+                   .notation = notation_});
+}
+
+} // namespace tavrin

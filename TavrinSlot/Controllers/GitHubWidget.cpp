@@ -1,0 +1,52 @@
+#include "TavrinSlot/Controllers/GitHubWidget.h"
+
+#include "TavrinSlot/DockPanelPresenter.h"
+#include "TavrinWidgetsUI/GitHub/GitHubPanelView.h"
+
+namespace tavrin {
+
+GitHubWidgetController::GitHubWidgetController(const SlotContext& context, const DockWidget& widget)
+    : BasicWidgetController(context, widget),
+      model_(platform().clock(), platform().runLoop(), platform().workspace(),
+             GitHubSource(platform().runLoop(), platform().processes(), platform().fileManager(),
+                          platform().userDefaults()),
+             widget) {
+  model_.onChange = [this] { refresh(); };
+  renderTile();
+}
+
+void GitHubWidgetController::widgetChanged() {
+  const auto before = model_.settings().shows;
+  model_.setWidget(widget());
+  if (model_.settings().shows != before)
+    discardPanelView(); // a list and a calendar are not equally wide
+}
+
+AnyView GitHubWidgetController::tileView(const TileSize& size) const {
+  const GitHubReading reading{model_.settings(), model_.items(),   model_.contributions(),
+                              model_.trouble(),  model_.hasRead(), model_.isLoading()};
+  if (!size.isWide())
+    return gitHubTileIcon(reading, size);
+  return gitHubWideTile(reading, model_.now(), size, [this](const std::string& url) { open(url); });
+}
+
+PanelView* GitHubWidgetController::makePanelView(const PanelAppearance& appearance) {
+  return new GitHubPanelView(
+      appearance, model_,
+      [this](const std::string& url) {
+        open(url);
+        context().panel.closeIfShown();
+      },
+      context().onEdit);
+}
+
+QColor GitHubWidgetController::tint() const {
+  return gitHubTint;
+}
+
+void GitHubWidgetController::open(const std::string& url) const {
+  if (url.starts_with("https://") || url.starts_with("http://"))
+    platform().workspace().open(url);
+}
+
+} // namespace tavrin

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "TavrinSlot/Controllers/Runs/RunWidgetController.h"
+#include "TavrinWidgetsUI/Runs/TimerModel.h"
+#include "TavrinWidgetsUI/Runs/TimerViews.h"
+
+namespace tavrin {
+
+class TimerWidgetController final : public RunWidgetController {
+public:
+  static constexpr const char* runKey = "timerRun";
+
+  TimerWidgetController(const SlotContext& context, const DockWidget& widget);
+
+private:
+  AnyView tileView(const TileSize& size) const override;
+  PanelView* makePanelView(const PanelAppearance& appearance) override;
+  QColor tint() const override { return model_.tint(); }
+  void widgetChanged() override;
+
+  bool isRunning() const override { return model_.run().isRunning(); }
+  Shown shown() const override;
+  End end() const override { return {model_.run().endDate(), "Time's up"}; }
+  void saveRun() override;
+  void readClock() override { model_.tick(); }
+  bool finishIfOver() override;
+
+  TimerModel model_;
+  TimerActions actions_;
+};
+
+} // namespace tavrin

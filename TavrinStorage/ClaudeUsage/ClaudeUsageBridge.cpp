@@ -1,0 +1,245 @@
+#include "TavrinStorage/ClaudeUsage/ClaudeUsageBridge.h"
+
+#include "TavrinPlatform/Files/AtomicFile.h"
+
+#include <sys/stat.h>
+
+namespace tavrin {
+namespace {
+
+namespace fs = std::filesystem;
+using Code = ClaudeUsageBridge::BridgeError::Code;
+
+constexpr std::string_view previousLine = "\nPREVIOUS='";
+constexpr std::string_view escapedQuote = "'\\''";
+constexpr int refreshSeconds = 30;
+constexpr std::size_t longestPayload = 4 << 20;
+
+constexpr std::string_view scriptHead = R"(#!/bin/sh
+# Written by Tavrin for its Claude widget. Claude Code runs it to draw the status line; it keeps
+# what it is handed for the widget, and leaves the line as it was. The widget's settings put
+# things back.
+)";
+
+constexpr std::string_view scriptBody = R"SCRIPT(
+input=$(cat)
+
+{
+  mkdir -p "$(dirname "$PAYLOAD")" &&
+    (umask 077 && printf '%s' "$input" > "$PAYLOAD.tmp") &&
+    mv -f "$PAYLOAD.tmp" "$PAYLOAD"
+} > /dev/null 2>&1
+
+if [ -n "$PREVIOUS" ]; then
+  printf '%s' "$input" | sh -c "$PREVIOUS"
+  exit $?
+fi
+
+[ -x /usr/bin/python3 ] || exit 0
+printf '%s' "$input" | /usr/bin/python3 -c '
+import json, sys, time
+
+def member(value, *keys):
+    for key in keys:
+        value = value.get(key) if isinstance(value, dict) else None
+    return value
+
+try:
+    payload = json.loads(sys.stdin.buffer.read().decode("utf-8", "replace"))
+except ValueError:
+    payload = None
+model = member(payload, "model", "display_name")
+folder = member(payload, "workspace", "current_dir")
+used = member(payload, "rate_limits", "five_hour", "used_percentage")
+resets = member(payload, "rate_limits", "five_hour", "resets_at")
+parts = [model] if isinstance(model, str) and model else []
+if isinstance(folder, str) and folder.strip("/"):
+    parts.append(folder.rstrip("/").split("/")[-1])
+if isinstance(used, (int, float)):
+    parts.append("%d%%" % round(used))
+    left = int(resets - time.time()) if isinstance(resets, (int, float)) else 0
+    if left > 0:
+        parts.append("%dh %dm left" % (left // 3600, left % 3600 // 60))
+sys.stdout.buffer.write((" \u00b7 ".join(parts) + "\n").encode("utf-8", "replace"))
+'
+)SCRIPT";
+
+const char* message(Code code) {
+  switch (code) {
+  case Code::noClaudeFolder:
+    return "Failed to find ~/.claude because Claude Code has not run here.";
+  case Code::settingsUnreadable:
+    return "Failed to read ~/.claude/settings.json because it is not valid JSON.";
+  case Code::notConnected:
+    return "Failed to disconnect because the status line is not Tavrin's.";
+  }
+  return "";
+}
+
+fs::path supportFolder(const FileManager& fileManager) {
+  try {
+    return fileManager.applicationSupportFolder() / "Tavrin";
+  } catch (const FileError&) {
+    return fileManager.homeFolder() / "Tavrin";
+  }
+}
+
+/// The command of a settings' status line, if it has one.
+std::optional<std::string> currentCommand(const JSONValue::Object& settings) {
+  const auto line = settings.find("statusLine");
+  const auto* command = line == settings.end() ? nullptr : line->second.member("command");
+  if (command == nullptr || command->string() == nullptr || command->string()->empty())
+    return std::nullopt;
+  return *command->string();
+}
+
+/// The path as a command: quoted only where a shell would take it apart.
+std::string command(const fs::path& script) {
+  const std::string path = script.string();
+  const bool isPlain = path.find_first_not_of("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ"
+                                              "0123456789/._-+@%") == std::string::npos;
+  return isPlain ? path : shellQuoted(path);
+}
+
+/// The status line as it is, members of other tools' included, with another command.
+JSONValue::Object statusLine(const JSONValue::Object& settings, const std::string& command) {
+  const auto line = settings.find("statusLine");
+  JSONValue::Object changed;
+  if (line != settings.end() && line->second.object() != nullptr)
+    changed = *line->second.object();
+  changed["type"] = "command";
+  changed["command"] = command;
+  return changed;
+}
+
+} // namespace
+
+std::string shellQuoted(std::string_view text) {
+  std::string quoted = "'";
+  for (const char character : text) {
+    if (character == '\'')
+      quoted += escapedQuote;
+    else
+      quoted += character;
+  }
+  return quoted + "'";
+}
+
+ClaudeUsageBridge::BridgeError::BridgeError(Code code)
+    : std::runtime_error(message(code)), code_(code) {}
+
+ClaudeUsageBridge::ClaudeUsageBridge(const FileManager& fileManager)
+    : folder_(fileManager.homeFolder() / ".claude"), settings_(folder_ / "settings.json"),
+      script_(supportFolder(fileManager) / "claude-statusline.sh"),
+      payload_(supportFolder(fileManager) / "claude-usage.json") {}
+
+bool ClaudeUsageBridge::isConnected() const {
+  try {
+    return isOwn(currentCommand(readSettings()));
+  } catch (const std::runtime_error&) {
+    return false;
+  }
+}
+
+std::optional<ClaudeUsageLimits> ClaudeUsageBridge::limits() const {
+  try {
+    const auto payload = readFile(payload_, longestPayload);
+    struct stat info {};
+    if (!payload || ::stat(payload_.c_str(), &info) != 0)
+      return std::nullopt;
+    const auto readAt = Date::fromUnixSeconds(static_cast<double>(info.st_mtim.tv_sec) +
+                                              static_cast<double>(info.st_mtim.tv_nsec) * 1e-9);
+    return ClaudeUsageLimitsFormat::limits(*payload, readAt);
+  } catch (const FileError&) {
+    return std::nullopt;
+  }
+}
+
+void ClaudeUsageBridge::connect() const {
+  auto settings = readSettings();
+  const auto current = currentCommand(settings);
+  // Also one that was wrapped by hand: chained to itself the script would never end.
+  const bool runsScript = current && current->find(script_.string()) != std::string::npos;
+  const auto previous = isOwn(current) || runsScript ? chainedCommand() : current;
+  std::error_code ignored; // the write says what is wrong
+  fs::create_directories(script_.parent_path(), ignored);
+  writeFileAtomically(script_, scriptText(previous.value_or("")));
+  if (::chmod(script_.c_str(), 0755) != 0)
+    throw FileError(failure("make " + script_.string() + " executable", "its owner is another"));
+  auto line = statusLine(settings, command(script_));
+  line["refreshInterval"] = refreshSeconds;
+  settings["statusLine"] = std::move(line);
+  save(settings);
+}
+
+void ClaudeUsageBridge::disconnect() const {
+  auto settings = readSettings();
+  if (!isOwn(currentCommand(settings)))
+    throw BridgeError(Code::notConnected);
+  if (const auto previous = chainedCommand()) {
+    auto line = statusLine(settings, *previous);
+    line.erase("refreshInterval");
+    settings["statusLine"] = std::move(line);
+  } else {
+    settings.erase("statusLine");
+  }
+  save(settings);
+  std::error_code ignored;
+  fs::remove(script_, ignored);
+}
+
+JSONValue::Object ClaudeUsageBridge::readSettings() const {
+  std::error_code ignored;
+  if (!fs::is_directory(folder_, ignored))
+    throw BridgeError(Code::noClaudeFolder);
+  const auto bytes = readFile(settings_);
+  if (!bytes)
+    return {};
+  try {
+    const auto document = JSONValue::parse(*bytes);
+    if (const auto* object = document.object())
+      return *object;
+  } catch (const JSONError&) {
+  }
+  throw BridgeError(Code::settingsUnreadable);
+}
+
+void ClaudeUsageBridge::save(const JSONValue::Object& settings) const {
+  // The backup may hold secrets that the settings' own permissions hide.
+  if (const auto bytes = readFile(settings_))
+    writeFileAtomically(settings_.string() + ".tavrin-backup", *bytes, FileAccess::ownerOnly);
+  writeJSONFile(settings_, settings);
+}
+
+bool ClaudeUsageBridge::isOwn(const std::optional<std::string>& current) const {
+  return current && (*current == script_.string() || *current == command(script_));
+}
+
+/// The command that the script runs after its own work, read back out of its text.
+std::optional<std::string> ClaudeUsageBridge::chainedCommand() const {
+  const auto text = readFile(script_);
+  const auto at = text ? text->find(previousLine) : std::string::npos;
+  if (at == std::string::npos)
+    return std::nullopt;
+  std::string previous;
+  std::string_view rest = std::string_view(*text).substr(at + previousLine.size());
+  while (!rest.empty()) {
+    if (rest.starts_with(escapedQuote)) {
+      previous += '\'';
+      rest.remove_prefix(escapedQuote.size());
+    } else if (rest.front() == '\'') {
+      break;
+    } else {
+      previous += rest.front();
+      rest.remove_prefix(1);
+    }
+  }
+  return previous.empty() ? std::nullopt : std::optional(previous);
+}
+
+std::string ClaudeUsageBridge::scriptText(const std::string& previous) const {
+  return std::string(scriptHead) + "PREVIOUS=" + shellQuoted(previous) +
+         "\nPAYLOAD=" + shellQuoted(payload_.string()) + "\n" + std::string(scriptBody);
+}
+
+} // namespace tavrin

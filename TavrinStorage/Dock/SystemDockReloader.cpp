@@ -1,0 +1,40 @@
+#include "TavrinStorage/Dock/SystemDockReloader.h"
+
+#include "TavrinCore/Base/Errors.h"
+#include "TavrinCore/Dock/DockError.h"
+#include "TavrinCore/Text/Text.h"
+
+#include <algorithm>
+
+namespace tavrin {
+
+void SystemDockReloader::waitUntilSettled() {
+  const auto dock = process_.running();
+  if (!dock || !dock->age || *dock->age >= settleInterval)
+    return;
+  // A process that seems to start in the future is no reason to wait longer.
+  process_.sleep(std::min(settleInterval - *dock->age, settleInterval));
+}
+
+void SystemDockReloader::reload() {
+  const auto before = process_.running();
+  DockProcess::KillResult killed;
+  try {
+    killed = process_.killAll();
+  } catch (const FileError& error) {
+    throw DockError::dockReloadFailed("failed to launch killall: " + error.reason());
+  }
+  if (killed.exitStatus != 0) {
+    std::string reason = "killall exited with " + std::to_string(killed.exitStatus);
+    if (killed.standardError)
+      reason.append(": ").append(trimmed(*killed.standardError));
+    throw DockError::dockReloadFailed(reason);
+  }
+  for (const double deadline = process_.uptime() + relaunchLimit; process_.uptime() < deadline;
+       process_.sleep(relaunchPoll))
+    if (const auto now = process_.running(); now && (!before || now->id != before->id))
+      return;
+  throw DockError::dockReloadFailed("the Dock did not relaunch");
+}
+
+} // namespace tavrin

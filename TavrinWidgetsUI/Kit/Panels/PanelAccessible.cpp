@@ -1,0 +1,42 @@
+#include "TavrinWidgetsUI/Kit/Panels/PanelAccessible.h"
+
+#include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelSegments.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelView.h"
+#include "TavrinWidgetsUI/Kit/Views/ViewWidget.h"
+
+#include <QAccessible>
+#include <QAccessibleWidget>
+
+namespace tavrin {
+
+namespace {
+
+// No names here: one given now would hide later ones. Only for plain widgets: what derives from one
+// of Qt's controls has its role already.
+QAccessibleInterface* make(const QString&, QObject* object) {
+  if (!object || !object->isWidgetType())
+    return nullptr;
+  auto* widget = static_cast<QWidget*>(object);
+  if (dynamic_cast<PanelView*>(widget))
+    return new QAccessibleWidget(widget, QAccessible::Dialog);
+  if (dynamic_cast<PanelSegments*>(widget) || dynamic_cast<PanelField*>(widget) ||
+      dynamic_cast<PanelEmptyState*>(widget))
+    return new QAccessibleWidget(widget, QAccessible::Grouping);
+  if (dynamic_cast<ViewWidget*>(widget))
+    return new QAccessibleWidget(widget, QAccessible::Graphic);
+  if (dynamic_cast<PanelDivider*>(widget))
+    return new QAccessibleWidget(widget, QAccessible::Separator);
+  return nullptr;
+}
+
+} // namespace
+
+void installPanelAccessibility() {
+  // Qt keeps a list; the same function in it twice would be asked twice.
+  QAccessible::removeFactory(make);
+  QAccessible::installFactory(make);
+}
+
+} // namespace tavrin

@@ -1,0 +1,218 @@
+#include "TavrinWidgetsUI/Kit/Panels/PanelPaint.h"
+
+#include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelFont.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
+#include "TavrinWidgetsUI/Kit/Pictures/Symbols.h"
+
+#include <QFontMetricsF>
+#include <QStyleOption>
+#include <QWidget>
+
+namespace tavrin::panelPaint {
+
+void rounded(QPainter& painter, const QRectF& rect, double radius, const QColor& fill,
+             const QColor& border, double width) {
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(Qt::NoPen);
+  if (fill.isValid() && fill.alpha() > 0) {
+    painter.setBrush(fill);
+    painter.drawRoundedRect(rect, radius, radius);
+  }
+  if (border.isValid()) {
+    const double half = width / 2;
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(border, width));
+    painter.drawRoundedRect(rect.adjusted(half, half, -half, -half), radius - half, radius - half);
+  }
+}
+
+void picture(QPainter& painter, const QImage& image, const QRectF& rect, const QColor& hairline) {
+  QRectF target(QPointF(), QSizeF(image.size()).scaled(rect.size(), Qt::KeepAspectRatio));
+  target.moveCenter(rect.center());
+  painter.setRenderHint(QPainter::SmoothPixmapTransform);
+  painter.drawImage(target, image);
+  if (image.hasAlphaChannel())
+    return;
+  painter.setBrush(Qt::NoBrush);
+  painter.setPen(QPen(hairline, 1));
+  painter.drawRect(target.adjusted(0.5, 0.5, -0.5, -0.5));
+}
+
+void focusRing(QPainter& painter, const QRectF& rect, double radius, const QColor& accent) {
+  rounded(painter, rect, radius, {}, accent, panel::focusRing);
+}
+
+void symbol(QPainter& painter, const QString& name, const QRectF& rect, double side,
+            const QColor& colour) {
+  const QPointF centre = rect.center();
+  painter.setRenderHint(QPainter::Antialiasing);
+  drawSymbol(painter, name.toStdString(),
+             QRectF(centre.x() - side / 2, centre.y() - side / 2, side, side), colour);
+}
+
+double line(QPainter& painter, const QString& text, const QRectF& rect, const QFont& font,
+            const QColor& colour, Qt::Alignment alignment) {
+  if (rect.width() < 1)
+    return 0;
+  const QFontMetricsF metrics(font);
+  const double full = metrics.horizontalAdvance(text);
+  const bool fits = full <= rect.width() + 0.5;
+  const QString shown = fits ? text : metrics.elidedText(text, Qt::ElideRight, rect.width());
+  painter.setFont(font);
+  painter.setPen(colour);
+  const Qt::Alignment visual =
+      QStyle::visualAlignment(painter.layoutDirection(), alignment & Qt::AlignHorizontal_Mask);
+  painter.drawText(
+      rect, int((visual | Qt::AlignVCenter | Qt::AlignAbsolute).toInt()) | Qt::TextSingleLine,
+      shown);
+  return fits ? full : metrics.horizontalAdvance(shown);
+}
+
+bool showsFocus(const QWidget& widget) {
+  return widget.hasFocus() && widget.window()->testAttribute(Qt::WA_KeyboardFocusChange);
+}
+
+QRectF visual(const QRectF& logical, const QRectF& whole, Qt::LayoutDirection direction) {
+  if (direction != Qt::RightToLeft)
+    return logical;
+  return {whole.left() + whole.right() - logical.right(), logical.top(), logical.width(),
+          logical.height()};
+}
+
+namespace {
+
+struct ButtonColours {
+  QColor ground;
+  QColor ink;
+};
+
+ButtonColours coloursOf(PanelButton::Kind kind, const QStyleOption& option, const PanelPalette& p) {
+  const bool enabled = option.state.testFlag(QStyle::State_Enabled);
+  const bool pressed = enabled && option.state.testFlag(QStyle::State_Sunken);
+  const bool hover = enabled && option.state.testFlag(QStyle::State_MouseOver);
+  const bool on = option.state.testFlag(QStyle::State_On);
+  const bool solid = kind == PanelButton::Kind::quiet || kind == PanelButton::Kind::prominent;
+  if (!enabled)
+    return {solid ? p.control : QColor(), p.disabledText};
+  if (kind == PanelButton::Kind::prominent)
+    return {pressed ? p.fillPressed : hover ? p.fillHover : p.fill, p.onFill};
+  if (kind == PanelButton::Kind::quiet)
+    return {pressed ? p.controlPressed
+            : hover ? p.controlHover
+            : on    ? p.rowSelected
+                    : p.control,
+            on ? p.accent : p.text};
+  const QColor rest = on ? p.rowSelected : QColor();
+  const QColor ground = pressed ? p.rowPressed : hover ? p.rowHover : rest;
+  if (kind == PanelButton::Kind::plain || on)
+    return {ground, p.accent};
+  return {ground, pressed || hover ? p.text : p.secondary};
+}
+
+} // namespace
+
+void button(QPainter& painter, const QStyleOption& option, const PanelButton& button) {
+  const PanelPalette p = PanelPalette::from(option.palette);
+  const ButtonColours colours = coloursOf(button.kind(), option, p);
+  const QRectF rect = option.rect;
+  rounded(painter, rect, panel::cornerRadius, colours.ground);
+  if (button.kind() == PanelButton::Kind::icon) {
+    symbol(painter, button.symbol(), rect, 16, colours.ink);
+    return;
+  }
+  const bool marked = !button.symbol().isEmpty();
+  const double mark = marked ? 15 : 0;
+  const double gap = marked && !button.title().isEmpty() ? 6 : 0;
+  const double inset = 8;
+  const double room = rect.width() - 2 * inset - mark - gap;
+  const double width =
+      std::min(room, QFontMetricsF(button.font()).horizontalAdvance(button.title()) + 0.5);
+  const double start = rect.left() + (rect.width() - mark - gap - width) / 2;
+  if (marked)
+    symbol(painter, button.symbol(),
+           visual({start, rect.top(), mark, rect.height()}, rect, option.direction), mark,
+           colours.ink);
+  line(painter, button.title(),
+       visual({start + mark + gap, rect.top(), width, rect.height()}, rect, option.direction),
+       button.font(), colours.ink);
+}
+
+void segment(QPainter& painter, const QStyleOption& option, const QString& title) {
+  const PanelPalette p = PanelPalette::from(option.palette);
+  const bool enabled = option.state.testFlag(QStyle::State_Enabled);
+  const bool on = option.state.testFlag(QStyle::State_On);
+  const bool hover = option.state.testFlag(QStyle::State_MouseOver);
+  const QRectF rect = option.rect;
+  if (on) {
+    rounded(painter, rect, panel::cornerRadius - 1, enabled ? p.chosen : p.control, p.hairline);
+  } else if (enabled && option.state.testFlag(QStyle::State_Sunken)) {
+    rounded(painter, rect, panel::cornerRadius - 1, p.controlPressed);
+  } else if (enabled && hover) {
+    rounded(painter, rect, panel::cornerRadius - 1, p.controlHover);
+  }
+  QFont font = panelFont(PanelTextStyle::body);
+  font.setWeight(on ? QFont::DemiBold : QFont::Normal);
+  line(painter, title, rect.adjusted(4, 0, -4, 0), font, !enabled ? p.disabledText : p.text,
+       Qt::AlignHCenter);
+}
+
+void toggle(QPainter& painter, const QStyleOption& option, const QString& title) {
+  const PanelPalette p = PanelPalette::from(option.palette);
+  const bool enabled = option.state.testFlag(QStyle::State_Enabled);
+  const bool on = option.state.testFlag(QStyle::State_On);
+  const bool rtl = option.direction == Qt::RightToLeft;
+  const QRectF rect = option.rect;
+  const QSizeF body(34, 20);
+  const QRectF knobRoom(rtl ? rect.left() : rect.right() - body.width(),
+                        rect.center().y() - body.height() / 2, body.width(), body.height());
+  const QRectF words =
+      rtl ? rect.adjusted(body.width() + 12, 0, 0, 0) : rect.adjusted(0, 0, -body.width() - 12, 0);
+  line(painter, title, words, panelFont(PanelTextStyle::body), enabled ? p.text : p.disabledText);
+  QColor ground = on ? p.fill : p.track;
+  if (enabled && option.state.testFlag(QStyle::State_Sunken))
+    ground = on ? p.fillPressed : p.controlPressed;
+  else if (enabled && option.state.testFlag(QStyle::State_MouseOver) && on)
+    ground = p.fillHover;
+  painter.save();
+  if (!enabled)
+    painter.setOpacity(0.45);
+  rounded(painter, knobRoom, body.height() / 2, ground, on ? QColor() : p.outline, 1);
+  const double knob = 16;
+  const bool atEnd = on != rtl;
+  const QRectF place(atEnd ? knobRoom.right() - knob - 2 : knobRoom.left() + 2, knobRoom.top() + 2,
+                     knob, knob);
+  rounded(painter, place, knob / 2, on ? p.onFill : QColor(Qt::white),
+          on ? QColor() : p.fieldBorder);
+  painter.restore();
+}
+
+void checkBox(QPainter& painter, const QStyleOption& option, const QRect& rect, bool round) {
+  const PanelPalette p = PanelPalette::from(option.palette);
+  const bool enabled = option.state.testFlag(QStyle::State_Enabled);
+  const bool on = option.state & (QStyle::State_On | QStyle::State_NoChange);
+  const bool sunken = enabled && option.state.testFlag(QStyle::State_Sunken);
+  const bool hover = enabled && option.state.testFlag(QStyle::State_MouseOver);
+  const QRectF box = QRectF(rect).adjusted(1, 1, -1, -1);
+  const double radius = round ? box.width() / 2 : 4;
+  painter.save();
+  if (!enabled)
+    painter.setOpacity(0.45);
+  if (on) {
+    rounded(painter, box, radius, sunken ? p.fillPressed : hover ? p.fillHover : p.fill);
+    if (round)
+      rounded(painter, box.adjusted(4, 4, -4, -4), radius, p.onFill);
+    else
+      symbol(painter, option.state.testFlag(QStyle::State_NoChange) ? "minus" : "checkmark", box,
+             12, p.onFill);
+  } else {
+    rounded(painter, box, radius,
+            sunken  ? p.controlPressed
+            : hover ? p.controlHover
+                    : p.field,
+            p.outline, 1);
+  }
+  painter.restore();
+}
+
+} // namespace tavrin::panelPaint

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "TavrinWidgetsUI/Kit/Panels/PanelPalette.h"
+
+#include <QPainter>
+#include <QRectF>
+
+class QWidget;
+class QStyleOption;
+
+namespace tavrin {
+
+class PanelButton;
+class PanelSwitch;
+
+/// What the style and the delegates paint alike.
+namespace panelPaint {
+
+/// Fills `rect` with round corners; a valid `border` is drawn inside it, `width` points wide.
+void rounded(QPainter& painter, const QRectF& rect, double radius, const QColor& fill,
+             const QColor& border = {}, double width = 1);
+/// The ring around what has the keyboard: 2 points inside `rect`.
+void focusRing(QPainter& painter, const QRectF& rect, double radius, const QColor& accent);
+/// The symbol of `side` points in the middle of `rect`.
+void symbol(QPainter& painter, const QString& name, const QRectF& rect, double side,
+            const QColor& colour);
+/// The whole picture in the middle of `rect`. One that is opaque gets an edge of `hairline`,
+/// without which a light page would be lost on a light ground; an icon has an edge of its own.
+void picture(QPainter& painter, const QImage& image, const QRectF& rect, const QColor& hairline);
+/// One line at the start of `rect`, cut with an ellipsis where it is too long. The width it took.
+double line(QPainter& painter, const QString& text, const QRectF& rect, const QFont& font,
+            const QColor& colour, Qt::Alignment alignment = Qt::AlignLeading);
+
+/// Whether the focus is to be seen: `widget` has it, and the keyboard was used last.
+bool showsFocus(const QWidget& widget);
+/// `logical`, mirrored inside `whole` where the text runs from right to left.
+QRectF visual(const QRectF& logical, const QRectF& whole, Qt::LayoutDirection direction);
+
+void button(QPainter& painter, const QStyleOption& option, const PanelButton& button);
+void segment(QPainter& painter, const QStyleOption& option, const QString& title);
+void toggle(QPainter& painter, const QStyleOption& option, const QString& title);
+void checkBox(QPainter& painter, const QStyleOption& option, const QRect& rect, bool round);
+
+} // namespace panelPaint
+
+} // namespace tavrin

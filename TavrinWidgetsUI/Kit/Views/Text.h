@@ -1,0 +1,66 @@
+#pragma once
+
+#include "TavrinWidgetsUI/Kit/Views/AnyView.h"
+
+#include <QColor>
+#include <QFont>
+#include <string>
+
+namespace tavrin {
+
+enum class FontWeight {
+  regular = QFont::Normal,
+  medium = QFont::Medium,
+  semibold = QFont::DemiBold,
+  bold = QFont::Bold,
+};
+
+enum class TextAlignment { leading, centre, trailing };
+
+/// The interface font's family: the desktop's choice, or Inter where the desktop has none.
+QString interfaceFontFamily();
+/// The desktop's choice; empty for none. Whether another family is used from now on: then tiles
+/// are to be rendered and panels to be made again.
+bool setInterfaceFontFamily(const QString& family);
+
+/// The least type size anywhere on a tile, and what nothing is fitted below. Points.
+inline constexpr double minimumTypeSize = 9;
+
+/// A line of text, or a few. On one line all digits are equally wide. A line, or a word among
+/// several lines, that is too long is set smaller once, down to 85 %, and then ends in an ellipsis.
+struct Text : Modifiers<Text> {
+  QString string;
+  /// Points.
+  double pointSize = 13;
+  FontWeight fontWeight = FontWeight::regular;
+  QColor inkColour = QColor(255, 255, 255, 235);
+  TextAlignment textAlignment = TextAlignment::leading;
+  int lineLimit = 1;
+  /// Not empty: the room this string would need is taken, whatever the text is.
+  QString widestForm = {};
+  /// A figure is never cut. It is set smaller down to this many points, and then overflows.
+  std::optional<double> figureMinimum = {};
+
+  Text size(double points) const;
+  Text weight(FontWeight weight) const;
+  Text colour(const QColor& colour) const;
+  Text align(TextAlignment alignment) const;
+  /// Up to `limit` lines, broken between words.
+  Text lines(int limit) const;
+  /// Digits as "8": `text("1:07").widest("88:88")` does not move as it ticks.
+  Text widest(const QString& form) const;
+  Text figure(double minimumPoints = 9) const;
+
+  QSizeF measure(ViewContext& context, const QSizeF& offer) const;
+  void paint(ViewContext& context, const QRectF& rect) const;
+  bool operator==(const Text&) const = default;
+};
+
+Text text(const QString& string);
+Text text(const std::string& utf8);
+Text text(const char* utf8);
+
+/// `string` with every digit an 8: the widest form of a live figure.
+QString widestDigits(QString string);
+
+} // namespace tavrin

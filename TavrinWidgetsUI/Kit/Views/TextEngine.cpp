@@ -1,0 +1,306 @@
+#include "TavrinWidgetsUI/Kit/Views/TextEngine.h"
+
+#include <QFontDatabase>
+#include <QFontInfo>
+#include <QGuiApplication>
+#include <QPainter>
+#include <QTextBoundaryFinder>
+#include <QTextLayout>
+#include <algorithm>
+
+namespace tavrin {
+
+namespace {
+
+constexpr double referenceSize = 100;
+constexpr std::size_t shapedLimit = 24;
+constexpr std::size_t sizedFontLimit = 12;
+constexpr std::size_t brokenLimit = 6;
+constexpr QChar ellipsis(0x2026);
+
+/// Moves the first entry that `matches` to the front, or makes room for one and adds `fresh()`.
+template <class T, class Matches, class Fresh>
+T& recent(std::list<T>& entries, std::size_t limit, Matches matches, Fresh fresh) {
+  const auto found = std::find_if(entries.begin(), entries.end(), matches);
+  if (found != entries.end()) {
+    entries.splice(entries.begin(), entries, found);
+    return entries.front();
+  }
+  while (entries.size() >= limit)
+    entries.pop_back();
+  entries.push_front(fresh());
+  return entries.front();
+}
+
+bool isDigit(QChar character) {
+  return character >= u'0' && character <= u'9';
+}
+
+/// Digits of right-to-left text are placed by the shaper, which knows their order.
+bool canBeTabular(const QString& string) {
+  return std::any_of(string.begin(), string.end(), isDigit) && !string.isRightToLeft() &&
+         std::none_of(string.begin(), string.end(), [](QChar character) {
+           return character.direction() == QChar::DirR || character.direction() == QChar::DirAL;
+         });
+}
+
+QString fallbackFamily() {
+  const QString family = QGuiApplication::font().family();
+  // Without a desktop's choice the toolkit asks for "Sans Serif" and gets whatever comes first.
+  const bool isChosen = !family.isEmpty() && family.compare(u"Sans Serif", Qt::CaseInsensitive) &&
+                        family.compare(u"sans", Qt::CaseInsensitive);
+  return !isChosen && QFontDatabase::hasFamily(QStringLiteral("Inter")) ? QStringLiteral("Inter")
+                                                                        : family;
+}
+
+QString& usedFamily() {
+  static QString family;
+  return family;
+}
+
+} // namespace
+
+QString interfaceFontFamily() {
+  QString& used = usedFamily();
+  if (used.isEmpty())
+    used = fallbackFamily();
+  return used;
+}
+
+bool setInterfaceFontFamily(const QString& family) {
+  const QString before = interfaceFontFamily();
+  usedFamily() = !family.isEmpty() && QFontDatabase::hasFamily(family) ? family : fallbackFamily();
+  return usedFamily() != before;
+}
+
+const TextEngine::Face& TextEngine::face(FontWeight weight) {
+  return recent(
+      faces_, 4, [&](const Face& face) { return face.weight == weight; },
+      [&] {
+        Face face;
+        face.weight = weight;
+        face.font = QFont(interfaceFontFamily());
+        face.font.setPixelSize(static_cast<int>(referenceSize));
+        face.font.setWeight(static_cast<QFont::Weight>(weight));
+        face.font.setHintingPreference(QFont::PreferNoHinting);
+        face.raw = QRawFont::fromFont(face.font);
+        face.capHeight = face.raw.capHeight();
+        const auto glyphs = face.raw.glyphIndexesForString(QStringLiteral("0123456789"));
+        const auto advances = face.raw.advancesForGlyphIndexes(glyphs);
+        for (std::size_t i = 0; i < face.digits.size() && qsizetype(i) < glyphs.size(); ++i) {
+          face.digits[i] = glyphs[qsizetype(i)];
+          face.digitWidths[i] = advances[qsizetype(i)].x();
+          face.digitWidth = std::max(face.digitWidth, face.digitWidths[i]);
+        }
+        return face;
+      });
+}
+
+void TextEngine::shapeWhole(Shaped& shaped, const Face& face, const QString& part) {
+  QTextLayout layout(part, face.font);
+  QTextOption option;
+  option.setWrapMode(QTextOption::NoWrap);
+  layout.setTextOption(option);
+  layout.beginLayout();
+  QTextLine line = layout.createLine();
+  layout.endLayout();
+  if (!line.isValid())
+    return;
+  line.setPosition({0, -line.ascent()});
+  for (const QGlyphRun& run : layout.glyphRuns())
+    shaped.pieces.push_back({run.rawFont(), run.glyphIndexes(), run.positions()});
+  shaped.width = line.naturalTextWidth();
+  // Spaces at an end have no natural width, but a figure beside them has to keep its distance.
+  if (part.endsWith(u' '))
+    shaped.width = line.cursorToX(static_cast<int>(part.size()));
+}
+
+void TextEngine::shapeTabular(Shaped& shaped, const Face& face) {
+  Piece digits{face.raw, {}, {}};
+  const QString& string = shaped.string;
+  for (qsizetype i = 0; i < string.size();) {
+    qsizetype end = i;
+    while (end < string.size() && !isDigit(string[end]))
+      ++end;
+    if (end > i) {
+      // Between the digits of a ticking figure stands the same colon, shaped long ago.
+      const Shaped& part = this->shaped(string.mid(i, end - i), face.weight, Digits::proportional);
+      for (Piece piece : part.pieces) {
+        for (QPointF& position : piece.positions)
+          position += QPointF(shaped.width, 0);
+        shaped.pieces.push_back(std::move(piece));
+      }
+      shaped.width += part.width;
+    }
+    for (i = end; i < string.size() && isDigit(string[i]); ++i) {
+      const auto digit = static_cast<std::size_t>(string[i].unicode() - u'0');
+      digits.glyphs << face.digits[digit];
+      digits.positions << QPointF(shaped.width + (face.digitWidth - face.digitWidths[digit]) / 2,
+                                  0);
+      shaped.width += face.digitWidth;
+    }
+  }
+  shaped.pieces.push_back(std::move(digits));
+}
+
+TextEngine::Shaped& TextEngine::shaped(const QString& string, FontWeight weight, Digits digits) {
+  return recent(
+      shaped_, shapedLimit,
+      [&](const Shaped& shaped) {
+        return shaped.weight == weight && shaped.digits == digits && shaped.string == string;
+      },
+      [&] {
+        Shaped shaped;
+        shaped.string = string;
+        shaped.weight = weight;
+        shaped.digits = digits;
+        if (digits == Digits::tabular && canBeTabular(string))
+          shapeTabular(shaped, face(weight));
+        else
+          shapeWhole(shaped, face(weight), string);
+        return shaped;
+      });
+}
+
+QRawFont TextEngine::sized(const QRawFont& reference, double pointSize) {
+  return recent(
+             sizedFonts_, sizedFontLimit,
+             [&](const SizedFont& sized) {
+               return sized.pointSize == pointSize && sized.reference == reference;
+             },
+             [&] {
+               SizedFont sized{reference, pointSize, reference};
+               sized.font.setPixelSize(pointSize);
+               return sized;
+             })
+      .font;
+}
+
+double TextEngine::width(const QString& string, FontWeight weight, double pointSize,
+                         Digits digits) {
+  return shaped(string, weight, digits).width * pointSize / referenceSize;
+}
+
+double TextEngine::capHeight(FontWeight weight, double pointSize) {
+  return face(weight).capHeight * pointSize / referenceSize;
+}
+
+void TextEngine::draw(QPainter& painter, const QString& string, FontWeight weight, double pointSize,
+                      QPointF origin, Digits digits) {
+  Shaped& text = shaped(string, weight, digits);
+  if (text.runSize != pointSize) {
+    text.runs.clear();
+    for (const Piece& piece : text.pieces) {
+      QList<QPointF> positions = piece.positions;
+      for (QPointF& position : positions)
+        position *= pointSize / referenceSize;
+      QGlyphRun run;
+      run.setRawFont(sized(piece.font, pointSize));
+      run.setGlyphIndexes(piece.glyphs);
+      run.setPositions(positions);
+      text.runs.push_back(std::move(run));
+    }
+    text.runSize = pointSize;
+  }
+  for (const QGlyphRun& run : text.runs)
+    painter.drawGlyphRun(origin, run);
+}
+
+QString TextEngine::elided(const QString& string, FontWeight weight, double pointSize,
+                           double width) {
+  if (this->width(string, weight, pointSize) <= width)
+    return string;
+  const double reference = width * referenceSize / pointSize;
+  return recent(
+             broken_, brokenLimit,
+             [&, key = Broken{string, weight, reference, 0, 0, {}, 0}](const Broken& broken) {
+               return broken == key;
+             },
+             [&] {
+               return Broken{string,   weight, reference, 0, 0, {cut(string, weight, reference)},
+                             reference};
+             })
+      .lines.front();
+}
+
+QString TextEngine::cut(const QString& string, FontWeight weight, double width) {
+  QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, string);
+  std::vector<qsizetype> ends{0};
+  while (finder.toNextBoundary() > 0)
+    ends.push_back(finder.position());
+  const auto candidate = [&](qsizetype end) {
+    QString head = string.left(end);
+    while (head.endsWith(u' '))
+      head.chop(1);
+    return head + ellipsis;
+  };
+  const auto fits = [&](qsizetype end) {
+    Shaped shaped;
+    shaped.string = candidate(end);
+    if (canBeTabular(shaped.string))
+      shapeTabular(shaped, face(weight));
+    else
+      shapeWhole(shaped, face(weight), shaped.string);
+    return shaped.width <= width;
+  };
+  const auto tooLong =
+      std::partition_point(ends.begin() + 1, ends.end(), [&](qsizetype end) { return fits(end); });
+  return candidate(*(tooLong - 1));
+}
+
+TextEngine::Lines TextEngine::lines(const QString& string, FontWeight weight, double pointSize,
+                                    double leastSize, double width, int limit) {
+  const double reference = width * referenceSize / pointSize;
+  const double most = reference * pointSize / std::min(leastSize, pointSize);
+  const Broken& broken = recent(
+      broken_, brokenLimit,
+      [&, key = Broken{string, weight, reference, most, limit, {}, 0}](const Broken& broken) {
+        return broken == key;
+      },
+      [&] {
+        double brokenWidth = reference;
+        QStringList lines = breakLines(string, weight, brokenWidth, most, limit);
+        return Broken{string, weight, reference, most, limit, std::move(lines), brokenWidth};
+      });
+  return {broken.lines, pointSize * reference / broken.brokenWidth};
+}
+
+QStringList TextEngine::breakLines(const QString& string, FontWeight weight, double& width,
+                                   double mostWidth, int limit) {
+  QString text = string;
+  text.replace(u'\n', QChar(QChar::LineSeparator));
+  QTextLayout layout(text, face(weight).font);
+  QTextOption option;
+  option.setWrapMode(QTextOption::WordWrap);
+  layout.setTextOption(option);
+  layout.beginLayout();
+  QStringList result;
+  double wanted = width;
+  while (result.size() < limit) {
+    QTextLine line = layout.createLine();
+    if (!line.isValid())
+      break;
+    line.setLineWidth(width);
+    const bool isLast = result.size() + 1 == limit;
+    const qsizetype end = line.textStart() + line.textLength();
+    QString part = text.mid(line.textStart(), line.textLength());
+    while (part.endsWith(QChar(QChar::LineSeparator)) || part.endsWith(u' '))
+      part.chop(1);
+    const double natural = line.naturalTextWidth();
+    if (natural > width && natural <= mostWidth)
+      wanted = std::max(wanted, natural);
+    if (isLast && end < text.size())
+      part = cut(text.mid(line.textStart()).section(QChar(QChar::LineSeparator), 0, 0) + ellipsis,
+                 weight, width);
+    else if (natural > width)
+      part = cut(part, weight, width);
+    result << part;
+  }
+  layout.endLayout();
+  if (wanted <= width)
+    return result;
+  width = wanted;
+  return breakLines(string, weight, width, wanted, limit);
+}
+
+} // namespace tavrin

@@ -1,0 +1,102 @@
+#pragma once
+
+#include "TavrinWidgetsUI/Kit/Views/Text.h"
+
+#include <QGlyphRun>
+#include <QRawFont>
+#include <array>
+#include <list>
+
+class QPainter;
+
+namespace tavrin {
+
+/// Shapes, measures and draws text, and keeps what it shaped: a few dozen strings, no more.
+/// Text is shaped once without hinting at a reference size and scales from there.
+class TextEngine {
+public:
+  enum class Digits { tabular, proportional };
+
+  /// Width in points of `string` on one line.
+  double width(const QString& string, FontWeight weight, double pointSize,
+               Digits digits = Digits::tabular);
+  /// Height of a capital in points.
+  double capHeight(FontWeight weight, double pointSize);
+  /// `string`, or as much of it as fits into `width` with an ellipsis.
+  QString elided(const QString& string, FontWeight weight, double pointSize, double width);
+  /// At most `limit` lines that fit into `width`, broken between words, the last one elided.
+  struct Lines {
+    QStringList lines;
+    /// At most `pointSize`: for the sake of a word that is a little too long.
+    double pointSize = 0;
+  };
+  /// A word that is longer than a line sets the text in smaller type, down to `leastSize`; one
+  /// that is too long even so is elided.
+  Lines lines(const QString& string, FontWeight weight, double pointSize, double leastSize,
+              double width, int limit);
+  /// Draws with the painter's pen from `origin`, the start of the baseline.
+  void draw(QPainter& painter, const QString& string, FontWeight weight, double pointSize,
+            QPointF origin, Digits digits = Digits::tabular);
+
+private:
+  /// Glyphs at the reference size.
+  struct Piece {
+    QRawFont font;
+    QList<quint32> glyphs;
+    QList<QPointF> positions;
+  };
+  struct Shaped {
+    QString string;
+    FontWeight weight = FontWeight::regular;
+    Digits digits = Digits::tabular;
+    std::vector<Piece> pieces;
+    double width = 0;
+    double runSize = 0;
+    std::vector<QGlyphRun> runs;
+  };
+  struct Face {
+    FontWeight weight = FontWeight::regular;
+    QFont font;
+    QRawFont raw;
+    double capHeight = 0;
+    double digitWidth = 0;
+    std::array<quint32, 10> digits = {};
+    std::array<double, 10> digitWidths = {};
+  };
+  struct SizedFont {
+    QRawFont reference;
+    double pointSize = 0;
+    QRawFont font;
+  };
+  struct Broken {
+    QString string;
+    FontWeight weight = FontWeight::regular;
+    double width = 0;
+    double mostWidth = 0;
+    int limit = 0;
+    QStringList lines;
+    double brokenWidth = 0;
+    bool operator==(const Broken& other) const {
+      return weight == other.weight && width == other.width && mostWidth == other.mostWidth &&
+             limit == other.limit && string == other.string;
+    }
+  };
+
+  const Face& face(FontWeight weight);
+  Shaped& shaped(const QString& string, FontWeight weight, Digits digits);
+  void shapeTabular(Shaped& shaped, const Face& face);
+  void shapeWhole(Shaped& shaped, const Face& face, const QString& part);
+  QRawFont sized(const QRawFont& reference, double pointSize);
+  /// Widens `width` up to `mostWidth` for words that would fit then.
+  QStringList breakLines(const QString& string, FontWeight weight, double& width, double mostWidth,
+                         int limit);
+  QString cut(const QString& string, FontWeight weight, double width);
+
+  /// Most recently used first, all of them.
+  std::list<Shaped> shaped_;
+  std::list<SizedFont> sizedFonts_;
+  std::list<Broken> broken_;
+  std::list<Face> faces_;
+};
+
+} // namespace tavrin

@@ -1,0 +1,293 @@
+#include "TavrinWidgetsUI/Kit/Views/TileLayout.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace tavrin {
+
+namespace {
+
+constexpr double bodyRatio = 0.805;
+constexpr double pitchRatio = 1.0625;
+constexpr double paddingRatio = 0.12;
+constexpr double borderRatio = 0.07;
+constexpr double borderSteps = 24;
+constexpr double figureRatio = 0.305;
+/// On one line a figure goes down to this before its seconds move below it.
+constexpr double leastFigureRatio = 0.18;
+/// Between a progress border and what stands inside.
+constexpr double borderGapRatio = 0.05;
+constexpr double captionRatio = 0.135;
+constexpr double actionRatio = 0.44;
+constexpr double captionThreshold = 56;
+constexpr double wideCaptionRatio = 0.17;
+constexpr double wideMarkRatio = 0.6;
+constexpr double leastWordsRatio = 0.8;
+
+Text figureText(const QString& string, const QString& widest, double points, const QColor& ground) {
+  return text(string)
+      .size(points)
+      .weight(FontWeight::semibold)
+      .colour(palette::figure(ground))
+      .widest(widest.isEmpty() ? widestDigits(string) : widest)
+      .align(TextAlignment::centre)
+      .figure(minimumTypeSize);
+}
+
+Text captionText(const QString& string, double points, const QColor& ground) {
+  return text(string)
+      .size(points)
+      .weight(FontWeight::medium)
+      .colour(palette::caption(ground))
+      .align(TextAlignment::centre);
+}
+
+/// What text of a content stands on.
+template <class Content> QColor textGround(const Content& content) {
+  return content.groundEnd.isValid() ? mix(content.ground, content.groundEnd, 0.5) : content.ground;
+}
+
+/// "1:02:33" as "1:02" over "33", for tiles too small for it on one line.
+AnyView stackedFigure(const QString& figure, const TileSize& size, const QColor& ground) {
+  const qsizetype last = figure.lastIndexOf(u':');
+  const double points = std::max(size.body() * 0.25, minimumTypeSize);
+  return vstack({figureText(figure.left(last), {}, points, ground),
+                 figureText(figure.mid(last + 1), {}, points, ground)
+                     .colour(palette::caption(ground))})
+      .spacing(points * 0.08);
+}
+
+AnyView fittedFigure(const TileContent& content, const TileSize& size) {
+  if (content.figure.isEmpty())
+    return {};
+  const QColor ground = textGround(content);
+  const Text line = figureText(content.figure, content.widestFigure, size.figure(), ground);
+  if (content.figure.count(u':') < 2)
+    return line;
+  const double least = std::max(size.body() * leastFigureRatio, minimumTypeSize);
+  return firstFitting({line.figure(least), stackedFigure(content.figure, size, ground)});
+}
+
+AnyView marked(const AnyView& mark, TileState state, double side, const QColor& ground) {
+  switch (state) {
+  case TileState::live:
+    return mark;
+  case TileState::waiting:
+    return mark.opacity(0.35);
+  case TileState::cannot: {
+    const double badge = std::max(side * 0.45, minimumTypeSize);
+    const AnyView warning =
+        zstack({circle().fill(ground).frame(badge * 1.3, badge * 1.3),
+                symbol("exclamationmark.triangle.fill").colour(palette::warning).size(badge)});
+    return mark.opacity(0.5).overlay(warning.offset(badge * 0.3, badge * 0.2),
+                                     Alignment::bottomTrailing);
+  }
+  case TileState::done:
+    return symbol("checkmark.circle.fill").colour(withContrast(palette::green, ground, 3));
+  }
+  return mark;
+}
+
+AnyView body(const QColor& ground, const QColor& groundEnd, const std::optional<TileBorder>& border,
+             const TileSize& size) {
+  const Shape form = groundEnd.isValid() ? superellipse(0).gradient(ground, groundEnd)
+                                         : superellipse(0).fill(ground);
+  const AnyView plain = tileBody(form, size.side);
+  if (!border)
+    return plain;
+  const double margin = (size.height() - size.body()) / 2;
+  // A closed ring has no track to shine through at its edges.
+  const AnyView track = border->progress >= 1
+                            ? AnyView()
+                            : progressBorder(1).tint(border->track).track({}).padding(margin);
+  const ProgressBorder level =
+      progressBorder(std::clamp(border->progress, 0.0, 1.0)).tint(border->tint).track({});
+  // The level's whole steps are kept with the body, so that a tick draws its tip alone.
+  const double steps = borderSteps * std::ceil(size.bodyWidth() / size.body());
+  const double kept = std::floor(level.progress * steps) / steps;
+  ProgressBorder still = level;
+  still.progress = kept;
+  const AnyView base = modifiers::cachedAsBase(zstack({plain, track}));
+  return zstack({zstack({base, still.padding(margin)}).cached(), level.from(kept).padding(margin)});
+}
+
+AnyView spoken(const AnyView& picture, const QString& label, const QString& value,
+               const QString& caption, const QString& figure) {
+  const QString name = !label.isEmpty() ? label : caption;
+  return picture.accessibility(name.isEmpty() ? figure : name, !value.isEmpty() ? value : figure);
+}
+
+} // namespace
+
+double TileSize::width() const {
+  return side * (1 + pitchRatio * (std::max(span, 1) - 1));
+}
+double TileSize::body() const {
+  return side * bodyRatio;
+}
+double TileSize::bodyWidth() const {
+  return width() - side + body();
+}
+double TileSize::bodyRadius() const {
+  return body() * bodyCornerRatio;
+}
+QRectF TileSize::bodyRect() const {
+  const double margin = (side - body()) / 2;
+  return {margin, margin, bodyWidth(), body()};
+}
+double TileSize::padding() const {
+  return body() * paddingRatio;
+}
+double TileSize::borderWidth() const {
+  return body() * borderRatio;
+}
+double TileSize::figure() const {
+  return std::max(body() * figureRatio, minimumTypeSize);
+}
+double TileSize::caption() const {
+  return std::max(body() * captionRatio, minimumTypeSize);
+}
+bool TileSize::hasCaption() const {
+  return side >= captionThreshold;
+}
+double TileSize::actionSide() const {
+  return body() * actionRatio;
+}
+
+namespace {
+
+/// Figure, caption and mark of a square tile in a column, as many as there is room for.
+AnyView tileColumn(const TileContent& content, const TileSize& size, double room) {
+  const bool hasText = !content.figure.isEmpty() || !content.caption.isEmpty();
+  const QColor ground = textGround(content);
+  // Near the body's corners a line has less room than in the middle.
+  const double lineRoom = room * 0.94;
+  const AnyView figure = fittedFigure(content, size);
+  AnyView caption;
+  if (size.hasCaption() && !content.caption.isEmpty())
+    caption = captionText(content.caption, size.caption(), ground).frame({.maxWidth = lineRoom});
+  AnyView mark;
+  if (!content.mark.isEmpty() || content.state == TileState::done) {
+    const double side = size.body() * (hasText ? content.markRatio : 0.5);
+    mark = marked(content.mark, content.state, side, ground)
+               .frame({.maxWidth = lineRoom, .minHeight = side, .maxHeight = side})
+               .cached();
+  }
+  const double gap = size.body() * 0.03;
+  std::vector<AnyView> candidates;
+  if (!mark.isEmpty())
+    candidates.push_back(
+        (content.isMarkBelow ? vstack({figure, caption, mark}) : vstack({mark, figure, caption}))
+            .spacing(gap));
+  if (hasText) {
+    candidates.push_back(vstack({figure, caption}).spacing(gap));
+    candidates.push_back(figure);
+  }
+  return firstFitting(std::move(candidates));
+}
+
+} // namespace
+
+AnyView tile(const TileContent& content, const TileSize& size) {
+  const double inset =
+      content.border ? size.borderWidth() + size.body() * borderGapRatio : size.padding();
+  const double margin = (size.height() - size.body()) / 2;
+  const AnyView column = tileColumn(content, size, size.body() - 2 * inset);
+  const AnyView picture = zstack({body(content.ground, content.groundEnd, content.border, size),
+                                  column.fill().padding(margin + inset)})
+                              .frame(size.width(), size.height());
+  return spoken(picture, content.label, content.value, content.caption, content.figure);
+}
+
+AnyView tile(const QColor& ground, const AnyView& inner, const TileSize& size) {
+  const double margin = (size.height() - size.body()) / 2;
+  return zstack({tileBody(superellipse(0).fill(ground), size.side),
+                 inner.fill().clip(superellipse(size.bodyRadius())).padding(margin)})
+      .frame(size.width(), size.height());
+}
+
+namespace {
+
+AnyView actionButton(const TileAction& action, const WideTileContent& content,
+                     const TileSize& size) {
+  const double side = size.actionSide();
+  const QColor quiet = mix(content.ground, palette::figure(content.ground), 0.16);
+  const QColor disc = action.isProminent ? content.tint : quiet;
+  // A mark is white where that can be told from the disc, else as dark as the tile: no grey
+  // between.
+  const bool isWhite = contrast(palette::white, disc) >= 2.4;
+  const QColor ink = !action.isProminent ? palette::figure(quiet)
+                     : isWhite           ? palette::white
+                                         : palette::ground;
+  return zstack({circle().fill(disc), symbol(action.symbol).colour(ink).size(side * 0.5)})
+      .frame(side, side)
+      .cached()
+      .button(action.action, action.label);
+}
+
+} // namespace
+
+namespace {
+
+AnyView wideText(const WideTileContent& content, const TileSize& size) {
+  if (!content.middle.isEmpty())
+    return content.middle;
+  const QColor ground = textGround(content);
+  AnyView caption;
+  if (!content.caption.isEmpty())
+    caption = captionText(content.caption,
+                          std::max(size.body() * wideCaptionRatio, minimumTypeSize), ground)
+                  .align(TextAlignment::leading);
+  AnyView figure;
+  if (!content.figure.isEmpty())
+    figure = figureText(content.figure, content.widestFigure, size.figure(), ground)
+                 .figure(std::max(size.body() * 0.22, minimumTypeSize))
+                 .align(TextAlignment::leading);
+  return vstack({caption, figure}).align(Alignment::leading).spacing(size.body() * 0.05);
+}
+
+} // namespace
+
+AnyView wideTile(const WideTileContent& content, const TileSize& size) {
+  const double padding = size.padding();
+  const double markSide = size.body() * wideMarkRatio;
+  const AnyView words = wideText(content, size)
+                            .frame({.minWidth = size.body() * leastWordsRatio}, Alignment::leading);
+  std::vector<AnyView> buttons;
+  for (const TileAction& action : content.actions)
+    buttons.push_back(actionButton(action, content, size));
+  const AnyView actions = hstack(buttons).spacing(padding * 0.6);
+  AnyView mark;
+  if (!content.mark.isEmpty() || content.state == TileState::done)
+    mark = marked(content.mark, content.state, markSide, textGround(content))
+               .frame(markSide, markSide)
+               .cached();
+  const auto row = [&](const AnyView& first, const AnyView& last) -> AnyView {
+    return hstack({first, words, spacer(), last}).spacing(padding * 0.8);
+  };
+  // The mark goes first: the words say what it shows. Then the lesser actions.
+  std::vector<AnyView> candidates{row(mark, actions), row({}, actions)};
+  if (buttons.size() > 1)
+    candidates.push_back(row({}, buttons.front()));
+  candidates.push_back(words);
+  const double margin = (size.height() - size.body()) / 2;
+  // Round ends of marks and buttons sit well a little further out than text.
+  const AnyView picture = zstack({body(content.ground, content.groundEnd, content.border, size),
+                                  firstFitting(std::move(candidates))
+                                      .fill()
+                                      .padding(margin + padding * 1.4, margin + padding)})
+                              .frame(size.width(), size.height());
+  if (content.label.isEmpty() && content.value.isEmpty())
+    return picture;
+  return picture.background(AnyView().fill().accessibility(content.label, content.value));
+}
+
+AnyView progressDots(int done, int total, const QColor& tint, double side, double spacing,
+                     const QColor& track) {
+  std::vector<AnyView> dots;
+  for (int i = 0; i < total; ++i)
+    dots.push_back(circle().fill(i < done ? tint : track).frame(side, side));
+  return hstack(std::move(dots)).spacing(spacing).accessibility({});
+}
+
+} // namespace tavrin
