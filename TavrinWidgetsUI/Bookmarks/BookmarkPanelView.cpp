@@ -4,6 +4,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Views/Utf8.h"
 
 #include <algorithm>
 
@@ -14,10 +15,6 @@ constexpr int visibleRows = 9;
 constexpr int monogramSide = 48;
 /// More at once would bury the browser.
 constexpr std::size_t mostOpened = 12;
-
-QString utf8(std::string_view text) {
-  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
 
 /// The address as people read it: without scheme and a lone slash.
 QString shortAddress(const WebAddress& address) {

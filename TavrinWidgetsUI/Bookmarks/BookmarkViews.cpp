@@ -1,5 +1,6 @@
 #include "TavrinWidgetsUI/Bookmarks/BookmarkViews.h"
 
+#include "TavrinWidgetsUI/Kit/Views/Utf8.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewRenderer.h"
 
 #include <algorithm>
@@ -15,10 +16,6 @@ constexpr QColor shelfTop{0x38, 0x22, 0x2A};
 constexpr QColor shelfBottom{0x1E, 0x14, 0x19};
 constexpr double iconShare = 0.5;
 constexpr double cellShare = 0.66;
-
-QString utf8(std::string_view text) {
-  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
 
 /// The same for the same site.
 QColor siteColour(const Bookmark& bookmark) {

@@ -3,13 +3,10 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Views/Utf8.h"
 
 namespace tavrin {
 namespace {
-
-QString utf8(const std::string& text) {
-  return QString::fromStdString(text);
-}
 
 void showState(PanelEmptyState& empty, CalendarState state, const CalendarWords& words,
                const QString& symbol, const std::function<void()>& requestAccess) {

@@ -1,5 +1,7 @@
 #include "TavrinWidgetsUI/Calendar/CalendarViews.h"
 
+#include "TavrinWidgetsUI/Kit/Views/Utf8.h"
+
 #include <algorithm>
 
 namespace tavrin {
@@ -10,10 +12,6 @@ constexpr QColor paperInk{0x1C, 0x1C, 0x1E};
 constexpr QColor header{0xD9, 0x2F, 0x26};
 constexpr QColor ground{0x1B, 0x17, 0x1A};
 constexpr QColor listGround{0x1C, 0x18, 0x10};
-
-QString utf8(const std::string& text) {
-  return QString::fromStdString(text);
-}
 
 Text word(const QString& string, double points, const QColor& ink,
           FontWeight weight = FontWeight::medium) {

@@ -1,14 +1,11 @@
 #include "TavrinCore/Text/Text.h"
 #include "TavrinWidgetsUI/Calendar/CalendarViews.h"
+#include "TavrinWidgetsUI/Kit/Views/Utf8.h"
 
 #include <algorithm>
 
 namespace tavrin {
 namespace {
-
-QString utf8(const std::string& text) {
-  return QString::fromStdString(text);
-}
 
 QString time(Date date, const Calendar& calendar) {
   return utf8(calendar.timeOfDay(date));

@@ -4,6 +4,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Views/Utf8.h"
 
 #include <QComboBox>
 #include <QGridLayout>
@@ -18,10 +19,6 @@ namespace {
 constexpr int fieldDigits = 12;
 constexpr int rateDigits = 8;
 constexpr int numberHeight = 36;
-
-QString utf8(std::string_view text) {
-  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
 
 void choose(QComboBox& box, std::string_view symbol) {
   const QSignalBlocker quiet(&box);

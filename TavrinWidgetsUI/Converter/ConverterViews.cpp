@@ -1,5 +1,7 @@
 #include "TavrinWidgetsUI/Converter/ConverterViews.h"
 
+#include "TavrinWidgetsUI/Kit/Views/Utf8.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -12,10 +14,6 @@ constexpr double upperShare = 0.4;
 /// Of a figure on a tile; the panel has the rest.
 constexpr int tileDigits = 5;
 constexpr int shortDigits = 4;
-
-QString utf8(std::string_view text) {
-  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
 
 QString numberText(double value, const NumberNotation& notation, int digits) {
   return QString::fromStdString(notation.format(value, digits));

@@ -4,6 +4,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelGrid.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Views/Utf8.h"
 
 #include <QHBoxLayout>
 #include <QVBoxLayout>
@@ -18,10 +19,6 @@ constexpr int visibleRows = 6;
 constexpr int tabColumns = 10;
 /// What a cell leaves around its picture, both sides together.
 constexpr int cellMargin = 10;
-
-QString utf8(std::string_view text) {
-  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
 
 struct Tone {
   const char* name;

@@ -1,5 +1,7 @@
 #include "TavrinWidgetsUI/Music/MusicViews.h"
 
+#include "TavrinWidgetsUI/Kit/Views/Utf8.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -10,10 +12,6 @@ constexpr QColor groundTop{0x4A, 0x1C, 0x2A};
 constexpr QColor groundEnd{0x22, 0x10, 0x18};
 constexpr double pausedOpacity = 0.55;
 constexpr double scrimShare = 0.42;
-
-QString utf8(const std::string& text) {
-  return QString::fromStdString(text);
-}
 
 QString spoken(const MediaPlayer& player) {
   const auto& track = player.playback.track;

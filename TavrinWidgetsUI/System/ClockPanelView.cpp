@@ -2,6 +2,7 @@
 
 #include "TavrinWidgetsUI/Kit/Panels/PanelFigure.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Views/Utf8.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewWidget.h"
 #include "TavrinWidgetsUI/System/ClockViews.h"
 #include "TavrinWidgetsUI/System/SystemWidgetModel.h"
@@ -17,10 +18,6 @@ PanelText* centred(PanelTextStyle style) {
   auto* line = new PanelText({}, style);
   line->setAlignment(Qt::AlignHCenter);
   return line;
-}
-
-QString utf8(const std::string& text) {
-  return QString::fromStdString(text);
 }
 
 } // namespace

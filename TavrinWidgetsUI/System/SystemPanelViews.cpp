@@ -4,6 +4,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 #include "TavrinWidgetsUI/Kit/Views/Gauges.h"
+#include "TavrinWidgetsUI/Kit/Views/Utf8.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewWidget.h"
 #include "TavrinWidgetsUI/System/ActivityViews.h"
 #include "TavrinWidgetsUI/System/BatteryViews.h"
@@ -21,10 +22,6 @@ constexpr double contentWidth = 248;
 constexpr double chartHeight = 72;
 constexpr int visibleLinks = 4;
 constexpr int visibleDevices = 5;
-
-QString utf8(const std::string& string) {
-  return QString::fromStdString(string);
-}
 
 AnyView panelFigure(const QString& figure, double points, const PanelPalette& colours) {
   return text(figure)

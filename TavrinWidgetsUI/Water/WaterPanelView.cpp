@@ -3,6 +3,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelFigure.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Views/Utf8.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewWidget.h"
 
 #include <QHBoxLayout>
@@ -13,10 +14,6 @@ namespace {
 
 constexpr QSizeF vesselSize{72, 88};
 constexpr QSizeF weekSize{248, 84};
-
-QString utf8(const std::string& text) {
-  return QString::fromStdString(text);
-}
 
 /// Side by side, the widget that can be wide taking what the others leave.
 QWidget* rowOf(std::initializer_list<QWidget*> widgets) {

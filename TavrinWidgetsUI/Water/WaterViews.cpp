@@ -1,5 +1,7 @@
 #include "TavrinWidgetsUI/Water/WaterViews.h"
 
+#include "TavrinWidgetsUI/Kit/Views/Utf8.h"
+
 #include <QLinearGradient>
 #include <algorithm>
 #include <cmath>
@@ -18,10 +20,6 @@ constexpr QColor surface{0x8F, 0xCB, 0xFF};
 constexpr QColor doneTop{0x6F, 0xF0, 0xCF};
 constexpr QColor doneBottom{0x18, 0xA9, 0xC9};
 constexpr QColor doneInk{0x03, 0x10, 0x22};
-
-QString utf8(const std::string& text) {
-  return QString::fromStdString(text);
-}
 
 /// The water's surface across `rect` at height `y`: a wave, and everything below it.
 QPainterPath waterBody(const QRectF& rect, double y, double amplitude, double phase) {

@@ -1,5 +1,7 @@
 #include "TavrinWidgetsUI/Weather/WeatherViews.h"
 
+#include "TavrinWidgetsUI/Kit/Views/Utf8.h"
+
 #include <algorithm>
 
 namespace tavrin {
@@ -37,10 +39,6 @@ Sky skyOf(const WeatherSnapshot& weather) {
 
 QColor groundOf(const Sky& sky) {
   return mix(sky.top, sky.bottom, 0.5);
-}
-
-QString utf8(std::string_view text) {
-  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
 AnyView conditionSymbol(WeatherCondition condition, bool isDay, const QColor& ground) {

@@ -1,6 +1,7 @@
 #include "TavrinPlatform/Linux/Tile/StripWindow.h"
 
 #include "TavrinCore/Base/FileURL.h"
+#include "TavrinCore/Widgets/DockTileGeometry.h"
 #include "TavrinPlatform/Linux/Base/X11.h"
 #include "TavrinPlatform/Linux/Tile/TileAccessibility.h"
 
@@ -25,7 +26,6 @@ constexpr int hopDuration = 2'400;
 constexpr int hops = 4;
 constexpr double hopHeightRatio = 0.35;
 constexpr double ringRatio = 0.05;
-constexpr double bodyRatio = 0.805;
 const QColor ringColour(0xFF, 0x9F, 0x0A);
 constexpr std::uint32_t everyDesktop = 0xFFFFFFFF;
 constexpr int solid = 128;
@@ -152,14 +152,14 @@ void StripWindow::paintEvent(QPaintEvent*) {
 
 void StripWindow::paintRing(QPainter& painter) const {
   const double side = pictureRect().height();
-  const double margin = side * (1 - bodyRatio) / 2;
+  const double margin = side * (1 - DockTileGeometry::iconBodyRatio) / 2;
   const double stroke = std::max(side * ringRatio, 2.0);
   const double inset = margin + stroke / 2;
   const QRectF body = pictureRect().adjusted(inset, inset, -inset, -inset);
   painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(QPen(ringColour, stroke));
-  painter.drawRoundedRect(body, side * bodyRatio * 0.24, side * bodyRatio * 0.24);
+  painter.drawRoundedRect(body, side * DockTileGeometry::iconBodyRatio * 0.24, side * DockTileGeometry::iconBodyRatio * 0.24);
 }
 
 void StripWindow::exposeEvent(QExposeEvent* event) {

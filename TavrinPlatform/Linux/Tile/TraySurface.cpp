@@ -1,5 +1,7 @@
 #include "TavrinPlatform/Linux/Tile/TraySurface.h"
 
+#include "TavrinCore/Widgets/DockTileGeometry.h"
+
 #include <QGuiApplication>
 #include <QScreen>
 #include <QtEndian>
@@ -16,12 +18,11 @@ constexpr const char* interface = "org.kde.StatusNotifierItem";
 const BusAddress watcher{"org.kde.StatusNotifierWatcher", "/StatusNotifierWatcher",
                          "org.kde.StatusNotifierWatcher"};
 constexpr double tileSize = 64;
-constexpr double bodyRatio = 0.805;
 
 /// The tile's body alone: panels put their own margin around an icon.
 QImage body(const QImage& image) {
   const int side = std::min(image.width(), image.height());
-  const int size = static_cast<int>(std::lround(side * bodyRatio));
+  const int size = static_cast<int>(std::lround(side * DockTileGeometry::iconBodyRatio));
   const QRect part((image.width() - size) / 2, (image.height() - size) / 2, size, size);
   return image.copy(part).convertToFormat(QImage::Format_ARGB32);
 }

@@ -1,3 +1,4 @@
+#include "TavrinCore/Widgets/DockTileGeometry.h"
 #include "TavrinWidgetsUI/Kit/Views/BodyOutline.h"
 #include "TavrinWidgetsUI/Kit/Views/Colour.h"
 #include "TavrinWidgetsUI/Kit/Views/Fill.h"
@@ -11,7 +12,6 @@ namespace tavrin {
 
 namespace {
 
-constexpr double bodyRatio = 0.805;
 constexpr double shadowRatio = 0.02;
 constexpr int shadowSteps = 3;
 
@@ -23,7 +23,7 @@ struct TileBody : Modifiers<TileBody> {
   QSizeF measure(ViewContext&, const QSizeF& offer) const { return offer; }
 
   void paint(ViewContext& context, const QRectF& rect) const {
-    const double margin = side * (1 - bodyRatio) / 2;
+    const double margin = side * (1 - DockTileGeometry::iconBodyRatio) / 2;
     const QRectF body = rect.adjusted(margin, margin, -margin, -margin);
     QPainter& painter = context.painter;
     const BodyOutline outline(body, body.height() * bodyCornerRatio);

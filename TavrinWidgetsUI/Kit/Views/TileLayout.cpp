@@ -1,5 +1,7 @@
 #include "TavrinWidgetsUI/Kit/Views/TileLayout.h"
 
+#include "TavrinCore/Widgets/DockTileGeometry.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -7,7 +9,6 @@ namespace tavrin {
 
 namespace {
 
-constexpr double bodyRatio = 0.805;
 constexpr double pitchRatio = 1.0625;
 constexpr double paddingRatio = 0.12;
 constexpr double borderRatio = 0.07;
@@ -123,7 +124,7 @@ double TileSize::width() const {
   return side * (1 + pitchRatio * (std::max(span, 1) - 1));
 }
 double TileSize::body() const {
-  return side * bodyRatio;
+  return side * DockTileGeometry::iconBodyRatio;
 }
 double TileSize::bodyWidth() const {
   return width() - side + body();

@@ -1,0 +1,25 @@
+# A room, that is a folder of sources, is compiled as one unit: what its files include is read once
+# for all of them. TAVRIN_ROOMS=OFF compiles each file by itself.
+option(TAVRIN_ROOMS "Compile each folder of sources as one unit" ON)
+
+# tavrin_rooms(target [ALONE file...]): `ALONE` are files that cannot share a unit, by their names.
+function(tavrin_rooms target)
+  if(NOT TAVRIN_ROOMS)
+    return()
+  endif()
+  cmake_parse_arguments(rooms "" "" "ALONE" ${ARGN})
+  get_target_property(sources ${target} SOURCES)
+  set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_MODE GROUP)
+  foreach(source ${sources})
+    cmake_path(GET source FILENAME name)
+    cmake_path(GET source EXTENSION LAST_ONLY extension)
+    if(NOT extension STREQUAL ".cpp" OR name IN_LIST rooms_ALONE)
+      continue()
+    endif()
+    cmake_path(ABSOLUTE_PATH source)
+    cmake_path(GET source PARENT_PATH folder)
+    cmake_path(RELATIVE_PATH folder BASE_DIRECTORY ${CMAKE_SOURCE_DIR})
+    string(MAKE_C_IDENTIFIER "${folder}" room)
+    set_source_files_properties(${source} PROPERTIES UNITY_GROUP ${room})
+  endforeach()
+endfunction()
