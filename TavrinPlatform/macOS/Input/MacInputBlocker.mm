@@ -2,9 +2,12 @@
 
 #include "TavrinCore/Kinds/KeyboardLock/LockedInput.h"
 #include "TavrinPlatform/POSIX/HandlerList.h"
+#include "TavrinPlatform/macOS/Base/MacObservation.h"
 #include "TavrinPlatform/macOS/Input/EventTap.h"
 
-#include <Carbon/Carbon.h>
+#import <AppKit/AppKit.h>
+#import <Carbon/Carbon.h>
+
 #include <optional>
 #include <utility>
 
@@ -153,8 +156,11 @@ public:
   bool isScreenLocked() override { return isSessionLocked(); }
 
   TokenPtr observeEndOfNeed(std::function<void()> handler) override {
-    if (!lock_)
+    if (!lock_) {
       lock_ = notices_.observe(screenLocked, [this](const auto&) { endOfNeed_.call(); });
+      sleep_.emplace(NSWorkspace.sharedWorkspace.notificationCenter,
+                     NSWorkspaceWillSleepNotification, [this] { endOfNeed_.call(); });
+    }
     return endOfNeed_.add(std::move(handler));
   }
 
@@ -167,6 +173,7 @@ private:
   DistributedNotificationCenter& notices_;
   HandlerList endOfNeed_;
   TokenPtr lock_;
+  std::optional<MacObservation> sleep_;
 };
 
 } // namespace
