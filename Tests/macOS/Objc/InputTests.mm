@@ -15,11 +15,12 @@ using Outcome = InputBlocker::Outcome;
 class MacInputTest : public MacTest {
 protected:
   TokenPtr hold(bool locksPointer = true, double longest = 0) {
+    const auto before = outcomes_.size();
     auto token = blocker_->hold(locksPointer, longest,
                                 {[this](Outcome outcome) { outcomes_.push_back(outcome); },
                                  [this](int type) { inputs_.push_back(type); },
                                  [this] { ++ends_; }});
-    EXPECT_TRUE(outcomes_.empty()) << "told after the call has returned";
+    EXPECT_EQ(outcomes_.size(), before) << "told after the call has returned";
     runLoop_.runPosts();
     return token;
   }

@@ -209,7 +209,7 @@ TEST_F(MacNoticesTest, UserNoticesAreAskedForShownAndWithdrawn) {
                                     }];
     EXPECT_EQ(called(), Calls{"done"});
   }
-  EXPECT_EQ(notifications.center.delegate, nil) << "the delegate goes with the adapter";
+  EXPECT_TRUE(notifications.center.delegate == nil) << "the delegate goes with the adapter";
 }
 
 TEST_F(MacNoticesTest, OutsideABundleTheCenterIsNeverAskedFor) {

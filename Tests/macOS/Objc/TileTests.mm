@@ -22,7 +22,7 @@ TEST_F(MacDockTileTest, OneViewShowsEveryPictureAndNoneIsKept) {
   EXPECT_EQ(called(), (Calls{"image 128", "picture released", "display"}));
   NSView* first = NSApplication.sharedApplication.dockTile.contentView;
   tile.display(picture);
-  EXPECT_EQ(NSApplication.sharedApplication.dockTile.contentView, first);
+  EXPECT_TRUE(NSApplication.sharedApplication.dockTile.contentView == first);
   called();
   tile.display({});
   EXPECT_EQ(called(), Calls{});
@@ -163,7 +163,7 @@ TEST_F(MacPanelPopoverLifeTest, AnEndInTheMidstOfTheClosingIsSilent) {
   }
   EXPECT_FALSE(content);
   EXPECT_FALSE(kept.isShown);
-  EXPECT_EQ(kept.delegate, nil);
+  EXPECT_TRUE(kept.delegate == nil);
   [delegate popoverDidClose:nil];
   lastPopover = nil;
 }
