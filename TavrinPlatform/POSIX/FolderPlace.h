@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TavrinPlatform/Linux/Files/NewestFiles.h"
+#include "TavrinPlatform/POSIX/NewestFiles.h"
 
 #include <functional>
 #include <set>

@@ -1,4 +1,4 @@
-#include "TavrinPlatform/Linux/Base/Module.h"
+#include "TavrinPlatform/POSIX/Module.h"
 
 #include "TavrinPlatform/FileManager.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "TavrinCore/Base/Log.h"
-#include "TavrinPlatform/Linux/Tile/TileSurface.h"
+#include "TavrinPlatform/Qt/TileSurface.h"
 
 namespace tavrin {
 

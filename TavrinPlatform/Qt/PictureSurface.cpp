@@ -1,4 +1,4 @@
-#include "TavrinPlatform/Linux/Tile/PictureSurface.h"
+#include "TavrinPlatform/Qt/PictureSurface.h"
 
 #include "TavrinCore/Base/Errors.h"
 

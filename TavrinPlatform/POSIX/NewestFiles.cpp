@@ -1,4 +1,4 @@
-#include "TavrinPlatform/Linux/Files/NewestFiles.h"
+#include "TavrinPlatform/POSIX/NewestFiles.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "TavrinPlatform/Linux/Files/FolderPlace.h"
+#include "TavrinPlatform/POSIX/FolderPlace.h"
 
 #include <algorithm>
 #include <cerrno>

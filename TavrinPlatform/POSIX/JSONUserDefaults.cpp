@@ -1,4 +1,4 @@
-#include "TavrinPlatform/Linux/Slot/JSONUserDefaults.h"
+#include "TavrinPlatform/POSIX/JSONUserDefaults.h"
 
 #include "TavrinCore/Base/Errors.h"
 #include "TavrinPlatform/Files/AtomicFile.h"

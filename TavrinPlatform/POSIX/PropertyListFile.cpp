@@ -1,4 +1,4 @@
-#include "TavrinPlatform/Linux/Base/PropertyListFile.h"
+#include "TavrinPlatform/POSIX/PropertyListFile.h"
 
 #include <fstream>
 
