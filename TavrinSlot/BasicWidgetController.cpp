@@ -9,22 +9,54 @@
 namespace tavrin {
 
 BasicWidgetController::BasicWidgetController(const SlotContext& context, DockWidget widget)
-    : context_(context), widget_(std::move(widget)) {
+    : context_(context), widget_(std::move(widget)) {}
+
+void BasicWidgetController::begin() {
+  if (isLive_)
+    return;
+  isLive_ = true;
   appearanceChanged_ = platform().workspace().observeAppearance([this] { appearanceChanged(); });
+  context_.panel.onClose = [this] { panelDidClose(); };
   takeInterfaceFont();
+  start();
+  renderTile();
+  if (!context_.panel.isShown())
+    return;
+  panelWillOpen();
+  showContent();
 }
 
-BasicWidgetController::~BasicWidgetController() {
+void BasicWidgetController::leave() {
+  if (!isLive_)
+    return;
+  isLive_ = false;
+  if (context_.panel.isShown())
+    panelDidClose();
   context_.panel.onClose = nullptr;
+  context_.panel.setRootView(nullptr);
+  discardPanelView();
+  appearanceChanged_.reset();
+  stop();
+  drawnFormat_.reset();
 }
 
 void BasicWidgetController::update(const DockWidget& widget) {
+  if (!serves(widget.kind) || (isLive_ && widget.id != widget_.id))
+    return;
   widget_ = widget;
+  if (!isLive_)
+    return;
   widgetChanged();
   refresh();
 }
 
+void BasicWidgetController::redraw() {
+  renderTile();
+}
+
 void BasicWidgetController::togglePanel() {
+  if (!isLive_)
+    return;
   if (!context_.panel.isShown()) {
     panelWillOpen();
     showContent();
@@ -33,11 +65,16 @@ void BasicWidgetController::togglePanel() {
 }
 
 void BasicWidgetController::renderTile() {
+  if (!isLive_)
+    return;
+  const auto format = platform().dockTile().format();
+  if (std::exchange(drawnFormat_, format) != format)
+    formatChanged();
   context_.tile.render(tileView(context_.tile.size()));
 }
 
 void BasicWidgetController::refreshPanel() {
-  if (context_.panel.isShown())
+  if (isLive_ && context_.panel.isShown())
     showContent();
 }
 
@@ -52,7 +89,6 @@ void BasicWidgetController::showContent() {
     panelView_ = makePanelView(appearance());
     panelView_->onFittingSizeChange = [this] { context_.panel.fitContent(); };
     context_.panel.setRootView(panelView_);
-    context_.panel.onClose = [this] { panelDidClose(); };
   }
   panelView_->setAppearance(appearance());
   panelView_->refresh();
@@ -88,11 +124,6 @@ void BasicWidgetController::save(const DockWidget::Kind& kind) {
   const bool isSaved = write(kind);
   refresh();
   if (isSaved)
-    announce();
-}
-
-void BasicWidgetController::saveQuietly(const DockWidget::Kind& kind) {
-  if (write(kind))
     announce();
 }
 
