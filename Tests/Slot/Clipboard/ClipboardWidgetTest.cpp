@@ -38,13 +38,9 @@ protected:
     rig_.platform.files.variables["TAVRIN_APP_SUPPORT_DIR"] = folder_.path().string();
     ClipboardSettings settings;
     settings.historyLimit = 20'000;
-    controller_ = std::make_unique<ClipboardWidgetController>(
+    controller_ = begun<ClipboardWidgetController>(
         rig_.context(), DockWidget(UUID::random(), "Clipboard", 3, settings, 1));
     rig_.platform.loop.runBackground();
-  }
-  void TearDown() override {
-    rig_.panel.setRootView(nullptr);
-    controller_.reset();
   }
   void copy(const std::string& text) {
     rig_.platform.fakePasteboard.copy({{"text/plain", text}});
@@ -79,7 +75,7 @@ protected:
 
   TemporaryFolder folder_;
   SlotRig rig_;
-  std::unique_ptr<ClipboardWidgetController> controller_;
+  Living<ClipboardWidgetController> controller_;
 };
 
 TEST_F(ClipboardWidget, CountsWhatIsNewUntilThePanelOpens) {
