@@ -25,9 +25,7 @@ protected:
   void save(const Settings& settings) { Base::save(settings); }
 
 private:
-  bool serves(const DockWidget::Kind& kind) const final {
-    return kind.get<Settings>() != nullptr;
-  }
+  bool serves(const DockWidget::Kind& kind) const final { return kind.get<Settings>() != nullptr; }
 };
 
 } // namespace tavrin

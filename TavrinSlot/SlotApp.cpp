@@ -52,7 +52,7 @@ void SlotApp::applicationDidResignActive() {
 }
 
 bool SlotApp::applicationOpenFiles(const std::vector<std::filesystem::path>& paths) {
-  return controller_ != nullptr && controller_->openFiles(paths);
+  return controller_ != nullptr && widget_->kind.takesFiles() && controller_->openFiles(paths);
 }
 
 void SlotApp::openStore() {

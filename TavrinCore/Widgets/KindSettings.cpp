@@ -1,4 +1,4 @@
-#include "TavrinCore/Widgets/KindTable.h"
+#include "TavrinCore/Widgets/DockWidget.h"
 
 namespace tavrin {
 

@@ -6,10 +6,10 @@
 namespace tavrin {
 
 void BookmarkWidgetController::start() {
-  icons_.emplace(BookmarkIcons::Services{platform().runLoop(), platform().clock(),
-                                         [this]() -> HTTPClient& { return platform().http(); },
-                                         platform().fileManager().cachesFolder() / "tavrin" /
-                                             "icons"});
+  icons_.emplace(
+      BookmarkIcons::Services{platform().runLoop(), platform().clock(),
+                              [this]() -> HTTPClient& { return platform().http(); },
+                              platform().fileManager().cachesFolder() / "tavrin" / "icons"});
   icons_->setEnabled(settings().showsIcons);
   icons_->onChange = [this] { refresh(); };
 }

@@ -49,7 +49,8 @@ void RemindersWidgetController::widgetChanged() {
 }
 
 ReminderReading RemindersWidgetController::reading() const {
-  return {model_->settings(), model_->state(), model_->reminders(), model_->now(), model_->calendar()};
+  return {model_->settings(), model_->state(), model_->reminders(), model_->now(),
+          model_->calendar()};
 }
 
 AnyView RemindersWidgetController::tileView(const TileSize& size) {

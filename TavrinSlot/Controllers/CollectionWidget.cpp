@@ -45,8 +45,8 @@ AnyView CollectionWidgetController::tileView(const TileSize& size) {
   }
   const QString name = QString::fromStdString(widget().name);
   return size.isWide() ? collectionWideTile(
-                             apps, settings.layout, size, name,
-                             [this](std::size_t i) { open(i); }, [this] { addApps(); })
+                             apps, settings.layout, size, name, [this](std::size_t i) { open(i); },
+                             [this] { addApps(); })
                        : collectionTileIcon(apps, settings.layout, size, name);
 }
 

@@ -135,7 +135,8 @@ PanelView* ColourWidgetController::makePanelView(const PanelAppearance& appearan
       {.name = [this] { return widget().name; },
        .history = [this]() -> const ColourHistory& { return history(); },
        .settings = [this] { return settings(); },
-       .trouble = [this] { return store_->trouble().empty() ? shortcutTrouble_ : store_->trouble(); },
+       .trouble =
+           [this] { return store_->trouble().empty() ? shortcutTrouble_ : store_->trouble(); },
        .pick = pick_,
        .copy = [this](const auto& colour, ColourFormat format) { copy(colour, format); },
        .togglePin =

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "TavrinSlot/KindController.h"
 #include "TavrinSlot/HeldStore.h"
+#include "TavrinSlot/KindController.h"
 #include "TavrinStorage/ColourStore.h"
 
 namespace tavrin {

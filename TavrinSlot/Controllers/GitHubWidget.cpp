@@ -7,8 +7,8 @@ namespace tavrin {
 
 void GitHubWidgetController::start() {
   model_.emplace(platform().clock(), platform().runLoop(), platform().workspace(),
-                 GitHubSource(platform().runLoop(), platform().processes(), platform().fileManager(),
-                              platform().userDefaults()),
+                 GitHubSource(platform().runLoop(), platform().processes(),
+                              platform().fileManager(), platform().userDefaults()),
                  widget());
   model_->onChange = [this] { refresh(); };
 }
@@ -29,7 +29,8 @@ AnyView GitHubWidgetController::tileView(const TileSize& size) {
                               model_->trouble(),  model_->hasRead(), model_->isLoading()};
   if (!size.isWide())
     return gitHubTileIcon(reading, size);
-  return gitHubWideTile(reading, model_->now(), size, [this](const std::string& url) { open(url); });
+  return gitHubWideTile(reading, model_->now(), size,
+                        [this](const std::string& url) { open(url); });
 }
 
 PanelView* GitHubWidgetController::makePanelView(const PanelAppearance& appearance) {

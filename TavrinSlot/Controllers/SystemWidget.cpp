@@ -63,11 +63,11 @@ struct SystemRows {
                      .edit = self.context().onEdit});
   }
   static PanelView* petPanel(Self& self, const PanelAppearance& appearance) {
-    return new PetPanelView(appearance,
-                            {.model = *self.model_,
-                             .stroke = [&self] { self.model_->strokePet(); },
-                             .change = [&self](const PetSettings& settings) { self.save(settings); },
-                             .edit = self.context().onEdit});
+    return new PetPanelView(
+        appearance, {.model = *self.model_,
+                     .stroke = [&self] { self.model_->strokePet(); },
+                     .change = [&self](const PetSettings& settings) { self.save(settings); },
+                     .edit = self.context().onEdit});
   }
 
   static AnyView battery(const Self& self, const BatterySettings& settings, const TileSize& size) {
@@ -119,10 +119,8 @@ struct SystemRows {
                                  [](const auto&) { return palette::green; }},
       SystemRow<ActivitySettings>{activity, panel<ActivityPanelView>,
                                   [](const auto&) { return cpuTint; }},
-      SystemRow<NetworkSettings>{network, networkPanel,
-                                 [](const auto&) { return palette::blue; }},
-      SystemRow<ClockSettings>{clock, panel<ClockPanelView>,
-                               [](const auto&) { return clockTint; }},
+      SystemRow<NetworkSettings>{network, networkPanel, [](const auto&) { return palette::blue; }},
+      SystemRow<ClockSettings>{clock, panel<ClockPanelView>, [](const auto&) { return clockTint; }},
       SystemRow<CountdownSettings>{countdown, panel<CountdownPanelView>,
                                    [](const auto&) { return countdownAccent; }},
       SystemRow<TimeProgressSettings>{
@@ -233,9 +231,8 @@ AnyView SystemWidgetController::tileView(const TileSize& size) {
 }
 
 PanelView* SystemWidgetController::makePanelView(const PanelAppearance& appearance) {
-  return SystemRows::visit(widget(), [&](const auto& row, const auto&) {
-    return row.panel(*this, appearance);
-  });
+  return SystemRows::visit(
+      widget(), [&](const auto& row, const auto&) { return row.panel(*this, appearance); });
 }
 
 QColor SystemWidgetController::tint() const {

@@ -102,14 +102,20 @@ PopoverWindow& QtPanelPopover::window() {
   if (!window_) {
     window_ = std::make_unique<PopoverWindow>();
     window_->onEscape = [this] { close(); };
+    window_->onContentPaletteChange = [this] {
+      if (isShown_)
+        updatePalette();
+    };
   }
   return *window_;
 }
 
 void QtPanelPopover::setContent(QWidget* content) {
   window().setContent(content);
-  if (isShown_)
-    arrange();
+  if (!isShown_)
+    return;
+  updatePalette();
+  arrange();
 }
 
 QWidget* QtPanelPopover::content() const {

@@ -6,7 +6,8 @@
 
 namespace tavrin {
 
-class FileRollWidgetController final : public KindController<FilesSettings, FolderWidgetController> {
+class FileRollWidgetController final
+    : public KindController<FilesSettings, FolderWidgetController> {
 public:
   using KindController::KindController;
 

@@ -6,7 +6,8 @@
 
 namespace tavrin {
 
-class ScreenshotWidgetController final : public KindController<ScreenshotSettings, FolderWidgetController> {
+class ScreenshotWidgetController final
+    : public KindController<ScreenshotSettings, FolderWidgetController> {
 public:
   using KindController::KindController;
 

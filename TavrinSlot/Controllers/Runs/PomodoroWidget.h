@@ -7,7 +7,8 @@
 
 namespace tavrin {
 
-class PomodoroWidgetController final : public KindController<PomodoroSettings, RunWidgetController> {
+class PomodoroWidgetController final
+    : public KindController<PomodoroSettings, RunWidgetController> {
 public:
   static constexpr const char* runKey = "pomodoroRun";
 

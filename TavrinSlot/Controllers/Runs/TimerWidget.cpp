@@ -10,9 +10,9 @@ namespace tavrin {
 
 void TimerWidgetController::start() {
   RunWidgetController::start();
-  model_.emplace(platform().clock(), widget(),
-                 storedRun(platform().userDefaults(), runKey, TimerRun{})
-                     .caughtUp(platform().clock().now()));
+  model_.emplace(
+      platform().clock(), widget(),
+      storedRun(platform().userDefaults(), runKey, TimerRun{}).caughtUp(platform().clock().now()));
   model_->onChange = [this] { runChanged(); };
   runChanged();
 }
