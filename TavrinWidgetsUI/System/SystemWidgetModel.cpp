@@ -110,11 +110,6 @@ void SystemWidgetModel::sightChanged() {
     onChange();
 }
 
-void SystemWidgetModel::setStopwatch(const StopwatchRun& run) {
-  stopwatch_.run = run;
-  updateTicker();
-}
-
 void SystemWidgetModel::toggleStopwatch() {
   const Date now = clock_.now();
   stopwatch_.run.toggle(now);

@@ -74,8 +74,6 @@ public:
   void strokePet();
 
   const StopwatchRun& stopwatch() const { return stopwatch_.run; }
-  /// Another widget's run. Does not call `onStopwatchChange`.
-  void setStopwatch(const StopwatchRun& run);
   void toggleStopwatch();
   void lapStopwatch();
   void resetStopwatch();
