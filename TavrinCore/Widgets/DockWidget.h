@@ -35,6 +35,11 @@ struct DockWidget {
 
     template <class Settings> const Settings* get() const { return std::get_if<Settings>(this); }
     template <class Settings> Settings* get() { return std::get_if<Settings>(this); }
+    /// The settings; those of a new widget where this is another kind.
+    template <class Settings> Settings settings() const {
+      const auto* own = get<Settings>();
+      return own != nullptr ? *own : Settings{};
+    }
   };
 
   DockWidget() = default;

@@ -57,11 +57,6 @@ PetPanelView::PetPanelView(const PanelAppearance& appearance, Source source)
   refresh();
 }
 
-PetSettings PetPanelView::settings() const {
-  const auto* found = source_.model.widget().kind.get<PetSettings>();
-  return found != nullptr ? *found : PetSettings{};
-}
-
 void PetPanelView::refresh() {
   const PetSettings now = settings();
   const PetModel& pet = source_.model.pet();
