@@ -1,6 +1,7 @@
 #include "TavrinSlot/BasicWidgetController.h"
 
 #include "TavrinCore/Widgets/DockSlot.h"
+#include "TavrinCore/Widgets/SettingChanges.h"
 #include "TavrinSlot/DockPanelPresenter.h"
 #include "TavrinSlot/DockTileRenderer.h"
 #include "TavrinStorage/StoragePath.h"
@@ -9,7 +10,7 @@
 namespace tavrin {
 
 BasicWidgetController::BasicWidgetController(const SlotContext& context, DockWidget widget)
-    : context_(context), widget_(std::move(widget)) {}
+    : context_(context), widget_(std::move(widget)), filed_(widget_.kind) {}
 
 void BasicWidgetController::begin() {
   if (isLive_)
@@ -44,6 +45,7 @@ void BasicWidgetController::update(const DockWidget& widget) {
   if (!serves(widget.kind) || (isLive_ && widget.id != widget_.id))
     return;
   widget_ = widget;
+  filed_ = widget.kind;
   if (!isLive_)
     return;
   widgetChanged();
@@ -147,13 +149,16 @@ WidgetStore& BasicWidgetController::freshStore() {
 
 bool BasicWidgetController::write(const DockWidget::Kind& kind) {
   try {
-    // The settings are ours; name, slot and span may have been changed elsewhere.
-    DockWidget stored = freshStore().widget(widget_.id).value_or(widget_);
-    if (stored.kind.index() != kind.index())
-      return false;
-    stored.kind = kind;
-    store_->update(stored);
-    return true;
+    bool isOurs = false;
+    freshStore().change(widget_.id, [&](DockWidget& stored) {
+      isOurs = stored.kind.index() == kind.index();
+      if (isOurs)
+        stored.kind = withChanges(stored.kind, filed_, kind);
+      return isOurs;
+    });
+    if (isOurs)
+      filed_ = kind;
+    return isOurs;
   } catch (const std::exception& error) {
     Log(platform().log(), "slot").error(error.what());
     return false;

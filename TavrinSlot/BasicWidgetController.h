@@ -91,6 +91,9 @@ private:
 
   SlotContext context_;
   DockWidget widget_;
+  /// The settings that those of `widget_` were made of, as the file has or had them: what differs
+  /// was changed here.
+  DockWidget::Kind filed_;
   bool isLive_ = false;
   std::optional<DockTile::Format> drawnFormat_;
   PanelView* panelView_ = nullptr;

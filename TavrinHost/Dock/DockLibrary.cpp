@@ -71,8 +71,8 @@ ProfileSwitcher& DockLibrary::switcher() {
   return *switcher_;
 }
 
-void DockLibrary::apply(const DockSnapshot& target) {
-  applyWithBackup(swapper_, backups_, target, didBackUp_);
+bool DockLibrary::change(const DockSwapper::Plan& plan) {
+  return applyWithBackup(swapper_, backups_, plan, context_.platform().clock(), didBackUp_);
 }
 
 DockSnapshot DockLibrary::snapshot() const {

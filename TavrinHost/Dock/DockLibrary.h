@@ -19,8 +19,8 @@ public:
   ProfileStore& profiles();
   ProfileSwitcher& switcher();
   BackupManager& backups() { return backups_; }
-  /// Puts a layout into the Dock, the Dock before backed up.
-  void apply(const DockSnapshot& target);
+  /// Puts what `plan` says into the Dock, the Dock before backed up. False when nothing was written.
+  bool change(const DockSwapper::Plan& plan);
   std::shared_ptr<DockPreferencesBackend> dock() { return dock_; }
   DockSnapshot snapshot() const;
 

@@ -1,6 +1,6 @@
 #include "TavrinStorage/ClaudeUsage/ClaudeUsageBridge.h"
 
-#include "TavrinPlatform/Files/AtomicFile.h"
+#include "TavrinStorage/SharedDocument.h"
 
 #include <sys/stat.h>
 
@@ -156,36 +156,48 @@ std::optional<ClaudeUsageLimits> ClaudeUsageBridge::limits() const {
 }
 
 void ClaudeUsageBridge::connect() const {
-  auto settings = readSettings();
-  const auto current = currentCommand(settings);
-  // Also one that was wrapped by hand: chained to itself the script would never end.
-  const bool runsScript = current && current->find(script_.string()) != std::string::npos;
-  const auto previous = isOwn(current) || runsScript ? chainedCommand() : current;
-  std::error_code ignored; // the write says what is wrong
-  fs::create_directories(script_.parent_path(), ignored);
-  writeFileAtomically(script_, scriptText(previous.value_or("")));
-  if (::chmod(script_.c_str(), 0755) != 0)
-    throw FileError(failure("make " + script_.string() + " executable", "its owner is another"));
-  auto line = statusLine(settings, command(script_));
-  line["refreshInterval"] = refreshSeconds;
-  settings["statusLine"] = std::move(line);
-  save(settings);
+  changeSettings([this](JSONValue::Object& settings) {
+    const auto current = currentCommand(settings);
+    // Also one that was wrapped by hand: chained to itself the script would never end.
+    const bool runsScript = current && current->find(script_.string()) != std::string::npos;
+    const auto previous = isOwn(current) || runsScript ? chainedCommand() : current;
+    std::error_code ignored; // the write says what is wrong
+    fs::create_directories(script_.parent_path(), ignored);
+    writeFileAtomically(script_, scriptText(previous.value_or("")));
+    if (::chmod(script_.c_str(), 0755) != 0)
+      throw FileError(failure("make " + script_.string() + " executable", "its owner is another"));
+    auto line = statusLine(settings, command(script_));
+    line["refreshInterval"] = refreshSeconds;
+    settings["statusLine"] = std::move(line);
+  });
 }
 
 void ClaudeUsageBridge::disconnect() const {
-  auto settings = readSettings();
-  if (!isOwn(currentCommand(settings)))
-    throw BridgeError(Code::notConnected);
-  if (const auto previous = chainedCommand()) {
-    auto line = statusLine(settings, *previous);
-    line.erase("refreshInterval");
-    settings["statusLine"] = std::move(line);
-  } else {
-    settings.erase("statusLine");
-  }
-  save(settings);
+  changeSettings([this](JSONValue::Object& settings) {
+    if (!isOwn(currentCommand(settings)))
+      throw BridgeError(Code::notConnected);
+    if (const auto previous = chainedCommand()) {
+      auto line = statusLine(settings, *previous);
+      line.erase("refreshInterval");
+      settings["statusLine"] = std::move(line);
+    } else {
+      settings.erase("statusLine");
+    }
+  });
   std::error_code ignored;
   fs::remove(script_, ignored);
+}
+
+void ClaudeUsageBridge::changeSettings(
+    const std::function<void(JSONValue::Object& settings)>& change) const {
+  changeSharedFile(settings_, [&](const FileStamp& seen) {
+    auto settings = readSettings();
+    change(settings);
+    // The backup may hold secrets that the settings' own permissions hide.
+    if (const auto bytes = readFile(settings_))
+      writeFileAtomically(settings_.string() + ".tavrin-backup", *bytes, FileAccess::ownerOnly);
+    return writeJSONFileIfUnchanged(settings_, settings, seen);
+  });
 }
 
 JSONValue::Object ClaudeUsageBridge::readSettings() const {
@@ -202,13 +214,6 @@ JSONValue::Object ClaudeUsageBridge::readSettings() const {
   } catch (const JSONError&) {
   }
   throw BridgeError(Code::settingsUnreadable);
-}
-
-void ClaudeUsageBridge::save(const JSONValue::Object& settings) const {
-  // The backup may hold secrets that the settings' own permissions hide.
-  if (const auto bytes = readFile(settings_))
-    writeFileAtomically(settings_.string() + ".tavrin-backup", *bytes, FileAccess::ownerOnly);
-  writeJSONFile(settings_, settings);
 }
 
 bool ClaudeUsageBridge::isOwn(const std::optional<std::string>& current) const {

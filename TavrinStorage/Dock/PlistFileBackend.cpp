@@ -1,6 +1,7 @@
 #include "TavrinStorage/Dock/PlistFileBackend.h"
 
 #include "TavrinPlatform/Files/AtomicFile.h"
+#include "TavrinPlatform/Files/DocumentLock.h"
 
 namespace tavrin {
 
@@ -51,6 +52,10 @@ void PlistFileBackend::writeTiles(const DockTiles& tiles) {
   root.insert_or_assign(std::string(DockTiles::appsKey), tileArray(tiles.apps));
   root.insert_or_assign(std::string(DockTiles::othersKey), tileArray(tiles.others));
   writePlistRoot(url_, std::move(root));
+}
+
+std::shared_ptr<void> PlistFileBackend::exclusiveAccess() {
+  return std::make_shared<DocumentLock>(url_);
 }
 
 DockPlistReader dockPlistReader(const fs::path& file) {

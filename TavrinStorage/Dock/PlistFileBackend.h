@@ -17,6 +17,8 @@ public:
   /// Makes the file where there is none. Throws DockError: as above for a file that is there, else
   /// plistWriteFailed.
   void writeTiles(const DockTiles& tiles) override;
+  /// The file's DocumentLock.
+  std::shared_ptr<void> exclusiveAccess() override;
 
 private:
   std::filesystem::path url_;

@@ -6,6 +6,9 @@
 #include "TavrinStorage/Dock/ProfileStore.h"
 #include "Tests/Host/HostFixture.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
 namespace tavrin::test {
 namespace {
 
@@ -105,6 +108,44 @@ TEST_F(DockCommandTest, BacksUpWritesAndRestartsOnce) {
   EXPECT_EQ(run({"dock", "move", "X", "--position", "last"}), 0);
   EXPECT_EQ(output.str(), "Nothing to change\n");
   EXPECT_EQ(platform.dock.process.kills, 2);
+}
+
+TEST_F(DockCommandTest, WhatOthersPutIntoTheDockWhileItRestartsStays) {
+  platform.dock.process.whileRestarting = [this] {
+    dockPlistWriter(dockFile())
+        .write({{app("/Applications/Notes.app"), app("/A.app"), app("/Other.app")}, {}, {}});
+  };
+  EXPECT_EQ(run({"dock", "edit"}, "add /A.app --allow-missing\nremove Mail\n"), 0) << errors.str();
+  EXPECT_EQ(labels(dockFile()), "Notes A Other |");
+  EXPECT_EQ(platform.dock.process.kills, 1);
+
+  platform.dock.process.whileRestarting = [this] {
+    write(dockFile(), {"/Applications/Notes.app", "/A.app", "/Other.app"});
+  };
+  EXPECT_EQ(run({"dock", "move", "Other", "--position", "first"}), 0) << errors.str();
+  EXPECT_EQ(labels(dockFile()), "Other Notes A |") << "the Dock had put its old items back";
+  EXPECT_EQ(platform.dock.process.kills, 3);
+  EXPECT_EQ(backups().size(), 2U);
+}
+
+TEST_F(DockCommandTest, SaysWhichFilesWereWrittenBeforeOneFailed) {
+  const auto gone = folder / "gone/b.plist";
+  fs::create_directory(gone.parent_path());
+  for (const auto& file : {folder / "a.plist", gone})
+    write(file, {"/Applications/Mail.app"});
+  // It can still be read, and its folder not be written.
+  const int open = ::open(gone.c_str(), O_RDONLY | O_CLOEXEC);
+  ASSERT_GE(open, 0);
+  fs::remove_all(gone.parent_path());
+  EXPECT_EQ(run({"dock", "add", "x://y", "--json", "--file", (folder / "a.plist").string(),
+                 "--file", "/proc/self/fd/" + std::to_string(open)}),
+            13)
+      << errors.str();
+  ::close(open);
+  const auto report = JSONValue::parse(output.str());
+  ASSERT_EQ(report.array()->size(), 1U);
+  EXPECT_EQ(*report.array()->front().member("written"), JSONValue(true));
+  EXPECT_EQ(labels(folder / "a.plist"), "Mail | x://y");
 }
 
 TEST_F(DockCommandTest, WritesNothingOnADryRunOrAnError) {
