@@ -1,6 +1,8 @@
 #include "TavrinPlatform/Linux/Base/LinuxProcessRunner.h"
+#include "TavrinPlatform/Linux/Desktop/CanberraPlayer.h"
 #include "TavrinPlatform/Qt/QtRunLoop.h"
 #include "Tests/Linux/Desk.h"
+#include "Tests/Linux/Sound/LastingSound.h"
 
 #include <QCoreApplication>
 #include <gtest/gtest.h>
@@ -92,6 +94,45 @@ TEST(QtRunLoop, AQueueKeepsItsOrderAndDropsWhatHasNotBegun) {
   EXPECT_EQ(order.size(), 50U);
   EXPECT_TRUE(std::is_sorted(order.begin(), order.end()));
   EXPECT_EQ(late, 0);
+}
+
+TEST(QtRunLoop, EndsItsWorkBeforeWhatThatRefersToGoes) {
+  QtRunLoop loop;
+  auto service = std::make_unique<std::atomic<int>>(0);
+  std::atomic<bool> isOpen = false;
+  // More than there are threads: some wait for their turn.
+  for (int i = 0; i < 8; ++i)
+    loop.background(
+        [&service = *service, &isOpen] {
+          while (!isOpen)
+            std::this_thread::yield();
+          ++service;
+        },
+        {}, [] {});
+  std::thread opener([&] { isOpen = true; });
+  loop.endWork();
+  opener.join();
+  EXPECT_EQ(*service, 8);
+  service.reset();
+  bool isDone = false;
+  loop.background([&] { isDone = true; }, {}, [] {});
+  loop.makeSerialQueue()->run([&] { isDone = true; });
+  loop.endWork();
+  EXPECT_FALSE(isDone);
+}
+
+TEST(CanberraPlayer, GoesWithoutWaitingForASoundToEnd) {
+  QtRunLoop loop;
+  QElapsedTimer clock;
+  {
+    CanberraPlayer player(loop);
+    player.play("Glass");
+    player.play("Tink");
+    ASSERT_TRUE(eventually([] { return test::lastingSoundsBegun() == 1; }));
+    clock.start();
+  }
+  EXPECT_LT(clock.elapsed(), 5000) << "a sound is waited for ten seconds";
+  EXPECT_EQ(test::lastingSoundsBegun(), 1) << "what has not begun stays silent";
 }
 
 ProcessResult runToEnd(ProcessRequest request) {
