@@ -34,9 +34,9 @@ finish() {
 }
 trap finish EXIT
 trap 'exit 143' TERM INT
-# until CONDITION... ; at most ten seconds
+# await CONDITION... ; at most a minute
 await() {
-  local end=$((SECONDS + 10))
+  local end=$((SECONDS + 60))
   while [ $SECONDS -lt $end ]; do "$@" >/dev/null 2>&1 && return 0; sleep .02; done
   echo "desk: waited in vain for: $*" >&2
   exit 99
