@@ -1,8 +1,10 @@
 #include "TavrinPlatform/POSIX/Spawn.h"
 
+#include <cerrno>
 #include <csignal>
 #include <spawn.h>
 #include <string_view>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace tavrin {
@@ -74,6 +76,24 @@ pid_t spawn(const SpawnRequest& request) {
                                  pointers(words).data(),
                                  request.environment ? pointers(variables).data() : environ);
   return error == 0 ? child : -error;
+}
+
+bool spawnDetached(const std::vector<std::string>& words) {
+  if (words.empty())
+    return false;
+  // The shell ends at once, and what it has put behind it is the first process's to bury.
+  SpawnRequest request{.program = "/bin/sh",
+                       .arguments = {"-c",
+                                     R"(command -v "$1" >/dev/null || exit 1
+                       "$@" </dev/null >/dev/null 2>&1 &)",
+                                     "sh"},
+                       .leadsGroup = true};
+  request.arguments.insert(request.arguments.end(), words.begin(), words.end());
+  const pid_t shell = spawn(request);
+  int status = 0;
+  while (shell > 0 && ::waitpid(shell, &status, 0) < 0 && errno == EINTR) {
+  }
+  return shell > 0 && WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
 std::vector<char*> pointers(std::vector<std::string>& words) {

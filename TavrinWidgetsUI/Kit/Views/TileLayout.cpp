@@ -9,7 +9,6 @@ namespace tavrin {
 
 namespace {
 
-constexpr double pitchRatio = 1.0625;
 constexpr double paddingRatio = 0.12;
 constexpr double borderRatio = 0.07;
 constexpr double borderSteps = 24;
@@ -121,7 +120,7 @@ AnyView spoken(const AnyView& picture, const QString& label, const QString& valu
 } // namespace
 
 double TileSize::width() const {
-  return side * (1 + pitchRatio * (std::max(span, 1) - 1));
+  return side + DockTileGeometry::pitch(side) * (std::max(span, 1) - 1);
 }
 double TileSize::body() const {
   return side * DockTileGeometry::iconBodyRatio;
