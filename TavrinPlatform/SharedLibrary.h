@@ -2,6 +2,7 @@
 
 #include <dlfcn.h>
 #include <initializer_list>
+#include <string>
 
 namespace tavrin {
 
@@ -15,10 +16,19 @@ public:
         handle_ = ::dlopen(name, RTLD_NOW | RTLD_LOCAL);
   }
 
+  /// The cryptography library, by what its third version is called here.
+  static SharedLibrary crypto() { return {"libcrypto.so.3", "libcrypto.3.dylib"}; }
+
   /// Sets `function` to the library's of that name; false where there is none.
   template <class Function> bool find(Function*& function, const char* name) const {
     function = handle_ != nullptr ? reinterpret_cast<Function*>(::dlsym(handle_, name)) : nullptr;
     return function != nullptr;
+  }
+
+  /// Why the last library or function of this thread was not found; a sentence's end.
+  static std::string reason() {
+    const char* text = ::dlerror();
+    return text != nullptr ? text : "it is not there";
   }
 
 private:

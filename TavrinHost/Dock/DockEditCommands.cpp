@@ -2,7 +2,7 @@
 
 #include "TavrinCore/Dock/DockURLString.h"
 #include "TavrinHost/Dock/DockLibrary.h"
-#include "TavrinStorage/Dock/PlistFileBackend.h"
+#include "TavrinPlatform/Files/PlistRoot.h"
 
 #include <fmt/format.h>
 

@@ -10,11 +10,7 @@ namespace tavrin {
 namespace {
 
 EmojiSources sources(const FileManager& files) {
-  EmojiSources found;
-  if (const auto folder = files.environment(EmojiSources::folderVariable))
-    found.folder = *folder;
-  found.localeID = systemLocaleID("LC_MESSAGES");
-  return found;
+  return {files.unicodeFolder(), systemLocaleID("LC_MESSAGES")};
 }
 
 } // namespace

@@ -28,9 +28,4 @@ private:
 DockPlistReader dockPlistReader(const std::filesystem::path& file);
 DockPlistWriter dockPlistWriter(const std::filesystem::path& file);
 
-/// The root dictionary of a property list file; no value without a file. Throws DockError.
-std::optional<PropertyList::Dictionary> readPlistRoot(const std::filesystem::path& file);
-/// Throws DockError (plistWriteFailed).
-void writePlistRoot(const std::filesystem::path& file, PropertyList::Dictionary root);
-
 } // namespace tavrin

@@ -84,11 +84,10 @@ void AirDropPanelView::choose(int row) {
 void AirDropPanelView::showDevices() {
   std::vector<PanelRow> rows;
   for (const auto& device : model_.devices())
-    rows.push_back(
-        {.id = QString::fromStdString(device.id),
-         .title = QString::fromStdString(device.name),
-         .subtitle = device.way == NearbyDevice::Way::kdeConnect ? "KDE Connect" : "Bluetooth",
-         .symbol = symbolOf(device.kind)});
+    rows.push_back({.id = QString::fromStdString(device.id),
+                    .title = QString::fromStdString(device.name),
+                    .subtitle = QString::fromStdString(device.way),
+                    .symbol = symbolOf(device.kind)});
   list_->setRows(std::move(rows));
 }
 
@@ -114,11 +113,10 @@ void AirDropPanelView::showWords() {
   empty_->setHint({});
   if (!model_.isAvailable()) {
     empty_->setSentence("exclamationmark.triangle.fill", "Nothing here can send files");
-    empty_->setHint("Install KDE Connect here and on the other device, or switch Bluetooth on.");
+    empty_->setHint(QString::fromStdString(model_.advice().noService));
   } else {
     empty_->setSentence("dot.radiowaves.up.forward", "No device is near");
-    empty_->setHint("Open KDE Connect on the other device, on the same network, or pair it by "
-                    "Bluetooth.");
+    empty_->setHint(QString::fromStdString(model_.advice().noDevice));
   }
   empty_->setStep("Look Again", [this] { model_.refresh(); });
 }
@@ -145,8 +143,9 @@ void AirDropPanelView::refresh() {
   else if (state == Progress::sent)
     detail_->setWords(
         model_.isHandedOver()
-            ? QStringLiteral("KDE Connect sends %1 to %2.")
-                  .arg(model_.files().size() == 1 ? QStringLiteral("it") : QStringLiteral("them"),
+            ? QStringLiteral("%1 sends %2 to %3.")
+                  .arg(QString::fromStdString(model_.way()),
+                       model_.files().size() == 1 ? QStringLiteral("it") : QStringLiteral("them"),
                        model_.deviceName())
             : airDropWord(tile));
   else if (model_.size())

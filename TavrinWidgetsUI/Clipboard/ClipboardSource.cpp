@@ -33,9 +33,6 @@ std::int64_t sizeOf(const std::string& url) {
   return error ? 0 : static_cast<std::int64_t>(size);
 }
 
-/// What file managers paste: what to do, then the addresses.
-constexpr const char* fileManagersType = "x-special/gnome-copied-files";
-
 /// Links copied faster than their previews come: the oldest go without.
 constexpr std::size_t mostWaitingPreviews = 20;
 
@@ -249,7 +246,6 @@ void ClipboardSource::write(const ClipboardItem& item) {
     offer(Pasteboard::textType, Data::fromText(item.text.value_or("")));
   } else if (item.fileURL) {
     offer(Pasteboard::filesType, Data::fromText(*item.fileURL + "\r\n"));
-    offer(fileManagersType, Data::fromText("copy\n" + *item.fileURL));
   } else if (item.imageData) {
     offer(isTIFF(*item.imageData) ? Pasteboard::tiffType : Pasteboard::pngType, *item.imageData);
   }

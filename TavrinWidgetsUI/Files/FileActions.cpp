@@ -20,11 +20,7 @@ Pasteboard::Format format(const char* type, std::string_view bytes) {
 }
 
 std::vector<Pasteboard::Format> asFiles(const std::vector<std::filesystem::path>& files) {
-  std::string lines = "copy";
-  for (const auto& file : files)
-    lines.append(1, '\n').append(fileURL(file.native()));
-  return {format(Pasteboard::filesType, uriList(files)),
-          format("x-special/gnome-copied-files", lines)};
+  return {format(Pasteboard::filesType, uriList(files))};
 }
 
 /// Empty where it is no picture.

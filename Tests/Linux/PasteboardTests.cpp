@@ -146,6 +146,14 @@ TEST_F(PasteboardTest, OffersWhatIsWrittenToOthersWhateverItsLength) {
   ASSERT_TRUE(until([&] { return captures_.size() == 3; }));
   EXPECT_EQ(shell("xclip -selection clipboard -o -t image/png | wc -c"), "400000");
   EXPECT_EQ(shell("xclip -selection clipboard -o -t UTF8_STRING 2>/dev/null | wc -c"), "0");
+  const auto files =
+      std::make_shared<const Data>(Data::fromText("file:///a%20b\r\nfile:///d/%FF\r\n"));
+  board_.write({{Pasteboard::filesType, files, files->bytes.size()}});
+  ASSERT_TRUE(until([&] { return captures_.size() == 4; }));
+  EXPECT_EQ(shell("xclip -selection clipboard -o -t text/uri-list | tr -d '\r'"),
+            "file:///a%20b\nfile:///d/%FF");
+  EXPECT_EQ(shell("xclip -selection clipboard -o -t x-special/gnome-copied-files"),
+            "copy\nfile:///a%20b\nfile:///d/%FF");
 }
 
 TEST_F(PasteboardTest, TellsWhenAnOwnerIsGone) {

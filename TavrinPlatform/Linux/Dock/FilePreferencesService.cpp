@@ -1,6 +1,7 @@
 #include "TavrinPlatform/Linux/Dock/FilePreferencesService.h"
 
-#include "TavrinStorage/Dock/PlistFileBackend.h"
+#include "TavrinCore/Dock/DockError.h"
+#include "TavrinPlatform/Files/PlistRoot.h"
 
 #include <system_error>
 

@@ -1,7 +1,7 @@
 #include "TavrinPlatform/DockTile.h"
 #include "TavrinPlatform/InputBlocker.h"
-#include "TavrinPlatform/Linux/LinuxPlatform.h"
 #include "TavrinPlatform/PanelPopover.h"
+#include "TavrinPlatform/Platform.h"
 
 #include <QImage>
 #include <QLineEdit>

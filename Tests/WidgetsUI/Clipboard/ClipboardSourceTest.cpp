@@ -127,17 +127,15 @@ TEST_F(ClipboardSourceTest, WhatWasCapturedOutlivesItsOwner) {
   EXPECT_THAT(board().written, SizeIs(1)) << "what was not kept goes with its owner";
 }
 
-TEST_F(ClipboardSourceTest, AFileIsOfferedToProgramsAndToFileManagers) {
+TEST_F(ClipboardSourceTest, OfACopyOfFilesTheFirstIsOffered) {
   open();
   copy({{"text/uri-list", "file:///tmp/a%20b.txt\r\nfile:///tmp/c\r\n"}});
   source_->write(newest());
   ASSERT_THAT(board().written, SizeIs(1));
   const auto& formats = board().written[0];
-  ASSERT_THAT(formats, SizeIs(2));
+  ASSERT_THAT(formats, SizeIs(1));
   EXPECT_EQ(formats[0].type, "text/uri-list");
   EXPECT_EQ(formats[0].data->view(), "file:///tmp/a%20b.txt\r\n");
-  EXPECT_EQ(formats[1].type, "x-special/gnome-copied-files");
-  EXPECT_EQ(formats[1].data->view(), "copy\nfile:///tmp/a%20b.txt");
 }
 
 TEST_F(ClipboardSourceTest, ABurstIsOneWriteAndComesBackAfterARestart) {

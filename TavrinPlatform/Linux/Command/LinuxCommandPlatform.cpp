@@ -1,4 +1,4 @@
-#include "TavrinPlatform/Linux/LinuxCommandPlatform.h"
+#include "TavrinPlatform/Linux/Command/LinuxCommandPlatform.h"
 
 #include <QEventLoop>
 #include <QTimer>
@@ -142,6 +142,10 @@ int LinuxCommandPlatform::runInForeground(const std::vector<std::string>& words)
   while (child > 0 && waitpid(child, &status, 0) < 0 && errno == EINTR) {
   }
   return child > 0 && WIFEXITED(status) ? WEXITSTATUS(status) : commandNotFound;
+}
+
+std::unique_ptr<CommandPlatform> makeCommandPlatform() {
+  return std::make_unique<LinuxCommandPlatform>();
 }
 
 } // namespace tavrin
