@@ -65,9 +65,20 @@ public:
   std::function<void()> onChange;
 
 private:
+  /// The change that an item came with.
+  struct Copied {
+    std::int64_t changeCount = 0;
+    /// To be forgotten; kept as the settings ask for it.
+    bool isTransient = false;
+  };
+  /// What the desktop's clipboard holds, as far as it is an item of the list.
+  struct Offered {
+    std::int64_t changeCount = 0;
+    UUID item;
+  };
   void listen();
   void captured(Pasteboard::Capture capture);
-  void accept(std::int64_t changeCount, ClipboardItem item);
+  void accept(const Copied& copied, ClipboardItem item);
   void abandoned(std::int64_t changeCount);
   void wantPreview(const ClipboardItem& item);
   void fetchNextPreview();
@@ -83,8 +94,7 @@ private:
   ClipboardSettings settings_;
   ClipboardState state_;
   std::map<std::int64_t, RunningApplication> frontmost_;
-  /// The change whose item is the newest; what it offered goes with its owner.
-  std::int64_t lastKept_ = 0;
+  std::optional<Offered> offered_;
   ClipboardList lastSaved_;
   std::optional<Date> unsavedSince_;
   /// The links whose previews are to be fetched; the first is under way while there is a task.

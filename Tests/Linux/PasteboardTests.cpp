@@ -103,6 +103,19 @@ TEST_F(PasteboardTest, BadOwnersCostTheirOwnCopyOnly) {
   }
 }
 
+TEST_F(PasteboardTest, AHintThatCannotBeReadHints) {
+  observe();
+  for (const auto& [mode, isTransient] :
+       {std::pair{"public", false}, {"refused", true}, {"silent", true}, {"listless", true}}) {
+    captures_.clear();
+    Program owner(SELECTION_OWNER, {mode});
+    ASSERT_TRUE(until([&] { return !captures_.empty(); })) << mode;
+    EXPECT_EQ(testing::Value(captures_[0].types, testing::Contains(Pasteboard::transientType)),
+              isTransient)
+        << mode;
+  }
+}
+
 TEST_F(PasteboardTest, AnOwnerThatCopiesAgainIsReadInOneTurn) {
   observe();
   Program owner(SELECTION_OWNER, {"turn"});

@@ -125,6 +125,43 @@ TEST_F(ClipboardSourceTest, WhatWasCapturedOutlivesItsOwner) {
   copy({{Pasteboard::transientType, ""}, {"text/plain", "secret"}});
   board().observer.abandoned(board().changeCount);
   EXPECT_THAT(board().written, SizeIs(1)) << "what was not kept goes with its owner";
+  ClipboardSettings settings;
+  settings.ignorePasswordManagers = false;
+  source_->setSettings(settings);
+  copy({{Pasteboard::transientType, ""}, {"text/plain", "secret"}});
+  EXPECT_EQ(newest().text, "secret");
+  board().observer.abandoned(board().changeCount);
+  EXPECT_THAT(board().written, SizeIs(1)) << "kept or not, without its mark it is not offered";
+}
+
+TEST_F(ClipboardSourceTest, NothingIsOfferedButWhatWasCopiedLast) {
+  ClipboardSettings settings;
+  settings.historyLimit = 1;
+  open(settings);
+  copyText("pinned");
+  source_->togglePin(newest().id);
+  copyText("dropped at once");
+  EXPECT_THAT(lines(), ElementsAre("pinned"));
+  board().observer.abandoned(board().changeCount);
+  EXPECT_THAT(board().written, IsEmpty());
+  pass(1);
+  open(settings);
+  EXPECT_THAT(lines(), ElementsAre("pinned"));
+  for (const std::int64_t count : {std::int64_t{0}, board().changeCount})
+    board().observer.abandoned(count); // of a program that had copied before
+  EXPECT_THAT(board().written, IsEmpty());
+
+  settings.historyLimit = 9;
+  source_->setSettings(settings);
+  copyText("kept");
+  source_->togglePin(newest().id);
+  source_->remove(source_->state().items[1]->item.id);
+  board().observer.abandoned(board().changeCount);
+  EXPECT_EQ(board().writtenText(), "kept") << "whatever became of the others";
+  copyText("removed");
+  source_->remove(newest().id);
+  board().observer.abandoned(board().changeCount);
+  EXPECT_THAT(board().written, SizeIs(1));
 }
 
 TEST_F(ClipboardSourceTest, OfACopyOfFilesTheFirstIsOffered) {
