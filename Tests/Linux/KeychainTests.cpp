@@ -48,6 +48,32 @@ TEST(SecretServiceKeychain, KeepsBytesAndSaysWhenItIsLocked) {
   EXPECT_EQ(statusOf([&] { keychain.add(service, "other", secret); }), -25308);
 }
 
+/// Another daemon takes the keyring over, as after a crash or for another password.
+void replaceDaemon() {
+  const auto owner = [] {
+    return shell("gdbus call --session -d org.freedesktop.DBus -o / -m "
+                 "org.freedesktop.DBus.GetNameOwner org.freedesktop.secrets 2>/dev/null");
+  };
+  const std::string before = owner();
+  shell("printf test | gnome-keyring-daemon --replace --unlock --components=secrets >/dev/null");
+  EXPECT_TRUE(eventually([&] { return !owner().empty() && owner() != before; }));
+}
+
+TEST(SecretServiceKeychain, FollowsTheDaemonThatIsThere) {
+  if (!hasKeyring())
+    GTEST_SKIP();
+  SecretServiceKeychain keychain;
+  const Data secret = Data::fromText("words");
+  // The test before this one left the keyring locked.
+  EXPECT_EQ(statusOf([&] { keychain.add("other", "first", secret); }), -25308);
+  replaceDaemon();
+  EXPECT_EQ(statusOf([&] { keychain.add("other", "first", secret); }), 0);
+  EXPECT_EQ(keychain.find("other", "first"), secret);
+  replaceDaemon();
+  EXPECT_EQ(statusOf([&] { EXPECT_EQ(keychain.find("other", "first"), secret); }), 0);
+  EXPECT_EQ(statusOf([&] { keychain.add("other", "second", secret); }), 0);
+}
+
 TEST(SecretServiceKeychain, SaysWhenThereIsNone) {
   if (hasKeyring())
     GTEST_SKIP();
