@@ -11,6 +11,9 @@
 #include <fstream>
 #include <gtest/gtest.h>
 #include <random>
+#include <sys/wait.h>
+#include <systemd/sd-bus.h>
+#include <unistd.h>
 
 /// The root helper on a system bus of its own, over fans in a tree like the kernel's.
 namespace tavrin {
@@ -121,6 +124,62 @@ TEST(SysfsFans, ADriverThatRefusesHandsAllBack) {
   EXPECT_TRUE(machine.isAutomatic());
 }
 
+TEST(SysfsFans, ADeviceWithTwoEntriesIsHandedBack) {
+  Machine machine;
+  fs::create_directories(machine.state().parent_path());
+  const fs::path entries = machine.folder.path() / "sys/class/hwmon";
+  fs::create_directories(entries / "hwmon2");
+  fs::create_directory_symlink(entries / "hwmon0/device", entries / "hwmon2/device");
+  fs::create_directory_symlink(entries / "hwmon1", entries / "hwmon3");
+  SysfsFans fans(machine.folder.path(), machine.state());
+  FanControl control(fans, [](double) {});
+  EXPECT_EQ(control.fanCount(), 3);
+  control.setFull();
+  EXPECT_TRUE(machine.isFull());
+  // By another process, which may come upon the entries in another order.
+  fs::rename(entries / "hwmon3", entries / "hwmon");
+  SysfsFans next(machine.folder.path(), machine.state());
+  FanControl(next, [](double) {}).setAuto();
+  EXPECT_TRUE(machine.isAutomatic());
+  EXPECT_EQ(machine.get("hwmon1/pwm1_enable"), 5);
+}
+
+/// How many fans another user finds where one folder may not be searched, and then another neither.
+int fansOfAnotherUser(const fs::path& root) noexcept {
+  const fs::path entries = root / "sys/class/hwmon";
+  fs::permissions(entries / "hwmon1", fs::perms{0644});
+  if (::seteuid(65534) != 0)
+    return 90;
+  SysfsFans fans(root);
+  const int found = FanControl(fans, [](double) {}).fanCount();
+  if (::seteuid(0) != 0)
+    return 91;
+  fs::permissions(entries / "hwmon0/device", fs::perms{0644});
+  if (::seteuid(65534) != 0)
+    return 92;
+  try {
+    fans.read("F0Mx");
+    fans.read("F0Ac");
+    return 93;
+  } catch (const FanError&) {
+    return found;
+  }
+}
+
+TEST(SysfsFans, WhatMayNotBeSearchedHasNoFans) {
+  if (::geteuid() != 0)
+    GTEST_SKIP() << "another user cannot be tried";
+  Machine machine;
+  fs::permissions(machine.folder.path(), fs::perms{0755});
+  const pid_t child = ::fork();
+  if (child == 0)
+    ::_exit(fansOfAnotherUser(machine.folder.path()));
+  int status = 0;
+  ::waitpid(child, &status, 0);
+  ASSERT_TRUE(WIFEXITED(status)) << "ended by a signal";
+  EXPECT_EQ(WEXITSTATUS(status), 2);
+}
+
 class Helper : public testing::Test {
 protected:
   void SetUp() override { allow(true); }
@@ -168,6 +227,11 @@ protected:
     ask(caller, isFull);
     EXPECT_TRUE(untilTrue([&] { return !caller.isWaiting; }));
     return caller.answer;
+  }
+  static void polkit(const std::string& call) {
+    shell("gdbus call --system -d org.freedesktop.PolicyKit1 -o "
+          "/org/freedesktop/PolicyKit1/Authority -m org.freedesktop.DBus.Mock." +
+          call);
   }
   static std::string call(const std::string& method) {
     return shell("gdbus call --system -d dev.quellby.tavrin.fan-helper -o "
@@ -222,6 +286,92 @@ TEST_F(Helper, WhomPolkitRefusesChangesNothing) {
   EXPECT_EQ(request(*other, false), std::nullopt);
   EXPECT_TRUE(machine_.isAutomatic());
   EXPECT_NE(request(*other, true), std::nullopt);
+}
+
+/// Another user's connections, each with a question that nobody answers; until the pipe closes.
+pid_t startStrangers(int count, int& ready) {
+  int told[2];
+  EXPECT_EQ(::pipe(told), 0);
+  const pid_t child = ::fork();
+  if (child != 0) {
+    ::close(told[1]);
+    ready = told[0];
+    return child;
+  }
+  if (::setgid(65534) != 0 || ::setuid(65534) != 0)
+    ::_exit(1);
+  constexpr const char* name = "dev.quellby.tavrin.fan-helper";
+  constexpr const char* path = "/dev/quellby/tavrin/FanHelper";
+  for (int i = 0; i < count; ++i) {
+    sd_bus* bus = nullptr;
+    if (sd_bus_open_system(&bus) < 0)
+      ::_exit(2);
+    sd_bus_call_method_async(bus, nullptr, name, path, "dev.quellby.tavrin.FanHelper", "SetFull",
+                             nullptr, nullptr, "b", 1);
+    // Answered in turn: the question before it has been taken note of.
+    sd_bus_call_method(bus, name, path, "org.freedesktop.DBus.Peer", "Ping", nullptr, nullptr, "");
+  }
+  if (::write(told[1], "y", 1) == 1)
+    ::pause();
+  ::_exit(3);
+}
+
+TEST_F(Helper, StrangersWithoutAnAnswerStandInNobodysWay) {
+  if (::geteuid() != 0)
+    GTEST_SKIP() << "another user cannot be tried";
+  startHelper();
+  auto holder = makeCaller();
+  ASSERT_EQ(request(*holder, true), std::nullopt);
+  polkit("SimulateHang true");
+  int ready = -1;
+  const pid_t strangers = startStrangers(70, ready);
+  char answer = 0;
+  EXPECT_EQ(::read(ready, &answer, 1), 1);
+  ::close(ready);
+  polkit("SimulateHang false");
+
+  auto later = makeCaller();
+  EXPECT_EQ(request(*later, true), std::nullopt) << "another user's question is asked";
+  later.reset();
+  EXPECT_EQ(request(*holder, false), std::nullopt);
+  EXPECT_TRUE(machine_.isAutomatic());
+  ::kill(strangers, SIGKILL);
+  ::waitpid(strangers, nullptr, 0);
+}
+
+TEST_F(Helper, HandingBackOvertakesTheOwnQuestion) {
+  startHelper();
+  auto holder = makeCaller();
+  ASSERT_EQ(request(*holder, true), std::nullopt);
+  polkit("SimulateHang true");
+  Refusal overtaken;
+  bool isAnswered = false;
+  holder->client->setFull(true, [&](const Refusal& refusal) {
+    overtaken = refusal;
+    isAnswered = true;
+  });
+  EXPECT_EQ(request(*holder, false), std::nullopt);
+  EXPECT_TRUE(machine_.isAutomatic());
+  EXPECT_TRUE(untilTrue([&] { return isAnswered; }));
+  EXPECT_NE(overtaken, std::nullopt);
+  polkit("ReleaseHangingCalls");
+  polkit("SimulateHang false");
+  EXPECT_EQ(request(*holder, false), std::nullopt);
+  EXPECT_TRUE(machine_.isAutomatic()) << "what was overtaken is not taken up again";
+}
+
+TEST_F(Helper, ASecondOneLeavesTheFirstsFansAlone) {
+  startHelper();
+  auto caller = makeCaller();
+  ASSERT_EQ(request(*caller, true), std::nullopt);
+  for (const QStringList& arguments : {QStringList{}, QStringList{"--hand-back"}}) {
+    Program second(FAN_HELPER, arguments, machine_.environment());
+    EXPECT_TRUE(second.ends());
+    EXPECT_NE(second.exitCode(), 0);
+    EXPECT_TRUE(machine_.isFull());
+  }
+  EXPECT_EQ(request(*caller, false), std::nullopt);
+  EXPECT_TRUE(machine_.isAutomatic());
 }
 
 TEST_F(Helper, KnowsOneMessageAlone) {

@@ -48,7 +48,7 @@ managed() { xprop -root _NET_CLIENT_LIST | grep -q 'window id'; }
 if has system; then
   cat >"$DESK/system.conf" <<'X'
 <busconfig><type>custom</type><listen>unix:tmpdir=/tmp</listen><auth>EXTERNAL</auth>
-<policy context="default"><allow send_destination="*" eavesdrop="true"/><allow eavesdrop="true"/><allow own="*"/></policy></busconfig>
+<policy context="default"><allow user="*"/><allow send_destination="*" eavesdrop="true"/><allow eavesdrop="true"/><allow own="*"/></policy></busconfig>
 X
   dbus-daemon --config-file="$DESK/system.conf" --nofork --print-address=3 3>"$DESK/system" >/dev/null 2>&1 &
   started+=($!)
