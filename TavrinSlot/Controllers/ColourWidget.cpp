@@ -42,11 +42,6 @@ void ColourWidgetController::bindShortcut() {
   hotkey_ = wanted;
   shortcutTrouble_.clear();
   auto& shortcuts = platform().globalShortcuts();
-  if (wanted && !wanted->modifiers.isValidForGlobalHotkey()) {
-    shortcuts.bind({}, nullptr);
-    shortcutRefused("it lacks a modifier key other than Shift");
-    return;
-  }
   std::vector<GlobalShortcuts::Shortcut> all;
   shortcuts.onRefused = nullptr;
   if (wanted) {

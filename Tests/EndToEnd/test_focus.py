@@ -114,6 +114,25 @@ class Shortcuts(FocusTest):
         self.expect("Day")
         self.stop()
 
+    def test_keys_without_a_modifier_stay_everybodys(self):
+        self.desk.run(str(TAVRIN), "profiles", "create", "Work")
+        self.desk.run(str(TAVRIN), "profiles", "hotkey", "Work", "super+shift+k")
+        file = self.desk.data / "profiles.json"
+        profiles = json.loads(file.read_text())
+        calm = next(one for one in profiles["profiles"] if one["name"] == "Calm")
+        calm["hotkey"] = {"keyCode": 0, "modifiers": 0}
+        file.write_text(json.dumps(profiles))
+        self.start("--numbered", "shift")
+        for key in ("A", "⇧1"):
+            wait_for(lambda: f"Failed to register {key} because it lacks a modifier key" in
+                     self.said(), f"the refusal of {key}")
+        self.desk.run("xdotool", "key", "a", "shift+1", "super+shift+k")
+        self.expect("Work")
+        self.desk.run("xdotool", "key", "a", "shift+1")
+        self.stop()
+        self.assertNotIn('"Calm" is the active profile', self.said())
+        self.assertNotIn('"Day" is the active profile', self.said())
+
     def test_says_which_keys_are_taken(self):
         other = self.desk.spawn([str(TAVRIN), "focus", "--no-restart"], log="other.log")
         wait_for(lambda: self.switches("ctrl+alt+2", "Calm"), "the first program", pause=0.1)
