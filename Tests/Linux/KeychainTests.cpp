@@ -25,6 +25,12 @@ int statusOf(const std::function<void()>& call) {
   return 0;
 }
 
+void lockKeyring() {
+  shell("gdbus call --session -d org.freedesktop.secrets -o /org/freedesktop/secrets -m "
+        "org.freedesktop.Secret.Service.Lock "
+        "\"['/org/freedesktop/secrets/collection/login']\"");
+}
+
 TEST(SecretServiceKeychain, KeepsBytesAndSaysWhenItIsLocked) {
   if (!hasKeyring())
     GTEST_SKIP();
@@ -41,9 +47,7 @@ TEST(SecretServiceKeychain, KeepsBytesAndSaysWhenItIsLocked) {
                   "wc -c"),
             "32");
 
-  shell("gdbus call --session -d org.freedesktop.secrets -o /org/freedesktop/secrets -m "
-        "org.freedesktop.Secret.Service.Lock "
-        "\"['/org/freedesktop/secrets/collection/login']\"");
+  lockKeyring();
   EXPECT_EQ(statusOf([&] { keychain.find(service, "primary"); }), -25308);
   EXPECT_EQ(statusOf([&] { keychain.add(service, "other", secret); }), -25308);
 }
@@ -64,7 +68,7 @@ TEST(SecretServiceKeychain, FollowsTheDaemonThatIsThere) {
     GTEST_SKIP();
   SecretServiceKeychain keychain;
   const Data secret = Data::fromText("words");
-  // The test before this one left the keyring locked.
+  lockKeyring();
   EXPECT_EQ(statusOf([&] { keychain.add("other", "first", secret); }), -25308);
   replaceDaemon();
   EXPECT_EQ(statusOf([&] { keychain.add("other", "first", secret); }), 0);
