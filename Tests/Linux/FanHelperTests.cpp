@@ -3,7 +3,7 @@
 #include "TavrinPlatform/Linux/Devices/SysfsFans.h"
 #include "TavrinPlatform/Qt/QtRunLoop.h"
 #include "Tests/Linux/Desk.h"
-#include "Tests/Storage/TemporaryFolder.h"
+#include "Tests/Linux/FanMachine.h"
 
 #include <QCoreApplication>
 #include <csignal>
@@ -19,7 +19,6 @@
 namespace tavrin {
 namespace {
 
-namespace fs = std::filesystem;
 using Refusal = std::optional<FanHelperClient::Refusal>;
 
 bool untilTrue(const std::function<bool()>& condition) {
@@ -27,157 +26,6 @@ bool untilTrue(const std::function<bool()>& condition) {
     QCoreApplication::processEvents();
     return condition();
   });
-}
-
-/// applesmc with two fans, and a board whose driver steers in its own way (mode 5).
-struct Machine {
-  Machine() {
-    for (int fan = 1; fan <= 2; ++fan) {
-      const std::string stem = "hwmon0/device/fan" + std::to_string(fan);
-      for (const auto& [suffix, value] : {std::pair{"_input", 2000},
-                                          {"_min", 1200},
-                                          {"_max", 6200},
-                                          {"_manual", 0},
-                                          {"_output", 2000}})
-        set(stem + suffix, value);
-    }
-    set("hwmon1/fan1_input", 900);
-    set("hwmon1/pwm1", 90);
-    set("hwmon1/pwm1_enable", 5);
-    set("hwmon1/fan2_input", 700); // without a way to steer it
-  }
-  void set(const std::string& file, long value) const {
-    const fs::path path = folder.path() / "sys/class/hwmon" / file;
-    fs::create_directories(path.parent_path());
-    std::ofstream(path) << value;
-  }
-  long get(const std::string& file) const {
-    long value = -1;
-    std::ifstream(folder.path() / "sys/class/hwmon" / file) >> value;
-    return value;
-  }
-  bool isFull() const {
-    return get("hwmon0/device/fan1_manual") == 1 && get("hwmon0/device/fan1_output") == 6200 &&
-           get("hwmon0/device/fan2_manual") == 1 && get("hwmon1/pwm1_enable") == 1 &&
-           get("hwmon1/pwm1") == 255;
-  }
-  bool isAutomatic() const {
-    return get("hwmon0/device/fan1_manual") == 0 && get("hwmon0/device/fan2_manual") == 0 &&
-           get("hwmon1/pwm1_enable") == 5;
-  }
-  fs::path state() const { return folder.path() / "run/fans"; }
-  QStringList environment() const {
-    return {"TAVRIN_SYSFS_ROOT=" + QString::fromStdString(folder.path().string()),
-            "TAVRIN_FAN_STATE=" + QString::fromStdString(state().string())};
-  }
-  TemporaryFolder folder;
-};
-
-TEST(SysfsFans, KeysOfBothDrivers) {
-  Machine machine;
-  SysfsFans fans(machine.folder.path());
-  FanControl control(fans, [](double) {});
-  const auto readings = control.readings();
-  ASSERT_EQ(readings.size(), 3U);
-  EXPECT_EQ(readings[0], (FanReading{0, 2000, 1200, 6200, false}));
-  EXPECT_EQ(readings[2], (FanReading{2, 900, 0, 0, false}));
-}
-
-TEST(SysfsFans, NonsenseAndAFanThatVanishes) {
-  Machine machine;
-  SysfsFans fans(machine.folder.path());
-  FanControl control(fans, [](double) {});
-  std::ofstream(machine.folder.path() / "sys/class/hwmon/hwmon1/fan1_input") << "soon";
-  EXPECT_THROW(control.readings(), FanError);
-  fs::remove_all(machine.folder.path() / "sys/class/hwmon/hwmon1");
-  EXPECT_THROW(control.readings(), FanError);
-  for (const char* key : {"F9Ac", "F0Xx", "FxAc", "F", "", "F-1Ac", "F99999999999999999999Ac"})
-    EXPECT_THROW(fans.read(key), FanError) << key;
-  TemporaryFolder empty;
-  SysfsFans none(empty.path());
-  EXPECT_EQ(FanControl(none, [](double) {}).fanCount(), 0);
-}
-
-TEST(SysfsFans, AnotherProgramsManualControlStays) {
-  Machine machine;
-  machine.set("hwmon1/pwm1_enable", 1);
-  SysfsFans fans(machine.folder.path(), machine.state());
-  fs::create_directories(machine.state().parent_path());
-  FanControl control(fans, [](double) {});
-  control.setAuto();
-  EXPECT_EQ(machine.get("hwmon1/pwm1_enable"), 1);
-  control.setFull();
-  EXPECT_EQ(machine.get("hwmon1/pwm1"), 255);
-  control.setAuto();
-  EXPECT_EQ(machine.get("hwmon1/pwm1"), 90);
-}
-
-TEST(SysfsFans, ADriverThatRefusesHandsAllBack) {
-  Machine machine;
-  fs::create_directories(machine.state().parent_path());
-  const fs::path output = machine.folder.path() / "sys/class/hwmon/hwmon0/device/fan2_output";
-  fs::remove(output);
-  fs::create_symlink("/dev/full", output);
-  SysfsFans fans(machine.folder.path(), machine.state());
-  FanControl control(fans, [](double) {});
-  EXPECT_THROW(control.setFull(), FanError);
-  EXPECT_TRUE(machine.isAutomatic());
-}
-
-TEST(SysfsFans, ADeviceWithTwoEntriesIsHandedBack) {
-  Machine machine;
-  fs::create_directories(machine.state().parent_path());
-  const fs::path entries = machine.folder.path() / "sys/class/hwmon";
-  fs::create_directories(entries / "hwmon2");
-  fs::create_directory_symlink(entries / "hwmon0/device", entries / "hwmon2/device");
-  fs::create_directory_symlink(entries / "hwmon1", entries / "hwmon3");
-  SysfsFans fans(machine.folder.path(), machine.state());
-  FanControl control(fans, [](double) {});
-  EXPECT_EQ(control.fanCount(), 3);
-  control.setFull();
-  EXPECT_TRUE(machine.isFull());
-  // By another process, which may come upon the entries in another order.
-  fs::rename(entries / "hwmon3", entries / "hwmon");
-  SysfsFans next(machine.folder.path(), machine.state());
-  FanControl(next, [](double) {}).setAuto();
-  EXPECT_TRUE(machine.isAutomatic());
-  EXPECT_EQ(machine.get("hwmon1/pwm1_enable"), 5);
-}
-
-/// How many fans another user finds where one folder may not be searched, and then another neither.
-int fansOfAnotherUser(const fs::path& root) noexcept {
-  const fs::path entries = root / "sys/class/hwmon";
-  fs::permissions(entries / "hwmon1", fs::perms{0644});
-  if (::seteuid(65534) != 0)
-    return 90;
-  SysfsFans fans(root);
-  const int found = FanControl(fans, [](double) {}).fanCount();
-  if (::seteuid(0) != 0)
-    return 91;
-  fs::permissions(entries / "hwmon0/device", fs::perms{0644});
-  if (::seteuid(65534) != 0)
-    return 92;
-  try {
-    fans.read("F0Mx");
-    fans.read("F0Ac");
-    return 93;
-  } catch (const FanError&) {
-    return found;
-  }
-}
-
-TEST(SysfsFans, WhatMayNotBeSearchedHasNoFans) {
-  if (::geteuid() != 0)
-    GTEST_SKIP() << "another user cannot be tried";
-  Machine machine;
-  fs::permissions(machine.folder.path(), fs::perms{0755});
-  const pid_t child = ::fork();
-  if (child == 0)
-    ::_exit(fansOfAnotherUser(machine.folder.path()));
-  int status = 0;
-  ::waitpid(child, &status, 0);
-  ASSERT_TRUE(WIFEXITED(status)) << "ended by a signal";
-  EXPECT_EQ(WEXITSTATUS(status), 2);
 }
 
 class Helper : public testing::Test {
@@ -461,43 +309,6 @@ TEST_F(Helper, KilledAtAnyOfItsWritesTheNextHandsTheFansBack) {
     }
   std::printf("killed at %d writes\n", kills);
   EXPECT_GE(kills, 15);
-}
-
-/// Kills at every write: each prefix of the writes of a switch is left behind in turn.
-TEST(SysfsFansCrash, EveryPrefixOfTheWritesCanBeHandedBack) {
-  struct Stop {};
-  class Stopping final : public SMCAccess {
-  public:
-    Stopping(SMCAccess& fans, int left) : fans_(fans), left_(left) {}
-    SMCValue read(const std::string& key) override { return fans_.read(key); }
-    void write(const std::string& key, const std::vector<std::uint8_t>& bytes) override {
-      if (left_-- == 0)
-        throw Stop();
-      fans_.write(key, bytes);
-    }
-
-  private:
-    SMCAccess& fans_;
-    int left_;
-  };
-  int stops = 0;
-  for (int writes = 0; writes < 20; ++writes) {
-    Machine machine;
-    fs::create_directories(machine.state().parent_path());
-    SysfsFans fans(machine.folder.path(), machine.state());
-    Stopping stopping(fans, writes);
-    FanControl control(stopping, [](double) {});
-    try {
-      control.setFull();
-      control.setAuto();
-    } catch (const Stop&) {
-      ++stops;
-    }
-    SysfsFans next(machine.folder.path(), machine.state());
-    FanControl(next, [](double) {}).setAuto();
-    EXPECT_TRUE(machine.isAutomatic()) << writes;
-  }
-  EXPECT_EQ(stops, 11);
 }
 
 TEST_F(Helper, AnyOrderOfEventsLeavesNoFanForced) {
