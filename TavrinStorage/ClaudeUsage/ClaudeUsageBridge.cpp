@@ -60,7 +60,8 @@ if isinstance(used, (int, float)):
     left = int(resets - time.time()) if isinstance(resets, (int, float)) else 0
     if left > 0:
         parts.append("%dh %dm left" % (left // 3600, left % 3600 // 60))
-sys.stdout.buffer.write((" \u00b7 ".join(parts) + "\n").encode("utf-8", "replace"))
+line = "".join(c if c.isprintable() else "\ufffd" for c in " \u00b7 ".join(parts))
+sys.stdout.buffer.write((line + "\n").encode("utf-8", "replace"))
 '
 )SCRIPT";
 

@@ -6,6 +6,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelToolTip.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewWidget.h"
 
 namespace tavrin {
@@ -65,7 +66,7 @@ AirDropPanelView::AirDropPanelView(const PanelAppearance& appearance, AirDropMod
   add(files_);
   setEditButton("Edit AirDrop…", requests_.edit);
   forget_ = new PanelButton(PanelButton::Kind::faint, "Clear", [this] { model_.forget(); });
-  forget_->setToolTip("Forgets the files without sending them");
+  setPlainToolTip(forget_, "Forgets the files without sending them");
   forget_->setAccessibleDescription(forget_->toolTip());
   addFooterButton(forget_);
   refresh();
