@@ -206,6 +206,8 @@ double TextEngine::capHeight(FontWeight weight, double pointSize) {
 
 void TextEngine::draw(QPainter& painter, const QString& string, FontWeight weight, double pointSize,
                       QPointF origin, Digits digits) {
+  if (drawnLines != nullptr)
+    drawnLines->push_back({string, pointSize});
   Shaped& text = shaped(string, weight, digits);
   if (text.runSize != pointSize) {
     text.runs.clear();
