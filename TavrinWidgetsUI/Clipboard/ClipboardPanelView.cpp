@@ -1,11 +1,14 @@
 #include "TavrinWidgetsUI/Clipboard/ClipboardPanelView.h"
 
+#include "TavrinCore/Text/ComputerWords.h"
 #include "TavrinWidgetsUI/Clipboard/ClipboardViews.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelToolTip.h"
 #include "TavrinWidgetsUI/Kit/Pictures/Thumbnail.h"
+#include "TavrinWidgetsUI/Kit/Views/Utf8.h"
 
 #include <QDateTime>
 #include <QLocale>
@@ -42,7 +45,7 @@ ClipboardPanelView::ClipboardPanelView(const PanelAppearance& appearance, Clipbo
   add(empty_);
   setEditButton("Edit this widget's settings", services_.edit);
   clear_ = new PanelButton(PanelButton::Kind::faint, "Clear", [this] { model_.clearUnpinned(); });
-  clear_->setToolTip("Removes everything that is not pinned");
+  setPlainToolTip(clear_, "Removes everything that is not pinned");
   clear_->setAccessibleDescription("Removes everything that is not pinned");
   addFooterButton(clear_);
   refresh();
@@ -176,7 +179,7 @@ void ClipboardPanelView::showWords() {
     empty_->setHint("An X11 session keeps a history.");
   } else {
     empty_->setSentence("doc.on.clipboard", "Nothing copied yet");
-    empty_->setHint("Copy something on your Mac and it will show up here.");
+    empty_->setHint(utf8(localSentence("Copy something on your {Mac} and it will show up here.")));
   }
 }
 

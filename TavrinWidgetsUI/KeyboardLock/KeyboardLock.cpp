@@ -1,5 +1,7 @@
 #include "TavrinWidgetsUI/KeyboardLock/KeyboardLock.h"
 
+#include "TavrinCore/Text/ComputerWords.h"
+
 #include <algorithm>
 
 namespace tavrin {
@@ -8,10 +10,10 @@ namespace {
 constexpr std::string_view notPermitted =
     "Tavrin needs the Accessibility permission to hold the keyboard.";
 constexpr std::string_view secureInput =
-    "A password field has the keyboard, and macOS lets nothing hold it then. Leave the field and "
+    "A password field has the keyboard, and {macOS} lets nothing hold it then. Leave the field and "
     "lock again.";
 constexpr std::string_view screenLocked = "The screen is locked, so the keyboard stays free.";
-constexpr std::string_view refused = "macOS refused the lock. Try again in a moment.";
+constexpr std::string_view refused = "{macOS} refused the lock. Try again in a moment.";
 constexpr double minute = 60;
 /// The blocker's own limit is for the case that nobody counts here any more.
 constexpr double limitMargin = 2;
@@ -63,7 +65,7 @@ void KeyboardLock::lock() {
 }
 
 void KeyboardLock::refuse(std::string_view reason) {
-  trouble_ = reason;
+  trouble_ = localSentence(reason);
   changed();
 }
 

@@ -93,7 +93,7 @@ TEST_F(ClipboardWidget, CountsWhatIsNewUntilThePanelOpens) {
 TEST_F(ClipboardWidget, SaysWhatThereIsNot) {
   open();
   EXPECT_THAT(words(), Contains("Nothing copied yet"));
-  EXPECT_THAT(words(), Contains("Copy something on your Mac and it will show up here."));
+  EXPECT_THAT(words(), Contains("Copy something on your computer and it will show up here."));
   copy("one");
   type(&search(), "zebra");
   EXPECT_THAT(words(), Contains("Try a different word."));

@@ -93,7 +93,7 @@ TEST(FanWidgetController, SwitchesFromThePanel) {
   slot.show<FanWidgetController>(FanSettings{});
   slot.platform.loop.runBackground();
   slot.controller->togglePanel();
-  EXPECT_TRUE(slot.says("macOS decides how fast they turn."));
+  EXPECT_TRUE(slot.says("The desktop decides how fast they turn."));
   slot.button("Full speed")->click();
   EXPECT_EQ(slot.platform.fans.asked, std::vector<bool>{true});
   slot.platform.fans.answer();
@@ -106,7 +106,7 @@ TEST(FanWidgetController, AMachineWithoutFansSaysSo) {
   slot.show<FanWidgetController>(FanSettings{});
   slot.platform.loop.runBackground();
   slot.controller->togglePanel();
-  EXPECT_TRUE(slot.says("This Mac has no fans."));
+  EXPECT_TRUE(slot.says("This computer has no fans."));
 }
 
 TEST(SystemWidgetController, OpensTheDesktopsSystemMonitor) {
