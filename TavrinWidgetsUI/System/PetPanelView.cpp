@@ -23,6 +23,10 @@ QStringList speciesNames() {
 
 } // namespace
 
+PetSettings PetPanelView::settings() const {
+  return source_.model.widget().kind.settings<PetSettings>();
+}
+
 PetPanelView::PetPanelView(const PanelAppearance& appearance, Source source)
     : PanelView(appearance, Width::lists), source_(std::move(source)),
       meadow_(new ViewWidget(meadowSize)), words_(new PanelText({}, PanelTextStyle::secondary)),

@@ -28,7 +28,7 @@ public:
   void refresh() override;
 
 private:
-  PetSettings settings() const { return source_.model.widget().kind.settings<PetSettings>(); }
+  PetSettings settings() const;
 
   Source source_;
   ViewWidget* meadow_;

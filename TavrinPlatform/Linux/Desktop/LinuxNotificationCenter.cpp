@@ -25,7 +25,7 @@ const BusAddress manager{"org.freedesktop.systemd1", "/org/freedesktop/systemd1"
 constexpr const char* noticeArgument = "--notify";
 constexpr double noticeLimit = 10;
 /// Code points that a notice shows.
-constexpr std::size_t longestTitle = 200;
+constexpr std::size_t longestNoticeTitle = 200;
 constexpr std::size_t longestBody = 1000;
 /// For how long a click on a notice that nobody closed is still waited for.
 constexpr double clickLimit = 3600;
@@ -165,7 +165,7 @@ void LinuxNotificationCenter::requestAuthorization(std::function<void(bool grant
 
 void LinuxNotificationCenter::add(const UserNotificationRequest& wanted) {
   UserNotificationRequest request = wanted;
-  request.title = plainText(request.title, longestTitle);
+  request.title = plainText(request.title, longestNoticeTitle);
   request.body = plainText(request.body, longestBody);
   runLoop_.post([self = std::weak_ptr(self_), request] {
     if (const auto alive = self.lock()) {
