@@ -196,6 +196,9 @@ TEST(KeyboardLock, GivesWayToWhateverNeedsTheKeyboard) {
     need(bench);
     bench.platform.loop.advance(0.6);
     EXPECT_FALSE(bench.lock.isLocked() || bench.platform.blocker.isHeld());
+    const bool isLost = &need == &needs[3];
+    EXPECT_EQ(bench.lock.trouble(),
+              isLost ? "The lock ended because the keyboard could not be held any longer." : "");
   }
   Bench asking;
   asking.lock.lock();
