@@ -2,8 +2,11 @@
 
 #include "TavrinSlot/DockPanelPresenter.h"
 #include "TavrinStorage/StoragePath.h"
+#include "TavrinStorage/WidgetStore.h"
 #include "TavrinWidgetsUI/Clipboard/ClipboardPanelView.h"
 #include "TavrinWidgetsUI/Clipboard/ClipboardViews.h"
+
+#include <algorithm>
 
 namespace tavrin {
 namespace {
@@ -18,16 +21,33 @@ std::filesystem::path storeURL(Platform& platform) {
   }
 }
 
+/// Also where that cannot be read: nothing is removed on a guess.
+bool isKeptByAnother(Platform& platform, const UUID& id) {
+  try {
+    const WidgetStore store(
+        StoragePath(platform.fileManager(), platform.mainBundle()).widgetsFileURL());
+    return std::ranges::any_of(store.file().widgets, [&](const DockWidget& widget) {
+      const auto* settings = widget.kind.get<ClipboardSettings>();
+      return widget.id != id && settings != nullptr && settings->persistAcrossRestarts;
+    });
+  } catch (const std::exception& error) {
+    Log(platform.log(), "slot").error(error.what());
+    return true;
+  }
+}
+
 } // namespace
 
 void ClipboardWidgetController::start() {
+  platform().application().keepMemoryPrivate();
   ogSource_.emplace(
       LinkPreviewSource::Services{platform().runLoop(), platform().clock(),
                                   [this]() -> HTTPClient& { return platform().http(); }});
-  source_.emplace(ClipboardSource::Services{platform().clock(), platform().runLoop(),
-                                            platform().pasteboard(), platform().keychain(),
-                                            platform().workspace(), *ogSource_},
-                  storeURL(platform()), settings());
+  source_.emplace(
+      ClipboardSource::Services{platform().clock(), platform().runLoop(), platform().pasteboard(),
+                                platform().keychain(), platform().workspace(), *ogSource_,
+                                [this] { return isKeptByAnother(platform(), widget().id); }},
+      storeURL(platform()), settings());
   model_.emplace(widget(), *source_);
   model_->onChange = [this] { historyChanged(); };
   model_->start();

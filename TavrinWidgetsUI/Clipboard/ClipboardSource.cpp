@@ -90,6 +90,7 @@ ClipboardSource::~ClipboardSource() {
 void ClipboardSource::start() {
   listen();
   if (!settings_.persistAcrossRestarts) {
+    forgetStored();
     state_.hasRead = true;
     tell();
     return;
@@ -234,12 +235,16 @@ void ClipboardSource::setSettings(const ClipboardSettings& settings) {
     return;
   if (before.maxImageBytes != settings.maxImageBytes && observation_)
     listen();
-  if (before.persistAcrossRestarts && !settings.persistAcrossRestarts) {
-    saveTimer_.reset();
-    lastSaved_.clear();
-    files_->run([vault = vault_] { vault->forget(); });
-  }
+  if (before.persistAcrossRestarts && !settings.persistAcrossRestarts)
+    forgetStored();
   change(state_.items);
+}
+
+void ClipboardSource::forgetStored() {
+  saveTimer_.reset();
+  lastSaved_.clear();
+  if (!services_.isKeptByAnother || !services_.isKeptByAnother())
+    files_->run([vault = vault_] { vault->forget(); });
 }
 
 void ClipboardSource::write(const ClipboardItem& item) {

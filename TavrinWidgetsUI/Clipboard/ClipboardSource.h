@@ -37,6 +37,8 @@ public:
     Keychain& keychain;
     const Workspace& workspace;
     LinkPreviewSource& ogSource;
+    /// Whether another widget keeps its history in the same file. May be empty for no other one.
+    std::function<bool()> isKeptByAnother = {};
   };
   ClipboardSource(const Services& services, const std::filesystem::path& storeURL,
                   const ClipboardSettings& settings);
@@ -45,7 +47,8 @@ public:
   ClipboardSource(const ClipboardSource&) = delete;
   ClipboardSource& operator=(const ClipboardSource&) = delete;
 
-  /// Reads the stored history and begins to listen.
+  /// Reads the stored history and begins to listen. Where keeping is switched off, what may have
+  /// been kept before is removed.
   void start();
   const ClipboardState& state() const { return state_; }
   /// Keeping across restarts that is switched off removes the file.
@@ -84,6 +87,7 @@ private:
   void fetchNextPreview();
   void adoptPreview(const UUID& id, const LinkPreview& preview);
   void dropUnwantedPreviews();
+  void forgetStored();
   void change(ClipboardList items);
   void scheduleSave();
   void save();

@@ -43,7 +43,9 @@ public:
   void terminate() override { ++terminations; }
   void requestUserAttention() override { ++attentionRequests; }
   void cancelUserAttention() override { ++attentionCancellations; }
+  void keepMemoryPrivate() override { isMemoryPrivate = true; }
 
+  bool isMemoryPrivate = false;
   std::vector<std::string> args;
   int terminations = 0;
   int attentionRequests = 0;

@@ -23,7 +23,8 @@ protected:
   void open(const ClipboardSettings& settings = {}) {
     source_ = std::make_unique<ClipboardSource>(
         ClipboardSource::Services{platform_.fakeClock, platform_.loop, board(),
-                                  platform_.fakeKeychain, platform_.fakeWorkspace, ogSource_},
+                                  platform_.fakeKeychain, platform_.fakeWorkspace, ogSource_,
+                                  [this] { return isKeptByAnother_; }},
         file_, settings);
     source_->onChange = [this] { ++changes_; };
     source_->start();
@@ -55,6 +56,7 @@ protected:
                                [this]() -> HTTPClient& { return platform_.fakeHTTP; }}};
   std::unique_ptr<ClipboardSource> source_;
   int changes_ = 0;
+  bool isKeptByAnother_ = false;
 };
 
 TEST_F(ClipboardSourceTest, TakesTheFirstKindThatIsThere) {
@@ -264,6 +266,7 @@ TEST_F(ClipboardSourceTest, ABrokenFileIsAToldTroubleAndPutAside) {
       {good.substr(0, 29), "altered or sealed with another key"},
       {flipped, "altered or sealed with another key"},
       {foreign(), "altered or sealed with another key"}};
+  int number = 0;
   for (const auto& [contents, sentence] : cases) {
     writeFileAtomically(file_, contents);
     open();
@@ -276,9 +279,17 @@ TEST_F(ClipboardSourceTest, ABrokenFileIsAToldTroubleAndPutAside) {
     pass(1);
     EXPECT_FALSE(source_->state().trouble);
     EXPECT_THAT(lines(), ElementsAre("new"));
-    EXPECT_EQ(readFile(file_.string() + ".damaged").value_or("none"), contents);
+    ++number;
+    const std::string name =
+        file_.string() + ".damaged" + (number > 1 ? "-" + std::to_string(number) : "");
+    EXPECT_EQ(readFile(name).value_or("none"), contents);
     source_.reset();
   }
+  EXPECT_EQ(readFile(file_.string() + ".damaged").value_or("none"), "") << "the first one stays";
+  open();
+  source_->forgetEverything();
+  platform_.loop.runBackground();
+  EXPECT_FALSE(std::filesystem::exists(file_.string() + ".damaged-3"));
 }
 
 TEST_F(ClipboardSourceTest, NothingIsKeptWhereThatIsSwitchedOff) {
@@ -298,6 +309,24 @@ TEST_F(ClipboardSourceTest, NothingIsKeptWhereThatIsSwitchedOff) {
   EXPECT_THAT(lines(), IsEmpty());
   EXPECT_TRUE(source_->state().hasRead);
   EXPECT_EQ(bytes(), "none");
+}
+
+TEST_F(ClipboardSourceTest, WhatWasSwitchedOffMeanwhileIsRemovedAtTheStart) {
+  ClipboardSettings settings;
+  open(settings);
+  copyText("stored");
+  pass(1);
+  source_.reset();
+  writeFileAtomically(file_.string() + ".damaged", "older");
+  settings.persistAcrossRestarts = false;
+  isKeptByAnother_ = true;
+  open(settings);
+  EXPECT_NE(bytes(), "none") << "another widget's history is its own";
+  EXPECT_THAT(lines(), IsEmpty());
+  isKeptByAnother_ = false;
+  open(settings);
+  EXPECT_EQ(bytes(), "none");
+  EXPECT_FALSE(std::filesystem::exists(file_.string() + ".damaged"));
 }
 
 /// Lets the previews that are waiting for answers have theirs.
