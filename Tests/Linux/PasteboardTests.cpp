@@ -116,6 +116,18 @@ TEST_F(PasteboardTest, AHintThatCannotBeReadHints) {
   }
 }
 
+TEST_F(PasteboardTest, TextInLatin1IsReadAsThat) {
+  observe();
+  for (const auto& [bytes, words] :
+       {std::pair{"caf\\xe9", "text/plain=café;"}, {"caf\\xc3\\xa9", "text/plain=café;"}}) {
+    captures_.clear();
+    shell(std::string("printf '") + bytes +
+          "' | xclip -selection clipboard -t STRING >/dev/null 2>&1");
+    ASSERT_TRUE(until([&] { return !captures_.empty(); })) << bytes;
+    EXPECT_EQ(PasteboardTest::words(captures_[0]), words);
+  }
+}
+
 TEST_F(PasteboardTest, AnOwnerThatCopiesAgainIsReadInOneTurn) {
   observe();
   Program owner(SELECTION_OWNER, {"turn"});
@@ -148,6 +160,7 @@ TEST_F(PasteboardTest, OffersWhatIsWrittenToOthersWhateverItsLength) {
   EXPECT_TRUE(captures_[0].isOwn);
   EXPECT_EQ(shell("xclip -selection clipboard -o"), "Grüße");
   EXPECT_EQ(shell("xclip -selection clipboard -o -t text/plain"), "Grüße");
+  EXPECT_EQ(shell("xclip -selection clipboard -o -t STRING | od -An -tx1"), "47 72 fc df 65");
   EXPECT_EQ(shell("xclip -selection clipboard -o -t TARGETS | sort | tr '\\n' ' '"),
             "MULTIPLE STRING TARGETS TEXT TIMESTAMP UTF8_STRING text/plain "
             "text/plain;charset=utf-8");

@@ -1,5 +1,7 @@
 #include "TavrinPlatform/Linux/Pasteboard/SelectionReader.h"
 
+#include "TavrinPlatform/Linux/Pasteboard/Latin1.h"
+
 #include <algorithm>
 #include <array>
 #include <string_view>
@@ -19,6 +21,7 @@ constexpr std::size_t longestTargets = 16 * 1024;
 constexpr std::size_t longestFiles = 256 * 1024;
 constexpr unsigned propertyCount = 8;
 constexpr const char* targetList = "TARGETS";
+constexpr const char* latin1Target = "STRING";
 /// What the hint says of a copy that is to be forgotten.
 constexpr std::string_view secretHint = "secret";
 constexpr std::string_view usualTargets[] = {SelectionReader::passwordHint, Pasteboard::filesType,
@@ -197,6 +200,10 @@ void SelectionReader::arrived(Value value) {
     next();
     return;
   }
+  if (current_.target == latin1Target) {
+    value.bytes = utf8FromSTRING(value.bytes, value.size > bound());
+    value.size = std::max(value.size, value.bytes.size());
+  }
   Pasteboard::Format format{current_.type, nullptr, value.size};
   // Half an image is none; the beginning of a text is one.
   if (!isImage() || value.size <= bound())
@@ -240,7 +247,7 @@ void SelectionReader::choose() {
     if (offers(type))
       wishes_.push_back({type, type});
   constexpr std::array<const char*, 4> texts{"UTF8_STRING", "text/plain;charset=utf-8",
-                                             "text/plain", "STRING"};
+                                             "text/plain", latin1Target};
   const auto text = std::ranges::find_if(texts, [this](auto type) { return offers(type); });
   if (text != texts.end())
     wishes_.push_back({Pasteboard::textType, *text});
