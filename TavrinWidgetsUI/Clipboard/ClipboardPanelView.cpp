@@ -26,20 +26,21 @@ constexpr std::size_t mostThumbnails = 128;
 ClipboardPanelView::ClipboardPanelView(const PanelAppearance& appearance, ClipboardModel& model,
                                        Services services)
     : PanelView(appearance, Width::lists), model_(model), services_(std::move(services)),
-      trouble_(new PanelText({}, PanelTextStyle::trouble)), search_(new PanelSearchField("Search")),
-      list_(new PanelList("Clipboard history")),
+      trouble_(new PanelText({}, PanelTextStyle::trouble)),
+      missing_(new PanelText("That image was too large to be kept. Only its size is known.",
+                             PanelTextStyle::trouble)),
+      search_(new PanelSearchField("Search")), list_(new PanelList("Clipboard history")),
       empty_(new PanelEmptyState("doc.on.clipboard", {})) {
   add(trouble_);
+  missing_->hide();
+  add(missing_);
   search_->setList(list_);
   search_->onChange = [this](const QString& text) {
     model_.setSearchText(text.toStdString());
     showResults();
     showWords();
   };
-  search_->onReturn = [this] {
-    if (const auto first = entryAt(0))
-      services_.copy(first->item);
-  };
+  search_->onReturn = [this] { copy(entryAt(0)); };
   add(search_);
   makeList();
   add(empty_);
@@ -54,10 +55,7 @@ ClipboardPanelView::ClipboardPanelView(const PanelAppearance& appearance, Clipbo
 void ClipboardPanelView::makeList() {
   list_->setTall(true);
   list_->setMaximumVisibleRows(visibleRows);
-  list_->onOpen = [this](int row) {
-    if (const auto entry = entryAt(row))
-      services_.copy(entry->item);
-  };
+  list_->onOpen = [this](int row) { copy(entryAt(row)); };
   list_->onAction = [this](int row, int action) { act(row, action); };
   list_->onRemove = [this](int row) {
     if (const auto entry = entryAt(row))
@@ -67,10 +65,21 @@ void ClipboardPanelView::makeList() {
 }
 
 void ClipboardPanelView::showEvent(QShowEvent* event) {
-  revealed_.clear();
   search_->clear();
   search_->setFocus();
   PanelView::showEvent(event);
+}
+
+void ClipboardPanelView::hideEvent(QHideEvent* event) {
+  revealed_.clear();
+  missing_->hide();
+  PanelView::hideEvent(event);
+}
+
+void ClipboardPanelView::copy(const ClipboardEntryPtr& entry) {
+  missing_->setVisible(entry && !entry->item.hasContent());
+  if (entry && entry->item.hasContent())
+    services_.copy(entry->item);
 }
 
 void ClipboardPanelView::appearanceChanged() {

@@ -134,6 +134,25 @@ TEST_F(ClipboardWidget, TheListWorksByKeyboardAlone) {
   EXPECT_EQ(copied(), "one");
 }
 
+TEST_F(ClipboardWidget, WhatWasNotKeptIsSaidAndWhatWasShownIsHiddenAgain) {
+  copy("aB3dE5gH7jK9");
+  rig_.platform.fakePasteboard.copy({{"image/png", std::string(3'000'000, 'x')}});
+  rig_.platform.loop.runBackground();
+  auto* view = open();
+  list().setCurrentRow(0);
+  keyClick(&list(), Qt::Key_Return);
+  EXPECT_TRUE(rig_.panel.isShown());
+  EXPECT_TRUE(rig_.platform.fakePasteboard.written.empty());
+  const std::string sentence = "That image was too large to be kept. Only its size is known.";
+  EXPECT_THAT(words(), Contains(sentence));
+  list().onAction(1, 0);
+  EXPECT_EQ(titles()[1], "aB3dE5gH7jK9");
+  view->hide();
+  EXPECT_EQ(titles()[1], "••••••••••••");
+  view->show();
+  EXPECT_THAT(words(), testing::Not(Contains(sentence)));
+}
+
 TEST_F(ClipboardWidget, PicturesAreMadeInTheBackgroundAtTheSizeShown) {
   QImage image(640, 320, QImage::Format_RGB32);
   image.fill(Qt::red);
