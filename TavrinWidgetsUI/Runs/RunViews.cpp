@@ -23,9 +23,8 @@ AnyView wideRunText(const std::vector<QStringList>& captions, const QString& tim
                            .weight(FontWeight::medium)
                            .colour(size.quietInk())
                            .figure(std::max(points * 0.85, size.words(0))));
-    candidates.push_back(vstack(std::move(column))
-                             .align(Alignment::leading)
-                             .height(points * 1.2 * double(lines.size())));
+    candidates.push_back(
+        vstack(std::move(column)).align(Alignment::leading).spacing(points * 0.22));
   }
   const AnyView figure = text(time)
                              .size(size.figure())

@@ -137,10 +137,10 @@ AnyView digitalContent(const ClockReading& clock, const TileSize& size) {
     lines.push_back(digits(clock.seconds, std::max(body * 0.2, minimumTypeSize), clockTint));
   }
   for (AnyView& line : lines)
-    line = line.padding(body * 0.05, 0);
+    line = line.padding(body * 0.03, 0);
   if (size.hasCaption())
     lines.push_back(weekdayLine(clock, size.caption(), size.quietInk(nightTop)));
-  return vstack(std::move(lines)).spacing(body * 0.01).padding(body * 0.02, 0).fill();
+  return vstack(std::move(lines)).spacing(body * 0.01).padding(body * (size.side < 56 ? 0.02 : 0.05), 0).fill();
 }
 
 } // namespace
