@@ -78,7 +78,7 @@ DockWidget WidgetStore::create(std::string_view name, const DockWidget::Kind& ki
   return widget;
 }
 
-std::optional<DockWidget> WidgetStore::claimSlot(const UUID& id) {
+std::optional<DockWidget> WidgetStore::claimSlot(UUID id) {
   std::optional<DockWidget> claimed;
   document_.change([&](WidgetsFile& file) {
     claimed.reset();
@@ -95,7 +95,7 @@ std::optional<DockWidget> WidgetStore::claimSlot(const UUID& id) {
   return claimed;
 }
 
-void WidgetStore::releaseSlot(const UUID& id) {
+void WidgetStore::releaseSlot(UUID id) {
   document_.change([&](WidgetsFile& file) {
     auto* widget = find(file, id);
     const bool isPlaced = widget != nullptr && widget->slot;
@@ -105,11 +105,11 @@ void WidgetStore::releaseSlot(const UUID& id) {
   });
 }
 
-void WidgetStore::update(const DockWidget& widget) {
+void WidgetStore::update(DockWidget widget) {
   change(widget.id, [&](DockWidget& stored) { stored = widget; });
 }
 
-void WidgetStore::remove(const UUID& id) {
+void WidgetStore::remove(UUID id) {
   document_.change([&](WidgetsFile& file) {
     std::erase_if(file.widgets, [&](const DockWidget& widget) { return widget.id == id; });
   });

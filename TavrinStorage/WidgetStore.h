@@ -7,7 +7,8 @@ namespace tavrin {
 
 /// The widgets file, changed by the host and by the slots: each change is made in the file as it is
 /// then. `reload` when told that others changed it. Whoever changes widgets posts
-/// `DockSlot::widgetsChangedNotification` afterwards; this class posts nothing.
+/// `DockSlot::widgetsChangedNotification` afterwards; this class posts nothing. Identifiers and
+/// records are taken by value: what they may be taken from is read anew first.
 ///
 /// A failed read throws FileError and leaves `file` as it was. A failed write throws FileError
 /// and keeps the change in memory.
@@ -32,17 +33,17 @@ public:
   DockWidget create(std::string_view name, const DockWidget::Kind& kind);
   /// Gives the widget the lowest free slot and returns it as it then is; unchanged when it has one
   /// already. No value when there is no such widget or no free slot.
-  std::optional<DockWidget> claimSlot(const UUID& id);
-  void releaseSlot(const UUID& id);
+  std::optional<DockWidget> claimSlot(UUID id);
+  void releaseSlot(UUID id);
   /// Replaces the widget with the same id. Throws DockError when there is none.
-  void update(const DockWidget& widget);
+  void update(DockWidget widget);
   /// Changes the widget as it is in the file. `change` may answer whether there is anything to
   /// write; what it throws leaves everything as it was. Throws DockError when there is no such
   /// widget.
-  template <class Change> void change(const UUID& id, const Change& change) {
+  template <class Change> void change(UUID id, const Change& change) {
     document_.change([&](WidgetsFile& file) { return change(required(file, id)); });
   }
-  void remove(const UUID& id);
+  void remove(UUID id);
 
   /// Several changes as one: the file is read before the first and written after the last. What
   /// `changes` throws undoes them all. Gives what `changes` gives; that may run more than once.

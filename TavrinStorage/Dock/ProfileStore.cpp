@@ -22,16 +22,16 @@ Profile& ProfileStore::required(ProfilesFile& file, const UUID& id) {
   return *found;
 }
 
-Profile ProfileStore::create(const Profile& profile) {
+Profile ProfileStore::create(Profile profile) {
   document_.change([&](ProfilesFile& file) { file.profiles.push_back(profile); });
   return profile;
 }
 
-void ProfileStore::update(const Profile& profile) {
+void ProfileStore::update(Profile profile) {
   change(profile.id, [&](Profile& stored) { stored = profile; });
 }
 
-void ProfileStore::remove(const UUID& id) {
+void ProfileStore::remove(UUID id) {
   document_.change([&](ProfilesFile& file) {
     std::erase_if(file.profiles, [&](const Profile& one) { return one.id == id; });
     if (file.activeProfileId == id)
@@ -49,11 +49,11 @@ std::optional<Profile> ProfileStore::activeProfile() const {
   return id ? profile(*id) : std::nullopt;
 }
 
-void ProfileStore::setActive(const std::optional<UUID>& id) {
+void ProfileStore::setActive(std::optional<UUID> id) {
   document_.change([&](ProfilesFile& file) { file.activeProfileId = id; });
 }
 
-Profile ProfileStore::activate(const UUID& id) {
+Profile ProfileStore::activate(UUID id) {
   std::optional<Profile> active;
   document_.change([&](ProfilesFile& file) {
     active = required(file, id);

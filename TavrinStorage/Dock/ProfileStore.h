@@ -9,6 +9,8 @@ namespace tavrin {
 
 /// The profiles file: each change is made in the file as it is then.
 ///
+/// Identifiers and records are taken by value: what they may be taken from is read anew first.
+///
 /// A failed read throws FileError and leaves `file` as it was. A failed write throws FileError and
 /// keeps the change in memory.
 class ProfileStore {
@@ -24,13 +26,13 @@ public:
   /// Writes the profiles that are in the file again, in today's form.
   void save();
 
-  Profile create(const Profile& profile);
+  Profile create(Profile profile);
   /// Replaces the profile with the same id. Throws DockError (profileNotFound) when there is none.
-  void update(const Profile& profile);
+  void update(Profile profile);
   /// Changes the profile as it is in the file, and gives it as it then is. `change` may answer
   /// whether there is anything to write; what it throws leaves everything as it was. Throws
   /// DockError (profileNotFound).
-  template <class Change> Profile change(const UUID& id, const Change& change) {
+  template <class Change> Profile change(UUID id, const Change& change) {
     std::optional<Profile> changed;
     document_.change([&](ProfilesFile& file) {
       auto& profile = required(file, id);
@@ -45,14 +47,14 @@ public:
     return std::move(*changed);
   }
   /// Also makes no profile active when it was this one.
-  void remove(const UUID& id);
+  void remove(UUID id);
   std::optional<Profile> profile(const UUID& id) const;
   /// The active one; no value where none is, or where it is gone.
   std::optional<Profile> activeProfile() const;
-  void setActive(const std::optional<UUID>& id);
+  void setActive(std::optional<UUID> id);
   /// Makes a profile that is in the file the active one, where it is not that already. Throws
   /// DockError (profileNotFound).
-  Profile activate(const UUID& id);
+  Profile activate(UUID id);
   /// Makes the first profile that `matches` the active one, or none where none does.
   void activateFirst(const std::function<bool(const Profile&)>& matches);
   /// Adds profiles from elsewhere, as `ProfileTransfer::merge` does, and gives them as they were

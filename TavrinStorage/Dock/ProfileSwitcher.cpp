@@ -60,7 +60,7 @@ bool ProfileSwitcher::apply(const DockSwapper::Plan& plan) {
   return applyWithBackup(swapper_, backup_, plan, clock_, didBackUp);
 }
 
-bool ProfileSwitcher::switchTo(const UUID& profileID) {
+bool ProfileSwitcher::switchTo(UUID profileID) {
   requiredProfile(profileID);
   if (store_.file().activeProfileId == profileID)
     return false;
@@ -78,7 +78,7 @@ bool ProfileSwitcher::captureCurrentDock() {
   return active && capture(active->id, dock);
 }
 
-bool ProfileSwitcher::capture(const UUID& profileID, const DockSnapshot& dock) {
+bool ProfileSwitcher::capture(UUID profileID, const DockSnapshot& dock) {
   bool isChanged = false;
   store_.change(profileID, [&](Profile& profile) {
     isChanged = !isSame(profile.snapshot(dock.capturedAt), dock);
@@ -91,7 +91,7 @@ bool ProfileSwitcher::capture(const UUID& profileID, const DockSnapshot& dock) {
   return isChanged;
 }
 
-void ProfileSwitcher::activate(const UUID& profileID) {
+void ProfileSwitcher::activate(UUID profileID) {
   const Profile profile = store_.activate(profileID);
   if (const auto observer = workspaceObserver.lock())
     observer->profileBecameActive(profile);

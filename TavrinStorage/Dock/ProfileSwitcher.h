@@ -43,13 +43,13 @@ public:
   BackupObserver didBackUp;
 
   /// Does nothing, and gives false, when the profile is already active.
-  bool switchTo(const UUID& profileID);
+  bool switchTo(UUID profileID);
   /// Takes the Dock as it is into the active profile; false when that changes nothing.
   bool captureCurrentDock();
   /// The same with a profile that need not be active. Throws DockError (profileNotFound).
-  bool capture(const UUID& profileID, const DockSnapshot& dock);
+  bool capture(UUID profileID, const DockSnapshot& dock);
   /// Makes a profile the active one without touching the Dock.
-  void activate(const UUID& profileID);
+  void activate(UUID profileID);
   /// Puts the active profile into the Dock; false when the Dock shows it already.
   bool applyActiveProfile();
   /// Brings back the newest backup and takes it off the list; the Dock before becomes a backup.

@@ -80,6 +80,28 @@ TEST_F(SharedDocumentTest, ChangesWithinAChangeAreOne) {
   EXPECT_EQ(document_.value(), (Mark{1, 3}));
 }
 
+TEST(SharedFiles, RecordsOfAStoreMayBeGivenBackToIt) {
+  const TemporaryFolder folder;
+  WidgetStore widgets(folder / "widgets.json");
+  ProfileStore profiles(folder / "profiles.json");
+  for (int i = 0; i < 3; ++i) {
+    widgets.create("w", ClockSettings{});
+    Profile profile;
+    profile.id = UUID::random();
+    profiles.create(profile);
+  }
+  widgets.update(widgets.file().widgets[2]);
+  EXPECT_TRUE(widgets.claimSlot(widgets.file().widgets[2].id));
+  widgets.remove(widgets.file().widgets[2].id);
+  profiles.update(profiles.file().profiles[2]);
+  profiles.change(profiles.file().profiles[2].id, [](Profile& profile) { profile.name = "n"; });
+  profiles.activate(profiles.file().profiles[2].id);
+  profiles.remove(profiles.file().profiles[2].id);
+  EXPECT_EQ(widgets.file().widgets.size(), 2U);
+  EXPECT_EQ(profiles.file().profiles.size(), 2U);
+  EXPECT_FALSE(profiles.file().activeProfileId);
+}
+
 TEST(SharedFiles, APourThatWasNotWrittenWasNotDrunk) {
   const TemporaryFolder folder;
   Posts posts;
