@@ -52,7 +52,8 @@ private:
   void changeSettings(const std::function<void(JSONValue::Object& settings)>& change) const;
   bool isOwn(const std::optional<std::string>& command) const;
   std::optional<std::string> chainedCommand() const;
-  std::string scriptText(const std::string& previous) const;
+  JSONValue chainedRefresh() const;
+  std::string scriptText(const std::string& previous, const JSONValue& refresh) const;
 
   std::filesystem::path folder_;
   std::filesystem::path settings_;
