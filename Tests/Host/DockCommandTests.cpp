@@ -148,6 +148,22 @@ TEST_F(DockCommandTest, SaysWhichFilesWereWrittenBeforeOneFailed) {
   EXPECT_EQ(labels(folder / "a.plist"), "Mail | x://y");
 }
 
+TEST_F(DockCommandTest, SaysWhetherItWasWritten) {
+  EXPECT_EQ(run({"profiles", "create", "at/work", "--activate"}), 0);
+  EXPECT_EQ(*json({"profiles", "apply"}).member("written"), JSONValue(false));
+  EXPECT_EQ(run({"dock", "remove", "Mail"}), 0);
+  EXPECT_EQ(*json({"profiles", "apply"}).member("written"), JSONValue(true));
+  EXPECT_EQ(run({"dock", "remove", "Mail"}), 0);
+  EXPECT_EQ(run({"dock", "apply", "at/work"}), 0) << errors.str();
+  EXPECT_EQ(labels(dockFile()), "Mail Notes |");
+  EXPECT_EQ(run({"dock", "apply", "at/home"}), 10) << "neither a file nor a profile";
+  write(folder / "other.plist", {});
+  EXPECT_EQ(run({"dock", "edit", "--file", (folder / "other.plist").string()}, "add\t/gone.app\n"),
+            0)
+      << errors.str();
+  EXPECT_EQ(labels(folder / "other.plist"), "gone |");
+}
+
 TEST_F(DockCommandTest, WritesNothingOnADryRunOrAnError) {
   const auto before = bytes();
   struct Case {
@@ -171,16 +187,14 @@ TEST_F(DockCommandTest, WritesNothingOnADryRunOrAnError) {
        "\"Same\" may be \"Same\" (apps, 1) or \"Same\" (apps, 2)"},
       {{"remove", "--all", "--file", at("good.plist"), "--file", at("bad.plist")},
        12,
-       "because tile is missing tile-type"},
+       "because tile is missing tile-type\nIt is tile 1 of persistent-apps."},
       {{"show", "--file", at("new.plist")},
        14,
        "Failed to handle dock item of type recents-tile because it is not supported"},
       {{"show", "--file", at("none.plist")}, 10, "Failed to locate dock plist at "},
       {{"show", "--file", folder.string()}, 11, "because it is not a regular file"},
       {{"add", "/nowhere/to/be"}, 16, "Failed to find file at /nowhere/to/be"},
-      {{"add", "x://\x01", "--no-restart"},
-       13,
-       "because cfprefsd refused to synchronize com.apple.dock"},
+      {{"add", "x://\x01", "--no-restart"}, 13, "because a text holds a character that XML cannot"},
       {{"move", "Mail"}, 2, "say where to"},
       {{"move", "Mail", "--position", "0"}, 5, "is no position"},
       {{"undo"}, 18, "Cannot undo because there is no Dock backup yet"},
@@ -312,6 +326,7 @@ TEST_F(DockCommandTest, FollowsTheFocusAndTheShortcuts) {
     EXPECT_EQ(dock.shortcuts.bound.size(), 1U);
     EXPECT_EQ(dock.shortcuts.binds, 2);
   };
+  EXPECT_EQ(run({"focus", "--numbered", "shift"}), 5);
   EXPECT_EQ(run({"focus"}), 0) << errors.str();
   EXPECT_EQ(json({"backups", "list"}).array()->size(), 2U);
 }

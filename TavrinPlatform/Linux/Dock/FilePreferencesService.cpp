@@ -20,7 +20,8 @@ bool FilePreferencesService::synchronize(const std::string& domain) {
     std::filesystem::create_directories(folder_, ignored);
     writePlistRoot(file(domain), std::move(root));
     return true;
-  } catch (const DockError&) {
+  } catch (const DockError& error) {
+    refusal_ = error.detail();
     return false;
   }
 }
