@@ -1,7 +1,7 @@
 #include "TavrinPlatform/Linux/Desktop/BusNotificationCenter.h"
 #include "TavrinPlatform/Linux/Desktop/LinuxWorkspace.h"
 #include "TavrinPlatform/Linux/Files/LinuxFileManager.h"
-#include "TavrinPlatform/Linux/Tile/PictureSurface.h"
+#include "TavrinPlatform/Qt/PictureSurface.h"
 #include "TavrinPlatform/Qt/QtRunLoop.h"
 #include "Tests/Linux/Desk.h"
 

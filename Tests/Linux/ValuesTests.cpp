@@ -4,9 +4,9 @@
 #include "TavrinPlatform/Linux/Files/LinuxUserFiles.h"
 #include "TavrinPlatform/Linux/Files/Trash.h"
 #include "TavrinPlatform/Linux/Files/UserFolders.h"
-#include "TavrinPlatform/Linux/Slot/JSONUserDefaults.h"
 #include "TavrinPlatform/Linux/Slot/LinuxMainBundle.h"
 #include "TavrinPlatform/Linux/Tile/LinuxDockGeometry.h"
+#include "TavrinPlatform/POSIX/JSONUserDefaults.h"
 
 #include "TavrinCore/Base/Errors.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "TavrinCore/Desktop/IconTheme.h"
-#include "TavrinPlatform/Linux/Base/Module.h"
+#include "TavrinPlatform/POSIX/Module.h"
 
 #include <QImage>
 #include <filesystem>

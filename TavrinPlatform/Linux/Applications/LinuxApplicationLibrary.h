@@ -4,7 +4,7 @@
 #include "TavrinPlatform/Linux/Applications/ApplicationLauncher.h"
 #include "TavrinPlatform/Linux/Applications/IconLoader.h"
 #include "TavrinPlatform/Linux/Base/DesktopXSettings.h"
-#include "TavrinPlatform/Linux/Base/HandlerList.h"
+#include "TavrinPlatform/POSIX/HandlerList.h"
 
 class QFileSystemWatcher;
 

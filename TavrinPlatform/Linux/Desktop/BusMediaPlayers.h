@@ -2,8 +2,8 @@
 
 #include "TavrinPlatform/Clock.h"
 #include "TavrinPlatform/Linux/Base/Bus.h"
-#include "TavrinPlatform/Linux/Base/HandlerList.h"
 #include "TavrinPlatform/MediaPlayers.h"
+#include "TavrinPlatform/POSIX/HandlerList.h"
 
 #include <map>
 

@@ -3,8 +3,8 @@
 #include "TavrinPlatform/FileManager.h"
 #include "TavrinPlatform/Linux/Base/Bus.h"
 #include "TavrinPlatform/Linux/Base/DesktopXSettings.h"
-#include "TavrinPlatform/Linux/Base/HandlerList.h"
 #include "TavrinPlatform/Linux/Slot/ClockWatch.h"
+#include "TavrinPlatform/POSIX/HandlerList.h"
 #include "TavrinPlatform/Workspace.h"
 
 #include <map>

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "TavrinPlatform/Linux/Base/Bus.h"
-#include "TavrinPlatform/Linux/Base/HandlerList.h"
 #include "TavrinPlatform/NearbyDevices.h"
+#include "TavrinPlatform/POSIX/HandlerList.h"
 
 #include <map>
 

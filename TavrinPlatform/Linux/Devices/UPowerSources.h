@@ -2,7 +2,7 @@
 
 #include "TavrinPlatform/Linux/Base/Bus.h"
 #include "TavrinPlatform/Linux/Base/BusProperties.h"
-#include "TavrinPlatform/Linux/Base/HandlerList.h"
+#include "TavrinPlatform/POSIX/HandlerList.h"
 #include "TavrinPlatform/PowerSources.h"
 
 #include <map>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TavrinPlatform/Linux/Files/FolderPlace.h"
+#include "TavrinPlatform/POSIX/FolderPlace.h"
 
 #include <atomic>
 #include <cstdint>

@@ -2,7 +2,7 @@
 
 #include "TavrinPlatform/InputBlocker.h"
 #include "TavrinPlatform/Linux/Base/Bus.h"
-#include "TavrinPlatform/Linux/Base/HandlerList.h"
+#include "TavrinPlatform/POSIX/HandlerList.h"
 
 #include <vector>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "TavrinPlatform/Linux/Base/PropertyListFile.h"
 #include "TavrinPlatform/MainBundle.h"
+#include "TavrinPlatform/POSIX/PropertyListFile.h"
 
 namespace tavrin {
 

@@ -1,8 +1,8 @@
 #include "TavrinPlatform/Linux/Tile/LinuxDockGeometry.h"
 
-#include "TavrinPlatform/Linux/Base/PropertyListFile.h"
 #include "TavrinPlatform/Linux/Base/X11.h"
-#include "TavrinPlatform/Linux/Tile/TileSurface.h"
+#include "TavrinPlatform/POSIX/PropertyListFile.h"
+#include "TavrinPlatform/Qt/TileSurface.h"
 
 #include <QCursor>
 #include <QGuiApplication>

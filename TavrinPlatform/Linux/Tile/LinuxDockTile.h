@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TavrinPlatform/Linux/Tile/TileSurface.h"
+#include "TavrinPlatform/Qt/TileSurface.h"
 
 #include <memory>
 

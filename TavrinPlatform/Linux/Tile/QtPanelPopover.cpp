@@ -2,7 +2,7 @@
 
 #include "TavrinPlatform/Linux/Base/X11.h"
 #include "TavrinPlatform/Linux/Tile/StripWindow.h"
-#include "TavrinPlatform/Linux/Tile/TileSurface.h"
+#include "TavrinPlatform/Qt/TileSurface.h"
 
 #include <QApplication>
 #include <QScreen>

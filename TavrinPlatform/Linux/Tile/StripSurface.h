@@ -3,7 +3,7 @@
 #include "TavrinPlatform/Linux/Tile/StripLayout.h"
 #include "TavrinPlatform/Linux/Tile/StripRoom.h"
 #include "TavrinPlatform/Linux/Tile/StripWindow.h"
-#include "TavrinPlatform/Linux/Tile/TileSurface.h"
+#include "TavrinPlatform/Qt/TileSurface.h"
 
 #include <QObject>
 

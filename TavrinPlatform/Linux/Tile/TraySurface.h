@@ -2,7 +2,7 @@
 
 #include "TavrinPlatform/Linux/Base/Bus.h"
 #include "TavrinPlatform/Linux/Tile/TileLabel.h"
-#include "TavrinPlatform/Linux/Tile/TileSurface.h"
+#include "TavrinPlatform/Qt/TileSurface.h"
 
 namespace tavrin {
 

@@ -1,4 +1,4 @@
-#include "TavrinPlatform/Linux/Desktop/LoadingCalendarStore.h"
+#include "TavrinPlatform/POSIX/LoadingCalendarStore.h"
 
 #include "Tests/Support/FakeCalendarStore.h"
 

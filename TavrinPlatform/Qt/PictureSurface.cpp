@@ -1,0 +1,86 @@
+#include "TavrinPlatform/Qt/PictureSurface.h"
+
+#include "TavrinCore/Base/Errors.h"
+
+#include <QBuffer>
+#include <QImageWriter>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace tavrin {
+
+namespace {
+
+constexpr double scale = 2;
+/// Fast over small: the file changes every second.
+constexpr int compressionLevel = 10;
+
+/// Replaces the file for its readers, who see the old picture or the new one. Not flushed to
+/// the disk: a picture lost in a crash is drawn again. 0, or the number of what went wrong.
+int replaceFile(const std::filesystem::path& file, const QByteArray& bytes) {
+  const std::string temporary = file.string() + ".new";
+  const int descriptor =
+      ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, 0644);
+  if (descriptor < 0)
+    return errno;
+  const auto size = static_cast<std::size_t>(bytes.size());
+  const auto written = ::write(descriptor, bytes.constData(), size);
+  // Less than all of it was written where the disk is full.
+  int error = written < 0 ? errno : written < bytes.size() ? ENOSPC : 0;
+  ::close(descriptor);
+  if (error == 0 && std::rename(temporary.c_str(), file.c_str()) != 0)
+    error = errno;
+  if (error != 0)
+    ::unlink(temporary.c_str());
+  return error;
+}
+
+} // namespace
+
+PictureSurface::PictureSurface(std::filesystem::path file, double tileSize, LogSink& log)
+    : file_(std::move(file)), log_(log, "tile") {
+  format_.tileSize = tileSize;
+  format_.scale = scale;
+}
+
+PictureSurface::~PictureSurface() {
+  // What is left would pass for a tile that lives.
+  if (!shown_.isNull())
+    ::unlink(file_.c_str());
+}
+
+void PictureSurface::setPlace(const DockTile::Place& place) {
+  const int span = std::max(place.span, 1);
+  if (std::exchange(format_.span, span) != span && events.formatChanged)
+    events.formatChanged();
+}
+
+void PictureSurface::display(const QImage& image) {
+  if (image == shown_)
+    return;
+  QByteArray bytes;
+  QBuffer buffer(&bytes);
+  QImageWriter writer(&buffer, "png");
+  writer.setCompression(compressionLevel);
+  if (!writer.write(image))
+    return complain(writer.errorString().toStdString());
+  std::error_code error;
+  std::filesystem::create_directories(file_.parent_path(), error);
+  if (error)
+    return complain(error.message());
+  if (const int number = replaceFile(file_, bytes); number != 0)
+    return complain(std::strerror(number));
+  // A copy: the caller goes on painting into the same image.
+  shown_ = image.copy();
+  hasComplained_ = false;
+}
+
+void PictureSurface::complain(const std::string& reason) {
+  if (!std::exchange(hasComplained_, true))
+    log_.error(failure("write " + file_.string(), reason));
+}
+
+} // namespace tavrin
