@@ -1,5 +1,7 @@
 #include "TavrinPlatform/Linux/LinuxCommandPlatform.h"
 
+#include "TavrinPlatform/POSIX/ProgramPath.h"
+
 #include <QEventLoop>
 #include <QTimer>
 #include <cerrno>
@@ -104,8 +106,7 @@ DockServices& LinuxCommandPlatform::dockServices() {
 }
 
 std::filesystem::path LinuxCommandPlatform::program() {
-  std::error_code error;
-  return std::filesystem::read_symlink("/proc/self/exe", error);
+  return programPath();
 }
 
 void LinuxCommandPlatform::wait(double seconds) {

@@ -3,7 +3,7 @@
 #include "TavrinCore/Base/Errors.h"
 
 #include "TavrinPlatform/Linux/Applications/LinuxApplicationLibrary.h"
-#include "TavrinPlatform/Linux/Base/LinuxProcessRunner.h"
+#include "TavrinPlatform/Qt/QtProcessRunner.h"
 #include "TavrinPlatform/Linux/Base/X11.h"
 #include "TavrinPlatform/Linux/Desktop/BusMediaPlayers.h"
 #include "TavrinPlatform/Linux/Desktop/BusNotificationCenter.h"
@@ -138,7 +138,7 @@ private:
   std::unique_ptr<LinuxWorkspace> workspace_;
   std::unique_ptr<LinuxNotificationCenter> userNotifications_;
   std::unique_ptr<CanberraPlayer> sounds_;
-  std::unique_ptr<LinuxProcessRunner> processes_;
+  std::unique_ptr<QtProcessRunner> processes_;
   std::unique_ptr<HTTPClient> http_;
   std::unique_ptr<CalendarStore> calendars_;
   std::unique_ptr<LinuxInputBlocker> inputBlocker_;
@@ -231,7 +231,7 @@ SoundPlayer& LinuxPlatform::sounds() {
 }
 
 ProcessRunner& LinuxPlatform::processes() {
-  return lazily(processes_, [] { return std::make_unique<LinuxProcessRunner>(); });
+  return lazily(processes_, [] { return std::make_unique<QtProcessRunner>(); });
 }
 
 HTTPClient& LinuxPlatform::http() {

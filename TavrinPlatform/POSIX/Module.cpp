@@ -1,5 +1,7 @@
 #include "TavrinPlatform/POSIX/Module.h"
 
+#include "TavrinPlatform/POSIX/ProgramPath.h"
+
 #include "TavrinPlatform/FileManager.h"
 
 #include <dlfcn.h>
@@ -14,8 +16,7 @@ fs::path folderOf(const FileManager& files, const MainBundle& bundle) {
     return *wish;
   if (const auto path = bundle.path())
     return path->parent_path() / "modules";
-  std::error_code error;
-  return fs::read_symlink("/proc/self/exe", error).parent_path() / "modules";
+  return programPath().parent_path() / "modules";
 }
 
 } // namespace

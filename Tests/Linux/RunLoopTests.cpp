@@ -1,4 +1,4 @@
-#include "TavrinPlatform/Linux/Base/LinuxProcessRunner.h"
+#include "TavrinPlatform/Qt/QtProcessRunner.h"
 #include "TavrinPlatform/Qt/QtRunLoop.h"
 #include "Tests/Linux/Desk.h"
 
@@ -95,7 +95,7 @@ TEST(QtRunLoop, AQueueKeepsItsOrderAndDropsWhatHasNotBegun) {
 }
 
 ProcessResult runToEnd(ProcessRequest request) {
-  LinuxProcessRunner runner;
+  QtProcessRunner runner;
   std::optional<ProcessResult> result;
   const auto token = runner.run(std::move(request), [&](const auto& r) { result = r; });
   EXPECT_TRUE(untilTrue([&] { return result.has_value(); }));
@@ -109,7 +109,7 @@ ProcessRequest script(const std::string& text) {
   return request;
 }
 
-TEST(LinuxProcessRunner, TellsHowAChildEnded) {
+TEST(QtProcessRunner, TellsHowAChildEnded) {
   using Outcome = ProcessResult::Outcome;
   auto input = script("cat; echo error >&2; exit 3");
   input.standardInput = std::string(200'000, 'x');
@@ -139,7 +139,7 @@ TEST(LinuxProcessRunner, TellsHowAChildEnded) {
   EXPECT_EQ(bounded.outcome, Outcome::exited);
 }
 
-TEST(LinuxProcessRunner, LeavesNoDescriptorAndNoChild) {
+TEST(QtProcessRunner, LeavesNoDescriptorAndNoChild) {
   const std::string file = shell("mktemp");
   shell("printf '#!/no/such/shell\\n' > " + file + "; chmod +x " + file);
   ProcessRequest failing[] = {{}, {}, {}, {}};
@@ -167,7 +167,7 @@ bool isAlive(const std::string& pid) {
   return ::kill(std::stoi(pid), 0) == 0;
 }
 
-TEST(LinuxProcessRunner, ALateChildGoesWithAllItStarted) {
+TEST(QtProcessRunner, ALateChildGoesWithAllItStarted) {
   // One that ignores the polite signal, with a grandchild that holds the pipe open.
   auto stubborn = script("trap '' TERM; sleep 60 & echo $!; while :; do sleep 1; done");
   stubborn.timeLimit = 0.3;
@@ -180,8 +180,8 @@ TEST(LinuxProcessRunner, ALateChildGoesWithAllItStarted) {
   EXPECT_TRUE(eventually([&] { return !isAlive(result.standardOutput); }));
 }
 
-TEST(LinuxProcessRunner, ADroppedTokenEndsTheChildAndBringsNoAnswer) {
-  LinuxProcessRunner runner;
+TEST(QtProcessRunner, ADroppedTokenEndsTheChildAndBringsNoAnswer) {
+  QtProcessRunner runner;
   const std::string file = shell("mktemp");
   bool isAnswered = false;
   auto token = runner.run(script("echo $$ > " + file + "; exec sleep 60"),
