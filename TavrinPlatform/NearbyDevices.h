@@ -13,7 +13,8 @@ namespace tavrin {
 /// A device that files can be sent to.
 struct NearbyDevice {
   enum class Kind { phone, tablet, computer, other };
-  enum class Way { kdeConnect, bluetooth };
+  /// By `airDrop` there is one device, which stands for all: the system asks the user which.
+  enum class Way { kdeConnect, bluetooth, airDrop };
 
   /// Unlike all others of its way.
   std::string id;

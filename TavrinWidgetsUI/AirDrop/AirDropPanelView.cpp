@@ -38,6 +38,18 @@ QString subjectText(const AirDropModel& model) {
   return fileCountText(files.size());
 }
 
+const char* wayText(NearbyDevice::Way way) {
+  switch (way) {
+  case NearbyDevice::Way::kdeConnect:
+    return "KDE Connect";
+  case NearbyDevice::Way::bluetooth:
+    return "Bluetooth";
+  case NearbyDevice::Way::airDrop:
+    break;
+  }
+  return "Choose the device when you send";
+}
+
 } // namespace
 
 AirDropPanelView::AirDropPanelView(const PanelAppearance& appearance, AirDropModel& model,
@@ -87,7 +99,7 @@ void AirDropPanelView::showDevices() {
     rows.push_back(
         {.id = QString::fromStdString(device.id),
          .title = QString::fromStdString(device.name),
-         .subtitle = device.way == NearbyDevice::Way::kdeConnect ? "KDE Connect" : "Bluetooth",
+         .subtitle = wayText(device.way),
          .symbol = symbolOf(device.kind)});
   list_->setRows(std::move(rows));
 }

@@ -27,5 +27,6 @@ CGWindowLevel CGWindowLevelForKey(CGWindowLevelKey key);
 #endif
 
 #include <CoreGraphics/CGColor.h>
+#include <CoreGraphics/CGContext.h>
 #include <CoreGraphics/CGEvent.h>
 #include <CoreGraphics/CGSession.h>

@@ -14,6 +14,12 @@
 @interface NSNotification (UserInfo)
 @property(nullable, readonly, copy) NSDictionary* userInfo;
 @end
+// "ComparisonResult", "localizedCaseInsensitiveCompare(_:)".
+typedef NS_ENUM(NSInteger, NSComparisonResult){NSOrderedAscending = -1, NSOrderedSame = 0,
+                                               NSOrderedDescending = 1};
+@interface NSString (Comparing)
+- (NSComparisonResult)localizedCaseInsensitiveCompare:(NSString*)other;
+@end
 @interface NSString (Data)
 - (nullable NSData*)dataUsingEncoding:(NSStringEncoding)encoding;
 @end
