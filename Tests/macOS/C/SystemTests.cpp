@@ -137,7 +137,7 @@ TEST_F(MacDevices, TheReportAndTheRegistryMeetByAddress) {
   const auto token = devices.observe([&] { ++told; });
   devices.refresh();
   devices.refresh();
-  loop.advance(0);
+  loop.runBackground();
   ASSERT_EQ(processes.requests.size(), 1U) << "one report at a time";
   EXPECT_EQ(processes.requests[0].program, "/usr/sbin/system_profiler");
   EXPECT_EQ(processes.requests[0].arguments,
@@ -152,7 +152,7 @@ TEST_F(MacDevices, TheReportAndTheRegistryMeetByAddress) {
   EXPECT_EQ(told, 1);
   EXPECT_EQ(log.all, std::vector<std::string>{"bluetooth report: " + json});
   devices.refresh();
-  loop.advance(0);
+  loop.runBackground();
   ProcessResult late;
   late.outcome = ProcessResult::Outcome::timedOut;
   processes.answer(late);
