@@ -17,7 +17,13 @@ public:
   }
 
   /// The cryptography library, by what its third version is called here.
-  static SharedLibrary crypto() { return {"libcrypto.so.3", "libcrypto.3.dylib"}; }
+  static SharedLibrary crypto() {
+#ifdef TAVRIN_LIBCRYPTO
+    return {TAVRIN_LIBCRYPTO}; // a Mac looks for a library by its whole path only
+#else
+    return {"libcrypto.so.3"};
+#endif
+  }
 
   /// Sets `function` to the library's of that name; false where there is none.
   template <class Function> bool find(Function*& function, const char* name) const {

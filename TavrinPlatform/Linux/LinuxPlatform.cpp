@@ -1,6 +1,5 @@
 #include "TavrinCore/Base/Errors.h"
 #include "TavrinPlatform/Linux/Applications/LinuxApplicationLibrary.h"
-#include "TavrinPlatform/Linux/Base/LinuxProcessRunner.h"
 #include "TavrinPlatform/Linux/Base/ProcessFamily.h"
 #include "TavrinPlatform/Linux/Desktop/DesktopServices.h"
 #include "TavrinPlatform/Linux/Devices/DeviceServices.h"
@@ -19,6 +18,7 @@
 #include "TavrinPlatform/POSIX/JSONUserDefaults.h"
 #include "TavrinPlatform/POSIX/UnavailableServices.h"
 #include "TavrinPlatform/Platform.h"
+#include "TavrinPlatform/Qt/QtProcessRunner.h"
 #include "TavrinPlatform/Qt/QtRunLoop.h"
 
 #include <QApplication>
@@ -109,7 +109,7 @@ private:
   std::filesystem::path executable_;
   LinuxMainBundle bundle_;
   ModuleFolder modules_{files_, bundle_};
-  LinuxProcessRunner processes_;
+  QtProcessRunner processes_;
   std::unique_ptr<Bus> bus_;
   std::optional<std::unique_ptr<Bus>> systemBus_;
   std::unique_ptr<LinuxApplication> application_;

@@ -1,7 +1,9 @@
 #include "TavrinPlatform/Files/AtomicFile.h"
 
 #include "TavrinCore/Base/UUID.h"
+#include "TavrinPlatform/Files/FileTimes.h"
 #include "TavrinPlatform/POSIX/Descriptor.h"
+#include "TavrinPlatform/POSIX/Flush.h"
 #include "TavrinPlatform/POSIX/SymbolicLinks.h"
 
 #include <cerrno>
@@ -73,7 +75,7 @@ void writeContents(const fs::path& temporary, const fs::path& file, std::string_
     failWithErrno("set the permissions of", temporary);
   if (!writeAll(descriptor, bytes))
     failWithErrno("write the new contents of", file);
-  if (::fsync(descriptor) != 0)
+  if (!flushToDisk(descriptor))
     failWithErrno("flush to disk", file);
 }
 
@@ -139,7 +141,8 @@ FileStamp fileStamp(const fs::path& file) {
   struct stat info {};
   if (::stat(file.c_str(), &info) != 0)
     return {};
-  return {info.st_ino, std::int64_t{info.st_mtim.tv_sec} * 1'000'000'000 + info.st_mtim.tv_nsec,
+  const timespec& changed = modificationTime(info);
+  return {info.st_ino, std::int64_t{changed.tv_sec} * 1'000'000'000 + changed.tv_nsec,
           info.st_size};
 }
 

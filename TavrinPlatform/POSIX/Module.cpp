@@ -1,6 +1,7 @@
 #include "TavrinPlatform/POSIX/Module.h"
 
 #include "TavrinPlatform/FileManager.h"
+#include "TavrinPlatform/POSIX/ProgramPath.h"
 
 namespace tavrin {
 namespace {
@@ -12,8 +13,7 @@ fs::path folderOf(const FileManager& files, const MainBundle& bundle) {
     return *wish;
   if (const auto path = bundle.path())
     return path->parent_path() / "modules";
-  std::error_code error;
-  return fs::read_symlink("/proc/self/exe", error).parent_path() / "modules";
+  return programPath().parent_path() / "modules";
 }
 
 } // namespace

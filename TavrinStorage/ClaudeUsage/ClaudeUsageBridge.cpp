@@ -1,5 +1,6 @@
 #include "TavrinStorage/ClaudeUsage/ClaudeUsageBridge.h"
 
+#include "TavrinPlatform/Files/FileTimes.h"
 #include "TavrinStorage/SharedDocument.h"
 
 #include <sys/stat.h>
@@ -185,8 +186,9 @@ std::optional<ClaudeUsageLimits> ClaudeUsageBridge::limits() const {
     struct stat info {};
     if (!payload || ::stat(payload_.c_str(), &info) != 0)
       return std::nullopt;
-    const auto readAt = Date::fromUnixSeconds(static_cast<double>(info.st_mtim.tv_sec) +
-                                              static_cast<double>(info.st_mtim.tv_nsec) * 1e-9);
+    const auto readAt =
+        Date::fromUnixSeconds(static_cast<double>(modificationTime(info).tv_sec) +
+                              static_cast<double>(modificationTime(info).tv_nsec) * 1e-9);
     return ClaudeUsageLimitsFormat::limits(*payload, readAt);
   } catch (const FileError&) {
     return std::nullopt;

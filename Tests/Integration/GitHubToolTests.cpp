@@ -1,4 +1,4 @@
-#include "TavrinPlatform/Linux/Base/LinuxProcessRunner.h"
+#include "TavrinPlatform/Qt/QtProcessRunner.h"
 #include "TavrinPlatform/Qt/QtRunLoop.h"
 #include "TavrinWidgetsUI/GitHub/GitHubSource.h"
 #include "Tests/Storage/TemporaryFolder.h"
@@ -97,7 +97,7 @@ protected:
   FakeFileManager files;
   FakeUserDefaults defaults;
   QtRunLoop runLoop;
-  LinuxProcessRunner processes;
+  QtProcessRunner processes;
   qint64 longestPause = 0;
 
 private:

@@ -1,5 +1,5 @@
-#include "TavrinPlatform/Linux/Base/LinuxProcessRunner.h"
 #include "TavrinPlatform/Linux/Desktop/CanberraPlayer.h"
+#include "TavrinPlatform/Qt/QtProcessRunner.h"
 #include "TavrinPlatform/Qt/QtRunLoop.h"
 #include "Tests/Linux/Desk.h"
 #include "Tests/Linux/Sound/LastingSound.h"
@@ -137,7 +137,7 @@ TEST(CanberraPlayer, GoesWithoutWaitingForASoundToEnd) {
 }
 
 ProcessResult runToEnd(ProcessRequest request) {
-  LinuxProcessRunner runner;
+  QtProcessRunner runner;
   std::optional<ProcessResult> result;
   const auto token = runner.run(std::move(request), [&](const auto& r) { result = r; });
   EXPECT_TRUE(untilTrue([&] { return result.has_value(); }));
@@ -151,7 +151,7 @@ ProcessRequest script(const std::string& text) {
   return request;
 }
 
-TEST(LinuxProcessRunner, TellsHowAChildEnded) {
+TEST(QtProcessRunner, TellsHowAChildEnded) {
   using Outcome = ProcessResult::Outcome;
   auto input = script("cat; echo error >&2; exit 3");
   input.standardInput = std::string(200'000, 'x');
@@ -181,7 +181,7 @@ TEST(LinuxProcessRunner, TellsHowAChildEnded) {
   EXPECT_EQ(bounded.outcome, Outcome::exited);
 }
 
-TEST(LinuxProcessRunner, LeavesNoDescriptorAndNoChild) {
+TEST(QtProcessRunner, LeavesNoDescriptorAndNoChild) {
   const std::string file = shell("mktemp");
   shell("printf '#!/no/such/shell\\n' > " + file + "; chmod +x " + file);
   ProcessRequest failing[] = {{}, {}, {}, {}};
@@ -209,7 +209,7 @@ bool isAlive(const std::string& pid) {
   return ::kill(std::stoi(pid), 0) == 0;
 }
 
-TEST(LinuxProcessRunner, ALateChildGoesWithAllItStarted) {
+TEST(QtProcessRunner, ALateChildGoesWithAllItStarted) {
   // One that ignores the polite signal, with a grandchild that holds the pipe open.
   auto stubborn = script("trap '' TERM; sleep 60 & echo $!; while :; do sleep 1; done");
   stubborn.timeLimit = 0.3;
@@ -222,8 +222,8 @@ TEST(LinuxProcessRunner, ALateChildGoesWithAllItStarted) {
   EXPECT_TRUE(eventually([&] { return !isAlive(result.standardOutput); }));
 }
 
-TEST(LinuxProcessRunner, ADroppedTokenEndsTheChildAndBringsNoAnswer) {
-  LinuxProcessRunner runner;
+TEST(QtProcessRunner, ADroppedTokenEndsTheChildAndBringsNoAnswer) {
+  QtProcessRunner runner;
   const std::string file = shell("mktemp");
   bool isAnswered = false;
   auto token = runner.run(script("echo $$ > " + file + "; exec sleep 60"),

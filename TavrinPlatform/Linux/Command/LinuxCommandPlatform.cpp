@@ -1,37 +1,16 @@
 #include "TavrinPlatform/Linux/Command/LinuxCommandPlatform.h"
 
+#include "TavrinPlatform/POSIX/ProgramPath.h"
+
 #include <QEventLoop>
 #include <QTimer>
-#include <cerrno>
-#include <csignal>
 #include <cstdlib>
 #include <fstream>
-#include <sys/wait.h>
-#include <unistd.h>
 
 namespace tavrin {
 namespace {
 
 constexpr const char* busVariable = "DBUS_SESSION_BUS_ADDRESS";
-constexpr int commandNotFound = 127;
-
-/// Signals of the keyboard belong to the program in the foreground while it runs.
-class KeyboardSignalsIgnored {
-public:
-  KeyboardSignalsIgnored()
-      : interrupt_(std::signal(SIGINT, SIG_IGN)), quit_(std::signal(SIGQUIT, SIG_IGN)) {}
-  ~KeyboardSignalsIgnored() { restore(); }
-  KeyboardSignalsIgnored(const KeyboardSignalsIgnored&) = delete;
-  KeyboardSignalsIgnored& operator=(const KeyboardSignalsIgnored&) = delete;
-  void restore() const {
-    std::signal(SIGINT, interrupt_);
-    std::signal(SIGQUIT, quit_);
-  }
-
-private:
-  void (*interrupt_)(int);
-  void (*quit_)(int);
-};
 
 bool isSet(const std::optional<std::string>& text) {
   return text && !text->empty();
@@ -39,7 +18,7 @@ bool isSet(const std::optional<std::string>& text) {
 
 } // namespace
 
-LinuxCommandPlatform::LinuxCommandPlatform() : mainBundle_(program()) {}
+LinuxCommandPlatform::LinuxCommandPlatform() : mainBundle_(programPath()) {}
 
 void LinuxCommandPlatform::startEventLoop() {
   if (eventLoop_)
@@ -103,11 +82,6 @@ DockServices& LinuxCommandPlatform::dockServices() {
   return *dockServices_;
 }
 
-std::filesystem::path LinuxCommandPlatform::program() {
-  std::error_code error;
-  return std::filesystem::read_symlink("/proc/self/exe", error);
-}
-
 void LinuxCommandPlatform::wait(double seconds) {
   startEventLoop();
   QEventLoop moment;
@@ -121,27 +95,8 @@ void LinuxCommandPlatform::waitForEvent() {
   QEventLoop().processEvents(QEventLoop::WaitForMoreEvents);
 }
 
-bool LinuxCommandPlatform::ownsTerminal() {
-  return tcgetpgrp(STDIN_FILENO) == getpgrp();
-}
-
-int LinuxCommandPlatform::runInForeground(const std::vector<std::string>& words) {
-  std::vector<std::string> copies = words;
-  std::vector<char*> arguments;
-  for (auto& word : copies)
-    arguments.push_back(word.data());
-  arguments.push_back(nullptr);
-  const KeyboardSignalsIgnored guard;
-  const pid_t child = fork();
-  if (child == 0) {
-    guard.restore();
-    execvp(arguments.front(), arguments.data());
-    _exit(commandNotFound);
-  }
-  int status = 0;
-  while (child > 0 && waitpid(child, &status, 0) < 0 && errno == EINTR) {
-  }
-  return child > 0 && WIFEXITED(status) ? WEXITSTATUS(status) : commandNotFound;
+std::unique_ptr<CommandPlatform> makeCommandPlatform() {
+  return std::make_unique<LinuxCommandPlatform>();
 }
 
 std::unique_ptr<CommandPlatform> makeCommandPlatform() {

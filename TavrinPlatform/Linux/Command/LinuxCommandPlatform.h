@@ -1,12 +1,12 @@
 #pragma once
 
-#include "TavrinPlatform/CommandPlatform.h"
 #include "TavrinPlatform/Linux/Applications/LinuxRunningApplications.h"
 #include "TavrinPlatform/Linux/Base/Bus.h"
 #include "TavrinPlatform/Linux/Desktop/BusNotificationCenter.h"
 #include "TavrinPlatform/Linux/Dock/LinuxDockServices.h"
 #include "TavrinPlatform/Linux/Files/LinuxFileManager.h"
 #include "TavrinPlatform/Linux/Slot/LinuxMainBundle.h"
+#include "TavrinPlatform/POSIX/TerminalPlatform.h"
 #include "TavrinPlatform/Qt/QtRunLoop.h"
 
 #include <QCoreApplication>
@@ -19,7 +19,7 @@ namespace tavrin {
 ///
 /// Where the session has no bus, the one whose address stands in the file "session-bus" of the
 /// state folder is used, and handed on to the programs that are started.
-class LinuxCommandPlatform final : public CommandPlatform {
+class LinuxCommandPlatform final : public TerminalPlatform {
 public:
   LinuxCommandPlatform();
 
@@ -29,11 +29,8 @@ public:
   DistributedNotificationCenter& notifications() override;
   RunningApplications& applications() override;
   DockServices& dockServices() override;
-  std::filesystem::path program() override;
   void wait(double seconds) override;
   void waitForEvent() override;
-  bool ownsTerminal() override;
-  int runInForeground(const std::vector<std::string>& words) override;
 
 private:
   /// Null where there is none.

@@ -1,6 +1,6 @@
-#include "TavrinPlatform/Linux/Base/LinuxProcessRunner.h"
+#include "TavrinPlatform/Qt/QtProcessRunner.h"
 
-#include "TavrinPlatform/POSIX/Descriptor.h"
+#include "TavrinPlatform/POSIX/ChildProcess.h"
 #include "TavrinPlatform/POSIX/Spawn.h"
 
 #include <QBasicTimer>
@@ -11,8 +11,6 @@
 #include <cerrno>
 #include <cmath>
 #include <csignal>
-#include <sys/mman.h>
-#include <sys/syscall.h>
 #include <sys/wait.h>
 
 namespace tavrin {
@@ -24,20 +22,6 @@ constexpr double longestLimit = 86'400;
 constexpr std::size_t piece = 64 * 1024;
 /// So much is read at a time before the event loop has its turn.
 constexpr int mostPieces = 16;
-
-/// A file in memory that holds `bytes`, to be read from its start: no writer has to wait.
-Descriptor fileOf(const std::string& bytes) {
-  Descriptor file(bytes.empty() ? ::open("/dev/null", O_RDONLY | O_CLOEXEC)
-                                : ::memfd_create("input", MFD_CLOEXEC));
-  for (std::size_t done = 0; file && done < bytes.size();) {
-    const auto count =
-        ::pwrite(file.number(), bytes.data() + done, bytes.size() - done, static_cast<off_t>(done));
-    if (count <= 0)
-      return Descriptor();
-    done += static_cast<std::size_t>(count);
-  }
-  return file;
-}
 
 /// What a child writes to one of its descriptors, up to a bound.
 class Output final : public QObject {
@@ -161,7 +145,7 @@ private:
     if (child < 0)
       return false;
     process_ = child;
-    handle_ = Descriptor(static_cast<int>(::syscall(SYS_pidfd_open, child, 0)));
+    handle_ = exitOf(child);
     if (!handle_) {
       signalGroup(SIGKILL);
       ::waitpid(child, nullptr, 0);
@@ -242,8 +226,8 @@ private:
 
 } // namespace
 
-TokenPtr LinuxProcessRunner::run(ProcessRequest request,
-                                 std::function<void(const ProcessResult&)> done) {
+TokenPtr QtProcessRunner::run(ProcessRequest request,
+                              std::function<void(const ProcessResult&)> done) {
   auto* child = new Child(std::move(request), std::move(done));
   auto token = std::make_unique<ChildToken>(child);
   // Later, so that the answer never comes before the token is in the caller's hands.
