@@ -39,18 +39,6 @@ QString subjectText(const AirDropModel& model) {
   return fileCountText(files.size());
 }
 
-const char* wayText(NearbyDevice::Way way) {
-  switch (way) {
-  case NearbyDevice::Way::kdeConnect:
-    return "KDE Connect";
-  case NearbyDevice::Way::bluetooth:
-    return "Bluetooth";
-  case NearbyDevice::Way::airDrop:
-    break;
-  }
-  return "Choose the device when you send";
-}
-
 } // namespace
 
 AirDropPanelView::AirDropPanelView(const PanelAppearance& appearance, AirDropModel& model,
