@@ -14,6 +14,7 @@ class Tavrin < Formula
   depends_on "fontconfig"
   depends_on "freetype"
   depends_on "harfbuzz"
+  depends_on "cctz"
   depends_on "icu4c"
   depends_on macos: :sonoma
   depends_on "openssl@3"
