@@ -1,95 +1,22 @@
-#include "AppKitFakes.h"
-
-extern "C" {
-id tavrin_make(Class type) __attribute__((ns_returns_retained));
-void tavrin_free(void* object);
-bool tavrin_responds(void* object, SEL selector);
-Class tavrin_class(void* object);
-bool tavrin_is_kind(void* object, Class type);
-}
-#define RAW(object) ((__bridge void*)(object))
-std::vector<std::string> calls;
-int frontmost = 0;
-static void note(std::string call) { calls.push_back(std::move(call)); }
+#include "Tests/macOS/Fakes/AppKitFakes.h"
 
 #pragma clang diagnostic ignored "-Wincomplete-implementation"
 #pragma clang diagnostic ignored "-Wobjc-property-implementation"
 #pragma clang diagnostic ignored "-Wobjc-missing-super-calls"
 
-@implementation NSObject
-+ (instancetype)alloc { return tavrin_make(self); }
-+ (instancetype)new { return [[self alloc] init]; }
-- (instancetype)init { return self; }
-- (void)dealloc { tavrin_free(RAW(self)); }
-- (BOOL)isEqual:(id)object { return self == object; }
-- (BOOL)respondsToSelector:(SEL)selector { return tavrin_responds(RAW(self), selector); }
-- (Class)class { return tavrin_class(RAW(self)); }
-- (instancetype)self { return self; }
-- (BOOL)isKindOfClass:(Class)kind { return tavrin_is_kind(RAW(self), kind); }
-@end
+int frontmost = 0;
+AppKitState appKit;
 
-@implementation NSString
-@dynamic UTF8String, fileSystemRepresentation, length;
-@end
-@interface NSConstantString : NSString
-@end
-@implementation NSConstantString { int flags; const char* text; unsigned long count; }
-- (const char*)UTF8String { return text; }
-- (const char*)fileSystemRepresentation { return text; }
-- (NSUInteger)length { return count; }
-@end
+static std::string textOf(NSString* string) { return string.UTF8String != nullptr ? string.UTF8String : ""; }
 
-@implementation NSArray
-@dynamic count, firstObject;
-@end
-@implementation FakeArray { std::vector<id> items; }
-- (instancetype)initWith:(std::vector<id>)list { items = std::move(list); return self; }
-- (NSUInteger)count { return items.size(); }
-- (id)firstObject { return items.empty() ? nil : items.front(); }
-- (NSUInteger)countByEnumeratingWithState:(NSFastEnumerationState*)state
-                                  objects:(id __unsafe_unretained*)buffer count:(NSUInteger)count {
-  static unsigned long unchanged;
-  if (state->state != 0 || items.size() > count) return 0;
-  for (std::size_t i = 0; i < items.size(); ++i) buffer[i] = items[i];
-  state->state = 1;
-  state->itemsPtr = buffer;
-  state->mutationsPtr = &unchanged;
-  return items.size();
-}
-@end
-
-@implementation NSOperationQueue
-+ (NSOperationQueue*)mainQueue { static NSOperationQueue* queue = [[NSOperationQueue alloc] init]; return queue; }
-@end
-@interface FakeObservation : NSObject
-@property(nonatomic, strong) NSString* name;
-@property(nonatomic, copy) void (^block)(NSNotification*);
-@end
-@implementation FakeObservation
-@end
-@implementation NSNotification
-@end
-@implementation NSNotificationCenter { std::vector<FakeObservation*> all; }
-- (id<NSObject>)addObserverForName:(NSNotificationName)name object:(id)object
-                             queue:(NSOperationQueue*)queue usingBlock:(void (^)(NSNotification*))block {
-  FakeObservation* observation = [[FakeObservation alloc] init];
-  observation.name = name;
-  observation.block = block;
-  all.push_back(observation);
-  return (id<NSObject>)observation;
-}
-- (void)removeObserver:(id)observer {
-  for (auto each = all.begin(); each != all.end(); ++each)
-    if (*each == observer) { all.erase(each); return; }
-}
-- (void)post:(NSString*)name {
-  const auto now = all;
-  for (FakeObservation* each : now)
-    if (each.name == name) each.block((NSNotification*)nil);
-}
-@end
 NSNotificationName const NSWorkspaceScreensDidSleepNotification = @"sleep";
 NSNotificationName const NSWorkspaceScreensDidWakeNotification = @"wake";
+NSNotificationName const NSWorkspaceDidWakeNotification = @"did wake";
+NSNotificationName const NSWorkspaceWillSleepNotification = @"will sleep";
+NSNotificationName const NSWorkspaceAccessibilityDisplayOptionsDidChangeNotification = @"options";
+NSNotificationName const NSApplicationDidChangeScreenParametersNotification = @"screens";
+NSAppearanceName const NSAppearanceNameAqua = @"light";
+NSAppearanceName const NSAppearanceNameDarkAqua = @"dark";
 
 @implementation NSRunningApplication { int number; }
 + (NSRunningApplication*)numbered:(int)number {
@@ -99,6 +26,8 @@ NSNotificationName const NSWorkspaceScreensDidWakeNotification = @"wake";
 }
 + (NSRunningApplication*)currentApplication { return [self numbered:self_]; }
 - (int)processIdentifier { return number; }
+- (NSString*)bundleIdentifier { return @"com.example.front"; }
+- (NSString*)localizedName { return @"Front"; }
 - (BOOL)activateWithOptions:(NSApplicationActivationOptions)options {
   note("activate " + std::to_string(number) + " with " + std::to_string(options));
   frontmost = number;
@@ -111,6 +40,10 @@ NSNotificationName const NSWorkspaceScreensDidWakeNotification = @"wake";
   if (center == nil) center = [[NSNotificationCenter alloc] init];
   return center;
 }
+- (BOOL)accessibilityDisplayShouldReduceMotion { return appKit.reducesMotion; }
+- (NSURL*)URLForApplicationWithBundleIdentifier:(NSString*)identifier { return [NSURL fileURLWithPath:identifier]; }
+- (BOOL)openURL:(NSURL*)url { note("open " + textOf(url.absoluteString)); return YES; }
+- (void)activateFileViewerSelectingURLs:(NSArray<NSURL*>*)files { note("reveal " + textOf(files.firstObject.path)); }
 - (NSRunningApplication*)frontmostApplication { return frontmost == 0 ? nil : [NSRunningApplication numbered:frontmost]; }
 @end
 
@@ -126,7 +59,39 @@ NSNotificationName const NSWorkspaceScreensDidWakeNotification = @"wake";
 @end
 @implementation NSColor
 + (NSColor*)clearColor { return [[NSColor alloc] init]; }
+- (NSColor*)colorUsingColorSpace:(NSColorSpace*)space { note("to sRGB"); return appKit.isPattern ? nil : self; }
+- (CGFloat)redComponent { return 1; }
+- (CGFloat)greenComponent { return 0.5; }
+- (CGFloat)blueComponent { return -0.01; }
 @end
+@implementation NSColorSpace
++ (NSColorSpace*)sRGBColorSpace { static NSColorSpace* space = [[NSColorSpace alloc] init]; return space; }
+@end
+@implementation NSColorSampler
+- (void)showSamplerWithSelectionHandler:(void (^)(NSColor*))handler { appKit.sampled = handler; }
+@end
+@implementation NSSound { BOOL isPlaying; NSString* name; }
++ (NSSound*)soundNamed:(NSSoundName)name {
+  static NSSound* sound = [[NSSound alloc] init];
+  sound->name = name;
+  return sound;
+}
+- (BOOL)isPlaying { return isPlaying; }
+- (BOOL)play { note("play " + textOf(name)); isPlaying = YES; return YES; }
+- (BOOL)stop { note("stop"); isPlaying = NO; return YES; }
+@end
+@implementation NSAppearance
+- (NSAppearanceName)bestMatchFromAppearancesWithNames:(NSArray*)names { return appKit.isDark ? NSAppearanceNameDarkAqua : NSAppearanceNameAqua; }
+@end
+@implementation NSEvent
++ (NSPoint)mouseLocation { return NSMakePoint(205, 3); }
+@end
+@implementation NSSharingService
++ (NSSharingService*)sharingServiceNamed:(NSSharingServiceName)name { return [[NSSharingService alloc] init]; }
+- (BOOL)canPerformWithItems:(NSArray*)items { return appKit.canShare; }
+- (void)performWithItems:(NSArray*)items { note("share " + std::to_string(items.count)); appKit.sharing = self; }
+@end
+NSSharingServiceName const NSSharingServiceNameSendViaAirDrop = @"airdrop";
 @implementation NSViewController
 @end
 @implementation NSScreen { CGFloat scale; }
@@ -135,6 +100,9 @@ NSNotificationName const NSWorkspaceScreensDidWakeNotification = @"wake";
   NSScreen* b = [[NSScreen alloc] init]; b->scale = 2;
   return [[FakeArray alloc] initWith:{a, b}];
 }
++ (NSScreen*)mainScreen { return self.screens.firstObject; }
+- (NSRect)frame { return NSMakeRect(0, 0, 1440, 900); }
+- (NSRect)visibleFrame { return NSMakeRect(0, 70, 1440, 805); }
 - (CGFloat)backingScaleFactor { return scale; }
 @end
 @implementation NSDockTile
@@ -155,7 +123,9 @@ NSNotificationName const NSWorkspaceScreensDidWakeNotification = @"wake";
 @end
 @implementation NSPanel
 @end
+__weak NSPopover* lastPopover = nil;
 @implementation NSPopover { BOOL isShown; }
+- (instancetype)init { lastPopover = self; return self; }
 - (BOOL)isShown { return isShown; }
 - (void)showRelativeToRect:(NSRect)rect ofView:(NSView*)view preferredEdge:(NSRectEdge)edge {
   note("popover " + std::to_string(int(rect.size.width)) + " edge " + std::to_string(edge));
@@ -170,6 +140,7 @@ NSNotificationName const NSWorkspaceScreensDidWakeNotification = @"wake";
 @end
 @implementation NSApplication { NSDockTile* tile; }
 + (NSApplication*)sharedApplication { static NSApplication* shared = [[NSApplication alloc] init]; return shared; }
+- (NSAppearance*)effectiveAppearance { return [[NSAppearance alloc] init]; }
 - (NSDockTile*)dockTile { if (tile == nil) tile = [[NSDockTile alloc] init]; return tile; }
 - (BOOL)isActive { return frontmost == self_; }
 - (BOOL)setActivationPolicy:(NSApplicationActivationPolicy)policy { note("policy " + std::to_string(policy)); return YES; }

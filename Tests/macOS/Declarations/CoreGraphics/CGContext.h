@@ -7,6 +7,7 @@ extern "C" {
 #pragma clang assume_nonnull begin
 
 /// Pages: CGContext, CGBitmapContextCreate, CGImageAlphaInfo, CGBitmapInfo (Core Graphics).
+typedef struct CGColorSpace* CGColorSpaceRef;
 typedef struct CGContext* CGContextRef;
 typedef enum CGImageAlphaInfo : uint32_t { kCGImageAlphaPremultipliedFirst = 2 } CGImageAlphaInfo;
 typedef enum CGBitmapInfo : uint32_t { kCGBitmapByteOrder32Little = 2 << 12 } CGBitmapInfo;

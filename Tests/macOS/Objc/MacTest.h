@@ -1,0 +1,66 @@
+#pragma once
+#include "Tests/Support/ManualRunLoop.h"
+#include "Tests/macOS/Fakes/AppKitFakes.h"
+#include "Tests/macOS/Fakes/InputFakes.h"
+#include "Tests/macOS/Fakes/KitFakes.h"
+#include "Tests/macOS/Fakes/PasteboardFakes.h"
+
+#include <gtest/gtest.h>
+
+extern "C" void* objc_autoreleasePoolPush();
+extern "C" void objc_autoreleasePoolPop(void* mark);
+
+namespace tavrin::test {
+
+using Calls = std::vector<std::string>;
+
+/// What was called since the last look.
+inline Calls called() { return std::exchange(calls, {}); }
+
+/// Begins with fresh fakes. At its end no object may live that did not before.
+class MacTest : public testing::Test {
+protected:
+  MacTest() {
+    foundation = {};
+    foundation.information["CFBundleIdentifier"] = @"dev.quellby.Tavrin.Slot3";
+    appKit = {};
+    eventKit = {};
+    pasteboard = {};
+    input = {};
+    frontmost = 0;
+    pool_ = objc_autoreleasePoolPush();
+    (void)NSOperationQueue.mainQueue;
+    for (NSNotificationCenter* center :
+         {NSNotificationCenter.defaultCenter, NSWorkspace.sharedWorkspace.notificationCenter,
+          (NSNotificationCenter*)[NSDistributedNotificationCenter defaultCenter]})
+      observers_ += center.observers;
+    (void)NSApplication.sharedApplication.dockTile;
+    calls.clear();
+    tavrin_snapshot();
+  }
+  ~MacTest() override {
+    appKit = {};
+    eventKit = {};
+    pasteboard = {};
+    notifications.asked = nil;
+    foundation.defaults.clear();
+    NSApplication.sharedApplication.dockTile.contentView = nil;
+    NSUInteger observers = 0;
+    for (NSNotificationCenter* center :
+         {NSNotificationCenter.defaultCenter, NSWorkspace.sharedWorkspace.notificationCenter,
+          (NSNotificationCenter*)[NSDistributedNotificationCenter defaultCenter]})
+      observers += center.observers;
+    EXPECT_EQ(observers, observers_) << "somebody still listens";
+    objc_autoreleasePoolPop(pool_);
+    EXPECT_EQ(tavrin_left(), 0) << "objects were left";
+  }
+
+  ManualClock clock_{Date{0}};
+  ManualRunLoop runLoop_{clock_};
+
+private:
+  void* pool_;
+  NSUInteger observers_ = 0;
+};
+
+} // namespace tavrin::test
