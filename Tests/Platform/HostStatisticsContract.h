@@ -21,9 +21,10 @@ template <class Rig> class HostStatisticsContract : public testing::Test {
 protected:
   std::vector<LinkCounters> links() {
     std::vector<LinkCounters> found;
-    rig.statistics().eachLink([&](std::string_view name, std::uint64_t received, std::uint64_t sent) {
-      found.push_back({std::string(name), std::uint32_t(received), std::uint32_t(sent)});
-    });
+    rig.statistics().eachLink(
+        [&](std::string_view name, std::uint64_t received, std::uint64_t sent) {
+          found.push_back({std::string(name), std::uint32_t(received), std::uint32_t(sent)});
+        });
     return found;
   }
   Rig rig;

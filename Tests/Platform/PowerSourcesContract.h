@@ -16,9 +16,8 @@ TYPED_TEST_SUITE_P(PowerSourcesContract);
 
 TYPED_TEST_P(PowerSourcesContract, ListsSourcesInOrderWithWhatIsKnown) {
   EXPECT_TRUE(this->rig.sources().list().empty());
-  const std::vector<PowerSource> list = {{},
-                                         {50, 100, true, true, 30, 0},
-                                         {99, 100, false, false, 0, -1}};
+  const std::vector<PowerSource> list = {
+      {}, {50, 100, true, true, 30, 0}, {99, 100, false, false, 0, -1}};
   this->rig.set(list);
   EXPECT_EQ(this->rig.sources().list(), list);
 }
