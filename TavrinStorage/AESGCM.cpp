@@ -1,7 +1,7 @@
 #include "TavrinStorage/AESGCM.h"
 
 #include "TavrinCore/Base/Wipe.h"
-#include "TavrinPlatform/SharedLibrary.h"
+#include "TavrinPlatform/Files/SharedLibrary.h"
 
 #include <algorithm>
 #include <array>

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "TavrinPlatform/Files/SharedLibrary.h"
 #include "TavrinPlatform/MainBundle.h"
-#include "TavrinPlatform/SharedLibrary.h"
 
 #include <filesystem>
 #include <string>

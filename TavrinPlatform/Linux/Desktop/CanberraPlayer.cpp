@@ -1,6 +1,6 @@
 #include "TavrinPlatform/Linux/Desktop/CanberraPlayer.h"
 
-#include "TavrinPlatform/SharedLibrary.h"
+#include "TavrinPlatform/Files/SharedLibrary.h"
 
 #include <canberra.h>
 #include <chrono>

@@ -1,6 +1,6 @@
 #include "TavrinPlatform/Linux/Desktop/SecretServiceKeychain.h"
 
-#include "TavrinPlatform/SharedLibrary.h"
+#include "TavrinPlatform/Files/SharedLibrary.h"
 
 #include <cstring>
 // For the session's path alone, which is used where the library has it.
@@ -138,8 +138,8 @@ struct CloseService {
 std::unique_ptr<SecretService, CloseService> connect() {
   const Library& lib = library();
   GError* error = nullptr;
-  std::unique_ptr<SecretService, CloseService> service(lib.openService(
-      lib.serviceType(), nullptr, SECRET_SERVICE_OPEN_SESSION, nullptr, &error));
+  std::unique_ptr<SecretService, CloseService> service(
+      lib.openService(lib.serviceType(), nullptr, SECRET_SERVICE_OPEN_SESSION, nullptr, &error));
   check(error);
   return service;
 }
