@@ -99,8 +99,4 @@ std::unique_ptr<CommandPlatform> makeCommandPlatform() {
   return std::make_unique<LinuxCommandPlatform>();
 }
 
-std::unique_ptr<CommandPlatform> makeCommandPlatform() {
-  return std::make_unique<LinuxCommandPlatform>();
-}
-
 } // namespace tavrin
