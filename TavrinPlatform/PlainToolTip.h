@@ -17,7 +17,9 @@ namespace tavrin {
 inline QString toolTipText(const QString& words) {
   constexpr std::size_t longest = 1000;
   const QString plain = QString::fromStdString(plainText(words.toStdString(), longest));
-  return Qt::mightBeRichText(plain) ? Qt::convertFromPlainText(plain, Qt::WhiteSpaceNormal) : plain;
+  return plain.contains(u'<') || Qt::mightBeRichText(plain)
+             ? Qt::convertFromPlainText(plain, Qt::WhiteSpaceNormal)
+             : plain;
 }
 
 /// The one way to show a tooltip at a place of the screen. `words` may come from anywhere.

@@ -12,8 +12,6 @@
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
-#include <regex>
-#include <sstream>
 
 namespace tavrin {
 namespace {
@@ -53,7 +51,7 @@ TEST(ForeignTextInTheKit, EveryPlaceShowsItLetterByLetter) {
   PanelSwatch swatch(palette::blue, "x", {});
   PanelEmptyState empty("circle", "x");
   PanelList list("x");
-  PanelGrid grid("x");
+  PanelGrid grid("x", 40);
   ViewRenderer renderer;
   std::size_t number = 0;
   for (const std::string& text : hostileTexts(10'000)) {
@@ -110,16 +108,28 @@ TEST(ForeignTextInTheKit, AToolTipOfMarkupDescribesItselfWithoutEscapes) {
 TEST(ForeignTextInTheKit, NothingElseLetsTheToolkitGuessAFormat) {
   namespace fs = std::filesystem;
   struct Rule {
-    const char* pattern;
+    std::string call;
     std::vector<std::string> allowed;
   };
   const Rule rules[] = {
-      {R"(->setToolTip\(|\.setToolTip\(|[^a-zA-Z]setToolTip\()", {"PanelToolTip.cpp"}},
-      {R"(QToolTip::)", {"PlainToolTip.h"}},
-      {R"(: public QLabel|new QLabel|QLabel [a-z_]+[;({])", {"PanelText.h", "QuickLook.cpp"}},
-      {R"(QMessageBox|QErrorMessage|QTextBrowser|QWhatsThis|setWhatsThis|QSystemTrayIcon)", {}},
-      {R"(setHtml\(|insertHtml\(|setMarkdown\(|appendHtml\(|QTextEdit|QStaticText)", {}},
-      {R"(Qt::RichText|Qt::AutoText|Qt::MarkdownText)", {}},
+      {"setToolTip(", {"PanelToolTip.cpp"}},
+      {"QToolTip::", {"PlainToolTip.h"}},
+      {"public QLabel", {"PanelText.h"}},
+      {"new QLabel", {"QuickLook.cpp"}},
+      {"QMessageBox", {}},
+      {"QErrorMessage", {}},
+      {"QTextBrowser", {}},
+      {"QWhatsThis", {}},
+      {"setWhatsThis(", {}},
+      {"QSystemTrayIcon", {}},
+      {"setHtml(", {}},
+      {"insertHtml(", {}},
+      {"setMarkdown(", {}},
+      {"appendHtml(", {}},
+      {"QStaticText", {}},
+      {"Qt::RichText", {}},
+      {"Qt::AutoText", {}},
+      {"Qt::MarkdownText", {}},
   };
   for (const char* folder : {"TavrinWidgetsUI", "TavrinPlatform", "TavrinSlot", "TavrinHost"})
     for (const auto& entry :
@@ -133,7 +143,7 @@ TEST(ForeignTextInTheKit, NothingElseLetsTheToolkitGuessAFormat) {
           const auto name = entry.path().filename().string();
           const bool isAllowed =
               std::find(rule.allowed.begin(), rule.allowed.end(), name) != rule.allowed.end();
-          EXPECT_TRUE(isAllowed || !std::regex_search(line, std::regex(rule.pattern)))
+          EXPECT_TRUE(isAllowed || line.find(rule.call) == std::string::npos)
               << entry.path() << ": " << line;
         }
     }
