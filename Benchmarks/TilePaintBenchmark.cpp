@@ -35,6 +35,7 @@ void tickingTile(benchmark::State& state) {
     benchmark::DoNotOptimize(renderer.render(tile(runningTile(second, size), size),
                                              {size.side, size.side}, double(state.range(1))));
   }
+  state.counters["points"] = size.side * size.side;
 }
 BENCHMARK(tickingTile)->Args({48, 1})->Args({64, 2})->Args({128, 2})->Unit(benchmark::kMicrosecond);
 
@@ -62,6 +63,7 @@ void wideTickingTile(benchmark::State& state) {
     benchmark::DoNotOptimize(
         renderer.render(wideTile(content, size), {size.width(), size.height()}, 2));
   }
+  state.counters["points"] = size.width() * size.height();
 }
 BENCHMARK(wideTickingTile)->Unit(benchmark::kMicrosecond);
 

@@ -6,6 +6,9 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <string>
+#include <sys/stat.h>
+#include <vector>
 
 using namespace tavrin;
 
@@ -13,7 +16,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// The home with logs: TAVRIN_USAGE_HOME. scripts/bench-usage makes one.
+/// The home with logs: TAVRIN_USAGE_HOME. usage.py makes one.
 fs::path home() {
   const char* path = std::getenv("TAVRIN_USAGE_HOME");
   return path != nullptr ? path : "";
@@ -64,6 +67,25 @@ void refreshWithNothingNew(benchmark::State& state) {
     refresh(source, since);
 }
 BENCHMARK(refreshWithNothingNew)
+    ->Unit(benchmark::kMillisecond)
+    ->MeasureProcessCPUTime()
+    ->UseRealTime();
+
+/// The least that a refresh can do: a `stat` of each log.
+void statOfEach(benchmark::State& state) {
+  if (isMissing(state))
+    return;
+  std::vector<std::string> files;
+  for (const auto& entry : fs::recursive_directory_iterator(home() / ".claude"))
+    if (entry.path().extension() == ".jsonl")
+      files.push_back(entry.path().string());
+  for (auto _ : state)
+    for (const auto& file : files) {
+      struct stat information {};
+      benchmark::DoNotOptimize(::stat(file.c_str(), &information));
+    }
+}
+BENCHMARK(statOfEach)
     ->Unit(benchmark::kMillisecond)
     ->MeasureProcessCPUTime()
     ->UseRealTime();

@@ -1,8 +1,7 @@
 """The system readings beside those of a peer, and what a sample costs.
 
 Both are read at the same moments while the load on processors, memory and loopback varies; the
-greatest difference of each is printed as a share of its full scale. Run by scripts/bench.
-    readings.py [SECONDS]
+greatest difference of each is given as a share of its full scale.
 """
 
 import json
@@ -15,7 +14,9 @@ import sys
 import threading
 import time
 
-BUILD = pathlib.Path(os.environ["TAVRIN_BUILD"]).resolve()
+from figures import row, section, timed
+from programs import BUILD, benchmarks
+
 PERIOD = 2
 LIMIT_PERCENT = 1
 LIMIT_MICROSECONDS = 200
@@ -108,45 +109,30 @@ def compare(seconds):
         for process in (loader, reader):
             process.kill()
             process.wait()
-    print(f"Readings beside sar's, {len(moments)} moments in {seconds} s of varied load on "
-          f"{os.cpu_count()} processors")
-    is_good = len(moments) >= count - 1
+    section(f"Readings beside sar's, {len(moments)} moments in {seconds} s of varied load")
+    if len(moments) < count - 1:
+        raise RuntimeError(f"only {len(moments)} of {count} moments were read")
     for name in ("cpu", "memory", "down", "up"):
         values = [moment[name] for moment in moments]
         scale = 1 if name in ("cpu", "memory") else max(values)
         differences = sorted(abs(m[name] - m["ours"][name]) / scale * 100 for m in moments)
-        is_good &= report(f"{name}: greatest difference, of full scale", differences[-1], "%",
-                          LIMIT_PERCENT, f"median {differences[len(differences) // 2]:.3f}; load "
-                          f"{min(values) / scale:.0%} to {max(values) / scale:.0%}")
-    return is_good
-
-
-def report(name, value, unit, limit, note=""):
-    verdict = "" if value <= limit else "  MISSED"
-    print(f"  {name:<58} {value:>9.3f} {unit:<5} limit {limit:g}{verdict}  {note}".rstrip())
-    return not verdict
+        row(f"{name}: greatest difference, of full scale", differences[-1], "%", LIMIT_PERCENT,
+            f"load {min(values) / scale:.0%} to {max(values) / scale:.0%}")
 
 
 def costs():
     """Medians of what a sample of each kind costs."""
-    output = subprocess.run([BUILD / "Benchmarks" / "TavrinBenchmarks",
-                             "--benchmark_filter=Sample/", "--benchmark_format=json",
-                             "--benchmark_min_time=0.1"],
-                            stdout=subprocess.PIPE, check=True, text=True).stdout
-    print("One sample")
-    is_good = True
-    for entry in json.loads(output)["benchmarks"]:
-        if entry.get("aggregate_name") == "median":
-            name = entry["run_name"].split("/")[0].removesuffix("Sample")
-            is_good &= report(f"{name}, median of processor time", entry["cpu_time"], "us",
-                              LIMIT_MICROSECONDS)
-    return is_good
+    section("One sample of the system's readings")
+    found = benchmarks(("activitySample", "networkSample", "batterySample"))
+    for name, one in found.items():
+        timed(f"{name.split('/')[0].removesuffix('Sample')}, processor time", one["cpu_time"] / 1000,
+              LIMIT_MICROSECONDS / 1000)
+
+
+def bench(quick):
+    costs()
+    compare(20 if quick else 60)
 
 
 if __name__ == "__main__":
-    if "--load" in sys.argv:
-        load(time.monotonic() + float(sys.argv[2]))
-        sys.exit()
-    good = costs()
-    good &= compare(float(sys.argv[1]) if len(sys.argv) > 1 else 60)
-    sys.exit(0 if good else 1)
+    load(time.monotonic() + float(sys.argv[2]))

@@ -1,6 +1,6 @@
 """What widgets cost that read the desktop's calendars or a web service.
 
-Run by scripts/bench. The calendar service is the real one, the web service a local one; both on a
+The calendar service is the real one, the web service a local one; both on a
 bus and a home of their own.
 """
 
@@ -16,12 +16,11 @@ import time
 sys.path.insert(0, str(pathlib.Path(__file__).parent.parent / "Tests" / "EndToEnd"))
 from calendars import CalendarServer, add, change, component  # noqa: E402
 from rig import Desk, wait_for, widget  # noqa: E402
-from slots import memory, missed, row  # noqa: E402
+from figures import row, section, timed  # noqa: E402
+from slots import memory  # noqa: E402
 
 EVENTS = 10_000
 SERIES = 500
-# Fresh slots that each become an agenda: only the first time has everything to do.
-SLOTS = 5
 SURFACE = {"TAVRIN_SURFACE": "picture"}
 
 
@@ -81,7 +80,7 @@ class Tile:
         return (self.settle() - start) * 1000, main_thread(self.pid) - before
 
 
-def bench_calendar():
+def bench_calendar(slots):
     desk = Desk()
     try:
         calendar = CalendarServer(desk).calendar()
@@ -90,9 +89,9 @@ def bench_calendar():
         note = widget("note", {"text": "Milk"}, 1, identifier=identifier)
         timer = widget("timer", {}, 1, identifier=identifier)
         agenda = widget("calendar", {"style": "agenda"}, 1, identifier=identifier)
-        print(f"A calendar of {EVENTS} events and {SERIES} series")
+        section(f"A calendar of {EVENTS} events and {SERIES} series")
         firsts = []
-        for _ in range(SLOTS):
+        for _ in range(slots):
             desk.write_widgets([note], announce=False)
             process = desk.start_slot(1, env=SURFACE)
             desk.wait_for_name(1)
@@ -102,15 +101,15 @@ def bench_calendar():
             _, usual = tile.cost(lambda: desk.write_widgets([timer]))
             whole, main = tile.cost(lambda: desk.write_widgets([agenda]))
             firsts.append((whole, main, usual, main - usual))
-            if len(firsts) < SLOTS:
+            if len(firsts) < slots:
                 process.terminate()
                 process.wait(10)
         whole, main, usual, own = (statistics.median(column) for column in zip(*firsts))
-        row(f"a timer becomes an agenda: until it stands, median of {SLOTS}", whole, "ms")
+        row(f"a timer becomes an agenda: until it stands, median of {slots}", whole, "ms")
         row("its time on the main thread, median", main, "ms")
         row("that of a note that becomes a timer, median", usual, "ms")
-        row("the first agenda's own time on the main thread, median", own, "ms", 5)
-        row("and the most", max(first[-1] for first in firsts), "ms", 5)
+        timed("the first agenda's own time on the main thread, median", own, 5)
+        timed("and the most", max(first[-1] for first in firsts), 5)
         upcoming = datetime.datetime.utcnow() + datetime.timedelta(seconds=30)
         costs = []
         for number in range(7):
@@ -120,11 +119,11 @@ def bench_calendar():
             costs.append(tile.cost(lambda: change(calendar, text)))
         row("a change elsewhere: until the tile shows it, median",
             statistics.median(cost[0] for cost in costs), "ms")
-        row("a refresh's time on the main thread, the most", max(cost[1] for cost in costs), "ms", 5)
+        timed("a refresh's time on the main thread, the most", max(cost[1] for cost in costs), 5)
         time.sleep(4)
         after = memory(process.pid)["Private_Dirty"]
-        row("private dirty of the slot as a note", before, "MB")
-        row("private dirty with the calendars' libraries", after, "MB", 10)
+        row("private memory of the slot as a note", before, "MB")
+        row("private memory with the calendars' libraries", after, "MB", 10)
     finally:
         desk.close()
 
@@ -162,16 +161,16 @@ def bench_weather():
         wait_for(desk.picture(1).exists, "the tile", 10)
         Tile(desk, process.pid).settle()
         time.sleep(4)
-        print("A weather widget with its reading")
+        section("A weather widget with its reading")
         size = memory(process.pid)["Private_Dirty"]
-        row("private dirty with the network's libraries", size, "MB", 5)
+        row("private memory with the network's libraries", size, "MB", 5)
     finally:
         desk.close()
         server.shutdown()
 
 
-if __name__ == "__main__":
-    bench_calendar()
+def bench(quick):
+    if not quick:
+        # Fresh slots that each become an agenda: only the first time has everything to do.
+        bench_calendar(slots=3)
     bench_weather()
-    if missed:
-        print("Missed: " + "; ".join(missed))

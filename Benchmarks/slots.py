@@ -1,6 +1,6 @@
-"""What twelve real slots cost, each figure beside its target and beside the peers installed here.
+"""What slots cost beside a bare window of the toolkit, and twelve of them beside twelve peers.
 
-Run by scripts/bench. Everything runs on an X server, a bus and a home of its own.
+Everything runs on an X server, a bus and a home of its own.
 """
 
 import os
@@ -15,19 +15,11 @@ import time
 sys.path.insert(0, str(pathlib.Path(__file__).parent.parent / "Tests" / "EndToEnd"))
 from rig import BUILD, Desk, wait_for, widget  # noqa: E402
 
+from figures import ratio, row, section, timed, use_bare_start  # noqa: E402
+
 NOW_OFFSET = 978307200
 CLOCK = BUILD / "Tools" / "window-clock"
-missed = []
-
-
-def row(name, value, unit, target=None, note=""):
-    verdict = ""
-    if target is not None:
-        verdict = f"target {target:g}"
-        if value > target:
-            verdict += "  MISSED"
-            missed.append(name)
-    print(f"  {name:<58} {value:>9.2f} {unit:<5} {verdict} {note}".rstrip(), flush=True)
+BARE = BUILD / "Benchmarks" / "bare-window"
 
 
 def memory(pid):
@@ -81,7 +73,70 @@ def tavrin(desk, *arguments):
                           capture_output=True, text=True, check=True).stdout
 
 
-def bench_twelve():
+def launches(desk, command, count):
+    """Milliseconds from a program's start to its first window painted, each time."""
+    found = []
+    for _ in range(count):
+        result = subprocess.run([str(CLOCK), "launch", *map(str, command)], env=desk.env,
+                                capture_output=True, text=True, check=True)
+        found.append(float(result.stdout.split()[1]))
+    return found
+
+
+def clicks(desk, process, times):
+    """Milliseconds from a click on a process's tile to its panel painted, each time."""
+    tile = wait_for(lambda: desk.windows(process.pid), "the tile")[0]
+    x, y = tile[1] + tile[3] // 2, tile[2] + tile[4] // 2
+    result = subprocess.run([str(CLOCK), "click", str(x), str(y), str(times)], env=desk.env,
+                            capture_output=True, text=True, check=True)
+    return [float(line.split()[1]) for line in result.stdout.splitlines()]
+
+
+def bench_alone(quick):
+    """A slot by itself and a bare window, in turn."""
+    section("One slot beside a bare window of the toolkit")
+    desk = Desk()
+    try:
+        desk.write_widgets([widget("timer", {}, 1)], announce=False)
+        slot, bare = [], []
+        for _ in range(5 if quick else 15):
+            bare += launches(desk, [BARE], 1)
+            slot += launches(desk, [desk.program(1), "--background"], 1)
+        use_bare_start(statistics.median(bare))
+        row("start of the bare window, until it is painted", statistics.median(bare), "ms")
+        ratio("start of a slot, until its tile is painted", statistics.median(slot),
+              statistics.median(bare), 1.05, "ms", "ms")
+
+        def used(start):
+            first, later, dirty = [], [], []
+            for _ in range(2 if quick else 5):
+                process = start()
+                wait_for(lambda p=process: desk.windows(p.pid), "the window")
+                time.sleep(4)
+                dirty.append(memory(process.pid)["Private_Dirty"])
+                shown = clicks(desk, process, 6)
+                first.append(shown[0])
+                later += shown[1:]
+                process.terminate()
+                process.wait()
+            return max(dirty), statistics.median(first), statistics.median(later)
+
+        bare_memory, bare_first, bare_later = used(lambda: desk.spawn([str(BARE)]))
+        memory_, first, later = used(lambda: desk.start_slot(1))
+        ratio("private memory", memory_, bare_memory, 1.0, "MB", "MB")
+        ratio("click until the panel is painted, the first time", first, bare_first, 2, "ms", "ms")
+        ratio("click until the panel is painted, later", later, bare_later, 1.5, "ms", "ms")
+        desk.write_widgets([widget("emoji", {}, 1)], announce=False)
+        _, first, later = used(lambda: desk.start_slot(1))
+        ratio("a list of 1,900 emoji, the first time", first, bare_first, 4, "ms", "ms")
+        ratio("a list of 1,900 emoji, later", later, bare_later, 2, "ms", "ms")
+    finally:
+        desk.close()
+
+
+def bench_twelve(quick):
+    section("Twelve slots, one timer running, beside twelve conky with a clock")
+    seconds = 8 if quick else 20
     desk = Desk()
     try:
         records = [widget(*settings_of(number), number + 1, name=f"Widget {number + 1}")
@@ -92,65 +147,54 @@ def bench_twelve():
         (defaults / f"{desk.bundle_identifier(1)}.json").write_text(
             '{"timerRun": {"mode": "countdown", "duration": 36000, "accumulated": 0, '
             f'"startedAt": {time.time() - NOW_OFFSET}}}}}')
-        started = time.monotonic()
-        tavrin(desk, "start")
-        print("Twelve slots, one timer running")
-        row("tavrin start until all twelve answer", (time.monotonic() - started) * 1000, "ms")
+        starts = []
+        for number in range(3):
+            if number:
+                tavrin(desk, "stop")
+            started = time.monotonic()
+            tavrin(desk, "start")
+            starts.append((time.monotonic() - started) * 1000)
+        timed("tavrin start until all twelve answer", statistics.median(starts), 150)
         pids = slot_pids(desk, 12)
         time.sleep(6)
         sizes = [memory(pid) for pid in pids]
-        row("private dirty, the largest", max(s["Private_Dirty"] for s in sizes), "MB", 3)
-        row("private dirty, all", sum(s["Private_Dirty"] for s in sizes), "MB")
-        row("proportional, the largest", max(s["Pss"] for s in sizes), "MB", 6)
-        loads = observe(pids, 20)
+        row("private memory, the largest", max(s["Private_Dirty"] for s in sizes), "MB", 3)
+        private = sum(s["Private_Dirty"] for s in sizes)
+        row("private memory, all", private, "MB", 15)
+        row("proportional memory, the largest", max(s["Pss"] for s in sizes), "MB", 6)
+        proportional = sum(s["Pss"] for s in sizes)
+        loads = observe(pids, seconds)
         row("wake-ups of the slot whose timer runs", loads[0][0], "/s", 6)
         still = [loads[i][0] for i in (2, 3, 4, 6, 8, 9, 11)]
         row("wake-ups of a slot with nothing to tick, the most", max(still), "/s", 0)
-        row("wake-ups, all twelve", sum(load[0] for load in loads), "/s")
-        row("processor, all twelve, of one core", sum(load[1] for load in loads), "%", 0.3)
+        wakeups, share = (sum(column) for column in zip(*loads))
         tavrin(desk, "stop")
     finally:
         desk.close()
-
-
-def bench_alone():
+    if shutil.which("conky") is None:
+        raise RuntimeError("conky is not installed")
     desk = Desk()
     try:
-        desk.write_widgets([widget("timer", {}, 1)], announce=False)
-        print("One slot started by itself")
-        launches = []
-        for _ in range(30):
-            result = subprocess.run([str(CLOCK), "launch", str(desk.program(1)), "--background"],
-                                    env=desk.env, capture_output=True, text=True, check=True)
-            launches.append(float(result.stdout.split()[1]))
-        row("exec to first tile painted, median of 30", statistics.median(launches), "ms", 40)
-        row("exec to first tile painted, the best", min(launches), "ms")
-        first, later, dirty = [], [], []
-        for _ in range(5):
-            process = desk.start_slot(1)
-            desk.wait_for_name(1)
-            time.sleep(5)
-            tile = wait_for(lambda p=process: desk.windows(p.pid), "the tile")[0]
-            dirty.append(memory(process.pid)["Private_Dirty"])
-            x, y = tile[1] + tile[3] // 2, tile[2] + tile[4] // 2
-            result = subprocess.run([str(CLOCK), "click", str(x), str(y), "6"], env=desk.env,
-                                    capture_output=True, text=True, check=True)
-            shown = [float(line.split()[1]) for line in result.stdout.splitlines()]
-            first.append(shown[0])
-            later += shown[1:]
-            tavrin(desk, "stop")
-            process.wait()
-        row("private dirty before the first panel", max(dirty), "MB", 3)
-        row("click to panel painted, the first time, median of 5", statistics.median(first), "ms", 20)
-        row("and the most", max(first), "ms")
-        row("click to panel painted, median of the next 25", statistics.median(later), "ms", 10)
+        (desk.home / "conky.conf").write_text(
+            "conky.config={update_interval=1,own_window=true,own_window_type='desktop',"
+            "double_buffer=true,font='Inter:size=12',use_xft=true}"
+            "conky.text=[[${time %H:%M:%S}]]")
+        pids = [desk.spawn(["conky", "-c", str(desk.home / "conky.conf")]).pid for _ in range(12)]
+        time.sleep(4)
+        sizes = [memory(pid) for pid in pids]
+        loads = observe(pids, seconds)
     finally:
         desk.close()
+    peer_wakeups, peer_share = (sum(column) for column in zip(*loads))
+    ratio("private memory", private, sum(s["Private_Dirty"] for s in sizes), 0.5, "MB", "MB")
+    ratio("proportional memory", proportional, sum(s["Pss"] for s in sizes), 0.5, "MB", "MB")
+    ratio("wake-ups", wakeups, peer_wakeups, 0.5, "/s", "/s")
+    ratio("processor", share, peer_share, 0.5, "% of one core", "%")
 
 
-def bench_closed_panels():
-    print("One slot of a kind, before its panel and three seconds after")
-    for kind in ("timer", "emoji", "pet", "collection"):
+def bench_closed_panels(quick):
+    section("One slot of a kind, before its panel and three seconds after")
+    for kind in ("timer", "emoji") if quick else ("timer", "emoji", "pet", "collection"):
         desk = Desk()
         try:
             settings = {"apps": []} if kind == "collection" else {}
@@ -159,14 +203,14 @@ def bench_closed_panels():
             desk.wait_for_name(1)
             tiles = len(wait_for(lambda: desk.windows(process.pid), "the tile"))
             time.sleep(3)
-            row(f"{kind}: private dirty before", memory(process.pid)["Private_Dirty"], "MB", 3.5)
+            row(f"{kind}: private memory before", memory(process.pid)["Private_Dirty"], "MB", 3.5)
             for _ in range(3):
                 desk.activate(1)
                 wait_for(lambda: len(desk.windows(process.pid)) > tiles, "the panel", 10)
                 time.sleep(1.5)
                 desk.activate(1)
                 time.sleep(3)
-            row(f"{kind}: private dirty after", memory(process.pid)["Private_Dirty"], "MB", 4.5)
+            row(f"{kind}: private memory after", memory(process.pid)["Private_Dirty"], "MB", 4.5)
         finally:
             desk.close()
 
@@ -175,7 +219,7 @@ def bench_growth(renders=10_000, openings=1_000):
     import dbus
     desk = Desk()
     try:
-        print("One slot used for long")
+        section("One slot used for long")
         record = widget("note", {"text": "0"}, 1)
         desk.write_widgets([record], announce=False)
         process = desk.start_slot(1)
@@ -220,52 +264,15 @@ def bench_growth(renders=10_000, openings=1_000):
             toggle()
         rest()
         opened = memory(process.pid)["Private_Dirty"]
-        row("private dirty after ten renders and openings", first, "MB")
+        row("private memory after ten renders and openings", first, "MB")
         row(f"more after {renders} renders", rendered - first, "MB", 0)
         row(f"more after {openings} panel openings", opened - first, "MB", 0)
     finally:
         desk.close()
 
 
-def bench_peers():
-    """The same readings of what is installed, in this run."""
-    peers = {
-        "conky": ("twelve conky, clock each second", 12,
-                  ["conky", "-c", "{home}/conky.conf"]),
-        "tint2": ("tint2, clock with seconds", 1, ["tint2", "-c", "{home}/tint2rc"]),
-    }
-    print("Peers")
-    for program, (name, count, command) in peers.items():
-        if shutil.which(program) is None:
-            print(f"  {name}: not installed")
-            continue
-        desk = Desk()
-        try:
-            (desk.home / "conky.conf").write_text(
-                "conky.config={update_interval=1,own_window=true,own_window_type='desktop',"
-                "double_buffer=true,font='Inter:size=12',use_xft=true}"
-                "conky.text=[[${time %H:%M:%S}]]")
-            (desk.home / "tint2rc").write_text("panel_items = C\ntime1_format = %H:%M:%S\n")
-            words = [word.format(home=desk.home) for word in command]
-            pids = [desk.spawn(words).pid for _ in range(count)]
-            time.sleep(4)
-            sizes = [memory(pid) for pid in pids]
-            loads = observe(pids, 10)
-            row(f"{name}: private dirty, all", sum(s["Private_Dirty"] for s in sizes), "MB")
-            row(f"{name}: proportional, all", sum(s["Pss"] for s in sizes), "MB")
-            row(f"{name}: wake-ups, all", sum(load[0] for load in loads), "/s")
-            row(f"{name}: processor, all, of one core", sum(load[1] for load in loads), "%")
-        finally:
-            desk.close()
-
-
-if __name__ == "__main__":
-    quick = "--quick" in sys.argv
-    bench_twelve()
-    bench_alone()
-    bench_closed_panels()
+def bench(quick):
+    bench_alone(quick)
+    bench_twelve(quick)
+    bench_closed_panels(quick)
     bench_growth(*((500, 50) if quick else ()))
-    bench_peers()
-    print(f"Load of this machine now: {os.getloadavg()[0]:.2f} on {os.cpu_count()} cores")
-    if missed:
-        print("Missed: " + "; ".join(missed))

@@ -1,6 +1,7 @@
 """The usage reader beside others on the same logs, in alternating rounds of one run.
 
-usage.py [--quick] [HOME [ROUNDS]]    HOME/.claude/projects holds logs; otherwise some are made
+usage.py [--quick] [HOME [ROUNDS]]    by itself; HOME/.claude/projects holds logs, otherwise some are
+                                      made
 """
 
 import json
@@ -16,7 +17,8 @@ import tempfile
 import time
 import uuid
 
-from slots import BUILD, row
+from figures import ratio, row, section, write_table
+from programs import BUILD, benchmarks
 
 KINDS = {"input_tokens": 60, "output_tokens": 900, "cache_creation_input_tokens": 4000,
          "cache_read_input_tokens": 160_000}
@@ -90,7 +92,8 @@ def bench_readers(home, rounds, expected):
     subprocess.run(["grep", "-rc", "nothing", str(logs)], stdout=subprocess.DEVNULL)  # into the cache
     scratch = pathlib.Path(tempfile.mkdtemp(prefix="tavrin-usage-"))
     readers = {"tavrin": [str(BUILD / "bin" / "tavrin"), "usage", "--days", "400", "--json"],
-               "grep -c": ["grep", "-rc", '"usage"', str(logs)]}
+               "grep -c": ["grep", "-rc", '"usage"', str(logs)],
+               "cat": ["sh", "-c", 'exec cat "$0"/*/*.jsonl', str(logs)]}
     if ccusage := native_ccusage():
         readers["ccusage"] = [ccusage, "daily", "--json", "--offline"]
     results = {name: [] for name in readers}
@@ -102,55 +105,58 @@ def bench_readers(home, rounds, expected):
                 found = json.loads((scratch / "out").read_text())["total"]["tokens"]
                 assert found == expected, f"{found} tokens, there are {expected}"
     shutil.rmtree(scratch)
-    print(f"Usage logs: {size / 1e9:.2f} GB in {files} files, {rounds} rounds")
+    section(f"Usage logs: {size / 1e9:.2f} GB in {files} files, {rounds} rounds")
     for name, measured in results.items():
         walls, processors, peaks = zip(*measured)
-        mine = name == "tavrin"
-        row(f"{name}: whole process for a GB, best", min(walls) / size * 1e12, "ms",
-            250 if mine else None, f"(processor {min(processors) / size * 1e12:.0f} ms)")
-        if name != "grep -c":
-            row(f"{name}: peak memory", max(peaks), "MB", 40 if mine else None)
-    for name, most in (("grep -c", 1), ("ccusage", 0.5)):
+        row(f"{name}: whole process for a GB, the best", min(walls) / size * 1e12, "ms",
+            note=f"processor {min(processors) / size * 1e12:.0f} ms")
+        if name == "tavrin":
+            row(f"{name}: peak memory", max(peaks), "MB", 40)
+    for name, most in (("grep -c", (0.9, 1.2)), ("cat", (None, None)), ("ccusage", (0.5, None))):
         if name not in results:
-            print(f"  {name}: not installed")
             continue
         for index, what in ((0, "time"), (1, "processor time")):
             ratios = [one[index] / other[index]
                       for one, other in zip(results["tavrin"], results[name])]
-            row(f"{what} beside {name}, median of the rounds", statistics.median(ratios), "",
-                most if index == 0 else None)
+            row(f"{what} beside {name}, median of the rounds", statistics.median(ratios), "x",
+                most[index])
 
 
 def bench_refreshes(home):
-    limits = {"refreshWithNothingNew": ("refresh with nothing new", 3),
-              "refreshAfterAMegabyte": ("refresh after a megabyte of new lines", 5)}
-    result = subprocess.run(
-        [str(BUILD / "Benchmarks" / "TavrinBenchmarks"), "--benchmark_format=json",
-         "--benchmark_repetitions=5", "--benchmark_filter=" + "|".join(limits)],
-        env={**os.environ, "TAVRIN_USAGE_HOME": str(home)}, capture_output=True, text=True,
-        check=True)
-    for one in json.loads(result.stdout)["benchmarks"]:
-        if one.get("aggregate_name") == "median":
-            name, limit = limits[one["run_name"].split("/")[0]]
-            row(name, one["real_time"], "ms", limit, f"(processor {one['cpu_time']:.2f} ms)")
+    found = benchmarks(("statOfEach", "refreshWithNothingNew", "refreshAfterAMegabyte"),
+                       environment={"TAVRIN_USAGE_HOME": str(home)})
+    times = {name: one["real_time"] for name, one in found.items()}
+    ratio("a refresh with nothing new, beside a stat of each file", times["refreshWithNothingNew"],
+          times["statOfEach"], 1.5, "ms", "ms")
+    row("a refresh after a megabyte of new lines", times["refreshAfterAMegabyte"], "ms")
 
 
-def main(arguments):
-    quick = "--quick" in arguments
-    words = [word for word in arguments if not word.startswith("--")]
-    rounds = int(words[1]) if len(words) > 1 else 3 if quick else 9
-    if words:
-        home, expected = pathlib.Path(words[0]), None
-    else:
-        home = pathlib.Path(tempfile.mkdtemp(prefix="tavrin-logs-"))
+def bench(quick):
+    run(None, 3 if quick else 9, (100, 100) if quick else (1000, 1000))
+
+
+def run(home, rounds, amount=()):
+    """Over the logs of a home, or over some that are made: megabytes, files."""
+    expected, made = None, None
+    if home is None:
+        home = made = pathlib.Path(tempfile.mkdtemp(prefix="tavrin-logs-"))
         with multiprocessing.get_context("spawn").Pool(1) as pool:
-            expected = pool.apply(make_logs, (home, *((100, 100) if quick else (1000, 1000))))
+            expected = pool.apply(make_logs, (home, *amount))
     try:
         bench_readers(home, rounds, expected)
         bench_refreshes(home)
     finally:
-        if not words:
-            shutil.rmtree(home)
+        if made:
+            shutil.rmtree(made)
+
+
+def main(arguments):
+    words = [word for word in arguments if not word.startswith("--")]
+    if not words:
+        bench("--quick" in arguments)
+    else:
+        run(pathlib.Path(words[0]), int(words[1]) if len(words) > 1 else 9)
+    write_table(sys.stdout)
 
 
 if __name__ == "__main__":

@@ -109,21 +109,6 @@ Console standardConsole() {
           .columns = terminalColumns(STDOUT_FILENO)};
 }
 
-std::string printable(std::string_view text) {
-  std::string result;
-  eachCharacter(text, [&](UChar32 character, std::string_view bytes) {
-    if (character == '\n')
-      result += "⏎";
-    else if (character == '\t')
-      result += ' ';
-    else if (character == 0xFFFD || u_charType(character) == U_CONTROL_CHAR)
-      result += "\uFFFD";
-    else
-      result += bytes;
-  });
-  return result;
-}
-
 int displayWidth(std::string_view text) {
   int width = 0;
   eachCharacter(text, [&](UChar32 character, std::string_view) { width += widthOf(character); });

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "TavrinCore/Text/ForeignText.h"
+
 #include <iosfwd>
 #include <string>
 #include <string_view>
@@ -31,10 +33,6 @@ struct Console {
 /// The process's own standard streams. Colours only on terminals, and not where NO_COLOR is set
 /// or TERM is "dumb".
 Console standardConsole();
-
-/// `text` with every control character made visible, so that a name taken from a file can
-/// neither break a line nor speak to the terminal.
-std::string printable(std::string_view text);
 
 /// Columns that `text` takes on a terminal: two for wide characters, none for combining ones.
 int displayWidth(std::string_view text);

@@ -111,6 +111,8 @@ int runCommandLine(HostContext& context, const std::vector<std::string>& words) 
     return static_cast<int>(error.code());
   } catch (const DockError& error) {
     context.remark(fmt::format("tavrin: {}", printable(error.what())));
+    if (!error.tile().empty())
+      context.remark(fmt::format("It is {}.", printable(error.tile())));
     return static_cast<int>(exitCode(error));
   } catch (const std::exception& error) {
     context.remark(fmt::format("tavrin: {}", printable(error.what())));

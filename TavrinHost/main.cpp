@@ -1,9 +1,9 @@
 #include "TavrinHost/Program.h"
-#include "TavrinPlatform/Linux/LinuxCommandPlatform.h"
+#include "TavrinPlatform/CommandPlatform.h"
 
 int main(int count, char** words) {
-  tavrin::LinuxCommandPlatform platform;
+  const auto platform = tavrin::makeCommandPlatform();
   auto console = tavrin::standardConsole();
-  tavrin::HostContext context(platform, console);
+  tavrin::HostContext context(*platform, console);
   return tavrin::runCommandLine(context, {words + 1, words + count});
 }

@@ -18,6 +18,8 @@ public:
   /// The critical request: the tile asks for attention until the user comes.
   virtual void requestUserAttention() = 0;
   virtual void cancelUserAttention() = 0;
+  /// From now on this process's memory goes into no core dump, nor to other programs of the user.
+  virtual void keepMemoryPrivate() = 0;
 
   /// The user clicked the tile, or asked for the running application.
   std::function<void()> onReopen;

@@ -8,6 +8,7 @@
 #include "TavrinPlatform/RunningApplications.h"
 
 #include <functional>
+#include <memory>
 
 namespace tavrin {
 
@@ -39,5 +40,8 @@ public:
   /// Gives its exit status; 127 where it could not be started.
   virtual int runInForeground(const std::vector<std::string>& words) = 0;
 };
+
+/// The services of this system; which system's is chosen with what is linked.
+std::unique_ptr<CommandPlatform> makeCommandPlatform();
 
 } // namespace tavrin

@@ -9,8 +9,9 @@
 namespace tavrin {
 
 /// Tells every process of this user that something happened. The name is the whole message but
-/// for an optional object text. Posts are delivered at once, to the poster's own observers too.
-/// Where there is no way between processes, posts reach this process alone.
+/// for an optional object text. Posts leave at once, and are told from the event loop, to the
+/// poster's own observers too: never before `post` has returned. Where there is no way between
+/// processes, posts reach this process alone.
 class DistributedNotificationCenter {
 public:
   using Handler = std::function<void(const std::optional<std::string>& object)>;

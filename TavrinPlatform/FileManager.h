@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace tavrin {
 
@@ -15,6 +16,12 @@ public:
   virtual std::filesystem::path applicationSupportFolder() const = 0;
   virtual std::filesystem::path cachesFolder() const = 0;
   virtual std::optional<std::string> environment(const std::string& name) const = 0;
+
+  /// Where people's command-line tools are put, the likelier folder first.
+  virtual std::vector<std::filesystem::path> toolFolders() const { return {}; }
+  /// The folder of the Unicode character data ("emoji/emoji-test.txt" and, below "cldr", the
+  /// annotations); empty where the system has none.
+  virtual std::filesystem::path unicodeFolder() const { return {}; }
 };
 
 } // namespace tavrin

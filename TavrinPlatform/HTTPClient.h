@@ -22,7 +22,8 @@ struct HTTPRequest {
   /// Seconds until the request is on its way: connecting and its encryption.
   double connectTimeLimit = 20;
   /// Connects to this address, and asks no one for the host's. The name in `url` still goes into
-  /// the request and must be the server's in its certificate.
+  /// the request and must be the server's in its certificate. Through a proxy that reads requests
+  /// this cannot be had, and there is no answer.
   std::string address = {};
   /// Redirects within one host are followed, or each is answered as it comes.
   enum class Redirects { withinHost, none };

@@ -13,14 +13,13 @@ namespace tavrin {
 /// A device that files can be sent to.
 struct NearbyDevice {
   enum class Kind { phone, tablet, computer, other };
-  /// By `airDrop` there is one device, which stands for all: the system asks the user which.
-  enum class Way { kdeConnect, bluetooth, airDrop };
 
   /// Unlike all others of its way.
   std::string id;
   std::string name;
   Kind kind = Kind::other;
-  Way way = Way::kdeConnect;
+  /// The service that reaches it, by the name that users know: "Bluetooth".
+  std::string way;
   bool operator==(const NearbyDevice&) const = default;
 };
 
@@ -50,6 +49,12 @@ public:
 
   /// Those that can be reached, by name.
   virtual const std::vector<NearbyDevice>& devices() const = 0;
+  /// What can be done where there is no service, and where no device is near: whole sentences.
+  struct Advice {
+    std::string noService;
+    std::string noDevice;
+  };
+  virtual Advice advice() const = 0;
   /// Whether the desktop has a service for this at all; true while that is not known.
   virtual bool isAvailable() const = 0;
   /// Looks anew, and wakes the services that sleep.

@@ -62,7 +62,7 @@ public:
   /// observer; a second one takes the first one's place, whose token must be gone by then.
   [[nodiscard]] virtual TokenPtr observe(const Limits& limits, Observer observer) = 0;
   /// Offers `formats` in place of what was there, for as long as this process runs and nobody else
-  /// copies.
+  /// copies. Other types by which this desktop's programs know the same are offered beside them.
   virtual void write(std::vector<Format> formats) = 0;
 
   void writeText(const std::string& text) {

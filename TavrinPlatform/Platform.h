@@ -23,6 +23,10 @@
 #include "TavrinPlatform/UserNotificationCenter.h"
 #include "TavrinPlatform/Workspace.h"
 
+#include <filesystem>
+#include <functional>
+#include <memory>
+
 namespace tavrin {
 
 class ApplicationLibrary;
@@ -75,5 +79,25 @@ public:
   virtual MediaPlayers& mediaPlayers() = 0;
   virtual NearbyDevices& nearbyDevices() = 0;
 };
+
+/// What a program says of itself before it has a platform.
+struct ProgramSetup {
+  /// Does what every process of this program would do first. Where processes that are started
+  /// together come from one, it is done once for all of them.
+  std::function<void()> prepare = {};
+  /// The folder of the user's data. May throw FileError.
+  std::function<std::filesystem::path(const FileManager&, const MainBundle&)> dataFolder = {};
+};
+
+/// The services of this desktop, for a slot and for other programs with a tile; which desktop's is
+/// chosen with what is linked. To be called first thing in `main`. Null when the process has
+/// nothing left to do: another process is this application already and has been asked to
+/// activate, the arguments asked for something else that has been done (a notice, starting
+/// others); then `main` returns 0.
+std::unique_ptr<Platform> makePlatform(int& argc, char**& argv, ProgramSetup setup = {});
+
+/// Runs the event loop until `Application::terminate` or a signal to end; the exit status. Calls
+/// `launched` once the application is ready for it; returns soon where that has terminated it.
+int runEventLoop(Platform& platform, const std::function<void()>& launched = {});
 
 } // namespace tavrin

@@ -12,6 +12,9 @@
 namespace tavrin {
 
 struct ProcessRequest {
+  /// PATH for a tool that is given an environment of its own.
+  static constexpr const char* systemPath = "/usr/bin:/bin:/usr/sbin:/sbin";
+
   std::string program;
   std::vector<std::string> arguments;
   std::string standardInput;

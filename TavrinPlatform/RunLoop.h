@@ -36,6 +36,8 @@ public:
   virtual void post(std::function<void()> work) = 0;
 
   /// Runs `work` on a background thread, then `done` on the main thread unless `owner` is gone.
+  /// `work` may outlast its owner: it refers to nothing of that. It may refer to the platform's
+  /// services, which go only when no work is left; what is given after that is not done.
   virtual void background(std::function<void()> work, std::weak_ptr<void> owner,
                           std::function<void()> done) = 0;
 

@@ -1,6 +1,7 @@
 #include "TavrinSlot/BasicWidgetController.h"
 
 #include "TavrinCore/Widgets/DockSlot.h"
+#include "TavrinCore/Widgets/SettingChanges.h"
 #include "TavrinSlot/DockPanelPresenter.h"
 #include "TavrinSlot/DockTileRenderer.h"
 #include "TavrinStorage/StoragePath.h"
@@ -9,22 +10,55 @@
 namespace tavrin {
 
 BasicWidgetController::BasicWidgetController(const SlotContext& context, DockWidget widget)
-    : context_(context), widget_(std::move(widget)) {
+    : context_(context), widget_(std::move(widget)), filed_(widget_.kind) {}
+
+void BasicWidgetController::begin() {
+  if (isLive_)
+    return;
+  isLive_ = true;
   appearanceChanged_ = platform().workspace().observeAppearance([this] { appearanceChanged(); });
+  context_.panel.onClose = [this] { panelDidClose(); };
   takeInterfaceFont();
+  start();
+  renderTile();
+  if (!context_.panel.isShown())
+    return;
+  panelWillOpen();
+  showContent();
 }
 
-BasicWidgetController::~BasicWidgetController() {
+void BasicWidgetController::leave() {
+  if (!isLive_)
+    return;
+  isLive_ = false;
+  if (context_.panel.isShown())
+    panelDidClose();
   context_.panel.onClose = nullptr;
+  context_.panel.setRootView(nullptr);
+  discardPanelView();
+  appearanceChanged_.reset();
+  stop();
+  drawnFormat_.reset();
 }
 
 void BasicWidgetController::update(const DockWidget& widget) {
+  if (!serves(widget.kind) || (isLive_ && widget.id != widget_.id))
+    return;
   widget_ = widget;
+  filed_ = widget.kind;
+  if (!isLive_)
+    return;
   widgetChanged();
   refresh();
 }
 
+void BasicWidgetController::redraw() {
+  renderTile();
+}
+
 void BasicWidgetController::togglePanel() {
+  if (!isLive_)
+    return;
   if (!context_.panel.isShown()) {
     panelWillOpen();
     showContent();
@@ -33,11 +67,16 @@ void BasicWidgetController::togglePanel() {
 }
 
 void BasicWidgetController::renderTile() {
+  if (!isLive_)
+    return;
+  const auto format = platform().dockTile().format();
+  if (std::exchange(drawnFormat_, format) != format)
+    formatChanged();
   context_.tile.render(tileView(context_.tile.size()));
 }
 
 void BasicWidgetController::refreshPanel() {
-  if (context_.panel.isShown())
+  if (isLive_ && context_.panel.isShown())
     showContent();
 }
 
@@ -52,7 +91,6 @@ void BasicWidgetController::showContent() {
     panelView_ = makePanelView(appearance());
     panelView_->onFittingSizeChange = [this] { context_.panel.fitContent(); };
     context_.panel.setRootView(panelView_);
-    context_.panel.onClose = [this] { panelDidClose(); };
   }
   panelView_->setAppearance(appearance());
   panelView_->refresh();
@@ -91,11 +129,6 @@ void BasicWidgetController::save(const DockWidget::Kind& kind) {
     announce();
 }
 
-void BasicWidgetController::saveQuietly(const DockWidget::Kind& kind) {
-  if (write(kind))
-    announce();
-}
-
 std::optional<DockWidget> BasicWidgetController::storedWidget() {
   try {
     return freshStore().widget(widget_.id);
@@ -116,13 +149,16 @@ WidgetStore& BasicWidgetController::freshStore() {
 
 bool BasicWidgetController::write(const DockWidget::Kind& kind) {
   try {
-    // The settings are ours; name, slot and span may have been changed elsewhere.
-    DockWidget stored = freshStore().widget(widget_.id).value_or(widget_);
-    if (stored.kind.index() != kind.index())
-      return false;
-    stored.kind = kind;
-    store_->update(stored);
-    return true;
+    bool isOurs = false;
+    freshStore().change(widget_.id, [&](DockWidget& stored) {
+      isOurs = stored.kind.index() == kind.index();
+      if (isOurs)
+        stored.kind = withChanges(stored.kind, filed_, kind);
+      return isOurs;
+    });
+    if (isOurs)
+      filed_ = kind;
+    return isOurs;
   } catch (const std::exception& error) {
     Log(platform().log(), "slot").error(error.what());
     return false;

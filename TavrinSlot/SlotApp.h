@@ -33,7 +33,8 @@ public:
   /// Whether the widget took the files.
   bool applicationOpenFiles(const std::vector<std::filesystem::path>& paths);
 
-  /// Whether a controller can be kept when its widget's kind changes from `before` to `after`.
+  /// Whether a controller can be kept when its widget's kind changes from `before` to `after`: one
+  /// class of controllers serves both.
   static bool sameKind(const std::optional<DockWidget::Kind>& before,
                        const DockWidget::Kind& after);
 
@@ -44,7 +45,10 @@ public:
 private:
   void openStore();
   void reload();
-  std::unique_ptr<WidgetController> makeController(const DockWidget& widget);
+  void reloadOnce();
+  /// Goes on with the record that the slot has now: under the controller that stands, where it is
+  /// the same widget's; else that one's life ends before the tile moves, and another begins.
+  void show(DockWidget widget);
   void editWidget();
   void placeTile();
 
@@ -58,6 +62,8 @@ private:
   std::unique_ptr<WidgetStore> store_;
   std::optional<DockWidget> widget_;
   std::unique_ptr<WidgetController> controller_;
+  bool isReloading_ = false;
+  bool isReloadDue_ = false;
   TokenPtr widgetsChanged_;
 };
 

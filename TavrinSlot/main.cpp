@@ -1,7 +1,7 @@
 #include "TavrinCore/Kinds/System/ClockFormat.h"
-#include "TavrinPlatform/Linux/Base/ProcessFamily.h"
-#include "TavrinPlatform/Linux/LinuxPlatform.h"
+#include "TavrinPlatform/Platform.h"
 #include "TavrinSlot/SlotApp.h"
+#include "TavrinStorage/StoragePath.h"
 
 namespace {
 
@@ -12,12 +12,15 @@ void prepare() {
   format.dayCaption({});
 }
 
+std::filesystem::path dataFolder(const tavrin::FileManager& files,
+                                 const tavrin::MainBundle& bundle) {
+  return tavrin::StoragePath(files, bundle).resolvedDirectory();
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
-  if (!tavrin::joinFamily(argc, argv, prepare))
-    return 0;
-  const auto platform = tavrin::makePlatform(argc, argv);
+  const auto platform = tavrin::makePlatform(argc, argv, {prepare, dataFolder});
   if (!platform)
     return 0;
   tavrin::SlotApp app(*platform);
@@ -25,6 +28,5 @@ int main(int argc, char** argv) {
   application.onReopen = [&] { app.applicationShouldHandleReopen(false); };
   application.onResignActive = [&] { app.applicationDidResignActive(); };
   application.onOpenFiles = [&](const auto& paths) { return app.applicationOpenFiles(paths); };
-  app.applicationDidFinishLaunching();
-  return tavrin::runEventLoop(*platform);
+  return tavrin::runEventLoop(*platform, [&] { app.applicationDidFinishLaunching(); });
 }

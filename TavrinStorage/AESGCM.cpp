@@ -1,7 +1,7 @@
 #include "TavrinStorage/AESGCM.h"
 
 #include "TavrinCore/Base/Wipe.h"
-#include "TavrinPlatform/SharedLibrary.h"
+#include "TavrinPlatform/Files/SharedLibrary.h"
 
 #include <algorithm>
 #include <array>
@@ -26,7 +26,7 @@ struct Library {
   decltype(&RAND_bytes) random = nullptr;
 
   bool load() {
-    const SharedLibrary library{"libcrypto.so.3", "libcrypto.3.dylib"};
+    const auto library = SharedLibrary::crypto();
     return library.find(make, "EVP_CIPHER_CTX_new") && library.find(free, "EVP_CIPHER_CTX_free") &&
            library.find(control, "EVP_CIPHER_CTX_ctrl") &&
            library.find(cipher, "EVP_aes_256_gcm") && library.find(begin, "EVP_CipherInit_ex") &&

@@ -1,53 +1,43 @@
 #pragma once
 
-#include "TavrinCore/Base/Coding.h"
 #include "TavrinPlatform/DistributedNotificationCenter.h"
-#include "TavrinPlatform/Files/AtomicFile.h"
+#include "TavrinStorage/SharedDocument.h"
 
-#include <filesystem>
+#include <string>
 
 namespace tavrin {
 
-/// One record in a file that several processes change. Every change begins by reading the file
-/// again, so that what others wrote is kept, and is announced once it is written.
+/// A small record that several processes change; each change is announced once it is written.
 ///
 /// A failed read or write throws FileError; after a failed read nothing is changed or written.
 template <Record R> class SharedRecord {
 public:
+  static constexpr std::size_t maximumSize = 1024 * 1024;
+
   SharedRecord(std::filesystem::path url, std::string notification,
-               DistributedNotificationCenter& notifications)
-      : url_(std::move(url)), notification_(std::move(notification)),
+               DistributedNotificationCenter& notifications, std::size_t largest = maximumSize)
+      : document_(std::move(url), largest), notification_(std::move(notification)),
         notifications_(notifications) {
     reload();
   }
 
-  const std::filesystem::path& url() const { return url_; }
-  const R& value() const { return value_; }
+  const std::filesystem::path& url() const { return document_.url(); }
+  const R& value() const { return document_.value(); }
 
   /// A file that is not there reads as a new record.
-  void reload() {
-    constexpr std::size_t maximumSize = 1024 * 1024;
-    const auto text = readFile(url_, maximumSize);
-    try {
-      value_ = text ? decode<R>(JSONValue::parse(*text)) : R{};
-    } catch (const std::runtime_error& error) {
-      throw FileError(failure("read " + url_.string(), error.what()));
-    }
-  }
+  void reload() { document_.reload(); }
 
   /// `change` gets the record as it stands in the file now.
   template <class Change> void change(const Change& change) {
-    reload();
-    change(value_);
-    writeJSONFile(url_, encode(value_));
-    notifications_.post(notification_);
+    if (document_.change(change))
+      notifications_.post(notification_);
   }
+  void dropUnsaved() { document_.dropUnsaved(); }
 
 private:
-  std::filesystem::path url_;
+  SharedDocument<R> document_;
   std::string notification_;
   DistributedNotificationCenter& notifications_;
-  R value_;
 };
 
 } // namespace tavrin

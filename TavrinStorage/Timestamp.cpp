@@ -1,5 +1,7 @@
 #include "TavrinStorage/Timestamp.h"
 
+#include "TavrinCore/Text/Numbers.h"
+
 #include <algorithm>
 #include <charconv>
 #include <chrono>
@@ -66,7 +68,7 @@ std::optional<Date> dateFromISO8601(std::string_view text) {
     if (end == std::string_view::npos || end < 2 || end > 10 ||
         text.substr(1, end - 1).find_first_not_of("0123456789") != std::string_view::npos)
       return std::nullopt;
-    std::from_chars(text.data(), text.data() + end, fraction);
+    doubleFromChars(text.data(), text.data() + end, fraction);
     text.remove_prefix(end);
   }
   const std::chrono::year_month_day date{std::chrono::year(*year),

@@ -1,43 +1,37 @@
 #pragma once
 
 #include "TavrinCore/Kinds/Water/WaterLog.h"
-#include "TavrinPlatform/DistributedNotificationCenter.h"
-
-#include <filesystem>
+#include "TavrinStorage/SharedRecord.h"
 
 namespace tavrin {
 
-/// The drinking log's file, shared by the water widgets of all processes. Every change begins by
-/// reading the file again, so that what others poured is kept, and is announced once it is written.
-/// A file that others replaced meanwhile is read again and the change made anew. There is no lock:
-/// of two changes at the same instant one can still be lost.
+/// The drinking log's file, shared by the water widgets of all processes: what others poured is
+/// kept, and each change is announced once it is written.
 ///
-/// A failed read or write throws FileError; after a failed read nothing is changed or written.
+/// A failed read or write throws FileError; nothing is changed then, in the file or here.
 class WaterStore {
 public:
   static constexpr const char* changedNotification = "dev.quellby.tavrin.water-changed";
 
   WaterStore(std::filesystem::path url, DistributedNotificationCenter& notifications);
 
-  const std::filesystem::path& url() const { return url_; }
-  const WaterLog& log() const { return log_; }
+  const std::filesystem::path& url() const { return file_.url(); }
+  const WaterLog& log() const { return file_.value(); }
 
   /// A file that is not there reads as an empty log.
-  void reload();
+  void reload() { file_.reload(); }
 
   /// On the user's day of `date`.
   void add(int millilitres, Date date);
   void remove(int millilitres, Date date);
   void clear(Date date);
-  /// Writes the log as it is, whatever the file holds by now, and announces it.
+  /// Writes the log that is in the file again, tidy, and announces it.
   void save();
 
 private:
   template <class Change> void change(const Change& change);
 
-  std::filesystem::path url_;
-  DistributedNotificationCenter& notifications_;
-  WaterLog log_;
+  SharedRecord<WaterLog> file_;
 };
 
 } // namespace tavrin

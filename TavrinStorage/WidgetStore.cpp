@@ -1,8 +1,8 @@
 #include "TavrinStorage/WidgetStore.h"
 
+#include "TavrinCore/Base/Errors.h"
 #include "TavrinCore/Dock/DockError.h"
 #include "TavrinCore/Text/Text.h"
-#include "TavrinPlatform/Files/AtomicFile.h"
 
 #include <algorithm>
 #include <system_error>
@@ -12,10 +12,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-FileError unreadable(const fs::path& file, const CodingError& error) {
-  return FileError(failure("read " + file.string(), error.what()));
-}
-
 std::optional<WidgetsFile> migrated(const fs::path& legacyCollections) {
   const auto document = readJSONFile(legacyCollections);
   if (!document)
@@ -23,97 +19,100 @@ std::optional<WidgetsFile> migrated(const fs::path& legacyCollections) {
   try {
     return WidgetsFile::migrating(*document);
   } catch (const CodingError& error) {
-    throw unreadable(legacyCollections, error);
+    throw FileError(failure("read " + legacyCollections.string(), error.what()), error.what());
   }
+}
+
+DockWidget* find(WidgetsFile& file, const UUID& id) {
+  const auto found = std::ranges::find(file.widgets, id, &DockWidget::id);
+  return found == file.widgets.end() ? nullptr : &*found;
 }
 
 } // namespace
 
 WidgetStore::WidgetStore(fs::path url, const std::optional<fs::path>& legacyCollections)
-    : url_(std::move(url)) {
-  if (legacyCollections && !readFile(url_)) {
-    if (auto file = migrated(*legacyCollections)) {
-      file_ = std::move(*file);
-      save();
-      std::error_code error;
-      if (!fs::remove(*legacyCollections, error) && error)
-        throw FileError(failure("remove " + legacyCollections->string(), error.message()));
-      return;
-    }
-  }
+    : document_(std::move(url)) {
   reload();
+  if (legacyCollections && !document_.existed())
+    migrate(*legacyCollections);
 }
 
-void WidgetStore::reload() {
-  const auto document = readJSONFile(url_);
-  try {
-    file_ = document ? decode<WidgetsFile>(*document) : WidgetsFile{};
-  } catch (const CodingError& error) {
-    throw unreadable(url_, error);
-  }
+void WidgetStore::migrate(const fs::path& legacyCollections) {
+  auto legacy = migrated(legacyCollections);
+  if (!legacy)
+    return;
+  const bool isMigrated = document_.change([&](WidgetsFile& file) {
+    if (document_.existed())
+      return false;
+    file = *legacy;
+    return true;
+  });
+  std::error_code error;
+  if (isMigrated && !fs::remove(legacyCollections, error) && error)
+    throw FileError(failure("remove " + legacyCollections.string(), error.message()),
+                    error.message());
 }
 
-void WidgetStore::save() const {
-  writeJSONFile(url_, encode(file_));
-}
-
-DockWidget* WidgetStore::find(const UUID& id) {
-  const auto found = std::ranges::find(file_.widgets, id, &DockWidget::id);
-  return found == file_.widgets.end() ? nullptr : &*found;
-}
-
-std::optional<DockWidget> WidgetStore::widget(const UUID& id) const {
-  const auto found = std::ranges::find(file_.widgets, id, &DockWidget::id);
-  return found == file_.widgets.end() ? std::nullopt : std::optional(*found);
-}
-
-std::optional<DockWidget> WidgetStore::widget(int slot) const {
-  const auto found = std::ranges::find(file_.widgets, std::optional(slot), &DockWidget::slot);
-  return found == file_.widgets.end() ? std::nullopt : std::optional(*found);
-}
-
-DockWidget WidgetStore::create(std::string_view name, DockWidget::Kind kind) {
-  const auto bare = trimmed(name);
-  const DockWidget widget(UUID::random(), std::string(bare.empty() ? "Widget" : bare), std::nullopt,
-                          std::move(kind), 1);
-  file_.widgets.push_back(widget);
-  save();
-  return widget;
-}
-
-std::optional<DockWidget> WidgetStore::claimSlot(const UUID& id) {
-  auto* widget = find(id);
+DockWidget& WidgetStore::required(WidgetsFile& file, const UUID& id) {
+  auto* widget = find(file, id);
   if (widget == nullptr)
-    return std::nullopt;
-  if (widget->slot)
-    return *widget;
-  const auto slot = file_.freeSlot();
-  if (!slot)
-    return std::nullopt;
-  widget->slot = slot;
-  save();
+    throw DockError::profileNotFound(id.text());
   return *widget;
 }
 
-void WidgetStore::releaseSlot(const UUID& id) {
-  auto* widget = find(id);
-  if (widget == nullptr || !widget->slot)
-    return;
-  widget->slot.reset();
-  save();
+std::optional<DockWidget> WidgetStore::widget(const UUID& id) const {
+  const auto found = std::ranges::find(file().widgets, id, &DockWidget::id);
+  return found == file().widgets.end() ? std::nullopt : std::optional(*found);
 }
 
-void WidgetStore::update(const DockWidget& widget) {
-  auto* stored = find(widget.id);
-  if (stored == nullptr)
-    throw DockError::profileNotFound(widget.id.text());
-  *stored = widget;
-  save();
+std::optional<DockWidget> WidgetStore::widget(int slot) const {
+  const auto found = std::ranges::find(file().widgets, std::optional(slot), &DockWidget::slot);
+  return found == file().widgets.end() ? std::nullopt : std::optional(*found);
 }
 
-void WidgetStore::remove(const UUID& id) {
-  std::erase_if(file_.widgets, [&](const DockWidget& widget) { return widget.id == id; });
-  save();
+DockWidget WidgetStore::create(std::string_view name, const DockWidget::Kind& kind) {
+  const auto bare = trimmed(name);
+  const DockWidget widget(UUID::random(), std::string(bare.empty() ? "Widget" : bare), std::nullopt,
+                          kind, 1);
+  document_.change([&](WidgetsFile& file) { file.widgets.push_back(widget); });
+  return widget;
+}
+
+std::optional<DockWidget> WidgetStore::claimSlot(UUID id) {
+  std::optional<DockWidget> claimed;
+  document_.change([&](WidgetsFile& file) {
+    claimed.reset();
+    auto* widget = find(file, id);
+    if (widget == nullptr)
+      return false;
+    const bool isPlaced = widget->slot.has_value();
+    if (!isPlaced)
+      widget->slot = file.freeSlot();
+    if (widget->slot)
+      claimed = *widget;
+    return claimed && !isPlaced;
+  });
+  return claimed;
+}
+
+void WidgetStore::releaseSlot(UUID id) {
+  document_.change([&](WidgetsFile& file) {
+    auto* widget = find(file, id);
+    const bool isPlaced = widget != nullptr && widget->slot;
+    if (isPlaced)
+      widget->slot.reset();
+    return isPlaced;
+  });
+}
+
+void WidgetStore::update(DockWidget widget) {
+  change(widget.id, [&](DockWidget& stored) { stored = widget; });
+}
+
+void WidgetStore::remove(UUID id) {
+  document_.change([&](WidgetsFile& file) {
+    std::erase_if(file.widgets, [&](const DockWidget& widget) { return widget.id == id; });
+  });
 }
 
 } // namespace tavrin

@@ -1,14 +1,14 @@
 #pragma once
 
 #include "TavrinCore/Widgets/WidgetsFile.h"
-
-#include <filesystem>
+#include "TavrinStorage/SharedDocument.h"
 
 namespace tavrin {
 
-/// The widgets file, held in memory and rewritten after each change. Other processes may write it
-/// too: `reload` when told that it changed. Whoever changes widgets posts
-/// `DockSlot::widgetsChangedNotification` afterwards; this class posts nothing.
+/// The widgets file, changed by the host and by the slots: each change is made in the file as it is
+/// then. `reload` when told that others changed it. Whoever changes widgets posts
+/// `DockSlot::widgetsChangedNotification` afterwards; this class posts nothing. Identifiers and
+/// records are taken by value: what they may be taken from is read anew first.
 ///
 /// A failed read throws FileError and leaves `file` as it was. A failed write throws FileError
 /// and keeps the change in memory.
@@ -19,32 +19,49 @@ public:
   explicit WidgetStore(std::filesystem::path url,
                        const std::optional<std::filesystem::path>& legacyCollections = {});
 
-  const std::filesystem::path& url() const { return url_; }
-  const WidgetsFile& file() const { return file_; }
+  const std::filesystem::path& url() const { return document_.url(); }
+  const WidgetsFile& file() const { return document_.value(); }
 
   /// A file that is not there reads as one without widgets.
-  void reload();
+  void reload() { document_.reload(); }
 
   std::optional<DockWidget> widget(const UUID& id) const;
   /// The first widget in the slot, in file order.
   std::optional<DockWidget> widget(int slot) const;
 
   /// A new widget without a slot, one tile wide; a blank name becomes "Widget".
-  DockWidget create(std::string_view name, DockWidget::Kind kind);
+  DockWidget create(std::string_view name, const DockWidget::Kind& kind);
   /// Gives the widget the lowest free slot and returns it as it then is; unchanged when it has one
   /// already. No value when there is no such widget or no free slot.
-  std::optional<DockWidget> claimSlot(const UUID& id);
-  void releaseSlot(const UUID& id);
+  std::optional<DockWidget> claimSlot(UUID id);
+  void releaseSlot(UUID id);
   /// Replaces the widget with the same id. Throws DockError when there is none.
-  void update(const DockWidget& widget);
-  void remove(const UUID& id);
+  void update(DockWidget widget);
+  /// Changes the widget as it is in the file. `change` may answer whether there is anything to
+  /// write; what it throws leaves everything as it was. Throws DockError when there is no such
+  /// widget.
+  template <class Change> void change(UUID id, const Change& change) {
+    document_.change([&](WidgetsFile& file) { return change(required(file, id)); });
+  }
+  void remove(UUID id);
+
+  /// Several changes as one: the file is read before the first and written after the last. What
+  /// `changes` throws undoes them all. Gives what `changes` gives; that may run more than once.
+  template <class Changes> auto together(const Changes& changes) {
+    std::optional<decltype(changes())> result;
+    document_.change([&](WidgetsFile&) {
+      result = changes();
+      return false;
+    });
+    return std::move(*result);
+  }
 
 private:
-  DockWidget* find(const UUID& id);
-  void save() const;
+  /// Throws DockError when there is none.
+  static DockWidget& required(WidgetsFile& file, const UUID& id);
+  void migrate(const std::filesystem::path& legacyCollections);
 
-  std::filesystem::path url_;
-  WidgetsFile file_;
+  SharedDocument<WidgetsFile> document_;
 };
 
 } // namespace tavrin

@@ -1,9 +1,11 @@
 #include "TavrinCore/Base/Calendar.h"
 
+#include "TavrinCore/Base/TimeZone.h"
 #include "TavrinCore/Text/SystemLocale.h"
 
+#include <algorithm>
 #include <cmath>
-#include <cstdlib>
+#include <cstdint>
 #include <map>
 #include <stdexcept>
 #include <unicode/dtptngen.h>
@@ -14,19 +16,12 @@
 namespace tavrin {
 namespace {
 
-/// ICU's calendars reach further; beyond this a double has no whole milliseconds.
+/// Beyond this a double has no whole milliseconds.
 constexpr double furthestSeconds = 1e12;
 
 void check(UErrorCode status, const char* what) {
   if (U_FAILURE(status))
     throw std::runtime_error(std::string("Failed to ") + what + " because " + u_errorName(status));
-}
-
-UDate milliseconds(Date date) {
-  return std::floor(date.unixSeconds() * 1000);
-}
-Date fromMilliseconds(UDate value) {
-  return Date::fromUnixSeconds(value / 1000);
 }
 
 std::string utf8(const icu::UnicodeString& text) {
@@ -35,71 +30,68 @@ std::string utf8(const icu::UnicodeString& text) {
   return out;
 }
 
-std::string formatted(const icu::DateFormat& format, Date date) {
-  icu::UnicodeString out;
-  return utf8(format.format(milliseconds(date), out));
-}
-
-std::string systemTimeZoneID() {
-  const std::unique_ptr<icu::TimeZone> zone(icu::TimeZone::detectHostTimeZone());
-  icu::UnicodeString id;
-  return utf8(zone->getID(id));
-}
-
 icu::UnicodeString unicode(std::string_view text) {
   return icu::UnicodeString::fromUTF8(icu::StringPiece(text.data(), int32_t(text.size())));
 }
 
+ZoneMoment momentOf(Date date) {
+  constexpr double reach = 1e14;
+  const double seconds = std::floor(date.unixSeconds());
+  if (std::isnan(seconds))
+    check(U_ILLEGAL_ARGUMENT_ERROR, "read a date");
+  return ZoneMoment(cctz::seconds(static_cast<std::int64_t>(std::clamp(seconds, -reach, reach))));
+}
+
+Date dateOf(ZoneMoment moment) {
+  return Date::fromUnixSeconds(static_cast<double>(moment.time_since_epoch().count()));
+}
+
+/// Sunday is 1.
+int weekdayOf(const cctz::civil_day& day) {
+  return (static_cast<int>(cctz::get_weekday(day)) + 1) % 7 + 1;
+}
+
 } // namespace
 
+/// Zones are the system's, words and formats ICU's: ICU is given the wall's time as if it were
+/// Greenwich's, and brings no rules of its own.
 struct Calendar::Engine {
   icu::Locale locale;
-  std::unique_ptr<icu::TimeZone> zone;
-  std::unique_ptr<icu::GregorianCalendar> calendar;
+  cctz::time_zone zone;
   using Style = icu::DateFormat::EStyle;
   std::map<std::string, std::unique_ptr<icu::DateFormat>, std::less<>> formats;
   /// Of date and time.
   std::map<std::pair<Style, Style>, std::unique_ptr<icu::DateFormat>> styledFormats;
   std::map<std::string, std::string, std::less<>> patterns;
   std::optional<bool> uses24HourClock;
+  std::optional<int> firstWeekday;
 
   Engine(const std::string& timeZoneID, const std::string& localeID)
       : locale(icu::Locale::createCanonical(localeID.c_str())),
-        zone(icu::TimeZone::createTimeZone(icu::UnicodeString::fromUTF8(timeZoneID))) {
-    UErrorCode status = U_ZERO_ERROR;
-    calendar = std::make_unique<icu::GregorianCalendar>(*zone, locale, status);
-    check(status, "make a calendar");
-    // Where clocks skip midnight the day begins with the first moment there is; where they repeat
-    // it, with the earlier one.
-    calendar->setSkippedWallTimeOption(UCAL_WALLTIME_NEXT_VALID);
-    calendar->setRepeatedWallTimeOption(UCAL_WALLTIME_FIRST);
+        zone(timeZone(timeZoneID).value_or(cctz::utc_time_zone())) {}
+
+  cctz::civil_second wall(Date date) const { return cctz::convert(momentOf(date), zone); }
+
+  Date moment(const cctz::civil_second& wall) const { return dateOf(momentOf(wall, zone)); }
+
+  /// Of the locale's week, 1 to 7.
+  int weekStart() {
+    if (!firstWeekday) {
+      UErrorCode status = U_ZERO_ERROR;
+      const icu::GregorianCalendar calendar(*icu::TimeZone::getGMT(), locale, status);
+      check(status, "make a calendar");
+      firstWeekday = calendar.getFirstDayOfWeek(status);
+      check(status, "make a calendar");
+    }
+    return *firstWeekday;
   }
 
-  int field(UCalendarDateFields name) {
-    UErrorCode status = U_ZERO_ERROR;
-    const int value = calendar->get(name, status);
-    check(status, "read a date");
-    return value;
-  }
-
-  void goTo(Date date) {
-    UErrorCode status = U_ZERO_ERROR;
-    calendar->setTime(milliseconds(date), status);
-    check(status, "read a date");
-  }
-
-  Date moment(int year, int month, int day, int hour = 0, int minute = 0, int second = 0) {
-    UErrorCode status = U_ZERO_ERROR;
-    calendar->clear();
-    calendar->set(UCAL_EXTENDED_YEAR, year);
-    calendar->set(UCAL_MONTH, month);
-    calendar->set(UCAL_DATE, day);
-    calendar->set(UCAL_HOUR_OF_DAY, hour);
-    calendar->set(UCAL_MINUTE, minute);
-    calendar->set(UCAL_SECOND, second);
-    const UDate value = calendar->getTime(status);
-    check(status, "compute a date");
-    return fromMilliseconds(value);
+  std::string formatted(const icu::DateFormat& format, Date date) const {
+    const auto moment = momentOf(date);
+    const double offset = zone.lookup(moment).offset;
+    const UDate milliseconds = std::floor((date.unixSeconds() + offset) * 1000);
+    icu::UnicodeString out;
+    return utf8(format.format(milliseconds, out));
   }
 
   const icu::DateFormat& format(std::string_view pattern) {
@@ -108,7 +100,7 @@ struct Calendar::Engine {
     UErrorCode status = U_ZERO_ERROR;
     auto made = std::make_unique<icu::SimpleDateFormat>(unicode(pattern), locale, status);
     check(status, "make a date format");
-    made->setTimeZone(*zone);
+    made->setTimeZone(*icu::TimeZone::getGMT());
     return *formats.emplace(pattern, std::move(made)).first->second;
   }
 
@@ -117,7 +109,7 @@ struct Calendar::Engine {
     if (!made) {
       made.reset(icu::DateFormat::createDateTimeInstance(date, time, locale));
       check(made ? U_ZERO_ERROR : U_MISSING_RESOURCE_ERROR, "make a date format");
-      made->setTimeZone(*zone);
+      made->setTimeZone(*icu::TimeZone::getGMT());
     }
     return *made;
   }
@@ -162,9 +154,7 @@ Calendar::Engine& Calendar::engine() const {
 }
 
 bool Calendar::isKnownTimeZone(const std::string& timeZoneID) {
-  const std::unique_ptr<icu::TimeZone> zone(
-      icu::TimeZone::createTimeZone(icu::UnicodeString::fromUTF8(timeZoneID)));
-  return !(*zone == icu::TimeZone::getUnknown());
+  return timeZone(timeZoneID).has_value();
 }
 
 Calendar Calendar::inTimeZone(const std::string& timeZoneID) const {
@@ -175,22 +165,22 @@ std::optional<DateInterval> Calendar::dateInterval(CalendarUnit unit, Date date)
   if (!(std::fabs(date.secondsSinceReferenceDate) <= furthestSeconds))
     return std::nullopt;
   Engine& use = engine();
-  use.goTo(date);
-  const int year = use.field(UCAL_EXTENDED_YEAR);
-  const int month = use.field(UCAL_MONTH);
-  const int day = use.field(UCAL_DATE);
+  const cctz::civil_second now = use.wall(date);
+  const cctz::civil_day day(now);
+  const auto between = [&](const auto& first, const auto& next) {
+    return DateInterval{use.moment(cctz::civil_second(first)), use.moment(cctz::civil_second(next))};
+  };
   switch (unit) {
   case CalendarUnit::day:
-    return DateInterval{use.moment(year, month, day), use.moment(year, month, day + 1)};
+    return between(day, day + 1);
   case CalendarUnit::week: {
-    const int weekday = use.field(UCAL_DAY_OF_WEEK);
-    const int first = day - (weekday - use.calendar->getFirstDayOfWeek() + 7) % 7;
-    return DateInterval{use.moment(year, month, first), use.moment(year, month, first + 7)};
+    const auto first = day - (weekdayOf(day) - use.weekStart() + 7) % 7;
+    return between(first, first + 7);
   }
   case CalendarUnit::month:
-    return DateInterval{use.moment(year, month, 1), use.moment(year, month + 1, 1)};
+    return between(cctz::civil_month(now), cctz::civil_month(now) + 1);
   case CalendarUnit::year:
-    return DateInterval{use.moment(year, 0, 1), use.moment(year + 1, 0, 1)};
+    return between(cctz::civil_year(now), cctz::civil_year(now) + 1);
   }
   return std::nullopt;
 }
@@ -214,22 +204,21 @@ Date Calendar::addingDays(int days, Date date) const {
 }
 
 DateComponents Calendar::components(Date date) const {
-  Engine& use = engine();
-  use.goTo(date);
-  return {use.field(UCAL_EXTENDED_YEAR), use.field(UCAL_MONTH) + 1, use.field(UCAL_DATE),
-          use.field(UCAL_HOUR_OF_DAY),   use.field(UCAL_MINUTE),    use.field(UCAL_SECOND),
-          use.field(UCAL_DAY_OF_WEEK)};
+  const auto wall = engine().wall(date);
+  return {static_cast<int>(wall.year()), wall.month(),  wall.day(),
+          wall.hour(),                   wall.minute(), wall.second(),
+          weekdayOf(cctz::civil_day(wall))};
 }
 
 Date Calendar::date(const DateComponents& parts) const {
-  return engine().moment(parts.year, parts.month - 1, parts.day, parts.hour, parts.minute,
-                         parts.second);
+  return engine().moment(cctz::civil_second(parts.year, parts.month, parts.day, parts.hour,
+                                            parts.minute, parts.second));
 }
 
 std::string Calendar::text(Date date, std::string_view pattern) const {
   if (pattern.empty())
     return {};
-  return formatted(engine().format(pattern), date);
+  return engine().formatted(engine().format(pattern), date);
 }
 
 std::string Calendar::localText(Date date, std::string_view skeleton) const {
@@ -237,15 +226,15 @@ std::string Calendar::localText(Date date, std::string_view skeleton) const {
 }
 
 std::string Calendar::dateAndTime(Date date) const {
-  return formatted(engine().format(icu::DateFormat::kMedium, icu::DateFormat::kShort), date);
+  return engine().formatted(engine().format(icu::DateFormat::kMedium, icu::DateFormat::kShort), date);
 }
 
 std::string Calendar::timeOfDay(Date date) const {
-  return formatted(engine().format(icu::DateFormat::kNone, icu::DateFormat::kShort), date);
+  return engine().formatted(engine().format(icu::DateFormat::kNone, icu::DateFormat::kShort), date);
 }
 
 std::string Calendar::fullDate(Date date) const {
-  return formatted(engine().format(icu::DateFormat::kFull, icu::DateFormat::kNone), date);
+  return engine().formatted(engine().format(icu::DateFormat::kFull, icu::DateFormat::kNone), date);
 }
 
 bool Calendar::uses24HourClock() const {

@@ -1,6 +1,7 @@
 #include "TavrinCore/Base/JSONValue.h"
 
 #include "TavrinCore/Text/JSONText.h"
+#include "TavrinCore/Text/Numbers.h"
 
 #include <charconv>
 #include <cmath>
@@ -284,7 +285,7 @@ std::optional<double> JSONValue::doubleValue() const {
     return std::nullopt;
   double value = 0;
   const char* end = number->text.data() + number->text.size();
-  const auto result = std::from_chars(number->text.data(), end, value);
+  const auto result = doubleFromChars(number->text.data(), end, value);
   if (result.ec != std::errc() || result.ptr != end)
     return std::nullopt;
   return value;

@@ -1,5 +1,6 @@
 #include "TavrinCore/Dock/DockChangeDetector.h"
 
+#include <algorithm>
 #include <unordered_set>
 
 namespace tavrin {
@@ -61,6 +62,25 @@ DockChangeDetector::Report DockChangeDetector::diff(const DockSnapshot& previous
   const auto commonAfter = common(after, keys(before), report.added);
   report.reordered = commonBefore != commonAfter;
   return report;
+}
+
+bool DockChangeDetector::holds(const DockSnapshot& current, const DockSnapshot& before,
+                               const DockSnapshot& after) {
+  const auto was = keyed(before);
+  const auto wanted = keyed(after);
+  const auto is = keys(keyed(current));
+  const auto hasAll = [](const std::vector<KeyedItem>& some,
+                         const std::unordered_set<std::string>& others) {
+    return std::all_of(some.begin(), some.end(),
+                       [&](const KeyedItem& one) { return others.contains(one.key); });
+  };
+  const auto without = [](std::vector<KeyedItem> some, const std::unordered_set<std::string>& all) {
+    std::erase_if(some, [&](const KeyedItem& one) { return all.contains(one.key); });
+    return some;
+  };
+  const auto gone = without(was, keys(wanted));
+  return hasAll(without(wanted, keys(was)), is) && without(gone, is).size() == gone.size() &&
+         !(diff(before, after).reordered && diff(after, current).reordered);
 }
 
 } // namespace tavrin

@@ -21,6 +21,10 @@ struct DockChangeDetector {
   };
 
   static Report diff(const DockSnapshot& previous, const DockSnapshot& current);
+
+  /// Whether `current` shows all that changes `before` into `after`, whatever else it shows.
+  static bool holds(const DockSnapshot& current, const DockSnapshot& before,
+                    const DockSnapshot& after);
 };
 
 } // namespace tavrin

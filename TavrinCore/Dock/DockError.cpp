@@ -16,6 +16,15 @@ DockError::DockError(Case kind, const std::filesystem::path& file, std::string d
                      const std::string& sentence)
     : std::runtime_error(sentence), case_(kind), file_(file), detail_(std::move(detail)) {}
 
+DockError DockError::ofTile(std::string_view section, std::size_t number,
+                            std::string_view label) const {
+  DockError error = *this;
+  error.tile_ = "tile " + std::to_string(number) + " of " + std::string(section);
+  if (!label.empty())
+    error.tile_ += ", \"" + std::string(label) + "\"";
+  return error;
+}
+
 DockError DockError::plistNotFound(const std::filesystem::path& file) {
   return {Case::plistNotFound, file, "", "Failed to locate dock plist at " + file.string()};
 }

@@ -35,6 +35,12 @@ public:
   Case kind() const { return case_; }
   /// The file the error is about; empty for the cases without one.
   const std::filesystem::path& file() const { return file_; }
+  /// The same about one tile of a Dock: its section's key, its number from 1 and its label.
+  DockError ofTile(std::string_view section, std::size_t number, std::string_view label) const;
+
+  /// Which tile it is about: "tile 3 of persistent-apps, "Mail""; empty for none in particular. No
+  /// part of the sentence.
+  const std::string& tile() const { return tile_; }
   /// The reason, tile type or identifier; empty for the cases without one.
   const std::string& detail() const { return detail_; }
 
@@ -49,6 +55,7 @@ private:
   Case case_;
   std::filesystem::path file_;
   std::string detail_;
+  std::string tile_;
 };
 
 } // namespace tavrin

@@ -3,6 +3,7 @@
 #include "TavrinCore/Dock/DockError.h"
 #include "TavrinCore/Dock/PropertyList.h"
 
+#include <memory>
 #include <vector>
 
 namespace tavrin {
@@ -27,6 +28,9 @@ public:
   virtual std::filesystem::path url() const = 0;
   virtual DockTiles readTiles() = 0;
   virtual void writeTiles(const DockTiles& tiles) = 0;
+  /// Keeps other writers out until what it gives goes; null where nothing keeps them out. For
+  /// reading, changing and writing as one, and no longer: others wait meanwhile.
+  virtual std::shared_ptr<void> exclusiveAccess() { return nullptr; }
 };
 
 /// The list of dictionaries under one key; empty when `value` is null. Throws DockError

@@ -12,6 +12,8 @@ public:
   virtual void waitUntilSettled() {}
   /// Returns once a new Dock process is up. Throws DockError (dockReloadFailed).
   virtual void reload() = 0;
+  /// Whether `reload` takes time and may have the Dock write.
+  virtual bool restarts() const { return true; }
 };
 
 /// For use where no Dock should be touched; counts what it was asked.
@@ -21,6 +23,7 @@ public:
     const std::lock_guard guard(lock_);
     ++callCount_;
   }
+  bool restarts() const override { return false; }
   int callCount() const {
     const std::lock_guard guard(lock_);
     return callCount_;

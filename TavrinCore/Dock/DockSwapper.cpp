@@ -6,18 +6,18 @@
 namespace tavrin {
 namespace {
 
-/// The layout as it reads once written: a relative path becomes one from the root, and an
-/// application right of the divider a plain file.
-DockSnapshot asRead(const DockSnapshot& target) {
-  DockSnapshot read{.apps = {}, .others = {}, .capturedAt = target.capturedAt};
-  for (const auto& item : target.apps)
+constexpr int mostAttempts = 2;
+
+} // namespace
+
+DockSnapshot asRead(const DockSnapshot& layout) {
+  DockSnapshot read{.apps = {}, .others = {}, .capturedAt = layout.capturedAt};
+  for (const auto& item : layout.apps)
     read.apps.push_back(decodeItem(encodeItem(item), DockSection::apps, {}));
-  for (const auto& item : target.others)
+  for (const auto& item : layout.others)
     read.others.push_back(decodeItem(encodeItem(item), DockSection::others, {}));
   return read;
 }
-
-} // namespace
 
 DockSwapper DockSwapper::over(std::shared_ptr<DockPreferencesBackend> backend,
                               std::shared_ptr<DockReloader> reloader) {
@@ -25,16 +25,28 @@ DockSwapper DockSwapper::over(std::shared_ptr<DockPreferencesBackend> backend,
 }
 
 void DockSwapper::swap(const DockSnapshot& target) const {
-  constexpr int attempts = 2;
-  const DockSnapshot expected = asRead(target);
-  for (int attempt = 0; attempt < attempts; ++attempt) {
-    reloader->waitUntilSettled();
-    writer.write(target);
+  change([&] { return std::optional(target); });
+}
+
+bool DockSwapper::change(const Plan& plan) const {
+  for (int attempt = 0;; ++attempt) {
+    if (attempt < mostAttempts)
+      reloader->waitUntilSettled();
+    auto access = writer.backend->exclusiveAccess();
+    const auto target = plan();
+    if (!target)
+      return attempt > 0;
+    if (attempt == mostAttempts)
+      throw DockError::dockReloadFailed("the Dock kept its previous items; try again");
+    const DockSnapshot expected = asRead(*target);
+    writer.write(*target);
+    // Nobody waits for a Dock that restarts; where none does, nobody comes between.
+    if (reloader->restarts())
+      access.reset();
     reloader->reload();
-    if (!DockChangeDetector::diff(expected, reader.read(target.capturedAt)).hasChanges())
-      return;
+    if (!DockChangeDetector::diff(expected, reader.read(target->capturedAt)).hasChanges())
+      return true;
   }
-  throw DockError::dockReloadFailed("the Dock kept its previous items; try again");
 }
 
 } // namespace tavrin

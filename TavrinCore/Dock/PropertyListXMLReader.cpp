@@ -1,5 +1,7 @@
 #include "TavrinCore/Dock/PropertyList.h"
 
+#include "TavrinCore/Text/Numbers.h"
+
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -68,7 +70,7 @@ PropertyList realFrom(std::string_view source) {
   if (text.starts_with('+'))
     text.remove_prefix(1);
   double value = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  const auto [end, error] = doubleFromChars(text.data(), text.data() + text.size(), value);
   if (error != std::errc() || end != text.data() + text.size())
     refuse("number", source);
   return value;

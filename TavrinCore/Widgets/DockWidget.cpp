@@ -1,7 +1,5 @@
 #include "TavrinCore/Widgets/DockWidget.h"
 
-#include "TavrinCore/Widgets/KindTable.h"
-
 #include <algorithm>
 
 namespace tavrin {
@@ -25,6 +23,9 @@ std::string_view Kind::title() const {
 int Kind::maxSpan() const {
   return allKinds()[index()].maxSpan;
 }
+bool Kind::takesFiles() const {
+  return allKinds()[index()].takesFiles;
+}
 
 int Kind::defaultSpan() const {
   return std::visit([](const auto& settings) { return kindRow(settings).defaultSpan(settings); },
@@ -34,7 +35,7 @@ int Kind::defaultSpan() const {
 std::span<const KindInfo> allKinds() {
   static constexpr auto infos = std::apply(
       [](const auto&... row) {
-        return std::array{KindInfo{row.key, row.title, row.maxSpan}...};
+        return std::array{KindInfo{row.key, row.title, row.symbol, row.maxSpan, row.takesFiles}...};
       },
       kindTable);
   return infos;

@@ -1,54 +1,15 @@
 #pragma once
 
 #include "TavrinCore/Base/Coding.h"
-#include "TavrinCore/Kinds/AirDrop/AirDropSettings.h"
-#include "TavrinCore/Kinds/Bookmarks/BookmarkSettings.h"
-#include "TavrinCore/Kinds/Calendar/CalendarSettings.h"
-#include "TavrinCore/Kinds/Calendar/ReminderSettings.h"
-#include "TavrinCore/Kinds/ClaudeUsage/ClaudeUsageSettings.h"
-#include "TavrinCore/Kinds/Clipboard/ClipboardSettings.h"
-#include "TavrinCore/Kinds/Collection/CollectionSettings.h"
-#include "TavrinCore/Kinds/Colour/ColourPickerSettings.h"
-#include "TavrinCore/Kinds/Converter/ConverterSettings.h"
-#include "TavrinCore/Kinds/Emoji/EmojiSettings.h"
-#include "TavrinCore/Kinds/Fans/FanSettings.h"
-#include "TavrinCore/Kinds/Files/FilesSettings.h"
-#include "TavrinCore/Kinds/Files/ScreenshotSettings.h"
-#include "TavrinCore/Kinds/Files/ShelfSettings.h"
-#include "TavrinCore/Kinds/GitHub/GitHubSettings.h"
-#include "TavrinCore/Kinds/KeyboardLock/KeyboardLockSettings.h"
-#include "TavrinCore/Kinds/Music/MusicSettings.h"
-#include "TavrinCore/Kinds/Note/NoteSettings.h"
-#include "TavrinCore/Kinds/Runs/PomodoroSettings.h"
-#include "TavrinCore/Kinds/Runs/StopwatchSettings.h"
-#include "TavrinCore/Kinds/Runs/TimerSettings.h"
-#include "TavrinCore/Kinds/Shortcut/ShortcutSettings.h"
-#include "TavrinCore/Kinds/System/ActivitySettings.h"
-#include "TavrinCore/Kinds/System/BatterySettings.h"
-#include "TavrinCore/Kinds/System/ClockSettings.h"
-#include "TavrinCore/Kinds/System/CountdownSettings.h"
-#include "TavrinCore/Kinds/System/NetworkSettings.h"
-#include "TavrinCore/Kinds/System/PetSettings.h"
-#include "TavrinCore/Kinds/System/TimeProgressSettings.h"
-#include "TavrinCore/Kinds/Water/WaterSettings.h"
-#include "TavrinCore/Kinds/Weather/WeatherSettings.h"
+#include "TavrinCore/Widgets/KindTable.h"
 
 #include <span>
-#include <variant>
 
 namespace tavrin {
 
 /// A widget of the user's, as it stands in the widgets file.
 struct DockWidget {
-  using KindVariant =
-      std::variant<CollectionSettings, TimerSettings, PomodoroSettings, MusicSettings,
-                   CalendarSettings, BatterySettings, ClockSettings, StopwatchSettings,
-                   CountdownSettings, TimeProgressSettings, ActivitySettings, NetworkSettings,
-                   NoteSettings, ReminderSettings, ShortcutSettings, AirDropSettings,
-                   WeatherSettings, ClaudeUsageSettings, GitHubSettings, PetSettings,
-                   ColourPickerSettings, ClipboardSettings, BookmarkSettings, EmojiSettings,
-                   ScreenshotSettings, FilesSettings, ShelfSettings, WaterSettings,
-                   ConverterSettings, FanSettings, KeyboardLockSettings>;
+  using KindVariant = tavrin::KindVariant;
 
   /// What a widget is, with its settings.
   struct Kind : KindVariant {
@@ -69,9 +30,16 @@ struct DockWidget {
     /// The span of a record that states none; depends on the tile style for some kinds.
     int defaultSpan() const;
     int maxSpan() const;
+    /// Files can be dropped on the tile.
+    bool takesFiles() const;
 
     template <class Settings> const Settings* get() const { return std::get_if<Settings>(this); }
     template <class Settings> Settings* get() { return std::get_if<Settings>(this); }
+    /// The settings; those of a new widget where this is another kind.
+    template <class Settings> Settings settings() const {
+      const auto* own = get<Settings>();
+      return own != nullptr ? *own : Settings{};
+    }
   };
 
   DockWidget() = default;
@@ -104,7 +72,9 @@ template <> struct Coder<DockWidget> {
 struct KindInfo {
   std::string_view key;
   std::string_view title;
+  std::string_view symbol;
   int maxSpan = 1;
+  bool takesFiles = false;
 };
 
 /// All kinds in declaration order.

@@ -1,4 +1,5 @@
-#include "TavrinCore/Widgets/KindTable.h"
+#include "TavrinCore/Widgets/DockWidget.h"
+#include "TavrinCore/Widgets/SettingChanges.h"
 
 namespace tavrin {
 
@@ -31,6 +32,25 @@ DockWidget::Kind withSettings(const DockWidget::Kind& kind, const JSONValue& set
         return decode<std::decay_t<decltype(current)>>(settings);
       },
       kind);
+}
+
+DockWidget::Kind withChanges(const DockWidget::Kind& current, const DockWidget::Kind& base,
+                             const DockWidget::Kind& edited) {
+  if (base.index() != edited.index())
+    return edited;
+  const auto before = settingsJSON(base);
+  const auto after = settingsJSON(edited);
+  auto settings = settingsJSON(current);
+  for (const auto& field : describeSettings(current)) {
+    const auto* was = before.member(field.key);
+    const auto* is = after.member(field.key);
+    if (was != nullptr && is != nullptr ? *was == *is : was == is)
+      continue;
+    settings.object()->erase(field.key);
+    if (is != nullptr)
+      settings.object()->emplace(field.key, *is);
+  }
+  return withSettings(current, settings);
 }
 
 } // namespace tavrin

@@ -1,6 +1,40 @@
 #pragma once
 
-#include "TavrinCore/Widgets/DockWidget.h"
+#include "TavrinCore/Kinds/AirDrop/AirDropSettings.h"
+#include "TavrinCore/Kinds/Bookmarks/BookmarkSettings.h"
+#include "TavrinCore/Kinds/Calendar/CalendarSettings.h"
+#include "TavrinCore/Kinds/Calendar/ReminderSettings.h"
+#include "TavrinCore/Kinds/ClaudeUsage/ClaudeUsageSettings.h"
+#include "TavrinCore/Kinds/Clipboard/ClipboardSettings.h"
+#include "TavrinCore/Kinds/Collection/CollectionSettings.h"
+#include "TavrinCore/Kinds/Colour/ColourPickerSettings.h"
+#include "TavrinCore/Kinds/Converter/ConverterSettings.h"
+#include "TavrinCore/Kinds/Emoji/EmojiSettings.h"
+#include "TavrinCore/Kinds/Fans/FanSettings.h"
+#include "TavrinCore/Kinds/Files/FilesSettings.h"
+#include "TavrinCore/Kinds/Files/ScreenshotSettings.h"
+#include "TavrinCore/Kinds/Files/ShelfSettings.h"
+#include "TavrinCore/Kinds/GitHub/GitHubSettings.h"
+#include "TavrinCore/Kinds/KeyboardLock/KeyboardLockSettings.h"
+#include "TavrinCore/Kinds/Music/MusicSettings.h"
+#include "TavrinCore/Kinds/Note/NoteSettings.h"
+#include "TavrinCore/Kinds/Runs/PomodoroSettings.h"
+#include "TavrinCore/Kinds/Runs/StopwatchSettings.h"
+#include "TavrinCore/Kinds/Runs/TimerSettings.h"
+#include "TavrinCore/Kinds/Shortcut/ShortcutSettings.h"
+#include "TavrinCore/Kinds/System/ActivitySettings.h"
+#include "TavrinCore/Kinds/System/BatterySettings.h"
+#include "TavrinCore/Kinds/System/ClockSettings.h"
+#include "TavrinCore/Kinds/System/CountdownSettings.h"
+#include "TavrinCore/Kinds/System/NetworkSettings.h"
+#include "TavrinCore/Kinds/System/PetSettings.h"
+#include "TavrinCore/Kinds/System/TimeProgressSettings.h"
+#include "TavrinCore/Kinds/Water/WaterSettings.h"
+#include "TavrinCore/Kinds/Weather/WeatherSettings.h"
+
+#include <string_view>
+#include <tuple>
+#include <variant>
 
 namespace tavrin {
 
@@ -8,14 +42,20 @@ namespace tavrin {
 /// record themselves, or an empty object.
 enum class KindPayload { wrapped, flat, none };
 
-/// One line of the kind table.
+/// One line of the kind table: all that is said of a kind beside its settings record `S`.
 template <class S> struct KindRow {
   using Settings = S;
+  /// The JSON key.
   std::string_view key;
+  /// The name for users.
   std::string_view title;
+  /// The symbol that stands for the kind.
+  std::string_view symbol;
   int maxSpan;
   int (*defaultSpan)(const S&);
   KindPayload payload = KindPayload::wrapped;
+  /// Files can be dropped on its tile.
+  bool takesFiles = false;
 };
 
 template <class S, int span> constexpr int always(const S&) {
@@ -39,49 +79,51 @@ constexpr int gitHubSpan(const GitHubSettings& settings) {
   return settings.shows == GitHubShows::contributions ? 4 : 3;
 }
 
-/// Every kind, in the order of the variant's alternatives.
+/// Every kind, in declaration order. A new kind is one line here, and one in the slot's table of
+/// controllers.
 // clang-format off
 inline constexpr std::tuple kindTable{
-    KindRow<CollectionSettings>{"collection", "App Collection", 4, always<CollectionSettings, 1>, KindPayload::flat},
-    KindRow<TimerSettings>{"timer", "Timer", 3, always<TimerSettings, 1>},
-    KindRow<PomodoroSettings>{"pomodoro", "Pomodoro", 3, always<PomodoroSettings, 2>},
-    KindRow<MusicSettings>{"music", "Music", 4, always<MusicSettings, 2>},
-    KindRow<CalendarSettings>{"calendar", "Calendar", 4, calendarSpan},
-    KindRow<BatterySettings>{"battery", "Battery", 2, always<BatterySettings, 1>},
-    KindRow<ClockSettings>{"clock", "Clock", 4, always<ClockSettings, 1>},
-    KindRow<StopwatchSettings>{"stopwatch", "Stopwatch", 4, always<StopwatchSettings, 1>, KindPayload::none},
-    KindRow<CountdownSettings>{"countdown", "Countdown", 4, always<CountdownSettings, 1>},
-    KindRow<TimeProgressSettings>{"timeProgress", "Time Progress", 4, always<TimeProgressSettings, 1>},
-    KindRow<ActivitySettings>{"activity", "Activity", 4, always<ActivitySettings, 1>},
-    KindRow<NetworkSettings>{"network", "Network", 2, always<NetworkSettings, 1>},
-    KindRow<NoteSettings>{"note", "Note", 4, always<NoteSettings, 2>},
-    KindRow<ReminderSettings>{"reminders", "Reminders", 4, reminderSpan},
-    KindRow<ShortcutSettings>{"shortcut", "Shortcut", 4, always<ShortcutSettings, 1>},
-    KindRow<AirDropSettings>{"airdrop", "AirDrop", 4, always<AirDropSettings, 1>, KindPayload::none},
-    KindRow<WeatherSettings>{"weather", "Weather", 4, weatherSpan},
-    KindRow<ClaudeUsageSettings>{"claudeUsage", "Claude Code Usage", 2, always<ClaudeUsageSettings, 2>},
-    KindRow<GitHubSettings>{"github", "GitHub", 4, gitHubSpan},
-    KindRow<PetSettings>{"pet", "Pet", 4, always<PetSettings, 1>},
-    KindRow<ColourPickerSettings>{"colourPicker", "Colour Picker", 2, always<ColourPickerSettings, 2>},
-    KindRow<ClipboardSettings>{"clipboard", "Clipboard", 1, always<ClipboardSettings, 1>},
-    KindRow<BookmarkSettings>{"bookmarks", "Bookmarks", 4, always<BookmarkSettings, 3>},
-    KindRow<EmojiSettings>{"emoji", "Emoji", 4, always<EmojiSettings, 2>},
-    KindRow<ScreenshotSettings>{"screenshots", "Screenshots", 4, always<ScreenshotSettings, 3>},
-    KindRow<FilesSettings>{"files", "Files", 4, always<FilesSettings, 3>},
-    KindRow<ShelfSettings>{"shelf", "Shelf", 4, always<ShelfSettings, 3>},
-    KindRow<WaterSettings>{"water", "Water", 4, always<WaterSettings, 3>},
-    KindRow<ConverterSettings>{"converter", "Converter", 2, always<ConverterSettings, 2>},
-    KindRow<FanSettings>{"fans", "Fans", 4, always<FanSettings, 1>, KindPayload::none},
-    KindRow<KeyboardLockSettings>{"keyboardLock", "Keyboard Lock", 4, always<KeyboardLockSettings, 1>},
+    KindRow<CollectionSettings>{"collection", "App Collection", "square.grid.2x2.fill", 4, always<CollectionSettings, 1>, KindPayload::flat},
+    KindRow<TimerSettings>{"timer", "Timer", "timer", 3, always<TimerSettings, 1>},
+    KindRow<PomodoroSettings>{"pomodoro", "Pomodoro", "timer", 3, always<PomodoroSettings, 2>},
+    KindRow<MusicSettings>{"music", "Music", "music.note", 4, always<MusicSettings, 2>},
+    KindRow<CalendarSettings>{"calendar", "Calendar", "calendar", 4, calendarSpan},
+    KindRow<BatterySettings>{"battery", "Battery", "battery.100", 2, always<BatterySettings, 1>},
+    KindRow<ClockSettings>{"clock", "Clock", "clock", 4, always<ClockSettings, 1>},
+    KindRow<StopwatchSettings>{"stopwatch", "Stopwatch", "stopwatch", 4, always<StopwatchSettings, 1>, KindPayload::none},
+    KindRow<CountdownSettings>{"countdown", "Countdown", "hourglass", 4, always<CountdownSettings, 1>},
+    KindRow<TimeProgressSettings>{"timeProgress", "Time Progress", "largecircle.fill.circle", 4, always<TimeProgressSettings, 1>},
+    KindRow<ActivitySettings>{"activity", "Activity", "cpu", 4, always<ActivitySettings, 1>},
+    KindRow<NetworkSettings>{"network", "Network", "network", 2, always<NetworkSettings, 1>},
+    KindRow<NoteSettings>{"note", "Note", "note.text", 4, always<NoteSettings, 2>},
+    KindRow<ReminderSettings>{"reminders", "Reminders", "list.bullet", 4, reminderSpan},
+    KindRow<ShortcutSettings>{"shortcut", "Shortcut", "command", 4, always<ShortcutSettings, 1>},
+    KindRow<AirDropSettings>{"airdrop", "AirDrop", "dot.radiowaves.up.forward", 4, always<AirDropSettings, 1>, KindPayload::none, true},
+    KindRow<WeatherSettings>{"weather", "Weather", "cloud.sun.fill", 4, weatherSpan},
+    KindRow<ClaudeUsageSettings>{"claudeUsage", "Claude Code Usage", "sparkle", 2, always<ClaudeUsageSettings, 2>},
+    KindRow<GitHubSettings>{"github", "GitHub", "arrow.triangle.pull", 4, gitHubSpan},
+    KindRow<PetSettings>{"pet", "Pet", "pawprint.fill", 4, always<PetSettings, 1>},
+    KindRow<ColourPickerSettings>{"colourPicker", "Colour Picker", "eyedropper", 2, always<ColourPickerSettings, 2>},
+    KindRow<ClipboardSettings>{"clipboard", "Clipboard", "doc.on.clipboard", 1, always<ClipboardSettings, 1>},
+    KindRow<BookmarkSettings>{"bookmarks", "Bookmarks", "bookmark.fill", 4, always<BookmarkSettings, 3>},
+    KindRow<EmojiSettings>{"emoji", "Emoji", "face.smiling", 4, always<EmojiSettings, 2>},
+    KindRow<ScreenshotSettings>{"screenshots", "Screenshots", "photo", 4, always<ScreenshotSettings, 3>},
+    KindRow<FilesSettings>{"files", "Files", "folder.fill", 4, always<FilesSettings, 3>},
+    KindRow<ShelfSettings>{"shelf", "Shelf", "tray.full.fill", 4, always<ShelfSettings, 3>, KindPayload::wrapped, true},
+    KindRow<WaterSettings>{"water", "Water", "drop.fill", 4, always<WaterSettings, 3>},
+    KindRow<ConverterSettings>{"converter", "Converter", "arrow.left.arrow.right", 2, always<ConverterSettings, 2>},
+    KindRow<FanSettings>{"fans", "Fans", "fanblades.fill", 4, always<FanSettings, 1>, KindPayload::none},
+    KindRow<KeyboardLockSettings>{"keyboardLock", "Keyboard Lock", "keyboard", 4, always<KeyboardLockSettings, 1>},
 };
 // clang-format on
 
-template <class Row, class Kind> struct KindRowMatches;
-template <class... Row, class... Settings>
-struct KindRowMatches<const std::tuple<Row...>, std::variant<Settings...>>
-    : std::is_same<std::tuple<typename Row::Settings...>, std::tuple<Settings...>> {};
-static_assert(KindRowMatches<decltype(kindTable), DockWidget::KindVariant>::value,
-              "the kind table and the variant list the same kinds in the same order");
+template <class Table> struct KindsOf;
+template <class... Rows> struct KindsOf<const std::tuple<Rows...>> {
+  using Variant = std::variant<typename Rows::Settings...>;
+};
+
+/// The settings record of any kind.
+using KindVariant = KindsOf<decltype(kindTable)>::Variant;
 
 /// The table line of a settings record.
 template <class S> constexpr const KindRow<S>& kindRow(const S&) {
@@ -92,11 +134,9 @@ template <class S> constexpr const KindRow<S>& kindRow(const S&) {
 template <class S>
 inline constexpr std::size_t kindIndex = [] {
   return []<std::size_t... Index>(std::index_sequence<Index...>) {
-    return ((std::is_same_v<S, std::variant_alternative_t<Index, DockWidget::KindVariant>> ? Index
-                                                                                           : 0) +
-            ...);
+    return ((std::is_same_v<S, std::variant_alternative_t<Index, KindVariant>> ? Index : 0) + ...);
   }
-  (std::make_index_sequence<std::variant_size_v<DockWidget::KindVariant>>());
+  (std::make_index_sequence<std::variant_size_v<KindVariant>>());
 }();
 
 } // namespace tavrin

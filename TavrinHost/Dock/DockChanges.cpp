@@ -3,6 +3,7 @@
 #include "TavrinStorage/Dock/PlistFileBackend.h"
 
 #include <algorithm>
+#include <map>
 
 namespace tavrin {
 namespace {
@@ -14,21 +15,20 @@ struct DockChange {
   std::shared_ptr<DockPreferencesBackend> backend;
   DockSnapshot before;
   DockSnapshot after;
+  bool isWritten = false;
 
   bool isNeeded() const { return before.apps != after.apps || before.others != after.others; }
+
+  /// Reads the Dock and works out what the edits make of it.
+  void plan(const std::vector<DockEdit>& edits, Date now) {
+    before = DockPlistReader{backend}.read(now);
+    after = before;
+    for (const auto& edit : edits)
+      edit(after);
+  }
 };
 
-DockChange plan(std::filesystem::path file, std::shared_ptr<DockPreferencesBackend> backend,
-                const std::vector<DockEdit>& edits, Date now) {
-  auto before = DockPlistReader{backend}.read(now);
-  auto after = before;
-  for (const auto& edit : edits)
-    edit(after);
-  return {std::move(file), std::move(backend), std::move(before), std::move(after)};
-}
-
-void report(HostContext& context, const DockChangeOptions& options,
-            const std::vector<DockChange>& changes) {
+void report(HostContext& context, const std::vector<DockChange>& changes) {
   JSONValue::Array list;
   for (const auto& change : changes) {
     const auto difference = DockChangeDetector::diff(change.before, change.after);
@@ -36,7 +36,7 @@ void report(HostContext& context, const DockChangeOptions& options,
       auto json = changesJSON(difference);
       json.object()->emplace("file", change.backend->url().string());
       json.object()->emplace("changed", change.isNeeded());
-      json.object()->emplace("written", change.isNeeded() && !options.isDryRun);
+      json.object()->emplace("written", change.isWritten);
       list.push_back(std::move(json));
       continue;
     }
@@ -51,6 +51,57 @@ void report(HostContext& context, const DockChangeOptions& options,
   }
   if (context.printsJSON())
     context.print(list);
+}
+
+/// The user's own Dock. Where somebody else has written it since, the edits are not made twice.
+void changeOwnDock(DockLibrary& library, DockChange& change, const std::vector<DockEdit>& edits,
+                   Date now) {
+  change.plan(edits, now);
+  if (!change.isNeeded())
+    return;
+  change.isWritten = library.change([&]() -> std::optional<DockSnapshot> {
+    if (change.isWritten && DockChangeDetector::holds(DockPlistReader{change.backend}.read(now),
+                                                      change.before, change.after))
+      return std::nullopt;
+    change.plan(edits, now);
+    change.isWritten = change.isNeeded();
+    return change.isWritten ? std::optional(change.after) : std::nullopt;
+  });
+}
+
+/// Keeps others out of all Docks, in the order of their paths: two commands that want the same ones
+/// do not wait for each other.
+std::vector<std::shared_ptr<void>> exclusiveAccess(const std::vector<DockChange>& changes) {
+  std::map<std::filesystem::path, DockPreferencesBackend*> backends;
+  for (const auto& change : changes) {
+    std::error_code error;
+    backends[std::filesystem::weakly_canonical(change.file, error)] = change.backend.get();
+  }
+  std::vector<std::shared_ptr<void>> access;
+  for (const auto& [unused, backend] : backends)
+    access.push_back(backend->exclusiveAccess());
+  return access;
+}
+
+/// All Docks are planned before the first is written, and nobody else writes them meanwhile. A
+/// failure leaves those before it written, and says so.
+void changeFiles(HostContext& context, std::vector<DockChange>& changes,
+                 const std::vector<DockEdit>& edits, Date now) {
+  const auto access = exclusiveAccess(changes);
+  for (auto& change : changes)
+    change.plan(edits, now);
+  for (auto change = changes.begin(); change != changes.end(); ++change) {
+    if (!change->isNeeded())
+      continue;
+    try {
+      DockPlistWriter{change->backend}.write(change->after);
+    } catch (...) {
+      if (change != changes.begin())
+        report(context, {changes.begin(), change});
+      throw;
+    }
+    change->isWritten = true;
+  }
 }
 
 JSONValue::Array labels(const std::vector<DockItem>& items) {
@@ -80,27 +131,26 @@ void DockChangeOptions::addTo(CLI::App& command, HostContext& context) {
 void changeDocks(HostContext& context, const DockChangeOptions& options,
                  const std::vector<DockEdit>& edits) {
   const Date now = context.platform().clock().now();
-  std::optional<DockLibrary> library;
   std::vector<DockChange> changes;
-  if (options.files.empty()) {
-    library.emplace(context, options.restarts);
-    changes.push_back(plan({}, library->dock(), edits, now));
-  }
   for (const auto& name : options.files) {
     const auto file = absolutePath(context, name);
-    changes.push_back(plan(file, std::make_shared<PlistFileBackend>(file), edits, now));
+    if (std::ranges::count(changes, file, &DockChange::file) == 0)
+      changes.push_back({file, std::make_shared<PlistFileBackend>(file), {}, {}});
   }
-  if (!options.isDryRun) {
-    for (const auto& change : changes) {
-      if (!change.isNeeded())
-        continue;
-      if (library)
-        library->apply(change.after);
-      else
-        DockPlistWriter{change.backend}.write(change.after);
-    }
+  std::optional<DockLibrary> library;
+  if (options.files.empty()) {
+    library.emplace(context, options.restarts);
+    changes.push_back({{}, library->dock(), {}, {}});
   }
-  report(context, options, changes);
+  if (options.isDryRun) {
+    for (auto& change : changes)
+      change.plan(edits, now);
+  } else if (library) {
+    changeOwnDock(*library, changes.front(), edits, now);
+  } else {
+    changeFiles(context, changes, edits, now);
+  }
+  report(context, changes);
 }
 
 void sayChanges(HostContext& context, const DockChangeDetector::Report& report) {

@@ -114,7 +114,7 @@ std::vector<DockEdit> scriptEdits(HostContext& context, const std::string& text,
         parser, context, [](CLI::App&) {},
         [&](DockEdit edit) { edits.push_back(std::move(edit)); });
     std::string words(line);
-    if (isElsewhere && words.starts_with("add "))
+    if (isElsewhere && words.substr(0, words.find_first_of(" \t")) == "add")
       words += " --allow-missing";
     try {
       parser.parse(words);

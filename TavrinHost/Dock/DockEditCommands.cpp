@@ -2,7 +2,7 @@
 
 #include "TavrinCore/Dock/DockURLString.h"
 #include "TavrinHost/Dock/DockLibrary.h"
-#include "TavrinStorage/Dock/PlistFileBackend.h"
+#include "TavrinPlatform/Files/PlistRoot.h"
 
 #include <fmt/format.h>
 
@@ -159,8 +159,9 @@ void addAdd(CLI::App& app, HostContext& context, const std::function<void(CLI::A
       addition.items.push_back(
           options->finished(itemNamed(context, word, options->mayBeMissing || isElsewhere)));
     take(adding(std::move(addition), [&context](const DockItem& item) {
-      context.remark(fmt::format("\"{}\" is in the Dock already; --replacing puts it there anew",
-                                 printable(item.displayName())));
+      context.remarkOnce(
+          fmt::format("\"{}\" is in the Dock already; --replacing puts it there anew",
+                      printable(item.displayName())));
     }));
   });
 }

@@ -71,8 +71,8 @@ ProfileSwitcher& DockLibrary::switcher() {
   return *switcher_;
 }
 
-void DockLibrary::apply(const DockSnapshot& target) {
-  applyWithBackup(swapper_, backups_, target, didBackUp_);
+bool DockLibrary::change(const DockSwapper::Plan& plan) {
+  return applyWithBackup(swapper_, backups_, plan, context_.platform().clock(), didBackUp_);
 }
 
 DockSnapshot DockLibrary::snapshot() const {
@@ -97,6 +97,10 @@ const Profile& DockLibrary::profile(std::string_view reference) {
   return *found.front();
 }
 
+bool DockLibrary::hasProfile(std::string_view name) {
+  return std::ranges::count(profiles().file().profiles, name, &Profile::name) > 0;
+}
+
 DockSnapshot DockLibrary::layout(const std::string& reference) {
   const Date now = context_.platform().clock().now();
   if (reference == "dock")
@@ -104,9 +108,12 @@ DockSnapshot DockLibrary::layout(const std::string& reference) {
   for (const auto& backup : backups_.listBackups())
     if (backup.filename() == reference || backup.stem() == reference)
       return dockPlistReader(backup).read(now);
-  if (reference.ends_with(".plist") || reference.find('/') != std::string::npos)
-    return dockPlistReader(absolutePath(context_, reference)).read(now);
-  return profile(reference).snapshot(now);
+  const bool isPath = reference.ends_with(".plist") || reference.find('/') != std::string::npos;
+  const auto file = absolutePath(context_, reference);
+  std::error_code error;
+  // A profile's name may look like a path, so what is no file may be one.
+  const bool isProfile = !isPath || (!fs::exists(file, error) && hasProfile(reference));
+  return isProfile ? profile(reference).snapshot(now) : dockPlistReader(file).read(now);
 }
 
 ExitCode exitCode(const DockError& error) {

@@ -74,6 +74,13 @@ HotkeyModifiers modifiersFromText(std::string_view text) {
   return modifiers;
 }
 
+HostError lacksModifier(std::string_view text) {
+  return HostError(ExitCode::refusedValue,
+                   fmt::format("\"{}\" needs control, option or command: it would be taken from "
+                               "every application",
+                               text));
+}
+
 Hotkey hotkeyFromText(std::string_view text) {
   auto words = parts(text);
   const auto* key = keyNames.begin();
@@ -86,10 +93,7 @@ Hotkey hotkeyFromText(std::string_view text) {
   for (const auto& word : words)
     hotkey.modifiers = hotkey.modifiers | required(word);
   if (!hotkey.modifiers.isValidForGlobalHotkey())
-    throw HostError(ExitCode::refusedValue,
-                    fmt::format("\"{}\" needs control, option or command: it would be taken from "
-                                "every application",
-                                text));
+    throw lacksModifier(text);
   return hotkey;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TavrinCore/Dock/Hotkey.h"
+#include "TavrinHost/HostError.h"
 
 #include <optional>
 #include <string>
@@ -14,6 +15,9 @@ namespace tavrin {
 Hotkey hotkeyFromText(std::string_view text);
 /// The modifiers alone, "ctrl+alt".
 HotkeyModifiers modifiersFromText(std::string_view text);
+
+/// What is said of modifiers, as they were written, that no shortcut may have.
+HostError lacksModifier(std::string_view text);
 
 /// "⌃⌥1"; a key without a name here is shown by its number.
 std::string hotkeyText(const Hotkey& hotkey);

@@ -146,13 +146,7 @@ void addCapture(CLI::App& profiles, HostContext& context) {
     if (name->empty()) {
       isChanged = library.switcher().captureCurrentDock();
     } else {
-      auto profile = library.profile(*name);
-      const auto dock = library.snapshot();
-      isChanged = DockChangeDetector::diff(profile.snapshot(dock.capturedAt), dock).hasChanges();
-      profile.items = dock.apps;
-      profile.others = dock.others;
-      if (isChanged)
-        library.profiles().update(profile);
+      isChanged = library.switcher().capture(library.profile(*name).id, library.snapshot());
     }
     if (context.printsJSON())
       context.print(JSONValue::Object{{"changed", isChanged}});
@@ -180,17 +174,17 @@ JSONValue unchangedJSON(const Profile& profile) {
   return json;
 }
 
-/// What putting a profile into the Dock changes there, and doing it.
+/// What putting a profile into the Dock changes there, and doing it. `work` gives whether the Dock
+/// was written.
 void change(HostContext& context, DockLibrary& library, const Profile& profile, bool isDryRun,
-            const std::function<void()>& work) {
+            const std::function<bool()>& work) {
   const auto dock = library.snapshot();
-  const auto report = DockChangeDetector::diff(dock, profile.snapshot(dock.capturedAt));
-  if (!isDryRun)
-    work();
+  const auto report = DockChangeDetector::diff(dock, asRead(profile.snapshot(dock.capturedAt)));
+  const bool isWritten = !isDryRun && work();
   if (context.printsJSON()) {
     auto json = changesJSON(report);
     json.object()->emplace("profile", profile.id.text());
-    json.object()->emplace("written", !isDryRun);
+    json.object()->emplace("written", isWritten);
     return context.print(json);
   }
   sayChanges(context, report);
@@ -217,7 +211,7 @@ void addSwitch(CLI::App& profiles, HostContext& context) {
       return;
     }
     change(context, library, profile, options->isDryRun,
-           [&] { library.switcher().switchTo(profile.id); });
+           [&] { return library.switcher().switchTo(profile.id); });
   });
 }
 
@@ -229,12 +223,11 @@ void addApply(CLI::App& profiles, HostContext& context) {
   HostContext::examples(*command, {{"tavrin profiles apply --dry-run", "see what would change"}});
   command->callback([options, &context] {
     DockLibrary library(context, options->restarts);
-    const auto& active = library.profiles().file().activeProfileId;
-    const auto profile = active ? library.profiles().profile(*active) : std::nullopt;
+    const auto profile = library.profiles().activeProfile();
     if (!profile)
       throw HostError(ExitCode::notFound, "no profile is active");
     change(context, library, *profile, options->isDryRun,
-           [&] { library.switcher().applyActiveProfile(); });
+           [&] { return library.switcher().applyActiveProfile(); });
   });
 }
 
@@ -250,10 +243,9 @@ void addChange(CLI::App& profiles, HostContext& context, const char* name, const
   HostContext::examples(*command, {{example, meaning}});
   command->callback([words, apply = std::move(apply), &context] {
     DockLibrary library(context);
-    auto profile = library.profile(words->first);
-    apply(profile, words->second);
-    library.profiles().update(profile);
-    sayProfile(context, profile, "Changed");
+    const auto changed = library.profiles().change(
+        library.profile(words->first).id, [&](Profile& profile) { apply(profile, words->second); });
+    sayProfile(context, changed, "Changed");
   });
 }
 
@@ -324,14 +316,11 @@ void addImport(CLI::App& profiles, HostContext& context) {
       throw FileError(failure("read " + *source, error.what()), error.what());
     }
     // Desktops are named by the machine they are on; none of this one's names is known here.
-    auto all = ProfileTransfer::merge(imported, library.profiles().file().profiles, {});
-    const auto first = all.size() - imported.size();
-    library.profiles().replaceAll(all);
     JSONValue::Array added;
-    for (std::size_t i = first; i < all.size(); ++i) {
-      added.push_back(profileJSON(all[i], false));
+    for (const auto& profile : library.profiles().merge(imported, {})) {
+      added.push_back(profileJSON(profile, false));
       if (!context.printsJSON())
-        context.say(fmt::format("Added \"{}\"", printable(all[i].name)));
+        context.say(fmt::format("Added \"{}\"", printable(profile.name)));
     }
     if (context.printsJSON())
       context.print(added);

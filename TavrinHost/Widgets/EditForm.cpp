@@ -1,5 +1,6 @@
 #include "TavrinHost/Widgets/EditForm.h"
 
+#include "TavrinCore/Widgets/SettingChanges.h"
 #include "TavrinHost/Console.h"
 #include "TavrinHost/HostError.h"
 #include "TavrinHost/Widgets/SettingEditing.h"
@@ -167,19 +168,7 @@ DockWidget merged(const DockWidget& base, const DockWidget& edited, const DockWi
     result.name = edited.name;
   if (edited.span != base.span)
     result.span = edited.span;
-  const auto before = settingsJSON(base.kind);
-  const auto after = settingsJSON(edited.kind);
-  auto settings = settingsJSON(current.kind);
-  for (const auto& field : describeSettings(base.kind)) {
-    const auto* was = before.member(field.key);
-    const auto* is = after.member(field.key);
-    if (was != nullptr && is != nullptr ? *was == *is : was == is)
-      continue;
-    settings.object()->erase(field.key);
-    if (is != nullptr)
-      settings.object()->emplace(field.key, *is);
-  }
-  result.kind = withSettings(current.kind, settings);
+  result.kind = withChanges(current.kind, base.kind, edited.kind);
   return result;
 }
 

@@ -1,6 +1,7 @@
 #include "TavrinHost/Widgets/SettingText.h"
 
 #include "TavrinCore/Base/Data.h"
+#include "TavrinCore/Text/Numbers.h"
 #include "TavrinHost/Dock/HotkeyText.h"
 #include "TavrinHost/HostError.h"
 
@@ -72,7 +73,7 @@ JSONValue switchFromText(const FieldInfo& field, std::string_view text) {
 
 std::optional<double> plainNumber(std::string_view text, std::string_view unit) {
   double value = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  const auto [end, error] = doubleFromChars(text.data(), text.data() + text.size(), value);
   if (error != std::errc() || !std::isfinite(value))
     return std::nullopt;
   auto rest = text.substr(static_cast<std::size_t>(end - text.data()));

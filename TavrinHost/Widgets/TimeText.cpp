@@ -1,12 +1,14 @@
 #include "TavrinHost/Widgets/SettingText.h"
 
 #include "TavrinCore/Base/Calendar.h"
+#include "TavrinCore/Text/Numbers.h"
 #include "TavrinCore/Text/Text.h"
 
 #include <array>
 #include <charconv>
 #include <cmath>
 #include <fmt/format.h>
+#include <type_traits>
 
 namespace tavrin {
 namespace {
@@ -18,7 +20,13 @@ constexpr double day = 86400;
 /// Takes a number off the front of `text`; no value when there is none.
 template <class Number> std::optional<Number> takeNumber(std::string_view& text) {
   Number number{};
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  const char* last = text.data() + text.size();
+  std::from_chars_result result{};
+  if constexpr (std::is_floating_point_v<Number>)
+    result = doubleFromChars(text.data(), last, number);
+  else
+    result = std::from_chars(text.data(), last, number);
+  const auto [end, error] = result;
   if (error != std::errc())
     return std::nullopt;
   text.remove_prefix(static_cast<std::size_t>(end - text.data()));

@@ -25,11 +25,10 @@ public:
   /// notFound, or ambiguous with the candidates.
   const DockWidget& find(std::string_view reference) const;
 
-  /// Runs one change on the store, read again just before, and announces it. `change` gives a
-  /// value; what it throws leaves the change unannounced.
+  /// Runs changes of the store as one, on the file as it is then, and announces them. `change` gives
+  /// a value, and may run more than once; what it throws undoes all of it.
   template <class Change> auto change(Change change) {
-    store_->reload();
-    auto result = change(*store_);
+    auto result = store_->together([&] { return change(*store_); });
     announce();
     return result;
   }

@@ -232,7 +232,7 @@ void addWidgetListings(CLI::App& group, HostContext& context) {
     else
       kind(context, *kindName);
   });
-  HostContext::examples(*kindListing, {{"tavrin widgets kinds", "all 31 kinds"},
+  HostContext::examples(*kindListing, {{"tavrin widgets kinds", "all kinds"},
                                        {"tavrin widgets kinds pomodoro", "what a Pomodoro sets"}});
 }
 

@@ -44,11 +44,16 @@ std::optional<std::string> readFile(const std::filesystem::path& file,
                                     std::size_t maximumSize = JSONValue::maximumSize);
 
 /// The JSON document in `file`, no value when there is no such file. Throws FileError.
-std::optional<JSONValue> readJSONFile(const std::filesystem::path& file);
+std::optional<JSONValue> readJSONFile(const std::filesystem::path& file,
+                                      std::size_t maximumSize = JSONValue::maximumSize);
 
 /// Writes `document` pretty-printed. Throws FileError, also for a document that `readJSONFile`
 /// would refuse.
 void writeJSONFile(const std::filesystem::path& file, const JSONValue& document,
                    FileAccess access = FileAccess::shared);
+
+/// The same as `writeFileIfUnchanged` does it.
+bool writeJSONFileIfUnchanged(const std::filesystem::path& file, const JSONValue& document,
+                              const FileStamp& seen);
 
 } // namespace tavrin

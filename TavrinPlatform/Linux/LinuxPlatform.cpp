@@ -1,48 +1,25 @@
-#include "TavrinPlatform/Linux/LinuxPlatform.h"
-
 #include "TavrinCore/Base/Errors.h"
-
 #include "TavrinPlatform/Linux/Applications/LinuxApplicationLibrary.h"
-#include "TavrinPlatform/Linux/Base/LinuxProcessRunner.h"
-#include "TavrinPlatform/Linux/Base/X11.h"
-#include "TavrinPlatform/Linux/Desktop/BusMediaPlayers.h"
-#include "TavrinPlatform/Linux/Desktop/BusNotificationCenter.h"
-#include "TavrinPlatform/Linux/Desktop/CanberraPlayer.h"
-#include "TavrinPlatform/Linux/Desktop/LinuxNotificationCenter.h"
-#include "TavrinPlatform/Linux/Desktop/LinuxWorkspace.h"
-#include "TavrinPlatform/Linux/Desktop/SecretServiceKeychain.h"
-#include "TavrinPlatform/Linux/Devices/BusConnectedDevices.h"
-#include "TavrinPlatform/Linux/Devices/BusFanHelper.h"
-#include "TavrinPlatform/Linux/Devices/BusNearbyDevices.h"
-#include "TavrinPlatform/Linux/Devices/LinuxHostStatistics.h"
-#include "TavrinPlatform/Linux/Devices/SysfsFans.h"
-#include "TavrinPlatform/Linux/Devices/UPowerSources.h"
+#include "TavrinPlatform/Linux/Base/ProcessFamily.h"
+#include "TavrinPlatform/Linux/Desktop/DesktopServices.h"
+#include "TavrinPlatform/Linux/Devices/DeviceServices.h"
 #include "TavrinPlatform/Linux/Files/LinuxFileManager.h"
 #include "TavrinPlatform/Linux/Files/LinuxFolderWatch.h"
 #include "TavrinPlatform/Linux/Files/LinuxUserFiles.h"
 #include "TavrinPlatform/Linux/Input/InputGuard.h"
-#include "TavrinPlatform/Linux/Input/LinuxColourSampler.h"
-#include "TavrinPlatform/Linux/Input/LinuxGlobalShortcuts.h"
-#include "TavrinPlatform/Linux/Input/LinuxInputBlocker.h"
+#include "TavrinPlatform/Linux/Input/InputServices.h"
 #include "TavrinPlatform/Linux/Pasteboard/X11Pasteboard.h"
 #include "TavrinPlatform/Linux/Slot/LinuxApplication.h"
 #include "TavrinPlatform/Linux/Slot/LinuxMainBundle.h"
 #include "TavrinPlatform/Linux/Slot/LinuxSystemLog.h"
 #include "TavrinPlatform/Linux/Slot/MemoryRelease.h"
 #include "TavrinPlatform/Linux/Slot/ToolkitSetup.h"
-#include "TavrinPlatform/Linux/Tile/LinuxDockGeometry.h"
-#include "TavrinPlatform/Linux/Tile/LinuxDockTile.h"
-#include "TavrinPlatform/Linux/Tile/QtPanelPopover.h"
-#include "TavrinPlatform/Linux/Tile/StripSurface.h"
-#include "TavrinPlatform/Linux/Tile/TileAccessibility.h"
-#include "TavrinPlatform/Linux/Tile/TraySurface.h"
+#include "TavrinPlatform/Linux/Tile/TileServices.h"
 #include "TavrinPlatform/POSIX/JSONUserDefaults.h"
-#include "TavrinPlatform/POSIX/LoadingCalendarStore.h"
-#include "TavrinPlatform/POSIX/Module.h"
 #include "TavrinPlatform/POSIX/UnavailableServices.h"
-#include "TavrinPlatform/Qt/PictureSurface.h"
+#include "TavrinPlatform/Platform.h"
+#include "TavrinPlatform/Qt/QtProcessRunner.h"
 #include "TavrinPlatform/Qt/QtRunLoop.h"
-#include "TavrinStorage/StoragePath.h"
 
 #include <QApplication>
 #include <malloc.h>
@@ -51,17 +28,24 @@ namespace tavrin {
 
 namespace {
 
-constexpr double watcherLimit = 0.2;
-
 template <class Service, class Make> Service& lazily(std::unique_ptr<Service>& member, Make make) {
   if (!member)
     member = make();
   return *member;
 }
 
+/// The services of a Linux desktop. Read from the environment, beside what the desktop itself sets:
+/// - TAVRIN_SURFACE: the surfaces of the tile, of "strip", "tray" and "picture", with commas. By
+///   default the strip where there is an X server, else the tray where there is a status
+///   notifier host, else the picture.
+/// - TAVRIN_PICTURE_DIR: the folder of the picture surface's files; by default "tiles" in the
+///   data folder. A file is called by the bundle identifier.
+/// - TAVRIN_APPEARANCE: "light" or "dark", instead of the desktop's preference.
+/// - TAVRIN_LOG: "stderr" to write the log there too.
 class LinuxPlatform final : public Platform {
 public:
-  LinuxPlatform(int& argc, char** argv);
+  LinuxPlatform(int& argc, char** argv, ProgramSetup setup);
+  ~LinuxPlatform() override;
 
   /// False when another process has this application's name; it has been told.
   bool isFirst() {
@@ -71,7 +55,7 @@ public:
     return isFirst;
   }
   int run() {
-    memory_.soon();
+    memory_->soon();
     return application_->run();
   }
 
@@ -84,102 +68,160 @@ public:
   UserFiles& userFiles() override;
   FolderWatch& folderWatch() override;
   UserDefaults& userDefaults() override;
-  DistributedNotificationCenter& notifications() override;
-  DockTile& dockTile() override;
-  DockGeometry& dockGeometry() override;
-  PanelPopover& popover() override;
-  Workspace& workspace() override;
-  UserNotificationCenter& userNotifications() override;
-  SoundPlayer& sounds() override;
-  ProcessRunner& processes() override;
+  DistributedNotificationCenter& notifications() override { return desktop_->notifications(); }
+  DockTile& dockTile() override { return tile_->tile(); }
+  DockGeometry& dockGeometry() override { return tile_->geometry(); }
+  PanelPopover& popover() override { return tile_->popover(); }
+  Workspace& workspace() override { return desktop_->workspace(); }
+  UserNotificationCenter& userNotifications() override { return desktop_->userNotifications(); }
+  SoundPlayer& sounds() override { return desktop_->sounds(); }
+  ProcessRunner& processes() override { return processes_; }
   HTTPClient& http() override;
-  CalendarStore& calendars() override;
-  HostStatistics& hostStatistics() override { return hostStatistics_; }
-  PowerSources& powerSources() override { return powerSources_; }
-  ConnectedDevices& connectedDevices() override { return connectedDevices_; }
-  InputBlocker& inputBlocker() override;
-  SMCAccess& smc() override;
-  FanHelperClient& fanHelper() override;
+  CalendarStore& calendars() override { return desktop_->calendars(); }
+  HostStatistics& hostStatistics() override { return devices_->statistics(); }
+  PowerSources& powerSources() override { return devices_->power(); }
+  ConnectedDevices& connectedDevices() override { return devices_->connected(); }
+  InputBlocker& inputBlocker() override { return input_->blocker(); }
+  SMCAccess& smc() override { return devices_->fans(); }
+  FanHelperClient& fanHelper() override { return devices_->fanHelper(); }
   Pasteboard& pasteboard() override;
-  ColourSampler& colourSampler() override;
-  Keychain& keychain() override { return keychain_; }
-  GlobalShortcuts& globalShortcuts() override;
+  ColourSampler& colourSampler() override { return input_->sampler(); }
+  Keychain& keychain() override { return desktop_->keychain(); }
+  GlobalShortcuts& globalShortcuts() override { return input_->shortcuts(); }
   ApplicationLibrary& applications() override;
-  MediaPlayers& mediaPlayers() override;
-  NearbyDevices& nearbyDevices() override;
+  MediaPlayers& mediaPlayers() override { return desktop_->mediaPlayers(); }
+  NearbyDevices& nearbyDevices() override { return devices_->nearby(); }
 
 private:
   std::string identifier() const { return bundle_.identifier().value_or("tavrin"); }
-  std::unique_ptr<LinuxDockTile> makeDockTile();
-  std::vector<std::string> surfaceNames();
-  std::unique_ptr<TileSurface> makeSurface(const std::string& name);
-  bool hasTray();
+  void startToolkit(int& argc, char** argv);
+  void makeRooms();
+  TileServices::Environment tileEnvironment();
+  std::filesystem::path pictureFolder() const;
   /// Connected once somebody wants something of it; null where there is none.
   Bus* systemBus();
 
+  // What the rooms stand on, in the order in which it comes up.
+  ProgramSetup setup_;
   LinuxFileManager files_;
   LinuxSystemLog log_;
   SystemClock clock_;
   std::filesystem::path executable_;
   LinuxMainBundle bundle_;
-  std::unique_ptr<QApplication> toolkit_;
-  MemoryRelease memory_;
-  std::unique_ptr<QtRunLoop> runLoop_;
+  ModuleFolder modules_{files_, bundle_};
+  QtProcessRunner processes_;
   std::unique_ptr<Bus> bus_;
   std::optional<std::unique_ptr<Bus>> systemBus_;
-  LinuxHostStatistics hostStatistics_;
-  UPowerSources powerSources_{[this] { return systemBus(); }};
-  BusConnectedDevices connectedDevices_{[this] { return systemBus(); }, powerSources_};
   std::unique_ptr<LinuxApplication> application_;
+  std::unique_ptr<QApplication> toolkit_;
+  std::unique_ptr<MemoryRelease> memory_;
+  std::unique_ptr<QtRunLoop> runLoop_;
+
+  // The rooms: none refers to another but through this class.
+  std::unique_ptr<JSONUserDefaults> defaults_;
   std::unique_ptr<LinuxUserFiles> userFiles_;
   std::unique_ptr<LinuxFolderWatch> folderWatch_;
-  std::unique_ptr<JSONUserDefaults> defaults_;
-  std::unique_ptr<BusNotificationCenter> notifications_;
-  std::unique_ptr<LinuxWorkspace> workspace_;
-  std::unique_ptr<LinuxNotificationCenter> userNotifications_;
-  std::unique_ptr<CanberraPlayer> sounds_;
-  std::unique_ptr<LinuxProcessRunner> processes_;
   std::unique_ptr<HTTPClient> http_;
-  std::unique_ptr<CalendarStore> calendars_;
-  std::unique_ptr<LinuxInputBlocker> inputBlocker_;
-  std::unique_ptr<SysfsFans> smc_;
-  std::unique_ptr<BusFanHelper> fanHelper_;
   std::unique_ptr<X11Pasteboard> pasteboard_;
-  std::unique_ptr<LinuxColourSampler> colourSampler_;
-  SecretServiceKeychain keychain_;
-  std::unique_ptr<GlobalShortcuts> globalShortcuts_;
   std::unique_ptr<LinuxApplicationLibrary> applications_;
-  std::unique_ptr<BusMediaPlayers> mediaPlayers_;
-  std::unique_ptr<BusNearbyDevices> nearbyDevices_;
-  StripSurface* strip_ = nullptr;
-  std::unique_ptr<LinuxDockTile> tile_;
-  std::unique_ptr<AccessibilitySwitch> accessibility_;
-  std::unique_ptr<LinuxDockGeometry> geometry_;
-  std::unique_ptr<QtPanelPopover> popover_;
+  std::unique_ptr<DesktopServices> desktop_;
+  std::unique_ptr<DeviceServices> devices_;
+  std::unique_ptr<InputServices> input_;
+  std::unique_ptr<TileServices> tile_;
 };
 
-LinuxPlatform::LinuxPlatform(int& argc, char** argv)
-    : executable_(LinuxMainBundle::executablePath(argc > 0 ? argv[0] : nullptr)),
+LinuxPlatform::LinuxPlatform(int& argc, char** argv, ProgramSetup setup)
+    : setup_(std::move(setup)),
+      executable_(LinuxMainBundle::executablePath(argc > 0 ? argv[0] : nullptr)),
       bundle_(executable_) {
-  std::vector<std::string> arguments(argv, argv + argc);
   bus_ = Bus::session();
-  application_ =
-      std::make_unique<LinuxApplication>(std::move(arguments), bundle_.identifier(), bus_.get());
+  application_ = std::make_unique<LinuxApplication>(std::vector<std::string>(argv, argv + argc),
+                                                    bundle_.identifier(), bus_.get());
   // Asked for now, answered while the toolkit starts.
   application_->claimIdentity();
-  {
-    const ToolkitSetup setup(files_);
-    QApplication::setQuitOnLastWindowClosed(false);
-    toolkit_ = std::make_unique<QApplication>(argc, argv);
-  }
-  QApplication::setApplicationName(QString::fromStdString(identifier()));
+  startToolkit(argc, argv);
   application_->watchSignals();
   runLoop_ = std::make_unique<QtRunLoop>();
-  application_->isPanelShown = [this] { return popover_ && popover_->isShown(); };
-  application_->onAttention = [this](bool isWanted) {
-    if (tile_)
-      tile_->setAttention(isWanted);
-  };
+  makeRooms();
+  application_->isPanelShown = [this] { return tile_->isPanelShown(); };
+  application_->onAttention = [this](bool isWanted) { tile_->setAttention(isWanted); };
+}
+
+/// From the roof down: nobody calls any more, no work is under way that uses a service, then the
+/// services, and last what they stand on. Whoever used this platform is gone before.
+LinuxPlatform::~LinuxPlatform() {
+  application_->isPanelShown = nullptr;
+  application_->onAttention = nullptr;
+  runLoop_->endWork();
+  tile_.reset();
+  input_.reset();
+  devices_.reset();
+  applications_.reset();
+  pasteboard_.reset();
+  http_.reset();
+  folderWatch_.reset();
+  userFiles_.reset();
+  desktop_.reset();
+  defaults_.reset();
+  application_.reset();
+  systemBus_.reset();
+  bus_.reset();
+  runLoop_.reset();
+  memory_.reset();
+  toolkit_.reset();
+}
+
+void LinuxPlatform::startToolkit(int& argc, char** argv) {
+  const ToolkitSetup setup(files_);
+  QApplication::setQuitOnLastWindowClosed(false);
+  toolkit_ = std::make_unique<QApplication>(argc, argv);
+  QApplication::setApplicationName(QString::fromStdString(identifier()));
+  memory_ = std::make_unique<MemoryRelease>();
+}
+
+void LinuxPlatform::makeRooms() {
+  const auto system = [this] { return systemBus(); };
+  desktop_ = std::make_unique<DesktopServices>(DesktopServices::Environment{
+      files_, log_, clock_, *runLoop_, bus_.get(), system, modules_, executable_,
+      // The panel is what a notice leads to.
+      [this] { application_->show(); }});
+  devices_ = std::make_unique<DeviceServices>(files_, *runLoop_, bus_.get(), system);
+  input_ = std::make_unique<InputServices>(*runLoop_, bus_.get(), system, identifier());
+  tile_ = std::make_unique<TileServices>(tileEnvironment());
+}
+
+TileServices::Environment LinuxPlatform::tileEnvironment() {
+  return {.files = files_,
+          .log = log_,
+          .bus = bus_.get(),
+          .identifier = identifier(),
+          .workspace = [this]() -> Workspace& { return workspace(); },
+          .pictureFolder = [this] { return pictureFolder(); },
+          .reopen = [this] { application_->reopen(); },
+          .openFiles = [this](const auto& files) { return application_->openFiles(files); },
+          .resignedActive =
+              [this] {
+                if (application_->onResignActive)
+                  application_->onResignActive();
+              },
+          .hasDrawnMuch = [this] { memory_->soon(); }};
+}
+
+std::filesystem::path LinuxPlatform::pictureFolder() const {
+  if (const auto wish = files_.environment("TAVRIN_PICTURE_DIR"); wish && !wish->empty())
+    return *wish;
+  try {
+    if (setup_.dataFolder)
+      return setup_.dataFolder(files_, bundle_) / "tiles";
+  } catch (const FileError&) {
+  }
+  return std::filesystem::temp_directory_path() / "tavrin-tiles";
+}
+
+Bus* LinuxPlatform::systemBus() {
+  if (!systemBus_)
+    systemBus_ = Bus::system();
+  return systemBus_->get();
 }
 
 UserDefaults& LinuxPlatform::userDefaults() {
@@ -205,40 +247,10 @@ FolderWatch& LinuxPlatform::folderWatch() {
   return lazily(folderWatch_, [this] { return std::make_unique<LinuxFolderWatch>(*runLoop_); });
 }
 
-DistributedNotificationCenter& LinuxPlatform::notifications() {
-  return lazily(notifications_,
-                [this] { return std::make_unique<BusNotificationCenter>(bus_.get(), *runLoop_); });
-}
-
-Workspace& LinuxPlatform::workspace() {
-  return lazily(workspace_, [this] {
-    return std::make_unique<LinuxWorkspace>(files_, bus_.get(), [this] { return systemBus(); });
-  });
-}
-
-UserNotificationCenter& LinuxPlatform::userNotifications() {
-  return lazily(userNotifications_, [this] {
-    auto center =
-        std::make_unique<LinuxNotificationCenter>(bus_.get(), *runLoop_, executable_, log_);
-    // The panel is what the notice leads to.
-    center->onClick = [this] { application_->show(); };
-    return center;
-  });
-}
-
-SoundPlayer& LinuxPlatform::sounds() {
-  return lazily(sounds_, [this] { return std::make_unique<CanberraPlayer>(*runLoop_); });
-}
-
-ProcessRunner& LinuxPlatform::processes() {
-  return lazily(processes_, [] { return std::make_unique<LinuxProcessRunner>(); });
-}
-
 HTTPClient& LinuxPlatform::http() {
   return lazily(http_, [this]() -> std::unique_ptr<HTTPClient> {
     std::string error;
-    const auto make =
-        ModuleFolder(files_, bundle_).find<HTTPClient*()>("http", "tavrinMakeHTTPClient", error);
+    const auto make = modules_.find<HTTPClient*()>("http", "tavrinMakeHTTPClient", error);
     if (make != nullptr)
       return std::unique_ptr<HTTPClient>(make());
     Log(log_, "http").error(failure("load the module http", error));
@@ -246,197 +258,21 @@ HTTPClient& LinuxPlatform::http() {
   });
 }
 
-CalendarStore& LinuxPlatform::calendars() {
-  return lazily(calendars_, [this] {
-    return std::make_unique<LoadingCalendarStore>(
-        *runLoop_,
-        [this, modules = ModuleFolder(files_, bundle_)]() -> LoadingCalendarStore::Factory {
-          std::string error;
-          const auto make =
-              modules.find<CalendarStore*(RunLoop&)>("calendar", "tavrinMakeCalendarStore", error);
-          return [this, make, error]() -> std::unique_ptr<CalendarStore> {
-            if (make != nullptr)
-              return std::unique_ptr<CalendarStore>(make(*runLoop_));
-            Log(log_, "calendar").error(failure("load the module calendar", error));
-            return std::make_unique<UnavailableCalendarStore>(*runLoop_);
-          };
-        });
-  });
-}
-
-InputBlocker& LinuxPlatform::inputBlocker() {
-  return lazily(inputBlocker_, [this] {
-    return std::make_unique<LinuxInputBlocker>(*runLoop_, bus_.get(),
-                                               [this] { return systemBus(); });
-  });
-}
-
-SMCAccess& LinuxPlatform::smc() {
-  return lazily(smc_, [this] {
-    return std::make_unique<SysfsFans>(files_.environment("TAVRIN_SYSFS_ROOT").value_or("/"));
-  });
-}
-
-FanHelperClient& LinuxPlatform::fanHelper() {
-  return lazily(fanHelper_, [this] {
-    return std::make_unique<BusFanHelper>(*runLoop_, [this] { return systemBus(); });
-  });
-}
-
 Pasteboard& LinuxPlatform::pasteboard() {
   return lazily(pasteboard_, [this] { return std::make_unique<X11Pasteboard>(*runLoop_); });
 }
 
-ColourSampler& LinuxPlatform::colourSampler() {
-  return lazily(colourSampler_,
-                [this] { return std::make_unique<LinuxColourSampler>(bus_.get()); });
-}
-
-GlobalShortcuts& LinuxPlatform::globalShortcuts() {
-  return lazily(globalShortcuts_, [this] {
-    return std::make_unique<LinuxGlobalShortcuts>(bus_.get(), identifier());
-  });
-}
-
 ApplicationLibrary& LinuxPlatform::applications() {
   return lazily(applications_, [this] {
-    return std::make_unique<LinuxApplicationLibrary>(files_, *runLoop_, bus_.get(),
-                                                     ModuleFolder(files_, bundle_));
+    return std::make_unique<LinuxApplicationLibrary>(files_, *runLoop_, bus_.get(), modules_);
   });
-}
-
-MediaPlayers& LinuxPlatform::mediaPlayers() {
-  return lazily(mediaPlayers_, [this] {
-    return std::make_unique<BusMediaPlayers>(bus_.get(), *runLoop_, clock_);
-  });
-}
-
-NearbyDevices& LinuxPlatform::nearbyDevices() {
-  return lazily(nearbyDevices_, [this] {
-    return std::make_unique<BusNearbyDevices>(
-        bus_.get(), [this] { return systemBus(); }, *runLoop_);
-  });
-}
-
-DockTile& LinuxPlatform::dockTile() {
-  return lazily(tile_, [this] { return makeDockTile(); });
-}
-
-DockGeometry& LinuxPlatform::dockGeometry() {
-  return lazily(geometry_, [this] {
-    LinuxDockGeometry::Sources sources;
-    sources.stripFrame = [this] { return strip_ ? strip_->stripFrame() : std::nullopt; };
-    sources.stripTileSize = [this] {
-      return strip_ ? std::optional(strip_->tileSize()) : std::nullopt;
-    };
-    sources.tileFrame = [this] { return strip_ ? strip_->frame() : std::nullopt; };
-    sources.tileAnchor = [this] { return tile_ ? tile_->anchor() : std::nullopt; };
-    return std::make_unique<LinuxDockGeometry>(files_.homeFolder(), std::move(sources));
-  });
-}
-
-PanelPopover& LinuxPlatform::popover() {
-  return lazily(popover_, [this] {
-    QtPanelPopover::Environment environment;
-    environment.prefersReducedMotion = [this] { return workspace().prefersReducedMotion(); };
-    environment.prefersDarkAppearance = [this] { return workspace().prefersDarkAppearance(); };
-    environment.resignedActive = [this] {
-      if (application_->onResignActive)
-        application_->onResignActive();
-    };
-    environment.hasClosed = [this] { memory_.soon(); };
-    return std::make_unique<QtPanelPopover>(std::move(environment));
-  });
-}
-
-std::unique_ptr<LinuxDockTile> LinuxPlatform::makeDockTile() {
-  std::vector<std::unique_ptr<TileSurface>> surfaces;
-  for (const auto& name : surfaceNames())
-    if (auto surface = makeSurface(name))
-      surfaces.push_back(std::move(surface));
-  if (surfaces.empty())
-    surfaces.push_back(makeSurface("picture"));
-  LinuxDockTile::Requests requests;
-  requests.reopen = [this] { application_->reopen(); };
-  requests.openFiles = [this](const auto& files) { return application_->openFiles(files); };
-  requests.hasJustClosedPanel = [this](Point place) {
-    return popover_ && popover_->hasJustBeenClosedAt(place);
-  };
-  requests.hasDrawnMuch = [this] { memory_.soon(); };
-  return std::make_unique<LinuxDockTile>(std::move(surfaces), std::move(requests));
-}
-
-std::vector<std::string> LinuxPlatform::surfaceNames() {
-  const auto wish = files_.environment("TAVRIN_SURFACE").value_or("");
-  std::vector<std::string> names;
-  for (const auto& part : QString::fromStdString(wish).split(QLatin1Char(','), Qt::SkipEmptyParts))
-    names.push_back(part.trimmed().toLower().toStdString());
-  if (!names.empty())
-    return names;
-  if (x11::connection() != nullptr)
-    return {"strip"};
-  if (hasTray())
-    return {"tray"};
-  // A panel may start after its slots; until then the picture is all there is to see.
-  if (!files_.environment("WAYLAND_DISPLAY").value_or("").empty() && bus_)
-    return {"tray", "picture"};
-  return {"picture"};
-}
-
-Bus* LinuxPlatform::systemBus() {
-  if (!systemBus_)
-    systemBus_ = Bus::system();
-  return systemBus_->get();
-}
-
-bool LinuxPlatform::hasTray() {
-  if (!bus_ || !bus_->isOpen())
-    return false;
-  const BusAddress daemon{"org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus"};
-  BusMessage question = bus_->method(daemon, "NameHasOwner");
-  // The answer may come after this function has returned.
-  const auto answer = std::make_shared<std::optional<bool>>();
-  bus_->call(question.append("s", "org.kde.StatusNotifierWatcher"),
-             [answer](sd_bus_message* reply, const std::string&) {
-               int isThere = 0;
-               if (reply != nullptr)
-                 sd_bus_message_read(reply, "b", &isThere);
-               *answer = isThere != 0;
-             });
-  bus_->waitUntil([&] { return answer->has_value(); }, watcherLimit);
-  return answer->value_or(false);
-}
-
-std::unique_ptr<TileSurface> LinuxPlatform::makeSurface(const std::string& name) {
-  if (name == "strip" && QGuiApplication::platformName() != QLatin1String("offscreen")) {
-    StripSurface::Environment environment;
-    environment.preferences = [this] { return readDockPreferences(files_.homeFolder()); };
-    environment.prefersReducedMotion = [this] { return workspace().prefersReducedMotion(); };
-    auto strip = std::make_unique<StripSurface>(std::move(environment));
-    strip_ = strip.get();
-    if (bus_)
-      accessibility_ = std::make_unique<AccessibilitySwitch>(*bus_, strip->window());
-    return strip;
-  }
-  if (name == "tray" && bus_)
-    return std::make_unique<TraySurface>(*bus_, identifier());
-  if (name != "picture")
-    return nullptr;
-  std::filesystem::path folder = files_.environment("TAVRIN_PICTURE_DIR").value_or("");
-  if (folder.empty()) {
-    try {
-      folder = StoragePath(files_, bundle_).resolvedDirectory() / "tiles";
-    } catch (const FileError&) {
-      folder = std::filesystem::temp_directory_path() / "tavrin-tiles";
-    }
-  }
-  return std::make_unique<PictureSurface>(folder / (identifier() + ".png"),
-                                          readDockPreferences(files_.homeFolder()).tileSize, log_);
 }
 
 } // namespace
 
-std::unique_ptr<Platform> makePlatform(int& argc, char** argv) {
+std::unique_ptr<Platform> makePlatform(int& argc, char**& argv, ProgramSetup setup) {
+  if (setup.prepare && !joinFamily(argc, argv, setup.prepare))
+    return nullptr;
   if (runInputGuardIfAsked(argc, argv) || showNoticeIfAsked(argc, argv))
     return nullptr;
   // One arena: the few short-lived threads of a slot do not need heaps of their own.
@@ -444,13 +280,15 @@ std::unique_ptr<Platform> makePlatform(int& argc, char** argv) {
   // Pictures and files go back to the system with their last use; left to itself the library would
   // take room for them from the heap once the first has been freed, and keep it.
   mallopt(M_MMAP_THRESHOLD, 128 * 1024);
-  auto platform = std::make_unique<LinuxPlatform>(argc, argv);
+  auto platform = std::make_unique<LinuxPlatform>(argc, argv, std::move(setup));
   if (!platform->isFirst())
     return nullptr;
   return platform;
 }
 
-int runEventLoop(Platform& platform) {
+int runEventLoop(Platform& platform, const std::function<void()>& launched) {
+  if (launched)
+    launched();
   return static_cast<LinuxPlatform&>(platform).run();
 }
 

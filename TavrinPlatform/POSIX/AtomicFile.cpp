@@ -1,12 +1,14 @@
 #include "TavrinPlatform/Files/AtomicFile.h"
 
 #include "TavrinCore/Base/UUID.h"
+#include "TavrinPlatform/Files/FileTimes.h"
+#include "TavrinPlatform/POSIX/Descriptor.h"
+#include "TavrinPlatform/POSIX/Flush.h"
+#include "TavrinPlatform/POSIX/SymbolicLinks.h"
 
 #include <cerrno>
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <system_error>
-#include <unistd.h>
 
 namespace tavrin {
 namespace {
@@ -26,23 +28,6 @@ constexpr std::time_t abandonedAfterSeconds = 3600;
   fail(stage, file, std::generic_category().message(errno));
 }
 
-/// An open file, closed when it goes.
-class Descriptor {
-public:
-  explicit Descriptor(int number) : number_(number) {}
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-  ~Descriptor() {
-    if (number_ >= 0)
-      ::close(number_);
-  }
-  int get() const { return number_; }
-  bool isOpen() const { return number_ >= 0; }
-
-private:
-  int number_;
-};
-
 /// Removes the file when it goes, unless it was kept.
 class TemporaryFile {
 public:
@@ -60,21 +45,6 @@ private:
   fs::path path_;
   bool isKept_ = false;
 };
-
-fs::path followLinks(const fs::path& file) {
-  constexpr int mostLinks = 40;
-  fs::path target = file;
-  std::error_code error;
-  for (int links = 0; fs::is_symlink(target, error); ++links) {
-    if (links == mostLinks)
-      fail("replace", file, "its symbolic links lead in a circle");
-    const auto next = fs::read_symlink(target, error);
-    if (error)
-      fail("follow the symbolic link", target, error.message());
-    target = target.parent_path() / next;
-  }
-  return target;
-}
 
 /// The permissions the new file gets; none leaves them as the process's mask makes them.
 std::optional<mode_t> permissions(const fs::path& file, FileAccess access) {
@@ -105,7 +75,7 @@ void writeContents(const fs::path& temporary, const fs::path& file, std::string_
     failWithErrno("set the permissions of", temporary);
   if (!writeAll(descriptor, bytes))
     failWithErrno("write the new contents of", file);
-  if (::fsync(descriptor) != 0)
+  if (!flushToDisk(descriptor))
     failWithErrno("flush to disk", file);
 }
 
@@ -113,7 +83,7 @@ void flushFolder(const fs::path& folder, const fs::path& file) {
   const Descriptor descriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   // A file system that cannot flush a folder says EINVAL; a folder may be writable but not
   // readable.
-  if (!descriptor.isOpen() ? errno != EACCES : ::fsync(descriptor.get()) != 0 && errno != EINVAL)
+  if (!descriptor ? errno != EACCES : ::fsync(descriptor.number()) != 0 && errno != EINVAL)
     failWithErrno("flush the folder of", file);
 }
 
@@ -131,22 +101,30 @@ void removeAbandoned(const fs::path& folder, std::time_t now) {
   }
 }
 
+std::string checkedText(const fs::path& file, const JSONValue& document) {
+  std::string text = document.prettyPrinted();
+  if (text.size() > JSONValue::maximumSize)
+    fail("write", file,
+         "it would hold more than " + std::to_string(JSONValue::maximumSize) + " bytes");
+  return text;
+}
+
 bool replaceFile(const fs::path& file, std::string_view bytes, FileAccess access,
                  const FileStamp* seen) {
   const fs::path target = followLinks(file);
-  const fs::path folder = target.has_parent_path() ? target.parent_path() : fs::path(".");
+  const fs::path folder = folderOf(target);
   const auto mode = permissions(target, access);
   const fs::path path = folder / (std::string(temporaryPrefix) + UUID::random().text() +
                                   std::string(temporarySuffix));
   const Descriptor descriptor(::open(path.c_str(),
                                      O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW,
                                      access == FileAccess::ownerOnly ? 0600 : 0666));
-  if (!descriptor.isOpen())
+  if (!descriptor)
     failWithErrno("make a temporary file for", target);
   TemporaryFile temporary(path);
-  writeContents(path, target, bytes, mode, descriptor.get());
+  writeContents(path, target, bytes, mode, descriptor.number());
   struct stat written {};
-  ::fstat(descriptor.get(), &written);
+  ::fstat(descriptor.number(), &written);
   if (seen != nullptr && fileStamp(target) != *seen)
     return false;
   if (::rename(path.c_str(), target.c_str()) != 0)
@@ -163,7 +141,8 @@ FileStamp fileStamp(const fs::path& file) {
   struct stat info {};
   if (::stat(file.c_str(), &info) != 0)
     return {};
-  return {info.st_ino, std::int64_t{info.st_mtim.tv_sec} * 1'000'000'000 + info.st_mtim.tv_nsec,
+  const timespec& changed = modificationTime(info);
+  return {info.st_ino, std::int64_t{changed.tv_sec} * 1'000'000'000 + changed.tv_nsec,
           info.st_size};
 }
 
@@ -179,13 +158,13 @@ std::optional<std::string> readFile(const fs::path& file, std::size_t maximumSiz
   constexpr std::size_t spareRoom = 64;
   // Without O_NONBLOCK a pipe in the file's place would wait for a writer.
   const Descriptor descriptor(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-  if (!descriptor.isOpen()) {
+  if (!descriptor) {
     if (errno == ENOENT)
       return std::nullopt;
     failWithErrno("open", file);
   }
   struct stat info {};
-  if (::fstat(descriptor.get(), &info) != 0)
+  if (::fstat(descriptor.number(), &info) != 0)
     failWithErrno("read", file);
   if (!S_ISREG(info.st_mode))
     fail("read", file, "it is not a regular file");
@@ -195,7 +174,7 @@ std::optional<std::string> readFile(const fs::path& file, std::size_t maximumSiz
     // Parsers read a little beyond the end.
     bytes.reserve(static_cast<std::size_t>(info.st_size) + spareRoom);
   while (static_cast<std::uintmax_t>(info.st_size) <= maximumSize && bytes.size() <= maximumSize) {
-    const ssize_t count = ::read(descriptor.get(), buffer.data(), buffer.size());
+    const ssize_t count = ::read(descriptor.number(), buffer.data(), buffer.size());
     if (count == 0)
       return bytes;
     if (count < 0 && errno != EINTR)
@@ -206,8 +185,8 @@ std::optional<std::string> readFile(const fs::path& file, std::size_t maximumSiz
   fail("read", file, "it holds more than " + std::to_string(maximumSize) + " bytes");
 }
 
-std::optional<JSONValue> readJSONFile(const fs::path& file) {
-  const auto bytes = readFile(file);
+std::optional<JSONValue> readJSONFile(const fs::path& file, std::size_t maximumSize) {
+  const auto bytes = readFile(file, maximumSize);
   if (!bytes)
     return std::nullopt;
   try {
@@ -218,11 +197,12 @@ std::optional<JSONValue> readJSONFile(const fs::path& file) {
 }
 
 void writeJSONFile(const fs::path& file, const JSONValue& document, FileAccess access) {
-  const std::string bytes = document.prettyPrinted();
-  if (bytes.size() > JSONValue::maximumSize)
-    fail("write", file,
-         "it would hold more than " + std::to_string(JSONValue::maximumSize) + " bytes");
-  writeFileAtomically(file, bytes, access);
+  writeFileAtomically(file, checkedText(file, document), access);
+}
+
+bool writeJSONFileIfUnchanged(const fs::path& file, const JSONValue& document,
+                              const FileStamp& seen) {
+  return writeFileIfUnchanged(file, checkedText(file, document), seen);
 }
 
 } // namespace tavrin

@@ -38,7 +38,17 @@ struct Pipe {
   /// Without ends where the system gave none; errno says why.
   static Pipe make() {
     int ends[2] = {-1, -1};
-    return ::pipe2(ends, O_CLOEXEC) == 0 ? Pipe{Descriptor(ends[0]), Descriptor(ends[1])} : Pipe{};
+#ifdef __APPLE__
+    // Programs are started with POSIX_SPAWN_CLOEXEC_DEFAULT, so that the moment between is safe.
+    if (::pipe(ends) != 0)
+      return {};
+    for (const int end : ends)
+      ::fcntl(end, F_SETFD, FD_CLOEXEC);
+#else
+    if (::pipe2(ends, O_CLOEXEC) != 0)
+      return {};
+#endif
+    return {Descriptor(ends[0]), Descriptor(ends[1])};
   }
 };
 

@@ -1,5 +1,7 @@
 #include "TavrinPlatform/POSIX/FolderPlace.h"
 
+#include "TavrinPlatform/Files/FileTimes.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <dirent.h>
@@ -46,10 +48,10 @@ void FolderPlace::put(const std::string& name, const struct stat& info, bool isK
   FolderFile file;
   file.path = folder_ / name;
   // Nobody can set the change time, so it bounds the one that anybody can.
-  const double changed = seconds(info.st_ctim);
+  const double changed = seconds(statusChangeTime(info));
   file.date = Date::fromUnixSeconds(request_.order == FolderRequest::Order::arrival
                                         ? changed
-                                        : std::min(changed, seconds(info.st_mtim)));
+                                        : std::min(changed, seconds(modificationTime(info))));
   file.isFolder = S_ISDIR(info.st_mode);
   file.size = file.isFolder ? 0 : static_cast<std::uint64_t>(info.st_size);
   if (isKnownNew)
@@ -120,7 +122,8 @@ bool FolderPlace::isUnchanged() const {
   if (::stat(folder_.c_str(), &info) != 0)
     return state_ == FolderListing::State::missing;
   return info.st_dev == scanned_.st_dev && info.st_ino == scanned_.st_ino &&
-         isSame(info.st_mtim, scanned_.st_mtim) && isSame(info.st_ctim, scanned_.st_ctim);
+         isSame(modificationTime(info), modificationTime(scanned_)) &&
+         isSame(statusChangeTime(info), statusChangeTime(scanned_));
 }
 
 } // namespace tavrin

@@ -1,8 +1,7 @@
 #include "TavrinPlatform/POSIX/Module.h"
 
 #include "TavrinPlatform/FileManager.h"
-
-#include <dlfcn.h>
+#include "TavrinPlatform/POSIX/ProgramPath.h"
 
 namespace tavrin {
 namespace {
@@ -14,24 +13,12 @@ fs::path folderOf(const FileManager& files, const MainBundle& bundle) {
     return *wish;
   if (const auto path = bundle.path())
     return path->parent_path() / "modules";
-  std::error_code error;
-  return fs::read_symlink("/proc/self/exe", error).parent_path() / "modules";
+  return programPath().parent_path() / "modules";
 }
 
 } // namespace
 
 ModuleFolder::ModuleFolder(const FileManager& files, const MainBundle& bundle)
     : folder_(folderOf(files, bundle)) {}
-
-void* ModuleFolder::address(const std::string& name, const char* symbol, std::string& error) const {
-  const fs::path file = folder_ / ("libtavrin-" + name + ".so");
-  void* module = ::dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
-  void* function = module != nullptr ? ::dlsym(module, symbol) : nullptr;
-  if (function == nullptr) {
-    const char* reason = ::dlerror();
-    error = reason != nullptr ? reason : "it is not there";
-  }
-  return function;
-}
 
 } // namespace tavrin

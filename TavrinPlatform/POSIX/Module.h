@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinPlatform/Files/SharedLibrary.h"
 #include "TavrinPlatform/MainBundle.h"
 
 #include <filesystem>
@@ -21,14 +22,20 @@ public:
   /// a library it needs is missing. From any thread.
   template <class Function>
   Function* find(const std::string& name, const char* symbol, std::string& error) const {
-    return reinterpret_cast<Function*>(address(name, symbol, error));
+    const SharedLibrary library{file(name).c_str()};
+    Function* function = nullptr;
+    if (!library.find(function, symbol))
+      error = SharedLibrary::reason();
+    return function;
   }
 
   /// A program that lies there.
   std::filesystem::path program(const std::string& name) const { return folder_ / name; }
 
 private:
-  void* address(const std::string& name, const char* symbol, std::string& error) const;
+  std::filesystem::path file(const std::string& name) const {
+    return folder_ / ("libtavrin-" + name + ".so");
+  }
 
   std::filesystem::path folder_;
 };

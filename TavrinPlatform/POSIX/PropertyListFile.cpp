@@ -1,12 +1,11 @@
 #include "TavrinPlatform/POSIX/PropertyListFile.h"
 
-#include <fstream>
+#include "TavrinCore/Dock/DockError.h"
+#include "TavrinPlatform/Files/PlistRoot.h"
 
 namespace tavrin {
 
 namespace {
-
-constexpr std::streamoff longestFile = 8 * 1024 * 1024;
 
 template <class Value> std::optional<Value> copied(const Value* value) {
   return value == nullptr ? std::nullopt : std::optional(*value);
@@ -15,21 +14,10 @@ template <class Value> std::optional<Value> copied(const Value* value) {
 } // namespace
 
 std::optional<PropertyListFile> PropertyListFile::read(const std::filesystem::path& path) {
-  std::error_code error;
-  if (!std::filesystem::is_regular_file(path, error))
-    return std::nullopt;
-  std::ifstream file(path, std::ios::binary | std::ios::ate);
-  const auto size = file ? static_cast<std::streamoff>(file.tellg()) : -1;
-  if (size <= 0 || size > longestFile)
-    return std::nullopt;
-  std::string bytes(static_cast<std::size_t>(size), '\0');
-  if (!file.seekg(0) || !file.read(bytes.data(), size))
-    return std::nullopt;
   try {
-    auto root = std::make_shared<const PropertyList>(PropertyList::parse(bytes));
-    if (root->dictionary() != nullptr)
-      return PropertyListFile(std::move(root));
-  } catch (const PropertyListError&) {
+    if (auto root = readPlistRoot(path))
+      return PropertyListFile(std::make_shared<const PropertyList>(std::move(*root)));
+  } catch (const DockError&) {
   }
   return std::nullopt;
 }

@@ -28,6 +28,11 @@ struct SpawnRequest {
 /// start, minus the system's error.
 pid_t spawn(const SpawnRequest& request);
 
+/// Starts a program that is to outlive this one: in a process group of its own, nobody's child, and
+/// without this one's standard descriptors. Takes a few milliseconds. False where there is no such
+/// program.
+bool spawnDetached(const std::vector<std::string>& words);
+
 /// This process's environment with `additions`, which win.
 std::vector<std::string> environmentWith(const std::map<std::string, std::string>& additions);
 

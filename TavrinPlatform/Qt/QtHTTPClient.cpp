@@ -1,17 +1,14 @@
 #include "TavrinPlatform/Qt/QtHTTPClient.h"
 
+#include "TavrinPlatform/Qt/NetworkWatch.h"
+
 #include <QHostInfo>
 #include <QNetworkProxyFactory>
 #include <QNetworkReply>
-#include <QSocketNotifier>
 #include <QTimer>
 #include <algorithm>
 #include <chrono>
 #include <cmath>
-#include <linux/netlink.h>
-#include <linux/rtnetlink.h>
-#include <sys/socket.h>
-#include <unistd.h>
 
 namespace tavrin {
 namespace {
@@ -34,6 +31,16 @@ void direct(QNetworkRequest& request, const QString& address) {
   request.setUrl(url);
 }
 
+/// A proxy that reads a request in the clear would be sent the address in the name's place, and
+/// sent the name it would look for the address itself.
+bool isReadByAProxy(const QUrl& url) {
+  if (url.scheme() != QLatin1String("http"))
+    return false;
+  const auto proxies = QNetworkProxyFactory::proxyForQuery(QNetworkProxyQuery(url));
+  return !proxies.isEmpty() && (proxies.front().type() == QNetworkProxy::HttpProxy ||
+                                proxies.front().type() == QNetworkProxy::HttpCachingProxy);
+}
+
 /// One request; ends with its token.
 class Exchange final : public Token, public QObject {
 public:
@@ -49,6 +56,11 @@ public:
     wanted.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
     wanted.setAttribute(QNetworkRequest::AuthenticationReuseAttribute, QNetworkRequest::Manual);
     wanted.setHeader(QNetworkRequest::UserAgentHeader, QStringLiteral("Tavrin/1.0"));
+    if (!request.address.empty() && isReadByAProxy(wanted.url())) {
+      QMetaObject::invokeMethod(
+          this, [this] { answer({}); }, Qt::QueuedConnection);
+      return;
+    }
     if (!request.address.empty())
       direct(wanted, QString::fromStdString(request.address));
     reply_ = manager.get(wanted);
@@ -181,49 +193,6 @@ private:
   int lookup_ = -1;
 };
 
-/// The kernel tells of each address that an interface gets.
-class AddressWatch final : public Token, public QObject {
-public:
-  explicit AddressWatch(std::function<void()> handler) : handler_(std::move(handler)) {
-    socket_ = ::socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC | SOCK_NONBLOCK, NETLINK_ROUTE);
-    sockaddr_nl address{};
-    address.nl_family = AF_NETLINK;
-    address.nl_groups = RTMGRP_IPV4_IFADDR | RTMGRP_IPV6_IFADDR;
-    if (socket_ < 0 ||
-        ::bind(socket_, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0)
-      return;
-    notifier_ = std::make_unique<QSocketNotifier>(socket_, QSocketNotifier::Read);
-    connect(notifier_.get(), &QSocketNotifier::activated, this, [this] { read(); });
-  }
-  ~AddressWatch() override {
-    notifier_.reset();
-    if (socket_ >= 0)
-      ::close(socket_);
-  }
-  AddressWatch(const AddressWatch&) = delete;
-  AddressWatch& operator=(const AddressWatch&) = delete;
-
-private:
-  void read() {
-    bool hasNew = false;
-    alignas(nlmsghdr) char buffer[8192];
-    ssize_t count = 0;
-    while ((count = ::recv(socket_, buffer, sizeof buffer, 0)) > 0) {
-      auto left = static_cast<unsigned>(count);
-      for (auto* message = reinterpret_cast<nlmsghdr*>(buffer); NLMSG_OK(message, left);
-           message = NLMSG_NEXT(message, left))
-        hasNew = hasNew || message->nlmsg_type == RTM_NEWADDR;
-    }
-    // The callee may drop this token.
-    if (const auto handler = handler_; hasNew)
-      handler();
-  }
-
-  int socket_ = -1;
-  std::unique_ptr<QSocketNotifier> notifier_;
-  std::function<void()> handler_;
-};
-
 } // namespace
 
 QtHTTPClient::QtHTTPClient() {
@@ -241,7 +210,7 @@ TokenPtr QtHTTPClient::resolve(const std::string& host, Resolution::Answer done)
 }
 
 TokenPtr QtHTTPClient::observeNetwork(std::function<void()> handler) {
-  return std::make_unique<AddressWatch>(std::move(handler));
+  return watchNetwork(std::move(handler));
 }
 
 } // namespace tavrin

@@ -1,7 +1,7 @@
 #include "TavrinPlatform/Qt/QtRunLoop.h"
 
 #include <QBasicTimer>
-#include <QMetaObject>
+#include <QCoreApplication>
 #include <QTimerEvent>
 #include <algorithm>
 #include <chrono>
@@ -14,8 +14,8 @@ namespace tavrin {
 
 namespace {
 
-constexpr int threadCount = 2;
-constexpr int idleThreadLifetime = 5'000;
+constexpr std::size_t threadCount = 2;
+constexpr std::chrono::seconds idleThreadLifetime{5};
 /// The toolkit counts milliseconds in an int; longer waits are taken in pieces.
 constexpr double longestWait = 1'000'000'000;
 constexpr double longestSharedInterval = 2'000;
@@ -64,7 +64,9 @@ private:
 /// The pieces of one queue. Outlives the queue while a piece runs.
 class PoolQueue final : public SerialQueue {
 public:
-  explicit PoolQueue(QThreadPool& pool) : pool_(pool), state_(std::make_shared<State>()) {}
+  /// `hasEnded` outlives the queue.
+  PoolQueue(ThreadPool& pool, const bool& hasEnded)
+      : pool_(pool), hasEnded_(hasEnded), state_(std::make_shared<State>()) {}
   ~PoolQueue() override {
     std::unique_lock lock(state_->mutex);
     state_->waiting.clear();
@@ -72,6 +74,8 @@ public:
   }
 
   void run(std::function<void()> work) override {
+    if (hasEnded_)
+      return;
     const std::lock_guard lock(state_->mutex);
     state_->waiting.push_back(std::move(work));
     if (state_->isRunning)
@@ -103,7 +107,8 @@ private:
     }
   };
 
-  QThreadPool& pool_;
+  ThreadPool& pool_;
+  const bool& hasEnded_;
   std::shared_ptr<State> state_;
 };
 
@@ -113,11 +118,43 @@ double milliseconds(double seconds) {
 
 } // namespace
 
-QtRunLoop::QtRunLoop() = default;
+/// What was posted and not yet called. Between the threads stands a lock that tools can see; the
+/// toolkit's event only says that there is something.
+class QtRunLoop::Postbox final : public QObject {
+public:
+  void post(std::function<void()> work) {
+    {
+      const std::lock_guard lock(mutex_);
+      posts_.push_back(std::move(work));
+    }
+    QCoreApplication::postEvent(this, new QEvent(QEvent::User));
+  }
+
+protected:
+  /// One post for each event: what the loop has to do besides comes between them.
+  void customEvent(QEvent*) override {
+    std::unique_lock lock(mutex_);
+    const auto work = std::move(posts_.front());
+    posts_.pop_front();
+    lock.unlock();
+    work();
+  }
+
+private:
+  std::mutex mutex_;
+  std::deque<std::function<void()>> posts_;
+};
+
+QtRunLoop::QtRunLoop() : postbox_(std::make_unique<Postbox>()) {}
 
 QtRunLoop::~QtRunLoop() {
+  endWork();
+}
+
+void QtRunLoop::endWork() {
+  hasEnded_ = true;
   if (pool_)
-    pool_->waitForDone();
+    pool_->finish();
 }
 
 TokenPtr QtRunLoop::repeat(double interval, std::function<void()> fire) {
@@ -129,11 +166,13 @@ TokenPtr QtRunLoop::after(double delay, std::function<void()> fire) {
 }
 
 void QtRunLoop::post(std::function<void()> work) {
-  QMetaObject::invokeMethod(&context_, std::move(work), Qt::QueuedConnection);
+  postbox_->post(std::move(work));
 }
 
 void QtRunLoop::background(std::function<void()> work, std::weak_ptr<void> owner,
                            std::function<void()> done) {
+  if (hasEnded_)
+    return;
   pool().start(
       [this, work = std::move(work), owner = std::move(owner), done = std::move(done)]() mutable {
         work();
@@ -145,15 +184,12 @@ void QtRunLoop::background(std::function<void()> work, std::weak_ptr<void> owner
 }
 
 std::unique_ptr<SerialQueue> QtRunLoop::makeSerialQueue() {
-  return std::make_unique<PoolQueue>(pool());
+  return std::make_unique<PoolQueue>(pool(), hasEnded_);
 }
 
-QThreadPool& QtRunLoop::pool() {
-  if (!pool_) {
-    pool_ = std::make_unique<QThreadPool>();
-    pool_->setMaxThreadCount(threadCount);
-    pool_->setExpiryTimeout(idleThreadLifetime);
-  }
+ThreadPool& QtRunLoop::pool() {
+  if (!pool_)
+    pool_.emplace(threadCount, idleThreadLifetime);
   return *pool_;
 }
 

@@ -1,11 +1,11 @@
 #pragma once
 
 #include "TavrinPlatform/Clock.h"
+#include "TavrinPlatform/POSIX/ThreadPool.h"
 #include "TavrinPlatform/RunLoop.h"
 
-#include <QObject>
-#include <QThreadPool>
 #include <memory>
+#include <optional>
 
 namespace tavrin {
 
@@ -25,11 +25,19 @@ public:
                   std::function<void()> done) override;
   std::unique_ptr<SerialQueue> makeSerialQueue() override;
 
+  /// Returns once no background work is under way: what was given is done, what is given from now
+  /// on is dropped. What that work refers to may go after this.
+  void endWork();
+
 private:
+  class Postbox;
+
+  ThreadPool& pool();
+
   /// Made on the main thread; posts of other threads are delivered through it.
-  QObject context_;
-  std::unique_ptr<QThreadPool> pool_;
-  QThreadPool& pool();
+  std::unique_ptr<Postbox> postbox_;
+  std::optional<ThreadPool> pool_;
+  bool hasEnded_ = false;
 };
 
 class SystemClock final : public Clock {

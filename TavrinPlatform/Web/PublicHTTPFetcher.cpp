@@ -7,6 +7,18 @@
 #include <deque>
 
 namespace tavrin {
+namespace {
+
+constexpr int httpPort = 80;
+constexpr int httpsPort = 443;
+/// Below it stand the services of every other kind, which a request could be made to talk to.
+constexpr int firstUnprivilegedPort = 1024;
+
+bool isWebPort(int port) {
+  return port == httpPort || port == httpsPort || port >= firstUnprivilegedPort;
+}
+
+} // namespace
 
 /// The first of the fetches runs.
 struct PublicHTTPFetcher::Queue {
@@ -87,7 +99,8 @@ void PublicHTTPFetcher::Fetch::visit(const QUrl& url) {
   const QString host = url.host(QUrl::FullyEncoded);
   const bool isWeb =
       url.scheme() == QLatin1String("https") || url.scheme() == QLatin1String("http");
-  if (!url.isValid() || !isWeb || host.isEmpty() || !url.userInfo().isEmpty()) {
+  if (!url.isValid() || !isWeb || !isWebPort(url.port(httpPort)) || host.isEmpty() ||
+      !url.userInfo().isEmpty()) {
     finish();
     return;
   }

@@ -1,5 +1,6 @@
 #include "TavrinSlot/Controllers/AirDropWidget.h"
 
+#include "TavrinCore/Base/FileURL.h"
 #include "TavrinSlot/DockPanelPresenter.h"
 #include "TavrinWidgetsUI/AirDrop/AirDropPanelView.h"
 #include "TavrinWidgetsUI/AirDrop/AirDropViews.h"
@@ -9,33 +10,41 @@
 
 namespace tavrin {
 
-AirDropWidgetController::AirDropWidgetController(const SlotContext& context,
-                                                 const DockWidget& widget)
-    : BasicWidgetController(context, widget),
-      model_(platform().nearbyDevices(), platform().runLoop(), widget) {
-  model_.onChange = [this] { refresh(); };
-  model_.onTaken = [this] {
-    if (!this->context().panel.isShown())
+void AirDropWidgetController::start() {
+  alive_ = std::make_shared<int>();
+  model_.emplace(platform().nearbyDevices(), platform().runLoop(), widget());
+  model_->onChange = [this] { refresh(); };
+  model_->onTaken = [this] {
+    if (!context().panel.isShown())
       togglePanel();
   };
-  renderTile();
 }
 
-AirDropWidgetController::~AirDropWidgetController() = default;
+void AirDropWidgetController::stop() {
+  alive_.reset();
+  model_.reset();
+}
+
+bool AirDropWidgetController::openFiles(const std::vector<std::filesystem::path>& paths) {
+  std::vector<std::string> addresses;
+  for (const auto& path : paths)
+    addresses.push_back(fileURL(path.native()));
+  model_->take(addresses);
+  return true;
+}
 
 QColor AirDropWidgetController::tint() const {
   return airDropTint;
 }
 
-AnyView AirDropWidgetController::tileView(const TileSize& size) const {
-  const auto state = AirDropTileState::of(model_);
-  auto& model = const_cast<AirDropModel&>(model_);
-  return size.isWide() ? airDropWideTile(state, size, [&model] { model.cancel(); })
+AnyView AirDropWidgetController::tileView(const TileSize& size) {
+  const auto state = AirDropTileState::of(*model_);
+  return size.isWide() ? airDropWideTile(state, size, [this] { model_->cancel(); })
                        : airDropTileIcon(state, size);
 }
 
 PanelView* AirDropWidgetController::makePanelView(const PanelAppearance& appearance) {
-  return new AirDropPanelView(appearance, model_,
+  return new AirDropPanelView(appearance, *model_,
                               {.chooseFiles = [this] { chooseFiles(); }, .edit = context().onEdit});
 }
 
@@ -51,7 +60,7 @@ void AirDropWidgetController::chooseFiles() {
                      std::vector<std::string> addresses;
                      for (const QUrl& url : urls)
                        addresses.push_back(url.toEncoded().toStdString());
-                     model_.take(addresses);
+                     model_->take(addresses);
                    });
   dialog->open();
 }

@@ -1,31 +1,32 @@
 #pragma once
 
-#include "TavrinSlot/BasicWidgetController.h"
+#include "TavrinSlot/KindController.h"
 #include "TavrinWidgetsUI/AirDrop/AirDropModel.h"
 
 namespace tavrin {
 
-class AirDropWidgetController final : public BasicWidgetController {
+class AirDropWidgetController final : public KindController<AirDropSettings> {
 public:
-  AirDropWidgetController(const SlotContext& context, const DockWidget& widget);
-  ~AirDropWidgetController() override;
+  using KindController::KindController;
 
-  /// Files dropped on the tile, as addresses: the panel opens and asks where to.
-  void send(const std::vector<std::string>& fileURLs) { model_.take(fileURLs); }
+  /// The panel opens and asks where to.
+  bool openFiles(const std::vector<std::filesystem::path>& paths) override;
 
 protected:
-  AnyView tileView(const TileSize& size) const override;
+  void start() override;
+  void stop() override;
+  AnyView tileView(const TileSize& size) override;
   PanelView* makePanelView(const PanelAppearance& appearance) override;
   QColor tint() const override;
-  void widgetChanged() override { model_.setWidget(widget()); }
-  void panelWillOpen() override { model_.refresh(); }
+  void widgetChanged() override { model_->setWidget(widget()); }
+  void panelWillOpen() override { model_->refresh(); }
 
 private:
   void chooseFiles();
 
-  AirDropModel model_;
+  std::optional<AirDropModel> model_;
   /// What becomes of the dialog when this goes first.
-  std::shared_ptr<int> alive_ = std::make_shared<int>();
+  std::shared_ptr<int> alive_;
 };
 
 } // namespace tavrin

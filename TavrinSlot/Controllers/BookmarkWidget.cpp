@@ -5,25 +5,21 @@
 
 namespace tavrin {
 
-BookmarkWidgetController::BookmarkWidgetController(const SlotContext& context,
-                                                   const DockWidget& widget)
-    : BasicWidgetController(context, widget),
-      icons_({platform().runLoop(), platform().clock(),
-              [this]() -> HTTPClient& { return platform().http(); },
-              platform().fileManager().cachesFolder() / "tavrin" / "icons"}),
-      open_([this](const std::string& url) { open(url); }) {
-  icons_.setEnabled(settings().showsIcons);
-  icons_.onChange = [this] { refresh(); };
-  renderTile();
+void BookmarkWidgetController::start() {
+  icons_.emplace(
+      BookmarkIcons::Services{platform().runLoop(), platform().clock(),
+                              [this]() -> HTTPClient& { return platform().http(); },
+                              platform().fileManager().cachesFolder() / "tavrin" / "icons"});
+  icons_->setEnabled(settings().showsIcons);
+  icons_->onChange = [this] { refresh(); };
 }
 
-BookmarkSettings BookmarkWidgetController::settings() const {
-  const auto* found = widget().kind.get<BookmarkSettings>();
-  return found != nullptr ? *found : BookmarkSettings{};
+void BookmarkWidgetController::stop() {
+  icons_.reset();
 }
 
 void BookmarkWidgetController::widgetChanged() {
-  icons_.setEnabled(settings().showsIcons);
+  icons_->setEnabled(settings().showsIcons);
 }
 
 void BookmarkWidgetController::open(const std::string& url) {
@@ -35,10 +31,10 @@ QColor BookmarkWidgetController::tint() const {
   return bookmarkTint;
 }
 
-AnyView BookmarkWidgetController::tileView(const TileSize& size) const {
+AnyView BookmarkWidgetController::tileView(const TileSize& size) {
   return size.isWide() ? bookmarkWideTile(
                              settings(), size,
-                             [this](const std::string& url) { return icons_.icon(url); }, open_)
+                             [this](const std::string& url) { return icons_->icon(url); }, open_)
                        : bookmarkTileIcon(settings(), size);
 }
 
@@ -47,7 +43,7 @@ PanelView* BookmarkWidgetController::makePanelView(const PanelAppearance& appear
       appearance,
       {.name = [this] { return widget().name; },
        .settings = [this] { return settings(); },
-       .icon = [this](const std::string& url) { return icons_.icon(url); },
+       .icon = [this](const std::string& url) { return icons_->icon(url); },
        .open =
            [this](const std::vector<std::string>& urls) {
              for (const auto& url : urls)

@@ -1,16 +1,18 @@
 #pragma once
 
-#include "TavrinSlot/BasicWidgetController.h"
+#include "TavrinSlot/KindController.h"
 #include "TavrinWidgetsUI/Bookmarks/BookmarkIcons.h"
 
 namespace tavrin {
 
-class BookmarkWidgetController final : public BasicWidgetController {
+class BookmarkWidgetController final : public KindController<BookmarkSettings> {
 public:
-  BookmarkWidgetController(const SlotContext& context, const DockWidget& widget);
+  using KindController::KindController;
 
 protected:
-  AnyView tileView(const TileSize& size) const override;
+  void start() override;
+  void stop() override;
+  AnyView tileView(const TileSize& size) override;
   PanelView* makePanelView(const PanelAppearance& appearance) override;
   QColor tint() const override;
   void widgetChanged() override;
@@ -18,10 +20,9 @@ protected:
 private:
   /// In the browser; what is no address of the web is left alone.
   void open(const std::string& url);
-  BookmarkSettings settings() const;
 
-  mutable BookmarkIcons icons_;
-  std::function<void(const std::string&)> open_;
+  std::optional<BookmarkIcons> icons_;
+  std::function<void(const std::string&)> open_ = [this](const auto& url) { open(url); };
 };
 
 } // namespace tavrin

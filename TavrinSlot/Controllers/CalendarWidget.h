@@ -1,17 +1,19 @@
 #pragma once
 
-#include "TavrinSlot/BasicWidgetController.h"
+#include "TavrinSlot/KindController.h"
 #include "TavrinWidgetsUI/Calendar/CalendarModel.h"
 #include "TavrinWidgetsUI/Calendar/CalendarViews.h"
 
 namespace tavrin {
 
-class CalendarWidgetController final : public BasicWidgetController {
+class CalendarWidgetController final : public KindController<CalendarSettings> {
 public:
-  CalendarWidgetController(const SlotContext& context, const DockWidget& widget);
+  using KindController::KindController;
 
 protected:
-  AnyView tileView(const TileSize& size) const override;
+  void start() override;
+  void stop() override;
+  AnyView tileView(const TileSize& size) override;
   PanelView* makePanelView(const PanelAppearance& appearance) override;
   QColor tint() const override { return calendarTint; }
   void widgetChanged() override;
@@ -19,15 +21,17 @@ protected:
 private:
   CalendarReading reading() const;
 
-  CalendarModel model_;
+  std::optional<CalendarModel> model_;
 };
 
-class RemindersWidgetController final : public BasicWidgetController {
+class RemindersWidgetController final : public KindController<ReminderSettings> {
 public:
-  RemindersWidgetController(const SlotContext& context, const DockWidget& widget);
+  using KindController::KindController;
 
 protected:
-  AnyView tileView(const TileSize& size) const override;
+  void start() override;
+  void stop() override;
+  AnyView tileView(const TileSize& size) override;
   PanelView* makePanelView(const PanelAppearance& appearance) override;
   QColor tint() const override { return reminderTint; }
   void widgetChanged() override;
@@ -35,7 +39,7 @@ protected:
 private:
   ReminderReading reading() const;
 
-  ReminderModel model_;
+  std::optional<ReminderModel> model_;
 };
 
 } // namespace tavrin

@@ -5,28 +5,29 @@
 
 namespace tavrin {
 
-ClaudeUsageWidgetController::ClaudeUsageWidgetController(const SlotContext& context,
-                                                         const DockWidget& widget)
-    : BasicWidgetController(context, widget),
-      model_(platform().clock(), platform().runLoop(), platform().fileManager(), widget) {
-  model_.onChange = [this] { refresh(); };
-  renderTile();
+void ClaudeUsageWidgetController::start() {
+  model_.emplace(platform().clock(), platform().runLoop(), platform().fileManager(), widget());
+  model_->onChange = [this] { refresh(); };
 }
 
-AnyView ClaudeUsageWidgetController::tileView(const TileSize& size) const {
-  const ClaudeUsageReading reading{model_.settings(),    model_.totals(),      model_.limits(),
-                                   model_.isConnected(), model_.isAvailable(), model_.hasRead()};
-  return size.isWide() ? claudeUsageWideTile(reading, model_.now(), size)
-                       : claudeUsageTileIcon(reading, model_.now(), size);
+void ClaudeUsageWidgetController::stop() {
+  model_.reset();
+}
+
+AnyView ClaudeUsageWidgetController::tileView(const TileSize& size) {
+  const ClaudeUsageReading reading{model_->settings(),    model_->totals(),      model_->limits(),
+                                   model_->isConnected(), model_->isAvailable(), model_->hasRead()};
+  return size.isWide() ? claudeUsageWideTile(reading, model_->now(), size)
+                       : claudeUsageTileIcon(reading, model_->now(), size);
 }
 
 PanelView* ClaudeUsageWidgetController::makePanelView(const PanelAppearance& appearance) {
   const auto choose = [this](ClaudeUsageScope scope) {
-    auto settings = model_.settings();
+    auto settings = model_->settings();
     settings.scope = scope;
     save(settings);
   };
-  return new ClaudeUsagePanelView(appearance, model_, choose, context().onEdit);
+  return new ClaudeUsagePanelView(appearance, *model_, choose, context().onEdit);
 }
 
 QColor ClaudeUsageWidgetController::tint() const {

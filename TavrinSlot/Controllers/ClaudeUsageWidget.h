@@ -1,22 +1,24 @@
 #pragma once
 
-#include "TavrinSlot/BasicWidgetController.h"
+#include "TavrinSlot/KindController.h"
 #include "TavrinWidgetsUI/ClaudeUsage/ClaudeUsageModel.h"
 
 namespace tavrin {
 
-class ClaudeUsageWidgetController final : public BasicWidgetController {
+class ClaudeUsageWidgetController final : public KindController<ClaudeUsageSettings> {
 public:
-  ClaudeUsageWidgetController(const SlotContext& context, const DockWidget& widget);
+  using KindController::KindController;
 
 private:
-  AnyView tileView(const TileSize& size) const override;
+  void start() override;
+  void stop() override;
+  AnyView tileView(const TileSize& size) override;
   PanelView* makePanelView(const PanelAppearance& appearance) override;
   QColor tint() const override;
-  void widgetChanged() override { model_.setWidget(widget()); }
-  void panelWillOpen() override { model_.refresh(); }
+  void widgetChanged() override { model_->setWidget(widget()); }
+  void panelWillOpen() override { model_->refresh(); }
 
-  ClaudeUsageModel model_;
+  std::optional<ClaudeUsageModel> model_;
 };
 
 } // namespace tavrin

@@ -1,19 +1,21 @@
 #pragma once
 
-#include "TavrinSlot/BasicWidgetController.h"
+#include "TavrinSlot/KindController.h"
 #include "TavrinWidgetsUI/Clipboard/ClipboardModel.h"
 
 namespace tavrin {
 
-class ClipboardWidgetController final : public BasicWidgetController {
+class ClipboardWidgetController final : public KindController<ClipboardSettings> {
 public:
-  ClipboardWidgetController(const SlotContext& context, const DockWidget& widget);
+  using KindController::KindController;
 
 protected:
-  AnyView tileView(const TileSize& size) const override;
+  void start() override;
+  void stop() override;
+  AnyView tileView(const TileSize& size) override;
   PanelView* makePanelView(const PanelAppearance& appearance) override;
   QColor tint() const override;
-  void widgetChanged() override { model_.setWidget(widget()); }
+  void widgetChanged() override { model_->setWidget(widget()); }
   void panelWillOpen() override;
   void panelDidClose() override;
 
@@ -21,9 +23,9 @@ private:
   void historyChanged();
   void copy(const ClipboardItem& item);
 
-  LinkPreviewSource ogSource_;
-  ClipboardSource source_;
-  ClipboardModel model_;
+  std::optional<LinkPreviewSource> ogSource_;
+  std::optional<ClipboardSource> source_;
+  std::optional<ClipboardModel> model_;
 };
 
 } // namespace tavrin

@@ -10,26 +10,26 @@
 
 namespace tavrin {
 
-CollectionWidgetController::CollectionWidgetController(const SlotContext& context,
-                                                       const DockWidget& widget)
-    : BasicWidgetController(context, widget),
-      model_(std::make_unique<CollectionModel>(
-          platform().applications(), widget,
-          [this](const CollectionSettings& settings) { save(settings); })) {
+void CollectionWidgetController::start() {
+  model_.emplace(platform().applications(), widget(),
+                 [this](const CollectionSettings& settings) { save(settings); });
   model_->onChange = [this] {
     refresh();
-    if (!model_->trouble().empty() && !this->context().panel.isShown())
+    if (!model_->trouble().empty() && !context().panel.isShown())
       togglePanel();
   };
-  model_->onOpened = [this] { this->context().panel.closeIfShown(); };
-  renderTile();
+  model_->onOpened = [this] { context().panel.closeIfShown(); };
+}
+
+void CollectionWidgetController::stop() {
+  model_.reset();
 }
 
 QColor CollectionWidgetController::tint() const {
   return collectionTint;
 }
 
-AnyView CollectionWidgetController::tileView(const TileSize& size) const {
+AnyView CollectionWidgetController::tileView(const TileSize& size) {
   const auto settings = model_->settings();
   const auto form =
       CollectionCells::of(settings.layout, static_cast<int>(model_->apps().size()), size);
@@ -44,10 +44,9 @@ AnyView CollectionWidgetController::tileView(const TileSize& size) const {
          model_->isGone(app)});
   }
   const QString name = QString::fromStdString(widget().name);
-  auto* self = const_cast<CollectionWidgetController*>(this);
   return size.isWide() ? collectionWideTile(
-                             apps, settings.layout, size, name,
-                             [self](std::size_t i) { self->open(i); }, [self] { self->addApps(); })
+                             apps, settings.layout, size, name, [this](std::size_t i) { open(i); },
+                             [this] { addApps(); })
                        : collectionTileIcon(apps, settings.layout, size, name);
 }
 

@@ -1,16 +1,18 @@
 #pragma once
 
-#include "TavrinSlot/BasicWidgetController.h"
+#include "TavrinSlot/KindController.h"
 #include "TavrinWidgetsUI/Collection/CollectionModel.h"
 
 namespace tavrin {
 
-class CollectionWidgetController final : public BasicWidgetController {
+class CollectionWidgetController final : public KindController<CollectionSettings> {
 public:
-  CollectionWidgetController(const SlotContext& context, const DockWidget& widget);
+  using KindController::KindController;
 
 protected:
-  AnyView tileView(const TileSize& size) const override;
+  void start() override;
+  void stop() override;
+  AnyView tileView(const TileSize& size) override;
   PanelView* makePanelView(const PanelAppearance& appearance) override;
   QColor tint() const override;
   void widgetChanged() override { model_->setWidget(widget()); }
@@ -21,7 +23,7 @@ private:
   void open(std::size_t index);
   void addApps();
 
-  std::unique_ptr<CollectionModel> model_;
+  std::optional<CollectionModel> model_;
 };
 
 } // namespace tavrin

@@ -13,29 +13,26 @@ constexpr const char* pickShortcut = "pick-colour";
 
 } // namespace
 
-ColourWidgetController::ColourWidgetController(const SlotContext& context, const DockWidget& widget)
-    : BasicWidgetController(context, widget),
-      store_(
-          platform(),
-          [this] {
-            return StoragePath(platform().fileManager(), platform().mainBundle()).coloursFileURL();
-          }),
-      pick_([this] { pick(); }), copyNewest_([this] {
-        if (!history().colours.empty())
-          copy(history().colours.front(), settings().format);
-      }) {
+void ColourWidgetController::start() {
+  store_.emplace(platform(), [this] {
+    return StoragePath(platform().fileManager(), platform().mainBundle()).coloursFileURL();
+  });
   changed_ = platform().notifications().observe(ColourStore::changedNotification,
                                                 [this](const auto&) { historyChanged(); });
   bindShortcut();
-  renderTile();
 }
 
-ColourWidgetController::~ColourWidgetController() {
-  if (!hotkey_)
-    return;
-  auto& shortcuts = platform().globalShortcuts();
-  shortcuts.onRefused = nullptr;
-  shortcuts.bind({}, nullptr);
+void ColourWidgetController::stop() {
+  changed_.reset();
+  picking_.reset();
+  if (hotkey_) {
+    auto& shortcuts = platform().globalShortcuts();
+    shortcuts.onRefused = nullptr;
+    shortcuts.bind({}, nullptr);
+  }
+  hotkey_.reset();
+  shortcutTrouble_.clear();
+  store_.reset();
 }
 
 void ColourWidgetController::bindShortcut() {
@@ -45,11 +42,6 @@ void ColourWidgetController::bindShortcut() {
   hotkey_ = wanted;
   shortcutTrouble_.clear();
   auto& shortcuts = platform().globalShortcuts();
-  if (wanted && !wanted->modifiers.isValidForGlobalHotkey()) {
-    shortcuts.bind({}, nullptr);
-    shortcutRefused("it lacks a modifier key other than Shift");
-    return;
-  }
   std::vector<GlobalShortcuts::Shortcut> all;
   shortcuts.onRefused = nullptr;
   if (wanted) {
@@ -69,12 +61,12 @@ void ColourWidgetController::shortcutRefused(const std::string& reason) {
 }
 
 void ColourWidgetController::historyChanged() {
-  store_.reload();
+  store_->reload();
   refresh();
 }
 
 void ColourWidgetController::pick() {
-  store_.setTrouble({});
+  store_->setTrouble({});
   context().panel.closeIfShown();
   picking_ = platform().colourSampler().pick([this](const ColourSample& sample) {
     const auto ended = std::move(picking_);
@@ -84,7 +76,7 @@ void ColourWidgetController::pick() {
 
 void ColourWidgetController::picked(const ColourSample& sample) {
   if (sample.outcome == ColourSample::Outcome::unavailable) {
-    store_.setTrouble(
+    store_->setTrouble(
         "Failed to pick a colour because this desktop does not show the screen to programs");
     refresh();
     return;
@@ -102,32 +94,32 @@ void ColourWidgetController::copy(const PickedColour& colour, ColourFormat forma
   platform().pasteboard().writeText(colour.text(format));
 }
 
+void ColourWidgetController::copyNewest() {
+  if (!history().colours.empty())
+    copy(history().colours.front(), settings().format);
+}
+
 template <class Change> void ColourWidgetController::change(const Change& change) {
-  store_.change(change);
+  store_->change(change);
   refresh();
 }
 
-void ColourWidgetController::save(ColourFormat format) {
+void ColourWidgetController::choose(ColourFormat format) {
   auto changed = settings();
   changed.format = format;
-  BasicWidgetController::save(changed);
-}
-
-ColourPickerSettings ColourWidgetController::settings() const {
-  const auto* found = widget().kind.get<ColourPickerSettings>();
-  return found != nullptr ? *found : ColourPickerSettings{};
+  save(changed);
 }
 
 const ColourHistory& ColourWidgetController::history() const {
   static const ColourHistory none;
-  return store_.get() != nullptr ? store_.get()->history() : none;
+  return store_->get() != nullptr ? store_->get()->history() : none;
 }
 
 QColor ColourWidgetController::tint() const {
   return colourPickerTint;
 }
 
-AnyView ColourWidgetController::tileView(const TileSize& size) const {
+AnyView ColourWidgetController::tileView(const TileSize& size) {
   return size.isWide() ? colourWideTile(history(), settings(), size, pick_, copyNewest_)
                        : colourTileIcon(history(), settings(), size);
 }
@@ -138,7 +130,8 @@ PanelView* ColourWidgetController::makePanelView(const PanelAppearance& appearan
       {.name = [this] { return widget().name; },
        .history = [this]() -> const ColourHistory& { return history(); },
        .settings = [this] { return settings(); },
-       .trouble = [this] { return store_.trouble().empty() ? shortcutTrouble_ : store_.trouble(); },
+       .trouble =
+           [this] { return store_->trouble().empty() ? shortcutTrouble_ : store_->trouble(); },
        .pick = pick_,
        .copy = [this](const auto& colour, ColourFormat format) { copy(colour, format); },
        .togglePin =
@@ -147,7 +140,7 @@ PanelView* ColourWidgetController::makePanelView(const PanelAppearance& appearan
            },
        .remove = [this](const UUID& id) { change([&](ColourStore& store) { store.remove(id); }); },
        .clearUnpinned = [this] { change([](ColourStore& store) { store.clearUnpinned(); }); },
-       .setFormat = [this](ColourFormat format) { save(format); },
+       .setFormat = [this](ColourFormat format) { choose(format); },
        .edit = context().onEdit});
 }
 

@@ -1,18 +1,19 @@
 #pragma once
 
-#include "TavrinSlot/BasicWidgetController.h"
 #include "TavrinSlot/HeldStore.h"
+#include "TavrinSlot/KindController.h"
 #include "TavrinStorage/ColourStore.h"
 
 namespace tavrin {
 
-class ColourWidgetController final : public BasicWidgetController {
+class ColourWidgetController final : public KindController<ColourPickerSettings> {
 public:
-  ColourWidgetController(const SlotContext& context, const DockWidget& widget);
-  ~ColourWidgetController() override;
+  using KindController::KindController;
 
 protected:
-  AnyView tileView(const TileSize& size) const override;
+  void start() override;
+  void stop() override;
+  AnyView tileView(const TileSize& size) override;
   PanelView* makePanelView(const PanelAppearance& appearance) override;
   QColor tint() const override;
   void widgetChanged() override { bindShortcut(); }
@@ -27,18 +28,18 @@ private:
   void pick();
   void picked(const ColourSample& sample);
   void copy(const PickedColour& colour, ColourFormat format);
+  void copyNewest();
   template <class Change> void change(const Change& change);
-  void save(ColourFormat format);
-  ColourPickerSettings settings() const;
+  void choose(ColourFormat format);
   const ColourHistory& history() const;
 
-  HeldStore<ColourStore> store_;
+  std::optional<HeldStore<ColourStore>> store_;
   TokenPtr changed_;
   TokenPtr picking_;
   std::optional<Hotkey> hotkey_;
   std::string shortcutTrouble_;
-  std::function<void()> pick_;
-  std::function<void()> copyNewest_;
+  std::function<void()> pick_ = [this] { pick(); };
+  std::function<void()> copyNewest_ = [this] { copyNewest(); };
 };
 
 } // namespace tavrin

@@ -4,33 +4,21 @@
 
 namespace tavrin {
 
-ConverterWidgetController::ConverterWidgetController(const SlotContext& context,
-                                                     const DockWidget& widget)
-    : BasicWidgetController(context, widget), settings_(recorded()), recorded_(settings_),
-      swap_([this] {
-        change(swapped(settings_));
-        saveNow();
-      }) {
-  renderTile();
+void ConverterWidgetController::start() {
+  recorded_ = settings();
+  settings_ = recorded_;
 }
 
-ConverterWidgetController::~ConverterWidgetController() {
-  if (pendingSave_)
-    saveQuietly(settings_);
-}
-
-ConverterSettings ConverterWidgetController::recorded() const {
-  const auto* found = widget().kind.get<ConverterSettings>();
-  return found != nullptr ? *found : ConverterSettings{};
+void ConverterWidgetController::stop() {
+  saveNow();
 }
 
 void ConverterWidgetController::widgetChanged() {
-  const ConverterSettings now = recorded();
-  if (now == recorded_)
+  if (settings() == recorded_)
     return;
   // Set from elsewhere: that was the user too, and later.
-  recorded_ = now;
-  settings_ = now;
+  recorded_ = settings();
+  settings_ = recorded_;
   pendingSave_.reset();
 }
 
@@ -50,7 +38,7 @@ void ConverterWidgetController::saveNow() {
   save(settings_);
 }
 
-AnyView ConverterWidgetController::tileView(const TileSize& size) const {
+AnyView ConverterWidgetController::tileView(const TileSize& size) {
   return size.isWide() ? converterWideTile(settings_, notation_, size, swap_)
                        : converterTileIcon(settings_, notation_, size);
 }

@@ -1,27 +1,27 @@
 #pragma once
 
-#include "TavrinSlot/BasicWidgetController.h"
+#include "TavrinSlot/KindController.h"
 #include "TavrinWidgetsUI/Converter/ConverterViews.h"
 
 namespace tavrin {
 
 /// What is typed shows at once, and is saved when the typing pauses or the panel closes.
-class ConverterWidgetController final : public BasicWidgetController {
+class ConverterWidgetController final : public KindController<ConverterSettings> {
 public:
   static constexpr double savePause = 0.8;
 
-  ConverterWidgetController(const SlotContext& context, const DockWidget& widget);
-  ~ConverterWidgetController() override;
+  using KindController::KindController;
 
 protected:
-  AnyView tileView(const TileSize& size) const override;
+  void start() override;
+  void stop() override;
+  AnyView tileView(const TileSize& size) override;
   PanelView* makePanelView(const PanelAppearance& appearance) override;
   QColor tint() const override { return converterTint; }
   void widgetChanged() override;
   void panelDidClose() override { saveNow(); }
 
 private:
-  ConverterSettings recorded() const;
   void change(const ConverterSettings& settings);
   void saveNow();
 
@@ -30,7 +30,10 @@ private:
   ConverterSettings settings_;
   ConverterSettings recorded_;
   TokenPtr pendingSave_;
-  std::function<void()> swap_;
+  std::function<void()> swap_ = [this] {
+    change(swapped(settings_));
+    saveNow();
+  };
 };
 
 } // namespace tavrin

@@ -10,90 +10,83 @@ namespace tavrin {
 namespace {
 
 EmojiSources sources(const FileManager& files) {
-  EmojiSources found;
-  if (const auto folder = files.environment(EmojiSources::folderVariable))
-    found.folder = *folder;
-  found.localeID = systemLocaleID("LC_MESSAGES");
-  return found;
+  return {files.unicodeFolder(), systemLocaleID("LC_MESSAGES")};
 }
 
 } // namespace
 
-EmojiWidgetController::EmojiWidgetController(const SlotContext& context, const DockWidget& widget)
-    : BasicWidgetController(context, widget),
-      store_(platform(),
-             [this] {
-               return StoragePath(platform().fileManager(), platform().mainBundle()).emojiFileURL();
-             }),
-      model_(platform().runLoop(), sources(platform().fileManager())),
-      copy_([this](const Emoji& emoji) { copy(emoji); }) {
-  model_.onChange = [this] { refreshPanel(); };
+void EmojiWidgetController::start() {
+  store_.emplace(platform(), [this] {
+    return StoragePath(platform().fileManager(), platform().mainBundle()).emojiFileURL();
+  });
+  model_.emplace(platform().runLoop(), sources(platform().fileManager()));
+  model_->onChange = [this] { refreshPanel(); };
   changed_ = platform().notifications().observe(EmojiStore::changedNotification,
                                                 [this](const auto&) { recentsChanged(); });
-  renderTile();
+}
+
+void EmojiWidgetController::stop() {
+  changed_.reset();
+  model_.reset();
+  store_.reset();
 }
 
 void EmojiWidgetController::recentsChanged() {
-  store_.reload();
+  store_->reload();
   refresh();
 }
 
 void EmojiWidgetController::copy(const Emoji& emoji) {
   platform().pasteboard().writeText(emoji.inTone(settings().skinTone));
-  store_.change([&](EmojiStore& store) { store.add(emoji, settings().recentsLimit); });
+  store_->change([&](EmojiStore& store) { store.add(emoji, settings().recentsLimit); });
   refresh();
   context().panel.closeIfShown();
 }
 
 void EmojiWidgetController::clear() {
-  store_.change([](EmojiStore& store) { store.clear(); });
+  store_->change([](EmojiStore& store) { store.clear(); });
   refresh();
 }
 
-void EmojiWidgetController::save(EmojiSkinTone tone) {
+void EmojiWidgetController::choose(EmojiSkinTone tone) {
   auto changed = settings();
   changed.skinTone = tone;
-  BasicWidgetController::save(changed);
-}
-
-EmojiSettings EmojiWidgetController::settings() const {
-  const auto* found = widget().kind.get<EmojiSettings>();
-  return found != nullptr ? *found : EmojiSettings{};
+  save(changed);
 }
 
 std::vector<Emoji> EmojiWidgetController::recents() const {
-  const EmojiStore* store = store_.get();
+  const EmojiStore* store = store_->get();
   EmojiHistory history = store != nullptr ? store->history() : EmojiHistory{};
   history.repair();
   return history.recents;
 }
 
 void EmojiWidgetController::panelWillOpen() {
-  model_.load();
+  model_->load();
 }
 
 void EmojiWidgetController::panelDidClose() {
-  model_.release();
+  model_->release();
 }
 
 QColor EmojiWidgetController::tint() const {
   return emojiTint;
 }
 
-AnyView EmojiWidgetController::tileView(const TileSize& size) const {
+AnyView EmojiWidgetController::tileView(const TileSize& size) {
   const EmojiSkinTone tone = settings().skinTone;
-  return size.isWide() ? emojiWideTile(recents(), tone, model_.glyphs(), size, copy_)
-                       : emojiTileIcon(recents(), tone, model_.glyphs(), size);
+  return size.isWide() ? emojiWideTile(recents(), tone, model_->glyphs(), size, copy_)
+                       : emojiTileIcon(recents(), tone, model_->glyphs(), size);
 }
 
 PanelView* EmojiWidgetController::makePanelView(const PanelAppearance& appearance) {
-  return new EmojiPanelView(appearance, model_,
+  return new EmojiPanelView(appearance, *model_,
                             {.name = [this] { return widget().name; },
                              .recents = [this] { return recents(); },
                              .settings = [this] { return settings(); },
-                             .trouble = [this] { return store_.trouble(); },
+                             .trouble = [this] { return store_->trouble(); },
                              .copy = copy_,
-                             .setTone = [this](EmojiSkinTone tone) { save(tone); },
+                             .setTone = [this](EmojiSkinTone tone) { choose(tone); },
                              .clear = [this] { clear(); },
                              .edit = context().onEdit});
 }

@@ -1,18 +1,20 @@
 #pragma once
 
-#include "TavrinSlot/BasicWidgetController.h"
 #include "TavrinSlot/HeldStore.h"
+#include "TavrinSlot/KindController.h"
 #include "TavrinStorage/EmojiStore.h"
 #include "TavrinWidgetsUI/Emoji/EmojiModel.h"
 
 namespace tavrin {
 
-class EmojiWidgetController final : public BasicWidgetController {
+class EmojiWidgetController final : public KindController<EmojiSettings> {
 public:
-  EmojiWidgetController(const SlotContext& context, const DockWidget& widget);
+  using KindController::KindController;
 
 protected:
-  AnyView tileView(const TileSize& size) const override;
+  void start() override;
+  void stop() override;
+  AnyView tileView(const TileSize& size) override;
   PanelView* makePanelView(const PanelAppearance& appearance) override;
   QColor tint() const override;
   void panelWillOpen() override;
@@ -23,15 +25,14 @@ private:
   void recentsChanged();
   /// Puts it on the pasteboard in the chosen tone; the panel's work is done.
   void copy(const Emoji& emoji);
-  void save(EmojiSkinTone tone);
+  void choose(EmojiSkinTone tone);
   void clear();
-  EmojiSettings settings() const;
   std::vector<Emoji> recents() const;
 
-  HeldStore<EmojiStore> store_;
-  mutable EmojiModel model_;
+  std::optional<HeldStore<EmojiStore>> store_;
+  std::optional<EmojiModel> model_;
   TokenPtr changed_;
-  std::function<void(const Emoji&)> copy_;
+  std::function<void(const Emoji&)> copy_ = [this](const Emoji& emoji) { copy(emoji); };
 };
 
 } // namespace tavrin

@@ -1,27 +1,29 @@
 #pragma once
 
-#include "TavrinSlot/BasicWidgetController.h"
+#include "TavrinSlot/KindController.h"
 #include "TavrinWidgetsUI/Fans/FanSwitch.h"
 #include "TavrinWidgetsUI/Fans/FanViews.h"
 
 namespace tavrin {
 
-class FanWidgetController final : public BasicWidgetController {
+class FanWidgetController final : public KindController<FanSettings> {
 public:
-  FanWidgetController(const SlotContext& context, const DockWidget& widget);
+  using KindController::KindController;
 
 protected:
-  AnyView tileView(const TileSize& size) const override;
+  void start() override;
+  void stop() override;
+  AnyView tileView(const TileSize& size) override;
   PanelView* makePanelView(const PanelAppearance& appearance) override;
   QColor tint() const override { return fanTint; }
-  void panelWillOpen() override { fans_.setShown(true); }
-  void panelDidClose() override { fans_.setShown(false); }
+  void panelWillOpen() override { fans_->setShown(true); }
+  void panelDidClose() override { fans_->setShown(false); }
 
 private:
   QString name() const { return QString::fromStdString(widget().name); }
 
-  FanSwitch fans_;
-  std::function<void()> toggle_ = [this] { fans_.setFull(!fans_.isFull()); };
+  std::optional<FanSwitch> fans_;
+  std::function<void()> toggle_ = [this] { fans_->setFull(!fans_->isFull()); };
 };
 
 } // namespace tavrin

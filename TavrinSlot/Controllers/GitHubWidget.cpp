@@ -5,34 +5,37 @@
 
 namespace tavrin {
 
-GitHubWidgetController::GitHubWidgetController(const SlotContext& context, const DockWidget& widget)
-    : BasicWidgetController(context, widget),
-      model_(platform().clock(), platform().runLoop(), platform().workspace(),
-             GitHubSource(platform().runLoop(), platform().processes(), platform().fileManager(),
-                          platform().userDefaults()),
-             widget) {
-  model_.onChange = [this] { refresh(); };
-  renderTile();
+void GitHubWidgetController::start() {
+  model_.emplace(platform().clock(), platform().runLoop(), platform().workspace(),
+                 GitHubSource(platform().runLoop(), platform().processes(),
+                              platform().fileManager(), platform().userDefaults()),
+                 widget());
+  model_->onChange = [this] { refresh(); };
+}
+
+void GitHubWidgetController::stop() {
+  model_.reset();
 }
 
 void GitHubWidgetController::widgetChanged() {
-  const auto before = model_.settings().shows;
-  model_.setWidget(widget());
-  if (model_.settings().shows != before)
+  const auto before = model_->settings().shows;
+  model_->setWidget(widget());
+  if (model_->settings().shows != before)
     discardPanelView(); // a list and a calendar are not equally wide
 }
 
-AnyView GitHubWidgetController::tileView(const TileSize& size) const {
-  const GitHubReading reading{model_.settings(), model_.items(),   model_.contributions(),
-                              model_.trouble(),  model_.hasRead(), model_.isLoading()};
+AnyView GitHubWidgetController::tileView(const TileSize& size) {
+  const GitHubReading reading{model_->settings(), model_->items(),   model_->contributions(),
+                              model_->trouble(),  model_->hasRead(), model_->isLoading()};
   if (!size.isWide())
     return gitHubTileIcon(reading, size);
-  return gitHubWideTile(reading, model_.now(), size, [this](const std::string& url) { open(url); });
+  return gitHubWideTile(reading, model_->now(), size,
+                        [this](const std::string& url) { open(url); });
 }
 
 PanelView* GitHubWidgetController::makePanelView(const PanelAppearance& appearance) {
   return new GitHubPanelView(
-      appearance, model_,
+      appearance, *model_,
       [this](const std::string& url) {
         open(url);
         context().panel.closeIfShown();

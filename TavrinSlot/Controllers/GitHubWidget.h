@@ -1,25 +1,27 @@
 #pragma once
 
-#include "TavrinSlot/BasicWidgetController.h"
+#include "TavrinSlot/KindController.h"
 #include "TavrinWidgetsUI/GitHub/GitHubModel.h"
 
 namespace tavrin {
 
-class GitHubWidgetController final : public BasicWidgetController {
+class GitHubWidgetController final : public KindController<GitHubSettings> {
 public:
-  GitHubWidgetController(const SlotContext& context, const DockWidget& widget);
+  using KindController::KindController;
 
 private:
-  AnyView tileView(const TileSize& size) const override;
+  void start() override;
+  void stop() override;
+  AnyView tileView(const TileSize& size) override;
   PanelView* makePanelView(const PanelAppearance& appearance) override;
   QColor tint() const override;
   void widgetChanged() override;
-  void panelWillOpen() override { model_.refresh(); }
+  void panelWillOpen() override { model_->refresh(); }
 
   /// Opens an item in the browser; addresses of other kinds are not opened.
   void open(const std::string& url) const;
 
-  GitHubModel model_;
+  std::optional<GitHubModel> model_;
 };
 
 } // namespace tavrin

@@ -1,18 +1,20 @@
 #pragma once
 
-#include "TavrinSlot/BasicWidgetController.h"
+#include "TavrinSlot/KindController.h"
 #include "TavrinWidgetsUI/KeyboardLock/KeyboardLock.h"
 #include "TavrinWidgetsUI/KeyboardLock/KeyboardLockOverlay.h"
 #include "TavrinWidgetsUI/KeyboardLock/KeyboardLockViews.h"
 
 namespace tavrin {
 
-class KeyboardLockWidgetController final : public BasicWidgetController {
+class KeyboardLockWidgetController final : public KindController<KeyboardLockSettings> {
 public:
-  KeyboardLockWidgetController(const SlotContext& context, const DockWidget& widget);
+  using KindController::KindController;
 
 protected:
-  AnyView tileView(const TileSize& size) const override;
+  void start() override;
+  void stop() override;
+  AnyView tileView(const TileSize& size) override;
   PanelView* makePanelView(const PanelAppearance& appearance) override;
   QColor tint() const override { return keyboardLockTint; }
   void widgetChanged() override;
@@ -20,8 +22,8 @@ protected:
 private:
   void lockChanged();
 
-  KeyboardLock lock_;
-  std::function<void()> toggle_ = [this] { lock_.isLocked() ? lock_.unlock() : lock_.lock(); };
+  std::optional<KeyboardLock> lock_;
+  std::function<void()> toggle_ = [this] { lock_->isLocked() ? lock_->unlock() : lock_->lock(); };
   std::unique_ptr<KeyboardLockOverlay> overlay_;
   KeyboardLockStatus shown_;
   std::string shownTrouble_;

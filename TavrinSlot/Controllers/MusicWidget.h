@@ -1,26 +1,29 @@
 #pragma once
 
-#include "TavrinSlot/BasicWidgetController.h"
+#include "TavrinSlot/KindController.h"
 #include "TavrinWidgetsUI/Music/MusicModel.h"
 
 namespace tavrin {
 
-class MusicWidgetController final : public BasicWidgetController {
+class MusicWidgetController final : public KindController<MusicSettings> {
 public:
-  MusicWidgetController(const SlotContext& context, const DockWidget& widget);
+  using KindController::KindController;
 
 protected:
-  AnyView tileView(const TileSize& size) const override;
+  void start() override;
+  void stop() override;
+  AnyView tileView(const TileSize& size) override;
   PanelView* makePanelView(const PanelAppearance& appearance) override;
   QColor tint() const override;
-  void widgetChanged() override;
+  void widgetChanged() override { model_->setWidget(widget()); }
+  void formatChanged() override;
   void panelWillOpen() override;
-  void panelDidClose() override { model_.setCountingSeconds(false); }
+  void panelDidClose() override { model_->setCountingSeconds(false); }
 
 private:
   void choose(const std::optional<std::string>& player);
 
-  MusicModel model_;
+  std::optional<MusicModel> model_;
 };
 
 } // namespace tavrin

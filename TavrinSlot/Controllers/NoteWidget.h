@@ -1,32 +1,30 @@
 #pragma once
 
-#include "TavrinSlot/BasicWidgetController.h"
+#include "TavrinSlot/KindController.h"
 #include "TavrinWidgetsUI/Note/NoteModel.h"
 
 namespace tavrin {
 
-class NoteWidgetController final : public BasicWidgetController {
+class NoteWidgetController final : public KindController<NoteSettings> {
 public:
-  NoteWidgetController(const SlotContext& context, const DockWidget& widget);
-  /// What was typed last is saved.
-  ~NoteWidgetController() override;
+  using KindController::KindController;
 
 protected:
-  AnyView tileView(const TileSize& size) const override;
+  void start() override;
+  void stop() override;
+  AnyView tileView(const TileSize& size) override;
   PanelView* makePanelView(const PanelAppearance& appearance) override;
   QColor tint() const override;
   void widgetChanged() override;
-  void panelDidClose() override { model_.flush(); }
+  void panelDidClose() override { model_->flush(); }
 
 private:
   /// Writes the text into the widget, unless another text was written there meanwhile: then the
   /// model gets that one.
-  void save(const std::string& text);
+  void saveText(const std::string& text);
   bool adoptsOtherText(const std::string& text);
-  DockWidget::Kind kindWith(const std::string& text) const;
-  const NoteSettings& settings() const;
 
-  NoteModel model_;
+  std::optional<NoteModel> model_;
 };
 
 } // namespace tavrin

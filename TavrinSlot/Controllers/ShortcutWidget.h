@@ -1,22 +1,24 @@
 #pragma once
 
-#include "TavrinSlot/BasicWidgetController.h"
+#include "TavrinSlot/KindController.h"
 #include "TavrinWidgetsUI/Shortcut/ShortcutRunner.h"
 
 namespace tavrin {
 
-class ShortcutWidgetController final : public BasicWidgetController {
+class ShortcutWidgetController final : public KindController<ShortcutSettings> {
 public:
-  ShortcutWidgetController(const SlotContext& context, const DockWidget& widget);
+  using KindController::KindController;
 
 protected:
-  AnyView tileView(const TileSize& size) const override;
+  void start() override;
+  void stop() override;
+  AnyView tileView(const TileSize& size) override;
   PanelView* makePanelView(const PanelAppearance& appearance) override;
   QColor tint() const override;
-  void widgetChanged() override { runner_.setWidget(widget()); }
+  void widgetChanged() override { runner_->setWidget(widget()); }
 
 private:
-  ShortcutRunner runner_;
+  std::optional<ShortcutRunner> runner_;
 };
 
 } // namespace tavrin

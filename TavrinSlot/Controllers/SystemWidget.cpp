@@ -33,48 +33,171 @@ StopwatchRun storedStopwatch(const UserDefaults& defaults, const UUID& id) {
 
 } // namespace
 
-SystemWidgetController::SystemWidgetController(const SlotContext& context, const DockWidget& widget)
-    : BasicWidgetController(context, widget),
-      model_({platform().clock(), platform().runLoop(), platform().workspace(),
-              platform().hostStatistics(), platform().powerSources(),
-              platform().connectedDevices()},
-             widget, storedStopwatch(platform().userDefaults(), widget.id)),
-      actions_{[this] { model_.toggleStopwatch(); }, [this] { model_.lapStopwatch(); },
-               [this] { model_.resetStopwatch(); }} {
-  model_.isPanelShown = [this] { return this->context().panel.isShown(); };
-  model_.isTileShown = [this] { return platform().dockTile().isVisible(); };
-  platform().dockTile().onVisibilityChange = [this] { lookAgain(); };
-  motionChanged_ = platform().workspace().observeAppearance([this] { lookAgain(); });
-  model_.onStopwatchChange = [this] {
-    platform().userDefaults().set(stopwatchKey(model_.widget().id), encode(model_.stopwatch()));
+/// How one kind of the group looks.
+template <class S> struct SystemRow {
+  AnyView (*tile)(const SystemWidgetController&, const S&, const TileSize&);
+  PanelView* (*panel)(SystemWidgetController&, const PanelAppearance&);
+  QColor (*tint)(const S&);
+};
+
+struct SystemRows {
+  using Self = SystemWidgetController;
+
+  /// The panels that show the model and nothing else.
+  template <class View> static PanelView* panel(Self& self, const PanelAppearance& appearance) {
+    return new View(appearance, *self.model_, self.context().onEdit);
+  }
+  static PanelView* networkPanel(Self& self, const PanelAppearance& appearance) {
+    return new NetworkPanelView(
+        appearance, *self.model_,
+        [&self](const auto& interface) { self.chooseInterface(interface); }, self.context().onEdit);
+  }
+  static PanelView* stopwatchPanel(Self& self, const PanelAppearance& appearance) {
+    return new StopwatchPanelView(
+        appearance, {.name = [&self] { return QString::fromStdString(self.widget().name); },
+                     .run = [&self]() -> const StopwatchRun& { return self.model_->stopwatch(); },
+                     .now = [&self] { return self.model_->now(); },
+                     .toggle = self.actions_.toggle,
+                     .lap = self.actions_.lap,
+                     .reset = self.actions_.reset,
+                     .edit = self.context().onEdit});
+  }
+  static PanelView* petPanel(Self& self, const PanelAppearance& appearance) {
+    return new PetPanelView(
+        appearance, {.model = *self.model_,
+                     .stroke = [&self] { self.model_->strokePet(); },
+                     .change = [&self](const PetSettings& settings) { self.save(settings); },
+                     .edit = self.context().onEdit});
+  }
+
+  static AnyView battery(const Self& self, const BatterySettings& settings, const TileSize& size) {
+    const auto& reading = self.model_->battery();
+    return size.isWide() ? batteryWideTile(reading, settings, size)
+                         : batteryTileIcon(reading, settings, size);
+  }
+  static AnyView activity(const Self& self, const ActivitySettings& settings,
+                          const TileSize& size) {
+    const auto& reading = self.model_->activity();
+    return size.isWide() ? activityWideTile(reading, settings, size)
+                         : activityTileIcon(reading, settings, size);
+  }
+  static AnyView network(const Self& self, const NetworkSettings& settings, const TileSize& size) {
+    const NetworkTrace trace{self.model_->network(), self.model_->networkHistory()};
+    return size.isWide() ? networkWideTile(trace, settings, size)
+                         : networkTileIcon(trace, settings, size);
+  }
+  static AnyView clock(const Self& self, const ClockSettings&, const TileSize& size) {
+    const auto reading = self.model_->clock();
+    return size.isWide() ? clockWideTile(reading, size) : clockTileIcon(reading, size);
+  }
+  static AnyView countdown(const Self& self, const CountdownSettings& settings,
+                           const TileSize& size) {
+    const auto& name = self.widget().name;
+    const Date now = self.model_->now();
+    return size.isWide() ? countdownWideTile(name, settings, now, size)
+                         : countdownTileIcon(name, settings, now, size);
+  }
+  static AnyView timeProgress(const Self& self, const TimeProgressSettings& settings,
+                              const TileSize& size) {
+    const auto reading =
+        TimeProgressReading::at(self.model_->now(), settings.scope, self.model_->calendar());
+    return size.isWide() ? timeProgressWideTile(reading, size)
+                         : timeProgressTileIcon(reading, size);
+  }
+  static AnyView stopwatch(const Self& self, const StopwatchSettings&, const TileSize& size) {
+    const auto& run = self.model_->stopwatch();
+    const Date now = self.model_->now();
+    return size.isWide() ? stopwatchWideTile(run, now, size, self.actions_)
+                         : stopwatchTileIcon(run, now, size);
+  }
+  static AnyView pet(const Self& self, const PetSettings& settings, const TileSize& size) {
+    return petTile(settings, self.model_->pet().pose(), self.model_->pet().sky(), size);
+  }
+
+  static inline const std::tuple table{
+      SystemRow<BatterySettings>{battery, panel<BatteryPanelView>,
+                                 [](const auto&) { return palette::green; }},
+      SystemRow<ActivitySettings>{activity, panel<ActivityPanelView>,
+                                  [](const auto&) { return cpuTint; }},
+      SystemRow<NetworkSettings>{network, networkPanel, [](const auto&) { return palette::blue; }},
+      SystemRow<ClockSettings>{clock, panel<ClockPanelView>, [](const auto&) { return clockTint; }},
+      SystemRow<CountdownSettings>{countdown, panel<CountdownPanelView>,
+                                   [](const auto&) { return countdownAccent; }},
+      SystemRow<TimeProgressSettings>{
+          timeProgress, panel<TimeProgressPanelView>,
+          [](const auto& settings) { return timeProgressTint(settings.scope); }},
+      SystemRow<StopwatchSettings>{stopwatch, stopwatchPanel,
+                                   [](const auto&) { return stopwatchTint; }},
+      SystemRow<PetSettings>{pet, petPanel, [](const auto&) { return petTint; }},
   };
-  model_.onChange = [this] { refresh(); };
-  model_.onDevicesChange = [this] { refreshPanel(); };
-  model_.start();
-  renderTile();
+
+  template <class S>
+  static constexpr bool has = std::apply(
+      []<class... Rows>(const Rows&...) { return (std::is_same_v<Rows, SystemRow<S>> || ...); },
+      decltype(table)());
+
+  /// `use(row, settings)` for the record's kind, which is of the group.
+  template <class Use> static auto visit(const DockWidget& widget, const Use& use) {
+    return std::visit(
+        [&]<class S>(const S& settings) -> decltype(use(std::get<0>(table), BatterySettings())) {
+          if constexpr (has<S>)
+            return use(std::get<SystemRow<S>>(table), settings);
+          else
+            throw std::logic_error("a record of another kind");
+        },
+        static_cast<const DockWidget::KindVariant&>(widget.kind));
+  }
+};
+
+bool SystemWidgetController::serves(const DockWidget::Kind& kind) const {
+  return std::visit([]<class S>(const S&) { return SystemRows::has<S>; },
+                    static_cast<const DockWidget::KindVariant&>(kind));
 }
 
-SystemWidgetController::~SystemWidgetController() {
+void SystemWidgetController::start() {
+  model_.emplace(SystemWidgetModel::Services{platform().clock(), platform().runLoop(),
+                                             platform().workspace(), platform().hostStatistics(),
+                                             platform().powerSources(),
+                                             platform().connectedDevices()},
+                 widget(), storedStopwatch(platform().userDefaults(), widget().id));
+  model_->isPanelShown = [this] { return context().panel.isShown(); };
+  model_->isTileShown = [this] { return platform().dockTile().isVisible(); };
+  platform().dockTile().onVisibilityChange = [this] { lookAgain(); };
+  motionChanged_ = platform().workspace().observeAppearance([this] { lookAgain(); });
+  model_->onStopwatchChange = [this] {
+    platform().userDefaults().set(stopwatchKey(widget().id), encode(model_->stopwatch()));
+  };
+  model_->onChange = [this] { refresh(); };
+  model_->onDevicesChange = [this] { refreshPanel(); };
+  formatChanged();
+  model_->start();
+}
+
+void SystemWidgetController::stop() {
   platform().dockTile().onVisibilityChange = nullptr;
+  motionChanged_.reset();
+  model_.reset();
 }
 
 void SystemWidgetController::lookAgain() {
   if (widget().kind.get<PetSettings>())
-    model_.sightChanged();
+    model_->sightChanged();
 }
 
 void SystemWidgetController::togglePanel() {
   BasicWidgetController::togglePanel();
-  model_.panelChanged();
+  if (!model_)
+    return;
+  model_->panelChanged();
   // Whoever clicks a pet strokes it.
   if (context().panel.isShown())
-    model_.strokePet();
+    model_->strokePet();
 }
 
 void SystemWidgetController::panelWillOpen() {
-  model_.panelChanged();
+  model_->panelChanged();
   if (widget().kind.get<BatterySettings>())
-    model_.refreshDevices();
+    model_->refreshDevices();
 }
 
 void SystemWidgetController::chooseInterface(const std::optional<std::string>& interface) {
@@ -87,93 +210,34 @@ void SystemWidgetController::chooseInterface(const std::optional<std::string>& i
 }
 
 void SystemWidgetController::widgetChanged() {
-  const TileSize size = context().tile.size();
-  model_.setPetRoom(petRoom(petCanvas({size.bodyWidth(), size.body()}).pixels.width()));
-  const bool isOtherKind = widget().kind.index() != model_.widget().kind.index();
-  const bool isOtherWidget = widget().id != model_.widget().id;
-  model_.setWidget(widget());
-  if (isOtherWidget)
-    model_.setStopwatch(storedStopwatch(platform().userDefaults(), widget().id));
-  if (isOtherKind)
-    discardPanelView();
+  const bool isOtherKind = widget().kind.index() != model_->widget().kind.index();
+  model_->setWidget(widget());
+  if (!isOtherKind)
+    return;
+  discardPanelView();
+  if (context().panel.isShown())
+    panelWillOpen();
 }
 
-AnyView SystemWidgetController::tileView(const TileSize& size) const {
-  const auto& kind = model_.widget().kind;
-  const auto& name = model_.widget().name;
-  if (const auto* settings = kind.get<BatterySettings>())
-    return size.isWide() ? batteryWideTile(model_.battery(), *settings, size)
-                         : batteryTileIcon(model_.battery(), *settings, size);
-  if (const auto* settings = kind.get<ActivitySettings>())
-    return size.isWide() ? activityWideTile(model_.activity(), *settings, size)
-                         : activityTileIcon(model_.activity(), *settings, size);
-  if (const auto* settings = kind.get<NetworkSettings>()) {
-    const NetworkTrace trace{model_.network(), model_.networkHistory()};
-    return size.isWide() ? networkWideTile(trace, *settings, size)
-                         : networkTileIcon(trace, *settings, size);
-  }
-  if (kind.get<ClockSettings>())
-    return size.isWide() ? clockWideTile(model_.clock(), size)
-                         : clockTileIcon(model_.clock(), size);
-  if (const auto* settings = kind.get<CountdownSettings>())
-    return size.isWide() ? countdownWideTile(name, *settings, model_.now(), size)
-                         : countdownTileIcon(name, *settings, model_.now(), size);
-  if (const auto* settings = kind.get<TimeProgressSettings>()) {
-    const auto reading = TimeProgressReading::at(model_.now(), settings->scope, model_.calendar());
-    return size.isWide() ? timeProgressWideTile(reading, size)
-                         : timeProgressTileIcon(reading, size);
-  }
-  if (kind.get<StopwatchSettings>())
-    return size.isWide() ? stopwatchWideTile(model_.stopwatch(), model_.now(), size, actions_)
-                         : stopwatchTileIcon(model_.stopwatch(), model_.now(), size);
-  return petTile(*kind.get<PetSettings>(), model_.pet().pose(), model_.pet().sky(), size);
+void SystemWidgetController::formatChanged() {
+  const TileSize size = context().tile.size();
+  model_->setPetRoom(petRoom(petCanvas({size.bodyWidth(), size.body()}).pixels.width()));
+}
+
+AnyView SystemWidgetController::tileView(const TileSize& size) {
+  return SystemRows::visit(widget(), [&](const auto& row, const auto& settings) {
+    return row.tile(*this, settings, size);
+  });
 }
 
 PanelView* SystemWidgetController::makePanelView(const PanelAppearance& appearance) {
-  const auto& kind = model_.widget().kind;
-  const auto edit = context().onEdit;
-  if (kind.get<BatterySettings>())
-    return new BatteryPanelView(appearance, model_, edit);
-  if (kind.get<ActivitySettings>())
-    return new ActivityPanelView(appearance, model_, edit);
-  if (kind.get<NetworkSettings>())
-    return new NetworkPanelView(
-        appearance, model_, [this](const auto& interface) { chooseInterface(interface); }, edit);
-  if (kind.get<ClockSettings>())
-    return new ClockPanelView(appearance, model_, edit);
-  if (kind.get<CountdownSettings>())
-    return new CountdownPanelView(appearance, model_, edit);
-  if (kind.get<TimeProgressSettings>())
-    return new TimeProgressPanelView(appearance, model_, edit);
-  if (kind.get<StopwatchSettings>())
-    return new StopwatchPanelView(
-        appearance, {.name = [this] { return QString::fromStdString(model_.widget().name); },
-                     .run = [this]() -> const StopwatchRun& { return model_.stopwatch(); },
-                     .now = [this] { return model_.now(); },
-                     .toggle = actions_.toggle,
-                     .lap = actions_.lap,
-                     .reset = actions_.reset,
-                     .edit = edit});
-  return new PetPanelView(appearance,
-                          {.model = model_,
-                           .stroke = [this] { model_.strokePet(); },
-                           .change = [this](const PetSettings& settings) { save(settings); },
-                           .edit = edit});
+  return SystemRows::visit(
+      widget(), [&](const auto& row, const auto&) { return row.panel(*this, appearance); });
 }
 
 QColor SystemWidgetController::tint() const {
-  const auto& kind = model_.widget().kind;
-  if (const auto* settings = kind.get<TimeProgressSettings>())
-    return timeProgressTint(settings->scope);
-  if (kind.get<BatterySettings>())
-    return palette::green;
-  if (kind.get<ActivitySettings>())
-    return cpuTint;
-  return kind.get<CountdownSettings>()   ? countdownAccent
-         : kind.get<ClockSettings>()     ? clockTint
-         : kind.get<StopwatchSettings>() ? stopwatchTint
-         : kind.get<PetSettings>()       ? petTint
-                                         : palette::blue;
+  return SystemRows::visit(
+      widget(), [](const auto& row, const auto& settings) { return row.tint(settings); });
 }
 
 } // namespace tavrin

@@ -10,18 +10,21 @@ namespace tavrin {
 /// becomes another kind of the group, and shows that kind from then on.
 class SystemWidgetController final : public BasicWidgetController {
 public:
-  SystemWidgetController(const SlotContext& context, const DockWidget& widget);
-  ~SystemWidgetController() override;
+  using BasicWidgetController::BasicWidgetController;
 
   void togglePanel() override;
 
 protected:
-  AnyView tileView(const TileSize& size) const override;
+  bool serves(const DockWidget::Kind& kind) const override;
+  void start() override;
+  void stop() override;
+  AnyView tileView(const TileSize& size) override;
   PanelView* makePanelView(const PanelAppearance& appearance) override;
   QColor tint() const override;
   void widgetChanged() override;
+  void formatChanged() override;
   void panelWillOpen() override;
-  void panelDidClose() override { model_.panelChanged(); }
+  void panelDidClose() override { model_->panelChanged(); }
 
 private:
   /// Counts another link from now on, and keeps that.
@@ -30,9 +33,13 @@ private:
   /// The tile or the user's wish for motion changed: a pet may move now, or not any more.
   void lookAgain();
 
-  SystemWidgetModel model_;
+  friend struct SystemRows;
+
+  std::optional<SystemWidgetModel> model_;
   TokenPtr motionChanged_;
-  StopwatchActions actions_;
+  StopwatchActions actions_{[this] { model_->toggleStopwatch(); },
+                            [this] { model_->lapStopwatch(); },
+                            [this] { model_->resetStopwatch(); }};
 };
 
 } // namespace tavrin

@@ -15,15 +15,24 @@ constexpr double burstInterval = 0.1;
 
 } // namespace
 
-WaterWidgetController::WaterWidgetController(const SlotContext& context, const DockWidget& widget)
-    : BasicWidgetController(context, widget), tank_(platform().runLoop()),
-      drink_([this] { drink(); }) {
+void WaterWidgetController::start() {
   openStore();
-  observe();
-  tank_.onFrame = [this] { refresh(); };
-  clock_ = platform().runLoop().repeat(clockInterval, [this] { tick(); });
+  calendar_ = Calendar();
+  tank_.emplace(platform().runLoop());
   renderedDay_ = WaterLog::key(platform().clock().now(), calendar_);
   tick();
+  tank_->onFrame = [this] { refresh(); };
+  observe();
+  clock_ = platform().runLoop().repeat(clockInterval, [this] { tick(); });
+}
+
+void WaterWidgetController::stop() {
+  clock_.reset();
+  burst_.reset();
+  isBurst_ = false;
+  observations_.clear();
+  tank_.reset();
+  store_.reset();
 }
 
 void WaterWidgetController::openStore() {
@@ -74,9 +83,9 @@ void WaterWidgetController::logChanged() {
   renderedDay_ = WaterLog::key(platform().clock().now(), calendar_);
   const WaterTank tank = waterTankOf(reading());
   if (animates())
-    tank_.pour(tank.level, tank.isDone);
+    tank_->pour(tank.level, tank.isDone);
   else
-    tank_.settle(tank.level, tank.isDone);
+    tank_->settle(tank.level, tank.isDone);
   refresh();
 }
 
@@ -86,7 +95,7 @@ void WaterWidgetController::tick() {
     return;
   }
   const WaterTank tank = waterTankOf(reading());
-  tank_.settle(tank.level, tank.isDone);
+  tank_->settle(tank.level, tank.isDone);
   refresh();
 }
 
@@ -116,26 +125,24 @@ template <class Change> void WaterWidgetController::change(const Change& change)
 }
 
 WaterReading WaterWidgetController::reading() const {
-  const auto* settings = widget().kind.get<WaterSettings>();
-  return WaterReading::of(store_ ? store_->log() : WaterLog{},
-                          settings ? *settings : WaterSettings{}, platform().clock().now(),
+  return WaterReading::of(store_ ? store_->log() : WaterLog{}, settings(), platform().clock().now(),
                           calendar_);
 }
 
 void WaterWidgetController::widgetChanged() {
   const WaterTank tank = waterTankOf(reading());
-  tank_.settle(tank.level, tank.isDone);
+  tank_->settle(tank.level, tank.isDone);
 }
 
-AnyView WaterWidgetController::tileView(const TileSize& size) const {
-  return size.isWide() ? waterWideTile(reading(), tank_.tank(), size, drink_)
-                       : waterTileIcon(reading(), tank_.tank(), size);
+AnyView WaterWidgetController::tileView(const TileSize& size) {
+  return size.isWide() ? waterWideTile(reading(), tank_->tank(), size, drink_)
+                       : waterTileIcon(reading(), tank_->tank(), size);
 }
 
 PanelView* WaterWidgetController::makePanelView(const PanelAppearance& appearance) {
   return new WaterPanelView(
       appearance, {[this] { return widget().name; }, [this] { return reading(); },
-                   [this] { return tank_.tank(); }, drink_, [this] { undo(); }, context().onEdit});
+                   [this] { return tank_->tank(); }, drink_, [this] { undo(); }, context().onEdit});
 }
 
 } // namespace tavrin

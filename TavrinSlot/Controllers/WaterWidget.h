@@ -1,17 +1,19 @@
 #pragma once
 
-#include "TavrinSlot/BasicWidgetController.h"
+#include "TavrinSlot/KindController.h"
 #include "TavrinStorage/WaterStore.h"
 #include "TavrinWidgetsUI/Water/WaterViews.h"
 
 namespace tavrin {
 
-class WaterWidgetController final : public BasicWidgetController {
+class WaterWidgetController final : public KindController<WaterSettings> {
 public:
-  WaterWidgetController(const SlotContext& context, const DockWidget& widget);
+  using KindController::KindController;
 
 protected:
-  AnyView tileView(const TileSize& size) const override;
+  void start() override;
+  void stop() override;
+  AnyView tileView(const TileSize& size) override;
   PanelView* makePanelView(const PanelAppearance& appearance) override;
   QColor tint() const override { return waterTint; }
   void widgetChanged() override;
@@ -34,8 +36,8 @@ private:
   bool animates() const;
 
   std::unique_ptr<WaterStore> store_;
-  WaterTankLayerHost tank_;
-  std::function<void()> drink_;
+  std::optional<WaterTankLayerHost> tank_;
+  std::function<void()> drink_ = [this] { drink(); };
   /// The day shown last.
   std::string renderedDay_;
   /// Zone and locale as they were last told to be.

@@ -13,51 +13,48 @@ std::filesystem::path cacheFile(Platform& platform, const DockWidget& widget) {
 
 } // namespace
 
-WeatherWidgetController::WeatherWidgetController(const SlotContext& context,
-                                                 const DockWidget& widget)
-    : BasicWidgetController(context, widget),
-      fetch_(platform().http(), platform().clock(), platform().fileManager()),
-      model_(platform().clock(), platform().runLoop(), platform().workspace(), fetch_,
-             WeatherCache(cacheFile(platform(), widget)), settings()),
-      search_(platform().runLoop(), fetch_) {
-  model_.onChange = [this] { refresh(); };
-  search_.onChange = [this] { refreshPanel(); };
-  renderTile();
-  model_.start();
+void WeatherWidgetController::start() {
+  fetch_.emplace(platform().http(), platform().clock(), platform().fileManager());
+  model_.emplace(platform().clock(), platform().runLoop(), platform().workspace(), *fetch_,
+                 WeatherCache(cacheFile(platform(), widget())), settings());
+  search_.emplace(platform().runLoop(), *fetch_);
+  model_->onChange = [this] { refresh(); };
+  search_->onChange = [this] { refreshPanel(); };
+  model_->start();
 }
 
-const WeatherSettings& WeatherWidgetController::settings() const {
-  static const WeatherSettings none;
-  const auto* settings = widget().kind.get<WeatherSettings>();
-  return settings != nullptr ? *settings : none;
+void WeatherWidgetController::stop() {
+  search_.reset();
+  model_.reset();
+  fetch_.reset();
 }
 
-void WeatherWidgetController::save(const WeatherPlace& place) {
+void WeatherWidgetController::choose(const WeatherPlace& place) {
   WeatherSettings chosen = settings();
   chosen.cityName = place.name;
   chosen.latitude = place.latitude;
   chosen.longitude = place.longitude;
-  search_.clear();
-  BasicWidgetController::save(chosen);
-  model_.setRegion(place.region);
-  model_.refresh();
+  search_->clear();
+  save(chosen);
+  model_->setRegion(place.region);
+  model_->refresh();
   refresh();
 }
 
 WeatherSnapshot WeatherWidgetController::snapshot() const {
-  return {model_.settings(), model_.reading(), model_.isLoading(),
-          model_.failed(),   model_.isStale(), model_.now()};
+  return {model_->settings(), model_->reading(), model_->isLoading(),
+          model_->failed(),   model_->isStale(), model_->now()};
 }
 
-AnyView WeatherWidgetController::tileView(const TileSize& size) const {
+AnyView WeatherWidgetController::tileView(const TileSize& size) {
   return size.isWide() ? weatherWideTile(snapshot(), size) : weatherTileIcon(snapshot(), size);
 }
 
 PanelView* WeatherWidgetController::makePanelView(const PanelAppearance& appearance) {
   return new WeatherPanelView(
       appearance, {[this] { return widget().name; }, [this] { return snapshot(); },
-                   [this] { return model_.region(); }, [this] { model_.refresh(); }, search_,
-                   [this](const WeatherPlace& place) { save(place); },
+                   [this] { return model_->region(); }, [this] { model_->refresh(); }, *search_,
+                   [this](const WeatherPlace& place) { choose(place); },
                    [this](const std::string& address) { platform().workspace().open(address); },
                    context().onEdit});
 }

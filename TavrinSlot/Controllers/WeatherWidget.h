@@ -1,31 +1,32 @@
 #pragma once
 
-#include "TavrinSlot/BasicWidgetController.h"
+#include "TavrinSlot/KindController.h"
 #include "TavrinWidgetsUI/Weather/WeatherModel.h"
 #include "TavrinWidgetsUI/Weather/WeatherViews.h"
 
 namespace tavrin {
 
-class WeatherWidgetController final : public BasicWidgetController {
+class WeatherWidgetController final : public KindController<WeatherSettings> {
 public:
-  WeatherWidgetController(const SlotContext& context, const DockWidget& widget);
+  using KindController::KindController;
 
 protected:
-  AnyView tileView(const TileSize& size) const override;
+  void start() override;
+  void stop() override;
+  AnyView tileView(const TileSize& size) override;
   PanelView* makePanelView(const PanelAppearance& appearance) override;
   QColor tint() const override { return weatherTint; }
-  void widgetChanged() override { model_.setSettings(settings()); }
-  void panelDidClose() override { search_.clear(); }
+  void widgetChanged() override { model_->setSettings(settings()); }
+  void panelDidClose() override { search_->clear(); }
 
 private:
   /// The chosen place becomes the widget's.
-  void save(const WeatherPlace& place);
-  const WeatherSettings& settings() const;
+  void choose(const WeatherPlace& place);
   WeatherSnapshot snapshot() const;
 
-  WeatherFetch fetch_;
-  WeatherModel model_;
-  WeatherSearch search_;
+  std::optional<WeatherFetch> fetch_;
+  std::optional<WeatherModel> model_;
+  std::optional<WeatherSearch> search_;
 };
 
 } // namespace tavrin

@@ -1,6 +1,7 @@
 #include "TavrinStorage/ClaudeUsage/ClaudeUsageBridge.h"
 
-#include "TavrinPlatform/Files/AtomicFile.h"
+#include "TavrinPlatform/Files/FileTimes.h"
+#include "TavrinStorage/SharedDocument.h"
 
 #include <sys/stat.h>
 
@@ -11,6 +12,9 @@ namespace fs = std::filesystem;
 using Code = ClaudeUsageBridge::BridgeError::Code;
 
 constexpr std::string_view previousLine = "\nPREVIOUS='";
+/// The status line's own refresh interval, as JSON.
+constexpr std::string_view refreshLine = "\nREFRESH='";
+constexpr const char* refreshKey = "refreshInterval";
 constexpr std::string_view escapedQuote = "'\\''";
 constexpr int refreshSeconds = 30;
 constexpr std::size_t longestPayload = 4 << 20;
@@ -24,10 +28,12 @@ constexpr std::string_view scriptHead = R"(#!/bin/sh
 constexpr std::string_view scriptBody = R"SCRIPT(
 input=$(cat)
 
-{
+# Several sessions may be here at once.
+part="$PAYLOAD.$$.tmp"
+[ -n "$input" ] && {
   mkdir -p "$(dirname "$PAYLOAD")" &&
-    (umask 077 && printf '%s' "$input" > "$PAYLOAD.tmp") &&
-    mv -f "$PAYLOAD.tmp" "$PAYLOAD"
+    (umask 077 && printf '%s' "$input" > "$part") &&
+    mv -f "$part" "$PAYLOAD" || rm -f "$part"
 } > /dev/null 2>&1
 
 if [ -n "$PREVIOUS" ]; then
@@ -37,30 +43,38 @@ fi
 
 [ -x /usr/bin/python3 ] || exit 0
 printf '%s' "$input" | /usr/bin/python3 -c '
-import json, sys, time
+import json, math, sys, time
 
 def member(value, *keys):
     for key in keys:
         value = value.get(key) if isinstance(value, dict) else None
     return value
 
+def number(value):
+    try:
+        value = float(value) if type(value) in (int, float) else math.nan
+    except OverflowError:
+        return None
+    return value if math.isfinite(value) else None
+
 try:
     payload = json.loads(sys.stdin.buffer.read().decode("utf-8", "replace"))
-except ValueError:
+except (ValueError, RecursionError):
     payload = None
 model = member(payload, "model", "display_name")
 folder = member(payload, "workspace", "current_dir")
-used = member(payload, "rate_limits", "five_hour", "used_percentage")
-resets = member(payload, "rate_limits", "five_hour", "resets_at")
+used = number(member(payload, "rate_limits", "five_hour", "used_percentage"))
+resets = number(member(payload, "rate_limits", "five_hour", "resets_at"))
 parts = [model] if isinstance(model, str) and model else []
 if isinstance(folder, str) and folder.strip("/"):
     parts.append(folder.rstrip("/").split("/")[-1])
-if isinstance(used, (int, float)):
+if used is not None:
     parts.append("%d%%" % round(used))
-    left = int(resets - time.time()) if isinstance(resets, (int, float)) else 0
+    left = int(resets - time.time()) if resets is not None else 0
     if left > 0:
         parts.append("%dh %dm left" % (left // 3600, left % 3600 // 60))
-sys.stdout.buffer.write((" \u00b7 ".join(parts) + "\n").encode("utf-8", "replace"))
+line = "".join(c if c.isprintable() else "\ufffd" for c in " \u00b7 ".join(parts))
+sys.stdout.buffer.write((line + "\n").encode("utf-8", "replace"))
 '
 )SCRIPT";
 
@@ -91,6 +105,31 @@ std::optional<std::string> currentCommand(const JSONValue::Object& settings) {
   if (command == nullptr || command->string() == nullptr || command->string()->empty())
     return std::nullopt;
   return *command->string();
+}
+
+/// Its refresh interval; null for none.
+JSONValue currentRefresh(const JSONValue::Object& settings) {
+  const auto line = settings.find("statusLine");
+  const auto* refresh = line == settings.end() ? nullptr : line->second.member(refreshKey);
+  return refresh == nullptr ? JSONValue() : *refresh;
+}
+
+/// The word that `shellQuoted` made, `start` bytes behind `at`; empty where there is none.
+std::string quotedAt(std::string_view text, std::size_t at, std::size_t start) {
+  std::string word;
+  std::string_view rest = at == std::string_view::npos ? "" : text.substr(at + start);
+  while (!rest.empty()) {
+    if (rest.starts_with(escapedQuote)) {
+      word += '\'';
+      rest.remove_prefix(escapedQuote.size());
+    } else if (rest.front() == '\'') {
+      return word;
+    } else {
+      word += rest.front();
+      rest.remove_prefix(1);
+    }
+  }
+  return word;
 }
 
 /// The path as a command: quoted only where a shell would take it apart.
@@ -147,8 +186,9 @@ std::optional<ClaudeUsageLimits> ClaudeUsageBridge::limits() const {
     struct stat info {};
     if (!payload || ::stat(payload_.c_str(), &info) != 0)
       return std::nullopt;
-    const auto readAt = Date::fromUnixSeconds(static_cast<double>(info.st_mtim.tv_sec) +
-                                              static_cast<double>(info.st_mtim.tv_nsec) * 1e-9);
+    const auto readAt =
+        Date::fromUnixSeconds(static_cast<double>(modificationTime(info).tv_sec) +
+                              static_cast<double>(modificationTime(info).tv_nsec) * 1e-9);
     return ClaudeUsageLimitsFormat::limits(*payload, readAt);
   } catch (const FileError&) {
     return std::nullopt;
@@ -156,36 +196,52 @@ std::optional<ClaudeUsageLimits> ClaudeUsageBridge::limits() const {
 }
 
 void ClaudeUsageBridge::connect() const {
-  auto settings = readSettings();
-  const auto current = currentCommand(settings);
-  // Also one that was wrapped by hand: chained to itself the script would never end.
-  const bool runsScript = current && current->find(script_.string()) != std::string::npos;
-  const auto previous = isOwn(current) || runsScript ? chainedCommand() : current;
-  std::error_code ignored; // the write says what is wrong
-  fs::create_directories(script_.parent_path(), ignored);
-  writeFileAtomically(script_, scriptText(previous.value_or("")));
-  if (::chmod(script_.c_str(), 0755) != 0)
-    throw FileError(failure("make " + script_.string() + " executable", "its owner is another"));
-  auto line = statusLine(settings, command(script_));
-  line["refreshInterval"] = refreshSeconds;
-  settings["statusLine"] = std::move(line);
-  save(settings);
+  changeSettings([this](JSONValue::Object& settings) {
+    const auto current = currentCommand(settings);
+    // Also one that was wrapped by hand: chained to itself the script would never end.
+    const bool runsScript = current && current->find(script_.string()) != std::string::npos;
+    const bool isConnected = isOwn(current) || runsScript;
+    const auto previous = isConnected ? chainedCommand() : current;
+    const auto refresh = isConnected ? chainedRefresh() : currentRefresh(settings);
+    std::error_code ignored; // the write says what is wrong
+    fs::create_directories(script_.parent_path(), ignored);
+    writeFileAtomically(script_, scriptText(previous.value_or(""), refresh));
+    if (::chmod(script_.c_str(), 0755) != 0)
+      throw FileError(failure("make " + script_.string() + " executable", "its owner is another"));
+    auto line = statusLine(settings, command(script_));
+    line[refreshKey] = refreshSeconds;
+    settings["statusLine"] = std::move(line);
+  });
 }
 
 void ClaudeUsageBridge::disconnect() const {
-  auto settings = readSettings();
-  if (!isOwn(currentCommand(settings)))
-    throw BridgeError(Code::notConnected);
-  if (const auto previous = chainedCommand()) {
-    auto line = statusLine(settings, *previous);
-    line.erase("refreshInterval");
-    settings["statusLine"] = std::move(line);
-  } else {
-    settings.erase("statusLine");
-  }
-  save(settings);
+  changeSettings([this](JSONValue::Object& settings) {
+    if (!isOwn(currentCommand(settings)))
+      throw BridgeError(Code::notConnected);
+    if (const auto previous = chainedCommand()) {
+      auto line = statusLine(settings, *previous);
+      line.erase(refreshKey);
+      if (auto refresh = chainedRefresh(); !refresh.isNull())
+        line[refreshKey] = std::move(refresh);
+      settings["statusLine"] = std::move(line);
+    } else {
+      settings.erase("statusLine");
+    }
+  });
   std::error_code ignored;
   fs::remove(script_, ignored);
+}
+
+void ClaudeUsageBridge::changeSettings(
+    const std::function<void(JSONValue::Object& settings)>& change) const {
+  changeSharedFile(settings_, [&](const FileStamp& seen) {
+    auto settings = readSettings();
+    change(settings);
+    // The backup may hold secrets that the settings' own permissions hide.
+    if (const auto bytes = readFile(settings_))
+      writeFileAtomically(settings_.string() + ".tavrin-backup", *bytes, FileAccess::ownerOnly);
+    return writeJSONFileIfUnchanged(settings_, settings, seen);
+  });
 }
 
 JSONValue::Object ClaudeUsageBridge::readSettings() const {
@@ -204,42 +260,33 @@ JSONValue::Object ClaudeUsageBridge::readSettings() const {
   throw BridgeError(Code::settingsUnreadable);
 }
 
-void ClaudeUsageBridge::save(const JSONValue::Object& settings) const {
-  // The backup may hold secrets that the settings' own permissions hide.
-  if (const auto bytes = readFile(settings_))
-    writeFileAtomically(settings_.string() + ".tavrin-backup", *bytes, FileAccess::ownerOnly);
-  writeJSONFile(settings_, settings);
-}
-
 bool ClaudeUsageBridge::isOwn(const std::optional<std::string>& current) const {
   return current && (*current == script_.string() || *current == command(script_));
 }
 
 /// The command that the script runs after its own work, read back out of its text.
 std::optional<std::string> ClaudeUsageBridge::chainedCommand() const {
-  const auto text = readFile(script_);
-  const auto at = text ? text->find(previousLine) : std::string::npos;
-  if (at == std::string::npos)
-    return std::nullopt;
-  std::string previous;
-  std::string_view rest = std::string_view(*text).substr(at + previousLine.size());
-  while (!rest.empty()) {
-    if (rest.starts_with(escapedQuote)) {
-      previous += '\'';
-      rest.remove_prefix(escapedQuote.size());
-    } else if (rest.front() == '\'') {
-      break;
-    } else {
-      previous += rest.front();
-      rest.remove_prefix(1);
-    }
-  }
-  return previous.empty() ? std::nullopt : std::optional(previous);
+  const auto text = readFile(script_).value_or("");
+  auto previous = quotedAt(text, text.find(previousLine), previousLine.size());
+  return previous.empty() ? std::nullopt : std::optional(std::move(previous));
 }
 
-std::string ClaudeUsageBridge::scriptText(const std::string& previous) const {
+/// The refresh interval that the status line had before; null for none.
+JSONValue ClaudeUsageBridge::chainedRefresh() const {
+  const auto text = readFile(script_).value_or("");
+  try {
+    // The last one: the command before may hold such a line.
+    return JSONValue::parse(quotedAt(text, text.rfind(refreshLine), refreshLine.size()));
+  } catch (const JSONError&) {
+    return {};
+  }
+}
+
+std::string ClaudeUsageBridge::scriptText(const std::string& previous,
+                                          const JSONValue& refresh) const {
   return std::string(scriptHead) + "PREVIOUS=" + shellQuoted(previous) +
-         "\nPAYLOAD=" + shellQuoted(payload_.string()) + "\n" + std::string(scriptBody);
+         "\nPAYLOAD=" + shellQuoted(payload_.string()) +
+         "\nREFRESH=" + shellQuoted(refresh.compact()) + "\n" + std::string(scriptBody);
 }
 
 } // namespace tavrin

@@ -5,6 +5,7 @@
 #include "TavrinPlatform/FileManager.h"
 
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -47,10 +48,12 @@ public:
 
 private:
   JSONValue::Object readSettings() const;
-  void save(const JSONValue::Object& settings) const;
+  /// Claude Code writes them too, without a lock; what it wrote is never written over.
+  void changeSettings(const std::function<void(JSONValue::Object& settings)>& change) const;
   bool isOwn(const std::optional<std::string>& command) const;
   std::optional<std::string> chainedCommand() const;
-  std::string scriptText(const std::string& previous) const;
+  JSONValue chainedRefresh() const;
+  std::string scriptText(const std::string& previous, const JSONValue& refresh) const;
 
   std::filesystem::path folder_;
   std::filesystem::path settings_;

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <atomic>
 #include <fcntl.h>
+#include <future>
 #include <memory>
 #include <thread>
 #include <unistd.h>
@@ -113,9 +114,10 @@ void ClaudeUsageSource::readAll(Jobs jobs, Date since) {
   };
   const auto cores = std::clamp(std::thread::hardware_concurrency(), 1U, mostThreads);
   const auto helpers = amount < worthThreads ? 0 : std::min<std::size_t>(cores, jobs.size()) - 1;
-  std::vector<std::jthread> threads;
+  // Each is waited for when it goes.
+  std::vector<std::future<void>> threads;
   for (std::size_t i = 0; i < helpers; ++i)
-    threads.emplace_back(work);
+    threads.push_back(std::async(std::launch::async, work));
   if (!jobs.empty())
     work();
   threads.clear();

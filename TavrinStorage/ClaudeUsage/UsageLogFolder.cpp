@@ -1,5 +1,7 @@
 #include "TavrinStorage/ClaudeUsage/UsageLogFolder.h"
 
+#include "TavrinPlatform/Files/FileTimes.h"
+
 #include <algorithm>
 #include <ctime>
 #include <dirent.h>
@@ -19,8 +21,8 @@ constexpr int folderFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK;
 constexpr double clockStep = 0.05;
 
 Date modificationDate(const struct stat& info) {
-  return Date::fromUnixSeconds(static_cast<double>(info.st_mtim.tv_sec) +
-                               static_cast<double>(info.st_mtim.tv_nsec) * 1e-9);
+  return Date::fromUnixSeconds(static_cast<double>(modificationTime(info).tv_sec) +
+                               static_cast<double>(modificationTime(info).tv_nsec) * 1e-9);
 }
 
 UsageLogState state(const struct stat& info) {

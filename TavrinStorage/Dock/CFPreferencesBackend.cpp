@@ -1,5 +1,7 @@
 #include "TavrinStorage/Dock/CFPreferencesBackend.h"
 
+#include "TavrinPlatform/Files/DocumentLock.h"
+
 namespace tavrin {
 
 DockTiles CFPreferencesBackend::readTiles() {
@@ -15,7 +17,14 @@ void CFPreferencesBackend::writeTiles(const DockTiles& tiles) {
   service_.setAppValue(std::string(DockTiles::appsKey), tileArray(tiles.apps), domain);
   service_.setAppValue(std::string(DockTiles::othersKey), tileArray(tiles.others), domain);
   if (!service_.synchronize(domain))
-    throw DockError::plistWriteFailed(url_, "cfprefsd refused to synchronize com.apple.dock");
+    throw DockError::plistWriteFailed(
+        url_, service_.refusal().value_or("cfprefsd refused to synchronize com.apple.dock"));
+}
+
+std::shared_ptr<void> CFPreferencesBackend::exclusiveAccess() {
+  std::error_code ignored; // The write says what is wrong.
+  std::filesystem::create_directories(url_.parent_path(), ignored);
+  return std::make_shared<DocumentLock>(url_);
 }
 
 } // namespace tavrin

@@ -17,6 +17,8 @@ public:
   /// Makes the file where there is none. Throws DockError: as above for a file that is there, else
   /// plistWriteFailed.
   void writeTiles(const DockTiles& tiles) override;
+  /// The file's DocumentLock.
+  std::shared_ptr<void> exclusiveAccess() override;
 
 private:
   std::filesystem::path url_;
@@ -25,10 +27,5 @@ private:
 /// A reader and a writer over one file.
 DockPlistReader dockPlistReader(const std::filesystem::path& file);
 DockPlistWriter dockPlistWriter(const std::filesystem::path& file);
-
-/// The root dictionary of a property list file; no value without a file. Throws DockError.
-std::optional<PropertyList::Dictionary> readPlistRoot(const std::filesystem::path& file);
-/// Throws DockError (plistWriteFailed).
-void writePlistRoot(const std::filesystem::path& file, PropertyList::Dictionary root);
 
 } // namespace tavrin

@@ -1,67 +1,83 @@
 #include "TavrinStorage/Dock/ProfileStore.h"
 
 #include "TavrinCore/Dock/DockError.h"
-#include "TavrinPlatform/Files/AtomicFile.h"
+#include "TavrinCore/Dock/ProfileTransfer.h"
 
 #include <algorithm>
 
 namespace tavrin {
 
-ProfileStore::ProfileStore(std::filesystem::path url) : url_(std::move(url)) {
+ProfileStore::ProfileStore(std::filesystem::path url) : document_(std::move(url)) {
   reload();
 }
 
-void ProfileStore::reload() {
-  const auto document = readJSONFile(url_);
-  try {
-    file_ = document ? decode<ProfilesFile>(*document) : ProfilesFile{};
-    fileExistedOnLoad_ = document.has_value();
-  } catch (const CodingError& error) {
-    throw FileError(failure("read " + url_.string(), error.what()), error.what());
-  }
+void ProfileStore::save() {
+  document_.change([](ProfilesFile&) {});
 }
 
-void ProfileStore::save() const {
-  writeJSONFile(url_, encode(file_));
+Profile& ProfileStore::required(ProfilesFile& file, const UUID& id) {
+  const auto found = std::ranges::find(file.profiles, id, &Profile::id);
+  if (found == file.profiles.end())
+    throw DockError::profileNotFound(id.text());
+  return *found;
 }
 
 Profile ProfileStore::create(Profile profile) {
-  file_.profiles.push_back(profile);
-  save();
+  document_.change([&](ProfilesFile& file) { file.profiles.push_back(profile); });
   return profile;
 }
 
-void ProfileStore::update(const Profile& profile) {
-  const auto found = std::find_if(file_.profiles.begin(), file_.profiles.end(),
-                                  [&](const Profile& one) { return one.id == profile.id; });
-  if (found == file_.profiles.end())
-    throw DockError::profileNotFound(profile.id.text());
-  *found = profile;
-  save();
+void ProfileStore::update(Profile profile) {
+  change(profile.id, [&](Profile& stored) { stored = profile; });
 }
 
-void ProfileStore::remove(const UUID& id) {
-  std::erase_if(file_.profiles, [&](const Profile& one) { return one.id == id; });
-  if (file_.activeProfileId == id)
-    file_.activeProfileId = std::nullopt;
-  save();
+void ProfileStore::remove(UUID id) {
+  document_.change([&](ProfilesFile& file) {
+    std::erase_if(file.profiles, [&](const Profile& one) { return one.id == id; });
+    if (file.activeProfileId == id)
+      file.activeProfileId = std::nullopt;
+  });
 }
 
 std::optional<Profile> ProfileStore::profile(const UUID& id) const {
-  for (const auto& profile : file_.profiles)
-    if (profile.id == id)
-      return profile;
-  return std::nullopt;
+  const auto found = std::ranges::find(file().profiles, id, &Profile::id);
+  return found == file().profiles.end() ? std::nullopt : std::optional(*found);
 }
 
-void ProfileStore::setActive(const std::optional<UUID>& id) {
-  file_.activeProfileId = id;
-  save();
+std::optional<Profile> ProfileStore::activeProfile() const {
+  const auto& id = file().activeProfileId;
+  return id ? profile(*id) : std::nullopt;
 }
 
-void ProfileStore::replaceAll(std::vector<Profile> profiles) {
-  file_.profiles = std::move(profiles);
-  save();
+void ProfileStore::setActive(std::optional<UUID> id) {
+  document_.change([&](ProfilesFile& file) { file.activeProfileId = id; });
+}
+
+Profile ProfileStore::activate(UUID id) {
+  std::optional<Profile> active;
+  document_.change([&](ProfilesFile& file) {
+    active = required(file, id);
+    const bool isNew = file.activeProfileId != id;
+    file.activeProfileId = id;
+    return isNew;
+  });
+  return std::move(*active);
+}
+
+void ProfileStore::activateFirst(const std::function<bool(const Profile&)>& matches) {
+  document_.change([&](ProfilesFile& file) {
+    const auto found = std::ranges::find_if(file.profiles, matches);
+    file.activeProfileId = found == file.profiles.end() ? std::nullopt : std::optional(found->id);
+  });
+}
+
+std::vector<Profile> ProfileStore::merge(const std::vector<Profile>& imported,
+                                         const std::set<std::string>& knownDesktopUUIDs) {
+  document_.change([&](ProfilesFile& file) {
+    file.profiles = ProfileTransfer::merge(imported, file.profiles, knownDesktopUUIDs);
+  });
+  const auto& all = file().profiles;
+  return {all.end() - static_cast<std::ptrdiff_t>(imported.size()), all.end()};
 }
 
 } // namespace tavrin

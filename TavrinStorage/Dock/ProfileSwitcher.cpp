@@ -4,14 +4,50 @@
 #include "TavrinCore/Dock/DockChangeDetector.h"
 #include "TavrinStorage/Dock/PlistFileBackend.h"
 
+#include <utility>
+
 namespace tavrin {
 namespace {
 
-bool isSame(const DockSnapshot& one, const DockSnapshot& other) {
-  return !DockChangeDetector::diff(one, other).hasChanges();
+/// Items count as they read in the Dock: a profile that was written by hand may put them otherwise.
+bool isSame(const DockSnapshot& layout, const DockSnapshot& dock) {
+  return !DockChangeDetector::diff(asRead(layout), asRead(dock)).hasChanges();
+}
+
+void pruneIfPossible(const BackupManager& backup) {
+  try {
+    backup.prune(BackupManager::defaultLimit);
+  } catch (const FileError&) {
+    // A backup too many does no harm.
+  }
 }
 
 } // namespace
+
+bool applyWithBackup(const DockSwapper& swapper, const BackupManager& backup,
+                     const DockSwapper::Plan& plan, const Clock& clock,
+                     const BackupObserver& didBackUp) {
+  bool isBackedUp = false;
+  const auto planWithBackup = [&] {
+    auto target = plan();
+    if (target && !std::exchange(isBackedUp, true)) {
+      const auto file = backup.snapshot(clock.now());
+      if (didBackUp)
+        didBackUp(file);
+    }
+    return target;
+  };
+  try {
+    const bool isWritten = swapper.change(planWithBackup);
+    if (isBackedUp)
+      pruneIfPossible(backup);
+    return isWritten;
+  } catch (...) {
+    if (isBackedUp)
+      pruneIfPossible(backup);
+    throw;
+  }
+}
 
 Profile ProfileSwitcher::requiredProfile(const UUID& id) const {
   auto profile = store_.profile(id);
@@ -20,61 +56,58 @@ Profile ProfileSwitcher::requiredProfile(const UUID& id) const {
   return std::move(*profile);
 }
 
-std::optional<Profile> ProfileSwitcher::activeProfile() const {
-  const auto& id = store_.file().activeProfileId;
-  return id ? store_.profile(*id) : std::nullopt;
+bool ProfileSwitcher::apply(const DockSwapper::Plan& plan) {
+  return applyWithBackup(swapper_, backup_, plan, clock_, didBackUp);
 }
 
-void applyWithBackup(const DockSwapper& swapper, const BackupManager& backup,
-                     const DockSnapshot& target, const BackupObserver& didBackUp) {
-  const auto file = backup.snapshot(target.capturedAt);
-  if (didBackUp)
-    didBackUp(file);
-  swapper.swap(target);
-  try {
-    backup.prune(BackupManager::defaultLimit);
-  } catch (const FileError&) {
-    // A backup too many does no harm.
-  }
-}
-
-void ProfileSwitcher::setActive(const Profile& profile) {
-  if (store_.file().activeProfileId != profile.id)
-    store_.setActive(profile.id);
-  if (const auto observer = workspaceObserver.lock())
-    observer->profileBecameActive(profile);
-}
-
-void ProfileSwitcher::switchTo(const UUID& profileID) {
-  const Profile profile = requiredProfile(profileID);
+bool ProfileSwitcher::switchTo(UUID profileID) {
+  requiredProfile(profileID);
   if (store_.file().activeProfileId == profileID)
-    return;
-  applyWithBackup(swapper_, backup_, profile.snapshot(clock_.now()), didBackUp);
-  setActive(profile);
+    return false;
+  apply([&] {
+    store_.reload();
+    return std::optional(requiredProfile(profileID).snapshot(clock_.now()));
+  });
+  activate(profileID);
+  return true;
 }
 
 bool ProfileSwitcher::captureCurrentDock() {
   const DockSnapshot dock = swapper_.snapshot(clock_.now());
-  auto profile = activeProfile();
-  if (!profile || isSame(profile->snapshot(clock_.now()), dock))
-    return false;
-  profile->items = dock.apps;
-  profile->others = dock.others;
-  store_.update(*profile);
-  return true;
+  const auto active = store_.activeProfile();
+  return active && capture(active->id, dock);
 }
 
-void ProfileSwitcher::activate(const UUID& profileID) {
-  setActive(requiredProfile(profileID));
+bool ProfileSwitcher::capture(UUID profileID, const DockSnapshot& dock) {
+  bool isChanged = false;
+  store_.change(profileID, [&](Profile& profile) {
+    isChanged = !isSame(profile.snapshot(dock.capturedAt), dock);
+    if (isChanged) {
+      profile.items = dock.apps;
+      profile.others = dock.others;
+    }
+    return isChanged;
+  });
+  return isChanged;
+}
+
+void ProfileSwitcher::activate(UUID profileID) {
+  const Profile profile = store_.activate(profileID);
+  if (const auto observer = workspaceObserver.lock())
+    observer->profileBecameActive(profile);
 }
 
 bool ProfileSwitcher::applyActiveProfile() {
-  const DockSnapshot dock = swapper_.snapshot(clock_.now());
-  const auto profile = activeProfile();
-  if (!profile || isSame(profile->snapshot(clock_.now()), dock))
-    return false;
-  applyWithBackup(swapper_, backup_, profile->snapshot(clock_.now()), didBackUp);
-  return true;
+  const auto plan = [&]() -> std::optional<DockSnapshot> {
+    store_.reload();
+    const auto profile = store_.activeProfile();
+    if (!profile)
+      return std::nullopt;
+    auto layout = profile->snapshot(clock_.now());
+    return isSame(layout, swapper_.snapshot(clock_.now())) ? std::nullopt
+                                                           : std::optional(std::move(layout));
+  };
+  return plan() && apply(plan);
 }
 
 void ProfileSwitcher::undoLastChange() {
@@ -82,22 +115,12 @@ void ProfileSwitcher::undoLastChange() {
   if (!latest)
     throw DockError::noBackupAvailable();
   const DockSnapshot target = dockPlistReader(*latest).read(clock_.now());
-  const auto kept = backup_.snapshot(clock_.now());
-  if (didBackUp)
-    didBackUp(kept);
-  swapper_.swap(target);
-  backup_.prune(BackupManager::defaultLimit);
+  apply([&] { return std::optional(target); });
   std::error_code error;
   if (!std::filesystem::remove(*latest, error) && error)
     throw FileError(failure("delete " + latest->string(), error.message()), error.message());
-  std::optional<UUID> active;
-  for (const auto& profile : store_.file().profiles) {
-    if (!isSame(profile.snapshot(clock_.now()), target))
-      continue;
-    active = profile.id;
-    break;
-  }
-  store_.setActive(active);
+  store_.activateFirst(
+      [&](const Profile& profile) { return isSame(profile.snapshot(target.capturedAt), target); });
 }
 
 } // namespace tavrin

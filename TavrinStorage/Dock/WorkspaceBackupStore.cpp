@@ -1,6 +1,7 @@
 #include "TavrinStorage/Dock/WorkspaceBackupStore.h"
 
 #include "TavrinPlatform/Files/AtomicFile.h"
+#include "TavrinPlatform/Files/DocumentLock.h"
 #include "TavrinStorage/Timestamp.h"
 
 #include <algorithm>
@@ -95,10 +96,7 @@ std::optional<WorkspaceBackup> WorkspaceBackupStore::backUp(WorkspaceBackup::Rea
         return readFile(backups.front().url / file.first) == file.second;
       }))
     return std::nullopt;
-  const fs::path folder = newFolder(reason, moment);
-  std::error_code error;
-  if (!fs::create_directories(folder, error) && error)
-    fail("make the folder", folder, error.message());
+  const fs::path folder = makeFolder(reason, moment);
   for (const auto& [name, bytes] : files)
     writeFileAtomically(folder / name, bytes);
   const WorkspaceBackupInfo info{iso8601(moment), reason};
@@ -109,12 +107,19 @@ std::optional<WorkspaceBackup> WorkspaceBackupStore::backUp(WorkspaceBackup::Rea
   return WorkspaceBackup{folder, *dateFromISO8601(info.date), reason};
 }
 
-fs::path WorkspaceBackupStore::newFolder(WorkspaceBackup::Reason reason, Date moment) const {
+fs::path WorkspaceBackupStore::makeFolder(WorkspaceBackup::Reason reason, Date moment) const {
   const auto stamp = fileStamp(moment);
   fs::path folder = directory_ / fmt::format("{}-{}", stamp, nameOf(reason));
   std::error_code error;
-  for (int counter = 1; fs::exists(fs::symlink_status(folder, error)); ++counter)
+  fs::create_directories(directory_, error);
+  // Made, not looked for: another process may make one at the same moment.
+  for (int counter = 1; !error && !fs::create_directory(folder, error); ++counter) {
+    if (error == std::errc::file_exists)
+      error.clear();
     folder = directory_ / fmt::format("{}-{:03}-{}", stamp, counter, nameOf(reason));
+  }
+  if (error)
+    fail("make the folder", folder, error.message());
   return folder;
 }
 
@@ -153,6 +158,12 @@ WorkspaceBackupStore::Contents WorkspaceBackupStore::contents(const WorkspaceBac
 
 void WorkspaceBackupStore::restore(const WorkspaceBackup& backup, Date moment) {
   const Files files = read(backup.url);
+  // In the order of the names, and from before the copy is made: what others say they wrote is in
+  // the copy or comes after the restoring.
+  std::vector<DocumentLock> locks;
+  locks.reserve(fileNames.size());
+  for (const auto name : fileNames)
+    locks.emplace_back(dataDirectory_ / name);
   auto kept = backUp(WorkspaceBackup::Reason::restore, moment, {backup.url});
   if (!kept && !read(dataDirectory_).empty())
     kept = list().front();

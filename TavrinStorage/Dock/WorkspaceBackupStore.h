@@ -79,7 +79,7 @@ private:
   static Files read(const std::filesystem::path& folder);
   std::optional<WorkspaceBackup> backUp(WorkspaceBackup::Reason reason, Date moment,
                                         const std::vector<std::filesystem::path>& spared);
-  std::filesystem::path newFolder(WorkspaceBackup::Reason reason, Date moment) const;
+  std::filesystem::path makeFolder(WorkspaceBackup::Reason reason, Date moment) const;
   void prune(const std::vector<std::filesystem::path>& spared) const;
 
   std::filesystem::path dataDirectory_;

@@ -104,6 +104,7 @@ void AirDropModel::send(const NearbyDevice& device) {
   state_ = State::sending;
   trouble_.clear();
   deviceName_ = QString::fromStdString(device.name);
+  way_ = device.way;
   progress_ = {0, files_.size(), 0, 0};
   sending_ = nearby_.send(
       device, files_,

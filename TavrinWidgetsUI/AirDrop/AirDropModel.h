@@ -35,6 +35,7 @@ public:
   State state() const { return state_; }
   const std::vector<NearbyDevice>& devices() const { return nearby_.devices(); }
   bool isAvailable() const { return nearby_.isAvailable(); }
+  NearbyDevices::Advice advice() const { return nearby_.advice(); }
   void refresh() { nearby_.refresh(); }
 
   /// What waits for a device, or is being sent.
@@ -43,6 +44,8 @@ public:
   std::optional<std::int64_t> size() const { return size_; }
   /// The device of the sending that runs or ran last.
   const QString& deviceName() const { return deviceName_; }
+  /// What reaches that device.
+  const std::string& way() const { return way_; }
   const SendingProgress& progress() const { return progress_; }
   /// 0...1 over all files; no value where it is not known.
   std::optional<double> share() const;
@@ -79,6 +82,7 @@ private:
   QString deviceName_;
   SendingProgress progress_;
   bool isHandedOver_ = false;
+  std::string way_;
   std::string trouble_;
   std::shared_ptr<int> examining_;
   TokenPtr observation_;

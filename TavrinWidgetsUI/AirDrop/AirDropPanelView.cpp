@@ -6,6 +6,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelToolTip.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewWidget.h"
 
 namespace tavrin {
@@ -38,18 +39,6 @@ QString subjectText(const AirDropModel& model) {
   return fileCountText(files.size());
 }
 
-const char* wayText(NearbyDevice::Way way) {
-  switch (way) {
-  case NearbyDevice::Way::kdeConnect:
-    return "KDE Connect";
-  case NearbyDevice::Way::bluetooth:
-    return "Bluetooth";
-  case NearbyDevice::Way::airDrop:
-    break;
-  }
-  return "Choose the device when you send";
-}
-
 } // namespace
 
 AirDropPanelView::AirDropPanelView(const PanelAppearance& appearance, AirDropModel& model,
@@ -77,7 +66,7 @@ AirDropPanelView::AirDropPanelView(const PanelAppearance& appearance, AirDropMod
   add(files_);
   setEditButton("Edit AirDrop…", requests_.edit);
   forget_ = new PanelButton(PanelButton::Kind::faint, "Clear", [this] { model_.forget(); });
-  forget_->setToolTip("Forgets the files without sending them");
+  setPlainToolTip(forget_, "Forgets the files without sending them");
   forget_->setAccessibleDescription(forget_->toolTip());
   addFooterButton(forget_);
   refresh();
@@ -96,11 +85,10 @@ void AirDropPanelView::choose(int row) {
 void AirDropPanelView::showDevices() {
   std::vector<PanelRow> rows;
   for (const auto& device : model_.devices())
-    rows.push_back(
-        {.id = QString::fromStdString(device.id),
-         .title = QString::fromStdString(device.name),
-         .subtitle = wayText(device.way),
-         .symbol = symbolOf(device.kind)});
+    rows.push_back({.id = QString::fromStdString(device.id),
+                    .title = QString::fromStdString(device.name),
+                    .subtitle = QString::fromStdString(device.way),
+                    .symbol = symbolOf(device.kind)});
   list_->setRows(std::move(rows));
 }
 
@@ -126,11 +114,10 @@ void AirDropPanelView::showWords() {
   empty_->setHint({});
   if (!model_.isAvailable()) {
     empty_->setSentence("exclamationmark.triangle.fill", "Nothing here can send files");
-    empty_->setHint("Install KDE Connect here and on the other device, or switch Bluetooth on.");
+    empty_->setHint(QString::fromStdString(model_.advice().noService));
   } else {
     empty_->setSentence("dot.radiowaves.up.forward", "No device is near");
-    empty_->setHint("Open KDE Connect on the other device, on the same network, or pair it by "
-                    "Bluetooth.");
+    empty_->setHint(QString::fromStdString(model_.advice().noDevice));
   }
   empty_->setStep("Look Again", [this] { model_.refresh(); });
 }
@@ -157,8 +144,9 @@ void AirDropPanelView::refresh() {
   else if (state == Progress::sent)
     detail_->setWords(
         model_.isHandedOver()
-            ? QStringLiteral("KDE Connect sends %1 to %2.")
-                  .arg(model_.files().size() == 1 ? QStringLiteral("it") : QStringLiteral("them"),
+            ? QStringLiteral("%1 sends %2 to %3.")
+                  .arg(QString::fromStdString(model_.way()),
+                       model_.files().size() == 1 ? QStringLiteral("it") : QStringLiteral("them"),
                        model_.deviceName())
             : airDropWord(tile));
   else if (model_.size())

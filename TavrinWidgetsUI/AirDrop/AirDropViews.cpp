@@ -111,14 +111,13 @@ AnyView airDropWideTile(const AirDropTileState& state, const TileSize& size,
   const QColor middle = mix(groundTop, groundEnd, 0.5);
   const auto [first, second] = wideWords(state);
   const AnyView title = text(first)
-                            .size(std::max(size.body() * 0.225, minimumTypeSize))
+                            .size(size.words(0.225))
                             .weight(FontWeight::semibold)
                             .colour(palette::figure(middle));
-  content.middle = vstack({title, text(second)
-                                      .size(std::max(size.body() * 0.18, minimumTypeSize))
-                                      .colour(palette::caption(middle))})
-                       .align(Alignment::leading)
-                       .spacing(size.body() * 0.04);
+  content.middle =
+      vstack({title, text(second).size(size.words(0.18)).colour(palette::caption(middle))})
+          .align(Alignment::leading)
+          .spacing(size.body() * 0.04);
   if (state.state == State::sending)
     content.actions = {{{"cancel", cancel}, "xmark", "Cancel", false}};
   content.label = "AirDrop";

@@ -4,6 +4,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelToolTip.h"
 #include "TavrinWidgetsUI/Kit/Views/Utf8.h"
 
 #include <algorithm>
@@ -48,7 +49,7 @@ BookmarkPanelView::BookmarkPanelView(const PanelAppearance& appearance, Source s
   add(empty_);
   setEditButton("Edit Bookmarks…", source_.edit);
   undo_ = new PanelButton(PanelButton::Kind::faint, "Undo", [this] { undo(); });
-  undo_->setToolTip("Brings the removed link back");
+  setPlainToolTip(undo_, "Brings the removed link back");
   addFooterButton(undo_);
   openAll_ = new PanelButton(PanelButton::Kind::faint, "Open All", [this] { openAll(); });
   addFooterButton(openAll_);

@@ -12,10 +12,13 @@ constexpr QColor paperInk{0x1C, 0x1C, 0x1E};
 constexpr QColor header{0xD9, 0x2F, 0x26};
 constexpr QColor ground{0x1B, 0x17, 0x1A};
 constexpr QColor listGround{0x1C, 0x18, 0x10};
+/// Titles are read: larger than a caption may be.
+constexpr double leastTitlePoints = 8;
+constexpr double leastRowPoints = 7.5;
 
 Text word(const QString& string, double points, const QColor& ink,
           FontWeight weight = FontWeight::medium) {
-  return text(string).size(std::max(points, minimumTypeSize)).weight(weight).colour(ink);
+  return text(string).size(std::max(points, minimumCaptionSize)).weight(weight).colour(ink);
 }
 
 QColor eventColour(const CalendarEvent& event) {
@@ -26,7 +29,7 @@ QColor eventColour(const CalendarEvent& event) {
 /// weekday goes without.
 AnyView datePage(Date now, const Calendar& calendar, double side) {
   constexpr double bandRatio = 0.3;
-  const bool hasWeekday = side * bandRatio >= minimumTypeSize * 1.2;
+  const bool hasWeekday = side * bandRatio >= minimumCaptionSize;
   const Text weekday =
       word(utf8(calendar.text(now, "ccc")), side * 0.17, palette::white, FontWeight::semibold);
   const AnyView band = zstack({rectangle().fill(header), hasWeekday ? AnyView(weekday) : AnyView()})
@@ -132,19 +135,22 @@ TileState tileState(CalendarState state) {
   return TileState::live;
 }
 
-/// What a tile of either kind shows where it has no items.
-AnyView stateTile(CalendarState state, const char* mark, const QColor& colour, const QColor& behind,
-                  const TileSize& size) {
+/// What a tile of either kind shows where it has no items: words only of `nothing` being there,
+/// those of a trouble are in the panel.
+AnyView stateTile(CalendarState state, const QString& nothing, const char* mark,
+                  const QColor& colour, const QColor& behind, const TileSize& size) {
   TileContent content;
   content.ground = behind;
   content.mark = symbol(mark).colour(colour);
   content.markRatio = 0.46;
   content.state = tileState(state);
+  if (state == CalendarState::empty)
+    content.sentence = nothing;
   return tile(content, size);
 }
 
 AnyView agenda(const CalendarReading& reading, const TileSize& size) {
-  const double points = std::max(size.body() * 0.115, minimumTypeSize);
+  const double points = std::max(size.words(0.115), leastRowPoints);
   const double room = size.body() - 2 * insetOf(size);
   if (!size.hasCaption())
     return agendaRows(reading, points, room);
@@ -155,7 +161,7 @@ AnyView agenda(const CalendarReading& reading, const TileSize& size) {
 
 AnyView eventTile(const CalendarReading& reading, const TileSize& size) {
   const auto next = UpNext::current(reading.events, reading.now);
-  const double points = std::max(size.body() * 0.15, minimumTypeSize);
+  const double points = std::max(size.words(0.15), leastTitlePoints);
   AnyView inner;
   if (!next)
     inner = smallDate(reading, points);
@@ -245,8 +251,7 @@ QString spoken(const ReminderReading& reading) {
 }
 
 AnyView reminderItems(const ReminderReading& reading, const TileSize& size) {
-  const double body = size.body();
-  const double points = std::max(body * 0.15, minimumTypeSize);
+  const double points = std::max(size.words(0.15), leastTitlePoints);
   if (reading.settings.style == ReminderTileStyle::count || openCount(reading) == 0) {
     TileContent content;
     content.ground = listGround;
@@ -256,7 +261,7 @@ AnyView reminderItems(const ReminderReading& reading, const TileSize& size) {
       content.figure = QString::number(openCount(reading));
       content.caption = "open";
       content.mark = symbol("list.bullet").colour(reminderTint);
-      content.markRatio = 0.24;
+      content.markRatio = 0.2;
     }
     return tile(content, size);
   }
@@ -288,7 +293,7 @@ AnyView wideWords(const CalendarWords& words, const QColor& behind, const TileSi
   };
   return firstFitting({set(words.sentence, 0.22).figure(size.body() * 0.19),
                        set(words.sentence, 0.19).lines(2).figure(),
-                       set(words.sentence, 0.175).lines(3).figure(),
+                       set(words.sentence, 0.175).lines(3).figure(minimumCaptionSize),
                        set(words.brief, 0.22).figure(), set(words.brief, 0.175).lines(2)});
 }
 
@@ -301,42 +306,48 @@ AnyView calendarTileIcon(const CalendarReading& reading, const TileSize& size) {
                                     reading.settings.style != CalendarTileStyle::nextEvent);
   AnyView picture;
   if (showsDate)
-    picture = tile(paper, datePage(reading.now, reading.calendar, size.body()), size);
+    picture = tile(paper,
+                   sideways(datePage(reading.now, reading.calendar, size.body()),
+                            reading.settings.turnsTextSideways),
+                   size);
   else if (hasItems)
     picture = eventTile(reading, size);
   else
-    picture =
-        stateTile(reading.state, "calendar", withContrast(calendarTint, ground, 3), ground, size);
+    picture = stateTile(reading.state, calendarWords(reading.state).sentence, "calendar",
+                        withContrast(calendarTint, ground, 3), ground, size);
   return picture.accessibility(today(reading), spoken(reading));
 }
 
 AnyView calendarWideTile(const CalendarReading& reading, const TileSize& size) {
   WideTileContent content;
   content.ground = ground;
-  content.mark = datePage(reading.now, reading.calendar, size.body() * 0.6)
+  const bool isTurned = reading.settings.turnsTextSideways;
+  content.mark = sideways(datePage(reading.now, reading.calendar, size.body() * 0.6), isTurned)
                      .clip(superellipse(size.body() * 0.13));
   content.label = today(reading);
   content.value = spoken(reading);
   if (reading.state != CalendarState::items) {
     content.state = tileState(reading.state);
-    content.middle = wideWords(calendarWords(reading.state), ground, size);
+    content.middle = sideways(wideWords(calendarWords(reading.state), ground, size), isTurned);
     return wideTile(content, size);
   }
   std::vector<AnyView> blocks;
   for (const auto& event : reading.events) {
     if (blocks.size() == (size.span > 2 ? 2u : 1u))
       break;
-    blocks.push_back(eventBlock(event, reading, size.body() * 0.18, 2, true));
+    blocks.push_back(
+        sideways(eventBlock(event, reading, size.body() * (isTurned ? 0.17 : 0.18), 2, !isTurned),
+                 isTurned));
   }
   content.middle = hstack(std::move(blocks)).spacing(size.body() * 0.16);
   return wideTile(content, size);
 }
 
 AnyView reminderTileIcon(const ReminderReading& reading, const TileSize& size) {
-  const AnyView picture =
-      reading.state == CalendarState::items
-          ? reminderItems(reading, size)
-          : stateTile(reading.state, "list.bullet", reminderTint, listGround, size);
+  const AnyView picture = reading.state == CalendarState::items
+                              ? reminderItems(reading, size)
+                              : stateTile(reading.state, reminderWords(reading.state).sentence,
+                                          "list.bullet", reminderTint, listGround, size);
   return picture.accessibility("Reminders", spoken(reading));
 }
 
@@ -358,15 +369,14 @@ AnyView reminderWideTile(const ReminderReading& reading, const TileSize& size) {
     return wideTile(content, size);
   }
   std::vector<AnyView> rows;
-  const double points = std::max(body * 0.18, minimumTypeSize);
+  const double points = size.words(0.18);
   const auto titles = firstTitles(reading, 2);
   for (std::size_t i = 0; i < titles.size(); ++i) {
     const auto& reminder = reading.reminders[i];
     if (size.span > 2)
       rows.push_back(
           hstack({reminderRow(reminder, reading, points, {}), spacer(),
-                  reminderTime(reminder, reading, std::max(points * 0.9, minimumTypeSize))
-                      .padding({points * 0.4, 0, 0, 0})})
+                  reminderTime(reminder, reading, points * 0.9).padding({points * 0.4, 0, 0, 0})})
               .fillWidth());
     else
       rows.push_back(reminderRow(reminder, reading, points, longest(titles)));

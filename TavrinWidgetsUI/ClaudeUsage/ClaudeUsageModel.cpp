@@ -51,11 +51,6 @@ ClaudeUsageModel::ClaudeUsageModel(Clock& clock, RunLoop& runLoop, const FileMan
 
 ClaudeUsageModel::~ClaudeUsageModel() = default;
 
-ClaudeUsageSettings ClaudeUsageModel::settings() const {
-  const auto* settings = widget_.kind.get<ClaudeUsageSettings>();
-  return settings ? *settings : ClaudeUsageSettings{};
-}
-
 ClaudeUsageTotals ClaudeUsageModel::totals() const {
   const auto found = reading_.byScope.find(settings().scope);
   return found == reading_.byScope.end() ? ClaudeUsageTotals{} : found->second;

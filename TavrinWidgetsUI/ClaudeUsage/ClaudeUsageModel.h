@@ -28,7 +28,7 @@ public:
   /// Does not call `onChange`.
   void setWidget(const DockWidget& widget) { widget_ = widget; }
   /// Those of the widget; the defaults when it is of another kind.
-  ClaudeUsageSettings settings() const;
+  ClaudeUsageSettings settings() const { return widget_.kind.settings<ClaudeUsageSettings>(); }
 
   /// Of the widget's scope.
   ClaudeUsageTotals totals() const;

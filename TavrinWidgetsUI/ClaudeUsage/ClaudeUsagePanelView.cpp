@@ -1,5 +1,6 @@
 #include "TavrinWidgetsUI/ClaudeUsage/ClaudeUsagePanelView.h"
 
+#include "TavrinCore/Text/ComputerWords.h"
 #include "TavrinWidgetsUI/ClaudeUsage/ClaudeUsageModel.h"
 #include "TavrinWidgetsUI/ClaudeUsage/ClaudeUsageViews.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
@@ -7,6 +8,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelSegments.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 #include "TavrinWidgetsUI/Kit/Views/Gauges.h"
+#include "TavrinWidgetsUI/Kit/Views/Utf8.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewWidget.h"
 
 #include <QLocale>
@@ -128,7 +130,8 @@ ClaudeUsagePanelView::ClaudeUsagePanelView(const PanelAppearance& appearance,
   for (QWidget* widget : std::initializer_list<QWidget*>{
            scopes_, tokens_, messages_, budget_, kinds_, projectsTitle_, projects_, limitsTitle_,
            limits_, noLimits_,
-           new PanelText("Read from Claude Code's own files on this Mac. Nothing is sent anywhere.",
+           new PanelText(utf8(localSentence("Read from Claude Code's own files on this {Mac}. "
+                                            "Nothing is sent anywhere.")),
                          PanelTextStyle::caption)})
     column->addWidget(widget, 0, widget == tokens_ ? Qt::AlignHCenter : Qt::Alignment());
   add(content_);
@@ -153,8 +156,9 @@ void ClaudeUsagePanelView::refresh() {
     setState({});
     empty_->setSentence("sparkle",
                         model_.hasRead()
-                            ? "Claude Code has not run on this Mac, so there is nothing to count."
-                            : "Reading Claude Code's logs");
+                            ? utf8(localSentence("Claude Code has not run on this {Mac}, so there "
+                                                 "is nothing to count."))
+                            : QString("Reading Claude Code's logs"));
     return;
   }
   QString plan;

@@ -129,7 +129,10 @@ AnyView claudeUsageTileIcon(const ClaudeUsageReading& reading, Date now, const T
   content.state = shown.state;
   content.figure = shown.figure;
   content.widestFigure = shown.widest;
-  content.caption = shown.figure.isEmpty() ? QString() : shown.caption;
+  if (shown.figure.isEmpty())
+    content.sentence = shown.longCaption;
+  else
+    content.caption = shown.caption;
   content.label = "Claude usage, " + shown.longCaption;
   content.value = shown.figure;
   if (shown.fraction)

@@ -16,11 +16,6 @@ void ClipboardModel::setWidget(const DockWidget& widget) {
   source_.setSettings(settings());
 }
 
-ClipboardSettings ClipboardModel::settings() const {
-  const auto* found = widget_.kind.get<ClipboardSettings>();
-  return found != nullptr ? *found : ClipboardSettings{};
-}
-
 void ClipboardModel::setSearchText(const std::string& text) {
   searchText_ = text;
   find();

@@ -15,7 +15,7 @@ public:
 
   const DockWidget& widget() const { return widget_; }
   void setWidget(const DockWidget& widget);
-  ClipboardSettings settings() const;
+  ClipboardSettings settings() const { return widget_.kind.settings<ClipboardSettings>(); }
 
   const ClipboardList& items() const { return source_.state().items; }
   int unseenCount() const { return source_.state().unseenCount; }

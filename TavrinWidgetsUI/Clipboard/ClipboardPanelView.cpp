@@ -1,11 +1,14 @@
 #include "TavrinWidgetsUI/Clipboard/ClipboardPanelView.h"
 
+#include "TavrinCore/Text/ComputerWords.h"
 #include "TavrinWidgetsUI/Clipboard/ClipboardViews.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelToolTip.h"
 #include "TavrinWidgetsUI/Kit/Pictures/Thumbnail.h"
+#include "TavrinWidgetsUI/Kit/Views/Utf8.h"
 
 #include <QDateTime>
 #include <QLocale>
@@ -23,26 +26,27 @@ constexpr std::size_t mostThumbnails = 128;
 ClipboardPanelView::ClipboardPanelView(const PanelAppearance& appearance, ClipboardModel& model,
                                        Services services)
     : PanelView(appearance, Width::lists), model_(model), services_(std::move(services)),
-      trouble_(new PanelText({}, PanelTextStyle::trouble)), search_(new PanelSearchField("Search")),
-      list_(new PanelList("Clipboard history")),
+      trouble_(new PanelText({}, PanelTextStyle::trouble)),
+      missing_(new PanelText("That image was too large to be kept. Only its size is known.",
+                             PanelTextStyle::trouble)),
+      search_(new PanelSearchField("Search")), list_(new PanelList("Clipboard history")),
       empty_(new PanelEmptyState("doc.on.clipboard", {})) {
   add(trouble_);
+  missing_->hide();
+  add(missing_);
   search_->setList(list_);
   search_->onChange = [this](const QString& text) {
     model_.setSearchText(text.toStdString());
     showResults();
     showWords();
   };
-  search_->onReturn = [this] {
-    if (const auto first = entryAt(0))
-      services_.copy(first->item);
-  };
+  search_->onReturn = [this] { copy(entryAt(0)); };
   add(search_);
   makeList();
   add(empty_);
   setEditButton("Edit this widget's settings", services_.edit);
   clear_ = new PanelButton(PanelButton::Kind::faint, "Clear", [this] { model_.clearUnpinned(); });
-  clear_->setToolTip("Removes everything that is not pinned");
+  setPlainToolTip(clear_, "Removes everything that is not pinned");
   clear_->setAccessibleDescription("Removes everything that is not pinned");
   addFooterButton(clear_);
   refresh();
@@ -51,10 +55,7 @@ ClipboardPanelView::ClipboardPanelView(const PanelAppearance& appearance, Clipbo
 void ClipboardPanelView::makeList() {
   list_->setTall(true);
   list_->setMaximumVisibleRows(visibleRows);
-  list_->onOpen = [this](int row) {
-    if (const auto entry = entryAt(row))
-      services_.copy(entry->item);
-  };
+  list_->onOpen = [this](int row) { copy(entryAt(row)); };
   list_->onAction = [this](int row, int action) { act(row, action); };
   list_->onRemove = [this](int row) {
     if (const auto entry = entryAt(row))
@@ -64,10 +65,21 @@ void ClipboardPanelView::makeList() {
 }
 
 void ClipboardPanelView::showEvent(QShowEvent* event) {
-  revealed_.clear();
   search_->clear();
   search_->setFocus();
   PanelView::showEvent(event);
+}
+
+void ClipboardPanelView::hideEvent(QHideEvent* event) {
+  revealed_.clear();
+  missing_->hide();
+  PanelView::hideEvent(event);
+}
+
+void ClipboardPanelView::copy(const ClipboardEntryPtr& entry) {
+  missing_->setVisible(entry && !entry->item.hasContent());
+  if (entry && entry->item.hasContent())
+    services_.copy(entry->item);
 }
 
 void ClipboardPanelView::appearanceChanged() {
@@ -176,7 +188,7 @@ void ClipboardPanelView::showWords() {
     empty_->setHint("An X11 session keeps a history.");
   } else {
     empty_->setSentence("doc.on.clipboard", "Nothing copied yet");
-    empty_->setHint("Copy something on your Mac and it will show up here.");
+    empty_->setHint(utf8(localSentence("Copy something on your {Mac} and it will show up here.")));
   }
 }
 

@@ -32,10 +32,12 @@ public:
 
 protected:
   void showEvent(QShowEvent* event) override;
+  void hideEvent(QHideEvent* event) override;
   void appearanceChanged() override;
 
 private:
   void makeList();
+  void copy(const ClipboardEntryPtr& entry);
   void showResults();
   void showWords();
   PanelRow makeRow(const ClipboardEntryPtr& entry);
@@ -48,6 +50,8 @@ private:
   ClipboardModel& model_;
   Services services_;
   PanelText* trouble_;
+  /// Said when an item is chosen that nothing was kept of.
+  PanelText* missing_;
   PanelSearchField* search_;
   PanelList* list_;
   PanelEmptyState* empty_;

@@ -33,9 +33,6 @@ std::int64_t sizeOf(const std::string& url) {
   return error ? 0 : static_cast<std::int64_t>(size);
 }
 
-/// What file managers paste: what to do, then the addresses.
-constexpr const char* fileManagersType = "x-special/gnome-copied-files";
-
 /// Links copied faster than their previews come: the oldest go without.
 constexpr std::size_t mostWaitingPreviews = 20;
 
@@ -93,6 +90,7 @@ ClipboardSource::~ClipboardSource() {
 void ClipboardSource::start() {
   listen();
   if (!settings_.persistAcrossRestarts) {
+    forgetStored();
     state_.hasRead = true;
     tell();
     return;
@@ -131,26 +129,30 @@ void ClipboardSource::captured(Pasteboard::Capture capture) {
     frontmost_.erase(frontmost_.begin(), frontmost_.upper_bound(capture.changeCount));
     return;
   }
-  captures_->run([capture = std::move(capture), settings = settings_, weak = std::weak_ptr(self_),
-                  &loop = services_.runLoop] {
+  const Copied copied{capture.changeCount, isTransient};
+  captures_->run([capture = std::move(capture), copied, settings = settings_,
+                  weak = std::weak_ptr(self_), &loop = services_.runLoop] {
     auto item = clipboardItem(capture, settings);
     if (item)
-      loop.post([weak, count = capture.changeCount, item = std::move(*item)]() mutable {
+      loop.post([weak, copied, item = std::move(*item)]() mutable {
         if (const auto self = weak.lock())
-          (*self)->accept(count, std::move(item));
+          (*self)->accept(copied, std::move(item));
       });
   });
 }
 
-void ClipboardSource::accept(std::int64_t changeCount, ClipboardItem item) {
+void ClipboardSource::accept(const Copied& copied, ClipboardItem item) {
   item.id = UUID::random();
   item.capturedAt = {services_.clock.now()};
-  if (const auto found = frontmost_.find(changeCount); found != frontmost_.end()) {
+  if (const auto found = frontmost_.find(copied.changeCount); found != frontmost_.end()) {
     item.sourceAppBundleID = found->second.bundleIdentifier;
     item.sourceAppName = found->second.name;
   }
-  frontmost_.erase(frontmost_.begin(), frontmost_.upper_bound(changeCount));
-  lastKept_ = changeCount;
+  frontmost_.erase(frontmost_.begin(), frontmost_.upper_bound(copied.changeCount));
+  offered_.reset();
+  // Offered by the slot it would have lost its mark.
+  if (!copied.isTransient)
+    offered_ = Offered{copied.changeCount, item.id};
   ClipboardList items{std::make_shared<const ClipboardEntry>(std::move(item))};
   items.insert(items.end(), state_.items.begin(), state_.items.end());
   ++state_.unseenCount;
@@ -220,8 +222,11 @@ void ClipboardSource::dropUnwantedPreviews() {
 }
 
 void ClipboardSource::abandoned(std::int64_t changeCount) {
-  if (changeCount == lastKept_ && !state_.items.empty())
-    write(state_.items.front()->item);
+  if (!offered_ || offered_->changeCount != changeCount)
+    return;
+  // What retention dropped, or somebody removed, is offered no more.
+  if (const auto entry = find(state_.items, offered_->item); entry != state_.items.end())
+    write((*entry)->item);
 }
 
 void ClipboardSource::setSettings(const ClipboardSettings& settings) {
@@ -230,12 +235,16 @@ void ClipboardSource::setSettings(const ClipboardSettings& settings) {
     return;
   if (before.maxImageBytes != settings.maxImageBytes && observation_)
     listen();
-  if (before.persistAcrossRestarts && !settings.persistAcrossRestarts) {
-    saveTimer_.reset();
-    lastSaved_.clear();
-    files_->run([vault = vault_] { vault->forget(); });
-  }
+  if (before.persistAcrossRestarts && !settings.persistAcrossRestarts)
+    forgetStored();
   change(state_.items);
+}
+
+void ClipboardSource::forgetStored() {
+  saveTimer_.reset();
+  lastSaved_.clear();
+  if (!services_.isKeptByAnother || !services_.isKeptByAnother())
+    files_->run([vault = vault_] { vault->forget(); });
 }
 
 void ClipboardSource::write(const ClipboardItem& item) {
@@ -249,7 +258,6 @@ void ClipboardSource::write(const ClipboardItem& item) {
     offer(Pasteboard::textType, Data::fromText(item.text.value_or("")));
   } else if (item.fileURL) {
     offer(Pasteboard::filesType, Data::fromText(*item.fileURL + "\r\n"));
-    offer(fileManagersType, Data::fromText("copy\n" + *item.fileURL));
   } else if (item.imageData) {
     offer(isTIFF(*item.imageData) ? Pasteboard::tiffType : Pasteboard::pngType, *item.imageData);
   }
@@ -271,14 +279,12 @@ void ClipboardSource::togglePin(const UUID& id) {
 void ClipboardSource::remove(const UUID& id) {
   ClipboardList items = state_.items;
   std::erase_if(items, [&](const auto& entry) { return entry->item.id == id; });
-  lastKept_ = 0;
   change(std::move(items));
 }
 
 void ClipboardSource::clearUnpinned() {
   ClipboardList items = state_.items;
   std::erase_if(items, [](const auto& entry) { return !entry->item.isPinned; });
-  lastKept_ = 0;
   change(std::move(items));
 }
 
@@ -293,7 +299,6 @@ void ClipboardSource::forgetEverything() {
   state_.unseenCount = 0;
   state_.trouble.reset();
   lastSaved_.clear();
-  lastKept_ = 0;
   saveTimer_.reset();
   files_->run([vault = vault_] { vault->forget(); });
   tell();

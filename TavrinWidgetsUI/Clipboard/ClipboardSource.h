@@ -37,6 +37,8 @@ public:
     Keychain& keychain;
     const Workspace& workspace;
     LinkPreviewSource& ogSource;
+    /// Whether another widget keeps its history in the same file. May be empty for no other one.
+    std::function<bool()> isKeptByAnother = {};
   };
   ClipboardSource(const Services& services, const std::filesystem::path& storeURL,
                   const ClipboardSettings& settings);
@@ -45,7 +47,8 @@ public:
   ClipboardSource(const ClipboardSource&) = delete;
   ClipboardSource& operator=(const ClipboardSource&) = delete;
 
-  /// Reads the stored history and begins to listen.
+  /// Reads the stored history and begins to listen. Where keeping is switched off, what may have
+  /// been kept before is removed.
   void start();
   const ClipboardState& state() const { return state_; }
   /// Keeping across restarts that is switched off removes the file.
@@ -65,14 +68,26 @@ public:
   std::function<void()> onChange;
 
 private:
+  /// The change that an item came with.
+  struct Copied {
+    std::int64_t changeCount = 0;
+    /// To be forgotten; kept as the settings ask for it.
+    bool isTransient = false;
+  };
+  /// What the desktop's clipboard holds, as far as it is an item of the list.
+  struct Offered {
+    std::int64_t changeCount = 0;
+    UUID item;
+  };
   void listen();
   void captured(Pasteboard::Capture capture);
-  void accept(std::int64_t changeCount, ClipboardItem item);
+  void accept(const Copied& copied, ClipboardItem item);
   void abandoned(std::int64_t changeCount);
   void wantPreview(const ClipboardItem& item);
   void fetchNextPreview();
   void adoptPreview(const UUID& id, const LinkPreview& preview);
   void dropUnwantedPreviews();
+  void forgetStored();
   void change(ClipboardList items);
   void scheduleSave();
   void save();
@@ -83,8 +98,7 @@ private:
   ClipboardSettings settings_;
   ClipboardState state_;
   std::map<std::int64_t, RunningApplication> frontmost_;
-  /// The change whose item is the newest; what it offered goes with its owner.
-  std::int64_t lastKept_ = 0;
+  std::optional<Offered> offered_;
   ClipboardList lastSaved_;
   std::optional<Date> unsavedSince_;
   /// The links whose previews are to be fetched; the first is under way while there is a task.

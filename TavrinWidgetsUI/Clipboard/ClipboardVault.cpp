@@ -12,6 +12,23 @@ namespace {
 
 constexpr std::size_t longestFile = std::size_t{2} * 1024 * 1024 * 1024;
 constexpr const char* damagedSuffix = ".damaged";
+/// Of files that are put aside; the last of them makes room.
+constexpr int mostDamaged = 100;
+
+std::filesystem::path damagedURL(const std::filesystem::path& url, int number) {
+  return url.string() + damagedSuffix + (number > 1 ? "-" + std::to_string(number) : "");
+}
+
+/// Somebody may still have the key, or know what happened to the file: each is kept. Throws where
+/// it cannot be, for then it must not be replaced.
+void putAside(const std::filesystem::path& url) {
+  if (!std::filesystem::exists(url))
+    return;
+  int number = 1;
+  while (number < mostDamaged && std::filesystem::exists(damagedURL(url, number)))
+    ++number;
+  std::filesystem::rename(url, damagedURL(url, number));
+}
 
 ClipboardList merged(const ClipboardList& list, const ClipboardList& older) {
   std::set<UUID> known;
@@ -76,11 +93,8 @@ ClipboardVault::Outcome ClipboardVault::save(const ClipboardList& list,
     // Sealed where it was written, and overwritten where that fails.
     const auto box = crypto_.seal(
         encodeClipboard(ClipboardBoard::retained(merged(list, outcome.found), settings, now)));
-    if (state_ == State::damaged) {
-      // Somebody may still have the key, or know what happened to the file.
-      std::error_code ignored;
-      std::filesystem::rename(url_, url_.string() + damagedSuffix, ignored);
-    }
+    if (state_ == State::damaged)
+      putAside(url_);
     writeFileAtomically(url_, box.combined, FileAccess::ownerOnly);
     state_ = State::read;
   });
@@ -90,7 +104,8 @@ ClipboardVault::Outcome ClipboardVault::save(const ClipboardList& list,
 void ClipboardVault::forget() {
   std::error_code ignored;
   std::filesystem::remove(url_, ignored);
-  std::filesystem::remove(url_.string() + damagedSuffix, ignored);
+  for (int number = 1; number <= mostDamaged; ++number)
+    std::filesystem::remove(damagedURL(url_, number), ignored);
   state_ = State::read;
 }
 

@@ -39,7 +39,7 @@ public:
   /// Writes `list`. Where the file could not be read before for the keychain's sake, what it holds
   /// is read first and kept behind the list's own entries.
   Outcome save(const ClipboardList& list, const ClipboardSettings& settings, Date now);
-  /// Removes the file; the key stays.
+  /// Removes the file, and those that were put aside; the key stays.
   void forget();
 
 private:

@@ -25,13 +25,8 @@ AnyView badge(int unseen, const TileSize& size) {
       .background(capsule().fill(QColor(0xC8, 0x1E, 0x3C)));
 }
 
-AnyView preview(const std::string& line, const TileSize& size) {
-  return text(line)
-      .size(std::max(size.body() * 0.13, minimumTypeSize))
-      .weight(FontWeight::medium)
-      .colour(ink)
-      .lines(size.side >= 96 ? 4 : 3)
-      .fill(Alignment::topLeading);
+bool showsPreview(const ClipboardReading& reading, const TileSize& size) {
+  return reading.preview && reading.hasRead && !reading.hasTrouble && size.hasCaption();
 }
 
 /// "999", "1.2k", "12k": never wider than the sheet.
@@ -40,6 +35,22 @@ QString countText(std::size_t count) {
     return QString::number(count);
   const double thousands = std::floor(static_cast<double>(count) / 100) / 10;
   return QString::number(thousands, 'f', thousands < 10 && count % 1000 >= 100 ? 1 : 0) + "k";
+}
+
+/// The number of items, small, and the newest one's line under it.
+AnyView preview(const ClipboardReading& reading, const TileSize& size) {
+  const double points = size.words(0.13);
+  return vstack({text(countText(reading.count))
+                     .size(points)
+                     .weight(FontWeight::bold)
+                     .colour(withContrast(clip, sheet)),
+                 text(*reading.preview)
+                     .size(points)
+                     .weight(FontWeight::medium)
+                     .colour(ink)
+                     .lines(size.side >= 96 ? 3 : 2)
+                     .fill(Alignment::topLeading)})
+      .align(Alignment::leading);
 }
 
 AnyView onSheet(const ClipboardReading& reading, const TileSize& size) {
@@ -51,8 +62,8 @@ AnyView onSheet(const ClipboardReading& reading, const TileSize& size) {
         .colour(withContrast(palette::orange, sheet, 3))
         .size(body * 0.32)
         .fill();
-  if (reading.preview && size.hasCaption())
-    return preview(*reading.preview, size);
+  if (showsPreview(reading, size))
+    return preview(reading, size);
   return text(countText(reading.count))
       .size(body * 0.34)
       .weight(FontWeight::semibold)
@@ -74,6 +85,17 @@ QString spokenState(const ClipboardReading& reading) {
   return state;
 }
 
+AnyView loadingTile(const TileSize& size) {
+  return tile(TileContent{.ground = board,
+                          .groundEnd = boardEnd,
+                          .sentence = loadingText,
+                          .mark = symbol("doc.on.clipboard").colour(palette::white),
+                          .state = TileState::waiting,
+                          .label = "Clipboard",
+                          .value = loadingText},
+              size);
+}
+
 std::string symbolOf(const ClipboardItem& item) {
   switch (item.kind) {
   case ClipboardItem::Kind::file:
@@ -91,15 +113,22 @@ std::string symbolOf(const ClipboardItem& item) {
 } // namespace
 
 AnyView clipboardTileIcon(const ClipboardReading& reading, const TileSize& size) {
+  if (!reading.hasRead && size.hasCaption())
+    return loadingTile(size);
   const double body = size.body();
+  // Words need the room of the board's margins.
+  const bool isWide = showsPreview(reading, size);
+  const double side = body * (isWide ? 0.08 : 0.15);
+  const double above = body * (isWide ? 0.13 : 0.17);
+  const double below = body * (isWide ? 0.06 : 0.12);
   const AnyView paper = onSheet(reading, size)
-                            .padding(Insets{body * 0.06, body * 0.1, body * 0.06, body * 0.04})
+                            .padding(Insets{body * 0.06, body * 0.1, body * 0.06, body * 0.02})
                             .background(roundedRectangle(body * 0.07).fill(sheet))
-                            .padding(Insets{body * 0.15, body * 0.17, body * 0.15, body * 0.12});
+                            .padding(Insets{side, above, side, below});
   const AnyView clamp = capsule()
                             .gradient(palette::white, clip)
                             .frame(body * 0.36, body * 0.15)
-                            .padding(Insets{0, body * 0.09, 0, 0})
+                            .padding(Insets{0, body * (isWide ? 0.06 : 0.09), 0, 0})
                             .fill(Alignment::top);
   std::vector<AnyView> layers{rectangle().gradient(board, boardEnd), paper, clamp};
   if (reading.unseen > 0 && reading.hasRead)

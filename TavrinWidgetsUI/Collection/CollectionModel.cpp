@@ -57,11 +57,6 @@ CollectionModel::CollectionModel(ApplicationLibrary& library, DockWidget widget,
   locate();
 }
 
-CollectionSettings CollectionModel::settings() const {
-  const auto* found = widget_.kind.get<CollectionSettings>();
-  return found != nullptr ? *found : CollectionSettings{};
-}
-
 void CollectionModel::setWidget(const DockWidget& widget) {
   widget_ = widget;
   const auto entries = settings().apps;

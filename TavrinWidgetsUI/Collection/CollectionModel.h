@@ -38,7 +38,7 @@ public:
   /// Does not call `onChange`.
   void setWidget(const DockWidget& widget);
   /// Those of the widget; the defaults when it is of another kind.
-  CollectionSettings settings() const;
+  CollectionSettings settings() const { return widget_.kind.settings<CollectionSettings>(); }
 
   const std::vector<CollectionApp>& apps() const { return apps_; }
   /// The desktop has been asked: what has no `info` is not installed.

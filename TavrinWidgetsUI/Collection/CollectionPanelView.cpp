@@ -6,6 +6,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelGrid.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Views/PlainWords.h"
 
 #include <QLocale>
 #include <QMenu>
@@ -105,7 +106,7 @@ void CollectionPanelView::openMenu(int index, const QPoint& place) {
   if (app.info) {
     menu->addAction("Open", this, [this, number] { model_.open(number); });
     for (const auto& action : app.info->actions)
-      menu->addAction(QString::fromStdString(action.name).replace('&', "&&"), this,
+      menu->addAction(plainWords(QString::fromStdString(action.name)).replace('&', "&&"), this,
                       [this, number, id = action.id] { model_.open(number, id); });
     menu->addSeparator();
   }

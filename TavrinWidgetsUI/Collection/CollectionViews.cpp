@@ -57,7 +57,7 @@ AnyView named(const CollectionTileApp& app, const CollectionCells& form, double 
               const TileSize& size) {
   return hstack({appIcon(app, form.side),
                  text(app.name)
-                     .size(std::max(size.body() * 0.19, minimumTypeSize))
+                     .size(size.words(0.19))
                      .weight(FontWeight::medium)
                      .colour(app.isGone ? palette::caption(ground) : palette::figure(ground))
                      .frame({.maxWidth = width - form.side - form.gap}, Alignment::leading)})

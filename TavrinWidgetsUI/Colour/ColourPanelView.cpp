@@ -5,6 +5,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelGrid.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelToolTip.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewWidget.h"
 
 #include <QComboBox>
@@ -50,7 +51,7 @@ ColourPanelView::ColourPanelView(const PanelAppearance& appearance, Source sourc
   add(pick);
   setEditButton("Edit Colour Picker…", source_.edit);
   clear_ = new PanelButton(PanelButton::Kind::faint, "Clear", source_.clearUnpinned);
-  clear_->setToolTip("Removes every colour that is not pinned");
+  setPlainToolTip(clear_, "Removes every colour that is not pinned");
   addFooterButton(clear_);
   refresh();
 }
@@ -58,8 +59,7 @@ ColourPanelView::ColourPanelView(const PanelAppearance& appearance, Source sourc
 void ColourPanelView::makeChosenRow() {
   auto* row = new QHBoxLayout;
   row->setSpacing(8);
-  copyAs_ =
-      new PanelButton(PanelButton::Kind::quiet, "Copy As…", [this] { showNotations(); });
+  copyAs_ = new PanelButton(PanelButton::Kind::quiet, "Copy As…", [this] { showNotations(); });
   copyAs_->setSymbol("doc.on.clipboard");
   row->addWidget(copyAs_, 1);
   pin_ = PanelButton::icon("pin", "Pin", [this] {
@@ -118,8 +118,7 @@ void ColourPanelView::showNotations() {
   auto* menu = new QMenu(this);
   menu->setAttribute(Qt::WA_DeleteOnClose);
   for (const ColourFormat each : allCases<ColourFormat>())
-    menu->addAction(colourText(*colour, each), this, [this, each] { copyChosen(each); })
-        ->setToolTip(formatTitle(each));
+    menu->addAction(colourText(*colour, each), this, [this, each] { copyChosen(each); });
   menu->popup(copyAs_->mapToGlobal(QPoint(0, copyAs_->height())));
 }
 
@@ -155,7 +154,7 @@ void ColourPanelView::refresh() {
   card_->setName(QStringLiteral("Chosen colour, %1").arg(colourText(*colour, settings.format)));
   pin_->setSymbol(colour->isPinned ? "pin.fill" : "pin");
   pin_->setAccessibleName(colour->isPinned ? "Unpin" : "Pin");
-  pin_->setToolTip(pin_->accessibleName());
+  setPlainToolTip(pin_, pin_->accessibleName());
   format_->setCurrentIndex(static_cast<int>(settings.format));
 }
 

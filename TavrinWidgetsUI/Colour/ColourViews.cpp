@@ -54,7 +54,7 @@ AnyView colourTileIcon(const ColourHistory& history, const ColourPickerSettings&
   std::vector<AnyView> parts{symbol("eyedropper").colour(ink).size(body * 0.34)};
   if (size.hasCaption())
     parts.push_back(text(colourText(newest, ColourFormat::hex))
-                        .size(std::max(size.caption(), minimumTypeSize))
+                        .size(size.caption())
                         .weight(FontWeight::medium)
                         .colour(ink));
   const AnyView card = vstack(std::move(parts))

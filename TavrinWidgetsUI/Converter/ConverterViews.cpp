@@ -55,7 +55,7 @@ AnyView converterTileIcon(const ConverterSettings& settings, const NumberNotatio
                           const TileSize& size) {
   const Conversion conversion(settings);
   const double body = size.body();
-  const double small = std::max(body * 0.15, minimumTypeSize);
+  const double small = size.words(0.15);
   const QColor onUpper = palette::figure(upperGround);
   const QColor onLower = palette::white;
   const double margin = body * 0.08;
@@ -109,12 +109,12 @@ AnyView converterWideTile(const ConverterSettings& settings, const NumberNotatio
         .size(body * 0.27)
         .weight(FontWeight::semibold)
         .colour(palette::figure())
-        .figure(std::max(body * 0.19, minimumTypeSize));
+        .figure(size.words(0.19));
   };
   WideTileContent content;
   content.tint = converterTint;
   content.middle = vstack({text(quantityText(conversion.value, *conversion.from, notation, 6))
-                               .size(std::max(body * 0.19, minimumTypeSize))
+                               .size(size.words(0.19))
                                .weight(FontWeight::medium)
                                .colour(palette::caption()),
                            firstFitting({line(tileDigits), line(shortDigits), line(3)})})

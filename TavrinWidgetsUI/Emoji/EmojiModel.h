@@ -12,10 +12,7 @@ namespace tavrin {
 
 /// Where the Unicode data of this computer are.
 struct EmojiSources {
-  static constexpr const char* folderVariable = "TAVRIN_UNICODE_DIR";
-  static constexpr const char* usualFolder = "/usr/share/unicode";
-
-  std::filesystem::path folder = usualFolder;
+  std::filesystem::path folder;
   /// The user's language, such as "de_CH".
   std::string localeID;
 

@@ -34,13 +34,16 @@ std::vector<Emoji> emojiOffer(const std::vector<Emoji>& recents) {
   return offer;
 }
 
+/// Below this side there is room for one emoji.
+constexpr double smallestForThree = 56;
+
 AnyView emojiTileIcon(const std::vector<Emoji>& recents, EmojiSkinTone tone, EmojiGlyphs& glyphs,
                       const TileSize& size) {
   const auto offer = emojiOffer(recents);
   const double side = size.body();
   const std::string newest = offer.front().inTone(tone);
   AnyView inner;
-  if (size.hasCaption()) {
+  if (size.side >= smallestForThree) {
     const double small = side * 0.27;
     inner = vstack({picture(newest, glyphs, side * 0.5),
                     hstack({picture(offer[1].inTone(tone), glyphs, small),

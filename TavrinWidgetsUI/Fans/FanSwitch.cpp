@@ -48,6 +48,14 @@ void FanSwitch::stop() {
   helperChanges_.reset();
 }
 
+void FanSwitch::handBack() {
+  stop();
+  alive_.reset();
+  isFull_ = false;
+  if (std::exchange(mayHold_, false))
+    helper_.setFull(false, [](const auto&) {});
+}
+
 void FanSwitch::setShown(bool isShown) {
   if (isShown_ == isShown)
     return;
@@ -125,14 +133,15 @@ void FanSwitch::ask(bool full) {
       if (!weak.expired())
         ask(true);
     });
+  mayHold_ |= full;
   helper_.setFull(full, [this, full, weak = std::weak_ptr(alive_)](const auto& refusal) {
     if (weak.expired())
       return;
     if (!refusal)
-      isFull_ = full;
+      isFull_ = mayHold_ = full;
     else if (full)
       // What failed has been handed back.
-      isFull_ = false;
+      isFull_ = mayHold_ = false;
     finish(refusal);
     refresh();
   });

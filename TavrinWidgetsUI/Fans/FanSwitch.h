@@ -28,6 +28,8 @@ public:
 
   void start();
   void stop();
+  /// Ends what this switch asked the helper for, whatever came of it, and stops.
+  void handBack();
   /// The panel opened or closed.
   void setShown(bool isShown);
 
@@ -66,6 +68,8 @@ private:
   bool isShown_ = false;
   bool isStarted_ = false;
   int unforced_ = 0;
+  /// Full speed was asked for and has not been taken back since.
+  bool mayHold_ = false;
   /// The hold may still be known to the helper.
   bool isLost_ = false;
   std::string trouble_;

@@ -1,11 +1,13 @@
 #include "TavrinWidgetsUI/Fans/FanViews.h"
 
+#include "TavrinCore/Text/ComputerWords.h"
 #include "TavrinWidgetsUI/Fans/FanSwitch.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 #include "TavrinWidgetsUI/Kit/Views/Gauges.h"
+#include "TavrinWidgetsUI/Kit/Views/Utf8.h"
 
 #include <algorithm>
 #include <cmath>
@@ -27,19 +29,19 @@ QString spoken(const FanStatus& status) {
          (status.isFull ? ", full speed" : "");
 }
 
-QString wordsFor(const FanSwitch& fans) {
+std::string wordsFor(const FanSwitch& fans) {
   if (fans.isFull())
     return "The fans stay at their maximum.";
   switch (fans.status()) {
   case Status::notRegistered:
-    return "The first time, macOS asks you to allow a helper that runs as administrator. Only it "
+    return "The first time, {macOS} asks you to allow a helper that runs as administrator. Only it "
            "can change the fans.";
   case Status::needsApproval:
     return "Allow Tavrin under Login Items in System Settings, then switch again.";
   case Status::ready:
     break;
   }
-  return "macOS decides how fast they turn.";
+  return "{macOS} decides how fast they turn.";
 }
 
 AnyView gauge(const FanStatus& status, double side, const QColor& ground) {
@@ -93,7 +95,7 @@ AnyView fanWideTile(const QString& name, const FanStatus& status, const TileSize
     content.figure = speedText(status.speed);
   else
     content.middle = text(status.hasRead ? "No fans" : "Fans")
-                         .size(std::max(size.body() * 0.24, minimumTypeSize))
+                         .size(size.words(0.24))
                          .weight(FontWeight::semibold)
                          .colour(palette::caption());
   content.widestFigure = "8888";
@@ -116,7 +118,7 @@ FanPanelView::FanPanelView(const PanelAppearance& appearance, FanSwitch& fans,
       trouble_(new PanelText({}, PanelTextStyle::trouble)),
       settings_(new PanelButton(PanelButton::Kind::quiet, "Open System Settings",
                                 [this] { fans_.openApprovalSettings(); })),
-      none_(new PanelEmptyState("fanblades.fill", "This Mac has no fans.")) {
+      none_(new PanelEmptyState("fanblades.fill", utf8(localSentence("This {Mac} has no fans.")))) {
   list_->setReadOnly(true);
   list_->setMaximumVisibleRows(visibleFans);
   full_->onChange = [this](bool on) { fans_.setFull(on); };
@@ -153,7 +155,8 @@ void FanPanelView::refresh() {
   full_->setVisible(hasFans && isHere);
   full_->setOn(fans_.isFull());
   full_->setEnabled(!fans_.isBusy());
-  words_->setWords(isHere ? wordsFor(fans_) : "Full speed is switched from Tavrin's own Dock.");
+  words_->setWords(isHere ? utf8(localSentence(wordsFor(fans_)))
+                          : QString("Full speed is switched from Tavrin's own Dock."));
   words_->setVisible(hasFans);
   settings_->setVisible(hasFans && isHere && fans_.status() == Status::needsApproval);
   trouble_->setWords(QString::fromStdString(fans_.trouble()));

@@ -15,16 +15,12 @@ namespace {
 
 constexpr std::size_t longestPicture = 64 * 1024 * 1024;
 
-Pasteboard::Format format(const char* type, std::string_view bytes) {
+Pasteboard::Format offered(const char* type, std::string_view bytes) {
   return {type, std::make_shared<const Data>(Data::fromText(bytes)), bytes.size()};
 }
 
 std::vector<Pasteboard::Format> asFiles(const std::vector<std::filesystem::path>& files) {
-  std::string lines = "copy";
-  for (const auto& file : files)
-    lines.append(1, '\n').append(fileURL(file.native()));
-  return {format(Pasteboard::filesType, uriList(files)),
-          format("x-special/gnome-copied-files", lines)};
+  return {offered(Pasteboard::filesType, uriList(files))};
 }
 
 /// Empty where it is no picture.
@@ -55,7 +51,7 @@ void FileActions::copyPicture(const std::filesystem::path& file) {
       [file, formats] {
         *formats = asFiles({file});
         if (const std::string bytes = asPNG(file); !bytes.empty())
-          formats->insert(formats->begin(), format(Pasteboard::pngType, bytes));
+          formats->insert(formats->begin(), offered(Pasteboard::pngType, bytes));
       },
       alive_, [this, formats] { pasteboard_.write(std::move(*formats)); });
 }

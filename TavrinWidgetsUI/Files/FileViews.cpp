@@ -99,10 +99,7 @@ AnyView filesWideTile(const FilesReading& reading, const TileSize& size,
   const QColor quiet = palette::caption(mix(ground, groundEnd, 0.5));
   if (reading.files.empty() || reading.hasTrouble) {
     content.mark = emptyMark(reading, body * 0.5);
-    content.middle = text(stateWords(reading))
-                         .size(std::max(body * 0.2, minimumTypeSize))
-                         .colour(quiet)
-                         .lines(2);
+    content.middle = text(stateWords(reading)).size(size.words(0.2)).colour(quiet).lines(2);
     return wideTile(content, size);
   }
   const auto& newest = reading.files.front();
@@ -115,15 +112,14 @@ AnyView filesWideTile(const FilesReading& reading, const TileSize& size,
     about << newest.bytes;
   if (reading.unfinished > 0)
     about = {QStringLiteral("Downloading %1").arg(reading.unfinished)};
-  content.middle = vstack({text(newest.title)
-                               .size(std::max(body * 0.22, minimumTypeSize))
-                               .weight(FontWeight::semibold)
-                               .colour(palette::figure(ground)),
-                           text(about.join(QStringLiteral(" · ")))
-                               .size(std::max(body * 0.17, minimumTypeSize))
-                               .colour(quiet)})
-                       .align(Alignment::leading)
-                       .spacing(body * 0.05);
+  content.middle =
+      vstack({text(newest.title)
+                  .size(size.words(0.22))
+                  .weight(FontWeight::semibold)
+                  .colour(palette::figure(ground)),
+              text(about.join(QStringLiteral(" · "))).size(size.words(0.17)).colour(quiet)})
+          .align(Alignment::leading)
+          .spacing(body * 0.05);
   content.actions.push_back({{"open", open}, "arrow.up.right", "Open " + newest.title, false});
   return wideTile(content, size);
 }

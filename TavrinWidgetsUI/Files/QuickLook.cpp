@@ -7,6 +7,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 #include "TavrinWidgetsUI/Kit/Pictures/Thumbnail.h"
+#include "TavrinWidgetsUI/Kit/Views/PlainWords.h"
 
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -90,7 +91,7 @@ void QuickLook::showContents(const Contents& contents) {
       pixmap.setDevicePixelRatio(devicePixelRatioF() * std::max(shown.height() / room.height(),
                                                                 shown.width() / room.width()));
     picture_->setPixmap(pixmap);
-    picture_->setAccessibleName(fileTitle(file_));
+    picture_->setAccessibleName(plainWords(fileTitle(file_)));
   } else if (contents.text) {
     text_->setText(*contents.text);
     text_->setFocus();

@@ -112,10 +112,8 @@ AnyView screenshotWideTile(const ScreenshotReading& reading, const TileSize& siz
     content.mark = zstack(
         {stateMark(reading, body * 0.3), corners(0.26, 0.07).frame(body * 0.56, body * 0.56)});
     content.caption = reading.isKnown ? QString() : QStringLiteral("Screenshots");
-    content.middle = text(spokenState(reading))
-                         .size(std::max(body * 0.19, minimumTypeSize))
-                         .colour(palette::caption(ground))
-                         .lines(2);
+    content.middle =
+        text(spokenState(reading)).size(size.words(0.19)).colour(palette::caption(ground)).lines(2);
     content.label = QStringLiteral("Screenshots");
     content.value = spokenState(reading);
     return wideTile(content, size);
@@ -140,11 +138,9 @@ AnyView screenshotWideTile(const ScreenshotReading& reading, const TileSize& siz
   const double left = room - (width + gap) * double(row.size());
   if (left > body * 0.7) {
     const auto& newest = reading.shots.front();
-    row.push_back(vstack({text("Newest")
-                              .size(std::max(body * 0.17, minimumTypeSize))
-                              .colour(palette::caption(ground)),
+    row.push_back(vstack({text("Newest").size(size.words(0.17)).colour(palette::caption(ground)),
                           text(newest.moment)
-                              .size(std::max(body * 0.22, minimumTypeSize))
+                              .size(size.words(0.22))
                               .weight(FontWeight::semibold)
                               .colour(palette::figure(ground))})
                       .align(Alignment::leading)

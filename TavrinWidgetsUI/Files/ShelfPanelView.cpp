@@ -4,6 +4,7 @@
 #include "TavrinWidgetsUI/Files/QuickLook.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelToolTip.h"
 
 #include <algorithm>
 
@@ -40,7 +41,7 @@ ShelfPanelView::ShelfPanelView(const PanelAppearance& appearance, ShelfModel& mo
     services_.copy(there);
   });
   clear_ = new PanelButton(PanelButton::Kind::faint, "Clear", [this] { services_.clear(); });
-  clear_->setToolTip("Takes everything off the shelf; the files stay where they are");
+  setPlainToolTip(clear_, "Takes everything off the shelf; the files stay where they are");
   clear_->setAccessibleDescription(clear_->toolTip());
   addFooterButton(copyAll_);
   addFooterButton(clear_);

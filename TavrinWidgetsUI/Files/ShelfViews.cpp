@@ -44,7 +44,7 @@ AnyView standing(const ShelfReading& reading, const TileSize& size, double room,
 
 AnyView countText(const ShelfReading& reading, const TileSize& size) {
   return text(QString::number(reading.count))
-      .size(std::max(size.body() * 0.2, minimumTypeSize))
+      .size(size.words(0.2))
       .weight(FontWeight::semibold)
       .colour(palette::figure(wall))
       .figure(minimumTypeSize);
@@ -101,9 +101,8 @@ AnyView shelfWideTile(const ShelfReading& reading, const TileSize& size) {
   std::vector<AnyView> layers{rectangle().gradient(wall, wallEnd)};
   if (reading.count == 0) {
     layers.push_back(
-        hstack({emptyPlace(body * 0.42), text("Drop files")
-                                             .size(std::max(body * 0.2, minimumTypeSize))
-                                             .colour(palette::caption(wall))})
+        hstack({emptyPlace(body * 0.42),
+                text("Drop files").size(size.words(0.2)).colour(palette::caption(wall))})
             .spacing(body * 0.16)
             .padding(Insets{inset, 0, inset, body * (1 - boardTop + 0.08)})
             .fill(Alignment::bottomLeading));

@@ -11,11 +11,6 @@ GitHubModel::GitHubModel(Clock& clock, RunLoop& runLoop, Workspace& workspace, G
   refresh();
 }
 
-GitHubSettings GitHubModel::settings() const {
-  const auto* settings = widget_.kind.get<GitHubSettings>();
-  return settings ? *settings : GitHubSettings{};
-}
-
 void GitHubModel::setWidget(const DockWidget& widget) {
   const GitHubSettings before = settings();
   widget_ = widget;

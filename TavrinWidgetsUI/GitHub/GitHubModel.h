@@ -25,7 +25,7 @@ public:
   /// Other settings are asked for at once. Does not call `onChange`.
   void setWidget(const DockWidget& widget);
   /// Those of the widget; the defaults when it is of another kind.
-  GitHubSettings settings() const;
+  GitHubSettings settings() const { return widget_.kind.settings<GitHubSettings>(); }
 
   /// What GitHub had last: kept while it cannot be reached.
   const std::vector<GitHubItem>& items() const { return items_; }

@@ -129,8 +129,7 @@ void GitHubPanelView::showState() {
   state_->setStep({}, {});
   if (!isTrouble) {
     state_->setSentence(model_.hasRead() ? "checkmark.circle" : "arrow.triangle.pull",
-                        model_.hasRead() ? nothingText(model_.settings().shows)
-                                         : QString("Asking GitHub"));
+                        model_.hasRead() ? nothingText : "Asking GitHub");
     return;
   }
   state_->setStep("Try Again", [this] { model_.refresh(); });

@@ -31,31 +31,13 @@ std::string shortened(std::string_view text) {
 
 } // namespace
 
-std::vector<std::string> GitHubSource::usualPlaces() {
-  return {"/opt/homebrew/bin/gh",  "/usr/local/bin/gh",
-          "/opt/local/bin/gh",     "~/.local/bin/gh",
-          "/usr/bin/gh",           "/bin/gh",
-          "/snap/bin/gh",          "/home/linuxbrew/.linuxbrew/bin/gh",
-          "~/.linuxbrew/bin/gh",   "~/bin/gh",
-          "~/.nix-profile/bin/gh", "/run/current-system/sw/bin/gh"};
-}
-
-GitHubSource::GitHubSource(RunLoop& runLoop, ProcessRunner& processes,
-                           const FileManager& fileManager, const UserDefaults& defaults,
-                           Options options)
-    : runLoop_(runLoop), processes_(processes), fileManager_(fileManager), defaults_(defaults),
-      options_(std::move(options)) {}
-
 std::optional<fs::path> GitHubSource::toolURL() const {
   if (const auto chosen = defaults_.value(pathDefault); chosen && chosen->string() != nullptr)
     if (const fs::path path = *chosen->string(); path.is_absolute() && isExecutable(path))
       return path;
-  for (const auto& place : options_.places) {
-    const fs::path path =
-        place.starts_with('~') ? fileManager_.homeFolder() / place.substr(2) : fs::path(place);
-    if (isExecutable(path))
+  for (const auto& folder : fileManager_.toolFolders())
+    if (const fs::path path = folder / "gh"; isExecutable(path))
       return path;
-  }
   return std::nullopt;
 }
 
@@ -64,11 +46,11 @@ ProcessRequest GitHubSource::request(const fs::path& tool, const GitHubSettings&
   request.program = tool.string();
   request.arguments = GitHubQuery::arguments(settings);
   request.environment = {{"HOME", fileManager_.homeFolder().string()},
-                         {"PATH", "/usr/bin:/bin:/usr/sbin:/sbin"},
+                         {"PATH", ProcessRequest::systemPath},
                          {"NO_COLOR", "1"},
                          {"GH_NO_UPDATE_NOTIFIER", "1"}};
   request.inheritsEnvironment = false;
-  request.timeLimit = options_.timeLimit;
+  request.timeLimit = timeLimit_;
   return request;
 }
 

@@ -34,21 +34,13 @@ public:
 
   static constexpr const char* pathDefault = "GitHubCLIPath";
 
-  struct Options {
-    /// Where gh may be; what begins with a tilde is in the user's home.
-    std::vector<std::string> places = usualPlaces();
-    /// Seconds after which gh is ended.
-    double timeLimit = 20;
-  };
-  static std::vector<std::string> usualPlaces();
-
+  /// gh is ended after `timeLimit` seconds.
   GitHubSource(RunLoop& runLoop, ProcessRunner& processes, const FileManager& fileManager,
-               const UserDefaults& defaults, Options options);
-  GitHubSource(RunLoop& runLoop, ProcessRunner& processes, const FileManager& fileManager,
-               const UserDefaults& defaults)
-      : GitHubSource(runLoop, processes, fileManager, defaults, Options{}) {}
+               const UserDefaults& defaults, double timeLimit = 20)
+      : runLoop_(runLoop), processes_(processes), fileManager_(fileManager), defaults_(defaults),
+        timeLimit_(timeLimit) {}
 
-  /// The first place where gh is: the user default "GitHubCLIPath", then the places in their order.
+  /// The first place where gh is: the user default "GitHubCLIPath", then the folders of tools.
   std::optional<std::filesystem::path> toolURL() const;
   bool isAvailable() const { return toolURL().has_value(); }
 
@@ -68,7 +60,7 @@ private:
   ProcessRunner& processes_;
   const FileManager& fileManager_;
   const UserDefaults& defaults_;
-  Options options_;
+  double timeLimit_;
 };
 
 } // namespace tavrin

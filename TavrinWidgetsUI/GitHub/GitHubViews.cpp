@@ -60,7 +60,7 @@ QString listCaption(const GitHubReading& reading) {
 QString stateText(const GitHubReading& reading) {
   if (reading.hasRead)
     return reading.settings.shows != GitHubShows::contributions && reading.items.empty()
-               ? nothingText(reading.settings.shows)
+               ? QString(nothingText)
                : QString();
   return reading.trouble ? shortText(*reading.trouble) : QString("Asking GitHub");
 }
@@ -68,7 +68,7 @@ QString stateText(const GitHubReading& reading) {
 /// The same for a wide tile without room.
 QString leastStateText(const GitHubReading& reading) {
   if (reading.hasRead)
-    return reading.settings.shows == GitHubShows::myPullRequests ? "None open" : "Nothing waiting";
+    return "Nothing waiting";
   if (!reading.trouble)
     return "Asking GitHub";
   switch (reading.trouble->kind) {
@@ -95,7 +95,7 @@ AnyView mark(const GitHubReading& reading) {
 }
 
 /// Badge, title, age: one line of a wide tile's list.
-AnyView itemLine(const GitHubItem& item, Date now, double points,
+AnyView itemLine(const GitHubItem& item, Date now, const TileSize& size, double points,
                  const std::function<void(const std::string&)>& open) {
   const double badge = points * 0.62;
   const AnyView line =
@@ -107,7 +107,7 @@ AnyView itemLine(const GitHubItem& item, Date now, double points,
                   .weight(FontWeight::medium)
                   .colour(palette::figure(ground))
                   .fillWidth(),
-              text(agoText(item.updatedAt, now)).size(points).colour(palette::caption(ground))})
+              text(agoText(item.updatedAt, now)).size(points).colour(size.quietInk(ground))})
           .spacing(points * 0.5);
   const QString name = QString::fromStdString(item.title) + ", " + itemText(item);
   return open ? line.button({"open " + item.url, [open, url = item.url] { open(url); }}, name)
@@ -116,14 +116,21 @@ AnyView itemLine(const GitHubItem& item, Date now, double points,
 
 AnyView itemLines(const GitHubReading& reading, Date now, const TileSize& size,
                   const std::function<void(const std::string&)>& open) {
-  const double points = std::max(size.body() * 0.155, minimumTypeSize);
+  const double points = size.words(0.155);
   const double pitch = points * 1.62;
   const auto fitting =
       std::max<std::size_t>(1, static_cast<std::size_t>((size.body() * 0.86) / pitch));
   std::vector<AnyView> lines;
+  if (const auto failing = GitHubBoard::failing(reading.items); failing > 0)
+    lines.push_back(text(failingText(failing).trimmed())
+                        .size(points)
+                        .weight(FontWeight::semibold)
+                        .colour(withContrast(checksColour(GitHubChecks::failing), ground))
+                        .height(pitch, Alignment::leading)
+                        .fillWidth());
   for (const auto& item : reading.items)
     if (lines.size() < fitting)
-      lines.push_back(itemLine(item, now, points, open).height(pitch, Alignment::leading));
+      lines.push_back(itemLine(item, now, size, points, open).height(pitch, Alignment::leading));
   return vstack(std::move(lines));
 }
 
@@ -143,7 +150,7 @@ AnyView contributionsWideTile(const GitHubReading& reading, const TileSize& size
                                   text(isShort                       ? "streak"
                                        : contributions.streak() == 1 ? "day in a row"
                                                                      : "days in a row")
-                                      .size(std::max(size.body() * 0.14, minimumTypeSize))
+                                      .size(size.words(0.14))
                                       .colour(palette::caption(ground))})
                               .align(Alignment::leading)
                               .frame(wordsWidth, height, Alignment::leading);
@@ -170,10 +177,6 @@ QString shortText(const GitHubSource::Trouble& trouble) {
     return "Could not reach GitHub";
   }
   return {};
-}
-
-QString nothingText(GitHubShows shows) {
-  return shows == GitHubShows::myPullRequests ? "No open pull requests" : "Nothing waiting on you";
 }
 
 QString failingText(std::int64_t failing) {
@@ -241,6 +244,7 @@ AnyView gitHubTileIcon(const GitHubReading& reading, const TileSize& size) {
     content.widestFigure = "88";
     content.caption = listCaption(reading);
   }
+  content.sentence = stateText(reading);
   content.label = "GitHub";
   content.value = content.state == TileState::live ? content.figure + " " + content.caption
                                                    : stateText(reading);

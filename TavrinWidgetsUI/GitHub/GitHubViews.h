@@ -20,7 +20,7 @@ struct GitHubReading {
 /// The words for a trouble, short for tiles.
 QString shortText(const GitHubSource::Trouble& trouble);
 /// What an empty list says.
-QString nothingText(GitHubShows shows);
+inline constexpr const char* nothingText = "Nothing waiting on you";
 /// "3 failing ".
 QString failingText(std::int64_t failing);
 /// "Failing · owner/name #12".

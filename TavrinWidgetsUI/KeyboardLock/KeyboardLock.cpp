@@ -1,5 +1,7 @@
 #include "TavrinWidgetsUI/KeyboardLock/KeyboardLock.h"
 
+#include "TavrinCore/Text/ComputerWords.h"
+
 #include <algorithm>
 
 namespace tavrin {
@@ -8,10 +10,12 @@ namespace {
 constexpr std::string_view notPermitted =
     "Tavrin needs the Accessibility permission to hold the keyboard.";
 constexpr std::string_view secureInput =
-    "A password field has the keyboard, and macOS lets nothing hold it then. Leave the field and "
+    "A password field has the keyboard, and {macOS} lets nothing hold it then. Leave the field and "
     "lock again.";
 constexpr std::string_view screenLocked = "The screen is locked, so the keyboard stays free.";
-constexpr std::string_view refused = "macOS refused the lock. Try again in a moment.";
+constexpr std::string_view refused = "{macOS} refused the lock. Try again in a moment.";
+constexpr std::string_view holdLost =
+    "The lock ended because the keyboard could not be held any longer.";
 constexpr double minute = 60;
 /// The blocker's own limit is for the case that nobody counts here any more.
 constexpr double limitMargin = 2;
@@ -58,13 +62,18 @@ void KeyboardLock::lock() {
   const double limit = longest(settings_);
   blocker_ = blocker.hold(settings_.locksPointer, limit > 0 ? limit + limitMargin : 0,
                           {[this](InputBlocker::Outcome outcome) { started(outcome); },
-                           [this](int eventType) { handle(eventType); }, [this] { unlock(); }});
+                           [this](int eventType) { handle(eventType); }, [this] { lost(); }});
   changed();
 }
 
 void KeyboardLock::refuse(std::string_view reason) {
-  trouble_ = reason;
+  trouble_ = localSentence(reason);
   changed();
+}
+
+void KeyboardLock::lost() {
+  trouble_ = holdLost;
+  unlock();
 }
 
 void KeyboardLock::started(InputBlocker::Outcome outcome) {

@@ -54,7 +54,7 @@ public:
   void setSettings(const KeyboardLockSettings& settings);
   const UnlockHold& hold() const { return hold_; }
   const Swallowed& swallowed() const { return swallowed_; }
-  /// Why the last lock was refused; empty when it was not.
+  /// Why the last lock was refused, or ended before its time; else empty.
   const std::string& trouble() const { return trouble_; }
   Date now() const { return services_.clock.now(); }
 
@@ -64,6 +64,8 @@ public:
 private:
   void refuse(std::string_view reason);
   void started(InputBlocker::Outcome outcome);
+  /// The hold is over before its time.
+  void lost();
   /// One input event; whether it is swallowed.
   bool handle(int eventType);
   void check();

@@ -1,9 +1,11 @@
 #include "TavrinWidgetsUI/KeyboardLock/KeyboardLockViews.h"
 
 #include "TavrinCore/Kinds/Runs/TimerRun.h"
+#include "TavrinCore/Text/ComputerWords.h"
 #include "TavrinWidgetsUI/KeyboardLock/KeyboardLock.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Views/Utf8.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewWidget.h"
 
 #include <algorithm>
@@ -22,6 +24,10 @@ QString timeText(int seconds) {
 
 QString countdown(const KeyboardLockStatus& status) {
   return status.secondsLeft ? "Unlocks by itself in " + timeText(*status.secondsLeft) : QString();
+}
+
+QString lockedText() {
+  return utf8(localSentence("Nothing you press reaches the {Mac}. Clean at your own pace."));
 }
 
 QString stateText(const KeyboardLockStatus& status) {
@@ -86,12 +92,12 @@ AnyView keyboardLockWideTile(const QString& name, const KeyboardLockStatus& stat
   content.caption = name;
   content.middle =
       vstack({text(name)
-                  .size(std::max(size.body() * 0.17, minimumTypeSize))
+                  .size(size.words(0.17))
                   .weight(FontWeight::medium)
                   .colour(palette::caption(content.ground)),
               text(status.isLocked && status.secondsLeft ? timeText(*status.secondsLeft)
                                                          : stateText(status))
-                  .size(std::max(size.body() * 0.25, minimumTypeSize))
+                  .size(size.words(0.25))
                   .weight(FontWeight::semibold)
                   .colour(palette::figure(content.ground))})
           .align(Alignment::leading)
@@ -125,7 +131,7 @@ AnyView keyboardLockScreen(const KeyboardLockStatus& status, const QSizeF& size,
            ink)
           .weight(FontWeight::semibold)
           .padding({0, unit, 0, 0}),
-      line("Nothing you press reaches the Mac. Clean at your own pace.", unit, quiet)};
+      line(lockedText(), unit, quiet)};
   if (status.secondsLeft)
     lines.push_back(line(countdown(status), unit, ink).widest(widestDigits(countdown(status))));
   if (status.locksPointer)
@@ -169,9 +175,8 @@ void KeyboardLockPanelView::refresh() {
   picture_->setView(lockMark(status.isLocked, colours().text, colours().ground, pictureHeight)
                         .frame(pictureHeight, pictureHeight));
   picture_->setName(stateText(status));
-  description_->setWords(status.isLocked
-                             ? "Nothing you press reaches the Mac. Clean at your own pace."
-                             : keyboardLockDescription(status.locksPointer));
+  description_->setWords(status.isLocked ? lockedText()
+                                         : keyboardLockDescription(status.locksPointer));
   hint_->setWords(status.isLocked && status.secondsLeft ? countdown(status)
                   : !actions_.lock      ? "The keyboard is locked from Tavrin's own Dock."
                   : status.locksPointer ? holdHint(status.holdSeconds)

@@ -21,11 +21,6 @@ MusicModel::MusicModel(MediaPlayers& players, Clock& clock, RunLoop& runLoop, Do
   schedule();
 }
 
-MusicSettings MusicModel::settings() const {
-  const auto* found = widget_.kind.get<MusicSettings>();
-  return found != nullptr ? *found : MusicSettings{};
-}
-
 void MusicModel::setWidget(const DockWidget& widget) {
   widget_ = widget;
   loadCover();

@@ -20,7 +20,7 @@ public:
   const DockWidget& widget() const { return widget_; }
   /// Does not call `onChange`.
   void setWidget(const DockWidget& widget);
-  MusicSettings settings() const;
+  MusicSettings settings() const { return widget_.kind.settings<MusicSettings>(); }
   Date now() const { return clock_.now(); }
 
   bool isAvailable() const { return players_.isAvailable(); }

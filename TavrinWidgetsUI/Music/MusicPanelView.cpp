@@ -4,6 +4,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelToolTip.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewWidget.h"
 #include "TavrinWidgetsUI/Music/MusicViews.h"
 
@@ -32,7 +33,7 @@ QString clockText(double seconds) {
 QSlider* makeSlider(const QString& name) {
   auto* slider = new QSlider(Qt::Horizontal);
   slider->setAccessibleName(name);
-  slider->setToolTip(name);
+  setPlainToolTip(slider, name);
   return slider;
 }
 

@@ -54,7 +54,7 @@ AnyView coverTile(const MediaPlayer& player, const QImage& cover, const MusicSet
   if (!isPlaying)
     layers.push_back(rectangle().fill(QColor(0, 0, 0, 110)));
   if (size.hasCaption()) {
-    const double points = std::max(size.caption(), minimumTypeSize);
+    const double points = size.caption();
     layers.push_back(rectangle()
                          .gradient(QColor(0, 0, 0, 1), QColor(0, 0, 0, 225))
                          .height(body * scrimShare)
@@ -82,7 +82,7 @@ AnyView words(const MediaPlayer& player, const MusicSettings& settings, const Ti
   const QColor ground = mix(groundTop, groundEnd, 0.5);
   const bool isTwoLines = settings.showsArtist && !player.playback.track.artist.empty();
   const AnyView title = text(trackTitle(player))
-                            .size(std::max(body * 0.235, minimumTypeSize))
+                            .size(size.words(0.235))
                             .weight(FontWeight::semibold)
                             .colour(palette::figure(ground))
                             .lines(isTwoLines ? 1 : 2);
@@ -92,9 +92,7 @@ AnyView words(const MediaPlayer& player, const MusicSettings& settings, const Ti
                                       : QString();
   if (second.isEmpty())
     return title;
-  return vstack({title, text(second)
-                            .size(std::max(body * 0.185, minimumTypeSize))
-                            .colour(palette::caption(ground))})
+  return vstack({title, text(second).size(size.words(0.185)).colour(palette::caption(ground))})
       .align(Alignment::leading)
       .spacing(body * 0.04);
 }
@@ -167,7 +165,7 @@ AnyView musicWideTile(const MediaPlayer* player, const QImage& cover, const Musi
     content.mark = note(size.body() * 0.5, musicTint).opacity(pausedOpacity);
     content.caption = "Music";
     content.middle = text("Nothing playing")
-                         .size(std::max(size.body() * 0.22, minimumTypeSize))
+                         .size(size.words(0.22))
                          .weight(FontWeight::semibold)
                          .lines(2)
                          .colour(palette::caption(groundTop));

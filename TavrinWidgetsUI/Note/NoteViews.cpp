@@ -8,6 +8,8 @@ namespace {
 
 /// Text's own line height by its size.
 constexpr double lineRatio = 1.2;
+/// A note is read, not glanced at.
+constexpr double leastPoints = 7.5;
 
 void drawRules(QPainter& painter, const QRectF& rect, const NoteRules& rules) {
   painter.setPen(Qt::NoPen);
@@ -26,7 +28,7 @@ QString written(const NoteSettings& note) {
 AnyView paper(const NoteSettings& note, const TileSize& size) {
   const QColor paper = notePaper(note.colorHex);
   const QColor ink = noteInk(paper);
-  const double points = std::max(size.body() * 0.135, minimumTypeSize);
+  const double points = std::max(size.words(0.135), leastPoints);
   const double pitch = points * lineRatio;
   const double margin = size.body() * 0.11;
   const double top = size.body() * 0.085;

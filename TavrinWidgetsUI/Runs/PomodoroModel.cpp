@@ -5,11 +5,6 @@ namespace tavrin {
 PomodoroModel::PomodoroModel(Clock& clock, DockWidget widget, const PomodoroRun& run)
     : clock_(clock), widget_(std::move(widget)), run_(run), now_(clock.now()) {}
 
-PomodoroSettings PomodoroModel::settings() const {
-  const auto* settings = widget_.kind.get<PomodoroSettings>();
-  return settings ? *settings : PomodoroSettings{};
-}
-
 void PomodoroModel::toggle() {
   tick();
   if (run_.isRunning())

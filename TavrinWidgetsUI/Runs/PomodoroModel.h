@@ -17,7 +17,7 @@ public:
   /// The run goes on as it is, by the new settings. Does not call `onChange`.
   void setWidget(const DockWidget& widget) { widget_ = widget; }
   /// Those of the widget; the defaults when it is of another kind.
-  PomodoroSettings settings() const;
+  PomodoroSettings settings() const { return widget_.kind.settings<PomodoroSettings>(); }
 
   const PomodoroRun& run() const { return run_; }
   /// The moment that views show.

@@ -2,6 +2,7 @@
 
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelToolTip.h"
 #include "TavrinWidgetsUI/Kit/Views/View.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewWidget.h"
 #include "TavrinWidgetsUI/Runs/PomodoroViews.h"
@@ -22,14 +23,14 @@ PomodoroPanelView::PomodoroPanelView(const PanelAppearance& appearance, Pomodoro
   primary_ = new PanelButton(PanelButton::Kind::prominent, {}, [this] { model_.toggle(); });
   add(primary_);
   auto* skip = new PanelButton(PanelButton::Kind::quiet, "Skip", [this] { model_.skip(); });
-  skip->setToolTip("Goes on to the next phase. A skipped focus phase does not count.");
+  setPlainToolTip(skip, "Goes on to the next phase. A skipped focus phase does not count.");
   reset_ = new PanelButton(PanelButton::Kind::quiet, "Reset", [this] { model_.reset(); });
-  reset_->setToolTip("Starts this phase over");
+  setPlainToolTip(reset_, "Starts this phase over");
   addRow({skip, reset_});
   setEditButton("Edit Pomodoro…", std::move(onEdit));
   resetAll_ =
       new PanelButton(PanelButton::Kind::faint, "Reset All", [this] { model_.resetEverything(); });
-  resetAll_->setToolTip("Back to the first focus phase, with no sessions today");
+  setPlainToolTip(resetAll_, "Back to the first focus phase, with no sessions today");
   addFooterButton(resetAll_);
   refresh();
 }

@@ -103,18 +103,14 @@ AnyView pomodoroWideTile(const PomodoroRun& run, const PomodoroSettings& setting
                          const TileSize& size, const PomodoroActions& actions) {
   const QString time = timeText(run, settings, now);
   const QString phase = latin(title(run.phase));
-  QStringList captions{phase};
+  QString caption = phase;
   if (run.phase == PomodoroPhase::focus)
-    captions.prepend(QStringLiteral("%1 %2/%3")
-                         .arg(phase)
-                         .arg(run.displayedCycle(settings))
-                         .arg(settings.cycles()));
-  if (run.phase == PomodoroPhase::longBreak)
-    captions.append(latin(title(PomodoroPhase::shortBreak)));
+    caption += QStringLiteral(" %1/%2").arg(run.displayedCycle(settings)).arg(settings.cycles());
   WideTileContent content;
   content.tint = PomodoroPalette::tint(run.phase);
-  content.middle = wideRunText(captions, time, size);
-  content.label = captions.front();
+  const bool isBroken = run.phase == PomodoroPhase::longBreak && size.span == 2;
+  content.middle = wideRunText({isBroken ? caption.split(u' ') : QStringList{caption}}, time, size);
+  content.label = caption;
   content.value = time + spokenState(run);
   content.actions = {{{"pomodoro.toggle", actions.toggle},
                       run.isRunning() ? "pause.fill" : "play.fill",

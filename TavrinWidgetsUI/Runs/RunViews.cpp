@@ -11,15 +11,21 @@ QColor runTint(const QColor& tint, bool isRunning, const QColor& ground) {
   return isRunning ? visible : mix(visible, ground, 0.45);
 }
 
-AnyView wideRunText(const QStringList& captions, const QString& time, const TileSize& size) {
-  const double points = std::max(size.body() * 0.19, minimumTypeSize);
+AnyView wideRunText(const std::vector<QStringList>& captions, const QString& time,
+                    const TileSize& size) {
   std::vector<AnyView> candidates;
-  for (const QString& caption : captions)
-    candidates.push_back(text(caption)
-                             .size(points)
-                             .weight(FontWeight::medium)
-                             .colour(palette::caption())
-                             .figure(std::max(points * 0.85, minimumTypeSize)));
+  for (const QStringList& lines : captions) {
+    const double points = size.words(lines.size() > 1 ? 0.17 : 0.19);
+    std::vector<AnyView> column;
+    for (const QString& line : lines)
+      column.push_back(text(line)
+                           .size(points)
+                           .weight(FontWeight::medium)
+                           .colour(size.quietInk())
+                           .figure(std::max(points * 0.85, size.words(0))));
+    candidates.push_back(
+        vstack(std::move(column)).align(Alignment::leading).spacing(points * 0.22));
+  }
   const AnyView figure = text(time)
                              .size(size.figure())
                              .weight(FontWeight::semibold)

@@ -14,8 +14,10 @@ QString widestClockText(const QString& text);
 /// The tint of a run's gauge on a tile's ground: full while it runs, dimmed while it does not.
 QColor runTint(const QColor& tint, bool isRunning, const QColor& ground = palette::ground);
 
-/// The two lines of a wide tile: the first of `captions` that fits, whole words, above `time`.
-AnyView wideRunText(const QStringList& captions, const QString& time, const TileSize& size);
+/// What a wide tile says: the first of `captions` that fits, each a line or two of whole words,
+/// above `time`.
+AnyView wideRunText(const std::vector<QStringList>& captions, const QString& time,
+                    const TileSize& size);
 
 /// A wide tile whose gauge is a ring with `symbol` in it where there is room, else its border.
 AnyView wideRunTile(WideTileContent content, double progress, bool isRunning,

@@ -9,6 +9,8 @@ namespace tavrin {
 namespace {
 
 constexpr double fullTurn = 360;
+/// Within a smaller dial the time would have to be smaller than a figure may be.
+constexpr double smallestDialWithTime = 56;
 
 struct Hand {
   double progress;
@@ -121,7 +123,7 @@ QString stopwatchToggleTitle(const StopwatchRun& run) {
 AnyView stopwatchTileIcon(const StopwatchRun& run, Date now, const TileSize& size) {
   const double side = size.body() * 0.88;
   StopwatchDial face = dial(run, now, side);
-  if (size.hasCaption())
+  if (size.side >= smallestDialWithTime)
     face.time = timeText(run, now);
   return tile(palette::ground, face.view(side), size)
       .accessibility("Stopwatch", timeText(run, now) + ", " + spokenState(run));
@@ -134,9 +136,9 @@ AnyView stopwatchWideTile(const StopwatchRun& run, Date now, const TileSize& siz
   const double side = size.body() - 2 * size.padding();
   if (size.span > 2)
     content.mark = dial(run, now, side).view(side);
-  QStringList captions{QStringLiteral("Lap %1").arg(run.laps.size() + 1)};
+  std::vector<QStringList> captions{{QStringLiteral("Lap %1").arg(run.laps.size() + 1)}};
   if (run.laps.empty())
-    captions.prepend(QStringLiteral("Stopwatch"));
+    captions.insert(captions.begin(), {QStringLiteral("Stopwatch")});
   content.middle = wideRunText(captions, time, size);
   content.tint = stopwatchTint;
   content.label = "Stopwatch";

@@ -7,11 +7,6 @@ namespace tavrin {
 TimerModel::TimerModel(Clock& clock, DockWidget widget, const TimerRun& run)
     : clock_(clock), widget_(std::move(widget)), run_(run), now_(clock.now()) {}
 
-TimerSettings TimerModel::settings() const {
-  const auto* settings = widget_.kind.get<TimerSettings>();
-  return settings ? *settings : TimerSettings{};
-}
-
 QColor TimerModel::tint() const {
   return colourFromHex(settings().tintHex, *colourFromHex(TimerSettings::defaultTintHex));
 }

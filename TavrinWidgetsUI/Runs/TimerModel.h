@@ -42,7 +42,7 @@ public:
   std::function<void()> onChange;
 
 private:
-  TimerSettings settings() const;
+  TimerSettings settings() const { return widget_.kind.settings<TimerSettings>(); }
   void changed() const;
 
   Clock& clock_;

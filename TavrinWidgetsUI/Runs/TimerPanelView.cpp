@@ -5,6 +5,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelSegments.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelToolTip.h"
 #include "TavrinWidgetsUI/Kit/Views/View.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewWidget.h"
 #include "TavrinWidgetsUI/Runs/RunViews.h"
@@ -103,7 +104,7 @@ void TimerPanelView::fillPresets() {
     const double seconds = presets[static_cast<std::size_t>(i)];
     auto* button = new PanelButton(PanelButton::Kind::quiet, timerPresetTitle(seconds),
                                    [this, seconds] { model_.startCountdown(seconds); });
-    button->setToolTip("Starts " + QString::fromStdString(clockText(wholeSeconds(seconds))));
+    setPlainToolTip(button, "Starts " + QString::fromStdString(clockText(wholeSeconds(seconds))));
     // All as wide as the row allows, however long their titles.
     button->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     button->setMinimumWidth(1);

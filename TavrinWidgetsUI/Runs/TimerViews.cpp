@@ -61,7 +61,9 @@ AnyView timerWideTile(const TimerRun& run, Date now, const QColor& tint, const T
   const QString state = timerStateWord(run, now);
   WideTileContent content;
   content.tint = runTint(tint, true);
-  content.middle = wideRunText({mode + QStringLiteral(" · ") + state, state, mode}, time, size);
+  content.middle = wideRunText({size.span > 2 ? QStringList{mode + QStringLiteral(" · ") + state}
+                                              : QStringList{mode, state}},
+                               time, size);
   content.label = mode;
   content.value = time + QStringLiteral(", ") + state;
   content.actions = {{{"timer.toggle", actions.toggle},

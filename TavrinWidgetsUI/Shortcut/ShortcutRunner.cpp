@@ -30,11 +30,6 @@ DesktopActionName DesktopActionName::parse(const std::string& text) {
 ShortcutRunner::ShortcutRunner(Services services, DockWidget widget)
     : services_(services), widget_(std::move(widget)) {}
 
-ShortcutSettings ShortcutRunner::settings() const {
-  const auto* found = widget_.kind.get<ShortcutSettings>();
-  return found != nullptr ? *found : ShortcutSettings{};
-}
-
 QString ShortcutRunner::title() const {
   const auto own = settings().title;
   return QString::fromStdString(trimmed(own).empty() ? widget_.name : own);

@@ -55,7 +55,7 @@ public:
   const DockWidget& widget() const { return widget_; }
   /// A run goes on as it was begun. Does not call `onChange`.
   void setWidget(const DockWidget& widget) { widget_ = widget; }
-  ShortcutSettings settings() const;
+  ShortcutSettings settings() const { return widget_.kind.settings<ShortcutSettings>(); }
   /// The action's name.
   QString title() const;
   /// What it does, in the user's own words: the command or the desktop action.

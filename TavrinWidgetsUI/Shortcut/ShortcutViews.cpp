@@ -152,11 +152,11 @@ AnyView shortcutWideTile(const ShortcutTileState& state, const ShortcutSettings&
   content.state = tileState(state);
   const QColor middle = mix(grounds.top, grounds.end, 0.5);
   content.middle = vstack({text(state.title)
-                               .size(std::max(size.body() * 0.235, minimumTypeSize))
+                               .size(size.words(0.235))
                                .weight(FontWeight::semibold)
                                .colour(grounds.ink),
                            text(size.span < 4 ? shortWord(state) : word(state))
-                               .size(std::max(size.body() * 0.185, minimumTypeSize))
+                               .size(size.words(0.185))
                                .colour(palette::caption(middle))})
                        .align(Alignment::leading)
                        .spacing(size.body() * 0.04);

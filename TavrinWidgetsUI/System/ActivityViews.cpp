@@ -38,11 +38,11 @@ Text figure(const Gauge& gauge, double points) {
       .figure(minimumTypeSize);
 }
 
-Text caption(const Gauge& gauge, double points) {
+Text caption(const Gauge& gauge, const TileSize& size, double ratio) {
   return text(gauge.shortName)
-      .size(std::max(points, minimumTypeSize))
+      .size(size.words(ratio))
       .weight(FontWeight::medium)
-      .colour(palette::caption())
+      .colour(size.quietInk())
       .align(TextAlignment::centre);
 }
 
@@ -53,7 +53,7 @@ AnyView barsTile(const std::vector<Gauge>& shown, const TileSize& size) {
   for (const auto& gauge : shown) {
     const AnyView column =
         bar(gauge.value).tint(gauge.tint).track(palette::track).frame(width, height);
-    columns.push_back(size.hasCaption() ? vstack({column, caption(gauge, size.caption() * 0.95)})
+    columns.push_back(size.hasCaption() ? vstack({column, caption(gauge, size, 0.128)})
                                               .spacing(size.body() * 0.05)
                                               .width(size.body() * 0.43)
                                         : column);
@@ -72,7 +72,7 @@ AnyView numbersTile(const std::vector<Gauge>& shown, const TileSize& size) {
                                .widest("100%");
     const double dot = size.body() * 0.085;
     rows.push_back(hasName
-                       ? vstack({number, caption(gauge, size.body() * 0.115)
+                       ? vstack({number, caption(gauge, size, 0.115)
                                              .colour(withContrast(gauge.tint, palette::ground))})
                        : hstack({circle().fill(gauge.tint).frame(dot, dot), number})
                              .spacing(size.body() * 0.06));
@@ -91,7 +91,7 @@ AnyView ringsTile(const std::vector<Gauge>& shown, const TileSize& size) {
   }
   if (shown.size() == 1)
     rings.push_back(text(gaugeText(shown.front().value, size))
-                        .size(std::max(size.body() * 0.22, minimumTypeSize))
+                        .size(size.words(0.22))
                         .weight(FontWeight::semibold)
                         .colour(palette::figure())
                         .align(TextAlignment::centre)
@@ -111,8 +111,9 @@ AnyView emptyTile(const TileSize& size) {
 
 /// Level and number of one gauge in a row of a wide tile, after its name or without it.
 AnyView wideRow(const Gauge& gauge, bool hasName, const TileSize& size) {
-  const double points = std::max(size.body() * 0.19, minimumTypeSize);
-  const AnyView name = caption(gauge, points).align(TextAlignment::leading).widest("CPU").figure();
+  const double points = size.words(0.19);
+  const AnyView name =
+      caption(gauge, size, 0.19).align(TextAlignment::leading).widest("CPU").figure();
   return hstack({hasName ? name : AnyView(),
                  bar(gauge.value).tint(gauge.tint).track(palette::track).height(size.body() * 0.09),
                  figure(gauge, points * 1.1).widest("100%").align(TextAlignment::trailing)})
@@ -161,7 +162,7 @@ AnyView activityWideTile(const ActivityReading& reading, const ActivitySettings&
         continue;
       }
       const double dot = size.body() * 0.12;
-      const AnyView name = caption(gauge, points * 0.76)
+      const AnyView name = caption(gauge, size, points * 0.76 / size.body())
                                .align(TextAlignment::leading)
                                .colour(withContrast(gauge.tint, palette::ground))
                                .figure();

@@ -93,8 +93,7 @@ AnyView noBatteryTile(const TileSize& size) {
   TileContent content;
   content.mark = symbol("battery").colour(palette::caption());
   content.markRatio = 0.46;
-  if (size.side >= roomyTile)
-    content.caption = "No battery";
+  content.sentence = "No battery";
   content.label = "Battery";
   content.value = "No battery";
   return tile(content, size);
@@ -158,7 +157,7 @@ AnyView iconTile(const BatteryReading& reading, const BatterySettings& settings,
   if (!hasText)
     return tile(palette::ground, glyph, size);
   const AnyView percent = text(percentText(*reading.level))
-                              .size(std::max(size.body() * 0.17, minimumTypeSize))
+                              .size(size.words(0.17))
                               .weight(FontWeight::semibold)
                               .colour(palette::figure())
                               .align(TextAlignment::centre);
@@ -207,7 +206,7 @@ AnyView batteryWideTile(const BatteryReading& reading, const BatterySettings& se
     content.mark = symbol("battery").colour(palette::caption());
     content.caption = "Battery";
     content.middle = text("No battery")
-                         .size(std::max(size.body() * 0.24, minimumTypeSize))
+                         .size(size.words(0.24))
                          .weight(FontWeight::semibold)
                          .colour(palette::caption());
     content.value = "No battery";

@@ -45,8 +45,6 @@ ClockReading ClockReader::at(Date date) const {
   reading.hoursAndMinutes = minutes_.time(date);
   reading.weekday = format_.dayCaption(date);
   reading.shortWeekday = zoned_.text(date, "EEE");
-  reading.tinyDay = fmt::format("{} {}", reading.shortWeekday, parts.day);
-  reading.shortDay = zoned_.localText(date, "EEEMMMd");
   reading.longDay = zoned_.localText(date, "EEEEMMMMd");
   reading.date = zoned_.localText(date, "yMMMMd");
   reading.hourHand = hands.hour;

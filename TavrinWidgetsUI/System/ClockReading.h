@@ -20,10 +20,7 @@ struct ClockReading {
   /// The full name of the weekday, and its short form.
   std::string weekday;
   std::string shortWeekday;
-  /// "Wed 9"
-  std::string tinyDay;
-  /// In the locale's order: "Wed, Sep 9", "Wednesday, September 9", "September 9, 2026".
-  std::string shortDay;
+  /// In the locale's order: "Wednesday, September 9", "September 9, 2026".
   std::string longDay;
   std::string date;
   /// Turns of the hands, 0 to 1.

@@ -102,8 +102,11 @@ QString spokenTime(const ClockReading& clock) {
 /// The weekday; where it is too long for the line, its short form.
 AnyView weekdayLine(const ClockReading& clock, double points, const QColor& colour) {
   const auto line = [&](const std::string& words) {
-    return AnyView(
-        text(words).size(points).weight(FontWeight::medium).colour(colour).figure(points));
+    return AnyView(text(words)
+                       .size(points)
+                       .weight(FontWeight::medium)
+                       .colour(colour)
+                       .figure(std::max(points * 0.8, minimumCaptionSize)));
   };
   return firstFitting({line(clock.weekday), line(clock.shortWeekday)});
 }
@@ -120,25 +123,24 @@ AnyView digits(const std::string& string, double points, const QColor& colour) {
 }
 
 /// Hours and minutes large; the seconds beside them where there is room for legible ones, else
-/// below, in the weekday's place.
+/// below them. The weekday stands last.
 AnyView digitalContent(const ClockReading& clock, const TileSize& size) {
   const double body = size.body();
   const QColor ink = palette::figure(nightBottom);
-  const QColor quiet = withContrast(withOpacity(palette::white, 0.68), nightTop);
-  const double captionSize = std::max(size.caption(), minimumTypeSize);
   std::vector<AnyView> lines;
   if (!clock.showsSeconds) {
     lines.push_back(digits(clock.hoursAndMinutes, body * 0.34, ink));
-    if (size.hasCaption())
-      lines.push_back(weekdayLine(clock, captionSize, quiet));
   } else if (size.side >= 88) {
     lines.push_back(digits(clock.time, body * 0.205, ink));
-    lines.push_back(weekdayLine(clock, captionSize, quiet));
   } else {
-    lines.push_back(digits(clock.hoursAndMinutes, body * 0.34, ink));
+    lines.push_back(digits(clock.hoursAndMinutes, body * 0.32, ink));
     lines.push_back(digits(clock.seconds, std::max(body * 0.2, minimumTypeSize), clockTint));
   }
-  return vstack(std::move(lines)).spacing(body * 0.01).padding(body * 0.07, 0).fill();
+  for (AnyView& line : lines)
+    line = line.padding(body * 0.03, 0);
+  if (size.hasCaption())
+    lines.push_back(weekdayLine(clock, size.caption(), size.quietInk(nightTop)));
+  return vstack(std::move(lines)).spacing(body * 0.01).padding(body * (size.side < 56 ? 0.02 : 0.05), 0).fill();
 }
 
 } // namespace
@@ -159,20 +161,27 @@ AnyView clockTileIcon(const ClockReading& clock, const TileSize& size) {
 }
 
 AnyView clockWideTile(const ClockReading& clock, const TileSize& size) {
+  const double body = size.body();
   WideTileContent content;
   content.ground = nightTop;
   content.groundEnd = nightBottom;
   content.tint = clockTint;
   content.mark = analogClockFace(clock);
-  content.figure = QString::fromStdString(clock.time);
-  const bool isLong = size.span >= 3;
-  const std::string& day = isLong              ? clock.longDay
-                           : size.hasCaption() ? clock.shortDay
-                                               : clock.tinyDay;
-  content.caption = QString::fromStdString(day);
-  if (clock.otherZone)
-    content.caption = QString::fromStdString(isLong ? clock.otherZone->city + " · " + day
-                                                    : clock.otherZone->city);
+  // The city above the time, the day below it.
+  const double points = size.words(0.17);
+  const QColor ink = size.quietInk(nightTop);
+  const auto line = [&](const std::string& words) {
+    return text(words).size(points).weight(FontWeight::medium).colour(ink);
+  };
+  std::vector<AnyView> lines;
+  if (clock.otherZone && size.hasCaption())
+    lines.push_back(line(clock.otherZone->city));
+  lines.push_back(digits(clock.time, body * 0.3, palette::figure(nightBottom)));
+  if (size.hasCaption())
+    lines.push_back(
+        firstFitting({line(clock.longDay).figure(size.words(0)),
+                      line(clock.weekday).figure(size.words(0)), line(clock.shortWeekday)}));
+  content.middle = vstack(std::move(lines)).align(Alignment::leading).spacing(body * 0.03);
   return wideTile(content, size).accessibility("Clock", spokenTime(clock));
 }
 

@@ -14,7 +14,7 @@ constexpr std::int64_t day = 24 * hour;
 constexpr std::int64_t year = 31'556'952;
 
 QColor countdownTrack() {
-  return mix(countdownGround, countdownAccent, 0.6);
+  return countdownAccent;
 }
 
 bool isOver(const CountdownSettings& settings, Date now) {
@@ -46,11 +46,21 @@ AnyView fittingForm(const std::vector<std::string>& forms, double points, TextAl
   return firstFitting(std::move(candidates));
 }
 
-Text caption(const QString& words, double points) {
-  return text(words)
-      .size(points)
-      .weight(FontWeight::medium)
-      .colour(palette::caption(countdownGround));
+Text caption(const QString& words, double points,
+             const QColor& ink = palette::caption(countdownGround)) {
+  return text(words).size(points).weight(FontWeight::medium).colour(ink);
+}
+
+/// "since Launch" where it fits as it is, else the name alone.
+AnyView nameLine(const std::string& name, const CountdownSettings& settings, Date now,
+                 const TileSize& size) {
+  const double points = size.words(0.19);
+  const QColor ink = size.quietInk(countdownGround);
+  const Text whole = caption(captionOf(name, settings, now), points, ink);
+  const QString bare = QString::fromStdString(name);
+  if (whole.string == bare)
+    return whole;
+  return firstFitting({whole.figure(size.words(0)), caption(bare, points, ink)});
 }
 
 } // namespace
@@ -76,7 +86,7 @@ void describe(auto& content, const std::string& name, const CountdownSettings& s
   const std::string form = countdownForms(Countdown::displayedSeconds(settings, now)).front();
   content.label = captionOf(name, settings, now);
   if (isOver(settings, now))
-    content.value = "Done";
+    content.value = QString::fromStdString(form);
   else
     content.value =
         QString::fromStdString(Countdown::showsTimeSince(settings, now) ? form : form + " left");
@@ -97,7 +107,8 @@ AnyView countdownTileIcon(const std::string& name, const CountdownSettings& sett
   describe(content, name, settings, now);
   if (isOver(settings, now)) {
     content.state = TileState::done;
-    content.markRatio = 0.36;
+    content.markRatio = 0.2;
+    content.figure = QString::fromStdString(forms.front());
   } else if (seconds < day) {
     content.figure = QString::fromStdString(forms.front());
   } else {
@@ -126,11 +137,8 @@ AnyView countdownWideTile(const std::string& name, const CountdownSettings& sett
                              .track(countdownTrack())
                              .thickness(side * 0.1),
                          sign});
-  const double captionSize = std::max(size.body() * 0.19, minimumTypeSize);
-  const AnyView figure = over
-                             ? AnyView(fittingForm({"Done"}, size.figure(), TextAlignment::leading))
-                             : fittingForm(forms, size.figure(), TextAlignment::leading);
-  content.middle = vstack({caption(captionOf(name, settings, now), captionSize), figure})
+  const AnyView figure = fittingForm(forms, size.figure(), TextAlignment::leading);
+  content.middle = vstack({nameLine(name, settings, now, size), figure})
                        .align(Alignment::leading)
                        .spacing(size.body() * 0.01);
   describe(content, name, settings, now);
@@ -152,7 +160,9 @@ AnyView countdownDial(const CountdownSettings& settings, Date now, double side) 
   };
   AnyView centre;
   if (isOver(settings, now))
-    centre = symbol("checkmark").size(side * 0.3).colour(palette::green);
+    centre = vstack({symbol("checkmark").size(side * 0.16).colour(palette::green),
+                     figure(clockText(0), side * 0.2)})
+                 .spacing(side * 0.02);
   else if (seconds < day)
     centre = figure(clockText(seconds), side * 0.2);
   else

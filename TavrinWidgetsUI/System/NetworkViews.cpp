@@ -70,7 +70,7 @@ QString spoken(const NetworkTrace& trace) {
 }
 
 AnyView numbersTile(const NetworkTrace& trace, const TileSize& size) {
-  const double points = std::max(size.body() * 0.21, minimumTypeSize);
+  const double points = size.words(0.21);
   const auto row = [&](double rate, const char* arrow, const QColor& tint) {
     return size.side >= 84 ? rateRow(rate, arrow, tint, points * 0.86, true)
                            : shortRow(rate, arrow, tint, points);
@@ -84,7 +84,7 @@ AnyView numbersTile(const NetworkTrace& trace, const TileSize& size) {
 }
 
 AnyView chartTile(const NetworkTrace& trace, const TileSize& size) {
-  const double points = std::max(size.body() * 0.17, minimumTypeSize);
+  const double points = size.words(0.17);
   const AnyView chart = networkChart(trace, palette::ground, std::max(1.5, size.body() * 0.025))
                             .frame({.maxWidth = unbounded, .maxHeight = unbounded});
   const AnyView rate = shortRow(trace.now.down, "arrow.down", downTint, points);
@@ -127,7 +127,7 @@ AnyView networkTileIcon(const NetworkTrace& trace, const NetworkSettings& settin
 
 AnyView networkWideTile(const NetworkTrace& trace, const NetworkSettings& settings,
                         const TileSize& size) {
-  const double points = std::max(size.body() * 0.22, minimumTypeSize);
+  const double points = size.words(0.22);
   const AnyView rows = vstack({rateRow(trace.now.down, "arrow.down", downTint, points, true),
                                rateRow(trace.now.up, "arrow.up", upTint, points, true)})
                            .align(Alignment::leading)

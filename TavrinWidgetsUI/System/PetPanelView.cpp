@@ -23,6 +23,10 @@ QStringList speciesNames() {
 
 } // namespace
 
+PetSettings PetPanelView::settings() const {
+  return source_.model.widget().kind.settings<PetSettings>();
+}
+
 PetPanelView::PetPanelView(const PanelAppearance& appearance, Source source)
     : PanelView(appearance, Width::lists), source_(std::move(source)),
       meadow_(new ViewWidget(meadowSize)), words_(new PanelText({}, PanelTextStyle::secondary)),
@@ -55,11 +59,6 @@ PetPanelView::PetPanelView(const PanelAppearance& appearance, Source source)
   add(stroke);
   setEditButton("Edit Pet…", source_.edit);
   refresh();
-}
-
-PetSettings PetPanelView::settings() const {
-  const auto* found = source_.model.widget().kind.get<PetSettings>();
-  return found != nullptr ? *found : PetSettings{};
 }
 
 void PetPanelView::refresh() {

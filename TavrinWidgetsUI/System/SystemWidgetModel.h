@@ -1,15 +1,18 @@
 #pragma once
 
-#include "TavrinCore/Base/Calendar.h"
-#include "TavrinCore/Kinds/Runs/StopwatchRun.h"
 #include "TavrinCore/Widgets/DockWidget.h"
 #include "TavrinPlatform/Clock.h"
 #include "TavrinPlatform/ConnectedDevices.h"
 #include "TavrinPlatform/RunLoop.h"
 #include "TavrinPlatform/Workspace.h"
-#include "TavrinWidgetsUI/System/ClockReading.h"
-#include "TavrinWidgetsUI/System/PetModel.h"
-#include "TavrinWidgetsUI/System/SystemReadings.h"
+#include "TavrinWidgetsUI/System/Samplers/ActivitySampler.h"
+#include "TavrinWidgetsUI/System/Samplers/BatterySampler.h"
+#include "TavrinWidgetsUI/System/Samplers/ClockSampler.h"
+#include "TavrinWidgetsUI/System/Samplers/CountdownSampler.h"
+#include "TavrinWidgetsUI/System/Samplers/NetworkSampler.h"
+#include "TavrinWidgetsUI/System/Samplers/PetSampler.h"
+#include "TavrinWidgetsUI/System/Samplers/StopwatchSampler.h"
+#include "TavrinWidgetsUI/System/Samplers/TimeProgressSampler.h"
 
 #include <functional>
 #include <optional>
@@ -18,7 +21,8 @@
 namespace tavrin {
 
 /// Keeps what the simple widgets show: the time widgets, and the readings of the computer. It wakes
-/// when its kind's display changes next, and not at all where nothing will change by itself.
+/// when its kind's display changes next, and not at all where nothing will change by itself. What
+/// that takes for each kind is its sampler's affair.
 class SystemWidgetModel {
 public:
   /// What it is given by reference outlives it.
@@ -46,32 +50,30 @@ public:
   /// The system's zone and the user's locale.
   const Calendar& calendar() const { return calendar_; }
   /// What a clock shows now. For the clock kind only.
-  ClockReading clock() const;
+  ClockReading clock() const { return clockFace_.reading(now_, calendar_); }
 
-  const BatteryReading& battery() const { return battery_; }
-  const ActivityReading& activity() const { return activity_; }
+  const BatteryReading& battery() const { return battery_.reading(); }
+  const ActivityReading& activity() const { return activity_.reading(); }
   /// The readings before `activity()`, oldest first.
-  const std::vector<ActivityReading>& activityHistory() const { return activityHistory_; }
-  const NetworkReading& network() const { return network_; }
+  const std::vector<ActivityReading>& activityHistory() const { return activity_.history(); }
+  const NetworkReading& network() const { return network_.reading(); }
   /// The readings before `network()`, oldest first.
-  const std::vector<NetworkReading>& networkHistory() const { return networkHistory_; }
+  const std::vector<NetworkReading>& networkHistory() const { return network_.history(); }
   /// Of both histories.
-  static constexpr std::size_t historyLength = 30;
+  static constexpr std::size_t historyLength = readingHistoryLength;
   std::vector<std::string> networkInterfaces() const { return readings_.networkInterfaces(); }
-  const std::vector<DeviceBattery>& devices() const { return devices_; }
+  const std::vector<DeviceBattery>& devices() const { return battery_.devices(); }
   /// Asks the connected devices anew. For the battery kind.
-  void refreshDevices();
+  void refreshDevices() { battery_.refreshDevices(); }
   /// Opens the desktop's own system monitor; false where it has none.
   bool openActivityMonitor() { return workspace_.openActivityMonitor(); }
 
-  const PetModel& pet() const { return pet_; }
+  const PetModel& pet() const { return pet_.pet; }
   /// How many pixels the pet can walk on the tile.
-  void setPetRoom(int pixels) { pet_.setRoom(pixels); }
+  void setPetRoom(int pixels) { pet_.pet.setRoom(pixels); }
   void strokePet();
 
-  const StopwatchRun& stopwatch() const { return stopwatch_; }
-  /// Another widget's run. Does not call `onStopwatchChange`.
-  void setStopwatch(const StopwatchRun& run);
+  const StopwatchRun& stopwatch() const { return stopwatch_.run; }
   void toggleStopwatch();
   void lapStopwatch();
   void resetStopwatch();
@@ -98,19 +100,11 @@ public:
   std::function<void()> onDevicesChange;
 
 private:
-  struct NetworkBaseline {
-    SystemReadings::NetworkTotals totals;
-    Date date;
-  };
-  struct Sampling;
-  static const Sampling* sampling(const DockWidget::Kind& kind);
-  static std::optional<Date> nextCountdownChange(const SystemWidgetModel& model);
-
-  void watchPowerSources();
-  void devicesChanged();
-  bool readActivity();
-  bool readNetwork();
-  bool readPet();
+  /// Hands the settings to the sampler of their kind, and the work from now on. Whether something
+  /// else is measured than before.
+  bool chooseSampler();
+  /// Where `now_` stands.
+  SampleMoment moment() const;
   /// Takes a sample. Whether it differs from the one before.
   bool sample(Date now);
   void updateTicker();
@@ -120,33 +114,29 @@ private:
   void timeJumped();
   bool isInSight() const { return showsPanel() || !isTileShown || isTileShown(); }
   bool showsPanel() const { return isPanelShown && isPanelShown(); }
-  double paced(double interval) const;
 
   Clock& clock_;
   RunLoop& runLoop_;
   Workspace& workspace_;
   SystemReadings readings_;
-  ConnectedDevices& connectedDevices_;
   DockWidget widget_;
   Date now_;
   Calendar calendar_;
-  mutable std::optional<ClockReader> clockReader_;
-  StopwatchRun stopwatch_;
-  PetModel pet_;
-  BatteryReading battery_;
-  ActivityReading activity_;
-  NetworkReading network_;
-  std::vector<ActivityReading> activityHistory_;
-  std::vector<NetworkReading> networkHistory_;
-  std::vector<DeviceBattery> devices_;
-  std::optional<SystemReadings::CPUTicks> lastTicks_;
-  std::optional<NetworkBaseline> lastNetwork_;
+  BatterySampler battery_;
+  ActivitySampler activity_;
+  NetworkSampler network_;
+  ClockSampler clockFace_;
+  CountdownSampler countdown_;
+  TimeProgressSampler timeProgress_;
+  StopwatchSampler stopwatch_;
+  PetSampler pet_;
+  /// The kind's; null where nothing is sampled.
+  SystemSampler* sampler_ = nullptr;
   bool isStarted_ = false;
   bool savesEnergy_ = false;
   Date due_;
   TokenPtr timer_;
   std::vector<TokenPtr> observations_;
-  std::vector<TokenPtr> powerSourceWatch_;
 };
 
 } // namespace tavrin

@@ -73,12 +73,12 @@ QColor timeProgressTint(TimeProgressScope scope) {
 
 AnyView timeProgressTileIcon(const TimeProgressReading& reading, const TileSize& size) {
   const double body = size.body();
-  const double captionSize = std::max(body * 0.115, minimumTypeSize);
+  const double captionSize = size.words(0.115);
   const QColor tint = timeProgressTint(reading.scope);
   const AnyView name = word(scopeTitle(reading), captionSize, withContrast(tint, palette::ground));
   const AnyView figure =
       percent(reading, body * (size.hasCaption() ? 0.255 : 0.27), palette::figure());
-  const AnyView left = word("left", captionSize, palette::caption());
+  const AnyView left = word("left", captionSize, size.quietInk());
   const double diameter = body * 0.93;
   const double thickness = body * 0.07;
   const AnyView gauge = ring(reading.fraction)
@@ -87,10 +87,8 @@ AnyView timeProgressTileIcon(const TimeProgressReading& reading, const TileSize&
                             .thickness(thickness)
                             .frame(diameter, diameter);
   // The longer word stands above; a little lower, all of it keeps clear of the ring.
-  const AnyView centre = size.side >= 62
-                             ? AnyView(vstack({name, figure, left})).offset(0, body * 0.012)
-                         : size.hasCaption() ? AnyView(vstack({figure, left}))
-                                             : figure;
+  const AnyView centre =
+      size.hasCaption() ? AnyView(vstack({name, figure, left})).offset(0, body * 0.012) : figure;
   return tile(palette::ground,
               zstack({gauge, centre.frame({.maxWidth = diameter - 2.5 * thickness})}), size)
       .accessibility(scopeTitle(reading), spoken(reading));

@@ -123,7 +123,8 @@ QColor groundBehind(const WaterReading& reading) {
 }
 
 /// "3/8" where it fits, else "3": what is to be reached is in the panel.
-AnyView countView(const WaterReading& reading, double points, const QColor& ink) {
+AnyView countView(const WaterReading& reading, const TileSize& size, double points,
+                  const QColor& ink) {
   const QString count = utf8(reading.count());
   const auto slash = count.indexOf(u'/');
   const Text drunk = text(count.left(slash)).size(points).weight(FontWeight::semibold).colour(ink);
@@ -132,8 +133,8 @@ AnyView countView(const WaterReading& reading, double points, const QColor& ink)
   const auto both = [&](double least) -> AnyView {
     return hstack({drunk.size(least).figure(least), goal.size(least).figure(least)});
   };
-  const double least = std::max(points * 0.72, minimumTypeSize);
-  return firstFitting({both(points), both(least), drunk.figure(minimumTypeSize)});
+  return firstFitting({both(points), both(std::max(points * 0.72, size.words(0))),
+                       both(size.words(0)), drunk.figure(minimumTypeSize)});
 }
 
 QString standing(const WaterReading& reading) {
@@ -156,7 +157,7 @@ AnyView tileWords(const WaterReading& reading, const TileSize& size, const QColo
     parts.push_back(
         mark->size(reading.settings.showsCountOnTile ? size.body() * 0.25 : size.body() * 0.42));
   if (reading.settings.showsCountOnTile)
-    parts.push_back(countView(reading, points, ink));
+    parts.push_back(countView(reading, size, points, ink));
   return vstack(std::move(parts)).spacing(size.body() * 0.02);
 }
 
@@ -182,8 +183,7 @@ AnyView waterGlassTile(const WaterReading& reading, const WaterTank& tank, const
       reading.isDone() ? std::optional(symbol("checkmark").colour(ink)) : std::nullopt;
   // As wide as the glass is where the count stands.
   const AnyView words =
-      tileWords(reading, size, ink, std::max(size.body() * 0.22, minimumTypeSize), mark)
-          .frame({.maxWidth = height * 0.56});
+      tileWords(reading, size, ink, size.words(0.22), mark).frame({.maxWidth = height * 0.7});
   const AnyView glass = waterGlassView(tank, outline)
                             .frame(height * 0.82, height)
                             .overlay(words.offset(0, size.body() * 0.01));
@@ -246,21 +246,22 @@ AnyView waterWideTile(const WaterReading& reading, const WaterTank& tank, const 
   const QString amount = utf8(format(settings.unit, reading.millilitres));
   const AnyView figure =
       hstack({text(amount)
-                  .size(std::max(body * 0.26, minimumTypeSize))
+                  .size(size.words(0.26))
                   .weight(FontWeight::semibold)
                   .colour(palette::figure(groundTop))
                   .figure(minimumTypeSize),
               reading.isDone() ? symbol("checkmark.circle.fill").colour(doneTop).size(body * 0.22)
                                : AnyView()})
           .spacing(body * 0.06);
-  const double barsWidth = body * (size.span > 2 ? 1.1 : 0.86);
+  // Small bars leave the words their room.
+  const double barsWidth = body * (size.span < 3 ? 0.86 : size.side < 64 ? 0.78 : 1.1);
   AnyView below = waterWeekBars(reading, {}).frame(barsWidth, body * 0.3);
-  const double points = body * 0.125;
-  if (size.span > 2 && points >= minimumTypeSize)
+  const double points = size.words(0.125);
+  if (size.span > 2 && size.hasCaption())
     below = hstack({below, text(standing(reading))
                                .size(points)
                                .weight(FontWeight::medium)
-                               .colour(palette::caption(groundTop))
+                               .colour(size.quietInk(groundTop))
                                .lines(2)})
                 .spacing(body * 0.12);
   WideTileContent content;

@@ -4,6 +4,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelToolTip.h"
 #include "TavrinWidgetsUI/Kit/Views/Utf8.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewWidget.h"
 #include "TavrinWidgetsUI/Weather/WeatherModel.h"
@@ -61,7 +62,7 @@ WeatherPanelView::WeatherPanelView(const PanelAppearance& appearance, Source sou
   auto* credit = new PanelButton(PanelButton::Kind::faint, "Data: Open-Meteo.com",
                                  [this] { source_.open(provider); });
   credit->setAccessibleName("Weather data by Open-Meteo.com");
-  credit->setToolTip("Weather data by Open-Meteo.com");
+  setPlainToolTip(credit, "Weather data by Open-Meteo.com");
   addFooterButton(credit);
   refresh();
 }

@@ -48,7 +48,7 @@ AnyView conditionSymbol(WeatherCondition condition, bool isDay, const QColor& gr
 
 Text figureText(const QString& string, double points, const QColor& ink) {
   return text(string)
-      .size(std::max(points, minimumTypeSize))
+      .size(points)
       .weight(FontWeight::semibold)
       .colour(ink)
       .align(TextAlignment::centre)
@@ -57,7 +57,7 @@ Text figureText(const QString& string, double points, const QColor& ink) {
 
 Text wordText(const QString& string, double points, const QColor& ink) {
   return text(string)
-      .size(std::max(points, minimumTypeSize))
+      .size(points)
       .weight(FontWeight::medium)
       .colour(ink)
       .align(TextAlignment::centre);
@@ -89,8 +89,9 @@ std::vector<WeatherDay> comingDays(const WeatherSnapshot& weather, const Calenda
 
 /// Weekday, symbol, high and low under each other; the weekday goes first.
 AnyView dayColumn(const WeatherDay& day, const Calendar& calendar, const QColor& ground,
-                  double points, double symbolSide, bool hasName) {
-  const QColor quiet = palette::caption(ground);
+                  const TileSize& size, double points, bool hasName) {
+  const QColor quiet = size.quietInk(ground);
+  const double symbolSide = points * 1.25;
   std::vector<AnyView> lines;
   if (hasName)
     lines.push_back(wordText(utf8(calendar.text(day.date, "cccccc")), points, quiet));
@@ -111,12 +112,12 @@ double columnWidth(const WeatherReading& reading, double points) {
 }
 
 double columnPoints(const TileSize& size) {
-  return std::max(size.body() * 0.15, minimumTypeSize);
+  return size.words(0.15);
 }
 
 /// At most `count` days from today on, each `width` wide.
 AnyView forecastColumns(const WeatherSnapshot& weather, const TileSize& size, std::size_t count,
-                        double width) {
+                        double width, bool hasNames) {
   const Calendar calendar = placeCalendar(*weather.reading);
   const QColor ground = groundOf(skyOf(weather));
   const double points = columnPoints(size);
@@ -124,8 +125,7 @@ AnyView forecastColumns(const WeatherSnapshot& weather, const TileSize& size, st
   for (const auto& day : comingDays(weather, calendar)) {
     if (columns.size() == count)
       break;
-    columns.push_back(
-        dayColumn(day, calendar, ground, points, points * 1.25, size.hasCaption()).width(width));
+    columns.push_back(dayColumn(day, calendar, ground, size, points, hasNames).width(width));
   }
   return hstack(std::move(columns));
 }
@@ -175,18 +175,6 @@ AnyView emptyTile(const WeatherSnapshot& weather, const TileSize& size) {
   return tile(content, size);
 }
 
-/// Where the words themselves do not fit.
-QString briefWords(WeatherCondition condition) {
-  switch (condition) {
-  case WeatherCondition::thunderstorm:
-    return "Storm";
-  case WeatherCondition::partlyCloudy:
-    return "Fair";
-  default:
-    return utf8(WeatherWords::describe(condition));
-  }
-}
-
 /// Symbol and temperature beside each other.
 AnyView headRow(const WeatherSnapshot& weather, const TileSize& size, double side, double points) {
   const auto& reading = *weather.reading;
@@ -205,14 +193,15 @@ AnyView skyTile(const WeatherSnapshot& weather, const AnyView& inner, const Tile
       .frame(size.width(), size.height());
 }
 
-double captionPoints(const TileSize& size) {
-  return std::max(size.body() * 0.135, minimumTypeSize);
+AnyView feelsLine(const QString& apparent, const WeatherSnapshot& weather, const TileSize& size) {
+  return wordText("Feels " + apparent, size.caption(), size.quietInk(groundOf(skyOf(weather))))
+      .figure(std::max(size.caption() * 0.85, minimumCaptionSize));
 }
 
-AnyView feelsLine(const QString& apparent, const WeatherSnapshot& weather, const TileSize& size) {
-  const double points = captionPoints(size);
-  return wordText("Feels " + apparent, points, palette::caption(groundOf(skyOf(weather))))
-      .figure(std::max(points * 0.85, minimumTypeSize));
+AnyView placeLine(const WeatherSnapshot& weather, const TileSize& size) {
+  const QString city = utf8(weather.settings.cityName.value_or(""));
+  return city.isEmpty() ? AnyView()
+                        : wordText(city, size.caption(), palette::figure(groundOf(skyOf(weather))));
 }
 
 /// The symbol stays whatever else has to go.
@@ -220,19 +209,27 @@ AnyView currentTile(const WeatherSnapshot& weather, const TileSize& size) {
   const auto& reading = *weather.reading;
   const QColor ground = groundOf(skyOf(weather));
   const double body = size.body();
-  const auto column = [&](double markRatio, const AnyView& last) -> AnyView {
+  const auto column = [&](double markRatio, std::vector<AnyView> last) -> AnyView {
     const double side = body * markRatio;
-    return vstack({conditionSymbol(reading.condition, reading.isDay, ground).frame(side, side),
-                   figureText(temperatureOf(reading), body * 0.32, palette::figure(ground)), last})
-        .spacing(body * 0.02);
+    last.insert(last.begin(),
+                {conditionSymbol(reading.condition, reading.isDay, ground).frame(side, side),
+                 figureText(temperatureOf(reading), body * 0.32, palette::figure(ground))});
+    return vstack(std::move(last)).spacing(body * 0.02);
+  };
+  const auto row = [&](double ratio, std::vector<AnyView> last) -> AnyView {
+    last.insert(last.begin(), headRow(weather, size, body * ratio * 1.1, body * ratio));
+    return vstack(std::move(last)).spacing(body * 0.02);
   };
   std::vector<AnyView> candidates;
-  if (const auto apparent = apparentOf(weather); apparent && size.hasCaption()) {
-    const AnyView feels = feelsLine(*apparent, weather, size);
+  if (size.hasCaption()) {
+    const AnyView place = placeLine(weather, size);
+    const auto apparent = apparentOf(weather);
+    const AnyView feels = apparent ? feelsLine(*apparent, weather, size) : AnyView();
     if (size.side >= 84)
-      candidates.push_back(column(0.36, feels));
-    candidates.push_back(
-        vstack({headRow(weather, size, body * 0.33, body * 0.3), feels}).spacing(body * 0.06));
+      candidates.push_back(column(0.36, {feels, place}));
+    for (const double ratio : {0.3, 0.25})
+      if (!feels.isEmpty() || !place.isEmpty())
+        candidates.push_back(row(ratio, {feels, place}));
   }
   candidates.push_back(column(0.42, {}));
   return skyTile(weather, firstFitting(std::move(candidates)), size);
@@ -240,39 +237,51 @@ AnyView currentTile(const WeatherSnapshot& weather, const TileSize& size) {
 
 AnyView conditionsTile(const WeatherSnapshot& weather, const TileSize& size) {
   const QColor ground = groundOf(skyOf(weather));
-  const WeatherCondition condition = weather.reading->condition;
   const double body = size.body();
-  const AnyView head = headRow(weather, size, body * 0.32, body * 0.28);
-  const double points = captionPoints(size);
-  const auto line = [&](const QString& words) {
-    return wordText(words, points, palette::figure(ground))
-        .figure(std::max(points * 0.85, minimumTypeSize));
+  const QString words = utf8(WeatherWords::describe(weather.reading->condition));
+  const auto apparent = size.hasCaption() ? apparentOf(weather) : std::nullopt;
+  const AnyView feels = apparent ? feelsLine(*apparent, weather, size) : AnyView();
+  const auto line = [&](const QString& part) {
+    return wordText(part, size.caption(), palette::figure(ground))
+        .figure(std::max(size.caption() * 0.85, minimumCaptionSize));
   };
-  const QString words = utf8(WeatherWords::describe(condition));
   std::vector<AnyView> candidates;
-  const auto add = [&](std::vector<AnyView> lines) {
-    lines.insert(lines.begin(), head);
-    candidates.push_back(vstack(std::move(lines)).spacing(body * 0.03));
+  const auto add = [&](double headRatio, std::vector<AnyView> lines) {
+    lines.insert(lines.begin(), headRow(weather, size, body * headRatio, body * headRatio * 0.9));
+    candidates.push_back(vstack(std::move(lines)).spacing(body * 0.02));
   };
-  if (const auto apparent = apparentOf(weather); apparent && size.side >= 84) {
-    const AnyView feels = feelsLine(*apparent, weather, size);
-    add({line(words), feels});
-    add({line(briefWords(condition)), feels});
+  // The figure gives way to the words; a word too long for the tile is broken.
+  const auto space = words.indexOf(u' ');
+  const auto half = words.size() / 2 + 1;
+  const QString first = space > 0 ? words.left(space) : words.left(half) + u'-';
+  const QString second = space > 0 ? words.mid(space + 1) : words.mid(half);
+  for (const double ratio : {0.32, 0.27}) {
+    add(ratio, {line(words), feels});
+    add(ratio, {line(first), line(second), feels});
   }
-  add({line(words)});
-  if (const auto space = words.indexOf(u' '); space > 0)
-    add({line(words.left(space)), line(words.mid(space + 1))});
-  add({line(briefWords(condition))});
-  candidates.push_back(head);
+  candidates.push_back(headRow(weather, size, body * 0.32, body * 0.28));
   return skyTile(weather, firstFitting(std::move(candidates)), size);
 }
 
 AnyView forecastTile(const WeatherSnapshot& weather, const TileSize& size) {
-  const double room = size.body() * 0.9;
+  const double body = size.body();
+  const double room = body * 0.9;
   const double width = columnWidth(*weather.reading, columnPoints(size));
   const auto count = std::clamp<std::size_t>(static_cast<std::size_t>(room / width), 1, 3);
-  return skyTile(weather, forecastColumns(weather, size, count, room / static_cast<double>(count)),
-                 size);
+  const auto apparent = size.hasCaption() ? apparentOf(weather) : std::nullopt;
+  const AnyView feels = apparent ? feelsLine(*apparent, weather, size) : AnyView();
+  // What was forecast is over: the last reading is all there is.
+  if (comingDays(weather, placeCalendar(*weather.reading)).empty())
+    return skyTile(
+        weather,
+        vstack({headRow(weather, size, body * 0.34, body * 0.3), feels}).spacing(body * 0.03),
+        size);
+  const auto column = [&](bool hasNames) -> AnyView {
+    return vstack({feels, forecastColumns(weather, size, count, room / static_cast<double>(count),
+                                          hasNames)})
+        .spacing(body * 0.02);
+  };
+  return skyTile(weather, firstFitting({column(size.hasCaption()), column(false)}), size);
 }
 
 AnyView readingTile(const WeatherSnapshot& weather, const TileSize& size) {
@@ -294,13 +303,11 @@ AnyView wideStanding(const WeatherSnapshot& weather, const TileSize& size) {
   const QString name =
       weather.hasPlace() ? utf8(weather.settings.cityName.value_or("Weather")) : QString("Weather");
   const Text title = text(name)
-                         .size(std::max(body * 0.22, minimumTypeSize))
+                         .size(size.words(0.22))
                          .weight(FontWeight::semibold)
                          .colour(palette::figure(ground));
   const auto line = [&](const char* words) {
-    return text(words)
-        .size(std::max(body * 0.18, minimumTypeSize))
-        .colour(palette::caption(ground));
+    return text(words).size(size.words(0.18)).colour(size.quietInk(ground));
   };
   const auto below = [&](const Text& words) -> AnyView {
     return vstack({title, words}).align(Alignment::leading).spacing(body * 0.03);
@@ -313,36 +320,36 @@ AnyView wideStanding(const WeatherSnapshot& weather, const TileSize& size) {
                        line("No forecast").lines(2)});
 }
 
-/// Words and temperature; the city and the felt temperature where there is room for them.
+/// City, words, temperature and the felt one, in as many lines as they need.
 AnyView wideLines(const WeatherSnapshot& weather, const TileSize& size) {
   const auto& reading = *weather.reading;
   const QColor ground = groundOf(skyOf(weather));
   const double body = size.body();
   const auto line = [&](const QString& words) {
     return text(words)
-        .size(std::max(body * 0.17, minimumTypeSize))
+        .size(size.words(0.17))
         .weight(FontWeight::medium)
         .colour(palette::figure(ground));
   };
   const QString city = utf8(weather.settings.cityName.value_or(""));
   const QString words = utf8(WeatherWords::describe(reading.condition));
   std::vector<AnyView> first;
-  if (!city.isEmpty() && size.span > 2)
-    first.push_back(line(city + " · " + words).figure());
-  first.push_back(line(words).figure());
-  first.push_back(line(briefWords(reading.condition)).figure());
-  // The symbol says it too.
-  first.push_back({});
-  const AnyView degrees = figureText(temperatureOf(reading), body * 0.32, palette::figure(ground));
-  AnyView figure = degrees;
-  if (const auto apparent = apparentOf(weather); apparent && size.hasCaption())
-    figure = firstFitting({hstack({degrees, feelsLine(*apparent, weather, size)})
-                               .spacing(body * 0.06)
-                               .align(Alignment::bottom),
-                           degrees});
-  return vstack({firstFitting(std::move(first)), figure})
+  if (city.isEmpty())
+    first.push_back(line(words));
+  else
+    first = {line(city + " · " + words).figure(size.words(0)),
+             vstack({line(city), line(words)}).align(Alignment::leading)};
+  const auto apparent = size.hasCaption() ? apparentOf(weather) : std::nullopt;
+  const auto degrees = [&](double ratio) -> AnyView {
+    return hstack({figureText(temperatureOf(reading), body * ratio, palette::figure(ground)),
+                   apparent ? feelsLine(*apparent, weather, size) : AnyView()})
+        .spacing(body * 0.06)
+        .align(Alignment::bottom);
+  };
+  return vstack({firstFitting(std::move(first)),
+                 firstFitting({degrees(0.32), degrees(0.27), degrees(0.235)})})
       .align(Alignment::leading)
-      .spacing(body * 0.04);
+      .spacing(body * 0.03);
 }
 
 } // namespace
@@ -378,16 +385,23 @@ AnyView weatherWideTile(const WeatherSnapshot& weather, const TileSize& size) {
     return wideTile(content, size);
   }
   const auto& reading = *weather.reading;
+  const bool isNarrow = size.span == 2 && size.hasCaption();
   content.mark = conditionSymbol(reading.condition, reading.isDay, ground);
+  content.markRatio = isNarrow ? 0.44 : content.markRatio;
   content.state = weather.isStale ? TileState::waiting : TileState::live;
   content.middle = wideLines(weather, size);
+  if (isNarrow)
+    // The words take the room beside the symbol, not its place.
+    content.middle = content.middle.frame(
+        {.maxWidth = size.bodyWidth() - size.body() * content.markRatio - 3.7 * size.padding()},
+        Alignment::leading);
   if (size.span > 2) {
     // On three tiles the felt temperature takes the room of a day.
     const int days = size.span == 3 && apparentOf(weather) ? 2 : size.span;
     const auto count = static_cast<std::size_t>(std::min(days, WeatherService::forecastDays));
     // The gap belongs to the columns: a spacer's least is not kept for it.
-    const AnyView columns =
-        forecastColumns(weather, size, count, columnWidth(reading, columnPoints(size)) * 1.1);
+    const AnyView columns = forecastColumns(
+        weather, size, count, columnWidth(reading, columnPoints(size)) * 1.1, size.hasCaption());
     content.middle =
         hstack({content.middle, spacer(), columns.padding({size.body() * 0.1, 0, 0, 0})});
   }

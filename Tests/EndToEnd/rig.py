@@ -22,7 +22,11 @@ BUS_CONFIG = """<busconfig><type>session</type><listen>unix:tmpdir=/tmp</listen>
 eavesdrop="true"/><allow eavesdrop="true"/><allow own="*"/></policy></busconfig>"""
 
 
-def wait_for(condition, what, seconds=5.0, pause=0.005):
+# Seconds for what comes at once on a machine that has nothing else to do.
+PATIENCE = 30.0
+
+
+def wait_for(condition, what, seconds=PATIENCE, pause=0.005):
     """The condition's first true value; fails the test when it stays false."""
     end = time.monotonic() + seconds
     while True:

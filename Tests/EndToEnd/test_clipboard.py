@@ -8,6 +8,8 @@ import json
 import os
 import pathlib
 import random
+import resource
+import signal
 import subprocess
 import sys
 import time
@@ -116,6 +118,18 @@ class ClipboardTest(DeskTest):
             self.slot = self.desk.start_slot(3)
             self.desk.wait_for_name(3)
         self.assertNotIn("Failed", self.desk.log(3))
+
+    def test_a_crash_leaves_no_memory_behind(self):
+        unlimited = (resource.RLIM_INFINITY, resource.RLIM_INFINITY)
+        try:
+            resource.prlimit(self.slot.pid, resource.RLIMIT_CORE, unlimited)
+        except PermissionError:
+            self.skipTest("the limit of another process cannot be raised")
+        os.kill(self.slot.pid, signal.SIGABRT)
+        _, status = os.waitpid(self.slot.pid, 0)
+        self.slot.returncode = -signal.SIGABRT
+        self.assertEqual(os.WTERMSIG(status), signal.SIGABRT)
+        self.assertFalse(os.WCOREDUMP(status))
 
     def test_what_was_copied_outlives_its_owner(self):
         owner = self.start_series(1)

@@ -5,7 +5,7 @@ import pathlib
 import time
 import unittest
 
-from rig import DeskTest, wait_for, widget
+from rig import PATIENCE, DeskTest, wait_for, widget
 
 TEMPLATE = pathlib.Path(__file__).resolve().parent.parent / "Support" / "screenshot_portal.py"
 PORTAL = "org.freedesktop.portal.Desktop"
@@ -43,7 +43,7 @@ class ColourTest(DeskTest):
     def stop(self):
         self.kill(self.slot)
         self.portal.kill()
-        self.portal.wait(5)
+        self.portal.wait(PATIENCE)
         (self.desk.data / "colours.json").unlink(missing_ok=True)
 
     def test_the_shortcut_picks_through_the_portal(self):

@@ -87,7 +87,7 @@ class StandIn:
 
 
 def test_wait(condition):
-    end = time.monotonic() + 5
+    end = time.monotonic() + 30
     while not condition():
         if time.monotonic() > end:
             raise AssertionError("the stand-in Dock did not start")
@@ -102,6 +102,11 @@ class Restart(test_dock.DockTest):
     def change(self, age=2.1, status=0, **habits):
         """Changes the Dock after the stand-in has run for a while; gives what came of it."""
         self.put({"persistent-apps": [app(1), app(2)]})
+        # What a start under the tracer takes on this machine, as busy as it is.
+        start = time.monotonic()
+        self.tavrin("dock", "--help", wrapper=("strace", "-o", os.devnull, "-e", "trace=rename"))
+        born = time.monotonic()
+        self.start_time = born - start
         dock = StandIn(self.dock, **habits) if habits.pop("exists", True) else None
         if dock:
             self.addCleanup(dock.close)
@@ -109,6 +114,7 @@ class Restart(test_dock.DockTest):
         before = dock.starts() if dock else 0
         log = self.home / "renames"
         start = time.monotonic()
+        self.age = start - born
         result = self.tavrin("dock", "remove", "App1", status=status,
                              wrapper=("strace", "-o", str(log), "-e", "trace=rename"))
         took = time.monotonic() - start
@@ -116,24 +122,28 @@ class Restart(test_dock.DockTest):
         test_wait(lambda: not dock or habits.get("keeps") or dock.starts() > before or took > 4.9)
         return result, took, writes, (dock.starts() if dock else 0) - before
 
+    def assertTook(self, took, seconds):
+        """At most so long, and what the machine makes of it."""
+        self.assertLess(took, seconds + 10 * self.start_time)
+
     def test_a_dock_that_behaves(self):
         result, took, writes, restarts = self.change()
         self.assertEqual((writes, restarts, self.labels()), (1, 1, ["App2"]), result.stderr)
-        self.assertLess(took, 1.5)
+        self.assertTook(took, 1.5)
         self.tavrin("dock", "undo")
         self.assertEqual(self.labels(), ["App1", "App2"])
 
     def test_a_young_dock_is_given_time(self):
         _, took, writes, restarts = self.change(age=0.5)
         self.assertEqual((writes, restarts, self.labels()), (1, 1, ["App2"]))
-        self.assertGreater(took, 1.2)
-        self.assertLess(took, 3.5)
+        self.assertGreater(self.age + took, 1.9)
+        self.assertTook(took, 3.5)
 
     def test_a_dock_that_comes_late(self):
         _, took, writes, restarts = self.change(delay=3)
         self.assertEqual((writes, restarts), (1, 1))
         self.assertGreater(took, 2.8)
-        self.assertLess(took, 5)
+        self.assertTook(took, 5)
 
     def test_a_dock_that_comes_too_late(self):
         result, took, writes, _ = self.change(delay=7, status=15)
@@ -141,7 +151,7 @@ class Restart(test_dock.DockTest):
                       result.stderr)
         self.assertEqual((writes, self.labels()), (1, ["App2"]))
         self.assertGreater(took, 4.8)
-        self.assertLess(took, 7)
+        self.assertTook(took, 7)
 
     def test_a_dock_that_keeps_its_process(self):
         result, took, writes, restarts = self.change(keeps=True, status=15)
@@ -149,27 +159,27 @@ class Restart(test_dock.DockTest):
                       result.stderr)
         self.assertEqual((writes, restarts), (1, 0))
         self.assertIn("`tavrin dock undo` brings it back", result.stderr)
-        self.assertLess(took, 7)
+        self.assertTook(took, 7)
 
     def test_a_dock_that_writes_its_old_items_once(self):
         _, took, writes, restarts = self.change(rewrites=1)
         self.assertEqual((writes, restarts, self.labels()), (2, 2, ["App2"]))
         self.assertGreater(took, 1.8)
-        self.assertLess(took, 4)
+        self.assertTook(took, 4)
 
     def test_a_dock_that_always_does(self):
         result, took, writes, restarts = self.change(rewrites=99, status=15)
         self.assertIn("tavrin: Failed to reload dock because the Dock kept its previous items; "
                       "try again\n", result.stderr)
         self.assertEqual((writes, restarts, self.labels()), (2, 2, ["App1", "App2"]))
-        self.assertLess(took, 7)
+        self.assertTook(took, 7)
 
     def test_no_dock(self):
         result, took, writes, _ = self.change(age=0, exists=False, status=15)
         self.assertIn("tavrin: Failed to reload dock because killall exited with 1: "
                       "Dock: no process found\n", result.stderr)
         self.assertEqual((writes, self.labels()), (1, ["App2"]))
-        self.assertLess(took, 2)
+        self.assertTook(took, 2)
         self.tavrin("dock", "undo", "--no-restart")
         self.assertEqual(self.labels(), ["App1", "App2"])
 

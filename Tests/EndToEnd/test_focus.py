@@ -5,7 +5,7 @@ import signal
 import unittest
 from pathlib import Path
 
-from rig import BUILD, Desk, wait_for
+from rig import PATIENCE, BUILD, Desk, wait_for
 
 TAVRIN = BUILD / "bin" / "tavrin"
 TEMPLATE = Path(__file__).resolve().parent.parent / "Support" / "portal_template.py"
@@ -39,7 +39,7 @@ class FocusTest(unittest.TestCase):
 
     def stop(self):
         self.process.send_signal(signal.SIGTERM)
-        self.assertEqual(self.process.wait(5), 0, self.said())
+        self.assertEqual(self.process.wait(PATIENCE), 0, self.said())
 
     def switches(self, keys, profile):
         self.desk.run("xdotool", "key", keys)
@@ -114,6 +114,25 @@ class Shortcuts(FocusTest):
         self.expect("Day")
         self.stop()
 
+    def test_keys_without_a_modifier_stay_everybodys(self):
+        self.desk.run(str(TAVRIN), "profiles", "create", "Work")
+        self.desk.run(str(TAVRIN), "profiles", "hotkey", "Work", "super+shift+k")
+        file = self.desk.data / "profiles.json"
+        profiles = json.loads(file.read_text())
+        calm = next(one for one in profiles["profiles"] if one["name"] == "Calm")
+        calm["hotkey"] = {"keyCode": 0, "modifiers": 0}
+        file.write_text(json.dumps(profiles))
+        self.start("--numbered", "shift")
+        for key in ("A", "⇧1"):
+            wait_for(lambda: f"Failed to register {key} because it lacks a modifier key" in
+                     self.said(), f"the refusal of {key}")
+        self.desk.run("xdotool", "key", "a", "shift+1", "super+shift+k")
+        self.expect("Work")
+        self.desk.run("xdotool", "key", "a", "shift+1")
+        self.stop()
+        self.assertNotIn('"Calm" is the active profile', self.said())
+        self.assertNotIn('"Day" is the active profile', self.said())
+
     def test_says_which_keys_are_taken(self):
         other = self.desk.spawn([str(TAVRIN), "focus", "--no-restart"], log="other.log")
         wait_for(lambda: self.switches("ctrl+alt+2", "Calm"), "the first program", pause=0.1)
@@ -121,7 +140,7 @@ class Shortcuts(FocusTest):
         wait_for(lambda: "Failed to register ⌃⌥1 because the keys are taken" in self.said(),
                  "the refusal")
         other.send_signal(signal.SIGINT)
-        self.assertEqual(other.wait(5), 0)
+        self.assertEqual(other.wait(PATIENCE), 0)
         self.stop()
 
 
@@ -164,7 +183,7 @@ class Portal(PortalTest):
                 self.stop()
                 self.assertEqual(self.said().count("Failed"), 0, self.said())
                 portal.terminate()
-                portal.wait(5)
+                portal.wait(PATIENCE)
 
     def test_takes_up_a_changed_shortcut(self):
         self.start_portal()
@@ -189,7 +208,7 @@ class Portal(PortalTest):
                 self.assertEqual(self.said().count("Failed to register"), len(sentences))
                 self.stop()
                 portal.terminate()
-                portal.wait(5)
+                portal.wait(PATIENCE)
 
     def test_says_what_was_taken_back(self):
         self.start_portal()
@@ -213,7 +232,7 @@ class PortalWithDisplay(PortalTest):
                 self.expect("Day")
                 self.stop()
                 portal.terminate()
-                portal.wait(5)
+                portal.wait(PATIENCE)
 
     def test_a_portal_that_ends_leaves_the_keys_to_the_display(self):
         portal = self.start_portal()
@@ -221,7 +240,7 @@ class PortalWithDisplay(PortalTest):
         self.wait_for_keys("CTRL+ALT+2")
         self.assertFalse(self.switches("ctrl+alt+2", "Calm"), "the keys are the portal's")
         portal.kill()
-        portal.wait(5)
+        portal.wait(PATIENCE)
         wait_for(lambda: self.switches("ctrl+alt+2", "Calm"), "the grabbed keys", pause=0.1)
         self.stop()
 

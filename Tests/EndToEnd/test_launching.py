@@ -6,7 +6,7 @@ import pathlib
 import subprocess
 import unittest
 
-from rig import BUILD, BUNDLES, DeskTest, wait_for
+from rig import PATIENCE, BUILD, BUNDLES, DeskTest, wait_for
 
 SUPPORT = pathlib.Path(__file__).resolve().parent.parent / "Support"
 PYTHON = "/usr/bin/python3"
@@ -98,7 +98,7 @@ class Launching(DeskTest):
         self.desk.key("Return")
         wait_for(mark.exists, "the app")
         self.process.terminate()
-        self.process.wait(5)
+        self.process.wait(PATIENCE)
         pid = int(mark.read_text())
         self.addCleanup(lambda: os.kill(pid, 9))
         os.kill(pid, 0)
@@ -224,7 +224,7 @@ class Launching(DeskTest):
         wait_for(lambda: started.exists() and started.read_text().strip(), "the command")
         group = int(started.read_text())
         self.process.terminate()
-        self.process.wait(5)
+        self.process.wait(PATIENCE)
         wait_for(lambda: self.has_ended(group), "the command to end")
 
     # AirDrop

@@ -7,7 +7,7 @@ import subprocess
 import time
 import unittest
 
-from rig import Desk, DeskTest, wait_for, widget
+from rig import PATIENCE, Desk, DeskTest, wait_for, widget
 
 LIMIT = 5
 
@@ -114,7 +114,7 @@ class Lock(LockTest):
         self.lock()
         self.desk.write_widgets([])
         self.assertLess(self.freed_after(), 2)
-        self.slot.wait(5)
+        self.slot.wait(PATIENCE)
 
 
 class TwoScreens(LockTest):

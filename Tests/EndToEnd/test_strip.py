@@ -4,7 +4,7 @@ import math
 import subprocess
 import unittest
 
-from rig import DeskTest, wait_for, widget
+from rig import PATIENCE, DeskTest, wait_for, widget
 
 TILE = 48
 PITCH = TILE * 1.0625
@@ -188,10 +188,10 @@ class Strip(DeskTest):
 
     def test_a_second_start_hands_over_to_the_first(self):
         second = self.desk.start_slot(3, "--noted")
-        self.assertEqual(second.wait(5), 0)
+        self.assertEqual(second.wait(PATIENCE), 0)
         wait_for(lambda: self.panel_of(self.slots[2]), "the first process's panel")
         again = self.desk.start_slot(3, "--background")
-        self.assertEqual(again.wait(5), 0)
+        self.assertEqual(again.wait(PATIENCE), 0)
 
 
 if __name__ == "__main__":

@@ -6,6 +6,9 @@
 #include "TavrinStorage/Dock/ProfileStore.h"
 #include "Tests/Host/HostFixture.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
 namespace tavrin::test {
 namespace {
 
@@ -107,6 +110,60 @@ TEST_F(DockCommandTest, BacksUpWritesAndRestartsOnce) {
   EXPECT_EQ(platform.dock.process.kills, 2);
 }
 
+TEST_F(DockCommandTest, WhatOthersPutIntoTheDockWhileItRestartsStays) {
+  platform.dock.process.whileRestarting = [this] {
+    dockPlistWriter(dockFile())
+        .write({{app("/Applications/Notes.app"), app("/A.app"), app("/Other.app")}, {}, {}});
+  };
+  EXPECT_EQ(run({"dock", "edit"}, "add /A.app --allow-missing\nremove Mail\n"), 0) << errors.str();
+  EXPECT_EQ(labels(dockFile()), "Notes A Other |");
+  EXPECT_EQ(platform.dock.process.kills, 1);
+
+  platform.dock.process.whileRestarting = [this] {
+    write(dockFile(), {"/Applications/Notes.app", "/A.app", "/Other.app"});
+  };
+  EXPECT_EQ(run({"dock", "move", "Other", "--position", "first"}), 0) << errors.str();
+  EXPECT_EQ(labels(dockFile()), "Other Notes A |") << "the Dock had put its old items back";
+  EXPECT_EQ(platform.dock.process.kills, 3);
+  EXPECT_EQ(backups().size(), 2U);
+}
+
+TEST_F(DockCommandTest, SaysWhichFilesWereWrittenBeforeOneFailed) {
+  const auto gone = folder / "gone/b.plist";
+  fs::create_directory(gone.parent_path());
+  for (const auto& file : {folder / "a.plist", gone})
+    write(file, {"/Applications/Mail.app"});
+  // It can still be read, and its folder not be written.
+  const int open = ::open(gone.c_str(), O_RDONLY | O_CLOEXEC);
+  ASSERT_GE(open, 0);
+  fs::remove_all(gone.parent_path());
+  EXPECT_EQ(run({"dock", "add", "x://y", "--json", "--file", (folder / "a.plist").string(),
+                 "--file", "/proc/self/fd/" + std::to_string(open)}),
+            13)
+      << errors.str();
+  ::close(open);
+  const auto report = JSONValue::parse(output.str());
+  ASSERT_EQ(report.array()->size(), 1U);
+  EXPECT_EQ(*report.array()->front().member("written"), JSONValue(true));
+  EXPECT_EQ(labels(folder / "a.plist"), "Mail | x://y");
+}
+
+TEST_F(DockCommandTest, SaysWhetherItWasWritten) {
+  EXPECT_EQ(run({"profiles", "create", "at/work", "--activate"}), 0);
+  EXPECT_EQ(*json({"profiles", "apply"}).member("written"), JSONValue(false));
+  EXPECT_EQ(run({"dock", "remove", "Mail"}), 0);
+  EXPECT_EQ(*json({"profiles", "apply"}).member("written"), JSONValue(true));
+  EXPECT_EQ(run({"dock", "remove", "Mail"}), 0);
+  EXPECT_EQ(run({"dock", "apply", "at/work"}), 0) << errors.str();
+  EXPECT_EQ(labels(dockFile()), "Mail Notes |");
+  EXPECT_EQ(run({"dock", "apply", "at/home"}), 10) << "neither a file nor a profile";
+  write(folder / "other.plist", {});
+  EXPECT_EQ(run({"dock", "edit", "--file", (folder / "other.plist").string()}, "add\t/gone.app\n"),
+            0)
+      << errors.str();
+  EXPECT_EQ(labels(folder / "other.plist"), "gone |");
+}
+
 TEST_F(DockCommandTest, WritesNothingOnADryRunOrAnError) {
   const auto before = bytes();
   struct Case {
@@ -130,16 +187,14 @@ TEST_F(DockCommandTest, WritesNothingOnADryRunOrAnError) {
        "\"Same\" may be \"Same\" (apps, 1) or \"Same\" (apps, 2)"},
       {{"remove", "--all", "--file", at("good.plist"), "--file", at("bad.plist")},
        12,
-       "because tile is missing tile-type"},
+       "because tile is missing tile-type\nIt is tile 1 of persistent-apps."},
       {{"show", "--file", at("new.plist")},
        14,
        "Failed to handle dock item of type recents-tile because it is not supported"},
       {{"show", "--file", at("none.plist")}, 10, "Failed to locate dock plist at "},
       {{"show", "--file", folder.string()}, 11, "because it is not a regular file"},
       {{"add", "/nowhere/to/be"}, 16, "Failed to find file at /nowhere/to/be"},
-      {{"add", "x://\x01", "--no-restart"},
-       13,
-       "because cfprefsd refused to synchronize com.apple.dock"},
+      {{"add", "x://\x01", "--no-restart"}, 13, "because a text holds a character that XML cannot"},
       {{"move", "Mail"}, 2, "say where to"},
       {{"move", "Mail", "--position", "0"}, 5, "is no position"},
       {{"undo"}, 18, "Cannot undo because there is no Dock backup yet"},
@@ -271,6 +326,7 @@ TEST_F(DockCommandTest, FollowsTheFocusAndTheShortcuts) {
     EXPECT_EQ(dock.shortcuts.bound.size(), 1U);
     EXPECT_EQ(dock.shortcuts.binds, 2);
   };
+  EXPECT_EQ(run({"focus", "--numbered", "shift"}), 5);
   EXPECT_EQ(run({"focus"}), 0) << errors.str();
   EXPECT_EQ(json({"backups", "list"}).array()->size(), 2U);
 }

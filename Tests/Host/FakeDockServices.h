@@ -6,6 +6,7 @@
 #include "Tests/Support/FakePlatform.h"
 
 #include <memory>
+#include <utility>
 
 namespace tavrin::test {
 
@@ -37,10 +38,14 @@ public:
     KillResult killAll() override {
       ++kills;
       ++number;
+      if (whileRestarting)
+        std::exchange(whileRestarting, nullptr)();
       return {isThere ? 0 : 1, isThere ? "" : "Dock: no process found"};
     }
     double uptime() override { return time; }
     void sleep(double seconds) override { time += seconds; }
+    /// Called once.
+    std::function<void()> whileRestarting;
     bool isThere = true;
     int number = 1;
     int kills = 0;

@@ -1,4 +1,4 @@
-#include "TavrinPlatform/Linux/Base/LinuxProcessRunner.h"
+#include "TavrinPlatform/Qt/QtProcessRunner.h"
 #include "TavrinPlatform/Qt/QtRunLoop.h"
 #include "TavrinWidgetsUI/GitHub/GitHubSource.h"
 #include "Tests/Storage/TemporaryFolder.h"
@@ -67,7 +67,8 @@ protected:
   /// Asks through `tool`, and lets the event loop run; notes how long it stood still at most.
   GitHubSource::Result load(const std::string& tool, double limit = 20,
                             GitHubShows shows = GitHubShows::waitingOnYou) {
-    GitHubSource source(runLoop, processes, files, defaults, {{tool}, limit});
+    files.tools = {fs::path(tool).parent_path()};
+    GitHubSource source(runLoop, processes, files, defaults, limit);
     GitHubSettings settings;
     settings.shows = shows;
     std::optional<GitHubSource::Result> result;
@@ -96,7 +97,7 @@ protected:
   FakeFileManager files;
   FakeUserDefaults defaults;
   QtRunLoop runLoop;
-  LinuxProcessRunner processes;
+  QtProcessRunner processes;
   qint64 longestPause = 0;
 
 private:
@@ -175,14 +176,18 @@ TEST_F(GitHubToolTest, WhereTheToolIs) {
   const auto tool = script("exit 0");
   fs::permissions(tool, fs::perms::owner_read);
   expectTrouble(load(tool), Kind::toolMissing, "");
-  expectTrouble(load(folder.path().string()), Kind::toolMissing, "");
+  fs::remove(tool);
+  fs::create_directory(tool);
+  expectTrouble(load(tool), Kind::toolMissing, "");
+  fs::remove(tool);
   put(tool, "#!/no/such/shell\n");
   fs::permissions(tool, fs::perms::owner_all);
   expectTrouble(load(tool), Kind::failed, "gh failed");
   script("exit 0");
   fs::create_directories(folder / ".local/bin");
   fs::copy(tool, folder / ".local/bin/gh");
-  GitHubSource source(runLoop, processes, files, defaults, {{"/nowhere/gh", "~/.local/bin/gh"}});
+  files.tools = {fs::path("/nowhere"), folder / ".local/bin", folder.path()};
+  GitHubSource source(runLoop, processes, files, defaults);
   EXPECT_EQ(source.toolURL(), folder / ".local/bin/gh");
   defaults.values["GitHubCLIPath"] = tool;
   EXPECT_EQ(source.toolURL(), tool);
@@ -194,7 +199,8 @@ TEST_F(GitHubToolTest, WhereTheToolIs) {
 
 TEST_F(GitHubToolTest, ATokenThatGoesEndsTheTool) {
   const auto tool = script("echo $$ > \"$HOME/pid\"; exec sleep 60");
-  GitHubSource source(runLoop, processes, files, defaults, {{tool}});
+  files.tools = {fs::path(tool).parent_path()};
+  GitHubSource source(runLoop, processes, files, defaults);
   QElapsedTimer timer;
   timer.start();
   {

@@ -130,12 +130,14 @@ TEST(Text, AWordTooLongForItsLineIsFittedOrElidedButNotTornApart) {
   }
 }
 
-TEST(Text, IsNeverFittedBelowNinePoints) {
+TEST(Text, IsNeverFittedBelowTheLeastCaption) {
   const QString caption = QStringLiteral("Retirement");
-  const double full = widthOf(text(caption).size(9));
+  const double full = widthOf(text(caption).size(minimumCaptionSize));
   const auto ink = [&](const char* words, double width) {
     return inkedRect(
-        rendered(text(words).size(9).colour(palette::white).frame(width, 14), {60, 14}, 4), 40);
+        rendered(text(words).size(minimumCaptionSize).colour(palette::white).frame(width, 14),
+                 {60, 14}, 4),
+        40);
   };
   // A capital stays as high as in a text that has room.
   EXPECT_EQ(ink("Retirement", full * 0.9).height(), ink("Retirement", full).height());

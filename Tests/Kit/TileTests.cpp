@@ -98,19 +98,22 @@ TEST(Tile, LevelLooksTheSameFromKeptStepsAsAtOnce) {
   }
 }
 
-TEST(Tile, SmallOnesHaveNoCaptionAndNoTypeBelowNinePoints) {
+TEST(Tile, OnlyBelowTheDefaultSizeCaptionsGo) {
   const auto inkRows = [](double side, const char* caption) {
     TileContent content;
     content.figure = QStringLiteral("7");
     content.caption = QString::fromUtf8(caption);
     return picture(tile(content, {side, 1}), {side, 1}, 1);
   };
-  EXPECT_EQ(inkRows(48, "Caption"), inkRows(48, ""));
-  EXPECT_NE(inkRows(56, "Caption"), inkRows(56, ""));
-  for (const double side : {48.0, 56.0, 128.0}) {
-    EXPECT_GE(TileSize({side, 1}).caption(), 9);
+  EXPECT_EQ(inkRows(47, "Caption"), inkRows(47, ""));
+  EXPECT_NE(inkRows(48, "Caption"), inkRows(48, ""));
+  EXPECT_DOUBLE_EQ(TileSize({48, 1}).caption(), minimumCaptionSize);
+  EXPECT_DOUBLE_EQ(TileSize({64, 1}).caption(), 9);
+  for (const double side : {48.0, 56.0, 128.0})
     EXPECT_GE(TileSize({side, 1}).figure(), 9);
-  }
+  // Small words are as strong as figures.
+  EXPECT_EQ(TileSize({48, 1}).quietInk(), palette::figure());
+  EXPECT_EQ(TileSize({64, 1}).quietInk(), palette::caption());
 }
 
 TEST(Tile, DropsTheMarkBeforeTheCaption) {

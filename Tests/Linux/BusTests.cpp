@@ -71,6 +71,7 @@ TEST(BusNotificationCenter, APostReachesEveryProcessWithItsObject) {
   center.post("a.b", "");
   center.post("a.b", "x y");
   center.post("a.b");
+  EXPECT_TRUE(own.empty()) << "never inside of the post";
   ASSERT_TRUE(untilTrue([&] { return own.size() == 3; }));
   EXPECT_EQ(own, (std::vector<std::optional<std::string>>{"", "x y", std::nullopt}));
   EXPECT_TRUE(program.says("posted x y"));

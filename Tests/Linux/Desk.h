@@ -11,7 +11,7 @@
 namespace tavrin {
 
 /// A bound, not a measure: generous, since tests share their machine.
-constexpr int patience = 10'000;
+constexpr int patience = 30'000;
 
 /// Whether `condition` comes true in time.
 inline bool eventually(const std::function<bool()>& condition, int milliseconds = patience) {

@@ -179,6 +179,25 @@ TEST_F(Evdev, TellsWhatWouldHaveBeenPressed) {
   }
 }
 
+TEST_F(Evdev, TakesWhatComesLater) {
+  add("event0", keyboard);
+  ASSERT_EQ(begin(), Result::holding);
+  const Double& pointer = add("event1", mouse);
+  const Double& lid = add("event2", {});
+  Double& keys = add("event3", keyboard);
+  keys.pressed = {KEY_A};
+  EXPECT_TRUE(grab_->renew());
+  EXPECT_TRUE(pointer.owner != 0 && lid.owner == 0 && keys.owner == 0);
+  keys.pressed.clear();
+  EXPECT_TRUE(grab_->renew());
+  EXPECT_NE(keys.owner, 0);
+  EXPECT_EQ(grab_->descriptors().size(), 3U);
+  const int writer = open("event3");
+  send(writer, EV_KEY, KEY_A, 1);
+  EXPECT_THAT(read(), ElementsAre(10));
+  ::close(writer);
+}
+
 TEST_F(Evdev, WaitsForKeysThatAreDown) {
   const Double& pointer = add("event1", mouse);
   Double& keys = add("event0", keyboard);

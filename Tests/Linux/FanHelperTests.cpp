@@ -3,7 +3,7 @@
 #include "TavrinPlatform/Linux/Devices/SysfsFans.h"
 #include "TavrinPlatform/Qt/QtRunLoop.h"
 #include "Tests/Linux/Desk.h"
-#include "Tests/Storage/TemporaryFolder.h"
+#include "Tests/Linux/FanMachine.h"
 
 #include <QCoreApplication>
 #include <csignal>
@@ -11,12 +11,14 @@
 #include <fstream>
 #include <gtest/gtest.h>
 #include <random>
+#include <sys/wait.h>
+#include <systemd/sd-bus.h>
+#include <unistd.h>
 
 /// The root helper on a system bus of its own, over fans in a tree like the kernel's.
 namespace tavrin {
 namespace {
 
-namespace fs = std::filesystem;
 using Refusal = std::optional<FanHelperClient::Refusal>;
 
 bool untilTrue(const std::function<bool()>& condition) {
@@ -24,101 +26,6 @@ bool untilTrue(const std::function<bool()>& condition) {
     QCoreApplication::processEvents();
     return condition();
   });
-}
-
-/// applesmc with two fans, and a board whose driver steers in its own way (mode 5).
-struct Machine {
-  Machine() {
-    for (int fan = 1; fan <= 2; ++fan) {
-      const std::string stem = "hwmon0/device/fan" + std::to_string(fan);
-      for (const auto& [suffix, value] : {std::pair{"_input", 2000},
-                                          {"_min", 1200},
-                                          {"_max", 6200},
-                                          {"_manual", 0},
-                                          {"_output", 2000}})
-        set(stem + suffix, value);
-    }
-    set("hwmon1/fan1_input", 900);
-    set("hwmon1/pwm1", 90);
-    set("hwmon1/pwm1_enable", 5);
-    set("hwmon1/fan2_input", 700); // without a way to steer it
-  }
-  void set(const std::string& file, long value) const {
-    const fs::path path = folder.path() / "sys/class/hwmon" / file;
-    fs::create_directories(path.parent_path());
-    std::ofstream(path) << value;
-  }
-  long get(const std::string& file) const {
-    long value = -1;
-    std::ifstream(folder.path() / "sys/class/hwmon" / file) >> value;
-    return value;
-  }
-  bool isFull() const {
-    return get("hwmon0/device/fan1_manual") == 1 && get("hwmon0/device/fan1_output") == 6200 &&
-           get("hwmon0/device/fan2_manual") == 1 && get("hwmon1/pwm1_enable") == 1 &&
-           get("hwmon1/pwm1") == 255;
-  }
-  bool isAutomatic() const {
-    return get("hwmon0/device/fan1_manual") == 0 && get("hwmon0/device/fan2_manual") == 0 &&
-           get("hwmon1/pwm1_enable") == 5;
-  }
-  fs::path state() const { return folder.path() / "run/fans"; }
-  QStringList environment() const {
-    return {"TAVRIN_SYSFS_ROOT=" + QString::fromStdString(folder.path().string()),
-            "TAVRIN_FAN_STATE=" + QString::fromStdString(state().string())};
-  }
-  TemporaryFolder folder;
-};
-
-TEST(SysfsFans, KeysOfBothDrivers) {
-  Machine machine;
-  SysfsFans fans(machine.folder.path());
-  FanControl control(fans, [](double) {});
-  const auto readings = control.readings();
-  ASSERT_EQ(readings.size(), 3U);
-  EXPECT_EQ(readings[0], (FanReading{0, 2000, 1200, 6200, false}));
-  EXPECT_EQ(readings[2], (FanReading{2, 900, 0, 0, false}));
-}
-
-TEST(SysfsFans, NonsenseAndAFanThatVanishes) {
-  Machine machine;
-  SysfsFans fans(machine.folder.path());
-  FanControl control(fans, [](double) {});
-  std::ofstream(machine.folder.path() / "sys/class/hwmon/hwmon1/fan1_input") << "soon";
-  EXPECT_THROW(control.readings(), FanError);
-  fs::remove_all(machine.folder.path() / "sys/class/hwmon/hwmon1");
-  EXPECT_THROW(control.readings(), FanError);
-  for (const char* key : {"F9Ac", "F0Xx", "FxAc", "F", "", "F-1Ac", "F99999999999999999999Ac"})
-    EXPECT_THROW(fans.read(key), FanError) << key;
-  TemporaryFolder empty;
-  SysfsFans none(empty.path());
-  EXPECT_EQ(FanControl(none, [](double) {}).fanCount(), 0);
-}
-
-TEST(SysfsFans, AnotherProgramsManualControlStays) {
-  Machine machine;
-  machine.set("hwmon1/pwm1_enable", 1);
-  SysfsFans fans(machine.folder.path(), machine.state());
-  fs::create_directories(machine.state().parent_path());
-  FanControl control(fans, [](double) {});
-  control.setAuto();
-  EXPECT_EQ(machine.get("hwmon1/pwm1_enable"), 1);
-  control.setFull();
-  EXPECT_EQ(machine.get("hwmon1/pwm1"), 255);
-  control.setAuto();
-  EXPECT_EQ(machine.get("hwmon1/pwm1"), 90);
-}
-
-TEST(SysfsFans, ADriverThatRefusesHandsAllBack) {
-  Machine machine;
-  fs::create_directories(machine.state().parent_path());
-  const fs::path output = machine.folder.path() / "sys/class/hwmon/hwmon0/device/fan2_output";
-  fs::remove(output);
-  fs::create_symlink("/dev/full", output);
-  SysfsFans fans(machine.folder.path(), machine.state());
-  FanControl control(fans, [](double) {});
-  EXPECT_THROW(control.setFull(), FanError);
-  EXPECT_TRUE(machine.isAutomatic());
 }
 
 class Helper : public testing::Test {
@@ -168,6 +75,11 @@ protected:
     ask(caller, isFull);
     EXPECT_TRUE(untilTrue([&] { return !caller.isWaiting; }));
     return caller.answer;
+  }
+  static void polkit(const std::string& call) {
+    shell("gdbus call --system -d org.freedesktop.PolicyKit1 -o "
+          "/org/freedesktop/PolicyKit1/Authority -m org.freedesktop.DBus.Mock." +
+          call);
   }
   static std::string call(const std::string& method) {
     return shell("gdbus call --system -d dev.quellby.tavrin.fan-helper -o "
@@ -222,6 +134,92 @@ TEST_F(Helper, WhomPolkitRefusesChangesNothing) {
   EXPECT_EQ(request(*other, false), std::nullopt);
   EXPECT_TRUE(machine_.isAutomatic());
   EXPECT_NE(request(*other, true), std::nullopt);
+}
+
+/// Another user's connections, each with a question that nobody answers; until the pipe closes.
+pid_t startStrangers(int count, int& ready) {
+  int told[2];
+  EXPECT_EQ(::pipe(told), 0);
+  const pid_t child = ::fork();
+  if (child != 0) {
+    ::close(told[1]);
+    ready = told[0];
+    return child;
+  }
+  if (::setgid(65534) != 0 || ::setuid(65534) != 0)
+    ::_exit(1);
+  constexpr const char* name = "dev.quellby.tavrin.fan-helper";
+  constexpr const char* path = "/dev/quellby/tavrin/FanHelper";
+  for (int i = 0; i < count; ++i) {
+    sd_bus* bus = nullptr;
+    if (sd_bus_open_system(&bus) < 0)
+      ::_exit(2);
+    sd_bus_call_method_async(bus, nullptr, name, path, "dev.quellby.tavrin.FanHelper", "SetFull",
+                             nullptr, nullptr, "b", 1);
+    // Answered in turn: the question before it has been taken note of.
+    sd_bus_call_method(bus, name, path, "org.freedesktop.DBus.Peer", "Ping", nullptr, nullptr, "");
+  }
+  if (::write(told[1], "y", 1) == 1)
+    ::pause();
+  ::_exit(3);
+}
+
+TEST_F(Helper, StrangersWithoutAnAnswerStandInNobodysWay) {
+  if (::geteuid() != 0)
+    GTEST_SKIP() << "another user cannot be tried";
+  startHelper();
+  auto holder = makeCaller();
+  ASSERT_EQ(request(*holder, true), std::nullopt);
+  polkit("SimulateHang true");
+  int ready = -1;
+  const pid_t strangers = startStrangers(70, ready);
+  char answer = 0;
+  EXPECT_EQ(::read(ready, &answer, 1), 1);
+  ::close(ready);
+  polkit("SimulateHang false");
+
+  auto later = makeCaller();
+  EXPECT_EQ(request(*later, true), std::nullopt) << "another user's question is asked";
+  later.reset();
+  EXPECT_EQ(request(*holder, false), std::nullopt);
+  EXPECT_TRUE(machine_.isAutomatic());
+  ::kill(strangers, SIGKILL);
+  ::waitpid(strangers, nullptr, 0);
+}
+
+TEST_F(Helper, HandingBackOvertakesTheOwnQuestion) {
+  startHelper();
+  auto holder = makeCaller();
+  ASSERT_EQ(request(*holder, true), std::nullopt);
+  polkit("SimulateHang true");
+  Refusal overtaken;
+  bool isAnswered = false;
+  holder->client->setFull(true, [&](const Refusal& refusal) {
+    overtaken = refusal;
+    isAnswered = true;
+  });
+  EXPECT_EQ(request(*holder, false), std::nullopt);
+  EXPECT_TRUE(machine_.isAutomatic());
+  EXPECT_TRUE(untilTrue([&] { return isAnswered; }));
+  EXPECT_NE(overtaken, std::nullopt);
+  polkit("ReleaseHangingCalls");
+  polkit("SimulateHang false");
+  EXPECT_EQ(request(*holder, false), std::nullopt);
+  EXPECT_TRUE(machine_.isAutomatic()) << "what was overtaken is not taken up again";
+}
+
+TEST_F(Helper, ASecondOneLeavesTheFirstsFansAlone) {
+  startHelper();
+  auto caller = makeCaller();
+  ASSERT_EQ(request(*caller, true), std::nullopt);
+  for (const QStringList& arguments : {QStringList{}, QStringList{"--hand-back"}}) {
+    Program second(FAN_HELPER, arguments, machine_.environment());
+    EXPECT_TRUE(second.ends());
+    EXPECT_NE(second.exitCode(), 0);
+    EXPECT_TRUE(machine_.isFull());
+  }
+  EXPECT_EQ(request(*caller, false), std::nullopt);
+  EXPECT_TRUE(machine_.isAutomatic());
 }
 
 TEST_F(Helper, KnowsOneMessageAlone) {
@@ -311,43 +309,6 @@ TEST_F(Helper, KilledAtAnyOfItsWritesTheNextHandsTheFansBack) {
     }
   std::printf("killed at %d writes\n", kills);
   EXPECT_GE(kills, 15);
-}
-
-/// Kills at every write: each prefix of the writes of a switch is left behind in turn.
-TEST(SysfsFansCrash, EveryPrefixOfTheWritesCanBeHandedBack) {
-  struct Stop {};
-  class Stopping final : public SMCAccess {
-  public:
-    Stopping(SMCAccess& fans, int left) : fans_(fans), left_(left) {}
-    SMCValue read(const std::string& key) override { return fans_.read(key); }
-    void write(const std::string& key, const std::vector<std::uint8_t>& bytes) override {
-      if (left_-- == 0)
-        throw Stop();
-      fans_.write(key, bytes);
-    }
-
-  private:
-    SMCAccess& fans_;
-    int left_;
-  };
-  int stops = 0;
-  for (int writes = 0; writes < 20; ++writes) {
-    Machine machine;
-    fs::create_directories(machine.state().parent_path());
-    SysfsFans fans(machine.folder.path(), machine.state());
-    Stopping stopping(fans, writes);
-    FanControl control(stopping, [](double) {});
-    try {
-      control.setFull();
-      control.setAuto();
-    } catch (const Stop&) {
-      ++stops;
-    }
-    SysfsFans next(machine.folder.path(), machine.state());
-    FanControl(next, [](double) {}).setAuto();
-    EXPECT_TRUE(machine.isAutomatic()) << writes;
-  }
-  EXPECT_EQ(stops, 11);
 }
 
 TEST_F(Helper, AnyOrderOfEventsLeavesNoFanForced) {

@@ -25,6 +25,12 @@ int statusOf(const std::function<void()>& call) {
   return 0;
 }
 
+void lockKeyring() {
+  shell("gdbus call --session -d org.freedesktop.secrets -o /org/freedesktop/secrets -m "
+        "org.freedesktop.Secret.Service.Lock "
+        "\"['/org/freedesktop/secrets/collection/login']\"");
+}
+
 TEST(SecretServiceKeychain, KeepsBytesAndSaysWhenItIsLocked) {
   if (!hasKeyring())
     GTEST_SKIP();
@@ -41,11 +47,35 @@ TEST(SecretServiceKeychain, KeepsBytesAndSaysWhenItIsLocked) {
                   "wc -c"),
             "32");
 
-  shell("gdbus call --session -d org.freedesktop.secrets -o /org/freedesktop/secrets -m "
-        "org.freedesktop.Secret.Service.Lock "
-        "\"['/org/freedesktop/secrets/collection/login']\"");
+  lockKeyring();
   EXPECT_EQ(statusOf([&] { keychain.find(service, "primary"); }), -25308);
   EXPECT_EQ(statusOf([&] { keychain.add(service, "other", secret); }), -25308);
+}
+
+/// Another daemon takes the keyring over, as after a crash or for another password.
+void replaceDaemon() {
+  const auto owner = [] {
+    return shell("gdbus call --session -d org.freedesktop.DBus -o / -m "
+                 "org.freedesktop.DBus.GetNameOwner org.freedesktop.secrets 2>/dev/null");
+  };
+  const std::string before = owner();
+  shell("printf test | gnome-keyring-daemon --replace --unlock --components=secrets >/dev/null");
+  EXPECT_TRUE(eventually([&] { return !owner().empty() && owner() != before; }));
+}
+
+TEST(SecretServiceKeychain, FollowsTheDaemonThatIsThere) {
+  if (!hasKeyring())
+    GTEST_SKIP();
+  SecretServiceKeychain keychain;
+  const Data secret = Data::fromText("words");
+  lockKeyring();
+  EXPECT_EQ(statusOf([&] { keychain.add("other", "first", secret); }), -25308);
+  replaceDaemon();
+  EXPECT_EQ(statusOf([&] { keychain.add("other", "first", secret); }), 0);
+  EXPECT_EQ(keychain.find("other", "first"), secret);
+  replaceDaemon();
+  EXPECT_EQ(statusOf([&] { EXPECT_EQ(keychain.find("other", "first"), secret); }), 0);
+  EXPECT_EQ(statusOf([&] { keychain.add("other", "second", secret); }), 0);
 }
 
 TEST(SecretServiceKeychain, SaysWhenThereIsNone) {

@@ -1,10 +1,27 @@
+#include "TavrinPlatform/Linux/Input/InputGrab.h"
 #include "Tests/Linux/Desk.h"
 
 #include <QCoreApplication>
+#include <algorithm>
 #include <csignal>
+#include <dlfcn.h>
 #include <gtest/gtest.h>
+#include <xcb/xcb.h>
+#include <xcb/xinput.h>
 
 /// Input held on a real X server, with another program's window to tell what reaches it.
+namespace {
+
+/// Of all that were made here, the last.
+xcb_connection_t* lastConnection = nullptr;
+
+} // namespace
+
+extern "C" xcb_connection_t* xcb_connect(const char* display, int* screen) {
+  const auto connect = reinterpret_cast<decltype(&xcb_connect)>(::dlsym(RTLD_NEXT, "xcb_connect"));
+  return lastConnection = connect(display, screen);
+}
+
 namespace tavrin {
 namespace {
 
@@ -91,6 +108,105 @@ TEST_F(Lock, AProcessThatStandsStillReleases) {
   shell("kill -STOP " + guardOf(*program));
   EXPECT_LT(freedAfter(), 5);
   EXPECT_TRUE(program->says("hold ended"));
+}
+
+TEST_F(Lock, AGuardThatStandsStillEndsWithItsSlot) {
+  const auto program = locker();
+  const std::string guard = guardOf(*program);
+  ASSERT_FALSE(guard.empty());
+  shell("kill -STOP " + guard);
+  ::kill(static_cast<pid_t>(program->id()), SIGKILL);
+  EXPECT_LT(freedAfter(), 2);
+  // And where the slot has gone before the guard could ask to follow it.
+  EXPECT_EQ(shell(std::string(TILE_DOUBLE) + " --input-guard all 60 1 </dev/null"), "");
+}
+
+TEST_F(Lock, LockKeysAreAsBefore) {
+  const auto lights = [] {
+    return shell("xset q | grep -o 'Caps Lock: *[onf]*\\|Num Lock: *[onf]*' | tr -d ' \n'");
+  };
+  const std::string off = "CapsLock:offNumLock:off";
+  ASSERT_EQ(lights(), off);
+  auto program = locker();
+  for (const char* key : {"Caps_Lock", "Num_Lock", "Caps_Lock"}) {
+    shell(std::string("xdotool key ") + key);
+    EXPECT_TRUE(program->says("input 11"));
+    EXPECT_TRUE(eventually([&] { return lights() == off; })) << key << " " << lights();
+  }
+  program.reset();
+  EXPECT_LT(freedAfter(), 1);
+  EXPECT_EQ(lights(), off);
+  shell("xdotool key Caps_Lock");
+  const std::string on = "CapsLock:onNumLock:off";
+  ASSERT_EQ(lights(), on);
+  program = locker();
+  shell("xdotool key Caps_Lock key Num_Lock");
+  EXPECT_TRUE(program->says("input 11", 2));
+  EXPECT_TRUE(eventually([&] { return lights() == on; })) << lights();
+  program.reset();
+  shell("xdotool key Caps_Lock");
+  EXPECT_EQ(lights(), off);
+}
+
+/// As the key for it does on a screen of its own, which this server without one does not know.
+void giveUp(xcb_connection_t* connection) {
+  constexpr std::uint16_t coreKeyboard = 3;
+  xcb_input_xi_ungrab_device(connection, XCB_CURRENT_TIME, coreKeyboard);
+  xcb_flush(connection);
+}
+
+TEST_F(Lock, GrabsThatTheServerGaveUpAreTakenAgain) {
+  const auto grab = InputGrab::x11();
+  ASSERT_EQ(grab->begin(true), InputGrab::Result::holding);
+  xcb_connection_t* connection = lastConnection;
+  EXPECT_FALSE(reaches());
+  giveUp(connection);
+  EXPECT_TRUE(eventually([&] { return reaches("key a"); }));
+  EXPECT_TRUE(grab->renew());
+  EXPECT_FALSE(reaches());
+  EXPECT_TRUE(grab->renew());
+  EXPECT_FALSE(reaches());
+  std::vector<char> types;
+  EXPECT_TRUE(grab->read(types));
+  EXPECT_NE(std::ranges::find(types, 10), types.end());
+
+  giveUp(connection);
+  EXPECT_TRUE(eventually([&] { return reaches("key a"); }));
+  const auto other = locker("keyboard,60");
+  ASSERT_EQ(other->number("hold 0"), 1);
+  EXPECT_FALSE(grab->renew()) << "another program has it";
+}
+
+TEST_F(Lock, EachScreenSaverCountsForItself) {
+  const auto name = [](const char* saver) { return std::string("org.") + saver + ".ScreenSaver"; };
+  const auto start = [&](const char* saver) {
+    auto mock = std::make_unique<Program>("/usr/bin/python3",
+                                          QStringList{"-m", "dbusmock", "--session",
+                                                      QString::fromStdString(name(saver)),
+                                                      QString("/org/%1/ScreenSaver").arg(saver),
+                                                      QString::fromStdString(name(saver))});
+    shell("gdbus wait --session --timeout 10 " + name(saver));
+    return mock;
+  };
+  const auto set = [&](const char* saver, bool isActive) {
+    shell("gdbus call --session -d " + name(saver) + " -o /org/" + saver +
+          "/ScreenSaver -m org.freedesktop.DBus.Mock.EmitSignal " + name(saver) +
+          " ActiveChanged b '[<" + (isActive ? "true" : "false") + ">]'");
+  };
+  auto gnome = start("gnome");
+  const auto mate = start("mate");
+  const auto program = locker();
+  ASSERT_TRUE(eventually([&] {
+    set("gnome", true);
+    return program->number("no need") > 0;
+  }));
+  EXPECT_TRUE(program->says("locked 1"));
+  set("mate", true);
+  set("mate", false);
+  set("gnome", true);
+  EXPECT_EQ(program->number("locked 0"), 0) << "one that is over ends no other";
+  gnome.reset();
+  EXPECT_TRUE(program->says("locked 0")) << "one that has gone locks nothing";
 }
 
 TEST_F(Lock, TheGuardKnowsTheLimitItself) {

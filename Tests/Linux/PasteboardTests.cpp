@@ -103,6 +103,31 @@ TEST_F(PasteboardTest, BadOwnersCostTheirOwnCopyOnly) {
   }
 }
 
+TEST_F(PasteboardTest, AHintThatCannotBeReadHints) {
+  observe();
+  for (const auto& [mode, isTransient] :
+       {std::pair{"public", false}, {"refused", true}, {"silent", true}, {"listless", true}}) {
+    captures_.clear();
+    Program owner(SELECTION_OWNER, {mode});
+    ASSERT_TRUE(until([&] { return !captures_.empty(); })) << mode;
+    EXPECT_EQ(testing::Value(captures_[0].types, testing::Contains(Pasteboard::transientType)),
+              isTransient)
+        << mode;
+  }
+}
+
+TEST_F(PasteboardTest, TextInLatin1IsReadAsThat) {
+  observe();
+  for (const auto& [bytes, words] :
+       {std::pair{"caf\\xe9", "text/plain=café;"}, {"caf\\xc3\\xa9", "text/plain=café;"}}) {
+    captures_.clear();
+    shell(std::string("printf '") + bytes +
+          "' | xclip -selection clipboard -t STRING >/dev/null 2>&1");
+    ASSERT_TRUE(until([&] { return !captures_.empty(); })) << bytes;
+    EXPECT_EQ(PasteboardTest::words(captures_[0]), words);
+  }
+}
+
 TEST_F(PasteboardTest, AnOwnerThatCopiesAgainIsReadInOneTurn) {
   observe();
   Program owner(SELECTION_OWNER, {"turn"});
@@ -135,6 +160,7 @@ TEST_F(PasteboardTest, OffersWhatIsWrittenToOthersWhateverItsLength) {
   EXPECT_TRUE(captures_[0].isOwn);
   EXPECT_EQ(shell("xclip -selection clipboard -o"), "Grüße");
   EXPECT_EQ(shell("xclip -selection clipboard -o -t text/plain"), "Grüße");
+  EXPECT_EQ(shell("xclip -selection clipboard -o -t STRING | od -An -tx1"), "47 72 fc df 65");
   EXPECT_EQ(shell("xclip -selection clipboard -o -t TARGETS | sort | tr '\\n' ' '"),
             "MULTIPLE STRING TARGETS TEXT TIMESTAMP UTF8_STRING text/plain "
             "text/plain;charset=utf-8");
@@ -146,6 +172,14 @@ TEST_F(PasteboardTest, OffersWhatIsWrittenToOthersWhateverItsLength) {
   ASSERT_TRUE(until([&] { return captures_.size() == 3; }));
   EXPECT_EQ(shell("xclip -selection clipboard -o -t image/png | wc -c"), "400000");
   EXPECT_EQ(shell("xclip -selection clipboard -o -t UTF8_STRING 2>/dev/null | wc -c"), "0");
+  const auto files =
+      std::make_shared<const Data>(Data::fromText("file:///a%20b\r\nfile:///d/%FF\r\n"));
+  board_.write({{Pasteboard::filesType, files, files->bytes.size()}});
+  ASSERT_TRUE(until([&] { return captures_.size() == 4; }));
+  EXPECT_EQ(shell("xclip -selection clipboard -o -t text/uri-list | tr -d '\r'"),
+            "file:///a%20b\nfile:///d/%FF");
+  EXPECT_EQ(shell("xclip -selection clipboard -o -t x-special/gnome-copied-files"),
+            "copy\nfile:///a%20b\nfile:///d/%FF");
 }
 
 TEST_F(PasteboardTest, TellsWhenAnOwnerIsGone) {

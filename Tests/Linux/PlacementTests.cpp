@@ -159,6 +159,11 @@ TEST(PopoverLayout, TheBodyStaysOnItsScreenAndTheArrowAtItsTile) {
   const auto middle = PopoverLayout::make({500, 750}, Arrow::bottom, {280, 200}, screen);
   EXPECT_NEAR(middle.frame().bottom(), 750, 0.01);
   EXPECT_TRUE(middle.outline().contains(QPointF(500, 748)));
+  // Two points off a strip that keeps the screen's edge for itself, whatever the body keeps from
+  // the other edges.
+  const auto atStrip = PopoverLayout::make({10, 798}, Arrow::bottom, {280, 200}, screen, 4);
+  EXPECT_NEAR(atStrip.frame().bottom(), 798, 0.01);
+  EXPECT_EQ(atStrip.body.left(), 4);
 }
 
 } // namespace

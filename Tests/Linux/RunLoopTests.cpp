@@ -1,6 +1,8 @@
-#include "TavrinPlatform/Linux/Base/LinuxProcessRunner.h"
+#include "TavrinPlatform/Linux/Desktop/CanberraPlayer.h"
+#include "TavrinPlatform/Qt/QtProcessRunner.h"
 #include "TavrinPlatform/Qt/QtRunLoop.h"
 #include "Tests/Linux/Desk.h"
+#include "Tests/Linux/Sound/LastingSound.h"
 
 #include <QCoreApplication>
 #include <gtest/gtest.h>
@@ -94,8 +96,48 @@ TEST(QtRunLoop, AQueueKeepsItsOrderAndDropsWhatHasNotBegun) {
   EXPECT_EQ(late, 0);
 }
 
+TEST(QtRunLoop, EndsItsWorkBeforeWhatThatRefersToGoes) {
+  QtRunLoop loop;
+  auto service = std::make_unique<std::atomic<int>>(0);
+  std::atomic<bool> isOpen = false;
+  // More than there are threads: some wait for their turn.
+  for (int i = 0; i < 8; ++i)
+    loop.background(
+        [&service = *service, &isOpen] {
+          while (!isOpen)
+            std::this_thread::yield();
+          ++service;
+        },
+        {}, [] {});
+  std::thread opener([&] { isOpen = true; });
+  loop.endWork();
+  opener.join();
+  EXPECT_EQ(*service, 8);
+  service.reset();
+  bool isDone = false;
+  loop.background([&] { isDone = true; }, {}, [] {});
+  loop.makeSerialQueue()->run([&] { isDone = true; });
+  loop.endWork();
+  EXPECT_FALSE(isDone);
+}
+
+TEST(CanberraPlayer, GoesWithoutWaitingForASoundToEnd) {
+  QtRunLoop loop;
+  QElapsedTimer clock;
+  const int before = test::lastingSoundsBegun();
+  {
+    CanberraPlayer player(loop);
+    player.play("Glass");
+    player.play("Tink");
+    ASSERT_TRUE(eventually([&] { return test::lastingSoundsBegun() == before + 1; }));
+    clock.start();
+  }
+  EXPECT_LT(clock.elapsed(), 5000) << "a sound is waited for ten seconds";
+  EXPECT_EQ(test::lastingSoundsBegun(), before + 1) << "what has not begun stays silent";
+}
+
 ProcessResult runToEnd(ProcessRequest request) {
-  LinuxProcessRunner runner;
+  QtProcessRunner runner;
   std::optional<ProcessResult> result;
   const auto token = runner.run(std::move(request), [&](const auto& r) { result = r; });
   EXPECT_TRUE(untilTrue([&] { return result.has_value(); }));
@@ -109,7 +151,7 @@ ProcessRequest script(const std::string& text) {
   return request;
 }
 
-TEST(LinuxProcessRunner, TellsHowAChildEnded) {
+TEST(QtProcessRunner, TellsHowAChildEnded) {
   using Outcome = ProcessResult::Outcome;
   auto input = script("cat; echo error >&2; exit 3");
   input.standardInput = std::string(200'000, 'x');
@@ -139,7 +181,7 @@ TEST(LinuxProcessRunner, TellsHowAChildEnded) {
   EXPECT_EQ(bounded.outcome, Outcome::exited);
 }
 
-TEST(LinuxProcessRunner, LeavesNoDescriptorAndNoChild) {
+TEST(QtProcessRunner, LeavesNoDescriptorAndNoChild) {
   const std::string file = shell("mktemp");
   shell("printf '#!/no/such/shell\\n' > " + file + "; chmod +x " + file);
   ProcessRequest failing[] = {{}, {}, {}, {}};
@@ -167,7 +209,7 @@ bool isAlive(const std::string& pid) {
   return ::kill(std::stoi(pid), 0) == 0;
 }
 
-TEST(LinuxProcessRunner, ALateChildGoesWithAllItStarted) {
+TEST(QtProcessRunner, ALateChildGoesWithAllItStarted) {
   // One that ignores the polite signal, with a grandchild that holds the pipe open.
   auto stubborn = script("trap '' TERM; sleep 60 & echo $!; while :; do sleep 1; done");
   stubborn.timeLimit = 0.3;
@@ -180,8 +222,8 @@ TEST(LinuxProcessRunner, ALateChildGoesWithAllItStarted) {
   EXPECT_TRUE(eventually([&] { return !isAlive(result.standardOutput); }));
 }
 
-TEST(LinuxProcessRunner, ADroppedTokenEndsTheChildAndBringsNoAnswer) {
-  LinuxProcessRunner runner;
+TEST(QtProcessRunner, ADroppedTokenEndsTheChildAndBringsNoAnswer) {
+  QtProcessRunner runner;
   const std::string file = shell("mktemp");
   bool isAnswered = false;
   auto token = runner.run(script("echo $$ > " + file + "; exec sleep 60"),

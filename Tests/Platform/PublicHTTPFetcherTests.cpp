@@ -67,7 +67,8 @@ TEST_F(PublicHTTPFetcherTest, RefusesHostsThatAreNotPublicAndOtherAddresses) {
        {"http://inside.com/", "http://half.com/", "http://unknown.com/", "http://127.0.0.1/",
         "http://2130706433/", "http://0x7f.1/", "http://[::1]/", "ftp://site.com/",
         "file:///etc/passwd", "javascript:alert(1)", "https://user:pw@site.com/", "https://",
-        "site.com", "", "http://site.com:99999/"}) {
+        "site.com", "", "http://site.com:99999/", "http://site.com:22/", "https://site.com:25/",
+        "http://site.com:0/", "https://site.com:1023/"}) {
     answers_.clear();
     get(url);
     EXPECT_TRUE(isRefused()) << url;

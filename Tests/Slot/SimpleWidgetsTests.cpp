@@ -11,7 +11,7 @@
 #include "TavrinWidgetsUI/System/CountdownPanelView.h"
 #include "TavrinWidgetsUI/System/PetPanelView.h"
 #include "Tests/Storage/TemporaryFolder.h"
-#include "Tests/Support/FakePlatform.h"
+#include "Tests/Support/SlotRig.h"
 
 #include <QAbstractButton>
 #include <QFontDatabase>
@@ -37,12 +37,11 @@ struct Slot {
     auto opened = store();
     id = opened.create("Mine", std::move(kind)).id;
     opened.claimSlot(id);
-    controller = std::make_unique<Controller>(context, *opened.widget(id));
+    controller = begun<Controller>(context, *opened.widget(id));
   }
   /// As the slot does when its widget goes.
   void drop() {
     changed.reset();
-    panel.setRootView(nullptr);
     controller.reset();
   }
   WidgetStore store() {
@@ -72,7 +71,7 @@ struct Slot {
   int edits = 0;
   SlotContext context{platform, tile, panel, [this] { ++edits; }};
   UUID id;
-  std::unique_ptr<WidgetController> controller;
+  Living<WidgetController> controller;
   TokenPtr changed;
 };
 
@@ -166,11 +165,10 @@ TEST(SystemWidgetController, AStopwatchOutlivesItsProcess) {
   EXPECT_NEAR(run.laps[0], 65, 1e-3);
 
   const auto widget = *slot.store().widget(slot.id);
-  slot.panel.setRootView(nullptr);
   slot.controller.reset();
   slot.platform.fakePopover.close();
   slot.platform.loop.advance(3600);
-  slot.controller = std::make_unique<SystemWidgetController>(slot.context, widget);
+  slot.controller = begun<SystemWidgetController>(slot.context, widget);
   slot.controller->togglePanel();
   slot.press("Pause");
   EXPECT_NEAR(decode<StopwatchRun>(slot.platform.defaults.values.at(key)).accumulated, 3665, 1e-3);
@@ -187,7 +185,7 @@ TEST(SystemWidgetController, ARunThatCannotBeReadBeginsAnew) {
     const std::string key = "dev.quellby.tavrin.stopwatch." + slot.id.text();
     slot.platform.defaults.set(key, JSONValue::parse(text));
     slot.controller =
-        std::make_unique<SystemWidgetController>(slot.context, *opened.widget(slot.id));
+        begun<SystemWidgetController>(slot.context, *opened.widget(slot.id));
     slot.controller->togglePanel();
     slot.press("Start");
     EXPECT_EQ(decode<StopwatchRun>(slot.platform.defaults.values.at(key)).accumulated, 0) << text;

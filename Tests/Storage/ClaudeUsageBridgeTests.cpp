@@ -105,8 +105,9 @@ TEST_F(ClaudeUsageBridgeTest, OtherSettingsComeBackAsTheyWere) {
     "N" : 12345678901234567890123
   },
   "statusLine" : {
-    "command" : "mine --colour",
+    "command" : "mine --colour\nREFRESH='7'",
     "padding" : 0,
+    "refreshInterval" : 10,
     "type" : "command"
   }
 })";
@@ -118,7 +119,8 @@ TEST_F(ClaudeUsageBridgeTest, OtherSettingsComeBackAsTheyWere) {
   auto changed = JSONValue::parse(settings());
   EXPECT_EQ(*changed.member("env"), *JSONValue::parse(before).member("env"));
   EXPECT_NE(settings().find("\"1/2\""), std::string::npos) << "slashes are not escaped";
-  EXPECT_NE(contents(bridge.scriptURL()).find("PREVIOUS='mine --colour'"), std::string::npos);
+  EXPECT_NE(contents(bridge.scriptURL()).find("PREVIOUS='mine --colour"), std::string::npos);
+  bridge.connect();
   bridge.disconnect();
   EXPECT_EQ(settings(), original);
   struct stat info {};
@@ -178,6 +180,45 @@ TEST_F(ClaudeUsageBridgeTest, LongPayloadsReachCommandsThatReadThemAndThoseThatD
   }
 }
 
+TEST_F(ClaudeUsageBridgeTest, AnEmptyPayloadReplacesNone) {
+  bridge.connect();
+  run(bridge.scriptURL().string());
+  run(bridge.scriptURL().string(), "");
+  EXPECT_EQ(contents(bridge.payloadURL()), payload);
+}
+
+TEST_F(ClaudeUsageBridgeTest, SessionsAtOnceLeaveAWholePayload) {
+  setCommand("true");
+  bridge.connect();
+  const std::string script = bridge.scriptURL().string();
+  // Each hands over a letter of its own, and as much of it as takes several writes.
+  run(fmt::format("for letter in a b c d e f g h; do (for round in 1 2 3 4 5; do "
+                  "head -c 400000 /dev/zero | tr '\\0' $letter | {}; done) & done; wait",
+                  script));
+  const auto kept = contents(bridge.payloadURL());
+  EXPECT_EQ(kept, std::string(400'000, kept.empty() ? ' ' : kept[0]));
+  for (const auto& entry : fs::directory_iterator(bridge.payloadURL().parent_path()))
+    EXPECT_NE(entry.path().extension(), ".tmp") << "left behind";
+}
+
+TEST_F(ClaudeUsageBridgeTest, ThePlainLineTakesAnyNumber) {
+  bridge.connect();
+  for (const char* used : {"NaN", "Infinity", "-Infinity", "1e999", "true", "\"12\"", "[]"})
+    for (const char* resets : {"99999999999", "NaN", "1e999", "null"}) {
+      const auto five = fmt::format(R"({{"used_percentage":{},"resets_at":{}}})", used, resets);
+      EXPECT_EQ(
+          run(bridge.scriptURL().string(),
+              fmt::format(R"({{"model":{{"display_name":"M"}},"rate_limits":{{"five_hour":{}}}}})",
+                          five)),
+          (Outcome{"M\n", 0}))
+          << five;
+    }
+  EXPECT_EQ(run(bridge.scriptURL().string(),
+                R"({"rate_limits":{"five_hour":{"used_percentage":8.6,"resets_at":NaN}}})"),
+            (Outcome{"9%\n", 0}));
+  EXPECT_EQ(run(bridge.scriptURL().string(), std::string(100'000, '[')), (Outcome{"\n", 0}));
+}
+
 TEST_F(ClaudeUsageBridgeTest, AScriptWrappedByHandIsNotChainedToItself) {
   setCommand("echo mine");
   bridge.connect();
@@ -226,8 +267,12 @@ TEST_F(ClaudeUsageBridgeTest, DrawsALineOfItsOwn) {
 TEST_F(ClaudeUsageBridgeTest, ThePayloadCannotBeWrittenAndTheLineStays) {
   setCommand("cat");
   bridge.connect();
-  fs::create_directory(bridge.payloadURL().string() + ".tmp");
-  EXPECT_EQ(run(bridge.scriptURL().string()), (Outcome{payload, 0}));
+  // Nothing can be made in what is no folder.
+  const auto text = contents(bridge.scriptURL());
+  const auto folderName = bridge.payloadURL().parent_path().string();
+  put(folder / "elsewhere.sh", std::string(text).replace(text.find(folderName), folderName.size(),
+                                                         (folder / "input").string()));
+  EXPECT_EQ(run("sh " + (folder / "elsewhere.sh").string()), (Outcome{payload, 0}));
   EXPECT_FALSE(fs::exists(bridge.payloadURL()));
 }
 

@@ -2,21 +2,13 @@
 
 #include "TavrinCore/Base/Errors.h"
 #include "TavrinPlatform/Files/AtomicFile.h"
+#include "Tests/Storage/Posts.h"
 #include "Tests/Storage/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
 namespace tavrin {
 namespace {
-
-struct Posts final : DistributedNotificationCenter {
-  void post(const std::string& name, const std::optional<std::string>&) override {
-    EXPECT_EQ(name, "dev.quellby.tavrin.colours-changed");
-    ++count;
-  }
-  TokenPtr observe(const std::string&, Handler) override { return nullptr; }
-  int count = 0;
-};
 
 PickedColour red() {
   return {UUID::random(), 255, 0, 0, {1}, false};
@@ -34,7 +26,7 @@ TEST(ColourStore, PicksOfSeveralProcessesAddUpAndEachIsAnnounced) {
   first.add(red(), 24);
   second.add(blue(), 24);
   second.togglePin(second.history().colours[1].id, 24);
-  EXPECT_EQ(posts.count, 3);
+  EXPECT_EQ(posts.names.size(), 3U);
   first.reload();
   EXPECT_EQ(first.history(), second.history());
   ASSERT_EQ(first.history().colours.size(), 2U);
@@ -42,7 +34,7 @@ TEST(ColourStore, PicksOfSeveralProcessesAddUpAndEachIsAnnounced) {
   first.clearUnpinned();
   EXPECT_EQ(first.history().colours.size(), 1U);
   first.remove(first.history().colours[0].id);
-  EXPECT_EQ(posts.count, 5);
+  EXPECT_EQ(posts.names, std::vector<std::string>(5, "dev.quellby.tavrin.colours-changed"));
   EXPECT_EQ(readFile(first.url()), "{\n  \"colours\": [],\n  \"version\": 1\n}");
 }
 
@@ -57,7 +49,7 @@ TEST(ColourStore, ABrokenFileIsNeitherReadNorWrittenOver) {
     EXPECT_EQ(readFile(store.url()), text);
     EXPECT_EQ(store.history().colours.size(), 1U) << "what was read last stays";
   }
-  EXPECT_EQ(posts.count, 1);
+  EXPECT_EQ(posts.names.size(), 1U);
 }
 
 } // namespace

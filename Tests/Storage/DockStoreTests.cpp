@@ -228,15 +228,23 @@ TEST_F(BackupTest, NamesBackupsByTheirMomentAndKeepsTheirOrder) {
             std::vector<std::string>{"/a"});
 }
 
-/// Restarts at once; may put the old items back, or fail.
+/// Restarts at once; something may happen meanwhile, and it may fail.
 struct Reloader final : DockReloader {
+  void waitUntilSettled() override {
+    if (whileSettling)
+      whileSettling();
+  }
   void reload() override {
     ++count;
+    if (whileRestarting)
+      whileRestarting();
     if (fails)
       throw DockError::dockReloadFailed("the Dock did not relaunch");
   }
   int count = 0;
   bool fails = false;
+  std::function<void()> whileSettling;
+  std::function<void()> whileRestarting;
 };
 
 struct Watcher final : WorkspaceSwitchObserver {
@@ -322,6 +330,44 @@ TEST_F(SwitcherTest, CapturesAppliesAndActivates) {
                                errorOf<DockError>([&] { switcher.activate(work); }),
                                errorOf<DockError>([&] { store.update(gone); })})
     EXPECT_EQ(sentence, "Failed to find profile with id " + text);
+}
+
+TEST_F(SwitcherTest, KeepsWhatOthersDoToTheProfilesMeanwhile) {
+  ProfileStore other(store.url());
+  Profile made;
+  made.id = UUID::random();
+  reloader->whileSettling = [&] {
+    other.change(work, [&](Profile& profile) { profile.items = layout({"/new"}).apps; });
+  };
+  reloader->whileRestarting = [&] { other.create(made); };
+  EXPECT_TRUE(switcher.switchTo(work));
+  EXPECT_EQ(paths(), std::vector<std::string>{"/new"}) << "looked up before the wait";
+  const auto kept = ProfileStore(store.url()).file();
+  EXPECT_EQ(kept.activeProfileId, work);
+  EXPECT_EQ(kept.profiles.size(), 3U) << "the one made meanwhile is gone";
+
+  reloader->whileRestarting = nullptr;
+  reloader->whileSettling = [&] { other.remove(home); };
+  EXPECT_EQ(errorOf<DockError>([&] { switcher.switchTo(home); }),
+            "Failed to find profile with id " + home.text());
+  EXPECT_EQ(paths(), std::vector<std::string>{"/new"});
+  EXPECT_EQ(names().size(), 1U);
+}
+
+TEST_F(SwitcherTest, ALayoutWrittenByHandAgreesWithTheDock) {
+  store.change(work,
+               [&](Profile& profile) { profile.others = layout({"/Applications/Mail.app"}).apps; });
+  switcher.switchTo(work);
+  EXPECT_FALSE(switcher.applyActiveProfile()) << "an application right of the divider is a file";
+  EXPECT_EQ(names().size(), 1U);
+}
+
+TEST_F(SwitcherTest, OldBackupsGoAlsoWhereTheRestartFails) {
+  for (std::size_t i = 0; i < BackupManager::defaultLimit; ++i)
+    manager.snapshot(noon);
+  reloader->fails = true;
+  EXPECT_THROW(switcher.switchTo(home), DockError);
+  EXPECT_EQ(names().size(), BackupManager::defaultLimit);
 }
 
 TEST_F(SwitcherTest, UndoesNothingWithoutABackup) {

@@ -1,5 +1,6 @@
 #include "TavrinStorage/WaterStore.h"
 
+#include "Tests/Storage/Posts.h"
 #include "Tests/Storage/TemporaryFolder.h"
 
 #include "TavrinCore/Base/Errors.h"
@@ -12,14 +13,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
-
-struct Posts final : DistributedNotificationCenter {
-  void post(const std::string& name, const std::optional<std::string>& object) override {
-    names.push_back(name + (object ? " " + *object : ""));
-  }
-  TokenPtr observe(const std::string&, Handler) override { return nullptr; }
-  std::vector<std::string> names;
-};
 
 class WaterStoreTest : public testing::Test {
 protected:

@@ -11,6 +11,7 @@ namespace tavrin::test {
 class FakeNearbyDevices final : public NearbyDevices {
 public:
   const std::vector<NearbyDevice>& devices() const override { return all; }
+  Advice advice() const override { return {"Switch a service on.", "Bring a device."}; }
   bool isAvailable() const override { return available; }
   void refresh() override { ++refreshes; }
   TokenPtr observe(std::function<void()> handler) override { return changes.add(handler); }

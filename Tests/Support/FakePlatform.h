@@ -43,7 +43,9 @@ public:
   void terminate() override { ++terminations; }
   void requestUserAttention() override { ++attentionRequests; }
   void cancelUserAttention() override { ++attentionCancellations; }
+  void keepMemoryPrivate() override { isMemoryPrivate = true; }
 
+  bool isMemoryPrivate = false;
   std::vector<std::string> args;
   int terminations = 0;
   int attentionRequests = 0;
@@ -81,10 +83,14 @@ public:
     const auto found = variables.find(name);
     return found == variables.end() ? std::nullopt : std::optional(found->second);
   }
+  std::vector<std::filesystem::path> toolFolders() const override { return tools; }
+  std::filesystem::path unicodeFolder() const override { return unicode; }
 
   std::filesystem::path home = "/home/user";
   std::optional<std::filesystem::path> support = "/home/user/.local/share";
   std::map<std::string, std::string> variables;
+  std::vector<std::filesystem::path> tools;
+  std::filesystem::path unicode;
 };
 
 class FakeUserDefaults final : public UserDefaults {

@@ -3,12 +3,29 @@
 #include "TavrinSlot/DockPanelPresenter.h"
 #include "TavrinSlot/DockTileRenderer.h"
 #include "TavrinSlot/SlotContext.h"
+#include "TavrinSlot/WidgetController.h"
 #include "Tests/Support/FakePlatform.h"
 
 #include <QPushButton>
 #include <gtest/gtest.h>
+#include <memory>
 
 namespace tavrin::test {
+
+/// A controller that has begun, and leaves before it is destroyed, as the slot sees to.
+struct LeavesFirst {
+  void operator()(WidgetController* controller) const {
+    controller->leave();
+    delete controller;
+  }
+};
+template <class Controller> using Living = std::unique_ptr<Controller, LeavesFirst>;
+template <class Controller>
+Living<Controller> begun(const SlotContext& context, const DockWidget& widget) {
+  Living<Controller> controller(new Controller(context, widget));
+  controller->begin();
+  return controller;
+}
 
 /// A slot's surfaces on fakes, for one controller at a time.
 class SlotRig {
@@ -16,9 +33,6 @@ public:
   explicit SlotRig(Date now = {800'000'000}) : platform(now) {
     platform.bundle.strings["CFBundleIdentifier"] = "dev.quellby.Tavrin.Slot3";
   }
-  /// The controllers go before the panel that refers to them.
-  ~SlotRig() { panel.setRootView(nullptr); }
-
   SlotContext context() {
     return {platform, tile, panel, [this] { ++edits; }};
   }

@@ -34,9 +34,9 @@ finish() {
 }
 trap finish EXIT
 trap 'exit 143' TERM INT
-# until CONDITION... ; at most ten seconds
+# await CONDITION... ; at most a minute
 await() {
-  local end=$((SECONDS + 10))
+  local end=$((SECONDS + 60))
   while [ $SECONDS -lt $end ]; do "$@" >/dev/null 2>&1 && return 0; sleep .02; done
   echo "desk: waited in vain for: $*" >&2
   exit 99
@@ -48,7 +48,7 @@ managed() { xprop -root _NET_CLIENT_LIST | grep -q 'window id'; }
 if has system; then
   cat >"$DESK/system.conf" <<'X'
 <busconfig><type>custom</type><listen>unix:tmpdir=/tmp</listen><auth>EXTERNAL</auth>
-<policy context="default"><allow send_destination="*" eavesdrop="true"/><allow eavesdrop="true"/><allow own="*"/></policy></busconfig>
+<policy context="default"><allow user="*"/><allow send_destination="*" eavesdrop="true"/><allow eavesdrop="true"/><allow own="*"/></policy></busconfig>
 X
   dbus-daemon --config-file="$DESK/system.conf" --nofork --print-address=3 3>"$DESK/system" >/dev/null 2>&1 &
   started+=($!)

@@ -47,6 +47,9 @@ struct ClipboardItem {
   /// Whether the host of `url` is a name on the public internet, judged by the name alone.
   static bool isFetchableHost(std::string_view url);
 
+  /// Whether there is something to put back on the pasteboard: of a large image only its size was
+  /// kept.
+  bool hasContent() const { return kind != Kind::image || imageData.has_value(); }
   /// The host of an address that was copied, without "www."; empty for everything else.
   std::string linkHost() const;
   /// One line for lists and the tile, at most 200 characters.

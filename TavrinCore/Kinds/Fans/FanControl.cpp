@@ -1,6 +1,7 @@
 #include "TavrinCore/Kinds/Fans/FanControl.h"
 
 #include "TavrinCore/Base/Errors.h"
+#include "TavrinCore/Text/ComputerWords.h"
 
 #include <algorithm>
 #include <cmath>
@@ -43,7 +44,7 @@ FanError FanError::unsupportedValue(std::string_view key, std::string_view type)
           failure("handle " + value(key), "its type " + std::string(type) + " is not supported")};
 }
 FanError FanError::noFans() {
-  return {Kind::noFans, failure("control the fans", "this Mac has none")};
+  return {Kind::noFans, failure("control the fans", localSentence("this {Mac} has none"))};
 }
 
 double FanControl::number(const std::string& key) const {

@@ -57,4 +57,13 @@ struct WaterLog {
   bool operator==(const WaterLog&) const = default;
 };
 
+/// What is read is tidy.
+template <> struct Coder<WaterLog> : RecordCoder<WaterLog> {
+  static WaterLog decode(const JSONValue& json) {
+    auto log = RecordCoder<WaterLog>::decode(json);
+    log.tidy();
+    return log;
+  }
+};
+
 } // namespace tavrin

@@ -68,7 +68,7 @@ TokenPtr ApplicationLauncher::launch(const std::string& id, const std::string& a
   launch->action = action;
   launch->answer = std::move(answer);
   launch->asker = token->alive;
-  runLoop_.background([this, launch] { prepare(launch); }, alive_,
+  runLoop_.background([&files = files_, launch] { prepare(files, launch); }, alive_,
                       [this, launch] {
                         if (!launch->found)
                           finish(launch, "it is not installed");
@@ -84,8 +84,8 @@ TokenPtr ApplicationLauncher::launch(const std::string& id, const std::string& a
 }
 
 /// Off the main thread: reads the entry, makes the command line, begins the notice.
-void ApplicationLauncher::prepare(const std::shared_ptr<Launch>& launch) {
-  launch->found = DesktopEntries::ofUser(files_).application(launch->id);
+void ApplicationLauncher::prepare(const FileManager& files, const std::shared_ptr<Launch>& launch) {
+  launch->found = DesktopEntries::ofUser(files).application(launch->id);
   if (!launch->found)
     return;
   const DesktopEntry& entry = launch->found->entry;
@@ -100,7 +100,7 @@ void ApplicationLauncher::prepare(const std::shared_ptr<Launch>& launch) {
   }
   launch->words = execWords(exec, {entry.name, entry.icon, launch->found->file.string()});
   if (entry.runsInTerminal && !launch->words.empty()) {
-    auto terminal = terminalCommand(files_);
+    auto terminal = terminalCommand(files);
     if (terminal.empty()) {
       launch->reason = "it needs a terminal, and none is installed";
       return;
@@ -110,7 +110,7 @@ void ApplicationLauncher::prepare(const std::shared_ptr<Launch>& launch) {
   // A program that says so itself needs no notice; one that says nothing ends it by its window.
   if (entry.notifiesStartup.value_or(!entry.startupClass.empty() || entry.isActivatedOnBus))
     launch->startupID = beginStartupNotice(
-        files_.environment("DISPLAY").value_or(""),
+        files.environment("DISPLAY").value_or(""),
         {entry.name, entry.icon, launch->words.empty() ? std::string() : launch->words.front(),
          entry.startupClass, launch->found->file.string()});
 }

@@ -24,7 +24,7 @@ public:
 
 private:
   struct Launch;
-  void prepare(const std::shared_ptr<Launch>& launch);
+  static void prepare(const FileManager& files, const std::shared_ptr<Launch>& launch);
   void activate(const std::shared_ptr<Launch>& launch);
   void startProgram(const std::shared_ptr<Launch>& launch);
   void finish(const std::shared_ptr<Launch>& launch, const std::string& reason);

@@ -1,5 +1,6 @@
 #include "TavrinPlatform/Linux/Base/InterfaceFont.h"
 
+#include "TavrinCore/Text/Text.h"
 #include "TavrinPlatform/Linux/Base/ToolkitSettings.h"
 
 #include <algorithm>
@@ -13,13 +14,6 @@ constexpr std::array<std::string_view, 20> styles = {
     "Thin",       "Ultra-Light", "Extra-Light", "Light",     "Semi-Light", "Book",     "Regular",
     "Normal",     "Roman",       "Medium",      "Semi-Bold", "Demi-Bold",  "Bold",     "Ultra-Bold",
     "Extra-Bold", "Heavy",       "Black",       "Italic",    "Oblique",    "Condensed"};
-
-std::string_view trimmed(std::string_view text) {
-  const auto first = text.find_first_not_of(" \t\r");
-  if (first == std::string_view::npos)
-    return {};
-  return text.substr(first, text.find_last_not_of(" \t\r") - first + 1);
-}
 
 bool isSize(std::string_view word) {
   return std::all_of(word.begin(), word.end(), [](unsigned char c) {

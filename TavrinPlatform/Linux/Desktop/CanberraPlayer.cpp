@@ -1,6 +1,6 @@
 #include "TavrinPlatform/Linux/Desktop/CanberraPlayer.h"
 
-#include "TavrinPlatform/SharedLibrary.h"
+#include "TavrinPlatform/Files/SharedLibrary.h"
 
 #include <canberra.h>
 #include <chrono>
@@ -38,41 +38,72 @@ const Library* library() {
   return isLoaded ? &loaded : nullptr;
 }
 
-struct Ending {
-  std::mutex mutex;
-  std::condition_variable changed;
-  bool isOver = false;
+} // namespace
+
+/// What a playing sound waits for: its own end, or that of all sounds.
+class CanberraPlayer::Silence {
+public:
+  /// Waits until the sound that `begin` starts is over. `begin` is given what the library is to
+  /// call at its end, and answers whether it plays.
+  template <class Begin> void follow(Begin begin) {
+    {
+      const std::lock_guard lock(mutex_);
+      isOver_ = false;
+    }
+    if (!begin(&Silence::noteEnd, this))
+      return;
+    std::unique_lock lock(mutex_);
+    changed_.wait_for(lock, longestSound, [this] { return isOver_ || isFinal_; });
+  }
+  void makeFinal() {
+    const std::lock_guard lock(mutex_);
+    isFinal_ = true;
+    changed_.notify_all();
+  }
+  bool isFinal() {
+    const std::lock_guard lock(mutex_);
+    return isFinal_;
+  }
+
+private:
+  static void noteEnd(ca_context*, std::uint32_t, int, void* data) {
+    auto& self = *static_cast<Silence*>(data);
+    const std::lock_guard lock(self.mutex_);
+    self.isOver_ = true;
+    self.changed_.notify_all();
+  }
+
+  std::mutex mutex_;
+  std::condition_variable changed_;
+  bool isOver_ = false;
+  bool isFinal_ = false;
 };
 
-void noteEnd(ca_context*, std::uint32_t, int, void* data) {
-  auto& ending = *static_cast<Ending*>(data);
-  const std::lock_guard lock(ending.mutex);
-  ending.isOver = true;
-  ending.changed.notify_all();
+CanberraPlayer::CanberraPlayer(RunLoop& runLoop)
+    : runLoop_(runLoop), silence_(std::make_shared<Silence>()) {}
+
+CanberraPlayer::~CanberraPlayer() {
+  silence_->makeFinal();
 }
 
-void playAndWait(const char* event) {
-  const Library* ca = library();
+void CanberraPlayer::playAndWait(const char* event, Silence& silence) {
+  const Library* ca = silence.isFinal() ? nullptr : library();
   ca_context* context = nullptr;
   if (ca == nullptr || ca->create(&context) != CA_SUCCESS)
     return;
   ca_proplist* list = nullptr;
-  Ending ending;
   if (ca->createList(&list) == CA_SUCCESS) {
     ca->set(list, CA_PROP_EVENT_ID, event);
     ca->set(list, CA_PROP_APPLICATION_NAME, "Tavrin");
     ca->set(list, CA_PROP_CANBERRA_CACHE_CONTROL, "never");
-    if (ca->play(context, 0, list, noteEnd, &ending) == CA_SUCCESS) {
-      std::unique_lock lock(ending.mutex);
-      ending.changed.wait_for(lock, longestSound, [&] { return ending.isOver; });
-    }
+    silence.follow([&](ca_finish_callback_t ended, void* data) {
+      return ca->play(context, 0, list, ended, data) == CA_SUCCESS;
+    });
     ca->destroyList(list);
   }
   // Ends the callbacks: none comes after this.
   ca->destroy(context);
 }
-
-} // namespace
 
 const char* CanberraPlayer::eventFor(const std::string& name) {
   if (name == "Glass")
@@ -87,7 +118,7 @@ const char* CanberraPlayer::eventFor(const std::string& name) {
 void CanberraPlayer::play(const std::string& name) {
   if (!queue_)
     queue_ = runLoop_.makeSerialQueue();
-  queue_->run([event = eventFor(name)] { playAndWait(event); });
+  queue_->run([event = eventFor(name), silence = silence_] { playAndWait(event, *silence); });
 }
 
 } // namespace tavrin

@@ -1,6 +1,7 @@
 #include "TavrinPlatform/Linux/Desktop/LinuxNotificationCenter.h"
 
 #include "TavrinCore/Base/Errors.h"
+#include "TavrinCore/Text/ForeignText.h"
 #include "TavrinPlatform/Linux/Base/BusProperties.h"
 
 #include <algorithm>
@@ -23,6 +24,9 @@ const BusAddress manager{"org.freedesktop.systemd1", "/org/freedesktop/systemd1"
                          "org.freedesktop.systemd1.Manager"};
 constexpr const char* noticeArgument = "--notify";
 constexpr double noticeLimit = 10;
+/// Code points that a notice shows.
+constexpr std::size_t longestNoticeTitle = 200;
+constexpr std::size_t longestBody = 1000;
 /// For how long a click on a notice that nobody closed is still waited for.
 constexpr double clickLimit = 3600;
 /// What a click on the notice itself invokes.
@@ -33,6 +37,30 @@ BusMessage notice(const Bus& bus, const std::string& title, const std::string& b
   message.append("susssas", "Tavrin", 0U, "", title.c_str(), body.c_str(), 2, clickAction, "Open");
   message.append("a{sv}i", 2, "sound-name", "s", "message-new-instant", "urgency", "y", 1, -1);
   return message;
+}
+
+/// Whether an answer of GetCapabilities says that bodies are read as markup.
+bool readsMarkup(sd_bus_message* reply) {
+  if (reply == nullptr || sd_bus_message_enter_container(reply, 'a', "s") <= 0)
+    return false;
+  const char* capability = nullptr;
+  while (sd_bus_message_read_basic(reply, 's', &capability) > 0)
+    if (std::string_view(capability) == "body-markup")
+      return true;
+  return false;
+}
+
+/// Shows a notice that says its body letter by letter, whatever the server takes bodies for. The
+/// title is no markup to any of them.
+void sendNotice(Bus& bus, const std::string& title, const std::string& body, Bus::Reply answer) {
+  if (body.find_first_of("&<>") == std::string::npos) {
+    bus.call(notice(bus, title, body), std::move(answer));
+    return;
+  }
+  bus.call(bus.method(server, "GetCapabilities"), [&bus, title, body, answer = std::move(answer)](
+                                                      sd_bus_message* reply, const std::string&) {
+    bus.call(notice(bus, title, readsMarkup(reply) ? markupEscaped(body) : body), answer);
+  });
 }
 
 /// The signals' first argument, when it is a notice's number.
@@ -135,7 +163,10 @@ void LinuxNotificationCenter::requestAuthorization(std::function<void(bool grant
   answer(true);
 }
 
-void LinuxNotificationCenter::add(const UserNotificationRequest& request) {
+void LinuxNotificationCenter::add(const UserNotificationRequest& wanted) {
+  UserNotificationRequest request = wanted;
+  request.title = plainText(request.title, longestNoticeTitle);
+  request.body = plainText(request.body, longestBody);
   runLoop_.post([self = std::weak_ptr(self_), request] {
     if (const auto alive = self.lock()) {
       (*alive)->unschedule(request.identifier);
@@ -203,14 +234,13 @@ void LinuxNotificationCenter::keep(const UserNotificationRequest& request, doubl
 void LinuxNotificationCenter::show(const UserNotificationRequest& request) {
   if (!watch_)
     watch_ = std::make_unique<NoticeWatch>(*bus_);
-  bus_->call(notice(*bus_, request.title, request.body),
-             [this](sd_bus_message* reply, const std::string&) {
-               if (reply != nullptr)
-                 watch_->expect(reply, [this] {
-                   if (onClick)
-                     onClick();
-                 });
-             });
+  sendNotice(*bus_, request.title, request.body, [this](sd_bus_message* reply, const std::string&) {
+    if (reply != nullptr)
+      watch_->expect(reply, [this] {
+        if (onClick)
+          onClick();
+      });
+  });
 }
 
 std::optional<int> showNoticeIfAsked(int& argc, char** argv) {
@@ -224,7 +254,7 @@ std::optional<int> showNoticeIfAsked(int& argc, char** argv) {
   NoticeWatch watch(*bus);
   bool isShown = false;
   bool isAnswered = false;
-  bus->call(notice(*bus, argv[3], argv[4]), [&](sd_bus_message* reply, const std::string&) {
+  sendNotice(*bus, argv[3], argv[4], [&](sd_bus_message* reply, const std::string&) {
     isAnswered = true;
     isShown = reply != nullptr;
     if (isShown)

@@ -6,8 +6,8 @@
 #include "TavrinPlatform/Linux/Base/InterfaceFont.h"
 #include "TavrinPlatform/Linux/Base/ToolkitSettings.h"
 #include "TavrinPlatform/Linux/Base/X11.h"
+#include "TavrinPlatform/POSIX/Spawn.h"
 
-#include <QProcess>
 #include <QStandardPaths>
 #include <string_view>
 #include <unicode/timezone.h>
@@ -87,11 +87,8 @@ std::optional<RunningApplication> LinuxWorkspace::frontmostApplication() const {
 }
 
 void LinuxWorkspace::open(const std::string& target) {
-  const QString command = QStandardPaths::findExecutable(QStringLiteral("xdg-open"));
-  if (!command.isEmpty()) {
-    QProcess::startDetached(command, {QString::fromStdString(target)}, QString());
+  if (spawnDetached({"xdg-open", target}))
     return;
-  }
   if (session_ == nullptr || !session_->isOpen())
     return;
   BusMessage message = session_->method(opener, "OpenURI");
@@ -104,14 +101,8 @@ bool LinuxWorkspace::openActivityMonitor() {
   for (const QString& folder :
        QStandardPaths::standardLocations(QStandardPaths::ApplicationsLocation))
     folders.emplace_back(folder.toStdString());
-  const auto words =
-      systemMonitorCommand(folders, files_.environment("XDG_CURRENT_DESKTOP").value_or(""));
-  if (words.empty())
-    return false;
-  QStringList arguments;
-  for (std::size_t i = 1; i < words.size(); ++i)
-    arguments << QString::fromStdString(words[i]);
-  return QProcess::startDetached(QString::fromStdString(words.front()), arguments, QString());
+  return spawnDetached(
+      systemMonitorCommand(folders, files_.environment("XDG_CURRENT_DESKTOP").value_or("")));
 }
 
 ClockWatch& LinuxWorkspace::clock() {

@@ -1,8 +1,10 @@
 #include "TavrinPlatform/Linux/Desktop/SecretServiceKeychain.h"
 
-#include "TavrinPlatform/SharedLibrary.h"
+#include "TavrinPlatform/Files/SharedLibrary.h"
 
 #include <cstring>
+// For the session's path alone, which is used where the library has it.
+#define SECRET_API_SUBJECT_TO_CHANGE
 #include <libsecret/secret.h>
 #include <memory>
 
@@ -12,7 +14,9 @@ namespace {
 
 /// What of the library is used; nothing of it is linked.
 struct Library {
-  decltype(&secret_service_get_sync) getService = nullptr;
+  decltype(&secret_service_open_sync) openService = nullptr;
+  decltype(&secret_service_get_type) serviceType = nullptr;
+  decltype(&secret_service_get_session_dbus_path) sessionPath = nullptr;
   decltype(&secret_service_search_sync) search = nullptr;
   decltype(&secret_item_get_locked) isLocked = nullptr;
   decltype(&secret_item_load_secret_sync) loadSecret = nullptr;
@@ -23,6 +27,8 @@ struct Library {
   decltype(&secret_collection_for_alias_sync) collection = nullptr;
   decltype(&secret_collection_get_locked) isCollectionLocked = nullptr;
   decltype(&secret_service_store_sync) store = nullptr;
+  decltype(&g_dbus_proxy_get_connection) connectionOf = nullptr;
+  decltype(&g_dbus_connection_call) call = nullptr;
   decltype(&g_object_unref) unref = nullptr;
   decltype(&g_list_free_full) freeList = nullptr;
   decltype(&g_error_free) freeError = nullptr;
@@ -34,7 +40,11 @@ struct Library {
 
   bool load() {
     const SharedLibrary library{"libsecret-1.so.0"};
-    return library.find(getService, "secret_service_get_sync") &&
+    library.find(sessionPath, "secret_service_get_session_dbus_path");
+    return library.find(openService, "secret_service_open_sync") &&
+           library.find(serviceType, "secret_service_get_type") &&
+           library.find(connectionOf, "g_dbus_proxy_get_connection") &&
+           library.find(call, "g_dbus_connection_call") &&
            library.find(search, "secret_service_search_sync") &&
            library.find(isLocked, "secret_item_get_locked") &&
            library.find(loadSecret, "secret_item_load_secret_sync") &&
@@ -110,10 +120,26 @@ void check(GError* error) {
   throw KeychainError(isLocked ? Keychain::interactionNotAllowed : Keychain::notAvailable);
 }
 
-ObjectPtr<SecretService> connect() {
+/// A session with the keyring, closed there without waiting when the object goes.
+struct CloseService {
+  void operator()(SecretService* service) const {
+    const Library& lib = library();
+    auto* proxy = reinterpret_cast<GDBusProxy*>(service);
+    if (const char* session = lib.sessionPath != nullptr ? lib.sessionPath(service) : nullptr)
+      lib.call(lib.connectionOf(proxy), "org.freedesktop.secrets", session,
+               "org.freedesktop.Secret.Session", "Close", nullptr, nullptr,
+               G_DBUS_CALL_FLAGS_NO_AUTO_START, -1, nullptr, nullptr, nullptr);
+    lib.unref(service);
+  }
+};
+
+/// A new one for each call: a shared one stays with the daemon that it was opened with, and with
+/// what it read of it, after another has taken that daemon's place.
+std::unique_ptr<SecretService, CloseService> connect() {
+  const Library& lib = library();
   GError* error = nullptr;
-  ObjectPtr<SecretService> service(
-      library().getService(SECRET_SERVICE_OPEN_SESSION, nullptr, &error));
+  std::unique_ptr<SecretService, CloseService> service(
+      lib.openService(lib.serviceType(), nullptr, SECRET_SERVICE_OPEN_SESSION, nullptr, &error));
   check(error);
   return service;
 }

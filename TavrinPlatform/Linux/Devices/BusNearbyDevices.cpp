@@ -13,7 +13,8 @@ namespace tavrin {
 namespace {
 
 using Kind = NearbyDevice::Kind;
-using Way = NearbyDevice::Way;
+constexpr const char* connectWay = "KDE Connect";
+constexpr const char* bluetoothWay = "Bluetooth";
 
 constexpr const char* connectService = "org.kde.kdeconnect";
 constexpr const char* connectDevice = "org.kde.kdeconnect.device";
@@ -113,9 +114,8 @@ void BusNearbyDevices::askConnect(bool wakes) {
               continue;
             // What is known already stays in sight while it is asked anew.
             const auto known = before.find(id);
-            connect_[id] = known != before.end()
-                               ? known->second
-                               : NearbyDevice{id, {}, Kind::other, Way::kdeConnect};
+            connect_[id] = known != before.end() ? known->second
+                                                 : NearbyDevice{id, {}, Kind::other, connectWay};
             askConnectDevice(id);
           }
         settle();
@@ -204,12 +204,17 @@ void BusNearbyDevices::readBluetooth(sd_bus_message* reply) {
       const std::string alias = values.text("Alias");
       bluetooth_[address] = {address,
                              cleanText(alias.empty() ? values.text("Name") : alias, longestName),
-                             kindOfIcon(values.text("Icon")), Way::bluetooth};
+                             kindOfIcon(values.text("Icon")), bluetoothWay};
     });
     sd_bus_message_exit_container(reply);
   }
   if (!hasBluetooth_)
     bluetooth_.clear();
+}
+
+NearbyDevices::Advice BusNearbyDevices::advice() const {
+  return {"Install KDE Connect here and on the other device, or switch Bluetooth on.",
+          "Open KDE Connect on the other device, on the same network, or pair it by Bluetooth."};
 }
 
 void BusNearbyDevices::settle() {
@@ -236,7 +241,7 @@ TokenPtr BusNearbyDevices::send(const NearbyDevice& device,
     return runLoop_.after(0, [done = std::move(done), name = device.name] {
       done({failure("send to " + name, "there is no session bus"), false});
     });
-  if (device.way == Way::bluetooth)
+  if (device.way == bluetoothWay)
     return std::make_unique<ObexSending>(*session_, runLoop_, device, std::move(files),
                                          std::move(progress), std::move(done));
   return sendByConnect(device, files, std::move(done));

@@ -15,6 +15,7 @@ public:
   BusNearbyDevices(Bus* session, std::function<Bus*()> system, RunLoop& runLoop);
 
   const std::vector<NearbyDevice>& devices() const override { return devices_; }
+  Advice advice() const override;
   bool isAvailable() const override { return hasConnect_ || hasBluetooth_ || asked_ > 0; }
   void refresh() override;
   [[nodiscard]] TokenPtr observe(std::function<void()> handler) override;

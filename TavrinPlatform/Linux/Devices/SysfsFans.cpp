@@ -56,6 +56,19 @@ long readOrThrow(const fs::path& file, const std::string& key) {
   return *number;
 }
 
+/// Also false where the folder may not be searched.
+bool isThere(const fs::path& file) {
+  std::error_code error;
+  return fs::exists(file, error);
+}
+
+/// One for each file, whatever links lead to it.
+fs::path withoutLinks(const fs::path& file) {
+  std::error_code error;
+  const fs::path found = fs::canonical(file, error);
+  return error ? file : found;
+}
+
 SMCValue smcValue(double number, const char* type) {
   return {type, SMCValue::encoding(number, type).value_or(std::vector<std::uint8_t>())};
 }
@@ -101,21 +114,24 @@ void SysfsFans::findFans(const fs::path& folder) {
             {},
             {},
             {},
-            fs::exists(file("fan", "_manual"))};
-    fan.mode = fan.isAppleSMC ? file("fan", "_manual") : file("pwm", "_enable");
+            isThere(file("fan", "_manual"))};
+    fan.mode = withoutLinks(fan.isAppleSMC ? file("fan", "_manual") : file("pwm", "_enable"));
     if (fan.isAppleSMC)
       fan.target = file("fan", "_output");
     else
       fan.power = file("pwm", "");
-    if (fs::exists(fan.input) && fs::exists(fan.mode) &&
-        fs::exists(fan.isAppleSMC ? fan.target : fan.power))
+    // Several entries may lead to one device. Counted twice, a fan that is forced would be taken
+    // for one that had been so before.
+    const bool isKnown = std::ranges::find(fans_, fan.mode, &Fan::mode) != fans_.end();
+    if (!isKnown && isThere(fan.input) && isThere(fan.mode) &&
+        isThere(fan.isAppleSMC ? fan.target : fan.power))
       fans_.push_back(std::move(fan));
   }
 }
 
 double SysfsFans::speed(const fs::path& file, const std::string& key) const {
   // Many drivers do not know the limits.
-  return fs::exists(file) ? static_cast<double>(readOrThrow(file, key)) : 0;
+  return isThere(file) ? static_cast<double>(readOrThrow(file, key)) : 0;
 }
 
 SMCValue SysfsFans::read(const std::string& key) {
@@ -204,8 +220,8 @@ void SysfsFans::loadState() {
   Setting setting;
   std::string path;
   while (file >> setting.mode >> setting.power && std::getline(file >> std::ws, path)) {
-    const bool isKnown =
-        std::any_of(fans_.begin(), fans_.end(), [&](const Fan& fan) { return fan.mode == path; });
+    path = withoutLinks(path);
+    const bool isKnown = std::ranges::find(fans_, fs::path(path), &Fan::mode) != fans_.end();
     if (isKnown && setting.canBeRestored())
       before_[path] = setting;
   }

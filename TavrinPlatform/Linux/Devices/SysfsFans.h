@@ -25,7 +25,7 @@ private:
     std::filesystem::path input;
     std::filesystem::path minimum;
     std::filesystem::path maximum;
-    /// applesmc: 1 forces. hwmon: 1 forces, other values are the driver's ways to steer by itself.
+    /// Without links. applesmc: 1 forces. hwmon: 1 forces, other values are the driver's ways to steer by itself.
     std::filesystem::path mode;
     /// Takes revolutions per minute where there is one.
     std::filesystem::path target;

@@ -1,6 +1,7 @@
 #include "TavrinPlatform/Linux/Dock/FilePreferencesService.h"
 
-#include "TavrinStorage/Dock/PlistFileBackend.h"
+#include "TavrinCore/Dock/DockError.h"
+#include "TavrinPlatform/Files/PlistRoot.h"
 
 #include <system_error>
 
@@ -19,7 +20,8 @@ bool FilePreferencesService::synchronize(const std::string& domain) {
     std::filesystem::create_directories(folder_, ignored);
     writePlistRoot(file(domain), std::move(root));
     return true;
-  } catch (const DockError&) {
+  } catch (const DockError& error) {
+    refusal_ = error.detail();
     return false;
   }
 }

@@ -15,6 +15,7 @@ public:
 
   /// Where the file cannot be written, what was set is dropped.
   bool synchronize(const std::string& domain) override;
+  std::optional<std::string> refusal() const override { return refusal_; }
   std::optional<PropertyList> copyAppValue(const std::string& key,
                                            const std::string& domain) override;
   void setAppValue(const std::string& key, PropertyList value, const std::string& domain) override;
@@ -25,6 +26,7 @@ private:
   }
 
   std::filesystem::path folder_;
+  std::optional<std::string> refusal_;
   std::map<std::string, PropertyList::Dictionary> changes_;
   std::map<std::string, PropertyList::Dictionary> known_;
 };

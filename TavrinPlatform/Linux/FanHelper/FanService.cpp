@@ -1,8 +1,10 @@
 #include "TavrinPlatform/Linux/FanHelper/FanService.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
+#include <optional>
 #include <string_view>
 #include <unistd.h>
 #include <utility>
@@ -16,6 +18,16 @@ constexpr std::uint32_t allowUserInteraction = 1;
 std::string refusal(const char* reason) {
   return FanError::smcUnavailable("the connection was refused (" + std::string(reason) + ")")
       .what();
+}
+
+/// Whose connection has sent the message, by the bus's own word.
+std::optional<uid_t> userOf(sd_bus_message* message) {
+  sd_bus_creds* found = nullptr;
+  uid_t user = 0;
+  const bool isKnown = sd_bus_query_sender_creds(message, SD_BUS_CREDS_EUID, &found) >= 0 &&
+                       sd_bus_creds_get_euid(found, &user) >= 0;
+  sd_bus_creds_unref(found);
+  return isKnown ? std::optional(user) : std::nullopt;
 }
 
 } // namespace
@@ -55,16 +67,29 @@ int FanService::setFull(sd_bus_message* message, void* service, sd_bus_error* er
 
 int FanService::ask(sd_bus_message* message, const std::string& caller, bool isFull,
                     sd_bus_error* error) {
-  if (pending_.contains(caller) || pending_.size() >= mostPending)
+  Request request{this, caller, 0, isFull, {sd_bus_message_ref(message), [](sd_bus_message* m) {
+                                              sd_bus_message_unref(m);
+                                            }}};
+  // Before anything is counted or asked: who was let in may always hand back, and without a
+  // password.
+  if (!isFull && callers_.contains(caller)) {
+    overtake(caller);
+    admit(request);
+    return 1;
+  }
+  const auto user = userOf(message);
+  if (!user)
+    return sd_bus_error_set(error, errorName, refusal("no answer").c_str());
+  request.user = *user;
+  if (pending_.contains(caller) || pendingOf(*user) >= mostPending)
     return sd_bus_error_set(error, errorName, refusal("busy").c_str());
-  const Request asked{this, caller, isFull, {sd_bus_message_ref(message), [](sd_bus_message* m) {
-                                               sd_bus_message_unref(m);
-                                             }}};
-  // Who was let in may hand back without being asked for a password again.
-  if (!isFull && callers_.contains(caller))
-    return admit(asked), 1;
-  Request& request = pending_[caller];
-  request = asked;
+  if (!askPolkit(request))
+    return sd_bus_error_set(error, errorName, refusal("no answer").c_str());
+  pending_[caller] = request;
+  return 1;
+}
+
+bool FanService::askPolkit(const Request& request) {
   sd_bus_slot* slot = nullptr;
   sd_bus_message* question = nullptr;
   int result = sd_bus_message_new_method_call(
@@ -72,20 +97,30 @@ int FanService::ask(sd_bus_message* message, const std::string& caller, bool isF
       "org.freedesktop.PolicyKit1.Authority", "CheckAuthorization");
   if (result >= 0)
     result = sd_bus_message_append(question, "(sa{sv})sa{ss}us", "system-bus-name", 1, "name", "s",
-                                   caller.c_str(), action, 0, allowUserInteraction, "");
+                                   request.caller.c_str(), action, 0, allowUserInteraction, "");
   if (result >= 0)
     result = sd_bus_call_async(bus_, &slot, question, authorized, nullptr, authorizationLimit);
   sd_bus_message_unref(question);
-  if (result < 0) {
-    pending_.erase(caller);
-    return sd_bus_error_set(error, errorName, refusal("no answer").c_str());
-  }
+  if (result < 0)
+    return false;
   // A copy for the answer: the caller may be gone by then, and another of its name be waiting.
   sd_bus_slot_set_userdata(slot, new Request(request));
   sd_bus_slot_set_destroy_callback(slot, [](void* data) { delete static_cast<Request*>(data); });
   sd_bus_slot_set_floating(slot, 1);
   sd_bus_slot_unref(slot);
-  return 1;
+  return true;
+}
+
+int FanService::pendingOf(uid_t user) const {
+  return static_cast<int>(std::ranges::count_if(
+      pending_, [user](const auto& entry) { return entry.second.user == user; }));
+}
+
+void FanService::overtake(const std::string& caller) {
+  if (const auto found = pending_.find(caller); found != pending_.end()) {
+    refuse(found->second, refusal("handed back meanwhile"));
+    pending_.erase(found);
+  }
 }
 
 int FanService::authorized(sd_bus_message* reply, void* data, sd_bus_error*) {

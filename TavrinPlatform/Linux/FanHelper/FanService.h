@@ -6,6 +6,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <sys/types.h>
 #include <systemd/sd-bus.h>
 
 namespace tavrin {
@@ -19,7 +20,8 @@ public:
   static constexpr const char* interface = "dev.quellby.tavrin.FanHelper";
   static constexpr const char* action = "dev.quellby.tavrin.set-fans";
   static constexpr const char* errorName = "dev.quellby.tavrin.Error.Fans";
-  static constexpr std::size_t mostPending = 64;
+  /// Questions of one user that wait for polkit.
+  static constexpr int mostPending = 16;
 
   /// Both outlive this.
   FanService(sd_bus* bus, FanControl& control) : bus_(bus), control_(control) {}
@@ -38,6 +40,7 @@ private:
   struct Request {
     FanService* service;
     std::string caller;
+    uid_t user;
     bool isFull;
     std::shared_ptr<sd_bus_message> message;
   };
@@ -48,6 +51,11 @@ private:
   static const sd_bus_vtable vtable[];
 
   int ask(sd_bus_message* message, const std::string& caller, bool isFull, sd_bus_error* error);
+  /// The question of an unheard caller to polkit. False where it cannot be asked.
+  bool askPolkit(const Request& request);
+  int pendingOf(uid_t user) const;
+  /// A later message of the caller takes the place of the one that waits.
+  void overtake(const std::string& caller);
   void admit(const Request& request);
   void refuse(const Request& request, const std::string& sentence);
   void drop(const std::string& caller);

@@ -1,10 +1,13 @@
 #include "TavrinPlatform/Linux/Devices/SysfsFans.h"
 #include "TavrinPlatform/Linux/FanHelper/FanService.h"
 
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <fcntl.h>
 #include <poll.h>
+#include <sys/file.h>
 #include <sys/signalfd.h>
 #include <thread>
 #include <unistd.h>
@@ -16,6 +19,7 @@ using SteadyClock = std::chrono::steady_clock;
 
 /// Started by the bus, and gone again when nobody needs it.
 constexpr auto idleLimit = std::chrono::seconds(60);
+constexpr auto claimLimit = std::chrono::seconds(1);
 
 int watchSignals() {
   sigset_t signals;
@@ -52,6 +56,21 @@ std::filesystem::path fromEnvironment(const char* name, const char* otherwise) {
   return value == nullptr ? otherwise : value;
 }
 
+/// Makes this process the one that switches the fans, until it ends in whatever way; false while
+/// another one is. One that is about to end is waited for.
+bool claimFans(const std::filesystem::path& state) {
+  const int lock = open((state.string() + ".lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+  const auto start = SteadyClock::now();
+  for (;;) {
+    // Where nothing can be locked, no state can be written either, and no fan be forced.
+    if (lock < 0 || flock(lock, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK)
+      return true;
+    if (SteadyClock::now() - start > claimLimit)
+      return false;
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+  }
+}
+
 } // namespace
 
 /// tavrin-fan-helper [--hand-back]: the latter gives back what a killed helper left forced.
@@ -59,6 +78,10 @@ int main(int argc, char** argv) {
   const auto state = fromEnvironment("TAVRIN_FAN_STATE", "/run/tavrin/fans");
   std::error_code ignored;
   std::filesystem::create_directories(state.parent_path(), ignored);
+  if (!claimFans(state)) {
+    std::fprintf(stderr, "Another helper switches the fans\n");
+    return 1;
+  }
   SysfsFans fans(fromEnvironment("TAVRIN_SYSFS_ROOT", "/"), state);
   FanControl control(fans, [](double seconds) {
     std::this_thread::sleep_for(std::chrono::duration<double>(seconds));

@@ -63,6 +63,26 @@ std::optional<std::string> LinuxFileManager::environment(const std::string& name
   return found->second;
 }
 
+std::vector<std::filesystem::path> LinuxFileManager::toolFolders() const {
+  const auto home = homeFolder();
+  return {"/opt/homebrew/bin",
+          "/usr/local/bin",
+          "/opt/local/bin",
+          home / ".local/bin",
+          "/usr/bin",
+          "/bin",
+          "/snap/bin",
+          "/home/linuxbrew/.linuxbrew/bin",
+          home / ".linuxbrew/bin",
+          home / "bin",
+          home / ".nix-profile/bin",
+          "/run/current-system/sw/bin"};
+}
+
+std::filesystem::path LinuxFileManager::unicodeFolder() const {
+  return environment("TAVRIN_UNICODE_DIR").value_or("/usr/share/unicode");
+}
+
 std::filesystem::path LinuxFileManager::folder(const char* variable, const char* underHome) const {
   const auto value = environment(variable);
   if (value && value->starts_with('/'))

@@ -20,6 +20,9 @@ public:
   std::filesystem::path applicationSupportFolder() const override;
   std::filesystem::path cachesFolder() const override;
   std::optional<std::string> environment(const std::string& name) const override;
+  std::vector<std::filesystem::path> toolFolders() const override;
+  /// TAVRIN_UNICODE_DIR, where it is set.
+  std::filesystem::path unicodeFolder() const override;
 
   /// Where settings belong. Throws FileError where the user has no such place.
   std::filesystem::path configurationFolder() const;

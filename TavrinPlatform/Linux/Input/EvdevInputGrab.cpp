@@ -1,11 +1,15 @@
 #include "TavrinPlatform/Linux/Input/InputGrab.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdint>
 #include <fcntl.h>
 #include <linux/input.h>
+#include <optional>
+#include <set>
 #include <sys/ioctl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace tavrin {
@@ -48,38 +52,23 @@ public:
   ~EvdevInputGrab() override { release(); }
 
   Result begin(bool locksPointer) override {
-    bool isDenied = false;
-    bool hasKeyboard = false;
-    std::error_code error;
-    for (std::filesystem::directory_iterator file(folder_, error), end; !error && file != end;
-         file.increment(error)) {
-      if (!file->path().filename().string().starts_with("event"))
-        continue;
-      const int device = ::open(file->path().c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-      if (device < 0) {
-        isDenied = isDenied || errno == EACCES || errno == EPERM;
-        continue;
-      }
-      Bits keys{};
-      ::ioctl(device, EVIOCGBIT(EV_KEY, keys.size()), keys.data());
-      const bool isKeyboard = has(keys, KEY_ENTER) || has(keys, KEY_POWER) || has(keys, KEY_MUTE);
-      const bool isPointer = has(keys, BTN_LEFT) || has(keys, BTN_TOUCH);
-      if (!isKeyboard && !(isPointer && locksPointer)) {
-        ::close(device);
-        continue;
-      }
-      devices_.push_back({device, has(keys, BTN_LEFT)});
-      const Result result = grab(device);
-      if (result != Result::holding) {
-        release();
-        return result;
-      }
-      hasKeyboard = hasKeyboard || has(keys, KEY_ENTER);
-    }
-    if (hasKeyboard)
+    locksPointer_ = locksPointer;
+    const Attempt attempt = takeAll();
+    const bool hasKeyboard =
+        std::ranges::any_of(devices_, [](const Device& device) { return device.hasEnter; });
+    if (attempt.result == Result::holding && hasKeyboard)
       return Result::holding;
     release();
-    return isDenied ? Result::notPermitted : Result::refused;
+    if (attempt.result != Result::holding)
+      return attempt.result;
+    return attempt.isDenied ? Result::notPermitted : Result::refused;
+  }
+
+  /// What cannot be had yet, as a key of it is down or its permissions are still being set, is
+  /// tried again.
+  bool renew() override {
+    takeAll();
+    return true;
   }
 
   std::vector<int> descriptors() const override {
@@ -90,19 +79,12 @@ public:
   }
 
   bool read(std::vector<char>& eventTypes) override {
-    std::array<input_event, 64> events{};
-    for (const auto& device : devices_)
-      for (;;) {
-        const ssize_t size = ::read(device.descriptor, events.data(), sizeof events);
-        if (size <= 0) {
-          // A device that was pulled out holds nothing back; its descriptor only stays readable.
-          if (size < 0 && errno != EAGAIN && errno != EINTR)
-            return false;
-          break;
-        }
-        for (std::size_t i = 0; i < static_cast<std::size_t>(size) / sizeof(input_event); ++i)
-          take(events[i], device.hasButton, eventTypes);
-      }
+    std::erase_if(devices_, [&](const Device& device) {
+      const bool isGone = !read(device, eventTypes);
+      if (isGone)
+        ::close(device.descriptor);
+      return isGone;
+    });
     return true;
   }
 
@@ -110,7 +92,71 @@ private:
   struct Device {
     int descriptor;
     bool hasButton;
+    bool hasEnter;
+    /// Of its file: another device may come by the same name.
+    ino_t inode;
   };
+
+  struct Attempt {
+    /// `holding` where every device that may be opened could be had.
+    Result result = Result::holding;
+    bool isDenied = false;
+  };
+
+  /// Takes what is there and not taken yet. What hinders one device hinders none of the others.
+  Attempt takeAll() {
+    Attempt attempt;
+    std::set<ino_t> others;
+    std::error_code error;
+    for (std::filesystem::directory_iterator file(folder_, error), end; !error && file != end;
+         file.increment(error)) {
+      struct stat status {};
+      if (!file->path().filename().string().starts_with("event") ||
+          ::stat(file->path().c_str(), &status) != 0 ||
+          std::ranges::find(devices_, status.st_ino, &Device::inode) != devices_.end())
+        continue;
+      const auto result =
+          others_.contains(status.st_ino) ? std::nullopt : take(file->path(), status.st_ino);
+      if (!result)
+        others.insert(status.st_ino);
+      else if (*result == Result::notPermitted)
+        attempt.isDenied = true;
+      else if (*result != Result::holding)
+        attempt.result = *result;
+    }
+    others_ = std::move(others);
+    return attempt;
+  }
+
+  /// No value where it is nothing that is held.
+  std::optional<Result> take(const std::filesystem::path& path, ino_t inode) {
+    const int device = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    if (device < 0)
+      return errno == EACCES || errno == EPERM ? std::optional(Result::notPermitted) : std::nullopt;
+    Bits keys{};
+    ::ioctl(device, EVIOCGBIT(EV_KEY, keys.size()), keys.data());
+    const bool isKeyboard = has(keys, KEY_ENTER) || has(keys, KEY_POWER) || has(keys, KEY_MUTE);
+    const bool isPointer = has(keys, BTN_LEFT) || has(keys, BTN_TOUCH);
+    const bool isWanted = isKeyboard || (isPointer && locksPointer_);
+    const auto result = isWanted ? std::optional(grab(device)) : std::nullopt;
+    if (result != Result::holding)
+      ::close(device);
+    else
+      devices_.push_back({device, has(keys, BTN_LEFT), has(keys, KEY_ENTER), inode});
+    return result;
+  }
+
+  /// False for a device that was pulled out: it holds nothing back, and only stays readable.
+  static bool read(const Device& device, std::vector<char>& eventTypes) {
+    std::array<input_event, 64> events{};
+    for (;;) {
+      const ssize_t size = ::read(device.descriptor, events.data(), sizeof events);
+      if (size <= 0)
+        return size == 0 || errno == EAGAIN || errno == EINTR;
+      for (std::size_t i = 0; i < static_cast<std::size_t>(size) / sizeof(input_event); ++i)
+        take(events[i], device.hasButton, eventTypes);
+    }
+  }
 
   /// A key that is down stays down for the others until its release, which they would not get.
   static Result grab(int device) {
@@ -137,10 +183,14 @@ private:
     for (const auto& device : devices_)
       ::close(device.descriptor);
     devices_.clear();
+    others_.clear();
   }
 
   std::filesystem::path folder_;
   std::vector<Device> devices_;
+  /// Files of devices that are left alone.
+  std::set<ino_t> others_;
+  bool locksPointer_ = false;
 };
 
 } // namespace

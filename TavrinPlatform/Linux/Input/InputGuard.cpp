@@ -10,6 +10,7 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <string_view>
+#include <sys/prctl.h>
 #include <thread>
 #include <unistd.h>
 
@@ -70,25 +71,38 @@ InputGrab::Result beginPatiently(InputGrab& grab, bool locksPointer) {
   return result;
 }
 
+/// Ends this process with its parent, even while it is stopped. False where the parent that it was
+/// meant for has gone already.
+bool followParent(pid_t parent) {
+  ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+  return ::getppid() == parent;
+}
+
 /// Holds until the slot goes or is silent, the hold is lost, or the time is over.
 void holdOn(InputGrab& grab, double limit) {
   const auto start = SteadyClock::now();
   auto heard = start;
+  auto renewed = start;
   auto told = start - std::chrono::hours(1);
-  std::vector<pollfd> polled{{STDIN_FILENO, POLLIN, 0}};
-  for (const int descriptor : grab.descriptors())
-    polled.push_back({descriptor, POLLIN, 0});
   while ((limit <= 0 || since(start) < limit) && since(heard) < guard::silence) {
     std::vector<char> out;
     if (since(told) >= guard::beat) {
       told = SteadyClock::now();
       out.push_back(guard::alive);
     }
+    if (since(renewed) >= guard::look) {
+      renewed = SteadyClock::now();
+      if (!grab.renew())
+        return;
+    }
     if (!grab.read(out))
       return;
     thinOut(out);
     if (!tell(out))
       return;
+    std::vector<pollfd> polled{{STDIN_FILENO, POLLIN, 0}};
+    for (const int descriptor : grab.descriptors())
+      polled.push_back({descriptor, POLLIN, 0});
     ::poll(polled.data(), polled.size(), static_cast<int>(guard::beat * 500));
     if ((polled[0].revents & (POLLIN | POLLHUP | POLLERR)) != 0) {
       char bytes[64];
@@ -112,8 +126,10 @@ InputGuardMeans inputGuardMeans() {
 std::optional<int> runInputGuardIfAsked(int argc, char** argv) {
   if (argc < 2 || std::strcmp(argv[1], guard::argument) != 0)
     return std::nullopt;
-  if (argc != 4)
+  if (argc != 5)
     return 2;
+  if (!followParent(std::atoi(argv[4])))
+    return 1;
   // Ended by the slot's silence or by its end, not with its terminal.
   ::setsid();
   std::signal(SIGPIPE, SIG_IGN);

@@ -5,8 +5,8 @@
 namespace tavrin {
 
 std::vector<GlobalShortcuts::Refusal>
-LinuxGlobalShortcuts::bind(const std::vector<Shortcut>& shortcuts,
-                           std::function<void(const std::string& id)> pressed) {
+LinuxGlobalShortcuts::bindValid(const std::vector<Shortcut>& shortcuts,
+                                std::function<void(const std::string& id)> pressed) {
   shortcuts_ = shortcuts;
   pressed_ = std::move(pressed);
   if (grabs_ || session_ == nullptr || !session_->isOpen())

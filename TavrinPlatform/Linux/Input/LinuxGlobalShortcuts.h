@@ -12,8 +12,9 @@ public:
   LinuxGlobalShortcuts(Bus* session, std::string applicationIdentifier)
       : session_(session), applicationIdentifier_(std::move(applicationIdentifier)) {}
 
-  std::vector<Refusal> bind(const std::vector<Shortcut>& shortcuts,
-                            std::function<void(const std::string& id)> pressed) override;
+protected:
+  std::vector<Refusal> bindValid(const std::vector<Shortcut>& shortcuts,
+                                 std::function<void(const std::string& id)> pressed) override;
 
 private:
   PortalShortcuts& portal();

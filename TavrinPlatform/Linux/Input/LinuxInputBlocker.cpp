@@ -7,6 +7,7 @@
 #include <array>
 #include <chrono>
 #include <string_view>
+#include <unistd.h>
 
 namespace tavrin {
 namespace {
@@ -46,7 +47,7 @@ public:
     guard_->start(QStringLiteral("/proc/self/exe"),
                   {QString::fromLatin1(guard::argument),
                    locksPointer ? QStringLiteral("all") : QStringLiteral("keyboard"),
-                   QString::number(longest)},
+                   QString::number(longest), QString::number(::getpid())},
                   QIODevice::ReadWrite | QIODevice::Unbuffered);
     beat_ = runLoop.repeat(guard::beat, [this] { beat(); });
   }
@@ -130,7 +131,7 @@ bool LinuxInputBlocker::isPermitted() {
 
 bool LinuxInputBlocker::isScreenLocked() {
   watch();
-  return saverLocks_ || sessionLocks_;
+  return !activeSavers_.empty() || sessionLocks_;
 }
 
 TokenPtr LinuxInputBlocker::observeEndOfNeed(std::function<void()> handler) {
@@ -142,9 +143,43 @@ TokenPtr LinuxInputBlocker::hold(bool locksPointer, double longest, Callbacks ca
   return std::make_unique<GuardedHold>(runLoop_, locksPointer, longest, std::move(callbacks));
 }
 
-void LinuxInputBlocker::setLocked(bool& source, bool isLocked) {
-  if (!std::exchange(source, isLocked) && isLocked)
+void LinuxInputBlocker::setSessionLocked(bool isLocked) {
+  if (!std::exchange(sessionLocks_, isLocked) && isLocked)
     endOfNeed_.call();
+}
+
+/// A saver locks until it says otherwise, or leaves the bus: by then it can say nothing more.
+void LinuxInputBlocker::setSaverActive(const Saver& saver, bool isActive) {
+  if (!isActive) {
+    activeSavers_.erase(saver);
+    return;
+  }
+  const auto [entry, isNew] = activeSavers_.try_emplace(saver);
+  if (!isNew)
+    return;
+  const std::string& owner = saver.second;
+  entry->second = session_->match("type='signal',sender='org.freedesktop.DBus',"
+                                  "interface='org.freedesktop.DBus',member='NameOwnerChanged',"
+                                  "arg0='" +
+                                      owner + "',arg2=''",
+                                  [this, saver](sd_bus_message*) { forget(saver); });
+  // It may have left before anything listened.
+  BusMessage question = session_->method(
+      {"org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus"}, "NameHasOwner");
+  session_->call(question.append("s", owner.c_str()), [this, saver](sd_bus_message* reply, auto&) {
+    int isThere = 0;
+    if (reply != nullptr && sd_bus_message_read(reply, "b", &isThere) > 0 && isThere == 0)
+      forget(saver);
+  });
+  endOfNeed_.call();
+}
+
+/// Later: the token of a match must not go while it calls.
+void LinuxInputBlocker::forget(const Saver& saver) {
+  runLoop_.post([this, saver, alive = std::weak_ptr(alive_)] {
+    if (!alive.expired())
+      activeSavers_.erase(saver);
+  });
 }
 
 void LinuxInputBlocker::watch() {
@@ -176,10 +211,11 @@ void LinuxInputBlocker::watch() {
 
 void LinuxInputBlocker::watchScreenSavers() {
   for (const auto& [service, path] : savers) {
-    const auto active = [this](sd_bus_message* message) {
+    const auto active = [this, name = service](sd_bus_message* message) {
       int isActive = 0;
-      if (sd_bus_message_read(message, "b", &isActive) > 0)
-        setLocked(saverLocks_, isActive != 0);
+      const char* sender = sd_bus_message_get_sender(message);
+      if (sender != nullptr && sd_bus_message_read(message, "b", &isActive) > 0)
+        setSaverActive({name, sender}, isActive != 0);
     };
     watches_.push_back(session_->match(
         std::string("type='signal',interface='") + service + "',member='ActiveChanged'", active));
@@ -201,7 +237,7 @@ void LinuxInputBlocker::watchSession(Bus& system) {
     BusProperties properties;
     properties.read(message);
     if (properties.has("LockedHint"))
-      setLocked(sessionLocks_, properties.flag("LockedHint"));
+      setSessionLocked(properties.flag("LockedHint"));
   };
   watches_.push_back(
       system.match(at + "interface='org.freedesktop.DBus.Properties',member='PropertiesChanged'",

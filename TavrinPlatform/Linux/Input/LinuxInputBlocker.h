@@ -4,6 +4,9 @@
 #include "TavrinPlatform/Linux/Base/Bus.h"
 #include "TavrinPlatform/POSIX/HandlerList.h"
 
+#include <map>
+#include <string>
+#include <utility>
 #include <vector>
 
 namespace tavrin {
@@ -23,20 +26,26 @@ public:
   [[nodiscard]] TokenPtr hold(bool locksPointer, double longest, Callbacks callbacks) override;
 
 private:
+  /// Its interface, and the unique name of who speaks by it.
+  using Saver = std::pair<std::string, std::string>;
   void watch();
   void watchScreenSavers();
   void watchSession(Bus& system);
-  void setLocked(bool& source, bool isLocked);
+  void setSessionLocked(bool isLocked);
+  void setSaverActive(const Saver& saver, bool isActive);
+  void forget(const Saver& saver);
 
   RunLoop& runLoop_;
   Bus* session_;
   std::function<Bus*()> system_;
   HandlerList endOfNeed_;
   bool isWatching_ = false;
-  bool saverLocks_ = false;
+  /// Each with the watch for its end.
+  std::map<Saver, TokenPtr> activeSavers_;
   bool sessionLocks_ = false;
   std::string sessionPath_;
   std::vector<TokenPtr> watches_;
+  std::shared_ptr<int> alive_ = std::make_shared<int>();
 };
 
 } // namespace tavrin

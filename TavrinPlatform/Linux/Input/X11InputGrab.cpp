@@ -1,7 +1,10 @@
 #include "TavrinPlatform/Linux/Input/InputGrab.h"
 
+#include "TavrinPlatform/Linux/Input/LockedModifiers.h"
+
 #include <cstdint>
 #include <cstdlib>
+#include <optional>
 #include <xcb/xcb.h>
 #include <xcb/xinput.h>
 
@@ -39,8 +42,35 @@ public:
   }
 
   Result begin(bool locksPointer) override {
+    locksPointer_ = locksPointer;
     if (connection_ == nullptr && !connect())
       return Result::refused;
+    const Result result = grabAll();
+    if (result != Result::holding)
+      release();
+    return result;
+  }
+
+  /// A grab of one's own is taken again without anything happening.
+  bool renew() override { return grabAll() == Result::holding; }
+
+  std::vector<int> descriptors() const override {
+    std::vector<int> all{xcb_get_file_descriptor(connection_)};
+    if (locks_->descriptor() >= 0)
+      all.push_back(locks_->descriptor());
+    return all;
+  }
+
+  bool read(std::vector<char>& eventTypes) override {
+    locks_->restore();
+    while (const auto event = owned(xcb_poll_for_event(connection_)))
+      if ((event->response_type & 0x7F) == XCB_GE_GENERIC)
+        take(reinterpret_cast<const xcb_ge_generic_event_t&>(*event), eventTypes);
+    return xcb_connection_has_error(connection_) == 0;
+  }
+
+private:
+  Result grabAll() {
     const auto devices = owned(xcb_input_xi_query_device_reply(
         connection_, xcb_input_xi_query_device(connection_, allMasterDevices), nullptr));
     if (!devices)
@@ -50,28 +80,18 @@ public:
     for (; device.rem > 0; xcb_input_xi_device_info_next(&device)) {
       const bool isKeyboard = device.data->type == XCB_INPUT_DEVICE_TYPE_MASTER_KEYBOARD;
       const bool isPointer = device.data->type == XCB_INPUT_DEVICE_TYPE_MASTER_POINTER;
-      if (!isKeyboard && !(isPointer && locksPointer))
+      if (!isKeyboard && !(isPointer && locksPointer_))
         continue;
       const Result result = grab(device.data->deviceid, isKeyboard ? keyEvents : pointerEvents);
-      if (result != Result::holding) {
-        release();
+      if (result != Result::holding)
         return result;
-      }
+      if (isKeyboard)
+        locks_->keep(device.data->deviceid);
       hasKeyboard = hasKeyboard || isKeyboard;
     }
     return hasKeyboard ? Result::holding : Result::refused;
   }
 
-  std::vector<int> descriptors() const override { return {xcb_get_file_descriptor(connection_)}; }
-
-  bool read(std::vector<char>& eventTypes) override {
-    while (const auto event = owned(xcb_poll_for_event(connection_)))
-      if ((event->response_type & 0x7F) == XCB_GE_GENERIC)
-        take(reinterpret_cast<const xcb_ge_generic_event_t&>(*event), eventTypes);
-    return xcb_connection_has_error(connection_) == 0;
-  }
-
-private:
   bool connect() {
     int screen = 0;
     connection_ = xcb_connect(nullptr, &screen);
@@ -88,6 +108,7 @@ private:
     for (; screen > 0 && root.rem > 1; --screen)
       xcb_screen_next(&root);
     root_ = root.data->root;
+    locks_.emplace();
     return true;
   }
 
@@ -110,6 +131,7 @@ private:
 
   /// The server gives back all that a connection holds when it goes.
   void release() {
+    locks_.reset();
     xcb_disconnect(connection_);
     connection_ = nullptr;
   }
@@ -134,6 +156,8 @@ private:
 
   xcb_connection_t* connection_ = nullptr;
   xcb_window_t root_ = XCB_NONE;
+  std::optional<LockedModifiers> locks_;
+  bool locksPointer_ = false;
 };
 
 } // namespace

@@ -68,8 +68,8 @@ void X11Shortcuts::ungrab(const Chord& chord) {
 }
 
 std::vector<GlobalShortcuts::Refusal>
-X11Shortcuts::bind(const std::vector<Shortcut>& shortcuts,
-                   std::function<void(const std::string& id)> pressed) {
+X11Shortcuts::bindValid(const std::vector<Shortcut>& shortcuts,
+                        std::function<void(const std::string& id)> pressed) {
   std::vector<Refusal> refusals;
   if (connection_)
     for (const auto& [chord, unused] : bound_)

@@ -18,8 +18,9 @@ public:
   X11Shortcuts();
   ~X11Shortcuts() override;
 
-  std::vector<Refusal> bind(const std::vector<Shortcut>& shortcuts,
-                            std::function<void(const std::string& id)> pressed) override;
+protected:
+  std::vector<Refusal> bindValid(const std::vector<Shortcut>& shortcuts,
+                                 std::function<void(const std::string& id)> pressed) override;
 
 private:
   struct Disconnect {

@@ -1,5 +1,7 @@
 #include "TavrinPlatform/Linux/Pasteboard/SelectionOffer.h"
 
+#include "TavrinPlatform/Linux/Pasteboard/Latin1.h"
+
 #include <algorithm>
 
 namespace tavrin {
@@ -116,6 +118,8 @@ bool SelectionOffer::put(xcb_window_t window, xcb_atom_t target, xcb_atom_t prop
   auto data = dataFor(target);
   if (!data)
     return false;
+  if (target == connection_.atom("STRING"))
+    data = std::make_shared<const Data>(Data::fromText(latin1FromUTF8(data->view())));
   const bool isAnyText = target == connection_.atom("TEXT");
   putBytes(window, property, isAnyText ? connection_.atom("UTF8_STRING") : target, std::move(data));
   return true;

@@ -1,5 +1,7 @@
 #include "TavrinPlatform/Linux/Pasteboard/SelectionReader.h"
 
+#include "TavrinPlatform/Linux/Pasteboard/Latin1.h"
+
 #include <algorithm>
 #include <array>
 #include <string_view>
@@ -19,6 +21,9 @@ constexpr std::size_t longestTargets = 16 * 1024;
 constexpr std::size_t longestFiles = 256 * 1024;
 constexpr unsigned propertyCount = 8;
 constexpr const char* targetList = "TARGETS";
+constexpr const char* latin1Target = "STRING";
+/// What the hint says of a copy that is to be forgotten.
+constexpr std::string_view secretHint = "secret";
 constexpr std::string_view usualTargets[] = {SelectionReader::passwordHint, Pasteboard::filesType,
                                              Pasteboard::pngType, "UTF8_STRING"};
 
@@ -195,13 +200,18 @@ void SelectionReader::arrived(Value value) {
     next();
     return;
   }
+  if (current_.target == latin1Target) {
+    value.bytes = utf8FromSTRING(value.bytes, value.size > bound());
+    value.size = std::max(value.size, value.bytes.size());
+  }
   Pasteboard::Format format{current_.type, nullptr, value.size};
   // Half an image is none; the beginning of a text is one.
   if (!isImage() || value.size <= bound())
     format.data = std::make_shared<const Data>(Data::fromText(value.bytes));
   capture_.formats.push_back(std::move(format));
-  if (current_.type == passwordHint && value.bytes == "secret")
-    capture_.types.emplace_back(Pasteboard::transientType);
+  if (current_.type == passwordHint && value.size <= bound() &&
+      value.bytes.find(secretHint) == std::string::npos)
+    capture_.types.pop_back(); // what the offer had it taken for
   // Text beside the file or the image it names would be read in vain.
   if (isImage() ||
       (current_.type == Pasteboard::filesType && value.bytes.find("file:") != std::string::npos))
@@ -210,7 +220,6 @@ void SelectionReader::arrived(Value value) {
 }
 
 void SelectionReader::targetsArrived(const Value& value) {
-  hasTargets_ = true;
   if (value.isInteger) {
     const auto* atoms = reinterpret_cast<const xcb_atom_t*>(value.bytes.data());
     capture_.types = connection_.names({atoms, atoms + value.bytes.size() / 4});
@@ -218,22 +227,28 @@ void SelectionReader::targetsArrived(const Value& value) {
       if (std::ranges::find(usualTargets, type) != std::end(usualTargets))
         offered_.insert(type);
   }
+  // A hint that is refused, or that does not come, hints all the same; and so may a list that
+  // cannot be read to its end.
+  if (offers(passwordHint) || value.size > bound() || (value.size > 0 && !value.isInteger))
+    capture_.types.emplace_back(Pasteboard::transientType);
+  hasTargets_ = true;
   choose();
   next();
 }
 
+bool SelectionReader::offers(std::string_view type) const {
+  return std::ranges::find(capture_.types, type) != capture_.types.end();
+}
+
 void SelectionReader::choose() {
-  const auto offers = [this](std::string_view name) {
-    return std::ranges::find(capture_.types, name) != capture_.types.end();
-  };
   if (offers(passwordHint))
     wishes_.push_back({passwordHint, passwordHint});
   for (const char* type : {Pasteboard::filesType, Pasteboard::tiffType, Pasteboard::pngType})
     if (offers(type))
       wishes_.push_back({type, type});
   constexpr std::array<const char*, 4> texts{"UTF8_STRING", "text/plain;charset=utf-8",
-                                             "text/plain", "STRING"};
-  const auto text = std::ranges::find_if(texts, offers);
+                                             "text/plain", latin1Target};
+  const auto text = std::ranges::find_if(texts, [this](auto type) { return offers(type); });
   if (text != texts.end())
     wishes_.push_back({Pasteboard::textType, *text});
   else if (capture_.types.empty()) // an owner too simple to tell what it has

@@ -8,6 +8,7 @@
 #include <map>
 #include <optional>
 #include <set>
+#include <string_view>
 
 namespace tavrin {
 
@@ -68,6 +69,7 @@ private:
   void next();
   void arrived(Value value);
   void targetsArrived(const Value& value);
+  bool offers(std::string_view type) const;
   void choose();
   void finish();
   Value take(xcb_atom_t property, std::size_t longest);

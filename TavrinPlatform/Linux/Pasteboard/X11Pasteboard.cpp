@@ -10,13 +10,38 @@
 #include <algorithm>
 #include <csignal>
 #include <mutex>
+#include <optional>
 #include <poll.h>
+#include <sstream>
 #include <sys/eventfd.h>
 #include <thread>
 #include <unistd.h>
 #include <xcb/xfixes.h>
 
 namespace tavrin {
+
+namespace {
+
+/// Files in the form that file managers paste: what to do, then the addresses. No value where
+/// there are none.
+std::optional<Pasteboard::Format> forFileManagers(const std::vector<Pasteboard::Format>& formats) {
+  const auto files =
+      std::ranges::find(formats, Pasteboard::filesType, [](const auto& each) { return each.type; });
+  if (files == formats.end() || !files->data)
+    return std::nullopt;
+  std::string lines = "copy";
+  std::istringstream addresses{std::string(files->data->view())};
+  for (std::string line; std::getline(addresses, line);) {
+    if (line.ends_with('\r'))
+      line.pop_back();
+    if (!line.empty())
+      lines.append(1, '\n').append(line);
+  }
+  return Pasteboard::Format{"x-special/gnome-copied-files",
+                            std::make_shared<const Data>(Data::fromText(lines)), lines.size()};
+}
+
+} // namespace
 
 /// Who is told, on the main thread. Posts under way find it empty once the token is gone.
 struct X11Pasteboard::Listener {
@@ -223,6 +248,8 @@ TokenPtr X11Pasteboard::observe(const Limits& limits, Observer observer) {
 }
 
 void X11Pasteboard::write(std::vector<Format> formats) {
+  if (auto files = forFileManagers(formats))
+    formats.push_back(std::move(*files));
   if (x11::connection() != nullptr) {
     worker().order([formats = std::move(formats)](Worker& worker) { worker.offer(formats); });
     return;

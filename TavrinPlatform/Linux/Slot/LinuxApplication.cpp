@@ -11,6 +11,8 @@
 #include <csignal>
 #include <fcntl.h>
 #include <sys/eventfd.h>
+#include <sys/prctl.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 namespace tavrin {
@@ -132,6 +134,13 @@ void LinuxApplication::terminate() {
   isTerminated_ = true;
   // Not `quit`, which asks every window first and may be refused.
   QCoreApplication::exit();
+}
+
+void LinuxApplication::keepMemoryPrivate() {
+  // The limit alone does not hold where dumps go to a program.
+  const rlimit none{0, 0};
+  ::setrlimit(RLIMIT_CORE, &none);
+  ::prctl(PR_SET_DUMPABLE, 0);
 }
 
 void LinuxApplication::reopen() {

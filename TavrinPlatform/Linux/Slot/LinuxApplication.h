@@ -36,6 +36,7 @@ public:
   void terminate() override;
   void requestUserAttention() override { setAttention(true); }
   void cancelUserAttention() override { setAttention(false); }
+  void keepMemoryPrivate() override;
 
   /// The user asks for the application. Ends a request for attention.
   void reopen();

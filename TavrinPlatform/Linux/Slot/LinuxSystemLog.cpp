@@ -1,5 +1,7 @@
 #include "TavrinPlatform/Linux/Slot/LinuxSystemLog.h"
 
+#include "TavrinCore/Text/ForeignText.h"
+
 #include <array>
 #include <cstdio>
 #include <cstdlib>
@@ -49,7 +51,9 @@ LinuxSystemLog::LinuxSystemLog() {
 }
 
 void LinuxSystemLog::write(LogLevel level, std::string_view subsystem, std::string_view category,
-                           std::string_view message) {
+                           std::string_view words) {
+  // Names of files and sentences of other programs end up in messages: one line, on every terminal.
+  const std::string message = printable(words);
   if (echoes_) {
     std::string line;
     line.append(subsystem).append(" ").append(category).append(": ").append(message).append("\n");

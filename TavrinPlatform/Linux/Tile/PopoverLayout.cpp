@@ -94,10 +94,12 @@ QPainterPath PopoverLayout::outline() const {
   return path.united(arrowPath(*this));
 }
 
-PopoverLayout PopoverLayout::make(QPointF tip, Arrow arrow, QSizeF size, const QRectF& available) {
+PopoverLayout PopoverLayout::make(QPointF tip, Arrow arrow, QSizeF size, const QRectF& room,
+                                  double margin) {
   PopoverLayout layout;
-  tip.setX(std::clamp(tip.x(), available.left(), available.right()));
-  tip.setY(std::clamp(tip.y(), available.top(), available.bottom()));
+  const QRectF available = room.adjusted(margin, margin, -margin, -margin);
+  tip.setX(std::clamp(tip.x(), room.left(), room.right()));
+  tip.setY(std::clamp(tip.y(), room.top(), room.bottom()));
   layout.tip = tip;
   layout.arrow = arrow;
   layout.body = bodyBeside(tip, arrow, size);

@@ -23,9 +23,11 @@ struct PopoverLayout {
   QRectF frame() const { return outline().boundingRect(); }
 
   /// Puts a body of `size` beside `tip`, on the side opposite to `arrow`, whole within
-  /// `available`. Where there is no room for it there, but there is at the other side, it goes
-  /// to the other side. A tip outside of `available` is moved to its edge.
-  static PopoverLayout make(QPointF tip, Arrow arrow, QSizeF size, const QRectF& available);
+  /// `room`. Where there is no room for it there, but there is at the other side, it goes
+  /// to the other side. A tip outside of `room` is moved to its edge; the body keeps `margin`
+  /// from it, so that the tip stands at a tile and the body off the screen's edges.
+  static PopoverLayout make(QPointF tip, Arrow arrow, QSizeF size, const QRectF& room,
+                            double margin = 0);
 };
 
 } // namespace tavrin

@@ -48,10 +48,17 @@ void PopoverWindow::setContent(QWidget* content) {
   if (content == nullptr)
     return;
   content->setParent(this);
+  content->installEventFilter(this);
   content->move(outline_.isEmpty() ? QPoint() : content->pos());
   content->show();
   setWindowTitle(content->windowTitle());
   setAccessibleName(content->windowTitle());
+}
+
+bool PopoverWindow::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == content_ && event->type() == QEvent::PaletteChange && onContentPaletteChange)
+    onContentPaletteChange();
+  return QWidget::eventFilter(watched, event);
 }
 
 void PopoverWindow::setPalette(const PopoverPalette& palette) {
@@ -72,8 +79,8 @@ void PopoverWindow::arrange(const PopoverLayout& layout) {
     return;
   }
   const bool isComposited = x11::connection() == nullptr || x11::hasCompositor();
-  const QRect frame = isComposited ? withShadow(layout.frame().toAlignedRect())
-                                   : layout.frame().toAlignedRect();
+  const QRect frame =
+      isComposited ? withShadow(layout.frame().toAlignedRect()) : layout.frame().toAlignedRect();
   outline_ = layout.outline().translated(-frame.topLeft());
   home_ = frame.topLeft();
   hasShadow_ = isComposited;

@@ -37,8 +37,11 @@ public:
   bool covers(QPoint place) const;
 
   std::function<void()> onEscape;
+  /// The content took other colours.
+  std::function<void()> onContentPaletteChange;
 
 protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
   void paintEvent(QPaintEvent*) override;
   void keyPressEvent(QKeyEvent* event) override;
   void closeEvent(QCloseEvent* event) override;

@@ -26,7 +26,7 @@ constexpr int focusDelay = 150;
 constexpr int surfaceMilliseconds = 500;
 constexpr int samePressMilliseconds = 500;
 constexpr int samePressDistance = 64;
-constexpr int screenMargin = 4;
+constexpr double screenMargin = 4;
 
 PopoverLayout::Arrow arrowFor(RectEdge edge) {
   switch (edge) {
@@ -48,8 +48,7 @@ QRectF availableAt(QPointF place) {
     screen = QGuiApplication::primaryScreen();
   if (screen == nullptr)
     return {0, 0, 10'000, 10'000};
-  const int m = screenMargin;
-  return QRectF(screen->availableGeometry()).adjusted(m, m, -m, -m);
+  return screen->availableGeometry();
 }
 
 /// From pixels of the root window to toolkit points: each screen has its own scale.
@@ -102,14 +101,20 @@ PopoverWindow& QtPanelPopover::window() {
   if (!window_) {
     window_ = std::make_unique<PopoverWindow>();
     window_->onEscape = [this] { close(); };
+    window_->onContentPaletteChange = [this] {
+      if (isShown_)
+        updatePalette();
+    };
   }
   return *window_;
 }
 
 void QtPanelPopover::setContent(QWidget* content) {
   window().setContent(content);
-  if (isShown_)
-    arrange();
+  if (!isShown_)
+    return;
+  updatePalette();
+  arrange();
 }
 
 QWidget* QtPanelPopover::content() const {
@@ -127,7 +132,7 @@ void QtPanelPopover::setContentSize(QSize size) {
 void QtPanelPopover::arrange() {
   const QPointF tip = toolkitPoint(anchor_);
   const QSize size = size_.isEmpty() && content() != nullptr ? content()->sizeHint() : size_;
-  window().arrange(PopoverLayout::make(tip, arrowFor(edge_), size, availableAt(tip)));
+  window().arrange(PopoverLayout::make(tip, arrowFor(edge_), size, availableAt(tip), screenMargin));
 }
 
 void QtPanelPopover::updatePalette() {

@@ -1,5 +1,7 @@
 #include "TavrinPlatform/Linux/Tile/StripLayout.h"
 
+#include "TavrinCore/Widgets/DockTileGeometry.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -17,11 +19,12 @@ StripLayout StripLayout::make(const QRectF& available, const DockPreferences& pr
   const int cells = std::max(place.cellsInAll, before + span);
   const double length = layout.isVertical ? available.height() : available.width();
   const double wished = std::clamp(preferences.tileSize, 16.0, 256.0);
-  layout.tileSize = std::min(wished, std::floor(length / (cells * pitchRatio + 2 * insetRatio)));
+  layout.tileSize = std::min(wished, std::floor(length / (cells * DockTileGeometry::pitch(1) +
+                                                          2 * DockTileGeometry::inset(1))));
   layout.tileSize = std::max(layout.tileSize, 1.0);
 
-  const double pitch = layout.tileSize * pitchRatio;
-  const double inset = layout.tileSize * insetRatio;
+  const double pitch = DockTileGeometry::pitch(layout.tileSize);
+  const double inset = DockTileGeometry::inset(layout.tileSize);
   const double whole = cells * pitch + 2 * inset;
   const double size = layout.tileSize;
   const double along = std::round((length - whole) / 2);

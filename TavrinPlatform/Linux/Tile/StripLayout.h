@@ -10,11 +10,6 @@ namespace tavrin {
 /// Where the tiles of a strip stand along an edge of a screen, in the toolkit's points (origin
 /// at the top left, y downwards).
 struct StripLayout {
-  /// Distance between the centres of neighbouring tiles, in tile sizes.
-  static constexpr double pitchRatio = 1.0625;
-  /// From the strip's end to its first cell, in tile sizes.
-  static constexpr double insetRatio = 0.125;
-
   /// All cells and the insets at both ends.
   QRectF strip;
   /// The cells of the one tile.

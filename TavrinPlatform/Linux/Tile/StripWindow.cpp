@@ -4,13 +4,13 @@
 #include "TavrinCore/Widgets/DockTileGeometry.h"
 #include "TavrinPlatform/Linux/Base/X11.h"
 #include "TavrinPlatform/Linux/Tile/TileAccessibility.h"
+#include "TavrinPlatform/PlainToolTip.h"
 
 #include <QCoreApplication>
 #include <QDropEvent>
 #include <QMimeData>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QToolTip>
 #include <algorithm>
 #include <cmath>
 #include <cstring>
@@ -159,7 +159,8 @@ void StripWindow::paintRing(QPainter& painter) const {
   painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(QPen(ringColour, stroke));
-  painter.drawRoundedRect(body, side * DockTileGeometry::iconBodyRatio * 0.24, side * DockTileGeometry::iconBodyRatio * 0.24);
+  painter.drawRoundedRect(body, side * DockTileGeometry::iconBodyRatio * 0.24,
+                          side * DockTileGeometry::iconBodyRatio * 0.24);
 }
 
 void StripWindow::exposeEvent(QExposeEvent* event) {
@@ -231,7 +232,7 @@ void StripWindow::timerEvent(QTimerEvent* event) {
     return;
   }
   toolTip_.stop();
-  QToolTip::showText(QCursor::pos(), label_.name);
+  showPlainToolTip(QCursor::pos(), label_.name);
 }
 
 void StripWindow::becomeDockWindow() {

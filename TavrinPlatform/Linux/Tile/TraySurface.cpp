@@ -1,5 +1,6 @@
 #include "TavrinPlatform/Linux/Tile/TraySurface.h"
 
+#include "TavrinCore/Text/ForeignText.h"
 #include "TavrinCore/Widgets/DockTileGeometry.h"
 
 #include <QGuiApplication>
@@ -18,6 +19,8 @@ constexpr const char* interface = "org.kde.StatusNotifierItem";
 const BusAddress watcher{"org.kde.StatusNotifierWatcher", "/StatusNotifierWatcher",
                          "org.kde.StatusNotifierWatcher"};
 constexpr double tileSize = 64;
+/// Code points of a name or value that go over the bus.
+constexpr std::size_t longestLabel = 500;
 
 /// The tile's body alone: panels put their own margin around an icon.
 QImage body(const QImage& image) {
@@ -72,7 +75,7 @@ DockTile::Format TraySurface::format() const {
 
 void TraySurface::setLabel(const std::string& name, const std::string& value) {
   using Change = TileLabel<std::string>::Change;
-  const Change change = label_.set(name, value);
+  const Change change = label_.set(plainText(name, longestLabel), plainText(value, longestLabel));
   if (change == Change::name)
     tell("NewTitle");
   if (change != Change::none)
@@ -150,8 +153,9 @@ int TraySurface::appendIcon(sd_bus_message* reply) const {
 }
 
 int TraySurface::appendToolTip(sd_bus_message* reply) const {
+  // Hosts show the title as it is, and the description as markup.
   return sd_bus_message_append(reply, "(sa(iiay)ss)", "", 0, label_.name.c_str(),
-                               label_.value.c_str());
+                               markupEscaped(label_.value).c_str());
 }
 
 int TraySurface::activate(sd_bus_message* message, void* self, sd_bus_error*) {

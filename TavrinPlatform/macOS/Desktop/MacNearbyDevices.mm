@@ -84,7 +84,7 @@ public:
   explicit MacNearbyDevices(RunLoop& runLoop) : runLoop_(runLoop) {
     if (isAvailable())
       devices_.push_back(
-          {"airdrop", "AirDrop", NearbyDevice::Kind::other, NearbyDevice::Way::airDrop});
+          {"airdrop", "AirDrop", NearbyDevice::Kind::other, "AirDrop"});
   }
 
   const std::vector<NearbyDevice>& devices() const override { return devices_; }

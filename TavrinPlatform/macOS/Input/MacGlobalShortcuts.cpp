@@ -38,8 +38,8 @@ public:
       RemoveEventHandler(handler_);
   }
 
-  std::vector<Refusal> bind(const std::vector<Shortcut>& shortcuts,
-                            std::function<void(const std::string& id)> pressed) override {
+  std::vector<Refusal> bindValid(const std::vector<Shortcut>& shortcuts,
+                                 std::function<void(const std::string& id)> pressed) override {
     letGo();
     pressed_ = std::move(pressed);
     const OSStatus trouble = listen();

@@ -20,6 +20,7 @@ public:
   void terminate() override;
   void requestUserAttention() override;
   void cancelUserAttention() override;
+  void keepMemoryPrivate() override;
 
   /// Whether the click on the tile that asks for a reopen has just closed the panel by itself; then
   /// the click has had its effect. May be empty.

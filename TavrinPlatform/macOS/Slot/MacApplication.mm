@@ -3,6 +3,7 @@
 #import <AppKit/AppKit.h>
 #include <QCoreApplication>
 #include <optional>
+#include <sys/resource.h>
 
 @interface TavrinApplicationDelegate : NSObject <NSApplicationDelegate>
 @property(nonatomic) tavrin::MacApplication::Parts* parts;
@@ -89,6 +90,12 @@ void MacApplication::cancelUserAttention() {
   if (parts_->attention)
     [NSApplication.sharedApplication cancelUserAttentionRequest:*parts_->attention];
   parts_->attention.reset();
+}
+
+/// Other programs of the user need the system's leave to read this one's memory as it is.
+void MacApplication::keepMemoryPrivate() {
+  const rlimit none{0, 0};
+  ::setrlimit(RLIMIT_CORE, &none);
 }
 
 } // namespace tavrin

@@ -8,56 +8,55 @@
 
 namespace tavrin {
 
-FileRollWidgetController::FileRollWidgetController(const SlotContext& context,
-                                                   const DockWidget& widget)
-    : FolderWidgetController(context, widget),
-      roll_(platform().folderWatch(), platform().userFiles(), platform().runLoop()) {
+void FileRollWidgetController::start() {
+  FolderWidgetController::start();
+  roll_.emplace(platform().folderWatch(), platform().userFiles(), platform().runLoop());
   observe();
-  renderTile();
+}
+
+void FileRollWidgetController::stop() {
+  observations_.clear();
+  roll_.reset();
+  FolderWidgetController::stop();
 }
 
 void FileRollWidgetController::observe() {
-  roll_.onChange = [this] { refresh(); };
-  roll_.setSettings(settings());
+  roll_->onChange = [this] { refresh(); };
+  roll_->setSettings(settings());
   // The times of yesterday are dates.
   observations_.push_back(platform().workspace().observeDayChange([this] { refresh(); }));
   observations_.push_back(platform().workspace().observeClockChange([this] { refresh(); }));
 }
 
-FilesSettings FileRollWidgetController::settings() const {
-  const auto* found = widget().kind.get<FilesSettings>();
-  return found != nullptr ? *found : FilesSettings{};
-}
-
 void FileRollWidgetController::panelWillOpen() {
   forgetTrouble();
-  roll_.refresh();
-  roll_.holdMarks();
+  roll_->refresh();
+  roll_->holdMarks();
   markSeen();
 }
 
 void FileRollWidgetController::panelDidClose() {
-  roll_.releaseMarks();
+  roll_->releaseMarks();
   markSeen();
 }
 
 void FileRollWidgetController::markSeen() {
-  if (roll_.unseenCount() > 0)
-    save(roll_.seen(platform().clock().now()));
+  if (roll_->unseenCount() > 0)
+    save(roll_->seen(platform().clock().now()));
 }
 
 QColor FileRollWidgetController::tint() const {
   return filesTint;
 }
 
-AnyView FileRollWidgetController::tileView(const TileSize& size) const {
+AnyView FileRollWidgetController::tileView(const TileSize& size) {
   FilesReading reading{
-      roll_.isKnown(), roll_.trouble() != nullptr, roll_.unseenCount(), roll_.unfinished(), {}};
-  const auto& files = roll_.files();
+      roll_->isKnown(), roll_->trouble() != nullptr, roll_->unseenCount(), roll_->unfinished(), {}};
+  const auto& files = roll_->files();
   for (std::size_t i = 0; i < std::min(files.size(), mostTileFiles); ++i) {
     const FolderFile& file = files[i];
     // Only the one in front is seen whole.
-    const QImage picture = i == 0 ? roll_.picture(file) : QImage();
+    const QImage picture = i == 0 ? roll_->picture(file) : QImage();
     reading.files.push_back(
         {fileSheet(file.path, false, picture), fileTitle(file.path),
          momentText(file.date, platform().clock().now()),
@@ -68,15 +67,15 @@ AnyView FileRollWidgetController::tileView(const TileSize& size) const {
   return filesWideTile(reading, size, [this] { openFile(0); });
 }
 
-void FileRollWidgetController::openFile(std::size_t index) const {
-  if (index >= roll_.files().size())
+void FileRollWidgetController::openFile(std::size_t index) {
+  if (index >= roll_->files().size())
     return;
-  const auto path = roll_.files()[index].path;
+  const auto path = roll_->files()[index].path;
   open()(path);
 }
 
 PanelView* FileRollWidgetController::makePanelView(const PanelAppearance& appearance) {
-  return new FilesPanelView(appearance, roll_,
+  return new FilesPanelView(appearance, *roll_,
                             services([this](const auto& file) { actions().copy({file}); }));
 }
 

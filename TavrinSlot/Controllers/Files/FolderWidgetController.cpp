@@ -5,10 +5,14 @@
 
 namespace tavrin {
 
-FolderWidgetController::FolderWidgetController(const SlotContext& context, const DockWidget& widget)
-    : BasicWidgetController(context, widget),
-      actions_(platform().userFiles(), platform().pasteboard(), platform().runLoop()),
-      open_(closing([this](const auto& file) { actions_.open(file); })) {}
+void FolderWidgetController::start() {
+  actions_.emplace(platform().userFiles(), platform().pasteboard(), platform().runLoop());
+}
+
+void FolderWidgetController::stop() {
+  actions_.reset();
+  trouble_.clear();
+}
 
 FilePanelServices::Action FolderWidgetController::closing(FilePanelServices::Action action) {
   return [this, action = std::move(action)](const std::filesystem::path& file) {
@@ -23,7 +27,7 @@ FilePanelServices FolderWidgetController::services(FilePanelServices::Action cop
           .name = [this] { return QString::fromStdString(widget().name); },
           .open = open_,
           .copy = closing(std::move(copy)),
-          .reveal = closing([this](const auto& file) { actions_.reveal(file); }),
+          .reveal = closing([this](const auto& file) { actions_->reveal(file); }),
           .moveToTrash = [this](const auto& file) { moveToTrash(file); },
           .edit = context().onEdit,
           .trouble = [this] { return trouble_; }};
@@ -31,7 +35,7 @@ FilePanelServices FolderWidgetController::services(FilePanelServices::Action cop
 
 void FolderWidgetController::moveToTrash(const std::filesystem::path& file) {
   trouble_.clear();
-  actions_.moveToTrash(file, [this, name = fileTitle(file)] {
+  actions_->moveToTrash(file, [this, name = fileTitle(file)] {
     trouble_ = "Failed to move " + name + " to the trash because its disk has none";
     refreshPanel();
   });

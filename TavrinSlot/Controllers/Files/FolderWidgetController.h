@@ -9,11 +9,14 @@ namespace tavrin {
 /// What the kinds that list a folder's files do alike.
 class FolderWidgetController : public BasicWidgetController {
 protected:
-  FolderWidgetController(const SlotContext& context, const DockWidget& widget);
+  using BasicWidgetController::BasicWidgetController;
+
+  void start() override;
+  void stop() override;
 
   /// Opens a file and closes the panel, whose work is done.
   const FilePanelServices::Action& open() const { return open_; }
-  FileActions& actions() { return actions_; }
+  FileActions& actions() { return *actions_; }
   /// For the panel; `copy` puts a file on the pasteboard.
   FilePanelServices services(FilePanelServices::Action copy);
   void forgetTrouble() { trouble_.clear(); }
@@ -23,8 +26,8 @@ private:
   FilePanelServices::Action closing(FilePanelServices::Action action);
   void moveToTrash(const std::filesystem::path& file);
 
-  FileActions actions_;
-  FilePanelServices::Action open_;
+  std::optional<FileActions> actions_;
+  FilePanelServices::Action open_ = closing([this](const auto& file) { actions_->open(file); });
   QString trouble_;
 };
 

@@ -1,29 +1,31 @@
 #pragma once
 
 #include "TavrinSlot/Controllers/Files/FolderWidgetController.h"
+#include "TavrinSlot/KindController.h"
 #include "TavrinWidgetsUI/Files/ScreenshotRoll.h"
 
 namespace tavrin {
 
-class ScreenshotWidgetController final : public FolderWidgetController {
+class ScreenshotWidgetController final
+    : public KindController<ScreenshotSettings, FolderWidgetController> {
 public:
-  ScreenshotWidgetController(const SlotContext& context, const DockWidget& widget);
+  using KindController::KindController;
 
 protected:
-  AnyView tileView(const TileSize& size) const override;
+  void start() override;
+  void stop() override;
+  AnyView tileView(const TileSize& size) override;
   PanelView* makePanelView(const PanelAppearance& appearance) override;
   QColor tint() const override;
-  void widgetChanged() override { roll_.setSettings(settings()); }
+  void widgetChanged() override { roll_->setSettings(settings()); }
   void panelWillOpen() override;
 
 private:
   void observe();
   /// One of those the tile shows, by its number.
-  void openFile(std::size_t index) const;
-  ScreenshotSettings settings() const;
+  void openFile(std::size_t index);
 
-  /// Pictures are asked for where they are to be drawn.
-  mutable ScreenshotRoll roll_;
+  std::optional<ScreenshotRoll> roll_;
 };
 
 } // namespace tavrin

@@ -8,30 +8,33 @@
 
 namespace tavrin {
 
-ShelfWidgetController::ShelfWidgetController(const SlotContext& context, const DockWidget& widget)
-    : BasicWidgetController(context, widget),
-      model_(platform().folderWatch(), platform().runLoop()),
-      actions_(platform().userFiles(), platform().pasteboard(), platform().runLoop()) {
-  model_.onChange = [this] { refresh(); };
-  model_.setSettings(settings());
-  renderTile();
+void ShelfWidgetController::start() {
+  actions_.emplace(platform().userFiles(), platform().pasteboard(), platform().runLoop());
+  model_.emplace(platform().folderWatch(), platform().runLoop());
+  model_->onChange = [this] { refresh(); };
+  model_->setSettings(settings());
 }
 
-ShelfSettings ShelfWidgetController::settings() const {
-  const auto* found = widget().kind.get<ShelfSettings>();
-  return found != nullptr ? *found : ShelfSettings{};
+void ShelfWidgetController::stop() {
+  model_.reset();
+  actions_.reset();
+}
+
+bool ShelfWidgetController::openFiles(const std::vector<std::filesystem::path>& paths) {
+  save(shelf::adding(settings(), paths));
+  return true;
 }
 
 QColor ShelfWidgetController::tint() const {
   return shelfTint;
 }
 
-AnyView ShelfWidgetController::tileView(const TileSize& size) const {
-  const auto& items = model_.items();
-  ShelfReading reading{items.size(), model_.missingCount(), {}};
+AnyView ShelfWidgetController::tileView(const TileSize& size) {
+  const auto& items = model_->items();
+  ShelfReading reading{items.size(), model_->missingCount(), {}};
   for (std::size_t i = 0; i < std::min(items.size(), size.isWide() ? mostTileSheets : 2); ++i) {
     const ShelfItem& item = items[i];
-    FileSheet sheet = fileSheet(item.path, item.file && item.file->isFolder, model_.picture(item));
+    FileSheet sheet = fileSheet(item.path, item.file && item.file->isFolder, model_->picture(item));
     sheet.isMissing = item.isMissing;
     reading.sheets.push_back(std::move(sheet));
   }
@@ -45,16 +48,16 @@ template <class Action> void ShelfWidgetController::finish(const Action& action)
 
 PanelView* ShelfWidgetController::makePanelView(const PanelAppearance& appearance) {
   return new ShelfPanelView(
-      appearance, model_,
+      appearance, *model_,
       {.runLoop = platform().runLoop(),
        .clock = platform().clock(),
        .home = platform().userFiles().homeFolder(),
        .name = [this] { return QString::fromStdString(widget().name); },
-       .open = [this](const auto& file) { finish([&] { actions_.open(file); }); },
-       .copy = [this](const auto& files) { finish([&] { actions_.copy(files); }); },
-       .reveal = [this](const auto& file) { finish([&] { actions_.reveal(file); }); },
-       .remove = [this](const auto& file) { write(shelf::removing(settings(), file)); },
-       .clear = [this] { write({}); },
+       .open = [this](const auto& file) { finish([&] { actions_->open(file); }); },
+       .copy = [this](const auto& files) { finish([&] { actions_->copy(files); }); },
+       .reveal = [this](const auto& file) { finish([&] { actions_->reveal(file); }); },
+       .remove = [this](const auto& file) { save(shelf::removing(settings(), file)); },
+       .clear = [this] { save({}); },
        .edit = context().onEdit});
 }
 

@@ -17,11 +17,20 @@ RunWidgetController::RunWidgetController(const SlotContext& context, DockWidget 
                                          const std::string& name, const std::string& event)
     : BasicWidgetController(context, std::move(widget)),
       endNotification_(platform().userNotifications(), platform().clock(),
-                       platform().mainBundle().identifier().value_or(name) + "." + event) {
+                       platform().mainBundle().identifier().value_or(name) + "." + event) {}
+
+void RunWidgetController::start() {
   auto& workspace = platform().workspace();
   observations_.push_back(workspace.observeClockChange([this] { timeJumped(); }));
   observations_.push_back(workspace.observeDayChange([this] { timeJumped(); }));
   observations_.push_back(workspace.observeWake([this] { timeJumped(); }));
+}
+
+void RunWidgetController::stop() {
+  userCame();
+  ticker_.reset();
+  observations_.clear();
+  lastShown_.reset();
 }
 
 void RunWidgetController::timeJumped() {

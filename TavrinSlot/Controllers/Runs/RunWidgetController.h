@@ -38,7 +38,10 @@ protected:
   /// Ends a run that is over, and rings. Whether it was over.
   virtual bool finishIfOver() = 0;
 
-  /// To be called after every change of the run, and once by the constructor.
+  void start() override;
+  void stop() override;
+
+  /// To be called after every change of the run, and once when it has been read.
   void runChanged();
   /// The widget's name or settings, or the clock, changed under the run.
   void scheduleEndNotification();

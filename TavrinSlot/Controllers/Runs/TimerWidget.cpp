@@ -8,47 +8,51 @@
 
 namespace tavrin {
 
-TimerWidgetController::TimerWidgetController(const SlotContext& context, const DockWidget& widget)
-    : RunWidgetController(context, widget, "timer", "finished"),
-      model_(platform().clock(), widget,
-             storedRun(platform().userDefaults(), runKey, TimerRun{})
-                 .caughtUp(platform().clock().now())),
-      actions_{[this] { model_.toggle(); }, [this] { model_.reset(); }} {
-  model_.onChange = [this] { runChanged(); };
+void TimerWidgetController::start() {
+  RunWidgetController::start();
+  model_.emplace(
+      platform().clock(), widget(),
+      storedRun(platform().userDefaults(), runKey, TimerRun{}).caughtUp(platform().clock().now()));
+  model_->onChange = [this] { runChanged(); };
   runChanged();
 }
 
-AnyView TimerWidgetController::tileView(const TileSize& size) const {
-  return size.isWide() ? timerWideTile(model_.run(), model_.now(), model_.tint(), size, actions_)
-                       : timerTileIcon(model_.run(), model_.now(), model_.tint(), size);
+void TimerWidgetController::stop() {
+  RunWidgetController::stop();
+  model_.reset();
+}
+
+AnyView TimerWidgetController::tileView(const TileSize& size) {
+  return size.isWide() ? timerWideTile(model_->run(), model_->now(), model_->tint(), size, actions_)
+                       : timerTileIcon(model_->run(), model_->now(), model_->tint(), size);
 }
 
 PanelView* TimerWidgetController::makePanelView(const PanelAppearance& appearance) {
-  return new TimerPanelView(appearance, model_, context().onEdit);
+  return new TimerPanelView(appearance, *model_, context().onEdit);
 }
 
 void TimerWidgetController::widgetChanged() {
-  const bool isOther = model_.widget() != widget();
-  model_.setWidget(widget());
-  model_.tick();
+  const bool isOther = model_->widget() != widget();
+  model_->setWidget(widget());
+  model_->tick();
   if (isOther)
     scheduleEndNotification();
 }
 
 RunWidgetController::Shown TimerWidgetController::shown() const {
-  const auto& run = model_.run();
-  return {run.displayedSeconds(model_.now()),
+  const auto& run = model_->run();
+  return {run.displayedSeconds(model_->now()),
           fmt::format("{}-{}-{}", run.isRunning(), run.hasStarted(), nameOf(run.mode))};
 }
 
 void TimerWidgetController::saveRun() {
-  platform().userDefaults().set(runKey, encode(model_.run()));
+  platform().userDefaults().set(runKey, encode(model_->run()));
 }
 
 bool TimerWidgetController::finishIfOver() {
-  if (!model_.run().isRunning() || !model_.isFinished())
+  if (!model_->run().isRunning() || !model_->isFinished())
     return false;
-  model_.finish(model_.now());
+  model_->finish(model_->now());
   ring("Glass");
   return true;
 }

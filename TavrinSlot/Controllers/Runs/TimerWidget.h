@@ -1,32 +1,36 @@
 #pragma once
 
 #include "TavrinSlot/Controllers/Runs/RunWidgetController.h"
+#include "TavrinSlot/KindController.h"
 #include "TavrinWidgetsUI/Runs/TimerModel.h"
 #include "TavrinWidgetsUI/Runs/TimerViews.h"
 
 namespace tavrin {
 
-class TimerWidgetController final : public RunWidgetController {
+class TimerWidgetController final : public KindController<TimerSettings, RunWidgetController> {
 public:
   static constexpr const char* runKey = "timerRun";
 
-  TimerWidgetController(const SlotContext& context, const DockWidget& widget);
+  TimerWidgetController(const SlotContext& context, const DockWidget& widget)
+      : KindController(context, widget, std::string("timer"), std::string("finished")) {}
 
 private:
-  AnyView tileView(const TileSize& size) const override;
+  void start() override;
+  void stop() override;
+  AnyView tileView(const TileSize& size) override;
   PanelView* makePanelView(const PanelAppearance& appearance) override;
-  QColor tint() const override { return model_.tint(); }
+  QColor tint() const override { return model_->tint(); }
   void widgetChanged() override;
 
-  bool isRunning() const override { return model_.run().isRunning(); }
+  bool isRunning() const override { return model_->run().isRunning(); }
   Shown shown() const override;
-  End end() const override { return {model_.run().endDate(), "Time's up"}; }
+  End end() const override { return {model_->run().endDate(), "Time's up"}; }
   void saveRun() override;
-  void readClock() override { model_.tick(); }
+  void readClock() override { model_->tick(); }
   bool finishIfOver() override;
 
-  TimerModel model_;
-  TimerActions actions_;
+  std::optional<TimerModel> model_;
+  TimerActions actions_{[this] { model_->toggle(); }, [this] { model_->reset(); }};
 };
 
 } // namespace tavrin

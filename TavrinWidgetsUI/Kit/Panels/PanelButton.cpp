@@ -3,7 +3,9 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelFont.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelPaint.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelToolTip.h"
 #include "TavrinWidgetsUI/Kit/Views/Colour.h"
+#include "TavrinWidgetsUI/Kit/Views/PlainWords.h"
 
 #include <QFontMetricsF>
 #include <QStyleOptionButton>
@@ -30,8 +32,8 @@ PanelButton* PanelButton::icon(const QString& symbol, const QString& name,
                                std::function<void()> action, QWidget* parent) {
   auto* button = new PanelButton(Kind::icon, {}, std::move(action), parent);
   button->setSymbol(symbol);
-  button->setAccessibleName(name);
-  button->setToolTip(name);
+  button->setAccessibleName(plainWords(name));
+  setPlainToolTip(button, name);
   button->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
   return button;
 }
@@ -57,12 +59,13 @@ void PanelButton::setSymbol(const QString& symbol) {
 }
 
 void PanelButton::setTitle(const QString& title) {
-  if (title == title_)
+  const QString plain = plainWords(title);
+  if (plain == title_)
     return;
-  title_ = title;
+  title_ = plain;
   // Qt reads "&" as a mark for a shortcut.
-  setText(QString(title).replace(QLatin1Char('&'), QLatin1String("&&")));
-  setAccessibleName(title);
+  setText(QString(plain).replace(QLatin1Char('&'), QLatin1String("&&")));
+  setAccessibleName(plain);
   updateGeometry();
 }
 
@@ -99,8 +102,8 @@ void PanelSwatch::setColour(const QColor& colour, const QString& name) {
   if (colour == colour_ && name == accessibleName())
     return;
   colour_ = colour;
-  setAccessibleName(name);
-  setToolTip(name);
+  setAccessibleName(plainWords(name));
+  setPlainToolTip(this, name);
   update();
 }
 

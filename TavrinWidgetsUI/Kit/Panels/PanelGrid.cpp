@@ -1,11 +1,13 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelGrid.h"
 
+#include "TavrinPlatform/PlainToolTip.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelItems.h"
 
 #include "TavrinWidgetsUI/Kit/Panels/PanelFont.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelPaint.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
 #include "TavrinWidgetsUI/Kit/Views/Colour.h"
+#include "TavrinWidgetsUI/Kit/Views/PlainWords.h"
 
 #include <QAbstractItemDelegate>
 #include <QContextMenuEvent>
@@ -60,9 +62,10 @@ public:
     case PanelGrid::cellRole:
       return QVariant::fromValue(cell(index.row()));
     case Qt::DisplayRole:
-    case Qt::ToolTipRole:
     case Qt::AccessibleTextRole:
-      return cell(index.row()).name;
+      return plainWords(cell(index.row()).name);
+    case Qt::ToolTipRole:
+      return toolTipText(cell(index.row()).name);
     default:
       return {};
     }

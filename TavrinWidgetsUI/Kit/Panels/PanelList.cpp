@@ -1,5 +1,6 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
 
+#include "TavrinPlatform/PlainToolTip.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelItems.h"
 
 #include "TavrinWidgetsUI/Kit/Panels/PanelFont.h"
@@ -12,7 +13,6 @@
 #include <QKeyEvent>
 #include <QMenu>
 #include <QScrollBar>
-#include <QToolTip>
 #include <utility>
 
 namespace tavrin {
@@ -250,10 +250,9 @@ bool PanelList::viewportEvent(QEvent* event) {
     return true;
   const PanelRow under = row(index.row());
   const int action = actionAt(index, help->pos());
-  QToolTip::showText(help->globalPos(),
-                     action >= 0 ? under.actions[static_cast<std::size_t>(action)].name
-                                 : under.title,
-                     viewport(), visualRect(index));
+  showPlainToolTip(help->globalPos(),
+                   action >= 0 ? under.actions[static_cast<std::size_t>(action)].name : under.title,
+                   viewport(), visualRect(index));
   return true;
 }
 

@@ -4,6 +4,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelFont.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
 #include "TavrinWidgetsUI/Kit/Pictures/Symbols.h"
+#include "TavrinWidgetsUI/Kit/Views/PlainWords.h"
 
 #include <QFontMetricsF>
 #include <QStyleOption>
@@ -51,10 +52,11 @@ void symbol(QPainter& painter, const QString& name, const QRectF& rect, double s
              QRectF(centre.x() - side / 2, centre.y() - side / 2, side, side), colour);
 }
 
-double line(QPainter& painter, const QString& text, const QRectF& rect, const QFont& font,
+double line(QPainter& painter, const QString& words, const QRectF& rect, const QFont& font,
             const QColor& colour, Qt::Alignment alignment) {
   if (rect.width() < 1)
     return 0;
+  const QString text = plainWords(words);
   const QFontMetricsF metrics(font);
   const double full = metrics.horizontalAdvance(text);
   const bool fits = full <= rect.width() + 0.5;

@@ -1,5 +1,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
 
+#include "TavrinWidgetsUI/Kit/Views/PlainWords.h"
+
 #include <QStringList>
 
 namespace tavrin {
@@ -14,7 +16,7 @@ QString spoken(const PanelRow& row) {
     words.append(row.unit.isEmpty() ? row.trailing : row.trailing + QLatin1Char(' ') + row.unit);
   if (row.isNew)
     words.append(QStringLiteral("new"));
-  return words.join(QStringLiteral(", "));
+  return plainWords(words.join(QStringLiteral(", ")));
 }
 
 } // namespace
@@ -64,7 +66,7 @@ QVariant PanelRowModel::data(const QModelIndex& index, int role) const {
   case rowRole:
     return QVariant::fromValue(row(index.row()));
   case Qt::DisplayRole:
-    return row(index.row()).title;
+    return plainWords(row(index.row()).title);
   case Qt::AccessibleTextRole:
     return spoken(row(index.row()));
   default:

@@ -3,6 +3,8 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelPaint.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelToolTip.h"
+#include "TavrinWidgetsUI/Kit/Views/PlainWords.h"
 
 #include <QFontMetricsF>
 #include <QVBoxLayout>
@@ -37,11 +39,12 @@ void PanelText::setSingleLine(bool single) {
 }
 
 void PanelText::setWords(const QString& words) {
-  if (words == text())
+  const QString plain = plainWords(words);
+  if (plain == text())
     return;
-  setText(words);
+  setText(plain);
   if (single_)
-    setToolTip(isElided() ? words : QString());
+    setPlainToolTip(this, isElided() ? plain : QString());
 }
 
 bool PanelText::isElided() const {
@@ -74,7 +77,7 @@ void PanelText::paintEvent(QPaintEvent* event) {
 void PanelText::resizeEvent(QResizeEvent* event) {
   QLabel::resizeEvent(event);
   if (single_)
-    setToolTip(isElided() ? text() : QString());
+    setPlainToolTip(this, isElided() ? text() : QString());
 }
 
 PanelDivider::PanelDivider(QWidget* parent) : QWidget(parent) {
@@ -109,7 +112,7 @@ PanelEmptyState::PanelEmptyState(const QString& symbol, const QString& sentence,
 void PanelEmptyState::setSentence(const QString& symbol, const QString& sentence) {
   symbol_ = symbol;
   sentence_->setWords(sentence);
-  setAccessibleName(sentence);
+  setAccessibleName(plainWords(sentence));
   update();
 }
 

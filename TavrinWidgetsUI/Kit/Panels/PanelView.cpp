@@ -68,8 +68,8 @@ void PanelView::makeHeader(QVBoxLayout* column) {
 
 void PanelView::setTitle(const QString& title) {
   title_->setWords(title);
-  if (title != accessibleName())
-    setAccessibleName(title);
+  if (title_->text() != accessibleName())
+    setAccessibleName(title_->text());
 }
 
 QString PanelView::title() const {

@@ -1,5 +1,6 @@
 #include "TavrinWidgetsUI/Kit/Pictures/Symbols.h"
 
+#include "TavrinCore/Text/Numbers.h"
 #include "TavrinWidgetsUI/Kit/Pictures/SymbolTable.h"
 #include "TavrinWidgetsUI/Kit/Views/Fill.h"
 
@@ -53,7 +54,7 @@ private:
   double number() {
     skipSpace();
     double value = 0;
-    const auto [end, error] = std::from_chars(rest_.data(), rest_.data() + rest_.size(), value);
+    const auto [end, error] = doubleFromChars(rest_.data(), rest_.data() + rest_.size(), value);
     rest_.remove_prefix(static_cast<std::size_t>(end - rest_.data()));
     return value;
   }

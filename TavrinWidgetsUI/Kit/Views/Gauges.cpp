@@ -8,6 +8,9 @@
 namespace tavrin {
 namespace {
 
+/// Below this side a ring has no room for "100%".
+constexpr double smallestForPercent = 56;
+
 void paintSparkline(QPainter& painter, const QRectF& rect, const Sparkline& line) {
   if (line.values.empty() || line.capacity < 2)
     return;
@@ -57,7 +60,7 @@ QString percentText(double fraction) {
 
 QString gaugeText(double fraction, const TileSize& size) {
   QString words = percentText(fraction);
-  if (words.size() > 3 && !size.hasCaption())
+  if (words.size() > 3 && size.side < smallestForPercent)
     words.chop(1);
   return words;
 }

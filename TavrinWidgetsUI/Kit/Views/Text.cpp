@@ -1,6 +1,7 @@
 #include "TavrinWidgetsUI/Kit/Views/Text.h"
 
 #include "TavrinWidgetsUI/Kit/Views/Modifiers.h"
+#include "TavrinWidgetsUI/Kit/Views/PlainWords.h"
 #include "TavrinWidgetsUI/Kit/Views/TextEngine.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewContext.h"
 
@@ -28,7 +29,7 @@ double widestWidth(const Text& text, TextEngine& engine) {
 /// What the text may be fitted down to.
 double leastSize(const Text& text) {
   const double least =
-      text.figureMinimum.value_or(std::max(text.pointSize * leastFit, minimumTypeSize));
+      text.figureMinimum.value_or(std::max(text.pointSize * leastFit, minimumCaptionSize));
   return std::min(least, text.pointSize);
 }
 
@@ -157,7 +158,7 @@ void Text::paint(ViewContext& context, const QRectF& rect) const {
 
 Text text(const QString& string) {
   Text result;
-  result.string = string;
+  result.string = plainWords(string);
   return result;
 }
 Text text(const std::string& utf8) {

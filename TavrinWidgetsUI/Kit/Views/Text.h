@@ -23,8 +23,10 @@ QString interfaceFontFamily();
 /// are to be rendered and panels to be made again.
 bool setInterfaceFontFamily(const QString& family);
 
-/// The least type size anywhere on a tile, and what nothing is fitted below. Points.
+/// What a figure is not fitted below. Points.
 inline constexpr double minimumTypeSize = 9;
+/// The least type size anywhere on a tile: captions at S = 48. Points.
+inline constexpr double minimumCaptionSize = 6.5;
 
 /// A line of text, or a few. On one line all digits are equally wide. A line, or a word among
 /// several lines, that is too long is set smaller once, down to 85 %, and then ends in an ellipsis.

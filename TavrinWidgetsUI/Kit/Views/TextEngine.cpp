@@ -7,6 +7,7 @@
 #include <QTextBoundaryFinder>
 #include <QTextLayout>
 #include <algorithm>
+#include <mutex>
 
 namespace tavrin {
 
@@ -53,24 +54,42 @@ QString fallbackFamily() {
                                                                         : family;
 }
 
-QString& usedFamily() {
-  static QString family;
+/// Set on the main thread; pictures are drawn in the pool, too.
+class UsedFamily {
+public:
+  QString get() {
+    const std::lock_guard lock(mutex_);
+    if (family_.isEmpty())
+      family_ = fallbackFamily();
+    return family_;
+  }
+  /// Whether it is another one.
+  bool set(const QString& family) {
+    const std::lock_guard lock(mutex_);
+    return std::exchange(family_, family) != family;
+  }
+
+private:
+  std::mutex mutex_;
+  QString family_;
+};
+
+UsedFamily& usedFamily() {
+  static UsedFamily family;
   return family;
 }
 
 } // namespace
 
 QString interfaceFontFamily() {
-  QString& used = usedFamily();
-  if (used.isEmpty())
-    used = fallbackFamily();
-  return used;
+  return usedFamily().get();
 }
 
 bool setInterfaceFontFamily(const QString& family) {
-  const QString before = interfaceFontFamily();
-  usedFamily() = !family.isEmpty() && QFontDatabase::hasFamily(family) ? family : fallbackFamily();
-  return usedFamily() != before;
+  // Before the first choice the fallback counts.
+  usedFamily().get();
+  return usedFamily().set(!family.isEmpty() && QFontDatabase::hasFamily(family) ? family
+                                                                                : fallbackFamily());
 }
 
 const TextEngine::Face& TextEngine::face(FontWeight weight) {
@@ -187,6 +206,8 @@ double TextEngine::capHeight(FontWeight weight, double pointSize) {
 
 void TextEngine::draw(QPainter& painter, const QString& string, FontWeight weight, double pointSize,
                       QPointF origin, Digits digits) {
+  if (drawnLines != nullptr)
+    drawnLines->push_back({string, pointSize});
   Shaped& text = shaped(string, weight, digits);
   if (text.runSize != pointSize) {
     text.runs.clear();

@@ -38,6 +38,14 @@ public:
   void draw(QPainter& painter, const QString& string, FontWeight weight, double pointSize,
             QPointF origin, Digits digits = Digits::tabular);
 
+  /// A line as it was drawn; points.
+  struct DrawnLine {
+    QString string;
+    double pointSize = 0;
+  };
+  /// Notes what is drawn, null for nowhere: for whoever checks what stands on a picture.
+  std::vector<DrawnLine>* drawnLines = nullptr;
+
 private:
   /// Glyphs at the reference size.
   struct Piece {

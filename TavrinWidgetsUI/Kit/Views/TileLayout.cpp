@@ -9,8 +9,8 @@ namespace tavrin {
 
 namespace {
 
-constexpr double pitchRatio = 1.0625;
 constexpr double paddingRatio = 0.12;
+constexpr double sentenceInset = 0.07;
 constexpr double borderRatio = 0.07;
 constexpr double borderSteps = 24;
 constexpr double figureRatio = 0.305;
@@ -20,9 +20,10 @@ constexpr double leastFigureRatio = 0.18;
 constexpr double borderGapRatio = 0.05;
 constexpr double captionRatio = 0.135;
 constexpr double actionRatio = 0.44;
-constexpr double captionThreshold = 56;
+constexpr double captionThreshold = 48;
+/// From this side on words are at least as large as figures may become.
+constexpr double roomyWords = 64;
 constexpr double wideCaptionRatio = 0.17;
-constexpr double wideMarkRatio = 0.6;
 constexpr double leastWordsRatio = 0.8;
 
 Text figureText(const QString& string, const QString& widest, double points, const QColor& ground) {
@@ -35,12 +36,18 @@ Text figureText(const QString& string, const QString& widest, double points, con
       .figure(minimumTypeSize);
 }
 
-Text captionText(const QString& string, double points, const QColor& ground) {
+Text captionText(const QString& string, double points, const QColor& ink) {
   return text(string)
       .size(points)
       .weight(FontWeight::medium)
-      .colour(palette::caption(ground))
+      .colour(ink)
       .align(TextAlignment::centre);
+}
+
+double leastWords(double side) {
+  const double share =
+      std::clamp((side - captionThreshold) / (roomyWords - captionThreshold), 0., 1.);
+  return minimumCaptionSize + share * (minimumTypeSize - minimumCaptionSize);
 }
 
 /// What text of a content stands on.
@@ -62,7 +69,10 @@ AnyView fittedFigure(const TileContent& content, const TileSize& size) {
   if (content.figure.isEmpty())
     return {};
   const QColor ground = textGround(content);
-  const Text line = figureText(content.figure, content.widestFigure, size.figure(), ground);
+  // On a small tile a long figure gives way to the words.
+  const double yielding = std::min(std::max(size.body() * 0.2, size.words(0)), minimumTypeSize);
+  const Text line =
+      figureText(content.figure, content.widestFigure, size.figure(), ground).figure(yielding);
   if (content.figure.count(u':') < 2)
     return line;
   const double least = std::max(size.body() * leastFigureRatio, minimumTypeSize);
@@ -121,7 +131,7 @@ AnyView spoken(const AnyView& picture, const QString& label, const QString& valu
 } // namespace
 
 double TileSize::width() const {
-  return side * (1 + pitchRatio * (std::max(span, 1) - 1));
+  return side + DockTileGeometry::pitch(side) * (std::max(span, 1) - 1);
 }
 double TileSize::body() const {
   return side * DockTileGeometry::iconBodyRatio;
@@ -146,10 +156,16 @@ double TileSize::figure() const {
   return std::max(body() * figureRatio, minimumTypeSize);
 }
 double TileSize::caption() const {
-  return std::max(body() * captionRatio, minimumTypeSize);
+  return words(captionRatio);
+}
+double TileSize::words(double ratio) const {
+  return std::max(body() * ratio, leastWords(side));
 }
 bool TileSize::hasCaption() const {
   return side >= captionThreshold;
+}
+QColor TileSize::quietInk(const QColor& ground) const {
+  return leastWords(side) < minimumTypeSize ? palette::figure(ground) : palette::caption(ground);
 }
 double TileSize::actionSide() const {
   return body() * actionRatio;
@@ -166,7 +182,8 @@ AnyView tileColumn(const TileContent& content, const TileSize& size, double room
   const AnyView figure = fittedFigure(content, size);
   AnyView caption;
   if (size.hasCaption() && !content.caption.isEmpty())
-    caption = captionText(content.caption, size.caption(), ground).frame({.maxWidth = lineRoom});
+    caption = captionText(content.caption, size.caption(), size.quietInk(ground))
+                  .frame({.maxWidth = lineRoom});
   AnyView mark;
   if (!content.mark.isEmpty() || content.state == TileState::done) {
     const double side = size.body() * (hasText ? content.markRatio : 0.5);
@@ -189,15 +206,38 @@ AnyView tileColumn(const TileContent& content, const TileSize& size, double room
 
 } // namespace
 
+namespace {
+
+/// The words of a state, as few lines as they need and the mark above them as large as they allow.
+AnyView sentenceColumn(const TileContent& content, const TileSize& size) {
+  const QColor ground = textGround(content);
+  const Text words = captionText(content.sentence, size.caption(), size.quietInk(ground));
+  const auto under = [&](double markRatio, int lines) -> AnyView {
+    const double side = size.body() * markRatio;
+    const AnyView mark =
+        marked(content.mark, content.state, side, ground).frame(side, side).cached();
+    return vstack({mark, words.lines(lines).figure(size.caption())}).spacing(size.body() * 0.04);
+  };
+  return firstFitting({under(0.36, 2), under(0.28, 3), under(0.2, 3),
+                       words.lines(4).figure(size.caption()), words.lines(4)});
+}
+
+} // namespace
+
 AnyView tile(const TileContent& content, const TileSize& size) {
-  const double inset =
-      content.border ? size.borderWidth() + size.body() * borderGapRatio : size.padding();
+  const bool isSentence = !content.sentence.isEmpty() && size.hasCaption();
+  const double inset = isSentence       ? size.body() * sentenceInset
+                       : content.border ? size.borderWidth() + size.body() * borderGapRatio
+                                        : size.padding();
   const double margin = (size.height() - size.body()) / 2;
-  const AnyView column = tileColumn(content, size, size.body() - 2 * inset);
+  const double room = size.body() - 2 * inset;
+  const AnyView column =
+      isSentence ? sentenceColumn(content, size) : tileColumn(content, size, room);
   const AnyView picture = zstack({body(content.ground, content.groundEnd, content.border, size),
                                   column.fill().padding(margin + inset)})
                               .frame(size.width(), size.height());
-  return spoken(picture, content.label, content.value, content.caption, content.figure);
+  return spoken(picture, content.label, content.value,
+                isSentence ? content.sentence : content.caption, content.figure);
 }
 
 AnyView tile(const QColor& ground, const AnyView& inner, const TileSize& size) {
@@ -236,8 +276,7 @@ AnyView wideText(const WideTileContent& content, const TileSize& size) {
   const QColor ground = textGround(content);
   AnyView caption;
   if (!content.caption.isEmpty())
-    caption = captionText(content.caption,
-                          std::max(size.body() * wideCaptionRatio, minimumTypeSize), ground)
+    caption = captionText(content.caption, size.words(wideCaptionRatio), size.quietInk(ground))
                   .align(TextAlignment::leading);
   AnyView figure;
   if (!content.figure.isEmpty())
@@ -251,7 +290,7 @@ AnyView wideText(const WideTileContent& content, const TileSize& size) {
 
 AnyView wideTile(const WideTileContent& content, const TileSize& size) {
   const double padding = size.padding();
-  const double markSide = size.body() * wideMarkRatio;
+  const double markSide = size.body() * content.markRatio;
   const AnyView words = wideText(content, size)
                             .frame({.minWidth = size.body() * leastWordsRatio}, Alignment::leading);
   std::vector<AnyView> buttons;

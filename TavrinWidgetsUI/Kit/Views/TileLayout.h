@@ -27,8 +27,13 @@ struct TileSize {
   double borderWidth() const;
   double figure() const;
   double caption() const;
-  /// Captions go below S = 56.
+  /// Type of `ratio` by the body's height, for words: at least 6.5 points at S = 48 and 9 from
+  /// S = 64 up.
+  double words(double ratio) const;
+  /// Words go below S = 48.
   bool hasCaption() const;
+  /// Ink of quiet words: as strong as a figure's where they are small.
+  QColor quietInk(const QColor& ground = palette::ground) const;
   /// The side of a round action button of a wide tile.
   double actionSide() const;
 
@@ -63,6 +68,8 @@ struct TileContent {
   /// The figure's widest form; empty takes the figure with every digit an 8.
   QString widestFigure = {};
   QString caption = {};
+  /// The words of a state, up to four lines, in place of figure and caption.
+  QString sentence = {};
   /// A symbol, dots, a small gauge; offered the room that figure and caption leave.
   AnyView mark = {};
   /// The mark's height by the body's; a tile without figure and caption gives it 0.5.
@@ -95,8 +102,9 @@ struct WideTileContent {
   QColor ground = palette::ground;
   QColor groundEnd = {};
   std::optional<TileBorder> border = {};
-  /// A symbol, ring or picture, offered a square of the body's height less the padding.
+  /// A symbol, ring or picture, offered a square of `markRatio` by the body's height.
   AnyView mark = {};
+  double markRatio = 0.6;
   QColor tint = palette::blue;
   /// The quiet line above and the strong line below.
   QString caption = {};

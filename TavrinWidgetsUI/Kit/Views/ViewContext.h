@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TavrinWidgetsUI/Kit/Views/AnyView.h"
+#include "TavrinWidgetsUI/Kit/Views/PlainWords.h"
 
 #include <QPainter>
 #include <vector>
@@ -49,6 +50,8 @@ public:
 
   /// `element.rect` is in the painter's coordinates of the moment.
   void addElement(AccessibleElement element) {
+    element.label = plainWords(element.label);
+    element.value = plainWords(element.value);
     element.rect = toPicture(element.rect);
     elements.push_back(std::move(element));
   }

@@ -1,6 +1,7 @@
 #include "TavrinWidgetsUI/Kit/Views/ViewWidget.h"
 
 #include "TavrinWidgetsUI/Kit/Panels/PanelPaint.h"
+#include "TavrinWidgetsUI/Kit/Views/PlainWords.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewRenderer.h"
 
 #include <QFocusEvent>
@@ -35,7 +36,7 @@ void ViewWidget::setViewSize(QSizeF size) {
 
 void ViewWidget::setName(const QString& name) {
   isNamed_ = !name.isEmpty();
-  setAccessibleName(name);
+  setAccessibleName(plainWords(name));
 }
 
 QSize ViewWidget::sizeHint() const {
@@ -68,7 +69,7 @@ void ViewWidget::adoptButtons() {
   for (const AccessibleElement& element : painter_->elements())
     words.append(element.value.isEmpty() ? element.label
                                          : element.label + QStringLiteral(", ") + element.value);
-  const QString name = words.join(QStringLiteral(", "));
+  const QString name = plainWords(words.join(QStringLiteral(", ")));
   if (name != accessibleName())
     setAccessibleName(name);
 }

@@ -7,9 +7,9 @@ namespace tavrin {
 AnyView wideTileWords(const QString& sentence, const QString& least, const QColor& ground,
                       const TileSize& size) {
   return text(hasRoomForSentence(size) ? sentence : least)
-      .size(std::max(size.body() * (size.span > 2 ? 0.19 : 0.16), minimumTypeSize))
+      .size(size.words(size.span > 2 ? 0.19 : 0.16))
       .weight(FontWeight::medium)
-      .colour(palette::caption(ground))
+      .colour(size.quietInk(ground))
       .lines(3);
 }
 

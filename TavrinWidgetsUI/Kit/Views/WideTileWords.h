@@ -5,7 +5,7 @@
 namespace tavrin {
 
 /// Whether words of a wide tile may be a sentence or a number with its unit: two places of a Dock
-/// below S = 56 have room for two short words.
+/// below S = 48 have room for two short words.
 inline bool hasRoomForSentence(const TileSize& size) {
   return size.span > 2 || size.hasCaption();
 }

@@ -1,7 +1,7 @@
 #include "TavrinPlatform/DockTile.h"
 #include "TavrinPlatform/InputBlocker.h"
-#include "TavrinPlatform/Linux/LinuxPlatform.h"
 #include "TavrinPlatform/PanelPopover.h"
+#include "TavrinPlatform/Platform.h"
 
 #include <QImage>
 #include <QLineEdit>
@@ -10,10 +10,11 @@
 #include <cmath>
 #include <cstdio>
 #include <string_view>
+#include <utility>
 
 /// A program with one tile and one panel that says on its standard output what happens to it.
 /// Arguments: --place=BEFORE,SPAN,ALL  --open (the panel at start)  --attention
-/// --lock=all|keyboard,SECONDS (holds the input at start)
+/// --lock=all|keyboard,SECONDS (holds the input at start, and tells whether the screen is locked)
 /// --button (the left half of the tile is a button)  --notice=SECONDS  --observe=NAME  --tick
 namespace {
 
@@ -97,6 +98,11 @@ private:
                             say("hold ended");
                             hold_.reset();
                           }});
+    look_ = platform_.runLoop().repeat(0.05, [this] {
+      const bool isLocked = platform_.inputBlocker().isScreenLocked();
+      if (std::exchange(isScreenLocked_, isLocked) != isLocked)
+        say("locked %d", isLocked);
+    });
   }
 
   void draw() {
@@ -150,6 +156,8 @@ private:
   TokenPtr ticker_;
   TokenPtr endOfNeed_;
   TokenPtr hold_;
+  TokenPtr look_;
+  bool isScreenLocked_ = false;
   int count_ = 0;
   bool hasButton_ = false;
 };

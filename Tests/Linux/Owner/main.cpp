@@ -2,6 +2,8 @@
 //   SelectionOwner series COUNT MILLISECONDS   copies COUNT things, one after the other
 //   SelectionOwner hang | mute | flood | dribble | empty | simple
 //   SelectionOwner picture   sends an image without end, and tells no length
+//   SelectionOwner public | refused | silent | listless   hints at a password: that it is none, not
+//                          when asked, without an answer, in a list of targets in an unknown form
 //   SelectionOwner turn    copies twice, and then answers what comes within a moment and no more
 // Prints "copied" after each copy. Ends with its input.
 #include <algorithm>
@@ -25,6 +27,7 @@ std::string mode;
 bool hasAnswered = false;
 /// What is offered: target and bytes.
 std::map<std::string, std::string> content;
+constexpr const char* hint = "x-kde-passwordManagerHint";
 
 /// Each is asked of the server once, as programs do.
 xcb_atom_t atom(const std::string& name) {
@@ -61,7 +64,7 @@ void copyNumber(int number) {
     content["UTF8_STRING"] = "beside the file";
     break;
   default:
-    content["x-kde-passwordManagerHint"] = "secret";
+    content[hint] = "secret";
     content["UTF8_STRING"] = words;
   }
 }
@@ -94,15 +97,17 @@ void answer(const xcb_selection_request_event_t& request) {
     for (const auto& [target, bytes] : content)
       targets.push_back(atom(target));
     xcb_change_property(x, XCB_PROP_MODE_REPLACE, request.requestor, request.property,
-                        XCB_ATOM_ATOM, 32, static_cast<std::uint32_t>(targets.size()),
-                        targets.data());
+                        XCB_ATOM_ATOM, mode == "listless" ? 8 : 32,
+                        static_cast<std::uint32_t>(targets.size()), targets.data());
     notify.property = request.property;
   }
   for (const auto& [target, bytes] : content) {
     if (request.target != atom(target))
       continue;
-    if (mode == "mute" && target == "image/png")
+    if ((mode == "mute" && target == "image/png") || (mode == "silent" && target == hint))
       return;
+    if (mode == "refused" && target == hint)
+      continue;
     const bool isEndless =
         mode == "picture" || ((mode == "flood" || mode == "dribble") && target == "UTF8_STRING");
     if (isEndless) {
@@ -150,6 +155,8 @@ int main(int argc, char** argv) {
   content = {{"UTF8_STRING", mode == "empty" ? "" : "good words \xFF"}};
   if (mode == "mute" || mode == "empty" || mode == "picture")
     content["image/png"] = "";
+  if (mode == "public" || mode == "refused" || mode == "silent" || mode == "listless")
+    content[hint] = mode == "public" ? mode : "secret";
   int copies = 0;
   for (std::int64_t next = now();;) {
     if (copies < count && now() >= next) {

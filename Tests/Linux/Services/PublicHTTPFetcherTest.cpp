@@ -66,6 +66,15 @@ TEST_F(PublicHTTPFetcherServiceTest, AsksInTheHostsNameAndSaysNothingOfTheUser) 
   }
 }
 
+TEST_F(PublicHTTPFetcherServiceTest, AProxyIsNotToldAnAddressForTheName) {
+  server_.answer = HTTPServer::whole("page");
+  qputenv("http_proxy", QByteArray::fromStdString(server_.url("")));
+  EXPECT_EQ(get({.url = site("/page")}).status, 0);
+  EXPECT_TRUE(server_.requests.empty());
+  qunsetenv("http_proxy");
+  EXPECT_EQ(get({.url = site("/page")}).status, 200);
+}
+
 TEST_F(PublicHTTPFetcherServiceTest, NeverReachesThisComputerByItsOwnNames) {
   server_.answer = HTTPServer::whole("secret");
   for (const char* host :

@@ -1,5 +1,5 @@
-#include "TavrinPlatform/Linux/LinuxPlatform.h"
 #include "TavrinPlatform/PanelPopover.h"
+#include "TavrinPlatform/Platform.h"
 #include "TavrinSlot/SlotApp.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelFigure.h"

@@ -7,14 +7,12 @@
 namespace tavrin::test {
 namespace {
 
-using Way = NearbyDevice::Way;
-
 class AirDropWidget : public SlotTest {
 protected:
   void SetUp() override {
     SlotTest::SetUp();
-    nearby().all = {{"1", "Phone", NearbyDevice::Kind::phone, Way::kdeConnect},
-                    {"2", "Laptop", NearbyDevice::Kind::computer, Way::bluetooth}};
+    nearby().all = {{"1", "Phone", NearbyDevice::Kind::phone, "Wire"},
+                    {"2", "Laptop", NearbyDevice::Kind::computer, "Bluetooth"}};
     start(AirDropSettings{});
   }
   FakeNearbyDevices& nearby() { return platform_.nearby; }

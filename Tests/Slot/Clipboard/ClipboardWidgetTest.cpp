@@ -38,13 +38,9 @@ protected:
     rig_.platform.files.variables["TAVRIN_APP_SUPPORT_DIR"] = folder_.path().string();
     ClipboardSettings settings;
     settings.historyLimit = 20'000;
-    controller_ = std::make_unique<ClipboardWidgetController>(
+    controller_ = begun<ClipboardWidgetController>(
         rig_.context(), DockWidget(UUID::random(), "Clipboard", 3, settings, 1));
     rig_.platform.loop.runBackground();
-  }
-  void TearDown() override {
-    rig_.panel.setRootView(nullptr);
-    controller_.reset();
   }
   void copy(const std::string& text) {
     rig_.platform.fakePasteboard.copy({{"text/plain", text}});
@@ -79,7 +75,7 @@ protected:
 
   TemporaryFolder folder_;
   SlotRig rig_;
-  std::unique_ptr<ClipboardWidgetController> controller_;
+  Living<ClipboardWidgetController> controller_;
 };
 
 TEST_F(ClipboardWidget, CountsWhatIsNewUntilThePanelOpens) {
@@ -97,7 +93,7 @@ TEST_F(ClipboardWidget, CountsWhatIsNewUntilThePanelOpens) {
 TEST_F(ClipboardWidget, SaysWhatThereIsNot) {
   open();
   EXPECT_THAT(words(), Contains("Nothing copied yet"));
-  EXPECT_THAT(words(), Contains("Copy something on your Mac and it will show up here."));
+  EXPECT_THAT(words(), Contains("Copy something on your computer and it will show up here."));
   copy("one");
   type(&search(), "zebra");
   EXPECT_THAT(words(), Contains("Try a different word."));
@@ -136,6 +132,25 @@ TEST_F(ClipboardWidget, TheListWorksByKeyboardAlone) {
   list().setCurrentRow(0);
   keyClick(&list(), Qt::Key_Return);
   EXPECT_EQ(copied(), "one");
+}
+
+TEST_F(ClipboardWidget, WhatWasNotKeptIsSaidAndWhatWasShownIsHiddenAgain) {
+  copy("aB3dE5gH7jK9");
+  rig_.platform.fakePasteboard.copy({{"image/png", std::string(3'000'000, 'x')}});
+  rig_.platform.loop.runBackground();
+  auto* view = open();
+  list().setCurrentRow(0);
+  keyClick(&list(), Qt::Key_Return);
+  EXPECT_TRUE(rig_.panel.isShown());
+  EXPECT_TRUE(rig_.platform.fakePasteboard.written.empty());
+  const std::string sentence = "That image was too large to be kept. Only its size is known.";
+  EXPECT_THAT(words(), Contains(sentence));
+  list().onAction(1, 0);
+  EXPECT_EQ(titles()[1], "aB3dE5gH7jK9");
+  view->hide();
+  EXPECT_EQ(titles()[1], "••••••••••••");
+  view->show();
+  EXPECT_THAT(words(), testing::Not(Contains(sentence)));
 }
 
 TEST_F(ClipboardWidget, PicturesAreMadeInTheBackgroundAtTheSizeShown) {

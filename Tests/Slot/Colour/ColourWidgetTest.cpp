@@ -23,11 +23,7 @@ protected:
     const StoragePath path(rig_.platform.files, rig_.platform.bundle);
     WidgetStore store(path.widgetsFileURL());
     widget_ = store.create("Colours", ColourPickerSettings{});
-    controller_ = std::make_unique<ColourWidgetController>(rig_.context(), widget_);
-  }
-  void TearDown() override {
-    rig_.panel.setRootView(nullptr);
-    controller_.reset();
+    controller_ = begun<ColourWidgetController>(rig_.context(), widget_);
   }
   void answer(const ColourSample& sample) { rig_.platform.fakeSampler.done(sample); }
   void pick(int red, int green, int blue) {
@@ -49,7 +45,7 @@ protected:
   TemporaryFolder folder_;
   SlotRig rig_;
   DockWidget widget_;
-  std::unique_ptr<ColourWidgetController> controller_;
+  Living<ColourWidgetController> controller_;
 };
 
 TEST_F(ColourWidget, PickingMakesWayThenCopiesAndKeeps) {

@@ -53,6 +53,17 @@ TEST_F(ConverterWidget, TypingConvertsAtOnceAndSavesOnceItPauses) {
   EXPECT_EQ(platform_.fakePasteboard.writtenText(), "16.2799252366");
 }
 
+TEST_F(ConverterWidget, WhatAnotherProcessSetMeanwhileIsKept) {
+  open();
+  type(value(), "5");
+  ConverterSettings others;
+  others.to = "m";
+  write(others);
+  platform_.loop.advance(1);
+  EXPECT_EQ(stored().value, 5);
+  EXPECT_EQ(stored().to, "m");
+}
+
 TEST_F(ConverterWidget, TheResultCanBeTypedToo) {
   open();
   type(result(), "10");

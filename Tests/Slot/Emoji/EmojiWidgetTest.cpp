@@ -25,7 +25,7 @@ protected:
     SlotTest::SetUp();
     std::filesystem::create_directories(folder_ / "unicode" / "emoji");
     std::ofstream(folder_ / "unicode" / "emoji" / "emoji-test.txt") << emojiTest;
-    platform_.files.variables[EmojiSources::folderVariable] = (folder_ / "unicode").string();
+    platform_.files.unicode = folder_ / "unicode";
   }
   EmojiPanelView* open(const EmojiSettings& settings = {}) {
     if (!app_)
@@ -127,7 +127,7 @@ TEST_F(EmojiWidget, RecentsOfAnyNonsenseAreShownAsFarAsTheyGo) {
 }
 
 TEST_F(EmojiWidget, SaysWhenThereAreNoData) {
-  platform_.files.variables[EmojiSources::folderVariable] = (folder_ / "none").string();
+  platform_.files.unicode = folder_ / "none";
   open();
   EXPECT_TRUE(words().contains("This computer has no emoji data"));
 }

@@ -19,8 +19,8 @@ struct PomodoroWidgetTest : testing::Test {
   PomodoroSettings settings;
   DockWidget widget{UUID(), "Thesis", 3, settings, 1};
 
-  std::unique_ptr<PomodoroWidgetController> start() {
-    return std::make_unique<PomodoroWidgetController>(rig.context(), widget);
+  Living<PomodoroWidgetController> start() {
+    return begun<PomodoroWidgetController>(rig.context(), widget);
   }
   void change(PomodoroWidgetController& controller, const PomodoroSettings& to) {
     widget.kind = to;

@@ -19,10 +19,10 @@ struct TimerWidgetTest : testing::Test {
   SlotRig rig;
   DockWidget widget{UUID(), "Tea", 3, TimerSettings{}, 1};
 
-  std::unique_ptr<TimerWidgetController> start() {
-    return std::make_unique<TimerWidgetController>(rig.context(), widget);
+  Living<TimerWidgetController> start() {
+    return begun<TimerWidgetController>(rig.context(), widget);
   }
-  std::unique_ptr<TimerWidgetController> startOpen() {
+  Living<TimerWidgetController> startOpen() {
     auto controller = start();
     controller->togglePanel();
     return controller;

@@ -6,7 +6,7 @@
 #include "TavrinSlot/DockTileRenderer.h"
 #include "TavrinStorage/StoragePath.h"
 #include "Tests/Storage/TemporaryFolder.h"
-#include "Tests/Support/FakePlatform.h"
+#include "Tests/Support/SlotRig.h"
 #include "Tests/Support/PanelWords.h"
 
 #include <QAbstractButton>
@@ -18,14 +18,10 @@ namespace {
 
 struct Slot {
   Slot() { platform.files.variables["TAVRIN_APP_SUPPORT_DIR"] = folder.path().string(); }
-  ~Slot() {
-    panel.setRootView(nullptr);
-    controller.reset();
-  }
   template <class Controller> void show(DockWidget::Kind kind) {
     auto store = this->store();
     id = store.create("Mine", std::move(kind)).id;
-    controller = std::make_unique<Controller>(context, *store.widget(id));
+    controller = begun<Controller>(context, *store.widget(id));
   }
   WidgetStore store() {
     return WidgetStore(StoragePath(platform.files, platform.bundle).widgetsFileURL());
@@ -50,7 +46,7 @@ struct Slot {
   DockPanelPresenter panel{platform.fakePopover, platform.geometry};
   SlotContext context{platform, tile, panel, [] {}};
   UUID id;
-  std::unique_ptr<WidgetController> controller;
+  Living<WidgetController> controller;
 };
 
 TEST(KeyboardLockWidgetController, CoversTheScreensWhileLocked) {
@@ -86,7 +82,6 @@ TEST(KeyboardLockWidgetController, ALockEndsWithItsWidget) {
   slot.controller->togglePanel();
   slot.button("Lock")->click();
   slot.platform.blocker.callbacks.started(InputBlocker::Outcome::holding);
-  slot.panel.setRootView(nullptr);
   slot.controller.reset();
   EXPECT_FALSE(slot.platform.blocker.isHeld());
   EXPECT_EQ(Slot::overlays(), 0);
@@ -98,7 +93,7 @@ TEST(FanWidgetController, SwitchesFromThePanel) {
   slot.show<FanWidgetController>(FanSettings{});
   slot.platform.loop.runBackground();
   slot.controller->togglePanel();
-  EXPECT_TRUE(slot.says("macOS decides how fast they turn."));
+  EXPECT_TRUE(slot.says("The desktop decides how fast they turn."));
   slot.button("Full speed")->click();
   EXPECT_EQ(slot.platform.fans.asked, std::vector<bool>{true});
   slot.platform.fans.answer();
@@ -111,7 +106,7 @@ TEST(FanWidgetController, AMachineWithoutFansSaysSo) {
   slot.show<FanWidgetController>(FanSettings{});
   slot.platform.loop.runBackground();
   slot.controller->togglePanel();
-  EXPECT_TRUE(slot.says("This Mac has no fans."));
+  EXPECT_TRUE(slot.says("This computer has no fans."));
 }
 
 TEST(SystemWidgetController, OpensTheDesktopsSystemMonitor) {

@@ -23,7 +23,8 @@ protected:
   void open(const ClipboardSettings& settings = {}) {
     source_ = std::make_unique<ClipboardSource>(
         ClipboardSource::Services{platform_.fakeClock, platform_.loop, board(),
-                                  platform_.fakeKeychain, platform_.fakeWorkspace, ogSource_},
+                                  platform_.fakeKeychain, platform_.fakeWorkspace, ogSource_,
+                                  [this] { return isKeptByAnother_; }},
         file_, settings);
     source_->onChange = [this] { ++changes_; };
     source_->start();
@@ -55,6 +56,7 @@ protected:
                                [this]() -> HTTPClient& { return platform_.fakeHTTP; }}};
   std::unique_ptr<ClipboardSource> source_;
   int changes_ = 0;
+  bool isKeptByAnother_ = false;
 };
 
 TEST_F(ClipboardSourceTest, TakesTheFirstKindThatIsThere) {
@@ -125,19 +127,54 @@ TEST_F(ClipboardSourceTest, WhatWasCapturedOutlivesItsOwner) {
   copy({{Pasteboard::transientType, ""}, {"text/plain", "secret"}});
   board().observer.abandoned(board().changeCount);
   EXPECT_THAT(board().written, SizeIs(1)) << "what was not kept goes with its owner";
+  ClipboardSettings settings;
+  settings.ignorePasswordManagers = false;
+  source_->setSettings(settings);
+  copy({{Pasteboard::transientType, ""}, {"text/plain", "secret"}});
+  EXPECT_EQ(newest().text, "secret");
+  board().observer.abandoned(board().changeCount);
+  EXPECT_THAT(board().written, SizeIs(1)) << "kept or not, without its mark it is not offered";
 }
 
-TEST_F(ClipboardSourceTest, AFileIsOfferedToProgramsAndToFileManagers) {
+TEST_F(ClipboardSourceTest, NothingIsOfferedButWhatWasCopiedLast) {
+  ClipboardSettings settings;
+  settings.historyLimit = 1;
+  open(settings);
+  copyText("pinned");
+  source_->togglePin(newest().id);
+  copyText("dropped at once");
+  EXPECT_THAT(lines(), ElementsAre("pinned"));
+  board().observer.abandoned(board().changeCount);
+  EXPECT_THAT(board().written, IsEmpty());
+  pass(1);
+  open(settings);
+  EXPECT_THAT(lines(), ElementsAre("pinned"));
+  for (const std::int64_t count : {std::int64_t{0}, board().changeCount})
+    board().observer.abandoned(count); // of a program that had copied before
+  EXPECT_THAT(board().written, IsEmpty());
+
+  settings.historyLimit = 9;
+  source_->setSettings(settings);
+  copyText("kept");
+  source_->togglePin(newest().id);
+  source_->remove(source_->state().items[1]->item.id);
+  board().observer.abandoned(board().changeCount);
+  EXPECT_EQ(board().writtenText(), "kept") << "whatever became of the others";
+  copyText("removed");
+  source_->remove(newest().id);
+  board().observer.abandoned(board().changeCount);
+  EXPECT_THAT(board().written, SizeIs(1));
+}
+
+TEST_F(ClipboardSourceTest, OfACopyOfFilesTheFirstIsOffered) {
   open();
   copy({{"text/uri-list", "file:///tmp/a%20b.txt\r\nfile:///tmp/c\r\n"}});
   source_->write(newest());
   ASSERT_THAT(board().written, SizeIs(1));
   const auto& formats = board().written[0];
-  ASSERT_THAT(formats, SizeIs(2));
+  ASSERT_THAT(formats, SizeIs(1));
   EXPECT_EQ(formats[0].type, "text/uri-list");
   EXPECT_EQ(formats[0].data->view(), "file:///tmp/a%20b.txt\r\n");
-  EXPECT_EQ(formats[1].type, "x-special/gnome-copied-files");
-  EXPECT_EQ(formats[1].data->view(), "copy\nfile:///tmp/a%20b.txt");
 }
 
 TEST_F(ClipboardSourceTest, ABurstIsOneWriteAndComesBackAfterARestart) {
@@ -229,6 +266,7 @@ TEST_F(ClipboardSourceTest, ABrokenFileIsAToldTroubleAndPutAside) {
       {good.substr(0, 29), "altered or sealed with another key"},
       {flipped, "altered or sealed with another key"},
       {foreign(), "altered or sealed with another key"}};
+  int number = 0;
   for (const auto& [contents, sentence] : cases) {
     writeFileAtomically(file_, contents);
     open();
@@ -241,9 +279,17 @@ TEST_F(ClipboardSourceTest, ABrokenFileIsAToldTroubleAndPutAside) {
     pass(1);
     EXPECT_FALSE(source_->state().trouble);
     EXPECT_THAT(lines(), ElementsAre("new"));
-    EXPECT_EQ(readFile(file_.string() + ".damaged").value_or("none"), contents);
+    ++number;
+    const std::string name =
+        file_.string() + ".damaged" + (number > 1 ? "-" + std::to_string(number) : "");
+    EXPECT_EQ(readFile(name).value_or("none"), contents);
     source_.reset();
   }
+  EXPECT_EQ(readFile(file_.string() + ".damaged").value_or("none"), "") << "the first one stays";
+  open();
+  source_->forgetEverything();
+  platform_.loop.runBackground();
+  EXPECT_FALSE(std::filesystem::exists(file_.string() + ".damaged-3"));
 }
 
 TEST_F(ClipboardSourceTest, NothingIsKeptWhereThatIsSwitchedOff) {
@@ -263,6 +309,24 @@ TEST_F(ClipboardSourceTest, NothingIsKeptWhereThatIsSwitchedOff) {
   EXPECT_THAT(lines(), IsEmpty());
   EXPECT_TRUE(source_->state().hasRead);
   EXPECT_EQ(bytes(), "none");
+}
+
+TEST_F(ClipboardSourceTest, WhatWasSwitchedOffMeanwhileIsRemovedAtTheStart) {
+  ClipboardSettings settings;
+  open(settings);
+  copyText("stored");
+  pass(1);
+  source_.reset();
+  writeFileAtomically(file_.string() + ".damaged", "older");
+  settings.persistAcrossRestarts = false;
+  isKeptByAnother_ = true;
+  open(settings);
+  EXPECT_NE(bytes(), "none") << "another widget's history is its own";
+  EXPECT_THAT(lines(), IsEmpty());
+  isKeptByAnother_ = false;
+  open(settings);
+  EXPECT_EQ(bytes(), "none");
+  EXPECT_FALSE(std::filesystem::exists(file_.string() + ".damaged"));
 }
 
 /// Lets the previews that are waiting for answers have theirs.

@@ -136,14 +136,14 @@ TEST(FanPanelView, SaysWhoDecides) {
   Bench bench;
   const auto name = [] { return QString("Fans"); };
   const FanPanelView here({}, bench.fans, name, {});
-  EXPECT_TRUE(shows(here, "macOS decides how fast they turn."));
+  EXPECT_TRUE(shows(here, "The desktop decides how fast they turn."));
   const FanPanelView elsewhere({}, bench.fans, name, {}, FanPanelView::Control::ownDock);
   EXPECT_TRUE(shows(elsewhere, "Full speed is switched from Tavrin's own Dock."));
   EXPECT_TRUE(offers(here, "Full speed"));
   EXPECT_FALSE(offers(elsewhere, "Full speed"));
   bench.platform.fans.current = Status::notRegistered;
   EXPECT_TRUE(shows(FanPanelView({}, bench.fans, name, {}),
-                    "The first time, macOS asks you to allow a helper that runs as administrator. "
+                    "The first time, the desktop asks you to allow a helper that runs as administrator. "
                     "Only it can change the fans."));
 }
 

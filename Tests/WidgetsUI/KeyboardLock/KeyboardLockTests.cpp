@@ -63,7 +63,7 @@ TEST(KeyboardLock, EveryRefusalSaysWhy) {
   const auto nothing = [](FakeInputBlocker&) {};
   const char* const permission = "Tavrin needs the Accessibility permission to hold the keyboard.";
   const char* const password =
-      "A password field has the keyboard, and macOS lets nothing hold it then. Leave the field and "
+      "A password field has the keyboard, and the desktop lets nothing hold it then. Leave the field and "
       "lock again.";
   const Case cases[] = {
       {[](auto& blocker) { blocker.permitted = false; }, Outcome::holding, permission},
@@ -72,7 +72,7 @@ TEST(KeyboardLock, EveryRefusalSaysWhy) {
        "The screen is locked, so the keyboard stays free."},
       {nothing, Outcome::notPermitted, permission},
       {nothing, Outcome::secureInput, password},
-      {nothing, Outcome::refused, "macOS refused the lock. Try again in a moment."},
+      {nothing, Outcome::refused, "The desktop refused the lock. Try again in a moment."},
   };
   for (const auto& [trouble, outcome, words] : cases) {
     Bench bench;
@@ -196,6 +196,9 @@ TEST(KeyboardLock, GivesWayToWhateverNeedsTheKeyboard) {
     need(bench);
     bench.platform.loop.advance(0.6);
     EXPECT_FALSE(bench.lock.isLocked() || bench.platform.blocker.isHeld());
+    const bool isLost = &need == &needs[3];
+    EXPECT_EQ(bench.lock.trouble(),
+              isLost ? "The lock ended because the keyboard could not be held any longer." : "");
   }
   Bench asking;
   asking.lock.lock();

@@ -12,7 +12,6 @@ namespace tavrin {
 namespace {
 
 using State = AirDropModel::State;
-using Way = NearbyDevice::Way;
 
 struct Stage {
   test::ManualClock clock{Date{800'000'000}};
@@ -22,10 +21,10 @@ struct Stage {
 };
 
 std::vector<NearbyDevice> devices() {
-  return {{"a", "Ada's Phone", NearbyDevice::Kind::phone, Way::kdeConnect},
+  return {{"a", "Ada's Phone", NearbyDevice::Kind::phone, "KDE Connect"},
           {"b", "Kitchen Tablet with a rather long name of its own", NearbyDevice::Kind::tablet,
-           Way::kdeConnect},
-          {"c", "Workshop Laptop", NearbyDevice::Kind::computer, Way::bluetooth}};
+           "KDE Connect"},
+          {"c", "Workshop Laptop", NearbyDevice::Kind::computer, "Bluetooth"}};
 }
 
 std::string sampleFile(const std::string& name) {

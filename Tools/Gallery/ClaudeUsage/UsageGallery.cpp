@@ -221,12 +221,13 @@ struct GitHubStand {
   GitHubStand(GitHubShows shows, const ProcessResult& result, bool hasTool, bool answers)
       : platform(morning) {
     platform.fakeProcesses.result = result;
+    if (hasTool)
+      platform.defaults.values[GitHubSource::pathDefault] = "/bin/sh";
     GitHubSettings settings;
     settings.shows = shows;
     model = std::make_unique<GitHubModel>(platform.fakeClock, platform.loop, platform.fakeWorkspace,
                                           GitHubSource(platform.loop, platform.fakeProcesses,
-                                                       platform.files, platform.defaults,
-                                                       {{hasTool ? "/bin/sh" : "/nowhere"}}),
+                                                       platform.files, platform.defaults),
                                           DockWidget({}, "GitHub", 1, settings, 1));
     if (!answers)
       return;

@@ -10,6 +10,8 @@
 namespace tavrin {
 namespace {
 
+constexpr const char* usualFolder = "/usr/share/unicode";
+
 GalleryRunLoop& loop() {
   static GalleryRunLoop made;
   return made;
@@ -35,7 +37,7 @@ const std::vector<Emoji>& recents() {
 }
 
 GalleryPanel panelOf(const char* name, std::vector<Emoji> used, EmojiSkinTone tone, int group,
-                     const char* query = "", const char* folder = EmojiSources::usualFolder,
+                     const char* query = "", const char* folder = usualFolder,
                      const char* trouble = "") {
   return {name, emojiTint, [=](const PanelAppearance& look) {
             auto* model = new EmojiModel(loop(), {folder, "de_DE"}); // the sheet's, for its life
@@ -94,7 +96,7 @@ GalleryPanels emojiPanels() {
           panelOf("nothing", recents(), EmojiSkinTone::standard, 0, "qwertz"),
           panelOf("first", {}, EmojiSkinTone::standard, -1),
           panelOf("no data", {}, EmojiSkinTone::standard, -1, "", "/nonexistent"),
-          panelOf("trouble", recents(), EmojiSkinTone::standard, 0, "", EmojiSources::usualFolder,
+          panelOf("trouble", recents(), EmojiSkinTone::standard, 0, "", usualFolder,
                   "Failed to write emoji.json because the disk is full")};
 }
 

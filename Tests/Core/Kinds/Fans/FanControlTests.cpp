@@ -186,7 +186,7 @@ TEST(FanControl, HandingBackGoesOnAfterAFailure) {
 TEST(FanControl, NoFans) {
   Bench bench(0);
   EXPECT_EQ(bench.failureOf(&FanControl::setFull),
-            "Failed to control the fans because this Mac has none");
+            "Failed to control the fans because this computer has none");
   EXPECT_THAT(bench.store.writes, IsEmpty());
   EXPECT_EQ(bench.failureOf(&FanControl::setAuto), "");
 }

@@ -1,0 +1,16 @@
+# Before anything is installed: keeps the folders that the installation will have made, for their
+# removal. Expects `folders`, those that files go to under the prefix, and `folder_list`.
+set(made "")
+if(EXISTS "${folder_list}")
+  file(STRINGS "${folder_list}" made)
+endif()
+foreach(folder ${folders})
+  cmake_path(APPEND CMAKE_INSTALL_PREFIX "${folder}" OUTPUT_VARIABLE path)
+  while(NOT EXISTS "$ENV{DESTDIR}${path}")
+    list(APPEND made "${path}")
+    cmake_path(GET path PARENT_PATH path)
+  endwhile()
+endforeach()
+list(REMOVE_DUPLICATES made)
+list(JOIN made "\n" text)
+file(WRITE "${folder_list}" "${text}\n")

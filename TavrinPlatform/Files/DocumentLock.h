@@ -1,0 +1,37 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+
+namespace tavrin {
+
+/// Keeps other writers away from a document that several processes change, from its making until it
+/// goes. Whoever reads alone needs none: documents are replaced whole.
+///
+/// An advisory lock on ".<name>.lock" beside the document (flock(2), the file for its owner alone).
+/// The system takes it off a process that ends, however it ends; the file goes with the lock, and
+/// one that a killed process left is used anew. Two in one process keep each other out as those of
+/// two processes do, on whatever threads they are.
+///
+/// Never fails: where the folder is missing or may not be written, where the file system knows no
+/// locks, or where somebody keeps the lock beyond `longestWait`, the caller goes on without. A
+/// write that must lose nothing then still looks whether the document is as it was read
+/// (`writeFileIfUnchanged`).
+class DocumentLock {
+public:
+  /// Seconds that the constructor blocks at most.
+  static constexpr double longestWait = 2;
+
+  explicit DocumentLock(const std::filesystem::path& document);
+  ~DocumentLock();
+  DocumentLock(DocumentLock&&) noexcept;
+  DocumentLock& operator=(DocumentLock&&) = delete;
+
+  bool isHeld() const { return held_ != nullptr; }
+
+private:
+  struct Held;
+  std::unique_ptr<Held> held_;
+};
+
+} // namespace tavrin

@@ -1,0 +1,102 @@
+#include "TavrinPlatform/Linux/Command/LinuxCommandPlatform.h"
+
+#include "TavrinPlatform/POSIX/ProgramPath.h"
+
+#include <QEventLoop>
+#include <QTimer>
+#include <cstdlib>
+#include <fstream>
+
+namespace tavrin {
+namespace {
+
+constexpr const char* busVariable = "DBUS_SESSION_BUS_ADDRESS";
+
+bool isSet(const std::optional<std::string>& text) {
+  return text && !text->empty();
+}
+
+} // namespace
+
+LinuxCommandPlatform::LinuxCommandPlatform() : mainBundle_(programPath()) {}
+
+void LinuxCommandPlatform::startEventLoop() {
+  if (eventLoop_)
+    return;
+  static int count = 1;
+  static char name[] = "tavrin";
+  static char* arguments[] = {name, nullptr};
+  eventLoop_ = std::make_unique<QCoreApplication>(count, arguments);
+  runLoop_ = std::make_unique<QtRunLoop>();
+}
+
+void LinuxCommandPlatform::adoptStoredBusAddress() {
+  std::error_code error;
+  const auto runtimeFolder = fileManager_.environment("XDG_RUNTIME_DIR");
+  if (isSet(fileManager_.environment(busVariable)) ||
+      (isSet(runtimeFolder) && std::filesystem::exists(*runtimeFolder + "/bus", error)))
+    return;
+  const auto chosen = fileManager_.environment("XDG_STATE_HOME");
+  const auto state = isSet(chosen) && chosen->starts_with('/')
+                         ? std::filesystem::path(*chosen)
+                         : fileManager_.homeFolder() / ".local/state";
+  std::string address;
+  std::getline(std::ifstream(state / "tavrin/session-bus"), address);
+  if (!address.empty())
+    setenv(busVariable, address.c_str(), 1);
+}
+
+Bus* LinuxCommandPlatform::bus() {
+  if (hasLookedForBus_)
+    return bus_.get();
+  hasLookedForBus_ = true;
+  startEventLoop();
+  adoptStoredBusAddress();
+  bus_ = Bus::session();
+  return bus_.get();
+}
+
+DistributedNotificationCenter& LinuxCommandPlatform::notifications() {
+  if (!notifications_) {
+    auto* connection = bus();
+    notifications_ = std::make_unique<BusNotificationCenter>(connection, *runLoop_);
+  }
+  return *notifications_;
+}
+
+RunningApplications& LinuxCommandPlatform::applications() {
+  if (!applications_)
+    applications_ = std::make_unique<LinuxRunningApplications>(bus());
+  return *applications_;
+}
+
+DockServices& LinuxCommandPlatform::dockServices() {
+  if (!dockServices_)
+    dockServices_ = std::make_unique<LinuxDockServices>(
+        fileManager_.homeFolder(),
+        [this]() -> RunLoop& {
+          startEventLoop();
+          return *runLoop_;
+        },
+        [this] { return bus(); });
+  return *dockServices_;
+}
+
+void LinuxCommandPlatform::wait(double seconds) {
+  startEventLoop();
+  QEventLoop moment;
+  QTimer::singleShot(static_cast<int>(seconds * 1000), Qt::PreciseTimer, &moment,
+                     &QEventLoop::quit);
+  moment.exec();
+}
+
+void LinuxCommandPlatform::waitForEvent() {
+  startEventLoop();
+  QEventLoop().processEvents(QEventLoop::WaitForMoreEvents);
+}
+
+std::unique_ptr<CommandPlatform> makeCommandPlatform() {
+  return std::make_unique<LinuxCommandPlatform>();
+}
+
+} // namespace tavrin

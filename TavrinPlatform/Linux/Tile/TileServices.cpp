@@ -1,0 +1,131 @@
+#include "TavrinPlatform/Linux/Tile/TileServices.h"
+
+#include "TavrinPlatform/Linux/Base/X11.h"
+#include "TavrinPlatform/Linux/Tile/StripSurface.h"
+#include "TavrinPlatform/Linux/Tile/TraySurface.h"
+#include "TavrinPlatform/Qt/PictureSurface.h"
+
+#include <QGuiApplication>
+
+namespace tavrin {
+
+namespace {
+
+/// For how long a bus is asked whether somebody shows tray icons.
+constexpr double watcherLimit = 0.2;
+
+} // namespace
+
+LinuxDockTile& TileServices::tile() {
+  if (tile_)
+    return *tile_;
+  std::vector<std::unique_ptr<TileSurface>> surfaces;
+  for (const auto& name : surfaceNames())
+    if (auto surface = makeSurface(name))
+      surfaces.push_back(std::move(surface));
+  if (surfaces.empty())
+    surfaces.push_back(makeSurface("picture"));
+  LinuxDockTile::Requests requests;
+  requests.reopen = environment_.reopen;
+  requests.openFiles = environment_.openFiles;
+  requests.hasJustClosedPanel = [this](Point place) {
+    return popover_ && popover_->hasJustBeenClosedAt(place);
+  };
+  requests.hasDrawnMuch = environment_.hasDrawnMuch;
+  tile_ = std::make_unique<LinuxDockTile>(std::move(surfaces), std::move(requests));
+  return *tile_;
+}
+
+DockGeometry& TileServices::geometry() {
+  if (geometry_)
+    return *geometry_;
+  LinuxDockGeometry::Sources sources;
+  sources.stripFrame = [this] { return strip_ ? strip_->stripFrame() : std::nullopt; };
+  sources.stripTileSize = [this] {
+    return strip_ ? std::optional(strip_->tileSize()) : std::nullopt;
+  };
+  sources.tileFrame = [this] { return strip_ ? strip_->frame() : std::nullopt; };
+  sources.tileAnchor = [this] { return tile_ ? tile_->anchor() : std::nullopt; };
+  geometry_ =
+      std::make_unique<LinuxDockGeometry>(environment_.files.homeFolder(), std::move(sources));
+  return *geometry_;
+}
+
+QtPanelPopover& TileServices::popover() {
+  if (popover_)
+    return *popover_;
+  QtPanelPopover::Environment environment;
+  environment.prefersReducedMotion = [this] {
+    return environment_.workspace().prefersReducedMotion();
+  };
+  environment.prefersDarkAppearance = [this] {
+    return environment_.workspace().prefersDarkAppearance();
+  };
+  environment.resignedActive = environment_.resignedActive;
+  environment.hasClosed = environment_.hasDrawnMuch;
+  popover_ = std::make_unique<QtPanelPopover>(std::move(environment));
+  return *popover_;
+}
+
+std::vector<std::string> TileServices::surfaceNames() const {
+  const auto wish = environment_.files.environment("TAVRIN_SURFACE").value_or("");
+  std::vector<std::string> names;
+  for (const auto& part : QString::fromStdString(wish).split(QLatin1Char(','), Qt::SkipEmptyParts))
+    names.push_back(part.trimmed().toLower().toStdString());
+  if (!names.empty())
+    return names;
+  if (x11::connection() != nullptr)
+    return {"strip"};
+  if (hasTray())
+    return {"tray"};
+  // A panel may start after its slots; until then the picture is all there is to see.
+  if (!environment_.files.environment("WAYLAND_DISPLAY").value_or("").empty() && environment_.bus)
+    return {"tray", "picture"};
+  return {"picture"};
+}
+
+bool TileServices::hasTray() const {
+  Bus* bus = environment_.bus;
+  if (bus == nullptr || !bus->isOpen())
+    return false;
+  const BusAddress daemon{"org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus"};
+  BusMessage question = bus->method(daemon, "NameHasOwner");
+  // The answer may come after this function has returned.
+  const auto answer = std::make_shared<std::optional<bool>>();
+  bus->call(question.append("s", "org.kde.StatusNotifierWatcher"),
+            [answer](sd_bus_message* reply, const std::string&) {
+              int isThere = 0;
+              if (reply != nullptr)
+                sd_bus_message_read(reply, "b", &isThere);
+              *answer = isThere != 0;
+            });
+  bus->waitUntil([&] { return answer->has_value(); }, watcherLimit);
+  return answer->value_or(false);
+}
+
+std::unique_ptr<TileSurface> TileServices::makeStrip() {
+  StripSurface::Environment environment;
+  environment.preferences = [this] { return readDockPreferences(environment_.files.homeFolder()); };
+  environment.prefersReducedMotion = [this] {
+    return environment_.workspace().prefersReducedMotion();
+  };
+  auto strip = std::make_unique<StripSurface>(std::move(environment));
+  strip_ = strip.get();
+  if (environment_.bus != nullptr)
+    accessibility_ = std::make_unique<AccessibilitySwitch>(*environment_.bus, strip->window());
+  return strip;
+}
+
+std::unique_ptr<TileSurface> TileServices::makeSurface(const std::string& name) {
+  if (name == "strip" && QGuiApplication::platformName() != QLatin1String("offscreen"))
+    return makeStrip();
+  if (name == "tray" && environment_.bus != nullptr)
+    return std::make_unique<TraySurface>(*environment_.bus, environment_.identifier);
+  if (name != "picture")
+    return nullptr;
+  return std::make_unique<PictureSurface>(
+      environment_.pictureFolder() / (environment_.identifier + ".png"),
+      readDockPreferences(environment_.files.homeFolder()).tileSize, environment_.log);
+}
+
+} // namespace tavrin

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "TavrinCore/Base/Log.h"
+#include "TavrinPlatform/FileManager.h"
+#include "TavrinPlatform/Linux/Tile/LinuxDockGeometry.h"
+#include "TavrinPlatform/Linux/Tile/LinuxDockTile.h"
+#include "TavrinPlatform/Linux/Tile/QtPanelPopover.h"
+#include "TavrinPlatform/Linux/Tile/TileAccessibility.h"
+#include "TavrinPlatform/Workspace.h"
+
+namespace tavrin {
+
+class StripSurface;
+
+/// The tile, its place, and the panel that opens at it. A member is made when first asked for.
+class TileServices {
+public:
+  /// All outlive the services.
+  struct Environment {
+    const FileManager& files;
+    LogSink& log;
+    /// May be null.
+    Bus* bus;
+    std::string identifier;
+    std::function<Workspace&()> workspace;
+    /// Where the picture surface writes.
+    std::function<std::filesystem::path()> pictureFolder;
+    std::function<void()> reopen;
+    std::function<bool(const std::vector<std::filesystem::path>&)> openFiles;
+    std::function<void()> resignedActive;
+    /// Much was drawn, or a panel was closed: there is memory to give back.
+    std::function<void()> hasDrawnMuch;
+  };
+
+  explicit TileServices(Environment environment) : environment_(std::move(environment)) {}
+
+  LinuxDockTile& tile();
+  DockGeometry& geometry();
+  QtPanelPopover& popover();
+
+  bool isPanelShown() const { return popover_ && popover_->isShown(); }
+  void setAttention(bool isWanted) {
+    if (tile_)
+      tile_->setAttention(isWanted);
+  }
+
+private:
+  std::vector<std::string> surfaceNames() const;
+  std::unique_ptr<TileSurface> makeSurface(const std::string& name);
+  std::unique_ptr<TileSurface> makeStrip();
+  bool hasTray() const;
+
+  Environment environment_;
+  /// The tile's, where it has one.
+  StripSurface* strip_ = nullptr;
+  std::unique_ptr<LinuxDockTile> tile_;
+  std::unique_ptr<AccessibilitySwitch> accessibility_;
+  std::unique_ptr<LinuxDockGeometry> geometry_;
+  std::unique_ptr<QtPanelPopover> popover_;
+};
+
+} // namespace tavrin

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "TavrinPlatform/Keychain.h"
+
+namespace tavrin {
+
+/// Generic passwords of the login keychain. While a call runs, no keychain may ask this process's
+/// user anything.
+class MacKeychain final : public Keychain {
+public:
+  std::optional<Data> find(const std::string& service, const std::string& account) override;
+  void add(const std::string& service, const std::string& account, const Data& secret) override;
+};
+
+} // namespace tavrin

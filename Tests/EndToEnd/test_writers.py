@@ -1,0 +1,177 @@
+"""Forty commands of all sorts that write, all started at once, while three slots write too: what
+each said is in the files afterwards."""
+
+import json
+import os
+import plistlib
+import shutil
+import signal
+import subprocess
+import time
+import unittest
+
+from rig import BUILD, BUNDLES, DeskTest, wait_for, widget
+
+TAVRIN = str(BUILD / "bin" / "tavrin")
+ROUNDS = int(os.environ.get("TAVRIN_WRITER_ROUNDS", "2"))
+SHELVES = (1, 2)
+DROPS = 10
+POURS = 20
+GLASS = 50
+
+
+class Writers(DeskTest):
+    display = False
+
+    def setUp(self):
+        super().setUp()
+        self.desk.env |= {"QT_QPA_PLATFORM": "offscreen", "TAVRIN_SURFACE": "picture"}
+        self.dock = self.desk.home / "Library" / "Preferences" / "com.apple.dock.plist"
+        self.dock.parent.mkdir(parents=True)
+
+    def begin(self, *words):
+        return words, subprocess.Popen([TAVRIN, *words], env=self.desk.env, text=True,
+                                       stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
+                                       stderr=subprocess.PIPE)
+
+    def answers(self, begun):
+        found = []
+        for words, process in begun:
+            output, errors = process.communicate(timeout=60)
+            self.assertEqual(process.returncode, 0, (words, errors))
+            found.append(output)
+        return found
+
+    def widgets(self):
+        document = json.loads((self.desk.data / "widgets.json").read_text())
+        return {each["id"]: each for each in document["widgets"]}
+
+    def profiles(self):
+        return json.loads((self.desk.data / "profiles.json").read_text())["profiles"]
+
+    def settings(self, identifier):
+        return next(iter(self.widgets()[identifier]["kind"].values()))["_0"]
+
+    def start_pours(self, start):
+        bundle = self.desk.home / "Tavrin Slot 3.app"
+        shutil.copytree(BUNDLES / bundle.name, bundle, ignore=shutil.ignore_patterns("MacOS"))
+        program = bundle / "Contents" / "MacOS" / "TavrinSlot"
+        program.parent.mkdir()
+        shutil.copy(BUILD / "Tests" / "Linux" / "WaterDouble", program)
+        env = {"POURS": str(POURS), "SECONDS": "1.5", "START": str(start)}
+        return self.desk.spawn([str(program)], log="slot3.log", env=env)
+
+    def start_drops(self, slot, files):
+        """One after another, as a hand drops them; the slot adds each to its shelf."""
+        script = "\n".join(
+            f"gdbus call --session --dest {self.desk.bundle_identifier(slot)} "
+            f"--object-path /dev/quellby/Tavrin/Slot{slot} "
+            f"--method org.freedesktop.Application.Open \"['{file.as_uri()}']\" '{{}}' || exit 1"
+            for file in files)
+        return f"drops on slot {slot}", subprocess.Popen(
+            ["sh", "-c", script], env=self.desk.env, text=True, stdout=subprocess.PIPE,
+            stderr=subprocess.PIPE)
+
+    def prepare(self):
+        """Widgets that the commands of a round change."""
+        shelves = [widget("shelf", {}, slot, f"Shelf {slot}") for slot in SHELVES]
+        water = widget("water", {"glass": GLASS, "goal": 6000}, 3, "Water")
+        timers = [widget("timer", {}, None, f"Timer {index}") for index in range(18)]
+        for timer in timers[:3]:
+            timer["slot"] = 10 + timers.index(timer)
+        self.desk.write_widgets([*shelves, water, *timers])
+        for name in ("profiles.json", "water.json"):
+            (self.desk.data / name).unlink(missing_ok=True)
+        self.dock.write_bytes(plistlib.dumps({}))
+        self.answers([self.begin("profiles", "create", "--empty", "Old")])
+        return shelves, timers
+
+    def round(self, number):
+        shelves, timers = self.prepare()
+        names = [timer["name"] for timer in timers]
+        files = {slot: [self.desk.home / f"{number}-{slot}-{index}.txt" for index in range(DROPS)]
+                 for slot in SHELVES}
+        for file in sum(files.values(), []):
+            file.write_text("x")
+        pourer = self.start_pours(time.time() + 0.8)
+        drops = [self.start_drops(slot, files[slot]) for slot in SHELVES]
+        made = [self.begin("widgets", "add", "clock", f"Clock {number}-{index}", "--json")
+                for index in range(8)]
+        others = [self.begin("widgets", "release", names[index]) for index in range(3)]
+        others += [self.begin("widgets", "remove", "--yes", names[index]) for index in range(3, 6)]
+        others += [self.begin("widgets", "rename", names[index], f"Named {index}")
+                   for index in range(6, 9)]
+        others += [self.begin("widgets", "set", names[index], f"presets={index}m")
+                   for index in range(9, 12)]
+        others += [self.begin("widgets", "set", names[12], words)
+                   for words in ("presets=7m", "tintHex=#010203", "span=2")]
+        others += [self.begin("widgets", "place", names[index]) for index in range(13, 16)]
+        others += [self.begin("dock", "add", f"x://{number}/{index}", "--no-restart")
+                   for index in range(8)]
+        others += [self.begin("profiles", "create", "--empty", f"Profile {index}")
+                   for index in range(5)]
+        others += [self.begin("profiles", "rename", "Old", "New")]
+        self.assertEqual(len(made) + len(others), 40)
+        ids = [json.loads(text)["id"] for text in self.answers(made)]
+        self.answers(others + drops)
+        self.assertEqual(pourer.wait(30), 0, self.desk.log(3))
+
+        widgets = self.widgets()
+        for identifier in ids:
+            self.assertIn(identifier, widgets)
+        by_index = [widgets.get(timer["id"]) for timer in timers]
+        self.assertEqual([by_index[index].get("slot") for index in range(3)], [None] * 3)
+        self.assertEqual(by_index[3:6], [None] * 3)
+        self.assertEqual([each["name"] for each in by_index[6:9]],
+                         [f"Named {index}" for index in range(6, 9)])
+        presets = [self.settings(timers[index]["id"])["presets"] for index in range(9, 12)]
+        self.assertEqual(presets, [[60 * index] for index in range(9, 12)])
+        settings = self.settings(timers[12]["id"])
+        self.assertEqual((settings["presets"], settings["tintHex"], by_index[12]["span"]),
+                         ([420], "#010203", 2))
+        slots = [each["slot"] for each in widgets.values() if each.get("slot")]
+        self.assertTrue(all(by_index[index].get("slot") for index in range(13, 16)))
+        self.assertEqual(len(slots), len(set(slots)), "two widgets in one slot")
+        dock = plistlib.loads(self.dock.read_bytes())["persistent-others"]
+        self.assertEqual({tile["tile-data"]["url"]["_CFURLString"] for tile in dock},
+                         {f"x://{number}/{index}" for index in range(8)})
+        self.assertEqual({each["name"] for each in self.profiles()},
+                         {"New"} | {f"Profile {index}" for index in range(5)})
+        for slot in SHELVES:
+            wanted = {str(file) for file in files[slot]}
+            wait_for(lambda: set(self.settings(shelves[slot - 1]["id"])["paths"]) == wanted,
+                     f"all that was dropped on slot {slot}")
+        water = json.loads((self.desk.data / "water.json").read_text())
+        self.assertEqual(sum(day["millilitres"] for day in water["days"]), POURS * GLASS)
+        self.assertEqual([each for each in os.listdir(self.desk.data) if each.endswith(".lock")],
+                         [])
+
+    def test_all_that_was_said_is_in_the_files(self):
+        self.prepare()
+        for slot in SHELVES:
+            self.desk.start_slot(slot)
+            self.desk.wait_for_name(slot)
+        spent = []
+        for number in range(ROUNDS):
+            start = time.monotonic()
+            self.round(number)
+            spent.append(time.monotonic() - start)
+        print(f"\n{ROUNDS} rounds of 40 commands and 3 slots, nothing lost; a round took "
+              f"{min(spent):.1f} to {max(spent):.1f} s")
+
+    def test_a_killed_command_spoils_nothing(self):
+        """Killed at any moment, a command leaves whole files, and no lock that stays."""
+        self.prepare()
+        for moment in range(20):
+            _, process = self.begin("widgets", "add", "clock", "Killed")
+            time.sleep(0.002 * moment)
+            os.kill(process.pid, signal.SIGKILL)
+            process.communicate()
+            self.answers([self.begin("widgets", "add", "clock", f"Whole {moment}")])
+        names = [each["name"] for each in self.widgets().values()]
+        self.assertEqual(sum(name.startswith("Whole") for name in names), 20)
+        self.assertFalse((self.desk.data / ".widgets.json.lock").exists())
+
+
+if __name__ == "__main__":
+    unittest.main()

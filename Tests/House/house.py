@@ -1,0 +1,151 @@
+"""The rules of docs/architecture.md that can be read off the sources, and who breaks them."""
+
+import collections
+import pathlib
+import re
+
+MOST_LINES = 450
+MOST_FILES = 40
+
+# Lower floors first; what stands on one floor stands side by side.
+FLOORS = [
+    ["TavrinCore"],
+    ["TavrinPlatform"],
+    ["TavrinStorage"],
+    ["TavrinWidgetsUI"],
+    ["TavrinSlot", "TavrinHost"],
+]
+PRODUCT = [folder for floor in FLOORS for folder in floor]
+ADAPTERS = ["Linux", "macOS", "Qt", "POSIX"]
+# What an adapter's folder may take from the others.
+BELOW = {"Linux": ["Qt", "POSIX"], "macOS": ["Qt", "POSIX"], "Qt": ["POSIX"], "POSIX": []}
+# Where sources may include adapters: what tests or measures them.
+OUTSIDE = ["Tests", "Benchmarks", "Tools"]
+CODE = {".h", ".cpp", ".mm", ".py"}
+
+INCLUDE = re.compile(r'^\s*#\s*(?:include|import)\s*([<"])([^>"]+)[>"]', re.M)
+PLATFORM_CONDITIONAL = re.compile(
+    r"^\s*#\s*(?:if|elif).*\b(__linux__|__linux|__APPLE__|__unix__|__MACH__|_WIN32|__GLIBC__"
+    r"|Q_OS_\w+|TARGET_OS_\w+)", re.M)
+TEXT = re.compile(r'"((?:[^"\\\n]|\\.)*)"')
+PLACE = re.compile(r"(?:^|[\s:=~])/(?:proc|sys|usr|etc|run|dev|snap|opt|var|home|lib)(?:/|$)"
+                   r"|x-special/gnome|\.so(?:\.\d+)?$|\.dylib$|KDE Connect")
+
+
+def without_comments(text):
+    return re.sub(r'//[^\n]*|/\*.*?\*/|("(?:[^"\\\n]|\\.)*")', lambda m: m.group(1) or "", text,
+                  flags=re.S)
+
+
+def floor_of(folder):
+    return next((i for i, floor in enumerate(FLOORS) if folder in floor), None)
+
+
+def room_of(parts):
+    """The folder of a file in a floor that has rooms; Kit has floors of its own."""
+    return parts[1] if len(parts) > 2 else ""
+
+
+def arrow_fault(source, target):
+    """Why the file `source` may not include `target`; None where it may. Both are lists of parts."""
+    here, there = source[0], target[0]
+    if here in OUTSIDE:
+        return None
+    if there in OUTSIDE:
+        return "what ships does not include " + there
+    below, above = floor_of(there), floor_of(here)
+    if below is None or above is None:
+        return None
+    if below > above or (below == above and here != there):
+        return f"{here} may not see {there}"
+    target_adapter = target[1] if there == "TavrinPlatform" and target[1] in ADAPTERS else None
+    if target_adapter:
+        source_adapter = source[1] if here == "TavrinPlatform" and source[1] in ADAPTERS else None
+        if source_adapter is None:
+            # An interface's file beside it may stand on POSIX, as the folder Files does.
+            return f"only adapters see {there}/{target_adapter}"
+        if target_adapter != source_adapter and target_adapter not in BELOW[source_adapter]:
+            return f"{source_adapter} may not see {target_adapter}"
+    if here == there == "TavrinWidgetsUI":
+        own, other = room_of(source), room_of(target)
+        if other != own and other != "Kit":
+            return f"the room {own} may not see the room {other}"
+    return None
+
+
+def circle(arrows):
+    """A way through `arrows` (room -> rooms) that comes back to its beginning; None without one."""
+    done, way = set(), []
+
+    def visit(room):
+        if room in way:
+            return way[way.index(room):] + [room]
+        if room in done:
+            return None
+        way.append(room)
+        for other in sorted(arrows.get(room, ())):
+            if found := visit(other):
+                return found
+        way.pop()
+        done.add(room)
+        return None
+
+    for room in sorted(arrows):
+        if found := visit(room):
+            return found
+    return None
+
+
+def sources(root):
+    for folder in PRODUCT + OUTSIDE:
+        for path in sorted((root / folder).rglob("*")):
+            if path.suffix in CODE and path.is_file():
+                yield path, path.relative_to(root).parts
+
+
+def faults(root):
+    """What the tree at `root` does against the rules, a line each."""
+    root = pathlib.Path(root)
+    found = []
+    folders = set()
+    rooms = collections.defaultdict(lambda: collections.defaultdict(set))
+    for path, parts in sources(root):
+        name = "/".join(parts)
+        folders.add(path.parent)
+        text = path.read_text(encoding="utf-8")
+        if (lines := text.count("\n")) > MOST_LINES:
+            found.append(f"{name}: {lines} lines, at most {MOST_LINES}")
+        if path.suffix == ".py":
+            continue
+        code = without_comments(text)
+        for kind, included in INCLUDE.findall(code):
+            target = included.split("/")
+            if kind == "<":
+                bare = parts[0] == "TavrinCore" or parts[:2] == ("TavrinPlatform", "POSIX")
+                if bare and re.match(r"Qt?[A-Z]", included):
+                    found.append(f"{name}: includes the toolkit's {included}")
+                continue
+            if len(target) < 2:
+                continue
+            if why := arrow_fault(list(parts), target):
+                found.append(f"{name}: includes {included}, but {why}")
+            for home in (("TavrinPlatform", "Linux"), ("TavrinPlatform", "macOS")):
+                if parts[:2] == home and tuple(target[:2]) == home:
+                    # The files of the top make the rooms' parts, and are no room.
+                    own = parts[2] if len(parts) > 3 else "(top)"
+                    other = target[2] if len(target) > 3 else "(top)"
+                    if own != other:
+                        rooms["/".join(home)][own].add(other)
+        if parts[0] in PRODUCT and parts[0] != "TavrinPlatform":
+            for match in PLATFORM_CONDITIONAL.finditer(code):
+                found.append(f"{name}: asks for the platform by {match.group(1)}")
+            for match in TEXT.finditer(code):
+                if PLACE.search(match.group(1)):
+                    found.append(f'{name}: names what one system has: "{match.group(1)}"')
+    for folder in sorted(folders):
+        if (count := sum(path.is_file() for path in folder.iterdir())) > MOST_FILES:
+            found.append(f"{folder.relative_to(root)}: {count} files, at most {MOST_FILES}")
+    for home, arrows in rooms.items():
+        if way := circle(arrows):
+            found.append(f"{home}: a circle of rooms: {' -> '.join(way)}")
+    return found

@@ -1,0 +1,134 @@
+#include "TavrinPlatform/Linux/Devices/LinuxHostStatistics.h"
+#include "TavrinPlatform/Linux/Dock/FilePreferencesService.h"
+#include "TavrinPlatform/Linux/Dock/LinuxDockProcess.h"
+#include "TavrinPlatform/POSIX/ChildProcess.h"
+#include "Tests/Platform/DockProcessContract.h"
+#include "Tests/Platform/HostStatisticsContract.h"
+#include "Tests/Platform/PreferencesServiceContract.h"
+#include "Tests/Storage/TemporaryFolder.h"
+
+#include <algorithm>
+#include <csignal>
+#include <ctime>
+#include <fstream>
+#include <gmock/gmock.h>
+#include <iterator>
+#include <poll.h>
+#include <sys/wait.h>
+
+/// The Linux adapters, by the same suites as the others.
+namespace tavrin::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+void writeText(const fs::path& file, const std::string& text) {
+  fs::create_directories(file.parent_path());
+  std::ofstream(file) << text;
+}
+
+struct LinuxPreferencesRig {
+  PreferencesService& service() { return service_; }
+  void store(const std::string& domain, const std::string& key, const PropertyList& value) {
+    writeText(file(domain), PropertyList(PropertyList::Dictionary{{key, value}}).xml());
+  }
+  std::optional<PropertyList> stored(const std::string& domain, const std::string& key) {
+    std::ifstream stream(file(domain));
+    const std::string text(std::istreambuf_iterator<char>(stream), {});
+    if (text.empty())
+      return std::nullopt;
+    const auto root = PropertyList::parse(text);
+    const auto* found = root.entry(key);
+    return found != nullptr ? std::optional(*found) : std::nullopt;
+  }
+  void refuse() { fs::create_directories(file("com.apple.dock")); }
+  fs::path file(const std::string& domain) const { return folder.path() / (domain + ".plist"); }
+
+  TemporaryFolder folder;
+  FilePreferencesService service_{folder.path()};
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Linux, PreferencesServiceContract, LinuxPreferencesRig);
+
+struct LinuxStatisticsRig {
+  HostStatistics& statistics() { return statistics_; }
+  void set(const CPULoad& load) {
+    writeText(folder.path() / "proc/stat",
+              "cpu  " + std::to_string(load.user) + " " + std::to_string(load.nice) + " " +
+                  std::to_string(load.system) + " " + std::to_string(load.idle) + "\n");
+  }
+  void set(const MemoryLoad& load) {
+    writeText(folder.path() / "proc/meminfo",
+              "MemTotal: " + std::to_string(load.physical / 1024) +
+                  " kB\nMemFree: 1 kB\nMemAvailable: " +
+                  std::to_string((load.physical - load.used) / 1024) + " kB\n");
+  }
+  void setLinks(const std::vector<LinkCounters>& links) {
+    std::string text = "Inter-| Receive | Transmit\n face |bytes |bytes\n";
+    for (const auto& link : links)
+      text += "  " + link.name + ": " + std::to_string(link.received) + " 1 2 3 4 5 6 7 " +
+              std::to_string(link.sent) + " 1 2 3 4 5 6 7\n";
+    writeText(folder.path() / "proc/net/dev", text);
+  }
+  void fail() { fs::remove_all(folder.path() / "proc"); }
+  TemporaryFolder folder;
+  LinuxHostStatistics statistics_{folder.path()};
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Linux, HostStatisticsContract, LinuxStatisticsRig);
+
+struct LinuxDockRig {
+  DockProcess& process() { return process_; }
+  void add(int number, const std::string& name, uid_t user, double age, bool hasEnded) {
+    timespec now{};
+    ::clock_gettime(CLOCK_BOOTTIME, &now);
+    const double ticks = std::max(0.0, (double(now.tv_sec) - age) * double(::sysconf(_SC_CLK_TCK)));
+    const auto folder = proc / std::to_string(number);
+    writeText(folder / "comm", name + "\n");
+    writeText(folder / "status",
+              "Name:\t" + name + "\nUid:\t" + std::to_string(user) + "\t0\t0\t0\n");
+    std::string stat = std::to_string(number) + " (" + name + ") " + (hasEnded ? "Z" : "S");
+    for (int field = 4; field < 22; ++field)
+      stat += " 0";
+    writeText(folder / "stat", stat + " " + std::to_string(static_cast<long>(ticks)) + " 0 0\n");
+  }
+  void script(const std::string& text) {
+    fs::remove(killall);
+    writeText(killall, text);
+    fs::permissions(killall, fs::perms::owner_all);
+  }
+  TemporaryFolder folder;
+  fs::path proc = folder.path() / "proc";
+  fs::path killall = folder.path() / "killall";
+  LinuxDockProcess process_{proc, killall};
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Linux, DockProcessContract, LinuxDockRig);
+
+/// What stands in on a system without descriptors of processes and files in memory.
+TEST(ChildProcess, AThreadTellsTheEndAndLeavesTheStatusToBeReadLater) {
+  const pid_t child = ::fork();
+  if (child == 0) {
+    ::pause();
+    ::_exit(1);
+  }
+  const Descriptor ended = exitByThread(child);
+  ASSERT_TRUE(ended);
+  pollfd waiting{ended.number(), POLLIN, 0};
+  EXPECT_EQ(::poll(&waiting, 1, 0), 0);
+  ::kill(child, SIGKILL);
+  EXPECT_EQ(::poll(&waiting, 1, 10'000), 1);
+  int status = 0;
+  EXPECT_EQ(::waitpid(child, &status, WNOHANG), child);
+  EXPECT_TRUE(WIFSIGNALED(status));
+}
+TEST(ChildProcess, AFileWithoutANameHoldsWhatTheChildIsToRead) {
+  for (const auto make : {fileOf, temporaryFileOf}) {
+    const std::string bytes(100'000, 'x');
+    const Descriptor file = make(bytes);
+    std::string read(bytes.size() + 1, '\0');
+    EXPECT_EQ(::read(file.number(), read.data(), read.size()), ssize_t(bytes.size()));
+    char byte = 0;
+    EXPECT_EQ(::read(make("").number(), &byte, 1), 0);
+  }
+}
+
+} // namespace
+} // namespace tavrin::test

@@ -1,0 +1,12 @@
+# The first step of an installation; the others follow in the order of the folders.
+include(GNUInstallDirs)
+set(folders ${CMAKE_INSTALL_BINDIR} lib/tavrin/modules lib/systemd/system
+  ${CMAKE_INSTALL_MANDIR}/man1 ${CMAKE_INSTALL_MANDIR}/man8)
+foreach(folder applications bash-completion/completions dbus-1/services dbus-1/system-services
+        dbus-1/system.d fish/vendor_completions.d icons/hicolor/scalable/apps metainfo
+        polkit-1/actions zsh/site-functions)
+  list(APPEND folders ${CMAKE_INSTALL_DATADIR}/${folder})
+endforeach()
+install(CODE "set(folders \"${folders}\")
+  set(folder_list \"${CMAKE_BINARY_DIR}/install_folders.txt\")
+  include(\"${CMAKE_SOURCE_DIR}/Packaging/InstallFolders.cmake\")" ALL_COMPONENTS)
