@@ -91,6 +91,10 @@ public:
   bool isAvailable() const override {
     return [NSSharingService sharingServiceNamed:NSSharingServiceNameSendViaAirDrop] != nil;
   }
+  Advice advice() const override {
+    const char* words = "Switch AirDrop on in the Finder, under Go.";
+    return {words, words};
+  }
   void refresh() override {}
   TokenPtr observe(std::function<void()>) override { return std::make_unique<Token>(); }
 

@@ -1,6 +1,6 @@
 #include "TavrinPlatform/macOS/Tile/MacDockGeometry.h"
 
-#include "TavrinPlatform/SharedLibrary.h"
+#include "TavrinPlatform/Files/SharedLibrary.h"
 #include "TavrinPlatform/macOS/Base/MacText.h"
 
 #import <AppKit/AppKit.h>

@@ -286,7 +286,7 @@ TEST_F(MacSharingTest, AirDropTellsTheEndOfEachSendingOnce) {
   const auto devices = makeMacNearbyDevices(runLoop_);
   ASSERT_EQ(devices->devices().size(), 1U);
   const auto& device = devices->devices().front();
-  EXPECT_EQ(device.way, NearbyDevice::Way::airDrop);
+  EXPECT_EQ(device.way, "AirDrop");
   Calls ends;
   const auto send = [&] {
     return devices->send(device, {"/a", "/b"}, {},
