@@ -1,36 +1,29 @@
-// The least that a program with a tile and a panel can be, for comparison: the toolkit, a window of a
-// tile's size, and one of a panel's that a click shows and the next one hides. No fonts are used, no
-// bus, no files.
+// The least that a program with a tile and a panel can be, for comparison: the toolkit, a label of a
+// tile's size with a time on it, and one of a panel's size that a click shows and the next one hides.
+// No bus, no files.
 #include <QApplication>
-#include <QMouseEvent>
-#include <QPainter>
-#include <QWidget>
+#include <QLabel>
 #include <memory>
 
 namespace {
 
-class Plain : public QWidget {
+class Plain : public QLabel {
 public:
-  Plain(QRect place, QColor colour) : colour_(colour) {
+  Plain(const QString& text, QRect place) : QLabel(text) {
+    setAlignment(Qt::AlignCenter);
     setWindowFlags(Qt::Window | Qt::FramelessWindowHint | Qt::X11BypassWindowManagerHint);
     setGeometry(place);
   }
-
-protected:
-  void paintEvent(QPaintEvent* /*event*/) override { QPainter(this).fillRect(rect(), colour_); }
-
-private:
-  QColor colour_;
 };
 
 class Tile final : public Plain {
 public:
-  Tile() : Plain({600, 700, 64, 64}, Qt::darkBlue) {}
+  Tile() : Plain(QStringLiteral("25:00"), {600, 700, 64, 64}) {}
 
 protected:
   void mousePressEvent(QMouseEvent* /*event*/) override {
     if (!panel_)
-      panel_ = std::make_unique<Plain>(QRect(500, 300, 280, 360), Qt::darkGray);
+      panel_ = std::make_unique<Plain>(QStringLiteral("25:00"), QRect(500, 300, 280, 360));
     panel_->setVisible(!panel_->isVisible());
   }
 
