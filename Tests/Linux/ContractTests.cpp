@@ -132,3 +132,8 @@ TEST(ChildProcess, AFileWithoutANameHoldsWhatTheChildIsToRead) {
 
 } // namespace
 } // namespace tavrin::test
+
+int main(int argc, char** argv) {
+  testing::InitGoogleMock(&argc, argv);
+  return RUN_ALL_TESTS();
+}

@@ -11,7 +11,6 @@ namespace tavrin {
 namespace {
 
 using testing::ElementsAre;
-using Way = NearbyDevice::Way;
 
 class NearbyDevicesTest : public testing::Test {
 protected:
