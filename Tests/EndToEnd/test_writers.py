@@ -54,6 +54,7 @@ class Writers(DeskTest):
 
     def start_pours(self, start):
         bundle = self.desk.home / "Tavrin Slot 3.app"
+        shutil.rmtree(bundle, ignore_errors=True)
         shutil.copytree(BUNDLES / bundle.name, bundle, ignore=shutil.ignore_patterns("MacOS"))
         program = bundle / "Contents" / "MacOS" / "TavrinSlot"
         program.parent.mkdir()

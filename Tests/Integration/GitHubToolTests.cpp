@@ -90,7 +90,8 @@ protected:
   }
   void expectTrouble(const GitHubSource::Result& result, Kind kind, const std::string& text) {
     ASSERT_TRUE(result.trouble);
-    EXPECT_EQ(*result.trouble, (GitHubSource::Trouble{kind, text}));
+    EXPECT_EQ(result.trouble->kind, kind);
+    EXPECT_EQ(result.trouble->text, text);
   }
 
   TemporaryFolder folder;
@@ -172,10 +173,16 @@ TEST_F(GitHubToolTest, APartOfAnAnswerShowsWithTheTrouble) {
 }
 
 TEST_F(GitHubToolTest, WhereTheToolIs) {
-  expectTrouble(load(folder / "nowhere"), Kind::toolMissing, "");
+  {
+    SCOPED_TRACE("no tool in the folder");
+    expectTrouble(load(folder / "nowhere"), Kind::toolMissing, "");
+  }
   const auto tool = script("exit 0");
   fs::permissions(tool, fs::perms::owner_read);
-  expectTrouble(load(tool), Kind::toolMissing, "");
+  {
+    SCOPED_TRACE("no program");
+    expectTrouble(load(tool), Kind::toolMissing, "");
+  }
   fs::remove(tool);
   fs::create_directory(tool);
   expectTrouble(load(tool), Kind::toolMissing, "");

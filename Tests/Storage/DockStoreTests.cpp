@@ -104,7 +104,7 @@ TEST(CFPreferencesBackend, StandsOnTheFileOfTheDomain) {
               }).starts_with("Failed to decode dock plist at " + backend.url().string()));
   EXPECT_EQ(errorOf<DockError>([&] { backend.writeTiles({}); }),
             "Failed to write dock plist at " + backend.url().string() +
-                " because cfprefsd refused to synchronize com.apple.dock");
+                " because syntax error in line 1");
   EXPECT_EQ(contents(folder / "com.apple.dock.plist"), "garbage");
 }
 

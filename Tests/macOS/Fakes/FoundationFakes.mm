@@ -262,7 +262,7 @@ NSErrorDomain const NSCocoaErrorDomain = @"NSCocoaErrorDomain";
 - (NSArray<NSURL*>*)URLsForDirectory:(NSSearchPathDirectory)directory inDomains:(NSSearchPathDomainMask)domains {
   if (directory == NSApplicationSupportDirectory) return @[ [NSURL fileURLWithPath:@"/Users/ada/Library/Application Support"] ];
   if (directory == NSDesktopDirectory) return @[ [NSURL fileURLWithPath:@"/Users/ada/Desktop"] ];
-  return @[];
+  return [NSArray arrayWithObjects:nil count:0];
 }
 - (BOOL)trashItemAtURL:(NSURL*)url resultingItemURL:(NSURL* __autoreleasing*)result error:(NSError* __autoreleasing*)error {
   note("trash " + textOf(url.path));

@@ -294,12 +294,12 @@ TEST_F(MacSharingTest, AirDropTellsTheEndOfEachSendingOnce) {
   };
   auto token = send();
   EXPECT_EQ(called(), Calls{"share 2"});
-  [appKit.sharing.delegate sharingService:appKit.sharing didShareItems:@[]];
+  [appKit.sharing.delegate sharingService:appKit.sharing didShareItems:[NSArray arrayWithObjects:nil count:0]];
   EXPECT_TRUE(ends.empty());
   runLoop_.runPosts();
   token = send();
   [appKit.sharing.delegate sharingService:appKit.sharing
-                      didFailToShareItems:@[]
+                      didFailToShareItems:[NSArray arrayWithObjects:nil count:0]
                                     error:[NSError errorWithDomain:@"NSCocoaErrorDomain"
                                                               code:3072
                                                           userInfo:nil]];
@@ -313,7 +313,7 @@ TEST_F(MacSharingTest, AirDropTellsTheEndOfEachSendingOnce) {
   token = send();
   id<NSSharingServiceDelegate> kept = appKit.sharing.delegate;
   token.reset();
-  [kept sharingService:appKit.sharing didShareItems:@[]];
+  [kept sharingService:appKit.sharing didShareItems:[NSArray arrayWithObjects:nil count:0]];
   runLoop_.runPosts();
   EXPECT_EQ(ends.size(), 3U);
 }
