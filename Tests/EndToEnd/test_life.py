@@ -1,6 +1,7 @@
 """Every kind becomes every other one in one process, with the panel closed and open."""
 
 import json
+import string
 import time
 import unittest
 
@@ -46,9 +47,8 @@ class EveryKindToEveryOther(DeskTest):
                                "org.freedesktop.DBus.Peer", "Ping", "", ())
         self.assertIsNone(self.slot.poll(), self.desk.log(SLOT))
 
-    def panels(self):
-        return self.desk.run("xdotool", "search", "--onlyvisible", "--name", ".", "getwindowname",
-                             "%@", check=False).split("\n")
+    def is_open(self):
+        return self.desk.windows(self.slot.pid)
 
     def settings(self, kind):
         for record in self.document()["widgets"]:
@@ -62,7 +62,7 @@ class EveryKindToEveryOther(DeskTest):
         for index, one in enumerate(self.kinds):
             self.become(one, 1)
             if is_open:
-                wait_for(lambda: one in self.panels(), f"the panel of {one}")
+                wait_for(self.is_open, f"the panel of {one}")
             for other in self.kinds[index + 1:]:
                 self.become(other, 1 + steps % 2)
                 self.become(one, 1)
@@ -83,14 +83,19 @@ class EveryKindToEveryOther(DeskTest):
     def test_what_was_typed_last_is_in_the_record_it_was_typed_for(self):
         self.place("note", 1)
         self.slot = self.desk.start_slot(SLOT, "--foreground")
-        wait_for(lambda: "note" in self.panels(), "the note's panel")
-        for number, other in enumerate(kind for kind in self.kinds if kind != "note"):
+        wait_for(lambda: self.desk.run("xdotool", "getwindowfocus", "getwindowpid",
+                                       check=False).strip() == str(self.slot.pid), "the focus")
+        previous = "the start"
+        others = [kind for kind in self.kinds if kind != "note"]
+        for letter, other in zip(string.ascii_letters, others):
             before = self.desk.picture(SLOT).read_bytes()
-            self.desk.run("xdotool", "type", f"{number} ")
-            wait_for(lambda: self.desk.picture(SLOT).read_bytes() != before, "the typing to show")
-            self.become(other, 1 + number % 2)
-            self.assertIn(f"{number} ", self.settings("note")["text"], other)
+            self.desk.run("xdotool", "type", letter)
+            wait_for(lambda: self.desk.picture(SLOT).read_bytes() != before,
+                     f"the typing after {previous} to show")
+            self.become(other, 1 + len(previous) % 2)
+            self.assertIn(letter, self.settings("note")["text"], other)
             self.become("note", 2)
+            previous = other
 
 
 if __name__ == "__main__":

@@ -53,6 +53,9 @@ void PopoverWindow::setContent(QWidget* content) {
   content->show();
   setWindowTitle(content->windowTitle());
   setAccessibleName(content->windowTitle());
+  // Qt asks who takes the keys when a window becomes active; this one may be so already.
+  if (isVisible() && isActiveWindow() && focusWidget() == nullptr)
+    focusNextChild();
 }
 
 bool PopoverWindow::eventFilter(QObject* watched, QEvent* event) {
