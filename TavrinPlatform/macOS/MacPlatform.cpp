@@ -1,5 +1,4 @@
-#include "TavrinPlatform/macOS/MacPlatform.h"
-
+#include "TavrinPlatform/Platform.h"
 #include "TavrinPlatform/Qt/QtHTTPClient.h"
 #include "TavrinPlatform/Qt/QtProcessRunner.h"
 #include "TavrinPlatform/Qt/QtRunLoop.h"
@@ -166,12 +165,13 @@ private:
 
 } // namespace
 
-std::unique_ptr<Platform> makePlatform(int& argc, char** argv) {
+/// Nothing is done beforehand: processes are not forked from one another here.
+std::unique_ptr<Platform> makePlatform(int& argc, char**& argv, ProgramSetup) {
   return std::make_unique<MacPlatform>(argc, argv);
 }
 
-int runEventLoop(Platform& platform, std::function<void()> launched) {
-  return static_cast<MacPlatform&>(platform).run(std::move(launched));
+int runEventLoop(Platform& platform, const std::function<void()>& launched) {
+  return static_cast<MacPlatform&>(platform).run(launched);
 }
 
 } // namespace tavrin
