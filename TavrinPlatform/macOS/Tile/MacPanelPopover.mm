@@ -132,9 +132,11 @@ MacPanelPopover::~MacPanelPopover() {
 
 void MacPanelPopover::Parts::adopt(QWidget* widget) {
   content.reset(widget);
-  if (widget == nullptr || !host)
+  if (widget == nullptr)
     return;
   widget->installEventFilter(&escape);
+  if (!host)
+    return;
   widget->setWindowFlags(Qt::FramelessWindowHint);
   widget->winId(); // makes the widget's own view
   widget->windowHandle()->setParent(host.get());

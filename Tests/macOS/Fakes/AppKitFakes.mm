@@ -70,14 +70,14 @@ NSAppearanceName const NSAppearanceNameDarkAqua = @"dark";
 @implementation NSColorSampler
 - (void)showSamplerWithSelectionHandler:(void (^)(NSColor*))handler { appKit.sampled = handler; }
 @end
-@implementation NSSound { BOOL isPlaying; NSString* name; }
+@implementation NSSound { BOOL isPlaying; std::string name; }
 + (NSSound*)soundNamed:(NSSoundName)name {
   static NSSound* sound = [[NSSound alloc] init];
-  sound->name = name;
+  sound->name = textOf(name);
   return sound;
 }
 - (BOOL)isPlaying { return isPlaying; }
-- (BOOL)play { note("play " + textOf(name)); isPlaying = YES; return YES; }
+- (BOOL)play { note("play " + name); isPlaying = YES; return YES; }
 - (BOOL)stop { note("stop"); isPlaying = NO; return YES; }
 @end
 @implementation NSAppearance

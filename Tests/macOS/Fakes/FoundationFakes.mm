@@ -37,6 +37,7 @@ static std::string textOf(NSString* string) { return string.UTF8String != nullpt
 @interface FakeString : NSString
 @end
 @implementation NSString
+@dynamic UTF8String, length;
 + (instancetype)alloc { return tavrin_make(self == NSString.class ? FakeString.class : self); }
 + (instancetype)stringWithUTF8String:(const char*)bytes { return make(bytes); }
 - (const char*)fileSystemRepresentation { return self.UTF8String; }
@@ -113,6 +114,8 @@ static std::string textOf(NSString* string) { return string.UTF8String != nullpt
 @implementation FakeArray
 - (instancetype)initWith:(std::vector<id>)list { return [self put:std::move(list)]; }
 @end
+/// What the compiler puts for an empty literal.
+extern "C" NSArray* const __NSArray0__ = [[NSArray alloc] init];
 @implementation NSMutableArray
 + (instancetype)array { return [[self alloc] init]; }
 - (void)addObject:(id)item { [self append:item]; }

@@ -145,6 +145,10 @@ const CGFloat* CGColorGetComponents(CGColorRef) {
   return made;
 }
 @end
+@implementation UNNotification
+@end
+@implementation UNNotificationResponse
+@end
 @implementation UNUserNotificationCenter
 + (UNUserNotificationCenter*)currentNotificationCenter {
   static UNUserNotificationCenter* center = [[UNUserNotificationCenter alloc] init];

@@ -181,7 +181,7 @@ TEST_F(MacNoticesTest, UserNoticesAreAskedForShownAndWithdrawn) {
   (void)UNUserNotificationCenter.currentNotificationCenter;
   (void)UNNotificationSound.defaultSound;
   tavrin_snapshot();
-  {
+  @autoreleasepool {
     const auto center = makeMacUserNotificationCenter();
     std::vector<bool> answers;
     called();

@@ -43,7 +43,7 @@ protected:
     eventKit = {};
     pasteboard = {};
     notifications.asked = nil;
-    foundation.defaults.clear();
+    foundation = {};
     NSApplication.sharedApplication.dockTile.contentView = nil;
     NSUInteger observers = 0;
     for (NSNotificationCenter* center :
