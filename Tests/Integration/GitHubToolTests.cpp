@@ -175,7 +175,7 @@ TEST_F(GitHubToolTest, APartOfAnAnswerShowsWithTheTrouble) {
 TEST_F(GitHubToolTest, WhereTheToolIs) {
   {
     SCOPED_TRACE("no tool in the folder");
-    expectTrouble(load(folder / "nowhere"), Kind::toolMissing, "");
+    expectTrouble(load(folder / "nowhere" / "gh"), Kind::toolMissing, "");
   }
   const auto tool = script("exit 0");
   fs::permissions(tool, fs::perms::owner_read);
