@@ -86,7 +86,7 @@ class Strip(DeskTest):
                       "_NET_WM_STRUT_PARTIAL", "0, 0, 0, 60, 0, 0, 0, 0, 0, 0, 0, 1279")
 
         def tops():
-            return {self.tile_of(slot)[2] for slot in self.slots}
+            return {(self.tile_of(slot) or (0, 0, None))[2] for slot in self.slots}
         wait_for(lambda: tops() == {top - 60}, "the strip to move up")
         wait_for(lambda: self.work_area() == [0, 0, 1280, top - 60], "the room of both")
         self.terminal.terminate()
