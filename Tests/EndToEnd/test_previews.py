@@ -1,5 +1,6 @@
 """What a copied link's page says of itself, from a web server to the panel."""
 
+import itertools
 import json
 import subprocess
 import sys
@@ -83,7 +84,8 @@ class Previews(DeskTest):
         for url in refused:
             self.assertNotIn("ogTitle", self.item(url), url)
         self.assertEqual({host for host, _ in Site.asked}, {"tides.com"})
-        self.assertEqual([path for _, path in Site.asked],
+        # The toolkit asks again by itself when a connection ends before the answer was read.
+        self.assertEqual([path for path, _ in itertools.groupby(path for _, path in Site.asked)],
                          ["/to/here.com/a", "/to/localhost/b", "/to/tides.com/march", "/march",
                           "/picture.png"])
 
