@@ -165,7 +165,7 @@ void SystemWidgetController::start() {
   platform().dockTile().onVisibilityChange = [this] { lookAgain(); };
   motionChanged_ = platform().workspace().observeAppearance([this] { lookAgain(); });
   model_->onStopwatchChange = [this] {
-    platform().userDefaults().set(stopwatchKey(widget().id), encode(model_->stopwatch()));
+    storeRun(platform().userDefaults(), stopwatchKey(widget().id), model_->stopwatch());
   };
   model_->onChange = [this] { refresh(); };
   model_->onDevicesChange = [this] { refreshPanel(); };

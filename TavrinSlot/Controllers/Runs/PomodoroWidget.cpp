@@ -67,7 +67,7 @@ RunWidgetController::End PomodoroWidgetController::end() const {
 }
 
 void PomodoroWidgetController::saveRun() {
-  platform().userDefaults().set(runKey, encode(model_->run()));
+  storeRun(platform().userDefaults(), runKey, model_->run());
 }
 
 bool PomodoroWidgetController::finishIfOver() {

@@ -17,4 +17,14 @@ Run storedRun(const UserDefaults& defaults, const std::string& key, Run fresh) {
   return fresh;
 }
 
+/// Stores `run` under `key`. One without a JSON form, as with a time that is not finite, is not
+/// saved.
+template <class Run> void storeRun(UserDefaults& defaults, const std::string& key, const Run& run) {
+  try {
+    defaults.set(key, encode(run));
+  } catch (const JSONError&) {
+    // What was stored last stays.
+  }
+}
+
 } // namespace tavrin

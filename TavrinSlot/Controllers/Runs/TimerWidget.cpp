@@ -46,7 +46,7 @@ RunWidgetController::Shown TimerWidgetController::shown() const {
 }
 
 void TimerWidgetController::saveRun() {
-  platform().userDefaults().set(runKey, encode(model_->run()));
+  storeRun(platform().userDefaults(), runKey, model_->run());
 }
 
 bool TimerWidgetController::finishIfOver() {
