@@ -29,7 +29,8 @@ public:
   virtual DockTiles readTiles() = 0;
   virtual void writeTiles(const DockTiles& tiles) = 0;
   /// Keeps other writers out until what it gives goes; null where nothing keeps them out. For
-  /// reading, changing and writing as one, and no longer: others wait meanwhile.
+  /// reading, changing and writing as one, and no longer: others wait meanwhile. Throws DockError
+  /// when others keep this one out.
   virtual std::shared_ptr<void> exclusiveAccess() { return nullptr; }
 };
 

@@ -28,10 +28,14 @@ public:
   DocumentLock& operator=(DocumentLock&&) = delete;
 
   bool isHeld() const { return held_ != nullptr; }
+  /// Whether somebody else kept it for as long as it may be waited for. A change that has no other
+  /// way of noticing them is then better refused.
+  bool isTaken() const { return isTaken_; }
 
 private:
   struct Held;
   std::unique_ptr<Held> held_;
+  bool isTaken_ = false;
 };
 
 } // namespace tavrin

@@ -80,7 +80,8 @@ DocumentLock::DocumentLock(const fs::path& document) {
     const auto attempt = tryToHold(path, file);
     if (attempt == Attempt::held)
       held_ = std::make_unique<Held>(path, std::move(file));
-    if (attempt != Attempt::taken || steady_clock::now() + pause >= end)
+    isTaken_ = attempt == Attempt::taken;
+    if (!isTaken_ || steady_clock::now() + pause >= end)
       return;
     std::this_thread::sleep_for(pause);
   }

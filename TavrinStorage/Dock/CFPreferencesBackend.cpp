@@ -1,6 +1,6 @@
 #include "TavrinStorage/Dock/CFPreferencesBackend.h"
 
-#include "TavrinPlatform/Files/DocumentLock.h"
+#include "TavrinStorage/Dock/PlistFileBackend.h"
 
 namespace tavrin {
 
@@ -24,7 +24,7 @@ void CFPreferencesBackend::writeTiles(const DockTiles& tiles) {
 std::shared_ptr<void> CFPreferencesBackend::exclusiveAccess() {
   std::error_code ignored; // The write says what is wrong.
   std::filesystem::create_directories(url_.parent_path(), ignored);
-  return std::make_shared<DocumentLock>(url_);
+  return exclusiveAccessTo(url_);
 }
 
 } // namespace tavrin

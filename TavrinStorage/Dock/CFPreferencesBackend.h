@@ -17,7 +17,7 @@ public:
   /// Both sections are empty where there are no preferences yet.
   DockTiles readTiles() override;
   void writeTiles(const DockTiles& tiles) override;
-  /// The DocumentLock of the domain's file, whose folder it makes. The service itself knows no
+  /// `exclusiveAccessTo` the domain's file, whose folder it makes. The service itself knows no
   /// locks: who writes the Dock's preferences without this one is not kept out.
   std::shared_ptr<void> exclusiveAccess() override;
 

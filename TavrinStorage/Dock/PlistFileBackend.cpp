@@ -26,8 +26,15 @@ void PlistFileBackend::writeTiles(const DockTiles& tiles) {
   writePlistRoot(url_, std::move(root));
 }
 
+std::shared_ptr<void> exclusiveAccessTo(const fs::path& dockPlist) {
+  auto lock = std::make_shared<DocumentLock>(dockPlist);
+  if (lock->isTaken())
+    throw DockError::plistWriteFailed(dockPlist, "another process is changing it");
+  return lock;
+}
+
 std::shared_ptr<void> PlistFileBackend::exclusiveAccess() {
-  return std::make_shared<DocumentLock>(url_);
+  return exclusiveAccessTo(url_);
 }
 
 DockPlistReader dockPlistReader(const fs::path& file) {

@@ -17,12 +17,16 @@ public:
   /// Makes the file where there is none. Throws DockError: as above for a file that is there, else
   /// plistWriteFailed.
   void writeTiles(const DockTiles& tiles) override;
-  /// The file's DocumentLock.
+  /// As `exclusiveAccessTo` says.
   std::shared_ptr<void> exclusiveAccess() override;
 
 private:
   std::filesystem::path url_;
 };
+
+/// The file's DocumentLock. Throws DockError (plistWriteFailed) when somebody else keeps it: a Dock
+/// is not looked at again between reading and writing, so a change without it could undo theirs.
+std::shared_ptr<void> exclusiveAccessTo(const std::filesystem::path& dockPlist);
 
 /// A reader and a writer over one file.
 DockPlistReader dockPlistReader(const std::filesystem::path& file);

@@ -163,7 +163,8 @@ void WorkspaceBackupStore::restore(const WorkspaceBackup& backup, Date moment) {
   std::vector<DocumentLock> locks;
   locks.reserve(fileNames.size());
   for (const auto name : fileNames)
-    locks.emplace_back(dataDirectory_ / name);
+    if (locks.emplace_back(dataDirectory_ / name).isTaken())
+      fail("replace", dataDirectory_ / name, "another process is changing it");
   auto kept = backUp(WorkspaceBackup::Reason::restore, moment, {backup.url});
   if (!kept && !read(dataDirectory_).empty())
     kept = list().front();

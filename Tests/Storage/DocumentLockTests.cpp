@@ -52,9 +52,11 @@ TEST(DocumentLock, WhoeverHoldsItTooLongIsNotWaitedFor) {
   fs::create_symlink("real/a.json", file);
   const auto holder = holderOf(folder / "real/a.json");
   ASSERT_TRUE(holder->isReady());
-  bool isHeld = true;
-  const double seconds = secondsFor([&] { isHeld = DocumentLock(file).isHeld(); });
-  EXPECT_FALSE(isHeld) << "another name of the document is another lock";
+  const double seconds = secondsFor([&] {
+    const DocumentLock lock(file);
+    EXPECT_FALSE(lock.isHeld()) << "another name of the document is another lock";
+    EXPECT_TRUE(lock.isTaken());
+  });
   EXPECT_GT(seconds, DocumentLock::longestWait / 2);
   EXPECT_LT(seconds, 2 * DocumentLock::longestWait);
 }
@@ -65,10 +67,11 @@ TEST(DocumentLock, GoesOnWithoutWhereThereIsNone) {
   fs::create_symlink("elsewhere", folder / ".b.json.lock");
   for (const auto& file : {folder / "a.json", folder / "b.json", folder / "gone/c.json",
                            fs::path("/proc/self/status"), folder / std::string(300, 'x')}) {
-    bool isHeld = true;
-    EXPECT_LT(secondsFor([&] { isHeld = DocumentLock(file).isHeld(); }),
+    EXPECT_LT(secondsFor([&] {
+                const DocumentLock lock(file);
+                EXPECT_FALSE(lock.isHeld() || lock.isTaken()) << file;
+              }),
               DocumentLock::longestWait / 2);
-    EXPECT_FALSE(isHeld) << file;
   }
   EXPECT_FALSE(fs::exists(folder / "elsewhere"));
 }
