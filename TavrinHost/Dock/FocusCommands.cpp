@@ -20,8 +20,6 @@ void run(HostContext& context, const FocusWords& words) {
   options.restarts = words.restarts;
   options.numbered =
       words.numbered == "none" ? std::nullopt : std::optional(modifiersFromText(words.numbered));
-  if (options.numbered && !options.numbered->isValidForGlobalHotkey())
-    throw lacksModifier(words.numbered);
   backUpWorkspace(context, WorkspaceBackup::Reason::launch);
   std::optional<FocusSession> session;
   context.platform().dockServices().runUntilStopped([&] {

@@ -74,13 +74,6 @@ HotkeyModifiers modifiersFromText(std::string_view text) {
   return modifiers;
 }
 
-HostError lacksModifier(std::string_view text) {
-  return HostError(ExitCode::refusedValue,
-                   fmt::format("\"{}\" needs control, option or command: it would be taken from "
-                               "every application",
-                               text));
-}
-
 Hotkey hotkeyFromText(std::string_view text) {
   auto words = parts(text);
   const auto* key = keyNames.begin();
@@ -93,7 +86,10 @@ Hotkey hotkeyFromText(std::string_view text) {
   for (const auto& word : words)
     hotkey.modifiers = hotkey.modifiers | required(word);
   if (!hotkey.modifiers.isValidForGlobalHotkey())
-    throw lacksModifier(text);
+    throw HostError(ExitCode::refusedValue,
+                    fmt::format("\"{}\" needs control, option or command: it would be taken from "
+                                "every application",
+                                text));
   return hotkey;
 }
 

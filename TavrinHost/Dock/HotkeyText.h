@@ -1,7 +1,6 @@
 #pragma once
 
 #include "TavrinCore/Dock/Hotkey.h"
-#include "TavrinHost/HostError.h"
 
 #include <optional>
 #include <string>
@@ -15,9 +14,6 @@ namespace tavrin {
 Hotkey hotkeyFromText(std::string_view text);
 /// The modifiers alone, "ctrl+alt".
 HotkeyModifiers modifiersFromText(std::string_view text);
-
-/// What is said of modifiers, as they were written, that no shortcut may have.
-HostError lacksModifier(std::string_view text);
 
 /// "⌃⌥1"; a key without a name here is shown by its number.
 std::string hotkeyText(const Hotkey& hotkey);

@@ -326,7 +326,6 @@ TEST_F(DockCommandTest, FollowsTheFocusAndTheShortcuts) {
     EXPECT_EQ(dock.shortcuts.bound.size(), 1U);
     EXPECT_EQ(dock.shortcuts.binds, 2);
   };
-  EXPECT_EQ(run({"focus", "--numbered", "shift"}), 5);
   EXPECT_EQ(run({"focus"}), 0) << errors.str();
   EXPECT_EQ(json({"backups", "list"}).array()->size(), 2U);
 }
