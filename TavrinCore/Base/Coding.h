@@ -5,6 +5,7 @@
 #include "TavrinCore/Base/JSONValue.h"
 #include "TavrinCore/Base/UUID.h"
 
+#include <algorithm>
 #include <array>
 #include <concepts>
 #include <limits>
@@ -31,7 +32,9 @@
 ///
 /// `decode<R>`, `encode` and `describe<R>` are derived from it. A key that is missing or null
 /// leaves an optional field at the value of a default-constructed record; a value of the wrong
-/// type is an error either way. Keys that the table does not name are ignored.
+/// type is an error either way. Keys that the table does not name are ignored; a record with a
+/// member `JSONValue::Object unrecognized` keeps them there and writes them back. An `int` holds
+/// what whole numbers people set; one beyond it counts as the nearest it holds.
 namespace tavrin {
 
 /// JSON that does not fit the record it is read as. `what()` is a clause that can follow
@@ -241,6 +244,11 @@ void encodeField(const R& record, const Field<R, M>& field, JSONValue::Object& o
   }
 }
 
+template <class R>
+concept KeepsUnrecognized = requires(R record) {
+  { record.unrecognized } -> std::same_as<JSONValue::Object&>;
+};
+
 } // namespace detail
 
 /// The coding that a record's table gives, also for those that specialise `Coder` around it.
@@ -252,12 +260,16 @@ template <Record R> struct RecordCoder {
     R record{};
     std::apply([&](const auto&... field) { (detail::decodeField(record, field, *object), ...); },
                R::fields());
+    if constexpr (detail::KeepsUnrecognized<R>)
+      record.unrecognized = unknownMembers(json);
     return record;
   }
   static JSONValue encode(const R& record) {
     JSONValue::Object object;
     std::apply([&](const auto&... field) { (detail::encodeField(record, field, object), ...); },
                R::fields());
+    if constexpr (detail::KeepsUnrecognized<R>)
+      object.insert(record.unrecognized.begin(), record.unrecognized.end());
     return object;
   }
   /// The members of an object that the table does not name.
@@ -289,6 +301,9 @@ template <std::integral T>
 requires(!std::is_same_v<T, bool> && !std::is_same_v<T, std::int64_t>) struct Coder<T> {
   static T decode(const JSONValue& json) {
     const std::int64_t value = Coder<std::int64_t>::decode(json);
+    if constexpr (std::is_same_v<T, int>)
+      return static_cast<int>(std::clamp<std::int64_t>(value, std::numeric_limits<int>::min(),
+                                                       std::numeric_limits<int>::max()));
     if (!std::in_range<T>(value))
       detail::throwWrongType("a whole number in range");
     return static_cast<T>(value);

@@ -62,12 +62,17 @@ struct Hotkey {
   /// The virtual key code.
   std::uint16_t keyCode = 0;
   HotkeyModifiers modifiers;
+  /// Members that this build does not know, written back as they were.
+  JSONValue::Object unrecognized = {};
 
   static constexpr auto fields() {
     return std::tuple{required("keyCode", &Hotkey::keyCode).titled("Key code"),
                       required("modifiers", &Hotkey::modifiers).titled("Modifiers")};
   }
-  bool operator==(const Hotkey&) const = default;
+  /// Whether they are the same keys.
+  bool operator==(const Hotkey& other) const {
+    return keyCode == other.keyCode && modifiers == other.modifiers;
+  }
 };
 
 } // namespace tavrin

@@ -20,16 +20,10 @@ bool lacks(const JSONValue& json, std::string_view key) {
   return value == nullptr || value->isNull();
 }
 
-JSONValue withUnrecognized(JSONValue json, const JSONValue::Object& unrecognized) {
-  json.object()->insert(unrecognized.begin(), unrecognized.end());
-  return json;
-}
-
 } // namespace
 
 Profile Coder<Profile>::decode(const JSONValue& json) {
   Profile profile = RecordCoder<Profile>::decode(json);
-  profile.unrecognized = RecordCoder<Profile>::unknownMembers(json);
   if (lacks(json, "others")) {
     const auto others =
         std::stable_partition(profile.items.begin(), profile.items.end(),
@@ -50,19 +44,17 @@ Profile Coder<Profile>::decode(const JSONValue& json) {
 }
 
 JSONValue Coder<Profile>::encode(const Profile& profile) {
-  return withUnrecognized(RecordCoder<Profile>::encode(profile), profile.unrecognized);
+  return RecordCoder<Profile>::encode(profile);
 }
 
 ProfilesFile Coder<ProfilesFile>::decode(const JSONValue& json) {
-  ProfilesFile file = RecordCoder<ProfilesFile>::decode(json);
-  file.unrecognized = RecordCoder<ProfilesFile>::unknownMembers(json);
-  return file;
+  return RecordCoder<ProfilesFile>::decode(json);
 }
 
 JSONValue Coder<ProfilesFile>::encode(const ProfilesFile& file) {
   auto current = file;
   current.version = std::max(file.version, ProfilesFile::currentVersion);
-  return withUnrecognized(RecordCoder<ProfilesFile>::encode(current), file.unrecognized);
+  return RecordCoder<ProfilesFile>::encode(current);
 }
 
 } // namespace tavrin

@@ -49,9 +49,9 @@ DockWidget::DockWidget(UUID widgetID, std::string widgetName, std::optional<int>
 namespace {
 
 template <class Settings> Kind decodePayload(const KindRow<Settings>& row, const JSONValue& json) {
-  if (row.payload == KindPayload::none)
+  if (row.payload == KindPayload::none && json.member(row.key)->object() == nullptr)
     return Settings{};
-  if (row.payload == KindPayload::flat)
+  if (row.payload != KindPayload::wrapped)
     return decodeMember<Settings>(json, row.key);
   try {
     return decodeMember<Settings>(*json.member(row.key), "_0");
@@ -118,11 +118,15 @@ DockWidget Coder<DockWidget>::decode(const JSONValue& json) {
   };
   const auto id = decodeMember<UUID>(json, "id");
   auto name = decodeMember<std::string>(json, "name");
-  const auto slot = optionalNumber("slot", int());
+  const auto slot = optionalNumber("slot", std::int64_t());
+  // Not taken for the nearest: the entry is kept as it is.
+  if (slot && !std::in_range<int>(*slot))
+    throw CodingError("slot", "must be a whole number in range");
   auto kind = decodeMember<Kind>(json, "kind");
   const auto span = optionalNumber("span", std::int64_t()).value_or(kind.defaultSpan());
   const auto fitting = std::clamp<std::int64_t>(span, 1, kind.maxSpan());
-  return {id, std::move(name), slot, std::move(kind), static_cast<int>(fitting)};
+  return {id, std::move(name), slot ? std::optional(static_cast<int>(*slot)) : std::nullopt,
+          std::move(kind), static_cast<int>(fitting)};
 }
 
 JSONValue Coder<DockWidget>::encode(const DockWidget& widget) {

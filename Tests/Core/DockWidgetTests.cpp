@@ -159,6 +159,24 @@ TEST(DockWidget, FaultsAreNamedByTheirPath) {
   }
 }
 
+TEST(DockWidget, WhatThisBuildDoesNotKnowIsWrittenBack) {
+  for (const char* kind :
+       {R"({"stopwatch":{"x":1}})", R"({"airdrop":{"a":{"b":[null]}}})", R"({"fans":{"y":1.0}})"}) {
+    const auto widget = decode<DockWidget>(JSONValue::parse(widgetText(kind)));
+    EXPECT_EQ(encode(widget.kind), JSONValue::parse(kind));
+  }
+  const auto hotkey = JSONValue::parse(R"({"keyCode":1,"modifiers":6,"side":"left"})");
+  EXPECT_EQ(encode(decode<Hotkey>(hotkey)), hotkey);
+  EXPECT_EQ(decode<Hotkey>(hotkey), (Hotkey{1, {6}})) << "the keys alone count";
+}
+
+TEST(DockWidget, WholeNumbersBeyondWhatASettingHoldsAreTheNearest) {
+  const auto text = widgetText(R"({"water":{"_0":{"goal":5000000000,"glass":-5000000000}}})");
+  const auto water = *decode<DockWidget>(JSONValue::parse(text)).kind.get<WaterSettings>();
+  EXPECT_EQ(water.goal, std::numeric_limits<int>::max());
+  EXPECT_EQ(water.glass, std::numeric_limits<int>::min());
+}
+
 TEST(KindSettings, MissingAndNullKeysTakeTheDefault) {
   for (const auto& info : allKinds()) {
     if (info.key == "countdown" || info.key == "collection")

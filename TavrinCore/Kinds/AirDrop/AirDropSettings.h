@@ -6,6 +6,9 @@ namespace tavrin {
 
 /// Where dropped files go is asked at each drop.
 struct AirDropSettings {
+  /// What another version put there, written back as it was.
+  JSONValue::Object unrecognized;
+
   static constexpr auto fields() { return std::tuple{}; }
   bool operator==(const AirDropSettings&) const = default;
 };

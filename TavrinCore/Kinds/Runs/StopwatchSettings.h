@@ -6,6 +6,9 @@ namespace tavrin {
 
 /// A stopwatch has nothing to set.
 struct StopwatchSettings {
+  /// What another version put there, written back as it was.
+  JSONValue::Object unrecognized;
+
   static constexpr auto fields() { return std::tuple{}; }
   bool operator==(const StopwatchSettings&) const = default;
 };
