@@ -245,9 +245,7 @@ void encodeField(const R& record, const Field<R, M>& field, JSONValue::Object& o
 }
 
 template <class R>
-concept KeepsUnrecognized = requires(R record) {
-  { record.unrecognized } -> std::same_as<JSONValue::Object&>;
-};
+concept KeepsUnrecognized = std::same_as<decltype(R::unrecognized), JSONValue::Object>;
 
 } // namespace detail
 
