@@ -25,7 +25,7 @@ FAULTS = [
     ("refusals of the SMC overlooked", "Devices/SMCConnection.cpp", r"answer\.result != smc::success", "false"),
     ("connection to the SMC kept", "Devices/SMCConnection.cpp", r"^    IOServiceClose\(connection_\);$", "    connection_ = IO_OBJECT_NULL;"),
     ("wrong command to the SMC", "Devices/SMCConnection.cpp", r"Command::readValue", "Command::keyAtIndex"),
-    ("wrong layout of the SMC's message", "Devices/AppleSMC.h", r"std::uint16_t release", "std::uint8_t release", "Devices/SMCConnection.cpp"),
+    ("wrong layout of the SMC's message", "Devices/AppleSMC.h", r"cpu = 0, gpu = 0, memory", "cpu = 0, memory", "Devices/SMCConnection.cpp"),
     ("effective for real user", "Dock/MacDockProcess.cpp", r"info\.pbi_ruid ==", "info.pbi_uid =="),
     ("processes in no order", "Dock/MacDockProcess.cpp", r"^  std::sort.*$", ""),
     ("zombies count", "Dock/MacDockProcess.cpp", r"info\.pbi_status != zombie", "info.pbi_status != 99"),
