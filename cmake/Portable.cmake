@@ -10,3 +10,20 @@ if(TAVRIN_TESTS)
     target_compile_options(${target} PRIVATE -w)
   endforeach()
 endif()
+
+# The libraries of the system that give or take types of its own standard library: their calls of
+# that kind, by a way around.
+find_program(SYSTEM_COMPILER g++ REQUIRED)
+set(calls ${CMAKE_BINARY_DIR}/TimeZoneCalls.o)
+set(source ${CMAKE_SOURCE_DIR}/Tests/Portable/TimeZoneCalls.cpp)
+add_custom_command(OUTPUT ${calls} DEPENDS ${source} VERBATIM
+  COMMAND ${SYSTEM_COMPILER} -std=c++20 -O1 -fPIC -c ${source} -o ${calls})
+add_library(TavrinBridge STATIC Tests/Portable/TimeZones.cpp Tests/Portable/ToolkitTexts.cpp ${calls})
+# By its file: the compiler takes the name for that of its own.
+execute_process(COMMAND ${SYSTEM_COMPILER} -print-file-name=libstdc++.so.6
+  OUTPUT_VARIABLE system_library OUTPUT_STRIP_TRAILING_WHITESPACE)
+target_link_libraries(TavrinBridge PUBLIC Qt6::Core cctz ${system_library})
+link_libraries($<$<NOT:$<STREQUAL:$<TARGET_PROPERTY:NAME>,TavrinBridge>>:TavrinBridge>)
+# Both libraries are there at run time, and both have the classes of exceptions under the same names
+# with other members: the program's own is to be found first.
+add_link_options(-Wl,--no-as-needed -lc++ -lc++abi -Wl,--as-needed)

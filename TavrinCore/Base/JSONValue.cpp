@@ -307,4 +307,6 @@ std::optional<std::int64_t> JSONValue::integerValue() const {
   return static_cast<std::int64_t>(*value);
 }
 
+bool JSONValue::operator==(const JSONValue&) const = default;
+
 } // namespace tavrin

@@ -26,4 +26,6 @@ const PropertyList* PropertyList::entry(std::string_view key) const {
   return found == entries->end() ? nullptr : &found->second;
 }
 
+bool PropertyList::operator==(const PropertyList&) const = default;
+
 } // namespace tavrin

@@ -81,7 +81,9 @@ public:
   /// An entry of a dictionary; null when this is none or has no such key.
   const PropertyList* entry(std::string_view key) const;
 
-  bool operator==(const PropertyList&) const = default;
+  /// Defaulted where the class is complete: asked for before, a standard library takes the class for
+  /// one that may be moved byte by byte, which its dictionaries may not.
+  bool operator==(const PropertyList&) const;
 
 private:
   std::variant<bool, std::int64_t, std::uint64_t, double, std::string, Date, Data, UID, Array,

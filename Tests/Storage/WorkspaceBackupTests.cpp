@@ -15,7 +15,8 @@ using Reason = WorkspaceBackup::Reason;
 class WorkspaceBackupTest : public testing::Test {
 protected:
   void write(int generation) {
-    put(folder / "profiles.json", R"({"version":2,"profiles":[]})" + std::string(generation, ' '));
+    put(folder / "profiles.json",
+        R"({"version":2,"profiles":[]})" + std::string(static_cast<std::size_t>(generation), ' '));
     put(folder / "widgets.json", R"({"version":1,"widgets":[]})");
   }
   std::vector<std::string> ids() const {

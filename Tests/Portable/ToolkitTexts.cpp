@@ -1,0 +1,7 @@
+#include <QByteArray>
+
+/// The toolkit is built with the system's standard library; what it gives in types of another one
+/// stands here.
+std::string QByteArray::toStdString() const {
+  return {constData(), static_cast<std::size_t>(size())};
+}
