@@ -1,5 +1,6 @@
 #include "TavrinHost/Dock/FocusSession.h"
 
+#include "TavrinCore/Text/ForeignText.h"
 #include "TavrinHost/Dock/DockLibrary.h"
 #include "TavrinHost/Dock/HotkeyText.h"
 #include "TavrinHost/Widgets/WidgetLibrary.h"
@@ -92,7 +93,6 @@ void FocusSession::switchTo(const UUID& id) {
       return;
     library.switcher().switchTo(id);
     context_.say(fmt::format("\"{}\" is the active profile", printable(profile->name)));
-    context_.console().out.flush();
   } catch (const std::exception& error) {
     context_.remark(fmt::format("tavrin: {}", printable(error.what())));
   }

@@ -2,7 +2,6 @@
 
 #include "TavrinCore/Base/Errors.h"
 #include "TavrinCore/Widgets/DockSlot.h"
-#include "TavrinHost/Widgets/EditService.h"
 #include "TavrinHost/Widgets/SettingText.h"
 #include "TavrinStorage/StoragePath.h"
 
@@ -255,10 +254,19 @@ SlotControl::Outcome SlotControl::open(int slot) {
   return outcome;
 }
 
+std::string editorIdentifier(HostContext& context) {
+  auto& platform = context.platform();
+  std::error_code error;
+  const auto folder = std::filesystem::weakly_canonical(
+      StoragePath(platform.fileManager(), platform.mainBundle()).resolvedDirectory(), error);
+  return fmt::format("dev.quellby.Tavrin.Editor.D{:016x}",
+                     std::hash<std::string>()(folder.string()));
+}
+
 void SlotControl::startEditor() {
   auto& files = context_.platform().fileManager();
   const bool hasScreen = files.environment("DISPLAY") || files.environment("WAYLAND_DISPLAY");
-  const auto identifier = EditService(context_).identifier();
+  const auto identifier = editorIdentifier(context_);
   if (!hasScreen || !applications().knowsIdentifiers() || applications().processOwning(identifier))
     return;
   applications().launch(
@@ -266,7 +274,7 @@ void SlotControl::startEditor() {
 }
 
 void SlotControl::stopEditor() {
-  const auto owner = applications().processOwning(EditService(context_).identifier());
+  const auto owner = applications().processOwning(editorIdentifier(context_));
   if (owner && applications().programOf(*owner) == context_.platform().program())
     applications().terminate(*owner, false);
 }

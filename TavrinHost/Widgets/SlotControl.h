@@ -11,6 +11,9 @@
 
 namespace tavrin {
 
+/// Who answers the edit requests of this data folder's widgets goes by it, so that there is one.
+std::string editorIdentifier(HostContext& context);
+
 /// The slot applications as processes: which run, starting and stopping them.
 class SlotControl {
 public:

@@ -1,8 +1,9 @@
 #include "TavrinHost/Widgets/WidgetLibrary.h"
 
 #include "TavrinCore/Base/Errors.h"
+#include "TavrinCore/Text/ForeignText.h"
 #include "TavrinCore/Widgets/DockSlot.h"
-#include "TavrinHost/Dock/BackupCommands.h"
+#include "TavrinHost/Dock/WorkspaceBackups.h"
 #include "TavrinHost/Widgets/SettingText.h"
 #include "TavrinStorage/StoragePath.h"
 
@@ -189,28 +190,6 @@ const KindInfo& kindNamed(std::string_view reference) {
     throw HostError(ExitCode::ambiguous,
                     fmt::format("\"{}\" may be {}", reference, alternatives(keys)));
   throwNoKind(reference);
-}
-
-Completer completeWidgets(HostContext& context, bool takesSeveral) {
-  return [&context, takesSeveral](const std::vector<std::string>& words, auto) {
-    std::vector<Suggestion> found;
-    if (!words.empty() && !takesSeveral)
-      return found;
-    const WidgetLibrary library(context);
-    for (const auto& widget : library.file().widgets)
-      if (std::ranges::count(words, widget.name) == 0)
-        found.push_back({widget.name, std::string(widget.kind.title())});
-    return found;
-  };
-}
-
-Completer completeKinds() {
-  return [](const auto&, auto) {
-    std::vector<Suggestion> found;
-    for (const auto& kind : allKinds())
-      found.push_back({std::string(kind.key), std::string(kind.title)});
-    return found;
-  };
 }
 
 } // namespace tavrin

@@ -25,8 +25,8 @@ public:
   /// notFound, or ambiguous with the candidates.
   const DockWidget& find(std::string_view reference) const;
 
-  /// Runs changes of the store as one, on the file as it is then, and announces them. `change` gives
-  /// a value, and may run more than once; what it throws undoes all of it.
+  /// Runs changes of the store as one, on the file as it is then, and announces them. `change`
+  /// gives a value, and may run more than once; what it throws undoes all of it.
   template <class Change> auto change(Change change) {
     auto result = store_->together([&] { return change(*store_); });
     announce();
@@ -51,9 +51,5 @@ const KindInfo& kindNamed(std::string_view reference);
 
 /// The text with case differences folded away.
 std::string folded(std::string_view text);
-
-/// Completers for the arguments of commands.
-Completer completeWidgets(HostContext& context, bool takesSeveral = false);
-Completer completeKinds();
 
 } // namespace tavrin

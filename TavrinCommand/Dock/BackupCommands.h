@@ -1,0 +1,10 @@
+#pragma once
+
+#include "TavrinCommand/CommandContext.h"
+
+namespace tavrin {
+
+/// `tavrin backups`: list, show, restore and create.
+void addBackupCommands(CLI::App& app, CommandContext& context);
+
+} // namespace tavrin

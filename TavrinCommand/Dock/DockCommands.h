@@ -1,0 +1,21 @@
+#pragma once
+
+#include "TavrinCommand/CommandContext.h"
+#include "TavrinHost/Dock/DockEditing.h"
+
+namespace tavrin {
+
+/// `tavrin dock`: show, find, add, remove, move, spacer, edit, apply, undo, backups and diff.
+void addDockCommands(CLI::App& app, CommandContext& context);
+
+/// The commands that change a Dock's items: add, remove, move and spacer. Each gives its edit to
+/// `take` when it runs. `decorate` adds further options to each.
+void addDockEditCommands(CLI::App& app, CommandContext& context,
+                         const std::function<void(CLI::App&)>& decorate,
+                         const std::function<void(DockEdit)>& take);
+
+/// The item that a path or an address names. Throws DockError (fileNotFound) for a path that is
+/// not there, unless `mayBeMissing`.
+DockItem itemNamed(CommandContext& context, const std::string& word, bool mayBeMissing);
+
+} // namespace tavrin

@@ -1,0 +1,270 @@
+#include "TavrinCommand/Dock/DockCommands.h"
+
+#include "TavrinCommand/Completers.h"
+#include "TavrinCore/Dock/DockURLString.h"
+#include "TavrinHost/Dock/DockLibrary.h"
+#include "TavrinPlatform/Files/PlistRoot.h"
+
+#include <CLI/App.hpp>
+#include <fmt/format.h>
+
+namespace tavrin {
+namespace {
+
+namespace fs = std::filesystem;
+
+const std::map<std::string, DockSection> sections = {{"apps", DockSection::apps},
+                                                     {"others", DockSection::others}};
+const std::map<std::string, FolderOptions::Arrangement> arrangements = {
+    {"name", FolderOptions::Arrangement::name},
+    {"added", FolderOptions::Arrangement::dateAdded},
+    {"modified", FolderOptions::Arrangement::dateModified},
+    {"created", FolderOptions::Arrangement::dateCreated},
+    {"kind", FolderOptions::Arrangement::kind}};
+const std::map<std::string, FolderOptions::Display> displays = {
+    {"stack", FolderOptions::Display::stack}, {"folder", FolderOptions::Display::folder}};
+const std::map<std::string, FolderOptions::View> views = {{"auto", FolderOptions::View::automatic},
+                                                          {"fan", FolderOptions::View::fan},
+                                                          {"grid", FolderOptions::View::grid},
+                                                          {"list", FolderOptions::View::list}};
+const std::map<std::string, SpacerVariant> spacers = {{"default", SpacerVariant::standard},
+                                                      {"small", SpacerVariant::small},
+                                                      {"flex", SpacerVariant::flex}};
+
+/// An option that takes one of some words.
+template <class E> class Choice {
+public:
+  void addTo(CLI::App& command, CommandContext& context, const std::string& option,
+             const std::string& description, const std::map<std::string, E>& words) {
+    words_ = &words;
+    std::vector<std::string> allowed;
+    std::vector<Suggestion> offered;
+    for (const auto& [word, unused] : words) {
+      allowed.push_back(word);
+      offered.push_back({word});
+    }
+    auto* added =
+        command.add_option(option, text_, description)->check(CLI::IsMember(std::move(allowed)));
+    context.complete(added, [offered](const auto&, auto) { return offered; });
+  }
+  std::optional<E> value() const {
+    return text_.empty() ? std::nullopt : std::optional(words_->at(text_));
+  }
+
+private:
+  std::string text_;
+  const std::map<std::string, E>* words_ = nullptr;
+};
+
+/// `--section`, `--position`, `--before` and `--after`.
+class PlaceOptions {
+public:
+  void addTo(CLI::App& command, CommandContext& context) {
+    section_.addTo(command, context, "--section", "The side of the Dock: apps or others", sections);
+    auto* position = command.add_option("--position", position_, "first, last or a number from 1");
+    auto* before = command.add_option("--before", before_, "Before this item");
+    auto* after = command.add_option("--after", after_, "After this item");
+    before->excludes(position);
+    after->excludes(position)->excludes(before);
+    for (auto* option : {before, after})
+      context.complete(option, completeDockItems(context));
+  }
+  std::optional<DockSection> section() const { return section_.value(); }
+  std::optional<DockPlace> place() const {
+    if (!before_.empty())
+      return DockPlace{DockPlace::Beside{before_, false}};
+    if (!after_.empty())
+      return DockPlace{DockPlace::Beside{after_, true}};
+    return position_.empty() ? std::nullopt : std::optional(DockPlace::parse(position_));
+  }
+
+private:
+  Choice<DockSection> section_;
+  std::string position_;
+  std::string before_;
+  std::string after_;
+};
+
+struct AddOptions {
+  std::vector<std::string> words;
+  std::string label;
+  std::string replacing;
+  bool mayBeMissing = false;
+  Choice<FolderOptions::Arrangement> arrangement;
+  Choice<FolderOptions::Display> display;
+  Choice<FolderOptions::View> view;
+  PlaceOptions place;
+
+  DockItem finished(DockItem item) const {
+    if (auto* app = std::get_if<AppEntry>(&item.payload); app != nullptr && !label.empty())
+      app->displayName = label;
+    if (auto* url = std::get_if<URLEntry>(&item.payload); url != nullptr && !label.empty())
+      url->displayName = label;
+    if (auto* file = std::get_if<FileEntry>(&item.payload)) {
+      if (!label.empty())
+        file->displayName = label;
+      const FolderOptions options{arrangement.value(), display.value(), view.value()};
+      if (!options.isEmpty() && file->isDirectory)
+        *file = withFolderOptions(*file, options);
+    }
+    return item;
+  }
+};
+
+std::optional<std::string> given(const std::string& text) {
+  return text.empty() ? std::nullopt : std::optional(text);
+}
+
+std::optional<std::string> bundleIdentifier(const fs::path& bundle) {
+  try {
+    const auto root = readPlistRoot(bundle / "Contents" / "Info.plist");
+    const auto found =
+        root ? root->find("CFBundleIdentifier") : PropertyList::Dictionary::const_iterator();
+    if (root && found != root->end() && found->second.string() != nullptr)
+      return *found->second.string();
+  } catch (const DockError&) {
+    // An application without a readable description is added without its identifier.
+  }
+  return std::nullopt;
+}
+
+void addAdd(CLI::App& app, CommandContext& context, const std::function<void(CLI::App&)>& decorate,
+            const std::function<void(DockEdit)>& take) {
+  auto* command = app.add_subcommand("add", "Add applications, files, folders and links");
+  auto options = std::make_shared<AddOptions>();
+  command->add_option("ITEM", options->words, "A path or an address")->required();
+  command->add_option("--label", options->label, "The name to show");
+  auto* replacing = command->add_option("--replacing", options->replacing,
+                                        "Take this item's place, if it is there");
+  context.complete(replacing, completeDockItems(context));
+  options->place.addTo(*command, context);
+  options->arrangement.addTo(*command, context, "--sort", "How a folder is sorted", arrangements);
+  options->display.addTo(*command, context, "--display", "How a folder's tile looks", displays);
+  options->view.addTo(*command, context, "--view", "How a folder opens", views);
+  command->add_flag("--allow-missing", options->mayBeMissing,
+                    "Add paths that do not exist on this machine");
+  decorate(*command);
+  CommandContext::examples(
+      *command, {{"tavrin dock add /Applications/Mail.app --before Safari", "at a place"},
+                 {"tavrin dock add ~/Downloads --view fan --sort added", "a folder"},
+                 {"tavrin dock add https://example.org --label Example", "a link"},
+                 {"tavrin dock add /Applications/New.app --replacing Old --file user.plist",
+                  "another Dock"}});
+  command->callback([options, &context, take, command] {
+    if (!options->label.empty() && options->words.size() > 1)
+      throw HostError(ExitCode::usage, "--label names one item, and several were given");
+    const auto* files = command->get_option_no_throw("--file");
+    const bool isElsewhere = files != nullptr && files->count() > 0;
+    DockAddition addition{
+        {}, options->place.section(), options->place.place(), given(options->replacing)};
+    for (const auto& word : options->words)
+      addition.items.push_back(
+          options->finished(itemNamed(context, word, options->mayBeMissing || isElsewhere)));
+    take(adding(std::move(addition), [&context](const DockItem& item) {
+      context.remarkOnce(
+          fmt::format("\"{}\" is in the Dock already; --replacing puts it there anew",
+                      printable(item.displayName())));
+    }));
+  });
+}
+
+struct SelectOptions {
+  DockSelection selection;
+  Choice<DockSection> section;
+};
+
+void addRemove(CLI::App& app, CommandContext& context,
+               const std::function<void(CLI::App&)>& decorate,
+               const std::function<void(DockEdit)>& take) {
+  auto* command = app.add_subcommand("remove", "Remove items");
+  auto options = std::make_shared<SelectOptions>();
+  auto& selection = options->selection;
+  auto* items = command->add_option("ITEM", selection.references,
+                                    "A label, path, bundle identifier or address");
+  context.complete(items, completeDockItems(context));
+  command->add_flag("--spacers", selection.allSpacers, "All spacers");
+  command->add_flag("--all", selection.everything, "Everything");
+  command->add_flag("--every", selection.everyMatch, "All items that go by a name, not just one");
+  options->section.addTo(*command, context, "--section", "Only on this side", sections);
+  decorate(*command);
+  CommandContext::examples(*command,
+                           {{"tavrin dock remove Mail com.example.Notes", "two items"},
+                            {"tavrin dock remove --spacers --dry-run", "see what would go"}});
+  command->callback([options, take] {
+    auto wanted = options->selection;
+    wanted.section = options->section.value();
+    if (wanted.references.empty() && !wanted.allSpacers && !wanted.everything)
+      throw HostError(ExitCode::usage, "name an item, or give --spacers or --all");
+    take(removing(std::move(wanted)));
+  });
+}
+
+void addMove(CLI::App& app, CommandContext& context, const std::function<void(CLI::App&)>& decorate,
+             const std::function<void(DockEdit)>& take) {
+  auto* command = app.add_subcommand("move", "Move items");
+  auto references = std::make_shared<std::vector<std::string>>();
+  auto place = std::make_shared<PlaceOptions>();
+  auto* items =
+      command->add_option("ITEM", *references, "A label, path, bundle identifier or address");
+  items->required();
+  context.complete(items, completeDockItems(context));
+  place->addTo(*command, context);
+  decorate(*command);
+  CommandContext::examples(*command, {{"tavrin dock move Mail --position first", "to the left end"},
+                                      {"tavrin dock move Notes --after Mail", "beside another"}});
+  command->callback([references, place, take] {
+    const auto where = place->place();
+    if (!where && !place->section())
+      throw HostError(ExitCode::usage, "say where to: --position, --before, --after or --section");
+    take(moving({.references = *references, .section = {}}, place->section(),
+                where.value_or(DockPlace{})));
+  });
+}
+
+void addSpacer(CLI::App& app, CommandContext& context,
+               const std::function<void(CLI::App&)>& decorate,
+               const std::function<void(DockEdit)>& take) {
+  auto* command = app.add_subcommand("spacer", "Add a spacer");
+  auto variant = std::make_shared<Choice<SpacerVariant>>();
+  auto place = std::make_shared<PlaceOptions>();
+  variant->addTo(*command, context, "--size", "default, small or flex", spacers);
+  place->addTo(*command, context);
+  decorate(*command);
+  CommandContext::examples(*command,
+                           {{"tavrin dock spacer --size small --after Mail", "a narrow one"}});
+  command->callback([variant, place, take] {
+    take(adding({{DockItem{variant->value().value_or(SpacerVariant::standard)}},
+                 place->section(),
+                 place->place(),
+                 std::nullopt},
+                [](const DockItem&) {}));
+  });
+}
+
+} // namespace
+
+DockItem itemNamed(CommandContext& context, const std::string& word, bool mayBeMissing) {
+  if (word.find("://") != std::string::npos && !word.starts_with("file://"))
+    return {URLEntry{word, std::nullopt, std::nullopt}};
+  const bool endsInSlash = word.size() > 1 && word.ends_with('/');
+  const fs::path path = absolutePath(context, DockURLString::path(word));
+  std::error_code error;
+  const auto status = fs::status(path, error);
+  if (!fs::exists(status) && !mayBeMissing)
+    throw DockError::fileNotFound(path);
+  if (path.extension() == ".app")
+    return {AppEntry{path.string(), bundleIdentifier(path), path.stem().string(), std::nullopt}};
+  const bool isDirectory = fs::exists(status) ? fs::is_directory(status) : endsInSlash;
+  return {FileEntry{path.string(), std::nullopt, isDirectory, std::nullopt, std::nullopt}};
+}
+
+void addDockEditCommands(CLI::App& app, CommandContext& context,
+                         const std::function<void(CLI::App&)>& decorate,
+                         const std::function<void(DockEdit)>& take) {
+  addAdd(app, context, decorate, take);
+  addRemove(app, context, decorate, take);
+  addMove(app, context, decorate, take);
+  addSpacer(app, context, decorate, take);
+}
+
+} // namespace tavrin

@@ -1,0 +1,52 @@
+#include "TavrinCommand/Dock/FocusCommands.h"
+
+#include "TavrinCommand/Dock/DockChanges.h"
+#include "TavrinHost/Dock/DockLibrary.h"
+#include "TavrinHost/Dock/FocusSession.h"
+#include "TavrinHost/Dock/HotkeyText.h"
+#include "TavrinHost/Dock/WorkspaceBackups.h"
+
+#include <CLI/App.hpp>
+
+namespace tavrin {
+namespace {
+
+struct FocusWords {
+  double interval = FocusOptions{}.interval;
+  std::string numbered = "ctrl+alt";
+  bool restarts = true;
+};
+
+void run(CommandContext& context, const FocusWords& words) {
+  FocusOptions options;
+  options.interval = words.interval;
+  options.restarts = words.restarts;
+  options.numbered =
+      words.numbered == "none" ? std::nullopt : std::optional(modifiersFromText(words.numbered));
+  backUpWorkspace(context, WorkspaceBackup::Reason::launch);
+  std::optional<FocusSession> session;
+  context.platform().dockServices().runUntilStopped([&] {
+    session.emplace(context, options);
+    session->start();
+  });
+  session->stop();
+  backUpWorkspace(context, WorkspaceBackup::Reason::quit);
+}
+
+} // namespace
+
+void addFocusCommands(CLI::App& app, CommandContext& context) {
+  auto* command = app.add_subcommand(
+      "focus", "Follow the Focus state and the profiles' shortcuts until stopped");
+  auto words = std::make_shared<FocusWords>();
+  command->add_option("--interval", words->interval, "Seconds between two looks, 0.2 to 3600")
+      ->check(CLI::Range(0.2, 3600.0));
+  command->add_option("--numbered", words->numbered,
+                      "The modifiers of the numbered shortcuts, or none");
+  addNoRestartFlag(*command, words->restarts);
+  CommandContext::examples(*command, {{"tavrin focus --numbered super+ctrl", "other shortcuts"},
+                                      {"tavrin profiles focus Calm on", "what it switches to"}});
+  command->callback([words, &context] { run(context, *words); });
+}
+
+} // namespace tavrin

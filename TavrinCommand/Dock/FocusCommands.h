@@ -1,0 +1,10 @@
+#pragma once
+
+#include "TavrinCommand/CommandContext.h"
+
+namespace tavrin {
+
+/// `tavrin focus`, which runs until it is stopped.
+void addFocusCommands(CLI::App& app, CommandContext& context);
+
+} // namespace tavrin

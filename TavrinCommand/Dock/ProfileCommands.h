@@ -1,0 +1,11 @@
+#pragma once
+
+#include "TavrinCommand/CommandContext.h"
+
+namespace tavrin {
+
+/// `tavrin profiles`: list, create, capture, switch, apply, rename, delete, focus, hotkey, export
+/// and import.
+void addProfileCommands(CLI::App& app, CommandContext& context);
+
+} // namespace tavrin

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "TavrinCommand/CommandContext.h"
+#include "TavrinCore/Widgets/DockWidget.h"
+
+#include <string>
+#include <string_view>
+
+namespace tavrin {
+
+/// Editing a widget's record in the user's editor, now or whenever a slot asks for it.
+class EditService {
+public:
+  explicit EditService(CommandContext& context) : context_(context) {}
+
+  /// Opens the editor until the form is right, unchanged or given up; then saves and announces.
+  /// Throws HostError with the place of the form when it could not be saved: nothing typed is lost.
+  void edit(const UUID& id);
+
+  /// Answers edit requests for widgets of this data folder until the process is ended; those for
+  /// others are left to whoever serves these. Returns at once where a process of this program
+  /// answers for the folder already. Throws HostError where there is no session bus, or where
+  /// another program answers.
+  void serve();
+
+private:
+  /// Whether an editor can be shown, and questions asked, where this program was started.
+  bool hasTerminal();
+  /// Waits until the editor was left. Throws HostError when none could be started, or when it
+  /// ended with its terminal.
+  void runEditor(const std::filesystem::path& form);
+  /// Whether the widget is one of this data folder's.
+  bool serves(const UUID& id);
+  bool save(const DockWidget& base, const DockWidget& edited);
+
+  CommandContext& context_;
+};
+
+/// `tavrin edit [NAME]`.
+void addEditCommands(CLI::App& app, CommandContext& context);
+
+} // namespace tavrin

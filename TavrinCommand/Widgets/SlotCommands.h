@@ -1,0 +1,10 @@
+#pragma once
+
+#include "TavrinCommand/CommandContext.h"
+
+namespace tavrin {
+
+/// `tavrin start`, `stop`, `restart`, `status` and `open`.
+void addSlotCommands(CLI::App& app, CommandContext& context);
+
+} // namespace tavrin

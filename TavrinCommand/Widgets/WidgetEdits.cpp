@@ -1,0 +1,369 @@
+#include "TavrinCommand/Widgets/WidgetCommands.h"
+#include "TavrinCore/Widgets/DockSlot.h"
+#include "TavrinHost/Widgets/SettingEditing.h"
+#include "TavrinHost/Widgets/SettingText.h"
+#include "TavrinHost/Widgets/SlotControl.h"
+#include "TavrinHost/Widgets/WidgetLibrary.h"
+
+#include "TavrinCommand/Completers.h"
+#include <CLI/App.hpp>
+#include <algorithm>
+#include <charconv>
+#include <fmt/format.h>
+
+namespace tavrin {
+namespace {
+
+using Words = std::vector<std::string>;
+
+std::vector<Assignment> assignments(const Words& words) {
+  std::vector<Assignment> parsed;
+  for (const auto& word : words)
+    parsed.push_back(Assignment::parse(word));
+  return parsed;
+}
+
+[[noreturn]] void throwNoFreeSlot() {
+  throw HostError(ExitCode::noFreeSlot,
+                  "all twelve slots are taken; release one with `tavrin widgets release NAME`");
+}
+
+/// "Timer", or "Timer 2" when that is taken.
+std::string freeName(const WidgetsFile& file, std::string_view title) {
+  const auto isTaken = [&](const std::string& name) {
+    return std::ranges::any_of(file.widgets,
+                               [&](const DockWidget& widget) { return widget.name == name; });
+  };
+  std::string name(title);
+  for (int number = 2; isTaken(name); ++number)
+    name = fmt::format("{} {}", title, number);
+  return name;
+}
+
+int checkedSlot(std::string_view text) {
+  int slot = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), slot);
+  if (error != std::errc() || end != text.data() + text.size() || slot < 1 ||
+      slot > DockSlot::count)
+    throw HostError(ExitCode::refusedValue, fmt::format("a slot is a number from 1 to {}, not "
+                                                        "\"{}\"",
+                                                        DockSlot::count, text));
+  return slot;
+}
+
+/// Throws HostError when another widget, or an entry of a newer version, has the slot.
+void requireFree(const WidgetsFile& file, int slot, const UUID& forWidget) {
+  for (const auto& widget : file.widgets)
+    if (widget.slot == slot && widget.id != forWidget)
+      throw HostError(ExitCode::refusedValue,
+                      fmt::format("slot {} is taken by \"{}\"", slot, widget.name));
+  for (const auto& entry : file.unrecognized)
+    if (const auto* taken = entry.raw.member("slot");
+        taken != nullptr && taken->integerValue() == slot)
+      throw HostError(
+          ExitCode::refusedValue,
+          fmt::format("slot {} is taken by a widget that this version does not know", slot));
+}
+
+/// A place in the Dock shows nothing until the slot's program runs.
+void remarkUnlessShown(CommandContext& context, const DockWidget& widget) {
+  if (widget.slot && !SlotControl(context).process(*widget.slot))
+    context.remarkOnce("It is not on the screen yet: `tavrin start` shows it.");
+}
+
+void sayPlace(CommandContext& context, const DockWidget& widget) {
+  context.say(widget.slot
+                  ? fmt::format("\"{}\" is in slot {}.", printable(widget.name), *widget.slot)
+                  : fmt::format("\"{}\" is not placed.", printable(widget.name)));
+  remarkUnlessShown(context, widget);
+}
+
+/// Several widgets, so that a wrong name stops the command before it begins.
+std::vector<DockWidget> findAll(const WidgetLibrary& library, const Words& references) {
+  std::vector<DockWidget> found;
+  for (const auto& reference : references)
+    found.push_back(library.find(reference));
+  return found;
+}
+
+struct AddRequest {
+  std::string kind;
+  std::string name;
+  std::string span;
+  Words settings;
+  bool places = false;
+};
+
+void add(CommandContext& context, const AddRequest& request) {
+  WidgetLibrary library(context);
+  const auto& info = kindNamed(request.kind);
+  const auto now = context.platform().clock().now();
+  DockWidget draft(UUID(), "", std::nullopt, *freshKind(info.key, now), 1);
+  if (!request.span.empty())
+    draft.span = checkedSpan(draft.kind, request.span);
+  draft = withAssignments(draft, assignments(request.settings), now,
+                          context.platform().fileManager().homeFolder());
+  const auto widget = library.change([&](WidgetStore& store) {
+    if (request.places && !store.file().freeSlot())
+      throwNoFreeSlot();
+    auto name = !request.name.empty() ? checkedName(request.name) : draft.name;
+    if (name.empty())
+      name = freeName(store.file(), info.title);
+    auto made = store.create(name, draft.kind);
+    if (made.span != draft.span) {
+      made.span = draft.span;
+      store.update(made);
+    }
+    return request.places ? store.claimSlot(made.id).value_or(made) : made;
+  });
+  if (context.printsJSON())
+    context.print(encode(widget));
+  else
+    context.say(fmt::format("Made {} \"{}\"{}.", info.title, printable(widget.name),
+                            widget.slot ? fmt::format(" in slot {}", *widget.slot) : ""));
+  remarkUnlessShown(context, widget);
+}
+
+/// Finds the widget in the file as it is now and saves what `edit` makes of it.
+template <class Edit>
+DockWidget editOne(CommandContext& context, const std::string& reference, Edit edit) {
+  WidgetLibrary library(context);
+  const auto id = library.find(reference).id;
+  return library.change([&](WidgetStore& store) {
+    const auto current = store.widget(id);
+    if (!current)
+      throw HostError(ExitCode::notFound, fmt::format("\"{}\" is gone", reference));
+    DockWidget edited = edit(*current, store.file());
+    store.update(edited);
+    return edited;
+  });
+}
+
+void set(CommandContext& context, const std::string& reference, const Words& words) {
+  const auto changes = assignments(words);
+  const auto now = context.platform().clock().now();
+  const auto home = context.platform().fileManager().homeFolder();
+  JSONValue before;
+  const auto widget = editOne(context, reference, [&](const DockWidget& current, const auto&) {
+    before = settingsJSON(current.kind);
+    return withAssignments(current, changes, now, home);
+  });
+  const auto fields = describeSettings(widget.kind);
+  const auto sayOwn = [&](const char* key, const std::string& value) {
+    if (std::ranges::count(changes, key, &Assignment::key) > 0 &&
+        std::ranges::count(fields, key, &FieldInfo::key) == 0)
+      context.say(fmt::format("{} = {}", key, printable(value)));
+  };
+  sayOwn("name", widget.name);
+  sayOwn("span", std::to_string(widget.span));
+  const auto settings = settingsJSON(widget.kind);
+  const auto valueIn = [](const JSONValue& record, const std::string& key) {
+    const auto* value = record.member(key);
+    return value == nullptr ? JSONValue() : *value;
+  };
+  for (const auto& field : fields) {
+    const bool wasNamed = std::ranges::any_of(changes, [&](const Assignment& change) {
+      return change.key.substr(0, change.key.find('.')) == field.key;
+    });
+    // One setting may bring another along.
+    const auto value = valueIn(settings, field.key);
+    if (wasNamed || value != valueIn(before, field.key))
+      context.say(fmt::format("{} = {}", field.key, printable(settingText(field, value))));
+  }
+}
+
+void place(CommandContext& context, const Words& references, const std::string& slotText) {
+  if (!slotText.empty() && references.size() > 1)
+    throw HostError(ExitCode::usage, "--slot is for one widget at a time");
+  if (!slotText.empty()) {
+    const int slot = checkedSlot(slotText);
+    sayPlace(context,
+             editOne(context, references.front(), [&](DockWidget widget, const auto& file) {
+               requireFree(file, slot, widget.id);
+               widget.slot = slot;
+               return widget;
+             }));
+    return;
+  }
+  WidgetLibrary library(context);
+  for (const auto& widget : findAll(library, references))
+    sayPlace(context, library.change([&](WidgetStore& store) {
+      const auto current = store.widget(widget.id);
+      if (!current)
+        throw HostError(ExitCode::notFound, fmt::format("\"{}\" is gone", widget.name));
+      if (!slotFault(store.file(), *current).empty())
+        store.releaseSlot(widget.id);
+      auto claimed = store.claimSlot(widget.id);
+      if (!claimed)
+        throwNoFreeSlot();
+      return *claimed;
+    }));
+}
+
+void release(CommandContext& context, const Words& references) {
+  WidgetLibrary library(context);
+  for (const auto& widget : findAll(library, references)) {
+    library.change([&](WidgetStore& store) {
+      store.releaseSlot(widget.id);
+      return true;
+    });
+    context.say(fmt::format("\"{}\" is no longer placed.", printable(widget.name)));
+  }
+}
+
+void remove(CommandContext& context, const Words& references, bool isSure) {
+  WidgetLibrary library(context);
+  const auto widgets = findAll(library, references);
+  for (const auto& widget : widgets) {
+    if (!isSure && context.console().isInteractive &&
+        !context.console().confirm(
+            fmt::format("Remove \"{}\" with its settings?", printable(widget.name)), false))
+      continue;
+    library.change([&](WidgetStore& store) {
+      store.remove(widget.id);
+      return true;
+    });
+    context.say(fmt::format("Removed {} \"{}\".", widget.kind.title(), printable(widget.name)));
+  }
+}
+
+/// Offers the keys of a kind as "key=", and after the "=" the values where they can be listed.
+std::vector<Suggestion> settingSuggestions(const DockWidget::Kind& kind, std::string_view current) {
+  std::vector<Suggestion> found;
+  const auto equals = current.find('=');
+  for (const auto& field : describeSettings(kind)) {
+    if (equals == std::string_view::npos) {
+      found.push_back({field.key + "=", field.title + ": " + allowedText(field)});
+    } else if (current.substr(0, equals) == field.key) {
+      auto values = field.choices;
+      if (field.type == FieldType::boolean)
+        values = {"yes", "no"};
+      for (const auto& value : values)
+        found.push_back({field.key + "=" + value});
+    }
+  }
+  if (equals == std::string_view::npos)
+    found.push_back({"span=", fmt::format("Tiles wide: 1 to {}", kind.maxSpan())});
+  return found;
+}
+
+Completer completeSettings(CommandContext& context, bool ofNewWidget) {
+  return [&context, ofNewWidget](const Words& words, std::string_view current) {
+    if (words.empty())
+      return std::vector<Suggestion>{};
+    if (ofNewWidget)
+      return settingSuggestions(
+          *freshKind(kindNamed(words.front()).key, context.platform().clock().now()), current);
+    return settingSuggestions(WidgetLibrary(context).find(words.front()).kind, current);
+  };
+}
+
+void addAdding(CLI::App& group, CommandContext& context) {
+  auto* command = group.add_subcommand("add", "Make a widget");
+  auto request = std::make_shared<AddRequest>();
+  context.complete(command->add_option("KIND", request->kind, "What it is")->required(),
+                   completeKinds());
+  command->add_option("NAME", request->name, "What it is called; otherwise after its kind");
+  context.complete(command->add_option("--set", request->settings, "Settings, as key=value"),
+                   completeSettings(context, true));
+  command->add_option("--span", request->span, "How many tiles wide it is");
+  command->add_flag("--place", request->places, "Give it the first free slot");
+  context.addJSONFlag(*command);
+  command->callback([&context, request] { add(context, *request); });
+  CommandContext::examples(
+      *command, {{"tavrin widgets add clock", "a clock, not placed yet"},
+                 {"tavrin widgets add timer Tea --set presets=3m,5m --place", "in a slot at once"},
+                 {"tavrin widgets add countdown Holidays --set target=2026-12-24 --place",
+                  "days to a date"}});
+}
+
+void addSetting(CLI::App& group, CommandContext& context) {
+  auto* command = group.add_subcommand("set", "Change settings of a widget");
+  auto reference = std::make_shared<std::string>();
+  auto words = std::make_shared<Words>();
+  context.complete(command->add_option("NAME", *reference, "The widget")->required(),
+                   completeWidgets(context));
+  context.complete(command->add_option("SETTING", *words, "key=value, any number")->required(),
+                   completeSettings(context, false));
+  command->callback([&context, reference, words] { set(context, *reference, *words); });
+  CommandContext::examples(
+      *command,
+      {{"tavrin widgets set Focus focus=50m shortBreak=10m", "lengths of time"},
+       {"tavrin widgets set Tea presets=3m,5m,10m", "a list"},
+       {"tavrin widgets set Holidays target=+14d countsUpAfter=yes", "a date from now, a switch"},
+       {"tavrin widgets set Clock timeZoneID=Asia/Tokyo span=2", "a text, the width in tiles"},
+       {"tavrin widgets set Clock timeZoneID=null", "back to no value"}});
+}
+
+void addNaming(CLI::App& group, CommandContext& context) {
+  auto reference = std::make_shared<std::string>();
+  auto value = std::make_shared<std::string>();
+  auto* renaming = group.add_subcommand("rename", "Call a widget something else");
+  context.complete(renaming->add_option("NAME", *reference, "The widget")->required(),
+                   completeWidgets(context));
+  renaming->add_option("NEW", *value, "Its new name")->required();
+  renaming->callback([&context, reference, value] {
+    const auto name = checkedName(*value);
+    editOne(context, *reference, [&](DockWidget widget, const auto&) {
+      widget.name = name;
+      return widget;
+    });
+    context.say(fmt::format("It is called \"{}\" now.", printable(name)));
+  });
+  CommandContext::examples(*renaming,
+                           {{"tavrin widgets rename Timer \"Green tea\"", "a new name"}});
+
+  auto* spanning = group.add_subcommand("span", "Set how many tiles wide a widget is");
+  context.complete(spanning->add_option("NAME", *reference, "The widget")->required(),
+                   completeWidgets(context));
+  spanning->add_option("TILES", *value, "1, or up to what its kind allows")->required();
+  spanning->callback([&context, reference, value] {
+    const auto widget = editOne(context, *reference, [&](DockWidget current, const auto&) {
+      current.span = checkedSpan(current.kind, *value);
+      return current;
+    });
+    context.say(fmt::format("\"{}\" is {} {} wide.", printable(widget.name), widget.span,
+                            widget.span == 1 ? "tile" : "tiles"));
+  });
+  CommandContext::examples(*spanning, {{"tavrin widgets span Focus 2", "two tiles wide"}});
+}
+
+void addPlacing(CLI::App& group, CommandContext& context) {
+  auto references = std::make_shared<Words>();
+  auto slot = std::make_shared<std::string>();
+  auto isSure = std::make_shared<bool>(false);
+  const auto takeNames = [&](CLI::App* command) {
+    context.complete(command->add_option("NAME", *references, "The widgets")->required(),
+                     completeWidgets(context, true));
+  };
+
+  auto* placing = group.add_subcommand("place", "Give widgets a slot in the Dock");
+  takeNames(placing);
+  placing->add_option("--slot", *slot, "This slot, 1 to 12; otherwise the first free one");
+  placing->callback([&context, references, slot] { place(context, *references, *slot); });
+  CommandContext::examples(*placing, {{"tavrin widgets place Tea Focus", "two more in the Dock"},
+                                      {"tavrin widgets place Tea --slot 5", "in a certain slot"}});
+
+  auto* releasing = group.add_subcommand("release", "Take widgets out of the Dock");
+  takeNames(releasing);
+  releasing->callback([&context, references] { release(context, *references); });
+  CommandContext::examples(*releasing, {{"tavrin widgets release Tea", "it keeps its settings"}});
+
+  auto* removing = group.add_subcommand("remove", "Delete widgets for good");
+  takeNames(removing);
+  removing->add_flag("-y,--yes", *isSure, "Do not ask");
+  removing->callback([&context, references, isSure] { remove(context, *references, *isSure); });
+  CommandContext::examples(*removing, {{"tavrin widgets remove Tea", "asks on a terminal"},
+                                       {"tavrin widgets remove --yes Tea", "does not ask"}});
+}
+
+} // namespace
+
+void addWidgetEdits(CLI::App& group, CommandContext& context) {
+  addAdding(group, context);
+  addSetting(group, context);
+  addNaming(group, context);
+  addPlacing(group, context);
+}
+
+} // namespace tavrin

@@ -1,0 +1,9 @@
+#include "TavrinCommand/Program.h"
+#include "TavrinPlatform/CommandPlatform.h"
+
+int main(int count, char** words) {
+  const auto platform = tavrin::makeCommandPlatform();
+  auto console = tavrin::standardConsole();
+  tavrin::CommandContext context(*platform, console);
+  return tavrin::runCommandLine(context, {words + 1, words + count});
+}

@@ -1,9 +1,0 @@
-#include "TavrinHost/Program.h"
-#include "TavrinPlatform/CommandPlatform.h"
-
-int main(int count, char** words) {
-  const auto platform = tavrin::makeCommandPlatform();
-  auto console = tavrin::standardConsole();
-  tavrin::HostContext context(*platform, console);
-  return tavrin::runCommandLine(context, {words + 1, words + count});
-}
