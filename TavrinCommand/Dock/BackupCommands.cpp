@@ -1,9 +1,9 @@
 #include "TavrinCommand/Dock/BackupCommands.h"
 
+#include "TavrinCore/Base/ISO8601.h"
 #include "TavrinCore/Widgets/DockSlot.h"
 #include "TavrinHost/Dock/WorkspaceBackups.h"
 #include "TavrinHost/NamedReference.h"
-#include "TavrinStorage/Timestamp.h"
 
 #include <CLI/App.hpp>
 #include <fmt/format.h>

@@ -1,5 +1,6 @@
 #include "TavrinCore/Base/ISO8601.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <fmt/format.h>
@@ -80,6 +81,24 @@ std::optional<std::chrono::sys_days> day(Reader& reader) {
   return date.ok() ? std::optional(sys_days(date)) : std::nullopt;
 }
 
+struct UTCMoment {
+  std::chrono::year_month_day day;
+  std::chrono::hh_mm_ss<std::chrono::milliseconds> time;
+};
+
+UTCMoment utcMoment(Date date) {
+  using namespace std::chrono;
+  // The years 0 to 9999; whatever is beyond has no four digits.
+  constexpr double first = -62'167'219'200e3;
+  constexpr double last = 253'402'300'799'999.0;
+  const double total = date.unixSeconds() * 1000;
+  // A millisecond that was read is not to become the one before it.
+  const double bounded = std::isnan(total) ? 0 : std::clamp(std::floor(total + 1e-3), first, last);
+  const sys_time<milliseconds> moment(milliseconds(static_cast<std::int64_t>(bounded)));
+  const auto midnight = floor<days>(moment);
+  return {midnight, hh_mm_ss(moment - midnight)};
+}
+
 } // namespace
 
 std::optional<Date> dateFromISO8601(std::string_view text) {
@@ -112,16 +131,16 @@ std::optional<Date> dateFromISO8601(std::string_view text) {
 }
 
 std::string iso8601(Date date) {
-  using namespace std::chrono;
-  const sys_time<milliseconds> time(
-      milliseconds(static_cast<std::int64_t>(std::llround(date.unixSeconds() * 1000))));
-  const auto midnight = floor<days>(time);
-  const year_month_day ymd(midnight);
-  const hh_mm_ss clock(time - midnight);
-  return fmt::format("{:04}-{:02}-{:02}T{:02}:{:02}:{:02}.{:03}Z", static_cast<int>(ymd.year()),
+  const auto [ymd, time] = utcMoment(date);
+  return fmt::format("{:04}-{:02}-{:02}T{:02}:{:02}:{:02}Z", static_cast<int>(ymd.year()),
                      static_cast<unsigned>(ymd.month()), static_cast<unsigned>(ymd.day()),
-                     clock.hours().count(), clock.minutes().count(), clock.seconds().count(),
-                     clock.subseconds().count());
+                     time.hours().count(), time.minutes().count(), time.seconds().count());
+}
+
+std::string iso8601WithMilliseconds(Date date) {
+  auto text = iso8601(date);
+  text.pop_back();
+  return fmt::format("{}.{:03}Z", text, utcMoment(date).time.subseconds().count());
 }
 
 } // namespace tavrin

@@ -13,7 +13,11 @@ namespace tavrin {
 /// second. No value for anything else.
 std::optional<Date> dateFromISO8601(std::string_view text);
 
-/// In UTC with milliseconds: 2025-03-30T01:59:59.250Z.
+/// In UTC with whole seconds: 2025-03-30T01:59:59Z. What is below a second is dropped; a date
+/// beyond the years 0 to 9999 is written as the nearest one in them.
 std::string iso8601(Date date);
+
+/// The same with milliseconds: 2025-03-30T01:59:59.250Z.
+std::string iso8601WithMilliseconds(Date date);
 
 } // namespace tavrin

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TavrinCore/Base/Coding.h"
+#include "TavrinCore/Base/ISO8601.h"
 
 namespace tavrin {
 
@@ -9,16 +10,17 @@ namespace tavrin {
 struct ISO8601Date {
   Date date;
 
-  std::string text() const;
-  /// No value for anything else, and for years beyond 9999.
-  static std::optional<ISO8601Date> parse(std::string_view text);
-
   bool operator==(const ISO8601Date&) const = default;
 };
 
 template <> struct Coder<ISO8601Date> {
-  static ISO8601Date decode(const JSONValue& json);
-  static JSONValue encode(const ISO8601Date& value) { return value.text(); }
+  static ISO8601Date decode(const JSONValue& json) {
+    const auto date = dateFromISO8601(Coder<std::string>::decode(json));
+    if (!date)
+      detail::throwWrongType("a date such as \"2026-03-09T12:30:00Z\"");
+    return {*date};
+  }
+  static JSONValue encode(const ISO8601Date& value) { return iso8601(value.date); }
 };
 
 } // namespace tavrin

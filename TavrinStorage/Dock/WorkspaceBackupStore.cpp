@@ -1,5 +1,6 @@
 #include "TavrinStorage/Dock/WorkspaceBackupStore.h"
 
+#include "TavrinCore/Base/ISO8601.h"
 #include "TavrinPlatform/Files/AtomicFile.h"
 #include "TavrinPlatform/Files/DocumentLock.h"
 #include "TavrinStorage/Timestamp.h"

@@ -1,3 +1,4 @@
+#include "TavrinCore/Base/ISO8601.h"
 #include "TavrinStorage/Dock/WorkspaceBackupStore.h"
 #include "TavrinStorage/Timestamp.h"
 

@@ -54,7 +54,7 @@ public:
       body.emplace("id", message);
     JSONValue::Object line{{"type", "assistant"},
                            {"uuid", newID("u")},
-                           {"timestamp", iso8601(date)},
+                           {"timestamp", iso8601WithMilliseconds(date)},
                            {"message", JSONValue(std::move(body))}};
     if (!request.empty())
       line.emplace("requestId", request);
@@ -72,7 +72,7 @@ public:
                            {"content", JSONValue::Array{JSONValue(std::move(part))}}};
     return JSONValue(JSONValue::Object{{"type", "user"},
                                        {"uuid", newID("u")},
-                                       {"timestamp", iso8601(date)},
+                                       {"timestamp", iso8601WithMilliseconds(date)},
                                        {"message", JSONValue(std::move(body))}})
                .compact() +
            "\n";

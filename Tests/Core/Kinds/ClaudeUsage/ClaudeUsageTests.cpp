@@ -106,23 +106,6 @@ TEST(ClaudeUsageTest, AMessageCountsOnceWhateverTheOrder) {
   EXPECT_FALSE(ClaudeUsageID::of("", "", "").isKnown());
 }
 
-TEST(ISO8601Test, Texts) {
-  const double base = 1'743'296'399;
-  const std::pair<const char*, std::optional<double>> cases[] = {
-      {"2025-03-30T00:59:59Z", base},          {"2025-03-30T00:59:59.250Z", base + 0.25},
-      {"2025-03-30T01:59:59+01:00", base},     {"2025-03-29T19:29:59-0530", base},
-      {"2025-03-30T00:59:60Z", base + 1},      {"2024-02-29T00:00:00Z", 1'709'164'800},
-      {"2025-02-29T00:00:00Z", std::nullopt},  {"2025-03-30T00:59:59", std::nullopt},
-      {"2025-03-30T00:59:59.Z", std::nullopt}, {"2025-03-30T24:00:00Z", std::nullopt},
-      {"2025-03-30T00:59:59Zx", std::nullopt}, {"", std::nullopt}};
-  for (const auto& [text, seconds] : cases) {
-    const auto date = dateFromISO8601(text);
-    ASSERT_EQ(date.has_value(), seconds.has_value()) << text;
-    EXPECT_NEAR(date.value_or(Date()).unixSeconds(), seconds.value_or(Date().unixSeconds()), 1e-6);
-  }
-  EXPECT_EQ(iso8601(Date::fromUnixSeconds(base + 0.25)), "2025-03-30T00:59:59.250Z");
-}
-
 TEST(ByteSearchTest, AgreesWithPlainSearch) {
   std::mt19937 random(11);
   std::uniform_int_distribution<int> letter(0, 3);
