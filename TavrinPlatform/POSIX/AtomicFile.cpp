@@ -1,8 +1,8 @@
 #include "TavrinPlatform/Files/AtomicFile.h"
 
 #include "TavrinCore/Base/UUID.h"
+#include "TavrinPlatform/Files/Descriptor.h"
 #include "TavrinPlatform/Files/FileTimes.h"
-#include "TavrinPlatform/POSIX/Descriptor.h"
 #include "TavrinPlatform/POSIX/Flush.h"
 #include "TavrinPlatform/POSIX/SymbolicLinks.h"
 

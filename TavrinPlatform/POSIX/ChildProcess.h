@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TavrinPlatform/POSIX/Descriptor.h"
+#include "TavrinPlatform/Files/Descriptor.h"
 
 #include <string_view>
 #include <sys/types.h>

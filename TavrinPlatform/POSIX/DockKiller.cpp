@@ -2,7 +2,7 @@
 
 #include "TavrinCore/Base/Errors.h"
 #include "TavrinCore/Text/Text.h"
-#include "TavrinPlatform/POSIX/Descriptor.h"
+#include "TavrinPlatform/Files/Descriptor.h"
 #include "TavrinPlatform/POSIX/Spawn.h"
 
 #include <algorithm>

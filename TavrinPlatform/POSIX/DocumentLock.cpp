@@ -1,7 +1,7 @@
 #include "TavrinPlatform/Files/DocumentLock.h"
 
 #include "TavrinCore/Base/Errors.h"
-#include "TavrinPlatform/POSIX/Descriptor.h"
+#include "TavrinPlatform/Files/Descriptor.h"
 #include "TavrinPlatform/POSIX/SymbolicLinks.h"
 
 #include <algorithm>

@@ -1,6 +1,7 @@
 #include "TavrinStorage/ClaudeUsage/ClaudeUsageSource.h"
 
 #include "TavrinCore/Kinds/ClaudeUsage/ClaudeUsage.h"
+#include "TavrinPlatform/Files/Descriptor.h"
 #include "TavrinStorage/ClaudeUsage/UsageLogFile.h"
 
 #include <algorithm>
@@ -19,22 +20,10 @@ constexpr std::size_t tailLength = 64;
 constexpr std::int64_t worthThreads = 8 << 20;
 constexpr unsigned mostThreads = 4;
 
-class Descriptor {
-public:
+Descriptor opened(const std::string& path) {
   // Without O_NONBLOCK a pipe that came in the file's place would wait for a writer.
-  explicit Descriptor(const std::string& path)
-      : number_(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK)) {}
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-  ~Descriptor() {
-    if (number_ >= 0)
-      ::close(number_);
-  }
-  int get() const { return number_; }
-
-private:
-  int number_;
-};
+  return Descriptor(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+}
 
 /// The bytes just before `offset`.
 std::string tailBefore(int descriptor, std::int64_t offset) {
@@ -126,11 +115,11 @@ void ClaudeUsageSource::readAll(Jobs jobs, Date since) {
 
 void ClaudeUsageSource::read(const std::string& path, Cursor& cursor, UsageLogFile& file,
                              Date since) {
-  const Descriptor descriptor(path);
-  const UsageLogState state = usageLogState(descriptor.get());
+  const Descriptor descriptor = opened(path);
+  const UsageLogState state = usageLogState(descriptor.number());
   const bool grew = cursor.offset >= 0 && state.isSameFile(cursor.state) &&
                     state.size >= cursor.offset &&
-                    tailBefore(descriptor.get(), cursor.offset) == cursor.tail;
+                    tailBefore(descriptor.number(), cursor.offset) == cursor.tail;
   const std::size_t before = grew ? cursor.entries.size() : 0;
   if (grew && state.size == cursor.offset) {
     cursor.state = state;
@@ -138,17 +127,18 @@ void ClaudeUsageSource::read(const std::string& path, Cursor& cursor, UsageLogFi
     return;
   }
   if (grew) {
-    cursor.offset = file.readForwards(descriptor.get(), cursor.offset, state.size, cursor.entries);
+    cursor.offset =
+        file.readForwards(descriptor.number(), cursor.offset, state.size, cursor.entries);
   } else {
     cursor.wasReplaced = cursor.counted > 0;
     cursor.entries.clear();
     cursor.counted = 0;
-    cursor.offset = file.readBackwards(descriptor.get(), state.size, since, cursor.entries);
+    cursor.offset = file.readBackwards(descriptor.number(), state.size, since, cursor.entries);
     cursor.entries.shrink_to_fit();
   }
   for (std::size_t i = before; i < cursor.entries.size(); ++i)
     cursor.entries[i].project = cursor.project;
-  cursor.tail = tailBefore(descriptor.get(), cursor.offset);
+  cursor.tail = tailBefore(descriptor.number(), cursor.offset);
   cursor.state = state;
   cursor.isSettled = isSettled(state.modified);
 }

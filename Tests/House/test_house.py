@@ -37,7 +37,7 @@ class TheRules(unittest.TestCase):
             ("TavrinPlatform/Linux/Dock/a.cpp", "TavrinStorage/b.h"),
             ("TavrinSlot/a.cpp", "TavrinHost/b.h"),
             ("TavrinSlot/main.cpp", "TavrinPlatform/Linux/LinuxPlatform.h"),
-            ("TavrinStorage/a.cpp", "TavrinPlatform/POSIX/Descriptor.h"),
+            ("TavrinStorage/a.cpp", "TavrinPlatform/POSIX/Spawn.h"),
             ("TavrinPlatform/Web/a.cpp", "TavrinPlatform/Qt/QtRunLoop.h"),
             ("TavrinPlatform/POSIX/a.cpp", "TavrinPlatform/Qt/QtRunLoop.h"),
             ("TavrinPlatform/Qt/a.cpp", "TavrinPlatform/Linux/Base/Bus.h"),
@@ -51,7 +51,7 @@ class TheRules(unittest.TestCase):
         for source, target in [
             ("TavrinSlot/Controllers/a.cpp", "TavrinPlatform/Files/AtomicFile.h"),
             ("TavrinHost/main.cpp", "TavrinPlatform/CommandPlatform.h"),
-            ("TavrinPlatform/Linux/Files/a.cpp", "TavrinPlatform/POSIX/Descriptor.h"),
+            ("TavrinPlatform/Linux/Files/a.cpp", "TavrinPlatform/POSIX/Spawn.h"),
             ("TavrinPlatform/Linux/Files/a.cpp", "TavrinPlatform/Linux/Base/Bus.h"),
             ("TavrinWidgetsUI/Emoji/a.cpp", "TavrinWidgetsUI/Kit/Tiles/b.h"),
             ("Tests/Linux/a.cpp", "TavrinPlatform/Linux/Base/Bus.h"),

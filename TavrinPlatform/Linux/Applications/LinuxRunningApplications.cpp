@@ -1,8 +1,8 @@
 #include "TavrinPlatform/Linux/Applications/LinuxRunningApplications.h"
 
 #include "TavrinCore/Base/Errors.h"
+#include "TavrinPlatform/Files/Descriptor.h"
 #include "TavrinPlatform/Linux/Files/LinuxFileManager.h"
-#include "TavrinPlatform/POSIX/Descriptor.h"
 #include "TavrinPlatform/POSIX/Spawn.h"
 
 #include <algorithm>

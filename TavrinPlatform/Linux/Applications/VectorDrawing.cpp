@@ -1,6 +1,6 @@
 #include "TavrinPlatform/Linux/Applications/VectorDrawing.h"
 
-#include "TavrinPlatform/POSIX/Descriptor.h"
+#include "TavrinPlatform/Files/Descriptor.h"
 #include "TavrinPlatform/POSIX/Spawn.h"
 
 #include <cerrno>

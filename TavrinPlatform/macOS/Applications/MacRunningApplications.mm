@@ -1,7 +1,7 @@
 #include "TavrinPlatform/macOS/Applications/MacRunningApplications.h"
 
 #include "TavrinCore/Base/Errors.h"
-#include "TavrinPlatform/POSIX/Descriptor.h"
+#include "TavrinPlatform/Files/Descriptor.h"
 #include "TavrinPlatform/macOS/Applications/Processes.h"
 #include "TavrinPlatform/macOS/Base/MacText.h"
 #include "TavrinPlatform/macOS/Slot/MacFileManager.h"

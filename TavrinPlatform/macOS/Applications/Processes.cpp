@@ -1,7 +1,7 @@
 #include "TavrinPlatform/macOS/Applications/Processes.h"
 
 #include "TavrinCore/Base/Errors.h"
-#include "TavrinPlatform/POSIX/Descriptor.h"
+#include "TavrinPlatform/Files/Descriptor.h"
 #include "TavrinPlatform/POSIX/Spawn.h"
 
 #include <algorithm>

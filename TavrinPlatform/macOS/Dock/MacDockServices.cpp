@@ -1,6 +1,6 @@
 #include "TavrinPlatform/macOS/Dock/MacDockServices.h"
 
-#include "TavrinPlatform/POSIX/Descriptor.h"
+#include "TavrinPlatform/Files/Descriptor.h"
 #include "TavrinPlatform/macOS/Dock/MacFocusStatus.h"
 #include "TavrinPlatform/macOS/Input/MacGlobalShortcuts.h"
 
