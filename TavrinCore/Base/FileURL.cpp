@@ -1,5 +1,6 @@
 #include "TavrinCore/Base/FileURL.h"
 
+#include "TavrinCore/Text/Numbers.h"
 #include "TavrinCore/Text/Text.h"
 
 #include <cctype>
@@ -14,13 +15,6 @@ bool isPlain(char c) {
   constexpr std::string_view marks = "-._~!$&'()*+,=:@/";
   return (static_cast<unsigned char>(c) < 0x80 && std::isalnum(static_cast<unsigned char>(c))) ||
          marks.find(c) != std::string_view::npos;
-}
-
-std::optional<int> hexDigit(char c) {
-  if (c >= '0' && c <= '9')
-    return c - '0';
-  const char lower = static_cast<char>(c | 0x20);
-  return lower >= 'a' && lower <= 'f' ? std::optional(lower - 'a' + 10) : std::nullopt;
 }
 
 } // namespace

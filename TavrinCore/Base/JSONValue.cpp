@@ -2,6 +2,7 @@
 
 #include "TavrinCore/Text/JSONText.h"
 #include "TavrinCore/Text/Numbers.h"
+#include "TavrinCore/Text/Text.h"
 
 #include <charconv>
 #include <cmath>
@@ -11,6 +12,9 @@ namespace tavrin {
 namespace {
 
 namespace ondemand = simdjson::ondemand;
+
+/// RFC 8259, section 2.
+constexpr std::string_view jsonSpace = " \t\n\r";
 
 bool isLower(char c) {
   return c >= 'a' && c <= 'z';
@@ -69,16 +73,8 @@ bool isNumber(std::string_view text) {
   return i == text.size();
 }
 
-std::string_view trimmed(std::string_view text) {
-  constexpr std::string_view space = " \t\n\r";
-  const auto first = text.find_first_not_of(space);
-  if (first == std::string_view::npos)
-    return {};
-  return text.substr(first, text.find_last_not_of(space) - first + 1);
-}
-
 JSONValue::Number readNumber(std::string_view token) {
-  const auto text = trimmed(token);
+  const auto text = trimmed(token, jsonSpace);
   if (!isNumber(text))
     throw JSONError("a number is not written as JSON asks");
   return {std::string(text)};
@@ -248,7 +244,7 @@ JSONValue::JSONValue(double value) {
 JSONValue JSONValue::parse(std::string_view text) {
   if (text.size() > maximumSize)
     throw JSONError("the text is too long");
-  if (const auto whole = trimmed(text); isNumber(whole))
+  if (const auto whole = trimmed(text, jsonSpace); isNumber(whole))
     return readNumber(whole);
   ondemand::parser parser;
   const simdjson::padded_string padded(text);

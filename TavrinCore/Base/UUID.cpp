@@ -1,5 +1,7 @@
 #include "TavrinCore/Base/UUID.h"
 
+#include "TavrinCore/Text/Numbers.h"
+
 #include <cstring>
 #include <random>
 
@@ -8,16 +10,6 @@ namespace {
 
 bool isDashPosition(std::size_t index) {
   return index == 8 || index == 13 || index == 18 || index == 23;
-}
-
-int hexDigit(char c) {
-  if (c >= '0' && c <= '9')
-    return c - '0';
-  if (c >= 'a' && c <= 'f')
-    return c - 'a' + 10;
-  if (c >= 'A' && c <= 'F')
-    return c - 'A' + 10;
-  return -1;
 }
 
 } // namespace
@@ -45,11 +37,11 @@ std::optional<UUID> UUID::parse(std::string_view text) {
         return std::nullopt;
       continue;
     }
-    const int digit = hexDigit(text[i]);
-    if (digit < 0)
+    const auto digit = hexDigit(text[i]);
+    if (!digit)
       return std::nullopt;
     auto& byte = id.bytes[nibble / 2];
-    byte = static_cast<std::uint8_t>((byte << 4) | digit);
+    byte = static_cast<std::uint8_t>((byte << 4) | *digit);
     ++nibble;
   }
   return id;

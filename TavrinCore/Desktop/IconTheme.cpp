@@ -14,7 +14,7 @@
 namespace tavrin {
 namespace {
 
-constexpr std::string_view mainGroup = "Icon Theme";
+constexpr std::string_view themeGroup = "Icon Theme";
 constexpr std::string_view lastTheme = "hicolor";
 constexpr std::array<std::string_view, 3> endings = {".png", ".svg", ".xpm"};
 constexpr std::size_t mostFolders = 2000;
@@ -183,7 +183,7 @@ IconTheme IconTheme::parse(std::string_view text) {
   std::vector<std::string> paths;
   std::map<std::string, Values, std::less<>> groups;
   eachKeyFileLine(text.substr(0, maximumSize), [&](auto group, auto key, auto value) {
-    if (group != mainGroup) {
+    if (group != themeGroup) {
       auto found = groups.find(group);
       if (found == groups.end() && groups.size() < mostFolders)
         found = groups.try_emplace(std::string(group)).first;

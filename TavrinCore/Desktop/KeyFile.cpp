@@ -1,18 +1,10 @@
 #include "TavrinCore/Desktop/KeyFile.h"
 
+#include "TavrinCore/Text/Text.h"
+
 #include <algorithm>
 
 namespace tavrin {
-namespace {
-
-std::string_view withoutBlanks(std::string_view text) {
-  const auto first = text.find_first_not_of(" \t\r");
-  if (first == std::string_view::npos)
-    return {};
-  return text.substr(first, text.find_last_not_of(" \t\r") - first + 1);
-}
-
-} // namespace
 
 void eachKeyFileLine(
     std::string_view text,
@@ -26,7 +18,7 @@ void eachKeyFileLine(
       continue;
     if (line.ends_with('\r'))
       line.remove_suffix(1);
-    const std::string_view bare = withoutBlanks(line);
+    const std::string_view bare = trimmed(line, " \t\r");
     if (bare.empty() || bare.front() == '#')
       continue;
     if (bare.front() == '[') {
@@ -36,7 +28,7 @@ void eachKeyFileLine(
     const auto equals = line.find('=');
     if (group.empty() || equals == std::string_view::npos)
       continue;
-    const auto key = withoutBlanks(line.substr(0, equals));
+    const auto key = trimmed(line.substr(0, equals), " \t\r");
     auto value = line.substr(equals + 1);
     value.remove_prefix(std::min(value.find_first_not_of(" \t"), value.size()));
     if (!key.empty())

@@ -1,6 +1,7 @@
 #include "TavrinCore/Dock/PropertyList.h"
 
 #include "TavrinCore/Text/Numbers.h"
+#include "TavrinCore/Text/Text.h"
 
 #include <algorithm>
 #include <array>
@@ -32,19 +33,12 @@ constexpr std::array tagNames = {
 
 constexpr std::string_view blanks = " \t\r\n";
 
-std::string_view stripped(std::string_view text) {
-  const auto first = text.find_first_not_of(blanks);
-  return first == std::string_view::npos
-             ? std::string_view()
-             : text.substr(first, text.find_last_not_of(blanks) - first + 1);
-}
-
 [[noreturn]] void refuse(std::string_view what, std::string_view text) {
   throw PropertyListError("\"" + std::string(text.substr(0, 40)) + "\" is no " + std::string(what));
 }
 
 PropertyList integerFrom(std::string_view source) {
-  auto text = stripped(source);
+  auto text = trimmed(source, blanks);
   const bool isNegative = text.starts_with('-');
   if (isNegative || text.starts_with('+'))
     text.remove_prefix(1);
@@ -66,7 +60,7 @@ PropertyList integerFrom(std::string_view source) {
 }
 
 PropertyList realFrom(std::string_view source) {
-  auto text = stripped(source);
+  auto text = trimmed(source, blanks);
   if (text.starts_with('+'))
     text.remove_prefix(1);
   double value = 0;
@@ -78,7 +72,7 @@ PropertyList realFrom(std::string_view source) {
 
 /// "2026-11-14T21:20:47Z"; the year may have more than four digits.
 PropertyList dateFrom(std::string_view source) {
-  auto text = stripped(source);
+  auto text = trimmed(source, blanks);
   const auto take = [&](std::size_t digits, std::string_view after) {
     int number = 0;
     const auto head = text.substr(0, digits);
@@ -118,9 +112,9 @@ PropertyList dataFrom(const std::string& source) {
   return std::move(*data);
 }
 
-class Reader {
+class XMLReader {
 public:
-  Reader() : parser_(XML_ParserCreate(nullptr)) {
+  XMLReader() : parser_(XML_ParserCreate(nullptr)) {
     if (!parser_)
       throw std::bad_alloc();
     XML_SetUserData(parser_.get(), this);
@@ -237,13 +231,13 @@ private:
                            tag != Tag::yes && tag != Tag::no;
     if (holdsText)
       text_ += text;
-    else if (!stripped(text).empty())
-      refuse("value", stripped(text));
+    else if (!trimmed(text, blanks).empty())
+      refuse("value", trimmed(text, blanks));
   }
 
   /// Exceptions must not pass through the C parser: they stop it and are thrown afterwards.
   template <class Work> static void guarded(void* self, Work work) {
-    auto& reader = *static_cast<Reader*>(self);
+    auto& reader = *static_cast<XMLReader*>(self);
     if (reader.error_)
       return;
     try {
@@ -254,19 +248,19 @@ private:
     }
   }
   static void XMLCALL started(void* self, const XML_Char* name, const XML_Char**) {
-    guarded(self, [&](Reader& reader) { reader.start(name); });
+    guarded(self, [&](XMLReader& reader) { reader.start(name); });
   }
   static void XMLCALL ended(void* self, const XML_Char*) {
-    guarded(self, [](Reader& reader) { reader.end(); });
+    guarded(self, [](XMLReader& reader) { reader.end(); });
   }
   static void XMLCALL said(void* self, const XML_Char* text, int length) {
-    guarded(self, [&](Reader& reader) {
+    guarded(self, [&](XMLReader& reader) {
       reader.say(std::string_view(text, static_cast<std::size_t>(length)));
     });
   }
   static void XMLCALL declared(void* self, const XML_Char*, int, const XML_Char*, int,
                                const XML_Char*, const XML_Char*, const XML_Char*, const XML_Char*) {
-    guarded(self, [](Reader&) { throw PropertyListError("it declares entities"); });
+    guarded(self, [](XMLReader&) { throw PropertyListError("it declares entities"); });
   }
 
   struct FreeParser {
@@ -282,7 +276,7 @@ private:
 } // namespace
 
 PropertyList detail::parseXMLPropertyList(std::string_view bytes) {
-  return Reader().read(bytes);
+  return XMLReader().read(bytes);
 }
 
 } // namespace tavrin

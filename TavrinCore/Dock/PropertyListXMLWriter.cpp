@@ -41,7 +41,7 @@ std::string dateText(Date date) {
                      unsigned(day.day()), rest / 3600, rest / 60 % 60, rest % 60);
 }
 
-class Writer {
+class XMLWriter {
 public:
   std::string write(const PropertyList& root) {
     out_ = header;
@@ -142,7 +142,7 @@ private:
 } // namespace
 
 std::string PropertyList::xml() const {
-  return Writer().write(*this);
+  return XMLWriter().write(*this);
 }
 
 } // namespace tavrin

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <charconv>
+#include <optional>
 
 namespace tavrin {
 
@@ -8,5 +9,13 @@ namespace tavrin {
 /// in its general form: no white space, no "+", always a point, whatever the locale. Standard
 /// libraries of several systems have no such call for floating-point numbers.
 std::from_chars_result doubleFromChars(const char* first, const char* last, double& value);
+
+/// What a digit of base 16 stands for, in either case; no value for any other character.
+constexpr std::optional<int> hexDigit(char character) {
+  if (character >= '0' && character <= '9')
+    return character - '0';
+  const char lower = static_cast<char>(character | 0x20);
+  return lower >= 'a' && lower <= 'f' ? std::optional(lower - 'a' + 10) : std::nullopt;
+}
 
 } // namespace tavrin

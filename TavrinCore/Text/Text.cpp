@@ -1,6 +1,7 @@
 #include "TavrinCore/Text/Text.h"
 
 #include "TavrinCore/Text/CodePoints.h"
+#include "TavrinCore/Text/Numbers.h"
 
 #include <algorithm>
 #include <unicode/uchar.h>
@@ -8,17 +9,6 @@
 #include <utility>
 
 namespace tavrin {
-namespace {
-
-int hexDigit(char c) {
-  if (c >= '0' && c <= '9')
-    return c - '0';
-  const char lower = static_cast<char>(c | 0x20);
-  return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
-}
-
-} // namespace
-
 std::string_view trimmed(std::string_view text) {
   const auto* bytes = reinterpret_cast<const std::uint8_t*>(text.data());
   const auto length = static_cast<std::int32_t>(text.size());
@@ -41,6 +31,13 @@ std::string_view trimmed(std::string_view text) {
     end = previous;
   }
   return text.substr(static_cast<std::size_t>(start), static_cast<std::size_t>(end - start));
+}
+
+std::string_view trimmed(std::string_view text, std::string_view characters) {
+  const auto first = text.find_first_not_of(characters);
+  if (first == std::string_view::npos)
+    return {};
+  return text.substr(first, text.find_last_not_of(characters) - first + 1);
 }
 
 std::string_view beginning(std::string_view text, std::size_t longest) {
@@ -101,10 +98,11 @@ std::string percentDecoded(std::string_view text) {
   std::string out;
   out.reserve(text.size());
   for (std::size_t i = 0; i < text.size(); ++i) {
-    const int high = text[i] == '%' && i + 2 < text.size() ? hexDigit(text[i + 1]) : -1;
-    const int low = high >= 0 ? hexDigit(text[i + 2]) : -1;
-    if (low >= 0) {
-      out += static_cast<char>(high * 16 + low);
+    const bool isEscape = text[i] == '%' && i + 2 < text.size();
+    const auto high = isEscape ? hexDigit(text[i + 1]) : std::nullopt;
+    const auto low = isEscape ? hexDigit(text[i + 2]) : std::nullopt;
+    if (high && low) {
+      out += static_cast<char>(*high * 16 + *low);
       i += 2;
     } else {
       out += text[i];

@@ -9,6 +9,9 @@ namespace tavrin {
 /// `text` (UTF-8) without white space and line breaks at its ends.
 std::string_view trimmed(std::string_view text);
 
+/// `text` without any of `characters` (ASCII) at its ends.
+std::string_view trimmed(std::string_view text, std::string_view characters);
+
 /// The beginning of `text` (UTF-8), at most `longest` bytes of it, no character cut.
 std::string_view beginning(std::string_view text, std::size_t longest);
 

@@ -1,5 +1,7 @@
 #include "TavrinCore/Kinds/System/DeviceBatteries.h"
 
+#include "TavrinCore/Text/Text.h"
+
 #include <charconv>
 
 namespace tavrin {
@@ -99,11 +101,7 @@ std::optional<int> DeviceBatteries::percent(const JSONValue& property) {
   const auto* string = property.string();
   if (string == nullptr)
     return std::nullopt;
-  std::string_view text = *string;
-  const auto first = text.find_first_not_of("% ");
-  if (first == std::string_view::npos)
-    return std::nullopt;
-  text = text.substr(first, text.find_last_not_of("% ") - first + 1);
+  std::string_view text = trimmed(*string, "% ");
   if (text.starts_with('+') && text.size() > 1 && text[1] != '-')
     text.remove_prefix(1);
   int value = 0;
