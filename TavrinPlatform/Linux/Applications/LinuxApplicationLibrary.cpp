@@ -3,6 +3,7 @@
 #include "TavrinCore/Base/Errors.h"
 #include "TavrinPlatform/Linux/Base/BusProperties.h"
 #include "TavrinPlatform/Linux/Base/ToolkitSettings.h"
+#include "TavrinPlatform/POSIX/LivingToken.h"
 
 #include <QFileSystemWatcher>
 #include <QString>
@@ -88,10 +89,6 @@ std::string portalText(sd_bus_message* message) {
   return text == nullptr ? std::string() : *text;
 }
 
-struct Asker final : Token {
-  std::shared_ptr<int> alive = std::make_shared<int>();
-};
-
 } // namespace
 
 LinuxApplicationLibrary::LinuxApplicationLibrary(const FileManager& files, RunLoop& runLoop,
@@ -105,15 +102,12 @@ LinuxApplicationLibrary::~LinuxApplicationLibrary() = default;
 template <class Value>
 TokenPtr LinuxApplicationLibrary::ask(std::function<Value()> work,
                                       std::function<void(Value)> answer) {
-  auto token = std::make_unique<Asker>();
+  auto token = std::make_unique<LivingToken>();
   queue_->run([&runLoop = runLoop_, work = std::move(work), answer = std::move(answer),
-               asker = std::weak_ptr(token->alive)] {
+               asker = token->life()] {
     if (asker.expired())
       return;
-    runLoop.post([answer, asker, value = std::make_shared<Value>(work())] {
-      if (!asker.expired())
-        answer(std::move(*value));
-    });
+    postAnswer(runLoop, asker, answer, work());
   });
   return token;
 }
@@ -142,18 +136,13 @@ TokenPtr LinuxApplicationLibrary::find(
 
 TokenPtr LinuxApplicationLibrary::icon(const std::string& icon, int points, int scale,
                                        std::function<void(QImage)> answer) {
-  auto token = std::make_unique<Asker>();
-  const auto load = [this, icon, points, scale, answer = std::move(answer),
-                     asker = std::weak_ptr(token->alive)] {
+  auto token = std::make_unique<LivingToken>();
+  const auto load = [this, icon, points, scale, answer = std::move(answer), asker = token->life()] {
     queue_->run(
         [icons = icons_, &runLoop = runLoop_, icon, points, scale, theme = theme_, answer, asker] {
           if (asker.expired())
             return;
-          const QImage image = icons->load(icon, points, scale, theme);
-          runLoop.post([answer, asker, image] {
-            if (!asker.expired())
-              answer(image);
-          });
+          postAnswer(runLoop, asker, answer, icons->load(icon, points, scale, theme));
         });
   };
   watchTheme();

@@ -5,6 +5,7 @@
 #include "TavrinCore/Text/Text.h"
 #include "TavrinPlatform/Linux/Base/BusProperties.h"
 #include "TavrinPlatform/Linux/Devices/ObexSending.h"
+#include "TavrinPlatform/POSIX/LivingToken.h"
 
 #include <QUrl>
 #include <algorithm>
@@ -250,10 +251,7 @@ TokenPtr BusNearbyDevices::send(const NearbyDevice& device,
 TokenPtr BusNearbyDevices::sendByConnect(const NearbyDevice& device,
                                          const std::vector<std::filesystem::path>& files,
                                          std::function<void(const SendingResult&)> done) {
-  struct Asker final : Token {
-    std::shared_ptr<int> alive = std::make_shared<int>();
-  };
-  auto token = std::make_unique<Asker>();
+  auto token = std::make_unique<LivingToken>();
   const std::string path = devicePath(device.id) + "/share";
   BusMessage message = session_->method(
       {connectService, path.c_str(), "org.kde.kdeconnect.device.share"}, "shareUrls");
@@ -266,8 +264,8 @@ TokenPtr BusNearbyDevices::sendByConnect(const NearbyDevice& device,
   }
   session_->call(
       message,
-      [done = std::move(done), name = device.name,
-       asker = std::weak_ptr(token->alive)](sd_bus_message* reply, const std::string&) {
+      [done = std::move(done), name = device.name, asker = token->life()](sd_bus_message* reply,
+                                                                          const std::string&) {
         if (asker.expired())
           return;
         done(reply != nullptr

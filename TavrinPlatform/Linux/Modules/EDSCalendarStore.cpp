@@ -1,6 +1,7 @@
 #include "TavrinPlatform/Linux/Modules/EDSCalendarStore.h"
 
 #include "TavrinPlatform/Linux/Modules/CalendarInstances.h"
+#include "TavrinPlatform/POSIX/LivingToken.h"
 
 #include <algorithm>
 #include <iterator>
@@ -63,21 +64,12 @@ EDSCalendarStore::~EDSCalendarStore() {
 
 template <class Result>
 TokenPtr EDSCalendarStore::ask(std::function<Result()> work, std::function<void(Result)> answer) {
-  struct Question final : Token {
-    std::shared_ptr<int> alive = std::make_shared<int>();
-  };
   if (!thread_)
     thread_ = std::make_unique<CalendarThread>();
-  auto token = std::make_unique<Question>();
-  const std::weak_ptr<int> weak = token->alive;
-  thread_->run([this, weak, work = std::move(work), answer = std::move(answer)] {
-    if (weak.expired())
-      return;
-    auto result = std::make_shared<Result>(work());
-    runLoop_.post([weak, answer, result] {
-      if (!weak.expired())
-        answer(std::move(*result));
-    });
+  auto token = std::make_unique<LivingToken>();
+  thread_->run([this, asker = token->life(), work = std::move(work), answer = std::move(answer)] {
+    if (!asker.expired())
+      postAnswer(runLoop_, asker, answer, work());
   });
   return token;
 }

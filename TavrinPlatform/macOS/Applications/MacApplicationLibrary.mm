@@ -3,7 +3,7 @@
 #include "TavrinCore/Base/Errors.h"
 #include "TavrinPlatform/POSIX/HandlerList.h"
 #include "TavrinPlatform/macOS/Applications/IconImage.h"
-#include "TavrinPlatform/macOS/Base/LivingToken.h"
+#include "TavrinPlatform/POSIX/LivingToken.h"
 #include "TavrinPlatform/macOS/Base/MacText.h"
 
 #import <AppKit/AppKit.h>

@@ -1,7 +1,7 @@
 #include "TavrinPlatform/macOS/Desktop/MacCalendarStore.h"
 
 #include "TavrinPlatform/POSIX/HandlerList.h"
-#include "TavrinPlatform/macOS/Base/LivingToken.h"
+#include "TavrinPlatform/POSIX/LivingToken.h"
 #include "TavrinPlatform/macOS/Base/MacObservation.h"
 #include "TavrinPlatform/macOS/Base/MacText.h"
 #include "TavrinPlatform/macOS/Desktop/CalendarValues.h"

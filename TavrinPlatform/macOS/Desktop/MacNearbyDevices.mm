@@ -1,7 +1,7 @@
 #include "TavrinPlatform/macOS/Desktop/MacNearbyDevices.h"
 
 #include "TavrinCore/Base/Errors.h"
-#include "TavrinPlatform/macOS/Base/LivingToken.h"
+#include "TavrinPlatform/POSIX/LivingToken.h"
 #include "TavrinPlatform/macOS/Base/MacText.h"
 
 #import <AppKit/AppKit.h>

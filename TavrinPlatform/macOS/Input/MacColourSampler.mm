@@ -1,6 +1,6 @@
 #include "TavrinPlatform/macOS/Input/MacColourSampler.h"
 
-#include "TavrinPlatform/macOS/Base/LivingToken.h"
+#include "TavrinPlatform/POSIX/LivingToken.h"
 
 #import <AppKit/AppKit.h>
 

@@ -22,9 +22,10 @@ private:
 template <class Value>
 void postAnswer(RunLoop& runLoop, std::weak_ptr<void> life, std::function<void(Value)> answer,
                 Value value) {
-  runLoop.post([life = std::move(life), answer = std::move(answer), value = std::move(value)] {
+  runLoop.post([life = std::move(life), answer = std::move(answer),
+                value = std::make_shared<Value>(std::move(value))] {
     if (!life.expired())
-      answer(value);
+      answer(std::move(*value));
   });
 }
 
