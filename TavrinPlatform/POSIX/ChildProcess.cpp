@@ -1,9 +1,14 @@
 #include "TavrinPlatform/POSIX/ChildProcess.h"
 
+#include "TavrinPlatform/POSIX/Spawn.h"
+
+#include <algorithm>
+#include <array>
 #include <cerrno>
+#include <csignal>
 #include <cstdlib>
 #include <memory>
-#include <string>
+#include <poll.h>
 #include <sys/wait.h>
 #include <system_error>
 #include <thread>
@@ -26,6 +31,19 @@ bool fill(const Descriptor& file, std::string_view bytes) {
     done += static_cast<std::size_t>(count);
   }
   return true;
+}
+
+bool isReadable(const Descriptor& descriptor, std::chrono::steady_clock::time_point deadline) {
+  for (;;) {
+    const auto left =
+        std::chrono::ceil<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
+    if (left.count() <= 0)
+      return false;
+    pollfd wanted{descriptor.number(), POLLIN, 0};
+    const int count = ::poll(&wanted, 1, static_cast<int>(left.count()));
+    if (count >= 0 || errno != EINTR)
+      return count > 0;
+  }
 }
 
 Descriptor emptyFile() {
@@ -84,6 +102,39 @@ Descriptor fileOf(std::string_view bytes) {
 #else
   return temporaryFileOf(bytes);
 #endif
+}
+
+std::optional<std::string> outputOf(const std::vector<std::string>& words,
+                                    std::chrono::milliseconds limit) {
+  const auto deadline = std::chrono::steady_clock::now() + limit;
+  Pipe output = Pipe::make();
+  const Descriptor nothing(::open("/dev/null", O_RDWR | O_CLOEXEC));
+  const pid_t child = output.reading && !words.empty()
+                          ? spawn({.program = words.front(),
+                                   .arguments = {words.begin() + 1, words.end()},
+                                   .input = nothing.number(),
+                                   .output = output.writing.number(),
+                                   .errors = nothing.number()})
+                          : -1;
+  if (child < 0)
+    return std::nullopt;
+  output.writing.close();
+  std::string text;
+  std::array<char, 4096> bytes;
+  const Descriptor end = exitOf(child);
+  bool isInTime = end && isReadable(output.reading, deadline);
+  for (ssize_t count = 1; isInTime && count > 0;
+       isInTime = isReadable(count > 0 ? output.reading : end, deadline)) {
+    count = ::read(output.reading.number(), bytes.data(), bytes.size());
+    text.append(bytes.data(), static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+  }
+  if (!isInTime)
+    ::kill(child, SIGKILL);
+  int status = 0;
+  while (::waitpid(child, &status, 0) < 0 && errno == EINTR) {
+  }
+  return isInTime && WIFEXITED(status) && WEXITSTATUS(status) == 0 ? std::optional(text)
+                                                                   : std::nullopt;
 }
 
 } // namespace tavrin

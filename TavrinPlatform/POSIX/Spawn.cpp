@@ -54,7 +54,9 @@ public:
     posix_spawn_file_actions_addclosefrom_np(&actions_, STDERR_FILENO + 1);
 #endif
   }
-  const posix_spawn_file_actions_t* get() const { return &actions_; }
+  const posix_spawn_file_actions_t* get() const {
+    return &actions_;
+  }
 
 private:
   posix_spawn_file_actions_t actions_;
@@ -63,7 +65,7 @@ private:
 
 class Attributes {
 public:
-  explicit Attributes(bool leadsGroup) {
+  explicit Attributes(const SpawnRequest& request) {
     posix_spawnattr_init(&attributes_);
     sigset_t none;
     sigset_t changed;
@@ -74,9 +76,12 @@ public:
     posix_spawnattr_setsigmask(&attributes_, &none);
     posix_spawnattr_setsigdefault(&attributes_, &changed);
     posix_spawnattr_setpgroup(&attributes_, 0);
-    posix_spawnattr_setflags(
-        &attributes_, static_cast<short>(POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF |
-                                         closesOthers | (leadsGroup ? POSIX_SPAWN_SETPGROUP : 0)));
+    posix_spawnattr_setflags(&attributes_,
+                             static_cast<short>(POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF |
+                                                closesOthers |
+                                                (request.leadsSession ? POSIX_SPAWN_SETSID
+                                                 : request.leadsGroup ? POSIX_SPAWN_SETPGROUP
+                                                                      : 0)));
   }
   ~Attributes() { posix_spawnattr_destroy(&attributes_); }
   Attributes(const Attributes&) = delete;
@@ -96,7 +101,7 @@ pid_t spawn(const SpawnRequest& request) {
   actions.place(request.errors, STDERR_FILENO);
   actions.enter(request.workingFolder);
   actions.closeOthers();
-  const Attributes attributes(request.leadsGroup);
+  const Attributes attributes(request);
   std::vector<std::string> words = {request.program};
   words.insert(words.end(), request.arguments.begin(), request.arguments.end());
   auto variables = request.environment.value_or(std::vector<std::string>());

@@ -22,6 +22,8 @@ struct SpawnRequest {
   std::string workingFolder = {};
   /// Whether the child leads a process group of its own.
   bool leadsGroup = false;
+  /// Whether the child leads a session of its own, and so a group too.
+  bool leadsSession = false;
 };
 
 /// Starts a program with the signals' usual dispositions. Gives its number; where it did not

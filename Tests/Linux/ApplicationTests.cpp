@@ -249,6 +249,8 @@ TEST_F(Applications, AProgramStartsInASessionOfItsOwn) {
   EXPECT_EQ(place, folder("work").string());
   EXPECT_EQ(arguments, "tool a b");
   ::kill(-static_cast<pid_t>(session), SIGTERM);
+  EXPECT_TRUE(until([&] { return ::kill(static_cast<pid_t>(session), 0) != 0; }))
+      << "it stays in the table of processes";
   fs::remove(out);
   ASSERT_EQ(launch("tool.desktop", "new"), "");
   ASSERT_TRUE(until([&] { return fs::exists(out); }));

@@ -119,6 +119,18 @@ TEST(ChildProcess, AThreadTellsTheEndAndLeavesTheStatusToBeReadLater) {
   EXPECT_EQ(::waitpid(child, &status, WNOHANG), child);
   EXPECT_TRUE(WIFSIGNALED(status));
 }
+TEST(ChildProcess, AShortAnswerIsWaitedForUpToALimit) {
+  const auto answer = [](const char* script, std::chrono::milliseconds limit) {
+    return outputOf({"/bin/sh", "-c", script}, limit);
+  };
+  constexpr std::chrono::milliseconds ample = std::chrono::minutes(1);
+  EXPECT_EQ(answer("echo one; echo two >&2; echo three", ample), "one\nthree\n");
+  EXPECT_EQ(answer("exec >&-; exec sleep 0.1", ample), "") << "it says no more before it ends";
+  EXPECT_EQ(answer("echo one; exit 1", ample), std::nullopt);
+  EXPECT_EQ(answer("echo one; exec sleep 600", std::chrono::milliseconds(50)), std::nullopt);
+  EXPECT_EQ(outputOf({"/nowhere/tool"}, ample), std::nullopt);
+}
+
 TEST(ChildProcess, AFileWithoutANameHoldsWhatTheChildIsToRead) {
   for (const auto make : {fileOf, temporaryFileOf}) {
     const std::string bytes(100'000, 'x');

@@ -3,10 +3,15 @@
 #include "TavrinCore/Base/Errors.h"
 #include "TavrinPlatform/Linux/Slot/LinuxApplication.h"
 #include "TavrinPlatform/Linux/Slot/StartupNotice.h"
+#include "TavrinPlatform/POSIX/ChildProcess.h"
+#include "TavrinPlatform/POSIX/LivingToken.h"
+#include "TavrinPlatform/POSIX/Spawn.h"
 
-#include <QProcess>
 #include <cctype>
+#include <cerrno>
+#include <fcntl.h>
 #include <fmt/format.h>
+#include <sys/wait.h>
 
 namespace tavrin {
 namespace {
@@ -29,13 +34,6 @@ std::vector<std::string> terminalCommand(const FileManager& files) {
   return {};
 }
 
-QStringList texts(const std::vector<std::string>& words, std::size_t first) {
-  QStringList list;
-  for (std::size_t i = first; i < words.size(); ++i)
-    list << QString::fromStdString(words[i]);
-  return list;
-}
-
 } // namespace
 
 /// One application on its way.
@@ -45,29 +43,26 @@ struct ApplicationLauncher::Launch {
   std::optional<FoundEntry> found;
   std::vector<std::string> words;
   std::string startupID;
-  bool isStarted = false;
-  qint64 process = 0;
+  pid_t process = 0;
   std::string reason;
   Answer answer;
-  std::weak_ptr<int> asker;
+  std::weak_ptr<void> asker;
 
   std::string name() const { return found ? found->entry.name : id; }
 };
 
 ApplicationLauncher::ApplicationLauncher(const FileManager& files, RunLoop& runLoop, Bus* session)
     : files_(files), runLoop_(runLoop), session_(session) {}
+ApplicationLauncher::~ApplicationLauncher() = default;
 
 TokenPtr ApplicationLauncher::launch(const std::string& id, const std::string& action,
                                      Answer answer) {
-  struct Asker final : Token {
-    std::shared_ptr<int> alive = std::make_shared<int>();
-  };
-  auto token = std::make_unique<Asker>();
+  auto token = std::make_unique<LivingToken>();
   const auto launch = std::make_shared<Launch>();
   launch->id = id;
   launch->action = action;
   launch->answer = std::move(answer);
-  launch->asker = token->alive;
+  launch->asker = token->life();
   runLoop_.background([&files = files_, launch] { prepare(files, launch); }, alive_,
                       [this, launch] {
                         if (!launch->found)
@@ -139,7 +134,6 @@ void ApplicationLauncher::activate(const std::shared_ptr<Launch>& launch) {
         if (weak.expired())
           return;
         if (reply != nullptr) {
-          launch->isStarted = true;
           finish(launch, {});
         } else if (!launch->words.empty() && error != SD_BUS_ERROR_NO_REPLY &&
                    error != SD_BUS_ERROR_TIMEOUT) {
@@ -157,33 +151,55 @@ void ApplicationLauncher::startProgram(const std::shared_ptr<Launch>& launch) {
     finish(launch, "its desktop entry has no command");
     return;
   }
-  runLoop_.background(
-      [launch] {
-        QProcess process;
-        process.setProgram(QString::fromStdString(launch->words.front()));
-        process.setArguments(texts(launch->words, 1));
-        auto environment = QProcessEnvironment::systemEnvironment();
-        for (const char* variable : {startupVariable, activationVariable}) {
-          environment.remove(QLatin1String(variable));
-          if (!launch->startupID.empty())
-            environment.insert(QLatin1String(variable), QString::fromStdString(launch->startupID));
-        }
-        process.setProcessEnvironment(environment);
-        const auto& folder = launch->found->entry.workingFolder;
-        if (!folder.empty())
-          process.setWorkingDirectory(QString::fromStdString(folder));
-        process.setStandardInputFile(QProcess::nullDevice());
-        process.setStandardOutputFile(QProcess::nullDevice());
-        process.setStandardErrorFile(QProcess::nullDevice());
-        // In a session of its own, and nobody's child.
-        launch->isStarted = process.startDetached(&launch->process);
-      },
-      alive_,
-      [this, launch] {
-        if (launch->isStarted)
-          moveToScope(*launch);
-        finish(launch, launch->isStarted ? std::string() : "its program cannot be run");
-      });
+  runLoop_.background([launch] { launch->process = started(*launch); }, alive_,
+                      [this, launch] {
+                        const bool isStarted = launch->process > 0;
+                        if (isStarted) {
+                          buryAtItsEnd(launch->process);
+                          moveToScope(*launch);
+                        }
+                        finish(launch, isStarted ? std::string() : "its program cannot be run");
+                      });
+}
+
+/// Off the main thread: the number of the program's process; below zero where it cannot be run.
+pid_t ApplicationLauncher::started(const Launch& launch) {
+  std::map<std::string, std::string> additions;
+  for (const char* variable : {startupVariable, activationVariable})
+    additions[variable] = launch.startupID;
+  const Descriptor nothing(::open("/dev/null", O_RDWR | O_CLOEXEC));
+  SpawnRequest request{.program = launch.words.front(),
+                       .arguments = {launch.words.begin() + 1, launch.words.end()},
+                       .environment = environmentWith(additions),
+                       .input = nothing.number(),
+                       .output = nothing.number(),
+                       .errors = nothing.number(),
+                       .workingFolder = launch.found->entry.workingFolder,
+                       .leadsSession = true};
+  // An empty variable would be an identifier to some.
+  if (launch.startupID.empty())
+    std::erase_if(*request.environment, [](const std::string& line) {
+      return line == std::string(startupVariable) + "=" ||
+             line == std::string(activationVariable) + "=";
+    });
+  return spawn(request);
+}
+
+/// A process that ended stays in the table until its parent has waited for it.
+void ApplicationLauncher::buryAtItsEnd(pid_t process) {
+  Running running{exitOf(process), nullptr};
+  if (!running.end)
+    return;
+  running.notifier = std::make_unique<QSocketNotifier>(running.end.number(), QSocketNotifier::Read);
+  QObject::connect(running.notifier.get(), &QSocketNotifier::activated, [this, process] {
+    while (::waitpid(process, nullptr, 0) < 0 && errno == EINTR) {
+    }
+    const auto ended = running_.find(process);
+    ended->second.notifier->setEnabled(false);
+    ended->second.notifier.release()->deleteLater(); // it is what called
+    running_.erase(ended);
+  });
+  running_.insert_or_assign(process, std::move(running));
 }
 
 /// A user's systemd ends with a unit what the unit started; in a scope of its own the application
@@ -209,7 +225,7 @@ void ApplicationLauncher::finish(const std::shared_ptr<Launch>& launch, const st
     runLoop_.background([id = launch->startupID, display = files_.environment("DISPLAY").value_or(
                                                      "")] { endStartupNotice(display, id); },
                         alive_, [] {});
-  if (const auto asker = launch->asker.lock())
+  if (!launch->asker.expired())
     launch->answer(reason.empty() ? std::string() : failure("open " + launch->name(), reason));
 }
 

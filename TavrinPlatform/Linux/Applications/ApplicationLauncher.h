@@ -1,12 +1,16 @@
 #pragma once
 
 #include "TavrinPlatform/FileManager.h"
+#include "TavrinPlatform/Files/Descriptor.h"
 #include "TavrinPlatform/Linux/Applications/DesktopEntries.h"
 #include "TavrinPlatform/Linux/Base/Bus.h"
 
+#include <QSocketNotifier>
 #include <functional>
+#include <map>
 #include <memory>
 #include <string>
+#include <sys/types.h>
 
 namespace tavrin {
 
@@ -18,21 +22,30 @@ public:
 
   /// `session` may be null. All outlive this.
   ApplicationLauncher(const FileManager& files, RunLoop& runLoop, Bus* session);
+  ~ApplicationLauncher();
 
   /// Nothing is answered once the token is gone; the application comes all the same.
   [[nodiscard]] TokenPtr launch(const std::string& id, const std::string& action, Answer answer);
 
 private:
   struct Launch;
+  /// A program of this one's, until it ends.
+  struct Running {
+    Descriptor end;
+    std::unique_ptr<QSocketNotifier> notifier;
+  };
   static void prepare(const FileManager& files, const std::shared_ptr<Launch>& launch);
   void activate(const std::shared_ptr<Launch>& launch);
   void startProgram(const std::shared_ptr<Launch>& launch);
   void finish(const std::shared_ptr<Launch>& launch, const std::string& reason);
+  static pid_t started(const Launch& launch);
+  void buryAtItsEnd(pid_t process);
   void moveToScope(const Launch& launch);
 
   const FileManager& files_;
   RunLoop& runLoop_;
   Bus* session_;
+  std::map<pid_t, Running> running_;
   std::shared_ptr<int> alive_ = std::make_shared<int>();
 };
 

@@ -2,11 +2,11 @@
 
 #include "TavrinCore/Base/Errors.h"
 #include "TavrinCore/Base/FileURL.h"
+#include "TavrinCore/Text/Text.h"
 #include "TavrinPlatform/Files/FileBeginning.h"
 #include "TavrinPlatform/Linux/Files/Trash.h"
 #include "TavrinPlatform/Linux/Files/UserFolders.h"
-
-#include <QProcess>
+#include "TavrinPlatform/POSIX/ChildProcess.h"
 
 namespace tavrin {
 
@@ -17,20 +17,13 @@ const BusAddress fileManager{"org.freedesktop.FileManager1", "/org/freedesktop/F
 
 /// Kept in a database that only its own tool reads.
 std::optional<std::string> gnomeScreenshotFolder() {
-  constexpr int limit = 2'000;
-  QProcess tool;
-  tool.start(QStringLiteral("gsettings"),
-             {QStringLiteral("get"), QStringLiteral("org.gnome.gnome-screenshot"),
-              QStringLiteral("auto-save-directory")});
-  if (!tool.waitForFinished(limit) || tool.exitCode() != 0) {
-    tool.kill();
-    tool.waitForFinished(limit);
+  constexpr std::chrono::seconds limit{2};
+  const auto output =
+      outputOf({"gsettings", "get", "org.gnome.gnome-screenshot", "auto-save-directory"}, limit);
+  const auto answer = trimmed(output ? *output : std::string_view());
+  if (answer.size() < 3 || !answer.starts_with('\'') || !answer.ends_with('\''))
     return std::nullopt;
-  }
-  const QByteArray answer = tool.readAllStandardOutput().trimmed();
-  if (answer.size() < 3 || !answer.startsWith('\'') || !answer.endsWith('\''))
-    return std::nullopt;
-  return answer.mid(1, answer.size() - 2).toStdString();
+  return std::string(answer.substr(1, answer.size() - 2));
 }
 
 } // namespace
