@@ -62,7 +62,7 @@ void FocusSession::stop() {
   // Waits for the question that runs: its answer goes to the queue.
   monitor_.reset();
   refresh_.reset();
-  alive_.reset();
+  alive_.end();
   queue_.reset();
 }
 
@@ -99,7 +99,7 @@ void FocusSession::switchTo(const UUID& id) {
 }
 
 void FocusSession::refreshShortcuts() {
-  queue_->run([this, alive = std::weak_ptr(alive_)] {
+  queue_->run([this, alive = alive_.watch()] {
     std::vector<GlobalShortcuts::Shortcut> shortcuts;
     try {
       shortcuts = shortcutsOf(DockLibrary(context_).profiles().file(), options_.numbered);
@@ -122,7 +122,7 @@ void FocusSession::bind(const std::vector<GlobalShortcuts::Shortcut>& shortcuts)
   hasBound_ = true;
   bound_ = shortcuts;
   auto& service = context_.platform().dockServices().globalShortcuts();
-  service.onRefused = [this, alive = std::weak_ptr(alive_)](const auto& refusal) {
+  service.onRefused = [this, alive = alive_.watch()](const auto& refusal) {
     if (alive.lock())
       remark(refusal);
   };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Base/Lifetime.h"
 #include "TavrinCore/Dock/WorkspaceHotkeys.h"
 #include "TavrinHost/HostContext.h"
 #include "TavrinStorage/Dock/FocusModeMonitor.h"
@@ -45,7 +46,7 @@ private:
   std::optional<UUID> beforeFocus_;
   std::optional<UUID> duringFocus_;
   TokenPtr refresh_;
-  std::shared_ptr<int> alive_ = std::make_shared<int>();
+  Lifetime alive_;
   std::optional<FocusModeMonitor> monitor_;
   std::unique_ptr<SerialQueue> queue_;
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Base/Lifetime.h"
 #include "TavrinPlatform/RunLoop.h"
 
 #include <functional>
@@ -14,7 +15,7 @@ public:
   std::weak_ptr<void> life() const { return alive_; }
 
 private:
-  std::shared_ptr<int> alive_ = std::make_shared<int>();
+  Lifetime alive_;
 };
 
 /// Has the main thread give `value` to `answer`, unless the token of `life` has gone by then. From

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Base/Lifetime.h"
 #include "TavrinPlatform/CalendarStore.h"
 
 namespace tavrin {
@@ -34,7 +35,7 @@ private:
   std::unique_ptr<CalendarStore> adapter_;
   /// In the order of their asking.
   std::vector<std::function<void(CalendarStore&)>> waiting_;
-  std::shared_ptr<int> alive_ = std::make_shared<int>();
+  Lifetime alive_;
 };
 
 } // namespace tavrin

@@ -11,7 +11,7 @@
 namespace tavrin {
 
 void AirDropWidgetController::start() {
-  alive_ = std::make_shared<int>();
+  alive_.renew();
   model_.emplace(platform().nearbyDevices(), platform().runLoop(), widget());
   model_->onChange = [this] { refresh(); };
   model_->onTaken = [this] {
@@ -21,7 +21,7 @@ void AirDropWidgetController::start() {
 }
 
 void AirDropWidgetController::stop() {
-  alive_.reset();
+  alive_.end();
   model_.reset();
 }
 
@@ -54,7 +54,7 @@ void AirDropWidgetController::chooseFiles() {
   dialog->setAttribute(Qt::WA_DeleteOnClose);
   dialog->setFileMode(QFileDialog::ExistingFiles);
   QObject::connect(dialog, &QFileDialog::urlsSelected,
-                   [this, weak = std::weak_ptr(alive_)](const QList<QUrl>& urls) {
+                   [this, weak = alive_.watch()](const QList<QUrl>& urls) {
                      if (weak.expired())
                        return;
                      std::vector<std::string> addresses;

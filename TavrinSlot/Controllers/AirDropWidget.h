@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Base/Lifetime.h"
 #include "TavrinSlot/KindController.h"
 #include "TavrinWidgetsUI/AirDrop/AirDropModel.h"
 
@@ -26,7 +27,7 @@ private:
 
   std::optional<AirDropModel> model_;
   /// What becomes of the dialog when this goes first.
-  std::shared_ptr<int> alive_;
+  Lifetime alive_;
 };
 
 } // namespace tavrin

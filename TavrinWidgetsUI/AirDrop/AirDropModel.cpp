@@ -68,7 +68,7 @@ void AirDropModel::take(const std::vector<std::string>& fileURLs) {
     return;
   }
   resting_.reset();
-  examining_ = std::make_shared<int>();
+  examining_.renew();
   const auto result = std::make_shared<Examined>();
   runLoop_.background(
       [fileURLs, result] { *result = examine(fileURLs); }, examining_,
@@ -76,7 +76,7 @@ void AirDropModel::take(const std::vector<std::string>& fileURLs) {
 }
 
 void AirDropModel::examined(std::vector<fs::path> files, std::int64_t size, std::size_t refused) {
-  examining_.reset();
+  examining_.end();
   files_ = std::move(files);
   size_ = size;
   trouble_ = refused > 0 ? refusalText(refused, files_.empty()) : std::string();

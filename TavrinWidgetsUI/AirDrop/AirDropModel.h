@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Base/Lifetime.h"
 #include "TavrinCore/Widgets/DockWidget.h"
 #include "TavrinPlatform/NearbyDevices.h"
 
@@ -84,7 +85,7 @@ private:
   bool isHandedOver_ = false;
   std::string way_;
   std::string trouble_;
-  std::shared_ptr<int> examining_;
+  Lifetime examining_;
   TokenPtr observation_;
   TokenPtr sending_;
   TokenPtr resting_;

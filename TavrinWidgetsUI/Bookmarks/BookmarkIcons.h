@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Base/Lifetime.h"
 #include "TavrinCore/Kinds/Bookmarks/Bookmarks.h"
 #include "TavrinPlatform/Clock.h"
 #include "TavrinPlatform/Web/PublicHTTPFetcher.h"
@@ -60,7 +61,7 @@ private:
   std::unique_ptr<PublicHTTPFetcher> fetcher_;
   std::map<std::string, Site> sites_;
   bool isEnabled_ = true;
-  std::shared_ptr<int> alive_ = std::make_shared<int>();
+  Lifetime alive_;
 };
 
 } // namespace tavrin

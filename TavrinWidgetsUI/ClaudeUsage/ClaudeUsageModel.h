@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Base/Lifetime.h"
 #include "TavrinCore/Kinds/ClaudeUsage/ClaudeUsage.h"
 #include "TavrinCore/Kinds/ClaudeUsage/ClaudeUsageLimits.h"
 #include "TavrinCore/Widgets/DockWidget.h"
@@ -77,7 +78,7 @@ private:
   std::optional<bool> connecting_;
   /// Shared with the reading under way, which may outlive this.
   std::shared_ptr<Reader> reader_;
-  std::shared_ptr<int> alive_ = std::make_shared<int>();
+  Lifetime alive_;
   TokenPtr timer_;
 };
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Base/Lifetime.h"
 #include "TavrinWidgetsUI/Clipboard/ClipboardModel.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelView.h"
 
@@ -59,7 +60,7 @@ private:
   ClipboardList shown_;
   std::set<UUID> revealed_;
   std::map<UUID, QImage> thumbnails_;
-  std::shared_ptr<int> alive_ = std::make_shared<int>();
+  Lifetime alive_;
 };
 
 } // namespace tavrin

@@ -1,5 +1,6 @@
 #include "TavrinWidgetsUI/Clipboard/LinkPreviewSource.h"
 
+#include "TavrinCore/Base/Lifetime.h"
 #include "TavrinCore/Kinds/Clipboard/PagePreview.h"
 #include "TavrinCore/Text/Text.h"
 #include "TavrinWidgetsUI/Kit/Pictures/Thumbnail.h"
@@ -51,7 +52,7 @@ private:
   Date started_;
   LinkPreview preview_;
   TokenPtr step_;
-  std::shared_ptr<int> alive_ = std::make_shared<int>();
+  Lifetime alive_;
 };
 
 void LinkPreviewSource::Fetch::takePage(const PublicHTTPResponse& response) {
@@ -92,8 +93,7 @@ void LinkPreviewSource::Fetch::takeImage(const PublicHTTPResponse& response) {
   }
   const auto image = std::make_shared<std::optional<Data>>();
   services_.runLoop.background(
-      [image, body = response.body] { *image = packedThumbnail(body, imageSide); },
-      alive_,
+      [image, body = response.body] { *image = packedThumbnail(body, imageSide); }, alive_,
       [this, image] {
         preview_.image = std::move(*image);
         finish();

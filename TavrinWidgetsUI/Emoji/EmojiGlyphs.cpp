@@ -90,7 +90,7 @@ void EmojiGlyphs::drawWanted() {
     return;
   isDrawing_ = true;
   // Begun by the loop, so that one round of asking makes one batch.
-  runLoop_.post([this, alive = std::weak_ptr(alive_)] {
+  runLoop_.post([this, alive = alive_.watch()] {
     if (!alive.lock())
       return;
     if (wanted_.size() > mostWanted)
@@ -122,7 +122,7 @@ void EmojiGlyphs::release() {
   isDrawing_ = false;
   // Work that is under way ends with the old one, unheard.
   worker_ = std::make_shared<Worker>();
-  alive_ = std::make_shared<int>();
+  alive_.renew();
 }
 
 } // namespace tavrin

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Base/Lifetime.h"
 #include "TavrinPlatform/RunLoop.h"
 
 #include <QImage>
@@ -77,7 +78,7 @@ private:
   std::vector<Key> wanted_;
   bool isDrawing_ = false;
   std::shared_ptr<Worker> worker_;
-  std::shared_ptr<int> alive_ = std::make_shared<int>();
+  Lifetime alive_;
 };
 
 } // namespace tavrin

@@ -61,7 +61,7 @@ void EmojiModel::load() {
   if (state_ != State::unread)
     return;
   state_ = State::reading;
-  alive_ = std::make_shared<int>();
+  alive_.renew();
   const auto table = std::make_shared<EmojiTable>();
   runLoop_.background([table, sources = sources_] { *table = sources.read(); }, alive_,
                       [this, table] {
@@ -73,7 +73,7 @@ void EmojiModel::load() {
 }
 
 void EmojiModel::release() {
-  alive_.reset();
+  alive_.end();
   state_ = State::unread;
   table_ = std::make_shared<const EmojiTable>();
   glyphs_.release();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Base/Lifetime.h"
 #include "TavrinCore/Kinds/Emoji/EmojiTable.h"
 #include "TavrinPlatform/RunLoop.h"
 #include "TavrinWidgetsUI/Emoji/EmojiGlyphs.h"
@@ -46,7 +47,7 @@ private:
   EmojiGlyphs glyphs_;
   State state_ = State::unread;
   std::shared_ptr<const EmojiTable> table_ = std::make_shared<const EmojiTable>();
-  std::shared_ptr<int> alive_;
+  Lifetime alive_;
 };
 
 } // namespace tavrin

@@ -50,7 +50,7 @@ void FanSwitch::stop() {
 
 void FanSwitch::handBack() {
   stop();
-  alive_.reset();
+  alive_.end();
   isFull_ = false;
   if (std::exchange(mayHold_, false))
     helper_.setFull(false, [](const auto&) {});
@@ -111,7 +111,7 @@ void FanSwitch::setFull(bool full) {
   isBusy_ = true;
   trouble_.clear();
   if (full && helper_.status() == FanHelperClient::Status::notRegistered)
-    helper_.registerHelper([this, weak = std::weak_ptr(alive_)](const auto& refusal) {
+    helper_.registerHelper([this, weak = alive_.watch()](const auto& refusal) {
       if (weak.expired())
         return;
       // Where the user has to approve first, the panel says so.
@@ -129,12 +129,12 @@ void FanSwitch::setFull(bool full) {
 void FanSwitch::ask(bool full) {
   // A helper that still counts this one as holding would not force anew.
   if (std::exchange(isLost_, false) && full)
-    return helper_.setFull(false, [this, weak = std::weak_ptr(alive_)](const auto&) {
+    return helper_.setFull(false, [this, weak = alive_.watch()](const auto&) {
       if (!weak.expired())
         ask(true);
     });
   mayHold_ |= full;
-  helper_.setFull(full, [this, full, weak = std::weak_ptr(alive_)](const auto& refusal) {
+  helper_.setFull(full, [this, full, weak = alive_.watch()](const auto& refusal) {
     if (weak.expired())
       return;
     if (!refusal)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Base/Lifetime.h"
 #include "TavrinCore/Kinds/Fans/FanControl.h"
 #include "TavrinPlatform/FanHelperClient.h"
 #include "TavrinPlatform/RunLoop.h"
@@ -74,7 +75,7 @@ private:
   bool isLost_ = false;
   std::string trouble_;
   std::string readTrouble_;
-  std::shared_ptr<int> alive_ = std::make_shared<int>();
+  Lifetime alive_;
   TokenPtr ticker_;
   TokenPtr helperChanges_;
 };

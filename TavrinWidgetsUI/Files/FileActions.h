@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Base/Lifetime.h"
 #include "TavrinPlatform/Pasteboard.h"
 #include "TavrinPlatform/UserFiles.h"
 
@@ -26,7 +27,7 @@ private:
   UserFiles& files_;
   Pasteboard& pasteboard_;
   RunLoop& runLoop_;
-  std::shared_ptr<int> alive_ = std::make_shared<int>();
+  Lifetime alive_;
 };
 
 } // namespace tavrin

@@ -10,7 +10,7 @@ void FolderRoll::follow(FolderRequest request, Folders folders) {
 }
 
 void FolderRoll::seek() {
-  search_ = std::make_shared<int>();
+  search_.renew();
   const auto result = std::make_shared<std::vector<std::filesystem::path>>();
   runLoop_.background([result, folders = folders_] { *result = folders(); }, search_,
                       [this, result] { found(std::move(*result)); });

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Base/Lifetime.h"
 #include "TavrinPlatform/FolderWatch.h"
 #include "TavrinPlatform/RunLoop.h"
 
@@ -39,7 +40,7 @@ private:
   FolderListing listing_;
   std::unique_ptr<FolderFollower> follower_;
   /// Of the last search; one that was overtaken finds it gone.
-  std::shared_ptr<int> search_;
+  Lifetime search_;
 };
 
 } // namespace tavrin

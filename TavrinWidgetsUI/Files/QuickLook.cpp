@@ -71,7 +71,7 @@ void QuickLook::lookAt(const std::filesystem::path& file) {
   text_->hide();
   nothing_->show();
   setFocus();
-  reading_ = std::make_shared<int>();
+  reading_.renew();
   const auto contents = std::make_shared<Contents>();
   const int pixels = static_cast<int>(std::max(width_, contentHeight) * devicePixelRatioF());
   runLoop_.background([file, pixels, contents] { *contents = read(file, pixels); }, reading_,

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Base/Lifetime.h"
 #include "TavrinPlatform/RunLoop.h"
 
 #include <QImage>
@@ -53,7 +54,7 @@ private:
   PanelTextEdit* text_;
   PanelEmptyState* nothing_;
   /// Of the last file asked for; one that was overtaken finds it gone.
-  std::shared_ptr<int> reading_;
+  Lifetime reading_;
 };
 
 } // namespace tavrin

@@ -1,5 +1,6 @@
 #include "TavrinWidgetsUI/GitHub/GitHubSource.h"
 
+#include "TavrinCore/Base/Lifetime.h"
 #include "TavrinCore/Text/Text.h"
 
 #include <unistd.h>
@@ -58,13 +59,13 @@ TokenPtr GitHubSource::load(const GitHubSettings& settings,
                             std::function<void(const Result&)> done) {
   struct Load final : Token {
     TokenPtr process;
-    std::shared_ptr<int> alive = std::make_shared<int>();
+    Lifetime alive;
   };
   auto load = std::make_unique<Load>();
   const auto tool = toolURL();
   if (!tool) {
-    runLoop_.post([done = std::move(done), alive = std::weak_ptr(load->alive)] {
-      if (alive.lock())
+    runLoop_.post([done = std::move(done), alive = load->alive.watch()] {
+      if (!alive.expired())
         done({{}, {}, Trouble{Kind::toolMissing}, false});
     });
     return load;
@@ -72,7 +73,7 @@ TokenPtr GitHubSource::load(const GitHubSettings& settings,
   // An answer can be megabytes: it is read beside the main thread.
   load->process = processes_.run(
       request(*tool, settings), [&runLoop = runLoop_, settings, done = std::move(done),
-                                 alive = std::weak_ptr(load->alive)](const ProcessResult& run) {
+                                 alive = load->alive.watch()](const ProcessResult& run) {
         auto read = std::make_shared<Result>();
         runLoop.background([read, run, settings] { *read = result(run, settings); }, alive,
                            [read, done] { done(*read); });

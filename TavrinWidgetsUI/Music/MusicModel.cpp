@@ -56,7 +56,7 @@ void MusicModel::loadCover() {
     return;
   coverFile_ = file;
   coverTrack_ = track;
-  loading_ = std::make_shared<int>();
+  loading_.renew();
   if (!file) {
     cover_ = {};
     return;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Base/Lifetime.h"
 #include "TavrinCore/Widgets/DockWidget.h"
 #include "TavrinPlatform/Clock.h"
 #include "TavrinPlatform/MediaPlayers.h"
@@ -60,7 +61,7 @@ private:
   std::optional<std::filesystem::path> coverFile_;
   /// A cover's file may be written anew under its old name for the next track.
   std::string coverTrack_;
-  std::shared_ptr<int> loading_;
+  Lifetime loading_;
   int tileSteps_ = 0;
   bool isCounting_ = false;
   TokenPtr observation_;

@@ -129,8 +129,7 @@ void ApplicationLauncher::activate(const std::shared_ptr<Launch>& launch) {
                    "activation-token", "s", launch->startupID.c_str());
   session_->call(
       message,
-      [this, launch, weak = std::weak_ptr(alive_)](sd_bus_message* reply,
-                                                   const std::string& error) {
+      [this, launch, weak = alive_.watch()](sd_bus_message* reply, const std::string& error) {
         if (weak.expired())
           return;
         if (reply != nullptr) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Base/Lifetime.h"
 #include "TavrinPlatform/FileManager.h"
 #include "TavrinPlatform/Files/Descriptor.h"
 #include "TavrinPlatform/Linux/Applications/DesktopEntries.h"
@@ -46,7 +47,7 @@ private:
   RunLoop& runLoop_;
   Bus* session_;
   std::map<pid_t, Running> running_;
-  std::shared_ptr<int> alive_ = std::make_shared<int>();
+  Lifetime alive_;
 };
 
 } // namespace tavrin

@@ -216,7 +216,7 @@ void LinuxApplicationLibrary::askTheme() {
   BusMessage question = session_->method(portal, "Read");
   session_->call(
       question.append("ss", interfaceGroup, themeKey),
-      [this, weak = std::weak_ptr(alive_)](sd_bus_message* reply, const std::string&) {
+      [this, weak = alive_.watch()](sd_bus_message* reply, const std::string&) {
         if (!weak.expired())
           setTheme(reply != nullptr ? portalText(reply) : std::string());
       },

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Base/Lifetime.h"
 #include "TavrinPlatform/ApplicationLibrary.h"
 #include "TavrinPlatform/Linux/Applications/ApplicationLauncher.h"
 #include "TavrinPlatform/Linux/Applications/IconLoader.h"
@@ -54,7 +55,7 @@ private:
   /// What waits for the theme's name.
   std::vector<std::function<void()>> waiting_;
   std::shared_ptr<IconLoader> icons_;
-  std::shared_ptr<int> alive_ = std::make_shared<int>();
+  Lifetime alive_;
   std::unique_ptr<SerialQueue> queue_;
 };
 

@@ -80,7 +80,7 @@ void BusMediaPlayers::watch() {
 
 void BusMediaPlayers::list() {
   session_->call(session_->method(daemon, "ListNames"),
-                 [this, weak = std::weak_ptr(alive_)](sd_bus_message* reply, const std::string&) {
+                 [this, weak = alive_.watch()](sd_bus_message* reply, const std::string&) {
                    if (weak.expired() || reply == nullptr ||
                        sd_bus_message_enter_container(reply, 'a', "s") <= 0)
                      return;
@@ -132,8 +132,8 @@ BusMessage BusMediaPlayers::message(const std::string& name, const char* interfa
 void BusMediaPlayers::call(const std::string& name, const BusMessage& message, Reply reply) {
   session_->call(
       message,
-      [this, name, reply = std::move(reply),
-       weak = std::weak_ptr(alive_)](sd_bus_message* answer, const std::string& error) {
+      [this, name, reply = std::move(reply), weak = alive_.watch()](sd_bus_message* answer,
+                                                                    const std::string& error) {
         Peer* found = weak.expired() ? nullptr : peer(name);
         if (found == nullptr)
           return;

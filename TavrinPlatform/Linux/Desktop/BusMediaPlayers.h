@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Base/Lifetime.h"
 #include "TavrinPlatform/Clock.h"
 #include "TavrinPlatform/Linux/Base/Bus.h"
 #include "TavrinPlatform/MediaPlayers.h"
@@ -71,7 +72,7 @@ private:
   std::vector<TokenPtr> watches_;
   TokenPtr announcing_;
   std::uint64_t uses_ = 0;
-  std::shared_ptr<int> alive_ = std::make_shared<int>();
+  Lifetime alive_;
 };
 
 } // namespace tavrin

@@ -50,7 +50,7 @@ void BusConnectedDevices::refresh() {
   // A computer without Bluetooth need not start its daemon for this.
   if (question)
     sd_bus_message_set_auto_start(question.get(), 0);
-  bus_->call(question, [this, weak = std::weak_ptr(alive_)](sd_bus_message* reply, auto&) {
+  bus_->call(question, [this, weak = alive_.watch()](sd_bus_message* reply, auto&) {
     if (weak.expired())
       return;
     peers_.clear();

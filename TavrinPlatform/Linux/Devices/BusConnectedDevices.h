@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Base/Lifetime.h"
 #include "TavrinPlatform/ConnectedDevices.h"
 #include "TavrinPlatform/Linux/Devices/UPowerSources.h"
 
@@ -33,7 +34,7 @@ private:
   HandlerList changes_;
   std::map<std::string, Peer> peers_;
   std::vector<TokenPtr> watches_;
-  std::shared_ptr<int> alive_ = std::make_shared<int>();
+  Lifetime alive_;
 };
 
 } // namespace tavrin

@@ -27,7 +27,7 @@ void BusFanHelper::look() {
     return;
   for (const char* member : {"ListActivatableNames", "ListNames"})
     bus->call(bus->method(daemon, member),
-              [this, weak = std::weak_ptr(alive_)](sd_bus_message* reply, const std::string&) {
+              [this, weak = alive_.watch()](sd_bus_message* reply, const std::string&) {
                 if (reply == nullptr || weak.expired() ||
                     sd_bus_message_enter_container(reply, 'a', "s") <= 0)
                   return;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Base/Lifetime.h"
 #include "TavrinPlatform/FanHelperClient.h"
 #include "TavrinPlatform/Linux/Base/Bus.h"
 #include "TavrinPlatform/POSIX/HandlerList.h"
@@ -38,7 +39,7 @@ private:
   HandlerList changes_;
   Status status_ = Status::notRegistered;
   bool hasLooked_ = false;
-  std::shared_ptr<int> alive_ = std::make_shared<int>();
+  Lifetime alive_;
 };
 
 } // namespace tavrin

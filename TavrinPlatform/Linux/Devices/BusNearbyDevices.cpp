@@ -103,7 +103,7 @@ void BusNearbyDevices::askConnect(bool wakes) {
     sd_bus_message_set_auto_start(question.get(), 0);
   session_->call(
       question,
-      [this, weak = std::weak_ptr(alive_)](sd_bus_message* reply, const std::string&) {
+      [this, weak = alive_.watch()](sd_bus_message* reply, const std::string&) {
         if (weak.expired())
           return;
         std::map<std::string, NearbyDevice> before = std::exchange(connect_, {});
@@ -129,7 +129,7 @@ void BusNearbyDevices::askConnectDevice(const std::string& id) {
   BusMessage question = session_->method({connectService, path.c_str(), properties}, "GetAll");
   session_->call(
       question.append("s", connectDevice),
-      [this, id, weak = std::weak_ptr(alive_)](sd_bus_message* reply, const std::string&) {
+      [this, id, weak = alive_.watch()](sd_bus_message* reply, const std::string&) {
         if (weak.expired())
           return;
         const auto found = connect_.find(id);
@@ -169,7 +169,7 @@ void BusNearbyDevices::askBluetooth() {
     sd_bus_message_set_auto_start(question.get(), 0);
   system->call(
       question,
-      [this, weak = std::weak_ptr(alive_)](sd_bus_message* reply, const std::string&) {
+      [this, weak = alive_.watch()](sd_bus_message* reply, const std::string&) {
         if (weak.expired())
           return;
         bluetooth_.clear();

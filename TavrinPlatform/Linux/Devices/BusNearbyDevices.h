@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Base/Lifetime.h"
 #include "TavrinPlatform/Linux/Base/Bus.h"
 #include "TavrinPlatform/NearbyDevices.h"
 #include "TavrinPlatform/POSIX/HandlerList.h"
@@ -49,7 +50,7 @@ private:
   int asked_ = 2;
   bool wasAvailable_ = true;
   TokenPtr asking_;
-  std::shared_ptr<int> alive_ = std::make_shared<int>();
+  Lifetime alive_;
 };
 
 } // namespace tavrin

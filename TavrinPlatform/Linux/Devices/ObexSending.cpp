@@ -58,8 +58,8 @@ void ObexSending::open() {
   message.append("sa{sv}", device_.id.c_str(), 1, "Target", "s", "opp");
   session_.call(
       message,
-      [this, weak = std::weak_ptr(alive_), bus = &session_](sd_bus_message* reply,
-                                                            const std::string& error) {
+      [this, weak = alive_.watch(), bus = &session_](sd_bus_message* reply,
+                                                     const std::string& error) {
         const char* path = nullptr;
         const bool isOpen =
             reply != nullptr && sd_bus_message_read_basic(reply, 'o', &path) > 0 && path != nullptr;
@@ -95,7 +95,7 @@ void ObexSending::sendNext() {
   message.append("s", files_[state_.file].c_str());
   session_.call(
       message,
-      [this, weak = std::weak_ptr(alive_)](sd_bus_message* reply, const std::string&) {
+      [this, weak = alive_.watch()](sd_bus_message* reply, const std::string&) {
         if (weak.expired())
           return;
         const char* path = nullptr;

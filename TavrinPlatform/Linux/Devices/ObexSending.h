@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Base/Lifetime.h"
 #include "TavrinPlatform/Linux/Base/Bus.h"
 #include "TavrinPlatform/NearbyDevices.h"
 
@@ -40,7 +41,7 @@ private:
   std::string transfer_;
   std::vector<TokenPtr> watches_;
   TokenPtr silence_;
-  std::shared_ptr<int> alive_ = std::make_shared<int>();
+  Lifetime alive_;
 };
 
 } // namespace tavrin

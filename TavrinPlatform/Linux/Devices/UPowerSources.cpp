@@ -38,9 +38,9 @@ const std::map<std::string, BusProperties>& UPowerSources::devices() {
 }
 
 void UPowerSources::watch() {
-  if (round_ != nullptr)
+  if (round_)
     return;
-  round_ = std::make_shared<int>();
+  round_.emplace();
   bus_ = system_();
   if (bus_ == nullptr)
     return;
@@ -79,7 +79,7 @@ void UPowerSources::watch() {
 }
 
 void UPowerSources::forgetAll() {
-  round_ = std::make_shared<int>();
+  round_.emplace();
   daemon_ = {};
   if (!std::exchange(devices_, {}).empty())
     changes_.call();
@@ -89,7 +89,7 @@ void UPowerSources::enumerate() {
   ask(daemonPath);
   ask(displayPath);
   bus_->call(bus_->method({service, daemonPath, service}, "EnumerateDevices"),
-             [this, weak = std::weak_ptr(round_)](sd_bus_message* reply, const std::string&) {
+             [this, weak = round_->watch()](sd_bus_message* reply, const std::string&) {
                if (reply == nullptr || weak.expired() ||
                    sd_bus_message_enter_container(reply, 'a', "o") <= 0)
                  return;
@@ -103,7 +103,7 @@ void UPowerSources::ask(const std::string& path) {
   BusMessage question = bus_->method({service, path.c_str(), propertiesInterface}, "GetAll");
   question.append("s", path == daemonPath ? service : deviceInterface);
   bus_->call(question,
-             [this, path, weak = std::weak_ptr(round_)](sd_bus_message* reply, const std::string&) {
+             [this, path, weak = round_->watch()](sd_bus_message* reply, const std::string&) {
                // A device may be gone by the time it is asked.
                if (reply == nullptr || weak.expired())
                  return;

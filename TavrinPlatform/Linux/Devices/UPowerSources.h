@@ -1,11 +1,13 @@
 #pragma once
 
+#include "TavrinCore/Base/Lifetime.h"
 #include "TavrinPlatform/Linux/Base/Bus.h"
 #include "TavrinPlatform/Linux/Base/BusProperties.h"
 #include "TavrinPlatform/POSIX/HandlerList.h"
 #include "TavrinPlatform/PowerSources.h"
 
 #include <map>
+#include <optional>
 #include <string>
 
 namespace tavrin {
@@ -37,7 +39,7 @@ private:
   BusProperties daemon_;
   std::vector<TokenPtr> watches_;
   /// Answers of before a restart of the service are not for now.
-  std::shared_ptr<int> round_;
+  std::optional<Lifetime> round_;
 };
 
 } // namespace tavrin

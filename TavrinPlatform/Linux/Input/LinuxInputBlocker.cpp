@@ -1,5 +1,6 @@
 #include "TavrinPlatform/Linux/Input/LinuxInputBlocker.h"
 
+#include "TavrinCore/Base/Lifetime.h"
 #include "TavrinPlatform/Linux/Base/BusProperties.h"
 #include "TavrinPlatform/Linux/Input/InputGuard.h"
 
@@ -74,7 +75,7 @@ private:
   void read() {
     heard_ = std::chrono::steady_clock::now();
     // A callback may destroy this.
-    const std::weak_ptr<int> alive = alive_;
+    const auto alive = alive_.watch();
     for (const char byte : guard_->readAllStandardOutput()) {
       take(byte);
       if (alive.expired())
@@ -115,7 +116,7 @@ private:
   std::unique_ptr<QProcess, LetGo> guard_{new QProcess};
   TokenPtr beat_;
   std::chrono::steady_clock::time_point heard_;
-  std::shared_ptr<int> alive_ = std::make_shared<int>();
+  Lifetime alive_;
   bool isStarted_ = false;
   bool isEnded_ = false;
 };
@@ -176,7 +177,7 @@ void LinuxInputBlocker::setSaverActive(const Saver& saver, bool isActive) {
 
 /// Later: the token of a match must not go while it calls.
 void LinuxInputBlocker::forget(const Saver& saver) {
-  runLoop_.post([this, saver, alive = std::weak_ptr(alive_)] {
+  runLoop_.post([this, saver, alive = alive_.watch()] {
     if (!alive.expired())
       activeSavers_.erase(saver);
   });

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Base/Lifetime.h"
 #include "TavrinPlatform/InputBlocker.h"
 #include "TavrinPlatform/Linux/Base/Bus.h"
 #include "TavrinPlatform/POSIX/HandlerList.h"
@@ -45,7 +46,7 @@ private:
   bool sessionLocks_ = false;
   std::string sessionPath_;
   std::vector<TokenPtr> watches_;
-  std::shared_ptr<int> alive_ = std::make_shared<int>();
+  Lifetime alive_;
 };
 
 } // namespace tavrin

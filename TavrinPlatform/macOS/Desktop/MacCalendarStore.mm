@@ -1,5 +1,6 @@
 #include "TavrinPlatform/macOS/Desktop/MacCalendarStore.h"
 
+#include "TavrinCore/Base/Lifetime.h"
 #include "TavrinPlatform/POSIX/HandlerList.h"
 #include "TavrinPlatform/POSIX/LivingToken.h"
 #include "TavrinPlatform/macOS/Base/MacObservation.h"
@@ -102,7 +103,7 @@ public:
 
 private:
   EKEventStore* store_;
-  std::shared_ptr<int> alive_ = std::make_shared<int>();
+  Lifetime alive_;
 };
 
 class MacCalendarStore final : public CalendarStore {

@@ -1,5 +1,6 @@
 #include "TavrinPlatform/macOS/Desktop/MacMediaPlayers.h"
 
+#include "TavrinCore/Base/Lifetime.h"
 #include "TavrinPlatform/POSIX/HandlerList.h"
 #include "TavrinPlatform/macOS/Base/MacObservation.h"
 #include "TavrinPlatform/macOS/Base/MacText.h"
@@ -169,7 +170,7 @@ private:
   }
 
   void ask(const Known& known, int process) {
-    queue().run([this, &runLoop = runLoop_, life = std::weak_ptr<int>(alive_), &known, process] {
+    queue().run([this, &runLoop = runLoop_, life = alive_.watch(), &known, process] {
       const PlayerAnswer answer = PlayerEvents(known.script, process).ask();
       runLoop.post([this, life, &known, answer] {
         if (!life.expired())
@@ -252,7 +253,7 @@ private:
   HandlerList changes_;
   TavrinPlayerObserver* observer_ = [[TavrinPlayerObserver alloc] init];
   std::list<MacObservation> watches_;
-  std::shared_ptr<int> alive_ = std::make_shared<int>();
+  Lifetime alive_;
   std::unique_ptr<SerialQueue> queue_;
 };
 

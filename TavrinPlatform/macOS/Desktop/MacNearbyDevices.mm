@@ -1,6 +1,7 @@
 #include "TavrinPlatform/macOS/Desktop/MacNearbyDevices.h"
 
 #include "TavrinCore/Base/Errors.h"
+#include "TavrinCore/Base/Lifetime.h"
 #include "TavrinPlatform/POSIX/LivingToken.h"
 #include "TavrinPlatform/macOS/Base/MacText.h"
 
@@ -48,7 +49,7 @@ std::string troubleOf(NSError* error) {
 class Sending final : public Token {
 public:
   Sending(RunLoop& runLoop, std::function<void(const SendingResult&)> done) {
-    const std::weak_ptr<int> life = alive_;
+    const auto life = alive_.watch();
     tell_ = [&runLoop, life, done = std::move(done)](std::string trouble) {
       runLoop.post([life, done, trouble = std::move(trouble)] {
         if (!life.expired())
@@ -73,7 +74,7 @@ public:
   }
 
 private:
-  std::shared_ptr<int> alive_ = std::make_shared<int>();
+  Lifetime alive_;
   std::function<void(std::string)> tell_;
   NSSharingService* service_ = nil;
   TavrinSharingDelegate* delegate_ = [[TavrinSharingDelegate alloc] init];

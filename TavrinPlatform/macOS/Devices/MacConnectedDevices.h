@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Base/Lifetime.h"
 #include "TavrinCore/Base/Log.h"
 #include "TavrinCore/Kinds/System/DeviceBatteries.h"
 #include "TavrinPlatform/ConnectedDevices.h"
@@ -40,7 +41,7 @@ private:
   std::vector<DeviceBattery> devices_;
   bool isAsking_ = false;
   TokenPtr report_;
-  std::shared_ptr<int> alive_ = std::make_shared<int>();
+  Lifetime alive_;
 };
 
 } // namespace tavrin

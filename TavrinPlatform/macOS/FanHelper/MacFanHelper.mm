@@ -1,5 +1,6 @@
 #include "TavrinPlatform/macOS/FanHelper/MacFanHelper.h"
 
+#include "TavrinCore/Base/Lifetime.h"
 #include "TavrinCore/Kinds/Fans/FanControl.h"
 #include "TavrinPlatform/POSIX/HandlerList.h"
 #include "TavrinPlatform/macOS/Base/MacText.h"
@@ -51,7 +52,7 @@ public:
 
   void unregisterHelper(Reply reply) override {
     close();
-    const std::weak_ptr<int> alive = alive_;
+    const auto alive = alive_.watch();
     RunLoop& runLoop = runLoop_;
     [service() unregisterWithCompletionHandler:^(NSError* error) {
       const bool isGone = error == nil || error.code == kSMErrorJobNotFound;
@@ -115,7 +116,7 @@ private:
                                                            options:NSXPCConnectionPrivileged];
     connection_.remoteObjectInterface =
         [NSXPCInterface interfaceWithProtocol:@protocol(TavrinFanHelper)];
-    const std::weak_ptr<int> alive = alive_;
+    const auto alive = alive_.watch();
     RunLoop& runLoop = runLoop_;
     // An invalidated connection serves no more; the next call makes another one.
     connection_.invalidationHandler = ^{
@@ -142,7 +143,7 @@ private:
   bool hasLooked_ = false;
   TokenPtr poll_;
   NSXPCConnection* connection_ = nil;
-  std::shared_ptr<int> alive_ = std::make_shared<int>();
+  Lifetime alive_;
 };
 
 } // namespace

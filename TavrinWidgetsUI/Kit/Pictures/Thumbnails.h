@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Base/Lifetime.h"
 #include "TavrinPlatform/FolderWatch.h"
 #include "TavrinPlatform/RunLoop.h"
 
@@ -51,7 +52,7 @@ private:
   std::map<Key, std::list<Entry>::iterator> places_;
   std::vector<Key> wanted_;
   bool isMaking_ = false;
-  std::shared_ptr<int> alive_ = std::make_shared<int>();
+  Lifetime alive_;
 };
 
 } // namespace tavrin
