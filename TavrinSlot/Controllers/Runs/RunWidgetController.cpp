@@ -44,10 +44,7 @@ void RunWidgetController::runChanged() {
   userCame();
   saveRun();
   scheduleEndNotification();
-  if (isRunning())
-    startTicking();
-  else
-    ticker_.reset();
+  follow(TickSchedule(tickInterval, !isRunning()));
   renderTile(true);
   refreshPanel();
 }
@@ -57,9 +54,11 @@ void RunWidgetController::scheduleEndNotification() {
   endNotification_.schedule(next.date, widget().name, next.notice);
 }
 
-void RunWidgetController::startTicking() {
-  if (!ticker_)
-    ticker_ = platform().runLoop().repeat(tickInterval, [this] { tick(); });
+void RunWidgetController::follow(const TickSchedule& schedule) {
+  if (schedule.isPaused())
+    ticker_.reset();
+  else if (!ticker_)
+    ticker_ = platform().runLoop().repeat(schedule.interval(), [this] { tick(); });
 }
 
 void RunWidgetController::tick() {

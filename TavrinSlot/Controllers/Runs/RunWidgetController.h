@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Kinds/Runs/TickSchedule.h"
 #include "TavrinSlot/BasicWidgetController.h"
 #include "TavrinSlot/Controllers/Runs/EndNotification.h"
 
@@ -53,7 +54,7 @@ protected:
   void panelWillOpen() override;
 
 private:
-  void startTicking();
+  void follow(const TickSchedule& schedule);
   void tick();
   void renderTile(bool force);
   void userCame();
