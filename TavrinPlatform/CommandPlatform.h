@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TavrinPlatform/Clock.h"
+#include "TavrinPlatform/DesktopReport.h"
 #include "TavrinPlatform/DistributedNotificationCenter.h"
 #include "TavrinPlatform/DockServices.h"
 #include "TavrinPlatform/FileManager.h"
@@ -24,6 +25,9 @@ public:
   virtual DistributedNotificationCenter& notifications() = 0;
   virtual RunningApplications& applications() = 0;
   virtual DockServices& dockServices() = 0;
+
+  /// Looks at the desktop anew each time; may take a second.
+  virtual DesktopReport desktopReport() = 0;
 
   /// The file this program was started from, links resolved.
   virtual std::filesystem::path program() = 0;

@@ -41,6 +41,10 @@ public:
     return *dockServices_;
   }
 
+  DesktopReport desktopReport() override {
+    return {{{"surface", DesktopReport::State::good, "The tiles are the Dock's own."}}};
+  }
+
   void wait(double seconds) override {
     using Moment = std::chrono::steady_clock;
     const auto end = Moment::now() + std::chrono::duration<double>(seconds);

@@ -87,6 +87,7 @@ public:
   DistributedNotificationCenter& notifications() override { return center; }
   RunningApplications& applications() override { return running; }
   DockServices& dockServices() override { return dock; }
+  DesktopReport desktopReport() override { return desktop; }
   std::filesystem::path program() override { return "/opt/tavrin/bin/tavrin"; }
   void wait(double seconds) override { waited += seconds; }
   void waitForEvent() override {}
@@ -112,6 +113,7 @@ public:
   FakeMainBundle bundle;
   FakeRunningApplications running;
   FakeDockServices dock{files};
+  DesktopReport desktop;
   double waited = 0;
   bool isInFront = true;
   std::function<int(const std::vector<std::string>&)> editor;

@@ -29,6 +29,7 @@ public:
   DistributedNotificationCenter& notifications() override;
   RunningApplications& applications() override;
   DockServices& dockServices() override;
+  DesktopReport desktopReport() override;
   void wait(double seconds) override;
   void waitForEvent() override;
 
