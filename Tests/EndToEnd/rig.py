@@ -23,7 +23,7 @@ eavesdrop="true"/><allow eavesdrop="true"/><allow own="*"/></policy></busconfig>
 
 
 # Seconds for what comes at once on a machine that has nothing else to do.
-PATIENCE = 30.0
+PATIENCE = float(os.environ.get("TAVRIN_PATIENCE", 30))
 
 
 def wait_for(condition, what, seconds=PATIENCE, pause=0.005):

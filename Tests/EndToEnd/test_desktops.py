@@ -1,0 +1,458 @@
+"""The strip and its panels under each window manager: one row of a table for each, a column for
+each thing that a desktop must let them do.
+
+    test_desktops.py [On_MANAGER ...]     runs the rows; a manager that is not here is named and skipped
+    test_desktops.py --table FOLDER       prints the table of all rows that have run
+"""
+
+import json
+import os
+import pathlib
+import re
+import shutil
+import subprocess
+import sys
+import time
+import unittest
+
+from rig import BUILD, Desk, wait_for, widget
+
+# A tiling manager would give a floating test window no place of its own.
+I3_CONFIG = "font pango:monospace 8\nfor_window [title=\"^cover$\"] floating enable\n"
+
+MANAGERS = {
+    "i3": ["i3", "-c", "{config}"],
+    "xfwm4": ["xfwm4"],
+    "openbox": ["openbox"],
+    "metacity": ["metacity"],
+    "kwin_x11": ["kwin_x11"],
+    "mutter": ["mutter", "--x11"],
+    "none": None,
+}
+# Cells that cannot be "yes", and why; docs/desktops.md says more.
+EXPLAINED = {
+    ("none", "fullscreen"): "nobody makes windows fullscreen",
+    ("none", "room"): "nobody keeps windows off an edge",
+    ("none", "desktops"): "there is one desktop",
+    ("none", "killed"): "there is no manager",
+}
+TILE = 48
+PITCH = TILE * 1.0625
+SCREEN = (1280, 800)
+NAMES = ["First", "Second", "Third"]
+RESULTS = BUILD / "desktops"
+
+
+class Row:
+    """The columns; each test of it leaves the desk as it found it."""
+    manager = ""
+
+    @classmethod
+    def setUpClass(cls):
+        command = MANAGERS[cls.manager]
+        if command and shutil.which(command[0]) is None:
+            raise unittest.SkipTest(f"{cls.manager} is not installed")
+        cls.cells = {}
+        cls.desk = Desk(window_manager=False)
+        cls.addClassCleanup(cls.desk.close)
+        cls.addClassCleanup(cls.write_row)
+        cls.wm = None
+        cls.start_manager()
+        cls.desk.write_widgets([widget("note", {"text": f"n{slot}"}, slot, name=name)
+                                for slot, name in enumerate(NAMES, start=1)], announce=False)
+        cls.slots = [cls.desk.start_slot(slot) for slot in range(1, len(NAMES) + 1)]
+        for slot in range(1, len(NAMES) + 1):
+            cls.desk.wait_for_name(slot)
+        cls.settle()
+
+    @classmethod
+    def write_row(cls):
+        RESULTS.mkdir(exist_ok=True)
+        (RESULTS / f"{cls.manager}.json").write_text(json.dumps(cls.cells, indent=1))
+
+    @classmethod
+    def start_manager(cls):
+        if MANAGERS[cls.manager] is None:
+            return
+        config = cls.desk.home / "i3.conf"
+        config.write_text(I3_CONFIG)
+        command = [word.format(config=config) for word in MANAGERS[cls.manager]]
+        cls.wm = cls.desk.spawn(command, log="wm.log")
+
+        def lives():
+            check = cls.desk.run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK", check=False)
+            window = re.search(r"0x[0-9a-f]+", check)
+            return window and window[0] in cls.desk.run(
+                "xprop", "-id", window[0], "_NET_SUPPORTING_WM_CHECK", check=False)
+        wait_for(lives, cls.manager)
+
+    @classmethod
+    def kill_manager(cls):
+        cls.wm.kill()
+        cls.wm.wait()
+
+    # What is on the screen
+
+    @classmethod
+    def windows(cls, number):
+        """A slot's visible windows: its tile and its panel, each (id, x, y, width, height)."""
+        tile = panel = None
+        for window in cls.desk.windows(cls.slots[number].pid):
+            kind = cls.desk.run("xprop", "-id", window[0], "_NET_WM_WINDOW_TYPE", "_TAVRIN_ROOM",
+                                check=False)
+            if "_TAVRIN_ROOM(" in kind:
+                continue
+            if "DOCK" in kind:
+                tile = window
+            else:
+                panel = window
+        return tile, panel
+
+    @classmethod
+    def tile(cls, number):
+        return wait_for(lambda: cls.windows(number)[0], "the tile")
+
+    @classmethod
+    def panel(cls, number):
+        return cls.windows(number)[1]
+
+    @classmethod
+    def centre(cls, number):
+        _, x, y, width, height = cls.tile(number)
+        return x + width // 2, y + height // 2
+
+    @classmethod
+    def are_in_place(cls, screen=(0, 0, *SCREEN)):
+        tiles = [cls.windows(number)[0] for number in range(len(NAMES))]
+        if not all(tiles):
+            return False
+        left, top, width, height = screen
+        lefts = [tile[1] for tile in tiles]
+        middle = (lefts[0] + tiles[-1][1] + tiles[-1][3]) / 2
+        return (all(abs(b - a - PITCH) <= 1.5 for a, b in zip(lefts, lefts[1:]))
+                and all(tile[2] + tile[4] == top + height for tile in tiles)
+                and all(tile[4] == TILE and abs(tile[3] - PITCH) <= 1 for tile in tiles)
+                and abs(middle - left - width / 2) <= 3)
+
+    @classmethod
+    def settle(cls):
+        wait_for(cls.are_in_place, "the strip at the bottom edge")
+
+    def colour(self, number):
+        """At the tile's upper middle, which its note's paper fills."""
+        x, y = self.centre(number)
+        shot = subprocess.run(["import", "-silent", "-window", "root", "-crop",
+                               f"1x1+{x}+{y - 12}", "-depth", "8", "rgb:-"], env=self.desk.env,
+                              capture_output=True, check=True).stdout
+        return tuple(shot)
+
+    def sees_tile(self, number=1):
+        red, green, blue = self.colour(number)
+        return red > 180 and green > 140 and blue < 190 and green > blue
+
+    def sees_red(self, number=1):
+        return self.colour(number) == (255, 0, 0)
+
+    # What others have on it
+
+    def open_terminal(self, title="other", geometry="40x10+20+20", colour="white"):
+        terminal = self.desk.spawn(["xterm", "-T", title, "-bg", colour, "-fg", colour, "-geometry",
+                                    geometry])
+
+        def end():
+            terminal.terminate()
+            terminal.wait()
+            wait_for(lambda: not self.desk.run("xdotool", "search", "--onlyvisible", "--name",
+                                               f"^{title}$", check=False).strip(), "its end")
+        self.addCleanup(end)
+        return self.desk.run("xdotool", "search", "--sync", "--onlyvisible", "--name",
+                             f"^{title}$").split()[0]
+
+    def focused(self):
+        return self.desk.run("xdotool", "getwindowfocus", check=False).strip()
+
+    def focus(self, window):
+        def has_it():
+            self.desk.run("xdotool", "windowactivate" if self.manager_lives() else "windowfocus",
+                          window, check=False)
+            return self.focused() == window
+        wait_for(has_it, "the terminal's focus", pause=0.1)
+
+    def manager_lives(self):
+        return self.wm is not None and self.wm.poll() is None
+
+    def press(self, number, milliseconds=60):
+        x, y = self.centre(number)
+        self.desk.run("xdotool", "mousemove", str(x), str(y))
+        if milliseconds == 0:
+            self.desk.run("xdotool", "click", "1")
+        else:
+            self.desk.run("xdotool", "mousedown", "1", "sleep", str(milliseconds / 1000),
+                          "mouseup", "1")
+
+    def open(self, number):
+        self.press(number)
+        return wait_for(lambda: self.panel(number), "the panel")
+
+    def wait_closed(self, number):
+        wait_for(lambda: self.panel(number) is None, "the panel to close")
+
+    def close(self, number):
+        if self.panel(number):
+            self.press(number)
+            self.wait_closed(number)
+
+    def text(self, number):
+        document = json.loads((self.desk.data / "widgets.json").read_text())
+        return document["widgets"][number]["kind"]["note"]["_0"]["text"]
+
+    def type(self, number, letter):
+        """The panel has the keyboard once it can be seen to; what is typed must reach its note."""
+        wait_for(lambda: self.owns_focus(number), "the panel's keyboard")
+        self.desk.run("xdotool", "type", letter)
+        wait_for(lambda: letter in self.text(number), "the typed letter in the note")
+
+    def owns_focus(self, number):
+        window = self.focused()
+        pid = self.desk.run("xdotool", "getwindowpid", window, check=False).strip()
+        return pid == str(self.slots[number].pid)
+
+    def works(self, number, letter):
+        """A panel opens, takes the keyboard and closes on Escape."""
+        self.open(number)
+        self.type(number, letter)
+        self.desk.key("Escape")
+        self.wait_closed(number)
+
+    # The columns
+
+    def column_geometry(self):
+        self.settle()
+
+    def column_titles(self):
+        def name(window):
+            return self.desk.run("xprop", "-id", window[0], "_NET_WM_NAME", check=False)
+        for number, title in enumerate(NAMES):
+            wait_for(lambda: f'"{title}"' in name(self.tile(number)), "the tile's title")
+        panel = self.open(1)
+        wait_for(lambda: f'"{NAMES[1]}"' in name(panel), "the panel's title")
+        self.close(1)
+
+    def cover(self):
+        """A red window over the strip, raised and with the focus."""
+        window = self.open_terminal("cover", "60x14+400+300", "red")
+        left = self.tile(0)[1]
+
+        def lies_over():
+            self.desk.run("xdotool", "windowmove", window, str(left - 60), str(SCREEN[1] - 120))
+            shell = self.desk.run("xdotool", "getwindowgeometry", "--shell", window)
+            at = dict(line.split("=") for line in shell.split())
+            return int(at["Y"]) + int(at["HEIGHT"]) > SCREEN[1] - 20
+        wait_for(lies_over, "a window over the strip", pause=0.1)
+        self.desk.run("xdotool", "windowraise", window)
+        self.focus(window)
+        return window
+
+    def column_above(self):
+        self.cover()
+        wait_for(self.sees_tile, "the tile above an ordinary window")
+        self.assertTrue(self.sees_tile())
+
+    def column_fullscreen(self):
+        window = self.open_terminal("full", colour="red")
+        self.focus(window)
+        self.desk.run("wmctrl", "-i", "-r", window, "-b", "add,fullscreen")
+        wait_for(self.sees_red, "the fullscreen window above the tiles")
+        self.desk.run("wmctrl", "-i", "-r", window, "-b", "remove,fullscreen")
+        wait_for(self.sees_tile, "the tiles to come back")
+        self.settle()
+
+    def column_room(self):
+        window = self.open_terminal("big", colour="red")
+        self.focus(window)
+        self.desk.run("wmctrl", "-i", "-r", window, "-b", "add,maximized_vert,maximized_horz")
+        top = self.tile(0)[2]
+
+        def bottom():
+            shell = self.desk.run("xdotool", "getwindowgeometry", "--shell", window)
+            at = dict(line.split("=") for line in shell.split())
+            return int(at["Y"]) + int(at["HEIGHT"])
+        wait_for(lambda: top - 40 < bottom() <= top, "a maximized window above the tiles")
+
+    def column_desktops(self):
+        if self.manager == "i3":
+            def go(number):
+                self.desk.run("i3-msg", "workspace", str(number + 1))
+        else:
+            self.desk.run("wmctrl", "-n", "3")
+
+            def go(number):
+                self.desk.run("wmctrl", "-s", str(number))
+        if self.manager != "i3":
+            wait_for(lambda: "= 1" not in self.desk.run("xprop", "-root", "_NET_NUMBER_OF_DESKTOPS"),
+                     "a second desktop")
+
+        def current():
+            return self.desk.run("xprop", "-root", "_NET_CURRENT_DESKTOP").strip()[-1]
+        before = current()
+        # An empty desktop of a tiling manager goes when it is left.
+        window = self.open_terminal("stays", "20x4+20+20")
+        go(1)
+        wait_for(lambda: current() != before, "the other desktop")
+        self.settle()
+        wait_for(self.sees_tile, "the tile there")
+        self.works(1, "d")
+        go(0)
+        wait_for(lambda: current() == before, "the first desktop")
+        self.settle()
+        self.assertTrue(window)
+
+    def column_click(self):
+        for number in range(len(NAMES)):
+            _, x, y, width, height = self.open(number)
+            tile = self.tile(number)
+            self.assertLessEqual(y + height, tile[2] + 20, "above the tile")
+            self.assertAlmostEqual(x + width / 2, tile[1] + tile[3] / 2, delta=2)
+            self.close(number)
+
+    def column_typing(self):
+        self.open(1)
+        self.type(1, "t")
+        self.close(1)
+
+    def column_escape(self):
+        self.open(1)
+        wait_for(lambda: self.owns_focus(1), "the panel's keyboard")
+        self.desk.key("Escape")
+        self.wait_closed(1)
+
+    def column_second(self):
+        x, y = self.centre(1)
+        self.open(1)
+        self.close(1)
+        self.desk.run("xdotool", "mousemove", str(x), str(y), "click", "--repeat", "10", "--delay",
+                      "60", "1")
+        self.wait_closed(1)
+        self.works(1, "s")
+
+    def column_other(self):
+        """A press of any length on another tile opens its panel and closes the one that is open."""
+        self.open(0)
+        at = 0
+        for length in (0, 0, 0, 0, 0, 0, 0, 0, 40, 40, 200, 200):
+            other = (at + 1) % len(NAMES)
+            self.press(other, length)
+            wait_for(lambda: self.panel(other), f"the other panel, after {length} ms")
+            self.wait_closed(at)
+            at = other
+        self.assertIsNotNone(self.panel(at))
+        self.close(at)
+
+    def column_elsewhere(self):
+        terminal = self.open_terminal()
+        self.focus(terminal)
+        shell = self.desk.run("xdotool", "getwindowgeometry", "--shell", terminal)
+        at = dict(line.split("=") for line in shell.split())
+        self.open(1)
+        wait_for(lambda: self.owns_focus(1), "the panel's keyboard")
+        self.desk.click(int(at["X"]) + 9, int(at["Y"]) + 9)
+        self.wait_closed(1)
+        if self.manager != "none":
+            wait_for(lambda: self.focused() == terminal, "the clicked window's focus")
+
+    def column_bare(self):
+        self.open(1)
+        wait_for(lambda: self.owns_focus(1), "the panel's keyboard")
+        self.desk.click(40, 300)
+        self.wait_closed(1)
+
+    def column_back(self):
+        terminal = self.open_terminal()
+        self.focus(terminal)
+        for close in (lambda: self.desk.key("Escape"), lambda: self.press(1)):
+            self.open(1)
+            wait_for(lambda: self.owns_focus(1), "the panel's keyboard")
+            close()
+            self.wait_closed(1)
+            wait_for(lambda: self.focused() == terminal, "the focus to come back")
+
+    def column_monitor(self):
+        half = SCREEN[0] // 2
+        self.desk.run("xrandr", "--setmonitor", "L", f"{half}/160x{SCREEN[1]}/200+0+0", "screen")
+        self.desk.run("xrandr", "--setmonitor", "R", f"{half}/160x{SCREEN[1]}/200+{half}+0", "none")
+        try:
+            wait_for(lambda: self.are_in_place((0, 0, half, SCREEN[1])), "the strip on one monitor")
+            self.works(1, "m")
+        finally:
+            self.desk.run("xrandr", "--delmonitor", "R")
+            self.desk.run("xrandr", "--delmonitor", "L")
+        self.settle()
+        self.works(2, "m")
+
+    def column_killed(self):
+        """In every state of panel and focus."""
+        for state in ("nothing", "terminal", "panel", "panel over terminal"):
+            with self.subTest(state):
+                if "terminal" in state:
+                    self.focus(self.open_terminal(f"t{len(state)}"))
+                if "panel" in state:
+                    self.open(1)
+                self.kill_manager()
+                time.sleep(0.2)
+                self.assertTrue(self.panel(1) or "panel" not in state, "it stays open")
+                self.close(1)
+                self.settle()
+                self.works(1, "k")
+                if "panel" in state:
+                    self.open(1)
+                self.start_manager()
+                self.close(1)
+                self.settle()
+                self.works(1, "b")
+                self.column_room()
+                self.doCleanups()
+
+
+COLUMNS = [name.removeprefix("column_") for name in vars(Row) if name.startswith("column_")]
+
+
+def recorded(name):
+    """The column's test; what comes of it is a cell of the table."""
+    test = getattr(Row, f"column_{name}")
+
+    def run(self):
+        explained = EXPLAINED.get((self.manager, name))
+        if explained:
+            self.cells[name] = explained
+            self.skipTest(explained)
+        self.cells[name] = "no"
+        # What a test before left open is not this one's.
+        self.addCleanup(lambda: [self.close(number) for number in range(len(NAMES))])
+        test(self)
+        self.cells[name] = "yes"
+    run.__doc__ = test.__doc__
+    return run
+
+
+for manager in MANAGERS:
+    columns = {f"test_{index:02}_{name}": recorded(name) for index, name in enumerate(COLUMNS)}
+    globals()[f"On_{manager}"] = type(f"On_{manager}", (Row, unittest.TestCase),
+                                      {**columns, "manager": manager})
+
+
+def table(folder):
+    rows = [(manager, json.loads(path.read_text())) for manager in MANAGERS
+            if (path := pathlib.Path(folder) / f"{manager}.json").exists()]
+    print("| | " + " | ".join(manager for manager, _ in rows) + " |")
+    print("|---" * (len(rows) + 1) + "|")
+    for name in COLUMNS:
+        cells = ["—" if (manager, name) in EXPLAINED else row.get(name, "not run")
+                 for manager, row in rows]
+        print(f"| {name} | " + " | ".join(cells) + " |")
+
+
+if __name__ == "__main__":
+    if sys.argv[1:2] == ["--table"]:
+        table(sys.argv[2])
+    else:
+        unittest.main(verbosity=2)
