@@ -5,6 +5,7 @@
 #include "TavrinCommand/Dock/DockCommands.h"
 #include "TavrinCommand/Dock/FocusCommands.h"
 #include "TavrinCommand/Dock/ProfileCommands.h"
+#include "TavrinCommand/DoctorCommands.h"
 #include "TavrinCommand/Widgets/EditService.h"
 #include "TavrinCommand/Widgets/SlotCommands.h"
 #include "TavrinCommand/Widgets/UsageCommands.h"
@@ -86,6 +87,7 @@ std::unique_ptr<CLI::App> makeCommandLine(CommandContext& context) {
   addBackupCommands(*app, context);
   addFocusCommands(*app, context);
   addUsageCommands(*app, context);
+  addDoctorCommands(*app, context);
   addCompletionCommands(*app, context);
   CommandContext::examples(*app, {{"tavrin start", "put the placed widgets on the screen"},
                                   {"tavrin widgets", "list what there is"},

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinPlatform/Autostart.h"
 #include "TavrinPlatform/Clock.h"
 #include "TavrinPlatform/DesktopReport.h"
 #include "TavrinPlatform/DistributedNotificationCenter.h"
@@ -26,6 +27,7 @@ public:
   virtual RunningApplications& applications() = 0;
   virtual DockServices& dockServices() = 0;
 
+  virtual Autostart& autostart() = 0;
   /// Looks at the desktop anew each time; may take a second.
   virtual DesktopReport desktopReport() = 0;
 

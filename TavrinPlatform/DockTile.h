@@ -34,6 +34,8 @@ public:
   virtual Format format() const = 0;
   /// A surface that has square tiles only keeps `format().span` at 1.
   virtual void setPlace(const Place& place) = 0;
+  /// What the user calls the tile, for lists of windows; nothing where tiles are no windows.
+  virtual void setTitle(const std::string&) {}
   /// The tile's name for tooltips and assistive technology.
   virtual void setLabel(const std::string& name, const std::string& value) = 0;
   /// Shows `image`, whose size is that of `format()` in pixels. Copies what it needs.

@@ -72,6 +72,7 @@ void BasicWidgetController::renderTile() {
   const auto format = platform().dockTile().format();
   if (std::exchange(drawnFormat_, format) != format)
     formatChanged();
+  platform().dockTile().setTitle(widget_.name);
   context_.tile.render(tileView(context_.tile.size()));
 }
 
@@ -92,6 +93,7 @@ void BasicWidgetController::showContent() {
     panelView_->onFittingSizeChange = [this] { context_.panel.fitContent(); };
     context_.panel.setRootView(panelView_);
   }
+  panelView_->setWindowTitle(QString::fromStdString(widget_.name));
   panelView_->setAppearance(appearance());
   panelView_->refresh();
   context_.panel.fitContent();

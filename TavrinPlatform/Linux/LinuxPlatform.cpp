@@ -13,6 +13,7 @@
 #include "TavrinPlatform/Linux/Slot/LinuxMainBundle.h"
 #include "TavrinPlatform/Linux/Slot/LinuxSystemLog.h"
 #include "TavrinPlatform/Linux/Slot/MemoryRelease.h"
+#include "TavrinPlatform/Linux/Slot/News.h"
 #include "TavrinPlatform/Linux/Slot/ToolkitSetup.h"
 #include "TavrinPlatform/Linux/Tile/TileServices.h"
 #include "TavrinPlatform/POSIX/JSONUserDefaults.h"
@@ -35,9 +36,8 @@ template <class Service, class Make> Service& lazily(std::unique_ptr<Service>& m
 }
 
 /// The services of a Linux desktop. Read from the environment, beside what the desktop itself sets:
-/// - TAVRIN_SURFACE: the surfaces of the tile, of "strip", "tray" and "picture", with commas. By
-///   default the strip where there is an X server, else the tray where there is a status
-///   notifier host, else the picture.
+/// - TAVRIN_SURFACE: the surfaces of the tile, of "strip", "tray" and "picture", with commas,
+///   instead of what `chooseSurface` takes.
 /// - TAVRIN_PICTURE_DIR: the folder of the picture surface's files; by default "tiles" in the
 ///   data folder. A file is called by the bundle identifier.
 /// - TAVRIN_APPEARANCE: "light" or "dark", instead of the desktop's preference.
@@ -98,6 +98,8 @@ private:
   void makeRooms();
   TileServices::Environment tileEnvironment();
   std::filesystem::path pictureFolder() const;
+  /// By one notice for all slots, until there is another reason.
+  void tellMakeshift(const std::string& reason);
   /// Connected once somebody wants something of it; null where there is none.
   Bus* systemBus();
 
@@ -107,6 +109,7 @@ private:
   LinuxSystemLog log_;
   SystemClock clock_;
   std::filesystem::path executable_;
+  DesktopFacts displays_;
   LinuxMainBundle bundle_;
   ModuleFolder modules_{files_, bundle_};
   QtProcessRunner processes_;
@@ -172,7 +175,8 @@ LinuxPlatform::~LinuxPlatform() {
 }
 
 void LinuxPlatform::startToolkit(int& argc, char** argv) {
-  const ToolkitSetup setup(files_);
+  displays_ = readDisplays(files_);
+  const ToolkitSetup setup(files_, displays_);
   QApplication::setQuitOnLastWindowClosed(false);
   toolkit_ = std::make_unique<QApplication>(argc, argv);
   QApplication::setApplicationName(QString::fromStdString(identifier()));
@@ -195,6 +199,7 @@ TileServices::Environment LinuxPlatform::tileEnvironment() {
           .log = log_,
           .bus = bus_.get(),
           .identifier = identifier(),
+          .displays = displays_,
           .workspace = [this]() -> Workspace& { return workspace(); },
           .pictureFolder = [this] { return pictureFolder(); },
           .reopen = [this] { application_->reopen(); },
@@ -204,6 +209,7 @@ TileServices::Environment LinuxPlatform::tileEnvironment() {
                 if (application_->onResignActive)
                   application_->onResignActive();
               },
+          .toldMakeshift = [this](const auto& reason) { tellMakeshift(reason); },
           .hasDrawnMuch = [this] { memory_->soon(); }};
 }
 
@@ -216,6 +222,14 @@ std::filesystem::path LinuxPlatform::pictureFolder() const {
   } catch (const FileError&) {
   }
   return std::filesystem::temp_directory_path() / "tavrin-tiles";
+}
+
+void LinuxPlatform::tellMakeshift(const std::string& reason) {
+  Log(log_, "surface").info(reason);
+  if (isNews(files_.stateFolder() / "tavrin" / "surface", reason))
+    userNotifications().add({.identifier = "dev.quellby.Tavrin.surface",
+                             .title = "Tavrin's widgets",
+                             .body = reason + " `tavrin doctor` says more."});
 }
 
 Bus* LinuxPlatform::systemBus() {

@@ -14,6 +14,7 @@ public:
   virtual ~TileSurface() = default;
   virtual DockTile::Format format() const = 0;
   virtual void setPlace(const DockTile::Place&) {}
+  virtual void setTitle(const std::string&) {}
   virtual void setLabel(const std::string&, const std::string&) {}
   virtual void display(const QImage& image) = 0;
   virtual bool isVisible() const = 0;

@@ -1,4 +1,5 @@
 #include "TavrinPlatform/POSIX/TerminalPlatform.h"
+#include "TavrinPlatform/POSIX/UnavailableServices.h"
 #include "TavrinPlatform/Qt/QtRunLoop.h"
 #include "TavrinPlatform/macOS/Applications/MacRunningApplications.h"
 #include "TavrinPlatform/macOS/Desktop/MacNotifications.h"
@@ -41,6 +42,7 @@ public:
     return *dockServices_;
   }
 
+  Autostart& autostart() override { return autostart_; }
   DesktopReport desktopReport() override {
     return {{{"surface", DesktopReport::State::good, "The tiles are the Dock's own."}}};
   }
@@ -91,6 +93,7 @@ private:
   std::unique_ptr<DistributedNotificationCenter> notifications_;
   std::unique_ptr<RunningApplications> applications_;
   std::unique_ptr<DockServices> dockServices_;
+  UnavailableAutostart autostart_;
 };
 
 } // namespace

@@ -87,6 +87,7 @@ public:
   DistributedNotificationCenter& notifications() override { return center; }
   RunningApplications& applications() override { return running; }
   DockServices& dockServices() override { return dock; }
+  Autostart& autostart() override { return starting; }
   DesktopReport desktopReport() override { return desktop; }
   std::filesystem::path program() override { return "/opt/tavrin/bin/tavrin"; }
   void wait(double seconds) override { waited += seconds; }
@@ -114,6 +115,14 @@ public:
   FakeRunningApplications running;
   FakeDockServices dock{files};
   DesktopReport desktop;
+  struct Starting final : Autostart {
+    Status status() override { return {isOn, true, isOn ? "It is on." : "It is off."}; }
+    Status set(bool wanted) override {
+      isOn = wanted;
+      return status();
+    }
+    bool isOn = false;
+  } starting;
   double waited = 0;
   bool isInFront = true;
   std::function<int(const std::vector<std::string>&)> editor;

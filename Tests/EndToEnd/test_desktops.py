@@ -168,6 +168,14 @@ class Row:
         return self.desk.run("xdotool", "search", "--sync", "--onlyvisible", "--name",
                              f"^{title}$").split()[0]
 
+    def frame(self, window):
+        """Where a client's own window is: left, top, right, bottom. xdotool counts frames twice."""
+        said = self.desk.run("xwininfo", "-id", window)
+        left, top, width, height = (
+            int(re.search(rf"{word}:\s+(-?\d+)", said)[1])
+            for word in ("Absolute upper-left X", "Absolute upper-left Y", "Width", "Height"))
+        return left, top, left + width, top + height
+
     def focused(self):
         return self.desk.run("xdotool", "getwindowfocus", check=False).strip()
 
@@ -244,10 +252,18 @@ class Row:
         left = self.tile(0)[1]
 
         def lies_over():
+            if self.manager == "i3":
+                self.desk.run("i3-msg", f'[title="^cover$"] move position {left - 60} 660')
             self.desk.run("xdotool", "windowmove", window, str(left - 60), str(SCREEN[1] - 120))
-            shell = self.desk.run("xdotool", "getwindowgeometry", "--shell", window)
-            at = dict(line.split("=") for line in shell.split())
-            return int(at["Y"]) + int(at["HEIGHT"]) > SCREEN[1] - 20
+            if self.frame(window)[3] > SCREEN[1] - 20:
+                return True
+            # Some managers let nobody but the user do that, by the title bar.
+            at = self.frame(window)
+            self.desk.run("xdotool", "mousemove", str(at[0] + 80), str(at[1] - 8), "mousedown", "1",
+                          "sleep", "0.1", "mousemove_relative", "20", "20", "sleep", "0.1",
+                          "mousemove", str(left + 20), str(SCREEN[1] - 130), "sleep", "0.1",
+                          "mouseup", "1")
+            return self.frame(window)[3] > SCREEN[1] - 20
         wait_for(lies_over, "a window over the strip", pause=0.1)
         self.desk.run("xdotool", "windowraise", window)
         self.focus(window)
@@ -272,12 +288,8 @@ class Row:
         self.focus(window)
         self.desk.run("wmctrl", "-i", "-r", window, "-b", "add,maximized_vert,maximized_horz")
         top = self.tile(0)[2]
-
-        def bottom():
-            shell = self.desk.run("xdotool", "getwindowgeometry", "--shell", window)
-            at = dict(line.split("=") for line in shell.split())
-            return int(at["Y"]) + int(at["HEIGHT"])
-        wait_for(lambda: top - 40 < bottom() <= top, "a maximized window above the tiles")
+        wait_for(lambda: top - 40 < self.frame(window)[3] <= top,
+                 "a maximized window above the tiles")
 
     def column_desktops(self):
         if self.manager == "i3":
@@ -351,11 +363,10 @@ class Row:
     def column_elsewhere(self):
         terminal = self.open_terminal()
         self.focus(terminal)
-        shell = self.desk.run("xdotool", "getwindowgeometry", "--shell", terminal)
-        at = dict(line.split("=") for line in shell.split())
+        left, top, _, _ = self.frame(terminal)
         self.open(1)
         wait_for(lambda: self.owns_focus(1), "the panel's keyboard")
-        self.desk.click(int(at["X"]) + 9, int(at["Y"]) + 9)
+        self.desk.click(left + 9, top + 9)
         self.wait_closed(1)
         if self.manager != "none":
             wait_for(lambda: self.focused() == terminal, "the clicked window's focus")

@@ -37,6 +37,13 @@ PropertyReply property(xcb_window_t window, const char* name, std::uint32_t long
   return own(xcb_get_property_reply(x, cookie, nullptr));
 }
 
+std::unique_ptr<xcb_get_window_attributes_reply_t, Free> attributes(xcb_window_t window) {
+  auto* x = connection();
+  if (x == nullptr || window == XCB_NONE)
+    return nullptr;
+  return own(xcb_get_window_attributes_reply(x, xcb_get_window_attributes(x, window), nullptr));
+}
+
 xcb_window_t firstWindow(const char* property) {
   const auto values = numbers(root(), property, 1);
   return values.empty() ? xcb_window_t{XCB_NONE} : values.front();
@@ -110,6 +117,8 @@ xcb_window_t selectionOwner(const char* selection) {
 
 void selectEvents(xcb_window_t window, std::uint32_t mask) {
   if (auto* x = connection()) {
+    if (const auto known = attributes(window))
+      mask |= known->your_event_mask;
     xcb_change_window_attributes(x, window, XCB_CW_EVENT_MASK, &mask);
     xcb_flush(x);
   }
@@ -174,6 +183,36 @@ QRect frame(xcb_window_t window) {
   if (!size || !place)
     return {};
   return {place->dst_x, place->dst_y, size->width, size->height};
+}
+
+bool isViewable(xcb_window_t window) {
+  const auto reply = attributes(window);
+  return reply && reply->map_state == XCB_MAP_STATE_VIEWABLE;
+}
+
+bool isUnmanaged(xcb_window_t window) {
+  const auto reply = attributes(window);
+  return reply && reply->override_redirect != 0;
+}
+
+std::vector<xcb_window_t> topLevelWindows() {
+  auto* x = connection();
+  if (x == nullptr)
+    return {};
+  const auto reply = own(xcb_query_tree_reply(x, xcb_query_tree(x, root()), nullptr));
+  if (!reply)
+    return {};
+  const auto* windows = xcb_query_tree_children(reply.get());
+  return {windows, windows + xcb_query_tree_children_length(reply.get())};
+}
+
+void restack(xcb_window_t window, bool isAbove) {
+  auto* x = connection();
+  if (x == nullptr)
+    return;
+  const std::uint32_t mode = isAbove ? XCB_STACK_MODE_ABOVE : XCB_STACK_MODE_BELOW;
+  xcb_configure_window(x, window, XCB_CONFIG_WINDOW_STACK_MODE, &mode);
+  xcb_flush(x);
 }
 
 void setInputAreas(xcb_window_t window, const std::vector<QRect>& areas) {

@@ -28,7 +28,8 @@ void setNumbers(xcb_window_t window, const char* property, xcb_atom_t type,
 
 /// None when nobody has the selection.
 xcb_window_t selectionOwner(const char* selection);
-/// Events of another program's window; they come to the toolkit's native event filters.
+/// Events of a window beside those that are selected already; they come to the toolkit's native
+/// event filters.
 void selectEvents(xcb_window_t window, std::uint32_t mask);
 bool hasCompositor();
 bool hasWindowManager();
@@ -41,6 +42,13 @@ void requestActive(xcb_window_t window);
 void setFocus(xcb_window_t window);
 /// In pixels of the root window; empty when there is no such window.
 QRect frame(xcb_window_t window);
+bool isViewable(xcb_window_t window);
+/// Whether the window has asked that no window manager cares for it.
+bool isUnmanaged(xcb_window_t window);
+/// The children of the root window, the lowest first.
+std::vector<xcb_window_t> topLevelWindows();
+/// Above all windows beside it, or below.
+void restack(xcb_window_t window, bool isAbove);
 /// Makes clicks outside of `areas`, in pixels of the window, go to what lies under it.
 void setInputAreas(xcb_window_t window, const std::vector<QRect>& areas);
 /// The pointer in pixels of the root window.

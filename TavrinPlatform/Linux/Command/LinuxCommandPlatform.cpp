@@ -1,5 +1,7 @@
 #include "TavrinPlatform/Linux/Command/LinuxCommandPlatform.h"
 
+#include "TavrinPlatform/Files/SharedLibrary.h"
+#include "TavrinPlatform/Linux/Command/LinuxDesktopReport.h"
 #include "TavrinPlatform/POSIX/ProgramPath.h"
 
 #include <QEventLoop>
@@ -80,6 +82,39 @@ DockServices& LinuxCommandPlatform::dockServices() {
         },
         [this] { return bus(); });
   return *dockServices_;
+}
+
+Autostart& LinuxCommandPlatform::autostart() {
+  if (!autostart_)
+    autostart_ = std::make_unique<LinuxAutostart>(fileManager_.configurationFolder(), program(),
+                                                  [this] { return bus(); });
+  return *autostart_;
+}
+
+/// Where the slots find theirs: beside the bundles, installed or in the build tree.
+std::filesystem::path LinuxCommandPlatform::modulesFolder() {
+  if (const auto wish = fileManager_.environment("TAVRIN_MODULE_DIR"); isSet(wish))
+    return *wish;
+  if (const auto bundles = fileManager_.environment("TAVRIN_BUNDLES"); isSet(bundles))
+    return std::filesystem::path(*bundles) / "modules";
+  const auto prefix = programPath().parent_path().parent_path();
+  std::error_code error;
+  const auto built = prefix / "bundles/modules";
+  return std::filesystem::exists(built, error) ? built : prefix / "lib/tavrin/modules";
+}
+
+DesktopReport LinuxCommandPlatform::desktopReport() {
+  auto* session = bus();
+  const auto system = Bus::system();
+  DesktopSurvey survey;
+  survey.facts = readDisplays(fileManager_);
+  survey.surfaceWish = fileManager_.environment("TAVRIN_SURFACE").value_or("");
+  survey.session = readBusNames(session);
+  survey.system = readBusNames(system.get());
+  survey.modules = modulesFolder();
+  int (*create)(void**) = nullptr;
+  survey.hasSoundLibrary = SharedLibrary{"libcanberra.so.0"}.find(create, "ca_context_create");
+  return makeDesktopReport(survey);
 }
 
 void LinuxCommandPlatform::wait(double seconds) {

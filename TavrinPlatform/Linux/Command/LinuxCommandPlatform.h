@@ -2,6 +2,7 @@
 
 #include "TavrinPlatform/Linux/Applications/LinuxRunningApplications.h"
 #include "TavrinPlatform/Linux/Base/Bus.h"
+#include "TavrinPlatform/Linux/Command/LinuxAutostart.h"
 #include "TavrinPlatform/Linux/Desktop/BusNotificationCenter.h"
 #include "TavrinPlatform/Linux/Dock/LinuxDockServices.h"
 #include "TavrinPlatform/Linux/Files/LinuxFileManager.h"
@@ -29,6 +30,7 @@ public:
   DistributedNotificationCenter& notifications() override;
   RunningApplications& applications() override;
   DockServices& dockServices() override;
+  Autostart& autostart() override;
   DesktopReport desktopReport() override;
   void wait(double seconds) override;
   void waitForEvent() override;
@@ -38,6 +40,7 @@ private:
   Bus* bus();
   void startEventLoop();
   void adoptStoredBusAddress();
+  std::filesystem::path modulesFolder();
 
   SystemClock clock_;
   LinuxFileManager fileManager_;
@@ -49,6 +52,7 @@ private:
   std::unique_ptr<BusNotificationCenter> notifications_;
   std::unique_ptr<LinuxRunningApplications> applications_;
   std::unique_ptr<LinuxDockServices> dockServices_;
+  std::unique_ptr<LinuxAutostart> autostart_;
 };
 
 } // namespace tavrin

@@ -52,6 +52,10 @@ std::filesystem::path LinuxFileManager::cachesFolder() const {
   return folder("XDG_CACHE_HOME", ".cache");
 }
 
+std::filesystem::path LinuxFileManager::stateFolder() const {
+  return folder("XDG_STATE_HOME", ".local/state");
+}
+
 std::filesystem::path LinuxFileManager::configurationFolder() const {
   return folder("XDG_CONFIG_HOME", ".config");
 }

@@ -26,6 +26,8 @@ public:
 
   /// Where settings belong. Throws FileError where the user has no such place.
   std::filesystem::path configurationFolder() const;
+  /// Where logs and the like go. Throws FileError where the user has no such place.
+  std::filesystem::path stateFolder() const;
 
 private:
   std::filesystem::path folder(const char* variable, const char* underHome) const;

@@ -1,27 +1,15 @@
 #include "TavrinPlatform/Linux/Slot/ToolkitSetup.h"
 
 #include <cstdlib>
-#include <xcb/xcb.h>
 
 namespace tavrin {
 
-bool hasXServer(const FileManager& files) {
-  const auto display = files.environment("DISPLAY");
-  if (!display || display->empty())
-    return false;
-  xcb_connection_t* connection = xcb_connect(display->c_str(), nullptr);
-  const bool answers = xcb_connection_has_error(connection) == 0;
-  xcb_disconnect(connection);
-  return answers;
-}
-
-ToolkitSetup::ToolkitSetup(const FileManager& files) {
+ToolkitSetup::ToolkitSetup(const FileManager& files, const DesktopFacts& displays) {
   if (!files.environment("QT_QPA_PLATFORM")) {
     // The toolkit would end the process where it finds no display.
-    const bool hasWayland = !files.environment("WAYLAND_DISPLAY").value_or("").empty();
-    set("QT_QPA_PLATFORM", hasXServer(files) ? "xcb"
-                           : hasWayland      ? "wayland;offscreen"
-                                             : "offscreen");
+    set("QT_QPA_PLATFORM", displays.hasX11       ? "xcb"
+                           : displays.hasWayland ? "wayland;offscreen"
+                                                 : "offscreen");
   }
   setDefault("QT_XCB_GL_INTEGRATION", "none");
   setDefault("QT_NO_GLIB", "1");

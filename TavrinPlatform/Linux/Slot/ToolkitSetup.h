@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TavrinPlatform/FileManager.h"
+#include "TavrinPlatform/Linux/Base/DesktopFacts.h"
 
 #include <map>
 #include <optional>
@@ -8,15 +8,12 @@
 
 namespace tavrin {
 
-/// Whether an X server answers on the display that the environment names.
-bool hasXServer(const FileManager& files);
-
 /// What the toolkit reads from the environment while it starts, chosen so that a slot stays
 /// small: no GL, no GLib, no desktop theme plugin (those bring a second toolkit into the
 /// process). Children never see these values: the destructor puts the old ones back.
 class ToolkitSetup {
 public:
-  explicit ToolkitSetup(const FileManager& files);
+  ToolkitSetup(const FileManager& files, const DesktopFacts& displays);
   ~ToolkitSetup();
   ToolkitSetup(const ToolkitSetup&) = delete;
   ToolkitSetup& operator=(const ToolkitSetup&) = delete;

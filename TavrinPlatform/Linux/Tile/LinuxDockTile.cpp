@@ -62,6 +62,11 @@ void LinuxDockTile::setPlace(const Place& place) {
     surface->setPlace(place);
 }
 
+void LinuxDockTile::setTitle(const std::string& title) {
+  for (const auto& surface : surfaces_)
+    surface->setTitle(title);
+}
+
 void LinuxDockTile::setLabel(const std::string& name, const std::string& value) {
   for (const auto& surface : surfaces_)
     surface->setLabel(name, value);

@@ -22,6 +22,7 @@ public:
 
   Format format() const override;
   void setPlace(const Place& place) override;
+  void setTitle(const std::string& title) override;
   void setLabel(const std::string& name, const std::string& value) override;
   void display(const QImage& image) override;
   bool isVisible() const override;

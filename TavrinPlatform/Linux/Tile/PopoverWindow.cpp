@@ -51,8 +51,12 @@ void PopoverWindow::setContent(QWidget* content) {
   content->installEventFilter(this);
   content->move(outline_.isEmpty() ? QPoint() : content->pos());
   content->show();
-  setWindowTitle(content->windowTitle());
-  setAccessibleName(content->windowTitle());
+  const auto takeTitle = [this](const QString& title) {
+    setWindowTitle(title);
+    setAccessibleName(title);
+  };
+  connect(content, &QWidget::windowTitleChanged, this, takeTitle);
+  takeTitle(content->windowTitle());
   // Qt asks who takes the keys when a window becomes active; this one may be so already.
   if (isVisible() && isActiveWindow() && focusWidget() == nullptr)
     focusNextChild();

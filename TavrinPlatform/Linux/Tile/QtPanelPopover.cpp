@@ -24,9 +24,13 @@ constexpr double firstOpacity = 0.35;
 constexpr int focusDelay = 150;
 /// Who opens it again sooner finds the window as it was.
 constexpr int surfaceMilliseconds = 500;
+/// For how long after its opening a panel that lost the focus takes it back.
+constexpr int openingSettling = 1000;
 constexpr int samePressMilliseconds = 500;
 constexpr int samePressDistance = 64;
 constexpr double screenMargin = 4;
+/// On a panel's window: the window that was active before it.
+constexpr const char* panelMark = "_TAVRIN_PANEL";
 
 PopoverLayout::Arrow arrowFor(RectEdge edge) {
   switch (edge) {
@@ -161,10 +165,17 @@ void QtPanelPopover::show(Point anchor, RectEdge edge) {
   if (!isOurs) {
     previousFocus_ = x11::focusWindow();
     previousActive_ = x11::activeWindow();
+    // In place of another panel: the focus goes where that one would have given it.
+    if (const auto behind = x11::numbers(previousActive_, panelMark, 1); !behind.empty())
+      previousActive_ = behind.front();
   }
   hasHadFocus_ = false;
+  sinceOpening_.start();
   updatePalette();
   arrange();
+  if (x11::connection() != nullptr)
+    x11::setNumbers(static_cast<xcb_window_t>(window_->winId()), panelMark, XCB_ATOM_WINDOW,
+                    {previousActive_});
   appear();
   takeFocus();
   QTimer::singleShot(0, &context_, [this] {
@@ -197,8 +208,17 @@ void QtPanelPopover::takeFocus() {
   if (x11::connection() == nullptr)
     return;
   const auto give = [this] {
-    if (isShown_ && QGuiApplication::focusWindow() == nullptr)
+    if (!isShown_)
+      return;
+    // Where keys go to whatever is under the pointer, the toolkit takes the tile's for the panel's.
+    const xcb_window_t holder = x11::focusWindow();
+    const bool isNobodys =
+        holder == XCB_NONE || holder == XCB_INPUT_FOCUS_POINTER_ROOT || holder == x11::root();
+    if (isNobodys || QGuiApplication::focusWindow() == nullptr)
       x11::setFocus(static_cast<xcb_window_t>(window_->winId()));
+    // Some managers count a title bar in that the panel does not have.
+    if (!isAnimated() && window_->pos() != window_->home())
+      window_->move(window_->home());
   };
   // An unmapped window cannot have the focus: wait for the first exposure.
   if (!x11::hasWindowManager())
@@ -250,8 +270,11 @@ void QtPanelPopover::giveFocusBack(bool hadFocus) {
   }
   // Most window managers do it themselves when the panel goes.
   QTimer::singleShot(focusDelay / 3, &context_, [this, wanted = previousActive_] {
-    if (!isShown_ && wanted != XCB_NONE && x11::activeWindow() != wanted &&
-        QGuiApplication::focusWindow() == nullptr && !x11::frame(wanted).isNull())
+    const auto active = x11::activeWindow();
+    // Another panel that is active has taken this one's place.
+    if (!isShown_ && wanted != XCB_NONE && active != wanted &&
+        x11::numbers(active, panelMark, 1).empty() && QGuiApplication::focusWindow() == nullptr &&
+        x11::isViewable(wanted))
       x11::requestActive(wanted);
   });
 }
@@ -285,9 +308,16 @@ void QtPanelPopover::focusChanged() {
   }
   if (!isShown_ || !hasHadFocus_)
     return;
-  const int delay = isPointerOnTile() ? focusDelay : 0;
-  QTimer::singleShot(delay, &context_, [this] {
-    if (isShown_ && QGuiApplication::focusWindow() == nullptr)
+  const bool isOnTile = isPointerOnTile();
+  // The panel that this one takes the place of goes a moment later, and with it the focus may go
+  // astray. The user, who is still where the press was, is not who moved it.
+  const bool isAstray = isOnTile && !sinceOpening_.hasExpired(openingSettling);
+  QTimer::singleShot(isOnTile ? focusDelay : 0, &context_, [this, isAstray] {
+    if (!isShown_ || QGuiApplication::focusWindow() != nullptr)
+      return;
+    if (isAstray)
+      takeFocus();
+    else
       leave();
   });
 }

@@ -65,6 +65,7 @@ private:
   xcb_window_t previousActive_ = XCB_NONE;
   std::optional<QPoint> closingPress_;
   QElapsedTimer sinceClosingPress_;
+  QElapsedTimer sinceOpening_;
 };
 
 } // namespace tavrin

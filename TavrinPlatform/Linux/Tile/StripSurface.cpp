@@ -29,8 +29,11 @@ StripEdge edgeOf(const DockPreferences& preferences) {
 
 StripSurface::StripSurface(Environment environment)
     : environment_(std::move(environment)),
-      room_(qEnvironmentVariable("TAVRIN_STRIP_RESERVES") != QLatin1String("0"),
-            [this] { arrange(); }) {
+      doesReserve_(qEnvironmentVariable("TAVRIN_STRIP_RESERVES") != QLatin1String("0")),
+      arrangement_(environment_.arrangement().value_or(StripArrangement::docks)),
+      room_(doesReserve_, [this] { arrange(); }), bar_([this] { arrange(); }),
+      stacking_(window_, [this] { managerChanged(); }) {
+  window_.onMake = [this](bool isUnmanaged) { stacking_.begin(isUnmanaged); };
   window_.onClick = [this](QPointF place) {
     const QPointF centre = QRectF(window_.geometry()).center();
     const bool isInside = place.x() >= 0 || place.y() >= 0;
@@ -77,13 +80,40 @@ std::optional<Rect> StripSurface::stripFrame() const {
   return hasPlace_ ? std::optional(screenRect(layout_.strip)) : std::nullopt;
 }
 
+/// Without a manager the windows stay as they are: most often it is about to come back.
+void StripSurface::managerChanged() {
+  arrangement_ = environment_.arrangement().value_or(arrangement_);
+  arrange();
+}
+
+QRectF StripSurface::available(const QScreen& screen, StripEdge edge) {
+  QRectF room = room_.available(screen, edge);
+  const bool hasBar =
+      doesReserve_ && arrangement_ == StripArrangement::unmanaged && edge == StripEdge::bottom;
+  QRect bar;
+  if (hasBar) {
+    const double size = StripLayout::make(room, environment_.preferences(), place_).tileSize;
+    const double scale = screen.devicePixelRatio();
+    const QSize pixels = (QSizeF(screen.geometry().size()) * scale).toSize();
+    const int height = static_cast<int>(std::lround(size * scale));
+    bar = QRect(screen.geometry().topLeft() + QPoint(0, pixels.height() - height),
+                QSize(pixels.width(), height));
+  }
+  bar_.keep(hasPicture_ ? bar : QRect());
+  if (const auto frame = bar_.frame();
+      frame && hasBar && frame->intersects(bar.adjusted(0, -bar.y(), 0, 0)))
+    room.setBottom(screen.geometry().top() +
+                   (frame->bottom() + 1 - screen.geometry().top()) / screen.devicePixelRatio());
+  return room;
+}
+
 void StripSurface::arrange() {
   const QScreen* screen = QGuiApplication::primaryScreen();
   if (screen == nullptr)
     return;
   const DockPreferences preferences = environment_.preferences();
   const StripEdge edge = edgeOf(preferences);
-  layout_ = StripLayout::make(room_.available(*screen, edge), preferences, place_);
+  layout_ = StripLayout::make(available(*screen, edge), preferences, place_);
   DockTile::Format format;
   format.tileSize = std::max(layout_.tileSize, leastTileSize);
   shrinking_ = layout_.tileSize / format.tileSize;
@@ -92,7 +122,7 @@ void StripSurface::arrange() {
   // Nothing is shown before there is something to see.
   if (hasPicture_) {
     const QRect tile = wholePoints(layout_.tile);
-    window_.moveTo(tile);
+    window_.moveTo(tile, arrangement_ == StripArrangement::unmanaged);
     room_.reserve(static_cast<xcb_window_t>(window_.winId()), tile, *screen, edge);
   }
   if (format == format_)

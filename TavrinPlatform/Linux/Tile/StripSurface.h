@@ -1,7 +1,10 @@
 #pragma once
 
+#include "TavrinPlatform/Linux/Base/SurfaceChoice.h"
+#include "TavrinPlatform/Linux/Tile/StripBar.h"
 #include "TavrinPlatform/Linux/Tile/StripLayout.h"
 #include "TavrinPlatform/Linux/Tile/StripRoom.h"
+#include "TavrinPlatform/Linux/Tile/StripStacking.h"
 #include "TavrinPlatform/Linux/Tile/StripWindow.h"
 #include "TavrinPlatform/Qt/TileSurface.h"
 
@@ -16,11 +19,16 @@ public:
   struct Environment {
     std::function<DockPreferences()> preferences;
     std::function<bool()> prefersReducedMotion;
+    /// What the window manager that is there wants; no value where there is none.
+    std::function<std::optional<StripArrangement>()> arrangement;
   };
   explicit StripSurface(Environment environment);
 
   DockTile::Format format() const override { return format_; }
   void setPlace(const DockTile::Place& place) override;
+  void setTitle(const std::string& title) override {
+    window_.setTitle(QString::fromStdString(title));
+  }
   void setLabel(const std::string& name, const std::string& value) override;
   void display(const QImage& image) override;
   bool isVisible() const override { return window_.isExposed(); }
@@ -34,12 +42,19 @@ public:
 
 private:
   void arrange();
+  void managerChanged();
+  /// Where the row may stand; has the room kept by a bar where that is the way.
+  QRectF available(const QScreen& screen, StripEdge edge);
   void watchScreens();
   void followScreen();
 
   Environment environment_;
+  const bool doesReserve_;
+  StripArrangement arrangement_ = StripArrangement::docks;
   StripRoom room_;
+  StripBar bar_;
   StripWindow window_;
+  StripStacking stacking_;
   StripLayout layout_;
   DockTile::Place place_;
   DockTile::Format format_;

@@ -29,6 +29,9 @@ constexpr double ringRatio = 0.05;
 const QColor ringColour(0xFF, 0x9F, 0x0A);
 constexpr std::uint32_t everyDesktop = 0xFFFFFFFF;
 constexpr int solid = 128;
+/// Not "stays on top": a dock is above ordinary windows already, and what is on top of all is above
+/// a fullscreen window, too.
+constexpr auto ownFlags = Qt::FramelessWindowHint | Qt::WindowDoesNotAcceptFocus;
 
 /// Runs of pixels that are rather seen than not, row by row.
 std::vector<QRect> solidRuns(const QImage& image, QPoint origin) {
@@ -56,7 +59,7 @@ std::vector<QRect> solidRuns(const QImage& image, QPoint origin) {
 } // namespace
 
 StripWindow::StripWindow() {
-  setFlags(Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::WindowDoesNotAcceptFocus);
+  setFlags(ownFlags);
   QSurfaceFormat format;
   format.setAlphaBufferSize(8);
   setFormat(format);
@@ -76,17 +79,26 @@ StripWindow::~StripWindow() {
     application->removeNativeEventFilter(this);
 }
 
-void StripWindow::moveTo(const QRect& frame) {
+void StripWindow::moveTo(const QRect& frame, bool isUnmanaged) {
   home_ = frame.topLeft();
+  const auto wanted = isUnmanaged ? ownFlags | Qt::BypassWindowManagerHint : ownFlags;
+  if (flags() != wanted) {
+    // Managers ask a window whether it is theirs when it is shown.
+    setVisible(false);
+    setFlags(wanted);
+  }
   setGeometry(frame);
   if (handle() == nullptr) {
     create();
-    becomeDockWindow();
     watchCompositor();
     updateOutline(); // The first picture is here before the window.
   }
-  if (!isVisible())
-    show();
+  if (isVisible())
+    return;
+  becomeDockWindow();
+  if (onMake)
+    onMake(isUnmanaged);
+  show();
 }
 
 void StripWindow::setPicture(const QImage& image, double scale) {
@@ -108,8 +120,6 @@ void StripWindow::setPicture(const QImage& image, double scale) {
 void StripWindow::setLabel(const QString& name, const QString& value) {
   using Change = TileLabel<QString>::Change;
   const Change change = label_.set(name, value);
-  if (change == Change::name)
-    setTitle(name);
   if (change != Change::none && isAnnouncing_)
     announceTileChange(*this, change == Change::name);
 }
@@ -161,6 +171,11 @@ void StripWindow::paintRing(QPainter& painter) const {
   painter.setPen(QPen(ringColour, stroke));
   painter.drawRoundedRect(body, side * DockTileGeometry::iconBodyRatio * 0.24,
                           side * DockTileGeometry::iconBodyRatio * 0.24);
+}
+
+void StripWindow::resizeEvent(QResizeEvent* event) {
+  QRasterWindow::resizeEvent(event);
+  updateOutline();
 }
 
 void StripWindow::exposeEvent(QExposeEvent* event) {
@@ -243,8 +258,8 @@ void StripWindow::becomeDockWindow() {
   x11::setNumbers(window, "_NET_WM_WINDOW_TYPE", XCB_ATOM_ATOM,
                   {x11::atom("_NET_WM_WINDOW_TYPE_DOCK")});
   x11::setNumbers(window, "_NET_WM_STATE", XCB_ATOM_ATOM,
-                  {x11::atom("_NET_WM_STATE_ABOVE"), x11::atom("_NET_WM_STATE_STICKY"),
-                   x11::atom("_NET_WM_STATE_SKIP_TASKBAR"), x11::atom("_NET_WM_STATE_SKIP_PAGER")});
+                  {x11::atom("_NET_WM_STATE_STICKY"), x11::atom("_NET_WM_STATE_SKIP_TASKBAR"),
+                   x11::atom("_NET_WM_STATE_SKIP_PAGER")});
   x11::setNumbers(window, "_NET_WM_DESKTOP", XCB_ATOM_CARDINAL, {everyDesktop});
 }
 

@@ -14,14 +14,15 @@
 
 namespace tavrin {
 
-/// The borderless window of one tile: above all others, on every desktop, never focused. Where
+/// The borderless window of one tile: a dock, on every desktop, never focused. Where
 /// no compositor mixes it with what lies under it, it is cut to the outline of its picture.
 class StripWindow final : public QRasterWindow, private QAbstractNativeEventFilter {
 public:
   StripWindow();
   ~StripWindow() override;
 
-  void moveTo(const QRect& frame);
+  /// Shows the window there, as a dock window or as one that no window manager cares for.
+  void moveTo(const QRect& frame, bool isUnmanaged);
   void setPicture(const QImage& image, double scale);
   void setLabel(const QString& name, const QString& value);
   /// Hops a few times and then wears a ring, until it is taken back.
@@ -37,11 +38,14 @@ public:
   std::function<bool(QPointF)> onHover;
   std::function<bool(const std::vector<std::filesystem::path>&)> onDrop;
   std::function<void()> onExpose;
+  /// The window is about to be shown, anew or for the first time.
+  std::function<void(bool isUnmanaged)> onMake;
 
   QAccessibleInterface* accessibleRoot() const override;
 
 protected:
   void paintEvent(QPaintEvent*) override;
+  void resizeEvent(QResizeEvent* event) override;
   void exposeEvent(QExposeEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;

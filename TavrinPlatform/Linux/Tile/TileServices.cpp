@@ -20,11 +20,15 @@ LinuxDockTile& TileServices::tile() {
   if (tile_)
     return *tile_;
   std::vector<std::unique_ptr<TileSurface>> surfaces;
-  for (const auto& name : surfaceNames())
+  const SurfaceChoice choice = this->choice();
+  for (const auto& name : choice.surfaces)
     if (auto surface = makeSurface(name))
       surfaces.push_back(std::move(surface));
   if (surfaces.empty())
     surfaces.push_back(makeSurface("picture"));
+  // Without a display nobody sees a notice either.
+  if (choice.isMakeshift && (environment_.displays.hasX11 || environment_.displays.hasWayland))
+    environment_.toldMakeshift(choice.reason);
   LinuxDockTile::Requests requests;
   requests.reopen = environment_.reopen;
   requests.openFiles = environment_.openFiles;
@@ -67,21 +71,16 @@ QtPanelPopover& TileServices::popover() {
   return *popover_;
 }
 
-std::vector<std::string> TileServices::surfaceNames() const {
+SurfaceChoice TileServices::choice() const {
   const auto wish = environment_.files.environment("TAVRIN_SURFACE").value_or("");
-  std::vector<std::string> names;
-  for (const auto& part : QString::fromStdString(wish).split(QLatin1Char(','), Qt::SkipEmptyParts))
-    names.push_back(part.trimmed().toLower().toStdString());
-  if (!names.empty())
-    return names;
-  if (x11::connection() != nullptr)
-    return {"strip"};
-  if (hasTray())
-    return {"tray"};
-  // A panel may start after its slots; until then the picture is all there is to see.
-  if (!environment_.files.environment("WAYLAND_DISPLAY").value_or("").empty() && environment_.bus)
-    return {"tray", "picture"};
-  return {"picture"};
+  DesktopFacts facts = environment_.displays;
+  facts.hasBus = environment_.bus != nullptr && environment_.bus->isOpen();
+  SurfaceChoice choice = chooseSurface(facts, wish);
+  if (!choice.isMakeshift)
+    return choice;
+  // Only now: the bus takes a while to answer.
+  facts.hasTrayHost = hasTray();
+  return chooseSurface(facts, wish);
 }
 
 bool TileServices::hasTray() const {
@@ -108,6 +107,14 @@ std::unique_ptr<TileSurface> TileServices::makeStrip() {
   environment.preferences = [this] { return readDockPreferences(environment_.files.homeFolder()); };
   environment.prefersReducedMotion = [this] {
     return environment_.workspace().prefersReducedMotion();
+  };
+  environment.arrangement = [this]() -> std::optional<StripArrangement> {
+    DesktopFacts facts = environment_.displays;
+    facts.windowManager = readWindowManager(x11::connection());
+    if (!facts.windowManager)
+      return std::nullopt;
+    // The surface is made: only what becomes of a strip is asked.
+    return chooseSurface(facts, "strip").arrangement;
   };
   auto strip = std::make_unique<StripSurface>(std::move(environment));
   strip_ = strip.get();

@@ -2,6 +2,7 @@
 
 #include "TavrinCore/Base/Log.h"
 #include "TavrinPlatform/FileManager.h"
+#include "TavrinPlatform/Linux/Base/SurfaceChoice.h"
 #include "TavrinPlatform/Linux/Tile/LinuxDockGeometry.h"
 #include "TavrinPlatform/Linux/Tile/LinuxDockTile.h"
 #include "TavrinPlatform/Linux/Tile/QtPanelPopover.h"
@@ -22,12 +23,16 @@ public:
     /// May be null.
     Bus* bus;
     std::string identifier;
+    /// As they were when the toolkit was started.
+    DesktopFacts displays;
     std::function<Workspace&()> workspace;
     /// Where the picture surface writes.
     std::function<std::filesystem::path()> pictureFolder;
     std::function<void()> reopen;
     std::function<bool(const std::vector<std::filesystem::path>&)> openFiles;
     std::function<void()> resignedActive;
+    /// Something less than a strip stands in for one; a sentence says why.
+    std::function<void(const std::string& reason)> toldMakeshift;
     /// Much was drawn, or a panel was closed: there is memory to give back.
     std::function<void()> hasDrawnMuch;
   };
@@ -45,7 +50,7 @@ public:
   }
 
 private:
-  std::vector<std::string> surfaceNames() const;
+  SurfaceChoice choice() const;
   std::unique_ptr<TileSurface> makeSurface(const std::string& name);
   std::unique_ptr<TileSurface> makeStrip();
   bool hasTray() const;

@@ -1,0 +1,82 @@
+#include "TavrinCommand/DoctorCommands.h"
+
+#include <CLI/App.hpp>
+#include <algorithm>
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+namespace tavrin {
+namespace {
+
+JSONValue reportJSON(const DesktopReport& report) {
+  JSONValue::Array items;
+  for (const auto& item : report.items) {
+    JSONValue::Array kinds(item.kinds.begin(), item.kinds.end());
+    items.emplace_back(JSONValue::Object{{"topic", item.topic},
+                                         {"state", name(item.state)},
+                                         {"sentence", item.sentence},
+                                         {"remedy", item.remedy},
+                                         {"kinds", std::move(kinds)}});
+  }
+  return items;
+}
+
+void doctor(CommandContext& context) {
+  const auto report = context.platform().desktopReport();
+  if (context.printsJSON()) {
+    context.print(reportJSON(report));
+    return;
+  }
+  std::size_t width = 0;
+  for (const auto& item : report.items)
+    width = std::max(width, item.topic.size());
+  for (const auto& item : report.items) {
+    context.say(fmt::format("{:<7}  {:<{}}  {}", name(item.state), item.topic, width,
+                            printable(item.sentence)));
+    const std::string margin(7 + 2 + width + 2, ' ');
+    if (!item.kinds.empty())
+      context.say(fmt::format("{}For: {}.", margin, fmt::join(item.kinds, ", ")));
+    if (!item.remedy.empty())
+      context.say(margin + printable(item.remedy));
+  }
+}
+
+void printAutostart(CommandContext& context, const Autostart::Status& status) {
+  if (context.printsJSON())
+    context.print(JSONValue::Object{
+        {"isOn", status.isOn}, {"isAvailable", status.isAvailable}, {"sentence", status.sentence}});
+  else
+    context.say(printable(status.sentence));
+}
+
+void setAutostart(CommandContext& context, bool isOn) {
+  const auto status = context.platform().autostart().set(isOn);
+  if (status.isOn != isOn)
+    throw HostError(ExitCode::failed, status.sentence);
+  printAutostart(context, status);
+}
+
+} // namespace
+
+void addDoctorCommands(CLI::App& app, CommandContext& context) {
+  auto* looking = app.add_subcommand("doctor", "Tell what this desktop has for widgets, and lacks");
+  context.addJSONFlag(*looking);
+  looking->callback([&context] { doctor(context); });
+  CommandContext::examples(*looking, {{"tavrin doctor", "what is there, and what to do"},
+                                      {"tavrin doctor --json", "for scripts"}});
+
+  auto* starting = app.add_subcommand("autostart", "Start the widgets with the session, or not");
+  starting->require_subcommand(1);
+  auto* on = starting->add_subcommand("on", "Start the placed widgets whenever a session begins");
+  on->callback([&context] { setAutostart(context, true); });
+  auto* off = starting->add_subcommand("off", "Leave it");
+  off->callback([&context] { setAutostart(context, false); });
+  auto* status = starting->add_subcommand("status", "Tell which of the two it is");
+  context.addJSONFlag(*status);
+  status->callback(
+      [&context] { printAutostart(context, context.platform().autostart().status()); });
+  CommandContext::examples(*starting, {{"tavrin autostart on", "from the next session on"},
+                                       {"tavrin autostart status --json", "for scripts"}});
+}
+
+} // namespace tavrin

@@ -1,0 +1,131 @@
+#include "TavrinPlatform/Linux/Base/SurfaceChoice.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+
+namespace tavrin {
+
+namespace {
+
+struct Row {
+  std::string_view name;
+  bool (*holds)(const DesktopFacts&);
+  std::array<std::string_view, 2> surfaces;
+  StripArrangement arrangement;
+  bool isMakeshift;
+  /// "%" stands for the window manager's name.
+  std::string_view reason;
+};
+
+bool letsDocksStand(const DesktopFacts& facts) {
+  return facts.windowManager && facts.windowManager->knowsDocks &&
+         facts.windowManager->keepsStruts && facts.windowManager->tellsWorkArea;
+}
+
+/// A desktop's own X server, not one that is a client of a compositor.
+bool isPlainX11(const DesktopFacts& facts) {
+  return facts.hasX11 && !facts.hasWayland;
+}
+
+// The first that holds is taken. A way to show tiles that is better than those below it (a Wayland
+// compositor's layer shell, say) is one more row above them.
+constexpr std::array rows{
+    Row{"docks",
+        [](const DesktopFacts& facts) { return isPlainX11(facts) && letsDocksStand(facts); },
+        {"strip"},
+        StripArrangement::docks,
+        false,
+        "The window manager % lets dock windows stand along an edge: the tiles are a strip there."},
+    Row{"no manager",
+        [](const DesktopFacts& facts) { return isPlainX11(facts) && !facts.windowManager; },
+        {"strip"},
+        StripArrangement::docks,
+        false,
+        "Nobody manages windows here: the tiles are a strip along an edge, and no other window is "
+        "kept off it."},
+    Row{"unmanaged",
+        isPlainX11,
+        {"strip"},
+        StripArrangement::unmanaged,
+        false,
+        "The window manager % would lay dock windows over the screen: the tiles are a strip that "
+        "it does not manage."},
+    Row{"docks through XWayland",
+        [](const DesktopFacts& facts) { return facts.hasX11 && letsDocksStand(facts); },
+        {"strip"},
+        StripArrangement::docks,
+        false,
+        "The compositor % lets dock windows of X programs stand along an edge: the tiles are a "
+        "strip there."},
+    Row{"tray",
+        [](const DesktopFacts& facts) { return facts.hasTrayHost; },
+        {"tray"},
+        StripArrangement::docks,
+        true,
+        "This desktop has no place for a strip of tiles: they are icons in its tray."},
+    // A panel may start after its slots; until then the picture is all there is to see.
+    Row{"tray to come",
+        [](const DesktopFacts& facts) { return facts.hasWayland && facts.hasBus; },
+        {"tray", "picture"},
+        StripArrangement::docks,
+        true,
+        "This desktop has no place for a strip of tiles, and nobody shows tray icons yet: the "
+        "tiles are picture files, and icons once there is a tray."},
+    Row{"picture",
+        [](const DesktopFacts&) { return true; },
+        {"picture"},
+        StripArrangement::docks,
+        true,
+        "There is no desktop that could show tiles: they are picture files."},
+};
+
+std::vector<std::string> namesIn(std::string_view wish) {
+  std::vector<std::string> names(1);
+  for (const char letter : wish) {
+    if (letter == ',')
+      names.emplace_back();
+    else if (std::isspace(static_cast<unsigned char>(letter)) == 0)
+      names.back() += static_cast<char>(std::tolower(static_cast<unsigned char>(letter)));
+  }
+  std::erase(names, "");
+  return names;
+}
+
+std::string withName(std::string_view sentence, const DesktopFacts& facts) {
+  std::string text(sentence);
+  const auto place = text.find('%');
+  if (place == std::string::npos)
+    return text;
+  const std::string name = facts.windowManager ? facts.windowManager->name : "";
+  if (name.empty())
+    return text.erase(place, 2);
+  return text.replace(place, 1, "\"" + name + "\"");
+}
+
+StripArrangement arrangementOn(const DesktopFacts& facts) {
+  const auto row = std::ranges::find_if(
+      rows, [&](const Row& r) { return r.surfaces.front() == "strip" && r.holds(facts); });
+  // Where no strip was to be, a wished one is at least laid over nothing.
+  return row == rows.end() ? StripArrangement::unmanaged : row->arrangement;
+}
+
+} // namespace
+
+SurfaceChoice chooseSurface(const DesktopFacts& facts, std::string_view wish) {
+  if (auto names = namesIn(wish); !names.empty()) {
+    std::string list;
+    for (const auto& name : names)
+      list += (list.empty() ? "" : ", ") + name;
+    return {"wish", std::move(names), arrangementOn(facts),
+            "TAVRIN_SURFACE says what shows the tiles: " + list + ".", false};
+  }
+  const auto& row = *std::ranges::find_if(rows, [&](const Row& r) { return r.holds(facts); });
+  SurfaceChoice choice{row.name, {}, row.arrangement, withName(row.reason, facts), row.isMakeshift};
+  for (const auto& name : row.surfaces)
+    if (!name.empty())
+      choice.surfaces.emplace_back(name);
+  return choice;
+}
+
+} // namespace tavrin

@@ -1,0 +1,162 @@
+#include "TavrinPlatform/Linux/Command/LinuxAutostart.h"
+
+#include "TavrinCore/Base/Errors.h"
+#include "TavrinPlatform/Files/AtomicFile.h"
+
+#include <memory>
+#include <optional>
+
+namespace tavrin {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr double managerLimit = 1;
+const BusAddress manager{"org.freedesktop.systemd1", "/org/freedesktop/systemd1",
+                         "org.freedesktop.systemd1.Manager"};
+
+/// A word of a unit's command line, after systemd.service(5).
+std::string unitWord(const std::string& text) {
+  std::string word = "\"";
+  for (const char letter : text) {
+    if (letter == '"' || letter == '\\')
+      word += '\\';
+    if (letter == '%' || letter == '$')
+      word += letter;
+    word += letter;
+  }
+  return word + "\"";
+}
+
+/// A word of an entry's "Exec", after the Desktop Entry Specification: the value's own escapes, and
+/// those of the quotes within.
+std::string entryWord(const std::string& text) {
+  std::string word = "\"";
+  for (const char letter : text) {
+    if (letter == '"' || letter == '`' || letter == '$')
+      word += "\\\\";
+    else if (letter == '\\')
+      word += "\\\\\\";
+    else if (letter == '%')
+      word += '%';
+    word += letter;
+  }
+  return word + "\"";
+}
+
+/// The widgets are the unit's processes, so they end with the session, and are started anew with
+/// the next one.
+std::string unitText(const fs::path& program) {
+  return "[Unit]\n"
+         "Description=Tavrin's widgets\n"
+         "PartOf=graphical-session.target\n"
+         "After=graphical-session.target\n"
+         "\n"
+         "[Service]\n"
+         "Type=oneshot\n"
+         "RemainAfterExit=yes\n"
+         "ExecStart=" +
+         unitWord(program.string()) +
+         " start\n"
+         "\n"
+         "[Install]\n"
+         "WantedBy=graphical-session.target\n";
+}
+
+std::string entryText(const fs::path& program) {
+  return "[Desktop Entry]\n"
+         "Type=Application\n"
+         "Name=Tavrin\n"
+         "Comment=Live widgets\n"
+         "Exec=" +
+         entryWord(program.string()) +
+         " start\n"
+         "Terminal=false\n"
+         "NoDisplay=true\n";
+}
+
+void write(const fs::path& file, const std::string& text) {
+  std::error_code error;
+  fs::create_directories(file.parent_path(), error);
+  if (error)
+    throw FileError(
+        failure("make the folder \"" + file.parent_path().string() + "\"", error.message()));
+  writeFileAtomically(file, text);
+}
+
+void removeFile(const fs::path& file) {
+  std::error_code error;
+  fs::remove(file, error);
+  if (error)
+    throw FileError(failure("remove \"" + file.string() + "\"", error.message()));
+}
+
+} // namespace
+
+LinuxAutostart::LinuxAutostart(fs::path configuration, fs::path program, std::function<Bus*()> bus)
+    : configuration_(std::move(configuration)), program_(std::move(program)), bus_(std::move(bus)) {
+}
+
+Autostart::Status LinuxAutostart::status() {
+  std::error_code error;
+  if (fs::exists(fs::symlink_status(wish(), error)))
+    return {true, true, "The widgets start with the session, by the user service tavrin.service."};
+  if (fs::exists(entry(), error))
+    return {true, true,
+            "The widgets start with the session, by an entry in \"" +
+                entry().parent_path().string() + "\"."};
+  return {false, true, "The widgets do not start with the session."};
+}
+
+Autostart::Status LinuxAutostart::set(bool isOn) {
+  const bool isManaged = isSessionManaged();
+  if (isOn && isManaged) {
+    write(unit(), unitText(program_));
+    std::error_code error;
+    fs::create_directories(wish().parent_path(), error);
+    fs::remove(wish(), error);
+    fs::create_symlink(unit(), wish(), error);
+    if (error)
+      throw FileError(failure("make the link \"" + wish().string() + "\"", error.message()));
+  } else {
+    removeFile(wish());
+    removeFile(unit());
+  }
+  if (isOn && !isManaged)
+    write(entry(), entryText(program_));
+  else
+    removeFile(entry());
+  if (isManaged)
+    reloadManager();
+  return status();
+}
+
+bool LinuxAutostart::isSessionManaged() {
+  Bus* bus = bus_();
+  if (bus == nullptr || !bus->isOpen())
+    return false;
+  BusMessage question = bus->method(manager, "ListUnitsByNames");
+  question.append("as", 1, "graphical-session.target");
+  // The answer may come after this function has returned.
+  const auto answer = std::make_shared<std::optional<bool>>();
+  bus->call(question, [answer](sd_bus_message* reply, const std::string&) {
+    const char* state = "";
+    if (reply != nullptr && sd_bus_message_enter_container(reply, 'a', "(ssssssouso)") > 0 &&
+        sd_bus_message_enter_container(reply, 'r', "ssssssouso") > 0)
+      sd_bus_message_read(reply, "ssss", nullptr, nullptr, nullptr, &state);
+    *answer = std::string(state) == "active";
+  });
+  bus->waitUntil([&] { return answer->has_value(); }, managerLimit);
+  return answer->value_or(false);
+}
+
+void LinuxAutostart::reloadManager() {
+  Bus* bus = bus_();
+  const auto isDone = std::make_shared<bool>(false);
+  bus->call(bus->method(manager, "Reload"),
+            [isDone](sd_bus_message*, const std::string&) { *isDone = true; });
+  bus->waitUntil([&] { return *isDone; }, managerLimit);
+}
+
+} // namespace tavrin

@@ -1,0 +1,263 @@
+#include "TavrinPlatform/Linux/Command/LinuxDesktopReport.h"
+
+#include "TavrinPlatform/Linux/Base/SurfaceChoice.h"
+
+#include <algorithm>
+#include <unistd.h>
+
+namespace tavrin {
+
+namespace {
+
+using Item = DesktopReport::Item;
+using State = DesktopReport::State;
+using Kinds = std::vector<std::string>;
+
+/// Seconds that a bus may take to answer.
+constexpr double busLimit = 1;
+
+const char* const watcher = "org.kde.StatusNotifierWatcher";
+const char* const portal = "org.freedesktop.portal.Desktop";
+
+void readNames(Bus& bus, const char* member, std::set<std::string, std::less<>>& names) {
+  const BusAddress daemon{"org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus"};
+  // The answer may come after this function has returned.
+  struct Answer {
+    bool isThere = false;
+    std::set<std::string, std::less<>> names;
+  };
+  const auto answer = std::make_shared<Answer>();
+  bus.call(bus.method(daemon, member), [answer](sd_bus_message* reply, const std::string&) {
+    answer->isThere = true;
+    if (reply == nullptr || sd_bus_message_enter_container(reply, 'a', "s") < 0)
+      return;
+    for (const char* name = nullptr; sd_bus_message_read(reply, "s", &name) > 0;)
+      answer->names.insert(name);
+  });
+  bus.waitUntil([&] { return answer->isThere; }, busLimit);
+  names = answer->names;
+}
+
+/// A service on a bus, and what goes without it.
+struct Service {
+  const char* topic;
+  bool isOnSystemBus;
+  std::vector<const char*> names;
+  const char* presence;
+  const char* absence;
+  const char* remedy;
+  Kinds kinds;
+};
+
+const std::vector<Service>& services() {
+  static const std::vector<Service> all{
+      {"notifications",
+       false,
+       {"org.freedesktop.Notifications"},
+       "Notices are shown by the desktop's notification service.",
+       "There is no notification service: the end of a run is heard, but no notice shows it.",
+       "Start a notification service, such as dunst.",
+       {"pomodoro", "timer", "water", "reminders"}},
+      {"keyring",
+       false,
+       {"org.freedesktop.secrets"},
+       "Secrets are kept in the desktop's keyring.",
+       "There is no keyring: the clipboard's history cannot be kept from one session to the next.",
+       "Install and unlock a keyring, such as gnome-keyring or KWallet.",
+       {"clipboard"}},
+      {"calendars",
+       false,
+       {"org.gnome.evolution.dataserver.Calendar8", "org.gnome.evolution.dataserver.Sources5"},
+       "Calendars and task lists come from the desktop's calendar service.",
+       "There is no calendar service: events and reminders cannot be read.",
+       "Install evolution-data-server.",
+       {"calendar", "reminders"}},
+      {"portals",
+       false,
+       {portal},
+       "The desktop has portals, through which programs ask for colours, shortcuts and files.",
+       "The desktop has no portals: outside X11 no colour can be picked and no shortcut be had.",
+       "Install xdg-desktop-portal and your desktop's own part of it.",
+       {"colourPicker", "shortcut"}},
+      {"power",
+       true,
+       {"org.freedesktop.UPower"},
+       "Batteries are told of by UPower.",
+       "UPower is not there: the batteries of keyboards, mice and headsets cannot be read.",
+       "Install upower.",
+       {"battery"}},
+      {"bluetooth",
+       true,
+       {"org.bluez"},
+       "Bluetooth devices can be found.",
+       "There is no Bluetooth service: nothing can be sent to devices near by over it.",
+       "Install bluez, where this machine has Bluetooth.",
+       {"airdrop", "battery"}},
+      {"idle",
+       true,
+       {"org.freedesktop.login1"},
+       "The session's manager tells of sleep, lock and idleness.",
+       "There is no session manager (logind): widgets do not hear that the machine sleeps or "
+       "locks.",
+       "Install systemd-logind or elogind.",
+       {"pomodoro", "keyboardLock", "clipboard"}},
+      {"fanHelper",
+       true,
+       {"dev.quellby.tavrin.fan-helper"},
+       "The fan helper is installed.",
+       "The fan helper is not installed: fans are shown, and cannot be set.",
+       "Install the package tavrin-fan-helper; see docs/fans.md.",
+       {"fans"}},
+  };
+  return all;
+}
+
+Item itemOf(const Service& service, const BusNames& names) {
+  const bool isThere =
+      std::ranges::all_of(service.names, [&](const char* name) { return names.has(name); });
+  if (isThere)
+    return {service.topic, State::good, service.presence};
+  return {service.topic, State::missing, service.absence, service.remedy, service.kinds};
+}
+
+Item busItem(const BusNames& session) {
+  if (session.isOpen)
+    return {"bus", State::good, "The session has a message bus."};
+  return {"bus", State::missing,
+          "The session has no message bus: widgets follow no change of their settings, and no "
+          "service of the desktop can be reached.",
+          "Start the session under dbus-run-session, or set DBUS_SESSION_BUS_ADDRESS."};
+}
+
+Item displayItem(const DesktopFacts& facts) {
+  if (facts.hasX11 && facts.hasWayland)
+    return {"display", State::good,
+            "The display is a Wayland compositor's, with an X server for X programs."};
+  if (facts.hasX11)
+    return {"display", State::good, "The display is an X server's."};
+  if (facts.hasWayland)
+    return {"display",
+            State::limited,
+            "The display is a Wayland compositor's, without an X server.",
+            "Let the compositor start XWayland.",
+            {"clipboard", "colourPicker", "shortcut", "keyboardLock"}};
+  return {"display", State::missing, "No display answers: tiles can be picture files only.",
+          "Set DISPLAY or WAYLAND_DISPLAY."};
+}
+
+Item managerItem(const DesktopFacts& facts) {
+  if (!facts.hasX11)
+    return {"windowManager", State::good, "Windows are the compositor's."};
+  if (!facts.windowManager)
+    return {"windowManager", State::limited,
+            "No window manager runs: nothing keeps other windows off the tiles.",
+            "Start a window manager."};
+  const auto& manager = *facts.windowManager;
+  const std::string name = manager.name.empty()
+                               ? "There is a window manager, and it"
+                               : "The window manager is \"" + manager.name + "\", and";
+  if (manager.knowsDocks && manager.tellsWorkArea)
+    return {"windowManager", State::good, name + " lets dock windows stand along an edge."};
+  return {"windowManager", State::limited,
+          name + (manager.knowsDocks ? " makes bars of dock windows." : " knows no dock windows.")};
+}
+
+Item surfaceItem(const DesktopSurvey& survey) {
+  const auto choice = chooseSurface(survey.facts, survey.surfaceWish);
+  if (!choice.isMakeshift)
+    return {"surface", State::good, choice.reason};
+  return {"surface", State::limited, choice.reason,
+          "Set TAVRIN_SURFACE to strip, tray or picture to have it otherwise."};
+}
+
+Item trayItem(const DesktopFacts& facts) {
+  if (facts.hasTrayHost)
+    return {"tray", State::good, "A tray shows status notifier items."};
+  return {"tray", State::missing, "No tray shows status notifier items.",
+          "Start a panel that has one, if the tiles are to be tray icons."};
+}
+
+Item modulesItem(const DesktopSurvey& survey) {
+  struct Part {
+    const char* file;
+    Kinds kinds;
+  };
+  const std::vector<Part> parts{
+      {"libtavrin-http.so", {"weather", "github", "bookmarks", "claudeUsage"}},
+      {"libtavrin-calendar.so", {"calendar", "reminders"}},
+      {"tavrin-svg", {"collection", "bookmarks"}}};
+  Item item{"modules", State::good, "All modules are installed."};
+  std::string missing;
+  for (const auto& part : parts) {
+    std::error_code error;
+    if (std::filesystem::exists(survey.modules / part.file, error))
+      continue;
+    missing += (missing.empty() ? "" : ", ") + std::string(part.file);
+    for (const auto& kind : part.kinds)
+      if (std::ranges::count(item.kinds, kind) == 0)
+        item.kinds.push_back(kind);
+  }
+  if (missing.empty())
+    return item;
+  item.state = State::missing;
+  item.sentence = "Not found in \"" + survey.modules.string() + "\": " + missing + ".";
+  item.remedy = "Install the whole package, or set TAVRIN_MODULE_DIR.";
+  return item;
+}
+
+Item soundItem(const DesktopSurvey& survey) {
+  if (survey.hasSoundLibrary)
+    return {"sounds", State::good, "Sounds can be played."};
+  return {"sounds",
+          State::missing,
+          "The sound library is missing: the end of a run is silent.",
+          "Install libcanberra0.",
+          {"pomodoro", "timer"}};
+}
+
+Item keyboardItem(const DesktopSurvey& survey) {
+  const bool isX11 = survey.facts.hasX11 && !survey.facts.hasWayland;
+  if (isX11)
+    return {"keyboard", State::good, "The keyboard can be locked through the X server."};
+  if (::access(survey.inputDevices.c_str(), R_OK) == 0 &&
+      ::access(survey.inputDevices.c_str(), X_OK) == 0) {
+    std::error_code error;
+    for (const auto& entry : std::filesystem::directory_iterator(survey.inputDevices, error))
+      if (entry.path().filename().string().starts_with("event") &&
+          ::access(entry.path().c_str(), R_OK) == 0)
+        return {"keyboard", State::good, "The keyboard can be locked: its devices may be opened."};
+  }
+  return {"keyboard",
+          State::missing,
+          "The keyboard cannot be locked: its devices may not be opened.",
+          "Join the group \"input\", or use a session on an X server.",
+          {"keyboardLock"}};
+}
+
+} // namespace
+
+BusNames readBusNames(Bus* bus) {
+  BusNames names;
+  if (bus == nullptr || !bus->isOpen())
+    return names;
+  names.isOpen = true;
+  readNames(*bus, "ListNames", names.owned);
+  readNames(*bus, "ListActivatableNames", names.startable);
+  return names;
+}
+
+DesktopReport makeDesktopReport(const DesktopSurvey& given) {
+  DesktopSurvey survey = given;
+  survey.facts.hasBus = survey.session.isOpen;
+  survey.facts.hasTrayHost = survey.session.owned.contains(watcher);
+  DesktopReport report{{busItem(survey.session), displayItem(survey.facts),
+                        managerItem(survey.facts), surfaceItem(survey), trayItem(survey.facts)}};
+  for (const auto& service : services())
+    report.items.push_back(itemOf(service, service.isOnSystemBus ? survey.system : survey.session));
+  report.items.push_back(soundItem(survey));
+  report.items.push_back(keyboardItem(survey));
+  report.items.push_back(modulesItem(survey));
+  return report;
+}
+
+} // namespace tavrin

@@ -1,0 +1,118 @@
+#include "TavrinPlatform/Linux/Tile/StripStacking.h"
+
+#include "TavrinPlatform/Linux/Base/X11.h"
+
+#include <QCoreApplication>
+#include <QTimerEvent>
+#include <QWindow>
+#include <algorithm>
+
+namespace tavrin {
+
+namespace {
+
+/// A window manager that comes says bit by bit what it does.
+constexpr int managerSettling = 300;
+/// Windows change their places in the stack one after the other.
+constexpr int stackSettling = 30;
+
+} // namespace
+
+StripStacking::StripStacking(QWindow& window, std::function<void()> onManagerChange)
+    : window_(window), onManagerChange_(std::move(onManagerChange)) {
+  if (x11::connection() != nullptr)
+    QCoreApplication::instance()->installNativeEventFilter(this);
+}
+
+StripStacking::~StripStacking() {
+  if (auto* application = QCoreApplication::instance())
+    application->removeNativeEventFilter(this);
+}
+
+void StripStacking::begin(bool isUnmanaged) {
+  if (x11::connection() == nullptr)
+    return;
+  isUnmanaged_ = isUnmanaged;
+  x11::selectEvents(static_cast<xcb_window_t>(window_.winId()), XCB_EVENT_MASK_VISIBILITY_CHANGE);
+  stackSettles_.start(stackSettling, this);
+}
+
+bool StripStacking::nativeEventFilter(const QByteArray&, void* message, qintptr*) {
+  const auto* event = static_cast<const xcb_generic_event_t*>(message);
+  const auto type = event->response_type & 0x7F;
+  if (type == XCB_PROPERTY_NOTIFY) {
+    const auto* change = reinterpret_cast<const xcb_property_notify_event_t*>(event);
+    if (change->window == x11::root())
+      rootChanged(change->atom);
+    else if (isUnmanaged_ && change->atom == x11::atom("_NET_WM_STATE") &&
+             (change->window == active_ || change->window == filling_))
+      stackSettles_.start(stackSettling, this);
+  } else if (type == XCB_VISIBILITY_NOTIFY && window_.handle() != nullptr) {
+    const auto* change = reinterpret_cast<const xcb_visibility_notify_event_t*>(event);
+    if (change->window == window_.winId() && change->state != XCB_VISIBILITY_UNOBSCURED)
+      stackSettles_.start(stackSettling, this);
+  }
+  return false;
+}
+
+void StripStacking::rootChanged(xcb_atom_t property) {
+  if (property == x11::atom("_NET_SUPPORTING_WM_CHECK") || property == x11::atom("_NET_SUPPORTED"))
+    managerSettles_.start(managerSettling, this);
+  else if (isUnmanaged_ && (property == x11::atom("_NET_ACTIVE_WINDOW") ||
+                            property == x11::atom("_NET_CLIENT_LIST_STACKING")))
+    stackSettles_.start(stackSettling, this);
+}
+
+void StripStacking::timerEvent(QTimerEvent* event) {
+  if (event->timerId() == managerSettles_.timerId()) {
+    managerSettles_.stop();
+    onManagerChange_();
+  } else {
+    stackSettles_.stop();
+    restack();
+  }
+}
+
+void StripStacking::restack() {
+  if (window_.handle() == nullptr || !window_.isVisible())
+    return;
+  const auto window = static_cast<xcb_window_t>(window_.winId());
+  if (isUnmanaged_)
+    x11::restack(window, !isFilled());
+  else if (!x11::hasWindowManager() && isCovered())
+    x11::restack(window, true);
+}
+
+bool StripStacking::isFilled() {
+  const xcb_window_t active = x11::activeWindow();
+  if (active != active_ && active != XCB_NONE)
+    x11::selectEvents(active, XCB_EVENT_MASK_PROPERTY_CHANGE);
+  active_ = active;
+  if (fills(active))
+    filling_ = active;
+  else if (!fills(filling_))
+    filling_ = XCB_NONE;
+  return filling_ != XCB_NONE;
+}
+
+bool StripStacking::fills(xcb_window_t other) const {
+  if (other == XCB_NONE || !x11::isViewable(other))
+    return false;
+  const auto states = x11::numbers(other, "_NET_WM_STATE");
+  return std::ranges::count(states, x11::atom("_NET_WM_STATE_FULLSCREEN")) > 0 &&
+         x11::frame(other).intersects(x11::frame(static_cast<xcb_window_t>(window_.winId())));
+}
+
+/// Menus and the like, which ask for no management, may lie over a tile; windows may not.
+bool StripStacking::isCovered() const {
+  const auto window = static_cast<xcb_window_t>(window_.winId());
+  const auto place = x11::frame(window);
+  const auto all = x11::topLevelWindows();
+  auto above = std::ranges::find(all, window);
+  return above != all.end() && std::any_of(above + 1, all.end(), [&](xcb_window_t other) {
+           return x11::isViewable(other) && !x11::isUnmanaged(other) &&
+                  x11::frame(other).intersects(place);
+         });
+}
+
+} // namespace tavrin
