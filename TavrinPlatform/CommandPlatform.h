@@ -2,7 +2,7 @@
 
 #include "TavrinPlatform/Autostart.h"
 #include "TavrinPlatform/Clock.h"
-#include "TavrinPlatform/DesktopReport.h"
+#include "TavrinCore/Desktop/DesktopReport.h"
 #include "TavrinPlatform/DistributedNotificationCenter.h"
 #include "TavrinPlatform/DockServices.h"
 #include "TavrinPlatform/FileManager.h"

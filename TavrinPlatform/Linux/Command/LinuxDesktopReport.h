@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TavrinPlatform/DesktopReport.h"
+#include "TavrinCore/Desktop/DesktopReport.h"
 #include "TavrinPlatform/FileManager.h"
 #include "TavrinPlatform/Linux/Base/Bus.h"
 #include "TavrinPlatform/Linux/Base/DesktopFacts.h"
