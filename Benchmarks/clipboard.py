@@ -46,7 +46,7 @@ def preview_link(desk):
 
 def show_panel(desk, process):
     """Opens the panel, looks at it for a moment and closes it."""
-    desk.activate(1)
+    desk.toggle(1)
     wait_for(lambda: desk.windows(process.pid), "the panel", 10)
     time.sleep(1)
     desk.key("Escape")

@@ -205,10 +205,10 @@ def bench_closed_panels(quick):
             time.sleep(3)
             row(f"{kind}: private memory before", memory(process.pid)["Private_Dirty"], "MB", 3.5)
             for _ in range(3):
-                desk.activate(1)
+                desk.toggle(1)
                 wait_for(lambda: len(desk.windows(process.pid)) > tiles, "the panel", 10)
                 time.sleep(1.5)
-                desk.activate(1)
+                desk.toggle(1)
                 time.sleep(3)
             row(f"{kind}: private memory after", memory(process.pid)["Private_Dirty"], "MB", 4.5)
         finally:
@@ -241,7 +241,7 @@ def bench_growth(renders=10_000, openings=1_000):
                            "org.freedesktop.DBus.Peer").Ping()
 
         def toggle():
-            slot.Activate({})
+            slot.ActivateAction("toggle", [], {}, signature="sava{sv}")
             time.sleep(0.02)
 
         def rest():

@@ -15,7 +15,8 @@ public:
   virtual std::vector<std::string> arguments() const = 0;
   /// Ends the event loop; what runs after it still runs.
   virtual void terminate() = 0;
-  /// The critical request: the tile asks for attention until the user comes.
+  /// The critical request: the tile asks for attention until the user comes. Nothing while the
+  /// user is here already, in the open panel.
   virtual void requestUserAttention() = 0;
   virtual void cancelUserAttention() = 0;
   /// From now on this process's memory goes into no core dump, nor to other programs of the user.
@@ -23,6 +24,8 @@ public:
 
   /// The user clicked the tile, or asked for the running application.
   std::function<void()> onReopen;
+  /// Whether files may be dropped on the tile now; asked while they are dragged over it.
+  std::function<bool()> takesFiles;
   /// Files dropped on the tile or opened with the application; answers whether they were taken.
   std::function<bool(const std::vector<std::filesystem::path>&)> onOpenFiles;
   /// The user went to another application.

@@ -2,6 +2,7 @@
 
 #include "TavrinPlatform/Geometry.h"
 
+#include <algorithm>
 #include <optional>
 #include <string>
 #include <vector>
@@ -16,9 +17,18 @@ struct ScreenFrames {
 
 /// "com.apple.dock" as far as tiles need it; the defaults stand in for missing entries.
 struct DockPreferences {
+  static constexpr double leastTileSize = 16;
+  static constexpr double largestTileSize = 256;
+
   std::string orientation = "bottom";
   double tileSize = 48;
   bool magnification = false;
+
+  /// Takes an entry "tilesize" as the Dock does: within its bounds, and none that is no number.
+  void setTileSize(double entry) {
+    if (entry == entry)
+      tileSize = std::clamp(entry, leastTileSize, largestTileSize);
+  }
 };
 
 /// Where the Dock, the pointer and the screens are, asked anew at each call.

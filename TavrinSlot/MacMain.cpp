@@ -20,6 +20,7 @@ extern "C" __attribute__((visibility("default"))) int tavrinSlotMain(int argc, c
   auto& application = platform->application();
   application.onReopen = [&] { app.applicationShouldHandleReopen(false); };
   application.onResignActive = [&] { app.applicationDidResignActive(); };
+  application.takesFiles = [&] { return app.applicationTakesFiles(); };
   application.onOpenFiles = [&](const auto& paths) { return app.applicationOpenFiles(paths); };
   return tavrin::runEventLoop(*platform, [&] { app.applicationDidFinishLaunching(); });
 }

@@ -51,8 +51,12 @@ void SlotApp::applicationDidResignActive() {
   panel_.closeIfShown();
 }
 
+bool SlotApp::applicationTakesFiles() const {
+  return controller_ != nullptr && widget_->kind.takesFiles();
+}
+
 bool SlotApp::applicationOpenFiles(const std::vector<std::filesystem::path>& paths) {
-  return controller_ != nullptr && widget_->kind.takesFiles() && controller_->openFiles(paths);
+  return applicationTakesFiles() && controller_->openFiles(paths);
 }
 
 void SlotApp::openStore() {

@@ -30,6 +30,8 @@ public:
   /// Always false: the system has nothing left to do.
   bool applicationShouldHandleReopen(bool hasVisibleWindows);
   void applicationDidResignActive();
+  /// Whether the widget's kind takes files at all.
+  bool applicationTakesFiles() const;
   /// Whether the widget took the files.
   bool applicationOpenFiles(const std::vector<std::filesystem::path>& paths);
 

@@ -27,6 +27,7 @@ int main(int argc, char** argv) {
   auto& application = platform->application();
   application.onReopen = [&] { app.applicationShouldHandleReopen(false); };
   application.onResignActive = [&] { app.applicationDidResignActive(); };
+  application.takesFiles = [&] { return app.applicationTakesFiles(); };
   application.onOpenFiles = [&](const auto& paths) { return app.applicationOpenFiles(paths); };
   return tavrin::runEventLoop(*platform, [&] { app.applicationDidFinishLaunching(); });
 }

@@ -203,6 +203,7 @@ TileServices::Environment LinuxPlatform::tileEnvironment() {
           .workspace = [this]() -> Workspace& { return workspace(); },
           .pictureFolder = [this] { return pictureFolder(); },
           .reopen = [this] { application_->reopen(); },
+          .takesFiles = [this] { return application_->acceptsFiles(); },
           .openFiles = [this](const auto& files) { return application_->openFiles(files); },
           .resignedActive =
               [this] {

@@ -29,6 +29,8 @@ public:
     /// A click, at a place in the picture where the surface knows one, and on the screen.
     std::function<void(std::optional<QPointF> inPicture, std::optional<Point> onScreen)> clicked;
     std::function<bool(QPointF inPicture)> hovered;
+    /// Asked while files are dragged over the surface.
+    std::function<bool()> takesFiles;
     std::function<bool(const std::vector<std::filesystem::path>&)> dropped;
   } events;
 };

@@ -194,10 +194,11 @@ class Desk:
     def wait_for_name(self, slot):
         self.run("gdbus", "wait", "--session", "--timeout", "10", self.bundle_identifier(slot))
 
-    def activate(self, slot):
+    def toggle(self, slot):
+        """What a click on the tile does."""
         self.run("gdbus", "call", "--session", "--dest", self.bundle_identifier(slot),
                  "--object-path", f"/dev/quellby/Tavrin/Slot{slot}", "--method",
-                 "org.freedesktop.Application.Activate", "{}")
+                 "org.freedesktop.Application.ActivateAction", "toggle", "[]", "{}")
 
     def picture(self, slot):
         return self.pictures / f"{self.bundle_identifier(slot)}.png"

@@ -36,7 +36,7 @@ class DesignedWidgets(DeskTest):
         return process
 
     def open(self, process):
-        self.desk.activate(SLOT)
+        self.desk.toggle(SLOT)
         wait_for(lambda: len(self.desk.windows(process.pid)) > len(self.tile), "the panel")
         wait_for(lambda: self.desk.run("xdotool", "getwindowfocus", "getwindowpid",
                                        check=False).strip() == str(process.pid), "the focus")

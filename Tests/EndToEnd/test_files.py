@@ -68,7 +68,7 @@ class FilesTest(DeskTest):
         return wait_for(self.panel, "the panel", 10)
 
     def open_by_keyboard(self):
-        self.desk.activate(1)
+        self.desk.toggle(1)
         wait_for(self.panel, "the panel", 10)
         time.sleep(0.3)
 

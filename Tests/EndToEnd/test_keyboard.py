@@ -60,7 +60,7 @@ class Keyboard(DeskTest):
         process = self.desk.start_slot(slot, "--background")
         self.desk.wait_for_name(slot)
         tile = wait_for(lambda: self.desk.windows(process.pid), "the tile")
-        self.desk.activate(slot)
+        self.desk.toggle(slot)
         wait_for(lambda: len(self.desk.windows(process.pid)) > len(tile), "the panel")
         wait_for(lambda: self.desk.run("xdotool", "getwindowfocus", "getwindowpid",
                                        check=False).strip() == str(process.pid), "the focus")

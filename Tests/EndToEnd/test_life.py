@@ -77,7 +77,7 @@ class EveryKindToEveryOther(DeskTest):
         self.desk.wait_for_name(SLOT)
         started = time.monotonic()
         steps = self.walk(is_open=False)
-        self.desk.activate(SLOT)
+        self.desk.toggle(SLOT)
         steps += self.walk(is_open=True)
         print(f"{steps} changes of kind in {time.monotonic() - started:.1f} s")
         self.assertEqual(steps, 4 * len(self.kinds) * (len(self.kinds) - 1))

@@ -65,7 +65,7 @@ class Previews(DeskTest):
         for headers in Site.headers_seen:
             self.assertNotIn("Cookie", headers)
             self.assertNotIn("Referer", headers)
-        self.desk.activate(3)
+        self.desk.toggle(3)
         wait_for(lambda: any("Tides of the F\xe6r\xf6er" in name for name in self.shown()),
                  "the title in the panel", 10, 0.2)
         wait_for(lambda: self.pixels_of(COLOUR) > 300, "the picture in the panel", 10, 0.2)

@@ -154,15 +154,15 @@ class Strip(DeskTest):
 
     def test_the_reopen_request_over_the_bus_toggles_the_panel_at_its_own_tile(self):
         self.desk.run("xdotool", "mousemove", "5", "5")
-        self.desk.activate(3)
+        self.desk.toggle(3)
         panel = wait_for(lambda: self.panel_of(self.slots[2]), "the panel")
         tile = self.tiles[2]
         self.assertAlmostEqual(panel[1] + panel[3] / 2, tile[1] + tile[3] / 2, delta=2)
-        self.desk.activate(3)
+        self.desk.toggle(3)
         self.wait_closed(2)
 
     def test_the_panel_follows_its_tile_when_the_strip_moves(self):
-        self.desk.activate(3)
+        self.desk.toggle(3)
         wait_for(lambda: self.panel_of(self.slots[2]), "the panel")
         before = self.tiles[2]
         # One tile fewer: the strip is shorter and centred anew.
@@ -182,7 +182,7 @@ class Strip(DeskTest):
                           "--object-path", "/dev/quellby/Tavrin/Slot3", "--method",
                           "org.freedesktop.Application.ActivateAction", "open", "[]", "{}")
             panel = wait_for(lambda: self.panel_of(self.slots[2]), "the panel")
-        self.desk.activate(3)
+        self.desk.toggle(3)
         self.wait_closed(2)
         self.assertIsNotNone(panel)
 

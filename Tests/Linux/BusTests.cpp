@@ -112,6 +112,12 @@ TEST(Application, OneProcessForEachBundle) {
     EXPECT_EQ(second.number("started"), 0);
     EXPECT_TRUE(first.says("opened"));
   }
+  Program third(path, {}, picture);
+  ASSERT_TRUE(third.ends());
+  EXPECT_EQ(callApplication("Activate '{}'"), "()");
+  EXPECT_EQ(first.number("closed"), 0) << "only a click closes the panel";
+  EXPECT_EQ(callApplication("ActivateAction toggle '[]' '{}'"), "()");
+  EXPECT_TRUE(first.says("closed"));
   Program dropping(path, {"/tmp/a b.txt"}, picture);
   ASSERT_TRUE(dropping.ends());
   EXPECT_TRUE(first.says("open /tmp/a b.txt"));

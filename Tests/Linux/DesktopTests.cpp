@@ -47,6 +47,19 @@ bool hasWindowManager() {
   return qEnvironmentVariable("DESK_KIND") != "bare";
 }
 
+/// The ring is white, as little else of the tile is.
+bool hasRing(const Window& window) {
+  const std::string share =
+      shell("import -window " + window.id +
+            " png:- | convert - -fill black +opaque '#FFFFFF' -format '%[fx:mean]' info:");
+  return !share.empty() && std::stod(share) > 0.04;
+}
+
+bool isUrgent(const Window& window) {
+  return shell("xprop -id " + window.id + " _NET_WM_STATE").find("DEMANDS_ATTENTION") !=
+         std::string::npos;
+}
+
 class Desktop : public testing::Test {
 protected:
   /// Another program's window in the top left corner, with the keyboard focus.
@@ -206,15 +219,102 @@ TEST_F(Desktop, AttentionIsShownUntilTheUserComes) {
   Program tile(TILE_DOUBLE, {"--place=0,1,1", "--attention"});
   ASSERT_TRUE(tile.says("visible 1"));
   const Window window = tileWindow();
-  const auto ring = [&] {
-    return shell("import -window " + window.id +
-                 " png:- | convert - -fill black +opaque '#FF9F0A' -format '%[mean]' info:") != "0";
-  };
-  EXPECT_TRUE(eventually(ring));
+  EXPECT_TRUE(eventually([&] { return hasRing(window); }));
+  // Without one nobody takes it back.
+  if (hasWindowManager()) {
+    EXPECT_TRUE(eventually([&] { return isUrgent(window); }));
+  }
   EXPECT_TRUE(eventually([&] { return tileWindow().y == 752; })) << "comes to rest";
   click(window.centre());
   ASSERT_TRUE(tile.says("opened"));
-  EXPECT_TRUE(eventually([&] { return !ring(); }));
+  EXPECT_TRUE(eventually([&] { return !hasRing(window); }));
+  if (hasWindowManager()) {
+    EXPECT_TRUE(eventually([&] { return !isUrgent(window); }));
+  }
+}
+
+TEST_F(Desktop, NobodyIsCalledWhoIsHere) {
+  Program tile(TILE_DOUBLE, {"--place=0,1,1", "--attention=panel"});
+  ASSERT_TRUE(tile.says("visible 1"));
+  const Window window = tileWindow();
+  click(window.centre());
+  ASSERT_TRUE(tile.says("opened"));
+  // A second click is answered after what the first one asked for has been drawn.
+  click(window.centre());
+  ASSERT_TRUE(tile.says("closed"));
+  EXPECT_FALSE(hasRing(window));
+  EXPECT_FALSE(isUrgent(window));
+}
+
+TEST_F(Desktop, TheTileHopsAwayFromItsEdge) {
+  if (hasWindowManager())
+    GTEST_SKIP() << "it tells of places in its own frame";
+  struct Case {
+    const char* edge;
+    std::function<bool(int x, int y, const Window& home)> isInwards;
+  };
+  const Case cases[] = {
+      {"left", [](int x, int y, const Window& home) { return x >= home.x && y == home.y; }},
+      {"right", [](int x, int y, const Window& home) { return x <= home.x && y == home.y; }},
+      {"bottom", [](int x, int y, const Window& home) { return x == home.x && y <= home.y; }}};
+  for (const auto& [edge, isInwards] : cases) {
+    SCOPED_TRACE(edge);
+    shell("mkdir -p ~/Library/Preferences; echo '<plist version=\"1.0\"><dict><key>orientation"
+          "</key><string>" +
+          std::string(edge) +
+          "</string></dict></plist>' > ~/Library/Preferences/com.apple.dock.plist");
+    Program tile(TILE_DOUBLE, {"--place=0,1,1", "--button", "--attention=button"});
+    ASSERT_TRUE(tile.says("visible 1"));
+    const Window home = tileWindow();
+    Program watch("/usr/bin/xev", {"-id", QString::fromStdString(home.id), "-event", "structure"});
+    // Whatever came before the other program watched is not seen: asked for again.
+    ASSERT_TRUE(eventually([&] {
+      click(std::to_string(home.x + 12) + " " + std::to_string(home.y + 24));
+      return watch.number("ConfigureNotify") > 3;
+    }));
+    int seen = 0;
+    for (const QByteArray& line : watch.output().split('\n')) {
+      int x = 0;
+      int y = 0;
+      const auto start = line.indexOf('(');
+      if (start < 0 || std::sscanf(line.constData() + start, "(%d,%d)", &x, &y) != 2)
+        continue;
+      ++seen;
+      EXPECT_TRUE(isInwards(x, y, home)) << x << "," << y;
+    }
+    EXPECT_GT(seen, 0);
+  }
+  shell("rm -r ~/Library");
+}
+
+TEST_F(Desktop, FilesAreRefusedWhileTheyHover) {
+  shell("touch ~/one.txt");
+  for (const bool takes : {true, false}) {
+    SCOPED_TRACE(takes);
+    Program tile(TILE_DOUBLE,
+                 takes ? QStringList{"--place=0,1,1"} : QStringList{"--place=0,1,1", "--no-files"});
+    ASSERT_TRUE(tile.says("visible 1"));
+    const Window window = tileWindow();
+    Program source(DRAG_DOUBLE, {"file:///tmp/one.txt"});
+    ASSERT_TRUE(source.says("ready"));
+    visibleWindow("drag double");
+    ASSERT_TRUE(eventually([&] {
+      shell("xdotool mousemove 80 90 mousedown 1 mousemove 90 90 sleep .1 mousemove 100 200 "
+            "sleep .1 mousemove " +
+            window.centre() +
+            " sleep .1 mousemove_relative 1 1 sleep .1 mousemove_relative -- -1 -1 sleep .3 "
+            "mouseup 1");
+      return tile.number("asked") > 0 &&
+             source.number(takes ? "dragged copy" : "dragged other") > 0;
+    })) << source.output().toStdString();
+    // What hovers learns before it is dropped; a drop is sent to those alone who would have taken
+    // it.
+    if (takes) {
+      EXPECT_TRUE(tile.says("open "));
+    } else {
+      EXPECT_EQ(tile.number("open "), 0);
+    }
+  }
 }
 
 } // namespace

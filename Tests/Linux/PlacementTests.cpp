@@ -61,6 +61,10 @@ TEST(StripLayout, CellsStandCentredOnTheEdge) {
     EXPECT_EQ(layout.strip, c.strip);
     EXPECT_EQ(layout.tile, c.tile);
     EXPECT_EQ(layout.tileSize, c.tileSize);
+    // Away from the edge that the tile touches.
+    const QRectF moved = layout.tile.translated(layout.inwards());
+    EXPECT_TRUE(c.available.contains(moved)) << moved.x() << "," << moved.y();
+    EXPECT_EQ(layout.inwards().manhattanLength(), 1);
   }
 }
 

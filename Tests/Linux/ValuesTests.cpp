@@ -249,6 +249,11 @@ TEST(DockPreferences, DefaultsStandInForWhatIsMissingOrWrong) {
        propertyList("<key>orientation</key><true/><key>tilesize</key>"
                     "<string>64</string><key>magnification</key><integer>1</integer>"),
        "bottom", 48, false},
+      {"too small", propertyList("<key>tilesize</key><real>-5</real>"), "bottom", 16, false},
+      {"nothing", propertyList("<key>tilesize</key><integer>0</integer>"), "bottom", 16, false},
+      {"too large", propertyList("<key>tilesize</key><real>1e9</real>"), "bottom", 256, false},
+      {"endless", propertyList("<key>tilesize</key><real>inf</real>"), "bottom", 256, false},
+      {"no number", propertyList("<key>tilesize</key><real>nan</real>"), "bottom", 48, false},
       {"an array", "<plist version=\"1.0\"><array/></plist>", "bottom", 48, false},
       {"rubbish", "bplist00\xFF\xFF\xFF", "bottom", 48, false},
       {"empty", "", "bottom", 48, false},

@@ -265,6 +265,7 @@ TEST_F(ControllerLife, AForecastIsKeptUnderTheWidgetThatAskedForIt) {
 TEST_F(ControllerLife, WhoTakesFilesIsWhoTheTableSays) {
   for (const auto& info : allKinds()) {
     start(*freshKind(info.key, platform_.fakeClock.now()));
+    EXPECT_EQ(app_->applicationTakesFiles(), info.takesFiles) << info.key;
     EXPECT_EQ(app_->applicationOpenFiles({"/tmp/a"}), info.takesFiles) << info.key;
     EXPECT_EQ(app_->controller()->openFiles({"/tmp/b"}), info.takesFiles) << info.key;
     platform_.fakePopover.close();

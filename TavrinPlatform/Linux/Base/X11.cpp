@@ -1,6 +1,8 @@
 #include "TavrinPlatform/Linux/Base/X11.h"
 
 #include <QGuiApplication>
+#include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <cstring>
 #include <map>
@@ -42,6 +44,23 @@ std::unique_ptr<xcb_get_window_attributes_reply_t, Free> attributes(xcb_window_t
   if (x == nullptr || window == XCB_NONE)
     return nullptr;
   return own(xcb_get_window_attributes_reply(x, xcb_get_window_attributes(x, window), nullptr));
+}
+
+/// A message about `window` to the root, which the window manager reads.
+void tellManager(xcb_window_t window, const char* type, std::array<std::uint32_t, 5> values) {
+  auto* x = connection();
+  if (x == nullptr || window == XCB_NONE)
+    return;
+  xcb_client_message_event_t event{};
+  event.response_type = XCB_CLIENT_MESSAGE;
+  event.format = 32;
+  event.window = window;
+  event.type = atom(type);
+  std::copy(values.begin(), values.end(), event.data.data32);
+  xcb_send_event(x, 0, root(),
+                 XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
+                 reinterpret_cast<const char*>(&event));
+  xcb_flush(x);
 }
 
 xcb_window_t firstWindow(const char* property) {
@@ -106,6 +125,11 @@ void setNumbers(xcb_window_t window, const char* name, xcb_atom_t type,
                         static_cast<std::uint32_t>(values.size()), values.data());
 }
 
+void setState(xcb_window_t window, const char* state, bool isOn) {
+  constexpr std::uint32_t fromApplication = 1;
+  tellManager(window, "_NET_WM_STATE", {isOn ? 1U : 0U, atom(state), 0, fromApplication});
+}
+
 xcb_window_t selectionOwner(const char* selection) {
   auto* x = connection();
   if (x == nullptr)
@@ -148,21 +172,8 @@ xcb_window_t focusWindow() {
 }
 
 void requestActive(xcb_window_t window) {
-  auto* x = connection();
-  if (x == nullptr || window == XCB_NONE)
-    return;
-  xcb_client_message_event_t event{};
-  event.response_type = XCB_CLIENT_MESSAGE;
-  event.format = 32;
-  event.window = window;
-  event.type = atom("_NET_ACTIVE_WINDOW");
   constexpr std::uint32_t fromPager = 2;
-  event.data.data32[0] = fromPager;
-  event.data.data32[1] = XCB_CURRENT_TIME;
-  xcb_send_event(x, 0, root(),
-                 XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
-                 reinterpret_cast<const char*>(&event));
-  xcb_flush(x);
+  tellManager(window, "_NET_ACTIVE_WINDOW", {fromPager, XCB_CURRENT_TIME});
 }
 
 void setFocus(xcb_window_t window) {

@@ -26,6 +26,10 @@ std::string text(xcb_window_t window, const char* property, std::uint32_t longes
 void setNumbers(xcb_window_t window, const char* property, xcb_atom_t type,
                 const std::vector<std::uint32_t>& values);
 
+/// Asks the window manager to put a state of EWMH, such as "_NET_WM_STATE_ABOVE", on a window that
+/// is shown, or to take it back.
+void setState(xcb_window_t window, const char* state, bool isOn);
+
 /// None when nobody has the selection.
 xcb_window_t selectionOwner(const char* selection);
 /// Events of a window beside those that are selected already; they come to the toolkit's native

@@ -156,7 +156,7 @@ void LinuxApplication::reopen() {
 void LinuxApplication::show() {
   if (!isRunning_)
     early_.emplace_back([this] { show(); });
-  else if (isPanelShown && isPanelShown())
+  else if (hasOpenPanel())
     setAttention(false);
   else
     reopen();
@@ -210,7 +210,7 @@ std::vector<std::filesystem::path> LinuxApplication::files() const {
 int LinuxApplication::activate(sd_bus_message* message, void* self, sd_bus_error*) {
   // Answered first: the caller need not wait until a panel stands.
   const int answered = sd_bus_reply_method_return(message, "");
-  static_cast<LinuxApplication*>(self)->reopen();
+  static_cast<LinuxApplication*>(self)->show();
   return answered < 0 ? answered : 1;
 }
 
@@ -224,9 +224,12 @@ int LinuxApplication::open(sd_bus_message* message, void* self, sd_bus_error* er
 int LinuxApplication::activateAction(sd_bus_message* message, void* self, sd_bus_error* error) {
   const std::string action = textArgument(message);
   auto* application = static_cast<LinuxApplication*>(self);
-  if (action == "open") {
+  if (action == "open" || action == "toggle") {
     const int answered = sd_bus_reply_method_return(message, "");
-    application->show();
+    if (action == "open")
+      application->show();
+    else
+      application->reopen();
     return answered < 0 ? answered : 1;
   }
   if (action == "quit") {

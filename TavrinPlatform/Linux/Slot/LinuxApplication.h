@@ -34,14 +34,16 @@ public:
 
   std::vector<std::string> arguments() const override { return arguments_; }
   void terminate() override;
-  void requestUserAttention() override { setAttention(true); }
+  void requestUserAttention() override { setAttention(!hasOpenPanel()); }
   void cancelUserAttention() override { setAttention(false); }
   void keepMemoryPrivate() override;
 
   /// The user asks for the application. Ends a request for attention.
   void reopen();
-  /// Somebody wants the panel open: as `reopen` where it is not, which `isPanelShown` tells.
+  /// Somebody wants the panel open, by starting the application again too: as `reopen` where it is
+  /// not, which `isPanelShown` tells.
   void show();
+  bool acceptsFiles() const { return isRunning_ && takesFiles && takesFiles(); }
   bool openFiles(const std::vector<std::filesystem::path>& files);
 
   std::function<bool()> isPanelShown;
@@ -54,6 +56,7 @@ private:
   static int open(sd_bus_message*, void* self, sd_bus_error*);
   static int activateAction(sd_bus_message*, void* self, sd_bus_error*);
 
+  bool hasOpenPanel() const { return isPanelShown && isPanelShown(); }
   void setAttention(bool isWanted);
   std::vector<std::filesystem::path> files() const;
 

@@ -39,7 +39,8 @@ DockPreferences readDockPreferences(const std::filesystem::path& home) {
   if (!file)
     return preferences;
   preferences.orientation = file->string("orientation").value_or(preferences.orientation);
-  preferences.tileSize = file->number("tilesize").value_or(preferences.tileSize);
+  if (const auto entry = file->number("tilesize"))
+    preferences.setTileSize(*entry);
   preferences.magnification = file->boolean("magnification").value_or(false);
   return preferences;
 }

@@ -49,6 +49,7 @@ LinuxDockTile::LinuxDockTile(std::vector<std::unique_ptr<TileSurface>> surfaces,
       clicked(inPicture, onScreen);
     };
     surface->events.hovered = [this](QPointF place) { return onHover && onHover(place); };
+    surface->events.takesFiles = [this] { return requests_.takesFiles(); };
     surface->events.dropped = [this](const auto& files) { return requests_.openFiles(files); };
   }
 }

@@ -12,6 +12,7 @@ public:
   /// What a click and a drop become that the picture itself has no use for.
   struct Requests {
     std::function<void()> reopen;
+    std::function<bool()> takesFiles;
     std::function<bool(const std::vector<std::filesystem::path>&)> openFiles;
     /// Whether the press that began this click has just closed the panel.
     std::function<bool(Point)> hasJustClosedPanel;

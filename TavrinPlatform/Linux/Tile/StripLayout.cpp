@@ -7,20 +7,26 @@
 
 namespace tavrin {
 
+QPointF StripLayout::inwards() const {
+  if (!isVertical)
+    return {0, -1};
+  return {isLeft ? 1.0 : -1.0, 0};
+}
+
 StripLayout StripLayout::make(const QRectF& available, const DockPreferences& preferences,
                               const DockTile::Place& place) {
   StripLayout layout;
-  const bool isLeft = preferences.orientation == "left";
+  layout.isLeft = preferences.orientation == "left";
   const bool isRight = preferences.orientation == "right";
-  layout.isVertical = isLeft || isRight;
+  layout.isVertical = layout.isLeft || isRight;
 
   const int span = std::max(place.span, 1);
   const int before = std::max(place.cellsBefore, 0);
   const int cells = std::max(place.cellsInAll, before + span);
   const double length = layout.isVertical ? available.height() : available.width();
-  const double wished = std::clamp(preferences.tileSize, 16.0, 256.0);
-  layout.tileSize = std::min(wished, std::floor(length / (cells * DockTileGeometry::pitch(1) +
-                                                          2 * DockTileGeometry::inset(1))));
+  layout.tileSize = std::min(
+      preferences.tileSize,
+      std::floor(length / (cells * DockTileGeometry::pitch(1) + 2 * DockTileGeometry::inset(1))));
   layout.tileSize = std::max(layout.tileSize, 1.0);
 
   const double pitch = DockTileGeometry::pitch(layout.tileSize);
@@ -30,7 +36,7 @@ StripLayout StripLayout::make(const QRectF& available, const DockPreferences& pr
   const double along = std::round((length - whole) / 2);
   const double cell = along + inset + before * pitch;
   if (layout.isVertical) {
-    const double x = isLeft ? available.left() : available.right() - size;
+    const double x = layout.isLeft ? available.left() : available.right() - size;
     layout.strip = {x, available.top() + along, size, whole};
     layout.tile = {x, available.top() + cell, size, span * pitch};
   } else {

@@ -3,6 +3,7 @@
 #include "TavrinPlatform/DockGeometry.h"
 #include "TavrinPlatform/DockTile.h"
 
+#include <QPointF>
 #include <QRectF>
 
 namespace tavrin {
@@ -17,6 +18,9 @@ struct StripLayout {
   /// As wished for, or what lets all cells stand in the row.
   double tileSize = 0;
   bool isVertical = false;
+  bool isLeft = false;
+  /// The way from the edge into the screen, of length 1.
+  QPointF inwards() const;
 
   /// Centred on the edge of `available` that `preferences.orientation` names.
   static StripLayout make(const QRectF& available, const DockPreferences& preferences,

@@ -43,6 +43,7 @@ StripSurface::StripSurface(Environment environment)
                    screenPoint(isAtPointer ? pointer : centre));
   };
   window_.onHover = [this](QPointF place) { return events.hovered(place / shrinking_); };
+  window_.takesFiles = [this] { return events.takesFiles(); };
   window_.onDrop = [this](const auto& files) { return events.dropped(files); };
   window_.onExpose = [this] {
     if (std::exchange(wasExposed_, window_.isExposed()) != wasExposed_ && events.visibilityChanged)
@@ -69,7 +70,8 @@ void StripSurface::display(const QImage& image) {
 }
 
 void StripSurface::setAttention(bool isWanted) {
-  window_.setAttention(isWanted, !environment_.prefersReducedMotion());
+  const bool mayMove = isWanted && !environment_.prefersReducedMotion();
+  window_.setAttention(isWanted, mayMove ? layout_.inwards() * layout_.tileSize : QPointF());
 }
 
 std::optional<Rect> StripSurface::frame() const {

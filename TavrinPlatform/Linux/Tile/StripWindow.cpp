@@ -26,9 +26,12 @@ constexpr int hopDuration = 2'400;
 constexpr int hops = 4;
 constexpr double hopHeightRatio = 0.35;
 constexpr double ringRatio = 0.05;
-const QColor ringColour(0xFF, 0x9F, 0x0A);
+/// White on black is no kind's tint, and stands out from every ground.
+const QColor ringColour(0xFF, 0xFF, 0xFF);
+const QColor ringEdgeColour(0, 0, 0);
 constexpr std::uint32_t everyDesktop = 0xFFFFFFFF;
 constexpr int solid = 128;
+constexpr const char* demandsAttention = "_NET_WM_STATE_DEMANDS_ATTENTION";
 /// Not "stays on top": a dock is above ordinary windows already, and what is on top of all is above
 /// a fullscreen window, too.
 constexpr auto ownFlags = Qt::FramelessWindowHint | Qt::WindowDoesNotAcceptFocus;
@@ -69,8 +72,8 @@ StripWindow::StripWindow() {
   connect(&hop_, &QVariantAnimation::valueChanged, this, [this](const QVariant& value) {
     const double phase = value.toDouble() * hops;
     const double fading = 1 - value.toDouble();
-    const double lift = std::abs(std::sin(phase * M_PI)) * fading * hopHeightRatio * height();
-    setPosition(home_ - QPoint(0, static_cast<int>(std::lround(lift))));
+    const double lift = std::abs(std::sin(phase * M_PI)) * fading * hopHeightRatio;
+    setPosition(home_ + (hopWay_ * lift).toPoint());
   });
 }
 
@@ -124,16 +127,16 @@ void StripWindow::setLabel(const QString& name, const QString& value) {
     announceTileChange(*this, change == Change::name);
 }
 
-void StripWindow::setAttention(bool isWanted, bool mayMove) {
+void StripWindow::setAttention(bool isWanted, QPointF way) {
   hasRing_ = isWanted;
+  hopWay_ = way;
   hop_.stop();
   setPosition(home_);
-  if (isWanted && mayMove)
+  if (!way.isNull())
     hop_.start();
-  if (isWanted)
-    alert(0);
-  else
-    requestUpdate();
+  // Not the toolkit's alert, which only an activation of the window would end.
+  if (handle() != nullptr)
+    x11::setState(static_cast<xcb_window_t>(winId()), demandsAttention, isWanted);
   update();
 }
 
@@ -164,13 +167,16 @@ void StripWindow::paintRing(QPainter& painter) const {
   const double side = pictureRect().height();
   const double margin = side * (1 - DockTileGeometry::iconBodyRatio) / 2;
   const double stroke = std::max(side * ringRatio, 2.0);
-  const double inset = margin + stroke / 2;
-  const QRectF body = pictureRect().adjusted(inset, inset, -inset, -inset);
+  const double radius = side * DockTileGeometry::iconBodyRatio * 0.24;
   painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
   painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(QPen(ringColour, stroke));
-  painter.drawRoundedRect(body, side * DockTileGeometry::iconBodyRatio * 0.24,
-                          side * DockTileGeometry::iconBodyRatio * 0.24);
+  const auto draw = [&](const QColor& colour, double inset) {
+    inset += margin + stroke / 2;
+    painter.setPen(QPen(colour, stroke));
+    painter.drawRoundedRect(pictureRect().adjusted(inset, inset, -inset, -inset), radius, radius);
+  };
+  draw(ringEdgeColour, stroke / 2);
+  draw(ringColour, 0);
 }
 
 void StripWindow::resizeEvent(QResizeEvent* event) {
@@ -228,7 +234,8 @@ bool StripWindow::handleDrag(QEvent* event) {
   const auto paths = pathsOfURIList({list.constData(), static_cast<std::size_t>(list.size())});
   const auto action =
       drag->possibleActions().testFlag(Qt::CopyAction) ? Qt::CopyAction : Qt::LinkAction;
-  bool isAccepted = !paths.empty() && onDrop && drag->possibleActions().testFlag(action);
+  bool isAccepted = !paths.empty() && takesFiles && takesFiles() && onDrop &&
+                    drag->possibleActions().testFlag(action);
   if (isAccepted && event->type() == QEvent::Drop)
     isAccepted = onDrop(paths);
   // Never as a move: its source would then delete the files.
@@ -257,9 +264,12 @@ void StripWindow::becomeDockWindow() {
   const auto window = static_cast<xcb_window_t>(winId());
   x11::setNumbers(window, "_NET_WM_WINDOW_TYPE", XCB_ATOM_ATOM,
                   {x11::atom("_NET_WM_WINDOW_TYPE_DOCK")});
-  x11::setNumbers(window, "_NET_WM_STATE", XCB_ATOM_ATOM,
-                  {x11::atom("_NET_WM_STATE_STICKY"), x11::atom("_NET_WM_STATE_SKIP_TASKBAR"),
-                   x11::atom("_NET_WM_STATE_SKIP_PAGER")});
+  std::vector<std::uint32_t> state = {x11::atom("_NET_WM_STATE_STICKY"),
+                                      x11::atom("_NET_WM_STATE_SKIP_TASKBAR"),
+                                      x11::atom("_NET_WM_STATE_SKIP_PAGER")};
+  if (hasRing_)
+    state.push_back(x11::atom(demandsAttention));
+  x11::setNumbers(window, "_NET_WM_STATE", XCB_ATOM_ATOM, state);
   x11::setNumbers(window, "_NET_WM_DESKTOP", XCB_ATOM_CARDINAL, {everyDesktop});
 }
 

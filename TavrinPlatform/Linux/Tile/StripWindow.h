@@ -25,8 +25,9 @@ public:
   void moveTo(const QRect& frame, bool isUnmanaged);
   void setPicture(const QImage& image, double scale);
   void setLabel(const QString& name, const QString& value);
-  /// Hops a few times and then wears a ring, until it is taken back.
-  void setAttention(bool isWanted, bool mayMove);
+  /// Wears a ring and is urgent to the window manager, until it is taken back; before that it hops
+  /// a few times along `way`, as long as a tile's side, or not at all where `way` is null.
+  void setAttention(bool isWanted, QPointF way);
 
   /// Whether changes of the label are told to assistive technology.
   void setAnnouncing(bool isAnnouncing) { isAnnouncing_ = isAnnouncing; }
@@ -36,6 +37,7 @@ public:
 
   std::function<void(QPointF)> onClick;
   std::function<bool(QPointF)> onHover;
+  std::function<bool()> takesFiles;
   std::function<bool(const std::vector<std::filesystem::path>&)> onDrop;
   std::function<void()> onExpose;
   /// The window is about to be shown, anew or for the first time.
@@ -66,6 +68,7 @@ private:
   QImage picture_;
   TileLabel<QString> label_;
   QPoint home_;
+  QPointF hopWay_;
   QVariantAnimation hop_;
   QBasicTimer toolTip_;
   std::vector<QRect> outline_;

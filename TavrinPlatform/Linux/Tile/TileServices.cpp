@@ -31,6 +31,7 @@ LinuxDockTile& TileServices::tile() {
     environment_.toldMakeshift(choice.reason);
   LinuxDockTile::Requests requests;
   requests.reopen = environment_.reopen;
+  requests.takesFiles = environment_.takesFiles;
   requests.openFiles = environment_.openFiles;
   requests.hasJustClosedPanel = [this](Point place) {
     return popover_ && popover_->hasJustBeenClosedAt(place);

@@ -29,6 +29,8 @@ public:
     /// Where the picture surface writes.
     std::function<std::filesystem::path()> pictureFolder;
     std::function<void()> reopen;
+    /// Whether `openFiles` may take any, asked while they hover.
+    std::function<bool()> takesFiles;
     std::function<bool(const std::vector<std::filesystem::path>&)> openFiles;
     std::function<void()> resignedActive;
     /// Something less than a strip stands in for one; a sentence says why.

@@ -46,7 +46,7 @@ public:
       found.orientation = toText((NSString*)orientation);
     id tileSize = [dock objectForKey:@"tilesize"];
     if ([tileSize isKindOfClass:NSNumber.class])
-      found.tileSize = ((NSNumber*)tileSize).doubleValue;
+      found.setTileSize(((NSNumber*)tileSize).doubleValue);
     found.magnification = [dock boolForKey:@"magnification"];
     return found;
   }

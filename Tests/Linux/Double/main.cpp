@@ -9,11 +9,13 @@
 #include <QVBoxLayout>
 #include <cmath>
 #include <cstdio>
+#include <optional>
 #include <string_view>
 #include <utility>
 
 /// A program with one tile and one panel that says on its standard output what happens to it.
-/// Arguments: --place=BEFORE,SPAN,ALL  --open (the panel at start)  --attention
+/// Arguments: --place=BEFORE,SPAN,ALL  --open (the panel at start)  --attention (at start; with
+/// =button at each click on the button, with =panel once the panel is open)  --no-files
 /// --lock=all|keyboard,SECONDS (holds the input at start, and tells whether the screen is locked)
 /// --button (the left half of the tile is a button)  --notice=SECONDS  --observe=NAME  --tick
 namespace {
@@ -37,11 +39,18 @@ public:
     tile_.onVisibilityChange = [this] { say("visible %d", tile_.isVisible()); };
     tile_.onClick = [this](QPointF place) {
       say("click %g %g", place.x(), place.y());
-      return hasButton_ && place.x() < tile_.format().tileSize / 2;
+      const bool isButton = hasButton_ && place.x() < tile_.format().tileSize / 2;
+      if (isButton)
+        attend("button");
+      return isButton;
     };
     auto& application = platform_.application();
     application.onReopen = [this] { toggle(); };
     application.onResignActive = [] { say("resigned"); };
+    application.takesFiles = [this] {
+      say("asked");
+      return takesFiles_;
+    };
     application.onOpenFiles = [](const auto& files) {
       for (const auto& file : files)
         say("open %s", file.c_str());
@@ -67,7 +76,10 @@ private:
     } else if (is("--open")) {
       first_ = platform_.runLoop().after(0, [this] { toggle(); });
     } else if (is("--attention")) {
-      platform_.application().requestUserAttention();
+      attention_ = value;
+      attend("");
+    } else if (is("--no-files")) {
+      takesFiles_ = false;
     } else if (is("--notice")) {
       platform_.userNotifications().add({"double.notice", "Title", "Body", std::stod(value)});
     } else if (is("--observe")) {
@@ -81,6 +93,13 @@ private:
           draw();
       });
     }
+  }
+
+  void attend(std::string_view moment) {
+    if (attention_ != moment)
+      return;
+    platform_.application().cancelUserAttention();
+    platform_.application().requestUserAttention();
   }
 
   void lock(bool locksPointer, double longest) {
@@ -146,6 +165,7 @@ private:
     const auto pointer = platform_.dockGeometry().pointer();
     const Point anchor{pointer.x, frame ? frame->maxY() + 2 : pointer.y + 30};
     popover.show(anchor, RectEdge::maxY);
+    attend("panel");
     say("opened %g %g", anchor.x, anchor.y);
   }
 
@@ -160,6 +180,8 @@ private:
   bool isScreenLocked_ = false;
   int count_ = 0;
   bool hasButton_ = false;
+  bool takesFiles_ = true;
+  std::optional<std::string> attention_;
 };
 
 } // namespace

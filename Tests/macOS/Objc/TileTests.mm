@@ -71,6 +71,8 @@ TEST_F(MacDockGeometryTest, PreferencesOfWrongTypesAreLeftOut) {
   EXPECT_EQ(geometry->preferences().orientation, "left");
   EXPECT_EQ(geometry->preferences().tileSize, 64);
   EXPECT_TRUE(geometry->preferences().magnification);
+  dock["tilesize"] = @(1e9);
+  EXPECT_EQ(geometry->preferences().tileSize, DockPreferences::largestTileSize);
   dock["tilesize"] = @"large";
   EXPECT_EQ(geometry->preferences().tileSize, 48);
 }
