@@ -2,6 +2,7 @@
 
 #include "TavrinCore/Base/Data.h"
 #include "TavrinCore/Base/Date.h"
+#include "TavrinCore/Base/Field.h"
 #include "TavrinCore/Base/JSONValue.h"
 #include "TavrinCore/Base/UUID.h"
 
@@ -30,11 +31,12 @@
 ///       bool operator==(const TimerSettings&) const = default;
 ///     };
 ///
-/// `decode<R>`, `encode` and `describe<R>` are derived from it. A key that is missing or null
-/// leaves an optional field at the value of a default-constructed record; a value of the wrong
-/// type is an error either way. Keys that the table does not name are ignored; a record with a
-/// member `JSONValue::Object unrecognized` keeps them there and writes them back. An `int` holds
-/// what whole numbers people set; one beyond it counts as the nearest it holds.
+/// `decode<R>` and `encode` are derived from it, and `describe<R>` of FieldInfo.h for editors. A
+/// key that is missing or null leaves an optional field at the value of a default-constructed
+/// record; a value of the wrong type is an error either way. Keys that the table does not name are
+/// ignored; a record with a member `JSONValue::Object unrecognized` keeps them there and writes
+/// them back. An `int` holds what whole numbers people set; one beyond it counts as the nearest it
+/// holds.
 namespace tavrin {
 
 /// JSON that does not fit the record it is read as. `what()` is a clause that can follow
@@ -50,43 +52,6 @@ public:
 private:
   std::string path_;
   std::string fault_;
-};
-
-/// The texts of an enumeration without payloads, in declaration order. Specialise with
-/// `static constexpr std::array names = {std::pair{E::first, std::string_view{"first"}}, ...};`
-template <class E> struct EnumNames;
-
-template <class E>
-concept NamedEnum = std::is_enum_v<E> && requires {
-  EnumNames<E>::names;
-};
-
-template <NamedEnum E> constexpr std::string_view nameOf(E value) {
-  for (const auto& [candidate, name] : EnumNames<E>::names)
-    if (candidate == value)
-      return name;
-  return {};
-}
-
-template <NamedEnum E> constexpr std::optional<E> enumNamed(std::string_view text) {
-  for (const auto& [value, name] : EnumNames<E>::names)
-    if (name == text)
-      return value;
-  return std::nullopt;
-}
-
-/// All cases in declaration order.
-template <NamedEnum E> constexpr auto allCases() {
-  constexpr auto& names = EnumNames<E>::names;
-  std::array<E, std::size(names)> cases{};
-  for (std::size_t i = 0; i < cases.size(); ++i)
-    cases[i] = names[i].first;
-  return cases;
-}
-
-template <class R>
-concept Record = requires {
-  R::fields();
 };
 
 /// Decoding and encoding of one type; specialise for types that are no records.
@@ -117,76 +82,6 @@ template <class T> T decodeMember(const JSONValue& json, std::string_view key) {
     throw error.inside(key);
   }
 }
-
-/// The bounds an editor offers, in stored units; decoding does not apply them.
-struct FieldRange {
-  double lower = 0;
-  double upper = 0;
-  bool operator==(const FieldRange&) const = default;
-};
-
-/// One line of a record's table.
-template <class R, class M> struct Field {
-  std::string_view key;
-  M R::*member;
-  bool isRequired;
-  std::string_view title = {};
-  /// What the stored number counts ("s", "ml"), for display; empty for plain numbers.
-  std::string_view unit = {};
-  std::optional<FieldRange> range = {};
-  bool clampsOnDecoding = false;
-
-  constexpr Field titled(std::string_view text) const {
-    Field copy = *this;
-    copy.title = text;
-    return copy;
-  }
-  constexpr Field in(std::string_view unitSymbol) const {
-    Field copy = *this;
-    copy.unit = unitSymbol;
-    return copy;
-  }
-  constexpr Field ranging(double lower, double upper) const {
-    Field copy = *this;
-    copy.range = FieldRange{lower, upper};
-    return copy;
-  }
-  /// Like `ranging`, and a decoded number outside the range becomes the nearest bound.
-  constexpr Field clamped(double lower, double upper) const {
-    Field copy = ranging(lower, upper);
-    copy.clampsOnDecoding = true;
-    return copy;
-  }
-};
-
-template <class R, class M> constexpr Field<R, M> required(std::string_view key, M R::*member) {
-  return {key, member, true};
-}
-template <class R, class M> constexpr Field<R, M> optional(std::string_view key, M R::*member) {
-  return {key, member, false};
-}
-
-enum class FieldType { boolean, integer, number, text, choice, date, uuid, data, list, record };
-
-/// A table line without its C++ types, for editors and the command line.
-struct FieldInfo {
-  std::string key;
-  std::string title;
-  FieldType type = FieldType::text;
-  bool isRequired = false;
-  /// The value may be absent altogether (std::optional).
-  bool isNullable = false;
-  std::string unit;
-  std::optional<FieldRange> range;
-  /// The texts of a choice; for a list of choices those of its elements.
-  std::vector<std::string> choices;
-  /// The type of a list's elements.
-  std::optional<FieldType> elementType;
-  /// What a new record holds; null when absent.
-  JSONValue defaultValue;
-  /// The lines of a nested record, or of a list's element records.
-  std::vector<FieldInfo> fields;
-};
 
 namespace detail {
 
@@ -219,8 +114,8 @@ void decodeField(R& record, const Field<R, M>& field, const JSONValue::Object& o
         // Read at full width: also a number that the member cannot hold has a nearest bound.
         using Wide = std::conditional_t<std::is_integral_v<M>, std::int64_t, M>;
         const auto value = decode<Wide>(found->second);
-        const auto lower = static_cast<Wide>(field.range->lower);
-        const auto upper = static_cast<Wide>(field.range->upper);
+        const auto lower = static_cast<Wide>(field.bounds.lower);
+        const auto upper = static_cast<Wide>(field.bounds.upper);
         record.*field.member = static_cast<M>(value < lower   ? lower
                                               : value > upper ? upper
                                                               : value);
@@ -256,16 +151,18 @@ template <Record R> struct RecordCoder {
     if (object == nullptr)
       detail::throwWrongType("an object");
     R record{};
+    constexpr auto fields = codedFields<R>();
     std::apply([&](const auto&... field) { (detail::decodeField(record, field, *object), ...); },
-               R::fields());
+               fields);
     if constexpr (detail::KeepsUnrecognized<R>)
       record.unrecognized = unknownMembers(json);
     return record;
   }
   static JSONValue encode(const R& record) {
     JSONValue::Object object;
+    constexpr auto fields = codedFields<R>();
     std::apply([&](const auto&... field) { (detail::encodeField(record, field, object), ...); },
-               R::fields());
+               fields);
     if constexpr (detail::KeepsUnrecognized<R>)
       object.insert(record.unrecognized.begin(), record.unrecognized.end());
     return object;
@@ -273,9 +170,10 @@ template <Record R> struct RecordCoder {
   /// The members of an object that the table does not name.
   static JSONValue::Object unknownMembers(const JSONValue& json) {
     JSONValue::Object unknown;
+    constexpr auto fields = codedFields<R>();
     for (const auto& member : *json.object())
       if (!std::apply([&](const auto&... field) { return ((field.key == member.first) || ...); },
-                      R::fields()))
+                      fields))
         unknown.insert(member);
     return unknown;
   }
@@ -375,75 +273,5 @@ template <class T> struct Coder<std::vector<T>> {
     return array;
   }
 };
-
-template <Record R> std::vector<FieldInfo> describe();
-
-namespace detail {
-
-template <class T> constexpr FieldType fieldType() {
-  if constexpr (std::is_same_v<T, bool>)
-    return FieldType::boolean;
-  else if constexpr (std::is_integral_v<T>)
-    return FieldType::integer;
-  else if constexpr (std::is_floating_point_v<T>)
-    return FieldType::number;
-  else if constexpr (NamedEnum<T>)
-    return FieldType::choice;
-  else if constexpr (std::is_same_v<T, Date>)
-    return FieldType::date;
-  else if constexpr (std::is_same_v<T, UUID>)
-    return FieldType::uuid;
-  else if constexpr (std::is_same_v<T, Data>)
-    return FieldType::data;
-  else if constexpr (ListTraits<T>::isList)
-    return FieldType::list;
-  else if constexpr (Record<T>)
-    return FieldType::record;
-  else
-    return FieldType::text;
-}
-
-/// Choices and nested lines of a value's or an element's type.
-template <class T> void describeType(FieldInfo& info) {
-  if constexpr (NamedEnum<T>) {
-    for (const auto& [unused, name] : EnumNames<T>::names)
-      info.choices.emplace_back(name);
-  } else if constexpr (Record<T>) {
-    info.fields = describe<T>();
-  }
-}
-
-template <class R, class M> FieldInfo describeField(const R& fresh, const Field<R, M>& field) {
-  using Value = typename OptionalTraits<M>::Value;
-  FieldInfo info;
-  info.key = field.key;
-  info.title = field.title.empty() ? field.key : field.title;
-  info.type = fieldType<Value>();
-  info.isRequired = field.isRequired;
-  info.isNullable = OptionalTraits<M>::isOptional;
-  info.unit = field.unit;
-  info.range = field.range;
-  info.defaultValue = encode(fresh.*field.member);
-  if constexpr (ListTraits<Value>::isList) {
-    using Element = typename ListTraits<Value>::Element;
-    info.elementType = fieldType<Element>();
-    describeType<Element>(info);
-  } else {
-    describeType<Value>(info);
-  }
-  return info;
-}
-
-} // namespace detail
-
-/// The record's table, in its order.
-template <Record R> std::vector<FieldInfo> describe() {
-  const R fresh{};
-  return std::apply(
-      [&](const auto&... field) {
-        return std::vector<FieldInfo>{detail::describeField(fresh, field)...};
-      },
-      R::fields());
-}
 
 } // namespace tavrin

@@ -66,8 +66,11 @@ struct Hotkey {
   JSONValue::Object unrecognized = {};
 
   static constexpr auto fields() {
-    return std::tuple{required("keyCode", &Hotkey::keyCode).titled("Key code"),
-                      required("modifiers", &Hotkey::modifiers).titled("Modifiers")};
+    return std::tuple{
+        required("keyCode", &Hotkey::keyCode).titled("Key code").helped("The virtual key code."),
+        required("modifiers", &Hotkey::modifiers)
+            .titled("Modifiers")
+            .helped("The modifier keys, as a set of bits.")};
   }
   /// Whether they are the same keys.
   bool operator==(const Hotkey& other) const {

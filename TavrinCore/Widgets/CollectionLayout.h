@@ -14,6 +14,10 @@ template <> struct EnumNames<CollectionLayout> {
       std::pair{CollectionLayout::vertical, std::string_view{"vertical"}}};
 };
 
+template <> struct EnumTitles<CollectionLayout> {
+  static constexpr auto titles = std::to_array<std::string_view>({"Grid", "Row", "Column"});
+};
+
 /// The number of columns for `count` apps, at least 1. A grid is as near a square as it gets.
 constexpr int columns(CollectionLayout layout, int count) {
   switch (layout) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TavrinCore/Base/Coding.h"
+#include "TavrinCore/Base/FieldInfo.h"
 #include "TavrinCore/Widgets/KindTable.h"
 
 #include <span>

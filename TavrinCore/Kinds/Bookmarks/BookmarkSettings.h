@@ -10,8 +10,15 @@ struct Bookmark {
   std::string url;
 
   static constexpr auto fields() {
-    return std::tuple{optional("title", &Bookmark::title).titled("Title"),
-                      required("url", &Bookmark::url).titled("Address")};
+    return std::tuple{
+        optional("title", &Bookmark::title)
+            .titled("Title")
+            .helped("What the bookmark is called; without one its address is shown.")
+            .absentAs("The address"),
+        required("url", &Bookmark::url)
+            .titled("Address")
+            .helped("Where the bookmark leads: a page on the web, or any other address.")
+            .as(FieldRole::link)};
   }
   bool operator==(const Bookmark&) const = default;
 };
@@ -21,8 +28,12 @@ struct BookmarkFolder {
   std::vector<Bookmark> bookmarks;
 
   static constexpr auto fields() {
-    return std::tuple{required("title", &BookmarkFolder::title).titled("Title"),
-                      optional("bookmarks", &BookmarkFolder::bookmarks).titled("Bookmarks")};
+    return std::tuple{required("title", &BookmarkFolder::title)
+                          .titled("Title")
+                          .helped("What the folder is called in the panel."),
+                      optional("bookmarks", &BookmarkFolder::bookmarks)
+                          .titled("Bookmarks")
+                          .helped("The bookmarks in this folder, in the order of the panel.")};
   }
   bool operator==(const BookmarkFolder&) const = default;
 };
@@ -35,9 +46,16 @@ struct BookmarkSettings {
   bool showsIcons = true;
 
   static constexpr auto fields() {
-    return std::tuple{optional("bookmarks", &BookmarkSettings::bookmarks).titled("Bookmarks"),
-                      optional("folders", &BookmarkSettings::folders).titled("Folders"),
-                      optional("showsIcons", &BookmarkSettings::showsIcons).titled("Show icons")};
+    return std::tuple{
+        optional("bookmarks", &BookmarkSettings::bookmarks)
+            .titled("Bookmarks")
+            .helped("Those outside every folder, in the order of the tile and the panel."),
+        optional("folders", &BookmarkSettings::folders)
+            .titled("Folders")
+            .helped("Bookmarks that belong together, under a title of their own."),
+        optional("showsIcons", &BookmarkSettings::showsIcons)
+            .titled("Show icons")
+            .helped("Fetches each site's icon once and shows it beside the bookmark.")};
   }
   bool operator==(const BookmarkSettings&) const = default;
 };

@@ -5,21 +5,6 @@
 
 namespace tavrin {
 
-/// What the user is shown of it.
-constexpr std::string_view title(CalendarTileStyle style) {
-  switch (style) {
-  case CalendarTileStyle::nextEvent:
-    return "Next event";
-  case CalendarTileStyle::dateAndNext:
-    return "Date + next event";
-  case CalendarTileStyle::agenda:
-    return "Agenda";
-  case CalendarTileStyle::date:
-    break;
-  }
-  return "Date";
-}
-
 struct CalendarEvent {
   std::string id;
   std::string title;

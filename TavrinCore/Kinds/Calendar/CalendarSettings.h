@@ -19,8 +19,14 @@ struct CalendarSelection {
   CalendarSelection settingCalendar(const std::string& id, bool isIncluded) const;
 
   static constexpr auto fields() {
-    return std::tuple{optional("accountIDs", &CalendarSelection::accountIDs).titled("Accounts"),
-                      optional("calendarIDs", &CalendarSelection::calendarIDs).titled("Calendars")};
+    return std::tuple{optional("accountIDs", &CalendarSelection::accountIDs)
+                          .titled("Accounts")
+                          .helped("Every calendar of these accounts is read.")
+                          .as(FieldRole::account),
+                      optional("calendarIDs", &CalendarSelection::calendarIDs)
+                          .titled("Calendars")
+                          .helped("Single calendars, beside those of whole accounts.")
+                          .as(FieldRole::calendar)};
   }
   bool operator==(const CalendarSelection&) const = default;
 };
@@ -35,6 +41,11 @@ template <> struct EnumNames<CalendarTileStyle> {
        {CalendarTileStyle::date, "date"}});
 };
 
+template <> struct EnumTitles<CalendarTileStyle> {
+  static constexpr auto titles =
+      std::to_array<std::string_view>({"Next event", "Date + next event", "Agenda", "Date"});
+};
+
 struct CalendarSettings {
   int daysAhead = 7;
   bool showsAllDay = true;
@@ -46,13 +57,23 @@ struct CalendarSettings {
     return std::tuple{
         optional("daysAhead", &CalendarSettings::daysAhead)
             .titled("Days ahead")
+            .helped("How far ahead events are looked for.")
             .in("d")
             .ranging(1, 60),
-        optional("showsAllDay", &CalendarSettings::showsAllDay).titled("Show all-day events"),
+        optional("showsAllDay", &CalendarSettings::showsAllDay)
+            .titled("Show all-day events")
+            .helped("Birthdays, holidays and other events without a time of day."),
         optional("turnsTextSideways", &CalendarSettings::turnsTextSideways)
-            .titled("Turn the text sideways"),
-        optional("style", &CalendarSettings::style).titled("Tile"),
-        optional("calendars", &CalendarSettings::calendars).titled("Calendars")};
+            .titled("Turn the text sideways")
+            .helped("Runs the words up the tile, for a Dock at the side of the screen."),
+        optional("style", &CalendarSettings::style)
+            .titled("Tile")
+            .helped("What stands on the tile."),
+        optional("calendars", &CalendarSettings::calendars)
+            .titled("Calendars")
+            .helped("Which calendars are read; none chosen reads all of them.")
+            .as(FieldRole::calendar)
+            .absentAs("All calendars")};
   }
   bool operator==(const CalendarSettings&) const = default;
 };

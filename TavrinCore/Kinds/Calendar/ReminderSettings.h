@@ -13,6 +13,11 @@ template <> struct EnumNames<ReminderTileStyle> {
        {ReminderTileStyle::count, "count"}});
 };
 
+template <> struct EnumTitles<ReminderTileStyle> {
+  static constexpr auto titles =
+      std::to_array<std::string_view>({"Next reminder", "List", "Count"});
+};
+
 struct ReminderSettings {
   /// None is the default list.
   std::optional<std::string> listID;
@@ -21,14 +26,22 @@ struct ReminderSettings {
   ReminderTileStyle style = ReminderTileStyle::next;
 
   static constexpr auto fields() {
-    return std::tuple{optional("listID", &ReminderSettings::listID).titled("List"),
+    return std::tuple{optional("listID", &ReminderSettings::listID)
+                          .titled("List")
+                          .helped("Which list is shown.")
+                          .as(FieldRole::reminderList)
+                          .absentAs("Default list"),
                       optional("showsCompleted", &ReminderSettings::showsCompleted)
-                          .titled("Show completed reminders"),
+                          .titled("Show completed reminders")
+                          .helped("Also lists what is done already."),
                       optional("daysAhead", &ReminderSettings::daysAhead)
                           .titled("Days ahead")
+                          .helped("How far ahead reminders are due that are shown.")
                           .in("d")
                           .ranging(1, 60),
-                      optional("style", &ReminderSettings::style).titled("Tile")};
+                      optional("style", &ReminderSettings::style)
+                          .titled("Tile")
+                          .helped("What stands on the tile.")};
   }
   bool operator==(const ReminderSettings&) const = default;
 };

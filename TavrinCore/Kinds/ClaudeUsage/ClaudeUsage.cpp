@@ -92,17 +92,6 @@ Date earliestStart(Date now, const Calendar& calendar) {
   return earliest;
 }
 
-std::string_view title(ClaudeUsageScope scope) {
-  switch (scope) {
-  case ClaudeUsageScope::block:
-    return "Last 5 hours";
-  case ClaudeUsageScope::today:
-    return "Today";
-  case ClaudeUsageScope::week:
-    return "Last 7 days";
-  }
-  return {};
-}
 
 ClaudeUsageTotals ClaudeUsage::totals(const ClaudeUsageEntries& entries, ClaudeUsageScope scope,
                                       Date now, const Calendar& calendar) {

@@ -40,8 +40,6 @@ using ClaudeUsageByScope = std::map<ClaudeUsageScope, ClaudeUsageTotals>;
 Date start(ClaudeUsageScope scope, Date now, const Calendar& calendar);
 /// The earliest of all scopes' starts.
 Date earliestStart(Date now, const Calendar& calendar);
-/// "Last 5 hours", "Today", "Last 7 days".
-std::string_view title(ClaudeUsageScope scope);
 inline std::string_view id(ClaudeUsageScope scope) {
   return nameOf(scope);
 }

@@ -14,6 +14,11 @@ template <> struct EnumNames<ClaudeUsageShows> {
        {ClaudeUsageShows::tokens, "tokens"}});
 };
 
+template <> struct EnumTitles<ClaudeUsageShows> {
+  static constexpr auto titles =
+      std::to_array<std::string_view>({"Five-hour limit", "Weekly limit", "Tokens"});
+};
+
 /// The period over which tokens are counted.
 enum class ClaudeUsageScope { block, today, week };
 
@@ -24,6 +29,11 @@ template <> struct EnumNames<ClaudeUsageScope> {
        {ClaudeUsageScope::week, "week"}});
 };
 
+template <> struct EnumTitles<ClaudeUsageScope> {
+  static constexpr auto titles =
+      std::to_array<std::string_view>({"Last 5 hours", "Today", "Last 7 days"});
+};
+
 struct ClaudeUsageSettings {
   /// Tokens need no connection first.
   ClaudeUsageShows shows = ClaudeUsageShows::tokens;
@@ -32,10 +42,18 @@ struct ClaudeUsageSettings {
   std::optional<std::int64_t> budget;
 
   static constexpr auto fields() {
-    return std::tuple{
-        optional("shows", &ClaudeUsageSettings::shows).titled("Tile"),
-        optional("scope", &ClaudeUsageSettings::scope).titled("Period"),
-        optional("budget", &ClaudeUsageSettings::budget).titled("Token budget").ranging(1, 1e12)};
+    return std::tuple{optional("shows", &ClaudeUsageSettings::shows)
+                          .titled("Tile")
+                          .helped("What stands on the tile; the limits need a connection first."),
+                      optional("scope", &ClaudeUsageSettings::scope)
+                          .titled("Period")
+                          .helped("Over what time tokens are counted."),
+                      optional("budget", &ClaudeUsageSettings::budget)
+                          .titled("Token budget")
+                          .helped("The tile shows how much of it is used.")
+                          .absentAs("No budget")
+                          .stepping(100'000)
+                          .ranging(1, 1e12)};
   }
   bool operator==(const ClaudeUsageSettings&) const = default;
 };

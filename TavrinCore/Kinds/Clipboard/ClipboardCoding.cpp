@@ -49,7 +49,7 @@ template <class Visit> void forEachMember(const ClipboardItem& item, const Visit
     else if (value)
       visit(field.key, *value);
   };
-  std::apply([&](const auto&... field) { (one(field), ...); }, ClipboardItem::fields());
+  std::apply([&](const auto&... field) { (one(field), ...); }, codedFields<ClipboardItem>());
 }
 
 template <class T> T unwrap(simdjson::simdjson_result<T> result) {
@@ -92,7 +92,7 @@ public:
   ClipboardList read();
 
 private:
-  using Seen = std::bitset<std::tuple_size_v<decltype(ClipboardItem::fields())>>;
+  using Seen = std::bitset<std::tuple_size_v<decltype(codedFields<ClipboardItem>())>>;
 
   std::string_view textOf(ondemand::value value);
   template <class T> void readInto(T& member, ondemand::value value);
@@ -176,7 +176,7 @@ void Reader::readItem(ClipboardItem& item, ondemand::value element) {
           std::size_t index = 0;
           (member(field, index++, key, value) || ...);
         },
-        ClipboardItem::fields());
+        codedFields<ClipboardItem>());
   }
   std::apply(
       [&](const auto&... field) {
@@ -187,7 +187,7 @@ void Reader::readItem(ClipboardItem& item, ondemand::value element) {
         };
         (check(field), ...);
       },
-      ClipboardItem::fields());
+      codedFields<ClipboardItem>());
 }
 
 ClipboardList Reader::read() {

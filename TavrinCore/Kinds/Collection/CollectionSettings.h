@@ -11,8 +11,13 @@ struct CollectionSettings {
   CollectionLayout layout = CollectionLayout::grid;
 
   static constexpr auto fields() {
-    return std::tuple{required("apps", &CollectionSettings::apps).titled("Apps"),
-                      optional("layout", &CollectionSettings::layout).titled("Layout")};
+    return std::tuple{required("apps", &CollectionSettings::apps)
+                          .titled("Apps")
+                          .helped("The applications that the tile starts, in its order.")
+                          .as(FieldRole::application),
+                      optional("layout", &CollectionSettings::layout)
+                          .titled("Layout")
+                          .helped("How the applications stand on the tile.")};
   }
   bool operator==(const CollectionSettings&) const = default;
 };

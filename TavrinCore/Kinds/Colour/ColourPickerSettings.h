@@ -18,6 +18,12 @@ template <> struct EnumNames<ColourFormat> {
        {ColourFormat::cssVariable, "cssVariable"}});
 };
 
+template <> struct EnumTitles<ColourFormat> {
+  static constexpr auto titles =
+      std::to_array<std::string_view>({"Hex", "Hex, lowercase", "CSS rgb()", "CSS hsl()",
+                                       "SwiftUI Color", "NSColor", "CSS variable"});
+};
+
 struct ColourPickerSettings {
   ColourFormat format = ColourFormat::hex;
   bool copiesOnPick = true;
@@ -25,13 +31,21 @@ struct ColourPickerSettings {
   std::optional<Hotkey> hotkey;
 
   static constexpr auto fields() {
-    return std::tuple{
-        optional("format", &ColourPickerSettings::format).titled("Format"),
-        optional("copiesOnPick", &ColourPickerSettings::copiesOnPick).titled("Copy what is picked"),
-        optional("historyLimit", &ColourPickerSettings::historyLimit)
-            .titled("Colours kept")
-            .clamped(4, 60),
-        optional("hotkey", &ColourPickerSettings::hotkey).titled("Shortcut")};
+    return std::tuple{optional("format", &ColourPickerSettings::format)
+                          .titled("Format")
+                          .helped("How a colour is written when it is copied."),
+                      optional("copiesOnPick", &ColourPickerSettings::copiesOnPick)
+                          .titled("Copy what is picked")
+                          .helped("Puts each picked colour on the clipboard at once."),
+                      optional("historyLimit", &ColourPickerSettings::historyLimit)
+                          .titled("Colours kept")
+                          .helped("The most colours in the history.")
+                          .clamped(4, 60),
+                      optional("hotkey", &ColourPickerSettings::hotkey)
+                          .titled("Shortcut")
+                          .helped("Keys that pick a colour from wherever you are.")
+                          .as(FieldRole::shortcut)
+                          .absentAs("None")};
   }
   bool operator==(const ColourPickerSettings&) const = default;
 };

@@ -61,24 +61,5 @@ std::string PickedColour::text(ColourFormat format) const {
   return {};
 }
 
-std::string_view title(ColourFormat format) {
-  switch (format) {
-  case ColourFormat::hex:
-    return "Hex";
-  case ColourFormat::hexLowercase:
-    return "Hex, lowercase";
-  case ColourFormat::rgb:
-    return "CSS rgb()";
-  case ColourFormat::hsl:
-    return "CSS hsl()";
-  case ColourFormat::swiftUI:
-    return "SwiftUI Color";
-  case ColourFormat::nsColor:
-    return "NSColor";
-  case ColourFormat::cssVariable:
-    return "CSS variable";
-  }
-  return {};
-}
 
 } // namespace tavrin

@@ -42,7 +42,4 @@ struct PickedColour {
   bool operator==(const PickedColour&) const = default;
 };
 
-/// Such as "CSS rgb()".
-std::string_view title(ColourFormat format);
-
 } // namespace tavrin

@@ -33,6 +33,15 @@ template <> struct EnumNames<ConverterCategory> {
        {ConverterCategory::angle, "angle"}});
 };
 
+template <> struct EnumTitles<ConverterCategory> {
+  static constexpr auto titles =
+      std::to_array<std::string_view>({"Length", "Mass", "Temperature", "Volume", "Area", "Speed",
+                                       "Time", "Data", "Energy", "Pressure", "Angle"});
+};
+
+/// The units of a settings record's category.
+std::vector<FieldChoice> converterUnitChoices(const JSONValue& settings);
+
 struct ConverterSettings {
   ConverterCategory category = ConverterCategory::length;
   /// A unit's symbol within the category.
@@ -41,10 +50,20 @@ struct ConverterSettings {
   double value = 1;
 
   static constexpr auto fields() {
-    return std::tuple{optional("category", &ConverterSettings::category).titled("Category"),
-                      optional("from", &ConverterSettings::from).titled("From"),
-                      optional("to", &ConverterSettings::to).titled("To"),
-                      optional("value", &ConverterSettings::value).titled("Value")};
+    return std::tuple{optional("category", &ConverterSettings::category)
+                          .titled("Category")
+                          .helped("What is measured; another one brings its usual units."),
+                      optional("from", &ConverterSettings::from)
+                          .titled("From")
+                          .helped("The unit of the value.")
+                          .choosing(converterUnitChoices),
+                      optional("to", &ConverterSettings::to)
+                          .titled("To")
+                          .helped("The unit it is converted to.")
+                          .choosing(converterUnitChoices),
+                      optional("value", &ConverterSettings::value)
+                          .titled("Value")
+                          .helped("The number that is converted.")};
   }
   bool operator==(const ConverterSettings&) const = default;
 };

@@ -149,23 +149,22 @@ constexpr auto units = std::to_array<ConverterUnit>({
 
 struct CategoryRow {
   ConverterCategory category;
-  std::string_view title;
   /// The pair people ask for first.
   std::string_view from;
   std::string_view to;
 };
 
-constexpr auto categories = std::to_array<CategoryRow>({{length, "Length", "km", "mi"},
-                                                        {mass, "Mass", "kg", "lb"},
-                                                        {temperature, "Temperature", "°C", "°F"},
-                                                        {volume, "Volume", "l", "US gal"},
-                                                        {area, "Area", "m²", "ft²"},
-                                                        {speed, "Speed", "km/h", "mph"},
-                                                        {time, "Time", "h", "min"},
-                                                        {data, "Data", "GB", "GiB"},
-                                                        {energy, "Energy", "kWh", "MJ"},
-                                                        {pressure, "Pressure", "bar", "psi"},
-                                                        {angle, "Angle", "°", "rad"}});
+constexpr auto categories = std::to_array<CategoryRow>({{length, "km", "mi"},
+                                                        {mass, "kg", "lb"},
+                                                        {temperature, "°C", "°F"},
+                                                        {volume, "l", "US gal"},
+                                                        {area, "m²", "ft²"},
+                                                        {speed, "km/h", "mph"},
+                                                        {time, "h", "min"},
+                                                        {data, "GB", "GiB"},
+                                                        {energy, "kWh", "MJ"},
+                                                        {pressure, "bar", "psi"},
+                                                        {angle, "°", "rad"}});
 
 const CategoryRow& rowOf(ConverterCategory category) {
   return categories[static_cast<std::size_t>(category)];
@@ -206,8 +205,16 @@ const ConverterUnit* findUnit(ConverterCategory category, std::string_view symbo
   return found == some.end() ? nullptr : &*found;
 }
 
-std::string_view title(ConverterCategory category) {
-  return rowOf(category).title;
+std::vector<FieldChoice> converterUnitChoices(const JSONValue& settings) {
+  const auto* name = settings.member("category");
+  const auto category = name == nullptr || name->string() == nullptr
+                            ? std::nullopt
+                            : enumNamed<ConverterCategory>(*name->string());
+  std::vector<FieldChoice> choices;
+  for (const auto& unit : converterUnits(category.value_or(ConverterSettings{}.category)))
+    choices.push_back(
+        {std::string(unit.symbol), std::string(unit.symbol) + " (" + std::string(unit.name) + ")"});
+  return choices;
 }
 
 double convert(double value, const ConverterUnit& from, const ConverterUnit& to) {

@@ -61,9 +61,6 @@ std::span<const ConverterUnit> converterUnits();
 /// Null where the category has no such unit.
 const ConverterUnit* findUnit(ConverterCategory category, std::string_view symbol);
 
-/// What a category is called: "Length".
-std::string_view title(ConverterCategory category);
-
 /// `value` of `from` in `to`, both of one category: exact but for the rounding to a double.
 /// Infinite where it is too large for one.
 double convert(double value, const ConverterUnit& from, const ConverterUnit& to);

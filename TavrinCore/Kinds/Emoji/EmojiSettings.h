@@ -16,14 +16,22 @@ template <> struct EnumNames<EmojiSkinTone> {
        {EmojiSkinTone::dark, "dark"}});
 };
 
+template <> struct EnumTitles<EmojiSkinTone> {
+  static constexpr auto titles = std::to_array<std::string_view>(
+      {"Standard", "Light", "Medium light", "Medium", "Medium dark", "Dark"});
+};
+
 struct EmojiSettings {
   EmojiSkinTone skinTone = EmojiSkinTone::standard;
   int recentsLimit = 24;
 
   static constexpr auto fields() {
-    return std::tuple{optional("skinTone", &EmojiSettings::skinTone).titled("Skin tone"),
+    return std::tuple{optional("skinTone", &EmojiSettings::skinTone)
+                          .titled("Skin tone")
+                          .helped("In which tone people and hands are inserted."),
                       optional("recentsLimit", &EmojiSettings::recentsLimit)
                           .titled("Recents kept")
+                          .helped("The most emoji under those used last.")
                           .clamped(4, 60)};
   }
   bool operator==(const EmojiSettings&) const = default;

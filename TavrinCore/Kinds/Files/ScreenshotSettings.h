@@ -11,9 +11,15 @@ struct ScreenshotSettings {
   int limit = 20;
 
   static constexpr auto fields() {
-    return std::tuple{
-        optional("folder", &ScreenshotSettings::folder).titled("Folder"),
-        optional("limit", &ScreenshotSettings::limit).titled("Pictures").ranging(1, 100)};
+    return std::tuple{optional("folder", &ScreenshotSettings::folder)
+                          .titled("Folder")
+                          .helped("Where the pictures are looked for.")
+                          .as(FieldRole::folder)
+                          .absentAs("The desktop's own"),
+                      optional("limit", &ScreenshotSettings::limit)
+                          .titled("Pictures")
+                          .helped("The most pictures listed.")
+                          .ranging(1, 100)};
   }
   bool operator==(const ScreenshotSettings&) const = default;
 };

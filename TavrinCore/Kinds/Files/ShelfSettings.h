@@ -12,7 +12,11 @@ struct ShelfSettings {
 
   static constexpr auto fields() {
     return std::tuple{
-        optional("paths", &ShelfSettings::paths).titled("Files").ranging(0, maximumCount)};
+        optional("paths", &ShelfSettings::paths)
+            .titled("Files")
+            .helped("What lies on the shelf, the newest first; drop files on the tile to add them.")
+            .as(FieldRole::file)
+            .ranging(0, maximumCount)};
   }
   bool operator==(const ShelfSettings&) const = default;
 };

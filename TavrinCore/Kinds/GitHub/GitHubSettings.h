@@ -13,6 +13,11 @@ template <> struct EnumNames<GitHubShows> {
        {GitHubShows::contributions, "contributions"}});
 };
 
+template <> struct EnumTitles<GitHubShows> {
+  static constexpr auto titles =
+      std::to_array<std::string_view>({"My pull requests", "Waiting on you", "Contributions"});
+};
+
 struct GitHubSettings {
   GitHubShows shows = GitHubShows::myPullRequests;
   /// As owner/name; empty means all.
@@ -22,11 +27,24 @@ struct GitHubSettings {
   int limit = 8;
 
   static constexpr auto fields() {
-    return std::tuple{
-        optional("shows", &GitHubSettings::shows).titled("Show"),
-        optional("repositories", &GitHubSettings::repositories).titled("Repositories"),
-        optional("includesDrafts", &GitHubSettings::includesDrafts).titled("Include drafts"),
-        optional("limit", &GitHubSettings::limit).titled("Items").ranging(1, 50)};
+    return std::tuple{optional("shows", &GitHubSettings::shows)
+                          .titled("Show")
+                          .helped("What is asked of GitHub, through its command-line tool."),
+                      optional("repositories", &GitHubSettings::repositories)
+                          .titled("Repositories")
+                          .helped("Only what belongs to these, each written owner/name.")
+                          .as(FieldRole::repository)
+                          .absentAs("All repositories")
+                          .enabledUnless("shows", "\"contributions\""),
+                      optional("includesDrafts", &GitHubSettings::includesDrafts)
+                          .titled("Include drafts")
+                          .helped("Also lists pull requests that are not ready for review.")
+                          .enabledUnless("shows", "\"contributions\""),
+                      optional("limit", &GitHubSettings::limit)
+                          .titled("Items")
+                          .helped("The most items listed.")
+                          .enabledUnless("shows", "\"contributions\"")
+                          .ranging(1, 50)};
   }
   bool operator==(const GitHubSettings&) const = default;
 };

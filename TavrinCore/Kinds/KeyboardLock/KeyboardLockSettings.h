@@ -15,16 +15,21 @@ struct KeyboardLockSettings {
   static constexpr auto fields() {
     return std::tuple{
         optional("locksPointer", &KeyboardLockSettings::locksPointer)
-            .titled("Lock the pointer too"),
+            .titled("Lock the pointer too")
+            .helped("Clicks and scrolling do nothing either, but on the unlock button."),
         optional("holdSeconds", &KeyboardLockSettings::holdSeconds)
             .titled("Hold to unlock")
+            .helped("How long the unlock button is held.")
             .in("s")
             .ranging(1, 10),
         optional("autoUnlockMinutes", &KeyboardLockSettings::autoUnlockMinutes)
             .titled("Unlock after")
+            .helped("When it unlocks by itself; 0 for never.")
             .in("min")
             .ranging(0, 30),
-        optional("playsSound", &KeyboardLockSettings::playsSound).titled("Play a sound")};
+        optional("playsSound", &KeyboardLockSettings::playsSound)
+            .titled("Play a sound")
+            .helped("When it locks and when it unlocks.")};
   }
   bool operator==(const KeyboardLockSettings&) const = default;
 };

@@ -12,11 +12,20 @@ struct MusicSettings {
   bool showsProgress = true;
 
   static constexpr auto fields() {
-    return std::tuple{
-        optional("player", &MusicSettings::player).titled("Player"),
-        optional("showsCover", &MusicSettings::showsCover).titled("Show the cover"),
-        optional("showsArtist", &MusicSettings::showsArtist).titled("Show the artist"),
-        optional("showsProgress", &MusicSettings::showsProgress).titled("Show the position")};
+    return std::tuple{optional("player", &MusicSettings::player)
+                          .titled("Player")
+                          .helped("Which program is shown and controlled.")
+                          .as(FieldRole::player)
+                          .absentAs("The one last used"),
+                      optional("showsCover", &MusicSettings::showsCover)
+                          .titled("Show the cover")
+                          .helped("The album's picture on the tile."),
+                      optional("showsArtist", &MusicSettings::showsArtist)
+                          .titled("Show the artist")
+                          .helped("Below the title."),
+                      optional("showsProgress", &MusicSettings::showsProgress)
+                          .titled("Show the position")
+                          .helped("How far into the track it is.")};
   }
   bool operator==(const MusicSettings&) const = default;
 };

@@ -12,8 +12,14 @@ struct NoteSettings {
   std::string colorHex{defaultColorHex};
 
   static constexpr auto fields() {
-    return std::tuple{optional("text", &NoteSettings::text).titled("Text"),
-                      optional("colorHex", &NoteSettings::colorHex).titled("Paper colour")};
+    return std::tuple{optional("text", &NoteSettings::text)
+                          .titled("Text")
+                          .helped("What is written on the note.")
+                          .as(FieldRole::severalLines),
+                      optional("colorHex", &NoteSettings::colorHex)
+                          .titled("Paper colour")
+                          .helped("The text keeps its contrast on it.")
+                          .as(FieldRole::colour)};
   }
   bool operator==(const NoteSettings&) const = default;
 };

@@ -13,10 +13,9 @@ template <> struct EnumNames<PomodoroPhase> {
       std::pair{PomodoroPhase::longBreak, std::string_view{"longBreak"}}};
 };
 
-constexpr std::string_view title(PomodoroPhase phase) {
-  constexpr std::array<std::string_view, 3> titles = {"Focus", "Break", "Long Break"};
-  return titles[static_cast<std::size_t>(phase)];
-}
+template <> struct EnumTitles<PomodoroPhase> {
+  static constexpr auto titles = std::to_array<std::string_view>({"Focus", "Break", "Long Break"});
+};
 
 constexpr bool isBreak(PomodoroPhase phase) {
   return phase != PomodoroPhase::focus;
@@ -54,19 +53,37 @@ struct PomodoroSettings {
     using S = PomodoroSettings;
     constexpr double shortest = lengthRange.lower * 60;
     constexpr double longest = lengthRange.upper * 60;
-    return std::tuple{
-        optional("focus", &S::focus).titled("Focus").in("s").ranging(shortest, longest),
-        optional("shortBreak", &S::shortBreak).titled("Break").in("s").ranging(shortest, longest),
-        optional("longBreak", &S::longBreak)
-            .titled("Long break")
-            .in("s")
-            .ranging(shortest, longest),
-        optional("cyclesBeforeLongBreak", &S::cyclesBeforeLongBreak)
-            .titled("Focus phases before a long break")
-            .ranging(cycleRange.lower, cycleRange.upper),
-        optional("startsBreaksAutomatically", &S::startsBreaksAutomatically)
-            .titled("Start breaks automatically"),
-        optional("ringsAtTheEnd", &S::ringsAtTheEnd).titled("Ring at the end")};
+    return std::tuple{optional("focus", &S::focus)
+                          .titled("Focus")
+                          .helped("How long a phase of work is.")
+                          .shownIn("min", 60)
+                          .stepping(300)
+                          .in("s")
+                          .ranging(shortest, longest),
+                      optional("shortBreak", &S::shortBreak)
+                          .titled("Break")
+                          .helped("How long you rest after a phase of work.")
+                          .shownIn("min", 60)
+                          .stepping(60)
+                          .in("s")
+                          .ranging(shortest, longest),
+                      optional("longBreak", &S::longBreak)
+                          .titled("Long break")
+                          .helped("How long you rest at the end of a round.")
+                          .shownIn("min", 60)
+                          .stepping(300)
+                          .in("s")
+                          .ranging(shortest, longest),
+                      optional("cyclesBeforeLongBreak", &S::cyclesBeforeLongBreak)
+                          .titled("Focus phases before a long break")
+                          .helped("How many of them make a round.")
+                          .ranging(cycleRange.lower, cycleRange.upper),
+                      optional("startsBreaksAutomatically", &S::startsBreaksAutomatically)
+                          .titled("Start breaks automatically")
+                          .helped("Otherwise a break waits until you start it."),
+                      optional("ringsAtTheEnd", &S::ringsAtTheEnd)
+                          .titled("Ring at the end")
+                          .helped("Plays a sound when a phase is over.")};
   }
   bool operator==(const PomodoroSettings&) const = default;
 };

@@ -16,9 +16,15 @@ struct TimerSettings {
   std::string tintHex{defaultTintHex};
 
   static constexpr auto fields() {
-    return std::tuple{
-        optional("presets", &TimerSettings::presets).titled("Presets").in("s").ranging(1, 86400),
-        optional("tintHex", &TimerSettings::tintHex).titled("Colour")};
+    return std::tuple{optional("presets", &TimerSettings::presets)
+                          .titled("Presets")
+                          .helped("The lengths that the panel offers as buttons.")
+                          .in("s")
+                          .ranging(1, 86400),
+                      optional("tintHex", &TimerSettings::tintHex)
+                          .titled("Colour")
+                          .helped("Of the ring and the figures.")
+                          .as(FieldRole::colour)};
   }
   bool operator==(const TimerSettings&) const = default;
 };

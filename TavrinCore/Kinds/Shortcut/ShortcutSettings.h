@@ -23,17 +23,50 @@ struct ShortcutSettings {
 
   static constexpr auto fields() {
     return std::tuple{
-        optional("title", &ShortcutSettings::title).titled("Title"),
-        optional("command", &ShortcutSettings::command).titled("Command"),
-        optional("desktopAction", &ShortcutSettings::desktopAction).titled("Desktop action"),
-        optional("workingFolder", &ShortcutSettings::workingFolder).titled("Folder"),
-        optional("symbolName", &ShortcutSettings::symbolName).titled("Symbol"),
-        optional("colorHex", &ShortcutSettings::colorHex).titled("Colour"),
+        optional("title", &ShortcutSettings::title)
+            .titled("Title")
+            .helped("The action's name on the tile.")
+            .absentAs("The widget's name"),
+        optional("command", &ShortcutSettings::command)
+            .titled("Command")
+            .helped("A line for your shell, run when the tile is clicked.")
+            .grouped("Action")
+            .as(FieldRole::command)
+            .absentAs("None"),
+        optional("desktopAction", &ShortcutSettings::desktopAction)
+            .titled("Desktop action")
+            .helped("An application, or one of its actions, started where there is no command.")
+            .grouped("Action")
+            .as(FieldRole::applicationAction)
+            .absentAs("None")
+            .enabledWhen("command", "null"),
+        optional("workingFolder", &ShortcutSettings::workingFolder)
+            .titled("Folder")
+            .helped("Where the command runs.")
+            .grouped("Action")
+            .as(FieldRole::folder)
+            .absentAs("Home folder")
+            .enabledUnless("command", "null"),
+        optional("symbolName", &ShortcutSettings::symbolName)
+            .titled("Symbol")
+            .helped("The mark on the tile.")
+            .as(FieldRole::symbol),
+        optional("colorHex", &ShortcutSettings::colorHex)
+            .titled("Colour")
+            .helped("The ground of the mark.")
+            .as(FieldRole::colour),
         optional("timeLimit", &ShortcutSettings::timeLimit)
             .titled("Time limit")
+            .helped("After which a command is stopped.")
+            .grouped("Action")
+            .enabledUnless("command", "null")
             .in("s")
             .ranging(1, 3600),
-        optional("showsOutput", &ShortcutSettings::showsOutput).titled("Show the output")};
+        optional("showsOutput", &ShortcutSettings::showsOutput)
+            .titled("Show the output")
+            .helped("What the command wrote, in the panel.")
+            .grouped("Action")
+            .enabledUnless("command", "null")};
   }
   bool operator==(const ShortcutSettings&) const = default;
 };

@@ -13,16 +13,25 @@ template <> struct EnumNames<ActivityTileStyle> {
        {ActivityTileStyle::rings, "rings"}});
 };
 
+template <> struct EnumTitles<ActivityTileStyle> {
+  static constexpr auto titles = std::to_array<std::string_view>({"Bars", "Numbers", "Rings"});
+};
+
 struct ActivitySettings {
   bool showsCPU = true;
   bool showsMemory = true;
   ActivityTileStyle style = ActivityTileStyle::bars;
 
   static constexpr auto fields() {
-    return std::tuple{
-        optional("showsCPU", &ActivitySettings::showsCPU).titled("Show the processor"),
-        optional("showsMemory", &ActivitySettings::showsMemory).titled("Show the memory"),
-        optional("style", &ActivitySettings::style).titled("Tile")};
+    return std::tuple{optional("showsCPU", &ActivitySettings::showsCPU)
+                          .titled("Show the processor")
+                          .helped("How busy it is."),
+                      optional("showsMemory", &ActivitySettings::showsMemory)
+                          .titled("Show the memory")
+                          .helped("How much of it is in use."),
+                      optional("style", &ActivitySettings::style)
+                          .titled("Tile")
+                          .helped("How the readings are drawn.")};
   }
   bool operator==(const ActivitySettings&) const = default;
 };

@@ -13,14 +13,21 @@ template <> struct EnumNames<BatteryTileStyle> {
        {BatteryTileStyle::icon, "icon"}});
 };
 
+template <> struct EnumTitles<BatteryTileStyle> {
+  static constexpr auto titles = std::to_array<std::string_view>({"Status", "Ring", "Icon"});
+};
+
 struct BatterySettings {
   bool showsPercentage = true;
   BatteryTileStyle style = BatteryTileStyle::status;
 
   static constexpr auto fields() {
     return std::tuple{optional("showsPercentage", &BatterySettings::showsPercentage)
-                          .titled("Show the percentage"),
-                      optional("style", &BatterySettings::style).titled("Tile")};
+                          .titled("Show the percentage")
+                          .helped("The charge as a number on the tile."),
+                      optional("style", &BatterySettings::style)
+                          .titled("Tile")
+                          .helped("How the charge is drawn.")};
   }
   bool operator==(const BatterySettings&) const = default;
 };

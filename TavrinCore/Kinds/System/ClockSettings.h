@@ -13,10 +13,21 @@ struct ClockSettings {
   bool isAnalog = false;
 
   static constexpr auto fields() {
-    return std::tuple{optional("timeZoneID", &ClockSettings::timeZoneID).titled("Time zone"),
-                      optional("showsSeconds", &ClockSettings::showsSeconds).titled("Show seconds"),
-                      optional("uses24Hour", &ClockSettings::uses24Hour).titled("24-hour clock"),
-                      optional("isAnalog", &ClockSettings::isAnalog).titled("Analog face")};
+    return std::tuple{optional("timeZoneID", &ClockSettings::timeZoneID)
+                          .titled("Time zone")
+                          .helped("Whose time is shown.")
+                          .as(FieldRole::timeZone)
+                          .absentAs("This computer's"),
+                      optional("showsSeconds", &ClockSettings::showsSeconds)
+                          .titled("Show seconds")
+                          .helped("The tile is then drawn every second."),
+                      optional("uses24Hour", &ClockSettings::uses24Hour)
+                          .titled("24-hour clock")
+                          .helped("Whether hours go from 0 to 23.")
+                          .absentAs("Automatic"),
+                      optional("isAnalog", &ClockSettings::isAnalog)
+                          .titled("Analog face")
+                          .helped("A dial with hands in place of figures.")};
   }
   bool operator==(const ClockSettings&) const = default;
 };

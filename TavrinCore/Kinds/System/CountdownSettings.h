@@ -10,9 +10,13 @@ struct CountdownSettings {
   bool countsUpAfter = false;
 
   static constexpr auto fields() {
-    return std::tuple{required("target", &CountdownSettings::target).titled("Date"),
+    return std::tuple{required("target", &CountdownSettings::target)
+                          .titled("Date")
+                          .helped("What is counted down to, in local time.")
+                          .as(FieldRole::dateAndTime),
                       required("countsUpAfter", &CountdownSettings::countsUpAfter)
-                          .titled("Count up after the date")};
+                          .titled("Count up after the date")
+                          .helped("Shows the time since then instead of stopping at zero.")};
   }
   bool operator==(const CountdownSettings&) const = default;
 };

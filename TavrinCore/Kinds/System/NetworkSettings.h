@@ -11,14 +11,24 @@ template <> struct EnumNames<NetworkTileStyle> {
       {{NetworkTileStyle::numbers, "numbers"}, {NetworkTileStyle::chart, "chart"}});
 };
 
+template <> struct EnumTitles<NetworkTileStyle> {
+  static constexpr auto titles = std::to_array<std::string_view>({"Numbers", "Chart"});
+};
+
 struct NetworkSettings {
   /// A link's name such as eth0; none counts all of them.
   std::optional<std::string> interface;
   NetworkTileStyle style = NetworkTileStyle::numbers;
 
   static constexpr auto fields() {
-    return std::tuple{optional("interface", &NetworkSettings::interface).titled("Interface"),
-                      optional("style", &NetworkSettings::style).titled("Tile")};
+    return std::tuple{optional("interface", &NetworkSettings::interface)
+                          .titled("Interface")
+                          .helped("Which link is counted.")
+                          .as(FieldRole::networkLink)
+                          .absentAs("All of them"),
+                      optional("style", &NetworkSettings::style)
+                          .titled("Tile")
+                          .helped("How the traffic is drawn.")};
   }
   bool operator==(const NetworkSettings&) const = default;
 };

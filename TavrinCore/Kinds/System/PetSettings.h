@@ -15,6 +15,11 @@ template <> struct EnumNames<PetSpecies> {
                                                               {PetSpecies::turtle, "turtle"}});
 };
 
+template <> struct EnumTitles<PetSpecies> {
+  static constexpr auto titles =
+      std::to_array<std::string_view>({"Cat", "Dog", "Fox", "Rabbit", "Turtle"});
+};
+
 struct PetSettings {
   PetSpecies species = PetSpecies::cat;
   /// Runs when the processor does.
@@ -22,11 +27,15 @@ struct PetSettings {
   bool sleepsAtNight = true;
 
   static constexpr auto fields() {
-    return std::tuple{
-        optional("species", &PetSettings::species).titled("Animal"),
-        optional("followsProcessorLoad", &PetSettings::followsProcessorLoad)
-            .titled("Follow the processor"),
-        optional("sleepsAtNight", &PetSettings::sleepsAtNight).titled("Sleep at night")};
+    return std::tuple{optional("species", &PetSettings::species)
+                          .titled("Animal")
+                          .helped("Who lives on the tile."),
+                      optional("followsProcessorLoad", &PetSettings::followsProcessorLoad)
+                          .titled("Follow the processor")
+                          .helped("It runs when the processor is busy."),
+                      optional("sleepsAtNight", &PetSettings::sleepsAtNight)
+                          .titled("Sleep at night")
+                          .helped("It lies down late in the evening.")};
   }
   bool operator==(const PetSettings&) const = default;
 };

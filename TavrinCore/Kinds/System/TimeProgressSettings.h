@@ -14,16 +14,17 @@ template <> struct EnumNames<TimeProgressScope> {
        {TimeProgressScope::year, "year"}});
 };
 
-constexpr std::string_view title(TimeProgressScope scope) {
-  constexpr std::array<std::string_view, 4> titles = {"Day", "Week", "Month", "Year"};
-  return titles[static_cast<std::size_t>(scope)];
-}
+template <> struct EnumTitles<TimeProgressScope> {
+  static constexpr auto titles = std::to_array<std::string_view>({"Day", "Week", "Month", "Year"});
+};
 
 struct TimeProgressSettings {
   TimeProgressScope scope = TimeProgressScope::day;
 
   static constexpr auto fields() {
-    return std::tuple{optional("scope", &TimeProgressSettings::scope).titled("Period")};
+    return std::tuple{optional("scope", &TimeProgressSettings::scope)
+                          .titled("Period")
+                          .helped("What has passed a part of.")};
   }
   bool operator==(const TimeProgressSettings&) const = default;
 };

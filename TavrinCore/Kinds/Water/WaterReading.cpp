@@ -41,4 +41,12 @@ std::optional<std::string> WaterReading::timeLeft() const {
   return durationText(std::max<std::int64_t>(wholeSeconds(std::ceil(next->since(now) / 60)), 1));
 }
 
+FieldDisplay waterDisplay(const JSONValue& settings) {
+  const auto* unit = settings.member("unit");
+  const bool isOunces = unit != nullptr && unit->string() != nullptr &&
+                        *unit->string() == nameOf(WaterUnit::ounces);
+  return isOunces ? FieldDisplay{symbol(WaterUnit::ounces), millilitresPerOunce}
+                  : FieldDisplay{symbol(WaterUnit::millilitres), 1};
+}
+
 } // namespace tavrin

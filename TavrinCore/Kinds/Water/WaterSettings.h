@@ -12,9 +12,10 @@ template <> struct EnumNames<WaterUnit> {
       {{WaterUnit::millilitres, "millilitres"}, {WaterUnit::ounces, "ounces"}});
 };
 
-constexpr std::string_view title(WaterUnit unit) {
-  return unit == WaterUnit::ounces ? "Ounces" : "Millilitres";
-}
+template <> struct EnumTitles<WaterUnit> {
+  static constexpr auto titles = std::to_array<std::string_view>({"Millilitres", "Ounces"});
+};
+
 constexpr std::string_view symbol(WaterUnit unit) {
   return unit == WaterUnit::ounces ? "oz" : "ml";
 }
@@ -29,9 +30,12 @@ template <> struct EnumNames<WaterTileStyle> {
       {{WaterTileStyle::tank, "tank"}, {WaterTileStyle::glass, "glass"}});
 };
 
-constexpr std::string_view title(WaterTileStyle style) {
-  return style == WaterTileStyle::glass ? "Glass" : "Tank";
-}
+template <> struct EnumTitles<WaterTileStyle> {
+  static constexpr auto titles = std::to_array<std::string_view>({"Tank", "Glass"});
+};
+
+/// Millilitres as the unit of a settings record shows them.
+FieldDisplay waterDisplay(const JSONValue& settings);
 
 struct WaterSettings {
   static constexpr int defaultGoal = 2000;
@@ -60,22 +64,34 @@ struct WaterSettings {
   }
 
   static constexpr auto fields() {
-    return std::tuple{optional("goal", &WaterSettings::goal)
-                          .titled("Daily goal")
-                          .in("ml")
-                          .ranging(goalRange.lower, goalRange.upper),
-                      optional("glass", &WaterSettings::glass)
-                          .titled("Glass")
-                          .in("ml")
-                          .ranging(glassRange.lower, glassRange.upper),
-                      optional("unit", &WaterSettings::unit).titled("Unit"),
-                      optional("showsCountOnTile", &WaterSettings::showsCountOnTile)
-                          .titled("Show the count on the tile"),
-                      optional("style", &WaterSettings::style).titled("Tile"),
-                      optional("refillMinutes", &WaterSettings::refillMinutes)
-                          .titled("Refill after")
-                          .in("min")
-                          .ranging(refillRange.lower, refillRange.upper)};
+    return std::tuple{
+        optional("goal", &WaterSettings::goal)
+            .titled("Daily goal")
+            .helped("How much you want to drink in a day.")
+            .shownBy(waterDisplay)
+            .stepping(100)
+            .in("ml")
+            .ranging(goalRange.lower, goalRange.upper),
+        optional("glass", &WaterSettings::glass)
+            .titled("Glass")
+            .helped("How much one pour is.")
+            .shownBy(waterDisplay)
+            .stepping(10)
+            .in("ml")
+            .ranging(glassRange.lower, glassRange.upper),
+        optional("unit", &WaterSettings::unit).titled("Unit").helped("What amounts are shown in."),
+        optional("showsCountOnTile", &WaterSettings::showsCountOnTile)
+            .titled("Show the count on the tile")
+            .helped("How much you drank today."),
+        optional("style", &WaterSettings::style)
+            .titled("Tile")
+            .helped("What is filled as you drink."),
+        optional("refillMinutes", &WaterSettings::refillMinutes)
+            .titled("Refill after")
+            .helped("How long until the next glass is due.")
+            .stepping(5)
+            .in("min")
+            .ranging(refillRange.lower, refillRange.upper)};
   }
   bool operator==(const WaterSettings&) const = default;
 };

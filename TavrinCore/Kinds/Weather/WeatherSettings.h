@@ -11,6 +11,10 @@ template <> struct EnumNames<WeatherUnit> {
       {{WeatherUnit::celsius, "celsius"}, {WeatherUnit::fahrenheit, "fahrenheit"}});
 };
 
+template <> struct EnumTitles<WeatherUnit> {
+  static constexpr auto titles = std::to_array<std::string_view>({"Celsius", "Fahrenheit"});
+};
+
 constexpr std::string_view suffix(WeatherUnit unit) {
   return unit == WeatherUnit::fahrenheit ? "°F" : "°C";
 }
@@ -27,6 +31,11 @@ template <> struct EnumNames<WeatherTileStyle> {
        {WeatherTileStyle::forecast, "forecast"}});
 };
 
+template <> struct EnumTitles<WeatherTileStyle> {
+  static constexpr auto titles =
+      std::to_array<std::string_view>({"Temperature", "Conditions", "Forecast"});
+};
+
 struct WeatherSettings {
   std::optional<std::string> cityName;
   /// Degrees, north positive.
@@ -38,19 +47,32 @@ struct WeatherSettings {
   WeatherTileStyle style = WeatherTileStyle::current;
 
   static constexpr auto fields() {
-    return std::tuple{optional("cityName", &WeatherSettings::cityName).titled("City"),
+    return std::tuple{optional("cityName", &WeatherSettings::cityName)
+                          .titled("City")
+                          .helped("The place whose weather is shown.")
+                          .as(FieldRole::city)
+                          .absentAs("Not chosen"),
                       optional("latitude", &WeatherSettings::latitude)
                           .titled("Latitude")
+                          .helped("Where the place is, north positive.")
+                          .as(FieldRole::latitude)
                           .in("°")
                           .ranging(-90, 90),
                       optional("longitude", &WeatherSettings::longitude)
                           .titled("Longitude")
+                          .helped("Where the place is, east positive.")
+                          .as(FieldRole::longitude)
                           .in("°")
                           .ranging(-180, 180),
-                      optional("unit", &WeatherSettings::unit).titled("Unit"),
+                      optional("unit", &WeatherSettings::unit)
+                          .titled("Unit")
+                          .helped("What temperatures are shown in."),
                       optional("showsApparent", &WeatherSettings::showsApparent)
-                          .titled("Show the felt temperature"),
-                      optional("style", &WeatherSettings::style).titled("Tile")};
+                          .titled("Show the felt temperature")
+                          .helped("What it feels like, beside what it is."),
+                      optional("style", &WeatherSettings::style)
+                          .titled("Tile")
+                          .helped("What stands on the tile.")};
   }
   bool operator==(const WeatherSettings&) const = default;
 };
