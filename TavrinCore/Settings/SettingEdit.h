@@ -1,0 +1,34 @@
+#pragma once
+
+#include "TavrinCore/Settings/SettingError.h"
+#include "TavrinCore/Settings/SettingSystem.h"
+#include "TavrinCore/Widgets/DockWidget.h"
+
+#include <string>
+#include <vector>
+
+namespace tavrin {
+
+/// A new value for one part of a widget.
+struct SettingValue {
+  /// "name", "span", or a setting's key; "calendars.accountIDs" reaches into a record.
+  std::string path;
+  /// Null for no value.
+  JSONValue value;
+};
+
+/// The widget with all of the values, settled; or, by a SettingError, with none. What others
+/// changed in `widget` meanwhile stays: applied to the record as it stands, two editors of
+/// different settings never undo each other.
+DockWidget withValues(const DockWidget& widget, const std::vector<SettingValue>& values,
+                      const SettingSystem& system);
+
+/// The value at a path; null where there is none.
+JSONValue valueAt(const DockWidget& widget, std::string_view path);
+
+/// The sentence about a value that is taken but leads nowhere: a folder that is not there. Empty
+/// for none.
+std::string settingWarning(const FieldInfo& field, const JSONValue& value,
+                           const SettingSystem& system);
+
+} // namespace tavrin
