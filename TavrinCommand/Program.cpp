@@ -11,6 +11,7 @@
 #include "TavrinCommand/Widgets/UsageCommands.h"
 #include "TavrinCommand/Widgets/WidgetCommands.h"
 #include "TavrinHost/Dock/DockLibrary.h"
+#include "TavrinHost/Widgets/SettingEditing.h"
 
 #include <CLI/App.hpp>
 #include <algorithm>
@@ -112,6 +113,9 @@ int runCommandLine(CommandContext& context, const std::vector<std::string>& word
   } catch (const HostError& error) {
     context.remark(fmt::format("tavrin: {}", printable(error.what())));
     return static_cast<int>(error.code());
+  } catch (const SettingError& error) {
+    context.remark(fmt::format("tavrin: {}", printable(error.what())));
+    return static_cast<int>(hostError(error).code());
   } catch (const DockError& error) {
     context.remark(fmt::format("tavrin: {}", printable(error.what())));
     if (!error.tile().empty())

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "TavrinHost/HostError.h"
-#include "TavrinHost/Widgets/SettingText.h"
+#include "TavrinCore/Settings/SettingText.h"
 #include "TavrinHost/Widgets/WidgetLibrary.h"
 
 #include <fmt/format.h>

@@ -3,7 +3,7 @@
 #include "TavrinCommand/Dock/DockChanges.h"
 #include "TavrinHost/Dock/DockLibrary.h"
 #include "TavrinHost/Dock/FocusSession.h"
-#include "TavrinHost/Dock/HotkeyText.h"
+#include "TavrinCore/Settings/HotkeyText.h"
 #include "TavrinHost/Dock/WorkspaceBackups.h"
 
 #include <CLI/App.hpp>

@@ -5,7 +5,7 @@
 #include "TavrinCore/Dock/ProfileTransfer.h"
 #include "TavrinCore/Text/Text.h"
 #include "TavrinHost/Dock/DockLibrary.h"
-#include "TavrinHost/Dock/HotkeyText.h"
+#include "TavrinCore/Settings/HotkeyText.h"
 #include "TavrinPlatform/Files/AtomicFile.h"
 
 #include <CLI/App.hpp>

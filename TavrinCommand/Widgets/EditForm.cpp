@@ -1,10 +1,10 @@
 #include "TavrinCommand/Widgets/EditForm.h"
 
 #include "TavrinCommand/Console.h"
+#include "TavrinCore/Settings/SettingText.h"
 #include "TavrinCore/Widgets/SettingChanges.h"
 #include "TavrinHost/HostError.h"
 #include "TavrinHost/Widgets/SettingEditing.h"
-#include "TavrinHost/Widgets/SettingText.h"
 
 #include <algorithm>
 #include <fmt/format.h>
@@ -43,8 +43,7 @@ JSONValue readValue(const FieldInfo& field, const JSONValue& value, Date now) {
     return settingFromText(field, *text, now);
   if (field.type == FieldType::list && value.array() != nullptr &&
       field.elementType != FieldType::record) {
-    FieldInfo element = field;
-    element.type = field.elementType.value_or(FieldType::text);
+    const auto element = field.element();
     JSONValue::Array values;
     for (const auto& item : *value.array())
       values.push_back(readValue(element, item, now));
@@ -122,7 +121,7 @@ std::string editForm(const DockWidget& widget) {
 }
 
 DockWidget widgetFromForm(const DockWidget& base, std::string_view form, Date now,
-                          const std::filesystem::path& home) {
+                          const SettingSystem& system) {
   const auto json = parsedForm(form);
   const auto* name = json.member("name");
   const auto* span = json.member("span");
@@ -154,9 +153,9 @@ DockWidget widgetFromForm(const DockWidget& base, std::string_view form, Date no
     }
   }
   DockWidget edited = base;
-  edited.name = checkedName(*name->string());
-  edited.span = checkedSpan(base.kind, std::to_string(*span->integerValue()));
-  edited.kind = withCheckedSettings(base.kind, fields, values, home);
+  edited.name = checkedNameOf(*name->string());
+  edited.span = checkedSpanOf(base.kind, std::to_string(*span->integerValue()));
+  edited.kind = withCheckedSettings(base.kind, fields, values, system);
   return edited;
 }
 

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "TavrinCore/Settings/SettingSystem.h"
 #include "TavrinCore/Widgets/DockWidget.h"
 
-#include <filesystem>
 #include <string>
 #include <string_view>
 
@@ -18,7 +18,7 @@ std::string withComplaint(std::string_view form, std::string_view complaint);
 /// The widget that a form describes. `base` gives what a form does not hold: the identifier, the
 /// slot and the kind. Throws HostError (refusedValue) naming the first fault.
 DockWidget widgetFromForm(const DockWidget& base, std::string_view form, Date now,
-                          const std::filesystem::path& home = {});
+                          const SettingSystem& system);
 
 /// `current` with what was changed from `base` to `edited`, so that changes that came in between
 /// are kept.

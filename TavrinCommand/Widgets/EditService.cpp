@@ -4,6 +4,7 @@
 #include "TavrinCommand/Widgets/EditForm.h"
 #include "TavrinCore/Base/Errors.h"
 #include "TavrinCore/Widgets/DockSlot.h"
+#include "TavrinHost/Widgets/SettingEditing.h"
 #include "TavrinHost/Widgets/SlotControl.h"
 #include "TavrinHost/Widgets/WidgetLibrary.h"
 #include "TavrinPlatform/Files/AtomicFile.h"
@@ -155,7 +156,7 @@ void EditService::edit(const UUID& id) {
     text = typed;
     try {
       save(base, widgetFromForm(base, typed, context_.platform().clock().now(),
-                                context_.platform().fileManager().homeFolder()));
+                                settingSystem(context_.platform().fileManager().homeFolder())));
       context_.say(fmt::format("Saved \"{}\".", printable(base.name)));
       std::filesystem::remove(form);
       return;

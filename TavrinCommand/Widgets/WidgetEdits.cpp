@@ -1,7 +1,7 @@
 #include "TavrinCommand/Widgets/WidgetCommands.h"
+#include "TavrinCore/Settings/SettingText.h"
 #include "TavrinCore/Widgets/DockSlot.h"
 #include "TavrinHost/Widgets/SettingEditing.h"
-#include "TavrinHost/Widgets/SettingText.h"
 #include "TavrinHost/Widgets/SlotControl.h"
 #include "TavrinHost/Widgets/WidgetLibrary.h"
 
@@ -86,6 +86,16 @@ std::vector<DockWidget> findAll(const WidgetLibrary& library, const Words& refer
   return found;
 }
 
+/// What was taken but leads nowhere.
+void remarkWarnings(CommandContext& context, const DockWidget& widget,
+                    const SettingSystem& system) {
+  const auto settings = settingsJSON(widget.kind);
+  for (const auto& field : describeSettings(widget.kind))
+    if (const auto* value = settings.member(field.key))
+      if (const auto warning = settingWarning(field, *value, system); !warning.empty())
+        context.remark(fmt::format("tavrin: {}", printable(warning)));
+}
+
 struct AddRequest {
   std::string kind;
   std::string name;
@@ -100,13 +110,14 @@ void add(CommandContext& context, const AddRequest& request) {
   const auto now = context.platform().clock().now();
   DockWidget draft(UUID(), "", std::nullopt, *freshKind(info.key, now), 1);
   if (!request.span.empty())
-    draft.span = checkedSpan(draft.kind, request.span);
-  draft = withAssignments(draft, assignments(request.settings), now,
-                          context.platform().fileManager().homeFolder());
+    draft.span = checkedSpanOf(draft.kind, request.span);
+  const auto system = settingSystem(context.platform().fileManager().homeFolder());
+  draft = withAssignments(draft, assignments(request.settings), now, system);
+  remarkWarnings(context, draft, system);
   const auto widget = library.change([&](WidgetStore& store) {
     if (request.places && !store.file().freeSlot())
       throwNoFreeSlot();
-    auto name = !request.name.empty() ? checkedName(request.name) : draft.name;
+    auto name = !request.name.empty() ? checkedNameOf(request.name) : draft.name;
     if (name.empty())
       name = freeName(store.file(), info.title);
     auto made = store.create(name, draft.kind);
@@ -142,12 +153,13 @@ DockWidget editOne(CommandContext& context, const std::string& reference, Edit e
 void set(CommandContext& context, const std::string& reference, const Words& words) {
   const auto changes = assignments(words);
   const auto now = context.platform().clock().now();
-  const auto home = context.platform().fileManager().homeFolder();
+  const auto system = settingSystem(context.platform().fileManager().homeFolder());
   JSONValue before;
   const auto widget = editOne(context, reference, [&](const DockWidget& current, const auto&) {
     before = settingsJSON(current.kind);
-    return withAssignments(current, changes, now, home);
+    return withAssignments(current, changes, now, system);
   });
+  remarkWarnings(context, widget, system);
   const auto fields = describeSettings(widget.kind);
   const auto sayOwn = [&](const char* key, const std::string& value) {
     if (std::ranges::count(changes, key, &Assignment::key) > 0 &&
@@ -233,7 +245,7 @@ std::vector<Suggestion> settingSuggestions(const DockWidget::Kind& kind, std::st
   const auto equals = current.find('=');
   for (const auto& field : describeSettings(kind)) {
     if (equals == std::string_view::npos) {
-      found.push_back({field.key + "=", field.title + ": " + allowedText(field)});
+      found.push_back({field.key + "=", std::string(field.title) + ": " + allowedText(field)});
     } else if (current.substr(0, equals) == field.key) {
       auto values = field.choices;
       if (field.type == FieldType::boolean)
@@ -303,7 +315,7 @@ void addNaming(CLI::App& group, CommandContext& context) {
                    completeWidgets(context));
   renaming->add_option("NEW", *value, "Its new name")->required();
   renaming->callback([&context, reference, value] {
-    const auto name = checkedName(*value);
+    const auto name = checkedNameOf(*value);
     editOne(context, *reference, [&](DockWidget widget, const auto&) {
       widget.name = name;
       return widget;
@@ -319,7 +331,7 @@ void addNaming(CLI::App& group, CommandContext& context) {
   spanning->add_option("TILES", *value, "1, or up to what its kind allows")->required();
   spanning->callback([&context, reference, value] {
     const auto widget = editOne(context, *reference, [&](DockWidget current, const auto&) {
-      current.span = checkedSpan(current.kind, *value);
+      current.span = checkedSpanOf(current.kind, *value);
       return current;
     });
     context.say(fmt::format("\"{}\" is {} {} wide.", printable(widget.name), widget.span,

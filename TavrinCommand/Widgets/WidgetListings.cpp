@@ -1,5 +1,5 @@
 #include "TavrinCommand/Widgets/WidgetCommands.h"
-#include "TavrinHost/Widgets/SettingText.h"
+#include "TavrinCore/Settings/SettingText.h"
 #include "TavrinHost/Widgets/WidgetLibrary.h"
 
 #include "TavrinCommand/Completers.h"

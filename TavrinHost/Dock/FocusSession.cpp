@@ -2,7 +2,7 @@
 
 #include "TavrinCore/Text/ForeignText.h"
 #include "TavrinHost/Dock/DockLibrary.h"
-#include "TavrinHost/Dock/HotkeyText.h"
+#include "TavrinCore/Settings/HotkeyText.h"
 #include "TavrinHost/Widgets/WidgetLibrary.h"
 
 #include <fmt/format.h>

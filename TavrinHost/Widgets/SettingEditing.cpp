@@ -1,9 +1,11 @@
 #include "TavrinHost/Widgets/SettingEditing.h"
 
-#include "TavrinCore/Text/Text.h"
+#include "TavrinCore/Base/Calendar.h"
+#include "TavrinCore/Settings/SettingEdit.h"
+#include "TavrinCore/Settings/SettingSettling.h"
+#include "TavrinCore/Settings/SettingText.h"
 #include "TavrinHost/HostError.h"
-#include "TavrinHost/Widgets/SettingSettling.h"
-#include "TavrinHost/Widgets/SettingText.h"
+#include "TavrinWidgetsUI/Kit/Pictures/SymbolTable.h"
 
 #include <algorithm>
 #include <charconv>
@@ -53,10 +55,7 @@ void assignInElement(const FieldInfo& list, JSONValue& values, std::string_view 
         ExitCode::notFound,
         fmt::format("\"{}\" has no element {}; they are counted from 0", list.key, place));
   if (dot == std::string_view::npos || list.elementType != FieldType::record) {
-    FieldInfo element = list;
-    element.type = list.elementType.value_or(FieldType::text);
-    element.isNullable = false;
-    (*array)[index] = settingFromText(element, text, now);
+    (*array)[index] = settingFromText(list.element(), text, now);
     return;
   }
   assignInRecord(list.fields, (*array)[index], path.substr(dot + 1),
@@ -90,13 +89,12 @@ void assignInRecord(const std::vector<FieldInfo>& fields, JSONValue& record, std
   }
 }
 
-DockWidget::Kind withSettledSettings(const SettingChange& change, const JSONValue& settings) {
+/// What `work` gives, its refusals as the command's own.
+template <class Work> auto refusing(const Work& work) {
   try {
-    auto settled = withSettings(change.before, settings);
-    settle(settled, change);
-    return settled;
-  } catch (const CodingError& error) {
-    throw HostError(ExitCode::refusedValue, error.what());
+    return work();
+  } catch (const SettingError& error) {
+    throw hostError(error);
   }
 }
 
@@ -110,36 +108,48 @@ Assignment Assignment::parse(std::string_view word) {
   return {std::string(word.substr(0, equals)), std::string(word.substr(equals + 1))};
 }
 
-std::string checkedName(std::string_view text) {
-  const auto name = trimmed(text);
-  if (name.empty())
-    throw HostError(ExitCode::refusedValue, "a name must not be blank");
-  return std::string(name);
+HostError hostError(const SettingError& error) {
+  return HostError(error.fault() == SettingError::Fault::unknownSetting ? ExitCode::notFound
+                                                                        : ExitCode::refusedValue,
+                   error.what());
 }
 
-int checkedSpan(const DockWidget::Kind& kind, std::string_view text) {
+SettingSystem settingSystem(const std::filesystem::path& home) {
+  const auto isSymbol = [](std::string_view name) {
+    return std::ranges::binary_search(symbolTable, name, {}, &SymbolDrawing::name);
+  };
+  const auto isFolder = [](const std::filesystem::path& path) {
+    std::error_code ignored;
+    return std::filesystem::is_directory(path, ignored);
+  };
+  const auto isFile = [](const std::filesystem::path& path) {
+    std::error_code ignored;
+    return std::filesystem::exists(path, ignored);
+  };
+  return {home, Calendar::isKnownTimeZone, isSymbol, isFolder, isFile};
+}
+
+std::string checkedNameOf(std::string_view text) {
+  return refusing([&] { return checkedName(text); });
+}
+
+int checkedSpanOf(const DockWidget::Kind& kind, std::string_view text) {
   int span = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), span);
-  if (error != std::errc() || end != text.data() + text.size() || span < 1 || span > kind.maxSpan())
-    throw HostError(
-        ExitCode::refusedValue,
-        kind.maxSpan() == 1
-            ? fmt::format("the span of a {} widget must be 1, not \"{}\"", kind.title(), text)
-            : fmt::format("the span of a {} widget must be 1 to {}, not \"{}\"", kind.title(),
-                          kind.maxSpan(), text));
-  return span;
+  const bool isNumber = error == std::errc() && end == text.data() + text.size();
+  return refusing([&] { return checkedSpan(kind, isNumber ? JSONValue(span) : JSONValue(text)); });
 }
 
 DockWidget::Kind withCheckedSettings(const DockWidget::Kind& kind,
                                      const std::vector<FieldInfo>& fields,
-                                     const JSONValue& settings, const std::filesystem::path& home) {
+                                     const JSONValue& settings, const SettingSystem& system) {
   if (const auto clause = refusalOf(fields, settings); !clause.empty())
     throw HostError(ExitCode::refusedValue, clause);
-  return withSettledSettings({kind, {}, home}, settings);
+  return refusing([&] { return withSettled({kind, {}, system}, settings); });
 }
 
 DockWidget withAssignments(DockWidget widget, const std::vector<Assignment>& assignments, Date now,
-                           const std::filesystem::path& home) {
+                           const SettingSystem& system) {
   const auto fields = describeSettings(widget.kind);
   auto settings = settingsJSON(widget.kind);
   std::set<std::string> named;
@@ -147,15 +157,17 @@ DockWidget withAssignments(DockWidget widget, const std::vector<Assignment>& ass
     named.insert(assignment.key);
     const bool isSetting = fieldOf(fields, assignment.key) != nullptr;
     if (assignment.key == "name" && !isSetting)
-      widget.name = checkedName(assignment.value);
+      widget.name = checkedNameOf(assignment.value);
     else if (assignment.key == "span" && !isSetting)
-      widget.span = checkedSpan(widget.kind, assignment.value);
+      widget.span = checkedSpanOf(widget.kind, assignment.value);
     else
-      assignInRecord(fields, settings, assignment.key,
-                     fmt::format("a {} widget", widget.kind.title()), assignment.value, now);
+      refusing([&] {
+        assignInRecord(fields, settings, assignment.key,
+                       fmt::format("a {} widget", widget.kind.title()), assignment.value, now);
+      });
   }
   // A value outside its range that was there before is no reason to refuse another change.
-  widget.kind = withSettledSettings({widget.kind, named, home}, settings);
+  widget.kind = refusing([&] { return withSettled({widget.kind, named, system}, settings); });
   return widget;
 }
 

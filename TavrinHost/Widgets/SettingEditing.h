@@ -1,6 +1,7 @@
 #pragma once
 
-#include "TavrinCore/Widgets/DockWidget.h"
+#include "TavrinCore/Settings/SettingEdit.h"
+#include "TavrinHost/HostError.h"
 
 #include <filesystem>
 #include <string>
@@ -20,21 +21,23 @@ struct Assignment {
 
 /// The widget with the assignments carried out in order; all of them or, by a HostError, none.
 /// Beside the kind's settings there are "name" and "span", where the kind has none so called.
-/// `home` is what
-/// "~" stands for in lists of paths.
 DockWidget withAssignments(DockWidget widget, const std::vector<Assignment>& assignments, Date now,
-                           const std::filesystem::path& home = {});
+                           const SettingSystem& system);
 
 /// The kind with these settings, checked against `fields`, the lines of its record. Throws
 /// HostError (refusedValue) naming the first fault.
 DockWidget::Kind withCheckedSettings(const DockWidget::Kind& kind,
                                      const std::vector<FieldInfo>& fields,
-                                     const JSONValue& settings,
-                                     const std::filesystem::path& home = {});
+                                     const JSONValue& settings, const SettingSystem& system);
 
-/// `text` without white space around it. Throws HostError (refusedValue) when nothing is left.
-std::string checkedName(std::string_view text);
-/// Throws HostError (refusedValue) outside 1 to the kind's `maxSpan`.
-int checkedSpan(const DockWidget::Kind& kind, std::string_view text);
+/// What this system says of values, the same to the command and the settings window.
+SettingSystem settingSystem(const std::filesystem::path& home);
+
+/// The same refusal as an end of the command.
+HostError hostError(const SettingError& error);
+
+/// As `checkedName` and `checkedSpan`, by a HostError.
+std::string checkedNameOf(std::string_view text);
+int checkedSpanOf(const DockWidget::Kind& kind, std::string_view text);
 
 } // namespace tavrin

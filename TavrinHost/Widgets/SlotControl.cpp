@@ -2,7 +2,7 @@
 
 #include "TavrinCore/Base/Errors.h"
 #include "TavrinCore/Widgets/DockSlot.h"
-#include "TavrinHost/Widgets/SettingText.h"
+#include "TavrinCore/Settings/SettingText.h"
 #include "TavrinStorage/StoragePath.h"
 
 #include <algorithm>

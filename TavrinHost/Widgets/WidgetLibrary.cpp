@@ -4,7 +4,7 @@
 #include "TavrinCore/Text/ForeignText.h"
 #include "TavrinCore/Widgets/DockSlot.h"
 #include "TavrinHost/Dock/WorkspaceBackups.h"
-#include "TavrinHost/Widgets/SettingText.h"
+#include "TavrinCore/Settings/SettingText.h"
 #include "TavrinStorage/StoragePath.h"
 
 #include <algorithm>

@@ -56,6 +56,8 @@ protected:
   void resizeEvent(QResizeEvent* event) override;
 
 private:
+  void makeRows();
+
   struct State;
   std::unique_ptr<State> state_;
 };

@@ -1,6 +1,6 @@
+#include "TavrinCore/Settings/SettingText.h"
 #include "TavrinHost/HostError.h"
 #include "TavrinHost/Widgets/SettingEditing.h"
-#include "TavrinHost/Widgets/SettingText.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -112,7 +112,8 @@ TEST(SettingEditing, Accepted) {
     for (const auto* word : test.words)
       assignments.push_back(Assignment::parse(word));
     const DockWidget widget(UUID(), "W", {}, *freshKind(test.kind, now), 1);
-    const auto settings = settingsJSON(withAssignments(widget, assignments, now, "/home/ann").kind);
+    const auto settings =
+        settingsJSON(withAssignments(widget, assignments, now, settingSystem("/home/ann")).kind);
     const auto* value = settings.member(test.key);
     EXPECT_EQ(value == nullptr ? "" : value->compact(), test.stored) << test.words.front();
   }
@@ -149,6 +150,15 @@ TEST(SettingEditing, Refused) {
       {"weather", "latitude=1", ExitCode::refusedValue, "go together"},
       {"weather", "cityName=Paris", ExitCode::refusedValue, "search for the place in the"},
       {"shelf", "paths=x.png", ExitCode::refusedValue, "must be absolute paths, not \"x.png\""},
+      {"clock", "timeZoneID=Mars/Olympus", ExitCode::refusedValue,
+       "must be a time zone such as Europe/Berlin, or null, not \"Mars/Olympus\""},
+      {"timer", "tintHex=purple", ExitCode::refusedValue,
+       "must be a colour such as #FBBF24, not \"purple\""},
+      {"shortcut", "symbolName=nosuchsymbol", ExitCode::refusedValue, "the name of a symbol"},
+      {"shortcut", "workingFolder=somewhere", ExitCode::refusedValue, "absolute path"},
+      {"github", "repositories=notarepo", ExitCode::refusedValue, "written owner/name"},
+      {"github", "repositories=a/b/c", ExitCode::refusedValue, "written owner/name"},
+      {"bookmarks", "bookmarks=[{\"url\":\" \"}]", ExitCode::refusedValue, "an address such as"},
       {"note", "colorHex=red", ExitCode::refusedValue, "such as #FBBF24, not \"red\""},
       {"shortcut", "colorHex=#12345", ExitCode::refusedValue, "such as #FBBF24"},
       {"shortcut", "colorHex=#12345G", ExitCode::refusedValue, "such as #FBBF24"},
@@ -158,13 +168,25 @@ TEST(SettingEditing, Refused) {
   for (const auto& test : cases) {
     const DockWidget widget(UUID(), "W", {}, *freshKind(test.kind, now), 1);
     try {
-      withAssignments(widget, {Assignment::parse(test.word)}, now);
+      withAssignments(widget, {Assignment::parse(test.word)}, now, settingSystem({}));
       ADD_FAILURE() << test.word << " was accepted";
     } catch (const HostError& error) {
       EXPECT_EQ(error.code(), test.code) << test.word;
       EXPECT_THAT(error.what(), testing::HasSubstr(test.part)) << test.word;
     }
   }
+}
+
+// What is stored already may stay: another setting of the same widget can still be changed.
+TEST(SettingEditing, AValueFromElsewhereDoesNotRefuseOtherChanges) {
+  GitHubSettings settings;
+  settings.repositories = {"notarepo"};
+  DockWidget widget(UUID(), "W", {}, DockWidget::Kind(settings), 1);
+  widget = withAssignments(widget, {Assignment::parse("limit=5")}, now, settingSystem({}));
+  widget = withAssignments(widget, {Assignment::parse("repositories=notarepo,a/b")}, now,
+                           settingSystem({}));
+  EXPECT_THAT(widget.kind.get<GitHubSettings>()->repositories,
+              testing::ElementsAre("notarepo", "a/b"));
 }
 
 /// A name over another place's forecast would be worse than none.
@@ -200,7 +222,7 @@ TEST(SettingEditing, APlacesNameAndCoordinatesGoTogether) {
       assignments.push_back(Assignment::parse(word));
     const DockWidget widget(UUID(), "W", {}, DockWidget::Kind(berlin), 1);
     try {
-      const auto changed = withAssignments(widget, assignments, now);
+      const auto changed = withAssignments(widget, assignments, now, settingSystem({}));
       EXPECT_EQ(*changed.kind.get<WeatherSettings>(), one.after.value_or(WeatherSettings()))
           << one.words.front();
     } catch (const HostError& error) {
@@ -215,7 +237,9 @@ TEST(SettingEditing, EveryKindsDefaultsAreAllowed) {
   for (const auto& kind : allKinds()) {
     const auto fresh = *freshKind(kind.key, now);
     EXPECT_EQ(refusalOf(describeSettings(fresh), settingsJSON(fresh)), "") << kind.key;
-    EXPECT_EQ(withCheckedSettings(fresh, describeSettings(fresh), settingsJSON(fresh)), fresh)
+    EXPECT_EQ(
+        withCheckedSettings(fresh, describeSettings(fresh), settingsJSON(fresh), settingSystem({})),
+        fresh)
         << kind.key;
   }
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TavrinCore/Base/Coding.h"
+#include "TavrinCore/Base/FieldInfo.h"
 
 #include <string>
 #include <string_view>
@@ -19,7 +19,7 @@ namespace tavrin {
 ///     ctrl+alt+P                             a shortcut
 ///     null                                   no value, where there may be none
 ///
-/// Throws HostError (refusedValue) with a sentence that names what is allowed.
+/// Throws SettingError with a sentence that names what is allowed.
 JSONValue settingFromText(const FieldInfo& field, std::string_view text, Date now);
 
 /// The stored value as a person reads it.

@@ -1,4 +1,4 @@
-#include "TavrinHost/Widgets/SettingText.h"
+#include "TavrinCore/Settings/SettingText.h"
 
 #include "TavrinCore/Base/Calendar.h"
 #include "TavrinCore/Text/Numbers.h"

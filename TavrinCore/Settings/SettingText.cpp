@@ -1,9 +1,9 @@
-#include "TavrinHost/Widgets/SettingText.h"
+#include "TavrinCore/Settings/SettingText.h"
 
 #include "TavrinCore/Base/Data.h"
+#include "TavrinCore/Settings/HotkeyText.h"
+#include "TavrinCore/Settings/SettingError.h"
 #include "TavrinCore/Text/Numbers.h"
-#include "TavrinHost/Dock/HotkeyText.h"
-#include "TavrinHost/HostError.h"
 
 #include <algorithm>
 #include <cctype>
@@ -22,19 +22,8 @@ std::string lowered(std::string_view text) {
 }
 
 [[noreturn]] void refuse(const FieldInfo& field, std::string_view text) {
-  throw HostError(ExitCode::refusedValue, fmt::format("\"{}\" must be {}, not \"{}\"", field.key,
-                                                      allowedText(field), text));
-}
-
-/// What one element of a list is, as a line of its own.
-FieldInfo elementOf(const FieldInfo& list) {
-  FieldInfo element = list;
-  element.type = list.elementType.value_or(FieldType::text);
-  element.isNullable = false;
-  element.elementType.reset();
-  if (element.type != FieldType::integer && element.type != FieldType::number)
-    element.range.reset();
-  return element;
+  throw SettingError(
+      fmt::format("\"{}\" must be {}, not \"{}\"", field.key, allowedText(field), text));
 }
 
 /// A range bounds the numbers in a list, and the length of a list of anything else.
@@ -115,7 +104,7 @@ JSONValue jsonFromText(const FieldInfo& field, std::string_view text) {
     auto value = JSONValue::parse(text);
     if (const auto clause = refusalOf({field}, JSONValue::Object{{field.key, value}});
         !clause.empty())
-      throw HostError(ExitCode::refusedValue, clause);
+      throw SettingError(clause);
     return value;
   } catch (const JSONError&) {
     refuse(field, text);
@@ -131,7 +120,7 @@ JSONValue listFromText(const FieldInfo& field, std::string_view text) {
   if (text.starts_with('[') || (!text.empty() && !hasPlainItems))
     return jsonFromText(field, text);
   JSONValue::Array values;
-  const auto element = elementOf(field);
+  const auto element = field.element();
   while (!text.empty()) {
     const auto end = std::min(text.find(','), text.size());
     auto item = text.substr(0, end);
@@ -145,6 +134,27 @@ JSONValue listFromText(const FieldInfo& field, std::string_view text) {
         static_cast<double>(values.size()) <= field.range->upper))
     refuse(field, fmt::format("a list of {}", values.size()));
   return values;
+}
+
+/// What a text of that role is.
+constexpr std::string_view allowedText(FieldRole role) {
+  switch (role) {
+  case FieldRole::colour:
+    return "a colour such as #FBBF24";
+  case FieldRole::file:
+  case FieldRole::folder:
+    return "an absolute path";
+  case FieldRole::timeZone:
+    return "a time zone such as Europe/Berlin";
+  case FieldRole::symbol:
+    return "the name of a symbol such as bolt.fill";
+  case FieldRole::repository:
+    return "a repository written owner/name";
+  case FieldRole::link:
+    return "an address such as https://example.org";
+  default:
+    return "text";
+  }
 }
 
 std::string rangeText(const FieldInfo& field) {
@@ -175,7 +185,7 @@ std::string scalarAllowedText(const FieldInfo& field) {
   case FieldType::list:
     return "a list";
   case FieldType::text:
-    return "text";
+    return std::string(allowedText(field.role));
   }
   return "text";
 }
@@ -230,7 +240,7 @@ std::string refusalAt(const FieldInfo& field, const JSONValue& value, const std:
     return clause.empty() ? clause : fmt::format("in \"{}\" {}", path, clause);
   }
   if (field.type == FieldType::list) {
-    const auto element = elementOf(field);
+    const auto element = field.element();
     for (std::size_t i = 0; i < value.array()->size(); ++i)
       if (auto clause = refusalAt(element, (*value.array())[i], fmt::format("{}.{}", path, i));
           !clause.empty())
@@ -314,7 +324,7 @@ std::string settingText(const FieldInfo& field, const JSONValue& value) {
   if (field.type == FieldType::list && value.array() != nullptr) {
     std::string text;
     for (const auto& item : *value.array())
-      text += (text.empty() ? "" : ", ") + settingText(elementOf(field), item);
+      text += (text.empty() ? "" : ", ") + settingText(field.element(), item);
     return text.empty() ? "empty" : text;
   }
   if (const auto hotkey = isHotkey(field) ? storedHotkey(value) : std::nullopt)
@@ -331,7 +341,7 @@ std::string allowedText(const FieldInfo& field) {
   } else if (rangeCountsElements(field) && field.range) {
     text = fmt::format("a list of {} to {}", field.range->lower, field.range->upper);
   } else {
-    text = "a list, each " + scalarAllowedText(elementOf(field));
+    text = "a list, each " + scalarAllowedText(field.element());
   }
   return field.isNullable ? text + ", or null" : text;
 }

@@ -1,7 +1,6 @@
-#include "TavrinHost/Dock/HotkeyText.h"
+#include "TavrinCore/Settings/HotkeyText.h"
 
-#include "TavrinHost/HostError.h"
-#include "TavrinHost/Widgets/WidgetLibrary.h"
+#include "TavrinCore/Settings/SettingError.h"
 
 #include <array>
 #include <fmt/format.h>
@@ -47,7 +46,8 @@ std::optional<HotkeyModifiers> modifierNamed(std::string_view word) {
 
 std::vector<std::string> parts(std::string_view text) {
   std::vector<std::string> words(1);
-  for (const char c : folded(text)) {
+  for (const char each : text) {
+    const char c = each >= 'A' && each <= 'Z' ? static_cast<char>(each + 32) : each;
     if (c == '+')
       words.emplace_back();
     else
@@ -59,8 +59,7 @@ std::vector<std::string> parts(std::string_view text) {
 HotkeyModifiers required(const std::string& word) {
   const auto modifier = modifierNamed(word);
   if (!modifier)
-    throw HostError(
-        ExitCode::refusedValue,
+    throw SettingError(
         fmt::format("\"{}\" is no modifier; they are control, option, shift and command", word));
   return *modifier;
 }
@@ -80,16 +79,16 @@ Hotkey hotkeyFromText(std::string_view text) {
   while (key != keyNames.end() && key->name != words.back())
     ++key;
   if (key == keyNames.end())
-    throw HostError(ExitCode::refusedValue, fmt::format("\"{}\" is no key", words.back()));
+    throw SettingError(fmt::format("\"{}\" is no key", words.back()));
   words.pop_back();
   Hotkey hotkey{key->code, {}};
   for (const auto& word : words)
     hotkey.modifiers = hotkey.modifiers | required(word);
   if (!hotkey.modifiers.isValidForGlobalHotkey())
-    throw HostError(ExitCode::refusedValue,
-                    fmt::format("\"{}\" needs control, option or command: it would be taken from "
-                                "every application",
-                                text));
+    throw SettingError(
+        fmt::format("\"{}\" needs control, option or command: it would be taken from "
+                    "every application",
+                    text));
   return hotkey;
 }
 

@@ -1,12 +1,12 @@
-#include "TavrinHost/Widgets/SettingSettling.h"
+#include "TavrinCore/Settings/SettingSettling.h"
 
 #include "TavrinCore/Base/FileURL.h"
 #include "TavrinCore/Kinds/Converter/ConverterUnits.h"
-#include "TavrinHost/HostError.h"
-#include "TavrinHost/Widgets/SettingText.h"
+#include "TavrinCore/Settings/SettingError.h"
+#include "TavrinCore/Settings/SettingRoles.h"
+#include "TavrinCore/Settings/SettingText.h"
 
 #include <algorithm>
-#include <cctype>
 #include <fmt/format.h>
 
 namespace tavrin {
@@ -27,9 +27,8 @@ void settleOne(const ConverterSettings& before, ConverterSettings& after, const 
     std::vector<std::string> symbols;
     for (const auto& known : converterUnits(after.category))
       symbols.emplace_back(known.symbol);
-    throw HostError(ExitCode::refusedValue,
-                    fmt::format("\"{}\" must be a unit of {}: one of {}, not \"{}\"", key,
-                                nameOf(after.category), alternatives(symbols), unit));
+    throw SettingError(fmt::format("\"{}\" must be a unit of {}: one of {}, not \"{}\"", key,
+                                   nameOf(after.category), alternatives(symbols), unit));
   };
   settle("from", before.from, after.from, *usual.from);
   settle("to", before.to, after.to, *usual.to);
@@ -40,13 +39,11 @@ void settleOne(const WeatherSettings& before, WeatherSettings& after, const Sett
   const auto names = [&](const char* key) { return change.named.contains(key); };
   const bool hasMoved = after.latitude != before.latitude || after.longitude != before.longitude;
   if (hasMoved && after.latitude.has_value() != after.longitude.has_value())
-    throw HostError(ExitCode::refusedValue,
-                    "\"latitude\" and \"longitude\" go together; give both, or null for both");
+    throw SettingError("\"latitude\" and \"longitude\" go together; give both, or null for both");
   const bool isRenamed = after.cityName != before.cityName;
   if (isRenamed && after.cityName && !hasMoved && !(names("latitude") && names("longitude")))
-    throw HostError(ExitCode::refusedValue,
-                    "\"cityName\" goes with \"latitude\" and \"longitude\": give all three, or "
-                    "search for the place in the widget's panel");
+    throw SettingError("\"cityName\" goes with \"latitude\" and \"longitude\": give all three, or "
+                       "search for the place in the widget's panel");
   if (hasMoved && !isRenamed && !names("cityName"))
     after.cityName.reset();
 }
@@ -56,10 +53,9 @@ void settlePaths(const char* key, const std::vector<std::string>& before,
   for (auto& path : after) {
     if (std::ranges::count(before, path) > 0)
       continue;
-    const auto absolute = pathOfText(path, change.home);
+    const auto absolute = pathOfText(path, change.system.home);
     if (!absolute)
-      throw HostError(ExitCode::refusedValue,
-                      fmt::format("\"{}\" must be absolute paths, not \"{}\"", key, path));
+      throw SettingError(fmt::format("\"{}\" must be absolute paths, not \"{}\"", key, path));
     path = pathText(*absolute);
   }
 }
@@ -72,21 +68,24 @@ void settleOne(const FilesSettings& before, FilesSettings& after, const SettingC
   settlePaths("folders", before.folders, after.folders, change);
 }
 
-void requireColour(const std::string& before, const std::string& after) {
-  const auto isDigit = [](unsigned char c) { return std::isxdigit(c) != 0; };
-  if (after != before &&
-      !(after.size() == 7 && after.front() == '#' && std::ranges::all_of(after.substr(1), isDigit)))
-    throw HostError(
-        ExitCode::refusedValue,
-        fmt::format("\"colorHex\" must be a colour such as #FBBF24, not \"{}\"", after));
+void settlePath(const char* key, const std::optional<std::string>& before,
+                std::optional<std::string>& after, const SettingChange& change) {
+  if (!after)
+    return;
+  const auto was = before ? std::vector{*before} : std::vector<std::string>();
+  std::vector<std::string> is{*after};
+  settlePaths(key, was, is, change);
+  after = is.front();
 }
 
-void settleOne(const NoteSettings& before, NoteSettings& after, const SettingChange&) {
-  requireColour(before.colorHex, after.colorHex);
+void settleOne(const ScreenshotSettings& before, ScreenshotSettings& after,
+               const SettingChange& change) {
+  settlePath("folder", before.folder, after.folder, change);
 }
 
-void settleOne(const ShortcutSettings& before, ShortcutSettings& after, const SettingChange&) {
-  requireColour(before.colorHex, after.colorHex);
+void settleOne(const ShortcutSettings& before, ShortcutSettings& after,
+               const SettingChange& change) {
+  settlePath("workingFolder", before.workingFolder, after.workingFolder, change);
 }
 
 template <class... Settings>
@@ -101,8 +100,13 @@ void settleAnyOf(DockWidget::Kind& after, const SettingChange& change) {
 } // namespace
 
 void settle(DockWidget::Kind& after, const SettingChange& change) {
-  settleAnyOf<ConverterSettings, WeatherSettings, ShelfSettings, FilesSettings, NoteSettings,
+  settleAnyOf<ConverterSettings, WeatherSettings, ShelfSettings, FilesSettings, ScreenshotSettings,
               ShortcutSettings>(after, change);
+  const auto settings = settingsJSON(after);
+  if (const auto clause = faultInChanges(describeSettings(after), settingsJSON(change.before),
+                                         settings, change.system);
+      !clause.empty())
+    throw SettingError(clause);
 }
 
 } // namespace tavrin

@@ -9,7 +9,7 @@
 namespace tavrin {
 
 /// Reads "ctrl+alt+1", "command+shift+F5" and the like, case aside; "super" and "cmd" are command,
-/// "alt" is option. Throws HostError (refusedValue) for an unknown key or modifier, and for
+/// "alt" is option. Throws SettingError for an unknown key or modifier, and for
 /// modifiers that are too few for a shortcut that works everywhere.
 Hotkey hotkeyFromText(std::string_view text);
 /// The modifiers alone, "ctrl+alt".

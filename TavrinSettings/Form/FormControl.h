@@ -1,0 +1,59 @@
+#pragma once
+
+#include "TavrinCore/Base/FieldInfo.h"
+#include "TavrinCore/Settings/SettingEdit.h"
+#include "TavrinSettings/Form/FormServices.h"
+
+#include <QWidget>
+
+namespace tavrin {
+
+/// What sets one field. It shows what it is given, and tells what the user makes of it.
+class FormControl : public QWidget {
+public:
+  FormControl(FieldInfo field, QWidget* parent = nullptr)
+      : QWidget(parent), field_(std::move(field)) {}
+
+  /// Shows the value beside the record's other settings. Never called while `isTyping`.
+  virtual void setValue(const JSONValue& value, const JSONValue& record) = 0;
+  /// There is a text that has not been taken.
+  virtual bool isTyping() const { return false; }
+  /// Takes what is half typed. False where it was refused.
+  virtual bool commit() { return true; }
+  /// Where the keyboard goes for this field.
+  virtual QWidget* target() = 0;
+  /// Draws the field's title itself.
+  virtual bool hasTitle() const { return false; }
+  /// Wants a line of its own below the title.
+  virtual bool isWide() const { return false; }
+  /// Shows what does not differ from other text by its words again: in another appearance.
+  virtual void refresh() {}
+
+  /// Sets the values, of which one may have a path of its own; an empty path is the field's.
+  /// Whether they were taken.
+  std::function<bool(std::vector<SettingValue> values)> onEdit;
+  /// A sentence about what was typed and cannot be a value; empty when it can.
+  std::function<void(const QString& sentence)> onTrouble;
+  std::function<void()> onHeightChange;
+
+  const FieldInfo& field() const { return field_; }
+  QString title() const { return text(field_.title); }
+  static QString text(std::string_view words) {
+    return QString::fromUtf8(words.data(), static_cast<qsizetype>(words.size()));
+  }
+
+protected:
+  bool send(JSONValue value) { return onEdit && onEdit({{{}, std::move(value), {}}}); }
+  void complain(const QString& sentence) {
+    if (onTrouble)
+      onTrouble(sentence);
+  }
+
+private:
+  FieldInfo field_;
+};
+
+/// The control that `controlFor` names; null for a field that has none. `services` must outlive it.
+FormControl* makeFormControl(const FieldInfo& field, const FormServices& services);
+
+} // namespace tavrin

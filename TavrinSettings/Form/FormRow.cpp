@@ -1,0 +1,154 @@
+#include "TavrinSettings/Form/FormRow.h"
+
+#include "TavrinCore/Settings/FieldControl.h"
+#include "TavrinCore/Settings/SettingText.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+
+#include <QHBoxLayout>
+#include <QVBoxLayout>
+
+namespace tavrin {
+namespace {
+
+/// The sentence with the setting's title in place of its key, as the user sees it.
+QString withTitle(QString sentence, const FieldInfo& field) {
+  sentence.replace(QStringLiteral("\"%1\"").arg(QString::fromStdString(field.key)),
+                   QStringLiteral("“%1”").arg(FormControl::text(field.title)));
+  if (!sentence.isEmpty())
+    sentence[0] = sentence[0].toUpper();
+  return sentence;
+}
+
+} // namespace
+
+FormRow::FormRow(const FieldInfo& field, std::string path, const FormServices& services,
+                 QWidget* parent)
+    : QWidget(parent), field_(field), path_(std::move(path)), services_(services),
+      control_(makeFormControl(field, services)) {
+  auto* column = new QVBoxLayout(this);
+  column->setContentsMargins(0, 6, 0, 6);
+  column->setSpacing(3);
+  line_ = new QBoxLayout(QBoxLayout::LeftToRight);
+  line_->setSpacing(panel::grid);
+  if (!control_->hasTitle()) {
+    title_ = new PanelText(control_->title(), PanelTextStyle::body, this);
+    title_->setBuddy(control_->target());
+    line_->addWidget(title_, 1);
+  }
+  line_->addWidget(control_, control_->isWide() || control_->hasTitle() ? 2 : 0);
+  column->addLayout(line_);
+  if (!field.help.empty()) {
+    auto* help = new PanelText(FormControl::text(field.help), PanelTextStyle::caption, this);
+    control_->target()->setAccessibleDescription(FormControl::text(field.help));
+    column->addWidget(help);
+  }
+  auto* below = new QHBoxLayout;
+  below->setSpacing(panel::grid);
+  message_ = new PanelText({}, PanelTextStyle::trouble, this);
+  message_->hide();
+  takeOther_ = new PanelButton(PanelButton::Kind::plain, tr("Show it"), [this] {
+    remark_.clear();
+    trouble_.clear();
+    control_->setValue(known_, record_);
+    showMessage();
+  });
+  takeOther_->hide();
+  below->addWidget(message_, 1);
+  below->addWidget(takeOther_);
+  column->addLayout(below);
+  control_->onEdit = [this](std::vector<SettingValue> values) { return edit(std::move(values)); };
+  control_->onTrouble = [this](const QString& sentence) { complain(sentence); };
+  control_->onHeightChange = [this] {
+    if (onHeightChange)
+      onHeightChange();
+  };
+  setNarrow(false);
+}
+
+void FormRow::setNarrow(bool isNarrow) {
+  const auto direction =
+      isNarrow || control_->isWide() ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight;
+  line_->setDirection(direction);
+}
+
+void FormRow::show(const JSONValue& record) {
+  const auto* found = record.member(field_.key);
+  const auto value = found == nullptr ? JSONValue() : *found;
+  const bool isOther = isShown_ && value != known_;
+  record_ = record;
+  setEnabled(field_.condition.holds(record));
+  if (isShown_ && control_->isTyping()) {
+    if (isOther)
+      remark_ = tr("Changed elsewhere to %1").arg(FormControl::text(settingText(field_, value)));
+    known_ = value;
+  } else {
+    known_ = value;
+    isShown_ = true;
+    remark_.clear();
+    trouble_.clear();
+    control_->setValue(value, record);
+  }
+  warning_ = FormControl::text(settingWarning(field_, known_, services_.system));
+  showMessage();
+}
+
+bool FormRow::edit(std::vector<SettingValue> values) {
+  for (auto& each : values) {
+    if (each.path.empty()) {
+      each.path = path_;
+      each.before = known_;
+    }
+  }
+  const auto refusal = onEdit ? onEdit(values) : std::string();
+  if (refusal.empty()) {
+    remark_.clear();
+    trouble_.clear();
+    for (const auto& each : values)
+      if (each.path == path_)
+        known_ = each.value;
+  } else {
+    trouble_ = withTitle(FormControl::text(refusal), field_);
+  }
+  warning_ = FormControl::text(settingWarning(field_, known_, services_.system));
+  showMessage();
+  if (!refusal.empty() && !control_->isTyping() && !control_->isWide())
+    control_->setValue(known_, record_);
+  return refusal.empty();
+}
+
+void FormRow::complain(const QString& sentence) {
+  trouble_ = withTitle(sentence, field_);
+  showMessage();
+}
+
+void FormRow::showMessage() {
+  QStringList sentences;
+  for (const auto& sentence : {trouble_, remark_, warning_})
+    if (!sentence.isEmpty())
+      sentences.append(sentence);
+  const auto words = sentences.join(QStringLiteral(". "));
+  const bool isNew = words != message_->text();
+  message_->setWords(words);
+  message_->setVisible(!words.isEmpty());
+  takeOther_->setVisible(!remark_.isEmpty());
+  control_->target()->setAccessibleDescription(
+      words.isEmpty() ? FormControl::text(field_.help) : words);
+  if (isNew && onHeightChange)
+    onHeightChange();
+}
+
+bool FormRow::isTyping() const {
+  return control_->isTyping();
+}
+
+bool FormRow::commit() {
+  return control_->commit();
+}
+
+void FormRow::focusControl() {
+  control_->target()->setFocus(Qt::TabFocusReason);
+}
+
+} // namespace tavrin

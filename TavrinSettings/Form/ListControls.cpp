@@ -1,0 +1,301 @@
+#include "TavrinSettings/Form/ListControls.h"
+
+#include "TavrinCore/Base/FileURL.h"
+#include "TavrinCore/Settings/SettingRoles.h"
+#include "TavrinCore/Settings/SettingText.h"
+#include "TavrinSettings/Form/FormRow.h"
+#include "TavrinSettings/Form/SystemControls.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelFont.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
+
+#include <QHBoxLayout>
+#include <QLineEdit>
+#include <QVBoxLayout>
+#include <algorithm>
+
+namespace tavrin {
+namespace {
+
+enum Action { moveUp, moveDown, takeOut };
+
+std::vector<PanelRowAction> rowActions() {
+  return {{.symbol = QStringLiteral("chevron.up"), .name = QObject::tr("Move up")},
+          {.symbol = QStringLiteral("chevron.down"), .name = QObject::tr("Move down")},
+          {.symbol = QStringLiteral("xmark"), .name = QObject::tr("Take out"), .stays = true}};
+}
+
+QString memberText(const JSONValue& record, std::string_view key) {
+  const auto* value = record.member(key);
+  return value == nullptr || value->string() == nullptr ? QString()
+                                                        : FormControl::text(*value->string());
+}
+
+/// "Add repository": the field's title of one element.
+QString addTitle(const FieldInfo& field) {
+  auto words = FormControl::text(field.title);
+  if (words.endsWith(QLatin1String("ies")))
+    words = words.chopped(3) + QLatin1Char('y');
+  else if (words.endsWith(QLatin1Char('s')))
+    words.chop(1);
+  return QObject::tr("Add %1").arg(words.toLower());
+}
+
+} // namespace
+
+ListControl::ListControl(const FieldInfo& field, const FormServices& services)
+    : FormControl(field), services_(services), column_(new QVBoxLayout(this)),
+      list_(new PanelList(title(), this)) {
+  column_->setContentsMargins(0, 0, 0, 0);
+  column_->setSpacing(6);
+  column_->addWidget(list_);
+  list_->setMaximumVisibleRows(6);
+  list_->onAction = [this](int row, int action) { act(row, action); };
+  list_->onRemove = [this](int row) { act(row, takeOut); };
+}
+
+void ListControl::setValue(const JSONValue& value, const JSONValue&) {
+  elements_ = value.array() != nullptr ? *value.array() : JSONValue::Array();
+  std::vector<PanelRow> rows;
+  for (const auto& element : elements_) {
+    auto row = rowOf(element);
+    row.id = QString::number(rows.size());
+    row.actions = rowActions();
+    rows.push_back(std::move(row));
+  }
+  list_->setVisible(!rows.empty());
+  list_->setRows(std::move(rows));
+  if (onHeightChange)
+    onHeightChange();
+}
+
+void ListControl::act(int row, int action) {
+  const auto at = static_cast<std::ptrdiff_t>(row);
+  auto elements = elements_;
+  if (row < 0 || row >= static_cast<int>(elements.size()))
+    return;
+  if (action == takeOut) {
+    elements.erase(elements.begin() + at);
+    sendList(std::move(elements));
+    return;
+  }
+  const int other = row + (action == moveUp ? -1 : 1);
+  if (other < 0 || other >= static_cast<int>(elements.size()))
+    return;
+  std::swap(elements[static_cast<std::size_t>(row)], elements[static_cast<std::size_t>(other)]);
+  if (sendList(std::move(elements)))
+    list_->setCurrentRow(other);
+}
+
+bool ListControl::append(JSONValue element) {
+  auto elements = elements_;
+  elements.push_back(std::move(element));
+  return sendList(std::move(elements));
+}
+
+QWidget* ListControl::target() {
+  return list_;
+}
+
+TextListControl::TextListControl(const FieldInfo& field, const FormServices& services)
+    : ListControl(field, services), line_(new QLineEdit) {
+  auto* row = new QHBoxLayout;
+  row->setSpacing(6);
+  line_->setFont(panelFont(PanelTextStyle::body));
+  line_->setPlaceholderText(text(allowedText(field.element())));
+  line_->setAccessibleName(addTitle(field));
+  row->addWidget(line_, 1);
+  row->addWidget(new PanelButton(PanelButton::Kind::quiet, tr("Add"), [this] { add(); }));
+  const bool isPath = field.role == FieldRole::file || field.role == FieldRole::folder;
+  if (isPath && services.choosePaths)
+    row->addWidget(new PanelButton(PanelButton::Kind::quiet, tr("Choose…"), [this] { choose(); }));
+  column()->addLayout(row);
+  connect(line_, &QLineEdit::returnPressed, this, [this] { add(); });
+  list()->onOpen = [this](int index) {
+    line_->setText(text(settingText(this->field().element(),
+                                    elements()[static_cast<std::size_t>(index)])));
+    line_->setFocus(Qt::OtherFocusReason);
+  };
+}
+
+PanelRow TextListControl::rowOf(const JSONValue& element) const {
+  const auto one = field().element();
+  PanelRow row{.title = text(settingText(one, element))};
+  if (!settingWarning(one, element, services().system).empty())
+    row.trailing = tr("not there");
+  return row;
+}
+
+bool TextListControl::isTyping() const {
+  return !line_->text().trimmed().isEmpty();
+}
+
+bool TextListControl::add() {
+  const auto words = line_->text().trimmed().toStdString();
+  if (words.empty())
+    return true;
+  try {
+    const auto element = settingFromText(field().element(), words, {});
+    if (std::ranges::count(elements(), element) > 0) {
+      complain(tr("That is in the list already"));
+      return false;
+    }
+    // Refused, the words stay to be mended; taken, the line is free before the list is shown anew.
+    line_->clear();
+    if (append(element))
+      return true;
+    line_->setText(text(words));
+  } catch (const SettingError& error) {
+    complain(text(error.what()));
+  }
+  return false;
+}
+
+void TextListControl::choose() {
+  const auto how = field().role == FieldRole::folder ? FormServices::Choosing::folder
+                                                     : FormServices::Choosing::files;
+  auto elements = this->elements();
+  for (const auto& path : services().choosePaths(window(), how, services().system.home)) {
+    const JSONValue element(pathText(path));
+    if (std::ranges::count(elements, element) == 0)
+      elements.push_back(element);
+  }
+  if (elements != this->elements())
+    sendList(std::move(elements));
+}
+
+QWidget* TextListControl::target() {
+  return line_;
+}
+
+ApplicationListControl::ApplicationListControl(const FieldInfo& field,
+                                               const FormServices& services)
+    : ListControl(field, services),
+      add_(new PanelButton(PanelButton::Kind::quiet, tr("Add app…"), [this] {
+        if (popup_)
+          return;
+        popup_ = new PickerPopup(add_, title(), tr("Application"),
+                                 applicationsSource(this->services()));
+        popup_->onChoose = [this](const PickerItem& item) { append(item.values.front().value); };
+        popup_->open();
+      })) {
+  column()->addWidget(add_, 0, Qt::AlignLeading);
+}
+
+PanelRow ApplicationListControl::rowOf(const JSONValue& element) const {
+  const auto name = memberText(element, "displayName");
+  const auto path = memberText(element, "path");
+  return {.title = name.isEmpty() ? path : name, .subtitle = name.isEmpty() ? QString() : path};
+}
+
+QWidget* ApplicationListControl::target() {
+  return add_;
+}
+
+RecordListControl::RecordListControl(const FieldInfo& field, const FormServices& services)
+    : ListControl(field, services), editor_(new QWidget) {
+  auto* column = new QVBoxLayout(editor_);
+  column->setContentsMargins(panel::padding, 0, 0, 0);
+  column->setSpacing(panel::grid);
+  editor_->hide();
+  this->column()->addWidget(editor_);
+  this->column()->addWidget(
+      new PanelButton(PanelButton::Kind::quiet, addTitle(field), [this] { add(); }), 0,
+      Qt::AlignLeading);
+  list()->onOpen = [this](int index) { open(index == open_ ? -1 : index); };
+}
+
+PanelRow RecordListControl::rowOf(const JSONValue& element) const {
+  PanelRow row;
+  for (const auto& each : field().fields) {
+    const auto words = memberText(element, each.key);
+    if (each.type != FieldType::text || words.isEmpty())
+      continue;
+    if (row.title.isEmpty())
+      row.title = words;
+    else if (row.subtitle.isEmpty())
+      row.subtitle = words;
+  }
+  if (row.title.isEmpty())
+    row.title = tr("Untitled");
+  return row;
+}
+
+void RecordListControl::setValue(const JSONValue& value, const JSONValue& record) {
+  ListControl::setValue(value, record);
+  if (open_ >= static_cast<int>(elements().size()))
+    open(-1);
+  else
+    showOpen();
+}
+
+void RecordListControl::add() {
+  JSONValue::Object fresh;
+  for (const auto& each : field().fields)
+    if (each.isRequired)
+      fresh.emplace(each.key, each.role == FieldRole::link ? JSONValue("https://")
+                              : each.type == FieldType::text ? JSONValue(tr("Untitled").toStdString())
+                                                             : each.defaultValue);
+  const auto count = static_cast<int>(elements().size());
+  if (append(std::move(fresh)))
+    open(count);
+}
+
+void RecordListControl::open(int index) {
+  open_ = index;
+  for (auto* row : rows_)
+    row->deleteLater();
+  rows_.clear();
+  if (open_ >= 0)
+    for (const auto& each : field().fields) {
+      if (each.isHidden)
+        continue;
+      auto* row = new FormRow(each, std::string(each.key), services());
+      row->onEdit = [this](const std::vector<SettingValue>& values) {
+        return change(values) ? std::string() : std::string("not taken");
+      };
+      row->onHeightChange = [this] {
+        if (onHeightChange)
+          onHeightChange();
+      };
+      rows_.push_back(row);
+      editor_->layout()->addWidget(row);
+    }
+  editor_->setVisible(open_ >= 0);
+  showOpen();
+  if (!rows_.empty())
+    rows_.front()->focusControl();
+  if (onHeightChange)
+    onHeightChange();
+}
+
+void RecordListControl::showOpen() {
+  if (open_ < 0 || open_ >= static_cast<int>(elements().size()))
+    return;
+  list()->setCurrentRow(open_);
+  for (auto* row : rows_)
+    row->show(elements()[static_cast<std::size_t>(open_)]);
+}
+
+bool RecordListControl::change(const std::vector<SettingValue>& values) {
+  auto elements = this->elements();
+  if (open_ < 0 || open_ >= static_cast<int>(elements.size()))
+    return false;
+  auto& record = *elements[static_cast<std::size_t>(open_)].object();
+  for (const auto& [path, value, before] : values)
+    if (value.isNull())
+      record.erase(path);
+    else
+      record[path] = value;
+  return sendList(std::move(elements));
+}
+
+bool RecordListControl::isTyping() const {
+  return std::ranges::any_of(rows_, [](const FormRow* row) { return row->isTyping(); });
+}
+
+bool RecordListControl::commit() {
+  return std::ranges::all_of(rows_, [](FormRow* row) { return row->commit(); });
+}
+
+} // namespace tavrin

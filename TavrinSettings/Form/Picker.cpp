@@ -1,0 +1,163 @@
+#include "TavrinSettings/Form/Picker.h"
+
+#include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelPaint.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QScreen>
+#include <QVBoxLayout>
+
+namespace tavrin {
+namespace {
+constexpr int popupWidth = 340;
+constexpr int visibleRows = 8;
+} // namespace
+
+PickerPopup::PickerPopup(QWidget* owner, const QString& name, const QString& prompt,
+                         PickerSource source)
+    : QWidget(owner->window(), Qt::Popup), owner_(owner), source_(std::move(source)) {
+  setAttribute(Qt::WA_DeleteOnClose);
+  setPalette(owner->palette());
+  setAccessibleName(name);
+  auto* column = new QVBoxLayout(this);
+  column->setContentsMargins(panel::grid, panel::grid, panel::grid, panel::grid);
+  column->setSpacing(panel::grid);
+  list_ = new PanelList(name, this);
+  list_->setMaximumVisibleRows(visibleRows);
+  list_->onOpen = [this](int row) { choose(row); };
+  if (!prompt.isEmpty()) {
+    search_ = new PanelSearchField(prompt, this);
+    search_->setList(list_);
+    search_->onChange = [this](const QString& words) { ask(words); };
+    search_->onReturn = [this] { choose(std::max(0, list_->currentRow())); };
+    column->addWidget(search_);
+  }
+  trouble_ = new PanelText({}, PanelTextStyle::secondary, this);
+  trouble_->setContentsMargins(panel::grid, 0, panel::grid, panel::grid);
+  column->addWidget(trouble_);
+  column->addWidget(list_);
+  setFixedWidth(std::max(popupWidth, owner->width()));
+}
+
+void PickerPopup::open() {
+  ask({});
+  adjustSize();
+  auto place = owner_->mapToGlobal(QPoint(owner_->width() - width(), owner_->height() + 4));
+  const auto room = owner_->screen()->availableGeometry();
+  if (place.y() + height() > room.bottom())
+    place.setY(owner_->mapToGlobal(QPoint(0, 0)).y() - height() - 4);
+  move(std::clamp(place.x(), room.left(), std::max(room.left(), room.right() - width())),
+       std::max(room.top(), place.y()));
+  show();
+  (search_ != nullptr ? static_cast<QWidget*>(search_) : list_)->setFocus(Qt::PopupFocusReason);
+}
+
+void PickerPopup::ask(const QString& words) {
+  asking_.reset();
+  const QPointer<PickerPopup> self(this);
+  auto asking = source_(words, [self](std::vector<PickerItem> items, const QString& trouble) {
+    if (self)
+      self->take(std::move(items), trouble);
+  });
+  asking_ = std::move(asking);
+}
+
+void PickerPopup::take(std::vector<PickerItem> items, const QString& trouble) {
+  items_ = std::move(items);
+  std::vector<PanelRow> rows;
+  int chosen = -1;
+  for (const auto& item : items_) {
+    if (item.row.isChecked)
+      chosen = static_cast<int>(rows.size());
+    rows.push_back(item.row);
+  }
+  list_->setRows(std::move(rows));
+  if (chosen >= 0)
+    list_->setCurrentRow(chosen);
+  trouble_->setWords(trouble);
+  trouble_->setVisible(!trouble.isEmpty());
+  list_->setVisible(!items_.empty());
+  adjustSize();
+}
+
+void PickerPopup::choose(int index) {
+  if (index < 0 || index >= static_cast<int>(items_.size()))
+    return;
+  const auto item = items_[static_cast<std::size_t>(index)];
+  const auto tell = onChoose;
+  close();
+  if (tell)
+    tell(item);
+}
+
+void PickerPopup::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Escape)
+    close();
+  else
+    QWidget::keyPressEvent(event);
+}
+
+void PickerPopup::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  const auto colours = PanelPalette::from(palette());
+  panelPaint::rounded(painter, rect(), 0, colours.ground, colours.hairline);
+}
+
+PickerControl::PickerControl(
+    const FieldInfo& field, const QString& prompt, PickerSource source,
+    std::function<QString(const JSONValue&, const JSONValue&)> titleOf)
+    : FormControl(field), prompt_(prompt), source_(std::move(source)),
+      titleOf_(std::move(titleOf)),
+      button_(new PanelButton(PanelButton::Kind::quiet, {}, [this] { open(); })) {
+  auto* row = new QHBoxLayout(this);
+  row->setContentsMargins(0, 0, 0, 0);
+  row->addWidget(button_);
+  button_->setSymbol(QStringLiteral("chevron.down"));
+  button_->setMaximumWidth(260);
+}
+
+void PickerControl::setValue(const JSONValue& value, const JSONValue& record) {
+  value_ = value;
+  record_ = record;
+  refresh();
+}
+
+void PickerControl::refresh() {
+  const auto words = value_.isNull() ? text(field().absent) : titleOf_(value_, record_);
+  button_->setTitle(words);
+  button_->setAccessibleName(title());
+  button_->setAccessibleDescription(words);
+}
+
+QWidget* PickerControl::target() {
+  return button_;
+}
+
+void PickerControl::open() {
+  if (popup_)
+    return;
+  auto source = [this](const QString& words, PickerAnswer answer) {
+    return source_(words, [this, words, answer](std::vector<PickerItem> items,
+                                                const QString& trouble) {
+      if (field().isNullable && words.isEmpty() && !field().absent.empty())
+        items.insert(items.begin(),
+                     {.row = {.id = QStringLiteral("none"), .title = text(field().absent)},
+                      .values = {{{}, {}, {}}}});
+      for (auto& item : items)
+        item.row.isChecked = item.values.size() == 1 && item.values.front().value == value_;
+      answer(std::move(items), trouble);
+    });
+  };
+  popup_ = new PickerPopup(button_, title(), prompt_, std::move(source));
+  popup_->onChoose = [this](const PickerItem& item) {
+    if (onEdit)
+      onEdit(item.values);
+  };
+  popup_->open();
+}
+
+} // namespace tavrin

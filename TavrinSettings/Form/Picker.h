@@ -1,0 +1,74 @@
+#pragma once
+
+#include "TavrinSettings/Form/FormControl.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
+
+#include <QPointer>
+
+namespace tavrin {
+
+class PanelButton;
+
+/// One thing that a picker offers.
+struct PickerItem {
+  PanelRow row;
+  std::vector<SettingValue> values;
+};
+
+/// Answers what there is for the words in the search line; at once or later, and again when more is
+/// known. `trouble` is a sentence for an empty list.
+using PickerAnswer = std::function<void(std::vector<PickerItem> items, const QString& trouble)>;
+using PickerSource = std::function<TokenPtr(const QString& words, PickerAnswer answer)>;
+
+/// A list to choose from that drops down from a button, with a line to search in.
+class PickerPopup : public QWidget {
+public:
+  /// `prompt` is what the empty search line says; empty for a list without one.
+  PickerPopup(QWidget* owner, const QString& name, const QString& prompt, PickerSource source);
+
+  std::function<void(const PickerItem& item)> onChoose;
+  void open();
+
+protected:
+  void paintEvent(QPaintEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+
+private:
+  void ask(const QString& words);
+  void take(std::vector<PickerItem> items, const QString& trouble);
+  void choose(int index);
+
+  QWidget* owner_;
+  PickerSource source_;
+  std::vector<PickerItem> items_;
+  class PanelSearchField* search_ = nullptr;
+  PanelList* list_;
+  class PanelText* trouble_;
+  TokenPtr asking_;
+};
+
+/// A button with what is chosen, and the list that it opens.
+class PickerControl : public FormControl {
+public:
+  PickerControl(const FieldInfo& field, const QString& prompt, PickerSource source,
+                std::function<QString(const JSONValue& value, const JSONValue& record)> titleOf);
+  ~PickerControl() override { delete popup_; }
+  void setValue(const JSONValue& value, const JSONValue& record) override;
+  QWidget* target() override;
+  void refresh() override;
+
+  /// Opens the list; for the keyboard and tests.
+  void open();
+  PickerPopup* popup() const { return popup_; }
+
+private:
+  QString prompt_;
+  PickerSource source_;
+  std::function<QString(const JSONValue&, const JSONValue&)> titleOf_;
+  JSONValue value_;
+  JSONValue record_;
+  PanelButton* button_;
+  QPointer<PickerPopup> popup_;
+};
+
+} // namespace tavrin

@@ -1,0 +1,268 @@
+#include "TavrinSettings/Form/SimpleControls.h"
+
+#include "TavrinCore/Settings/SettingText.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelFont.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelSegments.h"
+
+#include <QComboBox>
+#include <QDateTimeEdit>
+#include <QDoubleSpinBox>
+#include <QHBoxLayout>
+#include <QLineEdit>
+#include <QSignalBlocker>
+#include <algorithm>
+#include <cmath>
+
+namespace tavrin {
+namespace {
+
+QHBoxLayout* rowOf(QWidget* widget) {
+  auto* row = new QHBoxLayout(widget);
+  row->setContentsMargins(0, 0, 0, 0);
+  row->setSpacing(8);
+  return row;
+}
+
+/// Words that stand side by side without crowding a form of the least width.
+bool fitsSegments(const std::vector<ChoiceControl::Choice>& choices) {
+  qsizetype letters = 0;
+  for (const auto& choice : choices)
+    letters += choice.second.size() + 3;
+  return choices.size() <= 4 && letters <= 36;
+}
+
+} // namespace
+
+ToggleControl::ToggleControl(const FieldInfo& field)
+    : FormControl(field), toggle_(new PanelSwitch(title())) {
+  rowOf(this)->addWidget(toggle_);
+  toggle_->onChange = [this](bool on) { send(on); };
+}
+
+void ToggleControl::setValue(const JSONValue& value, const JSONValue&) {
+  toggle_->setOn(value.boolean() != nullptr && *value.boolean());
+}
+
+QWidget* ToggleControl::target() {
+  return toggle_;
+}
+
+ChoiceControl::ChoiceControl(const FieldInfo& field,
+                             std::function<std::vector<Choice>(const JSONValue&)> choices)
+    : FormControl(field), makeChoices_(std::move(choices)) {
+  rowOf(this);
+}
+
+void ChoiceControl::make() {
+  delete segments_;
+  delete box_;
+  segments_ = nullptr;
+  box_ = nullptr;
+  QStringList titles;
+  for (const auto& choice : choices_)
+    titles.append(choice.second);
+  if (fitsSegments(choices_)) {
+    segments_ = new PanelSegments(title(), titles, this);
+    segments_->onChange = [this](int index) { chose(index); };
+    layout()->addWidget(segments_);
+  } else {
+    box_ = new QComboBox(this);
+    box_->addItems(titles);
+    box_->setAccessibleName(title());
+    box_->setFont(panelFont(PanelTextStyle::body));
+    box_->setMinimumContentsLength(8);
+    box_->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+    connect(box_, &QComboBox::activated, this, [this](int index) { chose(index); });
+    layout()->addWidget(box_);
+  }
+}
+
+void ChoiceControl::chose(int index) {
+  if (index < 0 || index >= static_cast<int>(choices_.size()))
+    return;
+  const auto chosen = choices_[static_cast<std::size_t>(index)].first;
+  if (chosen != value_)
+    send(chosen);
+}
+
+void ChoiceControl::setValue(const JSONValue& value, const JSONValue& record) {
+  value_ = value;
+  auto choices = makeChoices_(record);
+  // What is stored and known to nobody is shown as it stands.
+  if (std::ranges::count(choices, value, &Choice::first) == 0)
+    choices.emplace_back(value, text(settingText(field(), value)));
+  if (choices != choices_) {
+    choices_ = std::move(choices);
+    make();
+  }
+  const auto place = std::ranges::find(choices_, value, &Choice::first) - choices_.begin();
+  if (segments_ != nullptr)
+    segments_->setCurrent(static_cast<int>(place));
+  else
+    box_->setCurrentIndex(static_cast<int>(place));
+}
+
+QWidget* ChoiceControl::target() {
+  return segments_ != nullptr ? static_cast<QWidget*>(segments_) : box_;
+}
+
+NumberControl::NumberControl(const FieldInfo& field)
+    : FormControl(field), box_(new QDoubleSpinBox) {
+  box_->setAccessibleName(title());
+  box_->setFont(panelFont(PanelTextStyle::body));
+  box_->setKeyboardTracking(false);
+  box_->setAlignment(Qt::AlignHCenter);
+  box_->setMinimumWidth(150);
+  if (field.isNullable)
+    box_->setSpecialValueText(text(field.absent));
+  rowOf(this)->addWidget(box_);
+  connect(box_, &QDoubleSpinBox::valueChanged, this, [this](double shown) { changed(shown); });
+}
+
+void NumberControl::setValue(const JSONValue& value, const JSONValue& record) {
+  const QSignalBlocker quiet(box_);
+  value_ = value;
+  display_ = field().displayIn(record);
+  const double factor = display_.factor;
+  const bool isExact = factor == 1 && field().type == FieldType::integer;
+  const double step = field().step > 0 ? field().step : factor;
+  const auto range = field().range.value_or(FieldRange{-1e12, 1e12});
+  box_->setDecimals(isExact ? 0 : factor == 60 ? 2 : 1);
+  box_->setSingleStep(factor == 1 || factor == 60 || factor >= 1000 ? step / factor
+                                                                  : std::max(1.0, step / 50));
+  const double stored = value.doubleValue().value_or(range.lower);
+  // A number from elsewhere may lie outside; it is shown, and only other numbers are bounded.
+  const double lower = field().isNullable ? 0 : range.lower;
+  box_->setRange(std::min(lower, stored) / factor, std::max(range.upper, stored) / factor);
+  box_->setSuffix(display_.unit.empty() ? QString()
+                                        : QStringLiteral(" %1").arg(text(display_.unit)));
+  box_->setValue(value.isNull() ? box_->minimum() : stored / factor);
+}
+
+void NumberControl::changed(double shown) {
+  if (field().isNullable && shown == box_->minimum()) {
+    send({});
+    return;
+  }
+  const double stored = shown * display_.factor;
+  const auto range = field().range.value_or(FieldRange{-1e12, 1e12});
+  const double bounded = std::clamp(stored, range.lower, range.upper);
+  if (field().type == FieldType::integer)
+    send(static_cast<std::int64_t>(std::llround(bounded)));
+  else
+    send(std::round(bounded * 1000) / 1000);
+}
+
+bool NumberControl::isTyping() const {
+  return box_->hasFocus() && box_->text() != box_->textFromValue(box_->value()) + box_->suffix() &&
+         box_->text() != box_->specialValueText();
+}
+
+bool NumberControl::commit() {
+  box_->interpretText();
+  return true;
+}
+
+QWidget* NumberControl::target() {
+  return box_;
+}
+
+TextControl::TextControl(const FieldInfo& field, const FormServices& services)
+    : FormControl(field), services_(services), line_(new QLineEdit) {
+  line_->setAccessibleName(title());
+  line_->setFont(panelFont(PanelTextStyle::body));
+  line_->setPlaceholderText(text(field.absent));
+  line_->setMinimumWidth(160);
+  rowOf(this)->addWidget(line_, 1);
+  connect(line_, &QLineEdit::textEdited, this, [this] { take(); });
+}
+
+bool TextControl::isWide() const {
+  return field().type == FieldType::text && field().role != FieldRole::plain;
+}
+
+void TextControl::setValue(const JSONValue& value, const JSONValue&) {
+  isTyping_ = false;
+  const auto words = value.isNull()               ? std::string()
+                     : value.string() != nullptr ? *value.string()
+                                                 : settingText(field(), value);
+  const auto shown = text(words);
+  if (line_->text() == shown)
+    return;
+  const int cursor = line_->cursorPosition();
+  line_->setText(shown);
+  line_->setCursorPosition(std::min(cursor, static_cast<int>(shown.size())));
+}
+
+bool TextControl::take() {
+  const auto words = line_->text().toStdString();
+  isTyping_ = true;
+  try {
+    JSONValue value;
+    if (!(words.empty() && field().isNullable))
+      value = field().type == FieldType::text
+                  ? JSONValue(words)
+                  : settingFromText(field(), words, services_.now ? services_.now() : Date{});
+    isTyping_ = !send(std::move(value));
+  } catch (const SettingError& error) {
+    complain(text(error.what()));
+  }
+  return !isTyping_;
+}
+
+bool TextControl::commit() {
+  return !isTyping_ || take();
+}
+
+QWidget* TextControl::target() {
+  return line_;
+}
+
+LinesControl::LinesControl(const FieldInfo& field)
+    : FormControl(field), edit_(new PanelTextEdit(title(), text(field.absent))) {
+  edit_->setLines(4);
+  rowOf(this)->addWidget(edit_, 1);
+  edit_->onChange = [this](const QString&) { isTyping_ = !commit(); };
+}
+
+void LinesControl::setValue(const JSONValue& value, const JSONValue&) {
+  isTyping_ = false;
+  edit_->setText(text(value.string() != nullptr ? *value.string() : std::string()));
+}
+
+bool LinesControl::commit() {
+  isTyping_ = !send(edit_->toPlainText().toStdString());
+  return !isTyping_;
+}
+
+QWidget* LinesControl::target() {
+  return edit_;
+}
+
+DateControl::DateControl(const FieldInfo& field) : FormControl(field), edit_(new QDateTimeEdit) {
+  edit_->setAccessibleName(title());
+  edit_->setFont(panelFont(PanelTextStyle::body));
+  edit_->setDisplayFormat(QStringLiteral("yyyy-MM-dd HH:mm"));
+  edit_->setKeyboardTracking(false);
+  edit_->setAlignment(Qt::AlignHCenter);
+  edit_->setMinimumWidth(220);
+  rowOf(this)->addWidget(edit_);
+  connect(edit_, &QDateTimeEdit::dateTimeChanged, this, [this](const QDateTime& moment) {
+    send(Date::fromUnixSeconds(static_cast<double>(moment.toSecsSinceEpoch()))
+             .secondsSinceReferenceDate);
+  });
+}
+
+void DateControl::setValue(const JSONValue& value, const JSONValue&) {
+  const QSignalBlocker quiet(edit_);
+  const Date date{value.doubleValue().value_or(0)};
+  edit_->setDateTime(
+      QDateTime::fromSecsSinceEpoch(static_cast<qint64>(std::floor(date.unixSeconds()))));
+}
+
+QWidget* DateControl::target() {
+  return edit_;
+}
+
+} // namespace tavrin

@@ -1,0 +1,380 @@
+#include "TavrinSettings/Form/SystemControls.h"
+
+#include "TavrinCore/Base/TimeZone.h"
+#include "TavrinCore/Text/FoldedWords.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+
+#include <QVBoxLayout>
+#include <algorithm>
+#include <fmt/format.h>
+#include <map>
+#include <memory>
+
+namespace tavrin {
+namespace {
+
+QString words(std::string_view text) {
+  return FormControl::text(text);
+}
+
+/// Whether every word of the question begins a word of the text, case and accents aside.
+bool matches(const std::string& text, const QString& question) {
+  const auto folded = foldedWords(text);
+  const auto known = wordsOf(folded);
+  for (const auto& asked : wordsOf(foldedWords(question.toStdString())))
+    if (std::ranges::none_of(known, [&](const auto& word) { return word.starts_with(asked); }))
+      return false;
+  return true;
+}
+
+/// "+05:30" at that moment; empty for a zone the system does not have.
+std::string offsetText(const std::string& zoneID, Date now) {
+  const auto zone = timeZone(zoneID);
+  if (!zone)
+    return {};
+  const auto moment = ZoneMoment(cctz::seconds(static_cast<std::int64_t>(now.unixSeconds())));
+  const int offset = zone->lookup(moment).offset;
+  const int minutes = std::abs(offset) / 60;
+  return fmt::format("{}{:02}:{:02}", offset < 0 ? "-" : "+", minutes / 60, minutes % 60);
+}
+
+/// "New York" of America/New_York.
+std::string cityOf(const std::string& zoneID) {
+  auto city = zoneID.substr(zoneID.rfind('/') + 1);
+  std::ranges::replace(city, '_', ' ');
+  return city;
+}
+
+std::string regionOf(const std::string& zoneID) {
+  const auto slash = zoneID.rfind('/');
+  auto region = slash == std::string::npos ? std::string() : zoneID.substr(0, slash);
+  std::ranges::replace(region, '_', ' ');
+  return region;
+}
+
+/// Whether the question is the zone's offset, however it is written: "+5:30", "utc+05:30", "-3".
+bool isOffset(const std::string& offset, const QString& question) {
+  auto asked = question.toLower().remove(QLatin1Char(' '));
+  for (const auto* name : {"utc", "gmt"})
+    if (asked.startsWith(QLatin1String(name)))
+      asked.remove(0, 3);
+  if (asked.size() < 2 || (asked[0] != QLatin1Char('+') && asked[0] != QLatin1Char('-')))
+    return false;
+  if (asked.size() == 2 || asked[2] == QLatin1Char(':'))
+    asked.insert(1, QLatin1Char('0'));
+  return words(offset).startsWith(asked);
+}
+
+std::string quoted(const JSONValue& value) {
+  return value.string() != nullptr ? *value.string() : value.compact();
+}
+
+/// Pictures of applications as they come, asked for once each.
+struct IconShelf {
+  struct Tokens final : Token {
+    std::vector<TokenPtr> list;
+  };
+  std::map<std::string, QImage> images;
+
+  /// Gives the rows the pictures of `icons` and answers, at once and when those that lacked came.
+  TokenPtr answer(const FormServices& services, std::vector<PickerItem> items,
+                  const std::vector<std::string>& icons, const PickerAnswer& answer,
+                  const std::shared_ptr<IconShelf>& self) {
+    auto tokens = std::make_unique<Tokens>();
+    const auto show = [items = std::move(items), icons, answer, self] {
+      auto shown = items;
+      for (std::size_t i = 0; i < shown.size(); ++i)
+        shown[i].row.image = self->images[icons[i]];
+      answer(std::move(shown),
+             items.empty() ? QObject::tr("No application goes by that") : QString());
+    };
+    show();
+    const auto missing = std::make_shared<std::size_t>(0);
+    constexpr std::size_t mostPictures = 60;
+    for (std::size_t i = 0; i < std::min(icons.size(), mostPictures); ++i) {
+      const auto& icon = icons[i];
+      if (!services.applicationIcon || icon.empty() || !images[icon].isNull())
+        continue;
+      ++*missing;
+      tokens->list.push_back(
+          services.applicationIcon(icon, 24, 2, [self, icon, missing, show](const QImage& image) {
+            self->images[icon] = image;
+            if (--*missing == 0)
+              show();
+          }));
+    }
+    return tokens;
+  }
+};
+
+/// What was asked for first, and what that asked for.
+struct Chain final : Token {
+  TokenPtr first;
+  TokenPtr then;
+};
+
+/// Lists applications through `add`, which makes the items of one of them.
+PickerSource listingApplications(
+    const FormServices& services,
+    std::function<std::vector<PickerItem>(const ApplicationInfo&, const QString&)> add) {
+  const auto shelf = std::make_shared<IconShelf>();
+  return [&services, add, shelf](const QString& question, const PickerAnswer& answer) -> TokenPtr {
+    if (!services.applications) {
+      answer({}, QObject::tr("Applications cannot be listed here"));
+      return nullptr;
+    }
+    auto chain = std::make_unique<Chain>();
+    chain->first = services.applications(
+        [=, &services, chain = chain.get()](const std::vector<ApplicationInfo>& found) {
+          std::vector<PickerItem> items;
+          std::vector<std::string> icons;
+          for (const auto& app : found)
+            for (auto& item : add(app, question)) {
+              items.push_back(std::move(item));
+              icons.push_back(app.icon);
+            }
+          chain->then = shelf->answer(services, std::move(items), icons, answer, shelf);
+        });
+    return chain;
+  };
+}
+
+const JSONValue* memberOf(const JSONValue& record, FieldRole role) {
+  return record.member(role == FieldRole::latitude ? "latitude" : "longitude");
+}
+
+} // namespace
+
+FormControl* makeTimeZoneControl(const FieldInfo& field, const FormServices& services) {
+  const auto source = [&services](const QString& question, const PickerAnswer& answer) -> TokenPtr {
+    const Date now = services.now ? services.now() : Date{};
+    const auto zones = services.timeZones ? services.timeZones() : std::vector<std::string>();
+    std::vector<PickerItem> items;
+    for (const auto& zone : zones) {
+      const auto offset = offsetText(zone, now);
+      if (!question.isEmpty() && !isOffset(offset, question) &&
+          !matches(cityOf(zone) + " " + regionOf(zone) + " " + zone, question))
+        continue;
+      items.push_back({.row = {.id = words(zone),
+                               .title = words(cityOf(zone)),
+                               .subtitle = words(regionOf(zone)),
+                               .trailing = words("UTC" + offset)},
+                       .values = {{{}, zone, {}}}});
+    }
+    std::ranges::stable_sort(items, {}, [](const PickerItem& item) { return item.row.title; });
+    const bool isEmpty = items.empty();
+    answer(std::move(items), isEmpty ? QObject::tr("No time zone goes by that") : QString());
+    return nullptr;
+  };
+  return new PickerControl(field, QObject::tr("City or offset, such as +5:30"), source,
+                           [&services](const JSONValue& value, const JSONValue&) {
+                             const auto zone = quoted(value);
+                             const auto offset =
+                                 offsetText(zone, services.now ? services.now() : Date{});
+                             return words(offset.empty() ? zone
+                                                         : cityOf(zone) + "  UTC" + offset);
+                           });
+}
+
+FormControl* makeCityControl(const FieldInfo& field, const FormServices& services) {
+  const auto source = [&services](const QString& question, const PickerAnswer& answer) -> TokenPtr {
+    const auto name = question.trimmed();
+    if (name.size() < 2 || !services.cities) {
+      answer({}, services.cities ? QObject::tr("Type the name of a city")
+                                 : QObject::tr("Cities cannot be looked up here"));
+      return nullptr;
+    }
+    answer({}, QObject::tr("Looking…"));
+    return services.cities(
+        name.toStdString(), [answer](std::vector<WeatherPlace> places, const std::string& trouble) {
+          std::vector<PickerItem> items;
+          for (const auto& place : places)
+            items.push_back({.row = {.id = words(place.id()),
+                                     .title = words(place.name),
+                                     .subtitle = words(place.region.value_or(""))},
+                             .values = {{{}, place.name, {}},
+                                        {"latitude", place.latitude, {}},
+                                        {"longitude", place.longitude, {}}}});
+          const bool isEmpty = items.empty();
+          answer(std::move(items), !trouble.empty() ? words(trouble)
+                                   : isEmpty        ? QObject::tr("No place goes by that name")
+                                                    : QString());
+        });
+  };
+  const auto titleOf = [](const JSONValue& value, const JSONValue& record) {
+    if (!value.isNull())
+      return words(quoted(value));
+    const auto* latitude = memberOf(record, FieldRole::latitude);
+    const auto* longitude = memberOf(record, FieldRole::longitude);
+    return latitude == nullptr || longitude == nullptr
+               ? QString()
+               : words(fmt::format("{:.2f}°, {:.2f}°", latitude->doubleValue().value_or(0),
+                                   longitude->doubleValue().value_or(0)));
+  };
+  return new PickerControl(field, QObject::tr("City"), source, titleOf);
+}
+
+FormControl* makeSystemChoiceControl(const FieldInfo& field, const FormServices& services) {
+  const auto item = [](const std::string& id, const std::string& title,
+                       const std::string& subtitle = {}) {
+    return PickerItem{
+        .row = {.id = words(id), .title = words(title), .subtitle = words(subtitle)},
+        .values = {{{}, id, {}}}};
+  };
+  // What was answered last names what is chosen.
+  const auto known = std::make_shared<std::vector<std::pair<std::string, std::string>>>();
+  const auto role = field.role;
+  const auto source = [&services, item, role, known](const QString&,
+                                                     const PickerAnswer& answer) -> TokenPtr {
+    if (role == FieldRole::reminderList && services.accounts) {
+      answer({}, QObject::tr("Asking the calendar store…"));
+      return services.accounts(
+          CalendarStore::Entity::reminders, [=](const CalendarStore::Accounts& found) {
+            std::vector<PickerItem> items;
+            known->clear();
+            for (const auto& account : found.accounts)
+              for (const auto& list : account.calendars) {
+                items.push_back(item(list.id, list.title, account.name));
+                known->emplace_back(list.id, list.title);
+              }
+            const bool isEmpty = items.empty();
+            answer(std::move(items),
+                   isEmpty ? QObject::tr("There are no reminder lists") : QString());
+          });
+    }
+    std::vector<PickerItem> items;
+    known->clear();
+    if (role == FieldRole::player && services.players)
+      *known = services.players();
+    if (role == FieldRole::networkLink && services.networkLinks)
+      for (const auto& link : services.networkLinks())
+        known->emplace_back(link, link);
+    for (const auto& [id, title] : *known)
+      items.push_back(item(id, title));
+    const bool isEmpty = items.empty();
+    answer(std::move(items), !isEmpty                     ? QString()
+                             : role == FieldRole::player  ? QObject::tr("No player is running")
+                             : role == FieldRole::networkLink
+                                 ? QObject::tr("There are no network links")
+                                 : QObject::tr("There is no calendar store here"));
+    return nullptr;
+  };
+  return new PickerControl(field, {}, source, [known](const JSONValue& value, const JSONValue&) {
+    const auto id = quoted(value);
+    const auto found = std::ranges::find(*known, id, &std::pair<std::string, std::string>::first);
+    return words(found == known->end() ? id : found->second);
+  });
+}
+
+FormControl* makeApplicationActionControl(const FieldInfo& field, const FormServices& services) {
+  const auto add = [](const ApplicationInfo& app, const QString& question) {
+    std::vector<PickerItem> items;
+    if (matches(app.name + " " + app.genericName + " " + app.id, question))
+      items.push_back(
+          {.row = {.id = words(app.id), .title = words(app.name)}, .values = {{{}, app.id, {}}}});
+    for (const auto& action : app.actions)
+      if (matches(app.name + " " + action.name, question))
+        items.push_back({.row = {.id = words(app.id + "/" + action.id),
+                                 .title = words(action.name),
+                                 .subtitle = words(app.name)},
+                         .values = {{{}, app.id + "/" + action.id, {}}}});
+    return items;
+  };
+  return new PickerControl(
+      field, QObject::tr("Application or action"), listingApplications(services, add),
+      [](const JSONValue& value, const JSONValue&) { return words(quoted(value)); });
+}
+
+PickerSource applicationsSource(const FormServices& services) {
+  return listingApplications(services, [](const ApplicationInfo& app, const QString& question) {
+    std::vector<PickerItem> items;
+    if (!matches(app.name + " " + app.genericName + " " + app.id, question))
+      return items;
+    AppEntry entry;
+    entry.path = app.path;
+    entry.bundleIdentifier = app.id;
+    entry.displayName = app.name;
+    items.push_back({.row = {.id = words(app.id),
+                             .title = words(app.name),
+                             .subtitle = words(app.genericName)},
+                     .values = {{{}, encode(entry), {}}}});
+    return items;
+  });
+}
+
+CalendarsControl::CalendarsControl(const FieldInfo& field, const FormServices& services)
+    : FormControl(field), services_(services), list_(new PanelList(title())),
+      words_(new PanelText(QObject::tr("Asking the calendar store…"), PanelTextStyle::secondary)) {
+  auto* column = new QVBoxLayout(this);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(4);
+  column->addWidget(words_);
+  column->addWidget(list_);
+  list_->hide();
+  list_->setMaximumVisibleRows(8);
+  list_->onOpen = [this](int row) { toggle(row); };
+}
+
+void CalendarsControl::setValue(const JSONValue& value, const JSONValue&) {
+  try {
+    selection_ = value.isNull() ? CalendarSelection() : decode<CalendarSelection>(value);
+  } catch (const CodingError&) {
+    selection_ = {};
+  }
+  if (!hasAsked_)
+    ask();
+  fill();
+}
+
+void CalendarsControl::ask() {
+  hasAsked_ = true;
+  if (!services_.accounts) {
+    hasAnswer_ = true;
+    return;
+  }
+  asking_ = services_.accounts(CalendarStore::Entity::events,
+                               [this](const CalendarStore::Accounts& found) {
+                                 accounts_ = found.accounts;
+                                 hasAnswer_ = true;
+                                 fill();
+                                 if (onHeightChange)
+                                   onHeightChange();
+                               });
+}
+
+void CalendarsControl::fill() {
+  std::vector<PanelRow> rows;
+  const bool isAll = selection_.accountIDs.empty() && selection_.calendarIDs.empty();
+  for (const auto& account : accounts_) {
+    rows.push_back({.id = words("a" + account.id),
+                    .title = words(account.name),
+                    .isChecked = std::ranges::count(selection_.accountIDs, account.id) > 0});
+    for (const auto& calendar : account.calendars)
+      rows.push_back({.id = words("c" + calendar.id),
+                      .title = words("   " + calendar.title),
+                      .dot = QColor(words(calendar.colorHex.value_or("#8E8E93"))),
+                      .isChecked = !isAll && selection_.includes(calendar)});
+  }
+  list_->setVisible(!rows.empty());
+  words_->setWords(rows.empty() ? (hasAnswer_ ? QObject::tr("There are no calendars here")
+                                              : QObject::tr("Asking the calendar store…"))
+                   : isAll      ? text(field().absent)
+                                : QString());
+  words_->setVisible(!words_->text().isEmpty());
+  list_->setRows(std::move(rows));
+}
+
+void CalendarsControl::toggle(int row) {
+  const auto shown = list_->row(row);
+  const auto id = shown.id.mid(1).toStdString();
+  const auto changed = shown.id.startsWith(QLatin1Char('a'))
+                           ? selection_.settingAccount(id, !shown.isChecked)
+                           : selection_.settingCalendar(id, !shown.isChecked);
+  send(encode(changed));
+}
+
+QWidget* CalendarsControl::target() {
+  return list_;
+}
+
+} // namespace tavrin
