@@ -22,6 +22,20 @@ public:
   /// From now on this process's memory goes into no core dump, nor to other programs of the user.
   virtual void keepMemoryPrivate() = 0;
 
+  /// Asks another application, by its identifier, for an action, which starts it where the desktop
+  /// can; `object` is what the action is about. No answer is waited for, and where the desktop has
+  /// no way to ask, nothing happens.
+  virtual void request(const std::string& identifier, const std::string& action,
+                       const std::string& object) {
+    static_cast<void>(identifier);
+    static_cast<void>(action);
+    static_cast<void>(object);
+  }
+
+  /// Somebody asks this application for an action of its own; answers whether there is such a one.
+  /// A start with the argument "--ACTION=OBJECT" is such a request, and goes to the process that
+  /// runs already where there is one.
+  std::function<bool(const std::string& action, const std::string& object)> onAction;
   /// The user clicked the tile, or asked for the running application.
   std::function<void()> onReopen;
   /// Whether files may be dropped on the tile now; asked while they are dragged over it.

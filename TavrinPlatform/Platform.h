@@ -82,6 +82,9 @@ public:
 
 /// What a program says of itself before it has a platform.
 struct ProgramSetup {
+  /// What the program is called where it stands in no bundle that says so: there is one process of
+  /// it in a session. Empty for programs of which there may be many.
+  std::string identifier = {};
   /// Does what every process of this program would do first. Where processes that are started
   /// together come from one, it is done once for all of them.
   std::function<void()> prepare = {};

@@ -65,7 +65,12 @@ public:
 
   /// Asks the application for one of its actions ("open" has its panel stand open, "quit" ends it),
   /// which starts it where the desktop can. Answers whether it took the request.
-  virtual bool perform(const std::string& bundleIdentifier, const std::string& action) = 0;
+  bool perform(const std::string& bundleIdentifier, const std::string& action) {
+    return perform(bundleIdentifier, action, std::nullopt);
+  }
+  /// The same with what the action is about: "edit" takes a widget's identifier.
+  virtual bool perform(const std::string& bundleIdentifier, const std::string& action,
+                       const std::optional<std::string>& object) = 0;
 };
 
 } // namespace tavrin

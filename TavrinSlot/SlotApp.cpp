@@ -137,6 +137,9 @@ void SlotApp::editWidget() {
     return;
   panel_.closeIfShown();
   platform_.notifications().post(std::string(DockSlot::editWidgetNotification), widget_->id.text());
+  // Nobody may be there to hear it: the desktop then starts who is.
+  platform_.application().request(std::string(DockSlot::hostIdentifier),
+                                  std::string(DockSlot::editAction), widget_->id.text());
 }
 
 } // namespace tavrin

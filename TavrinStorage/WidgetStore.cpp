@@ -109,6 +109,15 @@ void WidgetStore::update(DockWidget widget) {
   change(widget.id, [&](DockWidget& stored) { stored = widget; });
 }
 
+void WidgetStore::put(DockWidget widget) {
+  document_.change([&](WidgetsFile& file) {
+    if (auto* present = find(file, widget.id))
+      *present = widget;
+    else
+      file.widgets.push_back(widget);
+  });
+}
+
 void WidgetStore::remove(UUID id) {
   document_.change([&](WidgetsFile& file) {
     std::erase_if(file.widgets, [&](const DockWidget& widget) { return widget.id == id; });

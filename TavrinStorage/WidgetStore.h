@@ -44,6 +44,9 @@ public:
     document_.change([&](WidgetsFile& file) { return change(required(file, id)); });
   }
   void remove(UUID id);
+  /// Replaces the widget with the same id, or adds this one where there is none: what was removed
+  /// comes back as it was.
+  void put(DockWidget widget);
 
   /// Several changes as one: the file is read before the first and written after the last. What
   /// `changes` throws undoes them all. Gives what `changes` gives; that may run more than once.

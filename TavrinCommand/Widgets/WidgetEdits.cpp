@@ -28,18 +28,6 @@ std::vector<Assignment> assignments(const Words& words) {
                   "all twelve slots are taken; release one with `tavrin widgets release NAME`");
 }
 
-/// "Timer", or "Timer 2" when that is taken.
-std::string freeName(const WidgetsFile& file, std::string_view title) {
-  const auto isTaken = [&](const std::string& name) {
-    return std::ranges::any_of(file.widgets,
-                               [&](const DockWidget& widget) { return widget.name == name; });
-  };
-  std::string name(title);
-  for (int number = 2; isTaken(name); ++number)
-    name = fmt::format("{} {}", title, number);
-  return name;
-}
-
 int checkedSlot(std::string_view text) {
   int slot = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), slot);

@@ -14,6 +14,11 @@ struct DockSlot {
       "dev.quellby.tavrin.widgetsChanged";
   static constexpr std::string_view editWidgetNotification = "dev.quellby.tavrin.editWidget";
 
+  /// The identifier of the application in which widgets are set up, and its action that opens a
+  /// widget's settings.
+  static constexpr std::string_view hostIdentifier = "dev.quellby.Tavrin";
+  static constexpr std::string_view editAction = "edit";
+
   /// "dev.quellby.Tavrin.Slot3"
   static std::string bundleIdentifier(int slot);
   /// "dev.quellby.Tavrin.Widget." and the identifier in upper case.

@@ -35,7 +35,8 @@ int Kind::defaultSpan() const {
 std::span<const KindInfo> allKinds() {
   static constexpr auto infos = std::apply(
       [](const auto&... row) {
-        return std::array{KindInfo{row.key, row.title, row.symbol, row.maxSpan, row.takesFiles}...};
+        return std::array{KindInfo{row.key, row.title, row.symbol, row.purpose, row.words,
+                                   row.maxSpan, row.takesFiles}...};
       },
       kindTable);
   return infos;

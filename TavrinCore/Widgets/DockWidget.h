@@ -73,6 +73,9 @@ struct KindInfo {
   std::string_view key;
   std::string_view title;
   std::string_view symbol;
+  /// What it is for, in a sentence, and further words it may be looked for by.
+  std::string_view purpose;
+  std::string_view words;
   int maxSpan = 1;
   bool takesFiles = false;
 };

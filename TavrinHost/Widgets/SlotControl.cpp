@@ -168,7 +168,7 @@ void SlotControl::waitForLaunched(std::vector<std::pair<Outcome*, ProcessID>> la
                 fmt::format("runs, but did not answer within {} s", launchLimit)};
 }
 
-std::vector<SlotControl::Outcome> SlotControl::start(const std::set<int>& slots) {
+SlotControl::Launched SlotControl::launchThose(const std::set<int>& slots) {
   std::vector<Outcome> outcomes;
   std::vector<std::size_t> waiting;
   std::vector<RunningApplications::Launch> launches;
@@ -189,16 +189,28 @@ std::vector<SlotControl::Outcome> SlotControl::start(const std::set<int>& slots)
     fault = failed.what();
   }
   processes.resize(launches.size());
-  std::vector<std::pair<Outcome*, ProcessID>> watched;
+  Launched launched{std::move(outcomes), {}};
   for (std::size_t i = 0; i < waiting.size(); ++i) {
-    auto& outcome = outcomes[waiting[i]];
+    auto& outcome = launched.outcomes[waiting[i]];
     if (processes[i] > 0)
-      watched.emplace_back(&outcome, processes[i]);
+      launched.waiting.emplace_back(waiting[i], processes[i]);
     else
       outcome = {outcome.slot, false, fault};
   }
+  return launched;
+}
+
+std::vector<SlotControl::Outcome> SlotControl::launchAll(const std::set<int>& slots) {
+  return launchThose(slots).outcomes;
+}
+
+std::vector<SlotControl::Outcome> SlotControl::start(const std::set<int>& slots) {
+  auto launched = launchThose(slots);
+  std::vector<std::pair<Outcome*, ProcessID>> watched;
+  for (const auto& [index, process] : launched.waiting)
+    watched.emplace_back(&launched.outcomes[index], process);
   waitForLaunched(std::move(watched));
-  return outcomes;
+  return std::move(launched.outcomes);
 }
 
 std::vector<SlotControl::Outcome> SlotControl::stop(const std::set<int>& slots) {

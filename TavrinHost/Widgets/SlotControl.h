@@ -41,6 +41,8 @@ public:
 
   /// Launches those that do not run, and waits until each has come up or failed.
   std::vector<Outcome> start(const std::set<int>& slots);
+  /// The same without waiting: what was launched may still fail.
+  std::vector<Outcome> launchAll(const std::set<int>& slots);
   /// Asks those that run to end, and ends those that do not within some seconds.
   std::vector<Outcome> stop(const std::set<int>& slots);
   /// Has the slot's panel open, starting its application when need be.
@@ -54,6 +56,13 @@ private:
   std::vector<std::filesystem::path> usualPlaces();
   std::optional<std::filesystem::path> chosenPlace();
   RunningApplications::Launch launchOf(int slot, const std::vector<std::string>& arguments);
+  struct Launched {
+    std::vector<Outcome> outcomes;
+    /// Which of them were launched, and as which processes.
+    std::vector<std::pair<std::size_t, ProcessID>> waiting;
+  };
+
+  Launched launchThose(const std::set<int>& slots);
   Outcome launch(int slot, const std::vector<std::string>& arguments, ProcessID& process);
   void waitForLaunched(std::vector<std::pair<Outcome*, ProcessID>> launched);
   bool isSlotProgram(ProcessID process, int slot);

@@ -32,14 +32,18 @@ std::vector<StarterWidget> starterWidgets(Date now) {
 
 } // namespace
 
+void addStarterSet(WidgetStore& store, Date now) {
+  for (const auto& starter : starterWidgets(now)) {
+    auto widget = store.create(starter.name, starter.kind);
+    widget.span = starter.span;
+    store.update(widget);
+    store.claimSlot(widget.id);
+  }
+}
+
 void makeStarterSet(WidgetLibrary& library, Date now) {
   library.change([&](WidgetStore& store) {
-    for (const auto& starter : starterWidgets(now)) {
-      auto widget = store.create(starter.name, starter.kind);
-      widget.span = starter.span;
-      store.update(widget);
-      store.claimSlot(widget.id);
-    }
+    addStarterSet(store, now);
     return true;
   });
 }

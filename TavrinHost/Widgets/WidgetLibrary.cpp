@@ -170,6 +170,13 @@ std::string slotFault(const WidgetsFile& file, const DockWidget& widget) {
   return {};
 }
 
+std::string freeName(const WidgetsFile& file, std::string_view title) {
+  std::string name(title);
+  for (int number = 2; std::ranges::count(file.widgets, name, &DockWidget::name) > 0; ++number)
+    name = fmt::format("{} {}", title, number);
+  return name;
+}
+
 const KindInfo& kindNamed(std::string_view reference) {
   const auto word = folded(reference);
   std::vector<const KindInfo*> begun;

@@ -19,6 +19,8 @@ public:
   explicit WidgetLibrary(HostContext& context);
 
   const WidgetsFile& file() const { return store_->file(); }
+  /// Reads the file again. Throws FileError, and keeps what was read last.
+  void reload() { store_->reload(); }
 
   /// The widget that goes by a name, an identifier, "slot3", or the start of a name or
   /// identifier, case aside. A nearer match wins over a farther one. Throws HostError:
@@ -45,6 +47,9 @@ private:
 /// Why the slot that a widget has does not show it: "there is no slot 77; they are 1 to 12". Empty
 /// where it does, or where the widget has none.
 std::string slotFault(const WidgetsFile& file, const DockWidget& widget);
+
+/// What a new widget is called after its kind: "Timer", or "Timer 2" when that is taken.
+std::string freeName(const WidgetsFile& file, std::string_view title);
 
 /// The kind that goes by a key or title, or the start of one, case aside. Throws HostError.
 const KindInfo& kindNamed(std::string_view reference);

@@ -93,7 +93,11 @@ public:
   NearbyDevices& nearbyDevices() override { return devices_->nearby(); }
 
 private:
-  std::string identifier() const { return bundle_.identifier().value_or("tavrin"); }
+  std::string identifier() const { return ownIdentifier().value_or("tavrin"); }
+  std::optional<std::string> ownIdentifier() const {
+    const auto bundled = bundle_.identifier();
+    return bundled || setup_.identifier.empty() ? bundled : std::optional(setup_.identifier);
+  }
   void startToolkit(int& argc, char** argv);
   void makeRooms();
   TileServices::Environment tileEnvironment();
@@ -139,7 +143,7 @@ LinuxPlatform::LinuxPlatform(int& argc, char** argv, ProgramSetup setup)
       bundle_(executable_) {
   bus_ = Bus::session();
   application_ = std::make_unique<LinuxApplication>(std::vector<std::string>(argv, argv + argc),
-                                                    bundle_.identifier(), bus_.get());
+                                                    ownIdentifier(), bus_.get());
   // Asked for now, answered while the toolkit starts.
   application_->claimIdentity();
   startToolkit(argc, argv);

@@ -62,7 +62,9 @@ public:
     if (!stubborn || force)
       programs.erase(process);
   }
-  bool perform(const std::string& identifier, const std::string& action) override {
+  using RunningApplications::perform;
+  bool perform(const std::string& identifier, const std::string& action,
+               const std::optional<std::string>&) override {
     if (hasBus)
       actions.push_back(action + " " + identifier);
     return hasBus;

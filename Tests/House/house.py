@@ -14,7 +14,7 @@ FLOORS = [
     ["TavrinStorage"],
     ["TavrinWidgetsUI"],
     ["TavrinSlot", "TavrinHost"],
-    ["TavrinCommand"],
+    ["TavrinCommand", "TavrinSettings"],
 ]
 PRODUCT = [folder for floor in FLOORS for folder in floor]
 ADAPTERS = ["Linux", "macOS", "Qt", "POSIX"]

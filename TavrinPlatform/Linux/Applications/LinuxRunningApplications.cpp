@@ -228,14 +228,18 @@ void LinuxRunningApplications::terminate(ProcessID process, bool force) {
 }
 
 bool LinuxRunningApplications::perform(const std::string& bundleIdentifier,
-                                       const std::string& action) {
+                                       const std::string& action,
+                                       const std::optional<std::string>& object) {
   if (!knowsIdentifiers())
     return false;
   auto path = "/" + bundleIdentifier;
   std::replace(path.begin(), path.end(), '.', '/');
   auto call = bus_->method({bundleIdentifier.c_str(), path.c_str(), "org.freedesktop.Application"},
                            "ActivateAction");
-  call.append("sava{sv}", action.c_str(), 0, 0);
+  if (object)
+    call.append("sava{sv}", action.c_str(), 1, "s", object->c_str(), 0);
+  else
+    call.append("sava{sv}", action.c_str(), 0, 0);
   return static_cast<bool>(answerOf(*bus_, call, activationLimit));
 }
 

@@ -21,7 +21,9 @@ public:
   std::vector<ProcessID> launchTogether(const std::vector<Launch>& launches) override;
   bool isAlive(ProcessID process) override;
   void terminate(ProcessID process, bool force) override;
-  bool perform(const std::string& bundleIdentifier, const std::string& action) override;
+  using RunningApplications::perform;
+  bool perform(const std::string& bundleIdentifier, const std::string& action,
+               const std::optional<std::string>& object) override;
 
 private:
   Bus* bus_;

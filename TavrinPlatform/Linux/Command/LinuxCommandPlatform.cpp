@@ -23,12 +23,14 @@ bool isSet(const std::optional<std::string>& text) {
 LinuxCommandPlatform::LinuxCommandPlatform() : mainBundle_(programPath()) {}
 
 void LinuxCommandPlatform::startEventLoop() {
-  if (eventLoop_)
+  if (runLoop_)
     return;
   static int count = 1;
   static char name[] = "tavrin";
   static char* arguments[] = {name, nullptr};
-  eventLoop_ = std::make_unique<QCoreApplication>(count, arguments);
+  // A program with windows has made its own.
+  if (QCoreApplication::instance() == nullptr)
+    eventLoop_ = std::make_unique<QCoreApplication>(count, arguments);
   runLoop_ = std::make_unique<QtRunLoop>();
 }
 

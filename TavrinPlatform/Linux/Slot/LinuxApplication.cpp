@@ -102,8 +102,13 @@ void LinuxApplication::handOver() {
   const std::string path = objectPath(*identifier_);
   const BusAddress address{identifier_->c_str(), path.c_str(), interface};
   const auto paths = files();
-  BusMessage message = bus_->method(address, paths.empty() ? "Activate" : "Open");
-  if (!paths.empty()) {
+  const auto action = requestedAction();
+  BusMessage message = bus_->method(address, action          ? "ActivateAction"
+                                             : paths.empty() ? "Activate"
+                                                             : "Open");
+  if (action) {
+    message.append("sav", action->first.c_str(), 1, "s", action->second.c_str());
+  } else if (!paths.empty()) {
     sd_bus_message_open_container(message.get(), 'a', "s");
     for (const auto& file : paths) {
       message.append("s", fileURL(file.native()).c_str());
@@ -122,6 +127,8 @@ int LinuxApplication::run() {
   isRunning_ = true;
   if (const auto paths = files(); !paths.empty())
     early_.insert(early_.begin(), [this, paths] { openFiles(paths); });
+  if (const auto action = requestedAction())
+    early_.insert(early_.begin(), [this, action] { perform(action->first, action->second); });
   const QObject context;
   QTimer::singleShot(0, &context, [this] {
     for (const auto& request : std::exchange(early_, {}))
@@ -170,6 +177,25 @@ bool LinuxApplication::openFiles(const std::vector<std::filesystem::path>& files
   return onOpenFiles && onOpenFiles(files);
 }
 
+bool LinuxApplication::perform(const std::string& action, const std::string& object) {
+  if (!isRunning_) {
+    early_.emplace_back([this, action, object] { perform(action, object); });
+    return true;
+  }
+  return onAction && onAction(action, object);
+}
+
+void LinuxApplication::request(const std::string& identifier, const std::string& action,
+                               const std::string& object) {
+  if (bus_ == nullptr)
+    return;
+  const std::string path = objectPath(identifier);
+  BusMessage message =
+      bus_->method({identifier.c_str(), path.c_str(), interface}, "ActivateAction");
+  message.append("sava{sv}", action.c_str(), 1, "s", object.c_str(), 0);
+  bus_->send(message);
+}
+
 void LinuxApplication::setAttention(bool isWanted) {
   if (isWanted == wantsAttention_)
     return;
@@ -207,6 +233,14 @@ std::vector<std::filesystem::path> LinuxApplication::files() const {
   return paths;
 }
 
+std::optional<std::pair<std::string, std::string>> LinuxApplication::requestedAction() const {
+  for (std::size_t i = 1; i < arguments_.size(); ++i)
+    if (const auto equals = arguments_[i].find('=');
+        arguments_[i].starts_with("--") && equals != std::string::npos && equals > 2)
+      return std::pair(arguments_[i].substr(2, equals - 2), arguments_[i].substr(equals + 1));
+  return std::nullopt;
+}
+
 int LinuxApplication::activate(sd_bus_message* message, void* self, sd_bus_error*) {
   // Answered first: the caller need not wait until a panel stands.
   const int answered = sd_bus_reply_method_return(message, "");
@@ -223,6 +257,13 @@ int LinuxApplication::open(sd_bus_message* message, void* self, sd_bus_error* er
 
 int LinuxApplication::activateAction(sd_bus_message* message, void* self, sd_bus_error* error) {
   const std::string action = textArgument(message);
+  std::string object;
+  if (sd_bus_message_enter_container(message, 'a', "v") > 0) {
+    if (const auto value = readVariant(message))
+      if (const auto* text = std::get_if<std::string>(&*value))
+        object = *text;
+    sd_bus_message_exit_container(message);
+  }
   auto* application = static_cast<LinuxApplication*>(self);
   if (action == "open" || action == "toggle") {
     const int answered = sd_bus_reply_method_return(message, "");
@@ -236,6 +277,8 @@ int LinuxApplication::activateAction(sd_bus_message* message, void* self, sd_bus
     application->terminate();
     return sd_bus_reply_method_return(message, "");
   }
+  if (application->perform(action, object))
+    return sd_bus_reply_method_return(message, "");
   return sd_bus_error_set(error, SD_BUS_ERROR_INVALID_ARGS, "There is no such action.");
 }
 

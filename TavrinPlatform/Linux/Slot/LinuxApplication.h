@@ -37,6 +37,8 @@ public:
   void requestUserAttention() override { setAttention(!hasOpenPanel()); }
   void cancelUserAttention() override { setAttention(false); }
   void keepMemoryPrivate() override;
+  void request(const std::string& identifier, const std::string& action,
+               const std::string& object) override;
 
   /// The user asks for the application. Ends a request for attention.
   void reopen();
@@ -57,6 +59,10 @@ private:
   static int activateAction(sd_bus_message*, void* self, sd_bus_error*);
 
   bool hasOpenPanel() const { return isPanelShown && isPanelShown(); }
+  /// False where there is no such action.
+  bool perform(const std::string& action, const std::string& object);
+  /// The action that the arguments ask for, and its object.
+  std::optional<std::pair<std::string, std::string>> requestedAction() const;
   void setAttention(bool isWanted);
   std::vector<std::filesystem::path> files() const;
 

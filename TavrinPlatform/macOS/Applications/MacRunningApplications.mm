@@ -177,14 +177,17 @@ public:
       [application terminate];
   }
 
-  bool perform(const std::string& bundleIdentifier, const std::string& action) override {
+  using RunningApplications::perform;
+  /// What an action is about comes to the application by a notification of its own.
+  bool perform(const std::string& bundleIdentifier, const std::string& action,
+               const std::optional<std::string>&) override {
     @autoreleasepool {
       if (action == "quit")
         return [applicationNamed(bundleIdentifier) terminate];
       NSURL* bundle = [NSWorkspace.sharedWorkspace
           URLForApplicationWithBundleIdentifier:toNSString(bundleIdentifier)];
       // Opening one that runs asks it to reopen.
-      return action == "open" && bundle != nil &&
+      return (action == "open" || action == "edit") && bundle != nil &&
              openApplication(bundle, [NSWorkspaceOpenConfiguration configuration]).process != 0;
     }
   }

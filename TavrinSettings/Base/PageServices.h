@@ -1,0 +1,34 @@
+#pragma once
+
+#include "TavrinSettings/Base/TileDrag.h"
+#include "TavrinSettings/Base/TileStage.h"
+#include "TavrinSettings/Editing/WidgetsEditor.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelPalette.h"
+
+#include <QString>
+#include <functional>
+
+namespace tavrin {
+
+/// What every page of the window stands on. All of it outlives the pages.
+struct PageServices {
+  WidgetsEditor& editor;
+  TileStage& stage;
+  TileDrag& drag;
+  PanelAppearance& appearance;
+  /// Says something at the window's foot; a trouble stands out.
+  std::function<void(const QString& sentence, bool isTrouble)> tell;
+
+  /// Runs `work`, and says what it throws. Whether it threw nothing.
+  template <class Work> bool attempt(const Work& work) const {
+    try {
+      work();
+      return true;
+    } catch (const std::exception& error) {
+      tell(QString::fromUtf8(error.what()) + QLatin1Char('.'), true);
+      return false;
+    }
+  }
+};
+
+} // namespace tavrin

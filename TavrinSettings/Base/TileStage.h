@@ -1,0 +1,31 @@
+#pragma once
+
+#include "TavrinPlatform/Clock.h"
+#include "TavrinSettings/Samples/SampleTiles.h"
+#include "TavrinWidgetsUI/Kit/Views/ViewRenderer.h"
+
+#include <QPointF>
+
+class QPainter;
+
+namespace tavrin {
+
+/// Draws the tiles of one window, and keeps what that takes.
+class TileStage {
+public:
+  TileStage(RunLoop& runLoop, Clock& clock) : tiles_(runLoop), clock_(clock) {}
+
+  SampleTiles& tiles() { return tiles_; }
+  /// The tile with its top left corner at `place`, in points.
+  void paint(QPainter& painter, const DockWidget& widget, const TileSize& size, QPointF place);
+
+private:
+  SampleTiles tiles_;
+  Clock& clock_;
+  ViewPainter painter_;
+};
+
+/// A ground such as a desktop's picture, on which tiles stand out; with round corners.
+void paintDesktopGround(QPainter& painter, const QRectF& rect, bool isDark);
+
+} // namespace tavrin

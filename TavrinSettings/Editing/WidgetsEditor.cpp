@@ -1,0 +1,155 @@
+#include "TavrinSettings/Editing/WidgetsEditor.h"
+
+#include "TavrinSettings/Editing/StripOrder.h"
+
+#include <algorithm>
+#include <fmt/format.h>
+
+namespace tavrin {
+namespace {
+
+std::set<int> slotsOf(const WidgetsFile& file) {
+  std::set<int> slots;
+  for (const auto& [slot, unused] : file.placedWidgets())
+    slots.insert(slot);
+  return slots;
+}
+
+[[noreturn]] void throwFull() {
+  throw HostError(ExitCode::noFreeSlot,
+                  "All twelve places are taken. Take a widget off the strip to make room");
+}
+
+} // namespace
+
+class WidgetsEditor::Step final : public HistoryStep {
+public:
+  Step(WidgetsEditor& editor, std::string title, std::string field, WidgetsChange change)
+      : editor_(editor), title_(std::move(title)), field_(std::move(field)),
+        change_(std::move(change)) {}
+
+  std::string title() const override { return title_; }
+  std::vector<std::string> undo() override { return editor_.apply(change_.inverse()); }
+  std::vector<std::string> redo() override { return editor_.apply(change_); }
+  bool absorb(const HistoryStep& next) override {
+    const auto* other = dynamic_cast<const Step*>(&next);
+    if (other == nullptr || field_.empty() || other->field_ != field_)
+      return false;
+    change_ = change_.followedBy(other->change_);
+    return true;
+  }
+
+private:
+  WidgetsEditor& editor_;
+  std::string title_;
+  std::string field_;
+  WidgetsChange change_;
+};
+
+WidgetsEditor::WidgetsEditor(HostContext& context, History& history)
+    : context_(context), history_(history), library_(context), shown_(library_.file()) {}
+
+const DockWidget* WidgetsEditor::widget(const UUID& id) const {
+  const auto found = std::ranges::find(file().widgets, id, &DockWidget::id);
+  return found == file().widgets.end() ? nullptr : &*found;
+}
+
+std::string WidgetsEditor::nameOf(const UUID& id) const {
+  const auto* found = widget(id);
+  return found == nullptr ? std::string("Widget") : found->name;
+}
+
+void WidgetsEditor::reload() {
+  library_.reload();
+  follow();
+}
+
+void WidgetsEditor::follow() {
+  if (file() == shown_)
+    return;
+  const auto had = slotsOf(std::exchange(shown_, WidgetsFile(file())));
+  auto fresh = slotsOf(file());
+  std::erase_if(fresh, [&](int slot) { return had.contains(slot); });
+  if (onChange)
+    onChange();
+  if (!fresh.empty() && onNewSlots)
+    onNewSlots(fresh);
+}
+
+void WidgetsEditor::perform(const std::string& title, const std::string& field,
+                            const std::function<void(WidgetStore&)>& change) {
+  const auto difference = library_.change([&](WidgetStore& store) {
+    const auto before = store.file();
+    change(store);
+    return WidgetsChange::between(before, store.file());
+  });
+  if (!difference.isEmpty())
+    history_.add(std::make_unique<Step>(*this, title, field, difference));
+  follow();
+}
+
+std::vector<std::string> WidgetsEditor::apply(const WidgetsChange& change) {
+  auto remarks = library_.change([&](WidgetStore& store) { return change.apply(store); });
+  follow();
+  return remarks;
+}
+
+UUID WidgetsEditor::add(std::string_view kind, std::optional<std::size_t> place) {
+  const auto& info = kindNamed(kind);
+  const auto fresh = *freshKind(info.key, context_.platform().clock().now());
+  UUID made;
+  perform(fmt::format("Add {}", info.title), {}, [&](WidgetStore& store) {
+    made = store.create(freeName(store.file(), info.title), fresh).id;
+    if (!insertInStrip(store, made, place.value_or(store.file().widgets.size())))
+      throwFull();
+  });
+  return made;
+}
+
+void WidgetsEditor::addStarterSet() {
+  perform("Starter Set", {}, [&](WidgetStore& store) {
+    tavrin::addStarterSet(store, context_.platform().clock().now());
+  });
+}
+
+void WidgetsEditor::place(const UUID& id, std::size_t place) {
+  const auto strip = stripOf(file());
+  const bool isOnStrip = std::ranges::count(strip, id, &DockWidget::id) > 0;
+  perform(fmt::format("{} {}", isOnStrip ? "Move" : "Place", nameOf(id)), {},
+          [&](WidgetStore& store) {
+            const auto now = stripOf(store.file());
+            if (std::ranges::count(now, id, &DockWidget::id) > 0)
+              moveInStrip(store, id, place);
+            else if (store.widget(id) && !insertInStrip(store, id, place))
+              throwFull();
+          });
+}
+
+void WidgetsEditor::takeOff(const UUID& id) {
+  perform(fmt::format("Take Off {}", nameOf(id)), {},
+          [&](WidgetStore& store) { store.releaseSlot(id); });
+}
+
+void WidgetsEditor::remove(const UUID& id) {
+  perform(fmt::format("Delete {}", nameOf(id)), {}, [&](WidgetStore& store) { store.remove(id); });
+}
+
+void WidgetsEditor::setSpan(const UUID& id, int span) {
+  edit(id, fmt::format("Resize {}", nameOf(id)), {}, [span](DockWidget& widget) {
+    widget.span = std::clamp(span, 1, widget.kind.maxSpan());
+  });
+}
+
+void WidgetsEditor::edit(const UUID& id, const std::string& title, const std::string& field,
+                         const std::function<void(DockWidget&)>& edit) {
+  const auto step = field.empty() ? field : id.text() + "/" + field;
+  perform(title, step, [&](WidgetStore& store) {
+    auto widget = store.widget(id);
+    if (!widget)
+      throw HostError(ExitCode::notFound, "This widget was removed elsewhere");
+    edit(*widget);
+    store.update(*widget);
+  });
+}
+
+} // namespace tavrin

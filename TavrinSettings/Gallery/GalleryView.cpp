@@ -1,0 +1,190 @@
+#include "TavrinSettings/Gallery/GalleryView.h"
+
+#include "TavrinSettings/Editing/StripOrder.h"
+#include "TavrinSettings/Gallery/FlowLayout.h"
+#include "TavrinSettings/Gallery/KindSearch.h"
+#include "TavrinSettings/Gallery/WidgetCard.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+
+#include <QScrollArea>
+#include <QVBoxLayout>
+#include <algorithm>
+
+namespace tavrin {
+namespace {
+
+constexpr int columnWidth = 250;
+
+QString text(std::string_view words) {
+  return QString::fromUtf8(words.data(), static_cast<qsizetype>(words.size()));
+}
+
+} // namespace
+
+GalleryView::GalleryView(PageServices& services, QWidget* parent)
+    : QWidget(parent), services_(services) {
+  setAccessibleName(QStringLiteral("Gallery"));
+  auto* column = new QVBoxLayout(this);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(panel::grid);
+  auto* top = new QHBoxLayout;
+  search_ = new PanelSearchField(QStringLiteral("Search widgets"), this);
+  search_->setAccessibleName(QStringLiteral("Search widgets"));
+  search_->onChange = [this](const QString& words) { search(words); };
+  search_->onReturn = [this] {
+    if (const auto shown = shownKinds(); !shown.empty() && !search_->text().isEmpty())
+      shown.front()->click();
+  };
+  top->addWidget(search_, 1);
+  starter_ = new PanelButton(PanelButton::Kind::prominent, QStringLiteral("Starter Set"),
+                             [this] {
+                               services_.attempt([&] { services_.editor.addStarterSet(); });
+                             },
+                             this);
+  starter_->setToolTip(QStringLiteral("A Pomodoro, a timer, a clock, a countdown, the day's "
+                                      "progress and a note"));
+  starter_->setAccessibleDescription(starter_->toolTip());
+  top->addWidget(starter_);
+  column->addLayout(top);
+
+  scroll_ = new QScrollArea(this);
+  scroll_->setFrameShape(QFrame::NoFrame);
+  scroll_->setWidgetResizable(true);
+  scroll_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  scroll_->setFocusPolicy(Qt::NoFocus);
+  auto* inner = new QWidget;
+  auto* list = new QVBoxLayout(inner);
+  list->setContentsMargins(0, 0, panel::grid, panel::grid);
+  list->setSpacing(panel::grid);
+  keptTitle_ = new PanelText(QStringLiteral("Kept off the strip"), PanelTextStyle::section);
+  kept_ = new QWidget;
+  keptFlow_ = new FlowLayout(columnWidth, panel::grid, kept_);
+  kindsTitle_ = new PanelText(QStringLiteral("Add a widget"), PanelTextStyle::section);
+  kinds_ = new QWidget;
+  kindFlow_ = new FlowLayout(columnWidth, panel::grid, kinds_);
+  none_ = new PanelEmptyState(QStringLiteral("magnifyingglass"), {});
+  none_->setStep(QStringLiteral("Show All"), [this] { search_->clear(); });
+  for (QWidget* part : {static_cast<QWidget*>(keptTitle_), kept_,
+                        static_cast<QWidget*>(kindsTitle_), kinds_, static_cast<QWidget*>(none_)})
+    list->addWidget(part);
+  list->addStretch(1);
+  scroll_->setWidget(inner);
+  scroll_->viewport()->setAutoFillBackground(false);
+  inner->setAutoFillBackground(false);
+  column->addWidget(scroll_, 1);
+  makeKinds();
+  search({});
+}
+
+void GalleryView::makeKinds() {
+  for (const auto& kind : allKinds()) {
+    // Of any date: a picture of the kind, not a widget.
+    const auto fresh = freshKind(kind.key, Date{} + 800'000'000);
+    DockWidget sample({}, std::string(kind.title), std::nullopt, *fresh, 1);
+    if (auto* countdown = sample.kind.get<CountdownSettings>())
+      countdown->target = Date{} + 4'000'000'000;
+    if (auto* note = sample.kind.get<NoteSettings>())
+      note->text = "Milk, bread\nCall Ada";
+    auto* card = new WidgetCard(services_, sample, {{}, std::string(kind.key), 1},
+                                text(kind.title), text(kind.purpose), kinds_);
+    QObject::connect(card, &QAbstractButton::clicked, this, [this, &kind] { add(kind); });
+    card->onMove = [this, card](int cards, int rows) {
+      moveFocus(shownKinds(), *kindFlow_, card, cards, rows);
+    };
+    kindCards_.push_back(card);
+  }
+}
+
+void GalleryView::add(const KindInfo& kind) {
+  services_.attempt([&] {
+    const UUID id = services_.editor.add(kind.key);
+    if (onAdd)
+      onAdd(id);
+  });
+}
+
+void GalleryView::search(const QString& words) {
+  const auto found = kindsMatching(words.toStdString());
+  while (auto* item = kindFlow_->takeAt(0))
+    delete item;
+  for (auto* card : kindCards_)
+    card->hide();
+  order_.clear();
+  QWidget* before = search_;
+  for (const auto* kind : found) {
+    auto* card = kindCards_[static_cast<std::size_t>(kind - allKinds().data())];
+    kindFlow_->addWidget(card);
+    card->show();
+    order_.push_back(card);
+    setTabOrder(before, card);
+    before = card;
+  }
+  kindFlow_->invalidate();
+  kinds_->updateGeometry();
+  none_->setSentence(QStringLiteral("magnifyingglass"),
+                     QStringLiteral("No widget goes by “%1”").arg(words));
+  none_->setVisible(found.empty());
+  kindsTitle_->setVisible(!found.empty());
+}
+
+std::vector<WidgetCard*> GalleryView::shownKinds() const {
+  return order_;
+}
+
+void GalleryView::moveFocus(const std::vector<WidgetCard*>& cards, FlowLayout& flow,
+                            WidgetCard* from, int steps, int rows) {
+  const auto found = std::ranges::find(cards, from);
+  if (found == cards.end())
+    return;
+  const auto next = (found - cards.begin()) + steps + rows * flow.columns();
+  if (next < 0)
+    return search_->setFocus(Qt::TabFocusReason);
+  if (next >= static_cast<std::ptrdiff_t>(cards.size()))
+    return;
+  auto* card = cards[static_cast<std::size_t>(next)];
+  card->setFocus(Qt::TabFocusReason);
+  scroll_->ensureWidgetVisible(card);
+}
+
+void GalleryView::refresh() {
+  const auto& file = services_.editor.file();
+  const auto kept = keptOffStrip(file);
+  for (auto* card : std::exchange(keptCards_, {})) {
+    keptFlow_->removeWidget(card);
+    card->hide();
+    card->deleteLater();
+  }
+  for (const auto& widget : kept) {
+    auto* card = new WidgetCard(services_, widget, {widget.id, {}, widget.span},
+                                QString::fromStdString(widget.name), text(widget.kind.title()),
+                                kept_);
+    card->setAccessibleDescription(
+        QStringLiteral("%1, kept off the strip").arg(text(widget.kind.title())));
+    QObject::connect(card, &QAbstractButton::clicked, this, [this, id = widget.id] {
+      if (onOpen)
+        onOpen(id);
+    });
+    card->onMove = [this, card](int cards, int rows) {
+      moveFocus(keptCards_, *keptFlow_, card, cards, rows);
+    };
+    keptFlow_->addWidget(card);
+    card->show();
+    keptCards_.push_back(card);
+  }
+  keptTitle_->setVisible(!kept.empty());
+  kept_->setVisible(!kept.empty());
+  kept_->updateGeometry();
+  starter_->setVisible(file.widgets.empty() && file.unrecognized.empty());
+  const bool isFull = isStripFull(file);
+  for (auto* card : kindCards_)
+    card->setEnabled(!isFull);
+}
+
+void GalleryView::focusSearch() {
+  search_->setFocus(Qt::OtherFocusReason);
+}
+
+} // namespace tavrin

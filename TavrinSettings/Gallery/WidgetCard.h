@@ -1,0 +1,45 @@
+#pragma once
+
+#include "TavrinSettings/Base/PageServices.h"
+
+#include <QAbstractButton>
+
+namespace tavrin {
+
+/// A tile, a title and a sentence beside it: a kind that can be added, or a widget that is kept off
+/// the strip. It can be dragged.
+class WidgetCard : public QAbstractButton {
+public:
+  static constexpr double tileSide = 64;
+
+  WidgetCard(PageServices& services, DockWidget widget, DragLoad load, const QString& title,
+             const QString& sentence, QWidget* parent);
+
+  const DockWidget& record() const { return widget_; }
+  /// An arrow key was pressed: so many cards on, or rows.
+  std::function<void(int cards, int rows)> onMove;
+
+  QSize sizeHint() const override { return {260, 84}; }
+
+protected:
+  void paintEvent(QPaintEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void enterEvent(QEnterEvent* event) override;
+  void leaveEvent(QEvent* event) override;
+
+private:
+  QPixmap tilePicture();
+
+  PageServices& services_;
+  DockWidget widget_;
+  DragLoad load_;
+  QString title_;
+  QString sentence_;
+  QPixmap tile_;
+  std::optional<QPoint> pressedAt_;
+};
+
+} // namespace tavrin

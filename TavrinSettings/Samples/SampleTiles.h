@@ -1,0 +1,38 @@
+#pragma once
+
+#include "TavrinCore/Base/Calendar.h"
+#include "TavrinCore/Kinds/Converter/NumberNotation.h"
+#include "TavrinCore/Widgets/DockWidget.h"
+#include "TavrinPlatform/RunLoop.h"
+#include "TavrinWidgetsUI/Emoji/EmojiGlyphs.h"
+#include "TavrinWidgetsUI/Kit/Views/TileLayout.h"
+
+#include <QImage>
+#include <functional>
+
+namespace tavrin {
+
+/// Tiles as the slots draw them, made from a widget's record alone: what the record says stands as
+/// it is, and what a kind reads from the computer or the network has a sample in its place. Equal
+/// records give equal tiles but for what follows the time.
+class SampleTiles {
+public:
+  explicit SampleTiles(RunLoop& runLoop) : glyphs_(runLoop) {}
+
+  AnyView tile(const DockWidget& widget, const TileSize& size, Date now);
+
+  /// The icon of an application of the user's, `side` points large; null where there is none, or
+  /// not yet. Without it, and for collections without applications, icons are samples.
+  std::function<QImage(const AppEntry& app, int side)> applicationIcon;
+
+private:
+
+  Calendar calendar_;
+  NumberNotation notation_;
+  EmojiGlyphs glyphs_;
+};
+
+/// Whether the tile follows the time, so that it is to be drawn again every second.
+bool followsTime(const DockWidget::Kind& kind);
+
+} // namespace tavrin

@@ -1,0 +1,301 @@
+#include "TavrinSettings/Strip/StripView.h"
+
+#include "TavrinSettings/Editing/StripOrder.h"
+#include "TavrinSettings/Strip/StripTile.h"
+#include "TavrinWidgetsUI/Kit/Pictures/Symbols.h"
+
+#include <QKeyEvent>
+#include <QPainter>
+#include <algorithm>
+
+namespace tavrin {
+namespace {
+
+constexpr int margin = 14;
+/// How far beside the strip a tile can still be let go onto it.
+constexpr int reach = 24;
+constexpr int tick = 1000;
+
+} // namespace
+
+StripView::StripView(PageServices& services, QWidget* parent)
+    : QWidget(parent), services_(services) {
+  setAccessibleName(QStringLiteral("Strip"));
+  QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Minimum);
+  policy.setHeightForWidth(true);
+  setSizePolicy(policy);
+  services_.drag.onMove = [this](QPoint place) { dragMoved(place); };
+  services_.drag.onDrop = [this](QPoint place) { dropped(place); };
+  services_.drag.onEnd = [this] {
+    gap_.reset();
+    layOut();
+  };
+}
+
+void StripView::refresh() {
+  const auto& file = services_.editor.file();
+  strip_ = stripOf(file);
+  freePlaces_ = 0;
+  WidgetsFile counted = file;
+  while (const auto slot = counted.freeSlot()) {
+    counted.widgets.push_back(DockWidget({}, "", *slot, {}, 1));
+    ++freePlaces_;
+  }
+  // A tile stays the same one, so that it keeps keyboard and mouse wherever it goes.
+  std::vector<StripTile*> tiles;
+  const int count = static_cast<int>(strip_.size());
+  for (const auto& widget : strip_) {
+    const auto found = std::ranges::find_if(
+        tiles_, [&](StripTile* tile) { return tile->record().id == widget.id; });
+    StripTile* tile = nullptr;
+    if (found != tiles_.end()) {
+      tile = *found;
+      tiles_.erase(found);
+    } else {
+      tile = new StripTile(services_, widget, this);
+      QObject::connect(tile, &QAbstractButton::clicked, this, [this, tile] {
+        if (onChoose)
+          onChoose(tile->record().id, true);
+      });
+      tile->onKey = [this, tile](QKeyEvent* event) { return act(*tile, event); };
+      tile->onResize = [this, tile](double right, bool isOver) { resizeTile(*tile, right, isOver); };
+      tile->onFocus = [this, tile] {
+        if (onChoose)
+          onChoose(tile->record().id, false);
+      };
+    }
+    tiles.push_back(tile);
+    tile->setRecord(widget, static_cast<int>(tiles.size()), count);
+  }
+  for (auto* gone : std::exchange(tiles_, std::move(tiles))) {
+    gone->hide();
+    gone->deleteLater();
+  }
+  QWidget* before = nullptr;
+  for (auto* tile : tiles_) {
+    if (before != nullptr)
+      setTabOrder(before, tile);
+    before = tile;
+  }
+  setChosen(chosen_);
+  layOut();
+  updateGeometry();
+}
+
+void StripView::setChosen(const std::optional<UUID>& id) {
+  chosen_ = id;
+  for (auto* tile : tiles_)
+    tile->setChosen(chosen_ == tile->record().id);
+}
+
+void StripView::focusTile(const UUID& id) {
+  if (const int index = indexOf(id); index >= 0)
+    tiles_[static_cast<std::size_t>(index)]->setFocus(Qt::OtherFocusReason);
+}
+
+int StripView::indexOf(const UUID& id) const {
+  const auto found = std::ranges::find(strip_, id, &DockWidget::id);
+  return found == strip_.end() ? -1 : static_cast<int>(found - strip_.begin());
+}
+
+StripCells StripView::cells(double width) const {
+  std::vector<int> spans;
+  const bool isDragged = gap_.has_value() && services_.drag.isActive();
+  const auto& load = isDragged ? services_.drag.load() : DragLoad{};
+  for (std::size_t i = 0; i < tiles_.size(); ++i)
+    if (!isDragged || load.widget != tiles_[i]->record().id)
+      spans.push_back(tiles_[i]->shownSpan());
+  int free = freePlaces_;
+  if (isDragged) {
+    const bool isNew = !load.widget || indexOf(*load.widget) < 0;
+    spans.insert(spans.begin() + static_cast<std::ptrdiff_t>(std::min(*gap_, spans.size())),
+                 load.span);
+    free -= isNew ? 1 : 0;
+  }
+  return StripCells::of(spans, std::max(free, 0), width - 2 * margin);
+}
+
+int StripView::heightForWidth(int width) const {
+  return static_cast<int>(cells(width).height) + 2 * margin;
+}
+
+QSize StripView::sizeHint() const {
+  return {600, heightForWidth(std::max(width(), 600))};
+}
+
+void StripView::layOut() {
+  const auto laid = cells(width());
+  const bool isDragged = gap_.has_value() && services_.drag.isActive();
+  std::size_t next = 0;
+  freeRects_.clear();
+  const auto rectOf = [&](std::size_t index) {
+    return laid.rects[index].translated(margin, margin);
+  };
+  for (auto* tile : tiles_) {
+    const bool isCarried =
+        services_.drag.isActive() && services_.drag.load().widget == tile->record().id;
+    if (isDragged && *gap_ == next)
+      ++next;
+    tile->setSide(laid.side);
+    // A hidden widget would lose the mouse.
+    if (isCarried && isDragged) {
+      tile->setGeometry(QRect(-1000, -1000, 1, 1));
+      continue;
+    }
+    tile->setGeometry(rectOf(next++).toRect());
+    tile->show();
+  }
+  if (isDragged && *gap_ >= next)
+    ++next;
+  for (; next < laid.rects.size(); ++next)
+    freeRects_.push_back(rectOf(next));
+  update();
+}
+
+void StripView::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  paintDesktopGround(painter, QRectF(rect()), services_.appearance.dark);
+  painter.setRenderHint(QPainter::Antialiasing);
+  for (const auto& rect : freeRects_) {
+    const TileSize size{rect.height(), 1};
+    const QRectF body = size.bodyRect().translated(rect.topLeft());
+    QPen pen(QColor(255, 255, 255, 130), 1.5, Qt::DashLine);
+    painter.setPen(pen);
+    painter.setBrush(QColor(255, 255, 255, 24));
+    painter.drawRoundedRect(body, size.bodyRadius(), size.bodyRadius());
+    drawSymbol(painter, "plus", body.adjusted(15, 15, -15, -15), QColor(255, 255, 255, 170));
+  }
+}
+
+void StripView::resizeEvent(QResizeEvent*) {
+  layOut();
+}
+
+void StripView::mouseReleaseEvent(QMouseEvent* event) {
+  for (const auto& rect : freeRects_)
+    if (rect.contains(event->position()) && onAdd)
+      return onAdd();
+}
+
+void StripView::showEvent(QShowEvent*) {
+  if (timer_ == 0)
+    timer_ = startTimer(tick);
+}
+
+void StripView::hideEvent(QHideEvent*) {
+  killTimer(std::exchange(timer_, 0));
+}
+
+void StripView::timerEvent(QTimerEvent*) {
+  for (auto* tile : tiles_)
+    if (followsTime(tile->record().kind))
+      tile->update();
+}
+
+void StripView::moveBy(const UUID& id, int places) {
+  const int place = indexOf(id) + places;
+  if (indexOf(id) < 0 || place < 0 || place >= static_cast<int>(strip_.size()))
+    return;
+  services_.attempt([&] { services_.editor.place(id, static_cast<std::size_t>(place)); });
+}
+
+void StripView::widenBy(const UUID& id, int tiles) {
+  if (const auto* widget = services_.editor.widget(id))
+    services_.attempt([&] { services_.editor.setSpan(id, widget->span + tiles); });
+}
+
+void StripView::takeOff(const UUID& id) {
+  const int index = indexOf(id);
+  const bool hadFocus = index >= 0 && tiles_[static_cast<std::size_t>(index)]->hasFocus();
+  services_.attempt([&] { services_.editor.takeOff(id); });
+  if (hadFocus && !tiles_.empty())
+    tiles_[static_cast<std::size_t>(std::min(index, static_cast<int>(tiles_.size()) - 1))]->setFocus(
+        Qt::OtherFocusReason);
+}
+
+bool StripView::act(StripTile& tile, QKeyEvent* event) {
+  const UUID id = tile.record().id;
+  const auto modifiers = event->modifiers() & ~Qt::KeypadModifier;
+  const int towards = event->key() == Qt::Key_Left    ? -1
+                      : event->key() == Qt::Key_Right ? 1
+                                                      : 0;
+  if (towards != 0 && modifiers == Qt::ControlModifier) {
+    moveBy(id, towards);
+  } else if (towards != 0 && modifiers == Qt::ShiftModifier) {
+    widenBy(id, towards);
+  } else if (towards != 0 && modifiers == Qt::NoModifier) {
+    const int next = indexOf(id) + towards;
+    if (next >= 0 && next < static_cast<int>(tiles_.size()))
+      tiles_[static_cast<std::size_t>(next)]->setFocus(Qt::TabFocusReason);
+  } else if (event->key() == Qt::Key_Delete || event->key() == Qt::Key_Backspace) {
+    takeOff(id);
+  } else if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+    tile.click();
+  } else {
+    return false;
+  }
+  return true;
+}
+
+void StripView::resizeTile(StripTile& tile, double right, bool isOver) {
+  const auto laid = cells(width());
+  const int index = indexOf(tile.record().id);
+  if (index < 0)
+    return;
+  const QRectF own = laid.rects[static_cast<std::size_t>(index)].translated(margin, margin);
+  tile.setShownSpan(laid.spanAt(own, right, tile.record().kind.maxSpan()));
+  layOut();
+  if (isOver)
+    services_.attempt([&] { services_.editor.setSpan(tile.record().id, tile.shownSpan()); });
+}
+
+bool StripView::takesDropAt(QPoint globalPlace) const {
+  return isVisible() && rect().adjusted(-reach, -reach, reach, reach).contains(mapFromGlobal(globalPlace));
+}
+
+std::size_t StripView::placeAt(QPoint globalPlace) const {
+  const QPointF point = mapFromGlobal(QPointF(globalPlace)) - QPointF(margin, margin);
+  // The others as they stand without the one that is dragged.
+  std::vector<int> spans;
+  for (const auto& widget : strip_)
+    if (services_.drag.load().widget != widget.id)
+      spans.push_back(widget.span);
+  return StripCells::of(spans, freePlaces_, width() - 2 * margin).placeAt(point, spans.size());
+}
+
+void StripView::dragMoved(QPoint globalPlace) {
+  const auto& load = services_.drag.load();
+  const bool isOnStrip = load.widget && indexOf(*load.widget) >= 0;
+  const bool isFull = freePlaces_ == 0 && !isOnStrip;
+  const bool isOver = takesDropAt(globalPlace);
+  const auto before = gap_;
+  gap_ = isOver && !isFull ? std::optional(placeAt(globalPlace)) : std::nullopt;
+  services_.drag.setHint(isOver && isFull ? QStringLiteral("All twelve places are taken")
+                         : !isOver && isOnStrip ? QStringLiteral("Let go to take it off")
+                                                : QString());
+  if (before != gap_)
+    layOut();
+}
+
+void StripView::dropped(QPoint globalPlace) {
+  const auto load = services_.drag.load();
+  const auto place = std::exchange(gap_, std::nullopt);
+  const bool isOnStrip = load.widget && indexOf(*load.widget) >= 0;
+  if (!place && !takesDropAt(globalPlace) && isOnStrip) {
+    services_.attempt([&] { services_.editor.takeOff(*load.widget); });
+    return;
+  }
+  if (!place)
+    return;
+  services_.attempt([&] {
+    UUID id;
+    if (load.widget)
+      services_.editor.place(id = *load.widget, *place);
+    else
+      id = services_.editor.add(load.kind, *place);
+    if (onPlaced)
+      onPlaced(id);
+  });
+}
+
+} // namespace tavrin

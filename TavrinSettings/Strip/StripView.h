@@ -1,0 +1,74 @@
+#pragma once
+
+#include "TavrinSettings/Base/PageServices.h"
+#include "TavrinSettings/Strip/StripCells.h"
+
+#include <QWidget>
+#include <map>
+#include <memory>
+
+namespace tavrin {
+
+class StripTile;
+
+/// The strip as it stands on the desktop: its tiles in their order and widths, and the places that
+/// are free. Tiles are moved, widened and taken off by mouse and keys.
+class StripView : public QWidget {
+public:
+  StripView(PageServices& services, QWidget* parent = nullptr);
+
+  /// Shows what the editor says.
+  void refresh();
+  void setChosen(const std::optional<UUID>& id);
+  /// The tile gets the keyboard.
+  void focusTile(const UUID& id);
+
+  /// What the keys do, also for buttons that do the same.
+  void moveBy(const UUID& id, int places);
+  void widenBy(const UUID& id, int tiles);
+  void takeOff(const UUID& id);
+
+  /// A tile was chosen; with `isOpened` its settings are wanted.
+  std::function<void(const UUID& id, bool isOpened)> onChoose;
+  /// A free place was clicked.
+  std::function<void()> onAdd;
+  /// A new widget was dropped.
+  std::function<void(const UUID& id)> onPlaced;
+
+  QSize sizeHint() const override;
+  bool hasHeightForWidth() const override { return true; }
+  int heightForWidth(int width) const override;
+
+  /// Whether a drag is over the strip, so that letting go puts the tile there.
+  bool takesDropAt(QPoint globalPlace) const;
+
+protected:
+  void paintEvent(QPaintEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+  void showEvent(QShowEvent* event) override;
+  void hideEvent(QHideEvent* event) override;
+
+private:
+  StripCells cells(double width) const;
+  void layOut();
+  bool act(StripTile& tile, QKeyEvent* event);
+  void resizeTile(StripTile& tile, double right, bool isOver);
+  void dragMoved(QPoint globalPlace);
+  void dropped(QPoint globalPlace);
+  std::size_t placeAt(QPoint globalPlace) const;
+  int indexOf(const UUID& id) const;
+
+  PageServices& services_;
+  std::vector<DockWidget> strip_;
+  int freePlaces_ = 0;
+  std::vector<StripTile*> tiles_;
+  std::vector<QRectF> freeRects_;
+  std::optional<UUID> chosen_;
+  /// Where the dragged tile would come to stand.
+  std::optional<std::size_t> gap_;
+  int timer_ = 0;
+  void timerEvent(QTimerEvent* event) override;
+};
+
+} // namespace tavrin

@@ -1,0 +1,120 @@
+#include "TavrinSettings/Widget/WidgetPage.h"
+
+#include "TavrinSettings/Editing/StripOrder.h"
+#include "TavrinSettings/Widget/TilePreview.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+
+#include <QKeyEvent>
+#include <QScrollArea>
+#include <QVBoxLayout>
+#include <algorithm>
+
+namespace tavrin {
+namespace {
+
+/// From this width on the preview stands beside the form.
+constexpr int wideEnough = 860;
+
+} // namespace
+
+WidgetPage::WidgetPage(PageServices& services, QWidget* parent)
+    : QWidget(parent), services_(services) {
+  auto* column = new QVBoxLayout(this);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(panel::grid);
+  makeHeader(column);
+  body_ = new QBoxLayout(QBoxLayout::TopToBottom);
+  body_->setSpacing(panel::padding);
+  preview_ = new TilePreview(services_, this);
+  scroll_ = new QScrollArea(this);
+  scroll_->setFrameShape(QFrame::NoFrame);
+  scroll_->setWidgetResizable(true);
+  scroll_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  scroll_->setFocusPolicy(Qt::NoFocus);
+  body_->addWidget(preview_, 0, Qt::AlignTop);
+  body_->addWidget(scroll_, 1);
+  column->addLayout(body_, 1);
+}
+
+void WidgetPage::makeHeader(QBoxLayout* column) {
+  auto* row = new QHBoxLayout;
+  row->setSpacing(panel::grid);
+  back_ = PanelButton::icon(QStringLiteral("chevron.left"), QStringLiteral("All Widgets"),
+                            [this] {
+                              if (onBack)
+                                onBack();
+                            },
+                            this);
+  title_ = new PanelText({}, PanelTextStyle::heading, this);
+  title_->setSingleLine(true);
+  kind_ = new PanelText({}, PanelTextStyle::secondary, this);
+  kind_->setSingleLine(true);
+  place_ = new PanelButton(PanelButton::Kind::quiet, {}, [this] { place(); }, this);
+  delete_ = new PanelButton(PanelButton::Kind::quiet, QStringLiteral("Delete"),
+                            [this] { remove(); }, this);
+  delete_->setSymbol(QStringLiteral("trash"));
+  row->addWidget(back_);
+  row->addWidget(title_);
+  row->addWidget(kind_, 1);
+  row->addWidget(place_);
+  row->addWidget(delete_);
+  column->addLayout(row);
+}
+
+bool WidgetPage::show(const UUID& id) {
+  const auto* widget = services_.editor.widget(id);
+  if (widget == nullptr)
+    return false;
+  id_ = id;
+  const auto title = widget->kind.title();
+  const auto kind = QString::fromUtf8(title.data(), static_cast<qsizetype>(title.size()));
+  const auto name = QString::fromStdString(widget->name);
+  title_->setWords(name);
+  kind_->setWords(kind == name ? QString() : kind);
+  const bool isOnStrip =
+      std::ranges::count(stripOf(services_.editor.file()), id, &DockWidget::id) > 0;
+  place_->setTitle(isOnStrip ? QStringLiteral("Take Off") : QStringLiteral("Put on the Strip"));
+  place_->setAccessibleName(place_->title());
+  preview_->setRecord(*widget);
+  return true;
+}
+
+void WidgetPage::focusForm() {
+  if (auto* first = scroll_->widget())
+    first->setFocus(Qt::TabFocusReason);
+}
+
+void WidgetPage::place() {
+  const auto strip = stripOf(services_.editor.file());
+  const bool isOnStrip = std::ranges::count(strip, id_, &DockWidget::id) > 0;
+  services_.attempt([&] {
+    if (isOnStrip)
+      services_.editor.takeOff(id_);
+    else
+      services_.editor.place(id_, strip.size());
+  });
+}
+
+void WidgetPage::remove() {
+  const auto name = title_->text();
+  const UUID id = id_;
+  if (services_.attempt([&] { services_.editor.remove(id); }))
+    services_.tell(QStringLiteral("“%1” is deleted. Undo brings it back.").arg(name), false);
+}
+
+void WidgetPage::resizeEvent(QResizeEvent*) {
+  const bool isBeside = width() >= wideEnough;
+  body_->setDirection(isBeside ? QBoxLayout::RightToLeft : QBoxLayout::TopToBottom);
+  preview_->setUpright(isBeside);
+}
+
+void WidgetPage::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Escape && onBack)
+    onBack();
+  else
+    QWidget::keyPressEvent(event);
+}
+
+} // namespace tavrin

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "TavrinSettings/Base/PageServices.h"
+
+#include <QWidget>
+
+class QBoxLayout;
+class QScrollArea;
+
+namespace tavrin {
+
+class PanelButton;
+class PanelText;
+class TilePreview;
+
+/// One widget: what it looks like, and all its settings.
+class WidgetPage : public QWidget {
+public:
+  explicit WidgetPage(PageServices& services, QWidget* parent = nullptr);
+
+  /// Shows the widget, or what became of it. False where it is gone.
+  bool show(const UUID& id);
+  const UUID& shown() const { return id_; }
+  void focusForm();
+
+  std::function<void()> onBack;
+
+protected:
+  void resizeEvent(QResizeEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+
+private:
+  void makeHeader(QBoxLayout* column);
+  void place();
+  void remove();
+
+  PageServices& services_;
+  UUID id_;
+  PanelText* title_;
+  PanelText* kind_;
+  PanelButton* back_;
+  PanelButton* place_;
+  PanelButton* delete_;
+  QBoxLayout* body_;
+  TilePreview* preview_;
+  QScrollArea* scroll_;
+};
+
+} // namespace tavrin

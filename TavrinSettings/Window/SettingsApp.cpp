@@ -1,0 +1,116 @@
+#include "TavrinSettings/Window/SettingsApp.h"
+
+#include "TavrinCore/Widgets/DockSlot.h"
+#include "TavrinHost/Widgets/SlotControl.h"
+#include "TavrinSettings/Window/SettingsWindow.h"
+
+#include <QGuiApplication>
+#include <algorithm>
+
+namespace tavrin {
+
+/// What the host's library says goes to the foot of the window.
+class SettingsApp::Context final : public HostContext {
+public:
+  using HostContext::HostContext;
+  void say(std::string_view line) override { tell(line, false); }
+  void remark(std::string_view line) override { tell(line, true); }
+
+  SettingsWindow* window = nullptr;
+
+private:
+  void tell(std::string_view line, bool isTrouble) {
+    if (window != nullptr)
+      window->tell(QString::fromUtf8(line.data(), static_cast<qsizetype>(line.size())), isTrouble);
+  }
+};
+
+SettingsApp::SettingsApp(Platform& platform, CommandPlatform& host)
+    : platform_(platform), context_(std::make_unique<Context>(host)),
+      stage_(platform.runLoop(), platform.clock()) {
+  // Which desktop entry the window belongs to.
+  QGuiApplication::setDesktopFileName(
+      QString::fromUtf8(DockSlot::hostIdentifier.data(),
+                        static_cast<qsizetype>(DockSlot::hostIdentifier.size())));
+  window_ = std::make_unique<SettingsWindow>(history_, appearance());
+  context_->window = window_.get();
+  window_->onClose = [this] { platform_.application().terminate(); };
+  open();
+  appearanceChanged_ = platform_.workspace().observeAppearance(
+      [this] { window_->setAppearance(appearance()); });
+  widgetsChanged_ = platform_.notifications().observe(
+      std::string(DockSlot::widgetsChangedNotification), [this](const auto&) { reload(); });
+  editRequested_ = platform_.notifications().observe(
+      std::string(DockSlot::editWidgetNotification), [this](const auto& object) {
+        const auto id = object ? UUID::parse(*object) : std::nullopt;
+        // Others are of another data folder.
+        if (id && editor_ && editor_->widget(*id) != nullptr)
+          edit(*object);
+      });
+}
+
+SettingsApp::~SettingsApp() {
+  context_->window = nullptr;
+}
+
+PanelAppearance SettingsApp::appearance() const {
+  PanelAppearance look;
+  look.dark = platform_.workspace().prefersDarkAppearance();
+  look.reducedMotion = platform_.workspace().prefersReducedMotion();
+  return look;
+}
+
+void SettingsApp::open() {
+  try {
+    editor_.emplace(*context_, history_);
+  } catch (const std::exception& error) {
+    window_->showTrouble(QString::fromUtf8(error.what()) + QLatin1Char('.'), [this] { open(); });
+    return;
+  }
+  editor_->onChange = [this] { window_->refresh(); };
+  editor_->onNewSlots = [this](const std::set<int>& slots) { startSlots(slots); };
+  window_->setUp(*editor_, stage_);
+}
+
+void SettingsApp::reload() {
+  if (!editor_)
+    return open();
+  try {
+    editor_->reload();
+  } catch (const std::exception& error) {
+    window_->tell(QString::fromUtf8(error.what()) + QLatin1Char('.'), true);
+  }
+}
+
+void SettingsApp::startSlots(const std::set<int>& slots) {
+  try {
+    for (const auto& outcome : SlotControl(*context_).launchAll(slots))
+      if (!outcome.isDone)
+        window_->tell(QStringLiteral("Place %1: %2.")
+                          .arg(outcome.slot)
+                          .arg(QString::fromStdString(outcome.text)),
+                      true);
+  } catch (const std::exception& error) {
+    window_->tell(QString::fromUtf8(error.what()) + QLatin1Char('.'), true);
+  }
+}
+
+void SettingsApp::show() {
+  if (window_->isMinimized())
+    window_->showNormal();
+  window_->show();
+  window_->raise();
+  window_->activateWindow();
+}
+
+void SettingsApp::edit(const std::string& id) {
+  show();
+  if (const auto parsed = UUID::parse(id); parsed && editor_) {
+    // It may have been made a moment ago.
+    if (editor_->widget(*parsed) == nullptr)
+      reload();
+    window_->open(*parsed);
+  }
+}
+
+} // namespace tavrin

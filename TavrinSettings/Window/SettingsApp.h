@@ -1,0 +1,47 @@
+#pragma once
+
+#include "TavrinHost/HostContext.h"
+#include "TavrinPlatform/Platform.h"
+#include "TavrinSettings/Base/TileStage.h"
+#include "TavrinSettings/Editing/History.h"
+#include "TavrinSettings/Editing/WidgetsEditor.h"
+
+#include <memory>
+#include <optional>
+
+namespace tavrin {
+
+class SettingsWindow;
+
+/// The settings program: its window over the widgets file, the running slots and the desktop.
+class SettingsApp {
+public:
+  SettingsApp(Platform& platform, CommandPlatform& host);
+  ~SettingsApp();
+  SettingsApp(const SettingsApp&) = delete;
+  SettingsApp& operator=(const SettingsApp&) = delete;
+
+  void show();
+  /// Shows the window at a widget, by its identifier.
+  void edit(const std::string& id);
+
+private:
+  class Context;
+
+  void open();
+  void reload();
+  void startSlots(const std::set<int>& slots);
+  PanelAppearance appearance() const;
+
+  Platform& platform_;
+  std::unique_ptr<Context> context_;
+  History history_;
+  TileStage stage_;
+  std::optional<WidgetsEditor> editor_;
+  std::unique_ptr<SettingsWindow> window_;
+  TokenPtr widgetsChanged_;
+  TokenPtr editRequested_;
+  TokenPtr appearanceChanged_;
+};
+
+} // namespace tavrin

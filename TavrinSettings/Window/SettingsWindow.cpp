@@ -1,0 +1,172 @@
+#include "TavrinSettings/Window/SettingsWindow.h"
+
+#include "TavrinSettings/Window/WidgetsPage.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelAccessible.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelFocus.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelSegments.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+
+#include <QAccessible>
+#include <QCloseEvent>
+#include <QShortcut>
+#include <QStackedWidget>
+#include <QVBoxLayout>
+
+namespace tavrin {
+
+SettingsWindow::SettingsWindow(History& history, const PanelAppearance& appearance)
+    : history_(history), appearance_(appearance), drag_(this) {
+  PanelStyle::install();
+  installPanelAccessibility();
+  setWindowTitle(QStringLiteral("Tavrin"));
+  setAutoFillBackground(true);
+  setMinimumSize(640, 480);
+  resize(920, 720);
+  auto* column = new QVBoxLayout(this);
+  column->setContentsMargins(panel::padding, panel::padding, panel::padding, panel::grid);
+  column->setSpacing(panel::grid + 4);
+  column->addWidget(makeTop());
+  stack_ = new QStackedWidget(this);
+  column->addWidget(stack_, 1);
+  column->addWidget(makeFoot());
+  new PanelFocus(this);
+  history_.onChange = [this] { refreshHistory(); };
+  setAppearance(appearance);
+  refreshHistory();
+}
+
+QWidget* SettingsWindow::makeTop() {
+  auto* top = new QWidget(this);
+  auto* row = new QHBoxLayout(top);
+  row->setContentsMargins(0, 0, 0, 0);
+  undo_ = PanelButton::icon(QStringLiteral("arrow.uturn.backward"), QStringLiteral("Undo"),
+                            [this] { step(true); }, top);
+  redo_ = PanelButton::icon(QStringLiteral("arrow.clockwise"), QStringLiteral("Redo"),
+                            [this] { step(false); }, top);
+  pages_ = new PanelSegments(QStringLiteral("Page"), {QStringLiteral("Widgets")}, top);
+  pages_->onChange = [this](int page) { showPage(page); };
+  pages_->setCurrent(0);
+  row->addWidget(undo_);
+  row->addWidget(redo_);
+  row->addStretch(1);
+  row->addWidget(pages_);
+  row->addStretch(1);
+  // As wide as what stands at the left, so that the pages are in the middle.
+  row->addSpacing(undo_->sizeHint().width() + redo_->sizeHint().width() + panel::grid);
+  const auto shortcut = [this](QKeySequence::StandardKey key, bool isBack) {
+    for (const auto& keys : QKeySequence::keyBindings(key))
+      QObject::connect(new QShortcut(keys, this), &QShortcut::activated, this,
+                       [this, isBack] { step(isBack); });
+  };
+  shortcut(QKeySequence::Undo, true);
+  shortcut(QKeySequence::Redo, false);
+  QObject::connect(new QShortcut(QKeySequence::Find, this), &QShortcut::activated, this, [this] {
+    showPage(0);
+    if (widgets_ != nullptr)
+      widgets_->focusSearch();
+  });
+  for (const auto key : {QKeySequence::Close, QKeySequence::Quit})
+    QObject::connect(new QShortcut(key, this), &QShortcut::activated, this, [this] { close(); });
+  return top;
+}
+
+QWidget* SettingsWindow::makeFoot() {
+  told_ = new PanelText({}, PanelTextStyle::caption, this);
+  told_->setSingleLine(true);
+  told_->setMinimumHeight(18);
+  return told_;
+}
+
+void SettingsWindow::setUp(WidgetsEditor& editor, TileStage& stage) {
+  services_.emplace(PageServices{editor, stage, drag_, appearance_,
+                                 [this](const QString& sentence, bool isTrouble) {
+                                   tell(sentence, isTrouble);
+                                 }});
+  delete std::exchange(trouble_, nullptr);
+  widgets_ = new WidgetsPage(*services_, stack_);
+  stack_->addWidget(widgets_);
+  refresh();
+}
+
+void SettingsWindow::showTrouble(const QString& sentence, std::function<void()> tryAgain) {
+  if (trouble_ == nullptr) {
+    trouble_ = new PanelEmptyState(QStringLiteral("exclamationmark.triangle.fill"), {}, stack_);
+    trouble_->setTrouble(true);
+    stack_->addWidget(trouble_);
+  }
+  trouble_->setSentence(QStringLiteral("exclamationmark.triangle.fill"), sentence);
+  // The button must not go while it is being pressed.
+  trouble_->setStep(QStringLiteral("Try Again"), [this, tryAgain = std::move(tryAgain)] {
+    QMetaObject::invokeMethod(this, tryAgain, Qt::QueuedConnection);
+  });
+}
+
+void SettingsWindow::refresh() {
+  if (widgets_ != nullptr)
+    widgets_->refresh();
+}
+
+void SettingsWindow::setAppearance(const PanelAppearance& appearance) {
+  appearance_ = appearance;
+  setPalette(PanelPalette::make(appearance).palette());
+  setFont(panelFont(PanelTextStyle::body));
+  update();
+}
+
+void SettingsWindow::open(const UUID& id) {
+  showPage(0);
+  if (widgets_ != nullptr && !widgets_->open(id))
+    tell(QStringLiteral("This widget is not one of yours."), true);
+}
+
+void SettingsWindow::tell(const QString& sentence, bool isTrouble) {
+  told_->setStyle(isTrouble ? PanelTextStyle::trouble : PanelTextStyle::caption);
+  told_->setWords(sentence);
+  if (!sentence.isEmpty()) {
+    QAccessibleEvent said(told_, QAccessible::Alert);
+    QAccessible::updateAccessibility(&said);
+  }
+}
+
+void SettingsWindow::showPage(int page) {
+  pages_->setCurrent(page);
+  stack_->setCurrentIndex(page);
+}
+
+void SettingsWindow::step(bool isBack) {
+  if (!services_)
+    return;
+  const auto title = QString::fromStdString(isBack ? history_.undoTitle() : history_.redoTitle());
+  if (title.isEmpty())
+    return;
+  services_->attempt([&] {
+    const auto remarks = isBack ? history_.undo() : history_.redo();
+    QString said = isBack ? QStringLiteral("Undone: %1.").arg(title)
+                          : QStringLiteral("Done again: %1.").arg(title);
+    for (const auto& remark : remarks)
+      said += QLatin1Char(' ') + QString::fromStdString(remark) + QLatin1Char('.');
+    tell(said, !remarks.empty());
+  });
+}
+
+void SettingsWindow::refreshHistory() {
+  const auto show = [](PanelButton* button, const QString& word, const std::string& title) {
+    const auto name = title.empty() ? word : word + QLatin1Char(' ') + QString::fromStdString(title);
+    button->setAccessibleName(name);
+    button->setToolTip(name);
+    button->setEnabled(!title.empty());
+  };
+  show(undo_, QStringLiteral("Undo"), history_.undoTitle());
+  show(redo_, QStringLiteral("Redo"), history_.redoTitle());
+}
+
+void SettingsWindow::closeEvent(QCloseEvent* event) {
+  drag_.cancel();
+  event->accept();
+  if (onClose)
+    onClose();
+}
+
+} // namespace tavrin

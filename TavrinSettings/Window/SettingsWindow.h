@@ -1,0 +1,57 @@
+#pragma once
+
+#include "TavrinSettings/Base/PageServices.h"
+
+#include <QWidget>
+
+class QStackedWidget;
+
+namespace tavrin {
+
+class PanelButton;
+class PanelEmptyState;
+class PanelSegments;
+class PanelText;
+class WidgetsPage;
+
+/// The window: its pages, undo and redo above them, and a line for what there is to be said.
+class SettingsWindow : public QWidget {
+public:
+  SettingsWindow(History& history, const PanelAppearance& appearance);
+
+  /// Makes the pages on what the editor says.
+  void setUp(WidgetsEditor& editor, TileStage& stage);
+  /// Says why there is nothing to be shown, in place of the pages.
+  void showTrouble(const QString& sentence, std::function<void()> tryAgain);
+  void refresh();
+  void setAppearance(const PanelAppearance& appearance);
+  /// Opens a widget's settings; says so where there is no such widget.
+  void open(const UUID& id);
+  void tell(const QString& sentence, bool isTrouble);
+
+  std::function<void()> onClose;
+
+protected:
+  void closeEvent(QCloseEvent* event) override;
+
+private:
+  QWidget* makeTop();
+  QWidget* makeFoot();
+  void showPage(int page);
+  void step(bool isBack);
+  void refreshHistory();
+
+  History& history_;
+  PanelAppearance appearance_;
+  TileDrag drag_;
+  std::optional<PageServices> services_;
+  PanelSegments* pages_;
+  PanelButton* undo_;
+  PanelButton* redo_;
+  QStackedWidget* stack_;
+  WidgetsPage* widgets_ = nullptr;
+  PanelEmptyState* trouble_ = nullptr;
+  PanelText* told_;
+};
+
+} // namespace tavrin

@@ -1,0 +1,151 @@
+#include "TavrinSettings/Window/WidgetsPage.h"
+
+#include "TavrinSettings/Editing/StripOrder.h"
+#include "TavrinSettings/Gallery/GalleryView.h"
+#include "TavrinSettings/Strip/StripView.h"
+#include "TavrinSettings/Widget/WidgetPage.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+
+#include <QStackedWidget>
+#include <QVBoxLayout>
+#include <algorithm>
+
+namespace tavrin {
+
+WidgetsPage::WidgetsPage(PageServices& services, QWidget* parent)
+    : QWidget(parent), services_(services) {
+  auto* column = new QVBoxLayout(this);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(panel::grid);
+  strip_ = new StripView(services_, this);
+  strip_->onChoose = [this](const UUID& id, bool isOpened) { choose(id, isOpened); };
+  strip_->onAdd = [this] {
+    showGallery();
+    gallery_->focusSearch();
+  };
+  strip_->onPlaced = [this](const UUID& id) { choose(id, false); };
+  column->addWidget(strip_);
+  column->addWidget(makeTools());
+  below_ = new QStackedWidget(this);
+  gallery_ = new GalleryView(services_, below_);
+  gallery_->onAdd = [this](const UUID& id) {
+    choose(id, false);
+    if (const auto* widget = services_.editor.widget(id))
+      services_.tell(QStringLiteral("“%1” is on the strip.")
+                         .arg(QString::fromStdString(widget->name)),
+                     false);
+  };
+  gallery_->onOpen = [this](const UUID& id) { open(id); };
+  widget_ = new WidgetPage(services_, below_);
+  widget_->onBack = [this] {
+    showGallery();
+    strip_->focusTile(widget_->shown());
+  };
+  below_->addWidget(gallery_);
+  below_->addWidget(widget_);
+  column->addWidget(below_, 1);
+}
+
+QWidget* WidgetsPage::makeTools() {
+  auto* tools = new QWidget(this);
+  auto* row = new QHBoxLayout(tools);
+  row->setContentsMargins(0, 0, 0, 0);
+  row->setSpacing(2);
+  hint_ = new PanelText({}, PanelTextStyle::secondary, tools);
+  hint_->setSingleLine(true);
+  row->addWidget(hint_, 1);
+  const auto add = [&](const char* symbol, const char* name, auto action) {
+    auto* button = PanelButton::icon(QString::fromUtf8(symbol), QString::fromUtf8(name),
+                                     [this, action] {
+                                       if (chosen_)
+                                         action(*chosen_);
+                                     },
+                                     tools);
+    row->addWidget(button);
+    return button;
+  };
+  moveLeft_ = add("chevron.left", "Move Left", [this](const UUID& id) { strip_->moveBy(id, -1); });
+  moveRight_ =
+      add("chevron.right", "Move Right", [this](const UUID& id) { strip_->moveBy(id, 1); });
+  narrower_ = add("minus", "Narrower", [this](const UUID& id) { strip_->widenBy(id, -1); });
+  wider_ = add("plus", "Wider", [this](const UUID& id) { strip_->widenBy(id, 1); });
+  takeOff_ = add("xmark", "Take Off the Strip", [this](const UUID& id) { strip_->takeOff(id); });
+  settings_ = add("gearshape", "Settings", [this](const UUID& id) { open(id); });
+  return tools;
+}
+
+const DockWidget* WidgetsPage::chosenOnStrip(int& place) const {
+  if (!chosen_)
+    return nullptr;
+  const auto strip = stripOf(services_.editor.file());
+  const auto found = std::ranges::find(strip, *chosen_, &DockWidget::id);
+  place = static_cast<int>(found - strip.begin());
+  return found == strip.end() ? nullptr : services_.editor.widget(*chosen_);
+}
+
+void WidgetsPage::refreshTools() {
+  int place = 0;
+  const auto* widget = chosenOnStrip(place);
+  const auto& file = services_.editor.file();
+  const int count = static_cast<int>(stripOf(file).size());
+  moveLeft_->setEnabled(widget != nullptr && place > 0);
+  moveRight_->setEnabled(widget != nullptr && place + 1 < count);
+  narrower_->setEnabled(widget != nullptr && widget->span > 1);
+  wider_->setEnabled(widget != nullptr && widget->span < widget->kind.maxSpan());
+  takeOff_->setEnabled(widget != nullptr);
+  settings_->setEnabled(widget != nullptr);
+  if (widget != nullptr)
+    hint_->setWords(QStringLiteral("%1 · %2").arg(
+        QString::fromStdString(widget->name),
+        widget->span == 1 ? QStringLiteral("1 tile wide")
+                          : QStringLiteral("%1 tiles wide").arg(widget->span)));
+  else if (isStripFull(file))
+    hint_->setWords(QStringLiteral("All twelve places are taken. Take a widget off to make room."));
+  else if (count == 0)
+    hint_->setWords(QStringLiteral("Nothing is on the strip yet. Choose a widget below."));
+  else
+    hint_->setWords(QStringLiteral("Drag tiles to arrange them, or click one to set it up."));
+}
+
+void WidgetsPage::refresh() {
+  strip_->refresh();
+  gallery_->refresh();
+  if (chosen_ && services_.editor.widget(*chosen_) == nullptr)
+    chosen_.reset();
+  strip_->setChosen(chosen_);
+  if (below_->currentWidget() == widget_ && !widget_->show(widget_->shown()))
+    showGallery();
+  refreshTools();
+}
+
+void WidgetsPage::choose(const UUID& id, bool isOpened) {
+  chosen_ = id;
+  services_.editor.widget(id);
+  strip_->setChosen(chosen_);
+  refreshTools();
+  if (isOpened || below_->currentWidget() == widget_)
+    open(id);
+}
+
+bool WidgetsPage::open(const UUID& id) {
+  if (!widget_->show(id))
+    return false;
+  chosen_ = id;
+  strip_->setChosen(chosen_);
+  refreshTools();
+  below_->setCurrentWidget(widget_);
+  return true;
+}
+
+void WidgetsPage::showGallery() {
+  below_->setCurrentWidget(gallery_);
+}
+
+void WidgetsPage::focusSearch() {
+  showGallery();
+  gallery_->focusSearch();
+}
+
+} // namespace tavrin

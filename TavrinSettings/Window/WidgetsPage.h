@@ -1,0 +1,50 @@
+#pragma once
+
+#include "TavrinSettings/Base/PageServices.h"
+
+#include <QWidget>
+
+class QStackedWidget;
+
+namespace tavrin {
+
+class GalleryView;
+class PanelButton;
+class PanelText;
+class StripView;
+class WidgetPage;
+
+/// The strip, and below it the gallery or the widget that was chosen.
+class WidgetsPage : public QWidget {
+public:
+  explicit WidgetsPage(PageServices& services, QWidget* parent = nullptr);
+
+  /// Shows what the editor says.
+  void refresh();
+  /// Opens the settings of a widget. False where there is no such widget.
+  bool open(const UUID& id);
+  void showGallery();
+  void focusSearch();
+
+private:
+  QWidget* makeTools();
+  void choose(const UUID& id, bool isOpened);
+  void refreshTools();
+  const DockWidget* chosenOnStrip(int& place) const;
+
+  PageServices& services_;
+  StripView* strip_;
+  PanelText* hint_;
+  PanelButton* moveLeft_;
+  PanelButton* moveRight_;
+  PanelButton* narrower_;
+  PanelButton* wider_;
+  PanelButton* settings_;
+  PanelButton* takeOff_;
+  QStackedWidget* below_;
+  GalleryView* gallery_;
+  WidgetPage* widget_;
+  std::optional<UUID> chosen_;
+};
+
+} // namespace tavrin

@@ -1,0 +1,34 @@
+#include "TavrinCore/Widgets/DockSlot.h"
+#include "TavrinPlatform/CommandPlatform.h"
+#include "TavrinPlatform/Platform.h"
+#include "TavrinSettings/Window/SettingsApp.h"
+#include "TavrinStorage/StoragePath.h"
+
+namespace {
+
+std::filesystem::path dataFolder(const tavrin::FileManager& files,
+                                 const tavrin::MainBundle& bundle) {
+  return tavrin::StoragePath(files, bundle).resolvedDirectory();
+}
+
+} // namespace
+
+/// tavrin-settings [--edit=WIDGET]
+int main(int argc, char** argv) {
+  const auto platform = tavrin::makePlatform(
+      argc, argv,
+      {.identifier = std::string(tavrin::DockSlot::hostIdentifier), .dataFolder = dataFolder});
+  if (!platform)
+    return 0;
+  const auto host = tavrin::makeCommandPlatform();
+  tavrin::SettingsApp app(*platform, *host);
+  auto& application = platform->application();
+  application.onReopen = [&] { app.show(); };
+  application.onAction = [&](const std::string& action, const std::string& object) {
+    if (action != tavrin::DockSlot::editAction)
+      return false;
+    app.edit(object);
+    return true;
+  };
+  return tavrin::runEventLoop(*platform, [&] { app.show(); });
+}
