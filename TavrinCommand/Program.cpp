@@ -10,6 +10,7 @@
 #include "TavrinCommand/Widgets/SlotCommands.h"
 #include "TavrinCommand/Widgets/UsageCommands.h"
 #include "TavrinCommand/Widgets/WidgetCommands.h"
+#include "TavrinCommand/Widgets/WindowCommands.h"
 #include "TavrinHost/Dock/DockLibrary.h"
 #include "TavrinHost/Widgets/SettingEditing.h"
 
@@ -83,6 +84,7 @@ std::unique_ptr<CLI::App> makeCommandLine(CommandContext& context) {
   addWidgetCommands(*app, context);
   addSlotCommands(*app, context);
   addEditCommands(*app, context);
+  addWindowCommands(*app, context);
   addDockCommands(*app, context);
   addProfileCommands(*app, context);
   addBackupCommands(*app, context);

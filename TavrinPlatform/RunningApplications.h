@@ -63,6 +63,9 @@ public:
   /// Asks a process to end, or with `force` ends it.
   virtual void terminate(ProcessID process, bool force) = 0;
 
+  /// Whether the desktop starts the application when it is asked for something.
+  virtual bool canStart(const std::string& bundleIdentifier) = 0;
+
   /// Asks the application for one of its actions ("open" has its panel stand open, "quit" ends it),
   /// which starts it where the desktop can. Answers whether it took the request.
   bool perform(const std::string& bundleIdentifier, const std::string& action) {

@@ -281,6 +281,9 @@ void SlotControl::startEditor() {
   const auto identifier = editorIdentifier(context_);
   if (!hasScreen || !applications().knowsIdentifiers() || applications().processOwning(identifier))
     return;
+  // The slots themselves have the settings window opened, where the desktop can start it.
+  if (applications().canStart(std::string(DockSlot::hostIdentifier)))
+    return;
   applications().launch(
       {context_.platform().program(), {"edit"}, {}, context_.stateFolder() / "edit.log"});
 }

@@ -3,6 +3,7 @@
 #include "TavrinSettings/Base/TileDrag.h"
 #include "TavrinSettings/Base/TileStage.h"
 #include "TavrinSettings/Editing/WidgetsEditor.h"
+#include "TavrinSettings/Form/FormServices.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelPalette.h"
 
 #include <QString>
@@ -13,8 +14,10 @@ namespace tavrin {
 /// What every page of the window stands on. All of it outlives the pages.
 struct PageServices {
   WidgetsEditor& editor;
+  History& history;
   TileStage& stage;
   TileDrag& drag;
+  const FormServices& forms;
   PanelAppearance& appearance;
   /// Says something at the window's foot; a trouble stands out.
   std::function<void(const QString& sentence, bool isTrouble)> tell;

@@ -1,5 +1,6 @@
 #include "TavrinSettings/Editing/WidgetsEditor.h"
 
+#include "TavrinHost/Widgets/StarterSet.h"
 #include "TavrinSettings/Editing/StripOrder.h"
 
 #include <algorithm>

@@ -40,7 +40,7 @@ namespace tavrin {
 namespace {
 
 /// What every kind's drawing below gets.
-struct Canvas {
+struct Stand {
   const DockWidget& widget;
   const TileSize& size;
   Date now;
@@ -51,8 +51,8 @@ struct Canvas {
 };
 
 template <class Wide, class Icon>
-AnyView either(const Canvas& canvas, const Wide& wide, const Icon& icon) {
-  return canvas.size.isWide() ? wide() : icon();
+AnyView either(const Stand& stand, const Wide& wide, const Icon& icon) {
+  return stand.size.isWide() ? wide() : icon();
 }
 
 const QImage& keptScreen(int variety) {
@@ -67,7 +67,7 @@ FileSheet sheetOf(const char* name) {
   return fileSheet(std::filesystem::path(name), false, {});
 }
 
-AnyView draw(const Canvas& c, const CollectionSettings& settings) {
+AnyView draw(const Stand& c, const CollectionSettings& settings) {
   std::vector<CollectionTileApp> apps;
   const int count = settings.apps.empty() ? 4 : static_cast<int>(settings.apps.size());
   const auto cells = CollectionCells::of(settings.layout, count, c.size);
@@ -92,7 +92,7 @@ AnyView draw(const Canvas& c, const CollectionSettings& settings) {
       [&] { return collectionTileIcon(apps, settings.layout, c.size, name); });
 }
 
-AnyView draw(const Canvas& c, const TimerSettings& settings) {
+AnyView draw(const Stand& c, const TimerSettings& settings) {
   TimerRun run;
   run.duration = settings.presets.empty() ? TimerRun::defaultDuration : settings.presets.front();
   run.startedAt = c.now;
@@ -104,7 +104,7 @@ AnyView draw(const Canvas& c, const TimerSettings& settings) {
       [&] { return timerTileIcon(run, c.now, tint, c.size); });
 }
 
-AnyView draw(const Canvas& c, const PomodoroSettings& settings) {
+AnyView draw(const Stand& c, const PomodoroSettings& settings) {
   auto run = PomodoroRun::fresh(c.now);
   run.startedAt = c.now;
   run.accumulated = settings.length(run.phase) * 0.3;
@@ -114,7 +114,7 @@ AnyView draw(const Canvas& c, const PomodoroSettings& settings) {
       [&] { return pomodoroTileIcon(run, settings, c.now, c.size); });
 }
 
-AnyView draw(const Canvas& c, const MusicSettings& settings) {
+AnyView draw(const Stand& c, const MusicSettings& settings) {
   const auto player = samples::player(PlaybackStatus::playing, "Morning Tide",
                                       "The Lighthouse Quartet", c.now);
   return either(
@@ -123,7 +123,7 @@ AnyView draw(const Canvas& c, const MusicSettings& settings) {
       [&] { return musicTileIcon(&player, samples::cover(), settings, c.now, c.size); });
 }
 
-AnyView draw(const Canvas& c, const CalendarSettings& settings) {
+AnyView draw(const Stand& c, const CalendarSettings& settings) {
   auto events = samples::events(c.now, c.calendar);
   std::erase_if(events, [&](const CalendarEvent& event) {
     return (event.isAllDay && !settings.showsAllDay) ||
@@ -136,21 +136,21 @@ AnyView draw(const Canvas& c, const CalendarSettings& settings) {
       [&] { return calendarTileIcon(reading, c.size); });
 }
 
-AnyView draw(const Canvas& c, const BatterySettings& settings) {
+AnyView draw(const Stand& c, const BatterySettings& settings) {
   const BatteryReading reading{0.72, false, false, 204};
   return either(
       c, [&] { return batteryWideTile(reading, settings, c.size); },
       [&] { return batteryTileIcon(reading, settings, c.size); });
 }
 
-AnyView draw(const Canvas& c, const ClockSettings& settings) {
+AnyView draw(const Stand& c, const ClockSettings& settings) {
   const auto reading = ClockReader(settings, c.calendar).at(c.now);
   return either(
       c, [&] { return clockWideTile(reading, c.size); },
       [&] { return clockTileIcon(reading, c.size); });
 }
 
-AnyView draw(const Canvas& c, const StopwatchSettings&) {
+AnyView draw(const Stand& c, const StopwatchSettings&) {
   StopwatchRun run;
   run.startedAt = c.now;
   run.accumulated = 83;
@@ -159,27 +159,27 @@ AnyView draw(const Canvas& c, const StopwatchSettings&) {
       [&] { return stopwatchTileIcon(run, c.now, c.size); });
 }
 
-AnyView draw(const Canvas& c, const CountdownSettings& settings) {
+AnyView draw(const Stand& c, const CountdownSettings& settings) {
   return either(
       c, [&] { return countdownWideTile(c.widget.name, settings, c.now, c.size); },
       [&] { return countdownTileIcon(c.widget.name, settings, c.now, c.size); });
 }
 
-AnyView draw(const Canvas& c, const TimeProgressSettings& settings) {
+AnyView draw(const Stand& c, const TimeProgressSettings& settings) {
   const auto reading = TimeProgressReading::at(c.now, settings.scope, c.calendar);
   return either(
       c, [&] { return timeProgressWideTile(reading, c.size); },
       [&] { return timeProgressTileIcon(reading, c.size); });
 }
 
-AnyView draw(const Canvas& c, const ActivitySettings& settings) {
+AnyView draw(const Stand& c, const ActivitySettings& settings) {
   const ActivityReading reading{0.34, 0.58};
   return either(
       c, [&] { return activityWideTile(reading, settings, c.size); },
       [&] { return activityTileIcon(reading, settings, c.size); });
 }
 
-AnyView draw(const Canvas& c, const NetworkSettings& settings) {
+AnyView draw(const Stand& c, const NetworkSettings& settings) {
   NetworkTrace trace{{2'400'000, 310'000}, {}};
   for (int i = 0; i < 60; ++i)
     trace.history.push_back({1'400'000 * (1.2 + std::sin(i / 5.0)), 240'000.0 * (i % 9)});
@@ -188,13 +188,13 @@ AnyView draw(const Canvas& c, const NetworkSettings& settings) {
       [&] { return networkTileIcon(trace, settings, c.size); });
 }
 
-AnyView draw(const Canvas& c, const NoteSettings& settings) {
+AnyView draw(const Stand& c, const NoteSettings& settings) {
   return either(
       c, [&] { return noteWideTile(settings, c.size); },
       [&] { return noteTileIcon(settings, c.size); });
 }
 
-AnyView draw(const Canvas& c, const ReminderSettings& settings) {
+AnyView draw(const Stand& c, const ReminderSettings& settings) {
   const ReminderReading reading{
       settings, CalendarState::items,
       selectReminders(samples::reminders(c.now, c.calendar), settings, c.now, c.calendar), c.now,
@@ -204,7 +204,7 @@ AnyView draw(const Canvas& c, const ReminderSettings& settings) {
       [&] { return reminderTileIcon(reading, c.size); });
 }
 
-AnyView draw(const Canvas& c, const ShortcutSettings& settings) {
+AnyView draw(const Stand& c, const ShortcutSettings& settings) {
   ShortcutTileState state;
   state.title = QString::fromStdString(settings.title.empty() ? c.widget.name : settings.title);
   return either(
@@ -212,14 +212,14 @@ AnyView draw(const Canvas& c, const ShortcutSettings& settings) {
       [&] { return shortcutTileIcon(state, settings, c.size); });
 }
 
-AnyView draw(const Canvas& c, const AirDropSettings&) {
+AnyView draw(const Stand& c, const AirDropSettings&) {
   const AirDropTileState state;
   return either(
       c, [&] { return airDropWideTile(state, c.size, {}); },
       [&] { return airDropTileIcon(state, c.size); });
 }
 
-AnyView draw(const Canvas& c, const WeatherSettings& settings) {
+AnyView draw(const Stand& c, const WeatherSettings& settings) {
   WeatherSnapshot snapshot;
   snapshot.settings = settings;
   if (!snapshot.hasPlace()) {
@@ -235,7 +235,7 @@ AnyView draw(const Canvas& c, const WeatherSettings& settings) {
       [&] { return weatherTileIcon(snapshot, c.size); });
 }
 
-AnyView draw(const Canvas& c, const ClaudeUsageSettings& settings) {
+AnyView draw(const Stand& c, const ClaudeUsageSettings& settings) {
   ClaudeUsageReading reading;
   reading.settings = settings;
   reading.hasRead = reading.isConnected = true;
@@ -250,7 +250,7 @@ AnyView draw(const Canvas& c, const ClaudeUsageSettings& settings) {
       [&] { return claudeUsageTileIcon(reading, c.now, c.size); });
 }
 
-AnyView draw(const Canvas& c, const GitHubSettings& settings) {
+AnyView draw(const Stand& c, const GitHubSettings& settings) {
   GitHubReading reading;
   reading.settings = settings;
   reading.hasRead = true;
@@ -264,12 +264,12 @@ AnyView draw(const Canvas& c, const GitHubSettings& settings) {
       [&] { return gitHubTileIcon(reading, c.size); });
 }
 
-AnyView draw(const Canvas& c, const PetSettings& settings) {
+AnyView draw(const Stand& c, const PetSettings& settings) {
   const PetPose pose{PetActivity::sitting, 0, c.size.isWide() ? 24 : 6, 0, false};
   return petTile(settings, pose, PetSky::day, c.size);
 }
 
-AnyView draw(const Canvas& c, const ColourPickerSettings& settings) {
+AnyView draw(const Stand& c, const ColourPickerSettings& settings) {
   static const auto history =
       samples::colours({0xE056C8, 0x2BB59A, 0xFFC83D, 0x3A9BF0, 0x121214, 0xFA4E6A, 0x6FB54A});
   return either(
@@ -277,7 +277,7 @@ AnyView draw(const Canvas& c, const ColourPickerSettings& settings) {
       [&] { return colourTileIcon(history, settings, c.size); });
 }
 
-AnyView draw(const Canvas& c, const ClipboardSettings& settings) {
+AnyView draw(const Stand& c, const ClipboardSettings& settings) {
   ClipboardReading reading;
   reading.count = static_cast<std::size_t>(std::min(settings.historyLimit, 24));
   reading.unseen = 2;
@@ -286,7 +286,7 @@ AnyView draw(const Canvas& c, const ClipboardSettings& settings) {
   return clipboardTileIcon(reading, c.size);
 }
 
-AnyView draw(const Canvas& c, const BookmarkSettings& settings) {
+AnyView draw(const Stand& c, const BookmarkSettings& settings) {
   auto shown = settings;
   if (settings.bookmarks.empty() && settings.folders.empty())
     shown.bookmarks = {{"News", "https://news.example"},
@@ -302,24 +302,25 @@ AnyView draw(const Canvas& c, const BookmarkSettings& settings) {
       [&] { return bookmarkTileIcon(shown, c.size); });
 }
 
-AnyView draw(const Canvas& c, const EmojiSettings& settings) {
+AnyView draw(const Stand& c, const EmojiSettings& settings) {
   return either(
       c, [&] { return emojiWideTile(samples::emoji(), settings.skinTone, c.glyphs, c.size, {}); },
       [&] { return emojiTileIcon(samples::emoji(), settings.skinTone, c.glyphs, c.size); });
 }
 
-AnyView draw(const Canvas& c, const ScreenshotSettings& settings) {
+AnyView draw(const Stand& c, const ScreenshotSettings& settings) {
   ScreenshotReading reading{true, FolderListing::State::listed, {}};
   const int shown = std::min(settings.limit, static_cast<int>(mostTileShots));
   for (int i = 0; i < (c.size.isWide() ? shown : 1); ++i)
     reading.shots.push_back({keptScreen(i), "Screenshot " + std::to_string(i) + ".png",
-                             c.calendar.timeOfDay(c.now - 600 * i), false});
+                             QString::fromStdString(c.calendar.timeOfDay(c.now - 600.0 * i)),
+                             false});
   return either(
       c, [&] { return screenshotWideTile(reading, c.size, {}); },
       [&] { return screenshotTileIcon(reading, c.size); });
 }
 
-AnyView draw(const Canvas& c, const FilesSettings& settings) {
+AnyView draw(const Stand& c, const FilesSettings& settings) {
   FilesReading reading{true, false, settings.marksUnseen ? std::size_t{3} : 0, 0, {}};
   for (const char* name : {"plan.pdf", "photos.zip", "notes.txt"})
     reading.files.push_back(
@@ -329,7 +330,7 @@ AnyView draw(const Canvas& c, const FilesSettings& settings) {
       [&] { return filesTileIcon(reading, c.size); });
 }
 
-AnyView draw(const Canvas& c, const ShelfSettings& settings) {
+AnyView draw(const Stand& c, const ShelfSettings& settings) {
   ShelfReading reading;
   for (const auto& path : settings.paths)
     reading.sheets.push_back(fileSheet(path, false, {}));
@@ -342,7 +343,7 @@ AnyView draw(const Canvas& c, const ShelfSettings& settings) {
       [&] { return shelfTileIcon(reading, c.size); });
 }
 
-AnyView draw(const Canvas& c, const WaterSettings& settings) {
+AnyView draw(const Stand& c, const WaterSettings& settings) {
   const auto reading =
       WaterReading::of(samples::water(settings.glass * 3, settings.refillMinutes * 0.3, c.now,
                                       c.calendar),
@@ -353,13 +354,13 @@ AnyView draw(const Canvas& c, const WaterSettings& settings) {
       [&] { return waterTileIcon(reading, tank, c.size); });
 }
 
-AnyView draw(const Canvas& c, const ConverterSettings& settings) {
+AnyView draw(const Stand& c, const ConverterSettings& settings) {
   return either(
       c, [&] { return converterWideTile(settings, c.notation, c.size, {}); },
       [&] { return converterTileIcon(settings, c.notation, c.size); });
 }
 
-AnyView draw(const Canvas& c, const FanSettings&) {
+AnyView draw(const Stand& c, const FanSettings&) {
   const FanStatus status{true, true, false, 2150, 0.4};
   return either(
       c,
@@ -367,7 +368,7 @@ AnyView draw(const Canvas& c, const FanSettings&) {
       [&] { return fanTileIcon(status, c.size); });
 }
 
-AnyView draw(const Canvas& c, const KeyboardLockSettings& settings) {
+AnyView draw(const Stand& c, const KeyboardLockSettings& settings) {
   KeyboardLockStatus status;
   status.locksPointer = settings.locksPointer;
   status.holdSeconds = settings.holdSeconds;
@@ -382,8 +383,8 @@ AnyView draw(const Canvas& c, const KeyboardLockSettings& settings) {
 } // namespace
 
 AnyView SampleTiles::tile(const DockWidget& widget, const TileSize& size, Date now) {
-  const Canvas canvas{widget, size, now, calendar_, notation_, glyphs_, applicationIcon};
-  return std::visit([&](const auto& settings) { return draw(canvas, settings); },
+  const Stand stand{widget, size, now, calendar_, notation_, glyphs_, applicationIcon};
+  return std::visit([&](const auto& settings) { return draw(stand, settings); },
                     static_cast<const KindVariant&>(widget.kind));
 }
 

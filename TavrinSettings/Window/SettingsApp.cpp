@@ -2,6 +2,7 @@
 
 #include "TavrinCore/Widgets/DockSlot.h"
 #include "TavrinHost/Widgets/SlotControl.h"
+#include "TavrinSettings/Dock/DockPage.h"
 #include "TavrinSettings/Window/SettingsWindow.h"
 
 #include <QGuiApplication>
@@ -19,15 +20,19 @@ public:
   SettingsWindow* window = nullptr;
 
 private:
+  /// From any thread: a Dock is changed off the main one.
   void tell(std::string_view line, bool isTrouble) {
-    if (window != nullptr)
-      window->tell(QString::fromUtf8(line.data(), static_cast<qsizetype>(line.size())), isTrouble);
+    if (window == nullptr)
+      return;
+    auto words = QString::fromUtf8(line.data(), static_cast<qsizetype>(line.size()));
+    QMetaObject::invokeMethod(
+        window, [shown = window, words, isTrouble] { shown->tell(words, isTrouble); });
   }
 };
 
 SettingsApp::SettingsApp(Platform& platform, CommandPlatform& host)
     : platform_(platform), context_(std::make_unique<Context>(host)),
-      stage_(platform.runLoop(), platform.clock()) {
+      stage_(platform.runLoop(), platform.clock()), forms_(platform) {
   // Which desktop entry the window belongs to.
   QGuiApplication::setDesktopFileName(
       QString::fromUtf8(DockSlot::hostIdentifier.data(),
@@ -69,7 +74,13 @@ void SettingsApp::open() {
   }
   editor_->onChange = [this] { window_->refresh(); };
   editor_->onNewSlots = [this](const std::set<int>& slots) { startSlots(slots); };
-  window_->setUp(*editor_, stage_);
+  window_->setUp(*editor_, stage_, forms_.services(),
+                 [this](PageServices& services, QWidget* parent) {
+                   auto* page = new DockPage(services, *context_, history_, platform_.runLoop(),
+                                             platform_.applications(), parent);
+                   page->reload();
+                   return page;
+                 });
 }
 
 void SettingsApp::reload() {

@@ -5,6 +5,8 @@
 #include "TavrinSettings/Base/TileStage.h"
 #include "TavrinSettings/Editing/History.h"
 #include "TavrinSettings/Editing/WidgetsEditor.h"
+#include "TavrinSettings/Window/FormDesk.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelPalette.h"
 
 #include <memory>
 #include <optional>
@@ -37,6 +39,7 @@ private:
   std::unique_ptr<Context> context_;
   History history_;
   TileStage stage_;
+  FormDesk forms_;
   std::optional<WidgetsEditor> editor_;
   std::unique_ptr<SettingsWindow> window_;
   TokenPtr widgetsChanged_;

@@ -15,6 +15,12 @@
 #include <QVBoxLayout>
 
 namespace tavrin {
+namespace {
+
+/// Among the segments of the pages.
+constexpr int dockPage = 1;
+
+} // namespace
 
 SettingsWindow::SettingsWindow(History& history, const PanelAppearance& appearance)
     : history_(history), appearance_(appearance), drag_(this) {
@@ -79,14 +85,19 @@ QWidget* SettingsWindow::makeFoot() {
   return told_;
 }
 
-void SettingsWindow::setUp(WidgetsEditor& editor, TileStage& stage) {
-  services_.emplace(PageServices{editor, stage, drag_, appearance_,
+void SettingsWindow::setUp(
+    WidgetsEditor& editor, TileStage& stage, const FormServices& forms,
+    const std::function<QWidget*(PageServices&, QWidget* parent)>& makeDockPage) {
+  makeDockPage_ = makeDockPage;
+  services_.emplace(PageServices{editor, history_, stage, drag_, forms, appearance_,
                                  [this](const QString& sentence, bool isTrouble) {
                                    tell(sentence, isTrouble);
                                  }});
   delete std::exchange(trouble_, nullptr);
   widgets_ = new WidgetsPage(*services_, stack_);
   stack_->addWidget(widgets_);
+  pages_->setTitles({QStringLiteral("Widgets"), QStringLiteral("Dock Layouts")});
+  pages_->setCurrent(0);
   refresh();
 }
 
@@ -132,7 +143,17 @@ void SettingsWindow::tell(const QString& sentence, bool isTrouble) {
 
 void SettingsWindow::showPage(int page) {
   pages_->setCurrent(page);
-  stack_->setCurrentIndex(page);
+  if (!services_)
+    return;
+  if (page == dockPage && dock_ == nullptr) {
+    services_->attempt([&] {
+      dock_ = makeDockPage_(*services_, stack_);
+      stack_->addWidget(dock_);
+    });
+  }
+  QWidget* shown = page == dockPage ? dock_ : widgets_;
+  if (shown != nullptr)
+    stack_->setCurrentWidget(shown);
 }
 
 void SettingsWindow::step(bool isBack) {

@@ -20,7 +20,8 @@ public:
   SettingsWindow(History& history, const PanelAppearance& appearance);
 
   /// Makes the pages on what the editor says.
-  void setUp(WidgetsEditor& editor, TileStage& stage);
+  void setUp(WidgetsEditor& editor, TileStage& stage, const FormServices& forms,
+             const std::function<QWidget*(PageServices&, QWidget* parent)>& makeDockPage);
   /// Says why there is nothing to be shown, in place of the pages.
   void showTrouble(const QString& sentence, std::function<void()> tryAgain);
   void refresh();
@@ -50,6 +51,9 @@ private:
   PanelButton* redo_;
   QStackedWidget* stack_;
   WidgetsPage* widgets_ = nullptr;
+  /// Made when it is first looked at.
+  QWidget* dock_ = nullptr;
+  std::function<QWidget*(PageServices&, QWidget* parent)> makeDockPage_;
   PanelEmptyState* trouble_ = nullptr;
   PanelText* told_;
 };

@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <set>
 #include <sstream>
 
 namespace tavrin::test {
@@ -62,6 +63,7 @@ public:
     if (!stubborn || force)
       programs.erase(process);
   }
+  bool canStart(const std::string& identifier) override { return startable.contains(identifier); }
   using RunningApplications::perform;
   bool perform(const std::string& identifier, const std::string& action,
                const std::optional<std::string>&) override {
@@ -73,6 +75,8 @@ public:
   bool hasBus = true;
   bool stubborn = false;
   std::map<std::string, ProcessID> owners;
+  /// What the desktop can start.
+  std::set<std::string> startable;
   std::map<ProcessID, std::filesystem::path> programs;
   std::map<ProcessID, std::map<std::string, std::string>> environments;
   std::vector<Launch> launches;

@@ -102,6 +102,20 @@ bool LinuxRunningApplications::claimIdentifier(const std::string& bundleIdentifi
          sd_bus_request_name(bus_->handle(), bundleIdentifier.c_str(), 0) >= 0;
 }
 
+bool LinuxRunningApplications::canStart(const std::string& bundleIdentifier) {
+  if (!knowsIdentifiers())
+    return false;
+  const auto answer =
+      answerOf(*bus_, bus_->method(busDaemon, "ListActivatableNames"), queryLimit);
+  if (!answer || sd_bus_message_enter_container(answer.get(), 'a', "s") <= 0)
+    return false;
+  const char* name = nullptr;
+  while (sd_bus_message_read_basic(answer.get(), 's', &name) > 0)
+    if (name == bundleIdentifier)
+      return true;
+  return false;
+}
+
 std::vector<int> LinuxRunningApplications::processesRunning(const std::filesystem::path& program) {
   std::vector<int> processes;
   std::error_code error;

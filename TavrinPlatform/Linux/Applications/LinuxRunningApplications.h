@@ -21,6 +21,7 @@ public:
   std::vector<ProcessID> launchTogether(const std::vector<Launch>& launches) override;
   bool isAlive(ProcessID process) override;
   void terminate(ProcessID process, bool force) override;
+  bool canStart(const std::string& bundleIdentifier) override;
   using RunningApplications::perform;
   bool perform(const std::string& bundleIdentifier, const std::string& action,
                const std::optional<std::string>& object) override;

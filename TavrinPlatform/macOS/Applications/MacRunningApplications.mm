@@ -177,6 +177,13 @@ public:
       [application terminate];
   }
 
+  bool canStart(const std::string& bundleIdentifier) override {
+    @autoreleasepool {
+      return [NSWorkspace.sharedWorkspace
+                 URLForApplicationWithBundleIdentifier:toNSString(bundleIdentifier)] != nil;
+    }
+  }
+
   using RunningApplications::perform;
   /// What an action is about comes to the application by a notification of its own.
   bool perform(const std::string& bundleIdentifier, const std::string& action,

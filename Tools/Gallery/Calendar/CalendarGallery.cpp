@@ -1,3 +1,4 @@
+#include "TavrinSettings/Samples/SampleValues.h"
 #include "TavrinWidgetsUI/Calendar/CalendarPanelView.h"
 #include "TavrinWidgetsUI/Calendar/CalendarViews.h"
 #include "Tools/Gallery/Gallery.h"
@@ -12,16 +13,9 @@ const char* const longTitle =
     "Quarterly Donaudampfschifffahrtsgesellschaft planning with everybody who may come";
 
 std::vector<CalendarEvent> someEvents() {
-  const Date today = german().startOfDay(noon);
-  return {
-      {"1", "Design review", noon + 12 * 60, noon + 72 * 60, false, "Room 4", "#3584e4"},
-      {"2", "Lunch with Ada", noon + 3 * 3600, noon + 4 * 3600, false, {}, "#33d17a"},
-      {"3", longTitle, noon + 6 * 3600, noon + 7 * 3600, false, "Hamburg, Speicherstadt",
-       "#ff7800"},
-      {"4", "Grandmother's birthday", today, today + 86'400, true, {}, "#c061cb"},
-      {"5", "Flight", noon + 26 * 3600, noon + 40 * 3600, false, "BER", "#3584e4"},
-      {"6", "Holiday", today + 3 * 86'400, today + 10 * 86'400, true, {}, "#f6d32d"},
-  };
+  auto events = samples::events(noon, german());
+  events[2].title = longTitle;
+  return events;
 }
 
 CalendarReading reading(CalendarTileStyle style, CalendarState state, std::size_t skip = 0,
@@ -69,14 +63,13 @@ std::vector<ReminderCase> reminderCases() {
     ReminderReading reading{{}, state, {}, noon, german()};
     reading.settings.style = style;
     const Date today = german().startOfDay(noon);
-    if (state == CalendarState::items && !isDone)
-      reading.reminders = {
-          {"1", "l", "Pay the rent", today - 86'400, true, false, {}, 0},
-          {"2", "l", "Call Ada", noon + 3600, false, false, {}, 1},
-          {"3", "l", longTitle, today, true, false, {}, 0},
-          {"4", "l", "", today + 2 * 86'400, true, false, {}, 0},
-          {"5", "l", "Read the report", {}, false, false, {}, 0},
-      };
+    if (state == CalendarState::items && !isDone) {
+      reading.reminders = samples::reminders(noon, german());
+      reading.reminders.pop_back();
+      reading.reminders[2].title = longTitle;
+      reading.reminders.insert(reading.reminders.begin() + 3,
+                               {"4", "l", "", today + 2 * 86'400, true, false, {}, 0});
+    }
     if (state == CalendarState::items)
       reading.reminders.push_back({"6", "l", "Buy milk", today, true, true, noon, 0});
     return reading;

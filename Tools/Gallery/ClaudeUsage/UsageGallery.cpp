@@ -1,3 +1,4 @@
+#include "TavrinSettings/Samples/SampleValues.h"
 #include "TavrinStorage/ClaudeUsage/ClaudeUsageBridge.h"
 #include "TavrinWidgetsUI/ClaudeUsage/ClaudeUsageModel.h"
 #include "TavrinWidgetsUI/ClaudeUsage/ClaudeUsagePanelView.h"
@@ -77,35 +78,20 @@ std::vector<UsageCase> usageCases() {
           {"absent", absent}};
 }
 
-GitHubItem item(int number, const char* title, GitHubChecks checks, double age,
-                bool isIssue = false, bool isDraft = false,
-                const char* repository = "quellby/tavrin") {
-  return {number, title,   repository, "https://github.com/" + std::to_string(number),
-          checks, isDraft, isIssue,    morning - age};
+std::vector<GitHubItem> items() {
+  return samples::gitHubItems(morning);
 }
 
-std::vector<GitHubItem> items() {
-  return {
-      item(412, "Tiles keep their contrast on a light ground", GitHubChecks::failing, 300),
-      item(7, "Fix: the reader loses a half-written last line when a log is rotated while it reads",
-           GitHubChecks::failing, 7300),
-      item(98765, "Größere Schrift", GitHubChecks::running, 20, false, true,
-           "a-very-long-organisation-name/an-even-longer-repository-name"),
-      item(3, "One idea, one place", GitHubChecks::passing, 86'400 * 12),
-      item(41, "Crash on exit", GitHubChecks::none, 3600 * 5, true),
-      item(44, "Docs", GitHubChecks::none, 86'400)};
+GitHubItem another(int number) {
+  auto item = items()[3];
+  item.number = number;
+  item.title = "Another one";
+  item.updatedAt = morning - number * 4000.0;
+  return item;
 }
 
 GitHubContributions year(bool isQuiet) {
-  std::vector<GitHubContributionDay> days;
-  int total = 0;
-  for (int i = 0; i < 53 * 7 - 3; ++i) {
-    const Date date = morning - (53 * 7 - 4 - i) * 86'400.0;
-    const int count = isQuiet || (i * 7919) % 5 < 2 ? 0 : (i * i * 31) % 13;
-    total += count;
-    days.push_back({iso8601(date).substr(0, 10), count});
-  }
-  return GitHubContributions(std::move(days), total);
+  return samples::contributions(morning, isQuiet);
 }
 
 struct GitHubCase {
@@ -132,7 +118,7 @@ std::vector<GitHubCase> gitHubCases() {
   quiet.contributions = year(true);
   std::vector<GitHubItem> many;
   for (int i = 0; i < 50; ++i)
-    many.push_back(item(i, "Another one", GitHubChecks::passing, i * 4000.0));
+    many.push_back(another(i));
   return {{"asking", reading(GitHubShows::myPullRequests, {}, {}, false)},
           {"failing", reading(GitHubShows::myPullRequests, items())},
           {"passing", reading(GitHubShows::myPullRequests, passing)},
@@ -299,7 +285,7 @@ GalleryPanels usagePanels() {
   const ClaudeUsageSettings budget{ClaudeUsageShows::tokens, ClaudeUsageScope::week, 20'000'000};
   auto many = items();
   for (int i = 0; i < 12; ++i)
-    many.push_back(item(i, "Another one", GitHubChecks::passing, i * 4000.0));
+    many.push_back(another(i));
   return {
       usagePanel("plain", today, true, false, false),
       usagePanel("limits", budget, true, true, true),

@@ -1,3 +1,4 @@
+#include "TavrinSettings/Samples/SampleValues.h"
 #include "TavrinWidgetsUI/Collection/CollectionPanelView.h"
 #include "TavrinWidgetsUI/Collection/CollectionViews.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewRenderer.h"
@@ -16,23 +17,11 @@ const std::vector<std::string> names = {
     "Music",   "Photos",   "LibreOffice Writer with a long name",
     "Maps",    "Weather",  "Calculator"};
 
-/// A picture unlike the others, as icons are: a disc or a square with a mark.
-QImage drawnIcon(std::size_t index, int pixels) {
-  const QColor colour = QColor::fromHsv(static_cast<int>(index * 47 % 360), 170, 230);
-  const Shape form = index % 3 == 0 ? circle() : roundedRectangle(pixels * 0.2);
-  const AnyView picture =
-      zstack({form.gradient(colour.lighter(115), colour.darker(130)),
-              circle().fill(QColor(255, 255, 255, 220)).padding(pixels * 0.32)});
-  ViewRenderer renderer;
-  renderer.render(picture, QSizeF(pixels, pixels), 1);
-  return renderer.image().copy();
-}
-
 std::vector<CollectionTileApp> appsOf(std::size_t count, bool areGone = false) {
   std::vector<CollectionTileApp> apps;
   for (std::size_t i = 0; i < count; ++i)
     apps.push_back({QString::fromStdString(names[i % names.size()]),
-                    areGone && i % 2 == 0 ? QImage() : drawnIcon(i, 128), areGone && i % 2 == 0});
+                    areGone && i % 2 == 0 ? QImage() : samples::applicationIcon(i, 128), areGone && i % 2 == 0});
   return apps;
 }
 

@@ -1,3 +1,4 @@
+#include "TavrinSettings/Samples/SampleValues.h"
 #include "TavrinWidgetsUI/Colour/ColourPanelView.h"
 #include "TavrinWidgetsUI/Colour/ColourViews.h"
 #include "Tools/Gallery/Gallery.h"
@@ -5,18 +6,7 @@
 namespace tavrin {
 namespace {
 
-ColourHistory historyOf(std::initializer_list<int> values) {
-  ColourHistory history;
-  for (const int value : values) {
-    PickedColour colour;
-    colour.id = UUID::random();
-    colour.red = value >> 16;
-    colour.green = value >> 8 & 255;
-    colour.blue = value & 255;
-    history.colours.push_back(colour);
-  }
-  return history;
-}
+constexpr auto historyOf = samples::colours;
 
 ColourHistory sixty() {
   ColourHistory history;

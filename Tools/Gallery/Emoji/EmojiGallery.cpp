@@ -1,3 +1,4 @@
+#include "TavrinSettings/Samples/SampleValues.h"
 #include "TavrinWidgetsUI/Emoji/EmojiPanelView.h"
 #include "TavrinWidgetsUI/Emoji/EmojiViews.h"
 #include "Tools/Gallery/DesignedGallery.h"
@@ -22,18 +23,7 @@ EmojiGlyphs& glyphs() {
 }
 
 const std::vector<Emoji>& recents() {
-  static const std::vector<Emoji> made{{"🦊", ""},
-                                       {"👋", "👋🏻"},
-                                       {"🧑‍🚀", "🧑🏻‍🚀"},
-                                       {"🇩🇪", ""},
-                                       {"🥨", ""},
-                                       {"❤️‍🔥", ""},
-                                       {"🏳️‍🌈", ""},
-                                       {"🧑‍🤝‍🧑", "🧑🏻‍🤝‍🧑🏻"},
-                                       {"🎸", ""},
-                                       {"⚽", ""},
-                                       {"🚲", ""}};
-  return made;
+  return samples::emoji();
 }
 
 GalleryPanel panelOf(const char* name, std::vector<Emoji> used, EmojiSkinTone tone, int group,

@@ -1,3 +1,4 @@
+#include "TavrinSettings/Samples/SampleValues.h"
 #include "TavrinWidgetsUI/Files/FileViews.h"
 #include "TavrinWidgetsUI/Files/FilesPanelView.h"
 #include "TavrinWidgetsUI/Files/ScreenshotPanelView.h"
@@ -22,32 +23,10 @@ using State = FolderListing::State;
 
 constexpr Date now = Date::fromUnixSeconds(1'788'984'522);
 
-/// A screen with a window or two.
-QImage screen(int variety, QSize size = {1280, 800}) {
-  QImage picture(size, QImage::Format_RGB32);
-  QPainter painter(&picture);
-  const auto hue = [&](int offset) {
-    return QColor::fromHsv((variety * 67 + offset) % 360, 150, 190);
-  };
-  QLinearGradient ground(0, 0, size.width(), size.height());
-  ground.setColorAt(0, hue(0));
-  ground.setColorAt(1, hue(80));
-  painter.fillRect(picture.rect(), ground);
-  painter.fillRect(0, 0, size.width(), 28, QColor(20, 20, 24));
-  for (int i = 0; i <= variety % 2; ++i) {
-    const QRect window(120 + 260 * i, 110 + 130 * i, size.width() / 2, size.height() / 2);
-    painter.fillRect(window, variety % 3 == 0 ? QColor(30, 32, 38) : QColor(250, 250, 250));
-    painter.fillRect(window.left(), window.top(), window.width(), 34, QColor(208, 212, 218));
-    for (int line = 0; line < 9; ++line)
-      painter.fillRect(window.left() + 24, window.top() + 60 + line * 32,
-                       (window.width() - 60) * ((line * 37 + variety * 11) % 60 + 40) / 100, 12,
-                       hue(line * 20));
-  }
-  return picture;
-}
+using samples::screen;
 
 QImage small(int variety, QSize size = {1280, 800}) {
-  return screen(variety, size).scaled(256, 256, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+  return samples::smallScreen(variety, size);
 }
 
 ScreenshotReading shots(int count) {

@@ -1,3 +1,4 @@
+#include "TavrinSettings/Samples/SampleValues.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewRenderer.h"
 #include "TavrinWidgetsUI/Music/MusicPanelView.h"
 #include "TavrinWidgetsUI/Music/MusicViews.h"
@@ -14,31 +15,9 @@ namespace {
 
 constexpr Date now{800'000'000};
 
-/// A cover of the gallery's own.
-const QImage& cover(bool isLight) {
-  static const auto draw = [](const QColor& top, const QColor& bottom, const QColor& mark) {
-    const AnyView picture = zstack(
-        {rectangle().gradient(top, bottom), circle().stroke(mark, 14).padding(40),
-         circle().fill(mark).padding(100), circle().fill(mark).frame(70, 70).offset(90, -95)});
-    ViewRenderer renderer;
-    renderer.render(picture, QSizeF(320, 320), 1);
-    return renderer.image().copy();
-  };
-  static const QImage dark = draw({0x1F, 0x4E, 0x79}, {0x0B, 0x16, 0x2B}, {0xF2, 0xC1, 0x4E});
-  static const QImage light = draw({0xFF, 0xF4, 0xE0}, {0xF6, 0xD9, 0xC0}, {0xD1, 0x49, 0x5B});
-  return isLight ? light : dark;
-}
-
 MediaPlayer playerOf(PlaybackStatus status, const std::string& title, const std::string& artist,
                      double length = 213, double position = 74) {
-  MediaPlayer player = test::FakeMediaPlayers::player("player", title, length, now);
-  player.title = "Music Player";
-  player.playback.track.artist = artist;
-  player.playback.track.album = "Harbours";
-  player.playback.status = status;
-  player.playback.position = position;
-  player.volume = 0.6;
-  return player;
+  return samples::player(status, title, artist, now, length, position);
 }
 
 struct State {
@@ -88,7 +67,7 @@ GalleryPanel panelOf(const State& state, bool hasOthers = false, bool isAvailabl
               if (state.cover != 0) {
                 const QString file = QDir::temp().filePath(
                     QStringLiteral("tavrin-gallery-cover-%1.png").arg(state.cover));
-                cover(state.cover == 2).save(file);
+                samples::cover(state.cover == 2).save(file);
                 stage.players.all[0].playback.track.cover = file.toStdString();
               }
               if (hasOthers)
@@ -113,7 +92,7 @@ GallerySheet musicGallery() {
       sheet.push_back({state.name, span, [state](const TileSize& size) {
                          const auto* player = state.player ? &*state.player : nullptr;
                          const QImage picture =
-                             state.cover == 0 ? QImage() : cover(state.cover == 2);
+                             state.cover == 0 ? QImage() : samples::cover(state.cover == 2);
                          return size.isWide() ? musicWideTile(player, picture, {}, now, size, {})
                                               : musicTileIcon(player, picture, {}, now, size);
                        }});

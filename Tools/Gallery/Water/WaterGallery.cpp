@@ -1,3 +1,4 @@
+#include "TavrinSettings/Samples/SampleValues.h"
 #include "TavrinWidgetsUI/Water/WaterPanelView.h"
 #include "TavrinWidgetsUI/Water/WaterViews.h"
 #include "Tools/Gallery/Gallery.h"
@@ -43,12 +44,7 @@ std::vector<WaterCase> waterCases() {
 
 WaterReading readingOf(const WaterCase& water) {
   const Calendar calendar("Europe/Berlin", "en_GB");
-  WaterLog log;
-  const int history[] = {1500, 2250, 0, 2000, 750, 1800};
-  for (int i = 0; i < 6; ++i)
-    log.add(history[i], calendar.addingDays(i - 6, evening), calendar);
-  if (water.drunk > 0)
-    log.add(water.drunk, evening - water.minutesAgo * 60, calendar);
+  const auto log = samples::water(water.drunk, water.minutesAgo, evening, calendar);
   return WaterReading::of(log, water.settings, evening, calendar);
 }
 

@@ -1,3 +1,4 @@
+#include "TavrinSettings/Samples/SampleValues.h"
 #include "TavrinWidgetsUI/Weather/WeatherModel.h"
 #include "TavrinWidgetsUI/Weather/WeatherPanelView.h"
 #include "Tests/Support/FakePlatform.h"
@@ -21,20 +22,7 @@ WeatherSnapshot weather(const char* city, double temperature, Condition conditio
   snapshot.settings.unit = WeatherUnit::celsius;
   snapshot.settings.style = style;
   snapshot.now = noon;
-  WeatherReading reading;
-  reading.temperature = temperature;
-  reading.apparent = temperature - 2.4;
-  reading.condition = condition;
-  reading.isDay = isDay;
-  reading.readAt = noon - 340;
-  reading.timeZoneID = "Europe/Berlin";
-  const Calendar calendar("Europe/Berlin", "en_GB");
-  const Condition next[] = {condition, Condition::partlyCloudy, Condition::rain,
-                            Condition::thunderstorm, Condition::snow};
-  for (int i = 0; i < 5; ++i)
-    reading.days.push_back({calendar.startOfDay(calendar.addingDays(i, noon)),
-                            temperature + 2 - i * 3, temperature - 8 - i, next[i]});
-  snapshot.reading = reading;
+  snapshot.reading = samples::weather(temperature, condition, isDay, noon, "Europe/Berlin");
   return snapshot;
 }
 

@@ -1,0 +1,224 @@
+#include "TavrinSettings/Dock/BackupPane.h"
+
+#include "TavrinCore/Base/Calendar.h"
+#include "TavrinCore/Widgets/DockSlot.h"
+#include "TavrinHost/Widgets/SettingText.h"
+#include "TavrinStorage/Dock/PlistFileBackend.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+
+#include <QVBoxLayout>
+#include <algorithm>
+#include <fmt/format.h>
+#include <fstream>
+#include <set>
+
+namespace tavrin {
+namespace {
+
+/// More are not looked through each time.
+constexpr std::size_t mostCompared = 12;
+
+template <class Record>
+std::size_t differing(const std::vector<Record>& then, const std::vector<Record>& now) {
+  std::size_t count = 0;
+  std::set<UUID> seen;
+  for (const auto& record : then) {
+    seen.insert(record.id);
+    const auto found = std::ranges::find(now, record.id, &Record::id);
+    count += found == now.end() || *found != record ? 1 : 0;
+  }
+  for (const auto& record : now)
+    count += seen.contains(record.id) ? 0 : 1;
+  return count;
+}
+
+std::string_view reasonWords(WorkspaceBackup::Reason reason) {
+  switch (reason) {
+  case WorkspaceBackup::Reason::launch:
+    return "at a start";
+  case WorkspaceBackup::Reason::quit:
+    return "at an end";
+  case WorkspaceBackup::Reason::restore:
+    break;
+  }
+  return "before a backup was restored";
+}
+
+/// "dock-2026-11-14T21-20-47.123Z.plist" as a date in words, else the name.
+QString dockBackupTitle(const std::filesystem::path& backup, const Calendar& calendar) {
+  auto words = backup.stem().string();
+  if (words.size() < 24 || !words.starts_with("dock-"))
+    return QString::fromStdString(words);
+  words = words.substr(5, 19);
+  words[13] = words[16] = ':';
+  const auto date = dateFromText(words + "Z", Date{});
+  return date ? QString::fromStdString(calendar.dateAndTime(*date))
+              : QString::fromStdString(backup.stem().string());
+}
+
+/// Bringing back a workspace backup; undone by the one that was made before it.
+class RestoreStep final : public HistoryStep {
+public:
+  RestoreStep(HostContext& context, WorkspaceBackup restored, std::optional<WorkspaceBackup> before)
+      : context_(context), restored_(std::move(restored)), before_(std::move(before)) {}
+  std::string title() const override { return "Restore a Backup"; }
+  std::vector<std::string> undo() override { return put(before_); }
+  std::vector<std::string> redo() override { return put(restored_); }
+
+private:
+  std::vector<std::string> put(const std::optional<WorkspaceBackup>& backup) {
+    if (!backup)
+      return {"There is no backup of what was there before"};
+    workspaceBackups(context_).restore(*backup, context_.platform().clock().now());
+    context_.platform().notifications().post(std::string(DockSlot::widgetsChangedNotification));
+    return {};
+  }
+
+  HostContext& context_;
+  WorkspaceBackup restored_;
+  std::optional<WorkspaceBackup> before_;
+};
+
+} // namespace
+
+std::string workspaceDifference(const WorkspaceBackupStore::Contents& backup,
+                                const WidgetsFile& widgets, const ProfilesFile& profiles) {
+  const auto ofWidgets = differing(backup.widgets.widgets, widgets.widgets);
+  const auto ofProfiles = differing(backup.profiles.profiles, profiles.profiles);
+  std::vector<std::string> parts;
+  if (ofWidgets > 0)
+    parts.push_back(fmt::format("{} {}", ofWidgets, ofWidgets == 1 ? "widget" : "widgets"));
+  if (ofProfiles > 0)
+    parts.push_back(fmt::format("{} {}", ofProfiles, ofProfiles == 1 ? "layout" : "layouts"));
+  if (parts.empty())
+    return "nothing differs from now";
+  return fmt::format("{} {} from now", enumeration(parts),
+                     ofWidgets + ofProfiles == 1 ? "differs" : "differ");
+}
+
+BackupPane::BackupPane(DockServicesOfPage& services, HostContext& context, QWidget* parent)
+    : QWidget(parent), services_(services), context_(context) {
+  auto* column = new QVBoxLayout(this);
+  column->setContentsMargins(0, 0, 0, 0);
+  lists_ = new QWidget(this);
+  auto* inner = new QVBoxLayout(lists_);
+  inner->setContentsMargins(0, 0, 0, 0);
+  inner->setSpacing(panel::grid);
+  inner->addWidget(
+      new PanelText(QStringLiteral("Widgets and layouts"), PanelTextStyle::section, lists_));
+  workspaceList_ = new PanelList(QStringLiteral("Backups of widgets and layouts"), lists_);
+  workspaceList_->onAction = [this](int row, int) { restoreWorkspace(row); };
+  inner->addWidget(workspaceList_, 2);
+  inner->addWidget(new PanelText(QStringLiteral("The Dock"), PanelTextStyle::section, lists_));
+  dockList_ = new PanelList(QStringLiteral("Backups of the Dock"), lists_);
+  dockList_->onAction = [this](int row, int) { restoreDock(row); };
+  inner->addWidget(dockList_, 1);
+  auto* create = new PanelButton(
+      PanelButton::Kind::quiet, QStringLiteral("Back Up Now"),
+      [this] {
+        services_.page.attempt([&] {
+          const auto made = workspaceBackups(context_).backUp(WorkspaceBackup::Reason::launch,
+                                                              context_.platform().clock().now());
+          services_.page.tell(
+              made ? QStringLiteral("A backup was made.")
+                   : QStringLiteral("Nothing was written: nothing has changed since the last one."),
+              false);
+          refresh();
+        });
+      },
+      lists_);
+  inner->addWidget(create, 0, Qt::AlignLeft);
+  column->addWidget(lists_, 1);
+}
+
+void BackupPane::refresh() {
+  const Calendar calendar;
+  std::vector<PanelRow> rows;
+  services_.page.attempt([&] {
+    const auto store = workspaceBackups(context_);
+    workspace_ = store.list();
+    for (std::size_t i = 0; i < workspace_.size(); ++i) {
+      const auto& backup = workspace_[i];
+      PanelRow row;
+      row.id = QString::fromStdString(backup.id());
+      row.title = QString::fromStdString(calendar.dateAndTime(backup.date));
+      auto words = fmt::format("Made {}", reasonWords(backup.reason));
+      if (i < mostCompared) {
+        try {
+          words += "; " + workspaceDifference(store.contents(backup),
+                                              services_.page.editor.file(),
+                                              services_.profiles.file());
+        } catch (const std::exception&) {
+          words += "; it cannot be read";
+        }
+      }
+      row.subtitle = QString::fromStdString(words);
+      row.symbol = QStringLiteral("archivebox.fill");
+      row.actions = {{QStringLiteral("arrow.counterclockwise"), QStringLiteral("Restore"), true}};
+      rows.push_back(row);
+    }
+  });
+  workspaceList_->setRows(rows);
+  rows.clear();
+  services_.page.attempt([&] {
+    dock_ = services_.profiles.library().backups().listBackups();
+    std::ranges::reverse(dock_);
+    const auto now = services_.profiles.library().snapshot();
+    for (std::size_t i = 0; i < dock_.size(); ++i) {
+      PanelRow row;
+      row.id = QString::fromStdString(dock_[i].filename().string());
+      row.title = dockBackupTitle(dock_[i], calendar);
+      if (i < mostCompared) {
+        try {
+          const auto then = dockPlistReader(dock_[i]).read(now.capturedAt);
+          row.subtitle = QStringLiteral("Restoring it %1").arg(QString::fromStdString(
+              differenceWords(DockChangeDetector::diff(now, then))));
+        } catch (const std::exception&) {
+          row.subtitle = QStringLiteral("It cannot be read");
+        }
+      }
+      row.symbol = QStringLiteral("archivebox.fill");
+      row.actions = {{QStringLiteral("arrow.counterclockwise"), QStringLiteral("Restore"), true}};
+      rows.push_back(row);
+    }
+  });
+  dockList_->setRows(rows);
+}
+
+void BackupPane::restoreWorkspace(int row) {
+  if (row < 0 || row >= static_cast<int>(workspace_.size()))
+    return;
+  const auto backup = workspace_[static_cast<std::size_t>(row)];
+  services_.page.attempt([&] {
+    auto store = workspaceBackups(context_);
+    // What cannot be read must not take the place of what can.
+    const auto contents = store.contents(backup);
+    if (contents.widgets == services_.page.editor.file() &&
+        contents.profiles == services_.profiles.file()) {
+      services_.page.tell(QStringLiteral("Nothing was written: everything is as it was then."),
+                          false);
+      return;
+    }
+    std::optional<WorkspaceBackup> before;
+    store.didKeepCurrent = [&](const WorkspaceBackup& kept) { before = kept; };
+    store.restore(backup, context_.platform().clock().now());
+    context_.platform().notifications().post(std::string(DockSlot::widgetsChangedNotification));
+    services_.page.history.add(std::make_unique<RestoreStep>(context_, backup, before));
+    services_.page.tell(QStringLiteral("Everything is as it was then. Undo goes back."), false);
+    services_.profiles.reload();
+    refresh();
+  });
+}
+
+void BackupPane::restoreDock(int row) {
+  if (row < 0 || row >= static_cast<int>(dock_.size()))
+    return;
+  services_.page.attempt([&] {
+    services_.job.restore(dock_[static_cast<std::size_t>(row)].filename().string());
+  });
+}
+
+} // namespace tavrin

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "TavrinHost/Dock/WorkspaceBackups.h"
+#include "TavrinSettings/Dock/LayoutPane.h"
+
+#include <filesystem>
+
+namespace tavrin {
+
+class PanelList;
+
+/// The backups of widgets and layouts, and those of the Dock: when each was made, what differs from
+/// now, and bringing it back.
+class BackupPane : public QWidget {
+public:
+  BackupPane(DockServicesOfPage& services, HostContext& context, QWidget* parent = nullptr);
+
+  void refresh();
+
+private:
+  void restoreWorkspace(int row);
+  void restoreDock(int row);
+
+  DockServicesOfPage& services_;
+  HostContext& context_;
+  std::vector<WorkspaceBackup> workspace_;
+  std::vector<std::filesystem::path> dock_;
+  PanelList* workspaceList_;
+  PanelList* dockList_;
+  QWidget* lists_;
+};
+
+/// "2 widgets and 1 layout differ from now": a backup beside what there is.
+std::string workspaceDifference(const WorkspaceBackupStore::Contents& backup,
+                                const WidgetsFile& widgets, const ProfilesFile& profiles);
+
+} // namespace tavrin

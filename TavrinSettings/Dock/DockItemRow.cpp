@@ -1,0 +1,219 @@
+#include "TavrinSettings/Dock/DockItemRow.h"
+
+#include "TavrinWidgetsUI/Collection/CollectionViews.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelFont.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelPaint.h"
+#include "TavrinWidgetsUI/Kit/Pictures/Symbols.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QMouseEvent>
+#include <QPainter>
+#include <algorithm>
+#include <cmath>
+
+namespace tavrin {
+namespace {
+
+constexpr int cellWidth = 72;
+constexpr int cellHeight = 76;
+constexpr int iconSide = 40;
+
+} // namespace
+
+class DockItemTile : public QAbstractButton {
+public:
+  DockItemTile(DockItemRow& row, DockItem item) : QAbstractButton(&row), row_(row), item_(std::move(item)) {
+    setFocusPolicy(Qt::StrongFocus);
+    setAccessibleName(QString::fromStdString(item_.displayName()));
+  }
+
+protected:
+  void paintEvent(QPaintEvent*) override {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const auto colours = PanelPalette::from(palette());
+    if (underMouse() || isDown())
+      panelPaint::rounded(painter, QRectF(rect()).adjusted(1, 1, -1, -1), 8, colours.rowHover);
+    const QRectF icon((width() - iconSide) / 2.0, 8, iconSide, iconSide);
+    const auto name = QString::fromStdString(item_.displayName());
+    if (item_.spacer() != nullptr) {
+      painter.setPen(QPen(colours.outline, 1, Qt::DashLine));
+      painter.drawRoundedRect(icon.adjusted(4, 4, -4, -4), 6, 6);
+    } else if (item_.file() != nullptr) {
+      drawSymbol(painter, item_.file()->isDirectory ? "folder.fill" : "doc.fill", icon,
+                 colours.accent);
+    } else if (item_.url() != nullptr) {
+      drawSymbol(painter, "globe", icon, colours.accent);
+    } else {
+      QImage picture = row_.icon ? row_.icon(item_, iconSide, devicePixelRatioF()) : QImage();
+      if (picture.isNull())
+        picture = appMonogramImage(name, iconSide, static_cast<int>(std::ceil(devicePixelRatioF())));
+      painter.setRenderHint(QPainter::SmoothPixmapTransform);
+      painter.drawImage(icon, picture);
+    }
+    painter.setFont(panelFont(PanelTextStyle::caption));
+    painter.setPen(colours.text);
+    const QFontMetrics metrics(painter.font());
+    painter.drawText(QRectF(2, icon.bottom() + 4, width() - 4, 20), Qt::AlignHCenter,
+                     metrics.elidedText(name, Qt::ElideRight, width() - 6));
+  }
+
+  void mousePressEvent(QMouseEvent* event) override {
+    pressedAt_ = event->position().toPoint();
+    QAbstractButton::mousePressEvent(event);
+  }
+  void mouseMoveEvent(QMouseEvent* event) override {
+    if (!isDragging_ && (event->buttons() & Qt::LeftButton) &&
+        (event->position().toPoint() - pressedAt_).manhattanLength() >=
+            QApplication::startDragDistance()) {
+      isDragging_ = true;
+      setDown(false);
+      raise();
+    }
+    if (isDragging_) {
+      move(mapToParent(event->position().toPoint() - pressedAt_));
+      row_.dragTo(this, geometry().center(), false);
+    }
+  }
+  void mouseReleaseEvent(QMouseEvent* event) override {
+    if (std::exchange(isDragging_, false))
+      row_.dragTo(this, geometry().center(), true);
+    else
+      QAbstractButton::mouseReleaseEvent(event);
+  }
+  void keyPressEvent(QKeyEvent* event) override {
+    if (!row_.act(this, event->key(), event->modifiers()))
+      QAbstractButton::keyPressEvent(event);
+  }
+
+private:
+  DockItemRow& row_;
+  DockItem item_;
+  QPoint pressedAt_;
+  bool isDragging_ = false;
+};
+
+DockItemRow::DockItemRow(QWidget* parent) : QWidget(parent) {
+  setAccessibleName(QStringLiteral("Items"));
+  QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Minimum);
+  policy.setHeightForWidth(true);
+  setSizePolicy(policy);
+}
+
+DockItemRow::~DockItemRow() = default;
+
+void DockItemRow::setItems(const std::vector<DockItem>& left, const std::vector<DockItem>& right) {
+  for (auto* tile : std::exchange(tiles_, {})) {
+    tile->hide();
+    tile->deleteLater();
+  }
+  leftCount_ = left.size();
+  for (const auto* items : {&left, &right})
+    for (const auto& item : *items) {
+      tiles_.push_back(new DockItemTile(*this, item));
+      tiles_.back()->show();
+    }
+  layOut();
+  updateGeometry();
+}
+
+int DockItemRow::columnsIn(int width) const {
+  return std::max(1, width / cellWidth);
+}
+
+/// The divider has a cell of its own.
+QRect DockItemRow::rectOf(std::size_t cell, int width) const {
+  const auto columns = static_cast<std::size_t>(columnsIn(width));
+  return {static_cast<int>(cell % columns) * cellWidth,
+          static_cast<int>(cell / columns) * cellHeight, cellWidth, cellHeight};
+}
+
+int DockItemRow::heightForWidth(int width) const {
+  const std::size_t cells = tiles_.size() + 1;
+  return rectOf(cells - 1, width).bottom() + 1;
+}
+
+void DockItemRow::layOut() {
+  for (std::size_t i = 0; i < tiles_.size(); ++i)
+    tiles_[i]->setGeometry(rectOf(i < leftCount_ ? i : i + 1, width()));
+  update();
+}
+
+void DockItemRow::resizeEvent(QResizeEvent*) {
+  layOut();
+}
+
+void DockItemRow::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  const auto colours = PanelPalette::from(palette());
+  const QRect divider = rectOf(leftCount_, width());
+  painter.fillRect(QRect(divider.center().x(), divider.top() + 10, 1, divider.height() - 26),
+                   colours.hairline);
+  if (mark_)
+    panelPaint::rounded(painter, QRectF(*mark_), 1.5, colours.accent);
+}
+
+DockItemRow::Place DockItemRow::placeOf(const DockItemTile* tile) const {
+  const auto index =
+      static_cast<std::size_t>(std::ranges::find(tiles_, tile) - tiles_.begin());
+  return index < leftCount_ ? Place{false, index} : Place{true, index - leftCount_};
+}
+
+void DockItemRow::move(DockItemTile* tile, int towards) {
+  const auto place = placeOf(tile);
+  const auto count = place.isRight ? tiles_.size() - leftCount_ : leftCount_;
+  const auto to = static_cast<std::ptrdiff_t>(place.index) + towards;
+  if (to < 0 || to >= static_cast<std::ptrdiff_t>(count) || !onMove)
+    return;
+  const auto cell = static_cast<std::size_t>(to) + (place.isRight ? leftCount_ : 0);
+  onMove(place.isRight, place.index, static_cast<std::size_t>(to));
+  // The items were made anew.
+  if (cell < tiles_.size())
+    tiles_[cell]->setFocus(Qt::TabFocusReason);
+}
+
+void DockItemRow::dragTo(DockItemTile* tile, QPoint point, bool isOver) {
+  const auto place = placeOf(tile);
+  const std::size_t first = place.isRight ? leftCount_ + 1 : 0;
+  const std::size_t count = place.isRight ? tiles_.size() - leftCount_ : leftCount_;
+  std::size_t before = 0;
+  for (std::size_t i = 0; i < count; ++i) {
+    const QRect rect = rectOf(first + i, width());
+    if (rect.bottom() < point.y() || (rect.top() <= point.y() && rect.center().x() < point.x()))
+      before = i + 1;
+  }
+  if (!isOver) {
+    const QRect rect = rectOf(first + std::min(before, count - 1), width());
+    const int x = before < count ? rect.left() : rect.right();
+    mark_ = QRect(x - 1, rect.top() + 8, 3, iconSide);
+    update();
+    return;
+  }
+  mark_.reset();
+  const std::size_t to = before > place.index ? before - 1 : before;
+  if (to != place.index && onMove)
+    onMove(place.isRight, place.index, to);
+  else
+    layOut();
+}
+
+bool DockItemRow::act(DockItemTile* tile, int key, Qt::KeyboardModifiers modifiers) {
+  const int towards = key == Qt::Key_Left ? -1 : key == Qt::Key_Right ? 1 : 0;
+  if (towards != 0 && modifiers == Qt::ControlModifier) {
+    move(tile, towards);
+  } else if (towards != 0 && modifiers == Qt::NoModifier) {
+    const auto next = (std::ranges::find(tiles_, tile) - tiles_.begin()) + towards;
+    if (next >= 0 && next < static_cast<std::ptrdiff_t>(tiles_.size()))
+      tiles_[static_cast<std::size_t>(next)]->setFocus(Qt::TabFocusReason);
+  } else if (key == Qt::Key_Delete || key == Qt::Key_Backspace) {
+    const auto place = placeOf(tile);
+    if (onRemove)
+      onRemove(place.isRight, place.index);
+  } else {
+    return false;
+  }
+  return true;
+}
+
+} // namespace tavrin

@@ -1,0 +1,123 @@
+#include "TavrinSettings/Dock/DockJob.h"
+
+#include <fmt/format.h>
+
+namespace tavrin {
+namespace {
+
+std::string newestBackup(DockLibrary& library) {
+  const auto newest = library.backups().latestBackup();
+  return newest ? newest->filename().string() : std::string();
+}
+
+bool putLayout(DockLibrary& library, const std::string& layout, Date now) {
+  const auto target = library.layout(layout);
+  return library.change([&]() -> std::optional<DockSnapshot> {
+    const auto dock = library.snapshot();
+    if (!DockChangeDetector::diff(dock, asRead({target.apps, target.others, now})).hasChanges())
+      return std::nullopt;
+    return target;
+  });
+}
+
+} // namespace
+
+/// The Dock before and the active profile before come back, and the other way round.
+class DockJob::Step final : public HistoryStep {
+public:
+  Step(DockJob& job, std::string title, std::string before, std::optional<UUID> activeBefore,
+       Work again)
+      : job_(job), title_(std::move(title)), before_(std::move(before)),
+        activeBefore_(activeBefore), again_(std::move(again)) {}
+
+  std::string title() const override { return title_; }
+  std::vector<std::string> undo() override {
+    const Date now = job_.context_.platform().clock().now();
+    job_.run("The Dock restarts…", fmt::format("Undone: {}.", title_),
+             [before = before_, active = activeBefore_, now](DockLibrary& library) {
+               const bool isWritten = putLayout(library, before, now);
+               library.profiles().setActive(active);
+               return isWritten;
+             },
+             {});
+    return {};
+  }
+  std::vector<std::string> redo() override {
+    job_.run("The Dock restarts…", fmt::format("Done again: {}.", title_), again_, {});
+    return {};
+  }
+
+private:
+  DockJob& job_;
+  std::string title_;
+  std::string before_;
+  std::optional<UUID> activeBefore_;
+  Work again_;
+};
+
+void DockJob::apply(const Profile& profile) {
+  const auto title = fmt::format("Apply {}", profile.name);
+  const Work work = [id = profile.id](DockLibrary& library) {
+    if (library.profiles().file().activeProfileId == id)
+      return library.switcher().applyActiveProfile();
+    return library.switcher().switchTo(id);
+  };
+  const auto activeBefore = DockLibrary(context_).profiles().file().activeProfileId;
+  run("The Dock restarts…", fmt::format("\"{}\" is in the Dock.", profile.name), work,
+      [this, title, activeBefore, work](const Outcome& outcome) {
+        history_.add(std::make_unique<Step>(*this, title, outcome.backup, activeBefore, work));
+      });
+}
+
+void DockJob::restore(const std::string& layout) {
+  const Date now = context_.platform().clock().now();
+  const Work work = [layout, now](DockLibrary& library) {
+    return putLayout(library, layout, now);
+  };
+  const auto active = DockLibrary(context_).profiles().file().activeProfileId;
+  run("The Dock restarts…", "The Dock is as it was then.", work,
+      [this, active, work](const Outcome& outcome) {
+        history_.add(
+            std::make_unique<Step>(*this, "Restore the Dock", outcome.backup, active, work));
+      });
+}
+
+void DockJob::run(const std::string& begun, const std::string& ended, Work work,
+                  std::function<void(const Outcome&)> done) {
+  if (isRunning_)
+    throw HostError(ExitCode::failed, "The Dock is being changed already");
+  // Made here: the services it stands on are made when they are first asked for.
+  auto library = std::make_shared<DockLibrary>(context_);
+  isRunning_ = true;
+  if (onProgress)
+    onProgress(begun, false);
+  auto outcome = std::make_shared<Outcome>();
+  runLoop_.background(
+      [library, outcome, work = std::move(work)] {
+        try {
+          const auto before = newestBackup(*library);
+          outcome->isWritten = work(*library);
+          outcome->backup = newestBackup(*library);
+          if (outcome->backup == before)
+            outcome->backup.clear();
+        } catch (const std::exception& error) {
+          outcome->trouble = error.what();
+        }
+      },
+      alive_,
+      [this, outcome, ended, done = std::move(done)] {
+        isRunning_ = false;
+        if (outcome->trouble.empty() && outcome->isWritten && !outcome->backup.empty() && done)
+          done(*outcome);
+        if (!onProgress)
+          return;
+        if (!outcome->trouble.empty())
+          onProgress(outcome->trouble + ".", true);
+        else
+          onProgress(outcome->isWritten ? ended
+                                        : "Nothing was written: the Dock shows it already.",
+                     false);
+      });
+}
+
+} // namespace tavrin

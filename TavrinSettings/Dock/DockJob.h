@@ -1,0 +1,50 @@
+#pragma once
+
+#include "TavrinHost/Dock/DockLibrary.h"
+#include "TavrinSettings/Editing/History.h"
+
+#include <functional>
+#include <memory>
+
+namespace tavrin {
+
+/// Changes of the Dock itself, which restarts for it: they run off the main thread, one at a time,
+/// and are steps of the history.
+class DockJob {
+public:
+  DockJob(HostContext& context, History& history, RunLoop& runLoop)
+      : context_(context), history_(history), runLoop_(runLoop) {}
+
+  bool isRunning() const { return isRunning_; }
+
+  /// Puts a profile into the Dock and makes it the active one; the active one is put there anew.
+  void apply(const Profile& profile);
+  /// Puts a layout by its name, such as a backup's, into the Dock.
+  void restore(const std::string& layout);
+
+  /// It began, or ended: then `sentence` says how.
+  std::function<void(const std::string& sentence, bool isTrouble)> onProgress;
+
+private:
+  class Step;
+
+  struct Outcome {
+    bool isWritten = false;
+    std::string trouble;
+    /// The Dock before, where it was written.
+    std::string backup;
+  };
+  using Work = std::function<bool(DockLibrary& library)>;
+
+  /// `done` is called on the main thread where `work` wrote.
+  void run(const std::string& begun, const std::string& ended, Work work,
+           std::function<void(const Outcome&)> done);
+
+  HostContext& context_;
+  History& history_;
+  RunLoop& runLoop_;
+  bool isRunning_ = false;
+  std::shared_ptr<int> alive_ = std::make_shared<int>();
+};
+
+} // namespace tavrin

@@ -1,0 +1,340 @@
+#include "TavrinSettings/Dock/LayoutPane.h"
+
+#include "TavrinCore/Text/Text.h"
+#include "TavrinHost/Dock/HotkeyText.h"
+#include "TavrinSettings/Dock/DockItemRow.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelSegments.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QScrollArea>
+#include <QVBoxLayout>
+
+namespace tavrin {
+namespace {
+
+struct NamedColour {
+  ProfileColor value;
+  const char* name;
+  QColor colour;
+};
+
+const std::array<NamedColour, 6> colours = {{
+    {ProfileColor::blue, "Blue", {0x0A, 0x84, 0xFF}},
+    {ProfileColor::pink, "Pink", {0xFF, 0x37, 0x5F}},
+    {ProfileColor::orange, "Orange", {0xFF, 0x9F, 0x0A}},
+    {ProfileColor::green, "Green", {0x30, 0xD1, 0x58}},
+    {ProfileColor::purple, "Purple", {0xBF, 0x5A, 0xF2}},
+    {ProfileColor::graphite, "Graphite", {0x8E, 0x8E, 0x93}},
+}};
+
+/// "ctrl+alt+p": what was pressed, in the words of a shortcut. Empty for a modifier alone.
+std::string wordsOf(const QKeyEvent& event) {
+  const int key = event.key();
+  if (key == 0 || key == Qt::Key_unknown || (key >= Qt::Key_Shift && key <= Qt::Key_ScrollLock) ||
+      key == Qt::Key_AltGr || key == Qt::Key_Super_L || key == Qt::Key_Super_R)
+    return {};
+  std::string words;
+  for (const auto& [modifier, word] :
+       {std::pair{Qt::ControlModifier, "ctrl+"}, std::pair{Qt::AltModifier, "alt+"},
+        std::pair{Qt::ShiftModifier, "shift+"}, std::pair{Qt::MetaModifier, "super+"}})
+    if (event.modifiers() & modifier)
+      words += word;
+  switch (key) {
+  case Qt::Key_Minus:
+    return words + "minus";
+  case Qt::Key_Equal:
+    return words + "equal";
+  case Qt::Key_Comma:
+    return words + "comma";
+  case Qt::Key_Period:
+    return words + "period";
+  case Qt::Key_Slash:
+    return words + "slash";
+  case Qt::Key_Enter:
+    return words + "return";
+  default:
+    return words + QKeySequence(key).toString().toLower().toStdString();
+  }
+}
+
+/// In the order of the segments: none, when a Focus begins, when it ends.
+const std::array<const char*, 3> focusStates = {"", "on", "off"};
+
+} // namespace
+
+QColor profileColour(ProfileColor value) {
+  for (const auto& colour : colours)
+    if (colour.value == value)
+      return colour.colour;
+  return colours.front().colour;
+}
+
+LayoutPane::LayoutPane(DockServicesOfPage& services, QWidget* parent)
+    : QWidget(parent), services_(services) {
+  auto* column = new QVBoxLayout(this);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(panel::grid);
+  name_ = new QLineEdit(this);
+  name_->setAccessibleName(QStringLiteral("Name"));
+  QObject::connect(name_, &QLineEdit::textEdited, this, [this](const QString& text) {
+    const auto name = std::string(trimmed(text.toStdString()));
+    if (!name.empty())
+      edit("Rename", "name", [&](Profile& profile) { profile.name = name; });
+  });
+  column->addWidget(new PanelField(QStringLiteral("Name"), name_, this));
+
+  auto* swatches = new QWidget(this);
+  swatches->setAccessibleName(QStringLiteral("Colour"));
+  auto* row = new QHBoxLayout(swatches);
+  row->setContentsMargins(0, 0, 0, 0);
+  for (const auto& colour : colours) {
+    auto* swatch = new PanelSwatch(colour.colour, QString::fromUtf8(colour.name),
+                                   [this, value = colour.value] {
+                                     edit("Colour", "", [&](Profile& profile) {
+                                       profile.color = value;
+                                     });
+                                   },
+                                   swatches);
+    swatch->setSide(24);
+    colours_.push_back(swatch);
+    row->addWidget(swatch);
+  }
+  column->addWidget(new PanelField(QStringLiteral("Colour"), swatches, this));
+  makeRows();
+  items_ = new DockItemRow(this);
+  items_->icon = [this](const DockItem& item, int side, double scale) {
+    return services_.icon ? services_.icon(item, side, scale) : QImage();
+  };
+  const auto list = [](Profile& profile, bool isRight) -> std::vector<DockItem>& {
+    return isRight ? profile.others : profile.items;
+  };
+  items_->onMove = [this, list](bool isRight, std::size_t from, std::size_t to) {
+    edit("Move an Item in", "", [&](Profile& profile) {
+      auto& items = list(profile, isRight);
+      if (from >= items.size() || to >= items.size())
+        return;
+      auto item = std::move(items[from]);
+      items.erase(items.begin() + static_cast<std::ptrdiff_t>(from));
+      items.insert(items.begin() + static_cast<std::ptrdiff_t>(to), std::move(item));
+    });
+  };
+  items_->onRemove = [this, list](bool isRight, std::size_t index) {
+    edit("Remove an Item from", "", [&](Profile& profile) {
+      auto& items = list(profile, isRight);
+      if (index < items.size())
+        items.erase(items.begin() + static_cast<std::ptrdiff_t>(index));
+    });
+  };
+  auto* scroll = new QScrollArea(this);
+  scroll->setFrameShape(QFrame::NoFrame);
+  scroll->setWidgetResizable(true);
+  scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  scroll->setFocusPolicy(Qt::NoFocus);
+  scroll->setWidget(items_);
+  column->addWidget(new PanelText(QStringLiteral("Items"), PanelTextStyle::section, this));
+  column->addWidget(scroll, 1);
+  makeActions(column);
+}
+
+void LayoutPane::makeRows() {
+  auto* column = static_cast<QVBoxLayout*>(layout());
+  auto* keys = new QWidget(this);
+  auto* row = new QHBoxLayout(keys);
+  row->setContentsMargins(0, 0, 0, 0);
+  shortcut_ = new PanelButton(PanelButton::Kind::quiet, {}, [this] {
+    isRecording_ = true;
+    shortcut_->setTitle(QStringLiteral("Press the keys…"));
+    shortcut_->setFocus();
+  });
+  shortcut_->installEventFilter(this);
+  noShortcut_ = PanelButton::icon(QStringLiteral("xmark"), QStringLiteral("No shortcut"), [this] {
+    edit("Shortcut of", "", [](Profile& profile) { profile.hotkey.reset(); });
+  });
+  row->addWidget(shortcut_);
+  row->addWidget(noShortcut_);
+  column->addWidget(new PanelField(QStringLiteral("Shortcut"), keys, this));
+  focus_ = new PanelSegments(QStringLiteral("Focus"),
+                             {QStringLiteral("Never"), QStringLiteral("When it begins"),
+                              QStringLiteral("When it ends")},
+                             this);
+  focus_->onChange = [this](int index) {
+    edit("Focus of", "", [&](Profile& profile) {
+      const std::string state = focusStates[static_cast<std::size_t>(index)];
+      profile.focusModeBinding = state.empty() ? std::nullopt : std::optional(state);
+    });
+  };
+  column->addWidget(new PanelField(QStringLiteral("Apply by Focus"), focus_, this));
+  others_ = new PanelSegments(
+      QStringLiteral("Other applications"),
+      {QStringLiteral("Keep"), QStringLiteral("Hide"), QStringLiteral("Quit")}, this);
+  others_->onChange = [this](int index) {
+    edit("Other Applications of", "", [&](Profile& profile) {
+      profile.otherWorkspaceApps = allCases<OtherWorkspaceApps>()[static_cast<std::size_t>(index)];
+    });
+  };
+  column->addWidget(new PanelField(QStringLiteral("Other applications"), others_, this));
+}
+
+void LayoutPane::makeActions(QVBoxLayout* column) {
+  difference_ = new PanelText({}, PanelTextStyle::secondary, this);
+  column->addWidget(difference_);
+  auto* row = new QHBoxLayout;
+  apply_ = new PanelButton(PanelButton::Kind::prominent, QStringLiteral("Apply"),
+                           [this] {
+                             services_.page.attempt([&] {
+                               if (const auto profile = services_.profiles.profile(id_))
+                                 services_.job.apply(*profile);
+                             });
+                           },
+                           this);
+  capture_ = new PanelButton(PanelButton::Kind::quiet, QStringLiteral("Take the Dock As It Is"),
+                             [this] {
+                               services_.page.attempt([&] {
+                                 auto dock = services_.profiles.library().snapshot();
+                                 edit("Take the Dock into", "", [&](Profile& profile) {
+                                   profile.items = dock.apps;
+                                   profile.others = dock.others;
+                                 });
+                               });
+                             },
+                             this);
+  auto* duplicate = new PanelButton(PanelButton::Kind::quiet, QStringLiteral("Duplicate"),
+                                    [this] {
+                                      services_.page.attempt(
+                                          [&] { services_.profiles.duplicate(id_); });
+                                    },
+                                    this);
+  auto* remove = new PanelButton(PanelButton::Kind::quiet, QStringLiteral("Delete"),
+                                 [this] {
+                                   const auto name = name_->text();
+                                   if (services_.page.attempt(
+                                           [&] { services_.profiles.remove(id_); }))
+                                     services_.page.tell(
+                                         QStringLiteral("“%1” is deleted. Undo brings it back.")
+                                             .arg(name),
+                                         false);
+                                 },
+                                 this);
+  row->addWidget(apply_);
+  row->addWidget(capture_);
+  row->addStretch(1);
+  row->addWidget(duplicate);
+  row->addWidget(remove);
+  column->addLayout(row);
+}
+
+void LayoutPane::edit(const char* title, const char* field,
+                      const std::function<void(Profile&)>& edit) {
+  services_.page.attempt([&] {
+    const auto profile = services_.profiles.profile(id_);
+    services_.profiles.edit(
+        id_, std::string(title) + " " + (profile ? profile->name : std::string()), field, edit);
+  });
+}
+
+bool LayoutPane::show(const UUID& id) {
+  const auto profile = services_.profiles.profile(id);
+  if (!profile)
+    return false;
+  const auto name = QString::fromStdString(profile->name);
+  if (id != id_ || (!name_->hasFocus() && name_->text() != name))
+    name_->setText(name);
+  id_ = id;
+  for (std::size_t i = 0; i < colours.size(); ++i)
+    colours_[i]->setChosen(colours[i].value == profile->color);
+  const auto binding = profile->focusModeBinding.value_or("");
+  int state = -1;
+  for (std::size_t i = 0; i < focusStates.size(); ++i)
+    if (binding == focusStates[i])
+      state = static_cast<int>(i);
+  // Any other is a Focus mode's name, which begins like "on".
+  focus_->setCurrent(state < 0 ? 1 : state);
+  others_->setCurrent(static_cast<int>(profile->otherWorkspaceApps));
+  showShortcut(*profile);
+  items_->setItems(profile->items, profile->others);
+  showDifference(*profile);
+  apply_->setEnabled(!services_.job.isRunning());
+  return true;
+}
+
+void LayoutPane::refreshIcons() {
+  items_->update();
+  for (auto* child : items_->findChildren<QWidget*>())
+    child->update();
+}
+
+void LayoutPane::showDifference(const Profile& profile) {
+  try {
+    auto& library = services_.profiles.library();
+    const auto dock = library.snapshot();
+    const auto report = DockChangeDetector::diff(dock, asRead(profile.snapshot(dock.capturedAt)));
+    const bool isActive = services_.profiles.file().activeProfileId == profile.id;
+    difference_->setStyle(PanelTextStyle::secondary);
+    difference_->setWords(
+        report.hasChanges()
+            ? QStringLiteral("Applying it %1.").arg(QString::fromStdString(differenceWords(report)))
+        : isActive ? QStringLiteral("The Dock shows it.")
+                   : QStringLiteral("The Dock shows the same items."));
+  } catch (const std::exception& error) {
+    difference_->setStyle(PanelTextStyle::trouble);
+    difference_->setWords(QString::fromUtf8(error.what()) + QLatin1Char('.'));
+  }
+}
+
+void LayoutPane::showShortcut(const Profile& profile) {
+  if (!isRecording_)
+    shortcut_->setTitle(profile.hotkey ? QString::fromStdString(hotkeyText(*profile.hotkey))
+                                       : QStringLiteral("None"));
+  shortcut_->setAccessibleName(QStringLiteral("Shortcut: %1").arg(shortcut_->title()));
+  noShortcut_->setEnabled(profile.hotkey.has_value());
+}
+
+void LayoutPane::takeShortcut(QKeyEvent* event) {
+  const auto words = wordsOf(*event);
+  if (words.empty())
+    return;
+  isRecording_ = false;
+  services_.page.attempt([&] {
+    const auto hotkey = hotkeyFromText(words);
+    for (const auto& other : services_.profiles.file().profiles)
+      if (other.id != id_ && other.hotkey == hotkey)
+        throw HostError(ExitCode::refusedValue,
+                        hotkeyText(hotkey) + " is the shortcut of \"" + other.name + "\"");
+    edit("Shortcut of", "", [&](Profile& profile) { profile.hotkey = hotkey; });
+  });
+  if (const auto profile = services_.profiles.profile(id_))
+    showShortcut(*profile);
+}
+
+bool LayoutPane::eventFilter(QObject* object, QEvent* event) {
+  if (object != shortcut_ || !isRecording_)
+    return QWidget::eventFilter(object, event);
+  if (event->type() == QEvent::FocusOut) {
+    isRecording_ = false;
+    if (const auto profile = services_.profiles.profile(id_))
+      showShortcut(*profile);
+    return false;
+  }
+  if (event->type() == QEvent::ShortcutOverride) {
+    event->accept();
+    return true;
+  }
+  if (event->type() != QEvent::KeyPress)
+    return QWidget::eventFilter(object, event);
+  auto* key = static_cast<QKeyEvent*>(event);
+  if (key->key() == Qt::Key_Escape && key->modifiers() == Qt::NoModifier) {
+    isRecording_ = false;
+    if (const auto profile = services_.profiles.profile(id_))
+      showShortcut(*profile);
+  } else {
+    takeShortcut(key);
+  }
+  return true;
+}
+
+} // namespace tavrin

@@ -1,0 +1,69 @@
+#pragma once
+
+#include "TavrinSettings/Base/PageServices.h"
+#include "TavrinSettings/Dock/DockJob.h"
+#include "TavrinSettings/Dock/ProfilesEditor.h"
+
+#include <QWidget>
+#include <array>
+
+class QKeyEvent;
+class QLineEdit;
+class QVBoxLayout;
+
+namespace tavrin {
+
+class DockItemRow;
+class PanelButton;
+class PanelSegments;
+class PanelSwatch;
+class PanelText;
+
+/// The Dock's layouts as all their panes have them.
+struct DockServicesOfPage {
+  PageServices& page;
+  ProfilesEditor& profiles;
+  DockJob& job;
+  std::function<QImage(const DockItem& item, int side, double scale)> icon;
+};
+
+/// The colour that stands for a layout.
+QColor profileColour(ProfileColor value);
+
+/// One Dock layout: its name, colour, shortcut and Focus, its items, and what applying it would
+/// change.
+class LayoutPane : public QWidget {
+public:
+  LayoutPane(DockServicesOfPage& services, QWidget* parent = nullptr);
+
+  /// False where it is gone.
+  bool show(const UUID& id);
+  void refreshIcons();
+
+protected:
+  bool eventFilter(QObject* object, QEvent* event) override;
+
+private:
+  void makeRows();
+  void makeActions(QVBoxLayout* column);
+  void edit(const char* title, const char* field, const std::function<void(Profile&)>& edit);
+  void showDifference(const Profile& profile);
+  void showShortcut(const Profile& profile);
+  void takeShortcut(QKeyEvent* event);
+
+  DockServicesOfPage& services_;
+  UUID id_;
+  QLineEdit* name_;
+  std::vector<PanelSwatch*> colours_;
+  PanelSegments* focus_;
+  PanelSegments* others_;
+  PanelButton* shortcut_;
+  PanelButton* noShortcut_;
+  bool isRecording_ = false;
+  DockItemRow* items_;
+  PanelText* difference_;
+  PanelButton* apply_;
+  PanelButton* capture_;
+};
+
+} // namespace tavrin

@@ -1,0 +1,185 @@
+#include "TavrinSettings/Dock/ProfilesEditor.h"
+
+#include "TavrinCore/Text/Text.h"
+#include "TavrinHost/Widgets/SettingText.h"
+
+#include <algorithm>
+#include <fmt/format.h>
+
+namespace tavrin {
+namespace {
+
+/// Takes each field that the change touched to where it led, where it stands as the change found it.
+/// False where one did not.
+bool carry(const Profile& before, const Profile& after, Profile& current) {
+  bool isWhole = true;
+  const auto one = [&](auto member) {
+    if (before.*member == after.*member || current.*member == after.*member)
+      return;
+    if (current.*member != before.*member)
+      isWhole = false;
+    else
+      current.*member = after.*member;
+  };
+  one(&Profile::name);
+  one(&Profile::color);
+  one(&Profile::items);
+  one(&Profile::others);
+  one(&Profile::stacks);
+  one(&Profile::focusModeBinding);
+  one(&Profile::hotkey);
+  one(&Profile::otherWorkspaceApps);
+  one(&Profile::indicatorColorHex);
+  return isWhole;
+}
+
+std::string staysAsChanged(const Profile& profile) {
+  return fmt::format("\"{}\" was changed elsewhere since, and what was changed there stays",
+                     profile.name);
+}
+
+} // namespace
+
+std::vector<std::string> ProfileChange::apply(ProfileStore& store) const {
+  const auto current = store.profile(before ? before->id : after->id);
+  if (!after) {
+    if (current && *current != *before)
+      return {staysAsChanged(*current)};
+    if (current)
+      store.remove(current->id);
+    return {};
+  }
+  if (!before) {
+    if (!current)
+      store.create(*after);
+    return {};
+  }
+  if (!current)
+    return {fmt::format("\"{}\" was deleted elsewhere", after->name)};
+  bool isWhole = true;
+  store.change(current->id, [&](Profile& profile) {
+    const Profile was = profile;
+    isWhole = carry(*before, *after, profile);
+    return profile != was;
+  });
+  return isWhole ? std::vector<std::string>() : std::vector{staysAsChanged(*current)};
+}
+
+class ProfilesEditor::Step final : public HistoryStep {
+public:
+  Step(ProfilesEditor& editor, std::string title, std::string field, ProfileChange change)
+      : editor_(editor), title_(std::move(title)), field_(std::move(field)),
+        change_(std::move(change)) {}
+
+  std::string title() const override { return title_; }
+  std::vector<std::string> undo() override { return editor_.apply(change_.inverse()); }
+  std::vector<std::string> redo() override { return editor_.apply(change_); }
+  bool absorb(const HistoryStep& next) override {
+    const auto* other = dynamic_cast<const Step*>(&next);
+    if (other == nullptr || field_.empty() || other->field_ != field_)
+      return false;
+    change_.after = other->change_.after;
+    return true;
+  }
+
+private:
+  ProfilesEditor& editor_;
+  std::string title_;
+  std::string field_;
+  ProfileChange change_;
+};
+
+ProfilesEditor::ProfilesEditor(HostContext& context, History& history)
+    : context_(context), history_(history), library_(context) {}
+
+void ProfilesEditor::reload() {
+  library_.profiles().reload();
+  if (onChange)
+    onChange();
+}
+
+void ProfilesEditor::did(const std::string& title, const std::string& field,
+                         ProfileChange change) {
+  history_.add(std::make_unique<Step>(*this, title, field, std::move(change)));
+  if (onChange)
+    onChange();
+}
+
+std::vector<std::string> ProfilesEditor::apply(const ProfileChange& change) {
+  auto remarks = change.apply(library_.profiles());
+  if (onChange)
+    onChange();
+  return remarks;
+}
+
+std::string ProfilesEditor::freeName(const std::string& name) {
+  std::string made = name;
+  for (int number = 2; std::ranges::count(file().profiles, made, &Profile::name) > 0; ++number)
+    made = fmt::format("{} {}", name, number);
+  return made;
+}
+
+UUID ProfilesEditor::createFromDock() {
+  auto dock = library_.snapshot();
+  Profile profile;
+  profile.id = UUID::random();
+  profile.name = freeName("Layout");
+  profile.items = std::move(dock.apps);
+  profile.others = std::move(dock.others);
+  library_.profiles().create(profile);
+  did(fmt::format("New {}", profile.name), {}, {std::nullopt, profile});
+  return profile.id;
+}
+
+UUID ProfilesEditor::duplicate(const UUID& id) {
+  auto copy = profile(id);
+  if (!copy)
+    throw HostError(ExitCode::profileNotFound, "This layout was deleted elsewhere");
+  copy->id = UUID::random();
+  copy->name = freeName(copy->name);
+  // One shortcut is one layout's.
+  copy->hotkey.reset();
+  copy->focusModeBinding.reset();
+  library_.profiles().create(*copy);
+  did(fmt::format("Duplicate {}", copy->name), {}, {std::nullopt, *copy});
+  return copy->id;
+}
+
+void ProfilesEditor::remove(const UUID& id) {
+  const auto gone = profile(id);
+  if (!gone)
+    return;
+  library_.profiles().remove(id);
+  did(fmt::format("Delete {}", gone->name), {}, {*gone, std::nullopt});
+}
+
+void ProfilesEditor::edit(const UUID& id, const std::string& title, const std::string& field,
+                          const std::function<void(Profile&)>& edit) {
+  std::optional<Profile> before;
+  const auto after = library_.profiles().change(id, [&](Profile& profile) {
+    before = profile;
+    edit(profile);
+    return profile != *before;
+  });
+  if (after != *before)
+    did(title, field.empty() ? field : id.text() + "/" + field, {before, after});
+}
+
+std::string differenceWords(const DockChangeDetector::Report& report) {
+  const auto names = [](const std::vector<DockItem>& items) {
+    std::vector<std::string> words;
+    for (const auto& item : items)
+      words.push_back(item.displayName());
+    return enumeration(words);
+  };
+  std::vector<std::string> parts;
+  if (!report.added.empty())
+    parts.push_back(fmt::format("adds {}", names(report.added)));
+  if (!report.removed.empty())
+    parts.push_back(fmt::format("removes {}", names(report.removed)));
+  if (report.reordered)
+    parts.push_back("changes the order");
+  return parts.empty() ? "changes nothing" : enumeration(parts);
+}
+
+} // namespace tavrin

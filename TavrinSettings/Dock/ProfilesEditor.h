@@ -1,0 +1,58 @@
+#pragma once
+
+#include "TavrinHost/Dock/DockLibrary.h"
+#include "TavrinSettings/Editing/History.h"
+
+#include <functional>
+
+namespace tavrin {
+
+/// One profile as a step found it and as it left it; none where it was not there.
+struct ProfileChange {
+  std::optional<Profile> before;
+  std::optional<Profile> after;
+
+  ProfileChange inverse() const { return {after, before}; }
+  /// Makes the change on what stands by now: what somebody else changed since stays, and is said.
+  std::vector<std::string> apply(ProfileStore& store) const;
+};
+
+/// The profiles as the window changes them: each change is a transaction of the profiles file and a
+/// step of the history. Throws HostError, DockError and FileError with a whole sentence.
+class ProfilesEditor {
+public:
+  ProfilesEditor(HostContext& context, History& history);
+
+  const ProfilesFile& file() { return library_.profiles().file(); }
+  std::optional<Profile> profile(const UUID& id) { return library_.profiles().profile(id); }
+  DockLibrary& library() { return library_; }
+  /// Others may have changed the file.
+  void reload();
+
+  /// A profile of the Dock as it is.
+  UUID createFromDock();
+  UUID duplicate(const UUID& id);
+  void remove(const UUID& id);
+  /// Changes of the same `field` that follow each other are one step.
+  void edit(const UUID& id, const std::string& title, const std::string& field,
+            const std::function<void(Profile&)>& edit);
+
+  std::function<void()> onChange;
+
+private:
+  class Step;
+
+  void did(const std::string& title, const std::string& field, ProfileChange change);
+  std::vector<std::string> apply(const ProfileChange& change);
+  std::string freeName(const std::string& name);
+
+  HostContext& context_;
+  History& history_;
+  DockLibrary library_;
+};
+
+/// "Mail joins, Music leaves, and the order is another": what a difference means, in words; says so
+/// where there is none.
+std::string differenceWords(const DockChangeDetector::Report& report);
+
+} // namespace tavrin

@@ -1,0 +1,106 @@
+#include "TavrinSettings/Window/FormDesk.h"
+
+#include "TavrinCore/Base/Calendar.h"
+#include "TavrinPlatform/MediaPlayers.h"
+#include "TavrinWidgetsUI/Kit/Pictures/Symbols.h"
+
+#include <QFileDialog>
+#include <unicode/strenum.h>
+#include <unicode/timezone.h>
+
+namespace tavrin {
+namespace {
+
+std::vector<std::filesystem::path> choosePaths(QWidget* parent, FormServices::Choosing choosing,
+                                               const std::filesystem::path& start) {
+  QFileDialog dialog(parent);
+  dialog.setFileMode(choosing == FormServices::Choosing::folder ? QFileDialog::Directory
+                     : choosing == FormServices::Choosing::file ? QFileDialog::ExistingFile
+                                                                : QFileDialog::ExistingFiles);
+  dialog.setOption(QFileDialog::ShowDirsOnly, choosing == FormServices::Choosing::folder);
+  dialog.setDirectory(QString::fromStdString(start.string()));
+  std::vector<std::filesystem::path> paths;
+  if (dialog.exec() == QDialog::Accepted)
+    for (const auto& file : dialog.selectedFiles())
+      paths.emplace_back(file.toStdString());
+  return paths;
+}
+
+/// Those that stand for a place, each once.
+std::vector<std::string> timeZoneIdentifiers() {
+  std::vector<std::string> identifiers;
+  UErrorCode status = U_ZERO_ERROR;
+  const std::unique_ptr<icu::StringEnumeration> zones(icu::TimeZone::createTimeZoneIDEnumeration(
+      UCAL_ZONE_TYPE_CANONICAL_LOCATION, nullptr, nullptr, status));
+  while (U_SUCCESS(status) && zones) {
+    const auto* zone = zones->snext(status);
+    if (zone == nullptr)
+      break;
+    zone->toUTF8String(identifiers.emplace_back());
+  }
+  return identifiers;
+}
+
+} // namespace
+
+FormDesk::FormDesk(Platform& platform) : platform_(platform) {
+  setUpSystem();
+  setUpPickers();
+}
+
+void FormDesk::setUpSystem() {
+  auto& system = services_.system;
+  system.home = platform_.fileManager().homeFolder();
+  system.isTimeZone = [](const std::string& identifier) {
+    return Calendar::isKnownTimeZone(identifier);
+  };
+  system.isSymbol = [](std::string_view name) { return hasSymbol(name); };
+  system.isFolder = [](const std::filesystem::path& path) {
+    std::error_code error;
+    return std::filesystem::is_directory(path, error);
+  };
+  system.isFile = [](const std::filesystem::path& path) {
+    std::error_code error;
+    return std::filesystem::exists(path, error);
+  };
+  services_.now = [this] { return platform_.clock().now(); };
+  services_.timeZones = [] { return timeZoneIdentifiers(); };
+}
+
+void FormDesk::setUpPickers() {
+  services_.cities = [this](const std::string& name, auto answer) {
+    if (!cities_)
+      cities_ = std::make_unique<WeatherFetch>(platform_.http(), platform_.clock(),
+                                               platform_.fileManager());
+    return cities_->search(name, [answer](std::vector<WeatherPlace> places) {
+      answer(std::move(places), {});
+    });
+  };
+  services_.accounts = [this](CalendarStore::Entity entity, auto answer) {
+    return platform_.calendars().accounts(entity, std::move(answer));
+  };
+  services_.players = [this] {
+    std::vector<std::pair<std::string, std::string>> players;
+    for (const auto& player : platform_.mediaPlayers().players())
+      players.emplace_back(player.name, player.title);
+    return players;
+  };
+  services_.networkLinks = [this] {
+    std::vector<std::string> links;
+    platform_.hostStatistics().eachLink(
+        [&](std::string_view name, auto, auto) { links.emplace_back(name); });
+    return links;
+  };
+  services_.applications = [this](auto answer) {
+    return platform_.applications().list(std::move(answer));
+  };
+  services_.applicationIcon = [this](const std::string& icon, int points, int scale, auto answer) {
+    return platform_.applications().icon(icon, points, scale, std::move(answer));
+  };
+  services_.pickColour = [this](auto answer) {
+    return platform_.colourSampler().pick(std::move(answer));
+  };
+  services_.choosePaths = choosePaths;
+}
+
+} // namespace tavrin

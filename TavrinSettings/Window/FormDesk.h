@@ -1,0 +1,27 @@
+#pragma once
+
+#include "TavrinPlatform/Platform.h"
+#include "TavrinSettings/Form/FormServices.h"
+#include "TavrinWidgetsUI/Weather/WeatherModel.h"
+
+#include <memory>
+
+namespace tavrin {
+
+/// What forms ask of the desktop, answered by its services. Each is made when it is first asked.
+class FormDesk {
+public:
+  explicit FormDesk(Platform& platform);
+
+  const FormServices& services() const { return services_; }
+
+private:
+  void setUpSystem();
+  void setUpPickers();
+
+  Platform& platform_;
+  std::unique_ptr<WeatherFetch> cities_;
+  FormServices services_;
+};
+
+} // namespace tavrin

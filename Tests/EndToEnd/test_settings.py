@@ -1,0 +1,252 @@
+"""The settings window: a newcomer's first minutes by mouse, by keys and by the accessibility tree;
+one window in a session; others who change the same file; a window that is killed."""
+
+import json
+import os
+import signal
+import subprocess
+import threading
+import time
+import unittest
+
+from rig import BUILD, BUS_CONFIG, Desk, DeskTest, wait_for, widget
+from settings_window import (COMMAND, PROGRAM, Window, end_slots, start_accessibility, stored, strip)
+
+
+class SettingsTest(DeskTest):
+    def setUp(self):
+        self.desk = Desk(screens=("1280x900",))
+        self.addCleanup(self.desk.close)
+        self.addCleanup(end_slots, self.desk)
+        self.desk.env["TAVRIN_BUNDLES"] = str(BUILD / "bundles")
+        start_accessibility(self.desk)
+
+    def await_strip(self, *names):
+        wait_for(lambda: strip(self.desk) == list(names),
+                 f"{names} on the strip, not {strip(self.desk)}")
+
+    def name_of(self, tree, name):
+        return [entry for entry in tree if entry["name"] == name]
+
+
+class Newcomer(SettingsTest):
+    def test_by_mouse_alone(self):
+        window = Window(self.desk)
+        window.click("Clock", "push button")
+        self.await_strip("Clock")
+        window.click("Timer", "push button")
+        # The third one between the first two.
+        tile = window.await_name("Timer, place 2 of 2")["place"]
+        window.drag(window.centre("Pomodoro", "push button"), (tile[0] + 4, tile[1] + tile[3] / 2))
+        self.await_strip("Clock", "Pomodoro", "Timer")
+        # To the end, wider, and off the strip.
+        clock = window.centre("Clock, place 1 of 3")
+        timer = window.await_name("Timer, place 3 of 3")["place"]
+        window.drag(clock, (timer[0] + timer[2] - 4, clock[1]))
+        self.await_strip("Pomodoro", "Timer", "Clock")
+        x, y, width, height = window.await_name("Pomodoro, place 1 of 3")["place"]
+        window.drag((x + width - 4, y + height / 2), (x + width + width, y + height / 2))
+        wait_for(lambda: stored(self.desk)[2]["span"] == 2, "the wide Pomodoro")
+        window.drag(window.centre("Timer, place 2 of 3"), (x + 200, y + 400))
+        self.await_strip("Pomodoro", "Clock")
+        window.click("Undo Take Off Timer")
+        self.await_strip("Pomodoro", "Timer", "Clock")
+        window.click("Clock, place 3 of 3")
+        window.await_name("All Widgets")
+        window.close()
+        self.assertEqual(window.process.returncode, 0)
+        self.assertEqual(strip(self.desk), ["Pomodoro", "Timer", "Clock"])
+
+    def test_by_keys_alone(self):
+        window = Window(self.desk)
+        key = self.desk.key
+        for word in ("clock", "tomato", "water"):
+            key("ctrl+f")
+            wait_for(lambda: window.find("Search widgets")["focused"], "the search")
+            key("ctrl+a")
+            self.desk.run("xdotool", "type", word)
+            key("Return")
+            wait_for(lambda: len(strip(self.desk)) == ("clock", "tomato", "water").index(word) + 1,
+                     word)
+        self.await_strip("Clock", "Pomodoro", "Water")
+        window.focus("Clock, place 1 of 3")
+        key("ctrl+Right")
+        self.await_strip("Pomodoro", "Clock", "Water")
+        wait_for(lambda: window.find("Clock, place 2 of 3")["focused"], "the tile keeps the keyboard")
+        key("shift+Right")
+        wait_for(lambda: next(w for w in stored(self.desk) if w["name"] == "Clock")["span"] == 2,
+                 "the wide clock")
+        key("Right", "Delete")
+        self.await_strip("Pomodoro", "Clock")
+        key("ctrl+z")
+        self.await_strip("Pomodoro", "Clock", "Water")
+        key("ctrl+z", "ctrl+z")
+        self.await_strip("Clock", "Pomodoro", "Water")
+        key("ctrl+shift+z")
+        self.await_strip("Pomodoro", "Clock", "Water")
+        window.close()
+
+    def test_by_the_accessibility_tree_alone(self):
+        window = Window(self.desk)
+        for name in ("Clock", "Note", "Weather"):
+            window.press(name, "push button")
+            wait_for(lambda: name in strip(self.desk), name)
+        window.press("Move Left")
+        self.await_strip("Clock", "Weather", "Note")
+        window.press("Wider")
+        wait_for(lambda: stored(self.desk)[2]["span"] == 2, "the wide tile")
+        window.press("Take Off the Strip")
+        self.await_strip("Clock", "Note")
+        window.press("Undo Take Off Weather")
+        self.await_strip("Clock", "Weather", "Note")
+        # Everything that takes the keyboard says what it is.
+        for entry in window.tree():
+            if entry["focusable"] and entry["role"] not in ("frame", "scroll pane", "filler"):
+                self.assertTrue(entry["name"], entry)
+        window.close()
+
+
+class OneWindow(SettingsTest):
+    def install_service(self):
+        """The window as the bus starts it, and the desktop entry that leads to it."""
+        services = self.desk.home / "share" / "dbus-1" / "services"
+        services.mkdir(parents=True)
+        wrapper = self.desk.home / "start-window"
+        exports = "".join(f"export {name}='{value}'\n" for name, value in self.desk.env.items())
+        wrapper.write_text(f"#!/bin/sh\n{exports}exec '{PROGRAM}' 2>'{self.desk.home}/bus.log'\n")
+        wrapper.chmod(0o755)
+        (services / "dev.quellby.Tavrin.service").write_text(
+            f"[D-BUS Service]\nName=dev.quellby.Tavrin\nExec={wrapper}\n")
+        config = self.desk.home / "bus.conf"
+        config.write_text(BUS_CONFIG.format(services=f"<servicedir>{services}</servicedir>"))
+        self.desk.bus.send_signal(signal.SIGHUP)
+        wait_for(lambda: "dev.quellby.Tavrin'" in self.desk.run(
+            "gdbus", "call", "--session", "--dest", "org.freedesktop.DBus", "--object-path", "/",
+            "--method", "org.freedesktop.DBus.ListActivatableNames"), "the service")
+
+    def owner(self):
+        answer = self.desk.run(
+            "gdbus", "call", "--session", "--dest", "org.freedesktop.DBus", "--object-path", "/",
+            "--method", "org.freedesktop.DBus.GetConnectionUnixProcessID", "dev.quellby.Tavrin",
+            check=False)
+        digits = "".join(c for c in answer.split("uint32")[-1] if c.isdigit())
+        return int(digits) if digits else None
+
+    def test_a_slot_has_the_bus_start_it_and_the_next_one_raises_it(self):
+        self.install_service()
+        clock = widget("clock", {}, 1, name="Here")
+        note = widget("note", {"text": "Milk"}, 2, name="List")
+        self.desk.write_widgets([clock, note], announce=False)
+        slot = self.desk.start_slot(1)
+        self.desk.wait_for_name(1)
+        tile = wait_for(lambda: self.desk.windows(slot.pid), "the tile")
+        self.desk.activate(1)
+        wait_for(lambda: len(self.desk.windows(slot.pid)) > len(tile), "the panel")
+        slot_panel = Panel(self.desk, slot)
+        slot_panel.press_edit()
+        pid = wait_for(self.owner, "the window")
+        self.addCleanup(lambda: os.kill(pid, signal.SIGTERM))
+        window = Window.__new__(Window)
+        window.desk, window.process = self.desk, type("Running", (), {"pid": pid})
+        window.await_name("All Widgets")
+        window.await_name("Here, place 1 of 2")
+        self.assertEqual(self.heading(window), "Here")
+        self.desk.run(str(COMMAND), "settings", "List")
+        wait_for(lambda: self.heading(window) == "List", "the other widget")
+        self.assertEqual(self.owner(), pid)
+        # A second start hands over and ends.
+        second = self.desk.spawn([str(PROGRAM), f"--edit={clock['id']}"])
+        self.assertEqual(second.wait(20), 0)
+        wait_for(lambda: self.heading(window) == "Here", "the first widget again")
+
+    def heading(self, window):
+        names = [entry["name"] for entry in window.tree()]
+        return names[names.index("All Widgets") + 1] if "All Widgets" in names else None
+
+
+class Panel:
+    """The open panel of a slot."""
+
+    def __init__(self, desk, process):
+        self.window = Window.__new__(Window)
+        self.window.desk, self.window.process = desk, process
+
+    def press_edit(self):
+        edit = wait_for(lambda: next((entry["name"] for entry in self.window.tree()
+                                      if entry["name"].startswith("Edit")), None), "Edit")
+        self.window.press(edit)
+
+
+class Together(SettingsTest):
+    def test_what_the_command_does_shows_at_once_and_undo_leaves_it(self):
+        self.desk.write_widgets([widget("note", {"text": "a"}, 1, name="List")], announce=False)
+        window = Window(self.desk)
+        window.await_name("List, place 1 of 1")
+        self.desk.run(str(COMMAND), "widgets", "rename", "List", "Paper")
+        window.await_name("Paper, place 1 of 1")
+        window.press("Clock", "push button")
+        self.await_strip("Paper", "Clock")
+        self.desk.run(str(COMMAND), "widgets", "rename", "Clock", "Home")
+        window.await_name("Home, place 2 of 2")
+        window.press("Undo Add Clock")
+        wait_for(lambda: any("was changed elsewhere" in entry["name"] for entry in window.tree()),
+                 "the remark")
+        self.assertEqual(strip(self.desk), ["Paper", "Home"])
+
+    def test_a_window_killed_in_the_middle_of_a_drag_leaves_whole_files(self):
+        self.desk.write_widgets([widget("clock", {}, slot, name=f"W{slot}") for slot in (1, 2, 3)],
+                                announce=False)
+        window = Window(self.desk)
+        before = (self.desk.data / "widgets.json").read_text()
+        x, y = window.centre("W1, place 1 of 3")
+        run = self.desk.run
+        run("xdotool", "mousemove", str(int(x)), str(int(y)), "mousedown", "1")
+        for step in range(1, 6):
+            run("xdotool", "mousemove", str(int(x + 25 * step)), str(int(y)))
+        self.kill(window.process)
+        run("xdotool", "mouseup", "1")
+        self.assertEqual((self.desk.data / "widgets.json").read_text(), before)
+        self.assertEqual([path.name for path in self.desk.data.iterdir()
+                          if path.name.startswith("widgets.json")], ["widgets.json"])
+        again = Window(self.desk)
+        again.await_name("W1, place 1 of 3")
+
+    def test_forty_edits_by_two_windows_and_the_command_lose_nothing(self):
+        self.desk.write_widgets([widget("note", {}, None, name="Seed")], announce=False)
+        first = Window(self.desk)
+        # Another session of the same user.
+        second_desk = Desk(screens=("1280x900",))
+        self.addCleanup(second_desk.close)
+        second_desk.env["TAVRIN_APP_SUPPORT_DIR"] = str(self.desk.data)
+        second_desk.env["TAVRIN_BUNDLES"] = str(BUILD / "none")
+        start_accessibility(second_desk)
+        second = Window(second_desk)
+        done = []
+
+        def by_window(window, kinds):
+            for kind in kinds:
+                window.press(kind, "push button")
+                done.append(kind)
+                window.press("Take Off the Strip")
+
+        def by_command():
+            for number in range(14):
+                self.desk.run(str(COMMAND), "widgets", "add", "fans", f"C{number}")
+                done.append(f"C{number}")
+
+        workers = [threading.Thread(target=by_window, args=(first, ["Clock"] * 7)),
+                   threading.Thread(target=by_window, args=(second, ["Weather"] * 6)),
+                   threading.Thread(target=by_command)]
+        for worker in workers:
+            worker.start()
+        for worker in workers:
+            worker.join()
+        self.assertEqual(len(done), 27)
+        names = wait_for(lambda: (lambda names: names if len(names) == 28 else None)(
+            [entry["name"] for entry in stored(self.desk)]), "all that was made")
+        self.assertEqual(len(set(names)), 28)
+        self.assertEqual(strip(self.desk), [], "each was taken off again: forty edits in all")
+
+
+if __name__ == "__main__":
+    unittest.main()
