@@ -253,7 +253,8 @@ class Row:
 
         def lies_over():
             if self.manager == "i3":
-                self.desk.run("i3-msg", f'[title="^cover$"] move position {left - 60} 660')
+                self.desk.run("i3-msg", f'[title="^cover$"] floating enable, move position '
+                              f"{left - 60} 660", check=False)
             self.desk.run("xdotool", "windowmove", window, str(left - 60), str(SCREEN[1] - 120))
             if self.frame(window)[3] > SCREEN[1] - 20:
                 return True
@@ -263,6 +264,12 @@ class Row:
                           "sleep", "0.1", "mousemove_relative", "20", "20", "sleep", "0.1",
                           "mousemove", str(left + 20), str(SCREEN[1] - 130), "sleep", "0.1",
                           "mouseup", "1")
+            if self.frame(window)[3] > SCREEN[1] - 20:
+                return True
+            self.desk.run("xdotool", "keydown", "super", "mousemove", str(at[0] + 80),
+                          str(at[1] + 40), "mousedown", "1", "sleep", "0.1", "mousemove_relative",
+                          "20", "20", "sleep", "0.1", "mousemove", str(left + 20),
+                          str(SCREEN[1] - 90), "sleep", "0.1", "mouseup", "1", "keyup", "super")
             return self.frame(window)[3] > SCREEN[1] - 20
         wait_for(lies_over, "a window over the strip", pause=0.1)
         self.desk.run("xdotool", "windowraise", window)

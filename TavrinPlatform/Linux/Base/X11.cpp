@@ -148,6 +148,15 @@ void selectEvents(xcb_window_t window, std::uint32_t mask) {
   }
 }
 
+void ignoreEvents(xcb_window_t window, std::uint32_t mask) {
+  const auto known = attributes(window);
+  if (!known || (known->your_event_mask & mask) == 0)
+    return;
+  const std::uint32_t rest = known->your_event_mask & ~mask;
+  xcb_change_window_attributes(connection(), window, XCB_CW_EVENT_MASK, &rest);
+  xcb_flush(connection());
+}
+
 bool hasCompositor() {
   return selectionOwner("_NET_WM_CM_S0") != XCB_NONE;
 }

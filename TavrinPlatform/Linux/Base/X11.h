@@ -35,6 +35,8 @@ xcb_window_t selectionOwner(const char* selection);
 /// Events of a window beside those that are selected already; they come to the toolkit's native
 /// event filters.
 void selectEvents(xcb_window_t window, std::uint32_t mask);
+/// The opposite.
+void ignoreEvents(xcb_window_t window, std::uint32_t mask);
 bool hasCompositor();
 bool hasWindowManager();
 /// The window that the user is in, as the window manager tells; none when it does not.

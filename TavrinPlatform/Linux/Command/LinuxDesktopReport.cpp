@@ -146,8 +146,6 @@ Item displayItem(const DesktopFacts& facts) {
 }
 
 Item managerItem(const DesktopFacts& facts) {
-  if (!facts.hasX11)
-    return {"windowManager", State::good, "Windows are the compositor's."};
   if (!facts.windowManager)
     return {"windowManager", State::limited,
             "No window manager runs: nothing keeps other windows off the tiles.",
@@ -250,8 +248,11 @@ DesktopReport makeDesktopReport(const DesktopSurvey& given) {
   DesktopSurvey survey = given;
   survey.facts.hasBus = survey.session.isOpen;
   survey.facts.hasTrayHost = survey.session.owned.contains(watcher);
-  DesktopReport report{{busItem(survey.session), displayItem(survey.facts),
-                        managerItem(survey.facts), surfaceItem(survey), trayItem(survey.facts)}};
+  DesktopReport report{{busItem(survey.session), displayItem(survey.facts)}};
+  if (survey.facts.hasX11)
+    report.items.push_back(managerItem(survey.facts));
+  report.items.push_back(surfaceItem(survey));
+  report.items.push_back(trayItem(survey.facts));
   for (const auto& service : services())
     report.items.push_back(itemOf(service, service.isOnSystemBus ? survey.system : survey.session));
   report.items.push_back(soundItem(survey));

@@ -103,7 +103,8 @@ std::optional<Point> LinuxDockTile::anchor() const {
 void LinuxDockTile::clicked(std::optional<QPointF> inPicture, std::optional<Point> onScreen) {
   if (inPicture && onClick && onClick(*inPicture))
     return;
-  if (onScreen && requests_.hasJustClosedPanel(*onScreen))
+  // A surface with a window of its own is pressed itself; the panel leaves such a press to it.
+  if (!inPicture && onScreen && requests_.hasJustClosedPanel(*onScreen))
     return;
   currentClick_ = onScreen;
   lastClick_ = onScreen;

@@ -210,12 +210,10 @@ void QtPanelPopover::takeFocus() {
   const auto give = [this] {
     if (!isShown_)
       return;
-    // Where keys go to whatever is under the pointer, the toolkit takes the tile's for the panel's.
-    const xcb_window_t holder = x11::focusWindow();
-    const bool isNobodys =
-        holder == XCB_NONE || holder == XCB_INPUT_FOCUS_POINTER_ROOT || holder == x11::root();
-    if (isNobodys || QGuiApplication::focusWindow() == nullptr)
-      x11::setFocus(static_cast<xcb_window_t>(window_->winId()));
+    // The server's word, not the toolkit's: that one may not have heard that a manager is gone.
+    const auto own = static_cast<xcb_window_t>(window_->winId());
+    if (x11::focusWindow() != own)
+      x11::setFocus(own);
     // Some managers count a title bar in that the panel does not have.
     if (!isAnimated() && window_->pos() != window_->home())
       window_->move(window_->home());
@@ -264,7 +262,11 @@ void QtPanelPopover::giveFocusBack(bool hadFocus) {
   if (!hadFocus || x11::connection() == nullptr)
     return;
   if (!x11::hasWindowManager()) {
-    if (!x11::frame(previousFocus_).isNull() || previousFocus_ == XCB_INPUT_FOCUS_POINTER_ROOT)
+    const xcb_window_t holder = x11::focusWindow();
+    const bool isNobodys =
+        holder == XCB_NONE || holder == XCB_INPUT_FOCUS_POINTER_ROOT || holder == x11::root();
+    if (isNobodys &&
+        (!x11::frame(previousFocus_).isNull() || previousFocus_ == XCB_INPUT_FOCUS_POINTER_ROOT))
       x11::setFocus(previousFocus_);
     return;
   }

@@ -33,7 +33,7 @@ void StripStacking::begin(bool isUnmanaged) {
   if (x11::connection() == nullptr)
     return;
   isUnmanaged_ = isUnmanaged;
-  x11::selectEvents(static_cast<xcb_window_t>(window_.winId()), XCB_EVENT_MASK_VISIBILITY_CHANGE);
+  watchManager();
   stackSettles_.start(stackSettling, this);
 }
 
@@ -47,9 +47,13 @@ bool StripStacking::nativeEventFilter(const QByteArray&, void* message, qintptr*
     else if (isUnmanaged_ && change->atom == x11::atom("_NET_WM_STATE") &&
              (change->window == active_ || change->window == filling_))
       stackSettles_.start(stackSettling, this);
-  } else if (type == XCB_VISIBILITY_NOTIFY && window_.handle() != nullptr) {
-    const auto* change = reinterpret_cast<const xcb_visibility_notify_event_t*>(event);
-    if (change->window == window_.winId() && change->state != XCB_VISIBILITY_UNOBSCURED)
+  } else if (type == XCB_CONFIGURE_NOTIFY || type == XCB_MAP_NOTIFY ||
+             type == XCB_REPARENT_NOTIFY || type == XCB_DESTROY_NOTIFY) {
+    // The same two fields begin all of these: whose event it is, and what it is about.
+    const auto* change = reinterpret_cast<const xcb_map_notify_event_t*>(event);
+    if (type == XCB_DESTROY_NOTIFY && manager_ != XCB_NONE && change->window == manager_)
+      watchManager();
+    if (manager_ == XCB_NONE && !stackSettles_.isActive())
       stackSettles_.start(stackSettling, this);
   }
   return false;
@@ -63,9 +67,21 @@ void StripStacking::rootChanged(xcb_atom_t property) {
     stackSettles_.start(stackSettling, this);
 }
 
+void StripStacking::watchManager() {
+  const auto check = x11::numbers(x11::root(), "_NET_SUPPORTING_WM_CHECK", 1);
+  manager_ = x11::hasWindowManager() ? check.front() : xcb_window_t{XCB_NONE};
+  if (manager_ != XCB_NONE) {
+    x11::selectEvents(manager_, XCB_EVENT_MASK_STRUCTURE_NOTIFY);
+    x11::ignoreEvents(x11::root(), XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY);
+  } else {
+    x11::selectEvents(x11::root(), XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY);
+  }
+}
+
 void StripStacking::timerEvent(QTimerEvent* event) {
   if (event->timerId() == managerSettles_.timerId()) {
     managerSettles_.stop();
+    watchManager();
     onManagerChange_();
   } else {
     stackSettles_.stop();
@@ -77,10 +93,12 @@ void StripStacking::restack() {
   if (window_.handle() == nullptr || !window_.isVisible())
     return;
   const auto window = static_cast<xcb_window_t>(window_.winId());
-  if (isUnmanaged_)
+  if (manager_ == XCB_NONE) {
+    if (isCovered())
+      x11::restack(window, true);
+  } else if (isUnmanaged_) {
     x11::restack(window, !isFilled());
-  else if (!x11::hasWindowManager() && isCovered())
-    x11::restack(window, true);
+  }
 }
 
 bool StripStacking::isFilled() {

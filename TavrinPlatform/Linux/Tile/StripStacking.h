@@ -26,6 +26,8 @@ protected:
 private:
   bool nativeEventFilter(const QByteArray& type, void* message, qintptr* result) override;
   void rootChanged(xcb_atom_t property);
+  /// Without a manager, every window's moves are watched; else only whether it lives.
+  void watchManager();
   void restack();
   /// Whether a window that fills the tile's place is in front.
   bool isFilled();
@@ -35,6 +37,8 @@ private:
   QWindow& window_;
   const std::function<void()> onManagerChange_;
   bool isUnmanaged_ = false;
+  /// The window by which the manager shows that it lives.
+  xcb_window_t manager_ = XCB_NONE;
   /// The window that is active, and the one that filled the screen when it was.
   xcb_window_t active_ = XCB_NONE;
   xcb_window_t filling_ = XCB_NONE;
