@@ -124,10 +124,11 @@ public:
   struct Starting final : Autostart {
     Status status() override { return {isOn, true, isOn ? "It is on." : "It is off."}; }
     Status set(bool wanted) override {
-      isOn = wanted;
+      isOn = wanted && !isStuck;
       return status();
     }
     bool isOn = false;
+    bool isStuck = false;
   } starting;
   double waited = 0;
   bool isInFront = true;

@@ -424,10 +424,11 @@ class Row:
                 if "panel" in state:
                     self.open(1)
                 self.start_manager()
-                self.close(1)
                 self.settle()
-                self.works(1, "b")
+                # A manager that has just come takes its windows over one by one, and presses too.
                 self.column_room()
+                self.close(1)
+                self.works(1, "b")
                 self.doCleanups()
 
 
