@@ -5,6 +5,8 @@
 #                                          what it shares in TavrinPlatform/POSIX and Qt
 # A file that passed is checked again only when it, or a file of the project that it includes, has
 # changed; TAVRIN_STAMPS names the folder that remembers (build/macos-check; empty for none).
+# A header that its own source includes first is checked there. TAVRIN_ANALYSIS=no leaves the
+# analyzer out.
 # TAVRIN_JOBS is how many are checked at a time, TAVRIN_ROOTS lists further include roots,
 # TAVRIN_MACOS_MINIMUM the oldest system.
 set -u
@@ -19,7 +21,13 @@ if [ "${1:-}" != --one ]; then
   if [ $# -eq 0 ]; then
     cd "$root" || exit 2
     mapfile -t found < <(find TavrinPlatform/{macOS,POSIX,Qt} -name '*.cpp' -o -name '*.mm' -o -name '*.h' | sort)
-    set -- "${found[@]}"
+    for each in "${found[@]}"; do
+      if [[ $each == *.h ]]; then
+        own=$(find "${each%.h}.cpp" "${each%.h}.mm" 2>/dev/null)
+        [ -n "$own" ] && grep -m1 -E '^#(include|import) ' "$own" | grep -qF "\"$each\"" && continue
+      fi
+      set -- "$@" "$each"
+    done
   fi
   printf '%s\0' "$@" | xargs -0 -n 1 -P "${TAVRIN_JOBS:-2}" "$here/check-macos.sh" --one || exit 1
   echo "checked $# files"
@@ -64,7 +72,7 @@ work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 # What a verdict rests on, this machine's own headers left out.
 state() {
-  { "$compiler" --version; echo "${flags[@]}" "${language[@]}"; cat "$0" "$here/unknown-selectors.py"
+  { stat -Lc '%n %Y %s' "$compiler"; echo "${flags[@]}" "${language[@]}"; cat "$0" "$here/unknown-selectors.py"
     tr -s ' \\' '\n' <"$1" | grep -v -e ':$' -e '^/usr' -e '^$' | sort -u | xargs -d '\n' cat; } 2>/dev/null | sha256sum
 }
 stamp=
@@ -76,25 +84,33 @@ if [ -n "$stamps" ]; then
 fi
 
 bad=0
-"$compiler" "${flags[@]}" "${language[@]}" -fsyntax-only -MD -MF "$work/d" -MT x "$file" ||
-  { echo "FAILED $file" >&2; bad=1; }
+action=(-fsyntax-only)
+if [[ $file != *.h && ${TAVRIN_ANALYSIS:-} != no ]]; then
+  # The analyzer follows ownership of CF objects and retain counts through the paths, though not
+  # into the standard library.
+  action=(--analyze -Xclang -analyzer-output=text
+          -Xclang -analyzer-checker=osx,core,cplusplus,nullability
+          -Xclang -analyzer-disable-checker=deadcode,cplusplus.NewDeleteLeaks
+          -Xclang -analyzer-config -Xclang c++-stdlib-inlining=false,max-nodes=60000 -o /dev/null)
+fi
+out=$("$compiler" "${flags[@]}" "${language[@]}" "${action[@]}" \
+      -Xclang -dependency-file -Xclang "$work/d" -Xclang -sys-header-deps -Xclang -MT -Xclang x "$file" 2>&1)
+if [ $? -ne 0 ] || grep -q 'warning:' <<<"$out"; then
+  grep -A3 -E 'warning:|error:' <<<"$out" >&2 || echo "$out" >&2
+  echo "FAILED $file" >&2; bad=1
+fi
 # What only another system compiles does not count.
+texts=("$file")
+[[ $file != *.h && -f ${file%.*}.h ]] && texts+=("${file%.*}.h")
 if awk '/^#ifdef __linux__/ { skip = 1 } /^#ifdef __APPLE__/ { apple = 1 }
         /^#else/ { skip = skip ? 0 : apple } /^#endif/ { skip = 0; apple = 0 }
-        { print skip ? "" : $0 }' "$file" | grep -nE "$foreign|$absent" | grep -vE '^[0-9]+: *(//|\*)'; then
+        { print skip ? "" : $0 }' "${texts[@]}" | grep -nE "$foreign|$absent" | grep -vE '^[0-9]+: *(//|\*)'; then
   echo "FAILED $file: not on macOS" >&2; bad=1
 fi
 if [[ $file != *.h ]]; then
   # A delegate's method with a slip in its name compiles, and is never called.
   unknown=$("$here/unknown-selectors.py" "$shims" "$file") || {
     echo "$unknown"; echo "FAILED $file: nobody declares this method" >&2; bad=1; }
-  # The analyzer follows ownership of CF objects and retain counts through the paths.
-  out=$("$compiler" "${flags[@]}" "${language[@]}" --analyze -Xclang -analyzer-output=text \
-        -Xclang -analyzer-checker=osx,core,cplusplus,nullability \
-        -Xclang -analyzer-disable-checker=deadcode,cplusplus.NewDeleteLeaks -o /dev/null "$file" 2>&1)
-  if [ $? -ne 0 ] || grep -q 'warning:' <<<"$out"; then
-    echo "$out" | grep -A3 -E 'warning:|error:'; echo "FAILED $file: analysis" >&2; bad=1
-  fi
 fi
 if [ $bad -eq 0 ] && [ -n "$stamp" ]; then
   cp "$work/d" "$stamp.d"; state "$stamp.d" >"$stamp"

@@ -20,10 +20,11 @@ std::vector<fs::path> applicationFolders() {
   for (NSURL* url in [NSFileManager.defaultManager URLsForDirectory:NSAllApplicationsDirectory
                                                           inDomains:NSAllDomainsMask])
     folders.push_back(toPath(url));
-  // The Finder is an application that no such folder has.
-  folders.emplace_back("/System/Library/CoreServices/Applications");
   return folders;
 }
+
+/// An application that no such folder has.
+constexpr const char* finder = "/System/Library/CoreServices/Finder.app";
 
 std::string infoText(NSBundle* bundle, NSString* key) {
   id value = [bundle objectForInfoDictionaryKey:key];
@@ -49,6 +50,8 @@ std::optional<ApplicationInfo> infoOf(const fs::path& path) {
 
 std::vector<ApplicationInfo> listed() {
   std::vector<ApplicationInfo> found;
+  if (auto info = infoOf(finder))
+    found.push_back(std::move(*info));
   for (const auto& folder : applicationFolders()) {
     std::error_code error;
     for (const auto& entry : fs::directory_iterator(folder, error))
@@ -68,17 +71,22 @@ std::vector<ApplicationInfo> listed() {
   return once;
 }
 
+std::optional<ApplicationInfo> identified(const std::string& identifier) {
+  NSURL* url = [NSWorkspace.sharedWorkspace
+      URLForApplicationWithBundleIdentifier:toNSString(identifier)];
+  return url != nil ? infoOf(toPath(url)) : std::nullopt;
+}
+
 std::optional<ApplicationInfo> located(const AppEntry& app) {
   if (auto info = infoOf(app.path))
     return info;
-  std::string id = app.bundleIdentifier.value_or(app.path);
-  if (id.ends_with(".app"))
-    id.resize(id.size() - 4);
+  const std::string id = app.bundleIdentifier.value_or(app.path);
   if (id.empty() || id.starts_with('/'))
     return std::nullopt;
-  NSURL* url =
-      [NSWorkspace.sharedWorkspace URLForApplicationWithBundleIdentifier:toNSString(id)];
-  return url != nil ? infoOf(toPath(url)) : std::nullopt;
+  // An identifier may end like a bundle's name.
+  if (auto info = identified(id))
+    return info;
+  return id.ends_with(".app") ? identified(id.substr(0, id.size() - 4)) : std::nullopt;
 }
 
 class MacApplicationLibrary final : public ApplicationLibrary {

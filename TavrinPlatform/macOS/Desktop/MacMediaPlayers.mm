@@ -195,6 +195,9 @@ private:
 
   /// `isAnswer` where the player was asked, and did not speak by itself.
   void take(const Known& known, const PlayerAnswer& answer, bool isAnswer) {
+    // It may have quit while it was asked.
+    if (applicationOf(known) == nil)
+      return;
     auto place = std::ranges::find(players_, known.name, &MediaPlayer::name);
     const bool isNew = place == players_.end();
     if (isNew) {

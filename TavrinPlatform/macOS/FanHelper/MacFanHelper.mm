@@ -118,10 +118,12 @@ private:
         [NSXPCInterface interfaceWithProtocol:@protocol(TavrinFanHelper)];
     const auto alive = alive_.watch();
     RunLoop& runLoop = runLoop_;
-    // An invalidated connection serves no more; the next call makes another one.
+    // An invalidated connection serves no more; the next call makes another one, which may be there
+    // by now.
+    const int number = ++connections_;
     connection_.invalidationHandler = ^{
-      runLoop.post([this, alive] {
-        if (!alive.expired())
+      runLoop.post([this, alive, number] {
+        if (!alive.expired() && number == connections_)
           connection_ = nil;
       });
     };
@@ -143,6 +145,7 @@ private:
   bool hasLooked_ = false;
   TokenPtr poll_;
   NSXPCConnection* connection_ = nil;
+  int connections_ = 0;
   Lifetime alive_;
 };
 
