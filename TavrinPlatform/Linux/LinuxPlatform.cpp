@@ -129,7 +129,7 @@ private:
   std::unique_ptr<LinuxUserFiles> userFiles_;
   std::unique_ptr<LinuxFolderWatch> folderWatch_;
   std::unique_ptr<HTTPClient> http_;
-  std::unique_ptr<X11Pasteboard> pasteboard_;
+  std::unique_ptr<Pasteboard> pasteboard_;
   std::unique_ptr<LinuxApplicationLibrary> applications_;
   std::unique_ptr<DesktopServices> desktop_;
   std::unique_ptr<DeviceServices> devices_;
@@ -277,8 +277,21 @@ HTTPClient& LinuxPlatform::http() {
   });
 }
 
+/// A compositor's own clipboard where it shows that to programs; beside it XWayland's is a copy that
+/// is renewed as windows come to the front.
 Pasteboard& LinuxPlatform::pasteboard() {
-  return lazily(pasteboard_, [this] { return std::make_unique<X11Pasteboard>(*runLoop_); });
+  return lazily(pasteboard_, [this]() -> std::unique_ptr<Pasteboard> {
+    std::string error;
+    if (!files_.environment("WAYLAND_DISPLAY").value_or("").empty()) {
+      const auto make =
+          modules_.find<Pasteboard*(RunLoop&)>("wayland", "tavrinMakeWaylandPasteboard", error);
+      if (make == nullptr)
+        Log(log_, "pasteboard").error(failure("load the module wayland", error));
+      else if (auto* board = make(*runLoop_))
+        return std::unique_ptr<Pasteboard>(board);
+    }
+    return std::make_unique<X11Pasteboard>(*runLoop_);
+  });
 }
 
 ApplicationLibrary& LinuxPlatform::applications() {

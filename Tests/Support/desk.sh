@@ -1,7 +1,7 @@
 #!/bin/bash
 # Runs a command on a desk of its own: an empty home, a session bus, and what else is asked for.
 #   desk.sh [bus] [x] [wm] [compositor] [tray] [notifications] [systemd]
-#           [keyring] [system] [power] [logind] [polkit] -- COMMAND...
+#           [sway] [keyring] [system] [power] [logind] [polkit] -- COMMAND...
 # "system" is a system bus of its own; the words after it are mocks on it.
 # Nothing of it is left when the command ends. Its exit status is the command's.
 set -u
@@ -75,6 +75,26 @@ if has x; then
   started+=($!)
   await test -s "$DESK/display"
   export DISPLAY=:$(cat "$DESK/display")
+fi
+# Beside an X server it has a window there; else no output that could be looked at. It refuses to be
+# root, who may speak to anybody's.
+if has sway; then
+  mkdir -m 700 "$DESK/sway"
+  chmod 711 "$DESK"
+  printf 'output * bg #335577 solid_color\nxwayland disable\n%s\n' "${DESK_SWAY:-}" >"$DESK/sway/config"
+  other=()
+  if [ "$(id -u)" = 0 ]; then
+    chown -R nobody "$DESK/sway"
+    other=(setpriv --reuid=nobody --regid=nogroup --clear-groups)
+  fi
+  backend=headless
+  if has x; then backend=x11; fi
+  begin env HOME="$DESK/sway" XDG_RUNTIME_DIR="$DESK/sway" WLR_BACKENDS=$backend WLR_RENDERER=pixman \
+    WLR_LIBINPUT_NO_DEVICES=1 "${other[@]}" sway -c "$DESK/sway/config"
+  export WAYLAND_DISPLAY=$DESK/sway/wayland-1
+  answering() { SWAYSOCK=$(echo "$DESK"/sway/sway-ipc.*.sock) && swaymsg -s "$SWAYSOCK" -t get_outputs; }
+  await answering
+  export SWAYSOCK=$(echo "$DESK"/sway/sway-ipc.*.sock)
 fi
 if has wm; then begin openbox; await managed; fi
 if has compositor; then begin xfwm4 --compositor=on --vblank=off; await checked; fi

@@ -1,6 +1,7 @@
 #include "TavrinPlatform/Linux/Pasteboard/SelectionOffer.h"
 
 #include "TavrinPlatform/Linux/Pasteboard/Latin1.h"
+#include "TavrinPlatform/Linux/Pasteboard/OfferedTypes.h"
 
 #include <algorithm>
 
@@ -11,9 +12,6 @@ namespace {
 constexpr std::chrono::seconds patience{20};
 constexpr std::size_t mostTransfers = 16;
 constexpr const char* clockProperty = "TAVRIN_CLOCK";
-/// What a text is asked for as.
-constexpr const char* textTargets[] = {"UTF8_STRING", "text/plain;charset=utf-8", "text/plain",
-                                       "STRING", "TEXT"};
 
 std::uint32_t count(std::size_t number) {
   return static_cast<std::uint32_t>(number);

@@ -1,9 +1,6 @@
 #include "TavrinPlatform/Linux/Pasteboard/SelectionReader.h"
 
-#include "TavrinPlatform/Linux/Pasteboard/Latin1.h"
-
 #include <algorithm>
-#include <array>
 #include <string_view>
 #include <utility>
 
@@ -14,17 +11,9 @@ namespace {
 /// Without an answer, or without the next piece.
 constexpr std::chrono::milliseconds patience{1500};
 constexpr std::chrono::seconds longestFormat{6};
-/// An image beyond its limit is only counted, and no further than this.
-constexpr std::size_t mostCounted = 64 * 1024 * 1024;
-constexpr std::size_t longestHint = 256;
-constexpr std::size_t longestTargets = 16 * 1024;
-constexpr std::size_t longestFiles = 256 * 1024;
 constexpr unsigned propertyCount = 8;
 constexpr const char* targetList = "TARGETS";
-constexpr const char* latin1Target = "STRING";
-/// What the hint says of a copy that is to be forgotten.
-constexpr std::string_view secretHint = "secret";
-constexpr std::string_view usualTargets[] = {SelectionReader::passwordHint, Pasteboard::filesType,
+constexpr std::string_view usualTargets[] = {CapturePlan::passwordHint, Pasteboard::filesType,
                                              Pasteboard::pngType, "UTF8_STRING"};
 
 } // namespace
@@ -39,11 +28,9 @@ SelectionReader::~SelectionReader() {
 
 void SelectionReader::begin(std::int64_t changeCount, xcb_window_t owner, xcb_timestamp_t time) {
   abandon();
-  capture_ = {};
-  capture_.changeCount = changeCount;
+  plan_.begin(changeCount, limits_);
   time_ = time;
   hasTargets_ = false;
-  wishes_.clear();
   isReading_ = true;
   if (std::exchange(owner_, owner) != owner)
     offered_.clear();
@@ -101,18 +88,8 @@ void SelectionReader::extend() {
   deadline_ = std::min(std::chrono::steady_clock::now() + patience, formatEnd_);
 }
 
-bool SelectionReader::isImage() const {
-  return current_.type.starts_with("image/");
-}
-
 std::size_t SelectionReader::bound() const {
-  if (!hasTargets_)
-    return longestTargets;
-  if (current_.type == passwordHint)
-    return longestHint;
-  if (current_.type == Pasteboard::filesType)
-    return longestFiles;
-  return isImage() ? limits_.imageBytes : limits_.textBytes;
+  return hasTargets_ ? plan_.bound(*plan_.wish()) : CapturePlan::longestTypes;
 }
 
 /// The property's value, at most `longest` bytes of it; the property is gone afterwards.
@@ -175,7 +152,8 @@ void SelectionReader::handle(const xcb_property_notify_event_t& event) {
   extend();
   const bool isWhole = piece.size == 0;
   const bool isTooLong =
-      size_ > bound() && (!isImage() || size_ > mostCounted || announced_ > limits_.imageBytes);
+      size_ > bound() && (!plan_.wish()->isImage() || size_ > CapturePlan::mostCounted ||
+                          announced_ > limits_.imageBytes);
   if (!isWhole && !isTooLong)
     return;
   size_ = std::max(size_, isTooLong ? announced_ : 0);
@@ -196,80 +174,34 @@ void SelectionReader::arrived(Value value) {
     targetsArrived(value);
     return;
   }
-  if (value.size == 0) {
-    next();
-    return;
-  }
-  if (current_.target == latin1Target) {
-    value.bytes = utf8FromSTRING(value.bytes, value.size > bound());
-    value.size = std::max(value.size, value.bytes.size());
-  }
-  Pasteboard::Format format{current_.type, nullptr, value.size};
-  // Half an image is none; the beginning of a text is one.
-  if (!isImage() || value.size <= bound())
-    format.data = std::make_shared<const Data>(Data::fromText(value.bytes));
-  capture_.formats.push_back(std::move(format));
-  if (current_.type == passwordHint && value.size <= bound() &&
-      value.bytes.find(secretHint) == std::string::npos)
-    capture_.types.pop_back(); // what the offer had it taken for
-  // Text beside the file or the image it names would be read in vain.
-  if (isImage() ||
-      (current_.type == Pasteboard::filesType && value.bytes.find("file:") != std::string::npos))
-    wishes_.clear();
+  plan_.arrived(std::move(value.bytes), value.size);
   next();
 }
 
 void SelectionReader::targetsArrived(const Value& value) {
+  std::vector<std::string> types;
   if (value.isInteger) {
     const auto* atoms = reinterpret_cast<const xcb_atom_t*>(value.bytes.data());
-    capture_.types = connection_.names({atoms, atoms + value.bytes.size() / 4});
-    for (const auto& type : capture_.types)
+    types = connection_.names({atoms, atoms + value.bytes.size() / 4});
+    for (const auto& type : types)
       if (std::ranges::find(usualTargets, type) != std::end(usualTargets))
         offered_.insert(type);
   }
-  // A hint that is refused, or that does not come, hints all the same; and so may a list that
-  // cannot be read to its end.
-  if (offers(passwordHint) || value.size > bound() || (value.size > 0 && !value.isInteger))
-    capture_.types.emplace_back(Pasteboard::transientType);
+  plan_.offered(std::move(types), value.size > bound() || (value.size > 0 && !value.isInteger));
   hasTargets_ = true;
-  choose();
   next();
 }
 
-bool SelectionReader::offers(std::string_view type) const {
-  return std::ranges::find(capture_.types, type) != capture_.types.end();
-}
-
-void SelectionReader::choose() {
-  if (offers(passwordHint))
-    wishes_.push_back({passwordHint, passwordHint});
-  for (const char* type : {Pasteboard::filesType, Pasteboard::tiffType, Pasteboard::pngType})
-    if (offers(type))
-      wishes_.push_back({type, type});
-  constexpr std::array<const char*, 4> texts{"UTF8_STRING", "text/plain;charset=utf-8",
-                                             "text/plain", latin1Target};
-  const auto text = std::ranges::find_if(texts, [this](auto type) { return offers(type); });
-  if (text != texts.end())
-    wishes_.push_back({Pasteboard::textType, *text});
-  else if (capture_.types.empty()) // an owner too simple to tell what it has
-    wishes_.push_back({Pasteboard::textType, "UTF8_STRING"});
-}
-
 void SelectionReader::next() {
-  if (wishes_.empty()) {
+  if (const auto* wish = plan_.wish())
+    request(wish->target);
+  else
     finish();
-    return;
-  }
-  current_ = wishes_.front();
-  wishes_.pop_front();
-  request(current_.target);
 }
 
 void SelectionReader::finish() {
-  Pasteboard::Capture capture = std::move(capture_);
-  capture_ = {};
   abandon();
-  done_(std::move(capture));
+  done_(plan_.finish());
 }
 
 void SelectionReader::expire() {
@@ -282,6 +214,7 @@ void SelectionReader::expire() {
   xcb_destroy_window(connection_.get(), std::exchange(window_, XCB_NONE));
   isIncremental_ = false;
   bytes_.clear();
+  plan_.missed();
   next();
 }
 

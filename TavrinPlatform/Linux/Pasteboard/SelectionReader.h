@@ -1,10 +1,10 @@
 #pragma once
 
+#include "TavrinPlatform/Linux/Pasteboard/CapturePlan.h"
 #include "TavrinPlatform/Linux/Pasteboard/SelectionConnection.h"
 #include "TavrinPlatform/Pasteboard.h"
 
 #include <chrono>
-#include <deque>
 #include <map>
 #include <optional>
 #include <set>
@@ -20,7 +20,6 @@ namespace tavrin {
 class SelectionReader {
 public:
   using Time = std::chrono::steady_clock::time_point;
-  static constexpr const char* passwordHint = "x-kde-passwordManagerHint";
 
   SelectionReader(SelectionConnection& connection, std::function<void(Pasteboard::Capture)> done);
   ~SelectionReader();
@@ -43,10 +42,6 @@ public:
   void expire();
 
 private:
-  struct Wish {
-    std::string type;
-    std::string target;
-  };
   /// What is known of one property's value; the value itself only up to a bound.
   struct Value {
     xcb_atom_t type = XCB_ATOM_NONE;
@@ -69,18 +64,15 @@ private:
   void next();
   void arrived(Value value);
   void targetsArrived(const Value& value);
-  bool offers(std::string_view type) const;
-  void choose();
   void finish();
   Value take(xcb_atom_t property, std::size_t longest);
   std::size_t bound() const;
-  bool isImage() const;
   void extend();
 
   SelectionConnection& connection_;
   std::function<void(Pasteboard::Capture)> done_;
   Pasteboard::Limits limits_;
-  Pasteboard::Capture capture_;
+  CapturePlan plan_;
   bool isReading_ = false;
   bool isIncremental_ = false;
   xcb_timestamp_t time_ = XCB_CURRENT_TIME;
@@ -93,8 +85,6 @@ private:
   std::set<std::string> offered_;
   unsigned requests_ = 0;
   bool hasTargets_ = false;
-  std::deque<Wish> wishes_;
-  Wish current_;
   std::string bytes_;
   std::size_t size_ = 0;
   std::size_t announced_ = 0;

@@ -1,6 +1,8 @@
 #include "TavrinPlatform/Linux/Pasteboard/X11Pasteboard.h"
 
 #include "TavrinPlatform/Linux/Base/X11.h"
+#include "TavrinPlatform/Linux/Pasteboard/OfferedTypes.h"
+#include "TavrinPlatform/Linux/Pasteboard/PasteboardThread.h"
 #include "TavrinPlatform/Linux/Pasteboard/SelectionOffer.h"
 #include "TavrinPlatform/Linux/Pasteboard/SelectionReader.h"
 
@@ -8,78 +10,30 @@
 #include <QGuiApplication>
 #include <QMimeData>
 #include <algorithm>
-#include <csignal>
-#include <mutex>
 #include <optional>
 #include <poll.h>
-#include <sstream>
-#include <sys/eventfd.h>
-#include <thread>
-#include <unistd.h>
 #include <xcb/xfixes.h>
 
 namespace tavrin {
 
-namespace {
-
-/// Files in the form that file managers paste: what to do, then the addresses. No value where
-/// there are none.
-std::optional<Pasteboard::Format> forFileManagers(const std::vector<Pasteboard::Format>& formats) {
-  const auto files =
-      std::ranges::find(formats, Pasteboard::filesType, [](const auto& each) { return each.type; });
-  if (files == formats.end() || !files->data)
-    return std::nullopt;
-  std::string lines = "copy";
-  std::istringstream addresses{std::string(files->data->view())};
-  for (std::string line; std::getline(addresses, line);) {
-    if (line.ends_with('\r'))
-      line.pop_back();
-    if (!line.empty())
-      lines.append(1, '\n').append(line);
-  }
-  return Pasteboard::Format{"x-special/gnome-copied-files",
-                            std::make_shared<const Data>(Data::fromText(lines)), lines.size()};
-}
-
-} // namespace
-
-/// Who is told, on the main thread. Posts under way find it empty once the token is gone.
-struct X11Pasteboard::Listener {
-  Observer observer;
-};
-
 class X11Pasteboard::Worker {
 public:
-  Worker(RunLoop& runLoop, std::shared_ptr<Listener> listener)
-      : runLoop_(runLoop), listener_(std::move(listener)),
-        wake_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)),
-        reader_(connection_, [this](Capture capture) { tell(std::move(capture)); }),
+  explicit Worker(const PasteboardListener& listener)
+      : listener_(listener),
+        reader_(connection_, [this](Capture capture) { listener_.captured(std::move(capture)); }),
         offer_(connection_) {
-    if (!connection_.isOpen())
-      return;
-    // Signals are the main thread's.
-    sigset_t all;
-    sigset_t before;
-    sigfillset(&all);
-    pthread_sigmask(SIG_SETMASK, &all, &before);
-    thread_ = std::thread([this] { run(); });
-    pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    if (connection_.isOpen())
+      thread_.start([this] { run(); });
   }
   ~Worker() {
     order([](Worker& worker) { worker.isEnding_ = true; });
-    if (thread_.joinable())
-      thread_.join();
-    ::close(wake_);
+    thread_.join();
   }
 
   bool hasEvents() const { return connection_.isOpen() && connection_.fixesEvent() != 0; }
   /// Has the thread do it.
   void order(std::function<void(Worker&)> work) {
-    {
-      const std::lock_guard lock(mutex_);
-      orders_.push_back(std::move(work));
-    }
-    eventfd_write(wake_, 1);
+    thread_.order([this, work = std::move(work)] { work(*this); });
   }
   void observe(std::optional<Limits> limits) {
     isObserving_ = limits.has_value();
@@ -92,31 +46,25 @@ public:
 
 private:
   void run();
-  void obey();
   int wait();
   void handle(const xcb_generic_event_t& event);
   void ownerChanged(const xcb_xfixes_selection_notify_event_t& event);
-  void tell(Capture capture);
 
-  RunLoop& runLoop_;
-  std::shared_ptr<Listener> listener_;
-  int wake_;
+  const PasteboardListener& listener_;
   SelectionConnection connection_;
   SelectionReader reader_;
   SelectionOffer offer_;
   std::int64_t changeCount_ = 0;
   bool isObserving_ = false;
   bool isEnding_ = false;
-  std::mutex mutex_;
-  std::vector<std::function<void(Worker&)>> orders_;
-  std::thread thread_;
+  PasteboardThread thread_;
 };
 
 void X11Pasteboard::Worker::run() {
   while (!isEnding_ && connection_.isOpen()) {
     while (const ReplyPtr<xcb_generic_event_t> event{xcb_poll_for_event(connection_.get())})
       handle(*event);
-    obey();
+    thread_.obey();
     reader_.expire();
     offer_.expire();
     // What was read from the socket while waiting for an answer makes no descriptor readable.
@@ -124,11 +72,10 @@ void X11Pasteboard::Worker::run() {
       handle(*event);
       continue;
     }
-    pollfd watched[] = {{connection_.descriptor(), POLLIN, 0}, {wake_, POLLIN, 0}};
+    pollfd watched[] = {{connection_.descriptor(), POLLIN, 0},
+                        {thread_.wakeDescriptor(), POLLIN, 0}};
     if (!isEnding_)
       ::poll(watched, 2, wait());
-    eventfd_t ignored = 0;
-    eventfd_read(wake_, &ignored);
   }
 }
 
@@ -141,16 +88,6 @@ int X11Pasteboard::Worker::wait() {
   const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(
       *first - std::chrono::steady_clock::now());
   return static_cast<int>(std::clamp<std::int64_t>(left.count() + 1, 0, 60'000));
-}
-
-void X11Pasteboard::Worker::obey() {
-  std::vector<std::function<void(Worker&)>> orders;
-  {
-    const std::lock_guard lock(mutex_);
-    orders.swap(orders_);
-  }
-  for (const auto& work : orders)
-    work(*this);
 }
 
 void X11Pasteboard::Worker::handle(const xcb_generic_event_t& event) {
@@ -184,10 +121,7 @@ void X11Pasteboard::Worker::ownerChanged(const xcb_xfixes_selection_notify_event
     reader_.abandon();
     reader_.forgetOwner();
     if (isObserving_)
-      runLoop_.post([listener = listener_, count = changeCount_] {
-        if (const auto handler = listener->observer.abandoned)
-          handler(count);
-      });
+      listener_.abandoned(changeCount_);
     return;
   }
   ++changeCount_;
@@ -196,36 +130,25 @@ void X11Pasteboard::Worker::ownerChanged(const xcb_xfixes_selection_notify_event
   if (event.owner == connection_.window()) {
     reader_.abandon();
     reader_.forgetOwner();
-    tell({changeCount_, {}, {}, true});
+    listener_.captured({changeCount_, {}, {}, true});
     return;
   }
-  runLoop_.post([listener = listener_, count = changeCount_] {
-    if (const auto handler = listener->observer.changed)
-      handler(count);
-  });
+  listener_.changed(changeCount_);
   if (event.owner != XCB_NONE)
     reader_.begin(changeCount_, event.owner, event.selection_timestamp);
   else
     reader_.abandon();
 }
 
-void X11Pasteboard::Worker::tell(Capture capture) {
-  runLoop_.post([listener = listener_, capture = std::move(capture)]() mutable {
-    if (const auto handler = listener->observer.captured)
-      handler(std::move(capture));
-  });
-}
-
-X11Pasteboard::X11Pasteboard(RunLoop& runLoop)
-    : runLoop_(runLoop), listener_(std::make_shared<Listener>()) {}
+X11Pasteboard::X11Pasteboard(RunLoop& runLoop) : listener_(runLoop) {}
 
 X11Pasteboard::~X11Pasteboard() {
-  listener_->observer = {};
+  listener_.set({});
 }
 
 X11Pasteboard::Worker& X11Pasteboard::worker() {
   if (!worker_)
-    worker_ = std::make_unique<Worker>(runLoop_, listener_);
+    worker_ = std::make_unique<Worker>(listener_);
   return *worker_;
 }
 
@@ -237,19 +160,18 @@ TokenPtr X11Pasteboard::observe(const Limits& limits, Observer observer) {
   struct Observation final : Token {
     explicit Observation(X11Pasteboard& board) : board(board) {}
     ~Observation() override {
-      board.listener_->observer = {};
+      board.listener_.set({});
       board.worker_->order([](Worker& worker) { worker.observe(std::nullopt); });
     }
     X11Pasteboard& board;
   };
-  listener_->observer = std::move(observer);
+  listener_.set(std::move(observer));
   worker().order([limits](Worker& worker) { worker.observe(limits); });
   return std::make_unique<Observation>(*this);
 }
 
 void X11Pasteboard::write(std::vector<Format> formats) {
-  if (auto files = forFileManagers(formats))
-    formats.push_back(std::move(*files));
+  addForFileManagers(formats);
   if (x11::connection() != nullptr) {
     worker().order([formats = std::move(formats)](Worker& worker) { worker.offer(formats); });
     return;

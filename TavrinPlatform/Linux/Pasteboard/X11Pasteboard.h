@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TavrinPlatform/Pasteboard.h"
+#include "TavrinPlatform/Linux/Pasteboard/PasteboardListener.h"
 
 #include <memory>
 
@@ -20,11 +20,9 @@ public:
 
 private:
   class Worker;
-  struct Listener;
   Worker& worker();
 
-  RunLoop& runLoop_;
-  std::shared_ptr<Listener> listener_;
+  PasteboardListener listener_;
   std::unique_ptr<Worker> worker_;
 };
 
