@@ -48,7 +48,8 @@ class Journal:
             return
         print(f"FINDING seed {self.seed} step {self.step_number} ({self.name}) {kind}: {text}",
               flush=True, file=sys.stderr)
-        place = self.folder / f"{self.step_number:05}-{kind}-{len(self.seen)}"
+        title = kind.replace(" ", "-")
+        place = self.folder / f"{self.step_number:05}-{title}-{len(self.seen)}"
         place.mkdir(exist_ok=True)
         (place / "finding.txt").write_text(text + "\n", encoding="utf-8")
         for name, content in evidence() if callable(evidence) else evidence:

@@ -29,7 +29,8 @@ class Ledger:
     # What stands in it
 
     def widgets(self):
-        return [self.records[key] for key in sorted(self.records)]
+        """In the order of the file, which a seed repeats; identifiers are drawn anew each time."""
+        return list(self.records.values())
 
     def of_kind(self, kind):
         return [record for record in self.widgets() if kind_of(record) == kind]
@@ -145,7 +146,8 @@ class Ledger:
             wait_for(lambda: text in saved_texts(self.world), "the copy", 15, 0.1)
         except AssertionError:
             self.journal.finding("not saved", "a copy is not in the sealed file after 15 s",
-                                 [("texts.txt", repr((text, saved_texts(self.world))))])
+                                 [("texts.txt", repr((text, saved_texts(self.world)))),
+                                  ("slot.log", self.world.log(self.of_kind("clipboard")[0]["slot"]))])
             return "not kept"
         self.copies.append(text)
         self.check_copies()

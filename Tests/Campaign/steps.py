@@ -48,6 +48,11 @@ def choose(chance):
     return chance.choices([function for _, function in STEPS], [weight for weight, _ in STEPS])[0]
 
 
+def pick(chance, sequence):
+    """One draw, whatever the length: what is there to choose from differs between runs."""
+    return sequence[int(chance.random() * len(sequence))] if sequence else None
+
+
 def need(round_, *services):
     if any(service in round_.world.down for service in services):
         raise Skip(f"without {' and '.join(services)}")
@@ -87,7 +92,7 @@ def set_setting(round_, chance):
     fields = [field for field in kind["fields"] if (kind["key"], field["key"]) not in UNTOUCHED]
     field = chance.choice(fields) if fields else None
     value = value_for(field, chance) if field else None
-    record = chance.choice(round_.ledger.of_kind(kind["key"]))
+    record = pick(chance, round_.ledger.of_kind(kind["key"]))
     if value is None:
         raise Skip(f"{kind['key']} has nothing to set")
     return round_.command([record["id"]], "widgets", "set", record["name"],
@@ -96,14 +101,14 @@ def set_setting(round_, chance):
 
 @step(3)
 def set_span(round_, chance):
-    record = chance.choice(round_.ledger.widgets())
+    record = pick(chance, round_.ledger.widgets())
     span = chance.choice([1, 2, 3, 4, 5, 0])
     return round_.command([record["id"]], "widgets", "span", record["name"], str(span))
 
 
 @step(2)
 def rename(round_, chance):
-    record = chance.choice(round_.ledger.widgets())
+    record = pick(chance, round_.ledger.widgets())
     name = f"{record['name'].split(' ')[0]} {chance.choice(['one', 'zwei', '三', '<i>4</i>'])}"
     return round_.command([record["id"]], "widgets", "rename", record["name"], name)
 
@@ -114,7 +119,7 @@ def change_kind(round_, chance):
     slot = chance.randint(1, 12)
     placed = [each for each in round_.ledger.widgets() if each.get("slot") == slot]
     free = [each for each in round_.ledger.widgets() if each.get("slot") is None]
-    other = chance.choice(free) if free else None
+    other = pick(chance, free)
     if other is None:
         raise Skip("every widget has a slot")
     changed = [each["id"] for each in placed] + [other["id"]]
@@ -154,7 +159,7 @@ def release_and_place(round_, chance):
 @step(26)
 def use_panel(round_, chance):
     need(round_, "bus", "display")
-    slot = chance.choice(sorted(round_.running) or [0])
+    slot = pick(chance, sorted(round_.running))
     plan = [(chance.random(), chance.random(), chance.random(), chance.choice(KEYS),
              chance.choice(TEXTS)) for _ in range(chance.randint(1, 7))]
     leaves_open = chance.random() < 0.15
@@ -197,7 +202,7 @@ def use_panel(round_, chance):
 @step(6)
 def click_tile(round_, chance):
     need(round_, "bus", "display")
-    slot = chance.choice(sorted(round_.running) or [0])
+    slot = pick(chance, sorted(round_.running))
     right, below, button = chance.random(), chance.random(), chance.choice([1, 1, 1, 2, 3, 4])
     if not slot:
         raise Skip("no slot runs")

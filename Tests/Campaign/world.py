@@ -143,7 +143,8 @@ class World(Desk):
 
     SERVICES = ["bus", "system", "keyring", "display", "manager", "calendars", "notices", "player"]
     # What goes down with a service, and comes back after it.
-    DEPENDENTS = {"bus": ["keyring", "calendars", "notices", "player"], "display": ["manager"]}
+    # The keyring ends when it loses the bus of the system.
+    DEPENDENTS = {"system": ["keyring"], "bus": ["keyring", "calendars", "notices", "player"], "display": ["manager"]}
 
     def start(self, name):
         count = len(self.processes)
