@@ -9,6 +9,7 @@
 #include "TavrinPlatform/Linux/Input/InputGuard.h"
 #include "TavrinPlatform/Linux/Input/InputServices.h"
 #include "TavrinPlatform/Linux/Pasteboard/X11Pasteboard.h"
+#include "TavrinPlatform/Linux/Slot/BusReturn.h"
 #include "TavrinPlatform/Linux/Slot/LinuxApplication.h"
 #include "TavrinPlatform/Linux/Slot/LinuxMainBundle.h"
 #include "TavrinPlatform/Linux/Slot/LinuxSystemLog.h"
@@ -24,6 +25,7 @@
 
 #include <QApplication>
 #include <malloc.h>
+#include <unistd.h>
 
 namespace tavrin {
 
@@ -42,6 +44,9 @@ template <class Service, class Make> Service& lazily(std::unique_ptr<Service>& m
 ///   data folder. A file is called by the bundle identifier.
 /// - TAVRIN_APPEARANCE: "light" or "dark", instead of the desktop's preference.
 /// - TAVRIN_LOG: "stderr" to write the log there too.
+///
+/// When a bus is lost and comes back, the program ends as if it were asked to and starts itself
+/// again in the same process, with a panel open once that is closed.
 class LinuxPlatform final : public Platform {
 public:
   LinuxPlatform(int& argc, char** argv, ProgramSetup setup);
@@ -99,6 +104,8 @@ private:
     return bundled || setup_.identifier.empty() ? bundled : std::optional(setup_.identifier);
   }
   void startToolkit(int& argc, char** argv);
+  void followReturn(Bus* bus, BusReturn::Open open);
+  void startAnew() const;
   void makeRooms();
   TileServices::Environment tileEnvironment();
   std::filesystem::path pictureFolder() const;
@@ -123,6 +130,8 @@ private:
   std::unique_ptr<QApplication> toolkit_;
   std::unique_ptr<MemoryRelease> memory_;
   std::unique_ptr<QtRunLoop> runLoop_;
+  std::vector<std::unique_ptr<BusReturn>> awaited_;
+  bool startsAnew_ = false;
 
   // The rooms: none refers to another but through this class.
   std::unique_ptr<JSONUserDefaults> defaults_;
@@ -152,11 +161,13 @@ LinuxPlatform::LinuxPlatform(int& argc, char** argv, ProgramSetup setup)
   makeRooms();
   application_->isPanelShown = [this] { return tile_->isPanelShown(); };
   application_->onAttention = [this](bool isWanted) { tile_->setAttention(isWanted); };
+  followReturn(bus_.get(), &Bus::session);
 }
 
 /// From the roof down: nobody calls any more, no work is under way that uses a service, then the
 /// services, and last what they stand on. Whoever used this platform is gone before.
 LinuxPlatform::~LinuxPlatform() {
+  awaited_.clear();
   application_->isPanelShown = nullptr;
   application_->onAttention = nullptr;
   runLoop_->endWork();
@@ -176,6 +187,31 @@ LinuxPlatform::~LinuxPlatform() {
   runLoop_.reset();
   memory_.reset();
   toolkit_.reset();
+  if (startsAnew_)
+    startAnew();
+}
+
+void LinuxPlatform::followReturn(Bus* bus, BusReturn::Open open) {
+  if (bus == nullptr)
+    return;
+  bus->onClose = [this, open] {
+    awaited_.push_back(std::make_unique<BusReturn>(open, [this] {
+      // Somebody may be typing into it.
+      if (tile_->isPanelShown())
+        return false;
+      startsAnew_ = true;
+      application_->terminate();
+      return true;
+    }));
+  };
+}
+
+/// Everything is saved and given back. Where it fails the process ends.
+void LinuxPlatform::startAnew() const {
+  std::string program = executable_.string();
+  std::string background = "--background";
+  char* arguments[] = {program.data(), background.data(), nullptr};
+  ::execv(program.c_str(), arguments);
 }
 
 void LinuxPlatform::startToolkit(int& argc, char** argv) {
@@ -238,8 +274,10 @@ void LinuxPlatform::tellMakeshift(const std::string& reason) {
 }
 
 Bus* LinuxPlatform::systemBus() {
-  if (!systemBus_)
+  if (!systemBus_) {
     systemBus_ = Bus::system();
+    followReturn(systemBus_->get(), &Bus::system);
+  }
   return systemBus_->get();
 }
 

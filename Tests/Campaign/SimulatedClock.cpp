@@ -7,8 +7,10 @@
 //   so a jump is what a process sees of a machine that slept, or whose clock somebody set.
 // - It writes a line to the file CAMPAIGN_STALLS when the main thread took longer than a tenth of
 //   a second from one wait of its event loop to the next, not counting the time for which it
-//   could have run and another process had the processor, nor that for which the X server could
-//   have (CAMPAIGN_DISPLAY_PROCESS): a machine with other work must not pass for a slow program.
+//   or another thread of the process could have run and other processes had the processors, nor
+//   that for which the X server could have (CAMPAIGN_DISPLAY_PROCESS): a machine with other work
+//   must not pass for a slow program.
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <cerrno>
@@ -18,7 +20,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
-#include <algorithm>
+#include <dirent.h>
 #include <dlfcn.h>
 #include <execinfo.h>
 #include <fcntl.h>
@@ -30,7 +32,6 @@
 #include <sys/time.h>
 #include <sys/timerfd.h>
 #include <unistd.h>
-#include <tuple>
 #include <utility>
 
 namespace {
@@ -47,8 +48,9 @@ const std::int64_t* offsetInFile() {
   static const std::int64_t* const mapped = [] {
     const char* file = std::getenv("CAMPAIGN_CLOCK");
     const int descriptor = file == nullptr ? -1 : ::open(file, O_RDONLY | O_CLOEXEC);
-    void* page = descriptor < 0 ? MAP_FAILED
-                                : ::mmap(nullptr, sizeof zero, PROT_READ, MAP_SHARED, descriptor, 0);
+    void* page = descriptor < 0
+                     ? MAP_FAILED
+                     : ::mmap(nullptr, sizeof zero, PROT_READ, MAP_SHARED, descriptor, 0);
     if (descriptor >= 0)
       ::close(descriptor);
     return page == MAP_FAILED ? &zero : static_cast<const std::int64_t*>(page);
@@ -126,6 +128,24 @@ std::pair<std::int64_t, std::int64_t> scheduled(int schedule) {
   return {ran, waited};
 }
 
+/// The same for what all threads of this process have waited; the main one waits for others'
+/// answers.
+std::int64_t waitOfAllThreads() {
+  std::int64_t sum = 0;
+  DIR* const tasks = ::opendir("/proc/self/task");
+  while (const dirent* entry = tasks == nullptr ? nullptr : ::readdir(tasks)) {
+    std::array<char, 64> file{};
+    std::snprintf(file.data(), file.size(), "/proc/self/task/%.16s/schedstat", entry->d_name);
+    const int schedule = ::open(file.data(), O_RDONLY | O_CLOEXEC);
+    sum += scheduled(schedule).second;
+    if (schedule >= 0)
+      ::close(schedule);
+  }
+  if (tasks != nullptr)
+    ::closedir(tasks);
+  return sum;
+}
+
 extern "C" void noteWhere(int) {
   const int error = errno;
   loop.frameCount = backtrace(loop.frames.data(), static_cast<int>(loop.frames.size()));
@@ -177,9 +197,9 @@ void report(std::int64_t held, std::int64_t wall, std::int64_t ran) {
     dladdr(address, &place);
     const char* module = place.dli_fname == nullptr ? "?" : place.dli_fname;
     const auto base = static_cast<const char*>(place.dli_fbase);
-    length += static_cast<std::size_t>(
-        std::snprintf(line.data() + length, 280, "\t%.200s+%#tx", module,
-                      static_cast<const char*>(address) - base));
+    length +=
+        static_cast<std::size_t>(std::snprintf(line.data() + length, 280, "\t%.200s+%#tx", module,
+                                               static_cast<const char*>(address) - base));
   }
   line[length++] = '\n';
   [[maybe_unused]] const auto written = ::write(descriptor, line.data(), length);
@@ -194,9 +214,11 @@ void endBusyTime() {
   const auto wall = machineTime(CLOCK_MONOTONIC) - loop.busySince;
   if (wall <= limit)
     return;
-  const auto [ran, waited] = scheduled(loop.schedule);
+  const auto ran = scheduled(loop.schedule).first;
+  const auto waited = waitOfAllThreads() - loop.waitThen;
   const auto serverWaited = scheduled(loop.serverSchedule).second - loop.serverWaitThen;
-  const auto held = wall - (waited - loop.waitThen) - std::max(serverWaited, std::int64_t{0});
+  const auto held =
+      wall - std::max(waited, std::int64_t{0}) - std::max(serverWaited, std::int64_t{0});
   if (held > limit)
     report(held, wall, ran - loop.processorThen);
 }
@@ -206,7 +228,8 @@ void beginBusyTime() {
     beginWatch();
   loop.isBusy = true;
   loop.frameCount = 0;
-  std::tie(loop.processorThen, loop.waitThen) = scheduled(loop.schedule);
+  loop.processorThen = scheduled(loop.schedule).first;
+  loop.waitThen = waitOfAllThreads();
   loop.serverWaitThen = scheduled(loop.serverSchedule).second;
   loop.busySince = machineTime(CLOCK_MONOTONIC);
   setAlarm(limit);
@@ -234,8 +257,7 @@ int clock_gettime(clockid_t clock, timespec* time) noexcept {
 }
 
 std::time_t time(std::time_t* result) noexcept {
-  const auto now =
-      static_cast<std::time_t>((machineTime(CLOCK_REALTIME) + offset()) / second);
+  const auto now = static_cast<std::time_t>((machineTime(CLOCK_REALTIME) + offset()) / second);
   if (result != nullptr)
     *result = now;
   return now;

@@ -164,8 +164,10 @@ class Round:
                 return self.world.bus().get_name_owner(self.world.bundle_identifier(slot))
             except dbus.DBusException:
                 return None
+        end = time.monotonic() + 10
         for slot, pid in dict(self.running).items():
-            if self.wait(lambda s=slot, p=pid: is_back(s, p), 10) is None:
+            left = max(end - time.monotonic(), 0)
+            if self.wait(lambda s=slot, p=pid: is_back(s, p), left) is None:
                 self.journal.finding("deaf", f"slot {slot} does not come to the bus that came back",
                                      self.oracles.evidence(slot))
                 os.kill(pid, 9)

@@ -17,7 +17,7 @@ import dbus.lowlevel
 
 from calendars import CalendarServer
 from clock import SimulatedClock
-from rig import BUILD, BUNDLES, BUS_CONFIG, Desk, wait_for
+from rig import BUILD, BUNDLES, Desk, wait_for
 from test_clipboard import start_keyring
 
 SUPPORT = pathlib.Path(__file__).resolve().parent.parent / "Support"
@@ -169,21 +169,8 @@ class World(Desk):
             if each in self.down:
                 self.start(each)
 
-    def _start_daemon(self, variable, file):
-        socket = self.home / f"{file}.socket"
-        socket.unlink(missing_ok=True)
-        config = self.home / f"{file}.conf"
-        config.write_text(BUS_CONFIG.format(services="")
-                          .replace("unix:tmpdir=/tmp", f"unix:path={socket}"))
-        self.env[variable] = f"unix:path={socket}"
-        self.spawn(["dbus-daemon", f"--config-file={config}", "--nofork"])
-        wait_for(socket.exists, "the bus")
-
-    def _start_bus(self, variable="DBUS_SESSION_BUS_ADDRESS"):
-        self._start_daemon(variable, "session")
-
     def _start_system(self):
-        self._start_daemon("DBUS_SYSTEM_BUS_ADDRESS", "system")
+        self._start_bus("DBUS_SYSTEM_BUS_ADDRESS")
         for template, name in (("logind", "org.freedesktop.login1"),
                                ("upower", "org.freedesktop.UPower")):
             self.spawn(["/usr/bin/python3", "-m", "dbusmock", "--system", "--template", template])

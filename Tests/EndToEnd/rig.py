@@ -17,8 +17,8 @@ import uuid
 BUILD = pathlib.Path(os.environ["TAVRIN_BUILD"]).resolve()
 BUNDLES = BUILD / "bundles"
 
-BUS_CONFIG = """<busconfig><type>session</type><listen>unix:tmpdir=/tmp</listen>
-<auth>EXTERNAL</auth>{services}<policy context="default"><allow send_destination="*"
+BUS_CONFIG = """<busconfig><type>session</type><listen>unix:path={socket}</listen>
+<auth>EXTERNAL</auth><policy context="default"><allow send_destination="*"
 eavesdrop="true"/><allow eavesdrop="true"/><allow own="*"/></policy></busconfig>"""
 
 
@@ -121,14 +121,16 @@ class Desk:
             raise AssertionError(message)
 
     def _start_bus(self, variable="DBUS_SESSION_BUS_ADDRESS"):
-        config = self.home / "bus.conf"
-        config.write_text(BUS_CONFIG.format(services=""))
+        """At the same address each time: a bus that was ended can be started again."""
+        socket, config = self.home / f"{variable}.socket", self.home / f"{variable}.conf"
+        socket.unlink(missing_ok=True)
+        config.write_text(BUS_CONFIG.format(socket=socket))
         reader, writer = os.pipe()
         bus = self.spawn(["dbus-daemon", f"--config-file={config}", "--nofork",
                           f"--print-address={writer}"], pass_fds=[writer])
         os.close(writer)
         with os.fdopen(reader) as pipe:
-            self.env[variable] = pipe.readline().strip()
+            self.env[variable] = pipe.readline().strip().partition(",")[0]
         return bus
 
     def start_system_bus(self, *templates):

@@ -179,8 +179,10 @@ void Bus::process() {
   do {
     worked = sd_bus_process(bus_.get(), nullptr);
   } while (worked > 0);
+  if (worked < 0 && worked != -EBUSY && !isOpen())
+    hasClosed_ = true;
   arm();
-  if (worked < 0 && worked != -EBUSY && !isOpen() && onClose)
+  if (hasClosed_ && onClose)
     std::exchange(onClose, nullptr)();
 }
 
@@ -191,6 +193,9 @@ void Bus::arm() {
     readable_.reset();
     writable_.reset();
     timeout_.stop();
+    // Sending may have found out: those who wait for answers are told on the loop's next turn.
+    if (!hasClosed_)
+      timeout_.start(0, this);
     return;
   }
   if (!readable_) {

@@ -98,6 +98,7 @@ private:
   std::unique_ptr<QSocketNotifier> writable_;
   QBasicTimer timeout_;
   std::uint64_t deadline_ = 0;
+  bool hasClosed_ = false;
 };
 
 } // namespace tavrin

@@ -166,6 +166,11 @@ bool EDSCalendarStore::connect() {
   if (registry_)
     return true;
   ErrorSlot error;
+  // The library's own connection ends the process when the bus goes, unless told not to.
+  if (auto* bus = g_bus_get_sync(G_BUS_TYPE_SESSION, thread_->cancellable(), error.out())) {
+    g_dbus_connection_set_exit_on_close(bus, FALSE);
+    g_object_unref(bus);
+  }
   registry_.reset(e_source_registry_new_sync(thread_->cancellable(), error.out()));
   // Without a server the library makes a registry all the same; a server has sources of its own.
   GList* sources = registry_ ? e_source_registry_list_sources(registry_.get(), nullptr) : nullptr;
