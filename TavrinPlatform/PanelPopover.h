@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TavrinPlatform/Geometry.h"
+#include "TavrinCore/Base/Geometry.h"
 
 #include <QSize>
 #include <functional>

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "TavrinCore/Base/Geometry.h"
 #include "TavrinPlatform/DockTile.h"
-#include "TavrinPlatform/Geometry.h"
 
 #include <filesystem>
 #include <optional>
