@@ -3,7 +3,7 @@
 #include "TavrinPlatform/Linux/Command/LinuxDesktopReport.h"
 #include "TavrinPlatform/Linux/Files/LinuxFileManager.h"
 #include "TavrinPlatform/Linux/Slot/News.h"
-#include "TavrinPlatform/POSIX/Descriptor.h"
+#include "TavrinPlatform/Files/Descriptor.h"
 
 #include <atomic>
 #include <gmock/gmock.h>

@@ -1,5 +1,5 @@
 #include "TavrinPlatform/Linux/Base/DesktopFacts.h"
-#include "TavrinPlatform/POSIX/Descriptor.h"
+#include "TavrinPlatform/Files/Descriptor.h"
 
 #include <array>
 #include <cstddef>

@@ -2,7 +2,7 @@
 
 #include "TavrinPlatform/Linux/Pasteboard/CapturePlan.h"
 #include "TavrinPlatform/Linux/Wayland/Proxies.h"
-#include "TavrinPlatform/POSIX/Descriptor.h"
+#include "TavrinPlatform/Files/Descriptor.h"
 
 #include <chrono>
 #include <deque>
