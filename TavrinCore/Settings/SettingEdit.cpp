@@ -67,13 +67,32 @@ JSONValue mergedList(const JSONValue::Array& before, const JSONValue::Array& edi
   return merged;
 }
 
+/// The value as it is written in a record.
+JSONValue normalized(const DockWidget& widget, const std::string& path, const JSONValue& value) {
+  if (path == "name" || path == "span")
+    return value;
+  try {
+    auto record = settingsJSON(widget.kind);
+    put(widget, describeSettings(widget.kind), record, path, value);
+    DockWidget changed = widget;
+    changed.kind = withSettings(widget.kind, record);
+    return valueAt(changed, path);
+  } catch (const std::runtime_error&) {
+    return value;
+  }
+}
+
 /// The value to store, where others may have changed it since its editor saw it.
-JSONValue reconciled(const SettingValue& edit, const JSONValue& current) {
+JSONValue reconciled(const DockWidget& widget, const SettingValue& edit) {
+  const auto current = valueAt(widget, edit.path);
   if (!edit.before || *edit.before == current || edit.value == current)
     return edit.value;
-  if (edit.before->array() != nullptr && edit.value.array() != nullptr &&
-      current.array() != nullptr)
-    return mergedList(*edit.before->array(), *edit.value.array(), *current.array());
+  const auto before = normalized(widget, edit.path, *edit.before);
+  if (before == current)
+    return edit.value;
+  const auto value = normalized(widget, edit.path, edit.value);
+  if (before.array() != nullptr && value.array() != nullptr && current.array() != nullptr)
+    return mergedList(*before.array(), *value.array(), *current.array());
   throw SettingError(fmt::format("\"{}\" was changed elsewhere meanwhile, to {}", edit.path,
                                  current.isNull() ? "no value" : current.compact()));
 }
@@ -107,7 +126,7 @@ DockWidget withValues(const DockWidget& widget, const std::vector<SettingValue>&
   std::set<std::string> named;
   for (const auto& edit : values) {
     const auto& path = edit.path;
-    const auto value = reconciled(edit, valueAt(widget, path));
+    const auto value = reconciled(widget, edit);
     if (path == "name") {
       if (value.string() == nullptr)
         throw SettingError("a name must be text");

@@ -14,10 +14,13 @@ public:
   FormControl(FieldInfo field, QWidget* parent = nullptr)
       : QWidget(parent), field_(std::move(field)) {}
 
-  /// Shows the value beside the record's other settings. Never called while `isTyping`.
+  /// Shows the value beside the record's other settings. While `isTyping` it is called only where
+  /// `leavesTyping`.
   virtual void setValue(const JSONValue& value, const JSONValue& record) = 0;
   /// There is a text that has not been taken.
   virtual bool isTyping() const { return false; }
+  /// `setValue` does not touch what is being typed.
+  virtual bool leavesTyping() const { return false; }
   /// Takes what is half typed. False where it was refused.
   virtual bool commit() { return true; }
   /// Where the keyboard goes for this field.

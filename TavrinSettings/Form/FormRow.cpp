@@ -79,7 +79,8 @@ void FormRow::show(const JSONValue& record) {
   const bool isOther = isShown_ && value != known_;
   record_ = record;
   setEnabled(field_.condition.holds(record));
-  if (isShown_ && control_->isTyping()) {
+  ++shows_;
+  if (isShown_ && control_->isTyping() && !control_->leavesTyping()) {
     if (isOther)
       remark_ = tr("Changed elsewhere to %1").arg(FormControl::text(settingText(field_, value)));
     known_ = value;
@@ -101,12 +102,14 @@ bool FormRow::edit(std::vector<SettingValue> values) {
       each.before = known_;
     }
   }
+  const int shows = shows_;
   const auto refusal = onEdit ? onEdit(values) : std::string();
   if (refusal.empty()) {
     remark_.clear();
     trouble_.clear();
+    // What was stored and shown meanwhile may be written another way.
     for (const auto& each : values)
-      if (each.path == path_)
+      if (each.path == path_ && shows_ == shows)
         known_ = each.value;
   } else {
     trouble_ = withTitle(FormControl::text(refusal), field_);
@@ -133,8 +136,8 @@ void FormRow::showMessage() {
   message_->setWords(words);
   message_->setVisible(!words.isEmpty());
   takeOther_->setVisible(!remark_.isEmpty());
-  control_->target()->setAccessibleDescription(
-      words.isEmpty() ? FormControl::text(field_.help) : words);
+  control_->target()->setAccessibleDescription(words.isEmpty() ? FormControl::text(field_.help)
+                                                               : words);
   if (isNew && onHeightChange)
     onHeightChange();
 }

@@ -50,6 +50,7 @@ private:
   JSONValue known_;
   JSONValue record_;
   bool isShown_ = false;
+  int shows_ = 0;
 };
 
 } // namespace tavrin

@@ -65,6 +65,7 @@ void ListControl::setValue(const JSONValue& value, const JSONValue&) {
   }
   list_->setVisible(!rows.empty());
   list_->setRows(std::move(rows));
+  list_->setMinimumHeight(list_->sizeHint().height());
   if (onHeightChange)
     onHeightChange();
 }
@@ -102,7 +103,8 @@ TextListControl::TextListControl(const FieldInfo& field, const FormServices& ser
   auto* row = new QHBoxLayout;
   row->setSpacing(6);
   line_->setFont(panelFont(PanelTextStyle::body));
-  line_->setPlaceholderText(text(allowedText(field.element())));
+  line_->setPlaceholderText(field.unit == "s" ? tr("such as 25m or 1h30m")
+                                              : text(allowedText(field.element())));
   line_->setAccessibleName(addTitle(field));
   row->addWidget(line_, 1);
   row->addWidget(new PanelButton(PanelButton::Kind::quiet, tr("Add"), [this] { add(); }));
@@ -112,8 +114,8 @@ TextListControl::TextListControl(const FieldInfo& field, const FormServices& ser
   column()->addLayout(row);
   connect(line_, &QLineEdit::returnPressed, this, [this] { add(); });
   list()->onOpen = [this](int index) {
-    line_->setText(text(settingText(this->field().element(),
-                                    elements()[static_cast<std::size_t>(index)])));
+    line_->setText(
+        text(settingText(this->field().element(), elements()[static_cast<std::size_t>(index)])));
     line_->setFocus(Qt::OtherFocusReason);
   };
 }
@@ -168,14 +170,13 @@ QWidget* TextListControl::target() {
   return line_;
 }
 
-ApplicationListControl::ApplicationListControl(const FieldInfo& field,
-                                               const FormServices& services)
+ApplicationListControl::ApplicationListControl(const FieldInfo& field, const FormServices& services)
     : ListControl(field, services),
       add_(new PanelButton(PanelButton::Kind::quiet, tr("Add app…"), [this] {
-        if (popup_)
+        if (popup_ && popup_->isVisible())
           return;
-        popup_ = new PickerPopup(add_, title(), tr("Application"),
-                                 applicationsSource(this->services()));
+        popup_ =
+            new PickerPopup(add_, title(), tr("Application"), applicationsSource(this->services()));
         popup_->onChoose = [this](const PickerItem& item) { append(item.values.front().value); };
         popup_->open();
       })) {
@@ -234,8 +235,9 @@ void RecordListControl::add() {
   for (const auto& each : field().fields)
     if (each.isRequired)
       fresh.emplace(each.key, each.role == FieldRole::link ? JSONValue("https://")
-                              : each.type == FieldType::text ? JSONValue(tr("Untitled").toStdString())
-                                                             : each.defaultValue);
+                              : each.type == FieldType::text
+                                  ? JSONValue(tr("Untitled").toStdString())
+                                  : each.defaultValue);
   const auto count = static_cast<int>(elements().size());
   if (append(std::move(fresh)))
     open(count);

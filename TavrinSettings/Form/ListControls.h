@@ -14,6 +14,7 @@ class ListControl : public FormControl {
 public:
   ListControl(const FieldInfo& field, const FormServices& services);
   void setValue(const JSONValue& value, const JSONValue& record) override;
+  bool leavesTyping() const override { return true; }
   QWidget* target() override;
   bool isWide() const override { return true; }
 

@@ -107,11 +107,9 @@ void PickerPopup::paintEvent(QPaintEvent*) {
   panelPaint::rounded(painter, rect(), 0, colours.ground, colours.hairline);
 }
 
-PickerControl::PickerControl(
-    const FieldInfo& field, const QString& prompt, PickerSource source,
-    std::function<QString(const JSONValue&, const JSONValue&)> titleOf)
-    : FormControl(field), prompt_(prompt), source_(std::move(source)),
-      titleOf_(std::move(titleOf)),
+PickerControl::PickerControl(const FieldInfo& field, const QString& prompt, PickerSource source,
+                             std::function<QString(const JSONValue&, const JSONValue&)> titleOf)
+    : FormControl(field), prompt_(prompt), source_(std::move(source)), titleOf_(std::move(titleOf)),
       button_(new PanelButton(PanelButton::Kind::quiet, {}, [this] { open(); })) {
   auto* row = new QHBoxLayout(this);
   row->setContentsMargins(0, 0, 0, 0);
@@ -138,19 +136,23 @@ QWidget* PickerControl::target() {
 }
 
 void PickerControl::open() {
-  if (popup_)
+  if (popup_ && popup_->isVisible())
     return;
   auto source = [this](const QString& words, PickerAnswer answer) {
-    return source_(words, [this, words, answer](std::vector<PickerItem> items,
-                                                const QString& trouble) {
-      if (field().isNullable && words.isEmpty() && !field().absent.empty())
-        items.insert(items.begin(),
-                     {.row = {.id = QStringLiteral("none"), .title = text(field().absent)},
-                      .values = {{{}, {}, {}}}});
-      for (auto& item : items)
-        item.row.isChecked = item.values.size() == 1 && item.values.front().value == value_;
-      answer(std::move(items), trouble);
-    });
+    return source_(
+        words, [this, words, answer](std::vector<PickerItem> items, const QString& trouble) {
+          if (field().isNullable && words.isEmpty() && !field().absent.empty())
+            items.insert(items.begin(),
+                         {.row = {.id = QStringLiteral("none"), .title = text(field().absent)},
+                          .values = {{{}, {}, {}}}});
+          for (auto& item : items)
+            if (item.row.id == QLatin1String("none"))
+              for (const auto& path : also_)
+                item.values.push_back({path, {}, {}});
+          for (auto& item : items)
+            item.row.isChecked = item.values.size() == 1 && item.values.front().value == value_;
+          answer(std::move(items), trouble);
+        });
   };
   popup_ = new PickerPopup(button_, title(), prompt_, std::move(source));
   popup_->onChoose = [this](const PickerItem& item) {

@@ -57,12 +57,15 @@ public:
   QWidget* target() override;
   void refresh() override;
 
+  /// Further fields that lose their values with this one.
+  void setAlso(std::vector<std::string> paths) { also_ = std::move(paths); }
   /// Opens the list; for the keyboard and tests.
   void open();
   PickerPopup* popup() const { return popup_; }
 
 private:
   QString prompt_;
+  std::vector<std::string> also_;
   PickerSource source_;
   std::function<QString(const JSONValue&, const JSONValue&)> titleOf_;
   JSONValue value_;

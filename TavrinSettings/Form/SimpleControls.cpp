@@ -52,6 +52,8 @@ ChoiceControl::ChoiceControl(const FieldInfo& field,
                              std::function<std::vector<Choice>(const JSONValue&)> choices)
     : FormControl(field), makeChoices_(std::move(choices)) {
   rowOf(this);
+  choices_ = makeChoices_(JSONValue::Object());
+  make();
 }
 
 void ChoiceControl::make() {
@@ -130,7 +132,7 @@ void NumberControl::setValue(const JSONValue& value, const JSONValue& record) {
   const auto range = field().range.value_or(FieldRange{-1e12, 1e12});
   box_->setDecimals(isExact ? 0 : factor == 60 ? 2 : 1);
   box_->setSingleStep(factor == 1 || factor == 60 || factor >= 1000 ? step / factor
-                                                                  : std::max(1.0, step / 50));
+                                                                    : std::max(1.0, step / 50));
   const double stored = value.doubleValue().value_or(range.lower);
   // A number from elsewhere may lie outside; it is shown, and only other numbers are bounded.
   const double lower = field().isNullable ? 0 : range.lower;
@@ -173,7 +175,7 @@ TextControl::TextControl(const FieldInfo& field, const FormServices& services)
   line_->setAccessibleName(title());
   line_->setFont(panelFont(PanelTextStyle::body));
   line_->setPlaceholderText(text(field.absent));
-  line_->setMinimumWidth(160);
+  line_->setMinimumWidth(220);
   rowOf(this)->addWidget(line_, 1);
   connect(line_, &QLineEdit::textEdited, this, [this] { take(); });
 }
@@ -184,7 +186,7 @@ bool TextControl::isWide() const {
 
 void TextControl::setValue(const JSONValue& value, const JSONValue&) {
   isTyping_ = false;
-  const auto words = value.isNull()               ? std::string()
+  const auto words = value.isNull()              ? std::string()
                      : value.string() != nullptr ? *value.string()
                                                  : settingText(field(), value);
   const auto shown = text(words);

@@ -171,8 +171,7 @@ FormControl* makeTimeZoneControl(const FieldInfo& field, const FormServices& ser
                              const auto zone = quoted(value);
                              const auto offset =
                                  offsetText(zone, services.now ? services.now() : Date{});
-                             return words(offset.empty() ? zone
-                                                         : cityOf(zone) + "  UTC" + offset);
+                             return words(offset.empty() ? zone : cityOf(zone) + "  UTC" + offset);
                            });
 }
 
@@ -211,15 +210,16 @@ FormControl* makeCityControl(const FieldInfo& field, const FormServices& service
                : words(fmt::format("{:.2f}°, {:.2f}°", latitude->doubleValue().value_or(0),
                                    longitude->doubleValue().value_or(0)));
   };
-  return new PickerControl(field, QObject::tr("City"), source, titleOf);
+  auto* control = new PickerControl(field, QObject::tr("City"), source, titleOf);
+  control->setAlso({"latitude", "longitude"});
+  return control;
 }
 
 FormControl* makeSystemChoiceControl(const FieldInfo& field, const FormServices& services) {
   const auto item = [](const std::string& id, const std::string& title,
                        const std::string& subtitle = {}) {
-    return PickerItem{
-        .row = {.id = words(id), .title = words(title), .subtitle = words(subtitle)},
-        .values = {{{}, id, {}}}};
+    return PickerItem{.row = {.id = words(id), .title = words(title), .subtitle = words(subtitle)},
+                      .values = {{{}, id, {}}}};
   };
   // What was answered last names what is chosen.
   const auto known = std::make_shared<std::vector<std::pair<std::string, std::string>>>();
@@ -252,8 +252,8 @@ FormControl* makeSystemChoiceControl(const FieldInfo& field, const FormServices&
     for (const auto& [id, title] : *known)
       items.push_back(item(id, title));
     const bool isEmpty = items.empty();
-    answer(std::move(items), !isEmpty                     ? QString()
-                             : role == FieldRole::player  ? QObject::tr("No player is running")
+    answer(std::move(items), !isEmpty                    ? QString()
+                             : role == FieldRole::player ? QObject::tr("No player is running")
                              : role == FieldRole::networkLink
                                  ? QObject::tr("There are no network links")
                                  : QObject::tr("There is no calendar store here"));
@@ -294,10 +294,9 @@ PickerSource applicationsSource(const FormServices& services) {
     entry.path = app.path;
     entry.bundleIdentifier = app.id;
     entry.displayName = app.name;
-    items.push_back({.row = {.id = words(app.id),
-                             .title = words(app.name),
-                             .subtitle = words(app.genericName)},
-                     .values = {{{}, encode(entry), {}}}});
+    items.push_back(
+        {.row = {.id = words(app.id), .title = words(app.name), .subtitle = words(app.genericName)},
+         .values = {{{}, encode(entry), {}}}});
     return items;
   });
 }
@@ -362,6 +361,7 @@ void CalendarsControl::fill() {
                                 : QString());
   words_->setVisible(!words_->text().isEmpty());
   list_->setRows(std::move(rows));
+  list_->setMinimumHeight(list_->sizeHint().height());
 }
 
 void CalendarsControl::toggle(int row) {

@@ -31,10 +31,10 @@ struct SwatchColour {
 };
 
 constexpr SwatchColour swatchColours[] = {
-    {"Orange", TimerSettings::tints[0]}, {"Red", TimerSettings::tints[1]},
-    {"Pink", TimerSettings::tints[2]},   {"Purple", TimerSettings::tints[3]},
-    {"Indigo", TimerSettings::tints[4]}, {"Blue", TimerSettings::tints[5]},
-    {"Teal", TimerSettings::tints[6]},   {"Green", TimerSettings::tints[7]},
+    {"Orange", TimerSettings::tints[0]},      {"Red", TimerSettings::tints[1]},
+    {"Pink", TimerSettings::tints[2]},        {"Purple", TimerSettings::tints[3]},
+    {"Indigo", TimerSettings::tints[4]},      {"Blue", TimerSettings::tints[5]},
+    {"Teal", TimerSettings::tints[6]},        {"Green", TimerSettings::tints[7]},
     {"Yellow", NoteSettings::defaultColorHex}};
 
 /// A popup under its owner that goes when it closes.
@@ -110,19 +110,16 @@ ColourControl::ColourControl(const FieldInfo& field, const FormServices& service
   row->addStretch(1);
   row->addWidget(line_);
   if (services.pickColour)
-    row->addWidget(PanelButton::icon(QStringLiteral("eyedropper"), tr("Take from the screen"),
-                                     [this] {
-                                       picking_ =
-                                           services_.pickColour([this](const ColourSample& sample) {
-                                             if (sample.outcome == ColourSample::Outcome::picked)
-                                               send(fmt::format("#{:02X}{:02X}{:02X}", sample.red,
-                                                                sample.green, sample.blue));
-                                             else if (sample.outcome ==
-                                                      ColourSample::Outcome::unavailable)
-                                               complain(tr("This desktop lets no program see "
-                                                           "the screen"));
-                                           });
-                                     }));
+    row->addWidget(
+        PanelButton::icon(QStringLiteral("eyedropper"), tr("Take from the screen"), [this] {
+          picking_ = services_.pickColour([this](const ColourSample& sample) {
+            if (sample.outcome == ColourSample::Outcome::picked)
+              send(fmt::format("#{:02X}{:02X}{:02X}", sample.red, sample.green, sample.blue));
+            else if (sample.outcome == ColourSample::Outcome::unavailable)
+              complain(tr("This desktop lets no program see "
+                          "the screen"));
+          });
+        }));
 }
 
 void ColourControl::setValue(const JSONValue& value, const JSONValue& record) {
@@ -157,7 +154,7 @@ QWidget* SymbolControl::target() {
 }
 
 void SymbolControl::open() {
-  if (popup_)
+  if (popup_ && popup_->isVisible())
     return;
   popup_ = makePopup(button_, title());
   auto* column = new QVBoxLayout(popup_);
@@ -191,8 +188,8 @@ void SymbolControl::open() {
     send(name);
   };
   popup_->adjustSize();
-  popup_->move(button_->mapToGlobal(QPoint(button_->width() - popup_->width(),
-                                           button_->height() + 4)));
+  popup_->move(
+      button_->mapToGlobal(QPoint(button_->width() - popup_->width(), button_->height() + 4)));
   popup_->show();
   search->setFocus(Qt::PopupFocusReason);
 }

@@ -19,8 +19,8 @@ class FormRow;
 /// high as its rows; whoever shows it scrolls it.
 ///
 ///     auto* form = new WidgetForm(services, look);
-///     form->onEdit = [&](const std::vector<SettingValue>& values) { return editor.apply(values); };
-///     form->show(record);     // and again whenever the record changed, from wherever
+///     form->onEdit = [&](const std::vector<SettingValue>& values) { return editor.apply(values);
+///     }; form->show(record);     // and again whenever the record changed, from wherever
 class WidgetForm : public QWidget {
 public:
   /// `services` must outlive the form.

@@ -213,7 +213,7 @@ TEST(KindSettings, EveryLineHasATitleAndItsOwnKey) {
     for (const auto& field : describeSettings(fresh(info.key))) {
       EXPECT_NE(field.title, field.key) << info.key;
       EXPECT_TRUE(keys.insert(field.key).second) << info.key << " " << field.key;
-      EXPECT_TRUE(titles.insert(field.title).second) << info.key << " " << field.title;
+      EXPECT_TRUE(titles.insert(std::string(field.title)).second) << info.key << " " << field.title;
       EXPECT_EQ(field.type == FieldType::choice, field.choices.size() >= 2)
           << info.key << " " << field.key;
     }

@@ -67,6 +67,19 @@ inline FormServices formServices() {
   return services;
 }
 
+/// The children of that class; the kit's classes have no meta-object of their own to be found by.
+template <class Control> std::vector<Control*> all(const QWidget* root) {
+  std::vector<Control*> found;
+  for (auto* child : root->findChildren<QWidget*>())
+    if (auto* control = dynamic_cast<Control*>(child))
+      found.push_back(control);
+  return found;
+}
+template <class Control> Control* first(const QWidget* root) {
+  const auto found = all<Control>(root);
+  return found.empty() ? nullptr : found.front();
+}
+
 /// A widget that is edited: the form in a window, its edits applied as a program would.
 class FormRig {
 public:
@@ -94,7 +107,7 @@ public:
   JSONValue value(std::string_view path) const { return valueAt(widget, path); }
   /// The first control of that name; null where none is.
   template <class Control> Control* control(const QString& name) {
-    for (auto* found : form.findChildren<Control*>())
+    for (auto* found : all<Control>(&form))
       if (found->accessibleName() == name && found->isVisibleTo(&form))
         return found;
     return nullptr;

@@ -119,6 +119,35 @@ TEST(SettingEdit, TakesAllValuesOrNone) {
     EXPECT_NE(refusal(fresh(kind), {value}), "") << kind << " " << value.path;
 }
 
+TEST(SettingEdit, WhatAnotherEditorChangedMeanwhileIsNotLost) {
+  const auto stored = withValues(
+      fresh("timer"), {{"presets", JSONValue::Array{300, 900, 60}}, {"tintHex", "#30D158"}}, {});
+  const auto presets = [&](const JSONValue::Array& before, const JSONValue::Array& after) {
+    return valueAt(withValues(stored, {{"presets", after, JSONValue(before)}}, {}), "presets")
+        .compact();
+  };
+  // Theirs: 600 taken out, 60 added. Its own: 120 added; 300 taken out; another order.
+  EXPECT_EQ(presets({300, 600, 900}, {300, 600, 900, 120}), "[300,900,120,60]");
+  EXPECT_EQ(presets({300, 600, 900}, {600, 900}), "[900,60]");
+  EXPECT_EQ(presets({300, 900, 60}, {60, 300, 900}), "[60,300,900]");
+
+  EXPECT_EQ(
+      valueAt(withValues(stored, {{"tintHex", "#0A84FF", JSONValue("#30D158")}}, {}), "tintHex"),
+      JSONValue("#0A84FF"));
+  EXPECT_THROW(withValues(stored, {{"tintHex", "#0A84FF", JSONValue("#FF9F0A")}}, {}),
+               SettingError);
+  // A bookmark without its title is the same as one with an empty one.
+  const auto bookmarks =
+      withValues(fresh("bookmarks"), {{"bookmarks", JSONValue::parse(R"([{"url":"a:b"}])")}}, {});
+  EXPECT_EQ(valueAt(withValues(bookmarks,
+                               {{"bookmarks", JSONValue::parse(R"([{"url":"a:c"}])"),
+                                 JSONValue::parse(R"([{"url":"a:b"}])")}},
+                               {}),
+                    "bookmarks")
+                .compact(),
+            R"([{"title":"","url":"a:c"}])");
+}
+
 TEST(SettingEdit, AFolderThatIsNotThereIsMarkedAndTaken) {
   SettingSystem system;
   system.home = "/home/ann";

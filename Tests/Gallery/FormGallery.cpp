@@ -26,9 +26,9 @@ int main(int argc, char** argv) {
       rig.form.setAutoFillBackground(true);
       QApplication::processEvents();
       rig.form.grab().save(folder.filePath(
-          QStringLiteral("%1-%2.png").arg(QString::fromUtf8(info.key.data(),
-                                                            static_cast<qsizetype>(info.key.size())),
-                                          isDark ? QStringLiteral("dark") : QStringLiteral("light"))));
+          QStringLiteral("%1-%2.png")
+              .arg(QString::fromUtf8(info.key.data(), static_cast<qsizetype>(info.key.size())),
+                   isDark ? QStringLiteral("dark") : QStringLiteral("light"))));
     }
   return 0;
 }
