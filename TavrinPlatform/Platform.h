@@ -82,14 +82,14 @@ public:
 
 /// What a program says of itself before it has a platform.
 struct ProgramSetup {
-  /// What the program is called where it stands in no bundle that says so: there is one process of
-  /// it in a session. Empty for programs of which there may be many.
-  std::string identifier = {};
   /// Does what every process of this program would do first. Where processes that are started
   /// together come from one, it is done once for all of them.
   std::function<void()> prepare = {};
   /// The folder of the user's data. May throw FileError.
   std::function<std::filesystem::path(const FileManager&, const MainBundle&)> dataFolder = {};
+  /// What the program is called where it stands in no bundle that says so: there is one process of
+  /// it in a session. Empty for programs of which there may be many.
+  std::string identifier = {};
 };
 
 /// The services of this desktop, for a slot and for other programs with a tile; which desktop's is

@@ -17,7 +17,7 @@ std::filesystem::path dataFolder(const tavrin::FileManager& files,
 int main(int argc, char** argv) {
   const auto platform = tavrin::makePlatform(
       argc, argv,
-      {.identifier = std::string(tavrin::DockSlot::hostIdentifier), .dataFolder = dataFolder});
+      {.dataFolder = dataFolder, .identifier = std::string(tavrin::DockSlot::hostIdentifier)});
   if (!platform)
     return 0;
   const auto host = tavrin::makeCommandPlatform();

@@ -117,7 +117,7 @@ void addFieldRows(Table& table, const std::vector<FieldInfo>& fields, const JSON
     const auto* value = values == nullptr ? nullptr : values->member(field.key);
     const bool hasRows = field.type == FieldType::record && !field.fields.empty();
     const auto shown = value == nullptr ? JSONValue() : *value;
-    std::vector<Table::Cell> row{{prefix + field.key, TextStyle::accent}, field.title};
+    std::vector<Table::Cell> row{{prefix + field.key, TextStyle::accent}, std::string(field.title)};
     if (values != nullptr)
       row.emplace_back(hasRows && !shown.isNull() ? "" : settingText(field, shown),
                        TextStyle::bold);

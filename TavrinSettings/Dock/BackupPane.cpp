@@ -2,7 +2,7 @@
 
 #include "TavrinCore/Base/Calendar.h"
 #include "TavrinCore/Widgets/DockSlot.h"
-#include "TavrinHost/Widgets/SettingText.h"
+#include "TavrinCore/Settings/SettingText.h"
 #include "TavrinStorage/Dock/PlistFileBackend.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelList.h"

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "TavrinCore/Base/Lifetime.h"
 #include "TavrinHost/Dock/DockLibrary.h"
+#include "TavrinPlatform/RunLoop.h"
 #include "TavrinSettings/Editing/History.h"
 
 #include <functional>
@@ -44,7 +46,7 @@ private:
   History& history_;
   RunLoop& runLoop_;
   bool isRunning_ = false;
-  std::shared_ptr<int> alive_ = std::make_shared<int>();
+  Lifetime alive_;
 };
 
 } // namespace tavrin

@@ -1,7 +1,7 @@
 #include "TavrinSettings/Dock/LayoutPane.h"
 
 #include "TavrinCore/Text/Text.h"
-#include "TavrinHost/Dock/HotkeyText.h"
+#include "TavrinCore/Settings/HotkeyText.h"
 #include "TavrinSettings/Dock/DockItemRow.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"

@@ -1,7 +1,7 @@
 #include "TavrinSettings/Dock/ProfilesEditor.h"
 
 #include "TavrinCore/Text/Text.h"
-#include "TavrinHost/Widgets/SettingText.h"
+#include "TavrinCore/Settings/SettingText.h"
 
 #include <algorithm>
 #include <fmt/format.h>

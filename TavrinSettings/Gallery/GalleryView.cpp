@@ -81,11 +81,11 @@ GalleryView::GalleryView(PageServices& services, QWidget* parent)
 
 void GalleryView::makeKinds() {
   for (const auto& kind : allKinds()) {
-    // Of any date: a picture of the kind, not a widget.
-    const auto fresh = freshKind(kind.key, Date{} + 800'000'000);
+    const Date now = services_.forms.now();
+    const auto fresh = freshKind(kind.key, now);
     DockWidget sample({}, std::string(kind.title), std::nullopt, *fresh, 1);
     if (auto* countdown = sample.kind.get<CountdownSettings>())
-      countdown->target = Date{} + 4'000'000'000;
+      countdown->target = now + 14 * 86'400.0 + 5000;
     if (auto* note = sample.kind.get<NoteSettings>())
       note->text = "Milk, bread\nCall Ada";
     auto* card = new WidgetCard(services_, sample, {{}, std::string(kind.key), 1},

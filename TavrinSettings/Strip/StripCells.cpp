@@ -31,6 +31,10 @@ StripCells StripCells::of(const std::vector<int>& spans, int freePlaces, double 
   for (int i = 0; i < freePlaces; ++i)
     add(1);
   made.height = y + made.side;
+  // A single row stands in the middle.
+  if (y == 0)
+    for (auto& rect : made.rects)
+      rect.translate((width - (x - gap)) / 2, 0);
   return made;
 }
 

@@ -1,6 +1,7 @@
 #include "TavrinSettings/Widget/WidgetPage.h"
 
 #include "TavrinSettings/Editing/StripOrder.h"
+#include "TavrinSettings/Form/WidgetForm.h"
 #include "TavrinSettings/Widget/TilePreview.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
@@ -33,6 +34,9 @@ WidgetPage::WidgetPage(PageServices& services, QWidget* parent)
   scroll_->setWidgetResizable(true);
   scroll_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   scroll_->setFocusPolicy(Qt::NoFocus);
+  form_ = new WidgetForm(services_.forms, services_.appearance);
+  form_->onEdit = [this](const std::vector<SettingValue>& values) { return set(values); };
+  scroll_->setWidget(form_);
   body_->addWidget(preview_, 0, Qt::AlignTop);
   body_->addWidget(scroll_, 1);
   column->addLayout(body_, 1);
@@ -78,12 +82,40 @@ bool WidgetPage::show(const UUID& id) {
   place_->setTitle(isOnStrip ? QStringLiteral("Take Off") : QStringLiteral("Put on the Strip"));
   place_->setAccessibleName(place_->title());
   preview_->setRecord(*widget);
+  form_->show(*widget);
   return true;
 }
 
 void WidgetPage::focusForm() {
-  if (auto* first = scroll_->widget())
-    first->setFocus(Qt::TabFocusReason);
+  form_->focusSetting("name");
+}
+
+void WidgetPage::commit() {
+  form_->commit();
+}
+
+void WidgetPage::setAppearance() {
+  form_->setAppearance(services_.appearance);
+}
+
+std::string WidgetPage::set(const std::vector<SettingValue>& values) {
+  if (values.empty())
+    return {};
+  const auto& path = values.front().path;
+  const auto* widget = services_.editor.widget(id_);
+  const std::string name = widget == nullptr ? std::string() : widget->name;
+  try {
+    services_.editor.edit(id_, path == "name" ? "Rename " + name : "Set Up " + name, path,
+                          [&](DockWidget& current) {
+                            current = withValues(current, values, services_.forms.system);
+                          });
+    return {};
+  } catch (const SettingError& error) {
+    return error.what();
+  } catch (const std::exception& error) {
+    services_.tell(QString::fromUtf8(error.what()) + QLatin1Char('.'), true);
+    return error.what();
+  }
 }
 
 void WidgetPage::place() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Settings/SettingEdit.h"
 #include "TavrinSettings/Base/PageServices.h"
 
 #include <QWidget>
@@ -12,6 +13,7 @@ namespace tavrin {
 class PanelButton;
 class PanelText;
 class TilePreview;
+class WidgetForm;
 
 /// One widget: what it looks like, and all its settings.
 class WidgetPage : public QWidget {
@@ -22,6 +24,9 @@ public:
   bool show(const UUID& id);
   const UUID& shown() const { return id_; }
   void focusForm();
+  /// What is half typed is taken as if its control had been left.
+  void commit();
+  void setAppearance();
 
   std::function<void()> onBack;
 
@@ -31,6 +36,7 @@ protected:
 
 private:
   void makeHeader(QBoxLayout* column);
+  std::string set(const std::vector<SettingValue>& values);
   void place();
   void remove();
 
@@ -44,6 +50,7 @@ private:
   QBoxLayout* body_;
   TilePreview* preview_;
   QScrollArea* scroll_;
+  WidgetForm* form_;
 };
 
 } // namespace tavrin

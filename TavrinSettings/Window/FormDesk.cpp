@@ -1,6 +1,6 @@
 #include "TavrinSettings/Window/FormDesk.h"
 
-#include "TavrinCore/Base/Calendar.h"
+#include "TavrinHost/Widgets/SettingEditing.h"
 #include "TavrinPlatform/MediaPlayers.h"
 #include "TavrinWidgetsUI/Kit/Pictures/Symbols.h"
 
@@ -41,6 +41,12 @@ std::vector<std::string> timeZoneIdentifiers() {
   return identifiers;
 }
 
+/// Nothing of the calendars is known before they have been asked for access.
+struct AccessThenAccounts final : Token {
+  TokenPtr asked;
+  TokenPtr read;
+};
+
 } // namespace
 
 FormDesk::FormDesk(Platform& platform) : platform_(platform) {
@@ -49,20 +55,8 @@ FormDesk::FormDesk(Platform& platform) : platform_(platform) {
 }
 
 void FormDesk::setUpSystem() {
-  auto& system = services_.system;
-  system.home = platform_.fileManager().homeFolder();
-  system.isTimeZone = [](const std::string& identifier) {
-    return Calendar::isKnownTimeZone(identifier);
-  };
-  system.isSymbol = [](std::string_view name) { return hasSymbol(name); };
-  system.isFolder = [](const std::filesystem::path& path) {
-    std::error_code error;
-    return std::filesystem::is_directory(path, error);
-  };
-  system.isFile = [](const std::filesystem::path& path) {
-    std::error_code error;
-    return std::filesystem::exists(path, error);
-  };
+  services_.system = settingSystem(platform_.fileManager().homeFolder());
+  services_.system.isSymbol = [](std::string_view name) { return hasSymbol(name); };
   services_.now = [this] { return platform_.clock().now(); };
   services_.timeZones = [] { return timeZoneIdentifiers(); };
 }
@@ -77,9 +71,17 @@ void FormDesk::setUpPickers() {
     });
   };
   services_.accounts = [this](CalendarStore::Entity entity, auto answer) {
-    return platform_.calendars().accounts(entity, std::move(answer));
+    auto chain = std::make_unique<AccessThenAccounts>();
+    auto& calendars = platform_.calendars();
+    chain->asked = calendars.requestAccess(
+        entity, [&calendars, entity, steps = chain.get(), answer](CalendarAccess) {
+          steps->read = calendars.accounts(entity, answer);
+        });
+    return chain;
   };
   services_.players = [this] {
+    if (!players_)
+      players_ = platform_.mediaPlayers().observe([] {});
     std::vector<std::pair<std::string, std::string>> players;
     for (const auto& player : platform_.mediaPlayers().players())
       players.emplace_back(player.name, player.title);

@@ -21,6 +21,8 @@ private:
 
   Platform& platform_;
   std::unique_ptr<WeatherFetch> cities_;
+  /// Players are known while they are watched.
+  TokenPtr players_;
   FormServices services_;
 };
 

@@ -2,6 +2,7 @@
 
 #include "TavrinCore/Widgets/DockSlot.h"
 #include "TavrinHost/Widgets/SlotControl.h"
+#include "TavrinSettings/Computer/ComputerPage.h"
 #include "TavrinSettings/Dock/DockPage.h"
 #include "TavrinSettings/Window/SettingsWindow.h"
 
@@ -43,13 +44,15 @@ SettingsApp::SettingsApp(Platform& platform, CommandPlatform& host)
   open();
   appearanceChanged_ = platform_.workspace().observeAppearance(
       [this] { window_->setAppearance(appearance()); });
+  // So that no editor in a terminal opens beside it; one that waits already goes on answering.
+  answersEdits_ = host.applications().claimIdentifier(editorIdentifier(*context_));
   widgetsChanged_ = platform_.notifications().observe(
       std::string(DockSlot::widgetsChangedNotification), [this](const auto&) { reload(); });
   editRequested_ = platform_.notifications().observe(
       std::string(DockSlot::editWidgetNotification), [this](const auto& object) {
         const auto id = object ? UUID::parse(*object) : std::nullopt;
         // Others are of another data folder.
-        if (id && editor_ && editor_->widget(*id) != nullptr)
+        if (answersEdits_ && id && editor_ && editor_->widget(*id) != nullptr)
           edit(*object);
       });
 }
@@ -75,12 +78,22 @@ void SettingsApp::open() {
   editor_->onChange = [this] { window_->refresh(); };
   editor_->onNewSlots = [this](const std::set<int>& slots) { startSlots(slots); };
   window_->setUp(*editor_, stage_, forms_.services(),
-                 [this](PageServices& services, QWidget* parent) {
-                   auto* page = new DockPage(services, *context_, history_, platform_.runLoop(),
-                                             platform_.applications(), parent);
-                   page->reload();
-                   return page;
-                 });
+                 {.dockPage =
+                      [this](PageServices& services, QWidget* parent) {
+                        auto* page = new DockPage(services, *context_, history_,
+                                                  platform_.runLoop(), platform_.applications(),
+                                                  parent);
+                        page->reload();
+                        return page;
+                      },
+                  .computerPage =
+                      [this](PageServices& services, QWidget* parent) {
+                        auto* page = new ComputerPage(
+                            services, [this] { return context_->platform().desktopReport(); },
+                            parent);
+                        page->reload();
+                        return page;
+                      }});
 }
 
 void SettingsApp::reload() {

@@ -42,6 +42,7 @@ private:
   FormDesk forms_;
   std::optional<WidgetsEditor> editor_;
   std::unique_ptr<SettingsWindow> window_;
+  bool answersEdits_ = false;
   TokenPtr widgetsChanged_;
   TokenPtr editRequested_;
   TokenPtr appearanceChanged_;

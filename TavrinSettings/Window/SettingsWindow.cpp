@@ -19,6 +19,7 @@ namespace {
 
 /// Among the segments of the pages.
 constexpr int dockPage = 1;
+constexpr int computerPage = 2;
 
 } // namespace
 
@@ -49,7 +50,7 @@ QWidget* SettingsWindow::makeTop() {
   row->setContentsMargins(0, 0, 0, 0);
   undo_ = PanelButton::icon(QStringLiteral("arrow.uturn.backward"), QStringLiteral("Undo"),
                             [this] { step(true); }, top);
-  redo_ = PanelButton::icon(QStringLiteral("arrow.clockwise"), QStringLiteral("Redo"),
+  redo_ = PanelButton::icon(QStringLiteral("arrow.uturn.forward"), QStringLiteral("Redo"),
                             [this] { step(false); }, top);
   pages_ = new PanelSegments(QStringLiteral("Page"), {QStringLiteral("Widgets")}, top);
   pages_->onChange = [this](int page) { showPage(page); };
@@ -85,10 +86,9 @@ QWidget* SettingsWindow::makeFoot() {
   return told_;
 }
 
-void SettingsWindow::setUp(
-    WidgetsEditor& editor, TileStage& stage, const FormServices& forms,
-    const std::function<QWidget*(PageServices&, QWidget* parent)>& makeDockPage) {
-  makeDockPage_ = makeDockPage;
+void SettingsWindow::setUp(WidgetsEditor& editor, TileStage& stage, const FormServices& forms,
+                           Makers makers) {
+  makers_ = std::move(makers);
   services_.emplace(PageServices{editor, history_, stage, drag_, forms, appearance_,
                                  [this](const QString& sentence, bool isTrouble) {
                                    tell(sentence, isTrouble);
@@ -96,7 +96,8 @@ void SettingsWindow::setUp(
   delete std::exchange(trouble_, nullptr);
   widgets_ = new WidgetsPage(*services_, stack_);
   stack_->addWidget(widgets_);
-  pages_->setTitles({QStringLiteral("Widgets"), QStringLiteral("Dock Layouts")});
+  pages_->setTitles({QStringLiteral("Widgets"), QStringLiteral("Dock Layouts"),
+                    QStringLiteral("This Computer")});
   pages_->setCurrent(0);
   refresh();
 }
@@ -123,6 +124,8 @@ void SettingsWindow::setAppearance(const PanelAppearance& appearance) {
   appearance_ = appearance;
   setPalette(PanelPalette::make(appearance).palette());
   setFont(panelFont(PanelTextStyle::body));
+  if (widgets_ != nullptr)
+    widgets_->setAppearance();
   update();
 }
 
@@ -145,13 +148,14 @@ void SettingsWindow::showPage(int page) {
   pages_->setCurrent(page);
   if (!services_)
     return;
-  if (page == dockPage && dock_ == nullptr) {
-    services_->attempt([&] {
-      dock_ = makeDockPage_(*services_, stack_);
-      stack_->addWidget(dock_);
-    });
-  }
-  QWidget* shown = page == dockPage ? dock_ : widgets_;
+  const auto made = [&](QWidget*& kept, const Maker& maker) {
+    if (kept == nullptr)
+      services_->attempt([&] { stack_->addWidget(kept = maker(*services_, stack_)); });
+    return kept;
+  };
+  QWidget* shown = page == dockPage       ? made(dock_, makers_.dockPage)
+                   : page == computerPage ? made(computer_, makers_.computerPage)
+                                          : widgets_;
   if (shown != nullptr)
     stack_->setCurrentWidget(shown);
 }
@@ -159,6 +163,8 @@ void SettingsWindow::showPage(int page) {
 void SettingsWindow::step(bool isBack) {
   if (!services_)
     return;
+  if (widgets_ != nullptr)
+    widgets_->commit();
   const auto title = QString::fromStdString(isBack ? history_.undoTitle() : history_.redoTitle());
   if (title.isEmpty())
     return;
@@ -185,6 +191,8 @@ void SettingsWindow::refreshHistory() {
 
 void SettingsWindow::closeEvent(QCloseEvent* event) {
   drag_.cancel();
+  if (widgets_ != nullptr)
+    widgets_->commit();
   event->accept();
   if (onClose)
     onClose();

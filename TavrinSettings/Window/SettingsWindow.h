@@ -17,11 +17,18 @@ class WidgetsPage;
 /// The window: its pages, undo and redo above them, and a line for what there is to be said.
 class SettingsWindow : public QWidget {
 public:
+  using Maker = std::function<QWidget*(PageServices&, QWidget* parent)>;
+  /// The pages that stand on more than the others.
+  struct Makers {
+    Maker dockPage;
+    Maker computerPage;
+  };
+
   SettingsWindow(History& history, const PanelAppearance& appearance);
 
   /// Makes the pages on what the editor says.
   void setUp(WidgetsEditor& editor, TileStage& stage, const FormServices& forms,
-             const std::function<QWidget*(PageServices&, QWidget* parent)>& makeDockPage);
+             Makers makers);
   /// Says why there is nothing to be shown, in place of the pages.
   void showTrouble(const QString& sentence, std::function<void()> tryAgain);
   void refresh();
@@ -53,7 +60,8 @@ private:
   WidgetsPage* widgets_ = nullptr;
   /// Made when it is first looked at.
   QWidget* dock_ = nullptr;
-  std::function<QWidget*(PageServices&, QWidget* parent)> makeDockPage_;
+  QWidget* computer_ = nullptr;
+  Makers makers_;
   PanelEmptyState* trouble_ = nullptr;
   PanelText* told_;
 };

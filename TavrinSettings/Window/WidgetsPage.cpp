@@ -130,6 +130,8 @@ void WidgetsPage::choose(const UUID& id, bool isOpened) {
 }
 
 bool WidgetsPage::open(const UUID& id) {
+  if (id != widget_->shown())
+    commit();
   if (!widget_->show(id))
     return false;
   chosen_ = id;
@@ -139,7 +141,17 @@ bool WidgetsPage::open(const UUID& id) {
   return true;
 }
 
+void WidgetsPage::commit() {
+  if (below_->currentWidget() == widget_)
+    widget_->commit();
+}
+
+void WidgetsPage::setAppearance() {
+  widget_->setAppearance();
+}
+
 void WidgetsPage::showGallery() {
+  commit();
   below_->setCurrentWidget(gallery_);
 }
 

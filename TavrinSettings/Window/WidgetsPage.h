@@ -25,6 +25,9 @@ public:
   bool open(const UUID& id);
   void showGallery();
   void focusSearch();
+  /// What is half typed is taken.
+  void commit();
+  void setAppearance();
 
 private:
   QWidget* makeTools();

@@ -34,6 +34,8 @@ inline constexpr auto symbolTable = std::to_array<SymbolDrawing>({
     {"arrow.up.right", "s M6 18 L17.4 6.6 M8.4 6 H18 V15.6"},
     {"arrow.uturn.backward",
      "s M8 3.8 L3.6 8.2 L8 12.6 M3.6 8.2 H14.2 A14.2 13.9 5.7 -90 180 H8.5"},
+    {"arrow.uturn.forward",
+     "s M16 3.8 L20.4 8.2 L16 12.6 M20.4 8.2 H9.8 A9.8 13.9 5.7 -90 -180 H15.5"},
     {"backward.end.fill", "b M18.5 6.2 L10 12 L18.5 17.8 Z f R4.6 5 2.8 14 1.4"},
     {"battery", "s R2 7 17.4 10 3 M22.2 10.6 V13.4"},
     {"battery.100", "s R2 7 17.4 10 3 M22.2 10.6 V13.4 f R4.6 9.6 12.2 4.8 1.2"},

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "TavrinPlatform/DesktopReport.h"
+#include "TavrinSettings/Base/PageServices.h"
+
+#include <QWidget>
+
+class QVBoxLayout;
+
+namespace tavrin {
+
+class PanelButton;
+class PanelEmptyState;
+class PanelList;
+class PanelText;
+
+/// What this computer has of what widgets use, what it lacks, and what to do about it.
+class ComputerPage : public QWidget {
+public:
+  /// `look` looks at the computer anew; it may take a second.
+  ComputerPage(PageServices& services, std::function<DesktopReport()> look,
+               QWidget* parent = nullptr);
+
+  /// Looks, once the page is seen.
+  void reload();
+
+private:
+  void show(const DesktopReport& report);
+  /// What is to be done, all of it, in place of the list's short lines.
+  void showRemedies();
+
+  PageServices& services_;
+  std::function<DesktopReport()> look_;
+  DesktopReport report_;
+  PanelText* summary_;
+  PanelButton* remedy_;
+  PanelButton* again_;
+  PanelText* remedies_;
+  PanelList* list_;
+};
+
+/// "Everything that widgets use is here.", "2 things are missing, 1 is limited."
+std::string reportSummary(const DesktopReport& report);
+/// What to do, a numbered line for each thing that something can be done about; empty for none.
+std::string reportRemedies(const DesktopReport& report);
+
+} // namespace tavrin

@@ -1,0 +1,172 @@
+#include "TavrinPlatform/Files/AtomicFile.h"
+#include "TavrinSettings/Computer/ComputerPage.h"
+#include "TavrinSettings/Dock/BackupPane.h"
+#include "TavrinSettings/Dock/DockJob.h"
+#include "TavrinSettings/Dock/ProfilesEditor.h"
+#include "TavrinStorage/Dock/PlistFileBackend.h"
+#include "Tests/Command/HostFixture.h"
+#include "Tests/Support/ManualRunLoop.h"
+
+#include <gmock/gmock.h>
+
+namespace tavrin {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+class SilentContext final : public HostContext {
+public:
+  using HostContext::HostContext;
+  void say(std::string_view) override {}
+  void remark(std::string_view) override {}
+};
+
+class DockLayoutTest : public test::HostTest {
+protected:
+  DockLayoutTest() {
+    platform.files.home = folder / "home";
+    std::filesystem::create_directories(dockFile().parent_path());
+    show({"/Applications/Mail.app", "/Applications/Notes.app"});
+    job.onProgress = [this](const std::string& sentence, bool isTrouble) {
+      said.push_back((isTrouble ? "! " : "") + sentence);
+    };
+  }
+  std::filesystem::path dockFile() const {
+    return folder / "home/Library/Preferences/com.apple.dock.plist";
+  }
+  void show(const std::vector<std::string>& paths) const {
+    DockSnapshot dock;
+    for (const auto& path : paths)
+      dock.apps.push_back({AppEntry{path, {}, std::filesystem::path(path).stem().string(), {}}});
+    dockPlistWriter(dockFile()).write(dock);
+  }
+  std::string shown() const {
+    std::string text;
+    for (const auto& item : dockPlistReader(dockFile()).read({}).apps)
+      text += item.displayName() + " ";
+    return text;
+  }
+
+  SilentContext context{platform};
+  History history;
+  test::ManualClock clock{Date{}};
+  test::ManualRunLoop loop{clock};
+  ProfilesEditor profiles{context, history};
+  DockJob job{context, history, loop};
+  std::vector<std::string> said;
+};
+
+TEST_F(DockLayoutTest, LayoutsAreMadeChangedAndSteppedBackThrough) {
+  const auto first = profiles.createFromDock();
+  EXPECT_EQ(profiles.profile(first)->name, "Layout");
+  EXPECT_THAT(profiles.profile(first)->items, SizeIs(2));
+  for (const char* name : {"W", "Wo", "Work"})
+    profiles.edit(first, "Rename", "name", [&](Profile& profile) { profile.name = name; });
+  profiles.edit(first, "Focus", "", [](Profile& profile) { profile.focusModeBinding = "on"; });
+  const auto copy = profiles.duplicate(first);
+  EXPECT_EQ(profiles.profile(copy)->name, "Work 2");
+  EXPECT_EQ(profiles.profile(copy)->focusModeBinding, std::nullopt) << "a Focus is one layout's";
+  profiles.remove(first);
+  // Somebody else meanwhile.
+  ASSERT_EQ(run({"profiles", "rename", "Work 2", "Other"}), 0) << errors.str();
+  profiles.reload();
+
+  EXPECT_THAT(history.undo(), IsEmpty());
+  EXPECT_EQ(profiles.profile(first)->focusModeBinding, "on");
+  EXPECT_THAT(history.undo(), ElementsAre(HasSubstr("\"Other\" was changed elsewhere")));
+  EXPECT_TRUE(profiles.profile(copy));
+  history.undo();
+  EXPECT_EQ(profiles.profile(first)->focusModeBinding, std::nullopt);
+  history.undo();
+  EXPECT_EQ(profiles.profile(first)->name, "Layout") << "letters of one name are one step";
+  history.undo();
+  EXPECT_FALSE(profiles.profile(first));
+}
+
+TEST_F(DockLayoutTest, ApplyingGoesThereAndUndoComesBackWithTheActiveProfile) {
+  const auto home = profiles.createFromDock();
+  profiles.library().profiles().setActive(home);
+  show({"/Applications/Mail.app"});
+  const auto calm = profiles.createFromDock();
+  show({"/Applications/Mail.app", "/Applications/Notes.app"});
+
+  job.apply(*profiles.profile(calm));
+  EXPECT_THROW(job.apply(*profiles.profile(home)), HostError) << "one at a time";
+  loop.runBackground();
+  EXPECT_EQ(shown(), "Mail ");
+  EXPECT_THAT(said, ElementsAre("The Dock restarts…", "\"Layout 2\" is in the Dock."));
+  profiles.reload();
+  EXPECT_EQ(profiles.file().activeProfileId, calm);
+  EXPECT_EQ(history.undoTitle(), "Apply Layout 2");
+
+  history.undo();
+  loop.runBackground();
+  profiles.reload();
+  EXPECT_EQ(shown(), "Mail Notes ");
+  EXPECT_EQ(profiles.file().activeProfileId, home);
+  history.redo();
+  loop.runBackground();
+  EXPECT_EQ(shown(), "Mail ");
+}
+
+TEST_F(DockLayoutTest, WhatWasNotWrittenAndWhatFailedIsSaidAndIsNoStep) {
+  const auto same = profiles.createFromDock();
+  profiles.library().profiles().setActive(same);
+  const auto before = history.undoTitle();
+  job.apply(*profiles.profile(same));
+  loop.runBackground();
+  EXPECT_THAT(said.back(), HasSubstr("Nothing was written"));
+
+  show({"/Applications/Mail.app"});
+  platform.dock.process.isThere = false;
+  job.apply(*profiles.profile(same));
+  loop.runBackground();
+  EXPECT_EQ(said.back(), "! Failed to reload dock because killall exited with 1: Dock: no process "
+                         "found.");
+  EXPECT_FALSE(job.isRunning());
+  EXPECT_EQ(history.undoTitle(), before);
+}
+
+TEST_F(DockLayoutTest, DifferencesAreWords) {
+  const auto snapshot = [](std::initializer_list<const char*> names) {
+    DockSnapshot dock;
+    for (const auto* name : names)
+      dock.apps.push_back({AppEntry{std::string("/") + name, {}, name, {}}});
+    return dock;
+  };
+  const auto words = [&](auto before, auto after) {
+    return differenceWords(DockChangeDetector::diff(snapshot(before), snapshot(after)));
+  };
+  using Names = std::initializer_list<const char*>;
+  EXPECT_EQ(words(Names{"A", "B"}, Names{"A", "B"}), "changes nothing");
+  EXPECT_EQ(words(Names{"A", "B"}, Names{"B", "A", "C", "D"}), "adds C and D and changes the order");
+  EXPECT_EQ(words(Names{"A"}, Names{}), "removes A");
+
+  WidgetsFile now;
+  now.widgets = {DockWidget(UUID::random(), "A", 1, ClockSettings(), 1)};
+  EXPECT_EQ(workspaceDifference({{}, now}, now, {}), "nothing differs from now");
+  EXPECT_EQ(workspaceDifference({}, now, {}), "1 widget differs from now");
+  ProfilesFile profilesNow;
+  profilesNow.profiles.resize(2);
+  profilesNow.profiles[0].id = UUID::random();
+  profilesNow.profiles[1].id = UUID::random();
+  EXPECT_EQ(workspaceDifference({}, now, profilesNow), "1 widget and 2 layouts differ from now");
+}
+
+TEST(ComputerReportTest, SaysWhatIsMissingAndWhatToDo) {
+  using State = DesktopReport::State;
+  DesktopReport report{{{"bus", State::good, "There is a session bus."}}};
+  EXPECT_EQ(reportSummary(report), "Everything that widgets use is here.");
+  EXPECT_EQ(reportRemedies(report), "");
+  report.items.push_back({"keyring", State::missing, "No keyring.", "Install one.", {"clipboard"}});
+  report.items.push_back({"tray", State::limited, "No tray.", "", {}});
+  report.items.push_back({"gh", State::missing, "No gh.", "Install gh.", {"github"}});
+  EXPECT_EQ(reportSummary(report), "2 things are missing and 1 is limited.");
+  EXPECT_EQ(reportRemedies(report), "1. Install one.\n2. Install gh.");
+}
+
+} // namespace
+} // namespace tavrin
