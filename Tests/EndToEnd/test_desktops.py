@@ -165,8 +165,10 @@ class Row:
             wait_for(lambda: not self.desk.run("xdotool", "search", "--onlyvisible", "--name",
                                                f"^{title}$", check=False).strip(), "its end")
         self.addCleanup(end)
-        return self.desk.run("xdotool", "search", "--sync", "--onlyvisible", "--name",
-                             f"^{title}$").split()[0]
+        # Not its own waiting: it ends where a window goes while it looks.
+        return wait_for(lambda: self.desk.run("xdotool", "search", "--onlyvisible", "--name",
+                                              f"^{title}$", check=False).split(),
+                        "the terminal")[0]
 
     def frame(self, window):
         """Where a client's own window is: left, top, right, bottom. xdotool counts frames twice."""

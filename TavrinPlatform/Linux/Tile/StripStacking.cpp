@@ -13,8 +13,6 @@ namespace {
 
 /// A window manager that comes says bit by bit what it does.
 constexpr int managerSettling = 300;
-/// Windows change their places in the stack one after the other.
-constexpr int stackSettling = 30;
 
 } // namespace
 
@@ -34,7 +32,7 @@ void StripStacking::begin(bool isUnmanaged) {
     return;
   isUnmanaged_ = isUnmanaged;
   watchManager();
-  stackSettles_.start(stackSettling, this);
+  again();
 }
 
 bool StripStacking::nativeEventFilter(const QByteArray&, void* message, qintptr*) {
@@ -46,7 +44,7 @@ bool StripStacking::nativeEventFilter(const QByteArray&, void* message, qintptr*
       rootChanged(change->atom);
     else if (isUnmanaged_ && change->atom == x11::atom("_NET_WM_STATE") &&
              (change->window == active_ || change->window == filling_))
-      stackSettles_.start(stackSettling, this);
+      again();
   } else if (type == XCB_CONFIGURE_NOTIFY || type == XCB_MAP_NOTIFY ||
              type == XCB_REPARENT_NOTIFY || type == XCB_DESTROY_NOTIFY) {
     // The same two fields begin all of these: whose event it is, and what it is about.
@@ -54,7 +52,7 @@ bool StripStacking::nativeEventFilter(const QByteArray&, void* message, qintptr*
     if (type == XCB_DESTROY_NOTIFY && manager_ != XCB_NONE && change->window == manager_)
       watchManager();
     if (manager_ == XCB_NONE && !stackSettles_.isActive())
-      stackSettles_.start(stackSettling, this);
+      again();
   }
   return false;
 }
@@ -64,7 +62,7 @@ void StripStacking::rootChanged(xcb_atom_t property) {
     managerSettles_.start(managerSettling, this);
   else if (isUnmanaged_ && (property == x11::atom("_NET_ACTIVE_WINDOW") ||
                             property == x11::atom("_NET_CLIENT_LIST_STACKING")))
-    stackSettles_.start(stackSettling, this);
+    again();
 }
 
 void StripStacking::watchManager() {
@@ -83,6 +81,7 @@ void StripStacking::timerEvent(QTimerEvent* event) {
     managerSettles_.stop();
     watchManager();
     onManagerChange_();
+    again();
   } else {
     stackSettles_.stop();
     restack();

@@ -19,6 +19,8 @@ public:
 
   /// After the window was made: whether the window manager leaves it alone.
   void begin(bool isUnmanaged);
+  /// Other windows have come, or have moved.
+  void again() { stackSettles_.start(stackSettling, this); }
 
 protected:
   void timerEvent(QTimerEvent* event) override;
@@ -33,6 +35,9 @@ private:
   bool isFilled();
   bool fills(xcb_window_t other) const;
   bool isCovered() const;
+
+  /// Windows change their places in the stack one after the other; milliseconds.
+  static constexpr int stackSettling = 30;
 
   QWindow& window_;
   const std::function<void()> onManagerChange_;

@@ -31,7 +31,10 @@ StripSurface::StripSurface(Environment environment)
     : environment_(std::move(environment)),
       doesReserve_(qEnvironmentVariable("TAVRIN_STRIP_RESERVES") != QLatin1String("0")),
       arrangement_(environment_.arrangement().value_or(StripArrangement::docks)),
-      room_(doesReserve_, [this] { arrange(); }), bar_([this] { arrange(); }),
+      room_(doesReserve_, [this] { arrange(); }), bar_([this] {
+        arrange();
+        stacking_.again();
+      }),
       stacking_(window_, [this] { managerChanged(); }) {
   window_.onMake = [this](bool isUnmanaged) { stacking_.begin(isUnmanaged); };
   window_.onClick = [this](QPointF place) {
