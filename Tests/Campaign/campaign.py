@@ -80,6 +80,7 @@ def main():
               f"{round_.world.clock.passed / 3600:.1f} h set forward, "
               f"{(time.monotonic() - journal.started) / 60:.1f} min, "
               f"{oracles.tiles_compared} tiles compared, largest process {oracles.largest:.1f} MB, "
+              f"{oracles.server_waits} waits for the X server on a busy machine, "
               f"{len(round_.ledger.copies)} copies, {len(journal.findings)} findings", flush=True)
         day += 1
     counts = ", ".join(f"{count} {name}" for name, count in sorted(totals.items()))

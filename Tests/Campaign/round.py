@@ -3,6 +3,7 @@
 import json
 import os
 import random
+import signal
 import subprocess
 import time
 import traceback
@@ -83,6 +84,14 @@ class Round:
         if pid:
             self.wait(lambda: self.ended(pid), 10)
 
+    def kill(self, slot):
+        try:
+            os.kill(self.running[slot], signal.SIGKILL)
+        except ProcessLookupError:
+            # The oracle of lives tells of it.
+            return
+        self.expect_gone(slot)
+
     @staticmethod
     def ended(pid):
         try:
@@ -109,8 +118,7 @@ class Round:
         time.sleep(0.3)
         if not guards():
             return
-        os.kill(self.running[slot], 9)
-        self.expect_gone(slot)
+        self.kill(slot)
         if self.wait(lambda: not guards(), 5) is None:
             self.journal.finding("held", "the keyboard's guard outlives its slot")
         self.start_missing()
@@ -145,7 +153,7 @@ class Round:
                 if self.wait(lambda p=pid: self.ended(p), 10) is None:
                     self.journal.finding("hangs", f"slot {slot} outlives its display",
                                          self.oracles.evidence(slot))
-                    os.kill(pid, 9)
+                    self.kill(slot)
                 self.running.pop(slot, None)
 
     def bring_back(self, name):
@@ -170,8 +178,7 @@ class Round:
             if self.wait(lambda s=slot, p=pid: is_back(s, p), left) is None:
                 self.journal.finding("deaf", f"slot {slot} does not come to the bus that came back",
                                      self.oracles.evidence(slot))
-                os.kill(pid, 9)
-                self.expect_gone(slot)
+                self.kill(slot)
             elif self.ended(pid):
                 self.running.pop(slot)
         self.start_missing()

@@ -6,9 +6,7 @@ time; the draws of later steps do not depend on that.
 """
 
 import datetime
-import os
 import random
-import signal
 import subprocess
 import time
 
@@ -232,8 +230,7 @@ def kill_slot(round_, chance):
         time.sleep(delay)
     runs = {slot: round_.ledger.run_of(slot) for slot in victims}
     for slot in victims:
-        os.kill(round_.running[slot], signal.SIGKILL)
-        round_.expect_gone(slot)
+        round_.kill(slot)
     text = f"kill -9 of {victims}; " + round_.start_missing()
     round_.ledger.check_runs(runs)
     return text

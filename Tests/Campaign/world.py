@@ -83,6 +83,8 @@ class World(Desk):
         for name in ("Editor", "Browser", "Terminal"):
             (applications / f"{name.lower()}.desktop").write_text(
                 f"[Desktop Entry]\nType=Application\nName={name}\nExec=true\n")
+        # What libraries look for there too.
+        (self.home / "system" / "glib-2.0").symlink_to("/usr/share/glib-2.0")
         for name in ("Pictures", "Downloads", "Desktop", "Documents"):
             (self.home / name).mkdir()
         tools = self.home / "tools"

@@ -41,6 +41,15 @@ class CalendarSlots(DeskTest):
         wait_for(lambda: self.shown() != before, what, seconds)
         return self.settled()
 
+    def test_a_library_without_its_settings_takes_nobody_down(self):
+        CalendarServer(self.desk)
+        self.desk.env["XDG_DATA_DIRS"] = "/nonexistent"
+        process = self.start("calendar", {})
+        self.settled()
+        self.assertIsNone(process.poll(), self.desk.log(1))
+        process.terminate()
+        self.assertEqual(process.wait(10), 0)
+
     def test_the_tile_follows_another_program(self):
         server = CalendarServer(self.desk)
         calendar = server.calendar()

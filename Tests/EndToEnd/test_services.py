@@ -3,6 +3,9 @@
 import json
 import unittest
 
+import dbus
+
+from calendars import CalendarServer
 from rig import DeskTest, wait_for, widget
 
 
@@ -60,6 +63,35 @@ class TheBus(DeskTest):
         self.desk.wait_for_name(1)
         wait_for(self.desk.picture(1).exists, "a picture")
         self.become("after")
+
+
+class TheBusOfTheCalendars(DeskTest):
+    display = False
+
+    def connections(self, pid):
+        """How many the process has with the bus."""
+        bus = dbus.bus.BusConnection(self.desk.env["DBUS_SESSION_BUS_ADDRESS"])
+        daemon = dbus.Interface(bus.get_object("org.freedesktop.DBus", "/org/freedesktop/DBus"),
+                                "org.freedesktop.DBus")
+        count = 0
+        for name in daemon.ListNames():
+            try:
+                count += name.startswith(":") and daemon.GetConnectionUnixProcessID(name) == pid
+            except dbus.DBusException:
+                pass  # It has just gone.
+        bus.close()
+        return count
+
+    def test_the_calendars_library_does_not_end_the_slot_with_its_connection(self):
+        CalendarServer(self.desk)
+        self.desk.env["TAVRIN_SURFACE"] = "picture"
+        self.desk.write_widgets([widget("calendar", {}, 1)], announce=False)
+        slot = self.desk.start_slot(1)
+        wait_for(lambda: self.connections(slot.pid) > 1, "the library's own connection")
+        self.kill(self.desk.bus)
+        self.desk.bus = self.desk._start_bus()
+        self.desk.wait_for_name(1)
+        self.assertIsNone(slot.poll(), self.desk.log(1))
 
 
 if __name__ == "__main__":

@@ -44,6 +44,30 @@ std::optional<std::string> colourOf(ESource* source, Entity entity) {
   return hex;
 }
 
+/// The connection that the library is about to use, which would end the process when the bus goes;
+/// it stays the library's as long as somebody holds it.
+GOwned<GDBusConnection> connectionThatEndsNobody() {
+  GOwned<GDBusConnection> bus(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
+  if (bus)
+    g_dbus_connection_set_exit_on_close(bus.get(), FALSE);
+  return bus;
+}
+
+/// The library ends the process where the descriptions of its own settings are not installed, or
+/// XDG_DATA_DIRS does not lead to them.
+bool hasSettings() {
+  auto* source = g_settings_schema_source_get_default();
+  for (const char* name :
+       {"org.gnome.Evolution.DefaultSources", "org.gnome.evolution-data-server"}) {
+    auto* schema =
+        source == nullptr ? nullptr : g_settings_schema_source_lookup(source, name, TRUE);
+    if (schema == nullptr)
+      return false;
+    g_settings_schema_unref(schema);
+  }
+  return true;
+}
+
 } // namespace
 
 EDSCalendarStore::~EDSCalendarStore() {
@@ -165,12 +189,10 @@ void EDSCalendarStore::died(ECalClient* client, gpointer data) {
 bool EDSCalendarStore::connect() {
   if (registry_)
     return true;
+  if (!hasSettings())
+    return false;
   ErrorSlot error;
-  // The library's own connection ends the process when the bus goes, unless told not to.
-  if (auto* bus = g_bus_get_sync(G_BUS_TYPE_SESSION, thread_->cancellable(), error.out())) {
-    g_dbus_connection_set_exit_on_close(bus, FALSE);
-    g_object_unref(bus);
-  }
+  const auto bus = connectionThatEndsNobody();
   registry_.reset(e_source_registry_new_sync(thread_->cancellable(), error.out()));
   // Without a server the library makes a registry all the same; a server has sources of its own.
   GList* sources = registry_ ? e_source_registry_list_sources(registry_.get(), nullptr) : nullptr;
