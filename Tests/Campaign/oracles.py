@@ -47,7 +47,7 @@ class Oracles:
     def evidence(self, slot):
         return [("slot.log", self.world.log(slot)[-20000:]),
                 ("widgets.json", self.world.data / "widgets.json"),
-                ("defaults.json", self.world.home / "config" / "tavrin" /
+                ("defaults.json", self.world.settings / "tavrin" /
                  f"{self.world.bundle_identifier(slot)}.json")]
 
     def check_lives(self):
@@ -197,7 +197,7 @@ class Twin:
             info = plistlib.loads((original / "Info.plist").read_bytes())
             info["CFBundleIdentifier"] = identity
             (bundle / "Info.plist").write_bytes(plistlib.dumps(info))
-        settings = world.home / "config" / "tavrin"
+        settings = world.settings / "tavrin"
         own = settings / f"{world.bundle_identifier(slot)}.json"
         self.copy = settings / f"{identity}.json"
         if own.exists():

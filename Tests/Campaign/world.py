@@ -67,9 +67,16 @@ class World(Desk):
         self.disk = "good"
         self.connection = None
         self._write_folders()
+        # What the programs under test write lies on one disk, which can be full or read-only.
+        self.volume = self.home / "disk"
+        self.volume.mkdir()
         if owns_mounts:
-            self._mount("tmpfs", self.data, "-t", "tmpfs", "-o", f"size={SMALL_DISK}")
+            self._mount("tmpfs", self.volume, "-t", "tmpfs", "-o", f"size={SMALL_DISK}")
             self.set_zone(zone, announce=False)
+        self.data, self.pictures = self.volume / "data", self.volume / "pictures"
+        self.settings = self.volume / "config"
+        self.data.mkdir()
+        self.env.update(TAVRIN_APP_SUPPORT_DIR=str(self.data), TAVRIN_PICTURE_DIR=str(self.pictures))
         self._start_web()
         for name in self.SERVICES:
             self.start(name)
@@ -103,7 +110,7 @@ class World(Desk):
         self.disk = how
         if how == "full":
             try:
-                with open(self.data / "filler", "wb", buffering=0) as filler:
+                with open(self.volume / "filler", "wb", buffering=0) as filler:
                     while filler.write(b"x" * 4096):
                         pass
             except OSError:
@@ -114,13 +121,13 @@ class World(Desk):
     def mend_disk(self):
         if self.disk == "read-only":
             self._remount("rw")
-        (self.data / "filler").unlink(missing_ok=True)
+        (self.volume / "filler").unlink(missing_ok=True)
         self.disk = "good"
 
     def _remount(self, mode):
         """Refused while somebody writes."""
         for _ in range(100):
-            if subprocess.run(["mount", "-o", f"remount,{mode}", str(self.data)],
+            if subprocess.run(["mount", "-o", f"remount,{mode}", str(self.volume)],
                               stderr=subprocess.DEVNULL).returncode == 0:
                 return True
             time.sleep(0.02)
@@ -249,6 +256,7 @@ class World(Desk):
                 "CAMPAIGN_STALLS": str(self.stalls),
                 "CAMPAIGN_DISPLAY_PROCESS": "".join(str(each.pid) for each in self.parts["display"]),
                 "TAVRIN_SURFACE": "strip,picture",
+                "XDG_CONFIG_HOME": str(self.settings),
                 "XDG_DATA_DIRS": str(self.home / "system"), "TAVRIN_BUNDLES": str(BUNDLES),
                 "TAVRIN_MODULE_DIR": str(BUNDLES / "modules"),
                 "PATH": f"{self.home / 'tools'}:{self.env['PATH']}",
@@ -283,7 +291,7 @@ class World(Desk):
         return path.read_text(errors="replace") if path.exists() else ""
 
     def defaults(self, slot):
-        path = self.home / "config" / "tavrin" / f"{self.bundle_identifier(slot)}.json"
+        path = self.settings / "tavrin" / f"{self.bundle_identifier(slot)}.json"
         return json.loads(path.read_text()) if path.exists() else {}
 
     def bus(self):
@@ -313,7 +321,7 @@ class World(Desk):
         self.web.server_close()
         super().close()
         if self.owns_mounts:
-            subprocess.run(["umount", "-l", str(self.data)], stderr=subprocess.DEVNULL)
+            subprocess.run(["umount", "-l", str(self.volume)], stderr=subprocess.DEVNULL)
             shutil.rmtree(self.home, ignore_errors=True)
 
 
