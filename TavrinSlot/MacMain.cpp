@@ -13,7 +13,7 @@ std::filesystem::path dataFolder(const tavrin::FileManager& files,
 
 /// What the program in every slot's bundle calls.
 extern "C" __attribute__((visibility("default"))) int tavrinSlotMain(int argc, char** argv) {
-  const auto platform = tavrin::makePlatform(argc, argv, {{}, dataFolder});
+  const auto platform = tavrin::makePlatform(argc, argv, {.dataFolder = dataFolder});
   if (!platform)
     return 0;
   tavrin::SlotApp app(*platform);

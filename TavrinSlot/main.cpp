@@ -20,7 +20,8 @@ std::filesystem::path dataFolder(const tavrin::FileManager& files,
 } // namespace
 
 int main(int argc, char** argv) {
-  const auto platform = tavrin::makePlatform(argc, argv, {prepare, dataFolder});
+  const auto platform =
+      tavrin::makePlatform(argc, argv, {.prepare = prepare, .dataFolder = dataFolder});
   if (!platform)
     return 0;
   tavrin::SlotApp app(*platform);
