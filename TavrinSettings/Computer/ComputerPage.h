@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TavrinPlatform/DesktopReport.h"
+#include "TavrinCore/Desktop/DesktopReport.h"
 #include "TavrinSettings/Base/PageServices.h"
 
 #include <QWidget>
