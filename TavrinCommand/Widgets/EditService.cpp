@@ -2,7 +2,7 @@
 
 #include "TavrinCommand/Completers.h"
 #include "TavrinCommand/Widgets/EditForm.h"
-#include "TavrinCore/Base/Errors.h"
+#include "TavrinCommand/Widgets/EditorRun.h"
 #include "TavrinCore/Widgets/DockSlot.h"
 #include "TavrinHost/Widgets/SettingEditing.h"
 #include "TavrinHost/Widgets/SlotControl.h"
@@ -11,115 +11,13 @@
 
 #include <CLI/App.hpp>
 #include <algorithm>
-#include <cerrno>
-#include <charconv>
-#include <cstdio>
-#include <cstring>
 #include <deque>
 #include <fmt/format.h>
 
 namespace tavrin {
-namespace {
-
-constexpr double markerInterval = 0.2;
-/// A terminal that has shown nothing in this long shows nothing.
-constexpr double terminalLimit = 30;
-
-/// The user's editor as shell words, then those that Debian and others have.
-constexpr const char* editorScript =
-    R"(for editor in "$VISUAL" "$EDITOR" sensible-editor editor nano vi; do
-  [ -n "$editor" ] && command -v "${editor%% *}" >/dev/null && break
-done
-echo "$$" > "$1.shell"
-$editor "$1"; status=$?
-echo "$status" > "$1.done"
-exit "$status")";
-
-constexpr int commandNotFound = 127;
-
-/// A number alone on its line, once it was written.
-std::optional<int> writtenNumber(const std::filesystem::path& file) {
-  const auto text = readFile(file).value_or("");
-  int number = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  return error == std::errc() && end != text.data() + text.size() ? std::optional(number)
-                                                                  : std::nullopt;
-}
-
-/// What the script around the editor leaves beside the form: a terminal may hand its window to a
-/// server and end at once, so that these alone tell the editor's end.
-class EditorMarks {
-public:
-  explicit EditorMarks(const std::filesystem::path& form)
-      : shell_(form.string() + ".shell"), done_(form.string() + ".done") {
-    remove();
-  }
-  ~EditorMarks() { remove(); }
-  EditorMarks(const EditorMarks&) = delete;
-  EditorMarks& operator=(const EditorMarks&) = delete;
-
-  bool hasBegun() const { return shell().has_value() || status().has_value(); }
-  std::optional<int> shell() const { return writtenNumber(shell_); }
-  std::optional<int> status() const { return writtenNumber(done_); }
-
-private:
-  void remove() const {
-    std::error_code ignored;
-    std::filesystem::remove(shell_, ignored);
-    std::filesystem::remove(done_, ignored);
-  }
-  std::filesystem::path shell_;
-  std::filesystem::path done_;
-};
-
-/// A new file for what is typed: another edit of the widget, or one that was given up, keeps its
-/// own.
-std::filesystem::path newForm(const std::filesystem::path& folder, const UUID& id) {
-  for (int number = 1;; ++number) {
-    auto form = folder / (number == 1 ? fmt::format("{}.form", id.text())
-                                      : fmt::format("{}-{}.form", id.text(), number));
-    if (auto* file = std::fopen(form.c_str(), "wx")) {
-      std::fclose(file);
-      return form;
-    }
-    if (errno != EEXIST)
-      throw FileError(failure(fmt::format("make \"{}\"", form.string()), std::strerror(errno)));
-  }
-}
-
-} // namespace
 
 bool EditService::hasTerminal() {
   return context_.console().isInteractive && context_.platform().ownsTerminal();
-}
-
-void EditService::runEditor(const std::filesystem::path& form) {
-  auto& platform = context_.platform();
-  const EditorMarks marks(form);
-  std::vector<std::string> words = {"sh", "-c", editorScript, "sh", form.string()};
-  const bool opensTerminal = !hasTerminal();
-  if (opensTerminal) {
-    const auto terminal = platform.fileManager().environment("TERMINAL").value_or("");
-    words.insert(words.begin(), {terminal.empty() ? "x-terminal-emulator" : terminal, "-e"});
-  }
-  const auto fail = [&](std::string_view reason) {
-    throw HostError(ExitCode::failed,
-                    fmt::format("Failed to edit \"{}\" because {}", form.string(), reason));
-  };
-  const int status = platform.runInForeground(words);
-  for (double waited = 0; status == 0 && !marks.hasBegun() && waited < terminalLimit;
-       waited += markerInterval)
-    platform.wait(markerInterval);
-  if (!marks.hasBegun())
-    fail("no terminal could be started; set TERMINAL");
-  // The shell ends with its terminal, and says nothing then.
-  while (!marks.status() && platform.applications().isAlive(marks.shell().value_or(0)))
-    platform.wait(markerInterval);
-  const auto result = marks.status();
-  if (!result)
-    fail("its terminal was closed");
-  if (*result == commandNotFound)
-    fail("no editor could be started; set EDITOR");
 }
 
 bool EditService::save(const DockWidget& base, const DockWidget& edited) {
@@ -133,24 +31,35 @@ bool EditService::save(const DockWidget& base, const DockWidget& edited) {
   });
 }
 
+EditDraft EditService::draftOf(const DockWidget& widget) {
+  for (const auto& draft : EditDraft::leftBehind(context_)) {
+    if (draft.base.id != widget.id)
+      continue;
+    const auto question = fmt::format(
+        "An edit of \"{}\" was ended before it was saved. Go on with it?", printable(widget.name));
+    if (!hasTerminal() || context_.console().confirm(question, true))
+      return draft;
+  }
+  return EditDraft::make(context_.stateFolder(), widget);
+}
+
 void EditService::edit(const UUID& id) {
-  const DockWidget base = WidgetLibrary(context_).find(id.text());
-  const auto form = newForm(context_.stateFolder(), base.id);
+  const auto draft = draftOf(WidgetLibrary(context_).find(id.text()));
+  const auto& base = draft.base;
   std::string text = editForm(base);
-  writeFileAtomically(form, text, FileAccess::ownerOnly);
   const auto keep = [&](std::string_view why) {
     throw HostError(ExitCode::refusedValue,
-                    fmt::format("{}; what you typed is in \"{}\"", why, form.string()));
+                    fmt::format("{}; what you typed is in \"{}\"", why, draft.form.string()));
   };
   while (true) {
     try {
-      runEditor(form);
+      runEditor(context_, draft.form, hasTerminal());
     } catch (const HostError&) {
-      if (readFile(form).value_or(text) == editForm(base))
-        std::filesystem::remove(form);
+      if (draft.isUntouched() && !isOpenInEditor(context_, draft.form, true))
+        draft.remove();
       throw;
     }
-    const auto typed = readFile(form).value_or("");
+    const auto typed = draft.text();
     if (typed == text)
       break;
     text = typed;
@@ -158,22 +67,52 @@ void EditService::edit(const UUID& id) {
       save(base, widgetFromForm(base, typed, context_.platform().clock().now(),
                                 settingSystem(context_.platform().fileManager().homeFolder())));
       context_.say(fmt::format("Saved \"{}\".", printable(base.name)));
-      std::filesystem::remove(form);
+      draft.remove();
       return;
+    } catch (const SettingError& error) {
+      askAgain(draft, text, error.what(), keep);
     } catch (const HostError& error) {
       if (error.code() != ExitCode::refusedValue)
         keep(error.what());
-      context_.remark(fmt::format("tavrin: {}", printable(error.what())));
-      if (hasTerminal() && !context_.console().confirm("Edit again?", true))
-        keep("not saved");
-      text = withComplaint(typed, error.what());
-      writeFileAtomically(form, text, FileAccess::ownerOnly);
+      askAgain(draft, text, error.what(), keep);
     }
   }
   if (text != editForm(base))
     keep("not saved");
-  std::filesystem::remove(form);
+  draft.remove();
   context_.say("Nothing was changed.");
+}
+
+void EditService::askAgain(const EditDraft& draft, std::string& text, std::string_view fault,
+                           const std::function<void(std::string_view)>& keep) {
+  context_.remark(fmt::format("tavrin: {}", printable(fault)));
+  if (hasTerminal() && !context_.console().confirm("Edit again?", true))
+    keep("not saved");
+  text = withComplaint(text, fault);
+  writeFileAtomically(draft.form, text, FileAccess::ownerOnly);
+}
+
+void EditService::offerLeftBehind() {
+  for (const auto& draft : EditDraft::leftBehind(context_))
+    if (serves(draft.base.id))
+      context_.say(fmt::format("An edit of \"{}\" was ended before it was saved; its form is "
+                               "\"{}\", and `tavrin edit {}` goes on with it.",
+                               printable(draft.base.name), printable(draft.form.string()),
+                               draft.base.id.text()));
+}
+
+void EditService::answer(const UUID& id) {
+  if (!serves(id))
+    return;
+  if (hasTerminal()) {
+    edit(id);
+    return;
+  }
+  // A process each, so that a second widget can be edited while the first one's form is open.
+  context_.platform().applications().launch({context_.platform().program(),
+                                             {"edit", id.text()},
+                                             {},
+                                             context_.stateFolder() / "edit.log"});
 }
 
 bool EditService::serves(const UUID& id) {
@@ -205,6 +144,7 @@ void EditService::serve() {
         if (id && std::ranges::find(requests, *id) == requests.end())
           requests.push_back(*id);
       });
+  offerLeftBehind();
   context_.say("Waiting for edit requests; Ctrl-C ends.");
   context_.console().out.flush();
   while (true) {
@@ -213,8 +153,7 @@ void EditService::serve() {
       continue;
     }
     try {
-      if (serves(requests.front()))
-        edit(requests.front());
+      answer(requests.front());
     } catch (const std::exception& error) {
       context_.remark(fmt::format("tavrin: {}", printable(error.what())));
     }

@@ -1,8 +1,9 @@
 #pragma once
 
 #include "TavrinCommand/CommandContext.h"
-#include "TavrinCore/Widgets/DockWidget.h"
+#include "TavrinCommand/Widgets/EditDraft.h"
 
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -26,9 +27,14 @@ public:
 private:
   /// Whether an editor can be shown, and questions asked, where this program was started.
   bool hasTerminal();
-  /// Waits until the editor was left. Throws HostError when none could be started, or when it
-  /// ended with its terminal.
-  void runEditor(const std::filesystem::path& form);
+  /// The form to edit: one that an earlier edit left behind, if the user wants it, or a new one.
+  EditDraft draftOf(const DockWidget& widget);
+  /// Tells what is wrong with the form and puts it on top of it; `keep` ends the edit.
+  void askAgain(const EditDraft& draft, std::string& text, std::string_view fault,
+                const std::function<void(std::string_view)>& keep);
+  void offerLeftBehind();
+  /// Has the widget edited: here on a terminal, otherwise in a process of its own.
+  void answer(const UUID& id);
   /// Whether the widget is one of this data folder's.
   bool serves(const UUID& id);
   bool save(const DockWidget& base, const DockWidget& edited);

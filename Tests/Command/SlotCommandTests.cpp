@@ -383,6 +383,119 @@ TEST_F(EditTest, AnEditorThatEndsWithItsTerminalEndsTheEdit) {
   }
 }
 
+// As a kill leaves it: the form and its record, and no editor.
+TEST_F(EditTest, AFormLeftBehindIsOfferedAndMergedWithWhatChangedSince) {
+  const auto leave = [&](const char* from, const char* to) {
+    edits({{from, to}});
+    auto editor = platform.editor;
+    platform.editor = [&, editor](const auto& words) {
+      editor(words);
+      std::filesystem::copy(words.back(), folder / "form");
+      std::filesystem::copy(words.back() + ".base", folder / "base");
+      std::ofstream(words.back()) << forms.back();
+      return 0;
+    };
+    EXPECT_EQ(run({"edit", "Focus"}), 0) << errors.str();
+    const auto name = json({"widgets", "show", "Focus"}).member("id")->string();
+    const auto form = folder / "state/tavrin" / (*name + ".form");
+    std::filesystem::rename(folder / "form", form);
+    std::filesystem::rename(folder / "base", form.string() + ".base");
+    forms.clear();
+    return form;
+  };
+  auto form = leave("\"focus\": 1500", "\"focus\": 3000");
+  run({"widgets", "set", "Focus", "ringsAtTheEnd=no"});
+
+  edits({});
+  EXPECT_EQ(run({"edit", "Focus"}, "n\n"), 0) << errors.str();
+  EXPECT_THAT(forms.back(), HasSubstr("\"focus\": 1500")) << "not wanted: a form of its own";
+  EXPECT_TRUE(std::filesystem::exists(form));
+
+  EXPECT_EQ(run({"edit", "Focus"}, "y\n"), 0) << errors.str();
+  EXPECT_THAT(forms.back(), HasSubstr("\"focus\": 3000"));
+  const auto settings = *json({"widgets", "show", "Focus"}).member("settings");
+  EXPECT_EQ(settings.member("focus")->doubleValue(), 3000);
+  EXPECT_EQ(*settings.member("ringsAtTheEnd"), JSONValue(false));
+  EXPECT_TRUE(std::filesystem::is_empty(folder / "state/tavrin"));
+
+  // One that an editor still shows is left to it.
+  form = leave("\"focus\": 3000", "\"focus\": 600");
+  std::ofstream(form.string() + ".shell") << "4711\n";
+  platform.running.programs[4711] = "/bin/sh";
+  edits({});
+  EXPECT_EQ(run({"edit", "Focus"}, "y\n"), 0) << errors.str();
+  EXPECT_THAT(forms.back(), HasSubstr("\"focus\": 3000"));
+}
+
+/// Runs the script around the editor with a real shell and a program that plays the editor.
+class EditorScriptTest : public EditTest {
+protected:
+  /// What the script did: its words on the terminal, and the form's text afterwards.
+  std::string runScript(const std::string& name, const std::string& body,
+                        const std::string& typed) {
+    const auto editor = folder / "bin" / name;
+    std::filesystem::create_directories(editor.parent_path());
+    std::ofstream(editor) << "#!/bin/sh\n" << body << "\n";
+    std::filesystem::permissions(editor, std::filesystem::perms::owner_all);
+    std::string words;
+    platform.editor = [&](const auto& command) {
+      const auto script = folder / "script";
+      std::ofstream(script) << command[2];
+      const auto line = "printf '%s' '" + typed + "' | VISUAL= EDITOR='" + editor.string() +
+                        "' sh '" + script.string() + "' '" + command.back() + "' > '" +
+                        (folder / "words").string() + "' 2>&1";
+      return std::system(line.c_str()) == 0 ? 0 : 1;
+    };
+    run({"edit", "Focus"});
+    std::ifstream file(folder / "words");
+    return {std::istreambuf_iterator<char>(file), {}};
+  }
+  double focus() {
+    return *json({"widgets", "show", "Focus"}).member("settings")->member("focus")->doubleValue();
+  }
+};
+
+// Its window belongs to a process that runs already; the save comes after the program has returned.
+TEST_F(EditorScriptTest, AnEditorThatHandsTheFormOverIsWaitedFor) {
+  const auto handing = [](const char* seconds) {
+    return std::string("(sleep 0.3; sed 's/1500/") + seconds +
+           "/' \"$1\" > \"$1.new\"; mv \"$1.new\" \"$1\"; echo > \"$0.saved\") &";
+  };
+  // Return is pressed once the window has saved.
+  const auto editor = (folder / "bin/handing").string();
+  const auto words =
+      runScript("handing", handing("3000"),
+                "' ; while [ ! -e '" + editor + ".saved' ]; do sleep 0.05; done; printf '\\n");
+  EXPECT_THAT(words, HasSubstr("If it shows the form in another window"));
+  EXPECT_EQ(focus(), 3000);
+  EXPECT_TRUE(std::filesystem::is_empty(folder / "state/tavrin"));
+}
+
+TEST_F(EditorScriptTest, OneThatIsKnownToHandOverIsToldToWait) {
+  const auto words = runScript("code", "echo \"$1\"; sed -i 's/1500/3000/' \"$2\"", "");
+  EXPECT_EQ(words, "--wait\n");
+  EXPECT_EQ(focus(), 3000);
+}
+
+// Its terminal goes while the other window may still save: what comes later is not lost.
+TEST_F(EditorScriptTest, TheFormStaysWhileAnotherWindowMayShowIt) {
+  runScript("handing", "true", "");
+  bool isThere = false;
+  for (const auto& entry : std::filesystem::directory_iterator(folder / "state/tavrin")) {
+    if (entry.path().extension() != ".form")
+      continue;
+    isThere = true;
+    std::ifstream input(entry.path());
+    std::string text{std::istreambuf_iterator<char>(input), {}};
+    text.replace(text.find("1500"), 4, "3000");
+    std::ofstream(entry.path()) << text;
+  }
+  ASSERT_TRUE(isThere);
+  edits({});
+  EXPECT_EQ(run({"edit", "Focus"}, "y\n"), 0) << errors.str();
+  EXPECT_EQ(focus(), 3000);
+}
+
 TEST_F(EditTest, ChangesMadeMeanwhileByOthersAreKept) {
   edits({{"1500", "3000"}});
   auto editor = platform.editor;
@@ -400,7 +513,7 @@ TEST_F(EditTest, EveryKindsFormReadsBackUnchanged) {
   const Date now = platform.time.date;
   for (const auto& kind : allKinds()) {
     const DockWidget widget(UUID::random(), "A \"b\" // c", 3, *freshKind(kind.key, now), 1);
-    const auto read = widgetFromForm(widget, editForm(widget), now);
+    const auto read = widgetFromForm(widget, editForm(widget), now, {});
     EXPECT_EQ(read.name, widget.name);
     EXPECT_EQ(settingsJSON(read.kind).compact(), settingsJSON(widget.kind).compact()) << kind.key;
   }

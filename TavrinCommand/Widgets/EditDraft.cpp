@@ -1,0 +1,87 @@
+#include "TavrinCommand/Widgets/EditDraft.h"
+
+#include "TavrinCommand/Widgets/EditForm.h"
+#include "TavrinCommand/Widgets/EditorRun.h"
+#include "TavrinCore/Base/Errors.h"
+#include "TavrinPlatform/Files/AtomicFile.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <fmt/format.h>
+
+namespace tavrin {
+namespace {
+
+std::filesystem::path recordOf(const std::filesystem::path& form) {
+  return form.string() + ".base";
+}
+
+/// No value where the record is gone or says nothing any more.
+std::optional<DockWidget> recordBeside(const std::filesystem::path& form) {
+  try {
+    if (const auto text = readFile(recordOf(form)))
+      return decode<DockWidget>(JSONValue::parse(*text));
+  } catch (const std::exception&) {
+    return std::nullopt;
+  }
+  return std::nullopt;
+}
+
+std::filesystem::path newForm(const std::filesystem::path& folder, const UUID& id) {
+  for (int number = 1;; ++number) {
+    auto form = folder / (number == 1 ? fmt::format("{}.form", id.text())
+                                      : fmt::format("{}-{}.form", id.text(), number));
+    if (auto* file = std::fopen(form.c_str(), "wx")) {
+      std::fclose(file);
+      return form;
+    }
+    if (errno != EEXIST)
+      throw FileError(failure(fmt::format("make \"{}\"", form.string()), std::strerror(errno)));
+  }
+}
+
+} // namespace
+
+EditDraft EditDraft::make(const std::filesystem::path& folder, const DockWidget& base) {
+  EditDraft draft{newForm(folder, base.id), base};
+  writeFileAtomically(recordOf(draft.form), encode(base).compact(), FileAccess::ownerOnly);
+  writeFileAtomically(draft.form, editForm(base), FileAccess::ownerOnly);
+  return draft;
+}
+
+std::vector<EditDraft> EditDraft::leftBehind(CommandContext& context) {
+  std::vector<EditDraft> drafts;
+  std::error_code ignored;
+  for (const auto& entry : std::filesystem::directory_iterator(context.stateFolder(), ignored)) {
+    if (entry.path().extension() != ".form")
+      continue;
+    const auto base = recordBeside(entry.path());
+    if (!base || isOpenInEditor(context, entry.path(), false))
+      continue;
+    EditDraft draft{entry.path(), *base};
+    if (!draft.isUntouched())
+      drafts.push_back(std::move(draft));
+    else if (!isOpenInEditor(context, entry.path(), true))
+      draft.remove();
+  }
+  std::ranges::sort(drafts, {}, &EditDraft::form);
+  return drafts;
+}
+
+std::string EditDraft::text() const {
+  return readFile(form).value_or("");
+}
+
+bool EditDraft::isUntouched() const {
+  return text() == editForm(base);
+}
+
+void EditDraft::remove() const {
+  std::error_code ignored;
+  std::filesystem::remove(form, ignored);
+  std::filesystem::remove(recordOf(form), ignored);
+}
+
+} // namespace tavrin

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "TavrinCommand/CommandContext.h"
+#include "TavrinCore/Widgets/DockWidget.h"
+
+#include <filesystem>
+#include <vector>
+
+namespace tavrin {
+
+/// A form on disk with the record it was made from, which outlives the edit where that is ended
+/// from outside.
+struct EditDraft {
+  std::filesystem::path form;
+  DockWidget base;
+
+  /// A new form of the widget: another edit of it, or one that was given up, keeps its own. Throws
+  /// FileError.
+  static EditDraft make(const std::filesystem::path& folder, const DockWidget& base);
+  /// The forms that edits left behind and no editor shows. One that nothing was typed into goes.
+  static std::vector<EditDraft> leftBehind(CommandContext& context);
+
+  /// What is typed by now.
+  std::string text() const;
+  bool isUntouched() const;
+  void remove() const;
+};
+
+} // namespace tavrin

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "TavrinCommand/CommandContext.h"
+
+#include <filesystem>
+
+namespace tavrin {
+
+/// Opens the form in the user's editor and waits until it is done with: on this terminal where
+/// `usesOwnTerminal`, else in a new one. An editor that hands the form over to a window of another
+/// process and returns is told to wait, where it is known how; otherwise the user is asked to say
+/// when they are done. Throws HostError when no editor could be started, or when it ended with its
+/// terminal.
+void runEditor(CommandContext& context, const std::filesystem::path& form, bool usesOwnTerminal);
+
+/// Whether a form is open in an editor that runs, or may still be open in the window of another
+/// process; `hasWindow` counts the latter too.
+bool isOpenInEditor(CommandContext& context, const std::filesystem::path& form, bool hasWindow);
+
+/// The shell script around the editor; its argument is the form.
+extern const char* const editorScript;
+
+} // namespace tavrin
