@@ -114,7 +114,6 @@ void ComputerPage::show(const DesktopReport& report) {
     row.title = QString::fromStdString(item.sentence);
     row.subtitle = detailOf(item);
     row.symbol = symbolOf(item.state);
-    row.isNew = item.state == State::missing;
     rows.push_back(row);
   }
   list_->setRows(rows);

@@ -30,7 +30,13 @@ public:
         change_(std::move(change)) {}
 
   std::string title() const override { return title_; }
-  std::vector<std::string> undo() override { return editor_.apply(change_.inverse()); }
+  /// What is done again is what was undone, at whatever place that found free.
+  std::vector<std::string> undo() override {
+    auto back = change_.inverse();
+    auto remarks = editor_.apply(back);
+    change_ = back.inverse();
+    return remarks;
+  }
   std::vector<std::string> redo() override { return editor_.apply(change_); }
   bool absorb(const HistoryStep& next) override {
     const auto* other = dynamic_cast<const Step*>(&next);
@@ -89,10 +95,15 @@ void WidgetsEditor::perform(const std::string& title, const std::string& field,
   follow();
 }
 
-std::vector<std::string> WidgetsEditor::apply(const WidgetsChange& change) {
-  auto remarks = library_.change([&](WidgetStore& store) { return change.apply(store); });
+std::vector<std::string> WidgetsEditor::apply(WidgetsChange& change) {
+  auto [remarks, done] = library_.change([&](WidgetStore& store) {
+    const auto before = store.file();
+    auto said = change.apply(store);
+    return std::pair(std::move(said), WidgetsChange::between(before, store.file()));
+  });
+  change = std::move(done);
   follow();
-  return remarks;
+  return std::move(remarks);
 }
 
 UUID WidgetsEditor::add(std::string_view kind, std::optional<std::size_t> place) {

@@ -49,7 +49,8 @@ private:
   /// Runs `change` as one step.
   void perform(const std::string& title, const std::string& field,
                const std::function<void(WidgetStore&)>& change);
-  std::vector<std::string> apply(const WidgetsChange& change);
+  /// Gives what could not be in sentences; `change` becomes what was really done.
+  std::vector<std::string> apply(WidgetsChange& change);
   /// Tells of what is other than it was when it was told of last.
   void follow();
   std::string nameOf(const UUID& id) const;

@@ -25,8 +25,9 @@ class SettingsTest(DeskTest):
         wait_for(lambda: strip(self.desk) == list(names),
                  f"{names} on the strip, not {strip(self.desk)}")
 
-    def name_of(self, tree, name):
-        return [entry for entry in tree if entry["name"] == name]
+    def settings(self, name):
+        kind = next(entry for entry in stored(self.desk) if entry["name"] == name)["kind"]
+        return next(iter(kind.values()))["_0"]
 
 
 class Newcomer(SettingsTest):
@@ -53,6 +54,13 @@ class Newcomer(SettingsTest):
         self.await_strip("Pomodoro", "Timer", "Clock")
         window.click("Clock, place 3 of 3")
         window.await_name("All Widgets")
+        window.click("Show seconds", "check box")
+        wait_for(lambda: self.settings("Clock").get("showsSeconds"), "the seconds")
+        window.click("Timer, place 2 of 3")
+        window.click("Pomodoro, place 1 of 3")
+        before = self.settings("Pomodoro")["startsBreaksAutomatically"]
+        window.click("Start breaks automatically", "check box")
+        wait_for(lambda: self.settings("Pomodoro")["startsBreaksAutomatically"] != before, "breaks")
         window.close()
         self.assertEqual(window.process.returncode, 0)
         self.assertEqual(strip(self.desk), ["Pomodoro", "Timer", "Clock"])
@@ -76,6 +84,13 @@ class Newcomer(SettingsTest):
         key("shift+Right")
         wait_for(lambda: next(w for w in stored(self.desk) if w["name"] == "Clock")["span"] == 2,
                  "the wide clock")
+        key("Return")
+        window.await_name("All Widgets")
+        window.focus("Show seconds", "check box")
+        key("space")
+        wait_for(lambda: self.settings("Clock").get("showsSeconds"), "the seconds")
+        key("Escape")
+        wait_for(lambda: window.find("Clock, place 2 of 3")["focused"], "the way back")
         key("Right", "Delete")
         self.await_strip("Pomodoro", "Clock")
         key("ctrl+z")
@@ -99,6 +114,17 @@ class Newcomer(SettingsTest):
         self.await_strip("Clock", "Note")
         window.press("Undo Take Off Weather")
         self.await_strip("Clock", "Weather", "Note")
+        window.press("Note, place 3 of 3")
+        window.type_text("Text", "Milk", "text")
+        wait_for(lambda: self.settings("Note").get("text") == "Milk", "the text")
+        window.press("Clock, place 1 of 3")
+        window.press("Analog face", "check box")
+        wait_for(lambda: self.settings("Clock").get("isAnalog"), "the analog face")
+        window.press("Undo Set Up Clock")
+        wait_for(lambda: not self.settings("Clock").get("isAnalog"), "the digits")
+        window.press("Weather, place 2 of 3")
+        window.press("Show the felt temperature", "check box")
+        wait_for(lambda: self.settings("Weather").get("showsApparent") is False, "one temperature")
         # Everything that takes the keyboard says what it is.
         for entry in window.tree():
             if entry["focusable"] and entry["role"] not in ("frame", "scroll pane", "filler"):

@@ -24,15 +24,13 @@ public:
   void remark(std::string_view) override {}
 };
 
-class DockLayoutTest : public test::HostTest {
+/// A home with a Dock, before anybody asks for it.
+class DockHome : public test::HostTest {
 protected:
-  DockLayoutTest() {
+  DockHome() {
     platform.files.home = folder / "home";
     std::filesystem::create_directories(dockFile().parent_path());
     show({"/Applications/Mail.app", "/Applications/Notes.app"});
-    job.onProgress = [this](const std::string& sentence, bool isTrouble) {
-      said.push_back((isTrouble ? "! " : "") + sentence);
-    };
   }
   std::filesystem::path dockFile() const {
     return folder / "home/Library/Preferences/com.apple.dock.plist";
@@ -48,6 +46,15 @@ protected:
     for (const auto& item : dockPlistReader(dockFile()).read({}).apps)
       text += item.displayName() + " ";
     return text;
+  }
+};
+
+class DockLayoutTest : public DockHome {
+protected:
+  DockLayoutTest() {
+    job.onProgress = [this](const std::string& sentence, bool isTrouble) {
+      said.push_back((isTrouble ? "! " : "") + sentence);
+    };
   }
 
   SilentContext context{platform};
