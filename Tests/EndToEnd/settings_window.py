@@ -98,10 +98,9 @@ class Window:
         return wait_for(lambda: self.find(name, role), f"“{name}”")
 
     def press(self, name, role=""):
+        """What is redrawn meanwhile is looked for again."""
         self.await_name(name, role or None)
-        result = self._ask("press", name, role)
-        if result.returncode != 0:
-            raise AssertionError(f"cannot press {name}: {result.stderr}")
+        wait_for(lambda: self._ask("press", name, role).returncode == 0, f"“{name}” to be pressed")
 
     def focus(self, name, role=""):
         self.await_name(name, role or None)

@@ -18,13 +18,15 @@ PanelSwitch::PanelSwitch(const QString& title, QWidget* parent)
   setFocusPolicy(Qt::TabFocus);
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
   setFont(panelFont(PanelTextStyle::body));
-  connect(this, &QCheckBox::clicked, this, [this](bool on) {
+  // Assistive technology toggles without a click.
+  connect(this, &QCheckBox::toggled, this, [this](bool on) {
     if (onChange)
       onChange(on);
   });
 }
 
 void PanelSwitch::setOn(bool on) {
+  const QSignalBlocker silence(this);
   setChecked(on);
 }
 

@@ -6,6 +6,7 @@
 
 #include <QHBoxLayout>
 #include <QRadioButton>
+#include <QSignalBlocker>
 
 namespace tavrin {
 
@@ -40,6 +41,7 @@ void PanelSegments::setCurrent(int index) {
   if (index == current())
     return;
   if (index >= 0 && index < count()) {
+    const QSignalBlocker silence(segments_[static_cast<std::size_t>(index)]);
     segments_[static_cast<std::size_t>(index)]->setChecked(true);
     return;
   }
@@ -73,8 +75,9 @@ void PanelSegments::setTitles(const QStringList& titles) {
     layout()->addWidget(segment);
     const int index = count();
     segments_.push_back(segment);
-    connect(segment, &QRadioButton::clicked, this, [this, index] {
-      if (onChange)
+    // Assistive technology toggles without a click.
+    connect(segment, &QRadioButton::toggled, this, [this, index](bool on) {
+      if (on && onChange)
         onChange(index);
     });
   }
