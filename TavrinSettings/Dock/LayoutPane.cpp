@@ -81,6 +81,7 @@ LayoutPane::LayoutPane(DockServicesOfPage& services, QWidget* parent)
   column->setSpacing(panel::grid);
   name_ = new QLineEdit(this);
   name_->setAccessibleName(QStringLiteral("Name"));
+  name_->setMinimumWidth(220);
   QObject::connect(name_, &QLineEdit::textEdited, this, [this](const QString& text) {
     const auto name = std::string(trimmed(text.toStdString()));
     if (!name.empty())

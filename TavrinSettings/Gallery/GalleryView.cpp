@@ -90,6 +90,7 @@ void GalleryView::makeKinds() {
       note->text = "Milk, bread\nCall Ada";
     auto* card = new WidgetCard(services_, sample, {{}, std::string(kind.key), 1},
                                 text(kind.title), text(kind.purpose), kinds_);
+    card->setAccessibleName(QStringLiteral("Add %1").arg(text(kind.title)));
     QObject::connect(card, &QAbstractButton::clicked, this, [this, &kind] { add(kind); });
     card->onMove = [this, card](int cards, int rows) {
       moveFocus(shownKinds(), *kindFlow_, card, cards, rows);

@@ -28,8 +28,12 @@ StripCells StripCells::of(const std::vector<int>& spans, int freePlaces, double 
   };
   for (const int span : spans)
     add(span);
-  for (int i = 0; i < freePlaces; ++i)
+  // Free places take no row of their own where one of them has room.
+  for (int i = 0; i < freePlaces; ++i) {
+    if (i > 0 && x + made.side > width + 0.5)
+      break;
     add(1);
+  }
   made.height = y + made.side;
   // A single row stands in the middle.
   if (y == 0)

@@ -14,7 +14,7 @@ struct StripCells {
   static constexpr double smallestSide = 44;
 
   double side = largestSide;
-  /// Each tile, then each free place.
+  /// Each tile, then the free places that have room.
   std::vector<QRectF> rects;
   double height = largestSide;
 

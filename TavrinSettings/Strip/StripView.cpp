@@ -159,11 +159,12 @@ void StripView::paintEvent(QPaintEvent*) {
   for (const auto& rect : freeRects_) {
     const TileSize size{rect.height(), 1};
     const QRectF body = size.bodyRect().translated(rect.topLeft());
+    const double plus = body.height() * 0.32;
     QPen pen(QColor(255, 255, 255, 130), 1.5, Qt::DashLine);
     painter.setPen(pen);
     painter.setBrush(QColor(255, 255, 255, 24));
     painter.drawRoundedRect(body, size.bodyRadius(), size.bodyRadius());
-    drawSymbol(painter, "plus", body.adjusted(15, 15, -15, -15), QColor(255, 255, 255, 170));
+    drawSymbol(painter, "plus", body.marginsRemoved(QMarginsF(plus, plus, plus, plus)), QColor(255, 255, 255, 170));
   }
 }
 

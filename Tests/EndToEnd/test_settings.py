@@ -33,12 +33,12 @@ class SettingsTest(DeskTest):
 class Newcomer(SettingsTest):
     def test_by_mouse_alone(self):
         window = Window(self.desk)
-        window.click("Clock", "push button")
+        window.click("Add Clock")
         self.await_strip("Clock")
-        window.click("Timer", "push button")
+        window.click("Add Timer")
         # The third one between the first two.
         tile = window.await_name("Timer, place 2 of 2")["place"]
-        window.drag(window.centre("Pomodoro", "push button"), (tile[0] + 4, tile[1] + tile[3] / 2))
+        window.drag(window.centre("Add Pomodoro"), (tile[0] + 4, tile[1] + tile[3] / 2))
         self.await_strip("Clock", "Pomodoro", "Timer")
         # To the end, wider, and off the strip.
         clock = window.centre("Clock, place 1 of 3")
@@ -95,7 +95,8 @@ class Newcomer(SettingsTest):
         self.await_strip("Pomodoro", "Clock")
         key("ctrl+z")
         self.await_strip("Pomodoro", "Clock", "Water")
-        key("ctrl+z", "ctrl+z")
+        # The seconds, the width, the move.
+        key("ctrl+z", "ctrl+z", "ctrl+z")
         self.await_strip("Clock", "Pomodoro", "Water")
         key("ctrl+shift+z")
         self.await_strip("Pomodoro", "Clock", "Water")
@@ -104,7 +105,7 @@ class Newcomer(SettingsTest):
     def test_by_the_accessibility_tree_alone(self):
         window = Window(self.desk)
         for name in ("Clock", "Note", "Weather"):
-            window.press(name, "push button")
+            window.press(f"Add {name}")
             wait_for(lambda: name in strip(self.desk), name)
         window.press("Move Left")
         self.await_strip("Clock", "Weather", "Note")
@@ -210,7 +211,7 @@ class Together(SettingsTest):
         window.await_name("List, place 1 of 1")
         self.desk.run(str(COMMAND), "widgets", "rename", "List", "Paper")
         window.await_name("Paper, place 1 of 1")
-        window.press("Clock", "push button")
+        window.press("Add Clock")
         self.await_strip("Paper", "Clock")
         self.desk.run(str(COMMAND), "widgets", "rename", "Clock", "Home")
         window.await_name("Home, place 2 of 2")
@@ -251,9 +252,10 @@ class Together(SettingsTest):
 
         def by_window(window, kinds):
             for kind in kinds:
-                window.press(kind, "push button")
+                window.press(f"Add {kind}")
                 done.append(kind)
                 window.press("Take Off the Strip")
+                wait_for(lambda: not window.find("Take Off the Strip")["enabled"], "it taken off")
 
         def by_command():
             for number in range(14):
