@@ -8,6 +8,7 @@ each thing that a desktop must let them do.
 import json
 import os
 import pathlib
+import plistlib
 import re
 import shutil
 import subprocess
@@ -408,6 +409,47 @@ class Row:
             self.desk.run("xrandr", "--delmonitor", "L")
         self.settle()
         self.works(2, "m")
+
+    def column_chosen(self):
+        """A strip on the screen that is chosen, at the edge and in the size that are preferred."""
+        half = SCREEN[0] // 2
+        preferences = self.desk.home / "Library" / "Preferences" / "com.apple.dock.plist"
+        preferences.parent.mkdir(parents=True, exist_ok=True)
+        self.desk.run("xrandr", "--setmonitor", "L", f"{half}/160x{SCREEN[1]}/200+0+0", "screen")
+        self.desk.run("xrandr", "--setmonitor", "R", f"{half}/160x{SCREEN[1]}/200+{half}+0", "none")
+        slot = self.slots[0]
+        try:
+            for edge, size in (("bottom", 16), ("bottom", 256), ("right", 64)):
+                with self.subTest(edge=edge, size=size):
+                    slot.terminate()
+                    slot.wait()
+                    preferences.write_bytes(plistlib.dumps({"orientation": edge, "tilesize": size}))
+                    slot = self.desk.start_slot(1, env={"TAVRIN_STRIP_SCREEN": "R"})
+                    self.slots[0] = slot
+
+                    # Three cells and both insets have to find room on the screen.
+                    fitted = min(size, int(half / (3 * 1.0625 + 0.25)))
+
+                    def is_there():
+                        tile = self.windows(0)[0]
+                        if tile is None:
+                            return False
+                        _, x, y, width, height = tile
+                        at_edge = (x + width == SCREEN[0] if edge == "right"
+                                   else x >= half and y + height == SCREEN[1])
+                        across = width if edge == "right" else height
+                        return at_edge and across == fitted
+                    wait_for(is_there, "the tile there")
+                    self.open(0)
+                    self.close(0)
+        finally:
+            preferences.unlink()
+            self.desk.run("xrandr", "--delmonitor", "R")
+            self.desk.run("xrandr", "--delmonitor", "L")
+            slot.terminate()
+            slot.wait()
+            self.slots[0] = self.desk.start_slot(1)
+            self.settle()
 
     def column_killed(self):
         """In every state of panel and focus."""

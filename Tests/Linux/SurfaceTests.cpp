@@ -41,11 +41,7 @@ TEST(SurfaceChoice, EachDesktopHasItsRowAndNoneIsLaidOver) {
   const Case cases[] = {
       {"docks", on(true, floating, false, true, true), {"strip"}, docks, false},
       {"no manager", on(true, {}, false, false, false), {"strip"}, docks, false},
-      {"unmanaged",
-       on(true, tiling, false, true, true),
-       {"strip"},
-       StripArrangement::unmanaged,
-       false},
+      {"bar", on(true, tiling, false, true, true), {"strip"}, StripArrangement::bar, false},
       // One that tells nothing of itself.
       {"unmanaged",
        on(true, WindowManager{}, false, true, true),

@@ -23,6 +23,11 @@ bool letsDocksStand(const DesktopFacts& facts) {
          facts.windowManager->keepsStruts && facts.windowManager->tellsWorkArea;
 }
 
+bool makesBarsOfDocks(const DesktopFacts& facts) {
+  return facts.windowManager && facts.windowManager->knowsDocks &&
+         facts.windowManager->keepsStruts && !facts.windowManager->tellsWorkArea;
+}
+
 /// A desktop's own X server, not one that is a client of a compositor.
 bool isPlainX11(const DesktopFacts& facts) {
   return facts.hasX11 && !facts.hasWayland;
@@ -44,13 +49,20 @@ constexpr std::array rows{
         false,
         "Nobody manages windows here: the tiles are a strip along an edge, and no other window is "
         "kept off it."},
+    Row{"bar",
+        [](const DesktopFacts& facts) { return isPlainX11(facts) && makesBarsOfDocks(facts); },
+        {"strip"},
+        StripArrangement::bar,
+        false,
+        "The window manager % would make bars of dock windows: the tiles are a strip that it does "
+        "not manage, on one such bar."},
     Row{"unmanaged",
         isPlainX11,
         {"strip"},
         StripArrangement::unmanaged,
         false,
-        "The window manager % would lay dock windows over the screen: the tiles are a strip that "
-        "it does not manage."},
+        "The window manager % knows no dock windows: the tiles are a strip that it does not "
+        "manage, and no other window is kept off it."},
     Row{"docks through XWayland",
         [](const DesktopFacts& facts) { return facts.hasX11 && letsDocksStand(facts); },
         {"strip"},

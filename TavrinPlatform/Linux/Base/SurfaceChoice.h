@@ -13,8 +13,11 @@ namespace tavrin {
 enum class StripArrangement : std::uint8_t {
   /// Each tile is a dock window, which the window manager leaves at its place and keeps others off.
   docks,
+  /// The tiles are unmanaged, and one empty window, of which the manager makes a bar, keeps the
+  /// room.
+  bar,
   /// No window manager is asked (override-redirect): the tiles see to their place in the stack
-  /// themselves, and one window that the manager makes a bar of keeps the room, where it does.
+  /// themselves, and no room is kept.
   unmanaged,
 };
 

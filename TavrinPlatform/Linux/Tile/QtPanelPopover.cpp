@@ -68,6 +68,11 @@ QPoint toolkitPlace(QPoint pixel) {
   return pixel;
 }
 
+bool isFocusNobodys() {
+  const xcb_window_t holder = x11::focusWindow();
+  return holder == XCB_NONE || holder == XCB_INPUT_FOCUS_POINTER_ROOT || holder == x11::root();
+}
+
 StripWindow* ownTile() {
   for (QWindow* window : QGuiApplication::topLevelWindows())
     if (auto* tile = dynamic_cast<StripWindow*>(window))
@@ -262,10 +267,7 @@ void QtPanelPopover::giveFocusBack(bool hadFocus) {
   if (!hadFocus || x11::connection() == nullptr)
     return;
   if (!x11::hasWindowManager()) {
-    const xcb_window_t holder = x11::focusWindow();
-    const bool isNobodys =
-        holder == XCB_NONE || holder == XCB_INPUT_FOCUS_POINTER_ROOT || holder == x11::root();
-    if (isNobodys &&
+    if (isFocusNobodys() &&
         (!x11::frame(previousFocus_).isNull() || previousFocus_ == XCB_INPUT_FOCUS_POINTER_ROOT))
       x11::setFocus(previousFocus_);
     return;
@@ -317,7 +319,14 @@ void QtPanelPopover::focusChanged() {
   QTimer::singleShot(isOnTile ? focusDelay : 0, &context_, [this, isAstray] {
     if (!isShown_ || QGuiApplication::focusWindow() != nullptr)
       return;
-    if (isAstray)
+    // The press that took the focus still lasts: the tile will have the click.
+    if (QGuiApplication::mouseButtons() != Qt::NoButton) {
+      focusChanged();
+      return;
+    }
+    // A manager that ends lets go of the focus; without one, who goes elsewhere gives it to
+    // somebody.
+    if (isAstray || (isFocusNobodys() && !x11::hasWindowManager()))
       takeFocus();
     else
       leave();

@@ -19,6 +19,15 @@ QRect wholePoints(const QRectF& rect) {
   return {topLeft, QSize(end.x() - topLeft.x(), end.y() - topLeft.y())};
 }
 
+/// The one that TAVRIN_STRIP_SCREEN names, as the display calls its outputs; else the first.
+const QScreen* chosenScreen() {
+  const QString wanted = qEnvironmentVariable("TAVRIN_STRIP_SCREEN");
+  for (const QScreen* screen : QGuiApplication::screens())
+    if (!wanted.isEmpty() && screen->name() == wanted)
+      return screen;
+  return QGuiApplication::primaryScreen();
+}
+
 StripEdge edgeOf(const DockPreferences& preferences) {
   if (preferences.orientation == "left")
     return StripEdge::left;
@@ -94,7 +103,7 @@ void StripSurface::managerChanged() {
 QRectF StripSurface::available(const QScreen& screen, StripEdge edge) {
   QRectF room = room_.available(screen, edge);
   const bool hasBar =
-      doesReserve_ && arrangement_ == StripArrangement::unmanaged && edge == StripEdge::bottom;
+      doesReserve_ && arrangement_ == StripArrangement::bar && edge == StripEdge::bottom;
   QRect bar;
   if (hasBar) {
     const double size = StripLayout::make(room, environment_.preferences(), place_).tileSize;
@@ -113,7 +122,7 @@ QRectF StripSurface::available(const QScreen& screen, StripEdge edge) {
 }
 
 void StripSurface::arrange() {
-  const QScreen* screen = QGuiApplication::primaryScreen();
+  const QScreen* screen = chosenScreen();
   if (screen == nullptr)
     return;
   const DockPreferences preferences = environment_.preferences();
@@ -127,7 +136,7 @@ void StripSurface::arrange() {
   // Nothing is shown before there is something to see.
   if (hasPicture_) {
     const QRect tile = wholePoints(layout_.tile);
-    window_.moveTo(tile, arrangement_ == StripArrangement::unmanaged);
+    window_.moveTo(tile, arrangement_ != StripArrangement::docks);
     room_.reserve(static_cast<xcb_window_t>(window_.winId()), tile, *screen, edge);
   }
   if (format == format_)
@@ -140,12 +149,18 @@ void StripSurface::arrange() {
 void StripSurface::watchScreens() {
   QObject::connect(qGuiApp, &QGuiApplication::primaryScreenChanged, &screenWatch_,
                    [this] { followScreen(); });
+  QObject::connect(qGuiApp, &QGuiApplication::screenAdded, &screenWatch_,
+                   [this] { followScreen(); });
+  // The screen is still in the list when it is said to go.
+  QObject::connect(
+      qGuiApp, &QGuiApplication::screenRemoved, &screenWatch_, [this] { followScreen(); },
+      Qt::QueuedConnection);
   followScreen();
 }
 
 void StripSurface::followScreen() {
   geometryWatch_ = std::make_unique<QObject>();
-  if (const QScreen* screen = QGuiApplication::primaryScreen()) {
+  if (const QScreen* screen = chosenScreen()) {
     const auto again = [this] { arrange(); };
     QObject::connect(screen, &QScreen::availableGeometryChanged, geometryWatch_.get(), again);
     QObject::connect(screen, &QScreen::geometryChanged, geometryWatch_.get(), again);

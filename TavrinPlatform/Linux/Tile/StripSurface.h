@@ -12,7 +12,8 @@
 
 namespace tavrin {
 
-/// The tile as a window in the row that all slots form along an edge of the first screen. A wide
+/// The tile as a window in the row that all slots form along an edge of a screen:
+/// the first one, or the one that TAVRIN_STRIP_SCREEN names. A wide
 /// tile lies along the edge; at the left and right edge tiles are square.
 class StripSurface final : public TileSurface {
 public:
