@@ -316,11 +316,11 @@ void QtPanelPopover::focusChanged() {
   // The panel that this one takes the place of goes a moment later, and with it the focus may go
   // astray. The user, who is still where the press was, is not who moved it.
   const bool isAstray = isOnTile && !sinceOpening_.hasExpired(openingSettling);
-  QTimer::singleShot(isOnTile ? focusDelay : 0, &context_, [this, isAstray] {
+  QTimer::singleShot(isOnTile ? focusDelay : 0, &context_, [this, isOnTile, isAstray] {
     if (!isShown_ || QGuiApplication::focusWindow() != nullptr)
       return;
     // The press that took the focus still lasts: the tile will have the click.
-    if (QGuiApplication::mouseButtons() != Qt::NoButton) {
+    if (isOnTile && QGuiApplication::mouseButtons() != Qt::NoButton) {
       focusChanged();
       return;
     }

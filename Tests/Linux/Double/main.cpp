@@ -58,6 +58,7 @@ public:
     };
     for (const auto& argument : application.arguments())
       obey(argument);
+    tile_.setTitle("Double");
     tile_.setLabel("Double", "1");
     draw();
   }
