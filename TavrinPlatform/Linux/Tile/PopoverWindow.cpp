@@ -17,9 +17,13 @@ constexpr double shadowDrop = 4;
 constexpr int shadowAlpha = 7;
 
 /// Room for the shadow, as far as the screen reaches: a window manager moves a window that stands
-/// beyond the edge, and the panel would jump.
-QRect withShadow(const QRect& panel) {
-  const QRect frame = panel.adjusted(-shadowReach, -shadowReach, shadowReach, shadowReach);
+/// beyond the edge, and the panel would jump. None beyond the arrow's tip: the tile is there, which
+/// the shadow would darken, and where a manager frames the panel, take the clicks from.
+QRect withShadow(const QRect& panel, PopoverLayout::Arrow arrow) {
+  using Arrow = PopoverLayout::Arrow;
+  const auto reach = [&](Arrow side) { return side == arrow ? 0 : shadowReach; };
+  const QRect frame = panel.adjusted(-reach(Arrow::left), -reach(Arrow::top), reach(Arrow::right),
+                                     reach(Arrow::bottom));
   const QScreen* screen = QGuiApplication::screenAt(panel.center());
   return screen == nullptr ? frame : (frame & screen->geometry()) | panel;
 }
@@ -86,8 +90,8 @@ void PopoverWindow::arrange(const PopoverLayout& layout) {
     return;
   }
   const bool isComposited = x11::connection() == nullptr || x11::hasCompositor();
-  const QRect frame =
-      isComposited ? withShadow(layout.frame().toAlignedRect()) : layout.frame().toAlignedRect();
+  const QRect frame = isComposited ? withShadow(layout.frame().toAlignedRect(), layout.arrow)
+                                   : layout.frame().toAlignedRect();
   outline_ = layout.outline().translated(-frame.topLeft());
   home_ = frame.topLeft();
   hasShadow_ = isComposited;
