@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <fmt/format.h>
 #include <limits>
+#include <set>
 
 namespace tavrin {
 namespace {
@@ -32,6 +33,7 @@ struct Day {
 
 /// All that is printed.
 struct Report {
+  Date now;
   ClaudeUsageByScope byScope;
   std::vector<Day> days;
   ClaudeUsageTotals all;
@@ -50,12 +52,19 @@ Report makeReport(CommandContext& context, int dayCount) {
     throw HostError(ExitCode::failed, "Claude Code has not run here");
   const auto& entries = source.entries(std::min(first, earliestStart(now, calendar)));
   Report report;
+  report.now = now;
   report.byScope = ClaudeUsage::totalsByScope(entries, now, calendar);
-  std::vector<Date> days = {first}; // and where the last one ends
-  while (days.back() < tomorrow)
+  std::vector<Date> days = {first};
+  while (days.back() < today)
     days.push_back(calendar.startOfDay(calendar.addingDays(1, days.back())));
+  // Another computer's clock may be ahead, and what it logged belongs to the sum too.
+  std::set<Date> ahead;
+  for (const auto& entry : entries)
+    if (entry.timestamp >= tomorrow)
+      ahead.insert(calendar.startOfDay(entry.timestamp));
+  days.insert(days.end(), ahead.begin(), ahead.end());
   auto totals = ClaudeUsage::totalsBetween(entries, days);
-  for (std::size_t i = 0; i + 1 < days.size(); ++i)
+  for (std::size_t i = 0; i < days.size(); ++i)
     if (totals[i].messages > 0)
       report.days.push_back({calendar.text(days[i], "yyyy-MM-dd"), std::move(totals[i])});
   report.all =
@@ -82,19 +91,19 @@ JSONValue::Object totalsJSON(const ClaudeUsageTotals& totals) {
   return object;
 }
 
-JSONValue windowJSON(const ClaudeUsageWindow& window) {
-  JSONValue::Object object{{"usedPercentage", window.usedPercentage}};
+JSONValue windowJSON(const ClaudeUsageWindow& window, Date now) {
+  JSONValue::Object object{{"usedPercentage", window.usedAt(now)}};
   if (window.resetsAt)
     object.emplace("resetsAt", iso8601(*window.resetsAt));
   return object;
 }
 
-JSONValue limitsJSON(const ClaudeUsageLimits& limits) {
+JSONValue limitsJSON(const ClaudeUsageLimits& limits, Date now) {
   JSONValue::Object object{{"readAt", iso8601(limits.readAt)}};
   if (limits.fiveHour)
-    object.emplace("fiveHour", windowJSON(*limits.fiveHour));
+    object.emplace("fiveHour", windowJSON(*limits.fiveHour, now));
   if (limits.sevenDay)
-    object.emplace("sevenDay", windowJSON(*limits.sevenDay));
+    object.emplace("sevenDay", windowJSON(*limits.sevenDay, now));
   if (limits.subscriptionType)
     object.emplace("subscriptionType", *limits.subscriptionType);
   return object;
@@ -115,7 +124,7 @@ JSONValue reportJSON(const Report& report) {
                            {"total", totalsJSON(report.all)},
                            {"isConnected", report.isConnected}};
   if (report.limits)
-    object.emplace("limits", limitsJSON(*report.limits));
+    object.emplace("limits", limitsJSON(*report.limits, report.now));
   return object;
 }
 
@@ -196,15 +205,14 @@ void printTables(CommandContext& context, const Report& report) {
 void printLimits(CommandContext& context, const Report& report) {
   if (!report.isConnected || !report.limits)
     return;
-  const Date now = context.platform().clock().now();
   context.say("");
   Table table({{"LIMIT"}, {"USED", true}, {"RESETS IN"}});
   for (const auto& [name, window] : {std::pair("Five hours", report.limits->fiveHour),
                                      std::pair("Seven days", report.limits->sevenDay)})
     if (window)
       table.add({name,
-                 {fmt::format("{:.0f}%", window->usedPercentage), TextStyle::bold},
-                 ClaudeUsageLimitsFormat::untilReset(window->resetsAt, now).value_or("-")});
+                 {fmt::format("{:.0f}%", window->usedAt(report.now)), TextStyle::bold},
+                 ClaudeUsageLimitsFormat::untilReset(window->resetsAt, report.now).value_or("-")});
   table.print(context.console());
 }
 

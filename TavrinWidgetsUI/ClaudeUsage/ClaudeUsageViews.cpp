@@ -97,9 +97,7 @@ Shown shown(const ClaudeUsageReading& reading, Date now) {
 } // namespace
 
 double usedFraction(const ClaudeUsageWindow& window, Date now) {
-  if (window.resetsAt && *window.resetsAt <= now)
-    return 0;
-  return std::clamp(window.usedPercentage / 100, 0.0, 9.99);
+  return std::clamp(window.usedAt(now) / 100, 0.0, 9.99);
 }
 
 QColor claudeUsageLevelTint(double fraction) {

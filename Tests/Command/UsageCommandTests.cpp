@@ -112,6 +112,22 @@ TEST_F(UsageCommandTest, AsJSONWithMoreDays) {
   EXPECT_EQ(*first.member("projects")->array()->front().member("name")->string(), "gamma");
 }
 
+TEST_F(UsageCommandTest, TheDaysAddUpToTheSum) {
+  logFourMessages();
+  // Of one message lines on two days, of which the latest counts; and a clock that is ahead.
+  log("alpha", 25 * hour, "m5", {100, 0, 0, 0});
+  log("alpha", 2 * hour, "m5", {200, 0, 0, 0});
+  log("beta", -1 * day, "m6", {7, 0, 0, 0});
+  log("beta", -400 * day, "m7", {9, 0, 0, 0});
+  const auto report = json({"usage"});
+  std::int64_t sum = 0;
+  for (const auto& each : *report.member("days")->array())
+    sum += each.member("tokens")->integerValue().value();
+  EXPECT_EQ(sum, report.member("total")->member("tokens")->integerValue());
+  EXPECT_EQ(sum, 433'036 + 200 + 7 + 9);
+  EXPECT_EQ(*report.member("days")->array()->back().member("date")->string(), "2027-04-05");
+}
+
 TEST_F(UsageCommandTest, NothingLoggedIsATableOfZeroes) {
   fs::create_directories(claude());
   ASSERT_EQ(run({"usage"}), 0) << errors.str();
@@ -141,6 +157,13 @@ TEST_F(UsageCommandTest, ConnectsShowsLimitsAndDisconnects) {
   EXPECT_EQ(*limitsJSON.member("fiveHour")->member("resetsAt")->string(), "2026-03-01T13:01:00Z");
   EXPECT_EQ(limitsJSON.member("sevenDay")->compact(), R"({"usedPercentage":7})");
   EXPECT_TRUE(dateFromISO8601(*limitsJSON.member("readAt")->string()));
+  // A window that has been reset meanwhile has nothing used, as on the tile.
+  platform.time.date = platform.time.date + 3 * hour;
+  ASSERT_EQ(run({"usage"}), 0) << errors.str();
+  EXPECT_EQ(rows()[rows().size() - 2], (Rows::value_type{"Five", "hours", "0%", "-"}));
+  EXPECT_EQ(
+      json({"usage"}).member("limits")->member("fiveHour")->member("usedPercentage")->compact(),
+      "0");
   ASSERT_EQ(run({"usage", "disconnect"}), 0) << errors.str();
   EXPECT_EQ(*json({"usage"}).member("isConnected"), JSONValue(false));
 }

@@ -14,6 +14,9 @@ struct ClaudeUsageWindow {
   double usedPercentage = 0;
   std::optional<Date> resetsAt;
 
+  /// The percentage at `now`: nothing once the window has been reset.
+  double usedAt(Date now) const { return resetsAt && *resetsAt <= now ? 0 : usedPercentage; }
+
   static constexpr auto fields() {
     return std::tuple{required("usedPercentage", &ClaudeUsageWindow::usedPercentage),
                       optional("resetsAt", &ClaudeUsageWindow::resetsAt)};

@@ -35,11 +35,26 @@ std::string_view text(ondemand::value value) {
   return token.substr(1, end - 1);
 }
 
+/// A number that the parser has no type for: one of more digits than a machine word, or a power
+/// beyond a double's.
+std::int64_t countOfLongNumber(std::string_view token) {
+  token = token.substr(0, token.find_last_not_of(" \t\r\n") + 1);
+  const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
+  const bool isNumber = !token.empty() && token.front() >= '1' && token.front() <= '9' &&
+                        token.find_first_not_of("0123456789.eE+-") == std::string_view::npos &&
+                        isDigit(token.back());
+  return isNumber && token.find("e-") == std::string_view::npos &&
+                 token.find("E-") == std::string_view::npos
+             ? mostTokensPerLine
+             : 0;
+}
+
 std::int64_t count(ondemand::value value) {
   ondemand::number number;
-  if (value.type().value_unsafe() != ondemand::json_type::number ||
-      value.get_number().get(number) != simdjson::SUCCESS)
+  if (value.type().value_unsafe() != ondemand::json_type::number)
     return 0;
+  if (value.get_number().get(number) != simdjson::SUCCESS)
+    return countOfLongNumber(value.raw_json_token());
   if (number.get_number_type() == ondemand::number_type::floating_point_number) {
     const double amount = number.get_double();
     return amount >= 0 ? static_cast<std::int64_t>(std::min(amount, double(mostTokensPerLine))) : 0;

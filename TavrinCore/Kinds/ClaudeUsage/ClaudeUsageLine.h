@@ -21,7 +21,8 @@ public:
   ~ClaudeUsageLineReader();
 
   /// No value for a line that is no JSON object, has no usage, or no timestamp that can be read.
-  /// `project` is left to the caller. Counts that are missing, no number or negative are 0.
+  /// `project` is left to the caller. Counts that are missing, no number or negative are 0,
+  /// those beyond `mostTokensPerLine` are that many.
   std::optional<ClaudeUsageEntry> entry(std::string_view line);
 
 private:

@@ -66,7 +66,15 @@ TEST(ClaudeUsageTest, LinesThatTellUsageAndLinesThatDoNot) {
                 ->tokens(),
             5);
   EXPECT_EQ(entry(line(R"({"input_tokens":-5,"output_tokens":1.0})"))->tokens(), 1);
-  EXPECT_EQ(entry(line(R"({"input_tokens":99999999999999999999})"))->tokens(), 0);
+  for (const char* many :
+       {"99999999999999999999", "1000000000000000000000000000000", "1e30", "9e999"})
+    EXPECT_EQ(entry(line("{\"input_tokens\":" + std::string(many) + "}"))->tokens(),
+              mostTokensPerLine)
+        << many;
+  for (const char* few : {"-99999999999999999999", "1e-999", "99999999999999999999x"}) {
+    const auto read = entry(line("{\"input_tokens\":" + std::string(few) + "}"));
+    EXPECT_EQ(read ? read->tokens() : 0, 0) << few;
+  }
   EXPECT_EQ(entry(line(R"({"input_tokens":9999999999999999999})"))->tokens(), mostTokensPerLine);
   for (const std::string& bad :
        {line("null"), line("[1]"), std::string(R"({"message":{"usage":{"input_tokens":1}}})"),
