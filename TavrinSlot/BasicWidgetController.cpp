@@ -73,6 +73,7 @@ void BasicWidgetController::renderTile() {
   if (std::exchange(drawnFormat_, format) != format)
     formatChanged();
   platform().dockTile().setTitle(widget_.name);
+  tileWillBeDrawn();
   context_.tile.render(tileView(context_.tile.size()));
 }
 

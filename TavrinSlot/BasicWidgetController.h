@@ -53,6 +53,8 @@ protected:
   virtual QColor tint() const { return palette::blue; }
   /// `widget()` is another value now: hand it to the model. Drawing follows by itself.
   virtual void widgetChanged() {}
+  /// The tile will be drawn, whatever asked for it.
+  virtual void tileWillBeDrawn() {}
   /// The tile will be drawn in another format than before, or for the first time.
   virtual void formatChanged() {}
   /// Just before the panel opens.

@@ -37,8 +37,6 @@ void TimerModel::setMode(TimerRun::Mode mode) {
     return;
   tick();
   run_.mode = mode;
-  if (run_.isFinished(now_))
-    run_.reset();
   changed();
 }
 

@@ -32,8 +32,8 @@ public:
   void toggle();
   void reset();
   void startCountdown(double seconds);
-  /// The time run so far is kept. A time that is beyond the countdown's length already begins
-  /// anew instead of ringing at once.
+  /// Nothing but the mode changes: a stopwatch that has run for longer than the countdown is a
+  /// countdown that is over, and switched back it still has all its time.
   void setMode(TimerRun::Mode mode);
   /// The countdown ran out at `now`.
   void finish(Date now);

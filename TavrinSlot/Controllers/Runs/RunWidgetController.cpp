@@ -71,10 +71,8 @@ void RunWidgetController::tick() {
 }
 
 void RunWidgetController::renderTile(bool force) {
-  const Shown now = shown();
-  if (!force && lastShown_ == now)
+  if (!force && lastShown_ == shown())
     return;
-  lastShown_ = now;
   BasicWidgetController::renderTile();
   if (!force)
     refreshPanel();

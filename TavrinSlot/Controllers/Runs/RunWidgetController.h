@@ -52,6 +52,7 @@ protected:
   /// Another time or day than the ticks led to: the clock was set, the computer woke, a day began.
   virtual void timeJumped();
   void panelWillOpen() override;
+  void tileWillBeDrawn() override { lastShown_ = shown(); }
 
 private:
   void follow(const TickSchedule& schedule);
@@ -62,6 +63,7 @@ private:
   EndNotification endNotification_;
   TokenPtr ticker_;
   std::vector<TokenPtr> observations_;
+  /// What the tile shows, whoever had it drawn.
   std::optional<Shown> lastShown_;
   bool asksForAttention_ = false;
 };

@@ -134,10 +134,49 @@ TEST_F(TimerWidgetTest, AStopwatchCountsUpAndNeverEnds) {
   EXPECT_THAT(notices(), IsEmpty());
   EXPECT_THAT(sounds(), IsEmpty());
   EXPECT_EQ(stored().duration, 1500) << "kept for the countdown";
+}
+
+TEST_F(TimerWidgetTest, ALookAtTheCountdownTakesNothingFromALongerRun) {
+  const auto controller = startOpen();
+  chooseMode(1);
+  rig.press("Start");
+  rig.pass(1560);
+  const auto running = stored();
   chooseMode(0);
-  EXPECT_EQ(stored(), TimerRun{}) << "two hours are beyond it: it begins anew";
-  rig.pass(5);
-  EXPECT_THAT(sounds(), IsEmpty());
+  EXPECT_EQ(stored(), (TimerRun{Mode::countdown, 1500, running.startedAt, 0}));
+  chooseMode(1);
+  EXPECT_EQ(stored(), running) << "there and back";
+  EXPECT_EQ(rig.platform.tile.value, "26:00, Running");
+  // Longer than a moment, and the countdown is over; its time is still all there.
+  chooseMode(0);
+  rig.pass(0.25);
+  EXPECT_EQ(rig.platform.tile.value, "0:00, Done");
+  EXPECT_THAT(sounds(), ElementsAre("Glass"));
+  chooseMode(1);
+  EXPECT_EQ(rig.platform.tile.value, "26:00, Paused");
+  rig.press("Resume");
+  rig.pass(60);
+  EXPECT_EQ(rig.platform.tile.value, "27:00, Running");
+  // A paused one is looked at without a sound.
+  rig.press("Pause");
+  chooseMode(0);
+  rig.pass(10);
+  chooseMode(1);
+  EXPECT_EQ(rig.platform.tile.value, "27:00, Paused");
+  EXPECT_THAT(sounds(), ElementsAre("Glass"));
+}
+
+TEST_F(TimerWidgetTest, WhatAnUpdateDrewIsWhatTheNextMomentIsHeldAgainst) {
+  store({Mode::countdown, 300, rig.now() - 100.1, 0});
+  const auto controller = start();
+  rig.pass(0.5);
+  ASSERT_EQ(rig.platform.tile.value, "3:20, Running");
+  rig.platform.loop.jumpClock(1);
+  controller->update(widget);
+  ASSERT_EQ(rig.platform.tile.value, "3:19, Running");
+  rig.platform.loop.jumpClock(-1);
+  rig.platform.fakeWorkspace.clockChange.call();
+  EXPECT_EQ(rig.platform.tile.value, "3:20, Running");
 }
 
 TEST_F(TimerWidgetTest, SwitchingTheModeKeepsTheTime) {
