@@ -37,6 +37,8 @@ public:
     std::vector<Format> formats;
     /// The change was a `write` of this process.
     bool isOwn = false;
+    /// What every process that saw this copy calls it; empty where the desktop has no such name.
+    std::string copyName = {};
   };
   /// How much of a capture is read.
   struct Limits {

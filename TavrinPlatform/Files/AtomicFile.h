@@ -36,7 +36,7 @@ FileStamp fileStamp(const std::filesystem::path& file);
 /// nothing written, where it is not. No lock: who replaces it in the few microseconds between the
 /// look and the replacement is written over.
 bool writeFileIfUnchanged(const std::filesystem::path& file, std::string_view bytes,
-                          const FileStamp& seen);
+                          const FileStamp& seen, FileAccess access = FileAccess::shared);
 
 /// The bytes of `file`, no value when there is no such file. Throws FileError for one that cannot
 /// be read, is no regular file, or holds more than `maximumSize` bytes.

@@ -150,8 +150,9 @@ void writeFileAtomically(const fs::path& file, std::string_view bytes, FileAcces
   replaceFile(file, bytes, access, nullptr);
 }
 
-bool writeFileIfUnchanged(const fs::path& file, std::string_view bytes, const FileStamp& seen) {
-  return replaceFile(file, bytes, FileAccess::shared, &seen);
+bool writeFileIfUnchanged(const fs::path& file, std::string_view bytes, const FileStamp& seen,
+                          FileAccess access) {
+  return replaceFile(file, bytes, access, &seen);
 }
 
 std::optional<std::string> readFile(const fs::path& file, std::size_t maximumSize) {

@@ -2,6 +2,7 @@
 
 #include "TavrinCore/Text/Text.h"
 
+#include <QCryptographicHash>
 #include <algorithm>
 #include <system_error>
 
@@ -51,8 +52,32 @@ bool isTIFF(const Data& data) {
 
 } // namespace
 
-std::optional<ClipboardItem> clipboardItem(const Pasteboard::Capture& capture,
-                                           const ClipboardSettings& settings) {
+namespace {
+
+/// By name, as RFC 4122 makes them; random for a copy without one.
+UUID identity(const std::string& copyName, const ClipboardItem& item) {
+  if (copyName.empty())
+    return UUID::random();
+  QCryptographicHash hash(QCryptographicHash::Sha1);
+  const auto add = [&hash](std::string_view part) {
+    hash.addData(QByteArrayView(part.data(), static_cast<qsizetype>(part.size())));
+    hash.addData(QByteArrayView("", 1));
+  };
+  add("dev.quellby.tavrin.clipboard");
+  add(copyName);
+  add(std::to_string(item.byteSize));
+  // A server that starts anew counts from the beginning.
+  add(item.text ? *item.text : item.fileURL.value_or(""));
+  UUID id;
+  const QByteArray digest = hash.result();
+  std::copy_n(digest.begin(), id.bytes.size(), id.bytes.begin());
+  id.bytes[6] = static_cast<std::uint8_t>((id.bytes[6] & 0x0F) | 0x50);
+  id.bytes[8] = static_cast<std::uint8_t>((id.bytes[8] & 0x3F) | 0x80);
+  return id;
+}
+
+std::optional<ClipboardItem> contentOf(const Pasteboard::Capture& capture,
+                                       const ClipboardSettings& settings) {
   if (const auto* files = format(capture, Pasteboard::filesType); files && files->data)
     if (auto url = firstFileURL(files->data->view()); !url.empty()) {
       const auto size = sizeOf(url);
@@ -71,6 +96,16 @@ std::optional<ClipboardItem> clipboardItem(const Pasteboard::Capture& capture,
   return std::nullopt;
 }
 
+} // namespace
+
+std::optional<ClipboardItem> clipboardItem(const Pasteboard::Capture& capture,
+                                           const ClipboardSettings& settings) {
+  auto item = contentOf(capture, settings);
+  if (item)
+    item->id = identity(capture.copyName, *item);
+  return item;
+}
+
 ClipboardSource::ClipboardSource(const Services& services, const std::filesystem::path& storeURL,
                                  const ClipboardSettings& settings)
     : services_(services), settings_(settings),
@@ -84,7 +119,7 @@ ClipboardSource::~ClipboardSource() {
   // Nothing runs beside this any more once the queue is gone.
   files_.reset();
   if (saveTimer_ && settings_.persistAcrossRestarts && state_.items != lastSaved_)
-    vault_->save(state_.items, settings_, services_.clock.now());
+    vault_->save(state_.items, settings_, services_.clock.now(), dropped_);
 }
 
 void ClipboardSource::start() {
@@ -142,7 +177,9 @@ void ClipboardSource::captured(Pasteboard::Capture capture) {
 }
 
 void ClipboardSource::accept(const Copied& copied, ClipboardItem item) {
-  item.id = UUID::random();
+  // Of two copies in one moment the second is called so by everybody.
+  while (find(state_.items, item.id) != state_.items.end())
+    ++item.id.bytes.back();
   item.capturedAt = {services_.clock.now()};
   if (const auto found = frontmost_.find(copied.changeCount); found != frontmost_.end()) {
     item.sourceAppBundleID = found->second.bundleIdentifier;
@@ -276,16 +313,22 @@ void ClipboardSource::togglePin(const UUID& id) {
   change(std::move(items));
 }
 
-void ClipboardSource::remove(const UUID& id) {
-  ClipboardList items = state_.items;
-  std::erase_if(items, [&](const auto& entry) { return entry->item.id == id; });
+template <class Wanted> void ClipboardSource::removeWhere(const Wanted& isWanted) {
+  ClipboardList items;
+  for (const auto& entry : state_.items)
+    if (!isWanted(entry->item))
+      items.push_back(entry);
+    else if (find(lastSaved_, entry->item.id) == lastSaved_.end())
+      dropped_.insert(entry->item.id);
   change(std::move(items));
 }
 
+void ClipboardSource::remove(const UUID& id) {
+  removeWhere([&](const ClipboardItem& item) { return item.id == id; });
+}
+
 void ClipboardSource::clearUnpinned() {
-  ClipboardList items = state_.items;
-  std::erase_if(items, [](const auto& entry) { return !entry->item.isPinned; });
-  change(std::move(items));
+  removeWhere([](const ClipboardItem& item) { return !item.isPinned; });
 }
 
 void ClipboardSource::markAllSeen() {
@@ -327,37 +370,33 @@ void ClipboardSource::save() {
   unsavedSince_.reset();
   if (state_.items == lastSaved_ && !state_.trouble)
     return;
-  files_->run([vault = vault_, items = state_.items, settings = settings_,
+  files_->run([vault = vault_, items = state_.items, dropped = dropped_, settings = settings_,
                now = services_.clock.now(), weak = std::weak_ptr(self_),
                &loop = services_.runLoop] {
-    loop.post([weak, items, outcome = vault->save(items, settings, now)] {
-      const auto self = weak.lock();
-      if (!self)
-        return;
-      if (!outcome.trouble)
-        (*self)->lastSaved_ = items;
-      (*self)->adopt(outcome);
+    loop.post([weak, outcome = vault->save(items, settings, now, dropped)] {
+      if (const auto self = weak.lock())
+        (*self)->adopt(outcome);
     });
   });
 }
 
-/// What was found in the file stands behind what was copied meanwhile.
+/// What is in the file comes into the list, which may have changed while that was read or written.
 void ClipboardSource::adopt(const ClipboardVault::Outcome& outcome) {
   state_.trouble = outcome.trouble;
   if (!settings_.persistAcrossRestarts) {
     tell();
     return;
   }
-  const bool isUnsaved = !state_.items.empty() && lastSaved_.empty();
-  if (!outcome.found.empty()) {
-    const bool isPlain = state_.items.empty();
-    ClipboardList items = state_.items;
-    items.insert(items.end(), outcome.found.begin(), outcome.found.end());
+  if (outcome.stored) {
+    auto items = ClipboardBoard::merged(outcome.base, state_.items, *outcome.stored);
+    std::erase_if(items, [this](const auto& entry) { return dropped_.contains(entry->item.id); });
+    const bool isPlain = items == *outcome.stored;
     state_.items = ClipboardBoard::retained(items, settings_, services_.clock.now());
-    if (isPlain)
-      lastSaved_ = state_.items;
+    dropUnwantedPreviews();
+    if (!outcome.trouble)
+      lastSaved_ = isPlain ? state_.items : *outcome.stored;
   }
-  if (isUnsaved && !outcome.trouble)
+  if (!outcome.trouble && state_.items != lastSaved_)
     scheduleSave();
   tell();
 }

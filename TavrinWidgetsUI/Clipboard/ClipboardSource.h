@@ -8,6 +8,7 @@
 
 #include <deque>
 #include <map>
+#include <set>
 
 namespace tavrin {
 
@@ -89,6 +90,7 @@ private:
   void dropUnwantedPreviews();
   void forgetStored();
   void change(ClipboardList items);
+  template <class Wanted> void removeWhere(const Wanted& isWanted);
   void scheduleSave();
   void save();
   void adopt(const ClipboardVault::Outcome& outcome);
@@ -100,6 +102,8 @@ private:
   std::map<std::int64_t, RunningApplication> frontmost_;
   std::optional<Offered> offered_;
   ClipboardList lastSaved_;
+  /// Removed by the user before they were saved: another widget may have saved them meanwhile.
+  std::set<UUID> dropped_;
   std::optional<Date> unsavedSince_;
   /// The links whose previews are to be fetched; the first is under way while there is a task.
   std::deque<UUID> ogWaiting_;
@@ -113,6 +117,8 @@ private:
 };
 
 /// The item a capture makes; none where it holds nothing that is kept. Looks at the file's size.
+/// Its id is made from the copy, where that has a name, so that all who keep it give it the same
+/// one.
 std::optional<ClipboardItem> clipboardItem(const Pasteboard::Capture& capture,
                                            const ClipboardSettings& settings);
 

@@ -1,10 +1,9 @@
 #include "TavrinWidgetsUI/Clipboard/ClipboardVault.h"
 
 #include "TavrinCore/Base/Wipe.h"
-#include "TavrinPlatform/Files/AtomicFile.h"
 #include "TavrinStorage/AESGCM.h"
+#include "TavrinStorage/SharedDocument.h"
 
-#include <set>
 #include <system_error>
 
 namespace tavrin {
@@ -28,17 +27,6 @@ void putAside(const std::filesystem::path& url) {
   while (number < mostDamaged && std::filesystem::exists(damagedURL(url, number)))
     ++number;
   std::filesystem::rename(url, damagedURL(url, number));
-}
-
-ClipboardList merged(const ClipboardList& list, const ClipboardList& older) {
-  std::set<UUID> known;
-  for (const auto& entry : list)
-    known.insert(entry->item.id);
-  ClipboardList all = list;
-  for (const auto& entry : older)
-    if (!known.contains(entry->item.id))
-      all.push_back(entry);
-  return all;
 }
 
 } // namespace
@@ -65,39 +53,64 @@ template <class Work> std::optional<ClipboardTrouble> ClipboardVault::guarded(co
   }
 }
 
-ClipboardVault::Outcome ClipboardVault::read() {
-  Outcome outcome;
-  outcome.trouble = guarded([&] {
+/// No value in `found` where there is no file, or where it cannot be read.
+std::optional<ClipboardTrouble> ClipboardVault::readInto(std::optional<ClipboardList>& found) {
+  const auto trouble = guarded([&] {
     auto file = readFile(url_, longestFile);
     if (!file)
       return;
     const SecretText plaintext(crypto_.open({std::move(*file)}));
-    outcome.found = decodeClipboard(plaintext.text());
+    found = decodeClipboard(plaintext.text());
   });
-  if (!outcome.trouble)
+  if (!trouble)
     state_ = State::read;
-  else if (outcome.trouble->kind != ClipboardTrouble::Kind::keychainFailed)
+  else if (trouble->kind != ClipboardTrouble::Kind::keychainFailed)
     state_ = State::damaged;
+  return trouble;
+}
+
+ClipboardVault::Outcome ClipboardVault::read() {
+  Outcome outcome;
+  // Taken before: what is written meanwhile is then read once more.
+  seen_ = fileStamp(url_);
+  outcome.trouble = readInto(outcome.stored);
+  stored_ = ClipboardBoard::traceOf(outcome.stored.value_or(ClipboardList{}));
   return outcome;
 }
 
 ClipboardVault::Outcome ClipboardVault::save(const ClipboardList& list,
-                                             const ClipboardSettings& settings, Date now) {
+                                             const ClipboardSettings& settings, Date now,
+                                             const std::set<UUID>& dropped) {
   Outcome outcome;
-  if (state_ == State::unread) {
-    outcome = read();
-    if (state_ == State::unread)
-      return outcome;
-  }
-  outcome.trouble = guarded([&] {
+  const auto attempt = [&](const FileStamp& seen) {
+    std::optional<ClipboardList> theirs;
+    if (state_ == State::unread || seen != seen_) {
+      outcome.trouble = readInto(theirs);
+      if (outcome.trouble && state_ != State::damaged)
+        return true; // without the key nothing can be written
+      outcome.stored = theirs;
+      outcome.base = stored_;
+    }
+    auto all = theirs ? ClipboardBoard::merged(stored_, list, *theirs) : list;
+    std::erase_if(all, [&](const auto& entry) { return dropped.contains(entry->item.id); });
+    all = ClipboardBoard::retained(all, settings, now);
     // Sealed where it was written, and overwritten where that fails.
-    const auto box = crypto_.seal(
-        encodeClipboard(ClipboardBoard::retained(merged(list, outcome.found), settings, now)));
-    if (state_ == State::damaged)
+    const auto box = crypto_.seal(encodeClipboard(all));
+    if (state_ == State::damaged) {
       putAside(url_);
-    writeFileAtomically(url_, box.combined, FileAccess::ownerOnly);
-    state_ = State::read;
-  });
+      state_ = State::read;
+      seen_ = fileStamp(url_);
+      return false; // once more, beside nothing
+    }
+    if (!writeFileIfUnchanged(url_, box.combined, seen, FileAccess::ownerOnly))
+      return false;
+    seen_ = fileStamp(url_);
+    stored_ = ClipboardBoard::traceOf(all);
+    outcome = {{}, std::move(all), ClipboardBoard::traceOf(list)};
+    return true;
+  };
+  if (const auto trouble = guarded([&] { changeSharedFile(url_, attempt); }))
+    outcome.trouble = trouble;
   return outcome;
 }
 
@@ -107,6 +120,8 @@ void ClipboardVault::forget() {
   for (int number = 1; number <= mostDamaged; ++number)
     std::filesystem::remove(damagedURL(url_, number), ignored);
   state_ = State::read;
+  seen_ = fileStamp(url_);
+  stored_.clear();
 }
 
 } // namespace tavrin

@@ -32,7 +32,9 @@ public:
   }
   /// Somebody copies.
   void copy(const std::vector<std::pair<std::string, std::string>>& formats) {
-    Capture capture{++changeCount, {}, {}, false};
+    Capture capture{++changeCount, {}, {}, false, {}};
+    if (namesCopies)
+      capture.copyName = "copy " + std::to_string(changeCount);
     for (const auto& [type, bytes] : formats) {
       capture.types.push_back(type);
       const bool isImage = type.starts_with("image/") && bytes.size() > limits.imageBytes;
@@ -48,6 +50,7 @@ public:
   }
 
   bool observable = true;
+  bool namesCopies = true;
   Limits limits;
   Observer observer;
   std::int64_t changeCount = 0;

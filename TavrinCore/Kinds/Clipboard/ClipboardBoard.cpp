@@ -112,4 +112,39 @@ ClipboardList ClipboardBoard::retained(const ClipboardList& list, const Clipboar
   return kept;
 }
 
+ClipboardTrace ClipboardBoard::traceOf(const ClipboardList& list) {
+  ClipboardTrace trace;
+  for (const auto& entry : list)
+    trace.emplace(entry->item.id, entry);
+  return trace;
+}
+
+ClipboardList ClipboardBoard::merged(const ClipboardTrace& base, const ClipboardList& mine,
+                                     const ClipboardList& theirs) {
+  const auto equal = [](const ClipboardEntryPtr& a, const ClipboardEntryPtr& b) {
+    return a == b || (a && b && a->item == b->item);
+  };
+  const auto here = traceOf(mine);
+  const auto there = traceOf(theirs);
+  ClipboardList all;
+  for (const auto& entry : mine) {
+    const auto then = base.find(entry->item.id);
+    const auto other = there.find(entry->item.id);
+    if (then != base.end() && other == there.end())
+      continue;
+    const bool isOld = then != base.end() && equal(entry, then->second.lock());
+    const auto theirsNow = isOld ? other->second.lock() : entry;
+    all.push_back(equal(entry, theirsNow) ? entry : theirsNow);
+  }
+  std::size_t place = 0;
+  for (const auto& entry : theirs) {
+    if (here.contains(entry->item.id) || base.contains(entry->item.id))
+      continue;
+    while (place < all.size() && all[place]->item.capturedAt.date >= entry->item.capturedAt.date)
+      ++place;
+    all.insert(all.begin() + static_cast<std::ptrdiff_t>(place++), entry);
+  }
+  return all;
+}
+
 } // namespace tavrin

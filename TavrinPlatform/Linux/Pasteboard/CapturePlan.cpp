@@ -17,9 +17,11 @@ constexpr std::string_view secretHint = "secret";
 
 } // namespace
 
-void CapturePlan::begin(std::int64_t changeCount, const Pasteboard::Limits& limits) {
+void CapturePlan::begin(std::int64_t changeCount, std::string copyName,
+                        const Pasteboard::Limits& limits) {
   capture_ = {};
   capture_.changeCount = changeCount;
+  capture_.copyName = std::move(copyName);
   limits_ = limits;
   wishes_.clear();
 }

@@ -29,7 +29,7 @@ public:
     bool isImage() const { return type.starts_with("image/"); }
   };
 
-  void begin(std::int64_t changeCount, const Pasteboard::Limits& limits);
+  void begin(std::int64_t changeCount, std::string copyName, const Pasteboard::Limits& limits);
   /// `isDoubtful`: the list could not be read to its end.
   void offered(std::vector<std::string> types, bool isDoubtful);
   /// What is to be read; none when all is.

@@ -26,9 +26,10 @@ SelectionReader::~SelectionReader() {
   abandon();
 }
 
-void SelectionReader::begin(std::int64_t changeCount, xcb_window_t owner, xcb_timestamp_t time) {
+void SelectionReader::begin(std::int64_t changeCount, std::string copyName, xcb_window_t owner,
+                            xcb_timestamp_t time) {
   abandon();
-  plan_.begin(changeCount, limits_);
+  plan_.begin(changeCount, std::move(copyName), limits_);
   time_ = time;
   hasTargets_ = false;
   isReading_ = true;

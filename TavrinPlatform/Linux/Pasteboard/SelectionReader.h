@@ -27,7 +27,8 @@ public:
   void setLimits(const Pasteboard::Limits& limits) { limits_ = limits; }
   /// Reads anew, for the change `changeCount` at the server's `time`; what was being read is
   /// dropped. `done` is told what was found.
-  void begin(std::int64_t changeCount, xcb_window_t owner, xcb_timestamp_t time);
+  void begin(std::int64_t changeCount, std::string copyName, xcb_window_t owner,
+             xcb_timestamp_t time);
   void abandon();
   /// Whoever owns the selection next is another program, whatever its window's number.
   void forgetOwner() { owner_ = XCB_NONE; }

@@ -116,6 +116,12 @@ void X11Pasteboard::Worker::handle(const xcb_generic_event_t& event) {
   }
 }
 
+/// The server tells all of one change the same owner and moments.
+static std::string copyName(const xcb_xfixes_selection_notify_event_t& event) {
+  return "X11 " + std::to_string(event.owner) + " " + std::to_string(event.selection_timestamp) +
+         " " + std::to_string(event.timestamp);
+}
+
 void X11Pasteboard::Worker::ownerChanged(const xcb_xfixes_selection_notify_event_t& event) {
   if (event.subtype != XCB_XFIXES_SELECTION_EVENT_SET_SELECTION_OWNER) {
     reader_.abandon();
@@ -135,7 +141,7 @@ void X11Pasteboard::Worker::ownerChanged(const xcb_xfixes_selection_notify_event
   }
   listener_.changed(changeCount_);
   if (event.owner != XCB_NONE)
-    reader_.begin(changeCount_, event.owner, event.selection_timestamp);
+    reader_.begin(changeCount_, copyName(event), event.owner, event.selection_timestamp);
   else
     reader_.abandon();
 }

@@ -32,7 +32,8 @@ void DataControlReader::begin(std::int64_t changeCount, zwlr_data_control_offer_
     proceed();
   }
   Reading& reading = readings_.emplace_back();
-  reading.plan.begin(changeCount, limits_);
+  // The protocol gives a copy no name that others see, too.
+  reading.plan.begin(changeCount, {}, limits_);
   reading.plan.offered(std::move(types), isDoubtful);
   for (const auto& wish : reading.plan.wishes()) {
     Pipe pipe = Pipe::make();

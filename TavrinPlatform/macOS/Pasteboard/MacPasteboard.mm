@@ -192,6 +192,8 @@ private:
           return;
         Capture capture{count, mimeTypes(nativeTypes(board())), {}, false};
         capture.formats = readFormats(board(), capture.types, limits);
+        // The count is the whole session's.
+        capture.copyName = "NSPasteboard " + std::to_string(count);
         // Something else was copied meanwhile, and is read next.
         if (board().changeCount != count)
           return;

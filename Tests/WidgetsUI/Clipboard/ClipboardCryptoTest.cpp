@@ -82,9 +82,9 @@ TEST_F(OtherProgram, WritesWhatIsReadHere) {
   run({"seal", QString::fromStdString(file_.string()), keyText(), json});
   const auto outcome = vault_.read();
   ASSERT_FALSE(outcome.trouble) << outcome.trouble->text;
-  ASSERT_EQ(outcome.found.size(), 1U);
-  EXPECT_EQ(outcome.found[0]->item.imageData, (Data{{0, 255}}));
-  EXPECT_TRUE(outcome.found[0]->item.isPinned);
+  ASSERT_EQ(outcome.stored->size(), 1U);
+  EXPECT_EQ(outcome.stored->at(0)->item.imageData, (Data{{0, 255}}));
+  EXPECT_TRUE(outcome.stored->at(0)->item.isPinned);
 }
 
 } // namespace

@@ -202,10 +202,10 @@ TEST_F(ClipboardMemory, HoldsNothingBesideTheHistory) {
   EXPECT_EQ(scan_.count(*words_), here) << "nor do items that have gone";
 
   auto outcome = vault_.read();
-  ASSERT_EQ(outcome.found.size(), 4U);
+  ASSERT_EQ(outcome.stored->size(), 4U);
   EXPECT_EQ(scan_.count(*words_), here + inHistory) << "a load leaves no copy";
   EXPECT_EQ(scan_.count(*pictures_), 0U);
-  outcome.found.clear();
+  outcome.stored->clear();
   EXPECT_EQ(scan_.count(*words_), here);
 }
 
@@ -214,7 +214,7 @@ TEST_F(ClipboardMemory, HoldsTheKeyWhereTheKeychainHasItOnly) {
   const auto halfKey = [this] { return keychain_.secrets.begin()->second.view().substr(16); };
   const Needle key(halfKey());
   EXPECT_EQ(scan_.count(key), 1U) << "after it was made";
-  EXPECT_EQ(vault_.read().found.size(), 4U);
+  EXPECT_EQ(vault_.read().stored->size(), 4U);
   EXPECT_EQ(scan_.count(key), 1U) << "after it opened the file";
   ClipboardCrypto(keychain_).loadKey();
   EXPECT_EQ(scan_.count(key), 1U) << "after it was looked up";

@@ -292,6 +292,114 @@ TEST_F(ClipboardSourceTest, ABrokenFileIsAToldTroubleAndPutAside) {
   EXPECT_FALSE(std::filesystem::exists(file_.string() + ".damaged-3"));
 }
 
+/// Two widgets on one desktop, which keep their histories in one file.
+class TwoClipboardsTest : public ClipboardSourceTest {
+protected:
+  using Texts = std::vector<std::string>;
+  TwoClipboardsTest() { start(); }
+  void start() {
+    open();
+    other_.emplace(ClipboardSource::Services{platform_.fakeClock,
+                                             platform_.loop,
+                                             otherBoard_,
+                                             platform_.fakeKeychain,
+                                             platform_.fakeWorkspace,
+                                             ogSource_,
+                                             {}},
+                   file_, ClipboardSettings{});
+    other_->start();
+    platform_.loop.runBackground();
+  }
+  void copyForBoth(const std::string& text) {
+    otherBoard_.changeCount = board().changeCount;
+    otherBoard_.copy({{"text/plain", text}});
+    copyText(text);
+  }
+  static Texts texts(const ClipboardSource& source) {
+    Texts all;
+    for (const auto& entry : source.state().items)
+      all.push_back((entry->item.isPinned ? "*" : "") + entry->item.previewLine());
+    return all;
+  }
+  static UUID idOf(const ClipboardSource& source, const std::string& text) {
+    for (const auto& entry : source.state().items)
+      if (entry->item.text == text)
+        return entry->item.id;
+    ADD_FAILURE() << text;
+    return {};
+  }
+  /// What a start finds in the file.
+  Texts stored() {
+    ClipboardVault vault(file_, platform_.fakeKeychain);
+    Texts all;
+    const auto found = vault.read().stored;
+    for (const auto& entry : found.value_or(ClipboardList{}))
+      all.push_back((entry->item.isPinned ? "*" : "") + entry->item.previewLine());
+    return all;
+  }
+
+  FakePasteboard otherBoard_;
+  std::optional<ClipboardSource> other_;
+};
+
+TEST_F(TwoClipboardsTest, WhatOneRemovesStaysRemoved) {
+  copyForBoth("one");
+  copyForBoth("two");
+  copyForBoth("two");
+  pass(1);
+  EXPECT_EQ(stored(), (Texts{"two", "two", "one"})) << "each copy once";
+  source_->remove(idOf(*source_, "one"));
+  pass(1);
+  EXPECT_EQ(stored(), (Texts{"two", "two"}));
+  copyForBoth("three");
+  pass(1);
+  EXPECT_EQ(stored(), (Texts{"three", "two", "two"}));
+  EXPECT_EQ(texts(*source_), stored());
+  EXPECT_EQ(texts(*other_), stored());
+
+  // Before anybody has saved it.
+  copyForBoth("secret");
+  source_->remove(idOf(*source_, "secret"));
+  pass(1);
+  copyForBoth("four");
+  pass(1);
+  EXPECT_EQ(stored(), (Texts{"four", "three", "two", "two"}));
+
+  // While the other one has something to save too.
+  other_->togglePin(idOf(*other_, "three"));
+  source_->remove(idOf(*source_, "four"));
+  pass(1);
+  EXPECT_EQ(stored(), (Texts{"*three", "two", "two"}));
+  other_->clearUnpinned();
+  copyForBoth("five");
+  pass(1);
+  EXPECT_EQ(stored(), (Texts{"five", "*three"}));
+  start();
+  EXPECT_EQ(texts(*source_), (Texts{"five", "*three"}));
+  EXPECT_EQ(texts(*other_), (Texts{"five", "*three"}));
+}
+
+TEST_F(TwoClipboardsTest, WhatOneAloneSawIsKeptByBoth) {
+  copyForBoth("both");
+  pass(1);
+  copyText("mine");
+  pass(1);
+  copyForBoth("again");
+  pass(1);
+  EXPECT_EQ(stored(), (Texts{"again", "mine", "both"}));
+  EXPECT_EQ(texts(*other_), stored());
+  // A file that is gone, or that is no history, is nobody's removal.
+  std::filesystem::remove(file_);
+  copyForBoth("after");
+  pass(1);
+  EXPECT_EQ(stored(), (Texts{"after", "again", "mine", "both"}));
+  writeFileAtomically(file_, "rubbish");
+  copyForBoth("last");
+  pass(1);
+  EXPECT_EQ(stored(), (Texts{"last", "after", "again", "mine", "both"}));
+  EXPECT_EQ(std::filesystem::status(file_).permissions(), std::filesystem::perms(0600));
+}
+
 TEST_F(ClipboardSourceTest, NothingIsKeptWhereThatIsSwitchedOff) {
   ClipboardSettings settings;
   open(settings);
