@@ -36,7 +36,7 @@ AnyView note(double side, const QColor& colour) {
 AnyView quietTile(const TileSize& size) {
   return tile(TileContent{.ground = groundTop,
                           .groundEnd = groundEnd,
-                          .caption = "No music",
+                          .sentence = "Nothing playing",
                           .mark = note(size.body() * 0.42, musicTint).opacity(pausedOpacity),
                           .markRatio = 0.42,
                           .label = "Music",
