@@ -40,7 +40,12 @@ FAULTS = [
     ("levels of the log mistaken", "Desktop/MacLogSink.cpp", r"return OS_LOG_TYPE_INFO", "return OS_LOG_TYPE_DEFAULT"),
     ("slip in a delegate's method", "FanHelper/FanDaemon.mm", r"shouldAcceptNewConnection:", "shouldAcceptConnection:"),
     ("number for an object", "FanHelper/MacFanHelper.mm", r"options:NSXPCConnectionPrivileged", "options:nil"),
+    ("reply missing", "FanHelper/MacFanHelper.mm", r"runLoop\.post\(\[reply\] \{ reply\(Refusal\{unreachable\}\); \}\);", "(void)reply;"),
+    ("reply on the connection's thread", "FanHelper/MacFanHelper.mm", r"runLoop\.post\(\[reply, text\] \{\s*(reply\(.*\);)\s*\}\);", r"\1"),
+    ("stream of changes not invalidated", "Files/EventStream.cpp", r"^  FSEventStreamInvalidate\(stream_\);$", ""),
+    ("argument taken for a variable", "Applications/Processes.cpp", r"^  for \(; count > 0; --count\)$", "  for (; count > 1; --count)"),
     # The application's side
+    ("track's length in milliseconds", "Desktop/MacMediaPlayers.mm", r"\*length / 1000", "*length"),
     ("tile never displayed", "Tile/MacDockTile.mm", r"^  \[tile display\];$", ""),
     ("unknown selector", "Tile/MacDockTile.mm", r"\[tile display\]", "[tile redisplay]"),
     ("picture leaked", "Tile/MacDockTile.mm", r"^  CGImageRelease\(picture\);$", ""),

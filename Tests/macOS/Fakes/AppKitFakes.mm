@@ -12,6 +12,8 @@ static std::string textOf(NSString* string) { return string.UTF8String != nullpt
 NSNotificationName const NSWorkspaceScreensDidSleepNotification = @"sleep";
 NSNotificationName const NSWorkspaceScreensDidWakeNotification = @"wake";
 NSNotificationName const NSWorkspaceDidWakeNotification = @"did wake";
+NSNotificationName const NSWorkspaceDidLaunchApplicationNotification = @"launched";
+NSNotificationName const NSWorkspaceDidTerminateApplicationNotification = @"ended";
 NSNotificationName const NSWorkspaceWillSleepNotification = @"will sleep";
 NSNotificationName const NSWorkspaceAccessibilityDisplayOptionsDidChangeNotification = @"options";
 NSNotificationName const NSApplicationDidChangeScreenParametersNotification = @"screens";
@@ -25,6 +27,18 @@ NSAppearanceName const NSAppearanceNameDarkAqua = @"dark";
   return application;
 }
 + (NSRunningApplication*)currentApplication { return [self numbered:self_]; }
++ (NSArray<NSRunningApplication*>*)runningApplicationsWithBundleIdentifier:(NSString*)identifier {
+  std::vector<id> found;
+  if (const auto place = appKit.running.find(textOf(identifier)); place != appKit.running.end())
+    found.push_back([self numbered:place->second]);
+  return [[FakeArray alloc] initWith:found];
+}
++ (instancetype)runningApplicationWithProcessIdentifier:(int)process {
+  for (const auto& [name, number] : appKit.running)
+    if (number == process) return [self numbered:process];
+  return nil;
+}
+- (BOOL)terminate { note("terminate " + std::to_string(number)); return YES; }
 - (int)processIdentifier { return number; }
 - (NSString*)bundleIdentifier { return @"com.example.front"; }
 - (NSString*)localizedName { return @"Front"; }
@@ -41,10 +55,34 @@ NSAppearanceName const NSAppearanceNameDarkAqua = @"dark";
   return center;
 }
 - (BOOL)accessibilityDisplayShouldReduceMotion { return appKit.reducesMotion; }
-- (NSURL*)URLForApplicationWithBundleIdentifier:(NSString*)identifier { return [NSURL fileURLWithPath:identifier]; }
+- (NSURL*)URLForApplicationWithBundleIdentifier:(NSString*)identifier {
+  if (!appKit.installed) return [NSURL fileURLWithPath:identifier];
+  const auto found = appKit.installed->find(textOf(identifier));
+  return found != appKit.installed->end() ? [NSURL fileURLWithPath:[NSString stringWithUTF8String:found->second.c_str()]] : nil;
+}
+- (NSImage*)iconForFile:(NSString*)path { note("icon " + textOf(path)); return [[NSImage alloc] init]; }
+- (void)openApplicationAtURL:(NSURL*)url configuration:(NSWorkspaceOpenConfiguration*)configuration
+           completionHandler:(void (^)(NSRunningApplication*, NSError*))handler {
+  std::string call = "start " + textOf(url.path);
+  for (NSString* word in configuration.arguments) call += " " + textOf(word);
+  for (NSString* name in configuration.environment.allKeys)
+    call += " " + textOf(name) + "=" + textOf((NSString*)[configuration.environment objectForKey:name]);
+  note(call + (configuration.activates ? "" : " inactive"));
+  if (appKit.opened < 0) return;
+  if (appKit.opened > 0) handler([NSRunningApplication numbered:appKit.opened], nil);
+  else handler(nil, [NSError errorWithDomain:NSCocoaErrorDomain code:4 userInfo:@{}]);
+}
 - (BOOL)openURL:(NSURL*)url { note("open " + textOf(url.absoluteString)); return YES; }
 - (void)activateFileViewerSelectingURLs:(NSArray<NSURL*>*)files { note("reveal " + textOf(files.firstObject.path)); }
 - (NSRunningApplication*)frontmostApplication { return frontmost == 0 ? nil : [NSRunningApplication numbered:frontmost]; }
+@end
+
+@implementation NSWorkspaceOpenConfiguration
++ (instancetype)configuration {
+  NSWorkspaceOpenConfiguration* made = [[self alloc] init];
+  made.activates = YES;
+  return made;
+}
 @end
 
 @implementation NSResponder
@@ -56,6 +94,10 @@ NSAppearanceName const NSAppearanceNameDarkAqua = @"dark";
 @end
 @implementation NSImage
 - (instancetype)initWithCGImage:(CGImageRef)image size:(NSSize)size { note("image " + std::to_string(int(size.width))); return self; }
+- (CGImageRef)CGImageForProposedRect:(NSRect*)rect context:(NSGraphicsContext*)context hints:(NSDictionary*)hints {
+  note("picture of " + std::to_string(int(rect->size.width)));
+  return appKit.hasIcon ? reinterpret_cast<CGImageRef>(8) : nullptr;
+}
 @end
 @implementation NSColor
 + (NSColor*)clearColor { return [[NSColor alloc] init]; }
@@ -152,3 +194,16 @@ __weak NSPopover* lastPopover = nil;
 
 extern "C" CGWindowLevel CGWindowLevelForKey(CGWindowLevelKey key) { return key == kCGDockWindowLevelKey ? 20 : 0; }
 extern "C" void CGImageRelease(CGImageRef) { note("picture released"); }
+
+// A bitmap's first bytes are filled, as something drawn would.
+struct CGContext { unsigned char* data; size_t size; };
+extern "C" CGContextRef CGBitmapContextCreate(void* data, size_t width, size_t height, size_t bits, size_t row,
+                                              CGColorSpaceRef space, uint32_t info) {
+  note("bitmap " + std::to_string(width) + "x" + std::to_string(height) + " bits " + std::to_string(bits) + " form " + std::to_string(info));
+  return space != nullptr && row >= width * 4 ? new CGContext{static_cast<unsigned char*>(data), row * height} : nullptr;
+}
+extern "C" void CGContextDrawImage(CGContextRef context, CGRect place, CGImageRef) {
+  note("draw " + std::to_string(int(place.size.width)));
+  std::fill(context->data, context->data + context->size, 0xff);
+}
+extern "C" void CGContextRelease(CGContextRef context) { note("bitmap released"); delete context; }

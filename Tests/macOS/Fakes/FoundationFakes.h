@@ -40,6 +40,12 @@ inline void postNotice(NSNotificationCenter* center, NSString* name) {
   [center post:name object:nil info:nil];
 }
 
+struct FakeBundle {
+  std::string identifier;
+  bool hasProgram = true;
+  std::map<std::string, NSObject*> information;
+};
+
 /// What the fakes answer.
 struct FoundationState {
   /// The main bundle: its path, its entries.
@@ -50,5 +56,9 @@ struct FoundationState {
   bool canSynchronize = true;
   bool isLowPower = false;
   bool canTrash = true;
+  /// Other bundles, by path; the folders of applications; names for the user, by path.
+  std::map<std::string, FakeBundle> bundles;
+  std::vector<std::string> applicationFolders;
+  std::map<std::string, std::string> displayNames;
 };
 extern FoundationState foundation;

@@ -1,5 +1,6 @@
 #include "Tests/macOS/Fakes/FoundationFakes.h"
 
+#include <algorithm>
 #include <cmath>
 #include <strings.h>
 #include <unistd.h>
@@ -63,21 +64,27 @@ static std::string textOf(NSString* string) { return string.UTF8String != nullpt
 - (NSUInteger)length { return count; }
 @end
 
-@implementation NSNumber { double value; bool isBoolean; }
+@implementation NSNumber { double value; long long whole; bool isBoolean; }
 + (NSNumber*)number:(double)number isBoolean:(bool)isBoolean {
   NSNumber* made = [[self alloc] init];
   made->value = number;
+  made->whole = (long long)number;
   made->isBoolean = isBoolean;
+  return made;
+}
++ (NSNumber*)whole:(long long)whole {
+  NSNumber* made = [self number:double(whole) isBoolean:false];
+  made->whole = whole;
   return made;
 }
 + (NSNumber*)numberWithBool:(BOOL)flag { return [self number:flag isBoolean:true]; }
 + (NSNumber*)numberWithInt:(int)whole { return [self number:whole isBoolean:false]; }
 + (NSNumber*)numberWithInteger:(NSInteger)whole { return [self number:double(whole) isBoolean:false]; }
-+ (NSNumber*)numberWithLongLong:(long long)whole { return [self number:double(whole) isBoolean:false]; }
++ (NSNumber*)numberWithLongLong:(long long)whole { return [self whole:whole]; }
 + (NSNumber*)numberWithDouble:(double)number { return [self number:number isBoolean:false]; }
 - (double)doubleValue { return value; }
 - (NSInteger)integerValue { return NSInteger(value); }
-- (long long)longLongValue { return (long long)value; }
+- (long long)longLongValue { return whole; }
 - (BOOL)boolValue { return value != 0; }
 - (bool)isBoolean { return isBoolean; }
 @end
@@ -142,6 +149,7 @@ extern "C" NSArray* const __NSArray0__ = [[NSArray alloc] init];
 }
 - (void)setObject:(id)value forKeyedSubscript:(id)key { entries.emplace_back(key, value); }
 @end
+extern "C" NSDictionary* const __NSDictionary0__ = [[NSDictionary alloc] init];
 @implementation NSMutableDictionary
 @end
 
@@ -224,7 +232,9 @@ NSErrorDomain const NSCocoaErrorDomain = @"NSCocoaErrorDomain";
 - (void)post:(NSString*)name object:(id)object info:(NSDictionary*)info {
   const auto now = all;
   for (FakeObservation* each : now) {
-    if (![each.name isEqualToString:name]) continue;
+    // Who was removed meanwhile is told nothing.
+    const bool isThere = std::find(all.begin(), all.end(), each) != all.end();
+    if (!isThere || ![each.name isEqualToString:name]) continue;
     NSNotification* notice = [NSNotification named:name object:object info:info];
     if (each.block != nil) each.block(notice);
     else tavrin_perform(RAW(each.observer), each.selector, RAW(notice));
@@ -244,10 +254,26 @@ NSErrorDomain const NSCocoaErrorDomain = @"NSCocoaErrorDomain";
 }
 @end
 
-@implementation NSBundle
+@implementation NSBundle { std::string path; }
 + (NSBundle*)mainBundle { return [[NSBundle alloc] init]; }
-- (NSURL*)bundleURL { return [NSURL fileURLWithPath:make(foundation.bundlePath)]; }
-- (NSString*)bundleIdentifier { return (NSString*)foundation.information["CFBundleIdentifier"]; }
++ (instancetype)bundleWithURL:(NSURL*)url {
+  if (!foundation.bundles.contains(textOf(url.path))) return nil;
+  NSBundle* bundle = [[self alloc] init];
+  bundle->path = textOf(url.path);
+  return bundle;
+}
+- (NSURL*)bundleURL { return [NSURL fileURLWithPath:make(path.empty() ? foundation.bundlePath : path)]; }
+- (NSURL*)executableURL { return foundation.bundles[path].hasProgram ? [NSURL fileURLWithPath:make(path + "/Contents/MacOS/program")] : nil; }
+- (NSString*)bundleIdentifier {
+  if (path.empty()) return (NSString*)foundation.information["CFBundleIdentifier"];
+  const auto& identifier = foundation.bundles[path].identifier;
+  return identifier.empty() ? nil : make(identifier);
+}
+- (id)objectForInfoDictionaryKey:(NSString*)key {
+  const auto& information = path.empty() ? foundation.information : foundation.bundles[path].information;
+  const auto found = information.find(textOf(key));
+  return found != information.end() ? found->second : nil;
+}
 - (NSDictionary*)infoDictionary {
   NSMutableDictionary* made = [NSMutableDictionary dictionary];
   for (const auto& [name, value] : foundation.information) made[make(name)] = value;
@@ -265,8 +291,13 @@ NSErrorDomain const NSCocoaErrorDomain = @"NSCocoaErrorDomain";
 - (NSArray<NSURL*>*)URLsForDirectory:(NSSearchPathDirectory)directory inDomains:(NSSearchPathDomainMask)domains {
   if (directory == NSApplicationSupportDirectory) return @[ [NSURL fileURLWithPath:@"/Users/ada/Library/Application Support"] ];
   if (directory == NSDesktopDirectory) return @[ [NSURL fileURLWithPath:@"/Users/ada/Desktop"] ];
-  return [NSArray arrayWithObjects:nil count:0];
+  std::vector<id> urls;
+  if (directory == NSAllApplicationsDirectory && domains == NSAllDomainsMask)
+    for (const auto& folder : foundation.applicationFolders) urls.push_back([NSURL fileURLWithPath:make(folder)]);
+  return [[FakeArray alloc] initWith:urls];
 }
+- (BOOL)fileExistsAtPath:(NSString*)path { return ::access(path.UTF8String, F_OK) == 0; }
+- (NSString*)displayNameAtPath:(NSString*)path { return make(foundation.displayNames[textOf(path)]); }
 - (BOOL)trashItemAtURL:(NSURL*)url resultingItemURL:(NSURL* __autoreleasing*)result error:(NSError* __autoreleasing*)error {
   note("trash " + textOf(url.path));
   return foundation.canTrash;
@@ -350,6 +381,16 @@ CFDictionaryRef CFDictionaryCreate(CFAllocatorRef, const void** keys, const void
 Boolean CFPreferencesAppSynchronize(CFStringRef domain) {
   note("synchronize " + textOf((__bridge NSString*)domain));
   return foundation.canSynchronize;
+}
+struct CFArrayCallBacks { int unused; };
+const CFArrayCallBacks kCFTypeArrayCallBacks{};
+CFArrayRef CFArrayCreate(CFAllocatorRef, const void** values, CFIndex count, const CFArrayCallBacks*) {
+  std::vector<id> items;
+  for (CFIndex i = 0; i < count; ++i) items.push_back((__bridge id)values[i]);
+  return (CFArrayRef)CFBridgingRetain([[FakeArray alloc] initWith:items]);
+}
+CFStringRef CFStringCreateWithCString(CFAllocatorRef, const char* bytes, CFStringEncoding encoding) {
+  return encoding == kCFStringEncodingUTF8 ? (CFStringRef)CFBridgingRetain(make(bytes)) : nullptr;
 }
 struct CFDictionaryKeyCallBacks { int unused; };
 struct CFDictionaryValueCallBacks { int unused; };

@@ -4,6 +4,8 @@
 #include "Tests/macOS/Fakes/InputFakes.h"
 #include "Tests/macOS/Fakes/KitFakes.h"
 #include "Tests/macOS/Fakes/PasteboardFakes.h"
+#include "Tests/macOS/Fakes/ServiceFakes.h"
+#include "Tests/macOS/Fakes/SystemFakes.h"
 
 #include <gtest/gtest.h>
 
@@ -18,15 +20,17 @@ using Calls = std::vector<std::string>;
 inline Calls called() { return std::exchange(calls, {}); }
 
 /// Begins with fresh fakes. At its end no object may live that did not before.
-class MacTest : public testing::Test {
-protected:
-  MacTest() {
+class MacFakes {
+public:
+  MacFakes() {
     foundation = {};
     foundation.information["CFBundleIdentifier"] = @"dev.quellby.Tavrin.Slot3";
     appKit = {};
     eventKit = {};
     pasteboard = {};
     input = {};
+    services = {};
+    kernel = {};
     frontmost = 0;
     pool_ = objc_autoreleasePoolPush();
     (void)NSOperationQueue.mainQueue;
@@ -38,11 +42,17 @@ protected:
     calls.clear();
     tavrin_snapshot();
   }
-  ~MacTest() override {
+  MacFakes(const MacFakes&) = delete;
+  MacFakes& operator=(const MacFakes&) = delete;
+  ~MacFakes() {
     appKit = {};
     eventKit = {};
     pasteboard = {};
     notifications.asked = nil;
+    services = {};
+    EXPECT_EQ(kernel.streams, 0) << "streams of changes";
+    EXPECT_EQ(kernel.queues, 0) << "queues";
+    kernel = {};
     foundation = {};
     NSApplication.sharedApplication.dockTile.contentView = nil;
     NSUInteger observers = 0;
@@ -55,6 +65,12 @@ protected:
     EXPECT_EQ(tavrin_left(), 0) << "objects were left";
   }
 
+  /// What is made once and stays.
+  void settle(void (*make)()) {
+    make();
+    tavrin_snapshot();
+  }
+
   ManualClock clock_{Date{0}};
   ManualRunLoop runLoop_{clock_};
 
@@ -62,5 +78,7 @@ private:
   void* pool_;
   NSUInteger observers_ = 0;
 };
+
+class MacTest : public MacFakes, public testing::Test {};
 
 } // namespace tavrin::test

@@ -1,0 +1,61 @@
+#pragma once
+
+#include "TavrinPlatform/DistributedNotificationCenter.h"
+
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+/// What every DistributedNotificationCenter does. A rig has `center()` and `settle()`, which lets
+/// what was posted arrive.
+namespace tavrin::test {
+
+template <class Rig> class NotificationCenterContract : public testing::Test {
+protected:
+  TokenPtr observe(const std::string& name, const std::string& who) {
+    return rig.center().observe(name, [this, who](const std::optional<std::string>& object) {
+      heard.push_back(who + " " + object.value_or("nothing"));
+    });
+  }
+  std::vector<std::string> heard;
+  Rig rig;
+};
+TYPED_TEST_SUITE_P(NotificationCenterContract);
+
+TYPED_TEST_P(NotificationCenterContract, ANameReachesItsObserversWithItsObject) {
+  auto one = this->observe("dev.quellby.test.one", "a");
+  auto same = this->observe("dev.quellby.test.one", "b");
+  auto other = this->observe("dev.quellby.test.other", "c");
+  this->rig.center().post("dev.quellby.test.one", "Größe");
+  this->rig.settle();
+  EXPECT_EQ(this->heard, (std::vector<std::string>{"a Größe", "b Größe"}));
+  one.reset();
+  this->rig.center().post("dev.quellby.test.one");
+  this->rig.center().post("dev.quellby.test.none");
+  this->rig.settle();
+  EXPECT_EQ(this->heard.size(), 3U);
+  EXPECT_EQ(this->heard.back(), "b nothing");
+  this->rig.center().post("dev.quellby.test.other", "");
+  this->rig.settle();
+  EXPECT_EQ(this->heard.back(), "c ");
+}
+
+TYPED_TEST_P(NotificationCenterContract, AnObserverMayGoWhileItIsTold) {
+  TokenPtr second;
+  int told = 0;
+  const auto first = this->rig.center().observe("dev.quellby.test.one", [&](const auto&) {
+    ++told;
+    second.reset();
+  });
+  second = this->rig.center().observe("dev.quellby.test.one", [&](const auto&) { told += 10; });
+  this->rig.center().post("dev.quellby.test.one");
+  this->rig.settle();
+  this->rig.center().post("dev.quellby.test.one");
+  this->rig.settle();
+  EXPECT_EQ(told, 2) << "who went is told nothing, even of this one";
+}
+
+REGISTER_TYPED_TEST_SUITE_P(NotificationCenterContract, ANameReachesItsObserversWithItsObject,
+                            AnObserverMayGoWhileItIsTold);
+
+} // namespace tavrin::test

@@ -1,0 +1,131 @@
+#include "Tests/macOS/Objc/MacTest.h"
+
+#include "TavrinPlatform/macOS/Applications/MacApplicationLibrary.h"
+#include "TavrinPlatform/macOS/Desktop/MacCalendarStore.h"
+#include "TavrinPlatform/macOS/Desktop/MacNotifications.h"
+#include "TavrinPlatform/macOS/Desktop/MacWorkspace.h"
+#include "TavrinPlatform/macOS/Files/MacFolderWatch.h"
+#include "TavrinPlatform/macOS/Input/MacColourSampler.h"
+#include "TavrinPlatform/macOS/Slot/MacFileManager.h"
+#include "TavrinPlatform/macOS/Slot/MacUserDefaults.h"
+#include "Tests/Platform/ApplicationLibraryContract.h"
+#include "Tests/Platform/CalendarStoreContract.h"
+#include "Tests/Platform/ColourSamplerContract.h"
+#include "Tests/Platform/FolderWatchContract.h"
+#include "Tests/Platform/NotificationCenterContract.h"
+#include "Tests/Platform/UserDefaultsContract.h"
+#include "Tests/Platform/WorkspaceContract.h"
+#include "Tests/Support/FakeFolderWatch.h"
+
+/// The macOS adapters on their fakes, by the same suites as the others.
+namespace tavrin::test {
+namespace {
+
+struct MacFolderRig : MacFakes {
+  FolderWatch& watch() { return watch_; }
+  void changed(const std::filesystem::path& path) { changeFile(path.string()); }
+  bool comesTrue(const std::function<bool()>& condition) {
+    for (int i = 0; i < 4; ++i) {
+      runQueues();
+      runLoop_.runPosts();
+      if (condition())
+        return true;
+      runLoop_.advance(5);
+    }
+    return false;
+  }
+  MacFolderWatch watch_{runLoop_};
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Mac, FolderWatchContract, MacFolderRig);
+
+struct MacDefaultsRig : MacFakes {
+  struct Silence final : LogSink {
+    void write(LogLevel, std::string_view, std::string_view, std::string_view) override {}
+  };
+  UserDefaults& defaults() { return *now_; }
+  UserDefaults& again() { return *(now_ = makeMacUserDefaults(log_)); }
+  Silence log_;
+  std::unique_ptr<UserDefaults> now_ = makeMacUserDefaults(log_);
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Mac, UserDefaultsContract, MacDefaultsRig);
+
+struct MacSamplerRig : MacFakes {
+  MacSamplerRig() { settle([] { (void)NSColorSpace.sRGBColorSpace; }); }
+  ColourSampler& sampler() { return *sampler_; }
+  /// The fake colour is always the same orange.
+  void take(const ColourSample&) { appKit.sampled([[NSColor alloc] init]); }
+  void cancel() { appKit.sampled(nil); }
+  std::unique_ptr<ColourSampler> sampler_ = makeMacColourSampler();
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Mac, ColourSamplerContract, MacSamplerRig);
+
+struct MacCalendarRig : MacFakes {
+  CalendarStore& store() { return *store_; }
+  void grant() {
+    eventKit.events = eventKit.reminders = EKAuthorizationStatusFullAccess;
+    if (eventKit.asked != nil)
+      eventKit.asked(YES, nil);
+  }
+  void settle() { runLoop_.runBackground(); }
+  void change() { postNotice(NSNotificationCenter.defaultCenter, EKEventStoreChangedNotification); }
+  std::unique_ptr<CalendarStore> store_ = makeMacCalendarStore(runLoop_);
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Mac, CalendarStoreContract, MacCalendarRig);
+
+struct MacWorkspaceRig : MacFakes {
+  Workspace& workspace() { return *workspace_; }
+  void wake() { postNotice(own, NSWorkspaceDidWakeNotification); }
+  void dayChange() { postNotice(standard, NSCalendarDayChangedNotification); }
+  void clockChange() { postNotice(standard, NSSystemClockDidChangeNotification); }
+  void setLowPower(bool flag) {
+    foundation.isLowPower = flag;
+    postNotice(standard, NSProcessInfoPowerStateDidChangeNotification);
+  }
+  void setDark(bool flag) {
+    appKit.isDark = flag;
+    // The fakes observe no properties; the other notice leads to the same handlers.
+    postNotice(own, NSWorkspaceAccessibilityDisplayOptionsDidChangeNotification);
+  }
+  void setReducedMotion(bool flag) {
+    appKit.reducesMotion = flag;
+    postNotice(own, NSWorkspaceAccessibilityDisplayOptionsDidChangeNotification);
+  }
+  NSNotificationCenter* own = NSWorkspace.sharedWorkspace.notificationCenter;
+  NSNotificationCenter* standard = NSNotificationCenter.defaultCenter;
+  std::unique_ptr<FileManager> files_ = makeMacFileManager({});
+  std::unique_ptr<Workspace> workspace_ = makeMacWorkspace(*files_);
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Mac, WorkspaceContract, MacWorkspaceRig);
+
+struct MacNoticesRig : MacFakes {
+  DistributedNotificationCenter& center() { return *center_; }
+  void settle() {}
+  std::unique_ptr<DistributedNotificationCenter> center_ = makeMacDistributedNotificationCenter();
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Mac, NotificationCenterContract, MacNoticesRig);
+
+struct MacLibraryRig : MacFakes {
+  ApplicationLibrary& library() { return *library_; }
+  ApplicationInfo install() {
+    ApplicationInfo app;
+    app.id = "org.mail";
+    app.name = "Mail";
+    app.path = (folder_ / "Mail.app").string();
+    std::filesystem::create_directory(app.path);
+    foundation.bundles[app.path] = {app.id};
+    foundation.displayNames[app.path] = "Mail.app";
+    foundation.applicationFolders = {folder_.path().string()};
+    appKit.installed.emplace()[app.id] = app.path;
+    appKit.opened = 7;
+    return app;
+  }
+  void settle() { runLoop_.runBackground(); }
+  void refuse() { appKit.opened = 0; }
+  TemporaryFolder folder_;
+  FakeFolderWatch folders_;
+  std::unique_ptr<ApplicationLibrary> library_ = makeMacApplicationLibrary(runLoop_, folders_);
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Mac, ApplicationLibraryContract, MacLibraryRig);
+
+} // namespace
+} // namespace tavrin::test
