@@ -1,6 +1,6 @@
 #include "TavrinCore/Dock/DockTileMapping.h"
-#include "TavrinHost/Dock/FocusSession.h"
 #include "TavrinCore/Settings/HotkeyText.h"
+#include "TavrinHost/Dock/FocusSession.h"
 #include "TavrinPlatform/Files/AtomicFile.h"
 #include "TavrinStorage/Dock/PlistFileBackend.h"
 #include "TavrinStorage/Dock/ProfileStore.h"

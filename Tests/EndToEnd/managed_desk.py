@@ -1,0 +1,221 @@
+"""A desk under one window manager: its strip of three notes, and what a test does there."""
+
+import json
+import re
+import shutil
+import subprocess
+import unittest
+
+from rig import BUILD, Desk, wait_for, widget
+
+# A tiling manager would give a floating test window no place of its own.
+I3_CONFIG = "font pango:monospace 8\nfor_window [title=\"^cover$\"] floating enable\n"
+
+MANAGERS = {
+    "i3": ["i3", "-c", "{config}"],
+    "xfwm4": ["xfwm4"],
+    "openbox": ["openbox"],
+    "metacity": ["metacity"],
+    "kwin_x11": ["kwin_x11"],
+    "mutter": ["mutter", "--x11"],
+    "none": None,
+}
+TILE = 48
+PITCH = TILE * 1.0625
+SCREEN = (1280, 800)
+NAMES = ["First", "Second", "Third"]
+RESULTS = BUILD / "desktops"
+
+
+class ManagedDesk:
+    """Asserts as a unittest.TestCase does, which it is mixed with."""
+    manager = ""
+
+    @classmethod
+    def setUpClass(cls):
+        command = MANAGERS[cls.manager]
+        if command and shutil.which(command[0]) is None:
+            raise unittest.SkipTest(f"{cls.manager} is not installed")
+        cls.cells = {}
+        cls.desk = Desk(window_manager=False)
+        cls.addClassCleanup(cls.desk.close)
+        cls.addClassCleanup(cls.write_row)
+        cls.wm = None
+        cls.start_manager()
+        cls.desk.write_widgets([widget("note", {"text": f"n{slot}"}, slot, name=name)
+                                for slot, name in enumerate(NAMES, start=1)], announce=False)
+        cls.slots = [cls.desk.start_slot(slot) for slot in range(1, len(NAMES) + 1)]
+        for slot in range(1, len(NAMES) + 1):
+            cls.desk.wait_for_name(slot)
+        cls.settle()
+
+    @classmethod
+    def write_row(cls):
+        RESULTS.mkdir(exist_ok=True)
+        (RESULTS / f"{cls.manager}.json").write_text(json.dumps(cls.cells, indent=1))
+
+    @classmethod
+    def start_manager(cls):
+        if MANAGERS[cls.manager] is None:
+            return
+        config = cls.desk.home / "i3.conf"
+        config.write_text(I3_CONFIG)
+        command = [word.format(config=config) for word in MANAGERS[cls.manager]]
+        cls.wm = cls.desk.spawn(command, log="wm.log")
+
+        def lives():
+            check = cls.desk.run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK", check=False)
+            window = re.search(r"0x[0-9a-f]+", check)
+            return window and window[0] in cls.desk.run(
+                "xprop", "-id", window[0], "_NET_SUPPORTING_WM_CHECK", check=False)
+        wait_for(lives, cls.manager)
+
+    @classmethod
+    def kill_manager(cls):
+        cls.wm.kill()
+        cls.wm.wait()
+
+    # What is on the screen
+
+    @classmethod
+    def windows(cls, number):
+        """A slot's visible windows: its tile and its panel, each (id, x, y, width, height)."""
+        tile = panel = None
+        for window in cls.desk.windows(cls.slots[number].pid):
+            kind = cls.desk.run("xprop", "-id", window[0], "_NET_WM_WINDOW_TYPE", "_TAVRIN_ROOM",
+                                check=False)
+            if "_TAVRIN_ROOM(" in kind:
+                continue
+            if "DOCK" in kind:
+                tile = window
+            else:
+                panel = window
+        return tile, panel
+
+    @classmethod
+    def tile(cls, number):
+        return wait_for(lambda: cls.windows(number)[0], "the tile")
+
+    @classmethod
+    def panel(cls, number):
+        return cls.windows(number)[1]
+
+    @classmethod
+    def centre(cls, number):
+        _, x, y, width, height = cls.tile(number)
+        return x + width // 2, y + height // 2
+
+    @classmethod
+    def are_in_place(cls, screen=(0, 0, *SCREEN)):
+        tiles = [cls.windows(number)[0] for number in range(len(NAMES))]
+        if not all(tiles):
+            return False
+        left, top, width, height = screen
+        lefts = [tile[1] for tile in tiles]
+        middle = (lefts[0] + tiles[-1][1] + tiles[-1][3]) / 2
+        return (all(abs(b - a - PITCH) <= 1.5 for a, b in zip(lefts, lefts[1:]))
+                and all(tile[2] + tile[4] == top + height for tile in tiles)
+                and all(tile[4] == TILE and abs(tile[3] - PITCH) <= 1 for tile in tiles)
+                and abs(middle - left - width / 2) <= 3)
+
+    @classmethod
+    def settle(cls):
+        wait_for(cls.are_in_place, "the strip at the bottom edge")
+
+    def colour(self, number):
+        """At the tile's upper middle, which its note's paper fills."""
+        x, y = self.centre(number)
+        shot = subprocess.run(["import", "-silent", "-window", "root", "-crop",
+                               f"1x1+{x}+{y - 12}", "-depth", "8", "rgb:-"], env=self.desk.env,
+                              capture_output=True, check=True).stdout
+        return tuple(shot)
+
+    def sees_tile(self, number=1):
+        red, green, blue = self.colour(number)
+        return red > 180 and green > 140 and blue < 190 and green > blue
+
+    def sees_red(self, number=1):
+        return self.colour(number) == (255, 0, 0)
+
+    # What others have on it
+
+    def open_terminal(self, title="other", geometry="40x10+20+20", colour="white"):
+        terminal = self.desk.spawn(["xterm", "-T", title, "-bg", colour, "-fg", colour, "-geometry",
+                                    geometry])
+
+        def end():
+            terminal.terminate()
+            terminal.wait()
+            wait_for(lambda: not self.desk.run("xdotool", "search", "--onlyvisible", "--name",
+                                               f"^{title}$", check=False).strip(), "its end")
+        self.addCleanup(end)
+        # Not its own waiting: it ends where a window goes while it looks.
+        return wait_for(lambda: self.desk.run("xdotool", "search", "--onlyvisible", "--name",
+                                              f"^{title}$", check=False).split(),
+                        "the terminal")[0]
+
+    def frame(self, window):
+        """Where a client's own window is: left, top, right, bottom. xdotool counts frames twice."""
+        said = self.desk.run("xwininfo", "-id", window)
+        left, top, width, height = (
+            int(re.search(rf"{word}:\s+(-?\d+)", said)[1])
+            for word in ("Absolute upper-left X", "Absolute upper-left Y", "Width", "Height"))
+        return left, top, left + width, top + height
+
+    def focused(self):
+        return self.desk.run("xdotool", "getwindowfocus", check=False).strip()
+
+    def focus(self, window):
+        def has_it():
+            self.desk.run("xdotool", "windowactivate" if self.manager_lives() else "windowfocus",
+                          window, check=False)
+            return self.focused() == window
+        wait_for(has_it, "the terminal's focus", pause=0.1)
+
+    def manager_lives(self):
+        return self.wm is not None and self.wm.poll() is None
+
+    def press(self, number, milliseconds=60):
+        x, y = self.centre(number)
+        self.desk.run("xdotool", "mousemove", str(x), str(y))
+        if milliseconds == 0:
+            self.desk.run("xdotool", "click", "1")
+        else:
+            self.desk.run("xdotool", "mousedown", "1", "sleep", str(milliseconds / 1000),
+                          "mouseup", "1")
+
+    def open(self, number):
+        self.press(number)
+        return wait_for(lambda: self.panel(number), "the panel")
+
+    def wait_closed(self, number):
+        wait_for(lambda: self.panel(number) is None, "the panel to close")
+
+    def close(self, number):
+        if self.panel(number):
+            self.press(number)
+            self.wait_closed(number)
+
+    def text(self, number):
+        document = json.loads((self.desk.data / "widgets.json").read_text())
+        return document["widgets"][number]["kind"]["note"]["_0"]["text"]
+
+    def type(self, number, letter):
+        """The panel has the keyboard once it can be seen to; what is typed must reach its note."""
+        wait_for(lambda: self.owns_focus(number), "the panel's keyboard")
+        self.desk.run("xdotool", "type", letter)
+        wait_for(lambda: letter in self.text(number), "the typed letter in the note")
+
+    def owns_focus(self, number):
+        window = self.focused()
+        pid = self.desk.run("xdotool", "getwindowpid", window, check=False).strip()
+        return pid == str(self.slots[number].pid)
+
+    def works(self, number, letter):
+        """A panel opens, takes the keyboard and closes on Escape."""
+        self.open(number)
+        self.type(number, letter)
+        self.desk.key("Escape")
+        self.wait_closed(number)
+
+    # The columns
