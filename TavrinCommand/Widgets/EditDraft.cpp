@@ -45,22 +45,28 @@ std::filesystem::path newForm(const std::filesystem::path& folder, const UUID& i
 } // namespace
 
 EditDraft EditDraft::make(const std::filesystem::path& folder, const DockWidget& base) {
-  EditDraft draft{newForm(folder, base.id), base};
+  EditDraft draft{newForm(folder, base.id), base, nullptr};
+  draft.lock = std::make_shared<DocumentLock>(draft.form);
   writeFileAtomically(recordOf(draft.form), encode(base).compact(), FileAccess::ownerOnly);
   writeFileAtomically(draft.form, editForm(base), FileAccess::ownerOnly);
   return draft;
 }
 
-std::vector<EditDraft> EditDraft::leftBehind(CommandContext& context) {
+std::vector<EditDraft> EditDraft::leftBehind(CommandContext& context,
+                                             const std::optional<UUID>& id) {
   std::vector<EditDraft> drafts;
   std::error_code ignored;
   for (const auto& entry : std::filesystem::directory_iterator(context.stateFolder(), ignored)) {
     if (entry.path().extension() != ".form")
       continue;
     const auto base = recordBeside(entry.path());
-    if (!base || isOpenInEditor(context, entry.path(), false))
+    if (!base || (id && base->id != *id) || isOpenInEditor(context, entry.path(), false))
       continue;
-    EditDraft draft{entry.path(), *base};
+    auto lock = std::make_shared<DocumentLock>(entry.path());
+    std::error_code isGone;
+    if (lock->isTaken() || !std::filesystem::exists(entry.path(), isGone))
+      continue;
+    EditDraft draft{entry.path(), *base, std::move(lock)};
     if (!draft.isUntouched())
       drafts.push_back(std::move(draft));
     else if (!isOpenInEditor(context, entry.path(), true))

@@ -2,8 +2,11 @@
 
 #include "TavrinCommand/CommandContext.h"
 #include "TavrinCore/Widgets/DockWidget.h"
+#include "TavrinPlatform/Files/DocumentLock.h"
 
 #include <filesystem>
+#include <memory>
+#include <optional>
 #include <vector>
 
 namespace tavrin {
@@ -13,12 +16,16 @@ namespace tavrin {
 struct EditDraft {
   std::filesystem::path form;
   DockWidget base;
+  /// Held while somebody edits the form; the system takes it off a process that was killed.
+  std::shared_ptr<DocumentLock> lock;
 
   /// A new form of the widget: another edit of it, or one that was given up, keeps its own. Throws
   /// FileError.
   static EditDraft make(const std::filesystem::path& folder, const DockWidget& base);
-  /// The forms that edits left behind and no editor shows. One that nothing was typed into goes.
-  static std::vector<EditDraft> leftBehind(CommandContext& context);
+  /// The forms of that widget, or of all, that edits left behind and no editor shows. One that
+  /// nothing was typed into goes.
+  static std::vector<EditDraft> leftBehind(CommandContext& context,
+                                           const std::optional<UUID>& id = {});
 
   /// What is typed by now.
   std::string text() const;

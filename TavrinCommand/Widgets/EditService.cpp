@@ -32,9 +32,7 @@ bool EditService::save(const DockWidget& base, const DockWidget& edited) {
 }
 
 EditDraft EditService::draftOf(const DockWidget& widget) {
-  for (const auto& draft : EditDraft::leftBehind(context_)) {
-    if (draft.base.id != widget.id)
-      continue;
+  for (const auto& draft : EditDraft::leftBehind(context_, widget.id)) {
     const auto question = fmt::format(
         "An edit of \"{}\" was ended before it was saved. Go on with it?", printable(widget.name));
     if (!hasTerminal() || context_.console().confirm(question, true))

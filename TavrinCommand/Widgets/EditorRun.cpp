@@ -42,51 +42,51 @@ exit "$status")sh";
 
 namespace {
 
-  constexpr double markerInterval = 0.2;
-  /// A terminal that has shown nothing in this long shows nothing.
-  constexpr double terminalLimit = 30;
-  constexpr int commandNotFound = 127;
+constexpr double markerInterval = 0.2;
+/// A terminal that has shown nothing in this long shows nothing.
+constexpr double terminalLimit = 30;
+constexpr int commandNotFound = 127;
 
-  /// A number alone on its line, once it was written.
-  std::optional<int> writtenNumber(const std::filesystem::path& file) {
-    const auto text = readFile(file).value_or("");
-    int number = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    return error == std::errc() && end != text.data() + text.size() ? std::optional(number)
-                                                                    : std::nullopt;
+/// A number alone on its line, once it was written.
+std::optional<int> writtenNumber(const std::filesystem::path& file) {
+  const auto text = readFile(file).value_or("");
+  int number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  return error == std::errc() && end != text.data() + text.size() ? std::optional(number)
+                                                                  : std::nullopt;
+}
+
+std::filesystem::path mark(const std::filesystem::path& form, const char* name) {
+  return form.string() + name;
+}
+
+/// What the script around the editor leaves beside the form: a terminal may hand its window to a
+/// server and end at once, so that these alone tell the editor's end.
+class EditorMarks {
+public:
+  explicit EditorMarks(const std::filesystem::path& form)
+      : shell_(mark(form, ".shell")), done_(mark(form, ".done")) {
+    remove();
+    std::error_code ignored;
+    std::filesystem::remove(mark(form, ".window"), ignored);
   }
+  ~EditorMarks() { remove(); }
+  EditorMarks(const EditorMarks&) = delete;
+  EditorMarks& operator=(const EditorMarks&) = delete;
 
-  std::filesystem::path mark(const std::filesystem::path& form, const char* name) {
-    return form.string() + name;
+  bool hasBegun() const { return shell().has_value() || status().has_value(); }
+  std::optional<int> shell() const { return writtenNumber(shell_); }
+  std::optional<int> status() const { return writtenNumber(done_); }
+
+private:
+  void remove() const {
+    std::error_code ignored;
+    std::filesystem::remove(shell_, ignored);
+    std::filesystem::remove(done_, ignored);
   }
-
-  /// What the script around the editor leaves beside the form: a terminal may hand its window to a
-  /// server and end at once, so that these alone tell the editor's end.
-  class EditorMarks {
-  public:
-    explicit EditorMarks(const std::filesystem::path& form)
-        : shell_(mark(form, ".shell")), done_(mark(form, ".done")) {
-      remove();
-      std::error_code ignored;
-      std::filesystem::remove(mark(form, ".window"), ignored);
-    }
-    ~EditorMarks() { remove(); }
-    EditorMarks(const EditorMarks&) = delete;
-    EditorMarks& operator=(const EditorMarks&) = delete;
-
-    bool hasBegun() const { return shell().has_value() || status().has_value(); }
-    std::optional<int> shell() const { return writtenNumber(shell_); }
-    std::optional<int> status() const { return writtenNumber(done_); }
-
-  private:
-    void remove() const {
-      std::error_code ignored;
-      std::filesystem::remove(shell_, ignored);
-      std::filesystem::remove(done_, ignored);
-    }
-    std::filesystem::path shell_;
-    std::filesystem::path done_;
-  };
+  std::filesystem::path shell_;
+  std::filesystem::path done_;
+};
 
 } // namespace
 
