@@ -16,6 +16,10 @@ public:
   TileStage(RunLoop& runLoop, Clock& clock) : tiles_(runLoop), clock_(clock) {}
 
   SampleTiles& tiles() { return tiles_; }
+  /// The tile as it is now: another one than before is to be painted.
+  AnyView view(const DockWidget& widget, const TileSize& size) {
+    return tiles_.tile(widget, size, clock_.now());
+  }
   /// The tile with its top left corner at `place`, in points.
   void paint(QPainter& painter, const DockWidget& widget, const TileSize& size, QPointF place);
 

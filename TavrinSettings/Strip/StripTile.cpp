@@ -52,6 +52,15 @@ void StripTile::setShownSpan(int span) {
     update();
 }
 
+void StripTile::tick() {
+  if (!followsTime(widget_.kind))
+    return;
+  const AnyView now = services_.stage.view(widget_, {side_, shownSpan_});
+  if (now != painted_)
+    update();
+  painted_ = now;
+}
+
 QSize StripTile::sizeHint() const {
   return QSizeF(TileSize{side_, shownSpan_}.width(), side_).toSize();
 }

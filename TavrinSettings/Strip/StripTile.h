@@ -20,6 +20,8 @@ public:
   /// The span it is drawn with, which may be one that is only tried.
   void setShownSpan(int span);
   int shownSpan() const { return shownSpan_; }
+  /// Time has passed: paints where that can be seen.
+  void tick();
 
   /// The right edge was drawn to `right`, in the parent's coordinates; at the end `isOver`.
   std::function<void(double right, bool isOver)> onResize;
@@ -46,6 +48,7 @@ private:
   DockWidget widget_;
   double side_ = 64;
   int shownSpan_ = 1;
+  AnyView painted_;
   bool isChosen_ = false;
   bool isResizing_ = false;
   std::optional<QPoint> pressedAt_;

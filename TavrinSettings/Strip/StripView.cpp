@@ -189,8 +189,7 @@ void StripView::hideEvent(QHideEvent*) {
 
 void StripView::timerEvent(QTimerEvent*) {
   for (auto* tile : tiles_)
-    if (followsTime(tile->record().kind))
-      tile->update();
+    tile->tick();
 }
 
 void StripView::moveBy(const UUID& id, int places) {

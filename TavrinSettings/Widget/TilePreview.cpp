@@ -82,8 +82,12 @@ void TilePreview::hideEvent(QHideEvent*) {
 }
 
 void TilePreview::timerEvent(QTimerEvent*) {
-  if (followsTime(widget_.kind))
+  if (!followsTime(widget_.kind))
+    return;
+  const AnyView now = services_.stage.view(widget_, wideSize());
+  if (now != painted_)
     update();
+  painted_ = now;
 }
 
 } // namespace tavrin

@@ -30,6 +30,7 @@ private:
   PageServices& services_;
   DockWidget widget_;
   bool isUpright_ = false;
+  AnyView painted_;
   int timer_ = 0;
 };
 
