@@ -96,7 +96,9 @@ void DockPage::refresh() {
   if (chosen_ && layout_->show(*chosen_)) {
     stack_->setCurrentWidget(layout_);
     list_->setCurrentRow(static_cast<int>(std::ranges::find(order_, *chosen_) - order_.begin()));
-  } else if (!isBackups) {
+  } else if (isBackups) {
+    list_->setCurrentRow(static_cast<int>(order_.size()));
+  } else {
     stack_->setCurrentWidget(empty_);
   }
 }

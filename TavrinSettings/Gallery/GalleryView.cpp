@@ -160,7 +160,8 @@ void GalleryView::refresh() {
   }
   for (const auto& widget : kept) {
     auto* card = new WidgetCard(services_, widget, {widget.id, {}, widget.span},
-                                QString::fromStdString(widget.name), text(widget.kind.title()),
+                                QString::fromStdString(widget.name),
+                                QStringLiteral("Click to set it up, or drag it onto the strip."),
                                 kept_);
     card->setAccessibleDescription(
         QStringLiteral("%1, kept off the strip").arg(text(widget.kind.title())));
