@@ -1,4 +1,5 @@
-"""A desk under one window manager: its strip of three notes, and what a test does there."""
+"""A desk under one window manager, for the tests that go through all of them: what is on its screen,
+and what its user does there."""
 
 import json
 import re
@@ -6,7 +7,7 @@ import shutil
 import subprocess
 import unittest
 
-from rig import BUILD, Desk, wait_for, widget
+from rig import Desk, wait_for, widget
 
 # A tiling manager would give a floating test window no place of its own.
 I3_CONFIG = "font pango:monospace 8\nfor_window [title=\"^cover$\"] floating enable\n"
@@ -24,11 +25,10 @@ TILE = 48
 PITCH = TILE * 1.0625
 SCREEN = (1280, 800)
 NAMES = ["First", "Second", "Third"]
-RESULTS = BUILD / "desktops"
 
 
 class ManagedDesk:
-    """Asserts as a unittest.TestCase does, which it is mixed with."""
+    """Made once for all tests of a class, each of which leaves it as it found it."""
     manager = ""
 
     @classmethod
@@ -36,10 +36,8 @@ class ManagedDesk:
         command = MANAGERS[cls.manager]
         if command and shutil.which(command[0]) is None:
             raise unittest.SkipTest(f"{cls.manager} is not installed")
-        cls.cells = {}
         cls.desk = Desk(window_manager=False)
         cls.addClassCleanup(cls.desk.close)
-        cls.addClassCleanup(cls.write_row)
         cls.wm = None
         cls.start_manager()
         cls.desk.write_widgets([widget("note", {"text": f"n{slot}"}, slot, name=name)
@@ -48,11 +46,6 @@ class ManagedDesk:
         for slot in range(1, len(NAMES) + 1):
             cls.desk.wait_for_name(slot)
         cls.settle()
-
-    @classmethod
-    def write_row(cls):
-        RESULTS.mkdir(exist_ok=True)
-        (RESULTS / f"{cls.manager}.json").write_text(json.dumps(cls.cells, indent=1))
 
     @classmethod
     def start_manager(cls):
@@ -196,6 +189,13 @@ class ManagedDesk:
             self.press(number)
             self.wait_closed(number)
 
+    def close_settled(self, number):
+        """Whoever has the keys when a manager has gone or come: with them the panel stays open,
+        without it closes, and a press before that is settled may be either's."""
+        wait_for(lambda: self.panel(number) is None or self.owns_focus(number),
+                 "the panel's keyboard, or its end")
+        self.close(number)
+
     def text(self, number):
         document = json.loads((self.desk.data / "widgets.json").read_text())
         return document["widgets"][number]["kind"]["note"]["_0"]["text"]
@@ -217,5 +217,3 @@ class ManagedDesk:
         self.type(number, letter)
         self.desk.key("Escape")
         self.wait_closed(number)
-
-    # The columns

@@ -215,6 +215,14 @@ bool isUnmanaged(xcb_window_t window) {
   return reply && reply->override_redirect != 0;
 }
 
+xcb_window_t parent(xcb_window_t window) {
+  auto* x = connection();
+  if (x == nullptr || window == XCB_NONE)
+    return XCB_NONE;
+  const auto reply = own(xcb_query_tree_reply(x, xcb_query_tree(x, window), nullptr));
+  return reply ? reply->parent : xcb_window_t{XCB_NONE};
+}
+
 std::vector<xcb_window_t> topLevelWindows() {
   auto* x = connection();
   if (x == nullptr)

@@ -51,6 +51,8 @@ QRect frame(xcb_window_t window);
 bool isViewable(xcb_window_t window);
 /// Whether the window has asked that no window manager cares for it.
 bool isUnmanaged(xcb_window_t window);
+/// The root window, or the frame that a manager has put round the window.
+xcb_window_t parent(xcb_window_t window);
 /// The children of the root window, the lowest first.
 std::vector<xcb_window_t> topLevelWindows();
 /// Above all windows beside it, or below.

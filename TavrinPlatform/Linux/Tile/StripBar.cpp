@@ -129,13 +129,17 @@ bool StripBar::nativeEventFilter(const QByteArray&, void* message, qintptr*) {
   const auto* about = reinterpret_cast<const xcb_map_notify_event_t*>(event);
   const bool isMove = type == XCB_CONFIGURE_NOTIFY || type == XCB_MAP_NOTIFY ||
                       type == XCB_UNMAP_NOTIFY || type == XCB_REPARENT_NOTIFY;
-  if (isMove && owner_ != XCB_NONE && about->window == owner_)
+  if (isMove && owner_ != XCB_NONE && (about->window == owner_ || about->window == frame_))
     soon_.start(barSettling, this);
   return false;
 }
 
 void StripBar::timerEvent(QTimerEvent*) {
   soon_.stop();
+  const xcb_window_t frame = x11::parent(owner_);
+  if (frame != frame_ && frame != x11::root())
+    x11::selectEvents(frame, XCB_EVENT_MASK_STRUCTURE_NOTIFY);
+  frame_ = frame == x11::root() ? xcb_window_t{XCB_NONE} : frame;
   onMove_();
 }
 

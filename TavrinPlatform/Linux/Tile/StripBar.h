@@ -36,6 +36,8 @@ private:
   QRect wanted_;
   xcb_window_t own_ = XCB_NONE;
   xcb_window_t owner_ = XCB_NONE;
+  /// The manager's, round the bar: where it goes in the stack, the bar goes.
+  xcb_window_t frame_ = XCB_NONE;
   bool isWatching_ = false;
   QBasicTimer soon_;
 };
