@@ -67,8 +67,8 @@ void tilesAfterAKeystroke(benchmark::State& state) {
     note.kind.get<NoteSettings>()->text = std::string(static_cast<std::size_t>(++letter % 40), 'a');
     QPainter target(&image);
     for (const auto& size : {TileSize{64, 1}, TileSize{112, 1}, TileSize{72, 2}})
-      painter.paint(target, tiles.tile(note, size, now),
-                    QRectF(0, 0, size.width(), size.height()), 1);
+      painter.paint(target, tiles.tile(note, size, now), QRectF(0, 0, size.width(), size.height()),
+                    1);
   }
 }
 BENCHMARK(tilesAfterAKeystroke)->Unit(benchmark::kMillisecond);

@@ -23,9 +23,9 @@ void openWindow(CommandContext& context, const std::optional<UUID>& widget) {
   const auto program = platform.program().parent_path() / windowProgram;
   std::error_code error;
   if (!std::filesystem::exists(program, error))
-    throw HostError(ExitCode::failed,
-                    fmt::format("Failed to open the settings because there is no \"{}\"",
-                                program.string()));
+    throw HostError(
+        ExitCode::failed,
+        fmt::format("Failed to open the settings because there is no \"{}\"", program.string()));
   RunningApplications::Launch launch{program, {}, {}, context.stateFolder() / "settings.log"};
   if (widget)
     launch.arguments.push_back(fmt::format("--{}={}", edit, widget->text()));

@@ -1,8 +1,8 @@
 #include "TavrinHost/Dock/FocusSession.h"
 
+#include "TavrinCore/Settings/HotkeyText.h"
 #include "TavrinCore/Text/ForeignText.h"
 #include "TavrinHost/Dock/DockLibrary.h"
-#include "TavrinCore/Settings/HotkeyText.h"
 #include "TavrinHost/Widgets/WidgetLibrary.h"
 
 #include <fmt/format.h>

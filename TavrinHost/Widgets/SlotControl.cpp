@@ -1,8 +1,8 @@
 #include "TavrinHost/Widgets/SlotControl.h"
 
 #include "TavrinCore/Base/Errors.h"
-#include "TavrinCore/Widgets/DockSlot.h"
 #include "TavrinCore/Settings/SettingText.h"
+#include "TavrinCore/Widgets/DockSlot.h"
 #include "TavrinStorage/StoragePath.h"
 
 #include <algorithm>

@@ -1,10 +1,10 @@
 #include "TavrinHost/Widgets/WidgetLibrary.h"
 
 #include "TavrinCore/Base/Errors.h"
+#include "TavrinCore/Settings/SettingText.h"
 #include "TavrinCore/Text/ForeignText.h"
 #include "TavrinCore/Widgets/DockSlot.h"
 #include "TavrinHost/Dock/WorkspaceBackups.h"
-#include "TavrinCore/Settings/SettingText.h"
 #include "TavrinStorage/StoragePath.h"
 
 #include <algorithm>

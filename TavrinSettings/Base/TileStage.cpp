@@ -8,8 +8,7 @@ namespace tavrin {
 
 void TileStage::paint(QPainter& painter, const DockWidget& widget, const TileSize& size,
                       QPointF place) {
-  painter_.paint(painter, view(widget, size),
-                 QRectF(place, QSizeF(size.width(), size.height())),
+  painter_.paint(painter, view(widget, size), QRectF(place, QSizeF(size.width(), size.height())),
                  painter.device()->devicePixelRatioF());
 }
 

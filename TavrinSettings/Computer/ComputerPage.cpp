@@ -54,7 +54,8 @@ std::string reportSummary(const DesktopReport& report) {
     return "Everything that widgets use is here.";
   std::vector<std::string> parts;
   if (missing > 0)
-    parts.push_back(fmt::format("{} {} missing", missing, missing == 1 ? "thing is" : "things are"));
+    parts.push_back(
+        fmt::format("{} {} missing", missing, missing == 1 ? "thing is" : "things are"));
   if (limited > 0)
     parts.push_back(fmt::format("{} {} limited", limited, limited == 1 ? "is" : "are"));
   return enumeration(parts) + ".";
@@ -80,10 +81,10 @@ ComputerPage::ComputerPage(PageServices& services, std::function<DesktopReport()
   auto* row = new QHBoxLayout;
   summary_ = new PanelText({}, PanelTextStyle::heading, this);
   summary_->setSingleLine(true);
-  remedy_ = new PanelButton(PanelButton::Kind::prominent, QStringLiteral("What to Do"),
-                            [this] { showRemedies(); }, this);
-  again_ = PanelButton::icon(QStringLiteral("arrow.clockwise"), QStringLiteral("Look Again"),
-                             [this] { reload(); }, this);
+  remedy_ = new PanelButton(
+      PanelButton::Kind::prominent, QStringLiteral("What to Do"), [this] { showRemedies(); }, this);
+  again_ = PanelButton::icon(
+      QStringLiteral("arrow.clockwise"), QStringLiteral("Look Again"), [this] { reload(); }, this);
   row->addWidget(summary_, 1);
   row->addWidget(again_);
   row->addWidget(remedy_);

@@ -1,8 +1,8 @@
 #include "TavrinSettings/Dock/BackupPane.h"
 
 #include "TavrinCore/Base/Calendar.h"
-#include "TavrinCore/Widgets/DockSlot.h"
 #include "TavrinCore/Settings/SettingText.h"
+#include "TavrinCore/Widgets/DockSlot.h"
 #include "TavrinStorage/Dock/PlistFileBackend.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
@@ -148,8 +148,7 @@ void BackupPane::refresh() {
       auto words = fmt::format("Made {}", reasonWords(backup.reason));
       if (i < mostCompared) {
         try {
-          words += "; " + workspaceDifference(store.contents(backup),
-                                              services_.page.editor.file(),
+          words += "; " + workspaceDifference(store.contents(backup), services_.page.editor.file(),
                                               services_.profiles.file());
         } catch (const std::exception&) {
           words += "; it cannot be read";
@@ -174,8 +173,9 @@ void BackupPane::refresh() {
       if (i < mostCompared) {
         try {
           const auto then = dockPlistReader(dock_[i]).read(now.capturedAt);
-          row.subtitle = QStringLiteral("Restoring it %1").arg(QString::fromStdString(
-              differenceWords(DockChangeDetector::diff(now, then))));
+          row.subtitle = QStringLiteral("Restoring it %1")
+                             .arg(QString::fromStdString(
+                                 differenceWords(DockChangeDetector::diff(now, then))));
         } catch (const std::exception&) {
           row.subtitle = QStringLiteral("It cannot be read");
         }
@@ -216,9 +216,8 @@ void BackupPane::restoreWorkspace(int row) {
 void BackupPane::restoreDock(int row) {
   if (row < 0 || row >= static_cast<int>(dock_.size()))
     return;
-  services_.page.attempt([&] {
-    services_.job.restore(dock_[static_cast<std::size_t>(row)].filename().string());
-  });
+  services_.page.attempt(
+      [&] { services_.job.restore(dock_[static_cast<std::size_t>(row)].filename().string()); });
 }
 
 } // namespace tavrin

@@ -23,7 +23,8 @@ constexpr int iconSide = 40;
 
 class DockItemTile : public QAbstractButton {
 public:
-  DockItemTile(DockItemRow& row, DockItem item) : QAbstractButton(&row), row_(row), item_(std::move(item)) {
+  DockItemTile(DockItemRow& row, DockItem item)
+      : QAbstractButton(&row), row_(row), item_(std::move(item)) {
     setFocusPolicy(Qt::StrongFocus);
     setAccessibleName(QString::fromStdString(item_.displayName()));
   }
@@ -48,7 +49,8 @@ protected:
     } else {
       QImage picture = row_.icon ? row_.icon(item_, iconSide, devicePixelRatioF()) : QImage();
       if (picture.isNull())
-        picture = appMonogramImage(name, iconSide, static_cast<int>(std::ceil(devicePixelRatioF())));
+        picture =
+            appMonogramImage(name, iconSide, static_cast<int>(std::ceil(devicePixelRatioF())));
       painter.setRenderHint(QPainter::SmoothPixmapTransform);
       painter.drawImage(icon, picture);
     }
@@ -155,8 +157,7 @@ void DockItemRow::paintEvent(QPaintEvent*) {
 }
 
 DockItemRow::Place DockItemRow::placeOf(const DockItemTile* tile) const {
-  const auto index =
-      static_cast<std::size_t>(std::ranges::find(tiles_, tile) - tiles_.begin());
+  const auto index = static_cast<std::size_t>(std::ranges::find(tiles_, tile) - tiles_.begin());
   return index < leftCount_ ? Place{false, index} : Place{true, index - leftCount_};
 }
 

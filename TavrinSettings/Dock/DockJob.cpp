@@ -71,9 +71,7 @@ void DockJob::apply(const Profile& profile) {
 
 void DockJob::restore(const std::string& layout) {
   const Date now = context_.platform().clock().now();
-  const Work work = [layout, now](DockLibrary& library) {
-    return putLayout(library, layout, now);
-  };
+  const Work work = [layout, now](DockLibrary& library) { return putLayout(library, layout, now); };
   const auto active = DockLibrary(context_).profiles().file().activeProfileId;
   run("The Dock restarts…", "The Dock is as it was then.", work,
       [this, active, work](const Outcome& outcome) {
@@ -114,8 +112,7 @@ void DockJob::run(const std::string& begun, const std::string& ended, Work work,
         if (!outcome->trouble.empty())
           onProgress(outcome->trouble + ".", true);
         else
-          onProgress(outcome->isWritten ? ended
-                                        : "Nothing was written: the Dock shows it already.",
+          onProgress(outcome->isWritten ? ended : "Nothing was written: the Dock shows it already.",
                      false);
       });
 }

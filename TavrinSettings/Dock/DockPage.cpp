@@ -19,8 +19,8 @@ constexpr const char* backupsRow = "backups";
 
 } // namespace
 
-DockPage::DockPage(PageServices& services, HostContext& context, History& history,
-                   RunLoop& runLoop, ApplicationLibrary& applications, QWidget* parent)
+DockPage::DockPage(PageServices& services, HostContext& context, History& history, RunLoop& runLoop,
+                   ApplicationLibrary& applications, QWidget* parent)
     : QWidget(parent), services_(services), profiles_(context, history),
       job_(context, history, runLoop), dock_{services, profiles_, job_, {}},
       applications_(applications), icons_(applications) {
@@ -35,14 +35,15 @@ DockPage::DockPage(PageServices& services, HostContext& context, History& histor
   list_ = new PanelList(QStringLiteral("Layouts"), this);
   list_->setFixedWidth(listWidth);
   list_->onOpen = [this](int index) { choose(index); };
-  auto* make = new PanelButton(PanelButton::Kind::quiet, QStringLiteral("New from the Dock"),
-                               [this] {
-                                 services_.attempt([&] {
-                                   chosen_ = profiles_.createFromDock();
-                                   refresh();
-                                 });
-                               },
-                               this);
+  auto* make = new PanelButton(
+      PanelButton::Kind::quiet, QStringLiteral("New from the Dock"),
+      [this] {
+        services_.attempt([&] {
+          chosen_ = profiles_.createFromDock();
+          refresh();
+        });
+      },
+      this);
   make->setSymbol(QStringLiteral("plus"));
   left->addWidget(list_, 1);
   left->addWidget(make);

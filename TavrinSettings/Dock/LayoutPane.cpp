@@ -1,7 +1,7 @@
 #include "TavrinSettings/Dock/LayoutPane.h"
 
-#include "TavrinCore/Text/Text.h"
 #include "TavrinCore/Settings/HotkeyText.h"
+#include "TavrinCore/Text/Text.h"
 #include "TavrinSettings/Dock/DockItemRow.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
@@ -94,13 +94,12 @@ LayoutPane::LayoutPane(DockServicesOfPage& services, QWidget* parent)
   auto* row = new QHBoxLayout(swatches);
   row->setContentsMargins(0, 0, 0, 0);
   for (const auto& colour : colours) {
-    auto* swatch = new PanelSwatch(colour.colour, QString::fromUtf8(colour.name),
-                                   [this, value = colour.value] {
-                                     edit("Colour", "", [&](Profile& profile) {
-                                       profile.color = value;
-                                     });
-                                   },
-                                   swatches);
+    auto* swatch = new PanelSwatch(
+        colour.colour, QString::fromUtf8(colour.name),
+        [this, value = colour.value] {
+          edit("Colour", "", [&](Profile& profile) { profile.color = value; });
+        },
+        swatches);
     swatch->setSide(24);
     colours_.push_back(swatch);
     row->addWidget(swatch);
@@ -159,10 +158,10 @@ void LayoutPane::makeRows() {
   row->addWidget(shortcut_);
   row->addWidget(noShortcut_);
   column->addWidget(new PanelField(QStringLiteral("Shortcut"), keys, this));
-  focus_ = new PanelSegments(QStringLiteral("Focus"),
-                             {QStringLiteral("Never"), QStringLiteral("When it begins"),
-                              QStringLiteral("When it ends")},
-                             this);
+  focus_ = new PanelSegments(
+      QStringLiteral("Focus"),
+      {QStringLiteral("Never"), QStringLiteral("When it begins"), QStringLiteral("When it ends")},
+      this);
   focus_->onChange = [this](int index) {
     edit("Focus of", "", [&](Profile& profile) {
       const std::string state = focusStates[static_cast<std::size_t>(index)];
@@ -185,42 +184,39 @@ void LayoutPane::makeActions(QVBoxLayout* column) {
   difference_ = new PanelText({}, PanelTextStyle::secondary, this);
   column->addWidget(difference_);
   auto* row = new QHBoxLayout;
-  apply_ = new PanelButton(PanelButton::Kind::prominent, QStringLiteral("Apply"),
-                           [this] {
-                             services_.page.attempt([&] {
-                               if (const auto profile = services_.profiles.profile(id_))
-                                 services_.job.apply(*profile);
-                             });
-                           },
-                           this);
-  capture_ = new PanelButton(PanelButton::Kind::quiet, QStringLiteral("Take the Dock As It Is"),
-                             [this] {
-                               services_.page.attempt([&] {
-                                 auto dock = services_.profiles.library().snapshot();
-                                 edit("Take the Dock into", "", [&](Profile& profile) {
-                                   profile.items = dock.apps;
-                                   profile.others = dock.others;
-                                 });
-                               });
-                             },
-                             this);
-  auto* duplicate = new PanelButton(PanelButton::Kind::quiet, QStringLiteral("Duplicate"),
-                                    [this] {
-                                      services_.page.attempt(
-                                          [&] { services_.profiles.duplicate(id_); });
-                                    },
-                                    this);
-  auto* remove = new PanelButton(PanelButton::Kind::quiet, QStringLiteral("Delete"),
-                                 [this] {
-                                   const auto name = name_->text();
-                                   if (services_.page.attempt(
-                                           [&] { services_.profiles.remove(id_); }))
-                                     services_.page.tell(
-                                         QStringLiteral("“%1” is deleted. Undo brings it back.")
-                                             .arg(name),
-                                         false);
-                                 },
-                                 this);
+  apply_ = new PanelButton(
+      PanelButton::Kind::prominent, QStringLiteral("Apply"),
+      [this] {
+        services_.page.attempt([&] {
+          if (const auto profile = services_.profiles.profile(id_))
+            services_.job.apply(*profile);
+        });
+      },
+      this);
+  capture_ = new PanelButton(
+      PanelButton::Kind::quiet, QStringLiteral("Take the Dock As It Is"),
+      [this] {
+        services_.page.attempt([&] {
+          auto dock = services_.profiles.library().snapshot();
+          edit("Take the Dock into", "", [&](Profile& profile) {
+            profile.items = dock.apps;
+            profile.others = dock.others;
+          });
+        });
+      },
+      this);
+  auto* duplicate = new PanelButton(
+      PanelButton::Kind::quiet, QStringLiteral("Duplicate"),
+      [this] { services_.page.attempt([&] { services_.profiles.duplicate(id_); }); }, this);
+  auto* remove = new PanelButton(
+      PanelButton::Kind::quiet, QStringLiteral("Delete"),
+      [this] {
+        const auto name = name_->text();
+        if (services_.page.attempt([&] { services_.profiles.remove(id_); }))
+          services_.page.tell(QStringLiteral("“%1” is deleted. Undo brings it back.").arg(name),
+                              false);
+      },
+      this);
   row->addWidget(apply_);
   row->addWidget(capture_);
   row->addStretch(1);

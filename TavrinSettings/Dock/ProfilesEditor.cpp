@@ -1,7 +1,7 @@
 #include "TavrinSettings/Dock/ProfilesEditor.h"
 
-#include "TavrinCore/Text/Text.h"
 #include "TavrinCore/Settings/SettingText.h"
+#include "TavrinCore/Text/Text.h"
 
 #include <algorithm>
 #include <fmt/format.h>
@@ -9,8 +9,8 @@
 namespace tavrin {
 namespace {
 
-/// Takes each field that the change touched to where it led, where it stands as the change found it.
-/// False where one did not.
+/// Takes each field that the change touched to where it led, where it stands as the change found
+/// it. False where one did not.
 bool carry(const Profile& before, const Profile& after, Profile& current) {
   bool isWhole = true;
   const auto one = [&](auto member) {
@@ -98,8 +98,7 @@ void ProfilesEditor::reload() {
     onChange();
 }
 
-void ProfilesEditor::did(const std::string& title, const std::string& field,
-                         ProfileChange change) {
+void ProfilesEditor::did(const std::string& title, const std::string& field, ProfileChange change) {
   history_.add(std::make_unique<Step>(*this, title, field, std::move(change)));
   if (onChange)
     onChange();

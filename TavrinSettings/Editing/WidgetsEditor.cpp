@@ -147,9 +147,8 @@ void WidgetsEditor::remove(const UUID& id) {
 }
 
 void WidgetsEditor::setSpan(const UUID& id, int span) {
-  edit(id, fmt::format("Resize {}", nameOf(id)), {}, [span](DockWidget& widget) {
-    widget.span = std::clamp(span, 1, widget.kind.maxSpan());
-  });
+  edit(id, fmt::format("Resize {}", nameOf(id)), {},
+       [span](DockWidget& widget) { widget.span = std::clamp(span, 1, widget.kind.maxSpan()); });
 }
 
 void WidgetsEditor::edit(const UUID& id, const std::string& title, const std::string& field,

@@ -39,11 +39,9 @@ GalleryView::GalleryView(PageServices& services, QWidget* parent)
       shown.front()->click();
   };
   top->addWidget(search_, 1);
-  starter_ = new PanelButton(PanelButton::Kind::prominent, QStringLiteral("Starter Set"),
-                             [this] {
-                               services_.attempt([&] { services_.editor.addStarterSet(); });
-                             },
-                             this);
+  starter_ = new PanelButton(
+      PanelButton::Kind::prominent, QStringLiteral("Starter Set"),
+      [this] { services_.attempt([&] { services_.editor.addStarterSet(); }); }, this);
   starter_->setToolTip(QStringLiteral("A Pomodoro, a timer, a clock, a countdown, the day's "
                                       "progress and a note"));
   starter_->setAccessibleDescription(starter_->toolTip());
@@ -88,8 +86,8 @@ void GalleryView::makeKinds() {
       countdown->target = now + 14 * 86'400.0 + 5000;
     if (auto* note = sample.kind.get<NoteSettings>())
       note->text = "Milk, bread\nCall Ada";
-    auto* card = new WidgetCard(services_, sample, {{}, std::string(kind.key), 1},
-                                text(kind.title), text(kind.purpose), kinds_);
+    auto* card = new WidgetCard(services_, sample, {{}, std::string(kind.key), 1}, text(kind.title),
+                                text(kind.purpose), kinds_);
     card->setAccessibleName(QStringLiteral("Add %1").arg(text(kind.title)));
     QObject::connect(card, &QAbstractButton::clicked, this, [this, &kind] { add(kind); });
     card->onMove = [this, card](int cards, int rows) {
@@ -159,10 +157,9 @@ void GalleryView::refresh() {
     card->deleteLater();
   }
   for (const auto& widget : kept) {
-    auto* card = new WidgetCard(services_, widget, {widget.id, {}, widget.span},
-                                QString::fromStdString(widget.name),
-                                QStringLiteral("Click to set it up, or drag it onto the strip."),
-                                kept_);
+    auto* card = new WidgetCard(
+        services_, widget, {widget.id, {}, widget.span}, QString::fromStdString(widget.name),
+        QStringLiteral("Click to set it up, or drag it onto the strip."), kept_);
     card->setAccessibleDescription(
         QStringLiteral("%1, kept off the strip").arg(text(widget.kind.title())));
     QObject::connect(card, &QAbstractButton::clicked, this, [this, id = widget.id] {

@@ -80,8 +80,8 @@ AnyView draw(const Stand& c, const CollectionSettings& settings) {
       continue;
     }
     const auto& app = settings.apps[index];
-    apps.push_back({QString::fromStdString(app.displayName.value_or(
-                        std::filesystem::path(app.path).stem().string())),
+    apps.push_back({QString::fromStdString(
+                        app.displayName.value_or(std::filesystem::path(app.path).stem().string())),
                     c.applicationIcon ? c.applicationIcon(app, side)
                                       : samples::applicationIcon(index, 2 * side),
                     false});
@@ -97,8 +97,7 @@ AnyView draw(const Stand& c, const TimerSettings& settings) {
   run.duration = settings.presets.empty() ? TimerRun::defaultDuration : settings.presets.front();
   run.startedAt = c.now;
   run.accumulated = run.duration * 0.3;
-  const auto tint =
-      colourFromHex(settings.tintHex, *colourFromHex(TimerSettings::defaultTintHex));
+  const auto tint = colourFromHex(settings.tintHex, *colourFromHex(TimerSettings::defaultTintHex));
   return either(
       c, [&] { return timerWideTile(run, c.now, tint, c.size, {}); },
       [&] { return timerTileIcon(run, c.now, tint, c.size); });
@@ -115,11 +114,10 @@ AnyView draw(const Stand& c, const PomodoroSettings& settings) {
 }
 
 AnyView draw(const Stand& c, const MusicSettings& settings) {
-  const auto player = samples::player(PlaybackStatus::playing, "Morning Tide",
-                                      "The Lighthouse Quartet", c.now);
+  const auto player =
+      samples::player(PlaybackStatus::playing, "Morning Tide", "The Lighthouse Quartet", c.now);
   return either(
-      c,
-      [&] { return musicWideTile(&player, samples::cover(), settings, c.now, c.size, {}); },
+      c, [&] { return musicWideTile(&player, samples::cover(), settings, c.now, c.size, {}); },
       [&] { return musicTileIcon(&player, samples::cover(), settings, c.now, c.size); });
 }
 
@@ -241,10 +239,8 @@ AnyView draw(const Stand& c, const ClaudeUsageSettings& settings) {
   reading.hasRead = reading.isConnected = true;
   reading.totals.tokens = settings.scope == ClaudeUsageScope::week ? 3'400'000 : 250'000;
   reading.totals.messages = 128;
-  reading.limits = ClaudeUsageLimits{ClaudeUsageWindow{42, c.now + 8000},
-                                     ClaudeUsageWindow{68, c.now + 273'600},
-                                     {},
-                                     c.now};
+  reading.limits = ClaudeUsageLimits{
+      ClaudeUsageWindow{42, c.now + 8000}, ClaudeUsageWindow{68, c.now + 273'600}, {}, c.now};
   return either(
       c, [&] { return claudeUsageWideTile(reading, c.now, c.size); },
       [&] { return claudeUsageTileIcon(reading, c.now, c.size); });
@@ -296,8 +292,7 @@ AnyView draw(const Stand& c, const BookmarkSettings& settings) {
   return either(
       c,
       [&] {
-        return bookmarkWideTile(
-            shown, c.size, [](const std::string&) { return QImage(); }, {});
+        return bookmarkWideTile(shown, c.size, [](const std::string&) { return QImage(); }, {});
       },
       [&] { return bookmarkTileIcon(shown, c.size); });
 }
@@ -344,10 +339,9 @@ AnyView draw(const Stand& c, const ShelfSettings& settings) {
 }
 
 AnyView draw(const Stand& c, const WaterSettings& settings) {
-  const auto reading =
-      WaterReading::of(samples::water(settings.glass * 3, settings.refillMinutes * 0.3, c.now,
-                                      c.calendar),
-                       settings, c.now, c.calendar);
+  const auto reading = WaterReading::of(
+      samples::water(settings.glass * 3, settings.refillMinutes * 0.3, c.now, c.calendar), settings,
+      c.now, c.calendar);
   const auto tank = waterTankOf(reading);
   return either(
       c, [&] { return waterWideTile(reading, tank, c.size, {}); },
@@ -363,8 +357,7 @@ AnyView draw(const Stand& c, const ConverterSettings& settings) {
 AnyView draw(const Stand& c, const FanSettings&) {
   const FanStatus status{true, true, false, 2150, 0.4};
   return either(
-      c,
-      [&] { return fanWideTile(QString::fromStdString(c.widget.name), status, c.size, {}); },
+      c, [&] { return fanWideTile(QString::fromStdString(c.widget.name), status, c.size, {}); },
       [&] { return fanTileIcon(status, c.size); });
 }
 

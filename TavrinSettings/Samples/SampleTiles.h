@@ -26,7 +26,6 @@ public:
   std::function<QImage(const AppEntry& app, int side)> applicationIcon;
 
 private:
-
   Calendar calendar_;
   NumberNotation notation_;
   EmojiGlyphs glyphs_;

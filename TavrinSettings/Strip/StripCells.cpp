@@ -12,7 +12,8 @@ StripCells StripCells::of(const std::vector<int>& spans, int freePlaces, double 
   const int cells = std::accumulate(spans.begin(), spans.end(), 0) + freePlaces;
   StripCells made;
   // A row of n cells is n pitches less a gap, and a pitch is a fixed part of the side.
-  const double widest = DockTileGeometry::pitch(1) * std::max(cells, 1) - (DockTileGeometry::pitch(1) - 1);
+  const double widest =
+      DockTileGeometry::pitch(1) * std::max(cells, 1) - (DockTileGeometry::pitch(1) - 1);
   made.side = std::clamp(std::floor(width / widest), smallestSide, largestSide);
   const double gap = DockTileGeometry::pitch(made.side) - made.side;
   double x = 0;
@@ -46,8 +47,8 @@ std::size_t StripCells::placeAt(QPointF point, std::size_t count) const {
   std::size_t place = 0;
   for (std::size_t i = 0; i < std::min(count, rects.size()); ++i) {
     const auto& rect = rects[i];
-    const bool isBefore = rect.bottom() < point.y() ||
-                          (rect.top() <= point.y() && rect.center().x() < point.x());
+    const bool isBefore =
+        rect.bottom() < point.y() || (rect.top() <= point.y() && rect.center().x() < point.x());
     if (isBefore)
       place = i + 1;
   }

@@ -26,12 +26,10 @@ void StripTile::setRecord(const DockWidget& widget, int place, int count) {
   shownSpan_ = widget.span;
   const auto name = QString::fromStdString(widget.name);
   setAccessibleName(QStringLiteral("%1, place %2 of %3").arg(name).arg(place).arg(count));
-  setAccessibleDescription(
-      QStringLiteral("%1, %2")
-          .arg(QString::fromUtf8(widget.kind.title().data(),
-                                 static_cast<int>(widget.kind.title().size())),
-               widget.span == 1 ? QStringLiteral("1 tile wide")
-                                : QStringLiteral("%1 tiles wide").arg(widget.span)));
+  setAccessibleDescription(QStringLiteral("%1, %2").arg(
+      QString::fromUtf8(widget.kind.title().data(), static_cast<int>(widget.kind.title().size())),
+      widget.span == 1 ? QStringLiteral("1 tile wide")
+                       : QStringLiteral("%1 tiles wide").arg(widget.span)));
   setToolTip({});
   if (isOther)
     update();
@@ -83,8 +81,8 @@ void StripTile::paintEvent(QPaintEvent*) {
     painter.setPen(Qt::NoPen);
     painter.setBrush(QColor(255, 255, 255, 220));
     const double height = body.height() * 0.4;
-    painter.drawRoundedRect(
-        QRectF(body.right() - 1, body.center().y() - height / 2, 4, height), 2, 2);
+    painter.drawRoundedRect(QRectF(body.right() - 1, body.center().y() - height / 2, 4, height), 2,
+                            2);
   }
 }
 

@@ -58,7 +58,9 @@ void StripView::refresh() {
           onChoose(tile->record().id, true);
       });
       tile->onKey = [this, tile](QKeyEvent* event) { return act(*tile, event); };
-      tile->onResize = [this, tile](double right, bool isOver) { resizeTile(*tile, right, isOver); };
+      tile->onResize = [this, tile](double right, bool isOver) {
+        resizeTile(*tile, right, isOver);
+      };
       tile->onFocus = [this, tile] {
         if (onChoose)
           onChoose(tile->record().id, false);
@@ -164,7 +166,8 @@ void StripView::paintEvent(QPaintEvent*) {
     painter.setPen(pen);
     painter.setBrush(QColor(255, 255, 255, 24));
     painter.drawRoundedRect(body, size.bodyRadius(), size.bodyRadius());
-    drawSymbol(painter, "plus", body.marginsRemoved(QMarginsF(plus, plus, plus, plus)), QColor(255, 255, 255, 170));
+    drawSymbol(painter, "plus", body.marginsRemoved(QMarginsF(plus, plus, plus, plus)),
+               QColor(255, 255, 255, 170));
   }
 }
 
@@ -209,16 +212,14 @@ void StripView::takeOff(const UUID& id) {
   const bool hadFocus = index >= 0 && tiles_[static_cast<std::size_t>(index)]->hasFocus();
   services_.attempt([&] { services_.editor.takeOff(id); });
   if (hadFocus && !tiles_.empty())
-    tiles_[static_cast<std::size_t>(std::min(index, static_cast<int>(tiles_.size()) - 1))]->setFocus(
-        Qt::OtherFocusReason);
+    tiles_[static_cast<std::size_t>(std::min(index, static_cast<int>(tiles_.size()) - 1))]
+        ->setFocus(Qt::OtherFocusReason);
 }
 
 bool StripView::act(StripTile& tile, QKeyEvent* event) {
   const UUID id = tile.record().id;
   const auto modifiers = event->modifiers() & ~Qt::KeypadModifier;
-  const int towards = event->key() == Qt::Key_Left    ? -1
-                      : event->key() == Qt::Key_Right ? 1
-                                                      : 0;
+  const int towards = event->key() == Qt::Key_Left ? -1 : event->key() == Qt::Key_Right ? 1 : 0;
   if (towards != 0 && modifiers == Qt::ControlModifier) {
     moveBy(id, towards);
   } else if (towards != 0 && modifiers == Qt::ShiftModifier) {
@@ -250,7 +251,8 @@ void StripView::resizeTile(StripTile& tile, double right, bool isOver) {
 }
 
 bool StripView::takesDropAt(QPoint globalPlace) const {
-  return isVisible() && rect().adjusted(-reach, -reach, reach, reach).contains(mapFromGlobal(globalPlace));
+  return isVisible() &&
+         rect().adjusted(-reach, -reach, reach, reach).contains(mapFromGlobal(globalPlace));
 }
 
 std::size_t StripView::placeAt(QPoint globalPlace) const {
@@ -270,7 +272,7 @@ void StripView::dragMoved(QPoint globalPlace) {
   const bool isOver = takesDropAt(globalPlace);
   const auto before = gap_;
   gap_ = isOver && !isFull ? std::optional(placeAt(globalPlace)) : std::nullopt;
-  services_.drag.setHint(isOver && isFull ? QStringLiteral("All twelve places are taken")
+  services_.drag.setHint(isOver && isFull       ? QStringLiteral("All twelve places are taken")
                          : !isOver && isOnStrip ? QStringLiteral("Let go to take it off")
                                                 : QString());
   if (before != gap_)

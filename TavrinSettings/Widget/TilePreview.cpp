@@ -22,8 +22,9 @@ TilePreview::TilePreview(PageServices& services, QWidget* parent)
 /// As wide as it is on the strip; one that is a square there is shown at the width it could have.
 TileSize TilePreview::wideSize() const {
   const int most = widget_.kind.maxSpan();
-  const int span = widget_.span > 1 ? widget_.span
-                                    : std::clamp(widget_.kind.defaultSpan(), std::min(2, most), most);
+  const int span = widget_.span > 1
+                       ? widget_.span
+                       : std::clamp(widget_.kind.defaultSpan(), std::min(2, most), most);
   return {wideSide, span};
 }
 

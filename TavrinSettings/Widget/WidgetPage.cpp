@@ -45,19 +45,21 @@ WidgetPage::WidgetPage(PageServices& services, QWidget* parent)
 void WidgetPage::makeHeader(QBoxLayout* column) {
   auto* row = new QHBoxLayout;
   row->setSpacing(panel::grid);
-  back_ = PanelButton::icon(QStringLiteral("chevron.left"), QStringLiteral("All Widgets"),
-                            [this] {
-                              if (onBack)
-                                onBack();
-                            },
-                            this);
+  back_ = PanelButton::icon(
+      QStringLiteral("chevron.left"), QStringLiteral("All Widgets"),
+      [this] {
+        if (onBack)
+          onBack();
+      },
+      this);
   title_ = new PanelText({}, PanelTextStyle::heading, this);
   title_->setSingleLine(true);
   kind_ = new PanelText({}, PanelTextStyle::secondary, this);
   kind_->setSingleLine(true);
-  place_ = new PanelButton(PanelButton::Kind::quiet, {}, [this] { place(); }, this);
-  delete_ = new PanelButton(PanelButton::Kind::quiet, QStringLiteral("Delete"),
-                            [this] { remove(); }, this);
+  place_ = new PanelButton(
+      PanelButton::Kind::quiet, {}, [this] { place(); }, this);
+  delete_ = new PanelButton(
+      PanelButton::Kind::quiet, QStringLiteral("Delete"), [this] { remove(); }, this);
   delete_->setSymbol(QStringLiteral("trash"));
   row->addWidget(back_);
   row->addWidget(title_);

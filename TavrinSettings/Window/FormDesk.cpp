@@ -66,9 +66,8 @@ void FormDesk::setUpPickers() {
     if (!cities_)
       cities_ = std::make_unique<WeatherFetch>(platform_.http(), platform_.clock(),
                                                platform_.fileManager());
-    return cities_->search(name, [answer](std::vector<WeatherPlace> places) {
-      answer(std::move(places), {});
-    });
+    return cities_->search(
+        name, [answer](std::vector<WeatherPlace> places) { answer(std::move(places), {}); });
   };
   services_.accounts = [this](CalendarStore::Entity entity, auto answer) {
     auto chain = std::make_unique<AccessThenAccounts>();

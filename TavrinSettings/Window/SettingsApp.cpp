@@ -35,15 +35,14 @@ SettingsApp::SettingsApp(Platform& platform, CommandPlatform& host)
     : platform_(platform), context_(std::make_unique<Context>(host)),
       stage_(platform.runLoop(), platform.clock()), forms_(platform) {
   // Which desktop entry the window belongs to.
-  QGuiApplication::setDesktopFileName(
-      QString::fromUtf8(DockSlot::hostIdentifier.data(),
-                        static_cast<qsizetype>(DockSlot::hostIdentifier.size())));
+  QGuiApplication::setDesktopFileName(QString::fromUtf8(
+      DockSlot::hostIdentifier.data(), static_cast<qsizetype>(DockSlot::hostIdentifier.size())));
   window_ = std::make_unique<SettingsWindow>(history_, appearance());
   context_->window = window_.get();
   window_->onClose = [this] { platform_.application().terminate(); };
   open();
-  appearanceChanged_ = platform_.workspace().observeAppearance(
-      [this] { window_->setAppearance(appearance()); });
+  appearanceChanged_ =
+      platform_.workspace().observeAppearance([this] { window_->setAppearance(appearance()); });
   // So that no editor in a terminal opens beside it; one that waits already goes on answering.
   answersEdits_ = host.applications().claimIdentifier(editorIdentifier(*context_));
   widgetsChanged_ = platform_.notifications().observe(
@@ -77,23 +76,22 @@ void SettingsApp::open() {
   }
   editor_->onChange = [this] { window_->refresh(); };
   editor_->onNewSlots = [this](const std::set<int>& slots) { startSlots(slots); };
-  window_->setUp(*editor_, stage_, forms_.services(),
-                 {.dockPage =
-                      [this](PageServices& services, QWidget* parent) {
-                        auto* page = new DockPage(services, *context_, history_,
-                                                  platform_.runLoop(), platform_.applications(),
-                                                  parent);
-                        page->reload();
-                        return page;
-                      },
-                  .computerPage =
-                      [this](PageServices& services, QWidget* parent) {
-                        auto* page = new ComputerPage(
-                            services, [this] { return context_->platform().desktopReport(); },
-                            parent);
-                        page->reload();
-                        return page;
-                      }});
+  window_->setUp(
+      *editor_, stage_, forms_.services(),
+      {.dockPage =
+           [this](PageServices& services, QWidget* parent) {
+             auto* page = new DockPage(services, *context_, history_, platform_.runLoop(),
+                                       platform_.applications(), parent);
+             page->reload();
+             return page;
+           },
+       .computerPage =
+           [this](PageServices& services, QWidget* parent) {
+             auto* page = new ComputerPage(
+                 services, [this] { return context_->platform().desktopReport(); }, parent);
+             page->reload();
+             return page;
+           }});
 }
 
 void SettingsApp::reload() {

@@ -48,10 +48,10 @@ QWidget* SettingsWindow::makeTop() {
   auto* top = new QWidget(this);
   auto* row = new QHBoxLayout(top);
   row->setContentsMargins(0, 0, 0, 0);
-  undo_ = PanelButton::icon(QStringLiteral("arrow.uturn.backward"), QStringLiteral("Undo"),
-                            [this] { step(true); }, top);
-  redo_ = PanelButton::icon(QStringLiteral("arrow.uturn.forward"), QStringLiteral("Redo"),
-                            [this] { step(false); }, top);
+  undo_ = PanelButton::icon(
+      QStringLiteral("arrow.uturn.backward"), QStringLiteral("Undo"), [this] { step(true); }, top);
+  redo_ = PanelButton::icon(
+      QStringLiteral("arrow.uturn.forward"), QStringLiteral("Redo"), [this] { step(false); }, top);
   pages_ = new PanelSegments(QStringLiteral("Page"), {QStringLiteral("Widgets")}, top);
   pages_->onChange = [this](int page) { showPage(page); };
   pages_->setCurrent(0);
@@ -89,15 +89,14 @@ QWidget* SettingsWindow::makeFoot() {
 void SettingsWindow::setUp(WidgetsEditor& editor, TileStage& stage, const FormServices& forms,
                            Makers makers) {
   makers_ = std::move(makers);
-  services_.emplace(PageServices{editor, history_, stage, drag_, forms, appearance_,
-                                 [this](const QString& sentence, bool isTrouble) {
-                                   tell(sentence, isTrouble);
-                                 }});
+  services_.emplace(
+      PageServices{editor, history_, stage, drag_, forms, appearance_,
+                   [this](const QString& sentence, bool isTrouble) { tell(sentence, isTrouble); }});
   delete std::exchange(trouble_, nullptr);
   widgets_ = new WidgetsPage(*services_, stack_);
   stack_->addWidget(widgets_);
-  pages_->setTitles({QStringLiteral("Widgets"), QStringLiteral("Dock Layouts"),
-                    QStringLiteral("This Computer")});
+  pages_->setTitles(
+      {QStringLiteral("Widgets"), QStringLiteral("Dock Layouts"), QStringLiteral("This Computer")});
   pages_->setCurrent(0);
   refresh();
 }
@@ -180,7 +179,8 @@ void SettingsWindow::step(bool isBack) {
 
 void SettingsWindow::refreshHistory() {
   const auto show = [](PanelButton* button, const QString& word, const std::string& title) {
-    const auto name = title.empty() ? word : word + QLatin1Char(' ') + QString::fromStdString(title);
+    const auto name =
+        title.empty() ? word : word + QLatin1Char(' ') + QString::fromStdString(title);
     button->setAccessibleName(name);
     button->setToolTip(name);
     button->setEnabled(!title.empty());

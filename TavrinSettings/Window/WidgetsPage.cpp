@@ -33,9 +33,8 @@ WidgetsPage::WidgetsPage(PageServices& services, QWidget* parent)
   gallery_->onAdd = [this](const UUID& id) {
     choose(id, false);
     if (const auto* widget = services_.editor.widget(id))
-      services_.tell(QStringLiteral("“%1” is on the strip.")
-                         .arg(QString::fromStdString(widget->name)),
-                     false);
+      services_.tell(
+          QStringLiteral("“%1” is on the strip.").arg(QString::fromStdString(widget->name)), false);
   };
   gallery_->onOpen = [this](const UUID& id) { open(id); };
   widget_ = new WidgetPage(services_, below_);
@@ -57,12 +56,13 @@ QWidget* WidgetsPage::makeTools() {
   hint_->setSingleLine(true);
   row->addWidget(hint_, 1);
   const auto add = [&](const char* symbol, const char* name, auto action) {
-    auto* button = PanelButton::icon(QString::fromUtf8(symbol), QString::fromUtf8(name),
-                                     [this, action] {
-                                       if (chosen_)
-                                         action(*chosen_);
-                                     },
-                                     tools);
+    auto* button = PanelButton::icon(
+        QString::fromUtf8(symbol), QString::fromUtf8(name),
+        [this, action] {
+          if (chosen_)
+            action(*chosen_);
+        },
+        tools);
     row->addWidget(button);
     return button;
   };

@@ -149,7 +149,8 @@ TEST_F(DockLayoutTest, DifferencesAreWords) {
   };
   using Names = std::initializer_list<const char*>;
   EXPECT_EQ(words(Names{"A", "B"}, Names{"A", "B"}), "changes nothing");
-  EXPECT_EQ(words(Names{"A", "B"}, Names{"B", "A", "C", "D"}), "adds C and D and changes the order");
+  EXPECT_EQ(words(Names{"A", "B"}, Names{"B", "A", "C", "D"}),
+            "adds C and D and changes the order");
   EXPECT_EQ(words(Names{"A"}, Names{}), "removes A");
 
   WidgetsFile now;

@@ -105,8 +105,7 @@ bool LinuxRunningApplications::claimIdentifier(const std::string& bundleIdentifi
 bool LinuxRunningApplications::canStart(const std::string& bundleIdentifier) {
   if (!knowsIdentifiers())
     return false;
-  const auto answer =
-      answerOf(*bus_, bus_->method(busDaemon, "ListActivatableNames"), queryLimit);
+  const auto answer = answerOf(*bus_, bus_->method(busDaemon, "ListActivatableNames"), queryLimit);
   if (!answer || sd_bus_message_enter_container(answer.get(), 'a', "s") <= 0)
     return false;
   const char* name = nullptr;

@@ -211,10 +211,10 @@ struct GitHubStand {
       platform.defaults.values[GitHubSource::pathDefault] = "/bin/sh";
     GitHubSettings settings;
     settings.shows = shows;
-    model = std::make_unique<GitHubModel>(platform.fakeClock, platform.loop, platform.fakeWorkspace,
-                                          GitHubSource(platform.loop, platform.fakeProcesses,
-                                                       platform.files, platform.defaults),
-                                          DockWidget({}, "GitHub", 1, settings, 1));
+    model = std::make_unique<GitHubModel>(
+        platform.fakeClock, platform.loop, platform.fakeWorkspace,
+        GitHubSource(platform.loop, platform.fakeProcesses, platform.files, platform.defaults),
+        DockWidget({}, "GitHub", 1, settings, 1));
     if (!answers)
       return;
     platform.loop.runPosts();

@@ -21,7 +21,8 @@ std::vector<CollectionTileApp> appsOf(std::size_t count, bool areGone = false) {
   std::vector<CollectionTileApp> apps;
   for (std::size_t i = 0; i < count; ++i)
     apps.push_back({QString::fromStdString(names[i % names.size()]),
-                    areGone && i % 2 == 0 ? QImage() : samples::applicationIcon(i, 128), areGone && i % 2 == 0});
+                    areGone && i % 2 == 0 ? QImage() : samples::applicationIcon(i, 128),
+                    areGone && i % 2 == 0});
   return apps;
 }
 

@@ -11,7 +11,8 @@ constexpr auto historyOf = samples::colours;
 ColourHistory sixty() {
   ColourHistory history;
   for (int i = 0; i < 60; ++i) {
-    const QColor hue = QColor::fromHslF(static_cast<float>(i) / 60, 0.7F, 0.3F + 0.4F * static_cast<float>(i % 7) / 7);
+    const QColor hue = QColor::fromHslF(static_cast<float>(i) / 60, 0.7F,
+                                        0.3F + 0.4F * static_cast<float>(i % 7) / 7);
     PickedColour colour;
     colour.id = UUID::random();
     colour.red = hue.red();
@@ -32,7 +33,10 @@ GalleryPanel panelOf(const char* name, const ColourHistory& history, ColourForma
             return new ColourPanelView(
                 look, {.name = [] { return std::string("Colour Picker"); },
                        .history = [shown]() -> const ColourHistory& { return *shown; },
-                       .settings = [format] { return ColourPickerSettings{format, true, 24, {}}; },
+                       .settings =
+                           [format] {
+                             return ColourPickerSettings{format, true, 24, {}};
+                           },
                        .trouble = [trouble] { return trouble; },
                        .pick = [] {},
                        .copy = [](const PickedColour&, ColourFormat) {},
@@ -52,9 +56,9 @@ GallerySheet colourGallery() {
     for (const int span : {1, 2, 3})
       sheet.push_back({name, span, [=](const TileSize& size) {
                          const ColourPickerSettings settings{format, true, 24, {}};
-                         return size.isWide()
-                                    ? colourWideTile(history, settings, size, [] {}, [] {})
-                                    : colourTileIcon(history, settings, size);
+                         return size.isWide() ? colourWideTile(
+                                                    history, settings, size, [] {}, [] {})
+                                              : colourTileIcon(history, settings, size);
                        }});
   };
   show("empty", {}, ColourFormat::hex);
