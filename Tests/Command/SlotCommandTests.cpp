@@ -1,4 +1,3 @@
-#include "TavrinCommand/Widgets/EditForm.h"
 #include "Tests/Command/HostFixture.h"
 
 #include <gmock/gmock.h>

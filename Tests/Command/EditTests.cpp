@@ -5,6 +5,7 @@
 
 namespace tavrin::test {
 namespace {
+
 using testing::ElementsAre;
 using testing::HasSubstr;
 
@@ -149,50 +150,6 @@ TEST_F(EditTest, AnEditorThatEndsWithItsTerminalEndsTheEdit) {
     EXPECT_EQ(std::filesystem::is_empty(folder / "state/tavrin"), !c.hasTyped);
     std::filesystem::remove_all(folder / "state/tavrin");
   }
-}
-
-// As a kill leaves it: the form and its record, and no editor.
-TEST_F(EditTest, AFormLeftBehindIsOfferedAndMergedWithWhatChangedSince) {
-  const auto leave = [&](const char* from, const char* to) {
-    edits({{from, to}});
-    auto editor = platform.editor;
-    platform.editor = [&, editor](const auto& words) {
-      editor(words);
-      std::filesystem::copy(words.back(), folder / "form");
-      std::filesystem::copy(words.back() + ".base", folder / "base");
-      std::ofstream(words.back()) << forms.back();
-      return 0;
-    };
-    EXPECT_EQ(run({"edit", "Focus"}), 0) << errors.str();
-    const auto name = json({"widgets", "show", "Focus"}).member("id")->string();
-    const auto form = folder / "state/tavrin" / (*name + ".form");
-    std::filesystem::rename(folder / "form", form);
-    std::filesystem::rename(folder / "base", form.string() + ".base");
-    forms.clear();
-    return form;
-  };
-  auto form = leave("\"focus\": 1500", "\"focus\": 3000");
-  run({"widgets", "set", "Focus", "ringsAtTheEnd=no"});
-
-  edits({});
-  EXPECT_EQ(run({"edit", "Focus"}, "n\n"), 0) << errors.str();
-  EXPECT_THAT(forms.back(), HasSubstr("\"focus\": 1500")) << "not wanted: a form of its own";
-  EXPECT_TRUE(std::filesystem::exists(form));
-
-  EXPECT_EQ(run({"edit", "Focus"}, "y\n"), 0) << errors.str();
-  EXPECT_THAT(forms.back(), HasSubstr("\"focus\": 3000"));
-  const auto settings = *json({"widgets", "show", "Focus"}).member("settings");
-  EXPECT_EQ(settings.member("focus")->doubleValue(), 3000);
-  EXPECT_EQ(*settings.member("ringsAtTheEnd"), JSONValue(false));
-  EXPECT_TRUE(std::filesystem::is_empty(folder / "state/tavrin"));
-
-  // One that an editor still shows is left to it.
-  form = leave("\"focus\": 3000", "\"focus\": 600");
-  std::ofstream(form.string() + ".shell") << "4711\n";
-  platform.running.programs[4711] = "/bin/sh";
-  edits({});
-  EXPECT_EQ(run({"edit", "Focus"}, "y\n"), 0) << errors.str();
-  EXPECT_THAT(forms.back(), HasSubstr("\"focus\": 3000"));
 }
 
 /// Runs the script around the editor with a real shell and a program that plays the editor.
