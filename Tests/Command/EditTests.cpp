@@ -157,7 +157,7 @@ class EditorScriptTest : public EditTest {
 protected:
   /// What the script did: its words on the terminal, and the form's text afterwards.
   std::string runScript(const std::string& name, const std::string& body,
-                        const std::string& typed) {
+                        const std::string& typing) {
     const auto editor = folder / "bin" / name;
     std::filesystem::create_directories(editor.parent_path());
     std::ofstream(editor) << "#!/bin/sh\n" << body << "\n";
@@ -166,8 +166,8 @@ protected:
     platform.editor = [&](const auto& command) {
       const auto script = folder / "script";
       std::ofstream(script) << command[2];
-      const auto line = "printf '%s' '" + typed + "' | VISUAL= EDITOR='" + editor.string() +
-                        "' sh '" + script.string() + "' '" + command.back() + "' > '" +
+      const auto line = "{ " + typing + "; } | VISUAL= EDITOR='" + editor.string() + "' sh '" +
+                        script.string() + "' '" + command.back() + "' > '" +
                         (folder / "words").string() + "' 2>&1";
       return std::system(line.c_str()) == 0 ? 0 : 1;
     };
@@ -188,23 +188,22 @@ TEST_F(EditorScriptTest, AnEditorThatHandsTheFormOverIsWaitedFor) {
   };
   // Return is pressed once the window has saved.
   const auto editor = (folder / "bin/handing").string();
-  const auto words =
-      runScript("handing", handing("3000"),
-                "' ; while [ ! -e '" + editor + ".saved' ]; do sleep 0.05; done; printf '\\n");
+  const auto words = runScript("handing", handing("3000"),
+                               "while [ ! -e '" + editor + ".saved' ]; do sleep 0.05; done; echo");
   EXPECT_THAT(words, HasSubstr("If it shows the form in another window"));
   EXPECT_EQ(focus(), 3000);
   EXPECT_TRUE(std::filesystem::is_empty(folder / "state/tavrin"));
 }
 
 TEST_F(EditorScriptTest, OneThatIsKnownToHandOverIsToldToWait) {
-  const auto words = runScript("code", "echo \"$1\"; sed -i 's/1500/3000/' \"$2\"", "");
+  const auto words = runScript("code", "echo \"$1\"; sed -i 's/1500/3000/' \"$2\"", ":");
   EXPECT_EQ(words, "--wait\n");
   EXPECT_EQ(focus(), 3000);
 }
 
 // Its terminal goes while the other window may still save: what comes later is not lost.
 TEST_F(EditorScriptTest, TheFormStaysWhileAnotherWindowMayShowIt) {
-  runScript("handing", "true", "");
+  runScript("handing", "true", ":");
   bool isThere = false;
   for (const auto& entry : std::filesystem::directory_iterator(folder / "state/tavrin")) {
     if (entry.path().extension() != ".form")
