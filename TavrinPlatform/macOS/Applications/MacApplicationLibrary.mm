@@ -143,7 +143,7 @@ public:
     const auto life = token->life();
     const std::string what = "start \"" + id + "\"";
     const auto tell = [runLoop, life, answer = std::move(answer)](std::string trouble) {
-      postAnswer<const std::string&>(*runLoop, life, answer, trouble);
+      postAnswer<std::string>(*runLoop, life, answer, std::move(trouble));
     };
     NSURL* url =
         [NSWorkspace.sharedWorkspace URLForApplicationWithBundleIdentifier:toNSString(id)];
