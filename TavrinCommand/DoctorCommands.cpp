@@ -69,12 +69,15 @@ void addDoctorCommands(CLI::App& app, CommandContext& context) {
   starting->require_subcommand(1);
   auto* on = starting->add_subcommand("on", "Start the placed widgets whenever a session begins");
   on->callback([&context] { setAutostart(context, true); });
+  CommandContext::examples(*on, {{"tavrin autostart on", "from the next session on"}});
   auto* off = starting->add_subcommand("off", "Leave it");
   off->callback([&context] { setAutostart(context, false); });
+  CommandContext::examples(*off, {{"tavrin autostart off", "what runs goes on running"}});
   auto* status = starting->add_subcommand("status", "Tell which of the two it is");
   context.addJSONFlag(*status);
   status->callback(
       [&context] { printAutostart(context, context.platform().autostart().status()); });
+  CommandContext::examples(*status, {{"tavrin autostart status --json", "for scripts"}});
   CommandContext::examples(*starting, {{"tavrin autostart on", "from the next session on"},
                                        {"tavrin autostart status --json", "for scripts"}});
 }
