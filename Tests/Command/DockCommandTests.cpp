@@ -1,5 +1,6 @@
 #include "TavrinCore/Dock/DockTileMapping.h"
 #include "TavrinCore/Settings/HotkeyText.h"
+#include "TavrinCore/Settings/SettingError.h"
 #include "TavrinHost/Dock/FocusSession.h"
 #include "TavrinPlatform/Files/AtomicFile.h"
 #include "TavrinStorage/Dock/PlistFileBackend.h"

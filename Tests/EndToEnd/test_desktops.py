@@ -170,7 +170,7 @@ class Row(ManagedDesk):
             wait_for(lambda: self.panel(other), f"the other panel, after {length} ms")
             self.wait_closed(at)
             at = other
-        self.assertIsNotNone(self.panel(at))
+        wait_for(lambda: self.panel(at), "the last panel, still there")
         self.close(at)
 
     def column_elsewhere(self):

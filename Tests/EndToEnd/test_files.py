@@ -106,14 +106,18 @@ class FilesTest(DeskTest):
     def settings(self):
         return next(iter(self.widget()["kind"].values()))["_0"]
 
-    def drag(self, start, end):
+    def drag(self, start, end, entering=False):
+        """`entering`: what is dragged goes to the other program, which says when it is there."""
         self.desk.run("xdotool", "mousemove", str(start[0]), str(start[1]), "mousedown", "1")
         for step in range(1, 13):
             x = start[0] + (end[0] - start[0]) * step // 12
             y = start[1] + (end[1] - start[1]) * step // 12
             self.desk.run("xdotool", "mousemove", str(x), str(y))
             time.sleep(0.05)
-        time.sleep(0.3)
+        if entering:
+            wait_for(lambda: "entered" in self.said(), "the drag over the other program", 10)
+        else:
+            time.sleep(0.3)
         self.desk.run("xdotool", "mouseup", "1")
 
     def start_double(self, *addresses):
@@ -200,7 +204,7 @@ class FilesTest(DeskTest):
         # And dragged to another program.
         self.start_double()
         x, y, _ = wait_for(lambda: self.seen(ORANGE, self.panel()), "the file in the panel", 10)
-        self.drag((x + 40, y), (190, 90))
+        self.drag((x + 40, y), (190, 90), entering=True)
         wait_for(lambda: "dropped copy" in self.said(), "the drop", 10)
         self.assertIn((other / "other.png").as_uri(), self.said())
         self.assertTrue((other / "other.png").exists())
@@ -224,7 +228,7 @@ class FilesTest(DeskTest):
         wait_for(lambda: len(self.settings()["paths"]) == 3, "the second file", 10)
         panel = self.click_tile()
         x, y, small = self.wait_seen(MAGENTA, panel, "the picture in the panel")
-        self.drag((x + 40, y), (190, 90))
+        self.drag((x + 40, y), (190, 90), entering=True)
         wait_for(lambda: "dropped copy" in self.said(), "the drop", 10)
         self.assertIn(names[0].as_uri(), self.said())
         # By keyboard alone: a look into the second, which fills the panel; then back and off it.

@@ -50,7 +50,7 @@ class TheBus(DeskTest):
 
     def test_what_is_being_typed_is_not_interrupted(self):
         tiles = len(self.desk.windows(self.slot.pid))
-        self.desk.activate(1)
+        self.desk.toggle(1)
         wait_for(lambda: self.desk.run("xdotool", "getwindowfocus", "getwindowpid",
                                        check=False).strip() == str(self.slot.pid), "the focus")
         self.desk.key("ctrl+a")

@@ -9,7 +9,7 @@ import threading
 import time
 import unittest
 
-from rig import BUILD, BUS_CONFIG, Desk, DeskTest, wait_for, widget
+from rig import BUILD, Desk, DeskTest, wait_for, widget
 from settings_window import (COMMAND, PROGRAM, Window, end_slots, start_accessibility, stored, strip)
 
 
@@ -144,8 +144,9 @@ class OneWindow(SettingsTest):
         wrapper.chmod(0o755)
         (services / "dev.quellby.Tavrin.service").write_text(
             f"[D-BUS Service]\nName=dev.quellby.Tavrin\nExec={wrapper}\n")
-        config = self.desk.home / "bus.conf"
-        config.write_text(BUS_CONFIG.format(services=f"<servicedir>{services}</servicedir>"))
+        config = self.desk.home / "DBUS_SESSION_BUS_ADDRESS.conf"
+        config.write_text(config.read_text().replace(
+            "<auth>", f"<servicedir>{services}</servicedir><auth>"))
         self.desk.bus.send_signal(signal.SIGHUP)
         wait_for(lambda: "dev.quellby.Tavrin'" in self.desk.run(
             "gdbus", "call", "--session", "--dest", "org.freedesktop.DBus", "--object-path", "/",
@@ -167,7 +168,7 @@ class OneWindow(SettingsTest):
         slot = self.desk.start_slot(1)
         self.desk.wait_for_name(1)
         tile = wait_for(lambda: self.desk.windows(slot.pid), "the tile")
-        self.desk.activate(1)
+        self.desk.toggle(1)
         wait_for(lambda: len(self.desk.windows(slot.pid)) > len(tile), "the panel")
         slot_panel = Panel(self.desk, slot)
         slot_panel.press_edit()
@@ -255,7 +256,8 @@ class Together(SettingsTest):
                 window.press(f"Add {kind}")
                 done.append(kind)
                 window.press("Take Off the Strip")
-                wait_for(lambda: not window.find("Take Off the Strip")["enabled"], "it taken off")
+                wait_for(lambda: (button := window.find("Take Off the Strip"))
+                         and not button["enabled"], "it taken off")
 
         def by_command():
             for number in range(14):

@@ -19,7 +19,7 @@ QByteArray nameOf(Qt::DropAction action) {
 }
 
 /// A window of another program. From its left half a list of addresses can be dragged, on its right
-/// half things can be dropped; it says what became of both.
+/// half things can be dropped; it says what became of both, and when something enters.
 class DragWindow final : public QWidget {
 public:
   explicit DragWindow(QByteArray list) : list_(std::move(list)) {
@@ -41,7 +41,10 @@ protected:
     say("dragged " +
         nameOf(drag->exec(Qt::MoveAction | Qt::CopyAction | Qt::LinkAction, Qt::MoveAction)));
   }
-  void dragEnterEvent(QDragEnterEvent* event) override { event->acceptProposedAction(); }
+  void dragEnterEvent(QDragEnterEvent* event) override {
+    event->acceptProposedAction();
+    say("entered");
+  }
   void dragMoveEvent(QDragMoveEvent* event) override { event->acceptProposedAction(); }
   void dropEvent(QDropEvent* event) override {
     say("dropped " + nameOf(event->proposedAction()) + " " +
