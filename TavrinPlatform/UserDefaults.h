@@ -9,7 +9,7 @@ namespace tavrin {
 
 /// Small values that belong to this application alone, kept over restarts.
 /// A value set here is on disk when `set` returns. Where it cannot be written it is kept in
-/// memory, and the log says so once.
+/// memory until it can, and the log says so once.
 class UserDefaults {
 public:
   virtual ~UserDefaults() = default;

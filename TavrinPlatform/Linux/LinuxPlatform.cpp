@@ -289,7 +289,7 @@ UserDefaults& LinuxPlatform::userDefaults() {
     } catch (const FileError& error) {
       Log(log_, "defaults").error(error.what());
     }
-    return std::make_unique<JSONUserDefaults>(file, log_);
+    return std::make_unique<JSONUserDefaults>(file, log_, *runLoop_);
   });
 }
 

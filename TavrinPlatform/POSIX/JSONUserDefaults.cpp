@@ -3,12 +3,26 @@
 #include "TavrinCore/Base/Errors.h"
 #include "TavrinPlatform/Files/AtomicFile.h"
 
+#include <utility>
+
 namespace tavrin {
 
 namespace fs = std::filesystem;
 
-JSONUserDefaults::JSONUserDefaults(fs::path file, LogSink& log)
-    : file_(std::move(file)), log_(log, "defaults") {}
+namespace {
+
+/// Seconds between two tries to write.
+constexpr double retryInterval = 5;
+
+} // namespace
+
+JSONUserDefaults::JSONUserDefaults(fs::path file, LogSink& log, RunLoop& runLoop)
+    : file_(std::move(file)), log_(log, "defaults"), runLoop_(runLoop) {}
+
+JSONUserDefaults::~JSONUserDefaults() {
+  if (isUnsaved_)
+    save();
+}
 
 std::optional<JSONValue> JSONUserDefaults::value(const std::string& key) const {
   const auto found = values().find(key);
@@ -19,7 +33,7 @@ std::optional<JSONValue> JSONUserDefaults::value(const std::string& key) const {
 
 void JSONUserDefaults::set(const std::string& key, const JSONValue& value) {
   const auto found = values().find(key);
-  if (found != values().end() && found->second == value)
+  if (found != values().end() && found->second == value && !isUnsaved_)
     return;
   values().insert_or_assign(key, value);
   save();
@@ -57,11 +71,12 @@ void JSONUserDefaults::save() {
     fs::create_directories(file_.parent_path(), error);
     fs::permissions(file_.parent_path(), fs::perms::owner_all, error);
     writeJSONFile(file_, values(), FileAccess::ownerOnly);
-    hasComplained_ = false;
+    isUnsaved_ = false;
+    retry_.reset();
   } catch (const FileError& error) {
-    if (!hasComplained_)
+    if (!std::exchange(isUnsaved_, true))
       log_.error(error.what());
-    hasComplained_ = true;
+    retry_ = runLoop_.after(retryInterval, [this] { save(); });
   }
 }
 

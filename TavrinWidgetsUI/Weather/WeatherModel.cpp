@@ -2,6 +2,8 @@
 
 #include "TavrinPlatform/FileManager.h"
 
+#include <cmath>
+
 namespace tavrin {
 namespace {
 
@@ -60,6 +62,11 @@ void WeatherModel::start() {
   if (timer_)
     return;
   observations_.push_back(workspace_.observeWake([this] { refresh(); }));
+  observations_.push_back(workspace_.observeClockChange([this] {
+    // The timer counts the time that the machine ran, not what the clock says has passed.
+    if (!reading_ || std::abs(clock_.now().since(reading_->readAt)) >= interval)
+      refresh();
+  }));
   observations_.push_back(workspace_.observeLowPowerMode([this] { schedule(); }));
   schedule();
   refresh();

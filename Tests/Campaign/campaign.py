@@ -1,6 +1,7 @@
 """Days of twelve slots among services that die: see scripts/campaign."""
 
 import argparse
+import ctypes
 import faulthandler
 import os
 import pathlib
@@ -20,6 +21,12 @@ STEPS = 400
 QUICK_SEED, QUICK_STEPS = 7, 45
 
 
+def end_with_parent():
+    """Who ends the campaign ends all that it has started."""
+    parent_death_signal = 1
+    ctypes.CDLL(None).prctl(parent_death_signal, signal.SIGKILL)
+
+
 def enter():
     """Starts this program again where network, mounts and processes are its own. Where the machine
     does not allow it, it goes on as it is, and says what it leaves out."""
@@ -34,7 +41,7 @@ def enter():
               'mount -t overlay overlay -o lowerdir=/etc,upperdir=/tmp/.etc/new,'
               'workdir=/tmp/.etc/work /etc && "$@"; exit $?')
     return subprocess.run([*new, "sh", "-c", script, "sh", sys.executable, *sys.argv],
-                          env={**os.environ, INSIDE: "1"}).returncode
+                          env={**os.environ, INSIDE: "1"}, preexec_fn=end_with_parent).returncode
 
 
 def arguments():

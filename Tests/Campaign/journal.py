@@ -56,6 +56,8 @@ class Journal:
             if isinstance(content, pathlib.Path):
                 if content.exists():
                     shutil.copy(content, place / name)
+            elif isinstance(content, bytes):
+                (place / name).write_bytes(content)
             else:
                 (place / name).write_text(content, encoding="utf-8", errors="replace")
 

@@ -184,6 +184,8 @@ class Round:
         self.start_missing()
 
     def mend_disk(self):
+        for pid in self.running.values():
+            self.oracles.excuse(pid)
         self.world.mend_disk()
         if "bus" not in self.world.down:
             self.world.announce()

@@ -9,6 +9,7 @@
 #include "TavrinPlatform/POSIX/JSONUserDefaults.h"
 
 #include "TavrinCore/Base/Errors.h"
+#include "Tests/Support/ManualRunLoop.h"
 
 #include <fstream>
 #include <gtest/gtest.h>
@@ -273,8 +274,10 @@ TEST(JSONUserDefaults, ValuesOutliveTheProcessAndBadFilesAreKept) {
   const Folder folder;
   const fs::path file = folder.path / "tavrin/x.json";
   Lines log;
+  test::ManualClock clock{Date{}};
+  test::ManualRunLoop loop(clock);
   {
-    JSONUserDefaults defaults(file, log);
+    JSONUserDefaults defaults(file, log, loop);
     EXPECT_EQ(defaults.value("a"), std::nullopt);
     defaults.remove("a");
     EXPECT_FALSE(fs::exists(file)) << "nothing to write yet";
@@ -285,35 +288,58 @@ TEST(JSONUserDefaults, ValuesOutliveTheProcessAndBadFilesAreKept) {
   struct stat status {};
   ASSERT_EQ(::stat(file.c_str(), &status), 0);
   EXPECT_EQ(status.st_mode & 0777, 0600U);
-  EXPECT_EQ(JSONUserDefaults(file, log).value("a")->compact(), "{\"n\":1.0}");
-  EXPECT_EQ(JSONUserDefaults(file, log).value("b"), std::nullopt);
+  EXPECT_EQ(JSONUserDefaults(file, log, loop).value("a")->compact(), "{\"n\":1.0}");
+  EXPECT_EQ(JSONUserDefaults(file, log, loop).value("b"), std::nullopt);
   EXPECT_TRUE(log.lines.empty());
 
   for (const char* text : {"{", "[1]", ""}) {
     SCOPED_TRACE(text);
     std::ofstream(file) << text;
     log.lines.clear();
-    JSONUserDefaults defaults(file, log);
+    JSONUserDefaults defaults(file, log, loop);
     EXPECT_EQ(defaults.value("a"), std::nullopt);
     EXPECT_EQ(log.lines.size(), 1U);
     defaults.set("a", 5);
-    EXPECT_EQ(JSONUserDefaults(file, log).value("a"), JSONValue(5));
+    EXPECT_EQ(JSONUserDefaults(file, log, loop).value("a"), JSONValue(5));
     EXPECT_TRUE(fs::exists(file.string() + ".damaged"));
   }
 }
 
-TEST(JSONUserDefaults, WhatCannotBeWrittenIsKeptInMemoryAndSaidOnce) {
+TEST(JSONUserDefaults, WhatCannotBeWrittenIsSaidOnceAndWrittenOnceItCan) {
   const Folder folder;
-  const fs::path file = folder.write("no-folder", "") / "x.json";
+  const fs::path inTheWay = folder.write("no-folder", "");
+  const fs::path file = inTheWay / "x.json";
   Lines log;
-  JSONUserDefaults defaults(file, log);
+  test::ManualClock clock{Date{}};
+  test::ManualRunLoop loop(clock);
+  JSONUserDefaults defaults(file, log, loop);
   defaults.set("a", 1);
   const auto complaints = log.lines.size();
   defaults.set("a", 2);
   EXPECT_EQ(defaults.value("a"), JSONValue(2));
+  loop.advance(60);
   EXPECT_EQ(log.lines.size(), complaints);
   ASSERT_FALSE(log.lines.empty());
   EXPECT_TRUE(log.lines.back().starts_with("Failed to ")) << log.lines.back();
+
+  const auto inFile = [&] { return JSONUserDefaults(file, log, loop).value("a"); };
+  fs::remove(inTheWay);
+  loop.advance(10);
+  EXPECT_EQ(inFile(), JSONValue(2)) << "by itself";
+  fs::remove_all(inTheWay);
+  const std::ofstream again(inTheWay);
+  defaults.set("a", 3);
+  fs::remove(inTheWay);
+  defaults.set("a", 3);
+  EXPECT_EQ(inFile(), JSONValue(3)) << "with the next value, though it be the same";
+  fs::remove_all(inTheWay);
+  const std::ofstream third(inTheWay);
+  {
+    JSONUserDefaults leaving(file, log, loop);
+    leaving.set("a", 4);
+    fs::remove(inTheWay);
+  }
+  EXPECT_EQ(inFile(), JSONValue(4)) << "at the end";
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 #include "Tests/Platform/PowerSourcesContract.h"
 #include "Tests/Platform/UserDefaultsContract.h"
 #include "Tests/Storage/TemporaryFolder.h"
+#include "Tests/Support/ManualRunLoop.h"
 #include "Tests/Support/FakeClipboard.h"
 #include "Tests/Support/FakeHardware.h"
 #include "Tests/Support/FakePlatform.h"
@@ -49,11 +50,13 @@ INSTANTIATE_TYPED_TEST_SUITE_P(Fake, UserDefaultsContract, FakeDefaultsRig);
 
 struct FileDefaultsRig {
   UserDefaults& defaults() { return *now; }
-  UserDefaults& again() { return *(now = std::make_unique<JSONUserDefaults>(file, log)); }
+  UserDefaults& again() { return *(now = std::make_unique<JSONUserDefaults>(file, log, loop)); }
   TemporaryFolder folder;
   FakeLog log;
+  ManualClock clock{Date{}};
+  ManualRunLoop loop{clock};
   std::filesystem::path file = folder.path() / "defaults.json";
-  std::unique_ptr<JSONUserDefaults> now = std::make_unique<JSONUserDefaults>(file, log);
+  std::unique_ptr<JSONUserDefaults> now = std::make_unique<JSONUserDefaults>(file, log, loop);
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(File, UserDefaultsContract, FileDefaultsRig);
 

@@ -93,6 +93,20 @@ TEST_F(WeatherWidgetTest, AFailureKeepsTheLastReadingAndTheNetworksReturnEndsIt)
   EXPECT_EQ(http().open(), 1);
 }
 
+TEST_F(WeatherWidgetTest, AClockThatWasSetMakesAReadingOldAtOnce) {
+  start(berlin());
+  answerForecast();
+  platform_.fakeClock.advance(60);
+  platform_.fakeWorkspace.clockChange.call();
+  EXPECT_EQ(http().open(), 0);
+  for (const double hours : {16, -30}) {
+    platform_.fakeClock.advance(hours * 3600);
+    platform_.fakeWorkspace.clockChange.call();
+    EXPECT_EQ(http().open(), 1) << hours;
+    answerForecast();
+  }
+}
+
 TEST_F(WeatherWidgetTest, AFirstLoadThatFailedIsTriedAgainFromThePanel) {
   start(berlin());
   ASSERT_TRUE(http().answer("forecast", {}));
