@@ -183,7 +183,7 @@ class World(Desk):
         for template, name in (("logind", "org.freedesktop.login1"),
                                ("upower", "org.freedesktop.UPower")):
             self.spawn(["/usr/bin/python3", "-m", "dbusmock", "--system", "--template", template])
-            self.run("gdbus", "wait", "--system", "--timeout", "20", name)
+            self.run("gdbus", "wait", "--system", "--timeout", "90", name)
         self.run("gdbus", "call", "--system", "-d", "org.freedesktop.UPower", "-o",
                  "/org/freedesktop/UPower", "-m", "org.freedesktop.DBus.Mock."
                  "AddDischargingBattery", "BAT0", "ACME", "62.0", "5400")
@@ -219,11 +219,11 @@ class World(Desk):
     def _start_notices(self):
         self.spawn(["/usr/bin/python3", "-m", "dbusmock", "--session", "--template",
                     "notification_daemon"])
-        self.run("gdbus", "wait", "--session", "--timeout", "20", "org.freedesktop.Notifications")
+        self.run("gdbus", "wait", "--session", "--timeout", "90", "org.freedesktop.Notifications")
 
     def _start_player(self):
         self.spawn(["/usr/bin/python3", str(SUPPORT / "media_player.py"), "campaign"])
-        self.run("gdbus", "wait", "--session", "--timeout", "20",
+        self.run("gdbus", "wait", "--session", "--timeout", "90",
                  "org.mpris.MediaPlayer2.campaign")
 
     # The network: a web server, and the way to it
