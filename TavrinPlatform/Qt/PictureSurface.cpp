@@ -5,6 +5,7 @@
 #include <QBuffer>
 #include <QImageWriter>
 #include <cerrno>
+#include <chrono>
 #include <cstdio>
 #include <cstring>
 #include <fcntl.h>
@@ -17,6 +18,7 @@ namespace {
 constexpr double scale = 2;
 /// Fast over small: the file changes every second.
 constexpr int compressionLevel = 10;
+constexpr std::chrono::seconds retryInterval{5};
 
 /// Replaces the file for its readers, who see the old picture or the new one. Not flushed to
 /// the disk: a picture lost in a crash is drawn again. 0, or the number of what went wrong.
@@ -44,6 +46,8 @@ PictureSurface::PictureSurface(std::filesystem::path file, double tileSize, LogS
     : file_(std::move(file)), log_(log, "tile") {
   format_.tileSize = tileSize;
   format_.scale = scale;
+  retry_.setSingleShot(true);
+  QObject::connect(&retry_, &QTimer::timeout, [this] { display(QImage(unwritten_)); });
 }
 
 PictureSurface::~PictureSurface() {
@@ -59,23 +63,35 @@ void PictureSurface::setPlace(const DockTile::Place& place) {
 }
 
 void PictureSurface::display(const QImage& image) {
+  retry_.stop();
+  unwritten_ = {};
   if (image == shown_)
     return;
+  // A copy: the caller goes on painting into the same image.
+  const QImage copy = image.copy();
+  if (const auto reason = write(copy); !reason.empty()) {
+    complain(reason);
+    unwritten_ = copy;
+    retry_.start(retryInterval);
+    return;
+  }
+  shown_ = copy;
+  hasComplained_ = false;
+}
+
+std::string PictureSurface::write(const QImage& image) const {
   QByteArray bytes;
   QBuffer buffer(&bytes);
   QImageWriter writer(&buffer, "png");
   writer.setCompression(compressionLevel);
   if (!writer.write(image))
-    return complain(writer.errorString().toStdString());
+    return writer.errorString().toStdString();
   std::error_code error;
   std::filesystem::create_directories(file_.parent_path(), error);
   if (error)
-    return complain(error.message());
-  if (const int number = replaceFile(file_, bytes); number != 0)
-    return complain(std::strerror(number));
-  // A copy: the caller goes on painting into the same image.
-  shown_ = image.copy();
-  hasComplained_ = false;
+    return error.message();
+  const int number = replaceFile(file_, bytes);
+  return number == 0 ? "" : std::strerror(number);
 }
 
 void PictureSurface::complain(const std::string& reason) {

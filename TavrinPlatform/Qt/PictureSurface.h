@@ -3,11 +3,13 @@
 #include "TavrinCore/Base/Log.h"
 #include "TavrinPlatform/Qt/TileSurface.h"
 
+#include <QTimer>
+
 namespace tavrin {
 
 /// The tile as a PNG file that is replaced whenever the picture changes, for machines without a
 /// screen and for bars that show pictures. The file goes with the surface. Takes clicks from
-/// nowhere.
+/// nowhere. A picture that could not be written is tried again every few seconds.
 class PictureSurface final : public TileSurface {
 public:
   PictureSurface(std::filesystem::path file, double tileSize, LogSink& log);
@@ -22,11 +24,16 @@ public:
 
 private:
   void complain(const std::string& reason);
+  /// The reason why the file could not be replaced; empty for none.
+  std::string write(const QImage& image) const;
 
   std::filesystem::path file_;
   DockTile::Format format_;
   Log log_;
   QImage shown_;
+  /// What the file should show and does not.
+  QImage unwritten_;
+  QTimer retry_;
   bool hasComplained_ = false;
 };
 

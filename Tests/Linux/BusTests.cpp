@@ -205,6 +205,23 @@ TEST(PictureSurface, SaysWhyThereIsNoFile) {
   }
 }
 
+TEST(PictureSurface, APictureThatCouldNotBeWrittenIsWrittenOnceItCan) {
+  struct Sink final : LogSink {
+    void write(LogLevel, std::string_view, std::string_view, std::string_view) override {}
+  } log;
+  const fs::path inTheWay = fs::path(std::getenv("HOME")) / "in-the-way";
+  std::ofstream(inTheWay) << "x";
+  const fs::path file = inTheWay / "a.png";
+  PictureSurface surface(file, 48, log);
+  QImage image(4, 4, QImage::Format_ARGB32_Premultiplied);
+  image.fill(Qt::red);
+  surface.display(image);
+  image.fill(Qt::green); // The surface has the picture that it was given.
+  fs::remove(inTheWay);
+  ASSERT_TRUE(untilTrue([&] { return fs::exists(file); }));
+  EXPECT_EQ(QImage(QString::fromStdString(file.string())).pixelColor(1, 1), QColor(Qt::red));
+}
+
 /// A desk without a settings portal.
 TEST(Workspace, FollowsPlasmasColourSchemeByItself) {
   const fs::path home = fs::path(std::getenv("HOME")) / "plasma";
