@@ -74,6 +74,7 @@ void WeatherModel::start() {
 
 void WeatherModel::stop() {
   observations_.clear();
+  network_.reset();
   timer_.reset();
   pause_.reset();
   request_.reset();
@@ -88,8 +89,8 @@ void WeatherModel::refresh() {
   if (!hasPlace() || isLoading_)
     return;
   // The network's watch comes with the first request: a tile without a place needs neither.
-  if (timer_ && observations_.size() == 2)
-    observations_.push_back(fetch_.http().observeNetwork([this] { networkCameBack(); }));
+  if (timer_ && !network_)
+    network_ = fetch_.http().observeNetwork([this] { networkCameBack(); });
   request_ = fetch_.reading(*settings_.latitude, *settings_.longitude, settings_.unit,
                             [this](auto reading) { loaded(std::move(reading)); });
   isLoading_ = request_ != nullptr;

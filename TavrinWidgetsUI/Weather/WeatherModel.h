@@ -92,6 +92,7 @@ private:
   TokenPtr request_;
   TokenPtr pause_;
   std::vector<TokenPtr> observations_;
+  TokenPtr network_;
 };
 
 /// The search for a city as it is typed: asks once the typing rests, and drops answers that were
