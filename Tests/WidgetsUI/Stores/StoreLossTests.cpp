@@ -11,6 +11,7 @@
 #include "Tests/Storage/Posts.h"
 #include "Tests/Storage/TemporaryFolder.h"
 #include "Tests/Support/FakeClipboard.h"
+#include "Tests/Support/ManualRunLoop.h"
 
 #include <chrono>
 #include <ctime>
@@ -215,14 +216,20 @@ Silence& silence() {
   return silence;
 }
 
+test::ManualRunLoop& loop() {
+  static test::ManualClock clock(Date{});
+  static test::ManualRunLoop loop(clock);
+  return loop;
+}
+
 StoreCase defaults() {
   return {"Defaults", Piece::putAside,
           [](const fs::path& file) {
-            auto store = std::make_shared<JSONUserDefaults>(file, silence());
+            auto store = std::make_shared<JSONUserDefaults>(file, silence(), loop());
             return [store](int generation) { store->set("timerRun", textOf(generation)); };
           },
           [](const fs::path& file) -> std::optional<int> {
-            const auto value = JSONUserDefaults(file, silence()).value("timerRun");
+            const auto value = JSONUserDefaults(file, silence(), loop()).value("timerRun");
             return value ? std::optional(generationOf(*value->string())) : std::nullopt;
           }};
 }
