@@ -74,14 +74,24 @@ class Oracles:
             return
         for slot, pid in sorted(self.round.running.items()):
             started = time.monotonic()
-            try:
-                self.world.ping(slot)
-            except dbus.DBusException as error:
-                stack = subprocess.run(["cat", f"/proc/{pid}/wchan"], capture_output=True,
-                                       text=True, check=False).stdout
+            error = self.silence(slot)
+            # One that begins anew, for a bus that is back, has no name for a moment.
+            while error and time.monotonic() < started + ANSWER and not self.round.ended(pid):
+                time.sleep(0.2)
+                error = self.silence(slot)
+            if error:
+                state = pathlib.Path(f"/proc/{pid}/wchan")
                 self.journal.finding(
-                    "silent", f"slot {slot} gave {error.get_dbus_name()} after "
-                    f"{time.monotonic() - started:.1f} s", [*self.evidence(slot), ("wchan", stack)])
+                    "silent", f"slot {slot} gave {error} after {time.monotonic() - started:.1f} s",
+                    [*self.evidence(slot), ("wchan", state.read_text() if state.exists() else "")])
+
+    def silence(self, slot):
+        """The error instead of an answer."""
+        try:
+            self.world.ping(slot)
+            return None
+        except dbus.DBusException as error:
+            return error.get_dbus_name()
 
     def check_stalls(self):
         if not self.world.stalls.exists():
