@@ -14,9 +14,9 @@ class CalendarServer:
         self.bus = dbus.bus.BusConnection(desk.env["DBUS_SESSION_BUS_ADDRESS"])
         env = {"GSETTINGS_BACKEND": "memory", "GIO_USE_VFS": "local"}
         desk.spawn([PROGRAMS + "source-registry"], log="registry.log", env=env)
-        wait_for(self._has_sources, "the registry of calendars", 20)
+        wait_for(self._has_sources, "the registry of calendars", 90)
         desk.spawn([PROGRAMS + "calendar-factory", "--keep-running"], log="factory.log", env=env)
-        wait_for(lambda: self.bus.name_has_owner(PREFIX + ".Calendar8"), "the calendar service", 20)
+        wait_for(lambda: self.bus.name_has_owner(PREFIX + ".Calendar8"), "the calendar service", 90)
 
     def _has_sources(self):
         try:
