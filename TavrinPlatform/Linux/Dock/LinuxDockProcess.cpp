@@ -18,10 +18,13 @@ double secondsSinceStart() {
   return double(now.tv_sec) + double(now.tv_nsec) / 1e9;
 }
 
-/// The whole of a file in /proc; empty once the process is gone.
+/// What a file in /proc holds; empty once the process is gone. One that goes while it is being read
+/// (ESRCH) makes an iterator over the stream throw; this ends the text there.
 std::string contents(const std::filesystem::path& file) {
-  std::ifstream stream(file);
-  return {std::istreambuf_iterator<char>(stream), {}};
+  const std::ifstream stream(file);
+  std::ostringstream text;
+  text << stream.rdbuf();
+  return text.str();
 }
 
 /// The fields of a process's "stat" from the third on: its name, in brackets, may hold anything.

@@ -1,9 +1,9 @@
 #include "TavrinPlatform/Linux/Slot/News.h"
 
 #include "TavrinPlatform/Files/DocumentLock.h"
+#include "TavrinPlatform/Files/FileBeginning.h"
 
 #include <fstream>
-#include <iterator>
 
 namespace tavrin {
 
@@ -11,12 +11,11 @@ bool isNews(const std::filesystem::path& file, const std::string& text) {
   std::error_code error;
   std::filesystem::create_directories(file.parent_path(), error);
   const DocumentLock lock(file);
-  std::ifstream old(file);
-  if (std::string(std::istreambuf_iterator<char>(old), {}) == text)
+  const auto isThere = [&] { return readBeginning(file, text.size() + 1) == text; };
+  if (isThere())
     return false;
   std::ofstream(file) << text;
-  std::ifstream written(file);
-  return std::string(std::istreambuf_iterator<char>(written), {}) == text;
+  return isThere();
 }
 
 } // namespace tavrin
