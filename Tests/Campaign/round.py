@@ -172,15 +172,22 @@ class Round:
                 return self.world.bus().get_name_owner(self.world.bundle_identifier(slot))
             except dbus.DBusException:
                 return None
-        end = time.monotonic() + 10
+        # Under an open panel nobody begins anew.
+        if self.used and "display" not in self.world.down:
+            self.world.run("xdotool", "key", "Escape", check=False)
+        end = time.monotonic() + 20
         for slot, pid in dict(self.running).items():
             left = max(end - time.monotonic(), 0)
-            if self.wait(lambda s=slot, p=pid: is_back(s, p), left) is None:
+            if self.wait(lambda s=slot, p=pid: is_back(s, p), left) is None \
+                    and not self.has_panel(pid):
                 self.journal.finding("deaf", f"slot {slot} does not come to the bus that came back",
                                      self.oracles.evidence(slot))
                 self.kill(slot)
             elif self.ended(pid):
                 self.running.pop(slot)
+            elif not is_back(slot, pid):
+                # Its panel is open still: the session ends it.
+                self.kill(slot)
         self.start_missing()
 
     def mend_disk(self):

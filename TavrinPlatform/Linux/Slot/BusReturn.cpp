@@ -6,10 +6,10 @@ namespace tavrin {
 
 namespace {
 
-/// Milliseconds between two looks: soon at first, for a service that is started again, and seldom
-/// where the session is over and nobody has told.
+/// Milliseconds between two looks: soon at first, for a service that is started again, and less
+/// often where the session is over and nobody has told.
 constexpr int firstInterval = 500;
-constexpr int longestInterval = 30'000;
+constexpr int longestInterval = 5'000;
 
 } // namespace
 
