@@ -9,8 +9,9 @@
 namespace tavrin {
 
 /// One JSON object in one file, read at the first use and written whole at every change.
-/// A file that cannot be read as such counts as empty and is kept beside the new one. What could not
-/// be written is tried again: every few seconds, with each `set`, and last when this object goes.
+/// A file that cannot be read as such counts as empty and is kept beside the new one. What could
+/// not be written is tried again: every few seconds, with each `set`, and last when this object
+/// goes.
 class JSONUserDefaults final : public UserDefaults {
 public:
   JSONUserDefaults(std::filesystem::path file, LogSink& log, RunLoop& runLoop);
