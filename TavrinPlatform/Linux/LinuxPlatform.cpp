@@ -183,6 +183,9 @@ LinuxPlatform::~LinuxPlatform() {
   defaults_.reset();
   application_.reset();
   systemBus_.reset();
+  // Else the process that begins anew may find its own name taken, and end.
+  if (startsAnew_ && bus_ != nullptr && bus_->isOpen())
+    bus_->releaseName(identifier());
   bus_.reset();
   runLoop_.reset();
   memory_.reset();

@@ -145,12 +145,14 @@ TokenPtr Bus::serve(const char* path, const char* interface, const sd_bus_vtable
   return std::make_unique<SlotToken>(slot);
 }
 
+static constexpr BusAddress busDaemon{"org.freedesktop.DBus", "/org/freedesktop/DBus",
+                                      "org.freedesktop.DBus"};
+
 void Bus::requestName(const std::string& name, std::function<void(bool)> answer) {
-  const BusAddress daemon{"org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus"};
   constexpr std::uint32_t doNotQueue = 4;
   constexpr std::uint32_t primaryOwner = 1;
   constexpr std::uint32_t alreadyOwner = 4;
-  BusMessage request = method(daemon, "RequestName");
+  BusMessage request = method(busDaemon, "RequestName");
   request.append("su", name.c_str(), doNotQueue);
   call(request, [answer = std::move(answer)](sd_bus_message* reply, const std::string&) {
     std::uint32_t result = 0;
@@ -158,6 +160,15 @@ void Bus::requestName(const std::string& name, std::function<void(bool)> answer)
     const bool isAnswered = reply != nullptr && sd_bus_message_read(reply, "u", &result) > 0;
     answer(!isAnswered || result == primaryOwner || result == alreadyOwner);
   });
+}
+
+void Bus::releaseName(const std::string& name) {
+  constexpr std::uint64_t longest = 1'000'000;
+  BusMessage request = method(busDaemon, "ReleaseName");
+  request.append("s", name.c_str());
+  sd_bus_message* reply = nullptr;
+  sd_bus_call(bus_.get(), request.get(), longest, nullptr, &reply);
+  sd_bus_message_unref(reply);
 }
 
 void Bus::waitUntil(const std::function<bool()>& isDone, double seconds) {

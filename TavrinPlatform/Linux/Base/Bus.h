@@ -75,6 +75,8 @@ public:
                                void* context);
   /// Asks for a name, not queueing behind its owner. `answer` is told whether it is ours now.
   void requestName(const std::string& name, std::function<void(bool)> answer);
+  /// Gives it back, and returns once the bus has it back, or after a second.
+  void releaseName(const std::string& name);
   /// Serves the connection until `isDone` or `seconds` are over; for start-up only.
   void waitUntil(const std::function<bool()>& isDone, double seconds);
 
