@@ -15,7 +15,7 @@ namespace {
 constexpr std::chrono::milliseconds patience{1500};
 constexpr std::chrono::seconds longestFormat{6};
 /// Copies whose reading is under way at the same time.
-constexpr std::size_t mostReadings = 8;
+constexpr std::size_t mostReadings = 32;
 
 } // namespace
 
