@@ -24,6 +24,8 @@
 #include "TavrinPlatform/Qt/QtRunLoop.h"
 
 #include <QApplication>
+#include <QWidget>
+#include <algorithm>
 #include <malloc.h>
 #include <unistd.h>
 
@@ -199,8 +201,8 @@ void LinuxPlatform::followReturn(Bus* bus, BusReturn::Open open) {
     return;
   bus->onClose = [this, open] {
     awaited_.push_back(std::make_unique<BusReturn>(open, [this] {
-      // Somebody may be typing into it.
-      if (tile_->isPanelShown())
+      // Somebody may be typing into it: a panel, a dialog, the settings window.
+      if (std::ranges::any_of(QApplication::topLevelWidgets(), &QWidget::isVisible))
         return false;
       startsAnew_ = true;
       application_->terminate();
@@ -318,8 +320,8 @@ HTTPClient& LinuxPlatform::http() {
   });
 }
 
-/// A compositor's own clipboard where it shows that to programs; beside it XWayland's is a copy that
-/// is renewed as windows come to the front.
+/// A compositor's own clipboard where it shows that to programs; beside it XWayland's is a copy
+/// that is renewed as windows come to the front.
 Pasteboard& LinuxPlatform::pasteboard() {
   return lazily(pasteboard_, [this]() -> std::unique_ptr<Pasteboard> {
     std::string error;

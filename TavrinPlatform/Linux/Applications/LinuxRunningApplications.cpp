@@ -21,12 +21,9 @@
 namespace tavrin {
 namespace {
 
-/// Microseconds until a bus call counts as unanswered. An activation may start a program.
-constexpr std::uint64_t queryLimit = 2'000'000;
-constexpr std::uint64_t activationLimit = 10'000'000;
-
-constexpr BusAddress busDaemon{"org.freedesktop.DBus", "/org/freedesktop/DBus",
-                               "org.freedesktop.DBus"};
+/// Seconds until a bus call counts as unanswered. An activation may start a program.
+constexpr double queryLimit = 2;
+constexpr double activationLimit = 10;
 
 /// /proc appends this to a program whose file was replaced since, as an installation does.
 constexpr std::string_view replacedMark = " (deleted)";
@@ -72,13 +69,6 @@ std::string firstArgument(const std::filesystem::path& processFolder) {
   return read(file.number(), text.data(), text.size() - 1) > 0 ? text.data() : "";
 }
 
-BusMessage answerOf(Bus& bus, const BusMessage& call, std::uint64_t limit) {
-  sd_bus_message* reply = nullptr;
-  if (!call || sd_bus_call(bus.handle(), call.get(), limit, nullptr, &reply) < 0)
-    return {};
-  return BusMessage(reply);
-}
-
 } // namespace
 
 bool LinuxRunningApplications::knowsIdentifiers() {
@@ -90,7 +80,7 @@ std::optional<int> LinuxRunningApplications::processOwning(const std::string& bu
     return std::nullopt;
   auto call = bus_->method(busDaemon, "GetConnectionUnixProcessID");
   call.append("s", bundleIdentifier.c_str());
-  const auto answer = answerOf(*bus_, call, queryLimit);
+  const auto answer = bus_->ask(call, queryLimit);
   std::uint32_t process = 0;
   if (!answer || sd_bus_message_read(answer.get(), "u", &process) < 0)
     return std::nullopt;
@@ -105,7 +95,7 @@ bool LinuxRunningApplications::claimIdentifier(const std::string& bundleIdentifi
 bool LinuxRunningApplications::canStart(const std::string& bundleIdentifier) {
   if (!knowsIdentifiers())
     return false;
-  const auto answer = answerOf(*bus_, bus_->method(busDaemon, "ListActivatableNames"), queryLimit);
+  const auto answer = bus_->ask(bus_->method(busDaemon, "ListActivatableNames"), queryLimit);
   if (!answer || sd_bus_message_enter_container(answer.get(), 'a', "s") <= 0)
     return false;
   const char* name = nullptr;
@@ -253,7 +243,7 @@ bool LinuxRunningApplications::perform(const std::string& bundleIdentifier,
     call.append("sava{sv}", action.c_str(), 1, "s", object->c_str(), 0);
   else
     call.append("sava{sv}", action.c_str(), 0, 0);
-  return static_cast<bool>(answerOf(*bus_, call, activationLimit));
+  return static_cast<bool>(bus_->ask(call, activationLimit));
 }
 
 } // namespace tavrin

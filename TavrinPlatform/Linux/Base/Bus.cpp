@@ -126,6 +126,16 @@ void Bus::call(const BusMessage& message, Reply reply, double timeout) {
   arm();
 }
 
+BusMessage Bus::ask(const BusMessage& message, double seconds) {
+  sd_bus_message* reply = nullptr;
+  const auto limit = static_cast<std::uint64_t>(seconds * 1e6);
+  if (!message || sd_bus_call(bus_.get(), message.get(), limit, nullptr, &reply) < 0)
+    reply = nullptr;
+  // What came meanwhile waits to be handled.
+  arm();
+  return BusMessage(reply);
+}
+
 TokenPtr Bus::match(const std::string& rule, Handler handler) {
   sd_bus_slot* slot = nullptr;
   // The answer to the subscription itself is of no interest: a refused one never delivers.
@@ -145,9 +155,6 @@ TokenPtr Bus::serve(const char* path, const char* interface, const sd_bus_vtable
   return std::make_unique<SlotToken>(slot);
 }
 
-static constexpr BusAddress busDaemon{"org.freedesktop.DBus", "/org/freedesktop/DBus",
-                                      "org.freedesktop.DBus"};
-
 void Bus::requestName(const std::string& name, std::function<void(bool)> answer) {
   constexpr std::uint32_t doNotQueue = 4;
   constexpr std::uint32_t primaryOwner = 1;
@@ -163,12 +170,9 @@ void Bus::requestName(const std::string& name, std::function<void(bool)> answer)
 }
 
 void Bus::releaseName(const std::string& name) {
-  constexpr std::uint64_t longest = 1'000'000;
+  constexpr double longest = 1;
   BusMessage request = method(busDaemon, "ReleaseName");
-  request.append("s", name.c_str());
-  sd_bus_message* reply = nullptr;
-  sd_bus_call(bus_.get(), request.get(), longest, nullptr, &reply);
-  sd_bus_message_unref(reply);
+  ask(request.append("s", name.c_str()), longest);
 }
 
 void Bus::waitUntil(const std::function<bool()>& isDone, double seconds) {

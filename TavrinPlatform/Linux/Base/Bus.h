@@ -43,8 +43,12 @@ struct BusAddress {
   const char* interface;
 };
 
+/// The bus itself.
+inline constexpr BusAddress busDaemon{"org.freedesktop.DBus", "/org/freedesktop/DBus",
+                                      "org.freedesktop.DBus"};
+
 /// One connection to a message bus, served by the main thread's event loop without a thread of
-/// its own. No member waits for the bus but `waitUntil`.
+/// its own. No member waits for the bus but `ask`, `releaseName` and `waitUntil`.
 class Bus final : public QObject {
 public:
   /// `reply` is null when the call failed; `error` names why, or is the sentence that another
@@ -68,6 +72,9 @@ public:
   void send(const BusMessage& message);
   /// `reply` is always called, on the main thread, at the latest after `timeout` seconds.
   void call(const BusMessage& message, Reply reply, double timeout = 25);
+  /// Waits for the answer, at most `seconds`; null without one, or where the call failed. For
+  /// start-up and for the command: nothing else of this program goes on meanwhile.
+  BusMessage ask(const BusMessage& message, double seconds);
   /// Calls `handler` for every message that `rule` matches.
   [[nodiscard]] TokenPtr match(const std::string& rule, Handler handler);
   /// Answers calls of `interface` on `path`; `vtable` and `context` must outlive the token.

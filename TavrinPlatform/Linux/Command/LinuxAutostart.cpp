@@ -3,8 +3,7 @@
 #include "TavrinCore/Base/Errors.h"
 #include "TavrinPlatform/Files/AtomicFile.h"
 
-#include <memory>
-#include <optional>
+#include <string_view>
 
 namespace tavrin {
 
@@ -29,8 +28,8 @@ std::string unitWord(const std::string& text) {
   return word + "\"";
 }
 
-/// A word of an entry's "Exec", after the Desktop Entry Specification: the value's own escapes, and
-/// those of the quotes within.
+/// A word of a desktop entry's "Exec" (freedesktop.org): the value's own escapes, and those of the
+/// quotes within.
 std::string entryWord(const std::string& text) {
   std::string word = "\"";
   for (const char letter : text) {
@@ -137,26 +136,17 @@ bool LinuxAutostart::isSessionManaged() {
   if (bus == nullptr || !bus->isOpen())
     return false;
   BusMessage question = bus->method(manager, "ListUnitsByNames");
-  question.append("as", 1, "graphical-session.target");
-  // The answer may come after this function has returned.
-  const auto answer = std::make_shared<std::optional<bool>>();
-  bus->call(question, [answer](sd_bus_message* reply, const std::string&) {
-    const char* state = "";
-    if (reply != nullptr && sd_bus_message_enter_container(reply, 'a', "(ssssssouso)") > 0 &&
-        sd_bus_message_enter_container(reply, 'r', "ssssssouso") > 0)
-      sd_bus_message_read(reply, "ssss", nullptr, nullptr, nullptr, &state);
-    *answer = std::string(state) == "active";
-  });
-  bus->waitUntil([&] { return answer->has_value(); }, managerLimit);
-  return answer->value_or(false);
+  const auto answer = bus->ask(question.append("as", 1, "graphical-session.target"), managerLimit);
+  const char* state = "";
+  if (answer && sd_bus_message_enter_container(answer.get(), 'a', "(ssssssouso)") > 0 &&
+      sd_bus_message_enter_container(answer.get(), 'r', "ssssssouso") > 0)
+    sd_bus_message_read(answer.get(), "ssss", nullptr, nullptr, nullptr, &state);
+  return std::string_view(state) == "active";
 }
 
 void LinuxAutostart::reloadManager() {
   Bus* bus = bus_();
-  const auto isDone = std::make_shared<bool>(false);
-  bus->call(bus->method(manager, "Reload"),
-            [isDone](sd_bus_message*, const std::string&) { *isDone = true; });
-  bus->waitUntil([&] { return *isDone; }, managerLimit);
+  bus->ask(bus->method(manager, "Reload"), managerLimit);
 }
 
 } // namespace tavrin

@@ -9,8 +9,8 @@
 namespace tavrin {
 
 /// By a service of the user's systemd where that runs the session (its "graphical-session.target"
-/// is active), else by an entry of the Desktop Application Autostart Specification
-/// (freedesktop.org). There is never more than one of the two.
+/// is active), else by an entry in the desktop's autostart folder (freedesktop.org). There is never
+/// more than one of the two.
 class LinuxAutostart final : public Autostart {
 public:
   /// `bus` may give null. `configuration` is the user's folder of settings; `program` is started as

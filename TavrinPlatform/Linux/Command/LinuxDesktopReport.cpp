@@ -20,22 +20,11 @@ const char* const watcher = "org.kde.StatusNotifierWatcher";
 const char* const portal = "org.freedesktop.portal.Desktop";
 
 void readNames(Bus& bus, const char* member, std::set<std::string, std::less<>>& names) {
-  const BusAddress daemon{"org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus"};
-  // The answer may come after this function has returned.
-  struct Answer {
-    bool isThere = false;
-    std::set<std::string, std::less<>> names;
-  };
-  const auto answer = std::make_shared<Answer>();
-  bus.call(bus.method(daemon, member), [answer](sd_bus_message* reply, const std::string&) {
-    answer->isThere = true;
-    if (reply == nullptr || sd_bus_message_enter_container(reply, 'a', "s") < 0)
-      return;
-    for (const char* name = nullptr; sd_bus_message_read(reply, "s", &name) > 0;)
-      answer->names.insert(name);
-  });
-  bus.waitUntil([&] { return answer->isThere; }, busLimit);
-  names = answer->names;
+  const auto answer = bus.ask(bus.method(busDaemon, member), busLimit);
+  if (!answer || sd_bus_message_enter_container(answer.get(), 'a', "s") < 0)
+    return;
+  for (const char* name = nullptr; sd_bus_message_read(answer.get(), "s", &name) > 0;)
+    names.insert(name);
 }
 
 /// A service on a bus, and what goes without it.

@@ -14,7 +14,6 @@ constexpr const char* playerInterface = "org.mpris.MediaPlayer2.Player";
 constexpr const char* properties = "org.freedesktop.DBus.Properties";
 constexpr const char* path = "/org/mpris/MediaPlayer2";
 constexpr const char* noTrack = "/org/mpris/MediaPlayer2/TrackList/NoTrack";
-const BusAddress daemon{"org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus"};
 constexpr double answerLimit = 3;
 constexpr std::size_t mostPlayers = 32;
 /// A player that tells every change of its volume slider tells it often.
@@ -79,7 +78,7 @@ void BusMediaPlayers::watch() {
 }
 
 void BusMediaPlayers::list() {
-  session_->call(session_->method(daemon, "ListNames"),
+  session_->call(session_->method(busDaemon, "ListNames"),
                  [this, weak = alive_.watch()](sd_bus_message* reply, const std::string&) {
                    if (weak.expired() || reply == nullptr ||
                        sd_bus_message_enter_container(reply, 'a', "s") <= 0)
@@ -88,7 +87,7 @@ void BusMediaPlayers::list() {
                         name = textArgument(reply)) {
                      if (shortName(name).empty())
                        continue;
-                     BusMessage question = session_->method(daemon, "GetNameOwner");
+                     BusMessage question = session_->method(busDaemon, "GetNameOwner");
                      question.append("s", name.c_str());
                      session_->call(question, [this, weak, name](sd_bus_message* owner, auto&) {
                        if (!weak.expired() && owner != nullptr)

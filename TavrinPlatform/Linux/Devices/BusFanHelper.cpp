@@ -6,7 +6,6 @@ namespace tavrin {
 namespace {
 
 constexpr const char* unreachable = "Failed to reach the fan helper";
-const BusAddress daemon{"org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus"};
 
 } // namespace
 
@@ -26,7 +25,7 @@ void BusFanHelper::look() {
   if (bus == nullptr)
     return;
   for (const char* member : {"ListActivatableNames", "ListNames"})
-    bus->call(bus->method(daemon, member),
+    bus->call(bus->method(busDaemon, member),
               [this, weak = alive_.watch()](sd_bus_message* reply, const std::string&) {
                 if (reply == nullptr || weak.expired() ||
                     sd_bus_message_enter_container(reply, 'a', "s") <= 0)

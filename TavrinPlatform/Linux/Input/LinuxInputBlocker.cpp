@@ -165,8 +165,7 @@ void LinuxInputBlocker::setSaverActive(const Saver& saver, bool isActive) {
                                       owner + "',arg2=''",
                                   [this, saver](sd_bus_message*) { forget(saver); });
   // It may have left before anything listened.
-  BusMessage question = session_->method(
-      {"org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus"}, "NameHasOwner");
+  BusMessage question = session_->method(busDaemon, "NameHasOwner");
   session_->call(question.append("s", owner.c_str()), [this, saver](sd_bus_message* reply, auto&) {
     int isThere = 0;
     if (reply != nullptr && sd_bus_message_read(reply, "b", &isThere) > 0 && isThere == 0)

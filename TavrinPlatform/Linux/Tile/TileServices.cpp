@@ -88,19 +88,12 @@ bool TileServices::hasTray() const {
   Bus* bus = environment_.bus;
   if (bus == nullptr || !bus->isOpen())
     return false;
-  const BusAddress daemon{"org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus"};
-  BusMessage question = bus->method(daemon, "NameHasOwner");
-  // The answer may come after this function has returned.
-  const auto answer = std::make_shared<std::optional<bool>>();
-  bus->call(question.append("s", "org.kde.StatusNotifierWatcher"),
-            [answer](sd_bus_message* reply, const std::string&) {
-              int isThere = 0;
-              if (reply != nullptr)
-                sd_bus_message_read(reply, "b", &isThere);
-              *answer = isThere != 0;
-            });
-  bus->waitUntil([&] { return answer->has_value(); }, watcherLimit);
-  return answer->value_or(false);
+  BusMessage question = bus->method(busDaemon, "NameHasOwner");
+  const auto answer = bus->ask(question.append("s", "org.kde.StatusNotifierWatcher"), watcherLimit);
+  int isThere = 0;
+  if (answer)
+    sd_bus_message_read(answer.get(), "b", &isThere);
+  return isThere != 0;
 }
 
 std::unique_ptr<TileSurface> TileServices::makeStrip() {
