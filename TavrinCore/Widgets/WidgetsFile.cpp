@@ -30,7 +30,7 @@ struct LegacyCollections {
 
 } // namespace
 
-std::optional<int> WidgetsFile::freeSlot() const {
+std::set<int> WidgetsFile::takenSlots() const {
   std::set<int> taken;
   for (const auto& widget : widgets)
     if (widget.slot)
@@ -39,7 +39,11 @@ std::optional<int> WidgetsFile::freeSlot() const {
     if (const auto* slot = entry.raw.member("slot"))
       if (const auto number = slot->integerValue(); number && std::in_range<int>(*number))
         taken.insert(static_cast<int>(*number));
-  return DockSlot::lowestFree(taken);
+  return taken;
+}
+
+std::optional<int> WidgetsFile::freeSlot() const {
+  return DockSlot::lowestFree(takenSlots());
 }
 
 std::map<int, const DockWidget*> WidgetsFile::placedWidgets() const {

@@ -3,6 +3,8 @@
 #include "TavrinCore/Widgets/DockWidget.h"
 
 #include <map>
+#include <optional>
+#include <set>
 
 namespace tavrin {
 
@@ -20,7 +22,9 @@ struct WidgetsFile {
   std::vector<DockWidget> widgets;
   std::vector<UnrecognizedWidget> unrecognized;
 
-  /// The lowest slot that neither a widget nor an unrecognized entry uses.
+  /// The slots that widgets and unrecognized entries use, also those that do not exist.
+  std::set<int> takenSlots() const;
+  /// The lowest slot that nobody uses.
   std::optional<int> freeSlot() const;
 
   /// The widget that each slot shows, the first in file order, by slot number. The pointers are

@@ -1,7 +1,7 @@
 #include "TavrinSettings/Dock/ProfilesEditor.h"
 
 #include "TavrinCore/Settings/SettingText.h"
-#include "TavrinCore/Text/Text.h"
+#include "TavrinSettings/Editing/ChangeStep.h"
 
 #include <algorithm>
 #include <fmt/format.h>
@@ -33,18 +33,13 @@ bool carry(const Profile& before, const Profile& after, Profile& current) {
   return isWhole;
 }
 
-std::string staysAsChanged(const Profile& profile) {
-  return fmt::format("\"{}\" was changed elsewhere since, and what was changed there stays",
-                     profile.name);
-}
-
 } // namespace
 
 std::vector<std::string> ProfileChange::apply(ProfileStore& store) const {
   const auto current = store.profile(before ? before->id : after->id);
   if (!after) {
     if (current && *current != *before)
-      return {staysAsChanged(*current)};
+      return {staysAsChanged(current->name)};
     if (current)
       store.remove(current->id);
     return {};
@@ -62,32 +57,8 @@ std::vector<std::string> ProfileChange::apply(ProfileStore& store) const {
     isWhole = carry(*before, *after, profile);
     return profile != was;
   });
-  return isWhole ? std::vector<std::string>() : std::vector{staysAsChanged(*current)};
+  return isWhole ? std::vector<std::string>() : std::vector{staysAsChanged(current->name)};
 }
-
-class ProfilesEditor::Step final : public HistoryStep {
-public:
-  Step(ProfilesEditor& editor, std::string title, std::string field, ProfileChange change)
-      : editor_(editor), title_(std::move(title)), field_(std::move(field)),
-        change_(std::move(change)) {}
-
-  std::string title() const override { return title_; }
-  std::vector<std::string> undo() override { return editor_.apply(change_.inverse()); }
-  std::vector<std::string> redo() override { return editor_.apply(change_); }
-  bool absorb(const HistoryStep& next) override {
-    const auto* other = dynamic_cast<const Step*>(&next);
-    if (other == nullptr || field_.empty() || other->field_ != field_)
-      return false;
-    change_.after = other->change_.after;
-    return true;
-  }
-
-private:
-  ProfilesEditor& editor_;
-  std::string title_;
-  std::string field_;
-  ProfileChange change_;
-};
 
 ProfilesEditor::ProfilesEditor(HostContext& context, History& history)
     : context_(context), history_(history), library_(context) {}
@@ -99,7 +70,8 @@ void ProfilesEditor::reload() {
 }
 
 void ProfilesEditor::did(const std::string& title, const std::string& field, ProfileChange change) {
-  history_.add(std::make_unique<Step>(*this, title, field, std::move(change)));
+  history_.add(std::make_unique<ChangeStep<ProfileChange>>(
+      title, field, std::move(change), [this](const auto& made) { return apply(made); }));
   if (onChange)
     onChange();
 }

@@ -13,6 +13,7 @@ struct ProfileChange {
   std::optional<Profile> after;
 
   ProfileChange inverse() const { return {after, before}; }
+  ProfileChange followedBy(const ProfileChange& next) const { return {before, next.after}; }
   /// Makes the change on what stands by now: what somebody else changed since stays, and is said.
   std::vector<std::string> apply(ProfileStore& store) const;
 };
@@ -40,8 +41,6 @@ public:
   std::function<void()> onChange;
 
 private:
-  class Step;
-
   void did(const std::string& title, const std::string& field, ProfileChange change);
   std::vector<std::string> apply(const ProfileChange& change);
   std::string freeName(const std::string& name);
@@ -51,8 +50,8 @@ private:
   DockLibrary library_;
 };
 
-/// "Mail joins, Music leaves, and the order is another": what a difference means, in words; says so
-/// where there is none.
+/// "adds Mail, removes Music and changes the order": what taking it up does, in words; "changes
+/// nothing" where there is no difference.
 std::string differenceWords(const DockChangeDetector::Report& report);
 
 } // namespace tavrin

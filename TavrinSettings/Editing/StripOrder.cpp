@@ -34,15 +34,12 @@ template <class Value> void insertAt(std::vector<Value>& list, std::size_t place
 
 /// A slot that makes the `place` without anybody moving.
 std::optional<int> freeSlotAt(const WidgetsFile& file, const Line& line, std::size_t place) {
-  const int first = place == 0 ? 1 : line.slots[place - 1] + 1;
   const int end = place < line.slots.size() ? line.slots[place] : DockSlot::count + 1;
-  // Those that entries of a newer version have are no one's to give.
-  WidgetsFile others;
-  others.unrecognized = file.unrecognized;
-  for (int slot = 1; slot <= DockSlot::count; ++slot)
-    if (slot < first || slot >= end)
-      others.widgets.push_back(DockWidget({}, "", slot, {}, 1));
-  return others.freeSlot();
+  const auto taken = file.takenSlots();
+  for (int slot = place == 0 ? 1 : line.slots[place - 1] + 1; slot < end; ++slot)
+    if (!taken.contains(slot))
+      return slot;
+  return std::nullopt;
 }
 
 } // namespace
@@ -55,16 +52,28 @@ std::vector<DockWidget> stripOf(const WidgetsFile& file) {
 }
 
 std::vector<DockWidget> keptOffStrip(const WidgetsFile& file) {
-  const auto strip = stripOf(file);
   std::vector<DockWidget> kept;
   for (const auto& widget : file.widgets)
-    if (std::ranges::count(strip, widget.id, &DockWidget::id) == 0)
+    if (!isOnStrip(file, widget.id))
       kept.push_back(widget);
   return kept;
 }
 
+bool isOnStrip(const WidgetsFile& file, const UUID& id) {
+  return std::ranges::any_of(file.placedWidgets(),
+                             [&](const auto& placed) { return placed.second->id == id; });
+}
+
+int freePlaces(const WidgetsFile& file) {
+  const auto taken = file.takenSlots();
+  int count = 0;
+  for (int slot = 1; slot <= DockSlot::count; ++slot)
+    count += taken.contains(slot) ? 0 : 1;
+  return count;
+}
+
 bool isStripFull(const WidgetsFile& file) {
-  return !file.freeSlot();
+  return freePlaces(file) == 0;
 }
 
 void moveInStrip(WidgetStore& store, const UUID& id, std::size_t place) {

@@ -11,6 +11,9 @@ namespace tavrin {
 std::vector<DockWidget> stripOf(const WidgetsFile& file);
 /// The widgets that no slot shows, in file order.
 std::vector<DockWidget> keptOffStrip(const WidgetsFile& file);
+bool isOnStrip(const WidgetsFile& file, const UUID& id);
+/// How many places of the strip nobody has.
+int freePlaces(const WidgetsFile& file);
 /// Whether no slot is free.
 bool isStripFull(const WidgetsFile& file);
 

@@ -1,6 +1,6 @@
 #include "TavrinSettings/Editing/WidgetsChange.h"
 
-#include "TavrinCore/Widgets/DockSlot.h"
+#include "TavrinSettings/Editing/ChangeStep.h"
 
 #include <algorithm>
 #include <fmt/format.h>
@@ -57,22 +57,6 @@ bool carrySettings(const DockWidget::Kind& before, const DockWidget::Kind& after
   return isWhole;
 }
 
-std::string staysAsChanged(const DockWidget& widget) {
-  return fmt::format("\"{}\" was changed elsewhere since, and what was changed there stays",
-                     widget.name);
-}
-
-std::set<int> takenSlots(const WidgetsFile& file) {
-  std::set<int> taken;
-  for (const auto& widget : file.widgets)
-    if (widget.slot)
-      taken.insert(*widget.slot);
-  for (const auto& entry : file.unrecognized)
-    if (const auto* slot = entry.raw.member("slot"); slot != nullptr && slot->integerValue())
-      taken.insert(static_cast<int>(*slot->integerValue()));
-  return taken;
-}
-
 } // namespace
 
 WidgetsChange WidgetsChange::between(const WidgetsFile& before, const WidgetsFile& after) {
@@ -126,7 +110,7 @@ std::vector<std::string> WidgetsChange::apply(WidgetStore& store) const {
     auto current = store.widget(before ? before->id : after->id);
     if (!after) {
       if (current && *current != *before)
-        remarks.push_back(staysAsChanged(*current));
+        remarks.push_back(staysAsChanged(current->name));
       else if (current)
         store.remove(current->id);
       continue;
@@ -154,13 +138,13 @@ std::vector<std::string> WidgetsChange::apply(WidgetStore& store) const {
       changed.slot.reset();
     }
     if (!isWhole)
-      remarks.push_back(staysAsChanged(*current));
+      remarks.push_back(staysAsChanged(current->name));
     if (changed != *current)
       store.update(changed);
   }
   for (const auto& [id, slot] : placings) {
-    const auto taken = takenSlots(store.file());
-    const auto free = taken.contains(slot) ? store.file().freeSlot() : std::optional(slot);
+    const auto& file = store.file();
+    const auto free = file.takenSlots().contains(slot) ? file.freeSlot() : std::optional(slot);
     store.change(id, [&](DockWidget& widget) { widget.slot = free; });
     if (!free)
       remarks.push_back(fmt::format("\"{}\" is kept off the strip, for all twelve places are taken",

@@ -1,6 +1,7 @@
 #include "TavrinSettings/Editing/WidgetsEditor.h"
 
 #include "TavrinHost/Widgets/StarterSet.h"
+#include "TavrinSettings/Editing/ChangeStep.h"
 #include "TavrinSettings/Editing/StripOrder.h"
 
 #include <algorithm>
@@ -22,36 +23,6 @@ std::set<int> slotsOf(const WidgetsFile& file) {
 }
 
 } // namespace
-
-class WidgetsEditor::Step final : public HistoryStep {
-public:
-  Step(WidgetsEditor& editor, std::string title, std::string field, WidgetsChange change)
-      : editor_(editor), title_(std::move(title)), field_(std::move(field)),
-        change_(std::move(change)) {}
-
-  std::string title() const override { return title_; }
-  /// What is done again is what was undone, at whatever place that found free.
-  std::vector<std::string> undo() override {
-    auto back = change_.inverse();
-    auto remarks = editor_.apply(back);
-    change_ = back.inverse();
-    return remarks;
-  }
-  std::vector<std::string> redo() override { return editor_.apply(change_); }
-  bool absorb(const HistoryStep& next) override {
-    const auto* other = dynamic_cast<const Step*>(&next);
-    if (other == nullptr || field_.empty() || other->field_ != field_)
-      return false;
-    change_ = change_.followedBy(other->change_);
-    return true;
-  }
-
-private:
-  WidgetsEditor& editor_;
-  std::string title_;
-  std::string field_;
-  WidgetsChange change_;
-};
 
 WidgetsEditor::WidgetsEditor(HostContext& context, History& history)
     : context_(context), history_(history), library_(context), shown_(library_.file()) {}
@@ -91,7 +62,8 @@ void WidgetsEditor::perform(const std::string& title, const std::string& field,
     return WidgetsChange::between(before, store.file());
   });
   if (!difference.isEmpty())
-    history_.add(std::make_unique<Step>(*this, title, field, difference));
+    history_.add(std::make_unique<ChangeStep<WidgetsChange>>(
+        title, field, difference, [this](auto& made) { return apply(made); }));
   follow();
 }
 
@@ -125,12 +97,9 @@ void WidgetsEditor::addStarterSet() {
 }
 
 void WidgetsEditor::place(const UUID& id, std::size_t place) {
-  const auto strip = stripOf(file());
-  const bool isOnStrip = std::ranges::count(strip, id, &DockWidget::id) > 0;
-  perform(fmt::format("{} {}", isOnStrip ? "Move" : "Place", nameOf(id)), {},
+  perform(fmt::format("{} {}", isOnStrip(file(), id) ? "Move" : "Place", nameOf(id)), {},
           [&](WidgetStore& store) {
-            const auto now = stripOf(store.file());
-            if (std::ranges::count(now, id, &DockWidget::id) > 0)
+            if (isOnStrip(store.file(), id))
               moveInStrip(store, id, place);
             else if (store.widget(id) && !insertInStrip(store, id, place))
               throwFull();

@@ -44,8 +44,6 @@ public:
   std::function<void(const std::set<int>& slots)> onNewSlots;
 
 private:
-  class Step;
-
   /// Runs `change` as one step.
   void perform(const std::string& title, const std::string& field,
                const std::function<void(WidgetStore&)>& change);

@@ -17,7 +17,6 @@ StripTile::StripTile(PageServices& services, const DockWidget& widget, QWidget* 
     : QAbstractButton(parent), services_(services), widget_(widget), shownSpan_(widget.span) {
   setFocusPolicy(Qt::StrongFocus);
   setMouseTracking(true);
-  setCheckable(false);
 }
 
 void StripTile::setRecord(const DockWidget& widget, int place, int count) {
@@ -30,7 +29,6 @@ void StripTile::setRecord(const DockWidget& widget, int place, int count) {
       QString::fromUtf8(widget.kind.title().data(), static_cast<int>(widget.kind.title().size())),
       widget.span == 1 ? QStringLiteral("1 tile wide")
                        : QStringLiteral("%1 tiles wide").arg(widget.span)));
-  setToolTip({});
   if (isOther)
     update();
 }

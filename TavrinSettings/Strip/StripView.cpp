@@ -35,12 +35,7 @@ StripView::StripView(PageServices& services, QWidget* parent)
 void StripView::refresh() {
   const auto& file = services_.editor.file();
   strip_ = stripOf(file);
-  freePlaces_ = 0;
-  WidgetsFile counted = file;
-  while (const auto slot = counted.freeSlot()) {
-    counted.widgets.push_back(DockWidget({}, "", *slot, {}, 1));
-    ++freePlaces_;
-  }
+  freePlaces_ = freePlaces(file);
   // A tile stays the same one, so that it keeps keyboard and mouse wherever it goes.
   std::vector<StripTile*> tiles;
   const int count = static_cast<int>(strip_.size());

@@ -79,17 +79,12 @@ bool WidgetPage::show(const UUID& id) {
   const auto name = QString::fromStdString(widget->name);
   title_->setWords(name);
   kind_->setWords(kind == name ? QString() : kind);
-  const bool isOnStrip =
-      std::ranges::count(stripOf(services_.editor.file()), id, &DockWidget::id) > 0;
-  place_->setTitle(isOnStrip ? QStringLiteral("Take Off") : QStringLiteral("Put on the Strip"));
+  place_->setTitle(isOnStrip(services_.editor.file(), id) ? QStringLiteral("Take Off")
+                                                          : QStringLiteral("Put on the Strip"));
   place_->setAccessibleName(place_->title());
   preview_->setRecord(*widget);
   form_->show(*widget);
   return true;
-}
-
-void WidgetPage::focusForm() {
-  form_->focusSetting("name");
 }
 
 void WidgetPage::commit() {
@@ -121,13 +116,12 @@ std::string WidgetPage::set(const std::vector<SettingValue>& values) {
 }
 
 void WidgetPage::place() {
-  const auto strip = stripOf(services_.editor.file());
-  const bool isOnStrip = std::ranges::count(strip, id_, &DockWidget::id) > 0;
+  const auto& file = services_.editor.file();
   services_.attempt([&] {
-    if (isOnStrip)
+    if (isOnStrip(file, id_))
       services_.editor.takeOff(id_);
     else
-      services_.editor.place(id_, strip.size());
+      services_.editor.place(id_, stripOf(file).size());
   });
 }
 

@@ -23,7 +23,6 @@ public:
   /// Shows the widget, or what became of it. False where it is gone.
   bool show(const UUID& id);
   const UUID& shown() const { return id_; }
-  void focusForm();
   /// What is half typed is taken as if its control had been left.
   void commit();
   void setAppearance();
