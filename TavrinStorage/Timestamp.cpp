@@ -12,4 +12,13 @@ std::string fileStamp(Date date) {
   return text;
 }
 
+std::optional<Date> dateFromFileStamp(std::string_view stamp) {
+  const auto time = stamp.find('T');
+  if (stamp.size() != fileStampLength || time == std::string_view::npos)
+    return std::nullopt;
+  std::string text(stamp);
+  std::replace(text.begin() + static_cast<std::ptrdiff_t>(time), text.end(), '-', ':');
+  return dateFromISO8601(text);
+}
+
 } // namespace tavrin

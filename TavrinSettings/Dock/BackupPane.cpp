@@ -12,7 +12,6 @@
 #include <QVBoxLayout>
 #include <algorithm>
 #include <fmt/format.h>
-#include <fstream>
 #include <set>
 
 namespace tavrin {
@@ -47,16 +46,10 @@ std::string_view reasonWords(WorkspaceBackup::Reason reason) {
   return "before a backup was restored";
 }
 
-/// "dock-2026-11-14T21-20-47.123Z.plist" as a date in words, else the name.
+/// The date in a Dock backup's name, in words; else the name.
 QString dockBackupTitle(const std::filesystem::path& backup, const Calendar& calendar) {
-  auto words = backup.stem().string();
-  if (words.size() < 24 || !words.starts_with("dock-"))
-    return QString::fromStdString(words);
-  words = words.substr(5, 19);
-  words[13] = words[16] = ':';
-  const auto date = dateFromText(words + "Z", Date{});
-  return date ? QString::fromStdString(calendar.dateAndTime(*date))
-              : QString::fromStdString(backup.stem().string());
+  const auto date = BackupManager::dateOf(backup);
+  return QString::fromStdString(date ? calendar.dateAndTime(*date) : backup.stem().string());
 }
 
 /// Bringing back a workspace backup; undone by the one that was made before it.
@@ -103,19 +96,16 @@ BackupPane::BackupPane(DockServicesOfPage& services, HostContext& context, QWidg
     : QWidget(parent), services_(services), context_(context) {
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(0, 0, 0, 0);
-  lists_ = new QWidget(this);
-  auto* inner = new QVBoxLayout(lists_);
-  inner->setContentsMargins(0, 0, 0, 0);
-  inner->setSpacing(panel::grid);
-  inner->addWidget(
-      new PanelText(QStringLiteral("Widgets and layouts"), PanelTextStyle::section, lists_));
-  workspaceList_ = new PanelList(QStringLiteral("Backups of widgets and layouts"), lists_);
+  column->setSpacing(panel::grid);
+  column->addWidget(
+      new PanelText(QStringLiteral("Widgets and layouts"), PanelTextStyle::section, this));
+  workspaceList_ = new PanelList(QStringLiteral("Backups of widgets and layouts"), this);
   workspaceList_->onAction = [this](int row, int) { restoreWorkspace(row); };
-  inner->addWidget(workspaceList_, 2);
-  inner->addWidget(new PanelText(QStringLiteral("The Dock"), PanelTextStyle::section, lists_));
-  dockList_ = new PanelList(QStringLiteral("Backups of the Dock"), lists_);
+  column->addWidget(workspaceList_, 2);
+  column->addWidget(new PanelText(QStringLiteral("The Dock"), PanelTextStyle::section, this));
+  dockList_ = new PanelList(QStringLiteral("Backups of the Dock"), this);
   dockList_->onAction = [this](int row, int) { restoreDock(row); };
-  inner->addWidget(dockList_, 1);
+  column->addWidget(dockList_, 1);
   auto* create = new PanelButton(
       PanelButton::Kind::quiet, QStringLiteral("Back Up Now"),
       [this] {
@@ -129,9 +119,8 @@ BackupPane::BackupPane(DockServicesOfPage& services, HostContext& context, QWidg
           refresh();
         });
       },
-      lists_);
-  inner->addWidget(create, 0, Qt::AlignLeft);
-  column->addWidget(lists_, 1);
+      this);
+  column->addWidget(create, 0, Qt::AlignLeft);
 }
 
 void BackupPane::refresh() {

@@ -27,7 +27,6 @@ private:
   std::vector<std::filesystem::path> dock_;
   PanelList* workspaceList_;
   PanelList* dockList_;
-  QWidget* lists_;
 };
 
 /// "2 widgets and 1 layout differ from now": a backup beside what there is.

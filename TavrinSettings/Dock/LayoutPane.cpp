@@ -3,13 +3,13 @@
 #include "TavrinCore/Settings/HotkeyText.h"
 #include "TavrinCore/Text/Text.h"
 #include "TavrinSettings/Dock/DockItemRow.h"
+#include "TavrinSettings/Form/ShortcutRecorder.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelSegments.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 
-#include <QKeyEvent>
 #include <QLineEdit>
 #include <QScrollArea>
 #include <QVBoxLayout>
@@ -31,36 +31,6 @@ const std::array<NamedColour, 6> colours = {{
     {ProfileColor::purple, "Purple", {0xBF, 0x5A, 0xF2}},
     {ProfileColor::graphite, "Graphite", {0x8E, 0x8E, 0x93}},
 }};
-
-/// "ctrl+alt+p": what was pressed, in the words of a shortcut. Empty for a modifier alone.
-std::string wordsOf(const QKeyEvent& event) {
-  const int key = event.key();
-  if (key == 0 || key == Qt::Key_unknown || (key >= Qt::Key_Shift && key <= Qt::Key_ScrollLock) ||
-      key == Qt::Key_AltGr || key == Qt::Key_Super_L || key == Qt::Key_Super_R)
-    return {};
-  std::string words;
-  for (const auto& [modifier, word] :
-       {std::pair{Qt::ControlModifier, "ctrl+"}, std::pair{Qt::AltModifier, "alt+"},
-        std::pair{Qt::ShiftModifier, "shift+"}, std::pair{Qt::MetaModifier, "super+"}})
-    if (event.modifiers() & modifier)
-      words += word;
-  switch (key) {
-  case Qt::Key_Minus:
-    return words + "minus";
-  case Qt::Key_Equal:
-    return words + "equal";
-  case Qt::Key_Comma:
-    return words + "comma";
-  case Qt::Key_Period:
-    return words + "period";
-  case Qt::Key_Slash:
-    return words + "slash";
-  case Qt::Key_Enter:
-    return words + "return";
-  default:
-    return words + QKeySequence(key).toString().toLower().toStdString();
-  }
-}
 
 /// In the order of the segments: none, when a Focus begins, when it ends.
 const std::array<const char*, 3> focusStates = {"", "on", "off"};
@@ -143,21 +113,12 @@ LayoutPane::LayoutPane(DockServicesOfPage& services, QWidget* parent)
 
 void LayoutPane::makeRows() {
   auto* column = static_cast<QVBoxLayout*>(layout());
-  auto* keys = new QWidget(this);
-  auto* row = new QHBoxLayout(keys);
-  row->setContentsMargins(0, 0, 0, 0);
-  shortcut_ = new PanelButton(PanelButton::Kind::quiet, {}, [this] {
-    isRecording_ = true;
-    shortcut_->setTitle(QStringLiteral("Press the keys…"));
-    shortcut_->setFocus();
-  });
-  shortcut_->installEventFilter(this);
-  noShortcut_ = PanelButton::icon(QStringLiteral("xmark"), QStringLiteral("No shortcut"), [this] {
-    edit("Shortcut of", "", [](Profile& profile) { profile.hotkey.reset(); });
-  });
-  row->addWidget(shortcut_);
-  row->addWidget(noShortcut_);
-  column->addWidget(new PanelField(QStringLiteral("Shortcut"), keys, this));
+  shortcut_ = new ShortcutRecorder(QStringLiteral("Shortcut"), QStringLiteral("None"), this);
+  shortcut_->onChange = [this](const std::optional<Hotkey>& hotkey) { setShortcut(hotkey); };
+  shortcut_->onTrouble = [this](const QString& sentence) {
+    services_.page.tell(sentence + QLatin1Char('.'), true);
+  };
+  column->addWidget(new PanelField(QStringLiteral("Shortcut"), shortcut_, this));
   focus_ = new PanelSegments(
       QStringLiteral("Focus"),
       {QStringLiteral("Never"), QStringLiteral("When it begins"), QStringLiteral("When it ends")},
@@ -193,7 +154,7 @@ void LayoutPane::makeActions(QVBoxLayout* column) {
         });
       },
       this);
-  capture_ = new PanelButton(
+  auto* capture = new PanelButton(
       PanelButton::Kind::quiet, QStringLiteral("Take the Dock As It Is"),
       [this] {
         services_.page.attempt([&] {
@@ -218,7 +179,7 @@ void LayoutPane::makeActions(QVBoxLayout* column) {
       },
       this);
   row->addWidget(apply_);
-  row->addWidget(capture_);
+  row->addWidget(capture);
   row->addStretch(1);
   row->addWidget(duplicate);
   row->addWidget(remove);
@@ -252,7 +213,7 @@ bool LayoutPane::show(const UUID& id) {
   // Any other is a Focus mode's name, which begins like "on".
   focus_->setCurrent(state < 0 ? 1 : state);
   others_->setCurrent(static_cast<int>(profile->otherWorkspaceApps));
-  showShortcut(*profile);
+  shortcut_->setHotkey(profile->hotkey);
   items_->setItems(profile->items, profile->others);
   showDifference(*profile);
   apply_->setEnabled(!services_.job.isRunning());
@@ -283,55 +244,14 @@ void LayoutPane::showDifference(const Profile& profile) {
   }
 }
 
-void LayoutPane::showShortcut(const Profile& profile) {
-  if (!isRecording_)
-    shortcut_->setTitle(profile.hotkey ? QString::fromStdString(hotkeyText(*profile.hotkey))
-                                       : QStringLiteral("None"));
-  shortcut_->setAccessibleName(QStringLiteral("Shortcut: %1").arg(shortcut_->title()));
-  noShortcut_->setEnabled(profile.hotkey.has_value());
-}
-
-void LayoutPane::takeShortcut(QKeyEvent* event) {
-  const auto words = wordsOf(*event);
-  if (words.empty())
-    return;
-  isRecording_ = false;
+void LayoutPane::setShortcut(const std::optional<Hotkey>& hotkey) {
   services_.page.attempt([&] {
-    const auto hotkey = hotkeyFromText(words);
     for (const auto& other : services_.profiles.file().profiles)
-      if (other.id != id_ && other.hotkey == hotkey)
+      if (hotkey && other.id != id_ && other.hotkey == hotkey)
         throw HostError(ExitCode::refusedValue,
-                        hotkeyText(hotkey) + " is the shortcut of \"" + other.name + "\"");
+                        hotkeyText(*hotkey) + " is the shortcut of \"" + other.name + "\"");
     edit("Shortcut of", "", [&](Profile& profile) { profile.hotkey = hotkey; });
   });
-  if (const auto profile = services_.profiles.profile(id_))
-    showShortcut(*profile);
-}
-
-bool LayoutPane::eventFilter(QObject* object, QEvent* event) {
-  if (object != shortcut_ || !isRecording_)
-    return QWidget::eventFilter(object, event);
-  if (event->type() == QEvent::FocusOut) {
-    isRecording_ = false;
-    if (const auto profile = services_.profiles.profile(id_))
-      showShortcut(*profile);
-    return false;
-  }
-  if (event->type() == QEvent::ShortcutOverride) {
-    event->accept();
-    return true;
-  }
-  if (event->type() != QEvent::KeyPress)
-    return QWidget::eventFilter(object, event);
-  auto* key = static_cast<QKeyEvent*>(event);
-  if (key->key() == Qt::Key_Escape && key->modifiers() == Qt::NoModifier) {
-    isRecording_ = false;
-    if (const auto profile = services_.profiles.profile(id_))
-      showShortcut(*profile);
-  } else {
-    takeShortcut(key);
-  }
-  return true;
 }
 
 } // namespace tavrin

@@ -7,7 +7,6 @@
 #include <QWidget>
 #include <array>
 
-class QKeyEvent;
 class QLineEdit;
 class QVBoxLayout;
 
@@ -18,6 +17,7 @@ class PanelButton;
 class PanelSegments;
 class PanelSwatch;
 class PanelText;
+class ShortcutRecorder;
 
 /// The Dock's layouts as all their panes have them.
 struct DockServicesOfPage {
@@ -40,16 +40,12 @@ public:
   bool show(const UUID& id);
   void refreshIcons();
 
-protected:
-  bool eventFilter(QObject* object, QEvent* event) override;
-
 private:
   void makeRows();
   void makeActions(QVBoxLayout* column);
   void edit(const char* title, const char* field, const std::function<void(Profile&)>& edit);
   void showDifference(const Profile& profile);
-  void showShortcut(const Profile& profile);
-  void takeShortcut(QKeyEvent* event);
+  void setShortcut(const std::optional<Hotkey>& hotkey);
 
   DockServicesOfPage& services_;
   UUID id_;
@@ -57,13 +53,10 @@ private:
   std::vector<PanelSwatch*> colours_;
   PanelSegments* focus_;
   PanelSegments* others_;
-  PanelButton* shortcut_;
-  PanelButton* noShortcut_;
-  bool isRecording_ = false;
+  ShortcutRecorder* shortcut_;
   DockItemRow* items_;
   PanelText* difference_;
   PanelButton* apply_;
-  PanelButton* capture_;
 };
 
 } // namespace tavrin

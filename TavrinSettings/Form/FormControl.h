@@ -4,6 +4,7 @@
 #include "TavrinCore/Settings/SettingEdit.h"
 #include "TavrinSettings/Form/FormServices.h"
 
+#include <QHBoxLayout>
 #include <QWidget>
 
 namespace tavrin {
@@ -29,9 +30,6 @@ public:
   virtual bool hasTitle() const { return false; }
   /// Wants a line of its own below the title.
   virtual bool isWide() const { return false; }
-  /// Shows what does not differ from other text by its words again: in another appearance.
-  virtual void refresh() {}
-
   /// Sets the values, of which one may have a path of its own; an empty path is the field's.
   /// Whether they were taken.
   std::function<bool(std::vector<SettingValue> values)> onEdit;
@@ -46,6 +44,13 @@ public:
   }
 
 protected:
+  /// What the control is made of stands side by side in it.
+  QHBoxLayout* makeRow() {
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(6);
+    return row;
+  }
   bool send(JSONValue value) { return onEdit && onEdit({{{}, std::move(value), {}}}); }
   void complain(const QString& sentence) {
     if (onTrouble)

@@ -6,7 +6,6 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 
-#include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QScreen>
 #include <QVBoxLayout>
@@ -111,9 +110,7 @@ PickerControl::PickerControl(const FieldInfo& field, const QString& prompt, Pick
                              std::function<QString(const JSONValue&, const JSONValue&)> titleOf)
     : FormControl(field), prompt_(prompt), source_(std::move(source)), titleOf_(std::move(titleOf)),
       button_(new PanelButton(PanelButton::Kind::quiet, {}, [this] { open(); })) {
-  auto* row = new QHBoxLayout(this);
-  row->setContentsMargins(0, 0, 0, 0);
-  row->addWidget(button_);
+  makeRow()->addWidget(button_);
   button_->setSymbol(QStringLiteral("chevron.down"));
   button_->setMaximumWidth(260);
 }

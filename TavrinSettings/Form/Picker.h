@@ -55,7 +55,6 @@ public:
   ~PickerControl() override { delete popup_; }
   void setValue(const JSONValue& value, const JSONValue& record) override;
   QWidget* target() override;
-  void refresh() override;
 
   /// Further fields that lose their values with this one.
   void setAlso(std::vector<std::string> paths) { also_ = std::move(paths); }
@@ -64,6 +63,8 @@ public:
   PickerPopup* popup() const { return popup_; }
 
 private:
+  void refresh();
+
   QString prompt_;
   std::vector<std::string> also_;
   PickerSource source_;

@@ -8,7 +8,6 @@
 #include <QComboBox>
 #include <QDateTimeEdit>
 #include <QDoubleSpinBox>
-#include <QHBoxLayout>
 #include <QLineEdit>
 #include <QSignalBlocker>
 #include <algorithm>
@@ -17,12 +16,21 @@
 namespace tavrin {
 namespace {
 
-QHBoxLayout* rowOf(QWidget* widget) {
-  auto* row = new QHBoxLayout(widget);
-  row->setContentsMargins(0, 0, 0, 0);
-  row->setSpacing(8);
-  return row;
-}
+/// "25", not "25.00": digits that say nothing are left out.
+class NumberBox final : public QDoubleSpinBox {
+public:
+  QString textFromValue(double value) const override {
+    QString words = QDoubleSpinBox::textFromValue(value);
+    const auto point = locale().decimalPoint();
+    if (!words.contains(point))
+      return words;
+    while (words.endsWith(locale().zeroDigit()))
+      words.chop(1);
+    if (words.endsWith(point))
+      words.chop(point.size());
+    return words;
+  }
+};
 
 /// Words that stand side by side without crowding a form of the least width.
 bool fitsSegments(const std::vector<ChoiceControl::Choice>& choices) {
@@ -36,7 +44,7 @@ bool fitsSegments(const std::vector<ChoiceControl::Choice>& choices) {
 
 ToggleControl::ToggleControl(const FieldInfo& field)
     : FormControl(field), toggle_(new PanelSwitch(title())) {
-  rowOf(this)->addWidget(toggle_);
+  makeRow()->addWidget(toggle_);
   toggle_->onChange = [this](bool on) { send(on); };
 }
 
@@ -51,7 +59,7 @@ QWidget* ToggleControl::target() {
 ChoiceControl::ChoiceControl(const FieldInfo& field,
                              std::function<std::vector<Choice>(const JSONValue&)> choices)
     : FormControl(field), makeChoices_(std::move(choices)) {
-  rowOf(this);
+  makeRow();
   choices_ = makeChoices_(JSONValue::Object());
   make();
 }
@@ -109,8 +117,7 @@ QWidget* ChoiceControl::target() {
   return segments_ != nullptr ? static_cast<QWidget*>(segments_) : box_;
 }
 
-NumberControl::NumberControl(const FieldInfo& field)
-    : FormControl(field), box_(new QDoubleSpinBox) {
+NumberControl::NumberControl(const FieldInfo& field) : FormControl(field), box_(new NumberBox) {
   box_->setAccessibleName(title());
   box_->setFont(panelFont(PanelTextStyle::body));
   box_->setKeyboardTracking(false);
@@ -118,7 +125,7 @@ NumberControl::NumberControl(const FieldInfo& field)
   box_->setMinimumWidth(150);
   if (field.isNullable)
     box_->setSpecialValueText(text(field.absent));
-  rowOf(this)->addWidget(box_);
+  makeRow()->addWidget(box_);
   connect(box_, &QDoubleSpinBox::valueChanged, this, [this](double shown) { changed(shown); });
 }
 
@@ -176,7 +183,7 @@ TextControl::TextControl(const FieldInfo& field, const FormServices& services)
   line_->setFont(panelFont(PanelTextStyle::body));
   line_->setPlaceholderText(text(field.absent));
   line_->setMinimumWidth(220);
-  rowOf(this)->addWidget(line_, 1);
+  makeRow()->addWidget(line_, 1);
   connect(line_, &QLineEdit::textEdited, this, [this] { take(); });
 }
 
@@ -224,7 +231,7 @@ QWidget* TextControl::target() {
 LinesControl::LinesControl(const FieldInfo& field)
     : FormControl(field), edit_(new PanelTextEdit(title(), text(field.absent))) {
   edit_->setLines(4);
-  rowOf(this)->addWidget(edit_, 1);
+  makeRow()->addWidget(edit_, 1);
   edit_->onChange = [this](const QString&) { isTyping_ = !commit(); };
 }
 
@@ -249,7 +256,7 @@ DateControl::DateControl(const FieldInfo& field) : FormControl(field), edit_(new
   edit_->setKeyboardTracking(false);
   edit_->setAlignment(Qt::AlignHCenter);
   edit_->setMinimumWidth(220);
-  rowOf(this)->addWidget(edit_);
+  makeRow()->addWidget(edit_);
   connect(edit_, &QDateTimeEdit::dateTimeChanged, this, [this](const QDateTime& moment) {
     send(Date::fromUnixSeconds(static_cast<double>(moment.toSecsSinceEpoch()))
              .secondsSinceReferenceDate);

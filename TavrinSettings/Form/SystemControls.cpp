@@ -139,10 +139,6 @@ PickerSource listingApplications(
   };
 }
 
-const JSONValue* memberOf(const JSONValue& record, FieldRole role) {
-  return record.member(role == FieldRole::latitude ? "latitude" : "longitude");
-}
-
 } // namespace
 
 FormControl* makeTimeZoneControl(const FieldInfo& field, const FormServices& services) {
@@ -203,8 +199,8 @@ FormControl* makeCityControl(const FieldInfo& field, const FormServices& service
   const auto titleOf = [](const JSONValue& value, const JSONValue& record) {
     if (!value.isNull())
       return words(quoted(value));
-    const auto* latitude = memberOf(record, FieldRole::latitude);
-    const auto* longitude = memberOf(record, FieldRole::longitude);
+    const auto* latitude = record.member("latitude");
+    const auto* longitude = record.member("longitude");
     return latitude == nullptr || longitude == nullptr
                ? QString()
                : words(fmt::format("{:.2f}°, {:.2f}°", latitude->doubleValue().value_or(0),

@@ -3,27 +3,18 @@
 #include "TavrinCore/Base/FileURL.h"
 #include "TavrinCore/Kinds/Note/NoteSettings.h"
 #include "TavrinCore/Kinds/Runs/TimerSettings.h"
-#include "TavrinCore/Settings/HotkeyText.h"
+#include "TavrinSettings/Form/ShortcutRecorder.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelGrid.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
 #include "TavrinWidgetsUI/Kit/Pictures/Symbols.h"
 
-#include <QHBoxLayout>
-#include <QKeyEvent>
 #include <QVBoxLayout>
 #include <fmt/format.h>
 
 namespace tavrin {
 namespace {
-
-QHBoxLayout* controlsOf(QWidget* widget) {
-  auto* row = new QHBoxLayout(widget);
-  row->setContentsMargins(0, 0, 0, 0);
-  row->setSpacing(6);
-  return row;
-}
 
 struct SwatchColour {
   const char* name;
@@ -47,54 +38,17 @@ QWidget* makePopup(QWidget* owner, const QString& name) {
   return popup;
 }
 
-/// How the house names the key, as `hotkeyFromText` reads it.
-std::string keyName(const QKeyEvent& event) {
-  switch (event.key()) {
-  case Qt::Key_Space:
-    return "space";
-  case Qt::Key_Return:
-  case Qt::Key_Enter:
-    return "return";
-  case Qt::Key_Tab:
-    return "tab";
-  case Qt::Key_Left:
-    return "left";
-  case Qt::Key_Right:
-    return "right";
-  case Qt::Key_Minus:
-    return "minus";
-  case Qt::Key_Equal:
-    return "equal";
-  case Qt::Key_Comma:
-    return "comma";
-  case Qt::Key_Period:
-    return "period";
-  case Qt::Key_Slash:
-    return "slash";
-  case Qt::Key_QuoteLeft:
-    return "grave";
-  default:
-    break;
-  }
-  if (event.key() >= Qt::Key_F1 && event.key() <= Qt::Key_F12)
-    return fmt::format("f{}", event.key() - Qt::Key_F1 + 1);
-  if ((event.key() >= Qt::Key_A && event.key() <= Qt::Key_Z) ||
-      (event.key() >= Qt::Key_0 && event.key() <= Qt::Key_9))
-    return {static_cast<char>(event.key())};
-  return {};
-}
-
-bool isModifier(int key) {
-  return key == Qt::Key_Control || key == Qt::Key_Alt || key == Qt::Key_Shift ||
-         key == Qt::Key_Meta || key == Qt::Key_AltGr || key == Qt::Key_Super_L ||
-         key == Qt::Key_Super_R;
-}
-
 } // namespace
 
+LineAndMoreControl::LineAndMoreControl(const FieldInfo& field, const FormServices& services)
+    : FormControl(field), line_(new TextControl(field, services)) {
+  line_->onEdit = [this](std::vector<SettingValue> values) { return onEdit && onEdit(values); };
+  line_->onTrouble = [this](const QString& sentence) { complain(sentence); };
+}
+
 ColourControl::ColourControl(const FieldInfo& field, const FormServices& services)
-    : FormControl(field), services_(services), line_(new TextControl(field, services)) {
-  auto* row = controlsOf(this);
+    : LineAndMoreControl(field, services), services_(services) {
+  auto* row = makeRow();
   for (const auto& colour : swatchColours) {
     auto* swatch = new PanelSwatch(
         QColor(text(colour.hex)), tr(colour.name),
@@ -103,12 +57,9 @@ ColourControl::ColourControl(const FieldInfo& field, const FormServices& service
     swatches_.push_back(swatch);
     row->addWidget(swatch);
   }
-  line_->onEdit = [this](std::vector<SettingValue> values) { return onEdit && onEdit(values); };
-  line_->onTrouble = [this](const QString& sentence) { complain(sentence); };
-  line_->target()->setFixedWidth(92);
-  line_->target()->setMinimumWidth(92);
+  line()->target()->setFixedWidth(92);
   row->addStretch(1);
-  row->addWidget(line_);
+  row->addWidget(line());
   if (services.pickColour)
     row->addWidget(
         PanelButton::icon(QStringLiteral("eyedropper"), tr("Take from the screen"), [this] {
@@ -123,7 +74,7 @@ ColourControl::ColourControl(const FieldInfo& field, const FormServices& service
 }
 
 void ColourControl::setValue(const JSONValue& value, const JSONValue& record) {
-  line_->setValue(value, record);
+  LineAndMoreControl::setValue(value, record);
   const QColor colour(text(value.string() != nullptr ? *value.string() : std::string()));
   for (auto* swatch : swatches_)
     swatch->setChosen(swatch->colour() == colour);
@@ -132,7 +83,7 @@ void ColourControl::setValue(const JSONValue& value, const JSONValue& record) {
 SymbolControl::SymbolControl(const FieldInfo& field)
     : FormControl(field),
       button_(new PanelButton(PanelButton::Kind::quiet, {}, [this] { open(); })) {
-  controlsOf(this)->addWidget(button_);
+  makeRow()->addWidget(button_);
   button_->setMaximumWidth(260);
 }
 
@@ -195,11 +146,9 @@ void SymbolControl::open() {
 }
 
 PathControl::PathControl(const FieldInfo& field, const FormServices& services)
-    : FormControl(field), line_(new TextControl(field, services)) {
-  auto* row = controlsOf(this);
-  line_->onEdit = [this](std::vector<SettingValue> values) { return onEdit && onEdit(values); };
-  line_->onTrouble = [this](const QString& sentence) { complain(sentence); };
-  row->addWidget(line_, 1);
+    : LineAndMoreControl(field, services) {
+  auto* row = makeRow();
+  row->addWidget(line(), 1);
   if (services.choosePaths)
     row->addWidget(new PanelButton(PanelButton::Kind::quiet, tr("Choose…"), [this, &services] {
       const bool isFolder = this->field().role == FieldRole::folder;
@@ -211,84 +160,25 @@ PathControl::PathControl(const FieldInfo& field, const FormServices& services)
     }));
 }
 
-void PathControl::setValue(const JSONValue& value, const JSONValue& record) {
-  line_->setValue(value, record);
-}
-
 ShortcutControl::ShortcutControl(const FieldInfo& field)
-    : FormControl(field),
-      button_(new PanelButton(PanelButton::Kind::quiet, {}, [this] { listen(!isListening_); })),
-      clear_(PanelButton::icon(QStringLiteral("xmark"), tr("Take the shortcut away"),
-                               [this] { send({}); })) {
-  auto* row = controlsOf(this);
-  row->addWidget(button_);
-  row->addWidget(clear_);
-  button_->installEventFilter(this);
+    : FormControl(field), recorder_(new ShortcutRecorder(title(), text(field.absent))) {
+  makeRow()->addWidget(recorder_);
+  recorder_->onChange = [this](const std::optional<Hotkey>& hotkey) {
+    send(hotkey ? encode(*hotkey) : JSONValue());
+  };
+  recorder_->onTrouble = [this](const QString& sentence) { complain(sentence); };
 }
 
 void ShortcutControl::setValue(const JSONValue& value, const JSONValue&) {
-  value_ = value;
-  show();
-}
-
-void ShortcutControl::show() {
-  QString words = text(field().absent);
-  if (isListening_)
-    words = tr("Press the keys…");
-  else if (!value_.isNull())
-    try {
-      words = text(hotkeyText(decode<Hotkey>(value_)));
-    } catch (const CodingError&) {
-      words = text(value_.compact());
-    }
-  button_->setTitle(words);
-  button_->setAccessibleName(title());
-  button_->setAccessibleDescription(words);
-  clear_->setVisible(!value_.isNull() && !isListening_);
-}
-
-void ShortcutControl::listen(bool on) {
-  isListening_ = on;
-  show();
-  if (on)
-    button_->setFocus(Qt::OtherFocusReason);
-}
-
-bool ShortcutControl::eventFilter(QObject*, QEvent* event) {
-  if (isListening_ && event->type() == QEvent::FocusOut)
-    listen(false);
-  // Also what would otherwise be a shortcut of the window itself.
-  if (isListening_ && event->type() == QEvent::ShortcutOverride) {
-    event->accept();
-    return true;
-  }
-  if (!isListening_ || event->type() != QEvent::KeyPress)
-    return false;
-  const auto& key = static_cast<const QKeyEvent&>(*event);
-  if (isModifier(key.key()))
-    return true;
-  if (key.key() == Qt::Key_Escape && key.modifiers() == Qt::NoModifier) {
-    listen(false);
-    return true;
-  }
-  std::string words;
-  for (const auto& [modifier, name] :
-       {std::pair{Qt::ControlModifier, "ctrl+"}, std::pair{Qt::AltModifier, "alt+"},
-        std::pair{Qt::ShiftModifier, "shift+"}, std::pair{Qt::MetaModifier, "super+"}})
-    if (key.modifiers().testFlag(modifier))
-      words += name;
   try {
-    const auto hotkey = hotkeyFromText(words + keyName(key));
-    listen(false);
-    send(encode(hotkey));
-  } catch (const SettingError& error) {
-    complain(keyName(key).empty() ? tr("That key cannot be a shortcut") : text(error.what()));
+    recorder_->setHotkey(decode<std::optional<Hotkey>>(value));
+  } catch (const CodingError&) {
+    recorder_->setHotkey({});
   }
-  return true;
 }
 
 QWidget* ShortcutControl::target() {
-  return button_;
+  return recorder_->button();
 }
 
 } // namespace tavrin

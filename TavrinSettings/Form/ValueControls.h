@@ -9,20 +9,35 @@ namespace tavrin {
 class PanelButton;
 class PanelGrid;
 class PanelSwatch;
+class ShortcutRecorder;
 
-/// Swatches, the colour as text, and the dropper.
-class ColourControl : public FormControl {
+/// The value as a line of text, beside other ways to give it.
+class LineAndMoreControl : public FormControl {
 public:
-  ColourControl(const FieldInfo& field, const FormServices& services);
-  void setValue(const JSONValue& value, const JSONValue& record) override;
+  LineAndMoreControl(const FieldInfo& field, const FormServices& services);
+  void setValue(const JSONValue& value, const JSONValue& record) override {
+    line_->setValue(value, record);
+  }
   bool isTyping() const override { return line_->isTyping(); }
   bool commit() override { return line_->commit(); }
   QWidget* target() override { return line_->target(); }
   bool isWide() const override { return true; }
 
+protected:
+  TextControl* line() { return line_; }
+
+private:
+  TextControl* line_;
+};
+
+/// Swatches, the colour as text, and the dropper.
+class ColourControl : public LineAndMoreControl {
+public:
+  ColourControl(const FieldInfo& field, const FormServices& services);
+  void setValue(const JSONValue& value, const JSONValue& record) override;
+
 private:
   const FormServices& services_;
-  TextControl* line_;
   std::vector<PanelSwatch*> swatches_;
   TokenPtr picking_;
 };
@@ -44,35 +59,20 @@ private:
 };
 
 /// A path, typed or chosen in the desktop's dialog.
-class PathControl : public FormControl {
+class PathControl : public LineAndMoreControl {
 public:
   PathControl(const FieldInfo& field, const FormServices& services);
-  void setValue(const JSONValue& value, const JSONValue& record) override;
-  bool isTyping() const override { return line_->isTyping(); }
-  bool commit() override { return line_->commit(); }
-  QWidget* target() override { return line_->target(); }
-  bool isWide() const override { return true; }
-
-private:
-  TextControl* line_;
 };
 
-/// A shortcut, pressed while the button has the focus.
+/// A shortcut, set by pressing it.
 class ShortcutControl : public FormControl {
 public:
   explicit ShortcutControl(const FieldInfo& field);
   void setValue(const JSONValue& value, const JSONValue& record) override;
   QWidget* target() override;
-  bool eventFilter(QObject* object, QEvent* event) override;
 
 private:
-  void listen(bool on);
-  void show();
-
-  JSONValue value_;
-  bool isListening_ = false;
-  PanelButton* button_;
-  PanelButton* clear_;
+  ShortcutRecorder* recorder_;
 };
 
 } // namespace tavrin

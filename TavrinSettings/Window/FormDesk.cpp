@@ -2,7 +2,6 @@
 
 #include "TavrinHost/Widgets/SettingEditing.h"
 #include "TavrinPlatform/MediaPlayers.h"
-#include "TavrinWidgetsUI/Kit/Pictures/Symbols.h"
 
 #include <QFileDialog>
 #include <unicode/strenum.h>
@@ -26,8 +25,8 @@ std::vector<std::filesystem::path> choosePaths(QWidget* parent, FormServices::Ch
   return paths;
 }
 
-/// Those that stand for a place, each once.
-std::vector<std::string> timeZoneIdentifiers() {
+/// Those that stand for a place, each once, and that the system has rules for.
+std::vector<std::string> timeZoneIdentifiers(const SettingSystem& system) {
   std::vector<std::string> identifiers;
   UErrorCode status = U_ZERO_ERROR;
   const std::unique_ptr<icu::StringEnumeration> zones(icu::TimeZone::createTimeZoneIDEnumeration(
@@ -38,6 +37,7 @@ std::vector<std::string> timeZoneIdentifiers() {
       break;
     zone->toUTF8String(identifiers.emplace_back());
   }
+  std::erase_if(identifiers, [&](const auto& zone) { return !system.isTimeZone(zone); });
   return identifiers;
 }
 
@@ -56,9 +56,8 @@ FormDesk::FormDesk(Platform& platform) : platform_(platform) {
 
 void FormDesk::setUpSystem() {
   services_.system = settingSystem(platform_.fileManager().homeFolder());
-  services_.system.isSymbol = [](std::string_view name) { return hasSymbol(name); };
   services_.now = [this] { return platform_.clock().now(); };
-  services_.timeZones = [] { return timeZoneIdentifiers(); };
+  services_.timeZones = [this] { return timeZoneIdentifiers(services_.system); };
 }
 
 void FormDesk::setUpPickers() {

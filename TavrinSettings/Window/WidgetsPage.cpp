@@ -122,7 +122,6 @@ void WidgetsPage::refresh() {
 
 void WidgetsPage::choose(const UUID& id, bool isOpened) {
   chosen_ = id;
-  services_.editor.widget(id);
   strip_->setChosen(chosen_);
   refreshTools();
   if (isOpened || below_->currentWidget() == widget_)

@@ -96,6 +96,12 @@ std::optional<fs::path> BackupManager::latestBackup() const {
   return backups.empty() ? std::nullopt : std::optional(std::move(backups.back()));
 }
 
+std::optional<Date> BackupManager::dateOf(const fs::path& backup) {
+  if (!backup.filename().string().starts_with(prefix))
+    return std::nullopt;
+  return dateFromFileStamp(BackupName::of(backup).stamp);
+}
+
 void BackupManager::prune(std::size_t count) const {
   const auto backups = listBackups();
   for (std::size_t i = 0; i + count < backups.size(); ++i) {

@@ -22,6 +22,8 @@ struct BackupManager {
   /// Oldest first.
   std::vector<std::filesystem::path> listBackups() const;
   std::optional<std::filesystem::path> latestBackup() const;
+  /// When a backup was made, by its name; no value for a name of another sort.
+  static std::optional<Date> dateOf(const std::filesystem::path& backup);
   /// Deletes the oldest until `count` remain.
   void prune(std::size_t count) const;
 };

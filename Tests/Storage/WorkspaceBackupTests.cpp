@@ -123,7 +123,10 @@ TEST(Timestamp, ReadsWhatItWrites) {
     const auto date = Date::fromUnixSeconds(seconds);
     EXPECT_EQ(dateFromISO8601(iso8601(date)), date);
     EXPECT_EQ(fileStamp(date).size(), fileStampLength);
+    EXPECT_EQ(dateFromFileStamp(fileStamp(date)), date);
   }
+  for (const auto* text : {"", "2026-11-14T21-20-47.123", "2026-02-30T00-00-00.000Z"})
+    EXPECT_FALSE(dateFromFileStamp(text)) << text;
   EXPECT_EQ(fileStamp(Date::fromUnixSeconds(-0.001)), "1969-12-31T23-59-59.999Z");
   EXPECT_EQ(fileStamp(Date::fromUnixSeconds(1e300)).size(), fileStampLength);
   for (const auto* text : {"", "2026-02-30T00:00:00Z", "2026-01-01", "2026-01-01T00:00:00",
