@@ -144,7 +144,6 @@ void EditService::serve() {
       });
   offerLeftBehind();
   context_.say("Waiting for edit requests; Ctrl-C ends.");
-  context_.console().out.flush();
   while (true) {
     if (requests.empty()) {
       platform.waitForEvent();

@@ -15,14 +15,6 @@ namespace {
                      SettingError::Fault::unknownSetting);
 }
 
-JSONValue freshRecord(const std::vector<FieldInfo>& fields) {
-  JSONValue::Object record;
-  for (const auto& field : fields)
-    if (!field.defaultValue.isNull())
-      record.emplace(field.key, field.defaultValue);
-  return record;
-}
-
 /// Puts the value into the record. Throws SettingError for one that its line does not allow.
 void put(const DockWidget& widget, const std::vector<FieldInfo>& fields, JSONValue& record,
          std::string_view path, const JSONValue& value) {
@@ -98,6 +90,14 @@ JSONValue reconciled(const DockWidget& widget, const SettingValue& edit) {
 }
 
 } // namespace
+
+JSONValue freshRecord(const std::vector<FieldInfo>& fields) {
+  JSONValue::Object record;
+  for (const auto& field : fields)
+    if (!field.defaultValue.isNull())
+      record.emplace(field.key, field.defaultValue);
+  return record;
+}
 
 std::string checkedName(std::string_view text) {
   const auto name = trimmed(text);

@@ -31,6 +31,9 @@ struct SettingChange;
 /// The kind with these settings, checked and settled as `change` says. Throws SettingError.
 DockWidget::Kind withSettled(const SettingChange& change, const JSONValue& settings);
 
+/// A nested record as a new widget has it.
+JSONValue freshRecord(const std::vector<FieldInfo>& fields);
+
 /// `text` without white space around it. Throws SettingError when nothing is left.
 std::string checkedName(std::string_view text);
 /// Throws SettingError outside 1 to the kind's `maxSpan`.

@@ -31,14 +31,6 @@ const FieldInfo* fieldOf(const std::vector<FieldInfo>& fields, std::string_view 
                                                         whose, key, enumeration(keys)));
 }
 
-JSONValue freshRecord(const std::vector<FieldInfo>& fields) {
-  JSONValue::Object record;
-  for (const auto& field : fields)
-    if (!field.defaultValue.isNull())
-      record.emplace(field.key, field.defaultValue);
-  return record;
-}
-
 void assignInRecord(const std::vector<FieldInfo>& fields, JSONValue& record, std::string_view path,
                     std::string_view whose, const std::string& text, Date now);
 
