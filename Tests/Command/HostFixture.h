@@ -178,4 +178,12 @@ protected:
   int columns = 0;
 };
 
+/// The host's library without anybody to tell.
+class SilentContext final : public HostContext {
+public:
+  using HostContext::HostContext;
+  void say(std::string_view) override {}
+  void remark(std::string_view) override {}
+};
+
 } // namespace tavrin::test

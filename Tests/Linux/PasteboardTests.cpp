@@ -1,13 +1,10 @@
 #include "TavrinPlatform/Linux/Input/LinuxColourSampler.h"
 #include "TavrinPlatform/Linux/Pasteboard/X11Pasteboard.h"
-#include "TavrinPlatform/Qt/QtRunLoop.h"
-#include "Tests/Linux/Desk.h"
+#include "Tests/Linux/PasteboardWatch.h"
 
 #include <QApplication>
 #include <QPainter>
 #include <QRasterWindow>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 /// The clipboard beside other programs, good and bad; and the colour of a pixel.
 namespace tavrin {
@@ -16,14 +13,10 @@ namespace {
 using testing::ElementsAre;
 using testing::SizeIs;
 
-class PasteboardTest : public testing::Test {
+class PasteboardTest : public PasteboardWatch<X11Pasteboard> {
 protected:
   void observe(const Pasteboard::Limits& limits = {}) {
-    ASSERT_TRUE(board_.canObserve());
-    token_ = board_.observe(
-        limits, {[this](std::int64_t) { ++changes_; },
-                 [this](Pasteboard::Capture capture) { captures_.push_back(std::move(capture)); },
-                 [this](std::int64_t) { ++abandoned_; }});
+    watch(limits);
     // The thread has taken note once it tells of a copy.
     ASSERT_TRUE(until([this] {
       shell("printf warm | xclip -selection clipboard >/dev/null 2>&1");
@@ -31,31 +24,8 @@ protected:
     }));
     const auto told = captures_.size();
     until([&] { return captures_.size() > told; }, 300);
-    captures_.clear();
-    changes_ = 0;
-    abandoned_ = 0;
+    forget();
   }
-  bool until(const std::function<bool()>& condition, int milliseconds = patience) {
-    return eventually(
-        [&] {
-          QCoreApplication::processEvents();
-          return condition();
-        },
-        milliseconds);
-  }
-  static std::string words(const Pasteboard::Capture& capture) {
-    std::string all;
-    for (const auto& format : capture.formats)
-      all += format.type + "=" + (format.data ? std::string(format.data->view()) : "?") + ";";
-    return all;
-  }
-
-  QtRunLoop loop_;
-  X11Pasteboard board_{loop_};
-  TokenPtr token_;
-  int changes_ = 0;
-  int abandoned_ = 0;
-  std::vector<Pasteboard::Capture> captures_;
 };
 
 TEST_F(PasteboardTest, EveryCopyOfASeriesComesInOrder) {

@@ -1,10 +1,5 @@
 #include "TavrinPlatform/Linux/Wayland/WaylandPasteboard.h"
-#include "TavrinPlatform/Qt/QtRunLoop.h"
-#include "Tests/Linux/Desk.h"
-
-#include <QCoreApplication>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
+#include "Tests/Linux/PasteboardWatch.h"
 
 /// A Wayland compositor's clipboard beside other programs, good and bad.
 namespace tavrin {
@@ -13,14 +8,10 @@ namespace {
 using testing::Contains;
 using testing::SizeIs;
 
-class WaylandPasteboardTest : public testing::Test {
+class WaylandPasteboardTest : public PasteboardWatch<WaylandPasteboard> {
 protected:
   void observe(const Pasteboard::Limits& limits = {}) {
-    ASSERT_TRUE(board_.canObserve());
-    token_ = board_.observe(
-        limits, {[this](std::int64_t) { ++changes_; },
-                 [this](Pasteboard::Capture capture) { captures_.push_back(std::move(capture)); },
-                 [this](std::int64_t) { ++abandoned_; }});
+    watch(limits);
     // The thread has taken note once it tells of a copy.
     int sent = 0;
     ASSERT_TRUE(until([&] {
@@ -29,34 +20,11 @@ protected:
       return !captures_.empty() &&
              words(captures_.back()) == "text/plain=warm" + std::to_string(sent) + ";";
     }));
-    captures_.clear();
-    changes_ = 0;
-    abandoned_ = 0;
-  }
-  bool until(const std::function<bool()>& condition, int milliseconds = patience) {
-    return eventually(
-        [&] {
-          QCoreApplication::processEvents();
-          return condition();
-        },
-        milliseconds);
+    forget();
   }
   bool captured(std::size_t count) {
     return until([&] { return captures_.size() >= count; });
   }
-  static std::string words(const Pasteboard::Capture& capture) {
-    std::string all;
-    for (const auto& format : capture.formats)
-      all += format.type + "=" + (format.data ? std::string(format.data->view()) : "?") + ";";
-    return all;
-  }
-
-  QtRunLoop loop_;
-  WaylandPasteboard board_{loop_};
-  TokenPtr token_;
-  int changes_ = 0;
-  int abandoned_ = 0;
-  std::vector<Pasteboard::Capture> captures_;
 };
 
 TEST_F(WaylandPasteboardTest, EveryCopyOfASeriesComesOnceAndInOrder) {

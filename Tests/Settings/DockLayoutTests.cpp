@@ -17,13 +17,6 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-class SilentContext final : public HostContext {
-public:
-  using HostContext::HostContext;
-  void say(std::string_view) override {}
-  void remark(std::string_view) override {}
-};
-
 /// A home with a Dock, before anybody asks for it.
 class DockHome : public test::HostTest {
 protected:
@@ -57,7 +50,7 @@ protected:
     };
   }
 
-  SilentContext context{platform};
+  test::SilentContext context{platform};
   History history;
   test::ManualClock clock{Date{}};
   test::ManualRunLoop loop{clock};

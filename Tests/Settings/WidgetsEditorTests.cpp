@@ -13,17 +13,10 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-class QuietContext final : public HostContext {
-public:
-  using HostContext::HostContext;
-  void say(std::string_view) override {}
-  void remark(std::string_view) override {}
-};
-
 /// The editor of a window, and the command beside it, over one data folder.
 class WidgetsEditorTest : public test::HostTest {
 protected:
-  QuietContext context{platform};
+  test::SilentContext context{platform};
   History history;
   WidgetsEditor editor{context, history};
 

@@ -92,10 +92,16 @@ PanelSwatch::PanelSwatch(const QColor& colour, const QString& name, std::functio
   setAutoDefault(false);
   setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
   setColour(colour, name);
-  connect(this, &QPushButton::clicked, this, [run = std::move(action)] {
-    if (run)
+  // Assistive technology turns a checkable button without a click.
+  const auto press = [this, run = std::move(action)] {
+    if (!isTold_ && run)
       run();
+  };
+  connect(this, &QPushButton::clicked, this, [this, press] {
+    if (!isCheckable())
+      press();
   });
+  connect(this, &QPushButton::toggled, this, press);
 }
 
 void PanelSwatch::setColour(const QColor& colour, const QString& name) {
@@ -108,9 +114,11 @@ void PanelSwatch::setColour(const QColor& colour, const QString& name) {
 }
 
 void PanelSwatch::setChosen(bool chosen) {
+  isTold_ = true;
   setCheckable(true);
   // Qt turns a checkable button at each click; here the panel says what is chosen.
   setChecked(chosen);
+  isTold_ = false;
   update();
 }
 

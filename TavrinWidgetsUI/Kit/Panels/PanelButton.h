@@ -62,6 +62,8 @@ protected:
 private:
   QColor colour_;
   int side_ = 28;
+  /// The panel, not the user, is changing what is chosen.
+  bool isTold_ = false;
 };
 
 } // namespace tavrin
