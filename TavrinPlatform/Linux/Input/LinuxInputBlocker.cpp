@@ -1,13 +1,20 @@
 #include "TavrinPlatform/Linux/Input/LinuxInputBlocker.h"
 
 #include "TavrinCore/Base/Lifetime.h"
+#include "TavrinPlatform/Files/Descriptor.h"
 #include "TavrinPlatform/Linux/Base/BusProperties.h"
 #include "TavrinPlatform/Linux/Input/InputGuard.h"
+#include "TavrinPlatform/POSIX/Spawn.h"
 
-#include <QProcess>
+#include <QSocketNotifier>
 #include <array>
+#include <cerrno>
 #include <chrono>
+#include <csignal>
+#include <fcntl.h>
 #include <string_view>
+#include <sys/socket.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace tavrin {
@@ -28,55 +35,108 @@ constexpr std::array savers = {
     std::pair{"org.mate.ScreenSaver", "/org/mate/ScreenSaver"},
     std::pair{"org.xfce.ScreenSaver", "/org/xfce/ScreenSaver"}};
 
+/// The guard's process. What it holds goes with this.
+class GuardProcess {
+public:
+  /// `read` is told each time that there is something to be read, and at the guard's end.
+  bool start(const std::vector<std::string>& arguments, std::function<void()> read) {
+    std::array<int, 2> ends{-1, -1};
+    if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0)
+      return false;
+    own_ = Descriptor(ends[0]);
+    const Descriptor others(ends[1]);
+    const Descriptor nothing(::open("/dev/null", O_RDWR | O_CLOEXEC));
+    const pid_t child = spawn({.program = "/proc/self/exe",
+                               .arguments = arguments,
+                               .input = others.number(),
+                               .output = others.number(),
+                               .errors = nothing.number()});
+    if (child < 0)
+      return false;
+    process_ = child;
+    notifier_ = std::make_unique<QSocketNotifier>(own_.number(), QSocketNotifier::Read);
+    QObject::connect(notifier_.get(), &QSocketNotifier::activated, notifier_.get(),
+                     [read = std::move(read)] { read(); });
+    return true;
+  }
+
+  ~GuardProcess() {
+    if (notifier_) {
+      notifier_->setEnabled(false);
+      // It may be what calls.
+      notifier_.release()->deleteLater();
+    }
+    if (process_ == 0)
+      return;
+    kill();
+    while (::waitpid(process_, nullptr, 0) < 0 && errno == EINTR) {
+    }
+  }
+
+  GuardProcess() = default;
+  GuardProcess(const GuardProcess&) = delete;
+  GuardProcess& operator=(const GuardProcess&) = delete;
+
+  /// No value once the guard has ended; nothing is told any more then.
+  std::optional<std::string> read() {
+    std::array<char, 256> bytes;
+    ssize_t count = 0;
+    do
+      count = ::recv(own_.number(), bytes.data(), bytes.size(), MSG_DONTWAIT);
+    while (count < 0 && errno == EINTR);
+    if (count > 0)
+      return std::string(bytes.data(), static_cast<std::size_t>(count));
+    if (count < 0 && errno == EAGAIN)
+      return std::string();
+    notifier_->setEnabled(false);
+    return std::nullopt;
+  }
+
+  /// A guard that is not there to read it is noticed otherwise.
+  void write(char byte) const { ::send(own_.number(), &byte, 1, MSG_DONTWAIT | MSG_NOSIGNAL); }
+  void kill() const { ::kill(process_, SIGKILL); }
+
+private:
+  Descriptor own_;
+  std::unique_ptr<QSocketNotifier> notifier_;
+  pid_t process_ = 0;
+};
+
 /// One guard. Its end is told once, by `started` or by `ended`, and never after it is gone.
 class GuardedHold final : public Token {
 public:
   GuardedHold(RunLoop& runLoop, bool locksPointer, double longest,
               InputBlocker::Callbacks callbacks)
-      : callbacks_(std::move(callbacks)) {
-    guard_->setStandardErrorFile(QProcess::nullDevice());
-    QObject::connect(guard_.get(), &QProcess::readyReadStandardOutput, guard_.get(),
+      : callbacks_(std::move(callbacks)), heard_(std::chrono::steady_clock::now()) {
+    const bool isStarted =
+        guard_.start({guard::argument, locksPointer ? "all" : "keyboard",
+                      QString::number(longest).toStdString(), std::to_string(::getpid())},
                      [this] { read(); });
-    QObject::connect(guard_.get(), &QProcess::finished, guard_.get(),
-                     [this] { end(Outcome::refused); });
-    QObject::connect(guard_.get(), &QProcess::errorOccurred, guard_.get(),
-                     [this](QProcess::ProcessError e) {
-                       if (e == QProcess::FailedToStart)
-                         end(Outcome::refused);
-                     });
-    heard_ = std::chrono::steady_clock::now();
-    guard_->start(QStringLiteral("/proc/self/exe"),
-                  {QString::fromLatin1(guard::argument),
-                   locksPointer ? QStringLiteral("all") : QStringLiteral("keyboard"),
-                   QString::number(longest), QString::number(::getpid())},
-                  QIODevice::ReadWrite | QIODevice::Unbuffered);
-    beat_ = runLoop.repeat(guard::beat, [this] { beat(); });
+    if (isStarted)
+      beat_ = runLoop.repeat(guard::beat, [this] { beat(); });
+    else
+      runLoop.post([this, alive = alive_.watch()] {
+        if (!alive.expired())
+          end(Outcome::refused);
+      });
   }
 
 private:
-  /// The guard may be just what calls: its object goes later, what it holds goes now.
-  struct LetGo {
-    void operator()(QProcess* process) const {
-      process->disconnect();
-      QObject::connect(process, &QProcess::finished, process, &QObject::deleteLater);
-      process->kill();
-      if (process->state() == QProcess::NotRunning)
-        process->deleteLater();
-    }
-  };
-
   void beat() {
-    guard_->write(&guard::alive, 1);
+    guard_.write(guard::alive);
     const std::chrono::duration<double> silence = std::chrono::steady_clock::now() - heard_;
     if (silence.count() > guard::silence)
-      guard_->kill();
+      guard_.kill();
   }
 
   void read() {
     heard_ = std::chrono::steady_clock::now();
+    const auto bytes = guard_.read();
+    if (!bytes)
+      return end(Outcome::refused);
     // A callback may destroy this.
     const auto alive = alive_.watch();
-    for (const char byte : guard_->readAllStandardOutput()) {
+    for (const char byte : *bytes) {
       take(byte);
       if (alive.expired())
         return;
@@ -113,7 +173,7 @@ private:
   }
 
   InputBlocker::Callbacks callbacks_;
-  std::unique_ptr<QProcess, LetGo> guard_{new QProcess};
+  GuardProcess guard_;
   TokenPtr beat_;
   std::chrono::steady_clock::time_point heard_;
   Lifetime alive_;
