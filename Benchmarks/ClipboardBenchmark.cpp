@@ -1,5 +1,6 @@
 #include "TavrinCore/Base/Wipe.h"
 #include "TavrinCore/Kinds/Clipboard/ClipboardBoard.h"
+#include "TavrinCore/Kinds/Clipboard/ClipboardSettings.h"
 #include "TavrinStorage/AESGCM.h"
 #include "TavrinWidgetsUI/Clipboard/ClipboardPanelView.h"
 #include "Tests/Support/FakePlatform.h"

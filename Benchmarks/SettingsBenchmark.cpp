@@ -1,3 +1,4 @@
+#include "TavrinCore/Kinds/Note/NoteSettings.h"
 #include "TavrinSettings/Form/WidgetForm.h"
 #include "TavrinSettings/Samples/SampleTiles.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"

@@ -15,9 +15,10 @@ import readings
 import services
 import slots
 import usage
+import window
 
 PARTS = (slots.bench, painting.bench, dock.bench, usage.bench, clipboard.bench, services.bench,
-         readings.bench, buildcost.bench)
+         readings.bench, window.bench, buildcost.bench)
 
 
 def main():

@@ -3,9 +3,13 @@
 //   window-clock launch PROGRAM [ARGUMENT]...   from the start of a program to its first window
 //   window-clock click X Y [TIMES]              from a press of the first button to a new window;
 //                                               a second click closes it before the next round
+//   window-clock type KEYCODE WINDOW X Y WIDTH HEIGHT [TIMES]
+//   window-clock press PX PY WINDOW X Y WIDTH HEIGHT [TIMES]
+//                                               from a key, or a press of the first button, until
+//                                               something is painted there in the window
 //
-// Prints milliseconds, a line a round: until the window is mapped, and until something has been
-// painted into it. A launched program is ended.
+// Prints milliseconds, a line a round: until the window is mapped, where one comes, and until
+// something has been painted into it. A launched program is ended.
 #include <chrono>
 #include <csignal>
 #include <cstdio>
@@ -83,6 +87,38 @@ public:
     return std::nullopt;
   }
 
+  void type(int keyCode) {
+    for (const auto event : {XCB_KEY_PRESS, XCB_KEY_RELEASE})
+      xcb_test_fake_input(connection_, static_cast<std::uint8_t>(event),
+                          static_cast<std::uint8_t>(keyCode), 0, root_, 0, 0, 0);
+    xcb_flush(connection_);
+  }
+
+  void watch(xcb_window_t window) {
+    xcb_damage_create(connection_, xcb_generate_id(connection_), window,
+                      XCB_DAMAGE_REPORT_LEVEL_RAW_RECTANGLES);
+    xcb_flush(connection_);
+  }
+
+  /// Until something is painted within `area` of a window that is watched; none within five seconds.
+  std::optional<double> paintedWithin(const xcb_rectangle_t& area, Clock::time_point start) {
+    while (millisecondsSince(start) < 5000) {
+      auto* event = nextEvent();
+      if (event == nullptr)
+        continue;
+      bool isWithin = false;
+      if ((event->response_type & 0x7F) == damageEvent_) {
+        const auto& painted = reinterpret_cast<xcb_damage_notify_event_t*>(event)->area;
+        isWithin = painted.x < area.x + area.width && area.x < painted.x + painted.width &&
+                   painted.y < area.y + area.height && area.y < painted.y + painted.height;
+      }
+      std::free(event);
+      if (isWithin)
+        return millisecondsSince(start);
+    }
+    return std::nullopt;
+  }
+
   /// Lets what is on its way arrive and be forgotten.
   void settle(int milliseconds) {
     const auto start = Clock::now();
@@ -144,6 +180,28 @@ int clicks(int x, int y, int times) {
   return 0;
 }
 
+/// `WINDOW X Y WIDTH HEIGHT [TIMES]`, and what is done to have it painted there.
+template <class Input> int paints(char** words, const Input& input) {
+  Watcher watcher;
+  watcher.watch(static_cast<xcb_window_t>(std::strtoul(words[0], nullptr, 0)));
+  const auto number = [&](int index) { return std::atoi(words[index]); };
+  const xcb_rectangle_t area{
+      static_cast<std::int16_t>(number(1)), static_cast<std::int16_t>(number(2)),
+      static_cast<std::uint16_t>(number(3)), static_cast<std::uint16_t>(number(4))};
+  for (int round = words[5] != nullptr ? number(5) : 1; round > 0; --round) {
+    watcher.settle(350);
+    const auto start = Clock::now();
+    input(watcher);
+    const auto painted = watcher.paintedWithin(area, start);
+    if (!painted) {
+      std::fputs("window-clock: nothing was painted there\n", stderr);
+      return 1;
+    }
+    std::printf("%.1f\n", *painted);
+  }
+  return 0;
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -151,6 +209,15 @@ int main(int argc, char** argv) {
     return launch(argv + 2);
   if (argc >= 4 && std::strcmp(argv[1], "click") == 0)
     return clicks(std::atoi(argv[2]), std::atoi(argv[3]), argc > 4 ? std::atoi(argv[4]) : 1);
-  std::fputs("usage: window-clock launch PROGRAM... | click X Y [TIMES]\n", stderr);
+  if (argc >= 8 && std::strcmp(argv[1], "type") == 0)
+    return paints(argv + 3, [&](Watcher& watcher) { watcher.type(std::atoi(argv[2])); });
+  if (argc >= 9 && std::strcmp(argv[1], "press") == 0)
+    return paints(argv + 4, [&](Watcher& watcher) {
+      watcher.click(std::atoi(argv[2]), std::atoi(argv[3]));
+    });
+  std::fputs("usage: window-clock launch PROGRAM... | click X Y [TIMES]\n"
+             "       | type KEYCODE AREA [TIMES] | press PX PY AREA [TIMES],\n"
+             "       where AREA is WINDOW X Y WIDTH HEIGHT\n",
+             stderr);
   return 2;
 }
