@@ -3,6 +3,7 @@
 #include "TavrinCore/Settings/SettingText.h"
 #include "TavrinHost/Widgets/WidgetLibrary.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
@@ -73,11 +74,17 @@ std::string reportRemedies(const DesktopReport& report) {
 }
 
 ComputerPage::ComputerPage(PageServices& services, std::function<DesktopReport()> look,
-                           QWidget* parent)
-    : QWidget(parent), services_(services), look_(std::move(look)) {
+                           Autostart& autostart, QWidget* parent)
+    : QWidget(parent), services_(services), look_(std::move(look)), autostart_(autostart) {
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(panel::grid);
+  starts_ = new PanelSwitch(QStringLiteral("Start the widgets with the session"), this);
+  starts_->onChange = [this](bool isOn) { setAutostart(isOn); };
+  column->addWidget(starts_);
+  startsHow_ = new PanelText({}, PanelTextStyle::secondary, this);
+  column->addWidget(startsHow_);
+  column->addWidget(new PanelDivider(this));
   auto* row = new QHBoxLayout;
   summary_ = new PanelText({}, PanelTextStyle::heading, this);
   summary_->setSingleLine(true);
@@ -102,7 +109,22 @@ void ComputerPage::reload() {
   summary_->setWords(QStringLiteral("Looking…"));
   remedy_->setEnabled(false);
   // The words are to be seen before what takes its time.
-  QTimer::singleShot(0, this, [this] { services_.attempt([this] { show(look_()); }); });
+  QTimer::singleShot(0, this, [this] {
+    services_.attempt([this] { show(autostart_.status()); });
+    services_.attempt([this] { show(look_()); });
+  });
+}
+
+void ComputerPage::setAutostart(bool isOn) {
+  // What was refused is shown as it stands.
+  if (!services_.attempt([&] { show(autostart_.set(isOn)); }))
+    services_.attempt([this] { show(autostart_.status()); });
+}
+
+void ComputerPage::show(const Autostart::Status& status) {
+  starts_->setOn(status.isOn);
+  starts_->setEnabled(status.isAvailable);
+  startsHow_->setWords(QString::fromStdString(status.sentence));
 }
 
 void ComputerPage::show(const DesktopReport& report) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TavrinCore/Desktop/DesktopReport.h"
+#include "TavrinPlatform/Autostart.h"
 #include "TavrinSettings/Base/PageServices.h"
 
 #include <QWidget>
@@ -12,13 +13,15 @@ namespace tavrin {
 class PanelButton;
 class PanelEmptyState;
 class PanelList;
+class PanelSwitch;
 class PanelText;
 
-/// What this computer has of what widgets use, what it lacks, and what to do about it.
+/// Whether the widgets start with the session; what this computer has of what widgets use, what it
+/// lacks, and what to do about it.
 class ComputerPage : public QWidget {
 public:
   /// `look` looks at the computer anew; it may take a second.
-  ComputerPage(PageServices& services, std::function<DesktopReport()> look,
+  ComputerPage(PageServices& services, std::function<DesktopReport()> look, Autostart& autostart,
                QWidget* parent = nullptr);
 
   /// Looks, once the page is seen.
@@ -26,11 +29,16 @@ public:
 
 private:
   void show(const DesktopReport& report);
+  void show(const Autostart::Status& status);
+  void setAutostart(bool isOn);
   /// What is to be done, all of it, in place of the list's short lines.
   void showRemedies();
 
   PageServices& services_;
   std::function<DesktopReport()> look_;
+  Autostart& autostart_;
+  PanelSwitch* starts_;
+  PanelText* startsHow_;
   DesktopReport report_;
   PanelText* summary_;
   PanelButton* remedy_;

@@ -34,14 +34,12 @@ FormRow::FormRow(const FieldInfo& field, std::string path, const FormServices& s
   line_->setSpacing(panel::grid);
   if (!control_->hasTitle()) {
     title_ = new PanelText(control_->title(), PanelTextStyle::body, this);
-    title_->setBuddy(control_->target());
     line_->addWidget(title_, 1);
   }
   line_->addWidget(control_, control_->isWide() || control_->hasTitle() ? 2 : 0);
   column->addLayout(line_);
   if (!field.help.empty()) {
     auto* help = new PanelText(FormControl::text(field.help), PanelTextStyle::caption, this);
-    control_->target()->setAccessibleDescription(FormControl::text(field.help));
     column->addWidget(help);
   }
   auto* below = new QHBoxLayout;
@@ -51,7 +49,7 @@ FormRow::FormRow(const FieldInfo& field, std::string path, const FormServices& s
   takeOther_ = new PanelButton(PanelButton::Kind::plain, tr("Show it"), [this] {
     remark_.clear();
     trouble_.clear();
-    control_->setValue(known_, record_);
+    fill(known_, record_);
     showMessage();
   });
   takeOther_->hide();
@@ -65,6 +63,19 @@ FormRow::FormRow(const FieldInfo& field, std::string path, const FormServices& s
       onHeightChange();
   };
   setNarrow(false);
+  label();
+}
+
+void FormRow::label() {
+  if (title_ != nullptr)
+    title_->setBuddy(control_->target());
+  control_->target()->setAccessibleDescription(FormControl::text(field_.help));
+}
+
+void FormRow::fill(const JSONValue& value, const JSONValue& record) {
+  control_->setValue(value, record);
+  // Other choices may have made it another widget.
+  label();
 }
 
 void FormRow::setNarrow(bool isNarrow) {
@@ -89,7 +100,7 @@ void FormRow::show(const JSONValue& record) {
     isShown_ = true;
     remark_.clear();
     trouble_.clear();
-    control_->setValue(value, record);
+    fill(value, record);
   }
   warning_ = FormControl::text(settingWarning(field_, known_, services_.system));
   showMessage();
@@ -117,7 +128,7 @@ bool FormRow::edit(std::vector<SettingValue> values) {
   warning_ = FormControl::text(settingWarning(field_, known_, services_.system));
   showMessage();
   if (!refusal.empty() && !control_->isTyping() && !control_->isWide())
-    control_->setValue(known_, record_);
+    fill(known_, record_);
   return refusal.empty();
 }
 

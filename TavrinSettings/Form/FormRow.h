@@ -31,6 +31,9 @@ public:
   std::function<void()> onHeightChange;
 
 private:
+  /// Says what the control sets, for assistive technology.
+  void label();
+  void fill(const JSONValue& value, const JSONValue& record);
   bool edit(std::vector<SettingValue> values);
   void complain(const QString& sentence);
   void showMessage();

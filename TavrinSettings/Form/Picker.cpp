@@ -2,12 +2,9 @@
 
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
-#include "TavrinWidgetsUI/Kit/Panels/PanelPaint.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 
-#include <QKeyEvent>
-#include <QScreen>
 #include <QVBoxLayout>
 
 namespace tavrin {
@@ -18,10 +15,7 @@ constexpr int visibleRows = 8;
 
 PickerPopup::PickerPopup(QWidget* owner, const QString& name, const QString& prompt,
                          PickerSource source)
-    : QWidget(owner->window(), Qt::Popup), owner_(owner), source_(std::move(source)) {
-  setAttribute(Qt::WA_DeleteOnClose);
-  setPalette(owner->palette());
-  setAccessibleName(name);
+    : FormPopup(owner, name), source_(std::move(source)) {
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(panel::grid, panel::grid, panel::grid, panel::grid);
   column->setSpacing(panel::grid);
@@ -44,14 +38,7 @@ PickerPopup::PickerPopup(QWidget* owner, const QString& name, const QString& pro
 
 void PickerPopup::open() {
   ask({});
-  adjustSize();
-  auto place = owner_->mapToGlobal(QPoint(owner_->width() - width(), owner_->height() + 4));
-  const auto room = owner_->screen()->availableGeometry();
-  if (place.y() + height() > room.bottom())
-    place.setY(owner_->mapToGlobal(QPoint(0, 0)).y() - height() - 4);
-  move(std::clamp(place.x(), room.left(), std::max(room.left(), room.right() - width())),
-       std::max(room.top(), place.y()));
-  show();
+  FormPopup::open();
   (search_ != nullptr ? static_cast<QWidget*>(search_) : list_)->setFocus(Qt::PopupFocusReason);
 }
 
@@ -80,7 +67,7 @@ void PickerPopup::take(std::vector<PickerItem> items, const QString& trouble) {
   trouble_->setWords(trouble);
   trouble_->setVisible(!trouble.isEmpty());
   list_->setVisible(!items_.empty());
-  adjustSize();
+  place();
 }
 
 void PickerPopup::choose(int index) {
@@ -91,19 +78,6 @@ void PickerPopup::choose(int index) {
   close();
   if (tell)
     tell(item);
-}
-
-void PickerPopup::keyPressEvent(QKeyEvent* event) {
-  if (event->key() == Qt::Key_Escape)
-    close();
-  else
-    QWidget::keyPressEvent(event);
-}
-
-void PickerPopup::paintEvent(QPaintEvent*) {
-  QPainter painter(this);
-  const auto colours = PanelPalette::from(palette());
-  panelPaint::rounded(painter, rect(), 0, colours.ground, colours.hairline);
 }
 
 PickerControl::PickerControl(const FieldInfo& field, const QString& prompt, PickerSource source,

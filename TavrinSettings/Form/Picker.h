@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TavrinSettings/Form/FormControl.h"
+#include "TavrinSettings/Form/FormPopup.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
 
 #include <QPointer>
@@ -21,7 +22,7 @@ using PickerAnswer = std::function<void(std::vector<PickerItem> items, const QSt
 using PickerSource = std::function<TokenPtr(const QString& words, PickerAnswer answer)>;
 
 /// A list to choose from that drops down from a button, with a line to search in.
-class PickerPopup : public QWidget {
+class PickerPopup : public FormPopup {
 public:
   /// `prompt` is what the empty search line says; empty for a list without one.
   PickerPopup(QWidget* owner, const QString& name, const QString& prompt, PickerSource source);
@@ -29,16 +30,11 @@ public:
   std::function<void(const PickerItem& item)> onChoose;
   void open();
 
-protected:
-  void paintEvent(QPaintEvent* event) override;
-  void keyPressEvent(QKeyEvent* event) override;
-
 private:
   void ask(const QString& words);
   void take(std::vector<PickerItem> items, const QString& trouble);
   void choose(int index);
 
-  QWidget* owner_;
   PickerSource source_;
   std::vector<PickerItem> items_;
   class PanelSearchField* search_ = nullptr;

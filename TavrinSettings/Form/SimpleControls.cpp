@@ -8,6 +8,7 @@
 #include <QComboBox>
 #include <QDateTimeEdit>
 #include <QDoubleSpinBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QSignalBlocker>
 #include <algorithm>
@@ -85,6 +86,11 @@ void ChoiceControl::make() {
     box_->setSizeAdjustPolicy(QComboBox::AdjustToContents);
     connect(box_, &QComboBox::activated, this, [this](int index) { chose(index); });
     layout()->addWidget(box_);
+    // The toolkit names a combo box by its value, and takes only what stands beside it for its label.
+    auto* label = new QLabel(title(), box_->parentWidget());
+    label->setBuddy(box_);
+    label->hide();
+    connect(box_, &QObject::destroyed, label, &QObject::deleteLater);
   }
 }
 

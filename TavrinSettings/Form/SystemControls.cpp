@@ -1,6 +1,7 @@
 #include "TavrinSettings/Form/SystemControls.h"
 
 #include "TavrinCore/Base/TimeZone.h"
+#include "TavrinCore/Kinds/Calendar/CalendarSettings.h"
 #include "TavrinCore/Text/FoldedWords.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Kinds/Calendar/CalendarSettings.h"
 #include "TavrinSettings/Form/Picker.h"
 
 namespace tavrin {

@@ -3,6 +3,7 @@
 #include "TavrinCore/Base/FileURL.h"
 #include "TavrinCore/Kinds/Note/NoteSettings.h"
 #include "TavrinCore/Kinds/Runs/TimerSettings.h"
+#include "TavrinSettings/Form/FormPopup.h"
 #include "TavrinSettings/Form/ShortcutRecorder.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
@@ -27,16 +28,6 @@ constexpr SwatchColour swatchColours[] = {
     {"Indigo", TimerSettings::tints[4]},      {"Blue", TimerSettings::tints[5]},
     {"Teal", TimerSettings::tints[6]},        {"Green", TimerSettings::tints[7]},
     {"Yellow", NoteSettings::defaultColorHex}};
-
-/// A popup under its owner that goes when it closes.
-QWidget* makePopup(QWidget* owner, const QString& name) {
-  auto* popup = new QWidget(owner->window(), Qt::Popup);
-  popup->setAttribute(Qt::WA_DeleteOnClose);
-  popup->setPalette(owner->palette());
-  popup->setAccessibleName(name);
-  popup->setAutoFillBackground(true);
-  return popup;
-}
 
 } // namespace
 
@@ -107,7 +98,7 @@ QWidget* SymbolControl::target() {
 void SymbolControl::open() {
   if (popup_ && popup_->isVisible())
     return;
-  popup_ = makePopup(button_, title());
+  popup_ = new FormPopup(button_, title());
   auto* column = new QVBoxLayout(popup_);
   column->setContentsMargins(panel::grid, panel::grid, panel::grid, panel::grid);
   auto* search = new PanelSearchField(tr("Symbol"), popup_);
@@ -138,10 +129,7 @@ void SymbolControl::open() {
     popup_->close();
     send(name);
   };
-  popup_->adjustSize();
-  popup_->move(
-      button_->mapToGlobal(QPoint(button_->width() - popup_->width(), button_->height() + 4)));
-  popup_->show();
+  popup_->open();
   search->setFocus(Qt::PopupFocusReason);
 }
 

@@ -55,7 +55,7 @@ private:
 
   JSONValue value_;
   PanelButton* button_;
-  QPointer<QWidget> popup_;
+  QPointer<class FormPopup> popup_;
 };
 
 /// A path, typed or chosen in the desktop's dialog.

@@ -88,7 +88,8 @@ void SettingsApp::open() {
        .computerPage =
            [this](PageServices& services, QWidget* parent) {
              auto* page = new ComputerPage(
-                 services, [this] { return context_->platform().desktopReport(); }, parent);
+                 services, [this] { return context_->platform().desktopReport(); },
+                 context_->platform().autostart(), parent);
              page->reload();
              return page;
            }});

@@ -79,9 +79,10 @@ class Desk:
 
     def spawn(self, command, log=None, env=None, **options):
         target = open(self.home / log, "wb") if log else subprocess.DEVNULL
-        process = subprocess.Popen(command, env={**self.env, **(env or {})}, stdout=target,
-                                   stderr=subprocess.STDOUT if log else subprocess.DEVNULL,
-                                   stdin=subprocess.DEVNULL, **options)
+        streams = {"stdin": subprocess.DEVNULL, "stdout": target,
+                   "stderr": subprocess.STDOUT if log else subprocess.DEVNULL}
+        process = subprocess.Popen(command, env={**self.env, **(env or {})},
+                                   **{**streams, **options})
         if log:
             target.close()
         self.processes.append(process)

@@ -11,25 +11,32 @@ from rig import BUILD, Desk, wait_for
 PROGRAM = BUILD / "bin" / "tavrin-settings"
 COMMAND = BUILD / "bin" / "tavrin"
 
-# Run on the desk's bus. Prints what a program shows: role, name, description, states, place and
-# number of actions. With an action it presses the first that fits.
+# Runs on the desk's bus, beside the test: each line asked for is answered by one. Tells what a
+# program shows: role, name, label, description, states, place, and the name of what it is part of;
+# or does something to the first that fits.
 TREE = """
 import json, sys, pyatspi
-process, role, name, verb, value = int(sys.argv[1]), *sys.argv[2:6]
-found = []
-def walk(node, path):
+process = int(sys.argv[1])
+def walk(node, within, found):
     try:
         states = node.getState()
+        role, name = node.getRoleName(), node.name
     except Exception:
         return
-    if not (states.contains(pyatspi.STATE_SHOWING) or node.getRoleName() == "application"):
+    if not (states.contains(pyatspi.STATE_SHOWING) or role == "application"):
         return
     try:
         box = node.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
         place = [box.x, box.y, box.width, box.height]
-    except NotImplementedError:
+    except Exception:
         place = None
-    entry = {"role": node.getRoleName(), "name": node.name, "description": node.description,
+    try:
+        label = " ".join(relation.getTarget(i).name for relation in node.getRelationSet()
+                         if relation.getRelationType() == pyatspi.RELATION_LABELLED_BY
+                         for i in range(relation.getNTargets()))
+    except Exception:
+        label = ""
+    entry = {"role": role, "name": name, "label": label, "description": node.description, "within": within,
              "focused": states.contains(pyatspi.STATE_FOCUSED),
              "enabled": states.contains(pyatspi.STATE_ENABLED),
              "checked": states.contains(pyatspi.STATE_CHECKED),
@@ -37,29 +44,41 @@ def walk(node, path):
     found.append((node, entry))
     for child in node:
         if child is not None:
-            walk(child, path)
-for application in pyatspi.Registry.getDesktop(0):
-    if application is not None and application.get_process_id() == process:
-        walk(application, [])
-if verb == "list":
-    print(json.dumps([entry for _, entry in found]))
-else:
-    chosen = [node for node, entry in found
-              if entry["name"] == name and (not role or entry["role"] == role)]
-    if not chosen:
-        sys.exit(3)
-    node = chosen[0]
+            walk(child, name or within, found)
+def act(node, verb, value):
     if verb == "press":
         actions = node.queryAction()
         names = [actions.getName(i) for i in range(actions.nActions)]
-        wanted = next((i for i, n in enumerate(names) if n in ("Press", "Toggle", "click")), 0)
-        actions.doAction(wanted)
+        actions.doAction(next((i for i, n in enumerate(names)
+                               if n in ("Press", "Toggle", "click")), 0))
     elif verb == "focus":
         node.queryComponent().grabFocus()
     elif verb == "type":
         node.queryEditableText().setTextContents(value)
     elif verb == "set":
         node.queryValue().currentValue = float(value)
+def answer(verb, name, role, value):
+    found = []
+    desktop = pyatspi.Registry.getDesktop(0)
+    desktop.clear_cache() # nothing here hears what changes
+    for application in desktop:
+        if application is not None and application.get_process_id() == process:
+            application.clear_cache()
+            walk(application, "", found)
+    if verb == "list":
+        return [entry for _, entry in found]
+    node = next((node for node, entry in found
+                 if entry["name"] == name and (not role or entry["role"] == role)), None)
+    if node is None:
+        return False
+    act(node, verb, value)
+    return True
+for line in sys.stdin:
+    try:
+        told = answer(*json.loads(line))
+    except Exception as error:
+        told = {"error": str(error)}
+    print(json.dumps(told), flush=True)
 """
 
 
@@ -73,6 +92,8 @@ def start_accessibility(desk):
 class Window:
     """A settings window on a desk."""
 
+    agent = None
+
     def __init__(self, desk, *arguments, env=None):
         self.desk = desk
         self.process = desk.spawn([str(PROGRAM), *arguments], log="settings.log", env=env)
@@ -83,12 +104,22 @@ class Window:
         return max(windows, key=lambda window: window[3] * window[4]) if windows else None
 
     def _ask(self, verb, name="", role="", value=""):
-        return subprocess.run([sys.executable, "-c", TREE, str(self.process.pid), role, name, verb,
-                               value], env=self.desk.env, capture_output=True, text=True, timeout=60)
+        """What the agent answers; none where what was asked for went meanwhile."""
+        if self.agent is None or self.agent.poll() is not None:
+            self.agent = self.desk.spawn([sys.executable, "-c", TREE, str(self.process.pid)],
+                                         stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
+        self.agent.stdin.write(json.dumps([verb, name, role, value]) + "\n")
+        self.agent.stdin.flush()
+        told = json.loads(self.agent.stdout.readline() or "null")
+        return None if isinstance(told, dict) else told
 
     def tree(self):
-        result = self._ask("list")
-        return json.loads(result.stdout) if result.returncode == 0 else []
+        return self._ask("list") or []
+
+    def focused(self):
+        """What has the keyboard; none while it goes from one to another."""
+        return next((entry for entry in reversed(self.tree())
+                     if entry["focused"] and entry["focusable"]), None)
 
     def find(self, name, role=None):
         return next((entry for entry in self.tree()
@@ -100,7 +131,7 @@ class Window:
     def press(self, name, role=""):
         """What is redrawn meanwhile is looked for again."""
         self.await_name(name, role or None)
-        wait_for(lambda: self._ask("press", name, role).returncode == 0, f"“{name}” to be pressed")
+        wait_for(lambda: self._ask("press", name, role), f"“{name}” to be pressed")
 
     def focus(self, name, role=""):
         self.await_name(name, role or None)
@@ -109,9 +140,7 @@ class Window:
 
     def type_text(self, name, text, role=""):
         self.await_name(name, role or None)
-        result = self._ask("type", name, role, text)
-        if result.returncode != 0:
-            raise AssertionError(f"cannot type into {name}: {result.stderr}")
+        wait_for(lambda: self._ask("type", name, role, text), f"“{name}” to be typed into")
 
     def centre(self, name, role=None):
         x, y, width, height = self.await_name(name, role)["place"]

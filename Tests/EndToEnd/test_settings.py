@@ -133,6 +133,22 @@ class Newcomer(SettingsTest):
         window.close()
 
 
+class ThisComputer(SettingsTest):
+    def test_the_switch_has_the_widgets_start_with_the_session_by_the_command(self):
+        window = Window(self.desk)
+        window.press("This Computer", "radio button")
+        switch = "Start the widgets with the session"
+        status = lambda: json.loads(self.desk.run(str(COMMAND), "autostart", "status", "--json"))
+        wait_for(lambda: (window.find(switch) or {}).get("enabled"), "the switch")
+        window.press(switch, "check box")
+        wait_for(lambda: status()["isOn"], "it on")
+        entry, = (self.desk.home / "config" / "autostart").glob("*.desktop")
+        self.assertIn(f'Exec="{COMMAND}" start', entry.read_text())
+        window.press(switch, "check box")
+        wait_for(lambda: not status()["isOn"], "it off")
+        window.close()
+
+
 class OneWindow(SettingsTest):
     def install_service(self):
         """The window as the bus starts it, and the desktop entry that leads to it."""

@@ -1,3 +1,20 @@
+#include "TavrinCore/Kinds/Bookmarks/BookmarkSettings.h"
+#include "TavrinCore/Kinds/Calendar/CalendarSettings.h"
+#include "TavrinCore/Kinds/Calendar/ReminderSettings.h"
+#include "TavrinCore/Kinds/ClaudeUsage/ClaudeUsageSettings.h"
+#include "TavrinCore/Kinds/Collection/CollectionSettings.h"
+#include "TavrinCore/Kinds/Colour/ColourPickerSettings.h"
+#include "TavrinCore/Kinds/Converter/ConverterSettings.h"
+#include "TavrinCore/Kinds/GitHub/GitHubSettings.h"
+#include "TavrinCore/Kinds/Music/MusicSettings.h"
+#include "TavrinCore/Kinds/Note/NoteSettings.h"
+#include "TavrinCore/Kinds/Runs/PomodoroSettings.h"
+#include "TavrinCore/Kinds/Runs/TimerSettings.h"
+#include "TavrinCore/Kinds/Shortcut/ShortcutSettings.h"
+#include "TavrinCore/Kinds/System/ClockSettings.h"
+#include "TavrinCore/Kinds/System/NetworkSettings.h"
+#include "TavrinCore/Kinds/Water/WaterSettings.h"
+#include "TavrinCore/Kinds/Weather/WeatherSettings.h"
 #include "Tests/Form/FormRig.h"
 
 #include "TavrinCore/Settings/FieldControl.h"
@@ -39,6 +56,13 @@ template <class Settings> DockWidget::Kind kind(Settings settings = {}) {
   return DockWidget::Kind(std::move(settings));
 }
 
+FormPopup* shownPopup(FormRig& rig) {
+  for (auto* popup : test::all<FormPopup>(rig.form.window()))
+    if (popup->isVisible())
+      return popup;
+  return nullptr;
+}
+
 /// A popup that a picker opened, and its list.
 PanelList* openPicker(FormRig& rig, const QString& name, const QString& words = {}) {
   auto* button = rig.control<PanelButton>(name);
@@ -46,7 +70,7 @@ PanelList* openPicker(FormRig& rig, const QString& name, const QString& words = 
     return nullptr;
   button->click();
   QApplication::processEvents();
-  auto* popup = QApplication::activePopupWidget();
+  auto* popup = shownPopup(rig);
   if (popup == nullptr)
     return nullptr;
   if (!words.isEmpty())
@@ -201,9 +225,9 @@ TEST(WidgetForm, ADateIsSetToTheMinute) {
 TEST(WidgetForm, ZonesAreFoundByCityAndOffset) {
   FormRig rig(kind<ClockSettings>());
   EXPECT_THAT(titles(openPicker(rig, "Time zone", "+5:30")), testing::ElementsAre("Kolkata"));
-  QApplication::activePopupWidget()->close();
+  shownPopup(rig)->close();
   EXPECT_THAT(titles(openPicker(rig, "Time zone", "mars")), testing::IsEmpty());
-  QApplication::activePopupWidget()->close();
+  shownPopup(rig)->close();
   auto* list = openPicker(rig, "Time zone", "new");
   ASSERT_THAT(titles(list), testing::ElementsAre("New York"));
   list->onOpen(0);
@@ -266,8 +290,8 @@ TEST(WidgetForm, AShortcutsParts) {
   EXPECT_THAT(rig.words().toStdString(), testing::HasSubstr("There is no folder \"/gone\""));
 
   rig.control<PanelButton>("Symbol")->click();
-  auto* grid = test::first<PanelGrid>(QApplication::activePopupWidget());
-  FormRig::type(test::first<QLineEdit>(QApplication::activePopupWidget()), "bookmark");
+  auto* grid = test::first<PanelGrid>(shownPopup(rig));
+  FormRig::type(test::first<QLineEdit>(shownPopup(rig)), "bookmark");
   ASSERT_EQ(grid->cell(0).symbol, "bookmark.fill");
   grid->onOpen(0);
   EXPECT_EQ(rig.value("symbolName"), JSONValue("bookmark.fill"));
@@ -327,7 +351,7 @@ TEST(WidgetForm, ListsAreAddedToOrderedAndTakenFrom) {
   for (auto* button : test::all<PanelButton>(&collection.form))
     if (button->title() == "Add app…")
       button->click();
-  test::first<PanelList>(QApplication::activePopupWidget())->onOpen(0);
+  test::first<PanelList>(shownPopup(collection))->onOpen(0);
   EXPECT_THAT(collection.value("apps").compact(), testing::HasSubstr("org.example.Mail.desktop"));
 }
 

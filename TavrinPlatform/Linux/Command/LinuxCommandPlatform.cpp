@@ -88,7 +88,9 @@ DockServices& LinuxCommandPlatform::dockServices() {
 
 Autostart& LinuxCommandPlatform::autostart() {
   if (!autostart_)
-    autostart_ = std::make_unique<LinuxAutostart>(fileManager_.configurationFolder(), program(),
+    // The command, beside every program that has these services.
+    autostart_ = std::make_unique<LinuxAutostart>(fileManager_.configurationFolder(),
+                                                  program().replace_filename("tavrin"),
                                                   [this] { return bus(); });
   return *autostart_;
 }

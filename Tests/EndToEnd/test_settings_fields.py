@@ -1,0 +1,141 @@
+"""Every setting of every kind in the settings window by keys alone: found by its title and role as
+assistive technology is told them, set, and read back from the file."""
+
+import json
+import time
+import unittest
+
+from rig import BUILD, Desk, DeskTest, wait_for
+from settings_window import COMMAND, Window, end_slots, start_accessibility, stored
+
+# What a line of text takes, by the setting's key; the value stored need not be the words.
+WORDS = {"presets": "7m", "tintHex": "#102030", "colorHex": "#102030", "text": "Milk",
+         "title": "Do it", "command": "true", "workingFolder": "/tmp", "repositories": "ann/paper",
+         "folder": "/tmp", "folders": "/tmp", "paths": "/etc/hostname", "value": "3"}
+# Set together with another one, by one control; no control of their own; nothing to choose from on
+# a desk without calendars, players and a network.
+COVERED = {"latitude", "longitude"}
+HIDDEN = {"seenUntil"}
+NOTHING_THERE = {"calendars", "listID", "player", "interface", "cityName", "desktopAction"}
+# What adds to a list is named by what it adds.
+ADDS = {"Add app…": "apps", "Add bookmark": "bookmarks", "Add folder": "folders",
+        "Add preset": "presets", "Add repository": "repositories", "Add file": "paths"}
+
+
+class EveryField(DeskTest):
+    def setUp(self):
+        self.desk = Desk(screens=("1280x900",))
+        self.addCleanup(self.desk.close)
+        self.addCleanup(end_slots, self.desk)
+        self.desk.env["TAVRIN_BUNDLES"] = str(BUILD / "none")
+        applications = self.desk.home / "share" / "applications"
+        applications.mkdir(parents=True, exist_ok=True)
+        (applications / "editor.desktop").write_text(
+            "[Desktop Entry]\nType=Application\nName=Editor\nExec=true\nActions=new;\n"
+            "[Desktop Action new]\nName=New\nExec=true\n")
+        start_accessibility(self.desk)
+
+    def command(self, *words):
+        return self.desk.run(str(COMMAND), *words)
+
+    def settings(self, name):
+        kind = next(entry for entry in stored(self.desk) if entry["name"] == name)["kind"]
+        record = next(iter(kind.values()))
+        return record.get("_0", record)
+
+    def act(self, name, field, stop):
+        """Presses what sets the control that has the keyboard. False where it is none that sets."""
+        key, role, words = self.desk.key, stop["role"], WORDS.get(field["key"])
+        if role == "check box":
+            key("space")
+        elif role in ("radio button", "combo box", "spin button"):
+            # The first or the last of them may be chosen already.
+            back, on = ("Left", "Right") if role == "radio button" else ("Down", "Up")
+            before = self.settings(name).get(field["key"])
+            key(on)
+            if not self.changes(name, field, before, 1):
+                key(back)
+        elif role in ("text", "entry"):
+            if field["type"] == "date":
+                key("Up")
+            elif words:
+                key("ctrl+a")
+                self.desk.run("xdotool", "type", words)
+                key("Return")
+            else:
+                return False
+        elif role in ("push button", "button"):
+            key("space")
+            if field["key"] == "hotkey":
+                key("ctrl+alt+k")
+            elif field["type"] != "list" or field["key"] == "apps":
+                wait_for(lambda: any(entry["role"] in ("list item", "table cell", "icon")
+                                     for entry in self.window.tree()), f"choices of {field['key']}")
+                key("Down", "Down", "Return")
+        else:
+            return False
+        return True
+
+    def changes(self, name, field, before, seconds):
+        try:
+            return wait_for(lambda: self.settings(name).get(field["key"]) != before, "", seconds)
+        except AssertionError:
+            return False
+
+    def set_all(self, kind, name):
+        """The titles of the settings that could not be set."""
+        fields = {field["title"]: field for field in kind["fields"]
+                  if field["key"] not in COVERED | HIDDEN | NOTHING_THERE}
+        keys = {field["key"]: field for field in fields.values()}
+        left, seen, last = dict(fields), [], None
+        for _ in range(80):
+            if not left:
+                break
+            self.desk.key("Tab")
+            # The keyboard has arrived when it is elsewhere.
+            deadline = time.monotonic() + 2
+            stop = self.window.focused()
+            while time.monotonic() < deadline and (stop is None or stop["place"] == last):
+                stop = self.window.focused()
+            if stop is None:
+                continue
+            last = stop["place"]
+            seen.append((stop["role"], stop["name"], stop["within"], stop["label"]))
+            self.assertTrue(stop["name"], f"{name}: the keyboard is where nothing says what it is: "
+                                          f"{stop}")
+            field = (keys.get(ADDS.get(stop["name"])) or left.get(stop["label"])
+                     or left.get(stop["name"]) or left.get(stop["within"]))
+            if field is None or field["title"] not in left:
+                continue
+            before = self.settings(name).get(field["key"])
+            if not self.act(name, field, stop):
+                continue
+            if self.changes(name, field, before, 8):
+                del left[field["title"]]
+        return {title: [entry for entry in seen if title in entry] for title in left}
+
+    maxDiff = None
+
+    def test_is_set_by_keys_and_stored(self):
+        kinds = [json.loads(self.command("widgets", "kinds", kind["key"], "--json"))
+                 for kind in json.loads(self.command("widgets", "kinds", "--json"))]
+        self.assertEqual(len(kinds), 31)
+        for kind in kinds:
+            self.command("widgets", "add", kind["key"], f"My {kind['key']}")
+        self.window = Window(self.desk)
+        unset = {}
+        for kind in kinds:
+            name = f"My {kind['key']}"
+            self.command("settings", name)
+            self.window.await_name("All Widgets")
+            wait_for(lambda: any(entry["name"] == name and entry["role"] in ("label", "heading")
+                                 for entry in self.window.tree()), f"the page of {name}")
+            self.window.focus("All Widgets")
+            left = self.set_all(kind, name)
+            if left:
+                unset[name] = left
+        self.assertEqual(unset, {})
+
+
+if __name__ == "__main__":
+    unittest.main()
