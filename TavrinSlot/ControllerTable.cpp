@@ -1,5 +1,6 @@
 #include "TavrinSlot/ControllerTable.h"
 
+#include "TavrinCore/Widgets/KindTable.h"
 #include "TavrinSlot/Controllers/AirDropWidget.h"
 #include "TavrinSlot/Controllers/BookmarkWidget.h"
 #include "TavrinSlot/Controllers/CalendarWidget.h"
@@ -76,7 +77,7 @@ std::unique_ptr<WidgetController> make(const SlotContext& context, const DockWid
 
 template <class... Settings, class... Controllers>
 constexpr auto makersOf(const std::tuple<Row<Settings, Controllers>...>&) {
-  static_assert(std::is_same_v<std::variant<Settings...>, DockWidget::KindVariant>,
+  static_assert(std::is_same_v<KindList<Settings...>, AllKinds>,
                 "the tables of kinds and of controllers list the same kinds in the same order");
   return std::array<Maker, sizeof...(Controllers)>{make<Controllers>...};
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TavrinCore/Kinds/Weather/Weather.h"
+#include "TavrinCore/Kinds/Weather/WeatherSettings.h"
 
 #include <filesystem>
 

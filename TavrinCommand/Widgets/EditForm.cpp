@@ -1,6 +1,7 @@
 #include "TavrinCommand/Widgets/EditForm.h"
 
 #include "TavrinCommand/Console.h"
+#include "TavrinCore/Kinds/ClaudeUsage/ClaudeUsageSettings.h"
 #include "TavrinCore/Settings/SettingText.h"
 #include "TavrinCore/Widgets/SettingChanges.h"
 #include "TavrinHost/HostError.h"

@@ -1,7 +1,13 @@
 #include "TavrinCore/Settings/SettingSettling.h"
 
 #include "TavrinCore/Base/FileURL.h"
+#include "TavrinCore/Kinds/Converter/ConverterSettings.h"
 #include "TavrinCore/Kinds/Converter/ConverterUnits.h"
+#include "TavrinCore/Kinds/Files/FilesSettings.h"
+#include "TavrinCore/Kinds/Files/ScreenshotSettings.h"
+#include "TavrinCore/Kinds/Files/ShelfSettings.h"
+#include "TavrinCore/Kinds/Shortcut/ShortcutSettings.h"
+#include "TavrinCore/Kinds/Weather/WeatherSettings.h"
 #include "TavrinCore/Settings/SettingError.h"
 #include "TavrinCore/Settings/SettingRoles.h"
 #include "TavrinCore/Settings/SettingText.h"

@@ -1,21 +1,23 @@
 #include "TavrinCore/Widgets/DockWidget.h"
 
+#include "TavrinCore/Widgets/KindTable.h"
+
 #include <algorithm>
+#include <array>
+#include <cassert>
+#include <utility>
 
 namespace tavrin {
 
 using Kind = DockWidget::Kind;
 
-Kind::Kind() = default;
-Kind::Kind(const Kind&) = default;
-Kind::Kind(Kind&&) noexcept = default;
-Kind& Kind::operator=(const Kind&) = default;
-Kind& Kind::operator=(Kind&&) noexcept = default;
-Kind::~Kind() = default;
-bool Kind::operator==(const Kind&) const = default;
+Kind::Kind() : Kind(CollectionSettings{}) {}
 
-std::string_view Kind::key() const {
-  return allKinds()[index()].key;
+std::size_t Kind::index() const {
+  const auto kinds = allKinds();
+  const auto place = std::ranges::find(kinds, key(), &KindInfo::key);
+  assert(place != kinds.end() && "the record is in the kind table");
+  return static_cast<std::size_t>(place - kinds.begin());
 }
 std::string_view Kind::title() const {
   return allKinds()[index()].title;
@@ -28,8 +30,8 @@ bool Kind::takesFiles() const {
 }
 
 int Kind::defaultSpan() const {
-  return std::visit([](const auto& settings) { return kindRow(settings).defaultSpan(settings); },
-                    *this);
+  return visitKind(
+      *this, [](const auto& settings) { return kindRow(settings).defaultSpan(settings); });
 }
 
 std::span<const KindInfo> allKinds() {
@@ -64,7 +66,7 @@ template <class Settings> Kind decodePayload(const KindRow<Settings>& row, const
 /// The kinds as indices in the order in which a decoder looks for them: that of their declaration,
 /// but `fans` and `keyboardLock` follow `airdrop`.
 constexpr auto decodingOrder = [] {
-  constexpr std::size_t count = std::variant_size_v<DockWidget::KindVariant>;
+  constexpr std::size_t count = AllKinds::size;
   constexpr std::size_t fans = kindIndex<FanSettings>;
   constexpr std::size_t keyboardLock = kindIndex<KeyboardLockSettings>;
   std::array<std::size_t, count> order{};
@@ -102,15 +104,13 @@ Kind Coder<Kind>::decode(const JSONValue& json) {
 }
 
 JSONValue Coder<Kind>::encode(const Kind& kind) {
-  return std::visit(
-      [](const auto& settings) -> JSONValue {
-        const auto& row = kindRow(settings);
-        JSONValue payload = tavrin::encode(settings);
-        if (row.payload == KindPayload::wrapped)
-          payload = JSONValue::Object{{"_0", std::move(payload)}};
-        return JSONValue::Object{{std::string(row.key), std::move(payload)}};
-      },
-      kind);
+  return visitKind(kind, [](const auto& settings) -> JSONValue {
+    const auto& row = kindRow(settings);
+    JSONValue payload = tavrin::encode(settings);
+    if (row.payload == KindPayload::wrapped)
+      payload = JSONValue::Object{{"_0", std::move(payload)}};
+    return JSONValue::Object{{std::string(row.key), std::move(payload)}};
+  });
 }
 
 DockWidget Coder<DockWidget>::decode(const JSONValue& json) {

@@ -1,30 +1,49 @@
 #pragma once
 
 #include "TavrinCore/Base/FieldInfo.h"
-#include "TavrinCore/Widgets/KindTable.h"
 
+#include <concepts>
+#include <memory>
+#include <optional>
 #include <span>
+#include <string>
+#include <string_view>
 
 namespace tavrin {
 
+/// The settings record of a kind says which one's it is: `kindKey`, the kind's key in JSON.
+template <class S>
+concept KindSettings = std::copyable<S> && std::equality_comparable<S> && requires {
+  { S::kindKey } -> std::convertible_to<std::string_view>;
+};
+
 /// A widget of the user's, as it stands in the widgets file.
 struct DockWidget {
-  using KindVariant = tavrin::KindVariant;
-
-  /// What a widget is, with its settings.
-  struct Kind : KindVariant {
-    using KindVariant::KindVariant;
-    // Defined in one place: the compiler writes much code for each of them.
+  /// What a widget is, with its settings: a value that holds the settings record of one of the
+  /// kinds in KindTable.h, and knows none of them, so that who handles widgets of any kind need not.
+  /// One that was moved from may only be assigned to or destroyed.
+  class Kind {
+  public:
+    /// An empty collection.
     Kind();
-    Kind(const Kind&);
-    Kind(Kind&&) noexcept;
-    Kind& operator=(const Kind&);
-    Kind& operator=(Kind&&) noexcept;
-    ~Kind();
-    bool operator==(const Kind&) const;
+    template <KindSettings Settings>
+    Kind(Settings settings) : record_(std::make_unique<RecordOf<Settings>>(std::move(settings))) {}
+    Kind(const Kind& other) : record_(other.record_->copy()) {}
+    Kind(Kind&&) noexcept = default;
+    Kind& operator=(const Kind& other) {
+      record_ = other.record_->copy();
+      return *this;
+    }
+    Kind& operator=(Kind&&) noexcept = default;
+    ~Kind() = default;
+    bool operator==(const Kind& other) const {
+      return key() == other.key() && record_->equals(*other.record_);
+    }
 
     /// The JSON key: "timer".
-    std::string_view key() const;
+    std::string_view key() const { return record_->key; }
+    /// Its place in declaration order.
+    std::size_t index() const;
     /// The name for users: "Timer".
     std::string_view title() const;
     /// The span of a record that states none; depends on the tile style for some kinds.
@@ -33,13 +52,41 @@ struct DockWidget {
     /// Files can be dropped on the tile.
     bool takesFiles() const;
 
-    template <class Settings> const Settings* get() const { return std::get_if<Settings>(this); }
-    template <class Settings> Settings* get() { return std::get_if<Settings>(this); }
+    /// The settings of that kind; none where this is another.
+    template <KindSettings Settings> const Settings* get() const {
+      return key() == Settings::kindKey
+                 ? &static_cast<const RecordOf<Settings>&>(*record_).settings
+                 : nullptr;
+    }
+    template <KindSettings Settings> Settings* get() {
+      return const_cast<Settings*>(std::as_const(*this).get<Settings>());
+    }
     /// The settings; those of a new widget where this is another kind.
-    template <class Settings> Settings settings() const {
+    template <KindSettings Settings> Settings settings() const {
       const auto* own = get<Settings>();
       return own != nullptr ? *own : Settings{};
     }
+
+  private:
+    struct Record {
+      explicit Record(std::string_view kindKey) : key(kindKey) {}
+      virtual ~Record() = default;
+      virtual std::unique_ptr<Record> copy() const = 0;
+      /// For a record of the same kind.
+      virtual bool equals(const Record& other) const = 0;
+      const std::string_view key;
+    };
+    template <class Settings> struct RecordOf final : Record {
+      explicit RecordOf(Settings own) : Record(Settings::kindKey), settings(std::move(own)) {}
+      std::unique_ptr<Record> copy() const override {
+        return std::make_unique<RecordOf>(settings);
+      }
+      bool equals(const Record& other) const override {
+        return settings == static_cast<const RecordOf&>(other).settings;
+      }
+      Settings settings;
+    };
+    std::unique_ptr<Record> record_;
   };
 
   DockWidget() = default;

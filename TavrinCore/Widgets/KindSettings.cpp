@@ -1,4 +1,5 @@
 #include "TavrinCore/Widgets/DockWidget.h"
+#include "TavrinCore/Widgets/KindTable.h"
 #include "TavrinCore/Widgets/SettingChanges.h"
 
 namespace tavrin {
@@ -18,20 +19,18 @@ std::optional<DockWidget::Kind> freshKind(std::string_view key, Date now) {
 }
 
 std::vector<FieldInfo> describeSettings(const DockWidget::Kind& kind) {
-  return std::visit(
-      [](const auto& settings) { return describe<std::decay_t<decltype(settings)>>(); }, kind);
+  return visitKind(
+      kind, [](const auto& settings) { return describe<std::decay_t<decltype(settings)>>(); });
 }
 
 JSONValue settingsJSON(const DockWidget::Kind& kind) {
-  return std::visit([](const auto& settings) { return encode(settings); }, kind);
+  return visitKind(kind, [](const auto& settings) { return encode(settings); });
 }
 
 DockWidget::Kind withSettings(const DockWidget::Kind& kind, const JSONValue& settings) {
-  return std::visit(
-      [&](const auto& current) -> DockWidget::Kind {
-        return decode<std::decay_t<decltype(current)>>(settings);
-      },
-      kind);
+  return visitKind(kind, [&](const auto& current) -> DockWidget::Kind {
+    return decode<std::decay_t<decltype(current)>>(settings);
+  });
 }
 
 DockWidget::Kind withChanges(const DockWidget::Kind& current, const DockWidget::Kind& base,

@@ -31,10 +31,12 @@
 #include "TavrinCore/Kinds/System/TimeProgressSettings.h"
 #include "TavrinCore/Kinds/Water/WaterSettings.h"
 #include "TavrinCore/Kinds/Weather/WeatherSettings.h"
+#include "TavrinCore/Widgets/DockWidget.h"
 
+#include <array>
 #include <string_view>
 #include <tuple>
-#include <variant>
+#include <type_traits>
 
 namespace tavrin {
 
@@ -46,7 +48,7 @@ enum class KindPayload { wrapped, flat, none };
 template <class S> struct KindRow {
   using Settings = S;
   /// The JSON key.
-  std::string_view key;
+  static constexpr std::string_view key = S::kindKey;
   /// The name for users.
   std::string_view title;
   /// The symbol that stands for the kind.
@@ -87,60 +89,78 @@ constexpr int gitHubSpan(const GitHubSettings& settings) {
 /// controllers.
 // clang-format off
 inline constexpr std::tuple kindTable{
-    KindRow<CollectionSettings>{"collection", "App Collection", "square.grid.2x2.fill", "Starts your favourite applications from one tile.", "launcher apps programs folder start", 4, always<CollectionSettings, 1>, KindPayload::flat},
-    KindRow<TimerSettings>{"timer", "Timer", "timer", "Counts down from a length you choose, or up from nothing.", "alarm cooking tea egg minutes countdown", 3, always<TimerSettings, 1>},
-    KindRow<PomodoroSettings>{"pomodoro", "Pomodoro", "timer", "Divides work into stretches of focus and breaks.", "focus concentration work break productivity tomato", 3, always<PomodoroSettings, 2>},
-    KindRow<MusicSettings>{"music", "Music", "music.note", "Shows what plays, and lets you pause and skip.", "player song track media audio spotify mpris", 4, always<MusicSettings, 2>},
-    KindRow<CalendarSettings>{"calendar", "Calendar", "calendar", "Shows today's date and your next appointments.", "events agenda appointments meetings date schedule", 4, calendarSpan},
-    KindRow<BatterySettings>{"battery", "Battery", "battery.100", "Shows how full the batteries of computer and devices are.", "power charge energy mouse headphones", 2, always<BatterySettings, 1>},
-    KindRow<ClockSettings>{"clock", "Clock", "clock", "Tells the time here, or anywhere in the world.", "time zone world hour analog digital", 4, always<ClockSettings, 1>},
-    KindRow<StopwatchSettings>{"stopwatch", "Stopwatch", "stopwatch", "Takes times and laps.", "lap timing sport chronograph", 4, always<StopwatchSettings, 1>, KindPayload::none},
-    KindRow<CountdownSettings>{"countdown", "Countdown", "hourglass", "Counts the days to a date that matters to you.", "days date birthday holiday event until since", 4, always<CountdownSettings, 1>},
-    KindRow<TimeProgressSettings>{"timeProgress", "Time Progress", "largecircle.fill.circle", "Shows how much of the day, week, month or year is over.", "year day week month percent", 4, always<TimeProgressSettings, 1>},
-    KindRow<ActivitySettings>{"activity", "Activity", "cpu", "Shows how busy the processor and the memory are.", "cpu ram processor memory load system monitor", 4, always<ActivitySettings, 1>},
-    KindRow<NetworkSettings>{"network", "Network", "network", "Shows how fast data come and go.", "internet speed download upload bandwidth wifi", 2, always<NetworkSettings, 1>},
-    KindRow<NoteSettings>{"note", "Note", "note.text", "Keeps a short text on a coloured paper.", "sticky memo text paper todo", 4, always<NoteSettings, 2>},
-    KindRow<ReminderSettings>{"reminders", "Reminders", "list.bullet", "Lists what is to be done, and lets you tick it off.", "todo tasks list due checklist", 4, reminderSpan},
-    KindRow<ShortcutSettings>{"shortcut", "Shortcut", "command", "Runs a command, or an application's action, at a click.", "script command run launch automation button", 4, always<ShortcutSettings, 1>},
-    KindRow<AirDropSettings>{"airdrop", "AirDrop", "dot.radiowaves.up.forward", "Sends files to devices nearby.", "share send phone bluetooth transfer", 4, always<AirDropSettings, 1>, KindPayload::none, true},
-    KindRow<WeatherSettings>{"weather", "Weather", "cloud.sun.fill", "Shows the weather of your city, now and in the days to come.", "forecast temperature rain sun city", 4, weatherSpan},
-    KindRow<ClaudeUsageSettings>{"claudeUsage", "Claude Code Usage", "sparkle", "Shows how much of the coding assistant's plan is used.", "tokens ai assistant limit budget coding", 2, always<ClaudeUsageSettings, 2>},
-    KindRow<GitHubSettings>{"github", "GitHub", "arrow.triangle.pull", "Lists your pull requests and their checks, or your year.", "git pull requests reviews contributions code", 4, gitHubSpan},
-    KindRow<PetSettings>{"pet", "Pet", "pawprint.fill", "Keeps you company: an animal that walks along your tiles.", "cat dog fox rabbit turtle animal fun", 4, always<PetSettings, 1>},
-    KindRow<ColourPickerSettings>{"colourPicker", "Colour Picker", "eyedropper", "Takes colours from the screen and remembers them.", "color eyedropper hex rgb design palette", 2, always<ColourPickerSettings, 2>},
-    KindRow<ClipboardSettings>{"clipboard", "Clipboard", "doc.on.clipboard", "Remembers what you copied, to be pasted again.", "copy paste history snippets", 1, always<ClipboardSettings, 1>},
-    KindRow<BookmarkSettings>{"bookmarks", "Bookmarks", "bookmark.fill", "Opens your favourite pages.", "links web sites internet favourites browser", 4, always<BookmarkSettings, 3>},
-    KindRow<EmojiSettings>{"emoji", "Emoji", "face.smiling", "Finds an emoji and copies it.", "smiley symbols characters picker", 4, always<EmojiSettings, 2>},
-    KindRow<ScreenshotSettings>{"screenshots", "Screenshots", "photo", "Shows the pictures you took of your screen last.", "screen capture pictures images photos", 4, always<ScreenshotSettings, 3>},
-    KindRow<FilesSettings>{"files", "Files", "folder.fill", "Shows the files that came last, such as downloads.", "downloads folder recent documents", 4, always<FilesSettings, 3>},
-    KindRow<ShelfSettings>{"shelf", "Shelf", "tray.full.fill", "Holds files that you drop on it until you need them.", "drop stack temporary drag files", 4, always<ShelfSettings, 3>, KindPayload::wrapped, true},
-    KindRow<WaterSettings>{"water", "Water", "drop.fill", "Reminds you to drink, and counts the glasses.", "drink health hydration glass", 4, always<WaterSettings, 3>},
-    KindRow<ConverterSettings>{"converter", "Converter", "arrow.left.arrow.right", "Turns one unit into another.", "units length mass temperature miles kilometres inches pounds", 2, always<ConverterSettings, 2>},
-    KindRow<FanSettings>{"fans", "Fans", "fanblades.fill", "Shows how fast the fans turn, and lets them run at full speed.", "cooling temperature noise speed", 4, always<FanSettings, 1>, KindPayload::none},
-    KindRow<KeyboardLockSettings>{"keyboardLock", "Keyboard Lock", "keyboard", "Holds the keyboard while you clean it.", "clean lock keys child cat", 4, always<KeyboardLockSettings, 1>},
+    KindRow<CollectionSettings>{"App Collection", "square.grid.2x2.fill", "Starts your favourite applications from one tile.", "launcher apps programs folder start", 4, always<CollectionSettings, 1>, KindPayload::flat},
+    KindRow<TimerSettings>{"Timer", "timer", "Counts down from a length you choose, or up from nothing.", "alarm cooking tea egg minutes countdown", 3, always<TimerSettings, 1>},
+    KindRow<PomodoroSettings>{"Pomodoro", "timer", "Divides work into stretches of focus and breaks.", "focus concentration work break productivity tomato", 3, always<PomodoroSettings, 2>},
+    KindRow<MusicSettings>{"Music", "music.note", "Shows what plays, and lets you pause and skip.", "player song track media audio spotify mpris", 4, always<MusicSettings, 2>},
+    KindRow<CalendarSettings>{"Calendar", "calendar", "Shows today's date and your next appointments.", "events agenda appointments meetings date schedule", 4, calendarSpan},
+    KindRow<BatterySettings>{"Battery", "battery.100", "Shows how full the batteries of computer and devices are.", "power charge energy mouse headphones", 2, always<BatterySettings, 1>},
+    KindRow<ClockSettings>{"Clock", "clock", "Tells the time here, or anywhere in the world.", "time zone world hour analog digital", 4, always<ClockSettings, 1>},
+    KindRow<StopwatchSettings>{"Stopwatch", "stopwatch", "Takes times and laps.", "lap timing sport chronograph", 4, always<StopwatchSettings, 1>, KindPayload::none},
+    KindRow<CountdownSettings>{"Countdown", "hourglass", "Counts the days to a date that matters to you.", "days date birthday holiday event until since", 4, always<CountdownSettings, 1>},
+    KindRow<TimeProgressSettings>{"Time Progress", "largecircle.fill.circle", "Shows how much of the day, week, month or year is over.", "year day week month percent", 4, always<TimeProgressSettings, 1>},
+    KindRow<ActivitySettings>{"Activity", "cpu", "Shows how busy the processor and the memory are.", "cpu ram processor memory load system monitor", 4, always<ActivitySettings, 1>},
+    KindRow<NetworkSettings>{"Network", "network", "Shows how fast data come and go.", "internet speed download upload bandwidth wifi", 2, always<NetworkSettings, 1>},
+    KindRow<NoteSettings>{"Note", "note.text", "Keeps a short text on a coloured paper.", "sticky memo text paper todo", 4, always<NoteSettings, 2>},
+    KindRow<ReminderSettings>{"Reminders", "list.bullet", "Lists what is to be done, and lets you tick it off.", "todo tasks list due checklist", 4, reminderSpan},
+    KindRow<ShortcutSettings>{"Shortcut", "command", "Runs a command, or an application's action, at a click.", "script command run launch automation button", 4, always<ShortcutSettings, 1>},
+    KindRow<AirDropSettings>{"AirDrop", "dot.radiowaves.up.forward", "Sends files to devices nearby.", "share send phone bluetooth transfer", 4, always<AirDropSettings, 1>, KindPayload::none, true},
+    KindRow<WeatherSettings>{"Weather", "cloud.sun.fill", "Shows the weather of your city, now and in the days to come.", "forecast temperature rain sun city", 4, weatherSpan},
+    KindRow<ClaudeUsageSettings>{"Claude Code Usage", "sparkle", "Shows how much of the coding assistant's plan is used.", "tokens ai assistant limit budget coding", 2, always<ClaudeUsageSettings, 2>},
+    KindRow<GitHubSettings>{"GitHub", "arrow.triangle.pull", "Lists your pull requests and their checks, or your year.", "git pull requests reviews contributions code", 4, gitHubSpan},
+    KindRow<PetSettings>{"Pet", "pawprint.fill", "Keeps you company: an animal that walks along your tiles.", "cat dog fox rabbit turtle animal fun", 4, always<PetSettings, 1>},
+    KindRow<ColourPickerSettings>{"Colour Picker", "eyedropper", "Takes colours from the screen and remembers them.", "color eyedropper hex rgb design palette", 2, always<ColourPickerSettings, 2>},
+    KindRow<ClipboardSettings>{"Clipboard", "doc.on.clipboard", "Remembers what you copied, to be pasted again.", "copy paste history snippets", 1, always<ClipboardSettings, 1>},
+    KindRow<BookmarkSettings>{"Bookmarks", "bookmark.fill", "Opens your favourite pages.", "links web sites internet favourites browser", 4, always<BookmarkSettings, 3>},
+    KindRow<EmojiSettings>{"Emoji", "face.smiling", "Finds an emoji and copies it.", "smiley symbols characters picker", 4, always<EmojiSettings, 2>},
+    KindRow<ScreenshotSettings>{"Screenshots", "photo", "Shows the pictures you took of your screen last.", "screen capture pictures images photos", 4, always<ScreenshotSettings, 3>},
+    KindRow<FilesSettings>{"Files", "folder.fill", "Shows the files that came last, such as downloads.", "downloads folder recent documents", 4, always<FilesSettings, 3>},
+    KindRow<ShelfSettings>{"Shelf", "tray.full.fill", "Holds files that you drop on it until you need them.", "drop stack temporary drag files", 4, always<ShelfSettings, 3>, KindPayload::wrapped, true},
+    KindRow<WaterSettings>{"Water", "drop.fill", "Reminds you to drink, and counts the glasses.", "drink health hydration glass", 4, always<WaterSettings, 3>},
+    KindRow<ConverterSettings>{"Converter", "arrow.left.arrow.right", "Turns one unit into another.", "units length mass temperature miles kilometres inches pounds", 2, always<ConverterSettings, 2>},
+    KindRow<FanSettings>{"Fans", "fanblades.fill", "Shows how fast the fans turn, and lets them run at full speed.", "cooling temperature noise speed", 4, always<FanSettings, 1>, KindPayload::none},
+    KindRow<KeyboardLockSettings>{"Keyboard Lock", "keyboard", "Holds the keyboard while you clean it.", "clean lock keys child cat", 4, always<KeyboardLockSettings, 1>},
 };
 // clang-format on
 
-template <class Table> struct KindsOf;
-template <class... Rows> struct KindsOf<const std::tuple<Rows...>> {
-  using Variant = std::variant<typename Rows::Settings...>;
+template <class... Settings> struct KindList {
+  static constexpr std::size_t size = sizeof...(Settings);
+  /// The place of a kind in declaration order.
+  template <class S> static constexpr std::size_t index() {
+    std::size_t place = 0;
+    static_cast<void>(((std::is_same_v<S, Settings> || (++place, false)) || ...));
+    return place;
+  }
 };
 
-/// The settings record of any kind.
-using KindVariant = KindsOf<decltype(kindTable)>::Variant;
+template <class Table> struct KindsOf;
+template <class... Rows> struct KindsOf<const std::tuple<Rows...>> {
+  using List = KindList<typename Rows::Settings...>;
+};
+
+/// The settings records of all kinds in declaration order.
+using AllKinds = KindsOf<decltype(kindTable)>::List;
 
 /// The table line of a settings record.
 template <class S> constexpr const KindRow<S>& kindRow(const S&) {
   return std::get<KindRow<S>>(kindTable);
 }
 
-/// The place of a settings record in the variant.
-template <class S>
-inline constexpr std::size_t kindIndex = [] {
-  return []<std::size_t... Index>(std::index_sequence<Index...>) {
-    return ((std::is_same_v<S, std::variant_alternative_t<Index, KindVariant>> ? Index : 0) + ...);
+/// The place of a settings record among all kinds.
+template <class S> inline constexpr std::size_t kindIndex = AllKinds::index<S>();
+
+/// What `use` makes of the kind's settings record; the same type for each.
+template <class Use> auto visitKind(const DockWidget::Kind& kind, const Use& use) {
+  using Result = decltype(use(CollectionSettings()));
+  using Visitor = Result (*)(const DockWidget::Kind&, const Use&);
+  static constexpr auto visitors = []<class... Settings>(KindList<Settings...>) {
+    return std::array<Visitor, sizeof...(Settings)>{
+        [](const DockWidget::Kind& any, const Use& visitor) -> Result {
+          return visitor(*any.get<Settings>());
+        }...};
   }
-  (std::make_index_sequence<std::variant_size_v<KindVariant>>());
-}();
+  (AllKinds());
+  return visitors[kind.index()](kind, use);
+}
 
 } // namespace tavrin

@@ -1,5 +1,6 @@
 #include "TavrinCore/Widgets/WidgetsFile.h"
 
+#include "TavrinCore/Kinds/Collection/CollectionSettings.h"
 #include "TavrinCore/Widgets/DockSlot.h"
 
 #include <set>

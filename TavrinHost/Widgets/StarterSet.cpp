@@ -1,6 +1,12 @@
 #include "TavrinHost/Widgets/StarterSet.h"
 
 #include "TavrinCore/Base/Calendar.h"
+#include "TavrinCore/Kinds/Note/NoteSettings.h"
+#include "TavrinCore/Kinds/Runs/PomodoroSettings.h"
+#include "TavrinCore/Kinds/Runs/TimerSettings.h"
+#include "TavrinCore/Kinds/System/ClockSettings.h"
+#include "TavrinCore/Kinds/System/CountdownSettings.h"
+#include "TavrinCore/Kinds/System/TimeProgressSettings.h"
 
 namespace tavrin {
 namespace {

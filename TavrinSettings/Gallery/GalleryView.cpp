@@ -1,5 +1,7 @@
 #include "TavrinSettings/Gallery/GalleryView.h"
 
+#include "TavrinCore/Kinds/Note/NoteSettings.h"
+#include "TavrinCore/Kinds/System/CountdownSettings.h"
 #include "TavrinSettings/Editing/StripOrder.h"
 #include "TavrinSettings/Gallery/FlowLayout.h"
 #include "TavrinSettings/Gallery/KindSearch.h"

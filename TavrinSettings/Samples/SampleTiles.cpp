@@ -1,5 +1,6 @@
 #include "TavrinSettings/Samples/SampleTiles.h"
 
+#include "TavrinCore/Widgets/KindTable.h"
 #include "TavrinSettings/Samples/SampleValues.h"
 #include "TavrinWidgetsUI/AirDrop/AirDropViews.h"
 #include "TavrinWidgetsUI/Bookmarks/BookmarkViews.h"
@@ -377,8 +378,8 @@ AnyView draw(const Stand& c, const KeyboardLockSettings& settings) {
 
 AnyView SampleTiles::tile(const DockWidget& widget, const TileSize& size, Date now) {
   const Stand stand{widget, size, now, calendar_, notation_, glyphs_, applicationIcon};
-  return std::visit([&](const auto& settings) { return draw(stand, settings); },
-                    static_cast<const KindVariant&>(widget.kind));
+  return visitKind(widget.kind,
+                   [&](const auto& settings) -> AnyView { return draw(stand, settings); });
 }
 
 bool followsTime(const DockWidget::Kind& kind) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TavrinCore/Base/Calendar.h"
+#include "TavrinCore/Dock/DockItem.h"
 #include "TavrinCore/Kinds/Converter/NumberNotation.h"
 #include "TavrinCore/Widgets/DockWidget.h"
 #include "TavrinPlatform/RunLoop.h"

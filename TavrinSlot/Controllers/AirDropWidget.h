@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TavrinCore/Base/Lifetime.h"
+#include "TavrinCore/Kinds/AirDrop/AirDropSettings.h"
 #include "TavrinSlot/KindController.h"
 #include "TavrinWidgetsUI/AirDrop/AirDropModel.h"
 

@@ -1,5 +1,6 @@
 #include "TavrinSlot/Controllers/BookmarkWidget.h"
 
+#include "TavrinCore/Kinds/Bookmarks/BookmarkSettings.h"
 #include "TavrinSlot/DockPanelPresenter.h"
 #include "TavrinWidgetsUI/Bookmarks/BookmarkPanelView.h"
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Kinds/Bookmarks/BookmarkSettings.h"
 #include "TavrinSlot/KindController.h"
 #include "TavrinWidgetsUI/Bookmarks/BookmarkIcons.h"
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "TavrinCore/Kinds/Calendar/CalendarSettings.h"
+#include "TavrinCore/Kinds/Calendar/ReminderSettings.h"
 #include "TavrinSlot/KindController.h"
 #include "TavrinWidgetsUI/Calendar/CalendarModel.h"
 #include "TavrinWidgetsUI/Calendar/CalendarViews.h"

@@ -1,5 +1,6 @@
 #include "TavrinSlot/Controllers/ClaudeUsageWidget.h"
 
+#include "TavrinCore/Kinds/ClaudeUsage/ClaudeUsageSettings.h"
 #include "TavrinWidgetsUI/ClaudeUsage/ClaudeUsagePanelView.h"
 #include "TavrinWidgetsUI/ClaudeUsage/ClaudeUsageViews.h"
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Kinds/ClaudeUsage/ClaudeUsageSettings.h"
 #include "TavrinSlot/KindController.h"
 #include "TavrinWidgetsUI/ClaudeUsage/ClaudeUsageModel.h"
 

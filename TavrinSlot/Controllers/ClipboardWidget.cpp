@@ -1,5 +1,6 @@
 #include "TavrinSlot/Controllers/ClipboardWidget.h"
 
+#include "TavrinCore/Kinds/Clipboard/ClipboardSettings.h"
 #include "TavrinSlot/DockPanelPresenter.h"
 #include "TavrinStorage/StoragePath.h"
 #include "TavrinStorage/WidgetStore.h"

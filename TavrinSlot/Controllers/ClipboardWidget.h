@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Kinds/Clipboard/ClipboardSettings.h"
 #include "TavrinSlot/KindController.h"
 #include "TavrinWidgetsUI/Clipboard/ClipboardModel.h"
 

@@ -1,5 +1,6 @@
 #include "TavrinSlot/Controllers/CollectionWidget.h"
 
+#include "TavrinCore/Kinds/Collection/CollectionSettings.h"
 #include "TavrinPlatform/ApplicationLibrary.h"
 #include "TavrinPlatform/DockTile.h"
 #include "TavrinSlot/DockPanelPresenter.h"

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Kinds/Collection/CollectionSettings.h"
 #include "TavrinSlot/KindController.h"
 #include "TavrinWidgetsUI/Collection/CollectionModel.h"
 

@@ -1,6 +1,7 @@
 #include "TavrinSlot/Controllers/ColourWidget.h"
 
 #include "TavrinCore/Base/Errors.h"
+#include "TavrinCore/Kinds/Colour/ColourPickerSettings.h"
 #include "TavrinSlot/DockPanelPresenter.h"
 #include "TavrinStorage/StoragePath.h"
 #include "TavrinWidgetsUI/Colour/ColourPanelView.h"

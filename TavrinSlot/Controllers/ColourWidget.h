@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Kinds/Colour/ColourPickerSettings.h"
 #include "TavrinSlot/HeldStore.h"
 #include "TavrinSlot/KindController.h"
 #include "TavrinStorage/ColourStore.h"

@@ -1,5 +1,6 @@
 #include "TavrinSlot/Controllers/ConverterWidget.h"
 
+#include "TavrinCore/Kinds/Converter/ConverterSettings.h"
 #include "TavrinWidgetsUI/Converter/ConverterPanelView.h"
 
 namespace tavrin {

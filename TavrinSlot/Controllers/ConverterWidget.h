@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Kinds/Converter/ConverterSettings.h"
 #include "TavrinSlot/KindController.h"
 #include "TavrinWidgetsUI/Converter/ConverterViews.h"
 

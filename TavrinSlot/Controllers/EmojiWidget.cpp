@@ -1,5 +1,6 @@
 #include "TavrinSlot/Controllers/EmojiWidget.h"
 
+#include "TavrinCore/Kinds/Emoji/EmojiSettings.h"
 #include "TavrinCore/Text/SystemLocale.h"
 #include "TavrinSlot/DockPanelPresenter.h"
 #include "TavrinStorage/StoragePath.h"

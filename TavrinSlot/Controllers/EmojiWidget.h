@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Kinds/Emoji/EmojiSettings.h"
 #include "TavrinSlot/HeldStore.h"
 #include "TavrinSlot/KindController.h"
 #include "TavrinStorage/EmojiStore.h"

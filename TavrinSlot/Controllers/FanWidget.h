@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Kinds/Fans/FanSettings.h"
 #include "TavrinSlot/KindController.h"
 #include "TavrinWidgetsUI/Fans/FanSwitch.h"
 #include "TavrinWidgetsUI/Fans/FanViews.h"

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Kinds/GitHub/GitHubSettings.h"
 #include "TavrinSlot/KindController.h"
 #include "TavrinWidgetsUI/GitHub/GitHubModel.h"
 

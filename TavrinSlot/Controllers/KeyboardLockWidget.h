@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Kinds/KeyboardLock/KeyboardLockSettings.h"
 #include "TavrinSlot/KindController.h"
 #include "TavrinWidgetsUI/KeyboardLock/KeyboardLock.h"
 #include "TavrinWidgetsUI/KeyboardLock/KeyboardLockOverlay.h"

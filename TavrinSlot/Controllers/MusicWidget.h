@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Kinds/Music/MusicSettings.h"
 #include "TavrinSlot/KindController.h"
 #include "TavrinWidgetsUI/Music/MusicModel.h"
 

@@ -1,5 +1,6 @@
 #include "TavrinSlot/Controllers/NoteWidget.h"
 
+#include "TavrinCore/Kinds/Note/NoteSettings.h"
 #include "TavrinPlatform/Platform.h"
 #include "TavrinWidgetsUI/Note/NotePanelView.h"
 #include "TavrinWidgetsUI/Note/NoteViews.h"

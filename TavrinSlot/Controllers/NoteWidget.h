@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Kinds/Note/NoteSettings.h"
 #include "TavrinSlot/KindController.h"
 #include "TavrinWidgetsUI/Note/NoteModel.h"
 

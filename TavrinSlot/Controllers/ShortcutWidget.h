@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Kinds/Shortcut/ShortcutSettings.h"
 #include "TavrinSlot/KindController.h"
 #include "TavrinWidgetsUI/Shortcut/ShortcutRunner.h"
 

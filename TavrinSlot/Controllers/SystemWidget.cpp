@@ -1,5 +1,13 @@
 #include "TavrinSlot/Controllers/SystemWidget.h"
 
+#include "TavrinCore/Kinds/Runs/StopwatchSettings.h"
+#include "TavrinCore/Kinds/System/ActivitySettings.h"
+#include "TavrinCore/Kinds/System/BatterySettings.h"
+#include "TavrinCore/Kinds/System/ClockSettings.h"
+#include "TavrinCore/Kinds/System/CountdownSettings.h"
+#include "TavrinCore/Kinds/System/NetworkSettings.h"
+#include "TavrinCore/Kinds/System/PetSettings.h"
+#include "TavrinCore/Kinds/System/TimeProgressSettings.h"
 #include "TavrinPlatform/DockTile.h"
 #include "TavrinPlatform/Platform.h"
 #include "TavrinSlot/Controllers/Runs/StoredRun.h"
@@ -131,27 +139,25 @@ struct SystemRows {
       SystemRow<PetSettings>{pet, petPanel, [](const auto&) { return petTint; }},
   };
 
-  template <class S>
-  static constexpr bool has = std::apply(
-      []<class... Rows>(const Rows&...) { return (std::is_same_v<Rows, SystemRow<S>> || ...); },
-      decltype(table)());
-
   /// `use(row, settings)` for the record's kind, which is of the group.
   template <class Use> static auto visit(const DockWidget& widget, const Use& use) {
-    return std::visit(
-        [&]<class S>(const S& settings) -> decltype(use(std::get<0>(table), BatterySettings())) {
-          if constexpr (has<S>)
-            return use(std::get<SystemRow<S>>(table), settings);
-          else
-            throw std::logic_error("a record of another kind");
-        },
-        static_cast<const DockWidget::KindVariant&>(widget.kind));
+    std::optional<decltype(use(std::get<0>(table), BatterySettings()))> result;
+    const auto tryRow = [&]<class S>(const SystemRow<S>& row) {
+      if (const auto* settings = widget.kind.get<S>())
+        result.emplace(use(row, *settings));
+      return result.has_value();
+    };
+    std::apply([&](const auto&... rows) { static_cast<void>((tryRow(rows) || ...)); }, table);
+    if (!result)
+      throw std::logic_error("a record of another kind");
+    return std::move(*result);
   }
 };
 
 bool SystemWidgetController::serves(const DockWidget::Kind& kind) const {
-  return std::visit([]<class S>(const S&) { return SystemRows::has<S>; },
-                    static_cast<const DockWidget::KindVariant&>(kind));
+  return std::apply(
+      [&]<class... S>(const SystemRow<S>&...) { return ((kind.get<S>() != nullptr) || ...); },
+      SystemRows::table);
 }
 
 void SystemWidgetController::start() {

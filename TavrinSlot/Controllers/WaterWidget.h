@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Kinds/Water/WaterSettings.h"
 #include "TavrinSlot/KindController.h"
 #include "TavrinStorage/WaterStore.h"
 #include "TavrinWidgetsUI/Water/WaterViews.h"

@@ -1,5 +1,6 @@
 #include "TavrinSlot/Controllers/WeatherWidget.h"
 
+#include "TavrinCore/Kinds/Weather/WeatherSettings.h"
 #include "TavrinPlatform/HTTPClient.h"
 #include "TavrinWidgetsUI/Weather/WeatherPanelView.h"
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Kinds/Weather/WeatherSettings.h"
 #include "TavrinSlot/KindController.h"
 #include "TavrinWidgetsUI/Weather/WeatherModel.h"
 #include "TavrinWidgetsUI/Weather/WeatherViews.h"

@@ -1,5 +1,6 @@
 #include "TavrinWidgetsUI/Bookmarks/BookmarkPanelView.h"
 
+#include "TavrinCore/Kinds/Bookmarks/BookmarkSettings.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelList.h"

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Kinds/Bookmarks/BookmarkSettings.h"
 #include "TavrinWidgetsUI/Bookmarks/BookmarkViews.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelView.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewRenderer.h"

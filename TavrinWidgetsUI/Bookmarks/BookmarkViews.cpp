@@ -1,5 +1,6 @@
 #include "TavrinWidgetsUI/Bookmarks/BookmarkViews.h"
 
+#include "TavrinCore/Kinds/Bookmarks/BookmarkSettings.h"
 #include "TavrinWidgetsUI/Kit/Views/Utf8.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewRenderer.h"
 

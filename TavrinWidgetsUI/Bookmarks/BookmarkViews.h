@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Kinds/Bookmarks/BookmarkSettings.h"
 #include "TavrinCore/Kinds/Bookmarks/Bookmarks.h"
 #include "TavrinWidgetsUI/Kit/Views/TileLayout.h"
 

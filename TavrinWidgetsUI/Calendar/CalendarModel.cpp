@@ -1,5 +1,8 @@
 #include "TavrinWidgetsUI/Calendar/CalendarModel.h"
 
+#include "TavrinCore/Kinds/Calendar/CalendarSettings.h"
+#include "TavrinCore/Kinds/Calendar/ReminderSettings.h"
+
 #include <algorithm>
 
 namespace tavrin {

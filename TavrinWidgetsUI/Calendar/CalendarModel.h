@@ -1,7 +1,9 @@
 #pragma once
 
 #include "TavrinCore/Kinds/Calendar/CalendarEvent.h"
+#include "TavrinCore/Kinds/Calendar/CalendarSettings.h"
 #include "TavrinCore/Kinds/Calendar/Reminder.h"
+#include "TavrinCore/Kinds/Calendar/ReminderSettings.h"
 #include "TavrinPlatform/CalendarStore.h"
 #include "TavrinPlatform/Clock.h"
 #include "TavrinPlatform/RunLoop.h"

@@ -1,5 +1,7 @@
 #include "TavrinWidgetsUI/Calendar/CalendarViews.h"
 
+#include "TavrinCore/Kinds/Calendar/CalendarSettings.h"
+#include "TavrinCore/Kinds/Calendar/ReminderSettings.h"
 #include "TavrinWidgetsUI/Kit/Views/Utf8.h"
 
 #include <algorithm>

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "TavrinCore/Kinds/Calendar/CalendarSettings.h"
+#include "TavrinCore/Kinds/Calendar/ReminderSettings.h"
 #include "TavrinWidgetsUI/Calendar/CalendarModel.h"
 #include "TavrinWidgetsUI/Kit/Views/TileLayout.h"
 

@@ -3,6 +3,7 @@
 #include "TavrinCore/Base/Lifetime.h"
 #include "TavrinCore/Kinds/ClaudeUsage/ClaudeUsage.h"
 #include "TavrinCore/Kinds/ClaudeUsage/ClaudeUsageLimits.h"
+#include "TavrinCore/Kinds/ClaudeUsage/ClaudeUsageSettings.h"
 #include "TavrinCore/Widgets/DockWidget.h"
 #include "TavrinPlatform/Clock.h"
 #include "TavrinPlatform/FileManager.h"

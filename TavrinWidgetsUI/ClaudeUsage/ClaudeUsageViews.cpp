@@ -1,5 +1,6 @@
 #include "TavrinWidgetsUI/ClaudeUsage/ClaudeUsageViews.h"
 
+#include "TavrinCore/Kinds/ClaudeUsage/ClaudeUsageSettings.h"
 #include "TavrinWidgetsUI/Kit/Views/Gauges.h"
 #include "TavrinWidgetsUI/Kit/Views/WideTileWords.h"
 

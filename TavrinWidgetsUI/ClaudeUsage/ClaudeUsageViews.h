@@ -2,6 +2,7 @@
 
 #include "TavrinCore/Kinds/ClaudeUsage/ClaudeUsage.h"
 #include "TavrinCore/Kinds/ClaudeUsage/ClaudeUsageLimits.h"
+#include "TavrinCore/Kinds/ClaudeUsage/ClaudeUsageSettings.h"
 #include "TavrinWidgetsUI/Kit/Views/TileLayout.h"
 
 namespace tavrin {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Kinds/Clipboard/ClipboardSettings.h"
 #include "TavrinCore/Widgets/DockWidget.h"
 #include "TavrinWidgetsUI/Clipboard/ClipboardSource.h"
 

@@ -1,5 +1,6 @@
 #include "TavrinWidgetsUI/Clipboard/ClipboardSource.h"
 
+#include "TavrinCore/Kinds/Clipboard/ClipboardSettings.h"
 #include "TavrinCore/Text/Text.h"
 
 #include <QCryptographicHash>

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Kinds/Clipboard/ClipboardSettings.h"
 #include "TavrinPlatform/Clock.h"
 #include "TavrinPlatform/Pasteboard.h"
 #include "TavrinPlatform/Workspace.h"

@@ -1,6 +1,7 @@
 #include "TavrinWidgetsUI/Clipboard/ClipboardVault.h"
 
 #include "TavrinCore/Base/Wipe.h"
+#include "TavrinCore/Kinds/Clipboard/ClipboardSettings.h"
 #include "TavrinStorage/AESGCM.h"
 #include "TavrinStorage/SharedDocument.h"
 

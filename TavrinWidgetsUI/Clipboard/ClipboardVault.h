@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TavrinCore/Kinds/Clipboard/ClipboardBoard.h"
+#include "TavrinCore/Kinds/Clipboard/ClipboardSettings.h"
 #include "TavrinWidgetsUI/Clipboard/ClipboardCrypto.h"
 
 #include "TavrinPlatform/Files/AtomicFile.h"

@@ -1,5 +1,7 @@
 #include "TavrinWidgetsUI/Collection/CollectionModel.h"
 
+#include "TavrinCore/Kinds/Collection/CollectionSettings.h"
+
 #include <algorithm>
 #include <filesystem>
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Kinds/Collection/CollectionSettings.h"
 #include "TavrinCore/Widgets/DockWidget.h"
 #include "TavrinPlatform/ApplicationLibrary.h"
 #include "TavrinWidgetsUI/Kit/Pictures/AppIcons.h"

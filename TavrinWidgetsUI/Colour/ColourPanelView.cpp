@@ -1,5 +1,6 @@
 #include "TavrinWidgetsUI/Colour/ColourPanelView.h"
 
+#include "TavrinCore/Kinds/Colour/ColourPickerSettings.h"
 #include "TavrinWidgetsUI/Colour/ColourViews.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"

@@ -1,5 +1,7 @@
 #include "TavrinWidgetsUI/Colour/ColourViews.h"
 
+#include "TavrinCore/Kinds/Colour/ColourPickerSettings.h"
+
 #include <algorithm>
 
 namespace tavrin {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TavrinCore/Kinds/Colour/ColourHistory.h"
+#include "TavrinCore/Kinds/Colour/ColourPickerSettings.h"
 #include "TavrinWidgetsUI/Kit/Views/TileLayout.h"
 
 #include <functional>

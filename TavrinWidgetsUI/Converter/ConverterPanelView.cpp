@@ -1,5 +1,6 @@
 #include "TavrinWidgetsUI/Converter/ConverterPanelView.h"
 
+#include "TavrinCore/Kinds/Converter/ConverterSettings.h"
 #include "TavrinWidgetsUI/Converter/ConverterViews.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Kinds/Converter/ConverterSettings.h"
 #include "TavrinCore/Kinds/Converter/ConverterUnits.h"
 #include "TavrinCore/Kinds/Converter/NumberNotation.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelView.h"

@@ -1,5 +1,6 @@
 #include "TavrinWidgetsUI/Converter/ConverterViews.h"
 
+#include "TavrinCore/Kinds/Converter/ConverterSettings.h"
 #include "TavrinWidgetsUI/Kit/Views/Utf8.h"
 
 #include <algorithm>

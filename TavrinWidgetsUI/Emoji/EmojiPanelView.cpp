@@ -1,5 +1,6 @@
 #include "TavrinWidgetsUI/Emoji/EmojiPanelView.h"
 
+#include "TavrinCore/Kinds/Emoji/EmojiSettings.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelGrid.h"

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Kinds/Emoji/EmojiSettings.h"
 #include "TavrinWidgetsUI/Emoji/EmojiModel.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelView.h"
 

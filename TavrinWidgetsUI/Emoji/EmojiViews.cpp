@@ -1,5 +1,7 @@
 #include "TavrinWidgetsUI/Emoji/EmojiViews.h"
 
+#include "TavrinCore/Kinds/Emoji/EmojiSettings.h"
+
 #include <algorithm>
 #include <cmath>
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TavrinCore/Kinds/Emoji/EmojiHistory.h"
+#include "TavrinCore/Kinds/Emoji/EmojiSettings.h"
 #include "TavrinWidgetsUI/Emoji/EmojiGlyphs.h"
 #include "TavrinWidgetsUI/Kit/Views/TileLayout.h"
 

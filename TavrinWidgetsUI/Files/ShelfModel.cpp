@@ -1,6 +1,7 @@
 #include "TavrinWidgetsUI/Files/ShelfModel.h"
 
 #include "TavrinCore/Kinds/Files/FileKind.h"
+#include "TavrinCore/Kinds/Files/ShelfSettings.h"
 
 #include <algorithm>
 #include <set>

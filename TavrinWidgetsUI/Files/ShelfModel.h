@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TavrinCore/Kinds/Files/Shelf.h"
+#include "TavrinCore/Kinds/Files/ShelfSettings.h"
 #include "TavrinWidgetsUI/Files/FolderRoll.h"
 #include "TavrinWidgetsUI/Kit/Pictures/Thumbnails.h"
 

@@ -1,5 +1,7 @@
 #include "TavrinWidgetsUI/GitHub/GitHubModel.h"
 
+#include "TavrinCore/Kinds/GitHub/GitHubSettings.h"
+
 namespace tavrin {
 
 GitHubModel::GitHubModel(Clock& clock, RunLoop& runLoop, Workspace& workspace, GitHubSource source,

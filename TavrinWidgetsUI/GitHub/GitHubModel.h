@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Kinds/GitHub/GitHubSettings.h"
 #include "TavrinCore/Widgets/DockWidget.h"
 #include "TavrinPlatform/Clock.h"
 #include "TavrinPlatform/Workspace.h"

@@ -1,5 +1,6 @@
 #include "TavrinWidgetsUI/GitHub/GitHubPanelView.h"
 
+#include "TavrinCore/Kinds/GitHub/GitHubSettings.h"
 #include "TavrinWidgetsUI/GitHub/GitHubModel.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"

@@ -1,6 +1,7 @@
 #include "TavrinWidgetsUI/GitHub/GitHubSource.h"
 
 #include "TavrinCore/Base/Lifetime.h"
+#include "TavrinCore/Kinds/GitHub/GitHubSettings.h"
 #include "TavrinCore/Text/Text.h"
 
 #include <unistd.h>

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TavrinCore/Kinds/GitHub/GitHubQuery.h"
+#include "TavrinCore/Kinds/GitHub/GitHubSettings.h"
 #include "TavrinPlatform/FileManager.h"
 #include "TavrinPlatform/ProcessRunner.h"
 #include "TavrinPlatform/UserDefaults.h"

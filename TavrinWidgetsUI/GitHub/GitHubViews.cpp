@@ -1,5 +1,6 @@
 #include "TavrinWidgetsUI/GitHub/GitHubViews.h"
 
+#include "TavrinCore/Kinds/GitHub/GitHubSettings.h"
 #include "TavrinWidgetsUI/Kit/Views/WideTileWords.h"
 
 #include <QLocale>

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Kinds/GitHub/GitHubSettings.h"
 #include "TavrinWidgetsUI/GitHub/GitHubSource.h"
 #include "TavrinWidgetsUI/Kit/Views/TileLayout.h"
 

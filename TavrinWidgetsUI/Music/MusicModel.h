@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TavrinCore/Base/Lifetime.h"
+#include "TavrinCore/Kinds/Music/MusicSettings.h"
 #include "TavrinCore/Widgets/DockWidget.h"
 #include "TavrinPlatform/Clock.h"
 #include "TavrinPlatform/MediaPlayers.h"

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TavrinCore/Kinds/Runs/PomodoroRun.h"
+#include "TavrinCore/Kinds/Runs/PomodoroSettings.h"
 #include "TavrinCore/Widgets/DockWidget.h"
 #include "TavrinPlatform/Clock.h"
 

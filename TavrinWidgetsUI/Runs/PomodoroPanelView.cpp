@@ -1,5 +1,6 @@
 #include "TavrinWidgetsUI/Runs/PomodoroPanelView.h"
 
+#include "TavrinCore/Kinds/Runs/PomodoroSettings.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelToolTip.h"

@@ -1,5 +1,6 @@
 #include "TavrinWidgetsUI/Runs/PomodoroViews.h"
 
+#include "TavrinCore/Kinds/Runs/PomodoroSettings.h"
 #include "TavrinWidgetsUI/Runs/RunViews.h"
 
 #include <algorithm>

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TavrinCore/Kinds/Runs/PomodoroRun.h"
+#include "TavrinCore/Kinds/Runs/PomodoroSettings.h"
 #include "TavrinWidgetsUI/Kit/Views/TileLayout.h"
 
 #include <functional>

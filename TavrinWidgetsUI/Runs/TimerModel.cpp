@@ -1,5 +1,6 @@
 #include "TavrinWidgetsUI/Runs/TimerModel.h"
 
+#include "TavrinCore/Kinds/Runs/TimerSettings.h"
 #include "TavrinWidgetsUI/Kit/Views/Colour.h"
 
 namespace tavrin {

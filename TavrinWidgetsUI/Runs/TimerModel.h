@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TavrinCore/Kinds/Runs/TimerRun.h"
+#include "TavrinCore/Kinds/Runs/TimerSettings.h"
 #include "TavrinCore/Widgets/DockWidget.h"
 #include "TavrinPlatform/Clock.h"
 

@@ -1,6 +1,7 @@
 #include "TavrinWidgetsUI/Shortcut/ShortcutRunner.h"
 
 #include "TavrinCore/Base/Errors.h"
+#include "TavrinCore/Kinds/Shortcut/ShortcutSettings.h"
 #include "TavrinCore/Text/Text.h"
 
 #include <algorithm>

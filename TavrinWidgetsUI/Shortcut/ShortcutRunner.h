@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TavrinCore/Kinds/Shortcut/ShortcutOutput.h"
+#include "TavrinCore/Kinds/Shortcut/ShortcutSettings.h"
 #include "TavrinCore/Widgets/DockWidget.h"
 #include "TavrinPlatform/ApplicationLibrary.h"
 #include "TavrinPlatform/Clock.h"

@@ -1,5 +1,7 @@
 #include "TavrinWidgetsUI/System/ClockReading.h"
 
+#include "TavrinCore/Kinds/System/ClockSettings.h"
+
 #include <algorithm>
 #include <cmath>
 #include <fmt/format.h>

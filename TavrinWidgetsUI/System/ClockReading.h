@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TavrinCore/Kinds/System/ClockFormat.h"
+#include "TavrinCore/Kinds/System/ClockSettings.h"
 
 #include <optional>
 #include <string>

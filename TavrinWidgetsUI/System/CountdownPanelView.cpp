@@ -1,5 +1,6 @@
 #include "TavrinWidgetsUI/System/CountdownPanelView.h"
 
+#include "TavrinCore/Kinds/System/CountdownSettings.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewWidget.h"
 #include "TavrinWidgetsUI/System/CountdownViews.h"

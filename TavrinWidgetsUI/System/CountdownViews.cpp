@@ -1,5 +1,6 @@
 #include "TavrinWidgetsUI/System/CountdownViews.h"
 
+#include "TavrinCore/Kinds/System/CountdownSettings.h"
 #include "TavrinCore/Text/ClockText.h"
 
 #include <algorithm>

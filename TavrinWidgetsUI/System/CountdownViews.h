@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TavrinCore/Kinds/System/Countdown.h"
+#include "TavrinCore/Kinds/System/CountdownSettings.h"
 #include "TavrinWidgetsUI/Kit/Views/TileLayout.h"
 
 #include <string>

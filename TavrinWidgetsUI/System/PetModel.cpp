@@ -1,5 +1,7 @@
 #include "TavrinWidgetsUI/System/PetModel.h"
 
+#include "TavrinCore/Kinds/System/PetSettings.h"
+
 #include <algorithm>
 #include <functional>
 #include <utility>

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TavrinCore/Base/Calendar.h"
+#include "TavrinCore/Kinds/System/PetSettings.h"
 #include "TavrinWidgetsUI/System/PetSprites.h"
 #include "TavrinWidgetsUI/System/SystemReadings.h"
 

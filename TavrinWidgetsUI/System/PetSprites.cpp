@@ -1,5 +1,6 @@
 #include "TavrinWidgetsUI/System/PetSprites.h"
 
+#include "TavrinCore/Kinds/System/PetSettings.h"
 #include "TavrinWidgetsUI/Kit/Views/Colour.h"
 #include "TavrinWidgetsUI/System/PetMaps.h"
 

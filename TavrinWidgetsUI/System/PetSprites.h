@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TavrinCore/Kinds/System/Pet.h"
+#include "TavrinCore/Kinds/System/PetSettings.h"
 
 #include <QImage>
 

@@ -1,5 +1,7 @@
 #include "TavrinWidgetsUI/System/PetViews.h"
 
+#include "TavrinCore/Kinds/System/PetSettings.h"
+
 #include <algorithm>
 #include <cmath>
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Kinds/System/PetSettings.h"
 #include "TavrinWidgetsUI/Kit/Views/TileLayout.h"
 #include "TavrinWidgetsUI/System/PetSprites.h"
 

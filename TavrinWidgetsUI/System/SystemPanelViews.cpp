@@ -1,5 +1,6 @@
 #include "TavrinWidgetsUI/System/SystemPanelViews.h"
 
+#include "TavrinCore/Kinds/System/NetworkSettings.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"

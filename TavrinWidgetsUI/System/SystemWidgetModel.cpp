@@ -1,5 +1,14 @@
 #include "TavrinWidgetsUI/System/SystemWidgetModel.h"
 
+#include "TavrinCore/Kinds/Runs/StopwatchSettings.h"
+#include "TavrinCore/Kinds/System/ActivitySettings.h"
+#include "TavrinCore/Kinds/System/BatterySettings.h"
+#include "TavrinCore/Kinds/System/ClockSettings.h"
+#include "TavrinCore/Kinds/System/CountdownSettings.h"
+#include "TavrinCore/Kinds/System/NetworkSettings.h"
+#include "TavrinCore/Kinds/System/PetSettings.h"
+#include "TavrinCore/Kinds/System/TimeProgressSettings.h"
+
 #include <algorithm>
 
 namespace tavrin {
@@ -55,31 +64,31 @@ void SystemWidgetModel::stop() {
 }
 
 bool SystemWidgetModel::chooseSampler() {
-  bool isOtherMeasure = false;
+  const auto& kind = widget_.kind;
   const auto* const before = sampler_;
-  sampler_ = std::visit(
-      Overloaded{[&](const BatterySettings&) -> SystemSampler* { return &battery_; },
-                 [&](const ActivitySettings&) -> SystemSampler* { return &activity_; },
-                 [&](const NetworkSettings& settings) -> SystemSampler* {
-                   isOtherMeasure = network_.setSettings(settings);
-                   return &network_;
-                 },
-                 [&](const ClockSettings& settings) -> SystemSampler* {
-                   clockFace_.setSettings(settings);
-                   return &clockFace_;
-                 },
-                 [&](const CountdownSettings& settings) -> SystemSampler* {
-                   countdown_.setSettings(settings);
-                   return &countdown_;
-                 },
-                 [&](const TimeProgressSettings&) -> SystemSampler* { return &timeProgress_; },
-                 [&](const StopwatchSettings&) -> SystemSampler* { return &stopwatch_; },
-                 [&](const PetSettings& settings) -> SystemSampler* {
-                   pet_.setSettings(settings);
-                   return &pet_;
-                 },
-                 [](const auto&) -> SystemSampler* { return nullptr; }},
-      static_cast<const KindVariant&>(widget_.kind));
+  bool isOtherMeasure = false;
+  sampler_ = nullptr;
+  if (kind.get<BatterySettings>() != nullptr) {
+    sampler_ = &battery_;
+  } else if (kind.get<ActivitySettings>() != nullptr) {
+    sampler_ = &activity_;
+  } else if (const auto* network = kind.get<NetworkSettings>()) {
+    isOtherMeasure = network_.setSettings(*network);
+    sampler_ = &network_;
+  } else if (const auto* clock = kind.get<ClockSettings>()) {
+    clockFace_.setSettings(*clock);
+    sampler_ = &clockFace_;
+  } else if (const auto* countdown = kind.get<CountdownSettings>()) {
+    countdown_.setSettings(*countdown);
+    sampler_ = &countdown_;
+  } else if (kind.get<TimeProgressSettings>() != nullptr) {
+    sampler_ = &timeProgress_;
+  } else if (kind.get<StopwatchSettings>() != nullptr) {
+    sampler_ = &stopwatch_;
+  } else if (const auto* pet = kind.get<PetSettings>()) {
+    pet_.setSettings(*pet);
+    sampler_ = &pet_;
+  }
   if (sampler_ == before)
     return isOtherMeasure;
   activity_.forget();

@@ -1,5 +1,6 @@
 #include "TavrinWidgetsUI/System/TimeProgressPanelView.h"
 
+#include "TavrinCore/Kinds/System/TimeProgressSettings.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewWidget.h"
 #include "TavrinWidgetsUI/System/SystemWidgetModel.h"

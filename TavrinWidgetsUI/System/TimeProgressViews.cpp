@@ -1,5 +1,7 @@
 #include "TavrinWidgetsUI/System/TimeProgressViews.h"
 
+#include "TavrinCore/Kinds/System/TimeProgressSettings.h"
+
 #include <cmath>
 #include <fmt/format.h>
 

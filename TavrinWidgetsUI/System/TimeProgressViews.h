@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TavrinCore/Kinds/System/TimeProgress.h"
+#include "TavrinCore/Kinds/System/TimeProgressSettings.h"
 #include "TavrinWidgetsUI/Kit/Views/TileLayout.h"
 
 #include <array>

@@ -1,5 +1,6 @@
 #include "TavrinWidgetsUI/Water/WaterPanelView.h"
 
+#include "TavrinCore/Kinds/Water/WaterSettings.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelFigure.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"

@@ -1,5 +1,6 @@
 #include "TavrinWidgetsUI/Water/WaterViews.h"
 
+#include "TavrinCore/Kinds/Water/WaterSettings.h"
 #include "TavrinWidgetsUI/Kit/Views/Utf8.h"
 
 #include <QLinearGradient>

@@ -1,5 +1,6 @@
 #include "TavrinWidgetsUI/Weather/WeatherModel.h"
 
+#include "TavrinCore/Kinds/Weather/WeatherSettings.h"
 #include "TavrinPlatform/FileManager.h"
 
 #include <cmath>

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TavrinCore/Kinds/Weather/Weather.h"
+#include "TavrinCore/Kinds/Weather/WeatherSettings.h"
 #include "TavrinPlatform/Clock.h"
 #include "TavrinPlatform/HTTPClient.h"
 #include "TavrinPlatform/RunLoop.h"

@@ -1,5 +1,6 @@
 #include "TavrinWidgetsUI/Weather/WeatherViews.h"
 
+#include "TavrinCore/Kinds/Weather/WeatherSettings.h"
 #include "TavrinWidgetsUI/Kit/Views/Utf8.h"
 
 #include <algorithm>

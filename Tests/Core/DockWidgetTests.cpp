@@ -1,3 +1,13 @@
+#include "TavrinCore/Kinds/AirDrop/AirDropSettings.h"
+#include "TavrinCore/Kinds/Collection/CollectionSettings.h"
+#include "TavrinCore/Kinds/Colour/ColourPickerSettings.h"
+#include "TavrinCore/Kinds/Fans/FanSettings.h"
+#include "TavrinCore/Kinds/Note/NoteSettings.h"
+#include "TavrinCore/Kinds/Runs/PomodoroSettings.h"
+#include "TavrinCore/Kinds/Runs/StopwatchSettings.h"
+#include "TavrinCore/Kinds/Runs/TimerSettings.h"
+#include "TavrinCore/Kinds/System/CountdownSettings.h"
+#include "TavrinCore/Kinds/Water/WaterSettings.h"
 #include "TavrinCore/Widgets/DockWidget.h"
 
 #include <gtest/gtest.h>

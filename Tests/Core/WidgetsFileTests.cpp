@@ -1,3 +1,4 @@
+#include "TavrinCore/Kinds/Collection/CollectionSettings.h"
 #include "TavrinCore/Widgets/WidgetsFile.h"
 
 #include "TavrinCore/Widgets/DockSlot.h"

@@ -1,3 +1,7 @@
+#include "TavrinCore/Kinds/Bookmarks/BookmarkSettings.h"
+#include "TavrinCore/Kinds/Collection/CollectionSettings.h"
+#include "TavrinCore/Kinds/Files/FilesSettings.h"
+#include "TavrinCore/Kinds/System/ClockSettings.h"
 #include "Tests/Form/FormRig.h"
 
 #include <QDir>

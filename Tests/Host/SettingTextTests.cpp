@@ -1,3 +1,5 @@
+#include "TavrinCore/Kinds/GitHub/GitHubSettings.h"
+#include "TavrinCore/Kinds/Weather/WeatherSettings.h"
 #include "TavrinCore/Settings/SettingText.h"
 #include "TavrinHost/HostError.h"
 #include "TavrinHost/Widgets/SettingEditing.h"

@@ -1,3 +1,4 @@
+#include "TavrinCore/Kinds/GitHub/GitHubSettings.h"
 #include "TavrinPlatform/Qt/QtProcessRunner.h"
 #include "TavrinPlatform/Qt/QtRunLoop.h"
 #include "TavrinWidgetsUI/GitHub/GitHubSource.h"

@@ -1,3 +1,6 @@
+#include "TavrinCore/Kinds/System/ActivitySettings.h"
+#include "TavrinCore/Kinds/System/BatterySettings.h"
+#include "TavrinCore/Kinds/System/NetworkSettings.h"
 #include "TavrinPlatform/Linux/Devices/LinuxHostStatistics.h"
 #include "TavrinPlatform/Linux/Devices/SysfsFans.h"
 #include "Tests/Storage/TemporaryFolder.h"

@@ -1,4 +1,4 @@
-#include "TavrinCore/Widgets/KindTable.h"
+#include "TavrinCore/Widgets/DockWidget.h"
 #include "TavrinPlatform/Files/Descriptor.h"
 #include "TavrinPlatform/Linux/Base/SurfaceChoice.h"
 #include "TavrinPlatform/Linux/Command/LinuxDesktopReport.h"
@@ -161,9 +161,7 @@ TEST(DesktopReport, SaysWhatIsMissingForWhichKindsAndWhatToDo) {
     const bool isAllThere = item.state == DesktopReport::State::good;
     EXPECT_TRUE(isAllThere || testing::Value(item.remedy, testing::EndsWith(".")));
     for (const auto& kind : item.kinds)
-      EXPECT_TRUE(
-          std::apply([&](const auto&... rows) { return ((rows.key == kind) || ...); }, kindTable))
-          << kind;
+      EXPECT_EQ(std::ranges::count(allKinds(), kind, &KindInfo::key), 1) << kind;
   }
   survey.facts = {true, tiling, true, {}, false, false};
   survey.session = {true, {"org.kde.StatusNotifierWatcher"}, {"org.freedesktop.secrets"}};

@@ -1,3 +1,4 @@
+#include "TavrinCore/Kinds/System/ClockSettings.h"
 #include "TavrinPlatform/Files/AtomicFile.h"
 #include "TavrinSettings/Computer/ComputerPage.h"
 #include "TavrinSettings/Dock/BackupPane.h"

@@ -1,3 +1,4 @@
+#include "TavrinCore/Kinds/Note/NoteSettings.h"
 #include "TavrinSettings/Editing/StripOrder.h"
 #include "TavrinSettings/Editing/WidgetsEditor.h"
 #include "Tests/Command/HostFixture.h"

@@ -1,3 +1,8 @@
+#include "TavrinCore/Kinds/Bookmarks/BookmarkSettings.h"
+#include "TavrinCore/Kinds/Converter/ConverterSettings.h"
+#include "TavrinCore/Kinds/Emoji/EmojiSettings.h"
+#include "TavrinCore/Kinds/System/ClockSettings.h"
+#include "TavrinCore/Kinds/System/PetSettings.h"
 #include "Tests/Slot/SlotFixture.h"
 #include "Tests/Support/BrokenDocuments.h"
 

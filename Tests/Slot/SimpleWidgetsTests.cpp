@@ -1,3 +1,8 @@
+#include "TavrinCore/Kinds/Note/NoteSettings.h"
+#include "TavrinCore/Kinds/Runs/StopwatchSettings.h"
+#include "TavrinCore/Kinds/System/ClockSettings.h"
+#include "TavrinCore/Kinds/System/CountdownSettings.h"
+#include "TavrinCore/Kinds/System/PetSettings.h"
 #include "TavrinSlot/Controllers/NoteWidget.h"
 #include "TavrinSlot/Controllers/SystemWidget.h"
 

@@ -1,3 +1,13 @@
+#include "TavrinCore/Kinds/Emoji/EmojiSettings.h"
+#include "TavrinCore/Kinds/Note/NoteSettings.h"
+#include "TavrinCore/Kinds/Runs/PomodoroSettings.h"
+#include "TavrinCore/Kinds/Runs/StopwatchSettings.h"
+#include "TavrinCore/Kinds/Runs/TimerSettings.h"
+#include "TavrinCore/Kinds/System/BatterySettings.h"
+#include "TavrinCore/Kinds/System/ClockSettings.h"
+#include "TavrinCore/Kinds/System/CountdownSettings.h"
+#include "TavrinCore/Kinds/System/NetworkSettings.h"
+#include "TavrinCore/Kinds/System/PetSettings.h"
 #include "TavrinSlot/SlotApp.h"
 
 #include "TavrinPlatform/Files/AtomicFile.h"

@@ -1,3 +1,4 @@
+#include "TavrinCore/Kinds/ClaudeUsage/ClaudeUsageSettings.h"
 #include "TavrinStorage/ClaudeUsage/ClaudeUsageSource.h"
 
 #include "TavrinCore/Kinds/ClaudeUsage/ClaudeUsage.h"

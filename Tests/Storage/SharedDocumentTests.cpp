@@ -1,4 +1,6 @@
 #include "TavrinCore/Base/Errors.h"
+#include "TavrinCore/Kinds/Note/NoteSettings.h"
+#include "TavrinCore/Kinds/System/ClockSettings.h"
 #include "TavrinStorage/ColourStore.h"
 #include "TavrinStorage/Dock/PlistFileBackend.h"
 #include "TavrinStorage/Dock/ProfileStore.h"

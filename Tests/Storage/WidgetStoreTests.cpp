@@ -1,3 +1,7 @@
+#include "TavrinCore/Kinds/Note/NoteSettings.h"
+#include "TavrinCore/Kinds/Runs/PomodoroSettings.h"
+#include "TavrinCore/Kinds/Runs/TimerSettings.h"
+#include "TavrinCore/Kinds/System/ClockSettings.h"
 #include "TavrinStorage/WidgetStore.h"
 
 #include "TavrinCore/Base/Errors.h"

@@ -1,3 +1,7 @@
+#include "TavrinCore/Kinds/Note/NoteSettings.h"
+#include "TavrinCore/Kinds/System/ClockSettings.h"
+#include "TavrinCore/Kinds/System/CountdownSettings.h"
+#include "TavrinCore/Kinds/System/TimeProgressSettings.h"
 #include "TavrinWidgetsUI/Note/NoteModel.h"
 #include "TavrinWidgetsUI/Note/NotePanelView.h"
 #include "TavrinWidgetsUI/Note/NoteViews.h"

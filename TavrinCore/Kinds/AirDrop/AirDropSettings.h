@@ -6,6 +6,8 @@ namespace tavrin {
 
 /// Where dropped files go is asked at each drop.
 struct AirDropSettings {
+  static constexpr std::string_view kindKey = "airdrop";
+
   /// What another version put there, written back as it was.
   JSONValue::Object unrecognized;
 

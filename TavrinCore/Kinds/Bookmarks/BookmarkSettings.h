@@ -39,6 +39,8 @@ struct BookmarkFolder {
 };
 
 struct BookmarkSettings {
+  static constexpr std::string_view kindKey = "bookmarks";
+
   /// Those outside every folder.
   std::vector<Bookmark> bookmarks;
   std::vector<BookmarkFolder> folders;

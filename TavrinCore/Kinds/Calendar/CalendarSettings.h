@@ -47,6 +47,8 @@ template <> struct EnumTitles<CalendarTileStyle> {
 };
 
 struct CalendarSettings {
+  static constexpr std::string_view kindKey = "calendar";
+
   int daysAhead = 7;
   bool showsAllDay = true;
   bool turnsTextSideways = false;

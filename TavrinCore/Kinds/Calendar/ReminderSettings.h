@@ -19,6 +19,8 @@ template <> struct EnumTitles<ReminderTileStyle> {
 };
 
 struct ReminderSettings {
+  static constexpr std::string_view kindKey = "reminders";
+
   /// None is the default list.
   std::optional<std::string> listID;
   bool showsCompleted = false;

@@ -35,6 +35,8 @@ template <> struct EnumTitles<ClaudeUsageScope> {
 };
 
 struct ClaudeUsageSettings {
+  static constexpr std::string_view kindKey = "claudeUsage";
+
   /// Tokens need no connection first.
   ClaudeUsageShows shows = ClaudeUsageShows::tokens;
   ClaudeUsageScope scope = ClaudeUsageScope::today;

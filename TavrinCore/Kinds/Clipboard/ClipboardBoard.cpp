@@ -1,6 +1,7 @@
 #include "TavrinCore/Kinds/Clipboard/ClipboardBoard.h"
 
 #include "TavrinCore/Base/Wipe.h"
+#include "TavrinCore/Kinds/Clipboard/ClipboardSettings.h"
 #include "TavrinCore/Text/Text.h"
 
 #include <algorithm>

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TavrinCore/Kinds/Clipboard/ClipboardItem.h"
+#include "TavrinCore/Kinds/Clipboard/ClipboardSettings.h"
 
 #include <map>
 

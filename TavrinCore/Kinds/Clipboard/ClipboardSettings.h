@@ -5,6 +5,8 @@
 namespace tavrin {
 
 struct ClipboardSettings {
+  static constexpr std::string_view kindKey = "clipboard";
+
   /// The most items kept; pinned ones count but are never dropped.
   int historyLimit = 200;
   /// Unpinned items older than this are dropped.

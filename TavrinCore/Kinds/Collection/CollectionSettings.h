@@ -7,6 +7,8 @@ namespace tavrin {
 
 /// A set of applications to start from one tile.
 struct CollectionSettings {
+  static constexpr std::string_view kindKey = "collection";
+
   std::vector<AppEntry> apps;
   CollectionLayout layout = CollectionLayout::grid;
 

@@ -25,6 +25,8 @@ template <> struct EnumTitles<ColourFormat> {
 };
 
 struct ColourPickerSettings {
+  static constexpr std::string_view kindKey = "colourPicker";
+
   ColourFormat format = ColourFormat::hex;
   bool copiesOnPick = true;
   int historyLimit = 24;

@@ -43,6 +43,8 @@ template <> struct EnumTitles<ConverterCategory> {
 std::vector<FieldChoice> converterUnitChoices(const JSONValue& settings);
 
 struct ConverterSettings {
+  static constexpr std::string_view kindKey = "converter";
+
   ConverterCategory category = ConverterCategory::length;
   /// A unit's symbol within the category.
   std::string from = "km";

@@ -22,6 +22,8 @@ template <> struct EnumTitles<EmojiSkinTone> {
 };
 
 struct EmojiSettings {
+  static constexpr std::string_view kindKey = "emoji";
+
   EmojiSkinTone skinTone = EmojiSkinTone::standard;
   int recentsLimit = 24;
 

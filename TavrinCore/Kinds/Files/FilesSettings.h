@@ -5,6 +5,8 @@
 namespace tavrin {
 
 struct FilesSettings {
+  static constexpr std::string_view kindKey = "files";
+
   /// Empty means the Downloads folder.
   std::vector<std::string> folders;
   /// The most files listed.

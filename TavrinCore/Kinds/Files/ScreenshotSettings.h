@@ -5,6 +5,8 @@
 namespace tavrin {
 
 struct ScreenshotSettings {
+  static constexpr std::string_view kindKey = "screenshots";
+
   /// None is the desktop's own screenshot folder.
   std::optional<std::string> folder;
   /// The most pictures listed.

@@ -5,6 +5,7 @@
 namespace tavrin {
 
 struct ShelfSettings {
+  static constexpr std::string_view kindKey = "shelf";
   static constexpr int maximumCount = 40;
 
   /// Newest first.

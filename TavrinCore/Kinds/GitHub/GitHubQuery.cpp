@@ -2,6 +2,7 @@
 
 #include "TavrinCore/Base/ISO8601.h"
 #include "TavrinCore/Base/JSONValue.h"
+#include "TavrinCore/Kinds/GitHub/GitHubSettings.h"
 
 #include <algorithm>
 #include <array>

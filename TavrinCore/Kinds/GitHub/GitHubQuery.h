@@ -2,6 +2,7 @@
 
 #include "TavrinCore/Kinds/GitHub/GitHubBoard.h"
 #include "TavrinCore/Kinds/GitHub/GitHubContributions.h"
+#include "TavrinCore/Kinds/GitHub/GitHubSettings.h"
 
 #include <optional>
 #include <string>

@@ -19,6 +19,8 @@ template <> struct EnumTitles<GitHubShows> {
 };
 
 struct GitHubSettings {
+  static constexpr std::string_view kindKey = "github";
+
   GitHubShows shows = GitHubShows::myPullRequests;
   /// As owner/name; empty means all.
   std::vector<std::string> repositories;

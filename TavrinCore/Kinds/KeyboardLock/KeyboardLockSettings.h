@@ -5,6 +5,8 @@
 namespace tavrin {
 
 struct KeyboardLockSettings {
+  static constexpr std::string_view kindKey = "keyboardLock";
+
   bool locksPointer = true;
   /// How long a click is held to unlock.
   int holdSeconds = 3;

@@ -5,6 +5,8 @@
 namespace tavrin {
 
 struct MusicSettings {
+  static constexpr std::string_view kindKey = "music";
+
   /// A player's name on the session bus, such as vlc; none is the one last used.
   std::optional<std::string> player;
   bool showsCover = true;

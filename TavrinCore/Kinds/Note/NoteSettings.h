@@ -5,6 +5,8 @@
 namespace tavrin {
 
 struct NoteSettings {
+  static constexpr std::string_view kindKey = "note";
+
   /// A warm yellow.
   static constexpr std::string_view defaultColorHex = "#FBBF24";
 

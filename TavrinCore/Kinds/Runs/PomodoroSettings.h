@@ -23,6 +23,7 @@ constexpr bool isBreak(PomodoroPhase phase) {
 
 /// The lengths are in seconds and stored as they were set; `length` is what counts.
 struct PomodoroSettings {
+  static constexpr std::string_view kindKey = "pomodoro";
   static constexpr double defaultFocus = 1500;
   static constexpr double defaultShortBreak = 300;
   static constexpr double defaultLongBreak = 900;

@@ -6,6 +6,8 @@ namespace tavrin {
 
 /// A stopwatch has nothing to set.
 struct StopwatchSettings {
+  static constexpr std::string_view kindKey = "stopwatch";
+
   /// What another version put there, written back as it was.
   JSONValue::Object unrecognized;
 

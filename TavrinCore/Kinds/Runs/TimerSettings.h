@@ -5,6 +5,7 @@
 namespace tavrin {
 
 struct TimerSettings {
+  static constexpr std::string_view kindKey = "timer";
   static constexpr std::array<double, 5> defaultPresets = {300, 600, 900, 1500, 2700};
   static constexpr std::string_view defaultTintHex = "#FF9F0A";
   /// The colours an editor offers for `tintHex`.

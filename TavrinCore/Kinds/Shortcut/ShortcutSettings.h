@@ -6,6 +6,8 @@ namespace tavrin {
 
 /// One action of the user's own.
 struct ShortcutSettings {
+  static constexpr std::string_view kindKey = "shortcut";
+
   /// The action's name; empty shows the widget's own.
   std::string title;
   /// A command line for the user's shell.

@@ -18,6 +18,8 @@ template <> struct EnumTitles<ActivityTileStyle> {
 };
 
 struct ActivitySettings {
+  static constexpr std::string_view kindKey = "activity";
+
   bool showsCPU = true;
   bool showsMemory = true;
   ActivityTileStyle style = ActivityTileStyle::bars;

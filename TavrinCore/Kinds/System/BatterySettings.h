@@ -18,6 +18,8 @@ template <> struct EnumTitles<BatteryTileStyle> {
 };
 
 struct BatterySettings {
+  static constexpr std::string_view kindKey = "battery";
+
   bool showsPercentage = true;
   BatteryTileStyle style = BatteryTileStyle::status;
 

@@ -5,6 +5,8 @@
 namespace tavrin {
 
 struct ClockSettings {
+  static constexpr std::string_view kindKey = "clock";
+
   /// A time zone identifier such as Europe/Berlin; none follows the system.
   std::optional<std::string> timeZoneID;
   bool showsSeconds = false;

@@ -5,6 +5,8 @@
 namespace tavrin {
 
 struct CountdownSettings {
+  static constexpr std::string_view kindKey = "countdown";
+
   Date target;
   /// Past the target, show the time since it instead of stopping at zero.
   bool countsUpAfter = false;

@@ -16,6 +16,8 @@ template <> struct EnumTitles<NetworkTileStyle> {
 };
 
 struct NetworkSettings {
+  static constexpr std::string_view kindKey = "network";
+
   /// A link's name such as eth0; none counts all of them.
   std::optional<std::string> interface;
   NetworkTileStyle style = NetworkTileStyle::numbers;

@@ -21,6 +21,8 @@ template <> struct EnumTitles<PetSpecies> {
 };
 
 struct PetSettings {
+  static constexpr std::string_view kindKey = "pet";
+
   PetSpecies species = PetSpecies::cat;
   /// Runs when the processor does.
   bool followsProcessorLoad = false;

@@ -19,6 +19,8 @@ template <> struct EnumTitles<TimeProgressScope> {
 };
 
 struct TimeProgressSettings {
+  static constexpr std::string_view kindKey = "timeProgress";
+
   TimeProgressScope scope = TimeProgressScope::day;
 
   static constexpr auto fields() {

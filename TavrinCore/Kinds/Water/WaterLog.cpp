@@ -1,5 +1,7 @@
 #include "TavrinCore/Kinds/Water/WaterLog.h"
 
+#include "TavrinCore/Kinds/Water/WaterSettings.h"
+
 #include <algorithm>
 #include <fmt/format.h>
 #include <limits>

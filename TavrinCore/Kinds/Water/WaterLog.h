@@ -2,11 +2,12 @@
 
 #include "TavrinCore/Base/Calendar.h"
 #include "TavrinCore/Base/Coding.h"
-#include "TavrinCore/Kinds/Water/WaterSettings.h"
 
 #include <array>
 
 namespace tavrin {
+
+struct WaterSettings;
 
 /// What was drunk on one day.
 struct WaterDay {

@@ -1,5 +1,6 @@
 #include "TavrinCore/Kinds/Water/WaterReading.h"
 
+#include "TavrinCore/Kinds/Water/WaterSettings.h"
 #include "TavrinCore/Text/ClockText.h"
 
 #include <algorithm>

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TavrinCore/Kinds/Water/WaterLog.h"
+#include "TavrinCore/Kinds/Water/WaterSettings.h"
 
 namespace tavrin {
 

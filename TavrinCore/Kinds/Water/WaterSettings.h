@@ -38,6 +38,7 @@ template <> struct EnumTitles<WaterTileStyle> {
 FieldDisplay waterDisplay(const JSONValue& settings);
 
 struct WaterSettings {
+  static constexpr std::string_view kindKey = "water";
   static constexpr int defaultGoal = 2000;
   static constexpr int defaultGlass = 250;
   static constexpr int defaultRefillMinutes = 45;

@@ -37,6 +37,8 @@ template <> struct EnumTitles<WeatherTileStyle> {
 };
 
 struct WeatherSettings {
+  static constexpr std::string_view kindKey = "weather";
+
   std::optional<std::string> cityName;
   /// Degrees, north positive.
   std::optional<double> latitude;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Kinds/Files/FilesSettings.h"
 #include "TavrinSlot/Controllers/Files/FolderWidgetController.h"
 #include "TavrinSlot/KindController.h"
 #include "TavrinWidgetsUI/Files/FileRoll.h"

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Kinds/Files/ShelfSettings.h"
 #include "TavrinSlot/KindController.h"
 #include "TavrinWidgetsUI/Files/FileActions.h"
 #include "TavrinWidgetsUI/Files/ShelfModel.h"

@@ -1,5 +1,6 @@
 #include "TavrinSlot/Controllers/Runs/PomodoroWidget.h"
 
+#include "TavrinCore/Kinds/Runs/PomodoroSettings.h"
 #include "TavrinPlatform/Platform.h"
 #include "TavrinSlot/Controllers/Runs/StoredRun.h"
 #include "TavrinWidgetsUI/Runs/PomodoroPanelView.h"

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Kinds/Runs/PomodoroSettings.h"
 #include "TavrinSlot/Controllers/Runs/RunWidgetController.h"
 #include "TavrinSlot/KindController.h"
 #include "TavrinWidgetsUI/Runs/PomodoroModel.h"

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Kinds/Runs/TimerSettings.h"
 #include "TavrinSlot/Controllers/Runs/RunWidgetController.h"
 #include "TavrinSlot/KindController.h"
 #include "TavrinWidgetsUI/Runs/TimerModel.h"

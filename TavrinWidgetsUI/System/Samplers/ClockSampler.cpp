@@ -1,5 +1,7 @@
 #include "TavrinWidgetsUI/System/Samplers/ClockSampler.h"
 
+#include "TavrinCore/Kinds/System/ClockSettings.h"
+
 namespace tavrin {
 
 ClockReading ClockSampler::reading(Date now, const Calendar& calendar) const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Kinds/System/ClockSettings.h"
 #include "TavrinWidgetsUI/System/ClockReading.h"
 #include "TavrinWidgetsUI/System/Samplers/SystemSampler.h"
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Kinds/System/PetSettings.h"
 #include "TavrinWidgetsUI/System/PetModel.h"
 #include "TavrinWidgetsUI/System/Samplers/SystemSampler.h"
 

@@ -1,3 +1,4 @@
+#include "TavrinCore/Kinds/Calendar/ReminderSettings.h"
 #include "TavrinCore/Text/Text.h"
 #include "TavrinPlatform/Linux/Modules/CalendarInstances.h"
 

@@ -1,4 +1,5 @@
 #include "TavrinCore/Kinds/Colour/ColourHistory.h"
+#include "TavrinCore/Kinds/Colour/ColourPickerSettings.h"
 
 #include <cstdint>
 #include <cstdlib>

@@ -1,4 +1,5 @@
 #include "TavrinCore/Kinds/Weather/Weather.h"
+#include "TavrinCore/Kinds/Weather/WeatherSettings.h"
 #include "TavrinCore/Text/Text.h"
 
 #include <cstdint>

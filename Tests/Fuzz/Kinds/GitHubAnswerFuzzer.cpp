@@ -1,4 +1,5 @@
 #include "TavrinCore/Kinds/GitHub/GitHubQuery.h"
+#include "TavrinCore/Kinds/GitHub/GitHubSettings.h"
 
 #include <cstdint>
 #include <cstdlib>

@@ -1,4 +1,5 @@
 #include "TavrinCore/Kinds/Runs/PomodoroRun.h"
+#include "TavrinCore/Kinds/Runs/PomodoroSettings.h"
 #include "TavrinCore/Kinds/Runs/StopwatchRun.h"
 #include "TavrinCore/Kinds/Runs/TimerRun.h"
 #include "TavrinCore/Text/ClockText.h"

@@ -1,3 +1,4 @@
+#include "TavrinCore/Kinds/Weather/WeatherSettings.h"
 #include "TavrinPlatform/Qt/QtHTTPClient.h"
 #include "TavrinWidgetsUI/Weather/WeatherModel.h"
 #include "Tests/Linux/Services/HTTPServer.h"

@@ -1,3 +1,5 @@
+#include "TavrinCore/Kinds/AirDrop/AirDropSettings.h"
+#include "TavrinCore/Kinds/Runs/TimerSettings.h"
 #include "TavrinWidgetsUI/AirDrop/AirDropModel.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
 #include "Tests/Slot/SlotFixture.h"

@@ -1,3 +1,4 @@
+#include "TavrinCore/Kinds/Bookmarks/BookmarkSettings.h"
 #include "TavrinWidgetsUI/Bookmarks/BookmarkIcons.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
 #include "Tests/Slot/SlotFixture.h"

@@ -1,3 +1,5 @@
+#include "TavrinCore/Kinds/ClaudeUsage/ClaudeUsageSettings.h"
+#include "TavrinCore/Kinds/GitHub/GitHubSettings.h"
 #include "TavrinSlot/SlotApp.h"
 
 #include "TavrinPlatform/Files/AtomicFile.h"

@@ -1,3 +1,4 @@
+#include "TavrinCore/Kinds/Clipboard/ClipboardSettings.h"
 #include "TavrinSlot/Controllers/ClipboardWidget.h"
 
 #include "TavrinWidgetsUI/Clipboard/ClipboardPanelView.h"

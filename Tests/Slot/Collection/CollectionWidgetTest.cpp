@@ -1,3 +1,4 @@
+#include "TavrinCore/Kinds/Collection/CollectionSettings.h"
 #include "TavrinWidgetsUI/Collection/CollectionModel.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelGrid.h"

@@ -1,3 +1,4 @@
+#include "TavrinCore/Kinds/Colour/ColourPickerSettings.h"
 #include "TavrinSlot/Controllers/ColourWidget.h"
 
 #include "TavrinStorage/StoragePath.h"

@@ -1,3 +1,4 @@
+#include "TavrinCore/Kinds/Converter/ConverterSettings.h"
 #include "TavrinWidgetsUI/Converter/ConverterPanelView.h"
 #include "Tests/Slot/SlotFixture.h"
 #include "Tests/Support/Keys.h"

@@ -1,3 +1,4 @@
+#include "TavrinCore/Kinds/Emoji/EmojiSettings.h"
 #include "TavrinStorage/EmojiStore.h"
 #include "TavrinWidgetsUI/Emoji/EmojiPanelView.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelGrid.h"

@@ -1,4 +1,8 @@
+#include "TavrinCore/Kinds/Files/FilesSettings.h"
+#include "TavrinCore/Kinds/Files/ScreenshotSettings.h"
 #include "TavrinCore/Kinds/Files/Shelf.h"
+#include "TavrinCore/Kinds/Files/ShelfSettings.h"
+#include "TavrinCore/Kinds/Runs/TimerSettings.h"
 #include "TavrinStorage/WidgetStore.h"
 #include "TavrinWidgetsUI/Files/QuickLook.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelGrid.h"

@@ -1,3 +1,4 @@
+#include "TavrinCore/Kinds/Music/MusicSettings.h"
 #include "Tests/Slot/SlotFixture.h"
 
 #include <QComboBox>

@@ -1,3 +1,4 @@
+#include "TavrinCore/Kinds/Runs/PomodoroSettings.h"
 #include "TavrinSlot/Controllers/Runs/PomodoroWidget.h"
 
 #include "Tests/Support/SlotRig.h"

@@ -1,3 +1,4 @@
+#include "TavrinCore/Kinds/Runs/TimerSettings.h"
 #include "TavrinSlot/Controllers/Runs/TimerWidget.h"
 
 #include "TavrinWidgetsUI/Kit/Panels/PanelSegments.h"

@@ -1,3 +1,4 @@
+#include "TavrinCore/Kinds/Shortcut/ShortcutSettings.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
 #include "TavrinWidgetsUI/Shortcut/ShortcutRunner.h"
 #include "Tests/Slot/SlotFixture.h"

@@ -1,3 +1,7 @@
+#include "TavrinCore/Kinds/Fans/FanSettings.h"
+#include "TavrinCore/Kinds/KeyboardLock/KeyboardLockSettings.h"
+#include "TavrinCore/Kinds/System/ActivitySettings.h"
+#include "TavrinCore/Kinds/System/BatterySettings.h"
 #include "TavrinSlot/Controllers/FanWidget.h"
 #include "TavrinSlot/Controllers/KeyboardLockWidget.h"
 #include "TavrinSlot/Controllers/SystemWidget.h"

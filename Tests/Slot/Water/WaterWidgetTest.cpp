@@ -1,3 +1,4 @@
+#include "TavrinCore/Kinds/Water/WaterSettings.h"
 #include "TavrinStorage/WaterStore.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelFigure.h"
 #include "Tests/Slot/SlotFixture.h"

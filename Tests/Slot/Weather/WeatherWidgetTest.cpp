@@ -1,3 +1,4 @@
+#include "TavrinCore/Kinds/Weather/WeatherSettings.h"
 #include "TavrinStorage/WidgetStore.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelList.h"

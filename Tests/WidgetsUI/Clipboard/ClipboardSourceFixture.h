@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Kinds/Clipboard/ClipboardSettings.h"
 #include "TavrinPlatform/Files/AtomicFile.h"
 #include "TavrinWidgetsUI/Clipboard/ClipboardModel.h"
 #include "Tests/Storage/TemporaryFolder.h"

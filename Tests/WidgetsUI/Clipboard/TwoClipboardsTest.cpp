@@ -1,3 +1,4 @@
+#include "TavrinCore/Kinds/Clipboard/ClipboardSettings.h"
 #include "Tests/WidgetsUI/Clipboard/ClipboardSourceFixture.h"
 
 namespace tavrin::test {

@@ -1,3 +1,4 @@
+#include "TavrinCore/Kinds/Files/FilesSettings.h"
 #include "TavrinWidgetsUI/Files/FileRoll.h"
 #include "TavrinWidgetsUI/Files/ScreenshotRoll.h"
 #include "TavrinWidgetsUI/Files/ShelfModel.h"

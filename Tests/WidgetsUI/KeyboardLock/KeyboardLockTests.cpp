@@ -1,3 +1,4 @@
+#include "TavrinCore/Kinds/KeyboardLock/KeyboardLockSettings.h"
 #include "TavrinWidgetsUI/KeyboardLock/KeyboardLock.h"
 #include "TavrinWidgetsUI/KeyboardLock/KeyboardLockViews.h"
 #include "Tests/Support/FakePlatform.h"

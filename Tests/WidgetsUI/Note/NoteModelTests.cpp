@@ -1,3 +1,4 @@
+#include "TavrinCore/Kinds/Note/NoteSettings.h"
 #include "TavrinWidgetsUI/Note/NoteModel.h"
 
 #include "Tests/Support/ManualRunLoop.h"

@@ -1,3 +1,4 @@
+#include "TavrinCore/Kinds/Runs/PomodoroSettings.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewRenderer.h"
 #include "TavrinWidgetsUI/Runs/PomodoroViews.h"
 #include "TavrinWidgetsUI/Runs/StopwatchViews.h"

@@ -1,3 +1,4 @@
+#include "TavrinCore/Kinds/Note/NoteSettings.h"
 #include "TavrinPlatform/POSIX/JSONUserDefaults.h"
 #include "TavrinStorage/ColourStore.h"
 #include "TavrinStorage/Dock/PlistFileBackend.h"

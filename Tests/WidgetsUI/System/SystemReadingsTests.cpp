@@ -1,3 +1,6 @@
+#include "TavrinCore/Kinds/System/ActivitySettings.h"
+#include "TavrinCore/Kinds/System/BatterySettings.h"
+#include "TavrinCore/Kinds/System/NetworkSettings.h"
 #include "TavrinWidgetsUI/System/NetworkViews.h"
 #include "TavrinWidgetsUI/System/SystemWidgetModel.h"
 #include "Tests/Support/FakePlatform.h"

@@ -1,3 +1,4 @@
+#include "TavrinCore/Kinds/AirDrop/AirDropSettings.h"
 #include "TavrinWidgetsUI/AirDrop/AirDropPanelView.h"
 #include "TavrinWidgetsUI/AirDrop/AirDropViews.h"
 #include "Tests/Support/FakeNearbyDevices.h"

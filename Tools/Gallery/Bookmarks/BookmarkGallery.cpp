@@ -1,3 +1,4 @@
+#include "TavrinCore/Kinds/Bookmarks/BookmarkSettings.h"
 #include "TavrinWidgetsUI/Bookmarks/BookmarkPanelView.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
 #include "Tools/Gallery/DesignedGallery.h"

@@ -1,3 +1,5 @@
+#include "TavrinCore/Kinds/Calendar/CalendarSettings.h"
+#include "TavrinCore/Kinds/Calendar/ReminderSettings.h"
 #include "TavrinSettings/Samples/SampleValues.h"
 #include "TavrinWidgetsUI/Calendar/CalendarPanelView.h"
 #include "TavrinWidgetsUI/Calendar/CalendarViews.h"

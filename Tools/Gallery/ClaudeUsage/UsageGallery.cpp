@@ -1,3 +1,5 @@
+#include "TavrinCore/Kinds/ClaudeUsage/ClaudeUsageSettings.h"
+#include "TavrinCore/Kinds/GitHub/GitHubSettings.h"
 #include "TavrinSettings/Samples/SampleValues.h"
 #include "TavrinStorage/ClaudeUsage/ClaudeUsageBridge.h"
 #include "TavrinWidgetsUI/ClaudeUsage/ClaudeUsageModel.h"

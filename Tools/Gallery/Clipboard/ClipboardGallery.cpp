@@ -1,3 +1,4 @@
+#include "TavrinCore/Kinds/Clipboard/ClipboardSettings.h"
 #include "TavrinWidgetsUI/Clipboard/ClipboardPanelView.h"
 #include "TavrinWidgetsUI/Clipboard/ClipboardViews.h"
 #include "Tests/Support/FakePlatform.h"

@@ -1,3 +1,4 @@
+#include "TavrinCore/Kinds/Collection/CollectionSettings.h"
 #include "TavrinSettings/Samples/SampleValues.h"
 #include "TavrinWidgetsUI/Collection/CollectionPanelView.h"
 #include "TavrinWidgetsUI/Collection/CollectionViews.h"

@@ -1,3 +1,4 @@
+#include "TavrinCore/Kinds/Colour/ColourPickerSettings.h"
 #include "TavrinSettings/Samples/SampleValues.h"
 #include "TavrinWidgetsUI/Colour/ColourPanelView.h"
 #include "TavrinWidgetsUI/Colour/ColourViews.h"

@@ -1,3 +1,4 @@
+#include "TavrinCore/Kinds/Converter/ConverterSettings.h"
 #include "TavrinWidgetsUI/Converter/ConverterPanelView.h"
 #include "TavrinWidgetsUI/Converter/ConverterViews.h"
 #include "Tools/Gallery/DesignedGallery.h"

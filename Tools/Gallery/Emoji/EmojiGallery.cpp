@@ -1,3 +1,4 @@
+#include "TavrinCore/Kinds/Emoji/EmojiSettings.h"
 #include "TavrinSettings/Samples/SampleValues.h"
 #include "TavrinWidgetsUI/Emoji/EmojiPanelView.h"
 #include "TavrinWidgetsUI/Emoji/EmojiViews.h"

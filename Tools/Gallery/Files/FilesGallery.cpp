@@ -1,3 +1,4 @@
+#include "TavrinCore/Kinds/Files/ShelfSettings.h"
 #include "TavrinSettings/Samples/SampleValues.h"
 #include "TavrinWidgetsUI/Files/FileViews.h"
 #include "TavrinWidgetsUI/Files/FilesPanelView.h"

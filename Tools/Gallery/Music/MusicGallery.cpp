@@ -1,3 +1,4 @@
+#include "TavrinCore/Kinds/Music/MusicSettings.h"
 #include "TavrinSettings/Samples/SampleValues.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewRenderer.h"
 #include "TavrinWidgetsUI/Music/MusicPanelView.h"

@@ -1,3 +1,5 @@
+#include "TavrinCore/Kinds/Runs/PomodoroSettings.h"
+#include "TavrinCore/Kinds/Runs/TimerSettings.h"
 #include "Tools/Gallery/Gallery.h"
 
 #include "TavrinWidgetsUI/Runs/PomodoroPanelView.h"

@@ -1,3 +1,4 @@
+#include "TavrinCore/Kinds/Shortcut/ShortcutSettings.h"
 #include "TavrinWidgetsUI/Shortcut/ShortcutPanelView.h"
 #include "TavrinWidgetsUI/Shortcut/ShortcutViews.h"
 #include "Tests/Support/FakePlatform.h"

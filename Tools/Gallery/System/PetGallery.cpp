@@ -1,3 +1,4 @@
+#include "TavrinCore/Kinds/System/PetSettings.h"
 #include "TavrinWidgetsUI/System/PetPanelView.h"
 #include "TavrinWidgetsUI/System/PetViews.h"
 #include "TavrinWidgetsUI/System/SystemWidgetModel.h"

@@ -1,3 +1,7 @@
+#include "TavrinCore/Kinds/KeyboardLock/KeyboardLockSettings.h"
+#include "TavrinCore/Kinds/System/ActivitySettings.h"
+#include "TavrinCore/Kinds/System/BatterySettings.h"
+#include "TavrinCore/Kinds/System/NetworkSettings.h"
 #include "TavrinWidgetsUI/Fans/FanSwitch.h"
 #include "TavrinWidgetsUI/Fans/FanViews.h"
 #include "TavrinWidgetsUI/KeyboardLock/KeyboardLock.h"

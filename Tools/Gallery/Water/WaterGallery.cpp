@@ -1,3 +1,4 @@
+#include "TavrinCore/Kinds/Water/WaterSettings.h"
 #include "TavrinSettings/Samples/SampleValues.h"
 #include "TavrinWidgetsUI/Water/WaterPanelView.h"
 #include "TavrinWidgetsUI/Water/WaterViews.h"

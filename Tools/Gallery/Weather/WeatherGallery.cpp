@@ -1,3 +1,4 @@
+#include "TavrinCore/Kinds/Weather/WeatherSettings.h"
 #include "TavrinSettings/Samples/SampleValues.h"
 #include "TavrinWidgetsUI/Weather/WeatherModel.h"
 #include "TavrinWidgetsUI/Weather/WeatherPanelView.h"

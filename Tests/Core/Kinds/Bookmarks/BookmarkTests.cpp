@@ -1,3 +1,4 @@
+#include "TavrinCore/Kinds/Bookmarks/BookmarkSettings.h"
 #include "TavrinCore/Kinds/Bookmarks/Bookmarks.h"
 #include "TavrinCore/Text/FoldedWords.h"
 

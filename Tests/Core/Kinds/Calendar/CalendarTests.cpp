@@ -1,7 +1,9 @@
 #include "TavrinCore/Base/Calendar.h"
 
 #include "TavrinCore/Kinds/System/ClockFormat.h"
+#include "TavrinCore/Kinds/System/ClockSettings.h"
 #include "TavrinCore/Kinds/System/TimeProgress.h"
+#include "TavrinCore/Kinds/System/TimeProgressSettings.h"
 
 #include <cmath>
 #include <gtest/gtest.h>

@@ -1,4 +1,5 @@
 #include "TavrinCore/Kinds/Calendar/Reminder.h"
+#include "TavrinCore/Kinds/Calendar/ReminderSettings.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

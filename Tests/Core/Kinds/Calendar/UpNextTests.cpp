@@ -1,4 +1,5 @@
 #include "TavrinCore/Kinds/Calendar/CalendarEvent.h"
+#include "TavrinCore/Kinds/Calendar/CalendarSettings.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

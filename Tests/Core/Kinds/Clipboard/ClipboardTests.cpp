@@ -1,4 +1,5 @@
 #include "TavrinCore/Kinds/Clipboard/ClipboardBoard.h"
+#include "TavrinCore/Kinds/Clipboard/ClipboardSettings.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

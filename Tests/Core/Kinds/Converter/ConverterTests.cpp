@@ -1,3 +1,4 @@
+#include "TavrinCore/Kinds/Converter/ConverterSettings.h"
 #include "TavrinCore/Kinds/Converter/ConverterUnits.h"
 #include "TavrinCore/Kinds/Converter/NumberNotation.h"
 

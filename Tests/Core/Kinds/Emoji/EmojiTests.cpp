@@ -1,3 +1,4 @@
+#include "TavrinCore/Kinds/Emoji/EmojiSettings.h"
 #include "TavrinCore/Kinds/Emoji/EmojiTable.h"
 
 #include <algorithm>

@@ -1,6 +1,7 @@
 #include "TavrinCore/Base/FileURL.h"
 #include "TavrinCore/Kinds/Files/FileKind.h"
 #include "TavrinCore/Kinds/Files/Shelf.h"
+#include "TavrinCore/Kinds/Files/ShelfSettings.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

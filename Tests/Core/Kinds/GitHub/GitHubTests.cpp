@@ -1,6 +1,7 @@
 #include "TavrinCore/Kinds/GitHub/GitHubQuery.h"
 
 #include "TavrinCore/Base/JSONValue.h"
+#include "TavrinCore/Kinds/GitHub/GitHubSettings.h"
 
 #include <gtest/gtest.h>
 

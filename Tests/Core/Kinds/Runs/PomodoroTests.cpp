@@ -1,4 +1,5 @@
 #include "TavrinCore/Kinds/Runs/PomodoroRun.h"
+#include "TavrinCore/Kinds/Runs/PomodoroSettings.h"
 
 #include <gtest/gtest.h>
 

@@ -2,6 +2,7 @@
 #include "TavrinCore/Kinds/Runs/TickSchedule.h"
 #include "TavrinCore/Kinds/Runs/TimerRun.h"
 #include "TavrinCore/Kinds/System/Countdown.h"
+#include "TavrinCore/Kinds/System/CountdownSettings.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,5 @@
 #include "TavrinCore/Kinds/System/Pet.h"
+#include "TavrinCore/Kinds/System/PetSettings.h"
 
 #include <gtest/gtest.h>
 #include <set>

@@ -1,4 +1,5 @@
 #include "TavrinCore/Kinds/Water/WaterReading.h"
+#include "TavrinCore/Kinds/Water/WaterSettings.h"
 
 #include <gtest/gtest.h>
 #include <limits>

@@ -1,5 +1,6 @@
 #include "TavrinCore/Kinds/Weather/Weather.h"
 
+#include "TavrinCore/Kinds/Weather/WeatherSettings.h"
 #include "TavrinCore/Text/Text.h"
 
 #include <cmath>
