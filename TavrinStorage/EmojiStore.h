@@ -22,7 +22,7 @@ public:
     file_.change([&](EmojiHistory& history) { history.add(emoji, limit); });
   }
   void clear() {
-    file_.change([](EmojiHistory& history) { history.recents.clear(); });
+    file_.change([](EmojiHistory& history) { history.clear(); });
   }
 
 private:

@@ -55,11 +55,11 @@ void EmojiWidgetController::choose(EmojiSkinTone tone) {
   save(changed);
 }
 
-std::vector<Emoji> EmojiWidgetController::recents() const {
+EmojiHistory EmojiWidgetController::history() const {
   const EmojiStore* store = store_->get();
   EmojiHistory history = store != nullptr ? store->history() : EmojiHistory{};
   history.repair();
-  return history.recents;
+  return history;
 }
 
 void EmojiWidgetController::panelWillOpen() {
@@ -76,14 +76,15 @@ QColor EmojiWidgetController::tint() const {
 
 AnyView EmojiWidgetController::tileView(const TileSize& size) {
   const EmojiSkinTone tone = settings().skinTone;
-  return size.isWide() ? emojiWideTile(recents(), tone, model_->glyphs(), size, copy_)
-                       : emojiTileIcon(recents(), tone, model_->glyphs(), size);
+  return size.isWide() ? emojiWideTile(history().recents, tone, model_->glyphs(), size, copy_)
+                       : emojiTileIcon(history().recents, tone, model_->glyphs(), size);
 }
 
 PanelView* EmojiWidgetController::makePanelView(const PanelAppearance& appearance) {
   return new EmojiPanelView(appearance, *model_,
                             {.name = [this] { return widget().name; },
-                             .recents = [this] { return recents(); },
+                             .recents = [this] { return history().recents; },
+                             .uses = [this] { return history().uses; },
                              .settings = [this] { return settings(); },
                              .trouble = [this] { return store_->trouble(); },
                              .copy = copy_,

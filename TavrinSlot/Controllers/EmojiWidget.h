@@ -28,7 +28,8 @@ private:
   void copy(const Emoji& emoji);
   void choose(EmojiSkinTone tone);
   void clear();
-  std::vector<Emoji> recents() const;
+  /// As far as it can be read, and within its bounds.
+  EmojiHistory history() const;
 
   std::optional<HeldStore<EmojiStore>> store_;
   std::optional<EmojiModel> model_;

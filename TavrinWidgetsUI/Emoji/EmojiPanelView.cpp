@@ -1,6 +1,7 @@
 #include "TavrinWidgetsUI/Emoji/EmojiPanelView.h"
 
 #include "TavrinCore/Kinds/Emoji/EmojiSettings.h"
+#include "TavrinWidgetsUI/Emoji/EmojiTones.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelGrid.h"
@@ -21,18 +22,6 @@ constexpr int tabColumns = 10;
 /// What a cell leaves around its picture, both sides together.
 constexpr int cellMargin = 10;
 
-struct Tone {
-  const char* name;
-  QColor colour;
-};
-constexpr std::array<Tone, allCases<EmojiSkinTone>().size()> tones{
-    {{"Standard", QColor(0xFF, 0xCC, 0x22)},
-     {"Light", QColor(0xF7, 0xDE, 0xCE)},
-     {"Medium light", QColor(0xF3, 0xD2, 0xA2)},
-     {"Medium", QColor(0xD5, 0xAB, 0x88)},
-     {"Medium dark", QColor(0xAF, 0x7E, 0x57)},
-     {"Dark", QColor(0x7C, 0x53, 0x3E)}}};
-
 QString capitalised(QString text) {
   if (!text.isEmpty())
     text[0] = text[0].toUpper();
@@ -46,7 +35,8 @@ EmojiPanelView::EmojiPanelView(const PanelAppearance& appearance, EmojiModel& mo
       search_(new PanelSearchField("Search emoji")), tabs_(new PanelGrid("Groups", tabColumns)),
       grid_(new PanelGrid("Emoji", columns)), empty_(new PanelEmptyState({}, {})),
       trouble_(new PanelText({}, PanelTextStyle::trouble)),
-      name_(new PanelText({}, PanelTextStyle::secondary)) {
+      name_(new PanelText({}, PanelTextStyle::secondary)),
+      tones_(new EmojiTones([this](EmojiSkinTone tone) { source_.setTone(tone); })) {
   add(trouble_);
   add(search_);
   tabs_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
@@ -55,7 +45,7 @@ EmojiPanelView::EmojiPanelView(const PanelAppearance& appearance, EmojiModel& mo
   add(empty_);
   name_->setSingleLine(true);
   add(name_);
-  makeTones();
+  add(tones_);
   setEditButton("Edit Emoji…", source_.edit);
   clear_ = new PanelButton(PanelButton::Kind::faint, "Clear Recents", source_.clear);
   addFooterButton(clear_);
@@ -90,20 +80,6 @@ void EmojiPanelView::makeGrid() {
   };
 }
 
-void EmojiPanelView::makeTones() {
-  auto* holder = new QWidget;
-  auto* row = new QHBoxLayout(holder);
-  row->setContentsMargins(0, 0, 0, 0);
-  row->setSpacing(4);
-  for (std::size_t i = 0; i < tones.size(); ++i) {
-    tones_[i] = new PanelSwatch(tones[i].colour, tones[i].name,
-                                [this, i] { source_.setTone(allCases<EmojiSkinTone>()[i]); });
-    tones_[i]->setSide(24);
-    row->addWidget(tones_[i]);
-  }
-  add(new PanelField("Skin tone", holder));
-}
-
 void EmojiPanelView::showEvent(QShowEvent* event) {
   search_->clear();
   group_ = source_.recents().empty() ? 0 : -1;
@@ -126,7 +102,7 @@ EmojiPanelView::Content EmojiPanelView::wantedContent() const {
   const QString query = search_->text().trimmed();
   const auto& groups = table.groups();
   if (!query.isEmpty()) {
-    content.indexes = table.search(query.toStdString());
+    content.indexes = table.search(query.toStdString(), source_.uses());
   } else if (group_ < 0 || static_cast<std::size_t>(group_) >= groups.size()) {
     content.isRecents = true;
     content.recents = source_.recents();
@@ -258,8 +234,7 @@ void EmojiPanelView::refresh() {
     tone_ = tone;
     grid_->viewport()->update();
   }
-  for (std::size_t i = 0; i < tones_.size(); ++i)
-    tones_[i]->setChosen(allCases<EmojiSkinTone>()[i] == tone);
+  tones_->setTone(tone);
   showContent();
   showTabs();
   showWords();

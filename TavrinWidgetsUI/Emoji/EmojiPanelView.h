@@ -4,18 +4,17 @@
 #include "TavrinWidgetsUI/Emoji/EmojiModel.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelView.h"
 
-#include <array>
 #include <optional>
 #include <string>
 #include <vector>
 
 namespace tavrin {
 
+class EmojiTones;
 class PanelEmptyState;
 class PanelGrid;
 struct PanelCell;
 class PanelSearchField;
-class PanelSwatch;
 class PanelText;
 
 /// The recents and every group as a grid, searched as one types. A click or Return copies.
@@ -24,6 +23,8 @@ public:
   struct Source {
     std::function<std::string()> name;
     std::function<std::vector<Emoji>()> recents;
+    /// How often each was used.
+    std::function<std::vector<EmojiUse>()> uses;
     std::function<EmojiSettings()> settings;
     /// What went wrong last, as a sentence; empty for nothing.
     std::function<std::string()> trouble;
@@ -56,7 +57,6 @@ private:
   };
 
   void makeGrid();
-  void makeTones();
   Content wantedContent() const;
   void showContent();
   void showTabs();
@@ -76,7 +76,7 @@ private:
   PanelEmptyState* empty_;
   PanelText* trouble_;
   PanelText* name_;
-  std::array<PanelSwatch*, allCases<EmojiSkinTone>().size()> tones_{};
+  EmojiTones* tones_;
   PanelButton* clear_;
   std::optional<Content> content_;
   EmojiSkinTone tone_ = EmojiSkinTone::standard;

@@ -4,6 +4,7 @@
 #include "TavrinCore/Text/Text.h"
 
 #include <algorithm>
+#include <functional>
 
 namespace tavrin {
 
@@ -45,10 +46,28 @@ void EmojiHistory::add(const Emoji& emoji, int limit) {
   const std::string key = emojiKey(emoji.text);
   std::erase_if(recents, [&](const Emoji& other) { return emojiKey(other.text) == key; });
   recents.insert(recents.begin(), emoji);
+  count(key);
   repair();
   const auto most = static_cast<std::size_t>(std::clamp(limit, leastLimit, mostLimit));
   if (recents.size() > most)
     recents.resize(most);
+}
+
+void EmojiHistory::count(const std::string& key) {
+  const auto known = std::ranges::find(uses, key, &EmojiUse::emoji);
+  EmojiUse use = known != uses.end() ? *known : EmojiUse{key, 0};
+  if (known != uses.end())
+    uses.erase(known);
+  ++use.count;
+  // Before those used as often, for it is the newest of them.
+  const auto place =
+      std::ranges::find_if(uses, [&](const EmojiUse& other) { return other.count <= use.count; });
+  uses.insert(place, use);
+  if (uses.front().count <= mostCounted)
+    return;
+  for (EmojiUse& each : uses)
+    each.count /= 2;
+  std::erase_if(uses, [](const EmojiUse& each) { return each.count == 0; });
 }
 
 void EmojiHistory::repair() {
@@ -59,6 +78,19 @@ void EmojiHistory::repair() {
   });
   if (recents.size() > static_cast<std::size_t>(mostLimit))
     recents.resize(mostLimit);
+  std::erase_if(uses, [&](const EmojiUse& use) {
+    return use.emoji.empty() || !isFit(use.emoji) || use.count < 1;
+  });
+  for (EmojiUse& use : uses)
+    use.count = std::min(use.count, mostCounted);
+  std::ranges::stable_sort(uses, std::greater{}, &EmojiUse::count);
+  if (uses.size() > mostUses)
+    uses.resize(mostUses);
+}
+
+void EmojiHistory::clear() {
+  recents.clear();
+  uses.clear();
 }
 
 const std::vector<Emoji>& emojiStarters() {

@@ -1,5 +1,6 @@
 #include "TavrinCore/Kinds/Emoji/EmojiTable.h"
 
+#include "TavrinCore/Kinds/Emoji/EmojiShorthands.h"
 #include "TavrinCore/Kinds/Emoji/EmojiTone.h"
 #include "TavrinCore/Text/FoldedWords.h"
 #include "TavrinCore/Text/Text.h"
@@ -227,6 +228,11 @@ void EmojiTable::Builder::pack(EmojiTable& table) const {
     table.entries_.push_back(entry);
   }
   table.groups_ = groups;
+  table.commonness_.assign(items.size(), notCommon);
+  std::uint8_t place = 0;
+  for (const std::string_view emoji : commonEmoji())
+    if (const auto found = byKey.find(emojiKey(emoji)); found != byKey.end())
+      table.commonness_[found->second] = place++;
 }
 
 EmojiTable::EmojiTable(std::string_view emojiTest, std::span<const std::string> annotations) {
@@ -259,68 +265,6 @@ std::optional<std::size_t> EmojiTable::find(std::string_view emoji) const {
     if (emojiKey(view(entries_[i].text)) == key)
       return i;
   return std::nullopt;
-}
-
-namespace {
-
-enum Rank : std::uint8_t { nameIs, nameBegins, inName, inWords, inside, none };
-
-bool hasWordBeginning(std::string_view text, std::string_view word) {
-  for (auto at = text.find(word); at != text.npos; at = text.find(word, at + 1))
-    if (at == 0 || text[at - 1] == ' ' || text[at - 1] == '\n')
-      return true;
-  return false;
-}
-
-/// `all` is `names` with the words behind them.
-Rank rank(std::string_view names, std::string_view all, const std::vector<std::string>& query,
-          const std::string& whole) {
-  Rank worst = inName;
-  for (const auto& word : query) {
-    const auto at = all.find(word);
-    if (at == all.npos)
-      return none;
-    const Rank here = hasWordBeginning(names, word) ? inName
-                      : hasWordBeginning(all, word) ? inWords
-                                                    : inside;
-    worst = std::max(worst, here);
-  }
-  if (worst != inName)
-    return worst;
-  Rank best = inName;
-  const std::string line = "\n" + whole;
-  for (auto at = names.find(line); at != names.npos; at = names.find(line, at + 1)) {
-    const auto end = at + line.size();
-    best = std::min(best, end == names.size() || names[end] == '\n' ? nameIs : nameBegins);
-  }
-  return best;
-}
-
-} // namespace
-
-std::vector<std::uint16_t> EmojiTable::search(std::string_view query) const {
-  constexpr std::size_t longestQuery = 100;
-  const std::string whole = foldedWords(query.substr(0, longestQuery));
-  const auto words = wordsOf(whole);
-  std::vector<std::uint16_t> results;
-  if (words.empty() && !trimmed(query).empty()) {
-    // An emoji itself, perhaps.
-    if (const auto found = find(trimmed(query)))
-      results.push_back(static_cast<std::uint16_t>(*found));
-    return results;
-  }
-  std::array<std::vector<std::uint16_t>, none> byRank;
-  for (std::size_t i = 0; i < entries_.size(); ++i) {
-    const Entry& entry = entries_[i];
-    const Rank found = words.empty() ? inName
-                                     : rank(view({entry.searched.begin, entry.namesEnd}),
-                                            view(entry.searched), words, whole);
-    if (found != none)
-      byRank[found].push_back(static_cast<std::uint16_t>(i));
-  }
-  for (const auto& some : byRank)
-    results.insert(results.end(), some.begin(), some.end());
-  return results;
 }
 
 } // namespace tavrin

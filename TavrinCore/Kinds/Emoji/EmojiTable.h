@@ -40,10 +40,14 @@ public:
   /// is none.
   std::optional<std::size_t> find(std::string_view emoji) const;
 
-  /// All whose names or words have one beginning with each word of `query`: those first whose name
-  /// it is, then those whose name begins with it, other names, words; then those that have it
-  /// inside. All of them for an empty query. Case and accents do not count.
-  std::vector<std::uint16_t> search(std::string_view query) const;
+  /// All that a query finds; all there are for an empty one. Those of `uses` that a whole word or
+  /// the beginning of one finds come first, the most used before the others. Then those whose name
+  /// or one of whose words it is, those whose name begins with it, those with a beginning of each
+  /// of its words in names and in words, and those that have them inside. Among equals what people
+  /// use most comes first. A face of characters, ":)", and a word such as "lol" find what they
+  /// stand for. Case and accents do not count.
+  std::vector<std::uint16_t> search(std::string_view query,
+                                    std::span<const EmojiUse> uses = {}) const;
 
 private:
   struct Span {
@@ -58,13 +62,18 @@ private:
     std::uint32_t namesEnd = 0;
   };
   struct Builder;
+  static constexpr std::uint8_t notCommon = 255;
 
   std::string_view view(Span span) const;
+  /// Each one's rank for words; without words all are found.
+  std::vector<std::uint8_t> ranks(const std::string& whole) const;
 
   std::vector<Entry> entries_;
   std::vector<Group> groups_;
   /// What the entries' spans are of. Behind the text of an emoji with tones stands its light form.
   std::string pool_;
+  /// Each one's place among the emoji that people use most.
+  std::vector<std::uint8_t> commonness_;
 };
 
 } // namespace tavrin

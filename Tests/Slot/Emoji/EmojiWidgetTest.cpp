@@ -6,7 +6,9 @@
 #include "Tests/Slot/SlotFixture.h"
 #include "Tests/Support/Keys.h"
 
+#include <QAccessible>
 #include <QLineEdit>
+#include <QRadioButton>
 #include <fstream>
 
 namespace tavrin::test {
@@ -40,6 +42,12 @@ protected:
   }
   QLineEdit* search() const { return panel()->findChild<QLineEdit*>(); }
   PanelGrid* grid() const { return all<PanelGrid>().back(); }
+  QRadioButton* tone(const QString& name) const {
+    for (auto* button : all<QRadioButton>())
+      if (button->accessibleName() == name)
+        return button;
+    return nullptr;
+  }
   std::string copied() const { return platform_.fakePasteboard.writtenText(); }
   std::vector<Emoji> recents() {
     return EmojiStore(folder_ / "emoji.json", platform_.center).history().recents;
@@ -81,9 +89,7 @@ TEST_F(EmojiWidget, KeyboardAloneFindsAndCopies) {
 
 TEST_F(EmojiWidget, TheToneIsSavedAndCopied) {
   auto* view = open();
-  for (auto* swatch : all<PanelSwatch>())
-    if (swatch->accessibleName() == "Dark")
-      swatch->click();
+  tone("Dark")->click();
   EXPECT_EQ(platform_.center.count("dev.quellby.tavrin.widgetsChanged"), 1);
   view->showGroup(1);
   grid()->onOpen(0);
@@ -95,6 +101,45 @@ TEST_F(EmojiWidget, TheToneIsSavedAndCopied) {
   announce();
   grid()->onOpen(0);
   EXPECT_EQ(copied(), "👋🏻");
+}
+
+TEST_F(EmojiWidget, TheTonesAreOneRadioGroup) {
+  open();
+  const auto tones = all<QRadioButton>();
+  ASSERT_EQ(tones.size(), 6U);
+  EXPECT_TRUE(tone("Standard")->isChecked());
+  const auto* one = QAccessible::queryAccessibleInterface(tone("Medium"));
+  EXPECT_EQ(one->role(), QAccessible::RadioButton);
+  auto* group = one->parent();
+  while (group != nullptr && group->role() != QAccessible::Grouping)
+    group = group->parent();
+  ASSERT_NE(group, nullptr);
+  EXPECT_EQ(group->text(QAccessible::Name), "Skin tone");
+  tone("Standard")->setFocus();
+  pressKey(tone("Standard"), Qt::Key_Right);
+  pressKey(tone("Light"), Qt::Key_Right);
+  EXPECT_TRUE(tone("Medium light")->isChecked());
+  EXPECT_FALSE(tone("Standard")->isChecked());
+  EXPECT_EQ(platform_.center.count("dev.quellby.tavrin.widgetsChanged"), 2);
+  // As assistive technology does it.
+  QAccessible::queryAccessibleInterface(tone("Dark"))
+      ->actionInterface()
+      ->doAction(QAccessibleActionInterface::toggleAction());
+  EXPECT_EQ(platform_.center.count("dev.quellby.tavrin.widgetsChanged"), 3);
+}
+
+TEST_F(EmojiWidget, WhatIsUsedMostIsFoundFirst) {
+  EmojiStore store(folder_ / "emoji.json", platform_.center);
+  for (const char* emoji : {"👋", "👋", "😂"})
+    store.add({emoji, ""}, 24);
+  auto* view = open();
+  typeText(search(), "a");
+  EXPECT_EQ(view->shown(0)->text, "👋");
+  search()->clear();
+  typeText(search(), "lol");
+  EXPECT_EQ(view->shown(0)->text, "😂");
+  button("Clear Recents")->click();
+  EXPECT_TRUE(EmojiStore(folder_ / "emoji.json", platform_.center).history().uses.empty());
 }
 
 TEST_F(EmojiWidget, AllSlotsShareTheRecents) {

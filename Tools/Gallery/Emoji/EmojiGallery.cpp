@@ -36,6 +36,7 @@ GalleryPanel panelOf(const char* name, std::vector<Emoji> used, EmojiSkinTone to
             auto* panel = new EmojiPanelView(look, *model,
                                              {.name = [] { return std::string("Emoji"); },
                                               .recents = [used] { return used; },
+                                              .uses = [] { return std::vector<EmojiUse>(); },
                                               .settings =
                                                   [tone] {
                                                     return EmojiSettings{tone, 24};

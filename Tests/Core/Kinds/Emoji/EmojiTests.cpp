@@ -96,6 +96,43 @@ TEST_F(WholeEmojiTable, IsSearchedInBothLanguages) {
   EXPECT_EQ(found("").size(), whole().size());
 }
 
+TEST_F(WholeEmojiTable, TheFirstFoundIsTheOneMeant) {
+  for (const auto& [query, emoji] : std::initializer_list<std::pair<const char*, const char*>>{
+           {"heart", "❤️"}, {"Herz", "❤️"}, {"cat", "🐈"},    {"fire", "🔥"},
+           {"joy", "😂"},        {":)", "🙂"},     {":-)", "🙂"}, {"=)", "🙂"},
+           {":D", "😀"},         {":-D", "😀"},       {"XD", "😆"},     {";)", "😉"},
+           {":'(", "😢"},        {"<3", "❤️"},   {"</3", "💔"},    {"lol", "😂"},
+           {"LOL", "😂"},        {"+1", "👍"},        {"-1", "👎"},     {"^^", "😊"},
+           {"omg", "😱"},        {"thx", "🙏"},       {"OK", "👌"},     {"8-)", "😎"},
+           {"rofl", "🤣"}}) {
+    const auto texts = found(query);
+    ASSERT_FALSE(texts.empty()) << query;
+    EXPECT_EQ(texts.front(), emoji) << query;
+  }
+  EXPECT_GT(found(":").size(), 10U) << "while a face is being typed";
+  EXPECT_TRUE(isAmongFirst("lol", "🤣", 2));
+  EXPECT_TRUE(isAmongFirst("ok", "🆗", 8)) << "a shorthand hides no name";
+  EXPECT_TRUE(isAmongFirst(":dog", "🐕", 10)) << "a colon before a word is no face";
+  // A keyword that is the whole query goes before one that only begins with it.
+  const auto hearts = found("heart");
+  const auto place = [&](const char* emoji) { return std::ranges::find(hearts, emoji); };
+  EXPECT_LT(place("🤍"), place("💘")) << "\"heart\" before \"heart with arrow\"";
+}
+
+TEST_F(WholeEmojiTable, WhatIsUsedComesFirstWhereItIsMeant) {
+  const std::vector<EmojiUse> uses{{"💔", 3}, {"❤", 1}, {"🐻", 9}, {"no emoji", 9}};
+  const auto texts = [&](const char* query) {
+    std::vector<std::string> found;
+    for (const auto index : whole().search(query, uses))
+      found.push_back(whole().emoji(index).text);
+    return found;
+  };
+  EXPECT_EQ(texts("heart")[0], "💔");
+  EXPECT_EQ(texts("heart")[1], "❤️");
+  EXPECT_NE(texts("ear")[0], "🐻") << "the middle of a word is hardly meant";
+  EXPECT_EQ(texts("").front(), whole().emoji(0).text) << "a group keeps its order";
+}
+
 TEST(EmojiTable, LeavesOutWhatIsMalformed) {
   const EmojiTable table(
       "# group: One\n"
@@ -149,10 +186,22 @@ TEST(EmojiHistory, NewestFirstEachOnceWithinTheLimit) {
   record.add({"👋", "👋🏻"}, 24);
   EXPECT_EQ(record.recents[0], (Emoji{"👋", "👋🏻"})) << "one hand, whatever its tone";
   EXPECT_EQ(record.recents.size(), 5U);
+  EXPECT_EQ(record.uses[0], (EmojiUse{"👋", 2}));
+  EXPECT_EQ(record.uses[1].emoji, emojiKey("2️⃣")) << "the recents' limit drops no count";
+  EXPECT_EQ(record.uses.size(), 6U);
   const auto before = record;
   for (const std::string& text : {std::string(), std::string(65, 'x'), std::string("\xff")})
     record.add({text, ""}, 24);
   EXPECT_EQ(record, before);
+  for (int i = 0; i < 1000; ++i)
+    record.add({i % 2 == 0 ? "🦊" : "🐈", ""}, 24);
+  EXPECT_EQ(record.uses.size(), 2U) << "what was used once long ago is forgotten";
+  EXPECT_LE(record.uses.front().count, EmojiHistory::mostCounted);
+  record.uses.assign(500, {"🦊", -1});
+  record.uses.resize(900, {"🐈", 2'000'000'000});
+  record.repair();
+  EXPECT_EQ(record.uses.size(), EmojiHistory::mostUses);
+  EXPECT_EQ(record.uses.front().count, EmojiHistory::mostCounted);
 }
 
 } // namespace
