@@ -204,7 +204,10 @@ void ConverterPanelView::refresh() {
   choose(*upper_.unit, conversion.from->symbol);
   choose(*lower_.unit, conversion.to->symbol);
   showNumbers(conversion);
-  const QString trouble = !isNumber_                        ? "This is not a number."
+  const bool asksForCurrency =
+      !isNumber_ && typedIn_ != nullptr && namesCurrency(typedIn_->text().toStdString());
+  const QString trouble = asksForCurrency ? "Currencies are left out: no rates can be relied on."
+                          : !isNumber_    ? "This is not a number."
                           : conversion.isImpossible()       ? "This is below absolute zero."
                           : std::isinf(conversion.result()) ? "The result is too large."
                                                             : "";

@@ -11,6 +11,8 @@
 #include <unicode/dcfmtsym.h>
 #include <unicode/locid.h>
 #include <unicode/numberformatter.h>
+#include <unicode/uchar.h>
+#include <unicode/ucurr.h>
 #include <unicode/unistr.h>
 
 namespace tavrin {
@@ -136,12 +138,12 @@ private:
   double sum(int depth) {
     double value = product(depth);
     while (true) {
-      if (take(U"+"))
-        value += product(depth);
-      else if (take(U"-\u2212"))
-        value -= product(depth);
-      else
+      const bool adds = take(U"+");
+      if (!adds && !take(U"-\u2212"))
         return value;
+      isPercentage_ = false;
+      const double change = product(depth) * (isPercentage_ ? value : 1);
+      value += adds ? change : -change;
     }
   }
   double product(int depth) {
@@ -149,10 +151,12 @@ private:
     while (true) {
       if (take(U"*\u00D7\u00B7\u22C5"))
         value *= power(depth);
-      else if (take(U"/\u00F7:"))
+      else if (take(U"/\u00F7:\u2044\u2215"))
         value /= power(depth);
       else
         return value;
+      // A share of something else is a number.
+      isPercentage_ = false;
     }
   }
   double power(int depth) {
@@ -162,8 +166,16 @@ private:
       return -power(depth + 1);
     if (take(U"+"))
       return power(depth + 1);
-    const double base = operand(depth);
-    return take(U"^") ? std::pow(base, power(depth + 1)) : base;
+    const double base = share(operand(depth));
+    if (!take(U"^"))
+      return base;
+    const double value = std::pow(base, power(depth + 1));
+    isPercentage_ = false;
+    return value;
+  }
+  double share(double value) {
+    isPercentage_ = take(U"%\u066A\uFE6A\uFF05");
+    return isPercentage_ ? value / 100 : value;
   }
   double operand(int depth) {
     if (!take(U"("))
@@ -172,9 +184,30 @@ private:
     return take(U")") ? value : nothing;
   }
 
-  /// Digits and separators up to what can be neither.
+  /// "½"; no value for any other character.
+  std::optional<double> fraction() {
+    const auto point = static_cast<UChar32>(peek());
+    if (u_getIntPropertyValue(point, UCHAR_DECOMPOSITION_TYPE) != U_DT_FRACTION ||
+        u_getNumericValue(point) >= 1)
+      return std::nullopt;
+    ++at_;
+    return u_getNumericValue(point);
+  }
+  /// A number, a fraction, or a whole number with a fraction behind it.
   double number() {
     skipSpaces();
+    if (const auto part = fraction())
+      return *part;
+    const double value = decimal();
+    skipSpaces();
+    if (value == std::floor(value))
+      if (const auto part = fraction())
+        return value + *part;
+    return value;
+  }
+
+  /// Digits and separators up to what can be neither.
+  double decimal() {
     std::string ascii;
     std::size_t groupings = 0;
     char32_t grouping = 0;
@@ -251,6 +284,8 @@ private:
   const Symbols& symbols_;
   std::u32string text_;
   std::size_t at_ = 0;
+  /// What was read last is a percentage.
+  bool isPercentage_ = false;
 };
 
 } // namespace
@@ -268,6 +303,33 @@ std::optional<double> NumberNotation::evaluate(std::string_view text) const {
     return std::nullopt;
   const icu::StringPiece utf8(text.data(), static_cast<int32_t>(text.size()));
   return Reader(*symbols_, codePoints(icu::UnicodeString::fromUTF8(utf8))).read();
+}
+
+bool namesCurrency(std::string_view text) {
+  if (text.size() > longestText || !isUTF8(text))
+    return false;
+  const auto points = codePoints(icu::UnicodeString::fromUTF8(
+      icu::StringPiece(text.data(), static_cast<int32_t>(text.size()))));
+  std::u16string word;
+  const auto isCode = [&] {
+    UErrorCode status = U_ZERO_ERROR;
+    constexpr double everFrom = -1e12;
+    constexpr double everTo = 4e12;
+    return word.size() == 3 && ucurr_isAvailable(word.c_str(), everFrom, everTo, &status) &&
+           U_SUCCESS(status);
+  };
+  for (const char32_t point : points) {
+    if (u_charType(static_cast<UChar32>(point)) == U_CURRENCY_SYMBOL)
+      return true;
+    if (point < 0x80 && u_isalpha(static_cast<UChar32>(point))) {
+      word += static_cast<char16_t>(u_toupper(static_cast<UChar32>(point)));
+      continue;
+    }
+    if (isCode())
+      return true;
+    word.clear();
+  }
+  return isCode();
 }
 
 std::string NumberNotation::format(double value, int digits, Grouping grouping) const {

@@ -10,8 +10,10 @@ namespace tavrin {
 /// How a locale writes numbers.
 ///
 /// Read are digits of ASCII and of the locale, with the locale's decimal and grouping separators,
-/// an exponent ("1e6"), and sums of them: + - * / ^, × · ÷ −, parentheses. A grouping separator
-/// that groups nothing, such as the one point of "1.5" where points group, counts as a decimal one.
+/// an exponent ("1e6"), fractions of one character ("½", "1½"), percentages ("10%"), and sums of
+/// them: + - * / ^, × · ÷ −, parentheses. A grouping separator that groups nothing, such as the one
+/// point of "1.5" where points group, counts as a decimal one. A percentage that is added or taken
+/// off is one of what it is added to: "200 + 10%" is 220.
 class NumberNotation {
 public:
   /// The user's own.
@@ -36,5 +38,8 @@ private:
   struct Symbols;
   std::unique_ptr<const Symbols> symbols_;
 };
+
+/// Whether a text names a currency, by its sign ("€") or its code of ISO 4217 ("EUR").
+bool namesCurrency(std::string_view text);
 
 } // namespace tavrin

@@ -54,6 +54,22 @@ TEST_F(ConverterWidget, TypingConvertsAtOnceAndSavesOnceItPauses) {
   EXPECT_EQ(platform_.fakePasteboard.writtenText(), "16.2799252366");
 }
 
+TEST_F(ConverterWidget, FractionsAndPercentagesAreReadAndCurrenciesToldToBeLeftOut) {
+  open();
+  type(value(), "1½");
+  EXPECT_TRUE(words().filter("number").isEmpty());
+  platform_.loop.advance(1);
+  EXPECT_EQ(stored().value, 1.5);
+  type(value(), "10%");
+  platform_.loop.advance(1);
+  EXPECT_EQ(stored().value, 0.1);
+  type(value(), "10 €");
+  EXPECT_TRUE(words().contains("Currencies are left out: no rates can be relied on."));
+  type(value(), "10 x");
+  EXPECT_TRUE(words().contains("This is not a number."));
+  EXPECT_EQ(stored().value, 0.1);
+}
+
 TEST_F(ConverterWidget, WhatAnotherProcessSetMeanwhileIsKept) {
   open();
   type(value(), "5");

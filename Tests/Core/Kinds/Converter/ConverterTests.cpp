@@ -261,14 +261,50 @@ TEST(NumberNotation, WorksOutSums) {
     const char* text;
     std::optional<double> value;
   };
-  for (const auto& [text, value] :
-       {Case{"1+2*3", 7.0}, Case{"(1 + 2) × 3", 9.0}, Case{"10 ÷ 4 − 1", 1.5}, Case{"-3", -3.0},
-        Case{"−3 - -3", 0.0}, Case{"2^3^2", 512.0}, Case{"-2^2", -4.0}, Case{"1/3*3", 1.0},
-        Case{"1,000+1", 1001.0}, Case{"5*", {}}, Case{"(1", {}}, Case{"1)", {}}, Case{"1/0", {}},
-        Case{"2^9999", {}}, Case{"()", {}}})
+  for (const auto& [text, value] : {Case{"1+2*3", 7.0},
+                                    Case{"(1 + 2) × 3", 9.0},
+                                    Case{"10 ÷ 4 − 1", 1.5},
+                                    Case{"-3", -3.0},
+                                    Case{"−3 - -3", 0.0},
+                                    Case{"2^3^2", 512.0},
+                                    Case{"-2^2", -4.0},
+                                    Case{"1/3*3", 1.0},
+                                    Case{"1,000+1", 1001.0},
+                                    Case{"5*", {}},
+                                    Case{"(1", {}},
+                                    Case{"1)", {}},
+                                    Case{"1/0", {}},
+                                    Case{"2^9999", {}},
+                                    Case{"()", {}},
+                                    Case{"10%", 0.1},
+                                    Case{"50 % * 8", 4.0},
+                                    Case{"200 + 10%", 220.0},
+                                    Case{"200 - 10 %", 180.0},
+                                    Case{"200 + 10% * 5", 200.5},
+                                    Case{"2 * 10% + 1", 1.2},
+                                    Case{"8^50%", std::sqrt(8.0)},
+                                    Case{"%", {}},
+                                    Case{"10%%", {}},
+                                    Case{"½", 0.5},
+                                    Case{"1½", 1.5},
+                                    Case{"1 ½", 1.5},
+                                    Case{"-2¾", -2.75},
+                                    Case{"⅓*3", 1.0},
+                                    Case{"½ + ¼", 0.75},
+                                    Case{"1.5½", {}},
+                                    Case{"½½", {}},
+                                    Case{"1⁄2", 0.5},
+                                    Case{"⅟2", {}}})
     EXPECT_EQ(english.evaluate(text), value) << text;
   EXPECT_EQ(english.evaluate(std::string(100, '(') + "1" + std::string(99, ')')), std::nullopt);
   EXPECT_EQ(english.evaluate(std::string(201, '1')), std::nullopt);
+}
+
+TEST(NumberNotation, KnowsACurrencyWhenItSeesOne) {
+  for (const char* text : {"10 €", "$5", "5 usd", "EUR 10", "10EUR", "₹ 5", "3 gbp + 1"})
+    EXPECT_TRUE(namesCurrency(text)) << text;
+  for (const char* text : {"10", "", "ten", "5 km", "1e3", "abc", "euros", "\xff€"})
+    EXPECT_FALSE(namesCurrency(text)) << text;
 }
 
 TEST(NumberNotation, WritesAsTheLocaleDoes) {
