@@ -29,8 +29,10 @@ WeatherFetch::WeatherFetch(HTTPClient& http, const Clock& clock, const FileManag
                           .value_or(std::string(WeatherService::searchEndpoint))) {}
 
 TokenPtr WeatherFetch::reading(double latitude, double longitude, WeatherUnit unit,
+                               WeatherService::ForecastDetail detail,
                                std::function<void(std::optional<WeatherReading>)> done) {
-  const auto url = WeatherService::forecastURL(latitude, longitude, unit, forecastEndpoint_);
+  const auto url =
+      WeatherService::forecastURL(latitude, longitude, unit, forecastEndpoint_, detail);
   if (!url)
     return nullptr;
   return http_.get({.url = *url, .sizeLimit = answerLimit}, [this, done = std::move(done)](
@@ -92,7 +94,9 @@ void WeatherModel::refresh() {
   // The network's watch comes with the first request: a tile without a place needs neither.
   if (timer_ && !network_)
     network_ = fetch_.http().observeNetwork([this] { networkCameBack(); });
+  using Detail = WeatherService::ForecastDetail;
   request_ = fetch_.reading(*settings_.latitude, *settings_.longitude, settings_.unit,
+                            settings_.showsRainChance ? Detail::rainChance : Detail::usual,
                             [this](auto reading) { loaded(std::move(reading)); });
   isLoading_ = request_ != nullptr;
   failed_ = failed_ || !isLoading_;
@@ -121,7 +125,14 @@ void WeatherModel::setSettings(const WeatherSettings& settings) {
                        settings.longitude != settings_.longitude || settings.unit != settings_.unit;
   if (settings.latitude != settings_.latitude || settings.longitude != settings_.longitude)
     region_.reset();
+  const bool wantsMore = settings.showsRainChance && !settings_.showsRainChance;
   settings_ = settings;
+  if (!isOther && wantsMore) {
+    // What is known stays; an answer under way has not been asked for all of it.
+    request_.reset();
+    isLoading_ = false;
+    refresh();
+  }
   if (!isOther)
     return;
   request_.reset();

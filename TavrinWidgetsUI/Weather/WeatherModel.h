@@ -20,6 +20,7 @@ public:
 
   /// None on any failure. A null token where there is nothing to ask, and then no answer.
   [[nodiscard]] TokenPtr reading(double latitude, double longitude, WeatherUnit unit,
+                                 WeatherService::ForecastDetail detail,
                                  std::function<void(std::optional<WeatherReading>)> done);
   /// Empty on any failure. The language is the user's.
   [[nodiscard]] TokenPtr search(const std::string& city,

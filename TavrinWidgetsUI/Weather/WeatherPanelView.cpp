@@ -11,14 +11,43 @@
 
 #include <QVBoxLayout>
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace tavrin {
 namespace {
 
 constexpr QSizeF headSize{288, 72};
-constexpr QChar figureSpace = u'\u2007';
+constexpr double contentWidth = 288;
+constexpr double dayHeight = 34;
+constexpr double barHeight = 6;
 constexpr const char* provider = "https://open-meteo.com/";
+
+/// A day's low and high within those of all days.
+struct Span {
+  double from = 0;
+  double to = 1;
+  QColor track;
+  QColor cold;
+  QColor warm;
+  bool operator==(const Span&) const = default;
+};
+
+void paintSpan(QPainter& painter, const QRectF& rect, const Span& span) {
+  const QRectF track(rect.left(), rect.center().y() - barHeight / 2, rect.width(), barHeight);
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(span.track);
+  painter.drawRoundedRect(track, barHeight / 2, barHeight / 2);
+  // A day without a range is a dot.
+  const double room = track.width() - barHeight;
+  const QRectF part(track.left() + room * span.from, track.top(),
+                    room * (span.to - span.from) + barHeight, barHeight);
+  QLinearGradient colours(track.topLeft(), track.topRight());
+  colours.setColorAt(0, span.cold);
+  colours.setColorAt(1, span.warm);
+  painter.setBrush(colours);
+  painter.drawRoundedRect(part, barHeight / 2, barHeight / 2);
+}
 
 } // namespace
 
@@ -30,7 +59,7 @@ WeatherPanelView::WeatherPanelView(const PanelAppearance& appearance, Source sou
       city_(new PanelText({}, PanelTextStyle::heading)),
       region_(new PanelText({}, PanelTextStyle::secondary)), head_(new ViewWidget(headSize)),
       trouble_(new PanelText("Could not reach the forecast just now.", PanelTextStyle::trouble)),
-      days_(new PanelList("Forecast")) {
+      days_(new QWidget) {
   auto* column = new QVBoxLayout(current_);
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(2);
@@ -39,7 +68,10 @@ WeatherPanelView::WeatherPanelView(const PanelAppearance& appearance, Source sou
   for (QWidget* part : {static_cast<QWidget*>(city_), static_cast<QWidget*>(region_),
                         static_cast<QWidget*>(head_), static_cast<QWidget*>(trouble_)})
     column->addWidget(part);
-  days_->setReadOnly(true);
+  auto* dayColumn = new QVBoxLayout(days_);
+  dayColumn->setContentsMargins(0, 0, 0, 0);
+  dayColumn->setSpacing(0);
+  days_->setAccessibleName("Forecast");
   results_->setMaximumVisibleRows(5);
   field_->setList(results_);
   field_->onChange = [this](const QString& text) { source_.search.type(text.toStdString()); };
@@ -130,21 +162,67 @@ void WeatherPanelView::showReading(const WeatherSnapshot& weather) {
 void WeatherPanelView::showDays(const WeatherSnapshot& weather) {
   const Calendar calendar(weather.reading->timeZoneID.value_or(""));
   const auto& days = weather.reading->days;
-  qsizetype widest = 0;
-  for (const auto& day : days)
-    widest = std::max(widest, utf8(WeatherWords::shortDegrees(day.low)).size());
-  std::vector<PanelRow> rows;
-  for (const auto& day : days) {
-    PanelRow row;
-    row.title =
-        utf8(WeatherWords::dayName(day.date, calendar.isSameDay(day.date, weather.now), calendar));
-    row.symbol = utf8(symbolName(day.condition, true));
-    row.trailing = utf8(WeatherWords::shortDegrees(day.high));
-    // As wide as the widest, so that the highs stand in a column.
-    row.unit = utf8(WeatherWords::shortDegrees(day.low)).rightJustified(widest, figureSpace);
-    rows.push_back(std::move(row));
+  while (rows_.size() < days.size()) {
+    rows_.push_back(new ViewWidget({contentWidth, dayHeight}));
+    days_->layout()->addWidget(rows_.back());
   }
-  days_->setRows(std::move(rows));
+  double least = days.front().low;
+  double most = days.front().high;
+  bool hasChance = false;
+  for (const auto& day : days) {
+    least = std::min({least, day.low, day.high});
+    most = std::max({most, day.low, day.high});
+    hasChance = hasChance || day.rainChance;
+  }
+  for (std::size_t i = 0; i < rows_.size(); ++i) {
+    rows_[i]->setVisible(i < days.size());
+    if (i >= days.size())
+      continue;
+    const auto& day = days[i];
+    const QString name =
+        utf8(WeatherWords::dayName(day.date, calendar.isSameDay(day.date, weather.now), calendar));
+    rows_[i]->setView(dayRow(day, name, least, most, hasChance));
+    rows_[i]->setName(name + ", " + utf8(WeatherWords::describe(day.condition)));
+    rows_[i]->setAccessibleDescription(utf8(WeatherWords::daySummary(day)));
+  }
+}
+
+AnyView WeatherPanelView::dayRow(const WeatherDay& day, const QString& name, double least,
+                                 double most, bool hasChance) const {
+  const auto& look = colours();
+  const auto degrees = [&](double value, const QColor& ink, FontWeight weight) {
+    return text(utf8(WeatherWords::shortDegrees(value)))
+        .size(13)
+        .weight(weight)
+        .colour(ink)
+        .widest("−88°")
+        .figure(13)
+        .align(TextAlignment::trailing);
+  };
+  const double range = std::max(most - least, 1.0);
+  const Span span{std::clamp((std::min(day.low, day.high) - least) / range, 0.0, 1.0),
+                  std::clamp((std::max(day.low, day.high) - least) / range, 0.0, 1.0), look.track,
+                  withContrast(QColor(0x4F, 0xA8, 0xE8), look.ground, 2),
+                  withContrast(QColor(0xF0, 0x9A, 0x3E), look.ground, 2)};
+  AnyView chance;
+  if (hasChance)
+    chance = text(day.rainChance ? QStringLiteral("%1%").arg(std::lround(*day.rainChance))
+                                 : QStringLiteral("–"))
+                 .size(12)
+                 .colour(withContrast(QColor(0x3E, 0x8E, 0xF0), look.ground))
+                 .widest("100%")
+                 .figure(12)
+                 .align(TextAlignment::trailing);
+  const QColor ink = weatherInk(day.condition, true, look.ground);
+  std::vector<AnyView> parts{
+      text(name).size(13).colour(look.text).width(62, Alignment::leading),
+      symbol(std::string(symbolName(day.condition, true))).colour(ink).size(20).frame(24, 24)};
+  if (hasChance)
+    parts.push_back(chance);
+  parts.push_back(degrees(day.low, look.secondary, FontWeight::regular));
+  parts.push_back(canvas(span, paintSpan).height(dayHeight).fillWidth());
+  parts.push_back(degrees(day.high, look.text, FontWeight::semibold));
+  return hstack(std::move(parts)).spacing(10);
 }
 
 void WeatherPanelView::showSearch() {

@@ -37,6 +37,8 @@ protected:
 private:
   void showReading(const WeatherSnapshot& weather);
   void showDays(const WeatherSnapshot& weather);
+  AnyView dayRow(const WeatherDay& day, const QString& name, double least, double most,
+                 bool hasChance) const;
   void showSearch();
 
   Source source_;
@@ -49,7 +51,8 @@ private:
   PanelText* region_;
   ViewWidget* head_;
   PanelText* trouble_;
-  PanelList* days_;
+  QWidget* days_;
+  std::vector<ViewWidget*> rows_;
 };
 
 } // namespace tavrin

@@ -98,6 +98,14 @@ std::string WeatherWords::degrees(double value, WeatherUnit unit) {
   return fmt::format("{}{}", std::lround(value), suffix(unit));
 }
 
+std::string WeatherWords::daySummary(const WeatherDay& day) {
+  const std::string high = shortDegrees(day.high);
+  const std::string low = shortDegrees(day.low);
+  return day.rainChance ? fmt::format("High {}, low {}, {}% chance of rain", high, low,
+                                      std::lround(*day.rainChance))
+                        : fmt::format("High {}, low {}", high, low);
+}
+
 std::string WeatherWords::age(Date readAt, Date now) {
   const auto minutes = wholeSeconds(std::floor(now.since(readAt) / 60));
   if (minutes < 1)

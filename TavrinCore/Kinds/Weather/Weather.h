@@ -51,11 +51,14 @@ struct WeatherDay {
   double high = 0;
   double low = 0;
   WeatherCondition condition = WeatherCondition::cloudy;
+  /// Percent; no value where it was not asked for or is not known.
+  std::optional<double> rainChance = {};
 
   static constexpr auto fields() {
     using D = WeatherDay;
     return std::tuple{required("date", &D::date), required("high", &D::high),
-                      required("low", &D::low), required("condition", &D::condition)};
+                      required("low", &D::low), required("condition", &D::condition),
+                      optional("rainChance", &D::rainChance)};
   }
   bool operator==(const WeatherDay&) const = default;
 };
@@ -93,9 +96,13 @@ inline constexpr int searchCount = 8;
 inline constexpr std::string_view forecastEndpoint = "https://api.open-meteo.com/v1/forecast";
 inline constexpr std::string_view searchEndpoint = "https://geocoding-api.open-meteo.com/v1/search";
 
+/// What a forecast is asked for beyond what it always has.
+enum class ForecastDetail { usual, rainChance };
+
 /// No value for coordinates that are not on the globe.
 std::optional<std::string> forecastURL(double latitude, double longitude, WeatherUnit unit,
-                                       std::string_view endpoint = forecastEndpoint);
+                                       std::string_view endpoint = forecastEndpoint,
+                                       ForecastDetail detail = ForecastDetail::usual);
 /// No value for a city of fewer than two characters.
 std::optional<std::string> searchURL(std::string_view city, std::string_view language,
                                      std::string_view endpoint = searchEndpoint);
@@ -114,6 +121,8 @@ std::string dayName(Date date, bool isToday, const Calendar& calendar);
 std::string degrees(double value, WeatherUnit unit);
 /// "21°".
 std::string shortDegrees(double value);
+/// A day for those who hear it: "High 21°, low 12°, 40% chance of rain".
+std::string daySummary(const WeatherDay& day);
 /// How old a reading is: "Updated just now", "Updated 25 min ago", "Updated 3 days ago".
 std::string age(Date readAt, Date now);
 

@@ -91,6 +91,7 @@ std::vector<WeatherDay> days(const JSONValue& daily, const Calendar& calendar) {
   const auto* codes = list("weather_code");
   const auto* highs = list("temperature_2m_max");
   const auto* lows = list("temperature_2m_min");
+  const auto* chances = list("precipitation_probability_max");
   std::vector<WeatherDay> days;
   if (times == nullptr || codes == nullptr || highs == nullptr || lows == nullptr)
     return days;
@@ -101,8 +102,12 @@ std::vector<WeatherDay> days(const JSONValue& daily, const Calendar& calendar) {
     const auto code = integer(&(*codes)[i]);
     const auto high = number(&(*highs)[i], extremeTemperature);
     const auto low = number(&(*lows)[i], extremeTemperature);
-    if (date && code && high && low)
-      days.push_back({*date, *high, *low, weatherCondition(*code)});
+    if (!date || !code || !high || !low)
+      continue;
+    const auto chance =
+        chances != nullptr && i < chances->size() ? number(&(*chances)[i], 100) : std::nullopt;
+    days.push_back({*date, *high, *low, weatherCondition(*code),
+                    chance && *chance >= 0 ? chance : std::nullopt});
   }
   return days;
 }
@@ -110,15 +115,17 @@ std::vector<WeatherDay> days(const JSONValue& daily, const Calendar& calendar) {
 } // namespace
 
 std::optional<std::string> WeatherService::forecastURL(double latitude, double longitude,
-                                                       WeatherUnit unit,
-                                                       std::string_view endpoint) {
+                                                       WeatherUnit unit, std::string_view endpoint,
+                                                       ForecastDetail detail) {
   if (!isLatitude(latitude) || !isLongitude(longitude))
     return std::nullopt;
   return fmt::format("{}?latitude={:.4f}&longitude={:.4f}"
                      "&current=temperature_2m,apparent_temperature,weather_code,is_day"
-                     "&daily=weather_code,temperature_2m_max,temperature_2m_min"
+                     "&daily=weather_code,temperature_2m_max,temperature_2m_min{}"
                      "&forecast_days={}&timezone=auto&temperature_unit={}",
-                     endpoint, latitude, longitude, forecastDays, nameOf(unit));
+                     endpoint, latitude, longitude,
+                     detail == ForecastDetail::rainChance ? ",precipitation_probability_max" : "",
+                     forecastDays, nameOf(unit));
 }
 
 std::optional<std::string> WeatherService::searchURL(std::string_view city,

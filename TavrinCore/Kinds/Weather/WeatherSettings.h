@@ -47,6 +47,8 @@ struct WeatherSettings {
   WeatherUnit unit = currentWeatherUnit();
   bool showsApparent = true;
   WeatherTileStyle style = WeatherTileStyle::current;
+  /// Asks for each day's chance of rain too, one value more of the forecast.
+  bool showsRainChance = false;
 
   static constexpr auto fields() {
     return std::tuple{optional("cityName", &WeatherSettings::cityName)
@@ -74,7 +76,10 @@ struct WeatherSettings {
                           .helped("What it feels like, beside what it is."),
                       optional("style", &WeatherSettings::style)
                           .titled("Tile")
-                          .helped("What stands on the tile.")};
+                          .helped("What stands on the tile."),
+                      optional("showsRainChance", &WeatherSettings::showsRainChance)
+                          .titled("Show the chance of rain")
+                          .helped("Beside each day in the panel.")};
   }
   bool operator==(const WeatherSettings&) const = default;
 };

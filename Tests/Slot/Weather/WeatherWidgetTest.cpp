@@ -2,6 +2,7 @@
 #include "TavrinStorage/WidgetStore.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
+#include "TavrinWidgetsUI/Kit/Views/ViewWidget.h"
 #include "Tests/Slot/SlotFixture.h"
 
 namespace tavrin::test {
@@ -67,6 +68,35 @@ TEST_F(WeatherWidgetTest, AsksOncePerIntervalAndNeverTwiceAtATime) {
   EXPECT_EQ(http().open(), 1);
   app_.reset();
   EXPECT_EQ(http().open(), 0) << "a request ends with its controller";
+}
+
+TEST_F(WeatherWidgetTest, EachDayTellsItsRangeAndTheChanceOfRainWhereItIsWanted) {
+  start(berlin());
+  answerForecast();
+  click();
+  panel()->show();
+  const auto days = [this] {
+    QStringList told;
+    for (auto* row : all<ViewWidget>())
+      if (row->isVisibleTo(panel()) && !row->accessibleDescription().isEmpty())
+        told << row->accessibleName() + ": " + row->accessibleDescription();
+    return told;
+  };
+  ASSERT_EQ(days().size(), 2);
+  EXPECT_TRUE(days()[0].endsWith("Clear sky: High 22°, low 12°")) << days()[0].toStdString();
+  EXPECT_TRUE(days()[1].endsWith("Rain: High 19°, low 9°"));
+  auto settings = berlin();
+  settings.showsRainChance = true;
+  write(settings);
+  announce();
+  ASSERT_EQ(http().urls.size(), 2U);
+  EXPECT_THAT(http().urls.back(), HasSubstr("temperature_2m_min,precipitation_probability_max&"));
+  EXPECT_EQ(days().size(), 2) << "what is known stays while the rest is asked for";
+  std::string rainy = forecast;
+  rainy.insert(rainy.find("\"weather_code\":[0"), "\"precipitation_probability_max\":[5,80],");
+  ASSERT_TRUE(http().answer("/v1/forecast", {200, rainy}));
+  ASSERT_EQ(days().size(), 2);
+  EXPECT_TRUE(days()[1].endsWith("High 19°, low 9°, 80% chance of rain"));
 }
 
 TEST_F(WeatherWidgetTest, AFailureKeepsTheLastReadingAndTheNetworksReturnEndsIt) {

@@ -121,6 +121,13 @@ GalleryPanels weatherPanels() {
     if (entry.weather.settings.style == WeatherTileStyle::current)
       panels.push_back(panelOf(entry.name, entry.weather));
   const auto berlin = weatherCases().front().weather;
+  auto rainy = berlin;
+  double chance = 0;
+  for (auto& day : rainy.reading->days) {
+    day.rainChance = chance;
+    chance += 25;
+  }
+  panels.push_back(panelOf("chance of rain", rainy));
   panels.push_back(panelOf("found", berlin, "berl", R"({"results":[
     {"name":"Berlin","latitude":52.5,"longitude":13.4,"admin1":"State of Berlin","country":"Germany"},
     {"name":"Berlin","latitude":44.4,"longitude":-71.2,"admin1":"New Hampshire","country":"United States"},

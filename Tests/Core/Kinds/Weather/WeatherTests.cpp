@@ -74,6 +74,15 @@ TEST(Weather, ReadsAnAnswer) {
   ASSERT_EQ(reading->days.size(), 3u);
   EXPECT_EQ(reading->days[2],
             (WeatherDay{berlin.date({2026, 5, 10}), 18, 8, WeatherCondition::thunderstorm}));
+  EXPECT_EQ(WeatherWords::daySummary(reading->days[0]), "High 22°, low 12°");
+  Answer rainy;
+  rainy.daily["precipitation_probability_max"] = "[40,null,101]";
+  const auto days = rainy.reading()->days;
+  ASSERT_EQ(days.size(), 3U);
+  EXPECT_EQ(days[0].rainChance, 40);
+  EXPECT_EQ(WeatherWords::daySummary(days[0]), "High 22°, low 12°, 40% chance of rain");
+  EXPECT_FALSE(days[1].rainChance) << "a day without it stays a day";
+  EXPECT_FALSE(days[2].rainChance) << "nonsense";
   Answer night;
   night.current["is_day"] = "0";
   EXPECT_FALSE(night.reading()->isDay);
@@ -198,6 +207,15 @@ TEST(Weather, RegionsAreWhatIsKnownOfThem) {
       EXPECT_LE(found.front().name.size(), 200u);
       EXPECT_TRUE(isUTF8(found.front().name)) << letter << start;
     }
+}
+
+TEST(Weather, TheChanceOfRainIsAskedForOnlyWhereItIsWanted) {
+  using namespace WeatherService;
+  const auto usual = forecastURL(52.5, 13.4, WeatherUnit::celsius);
+  const auto more =
+      forecastURL(52.5, 13.4, WeatherUnit::celsius, forecastEndpoint, ForecastDetail::rainChance);
+  EXPECT_EQ(usual->find("precipitation"), std::string::npos);
+  EXPECT_NE(more->find("temperature_2m_min,precipitation_probability_max&"), std::string::npos);
 }
 
 TEST(Weather, WhatCannotBeAskedHasNoAddress) {
