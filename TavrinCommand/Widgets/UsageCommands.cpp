@@ -1,5 +1,6 @@
 #include "TavrinCommand/Widgets/UsageCommands.h"
 
+#include "TavrinCommand/Widgets/UsageChart.h"
 #include "TavrinCore/Base/ISO8601.h"
 #include "TavrinCore/Kinds/ClaudeUsage/ClaudeUsage.h"
 #include "TavrinStorage/ClaudeUsage/ClaudeUsageBridge.h"
@@ -37,9 +38,20 @@ struct Report {
   ClaudeUsageByScope byScope;
   std::vector<Day> days;
   ClaudeUsageTotals all;
+  /// Of the last thirty days; on a terminal alone.
+  UsageChart chart;
   std::optional<ClaudeUsageLimits> limits;
   bool isConnected = false;
 };
+
+UsageChart makeChart(const ClaudeUsageEntries& entries, const std::vector<Date>& starts,
+                     const Calendar& calendar) {
+  UsageChart chart{
+      {}, calendar.localText(starts.front(), "MMMd"), calendar.localText(starts.back(), "MMMd")};
+  for (const auto& totals : ClaudeUsage::totalsBetween(entries, starts))
+    chart.tokens.push_back(totals.tokens);
+  return chart;
+}
 
 Report makeReport(CommandContext& context, int dayCount) {
   const Calendar calendar;
@@ -50,13 +62,16 @@ Report makeReport(CommandContext& context, int dayCount) {
   ClaudeUsageSource source(context.platform().fileManager().homeFolder() / ".claude");
   if (!source.isAvailable())
     throw HostError(ExitCode::failed, "Claude Code has not run here");
-  const auto& entries = source.entries(std::min(first, earliestStart(now, calendar)));
+  const bool hasChart = context.console().columns > 0 && !context.printsJSON();
+  const auto chartStarts = ClaudeUsage::dayStarts(now, calendar, ClaudeUsage::chartDays);
+  Date earliest = std::min(first, earliestStart(now, calendar));
+  if (hasChart)
+    earliest = std::min(earliest, chartStarts.front());
+  const auto& entries = source.entries(earliest);
   Report report;
   report.now = now;
   report.byScope = ClaudeUsage::totalsByScope(entries, now, calendar);
-  std::vector<Date> days = {first};
-  while (days.back() < today)
-    days.push_back(calendar.startOfDay(calendar.addingDays(1, days.back())));
+  auto days = ClaudeUsage::dayStarts(now, calendar, dayCount);
   // Another computer's clock may be ahead, and what it logged belongs to the sum too.
   std::set<Date> ahead;
   for (const auto& entry : entries)
@@ -69,6 +84,8 @@ Report makeReport(CommandContext& context, int dayCount) {
       report.days.push_back({calendar.text(days[i], "yyyy-MM-dd"), std::move(totals[i])});
   report.all =
       ClaudeUsage::totals(entries, DateInterval{first, {std::numeric_limits<double>::infinity()}});
+  if (hasChart)
+    report.chart = makeChart(entries, chartStarts, calendar);
   const ClaudeUsageBridge bridge(context.platform().fileManager());
   report.isConnected = bridge.isConnected();
   report.limits = bridge.limits();
@@ -202,6 +219,17 @@ void printTables(CommandContext& context, const Report& report) {
   }
 }
 
+void printChart(CommandContext& context, const Report& report) {
+  const auto& console = context.console();
+  const auto lines = report.chart.lines(console.columns);
+  if (lines.empty())
+    return;
+  context.say("");
+  context.say(console.styled("TOKENS A DAY", TextStyle::dim));
+  for (const auto& line : lines)
+    context.say(line);
+}
+
 void printLimits(CommandContext& context, const Report& report) {
   if (!report.isConnected || !report.limits)
     return;
@@ -250,6 +278,7 @@ void addUsageCommands(CLI::App& app, CommandContext& context) {
       return;
     }
     printTables(context, report);
+    printChart(context, report);
     printLimits(context, report);
   });
   CommandContext::examples(

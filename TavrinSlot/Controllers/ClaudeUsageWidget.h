@@ -17,7 +17,10 @@ private:
   PanelView* makePanelView(const PanelAppearance& appearance) override;
   QColor tint() const override;
   void widgetChanged() override { model_->setWidget(widget()); }
-  void panelWillOpen() override { model_->refresh(); }
+  void panelWillOpen() override {
+    model_->refresh();
+    model_->readDays();
+  }
 
   std::optional<ClaudeUsageModel> model_;
 };

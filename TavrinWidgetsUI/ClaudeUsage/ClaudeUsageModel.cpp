@@ -43,7 +43,7 @@ struct ClaudeUsageModel::Reader {
 ClaudeUsageModel::ClaudeUsageModel(Clock& clock, RunLoop& runLoop, const FileManager& fileManager,
                                    DockWidget widget)
     : clock_(clock), runLoop_(runLoop), widget_(std::move(widget)),
-      reader_(std::make_shared<Reader>(fileManager)),
+      root_(fileManager.homeFolder() / ".claude"), reader_(std::make_shared<Reader>(fileManager)),
       timer_(runLoop.repeat(refreshInterval, [this] { refresh(); })) {
   reading_.now = clock.now();
   refresh();
@@ -70,6 +70,29 @@ void ClaudeUsageModel::refresh() {
         show(std::move(reader_->reading));
         if (connecting_)
           refresh();
+      });
+}
+
+void ClaudeUsageModel::readDays() {
+  if (std::exchange(isReadingDays_, true))
+    return;
+  const auto days = std::make_shared<std::vector<Day>>();
+  runLoop_.background(
+      [days, root = root_, now = clock_.now()] {
+        const auto starts = ClaudeUsage::dayStarts(now, Calendar(), ClaudeUsage::chartDays);
+        ClaudeUsageSource source(root);
+        const auto totals = ClaudeUsage::totalsBetween(source.entries(starts.front()), starts);
+        for (std::size_t i = 0; i < starts.size(); ++i)
+          days->push_back({starts[i], totals[i].tokens});
+      },
+      alive_,
+      [this, days] {
+        isReadingDays_ = false;
+        if (days_ == *days)
+          return;
+        days_ = std::move(*days);
+        if (onChange)
+          onChange();
       });
 }
 

@@ -9,6 +9,7 @@
 #include "TavrinPlatform/FileManager.h"
 #include "TavrinPlatform/RunLoop.h"
 
+#include <filesystem>
 #include <functional>
 #include <memory>
 
@@ -35,6 +36,15 @@ public:
   /// Of the widget's scope.
   ClaudeUsageTotals totals() const;
   const ClaudeUsageByScope& byScope() const { return reading_.byScope; }
+  struct Day {
+    Date start;
+    std::int64_t tokens = 0;
+    bool operator==(const Day&) const = default;
+  };
+  /// The last thirty days, today last; empty until they have been read.
+  const std::vector<Day>& days() const { return days_; }
+  /// Reads the thirty days, which only the panel shows; nothing is kept of their messages.
+  void readDays();
   const std::optional<ClaudeUsageLimits>& limits() const { return reading_.limits; }
   /// The status line is ours.
   bool isConnected() const { return reading_.isConnected; }
@@ -73,10 +83,13 @@ private:
   RunLoop& runLoop_;
   DockWidget widget_;
   Reading reading_;
+  std::vector<Day> days_;
+  bool isReadingDays_ = false;
   bool hasRead_ = false;
   bool isReading_ = false;
   /// For the next reading.
   std::optional<bool> connecting_;
+  std::filesystem::path root_;
   /// Shared with the reading under way, which may outlive this.
   std::shared_ptr<Reader> reader_;
   Lifetime alive_;

@@ -22,6 +22,7 @@ constexpr double contentWidth = 288;
 constexpr double rowHeight = 20;
 constexpr double limitHeight = 36;
 constexpr double barHeight = 6;
+constexpr double chartHeight = 52;
 constexpr std::size_t mostProjects = 5;
 constexpr std::size_t leastProjects = 2;
 
@@ -65,6 +66,33 @@ AnyView levelRow(const QString& name, double fraction, const QString& remark,
 
 PanelText* sectionTitle(const QString& title) {
   return new PanelText(title, PanelTextStyle::section);
+}
+
+/// A bar for each day, today's in the tint.
+struct DayBars {
+  std::vector<double> shares;
+  QColor ink;
+  QColor today;
+  QColor track;
+  bool operator==(const DayBars&) const = default;
+};
+
+void paintDays(QPainter& painter, const QRectF& rect, const DayBars& bars) {
+  if (bars.shares.empty())
+    return;
+  constexpr double gap = 2;
+  constexpr double least = 2;
+  const auto count = static_cast<double>(bars.shares.size());
+  const double width = (rect.width() - gap * (count - 1)) / count;
+  painter.setPen(Qt::NoPen);
+  for (std::size_t i = 0; i < bars.shares.size(); ++i) {
+    const double share = bars.shares[i];
+    const double height = std::max(least, rect.height() * share);
+    painter.setBrush(share <= 0 ? bars.track : i + 1 == bars.shares.size() ? bars.today : bars.ink);
+    painter.drawRoundedRect(QRectF(rect.left() + static_cast<double>(i) * (width + gap),
+                                   rect.bottom() - height, width, height),
+                            1.5, 1.5);
+  }
 }
 
 } // namespace
@@ -116,6 +144,7 @@ ClaudeUsagePanelView::ClaudeUsagePanelView(const PanelAppearance& appearance,
       tokens_(new PanelFigure(40)), messages_(new PanelText({}, PanelTextStyle::secondary)),
       budget_(new ViewWidget({contentWidth, limitHeight})),
       kinds_(new ViewWidget({contentWidth, 4 * rowHeight})),
+      daysTitle_(sectionTitle("Thirty days")), days_(new ViewWidget({contentWidth, chartHeight})),
       projectsTitle_(sectionTitle("Busiest projects")), projects_(new Projects),
       limitsTitle_(sectionTitle("Plan limits")),
       limits_(new ViewWidget({contentWidth, limitHeight})),
@@ -128,8 +157,8 @@ ClaudeUsagePanelView::ClaudeUsagePanelView(const PanelAppearance& appearance,
   tokens_->setUnit("tokens");
   tokens_->setName("Tokens used");
   for (QWidget* widget : std::initializer_list<QWidget*>{
-           scopes_, tokens_, messages_, budget_, kinds_, projectsTitle_, projects_, limitsTitle_,
-           limits_, noLimits_,
+           scopes_, tokens_, messages_, budget_, kinds_, daysTitle_, days_, projectsTitle_,
+           projects_, limitsTitle_, limits_, noLimits_,
            new PanelText(utf8(localSentence("Read from Claude Code's own files on this {Mac}. "
                                             "Nothing is sent anywhere.")),
                          PanelTextStyle::caption)})
@@ -166,7 +195,35 @@ void ClaudeUsagePanelView::refresh() {
     plan = QString::fromStdString(*limits->subscriptionType);
   setState(plan.left(1).toUpper() + plan.mid(1));
   showTotals();
+  showDays();
   showLimits();
+}
+
+void ClaudeUsagePanelView::showDays() {
+  const auto& days = model_.days();
+  daysTitle_->setVisible(!days.empty());
+  days_->setVisible(!days.empty());
+  if (days.empty())
+    return;
+  const auto most = std::ranges::max_element(days, {}, &ClaudeUsageModel::Day::tokens);
+  std::int64_t sum = 0;
+  DayBars bars{{},
+               withContrast(mix(colours().ground, claudeUsageTint, 0.6), colours().ground, 2),
+               withContrast(claudeUsageTint, colours().ground, 3),
+               colours().track};
+  for (const auto& day : days) {
+    sum += day.tokens;
+    bars.shares.push_back(
+        most->tokens > 0 ? static_cast<double>(day.tokens) / static_cast<double>(most->tokens) : 0);
+  }
+  days_->setView(canvas(bars, paintDays));
+  days_->setName("Tokens of each of the last thirty days");
+  days_->setAccessibleDescription(
+      sum == 0 ? QStringLiteral("No tokens were used.")
+               : QStringLiteral("%1 tokens in all, at most %2, on %3, and %4 today.")
+                     .arg(shortText(sum), shortText(most->tokens),
+                          QString::fromStdString(Calendar().localText(most->start, "MMMd")),
+                          shortText(days.back().tokens)));
 }
 
 void ClaudeUsagePanelView::showTotals() {

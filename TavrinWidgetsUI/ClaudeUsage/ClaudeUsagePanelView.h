@@ -27,6 +27,7 @@ private:
   class Projects;
 
   void showTotals();
+  void showDays();
   void showLimits();
 
   ClaudeUsageModel& model_;
@@ -37,6 +38,8 @@ private:
   PanelText* messages_;
   ViewWidget* budget_;
   ViewWidget* kinds_;
+  PanelText* daysTitle_;
+  ViewWidget* days_;
   PanelText* projectsTitle_;
   Projects* projects_;
   PanelText* limitsTitle_;

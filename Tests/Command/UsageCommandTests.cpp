@@ -1,3 +1,5 @@
+#include "TavrinCommand/Console.h"
+#include "TavrinCommand/Widgets/UsageChart.h"
 #include "TavrinHost/HostError.h"
 #include "Tests/Command/HostFixture.h"
 #include "Tests/Support/UsageLogs.h"
@@ -64,6 +66,40 @@ TEST_F(UsageCommandTest, PrintsPeriodsDaysAndProjects) {
       {"alpha", "433,026"},
       {"beta", "10"}};
   EXPECT_EQ(rows(), expected) << output.str();
+}
+
+TEST_F(UsageCommandTest, ATerminalShowsThirtyDaysAsAChart) {
+  logFourMessages();
+  log("alpha", 20 * day, "m6", {100'000, 0, 0, 0});
+  log("alpha", 40 * day, "m7", {90'000'000, 0, 0, 0});
+  columns = 80;
+  ASSERT_EQ(run({"usage"}), 0) << errors.str();
+  const std::string text = output.str();
+  EXPECT_NE(text.find("TOKENS A DAY"), std::string::npos);
+  EXPECT_NE(text.find("433k ┤"), std::string::npos) << "the greatest of the thirty days\n" << text;
+  EXPECT_NE(text.find("0 ┼"), std::string::npos);
+  EXPECT_NE(text.find("█"), std::string::npos);
+  columns = 30;
+  ASSERT_EQ(run({"usage"}), 0);
+  EXPECT_EQ(output.str().find("┤"), std::string::npos) << "no room";
+  columns = 0;
+  ASSERT_EQ(run({"usage"}), 0);
+  EXPECT_EQ(output.str().find("┤"), std::string::npos) << "no terminal";
+}
+
+TEST(UsageChart, EachDayStandsInItsColumn) {
+  UsageChart chart{{0, 800, 400, 1, 0, 790}, "1 Mar", "6 Mar"};
+  const auto lines = chart.lines(20);
+  ASSERT_EQ(lines.size(), 7U);
+  for (const auto& line : lines)
+    EXPECT_LE(displayWidth(line), 20) << line;
+  EXPECT_EQ(lines[0], "800 ┤  █       █ ") << "eighths are rounded";
+  EXPECT_EQ(lines[2], "    │  █ ▄     █ ");
+  EXPECT_EQ(lines[4], "    │  █ █ ▁   █ ") << "what was used at all is seen";
+  EXPECT_EQ(lines[5], "  0 ┼────────────");
+  EXPECT_EQ(chart.lines(11).front(), "800 ┤ █   █");
+  EXPECT_TRUE(chart.lines(10).empty());
+  EXPECT_TRUE((UsageChart{{0, 0}, "a", "b"}).lines(80).empty());
 }
 
 TEST_F(UsageCommandTest, FitsTheTerminal) {

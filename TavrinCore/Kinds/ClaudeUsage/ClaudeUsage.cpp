@@ -92,7 +92,6 @@ Date earliestStart(Date now, const Calendar& calendar) {
   return earliest;
 }
 
-
 ClaudeUsageTotals ClaudeUsage::totals(const ClaudeUsageEntries& entries, ClaudeUsageScope scope,
                                       Date now, const Calendar& calendar) {
   return totals(entries, {start(scope, now, calendar), {std::numeric_limits<double>::infinity()}});
@@ -142,6 +141,14 @@ std::vector<ClaudeUsageTotals> ClaudeUsage::totalsBetween(const ClaudeUsageEntri
   for (const auto& one : sums)
     totals.push_back(one.totals());
   return totals;
+}
+
+std::vector<Date> ClaudeUsage::dayStarts(Date now, const Calendar& calendar, int days) {
+  const Date today = calendar.startOfDay(now);
+  std::vector<Date> starts{calendar.startOfDay(calendar.addingDays(1 - days, today))};
+  while (starts.back() < today)
+    starts.push_back(calendar.startOfDay(calendar.addingDays(1, starts.back())));
+  return starts;
 }
 
 std::string ClaudeUsage::shortTokens(std::int64_t tokens) {

@@ -59,6 +59,11 @@ ClaudeUsageTotals totals(const ClaudeUsageEntries& entries, const DateInterval& 
 std::vector<ClaudeUsageTotals> totalsBetween(const ClaudeUsageEntries& entries,
                                              const std::vector<Date>& starts);
 
+/// The days of a chart.
+inline constexpr int chartDays = 30;
+/// The starts of so many days, the last of them today's.
+std::vector<Date> dayStarts(Date now, const Calendar& calendar, int days);
+
 /// "999", "12.3k", "250k", "3.4M", "12M".
 std::string shortTokens(std::int64_t tokens);
 

@@ -7,6 +7,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelSegments.h"
 #include "Tests/Storage/TemporaryFolder.h"
 #include "Tests/Support/FakePlatform.h"
+#include "Tests/Support/UsageLogs.h"
 
 #include <gtest/gtest.h>
 
@@ -76,6 +77,27 @@ TEST_F(UsageWidgetTest, ThePeriodChosenInThePanelIsSaved) {
   const auto saved = decode<WidgetsFile>(*readJSONFile(file()));
   EXPECT_EQ(saved.widgets[0].kind.get<ClaudeUsageSettings>()->scope, ClaudeUsageScope::week);
   EXPECT_EQ(platform.center.count("dev.quellby.tavrin.widgetsChanged"), 1);
+}
+
+TEST_F(UsageWidgetTest, ThePanelChartsThirtyDaysAndTellsThem) {
+  UsageLogs logs(folder / ".claude", 1);
+  const auto used = [&](double daysAgo, const char* message, std::int64_t tokens) {
+    append(logs.file("-home-u-app", "session"),
+           logs.usageLine(platform.fakeClock.now() - daysAgo * 86'400, message, "r",
+                          {static_cast<int>(tokens), 0, 0, 0}));
+  };
+  used(40, "m0", 90'000);
+  used(20, "m1", 5000);
+  used(0, "m2", 1500);
+  start(ClaudeUsageSettings{});
+  ASSERT_NE(inPanel<PanelSegments>(), nullptr);
+  platform.loop.runBackground();
+  QString told;
+  for (auto* child : platform.fakePopover.content()->findChildren<QWidget*>())
+    if (child->accessibleName() == "Tokens of each of the last thirty days")
+      told = child->accessibleDescription();
+  EXPECT_TRUE(told.startsWith("6.5k tokens in all, at most 5.0k, on ")) << told.toStdString();
+  EXPECT_TRUE(told.endsWith(", and 1.5k today.")) << told.toStdString();
 }
 
 } // namespace

@@ -173,6 +173,8 @@ struct UsageStand {
     model = std::make_unique<ClaudeUsageModel>(platform.fakeClock, platform.loop, platform.files,
                                                DockWidget({}, "Claude Usage", 1, settings, 1));
     platform.loop.runBackground();
+    model->readDays();
+    platform.loop.runBackground();
   }
   ~UsageStand() {
     std::error_code ignored;
@@ -186,6 +188,11 @@ struct UsageStand {
     for (int i = 0; i < 6; ++i) {
       Date time = morning - 3600.0 * (6 - i);
       test::append(logs.file(folders[i], "a"), logs.session(time, 60 / (i + 1)));
+    }
+    for (int day = 1; day < 30; ++day) {
+      Date time = morning - 86'400.0 * day;
+      if (day % 7 > 1)
+        test::append(logs.file(folders[0], "days"), logs.session(time, 5 + day * 7 % 40));
     }
   }
 
