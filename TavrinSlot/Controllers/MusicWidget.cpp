@@ -46,7 +46,7 @@ PanelView* MusicWidgetController::makePanelView(const PanelAppearance& appearanc
 
 void MusicWidgetController::choose(const std::optional<std::string>& player) {
   auto settings = model_->settings();
-  settings.player = player;
+  settings.player = player ? std::optional(model_->wishFor(*player)) : std::nullopt;
   save(settings);
 }
 

@@ -30,13 +30,23 @@ void MusicModel::setWidget(const DockWidget& widget) {
 const MediaPlayer* MusicModel::player() const {
   const auto& all = players_.players();
   const auto wish = settings().player.value_or("");
-  const auto isWanted = [&](const MediaPlayer& player) {
-    return !wish.empty() && (player.name == wish || player.name.starts_with(wish + "."));
-  };
-  const auto found = std::ranges::find_if(all, isWanted);
+  const auto found =
+      std::ranges::find_if(all, [&](const auto& player) { return isWished(player, wish); });
   if (found != all.end())
     return &*found;
   return all.empty() ? nullptr : &all.front();
+}
+
+bool MusicModel::isWished(const MediaPlayer& player, std::string_view wish) {
+  return !wish.empty() && player.name.starts_with(wish) &&
+         (player.name.size() == wish.size() || player.name[wish.size()] == '.');
+}
+
+std::string MusicModel::wishFor(const std::string& player) const {
+  const std::string program = player.substr(0, player.find(".instance"));
+  const auto running = std::ranges::count_if(
+      players_.players(), [&](const auto& each) { return isWished(each, program); });
+  return running > 1 ? player : program;
 }
 
 void MusicModel::changed() {

@@ -29,6 +29,12 @@ public:
   const std::vector<MediaPlayer>& players() const { return players_.players(); }
   /// The one the settings name where it is there, else the one last used; null for none.
   const MediaPlayer* player() const;
+  /// Whether the name in the settings means this player: its own, or that of its program, of which
+  /// "firefox.instance_1_8" is one.
+  static bool isWished(const MediaPlayer& player, std::string_view wish);
+  /// What the settings are to hold for a player that was chosen: its program, which is there the
+  /// next time too, or its own name while the program runs more than once.
+  std::string wishFor(const std::string& player) const;
   /// Null until it has been read, and where there is none.
   const QImage& cover() const { return cover_; }
 

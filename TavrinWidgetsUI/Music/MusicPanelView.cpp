@@ -5,6 +5,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelToolTip.h"
+#include "TavrinWidgetsUI/Kit/Views/Utf8.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewWidget.h"
 #include "TavrinWidgetsUI/Music/MusicViews.h"
 
@@ -37,6 +38,11 @@ QSlider* makeSlider(const QString& name) {
   return slider;
 }
 
+/// What a player that is not there is called, from its name on the bus: "Vlc".
+QString playerTitle(const QString& name) {
+  return name.left(1).toUpper() + name.mid(1).section(QStringLiteral(".instance"), 0, 0);
+}
+
 QVBoxLayout* columnIn(QWidget* widget) {
   auto* column = new QVBoxLayout(widget);
   column->setContentsMargins(0, 0, 0, 0);
@@ -63,7 +69,6 @@ MusicPanelView::MusicPanelView(const PanelAppearance& appearance, MusicModel& mo
   add(empty_);
   auto* column = columnIn(filled_);
   column->addWidget(cover_, 0, Qt::AlignHCenter);
-  cover_->setName("Cover");
   for (PanelText* line : {track_, artist_}) {
     line->setSingleLine(true);
     line->setAlignment(Qt::AlignHCenter);
@@ -74,6 +79,8 @@ MusicPanelView::MusicPanelView(const PanelAppearance& appearance, MusicModel& mo
   makeVolume();
   makeChoice();
   add(filled_);
+  // Also while nothing plays: who chose a player that is gone can choose another.
+  add(choiceRow_);
   setEditButton("Edit Music…", requests_.edit);
   refresh();
 }
@@ -140,7 +147,6 @@ void MusicPanelView::makeChoice() {
     requests_.choose(name.empty() ? std::nullopt : std::optional(name));
   });
   choiceRow_ = new PanelField("Player", choice_);
-  filled_->layout()->addWidget(choiceRow_);
 }
 
 void MusicPanelView::showChoice() {
@@ -149,14 +155,17 @@ void MusicPanelView::showChoice() {
   // With one player, and none named, there is nothing to choose.
   choiceRow_->setVisible(players.size() > 1 || !wish.isEmpty());
   QList<std::pair<QString, QString>> items{{"Last used", QString()}};
-  bool isThere = wish.isEmpty();
+  QString chosen;
   for (const auto& player : players) {
     const auto name = QString::fromStdString(player.name);
     items.push_back({QString::fromStdString(player.title), name});
-    isThere |= name == wish;
+    if (chosen.isEmpty() && MusicModel::isWished(player, wish.toStdString()))
+      chosen = name;
   }
-  if (!isThere)
-    items.push_back({wish, wish});
+  if (chosen.isEmpty() && !wish.isEmpty()) {
+    items.push_back({QStringLiteral("%1 (not running)").arg(playerTitle(wish)), wish});
+    chosen = wish;
+  }
   const QSignalBlocker blocker(choice_);
   bool isSame = choice_->count() == items.size();
   for (int i = 0; isSame && i < choice_->count(); ++i)
@@ -166,7 +175,7 @@ void MusicPanelView::showChoice() {
     for (const auto& [title, name] : items)
       choice_->addItem(title, name);
   }
-  choice_->setCurrentIndex(std::max(choice_->findData(wish), 0));
+  choice_->setCurrentIndex(std::max(choice_->findData(chosen), 0));
 }
 
 void MusicPanelView::showPosition(const MediaPlayer& player) {
@@ -192,8 +201,13 @@ void MusicPanelView::showTrack(const MediaPlayer& player) {
   const bool isPlaying = player.playback.isPlaying();
   const bool hasCover = model_.settings().showsCover;
   cover_->setVisible(hasCover);
-  if (hasCover)
-    cover_->setView(musicCover(model_.cover(), coverSide));
+  if (hasCover) {
+    const QString raise = QStringLiteral("Show %1").arg(utf8(player.title));
+    cover_->setView(musicCover(model_.cover(), coverSide)
+                        .button({"raise " + player.name, [this] { model_.raise(); }}, raise));
+    cover_->setName(raise);
+    setPlainToolTip(cover_, raise);
+  }
   track_->setWords(trackTitle(player));
   QStringList parts;
   for (const auto& part : {track.artist, track.album})
@@ -218,6 +232,7 @@ void MusicPanelView::refresh() {
   const auto* player = model_.player();
   empty_->setVisible(player == nullptr);
   filled_->setVisible(player != nullptr);
+  showChoice();
   if (player == nullptr) {
     setState({});
     empty_->setTrouble(!model_.isAvailable());
@@ -234,7 +249,6 @@ void MusicPanelView::refresh() {
            player->isAnswering ? State::plain : State::trouble);
   showTrack(*player);
   showPosition(*player);
-  showChoice();
 }
 
 } // namespace tavrin

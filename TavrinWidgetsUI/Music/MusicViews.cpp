@@ -155,6 +155,28 @@ AnyView musicTileIcon(const MediaPlayer* player, const QImage& cover, const Musi
   return tile(content, size);
 }
 
+namespace {
+
+/// The cover, which plays and pauses: what two tiles have room for beside the words.
+AnyView playingCover(const MediaPlayer& player, const QImage& cover, double side,
+                     const MusicTileActions& actions) {
+  const bool isPlaying = player.playback.isPlaying();
+  const AnyView picture = musicCover(cover, side);
+  if (!(isPlaying ? player.canPause : player.canPlay))
+    return picture;
+  const AnyView mark =
+      zstack(
+          {circle().fill(QColor(0, 0, 0, 150)),
+           symbol(isPlaying ? "pause.fill" : "play.fill").colour(palette::white).size(side * 0.3)})
+          .frame(side * 0.56, side * 0.56);
+  return zstack({picture, mark})
+      .frame(side, side)
+      .button({isPlaying ? "pause" : "play", actions.playPause},
+              isPlaying ? QStringLiteral("Pause") : QStringLiteral("Play"));
+}
+
+} // namespace
+
 AnyView musicWideTile(const MediaPlayer* player, const QImage& cover, const MusicSettings& settings,
                       Date now, const TileSize& size, const MusicTileActions& actions) {
   WideTileContent content;
@@ -175,16 +197,22 @@ AnyView musicWideTile(const MediaPlayer* player, const QImage& cover, const Musi
   }
   const bool isPlaying = player->playback.isPlaying();
   const double markSide = size.body() * 0.6;
-  content.mark = musicCover(settings.showsCover ? cover : QImage(), markSide);
+  const QImage shown = settings.showsCover ? cover : QImage();
+  const bool isNarrow = size.span < 3 && player->isAnswering;
   if (!player->isAnswering)
     content.state = TileState::cannot;
   content.middle = words(*player, settings, size);
+  if (isNarrow)
+    content.middle = hstack({playingCover(*player, shown, markSide, actions), content.middle})
+                         .spacing(size.padding() * 0.8);
+  else
+    content.mark = musicCover(shown, markSide);
   if (const auto progress = shownProgress(*player, settings, now))
     content.border = TileBorder{*progress, musicTint, QColor(0x5A, 0x36, 0x42)};
   if (size.span > 3 && player->canGoPrevious)
     content.actions.push_back(
         {{"previous", actions.previous}, "backward.end.fill", "Previous track", false});
-  if (isPlaying ? player->canPause : player->canPlay)
+  if (!isNarrow && (isPlaying ? player->canPause : player->canPlay))
     content.actions.push_back({{isPlaying ? "pause" : "play", actions.playPause},
                                isPlaying ? "pause.fill" : "play.fill",
                                isPlaying ? "Pause" : "Play",

@@ -1,8 +1,10 @@
 #include "TavrinCore/Kinds/Music/MusicSettings.h"
+#include "TavrinWidgetsUI/Kit/Views/ViewWidget.h"
 #include "Tests/Slot/SlotFixture.h"
 
 #include <QComboBox>
 #include <QImage>
+#include <QMouseEvent>
 #include <QSlider>
 #include <fstream>
 
@@ -109,6 +111,76 @@ TEST_F(MusicWidget, AChosenPlayerThatIsGoneLeavesTheOneLastUsed) {
   show({song("vlc", "Tide"), song("firefox.instance_7", "Film")});
   announce();
   EXPECT_EQ(platform_.tile.value, "Film, Playing") << "any instance of the program named";
+}
+
+TEST_F(MusicWidget, AClickOnTheCoverBringsThePlayerToTheFront) {
+  platform_.media.all = {song("vlc", "Tide")};
+  start(MusicSettings{});
+  click();
+  panel()->show();
+  auto covers = all<ViewWidget>();
+  const auto cover = std::ranges::find(covers, "Show vlc", &QWidget::accessibleName);
+  ASSERT_NE(cover, covers.end());
+  (*cover)->grab();
+  const QPointF centre = QRectF((*cover)->rect()).center();
+  for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
+    QMouseEvent event(type, centre, (*cover)->mapToGlobal(centre), Qt::LeftButton,
+                      type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton, {});
+    QCoreApplication::sendEvent(*cover, &event);
+  }
+  EXPECT_THAT(platform_.media.told, ElementsAre("raise vlc"));
+}
+
+TEST_F(MusicWidget, TheChoiceOffersEveryPlayerAndKeepsTheOneThatIsGone) {
+  start(MusicSettings{.player = "mpv"});
+  click();
+  panel()->show();
+  auto* choice = panel()->findChild<QComboBox*>();
+  EXPECT_TRUE(choice->isVisibleTo(panel())) << "also while nothing plays";
+  const auto offered = [&] {
+    QStringList names;
+    for (int i = 0; i < choice->count(); ++i)
+      names << choice->itemText(i);
+    return names;
+  };
+  EXPECT_EQ(offered(), (QStringList{"Last used", "Mpv (not running)"}));
+  EXPECT_EQ(choice->currentIndex(), 1);
+  show({song("vlc", "Tide"), song("firefox.instance_1_8", "Film")});
+  EXPECT_EQ(offered(),
+            (QStringList{"Last used", "vlc", "firefox.instance_1_8", "Mpv (not running)"}));
+  EXPECT_EQ(choice->currentIndex(), 3);
+  const auto stored = [&] {
+    return WidgetStore(folder_ / "widgets.json").widget(3)->kind.get<MusicSettings>()->player;
+  };
+  emit choice->activated(2);
+  EXPECT_EQ(stored(), "firefox") << "the program, which is there the next time";
+  EXPECT_EQ(choice->currentIndex(), 2);
+  show({song("vlc", "Tide"), song("firefox.instance_2", "A"), song("firefox.instance_3", "B")});
+  emit choice->activated(3);
+  EXPECT_EQ(stored(), "firefox.instance_3") << "it runs twice";
+  show({song("firefox.instance_3", "B")});
+  emit choice->activated(0);
+  EXPECT_FALSE(stored());
+}
+
+TEST_F(MusicWidget, TwoTilesHaveRoomForTheCover) {
+  QImage red(40, 40, QImage::Format_RGB32);
+  red.fill(Qt::red);
+  const auto file = folder_ / "cover.png";
+  ASSERT_TRUE(red.save(QString::fromStdString(file.string())));
+  auto tide = song("vlc", "A song with a title of some length");
+  tide.playback.track.artist = "A band";
+  tide.playback.track.cover = file;
+  start(MusicSettings{}, 2);
+  show({tide});
+  const QImage& picture = platform_.tile.last;
+  int reds = 0;
+  for (int y = 0; y < picture.height(); ++y)
+    for (int x = 0; x < picture.width(); ++x) {
+      const QColor colour = picture.pixelColor(x, y);
+      reds += colour.red() > 200 && colour.green() < 40 && colour.blue() < 40;
+    }
+  EXPECT_GT(reds, picture.height() * picture.height() / 10);
 }
 
 TEST_F(MusicWidget, APlayerThatHangsIsShownSo) {
