@@ -80,6 +80,34 @@ Grounds groundsOf(const ShortcutSettings& settings) {
   return grounds;
 }
 
+/// The symbol on a disc that runs and stops: what two tiles have room for beside the words.
+AnyView runningSymbol(const ShortcutTileState& state, const ShortcutSettings& settings,
+                      const Grounds& grounds, double side, const ViewAction& action) {
+  const bool isRunning = state.result.state == State::running;
+  const QColor ground = mix(grounds.top, grounds.end, 0.5);
+  const QColor disc = mix(ground, grounds.ink, 0.2);
+  std::vector<AnyView> layers{circle().fill(disc),
+                              symbol(isRunning ? "stop.fill" : shortcutSymbol(settings))
+                                  .colour(palette::figure(disc))
+                                  .size(side * (isRunning ? 0.44 : 0.6))};
+  if (tileState(state) == TileState::cannot)
+    layers.push_back(
+        zstack({circle().fill(palette::ground),
+                symbol("exclamationmark.triangle.fill").colour(palette::warning).size(side * 0.28)})
+            .frame(side * 0.42, side * 0.42)
+            .fill(Alignment::bottomTrailing));
+  else if (tileState(state) == TileState::done)
+    layers.push_back(zstack({circle().fill(palette::ground),
+                             symbol("checkmark").colour(palette::white).size(side * 0.28)})
+                         .frame(side * 0.42, side * 0.42)
+                         .fill(Alignment::bottomTrailing));
+  const AnyView picture = zstack(std::move(layers)).frame(side, side);
+  return state.hasAction
+             ? picture.button(action, isRunning ? QStringLiteral("Stop")
+                                                : QStringLiteral("Run %1").arg(state.title))
+             : picture;
+}
+
 } // namespace
 
 ShortcutTileState ShortcutTileState::of(const ShortcutRunner& runner) {
@@ -148,8 +176,11 @@ AnyView shortcutWideTile(const ShortcutTileState& state, const ShortcutSettings&
   content.tint = grounds.ink;
   if (isRunning)
     content.border = TileBorder{state.progress.value_or(0), grounds.ink, grounds.track};
-  content.mark = symbol(shortcutSymbol(settings)).colour(grounds.ink).padding(size.body() * 0.06);
-  content.state = tileState(state);
+  const bool isNarrow = size.span < 3;
+  if (!isNarrow) {
+    content.mark = symbol(shortcutSymbol(settings)).colour(grounds.ink).padding(size.body() * 0.06);
+    content.state = tileState(state);
+  }
   const QColor middle = mix(grounds.top, grounds.end, 0.5);
   content.middle = vstack({text(state.title)
                                .size(size.words(0.235))
@@ -160,10 +191,18 @@ AnyView shortcutWideTile(const ShortcutTileState& state, const ShortcutSettings&
                                .colour(palette::caption(middle))})
                        .align(Alignment::leading)
                        .spacing(size.body() * 0.04);
-  if (state.hasAction)
-    content.actions = {isRunning
-                           ? TileAction{{"stop", stop}, "stop.fill", "Stop", true}
-                           : TileAction{{"run", run}, "play.fill", "Run " + state.title, true}};
+  if (isNarrow)
+    content.middle =
+        hstack({runningSymbol(state, settings, grounds, size.body() * 0.58,
+                              isRunning ? ViewAction{"stop", stop} : ViewAction{"run", run}),
+                content.middle})
+            .spacing(size.padding() * 0.8);
+  else if (state.hasAction)
+    content.actions = {isRunning ? TileAction{{"stop", stop}, "stop.fill", "Stop", true}
+                                 : TileAction{{"run", run},
+                                              "play.fill",
+                                              QStringLiteral("Run %1").arg(state.title),
+                                              true}};
   content.label = state.title;
   content.value = word(state);
   return wideTile(content, size);

@@ -110,6 +110,37 @@ TEST_F(ShortcutWidget, ADesktopActionIsOpenedThroughTheDesktop) {
   EXPECT_TRUE(words().contains(QString::fromStdString(platform_.library.trouble)));
 }
 
+TEST_F(ShortcutWidget, AWideTileKeepsItsSymbolAndAFailureItsMark) {
+  const auto warnings = [this] {
+    int count = 0;
+    const QImage& picture = platform_.tile.last;
+    for (int y = 0; y < picture.height(); ++y)
+      for (int x = 0; x < picture.width(); ++x) {
+        const QColor colour = picture.pixelColor(x, y);
+        count += std::abs(colour.red() - palette::warning.red()) < 24 &&
+                 std::abs(colour.green() - palette::warning.green()) < 24 &&
+                 std::abs(colour.blue() - palette::warning.blue()) < 24;
+      }
+    return count;
+  };
+  for (const int span : {2, 3}) {
+    auto wanted = settings("false");
+    wanted.title = "A title of some length";
+    wanted.symbolName = "heart.fill";
+    start(wanted, span);
+    const QImage heart = platform_.tile.last.copy();
+    wanted.symbolName = "star.fill";
+    write(wanted, span);
+    announce();
+    EXPECT_NE(platform_.tile.last, heart) << span;
+    const int before = warnings();
+    click();
+    answer({Outcome::exited, 3, "", "", false});
+    EXPECT_GT(warnings(), before + 10) << span;
+    app_.reset();
+  }
+}
+
 TEST_F(ShortcutWidget, WithoutAnActionItSaysWhatToDo) {
   auto wanted = settings("  ");
   start(wanted);
