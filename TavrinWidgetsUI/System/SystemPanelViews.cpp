@@ -62,6 +62,31 @@ AnyView onChartGround(const AnyView& chart, const PanelPalette& colours) {
   return chart.padding(0, 4).background(roundedRectangle(6).fill(colours.control));
 }
 
+/// What a chart's line shows, for those who hear it.
+struct LineFigures {
+  double average = 0;
+  double most = 0;
+
+  void take(double value) {
+    sum_ += value;
+    average = sum_ / ++count_;
+    most = std::max(most, value);
+  }
+
+private:
+  double sum_ = 0;
+  int count_ = 0;
+};
+
+QString loadSentence(const QString& pattern, const LineFigures& figures, double now) {
+  return pattern.arg(percentText(now), percentText(figures.average), percentText(figures.most));
+}
+
+QString rateSentence(const QString& pattern, const LineFigures& figures, double now) {
+  return pattern.arg(rateText(now).whole(), rateText(figures.average).whole(),
+                     rateText(figures.most).whole());
+}
+
 } // namespace
 
 BatteryPanelView::BatteryPanelView(const PanelAppearance& appearance,
@@ -138,18 +163,25 @@ void ActivityPanelView::refresh() {
   gauges_->setView(hstack({labelledRing("Processor", reading.cpu, cpuTint, colours()),
                            labelledRing("Memory", reading.memory, memoryTint, colours())})
                        .spacing(contentWidth - 2 * ringSide));
-  const auto line = [&](double ActivityReading::*value, const QColor& tint) {
+  const auto line = [&](double ActivityReading::*value, const QColor& tint, LineFigures& figures) {
     Sparkline line{
         {}, SystemWidgetModel::historyLength + 1, 1, withContrast(tint, colours().ground, 3), 1.5};
     for (const auto& past : model_.activityHistory())
       line.values.push_back(past.*value);
     line.values.push_back(reading.*value);
+    for (const double each : line.values)
+      figures.take(each);
     return line.view();
   };
-  chart_->setView(onChartGround(
-      zstack({line(&ActivityReading::memory, memoryTint), line(&ActivityReading::cpu, cpuTint)}),
-      colours()));
+  LineFigures processor;
+  LineFigures memory;
+  chart_->setView(onChartGround(zstack({line(&ActivityReading::memory, memoryTint, memory),
+                                        line(&ActivityReading::cpu, cpuTint, processor)}),
+                                colours()));
   chart_->setName("The last minute");
+  chart_->setAccessibleDescription(
+      loadSentence("The processor is at %1, on average %2, at most %3.", processor, reading.cpu) +
+      ' ' + loadSentence("Memory is at %1, on average %2, at most %3.", memory, reading.memory));
   gauges_->setName("Processor " + percentText(reading.cpu) + ", memory " +
                    percentText(reading.memory));
 }
@@ -187,6 +219,17 @@ void NetworkPanelView::refresh() {
                   rateText(trace.now.up).whole());
   chart_->setView(onChartGround(networkChart(trace, colours().ground, 1.5), colours()));
   chart_->setName("The last minute");
+  LineFigures down;
+  LineFigures up;
+  const auto take = [&](const NetworkReading& rates) {
+    down.take(rates.down);
+    up.take(rates.up);
+  };
+  std::ranges::for_each(trace.history, take);
+  take(trace.now);
+  chart_->setAccessibleDescription(
+      rateSentence("Download is at %1, on average %2, at most %3.", down, trace.now.down) + ' ' +
+      rateSentence("Upload is at %1, on average %2, at most %3.", up, trace.now.up));
   choices_ = {std::nullopt};
   for (auto& name : model_.networkInterfaces())
     choices_.emplace_back(std::move(name));

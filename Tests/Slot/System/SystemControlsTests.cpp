@@ -10,11 +10,12 @@
 #include "TavrinSlot/DockTileRenderer.h"
 #include "TavrinStorage/StoragePath.h"
 #include "Tests/Storage/TemporaryFolder.h"
-#include "Tests/Support/SlotRig.h"
 #include "Tests/Support/PanelWords.h"
+#include "Tests/Support/SlotRig.h"
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 namespace tavrin::test {
@@ -123,6 +124,33 @@ TEST(SystemWidgetController, OpensTheDesktopsSystemMonitor) {
   slot.platform.fakeWorkspace.hasActivityMonitor = false;
   slot.button("Open Activity Monitor")->click();
   EXPECT_TRUE(slot.says("No system monitor is installed."));
+}
+
+TEST(SystemWidgetController, ChartsTellTheirFigures) {
+  Slot slot;
+  const auto told = [&] {
+    for (auto* each : slot.panel.rootView()->findChildren<QWidget*>())
+      if (each->accessibleName() == "The last minute")
+        return each->accessibleDescription();
+    return QString();
+  };
+  slot.show<SystemWidgetController>(ActivitySettings{});
+  slot.controller->togglePanel();
+  EXPECT_THAT(told().toStdString(),
+              testing::MatchesRegex("The processor is at [0-9]+%, on average [0-9]+%, at most "
+                                    "[0-9]+%. Memory is at [0-9]+%, on average [0-9]+%, at most "
+                                    "[0-9]+%."));
+  Slot other;
+  other.show<SystemWidgetController>(NetworkSettings{});
+  other.controller->togglePanel();
+  for (auto* each : other.panel.rootView()->findChildren<QWidget*>())
+    if (each->accessibleName() == "The last minute") {
+      EXPECT_THAT(each->accessibleDescription().toStdString(),
+                  testing::MatchesRegex("Download is at .*/s, on average .*/s, at most .*/s. "
+                                        "Upload is at .*/s, on average .*/s, at most .*/s."));
+      return;
+    }
+  FAIL() << "no chart";
 }
 
 TEST(SystemWidgetController, TheBatteryPanelAsksTheDevicesAnew) {
