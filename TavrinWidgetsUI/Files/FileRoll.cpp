@@ -11,6 +11,10 @@ namespace {
 
 constexpr std::size_t mostFolders = 32;
 
+std::size_t limitOf(const FilesSettings& settings) {
+  return static_cast<std::size_t>(std::clamp(settings.limit, 1, 100));
+}
+
 FolderEntry classify(std::string_view name) {
   if (isPartialDownload(name))
     return FolderEntry::unfinished;
@@ -35,7 +39,8 @@ void FileRoll::setSettings(const FilesSettings& settings) {
   if (!isOther)
     return;
   FolderRequest request;
-  request.limit = static_cast<std::size_t>(std::clamp(settings.limit, 1, 100));
+  // One more tells whether there are more.
+  request.limit = limitOf(settings) + 1;
   request.classify = classify;
   roll_.follow(std::move(request), [&files = files_, chosen = settings.folders] {
     std::vector<std::filesystem::path> folders;
@@ -52,6 +57,11 @@ void FileRoll::listed() {
   shown_ = roll_.listing().files;
   if (unfinished() > 0)
     std::erase_if(shown_, [](const FolderFile& file) { return file.size == 0; });
+  next_.reset();
+  if (const auto limit = limitOf(settings_.value_or(FilesSettings{})); shown_.size() > limit) {
+    next_ = shown_[limit];
+    shown_.resize(limit);
+  }
   if (onChange)
     onChange();
 }

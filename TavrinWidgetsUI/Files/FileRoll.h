@@ -29,6 +29,8 @@ public:
   std::size_t unfinished() const { return roll_.listing().unfinished; }
   bool isUnseen(const FolderFile& file) const;
   std::size_t unseenCount() const;
+  /// There are more unseen ones than are listed.
+  bool hasMoreUnseen() const { return next_ && isUnseen(*next_); }
   /// The settings with everything that is listed seen, `now` at the latest.
   FilesSettings seen(Date now) const;
 
@@ -38,6 +40,7 @@ public:
   void releaseMarks() { held_.reset(); }
   /// What the panel marks.
   bool isMarked(const FolderFile& file) const;
+  bool hasMoreMarked() const { return next_ && isMarked(*next_); }
 
   /// Null until it is made, and for what is no picture.
   QImage picture(const FolderFile& file);
@@ -53,6 +56,8 @@ private:
   Thumbnails thumbnails_;
   std::optional<FilesSettings> settings_;
   std::vector<FolderFile> shown_;
+  /// The newest of those there is no room for.
+  std::optional<FolderFile> next_;
   /// What `seenUntil` was when the panel opened.
   std::optional<std::optional<Date>> held_;
 };

@@ -10,9 +10,9 @@ constexpr QColor ground{0x2A, 0x4B, 0x86};
 constexpr QColor groundEnd{0x19, 0x2C, 0x54};
 constexpr QColor badgeRed{0xC8, 0x1E, 0x3C};
 
-AnyView badge(std::size_t count, double body) {
+AnyView badge(const QString& count, double body) {
   const double height = std::max(body * 0.27, 13.0);
-  return text(count > 99 ? QStringLiteral("99+") : QString::number(count))
+  return text(count)
       .size(std::max(height * 0.62, minimumTypeSize))
       .weight(FontWeight::semibold)
       .colour(palette::white)
@@ -61,11 +61,17 @@ QString stateWords(const FilesReading& reading) {
     return reading.unfinished > 0 ? QStringLiteral("Downloading") : QStringLiteral("No files");
   QString words = reading.files.front().title;
   if (reading.unseen > 0)
-    words += QStringLiteral(", %1 new").arg(reading.unseen);
+    words += QStringLiteral(", %1 new").arg(unseenText(reading.unseen, reading.hasMoreUnseen));
   return words;
 }
 
 } // namespace
+
+QString unseenText(std::size_t count, bool hasMore) {
+  constexpr std::size_t most = 99;
+  const QString number = QString::number(std::min(count, most));
+  return hasMore || count > most ? number + '+' : number;
+}
 
 AnyView filesTileIcon(const FilesReading& reading, const TileSize& size) {
   const double body = size.body();
@@ -81,7 +87,7 @@ AnyView filesTileIcon(const FilesReading& reading, const TileSize& size) {
                          .padding(body * 0.05)
                          .fill(Alignment::bottomTrailing));
   if (reading.unseen > 0)
-    layers.push_back(badge(reading.unseen, body)
+    layers.push_back(badge(unseenText(reading.unseen, reading.hasMoreUnseen), body)
                          .padding(Insets{0, body * 0.05, body * 0.05, 0})
                          .fill(Alignment::topTrailing));
   return tile(ground, zstack(std::move(layers)), size).accessibility("Files", stateWords(reading));
@@ -106,7 +112,7 @@ AnyView filesWideTile(const FilesReading& reading, const TileSize& size,
   content.mark = fan(reading, body * 0.6);
   QStringList about{newest.moment};
   if (reading.unseen > 0)
-    about.prepend(QStringLiteral("%1 new").arg(reading.unseen));
+    about.prepend(QStringLiteral("%1 new").arg(unseenText(reading.unseen, reading.hasMoreUnseen)));
   // A figure is never cut.
   if (size.span > about.size() + 1)
     about << newest.bytes;

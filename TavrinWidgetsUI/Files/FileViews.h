@@ -23,10 +23,15 @@ struct FilesReading {
   };
   /// Newest first; no more than a tile can show.
   std::vector<File> files;
+  /// There are more than `unseen`, which are not listed.
+  bool hasMoreUnseen = false;
 };
 
 /// The most files whose sheets lie on a tile.
 inline constexpr std::size_t mostTileFiles = 3;
+
+/// How many are new: "7", or "20+" where there are more than are counted.
+QString unseenText(std::size_t count, bool hasMore);
 
 AnyView filesTileIcon(const FilesReading& reading, const TileSize& size);
 /// The newest file by name; its button is `open`.

@@ -1,5 +1,6 @@
 #include "TavrinWidgetsUI/Files/FilesPanelView.h"
 
+#include "TavrinWidgetsUI/Files/FileViews.h"
 #include "TavrinWidgetsUI/Files/FileWords.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
@@ -94,7 +95,7 @@ void FilesPanelView::showWords() {
     marked += roll_.isMarked(file) ? 1 : 0;
   const auto unfinished = roll_.unfinished();
   setState(unfinished > 0 ? QStringLiteral("%1 downloading").arg(unfinished)
-           : marked > 0   ? QStringLiteral("%1 new").arg(marked)
+           : marked > 0   ? QStringLiteral("%1 new").arg(unseenText(marked, roll_.hasMoreMarked()))
                           : QString(),
            unfinished > 0 ? State::active : State::plain);
   list_->setVisible(!shown_.empty());
@@ -111,13 +112,14 @@ void FilesPanelView::showWords() {
     empty_->setHint({});
   } else if (trouble == nullptr) {
     empty_->setSentence("folder.fill", unfinished > 0 ? "Nothing finished yet" : "No files yet");
-    empty_->setHint("New files in " + folder + " show up here.");
+    empty_->setHint(QStringLiteral("New files in %1 show up here.").arg(folder));
   } else if (trouble->state == FolderListing::State::missing) {
-    empty_->setSentence("folder.fill", "There is no folder " + folder);
+    empty_->setSentence("folder.fill", QStringLiteral("There is no folder %1").arg(folder));
     empty_->setHint("Once it is there, its files show up here.");
   } else {
     empty_->setTrouble(true);
-    empty_->setSentence("exclamationmark.triangle.fill", folder + " cannot be read");
+    empty_->setSentence("exclamationmark.triangle.fill",
+                        QStringLiteral("%1 cannot be read").arg(folder));
     empty_->setHint("You may not look into this folder.");
   }
 }

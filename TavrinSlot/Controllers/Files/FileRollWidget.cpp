@@ -50,8 +50,12 @@ QColor FileRollWidgetController::tint() const {
 }
 
 AnyView FileRollWidgetController::tileView(const TileSize& size) {
-  FilesReading reading{
-      roll_->isKnown(), roll_->trouble() != nullptr, roll_->unseenCount(), roll_->unfinished(), {}};
+  FilesReading reading{roll_->isKnown(),
+                       roll_->trouble() != nullptr,
+                       roll_->unseenCount(),
+                       roll_->unfinished(),
+                       {},
+                       roll_->hasMoreUnseen()};
   const auto& files = roll_->files();
   for (std::size_t i = 0; i < std::min(files.size(), mostTileFiles); ++i) {
     const FolderFile& file = files[i];

@@ -82,6 +82,21 @@ TEST_F(FilesWidget, FilesShowTheNewestAndForgetTheirMarksOnceLookedAt) {
   EXPECT_FALSE(list()->row(1).isNew);
 }
 
+TEST_F(FilesWidget, TheBadgeSaysSoWhereThereAreMoreThanAreListed) {
+  FilesSettings settings;
+  settings.limit = 2;
+  startWith(settings);
+  tell({file("/d/a", 1), file("/d/b", 2)});
+  EXPECT_EQ(platform_.tile.value, "a, 2 new");
+  const QImage two = platform_.tile.last.copy();
+  tell({file("/d/a", 1), file("/d/b", 2), file("/d/c", 3)});
+  EXPECT_EQ(platform_.tile.value, "a, 2+ new");
+  EXPECT_NE(platform_.tile.last, two);
+  click();
+  EXPECT_THAT(words(), Contains(QString("2+ new")));
+  EXPECT_EQ(list()->count(), 2);
+}
+
 TEST_F(FilesWidget, AFileThatComesWhileThePanelIsOpenIsSeenWhenItCloses) {
   startWith(FilesSettings{});
   tell({});

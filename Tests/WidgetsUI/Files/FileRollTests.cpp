@@ -45,11 +45,11 @@ protected:
 TEST_F(FileRollTest, FollowsDownloadsUnlessFoldersAreChosen) {
   set({});
   EXPECT_THAT(request().folders, ElementsAre("/home/user/Downloads"));
-  EXPECT_EQ(request().limit, 20U);
+  EXPECT_EQ(request().limit, 21U) << "one more tells whether there are more";
   set({{"~/Desktop", "/data", "file:///odd%FF", "nonsense"}, 5, true, std::nullopt});
   EXPECT_THAT(request().folders,
               ElementsAre("/home/user/Desktop", "/data", "/odd\xFF", "nonsense"));
-  EXPECT_EQ(request().limit, 5U);
+  EXPECT_EQ(request().limit, 6U);
   EXPECT_EQ(watch.followers.size(), 1U);
 }
 
@@ -58,7 +58,7 @@ TEST_F(FileRollTest, SettingsOfAnyNonsenseAreBounded) {
       {0, 1}, {-5, 1}, {101, 100}, {2'000'000'000, 100}, {7, 7}};
   for (const auto& [limit, expected] : limits) {
     set({{}, limit, true, std::nullopt});
-    EXPECT_EQ(request().limit, expected);
+    EXPECT_EQ(request().limit, expected + 1);
   }
   set({std::vector<std::string>(500, "/x"), 1, true, std::nullopt});
   EXPECT_LE(request().folders.size(), 32U);
@@ -119,6 +119,22 @@ TEST_F(FileRollTest, MarksLastUntilThePanelWasLookedAt) {
   EXPECT_EQ(roll.unseenCount(), 0U);
   set({{}, 20, true, std::nullopt});
   EXPECT_EQ(roll.unseenCount(), 2U);
+}
+
+TEST_F(FileRollTest, MoreUnseenOnesThanAreListedAreKnownOf) {
+  set({{}, 2, true, Date{100}});
+  const auto tell = [&](std::vector<FolderFile> files) {
+    watch.tell({{{"/d", State::listed}}, std::move(files), 0});
+  };
+  tell({file("/d/a", 150), file("/d/b", 140)});
+  EXPECT_EQ(roll.unseenCount(), 2U);
+  EXPECT_FALSE(roll.hasMoreUnseen()) << "exactly as many as are listed";
+  tell({file("/d/a", 150), file("/d/b", 140), file("/d/c", 130)});
+  EXPECT_EQ(roll.files().size(), 2U);
+  EXPECT_EQ(roll.unseenCount(), 2U);
+  EXPECT_TRUE(roll.hasMoreUnseen());
+  tell({file("/d/a", 150), file("/d/b", 140), file("/d/c", 90)});
+  EXPECT_FALSE(roll.hasMoreUnseen());
 }
 
 TEST_F(FileRollTest, TroubleIsToldOnlyWhereNoFolderCanBeListed) {
