@@ -29,6 +29,10 @@ constexpr double ringRatio = 0.05;
 /// White on black is no kind's tint, and stands out from every ground.
 const QColor ringColour(0xFF, 0xFF, 0xFF);
 const QColor ringEdgeColour(0, 0, 0);
+const QColor takenColour(0x2E, 0x7D, 0xF6);
+const QColor takenEdgeColour(255, 255, 255, 200);
+/// Of a tile that does not take what is dragged over it. 0 to 255.
+constexpr int refusedOpacity = 110;
 constexpr std::uint32_t everyDesktop = 0xFFFFFFFF;
 constexpr int solid = 128;
 constexpr const char* demandsAttention = "_NET_WM_STATE_DEMANDS_ATTENTION";
@@ -161,6 +165,48 @@ void StripWindow::paintEvent(QPaintEvent*) {
   }
   if (hasRing_)
     paintRing(painter);
+  if (drag_ != Drag::none)
+    paintDrag(painter);
+}
+
+void StripWindow::paintDrag(QPainter& painter) const {
+  const double side = pictureRect().height();
+  const double margin = side * (1 - DockTileGeometry::iconBodyRatio) / 2;
+  const double stroke = std::max(side * ringRatio, 2.0);
+  const double radius = side * DockTileGeometry::iconBodyRatio * 0.24;
+  const QRectF body = pictureRect().adjusted(margin, margin, -margin, -margin);
+  painter.setRenderHint(QPainter::Antialiasing);
+  if (drag_ == Drag::refused) {
+    // Paler, not darker: only what is there already is touched.
+    painter.setCompositionMode(QPainter::CompositionMode_DestinationIn);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(QColor(0, 0, 0, refusedOpacity));
+    painter.drawRect(pictureRect());
+    return;
+  }
+  painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+  const auto draw = [&](const QColor& colour, double inset) {
+    painter.setPen(QPen(colour, stroke));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(body.adjusted(inset, inset, -inset, -inset), radius, radius);
+  };
+  draw(takenEdgeColour, stroke);
+  draw(takenColour, stroke / 2);
+  // The sign of a copy.
+  const double mark = side * 0.26;
+  const QPointF centre(body.right() - mark * 0.6, body.bottom() - mark * 0.6);
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(takenColour);
+  painter.drawEllipse(centre, mark / 2, mark / 2);
+  painter.setPen(QPen(Qt::white, std::max(mark * 0.14, 1.5), Qt::SolidLine, Qt::RoundCap));
+  const double arm = mark * 0.26;
+  painter.drawLine(centre - QPointF(arm, 0), centre + QPointF(arm, 0));
+  painter.drawLine(centre - QPointF(0, arm), centre + QPointF(0, arm));
+}
+
+void StripWindow::setDrag(Drag drag) {
+  if (std::exchange(drag_, drag) != drag)
+    update();
 }
 
 void StripWindow::paintRing(QPainter& painter) const {
@@ -219,6 +265,9 @@ bool StripWindow::event(QEvent* event) {
   case QEvent::DragMove:
   case QEvent::Drop:
     return handleDrag(event);
+  case QEvent::DragLeave:
+    setDrag(Drag::none);
+    return true;
   case QEvent::Leave:
     toolTip_.stop();
     break;
@@ -238,6 +287,7 @@ bool StripWindow::handleDrag(QEvent* event) {
                     drag->possibleActions().testFlag(action);
   if (isAccepted && event->type() == QEvent::Drop)
     isAccepted = onDrop(paths);
+  setDrag(event->type() == QEvent::Drop ? Drag::none : isAccepted ? Drag::taken : Drag::refused);
   // Never as a move: its source would then delete the files.
   if (isAccepted) {
     drag->setDropAction(action);

@@ -32,6 +32,10 @@ public:
   /// Whether changes of the label are told to assistive technology.
   void setAnnouncing(bool isAnnouncing) { isAnnouncing_ = isAnnouncing; }
 
+  /// What is dragged over the tile, and whether it would be taken.
+  enum class Drag { none, taken, refused };
+  Drag drag() const { return drag_; }
+
   const QString& name() const { return label_.name; }
   const QString& value() const { return label_.value; }
 
@@ -61,8 +65,10 @@ private:
   void watchCompositor();
   void updateOutline();
   void paintRing(QPainter& painter) const;
+  void paintDrag(QPainter& painter) const;
   void hover(QPointF place);
   bool handleDrag(QEvent* event);
+  void setDrag(Drag drag);
   QRectF pictureRect() const;
 
   QImage picture_;
@@ -75,6 +81,7 @@ private:
   bool isComposited_ = false;
   bool isCut_ = false;
   bool hasRing_ = false;
+  Drag drag_ = Drag::none;
   bool isPressed_ = false;
   bool isAnnouncing_ = false;
 };
