@@ -244,6 +244,7 @@ void addWidgetCommands(CLI::App& app, CommandContext& context) {
   group->require_subcommand(0, 1);
   addWidgetListings(*group, context);
   addWidgetEdits(*group, context);
+  addBookmarkCommands(*group, context);
   context.addJSONFlag(*group);
   group->callback([group, &context] {
     if (group->get_subcommands().empty())

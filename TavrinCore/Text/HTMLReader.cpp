@@ -74,6 +74,12 @@ std::optional<HTMLTag> HTMLReader::next() {
   return std::nullopt;
 }
 
+std::string HTMLReader::text() {
+  const auto start = std::min(at_, page_.size());
+  at_ = std::min(page_.find('<', start), page_.size());
+  return withoutEntities(page_.substr(start, at_ - start));
+}
+
 HTMLTag HTMLReader::readTag() {
   HTMLTag tag;
   tag.isEnd = isAt('/');

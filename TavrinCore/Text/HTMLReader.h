@@ -30,6 +30,8 @@ public:
 
   /// No value at the end.
   std::optional<HTMLTag> next();
+  /// The words from the tag that was read last to the next one.
+  std::string text();
 
 private:
   bool skipTo(std::string_view end);

@@ -13,10 +13,25 @@ void BookmarkWidgetController::start() {
                               platform().fileManager().cachesFolder() / "tavrin" / "icons"});
   icons_->setEnabled(settings().showsIcons);
   icons_->onChange = [this] { refresh(); };
+  names_.emplace(platform().runLoop(), [this]() -> HTTPClient& { return platform().http(); });
+  names_->onName = [this](const std::string& url, const std::string& name) { call(url, name); };
 }
 
 void BookmarkWidgetController::stop() {
+  names_.reset();
   icons_.reset();
+}
+
+void BookmarkWidgetController::call(const std::string& url, const std::string& name) {
+  BookmarkSettings changed = settings();
+  for (const auto& place : allBookmarks(changed)) {
+    const Bookmark& bookmark = *bookmarkAt(changed, place);
+    // Meanwhile its user may have called it something.
+    if (bookmark.url == url && bookmark.title.empty())
+      renameBookmark(changed, place, name);
+  }
+  if (changed != settings())
+    save(changed);
 }
 
 void BookmarkWidgetController::widgetChanged() {
@@ -53,6 +68,11 @@ PanelView* BookmarkWidgetController::makePanelView(const PanelAppearance& appear
            },
        .copy = [this](const std::string& url) { platform().pasteboard().writeText(url); },
        .change = [this](const BookmarkSettings& changed) { save(changed); },
+       .added =
+           [this](const std::string& url) {
+             if (settings().fetchesNames)
+               names_->fetch(url);
+           },
        .edit = context().onEdit});
 }
 

@@ -3,6 +3,7 @@
 #include "TavrinCore/Kinds/Bookmarks/BookmarkSettings.h"
 #include "TavrinSlot/KindController.h"
 #include "TavrinWidgetsUI/Bookmarks/BookmarkIcons.h"
+#include "TavrinWidgetsUI/Bookmarks/BookmarkNames.h"
 
 namespace tavrin {
 
@@ -22,7 +23,11 @@ private:
   /// In the browser; what is no address of the web is left alone.
   void open(const std::string& url);
 
+  /// Gives a link that has none the name that its page told.
+  void call(const std::string& url, const std::string& name);
+
   std::optional<BookmarkIcons> icons_;
+  std::optional<BookmarkNames> names_;
   std::function<void(const std::string&)> open_ = [this](const auto& url) { open(url); };
 };
 

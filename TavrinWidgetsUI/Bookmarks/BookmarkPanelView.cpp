@@ -1,6 +1,7 @@
 #include "TavrinWidgetsUI/Bookmarks/BookmarkPanelView.h"
 
 #include "TavrinCore/Kinds/Bookmarks/BookmarkSettings.h"
+#include "TavrinWidgetsUI/Bookmarks/BookmarkNameEdit.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
@@ -8,6 +9,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelToolTip.h"
 #include "TavrinWidgetsUI/Kit/Views/Utf8.h"
 
+#include <QKeyEvent>
 #include <algorithm>
 
 namespace tavrin {
@@ -17,12 +19,16 @@ constexpr int visibleRows = 9;
 constexpr int monogramSide = 48;
 /// More at once would bury the browser.
 constexpr std::size_t mostOpened = 12;
+/// Where a row's title begins.
+constexpr int titleInset = 40;
+
+/// What the buttons of a link's row do, in their order.
+enum LinkAction { copyAddress, renameLink, removeLink };
 
 /// The address as people read it: without scheme and a lone slash.
 QString shortAddress(const WebAddress& address) {
-  QString text = utf8(address.url).section("://", 1);
-  if (text.startsWith("www."))
-    text = text.mid(4);
+  const std::size_t start = address.origin().size() - address.port.size();
+  const QString text = utf8(address.site() + address.url.substr(start));
   return text.endsWith('/') ? text.chopped(1) : text;
 }
 
@@ -46,6 +52,7 @@ BookmarkPanelView::BookmarkPanelView(const PanelAppearance& appearance, Source s
     if (const auto item = itemAt(row); item && item->kind == Item::Kind::link)
       remove(item->place);
   };
+  list_->installEventFilter(this);
   add(list_);
   add(empty_);
   setEditButton("Edit Bookmarks…", source_.edit);
@@ -79,8 +86,7 @@ std::vector<BookmarkPanelView::Item> BookmarkPanelView::wantedItems() const {
   if (!query().isEmpty()) {
     const std::string typed = query().toStdString();
     addLinks(findBookmarks(settings_, typed));
-    BookmarkSettings tried = settings_;
-    if (addBookmark(tried, typed, folder_))
+    if (bookmarkRefusal(settings_, typed, folder_).empty())
       items.push_back({Item::Kind::add, {}});
     return items;
   }
@@ -120,7 +126,7 @@ PanelRow BookmarkPanelView::row(const Item& item) {
   case Item::Kind::add: {
     const auto address = WebAddress::from(query().toStdString());
     return {.id = "add",
-            .title = "Add " + (address ? shortAddress(*address) : query()),
+            .title = QStringLiteral("Add %1").arg(address ? shortAddress(*address) : query()),
             .symbol = "plus.circle.fill"};
   }
   case Item::Kind::back:
@@ -152,7 +158,7 @@ PanelRow BookmarkPanelView::linkRow(const BookmarkPlace& place) {
   if (!query().isEmpty() && place.folder)
     row.trailing = utf8(settings_.folders[*place.folder].title);
   row.image = iconOf(bookmark);
-  row.actions = {{"doc.on.clipboard", "Copy Address"}, {"trash", "Remove"}};
+  row.actions = {{"doc.on.clipboard", "Copy Address"}, {"pencil", "Rename"}, {"trash", "Remove"}};
   row.isEnabled = address.has_value();
   return row;
 }
@@ -182,10 +188,12 @@ void BookmarkPanelView::openRow(int row) {
   switch (item->kind) {
   case Item::Kind::add: {
     BookmarkSettings changed = settings_;
-    if (addBookmark(changed, query().toStdString(), folder_)) {
+    const auto address = WebAddress::from(query().toStdString());
+    if (address && addBookmark(changed, address->url, folder_)) {
       removedFrom_.reset();
       search_->clear();
       source_.change(changed);
+      source_.added(address->url);
     }
     return;
   }
@@ -211,10 +219,59 @@ void BookmarkPanelView::act(int row, int action) {
   const auto item = itemAt(row);
   if (!item || item->kind != Item::Kind::link)
     return;
-  if (action == 0)
+  switch (action) {
+  case copyAddress:
     source_.copy(bookmarkAt(settings_, item->place)->url);
-  else
+    break;
+  case renameLink:
+    rename(row);
+    break;
+  case removeLink:
     remove(item->place);
+    break;
+  default:
+    break;
+  }
+}
+
+bool BookmarkPanelView::eventFilter(QObject* object, QEvent* event) {
+  if (object == list_ && event->type() == QEvent::KeyPress &&
+      static_cast<QKeyEvent*>(event)->key() == Qt::Key_F2) {
+    rename(list_->currentRow());
+    return true;
+  }
+  return PanelView::eventFilter(object, event);
+}
+
+void BookmarkPanelView::rename(int row) {
+  const auto item = itemAt(row);
+  if (!item || item->kind != Item::Kind::link || nameEdit_ != nullptr)
+    return;
+  const Bookmark bookmark = *bookmarkAt(settings_, item->place);
+  const auto index = list_->model()->index(row, 0);
+  list_->scrollTo(index);
+  nameEdit_ = new BookmarkNameEdit(utf8(bookmark.title), utf8(displayTitle({"", bookmark.url})),
+                                   list_->viewport());
+  const QRect place = list_->visualRect(index);
+  const int height = std::min(nameEdit_->sizeHint().height(), place.height());
+  nameEdit_->setGeometry(place.left() + titleInset, place.center().y() - height / 2,
+                         place.width() - titleInset, height);
+  nameEdit_->onEnd = [this, at = item->place](const auto& name) { endRename(at, name); };
+  nameEdit_->show();
+  nameEdit_->setFocus(Qt::OtherFocusReason);
+}
+
+void BookmarkPanelView::endRename(const BookmarkPlace& place, const std::optional<QString>& name) {
+  auto* edit = std::exchange(nameEdit_, nullptr);
+  if (edit->hasFocus())
+    list_->setFocus(Qt::OtherFocusReason);
+  edit->hide();
+  edit->deleteLater();
+  BookmarkSettings changed = settings_;
+  if (!name || !renameBookmark(changed, place, name->toStdString()) || changed == settings_)
+    return;
+  source_.change(changed);
+  refresh();
 }
 
 void BookmarkPanelView::remove(const BookmarkPlace& place) {
@@ -246,8 +303,10 @@ void BookmarkPanelView::showWords() {
   list_->setVisible(!isEmpty);
   empty_->setVisible(isEmpty);
   if (isEmpty && !query().isEmpty()) {
+    const bool isAddress = query().contains('.') || query().contains(':');
     empty_->setSentence("magnifyingglass", "Nothing found");
-    empty_->setHint("An address such as example.com can be added here.");
+    empty_->setHint(isAddress ? utf8(bookmarkRefusal(settings_, query().toStdString(), folder_))
+                              : QString("An address such as example.com can be added here."));
   } else if (isEmpty) {
     empty_->setSentence("bookmark.fill", "No links yet");
     empty_->setHint("Type or paste an address above, and press Return.");
@@ -260,8 +319,11 @@ void BookmarkPanelView::showWords() {
 void BookmarkPanelView::refresh() {
   const BookmarkSettings now = source_.settings();
   if (now != settings_) {
-    // What was removed is no longer the last thing that happened.
+    // What was removed is no longer the last thing that happened, and a name that is edited may
+    // stand elsewhere.
     removedFrom_.reset();
+    if (nameEdit_ != nullptr)
+      endRename({}, std::nullopt);
     settings_ = now;
   }
   if (folder_ && *folder_ >= settings_.folders.size())

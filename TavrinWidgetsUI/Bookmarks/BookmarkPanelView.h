@@ -12,6 +12,7 @@
 
 namespace tavrin {
 
+class BookmarkNameEdit;
 class PanelEmptyState;
 class PanelList;
 struct PanelRow;
@@ -29,6 +30,8 @@ public:
     std::function<void(const std::vector<std::string>&)> open;
     std::function<void(const std::string&)> copy;
     std::function<void(const BookmarkSettings&)> change;
+    /// A link was added that has no name yet.
+    std::function<void(const std::string& url)> added;
     std::function<void()> edit;
   };
 
@@ -37,6 +40,7 @@ public:
 
 protected:
   void showEvent(QShowEvent* event) override;
+  bool eventFilter(QObject* object, QEvent* event) override;
 
 private:
   /// What a row stands for.
@@ -57,6 +61,8 @@ private:
   void openRow(int row);
   void act(int row, int action);
   void remove(const BookmarkPlace& place);
+  void rename(int row);
+  void endRename(const BookmarkPlace& place, const std::optional<QString>& name);
   void undo();
   void openAll();
   void enter(std::optional<std::size_t> folder);
@@ -67,6 +73,8 @@ private:
   PanelSearchField* search_;
   PanelList* list_;
   PanelEmptyState* empty_;
+  /// While a link's name is edited.
+  BookmarkNameEdit* nameEdit_ = nullptr;
   PanelButton* undo_;
   PanelButton* openAll_;
   std::vector<Item> items_;

@@ -102,7 +102,7 @@ class DesignedWidgets(DeskTest):
         wait_for(lambda: self.clipboard() == "👋🏿", "the hand in the tone")
 
     def test_bookmarks(self):
-        process = self.place("bookmarks", "Links", "showsIcons=false")
+        process = self.place("bookmarks", "Links", "showsIcons=false", "fetchesNames=false")
         self.open(process)
         self.desk.run("xdotool", "type", "example.com/a")
         self.desk.key("Return")

@@ -46,6 +46,8 @@ struct BookmarkSettings {
   std::vector<BookmarkFolder> folders;
   /// Fetches each site's icon once.
   bool showsIcons = true;
+  /// Asks the page of a link that is added for its name.
+  bool fetchesNames = true;
 
   static constexpr auto fields() {
     return std::tuple{
@@ -57,7 +59,10 @@ struct BookmarkSettings {
             .helped("Bookmarks that belong together, under a title of their own."),
         optional("showsIcons", &BookmarkSettings::showsIcons)
             .titled("Show icons")
-            .helped("Fetches each site's icon once and shows it beside the bookmark.")};
+            .helped("Fetches each site's icon once and shows it beside the bookmark."),
+        optional("fetchesNames", &BookmarkSettings::fetchesNames)
+            .titled("Fetch names")
+            .helped("Asks the page of a bookmark that is added for its name.")};
   }
   bool operator==(const BookmarkSettings&) const = default;
 };

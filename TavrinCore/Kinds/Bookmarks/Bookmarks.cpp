@@ -6,83 +6,6 @@
 #include <algorithm>
 
 namespace tavrin {
-namespace {
-
-constexpr std::size_t longestAddress = 2048;
-
-char lower(char character) {
-  return character >= 'A' && character <= 'Z' ? static_cast<char>(character + 32) : character;
-}
-
-std::string lowered(std::string_view text) {
-  std::string result(text);
-  std::ranges::transform(result, result.begin(), lower);
-  return result;
-}
-
-/// What no address has inside.
-bool isForbidden(char character) {
-  const auto byte = static_cast<unsigned char>(character);
-  return byte <= 0x20 || byte == 0x7F || character == '"' || character == '<' || character == '>' ||
-         character == '\\' || character == '`';
-}
-
-bool isHost(std::string_view host) {
-  return !host.empty() && host.size() <= 253 && host.front() != '.' && host.front() != '-' &&
-         host.find("..") == host.npos && host.find_first_of("%{}|^") == host.npos;
-}
-
-bool isPort(std::string_view digits) {
-  return !digits.empty() && digits.size() <= 5 &&
-         digits.find_first_not_of("0123456789") == digits.npos;
-}
-
-} // namespace
-
-std::optional<WebAddress> WebAddress::from(std::string_view text) {
-  text = trimmed(text);
-  if (text.empty() || text.size() > longestAddress || !isUTF8(text) ||
-      std::ranges::any_of(text, isForbidden))
-    return std::nullopt;
-  WebAddress address;
-  const auto colon = text.find("://");
-  std::string_view rest = text;
-  if (colon == text.npos) {
-    address.url = "https://" + std::string(text);
-  } else {
-    const std::string scheme = lowered(text.substr(0, colon));
-    if (scheme != "http" && scheme != "https")
-      return std::nullopt;
-    address.isSecure = scheme == "https";
-    rest = text.substr(colon + 3);
-    address.url = scheme + "://" + std::string(rest);
-  }
-  std::string_view authority = rest.substr(0, rest.find_first_of("/?#"));
-  // A name and a password in front make an address say another host than it leads to.
-  if (authority.find('@') != authority.npos)
-    return std::nullopt;
-  const bool isBracketed = authority.starts_with('[');
-  const auto portAt = isBracketed ? authority.find(':', authority.find(']')) : authority.find(':');
-  if (portAt != authority.npos) {
-    if (!isPort(authority.substr(portAt + 1)))
-      return std::nullopt;
-    address.port = authority.substr(portAt);
-    authority = authority.substr(0, portAt);
-  }
-  address.host = lowered(authority);
-  const bool isTypedWord = colon == text.npos && address.host.find('.') == address.host.npos;
-  if (isTypedWord || (!isBracketed && !isHost(address.host)))
-    return std::nullopt;
-  return address;
-}
-
-std::string WebAddress::origin() const {
-  return (isSecure ? "https://" : "http://") + host + port;
-}
-
-std::string WebAddress::site() const {
-  return host.starts_with("www.") && host.size() > 4 ? host.substr(4) : host;
-}
 
 std::string displayTitle(const Bookmark& bookmark) {
   if (const auto title = trimmed(bookmark.title); !title.empty())
@@ -125,7 +48,7 @@ std::vector<BookmarkPlace> findBookmarks(const BookmarkSettings& settings, std::
   for (const auto& place : allBookmarks(settings)) {
     const Bookmark& bookmark = *bookmarkAt(settings, place);
     const std::string title = foldedWords(displayTitle(bookmark));
-    std::string searched = title + ' ' + foldedWords(bookmark.url.substr(0, longestAddress));
+    std::string searched = title + ' ' + foldedWords(bookmark.url.substr(0, WebAddress::longest));
     if (place.folder)
       searched += ' ' + foldedWords(settings.folders[*place.folder].title);
     if (std::ranges::all_of(words,
@@ -136,19 +59,38 @@ std::vector<BookmarkPlace> findBookmarks(const BookmarkSettings& settings, std::
   return first;
 }
 
-bool addBookmark(BookmarkSettings& settings, std::string_view text,
-                 std::optional<std::size_t> folder) {
+std::string_view bookmarkRefusal(const BookmarkSettings& settings, std::string_view text,
+                                 std::optional<std::size_t> folder) {
+  if (const auto refusal = WebAddress::refusal(text); !refusal.empty())
+    return refusal;
+  if (folder && *folder >= settings.folders.size())
+    return "The folder is gone.";
   const auto address = WebAddress::from(text);
   const auto places = allBookmarks(settings);
-  if (!address || places.size() >= mostBookmarks || (folder && *folder >= settings.folders.size()))
-    return false;
   const bool isThere = std::ranges::any_of(places, [&](const BookmarkPlace& place) {
     const auto other = WebAddress::from(bookmarkAt(settings, place)->url);
-    return other && other->url == address->url;
+    return other && other->key() == address->key();
   });
   if (isThere)
+    return "This address is here already.";
+  return places.size() >= mostBookmarks ? "There is no room for more than 500 links." : "";
+}
+
+bool addBookmark(BookmarkSettings& settings, std::string_view text,
+                 std::optional<std::size_t> folder) {
+  if (!bookmarkRefusal(settings, text, folder).empty())
     return false;
-  (folder ? settings.folders[*folder].bookmarks : settings.bookmarks).push_back({"", address->url});
+  (folder ? settings.folders[*folder].bookmarks : settings.bookmarks)
+      .push_back({"", WebAddress::from(text)->url});
+  return true;
+}
+
+bool renameBookmark(BookmarkSettings& settings, const BookmarkPlace& place,
+                    std::string_view title) {
+  if (bookmarkAt(settings, place) == nullptr)
+    return false;
+  auto& list = place.folder ? settings.folders[*place.folder].bookmarks : settings.bookmarks;
+  list[place.index].title = oneLine(title, longestBookmarkTitle);
   return true;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TavrinCore/Kinds/Bookmarks/BookmarkSettings.h"
+#include "TavrinCore/Kinds/Bookmarks/WebAddress.h"
 
 #include <optional>
 #include <string>
@@ -8,26 +9,6 @@
 #include <vector>
 
 namespace tavrin {
-
-/// An address of the web, taken apart.
-struct WebAddress {
-  /// The whole, with its scheme: what a browser is to open.
-  std::string url;
-  bool isSecure = true;
-  /// In lower case, without port and user.
-  std::string host;
-  /// With what follows the host's name up to the path: ":8080"; empty for the usual one.
-  std::string port;
-
-  /// From what somebody typed or kept: "example.com/a" is taken for https. No value for other
-  /// schemes, for blanks and controls inside, and beyond 2048 bytes.
-  static std::optional<WebAddress> from(std::string_view text);
-
-  /// Where the host's files begin: "https://example.com:8080".
-  std::string origin() const;
-  /// The host without "www.".
-  std::string site() const;
-};
 
 /// Where a bookmark stands; without a folder among those outside all.
 struct BookmarkPlace {
@@ -37,6 +18,8 @@ struct BookmarkPlace {
 };
 
 inline constexpr std::size_t mostBookmarks = 500;
+/// Code points.
+inline constexpr std::size_t longestBookmarkTitle = 300;
 
 /// Its title, else its site, else the address as it stands.
 std::string displayTitle(const Bookmark& bookmark);
@@ -53,10 +36,14 @@ std::vector<BookmarkPlace> allBookmarks(const BookmarkSettings& settings);
 /// with it first.
 std::vector<BookmarkPlace> findBookmarks(const BookmarkSettings& settings, std::string_view query);
 
-/// Adds a link at the end, unless it is there already, is no address, or there are too many.
-/// Whether it did.
+/// Why a link cannot be added: a sentence for the user; empty where it can.
+std::string_view bookmarkRefusal(const BookmarkSettings& settings, std::string_view address,
+                                 std::optional<std::size_t> folder);
+/// Adds a link at the end, unless there is a reason against it. Whether it did.
 bool addBookmark(BookmarkSettings& settings, std::string_view address,
                  std::optional<std::size_t> folder);
+/// An empty title shows the address. False where nothing stands there.
+bool renameBookmark(BookmarkSettings& settings, const BookmarkPlace& place, std::string_view title);
 void removeBookmark(BookmarkSettings& settings, const BookmarkPlace& place);
 
 } // namespace tavrin

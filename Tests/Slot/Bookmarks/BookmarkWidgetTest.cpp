@@ -100,6 +100,73 @@ TEST_F(BookmarkWidget, WhatIsTypedCanBeAddedAndTakenAway) {
   EXPECT_FALSE(button("Undo")->isVisibleTo(panel()));
 }
 
+TEST_F(BookmarkWidget, AnAddressIsKeptAsABrowserWritesItAndARefusalSaysWhy) {
+  open();
+  typeText(search(), "münchen.example/two words");
+  EXPECT_EQ(titles(), QStringList{"Add münchen.example/two%20words"});
+  pressKey(search(), Qt::Key_Return);
+  EXPECT_EQ(stored().bookmarks.back().url, "https://xn--mnchen-3ya.example/two%20words");
+  const auto before = stored();
+  typeText(search(), "https://me@evil.example");
+  EXPECT_EQ(words().filter("user's name").size(), 1) << words().join("; ").toStdString();
+  pressKey(search(), Qt::Key_Return);
+  search()->clear();
+  typeText(search(), "ftp://old.example");
+  EXPECT_EQ(words().filter("http or https").size(), 1);
+  EXPECT_EQ(stored(), before);
+}
+
+TEST_F(BookmarkWidget, ThePageOfALinkThatIsAddedTellsItsName) {
+  platform_.fakeHTTP.hosts["new.example"] = {"93.184.216.34"};
+  platform_.fakeHTTP.automatic =
+      HTTPResponse{200, "<title>The &quot;New&quot; Page</title>", "text/html", {}};
+  BookmarkSettings settings;
+  settings.showsIcons = false;
+  open(settings);
+  const auto add = [&](const char* address) {
+    typeText(search(), address);
+    pressKey(search(), Qt::Key_Return);
+    settle();
+  };
+  add("new.example");
+  EXPECT_EQ(platform_.fakeHTTP.urls, (std::vector<std::string>{"https://new.example"}));
+  EXPECT_EQ(stored().bookmarks.back().title, "The \"New\" Page");
+  EXPECT_EQ(titles(), QStringList{"The \"New\" Page"});
+  platform_.fakeHTTP.hosts["router.example"] = {"192.168.1.1"};
+  add("router.example");
+  EXPECT_EQ(platform_.fakeHTTP.urls.size(), 1U) << "nobody of one's own network is asked";
+  auto quiet = stored();
+  quiet.fetchesNames = false;
+  write(quiet);
+  announce();
+  add("new.example/other");
+  EXPECT_EQ(platform_.fakeHTTP.urls.size(), 1U);
+}
+
+TEST_F(BookmarkWidget, ANameIsEditedWhereItStands) {
+  open();
+  const auto edit = [this]() -> QLineEdit* { return list()->viewport()->findChild<QLineEdit*>(); };
+  list()->setCurrentRow(1);
+  pressKey(list(), Qt::Key_F2);
+  ASSERT_NE(edit(), nullptr);
+  EXPECT_EQ(edit()->text(), "News");
+  edit()->setText("Newspaper");
+  pressKey(edit(), Qt::Key_Return);
+  EXPECT_EQ(stored().bookmarks.front().title, "Newspaper");
+  EXPECT_EQ(titles(), (QStringList{"Work", "Newspaper", "Broken"}));
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  EXPECT_EQ(edit(), nullptr);
+  list()->onAction(1, 1);
+  edit()->setText("Nonsense");
+  pressKey(edit(), Qt::Key_Escape);
+  EXPECT_EQ(stored().bookmarks.front().title, "Newspaper");
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  list()->onAction(1, 1);
+  write(library());
+  announce();
+  EXPECT_EQ(stored(), library()) << "another's change ends it and keeps its own";
+}
+
 TEST_F(BookmarkWidget, AChangeFromOutsideShowsAtOnce) {
   open();
   list()->onOpen(0);
@@ -184,7 +251,10 @@ TEST(BookmarkIcons, FileNamesAreTame) {
   EXPECT_EQ(name("http://example.com"), "http_example.com.png");
   EXPECT_EQ(name("https://ä.example").find_first_not_of("abcdefghijklmnopqrstuvwxyz0123456789_.-"),
             std::string::npos);
-  EXPECT_TRUE(name(("https://" + std::string(200, 'a') + ".example").c_str()).empty());
+  const std::string label(60, 'a');
+  EXPECT_TRUE(
+      name(("https://" + label + '.' + label + '.' + label + '.' + label + ".example").c_str())
+          .empty());
 }
 
 } // namespace

@@ -68,6 +68,7 @@ GalleryPanel panelOf(const char* name, const BookmarkSettings& settings,
                                                    *current = changed;
                                                    (*shown)->refresh();
                                                  },
+                                             .added = [](const std::string&) {},
                                              .edit = [] {}});
             if (act)
               QTimer::singleShot(0, panel, [act, panel] { act(panel); });

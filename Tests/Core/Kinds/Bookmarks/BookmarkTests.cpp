@@ -15,10 +15,22 @@ TEST(WebAddress, TakesWhatPeopleTypeAndNothingElse) {
   };
   for (const auto& [text, url, origin] : {
            Case{"example.com", "https://example.com", "https://example.com"},
-           Case{" HTTP://Example.com:8080/Path?q=1#x ", "http://Example.com:8080/Path?q=1#x",
+           Case{" HTTP://Example.com:8080/Path?q=1#x ", "http://example.com:8080/Path?q=1#x",
                 "http://example.com:8080"},
-           Case{"https://münchen.example/ä", "https://münchen.example/ä",
-                "https://münchen.example"},
+           Case{"https://MÜNCHEN.example/ä", "https://xn--mnchen-3ya.example/%C3%A4",
+                "https://xn--mnchen-3ya.example"},
+           Case{"example.com/two words?a b='c'&d=ä#e f",
+                "https://example.com/two%20words?a%20b=%27c%27&d=%C3%A4#e%20f",
+                "https://example.com"},
+           Case{"https://a.com/\"><script>{x}`^", "https://a.com/%22%3E%3Cscript%3E%7Bx%7D%60%5E",
+                "https://a.com"},
+           Case{"https://a.com/%41%20|?\"<>#\"<>`", "https://a.com/%41%20|?%22%3C%3E#%22%3C%3E%60",
+                "https://a.com"},
+           Case{"https://a.com\\b", "https://a.com/b", "https://a.com"},
+           Case{"https://a.com:443/", "https://a.com/", "https://a.com"},
+           Case{"http://a.com:80/", "http://a.com/", "http://a.com"},
+           Case{"http://a.com:0443", "http://a.com:443", "http://a.com:443"},
+           Case{"https://a.com/?u=http://b@c", "https://a.com/?u=http://b@c", "https://a.com"},
            Case{"http://[2606:2800::1]:81/", "http://[2606:2800::1]:81/",
                 "http://[2606:2800::1]:81"},
            Case{"http://localhost/", "http://localhost/", "http://localhost"},
@@ -28,6 +40,8 @@ TEST(WebAddress, TakesWhatPeopleTypeAndNothingElse) {
     ASSERT_TRUE(address) << text;
     EXPECT_EQ(address->url, url);
     EXPECT_EQ(address->origin(), origin);
+    EXPECT_EQ(WebAddress::from(address->url)->url, url) << "encoded once";
+    EXPECT_TRUE(WebAddress::refusal(text).empty());
   }
   for (const std::string& text :
        {std::string(), std::string("word"), std::string("two words.com"),
@@ -35,9 +49,23 @@ TEST(WebAddress, TakesWhatPeopleTypeAndNothingElse) {
         std::string("ftp://example.com"), std::string("https://"),
         std::string("https://user@evil.com"), std::string("https://bank.com@evil.com/"),
         std::string("https://a..b"), std::string("https://a:port/"), std::string("https://a\n.com"),
-        std::string("a.com\x01"), std::string("https://a.com/\"><script>"), std::string("\xff.com"),
+        std::string("a.com\x01"), std::string("\xff.com"), std::string("https://[::1"),
+        std::string("https://a<b.com"), std::string("https://a.com:65536/"),
         "https://a.com/" + std::string(2048, 'x')})
     EXPECT_FALSE(WebAddress::from(text)) << text;
+  EXPECT_EQ(WebAddress::from("https://www.münchen.example")->site(), "münchen.example");
+}
+
+TEST(WebAddress, SaysWhyItRefuses) {
+  for (const auto& [text, word] : std::initializer_list<std::pair<std::string, const char*>>{
+           {"word", "not an address"},
+           {"ftp://example.com", "http or https"},
+           {"https://user@evil.com", "user's name"},
+           {"https://a..b", "no site"},
+           {"https://a.com:99999", "port"},
+           {"https://a.com/" + std::string(2048, 'x'), "longer"},
+           {"https://a.com/" + std::string(700, ' ') + 'x', "longer"}})
+    EXPECT_NE(WebAddress::refusal(text).find(word), std::string_view::npos) << text;
 }
 
 BookmarkSettings library() {
@@ -76,7 +104,11 @@ TEST(Bookmarks, AreAddedOnceAndRemoved) {
   EXPECT_FALSE(addBookmark(settings, "https://new.example", 0)) << "it is there already";
   EXPECT_FALSE(addBookmark(settings, "no address", std::nullopt));
   EXPECT_FALSE(addBookmark(settings, "other.example", 5));
+  EXPECT_EQ(bookmarkRefusal(settings, "https://new.example/", 0), "This address is here already.");
+  EXPECT_FALSE(renameBookmark(settings, {1, 0}, "x")) << "nothing stands there yet";
   EXPECT_TRUE(addBookmark(settings, "other.example", 1));
+  EXPECT_TRUE(renameBookmark(settings, {1, 0}, " Two\nlines "));
+  EXPECT_EQ(settings.folders[1].bookmarks[0].title, "Two lines");
   EXPECT_EQ(settings.folders[1].bookmarks.at(0).url, "https://other.example");
   removeBookmark(settings, {std::nullopt, 0});
   EXPECT_EQ(settings.bookmarks.at(0).url, "https://www.news.example/");
