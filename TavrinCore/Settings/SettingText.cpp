@@ -111,13 +111,19 @@ JSONValue jsonFromText(const FieldInfo& field, std::string_view text) {
   }
 }
 
+/// A list of applications, each of which may be told by its name alone.
+bool listsApplications(const FieldInfo& field) {
+  return field.role == FieldRole::application && field.elementType == FieldType::record;
+}
+
 JSONValue listFromText(const FieldInfo& field, std::string_view text) {
   const bool hasPlainItems =
       field.elementType != FieldType::record && field.elementType != FieldType::list;
   for (const auto* nothing : {"none", "null", "empty"})
     if (lowered(text) == nothing)
       text = {};
-  if (text.starts_with('[') || (!text.empty() && !hasPlainItems))
+  const bool namesApplications = listsApplications(field);
+  if (text.starts_with('[') || (!text.empty() && !hasPlainItems && !namesApplications))
     return jsonFromText(field, text);
   JSONValue::Array values;
   const auto element = field.element();
@@ -126,7 +132,13 @@ JSONValue listFromText(const FieldInfo& field, std::string_view text) {
     auto item = text.substr(0, end);
     while (item.starts_with(' '))
       item.remove_prefix(1);
-    values.push_back(settingFromText(element, item, {}));
+    while (item.ends_with(' '))
+      item.remove_suffix(1);
+    if (namesApplications && item.empty())
+      refuse(field, "");
+    values.push_back(namesApplications && !item.starts_with('{')
+                         ? JSONValue(JSONValue::Object{{"path", std::string(item)}})
+                         : settingFromText(element, item, {}));
     text.remove_prefix(std::min(end + 1, text.size()));
   }
   if (rangeCountsElements(field) && field.range &&
@@ -341,7 +353,9 @@ std::string allowedText(const FieldInfo& field) {
   } else if (rangeCountsElements(field) && field.range) {
     text = fmt::format("a list of {} to {}", field.range->lower, field.range->upper);
   } else {
-    text = "a list, each " + scalarAllowedText(field.element());
+    text = listsApplications(field)
+               ? "a list of applications by their names, such as vim, org.gnome.Terminal"
+               : "a list, each " + scalarAllowedText(field.element());
   }
   return field.isNullable ? text + ", or null" : text;
 }

@@ -13,6 +13,8 @@ constexpr int mostSquare = 9;
 constexpr int mostInLine = 4;
 constexpr double squareInset = 0.13;
 constexpr double goneOpacity = 0.35;
+/// The most room between two icons of a row, in icons.
+constexpr double loosest = 0.5;
 
 AnyView appIcon(const CollectionTileApp& app, double side) {
   const AnyView picture =
@@ -95,8 +97,8 @@ CollectionCells CollectionCells::of(CollectionLayout layout, int count, const Ti
   // The rows that leave the icons largest.
   const auto columnsIn = [&](int rows) { return (count + rows - 1) / rows; };
   const auto sideIn = [&](int rows) {
-    return std::min({body * 0.62, (height - (rows - 1) * cells.gap) / rows,
-                     (width - (columnsIn(rows) - 1) * cells.gap) / columnsIn(rows)});
+    return std::min((height - (rows - 1) * cells.gap) / rows,
+                    (width - (columnsIn(rows) - 1) * cells.gap) / columnsIn(rows));
   };
   cells.rows = layout == CollectionLayout::horizontal || sideIn(1) >= sideIn(2) ? 1 : 2;
   const bool hasRoom = sideIn(cells.rows) >= least;
@@ -104,6 +106,11 @@ CollectionCells CollectionCells::of(CollectionLayout layout, int count, const Ti
   cells.columns = hasRoom
                       ? columnsIn(cells.rows)
                       : std::max(1, static_cast<int>((width + cells.gap) / (least + cells.gap)));
+  // A single row takes the whole width, as far as it still looks like one.
+  if (cells.rows == 1 && cells.columns > 1) {
+    const double free = (width - cells.columns * cells.side) / (cells.columns - 1);
+    cells.gap = std::clamp(free, cells.gap, std::max(cells.gap, cells.side * loosest));
+  }
   return cells;
 }
 

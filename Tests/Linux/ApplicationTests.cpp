@@ -1,4 +1,6 @@
 #include "TavrinPlatform/Linux/Applications/LinuxApplicationLibrary.h"
+#include "TavrinPlatform/Linux/Applications/RunningWindow.h"
+#include "TavrinPlatform/Linux/Base/X11.h"
 #include "TavrinPlatform/Linux/Files/LinuxFileManager.h"
 #include "TavrinPlatform/Linux/Slot/LinuxMainBundle.h"
 #include "TavrinPlatform/Linux/Slot/StartupNotice.h"
@@ -135,6 +137,11 @@ TEST_F(Applications, EntriesAreFoundByPathAndByName) {
   EXPECT_EQ(found({"/old/place/org.example.One.desktop", {}, {}, {}}), "org.example.One.desktop");
   EXPECT_EQ(found({"/x", "org.example.One", {}, {}}), "org.example.One.desktop");
   EXPECT_EQ(found({"sub-two.desktop", {}, {}, {}}), "sub-two.desktop") << "not in menus, but there";
+  entry("debian-tool.desktop", "", "/bin/true --x");
+  entry("another.desktop", "NoDisplay=true\n", "/bin/true");
+  entry("vim.desktop", "");
+  EXPECT_EQ(found({"True", {}, {}, {}}), "debian-tool.desktop") << "by its program, in menus first";
+  EXPECT_EQ(found({"vim", {}, {}, {}}), "vim.desktop");
   for (const char* name : {"", "gone.desktop", "../../etc/passwd", "/etc/passwd", "a\nb", "/", "."})
     EXPECT_EQ(found({name, {}, {}, {}}), "") << name;
 }
@@ -258,6 +265,91 @@ TEST_F(Applications, AProgramStartsInASessionOfItsOwn) {
             std::string::npos);
   std::istringstream(contents(out)) >> session;
   ::kill(-static_cast<pid_t>(session), SIGTERM);
+}
+
+TEST_F(Applications, AProgramStartsAtHomeAndGetsNothingOfOurs) {
+  const auto out = folder("out");
+  const std::map<std::string, std::string> ours{{"TAVRIN_APP_SUPPORT_DIR", "/x"},
+                                                {"LD_LIBRARY_PATH", "/nowhere"},
+                                                {"LD_BIND_NOW", "1"},
+                                                {"QT_WAYLAND_USE_BYPASSWINDOWMANAGERHINT", "1"}};
+  for (const auto& [name, value] : ours)
+    setenv(name.c_str(), value.c_str(), 1);
+  setenv("USERS_OWN", "kept", 1);
+  put(folder("tool"), "#!/bin/sh\n{ pwd; env; } > " + out.string() + ".new\nmv " + out.string() +
+                          ".new " + out.string() + "\n");
+  fs::permissions(folder("tool"), fs::perms::owner_all);
+  entry("tool.desktop", "", folder("tool").string());
+  ASSERT_EQ(launch("tool.desktop"), "");
+  ASSERT_TRUE(until([&] { return fs::exists(out); }));
+  for (const auto& [name, value] : ours) {
+    EXPECT_EQ(contents(out).find(name), std::string::npos) << name;
+    unsetenv(name.c_str());
+  }
+  EXPECT_TRUE(contents(out).starts_with(data_.path().string() + "\n")) << contents(out);
+  EXPECT_NE(contents(out).find("USERS_OWN=kept"), std::string::npos);
+  EXPECT_EQ(contents(out).find("TAVRIN_"), std::string::npos);
+}
+
+/// A window of another program, under the desk's window manager.
+class OthersWindow {
+public:
+  explicit OthersWindow(const std::string& windowClass)
+      : connection_(xcb_connect(nullptr, nullptr)), window_(xcb_generate_id(connection_)) {
+    const auto* screen = xcb_setup_roots_iterator(xcb_get_setup(connection_)).data;
+    xcb_create_window(connection_, XCB_COPY_FROM_PARENT, window_, screen->root, 0, 0, 50, 50, 0,
+                      XCB_WINDOW_CLASS_INPUT_OUTPUT, screen->root_visual, 0, nullptr);
+    xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window_, XCB_ATOM_WM_CLASS,
+                        XCB_ATOM_STRING, 8, static_cast<std::uint32_t>(windowClass.size()),
+                        windowClass.data());
+    xcb_map_window(connection_, window_);
+    xcb_flush(connection_);
+  }
+  ~OthersWindow() { xcb_disconnect(connection_); }
+  bool isActive() const { return x11::activeWindow() == window_; }
+
+private:
+  xcb_connection_t* connection_;
+  xcb_window_t window_;
+};
+
+TEST_F(Applications, OneThatRunsIsRaisedAndNotStartedAgain) {
+  using namespace std::string_literals;
+  const auto out = folder("started");
+  put(folder("tool"), "#!/bin/sh\ntouch " + out.string() + "\n");
+  fs::permissions(folder("tool"), fs::perms::owner_all);
+  entry("debian-tool.desktop",
+        "Actions=new;\n[Desktop Action new]\nName=New\nExec=" + folder("tool").string() + "\n",
+        folder("tool").string());
+  entry("classy.desktop", "StartupWMClass=Elsewhere\n", folder("tool").string());
+  const OthersWindow tool("tool\0Tool\0"s);
+  ASSERT_TRUE(until([&] { return tool.isActive(); }));
+  const OthersWindow other("other\0Other\0"s);
+  ASSERT_TRUE(until([&] { return other.isActive(); }));
+  EXPECT_EQ(launch("debian-tool.desktop"), "");
+  EXPECT_TRUE(until([&] { return tool.isActive(); }));
+  EXPECT_FALSE(fs::exists(out));
+  EXPECT_EQ(launch("debian-tool.desktop", "new"), "");
+  EXPECT_TRUE(until([&] { return fs::exists(out); })) << "what it is asked to do beside that";
+  fs::remove(out);
+  EXPECT_EQ(launch("classy.desktop"), "");
+  EXPECT_TRUE(until([&] { return fs::exists(out); })) << "its window is called otherwise";
+}
+
+TEST(RunningWindow, BelongsToTheApplicationItsClassNames) {
+  using namespace std::string_literals;
+  FoundEntry found{"org.example.Editor.desktop", "/x", {}};
+  found.entry.exec = "/usr/bin/edit --new %U";
+  EXPECT_TRUE(isWindowOf(found, "editor\0Editor\0"s));
+  EXPECT_TRUE(isWindowOf(found, "edit\0"s));
+  EXPECT_TRUE(isWindowOf(found, "x\0ORG.example.Editor\0"s));
+  for (const auto& other : {""s, "\0\0"s, "edito\0"s, "xterm\0XTerm\0"s})
+    EXPECT_FALSE(isWindowOf(found, other));
+  found.entry.runsInTerminal = true;
+  EXPECT_FALSE(isWindowOf(found, "edit\0"s)) << "its window is the terminal's";
+  found.entry.startupClass = "Pad";
+  EXPECT_TRUE(isWindowOf(found, "pad\0"s));
+  EXPECT_FALSE(isWindowOf(found, "editor\0Editor\0"s));
 }
 
 TEST_F(Applications, WhatCannotBeStartedSaysWhy) {

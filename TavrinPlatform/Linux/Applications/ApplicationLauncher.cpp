@@ -1,6 +1,7 @@
 #include "TavrinPlatform/Linux/Applications/ApplicationLauncher.h"
 
 #include "TavrinCore/Base/Errors.h"
+#include "TavrinPlatform/Linux/Applications/RunningWindow.h"
 #include "TavrinPlatform/Linux/Slot/LinuxApplication.h"
 #include "TavrinPlatform/Linux/Slot/StartupNotice.h"
 #include "TavrinPlatform/POSIX/ChildProcess.h"
@@ -23,6 +24,13 @@ constexpr const char* activationVariable = "XDG_ACTIVATION_TOKEN";
 const BusAddress manager{"org.freedesktop.systemd1", "/org/freedesktop/systemd1",
                          "org.freedesktop.systemd1.Manager"};
 
+/// Whether a line of the environment is this system's alone, or one that would have another program
+/// load what is meant for a slot.
+bool isOurOwn(const std::string& line) {
+  return line.starts_with("TAVRIN_") || line.starts_with("LD_") ||
+         line.starts_with("QT_WAYLAND_USE_BYPASSWINDOWMANAGERHINT=");
+}
+
 /// What a program is run in that needs a terminal; empty where the user has none.
 std::vector<std::string> terminalCommand(const FileManager& files) {
   if (isInstalled("xdg-terminal-exec"))
@@ -42,7 +50,10 @@ struct ApplicationLauncher::Launch {
   std::string action;
   std::optional<FoundEntry> found;
   std::vector<std::string> words;
+  std::string workingFolder;
   std::string startupID;
+  /// It ran already, and its window was brought to the user.
+  bool isRaised = false;
   pid_t process = 0;
   std::string reason;
   Answer answer;
@@ -69,6 +80,8 @@ TokenPtr ApplicationLauncher::launch(const std::string& id, const std::string& a
                           finish(launch, "it is not installed");
                         else if (!launch->reason.empty())
                           finish(launch, launch->reason);
+                        else if (raise(*launch))
+                          finish(launch, {});
                         else if (launch->found->entry.isActivatedOnBus && session_ != nullptr &&
                                  session_->isOpen())
                           activate(launch);
@@ -76,6 +89,14 @@ TokenPtr ApplicationLauncher::launch(const std::string& id, const std::string& a
                           startProgram(launch);
                       });
   return token;
+}
+
+/// Whether the application runs already and can be brought to the user. One that is activated on
+/// the bus does that itself.
+bool ApplicationLauncher::raise(Launch& launch) {
+  launch.isRaised = launch.action.empty() && !launch.found->entry.isActivatedOnBus &&
+                    raiseWindowOf(*launch.found);
+  return launch.isRaised;
 }
 
 /// Off the main thread: reads the entry, makes the command line, begins the notice.
@@ -93,6 +114,8 @@ void ApplicationLauncher::prepare(const FileManager& files, const std::shared_pt
     }
     exec = action->exec;
   }
+  launch->workingFolder =
+      entry.workingFolder.empty() ? files.homeFolder().string() : entry.workingFolder;
   launch->words = execWords(exec, {entry.name, entry.icon, launch->found->file.string()});
   if (entry.runsInTerminal && !launch->words.empty()) {
     auto terminal = terminalCommand(files);
@@ -173,8 +196,9 @@ pid_t ApplicationLauncher::started(const Launch& launch) {
                        .input = nothing.number(),
                        .output = nothing.number(),
                        .errors = nothing.number(),
-                       .workingFolder = launch.found->entry.workingFolder,
+                       .workingFolder = launch.workingFolder,
                        .leadsSession = true};
+  std::erase_if(*request.environment, isOurOwn);
   // An empty variable would be an identifier to some.
   if (launch.startupID.empty())
     std::erase_if(*request.environment, [](const std::string& line) {
@@ -220,7 +244,7 @@ void ApplicationLauncher::moveToScope(const Launch& launch) {
 }
 
 void ApplicationLauncher::finish(const std::shared_ptr<Launch>& launch, const std::string& reason) {
-  if (!reason.empty() && !launch->startupID.empty())
+  if ((!reason.empty() || launch->isRaised) && !launch->startupID.empty())
     runLoop_.background([id = launch->startupID, display = files_.environment("DISPLAY").value_or(
                                                      "")] { endStartupNotice(display, id); },
                         alive_, [] {});

@@ -16,7 +16,8 @@
 namespace tavrin {
 
 /// Starts applications as the desktop would: over the bus those that are activated there, the
-/// others as programs in a session of their own, in a terminal where they need one.
+/// others as programs in a session of their own, in the home folder and in a terminal where they
+/// need one. One that has a window already is brought to the user instead.
 class ApplicationLauncher {
 public:
   using Answer = std::function<void(const std::string& trouble)>;
@@ -36,6 +37,7 @@ private:
     std::unique_ptr<QSocketNotifier> notifier;
   };
   static void prepare(const FileManager& files, const std::shared_ptr<Launch>& launch);
+  static bool raise(Launch& launch);
   void activate(const std::shared_ptr<Launch>& launch);
   void startProgram(const std::shared_ptr<Launch>& launch);
   void finish(const std::shared_ptr<Launch>& launch, const std::string& reason);

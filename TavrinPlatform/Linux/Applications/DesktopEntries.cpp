@@ -1,6 +1,7 @@
 #include "TavrinPlatform/Linux/Applications/DesktopEntries.h"
 
 #include "TavrinCore/Base/Errors.h"
+#include "TavrinCore/Text/Text.h"
 #include "TavrinPlatform/Files/AtomicFile.h"
 
 #include <QFileInfo>
@@ -138,6 +139,25 @@ std::optional<fs::path> DesktopEntries::fileOf(const std::string& id) const {
         return file;
   }
   return std::nullopt;
+}
+
+std::optional<FoundEntry> DesktopEntries::applicationCalled(std::string_view name) const {
+  const std::string wanted = asciiLowered(trimmed(name));
+  if (wanted.empty() || wanted.find('/') != std::string::npos)
+    return std::nullopt;
+  const auto isCalled = [&](const FoundEntry& found) {
+    const auto words = execWords(found.entry.exec);
+    const std::string program =
+        words.empty() ? std::string() : fs::path(words.front()).filename().string();
+    return found.entry.isApplication() && hasProgram(found.entry) &&
+           (asciiLowered(program) == wanted || asciiLowered(found.entry.name) == wanted);
+  };
+  auto entries = all();
+  // One that menus show is meant rather than one they do not.
+  std::ranges::stable_partition(entries,
+                                [](const FoundEntry& found) { return !found.entry.isNoDisplay; });
+  const auto found = std::ranges::find_if(entries, isCalled);
+  return found != entries.end() ? std::optional(std::move(*found)) : std::nullopt;
 }
 
 std::optional<FoundEntry> DesktopEntries::application(const std::string& name) const {

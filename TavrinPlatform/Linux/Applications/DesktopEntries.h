@@ -33,6 +33,10 @@ public:
   /// is hidden, is no application or lacks its program.
   std::optional<FoundEntry> application(const std::string& name) const;
 
+  /// The first application that is called so, or whose program is, case aside: "xterm" where the
+  /// entry is "debian-xterm.desktop". Reads all entries.
+  std::optional<FoundEntry> applicationCalled(std::string_view name) const;
+
 private:
   std::optional<FoundEntry> read(std::string id, const std::filesystem::path& file) const;
   std::optional<std::filesystem::path> fileOf(const std::string& id) const;

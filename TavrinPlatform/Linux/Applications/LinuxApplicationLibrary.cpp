@@ -64,6 +64,8 @@ std::optional<ApplicationInfo> located(const DesktopEntries& entries, const AppE
   // The file may have moved with its package; its name has not.
   if (!found && app.path.starts_with('/'))
     found = entries.application(fs::path(app.path).filename().string());
+  if (!found)
+    found = entries.applicationCalled(app.path);
   return found ? std::optional(infoOf(*found)) : std::nullopt;
 }
 

@@ -1,5 +1,6 @@
 #include "TavrinCore/Kinds/Collection/CollectionSettings.h"
 #include "TavrinWidgetsUI/Collection/CollectionModel.h"
+#include "TavrinWidgetsUI/Collection/CollectionViews.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelGrid.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
@@ -47,6 +48,21 @@ protected:
     return names;
   }
 };
+
+TEST(CollectionCells, AFewIconsFillTheWholeWidthOfAWideTile) {
+  for (const double side : {48.0, 64.0, 96.0, 128.0})
+    for (const auto& [count, span] : {std::pair(5, 4), std::pair(4, 3), std::pair(2, 2)}) {
+      const TileSize size{side, span};
+      const auto cells = CollectionCells::of(CollectionLayout::grid, count, size);
+      ASSERT_EQ(cells.rows, 1);
+      ASSERT_EQ(cells.columns, count);
+      const double width = size.bodyWidth() - 2 * size.padding();
+      const double used = count * cells.side + (count - 1) * cells.gap;
+      EXPECT_LE(used, width + 0.01) << side << ' ' << count;
+      EXPECT_GT(used, width * 0.94) << side << ' ' << count;
+      EXPECT_LE(cells.side, size.body() - 2 * size.padding() + 0.01);
+    }
+}
 
 TEST_F(CollectionWidget, TheTileShowsEachIconOnceRead) {
   begin({entry("Browser"), entry("Mail")});

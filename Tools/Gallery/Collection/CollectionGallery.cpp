@@ -76,7 +76,7 @@ GallerySheet collectionGallery() {
   GallerySheet sheet;
   const auto show = [&](const char* name, std::size_t count, CollectionLayout layout,
                         bool areGone = false) {
-    for (const int span : {1, 2, 3})
+    for (const int span : {1, 2, 3, 4})
       sheet.push_back({name, span, [=](const TileSize& size) {
                          const auto apps = appsOf(count, areGone);
                          return size.isWide()
