@@ -7,6 +7,7 @@
 #include "Tests/Support/Keys.h"
 
 #include <QAccessible>
+#include <QApplication>
 #include <QLineEdit>
 #include <QRadioButton>
 #include <fstream>
@@ -115,6 +116,8 @@ TEST_F(EmojiWidget, TheTonesAreOneRadioGroup) {
     group = group->parent();
   ASSERT_NE(group, nullptr);
   EXPECT_EQ(group->text(QAccessible::Name), "Skin tone");
+  panel()->activateWindow();
+  QApplication::processEvents();
   tone("Standard")->setFocus();
   pressKey(tone("Standard"), Qt::Key_Right);
   pressKey(tone("Light"), Qt::Key_Right);
@@ -129,15 +132,20 @@ TEST_F(EmojiWidget, TheTonesAreOneRadioGroup) {
 }
 
 TEST_F(EmojiWidget, WhatIsUsedMostIsFoundFirst) {
-  EmojiStore store(folder_ / "emoji.json", platform_.center);
-  for (const char* emoji : {"👋", "👋", "😂"})
-    store.add({emoji, ""}, 24);
+  std::ofstream(folder_ / "unicode" / "emoji" / "emoji-test.txt")
+      << "# group: Animals\n1F436 ; fully-qualified # 🐶 E0.6 dog face\n"
+         "1F415 ; fully-qualified # 🐕 E0.7 dog\n1F9AE ; fully-qualified # 🦮 E12.0 guide "
+         "dog\n";
   auto* view = open();
-  typeText(search(), "a");
-  EXPECT_EQ(view->shown(0)->text, "👋");
+  typeText(search(), "dog");
+  EXPECT_EQ(view->shown(0)->text, "🐕") << "its name";
+  EmojiStore store(folder_ / "emoji.json", platform_.center);
+  for (const char* emoji : {"🦮", "🦮", "🐶"})
+    store.add({emoji, ""}, 24);
   search()->clear();
-  typeText(search(), "lol");
-  EXPECT_EQ(view->shown(0)->text, "😂");
+  typeText(search(), "dog");
+  EXPECT_EQ(view->shown(0)->text, "🦮");
+  EXPECT_EQ(view->shown(1)->text, "🐶");
   button("Clear Recents")->click();
   EXPECT_TRUE(EmojiStore(folder_ / "emoji.json", platform_.center).history().uses.empty());
 }
