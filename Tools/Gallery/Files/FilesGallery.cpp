@@ -86,9 +86,9 @@ GallerySheet filesGallery() {
   file("pdf", files(0, {"plan.pdf", "b.zip", "c.txt"}));
   file("3 new", files(3, {"song.flac", "b.zip"}));
   file("200 new", files(200, {"table.ods", "b", "c"}));
-  auto many = files(20, {"table.ods", "b", "c"});
-  many.hasMoreUnseen = true;
-  file("20+ new", many);
+  auto listedOnes = files(20, {"table.ods", "b", "c"});
+  listedOnes.hasMoreUnseen = true;
+  file("20+ new", listedOnes);
   file("downloading", files(1, {"setup.deb", "b", "c"}, 1));
   file("only loading", files(0, {}, 2));
   auto photo = files(2, {"a.png", "b", "c"});
