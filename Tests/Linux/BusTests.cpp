@@ -4,6 +4,7 @@
 #include "TavrinPlatform/Qt/PictureSurface.h"
 #include "TavrinPlatform/Qt/QtRunLoop.h"
 #include "Tests/Linux/Desk.h"
+#include "Tests/Platform/NotificationCenterContract.h"
 
 #include <QCoreApplication>
 #include <filesystem>
@@ -324,6 +325,27 @@ TEST(UserNotifications, TheProgramItselfShowsADueNoticeAndOpensOnAClick) {
 }
 
 } // namespace
+
+namespace test {
+namespace {
+
+struct BusNoticesRig {
+  DistributedNotificationCenter& center() { return center_; }
+  /// Until a post of its own has come back, and with it all before it.
+  void settle() {
+    bool isBack = false;
+    const auto token = center_.observe("dev.quellby.test.back", [&](const auto&) { isBack = true; });
+    center_.post("dev.quellby.test.back");
+    EXPECT_TRUE(untilTrue([&] { return isBack; }));
+  }
+  QtRunLoop loop_;
+  std::unique_ptr<Bus> bus_ = Bus::session();
+  BusNotificationCenter center_{bus_.get(), loop_};
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Bus, NotificationCenterContract, BusNoticesRig);
+
+} // namespace
+} // namespace test
 } // namespace tavrin
 
 int main(int argc, char** argv) {

@@ -1,6 +1,7 @@
 #include "TavrinPlatform/Linux/Files/LinuxFolderWatch.h"
 #include "TavrinPlatform/Qt/QtRunLoop.h"
 #include "Tests/Linux/Desk.h"
+#include "Tests/Platform/FolderWatchContract.h"
 #include "Tests/Storage/TemporaryFolder.h"
 
 #include <QCoreApplication>
@@ -237,6 +238,27 @@ TEST_F(FolderWatchTest, NothingIsToldAfterItsEnd) {
 }
 
 } // namespace
+
+namespace test {
+namespace {
+
+struct LinuxFolderRig {
+  FolderWatch& watch() { return watch_; }
+  /// The system tells.
+  void changed(const fs::path&) {}
+  bool comesTrue(const std::function<bool()>& condition) {
+    return eventually([&] {
+      QCoreApplication::processEvents();
+      return condition();
+    });
+  }
+  QtRunLoop loop_;
+  LinuxFolderWatch watch_{loop_};
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Linux, FolderWatchContract, LinuxFolderRig);
+
+} // namespace
+} // namespace test
 } // namespace tavrin
 
 int main(int argc, char** argv) {

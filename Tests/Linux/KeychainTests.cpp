@@ -1,5 +1,6 @@
 #include "TavrinPlatform/Linux/Desktop/SecretServiceKeychain.h"
 #include "Tests/Linux/Desk.h"
+#include "Tests/Platform/KeychainContract.h"
 
 #include <gtest/gtest.h>
 
@@ -87,9 +88,35 @@ TEST(SecretServiceKeychain, SaysWhenThereIsNone) {
 }
 
 } // namespace
+
+namespace test {
+namespace {
+
+struct SecretServiceRig {
+  ~SecretServiceRig() {
+    if (isLocked_)
+      replaceDaemon();
+  }
+  Keychain& keychain() { return keychain_; }
+  /// A keyring that is locked refuses with this number.
+  void refuse(int status) {
+    ASSERT_EQ(status, Keychain::interactionNotAllowed);
+    lockKeyring();
+    isLocked_ = true;
+  }
+  SecretServiceKeychain keychain_;
+  bool isLocked_ = false;
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Linux, KeychainContract, SecretServiceRig);
+
+} // namespace
+} // namespace test
 } // namespace tavrin
 
 int main(int argc, char** argv) {
   testing::InitGoogleTest(&argc, argv);
+  // What every keychain does, none does.
+  if (!tavrin::hasKeyring())
+    GTEST_FLAG_SET(filter, "-*Contract*");
   return RUN_ALL_TESTS();
 }

@@ -83,9 +83,17 @@ private:
 class FakeColourSampler final : public ColourSampler {
 public:
   TokenPtr pick(std::function<void(const ColourSample&)> newDone) override {
-    done = std::move(newDone);
     ++picks;
-    return std::make_unique<Token>();
+    struct Pick final : Token {
+      std::shared_ptr<int> alive = std::make_shared<int>();
+    };
+    auto token = std::make_unique<Pick>();
+    done = [newDone = std::move(newDone),
+            alive = std::weak_ptr(token->alive)](const ColourSample& sample) {
+      if (alive.lock())
+        newDone(sample);
+    };
+    return token;
   }
   std::function<void(const ColourSample&)> done;
   int picks = 0;
