@@ -1,11 +1,17 @@
+#include "TavrinPlatform/Linux/Desktop/LinuxNotificationCenter.h"
 #include "TavrinPlatform/Linux/Devices/LinuxHostStatistics.h"
 #include "TavrinPlatform/Linux/Dock/FilePreferencesService.h"
 #include "TavrinPlatform/Linux/Dock/LinuxDockProcess.h"
+#include "TavrinPlatform/Linux/Slot/LinuxMainBundle.h"
 #include "TavrinPlatform/POSIX/ChildProcess.h"
 #include "Tests/Platform/DockProcessContract.h"
 #include "Tests/Platform/HostStatisticsContract.h"
+#include "Tests/Platform/MainBundleContract.h"
 #include "Tests/Platform/PreferencesServiceContract.h"
+#include "Tests/Platform/UserNotificationsContract.h"
 #include "Tests/Storage/TemporaryFolder.h"
+#include "Tests/Support/FakePlatform.h"
+#include "Tests/Support/ManualRunLoop.h"
 
 #include <algorithm>
 #include <csignal>
@@ -101,6 +107,44 @@ struct LinuxDockRig {
   LinuxDockProcess process_{proc, killall};
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(Linux, DockProcessContract, LinuxDockRig);
+
+/// Without a manager a notice waits in its process, and without a bus only the log tells of it.
+struct KeptNoticesRig {
+  UserNotificationCenter& center() { return center_; }
+  Titles shownAfter(double seconds) {
+    loop_.advance(seconds);
+    Titles titles;
+    for (const auto& line : log_.lines)
+      if (const auto begin = line.find('"'); begin != std::string::npos)
+        titles.push_back(line.substr(begin + 1, line.rfind('"') - begin - 1));
+    return titles;
+  }
+  FakeLog log_;
+  ManualClock clock_{{}};
+  ManualRunLoop loop_{clock_};
+  LinuxNotificationCenter center_{nullptr, loop_, "/nowhere", log_};
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Linux, UserNotificationsContract, KeptNoticesRig);
+
+struct LinuxBundleRig {
+  LinuxBundleRig() {
+    writeText(
+        app_ / "Contents/Info.plist",
+        PropertyList(PropertyList::Dictionary{{"CFBundleIdentifier", "dev.quellby.Tavrin.Slot3"},
+                                              {"TavrinDataFolder", "TavrinDev"},
+                                              {"TavrinSlot", 3},
+                                              {"Flag", true},
+                                              {"Half", 0.5}})
+            .xml());
+    writeText(app_ / "Contents/MacOS/program", "");
+  }
+  MainBundle& bundle() { return bundle_.emplace(app_ / "Contents/MacOS/program"); }
+  MainBundle& bare() { return bundle_.emplace(folder_.path() / "bin/program"); }
+  TemporaryFolder folder_;
+  fs::path app_ = folder_.path() / "Tavrin Slot 3.app";
+  std::optional<LinuxMainBundle> bundle_;
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Linux, MainBundleContract, LinuxBundleRig);
 
 /// What stands in on a system without descriptors of processes and files in memory.
 TEST(ChildProcess, AThreadTellsTheEndAndLeavesTheStatusToBeReadLater) {

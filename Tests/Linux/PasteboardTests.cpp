@@ -1,6 +1,9 @@
 #include "TavrinPlatform/Linux/Input/LinuxColourSampler.h"
+#include "TavrinPlatform/Linux/Input/X11Shortcuts.h"
 #include "TavrinPlatform/Linux/Pasteboard/X11Pasteboard.h"
 #include "Tests/Linux/PasteboardWatch.h"
+#include "Tests/Platform/GlobalShortcutsContract.h"
+#include "Tests/Platform/PasteboardContract.h"
 
 #include <QApplication>
 #include <QPainter>
@@ -203,6 +206,52 @@ TEST_F(PasteboardTest, PicksThePixelUnderThePointerOrNone) {
 }
 
 } // namespace
+
+namespace test {
+namespace {
+
+bool withEvents(const std::function<bool()>& condition) {
+  return eventually([&] {
+    QCoreApplication::processEvents();
+    return condition();
+  });
+}
+
+struct X11PasteboardRig {
+  Pasteboard& board() { return board_; }
+  void copy(const std::string& type, const std::string& bytes) {
+    const std::string target = type == Pasteboard::textType ? "" : " -t " + type;
+    shell("printf %s '" + bytes + "' | xclip -selection clipboard" + target + " >/dev/null 2>&1");
+  }
+  bool comesTrue(const std::function<bool()>& condition) { return withEvents(condition); }
+  QtRunLoop loop_;
+  X11Pasteboard board_{loop_};
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(X11, PasteboardContract, X11PasteboardRig);
+
+struct X11ShortcutsRig {
+  GlobalShortcuts& shortcuts() { return shortcuts_; }
+  static Hotkey free(int number) {
+    constexpr std::uint16_t j = 38, k = 40;
+    return {number == 0 ? j : k, HotkeyModifiers::control | HotkeyModifiers::option};
+  }
+  Hotkey taken() {
+    constexpr std::uint16_t l = 37;
+    const Hotkey hotkey{l, HotkeyModifiers::control | HotkeyModifiers::option};
+    EXPECT_TRUE(other_.bind({{"theirs", "", hotkey}}, [](const std::string&) {}).empty());
+    return hotkey;
+  }
+  void press(const Hotkey& hotkey) {
+    shell(std::string("xdotool key ctrl+alt+") + (hotkey == free(0) ? "j" : "k"));
+  }
+  bool comesTrue(const std::function<bool()>& condition) { return withEvents(condition); }
+  X11Shortcuts shortcuts_;
+  X11Shortcuts other_;
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(X11, GlobalShortcutsContract, X11ShortcutsRig);
+
+} // namespace
+} // namespace test
 } // namespace tavrin
 
 int main(int argc, char** argv) {

@@ -1,6 +1,7 @@
 #include "TavrinPlatform/Linux/Devices/BusConnectedDevices.h"
 #include "TavrinPlatform/Linux/Devices/UPowerSources.h"
 #include "Tests/Linux/Desk.h"
+#include "Tests/Platform/PowerSourcesContract.h"
 
 #include <QCoreApplication>
 #include <gmock/gmock.h>
@@ -141,6 +142,52 @@ TEST(PowerWithoutABus, IsEmpty) {
 }
 
 } // namespace
+
+namespace test {
+namespace {
+
+struct UPowerRig {
+  UPowerRig() {
+    call(upower, mock + "Reset");
+    call(upower, mock + "UpdateProperties org.freedesktop.UPower \"{'OnBattery': <false>}\"");
+  }
+  PowerSources& sources() { return sources_; }
+  void set(const std::vector<PowerSource>& list) {
+    for (int i = 0; i < count_; ++i)
+      call(upower, mock + "RemoveDevice " + device(i));
+    count_ = 0;
+    for (const auto& source : list) {
+      const std::string name = "BAT" + std::to_string(count_++);
+      call(upower, mock + "AddChargingBattery " + name + " ACME " +
+                       std::to_string(*source.currentCapacity) + ".0 " +
+                       std::to_string(*source.timeToFullCharge * 60));
+      const std::string at = "org.freedesktop.UPower " + devicePath + name;
+      call(at, mock + "AddProperty org.freedesktop.UPower.Device TimeToEmpty '<int64 " +
+                   std::to_string(*source.timeToEmpty * 60) + ">'");
+      // 4 is "fully charged".
+      if (!source.isCharging)
+        call(upower,
+             mock + "SetDeviceProperties " + devicePath + name + " \"{'State': <uint32 4>}\"");
+    }
+  }
+  void tell() {
+    call(upower, mock + "SetDeviceProperties " + device(0) + " \"{'Percentage': <" +
+                     std::to_string(++percentage_) + ".0>}\"");
+  }
+  bool comesTrue(const std::function<bool()>& condition) { return untilTrue(condition); }
+
+private:
+  static std::string device(int number) { return devicePath + "BAT" + std::to_string(number); }
+
+  std::unique_ptr<Bus> bus_ = Bus::system();
+  UPowerSources sources_{[this] { return bus_.get(); }};
+  int count_ = 0;
+  int percentage_ = 60;
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(UPower, PowerSourcesContract, UPowerRig);
+
+} // namespace
+} // namespace test
 } // namespace tavrin
 
 int main(int argc, char** argv) {

@@ -2,17 +2,22 @@
 #include "Tests/Platform/ApplicationLibraryContract.h"
 #include "Tests/Platform/CalendarStoreContract.h"
 #include "Tests/Platform/ColourSamplerContract.h"
+#include "Tests/Platform/GlobalShortcutsContract.h"
 #include "Tests/Platform/HostStatisticsContract.h"
 #include "Tests/Platform/KeychainContract.h"
+#include "Tests/Platform/MainBundleContract.h"
 #include "Tests/Platform/NotificationCenterContract.h"
+#include "Tests/Platform/PasteboardContract.h"
 #include "Tests/Platform/PowerSourcesContract.h"
 #include "Tests/Platform/UserDefaultsContract.h"
+#include "Tests/Platform/UserNotificationsContract.h"
 #include "Tests/Platform/WorkspaceContract.h"
 #include "Tests/Storage/TemporaryFolder.h"
-#include "Tests/Support/ManualRunLoop.h"
 #include "Tests/Support/FakeClipboard.h"
+#include "Tests/Support/FakeGlobalShortcuts.h"
 #include "Tests/Support/FakeHardware.h"
 #include "Tests/Support/FakePlatform.h"
+#include "Tests/Support/ManualRunLoop.h"
 
 /// The fakes of the tests, by the same suites as the adapters they stand for.
 namespace tavrin::test {
@@ -42,6 +47,7 @@ struct FakePowerRig {
   PowerSources& sources() { return fake; }
   void set(const std::vector<PowerSource>& list) { fake.sources = list; }
   void tell() { fake.changes.call(); }
+  bool comesTrue(const std::function<bool()>& condition) { return condition(); }
   FakePowerSources fake;
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(Fake, PowerSourcesContract, FakePowerRig);
@@ -127,6 +133,66 @@ struct FakeWorkspaceRig {
   FakeWorkspace fake;
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(Fake, WorkspaceContract, FakeWorkspaceRig);
+
+struct FakePasteboardRig {
+  Pasteboard& board() { return fake; }
+  void copy(const std::string& type, const std::string& bytes) { fake.copy({{type, bytes}}); }
+  bool comesTrue(const std::function<bool()>& condition) { return condition() || condition(); }
+  FakePasteboard fake;
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Fake, PasteboardContract, FakePasteboardRig);
+
+struct FakeShortcutsRig {
+  GlobalShortcuts& shortcuts() { return fake; }
+  static Hotkey free(int number) {
+    return {static_cast<std::uint16_t>(number), HotkeyModifiers::option};
+  }
+  Hotkey taken() {
+    fake.refusals = {{"taken", "another program has this key"}};
+    return {7, HotkeyModifiers::option};
+  }
+  void press(const Hotkey& hotkey) {
+    for (const auto& shortcut : fake.bound)
+      if (shortcut.hotkey == hotkey && shortcut.id != "taken")
+        fake.pressed(shortcut.id);
+  }
+  bool comesTrue(const std::function<bool()>& condition) { return condition(); }
+  FakeGlobalShortcuts fake;
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Fake, GlobalShortcutsContract, FakeShortcutsRig);
+
+struct FakeUserNoticesRig {
+  UserNotificationCenter& center() { return fake; }
+  Titles shownAfter(double seconds) {
+    passed += seconds;
+    std::vector<std::pair<double, std::string>> due;
+    for (const auto& [id, request] : fake.pending)
+      if (request.delay <= passed)
+        due.emplace_back(request.delay, request.title);
+    std::ranges::sort(due);
+    Titles titles;
+    for (const auto& [delay, title] : due)
+      titles.push_back(title);
+    return titles;
+  }
+  FakeUserNotifications fake;
+  double passed = 0;
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Fake, UserNotificationsContract, FakeUserNoticesRig);
+
+struct FakeBundleRig {
+  FakeBundleRig() {
+    fake.bundlePath = "/Applications/Tavrin Slot 3.app";
+    fake.strings = {{"CFBundleIdentifier", "dev.quellby.Tavrin.Slot3"},
+                    {"TavrinDataFolder", "TavrinDev"}};
+    fake.integers = {{"TavrinSlot", 3}};
+  }
+  MainBundle& bundle() { return fake; }
+  MainBundle& bare() { return none; }
+  FakeMainBundle fake;
+  FakeMainBundle none;
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Fake, MainBundleContract, FakeBundleRig);
 
 } // namespace
 } // namespace tavrin::test

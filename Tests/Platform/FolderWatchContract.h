@@ -12,9 +12,14 @@ namespace tavrin::test {
 
 template <class Rig> class FolderWatchContract : public testing::Test {
 protected:
+  static FolderRequest folders(std::vector<std::filesystem::path> all) {
+    FolderRequest request;
+    request.folders = std::move(all);
+    return request;
+  }
   std::unique_ptr<FolderFollower> follow(FolderRequest request) {
     request.classify = [](std::string_view name) {
-      return name.ends_with(".part")    ? FolderEntry::unfinished
+      return name.ends_with(".part") ? FolderEntry::unfinished
              : name.starts_with('.') ? FolderEntry::ignored
                                      : FolderEntry::wanted;
     };
@@ -58,7 +63,7 @@ TYPED_TEST_P(FolderWatchContract, TellsWhatIsThereAndWhatBecomesOfIt) {
   put(this->folder / "one", "12345");
   put(this->folder / ".hidden", "");
   put(this->folder / "film.part", "");
-  const auto follower = this->follow({.folders = {this->folder}});
+  const auto follower = this->follow(this->folders({this->folder}));
   EXPECT_EQ(this->tellings, 0) << "before the call has returned";
   ASSERT_TRUE(this->shows({"one"}));
   EXPECT_EQ(this->listing.files[0].size, 5U);
@@ -79,7 +84,7 @@ TYPED_TEST_P(FolderWatchContract, OfManyTheNewestAndFoldersIfAskedFor) {
   std::filesystem::create_directory(this->folder);
   for (int i = 0; i < 9; ++i)
     put(this->folder / std::to_string(i), "");
-  FolderRequest request{.folders = {this->folder}};
+  FolderRequest request = this->folders({this->folder});
   request.limit = 2;
   request.includesFolders = true;
   const auto follower = this->follow(std::move(request));
@@ -96,7 +101,7 @@ TYPED_TEST_P(FolderWatchContract, OfManyTheNewestAndFoldersIfAskedFor) {
 }
 
 TYPED_TEST_P(FolderWatchContract, TheFolderComesAndGoes) {
-  const auto follower = this->follow({.folders = {this->folder}});
+  const auto follower = this->follow(this->folders({this->folder}));
   ASSERT_TRUE(this->isState(FolderListing::State::missing));
   for (int round = 0; round < 2; ++round) {
     std::filesystem::create_directory(this->folder);
@@ -116,18 +121,18 @@ TYPED_TEST_P(FolderWatchContract, OneFolderUnderTwoNamesIsOne) {
   std::filesystem::create_directory_symlink(this->folder, this->temporary / "link");
   put(this->folder / "one", "");
   const auto follower =
-      this->follow({.folders = {this->folder, this->temporary / "link", this->folder}});
+      this->follow(this->folders({this->folder, this->temporary / "link", this->folder}));
   ASSERT_TRUE(this->shows({"one"}));
 }
 
 TYPED_TEST_P(FolderWatchContract, WhoHasGoneIsToldNothing) {
   std::filesystem::create_directory(this->folder);
-  auto follower = this->follow({.folders = {this->folder}});
+  auto follower = this->follow(this->folders({this->folder}));
   ASSERT_TRUE(this->shows({}));
   this->write(this->folder / "one");
   follower.reset();
   const int before = this->tellings;
-  auto other = this->follow({.folders = {this->folder}});
+  auto other = this->follow(this->folders({this->folder}));
   ASSERT_TRUE(this->rig.comesTrue([&] { return this->tellings > before; }));
   EXPECT_EQ(this->tellings, before + 1);
 }

@@ -37,13 +37,18 @@ public:
       capture.copyName = "copy " + std::to_string(changeCount);
     for (const auto& [type, bytes] : formats) {
       capture.types.push_back(type);
-      const bool isImage = type.starts_with("image/") && bytes.size() > limits.imageBytes;
-      capture.formats.push_back(
-          {type, isImage ? nullptr : std::make_shared<const Data>(Data::fromText(bytes)),
-           bytes.size()});
+      const bool isImage = type.starts_with("image/");
+      const auto kept = isImage ? bytes : bytes.substr(0, limits.textBytes);
+      capture.formats.push_back({type,
+                                 isImage && bytes.size() > limits.imageBytes
+                                     ? nullptr
+                                     : std::make_shared<const Data>(Data::fromText(kept)),
+                                 bytes.size()});
     }
-    observer.changed(changeCount);
-    observer.captured(std::move(capture));
+    if (observer.changed)
+      observer.changed(changeCount);
+    if (observer.captured)
+      observer.captured(std::move(capture));
   }
   std::string writtenText() const {
     return written.empty() ? "" : std::string(written.back().front().data->view());

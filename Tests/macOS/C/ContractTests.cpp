@@ -94,6 +94,7 @@ INSTANTIATE_TYPED_TEST_SUITE_P(Mac, DockProcessContract, MacDockRig);
 struct MacPowerRig : FakeMac {
   PowerSources& sources() { return sources_; }
   void set(const std::vector<PowerSource>& list) {
+    fake::system().powerSources.clear();
     for (const auto& source : list) {
       std::map<std::string, PropertyList> entries = {
           {"Power Source State", source.isOnACPower ? "AC Power" : "Battery Power"},
@@ -111,6 +112,7 @@ struct MacPowerRig : FakeMac {
     }
   }
   void tell() { fake::system().powerCallback(fake::system().powerContext); }
+  bool comesTrue(const std::function<bool()>& condition) { return condition(); }
   MacPowerSources sources_;
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(Mac, PowerSourcesContract, MacPowerRig);

@@ -64,6 +64,18 @@ TEST_F(MacPower, ValuesOfAnotherSortAreNone) {
                          {"Time to Empty", true}}};
   EXPECT_EQ(sources.list(), std::vector<PowerSource>{PowerSource{}});
 }
+TEST_F(MacPower, ABatteryAloneEstimatesItsEnd) {
+  MacPowerSources sources;
+  mac().powerSources = {{},
+                        {{"Current Capacity", 99},
+                         {"Max Capacity", 100},
+                         {"Power Source State", "Battery Power"},
+                         {"Is Charging", false},
+                         {"Time to Full Charge", 0},
+                         {"Time to Empty", -1}}};
+  EXPECT_EQ(sources.list(),
+            (std::vector<PowerSource>{PowerSource{}, {99, 100, false, false, 0, -1}}));
+}
 TEST_F(MacPower, NoticesComeWithTheMainLoopUntilTheEnd) {
   int told = 0;
   CFRunLoopSourceRef source = nullptr;

@@ -22,5 +22,7 @@ struct NotificationState {
   void (^asked)(BOOL, NSError*) = nil;
   /// On any thread, the system asks how to show one.
   UNUserNotificationCenter* center = nil;
+  /// Titles and seconds by identifier.
+  std::map<std::string, std::pair<std::string, double>> pending;
 };
 extern NotificationState notifications;

@@ -164,6 +164,10 @@ const CGFloat* CGColorGetComponents(CGColorRef) {
   note("add " + textOf(request.identifier) + ": " + textOf(request.content.title) + " in " +
        std::to_string(int(((UNTimeIntervalNotificationTrigger*)request.trigger).timeInterval)) +
        (request.content.sound != nil ? " with sound" : ""));
+  notifications.pending[textOf(request.identifier)] = {textOf(request.content.title), ((UNTimeIntervalNotificationTrigger*)request.trigger).timeInterval};
 }
-- (void)removePendingNotificationRequestsWithIdentifiers:(NSArray<NSString*>*)identifiers { note("remove " + textOf(identifiers.firstObject)); }
+- (void)removePendingNotificationRequestsWithIdentifiers:(NSArray<NSString*>*)identifiers {
+  note("remove " + textOf(identifiers.firstObject));
+  notifications.pending.erase(textOf(identifiers.firstObject));
+}
 @end

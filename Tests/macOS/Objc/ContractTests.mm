@@ -6,14 +6,21 @@
 #include "TavrinPlatform/macOS/Desktop/MacWorkspace.h"
 #include "TavrinPlatform/macOS/Files/MacFolderWatch.h"
 #include "TavrinPlatform/macOS/Input/MacColourSampler.h"
+#include "TavrinPlatform/macOS/Input/MacGlobalShortcuts.h"
+#include "TavrinPlatform/macOS/Pasteboard/MacPasteboard.h"
 #include "TavrinPlatform/macOS/Slot/MacFileManager.h"
+#include "TavrinPlatform/macOS/Slot/MacMainBundle.h"
 #include "TavrinPlatform/macOS/Slot/MacUserDefaults.h"
 #include "Tests/Platform/ApplicationLibraryContract.h"
 #include "Tests/Platform/CalendarStoreContract.h"
 #include "Tests/Platform/ColourSamplerContract.h"
 #include "Tests/Platform/FolderWatchContract.h"
+#include "Tests/Platform/GlobalShortcutsContract.h"
+#include "Tests/Platform/MainBundleContract.h"
 #include "Tests/Platform/NotificationCenterContract.h"
+#include "Tests/Platform/PasteboardContract.h"
 #include "Tests/Platform/UserDefaultsContract.h"
+#include "Tests/Platform/UserNotificationsContract.h"
 #include "Tests/Platform/WorkspaceContract.h"
 #include "Tests/Support/FakeFolderWatch.h"
 
@@ -126,6 +133,78 @@ struct MacLibraryRig : MacFakes {
   std::unique_ptr<ApplicationLibrary> library_ = makeMacApplicationLibrary(runLoop_, folders_);
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(Mac, ApplicationLibraryContract, MacLibraryRig);
+
+struct MacPasteboardRig : MacFakes {
+  MacPasteboardRig() { settle([] { (void)NSPasteboard.generalPasteboard; }); }
+  Pasteboard& board() { return *board_; }
+  void copy(const std::string& type, const std::string& bytes) {
+    ++pasteboard.count;
+    pasteboard.contents = {{type == Pasteboard::textType ? "public.utf8-plain-text" : "public.png", bytes}};
+  }
+  bool comesTrue(const std::function<bool()>& condition) {
+    for (int i = 0; i < 4; ++i) {
+      if (condition())
+        return true;
+      runLoop_.advance(0.5);
+      runLoop_.runBackground();
+    }
+    return condition();
+  }
+  std::unique_ptr<Pasteboard> board_ = makeMacPasteboard(runLoop_);
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Mac, PasteboardContract, MacPasteboardRig);
+
+struct MacShortcutsRig : MacFakes {
+  GlobalShortcuts& shortcuts() { return *shortcuts_; }
+  static Hotkey free(int number) { return {std::uint16_t(number), HotkeyModifiers::option}; }
+  static Hotkey taken() {
+    input.refused = {{7, eventHotKeyExistsErr}};
+    return {7, HotkeyModifiers::option};
+  }
+  static void press(const Hotkey& hotkey) {
+    if (const auto found = input.keys.find(hotkey.keyCode); found != input.keys.end())
+      pressKey(found->second);
+  }
+  bool comesTrue(const std::function<bool()>& condition) { return condition(); }
+  std::unique_ptr<GlobalShortcuts> shortcuts_ = makeMacGlobalShortcuts();
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Mac, GlobalShortcutsContract, MacShortcutsRig);
+
+struct MacUserNoticesRig : MacFakes {
+  MacUserNoticesRig() { settle([] { (void)UNUserNotificationCenter.currentNotificationCenter; (void)UNNotificationSound.defaultSound; }); }
+  UserNotificationCenter& center() { return *center_; }
+  Titles shownAfter(double seconds) {
+    passed_ += seconds;
+    std::vector<std::pair<double, std::string>> due;
+    for (const auto& [id, request] : notifications.pending)
+      if (request.second <= passed_)
+        due.emplace_back(request.second, request.first);
+    std::ranges::sort(due);
+    Titles titles;
+    for (const auto& [delay, title] : due)
+      titles.push_back(title);
+    return titles;
+  }
+  std::unique_ptr<UserNotificationCenter> center_ = makeMacUserNotificationCenter();
+  double passed_ = 0;
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Mac, UserNotificationsContract, MacUserNoticesRig);
+
+struct MacBundleRig : MacFakes {
+  MainBundle& bundle() {
+    foundation.information["TavrinSlot"] = @3;
+    foundation.information["TavrinDataFolder"] = @"TavrinDev";
+    foundation.information["Flag"] = @YES;
+    foundation.information["Half"] = @0.5;
+    return *(bundle_ = makeMacMainBundle());
+  }
+  MainBundle& bare() {
+    foundation.bundlePath = "/usr/local/bin";
+    return *(bundle_ = makeMacMainBundle());
+  }
+  std::unique_ptr<MainBundle> bundle_;
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Mac, MainBundleContract, MacBundleRig);
 
 } // namespace
 } // namespace tavrin::test
