@@ -2,15 +2,13 @@
 
 #include "TavrinCommand/Completers.h"
 #include "TavrinCore/Widgets/DockSlot.h"
-#include "TavrinHost/Widgets/WidgetLibrary.h"
+#include "TavrinHost/Widgets/SlotControl.h"
 
 #include <CLI/App.hpp>
 #include <fmt/format.h>
 
 namespace tavrin {
 namespace {
-
-constexpr const char* windowProgram = "tavrin-settings";
 
 /// The window that runs is raised; else the desktop starts one, or it is started from here.
 void openWindow(CommandContext& context, const std::optional<UUID>& widget) {
@@ -20,7 +18,7 @@ void openWindow(CommandContext& context, const std::optional<UUID>& widget) {
   if (widget ? platform.applications().perform(host, edit, widget->text())
              : platform.applications().perform(host, "open"))
     return;
-  const auto program = platform.program().parent_path() / windowProgram;
+  const auto program = SlotControl(context).settingsProgram();
   std::error_code error;
   if (!std::filesystem::exists(program, error))
     throw HostError(

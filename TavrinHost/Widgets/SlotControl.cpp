@@ -21,6 +21,7 @@ constexpr double forcedLimit = 2;
 constexpr std::uintmax_t logLimit = 1024 * 1024;
 
 const std::filesystem::path programInBundle = "Contents/MacOS/TavrinSlot";
+constexpr const char* settingsBundle = "Tavrin Settings.app/Contents/MacOS/TavrinSettings";
 
 /// Lets time pass until `isDone` or `limit` seconds are over.
 template <class Done> void waitUntil(CommandPlatform& platform, double limit, Done isDone) {
@@ -64,6 +65,19 @@ std::filesystem::path SlotControl::program(int slot) {
 
 std::filesystem::path SlotControl::logFile(int slot) {
   return context_.stateFolder() / fmt::format("slot-{}.log", slot);
+}
+
+std::filesystem::path SlotControl::settingsProgram() {
+  const auto beside = context_.platform().program().parent_path() / "tavrin-settings";
+  auto places = usualPlaces();
+  if (const auto chosen = chosenPlace())
+    places.insert(places.begin(), *chosen);
+  std::error_code error;
+  if (!std::filesystem::exists(beside, error))
+    for (const auto& place : places)
+      if (std::filesystem::exists(place / settingsBundle, error))
+        return place / settingsBundle;
+  return beside;
 }
 
 bool SlotControl::isSlotProgram(ProcessID process, int slot) {

@@ -33,6 +33,9 @@ public:
   std::filesystem::path bundlesFolder();
   std::filesystem::path program(int slot);
   std::filesystem::path logFile(int slot);
+  /// The program of the settings window: beside this one, or in a bundle among the slots'. Where
+  /// there is none, the place beside this one.
+  std::filesystem::path settingsProgram();
 
   /// The slot's process: the owner of its identifier, else whoever runs the slot's program on the
   /// same data folder, at whichever of the known places. Never a process that is not a slot

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "TavrinPlatform/Autostart.h"
 #include "TavrinPlatform/CalendarStore.h"
 #include "TavrinPlatform/HTTPClient.h"
 
@@ -22,14 +21,6 @@ public:
 
 private:
   RunLoop& runLoop_;
-};
-
-class UnavailableAutostart final : public Autostart {
-public:
-  Status status() override {
-    return {false, false, "The widgets do not start with the session: nothing here sees to that."};
-  }
-  Status set(bool) override { return status(); }
 };
 
 class UnavailableCalendarStore final : public CalendarStore {

@@ -1,7 +1,9 @@
+#include "TavrinCore/Widgets/DockSlot.h"
 #include "TavrinPlatform/POSIX/TerminalPlatform.h"
-#include "TavrinPlatform/POSIX/UnavailableServices.h"
 #include "TavrinPlatform/Qt/QtRunLoop.h"
+#include "TavrinPlatform/macOS/Applications/MacAutostart.h"
 #include "TavrinPlatform/macOS/Applications/MacRunningApplications.h"
+#include "TavrinPlatform/macOS/Base/MacText.h"
 #include "TavrinPlatform/macOS/Desktop/MacNotifications.h"
 #include "TavrinPlatform/macOS/Dock/MacDockServices.h"
 #include "TavrinPlatform/macOS/Slot/MacFileManager.h"
@@ -17,6 +19,48 @@
 
 namespace tavrin {
 namespace {
+
+/// Whether the slots' bundles are a team's: then they bring the helper that changes fans.
+bool hasTeam() {
+  @autoreleasepool {
+    NSURL* slot = [NSWorkspace.sharedWorkspace
+        URLForApplicationWithBundleIdentifier:toNSString(DockSlot::bundleIdentifier(1))];
+    NSBundle* bundle = slot != nil ? [NSBundle bundleWithURL:slot] : nil;
+    id team = [bundle objectForInfoDictionaryKey:@"TavrinTeam"];
+    return [team isKindOfClass:NSString.class] && ((NSString*)team).length > 0;
+  }
+}
+
+/// What this system leaves to programs, and what it keeps from them.
+DesktopReport reportOf(bool changesFans, bool readsFocus) {
+  using enum DesktopReport::State;
+  DesktopReport report;
+  report.items = {{"surface", good, "The tiles are the Dock's own."},
+                  {"players",
+                   limited,
+                   "Music and Spotify can be seen; the system has no way to other players.",
+                   {},
+                   {"music"}},
+                  {"airdrop",
+                   limited,
+                   "AirDrop is one entry: the system tells no program what is near.",
+                   {},
+                   {"airdrop"}}};
+  report.items.push_back(
+      changesFans
+          ? DesktopReport::Item{"fanHelper", good, "A helper can change the fans, once allowed."}
+          : DesktopReport::Item{"fanHelper",
+                                limited,
+                                "Fans can be read, not changed: the bundles are no team's.",
+                                "Build with the identifier of your signing team.",
+                                {"fans"}});
+  report.items.push_back(
+      readsFocus ? DesktopReport::Item{"focus", good, "The Focus can be read."}
+                 : DesktopReport::Item{"focus", missing,
+                                       "The Focus cannot be read: the system shows it only to a "
+                                       "team's programs that the user has allowed."});
+  return report;
+}
 
 /// The services without windows. The toolkit's event loop is made only for what needs keys of the
 /// whole desktop; everything else is served by the system's loop, which is the same one.
@@ -44,7 +88,7 @@ public:
 
   Autostart& autostart() override { return autostart_; }
   DesktopReport desktopReport() override {
-    return {{{"surface", DesktopReport::State::good, "The tiles are the Dock's own."}}};
+    return reportOf(hasTeam(), dockServices().focusStatus().isAuthorized());
   }
 
   void wait(double seconds) override {
@@ -72,7 +116,10 @@ private:
   }
 
   RunLoop& eventLoop() {
-    if (!application_) {
+    if (runLoop_)
+      return *runLoop_;
+    // A program with windows has made its own.
+    if (QCoreApplication::instance() == nullptr) {
       static int count = 1;
       static char name[] = "tavrin";
       static char* arguments[] = {name, nullptr};
@@ -80,8 +127,8 @@ private:
       qputenv("QT_MAC_DISABLE_FOREGROUND_APPLICATION_TRANSFORM", "1");
       application_ = std::make_unique<QGuiApplication>(count, arguments);
       NSApplication.sharedApplication.activationPolicy = NSApplicationActivationPolicyProhibited;
-      runLoop_ = std::make_unique<QtRunLoop>();
     }
+    runLoop_ = std::make_unique<QtRunLoop>();
     return *runLoop_;
   }
 
@@ -93,7 +140,7 @@ private:
   std::unique_ptr<DistributedNotificationCenter> notifications_;
   std::unique_ptr<RunningApplications> applications_;
   std::unique_ptr<DockServices> dockServices_;
-  UnavailableAutostart autostart_;
+  MacAutostart autostart_{fileManager_->homeFolder(), program()};
 };
 
 } // namespace

@@ -36,5 +36,20 @@ TEST_F(DoctorCommandTest, AutostartIsTurnedOnAndOffAndASystemWithoutItSaysSo) {
   EXPECT_EQ(run({"autostart", "on"}), 1);
 }
 
+TEST_F(DoctorCommandTest, TheSettingsWindowIsAskedForOrStartedFromItsBundle) {
+  EXPECT_EQ(run({"settings"}), 0);
+  EXPECT_EQ(platform.running.actions, std::vector<std::string>{"open dev.quellby.Tavrin"});
+  platform.running.hasBus = false;
+  EXPECT_EQ(run({"settings"}), 1);
+  EXPECT_NE(errors.str().find("/opt/tavrin/bin/tavrin-settings"), std::string::npos);
+  const auto program = folder / "bundles/Tavrin Settings.app/Contents/MacOS/TavrinSettings";
+  std::filesystem::create_directories(program.parent_path());
+  std::ofstream(program) << "program";
+  platform.files.variables["TAVRIN_BUNDLES"] = folder / "bundles";
+  EXPECT_EQ(run({"settings"}), 0) << errors.str();
+  ASSERT_EQ(platform.running.launches.size(), 1U);
+  EXPECT_EQ(platform.running.launches[0].program, program);
+}
+
 } // namespace
 } // namespace tavrin::test

@@ -65,4 +65,15 @@ FAULTS = [
     ("disabled tap stays so", "Input/EventTap.cpp", r"type == kCGEventTapDisabledByTimeout \|\| ", ""),
     ("hot key kept", "Input/MacGlobalShortcuts.cpp", r"^ *UnregisterEventHotKey\(key\);$", "      (void)key;"),
     ("modifiers mistaken", "Input/MacGlobalShortcuts.cpp", r"HotkeyModifiers::option, UInt32\{optionKey\}", "HotkeyModifiers::option, UInt32{cmdKey}"),
+    # Programs
+    ("agent that does not run", "Applications/MacAutostart.mm", r'"RunAtLoad", true', '"RunAtLoad", false'),
+    ("forbidden agent taken for a working one", "Applications/MacAutostart.mm", r"SMAppServiceStatusRequiresApproval", "SMAppServiceStatusNotFound"),
+    ("request under another name", "Desktop/ApplicationRequest.mm", r'identifier \+ "\.request"', 'identifier + ".Request"'),
+    ("arguments for one that runs", "Desktop/ApplicationRequest.mm", r"running\.count > 0", "running.count > 1"),
+    ("early request lost", "Slot/MacApplication.mm", r"^            asked\.push_back.*$", "            (void)word;"),
+    ("loop without sources spun", "MacCommandPlatform.mm", r"== kCFRunLoopRunFinished", "== kCFRunLoopRunStopped"),
+    ("signals caught for ever", "Dock/MacDockServices.cpp", r"std::signal\(number, SIG_DFL\)", "std::signal(number, wake)"),
+    ("callers of any team", "FanHelper/main.mm", r"^    \[listener setConnectionCodeSigningRequirement.*$", ""),
+    ("sleep without an answer", "FanHelper/main.mm", r"IOAllowPowerChange\(self->root_, [^;]*\);", "(void)argument;"),
+    ("fans kept at the end", "FanHelper/main.mm", r"^    \[daemon end\];$", ""),
 ]

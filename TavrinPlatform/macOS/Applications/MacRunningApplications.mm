@@ -4,11 +4,13 @@
 #include "TavrinPlatform/Files/Descriptor.h"
 #include "TavrinPlatform/macOS/Applications/Processes.h"
 #include "TavrinPlatform/macOS/Base/MacText.h"
+#include "TavrinPlatform/macOS/Desktop/ApplicationRequest.h"
 #include "TavrinPlatform/macOS/Slot/MacFileManager.h"
 
 #import <AppKit/AppKit.h>
 #import <dispatch/dispatch.h>
 
+#include <algorithm>
 #include <csignal>
 #include <fcntl.h>
 #include <map>
@@ -45,7 +47,10 @@ NSWorkspaceOpenConfiguration* configurationOf(const RunningApplications::Launch&
   NSWorkspaceOpenConfiguration* configuration = [NSWorkspaceOpenConfiguration configuration];
   configuration.arguments = arguments;
   configuration.environment = environment;
-  configuration.activates = NO;
+  // What is started in the background leaves the focus where it is.
+  configuration.activates =
+      std::find(launch.arguments.begin(), launch.arguments.end(), "--background") ==
+      launch.arguments.end();
   configuration.addsToRecentItems = NO;
   return configuration;
 }
@@ -185,17 +190,19 @@ public:
   }
 
   using RunningApplications::perform;
-  /// What an action is about comes to the application by a notification of its own.
   bool perform(const std::string& bundleIdentifier, const std::string& action,
-               const std::optional<std::string>&) override {
+               const std::optional<std::string>& object) override {
     @autoreleasepool {
       if (action == "quit")
         return [applicationNamed(bundleIdentifier) terminate];
       NSURL* bundle = [NSWorkspace.sharedWorkspace
           URLForApplicationWithBundleIdentifier:toNSString(bundleIdentifier)];
+      if (bundle == nil || (action != "open" && !object))
+        return false;
       // Opening one that runs asks it to reopen.
-      return (action == "open" || action == "edit") && bundle != nil &&
-             openApplication(bundle, [NSWorkspaceOpenConfiguration configuration]).process != 0;
+      return openApplication(bundle, object ? openingWith(bundleIdentifier, action, *object)
+                                            : [NSWorkspaceOpenConfiguration configuration])
+                 .process != 0;
     }
   }
 

@@ -24,7 +24,7 @@ constexpr std::array transientMarkers = {
     "com.typeit4me.clipping",             "Pasteboard generator type"};
 
 /// MIME types and the system's, in the order in which they are looked for.
-std::vector<std::pair<const char*, NSPasteboardType>> typeTable() {
+std::vector<std::pair<std::string_view, NSPasteboardType>> typeTable() {
   return {{Pasteboard::filesType, NSPasteboardTypeFileURL},
           {Pasteboard::tiffType, NSPasteboardTypeTIFF},
           {Pasteboard::pngType, NSPasteboardTypePNG},
@@ -62,12 +62,12 @@ std::shared_ptr<const Data> bytesOf(const void* bytes, std::size_t size) {
   return std::make_shared<const Data>(Data{std::vector<std::uint8_t>(begin, begin + size)});
 }
 
-Format textFormat(const char* mime, const std::string& text, std::size_t limit) {
+Format textFormat(std::string_view mime, const std::string& text, std::size_t limit) {
   // A cut may fall into the middle of a character.
   std::size_t kept = std::min(text.size(), limit);
   while (kept < text.size() && kept > 0 && (static_cast<unsigned char>(text[kept]) & 0xC0) == 0x80)
     --kept;
-  return {mime, bytesOf(text.data(), kept), text.size()};
+  return {std::string(mime), bytesOf(text.data(), kept), text.size()};
 }
 
 std::string fileAddresses(NSPasteboard* board) {
@@ -79,8 +79,8 @@ std::string fileAddresses(NSPasteboard* board) {
   return lines;
 }
 
-Format imageFormat(const char* mime, NSData* data, std::size_t limit) {
-  Format format{mime, nullptr, data.length};
+Format imageFormat(std::string_view mime, NSData* data, std::size_t limit) {
+  Format format{std::string(mime), nullptr, data.length};
   if (data.length <= limit)
     format.data = bytesOf(data.bytes, data.length);
   return format;

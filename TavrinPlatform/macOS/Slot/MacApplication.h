@@ -21,6 +21,8 @@ public:
   void requestUserAttention() override;
   void cancelUserAttention() override;
   void keepMemoryPrivate() override;
+  void request(const std::string& identifier, const std::string& action,
+               const std::string& object) override;
 
   /// Whether the click on the tile that asks for a reopen has just closed the panel by itself; then
   /// the click has had its effect. May be empty.

@@ -1,5 +1,9 @@
 #include "TavrinPlatform/macOS/Slot/MacApplication.h"
 
+#include "TavrinPlatform/macOS/Base/MacText.h"
+#include "TavrinPlatform/macOS/Desktop/ApplicationRequest.h"
+#include "TavrinPlatform/macOS/Desktop/MacNotifications.h"
+
 #import <AppKit/AppKit.h>
 #include <QCoreApplication>
 #include <optional>
@@ -22,7 +26,12 @@ struct MacApplication::Parts {
   bool isTerminated = false;
   /// Files that came before the launch was over.
   std::vector<std::filesystem::path> early;
+  /// What other applications ask for, as words; those too that came before the launch was over.
+  std::vector<std::string> asked;
+  TokenPtr requests;
 
+  void hearRequests();
+  void ask(const std::string& word);
   void didLaunch();
   void reopen();
   bool open(const std::vector<std::filesystem::path>& files);
@@ -47,7 +56,27 @@ int MacApplication::run(std::function<void()> launched) {
   if (parts_->isTerminated)
     return 0;
   parts_->launched = std::move(launched);
+  if (onAction)
+    parts_->hearRequests();
   return QCoreApplication::exec();
+}
+
+void MacApplication::Parts::hearRequests() {
+  asked = application.arguments_;
+  const std::string identifier = toText(NSBundle.mainBundle.bundleIdentifier);
+  if (!identifier.empty())
+    requests = makeMacDistributedNotificationCenter()->observe(
+        requestNotification(identifier), [this](const auto& word) {
+          if (isLaunched)
+            ask(word.value_or(""));
+          else
+            asked.push_back(word.value_or(""));
+        });
+}
+
+void MacApplication::Parts::ask(const std::string& word) {
+  if (const auto request = requestIn(word))
+    application.onAction(request->first, request->second);
 }
 
 void MacApplication::Parts::didLaunch() {
@@ -59,6 +88,8 @@ void MacApplication::Parts::didLaunch() {
   if (!early.empty() && application.onOpenFiles)
     application.onOpenFiles(early);
   early.clear();
+  for (const auto& word : std::exchange(asked, {}))
+    ask(word);
 }
 
 void MacApplication::Parts::reopen() {
@@ -90,6 +121,17 @@ void MacApplication::cancelUserAttention() {
   if (parts_->attention)
     [NSApplication.sharedApplication cancelUserAttentionRequest:*parts_->attention];
   parts_->attention.reset();
+}
+
+void MacApplication::request(const std::string& identifier, const std::string& action,
+                             const std::string& object) {
+  @autoreleasepool {
+    NSWorkspace* workspace = NSWorkspace.sharedWorkspace;
+    if (NSURL* bundle = [workspace URLForApplicationWithBundleIdentifier:toNSString(identifier)])
+      [workspace openApplicationAtURL:bundle
+                        configuration:openingWith(identifier, action, object)
+                    completionHandler:nil];
+  }
 }
 
 /// Other programs of the user need the system's leave to read this one's memory as it is.

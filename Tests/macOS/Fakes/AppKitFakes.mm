@@ -68,7 +68,7 @@ NSAppearanceName const NSAppearanceNameDarkAqua = @"dark";
   for (NSString* name in configuration.environment.allKeys)
     call += " " + textOf(name) + "=" + textOf((NSString*)[configuration.environment objectForKey:name]);
   note(call + (configuration.activates ? "" : " inactive"));
-  if (appKit.opened < 0) return;
+  if (appKit.opened < 0 || handler == nil) return;
   if (appKit.opened > 0) handler([NSRunningApplication numbered:appKit.opened], nil);
   else handler(nil, [NSError errorWithDomain:NSCocoaErrorDomain code:4 userInfo:@{}]);
 }

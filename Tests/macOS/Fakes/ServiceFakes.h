@@ -28,6 +28,8 @@ struct ServiceState {
   id remote = nil;
   std::vector<NSXPCConnection*> connections;
   NSNumber* isFocused = nil;
+  /// Property lists of launch agents that the user forbade.
+  std::set<std::string> forbidden;
   INFocusStatusAuthorizationStatus focusAccess = INFocusStatusAuthorizationStatusNotDetermined;
 };
 extern ServiceState services;

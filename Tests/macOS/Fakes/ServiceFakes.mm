@@ -116,6 +116,7 @@ static unsigned number(const std::string& letters) {
   return NO;
 }
 - (void)unregisterWithCompletionHandler:(void (^)(NSError*))handler { note("unregister " + plist); services.unregistered = handler; }
++ (SMAppServiceStatus)statusForLegacyURL:(NSURL*)url { return services.forbidden.contains(textOf(url.path)) ? SMAppServiceStatusRequiresApproval : SMAppServiceStatusEnabled; }
 + (void)openSystemSettingsLoginItems { note("login items"); }
 @end
 @implementation NSXPCInterface
@@ -148,8 +149,6 @@ static unsigned number(const std::string& letters) {
   return nobody;
 }
 - (void)dealloc { if (isActive) note("connection lost"); }
-@end
-@implementation NSXPCListener
 @end
 
 @implementation INFocusStatus

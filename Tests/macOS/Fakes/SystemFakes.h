@@ -11,6 +11,8 @@ struct SystemState {
   std::vector<std::pair<void*, std::function<void()>>> waiting;
   int queues = 0;
   int streams = 0;
+  /// What no program may do with a stream.
+  std::vector<std::string> misuses;
   bool canStream = true;
   bool canStart = true;
   /// Processes of this user: what was started, and the status, by number.

@@ -126,12 +126,12 @@ Boolean FSEventStreamStart(FSEventStreamRef stream) {
   return stream->isStarted;
 }
 void FSEventStreamStop(FSEventStreamRef stream) {
-  if (!stream->isStarted) note("stop of a stream that does not run");
+  if (!stream->isStarted) kernel.misuses.push_back("stop of a stream that does not run");
   stream->isStarted = false;
 }
 void FSEventStreamInvalidate(FSEventStreamRef stream) { stream->isInvalid = true; }
 void FSEventStreamRelease(FSEventStreamRef stream) {
-  if (stream->isStarted || !stream->isInvalid) note("release of a stream that runs");
+  if (stream->isStarted || !stream->isInvalid) kernel.misuses.push_back("release of a stream that runs");
   std::erase(streams, stream);
   --kernel.streams;
   delete stream;

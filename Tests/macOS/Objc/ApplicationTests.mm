@@ -6,6 +6,7 @@
 #include "TavrinPlatform/macOS/Slot/MacUserDefaults.h"
 
 #include <QTimer>
+#include <algorithm>
 
 namespace tavrin::test {
 namespace {
@@ -84,6 +85,46 @@ TEST_F(MacApplicationTest, AttentionIsAskedForAndTakenBackOnce) {
   application_.cancelUserAttention();
   application_.cancelUserAttention();
   EXPECT_EQ(called(), (Calls{"attention 0", "cancel 5", "attention 0", "cancel 5"}));
+}
+
+TEST_F(MacApplicationTest, RequestsComeAsWordsOfTheStartAndByNotices) {
+  MacApplication window({"settings", "--edit=one", "--background", "--=x"});
+  window.onAction = [](const std::string& action, const std::string& object) {
+    note(action + " " + object);
+    return true;
+  };
+  called();
+  const auto ask = [](NSString* word) {
+    [NSDistributedNotificationCenter.defaultCenter postNotificationName:@"dev.quellby.Tavrin.Slot3.request"
+                                                                 object:word
+                                                               userInfo:nil
+                                                     deliverImmediately:YES];
+    calls.erase(std::remove_if(calls.begin(), calls.end(), [](const auto& call) { return call.starts_with("post "); }), calls.end());
+  };
+  QTimer::singleShot(0, [&] {
+    ask(@"--edit=early");
+    note("loop");
+    [delegate() applicationDidFinishLaunching:nil];
+    ask(@"--edit=two=three");
+    ask(@"nonsense");
+    window.terminate();
+  });
+  EXPECT_EQ(window.run([] { note("launched"); }), 0);
+  const Calls all = called();
+  ASSERT_FALSE(all.empty());
+  EXPECT_EQ(Calls(all.begin() + 1, all.end()), (Calls{"loop", "launched", "edit one", "edit early", "edit two=three"}));
+}
+
+TEST_F(MacApplicationTest, AnotherApplicationIsToldOrStartedWithTheRequest) {
+  called();
+  appKit.installed.emplace()["dev.quellby.Tavrin"] = "/Applications/Tavrin Settings.app";
+  application_.request("dev.quellby.Tavrin", "edit", "ID");
+  EXPECT_EQ(called(), Calls{"start /Applications/Tavrin Settings.app --edit=ID"}) << "in front";
+  appKit.running["dev.quellby.Tavrin"] = 44;
+  application_.request("dev.quellby.Tavrin", "edit", "ID");
+  EXPECT_EQ(called(), (Calls{"post dev.quellby.Tavrin.request at once", "start /Applications/Tavrin Settings.app"}));
+  application_.request("dev.quellby.none", "edit", "ID");
+  EXPECT_EQ(called(), Calls{});
 }
 
 using MacApplicationLifeTest = MacTest;

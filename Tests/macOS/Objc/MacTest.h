@@ -49,9 +49,11 @@ public:
     eventKit = {};
     pasteboard = {};
     notifications.asked = nil;
+    notifications.pending.clear();
     services = {};
     EXPECT_EQ(kernel.streams, 0) << "streams of changes";
     EXPECT_EQ(kernel.queues, 0) << "queues";
+    EXPECT_EQ(kernel.misuses, Calls{});
     kernel = {};
     foundation = {};
     NSApplication.sharedApplication.dockTile.contentView = nil;

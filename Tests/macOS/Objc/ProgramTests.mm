@@ -62,6 +62,9 @@ TEST_F(MacRunningTest, ABundleIsOpenedByTheSystemAnythingElseIsAChild) {
   appKit.opened = 91;
   EXPECT_EQ(applications_->launch(launch), 91);
   EXPECT_EQ(called(), Calls{"start /Applications/Tavrin Slot 3.app --background TAVRIN_LOG=x inactive"});
+  launch.arguments = {"--edit=ID"};
+  EXPECT_EQ(applications_->launch(launch), 91);
+  EXPECT_EQ(called(), Calls{"start /Applications/Tavrin Slot 3.app --edit=ID TAVRIN_LOG=x"}) << "for the user who asked";
   const auto trouble = [&] { return errorOf<FileError>([&] { applications_->launch(launch); }); };
   appKit.opened = 0;
   EXPECT_EQ(trouble(), "Failed to start \"" + program.string() + "\" because it went wrong");
@@ -151,6 +154,12 @@ TEST_F(MacRunningTest, EndsAndAsksInTheUsersWay) {
   appKit.opened = 7;
   EXPECT_TRUE(applications_->perform("dev.quellby.app", "open"));
   EXPECT_EQ(called(), Calls{"start /Applications/A.app"}) << "it comes to the front";
+  EXPECT_TRUE(applications_->perform("dev.quellby.app", "edit", "ID"));
+  EXPECT_EQ(called(), (Calls{"post dev.quellby.app.request at once", "start /Applications/A.app"}))
+      << "one that runs is told";
+  appKit.running.clear();
+  EXPECT_TRUE(applications_->perform("dev.quellby.app", "edit", "ID"));
+  EXPECT_EQ(called(), Calls{"start /Applications/A.app --edit=ID"});
   EXPECT_FALSE(applications_->perform("dev.quellby.other", "open"));
   EXPECT_FALSE(applications_->perform("dev.quellby.other", "quit"));
   EXPECT_FALSE(applications_->perform("dev.quellby.app", "dance"));
