@@ -87,8 +87,13 @@ NSAppearanceName const NSAppearanceNameDarkAqua = @"dark";
 
 @implementation NSResponder
 @end
-@implementation NSView
+@implementation NSView { __weak NSWindow* shownIn; }
+- (NSWindow*)window { return shownIn; }
+- (void)putInto:(NSWindow*)window { shownIn = window; }
 - (instancetype)initWithFrame:(NSRect)frame { self.frame = frame; self.bounds = frame; return self; }
+@end
+@interface NSView (Fake)
+- (void)putInto:(NSWindow*)window;
 @end
 @implementation NSImageView
 @end
@@ -166,19 +171,24 @@ NSSharingServiceName const NSSharingServiceNameSendViaAirDrop = @"airdrop";
 @implementation NSPanel
 @end
 __weak NSPopover* lastPopover = nil;
-@implementation NSPopover { BOOL isShown; }
+@implementation NSPopover { BOOL isShown; NSWindow* window; }
 - (instancetype)init { lastPopover = self; return self; }
 - (BOOL)isShown { return isShown; }
 - (void)showRelativeToRect:(NSRect)rect ofView:(NSView*)view preferredEdge:(NSRectEdge)edge {
   note("popover " + std::to_string(int(rect.size.width)) + " edge " + std::to_string(edge));
   isShown = YES;
+  window = [[NSWindow alloc] init];
+  [self.contentViewController.view putInto:window];
 }
 - (void)performClose:(id)sender {
   note("perform close");
-  isShown = NO;
+  [self close];
   [self.delegate popoverDidClose:(NSNotification*)nil];
 }
-- (void)close { isShown = NO; }
+- (void)close {
+  isShown = NO;
+  window = nil;
+}
 @end
 @implementation NSApplication { NSDockTile* tile; }
 + (NSApplication*)sharedApplication { static NSApplication* shared = [[NSApplication alloc] init]; return shared; }

@@ -51,6 +51,7 @@ struct FoundationState {
   /// The main bundle: its path, its entries.
   std::string bundlePath = "/Applications/Tavrin Slot 3.app";
   std::map<std::string, NSObject*> information;
+  std::map<std::string, std::string> environment = {{"HOME", "/Users/ada"}, {"TAVRIN_LOG", "stderr"}};
   /// Suites and keys of the defaults; the application's own suite is "".
   std::map<std::string, std::map<std::string, NSObject*>> defaults;
   bool canSynchronize = true;

@@ -283,7 +283,11 @@ NSErrorDomain const NSCocoaErrorDomain = @"NSCocoaErrorDomain";
 @implementation NSProcessInfo
 + (NSProcessInfo*)processInfo { return [[NSProcessInfo alloc] init]; }
 - (BOOL)isLowPowerModeEnabled { return foundation.isLowPower; }
-- (NSDictionary*)environment { return @{@"HOME" : @"/Users/ada", @"TAVRIN_LOG" : @"stderr"}; }
+- (NSDictionary*)environment {
+  NSMutableDictionary* made = [NSMutableDictionary dictionary];
+  for (const auto& [name, value] : foundation.environment) made[make(name)] = make(value);
+  return made;
+}
 @end
 @implementation NSFileManager
 + (NSFileManager*)defaultManager { return [[NSFileManager alloc] init]; }
