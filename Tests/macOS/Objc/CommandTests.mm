@@ -10,6 +10,7 @@
 
 #include <QCoreApplication>
 #include <QTimer>
+#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <thread>
@@ -45,9 +46,8 @@ TEST_F(MacCommandTest, ItsTimeGoesToTheSystemsLoop) {
   };
   EXPECT_GE(secondsOf([&] { platform_->wait(0.05); }), 0.05) << "an event does not cut it short";
   EXPECT_EQ(heard, 1);
-  ASSERT_GE(turns.size(), 2U);
-  EXPECT_EQ(turns[0], 0.05);
-  EXPECT_LT(turns[1], 0.05);
+  EXPECT_EQ(turns.at(0), 0.05);
+  EXPECT_TRUE(std::ranges::is_sorted(turns, std::greater<>())) << "what is left of it";
   turns.clear();
   platform_->waitForEvent();
   EXPECT_EQ(turns, std::vector<double>{3600}) << "one event is enough";
