@@ -34,8 +34,12 @@ template <class Done> void waitUntil(CommandPlatform& platform, double limit, Do
 
 std::vector<std::filesystem::path> SlotControl::usualPlaces() {
   const auto folder = context_.platform().program().parent_path();
-  return {folder.parent_path() / "lib/tavrin", folder.parent_path() / "bundles",
-          folder / "bundles"};
+  std::vector<std::filesystem::path> places = {
+      folder.parent_path() / "lib/tavrin", folder.parent_path() / "bundles", folder / "bundles"};
+  // A program that has a bundle lies among the slots'.
+  if (const auto bundle = context_.platform().mainBundle().path())
+    places.push_back(bundle->parent_path());
+  return places;
 }
 
 std::optional<std::filesystem::path> SlotControl::chosenPlace() {

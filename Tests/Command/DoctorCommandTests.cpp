@@ -1,3 +1,4 @@
+#include "TavrinHost/Widgets/SlotControl.h"
 #include "Tests/Command/HostFixture.h"
 
 namespace tavrin::test {
@@ -49,6 +50,16 @@ TEST_F(DoctorCommandTest, TheSettingsWindowIsAskedForOrStartedFromItsBundle) {
   EXPECT_EQ(run({"settings"}), 0) << errors.str();
   ASSERT_EQ(platform.running.launches.size(), 1U);
   EXPECT_EQ(platform.running.launches[0].program, program);
+}
+
+TEST_F(DoctorCommandTest, AProgramInABundleFindsTheSlotsBesideIt) {
+  const auto slot = folder / "Applications/Tavrin Slot 1.app/Contents/MacOS";
+  std::filesystem::create_directories(slot);
+  std::ofstream(slot / "TavrinSlot") << "program";
+  SilentContext context(platform);
+  EXPECT_THROW(SlotControl(context).bundlesFolder(), HostError);
+  platform.bundle.bundlePath = folder / "Applications/Tavrin Settings.app";
+  EXPECT_EQ(SlotControl(context).bundlesFolder(), folder / "Applications");
 }
 
 } // namespace

@@ -16,14 +16,28 @@ namespace fs = std::filesystem;
 constexpr const char* label = "dev.quellby.Tavrin.start";
 
 /// The keys are those of launchd.plist(5).
-PropertyList agentFor(const fs::path& program) {
+PropertyList agentFor(const fs::path& command) {
   return PropertyList::Dictionary{
       {"Label", label},
-      {"ProgramArguments", PropertyList::Array{program.string(), "start"}},
+      {"ProgramArguments", PropertyList::Array{command.string(), "start"}},
       {"RunAtLoad", true},
       // Not for a session over the network, which has no Dock.
       {"LimitLoadToSessionType", "Aqua"},
       {"ProcessType", "Interactive"}};
+}
+
+/// Bundles lie in "lib/tavrin" of an installation and in "bundles" of a build; the command lies in
+/// "bin" of either.
+fs::path commandFor(const fs::path& program) {
+  constexpr const char* command = "tavrin";
+  if (program.filename() == command)
+    return program;
+  const auto bundle = program.parent_path().parent_path().parent_path();
+  std::error_code error;
+  for (auto folder = bundle.parent_path(); folder.has_relative_path(); folder = folder.parent_path())
+    if (const auto found = folder / "bin" / command; fs::exists(found, error))
+      return found;
+  return program.parent_path() / command;
 }
 
 bool isForbidden(const fs::path& agent) {
@@ -34,9 +48,9 @@ bool isForbidden(const fs::path& agent) {
 
 } // namespace
 
-MacAutostart::MacAutostart(const fs::path& home, fs::path program)
+MacAutostart::MacAutostart(const fs::path& home, const fs::path& program)
     : agent_(home / "Library/LaunchAgents" / (std::string(label) + ".plist")),
-      program_(std::move(program)) {}
+      command_(commandFor(program)) {}
 
 Autostart::Status MacAutostart::status() {
   std::error_code error;
@@ -57,7 +71,7 @@ Autostart::Status MacAutostart::set(bool isOn) {
     if (error)
       throw FileError(
           failure("make the folder \"" + agent_.parent_path().string() + "\"", error.message()));
-    writeFileAtomically(agent_, agentFor(program_).xml());
+    writeFileAtomically(agent_, agentFor(command_).xml());
   } else {
     fs::remove(agent_, error);
     if (error)

@@ -130,5 +130,18 @@ TEST_F(MacCommandTest, ALaunchAgentStartsTheWidgetsWithTheSession) {
   EXPECT_THROW(autostart.set(true), FileError);
 }
 
+TEST_F(MacCommandTest, TheSettingsBundleHasTheCommandOfItsTreeStarted) {
+  const TemporaryFolder home, tree;
+  fs::create_directory(tree / "bin");
+  put(tree / "bin/tavrin", "the command");
+  for (const char* bundles : {"lib/tavrin", "bundles"}) {
+    MacAutostart autostart(home.path(), tree / bundles / "Tavrin Settings.app/Contents/MacOS/TavrinSettings");
+    autostart.set(true);
+    const auto made = PropertyList::parse(
+        readFile(home / "Library/LaunchAgents/dev.quellby.Tavrin.start.plist").value_or(""));
+    EXPECT_EQ(*made.entry("ProgramArguments"), (PropertyList::Array{(tree / "bin/tavrin").string(), "start"})) << bundles;
+  }
+}
+
 } // namespace
 } // namespace tavrin::test
