@@ -11,11 +11,12 @@
 
 namespace tavrin {
 
-/// The settings record of a kind says which one's it is: `kindKey`, the kind's key in JSON.
+/// The settings record of a kind says which one's it is: `kindKey`, the kind's key in JSON. That is
+/// asked first: whether a kind itself can be copied leads back to this question.
 template <class S>
-concept KindSettings = std::copyable<S> && std::equality_comparable<S> && requires {
+concept KindSettings = requires {
   { S::kindKey } -> std::convertible_to<std::string_view>;
-};
+} && std::copyable<S> && std::equality_comparable<S>;
 
 /// A widget of the user's, as it stands in the widgets file.
 struct DockWidget {
