@@ -1,5 +1,6 @@
 #include "Tests/macOS/Objc/MacTest.h"
 
+#include "TavrinCore/Kinds/Runs/TimerSettings.h"
 #include "TavrinCore/Widgets/WidgetsFile.h"
 #include "TavrinPlatform/CommandPlatform.h"
 #include "TavrinPlatform/Files/AtomicFile.h"
