@@ -93,9 +93,15 @@ if [[ $file != *.h && ${TAVRIN_ANALYSIS:-} != no ]]; then
           -Xclang -analyzer-disable-checker=deadcode,cplusplus.NewDeleteLeaks
           -Xclang -analyzer-config -Xclang c++-stdlib-inlining=false,max-nodes=60000 -o /dev/null)
 fi
-out=$("$compiler" "${flags[@]}" "${language[@]}" "${action[@]}" \
+out=$("$compiler" "${flags[@]}" "${language[@]}" -fsyntax-only \
       -Xclang -dependency-file -Xclang "$work/d" -Xclang -sys-header-deps -Xclang -MT -Xclang x "$file" 2>&1)
-if [ $? -ne 0 ] || grep -q 'warning:' <<<"$out"; then
+status=$?
+if [ $status -eq 0 ] && [ ${#action[@]} -gt 1 ]; then
+  # In an analysis the compiler itself is silent.
+  out=$("$compiler" "${flags[@]}" "${language[@]}" "${action[@]}" "$file" 2>&1)
+  status=$?
+fi
+if [ $status -ne 0 ] || grep -q 'warning:' <<<"$out"; then
   grep -A3 -E 'warning:|error:' <<<"$out" >&2 || echo "$out" >&2
   echo "FAILED $file" >&2; bad=1
 fi
