@@ -110,6 +110,7 @@ private:
   void startAnew() const;
   void makeRooms();
   TileServices::Environment tileEnvironment();
+  std::unique_ptr<LayerShell> makeLayers();
   std::filesystem::path pictureFolder() const;
   /// By one notice for all slots, until there is another reason.
   void tellMakeshift(const std::string& reason);
@@ -256,7 +257,18 @@ TileServices::Environment LinuxPlatform::tileEnvironment() {
                   application_->onResignActive();
               },
           .toldMakeshift = [this](const auto& reason) { tellMakeshift(reason); },
+          .makeLayers = [this] { return makeLayers(); },
           .hasDrawnMuch = [this] { memory_->soon(); }};
+}
+
+std::unique_ptr<LayerShell> LinuxPlatform::makeLayers() {
+  if (!QGuiApplication::platformName().startsWith(QLatin1String("wayland")))
+    return nullptr;
+  std::string error;
+  const auto make = modules_.find<LayerShell*()>("wayland", "tavrinMakeLayerShell", error);
+  if (make == nullptr)
+    Log(log_, "surface").error(failure("load the module wayland", error));
+  return std::unique_ptr<LayerShell>(make == nullptr ? nullptr : make());
 }
 
 std::filesystem::path LinuxPlatform::pictureFolder() const {

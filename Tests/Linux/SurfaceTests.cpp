@@ -38,7 +38,16 @@ TEST(SurfaceChoice, EachDesktopHasItsRowAndNoneIsLaidOver) {
     return DesktopFacts{x11, std::move(manager), wayland, {}, bus, tray};
   };
   constexpr auto docks = StripArrangement::docks;
+  const std::vector<std::string> layered{"wl_compositor", layerShellGlobal};
+  constexpr auto layers = StripArrangement::layers;
   const Case cases[] = {
+      {"layer shell", {true, oblivious, true, layered, true, true}, {"strip"}, layers, false},
+      {"docks through XWayland",
+       {true, floating, true, layered, true, true},
+       {"strip"},
+       docks,
+       false},
+      {"layer shell", {false, {}, true, layered, false, false}, {"strip"}, layers, false},
       {"docks", on(true, floating, false, true, true), {"strip"}, docks, false},
       {"no manager", on(true, {}, false, false, false), {"strip"}, docks, false},
       {"bar", on(true, tiling, false, true, true), {"strip"}, StripArrangement::bar, false},

@@ -33,8 +33,11 @@ bool isPlainX11(const DesktopFacts& facts) {
   return facts.hasX11 && !facts.hasWayland;
 }
 
-// The first that holds is taken. A way to show tiles that is better than those below it (a Wayland
-// compositor's layer shell, say) is one more row above them.
+bool hasLayerShell(const DesktopFacts& facts) {
+  return std::ranges::find(facts.waylandGlobals, layerShellGlobal) != facts.waylandGlobals.end();
+}
+
+// The first that holds is taken.
 constexpr std::array rows{
     Row{"docks",
         [](const DesktopFacts& facts) { return isPlainX11(facts) && letsDocksStand(facts); },
@@ -70,6 +73,12 @@ constexpr std::array rows{
         false,
         "The compositor % lets dock windows of X programs stand along an edge: the tiles are a "
         "strip there."},
+    Row{"layer shell",
+        hasLayerShell,
+        {"strip"},
+        StripArrangement::layers,
+        false,
+        "The compositor lets surfaces choose their place: the tiles are a strip along an edge."},
     Row{"tray",
         [](const DesktopFacts& facts) { return facts.hasTrayHost; },
         {"tray"},

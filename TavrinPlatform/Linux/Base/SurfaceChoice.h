@@ -19,7 +19,12 @@ enum class StripArrangement : std::uint8_t {
   /// No window manager is asked (override-redirect): the tiles see to their place in the stack
   /// themselves, and no room is kept.
   unmanaged,
+  /// Each tile is a surface of a Wayland compositor's layer shell.
+  layers,
 };
+
+/// The compositor's global that lets surfaces choose their place.
+inline constexpr const char* layerShellGlobal = "zwlr_layer_shell_v1";
 
 struct SurfaceChoice {
   /// The row of the table, or "wish".

@@ -1,5 +1,7 @@
 #include "TavrinPlatform/Linux/Slot/ToolkitSetup.h"
 
+#include "TavrinPlatform/Linux/Base/SurfaceChoice.h"
+
 #include <cstdlib>
 
 namespace tavrin {
@@ -7,9 +9,12 @@ namespace tavrin {
 ToolkitSetup::ToolkitSetup(const FileManager& files, const DesktopFacts& displays) {
   if (!files.environment("QT_QPA_PLATFORM")) {
     // The toolkit would end the process where it finds no display.
-    set("QT_QPA_PLATFORM", displays.hasX11       ? "xcb"
-                           : displays.hasWayland ? "wayland;offscreen"
-                                                 : "offscreen");
+    const auto wish = files.environment("TAVRIN_SURFACE").value_or("");
+    const bool hasLayers = chooseSurface(displays, wish).arrangement == StripArrangement::layers;
+    set("QT_QPA_PLATFORM", hasLayers && displays.hasX11 ? "wayland;xcb"
+                           : displays.hasX11            ? "xcb"
+                           : displays.hasWayland        ? "wayland;offscreen"
+                                                        : "offscreen");
   }
   setDefault("QT_XCB_GL_INTEGRATION", "none");
   setDefault("QT_NO_GLIB", "1");

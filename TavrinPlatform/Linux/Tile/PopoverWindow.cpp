@@ -34,7 +34,7 @@ bool isOnWayland() {
 
 } // namespace
 
-PopoverWindow::PopoverWindow() : isPlain_(isOnWayland()) {
+PopoverWindow::PopoverWindow(bool hasPlace) : isPlain_(isOnWayland() && !hasPlace) {
   if (isPlain_) {
     setWindowFlags(Qt::Dialog);
   } else {

@@ -23,7 +23,8 @@ struct PopoverPalette {
 /// place (Wayland) it is an ordinary dialogue without an arrow.
 class PopoverWindow final : public QWidget {
 public:
-  PopoverWindow();
+  /// `hasPlace`: on Wayland, where a layer shell puts it.
+  explicit PopoverWindow(bool hasPlace = false);
 
   void setContent(QWidget* content);
   QWidget* content() const { return content_; }
@@ -31,6 +32,8 @@ public:
   /// Takes the layout's body for the content.
   void arrange(const PopoverLayout& layout);
   QPoint home() const { return home_; }
+  /// As it was arranged, with its shadow.
+  QRect frame() const { return {home_, size()}; }
   /// Of a hidden window: gives its pixels back, until it is arranged again.
   void releaseSurface() { destroy(); }
   /// Whether a place, in toolkit points of the screen, is on the body or the arrow.

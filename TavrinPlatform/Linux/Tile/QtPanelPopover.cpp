@@ -108,7 +108,8 @@ QtPanelPopover::~QtPanelPopover() = default;
 
 PopoverWindow& QtPanelPopover::window() {
   if (!window_) {
-    window_ = std::make_unique<PopoverWindow>();
+    layers_ = environment_.layers ? environment_.layers() : nullptr;
+    window_ = std::make_unique<PopoverWindow>(layers_ != nullptr);
     window_->onEscape = [this] { close(); };
     window_->onContentPaletteChange = [this] {
       if (isShown_)
@@ -142,6 +143,14 @@ void QtPanelPopover::arrange() {
   const QPointF tip = toolkitPoint(anchor_);
   const QSize size = size_.isEmpty() && content() != nullptr ? content()->sizeHint() : size_;
   window().arrange(PopoverLayout::make(tip, arrowFor(edge_), size, availableAt(tip), screenMargin));
+  if (layers_ != nullptr && window_->isVisible())
+    put();
+}
+
+/// As a surface of the layer shell, which has the keyboard to itself while it is there.
+void QtPanelPopover::put() {
+  window_->winId();
+  layers_->put(*window_->windowHandle(), {window_->frame(), LayerShell::Level::overlay, true});
 }
 
 void QtPanelPopover::updatePalette() {
@@ -204,11 +213,17 @@ void QtPanelPopover::appear() {
   } else {
     window_->setWindowOpacity(1);
   }
+  if (layers_ != nullptr) {
+    put();
+    layers_->watchPresses(environment_.strip(), [this] { leave(); });
+  }
   window_->show();
   window_->raise();
 }
 
 void QtPanelPopover::takeFocus() {
+  if (layers_ != nullptr)
+    return;
   window_->activateWindow();
   if (x11::connection() == nullptr)
     return;
@@ -234,6 +249,8 @@ void QtPanelPopover::close() {
     return;
   isShown_ = false;
   presses_.reset();
+  if (layers_ != nullptr)
+    layers_->watchPresses({}, nullptr);
   if (isAnimated()) {
     isClosing_ = true;
     fade_.stop();
@@ -255,6 +272,12 @@ void QtPanelPopover::disappear() {
   const bool hadFocus = focus != nullptr && window_->isActiveWindow();
   isClosing_ = false;
   fade_.stop();
+  if (layers_ != nullptr) {
+    layers_->withdraw(*window_->windowHandle());
+    window_->hide();
+    window_->releaseSurface();
+    return;
+  }
   window_->hide();
   giveFocusBack(hadFocus);
   QTimer::singleShot(surfaceMilliseconds, &context_, [this] {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinPlatform/Linux/Base/LayerShell.h"
 #include "TavrinPlatform/Linux/Tile/PopoverWindow.h"
 #include "TavrinPlatform/Linux/Tile/PressWatcher.h"
 #include "TavrinPlatform/PanelPopover.h"
@@ -23,6 +24,10 @@ public:
     /// The user is going elsewhere; told before the popover closes for it.
     std::function<void()> resignedActive;
     std::function<void()> hasClosed;
+    /// Null where panels are no surfaces of a layer shell.
+    std::function<LayerShell*()> layers;
+    /// The row of tiles, whose presses are theirs.
+    std::function<QRect()> strip;
   };
   explicit QtPanelPopover(Environment environment);
   ~QtPanelPopover() override;
@@ -41,6 +46,7 @@ private:
   PopoverWindow& window();
   void arrange();
   void updatePalette();
+  void put();
   void appear();
   void disappear();
   void takeFocus();
@@ -51,6 +57,7 @@ private:
   bool isAnimated() const;
 
   Environment environment_;
+  LayerShell* layers_ = nullptr;
   std::unique_ptr<PopoverWindow> window_;
   std::unique_ptr<PressWatcher> presses_;
   QObject context_;

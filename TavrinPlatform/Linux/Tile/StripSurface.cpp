@@ -28,6 +28,12 @@ const QScreen* chosenScreen() {
   return QGuiApplication::primaryScreen();
 }
 
+Qt::Edge toolkitEdge(StripEdge edge) {
+  if (edge == StripEdge::left)
+    return Qt::LeftEdge;
+  return edge == StripEdge::right ? Qt::RightEdge : Qt::BottomEdge;
+}
+
 StripEdge edgeOf(const DockPreferences& preferences) {
   if (preferences.orientation == "left")
     return StripEdge::left;
@@ -134,16 +140,26 @@ void StripSurface::arrange() {
   format.span = layout_.isVertical ? 1 : std::max(place_.span, 1);
   format.scale = screen->devicePixelRatio() * shrinking_;
   // Nothing is shown before there is something to see.
-  if (hasPicture_) {
-    const QRect tile = wholePoints(layout_.tile);
-    window_.moveTo(tile, arrangement_ != StripArrangement::docks);
-    room_.reserve(static_cast<xcb_window_t>(window_.winId()), tile, *screen, edge);
-  }
+  if (hasPicture_)
+    place(*screen, edge);
   if (format == format_)
     return;
   format_ = format;
   if (events.formatChanged)
     events.formatChanged();
+}
+
+void StripSurface::place(const QScreen& screen, StripEdge edge) {
+  const QRect tile = wholePoints(layout_.tile);
+  if (environment_.layers == nullptr) {
+    window_.moveTo(tile, arrangement_ != StripArrangement::docks);
+    room_.reserve(static_cast<xcb_window_t>(window_.winId()), tile, screen, edge);
+    return;
+  }
+  window_.moveTo(tile, *environment_.layers);
+  if (doesReserve_)
+    environment_.layers->keepRoom(screen, toolkitEdge(edge),
+                                  layout_.isVertical ? tile.width() : tile.height());
 }
 
 void StripSurface::watchScreens() {

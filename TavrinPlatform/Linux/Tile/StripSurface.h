@@ -22,6 +22,8 @@ public:
     std::function<bool()> prefersReducedMotion;
     /// What the window manager that is there wants; no value where there is none.
     std::function<std::optional<StripArrangement>()> arrangement;
+    /// Null where the windows are an X server's.
+    LayerShell* layers = nullptr;
   };
   explicit StripSurface(Environment environment);
 
@@ -43,6 +45,7 @@ public:
 
 private:
   void arrange();
+  void place(const QScreen& screen, StripEdge edge);
   void managerChanged();
   /// Where the row may stand; has the room kept by a bar where that is the way.
   QRectF available(const QScreen& screen, StripEdge edge);

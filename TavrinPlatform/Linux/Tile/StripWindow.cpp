@@ -77,7 +77,7 @@ StripWindow::StripWindow() {
     const double phase = value.toDouble() * hops;
     const double fading = 1 - value.toDouble();
     const double lift = std::abs(std::sin(phase * M_PI)) * fading * hopHeightRatio;
-    setPosition(home_ + (hopWay_ * lift).toPoint());
+    moveBy((hopWay_ * lift).toPoint());
   });
 }
 
@@ -108,6 +108,22 @@ void StripWindow::moveTo(const QRect& frame, bool isUnmanaged) {
   show();
 }
 
+void StripWindow::moveTo(const QRect& frame, LayerShell& layers) {
+  home_ = frame.topLeft();
+  layers_ = &layers;
+  layers.put(*this, {frame});
+  if (!isVisible())
+    show();
+}
+
+void StripWindow::moveBy(QPoint way) {
+  const QPoint place = home_ + way;
+  if (layers_ == nullptr)
+    setPosition(place);
+  else if (isVisible())
+    layers_->put(*this, {QRect(place, size())});
+}
+
 void StripWindow::setPicture(const QImage& image, double scale) {
   const bool isSame = picture_.size() == image.size();
   const QImage::Format format = QImage::Format_ARGB32_Premultiplied;
@@ -135,7 +151,7 @@ void StripWindow::setAttention(bool isWanted, QPointF way) {
   hasRing_ = isWanted;
   hopWay_ = way;
   hop_.stop();
-  setPosition(home_);
+  moveBy({});
   if (!way.isNull())
     hop_.start();
   // Not the toolkit's alert, which only an activation of the window would end.

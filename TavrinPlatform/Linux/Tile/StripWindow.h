@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinPlatform/Linux/Base/LayerShell.h"
 #include "TavrinPlatform/Linux/Tile/TileLabel.h"
 
 #include <QAbstractNativeEventFilter>
@@ -23,6 +24,8 @@ public:
 
   /// Shows the window there, as a dock window or as one that no window manager cares for.
   void moveTo(const QRect& frame, bool isUnmanaged);
+  /// Shows the window there as a surface of the layer shell, which outlives this.
+  void moveTo(const QRect& frame, LayerShell& layers);
   void setPicture(const QImage& image, double scale);
   void setLabel(const QString& name, const QString& value);
   /// Wears a ring and is urgent to the window manager, until it is taken back; before that it hops
@@ -60,6 +63,7 @@ protected:
   void timerEvent(QTimerEvent* event) override;
 
 private:
+  void moveBy(QPoint way);
   bool nativeEventFilter(const QByteArray& type, void* message, qintptr* result) override;
   void becomeDockWindow();
   void watchCompositor();
@@ -75,6 +79,7 @@ private:
   TileLabel<QString> label_;
   QPoint home_;
   QPointF hopWay_;
+  LayerShell* layers_ = nullptr;
   QVariantAnimation hop_;
   QBasicTimer toolTip_;
   std::vector<QRect> outline_;

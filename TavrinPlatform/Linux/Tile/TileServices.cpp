@@ -68,13 +68,32 @@ QtPanelPopover& TileServices::popover() {
   };
   environment.resignedActive = environment_.resignedActive;
   environment.hasClosed = environment_.hasDrawnMuch;
+  environment.layers = [this] { return strip_ ? layers() : nullptr; };
+  environment.strip = [this]() -> QRect {
+    const auto frame = strip_ ? strip_->stripFrame() : std::nullopt;
+    if (!frame)
+      return {};
+    const QPointF corner = toolkitPoint({frame->x, frame->y + frame->height});
+    return QRectF(corner, QSizeF(frame->width, frame->height)).toAlignedRect();
+  };
   popover_ = std::make_unique<QtPanelPopover>(std::move(environment));
   return *popover_;
 }
 
-SurfaceChoice TileServices::choice() const {
+LayerShell* TileServices::layers() {
+  if (!hasAskedForLayers_ && environment_.makeLayers) {
+    hasAskedForLayers_ = true;
+    layers_ = environment_.makeLayers();
+  }
+  return layers_.get();
+}
+
+SurfaceChoice TileServices::choice() {
   const auto wish = environment_.files.environment("TAVRIN_SURFACE").value_or("");
   DesktopFacts facts = environment_.displays;
+  // What the compositor has is of use where the toolkit's windows can be brought to it.
+  if (layers() == nullptr)
+    std::erase(facts.waylandGlobals, layerShellGlobal);
   facts.hasBus = environment_.bus != nullptr && environment_.bus->isOpen();
   SurfaceChoice choice = chooseSurface(facts, wish);
   if (!choice.isMakeshift)
@@ -110,6 +129,7 @@ std::unique_ptr<TileSurface> TileServices::makeStrip() {
     // The surface is made: only what becomes of a strip is asked.
     return chooseSurface(facts, "strip").arrangement;
   };
+  environment.layers = layers();
   auto strip = std::make_unique<StripSurface>(std::move(environment));
   strip_ = strip.get();
   if (environment_.bus != nullptr)

@@ -2,6 +2,7 @@
 
 #include "TavrinCore/Base/Log.h"
 #include "TavrinPlatform/FileManager.h"
+#include "TavrinPlatform/Linux/Base/LayerShell.h"
 #include "TavrinPlatform/Linux/Base/SurfaceChoice.h"
 #include "TavrinPlatform/Linux/Tile/LinuxDockGeometry.h"
 #include "TavrinPlatform/Linux/Tile/LinuxDockTile.h"
@@ -35,6 +36,8 @@ public:
     std::function<void()> resignedActive;
     /// Something less than a strip stands in for one; a sentence says why.
     std::function<void(const std::string& reason)> toldMakeshift;
+    /// The compositor's layer shell; null where there is none.
+    std::function<std::unique_ptr<LayerShell>()> makeLayers;
     /// Much was drawn, or a panel was closed: there is memory to give back.
     std::function<void()> hasDrawnMuch;
   };
@@ -52,12 +55,16 @@ public:
   }
 
 private:
-  SurfaceChoice choice() const;
+  SurfaceChoice choice();
+  /// Null where there is none.
+  LayerShell* layers();
   std::unique_ptr<TileSurface> makeSurface(const std::string& name);
   std::unique_ptr<TileSurface> makeStrip();
   bool hasTray() const;
 
   Environment environment_;
+  std::unique_ptr<LayerShell> layers_;
+  bool hasAskedForLayers_ = false;
   /// The tile's, where it has one.
   StripSurface* strip_ = nullptr;
   std::unique_ptr<LinuxDockTile> tile_;

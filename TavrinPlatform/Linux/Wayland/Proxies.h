@@ -2,7 +2,7 @@
 
 #include "data-control.h"
 #include "layer-shell.h"
-#include "scaling.h"
+#include "viewporter.h"
 
 #include <memory>
 #include <wayland-client.h>
@@ -20,13 +20,12 @@ template <class Proxy> using ProxyPtr = std::unique_ptr<Proxy, DestroyProxy<Prox
 TAVRIN_PROXY(wl_registry);
 TAVRIN_PROXY(wl_callback);
 TAVRIN_PROXY(wl_seat);
+TAVRIN_PROXY(wl_pointer);
 TAVRIN_PROXY(wl_compositor);
-TAVRIN_PROXY(wl_subcompositor);
 TAVRIN_PROXY(wl_shm);
 TAVRIN_PROXY(wl_shm_pool);
 TAVRIN_PROXY(wl_buffer);
 TAVRIN_PROXY(wl_surface);
-TAVRIN_PROXY(wl_subsurface);
 TAVRIN_PROXY(wl_region);
 TAVRIN_PROXY(wl_output);
 TAVRIN_PROXY(zwlr_data_control_manager_v1);
@@ -37,8 +36,6 @@ TAVRIN_PROXY(zwlr_layer_shell_v1);
 TAVRIN_PROXY(zwlr_layer_surface_v1);
 TAVRIN_PROXY(wp_viewporter);
 TAVRIN_PROXY(wp_viewport);
-TAVRIN_PROXY(wp_fractional_scale_manager_v1);
-TAVRIN_PROXY(wp_fractional_scale_v1);
 #undef TAVRIN_PROXY
 
 } // namespace tavrin

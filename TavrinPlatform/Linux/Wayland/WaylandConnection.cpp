@@ -37,12 +37,15 @@ const WaylandRegistry::Global* WaylandRegistry::find(std::string_view interface)
   return found == globals_.end() ? nullptr : &*found;
 }
 
+void* WaylandRegistry::bindGlobal(const Global& global, const wl_interface& interface,
+                                  std::uint32_t most) const {
+  return wl_registry_bind(registry_.get(), global.number, &interface,
+                          std::min(global.version, most));
+}
+
 void* WaylandRegistry::bindAny(const wl_interface& interface, std::uint32_t most) const {
   const Global* global = find(interface.name);
-  if (global == nullptr)
-    return nullptr;
-  return wl_registry_bind(registry_.get(), global->number, &interface,
-                          std::min(global->version, most));
+  return global == nullptr ? nullptr : bindGlobal(*global, interface, most);
 }
 
 WaylandConnection::WaylandConnection() : display_(wl_display_connect(nullptr)) {

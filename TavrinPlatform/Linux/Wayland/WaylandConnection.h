@@ -24,6 +24,16 @@ public:
     return static_cast<Proxy*>(bindAny(interface, most));
   }
 
+  /// All globals of this interface, likewise.
+  template <class Proxy>
+  std::vector<Proxy*> bindAll(const wl_interface& interface, std::uint32_t most) const {
+    std::vector<Proxy*> all;
+    for (const Global& global : globals_)
+      if (global.name == interface.name)
+        all.push_back(static_cast<Proxy*>(bindGlobal(global, interface, most)));
+    return all;
+  }
+
 private:
   struct Global {
     std::uint32_t number;
@@ -31,6 +41,7 @@ private:
     std::uint32_t version;
   };
   const Global* find(std::string_view interface) const;
+  void* bindGlobal(const Global& global, const wl_interface& interface, std::uint32_t most) const;
   void* bindAny(const wl_interface& interface, std::uint32_t most) const;
 
   ProxyPtr<wl_registry> registry_;

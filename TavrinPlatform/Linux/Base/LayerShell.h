@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QRect>
+#include <functional>
+#include <vector>
+
+class QScreen;
+class QWindow;
+
+namespace tavrin {
+
+/// The toolkit's windows as surfaces of a Wayland compositor's layer shell: each stands where it
+/// is put, and no window manager's rules are asked. Rectangles are in points of the toolkit's
+/// desktop. Popups and tooltips of such windows become surfaces of their own by themselves.
+class LayerShell {
+public:
+  enum class Level { top, overlay };
+  struct Place {
+    QRect frame;
+    Level level = Level::top;
+    /// Has the keyboard to itself for as long as it is there.
+    bool takesKeys = false;
+  };
+
+  virtual ~LayerShell() = default;
+  /// Gives a window its place, before it is shown or while it is.
+  virtual void put(QWindow& window, const Place& place) = 0;
+  /// Takes the place back; to be called before the window is hidden.
+  virtual void withdraw(QWindow& window) = 0;
+  /// Keeps other windows `depth` points off an edge of a screen, for as long as one of the
+  /// processes runs that have asked for the same; 0 for none.
+  virtual void keepRoom(const QScreen& screen, Qt::Edge edge, int depth) = 0;
+  /// Tells of the next press of a button that is on none of this desktop's layers: on a window, or
+  /// on the bare desktop. Presses within `spared` are left to what is there. An empty function ends
+  /// it.
+  virtual void watchPresses(const QRect& spared, std::function<void()> pressed) = 0;
+};
+
+} // namespace tavrin

@@ -1,0 +1,107 @@
+#include "TavrinPlatform/Linux/Wayland/ClearSurface.h"
+
+#include "TavrinPlatform/POSIX/Descriptor.h"
+
+#include <algorithm>
+#include <sys/mman.h>
+
+namespace tavrin {
+
+namespace {
+
+constexpr std::uint32_t withNames = 4;
+
+} // namespace
+
+NamedOutputs::NamedOutputs(WaylandConnection& connection) {
+  static const wl_output_listener listener{
+      [](void*, wl_output*, std::int32_t, std::int32_t, std::int32_t, std::int32_t, std::int32_t,
+         const char*, const char*, std::int32_t) {},
+      [](void*, wl_output*, std::uint32_t, std::int32_t, std::int32_t, std::int32_t) {},
+      [](void*, wl_output*) {},
+      [](void*, wl_output*, std::int32_t) {},
+      [](void* data, wl_output*, const char* name) { static_cast<Output*>(data)->name = name; },
+      [](void*, wl_output*, const char*) {}};
+  for (auto* proxy : connection.registry().bindAll<wl_output>(wl_output_interface, withNames)) {
+    auto& output = *outputs_.emplace_back(std::make_unique<Output>());
+    output.proxy.reset(proxy);
+    wl_output_add_listener(proxy, &listener, &output);
+  }
+  connection.roundTrip();
+}
+
+wl_output* NamedOutputs::find(std::string_view name) const {
+  // Some compositors name none.
+  if (outputs_.size() == 1 && outputs_.front()->name.empty())
+    return outputs_.front()->proxy.get();
+  const auto found = std::ranges::find(outputs_, name, [](const auto& each) { return each->name; });
+  return found == outputs_.end() ? nullptr : (*found)->proxy.get();
+}
+
+ClearSurface::ClearSurface(WaylandConnection& connection, wl_output* output, const Shape& shape) {
+  const auto& registry = connection.registry();
+  const ProxyPtr<wl_compositor> compositor(
+      registry.bind<wl_compositor>(wl_compositor_interface, 4));
+  const ProxyPtr<zwlr_layer_shell_v1> shell(
+      registry.bind<zwlr_layer_shell_v1>(zwlr_layer_shell_v1_interface, 3));
+  memory_.reset(registry.bind<wl_shm>(wl_shm_interface, 1));
+  viewporter_.reset(registry.bind<wp_viewporter>(wp_viewporter_interface, 1));
+  if (!compositor || !shell || !memory_) {
+    isClosed_ = true;
+    return;
+  }
+  surface_.reset(wl_compositor_create_surface(compositor.get()));
+  if (viewporter_)
+    viewport_.reset(wp_viewporter_get_viewport(viewporter_.get(), surface_.get()));
+  layer_.reset(zwlr_layer_shell_v1_get_layer_surface(shell.get(), surface_.get(), output,
+                                                     shape.layer, "tavrin-clear"));
+  static const zwlr_layer_surface_v1_listener listener{
+      [](void* self, zwlr_layer_surface_v1* sender, std::uint32_t serial, std::uint32_t width,
+         std::uint32_t height) {
+        zwlr_layer_surface_v1_ack_configure(sender, serial);
+        static_cast<ClearSurface*>(self)->configured(width, height);
+      },
+      [](void* self, zwlr_layer_surface_v1*) {
+        static_cast<ClearSurface*>(self)->isClosed_ = true;
+      }};
+  zwlr_layer_surface_v1_add_listener(layer_.get(), &listener, this);
+  zwlr_layer_surface_v1_set_size(layer_.get(), shape.width, shape.height);
+  zwlr_layer_surface_v1_set_anchor(layer_.get(), shape.anchor);
+  zwlr_layer_surface_v1_set_exclusive_zone(layer_.get(), shape.exclusiveZone);
+  const ProxyPtr<wl_region> region(wl_compositor_create_region(compositor.get()));
+  constexpr int far = 1 << 20;
+  if (shape.hearsPresses)
+    wl_region_add(region.get(), 0, 0, far, far);
+  wl_region_subtract(region.get(), shape.spared.x(), shape.spared.y(), shape.spared.width(),
+                     shape.spared.height());
+  wl_surface_set_input_region(surface_.get(), region.get());
+  wl_surface_commit(surface_.get());
+}
+
+ClearSurface::~ClearSurface() {
+  // In this order, by the protocol.
+  viewport_.reset();
+  layer_.reset();
+}
+
+/// One clear pixel, drawn out where the compositor can do that.
+void ClearSurface::configured(std::uint32_t width, std::uint32_t height) {
+  const auto w = static_cast<int>(std::max(width, 1U));
+  const auto h = static_cast<int>(std::max(height, 1U));
+  const int columns = viewport_ ? 1 : w;
+  const int rows = viewport_ ? 1 : h;
+  const Descriptor bytes(::memfd_create("tavrin-clear", MFD_CLOEXEC));
+  if (!bytes || ::ftruncate(bytes.number(), static_cast<off_t>(columns) * rows * 4) != 0)
+    return;
+  const ProxyPtr<wl_shm_pool> pool(
+      wl_shm_create_pool(memory_.get(), bytes.number(), columns * rows * 4));
+  buffer_.reset(
+      wl_shm_pool_create_buffer(pool.get(), 0, columns, rows, columns * 4, WL_SHM_FORMAT_ARGB8888));
+  if (viewport_)
+    wp_viewport_set_destination(viewport_.get(), w, h);
+  wl_surface_attach(surface_.get(), buffer_.get(), 0, 0);
+  wl_surface_damage_buffer(surface_.get(), 0, 0, columns, rows);
+  wl_surface_commit(surface_.get());
+}
+
+} // namespace tavrin

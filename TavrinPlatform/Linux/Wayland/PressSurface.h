@@ -1,0 +1,33 @@
+#pragma once
+
+#include "TavrinPlatform/Linux/Wayland/ClearSurface.h"
+
+#include <QSocketNotifier>
+#include <functional>
+
+namespace tavrin {
+
+/// A clear surface over each output, on a connection of its own, that hears of the next press of a
+/// button on whatever lies under it. The press goes no further.
+class PressSurface {
+public:
+  /// `spared` is a part of the output of that name, in its points, whose presses are left to
+  /// others.
+  PressSurface(const std::string& output, const QRect& spared, std::function<void()> pressed);
+  ~PressSurface();
+
+private:
+  void listen();
+  void read();
+
+  std::function<void()> pressed_;
+  WaylandConnection connection_;
+  std::unique_ptr<NamedOutputs> outputs_;
+  std::vector<std::unique_ptr<ClearSurface>> surfaces_;
+  ProxyPtr<wl_seat> seat_;
+  ProxyPtr<wl_pointer> pointer_;
+  std::unique_ptr<QSocketNotifier> notifier_;
+  bool isPressed_ = false;
+};
+
+} // namespace tavrin

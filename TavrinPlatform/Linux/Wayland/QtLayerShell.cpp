@@ -1,0 +1,165 @@
+#include "TavrinPlatform/Linux/Wayland/QtLayerShell.h"
+
+#include "TavrinPlatform/Linux/Wayland/ToolkitSurfaces.h"
+
+#include <QGuiApplication>
+#include <QPlatformSurfaceEvent>
+#include <QScreen>
+#include <QTimer>
+#include <QWindow>
+
+namespace tavrin {
+
+namespace {
+
+constexpr std::uint32_t newestShell = 4;
+/// From the output's very edges, whatever room others keep there.
+constexpr std::int32_t wholeOutput = -1;
+/// Answers of the compositor until a surface is configured: one or two, where nothing is amiss.
+constexpr int mostRoundTrips = 10;
+
+QScreen* screenOf(const QRect& frame) {
+  QScreen* screen = QGuiApplication::screenAt(frame.center());
+  return screen == nullptr ? QGuiApplication::primaryScreen() : screen;
+}
+
+std::uint32_t layerOf(LayerShell::Level level) {
+  return level == LayerShell::Level::top ? ZWLR_LAYER_SHELL_V1_LAYER_TOP
+                                         : ZWLR_LAYER_SHELL_V1_LAYER_OVERLAY;
+}
+
+void setPlace(zwlr_layer_surface_v1* surface, const QRect& frame, const QScreen& screen) {
+  const QPoint corner = frame.topLeft() - screen.geometry().topLeft();
+  zwlr_layer_surface_v1_set_size(surface, static_cast<std::uint32_t>(frame.width()),
+                                 static_cast<std::uint32_t>(frame.height()));
+  zwlr_layer_surface_v1_set_margin(surface, corner.y(), 0, 0, corner.x());
+}
+
+} // namespace
+
+QtLayerShell::QtLayerShell(wl_display* display)
+    : display_(display), registry_(std::make_unique<WaylandRegistry>(display)) {
+  wl_display_roundtrip(display_);
+  shell_.reset(registry_->bind<zwlr_layer_shell_v1>(zwlr_layer_shell_v1_interface, newestShell));
+  if (shell_)
+    qGuiApp->installEventFilter(this);
+}
+
+void QtLayerShell::put(QWindow& window, const Place& place) {
+  const auto known = layers_.find(&window);
+  if (known == layers_.end()) {
+    give(window, place);
+    return;
+  }
+  auto* surface = toolkit::surface(window);
+  const QScreen* screen = screenOf(place.frame);
+  if (surface == nullptr || screen == nullptr)
+    return;
+  setPlace(known->second->surface.get(), place.frame, *screen);
+  window.setGeometry(place.frame);
+  wl_surface_commit(surface);
+}
+
+QtLayerShell::Layer* QtLayerShell::give(QWindow& window, const Place& place) {
+  QScreen* screen = screenOf(place.frame);
+  auto* output = screen == nullptr ? nullptr : toolkit::output(*screen);
+  if (output == nullptr)
+    return nullptr;
+  toolkit::leaveToOthers(window);
+  window.setGeometry(place.frame);
+  window.create();
+  auto* surface = toolkit::surface(window);
+  if (surface == nullptr)
+    return nullptr;
+  auto& layer =
+      *(layers_[&window] = std::unique_ptr<Layer>(new Layer{
+            window, ProxyPtr<zwlr_layer_surface_v1>(zwlr_layer_shell_v1_get_layer_surface(
+                        shell_.get(), surface, output, layerOf(place.level), "tavrin"))}));
+  auto* proxy = layer.surface.get();
+  static const zwlr_layer_surface_v1_listener listener{
+      [](void* data, zwlr_layer_surface_v1* sender, std::uint32_t serial, std::uint32_t,
+         std::uint32_t) {
+        zwlr_layer_surface_v1_ack_configure(sender, serial);
+        static_cast<Layer*>(data)->isConfigured = true;
+      },
+      [](void* data, zwlr_layer_surface_v1*) {
+        auto& gone = *static_cast<Layer*>(data);
+        // Later: the object that tells is about to go.
+        QTimer::singleShot(0, &gone.window, [window = &gone.window] { window->close(); });
+      }};
+  zwlr_layer_surface_v1_add_listener(proxy, &listener, &layer);
+  setPlace(proxy, place.frame, *screen);
+  zwlr_layer_surface_v1_set_anchor(proxy, ZWLR_LAYER_SURFACE_V1_ANCHOR_TOP |
+                                              ZWLR_LAYER_SURFACE_V1_ANCHOR_LEFT);
+  zwlr_layer_surface_v1_set_exclusive_zone(proxy, wholeOutput);
+  zwlr_layer_surface_v1_set_keyboard_interactivity(proxy, place.takesKeys ? 1 : 0);
+  wl_surface_commit(surface);
+  for (int i = 0; i < mostRoundTrips && !layer.isConfigured; ++i)
+    if (wl_display_roundtrip(display_) < 0)
+      break;
+  return &layer;
+}
+
+void QtLayerShell::withdraw(QWindow& window) {
+  layers_.erase(&window);
+}
+
+bool QtLayerShell::eventFilter(QObject* watched, QEvent* event) {
+  const auto type = event->type();
+  if (type != QEvent::Show && type != QEvent::Hide && type != QEvent::PlatformSurface)
+    return false;
+  auto* window = qobject_cast<QWindow*>(watched);
+  if (window == nullptr)
+    return false;
+  if (type == QEvent::PlatformSurface) {
+    const auto* change = static_cast<QPlatformSurfaceEvent*>(event);
+    if (change->surfaceEventType() == QPlatformSurfaceEvent::SurfaceAboutToBeDestroyed)
+      withdraw(*window);
+    return false;
+  }
+  const bool isPopup = window->type() == Qt::Popup || window->type() == Qt::ToolTip;
+  // Those of ordinary windows, whose places nobody knows, are the toolkit's to place.
+  auto* parent = window->transientParent();
+  if (!isPopup || (parent != nullptr && !layers_.contains(parent)))
+    return false;
+  if (type == QEvent::Show) {
+    give(*window, {window->geometry(), Level::overlay, false});
+  } else {
+    withdraw(*window);
+    // A window that was hidden has lost its surface, and finds one again only by a new beginning.
+    QTimer::singleShot(0, window, [window] {
+      if (!window->isVisible())
+        window->destroy();
+    });
+  }
+  return false;
+}
+
+void QtLayerShell::keepRoom(const QScreen& screen, Qt::Edge edge, int depth) {
+  if (!room_)
+    room_ = std::make_unique<RoomKeeper>();
+  room_->keep({screen.name().toStdString(), edge, depth});
+}
+
+void QtLayerShell::watchPresses(const QRect& spared, std::function<void()> pressed) {
+  presses_.reset();
+  if (!pressed)
+    return;
+  const QScreen* screen = screenOf(spared);
+  if (screen == nullptr)
+    return;
+  presses_ = std::make_unique<PressSurface>(screen->name().toStdString(),
+                                            spared.translated(-screen->geometry().topLeft()),
+                                            std::move(pressed));
+}
+
+} // namespace tavrin
+
+/// Null where the toolkit is on no compositor, or on one without a layer shell.
+extern "C" __attribute__((visibility("default"))) tavrin::LayerShell* tavrinMakeLayerShell() {
+  auto* display = tavrin::toolkit::display();
+  if (display == nullptr)
+    return nullptr;
+  auto shell = std::make_unique<tavrin::QtLayerShell>(display);
+  return shell->isThere() ? shell.release() : nullptr;
+}

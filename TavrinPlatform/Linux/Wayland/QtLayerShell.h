@@ -1,0 +1,45 @@
+#pragma once
+
+#include "TavrinPlatform/Linux/Base/LayerShell.h"
+#include "TavrinPlatform/Linux/Wayland/PressSurface.h"
+#include "TavrinPlatform/Linux/Wayland/RoomKeeper.h"
+#include "TavrinPlatform/Linux/Wayland/WaylandConnection.h"
+
+#include <QObject>
+#include <map>
+#include <memory>
+
+namespace tavrin {
+
+/// The layer shell on the toolkit's own connection.
+class QtLayerShell final : public LayerShell, private QObject {
+public:
+  explicit QtLayerShell(wl_display* display);
+
+  /// Whether the compositor has a layer shell. Without it nothing else may be called.
+  bool isThere() const { return shell_ != nullptr; }
+
+  void put(QWindow& window, const Place& place) override;
+  void withdraw(QWindow& window) override;
+  void keepRoom(const QScreen& screen, Qt::Edge edge, int depth) override;
+  void watchPresses(const QRect& spared, std::function<void()> pressed) override;
+
+private:
+  struct Layer {
+    QWindow& window;
+    ProxyPtr<zwlr_layer_surface_v1> surface;
+    bool isConfigured = false;
+  };
+
+  bool eventFilter(QObject* watched, QEvent* event) override;
+  Layer* give(QWindow& window, const Place& place);
+
+  wl_display* display_;
+  std::unique_ptr<WaylandRegistry> registry_;
+  ProxyPtr<zwlr_layer_shell_v1> shell_;
+  std::map<QWindow*, std::unique_ptr<Layer>> layers_;
+  std::unique_ptr<RoomKeeper> room_;
+  std::unique_ptr<PressSurface> presses_;
+};
+
+} // namespace tavrin

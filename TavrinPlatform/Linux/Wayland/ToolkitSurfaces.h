@@ -1,0 +1,22 @@
+#pragma once
+
+struct wl_display;
+struct wl_output;
+struct wl_surface;
+class QScreen;
+class QWindow;
+
+/// What is the toolkit's own and is needed all the same: the only part that depends on more of the
+/// toolkit than it promises to keep.
+namespace tavrin::toolkit {
+
+/// Null where the toolkit shows its windows elsewhere.
+wl_display* display();
+/// Null where the window has none at the moment.
+wl_surface* surface(QWindow& window);
+wl_output* output(QScreen& screen);
+/// Keeps the toolkit from making an ordinary window of one that is shown before the event loop goes
+/// on: its surface is another's to place.
+void leaveToOthers(QWindow& window);
+
+} // namespace tavrin::toolkit
