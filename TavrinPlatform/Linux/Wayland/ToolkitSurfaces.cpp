@@ -2,7 +2,6 @@
 
 #include <QGuiApplication>
 #include <QScreen>
-#include <QTimer>
 #include <QWindow>
 #include <qpa/qplatformnativeinterface.h>
 
@@ -26,13 +25,9 @@ wl_output* output(QScreen& screen) {
 }
 
 void leaveToOthers(QWindow& window) {
-  // Looked at each time that a window is shown. Programs that are started must not see it.
-  constexpr const char* name = "QT_WAYLAND_USE_BYPASSWINDOWMANAGERHINT";
+  // Looked at whenever such a window is shown or drawn, so that it has to stay.
+  qputenv("QT_WAYLAND_USE_BYPASSWINDOWMANAGERHINT", "1");
   window.setFlag(Qt::BypassWindowManagerHint);
-  if (qEnvironmentVariableIsSet(name))
-    return;
-  qputenv(name, "1");
-  QTimer::singleShot(0, qGuiApp, [] { qunsetenv(name); });
 }
 
 } // namespace tavrin::toolkit

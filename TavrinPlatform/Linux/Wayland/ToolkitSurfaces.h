@@ -15,8 +15,7 @@ wl_display* display();
 /// Null where the window has none at the moment.
 wl_surface* surface(QWindow& window);
 wl_output* output(QScreen& screen);
-/// Keeps the toolkit from making an ordinary window of one that is shown before the event loop goes
-/// on: its surface is another's to place.
+/// Keeps the toolkit from making an ordinary window of one whose surface is another's to place.
 void leaveToOthers(QWindow& window);
 
 } // namespace tavrin::toolkit
