@@ -53,12 +53,14 @@ StripSurface::StripSurface(Environment environment)
       stacking_(window_, [this] { managerChanged(); }) {
   window_.onMake = [this](bool isUnmanaged) { stacking_.begin(isUnmanaged); };
   window_.onClick = [this](QPointF place) {
-    const QPointF centre = QRectF(window_.geometry()).center();
+    // On Wayland no window knows where it stands.
+    const bool isLayer = environment_.layers != nullptr;
+    const QRectF tile = isLayer ? layout_.tile : QRectF(window_.geometry());
     const bool isInside = place.x() >= 0 || place.y() >= 0;
-    const QPointF pointer = QCursor::pos();
-    const bool isAtPointer = isInside && QRectF(window_.geometry()).contains(pointer);
+    const QPointF pointer = isLayer ? tile.topLeft() + place : QCursor::pos();
+    const bool isAtPointer = isInside && tile.contains(pointer);
     events.clicked(isInside ? std::optional(place / shrinking_) : std::nullopt,
-                   screenPoint(isAtPointer ? pointer : centre));
+                   screenPoint(isAtPointer ? pointer : tile.center()));
   };
   window_.onHover = [this](QPointF place) { return events.hovered(place / shrinking_); };
   window_.takesFiles = [this] { return events.takesFiles(); };

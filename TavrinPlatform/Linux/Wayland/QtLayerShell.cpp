@@ -7,6 +7,9 @@
 #include <QScreen>
 #include <QTimer>
 #include <QWindow>
+#include <algorithm>
+#include <fstream>
+#include <unistd.h>
 
 namespace tavrin {
 
@@ -56,25 +59,26 @@ void QtLayerShell::put(QWindow& window, const Place& place) {
   if (surface == nullptr || screen == nullptr)
     return;
   setPlace(known->second->surface.get(), place.frame, *screen);
+  known->second->frame = place.frame;
   window.setGeometry(place.frame);
   wl_surface_commit(surface);
 }
 
-QtLayerShell::Layer* QtLayerShell::give(QWindow& window, const Place& place) {
+void QtLayerShell::give(QWindow& window, const Place& place) {
   QScreen* screen = screenOf(place.frame);
   auto* output = screen == nullptr ? nullptr : toolkit::output(*screen);
   if (output == nullptr)
-    return nullptr;
+    return;
   toolkit::leaveToOthers(window);
   window.setGeometry(place.frame);
   window.create();
   auto* surface = toolkit::surface(window);
   if (surface == nullptr)
-    return nullptr;
-  auto& layer =
-      *(layers_[&window] = std::unique_ptr<Layer>(new Layer{
-            window, ProxyPtr<zwlr_layer_surface_v1>(zwlr_layer_shell_v1_get_layer_surface(
-                        shell_.get(), surface, output, layerOf(place.level), "tavrin"))}));
+    return;
+  auto& layer = *(layers_[&window] = std::unique_ptr<Layer>(new Layer{
+                      window, place.frame,
+                      ProxyPtr<zwlr_layer_surface_v1>(zwlr_layer_shell_v1_get_layer_surface(
+                          shell_.get(), surface, output, layerOf(place.level), "tavrin"))}));
   auto* proxy = layer.surface.get();
   static const zwlr_layer_surface_v1_listener listener{
       [](void* data, zwlr_layer_surface_v1* sender, std::uint32_t serial, std::uint32_t,
@@ -97,7 +101,22 @@ QtLayerShell::Layer* QtLayerShell::give(QWindow& window, const Place& place) {
   for (int i = 0; i < mostRoundTrips && !layer.isConfigured; ++i)
     if (wl_display_roundtrip(display_) < 0)
       break;
-  return &layer;
+}
+
+/// As the toolkit places it beside its parent, which it takes to stand at the desktop's corner;
+/// whole within the screen.
+QRect QtLayerShell::frameOfPopup(const QWindow& popup) const {
+  QRect frame = popup.geometry();
+  auto* parent = popup.transientParent();
+  if (const auto known = layers_.find(parent); known != layers_.end())
+    frame.translate(known->second->frame.topLeft() - parent->geometry().topLeft());
+  const QScreen* screen = screenOf(frame);
+  if (screen == nullptr)
+    return frame;
+  const QRect room = screen->geometry();
+  frame.moveLeft(std::max(std::min(frame.left(), room.right() + 1 - frame.width()), room.left()));
+  frame.moveTop(std::max(std::min(frame.top(), room.bottom() + 1 - frame.height()), room.top()));
+  return frame;
 }
 
 void QtLayerShell::withdraw(QWindow& window) {
@@ -123,7 +142,7 @@ bool QtLayerShell::eventFilter(QObject* watched, QEvent* event) {
   if (!isPopup || (parent != nullptr && !layers_.contains(parent)))
     return false;
   if (type == QEvent::Show) {
-    give(*window, {window->geometry(), Level::overlay, false});
+    give(*window, {frameOfPopup(*window), Level::overlay, false});
   } else {
     withdraw(*window);
     // A window that was hidden has lost its surface, and finds one again only by a new beginning.
@@ -143,8 +162,22 @@ void QtLayerShell::keepRoom(const QScreen& screen, Qt::Edge edge, int depth) {
 
 void QtLayerShell::watchPresses(const QRect& spared, std::function<void()> pressed) {
   presses_.reset();
+  panels_.reset();
   if (!pressed)
     return;
+  // A press on another slot's tile opens its panel. That says so, for the first to have the
+  // keyboard to itself would keep it.
+  const auto file = sessionFile("panel");
+  std::ofstream(file) << ::getpid();
+  panels_ =
+      std::make_unique<QFileSystemWatcher>(QStringList{QString::fromStdString(file.string())});
+  connect(
+      panels_.get(), &QFileSystemWatcher::fileChanged, panels_.get(),
+      [pressed] {
+        const auto leave = pressed;
+        leave();
+      },
+      Qt::QueuedConnection);
   const QScreen* screen = screenOf(spared);
   if (screen == nullptr)
     return;

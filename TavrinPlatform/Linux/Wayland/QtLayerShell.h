@@ -5,6 +5,7 @@
 #include "TavrinPlatform/Linux/Wayland/RoomKeeper.h"
 #include "TavrinPlatform/Linux/Wayland/WaylandConnection.h"
 
+#include <QFileSystemWatcher>
 #include <QObject>
 #include <map>
 #include <memory>
@@ -27,12 +28,15 @@ public:
 private:
   struct Layer {
     QWindow& window;
+    /// Where it stands, which the toolkit does not know.
+    QRect frame;
     ProxyPtr<zwlr_layer_surface_v1> surface;
     bool isConfigured = false;
   };
 
   bool eventFilter(QObject* watched, QEvent* event) override;
-  Layer* give(QWindow& window, const Place& place);
+  void give(QWindow& window, const Place& place);
+  QRect frameOfPopup(const QWindow& popup) const;
 
   wl_display* display_;
   std::unique_ptr<WaylandRegistry> registry_;
@@ -40,6 +44,7 @@ private:
   std::map<QWindow*, std::unique_ptr<Layer>> layers_;
   std::unique_ptr<RoomKeeper> room_;
   std::unique_ptr<PressSurface> presses_;
+  std::unique_ptr<QFileSystemWatcher> panels_;
 };
 
 } // namespace tavrin

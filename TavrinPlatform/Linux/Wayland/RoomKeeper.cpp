@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
 #include <sys/file.h>
@@ -25,16 +24,6 @@ struct Note {
   std::int32_t edge = 0;
   std::int32_t depth = 0;
 };
-
-std::filesystem::path pathOfSession() {
-  const auto value = [](const char* name) {
-    const char* text = std::getenv(name);
-    return std::string(text == nullptr ? "" : text);
-  };
-  std::string display = value("WAYLAND_DISPLAY");
-  std::ranges::replace(display, '/', '-');
-  return std::filesystem::path(value("XDG_RUNTIME_DIR")) / ("tavrin-room-" + display);
-}
 
 std::uint32_t anchorOf(Qt::Edge edge) {
   constexpr std::uint32_t along =
@@ -96,7 +85,7 @@ bool RoomSurface::read() {
   return connection_.isOpen() && isKept();
 }
 
-RoomKeeper::RoomKeeper() : path_(pathOfSession()) {
+RoomKeeper::RoomKeeper() : path_(sessionFile("room")) {
   again_.setSingleShot(true);
   again_.setInterval(pauseMilliseconds);
   QObject::connect(&again_, &QTimer::timeout, &again_, [this] { begin(); });

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
+#include <cstdlib>
 
 namespace tavrin {
 
@@ -46,6 +47,16 @@ void* WaylandRegistry::bindGlobal(const Global& global, const wl_interface& inte
 void* WaylandRegistry::bindAny(const wl_interface& interface, std::uint32_t most) const {
   const Global* global = find(interface.name);
   return global == nullptr ? nullptr : bindGlobal(*global, interface, most);
+}
+
+std::filesystem::path sessionFile(const std::string& purpose) {
+  const auto value = [](const char* name) {
+    const char* text = std::getenv(name);
+    return std::string(text == nullptr ? "" : text);
+  };
+  std::string display = value("WAYLAND_DISPLAY");
+  std::ranges::replace(display, '/', '-');
+  return std::filesystem::path(value("XDG_RUNTIME_DIR")) / ("tavrin-" + purpose + "-" + display);
 }
 
 WaylandConnection::WaylandConnection() : display_(wl_display_connect(nullptr)) {

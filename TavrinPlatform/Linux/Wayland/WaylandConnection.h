@@ -3,6 +3,7 @@
 #include "TavrinPlatform/Linux/Wayland/Proxies.h"
 
 #include <cstdint>
+#include <filesystem>
 #include <memory>
 #include <poll.h>
 #include <string>
@@ -47,6 +48,9 @@ private:
   ProxyPtr<wl_registry> registry_;
   std::vector<Global> globals_;
 };
+
+/// A file in the runtime folder for what the slots on this display have between them.
+std::filesystem::path sessionFile(const std::string& purpose);
 
 /// A connection of this process's own, beside the toolkit's. Where no compositor answers in time,
 /// `isOpen` is false and nothing else may be called.

@@ -3,6 +3,7 @@
 #include "TavrinPlatform/PanelPopover.h"
 #include "TavrinPlatform/Platform.h"
 
+#include <QComboBox>
 #include <QImage>
 #include <QLineEdit>
 #include <QPainter>
@@ -17,6 +18,7 @@
 /// Arguments: --place=BEFORE,SPAN,ALL  --open (the panel at start)  --attention (at start; with
 /// =button at each click on the button, with =panel once the panel is open)  --no-files
 /// --lock=all|keyboard,SECONDS (holds the input at start, and tells whether the screen is locked)
+/// --choice (a drop-down in the panel)
 /// --button (the left half of the tile is a button)  --notice=SECONDS  --observe=NAME  --tick
 namespace {
 
@@ -74,6 +76,8 @@ private:
       tile_.setPlace(place);
     } else if (is("--button")) {
       hasButton_ = true;
+    } else if (is("--choice")) {
+      hasChoice_ = true;
     } else if (is("--open")) {
       first_ = platform_.runLoop().after(0, [this] { toggle(); });
     } else if (is("--attention")) {
@@ -158,6 +162,13 @@ private:
       QObject::connect(edit, &QLineEdit::textChanged,
                        [](const QString& text) { say("text %s", qPrintable(text)); });
       layout->addWidget(edit);
+      if (hasChoice_) {
+        auto* choice = new QComboBox;
+        choice->addItems({"one", "two", "three"});
+        QObject::connect(choice, &QComboBox::textActivated,
+                         [](const QString& text) { say("chosen %s", qPrintable(text)); });
+        layout->addWidget(choice);
+      }
       popover.setContent(panel);
       popover.onClose = [] { say("closed"); };
     }
@@ -183,6 +194,7 @@ private:
   bool hasButton_ = false;
   bool takesFiles_ = true;
   std::optional<std::string> attention_;
+  bool hasChoice_ = false;
 };
 
 } // namespace
