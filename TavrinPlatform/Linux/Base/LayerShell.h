@@ -14,6 +14,7 @@ namespace tavrin {
 /// desktop. Popups and tooltips of such windows become surfaces of their own by themselves.
 class LayerShell {
 public:
+  /// Within a level compositors differ in what they lay above what.
   enum class Level { top, overlay };
   struct Place {
     QRect frame;
@@ -30,10 +31,9 @@ public:
   /// Keeps other windows `depth` points off an edge of a screen, for as long as one of the
   /// processes runs that have asked for the same; 0 for none.
   virtual void keepRoom(const QScreen& screen, Qt::Edge edge, int depth) = 0;
-  /// Tells of the next press of a button that is on none of this desktop's layers: on a window, or
-  /// on the bare desktop. Presses within `spared` are left to what is there. An empty function ends
-  /// it.
-  virtual void watchPresses(const QRect& spared, std::function<void()> pressed) = 0;
+  /// Tells of the next press of a button on whatever there is, but for presses within `spared`, and
+  /// of another process that begins to watch. An empty function ends it.
+  virtual void watchPresses(const std::vector<QRect>& spared, std::function<void()> pressed) = 0;
 };
 
 } // namespace tavrin

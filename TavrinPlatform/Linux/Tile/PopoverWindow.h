@@ -34,6 +34,8 @@ public:
   QPoint home() const { return home_; }
   /// As it was arranged, with its shadow.
   QRect frame() const { return {home_, size()}; }
+  /// Body and arrow alone.
+  QRect shape() const { return outline_.boundingRect().toAlignedRect().translated(home_); }
   /// Of a hidden window: gives its pixels back, until it is arranged again.
   void releaseSurface() { destroy(); }
   /// Whether a place, in toolkit points of the screen, is on the body or the arrow.

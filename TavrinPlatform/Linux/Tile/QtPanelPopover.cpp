@@ -150,7 +150,9 @@ void QtPanelPopover::arrange() {
 /// As a surface of the layer shell, which has the keyboard to itself while it is there.
 void QtPanelPopover::put() {
   window_->winId();
-  layers_->put(*window_->windowHandle(), {window_->frame(), LayerShell::Level::overlay, true});
+  // Below what drops down from it.
+  layers_->put(*window_->windowHandle(), {window_->frame(), LayerShell::Level::top, true});
+  layers_->watchPresses({environment_.strip(), window_->shape()}, [this] { leave(); });
 }
 
 void QtPanelPopover::updatePalette() {
@@ -213,10 +215,8 @@ void QtPanelPopover::appear() {
   } else {
     window_->setWindowOpacity(1);
   }
-  if (layers_ != nullptr) {
+  if (layers_ != nullptr)
     put();
-    layers_->watchPresses(environment_.strip(), [this] { leave(); });
-  }
   window_->show();
   window_->raise();
 }

@@ -72,8 +72,8 @@ ClearSurface::ClearSurface(WaylandConnection& connection, wl_output* output, con
   constexpr int far = 1 << 20;
   if (shape.hearsPresses)
     wl_region_add(region.get(), 0, 0, far, far);
-  wl_region_subtract(region.get(), shape.spared.x(), shape.spared.y(), shape.spared.width(),
-                     shape.spared.height());
+  for (const QRect& part : shape.spared)
+    wl_region_subtract(region.get(), part.x(), part.y(), part.width(), part.height());
   wl_surface_set_input_region(surface_.get(), region.get());
   wl_surface_commit(surface_.get());
 }

@@ -37,7 +37,7 @@ public:
     /// Whether presses are this surface's, but for those on `spared`; else they go to what lies
     /// under it.
     bool hearsPresses;
-    QRect spared;
+    std::vector<QRect> spared;
   };
   ClearSurface(WaylandConnection& connection, wl_output* output, const Shape& shape);
   ~ClearSurface();

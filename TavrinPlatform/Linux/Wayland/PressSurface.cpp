@@ -4,7 +4,7 @@
 
 namespace tavrin {
 
-PressSurface::PressSurface(const std::string& output, const QRect& spared,
+PressSurface::PressSurface(const std::map<std::string, std::vector<QRect>>& spared,
                            std::function<void()> pressed)
     : pressed_(std::move(pressed)) {
   if (!connection_.isOpen())
@@ -14,7 +14,8 @@ PressSurface::PressSurface(const std::string& output, const QRect& spared,
       ZWLR_LAYER_SURFACE_V1_ANCHOR_TOP | ZWLR_LAYER_SURFACE_V1_ANCHOR_BOTTOM |
       ZWLR_LAYER_SURFACE_V1_ANCHOR_LEFT | ZWLR_LAYER_SURFACE_V1_ANCHOR_RIGHT;
   for (const auto& each : outputs_->all()) {
-    const QRect left = each->name == output ? spared : QRect();
+    const auto found = spared.find(each->name);
+    const auto left = found == spared.end() ? std::vector<QRect>() : found->second;
     surfaces_.push_back(std::make_unique<ClearSurface>(
         connection_, each->proxy.get(),
         ClearSurface::Shape{ZWLR_LAYER_SHELL_V1_LAYER_TOP, allEdges, 0, 0, -1, true, left}));

@@ -4,6 +4,7 @@
 
 #include <QSocketNotifier>
 #include <functional>
+#include <map>
 
 namespace tavrin {
 
@@ -11,9 +12,10 @@ namespace tavrin {
 /// button on whatever lies under it. The press goes no further.
 class PressSurface {
 public:
-  /// `spared` is a part of the output of that name, in its points, whose presses are left to
+  /// `spared` are parts of outputs by their names, in their points, whose presses are left to
   /// others.
-  PressSurface(const std::string& output, const QRect& spared, std::function<void()> pressed);
+  PressSurface(const std::map<std::string, std::vector<QRect>>& spared,
+               std::function<void()> pressed);
   ~PressSurface();
 
 private:

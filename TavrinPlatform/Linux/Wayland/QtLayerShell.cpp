@@ -160,7 +160,7 @@ void QtLayerShell::keepRoom(const QScreen& screen, Qt::Edge edge, int depth) {
   room_->keep({screen.name().toStdString(), edge, depth});
 }
 
-void QtLayerShell::watchPresses(const QRect& spared, std::function<void()> pressed) {
+void QtLayerShell::watchPresses(const std::vector<QRect>& spared, std::function<void()> pressed) {
   presses_.reset();
   panels_.reset();
   if (!pressed)
@@ -178,12 +178,11 @@ void QtLayerShell::watchPresses(const QRect& spared, std::function<void()> press
         leave();
       },
       Qt::QueuedConnection);
-  const QScreen* screen = screenOf(spared);
-  if (screen == nullptr)
-    return;
-  presses_ = std::make_unique<PressSurface>(screen->name().toStdString(),
-                                            spared.translated(-screen->geometry().topLeft()),
-                                            std::move(pressed));
+  std::map<std::string, std::vector<QRect>> parts;
+  for (const QRect& part : spared)
+    if (const QScreen* screen = screenOf(part))
+      parts[screen->name().toStdString()].push_back(part.translated(-screen->geometry().topLeft()));
+  presses_ = std::make_unique<PressSurface>(parts, std::move(pressed));
 }
 
 } // namespace tavrin

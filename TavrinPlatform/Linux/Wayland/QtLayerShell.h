@@ -23,7 +23,7 @@ public:
   void put(QWindow& window, const Place& place) override;
   void withdraw(QWindow& window) override;
   void keepRoom(const QScreen& screen, Qt::Edge edge, int depth) override;
-  void watchPresses(const QRect& spared, std::function<void()> pressed) override;
+  void watchPresses(const std::vector<QRect>& spared, std::function<void()> pressed) override;
 
 private:
   struct Layer {
