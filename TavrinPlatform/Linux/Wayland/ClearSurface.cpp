@@ -84,6 +84,10 @@ ClearSurface::~ClearSurface() {
   layer_.reset();
 }
 
+std::uint32_t ClearSurface::layerNumber() const {
+  return layer_ ? wl_proxy_get_id(reinterpret_cast<wl_proxy*>(layer_.get())) : 0;
+}
+
 /// One clear pixel, drawn out where the compositor can do that.
 void ClearSurface::configured(std::uint32_t width, std::uint32_t height) {
   const auto w = static_cast<int>(std::max(width, 1U));

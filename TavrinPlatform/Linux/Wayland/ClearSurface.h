@@ -43,6 +43,8 @@ public:
   ~ClearSurface();
 
   wl_surface* surface() const { return surface_.get(); }
+  /// The number of the layer's object on its connection; 0 without one.
+  std::uint32_t layerNumber() const;
   bool isShown() const { return buffer_ != nullptr; }
   /// The compositor has taken it away, for instance with its output.
   bool isClosed() const { return isClosed_; }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <cstring>
 #include <fcntl.h>
 #include <sys/file.h>
@@ -14,6 +15,13 @@ namespace {
 
 /// Between the lock's change of hands and the new holder's socket.
 constexpr int pauseMilliseconds = 20;
+/// The kernel lets go of what a process held bit by bit.
+constexpr int heirPauseMilliseconds = 2;
+/// Who has nothing in hand leaves the lock to those who have.
+constexpr int mostTries = 5;
+/// zwlr_layer_surface_v1.closed
+constexpr std::uint32_t closedEvent = 1;
+constexpr std::size_t headLength = 8;
 constexpr int mostPeers = 64;
 /// Answers of the compositor until a surface is configured: one or two, where nothing is amiss.
 constexpr int mostAnswers = 10;
@@ -23,6 +31,7 @@ struct Note {
   std::array<char, 64> output{};
   std::int32_t edge = 0;
   std::int32_t depth = 0;
+  std::uint32_t layer = 0;
 };
 
 std::uint32_t anchorOf(Qt::Edge edge) {
@@ -87,7 +96,6 @@ bool RoomSurface::read() {
 
 RoomKeeper::RoomKeeper() : path_(sessionFile("room")) {
   again_.setSingleShot(true);
-  again_.setInterval(pauseMilliseconds);
   QObject::connect(&again_, &QTimer::timeout, &again_, [this] { begin(); });
 }
 
@@ -105,8 +113,11 @@ void RoomKeeper::keep(const KeptRoom& room) {
 }
 
 void RoomKeeper::begin() {
-  if (!hold())
-    follow();
+  if ((handed_ && hold()) || follow() || (++tries_ > mostTries && hold())) {
+    tries_ = 0;
+    return;
+  }
+  again_.start(handed_ ? heirPauseMilliseconds : pauseMilliseconds);
 }
 
 bool RoomKeeper::hold() {
@@ -129,16 +140,15 @@ bool RoomKeeper::hold() {
   return true;
 }
 
-void RoomKeeper::follow() {
+bool RoomKeeper::follow() {
   const auto address = addressOf(path_);
   Descriptor socket(::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
   if (!address || ::connect(socket.number(), reinterpret_cast<const sockaddr*>(&*address),
-                            sizeof *address) != 0) {
-    again_.start();
-    return;
-  }
+                            sizeof *address) != 0)
+    return false;
   holder_ = std::move(socket);
   holderNotifier_ = notifierFor(holder_.number(), [this] { heardHolder(); });
+  return true;
 }
 
 void RoomKeeper::heardHolder() {
@@ -163,6 +173,7 @@ void RoomKeeper::heardHolder() {
   if (count == static_cast<ssize_t>(sizeof note)) {
     note.output.back() = '\0';
     handed_ = std::move(given);
+    handedLayer_ = note.layer;
     handedRoom_ = KeptRoom{note.output.data(), static_cast<Qt::Edge>(note.edge),
                            static_cast<int>(note.depth)};
     return;
@@ -197,6 +208,7 @@ bool RoomKeeper::send(const Descriptor& socket) const {
   wanted_->output.copy(note.output.data(), note.output.size() - 1);
   note.edge = static_cast<std::int32_t>(wanted_->edge);
   note.depth = wanted_->depth;
+  note.layer = surface_ ? surface_->layerNumber() : handedLayer_;
   iovec part{&note, sizeof note};
   alignas(cmsghdr) std::array<char, CMSG_SPACE(sizeof(int))> control{};
   msghdr message{};
@@ -222,6 +234,7 @@ void RoomKeeper::provide() {
   surface_.reset();
   handed_.close();
   handedRoom_.reset();
+  heard_.clear();
   if (wanted_ && wanted_->depth > 0) {
     surface_ = std::make_unique<RoomSurface>(*wanted_);
     if (!surface_->isKept())
@@ -232,13 +245,35 @@ void RoomKeeper::provide() {
     send(peer.socket);
 }
 
-/// Of a connection that was handed over nobody knows what its words are about. But the compositor
-/// says something only when the output has changed: then the surface is made anew.
+/// By the wire protocol: the object, then the message's length and its number in one word. Nothing
+/// needs an answer; sizes of the surface are told with each change of any layer.
+bool RoomKeeper::readHanded() {
+  std::array<char, 4096> piece;
+  const auto count = ::recv(handed_.number(), piece.data(), piece.size(), MSG_DONTWAIT);
+  if (count < 0)
+    return errno == EAGAIN || errno == EINTR;
+  if (count == 0)
+    return false;
+  heard_.append(piece.data(), static_cast<std::size_t>(count));
+  while (heard_.size() >= headLength) {
+    std::array<std::uint32_t, 2> head{};
+    std::memcpy(head.data(), heard_.data(), headLength);
+    const std::size_t length = head[1] >> 16;
+    if (length < headLength || length % 4 != 0 ||
+        (head[0] == handedLayer_ && (head[1] & 0xFFFF) == closedEvent))
+      return false;
+    if (heard_.size() < length)
+      break;
+    heard_.erase(0, length);
+  }
+  return true;
+}
+
 void RoomKeeper::watchConnection() {
   if (connection() < 0)
     return;
   connectionNotifier_ = notifierFor(connection(), [this] {
-    if (surface_ ? surface_->read() : false)
+    if (surface_ ? surface_->read() : readHanded())
       return;
     handed_.close();
     surface_.reset();

@@ -26,6 +26,7 @@ public:
   /// Handles what the compositor says. False when the room is no longer kept.
   bool read();
   int descriptor() const { return connection_.descriptor(); }
+  std::uint32_t layerNumber() const { return surface_ ? surface_->layerNumber() : 0; }
   bool isKept() const { return surface_ && surface_->isShown() && !surface_->isClosed(); }
 
 private:
@@ -56,7 +57,9 @@ private:
 
   void begin();
   bool hold();
-  void follow();
+  bool follow();
+  /// Reads what the compositor says on another's connection. False when its room is gone.
+  bool readHanded();
   void heardHolder();
   void accept();
   /// Makes the surface anew unless what is there keeps the wanted room.
@@ -77,6 +80,9 @@ private:
   /// Another's connection, with the room that its surface keeps.
   Descriptor handed_;
   std::optional<KeptRoom> handedRoom_;
+  std::uint32_t handedLayer_ = 0;
+  std::string heard_;
+  int tries_ = 0;
   std::unique_ptr<QSocketNotifier> connectionNotifier_;
   QTimer again_;
 };
