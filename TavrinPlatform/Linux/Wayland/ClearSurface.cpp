@@ -1,6 +1,6 @@
 #include "TavrinPlatform/Linux/Wayland/ClearSurface.h"
 
-#include "TavrinPlatform/POSIX/Descriptor.h"
+#include "TavrinPlatform/Files/Descriptor.h"
 
 #include <algorithm>
 #include <sys/mman.h>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "TavrinPlatform/Linux/Wayland/ClearSurface.h"
-#include "TavrinPlatform/POSIX/Descriptor.h"
+#include "TavrinPlatform/Files/Descriptor.h"
 
 #include <QSocketNotifier>
 #include <QTimer>
