@@ -1,4 +1,5 @@
-"""What shows the tiles where no window manager has a place for a strip: sway, through XWayland."""
+"""What shows the tiles where no window manager has a place for a strip, and the compositor no layer
+shell: sway through XWayland, with the toolkit kept off its layer shell."""
 
 import json
 import os
@@ -45,6 +46,7 @@ class Sway(unittest.TestCase):
         socket = wait_for(lambda: [path for path in folder.glob("wayland-?")], "sway's socket")[0]
         self.desk.env["DISPLAY"] = display
         self.desk.env["WAYLAND_DISPLAY"] = str(socket)
+        self.desk.env["QT_QPA_PLATFORM"] = "xcb"
 
     def start_slots(self):
         self.desk.write_widgets([widget("note", {"text": "a"}, slot) for slot in (1, 2, 3)],

@@ -93,6 +93,10 @@ DesktopFacts readDisplays(const FileManager& files) {
   if (auto globals = readWaylandGlobals(files)) {
     facts.hasWayland = true;
     facts.waylandGlobals = std::move(*globals);
+    // Whoever keeps the toolkit on another display has its windows there.
+    const auto toolkit = files.environment("QT_QPA_PLATFORM").value_or("");
+    if (!toolkit.empty() && !toolkit.starts_with("wayland"))
+      std::erase(facts.waylandGlobals, layerShellGlobal);
   }
   return facts;
 }

@@ -35,6 +35,9 @@ struct WindowManager {
 /// nothing.
 std::optional<WindowManager> readWindowManager(xcb_connection_t* connection);
 
+/// The compositor's global that lets surfaces choose their place.
+inline constexpr const char* layerShellGlobal = "zwlr_layer_shell_v1";
+
 /// What of a desktop decides how the tiles can be shown on it.
 struct DesktopFacts {
   bool hasX11 = false;
@@ -42,7 +45,8 @@ struct DesktopFacts {
   std::optional<WindowManager> windowManager;
   /// Whether a Wayland compositor answers: then an X server, too, is one of its clients.
   bool hasWayland = false;
-  /// The compositor's globals: names of interfaces.
+  /// The compositor's globals: names of interfaces, without the layer shell where QT_QPA_PLATFORM
+  /// keeps the toolkit off it.
   std::vector<std::string> waylandGlobals;
   bool hasBus = false;
   /// Whether somebody shows status notifier items.

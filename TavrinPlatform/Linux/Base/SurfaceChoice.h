@@ -23,9 +23,6 @@ enum class StripArrangement : std::uint8_t {
   layers,
 };
 
-/// The compositor's global that lets surfaces choose their place.
-inline constexpr const char* layerShellGlobal = "zwlr_layer_shell_v1";
-
 struct SurfaceChoice {
   /// The row of the table, or "wish".
   std::string_view row;
