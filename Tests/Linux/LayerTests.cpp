@@ -2,47 +2,87 @@
 
 #include <QCoreApplication>
 #include <QImage>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
+#include <cmath>
 #include <csignal>
 #include <gtest/gtest.h>
+#include <optional>
 
-/// Strip and panel as surfaces of a Wayland compositor's layer shell: a sway with a window on an X
-/// server, so that there are a pointer and keys.
+/// Strip and panel as surfaces of a Wayland compositor's layer shell: a sway or a KWin with a
+/// window on an X server, so that there are a pointer and keys, in which DESK_SCALE pixels are a
+/// point.
 namespace tavrin {
 namespace {
 
 constexpr int tileSize = 48;
 const QColor tileColour(0xC0, 0x20, 0x60);
+const QSize pixels(1200, 768);
 
-QJsonArray tell(const std::string& question) {
-  return QJsonDocument::fromJson(QByteArray::fromStdString(shell("swaymsg -r -t " + question)))
-      .array();
+double scale() {
+  const double wanted = qEnvironmentVariable("DESK_SCALE").toDouble();
+  return wanted > 0 ? wanted : 1;
+}
+
+bool isSway() {
+  return qEnvironmentVariableIsSet("SWAYSOCK");
 }
 
 QSize outputSize() {
-  const auto rect = tell("get_outputs").at(0).toObject()["rect"].toObject();
-  return {rect["width"].toInt(), rect["height"].toInt()};
+  return {static_cast<int>(pixels.width() / scale()), static_cast<int>(pixels.height() / scale())};
 }
 
-/// What windows have of the output's height.
-int roomForWindows() {
-  return tell("get_workspaces").at(0).toObject()["rect"].toObject()["height"].toInt();
+QPoint pixelAt(QPoint point) {
+  return (QPointF(point) * scale()).toPoint();
 }
 
-QColor pixel(QPoint place) {
-  const auto file = qEnvironmentVariable("DESK").toStdString() + "/pixel.ppm";
-  shell("grim -t ppm -g '" + std::to_string(place.x()) + "," + std::to_string(place.y()) +
-        " 1x1' " + file);
-  const QImage image(QString::fromStdString(file));
-  return image.isNull() ? QColor() : image.pixelColor(0, 0);
+QImage screen() {
+  const auto file = qEnvironmentVariable("DESK").toStdString() + "/screen.ppm";
+  shell("import -silent -window root " + file);
+  return QImage(QString::fromStdString(file));
+}
+
+QColor colourAt(QPoint place) {
+  const QImage image = screen();
+  return image.isNull() ? QColor() : image.pixelColor(pixelAt(place));
+}
+
+std::string words(QPoint place) {
+  const QPoint pixel = pixelAt(place);
+  return std::to_string(pixel.x()) + " " + std::to_string(pixel.y());
 }
 
 void click(QPoint place) {
-  shell("xdotool mousemove " + std::to_string(place.x()) + " " + std::to_string(place.y()) +
-        " sleep 0.05 click 1");
+  shell("xdotool mousemove " + words(place) + " sleep 0.05 click 1");
 }
+
+/// Another program's window that has all the room there is, and tells how large that is.
+class OtherWindow : public Program {
+public:
+  explicit OtherWindow(const QString& colour = "#204080")
+      : Program(WINDOW_DOUBLE, {colour, "maximized"}, {"QT_QPA_PLATFORM=wayland"}) {}
+  QSize size() {
+    const auto told = last("size ").split(' ');
+    return told.size() < 3 ? QSize() : QSize(told[1].toInt(), told[2].toInt());
+  }
+  bool hasKeyboard() { return last("focus ") == "focus 1"; }
+  /// No size is told for a while: what was to follow from a change has followed.
+  int settledSizes() {
+    int told = 0;
+    eventually([&] {
+      shell("sleep 0.2");
+      return std::exchange(told, number("size ")) == number("size ");
+    });
+    return told;
+  }
+
+private:
+  QByteArray last(const QByteArray& start) {
+    QByteArray found;
+    for (const auto& line : output().split('\n'))
+      if (line.startsWith(start))
+        found = line;
+    return found;
+  }
+};
 
 class LayerTest : public testing::Test {
 protected:
@@ -54,38 +94,87 @@ protected:
     return {static_cast<int>(start + 0.125 * tileSize + (number + 0.5) * pitch),
             size.height() - tileSize + 10};
   }
-  static QStringList slot(const char* name) {
+  static QStringList slot(const char* name, const QString& screen = {}) {
     return {QStringLiteral("TAVRIN_APP_SUPPORT_DIR=%1/%2").arg(qEnvironmentVariable("DESK"), name),
-            QStringLiteral("DISPLAY=")};
+            QStringLiteral("DISPLAY="), QStringLiteral("TAVRIN_STRIP_SCREEN=") + screen};
+  }
+  static bool isTileAt(QPoint place) {
+    return eventually([&] { return colourAt(place) == tileColour; });
   }
 };
 
 TEST_F(LayerTest, TilesStandAtTheEdgeAndKeepItsRoom) {
-  const int whole = roomForWindows();
-  EXPECT_EQ(whole, outputSize().height());
+  OtherWindow other;
+  const int whole = outputSize().height();
+  ASSERT_TRUE(eventually([&] { return other.size().height() == whole; })) << other.output().data();
   {
     Program first(TILE_DOUBLE, {"--place=0,1,3"}, slot("first"));
     Program second(TILE_DOUBLE, {"--place=1,2,3"}, slot("second"));
     ASSERT_TRUE(first.says("visible 1"));
     ASSERT_TRUE(second.says("visible 1"));
-    EXPECT_TRUE(eventually([&] { return pixel(cell(0, 3)) == tileColour; }));
-    EXPECT_TRUE(eventually([&] { return pixel(cell(2, 3)) == tileColour; }));
-    EXPECT_NE(pixel(cell(0, 3) - QPoint(tileSize, 0)), tileColour);
-    EXPECT_TRUE(eventually([&] { return roomForWindows() == whole - tileSize; }));
+    EXPECT_TRUE(isTileAt(cell(0, 3)));
+    EXPECT_TRUE(isTileAt(cell(2, 3)));
+    EXPECT_NE(colourAt(cell(0, 3) - QPoint(tileSize, 0)), tileColour);
+    EXPECT_TRUE(eventually([&] { return other.size().height() == whole - tileSize; }));
   }
-  EXPECT_TRUE(eventually([&] { return roomForWindows() == whole; }));
+  EXPECT_TRUE(eventually([&] { return other.size().height() == whole; }));
+}
+
+/// How many pixels of a row are red and blue by turns.
+int alternating(const QImage& image, int y) {
+  int longest = 0;
+  int run = 0;
+  for (int x = 0; x < image.width(); ++x) {
+    const QRgb colour = image.pixel(x, y) & RGB_MASK;
+    const bool isGrid = colour == 0xFF0000 || colour == 0x0000FF;
+    const bool goesOn = isGrid && run > 0 && colour != (image.pixel(x - 1, y) & RGB_MASK);
+    run = goesOn ? run + 1 : isGrid ? 1 : 0;
+    longest = std::max(longest, run);
+  }
+  return longest;
+}
+
+/// Two tiles, for each may stand otherwise to the output's pixels.
+TEST_F(LayerTest, EachPixelOfATileIsOneOfTheOutput) {
+  Program first(TILE_DOUBLE, {"--place=0,1,2", "--grid"}, slot("first"));
+  Program second(TILE_DOUBLE, {"--place=1,1,2"}, slot("second"));
+  ASSERT_TRUE(first.says("visible 1"));
+  ASSERT_TRUE(second.says("visible 1"));
+  const auto isSharp = [](double scale) {
+    return eventually([scale] {
+      return alternating(screen(), pixels.height() - 12) == std::lround(tileSize * scale);
+    });
+  };
+  EXPECT_TRUE(isSharp(scale())) << alternating(screen(), pixels.height() - 12);
+  first.terminate();
+  Program third(TILE_DOUBLE, {"--place=0,1,3", "--grid"}, slot("third"));
+  ASSERT_TRUE(first.ends());
+  EXPECT_TRUE(isSharp(scale())) << alternating(screen(), pixels.height() - 12);
+  if (!isSway())
+    return;
+  for (const double other : {1.25, 2.0, 1.0}) {
+    shell("swaymsg output '*' scale " + std::to_string(other));
+    EXPECT_TRUE(isSharp(other)) << other << ": " << alternating(screen(), pixels.height() - 12);
+  }
+  shell("swaymsg output '*' scale " + std::to_string(scale()));
 }
 
 TEST_F(LayerTest, APanelOpensTakesKeysAndCloses) {
+  OtherWindow other;
   Program first(TILE_DOUBLE, {"--place=0,1,3"}, slot("first"));
   Program second(TILE_DOUBLE, {"--place=1,2,3"}, slot("second"));
   ASSERT_TRUE(first.says("visible 1"));
   ASSERT_TRUE(second.says("visible 1"));
-  ASSERT_TRUE(eventually([&] { return pixel(cell(0, 3)) == tileColour; }));
+  ASSERT_TRUE(isTileAt(cell(0, 3)));
+  ASSERT_TRUE(eventually([&] { return other.hasKeyboard(); }));
   const QPoint tile = cell(0, 3);
   const QPoint above = tile - QPoint(0, 60);
-  const QColor desktop = pixel(above);
-  const auto isOpen = [&] { return pixel(above) != desktop; };
+  const QColor desktop = colourAt(above);
+  const auto isOpen = [&] { return colourAt(above) != desktop; };
+  const auto isClosed = [&](int times) {
+    return first.says("closed", times) && eventually([&] { return !isOpen(); }) &&
+           eventually([&] { return other.hasKeyboard(); });
+  };
 
   click(tile);
   ASSERT_TRUE(eventually(isOpen));
@@ -95,20 +184,17 @@ TEST_F(LayerTest, APanelOpensTakesKeysAndCloses) {
     return first.number("text a") > 0;
   }));
   shell("xdotool key Escape");
-  EXPECT_TRUE(first.says("closed"));
-  EXPECT_TRUE(eventually([&] { return !isOpen(); }));
+  EXPECT_TRUE(isClosed(1));
 
   click(tile);
   ASSERT_TRUE(eventually(isOpen));
   click(tile);
-  EXPECT_TRUE(first.says("closed", 2));
-  EXPECT_TRUE(eventually([&] { return !isOpen(); }));
+  EXPECT_TRUE(isClosed(2));
 
   click(tile);
   ASSERT_TRUE(eventually(isOpen));
   click({20, 20});
-  EXPECT_TRUE(first.says("closed", 3));
-  EXPECT_TRUE(eventually([&] { return !isOpen(); }));
+  EXPECT_TRUE(isClosed(3));
 
   click(tile);
   ASSERT_TRUE(eventually(isOpen));
@@ -120,6 +206,49 @@ TEST_F(LayerTest, APanelOpensTakesKeysAndCloses) {
   }));
 }
 
+TEST_F(LayerTest, ADropDownHangsFromItsPanel) {
+  Program tile(TILE_DOUBLE, {"--place=0,1,1", "--choice"}, slot("first"));
+  ASSERT_TRUE(tile.says("visible 1"));
+  ASSERT_TRUE(isTileAt(cell(0, 1)));
+  click(cell(0, 1));
+  ASSERT_TRUE(tile.says("opened"));
+  const QPoint field = cell(0, 1) - QPoint(0, 50);
+  EXPECT_TRUE(eventually([&] {
+    // Where it is drawn a row below the field's own, a click takes that row.
+    click(field);
+    shell("sleep 0.3");
+    click(field + QPoint(0, 24));
+    shell("sleep 0.3");
+    return tile.number("chosen ") > 0;
+  }));
+  shell("xdotool key Tab Down Return");
+  EXPECT_EQ(tile.number("closed"), 0) << tile.output().toStdString();
+}
+
+TEST_F(LayerTest, FilesAreDroppedOnATile) {
+  Program tile(TILE_DOUBLE, {"--place=0,1,1"}, slot("first"));
+  ASSERT_TRUE(tile.says("visible 1"));
+  ASSERT_TRUE(isTileAt(cell(0, 1)));
+  Program source(DRAG_DOUBLE, {"file:///tmp/one.txt"}, {"QT_QPA_PLATFORM=wayland"});
+  ASSERT_TRUE(source.says("ready"));
+  EXPECT_TRUE(eventually([&] {
+    const QImage image = screen();
+    QPoint start;
+    for (int y = 0; y < image.height() && start.isNull(); y += 8)
+      for (int x = 0; x < image.width() && start.isNull(); x += 8)
+        if (image.pixelColor(x, y) == QColor(Qt::darkYellow))
+          start = {x + 16, y + 16};
+    shell("xdotool mousemove " + std::to_string(start.x()) + " " + std::to_string(start.y()) +
+          " mousedown 1 mousemove_relative 10 0 sleep .1 mousemove_relative 10 10 sleep .1 "
+          "mousemove " +
+          words(cell(0, 1)) +
+          " sleep .1 mousemove_relative 1 1 sleep .1 mousemove_relative -- -1 -1 sleep .3 "
+          "mouseup 1");
+    return tile.number("open /tmp/one.txt") > 0 && source.number("dragged copy") > 0;
+  })) << source.output().toStdString()
+      << tile.output().toStdString();
+}
+
 /// Whether the second has been handed a socket of the first's.
 bool isHanded(const Program& from, const Program& to) {
   const auto sockets = [](const Program& program) {
@@ -128,14 +257,9 @@ bool isHanded(const Program& from, const Program& to) {
   return !shell("comm -12 <(" + sockets(from) + ") <(" + sockets(to) + ")").empty();
 }
 
-/// The windows' own account of their sizes, as the compositor tells them.
-int sizesToldTo(const std::string& log) {
-  return std::stoi("0" + shell("grep -c 'xdg_toplevel@.*configure(' " + log));
-}
-
 TEST_F(LayerTest, TheRoomStaysWhenWhoeverKeepsItIsKilled) {
-  const int whole = roomForWindows();
-  const std::string log = qEnvironmentVariable("DESK").toStdString() + "/window.log";
+  OtherWindow window;
+  const int whole = outputSize().height();
   std::vector<std::unique_ptr<Program>> slots_;
   const auto start = [&](int number) {
     auto arguments = slot(("slot" + std::to_string(number)).c_str());
@@ -144,30 +268,21 @@ TEST_F(LayerTest, TheRoomStaysWhenWhoeverKeepsItIsKilled) {
     return slots_.back()->says("visible 1");
   };
   ASSERT_TRUE(start(0));
-  ASSERT_TRUE(eventually([&] { return roomForWindows() == whole - tileSize; }));
+  ASSERT_TRUE(eventually([&] { return window.size().height() == whole - tileSize; }));
   ASSERT_TRUE(start(1));
-  Program window("/bin/sh",
-                 {"-c", QString::fromStdString("exec env QT_QPA_PLATFORM=wayland "
-                                               "WAYLAND_DEBUG=client " DRAG_DOUBLE " 2>" +
-                                               log)});
-  ASSERT_TRUE(eventually([&] { return sizesToldTo(log) > 0; }));
-  int told = sizesToldTo(log);
-  ASSERT_TRUE(eventually([&] { return std::exchange(told, sizesToldTo(log)) == told; }));
-  const int before = sizesToldTo(log);
-  const int kills = qEnvironmentVariableIntValue("TAVRIN_KILLS") > 0
-                        ? qEnvironmentVariableIntValue("TAVRIN_KILLS")
-                        : 10;
+  const int before = window.settledSizes();
+  const int wanted = qEnvironmentVariableIntValue("TAVRIN_KILLS");
+  const int kills = wanted > 0 ? wanted : 10;
   for (int i = 0; i < kills; ++i) {
     ASSERT_TRUE(eventually([&] { return isHanded(*slots_[0], *slots_[1]); })) << i;
     ::kill(static_cast<pid_t>(slots_.front()->id()), SIGKILL);
     slots_.erase(slots_.begin());
-    ASSERT_EQ(roomForWindows(), whole - tileSize) << i;
     ASSERT_TRUE(start(i + 2));
-    ASSERT_EQ(roomForWindows(), whole - tileSize) << i;
   }
-  EXPECT_EQ(sizesToldTo(log), before);
+  EXPECT_EQ(window.settledSizes(), before) << "resized by a keeper's end";
+  EXPECT_EQ(window.size().height(), whole - tileSize);
   slots_.clear();
-  EXPECT_TRUE(eventually([&] { return roomForWindows() == whole; }));
+  EXPECT_TRUE(eventually([&] { return window.size().height() == whole; }));
 }
 
 } // namespace

@@ -1,7 +1,7 @@
 #!/bin/bash
 # Runs a command on a desk of its own: an empty home, a session bus, and what else is asked for.
 #   desk.sh [bus] [x] [wm] [compositor] [tray] [notifications] [systemd]
-#           [sway] [keyring] [system] [power] [logind] [polkit] -- COMMAND...
+#           [sway | kwin] [keyring] [system] [power] [logind] [polkit] -- COMMAND...
 # "system" is a system bus of its own; the words after it are mocks on it.
 # Nothing of it is left when the command ends. Its exit status is the command's.
 set -u
@@ -76,12 +76,12 @@ if has x; then
   await test -s "$DESK/display"
   export DISPLAY=:$(cat "$DESK/display")
 fi
-# Beside an X server it has a window there; else no output that could be looked at. It refuses to be
+# Beside an X server it has a window of 1200 × 768 pixels there; else no output that could be looked at. It refuses to be
 # root, who may speak to anybody's.
 if has sway; then
   mkdir -m 700 "$DESK/sway"
   chmod 711 "$DESK"
-  printf 'output * bg #335577 solid_color\nxwayland disable\n%s\n' "${DESK_SWAY:-}" >"$DESK/sway/config"
+  printf 'output * bg #335577 solid_color mode --custom 1200x768@60Hz scale %s\nxwayland disable\ndefault_border none\n' "${DESK_SCALE:-1}" >"$DESK/sway/config"
   other=()
   if [ "$(id -u)" = 0 ]; then
     chown -R nobody "$DESK/sway"
@@ -95,6 +95,17 @@ if has sway; then
   answering() { SWAYSOCK=$(echo "$DESK"/sway/sway-ipc.*.sock) && swaymsg -s "$SWAYSOCK" -t get_outputs; }
   await answering
   export SWAYSOCK=$(echo "$DESK"/sway/sway-ipc.*.sock)
+fi
+if has kwin; then
+  command -v kwin_wayland >/dev/null || { echo "desk: kwin_wayland is not installed"; exit 77; }
+  # A file capability, which not every machine grants, does not come with a copy.
+  cp "$(command -v kwin_wayland)" "$DESK"
+  points() { awk "BEGIN { print $1 / ${DESK_SCALE:-1} }"; }
+  begin env KWIN_FORCE_OWN_QPA=1 KWIN_COMPOSE=Q "$DESK/kwin_wayland" --x11-display "$DISPLAY" \
+    --width "$(points 1200)" --height "$(points 768)" --scale "${DESK_SCALE:-1}" --socket wayland-kwin \
+    --no-lockscreen --no-global-shortcuts --no-kactivities
+  await test -S "$XDG_RUNTIME_DIR/wayland-kwin"
+  export WAYLAND_DISPLAY=wayland-kwin
 fi
 if has wm; then begin openbox; await managed; fi
 if has compositor; then begin xfwm4 --compositor=on --vblank=off; await checked; fi

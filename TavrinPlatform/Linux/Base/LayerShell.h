@@ -4,6 +4,7 @@
 #include <functional>
 #include <vector>
 
+class QImage;
 class QScreen;
 class QWindow;
 
@@ -26,6 +27,14 @@ public:
   virtual ~LayerShell() = default;
   /// Gives a window its place, before it is shown or while it is.
   virtual void put(QWindow& window, const Place& place) = 0;
+  /// The output's pixels for a point of a screen, also where the toolkit knows whole numbers alone.
+  virtual double scale(const QScreen& screen) = 0;
+  /// That of some screen may have changed.
+  std::function<void()> onScaleChange;
+  /// Shows what `paint` draws, on a clear picture of the output's own pixels, in place of what the
+  /// toolkit draws. False, and nothing of it, where the toolkit's pixels are the output's. To be
+  /// called while the toolkit draws.
+  virtual bool draw(QWindow& window, const std::function<void(QImage&)>& paint) = 0;
   /// Takes the place back; to be called before the window is hidden.
   virtual void withdraw(QWindow& window) = 0;
   /// Keeps other windows `depth` points off an edge of a screen, for as long as one of the

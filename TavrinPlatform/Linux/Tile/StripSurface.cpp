@@ -69,6 +69,8 @@ StripSurface::StripSurface(Environment environment)
     if (std::exchange(wasExposed_, window_.isExposed()) != wasExposed_ && events.visibilityChanged)
       events.visibilityChanged();
   };
+  if (environment_.layers != nullptr)
+    environment_.layers->onScaleChange = [this] { arrange(); };
   watchScreens();
   arrange();
 }
@@ -140,7 +142,9 @@ void StripSurface::arrange() {
   format.tileSize = std::max(layout_.tileSize, leastTileSize);
   shrinking_ = layout_.tileSize / format.tileSize;
   format.span = layout_.isVertical ? 1 : std::max(place_.span, 1);
-  format.scale = screen->devicePixelRatio() * shrinking_;
+  auto* layers = environment_.layers;
+  const double scale = layers == nullptr ? screen->devicePixelRatio() : layers->scale(*screen);
+  format.scale = scale * shrinking_;
   // Nothing is shown before there is something to see.
   if (hasPicture_)
     place(*screen, edge);

@@ -173,9 +173,18 @@ void StripWindow::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setCompositionMode(QPainter::CompositionMode_Source);
   painter.fillRect(QRect(QPoint(), size()), Qt::transparent);
+  const bool isDrawn = layers_ != nullptr && layers_->draw(*this, [this](QImage& image) {
+    QPainter ownPixels(&image);
+    paintTile(ownPixels, image.devicePixelRatio());
+  });
+  if (!isDrawn)
+    paintTile(painter, devicePixelRatio());
+}
+
+void StripWindow::paintTile(QPainter& painter, double scale) const {
+  painter.setCompositionMode(QPainter::CompositionMode_Source);
   if (!picture_.isNull()) {
     // Whole pixels, else the picture would be resampled.
-    const double scale = devicePixelRatio();
     const QPointF place = pictureRect().topLeft() * scale;
     painter.drawImage(QPointF(std::floor(place.x()), std::floor(place.y())) / scale, picture_);
   }

@@ -68,6 +68,7 @@ private:
   void becomeDockWindow();
   void watchCompositor();
   void updateOutline();
+  void paintTile(QPainter& painter, double scale) const;
   void paintRing(QPainter& painter) const;
   void paintDrag(QPainter& painter) const;
   void hover(QPointF place);

@@ -1,42 +1,11 @@
 #include "TavrinPlatform/Linux/Wayland/ClearSurface.h"
 
-#include "TavrinPlatform/Files/Descriptor.h"
+#include "TavrinPlatform/Linux/Wayland/SharedBuffer.h"
 
+#include <QImage>
 #include <algorithm>
-#include <sys/mman.h>
 
 namespace tavrin {
-
-namespace {
-
-constexpr std::uint32_t withNames = 4;
-
-} // namespace
-
-NamedOutputs::NamedOutputs(WaylandConnection& connection) {
-  static const wl_output_listener listener{
-      [](void*, wl_output*, std::int32_t, std::int32_t, std::int32_t, std::int32_t, std::int32_t,
-         const char*, const char*, std::int32_t) {},
-      [](void*, wl_output*, std::uint32_t, std::int32_t, std::int32_t, std::int32_t) {},
-      [](void*, wl_output*) {},
-      [](void*, wl_output*, std::int32_t) {},
-      [](void* data, wl_output*, const char* name) { static_cast<Output*>(data)->name = name; },
-      [](void*, wl_output*, const char*) {}};
-  for (auto* proxy : connection.registry().bindAll<wl_output>(wl_output_interface, withNames)) {
-    auto& output = *outputs_.emplace_back(std::make_unique<Output>());
-    output.proxy.reset(proxy);
-    wl_output_add_listener(proxy, &listener, &output);
-  }
-  connection.roundTrip();
-}
-
-wl_output* NamedOutputs::find(std::string_view name) const {
-  // Some compositors name none.
-  if (outputs_.size() == 1 && outputs_.front()->name.empty())
-    return outputs_.front()->proxy.get();
-  const auto found = std::ranges::find(outputs_, name, [](const auto& each) { return each->name; });
-  return found == outputs_.end() ? nullptr : (*found)->proxy.get();
-}
 
 ClearSurface::ClearSurface(WaylandConnection& connection, wl_output* output, const Shape& shape) {
   const auto& registry = connection.registry();
@@ -94,13 +63,11 @@ void ClearSurface::configured(std::uint32_t width, std::uint32_t height) {
   const auto h = static_cast<int>(std::max(height, 1U));
   const int columns = viewport_ ? 1 : w;
   const int rows = viewport_ ? 1 : h;
-  const Descriptor bytes(::memfd_create("tavrin-clear", MFD_CLOEXEC));
-  if (!bytes || ::ftruncate(bytes.number(), static_cast<off_t>(columns) * rows * 4) != 0)
+  QImage picture(columns, rows, QImage::Format_ARGB32_Premultiplied);
+  picture.fill(Qt::transparent);
+  buffer_ = sharedBuffer(memory_.get(), picture);
+  if (!buffer_)
     return;
-  const ProxyPtr<wl_shm_pool> pool(
-      wl_shm_create_pool(memory_.get(), bytes.number(), columns * rows * 4));
-  buffer_.reset(
-      wl_shm_pool_create_buffer(pool.get(), 0, columns, rows, columns * 4, WL_SHM_FORMAT_ARGB8888));
   if (viewport_)
     wp_viewport_set_destination(viewport_.get(), w, h);
   wl_surface_attach(surface_.get(), buffer_.get(), 0, 0);

@@ -3,25 +3,8 @@
 #include "TavrinPlatform/Linux/Wayland/WaylandConnection.h"
 
 #include <QRect>
-#include <string>
 
 namespace tavrin {
-
-/// The outputs of a connection by their names.
-class NamedOutputs {
-public:
-  explicit NamedOutputs(WaylandConnection& connection);
-  struct Output {
-    ProxyPtr<wl_output> proxy;
-    std::string name;
-  };
-  const std::vector<std::unique_ptr<Output>>& all() const { return outputs_; }
-  /// Null where there is none of this name.
-  wl_output* find(std::string_view name) const;
-
-private:
-  std::vector<std::unique_ptr<Output>> outputs_;
-};
 
 /// A surface of the layer shell with nothing to be seen on it.
 class ClearSurface {

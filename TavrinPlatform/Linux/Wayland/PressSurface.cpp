@@ -9,7 +9,8 @@ PressSurface::PressSurface(const std::map<std::string, std::vector<QRect>>& spar
     : pressed_(std::move(pressed)) {
   if (!connection_.isOpen())
     return;
-  outputs_ = std::make_unique<NamedOutputs>(connection_);
+  outputs_ = std::make_unique<Outputs>(connection_.registry());
+  connection_.roundTrip();
   constexpr std::uint32_t allEdges =
       ZWLR_LAYER_SURFACE_V1_ANCHOR_TOP | ZWLR_LAYER_SURFACE_V1_ANCHOR_BOTTOM |
       ZWLR_LAYER_SURFACE_V1_ANCHOR_LEFT | ZWLR_LAYER_SURFACE_V1_ANCHOR_RIGHT;

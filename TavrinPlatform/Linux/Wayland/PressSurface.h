@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TavrinPlatform/Linux/Wayland/ClearSurface.h"
+#include "TavrinPlatform/Linux/Wayland/Outputs.h"
 
 #include <QSocketNotifier>
 #include <functional>
@@ -24,7 +25,7 @@ private:
 
   std::function<void()> pressed_;
   WaylandConnection connection_;
-  std::unique_ptr<NamedOutputs> outputs_;
+  std::unique_ptr<Outputs> outputs_;
   std::vector<std::unique_ptr<ClearSurface>> surfaces_;
   ProxyPtr<wl_seat> seat_;
   ProxyPtr<wl_pointer> pointer_;

@@ -27,6 +27,8 @@ TAVRIN_PROXY(wl_shm_pool);
 TAVRIN_PROXY(wl_buffer);
 TAVRIN_PROXY(wl_surface);
 TAVRIN_PROXY(wl_region);
+TAVRIN_PROXY(wl_subcompositor);
+TAVRIN_PROXY(wl_subsurface);
 TAVRIN_PROXY(wl_output);
 TAVRIN_PROXY(zwlr_data_control_manager_v1);
 TAVRIN_PROXY(zwlr_data_control_device_v1);

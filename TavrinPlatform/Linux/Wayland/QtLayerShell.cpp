@@ -3,11 +3,13 @@
 #include "TavrinPlatform/Linux/Wayland/ToolkitSurfaces.h"
 
 #include <QGuiApplication>
+#include <QImage>
 #include <QPlatformSurfaceEvent>
 #include <QScreen>
 #include <QTimer>
 #include <QWindow>
 #include <algorithm>
+#include <cmath>
 #include <fstream>
 #include <unistd.h>
 
@@ -44,18 +46,27 @@ QtLayerShell::QtLayerShell(wl_display* display)
     : display_(display), registry_(std::make_unique<WaylandRegistry>(display)) {
   wl_display_roundtrip(display_);
   shell_.reset(registry_->bind<zwlr_layer_shell_v1>(zwlr_layer_shell_v1_interface, newestShell));
-  if (shell_)
-    qGuiApp->installEventFilter(this);
+  if (!shell_)
+    return;
+  qGuiApp->installEventFilter(this);
+  connect(qGuiApp, &QGuiApplication::screenAdded, this, [this] { outputs_.reset(); });
 }
 
 void QtLayerShell::put(QWindow& window, const Place& place) {
-  const auto known = layers_.find(&window);
+  auto known = layers_.find(&window);
+  const QScreen* screen = screenOf(place.frame);
+  // Neither comes to another output nor back.
+  if (known != layers_.end() && screen != nullptr &&
+      (known->second->isClosed || known->second->output != screen->name())) {
+    withdraw(window);
+    window.destroy();
+    known = layers_.end();
+  }
   if (known == layers_.end()) {
     give(window, place);
     return;
   }
   auto* surface = toolkit::surface(window);
-  const QScreen* screen = screenOf(place.frame);
   if (surface == nullptr || screen == nullptr)
     return;
   setPlace(known->second->surface.get(), place.frame, *screen);
@@ -75,10 +86,12 @@ void QtLayerShell::give(QWindow& window, const Place& place) {
   auto* surface = toolkit::surface(window);
   if (surface == nullptr)
     return;
-  auto& layer = *(layers_[&window] = std::unique_ptr<Layer>(new Layer{
-                      window, place.frame,
-                      ProxyPtr<zwlr_layer_surface_v1>(zwlr_layer_shell_v1_get_layer_surface(
-                          shell_.get(), surface, output, layerOf(place.level), "tavrin"))}));
+  auto& layer = *(layers_[&window] = std::make_unique<Layer>());
+  layer.frame = place.frame;
+  layer.output = screen->name();
+  layer.closed = [this, &window] { closed(window); };
+  layer.surface.reset(zwlr_layer_shell_v1_get_layer_surface(shell_.get(), surface, output,
+                                                            layerOf(place.level), "tavrin"));
   auto* proxy = layer.surface.get();
   static const zwlr_layer_surface_v1_listener listener{
       [](void* data, zwlr_layer_surface_v1* sender, std::uint32_t serial, std::uint32_t,
@@ -88,8 +101,8 @@ void QtLayerShell::give(QWindow& window, const Place& place) {
       },
       [](void* data, zwlr_layer_surface_v1*) {
         auto& gone = *static_cast<Layer*>(data);
-        // Later: the object that tells is about to go.
-        QTimer::singleShot(0, &gone.window, [window = &gone.window] { window->close(); });
+        gone.isClosed = true;
+        gone.closed();
       }};
   zwlr_layer_surface_v1_add_listener(proxy, &listener, &layer);
   setPlace(proxy, place.frame, *screen);
@@ -101,6 +114,14 @@ void QtLayerShell::give(QWindow& window, const Place& place) {
   for (int i = 0; i < mostRoundTrips && !layer.isConfigured; ++i)
     if (wl_display_roundtrip(display_) < 0)
       break;
+}
+
+void QtLayerShell::closed(QWindow& window) {
+  // Later: the object that tells is about to go, and the window may have got another place.
+  QTimer::singleShot(0, &window, [this, &window] {
+    if (const auto layer = layers_.find(&window); layer != layers_.end() && layer->second->isClosed)
+      window.close();
+  });
 }
 
 /// As the toolkit places it beside its parent, which it takes to stand at the desktop's corner;
@@ -117,6 +138,49 @@ QRect QtLayerShell::frameOfPopup(const QWindow& popup) const {
   frame.moveLeft(std::max(std::min(frame.left(), room.right() + 1 - frame.width()), room.left()));
   frame.moveTop(std::max(std::min(frame.top(), room.bottom() + 1 - frame.height()), room.top()));
   return frame;
+}
+
+double QtLayerShell::scale(const QScreen& screen) {
+  if (!outputs_) {
+    outputs_ = std::make_unique<Outputs>(*registry_);
+    wl_display_roundtrip(display_);
+    outputs_->onChange = [this] {
+      // Later: the toolkit may hear of it after this.
+      QTimer::singleShot(0, this, [this] {
+        if (onScaleChange)
+          onScaleChange();
+      });
+    };
+  }
+  const auto* output = outputs_->find(screen.name().toStdString());
+  return output == nullptr ? screen.devicePixelRatio() : output->scale(screen.geometry().size());
+}
+
+/// As large as compositors make it, who round each edge to a whole pixel by itself.
+bool QtLayerShell::draw(QWindow& window, const std::function<void(QImage&)>& paint) {
+  const auto known = layers_.find(&window);
+  const QScreen* screen = known == layers_.end() ? nullptr : screenOf(known->second->frame);
+  auto* surface = toolkit::surface(window);
+  if (screen == nullptr || surface == nullptr)
+    return false;
+  Layer& layer = *known->second;
+  const double each = scale(*screen);
+  if (each == window.devicePixelRatio() || !PixelSurface::isPossible(*registry_)) {
+    layer.pixels.reset();
+    return false;
+  }
+  const QRect frame = layer.frame.translated(-screen->geometry().topLeft());
+  const auto pixel = [each](int point) { return static_cast<int>(std::lround(point * each)); };
+  QImage picture(pixel(frame.left() + frame.width()) - pixel(frame.left()),
+                 pixel(frame.top() + frame.height()) - pixel(frame.top()),
+                 QImage::Format_ARGB32_Premultiplied);
+  picture.setDevicePixelRatio(each);
+  picture.fill(Qt::transparent);
+  paint(picture);
+  if (!layer.pixels)
+    layer.pixels = std::make_unique<PixelSurface>(*registry_, surface);
+  layer.pixels->show(picture, frame.size());
+  return true;
 }
 
 void QtLayerShell::withdraw(QWindow& window) {

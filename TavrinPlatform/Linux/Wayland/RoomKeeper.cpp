@@ -69,12 +69,13 @@ template <class Call> std::unique_ptr<QSocketNotifier> notifierFor(int descripto
 RoomSurface::RoomSurface(const KeptRoom& room) {
   if (!connection_.isOpen())
     return;
-  outputs_ = std::make_unique<NamedOutputs>(connection_);
-  auto* output = outputs_->find(room.output);
+  outputs_ = std::make_unique<Outputs>(connection_.registry());
+  connection_.roundTrip();
+  const auto* output = outputs_->find(room.output);
   if (output == nullptr)
     return;
   const bool isUpright = room.edge == Qt::LeftEdge || room.edge == Qt::RightEdge;
-  surface_ = std::make_unique<ClearSurface>(connection_, output,
+  surface_ = std::make_unique<ClearSurface>(connection_, output->proxy.get(),
                                             ClearSurface::Shape{ZWLR_LAYER_SHELL_V1_LAYER_BOTTOM,
                                                                 anchorOf(room.edge),
                                                                 isUpright ? 1U : 0U,

@@ -1,7 +1,8 @@
 #pragma once
 
-#include "TavrinPlatform/Linux/Wayland/ClearSurface.h"
 #include "TavrinPlatform/Files/Descriptor.h"
+#include "TavrinPlatform/Linux/Wayland/ClearSurface.h"
+#include "TavrinPlatform/Linux/Wayland/Outputs.h"
 
 #include <QSocketNotifier>
 #include <QTimer>
@@ -31,7 +32,7 @@ public:
 
 private:
   WaylandConnection connection_;
-  std::unique_ptr<NamedOutputs> outputs_;
+  std::unique_ptr<Outputs> outputs_;
   std::unique_ptr<ClearSurface> surface_;
 };
 

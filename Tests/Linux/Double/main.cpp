@@ -18,7 +18,7 @@
 /// Arguments: --place=BEFORE,SPAN,ALL  --open (the panel at start)  --attention (at start; with
 /// =button at each click on the button, with =panel once the panel is open)  --no-files
 /// --lock=all|keyboard,SECONDS (holds the input at start, and tells whether the screen is locked)
-/// --choice (a drop-down in the panel)
+/// --choice (a drop-down in the panel)  --grid (a picture of columns one pixel wide)
 /// --button (the left half of the tile is a button)  --notice=SECONDS  --observe=NAME  --tick
 namespace {
 
@@ -78,6 +78,8 @@ private:
       hasButton_ = true;
     } else if (is("--choice")) {
       hasChoice_ = true;
+    } else if (is("--grid")) {
+      hasGrid_ = true;
     } else if (is("--open")) {
       first_ = platform_.runLoop().after(0, [this] { toggle(); });
     } else if (is("--attention")) {
@@ -137,6 +139,12 @@ private:
                  QImage::Format_ARGB32_Premultiplied);
     image.setDevicePixelRatio(format.scale);
     image.fill(Qt::transparent);
+    if (hasGrid_) {
+      for (int x = 0; x < image.width(); ++x)
+        for (int y = 0; y < image.height(); ++y)
+          image.setPixelColor(x, y, x % 2 == 0 ? Qt::red : Qt::blue);
+      return tile_.display(image);
+    }
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setBrush(QColor(0xC0, 0x20, 0x60));
@@ -195,6 +203,7 @@ private:
   bool takesFiles_ = true;
   std::optional<std::string> attention_;
   bool hasChoice_ = false;
+  bool hasGrid_ = false;
 };
 
 } // namespace
