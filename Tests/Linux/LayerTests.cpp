@@ -2,6 +2,9 @@
 
 #include <QCoreApplication>
 #include <QImage>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <cmath>
 #include <csignal>
 #include <gtest/gtest.h>
@@ -52,6 +55,19 @@ std::string words(QPoint place) {
 
 void click(QPoint place) {
   shell("xdotool mousemove " + words(place) + " sleep 0.05 click 1");
+}
+
+QJsonArray tell(const std::string& question) {
+  return QJsonDocument::fromJson(QByteArray::fromStdString(shell("swaymsg -r -t " + question)))
+      .array();
+}
+
+/// What sway leaves windows of an output's height.
+int heightLeftOn(const QString& output) {
+  for (const auto& each : tell("get_workspaces"))
+    if (each.toObject()["output"].toString() == output)
+      return each.toObject()["rect"].toObject()["height"].toInt();
+  return 0;
 }
 
 /// Another program's window that has all the room there is, and tells how large that is.
@@ -247,6 +263,30 @@ TEST_F(LayerTest, FilesAreDroppedOnATile) {
     return tile.number("open /tmp/one.txt") > 0 && source.number("dragged copy") > 0;
   })) << source.output().toStdString()
       << tile.output().toStdString();
+}
+
+TEST_F(LayerTest, AStripStandsOnTheChosenOutputAndComesBackToIt) {
+  if (!isSway())
+    GTEST_SKIP() << "this compositor's outputs do not change";
+  const QString first = tell("get_outputs").at(0).toObject()["name"].toString();
+  shell("swaymsg create_output");
+  ASSERT_TRUE(eventually([] { return tell("get_outputs").size() == 2; }));
+  const QString second = tell("get_outputs").at(1).toObject()["name"].toString();
+  shell("swaymsg output " + second.toStdString() + " scale 1");
+  const int whole = heightLeftOn(first);
+  const int other = heightLeftOn(second);
+  Program tile(TILE_DOUBLE, {"--place=0,1,1"}, slot("first", second));
+  const auto isOnSecond = [&] {
+    return heightLeftOn(second) == other - tileSize && heightLeftOn(first) == whole;
+  };
+  ASSERT_TRUE(tile.says("visible 1"));
+  EXPECT_TRUE(eventually(isOnSecond));
+  shell("swaymsg output " + second.toStdString() + " disable");
+  EXPECT_TRUE(eventually([&] { return heightLeftOn(first) == whole - tileSize; }));
+  shell("swaymsg output " + second.toStdString() + " enable");
+  EXPECT_TRUE(eventually(isOnSecond)) << heightLeftOn(second) << " " << heightLeftOn(first);
+  shell("swaymsg output " + second.toStdString() + " disable");
+  EXPECT_TRUE(isTileAt(cell(0, 1)));
 }
 
 /// Whether the second has been handed a socket of the first's.

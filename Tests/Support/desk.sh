@@ -81,7 +81,7 @@ fi
 if has sway; then
   mkdir -m 700 "$DESK/sway"
   chmod 711 "$DESK"
-  printf 'output * bg #335577 solid_color mode --custom 1200x768@60Hz scale %s\nxwayland disable\ndefault_border none\n' "${DESK_SCALE:-1}" >"$DESK/sway/config"
+  printf 'output X11-1 bg #335577 solid_color mode --custom 1200x768@60Hz scale %s\nxwayland disable\ndefault_border none\n' "${DESK_SCALE:-1}" >"$DESK/sway/config"
   other=()
   if [ "$(id -u)" = 0 ]; then
     chown -R nobody "$DESK/sway"

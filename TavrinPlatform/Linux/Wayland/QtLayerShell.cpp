@@ -33,6 +33,11 @@ std::uint32_t layerOf(LayerShell::Level level) {
                                          : ZWLR_LAYER_SHELL_V1_LAYER_OVERLAY;
 }
 
+/// Some compositors tell by the name what a surface is: a press on a dock moves no focus.
+const char* nameOf(const LayerShell::Place& place) {
+  return place.level == LayerShell::Level::top && !place.takesKeys ? "dock" : "tavrin";
+}
+
 void setPlace(zwlr_layer_surface_v1* surface, const QRect& frame, const QScreen& screen) {
   const QPoint corner = frame.topLeft() - screen.geometry().topLeft();
   zwlr_layer_surface_v1_set_size(surface, static_cast<std::uint32_t>(frame.width()),
@@ -91,7 +96,7 @@ void QtLayerShell::give(QWindow& window, const Place& place) {
   layer.output = screen->name();
   layer.closed = [this, &window] { closed(window); };
   layer.surface.reset(zwlr_layer_shell_v1_get_layer_surface(shell_.get(), surface, output,
-                                                            layerOf(place.level), "tavrin"));
+                                                            layerOf(place.level), nameOf(place)));
   auto* proxy = layer.surface.get();
   static const zwlr_layer_surface_v1_listener listener{
       [](void* data, zwlr_layer_surface_v1* sender, std::uint32_t serial, std::uint32_t,
