@@ -9,6 +9,7 @@
 #include <csignal>
 #include <gtest/gtest.h>
 #include <optional>
+#include <xcb/xcb.h>
 
 /// Strip and panel as surfaces of a Wayland compositor's layer shell: a sway or a KWin with a
 /// window on an X server, so that there are a pointer and keys, in which DESK_SCALE pixels are a
@@ -62,12 +63,16 @@ QJsonArray tell(const std::string& question) {
       .array();
 }
 
-/// What sway leaves windows of an output's height.
-int heightLeftOn(const QString& output) {
-  for (const auto& each : tell("get_workspaces"))
-    if (each.toObject()["output"].toString() == output)
-      return each.toObject()["rect"].toObject()["height"].toInt();
-  return 0;
+/// How much lower the room is that sway leaves windows on an output than that is; -1 without it.
+int depthKept(const QString& output) {
+  const auto heights = [&](const char* question, const char* key) {
+    for (const auto& each : tell(question))
+      if (each.toObject()[key].toString() == output)
+        return each.toObject()["rect"].toObject()["height"].toInt();
+    return -1;
+  };
+  const int left = heights("get_workspaces", "output");
+  return left < 0 ? -1 : heights("get_outputs", "name") - left;
 }
 
 /// Another program's window that has all the room there is, and tells how large that is.
@@ -265,28 +270,47 @@ TEST_F(LayerTest, FilesAreDroppedOnATile) {
       << tile.output().toStdString();
 }
 
-TEST_F(LayerTest, AStripStandsOnTheChosenOutputAndComesBackToIt) {
-  if (!isSway())
-    GTEST_SKIP() << "this compositor's outputs do not change";
-  const QString first = tell("get_outputs").at(0).toObject()["name"].toString();
-  shell("swaymsg create_output");
-  ASSERT_TRUE(eventually([] { return tell("get_outputs").size() == 2; }));
-  const QString second = tell("get_outputs").at(1).toObject()["name"].toString();
-  shell("swaymsg output " + second.toStdString() + " scale 1");
-  const int whole = heightLeftOn(first);
-  const int other = heightLeftOn(second);
-  Program tile(TILE_DOUBLE, {"--place=0,1,1"}, slot("first", second));
-  const auto isOnSecond = [&] {
-    return heightLeftOn(second) == other - tileSize && heightLeftOn(first) == whole;
+/// Closes the newest window on the X server, as its user would.
+void closeNewestWindow() {
+  auto* x = xcb_connect(nullptr, nullptr);
+  const auto root = xcb_setup_roots_iterator(xcb_get_setup(x)).data->root;
+  const auto atom = [x](const std::string& name) {
+    auto* reply = xcb_intern_atom_reply(
+        x, xcb_intern_atom(x, 0, static_cast<std::uint16_t>(name.size()), name.data()), nullptr);
+    const auto found = reply->atom;
+    std::free(reply);
+    return found;
   };
+  auto* tree = xcb_query_tree_reply(x, xcb_query_tree(x, root), nullptr);
+  xcb_client_message_event_t message{};
+  message.response_type = XCB_CLIENT_MESSAGE;
+  message.format = 32;
+  message.window = xcb_query_tree_children(tree)[tree->children_len - 1];
+  message.type = atom("WM_PROTOCOLS");
+  message.data.data32[0] = atom("WM_DELETE_WINDOW");
+  xcb_send_event(x, 0, message.window, 0, reinterpret_cast<const char*>(&message));
+  std::free(tree);
+  xcb_flush(x);
+  xcb_disconnect(x);
+}
+
+TEST_F(LayerTest, AStripFollowsTheChosenOutput) {
+  if (!isSway())
+    GTEST_SKIP() << "this compositor's outputs stay";
+  const QString first = QStringLiteral("X11-1");
+  const QString second = QStringLiteral("X11-2");
+  Program tile(TILE_DOUBLE, {"--place=0,1,1"}, slot("first", second));
   ASSERT_TRUE(tile.says("visible 1"));
-  EXPECT_TRUE(eventually(isOnSecond));
-  shell("swaymsg output " + second.toStdString() + " disable");
-  EXPECT_TRUE(eventually([&] { return heightLeftOn(first) == whole - tileSize; }));
-  shell("swaymsg output " + second.toStdString() + " enable");
-  EXPECT_TRUE(eventually(isOnSecond)) << heightLeftOn(second) << " " << heightLeftOn(first);
-  shell("swaymsg output " + second.toStdString() + " disable");
   EXPECT_TRUE(isTileAt(cell(0, 1)));
+  EXPECT_TRUE(eventually([&] { return depthKept(first) == tileSize; }));
+  shell("swaymsg create_output");
+  EXPECT_TRUE(eventually([&] { return depthKept(first) == 0 && depthKept(second) == tileSize; }))
+      << depthKept(first) << " " << depthKept(second);
+  closeNewestWindow();
+  EXPECT_TRUE(eventually([&] { return depthKept(first) == tileSize; }));
+  EXPECT_TRUE(isTileAt(cell(0, 1)));
+  click(cell(0, 1));
+  EXPECT_TRUE(tile.says("opened"));
 }
 
 /// Whether the second has been handed a socket of the first's.

@@ -88,7 +88,11 @@ if has sway; then
     other=(setpriv --reuid=nobody --regid=nogroup --clear-groups)
   fi
   backend=headless
-  if has x; then backend=x11; fi
+  if has x; then
+    backend=x11
+    # It takes only such atoms as others have made, and without these hears of no window's closing.
+    xprop -root -f WM_PROTOCOLS 32a -set WM_PROTOCOLS WM_DELETE_WINDOW
+  fi
   begin env HOME="$DESK/sway" XDG_RUNTIME_DIR="$DESK/sway" WLR_BACKENDS=$backend WLR_RENDERER=pixman \
     WLR_LIBINPUT_NO_DEVICES=1 "${other[@]}" sway -c "$DESK/sway/config"
   export WAYLAND_DISPLAY=$DESK/sway/wayland-1

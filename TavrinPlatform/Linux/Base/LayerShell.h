@@ -28,9 +28,8 @@ public:
   /// Gives a window its place, before it is shown or while it is.
   virtual void put(QWindow& window, const Place& place) = 0;
   /// The output's pixels for a point of a screen, also where the toolkit knows whole numbers alone.
+  /// Asks the compositor.
   virtual double scale(const QScreen& screen) = 0;
-  /// That of some screen may have changed.
-  std::function<void()> onScaleChange;
   /// Shows what `paint` draws, on a clear picture of the output's own pixels, in place of what the
   /// toolkit draws. False, and nothing of it, where the toolkit's pixels are the output's. To be
   /// called while the toolkit draws.

@@ -69,8 +69,6 @@ StripSurface::StripSurface(Environment environment)
     if (std::exchange(wasExposed_, window_.isExposed()) != wasExposed_ && events.visibilityChanged)
       events.visibilityChanged();
   };
-  if (environment_.layers != nullptr)
-    environment_.layers->onScaleChange = [this] { arrange(); };
   watchScreens();
   arrange();
 }

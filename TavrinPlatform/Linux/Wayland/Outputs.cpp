@@ -26,17 +26,13 @@ Outputs::Outputs(const WaylandRegistry& registry) {
         if ((flags & WL_OUTPUT_MODE_CURRENT) != 0)
           outputOf(data).mode = QSize(width, height);
       },
-      [](void* data, wl_output*) { outputOf(data).changed(); },
+      [](void*, wl_output*) {},
       [](void*, wl_output*, std::int32_t) {},
       [](void* data, wl_output*, const char* name) { outputOf(data).name = name; },
       [](void*, wl_output*, const char*) {}};
   for (auto* proxy : registry.bindAll<wl_output>(wl_output_interface, withNames)) {
     auto& output = *outputs_.emplace_back(std::make_unique<Output>());
     output.proxy.reset(proxy);
-    output.changed = [this] {
-      if (onChange)
-        onChange();
-    };
     wl_output_add_listener(proxy, &listener, &output);
   }
 }

@@ -3,7 +3,6 @@
 #include "TavrinPlatform/Linux/Wayland/WaylandConnection.h"
 
 #include <QSize>
-#include <functional>
 #include <string>
 
 namespace tavrin {
@@ -18,7 +17,6 @@ public:
     /// In pixels, before it is turned.
     QSize mode;
     std::int32_t transform = WL_OUTPUT_TRANSFORM_NORMAL;
-    std::function<void()> changed;
 
     /// The pixels for a point, where the whole output is `points`: by hundred-and-twentieths, as
     /// compositors count scales.
@@ -27,9 +25,6 @@ public:
   const std::vector<std::unique_ptr<Output>>& all() const { return outputs_; }
   /// Null where there is none of this name.
   const Output* find(std::string_view name) const;
-
-  /// Something of an output is another.
-  std::function<void()> onChange;
 
 private:
   std::vector<std::unique_ptr<Output>> outputs_;

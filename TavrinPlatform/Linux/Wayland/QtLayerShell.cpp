@@ -1,5 +1,6 @@
 #include "TavrinPlatform/Linux/Wayland/QtLayerShell.h"
 
+#include "TavrinPlatform/Linux/Wayland/Outputs.h"
 #include "TavrinPlatform/Linux/Wayland/ToolkitSurfaces.h"
 
 #include <QGuiApplication>
@@ -51,10 +52,8 @@ QtLayerShell::QtLayerShell(wl_display* display)
     : display_(display), registry_(std::make_unique<WaylandRegistry>(display)) {
   wl_display_roundtrip(display_);
   shell_.reset(registry_->bind<zwlr_layer_shell_v1>(zwlr_layer_shell_v1_interface, newestShell));
-  if (!shell_)
-    return;
-  qGuiApp->installEventFilter(this);
-  connect(qGuiApp, &QGuiApplication::screenAdded, this, [this] { outputs_.reset(); });
+  if (shell_)
+    qGuiApp->installEventFilter(this);
 }
 
 void QtLayerShell::put(QWindow& window, const Place& place) {
@@ -145,20 +144,18 @@ QRect QtLayerShell::frameOfPopup(const QWindow& popup) const {
   return frame;
 }
 
+/// On a connection of its own: the toolkit does not bear to hear of outputs that others have let
+/// go.
 double QtLayerShell::scale(const QScreen& screen) {
-  if (!outputs_) {
-    outputs_ = std::make_unique<Outputs>(*registry_);
-    wl_display_roundtrip(display_);
-    outputs_->onChange = [this] {
-      // Later: the toolkit may hear of it after this.
-      QTimer::singleShot(0, this, [this] {
-        if (onScaleChange)
-          onScaleChange();
-      });
-    };
-  }
-  const auto* output = outputs_->find(screen.name().toStdString());
-  return output == nullptr ? screen.devicePixelRatio() : output->scale(screen.geometry().size());
+  double& scale = scales_.try_emplace(screen.name(), screen.devicePixelRatio()).first->second;
+  WaylandConnection connection;
+  if (!connection.isOpen())
+    return scale;
+  const Outputs outputs(connection.registry());
+  connection.roundTrip();
+  if (const auto* output = outputs.find(screen.name().toStdString()))
+    scale = output->scale(screen.geometry().size());
+  return scale;
 }
 
 /// As large as compositors make it, who round each edge to a whole pixel by itself.
@@ -169,7 +166,8 @@ bool QtLayerShell::draw(QWindow& window, const std::function<void(QImage&)>& pai
   if (screen == nullptr || surface == nullptr)
     return false;
   Layer& layer = *known->second;
-  const double each = scale(*screen);
+  const auto found = scales_.find(screen->name());
+  const double each = found == scales_.end() ? scale(*screen) : found->second;
   if (each == window.devicePixelRatio() || !PixelSurface::isPossible(*registry_)) {
     layer.pixels.reset();
     return false;

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "TavrinPlatform/Linux/Base/LayerShell.h"
-#include "TavrinPlatform/Linux/Wayland/Outputs.h"
 #include "TavrinPlatform/Linux/Wayland/PixelSurface.h"
 #include "TavrinPlatform/Linux/Wayland/PressSurface.h"
 #include "TavrinPlatform/Linux/Wayland/RoomKeeper.h"
@@ -51,7 +50,7 @@ private:
   wl_display* display_;
   std::unique_ptr<WaylandRegistry> registry_;
   ProxyPtr<zwlr_layer_shell_v1> shell_;
-  std::unique_ptr<Outputs> outputs_;
+  std::map<QString, double> scales_;
   std::map<QWindow*, std::unique_ptr<Layer>> layers_;
   std::unique_ptr<RoomKeeper> room_;
   std::unique_ptr<PressSurface> presses_;
