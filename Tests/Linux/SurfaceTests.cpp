@@ -42,11 +42,7 @@ TEST(SurfaceChoice, EachDesktopHasItsRowAndNoneIsLaidOver) {
   constexpr auto layers = StripArrangement::layers;
   const Case cases[] = {
       {"layer shell", {true, oblivious, true, layered, true, true}, {"strip"}, layers, false},
-      {"docks through XWayland",
-       {true, floating, true, layered, true, true},
-       {"strip"},
-       docks,
-       false},
+      {"layer shell", {true, floating, true, layered, true, true}, {"strip"}, layers, false},
       {"layer shell", {false, {}, true, layered, false, false}, {"strip"}, layers, false},
       {"docks", on(true, floating, false, true, true), {"strip"}, docks, false},
       {"no manager", on(true, {}, false, false, false), {"strip"}, docks, false},

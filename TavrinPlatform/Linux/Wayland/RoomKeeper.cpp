@@ -15,10 +15,9 @@ namespace {
 
 /// Between the lock's change of hands and the new holder's socket.
 constexpr int pauseMilliseconds = 20;
+constexpr int longestPauseMilliseconds = 1000;
 /// The kernel lets go of what a process held bit by bit.
 constexpr int heirPauseMilliseconds = 2;
-/// Who has nothing in hand leaves the lock to those who have.
-constexpr int mostTries = 5;
 /// zwlr_layer_surface_v1.closed
 constexpr std::uint32_t closedEvent = 1;
 constexpr std::size_t headLength = 8;
@@ -114,11 +113,23 @@ void RoomKeeper::keep(const KeptRoom& room) {
 }
 
 void RoomKeeper::begin() {
-  if ((handed_ && hold()) || follow() || (++tries_ > mostTries && hold())) {
+  // Who has nothing in hand leaves the lock to those who have, however long they take.
+  if ((handed_ && hold()) || follow() || (!handed_ && !hasHeirs() && hold())) {
     tries_ = 0;
     return;
   }
-  again_.start(handed_ ? heirPauseMilliseconds : pauseMilliseconds);
+  again_.start(handed_ ? heirPauseMilliseconds
+                       : std::min(pauseMilliseconds * ++tries_, longestPauseMilliseconds));
+}
+
+Descriptor RoomKeeper::openHeirs() const {
+  return Descriptor(
+      ::open((path_.string() + ".heirs").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
+}
+
+bool RoomKeeper::hasHeirs() const {
+  const Descriptor heirs = openHeirs();
+  return heirs && ::flock(heirs.number(), LOCK_EX | LOCK_NB) != 0;
 }
 
 bool RoomKeeper::hold() {
@@ -174,6 +185,8 @@ void RoomKeeper::heardHolder() {
   if (count == static_cast<ssize_t>(sizeof note)) {
     note.output.back() = '\0';
     handed_ = std::move(given);
+    heirs_ = openHeirs();
+    ::flock(heirs_.number(), LOCK_SH);
     handedLayer_ = note.layer;
     handedRoom_ = KeptRoom{note.output.data(), static_cast<Qt::Edge>(note.edge),
                            static_cast<int>(note.depth)};
@@ -234,6 +247,7 @@ void RoomKeeper::provide() {
   connectionNotifier_.reset();
   surface_.reset();
   handed_.close();
+  heirs_.close();
   handedRoom_.reset();
   heard_.clear();
   if (wanted_ && wanted_->depth > 0) {

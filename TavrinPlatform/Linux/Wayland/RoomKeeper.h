@@ -57,6 +57,9 @@ private:
   };
 
   void begin();
+  Descriptor openHeirs() const;
+  /// Whether somebody has the room in hand.
+  bool hasHeirs() const;
   bool hold();
   bool follow();
   /// Reads what the compositor says on another's connection. False when its room is gone.
@@ -80,6 +83,8 @@ private:
   std::unique_ptr<RoomSurface> surface_;
   /// Another's connection, with the room that its surface keeps.
   Descriptor handed_;
+  /// A lock that all have in common to whom the room was handed.
+  Descriptor heirs_;
   std::optional<KeptRoom> handedRoom_;
   std::uint32_t handedLayer_ = 0;
   std::string heard_;
