@@ -30,10 +30,12 @@ NAMES = ["First", "Second", "Third"]
 class ManagedDesk:
     """Made once for all tests of a class, each of which leaves it as it found it."""
     manager = ""
+    # Beside the desk's own, for slots.
+    slot_env = None
 
     @classmethod
     def setUpClass(cls):
-        command = MANAGERS[cls.manager]
+        command = MANAGERS.get(cls.manager, [cls.manager])
         if command and shutil.which(command[0]) is None:
             raise unittest.SkipTest(f"{cls.manager} is not installed")
         cls.desk = Desk(window_manager=False)
@@ -42,7 +44,8 @@ class ManagedDesk:
         cls.start_manager()
         cls.desk.write_widgets([widget("note", {"text": f"n{slot}"}, slot, name=name)
                                 for slot, name in enumerate(NAMES, start=1)], announce=False)
-        cls.slots = [cls.desk.start_slot(slot) for slot in range(1, len(NAMES) + 1)]
+        cls.slots = [cls.desk.start_slot(slot, env=cls.slot_env)
+                     for slot in range(1, len(NAMES) + 1)]
         for slot in range(1, len(NAMES) + 1):
             cls.desk.wait_for_name(slot)
         cls.settle()

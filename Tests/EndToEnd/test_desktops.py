@@ -11,6 +11,8 @@ import plistlib
 import sys
 import unittest
 
+from compositors import DESKTOPS
+from layer_desk import LayerDesk
 from managed_desk import MANAGERS, NAMES, SCREEN, ManagedDesk
 from rig import BUILD, wait_for
 
@@ -20,6 +22,11 @@ EXPLAINED = {
     ("none", "room"): "nobody keeps windows off an edge",
     ("none", "desktops"): "there is one desktop",
     ("none", "killed"): "there is no manager",
+    **{(compositor, column): reason for compositor in DESKTOPS for column, reason in {
+        "titles": "surfaces of a layer shell have none",
+        "monitor": "Linux.Layers has outputs come and go",
+        "killed": "a compositor's programs end with it",
+    }.items()},
 }
 RESULTS = BUILD / "desktops"
 
@@ -280,9 +287,9 @@ class Row(ManagedDesk):
 COLUMNS = [name.removeprefix("column_") for name in vars(Row) if name.startswith("column_")]
 
 
-def recorded(name):
+def recorded(name, row=Row):
     """The column's test; what comes of it is a cell of the table."""
-    test = getattr(Row, f"column_{name}")
+    test = getattr(row, f"column_{name}")
 
     def run(self):
         explained = EXPLAINED.get((self.manager, name))
@@ -304,8 +311,19 @@ for manager in MANAGERS:
                                       {**columns, "manager": manager})
 
 
+class LayerRow(LayerDesk, Row):
+    """The same for a Wayland compositor with a layer shell."""
+
+
+for manager in DESKTOPS:
+    columns = {f"test_{index:02}_{name}": recorded(name, LayerRow)
+               for index, name in enumerate(COLUMNS)}
+    globals()[f"On_{manager}"] = type(f"On_{manager}", (LayerRow, unittest.TestCase),
+                                      {**columns, "manager": manager})
+
+
 def table(folder):
-    rows = [(manager, json.loads(path.read_text())) for manager in MANAGERS
+    rows = [(manager, json.loads(path.read_text())) for manager in [*MANAGERS, *DESKTOPS]
             if (path := pathlib.Path(folder) / f"{manager}.json").exists()]
     print("| | " + " | ".join(manager for manager, _ in rows) + " |")
     print("|---" * (len(rows) + 1) + "|")

@@ -2,13 +2,10 @@
 shell: sway through XWayland, with the toolkit kept off its layer shell."""
 
 import json
-import os
-import pathlib
 import shutil
-import subprocess
-import tempfile
 import unittest
 
+from compositors import start_sway
 from rig import BUILD, Desk, wait_for, widget
 
 TAVRIN = str(BUILD / "bin" / "tavrin")
@@ -27,25 +24,12 @@ class Sway(unittest.TestCase):
         self.start_sway()
 
     def start_sway(self):
-        """Nested in the desk's X server. It refuses to be root."""
-        folder = pathlib.Path(tempfile.mkdtemp(prefix="tavrin-sway-"))
-        self.addCleanup(shutil.rmtree, folder, ignore_errors=True)
+        folder = start_sway(self.desk, "xwayland force\n"
+                            "exec sh -c 'xhost +local:; echo $DISPLAY > {folder}/display'\n",
+                            self.addCleanup)
         told = folder / "display"
-        (folder / "config").write_text(f"xwayland force\nexec sh -c 'xhost +local:; echo $DISPLAY > {told}'\n")
-        environment = {"HOME": str(folder), "XDG_RUNTIME_DIR": str(folder),
-                       "WLR_BACKENDS": "x11", "WLR_RENDERER": "pixman",
-                       "WLR_LIBINPUT_NO_DEVICES": "1", "PATH": os.environ["PATH"],
-                       "DISPLAY": self.desk.env["DISPLAY"]}
-        command = ["sway", "-c", str(folder / "config")]
-        if os.getuid() == 0:
-            shutil.chown(folder, "nobody")
-            command = ["runuser", "-u", "nobody", "--", *command]
-        folder.chmod(0o700)
-        self.desk.spawn(command, env=environment, log="sway.log")
-        display = wait_for(lambda: told.exists() and told.read_text().strip(), "sway's X server")
-        socket = wait_for(lambda: [path for path in folder.glob("wayland-?")], "sway's socket")[0]
-        self.desk.env["DISPLAY"] = display
-        self.desk.env["WAYLAND_DISPLAY"] = str(socket)
+        self.desk.env["DISPLAY"] = wait_for(lambda: told.exists() and told.read_text().strip(),
+                                            "sway's X server")
         self.desk.env["QT_QPA_PLATFORM"] = "xcb"
 
     def start_slots(self):
