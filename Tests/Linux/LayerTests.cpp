@@ -246,6 +246,25 @@ TEST_F(LayerTest, ADropDownHangsFromItsPanel) {
   EXPECT_EQ(tile.number("closed"), 0) << tile.output().toStdString();
 }
 
+TEST_F(LayerTest, ATileTellsItsNameBesideThePointer) {
+  Program tile(TILE_DOUBLE, {"--place=0,1,1"}, slot("first"));
+  ASSERT_TRUE(tile.says("visible 1"));
+  ASSERT_TRUE(isTileAt(cell(0, 1)));
+  const QPoint place = pixelAt(cell(0, 1));
+  shell("xdotool mousemove " + words(cell(0, 1)) + " sleep .2 mousemove_relative 2 0");
+  const auto isTold = [&] {
+    const QImage image = screen();
+    const QColor ground(0xFF, 0xFF, 0xDC);
+    for (int x = place.x() - 100; x < place.x() + 100; ++x)
+      for (int y = place.y() - 100; y < pixels.height(); ++y)
+        if (image.pixelColor(x, y) == ground)
+          return true;
+    return false;
+  };
+  EXPECT_TRUE(eventually(isTold));
+  shell("xdotool mousemove 20 20");
+}
+
 TEST_F(LayerTest, FilesAreDroppedOnATile) {
   Program tile(TILE_DOUBLE, {"--place=0,1,1"}, slot("first"));
   ASSERT_TRUE(tile.says("visible 1"));

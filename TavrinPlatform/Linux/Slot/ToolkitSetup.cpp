@@ -2,6 +2,9 @@
 
 #include "TavrinPlatform/Linux/Base/SurfaceChoice.h"
 
+#include <QGuiApplication>
+#include <QLoggingCategory>
+#include <QOpenGLContext>
 #include <cstdlib>
 
 namespace tavrin {
@@ -20,12 +23,20 @@ ToolkitSetup::ToolkitSetup(const FileManager& files, const DesktopFacts& display
   setDefault("QT_NO_GLIB", "1");
   // A tile is small; shared memory would answer each picture with an event, a wake-up or two.
   setDefault("QT_XCB_NO_MITSHM", "1");
+  // Nothing is drawn by a graphics card, whose driver is ten megabytes of each process.
+  setDefault("QT_WAYLAND_CLIENT_BUFFER_INTEGRATION", "none");
   setDefault("QT_IM_MODULE", "compose");
   if (!files.environment("QT_QPA_PLATFORMTHEME"))
     set("XDG_CURRENT_DESKTOP", "none");
 }
 
 ToolkitSetup::~ToolkitSetup() {
+  if (QGuiApplication::platformName().startsWith(QLatin1String("wayland"))) {
+    // It looks for the driver, and complains that there is none, when it is first asked.
+    QLoggingCategory::setFilterRules(QStringLiteral("qt.qpa.wayland.warning=false"));
+    QOpenGLContext::supportsThreadedOpenGL();
+    QLoggingCategory::setFilterRules({});
+  }
   for (const auto& [name, value] : previous_) {
     if (value)
       setenv(name.c_str(), value->c_str(), 1);

@@ -277,6 +277,7 @@ void StripWindow::mouseMoveEvent(QMouseEvent* event) {
 }
 
 void StripWindow::hover(QPointF place) {
+  hovered_ = place.toPoint();
   const bool isOverButton = onHover && onHover(place - pictureRect().topLeft());
   if (isOverButton != (cursor().shape() == Qt::PointingHandCursor))
     setCursor(isOverButton ? Qt::PointingHandCursor : Qt::ArrowCursor);
@@ -329,7 +330,8 @@ void StripWindow::timerEvent(QTimerEvent* event) {
     return;
   }
   toolTip_.stop();
-  showPlainToolTip(QCursor::pos(), label_.name);
+  // The toolkit takes a layer to stand at the desktop's corner.
+  showPlainToolTip(layers_ == nullptr ? QCursor::pos() : home_ + hovered_, label_.name);
 }
 
 void StripWindow::becomeDockWindow() {

@@ -79,6 +79,7 @@ private:
   QImage picture_;
   TileLabel<QString> label_;
   QPoint home_;
+  QPoint hovered_;
   QPointF hopWay_;
   LayerShell* layers_ = nullptr;
   QVariantAnimation hop_;
