@@ -1,6 +1,7 @@
 #include "TavrinPlatform/Linux/Applications/LinuxApplicationLibrary.h"
 
 #include "TavrinCore/Base/Errors.h"
+#include "TavrinCore/Text/NameOrder.h"
 #include "TavrinPlatform/Linux/Base/BusProperties.h"
 #include "TavrinPlatform/Linux/Base/ToolkitSettings.h"
 #include "TavrinPlatform/POSIX/LivingToken.h"
@@ -45,16 +46,11 @@ std::vector<ApplicationInfo> listed(const DesktopEntries& entries, const std::st
   for (const auto& found : entries.all())
     if (found.entry.isShownIn(desktops) && hasProgram(found.entry))
       infos.push_back(infoOf(found));
-  std::vector<std::pair<QString, std::size_t>> order;
-  for (std::size_t i = 0; i < infos.size(); ++i)
-    order.emplace_back(QString::fromStdString(infos[i].name), i);
-  std::ranges::stable_sort(order, [](const auto& a, const auto& b) {
-    return QString::localeAwareCompare(a.first, b.first) < 0;
+  const NameOrder order;
+  std::ranges::stable_sort(infos, [&](const ApplicationInfo& a, const ApplicationInfo& b) {
+    return order(a.name, b.name);
   });
-  std::vector<ApplicationInfo> sorted;
-  for (const auto& [name, index] : order)
-    sorted.push_back(std::move(infos[index]));
-  return sorted;
+  return infos;
 }
 
 std::optional<ApplicationInfo> located(const DesktopEntries& entries, const AppEntry& app) {

@@ -2,6 +2,7 @@
 
 #include "TavrinCore/Base/Errors.h"
 #include "TavrinCore/Kinds/Clipboard/ClipboardItem.h"
+#include "TavrinCore/Text/NameOrder.h"
 #include "TavrinCore/Text/Text.h"
 #include "TavrinPlatform/Linux/Base/BusProperties.h"
 #include "TavrinPlatform/Linux/Devices/ObexSending.h"
@@ -226,7 +227,10 @@ void BusNearbyDevices::settle() {
     for (const auto& [id, device] : *group)
       if (!device.name.empty())
         devices.push_back(device);
-  std::ranges::stable_sort(devices, {}, &NearbyDevice::name);
+  const NameOrder order;
+  std::ranges::stable_sort(devices, [&](const NearbyDevice& a, const NearbyDevice& b) {
+    return order(a.name, b.name);
+  });
   const bool isChanged = devices != devices_ || isAvailable() != wasAvailable_;
   devices_ = std::move(devices);
   wasAvailable_ = isAvailable();
