@@ -18,6 +18,9 @@ public:
   /// Puts a file where it can be got back from; false where that cannot be done. Off the main
   /// thread.
   virtual bool moveToTrash(const std::filesystem::path& file) = 0;
+  /// Puts back what was moved to the trash from that path last; false where it is not there any
+  /// more, or something else has its place. Off the main thread.
+  virtual bool restoreFromTrash(const std::filesystem::path&) { return false; }
 
   /// Opens a file or a folder with what the user has for it.
   virtual void open(const std::filesystem::path& file) = 0;

@@ -66,7 +66,6 @@ BookmarkPanelView::BookmarkPanelView(const PanelAppearance& appearance, Source s
 
 void BookmarkPanelView::showEvent(QShowEvent* event) {
   folder_.reset();
-  removedFrom_.reset();
   search_->clear();
   refresh();
   search_->setFocus();

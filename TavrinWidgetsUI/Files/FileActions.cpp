@@ -56,14 +56,18 @@ void FileActions::copyPicture(const std::filesystem::path& file) {
       alive_, [this, formats] { pasteboard_.write(std::move(*formats)); });
 }
 
-void FileActions::moveToTrash(const std::filesystem::path& file, std::function<void()> failed) {
+void FileActions::moveToTrash(const std::filesystem::path& file,
+                              std::function<void(bool isDone)> done) {
   const auto isDone = std::make_shared<bool>(false);
   runLoop_.background([&files = files_, file, isDone] { *isDone = files.moveToTrash(file); },
-                      alive_,
-                      [isDone, failed = std::move(failed)] {
-                        if (!*isDone)
-                          failed();
-                      });
+                      alive_, [isDone, done = std::move(done)] { done(*isDone); });
+}
+
+void FileActions::restoreFromTrash(const std::filesystem::path& file,
+                                   std::function<void(bool isDone)> done) {
+  const auto isDone = std::make_shared<bool>(false);
+  runLoop_.background([&files = files_, file, isDone] { *isDone = files.restoreFromTrash(file); },
+                      alive_, [isDone, done = std::move(done)] { done(*isDone); });
 }
 
 } // namespace tavrin

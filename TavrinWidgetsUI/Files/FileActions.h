@@ -20,8 +20,9 @@ public:
   /// The picture as a PNG, for image editors and letters, and the file beside it. A file that is no
   /// picture is copied as a file.
   void copyPicture(const std::filesystem::path& file);
-  /// `failed` is called where that cannot be done.
-  void moveToTrash(const std::filesystem::path& file, std::function<void()> failed);
+  void moveToTrash(const std::filesystem::path& file, std::function<void(bool isDone)> done);
+  /// Puts back what came from that path last.
+  void restoreFromTrash(const std::filesystem::path& file, std::function<void(bool isDone)> done);
 
 private:
   UserFiles& files_;

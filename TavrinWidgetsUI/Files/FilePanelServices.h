@@ -20,6 +20,10 @@ struct FilePanelServices {
   Action copy;
   Action reveal;
   Action moveToTrash;
+  /// The name of the file that was moved to the trash last and can be put back; empty for none. It
+  /// stays when the panel closes.
+  std::function<QString()> undoable = [] { return QString(); };
+  std::function<void()> undo = [] {};
   std::function<void()> edit;
   /// What the last thing done failed with; empty for nothing.
   std::function<QString()> trouble;

@@ -184,6 +184,7 @@ PanelRow fileRow(const FolderFile& file, const QImage& picture, const QString& p
   PanelRow row;
   row.id = QString::fromStdString(file.path.native());
   row.title = fileTitle(file.path);
+  row.isFileName = true;
   const std::string name = file.path.filename().native();
   row.symbol = file.isFolder ? QStringLiteral("folder.fill") : fileSymbol(fileKind(name));
   row.image = picture;

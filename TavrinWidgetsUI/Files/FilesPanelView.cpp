@@ -4,6 +4,7 @@
 #include "TavrinWidgetsUI/Files/FileWords.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelUndo.h"
 
 #include <QLocale>
 
@@ -26,6 +27,8 @@ FilesPanelView::FilesPanelView(const PanelAppearance& appearance, FileRoll& roll
   makeList();
   add(empty_);
   setEditButton("Edit Files…", services_.edit);
+  undo_ = new PanelUndo([this] { services_.undo(); });
+  addFooterButton(undo_);
   openFolder_ = new PanelButton(PanelButton::Kind::faint, "Open Folder", [this] {
     if (!roll_.folders().empty())
       services_.open(roll_.folders().front().path);
@@ -58,11 +61,6 @@ void FilesPanelView::act(int row, const FilePanelServices::Action& action) {
   action(path);
 }
 
-void FilesPanelView::showEvent(QShowEvent* event) {
-  list_->setFocus();
-  PanelView::showEvent(event);
-}
-
 void FilesPanelView::appearanceChanged() {
   list_->viewport()->update();
 }
@@ -90,6 +88,7 @@ void FilesPanelView::showWords() {
   const QString failure = services_.trouble();
   trouble_->setVisible(!failure.isEmpty());
   trouble_->setWords(failure);
+  undo_->setWhat(services_.undoable());
   std::size_t marked = 0;
   for (const FolderFile& file : shown_)
     marked += roll_.isMarked(file) ? 1 : 0;

@@ -9,6 +9,7 @@ namespace tavrin {
 class PanelEmptyState;
 class PanelList;
 class PanelText;
+class PanelUndo;
 struct PanelRow;
 
 /// The newest files as a list. A click or Return opens one, it can be dragged away, and its buttons
@@ -19,7 +20,6 @@ public:
   void refresh() override;
 
 protected:
-  void showEvent(QShowEvent* event) override;
   void appearanceChanged() override;
 
 private:
@@ -33,6 +33,7 @@ private:
   PanelText* trouble_;
   PanelList* list_;
   PanelEmptyState* empty_;
+  PanelUndo* undo_;
   PanelButton* openFolder_;
   std::vector<FolderFile> shown_;
 };

@@ -5,9 +5,9 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelGrid.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelUndo.h"
 
 #include <QHBoxLayout>
-#include <QScrollBar>
 #include <algorithm>
 
 namespace tavrin {
@@ -32,6 +32,8 @@ ScreenshotPanelView::ScreenshotPanelView(const PanelAppearance& appearance, Scre
   makeActions();
   add(empty_);
   setEditButton("Edit Screenshots…", services_.edit);
+  undo_ = new PanelUndo([this] { services_.undo(); });
+  addFooterButton(undo_);
   openFolder_ = new PanelButton(PanelButton::Kind::faint, "Open Folder", [this] {
     if (!roll_.folder().empty())
       services_.open(roll_.folder());
@@ -61,7 +63,7 @@ void ScreenshotPanelView::makeGrid() {
 }
 
 void ScreenshotPanelView::makeActions() {
-  chosenName_->setSingleLine(true);
+  chosenName_->setSingleLine(true, Qt::ElideMiddle);
   chosenAbout_->setSingleLine(true);
   auto* row = new QHBoxLayout(actions_);
   row->setContentsMargins(0, 0, 0, 0);
@@ -89,15 +91,6 @@ void ScreenshotPanelView::act(const Action& action) {
   // The list may change while it is at work.
   const auto path = shown_[static_cast<std::size_t>(index)].path;
   action(path);
-}
-
-void ScreenshotPanelView::showEvent(QShowEvent* event) {
-  // The newest is the one that is wanted most.
-  if (grid_->count() > 0)
-    grid_->setCurrentCell(0);
-  grid_->verticalScrollBar()->setValue(0);
-  grid_->setFocus();
-  PanelView::showEvent(event);
 }
 
 void ScreenshotPanelView::appearanceChanged() {
@@ -148,6 +141,7 @@ void ScreenshotPanelView::showWords() {
   const QString trouble = services_.trouble();
   trouble_->setVisible(!trouble.isEmpty());
   trouble_->setWords(trouble);
+  undo_->setWhat(services_.undoable());
   const QString folder = QString::fromStdString(shownFolder(roll_.folder(), services_.home));
   setState(folder);
   grid_->setVisible(!shown_.empty());

@@ -9,6 +9,7 @@ namespace tavrin {
 class PanelEmptyState;
 class PanelGrid;
 class PanelText;
+class PanelUndo;
 
 /// The newest pictures as a grid. A click chooses one, a double click or Return opens it, and it
 /// can be dragged away; below the grid stands what else can be done with the chosen one.
@@ -19,7 +20,6 @@ public:
   void refresh() override;
 
 protected:
-  void showEvent(QShowEvent* event) override;
   void appearanceChanged() override;
 
 private:
@@ -40,6 +40,7 @@ private:
   PanelText* chosenName_;
   QWidget* actions_;
   PanelEmptyState* empty_;
+  PanelUndo* undo_;
   PanelButton* openFolder_;
   std::vector<FolderFile> shown_;
 };

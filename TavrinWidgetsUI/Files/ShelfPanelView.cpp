@@ -42,7 +42,6 @@ ShelfPanelView::ShelfPanelView(const PanelAppearance& appearance, ShelfModel& mo
   });
   clear_ = new PanelButton(PanelButton::Kind::faint, "Clear", [this] { services_.clear(); });
   setPlainToolTip(clear_, "Takes everything off the shelf; the files stay where they are");
-  clear_->setAccessibleDescription(clear_->toolTip());
   addFooterButton(copyAll_);
   addFooterButton(clear_);
   refresh();
@@ -94,6 +93,7 @@ PanelRow ShelfPanelView::makeRow(const ShelfItem& item) {
   } else {
     row.id = QString::fromStdString(item.path.native());
     row.title = fileTitle(item.path);
+    row.isFileName = true;
     row.symbol = item.isMissing ? QStringLiteral("exclamationmark.triangle.fill")
                                 : fileSymbol(fileKind(item.path.filename().native()));
     row.subtitle = item.isMissing ? "Missing · was in " + folder : folder;

@@ -9,6 +9,7 @@
 #include "TavrinPlatform/POSIX/JSONUserDefaults.h"
 
 #include "TavrinCore/Base/Errors.h"
+#include "TavrinPlatform/Files/AtomicFile.h"
 #include "Tests/Support/ManualRunLoop.h"
 
 #include <fstream>
@@ -84,6 +85,28 @@ TEST(Trash, TakesAFileOfAnyNameAndTwoOfTheSame) {
   EXPECT_EQ(line, "[Trash Info]");
   std::getline(info, line);
   EXPECT_EQ(line, "Path=" + home.path.native() + "/%FF%0A.txt");
+}
+
+TEST(Trash, GivesBackWhatItTookLastFromThere) {
+  const Folder home;
+  const fs::path trash = home.path / "share" / "Trash";
+  const fs::path file = home.path / "a b.txt";
+  const auto holds = [&](const char* text) { return readFile(file) == std::string(text); };
+  EXPECT_FALSE(restoreFromTrash(file, trash)) << "nothing was taken";
+  for (const char* text : {"first", "second"}) {
+    home.write("a b.txt", text);
+    ASSERT_TRUE(moveToTrash(file, trash));
+  }
+  home.write("a b.txt", "new");
+  EXPECT_FALSE(restoreFromTrash(file, trash)) << "its place is taken";
+  EXPECT_TRUE(holds("new"));
+  fs::remove(file);
+  EXPECT_TRUE(restoreFromTrash(file, trash));
+  EXPECT_TRUE(holds("second"));
+  fs::remove(file);
+  EXPECT_TRUE(restoreFromTrash(file, trash));
+  EXPECT_TRUE(holds("first"));
+  EXPECT_TRUE(fs::is_empty(trash / "files") && fs::is_empty(trash / "info"));
 }
 
 TEST(Trash, LeavesTheFileWhereItCannotTakeIt) {

@@ -52,11 +52,20 @@ public:
     trashed.push_back(file);
     return hasTrash;
   }
+  bool restoreFromTrash(const std::filesystem::path& file) override {
+    const auto found = std::find(trashed.rbegin(), trashed.rend(), file);
+    if (found == trashed.rend())
+      return false;
+    trashed.erase(std::next(found).base());
+    restored.push_back(file);
+    return true;
+  }
   void open(const std::filesystem::path& file) override { opened.push_back(file); }
   void reveal(const std::filesystem::path& file) override { revealed.push_back(file); }
 
   bool hasTrash = true;
   std::vector<std::filesystem::path> trashed;
+  std::vector<std::filesystem::path> restored;
   std::vector<std::filesystem::path> opened;
   std::vector<std::filesystem::path> revealed;
 };

@@ -87,6 +87,14 @@ bool LinuxUserFiles::moveToTrash(const std::filesystem::path& file) {
   }
 }
 
+bool LinuxUserFiles::restoreFromTrash(const std::filesystem::path& file) {
+  try {
+    return tavrin::restoreFromTrash(file, files_.applicationSupportFolder() / "Trash");
+  } catch (const FileError&) {
+    return false;
+  }
+}
+
 void LinuxUserFiles::open(const std::filesystem::path& file) {
   workspace_().open(fileURL(file.native()));
 }

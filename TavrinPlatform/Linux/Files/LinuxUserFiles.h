@@ -19,6 +19,7 @@ public:
   std::filesystem::path downloadsFolder() const override;
   std::filesystem::path screenshotFolder() const override;
   bool moveToTrash(const std::filesystem::path& file) override;
+  bool restoreFromTrash(const std::filesystem::path& file) override;
   void open(const std::filesystem::path& file) override;
   void reveal(const std::filesystem::path& file) override;
 

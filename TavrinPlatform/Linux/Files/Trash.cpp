@@ -1,6 +1,8 @@
 #include "TavrinPlatform/Linux/Files/Trash.h"
 
+#include "TavrinCore/Base/Errors.h"
 #include "TavrinCore/Base/FileURL.h"
+#include "TavrinPlatform/Files/AtomicFile.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -66,6 +68,13 @@ bool writeNew(const fs::path& file, const std::string& text) {
   return isWritten;
 }
 
+fs::path numbered(const fs::path& name, int number) {
+  fs::path result = name;
+  if (number > 0)
+    result.concat(".").concat(std::to_string(number));
+  return result;
+}
+
 bool moveInto(const fs::path& trash, const fs::path& file) {
   const fs::path files = trash / "files";
   const fs::path infos = trash / "info";
@@ -73,9 +82,7 @@ bool moveInto(const fs::path& trash, const fs::path& file) {
     return false;
   const std::string info = trashInfo(file);
   for (int i = 0; i < mostOfOneName; ++i) {
-    fs::path name = file.filename();
-    if (i > 0)
-      name.concat(".").concat(std::to_string(i));
+    const fs::path name = numbered(file.filename(), i);
     const fs::path infoFile = infos / (name.native() + ".trashinfo");
     if (deviceOf(files / name) || deviceOf(infoFile))
       continue;
@@ -92,20 +99,62 @@ bool moveInto(const fs::path& trash, const fs::path& file) {
   return false;
 }
 
+/// The trash for what lies in that file's folder, which is on `device`.
+fs::path trashFor(const fs::path& file, dev_t device, const fs::path& homeTrash) {
+  std::error_code error;
+  fs::create_directories(homeTrash.parent_path(), error);
+  if (isOwnFolder(homeTrash) && deviceOf(homeTrash) == device)
+    return homeTrash;
+  std::string name = ".Trash-";
+  name.append(std::to_string(::getuid()));
+  return topFolder(file, device) / name;
+}
+
+constexpr std::string_view dateKey = "\nDeletionDate=";
+
+/// The date in the note `info` where it tells of `file`.
+std::optional<std::string> deletionDate(const fs::path& info, const fs::path& file) {
+  try {
+    const std::string note = readFile(info).value_or("");
+    const std::string own = trashInfo(file);
+    const std::string start = own.substr(0, own.find(dateKey) + dateKey.size());
+    return note.starts_with(start) ? std::optional(note.substr(start.size())) : std::nullopt;
+  } catch (const FileError&) {
+    return std::nullopt;
+  }
+}
+
 } // namespace
 
 bool moveToTrash(const fs::path& file, const fs::path& homeTrash) {
   const auto device = deviceOf(file);
   if (!device || !file.is_absolute() || !file.has_filename())
     return false;
-  std::error_code error;
-  fs::create_directories(homeTrash.parent_path(), error);
-  if (isOwnFolder(homeTrash) && deviceOf(homeTrash) == device)
-    return moveInto(homeTrash, file);
-  const fs::path top = topFolder(file, *device);
-  std::string name = ".Trash-";
-  name.append(std::to_string(::getuid()));
-  return moveInto(top / name, file);
+  return moveInto(trashFor(file, *device, homeTrash), file);
+}
+
+bool restoreFromTrash(const fs::path& file, const fs::path& homeTrash) {
+  const auto device = deviceOf(file.parent_path());
+  if (!device || !file.is_absolute() || !file.has_filename())
+    return false;
+  const fs::path trash = trashFor(file, *device, homeTrash);
+  std::optional<std::string> newest;
+  int found = 0;
+  for (int i = 0; i < mostOfOneName; ++i) {
+    const fs::path info = trash / "info" / (numbered(file.filename(), i).native() + ".trashinfo");
+    const auto date = deviceOf(info) ? deletionDate(info, file) : std::nullopt;
+    // Of one second the last.
+    if (date && (!newest || *date >= *newest)) {
+      newest = date;
+      found = i;
+    }
+  }
+  const fs::path name = numbered(file.filename(), found);
+  if (!newest || ::renameat2(AT_FDCWD, (trash / "files" / name).c_str(), AT_FDCWD, file.c_str(),
+                             RENAME_NOREPLACE) != 0)
+    return false;
+  ::unlink((trash / "info" / (name.native() + ".trashinfo")).c_str());
+  return true;
 }
 
 } // namespace tavrin

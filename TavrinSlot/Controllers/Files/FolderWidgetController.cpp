@@ -12,6 +12,7 @@ void FolderWidgetController::start() {
 void FolderWidgetController::stop() {
   actions_.reset();
   trouble_.clear();
+  trashed_.clear();
 }
 
 FilePanelServices::Action FolderWidgetController::closing(FilePanelServices::Action action) {
@@ -29,14 +30,37 @@ FilePanelServices FolderWidgetController::services(FilePanelServices::Action cop
           .copy = closing(std::move(copy)),
           .reveal = closing([this](const auto& file) { actions_->reveal(file); }),
           .moveToTrash = [this](const auto& file) { moveToTrash(file); },
+          .undoable =
+              [this] { return trashed_.empty() ? QString() : fileTitle(trashed_.back()); },
+          .undo = [this] { undo(); },
           .edit = context().onEdit,
           .trouble = [this] { return trouble_; }};
 }
 
 void FolderWidgetController::moveToTrash(const std::filesystem::path& file) {
   trouble_.clear();
-  actions_->moveToTrash(file, [this, name = fileTitle(file)] {
-    trouble_ = "Failed to move " + name + " to the trash because its disk has none";
+  actions_->moveToTrash(file, [this, file](bool isDone) {
+    constexpr std::size_t mostKept = 20;
+    if (isDone)
+      trashed_.push_back(file);
+    else
+      trouble_ = "Failed to move " + fileTitle(file) + " to the trash because its disk has none";
+    if (trashed_.size() > mostKept)
+      trashed_.erase(trashed_.begin());
+    refreshPanel();
+  });
+}
+
+void FolderWidgetController::undo() {
+  if (trashed_.empty())
+    return;
+  const auto file = trashed_.back();
+  trashed_.pop_back();
+  trouble_.clear();
+  actions_->restoreFromTrash(file, [this, file](bool isDone) {
+    if (!isDone)
+      trouble_ = "Failed to put " + fileTitle(file) +
+                 " back because it is not in the trash any more, or its place is taken";
     refreshPanel();
   });
 }

@@ -25,10 +25,13 @@ private:
   /// The same, and the panel's work is done.
   FilePanelServices::Action closing(FilePanelServices::Action action);
   void moveToTrash(const std::filesystem::path& file);
+  void undo();
 
   std::optional<FileActions> actions_;
   FilePanelServices::Action open_ = closing([this](const auto& file) { actions_->open(file); });
   QString trouble_;
+  /// What was moved to the trash, the last one last.
+  std::vector<std::filesystem::path> trashed_;
 };
 
 } // namespace tavrin

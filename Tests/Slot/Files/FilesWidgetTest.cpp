@@ -134,6 +134,38 @@ TEST_F(FilesWidget, TheKeyboardAloneOpensCopiesAndThrowsAway) {
   EXPECT_THAT(words().join(u' ').toStdString(), Not(HasSubstr("Failed to move")));
 }
 
+TEST_F(FilesWidget, WhatWasTrashedComesBackAlsoAfterThePanelHasClosed) {
+  for (const bool isScreenshots : {false, true}) {
+    user().trashed.clear();
+    user().restored.clear();
+    startWith(isScreenshots ? DockWidget::Kind(ScreenshotSettings{})
+                            : DockWidget::Kind(FilesSettings{}));
+    tell({file("/d/a.png"), file("/d/b.png", 5)});
+    click();
+    EXPECT_TRUE(button("Undo")->isHidden());
+    QWidget* const items = isScreenshots ? static_cast<QWidget*>(grid()) : list();
+    for (int row : {0, 1}) {
+      if (isScreenshots)
+        grid()->setCurrentCell(row);
+      else
+        list()->setCurrentRow(row);
+      key(items, Qt::Key_Delete);
+      settle();
+    }
+    EXPECT_EQ(user().trashed.size(), 2u);
+    click();
+    click();
+    ASSERT_FALSE(button("Undo")->isHidden());
+    button("Undo")->click();
+    settle();
+    button("Undo")->click();
+    settle();
+    EXPECT_THAT(user().restored, ElementsAre("/d/b.png", "/d/a.png"));
+    EXPECT_TRUE(button("Undo")->isHidden());
+    app_.reset();
+  }
+}
+
 TEST_F(FilesWidget, TheWideTilesButtonOpensWhatItShows) {
   startWith(FilesSettings{}, 3);
   tell({file("/d/a.pdf")});
