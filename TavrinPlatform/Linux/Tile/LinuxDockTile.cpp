@@ -73,6 +73,11 @@ void LinuxDockTile::setLabel(const std::string& name, const std::string& value) 
     surface->setLabel(name, value);
 }
 
+void LinuxDockTile::setButtons(const std::vector<Button>& buttons) {
+  for (const auto& surface : surfaces_)
+    surface->setButtons(buttons);
+}
+
 void LinuxDockTile::display(const QImage& image) {
   constexpr unsigned many = 512;
   if (++pictures_ % many == 0 && requests_.hasDrawnMuch)

@@ -25,6 +25,7 @@ public:
   void setPlace(const Place& place) override;
   void setTitle(const std::string& title) override;
   void setLabel(const std::string& name, const std::string& value) override;
+  void setButtons(const std::vector<Button>& buttons) override;
   void display(const QImage& image) override;
   bool isVisible() const override;
 

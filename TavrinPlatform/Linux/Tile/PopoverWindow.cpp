@@ -2,11 +2,14 @@
 
 #include "TavrinPlatform/Linux/Base/X11.h"
 
+#include <QAccessible>
+#include <QAccessibleWidget>
 #include <QCloseEvent>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QScreen>
+#include <QTimer>
 
 namespace tavrin {
 
@@ -15,6 +18,7 @@ namespace {
 constexpr int shadowReach = 18;
 constexpr double shadowDrop = 4;
 constexpr int shadowAlpha = 7;
+constexpr int mostCorrections = 8;
 
 /// Room for the shadow, as far as the screen reaches: a window manager moves a window that stands
 /// beyond the edge, and the panel would jump. None beyond the arrow's tip: the tile is there, which
@@ -32,9 +36,16 @@ bool isOnWayland() {
   return QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
 }
 
+QAccessibleInterface* makeDialogue(const QString&, QObject* object) {
+  auto* window = dynamic_cast<PopoverWindow*>(object);
+  return window == nullptr ? nullptr : new QAccessibleWidget(window, QAccessible::Dialog);
+}
+
 } // namespace
 
-PopoverWindow::PopoverWindow(bool hasPlace) : isPlain_(isOnWayland() && !hasPlace) {
+PopoverWindow::PopoverWindow() : isPlain_(isOnWayland()) {
+  static const bool isInstalled = (QAccessible::installFactory(makeDialogue), true);
+  static_cast<void>(isInstalled);
   if (isPlain_) {
     setWindowFlags(Qt::Dialog);
   } else {
@@ -53,7 +64,7 @@ void PopoverWindow::setContent(QWidget* content) {
     return;
   content->setParent(this);
   content->installEventFilter(this);
-  content->move(outline_.isEmpty() ? QPoint() : content->pos());
+  placeContent();
   content->show();
   const auto takeTitle = [this](const QString& title) {
     setWindowTitle(title);
@@ -85,15 +96,16 @@ void PopoverWindow::arrange(const PopoverLayout& layout) {
     outline_ = QPainterPath();
     outline_.addRect(QRectF(QPointF(), QSizeF(size)));
     setFixedSize(size);
-    if (content_ != nullptr)
-      content_->setGeometry(QRect(QPoint(), size));
+    contentPlace_ = QRect(QPoint(), size);
+    placeContent();
     return;
   }
   const bool isComposited = x11::connection() == nullptr || x11::hasCompositor();
   const QRect frame = isComposited ? withShadow(layout.frame().toAlignedRect(), layout.arrow)
                                    : layout.frame().toAlignedRect();
   outline_ = layout.outline().translated(-frame.topLeft());
-  home_ = frame.topLeft();
+  frame_ = frame;
+  corrections_ = 0;
   hasShadow_ = isComposited;
   setGeometry(frame);
   if (!isComposited) {
@@ -106,9 +118,53 @@ void PopoverWindow::arrange(const PopoverLayout& layout) {
     const QRectF pixels(area.topLeft() * scale, area.size() * scale);
     x11::setInputAreas(static_cast<xcb_window_t>(winId()), {pixels.toAlignedRect()});
   }
-  if (content_ != nullptr)
-    content_->setGeometry(QRect(layout.body.topLeft().toPoint() - frame.topLeft(), size));
+  contentPlace_ = QRect(layout.body.topLeft().toPoint() - frame.topLeft(), size);
+  placeContent();
   update();
+}
+
+void PopoverWindow::placeContent() {
+  if (content_ != nullptr && !contentPlace_.isNull())
+    content_->setGeometry(contentPlace_.translated(0, lowered_));
+}
+
+void PopoverWindow::setLowered(int points) {
+  if (points == lowered_ || isPlain_)
+    return;
+  lowered_ = points;
+  placeContent();
+  update();
+}
+
+void PopoverWindow::moveEvent(QMoveEvent* event) {
+  QWidget::moveEvent(event);
+  geometryTold();
+}
+
+void PopoverWindow::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  geometryTold();
+}
+
+void PopoverWindow::geometryTold() {
+  if (isPlain_ || !isVisible() || geometry() == frame_ || corrections_ >= mostCorrections)
+    return;
+  ++corrections_;
+  QTimer::singleShot(0, this, [this] {
+    if (isVisible() && geometry() != frame_)
+      setGeometry(frame_);
+  });
+}
+
+void PopoverWindow::holdAgainst(const QRect& actual) {
+  const auto isFar = [](QPoint difference) { return difference.manhattanLength() > 2; };
+  if (isPlain_ || !isVisible() || actual.isNull() ||
+      !(isFar(actual.topLeft() - frame_.topLeft()) ||
+        isFar({actual.width() - frame_.width(), actual.height() - frame_.height()})))
+    return;
+  // The toolkit asks for nothing that it takes to be so already.
+  setGeometry(frame_.adjusted(0, 0, 1, 1));
+  setGeometry(frame_);
 }
 
 bool PopoverWindow::covers(QPoint place) const {
@@ -122,6 +178,7 @@ void PopoverWindow::paintEvent(QPaintEvent*) {
     return;
   }
   painter.setRenderHint(QPainter::Antialiasing);
+  painter.translate(0, lowered_);
   if (hasShadow_)
     paintShadow(painter);
   painter.fillPath(outline_, palette_.ground);

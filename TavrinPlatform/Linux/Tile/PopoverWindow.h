@@ -21,6 +21,10 @@ struct PopoverPalette {
 /// The window of a panel: ground, arrow, hairline and shadow round the content. Without a
 /// compositor it is cut to its outline and has no shadow. Where a window may not choose its
 /// place (Wayland) it is an ordinary dialogue without an arrow.
+///
+/// This is the one place that decides the window's geometry. A change of it comes back from the
+/// server later, and so do the ones before it: what the toolkit then believes is never made the
+/// window's again.
 class PopoverWindow final : public QWidget {
 public:
   /// `hasPlace`: on Wayland, where a layer shell puts it.
@@ -31,11 +35,12 @@ public:
   void setPalette(const PopoverPalette& palette);
   /// Takes the layout's body for the content.
   void arrange(const PopoverLayout& layout);
-  QPoint home() const { return home_; }
-  /// As it was arranged, with its shadow.
-  QRect frame() const { return {home_, size()}; }
-  /// Body and arrow alone.
-  QRect shape() const { return outline_.boundingRect().toAlignedRect().translated(home_); }
+  /// Paints everything that far below its place: the panel rises while it appears. The window
+  /// itself stays where it is.
+  void setLowered(int points);
+  /// What the server has for the window, in toolkit points. Where that is not what was asked for,
+  /// it is asked for again.
+  void holdAgainst(const QRect& actual);
   /// Of a hidden window: gives its pixels back, until it is arranged again.
   void releaseSurface() { destroy(); }
   /// Whether a place, in toolkit points of the screen, is on the body or the arrow.
@@ -50,14 +55,22 @@ protected:
   void paintEvent(QPaintEvent*) override;
   void keyPressEvent(QKeyEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
+  void moveEvent(QMoveEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
 
 private:
+  void geometryTold();
+  void placeContent();
   void paintShadow(QPainter& painter) const;
 
   QWidget* content_ = nullptr;
   PopoverPalette palette_ = PopoverPalette::light();
   QPainterPath outline_;
-  QPoint home_;
+  QRect frame_;
+  QRect contentPlace_;
+  int lowered_ = 0;
+  /// Of this arrangement: who insists on another one gets it.
+  int corrections_ = 0;
   bool hasShadow_ = false;
   bool isPlain_ = false;
 };

@@ -96,7 +96,7 @@ QtPanelPopover::QtPanelPopover(Environment environment) : environment_(std::move
     const double shown = v.toDouble();
     window_->setWindowOpacity(shown);
     const double lowered = isClosing_ ? 0 : rise * (1 - shown) / (1 - firstOpacity);
-    window_->move(window_->home() + QPoint(0, static_cast<int>(std::lround(lowered))));
+    window_->setLowered(static_cast<int>(std::lround(lowered)));
   });
   QObject::connect(&fade_, &QVariantAnimation::finished, &context_, [this] {
     if (isClosing_)
@@ -141,18 +141,22 @@ void QtPanelPopover::setContentSize(QSize size) {
 
 void QtPanelPopover::arrange() {
   const QPointF tip = toolkitPoint(anchor_);
-  const QSize size = size_.isEmpty() && content() != nullptr ? content()->sizeHint() : size_;
-  window().arrange(PopoverLayout::make(tip, arrowFor(edge_), size, availableAt(tip), screenMargin));
-  if (layers_ != nullptr && window_->isVisible())
-    put();
+  const QRectF room = availableAt(tip);
+  QSize size = size_.isEmpty() && content() != nullptr ? content()->sizeHint() : size_;
+  const double most = room.height() - 2 * screenMargin - PopoverLayout::arrowLength;
+  size.setHeight(std::min(size.height(), static_cast<int>(most)));
+  window().arrange(PopoverLayout::make(tip, arrowFor(edge_), size, room, screenMargin));
+  if (isShown_ && window_->isVisible())
+    QTimer::singleShot(focusDelay, &context_, [this] { compareWithServer(); });
 }
 
-/// As a surface of the layer shell, which has the keyboard to itself while it is there.
-void QtPanelPopover::put() {
-  window_->winId();
-  // Below what drops down from it.
-  layers_->put(*window_->windowHandle(), {window_->frame(), LayerShell::Level::top, true});
-  layers_->watchPresses({environment_.strip(), window_->shape()}, [this] { leave(); });
+void QtPanelPopover::compareWithServer() {
+  if (!isShown_ || x11::connection() == nullptr)
+    return;
+  const QRect pixels = x11::frame(static_cast<xcb_window_t>(window_->winId()));
+  if (!pixels.isNull())
+    window_->holdAgainst(QRect(toolkitPlace(pixels.topLeft()),
+                               (QSizeF(pixels.size()) / window_->devicePixelRatioF()).toSize()));
 }
 
 void QtPanelPopover::updatePalette() {
@@ -214,6 +218,7 @@ void QtPanelPopover::appear() {
     fade_.start();
   } else {
     window_->setWindowOpacity(1);
+    window_->setLowered(0);
   }
   if (layers_ != nullptr)
     put();
@@ -235,8 +240,7 @@ void QtPanelPopover::takeFocus() {
     if (x11::focusWindow() != own)
       x11::setFocus(own);
     // Some managers count a title bar in that the panel does not have.
-    if (!isAnimated() && window_->pos() != window_->home())
-      window_->move(window_->home());
+    compareWithServer();
   };
   // An unmapped window cannot have the focus: wait for the first exposure.
   if (!x11::hasWindowManager())

@@ -45,6 +45,7 @@ public:
 private:
   PopoverWindow& window();
   void arrange();
+  void compareWithServer();
   void updatePalette();
   void put();
   void appear();

@@ -83,6 +83,13 @@ void StripSurface::setLabel(const std::string& name, const std::string& value) {
   window_.setLabel(QString::fromStdString(name), QString::fromStdString(value));
 }
 
+void StripSurface::setButtons(const std::vector<DockTile::Button>& buttons) {
+  std::vector<DockTile::Button> shrunk = buttons;
+  for (DockTile::Button& button : shrunk)
+    button.place = QRectF(button.place.topLeft() * shrinking_, button.place.size() * shrinking_);
+  window_.setButtons(std::move(shrunk));
+}
+
 void StripSurface::display(const QImage& image) {
   window_.setPicture(image, format_.scale / shrinking_);
   if (!std::exchange(hasPicture_, true))

@@ -33,6 +33,7 @@ public:
     window_.setTitle(QString::fromStdString(title));
   }
   void setLabel(const std::string& name, const std::string& value) override;
+  void setButtons(const std::vector<DockTile::Button>& buttons) override;
   void display(const QImage& image) override;
   bool isVisible() const override { return window_.isExposed(); }
   void setAttention(bool isWanted) override;

@@ -140,11 +140,15 @@ void StripWindow::setPicture(const QImage& image, double scale) {
   update();
 }
 
+void StripWindow::setButtons(std::vector<DockTile::Button> buttons) {
+  buttons_ = std::move(buttons);
+}
+
 void StripWindow::setLabel(const QString& name, const QString& value) {
   using Change = TileLabel<QString>::Change;
   const Change change = label_.set(name, value);
   if (change != Change::none && isAnnouncing_)
-    announceTileChange(*this, change == Change::name);
+    announceTileChange(*this, change == Change::name && title().isEmpty());
 }
 
 void StripWindow::setAttention(bool isWanted, QPointF way) {

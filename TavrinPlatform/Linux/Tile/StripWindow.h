@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TavrinPlatform/Linux/Base/LayerShell.h"
+#include "TavrinPlatform/DockTile.h"
 #include "TavrinPlatform/Linux/Tile/TileLabel.h"
 
 #include <QAbstractNativeEventFilter>
@@ -35,12 +35,11 @@ public:
   /// Whether changes of the label are told to assistive technology.
   void setAnnouncing(bool isAnnouncing) { isAnnouncing_ = isAnnouncing; }
 
-  /// What is dragged over the tile, and whether it would be taken.
-  enum class Drag { none, taken, refused };
-  Drag drag() const { return drag_; }
-
-  const QString& name() const { return label_.name; }
-  const QString& value() const { return label_.value; }
+  /// What the picture shows, for tooltips and assistive technology.
+  const TileLabel<QString>& label() const { return label_; }
+  /// The picture's buttons, in points of the window.
+  void setButtons(std::vector<DockTile::Button> buttons);
+  const std::vector<DockTile::Button>& buttons() const { return buttons_; }
 
   std::function<void(QPointF)> onClick;
   std::function<bool(QPointF)> onHover;
@@ -78,6 +77,7 @@ private:
 
   QImage picture_;
   TileLabel<QString> label_;
+  std::vector<DockTile::Button> buttons_;
   QPoint home_;
   QPoint hovered_;
   QPointF hopWay_;
