@@ -2,6 +2,7 @@
 
 #include <QImage>
 #include <QPointF>
+#include <QRectF>
 #include <QSizeF>
 #include <functional>
 #include <string>
@@ -38,6 +39,15 @@ public:
   virtual void setTitle(const std::string&) {}
   /// The tile's name for tooltips and assistive technology.
   virtual void setLabel(const std::string& name, const std::string& value) = 0;
+  /// A part of the picture that does something of its own when it is clicked.
+  struct Button {
+    std::string name;
+    /// Points from the picture's top left.
+    QRectF place;
+    bool operator==(const Button&) const = default;
+  };
+  /// The buttons in the picture that is displayed next, for assistive technology.
+  virtual void setButtons(const std::vector<Button>&) {}
   /// Shows `image`, whose size is that of `format()` in pixels. Copies what it needs.
   virtual void display(const QImage& image) = 0;
   /// Whether anybody can see the tile now.

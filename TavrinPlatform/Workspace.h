@@ -42,7 +42,12 @@ public:
   virtual bool prefersDarkAppearance() const = 0;
   /// The family of the font the user chose for interfaces; no value where none is set or known yet.
   virtual std::optional<std::string> interfaceFontFamily() const = 0;
-  /// One of the three above changed.
+  /// How much larger than usual the user wants texts, by a size of the interface font or a scale of
+  /// texts alone; 1 where nothing is said or known yet. What scales whole screens is no part of it.
+  virtual double interfaceTextScale() const { return 1; }
+  /// The user wants more contrast than designs have.
+  virtual bool prefersHighContrast() const { return false; }
+  /// One of those above changed.
   [[nodiscard]] virtual TokenPtr observeAppearance(std::function<void()> handler) = 0;
 };
 

@@ -18,7 +18,7 @@ void BasicWidgetController::begin() {
   isLive_ = true;
   appearanceChanged_ = platform().workspace().observeAppearance([this] { appearanceChanged(); });
   context_.panel.onClose = [this] { panelDidClose(); };
-  takeInterfaceFont();
+  takeInterfaceText();
   start();
   renderTile();
   if (!context_.panel.isShown())
@@ -94,7 +94,7 @@ void BasicWidgetController::showContent() {
     panelView_->onFittingSizeChange = [this] { context_.panel.fitContent(); };
     context_.panel.setRootView(panelView_);
   }
-  panelView_->setWindowTitle(QString::fromStdString(widget_.name));
+  panelView_->setWidgetName(QString::fromStdString(widget_.name));
   panelView_->setAppearance(appearance());
   panelView_->refresh();
   context_.panel.fitContent();
@@ -102,11 +102,12 @@ void BasicWidgetController::showContent() {
 
 PanelAppearance BasicWidgetController::appearance() const {
   const auto& workspace = context_.platform.workspace();
-  return {workspace.prefersDarkAppearance(), workspace.prefersReducedMotion(), tint()};
+  return {workspace.prefersDarkAppearance(), workspace.prefersReducedMotion(), tint(),
+          workspace.prefersHighContrast()};
 }
 
 void BasicWidgetController::appearanceChanged() {
-  if (takeInterfaceFont()) {
+  if (takeInterfaceText()) {
     discardPanelView();
     refresh();
   } else if (panelView_ != nullptr) {
@@ -114,9 +115,13 @@ void BasicWidgetController::appearanceChanged() {
   }
 }
 
-bool BasicWidgetController::takeInterfaceFont() {
-  const auto family = platform().workspace().interfaceFontFamily();
-  return setInterfaceFontFamily(QString::fromStdString(family.value_or("")));
+bool BasicWidgetController::takeInterfaceText() {
+  const auto& workspace = platform().workspace();
+  const auto family = workspace.interfaceFontFamily();
+  const bool isOtherFont = setInterfaceFontFamily(QString::fromStdString(family.value_or("")));
+  const bool isOtherSize = setPanelTextScale(workspace.interfaceTextScale());
+  applyToolTipFont();
+  return isOtherFont || isOtherSize;
 }
 
 void BasicWidgetController::discardPanelView() {

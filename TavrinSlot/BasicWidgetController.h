@@ -83,8 +83,8 @@ protected:
 
 private:
   void appearanceChanged();
-  /// Whether that is another font than before.
-  bool takeInterfaceFont();
+  /// Whether that is another font or size than before.
+  bool takeInterfaceText();
   void showContent();
   PanelAppearance appearance() const;
   WidgetStore& freshStore();

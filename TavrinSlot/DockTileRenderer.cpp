@@ -30,6 +30,11 @@ void DockTileRenderer::render(const AnyView& view) {
     const auto& spoken = renderer_.elements().front();
     tile_.setLabel(spoken.label.toStdString(), spoken.value.toStdString());
   }
+  std::vector<DockTile::Button> buttons;
+  for (const auto& element : renderer_.elements())
+    if (element.isButton)
+      buttons.push_back({element.label.toStdString(), element.rect});
+  tile_.setButtons(buttons);
   tile_.display(renderer_.image());
 }
 

@@ -16,6 +16,7 @@ public:
   virtual void setPlace(const DockTile::Place&) {}
   virtual void setTitle(const std::string&) {}
   virtual void setLabel(const std::string&, const std::string&) {}
+  virtual void setButtons(const std::vector<DockTile::Button>&) {}
   virtual void display(const QImage& image) = 0;
   virtual bool isVisible() const = 0;
   virtual void setAttention(bool) {}

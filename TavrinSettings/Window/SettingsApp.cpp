@@ -64,6 +64,7 @@ PanelAppearance SettingsApp::appearance() const {
   PanelAppearance look;
   look.dark = platform_.workspace().prefersDarkAppearance();
   look.reducedMotion = platform_.workspace().prefersReducedMotion();
+  look.highContrast = platform_.workspace().prefersHighContrast();
   return look;
 }
 

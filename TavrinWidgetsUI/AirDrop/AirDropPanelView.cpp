@@ -67,7 +67,6 @@ AirDropPanelView::AirDropPanelView(const PanelAppearance& appearance, AirDropMod
   setEditButton("Edit AirDrop…", requests_.edit);
   forget_ = new PanelButton(PanelButton::Kind::faint, "Clear", [this] { model_.forget(); });
   setPlainToolTip(forget_, "Forgets the files without sending them");
-  forget_->setAccessibleDescription(forget_->toolTip());
   addFooterButton(forget_);
   refresh();
 }

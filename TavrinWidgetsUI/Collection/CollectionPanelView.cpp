@@ -63,6 +63,7 @@ bool CollectionPanelView::isGrid() const {
 
 void CollectionPanelView::makeApps() {
   grid_->setMaximumVisibleRows(gridRows);
+  grid_->setCaptionLines(2);
   list_->setTall(true);
   list_->setMaximumVisibleRows(listRows);
   grid_->onOpen = list_->onOpen = [this](int row) { model_.open(static_cast<std::size_t>(row)); };

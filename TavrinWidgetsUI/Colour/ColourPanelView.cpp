@@ -77,7 +77,6 @@ void ColourPanelView::makeChosenRow() {
 
 void ColourPanelView::makeFormatRow() {
   format_ = new QComboBox;
-  format_->setAccessibleName("Format");
   for (const ColourFormat each : allCases<ColourFormat>())
     format_->addItem(formatTitle(each));
   connect(format_, &QComboBox::activated, this, [this](int index) {

@@ -3,6 +3,7 @@
 #include "TavrinCore/Kinds/Runs/TimerRun.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelKeys.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelToolTip.h"
 #include "TavrinWidgetsUI/Kit/Views/Utf8.h"
@@ -101,6 +102,8 @@ void MusicPanelView::makePosition() {
   });
   connect(position_, &QSlider::sliderReleased, this, [this] { model_.seek(position_->value()); });
   positionRow_ = new QWidget;
+  // What plays runs from left to right everywhere.
+  positionRow_->setLayoutDirection(Qt::LeftToRight);
   auto* column = columnIn(positionRow_);
   column->setSpacing(2);
   column->addWidget(position_);
@@ -113,11 +116,14 @@ void MusicPanelView::makePosition() {
 
 void MusicPanelView::makeControls() {
   auto* bar = new QWidget;
+  bar->setLayoutDirection(Qt::LeftToRight);
   auto* row = rowIn(bar);
   previous_ =
       PanelButton::icon("backward.end.fill", "Previous track", [this] { model_.previous(); });
   next_ = PanelButton::icon("forward.end.fill", "Next track", [this] { model_.next(); });
   play_ = new PanelButton(PanelButton::Kind::prominent, "Play", [this] { model_.playPause(); });
+  for (QWidget* button : {previous_, play_, next_})
+    passArrowKeys(*button, *position_);
   row->addWidget(previous_);
   row->addWidget(play_, 1);
   row->addWidget(next_);

@@ -193,7 +193,7 @@ AnyView musicWideTile(const MediaPlayer* player, const QImage& cover, const Musi
                          .colour(palette::caption(groundTop));
     content.label = "Music";
     content.value = "Nothing playing";
-    return wideTile(content, size);
+    return wideTile(content, size).unmirrored();
   }
   const bool isPlaying = player->playback.isPlaying();
   const double markSide = size.body() * 0.6;
@@ -221,7 +221,7 @@ AnyView musicWideTile(const MediaPlayer* player, const QImage& cover, const Musi
     content.actions.push_back({{"next", actions.next}, "forward.end.fill", "Next track", false});
   content.label = "Music";
   content.value = spoken(*player);
-  return wideTile(content, size);
+  return wideTile(content, size).unmirrored();
 }
 
 } // namespace tavrin

@@ -237,7 +237,10 @@ AnyView waterWeekBars(const WaterReading& reading, const WaterBarColours& colour
                                .height(16);
     columns.push_back(vstack({column.width(12), letter}).spacing(4).fillWidth(Alignment::centre));
   }
-  return hstack(std::move(columns)).spacing(labels == nullptr ? 3 : 0).accessibility({});
+  return hstack(std::move(columns))
+      .spacing(labels == nullptr ? 3 : 0)
+      .unmirrored()
+      .accessibility({});
 }
 
 AnyView waterWideTile(const WaterReading& reading, const WaterTank& tank, const TileSize& size,

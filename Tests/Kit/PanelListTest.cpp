@@ -163,6 +163,7 @@ TEST_F(PanelListTest, OfFiveThousandRowsOnlyTheVisibleAreMade) {
 TEST_F(PanelListTest, StatesLookDifferent) {
   show(1);
   const auto look = [this] { return list->grab().toImage(); };
+  list->clearFocus();
   std::vector<QImage> looks{look()};
   auto changed = rows(1);
   changed[0].isChecked = true;

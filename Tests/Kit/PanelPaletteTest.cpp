@@ -8,15 +8,16 @@ namespace {
 
 std::vector<PanelAppearance> appearances() {
   std::vector<PanelAppearance> all;
-  for (const bool dark : {false, true})
+  for (const auto& [dark, contrasty] :
+       {std::pair{false, false}, {true, false}, {false, true}, {true, true}})
     for (const char* tint : {"#000000", "#FFFFFF", "#808080", "#FF453A", "#FBBF24", "#4C1D95",
                              "#0A84FF", "#30D158", "#031022", "#6FF0CF", "#FF00FF", "#00FF00"})
-      all.push_back({dark, false, QColor(tint)});
+      all.push_back({dark, false, QColor(tint), contrasty});
   return all;
 }
 
 std::string nameOf(const PanelAppearance& look) {
-  return (look.dark ? "dark " : "light ") + look.tint.name().toStdString();
+  return (look.highContrast ? "high contrast " : "") + std::string(look.dark ? "dark " : "light ") + look.tint.name().toStdString();
 }
 
 int distance(const QColor& a, const QColor& b) {
@@ -58,6 +59,21 @@ TEST(PanelPalette, ControlsAreToldFromTheGroundAndTheirStatesFromEachOther) {
         for (std::size_t j = 0; j < i; ++j)
           EXPECT_GE(distance(family[i], family[j]), 9)
               << family[i].name().toStdString() << ' ' << family[j].name().toStdString();
+  }
+}
+
+TEST(PanelPalette, HighContrastHasSevenToOneAndEdgesThatAreSeen) {
+  for (const PanelAppearance& look : appearances()) {
+    if (!look.highContrast)
+      continue;
+    SCOPED_TRACE(nameOf(look));
+    const PanelPalette p = PanelPalette::make(look);
+    EXPECT_GE(contrast(p.text, p.ground), 20);
+    EXPECT_GE(contrast(p.secondary, p.ground), 7);
+    EXPECT_GE(contrast(p.accent, p.ground), 7);
+    EXPECT_GE(contrast(p.onFill, p.fill), 7);
+    for (const QColor& edge : {p.hairline, p.fieldBorder, p.outline})
+      EXPECT_GE(contrast(edge, p.ground), 4.5);
   }
 }
 

@@ -30,14 +30,19 @@ public:
   SettingsManager(const SettingsManager&) = delete;
   SettingsManager& operator=(const SettingsManager&) = delete;
   void tell(const std::string& name, const std::string& text) {
-    const auto bytes = test::xsettings({{name, text}});
+    tell(test::xsettings({{name, text}}));
+  }
+  void tell(const std::string& name, std::size_t number) {
+    tell(test::xsettings({}, false, {{name, number}}));
+  }
+
+private:
+  void tell(const std::string& bytes) {
     const auto property = atom("_XSETTINGS_SETTINGS");
     xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window_, property, property, 8,
                         static_cast<std::uint32_t>(bytes.size()), bytes.data());
     xcb_flush(connection_);
   }
-
-private:
   xcb_atom_t atom(const std::string& name) {
     auto* reply = xcb_intern_atom_reply(
         connection_,

@@ -259,11 +259,15 @@ public:
   bool prefersReducedMotion() const override { return reducedMotion; }
   bool prefersDarkAppearance() const override { return dark; }
   std::optional<std::string> interfaceFontFamily() const override { return fontFamily; }
+  double interfaceTextScale() const override { return textScale; }
+  bool prefersHighContrast() const override { return highContrast; }
   TokenPtr observeAppearance(std::function<void()> handler) override {
     return appearance.add(handler);
   }
 
   std::optional<RunningApplication> frontmost;
+  double textScale = 1;
+  bool highContrast = false;
   std::vector<std::string> opened;
   bool hasActivityMonitor = true;
   int activityMonitors = 0;

@@ -26,6 +26,10 @@ std::optional<std::string> DesktopXSettings::text(std::string_view name) const {
   return textInXSettings(x11::text(manager_, settingsProperty, mostItems), name);
 }
 
+std::optional<std::int32_t> DesktopXSettings::integer(std::string_view name) const {
+  return integerInXSettings(x11::text(manager_, settingsProperty, mostItems), name);
+}
+
 void DesktopXSettings::findManager() {
   manager_ = x11::selectionOwner(managerSelection);
   // The same that the toolkit asks for, should it follow the manager too.

@@ -16,6 +16,7 @@ public:
   DesktopXSettings();
 
   std::optional<std::string> text(std::string_view name) const;
+  std::optional<std::int32_t> integer(std::string_view name) const;
 
   /// Something was changed, or another manager came.
   std::function<void()> onChange;

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
+#include <charconv>
 
 namespace tavrin {
 namespace {
@@ -38,9 +39,36 @@ std::optional<std::string> fontFamilyOf(std::string_view description) {
   return std::string(family);
 }
 
+std::optional<double> fontSizeOf(std::string_view description) {
+  const auto comma = description.find(',');
+  std::string_view size;
+  if (comma != std::string_view::npos) {
+    size = description.substr(comma + 1);
+    size = size.substr(0, size.find(','));
+  } else if (const auto space = description.rfind(' '); space != std::string_view::npos) {
+    size = description.substr(space + 1);
+  }
+  double points = 0;
+  const auto [end, error] = std::from_chars(size.data(), size.data() + size.size(), points);
+  constexpr double pointsOfPixel = 0.75;
+  if (error != std::errc() || !(points > 0))
+    return std::nullopt;
+  const std::string_view unit(end, static_cast<std::size_t>(size.data() + size.size() - end));
+  return unit == "px" ? points * pointsOfPixel : points;
+}
+
+double textScaleOf(double points) {
+  constexpr double least = 9;
+  constexpr double most = 11;
+  return points > most ? points / most : points < least ? points / least : 1;
+}
+
+std::string fontInSettings(const FileManager& files) {
+  return toolkitSetting(files, "kdeglobals", "General", "font").value_or("");
+}
+
 std::optional<std::string> fontFamilyInSettings(const FileManager& files) {
-  const auto font = toolkitSetting(files, "kdeglobals", "General", "font");
-  return font ? fontFamilyOf(*font) : std::nullopt;
+  return fontFamilyOf(fontInSettings(files));
 }
 
 } // namespace tavrin

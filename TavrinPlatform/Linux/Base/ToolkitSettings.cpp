@@ -5,7 +5,9 @@
 #include "TavrinCore/Text/Text.h"
 #include "TavrinPlatform/Files/AtomicFile.h"
 
+#include <cctype>
 #include <cstdio>
+#include <cstdlib>
 
 namespace tavrin {
 
@@ -38,8 +40,40 @@ bool isDarkInSettings(const FileManager& files) {
          (weights[0] * red + weights[1] * green + weights[2] * blue) / 1000 < 128;
 }
 
+namespace {
+
+constexpr const char* gtkFiles[] = {"gtk-4.0/settings.ini", "gtk-3.0/settings.ini"};
+
+} // namespace
+
+bool isStillInSettings(const FileManager& files) {
+  const auto factor = toolkitSetting(files, "kdeglobals", "KDE", "AnimationDurationFactor");
+  if (factor && std::strtod(factor->c_str(), nullptr) <= 0)
+    return true;
+  for (const char* file : gtkFiles)
+    if (const auto on = toolkitSetting(files, file, "Settings", "gtk-enable-animations"))
+      return on == "0" || on == "false";
+  return false;
+}
+
+bool isHighContrast(const std::string& theme) {
+  std::string letters;
+  for (const char c : theme)
+    if (std::isalpha(static_cast<unsigned char>(c)) != 0)
+      letters += static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  return letters.find("highcontrast") != std::string::npos;
+}
+
+bool hasHighContrastInSettings(const FileManager& files) {
+  for (const char* file : gtkFiles)
+    if (isHighContrast(
+            toolkitSetting(files, file, "Settings", "gtk-theme-name").value_or("")))
+      return true;
+  return isHighContrast(toolkitSetting(files, "kdeglobals", "General", "ColorScheme").value_or(""));
+}
+
 std::optional<std::string> iconThemeInSettings(const FileManager& files) {
-  for (const char* file : {"gtk-4.0/settings.ini", "gtk-3.0/settings.ini"})
+  for (const char* file : gtkFiles)
     if (auto theme = toolkitSetting(files, file, "Settings", "gtk-icon-theme-name"))
       return theme;
   return toolkitSetting(files, "kdeglobals", "Icons", "Theme");

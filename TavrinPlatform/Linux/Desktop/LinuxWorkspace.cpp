@@ -26,8 +26,14 @@ constexpr const char* appearanceGroup = "org.freedesktop.appearance";
 constexpr const char* interfaceGroup = "org.gnome.desktop.interface";
 constexpr const char* schemeKey = "color-scheme";
 constexpr const char* fontKey = "font-name";
+constexpr const char* animationsKey = "enable-animations";
+constexpr const char* textScaleKey = "text-scaling-factor";
+constexpr const char* contrastKey = "contrast";
+constexpr const char* motionKey = "reduced-motion";
 constexpr const char* fontInXSettings = "Gtk/FontName";
 constexpr std::uint32_t preferDark = 1;
+/// Of contrast and of motion: "more", and "reduce".
+constexpr std::uint32_t preferIt = 1;
 
 /// Steps into variants, however many lie round the value. The type inside.
 char enterVariants(sd_bus_message* message) {
@@ -192,19 +198,29 @@ void LinuxWorkspace::watchPower() const {
 
 bool LinuxWorkspace::prefersReducedMotion() const {
   watchSettings();
-  return !hasAnimations_;
+  return look_.isStill;
 }
 
 bool LinuxWorkspace::prefersDarkAppearance() const {
   if (const auto wish = files_.environment("TAVRIN_APPEARANCE"); wish == "dark" || wish == "light")
     return wish == "dark";
   watchSettings();
-  return isDark_;
+  return look_.isDark;
 }
 
 std::optional<std::string> LinuxWorkspace::interfaceFontFamily() const {
   watchSettings();
-  return fontFamily_;
+  return look_.fontFamily;
+}
+
+double LinuxWorkspace::interfaceTextScale() const {
+  watchSettings();
+  return look_.textScale;
+}
+
+bool LinuxWorkspace::prefersHighContrast() const {
+  watchSettings();
+  return look_.hasHighContrast;
 }
 
 TokenPtr LinuxWorkspace::observeAppearance(std::function<void()> handler) {
@@ -245,7 +261,10 @@ void LinuxWorkspace::watchSettings() const {
                           appearance_.call();
                       });
   askPortal(appearanceGroup, schemeKey);
-  askPortal(interfaceGroup, "enable-animations");
+  askPortal(appearanceGroup, contrastKey);
+  askPortal(appearanceGroup, motionKey);
+  askPortal(interfaceGroup, animationsKey);
+  askPortal(interfaceGroup, textScaleKey);
   askPortal(interfaceGroup, fontKey);
 }
 
@@ -260,33 +279,56 @@ void LinuxWorkspace::askPortal(const char* group, const char* key) const {
   });
 }
 
-bool LinuxWorkspace::readSettings() const {
-  const bool isDark = portalDark_ ? *portalDark_ : isDarkInSettings(files_);
+LinuxWorkspace::Look LinuxWorkspace::readLook() const {
+  Look look;
+  look.isDark = portalDark_ ? *portalDark_ : isDarkInSettings(files_);
+  look.isStill = portalReducesMotion_ || !portalHasAnimations_ ||
+                 xsettings_->integer("Gtk/EnableAnimations") == 0 ||
+                 isStillInSettings(files_);
+  look.hasHighContrast = portalContrast_ ||
+                         isHighContrast(xsettings_->text("Net/ThemeName").value_or("")) ||
+                         hasHighContrastInSettings(files_);
   // Outside of GNOME the portal often tells GNOME's default font.
-  auto family = fontFamilyOf(xsettings_->text(fontInXSettings).value_or(portalFont_));
-  if (!family)
-    family = fontFamilyInSettings(files_);
-  const bool isOtherScheme = std::exchange(isDark_, isDark) != isDark;
-  return std::exchange(fontFamily_, family) != family || isOtherScheme;
+  std::string font = xsettings_->text(fontInXSettings).value_or(portalFont_);
+  if (!fontFamilyOf(font))
+    font = fontInSettings(files_);
+  look.fontFamily = fontFamilyOf(font);
+  look.textScale = textScaleOf(fontSizeOf(font).value_or(10));
+  // Where the X settings have a resolution, the scale of texts is in it, and so in the whole
+  // screen's.
+  if (!xsettings_->integer("Xft/DPI"))
+    look.textScale *= portalTextScale_;
+  return look;
+}
+
+bool LinuxWorkspace::readSettings() const {
+  Look look = readLook();
+  return std::exchange(look_, look) != look;
 }
 
 void LinuxWorkspace::setPortalValue(const std::string& key, sd_bus_message* message) const {
   const char type = enterVariants(message);
-  bool isChanged = false;
-  if (key == schemeKey && type == 'u') {
-    std::uint32_t scheme = 0;
-    sd_bus_message_read_basic(message, 'u', &scheme);
-    portalDark_ = scheme == preferDark;
-    isChanged = readSettings();
-  } else if (key == "enable-animations" && type == 'b') {
+  if (type == 'u') {
+    std::uint32_t choice = 0;
+    sd_bus_message_read_basic(message, 'u', &choice);
+    if (key == schemeKey)
+      portalDark_ = choice == preferDark;
+    else if (key == contrastKey)
+      portalContrast_ = choice == preferIt;
+    else if (key == motionKey)
+      portalReducesMotion_ = choice == preferIt;
+  } else if (key == animationsKey && type == 'b') {
     int isEnabled = 1;
     sd_bus_message_read_basic(message, 'b', &isEnabled);
-    isChanged = std::exchange(hasAnimations_, isEnabled != 0) != (isEnabled != 0);
+    portalHasAnimations_ = isEnabled != 0;
+  } else if (key == textScaleKey && type == 'd') {
+    double scale = 1;
+    sd_bus_message_read_basic(message, 'd', &scale);
+    portalTextScale_ = scale > 0 ? scale : 1;
   } else if (key == fontKey && type == 's') {
     portalFont_ = textArgument(message);
-    isChanged = readSettings();
   }
-  if (isChanged)
+  if (readSettings())
     appearance_.call();
 }
 

@@ -30,6 +30,8 @@ public:
   bool prefersReducedMotion() const override;
   bool prefersDarkAppearance() const override;
   std::optional<std::string> interfaceFontFamily() const override;
+  double interfaceTextScale() const override;
+  bool prefersHighContrast() const override;
   [[nodiscard]] TokenPtr observeAppearance(std::function<void()> handler) override;
 
 private:
@@ -40,8 +42,18 @@ private:
   void watchSettings() const;
   void askPortal(const char* group, const char* key) const;
   void setPortalValue(const std::string& key, sd_bus_message* message) const;
-  /// Takes the scheme and the font from whoever knows them best: the desktop's X settings, the
-  /// portal, the toolkits' own files. Whether something changed.
+  /// How things are to look.
+  struct Look {
+    bool isDark = false;
+    bool isStill = false;
+    bool hasHighContrast = false;
+    double textScale = 1;
+    std::optional<std::string> fontFamily;
+    bool operator==(const Look&) const = default;
+  };
+  /// Taken from whoever knows best: the desktop's X settings, the portal, the toolkits' own files.
+  Look readLook() const;
+  /// Reads it again; whether something changed.
   bool readSettings() const;
 
   const FileManager& files_;
@@ -56,12 +68,14 @@ private:
   // Questions that only a query brings about.
   mutable std::map<std::string, TokenPtr> watches_;
   mutable bool isLowPower_ = false;
-  mutable bool isDark_ = false;
-  mutable bool hasAnimations_ = true;
+  mutable Look look_;
   mutable std::unique_ptr<DesktopXSettings> xsettings_;
   mutable std::optional<bool> portalDark_;
+  mutable bool portalHasAnimations_ = true;
+  mutable bool portalReducesMotion_ = false;
+  mutable bool portalContrast_ = false;
+  mutable double portalTextScale_ = 1;
   mutable std::string portalFont_;
-  mutable std::optional<std::string> fontFamily_;
 };
 
 } // namespace tavrin

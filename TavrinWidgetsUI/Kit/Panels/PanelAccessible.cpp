@@ -13,6 +13,26 @@ namespace tavrin {
 
 namespace {
 
+/// In a window that has its name, a panel is no second dialogue in the dialogue.
+class AccessiblePanel final : public QAccessibleWidget {
+public:
+  explicit AccessiblePanel(QWidget* panel) : QAccessibleWidget(panel, QAccessible::Dialog) {}
+
+  QAccessible::Role role() const override {
+    return isNamedByWindow() ? QAccessible::Grouping : QAccessible::Dialog;
+  }
+  QString text(QAccessible::Text kind) const override {
+    return kind == QAccessible::Name && isNamedByWindow() ? QString()
+                                                          : QAccessibleWidget::text(kind);
+  }
+
+private:
+  bool isNamedByWindow() const {
+    return !widget()->isWindow() &&
+           widget()->window()->accessibleName() == widget()->accessibleName();
+  }
+};
+
 // No names here: one given now would hide later ones. Only for plain widgets: what derives from one
 // of Qt's controls has its role already.
 QAccessibleInterface* make(const QString&, QObject* object) {
@@ -20,7 +40,7 @@ QAccessibleInterface* make(const QString&, QObject* object) {
     return nullptr;
   auto* widget = static_cast<QWidget*>(object);
   if (dynamic_cast<PanelView*>(widget))
-    return new QAccessibleWidget(widget, QAccessible::Dialog);
+    return new AccessiblePanel(widget);
   if (dynamic_cast<PanelSegments*>(widget) || dynamic_cast<PanelField*>(widget) ||
       dynamic_cast<PanelEmptyState*>(widget))
     return new QAccessibleWidget(widget, QAccessible::Grouping);

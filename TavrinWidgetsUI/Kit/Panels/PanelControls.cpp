@@ -6,6 +6,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 
+#include <QAbstractItemView>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QSignalBlocker>
@@ -81,6 +82,26 @@ PanelSearchField::PanelSearchField(const QString& prompt, QWidget* parent) : QLi
   });
 }
 
+void PanelSearchField::setList(QWidget* list) {
+  list_ = list;
+  panelPaint::setLead(*list, *this);
+}
+
+void PanelSearchField::updateList() {
+  if (auto* area = qobject_cast<QAbstractScrollArea*>(list_))
+    area->viewport()->update();
+}
+
+void PanelSearchField::focusInEvent(QFocusEvent* event) {
+  QLineEdit::focusInEvent(event);
+  updateList();
+}
+
+void PanelSearchField::focusOutEvent(QFocusEvent* event) {
+  QLineEdit::focusOutEvent(event);
+  updateList();
+}
+
 void PanelSearchField::resizeEvent(QResizeEvent* event) {
   QLineEdit::resizeEvent(event);
   placeClearButton();
@@ -105,6 +126,10 @@ void PanelSearchField::keyPressEvent(QKeyEvent* event) {
   if (key == Qt::Key_Escape && !text().isEmpty()) {
     QLineEdit::clear();
   } else if (key == Qt::Key_Down && list_ && list_->isVisible()) {
+    // From the one that is marked.
+    if (auto* items = qobject_cast<QAbstractItemView*>(list_))
+      items->selectionModel()->setCurrentIndex(items->model()->index(0, 0),
+                                               QItemSelectionModel::NoUpdate);
     list_->setFocus(Qt::TabFocusReason);
   } else if ((key == Qt::Key_Return || key == Qt::Key_Enter) && onReturn) {
     onReturn();

@@ -40,8 +40,8 @@ public:
 class PanelSearchField : public QLineEdit {
 public:
   explicit PanelSearchField(const QString& prompt, QWidget* parent = nullptr);
-  /// Where Down and Return lead.
-  void setList(QWidget* list) { list_ = list; }
+  /// Where Down and Return lead: while the field has the focus, the first of `list` is marked.
+  void setList(QWidget* list);
 
   std::function<void(const QString& text)> onChange;
   /// Return was pressed; without it, Return goes on to the panel's prominent button.
@@ -51,9 +51,12 @@ protected:
   void keyPressEvent(QKeyEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
+  void focusInEvent(QFocusEvent* event) override;
+  void focusOutEvent(QFocusEvent* event) override;
 
 private:
   void placeClearButton();
+  void updateList();
 
   QWidget* list_ = nullptr;
   QWidget* clear_ = nullptr;

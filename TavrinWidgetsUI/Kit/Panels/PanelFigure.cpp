@@ -1,5 +1,6 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelFigure.h"
 
+#include "TavrinWidgetsUI/Kit/Panels/PanelFont.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelPalette.h"
 #include "TavrinWidgetsUI/Kit/Views/View.h"
 
@@ -9,7 +10,7 @@
 namespace tavrin {
 
 PanelFigure::PanelFigure(int size, const QString& widest, QWidget* parent)
-    : ViewWidget(QSizeF(0, size), parent), size_(size), widest_(widest) {
+    : ViewWidget(QSizeF(0, scaled(size)), parent), size_(scaled(size)), widest_(widest) {
   rebuild();
 }
 

@@ -1,13 +1,19 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelFocus.h"
 
+#include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewWidget.h"
 
-#include <QAbstractScrollArea>
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QEvent>
 #include <QFocusFrame>
+#include <QFocusEvent>
 #include <QLineEdit>
-#include <QWidget>
+#include <QPlainTextEdit>
+#include <QRadioButton>
+#include <utility>
 
 namespace tavrin {
 
@@ -19,6 +25,33 @@ bool showsItself(const QWidget* widget) {
          qobject_cast<const QLineEdit*>(widget) || dynamic_cast<const ViewWidget*>(widget);
 }
 
+bool hasNoRows(const QWidget* widget) {
+  const auto* view = qobject_cast<const QAbstractItemView*>(widget);
+  return view != nullptr && (view->model() == nullptr || view->model()->rowCount() == 0);
+}
+
+/// What a panel is about, or what it is opened for.
+bool isChief(const QWidget* widget) {
+  const auto* button = dynamic_cast<const PanelButton*>(widget);
+  return qobject_cast<const QAbstractItemView*>(widget) || qobject_cast<const QLineEdit*>(widget) ||
+         qobject_cast<const QPlainTextEdit*>(widget) ||
+         (button != nullptr && button->kind() == PanelButton::Kind::prominent);
+}
+
+bool isOtherChoice(const QWidget* widget) {
+  const auto* radio = qobject_cast<const QRadioButton*>(widget);
+  return radio != nullptr && !radio->isChecked();
+}
+
+void beginWithFirstRow(QWidget* widget) {
+  auto* view = qobject_cast<QAbstractItemView*>(widget);
+  if (view == nullptr || hasNoRows(view))
+    return;
+  view->selectionModel()->setCurrentIndex(view->model()->index(0, 0),
+                                          QItemSelectionModel::NoUpdate);
+  view->scrollToTop();
+}
+
 } // namespace
 
 PanelFocus::PanelFocus(QWidget* panel) : QObject(panel), panel_(panel) {
@@ -27,6 +60,97 @@ PanelFocus::PanelFocus(QWidget* panel) : QObject(panel), panel_(panel) {
 
 PanelFocus::~PanelFocus() {
   delete ring_.data();
+}
+
+bool PanelFocus::takesFocus(const QWidget* widget) const {
+  return (widget->focusPolicy() & Qt::TabFocus) != 0 && widget->focusProxy() == nullptr &&
+         widget->isEnabled() && widget->isVisibleTo(panel_) && !hasNoRows(widget);
+}
+
+bool PanelFocus::isInFooter(const QWidget* widget) const {
+  return footer_ != nullptr && footer_->isAncestorOf(widget);
+}
+
+QWidget* PanelFocus::wanted() const {
+  if (main_ != nullptr && takesFocus(main_))
+    return main_;
+  QWidget* first = nullptr;
+  QWidget* inFooter = nullptr;
+  for (QWidget* one = panel_->nextInFocusChain(); one != panel_; one = one->nextInFocusChain()) {
+    if (!panel_->isAncestorOf(one) || !takesFocus(one) || isOtherChoice(one))
+      continue;
+    if (isInFooter(one))
+      inFooter = inFooter != nullptr ? inFooter : one;
+    else if (isChief(one))
+      return one;
+    else if (first == nullptr)
+      first = one;
+  }
+  return first != nullptr ? first : inFooter;
+}
+
+void PanelFocus::place() {
+  isLost_ = false;
+  QWidget* to = wanted();
+  if (to == nullptr || to == panel_->window()->focusWidget())
+    return;
+  beginWithFirstRow(to);
+  isPlacing_ = true;
+  to->setFocus(Qt::OtherFocusReason);
+  isPlacing_ = false;
+  last_ = to;
+}
+
+void PanelFocus::open() {
+  isUntouched_ = true;
+  putFooterLast();
+  beginWithFirstRow(wanted());
+  place();
+  panel_->window()->setAttribute(Qt::WA_KeyboardFocusChange);
+  follow();
+}
+
+void PanelFocus::settle() {
+  if (!panel_->isVisible())
+    return;
+  putFooterLast();
+  const QWidget* focus = panel_->window()->focusWidget();
+  if (isUntouched_ || isLost_ || focus == nullptr ||
+      (panel_->isAncestorOf(focus) && focus->focusProxy() == nullptr && !takesFocus(focus)))
+    place();
+}
+
+/// What is added to the middle later would come after it.
+void PanelFocus::putFooterLast() {
+  QWidget* last = nullptr;
+  QList<QWidget*> early;
+  QList<QWidget*> footer;
+  for (QWidget* one = panel_->nextInFocusChain(); one != panel_; one = one->nextInFocusChain()) {
+    if (!panel_->isAncestorOf(one) || one->focusPolicy() == Qt::NoFocus)
+      continue;
+    if (isInFooter(one)) {
+      footer.append(one);
+      continue;
+    }
+    last = one;
+    early = footer;
+  }
+  if (early.isEmpty())
+    return;
+  for (QWidget* one : footer)
+    QWidget::setTabOrder(std::exchange(last, one), one);
+}
+
+void PanelFocus::moved(QWidget* to, const QFocusEvent& event) {
+  const bool isTheWindows = event.reason() == Qt::ActiveWindowFocusReason ||
+                            event.reason() == Qt::PopupFocusReason;
+  if (!isPlacing_ && !isTheWindows) {
+    if (last_ == nullptr || !takesFocus(last_))
+      isLost_ = true;
+    else if (to != last_)
+      isUntouched_ = false;
+  }
+  last_ = to;
 }
 
 void PanelFocus::watch(bool on) {
@@ -40,6 +164,9 @@ void PanelFocus::watch(bool on) {
 }
 
 bool PanelFocus::eventFilter(QObject* object, QEvent* event) {
+  const auto isInside = [this](QObject* which) {
+    return which->isWidgetType() && panel_->isAncestorOf(static_cast<QWidget*>(which));
+  };
   switch (event->type()) {
   case QEvent::Show:
   case QEvent::Hide:
@@ -47,16 +174,18 @@ bool PanelFocus::eventFilter(QObject* object, QEvent* event) {
       watch(event->type() == QEvent::Show);
     break;
   case QEvent::KeyPress:
-    if (object->isWidgetType() && panel_->isAncestorOf(static_cast<QWidget*>(object)))
-      keyboardWasUsed(true);
-    break;
   case QEvent::MouseButtonPress:
-    if (object->isWidgetType() && panel_->isAncestorOf(static_cast<QWidget*>(object)))
-      keyboardWasUsed(false);
+    if (isInside(object)) {
+      isUntouched_ = false;
+      keyboardWasUsed(event->type() == QEvent::KeyPress);
+    }
     break;
   case QEvent::FocusIn:
+    if (isInside(object))
+      moved(static_cast<QWidget*>(object), *static_cast<QFocusEvent*>(event));
+    [[fallthrough]];
   case QEvent::FocusOut:
-    if (object->isWidgetType() && panel_->isAncestorOf(static_cast<QWidget*>(object)))
+    if (isInside(object))
       follow();
     break;
   default:

@@ -3,17 +3,33 @@
 #include <QObject>
 #include <QPointer>
 
+class QFocusEvent;
 class QFocusFrame;
 class QWidget;
 
 namespace tavrin {
 
-/// Shows the ring around what has the focus, from the first key press until the next mouse press.
+/// Where a panel's keyboard is, and that it is seen.
+///
+/// When the panel opens, its main control has the focus: the one that was named, else the first list
+/// with rows, field or prominent button, else the first control, the bottom row's last of all. A
+/// list that gets it so begins with its first row, the newest. While the user has pressed nothing
+/// yet the focus follows what the panel shows; later it does where what had it went away.
+///
+/// The ring around it is shown from then on until the next mouse press, and from the next key press.
 /// Watches the application's events only while its panel is on the screen.
 class PanelFocus : public QObject {
 public:
   explicit PanelFocus(QWidget* panel);
   ~PanelFocus() override;
+
+  void setMain(QWidget* control) { main_ = control; }
+  /// What is in there comes last, for the focus and for Tab.
+  void setFooter(QWidget* footer) { footer_ = footer; }
+  /// The panel opens.
+  void open();
+  /// The panel shows something else.
+  void settle();
 
   bool eventFilter(QObject* object, QEvent* event) override;
 
@@ -21,10 +37,24 @@ private:
   void watch(bool on);
   void keyboardWasUsed(bool keyboard);
   void follow();
+  void moved(QWidget* to, const QFocusEvent& event);
+  bool takesFocus(const QWidget* widget) const;
+  bool isInFooter(const QWidget* widget) const;
+  QWidget* wanted() const;
+  void place();
+  void putFooterLast();
 
   QWidget* panel_;
+  QPointer<QWidget> main_;
+  QPointer<QWidget> footer_;
+  /// What had the focus last.
+  QPointer<QWidget> last_;
   QPointer<QFocusFrame> ring_;
   bool watching_ = false;
+  bool isUntouched_ = false;
+  bool isPlacing_ = false;
+  /// What had the focus went away under it.
+  bool isLost_ = false;
 };
 
 } // namespace tavrin

@@ -2,11 +2,41 @@
 
 #include "TavrinWidgetsUI/Kit/Views/Text.h"
 
+#include <QToolTip>
+#include <algorithm>
+#include <cmath>
+
 namespace tavrin {
+
+namespace {
+
+double textScale = 1;
+
+} // namespace
+
+double panelTextScale() {
+  return textScale;
+}
+
+bool setPanelTextScale(double scale) {
+  constexpr double steps = 20;
+  const double next = std::round(std::clamp(scale, 0.75, 3.0) * steps) / steps;
+  return std::exchange(textScale, next) != next;
+}
+
+int scaled(double points) {
+  return static_cast<int>(std::lround(points * textScale));
+}
+
+void applyToolTipFont() {
+  const QFont font = panelFont(PanelTextStyle::caption);
+  if (QToolTip::font() != font)
+    QToolTip::setFont(font);
+}
 
 QFont panelFont(PanelTextStyle style) {
   QFont font(interfaceFontFamily());
-  font.setPixelSize(13);
+  font.setPixelSize(scaled(13));
   switch (style) {
   case PanelTextStyle::body:
   case PanelTextStyle::secondary:
@@ -16,14 +46,14 @@ QFont panelFont(PanelTextStyle style) {
     font.setWeight(QFont::DemiBold);
     break;
   case PanelTextStyle::heading:
-    font.setPixelSize(17);
+    font.setPixelSize(scaled(17));
     font.setWeight(QFont::DemiBold);
     break;
   case PanelTextStyle::caption:
-    font.setPixelSize(11);
+    font.setPixelSize(scaled(11));
     break;
   case PanelTextStyle::section:
-    font.setPixelSize(11);
+    font.setPixelSize(scaled(11));
     font.setWeight(QFont::DemiBold);
     break;
   }

@@ -21,7 +21,9 @@ namespace tavrin {
 
 namespace {
 
-constexpr double captionHeight = 18;
+/// What a caption's line takes, and one of several.
+constexpr double captionRoom = 18;
+constexpr double captionLine = 14;
 
 class CellModel : public QAbstractListModel {
 public:
@@ -64,8 +66,11 @@ public:
     case Qt::DisplayRole:
     case Qt::AccessibleTextRole:
       return plainWords(cell(index.row()).name);
-    case Qt::ToolTipRole:
-      return toolTipText(cell(index.row()).name);
+    // What has words below it says its name itself.
+    case Qt::ToolTipRole: {
+      const PanelCell under = cell(index.row());
+      return toolTipText(under.caption == under.name ? QString() : under.name);
+    }
     default:
       return {};
     }
@@ -113,6 +118,7 @@ public:
     const QRectF rect = QRectF(option.rect).adjusted(1, 1, -1, -1);
     const bool hover = option.state.testFlag(QStyle::State_MouseOver);
     const bool isChosen = cell.isChecked || cell.isChosen ||
+                          (index.row() == 0 && panelPaint::isLed(*grid_)) ||
                           (grid_->opensOnDoubleClick() && grid_->currentIndex() == index);
     const bool pressed = hover && QGuiApplication::mouseButtons().testFlag(Qt::LeftButton);
     painter->save();
@@ -122,12 +128,13 @@ public:
                         : hover    ? colours.rowHover
                                    : QColor());
     QRectF square = rect;
-    if (rect.height() > rect.width() + captionHeight / 2) {
-      square.setHeight(rect.height() - captionHeight);
-      panelPaint::line(*painter, cell.caption,
-                       {rect.left() + 3, square.bottom() - 4, rect.width() - 6, captionHeight},
-                       panelFont(PanelTextStyle::caption),
-                       cell.isEnabled ? colours.text : colours.secondary, Qt::AlignHCenter);
+    if (const double room = grid_->captionHeight(); rect.height() > rect.width() + room / 2) {
+      square.setHeight(rect.height() - room);
+      panelPaint::lines(*painter, cell.caption,
+                        {rect.left() + 3, square.bottom() - 3, rect.width() - 6, room},
+                        panelFont(PanelTextStyle::caption),
+                        cell.isEnabled ? colours.text : colours.secondary,
+                        cell.isFileName ? Qt::ElideMiddle : Qt::ElideRight);
     }
     paintContent(*painter, cell, square, colours);
     if (cell.isChecked) {
@@ -187,6 +194,15 @@ void PanelGrid::setCurrentCell(int index) {
   selectionModel()->setCurrentIndex(model()->index(index, 0), QItemSelectionModel::NoUpdate);
 }
 
+void PanelGrid::setCaptionLines(int lines) {
+  captionLines_ = lines;
+  applySide();
+}
+
+int PanelGrid::captionHeight() const {
+  return scaled(captionRoom + captionLine * (captionLines_ - 1));
+}
+
 void PanelGrid::setMaximumVisibleRows(int rows) {
   maximumRows_ = rows;
   applySide();
@@ -198,7 +214,7 @@ int PanelGrid::side(int width) const {
 }
 
 int PanelGrid::cellHeight(int width) const {
-  return side(width) + (hasCaptions_ ? static_cast<int>(captionHeight) : 0);
+  return side(width) + (hasCaptions_ ? captionHeight() : 0);
 }
 
 QSize PanelGrid::sizeHint() const {

@@ -22,8 +22,10 @@ struct PanelCell {
   bool isChecked = false;
   /// On the ground of what is chosen, without a check: for tabs.
   bool isChosen = false;
-  /// A line below the square; where one cell has it, every cell has room for it.
+  /// Words below the square; where one cell has them, every cell has room for them.
   QString caption = {};
+  /// The caption is a file's name: cut in its middle, so that its extension stays.
+  bool isFileName = false;
   bool isEnabled = true;
   bool operator==(const PanelCell&) const = default;
 };
@@ -46,6 +48,9 @@ public:
   /// The grid asks for no more than so many rows' height and then scrolls.
   void setMaximumVisibleRows(int rows);
   int columns() const { return columns_; }
+  /// How many lines a caption may have; 1 at first.
+  void setCaptionLines(int lines);
+  int captionHeight() const;
   /// A click makes a square the current one, which is then seen; a double click opens it.
   void setOpensOnDoubleClick(bool opens);
   bool opensOnDoubleClick() const { return opensOnDoubleClick_; }
@@ -94,6 +99,7 @@ private:
   QPersistentModelIndex pressed_;
   QPoint pressedAt_;
   bool hasCaptions_ = false;
+  int captionLines_ = 1;
 };
 
 } // namespace tavrin

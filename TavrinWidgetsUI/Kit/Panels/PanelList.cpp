@@ -104,7 +104,7 @@ void PanelList::setMaximumVisibleRows(int rows) {
 
 QSize PanelList::sizeHint() const {
   const int rows = maximumRows_ > 0 ? std::min(maximumRows_, count()) : count();
-  return {200, std::min(rows * rowHeight(), panel::maximumHeight)};
+  return {200, std::min<int>(rows * rowHeight(), panel::maximumHeight)};
 }
 
 QSize PanelList::minimumSizeHint() const {
@@ -250,8 +250,12 @@ bool PanelList::viewportEvent(QEvent* event) {
     return true;
   const PanelRow under = row(index.row());
   const int action = actionAt(index, help->pos());
+  // A title that is whole says itself.
+  const bool isCut = static_cast<const PanelRowDelegate*>(itemDelegate())->isCut(index);
   showPlainToolTip(help->globalPos(),
-                   action >= 0 ? under.actions[static_cast<std::size_t>(action)].name : under.title,
+                   action >= 0 ? under.actions[static_cast<std::size_t>(action)].name
+                   : isCut     ? under.title
+                               : QString(),
                    viewport(), visualRect(index));
   return true;
 }

@@ -45,6 +45,8 @@ struct PanelRow {
   /// Not seen yet: a dot of the accent before the title.
   bool isNew = false;
   bool isEnabled = true;
+  /// A file's name: cut in its middle, so that its extension stays.
+  bool isFileName = false;
   bool operator==(const PanelRow&) const = default;
 };
 

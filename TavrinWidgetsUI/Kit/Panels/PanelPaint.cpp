@@ -8,7 +8,10 @@
 
 #include <QFontMetricsF>
 #include <QStyleOption>
+#include <QVariant>
 #include <QWidget>
+#include <algorithm>
+#include <cmath>
 
 namespace tavrin::panelPaint {
 
@@ -53,14 +56,14 @@ void symbol(QPainter& painter, const QString& name, const QRectF& rect, double s
 }
 
 double line(QPainter& painter, const QString& words, const QRectF& rect, const QFont& font,
-            const QColor& colour, Qt::Alignment alignment) {
+            const QColor& colour, Qt::Alignment alignment, Qt::TextElideMode elision) {
   if (rect.width() < 1)
     return 0;
   const QString text = plainWords(words);
   const QFontMetricsF metrics(font);
   const double full = metrics.horizontalAdvance(text);
   const bool fits = full <= rect.width() + 0.5;
-  const QString shown = fits ? text : metrics.elidedText(text, Qt::ElideRight, rect.width());
+  const QString shown = fits ? text : metrics.elidedText(text, elision, rect.width());
   painter.setFont(font);
   painter.setPen(colour);
   const Qt::Alignment visual =
@@ -69,6 +72,42 @@ double line(QPainter& painter, const QString& words, const QRectF& rect, const Q
       rect, int((visual | Qt::AlignVCenter | Qt::AlignAbsolute).toInt()) | Qt::TextSingleLine,
       shown);
   return fits ? full : metrics.horizontalAdvance(shown);
+}
+
+void lines(QPainter& painter, const QString& words, const QRectF& rect, const QFont& font,
+           const QColor& colour, Qt::TextElideMode elision) {
+  const QFontMetricsF metrics(font);
+  const double height = std::ceil(metrics.height());
+  const int most = std::max(1, static_cast<int>(rect.height() / height));
+  QStringList rows{QString()};
+  for (const QString& word : plainWords(words).split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
+    const QString longer = rows.last().isEmpty() ? word : rows.last() + QLatin1Char(' ') + word;
+    if (rows.last().isEmpty() || rows.size() == most ||
+        metrics.horizontalAdvance(longer) <= rect.width() + 0.5)
+      rows.last() = longer;
+    else
+      rows.append(word);
+  }
+  QRectF place(rect.topLeft(), QSizeF(rect.width(), height));
+  for (const QString& row : rows) {
+    line(painter, row, place, font, colour, Qt::AlignHCenter, elision);
+    place.translate(0, height);
+  }
+}
+
+namespace {
+
+constexpr const char* leadProperty = "tavrin.lead";
+
+} // namespace
+
+bool isLed(const QWidget& list) {
+  const auto* field = list.property(leadProperty).value<QWidget*>();
+  return field != nullptr && field->hasFocus();
+}
+
+void setLead(QWidget& list, const QWidget& field) {
+  list.setProperty(leadProperty, QVariant::fromValue(const_cast<QWidget*>(&field)));
 }
 
 bool showsFocus(const QWidget& widget) {
@@ -165,7 +204,7 @@ void toggle(QPainter& painter, const QStyleOption& option, const QString& title)
   const bool on = option.state.testFlag(QStyle::State_On);
   const bool rtl = option.direction == Qt::RightToLeft;
   const QRectF rect = option.rect;
-  const QSizeF body(34, 20);
+  const QSizeF body = QSizeF(34, 20) * panelTextScale();
   const QRectF knobRoom(rtl ? rect.left() : rect.right() - body.width(),
                         rect.center().y() - body.height() / 2, body.width(), body.height());
   const QRectF words =
@@ -180,7 +219,7 @@ void toggle(QPainter& painter, const QStyleOption& option, const QString& title)
   if (!enabled)
     painter.setOpacity(0.45);
   rounded(painter, knobRoom, body.height() / 2, ground, on ? QColor() : p.outline, 1);
-  const double knob = 16;
+  const double knob = body.height() - 4;
   const bool atEnd = on != rtl;
   const QRectF place(atEnd ? knobRoom.right() - knob - 2 : knobRoom.left() + 2, knobRoom.top() + 2,
                      knob, knob);

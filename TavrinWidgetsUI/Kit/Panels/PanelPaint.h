@@ -29,10 +29,19 @@ void symbol(QPainter& painter, const QString& name, const QRectF& rect, double s
 void picture(QPainter& painter, const QImage& image, const QRectF& rect, const QColor& hairline);
 /// One line at the start of `rect`, cut with an ellipsis where it is too long. The width it took.
 double line(QPainter& painter, const QString& text, const QRectF& rect, const QFont& font,
-            const QColor& colour, Qt::Alignment alignment = Qt::AlignLeading);
+            const QColor& colour, Qt::Alignment alignment = Qt::AlignLeading,
+            Qt::TextElideMode elision = Qt::ElideRight);
+/// As many lines from the top of `rect` as it has room for, the last one cut.
+void lines(QPainter& painter, const QString& text, const QRectF& rect, const QFont& font,
+           const QColor& colour, Qt::TextElideMode elision = Qt::ElideRight);
 
 /// Whether the focus is to be seen: `widget` has it, and the keyboard was used last.
 bool showsFocus(const QWidget& widget);
+/// Whether the search field that leads to `list` has the focus: its first item is what Return means
+/// then, and is marked.
+bool isLed(const QWidget& list);
+/// Says which search field leads to `list`.
+void setLead(QWidget& list, const QWidget& field);
 /// `logical`, mirrored inside `whole` where the text runs from right to left.
 QRectF visual(const QRectF& logical, const QRectF& whole, Qt::LayoutDirection direction);
 

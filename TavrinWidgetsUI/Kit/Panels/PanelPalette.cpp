@@ -25,7 +25,47 @@ QColor fillFor(const QColor& tint, const QColor& ground, bool dark) {
 
 } // namespace
 
+namespace {
+
+/// Black and white, with the tint only where it says something and as far as it has the contrast.
+PanelPalette highContrastPalette(const PanelAppearance& appearance) {
+  const bool dark = appearance.dark;
+  const QColor tint(appearance.tint.red(), appearance.tint.green(), appearance.tint.blue());
+  PanelPalette p;
+  p.ground = dark ? palette::black : palette::white;
+  p.text = dark ? palette::white : palette::black;
+  const auto veil = [&](double weight) { return mix(p.ground, p.text, weight); };
+  p.secondary = veil(0.85);
+  p.disabledText = veil(0.6);
+  p.hairline = p.fieldBorder = p.outline = veil(0.7);
+  p.control = veil(0.12);
+  p.controlHover = veil(0.2);
+  p.controlPressed = veil(0.28);
+  p.field = p.ground;
+  p.rowHover = veil(0.1);
+  p.rowPressed = veil(0.2);
+  p.track = veil(0.4);
+  const QColor strong = withContrast(tint, p.ground, 7.1);
+  p.rowSelected = mix(p.ground, strong, 0.25);
+  p.chosen = veil(0.3);
+  const std::initializer_list<QColor> grounds = {p.ground,      p.rowHover, p.rowPressed,
+                                                 p.rowSelected, p.control,  p.chosen};
+  p.accent = legible(strong, grounds);
+  p.trouble = legible(dark ? QColor(0xFF, 0x8A, 0x84) : QColor(0xA0, 0x00, 0x00), grounds);
+  p.fill = strong;
+  p.onFill = p.ground;
+  const bool hasRoom = contrast(p.fill, p.text) > 2;
+  const QColor away = hasRoom ? p.text : p.ground;
+  p.fillHover = mix(p.fill, away, 0.15);
+  p.fillPressed = mix(p.fill, away, 0.3);
+  return p;
+}
+
+} // namespace
+
 PanelPalette PanelPalette::make(const PanelAppearance& appearance) {
+  if (appearance.highContrast)
+    return highContrastPalette(appearance);
   const bool dark = appearance.dark;
   const QColor tint(appearance.tint.red(), appearance.tint.green(), appearance.tint.blue());
   PanelPalette p;

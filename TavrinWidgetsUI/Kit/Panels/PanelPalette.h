@@ -11,6 +11,8 @@ struct PanelAppearance {
   bool reducedMotion = false;
   /// The kind's tint; the accent is made from it.
   QColor tint = QColor(0x0A, 0x84, 0xFF);
+  /// Black and white, and edges round what can be pressed.
+  bool highContrast = false;
   bool operator==(const PanelAppearance&) const = default;
 };
 

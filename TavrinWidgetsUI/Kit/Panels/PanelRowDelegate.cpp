@@ -4,6 +4,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelPaint.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
+#include "TavrinWidgetsUI/Kit/Views/PlainWords.h"
 #include "TavrinWidgetsUI/Kit/Views/Text.h"
 
 #include <QFontMetricsF>
@@ -37,7 +38,8 @@ struct RowPainting {
 
   void paintMark();
   void paintTrailing();
-  void paintWords();
+  /// Whether the title was cut.
+  bool paintWords();
 };
 
 void RowPainting::paintMark() {
@@ -104,26 +106,32 @@ void RowPainting::paintTrailing() {
   put(row.trailing, row.trailing, row.unit.isEmpty() ? quietInk() : ink(), inset);
 }
 
-void RowPainting::paintWords() {
+bool RowPainting::paintWords() {
   QFont font = panelFont(PanelTextStyle::body);
   font.setStrikeOut(row.isDone);
   const QColor colour = row.isDone ? quietInk() : ink();
   const QRectF words = room(left, right - left);
+  const bool isCut = QFontMetricsF(font).horizontalAdvance(plainWords(row.title)) > words.width() + 0.5;
+  const Qt::TextElideMode elision = row.isFileName ? Qt::ElideMiddle : Qt::ElideRight;
   if (row.subtitle.isEmpty()) {
-    panelPaint::line(painter, row.title, words, font, colour);
-    return;
+    panelPaint::line(painter, row.title, words, font, colour, Qt::AlignLeading, elision);
+    return isCut;
   }
   const double middle = words.center().y();
-  panelPaint::line(painter, row.title, {words.left(), middle - 17, words.width(), 18}, font,
-                   colour);
-  panelPaint::line(painter, row.subtitle, {words.left(), middle + 1, words.width(), 15},
+  const double scale = panelTextScale();
+  panelPaint::line(painter, row.title,
+                   {words.left(), middle - 17 * scale, words.width(), 18 * scale}, font, colour,
+                   Qt::AlignLeading, elision);
+  panelPaint::line(painter, row.subtitle, {words.left(), middle + 1, words.width(), 15 * scale},
                    panelFont(PanelTextStyle::caption), quietInk());
+  return isCut;
 }
 
-QColor groundOf(const PanelRow& row, bool hover, bool pressed, const PanelPalette& colours) {
+QColor groundOf(const PanelRow& row, bool hover, bool pressed, bool led,
+                const PanelPalette& colours) {
   if (pressed)
     return colours.rowPressed;
-  if (row.isChecked)
+  if (row.isChecked || led)
     return colours.rowSelected;
   return hover ? colours.rowHover : QColor();
 }
@@ -144,6 +152,11 @@ QRectF PanelRowDelegate::actionRect(const PanelRow& row, int action, const QRect
                             rect, direction);
 }
 
+bool PanelRowDelegate::isCut(const QModelIndex& index) const {
+  const auto found = cut_.find(index.row());
+  return found != cut_.end() && found->second;
+}
+
 void PanelRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
                              const QModelIndex& index) const {
   const auto row = index.data(PanelRowModel::rowRole).value<PanelRow>();
@@ -151,13 +164,14 @@ void PanelRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opti
   const QRectF rect = option.rect;
   const QPoint pointer = list_->viewport()->mapFromGlobal(QCursor::pos());
   const bool live = !list_->isReadOnly() && row.isEnabled;
+  const bool led = live && index.row() == 0 && panelPaint::isLed(*list_);
   const bool hover = live && option.state.testFlag(QStyle::State_MouseOver);
   const bool focus = live && list_->currentIndex() == index && panelPaint::showsFocus(*list_);
   const int overAction = hover ? list_->actionAt(index, pointer) : -1;
   const bool pressed = hover && overAction < 0 && list_->isPressed(index);
 
   painter->save();
-  panelPaint::rounded(*painter, rect, panel::cornerRadius, groundOf(row, hover, pressed, colours));
+  panelPaint::rounded(*painter, rect, panel::cornerRadius, groundOf(row, hover, pressed, led, colours));
   RowPainting painting{*painter,
                        row,
                        colours,
@@ -186,7 +200,7 @@ void PanelRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opti
     painting.right = rect.right() - 4 - (count - firstShown) * actionSide - 4;
   painting.paintMark();
   painting.paintTrailing();
-  painting.paintWords();
+  cut_[index.row()] = painting.paintWords();
   if (focus && list_->currentAction() < 0)
     panelPaint::focusRing(*painter, rect, panel::cornerRadius, colours.accent);
   painter->restore();

@@ -2,6 +2,7 @@
 
 #include <QAbstractItemDelegate>
 #include <QRectF>
+#include <map>
 
 namespace tavrin {
 
@@ -16,12 +17,15 @@ public:
   void paint(QPainter* painter, const QStyleOptionViewItem& option,
              const QModelIndex& index) const override;
   QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+  /// Whether the title was too long for its row when that was painted last.
+  bool isCut(const QModelIndex& index) const;
   /// Where the row's button with that number stands inside `rect`, the row's.
   static QRectF actionRect(const PanelRow& row, int action, const QRectF& rect,
                            Qt::LayoutDirection direction);
 
 private:
   PanelList* list_;
+  mutable std::map<int, bool> cut_;
 };
 
 } // namespace tavrin

@@ -82,7 +82,7 @@ int PanelStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
   case PM_IndicatorHeight:
   case PM_ExclusiveIndicatorWidth:
   case PM_ExclusiveIndicatorHeight:
-    return 18;
+    return panel::boxSide;
   case PM_CheckBoxLabelSpacing:
   case PM_RadioButtonLabelSpacing:
   case PM_LayoutHorizontalSpacing:
@@ -132,12 +132,12 @@ QSize PanelStyle::sizeFromContents(ContentsType type, const QStyleOption* option
     return {size.width() + 24, height};
   case CT_CheckBox:
     if (dynamic_cast<const PanelSwitch*>(widget))
-      return {size.width() + 46, height};
-    return {size.width() + 18 + panel::grid, height};
+      return {size.width() + scaled(34) + 12, height};
+    return {size.width() + panel::boxSide + panel::grid, height};
   case CT_RadioButton:
     if (dynamic_cast<const PanelSegments*>(widget ? widget->parentWidget() : nullptr))
       return {size.width() + 22, height - 4};
-    return {size.width() + 18 + panel::grid, height};
+    return {size.width() + panel::boxSide + panel::grid, height};
   case CT_LineEdit:
     return {size.width() + 16, height};
   case CT_ComboBox:

@@ -1,20 +1,27 @@
 #pragma once
 
+#include "TavrinWidgetsUI/Kit/Panels/PanelFont.h"
+
 #include <QCommonStyle>
 
 namespace tavrin {
 
-/// Sizes all panels share, in points.
+/// Sizes all panels share, in points. Those that hold text grow with it.
 namespace panel {
+struct TextLength {
+  double points;
+  operator int() const { return scaled(points); }
+};
 inline constexpr int padding = 16;
 inline constexpr int grid = 8;
-inline constexpr int controlHeight = 28;
-inline constexpr int buttonHeight = 30;
-inline constexpr int rowHeight = 36;
-inline constexpr int tallRowHeight = 44;
+inline constexpr TextLength controlHeight{28};
+inline constexpr TextLength buttonHeight{30};
+inline constexpr TextLength rowHeight{36};
+inline constexpr TextLength tallRowHeight{44};
+inline constexpr TextLength boxSide{18};
 inline constexpr int cornerRadius = 6;
 inline constexpr int focusRing = 2;
-inline constexpr int maximumHeight = 560;
+inline constexpr TextLength maximumHeight{560};
 } // namespace panel
 
 /// Paints every control in the house look. Its colours come from the palette of the widget it

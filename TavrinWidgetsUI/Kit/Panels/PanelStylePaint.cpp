@@ -34,7 +34,7 @@ void drawForeignButton(const QStyleOptionButton& button, QPainter& painter) {
 
 void drawBox(const QStyleOptionButton& option, QPainter& painter, bool round) {
   const PanelPalette p = PanelPalette::from(option.palette);
-  const int side = 18;
+  const int side = panel::boxSide;
   const QRect box = QStyle::visualRect(
       option.direction, option.rect,
       QRect(option.rect.left(), option.rect.center().y() - side / 2 + 1, side, side));

@@ -32,8 +32,9 @@ void PanelText::setStyle(PanelTextStyle style) {
                                                      : QPalette::WindowText);
 }
 
-void PanelText::setSingleLine(bool single) {
+void PanelText::setSingleLine(bool single, Qt::TextElideMode elision) {
   single_ = single;
+  elision_ = elision;
   setWordWrap(!single);
   updateGeometry();
 }
@@ -71,7 +72,8 @@ void PanelText::paintEvent(QPaintEvent* event) {
     return;
   }
   QPainter painter(this);
-  panelPaint::line(painter, text(), rect(), font(), palette().color(foregroundRole()), alignment());
+  panelPaint::line(painter, text(), rect(), font(), palette().color(foregroundRole()), alignment(),
+                   elision_);
 }
 
 void PanelText::resizeEvent(QResizeEvent* event) {

@@ -19,8 +19,9 @@ public:
 
   void setStyle(PanelTextStyle style);
   PanelTextStyle textStyle() const { return style_; }
-  /// One line that gives way instead of wrapping.
-  void setSingleLine(bool single);
+  /// One line that gives way instead of wrapping, cut at its end or, as suits a file's name, in its
+  /// middle.
+  void setSingleLine(bool single, Qt::TextElideMode elision = Qt::ElideRight);
   /// Does nothing when the text is the same. Plain text, never markup.
   void setWords(const QString& text);
   /// Whether the words do not fit the line now.
@@ -36,6 +37,7 @@ protected:
 private:
   PanelTextStyle style_;
   bool single_ = false;
+  Qt::TextElideMode elision_ = Qt::ElideRight;
 };
 
 /// A line across, 1 point.

@@ -2,9 +2,11 @@
 
 #include "TavrinWidgetsUI/Kit/Panels/PanelAccessible.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelFocus.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Views/PlainWords.h"
 
 #include <QAbstractItemView>
 #include <QCoreApplication>
@@ -36,7 +38,7 @@ PanelView::PanelView(const PanelAppearance& appearance, Width width, QWidget* pa
   installPanelAccessibility();
   setPalette(colours_.palette());
   setFont(panelFont(PanelTextStyle::body));
-  setFixedWidth(static_cast<int>(width));
+  setFixedWidth(scaled(static_cast<int>(width)));
   setFocusPolicy(Qt::NoFocus);
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(0, 0, 0, 0);
@@ -47,7 +49,7 @@ PanelView::PanelView(const PanelAppearance& appearance, Width width, QWidget* pa
   middle->setSpacing(panel::grid);
   body_ = middle;
   column->addLayout(middle, 1);
-  new PanelFocus(this);
+  focus_ = new PanelFocus(this);
 }
 
 void PanelView::makeHeader(QVBoxLayout* column) {
@@ -68,8 +70,18 @@ void PanelView::makeHeader(QVBoxLayout* column) {
 
 void PanelView::setTitle(const QString& title) {
   title_->setWords(title);
-  if (title_->text() != accessibleName())
+  if (widgetName_.isEmpty() && title_->text() != accessibleName())
     setAccessibleName(title_->text());
+}
+
+void PanelView::setWidgetName(const QString& name) {
+  widgetName_ = plainWords(name);
+  setWindowTitle(widgetName_);
+  setAccessibleName(widgetName_.isEmpty() ? title_->text() : widgetName_);
+}
+
+void PanelView::setMainControl(QWidget* control) {
+  focus_->setMain(control);
 }
 
 QString PanelView::title() const {
@@ -132,6 +144,7 @@ QHBoxLayout* PanelView::footerRow() {
   hairline_ = new PanelDivider(this);
   column->addWidget(hairline_);
   footer_ = new QWidget(this);
+  focus_->setFooter(footer_);
   footerRow_ = new QHBoxLayout(footer_);
   footerRow_->setContentsMargins(panel::grid, 6, panel::grid, 6);
   footerRow_->setSpacing(panel::grid / 2);
@@ -170,7 +183,23 @@ QSize PanelView::fittingSize() const {
   QLayout* column = layout();
   const int wanted = column->hasHeightForWidth() ? column->totalHeightForWidth(width)
                                                  : column->sizeHint().height();
-  return {width, std::min(wanted, panel::maximumHeight)};
+  const int height = std::min<int>(wanted, panel::maximumHeight);
+  keptHeight_ = isSearching() ? std::max(keptHeight_, height) : height;
+  return {width, keptHeight_};
+}
+
+bool PanelView::isSearching() const {
+  for (const QLineEdit* line : findChildren<QLineEdit*>())
+    if (dynamic_cast<const PanelSearchField*>(line) && line->isVisibleTo(this) &&
+        !line->text().isEmpty())
+      return true;
+  return false;
+}
+
+void PanelView::showEvent(QShowEvent* event) {
+  QWidget::showEvent(event);
+  if (!event->spontaneous())
+    focus_->open();
 }
 
 void PanelView::keyPressEvent(QKeyEvent* event) {
@@ -193,9 +222,11 @@ void PanelView::keyPressEvent(QKeyEvent* event) {
 bool PanelView::event(QEvent* event) {
   const bool handled = QWidget::event(event);
   if (event->type() == QEvent::LayoutRequest) {
+    focus_->settle();
     const QSize size = fittingSize();
-    if (size != announced_) {
-      announced_ = size;
+    // Who laid the panel out may have asked, and not have it.
+    if (size != told_ || size != this->size()) {
+      told_ = size;
       updateGeometry();
       if (onFittingSizeChange)
         onFittingSizeChange();

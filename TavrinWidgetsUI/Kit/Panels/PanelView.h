@@ -12,6 +12,7 @@ namespace tavrin {
 
 class PanelButton;
 class PanelDivider;
+class PanelFocus;
 class PanelText;
 
 /// A kind's panel: the widget's name and state on top, the thing itself in the middle, a quiet
@@ -43,8 +44,15 @@ public:
   /// The widget's name: cut at its end where it is too long, whole to assistive technology.
   void setTitle(const QString& title);
   QString title() const;
+  /// What the user calls the widget, for lists of windows and assistive technology, where the title
+  /// is another.
+  void setWidgetName(const QString& name);
   /// The word at the right of the name, such as "Paused"; empty for none.
   void setState(const QString& state, State kind = State::plain);
+
+  /// What the panel is opened for: it has the focus then, while it can be used. Needed only where
+  /// that is not the first list, field or prominent button.
+  void setMainControl(QWidget* control);
 
   /// Puts a control, a list or a text at the end of the middle; the panel owns it.
   void add(QWidget* widget, Qt::Alignment alignment = {});
@@ -66,9 +74,10 @@ public:
   /// Light, dark or another tint, while it is open.
   void setAppearance(const PanelAppearance& appearance);
 
-  /// The size for the popover: the width, and the content's height up to 560.
+  /// The size for the popover: the width, and the content's height up to 560. It does not get lower
+  /// while there is something in a search field.
   QSize fittingSize() const;
-  QSize sizeHint() const override { return fittingSize(); }
+  QSize sizeHint() const override { return told_ = fittingSize(); }
   /// The fitting size may differ from before: something was added, hidden or reworded. Called
   /// once per round of changes.
   std::function<void()> onFittingSizeChange;
@@ -76,13 +85,18 @@ public:
 protected:
   void keyPressEvent(QKeyEvent* event) override;
   bool event(QEvent* event) override;
+  void showEvent(QShowEvent* event) override;
   /// After another appearance, for what a subclass coloured by hand.
   virtual void appearanceChanged() {}
 
 private:
   PanelAppearance appearance_;
   PanelPalette colours_;
-  QSize announced_;
+  /// The size that whoever holds the panel knows.
+  mutable QSize told_;
+  mutable int keptHeight_ = 0;
+  QString widgetName_;
+  PanelFocus* focus_ = nullptr;
   PanelText* title_ = nullptr;
   PanelText* state_ = nullptr;
   QVBoxLayout* body_ = nullptr;
@@ -94,6 +108,7 @@ private:
   void makeHeader(QVBoxLayout* column);
   QHBoxLayout* footerRow();
   void askForLayout();
+  bool isSearching() const;
 };
 
 } // namespace tavrin

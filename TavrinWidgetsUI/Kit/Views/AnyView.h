@@ -33,8 +33,9 @@ enum class Alignment {
   bottomTrailing,
 };
 
-/// A `size` set into `rect` as `alignment` says.
-QRectF aligned(const QSizeF& size, const QRectF& rect, Alignment alignment);
+/// A `size` set into `rect` as `alignment` says; `isMirrored` where leading is at the right.
+QRectF aligned(const QSizeF& size, const QRectF& rect, Alignment alignment,
+               bool isMirrored = false);
 
 struct Insets {
   double left = 0;
@@ -92,6 +93,9 @@ public:
   AnyView button(const ViewAction& action, const QString& label) const;
   /// Name and value for assistive technology, in place of what stands inside.
   AnyView accessibility(const QString& label, const QString& value = {}) const;
+  /// Left stays left where the interface runs from right to left: for clocks, what plays, and graphs
+  /// of time.
+  AnyView unmirrored() const;
   /// Keeps the painted pixels while this part stays equal: for what does not tick.
   AnyView cached() const;
 

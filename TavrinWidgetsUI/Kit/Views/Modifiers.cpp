@@ -6,11 +6,13 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace tavrin {
 
-QRectF aligned(const QSizeF& size, const QRectF& rect, Alignment alignment) {
-  const int column = static_cast<int>(alignment) % 3;
+QRectF aligned(const QSizeF& size, const QRectF& rect, Alignment alignment, bool isMirrored) {
+  const int leftwards = static_cast<int>(alignment) % 3;
+  const int column = isMirrored ? 2 - leftwards : leftwards;
   const int row = static_cast<int>(alignment) / 3;
   return {rect.x() + (rect.width() - size.width()) * column / 2,
           rect.y() + (rect.height() - size.height()) * row / 2, size.width(), size.height()};
@@ -32,7 +34,9 @@ struct Padding {
     return {inner.width() + dx, inner.height() + dy};
   }
   void paint(ViewContext& context, const QRectF& rect) const {
-    content.paint(context, rect.adjusted(insets.left, insets.top, -insets.right, -insets.bottom));
+    const double left = context.isMirrored ? insets.right : insets.left;
+    const double right = context.isMirrored ? insets.left : insets.right;
+    content.paint(context, rect.adjusted(left, insets.top, -right, -insets.bottom));
   }
   bool operator==(const Padding&) const = default;
 };
@@ -62,7 +66,8 @@ struct Frame {
             taken(offer.height(), inner.height(), limits.minHeight, limits.maxHeight)};
   }
   void paint(ViewContext& context, const QRectF& rect) const {
-    content.paint(context, aligned(content.measure(context, rect.size()), rect, alignment));
+    content.paint(context, aligned(content.measure(context, rect.size()), rect, alignment,
+                                   context.isMirrored));
   }
   bool operator==(const Frame&) const = default;
 };
@@ -91,7 +96,8 @@ struct Overlay {
   }
   void paint(ViewContext& context, const QRectF& rect) const {
     content.paint(context, rect);
-    above.paint(context, aligned(above.measure(context, rect.size()), rect, alignment));
+    above.paint(context, aligned(above.measure(context, rect.size()), rect, alignment,
+                                 context.isMirrored));
   }
   bool operator==(const Overlay&) const = default;
 };
@@ -187,6 +193,20 @@ struct Accessibility {
   bool operator==(const Accessibility&) const = default;
 };
 
+struct Unmirrored {
+  AnyView content;
+
+  QSizeF measure(ViewContext& context, const QSizeF& offer) const {
+    return content.measure(context, offer);
+  }
+  void paint(ViewContext& context, const QRectF& rect) const {
+    const bool before = std::exchange(context.isMirrored, false);
+    content.paint(context, rect);
+    context.isMirrored = before;
+  }
+  bool operator==(const Unmirrored&) const = default;
+};
+
 struct Cached {
   AnyView content;
   /// Kept even within another kept layer, which can then be painted again from it.
@@ -215,6 +235,7 @@ KeptLayer paintedLayer(ViewContext& context, const AnyView& content, const QRect
   painter.scale(scale, scale);
   ViewContext inner(painter, scale, context.text, context.layers);
   inner.spokenFor = context.spokenFor;
+  inner.isMirrored = context.isMirrored;
   inner.isInLayer = true;
   content.paint(inner, {QPointF(0, 0), within.size() / scale});
   layer.buttons = std::move(inner.buttons);
@@ -286,6 +307,9 @@ AnyView button(AnyView content, const ViewAction& action, const QString& label) 
 }
 AnyView accessibility(AnyView content, const QString& label, const QString& value) {
   return Accessibility{std::move(content), label, value};
+}
+AnyView unmirrored(AnyView content) {
+  return Unmirrored{std::move(content)};
 }
 AnyView cached(AnyView content) {
   return Cached{std::move(content), false};

@@ -17,6 +17,7 @@ AnyView quarterTurns(AnyView content, int turns);
 AnyView offset(AnyView content, double dx, double dy);
 AnyView button(AnyView content, const ViewAction& action, const QString& label);
 AnyView accessibility(AnyView content, const QString& label, const QString& value);
+AnyView unmirrored(AnyView content);
 AnyView cached(AnyView content);
 AnyView cachedAsBase(AnyView content);
 
@@ -87,6 +88,9 @@ AnyView Modifiers<Self>::button(const ViewAction& action, const QString& label) 
 template <class Self>
 AnyView Modifiers<Self>::accessibility(const QString& label, const QString& value) const {
   return modifiers::accessibility(selfOf(*this), label, value);
+}
+template <class Self> AnyView Modifiers<Self>::unmirrored() const {
+  return modifiers::unmirrored(selfOf(*this));
 }
 template <class Self> AnyView Modifiers<Self>::cached() const {
   return modifiers::cached(selfOf(*this));

@@ -51,9 +51,8 @@ void drawLine(ViewContext& context, const Text& text, const QString& line, doubl
               const QRectF& rect, Digits digits) {
   const double width = context.text.width(line, text.fontWeight, size, digits);
   const double room = rect.width() - width;
-  const double x = text.textAlignment == TextAlignment::leading  ? 0
-                   : text.textAlignment == TextAlignment::centre ? room / 2
-                                                                 : room;
+  const bool isLeft = (text.textAlignment == TextAlignment::leading) != context.isMirrored;
+  const double x = text.textAlignment == TextAlignment::centre ? room / 2 : isLeft ? 0 : room;
   const double cap = context.text.capHeight(text.fontWeight, size);
   const double baseline = rect.y() + (rect.height() + cap) / 2;
   // Whole pixels keep feet sharp and a ticking figure in its columns.

@@ -234,10 +234,10 @@ void Stack::paint(ViewContext& context, const QRectF& rect) const {
     if (children[i].isEmpty())
       continue;
     const QSizeF size = row.turned(sizes[i]);
-    const QRectF slot = row.isRow()
-                            ? QRectF(rect.x() + along, rect.y(), size.width(), rect.height())
-                            : QRectF(rect.x(), rect.y() + along, rect.width(), size.height());
-    children[i].paint(context, aligned(size, slot, childAlignment));
+    const double x = context.isMirrored ? rect.right() - along - size.width() : rect.x() + along;
+    const QRectF slot = row.isRow() ? QRectF(x, rect.y(), size.width(), rect.height())
+                                    : QRectF(rect.x(), rect.y() + along, rect.width(), size.height());
+    children[i].paint(context, aligned(size, slot, childAlignment, context.isMirrored));
     along += sizes[i].width() + gap;
   }
 }
@@ -265,7 +265,8 @@ QSizeF Layers::measure(ViewContext& context, const QSizeF& offer) const {
 
 void Layers::paint(ViewContext& context, const QRectF& rect) const {
   for (const AnyView& child : children)
-    child.paint(context, aligned(child.measure(context, rect.size()), rect, childAlignment));
+    child.paint(context, aligned(child.measure(context, rect.size()), rect, childAlignment,
+                                 context.isMirrored));
 }
 
 Layers zstack(std::vector<AnyView> children) {

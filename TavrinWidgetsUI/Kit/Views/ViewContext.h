@@ -3,6 +3,7 @@
 #include "TavrinWidgetsUI/Kit/Views/AnyView.h"
 #include "TavrinWidgetsUI/Kit/Views/PlainWords.h"
 
+#include <QGuiApplication>
 #include <QPainter>
 #include <vector>
 
@@ -41,6 +42,8 @@ public:
   LayerCache& layers;
   std::vector<ViewButton> buttons;
   std::vector<AccessibleElement> elements;
+  /// Leading is at the right: the interface runs from right to left.
+  bool isMirrored = QGuiApplication::layoutDirection() == Qt::RightToLeft;
   /// How many parts around the current one speak for what stands in them.
   int spokenFor = 0;
   /// Being painted into a kept layer, inside which no further ones are kept but bases.

@@ -1,0 +1,104 @@
+"""Every kind's tile and panel as assistive technology and the keyboard alone find them."""
+
+import unittest
+
+from access_tree import AccessTree
+from every_kind import KINDS, SLOT, place, start, stop
+from rig import Desk, wait_for
+from test_keyboard import start_accessibility
+
+# What one acts on, and must have a name.
+CONTROLS = {"push button", "check box", "radio button", "toggle button", "combo box", "slider",
+            "spin button", "text", "entry", "list", "list item", "table", "link", "menu item"}
+# What is told by a number.
+NUMBERS = {"slider", "spin button"}
+# What is pressed.
+PRESSED = {"push button", "check box", "radio button", "toggle button"}
+
+
+class Access(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.desk = Desk()
+        cls.addClassCleanup(cls.desk.close)
+        start_accessibility(cls.desk)
+        cls.tree = AccessTree(cls.desk)
+        cls.addClassCleanup(cls.tree.close)
+
+    def open(self, kind, name):
+        place(self.desk, kind, name)
+        process = start(self.desk)
+        self.addCleanup(lambda: process.poll() is None and stop(process))
+        self.desk.toggle(SLOT)
+        panel = wait_for(lambda: self.tree.panel(process.pid), "the panel on the bus")
+        wait_for(lambda: self.focused(process) is not None, "the focus")
+        return process, panel
+
+    def focused(self, process):
+        return next((self.key(node) for node in self.tree.panel(process.pid) if node["focused"]),
+                    None)
+
+    @staticmethod
+    def key(node):
+        return node["role"], node["name"], tuple(node["extents"] or ())
+
+    def test_every_kind(self):
+        for kind in KINDS:
+            with self.subTest(kind=kind):
+                name = f"My {kind}"
+                process, _ = self.open(kind, name)
+                self.check_tile(process, name)
+                self.check_panel(self.tree.panel(process.pid), name)
+                self.check_keyboard(process)
+                stop(process)
+
+    def check_tile(self, process, name):
+        tile = next((node for node in self.tree.nodes(process.pid)
+                     if node["role"] == "push button" and node["depth"] == 1), None)
+        self.assertIsNotNone(tile, "no tile on the bus")
+        self.assertEqual(tile["name"], name)
+        self.assertNotEqual(tile["description"], name)
+        self.assertTrue(tile["actions"])
+        for node in self.tree.nodes(process.pid):
+            if node["role"] == "push button" and node["depth"] == 2:
+                self.assertTrue(node["name"] and node["actions"], f"a button of the tile: {node}")
+
+    def check_panel(self, panel, name):
+        self.assertEqual(panel[0]["name"], name)
+        for node in panel[1:]:
+            what = f"{node['role']} {node['name']!r}"
+            if node["role"] in CONTROLS and (node["focusable"] or node["actions"]):
+                self.assertTrue(node["name"], f"a {what} without a name")
+            if node["name"]:
+                self.assertNotEqual(node["description"], node["name"], what)
+            if node["role"] in NUMBERS:
+                self.assertIsNotNone(node["value"], what)
+            if node["role"] in PRESSED and node["enabled"]:
+                self.assertTrue(node["actions"], what)
+            if node["role"] in ("check box", "radio button"):
+                self.assertTrue(node["checkable"], what)
+
+    def check_keyboard(self, process):
+        """What can have the focus is reached by Tab; a list's rows, tabs and radio buttons by the
+        arrows."""
+        def wanted():
+            return {self.key(node) for node in self.tree.panel(process.pid)
+                    if node["focusable"] and node["enabled"] and node["role"] in CONTROLS
+                    and node["role"] not in ("list item", "radio button")
+                    and not node["name"].startswith("qt_")}
+        seen = []
+        for _ in range(40):
+            now = wait_for(lambda: self.focused(process), "the focus")
+            if now in seen:
+                break
+            seen.append(now)
+            before = now
+            self.desk.key("Tab")
+            if len(wanted()) > 1:
+                wait_for(lambda: self.focused(process) not in (None, before), "Tab to move")
+        reached = {one[:2] for one in seen}
+        self.assertLessEqual({one[:2] for one in wanted()}, reached, "not reached by Tab")
+
+
+if __name__ == "__main__":
+    unittest.main()

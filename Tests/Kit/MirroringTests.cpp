@@ -1,0 +1,71 @@
+#include "TavrinWidgetsUI/Kit/Views/TileLayout.h"
+#include "TavrinWidgetsUI/Kit/Views/ViewRenderer.h"
+
+#include <QApplication>
+#include <gtest/gtest.h>
+
+namespace tavrin {
+namespace {
+
+/// The interface from right to left while it lives.
+struct RightToLeft {
+  RightToLeft() { QApplication::setLayoutDirection(Qt::RightToLeft); }
+  ~RightToLeft() { QApplication::setLayoutDirection(Qt::LeftToRight); }
+};
+
+AnyView square(const QColor& colour) {
+  return rectangle().fill(colour).frame(10, 10);
+}
+
+/// Where on a strip of 40 by 10 points that colour begins, -1 for nowhere.
+int startOf(const QColor& colour, const AnyView& view) {
+  ViewRenderer renderer;
+  renderer.render(view, {40, 10}, 1);
+  for (int x = 0; x < 40; ++x)
+    if (renderer.image().pixelColor(x, 5) == colour)
+      return x;
+  return -1;
+}
+
+TEST(Mirroring, RowsAlignmentsPaddingsAndTextsRunTheOtherWay) {
+  const QColor red(255, 0, 0);
+  const QColor blue(0, 0, 255);
+  const AnyView row = hstack({square(red), square(blue)}).fillWidth();
+  const AnyView padded = square(red).padding({4, 0, 0, 0}).fillWidth();
+  EXPECT_EQ(startOf(red, row), 0);
+  EXPECT_EQ(startOf(blue, row), 10);
+  EXPECT_EQ(startOf(red, padded), 4);
+  const RightToLeft mirrored;
+  EXPECT_EQ(startOf(red, row), 30);
+  EXPECT_EQ(startOf(blue, row), 20);
+  EXPECT_EQ(startOf(red, padded), 26);
+  const QColor white(255, 255, 255);
+  EXPECT_GT(startOf(white, text("I").colour(white).frame(40, 10, Alignment::leading)), 20);
+}
+
+TEST(Mirroring, ClocksAndWhatPlaysStayAsTheyAre) {
+  const QColor red(255, 0, 0);
+  const RightToLeft mirrored;
+  const AnyView row = hstack({square(red), square(QColor(0, 0, 255))}).fillWidth();
+  EXPECT_EQ(startOf(red, row.unmirrored()), 0);
+  EXPECT_EQ(startOf(red, hstack({row.unmirrored().frame(20, 10), square(red)})), 5)
+      << "what stands beside it is mirrored";
+}
+
+TEST(Mirroring, AWideTilesButtonsAreClickedWhereTheyStand) {
+  WideTileContent content;
+  content.figure = "25:00";
+  content.actions = {{.action = {"play", [] {}}, .symbol = "play.fill", .label = "Play"}};
+  const TileSize size{64, 3};
+  const auto place = [&] {
+    ViewRenderer renderer;
+    renderer.render(wideTile(content, size), {size.width(), size.height()}, 1);
+    return renderer.buttons().at(0).rect.center().x();
+  };
+  const double right = place();
+  const RightToLeft mirrored;
+  EXPECT_NEAR(place(), size.width() - right, 1);
+}
+
+} // namespace
+} // namespace tavrin
