@@ -25,14 +25,10 @@ class Access(unittest.TestCase):
         cls.tree = AccessTree(cls.desk)
         cls.addClassCleanup(cls.tree.close)
 
-    def open(self, kind, name):
-        place(self.desk, kind, name)
-        process = start(self.desk)
-        self.addCleanup(lambda: process.poll() is None and stop(process))
+    def open(self, process):
         self.desk.toggle(SLOT)
-        panel = wait_for(lambda: self.tree.panel(process.pid), "the panel on the bus")
+        wait_for(lambda: self.tree.panel(process.pid), "the panel on the bus")
         wait_for(lambda: self.focused(process) is not None, "the focus")
-        return process, panel
 
     def focused(self, process):
         return next((self.key(node) for node in self.tree.panel(process.pid) if node["focused"]),
@@ -46,11 +42,15 @@ class Access(unittest.TestCase):
         for kind in KINDS:
             with self.subTest(kind=kind):
                 name = f"My {kind}"
-                process, _ = self.open(kind, name)
-                self.check_tile(process, name)
-                self.check_panel(self.tree.panel(process.pid), name)
-                self.check_keyboard(process)
-                stop(process)
+                place(self.desk, kind, name)
+                process = start(self.desk)
+                try:
+                    self.open(process)
+                    self.check_tile(process, name)
+                    self.check_panel(self.tree.panel(process.pid), name)
+                    self.check_keyboard(process)
+                finally:
+                    stop(process)
 
     def check_tile(self, process, name):
         tile = next((node for node in self.tree.nodes(process.pid)

@@ -125,8 +125,11 @@ class DesignedWidgets(DeskTest):
         widgets[0]["kind"] = {"bookmarks": {"_0": settings}}
         self.desk.write_widgets(widgets)
         wait_for(lambda: self.panel(process)[4] > small + 100, "the panel to grow")
+        grown = self.panel(process)[4]
         self.desk.run("xdotool", "type", "site3")
-        wait_for(lambda: self.panel(process)[4] < small + 100, "the panel to fit what was found")
+        self.assertEqual(self.panel(process)[4], grown, "nothing jumps while one searches")
+        self.desk.key("Return")
+        wait_for(lambda: "site3" in self.opened.read_text(), "what was found to be opened")
 
     def shows(self, colour, window):
         return self.desk.pixels(window).count(bytes.fromhex(colour)) > 10

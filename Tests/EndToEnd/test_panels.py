@@ -101,7 +101,7 @@ class OnManager:
             return f"the content is {high} high and not {height}"
         if abs(y + high + ARROW - bottom) > 1:
             return f"content {self.content} and arrow do not end with the frame {frame}"
-        if not 0 <= y - top <= SHADOW or not 0 <= x - left <= SHADOW or x + across > left + width:
+        if not 0 <= y - top <= SHADOW + 1 or not 0 <= x - left <= SHADOW + 1 or x + across > left + width:
             return f"content {self.content} is not in its frame {frame}"
         for node in nodes[2:]:
             box = node["extents"]

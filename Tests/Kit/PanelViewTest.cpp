@@ -207,12 +207,19 @@ TEST_F(PanelViewTest, NothingIsCutOrOverlapsWithTheLongestTexts) {
   }
 }
 
-TEST_F(PanelViewTest, SaysWhenItsSizeChangesAndOnlyThen) {
+TEST(PanelViewSize, IsToldWhenItChangesAndOnlyThen) {
+  // As in the popover, whose window lays nothing out by itself.
+  QWidget window;
+  auto* panel = new SamplePanel;
+  panel->setParent(&window);
   int calls = 0;
   panel->onFittingSizeChange = [&] {
     ++calls;
-    stage.window().resize(panel->fittingSize());
+    panel->resize(panel->fittingSize());
   };
+  window.show();
+  QApplication::processEvents();
+  calls = 0;
   auto* extra = new PanelText("One more line");
   panel->add(extra);
   QApplication::processEvents();
