@@ -3,7 +3,7 @@
 #include "TavrinCore/Kinds/Runs/TimerRun.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
-#include "TavrinWidgetsUI/Kit/Panels/PanelKeys.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelFocus.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelToolTip.h"
 #include "TavrinWidgetsUI/Kit/Views/Utf8.h"

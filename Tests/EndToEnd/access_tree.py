@@ -39,6 +39,7 @@ def walk(node, depth, found):
         "depth": depth, "role": role, "name": node.name, "description": node.description,
         "focused": states.contains(pyatspi.STATE_FOCUSED),
         "focusable": states.contains(pyatspi.STATE_FOCUSABLE),
+        "checked": states.contains(pyatspi.STATE_CHECKED),
         "checkable": states.contains(pyatspi.STATE_CHECKABLE),
         "enabled": states.contains(pyatspi.STATE_ENABLED),
         "value": numbers(node), "actions": actions(node), "extents": extents(node)})

@@ -31,8 +31,14 @@ class Access(unittest.TestCase):
         wait_for(lambda: self.focused(process) is not None, "the focus")
 
     def focused(self, process):
-        return next((self.key(node) for node in self.tree.panel(process.pid) if node["focused"]),
-                    None)
+        """What has the focus; of a list's row the list."""
+        panel = self.tree.panel(process.pid)
+        at = next((i for i, node in enumerate(panel) if node["focused"]), None)
+        if at is None:
+            return None
+        while panel[at]["role"] in ("list item", "table cell"):
+            at -= 1
+        return self.key(panel[at])
 
     @staticmethod
     def key(node):
@@ -75,8 +81,11 @@ class Access(unittest.TestCase):
                 self.assertIsNotNone(node["value"], what)
             if node["role"] in PRESSED and node["enabled"]:
                 self.assertTrue(node["actions"], what)
-            if node["role"] in ("check box", "radio button"):
+            if node["role"] == "check box":
                 self.assertTrue(node["checkable"], what)
+        choices = [node for node in panel if node["role"] == "radio button"]
+        if choices:
+            self.assertTrue(any(node["checked"] for node in choices), "nothing is chosen")
 
     def check_keyboard(self, process):
         """What can have the focus is reached by Tab; a list's rows, tabs and radio buttons by the

@@ -35,7 +35,8 @@ TEST(PanelFocusOnOpening, GoesToTheFirstListFieldOrProminentButton) {
 TEST(PanelFocusOnOpening, AListBeginsWithItsNewestRowEachTime) {
   auto* panel = new PanelView({});
   auto* list = new PanelList("Files");
-  list->setRows({{.id = "new", .title = "New"}, {.id = "b", .title = "B"}, {.id = "c", .title = "C"}});
+  list->setRows(
+      {{.id = "new", .title = "New"}, {.id = "b", .title = "B"}, {.id = "c", .title = "C"}});
   panel->add(list);
   panel->add(new PanelButton(ButtonKind::prominent, "Copy"));
   PanelStage stage(panel);

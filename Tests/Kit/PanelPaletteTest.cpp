@@ -17,7 +17,8 @@ std::vector<PanelAppearance> appearances() {
 }
 
 std::string nameOf(const PanelAppearance& look) {
-  return (look.highContrast ? "high contrast " : "") + std::string(look.dark ? "dark " : "light ") + look.tint.name().toStdString();
+  return (look.highContrast ? "high contrast " : "") + std::string(look.dark ? "dark " : "light ") +
+         look.tint.name().toStdString();
 }
 
 int distance(const QColor& a, const QColor& b) {

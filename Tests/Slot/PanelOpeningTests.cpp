@@ -47,11 +47,14 @@ TEST_P(PanelOpening, TheMainControlHasTheFocusAndIsSeenToHaveIt) {
   const auto isAtTheBottom = [&](const QWidget* widget) {
     return widget->mapTo(panel(), QPoint()).y() >= bottomRow;
   };
-  if (isAtTheBottom(focus))
-    for (const QWidget* other : all<QWidget>())
+  if (isAtTheBottom(focus)) {
+    for (const QWidget* other : all<QWidget>()) {
       EXPECT_FALSE(isUsable(other) && !isAtTheBottom(other)) << told(other) << " comes before it";
-  if (const auto* rows = qobject_cast<const QAbstractItemView*>(focus))
+    }
+  }
+  if (const auto* rows = qobject_cast<const QAbstractItemView*>(focus)) {
     EXPECT_EQ(rows->currentIndex().row(), 0) << told(focus);
+  }
 }
 
 TEST_P(PanelOpening, ItIsCalledAsTheUserCallsTheWidget) {

@@ -130,6 +130,24 @@ TEST(SystemWidgetController, AnotherInterfaceFontIsOnTheTileAndInThePanelAtOnce)
   }
 }
 
+TEST(SystemWidgetController, AnotherTextSizeAndContrastReachTheOpenPanelAtOnce) {
+  Slot slot;
+  slot.show<SystemWidgetController>(ClockSettings{});
+  slot.controller->togglePanel();
+  const auto panel = [&] { return dynamic_cast<PanelView*>(slot.panel.rootView()); };
+  EXPECT_EQ(panel()->fittingSize().width(), 280);
+  const int height = panel()->fittingSize().height();
+  slot.platform.fakeWorkspace.textScale = 1.5;
+  slot.platform.fakeWorkspace.highContrast = true;
+  slot.platform.fakeWorkspace.appearance.call();
+  EXPECT_EQ(panel()->fittingSize().width(), 420);
+  EXPECT_GT(panel()->fittingSize().height(), height);
+  EXPECT_EQ(panel()->colours().text, QColor(Qt::black));
+  slot.platform.fakeWorkspace.textScale = 1;
+  slot.platform.fakeWorkspace.appearance.call();
+  EXPECT_EQ(panel()->fittingSize().width(), 280);
+}
+
 TEST(SystemWidgetController, TheOpenPanelBecomesTheOtherKinds) {
   Slot slot;
   slot.show<SystemWidgetController>(clockWithSeconds());
@@ -189,8 +207,7 @@ TEST(SystemWidgetController, ARunThatCannotBeReadBeginsAnew) {
     slot.id = opened.create("Mine", StopwatchSettings{}).id;
     const std::string key = "dev.quellby.tavrin.stopwatch." + slot.id.text();
     slot.platform.defaults.set(key, JSONValue::parse(text));
-    slot.controller =
-        begun<SystemWidgetController>(slot.context, *opened.widget(slot.id));
+    slot.controller = begun<SystemWidgetController>(slot.context, *opened.widget(slot.id));
     slot.controller->togglePanel();
     slot.press("Start");
     EXPECT_EQ(decode<StopwatchRun>(slot.platform.defaults.values.at(key)).accumulated, 0) << text;

@@ -66,8 +66,7 @@ bool isHighContrast(const std::string& theme) {
 
 bool hasHighContrastInSettings(const FileManager& files) {
   for (const char* file : gtkFiles)
-    if (isHighContrast(
-            toolkitSetting(files, file, "Settings", "gtk-theme-name").value_or("")))
+    if (isHighContrast(toolkitSetting(files, file, "Settings", "gtk-theme-name").value_or("")))
       return true;
   return isHighContrast(toolkitSetting(files, "kdeglobals", "General", "ColorScheme").value_or(""));
 }

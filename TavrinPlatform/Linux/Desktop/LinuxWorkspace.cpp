@@ -283,8 +283,7 @@ LinuxWorkspace::Look LinuxWorkspace::readLook() const {
   Look look;
   look.isDark = portalDark_ ? *portalDark_ : isDarkInSettings(files_);
   look.isStill = portalReducesMotion_ || !portalHasAnimations_ ||
-                 xsettings_->integer("Gtk/EnableAnimations") == 0 ||
-                 isStillInSettings(files_);
+                 xsettings_->integer("Gtk/EnableAnimations") == 0 || isStillInSettings(files_);
   look.hasHighContrast = portalContrast_ ||
                          isHighContrast(xsettings_->text("Net/ThemeName").value_or("")) ||
                          hasHighContrastInSettings(files_);

@@ -228,9 +228,8 @@ void BusNearbyDevices::settle() {
       if (!device.name.empty())
         devices.push_back(device);
   const NameOrder order;
-  std::ranges::stable_sort(devices, [&](const NearbyDevice& a, const NearbyDevice& b) {
-    return order(a.name, b.name);
-  });
+  std::ranges::stable_sort(
+      devices, [&](const NearbyDevice& a, const NearbyDevice& b) { return order(a.name, b.name); });
   const bool isChanged = devices != devices_ || isAvailable() != wasAvailable_;
   devices_ = std::move(devices);
   wasAvailable_ = isAvailable();

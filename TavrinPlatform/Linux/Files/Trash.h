@@ -9,8 +9,8 @@ namespace tavrin {
 /// was, when that cannot be done.
 bool moveToTrash(const std::filesystem::path& file, const std::filesystem::path& homeTrash);
 
-/// Puts back the file that `moveToTrash` took last from the path `file`. False, with nothing changed,
-/// where the trash has none, or where something has that path.
+/// Puts back the file that `moveToTrash` took last from the path `file`. False, with nothing
+/// changed, where the trash has none, or where something has that path.
 bool restoreFromTrash(const std::filesystem::path& file, const std::filesystem::path& homeTrash);
 
 } // namespace tavrin

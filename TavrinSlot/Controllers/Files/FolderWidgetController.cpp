@@ -30,8 +30,7 @@ FilePanelServices FolderWidgetController::services(FilePanelServices::Action cop
           .copy = closing(std::move(copy)),
           .reveal = closing([this](const auto& file) { actions_->reveal(file); }),
           .moveToTrash = [this](const auto& file) { moveToTrash(file); },
-          .undoable =
-              [this] { return trashed_.empty() ? QString() : fileTitle(trashed_.back()); },
+          .undoable = [this] { return trashed_.empty() ? QString() : fileTitle(trashed_.back()); },
           .undo = [this] { undo(); },
           .edit = context().onEdit,
           .trouble = [this] { return trouble_; }};

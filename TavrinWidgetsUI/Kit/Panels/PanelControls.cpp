@@ -85,6 +85,8 @@ PanelSearchField::PanelSearchField(const QString& prompt, QWidget* parent) : QLi
 void PanelSearchField::setList(QWidget* list) {
   list_ = list;
   panelPaint::setLead(*list, *this);
+  // Else the toolkit would describe the field by its prompt, which is its name.
+  setAccessibleDescription(tr("The Down key leads to what was found"));
 }
 
 void PanelSearchField::updateList() {

@@ -8,8 +8,9 @@
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QEvent>
-#include <QFocusFrame>
 #include <QFocusEvent>
+#include <QFocusFrame>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QRadioButton>
@@ -52,7 +53,33 @@ void beginWithFirstRow(QWidget* widget) {
   view->scrollToTop();
 }
 
+class ArrowKeys : public QObject {
+public:
+  ArrowKeys(QWidget& from, QWidget& to) : QObject(&from), to_(&to) {
+    from.installEventFilter(this);
+  }
+
+  bool eventFilter(QObject*, QEvent* event) override {
+    if (event->type() != QEvent::KeyPress || to_ == nullptr || !to_->isVisible() ||
+        !to_->isEnabled())
+      return false;
+    const auto* press = static_cast<QKeyEvent*>(event);
+    if (press->modifiers() != Qt::NoModifier ||
+        (press->key() != Qt::Key_Left && press->key() != Qt::Key_Right))
+      return false;
+    QCoreApplication::sendEvent(to_, event);
+    return true;
+  }
+
+private:
+  QPointer<QWidget> to_;
+};
+
 } // namespace
+
+void passArrowKeys(QWidget& from, QWidget& to) {
+  new ArrowKeys(from, to);
+}
 
 PanelFocus::PanelFocus(QWidget* panel) : QObject(panel), panel_(panel) {
   panel->installEventFilter(this);
@@ -142,8 +169,8 @@ void PanelFocus::putFooterLast() {
 }
 
 void PanelFocus::moved(QWidget* to, const QFocusEvent& event) {
-  const bool isTheWindows = event.reason() == Qt::ActiveWindowFocusReason ||
-                            event.reason() == Qt::PopupFocusReason;
+  const bool isTheWindows =
+      event.reason() == Qt::ActiveWindowFocusReason || event.reason() == Qt::PopupFocusReason;
   if (!isPlacing_ && !isTheWindows) {
     if (last_ == nullptr || !takesFocus(last_))
       isLost_ = true;

@@ -11,13 +11,13 @@ namespace tavrin {
 
 /// Where a panel's keyboard is, and that it is seen.
 ///
-/// When the panel opens, its main control has the focus: the one that was named, else the first list
-/// with rows, field or prominent button, else the first control, the bottom row's last of all. A
-/// list that gets it so begins with its first row, the newest. While the user has pressed nothing
+/// When the panel opens, its main control has the focus: the one that was named, else the first
+/// list with rows, field or prominent button, else the first control, the bottom row's last of all.
+/// A list that gets it so begins with its first row, the newest. While the user has pressed nothing
 /// yet the focus follows what the panel shows; later it does where what had it went away.
 ///
-/// The ring around it is shown from then on until the next mouse press, and from the next key press.
-/// Watches the application's events only while its panel is on the screen.
+/// The ring around it is shown from then on until the next mouse press, and from the next key
+/// press. Watches the application's events only while its panel is on the screen.
 class PanelFocus : public QObject {
 public:
   explicit PanelFocus(QWidget* panel);
@@ -56,5 +56,9 @@ private:
   /// What had the focus went away under it.
   bool isLost_ = false;
 };
+
+/// Left and Right on `from` are meant for `to`, such as a position beside a play button, while that
+/// one can be used.
+void passArrowKeys(QWidget& from, QWidget& to);
 
 } // namespace tavrin

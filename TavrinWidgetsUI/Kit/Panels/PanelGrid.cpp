@@ -130,11 +130,10 @@ public:
     QRectF square = rect;
     if (const double room = grid_->captionHeight(); rect.height() > rect.width() + room / 2) {
       square.setHeight(rect.height() - room);
-      panelPaint::lines(*painter, cell.caption,
-                        {rect.left() + 3, square.bottom() - 3, rect.width() - 6, room},
-                        panelFont(PanelTextStyle::caption),
-                        cell.isEnabled ? colours.text : colours.secondary,
-                        cell.isFileName ? Qt::ElideMiddle : Qt::ElideRight);
+      panelPaint::lines(
+          *painter, cell.caption, {rect.left() + 3, square.bottom() - 3, rect.width() - 6, room},
+          panelFont(PanelTextStyle::caption), cell.isEnabled ? colours.text : colours.secondary,
+          cell.isFileName ? Qt::ElideMiddle : Qt::ElideRight);
     }
     paintContent(*painter, cell, square, colours);
     if (cell.isChecked) {

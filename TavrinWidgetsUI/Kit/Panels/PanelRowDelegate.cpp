@@ -111,7 +111,8 @@ bool RowPainting::paintWords() {
   font.setStrikeOut(row.isDone);
   const QColor colour = row.isDone ? quietInk() : ink();
   const QRectF words = room(left, right - left);
-  const bool isCut = QFontMetricsF(font).horizontalAdvance(plainWords(row.title)) > words.width() + 0.5;
+  const bool isCut =
+      QFontMetricsF(font).horizontalAdvance(plainWords(row.title)) > words.width() + 0.5;
   const Qt::TextElideMode elision = row.isFileName ? Qt::ElideMiddle : Qt::ElideRight;
   if (row.subtitle.isEmpty()) {
     panelPaint::line(painter, row.title, words, font, colour, Qt::AlignLeading, elision);
@@ -171,7 +172,8 @@ void PanelRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opti
   const bool pressed = hover && overAction < 0 && list_->isPressed(index);
 
   painter->save();
-  panelPaint::rounded(*painter, rect, panel::cornerRadius, groundOf(row, hover, pressed, led, colours));
+  panelPaint::rounded(*painter, rect, panel::cornerRadius,
+                      groundOf(row, hover, pressed, led, colours));
   RowPainting painting{*painter,
                        row,
                        colours,

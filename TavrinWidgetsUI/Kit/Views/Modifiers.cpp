@@ -96,8 +96,8 @@ struct Overlay {
   }
   void paint(ViewContext& context, const QRectF& rect) const {
     content.paint(context, rect);
-    above.paint(context, aligned(above.measure(context, rect.size()), rect, alignment,
-                                 context.isMirrored));
+    above.paint(context,
+                aligned(above.measure(context, rect.size()), rect, alignment, context.isMirrored));
   }
   bool operator==(const Overlay&) const = default;
 };

@@ -235,8 +235,9 @@ void Stack::paint(ViewContext& context, const QRectF& rect) const {
       continue;
     const QSizeF size = row.turned(sizes[i]);
     const double x = context.isMirrored ? rect.right() - along - size.width() : rect.x() + along;
-    const QRectF slot = row.isRow() ? QRectF(x, rect.y(), size.width(), rect.height())
-                                    : QRectF(rect.x(), rect.y() + along, rect.width(), size.height());
+    const QRectF slot = row.isRow()
+                            ? QRectF(x, rect.y(), size.width(), rect.height())
+                            : QRectF(rect.x(), rect.y() + along, rect.width(), size.height());
     children[i].paint(context, aligned(size, slot, childAlignment, context.isMirrored));
     along += sizes[i].width() + gap;
   }
