@@ -40,7 +40,6 @@ def walk(node, depth, found):
         "focused": states.contains(pyatspi.STATE_FOCUSED),
         "focusable": states.contains(pyatspi.STATE_FOCUSABLE),
         "checked": states.contains(pyatspi.STATE_CHECKED),
-        "checkable": states.contains(pyatspi.STATE_CHECKABLE),
         "enabled": states.contains(pyatspi.STATE_ENABLED),
         "value": numbers(node), "actions": actions(node), "extents": extents(node)})
     # Of a list of thousands the first rows tell enough.

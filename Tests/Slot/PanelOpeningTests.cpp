@@ -1,3 +1,5 @@
+#include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelView.h"
 #include "Tests/Slot/SlotFixture.h"
 
 #include <QAbstractItemView>

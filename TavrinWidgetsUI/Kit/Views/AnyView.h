@@ -93,8 +93,8 @@ public:
   AnyView button(const ViewAction& action, const QString& label) const;
   /// Name and value for assistive technology, in place of what stands inside.
   AnyView accessibility(const QString& label, const QString& value = {}) const;
-  /// Left stays left where the interface runs from right to left: for clocks, what plays, and graphs
-  /// of time.
+  /// Left stays left where the interface runs from right to left: for clocks, what plays, and
+  /// graphs of time.
   AnyView unmirrored() const;
   /// Keeps the painted pixels while this part stays equal: for what does not tick.
   AnyView cached() const;
