@@ -1,6 +1,7 @@
 #include "TavrinCore/Text/NameOrder.h"
 
 #include <algorithm>
+#include <functional>
 #include <gmock/gmock.h>
 
 namespace tavrin {
@@ -10,7 +11,7 @@ using testing::ElementsAre;
 
 std::vector<std::string> sorted(std::vector<std::string> names, const char* locale) {
   const NameOrder order(locale);
-  std::ranges::stable_sort(names, order);
+  std::ranges::stable_sort(names, std::cref(order));
   return names;
 }
 
