@@ -162,6 +162,7 @@ TEST_F(FilesWidget, WhatWasTrashedComesBackAlsoAfterThePanelHasClosed) {
     settle();
     EXPECT_THAT(user().restored, ElementsAre("/d/b.png", "/d/a.png"));
     EXPECT_TRUE(button("Undo")->isHidden());
+    platform_.fakePopover.close();
     app_.reset();
   }
 }
