@@ -1,0 +1,175 @@
+#include "TavrinCore/Base/TextCatalogue.h"
+#include "TavrinCore/Base/Texts.h"
+#include "TavrinCore/Text/DecimalText.h"
+#include "TavrinCore/Text/ForeignText.h"
+
+#include <algorithm>
+#include <gtest/gtest.h>
+#include <utility>
+#include <vector>
+
+namespace tavrin {
+namespace {
+
+using Lines = std::vector<std::pair<std::string, std::string>>;
+
+/// A catalogue's bytes as msgfmt writes them, without a hash table.
+std::string compiled(Lines lines, bool isSwapped = false) {
+  std::ranges::sort(lines);
+  const auto number = [&](std::size_t value) {
+    std::string bytes;
+    for (int i = 0; i < 4; ++i)
+      bytes += static_cast<char>(value >> (isSwapped ? 24 - 8 * i : 8 * i) & 0xff);
+    return bytes;
+  };
+  const std::size_t count = lines.size();
+  std::string tables[2], texts;
+  const std::size_t begin = 28 + 16 * count;
+  for (int i = 0; i < 2; ++i)
+    for (const auto& [original, translation] : lines) {
+      const auto& text = i == 0 ? original : translation;
+      tables[i] += number(text.size()) + number(begin + texts.size());
+      texts += text + '\0';
+    }
+  return number(0x950412de) + number(0) + number(count) + number(28) + number(28 + 8 * count) +
+         number(0) + number(begin) + tables[0] + tables[1] + texts;
+}
+
+const Lines german = {
+    {"", "Content-Type: text/plain; charset=UTF-8\nPlural-Forms: nplurals=2; plural=n != 1;\n"},
+    {"Play", "Abspielen"},
+    {"Delete “{name}”?", "„{name}“ löschen?"},
+    {"Lacks {name}", "Ohne Namen"},
+    {"Plain", "{surprise}"},
+    {"{done} of {all}", "{all}, davon {done}"},
+    {"verb\x04Open", "Öffnen"},
+    {"state\x04Open", "Offen"},
+    {std::string("{count} file\0{count} files", 25),
+     std::string("Eine Datei\0{count} Dateien", 26)}};
+
+/// The texts of a catalogue for one test.
+class InLanguage {
+public:
+  InLanguage(const Lines& lines, std::string_view language, bool isSwapped = false)
+      : bytes_(compiled(lines, isSwapped)), catalogue_(TextCatalogue::of(bytes_)) {
+    useTexts(catalogue_ ? &*catalogue_ : nullptr, language);
+  }
+  ~InLanguage() { useTexts(nullptr, {}); }
+  InLanguage(const InLanguage&) = delete;
+  InLanguage& operator=(const InLanguage&) = delete;
+
+private:
+  std::string bytes_;
+  std::optional<TextCatalogue> catalogue_;
+};
+
+TEST(Texts, AreEnglishWithoutACatalogue) {
+  EXPECT_EQ(translated("Play"), "Play");
+  EXPECT_EQ(translated("Delete “{name}”? {other}", {{"name", "{other}"}}),
+            "Delete “{other}”? {other}");
+  EXPECT_EQ(plural("{count} file", "{count} files", 1), "1 file");
+  EXPECT_EQ(plural("{count} file in {folder}", "{count} files in {folder}", 2, {{"folder", "a"}}),
+            "2 files in a");
+  EXPECT_EQ(translatedIn("verb", "Open"), "Open");
+  EXPECT_EQ(translated(""), "");
+  EXPECT_EQ(textLanguage(), "en");
+}
+
+TEST(Texts, AreTheCataloguesInEitherByteOrder) {
+  for (const bool isSwapped : {false, true}) {
+    const InLanguage language(german, "de", isSwapped);
+    EXPECT_EQ(translated("Play"), "Abspielen");
+    EXPECT_EQ(translation("Stop"), "Stop");
+    EXPECT_EQ(translated(""), "");
+    EXPECT_EQ(translated("Delete “{name}”?", {{"name", "Tee"}}), "„Tee“ löschen?");
+    EXPECT_EQ(translated("{done} of {all}", {{"done", 3}, {"all", 4}}), "4, davon 3");
+    EXPECT_EQ(translatedIn("verb", "Open"), "Öffnen");
+    EXPECT_EQ(translatedIn("state", "Open"), "Offen");
+    EXPECT_EQ(translatedIn("noun", "Open"), "Open");
+    EXPECT_EQ(plural("{count} file", "{count} files", 1), "Eine Datei");
+    EXPECT_EQ(plural("{count} file", "{count} files", -5), "-5 Dateien");
+    EXPECT_EQ(textLanguage(), "de");
+    EXPECT_FALSE(isRightToLeft());
+  }
+}
+
+TEST(Texts, NumbersHaveTheLanguagesSeparatorAndPlainDigits) {
+  EXPECT_EQ(decimalText(8.46, 1), "8.5");
+  EXPECT_EQ(translated("{half} of {all}", {{"half", 0.5}, {"all", 1234567}}), "0.5 of 1234567");
+  {
+    const InLanguage language(german, "de");
+    EXPECT_EQ(decimalText(8.46, 1), "8,5");
+    EXPECT_EQ(decimalText(8, 0), "8");
+    EXPECT_EQ(translated("{done} of {all}", {{"done", 0.5}, {"all", 2.0}}), "2, davon 0,5");
+  }
+  const InLanguage language(german, "ar");
+  EXPECT_EQ(decimalText(8.46, 1), "8.5");
+}
+
+TEST(Texts, ATranslationWithOtherPlacesCountsAsNone) {
+  const InLanguage language(german, "de");
+  EXPECT_EQ(translated("Lacks {name}", {{"name", "Tee"}}), "Lacks Tee");
+  EXPECT_EQ(translated("Plain", {{"name", "Tee"}}), "Plain");
+}
+
+TEST(Texts, NamesAreIsolatedWhereTheLanguageRunsTheOtherWay) {
+  const InLanguage language({{"", ""}, {"Delete “{name}” ({number})?", "حذف {name} {number}؟"}},
+                            "ar_EG");
+  ASSERT_TRUE(isRightToLeft());
+  const auto sentence = [](std::string_view name) {
+    return translated("Delete “{name}” ({number})?", {{"name", name}, {"number", 7}});
+  };
+  EXPECT_EQ(sentence("a.txt"), "حذف \u2068a.txt\u2069 7؟");
+  EXPECT_EQ(plainText(sentence("a.txt")), sentence("a.txt"));
+  // A name cannot leave its isolate, and names alone may not have any.
+  EXPECT_EQ(sentence("a\u2069\u202Eb"), "حذف \u2068a\uFFFD\uFFFDb\u2069 7؟");
+  EXPECT_EQ(plainText("a\u2069b\u2068"), "a\uFFFDb\uFFFD");
+  EXPECT_EQ(translated("Not there: {name}", {{"name", "x"}}), "Not there: x");
+}
+
+TEST(Texts, BrokenCataloguesAreNone) {
+  const auto whole = compiled(german);
+  ASSERT_TRUE(TextCatalogue::of(whole));
+  EXPECT_FALSE(TextCatalogue::of(""));
+  EXPECT_FALSE(TextCatalogue::of("\xde\x12\x04\x95"));
+  for (std::size_t size = 0; size < whole.size(); ++size) {
+    const auto cut = TextCatalogue::of(std::string_view(whole).substr(0, size));
+    if (cut)
+      for (const auto& [original, translation] : german)
+        cut->find(original.substr(0, original.find('\0')), 2ULL);
+  }
+  auto far = whole;
+  far[8] = far[9] = far[10] = '\x7f';
+  EXPECT_FALSE(TextCatalogue::of(far));
+}
+
+TEST(Texts, PluralsFollowTheCataloguesRule) {
+  struct Case {
+    std::string rule;
+    std::vector<std::pair<unsigned long long, unsigned>> forms;
+  };
+  const Case cases[] = {
+      {"nplurals=2; plural=n != 1;", {{0, 1}, {1, 0}, {2, 1}}},
+      {"nplurals=1; plural=0;", {{0, 0}, {1, 0}, {7, 0}}},
+      {"nplurals=6; plural=n==0 ? 0 : n==1 ? 1 : n==2 ? 2 : n%100>=3 && n%100<=10 ? 3 : "
+       "n%100>=11 ? 4 : 5;",
+       {{0, 0}, {1, 1}, {2, 2}, {3, 3}, {10, 3}, {11, 4}, {99, 4}, {100, 5}, {103, 3}, {202, 5}}},
+      {"nplurals=3; plural=(n%10==1 && n%100!=11 ? 0 : n%10>=2 && n%10<=4 && (n%100<10 || "
+       "n%100>=20) ? 1 : 2);",
+       {{1, 0}, {11, 2}, {21, 0}, {22, 1}, {12, 2}, {5, 2}}},
+      {"nplurals=2; plural=!(n-1)+10/(n*0)", {{1, 1}, {3, 0}}},
+      // What cannot be read is English's rule, and a form that is not there the first one.
+      {"nplurals=2; plural=n ? 1", {{1, 0}, {2, 1}}},
+      {"nplurals=2; plural=" + std::string(5000, '('), {{1, 0}, {2, 1}}},
+      {"nplurals=2; plural=" + std::string(5000, '!') + "n", {{1, 0}, {2, 1}}},
+      {"nplurals=2; plural=n;", {{0, 0}, {1, 1}, {9, 0}}},
+  };
+  for (const auto& each : cases) {
+    const auto rule = PluralRule::of(each.rule);
+    for (const auto& [number, form] : each.forms)
+      EXPECT_EQ(rule.form(number), form) << each.rule << " " << number;
+  }
+}
+
+} // namespace
+} // namespace tavrin
