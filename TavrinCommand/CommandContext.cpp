@@ -1,4 +1,5 @@
 #include "TavrinCommand/CommandContext.h"
+#include "TavrinCore/Base/Texts.h"
 
 #include <CLI/App.hpp>
 #include <CLI/Config.hpp>
@@ -10,7 +11,7 @@
 namespace tavrin {
 
 void CommandContext::addJSONFlag(CLI::App& command) {
-  command.add_flag("--json", printsJSON_, "Print JSON, for scripts");
+  command.add_flag("--json", printsJSON_, translated("Print JSON, for scripts"));
 }
 
 void CommandContext::print(const JSONValue& value) {
@@ -30,7 +31,7 @@ void CommandContext::examples(CLI::App& command,
   std::size_t width = 0;
   for (const auto& [line, unused] : lines)
     width = std::max(width, line.size());
-  std::string text = "\nExamples:\n";
+  std::string text = "\n" + translated("Examples:") + "\n";
   for (const auto& [line, meaning] : lines)
     text += width > 44 ? fmt::format("  {}\n      {}\n", line, meaning)
                        : fmt::format("  {:<{}}  {}\n", line, width, meaning);

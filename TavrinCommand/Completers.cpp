@@ -1,5 +1,6 @@
 #include "TavrinCommand/Completers.h"
 
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinHost/Dock/DockLibrary.h"
 #include "TavrinHost/Widgets/WidgetLibrary.h"
 
@@ -24,7 +25,7 @@ Completer completeKinds() {
   return [](const auto&, auto) {
     std::vector<Suggestion> found;
     for (const auto& kind : allKinds())
-      found.push_back({std::string(kind.key), std::string(kind.title)});
+      found.push_back({std::string(kind.key), translated(kind.title)});
     return found;
   };
 }
@@ -51,7 +52,7 @@ Completer completeDockItems(CommandContext& context) {
 
 Completer completeLayouts(CommandContext& context) {
   return [&context](const std::vector<std::string>&, auto) {
-    std::vector<Suggestion> found = {{"dock", "the Dock as it is"}};
+    std::vector<Suggestion> found = {{"dock", translated("the Dock as it is")}};
     DockLibrary library(context);
     for (const auto& profile : library.profiles().file().profiles)
       found.push_back({profile.name, "profile"});

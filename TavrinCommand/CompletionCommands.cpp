@@ -1,4 +1,5 @@
 #include "TavrinCommand/CompletionCommands.h"
+#include "TavrinCore/Base/Texts.h"
 
 #include <CLI/App.hpp>
 #include <algorithm>
@@ -190,7 +191,8 @@ std::vector<Suggestion> suggestions(const CLI::App& app, const CommandContext& c
 }
 
 void addCompletionCommands(CLI::App& app, CommandContext& context) {
-  auto* completion = app.add_subcommand("completion", "Print the completion script of a shell");
+  auto* completion =
+      app.add_subcommand("completion", translated("Print the completion script of a shell"));
   auto shell = std::make_shared<std::string>();
   auto* argument = completion->add_option("SHELL", *shell, "bash, zsh or fish")
                        ->required()
@@ -201,7 +203,7 @@ void addCompletionCommands(CLI::App& app, CommandContext& context) {
   CommandContext::examples(*completion,
                            {{"source <(tavrin completion bash)", "for this shell"},
                             {"tavrin completion fish > ~/.config/fish/completions/tavrin.fish",
-                             "for every fish to come"}});
+                             translated("for every fish to come")}});
   completion->callback([shell, &context] {
     context.console().out << (*shell == "bash"  ? bashScript
                               : *shell == "zsh" ? zshScript

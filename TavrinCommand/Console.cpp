@@ -1,4 +1,5 @@
 #include "TavrinCommand/Console.h"
+#include "TavrinCore/Base/Texts.h"
 
 #include <algorithm>
 #include <cctype>
@@ -95,7 +96,7 @@ bool Console::confirm(std::string_view question, bool fallback) const {
       return true;
     if (line == "n" || line == "no")
       return false;
-    out << "Please answer yes or no.\n";
+    out << translated("Please answer yes or no.") << '\n';
   }
 }
 

@@ -1,4 +1,5 @@
 #include "TavrinCommand/DoctorCommands.h"
+#include "TavrinCore/Base/Texts.h"
 
 #include <CLI/App.hpp>
 #include <algorithm>
@@ -35,7 +36,8 @@ void doctor(CommandContext& context) {
                             printable(item.sentence)));
     const std::string margin(7 + 2 + width + 2, ' ');
     if (!item.kinds.empty())
-      context.say(fmt::format("{}For: {}.", margin, fmt::join(item.kinds, ", ")));
+      context.say(margin + translated("For: {kinds}.",
+                                      {{"kinds", fmt::format("{}", fmt::join(item.kinds, ", "))}}));
     if (!item.remedy.empty())
       context.say(margin + printable(item.remedy));
   }
@@ -59,27 +61,34 @@ void setAutostart(CommandContext& context, bool isOn) {
 } // namespace
 
 void addDoctorCommands(CLI::App& app, CommandContext& context) {
-  auto* looking = app.add_subcommand("doctor", "Tell what this desktop has for widgets, and lacks");
+  auto* looking =
+      app.add_subcommand("doctor", translated("Tell what this desktop has for widgets, and lacks"));
   context.addJSONFlag(*looking);
   looking->callback([&context] { doctor(context); });
-  CommandContext::examples(*looking, {{"tavrin doctor", "what is there, and what to do"},
-                                      {"tavrin doctor --json", "for scripts"}});
+  CommandContext::examples(*looking,
+                           {{"tavrin doctor", translated("what is there, and what to do")},
+                            {"tavrin doctor --json", translated("for scripts")}});
 
-  auto* starting = app.add_subcommand("autostart", "Start the widgets with the session, or not");
+  auto* starting =
+      app.add_subcommand("autostart", translated("Start the widgets with the session, or not"));
   starting->require_subcommand(1);
-  auto* on = starting->add_subcommand("on", "Start the placed widgets whenever a session begins");
+  auto* on = starting->add_subcommand(
+      "on", translated("Start the placed widgets whenever a session begins"));
   on->callback([&context] { setAutostart(context, true); });
-  CommandContext::examples(*on, {{"tavrin autostart on", "from the next session on"}});
-  auto* off = starting->add_subcommand("off", "Leave it");
+  CommandContext::examples(*on, {{"tavrin autostart on", translated("from the next session on")}});
+  auto* off = starting->add_subcommand("off", translated("Leave it"));
   off->callback([&context] { setAutostart(context, false); });
-  CommandContext::examples(*off, {{"tavrin autostart off", "what runs goes on running"}});
-  auto* status = starting->add_subcommand("status", "Tell which of the two it is");
+  CommandContext::examples(*off,
+                           {{"tavrin autostart off", translated("what runs goes on running")}});
+  auto* status = starting->add_subcommand("status", translated("Tell which of the two it is"));
   context.addJSONFlag(*status);
   status->callback(
       [&context] { printAutostart(context, context.platform().autostart().status()); });
-  CommandContext::examples(*status, {{"tavrin autostart status --json", "for scripts"}});
-  CommandContext::examples(*starting, {{"tavrin autostart on", "from the next session on"},
-                                       {"tavrin autostart status --json", "for scripts"}});
+  CommandContext::examples(*status,
+                           {{"tavrin autostart status --json", translated("for scripts")}});
+  CommandContext::examples(*starting,
+                           {{"tavrin autostart on", translated("from the next session on")},
+                            {"tavrin autostart status --json", translated("for scripts")}});
 }
 
 } // namespace tavrin

@@ -11,6 +11,7 @@
 #include "TavrinCommand/Widgets/UsageCommands.h"
 #include "TavrinCommand/Widgets/WidgetCommands.h"
 #include "TavrinCommand/Widgets/WindowCommands.h"
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinHost/Dock/DockLibrary.h"
 #include "TavrinHost/Widgets/SettingEditing.h"
 
@@ -57,9 +58,11 @@ std::string parseErrorText(const CLI::App& command, const CLI::ParseError& error
   if (command.get_subcommands([](const CLI::App*) { return true; }).empty())
     return dynamic_cast<const CLI::ExtrasError*>(&error) == nullptr
                ? error.what()
-               : fmt::format("not expected: {}", fmt::join(unknown, " "));
-  return fmt::format("there is no {} \"{}\"",
-                     unknown.front().starts_with('-') ? "option" : "command", unknown.front());
+               : translated("not expected: {unknown}",
+                            {{"unknown", fmt::format("{}", fmt::join(unknown, " "))}});
+  const TextPlaces places = {{"name", unknown.front()}};
+  return unknown.front().starts_with('-') ? translated("there is no option \"{name}\"", places)
+                                          : translated("there is no command \"{name}\"", places);
 }
 
 int answerParseError(CommandContext& context, const CLI::App& app, const CLI::ParseError& error) {
@@ -69,16 +72,16 @@ int answerParseError(CommandContext& context, const CLI::App& app, const CLI::Pa
     return static_cast<int>(ExitCode::ok);
   }
   const auto [command, path] = innermostCommand(app);
-  context.remark(fmt::format("tavrin: {}\nSee `{} --help`.",
-                             printable(parseErrorText(*command, error)), path));
+  context.remark(fmt::format("tavrin: {}\n{}", printable(parseErrorText(*command, error)),
+                             translated("See `{command} --help`.", {{"command", path}})));
   return static_cast<int>(ExitCode::usage);
 }
 
 } // namespace
 
 std::unique_ptr<CLI::App> makeCommandLine(CommandContext& context) {
-  auto app = std::make_unique<CLI::App>("Live widgets in the Dock: place them, set them, run them.",
-                                        "tavrin");
+  auto app = std::make_unique<CLI::App>(
+      translated("Live widgets in the Dock: place them, set them, run them."), "tavrin");
   app->set_version_flag("--version", "tavrin 1.0.0");
   app->require_subcommand(1);
   addWidgetCommands(*app, context);
@@ -92,10 +95,11 @@ std::unique_ptr<CLI::App> makeCommandLine(CommandContext& context) {
   addUsageCommands(*app, context);
   addDoctorCommands(*app, context);
   addCompletionCommands(*app, context);
-  CommandContext::examples(*app, {{"tavrin start", "put the placed widgets on the screen"},
-                                  {"tavrin widgets", "list what there is"},
-                                  {"tavrin widgets add timer Tea --place", "a new widget"},
-                                  {"tavrin widgets set Tea presets=3m,5m", "change it"}});
+  CommandContext::examples(*app,
+                           {{"tavrin start", translated("put the placed widgets on the screen")},
+                            {"tavrin widgets", translated("list what there is")},
+                            {"tavrin widgets add timer Tea --place", translated("a new widget")},
+                            {"tavrin widgets set Tea presets=3m,5m", translated("change it")}});
   app->footer(app->get_footer() + "\n" + exitStatuses);
   return app;
 }
@@ -121,7 +125,7 @@ int runCommandLine(CommandContext& context, const std::vector<std::string>& word
   } catch (const DockError& error) {
     context.remark(fmt::format("tavrin: {}", printable(error.what())));
     if (!error.tile().empty())
-      context.remark(fmt::format("It is {}.", printable(error.tile())));
+      context.remark(translated("It is {tile}.", {{"tile", printable(error.tile())}}));
     return static_cast<int>(exitCode(error));
   } catch (const std::exception& error) {
     context.remark(fmt::format("tavrin: {}", printable(error.what())));

@@ -1,6 +1,7 @@
 #include "TavrinHost/HostContext.h"
 
 #include "TavrinCore/Base/Errors.h"
+#include "TavrinCore/Base/Texts.h"
 
 #include <fmt/format.h>
 
@@ -21,7 +22,8 @@ std::filesystem::path HostContext::stateFolder() {
   std::filesystem::create_directories(folder, error);
   if (error)
     throw FileError(
-        failure(fmt::format("make the folder \"{}\"", folder.string()), error.message()));
+        failure(translated("make the folder \"{folder}\"", {{"folder", folder.string()}}),
+                error.message()));
   return folder;
 }
 

@@ -1,7 +1,8 @@
 #pragma once
 
-#include "TavrinHost/HostError.h"
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Settings/SettingText.h"
+#include "TavrinHost/HostError.h"
 #include "TavrinHost/Widgets/WidgetLibrary.h"
 
 #include <fmt/format.h>
@@ -35,7 +36,8 @@ template <class T, class Describe>
   for (const auto* one : found)
     candidates.push_back(describe(*one));
   throw HostError(ExitCode::ambiguous,
-                  fmt::format("\"{}\" may be {}", reference, alternatives(candidates)));
+                  translated("\"{reference}\" may be {candidates}",
+                             {{"reference", reference}, {"candidates", alternatives(candidates)}}));
 }
 
 } // namespace tavrin

@@ -1,5 +1,6 @@
 #include "TavrinCore/Widgets/DockSlot.h"
 #include "TavrinPlatform/CommandPlatform.h"
+#include "TavrinPlatform/Files/TextsFile.h"
 #include "TavrinPlatform/Platform.h"
 #include "TavrinSettings/Window/SettingsApp.h"
 #include "TavrinStorage/StoragePath.h"
@@ -15,6 +16,7 @@ std::filesystem::path dataFolder(const tavrin::FileManager& files,
 
 /// tavrin-settings [--edit=WIDGET]
 int main(int argc, char** argv) {
+  tavrin::loadTexts();
   const auto platform = tavrin::makePlatform(
       argc, argv,
       {.dataFolder = dataFolder, .identifier = std::string(tavrin::DockSlot::hostIdentifier)});

@@ -1,3 +1,4 @@
+#include "TavrinPlatform/Files/TextsFile.h"
 #include "TavrinPlatform/Platform.h"
 #include "TavrinSlot/SlotApp.h"
 #include "TavrinStorage/StoragePath.h"
@@ -13,6 +14,7 @@ std::filesystem::path dataFolder(const tavrin::FileManager& files,
 
 /// What the program in every slot's bundle calls.
 extern "C" __attribute__((visibility("default"))) int tavrinSlotMain(int argc, char** argv) {
+  tavrin::loadTexts();
   const auto platform = tavrin::makePlatform(argc, argv, {.dataFolder = dataFolder});
   if (!platform)
     return 0;

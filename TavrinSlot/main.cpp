@@ -1,4 +1,5 @@
 #include "TavrinCore/Kinds/System/ClockFormat.h"
+#include "TavrinPlatform/Files/TextsFile.h"
 #include "TavrinPlatform/Platform.h"
 #include "TavrinSlot/SlotApp.h"
 #include "TavrinStorage/StoragePath.h"
@@ -20,6 +21,7 @@ std::filesystem::path dataFolder(const tavrin::FileManager& files,
 } // namespace
 
 int main(int argc, char** argv) {
+  tavrin::loadTexts();
   const auto platform =
       tavrin::makePlatform(argc, argv, {.prepare = prepare, .dataFolder = dataFolder});
   if (!platform)

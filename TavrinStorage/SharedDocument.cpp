@@ -1,6 +1,7 @@
 #include "TavrinStorage/SharedDocument.h"
 
 #include "TavrinCore/Base/Errors.h"
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinPlatform/Files/DocumentLock.h"
 
 namespace tavrin {
@@ -14,7 +15,7 @@ void changeSharedFile(const std::filesystem::path& file,
     if (attempt(fileStamp(file)))
       return;
   constexpr std::string_view reason = "others keep changing it";
-  throw FileError(failure("change " + file.string(), reason), reason);
+  throw FileError(failure(translated("change {file}", {{"file", file.string()}}), reason), reason);
 }
 
 } // namespace tavrin

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TavrinCore/Base/Coding.h"
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinPlatform/Files/AtomicFile.h"
 
 #include <filesystem>
@@ -74,7 +75,8 @@ private:
     try {
       value_ = document ? decode<T>(*document) : T{};
     } catch (const CodingError& error) {
-      throw FileError(failure("read " + url_.string(), error.what()), error.what());
+      throw FileError(failure(translated("read {path}", {{"path", url_.string()}}), error.what()),
+                      error.what());
     }
     existed_ = document.has_value();
     seen_ = seen;
@@ -114,7 +116,8 @@ private:
         return false;
       }
     } catch (const JSONError& error) {
-      throw FileError(failure("write " + url_.string(), error.what()), error.what());
+      throw FileError(failure(translated("write {path}", {{"path", url_.string()}}), error.what()),
+                      error.what());
     }
     beforeUnsaved_.reset();
     existed_ = true;

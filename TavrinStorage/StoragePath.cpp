@@ -1,6 +1,7 @@
 #include "TavrinStorage/StoragePath.h"
 
 #include "TavrinCore/Base/Errors.h"
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Text/Text.h"
 
 #include <algorithm>
@@ -44,7 +45,9 @@ fs::path StoragePath::appSupportDirectory(bool create) const {
   if (!error && !fs::is_directory(directory, error) && !error)
     error = std::make_error_code(std::errc::not_a_directory);
   if (error)
-    throw FileError(failure("create the folder " + directory.string(), error.message()));
+    throw FileError(
+        failure(translated("create the folder {folder}", {{"folder", directory.string()}}),
+                error.message()));
   return directory;
 }
 

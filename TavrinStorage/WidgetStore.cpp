@@ -1,6 +1,7 @@
 #include "TavrinStorage/WidgetStore.h"
 
 #include "TavrinCore/Base/Errors.h"
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Dock/DockError.h"
 #include "TavrinCore/Text/Text.h"
 
@@ -19,7 +20,10 @@ std::optional<WidgetsFile> migrated(const fs::path& legacyCollections) {
   try {
     return WidgetsFile::migrating(*document);
   } catch (const CodingError& error) {
-    throw FileError(failure("read " + legacyCollections.string(), error.what()), error.what());
+    throw FileError(failure(translated("read {file}",
+                                       {{"file", legacyCollections.string()}}),
+                            error.what()),
+                    error.what());
   }
 }
 
@@ -49,7 +53,9 @@ void WidgetStore::migrate(const fs::path& legacyCollections) {
   });
   std::error_code error;
   if (isMigrated && !fs::remove(legacyCollections, error) && error)
-    throw FileError(failure("remove " + legacyCollections.string(), error.message()),
+    throw FileError(failure(translated("remove {file}",
+                                       {{"file", legacyCollections.string()}}),
+                            error.message()),
                     error.message());
 }
 

@@ -7,6 +7,7 @@ class Tavrin < Formula
 
   depends_on "cmake" => :build
   depends_on "cli11" => :build
+  depends_on "gettext" => :build
   depends_on "ninja" => :build
   depends_on "pkgconf" => :build
   depends_on "expat"

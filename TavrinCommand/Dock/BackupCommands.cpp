@@ -1,6 +1,7 @@
 #include "TavrinCommand/Dock/BackupCommands.h"
 
 #include "TavrinCore/Base/ISO8601.h"
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Widgets/DockSlot.h"
 #include "TavrinHost/Dock/WorkspaceBackups.h"
 #include "TavrinHost/NamedReference.h"
@@ -21,7 +22,8 @@ WorkspaceBackup backupNamed(const WorkspaceBackupStore& store, const std::string
                   return !reference.empty() && one.id().starts_with(reference);
                 }});
   if (found.empty())
-    throw HostError(ExitCode::notFound, fmt::format("there is no backup \"{}\"", reference));
+    throw HostError(ExitCode::notFound,
+                    translated("there is no backup \"{reference}\"", {{"reference", reference}}));
   if (found.size() > 1)
     throwAmbiguous(reference, found, [](const WorkspaceBackup& one) { return one.id(); });
   return *found.front();
@@ -36,7 +38,8 @@ JSONValue::Object backupJSON(const WorkspaceBackup& backup) {
 
 CLI::Option* addBackupArgument(CLI::App& command, CommandContext& context, std::string& target) {
   auto* argument =
-      command.add_option("BACKUP", target, "A backup's name, the start of it, or latest")
+      command
+          .add_option("BACKUP", target, translated("A backup's name, the start of it, or latest"))
           ->required();
   context.complete(argument, [&context](const std::vector<std::string>& words, auto) {
     std::vector<Suggestion> found;
@@ -50,7 +53,7 @@ CLI::Option* addBackupArgument(CLI::App& command, CommandContext& context, std::
 
 void list(CommandContext& context) {
   JSONValue::Array json;
-  Table table({{"BACKUP"}, {"TAKEN"}, {"REASON"}});
+  Table table({{translated("BACKUP")}, {translated("TAKEN")}, {translated("REASON")}});
   for (const auto& backup : workspaceBackups(context).list()) {
     json.push_back(backupJSON(backup));
     table.add({{backup.id(), TextStyle::bold},
@@ -60,7 +63,7 @@ void list(CommandContext& context) {
   if (context.printsJSON())
     context.print(json);
   else if (table.isEmpty())
-    context.say("There are no backups yet");
+    context.say(translated("There are no backups yet"));
   else
     table.print(context.console());
 }
@@ -77,10 +80,12 @@ void show(CommandContext& context, const std::string& reference) {
   }
   context.say(fmt::format("{}  {}  {}", backup.id(), dateText(backup.date), nameOf(backup.reason)));
   for (const auto& profile : contents.profiles.profiles)
-    context.say(fmt::format("profile  {}  {} items", printable(profile.name),
-                            profile.items.size() + profile.others.size()));
+    context.say(plural("profile  {name}  {count} items", "profile  {name}  {count} items",
+                       static_cast<long long>(profile.items.size() + profile.others.size()),
+                       {{"name", printable(profile.name)}}));
   for (const auto& widget : contents.widgets.widgets)
-    context.say(fmt::format("widget   {}  {}", printable(widget.name), widget.kind.key()));
+    context.say(translated("widget   {name}  {key}",
+                           {{"name", printable(widget.name)}, {"key", widget.kind.key()}}));
 }
 
 void restore(CommandContext& context, const std::string& reference, bool isDryRun) {
@@ -90,9 +95,10 @@ void restore(CommandContext& context, const std::string& reference, bool isDryRu
   const auto contents = store.contents(backup);
   if (!isDryRun) {
     store.didKeepCurrent = [&context](const WorkspaceBackup& kept) {
-      context.remark(fmt::format("The files as they were are kept; `tavrin backups restore {}` "
-                                 "brings them back",
-                                 kept.id()));
+      context.remark(
+          translated("The files as they were are kept; `tavrin backups restore {identifier}` "
+                     "brings them back",
+                     {{"identifier", kept.id()}}));
     };
     store.restore(backup, context.platform().clock().now());
     context.platform().notifications().post(std::string(DockSlot::widgetsChangedNotification));
@@ -102,9 +108,13 @@ void restore(CommandContext& context, const std::string& reference, bool isDryRu
     json.emplace("written", !isDryRun);
     return context.print(json);
   }
-  context.say(fmt::format("{} {}: {} profiles, {} widgets", isDryRun ? "Would restore" : "Restored",
-                          backup.id(), contents.profiles.profiles.size(),
-                          contents.widgets.widgets.size()));
+  const TextPlaces places = {{"backup", backup.id()},
+                             {"profiles", contents.profiles.profiles.size()},
+                             {"widgets", contents.widgets.widgets.size()}};
+  context.say(
+      isDryRun
+          ? translated("Would restore {backup}: {profiles} profiles, {widgets} widgets", places)
+          : translated("Restored {backup}: {profiles} profiles, {widgets} widgets", places));
 }
 
 void create(CommandContext& context, WorkspaceBackup::Reason reason) {
@@ -112,44 +122,50 @@ void create(CommandContext& context, WorkspaceBackup::Reason reason) {
   if (context.printsJSON())
     context.print(made ? JSONValue(backupJSON(*made)) : JSONValue());
   else
-    context.say(made ? "Made " + made->id() : "Nothing has changed since the last backup");
+    context.say(made ? translated("Made {backup}", {{"backup", made->id()}})
+                     : translated("Nothing has changed since the last backup"));
 }
 
 } // namespace
 
 void addBackupCommands(CLI::App& app, CommandContext& context) {
-  auto* backups = app.add_subcommand("backups", "Backups of all profiles and widgets");
+  auto* backups = app.add_subcommand("backups", translated("Backups of all profiles and widgets"));
   backups->require_subcommand(1);
-  CommandContext::examples(*backups, {{"tavrin backups list", "what there is"},
-                                      {"tavrin backups restore latest", "go back"}});
+  CommandContext::examples(*backups, {{"tavrin backups list", translated("what there is")},
+                                      {"tavrin backups restore latest", translated("go back")}});
 
-  auto* listing = backups->add_subcommand("list", "List the backups, the newest first");
+  auto* listing = backups->add_subcommand("list", translated("List the backups, the newest first"));
   context.addJSONFlag(*listing);
-  CommandContext::examples(*listing, {{"tavrin backups list --json", "for scripts"}});
+  CommandContext::examples(*listing, {{"tavrin backups list --json", translated("for scripts")}});
   listing->callback([&context] { list(context); });
 
-  auto* showing = backups->add_subcommand("show", "Say what a backup holds");
+  auto* showing = backups->add_subcommand("show", translated("Say what a backup holds"));
   auto shown = std::make_shared<std::string>();
   addBackupArgument(*showing, context, *shown);
   context.addJSONFlag(*showing);
-  CommandContext::examples(*showing, {{"tavrin backups show latest", "the newest one"}});
+  CommandContext::examples(*showing,
+                           {{"tavrin backups show latest", translated("the newest one")}});
   showing->callback([shown, &context] { show(context, *shown); });
 
-  auto* restoring = backups->add_subcommand("restore", "Bring back profiles and widgets");
+  auto* restoring =
+      backups->add_subcommand("restore", translated("Bring back profiles and widgets"));
   auto restored = std::make_shared<std::string>();
   auto isDryRun = std::make_shared<bool>(false);
   addBackupArgument(*restoring, context, *restored);
-  restoring->add_flag("--dry-run", *isDryRun, "Write nothing");
+  restoring->add_flag("--dry-run", *isDryRun, translated("Write nothing"));
   context.addJSONFlag(*restoring);
-  CommandContext::examples(*restoring, {{"tavrin backups restore latest", "the newest one"}});
+  CommandContext::examples(*restoring,
+                           {{"tavrin backups restore latest", translated("the newest one")}});
   restoring->callback([restored, isDryRun, &context] { restore(context, *restored, *isDryRun); });
 
-  auto* creating = backups->add_subcommand("create", "Back up where something has changed");
+  auto* creating =
+      backups->add_subcommand("create", translated("Back up where something has changed"));
   auto reason = std::make_shared<std::string>("launch");
-  creating->add_option("--reason", *reason, "launch or quit")
+  creating->add_option("--reason", *reason, translated("launch or quit"))
       ->check(CLI::IsMember({"launch", "quit"}));
   context.addJSONFlag(*creating);
-  CommandContext::examples(*creating, {{"tavrin backups create", "before an experiment"}});
+  CommandContext::examples(*creating,
+                           {{"tavrin backups create", translated("before an experiment")}});
   creating->callback(
       [reason, &context] { create(context, *enumNamed<WorkspaceBackup::Reason>(*reason)); });
 }

@@ -1,5 +1,6 @@
 #include "TavrinCommand/Dock/DockChanges.h"
 
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinHost/NamedReference.h"
 #include "TavrinPlatform/Files/AtomicFile.h"
 #include "TavrinStorage/Dock/PlistFileBackend.h"
@@ -48,9 +49,9 @@ void report(CommandContext& context, const std::vector<DockChange>& changes) {
     if (!change.file.empty())
       context.say(change.file.string() + ":");
     if (!change.isNeeded())
-      context.say("Nothing to change");
+      context.say(translated("Nothing to change"));
     else if (!difference.hasChanges())
-      context.say("* labels or options of items");
+      context.say(translated("* labels or options of items"));
     else
       sayChanges(context, difference);
   }
@@ -125,10 +126,11 @@ JSONValue::Array labels(const std::vector<DockItem>& items) {
 
 void DockChangeOptions::addTo(CLI::App& command, CommandContext& context) {
   command
-      .add_option("--file", files, "A Dock preferences file to change in place of your own Dock")
+      .add_option("--file", files,
+                  translated("A Dock preferences file to change in place of your own Dock"))
       ->expected(1)
       ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
-  command.add_flag("--dry-run", isDryRun, "Show the change and write nothing");
+  command.add_flag("--dry-run", isDryRun, translated("Show the change and write nothing"));
   addNoRestartFlag(command, restarts);
   context.addJSONFlag(command);
 }
@@ -170,7 +172,7 @@ void sayChanges(CommandContext& context, const DockChangeDetector::Report& repor
   for (const auto& item : report.added)
     context.say(console.styled(line("+", item), TextStyle::good));
   if (report.reordered)
-    context.say("~ another order");
+    context.say(translated("~ another order"));
 }
 
 JSONValue changesJSON(const DockChangeDetector::Report& report) {
@@ -199,7 +201,11 @@ JSONValue itemsJSON(const std::vector<PlacedDockItem>& items) {
 }
 
 void printItems(CommandContext& context, const std::vector<PlacedDockItem>& items) {
-  Table table({{"SECTION"}, {"#", true}, {"LABEL", false, 32}, {"KIND"}, {"ADDRESS"}});
+  Table table({{translated("SECTION")},
+               {"#", true},
+               {translated("LABEL"), false, 32},
+               {translated("KIND")},
+               {translated("ADDRESS")}});
   for (const auto& one : items)
     table.add({one.section == DockSection::apps ? "apps" : "others",
                std::to_string(one.index + 1),
@@ -207,7 +213,7 @@ void printItems(CommandContext& context, const std::vector<PlacedDockItem>& item
                std::string(kindWord(one.item)),
                addressOf(one.item)});
   if (table.isEmpty())
-    context.say("The Dock is empty");
+    context.say(translated("The Dock is empty"));
   else
     table.print(context.console());
 }
@@ -215,7 +221,7 @@ void printItems(CommandContext& context, const std::vector<PlacedDockItem>& item
 void addNoRestartFlag(CLI::App& command, bool& restarts) {
   command.add_flag_callback(
       "--no-restart", [&restarts] { restarts = false; },
-      "Write only; the Dock takes it when it next starts");
+      translated("Write only; the Dock takes it when it next starts"));
 }
 
 std::string textOf(CommandContext& context, const std::string& name) {

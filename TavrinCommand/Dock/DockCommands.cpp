@@ -2,6 +2,7 @@
 
 #include "TavrinCommand/Completers.h"
 #include "TavrinCommand/Dock/DockChanges.h"
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Text/Text.h"
 #include "TavrinHost/Dock/DockLibrary.h"
 #include "TavrinPlatform/Files/AtomicFile.h"
@@ -23,7 +24,8 @@ struct ReadOptions {
 
   void addTo(CLI::App& command, CommandContext& context) {
     command
-        .add_option("--file", files, "A Dock preferences file to read in place of your own Dock")
+        .add_option("--file", files,
+                    translated("A Dock preferences file to read in place of your own Dock"))
         ->expected(1)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
     context.addJSONFlag(command);
@@ -58,12 +60,12 @@ void printDocks(CommandContext& context, const std::vector<std::pair<std::string
 }
 
 void addShow(CLI::App& dock, CommandContext& context) {
-  auto* command = dock.add_subcommand("show", "List the Dock's items");
+  auto* command = dock.add_subcommand("show", translated("List the Dock's items"));
   auto options = std::make_shared<ReadOptions>();
   options->addTo(*command, context);
-  CommandContext::examples(*command, {{"tavrin dock show", "your own Dock"},
+  CommandContext::examples(*command, {{"tavrin dock show", translated("your own Dock")},
                                       {"tavrin dock show --file a.plist --file b.plist --json",
-                                       "other machines' Docks"}});
+                                       translated("other machines' Docks")}});
   command->callback([options, &context] {
     std::vector<std::pair<std::string, Placed>> docks;
     for (const auto& [name, snapshot] : options->read(context))
@@ -73,20 +75,20 @@ void addShow(CLI::App& dock, CommandContext& context) {
 }
 
 void addFind(CLI::App& dock, CommandContext& context) {
-  auto* command = dock.add_subcommand("find", "Say where items stand");
+  auto* command = dock.add_subcommand("find", translated("Say where items stand"));
   auto options = std::make_shared<ReadOptions>();
   auto selection = std::make_shared<DockSelection>();
   selection->everyMatch = true;
   auto* items = command->add_option("ITEM", selection->references,
-                                    "A label, path, bundle identifier or address");
+                                    translated("A label, path, bundle identifier or address"));
   context.complete(items, completeDockItems(context));
-  command->add_flag("--spacers", selection->allSpacers, "All spacers");
+  command->add_flag("--spacers", selection->allSpacers, translated("All spacers"));
   options->addTo(*command, context);
-  CommandContext::examples(*command,
-                           {{"tavrin dock find Mail && echo it is there", "in a script"}});
+  CommandContext::examples(
+      *command, {{"tavrin dock find Mail && echo it is there", translated("in a script")}});
   command->callback([options, selection, &context] {
     if (selection->references.empty() && !selection->allSpacers)
-      throw HostError(ExitCode::usage, "name an item, or give --spacers");
+      throw HostError(ExitCode::usage, translated("name an item, or give --spacers"));
     std::vector<std::pair<std::string, Placed>> docks;
     for (const auto& [name, snapshot] : options->read(context))
       docks.emplace_back(name, select(snapshot, *selection));
@@ -124,23 +126,26 @@ std::vector<DockEdit> scriptEdits(CommandContext& context, const std::string& te
     try {
       parser.parse(words);
     } catch (const CLI::ParseError& error) {
-      throw HostError(ExitCode::usage, fmt::format("line {}: {}", number, error.what()));
+      throw HostError(ExitCode::usage, translated("line {number}: {reason}",
+                                                  {{"number", number}, {"reason", error.what()}}));
     }
   }
   return edits;
 }
 
 void addEdit(CLI::App& dock, CommandContext& context) {
-  auto* command = dock.add_subcommand("edit", "Make many changes with one write and one restart");
+  auto* command =
+      dock.add_subcommand("edit", translated("Make many changes with one write and one restart"));
   auto options = std::make_shared<DockChangeOptions>();
   auto script = std::make_shared<std::string>("-");
-  command->add_option("SCRIPT", *script,
-                      "A file whose lines are add, remove, move and spacer commands; - is the "
-                      "standard input");
+  command->add_option(
+      "SCRIPT", *script,
+      translated("A file whose lines are add, remove, move and spacer commands; - is the "
+                 "standard input"));
   options->addTo(*command, context);
   CommandContext::examples(*command, {{"printf 'remove --all\\nadd /Applications/Mail.app\\n' | "
                                        "tavrin dock edit",
-                                       "a Dock with one item"}});
+                                       translated("a Dock with one item")}});
   command->callback([options, script, &context] {
     changeDocks(context, *options,
                 scriptEdits(context, textOf(context, *script), !options->files.empty()));
@@ -148,23 +153,24 @@ void addEdit(CLI::App& dock, CommandContext& context) {
 }
 
 void addApply(CLI::App& dock, CommandContext& context) {
-  auto* command = dock.add_subcommand("apply", "Put a layout into the Dock");
+  auto* command = dock.add_subcommand("apply", translated("Put a layout into the Dock"));
   auto options = std::make_shared<DockChangeOptions>();
   auto source = std::make_shared<std::string>();
   auto* argument = command->add_option(
-      "LAYOUT", *source, "A profile, a Dock backup or a file; without one, the active profile");
+      "LAYOUT", *source,
+      translated("A profile, a Dock backup or a file; without one, the active profile"));
   context.complete(argument, completeLayouts(context));
   options->addTo(*command, context);
-  CommandContext::examples(*command,
-                           {{"tavrin dock apply Work --dry-run", "see what would change"},
-                            {"tavrin dock apply Work --file user.plist", "another Dock"}});
+  CommandContext::examples(
+      *command, {{"tavrin dock apply Work --dry-run", translated("see what would change")},
+                 {"tavrin dock apply Work --file user.plist", translated("another Dock")}});
   command->callback([options, source, &context] {
     DockLibrary library(context);
     std::string reference = *source;
     if (reference.empty()) {
       const auto& active = library.profiles().file().activeProfileId;
       if (!active)
-        throw HostError(ExitCode::notFound, "no profile is active; name a layout");
+        throw HostError(ExitCode::notFound, translated("no profile is active; name a layout"));
       reference = active->text();
     }
     const auto target = library.layout(reference);
@@ -176,13 +182,15 @@ void addApply(CLI::App& dock, CommandContext& context) {
 }
 
 void addUndo(CLI::App& dock, CommandContext& context) {
-  auto* command = dock.add_subcommand("undo", "Bring back the Dock before the last change");
+  auto* command =
+      dock.add_subcommand("undo", translated("Bring back the Dock before the last change"));
   auto isDryRun = std::make_shared<bool>(false);
   auto restarts = std::make_shared<bool>(true);
-  command->add_flag("--dry-run", *isDryRun, "Show the change and write nothing");
+  command->add_flag("--dry-run", *isDryRun, translated("Show the change and write nothing"));
   addNoRestartFlag(*command, *restarts);
   context.addJSONFlag(*command);
-  CommandContext::examples(*command, {{"tavrin dock undo", "undone itself by another undo"}});
+  CommandContext::examples(*command,
+                           {{"tavrin dock undo", translated("undone itself by another undo")}});
   command->callback([isDryRun, restarts, &context] {
     DockLibrary library(context, *restarts);
     const auto latest = library.backups().latestBackup();
@@ -204,10 +212,11 @@ void addUndo(CLI::App& dock, CommandContext& context) {
 }
 
 void addBackups(CLI::App& dock, CommandContext& context) {
-  auto* command = dock.add_subcommand("backups", "List the Dock's backups, the newest first");
+  auto* command =
+      dock.add_subcommand("backups", translated("List the Dock's backups, the newest first"));
   context.addJSONFlag(*command);
-  CommandContext::examples(
-      *command, {{"tavrin dock apply dock-2026-11-14T21-20-47.123Z", "go back further"}});
+  CommandContext::examples(*command, {{"tavrin dock apply dock-2026-11-14T21-20-47.123Z",
+                                       translated("go back further")}});
   command->callback([&context] {
     auto backups = DockLibrary(context).backups().listBackups();
     JSONValue::Array list;
@@ -219,23 +228,25 @@ void addBackups(CLI::App& dock, CommandContext& context) {
     if (context.printsJSON())
       context.print(list);
     else if (list.empty())
-      context.say("There is no Dock backup yet");
+      context.say(translated("There is no Dock backup yet"));
   });
 }
 
 void addDiff(CLI::App& dock, CommandContext& context) {
-  auto* command = dock.add_subcommand("diff", "Compare two layouts");
+  auto* command = dock.add_subcommand("diff", translated("Compare two layouts"));
   auto from = std::make_shared<std::string>();
   auto to = std::make_shared<std::string>("dock");
-  auto* first = command->add_option("FROM", *from, "A profile, a Dock backup, a file or \"dock\"")
-                    ->required();
-  auto* second = command->add_option("TO", *to, "The same; your own Dock when left out");
+  auto* first =
+      command->add_option("FROM", *from, translated("A profile, a Dock backup, a file or \"dock\""))
+          ->required();
+  auto* second =
+      command->add_option("TO", *to, translated("The same; your own Dock when left out"));
   for (auto* argument : {first, second})
     context.complete(argument, completeLayouts(context));
   context.addJSONFlag(*command);
-  CommandContext::examples(*command,
-                           {{"tavrin dock diff Work", "what your Dock has that Work has not"},
-                            {"tavrin dock diff a.plist b.plist", "two files"}});
+  CommandContext::examples(
+      *command, {{"tavrin dock diff Work", translated("what your Dock has that Work has not")},
+                 {"tavrin dock diff a.plist b.plist", translated("two files")}});
   command->callback([from, to, &context] {
     DockLibrary library(context);
     const auto report = DockChangeDetector::diff(library.layout(*from), library.layout(*to));
@@ -244,17 +255,18 @@ void addDiff(CLI::App& dock, CommandContext& context) {
     else if (report.hasChanges())
       sayChanges(context, report);
     else
-      context.say("No difference");
+      context.say(translated("No difference"));
   });
 }
 
 } // namespace
 
 void addDockCommands(CLI::App& app, CommandContext& context) {
-  auto* dock = app.add_subcommand("dock", "The Dock's own items");
+  auto* dock = app.add_subcommand("dock", translated("The Dock's own items"));
   dock->require_subcommand(1);
-  CommandContext::examples(*dock, {{"tavrin dock show", "what is in it"},
-                                   {"tavrin dock undo", "the Dock before the last change"}});
+  CommandContext::examples(*dock,
+                           {{"tavrin dock show", translated("what is in it")},
+                            {"tavrin dock undo", translated("the Dock before the last change")}});
   addShow(*dock, context);
   addFind(*dock, context);
   addChanges(*dock, context);

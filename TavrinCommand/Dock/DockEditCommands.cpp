@@ -1,6 +1,7 @@
 #include "TavrinCommand/Dock/DockCommands.h"
 
 #include "TavrinCommand/Completers.h"
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Dock/DockURLString.h"
 #include "TavrinHost/Dock/DockLibrary.h"
 #include "TavrinPlatform/Files/PlistRoot.h"
@@ -60,10 +61,12 @@ private:
 class PlaceOptions {
 public:
   void addTo(CLI::App& command, CommandContext& context) {
-    section_.addTo(command, context, "--section", "The side of the Dock: apps or others", sections);
-    auto* position = command.add_option("--position", position_, "first, last or a number from 1");
-    auto* before = command.add_option("--before", before_, "Before this item");
-    auto* after = command.add_option("--after", after_, "After this item");
+    section_.addTo(command, context, "--section",
+                   translated("The side of the Dock: apps or others"), sections);
+    auto* position =
+        command.add_option("--position", position_, translated("first, last or a number from 1"));
+    auto* before = command.add_option("--before", before_, translated("Before this item"));
+    auto* after = command.add_option("--after", after_, translated("After this item"));
     before->excludes(position);
     after->excludes(position)->excludes(before);
     for (auto* option : {before, after})
@@ -130,29 +133,34 @@ std::optional<std::string> bundleIdentifier(const fs::path& bundle) {
 
 void addAdd(CLI::App& app, CommandContext& context, const std::function<void(CLI::App&)>& decorate,
             const std::function<void(DockEdit)>& take) {
-  auto* command = app.add_subcommand("add", "Add applications, files, folders and links");
+  auto* command =
+      app.add_subcommand("add", translated("Add applications, files, folders and links"));
   auto options = std::make_shared<AddOptions>();
-  command->add_option("ITEM", options->words, "A path or an address")->required();
-  command->add_option("--label", options->label, "The name to show");
+  command->add_option("ITEM", options->words, translated("A path or an address"))->required();
+  command->add_option("--label", options->label, translated("The name to show"));
   auto* replacing = command->add_option("--replacing", options->replacing,
-                                        "Take this item's place, if it is there");
+                                        translated("Take this item's place, if it is there"));
   context.complete(replacing, completeDockItems(context));
   options->place.addTo(*command, context);
-  options->arrangement.addTo(*command, context, "--sort", "How a folder is sorted", arrangements);
-  options->display.addTo(*command, context, "--display", "How a folder's tile looks", displays);
-  options->view.addTo(*command, context, "--view", "How a folder opens", views);
+  options->arrangement.addTo(*command, context, "--sort", translated("How a folder is sorted"),
+                             arrangements);
+  options->display.addTo(*command, context, "--display", translated("How a folder's tile looks"),
+                         displays);
+  options->view.addTo(*command, context, "--view", translated("How a folder opens"), views);
   command->add_flag("--allow-missing", options->mayBeMissing,
-                    "Add paths that do not exist on this machine");
+                    translated("Add paths that do not exist on this machine"));
   decorate(*command);
   CommandContext::examples(
-      *command, {{"tavrin dock add /Applications/Mail.app --before Safari", "at a place"},
-                 {"tavrin dock add ~/Downloads --view fan --sort added", "a folder"},
-                 {"tavrin dock add https://example.org --label Example", "a link"},
-                 {"tavrin dock add /Applications/New.app --replacing Old --file user.plist",
-                  "another Dock"}});
+      *command,
+      {{"tavrin dock add /Applications/Mail.app --before Safari", translated("at a place")},
+       {"tavrin dock add ~/Downloads --view fan --sort added", translated("a folder")},
+       {"tavrin dock add https://example.org --label Example", translated("a link")},
+       {"tavrin dock add /Applications/New.app --replacing Old --file user.plist",
+        translated("another Dock")}});
   command->callback([options, &context, take, command] {
     if (!options->label.empty() && options->words.size() > 1)
-      throw HostError(ExitCode::usage, "--label names one item, and several were given");
+      throw HostError(ExitCode::usage,
+                      translated("--label names one item, and several were given"));
     const auto* files = command->get_option_no_throw("--file");
     const bool isElsewhere = files != nullptr && files->count() > 0;
     DockAddition addition{
@@ -162,8 +170,8 @@ void addAdd(CLI::App& app, CommandContext& context, const std::function<void(CLI
           options->finished(itemNamed(context, word, options->mayBeMissing || isElsewhere)));
     take(adding(std::move(addition), [&context](const DockItem& item) {
       context.remarkOnce(
-          fmt::format("\"{}\" is in the Dock already; --replacing puts it there anew",
-                      printable(item.displayName())));
+          translated("\"{displayName}\" is in the Dock already; --replacing puts it there anew",
+                     {{"displayName", printable(item.displayName())}}));
     }));
   });
 }
@@ -176,46 +184,49 @@ struct SelectOptions {
 void addRemove(CLI::App& app, CommandContext& context,
                const std::function<void(CLI::App&)>& decorate,
                const std::function<void(DockEdit)>& take) {
-  auto* command = app.add_subcommand("remove", "Remove items");
+  auto* command = app.add_subcommand("remove", translated("Remove items"));
   auto options = std::make_shared<SelectOptions>();
   auto& selection = options->selection;
   auto* items = command->add_option("ITEM", selection.references,
-                                    "A label, path, bundle identifier or address");
+                                    translated("A label, path, bundle identifier or address"));
   context.complete(items, completeDockItems(context));
-  command->add_flag("--spacers", selection.allSpacers, "All spacers");
-  command->add_flag("--all", selection.everything, "Everything");
-  command->add_flag("--every", selection.everyMatch, "All items that go by a name, not just one");
-  options->section.addTo(*command, context, "--section", "Only on this side", sections);
+  command->add_flag("--spacers", selection.allSpacers, translated("All spacers"));
+  command->add_flag("--all", selection.everything, translated("Everything"));
+  command->add_flag("--every", selection.everyMatch,
+                    translated("All items that go by a name, not just one"));
+  options->section.addTo(*command, context, "--section", translated("Only on this side"), sections);
   decorate(*command);
-  CommandContext::examples(*command,
-                           {{"tavrin dock remove Mail com.example.Notes", "two items"},
-                            {"tavrin dock remove --spacers --dry-run", "see what would go"}});
+  CommandContext::examples(
+      *command, {{"tavrin dock remove Mail com.example.Notes", translated("two items")},
+                 {"tavrin dock remove --spacers --dry-run", translated("see what would go")}});
   command->callback([options, take] {
     auto wanted = options->selection;
     wanted.section = options->section.value();
     if (wanted.references.empty() && !wanted.allSpacers && !wanted.everything)
-      throw HostError(ExitCode::usage, "name an item, or give --spacers or --all");
+      throw HostError(ExitCode::usage, translated("name an item, or give --spacers or --all"));
     take(removing(std::move(wanted)));
   });
 }
 
 void addMove(CLI::App& app, CommandContext& context, const std::function<void(CLI::App&)>& decorate,
              const std::function<void(DockEdit)>& take) {
-  auto* command = app.add_subcommand("move", "Move items");
+  auto* command = app.add_subcommand("move", translated("Move items"));
   auto references = std::make_shared<std::vector<std::string>>();
   auto place = std::make_shared<PlaceOptions>();
-  auto* items =
-      command->add_option("ITEM", *references, "A label, path, bundle identifier or address");
+  auto* items = command->add_option("ITEM", *references,
+                                    translated("A label, path, bundle identifier or address"));
   items->required();
   context.complete(items, completeDockItems(context));
   place->addTo(*command, context);
   decorate(*command);
-  CommandContext::examples(*command, {{"tavrin dock move Mail --position first", "to the left end"},
-                                      {"tavrin dock move Notes --after Mail", "beside another"}});
+  CommandContext::examples(
+      *command, {{"tavrin dock move Mail --position first", translated("to the left end")},
+                 {"tavrin dock move Notes --after Mail", translated("beside another")}});
   command->callback([references, place, take] {
     const auto where = place->place();
     if (!where && !place->section())
-      throw HostError(ExitCode::usage, "say where to: --position, --before, --after or --section");
+      throw HostError(ExitCode::usage,
+                      translated("say where to: --position, --before, --after or --section"));
     take(moving({.references = *references, .section = {}}, place->section(),
                 where.value_or(DockPlace{})));
   });
@@ -224,14 +235,14 @@ void addMove(CLI::App& app, CommandContext& context, const std::function<void(CL
 void addSpacer(CLI::App& app, CommandContext& context,
                const std::function<void(CLI::App&)>& decorate,
                const std::function<void(DockEdit)>& take) {
-  auto* command = app.add_subcommand("spacer", "Add a spacer");
+  auto* command = app.add_subcommand("spacer", translated("Add a spacer"));
   auto variant = std::make_shared<Choice<SpacerVariant>>();
   auto place = std::make_shared<PlaceOptions>();
-  variant->addTo(*command, context, "--size", "default, small or flex", spacers);
+  variant->addTo(*command, context, "--size", translated("default, small or flex"), spacers);
   place->addTo(*command, context);
   decorate(*command);
-  CommandContext::examples(*command,
-                           {{"tavrin dock spacer --size small --after Mail", "a narrow one"}});
+  CommandContext::examples(
+      *command, {{"tavrin dock spacer --size small --after Mail", translated("a narrow one")}});
   command->callback([variant, place, take] {
     take(adding({{DockItem{variant->value().value_or(SpacerVariant::standard)}},
                  place->section(),

@@ -1,9 +1,10 @@
 #include "TavrinCommand/Dock/FocusCommands.h"
 
 #include "TavrinCommand/Dock/DockChanges.h"
+#include "TavrinCore/Base/Texts.h"
+#include "TavrinCore/Settings/HotkeyText.h"
 #include "TavrinHost/Dock/DockLibrary.h"
 #include "TavrinHost/Dock/FocusSession.h"
-#include "TavrinCore/Settings/HotkeyText.h"
 #include "TavrinHost/Dock/WorkspaceBackups.h"
 
 #include <CLI/App.hpp>
@@ -37,15 +38,18 @@ void run(CommandContext& context, const FocusWords& words) {
 
 void addFocusCommands(CLI::App& app, CommandContext& context) {
   auto* command = app.add_subcommand(
-      "focus", "Follow the Focus state and the profiles' shortcuts until stopped");
+      "focus", translated("Follow the Focus state and the profiles' shortcuts until stopped"));
   auto words = std::make_shared<FocusWords>();
-  command->add_option("--interval", words->interval, "Seconds between two looks, 0.2 to 3600")
+  command
+      ->add_option("--interval", words->interval,
+                   translated("Seconds between two looks, 0.2 to 3600"))
       ->check(CLI::Range(0.2, 3600.0));
   command->add_option("--numbered", words->numbered,
-                      "The modifiers of the numbered shortcuts, or none");
+                      translated("The modifiers of the numbered shortcuts, or none"));
   addNoRestartFlag(*command, words->restarts);
-  CommandContext::examples(*command, {{"tavrin focus --numbered super+ctrl", "other shortcuts"},
-                                      {"tavrin profiles focus Calm on", "what it switches to"}});
+  CommandContext::examples(*command,
+                           {{"tavrin focus --numbered super+ctrl", translated("other shortcuts")},
+                            {"tavrin profiles focus Calm on", translated("what it switches to")}});
   command->callback([words, &context] { run(context, *words); });
 }
 

@@ -2,10 +2,11 @@
 
 #include "TavrinCommand/Completers.h"
 #include "TavrinCommand/Dock/DockChanges.h"
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Dock/ProfileTransfer.h"
+#include "TavrinCore/Settings/HotkeyText.h"
 #include "TavrinCore/Text/Text.h"
 #include "TavrinHost/Dock/DockLibrary.h"
-#include "TavrinCore/Settings/HotkeyText.h"
 #include "TavrinPlatform/Files/AtomicFile.h"
 
 #include <CLI/App.hpp>
@@ -18,7 +19,8 @@ namespace {
 using Words = std::vector<std::string>;
 
 CLI::Option* addProfileArgument(CLI::App& command, CommandContext& context, std::string& target) {
-  auto* argument = command.add_option("PROFILE", target, "A profile's name or identifier");
+  auto* argument =
+      command.add_option("PROFILE", target, translated("A profile's name or identifier"));
   context.complete(argument, completeProfiles(context));
   return argument;
 }
@@ -37,19 +39,24 @@ JSONValue profileJSON(const Profile& profile, bool isActive) {
   return json;
 }
 
-void sayProfile(CommandContext& context, const Profile& profile, std::string_view sentence) {
+void sayProfile(CommandContext& context, const Profile& profile, const char* sentence) {
   if (context.printsJSON())
     context.print(profileJSON(profile, false));
   else
-    context.say(fmt::format("{} \"{}\"", sentence, printable(profile.name)));
+    context.say(translated(sentence, {{"name", printable(profile.name)}}));
 }
 
 void list(CommandContext& context) {
   DockLibrary library(context);
   const auto& file = library.profiles().file();
   JSONValue::Array json;
-  Table table(
-      {{""}, {"NAME", false, 32}, {"COLOUR"}, {"ITEMS", true}, {"SHORTCUT"}, {"FOCUS"}, {"ID"}});
+  Table table({{""},
+               {translated("NAME"), false, 32},
+               {translated("COLOUR")},
+               {translated("ITEMS"), true},
+               {translated("SHORTCUT")},
+               {translated("FOCUS")},
+               {translated("ID")}});
   for (const auto& profile : file.profiles) {
     const bool isActive = file.activeProfileId == profile.id;
     json.push_back(profileJSON(profile, isActive));
@@ -64,7 +71,8 @@ void list(CommandContext& context) {
   if (context.printsJSON())
     context.print(json);
   else if (table.isEmpty())
-    context.say("There are no profiles yet; `tavrin profiles create NAME` makes one of the Dock");
+    context.say(translated(
+        "There are no profiles yet; `tavrin profiles create NAME` makes one of the Dock"));
   else
     table.print(context.console());
 }
@@ -82,7 +90,7 @@ struct CreateOptions {
 std::string requiredName(const std::string& text) {
   const auto name = trimmed(text);
   if (name.empty())
-    throw HostError(ExitCode::refusedValue, "a profile needs a name");
+    throw HostError(ExitCode::refusedValue, translated("a profile needs a name"));
   return std::string(name);
 }
 
@@ -103,7 +111,7 @@ void create(CommandContext& context, const CreateOptions& options) {
   library.profiles().create(profile);
   if (options.activates)
     library.switcher().activate(profile.id);
-  sayProfile(context, profile, "Made");
+  sayProfile(context, profile, marked("Made \"{name}\""));
 }
 
 template <NamedEnum E> Words namesOf() {
@@ -114,35 +122,41 @@ template <NamedEnum E> Words namesOf() {
 }
 
 void addCreate(CLI::App& profiles, CommandContext& context) {
-  auto* command = profiles.add_subcommand("create", "Make a profile, of the Dock as it is");
+  auto* command =
+      profiles.add_subcommand("create", translated("Make a profile, of the Dock as it is"));
   auto options = std::make_shared<CreateOptions>();
-  command->add_option("NAME", options->name, "Its name")->required();
-  command->add_option("--color", options->color, "blue, pink, orange, green, purple or graphite")
-      ->check(CLI::IsMember(namesOf<ProfileColor>()));
-  auto* from = command->add_option("--from", options->from, "A layout other than the Dock's");
-  context.complete(from, completeLayouts(context));
-  command->add_flag("--empty", options->isEmpty, "Without items")->excludes(from);
-  command->add_option("--focus", options->focus, "on, off, or a Focus mode's name");
+  command->add_option("NAME", options->name, translated("Its name"))->required();
   command
-      ->add_option("--other-apps", options->otherApps,
-                   "What happens to applications that are not in it: keep, hide or quit")
+      ->add_option("--color", options->color,
+                   translated("blue, pink, orange, green, purple or graphite"))
+      ->check(CLI::IsMember(namesOf<ProfileColor>()));
+  auto* from =
+      command->add_option("--from", options->from, translated("A layout other than the Dock's"));
+  context.complete(from, completeLayouts(context));
+  command->add_flag("--empty", options->isEmpty, translated("Without items"))->excludes(from);
+  command->add_option("--focus", options->focus, translated("on, off, or a Focus mode's name"));
+  command
+      ->add_option(
+          "--other-apps", options->otherApps,
+          translated("What happens to applications that are not in it: keep, hide or quit"))
       ->check(CLI::IsMember(namesOf<OtherWorkspaceApps>()));
-  command->add_flag("--activate", options->activates, "Make it the active one");
+  command->add_flag("--activate", options->activates, translated("Make it the active one"));
   context.addJSONFlag(*command);
-  CommandContext::examples(*command,
-                           {{"tavrin profiles create Work --color green", "the Dock as it is"},
-                            {"tavrin profiles create Calm --focus on", "for a Focus"}});
+  CommandContext::examples(
+      *command, {{"tavrin profiles create Work --color green", translated("the Dock as it is")},
+                 {"tavrin profiles create Calm --focus on", translated("for a Focus")}});
   command->callback([options, &context] { create(context, *options); });
 }
 
 void addCapture(CLI::App& profiles, CommandContext& context) {
-  auto* command = profiles.add_subcommand("capture", "Take the Dock as it is into a profile");
+  auto* command =
+      profiles.add_subcommand("capture", translated("Take the Dock as it is into a profile"));
   auto name = std::make_shared<std::string>();
   addProfileArgument(*command, context, *name)
-      ->description("A profile's name or identifier; the active one when left out");
+      ->description(translated("A profile's name or identifier; the active one when left out"));
   context.addJSONFlag(*command);
-  CommandContext::examples(*command, {{"tavrin profiles capture", "the active profile"},
-                                      {"tavrin profiles capture Work", "another one"}});
+  CommandContext::examples(*command, {{"tavrin profiles capture", translated("the active profile")},
+                                      {"tavrin profiles capture Work", translated("another one")}});
   command->callback([name, &context] {
     DockLibrary library(context);
     bool isChanged = false;
@@ -154,7 +168,7 @@ void addCapture(CLI::App& profiles, CommandContext& context) {
     if (context.printsJSON())
       context.print(JSONValue::Object{{"changed", isChanged}});
     else
-      context.say(isChanged ? "Captured the Dock" : "Nothing to capture");
+      context.say(isChanged ? translated("Captured the Dock") : translated("Nothing to capture"));
   });
 }
 
@@ -164,7 +178,7 @@ struct SwitchOptions {
   bool restarts = true;
 
   void addTo(CLI::App& command, CommandContext& context) {
-    command.add_flag("--dry-run", isDryRun, "Show the change and write nothing");
+    command.add_flag("--dry-run", isDryRun, translated("Show the change and write nothing"));
     addNoRestartFlag(command, restarts);
     context.addJSONFlag(command);
   }
@@ -192,23 +206,24 @@ void change(CommandContext& context, DockLibrary& library, const Profile& profil
   }
   sayChanges(context, report);
   if (!isDryRun)
-    context.say(fmt::format("\"{}\" is the active profile", printable(profile.name)));
+    context.say(
+        translated("\"{name}\" is the active profile", {{"name", printable(profile.name)}}));
 }
 
 void addSwitch(CLI::App& profiles, CommandContext& context) {
-  auto* command = profiles.add_subcommand("switch", "Put a profile into the Dock");
+  auto* command = profiles.add_subcommand("switch", translated("Put a profile into the Dock"));
   auto options = std::make_shared<SwitchOptions>();
   addProfileArgument(*command, context, options->name)->required();
   options->addTo(*command, context);
-  CommandContext::examples(*command,
-                           {{"tavrin profiles switch Work", "`tavrin dock undo` goes back"}});
+  CommandContext::examples(
+      *command, {{"tavrin profiles switch Work", translated("`tavrin dock undo` goes back")}});
   command->callback([options, &context] {
     DockLibrary library(context, options->restarts);
     const Profile profile = library.profile(options->name);
     if (library.profiles().file().activeProfileId == profile.id) {
-      context.remark(fmt::format("\"{}\" is the active profile already; `tavrin profiles apply` "
-                                 "puts it into the Dock anew",
-                                 printable(profile.name)));
+      context.remark(translated("\"{name}\" is the active profile already; `tavrin profiles apply` "
+                                "puts it into the Dock anew",
+                                {{"name", printable(profile.name)}}));
       if (context.printsJSON())
         context.print(unchangedJSON(profile));
       return;
@@ -219,26 +234,26 @@ void addSwitch(CLI::App& profiles, CommandContext& context) {
 }
 
 void addApply(CLI::App& profiles, CommandContext& context) {
-  auto* command =
-      profiles.add_subcommand("apply", "Put the active profile into the Dock where they differ");
+  auto* command = profiles.add_subcommand(
+      "apply", translated("Put the active profile into the Dock where they differ"));
   auto options = std::make_shared<SwitchOptions>();
   options->addTo(*command, context);
-  CommandContext::examples(*command,
-                           {{"tavrin profiles apply --dry-run", "see what would change"}});
+  CommandContext::examples(
+      *command, {{"tavrin profiles apply --dry-run", translated("see what would change")}});
   command->callback([options, &context] {
     DockLibrary library(context, options->restarts);
     const auto profile = library.profiles().activeProfile();
     if (!profile)
-      throw HostError(ExitCode::notFound, "no profile is active");
+      throw HostError(ExitCode::notFound, translated("no profile is active"));
     change(context, library, *profile, options->isDryRun,
            [&] { return library.switcher().applyActiveProfile(); });
   });
 }
 
 /// A command that changes one profile's record.
-void addChange(CLI::App& profiles, CommandContext& context, const char* name, const char* meaning,
-               const char* value, const char* valueMeaning, const char* example,
-               std::function<void(Profile&, const std::string&)> apply) {
+void addChange(CLI::App& profiles, CommandContext& context, const char* name,
+               const std::string& meaning, const char* value, const std::string& valueMeaning,
+               const char* example, std::function<void(Profile&, const std::string&)> apply) {
   auto* command = profiles.add_subcommand(name, meaning);
   auto words = std::make_shared<std::pair<std::string, std::string>>();
   addProfileArgument(*command, context, words->first)->required();
@@ -249,46 +264,50 @@ void addChange(CLI::App& profiles, CommandContext& context, const char* name, co
     DockLibrary library(context);
     const auto changed = library.profiles().change(
         library.profile(words->first).id, [&](Profile& profile) { apply(profile, words->second); });
-    sayProfile(context, changed, "Changed");
+    sayProfile(context, changed, marked("Changed \"{name}\""));
   });
 }
 
 void addRecordCommands(CLI::App& profiles, CommandContext& context) {
-  addChange(profiles, context, "rename", "Give a profile another name", "NAME", "The new name",
-            "tavrin profiles rename Work Job",
+  addChange(profiles, context, "rename", translated("Give a profile another name"), "NAME",
+            translated("The new name"), "tavrin profiles rename Work Job",
             [](Profile& profile, const std::string& name) { profile.name = requiredName(name); });
-  addChange(profiles, context, "hotkey", "Bind a profile to a shortcut", "KEYS",
-            "Such as ctrl+alt+1; none for no shortcut", "tavrin profiles hotkey Work ctrl+alt+1",
+  addChange(profiles, context, "hotkey", translated("Bind a profile to a shortcut"), "KEYS",
+            translated("Such as ctrl+alt+1; none for no shortcut"),
+            "tavrin profiles hotkey Work ctrl+alt+1",
             [](Profile& profile, const std::string& keys) {
               profile.hotkey = keys == "none" ? std::nullopt : std::optional(hotkeyFromText(keys));
             });
-  addChange(profiles, context, "focus", "Bind a profile to the Focus state", "STATE",
-            "on, off, a Focus mode's name, or none", "tavrin profiles focus Calm on",
+  addChange(profiles, context, "focus", translated("Bind a profile to the Focus state"), "STATE",
+            translated("on, off, a Focus mode's name, or none"), "tavrin profiles focus Calm on",
             [](Profile& profile, const std::string& state) {
               profile.focusModeBinding = state == "none" ? std::nullopt : std::optional(state);
             });
-  auto* command = profiles.add_subcommand("delete", "Delete a profile");
+  auto* command = profiles.add_subcommand("delete", translated("Delete a profile"));
   auto name = std::make_shared<std::string>();
   addProfileArgument(*command, context, *name)->required();
   context.addJSONFlag(*command);
-  CommandContext::examples(*command, {{"tavrin profiles delete Work", "the Dock stays as it is"}});
+  CommandContext::examples(
+      *command, {{"tavrin profiles delete Work", translated("the Dock stays as it is")}});
   command->callback([name, &context] {
     DockLibrary library(context);
     const Profile profile = library.profile(*name);
     library.profiles().remove(profile.id);
-    sayProfile(context, profile, "Deleted");
+    sayProfile(context, profile, marked("Deleted \"{name}\""));
   });
 }
 
 void addExport(CLI::App& profiles, CommandContext& context) {
-  auto* command = profiles.add_subcommand("export", "Write profiles for another machine");
+  auto* command =
+      profiles.add_subcommand("export", translated("Write profiles for another machine"));
   auto names = std::make_shared<Words>();
   auto output = std::make_shared<std::string>("-");
   auto* argument =
-      command->add_option("PROFILE", *names, "Names or identifiers; all when left out");
+      command->add_option("PROFILE", *names, translated("Names or identifiers; all when left out"));
   context.complete(argument, completeProfiles(context));
-  command->add_option("--output,-o", *output, "A file; - is the standard output");
-  CommandContext::examples(*command, {{"tavrin profiles export Work -o work.json", "one"}});
+  command->add_option("--output,-o", *output, translated("A file; - is the standard output"));
+  CommandContext::examples(*command,
+                           {{"tavrin profiles export Work -o work.json", translated("one")}});
   command->callback([names, output, &context] {
     DockLibrary library(context);
     std::vector<Profile> chosen;
@@ -304,28 +323,20 @@ void addExport(CLI::App& profiles, CommandContext& context) {
 }
 
 void addImport(CLI::App& profiles, CommandContext& context) {
-  auto* command = profiles.add_subcommand("import", "Add profiles that were exported elsewhere");
+  auto* command =
+      profiles.add_subcommand("import", translated("Add profiles that were exported elsewhere"));
   auto source = std::make_shared<std::string>();
-  command->add_option("FILE", *source, "A file; - is the standard input")->required();
+  command->add_option("FILE", *source, translated("A file; - is the standard input"))->required();
   context.addJSONFlag(*command);
-  CommandContext::examples(*command,
-                           {{"tavrin profiles import work.json", "beside those there are"}});
+  CommandContext::examples(
+      *command, {{"tavrin profiles import work.json", translated("beside those there are")}});
   command->callback([source, &context] {
     DockLibrary library(context);
-    std::vector<Profile> imported;
-    try {
-      imported = ProfileTransfer::profiles(textOf(context, *source));
-    } catch (const JSONError& error) {
-      throw FileError(failure("read " + *source, error.what()), error.what());
-    } catch (const CodingError& error) {
-      throw FileError(failure("read " + *source, error.what()), error.what());
-    }
-    // Desktops are named by the machine they are on; none of this one's names is known here.
     JSONValue::Array added;
-    for (const auto& profile : library.profiles().merge(imported, {})) {
+    for (const auto& profile : library.importProfiles(textOf(context, *source), *source)) {
       added.push_back(profileJSON(profile, false));
       if (!context.printsJSON())
-        context.say(fmt::format("Added \"{}\"", printable(profile.name)));
+        context.say(translated("Added \"{name}\"", {{"name", printable(profile.name)}}));
     }
     if (context.printsJSON())
       context.print(added);
@@ -335,13 +346,15 @@ void addImport(CLI::App& profiles, CommandContext& context) {
 } // namespace
 
 void addProfileCommands(CLI::App& app, CommandContext& context) {
-  auto* profiles = app.add_subcommand("profiles", "Named Dock layouts");
+  auto* profiles = app.add_subcommand("profiles", translated("Named Dock layouts"));
   profiles->require_subcommand(1);
-  CommandContext::examples(*profiles, {{"tavrin profiles create Work", "the Dock as it is"},
-                                       {"tavrin profiles switch Work", "back to it"}});
-  auto* listing = profiles->add_subcommand("list", "List the profiles");
+  CommandContext::examples(*profiles,
+                           {{"tavrin profiles create Work", translated("the Dock as it is")},
+                            {"tavrin profiles switch Work", translated("back to it")}});
+  auto* listing = profiles->add_subcommand("list", translated("List the profiles"));
   context.addJSONFlag(*listing);
-  CommandContext::examples(*listing, {{"tavrin profiles list", "the active one has a star"}});
+  CommandContext::examples(*listing,
+                           {{"tavrin profiles list", translated("the active one has a star")}});
   listing->callback([&context] { list(context); });
   addCreate(*profiles, context);
   addCapture(*profiles, context);

@@ -3,6 +3,7 @@
 #include "TavrinCommand/Widgets/EditForm.h"
 #include "TavrinCommand/Widgets/EditorRun.h"
 #include "TavrinCore/Base/Errors.h"
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinPlatform/Files/AtomicFile.h"
 
 #include <algorithm>
@@ -38,7 +39,8 @@ std::filesystem::path newForm(const std::filesystem::path& folder, const UUID& i
       return form;
     }
     if (errno != EEXIST)
-      throw FileError(failure(fmt::format("make \"{}\"", form.string()), std::strerror(errno)));
+      throw FileError(
+          failure(translated("make \"{form}\"", {{"form", form.string()}}), std::strerror(errno)));
   }
 }
 

@@ -1,6 +1,7 @@
 #include "TavrinCommand/Widgets/EditForm.h"
 
 #include "TavrinCommand/Console.h"
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Kinds/ClaudeUsage/ClaudeUsageSettings.h"
 #include "TavrinCore/Settings/SettingText.h"
 #include "TavrinCore/Widgets/SettingChanges.h"
@@ -72,8 +73,8 @@ JSONValue parsedForm(std::string_view form) {
   try {
     return JSONValue::parse(withoutRemarks(form));
   } catch (const JSONError& error) {
-    throw HostError(ExitCode::refusedValue,
-                    fmt::format("the form is no JSON any more: {}", error.what()));
+    throw HostError(ExitCode::refusedValue, translated("the form is no JSON any more: {reason}",
+                                                       {{"reason", error.what()}}));
   }
 }
 
@@ -91,18 +92,18 @@ std::string withComplaint(std::string_view form, std::string_view complaint) {
 
 std::string editForm(const DockWidget& widget) {
   std::string form =
-      remarks(fmt::format("{} widget. Save and leave the editor to apply the changes.\n"
-                          "Lines that begin with // are remarks.",
-                          widget.kind.title()),
+      remarks(translated("{title} widget. Save and leave the editor to apply the changes.\n"
+                         "Lines that begin with // are remarks.",
+                         {{"title", widget.kind.title()}}),
               "");
   if (widget.kind.get<ClaudeUsageSettings>() != nullptr)
-    form += remarks("The plan's limits are turned on with: tavrin usage connect", "");
+    form += remarks(translated("The plan's limits are turned on with: tavrin usage connect"), "");
   form += "{\n";
-  form += remarks("Name: text", "  ");
+  form += remarks(translated("Name: text"), "  ");
   form += fmt::format("  \"name\": {},\n", JSONValue(widget.name).compact());
-  form += remarks(widget.kind.maxSpan() == 1
-                      ? "Width in tiles: always 1"
-                      : fmt::format("Width in tiles: 1 to {}", widget.kind.maxSpan()),
+  form += remarks(widget.kind.maxSpan() == 1 ? translated("Width in tiles: always 1")
+                                             : translated("Width in tiles: 1 to {most}",
+                                                          {{"most", widget.kind.maxSpan()}}),
                   "  ");
   form += fmt::format("  \"span\": {},\n", widget.span);
   form += "  \"settings\": {";
@@ -112,9 +113,12 @@ std::string editForm(const DockWidget& widget) {
     const auto* value = settings.member(field.key);
     const auto shown = shownValue(field, value == nullptr ? JSONValue() : *value);
     form += separator;
-    form += remarks(fmt::format("{}: {} (new widgets: {})", field.title, allowedText(field),
-                                printable(settingText(field, field.defaultValue))),
-                    "    ");
+    form +=
+        remarks(translated("{title}: {field} (new widgets: {defaultValue})",
+                           {{"title", translation(field.title)},
+                            {"field", allowedText(field)},
+                            {"defaultValue", printable(settingText(field, field.defaultValue))}}),
+                "    ");
     form += fmt::format("    \"{}\": {}", field.key, indented(shown.prettyPrinted(), "    "));
     separator = ",\n";
   }
@@ -128,14 +132,15 @@ DockWidget widgetFromForm(const DockWidget& base, std::string_view form, Date no
   const auto* span = json.member("span");
   const auto* settings = json.member("settings");
   if (name == nullptr || name->string() == nullptr)
-    throwFormFault("\"name\" must be text");
+    throwFormFault(translated("\"name\" must be text"));
   if (span == nullptr || !span->integerValue())
-    throwFormFault("\"span\" must be a whole number");
+    throwFormFault(translated("\"span\" must be a whole number"));
   if (settings == nullptr || settings->object() == nullptr)
-    throwFormFault("\"settings\" must be a JSON object");
+    throwFormFault(translated("\"settings\" must be a JSON object"));
   for (const auto& [key, unused] : *json.object())
     if (key != "name" && key != "span" && key != "settings")
-      throwFormFault(fmt::format("there is no \"{}\" here, only name, span and settings", key));
+      throwFormFault(
+          translated("there is no \"{key}\" here, only name, span and settings", {{"key", key}}));
 
   auto fields = describeSettings(base.kind);
   const auto before = settingsJSON(base.kind);

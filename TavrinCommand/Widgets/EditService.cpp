@@ -3,6 +3,7 @@
 #include "TavrinCommand/Completers.h"
 #include "TavrinCommand/Widgets/EditForm.h"
 #include "TavrinCommand/Widgets/EditorRun.h"
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Widgets/DockSlot.h"
 #include "TavrinHost/Widgets/SettingEditing.h"
 #include "TavrinHost/Widgets/SlotControl.h"
@@ -25,7 +26,7 @@ bool EditService::save(const DockWidget& base, const DockWidget& edited) {
     const auto current = store.widget(base.id);
     if (!current)
       throw HostError(ExitCode::notFound,
-                      fmt::format("\"{}\" was removed in the meantime", base.name));
+                      translated("\"{name}\" was removed in the meantime", {{"name", base.name}}));
     store.update(merged(base, edited, *current));
     return true;
   });
@@ -33,8 +34,9 @@ bool EditService::save(const DockWidget& base, const DockWidget& edited) {
 
 EditDraft EditService::draftOf(const DockWidget& widget) {
   for (const auto& draft : EditDraft::leftBehind(context_, widget.id)) {
-    const auto question = fmt::format(
-        "An edit of \"{}\" was ended before it was saved. Go on with it?", printable(widget.name));
+    const auto question =
+        translated("An edit of \"{name}\" was ended before it was saved. Go on with it?",
+                   {{"name", printable(widget.name)}});
     if (!hasTerminal() || context_.console().confirm(question, true))
       return draft;
   }
@@ -47,7 +49,8 @@ void EditService::edit(const UUID& id) {
   std::string text = editForm(base);
   const auto keep = [&](std::string_view why) {
     throw HostError(ExitCode::refusedValue,
-                    fmt::format("{}; what you typed is in \"{}\"", why, draft.form.string()));
+                    translated("{why}; what you typed is in \"{form}\"",
+                               {{"why", why}, {"form", draft.form.string()}}));
   };
   while (true) {
     try {
@@ -64,7 +67,7 @@ void EditService::edit(const UUID& id) {
     try {
       save(base, widgetFromForm(base, typed, context_.platform().clock().now(),
                                 settingSystem(context_.platform().fileManager().homeFolder())));
-      context_.say(fmt::format("Saved \"{}\".", printable(base.name)));
+      context_.say(translated("Saved \"{name}\".", {{"name", printable(base.name)}}));
       draft.remove();
       return;
     } catch (const SettingError& error) {
@@ -76,16 +79,16 @@ void EditService::edit(const UUID& id) {
     }
   }
   if (text != editForm(base))
-    keep("not saved");
+    keep(translated("not saved"));
   draft.remove();
-  context_.say("Nothing was changed.");
+  context_.say(translated("Nothing was changed."));
 }
 
 void EditService::askAgain(const EditDraft& draft, std::string& text, std::string_view fault,
                            const std::function<void(std::string_view)>& keep) {
   context_.remark(fmt::format("tavrin: {}", printable(fault)));
-  if (hasTerminal() && !context_.console().confirm("Edit again?", true))
-    keep("not saved");
+  if (hasTerminal() && !context_.console().confirm(translated("Edit again?"), true))
+    keep(translated("not saved"));
   text = withComplaint(text, fault);
   writeFileAtomically(draft.form, text, FileAccess::ownerOnly);
 }
@@ -93,10 +96,11 @@ void EditService::askAgain(const EditDraft& draft, std::string& text, std::strin
 void EditService::offerLeftBehind() {
   for (const auto& draft : EditDraft::leftBehind(context_))
     if (serves(draft.base.id))
-      context_.say(fmt::format("An edit of \"{}\" was ended before it was saved; its form is "
-                               "\"{}\", and `tavrin edit {}` goes on with it.",
-                               printable(draft.base.name), printable(draft.form.string()),
-                               draft.base.id.text()));
+      context_.say(translated("An edit of \"{name}\" was ended before it was saved; its form is "
+                              "\"{form}\", and `tavrin edit {text}` goes on with it.",
+                              {{"name", printable(draft.base.name)},
+                               {"form", printable(draft.form.string())},
+                               {"text", draft.base.id.text()}}));
 }
 
 void EditService::answer(const UUID& id) {
@@ -122,18 +126,20 @@ void EditService::serve() {
   auto& platform = context_.platform();
   if (!platform.applications().knowsIdentifiers())
     throw HostError(ExitCode::failed,
-                    "Failed to wait for edit requests because there is no session bus");
+                    translated("Failed to wait for edit requests because there is no session bus"));
   auto& applications = platform.applications();
   if (!applications.claimIdentifier(editorIdentifier(context_))) {
     const auto owner = applications.processOwning(editorIdentifier(context_));
     if (owner && applications.programOf(*owner) == platform.program()) {
-      context_.say(fmt::format("Process {} answers edit requests already, as `tavrin start` has "
-                               "it do; there is nothing to do.",
-                               *owner));
+      context_.say(
+          translated("Process {owner} answers edit requests already, as `tavrin start` has "
+                     "it do; there is nothing to do.",
+                     {{"owner", *owner}}));
       return;
     }
-    throw HostError(ExitCode::failed, "Failed to wait for edit requests because another process "
-                                      "answers them for this data folder");
+    throw HostError(ExitCode::failed,
+                    translated("Failed to wait for edit requests because another process "
+                               "answers them for this data folder"));
   }
   std::deque<UUID> requests;
   const auto observation = platform.notifications().observe(
@@ -143,7 +149,7 @@ void EditService::serve() {
           requests.push_back(*id);
       });
   offerLeftBehind();
-  context_.say("Waiting for edit requests; Ctrl-C ends.");
+  context_.say(translated("Waiting for edit requests; Ctrl-C ends."));
   while (true) {
     if (requests.empty()) {
       platform.waitForEvent();
@@ -159,11 +165,12 @@ void EditService::serve() {
 }
 
 void addEditCommands(CLI::App& app, CommandContext& context) {
-  auto* command = app.add_subcommand("edit", "Edit a widget in your editor, or wait for requests");
+  auto* command =
+      app.add_subcommand("edit", translated("Edit a widget in your editor, or wait for requests"));
   auto reference = std::make_shared<std::string>();
   context.complete(command->add_option("NAME", *reference,
-                                       "The widget; otherwise wait for "
-                                       "the widgets to ask"),
+                                       translated("The widget; otherwise wait for "
+                                                  "the widgets to ask")),
                    completeWidgets(context));
   command->callback([&context, reference] {
     EditService service(context);
@@ -172,8 +179,9 @@ void addEditCommands(CLI::App& app, CommandContext& context) {
     else
       service.edit(WidgetLibrary(context).find(*reference).id);
   });
-  CommandContext::examples(*command, {{"tavrin edit Focus", "in $VISUAL or $EDITOR"},
-                                      {"tavrin edit &", "answer \"Edit\" in the panels"}});
+  CommandContext::examples(*command,
+                           {{"tavrin edit Focus", translated("in $VISUAL or $EDITOR")},
+                            {"tavrin edit &", translated("answer \"Edit\" in the panels")}});
 }
 
 } // namespace tavrin

@@ -1,5 +1,6 @@
 #include "TavrinCommand/Widgets/EditorRun.h"
 
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinHost/HostError.h"
 #include "TavrinPlatform/Files/AtomicFile.h"
 
@@ -99,23 +100,23 @@ void runEditor(CommandContext& context, const std::filesystem::path& form, bool 
     words.insert(words.begin(), {terminal.empty() ? "x-terminal-emulator" : terminal, "-e"});
   }
   const auto fail = [&](std::string_view reason) {
-    throw HostError(ExitCode::failed,
-                    fmt::format("Failed to edit \"{}\" because {}", form.string(), reason));
+    throw HostError(ExitCode::failed, translated("Failed to edit \"{form}\" because {reason}",
+                                                 {{"form", form.string()}, {"reason", reason}}));
   };
   const int status = platform.runInForeground(words);
   for (double waited = 0; status == 0 && !marks.hasBegun() && waited < terminalLimit;
        waited += markerInterval)
     platform.wait(markerInterval);
   if (!marks.hasBegun())
-    fail("no terminal could be started; set TERMINAL");
+    fail(translated("no terminal could be started; set TERMINAL"));
   // The shell ends with its terminal, and says nothing then.
   while (!marks.status() && platform.applications().isAlive(marks.shell().value_or(0)))
     platform.wait(markerInterval);
   const auto result = marks.status();
   if (!result)
-    fail("its terminal was closed");
+    fail(translated("its terminal was closed"));
   if (*result == commandNotFound)
-    fail("no editor could be started; set EDITOR");
+    fail(translated("no editor could be started; set EDITOR"));
 }
 
 bool isOpenInEditor(CommandContext& context, const std::filesystem::path& form, bool hasWindow) {

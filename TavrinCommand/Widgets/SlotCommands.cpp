@@ -1,5 +1,6 @@
 #include "TavrinCommand/Widgets/SlotCommands.h"
 
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Widgets/DockSlot.h"
 #include "TavrinHost/Dock/WorkspaceBackups.h"
 #include "TavrinHost/Widgets/SlotControl.h"
@@ -26,21 +27,23 @@ template <class Library> int slotNamed(Library library, const std::string& refer
       std::from_chars(reference.data(), reference.data() + reference.size(), slot);
   if (error == std::errc() && end == reference.data() + reference.size()) {
     if (slot < 1 || slot > DockSlot::count)
-      throw HostError(ExitCode::notFound, fmt::format("there is no slot {}; they are 1 to {}",
-                                                      reference, DockSlot::count));
+      throw HostError(ExitCode::notFound,
+                      translated("there is no slot {reference}; they are 1 to {most}",
+                                 {{"reference", reference}, {"most", DockSlot::count}}));
     return slot;
   }
   const DockWidget& widget = library().find(reference);
   if (!widget.slot)
     throw HostError(
         ExitCode::notFound,
-        fmt::format("\"{}\" is not placed; `tavrin widgets place \"{}\"` gives it a slot",
-                    widget.name, widget.name));
+        translated("\"{name}\" is not placed; `tavrin widgets place \"{name}\"` gives it a slot",
+                   {{"name", widget.name}}));
   if (const auto fault = slotFault(library().file(), widget); !fault.empty())
-    throw HostError(ExitCode::notFound,
-                    fmt::format("{}, so \"{}\" is not shown; `tavrin widgets place \"{}\"` gives "
-                                "it a free one",
-                                fault, widget.name, widget.name));
+    throw HostError(
+        ExitCode::notFound,
+        translated("{fault}, so \"{name}\" is not shown; `tavrin widgets place \"{name}\"` gives "
+                   "it a free one",
+                   {{"fault", fault}, {"name", widget.name}}));
   return *widget.slot;
 }
 
@@ -61,7 +64,7 @@ std::set<int> allSlots() {
 /// Prints what became of each slot. Throws HostError (failed) when one failed.
 void report(CommandContext& context, const Placed& placed,
             const std::vector<SlotControl::Outcome>& outcomes) {
-  Table table({{"SLOT", true}, {"WIDGET"}, {"STATE"}});
+  Table table({{translated("SLOT"), true}, {translated("WIDGET")}, {translated("STATE")}});
   int failures = 0;
   for (const auto& outcome : outcomes) {
     const auto found = placed.find(outcome.slot);
@@ -73,9 +76,12 @@ void report(CommandContext& context, const Placed& placed,
   if (!table.isEmpty())
     table.print(context.console());
   if (failures > 0)
-    throw HostError(ExitCode::failed,
-                    fmt::format("{} of {} slots failed; their logs are in \"{}\"", failures,
-                                outcomes.size(), context.stateFolder().string()));
+    throw HostError(
+        ExitCode::failed,
+        translated("{failures} of {number} slots failed; their logs are in \"{stateFolder}\"",
+                   {{"failures", failures},
+                    {"number", outcomes.size()},
+                    {"stateFolder", context.stateFolder().string()}}));
 }
 
 /// With no widgets at all, makes the starter set when asked to; never by itself.
@@ -84,14 +90,16 @@ void offerStarterSet(CommandContext& context, WidgetLibrary& library, bool isWan
   if (!file.widgets.empty() || !file.unrecognized.empty())
     return;
   if (!isWanted && context.console().isInteractive)
-    isWanted = context.console().confirm("There are no widgets yet. Make a starter set: a "
-                                         "Pomodoro, a timer, a clock, a countdown,\nthe day's "
-                                         "progress and a note?",
-                                         true);
+    isWanted =
+        context.console().confirm(translated("There are no widgets yet. Make a starter set: a "
+                                             "Pomodoro, a timer, a clock, a countdown,\nthe day's "
+                                             "progress and a note?"),
+                                  true);
   if (!isWanted)
-    throw HostError(ExitCode::notFound,
-                    "there are no widgets yet; `tavrin start --starter` makes a first set, "
-                    "`tavrin widgets add KIND --place` a single one");
+    throw HostError(
+        ExitCode::notFound,
+        translated("there are no widgets yet; `tavrin start --starter` makes a first set, "
+                   "`tavrin widgets add KIND --place` a single one"));
   makeStarterSet(library, context.platform().clock().now());
 }
 
@@ -102,13 +110,15 @@ std::set<int> slotsToStart(const WidgetLibrary& library, const Words& references
       [&]() -> auto& { return library; }, references);
   for (const int slot : slots)
     if (!placed.contains(slot))
-      throw HostError(ExitCode::notFound, fmt::format("no widget is in slot {}", slot));
+      throw HostError(ExitCode::notFound,
+                      translated("no widget is in slot {slot}", {{"slot", slot}}));
   if (references.empty())
     for (const auto& [slot, unused] : placed)
       slots.insert(slot);
   if (slots.empty())
-    throw HostError(ExitCode::notFound,
-                    "no widget is placed; `tavrin widgets place NAME` gives one a slot");
+    throw HostError(
+        ExitCode::notFound,
+        translated("no widget is placed; `tavrin widgets place NAME` gives one a slot"));
   return slots;
 }
 
@@ -121,8 +131,9 @@ void start(CommandContext& context, const Words& references, bool wantsStarterSe
   const auto outcomes = control.start(slots);
   control.startEditor();
   if (!context.platform().applications().knowsIdentifiers())
-    context.remark("There is no session bus: the widgets follow no change of their settings until "
-                   "`tavrin restart`, and `tavrin open` does not reach them.");
+    context.remark(
+        translated("There is no session bus: the widgets follow no change of their settings until "
+                   "`tavrin restart`, and `tavrin open` does not reach them."));
   report(context, library.file().placedWidgets(), outcomes);
 }
 
@@ -148,7 +159,7 @@ void stop(CommandContext& context, const Words& references) {
   if (references.empty() && library)
     backUpWorkspace(context, WorkspaceBackup::Reason::quit);
   if (outcomes.empty())
-    context.say("Nothing runs.");
+    context.say(translated("Nothing runs."));
   report(context, library ? library->file().placedWidgets() : Placed(), outcomes);
   readable();
 }
@@ -176,7 +187,11 @@ void status(CommandContext& context) {
   const WidgetLibrary library(context);
   SlotControl control(context);
   const auto placed = library.file().placedWidgets();
-  Table table({{"SLOT", true}, {"WIDGET", false, 32}, {"KIND"}, {"STATE"}, {"PROCESS", true}});
+  Table table({{translated("SLOT"), true},
+               {translated("WIDGET"), false, 32},
+               {translated("KIND")},
+               {translated("STATE")},
+               {translated("PROCESS"), true}});
   JSONValue::Array list;
   for (const int slot : allSlots()) {
     const auto found = placed.find(slot);
@@ -187,7 +202,8 @@ void status(CommandContext& context) {
     table.add({std::to_string(slot),
                {widget == nullptr ? "-" : widget->name, TextStyle::bold},
                widget == nullptr ? "" : std::string(widget->kind.key()),
-               {process ? "running" : "not running", process ? TextStyle::good : TextStyle::dim},
+               {process ? translated("running") : translated("not running"),
+                process ? TextStyle::good : TextStyle::dim},
                process ? std::to_string(*process) : "-"});
     JSONValue::Object entry{{"slot", slot},
                             {"isRunning", process.has_value()},
@@ -202,7 +218,7 @@ void status(CommandContext& context) {
   if (context.printsJSON())
     context.print(list);
   else if (table.isEmpty())
-    context.say("No widget is placed and nothing runs.");
+    context.say(translated("No widget is placed and nothing runs."));
   else
     table.print(context.console());
 }
@@ -213,7 +229,7 @@ Completer completeSlots(CommandContext& context) {
     std::vector<Suggestion> found;
     for (const auto& [slot, widget] : library.file().placedWidgets())
       if (std::ranges::count(words, widget->name) == 0)
-        found.push_back({widget->name, fmt::format("slot {}", slot)});
+        found.push_back({widget->name, translated("slot {slot}", {{"slot", slot}})});
     return found;
   };
 }
@@ -223,40 +239,43 @@ Completer completeSlots(CommandContext& context) {
 void addSlotCommands(CLI::App& app, CommandContext& context) {
   auto references = std::make_shared<Words>();
   auto wantsStarterSet = std::make_shared<bool>(false);
-  const auto addCommand = [&](const char* name, const char* text, bool isRequired = false) {
+  const auto addCommand = [&](const char* name, const std::string& text, bool isRequired = false) {
     auto* command = app.add_subcommand(name, text);
-    auto* argument = command->add_option("SLOT", *references, "Slot numbers or widget names");
+    auto* argument =
+        command->add_option("SLOT", *references, translated("Slot numbers or widget names"));
     argument->required(isRequired);
     context.complete(argument, completeSlots(context));
     return command;
   };
 
-  auto* starting = addCommand("start", "Put the placed widgets on the screen");
-  starting->add_flag("--starter", *wantsStarterSet, "With no widgets, make a first set unasked");
+  auto* starting = addCommand("start", translated("Put the placed widgets on the screen"));
+  starting->add_flag("--starter", *wantsStarterSet,
+                     translated("With no widgets, make a first set unasked"));
   starting->callback([=, &context] { start(context, *references, *wantsStarterSet); });
-  CommandContext::examples(*starting,
-                           {{"tavrin start", "every placed widget"},
-                            {"tavrin start --starter", "a first set, when there is none"},
-                            {"tavrin start 3 Tea", "slot 3 and the widget Tea"}});
+  CommandContext::examples(
+      *starting, {{"tavrin start", translated("every placed widget")},
+                  {"tavrin start --starter", translated("a first set, when there is none")},
+                  {"tavrin start 3 Tea", translated("slot 3 and the widget Tea")}});
 
-  auto* stopping = addCommand("stop", "Take the widgets off the screen");
+  auto* stopping = addCommand("stop", translated("Take the widgets off the screen"));
   stopping->callback([=, &context] { stop(context, *references); });
-  CommandContext::examples(*stopping,
-                           {{"tavrin stop", "all of them"}, {"tavrin stop Tea", "this one"}});
+  CommandContext::examples(*stopping, {{"tavrin stop", translated("all of them")},
+                                       {"tavrin stop Tea", translated("this one")}});
 
-  auto* restarting = addCommand("restart", "Stop and start the widgets");
+  auto* restarting = addCommand("restart", translated("Stop and start the widgets"));
   restarting->callback([=, &context] { restart(context, *references); });
-  CommandContext::examples(*restarting, {{"tavrin restart", "after an update"}});
+  CommandContext::examples(*restarting, {{"tavrin restart", translated("after an update")}});
 
-  auto* listing = app.add_subcommand("status", "Tell which widgets run");
+  auto* listing = app.add_subcommand("status", translated("Tell which widgets run"));
   context.addJSONFlag(*listing);
   listing->callback([&context] { status(context); });
-  CommandContext::examples(*listing, {{"tavrin status", "slots, widgets, processes"},
-                                      {"tavrin status --json", "for scripts"}});
+  CommandContext::examples(*listing, {{"tavrin status", translated("slots, widgets, processes")},
+                                      {"tavrin status --json", translated("for scripts")}});
 
-  auto* opening = addCommand("open", "Open the panel of a widget", true);
+  auto* opening = addCommand("open", translated("Open the panel of a widget"), true);
   opening->callback([=, &context] { open(context, *references); });
-  CommandContext::examples(*opening, {{"tavrin open Focus", "one that is open stays open"}});
+  CommandContext::examples(*opening,
+                           {{"tavrin open Focus", translated("one that is open stays open")}});
 }
 
 } // namespace tavrin

@@ -2,6 +2,7 @@
 
 #include "TavrinCommand/Widgets/UsageChart.h"
 #include "TavrinCore/Base/ISO8601.h"
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Kinds/ClaudeUsage/ClaudeUsage.h"
 #include "TavrinStorage/ClaudeUsage/ClaudeUsageBridge.h"
 #include "TavrinStorage/ClaudeUsage/ClaudeUsageSource.h"
@@ -61,7 +62,7 @@ Report makeReport(CommandContext& context, int dayCount) {
   const Date first = calendar.startOfDay(calendar.addingDays(1 - dayCount, today));
   ClaudeUsageSource source(context.platform().fileManager().homeFolder() / ".claude");
   if (!source.isAvailable())
-    throw HostError(ExitCode::failed, "Claude Code has not run here");
+    throw HostError(ExitCode::failed, translated("Claude Code has not run here"));
   const bool hasChart = context.console().columns > 0 && !context.printsJSON();
   const auto chartStarts = ClaudeUsage::dayStarts(now, calendar, ClaudeUsage::chartDays);
   Date earliest = std::min(first, earliestStart(now, calendar));
@@ -148,14 +149,15 @@ JSONValue reportJSON(const Report& report) {
 /// How much of the numbers a terminal has room for.
 enum class Detail { whole, rounded, sums };
 
-Table usageTable(const char* title, Detail detail) {
-  std::vector<Table::Column> columns{{title, false, projectWidth}, {"TOKENS", true}};
+Table usageTable(const std::string& title, Detail detail) {
+  std::vector<Table::Column> columns{{title, false, projectWidth}, {translated("TOKENS"), true}};
   const bool isWhole = detail == Detail::whole;
   if (detail != Detail::sums)
-    for (const char* kind : {"INPUT", "OUTPUT", isWhole ? "CACHE WRITES" : "WRITES",
-                             isWhole ? "CACHE READS" : "READS"})
-      columns.push_back({kind, true});
-  columns.push_back({"MESSAGES", true});
+    for (const char* kind :
+         {marked("INPUT"), marked("OUTPUT"), isWhole ? marked("CACHE WRITES") : marked("WRITES"),
+          isWhole ? marked("CACHE READS") : marked("READS")})
+      columns.push_back({translated(kind), true});
+  columns.push_back({translated("MESSAGES"), true});
   return Table(std::move(columns));
 }
 
@@ -173,20 +175,20 @@ void addRow(Table& table, std::string name, const ClaudeUsageTotals& totals, Tex
 
 /// The periods and, where there are any, the days.
 std::vector<Table> usageTables(const Report& report, Detail detail) {
-  std::vector<Table> tables{usageTable("PERIOD", detail)};
+  std::vector<Table> tables{usageTable(translated("PERIOD"), detail)};
   for (const auto& [scope, totals] : report.byScope)
     addRow(tables.back(), std::string(title(scope)), totals, TextStyle::plain, detail);
   if (report.days.empty())
     return tables;
-  tables.push_back(usageTable("DAY", detail));
+  tables.push_back(usageTable(translated("DAY"), detail));
   for (const auto& day : report.days)
     addRow(tables.back(), day.date, day.totals, TextStyle::plain, detail);
-  addRow(tables.back(), "All", report.all, TextStyle::bold, detail);
+  addRow(tables.back(), translated("All"), report.all, TextStyle::bold, detail);
   return tables;
 }
 
 Table projectTable(const Report& report, int columns) {
-  Table projects({{"PROJECT", false, projectWidth}, {"TOKENS", true}});
+  Table projects({{translated("PROJECT"), false, projectWidth}, {translated("TOKENS"), true}});
   const auto numberOf = [](const ClaudeUsageProject& project) { return grouped(project.tokens); };
   int room = projectWidth;
   for (const auto& project : report.all.projects)
@@ -209,7 +211,7 @@ void printTables(CommandContext& context, const Report& report) {
       break;
   }
   if (report.days.empty())
-    context.remark("No messages were logged on these days");
+    context.remark(translated("No messages were logged on these days"));
   else
     tables.push_back(projectTable(report, console.columns));
   for (const auto& table : tables) {
@@ -225,7 +227,7 @@ void printChart(CommandContext& context, const Report& report) {
   if (lines.empty())
     return;
   context.say("");
-  context.say(console.styled("TOKENS A DAY", TextStyle::dim));
+  context.say(console.styled(translated("TOKENS A DAY"), TextStyle::dim));
   for (const auto& line : lines)
     context.say(line);
 }
@@ -234,9 +236,9 @@ void printLimits(CommandContext& context, const Report& report) {
   if (!report.isConnected || !report.limits)
     return;
   context.say("");
-  Table table({{"LIMIT"}, {"USED", true}, {"RESETS IN"}});
-  for (const auto& [name, window] : {std::pair("Five hours", report.limits->fiveHour),
-                                     std::pair("Seven days", report.limits->sevenDay)})
+  Table table({{translated("LIMIT")}, {translated("USED"), true}, {translated("RESETS IN")}});
+  for (const auto& [name, window] : {std::pair(translated("Five hours"), report.limits->fiveHour),
+                                     std::pair(translated("Seven days"), report.limits->sevenDay)})
     if (window)
       table.add({name,
                  {fmt::format("{:.0f}%", window->usedAt(report.now)), TextStyle::bold},
@@ -245,8 +247,8 @@ void printLimits(CommandContext& context, const Report& report) {
 }
 
 void addBridgeCommand(CLI::App& group, CommandContext& context, const char* name,
-                      const char* description, void (ClaudeUsageBridge::*act)() const,
-                      const char* done) {
+                      const std::string& description, void (ClaudeUsageBridge::*act)() const,
+                      const std::string& done) {
   auto* command = group.add_subcommand(name, description);
   command->callback([&context, act, done] {
     (ClaudeUsageBridge(context.platform().fileManager()).*act)();
@@ -258,17 +260,18 @@ void addBridgeCommand(CLI::App& group, CommandContext& context, const char* name
 } // namespace
 
 void addUsageCommands(CLI::App& app, CommandContext& context) {
-  auto* group = app.add_subcommand("usage", "Count the tokens that Claude Code used");
+  auto* group = app.add_subcommand("usage", translated("Count the tokens that Claude Code used"));
   group->require_subcommand(0, 1);
   auto days = std::make_shared<int>(7);
-  group->add_option("--days", *days, "Days to list, today included (7)")
+  group->add_option("--days", *days, translated("Days to list, today included (7)"))
       ->check(CLI::Range(1, mostDays));
   context.addJSONFlag(*group);
-  addBridgeCommand(*group, context, "connect", "Have Claude Code hand over the plan's limits",
-                   &ClaudeUsageBridge::connect,
-                   "Connected. The limits show once Claude Code draws its status line.");
-  addBridgeCommand(*group, context, "disconnect", "Put Claude Code's status line back",
-                   &ClaudeUsageBridge::disconnect, "Disconnected.");
+  addBridgeCommand(
+      *group, context, "connect", translated("Have Claude Code hand over the plan's limits"),
+      &ClaudeUsageBridge::connect,
+      translated("Connected. The limits show once Claude Code draws its status line."));
+  addBridgeCommand(*group, context, "disconnect", translated("Put Claude Code's status line back"),
+                   &ClaudeUsageBridge::disconnect, translated("Disconnected."));
   group->callback([group, &context, days] {
     if (!group->get_subcommands().empty())
       return;
@@ -282,8 +285,8 @@ void addUsageCommands(CLI::App& app, CommandContext& context) {
     printLimits(context, report);
   });
   CommandContext::examples(
-      *group, {{"tavrin usage", "by period, day and project"},
-               {"tavrin usage --days 30 --json | jq .total.tokens", "of thirty days"}});
+      *group, {{"tavrin usage", translated("by period, day and project")},
+               {"tavrin usage --days 30 --json | jq .total.tokens", translated("of thirty days")}});
 }
 
 } // namespace tavrin

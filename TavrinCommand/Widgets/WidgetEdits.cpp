@@ -6,6 +6,7 @@
 #include "TavrinHost/Widgets/WidgetLibrary.h"
 
 #include "TavrinCommand/Completers.h"
+#include "TavrinCore/Base/Texts.h"
 #include <CLI/App.hpp>
 #include <algorithm>
 #include <charconv>
@@ -24,8 +25,9 @@ std::vector<Assignment> assignments(const Words& words) {
 }
 
 [[noreturn]] void throwNoFreeSlot() {
-  throw HostError(ExitCode::noFreeSlot,
-                  "all twelve slots are taken; release one with `tavrin widgets release NAME`");
+  throw HostError(
+      ExitCode::noFreeSlot,
+      translated("all twelve slots are taken; release one with `tavrin widgets release NAME`"));
 }
 
 int checkedSlot(std::string_view text) {
@@ -33,9 +35,10 @@ int checkedSlot(std::string_view text) {
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), slot);
   if (error != std::errc() || end != text.data() + text.size() || slot < 1 ||
       slot > DockSlot::count)
-    throw HostError(ExitCode::refusedValue, fmt::format("a slot is a number from 1 to {}, not "
-                                                        "\"{}\"",
-                                                        DockSlot::count, text));
+    throw HostError(ExitCode::refusedValue,
+                    translated("a slot is a number from 1 to {most}, not "
+                               "\"{text}\"",
+                               {{"most", DockSlot::count}, {"text", text}}));
   return slot;
 }
 
@@ -43,26 +46,27 @@ int checkedSlot(std::string_view text) {
 void requireFree(const WidgetsFile& file, int slot, const UUID& forWidget) {
   for (const auto& widget : file.widgets)
     if (widget.slot == slot && widget.id != forWidget)
-      throw HostError(ExitCode::refusedValue,
-                      fmt::format("slot {} is taken by \"{}\"", slot, widget.name));
+      throw HostError(ExitCode::refusedValue, translated("slot {slot} is taken by \"{name}\"",
+                                                         {{"slot", slot}, {"name", widget.name}}));
   for (const auto& entry : file.unrecognized)
     if (const auto* taken = entry.raw.member("slot");
         taken != nullptr && taken->integerValue() == slot)
-      throw HostError(
-          ExitCode::refusedValue,
-          fmt::format("slot {} is taken by a widget that this version does not know", slot));
+      throw HostError(ExitCode::refusedValue,
+                      translated("slot {slot} is taken by a widget that this version does not know",
+                                 {{"slot", slot}}));
 }
 
 /// A place in the Dock shows nothing until the slot's program runs.
 void remarkUnlessShown(CommandContext& context, const DockWidget& widget) {
   if (widget.slot && !SlotControl(context).process(*widget.slot))
-    context.remarkOnce("It is not on the screen yet: `tavrin start` shows it.");
+    context.remarkOnce(translated("It is not on the screen yet: `tavrin start` shows it."));
 }
 
 void sayPlace(CommandContext& context, const DockWidget& widget) {
   context.say(widget.slot
-                  ? fmt::format("\"{}\" is in slot {}.", printable(widget.name), *widget.slot)
-                  : fmt::format("\"{}\" is not placed.", printable(widget.name)));
+                  ? translated("\"{name}\" is in slot {slot}.",
+                               {{"name", printable(widget.name)}, {"slot", *widget.slot}})
+                  : translated("\"{name}\" is not placed.", {{"name", printable(widget.name)}}));
   remarkUnlessShown(context, widget);
 }
 
@@ -107,7 +111,7 @@ void add(CommandContext& context, const AddRequest& request) {
       throwNoFreeSlot();
     auto name = !request.name.empty() ? checkedNameOf(request.name) : draft.name;
     if (name.empty())
-      name = freeName(store.file(), info.title);
+      name = freeName(store.file(), translation(info.title));
     auto made = store.create(name, draft.kind);
     if (made.span != draft.span) {
       made.span = draft.span;
@@ -118,8 +122,13 @@ void add(CommandContext& context, const AddRequest& request) {
   if (context.printsJSON())
     context.print(encode(widget));
   else
-    context.say(fmt::format("Made {} \"{}\"{}.", info.title, printable(widget.name),
-                            widget.slot ? fmt::format(" in slot {}", *widget.slot) : ""));
+    context.say(widget.slot
+                    ? translated("Made {kind} \"{name}\" in slot {slot}.",
+                                 {{"kind", translation(info.title)},
+                                  {"name", printable(widget.name)},
+                                  {"slot", *widget.slot}})
+                    : translated("Made {kind} \"{name}\".", {{"kind", translation(info.title)},
+                                                             {"name", printable(widget.name)}}));
   remarkUnlessShown(context, widget);
 }
 
@@ -131,7 +140,8 @@ DockWidget editOne(CommandContext& context, const std::string& reference, Edit e
   return library.change([&](WidgetStore& store) {
     const auto current = store.widget(id);
     if (!current)
-      throw HostError(ExitCode::notFound, fmt::format("\"{}\" is gone", reference));
+      throw HostError(ExitCode::notFound,
+                      translated("\"{reference}\" is gone", {{"reference", reference}}));
     DockWidget edited = edit(*current, store.file());
     store.update(edited);
     return edited;
@@ -174,7 +184,7 @@ void set(CommandContext& context, const std::string& reference, const Words& wor
 
 void place(CommandContext& context, const Words& references, const std::string& slotText) {
   if (!slotText.empty() && references.size() > 1)
-    throw HostError(ExitCode::usage, "--slot is for one widget at a time");
+    throw HostError(ExitCode::usage, translated("--slot is for one widget at a time"));
   if (!slotText.empty()) {
     const int slot = checkedSlot(slotText);
     sayPlace(context,
@@ -190,7 +200,8 @@ void place(CommandContext& context, const Words& references, const std::string& 
     sayPlace(context, library.change([&](WidgetStore& store) {
       const auto current = store.widget(widget.id);
       if (!current)
-        throw HostError(ExitCode::notFound, fmt::format("\"{}\" is gone", widget.name));
+        throw HostError(ExitCode::notFound,
+                        translated("\"{name}\" is gone", {{"name", widget.name}}));
       if (!slotFault(store.file(), *current).empty())
         store.releaseSlot(widget.id);
       auto claimed = store.claimSlot(widget.id);
@@ -207,7 +218,7 @@ void release(CommandContext& context, const Words& references) {
       store.releaseSlot(widget.id);
       return true;
     });
-    context.say(fmt::format("\"{}\" is no longer placed.", printable(widget.name)));
+    context.say(translated("\"{name}\" is no longer placed.", {{"name", printable(widget.name)}}));
   }
 }
 
@@ -217,13 +228,15 @@ void remove(CommandContext& context, const Words& references, bool isSure) {
   for (const auto& widget : widgets) {
     if (!isSure && context.console().isInteractive &&
         !context.console().confirm(
-            fmt::format("Remove \"{}\" with its settings?", printable(widget.name)), false))
+            translated("Remove \"{name}\" with its settings?", {{"name", printable(widget.name)}}),
+            false))
       continue;
     library.change([&](WidgetStore& store) {
       store.remove(widget.id);
       return true;
     });
-    context.say(fmt::format("Removed {} \"{}\".", widget.kind.title(), printable(widget.name)));
+    context.say(translated("Removed {title} \"{name}\".",
+                           {{"title", widget.kind.title()}, {"name", printable(widget.name)}}));
   }
 }
 
@@ -233,7 +246,7 @@ std::vector<Suggestion> settingSuggestions(const DockWidget::Kind& kind, std::st
   const auto equals = current.find('=');
   for (const auto& field : describeSettings(kind)) {
     if (equals == std::string_view::npos) {
-      found.push_back({field.key + "=", std::string(field.title) + ": " + allowedText(field)});
+      found.push_back({field.key + "=", translated(field.title) + ": " + allowedText(field)});
     } else if (current.substr(0, equals) == field.key) {
       auto values = field.choices;
       if (field.type == FieldType::boolean)
@@ -243,7 +256,7 @@ std::vector<Suggestion> settingSuggestions(const DockWidget::Kind& kind, std::st
     }
   }
   if (equals == std::string_view::npos)
-    found.push_back({"span=", fmt::format("Tiles wide: 1 to {}", kind.maxSpan())});
+    found.push_back({"span=", translated("Tiles wide: 1 to {most}", {{"most", kind.maxSpan()}})});
   return found;
 }
 
@@ -259,73 +272,79 @@ Completer completeSettings(CommandContext& context, bool ofNewWidget) {
 }
 
 void addAdding(CLI::App& group, CommandContext& context) {
-  auto* command = group.add_subcommand("add", "Make a widget");
+  auto* command = group.add_subcommand("add", translated("Make a widget"));
   auto request = std::make_shared<AddRequest>();
-  context.complete(command->add_option("KIND", request->kind, "What it is")->required(),
+  context.complete(command->add_option("KIND", request->kind, translated("What it is"))->required(),
                    completeKinds());
-  command->add_option("NAME", request->name, "What it is called; otherwise after its kind");
-  context.complete(command->add_option("--set", request->settings, "Settings, as key=value"),
-                   completeSettings(context, true));
-  command->add_option("--span", request->span, "How many tiles wide it is");
-  command->add_flag("--place", request->places, "Give it the first free slot");
+  command->add_option("NAME", request->name,
+                      translated("What it is called; otherwise after its kind"));
+  context.complete(
+      command->add_option("--set", request->settings, translated("Settings, as key=value")),
+      completeSettings(context, true));
+  command->add_option("--span", request->span, translated("How many tiles wide it is"));
+  command->add_flag("--place", request->places, translated("Give it the first free slot"));
   context.addJSONFlag(*command);
   command->callback([&context, request] { add(context, *request); });
   CommandContext::examples(
-      *command, {{"tavrin widgets add clock", "a clock, not placed yet"},
-                 {"tavrin widgets add timer Tea --set presets=3m,5m --place", "in a slot at once"},
+      *command, {{"tavrin widgets add clock", translated("a clock, not placed yet")},
+                 {"tavrin widgets add timer Tea --set presets=3m,5m --place",
+                  translated("in a slot at once")},
                  {"tavrin widgets add countdown Holidays --set target=2026-12-24 --place",
-                  "days to a date"}});
+                  translated("days to a date")}});
 }
 
 void addSetting(CLI::App& group, CommandContext& context) {
-  auto* command = group.add_subcommand("set", "Change settings of a widget");
+  auto* command = group.add_subcommand("set", translated("Change settings of a widget"));
   auto reference = std::make_shared<std::string>();
   auto words = std::make_shared<Words>();
-  context.complete(command->add_option("NAME", *reference, "The widget")->required(),
+  context.complete(command->add_option("NAME", *reference, translated("The widget"))->required(),
                    completeWidgets(context));
   context.complete(command->add_option("SETTING", *words, "key=value, any number")->required(),
                    completeSettings(context, false));
   command->callback([&context, reference, words] { set(context, *reference, *words); });
   CommandContext::examples(
       *command,
-      {{"tavrin widgets set Focus focus=50m shortBreak=10m", "lengths of time"},
-       {"tavrin widgets set Tea presets=3m,5m,10m", "a list"},
-       {"tavrin widgets set Holidays target=+14d countsUpAfter=yes", "a date from now, a switch"},
-       {"tavrin widgets set Clock timeZoneID=Asia/Tokyo span=2", "a text, the width in tiles"},
-       {"tavrin widgets set Clock timeZoneID=null", "back to no value"}});
+      {{"tavrin widgets set Focus focus=50m shortBreak=10m", translated("lengths of time")},
+       {"tavrin widgets set Tea presets=3m,5m,10m", translated("a list")},
+       {"tavrin widgets set Holidays target=+14d countsUpAfter=yes",
+        translated("a date from now, a switch")},
+       {"tavrin widgets set Clock timeZoneID=Asia/Tokyo span=2",
+        translated("a text, the width in tiles")},
+       {"tavrin widgets set Clock timeZoneID=null", translated("back to no value")}});
 }
 
 void addNaming(CLI::App& group, CommandContext& context) {
   auto reference = std::make_shared<std::string>();
   auto value = std::make_shared<std::string>();
-  auto* renaming = group.add_subcommand("rename", "Call a widget something else");
-  context.complete(renaming->add_option("NAME", *reference, "The widget")->required(),
+  auto* renaming = group.add_subcommand("rename", translated("Call a widget something else"));
+  context.complete(renaming->add_option("NAME", *reference, translated("The widget"))->required(),
                    completeWidgets(context));
-  renaming->add_option("NEW", *value, "Its new name")->required();
+  renaming->add_option("NEW", *value, translated("Its new name"))->required();
   renaming->callback([&context, reference, value] {
     const auto name = checkedNameOf(*value);
     editOne(context, *reference, [&](DockWidget widget, const auto&) {
       widget.name = name;
       return widget;
     });
-    context.say(fmt::format("It is called \"{}\" now.", printable(name)));
+    context.say(translated("It is called \"{name}\" now.", {{"name", printable(name)}}));
   });
-  CommandContext::examples(*renaming,
-                           {{"tavrin widgets rename Timer \"Green tea\"", "a new name"}});
+  CommandContext::examples(
+      *renaming, {{"tavrin widgets rename Timer \"Green tea\"", translated("a new name")}});
 
-  auto* spanning = group.add_subcommand("span", "Set how many tiles wide a widget is");
-  context.complete(spanning->add_option("NAME", *reference, "The widget")->required(),
+  auto* spanning = group.add_subcommand("span", translated("Set how many tiles wide a widget is"));
+  context.complete(spanning->add_option("NAME", *reference, translated("The widget"))->required(),
                    completeWidgets(context));
-  spanning->add_option("TILES", *value, "1, or up to what its kind allows")->required();
+  spanning->add_option("TILES", *value, translated("1, or up to what its kind allows"))->required();
   spanning->callback([&context, reference, value] {
     const auto widget = editOne(context, *reference, [&](DockWidget current, const auto&) {
       current.span = checkedSpanOf(current.kind, *value);
       return current;
     });
-    context.say(fmt::format("\"{}\" is {} {} wide.", printable(widget.name), widget.span,
-                            widget.span == 1 ? "tile" : "tiles"));
+    context.say(plural("\"{name}\" is {count} tile wide.", "\"{name}\" is {count} tiles wide.",
+                       widget.span, {{"name", printable(widget.name)}}));
   });
-  CommandContext::examples(*spanning, {{"tavrin widgets span Focus 2", "two tiles wide"}});
+  CommandContext::examples(*spanning,
+                           {{"tavrin widgets span Focus 2", translated("two tiles wide")}});
 }
 
 void addPlacing(CLI::App& group, CommandContext& context) {
@@ -333,28 +352,33 @@ void addPlacing(CLI::App& group, CommandContext& context) {
   auto slot = std::make_shared<std::string>();
   auto isSure = std::make_shared<bool>(false);
   const auto takeNames = [&](CLI::App* command) {
-    context.complete(command->add_option("NAME", *references, "The widgets")->required(),
-                     completeWidgets(context, true));
+    context.complete(
+        command->add_option("NAME", *references, translated("The widgets"))->required(),
+        completeWidgets(context, true));
   };
 
-  auto* placing = group.add_subcommand("place", "Give widgets a slot in the Dock");
+  auto* placing = group.add_subcommand("place", translated("Give widgets a slot in the Dock"));
   takeNames(placing);
-  placing->add_option("--slot", *slot, "This slot, 1 to 12; otherwise the first free one");
+  placing->add_option("--slot", *slot,
+                      translated("This slot, 1 to 12; otherwise the first free one"));
   placing->callback([&context, references, slot] { place(context, *references, *slot); });
-  CommandContext::examples(*placing, {{"tavrin widgets place Tea Focus", "two more in the Dock"},
-                                      {"tavrin widgets place Tea --slot 5", "in a certain slot"}});
+  CommandContext::examples(
+      *placing, {{"tavrin widgets place Tea Focus", translated("two more in the Dock")},
+                 {"tavrin widgets place Tea --slot 5", translated("in a certain slot")}});
 
-  auto* releasing = group.add_subcommand("release", "Take widgets out of the Dock");
+  auto* releasing = group.add_subcommand("release", translated("Take widgets out of the Dock"));
   takeNames(releasing);
   releasing->callback([&context, references] { release(context, *references); });
-  CommandContext::examples(*releasing, {{"tavrin widgets release Tea", "it keeps its settings"}});
+  CommandContext::examples(*releasing,
+                           {{"tavrin widgets release Tea", translated("it keeps its settings")}});
 
-  auto* removing = group.add_subcommand("remove", "Delete widgets for good");
+  auto* removing = group.add_subcommand("remove", translated("Delete widgets for good"));
   takeNames(removing);
-  removing->add_flag("-y,--yes", *isSure, "Do not ask");
+  removing->add_flag("-y,--yes", *isSure, translated("Do not ask"));
   removing->callback([&context, references, isSure] { remove(context, *references, *isSure); });
-  CommandContext::examples(*removing, {{"tavrin widgets remove Tea", "asks on a terminal"},
-                                       {"tavrin widgets remove --yes Tea", "does not ask"}});
+  CommandContext::examples(*removing,
+                           {{"tavrin widgets remove Tea", translated("asks on a terminal")},
+                            {"tavrin widgets remove --yes Tea", translated("does not ask")}});
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "TavrinHost/Widgets/WidgetLibrary.h"
 
 #include "TavrinCommand/Completers.h"
+#include "TavrinCore/Base/Texts.h"
 #include <CLI/App.hpp>
 #include <algorithm>
 #include <fmt/format.h>
@@ -81,7 +82,11 @@ void list(CommandContext& context) {
                                     {"unrecognized", std::move(unrecognized)}});
     return;
   }
-  Table table({{"SLOT", true}, {"NAME", false, nameWidth}, {"KIND"}, {"SPAN", true}, {"ID"}});
+  Table table({{translated("SLOT"), true},
+               {translated("NAME"), false, nameWidth},
+               {translated("KIND")},
+               {translated("SPAN"), true},
+               {translated("ID")}});
   std::vector<std::string> faults;
   for (const auto& widget : library.file().widgets) {
     const auto fault = slotFault(library.file(), widget);
@@ -96,19 +101,19 @@ void list(CommandContext& context) {
   for (const auto& entry : library.file().unrecognized)
     table.add({{"?", TextStyle::dim},
                {unrecognizedText(entry.raw, "name"), TextStyle::dim},
-               {"unknown to this version", TextStyle::dim},
+               {translated("unknown to this version"), TextStyle::dim},
                "",
                {unrecognizedText(entry.raw, "id").substr(0, 8), TextStyle::dim}});
   if (table.isEmpty()) {
-    context.say("There are no widgets yet. `tavrin start --starter` makes a first set,\n"
-                "`tavrin widgets add KIND` a single one.");
+    context.say(translated("There are no widgets yet. `tavrin start --starter` makes a first set,\n"
+                           "`tavrin widgets add KIND` a single one."));
     return;
   }
   table.print(context.console());
   for (const auto& fault : faults)
     context.say(fault);
   if (!faults.empty())
-    context.say("`tavrin widgets place NAME` gives a widget a free slot.");
+    context.say(translated("`tavrin widgets place NAME` gives a widget a free slot."));
 }
 
 void addFieldRows(Table& table, const std::vector<FieldInfo>& fields, const JSONValue* values,
@@ -117,7 +122,7 @@ void addFieldRows(Table& table, const std::vector<FieldInfo>& fields, const JSON
     const auto* value = values == nullptr ? nullptr : values->member(field.key);
     const bool hasRows = field.type == FieldType::record && !field.fields.empty();
     const auto shown = value == nullptr ? JSONValue() : *value;
-    std::vector<Table::Cell> row{{prefix + field.key, TextStyle::accent}, std::string(field.title)};
+    std::vector<Table::Cell> row{{prefix + field.key, TextStyle::accent}, translated(field.title)};
     if (values != nullptr)
       row.emplace_back(hasRows && !shown.isNull() ? "" : settingText(field, shown),
                        TextStyle::bold);
@@ -143,19 +148,27 @@ void show(CommandContext& context, const std::string& reference) {
     return;
   }
   const auto& console = context.console();
-  context.say(fmt::format(
-      "{}  {}, {}, span {} of {}", console.styled(printable(widget.name), TextStyle::bold),
-      widget.kind.title(), widget.slot ? fmt::format("slot {}", *widget.slot) : "not placed",
-      widget.span, widget.kind.maxSpan()));
+  const TextPlaces places = {{"name", console.styled(printable(widget.name), TextStyle::bold)},
+                             {"kind", widget.kind.title()},
+                             {"slot", widget.slot.value_or(0)},
+                             {"span", widget.span},
+                             {"most", widget.kind.maxSpan()}};
+  context.say(widget.slot
+                  ? translated("{name}  {kind}, slot {slot}, span {span} of {most}", places)
+                  : translated("{name}  {kind}, not placed, span {span} of {most}", places));
   context.say(console.styled(widget.id.text(), TextStyle::dim));
   if (const auto fault = slotFault(library.file(), widget); !fault.empty())
     context.say(console.styled(printable(fault), TextStyle::bad));
   if (fields.empty()) {
-    context.say("There is nothing to set.");
+    context.say(translated("There is nothing to set."));
     return;
   }
   context.say("");
-  Table table({{"KEY"}, {"SETTING"}, {"VALUE", false, valueWidth}, {"ALLOWED"}, {"DEFAULT"}});
+  Table table({{translated("KEY")},
+               {translated("SETTING")},
+               {translated("VALUE"), false, valueWidth},
+               {translated("ALLOWED")},
+               {translated("DEFAULT")}});
   const auto settings = settingsJSON(widget.kind);
   addFieldRows(table, fields, &settings, "");
   table.print(console);
@@ -170,10 +183,10 @@ void kinds(CommandContext& context) {
     context.print(list);
     return;
   }
-  Table table({{"KIND"}, {"TITLE"}, {"WIDEST", true}});
+  Table table({{translated("KIND")}, {translated("TITLE")}, {translated("WIDEST"), true}});
   for (const auto& kind : allKinds())
     table.add({{std::string(kind.key), TextStyle::bold},
-               std::string(kind.title),
+               translated(kind.title),
                std::to_string(kind.maxSpan)});
   table.print(context.console());
 }
@@ -189,15 +202,19 @@ void kind(CommandContext& context, const std::string& reference) {
                                     {"fields", fieldsJSON(fields)}});
     return;
   }
-  context.say(fmt::format("{}  {}, up to {} {} wide",
-                          context.console().styled(info.key, TextStyle::bold), info.title,
-                          info.maxSpan, info.maxSpan == 1 ? "tile" : "tiles"));
+  context.say(plural("{key}  {kind}, up to {count} tile wide",
+                     "{key}  {kind}, up to {count} tiles wide", info.maxSpan,
+                     {{"key", context.console().styled(info.key, TextStyle::bold)},
+                      {"kind", translation(info.title)}}));
   if (fields.empty()) {
-    context.say("There is nothing to set.");
+    context.say(translated("There is nothing to set."));
     return;
   }
   context.say("");
-  Table table({{"KEY"}, {"SETTING"}, {"ALLOWED"}, {"DEFAULT", false, valueWidth}});
+  Table table({{translated("KEY")},
+               {translated("SETTING")},
+               {translated("ALLOWED")},
+               {translated("DEFAULT"), false, valueWidth}});
   addFieldRows(table, fields, nullptr, "");
   table.print(context.console());
 }
@@ -205,28 +222,31 @@ void kind(CommandContext& context, const std::string& reference) {
 } // namespace
 
 void addWidgetListings(CLI::App& group, CommandContext& context) {
-  auto* listing = group.add_subcommand("list", "List the widgets and their slots");
+  auto* listing = group.add_subcommand("list", translated("List the widgets and their slots"));
   context.addJSONFlag(*listing);
   listing->callback([&context] { list(context); });
-  CommandContext::examples(*listing,
-                           {{"tavrin widgets list", "all widgets"},
-                            {"tavrin widgets list --json | jq '.widgets[].name'", "their names"}});
+  CommandContext::examples(
+      *listing, {{"tavrin widgets list", translated("all widgets")},
+                 {"tavrin widgets list --json | jq '.widgets[].name'", translated("their names")}});
 
-  auto* showing = group.add_subcommand("show", "Show every setting of a widget");
+  auto* showing = group.add_subcommand("show", translated("Show every setting of a widget"));
   auto reference = std::make_shared<std::string>();
   context.complete(
-      showing->add_option("NAME", *reference, "Name or identifier, or the start of one")
+      showing->add_option("NAME", *reference, translated("Name or identifier, or the start of one"))
           ->required(),
       completeWidgets(context));
   context.addJSONFlag(*showing);
   showing->callback([&context, reference] { show(context, *reference); });
-  CommandContext::examples(*showing, {{"tavrin widgets show Focus", "values, limits, defaults"},
-                                      {"tavrin widgets show slot1", "what stands in slot 1"}});
+  CommandContext::examples(*showing,
+                           {{"tavrin widgets show Focus", translated("values, limits, defaults")},
+                            {"tavrin widgets show slot1", translated("what stands in slot 1")}});
 
-  auto* kindListing = group.add_subcommand("kinds", "List the kinds, or the settings of one");
+  auto* kindListing =
+      group.add_subcommand("kinds", translated("List the kinds, or the settings of one"));
   auto kindName = std::make_shared<std::string>();
-  context.complete(kindListing->add_option("KIND", *kindName, "A kind, for its settings"),
-                   completeKinds());
+  context.complete(
+      kindListing->add_option("KIND", *kindName, translated("A kind, for its settings")),
+      completeKinds());
   context.addJSONFlag(*kindListing);
   kindListing->callback([&context, kindName] {
     if (kindName->empty())
@@ -235,12 +255,12 @@ void addWidgetListings(CLI::App& group, CommandContext& context) {
       kind(context, *kindName);
   });
   CommandContext::examples(*kindListing,
-                           {{"tavrin widgets kinds", "all kinds"},
-                            {"tavrin widgets kinds pomodoro", "what a Pomodoro sets"}});
+                           {{"tavrin widgets kinds", translated("all kinds")},
+                            {"tavrin widgets kinds pomodoro", translated("what a Pomodoro sets")}});
 }
 
 void addWidgetCommands(CLI::App& app, CommandContext& context) {
-  auto* group = app.add_subcommand("widgets", "Make, set and place widgets");
+  auto* group = app.add_subcommand("widgets", translated("Make, set and place widgets"));
   group->require_subcommand(0, 1);
   addWidgetListings(*group, context);
   addWidgetEdits(*group, context);
@@ -250,11 +270,11 @@ void addWidgetCommands(CLI::App& app, CommandContext& context) {
     if (group->get_subcommands().empty())
       list(context);
   });
-  CommandContext::examples(*group,
-                           {{"tavrin widgets", "list them"},
-                            {"tavrin widgets add pomodoro Focus --place", "a new one in the Dock"},
-                            {"tavrin widgets set Focus focus=50m", "change a setting"},
-                            {"tavrin widgets kinds weather", "what a kind can be told"}});
+  CommandContext::examples(
+      *group, {{"tavrin widgets", translated("list them")},
+               {"tavrin widgets add pomodoro Focus --place", translated("a new one in the Dock")},
+               {"tavrin widgets set Focus focus=50m", translated("change a setting")},
+               {"tavrin widgets kinds weather", translated("what a kind can be told")}});
 }
 
 } // namespace tavrin

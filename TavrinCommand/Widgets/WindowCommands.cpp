@@ -1,6 +1,7 @@
 #include "TavrinCommand/Widgets/WindowCommands.h"
 
 #include "TavrinCommand/Completers.h"
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Widgets/DockSlot.h"
 #include "TavrinHost/Widgets/SlotControl.h"
 
@@ -21,9 +22,9 @@ void openWindow(CommandContext& context, const std::optional<UUID>& widget) {
   const auto program = SlotControl(context).settingsProgram();
   std::error_code error;
   if (!std::filesystem::exists(program, error))
-    throw HostError(
-        ExitCode::failed,
-        fmt::format("Failed to open the settings because there is no \"{}\"", program.string()));
+    throw HostError(ExitCode::failed,
+                    translated("Failed to open the settings because there is no \"{program}\"",
+                               {{"program", program.string()}}));
   RunningApplications::Launch launch{program, {}, {}, context.stateFolder() / "settings.log"};
   if (widget)
     launch.arguments.push_back(fmt::format("--{}={}", edit, widget->text()));
@@ -33,17 +34,18 @@ void openWindow(CommandContext& context, const std::optional<UUID>& widget) {
 } // namespace
 
 void addWindowCommands(CLI::App& app, CommandContext& context) {
-  auto* command = app.add_subcommand("settings", "Open the settings window");
+  auto* command = app.add_subcommand("settings", translated("Open the settings window"));
   auto reference = std::make_shared<std::string>();
-  context.complete(command->add_option("NAME", *reference, "A widget to set up"),
+  context.complete(command->add_option("NAME", *reference, translated("A widget to set up")),
                    completeWidgets(context));
   command->callback([&context, reference] {
     openWindow(context, reference->empty()
                             ? std::nullopt
                             : std::optional(WidgetLibrary(context).find(*reference).id));
   });
-  CommandContext::examples(*command, {{"tavrin settings", "all widgets, and the Dock's layouts"},
-                                      {"tavrin settings Clock", "one widget"}});
+  CommandContext::examples(*command,
+                           {{"tavrin settings", translated("all widgets, and the Dock's layouts")},
+                            {"tavrin settings Clock", translated("one widget")}});
 }
 
 } // namespace tavrin

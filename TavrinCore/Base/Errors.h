@@ -1,16 +1,18 @@
 #pragma once
 
+#include "TavrinCore/Base/Texts.h"
+
 #include <stdexcept>
 #include <string>
 #include <string_view>
 
 namespace tavrin {
 
-/// "Failed to " + what + " because " + reason: the form of every error the user reads.
+/// "Failed to " + what + " because " + reason: the form of every error the user reads. `what` is an
+/// action, translated where it is a literal.
 inline std::string failure(std::string_view what, std::string_view reason) {
-  std::string text = "Failed to ";
-  text.append(what).append(" because ").append(reason);
-  return text;
+  return translated("Failed to {action} because {reason}",
+                    {{"action", translation(what)}, {"reason", reason}});
 }
 
 /// A file that could not be read, written or made. `what()` is the whole sentence.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "TavrinCore/Base/Texts.h"
+
 #include <array>
 #include <cstdint>
 #include <optional>
@@ -47,7 +49,7 @@ template <NamedEnum E> constexpr auto allCases() {
 }
 
 /// What an enumeration's cases are called for the user, in the order of their `EnumNames`.
-/// Specialise with `static constexpr auto titles = std::to_array<std::string_view>({...});`
+/// Specialise with `static constexpr auto titles = std::to_array<std::string_view>({marked("…")});`
 template <class E> struct EnumTitles;
 
 template <class E>
@@ -55,13 +57,13 @@ concept TitledEnum = NamedEnum<E> && requires {
   EnumTitles<E>::titles;
 };
 
-/// Empty for a value that is none of the cases.
-template <TitledEnum E> constexpr std::string_view title(E value) {
+/// In the user's language. Empty for a value that is none of the cases.
+template <TitledEnum E> std::string_view title(E value) {
   constexpr auto& names = EnumNames<E>::names;
   static_assert(std::size(names) == std::size(EnumTitles<E>::titles));
   for (std::size_t i = 0; i < std::size(names); ++i)
     if (names[i].first == value)
-      return EnumTitles<E>::titles[i];
+      return translation(EnumTitles<E>::titles[i]);
   return {};
 }
 
@@ -144,7 +146,9 @@ struct FieldCondition {
   bool operator==(const FieldCondition&) const = default;
 };
 
-/// What editors and the command line know of a field beside its coding. Texts are literals.
+/// What editors and the command line know of a field beside its coding. Texts are literals in
+/// English; whoever shows them translates them. scripts/texts takes them from `titled` and its
+/// like.
 struct FieldHints {
   std::string_view title = {};
   /// One sentence on what it does.

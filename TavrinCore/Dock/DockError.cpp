@@ -1,6 +1,7 @@
 #include "TavrinCore/Dock/DockError.h"
 
 #include "TavrinCore/Base/Errors.h"
+#include "TavrinCore/Base/Texts.h"
 
 namespace tavrin {
 namespace {
@@ -45,7 +46,8 @@ DockError DockError::plistWriteFailed(const std::filesystem::path& file, std::st
 }
 
 DockError DockError::unsupportedItemType(std::string type) {
-  const auto sentence = failure("handle dock item of type " + type, "it is not supported");
+  const auto sentence = failure(translated("handle dock item of type {type}", {{"type", type}}),
+                                "it is not supported");
   return {Case::unsupportedItemType, {}, std::move(type), sentence};
 }
 

@@ -1,5 +1,6 @@
 #include "TavrinCore/Settings/HotkeyText.h"
 
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Settings/SettingError.h"
 
 #include <array>
@@ -60,7 +61,8 @@ HotkeyModifiers required(const std::string& word) {
   const auto modifier = modifierNamed(word);
   if (!modifier)
     throw SettingError(
-        fmt::format("\"{}\" is no modifier; they are control, option, shift and command", word));
+        translated("\"{word}\" is no modifier; they are control, option, shift and command",
+                   {{"word", word}}));
   return *modifier;
 }
 
@@ -79,16 +81,16 @@ Hotkey hotkeyFromText(std::string_view text) {
   while (key != keyNames.end() && key->name != words.back())
     ++key;
   if (key == keyNames.end())
-    throw SettingError(fmt::format("\"{}\" is no key", words.back()));
+    throw SettingError(translated("\"{word}\" is no key", {{"word", words.back()}}));
   words.pop_back();
   Hotkey hotkey{key->code, {}};
   for (const auto& word : words)
     hotkey.modifiers = hotkey.modifiers | required(word);
   if (!hotkey.modifiers.isValidForGlobalHotkey())
     throw SettingError(
-        fmt::format("\"{}\" needs control, option or command: it would be taken from "
-                    "every application",
-                    text));
+        translated("\"{text}\" needs control, option or command: it would be taken from "
+                   "every application",
+                   {{"text", text}}));
   return hotkey;
 }
 
@@ -100,7 +102,8 @@ std::string hotkeyText(const Hotkey& hotkey) {
         name[0] = name[0] >= 'a' ? static_cast<char>(name[0] - 32) : name[0];
       return hotkey.modifiers.displaySymbols() + name;
     }
-  return fmt::format("{}key {}", hotkey.modifiers.displaySymbols(), hotkey.keyCode);
+  return translated("{modifiers}key {code}",
+                    {{"modifiers", hotkey.modifiers.displaySymbols()}, {"code", hotkey.keyCode}});
 }
 
 } // namespace tavrin

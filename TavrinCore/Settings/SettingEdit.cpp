@@ -1,5 +1,6 @@
 #include "TavrinCore/Settings/SettingEdit.h"
 
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Settings/SettingSettling.h"
 #include "TavrinCore/Settings/SettingText.h"
 #include "TavrinCore/Text/Text.h"
@@ -11,7 +12,8 @@ namespace tavrin {
 namespace {
 
 [[noreturn]] void throwUnknown(const DockWidget& widget, std::string_view path) {
-  throw SettingError(fmt::format("a {} widget has no setting \"{}\"", widget.kind.title(), path),
+  throw SettingError(translated("a {kind} widget has no setting \"{path}\"",
+                                {{"kind", widget.kind.title()}, {"path", path}}),
                      SettingError::Fault::unknownSetting);
 }
 
@@ -33,7 +35,8 @@ void put(const DockWidget& widget, const std::vector<FieldInfo>& fields, JSONVal
     return;
   }
   if (value.isNull() && !field->isNullable)
-    throw SettingError(fmt::format("\"{}\" must be {}", field->key, allowedText(*field)));
+    throw SettingError(translated("\"{key}\" must be {allowed}",
+                                  {{"key", field->key}, {"allowed", allowedText(*field)}}));
   if (const auto clause = refusalOf({*field}, JSONValue::Object{{field->key, value}});
       !clause.empty())
     throw SettingError(clause);
@@ -85,8 +88,10 @@ JSONValue reconciled(const DockWidget& widget, const SettingValue& edit) {
   const auto value = normalized(widget, edit.path, edit.value);
   if (before.array() != nullptr && value.array() != nullptr && current.array() != nullptr)
     return mergedList(*before.array(), *value.array(), *current.array());
-  throw SettingError(fmt::format("\"{}\" was changed elsewhere meanwhile, to {}", edit.path,
-                                 current.isNull() ? "no value" : current.compact()));
+  throw SettingError(
+      translated("\"{path}\" was changed elsewhere meanwhile, to {value}",
+                 {{"path", edit.path},
+                  {"value", current.isNull() ? translated("no value") : current.compact()}}));
 }
 
 } // namespace
@@ -102,7 +107,7 @@ JSONValue freshRecord(const std::vector<FieldInfo>& fields) {
 std::string checkedName(std::string_view text) {
   const auto name = trimmed(text);
   if (name.empty())
-    throw SettingError("a name must not be blank");
+    throw SettingError(translated("a name must not be blank"));
   return std::string(name);
 }
 
@@ -113,9 +118,10 @@ int checkedSpan(const DockWidget::Kind& kind, const JSONValue& value) {
   const auto given = value.string() != nullptr ? *value.string() : value.compact();
   throw SettingError(
       kind.maxSpan() == 1
-          ? fmt::format("the span of a {} widget must be 1, not \"{}\"", kind.title(), given)
-          : fmt::format("the span of a {} widget must be 1 to {}, not \"{}\"", kind.title(),
-                        kind.maxSpan(), given));
+          ? translated("the span of a {kind} widget must be 1, not \"{given}\"",
+                       {{"kind", kind.title()}, {"given", given}})
+          : translated("the span of a {kind} widget must be 1 to {most}, not \"{given}\"",
+                       {{"kind", kind.title()}, {"most", kind.maxSpan()}, {"given", given}}));
 }
 
 DockWidget withValues(const DockWidget& widget, const std::vector<SettingValue>& values,
@@ -129,7 +135,7 @@ DockWidget withValues(const DockWidget& widget, const std::vector<SettingValue>&
     const auto value = reconciled(widget, edit);
     if (path == "name") {
       if (value.string() == nullptr)
-        throw SettingError("a name must be text");
+        throw SettingError(translated("a name must be text"));
       edited.name = checkedName(*value.string());
     } else if (path == "span") {
       edited.span = checkedSpan(widget.kind, value);

@@ -1,6 +1,7 @@
 #include "TavrinCore/Settings/SettingRoles.h"
 
 #include "TavrinCore/Base/FileURL.h"
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Settings/SettingEdit.h"
 #include "TavrinCore/Settings/SettingText.h"
 #include "TavrinCore/Text/Text.h"
@@ -34,7 +35,8 @@ std::string faultOfText(const FieldInfo& field, const std::string& path, const s
                         const SettingSystem& system) {
   if (fitsRole(field.role, text, system))
     return {};
-  return fmt::format("\"{}\" must be {}, not \"{}\"", path, allowedText(field), text);
+  return translated("\"{path}\" must be {allowed}, not \"{text}\"",
+                    {{"path", path}, {"allowed", allowedText(field)}, {"text", text}});
 }
 
 std::string faultAt(const FieldInfo& field, const std::string& path, const JSONValue& before,
@@ -43,7 +45,7 @@ std::string faultAt(const FieldInfo& field, const std::string& path, const JSONV
     return {};
   if (field.fault != nullptr)
     if (const auto clause = field.fault(after))
-      return fmt::format("\"{}\" must be {}", path, *clause);
+      return translated("\"{path}\" must be {clause}", {{"path", path}, {"clause", *clause}});
   if (field.type == FieldType::record)
     return field.role == FieldRole::shortcut ? std::string()
                                              : faultInChanges(field.fields, before, after, system);
@@ -110,8 +112,9 @@ std::string faultInChanges(const std::vector<FieldInfo>& fields, const JSONValue
 std::string settingWarning(const FieldInfo& field, const JSONValue& value,
                            const SettingSystem& system) {
   const auto sentence = [&](const std::string& text) {
-    return fmt::format("There is no {} \"{}\"", field.role == FieldRole::folder ? "folder" : "file",
-                       text);
+    return field.role == FieldRole::folder
+               ? translated("There is no folder \"{path}\"", {{"path", text}})
+               : translated("There is no file \"{path}\"", {{"path", text}});
   };
   if (const auto* text = value.string(); text != nullptr && isMissing(field.role, *text, system))
     return sentence(*text);

@@ -1,6 +1,7 @@
 #include "TavrinCore/Settings/SettingSettling.h"
 
 #include "TavrinCore/Base/FileURL.h"
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Kinds/Converter/ConverterSettings.h"
 #include "TavrinCore/Kinds/Converter/ConverterUnits.h"
 #include "TavrinCore/Kinds/Files/FilesSettings.h"
@@ -33,8 +34,12 @@ void settleOne(const ConverterSettings& before, ConverterSettings& after, const 
     std::vector<std::string> symbols;
     for (const auto& known : converterUnits(after.category))
       symbols.emplace_back(known.symbol);
-    throw SettingError(fmt::format("\"{}\" must be a unit of {}: one of {}, not \"{}\"", key,
-                                   nameOf(after.category), alternatives(symbols), unit));
+    throw SettingError(
+        translated("\"{key}\" must be a unit of {category}: one of {symbols}, not \"{unit}\"",
+                   {{"key", key},
+                    {"category", nameOf(after.category)},
+                    {"symbols", alternatives(symbols)},
+                    {"unit", unit}}));
   };
   settle("from", before.from, after.from, *usual.from);
   settle("to", before.to, after.to, *usual.to);
@@ -45,11 +50,13 @@ void settleOne(const WeatherSettings& before, WeatherSettings& after, const Sett
   const auto names = [&](const char* key) { return change.named.contains(key); };
   const bool hasMoved = after.latitude != before.latitude || after.longitude != before.longitude;
   if (hasMoved && after.latitude.has_value() != after.longitude.has_value())
-    throw SettingError("\"latitude\" and \"longitude\" go together; give both, or null for both");
+    throw SettingError(
+        translated("\"latitude\" and \"longitude\" go together; give both, or null for both"));
   const bool isRenamed = after.cityName != before.cityName;
   if (isRenamed && after.cityName && !hasMoved && !(names("latitude") && names("longitude")))
-    throw SettingError("\"cityName\" goes with \"latitude\" and \"longitude\": give all three, or "
-                       "search for the place in the widget's panel");
+    throw SettingError(
+        translated("\"cityName\" goes with \"latitude\" and \"longitude\": give all three, or "
+                   "search for the place in the widget's panel"));
   if (hasMoved && !isRenamed && !names("cityName"))
     after.cityName.reset();
 }
@@ -61,7 +68,8 @@ void settlePaths(const char* key, const std::vector<std::string>& before,
       continue;
     const auto absolute = pathOfText(path, change.system.home);
     if (!absolute)
-      throw SettingError(fmt::format("\"{}\" must be absolute paths, not \"{}\"", key, path));
+      throw SettingError(translated("\"{key}\" must be absolute paths, not \"{path}\"",
+                                    {{"key", key}, {"path", path}}));
     path = pathText(*absolute);
   }
 }

@@ -1,6 +1,7 @@
 #include "TavrinCore/Settings/SettingText.h"
 
 #include "TavrinCore/Base/Data.h"
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Settings/HotkeyText.h"
 #include "TavrinCore/Settings/SettingError.h"
 #include "TavrinCore/Text/Numbers.h"
@@ -10,6 +11,8 @@
 #include <charconv>
 #include <cmath>
 #include <fmt/format.h>
+#include <memory>
+#include <unicode/listformatter.h>
 
 namespace tavrin {
 namespace {
@@ -23,7 +26,8 @@ std::string lowered(std::string_view text) {
 
 [[noreturn]] void refuse(const FieldInfo& field, std::string_view text) {
   throw SettingError(
-      fmt::format("\"{}\" must be {}, not \"{}\"", field.key, allowedText(field), text));
+      translated("\"{key}\" must be {allowed}, not \"{text}\"",
+                 {{"key", field.key}, {"allowed", allowedText(field)}, {"text", text}}));
 }
 
 /// A range bounds the numbers in a list, and the length of a list of anything else.
@@ -144,7 +148,7 @@ JSONValue listFromText(const FieldInfo& field, std::string_view text) {
   if (rangeCountsElements(field) && field.range &&
       !(static_cast<double>(values.size()) >= field.range->lower &&
         static_cast<double>(values.size()) <= field.range->upper))
-    refuse(field, fmt::format("a list of {}", values.size()));
+    refuse(field, translated("a list of {number}", {{"number", values.size()}}));
   return values;
 }
 
@@ -152,20 +156,20 @@ JSONValue listFromText(const FieldInfo& field, std::string_view text) {
 constexpr std::string_view allowedText(FieldRole role) {
   switch (role) {
   case FieldRole::colour:
-    return "a colour such as #FBBF24";
+    return marked("a colour such as #FBBF24");
   case FieldRole::file:
   case FieldRole::folder:
-    return "an absolute path";
+    return marked("an absolute path");
   case FieldRole::timeZone:
-    return "a time zone such as Europe/Berlin";
+    return marked("a time zone such as Europe/Berlin");
   case FieldRole::symbol:
-    return "the name of a symbol such as bolt.fill";
+    return marked("the name of a symbol such as bolt.fill");
   case FieldRole::repository:
-    return "a repository written owner/name";
+    return marked("a repository written owner/name");
   case FieldRole::link:
-    return "an address such as https://example.org";
+    return marked("an address such as https://example.org");
   default:
-    return "text";
+    return marked("text");
   }
 }
 
@@ -176,30 +180,31 @@ std::string rangeText(const FieldInfo& field) {
 std::string scalarAllowedText(const FieldInfo& field) {
   switch (field.type) {
   case FieldType::boolean:
-    return "yes or no";
+    return translated("yes or no");
   case FieldType::integer:
   case FieldType::number:
     if (field.range)
       return rangeText(field);
-    return isSeconds(field)                   ? "a length of time such as 25m"
-           : field.type == FieldType::integer ? "a whole number"
-                                              : "a number";
+    return isSeconds(field)                   ? translated("a length of time such as 25m")
+           : field.type == FieldType::integer ? translated("a whole number")
+                                              : translated("a number");
   case FieldType::choice:
     return alternatives(field.choices);
   case FieldType::date:
-    return "a date such as 2026-12-24T18:00, tomorrow or +14d";
+    return translated("a date such as 2026-12-24T18:00, tomorrow or +14d");
   case FieldType::uuid:
-    return "an identifier such as 6F9619FF-8B86-D011-B42D-00C04FC964FF";
+    return translated("an identifier such as 6F9619FF-8B86-D011-B42D-00C04FC964FF");
   case FieldType::data:
-    return "base64 text";
+    return translated("base64 text");
   case FieldType::record:
-    return isHotkey(field) ? "a shortcut such as ctrl+alt+P" : "a JSON object";
+    return isHotkey(field) ? translated("a shortcut such as ctrl+alt+P")
+                           : translated("a JSON object");
   case FieldType::list:
-    return "a list";
+    return translated("a list");
   case FieldType::text:
-    return std::string(allowedText(field.role));
+    return translated(allowedText(field.role));
   }
-  return "text";
+  return translated("text");
 }
 
 /// Whether a value that is there has its line's type and lies in its range.
@@ -246,10 +251,14 @@ std::string refusalAt(const FieldInfo& field, const JSONValue& value, const std:
   if (isHotkey(field) && storedHotkey(value))
     return {};
   if (!isAllowed(field, value))
-    return fmt::format("\"{}\" must be {}, not {}", path, allowedText(field), value.compact());
+    return translated(
+        "\"{path}\" must be {allowed}, not {value}",
+        {{"path", path}, {"allowed", allowedText(field)}, {"value", value.compact()}});
   if (field.type == FieldType::record) {
     auto clause = refusalOf(field.fields, value);
-    return clause.empty() ? clause : fmt::format("in \"{}\" {}", path, clause);
+    return clause.empty()
+               ? clause
+               : translated("in \"{path}\" {clause}", {{"path", path}, {"clause", clause}});
   }
   if (field.type == FieldType::list) {
     const auto element = field.element();
@@ -261,7 +270,23 @@ std::string refusalAt(const FieldInfo& field, const JSONValue& value, const std:
   return {};
 }
 
-std::string joined(const std::vector<std::string>& words, const char* last) {
+/// As the language of the texts writes lists; English without a comma before the last word.
+std::string joined(const std::vector<std::string>& words, const char* last,
+                   UListFormatterType type) {
+  if (textLanguage() != "en") {
+    UErrorCode error = U_ZERO_ERROR;
+    const std::unique_ptr<icu::ListFormatter> lists(icu::ListFormatter::createInstance(
+        icu::Locale(textLanguage().c_str()), type, ULISTFMT_WIDTH_WIDE, error));
+    std::vector<icu::UnicodeString> parts;
+    for (const auto& word : words)
+      parts.push_back(icu::UnicodeString::fromUTF8(word));
+    icu::UnicodeString list;
+    std::string text;
+    if (lists != nullptr)
+      lists->format(parts.data(), static_cast<std::int32_t>(parts.size()), list, error);
+    if (U_SUCCESS(error))
+      return list.toUTF8String(text);
+  }
   std::string text;
   for (std::size_t i = 0; i < words.size(); ++i)
     text += (i == 0 ? "" : i + 1 == words.size() ? last : ", ") + words[i];
@@ -271,11 +296,11 @@ std::string joined(const std::vector<std::string>& words, const char* last) {
 } // namespace
 
 std::string alternatives(const std::vector<std::string>& words) {
-  return joined(words, " or ");
+  return joined(words, " or ", ULISTFMT_TYPE_OR);
 }
 
 std::string enumeration(const std::vector<std::string>& words) {
-  return joined(words, " and ");
+  return joined(words, " and ", ULISTFMT_TYPE_AND);
 }
 
 std::string noneCalled(std::string_view what, std::string_view reference,
@@ -283,10 +308,11 @@ std::string noneCalled(std::string_view what, std::string_view reference,
   std::string quoted;
   for (const auto& name : names)
     quoted += fmt::format("{}\"{}\"", quoted.empty() ? "" : ", ", name);
-  return fmt::format("no {} is called \"{}\"; there {}", what, reference,
-                     names.empty()       ? "are none yet"
-                     : names.size() == 1 ? "is " + quoted
-                                         : "are " + quoted);
+  const TextPlaces places = {{"thing", translation(what)}, {"name", reference}, {"names", quoted}};
+  return names.empty() ? translated("no {thing} is called \"{name}\"; there are none yet", places)
+         : names.size() == 1
+             ? translated("no {thing} is called \"{name}\"; there is {names}", places)
+             : translated("no {thing} is called \"{name}\"; there are {names}", places);
 }
 
 JSONValue settingFromText(const FieldInfo& field, std::string_view text, Date now) {
@@ -351,27 +377,30 @@ std::string allowedText(const FieldInfo& field) {
   if (field.type != FieldType::list) {
     text = scalarAllowedText(field);
   } else if (rangeCountsElements(field) && field.range) {
-    text = fmt::format("a list of {} to {}", field.range->lower, field.range->upper);
+    text = translated("a list of {least} to {most}",
+                      {{"least", field.range->lower}, {"most", field.range->upper}});
   } else {
-    text = listsApplications(field)
-               ? "a list of applications by their names, such as vim, org.gnome.Terminal"
-               : "a list, each " + scalarAllowedText(field.element());
+    text =
+        listsApplications(field)
+            ? translated("a list of applications by their names, such as vim, org.gnome.Terminal")
+            : translated("a list, each {allowed}",
+                         {{"allowed", scalarAllowedText(field.element())}});
   }
-  return field.isNullable ? text + ", or null" : text;
+  return field.isNullable ? translated("{allowed}, or null", {{"allowed", text}}) : text;
 }
 
 std::string refusalOf(const std::vector<FieldInfo>& fields, const JSONValue& settings) {
   if (settings.object() == nullptr)
-    return "the settings must be a JSON object";
+    return translated("the settings must be a JSON object");
   for (const auto& [key, value] : *settings.object()) {
     const auto field = std::ranges::find(fields, key, &FieldInfo::key);
     if (field == fields.end()) {
       std::vector<std::string> keys;
       for (const auto& known : fields)
         keys.push_back(known.key);
-      return keys.empty()
-                 ? fmt::format("there is nothing to set, so no \"{}\"", key)
-                 : fmt::format("there is no setting \"{}\", only {}", key, enumeration(keys));
+      return keys.empty() ? translated("there is nothing to set, so no \"{key}\"", {{"key", key}})
+                          : translated("there is no setting \"{key}\", only {keys}",
+                                       {{"key", key}, {"keys", enumeration(keys)}});
     }
     // Null stands for a key that is left out.
     if (value.isNull() && !field->isRequired)
@@ -381,7 +410,7 @@ std::string refusalOf(const std::vector<FieldInfo>& fields, const JSONValue& set
   }
   for (const auto& field : fields)
     if (field.isRequired && settings.member(field.key) == nullptr)
-      return fmt::format("\"{}\" is missing", field.key);
+      return translated("\"{key}\" is missing", {{"key", field.key}});
   return {};
 }
 

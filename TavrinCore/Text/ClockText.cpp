@@ -1,4 +1,5 @@
 #include "TavrinCore/Text/ClockText.h"
+#include "TavrinCore/Base/Texts.h"
 
 #include <algorithm>
 #include <cmath>
@@ -22,10 +23,11 @@ std::int64_t wholeSeconds(double seconds) {
 std::string durationText(std::int64_t minutes) {
   minutes = std::max<std::int64_t>(minutes, 0);
   if (minutes < 60)
-    return fmt::format("{} min", minutes);
+    return translated("{minutes} min", {{"minutes", minutes}});
   if (minutes % 60 == 0)
-    return fmt::format("{} h", minutes / 60);
-  return fmt::format("{} h {} min", minutes / 60, minutes % 60);
+    return translated("{hours} h", {{"hours", minutes / 60}});
+  return translated("{hours} h {minutes} min",
+                    {{"hours", minutes / 60}, {"minutes", minutes % 60}});
 }
 
 } // namespace tavrin

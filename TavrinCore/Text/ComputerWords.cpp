@@ -13,10 +13,10 @@ std::string localSentence(std::string_view sentence, const ComputerWords& words)
   for (std::size_t at = 0; at < sentence.size();) {
     const std::string_view rest = sentence.substr(at);
     if (rest.starts_with(computer)) {
-      out += words.computer;
+      out += translation(words.computer);
       at += computer.size();
     } else if (rest.starts_with(system)) {
-      out += out.empty() || out.ends_with(". ") ? words.systemFirst : words.system;
+      out += translation(out.empty() || out.ends_with(". ") ? words.systemFirst : words.system);
       at += system.size();
     } else {
       out += sentence[at++];

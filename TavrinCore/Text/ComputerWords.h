@@ -1,5 +1,7 @@
 #pragma once
 
+#include "TavrinCore/Base/Texts.h"
+
 #include <string>
 #include <string_view>
 
@@ -7,7 +9,7 @@ namespace tavrin {
 
 /// What sentences call the computer they are read on, and the system that runs it.
 struct ComputerWords {
-  /// After "this", "the" and "your".
+  /// After "this", "the" and "your". Like the others in English.
   std::string_view computer;
   /// Within a sentence, and as its first word.
   std::string_view system;
@@ -15,7 +17,8 @@ struct ComputerWords {
 };
 
 inline constexpr ComputerWords macComputerWords{"Mac", "macOS", "macOS"};
-inline constexpr ComputerWords desktopComputerWords{"computer", "the desktop", "The desktop"};
+inline constexpr ComputerWords desktopComputerWords{marked("computer"), marked("the desktop"),
+                                                    marked("The desktop")};
 
 /// Those of the platform this is built for; the build picks them.
 const ComputerWords& computerWords();

@@ -1,5 +1,6 @@
 #include "TavrinCore/Text/ForeignText.h"
 
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Text/CodePoints.h"
 
 #include <algorithm>
@@ -50,18 +51,41 @@ void append(std::string& out, UChar32 character, std::string_view bytes,
     out += role == Role::read ? bytes : replacement;
 }
 
+constexpr UChar32 firstStrongIsolate = 0x2068;
+constexpr UChar32 popDirectionalIsolate = 0x2069;
+
+bool isIsolate(UChar32 character) {
+  return character == firstStrongIsolate || character == popDirectionalIsolate;
+}
+
+/// Whether the isolates of `text` close each other, on each line, so that none reaches out of it.
+bool hasClosedIsolates(std::string_view text) {
+  int open = 0;
+  bool isClosed = true;
+  forEachCharacter(text, [&](UChar32 character, std::string_view) {
+    open += character == firstStrongIsolate ? 1 : character == popDirectionalIsolate ? -1 : 0;
+    isClosed = open >= 0 && (character != '\n' || open == 0);
+    return isClosed;
+  });
+  return isClosed && open == 0;
+}
+
 } // namespace
 
 std::string plainText(std::string_view text, std::size_t longest) {
   std::string out;
   out.reserve(std::min(text.size(), longest));
   std::size_t count = 0;
+  const bool keepsIsolates = isRightToLeft() && hasClosedIsolates(text);
   forEachCharacter(text, [&](UChar32 character, std::string_view bytes) {
     if (count++ == longest) {
       out += "…";
       return false;
     }
-    append(out, character, bytes, "\n");
+    if (keepsIsolates && isIsolate(character))
+      out += bytes;
+    else
+      append(out, character, bytes, "\n");
     return true;
   });
   return out;
@@ -70,8 +94,12 @@ std::string plainText(std::string_view text, std::size_t longest) {
 std::string printable(std::string_view text) {
   std::string out;
   out.reserve(text.size());
+  const bool keepsIsolates = isRightToLeft() && hasClosedIsolates(text);
   forEachCharacter(text, [&](UChar32 character, std::string_view bytes) {
-    append(out, character, bytes, "⏎");
+    if (keepsIsolates && isIsolate(character))
+      out += bytes;
+    else
+      append(out, character, bytes, "⏎");
     return true;
   });
   return out;

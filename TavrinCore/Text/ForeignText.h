@@ -10,7 +10,9 @@ namespace tavrin {
 /// handed on. Characters that steer instead of being read become U+FFFD: controls, and those that
 /// turn the direction of what stands around them (Unicode Standard Annex 9: embeddings, overrides
 /// and isolates), which can make "gpj.exe" read as "exe.jpg". The invisible marks that only hint at
-/// a direction, and byte order marks, are left out. Bytes that are not UTF-8 become U+FFFD.
+/// a direction, and byte order marks, are left out. Where texts are in a language that is written
+/// from right to left, first-strong isolates stay if all of them are closed: its sentences hold
+/// names in them (Texts.h). Bytes that are not UTF-8 become U+FFFD.
 
 /// The most of a foreign text that is shown or handed on in one place, in code points.
 inline constexpr std::size_t longestShown = 4096;

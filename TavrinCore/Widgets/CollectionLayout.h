@@ -15,7 +15,8 @@ template <> struct EnumNames<CollectionLayout> {
 };
 
 template <> struct EnumTitles<CollectionLayout> {
-  static constexpr auto titles = std::to_array<std::string_view>({"Grid", "Row", "Column"});
+  static constexpr auto titles =
+      std::to_array<std::string_view>({marked("Grid"), marked("Row"), marked("Column")});
 };
 
 /// The number of columns for `count` apps, at least 1. A grid is as near a square as it gets.

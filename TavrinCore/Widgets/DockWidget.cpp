@@ -20,7 +20,7 @@ std::size_t Kind::index() const {
   return static_cast<std::size_t>(place - kinds.begin());
 }
 std::string_view Kind::title() const {
-  return allKinds()[index()].title;
+  return translation(allKinds()[index()].title);
 }
 int Kind::maxSpan() const {
   return allKinds()[index()].maxSpan;

@@ -44,7 +44,8 @@ namespace tavrin {
 /// record themselves, or an empty object.
 enum class KindPayload { wrapped, flat, none };
 
-/// One line of the kind table: all that is said of a kind beside its settings record `S`.
+/// One line of the kind table: all that is said of a kind beside its settings record `S`. Texts are
+/// in English; whoever shows them translates them.
 template <class S> struct KindRow {
   using Settings = S;
   /// The JSON key.
@@ -89,37 +90,37 @@ constexpr int gitHubSpan(const GitHubSettings& settings) {
 /// controllers.
 // clang-format off
 inline constexpr std::tuple kindTable{
-    KindRow<CollectionSettings>{"App Collection", "square.grid.2x2.fill", "Starts your favourite applications from one tile.", "launcher apps programs folder start", 4, always<CollectionSettings, 1>, KindPayload::flat},
-    KindRow<TimerSettings>{"Timer", "timer", "Counts down from a length you choose, or up from nothing.", "alarm cooking tea egg minutes countdown", 3, always<TimerSettings, 1>},
-    KindRow<PomodoroSettings>{"Pomodoro", "timer", "Divides work into stretches of focus and breaks.", "focus concentration work break productivity tomato", 3, always<PomodoroSettings, 2>},
-    KindRow<MusicSettings>{"Music", "music.note", "Shows what plays, and lets you pause and skip.", "player song track media audio spotify mpris", 4, always<MusicSettings, 2>},
-    KindRow<CalendarSettings>{"Calendar", "calendar", "Shows today's date and your next appointments.", "events agenda appointments meetings date schedule", 4, calendarSpan},
-    KindRow<BatterySettings>{"Battery", "battery.100", "Shows how full the batteries of computer and devices are.", "power charge energy mouse headphones", 2, always<BatterySettings, 1>},
-    KindRow<ClockSettings>{"Clock", "clock", "Tells the time here, or anywhere in the world.", "time zone world hour analog digital", 4, always<ClockSettings, 1>},
-    KindRow<StopwatchSettings>{"Stopwatch", "stopwatch", "Takes times and laps.", "lap timing sport chronograph", 4, always<StopwatchSettings, 1>, KindPayload::none},
-    KindRow<CountdownSettings>{"Countdown", "hourglass", "Counts the days to a date that matters to you.", "days date birthday holiday event until since", 4, always<CountdownSettings, 1>},
-    KindRow<TimeProgressSettings>{"Time Progress", "largecircle.fill.circle", "Shows how much of the day, week, month or year is over.", "year day week month percent", 4, always<TimeProgressSettings, 1>},
-    KindRow<ActivitySettings>{"Activity", "cpu", "Shows how busy the processor and the memory are.", "cpu ram processor memory load system monitor", 4, always<ActivitySettings, 1>},
-    KindRow<NetworkSettings>{"Network", "network", "Shows how fast data come and go.", "internet speed download upload bandwidth wifi", 2, always<NetworkSettings, 1>},
-    KindRow<NoteSettings>{"Note", "note.text", "Keeps a short text on a coloured paper.", "sticky memo text paper todo", 4, always<NoteSettings, 2>},
-    KindRow<ReminderSettings>{"Reminders", "list.bullet", "Lists what is to be done, and lets you tick it off.", "todo tasks list due checklist", 4, reminderSpan},
-    KindRow<ShortcutSettings>{"Shortcut", "command", "Runs a command, or an application's action, at a click.", "script command run launch automation button", 4, always<ShortcutSettings, 1>},
-    KindRow<AirDropSettings>{"AirDrop", "dot.radiowaves.up.forward", "Sends files to devices nearby.", "share send phone bluetooth transfer", 4, always<AirDropSettings, 1>, KindPayload::none, true},
-    KindRow<WeatherSettings>{"Weather", "cloud.sun.fill", "Shows the weather of your city, now and in the days to come.", "forecast temperature rain sun city", 4, weatherSpan},
-    KindRow<ClaudeUsageSettings>{"Claude Code Usage", "sparkle", "Shows how much of the coding assistant's plan is used.", "tokens ai assistant limit budget coding", 2, always<ClaudeUsageSettings, 2>},
-    KindRow<GitHubSettings>{"GitHub", "arrow.triangle.pull", "Lists your pull requests and their checks, or your year.", "git pull requests reviews contributions code", 4, gitHubSpan},
-    KindRow<PetSettings>{"Pet", "pawprint.fill", "Keeps you company: an animal that walks along your tiles.", "cat dog fox rabbit turtle animal fun", 4, always<PetSettings, 1>},
-    KindRow<ColourPickerSettings>{"Colour Picker", "eyedropper", "Takes colours from the screen and remembers them.", "color eyedropper hex rgb design palette", 2, always<ColourPickerSettings, 2>},
-    KindRow<ClipboardSettings>{"Clipboard", "doc.on.clipboard", "Remembers what you copied, to be pasted again.", "copy paste history snippets", 1, always<ClipboardSettings, 1>},
-    KindRow<BookmarkSettings>{"Bookmarks", "bookmark.fill", "Opens your favourite pages.", "links web sites internet favourites browser", 4, always<BookmarkSettings, 3>},
-    KindRow<EmojiSettings>{"Emoji", "face.smiling", "Finds an emoji and copies it.", "smiley symbols characters picker", 4, always<EmojiSettings, 2>},
-    KindRow<ScreenshotSettings>{"Screenshots", "photo", "Shows the pictures you took of your screen last.", "screen capture pictures images photos", 4, always<ScreenshotSettings, 3>},
-    KindRow<FilesSettings>{"Files", "folder.fill", "Shows the files that came last, such as downloads.", "downloads folder recent documents", 4, always<FilesSettings, 3>},
-    KindRow<ShelfSettings>{"Shelf", "tray.full.fill", "Holds files that you drop on it until you need them.", "drop stack temporary drag files", 4, always<ShelfSettings, 3>, KindPayload::wrapped, true},
-    KindRow<WaterSettings>{"Water", "drop.fill", "Reminds you to drink, and counts the glasses.", "drink health hydration glass", 4, always<WaterSettings, 3>},
-    KindRow<ConverterSettings>{"Converter", "arrow.left.arrow.right", "Turns one unit into another.", "units length mass temperature miles kilometres inches pounds", 2, always<ConverterSettings, 2>},
-    KindRow<FanSettings>{"Fans", "fanblades.fill", "Shows how fast the fans turn, and lets them run at full speed.", "cooling temperature noise speed", 4, always<FanSettings, 1>, KindPayload::none},
-    KindRow<KeyboardLockSettings>{"Keyboard Lock", "keyboard", "Holds the keyboard while you clean it.", "clean lock keys child cat", 4, always<KeyboardLockSettings, 1>},
+    KindRow<CollectionSettings>{marked("App Collection"), "square.grid.2x2.fill", marked("Starts your favourite applications from one tile."), marked("launcher apps programs folder start"), 4, always<CollectionSettings, 1>, KindPayload::flat},
+    KindRow<TimerSettings>{marked("Timer"), "timer", marked("Counts down from a length you choose, or up from nothing."), marked("alarm cooking tea egg minutes countdown"), 3, always<TimerSettings, 1>},
+    KindRow<PomodoroSettings>{marked("Pomodoro"), "timer", marked("Divides work into stretches of focus and breaks."), marked("focus concentration work break productivity tomato"), 3, always<PomodoroSettings, 2>},
+    KindRow<MusicSettings>{marked("Music"), "music.note", marked("Shows what plays, and lets you pause and skip."), marked("player song track media audio spotify mpris"), 4, always<MusicSettings, 2>},
+    KindRow<CalendarSettings>{marked("Calendar"), "calendar", marked("Shows today's date and your next appointments."), marked("events agenda appointments meetings date schedule"), 4, calendarSpan},
+    KindRow<BatterySettings>{marked("Battery"), "battery.100", marked("Shows how full the batteries of computer and devices are."), marked("power charge energy mouse headphones"), 2, always<BatterySettings, 1>},
+    KindRow<ClockSettings>{marked("Clock"), "clock", marked("Tells the time here, or anywhere in the world."), marked("time zone world hour analog digital"), 4, always<ClockSettings, 1>},
+    KindRow<StopwatchSettings>{marked("Stopwatch"), "stopwatch", marked("Takes times and laps."), marked("lap timing sport chronograph"), 4, always<StopwatchSettings, 1>, KindPayload::none},
+    KindRow<CountdownSettings>{marked("Countdown"), "hourglass", marked("Counts the days to a date that matters to you."), marked("days date birthday holiday event until since"), 4, always<CountdownSettings, 1>},
+    KindRow<TimeProgressSettings>{marked("Time Progress"), "largecircle.fill.circle", marked("Shows how much of the day, week, month or year is over."), marked("year day week month percent"), 4, always<TimeProgressSettings, 1>},
+    KindRow<ActivitySettings>{marked("Activity"), "cpu", marked("Shows how busy the processor and the memory are."), marked("cpu ram processor memory load system monitor"), 4, always<ActivitySettings, 1>},
+    KindRow<NetworkSettings>{marked("Network"), "network", marked("Shows how fast data come and go."), marked("internet speed download upload bandwidth wifi"), 2, always<NetworkSettings, 1>},
+    KindRow<NoteSettings>{marked("Note"), "note.text", marked("Keeps a short text on a coloured paper."), marked("sticky memo text paper todo"), 4, always<NoteSettings, 2>},
+    KindRow<ReminderSettings>{marked("Reminders"), "list.bullet", marked("Lists what is to be done, and lets you tick it off."), marked("todo tasks list due checklist"), 4, reminderSpan},
+    KindRow<ShortcutSettings>{marked("Shortcut"), "command", marked("Runs a command, or an application's action, at a click."), marked("script command run launch automation button"), 4, always<ShortcutSettings, 1>},
+    KindRow<AirDropSettings>{marked("AirDrop"), "dot.radiowaves.up.forward", marked("Sends files to devices nearby."), marked("share send phone bluetooth transfer"), 4, always<AirDropSettings, 1>, KindPayload::none, true},
+    KindRow<WeatherSettings>{marked("Weather"), "cloud.sun.fill", marked("Shows the weather of your city, now and in the days to come."), marked("forecast temperature rain sun city"), 4, weatherSpan},
+    KindRow<ClaudeUsageSettings>{marked("Claude Code Usage"), "sparkle", marked("Shows how much of the coding assistant's plan is used."), marked("tokens ai assistant limit budget coding"), 2, always<ClaudeUsageSettings, 2>},
+    KindRow<GitHubSettings>{marked("GitHub"), "arrow.triangle.pull", marked("Lists your pull requests and their checks, or your year."), marked("git pull requests reviews contributions code"), 4, gitHubSpan},
+    KindRow<PetSettings>{marked("Pet"), "pawprint.fill", marked("Keeps you company: an animal that walks along your tiles."), marked("cat dog fox rabbit turtle animal fun"), 4, always<PetSettings, 1>},
+    KindRow<ColourPickerSettings>{marked("Colour Picker"), "eyedropper", marked("Takes colours from the screen and remembers them."), marked("color eyedropper hex rgb design palette"), 2, always<ColourPickerSettings, 2>},
+    KindRow<ClipboardSettings>{marked("Clipboard"), "doc.on.clipboard", marked("Remembers what you copied, to be pasted again."), marked("copy paste history snippets"), 1, always<ClipboardSettings, 1>},
+    KindRow<BookmarkSettings>{marked("Bookmarks"), "bookmark.fill", marked("Opens your favourite pages."), marked("links web sites internet favourites browser"), 4, always<BookmarkSettings, 3>},
+    KindRow<EmojiSettings>{marked("Emoji"), "face.smiling", marked("Finds an emoji and copies it."), marked("smiley symbols characters picker"), 4, always<EmojiSettings, 2>},
+    KindRow<ScreenshotSettings>{marked("Screenshots"), "photo", marked("Shows the pictures you took of your screen last."), marked("screen capture pictures images photos"), 4, always<ScreenshotSettings, 3>},
+    KindRow<FilesSettings>{marked("Files"), "folder.fill", marked("Shows the files that came last, such as downloads."), marked("downloads folder recent documents"), 4, always<FilesSettings, 3>},
+    KindRow<ShelfSettings>{marked("Shelf"), "tray.full.fill", marked("Holds files that you drop on it until you need them."), marked("drop stack temporary drag files"), 4, always<ShelfSettings, 3>, KindPayload::wrapped, true},
+    KindRow<WaterSettings>{marked("Water"), "drop.fill", marked("Reminds you to drink, and counts the glasses."), marked("drink health hydration glass"), 4, always<WaterSettings, 3>},
+    KindRow<ConverterSettings>{marked("Converter"), "arrow.left.arrow.right", marked("Turns one unit into another."), marked("units length mass temperature miles kilometres inches pounds"), 2, always<ConverterSettings, 2>},
+    KindRow<FanSettings>{marked("Fans"), "fanblades.fill", marked("Shows how fast the fans turn, and lets them run at full speed."), marked("cooling temperature noise speed"), 4, always<FanSettings, 1>, KindPayload::none},
+    KindRow<KeyboardLockSettings>{marked("Keyboard Lock"), "keyboard", marked("Holds the keyboard while you clean it."), marked("clean lock keys child cat"), 4, always<KeyboardLockSettings, 1>},
 };
 // clang-format on
 

@@ -1,5 +1,6 @@
 #include "TavrinHost/Dock/DockEditing.h"
 
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Dock/DockURLString.h"
 #include "TavrinHost/NamedReference.h"
 
@@ -119,9 +120,9 @@ DockPlace DockPlace::parse(std::string_view text) {
   std::size_t number = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
   if (error != std::errc() || end != text.data() + text.size() || number == 0)
-    throw HostError(
-        ExitCode::refusedValue,
-        fmt::format("\"{}\" is no position: it is first, last or a number from 1", text));
+    throw HostError(ExitCode::refusedValue,
+                    translated("\"{text}\" is no position: it is first, last or a number from 1",
+                               {{"text", text}}));
   return {Number{number}};
 }
 
@@ -143,8 +144,8 @@ std::vector<PlacedDockItem> select(const DockSnapshot& dock, const DockSelection
   for (const auto& reference : selection.references) {
     const auto found = nearest(items, tiers(reference));
     if (found.empty())
-      throw HostError(ExitCode::notFound,
-                      fmt::format("no item of the Dock goes by \"{}\"", reference));
+      throw HostError(ExitCode::notFound, translated("no item of the Dock goes by \"{reference}\"",
+                                                     {{"reference", reference}}));
     if (found.size() > 1 && !selection.everyMatch)
       throwAmbiguous(reference, found, [](const PlacedDockItem& one) { return described(one); });
     for (const auto* one : found)

@@ -1,5 +1,7 @@
 #include "TavrinHost/Dock/DockLibrary.h"
 
+#include "TavrinCore/Base/Texts.h"
+#include "TavrinCore/Dock/ProfileTransfer.h"
 #include "TavrinHost/NamedReference.h"
 #include "TavrinPlatform/Files/AtomicFile.h"
 #include "TavrinStorage/Dock/CFPreferencesBackend.h"
@@ -53,8 +55,8 @@ DockLibrary::DockLibrary(HostContext& context, bool restarts)
       backups_{paths(context).appSupportDirectory(true) / BackupManager::directoryName, dock_},
       didBackUp_([&context](const fs::path& backup) {
         context.remark(
-            fmt::format("The Dock before is kept as {}; `tavrin dock undo` brings it back",
-                        backup.filename().string()));
+            translated("The Dock before is kept as {filename}; `tavrin dock undo` brings it back",
+                       {{"filename", backup.filename().string()}}));
       }) {}
 
 ProfileStore& DockLibrary::profiles() {
@@ -99,6 +101,23 @@ const Profile& DockLibrary::profile(std::string_view reference) {
 
 bool DockLibrary::hasProfile(std::string_view name) {
   return std::ranges::count(profiles().file().profiles, name, &Profile::name) > 0;
+}
+
+std::vector<Profile> DockLibrary::importProfiles(std::string_view text, const std::string& source) {
+  std::vector<Profile> imported;
+  const auto refuse = [&](const std::exception& error) {
+    throw FileError(failure(translated("read {file}", {{"file", source}}), error.what()),
+                    error.what());
+  };
+  try {
+    imported = ProfileTransfer::profiles(text);
+  } catch (const JSONError& error) {
+    refuse(error);
+  } catch (const CodingError& error) {
+    refuse(error);
+  }
+  // Desktops are named by the machine they are on; none of this one's names is known here.
+  return profiles().merge(imported, {});
 }
 
 DockSnapshot DockLibrary::layout(const std::string& reference) {

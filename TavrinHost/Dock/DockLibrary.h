@@ -29,6 +29,10 @@ public:
   /// HostError (ambiguous, profileNotFound).
   const Profile& profile(std::string_view reference);
 
+  /// Adds the profiles of an export, whose bytes came from `source`, and gives them as they were
+  /// added. Throws FileError.
+  std::vector<Profile> importProfiles(std::string_view text, const std::string& source);
+
   /// A layout by name: "dock" for the Dock as it is, a Dock backup's file name, a property list
   /// file, or a profile. Throws HostError, DockError.
   DockSnapshot layout(const std::string& reference);

@@ -1,5 +1,6 @@
 #include "TavrinHost/Dock/FocusSession.h"
 
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Settings/HotkeyText.h"
 #include "TavrinCore/Text/ForeignText.h"
 #include "TavrinHost/Dock/DockLibrary.h"
@@ -23,7 +24,9 @@ std::vector<GlobalShortcuts::Shortcut> shortcutsOf(const ProfilesFile& file,
   const auto bindings = WorkspaceHotkeys::bindings(file.profiles, numbered);
   for (const auto& profile : file.profiles)
     if (const auto found = bindings.find(profile.id); found != bindings.end())
-      shortcuts.push_back({profile.id.text(), "Switch to " + profile.name, found->second});
+      shortcuts.push_back({profile.id.text(),
+                           translated("Switch to {name}", {{"name", profile.name}}),
+                           found->second});
   return shortcuts;
 }
 
@@ -51,7 +54,8 @@ FocusSession::FocusSession(HostContext& context, const FocusOptions& options)
 void FocusSession::start() {
   auto& services = context_.platform().dockServices();
   if (!services.focusStatus().isAuthorized())
-    context_.remark("The Focus state cannot be read here; shortcuts alone switch profiles");
+    context_.remark(
+        translated("The Focus state cannot be read here; shortcuts alone switch profiles"));
   refreshShortcuts();
   refresh_ = services.runLoop().repeat(shortcutInterval, [this] { refreshShortcuts(); });
   monitor_->start(
@@ -92,7 +96,8 @@ void FocusSession::switchTo(const UUID& id) {
     if (!profile || library.profiles().file().activeProfileId == id)
       return;
     library.switcher().switchTo(id);
-    context_.say(fmt::format("\"{}\" is the active profile", printable(profile->name)));
+    context_.say(
+        translated("\"{name}\" is the active profile", {{"name", printable(profile->name)}}));
   } catch (const std::exception& error) {
     context_.remark(fmt::format("tavrin: {}", printable(error.what())));
   }
@@ -137,8 +142,9 @@ void FocusSession::bind(const std::vector<GlobalShortcuts::Shortcut>& shortcuts)
 void FocusSession::remark(const GlobalShortcuts::Refusal& refusal) {
   for (const auto& shortcut : bound_)
     if (shortcut.id == refusal.id)
-      context_.remark(printable(fmt::format("Failed to register {} because {}",
-                                            hotkeyText(shortcut.hotkey), refusal.reason)));
+      context_.remark(printable(
+          translated("Failed to register {hotkey} because {reason}",
+                     {{"hotkey", hotkeyText(shortcut.hotkey)}, {"reason", refusal.reason}})));
 }
 
 } // namespace tavrin

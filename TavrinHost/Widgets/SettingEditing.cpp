@@ -1,6 +1,7 @@
 #include "TavrinHost/Widgets/SettingEditing.h"
 
 #include "TavrinCore/Base/Calendar.h"
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Settings/SettingEdit.h"
 #include "TavrinCore/Settings/SettingSettling.h"
 #include "TavrinCore/Settings/SettingText.h"
@@ -25,10 +26,11 @@ const FieldInfo* fieldOf(const std::vector<FieldInfo>& fields, std::string_view 
   std::vector<std::string> keys;
   for (const auto& field : fields)
     keys.push_back(field.key);
-  throw HostError(ExitCode::notFound, keys.empty()
-                                          ? fmt::format("{} has no settings", whose)
-                                          : fmt::format("{} has no setting \"{}\"; it has {}",
-                                                        whose, key, enumeration(keys)));
+  throw HostError(ExitCode::notFound,
+                  keys.empty()
+                      ? translated("{whose} has no settings", {{"whose", whose}})
+                      : translated("{whose} has no setting \"{key}\"; it has {keys}",
+                                   {{"whose", whose}, {"key", key}, {"keys", enumeration(keys)}}));
 }
 
 void assignInRecord(const std::vector<FieldInfo>& fields, JSONValue& record, std::string_view path,
@@ -43,9 +45,9 @@ void assignInElement(const FieldInfo& list, JSONValue& values, std::string_view 
   auto* array = values.array();
   if (error != std::errc() || end != place.data() + place.size() || array == nullptr ||
       index >= array->size())
-    throw HostError(
-        ExitCode::notFound,
-        fmt::format("\"{}\" has no element {}; they are counted from 0", list.key, place));
+    throw HostError(ExitCode::notFound,
+                    translated("\"{key}\" has no element {place}; they are counted from 0",
+                               {{"key", list.key}, {"place", place}}));
   if (dot == std::string_view::npos || list.elementType != FieldType::record) {
     (*array)[index] = settingFromText(list.element(), text, now);
     return;
@@ -71,7 +73,7 @@ void assignInRecord(const std::vector<FieldInfo>& fields, JSONValue& record, std
                    text, now);
   } else if (dot != std::string_view::npos) {
     throw HostError(ExitCode::notFound,
-                    fmt::format("\"{}\" is a single value without parts", field->key));
+                    translated("\"{key}\" is a single value without parts", {{"key", field->key}}));
   } else {
     auto value = settingFromText(*field, text, now);
     if (value.isNull())
@@ -96,7 +98,7 @@ Assignment Assignment::parse(std::string_view word) {
   const auto equals = word.find('=');
   if (equals == std::string_view::npos || equals == 0)
     throw HostError(ExitCode::usage,
-                    fmt::format("a setting is written key=value, not \"{}\"", word));
+                    translated("a setting is written key=value, not \"{word}\"", {{"word", word}}));
   return {std::string(word.substr(0, equals)), std::string(word.substr(equals + 1))};
 }
 
@@ -155,7 +157,8 @@ DockWidget withAssignments(DockWidget widget, const std::vector<Assignment>& ass
     else
       refusing([&] {
         assignInRecord(fields, settings, assignment.key,
-                       fmt::format("a {} widget", widget.kind.title()), assignment.value, now);
+                       translated("a {title} widget", {{"title", widget.kind.title()}}),
+                       assignment.value, now);
       });
   }
   // A value outside its range that was there before is no reason to refuse another change.

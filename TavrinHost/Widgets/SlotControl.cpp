@@ -1,6 +1,7 @@
 #include "TavrinHost/Widgets/SlotControl.h"
 
 #include "TavrinCore/Base/Errors.h"
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Settings/SettingText.h"
 #include "TavrinCore/Widgets/DockSlot.h"
 #include "TavrinStorage/StoragePath.h"
@@ -57,10 +58,10 @@ std::filesystem::path SlotControl::bundlesFolder() {
   std::vector<std::string> names;
   for (const auto& place : places)
     names.push_back(fmt::format("\"{}\"", place.string()));
-  throw HostError(ExitCode::failed,
-                  failure("find the slot applications",
-                          fmt::format("there is no \"{}\" in {}", DockSlot::bundleName(1),
-                                      alternatives(names))));
+  throw HostError(ExitCode::failed, failure("find the slot applications",
+                                            translated("there is no \"{bundle}\" in {names}",
+                                                       {{"bundle", DockSlot::bundleName(1)},
+                                                        {"names", alternatives(names)}})));
 }
 
 std::filesystem::path SlotControl::program(int slot) {
@@ -127,7 +128,8 @@ std::optional<std::string> SlotControl::refusal(int slot) {
   const auto owner = applications().processOwning(DockSlot::bundleIdentifier(slot));
   if (!owner || !isSlotProgram(*owner, slot) || sharesDataFolder(*owner))
     return std::nullopt;
-  return fmt::format("process {} shows this slot of another data folder", *owner);
+  return translated("process {process} shows this slot of another data folder",
+                    {{"process", *owner}});
 }
 
 std::string SlotControl::lastLogLine(int slot) {
@@ -171,7 +173,8 @@ void SlotControl::waitForLaunched(std::vector<std::pair<Outcome*, ProcessID>> la
       if (!applications().isAlive(process)) {
         const auto line = lastLogLine(outcome->slot);
         outcome->isDone = false;
-        outcome->text = line.empty() ? "ended at once and said nothing" : "ended: " + line;
+        outcome->text = line.empty() ? translated("ended at once and said nothing")
+                                     : translated("ended: {line}", {{"line", line}});
         return true;
       }
       return hasIdentifiers &&
@@ -182,8 +185,9 @@ void SlotControl::waitForLaunched(std::vector<std::pair<Outcome*, ProcessID>> la
   if (!hasIdentifiers)
     return;
   for (const auto& [outcome, unused] : launched)
-    *outcome = {outcome->slot, false,
-                fmt::format("runs, but did not answer within {} s", launchLimit)};
+    *outcome = {
+        outcome->slot, false,
+        translated("runs, but did not answer within {seconds} s", {{"seconds", launchLimit}})};
 }
 
 SlotControl::Launched SlotControl::launchThose(const std::set<int>& slots) {
@@ -193,14 +197,17 @@ SlotControl::Launched SlotControl::launchThose(const std::set<int>& slots) {
   for (const int slot : slots) {
     const bool runs = process(slot).has_value();
     const auto refused = runs ? std::nullopt : refusal(slot);
-    outcomes.push_back({slot, !refused, refused ? *refused : runs ? "runs already" : "started"});
+    outcomes.push_back({slot, !refused,
+                        refused ? *refused
+                        : runs  ? translated("runs already")
+                                : translated("started")});
     if (runs || refused)
       continue;
     waiting.push_back(outcomes.size() - 1);
     launches.push_back(launchOf(slot, {"--background"}));
   }
   std::vector<ProcessID> processes;
-  std::string fault = "could not be started";
+  std::string fault = translated("could not be started");
   try {
     processes = applications().launchTogether(launches);
   } catch (const FileError& failed) {
@@ -256,10 +263,11 @@ std::vector<SlotControl::Outcome> SlotControl::stop(const std::set<int>& slots) 
 
   std::vector<Outcome> outcomes;
   for (const auto& [slot, found] : running)
-    outcomes.push_back({slot, !stillRuns(slot),
-                        stillRuns(slot)         ? fmt::format("process {} does not end", found)
-                        : forced.contains(slot) ? "did not end when asked; ended by force"
-                                                : "stopped"});
+    outcomes.push_back(
+        {slot, !stillRuns(slot),
+         stillRuns(slot) ? translated("process {process} does not end", {{"process", found}})
+         : forced.contains(slot) ? translated("did not end when asked; ended by force")
+                                 : translated("stopped")});
   return outcomes;
 }
 
@@ -267,10 +275,11 @@ SlotControl::Outcome SlotControl::open(int slot) {
   const auto identifier = DockSlot::bundleIdentifier(slot);
   if (process(slot)) {
     if (applications().perform(identifier, "open"))
-      return {slot, true, "panel open"};
+      return {slot, true, translated("panel open")};
     return {slot, false,
-            applications().knowsIdentifiers() ? "does not answer"
-                                              : "cannot be reached without a session bus"};
+            applications().knowsIdentifiers()
+                ? translated("does not answer")
+                : translated("cannot be reached without a session bus")};
   }
   if (const auto refused = refusal(slot))
     return {slot, false, *refused};
@@ -280,7 +289,7 @@ SlotControl::Outcome SlotControl::open(int slot) {
   if (outcome.isDone)
     waitForLaunched({{&outcome, started}});
   if (outcome.isDone)
-    outcome.text = "started, panel open";
+    outcome.text = translated("started, panel open");
   return outcome;
 }
 

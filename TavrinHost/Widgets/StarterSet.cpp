@@ -1,6 +1,7 @@
 #include "TavrinHost/Widgets/StarterSet.h"
 
 #include "TavrinCore/Base/Calendar.h"
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Kinds/Note/NoteSettings.h"
 #include "TavrinCore/Kinds/Runs/PomodoroSettings.h"
 #include "TavrinCore/Kinds/Runs/TimerSettings.h"
@@ -31,9 +32,13 @@ std::vector<StarterWidget> starterWidgets(Date now) {
   TimeProgressSettings progress;
   progress.scope = TimeProgressScope::day;
   NoteSettings note;
-  note.text = "Click a tile to open its panel.";
-  return {{"Focus", 2, PomodoroSettings()}, {"Timer", 1, timer},    {"Clock", 1, clock},
-          {"New Year", 1, newYear},         {"Today", 1, progress}, {"Note", 2, note}};
+  note.text = translated("Click a tile to open its panel.");
+  return {{translated("Focus"), 2, PomodoroSettings()},
+          {translated("Timer"), 1, timer},
+          {translated("Clock"), 1, clock},
+          {translated("New Year"), 1, newYear},
+          {translated("Today"), 1, progress},
+          {translated("Note"), 2, note}};
 }
 
 } // namespace

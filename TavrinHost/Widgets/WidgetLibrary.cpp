@@ -1,6 +1,7 @@
 #include "TavrinHost/Widgets/WidgetLibrary.h"
 
 #include "TavrinCore/Base/Errors.h"
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Settings/SettingText.h"
 #include "TavrinCore/Text/ForeignText.h"
 #include "TavrinCore/Widgets/DockSlot.h"
@@ -72,9 +73,13 @@ std::vector<std::string> kindsLike(const std::string& word) {
   const auto meant = kindsLike(folded(reference));
   throw HostError(
       ExitCode::notFound,
-      fmt::format("there is no kind \"{}\"; {}the kinds are {}", reference,
-                  meant.empty() ? "" : fmt::format("did you mean {}? ", alternatives(meant)),
-                  enumeration(keys)));
+      meant.empty()
+          ? translated("there is no kind \"{kind}\"; the kinds are {kinds}",
+                       {{"kind", reference}, {"kinds", enumeration(keys)}})
+          : translated("there is no kind \"{kind}\"; did you mean {meant}? the kinds are {kinds}",
+                       {{"kind", reference},
+                        {"meant", alternatives(meant)},
+                        {"kinds", enumeration(keys)}}));
 }
 
 [[noreturn]] void throwNoWidget(const WidgetsFile& file, std::string_view reference) {
@@ -104,21 +109,25 @@ WidgetLibrary::WidgetLibrary(HostContext& context) : context_(context) {
     const auto backup = newestWholeBackup(context);
     throw HostError(
         ExitCode::failed,
-        fmt::format("{}; {}", error.what(),
-                    backup
-                        ? fmt::format("`tavrin backups restore {}` brings back the copy of {}",
-                                      backup->id(), dateText(backup->date))
-                        : "there is no backup of it, so mend it, or move it away to begin anew"));
+        fmt::format(
+            "{}; {}", error.what(),
+            backup
+                ? translated("`tavrin backups restore {identifier}` brings back the copy of {date}",
+                             {{"identifier", backup->id()}, {"date", dateText(backup->date)}})
+                : translated(
+                      "there is no backup of it, so mend it, or move it away to begin anew")));
   }
   warnOfNewerVersion();
 }
 
 void WidgetLibrary::warnOfNewerVersion() const {
   if (file().version > WidgetsFile::currentVersion)
-    context_.remarkOnce(printable(
-        fmt::format("\"{}\" has version {}, and this tavrin knows version {}: "
-                    "settings unknown to it are lost when it saves, widgets unknown to it stay",
-                    store_->url().string(), file().version, WidgetsFile::currentVersion)));
+    context_.remarkOnce(printable(translated(
+        "\"{url}\" has version {version}, and this tavrin knows version {currentVersion}: "
+        "settings unknown to it are lost when it saves, widgets unknown to it stay",
+        {{"url", store_->url().string()},
+         {"version", file().version},
+         {"currentVersion", WidgetsFile::currentVersion}})));
 }
 
 const DockWidget& WidgetLibrary::find(std::string_view reference) const {
@@ -132,8 +141,9 @@ const DockWidget& WidgetLibrary::find(std::string_view reference) const {
     std::vector<std::string> candidates;
     for (const auto* widget : found)
       candidates.push_back(described(*widget));
-    throw HostError(ExitCode::ambiguous,
-                    fmt::format("\"{}\" may be {}", reference, alternatives(candidates)));
+    throw HostError(ExitCode::ambiguous, translated("\"{reference}\" may be {candidates}",
+                                                    {{"reference", reference},
+                                                     {"candidates", alternatives(candidates)}}));
   };
   const auto by = [&](auto matches) { return one(matching(file(), matches)); };
 
@@ -164,9 +174,11 @@ std::string slotFault(const WidgetsFile& file, const DockWidget& widget) {
   const auto placed = file.placedWidgets();
   const auto shown = placed.find(*widget.slot);
   if (shown == placed.end())
-    return fmt::format("there is no slot {}; they are 1 to {}", *widget.slot, DockSlot::count);
+    return translated("there is no slot {slot}; they are 1 to {most}",
+                      {{"slot", *widget.slot}, {"most", DockSlot::count}});
   if (shown->second->id != widget.id)
-    return fmt::format("slot {} shows \"{}\"", *widget.slot, shown->second->name);
+    return translated("slot {slot} shows \"{name}\"",
+                      {{"slot", *widget.slot}, {"name", shown->second->name}});
   return {};
 }
 
@@ -183,9 +195,11 @@ const KindInfo& kindNamed(std::string_view reference) {
   for (const auto& kind : allKinds()) {
     const auto key = folded(kind.key);
     const auto title = folded(kind.title);
-    if (key == word || title == word)
+    const auto shown = folded(translation(kind.title));
+    if (key == word || title == word || shown == word)
       return kind;
-    if (!word.empty() && (key.starts_with(word) || title.starts_with(word)))
+    if (!word.empty() &&
+        (key.starts_with(word) || title.starts_with(word) || shown.starts_with(word)))
       begun.push_back(&kind);
   }
   if (begun.size() == 1)
@@ -195,7 +209,8 @@ const KindInfo& kindNamed(std::string_view reference) {
     keys.emplace_back(kind->key);
   if (!keys.empty())
     throw HostError(ExitCode::ambiguous,
-                    fmt::format("\"{}\" may be {}", reference, alternatives(keys)));
+                    translated("\"{reference}\" may be {keys}",
+                               {{"reference", reference}, {"keys", alternatives(keys)}}));
   throwNoKind(reference);
 }
 

@@ -22,6 +22,7 @@
 #include "TavrinPlatform/Platform.h"
 #include "TavrinPlatform/Qt/QtProcessRunner.h"
 #include "TavrinPlatform/Qt/QtRunLoop.h"
+#include "TavrinPlatform/Qt/QtTextLocale.h"
 
 #include <QApplication>
 #include <QWidget>
@@ -225,6 +226,7 @@ void LinuxPlatform::startToolkit(int& argc, char** argv) {
   const ToolkitSetup setup(files_, displays_);
   QApplication::setQuitOnLastWindowClosed(false);
   toolkit_ = std::make_unique<QApplication>(argc, argv);
+  setTextLocale();
   QApplication::setApplicationName(QString::fromStdString(identifier()));
   memory_ = std::make_unique<MemoryRelease>();
 }

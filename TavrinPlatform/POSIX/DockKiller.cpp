@@ -1,6 +1,7 @@
 #include "TavrinPlatform/POSIX/DockKiller.h"
 
 #include "TavrinCore/Base/Errors.h"
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Text/Text.h"
 #include "TavrinPlatform/Files/Descriptor.h"
 #include "TavrinPlatform/POSIX/Spawn.h"
@@ -37,7 +38,7 @@ pid_t launch(const std::string& program, const char* name, const Pipe& output, c
   const pid_t child = spawn(request);
   if (child < 0) {
     const auto reason = std::generic_category().message(-child);
-    throw FileError(failure("start " + program, reason), reason);
+    throw FileError(failure(translated("start {program}", {{"program", program}}), reason), reason);
   }
   return child;
 }

@@ -1,6 +1,7 @@
 #include "TavrinPlatform/POSIX/JSONUserDefaults.h"
 
 #include "TavrinCore/Base/Errors.h"
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinPlatform/Files/AtomicFile.h"
 
 #include <utility>
@@ -56,7 +57,8 @@ JSONValue::Object& JSONUserDefaults::values() const {
       values_ = std::move(*object);
       return *values_;
     }
-    log_.error(failure("read " + file_.string(), "it holds no JSON object"));
+    log_.error(
+        failure(translated("read {file}", {{"file", file_.string()}}), "it holds no JSON object"));
   } catch (const FileError& error) {
     log_.error(error.what());
   }

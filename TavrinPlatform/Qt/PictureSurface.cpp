@@ -1,6 +1,7 @@
 #include "TavrinPlatform/Qt/PictureSurface.h"
 
 #include "TavrinCore/Base/Errors.h"
+#include "TavrinCore/Base/Texts.h"
 
 #include <QBuffer>
 #include <QImageWriter>
@@ -96,7 +97,7 @@ std::string PictureSurface::write(const QImage& image) const {
 
 void PictureSurface::complain(const std::string& reason) {
   if (!std::exchange(hasComplained_, true))
-    log_.error(failure("write " + file_.string(), reason));
+    log_.error(failure(translated("write {file}", {{"file", file_.string()}}), reason));
 }
 
 } // namespace tavrin

@@ -7,6 +7,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QTimer>
 #include <QVBoxLayout>
@@ -27,7 +28,7 @@ QString symbolOf(State state) {
 std::string titleOfKind(const std::string& key) {
   for (const auto& kind : allKinds())
     if (kind.key == key)
-      return std::string(kind.title);
+      return translated(kind.title);
   return key;
 }
 
@@ -38,7 +39,7 @@ QString detailOf(const DesktopReport::Item& item) {
     std::vector<std::string> titles;
     for (const auto& kind : item.kinds)
       titles.push_back(titleOfKind(kind));
-    words = fmt::format("For {}. ", enumeration(titles));
+    words = translated("For {widgets}.", {{"widgets", enumeration(titles)}}) + " ";
   }
   return QString::fromStdString(words + item.remedy);
 }
@@ -52,13 +53,12 @@ std::string reportSummary(const DesktopReport& report) {
   const auto missing = count(State::missing);
   const auto limited = count(State::limited);
   if (missing == 0 && limited == 0)
-    return "Everything that widgets use is here.";
+    return translated("Everything that widgets use is here.");
   std::vector<std::string> parts;
   if (missing > 0)
-    parts.push_back(
-        fmt::format("{} {} missing", missing, missing == 1 ? "thing is" : "things are"));
+    parts.push_back(plural("{count} thing is missing", "{count} things are missing", missing));
   if (limited > 0)
-    parts.push_back(fmt::format("{} {} limited", limited, limited == 1 ? "is" : "are"));
+    parts.push_back(plural("{count} is limited", "{count} are limited", limited));
   return enumeration(parts) + ".";
 }
 
@@ -79,7 +79,7 @@ ComputerPage::ComputerPage(PageServices& services, std::function<DesktopReport()
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(panel::grid);
-  starts_ = new PanelSwitch(QStringLiteral("Start the widgets with the session"), this);
+  starts_ = new PanelSwitch(worded("Start the widgets with the session"), this);
   starts_->onChange = [this](bool isOn) { setAutostart(isOn); };
   column->addWidget(starts_);
   startsHow_ = new PanelText({}, PanelTextStyle::secondary, this);
@@ -89,9 +89,9 @@ ComputerPage::ComputerPage(PageServices& services, std::function<DesktopReport()
   summary_ = new PanelText({}, PanelTextStyle::heading, this);
   summary_->setSingleLine(true);
   remedy_ = new PanelButton(
-      PanelButton::Kind::prominent, QStringLiteral("What to Do"), [this] { showRemedies(); }, this);
+      PanelButton::Kind::prominent, worded("What to Do"), [this] { showRemedies(); }, this);
   again_ = PanelButton::icon(
-      QStringLiteral("arrow.clockwise"), QStringLiteral("Look Again"), [this] { reload(); }, this);
+      QStringLiteral("arrow.clockwise"), worded("Look Again"), [this] { reload(); }, this);
   row->addWidget(summary_, 1);
   row->addWidget(again_);
   row->addWidget(remedy_);
@@ -100,13 +100,13 @@ ComputerPage::ComputerPage(PageServices& services, std::function<DesktopReport()
   remedies_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
   remedies_->hide();
   column->addWidget(remedies_);
-  list_ = new PanelList(QStringLiteral("What this computer has"), this);
+  list_ = new PanelList(worded("What this computer has"), this);
   list_->setTall(true);
   column->addWidget(list_, 1);
 }
 
 void ComputerPage::reload() {
-  summary_->setWords(QStringLiteral("Looking…"));
+  summary_->setWords(worded("Looking…"));
   remedy_->setEnabled(false);
   // The words are to be seen before what takes its time.
   QTimer::singleShot(0, this, [this] {

@@ -8,6 +8,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QVBoxLayout>
 #include <algorithm>
@@ -34,16 +35,16 @@ std::size_t differing(const std::vector<Record>& then, const std::vector<Record>
   return count;
 }
 
-std::string_view reasonWords(WorkspaceBackup::Reason reason) {
+std::string reasonWords(WorkspaceBackup::Reason reason) {
   switch (reason) {
   case WorkspaceBackup::Reason::launch:
-    return "at a start";
+    return translated("Made at a start");
   case WorkspaceBackup::Reason::quit:
-    return "at an end";
+    return translated("Made at an end");
   case WorkspaceBackup::Reason::restore:
     break;
   }
-  return "before a backup was restored";
+  return translated("Made before a backup was restored");
 }
 
 /// The date in a Dock backup's name, in words; else the name.
@@ -57,14 +58,14 @@ class RestoreStep final : public HistoryStep {
 public:
   RestoreStep(HostContext& context, WorkspaceBackup restored, std::optional<WorkspaceBackup> before)
       : context_(context), restored_(std::move(restored)), before_(std::move(before)) {}
-  std::string title() const override { return "Restore a Backup"; }
+  std::string title() const override { return translated("Restore a Backup"); }
   std::vector<std::string> undo() override { return put(before_); }
   std::vector<std::string> redo() override { return put(restored_); }
 
 private:
   std::vector<std::string> put(const std::optional<WorkspaceBackup>& backup) {
     if (!backup)
-      return {"There is no backup of what was there before"};
+      return {translated("There is no backup of what was there before")};
     workspaceBackups(context_).restore(*backup, context_.platform().clock().now());
     context_.platform().notifications().post(std::string(DockSlot::widgetsChangedNotification));
     return {};
@@ -81,15 +82,15 @@ std::string workspaceDifference(const WorkspaceBackupStore::Contents& backup,
                                 const WidgetsFile& widgets, const ProfilesFile& profiles) {
   const auto ofWidgets = differing(backup.widgets.widgets, widgets.widgets);
   const auto ofProfiles = differing(backup.profiles.profiles, profiles.profiles);
-  std::vector<std::string> parts;
-  if (ofWidgets > 0)
-    parts.push_back(fmt::format("{} {}", ofWidgets, ofWidgets == 1 ? "widget" : "widgets"));
-  if (ofProfiles > 0)
-    parts.push_back(fmt::format("{} {}", ofProfiles, ofProfiles == 1 ? "layout" : "layouts"));
-  if (parts.empty())
-    return "nothing differs from now";
-  return fmt::format("{} {} from now", enumeration(parts),
-                     ofWidgets + ofProfiles == 1 ? "differs" : "differ");
+  if (ofWidgets == 0 && ofProfiles == 0)
+    return translated("nothing differs from now");
+  if (ofProfiles == 0)
+    return plural("{count} widget differs from now", "{count} widgets differ from now", ofWidgets);
+  if (ofWidgets == 0)
+    return plural("{count} layout differs from now", "{count} layouts differ from now", ofProfiles);
+  return translated("{widgets} and {layouts} differ from now",
+                    {{"widgets", plural("{count} widget", "{count} widgets", ofWidgets)},
+                     {"layouts", plural("{count} layout", "{count} layouts", ofProfiles)}});
 }
 
 BackupPane::BackupPane(DockServicesOfPage& services, HostContext& context, QWidget* parent)
@@ -97,24 +98,23 @@ BackupPane::BackupPane(DockServicesOfPage& services, HostContext& context, QWidg
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(panel::grid);
-  column->addWidget(
-      new PanelText(QStringLiteral("Widgets and layouts"), PanelTextStyle::section, this));
-  workspaceList_ = new PanelList(QStringLiteral("Backups of widgets and layouts"), this);
+  column->addWidget(new PanelText(worded("Widgets and layouts"), PanelTextStyle::section, this));
+  workspaceList_ = new PanelList(worded("Backups of widgets and layouts"), this);
   workspaceList_->onAction = [this](int row, int) { restoreWorkspace(row); };
   column->addWidget(workspaceList_, 2);
-  column->addWidget(new PanelText(QStringLiteral("The Dock"), PanelTextStyle::section, this));
-  dockList_ = new PanelList(QStringLiteral("Backups of the Dock"), this);
+  column->addWidget(new PanelText(worded("The Dock"), PanelTextStyle::section, this));
+  dockList_ = new PanelList(worded("Backups of the Dock"), this);
   dockList_->onAction = [this](int row, int) { restoreDock(row); };
   column->addWidget(dockList_, 1);
   auto* create = new PanelButton(
-      PanelButton::Kind::quiet, QStringLiteral("Back Up Now"),
+      PanelButton::Kind::quiet, worded("Back Up Now"),
       [this] {
         services_.page.attempt([&] {
           const auto made = workspaceBackups(context_).backUp(WorkspaceBackup::Reason::launch,
                                                               context_.platform().clock().now());
           services_.page.tell(
-              made ? QStringLiteral("A backup was made.")
-                   : QStringLiteral("Nothing was written: nothing has changed since the last one."),
+              made ? worded("A backup was made.")
+                   : worded("Nothing was written: nothing has changed since the last one."),
               false);
           refresh();
         });
@@ -134,18 +134,21 @@ void BackupPane::refresh() {
       PanelRow row;
       row.id = QString::fromStdString(backup.id());
       row.title = QString::fromStdString(calendar.dateAndTime(backup.date));
-      auto words = fmt::format("Made {}", reasonWords(backup.reason));
+      auto words = reasonWords(backup.reason);
       if (i < mostCompared) {
         try {
-          words += "; " + workspaceDifference(store.contents(backup), services_.page.editor.file(),
-                                              services_.profiles.file());
+          words = translated("{made}; {difference}",
+                             {{"made", words},
+                              {"difference", workspaceDifference(store.contents(backup),
+                                                                 services_.page.editor.file(),
+                                                                 services_.profiles.file())}});
         } catch (const std::exception&) {
-          words += "; it cannot be read";
+          words = translated("{made}; it cannot be read", {{"made", words}});
         }
       }
       row.subtitle = QString::fromStdString(words);
       row.symbol = QStringLiteral("archivebox.fill");
-      row.actions = {{QStringLiteral("arrow.counterclockwise"), QStringLiteral("Restore"), true}};
+      row.actions = {{QStringLiteral("arrow.counterclockwise"), worded("Restore"), true}};
       rows.push_back(row);
     }
   });
@@ -162,15 +165,15 @@ void BackupPane::refresh() {
       if (i < mostCompared) {
         try {
           const auto then = dockPlistReader(dock_[i]).read(now.capturedAt);
-          row.subtitle = QStringLiteral("Restoring it %1")
-                             .arg(QString::fromStdString(
-                                 differenceWords(DockChangeDetector::diff(now, then))));
+          row.subtitle =
+              worded("Restoring it {changes}",
+                     {{"changes", differenceWords(DockChangeDetector::diff(now, then))}});
         } catch (const std::exception&) {
-          row.subtitle = QStringLiteral("It cannot be read");
+          row.subtitle = worded("It cannot be read");
         }
       }
       row.symbol = QStringLiteral("archivebox.fill");
-      row.actions = {{QStringLiteral("arrow.counterclockwise"), QStringLiteral("Restore"), true}};
+      row.actions = {{QStringLiteral("arrow.counterclockwise"), worded("Restore"), true}};
       rows.push_back(row);
     }
   });
@@ -187,8 +190,7 @@ void BackupPane::restoreWorkspace(int row) {
     const auto contents = store.contents(backup);
     if (contents.widgets == services_.page.editor.file() &&
         contents.profiles == services_.profiles.file()) {
-      services_.page.tell(QStringLiteral("Nothing was written: everything is as it was then."),
-                          false);
+      services_.page.tell(worded("Nothing was written: everything is as it was then."), false);
       return;
     }
     std::optional<WorkspaceBackup> before;
@@ -196,7 +198,7 @@ void BackupPane::restoreWorkspace(int row) {
     store.restore(backup, context_.platform().clock().now());
     context_.platform().notifications().post(std::string(DockSlot::widgetsChangedNotification));
     services_.page.history.add(std::make_unique<RestoreStep>(context_, backup, before));
-    services_.page.tell(QStringLiteral("Everything is as it was then. Undo goes back."), false);
+    services_.page.tell(worded("Everything is as it was then. Undo goes back."), false);
     services_.profiles.reload();
     refresh();
   });

@@ -4,6 +4,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelFont.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelPaint.h"
 #include "TavrinWidgetsUI/Kit/Pictures/Symbols.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -97,7 +98,7 @@ private:
 };
 
 DockItemRow::DockItemRow(QWidget* parent) : QWidget(parent) {
-  setAccessibleName(QStringLiteral("Items"));
+  setAccessibleName(worded("Items"));
   QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Minimum);
   policy.setHeightForWidth(true);
   setSizePolicy(policy);

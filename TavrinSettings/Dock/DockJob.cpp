@@ -1,4 +1,5 @@
 #include "TavrinSettings/Dock/DockJob.h"
+#include "TavrinCore/Base/Texts.h"
 
 #include <fmt/format.h>
 
@@ -33,7 +34,7 @@ public:
   std::string title() const override { return title_; }
   std::vector<std::string> undo() override {
     const Date now = job_.context_.platform().clock().now();
-    job_.run("The Dock restarts…", fmt::format("Undone: {}.", title_),
+    job_.run(translated("The Dock restarts…"), translated("Undone: {step}.", {{"step", title_}}),
              [before = before_, active = activeBefore_, now](DockLibrary& library) {
                const bool isWritten = putLayout(library, before, now);
                library.profiles().setActive(active);
@@ -43,7 +44,8 @@ public:
     return {};
   }
   std::vector<std::string> redo() override {
-    job_.run("The Dock restarts…", fmt::format("Done again: {}.", title_), again_, {});
+    job_.run(translated("The Dock restarts…"),
+             translated("Done again: {step}.", {{"step", title_}}), again_, {});
     return {};
   }
 
@@ -56,14 +58,15 @@ private:
 };
 
 void DockJob::apply(const Profile& profile) {
-  const auto title = fmt::format("Apply {}", profile.name);
+  const auto title = translated("Apply {name}", {{"name", profile.name}});
   const Work work = [id = profile.id](DockLibrary& library) {
     if (library.profiles().file().activeProfileId == id)
       return library.switcher().applyActiveProfile();
     return library.switcher().switchTo(id);
   };
   const auto activeBefore = DockLibrary(context_).profiles().file().activeProfileId;
-  run("The Dock restarts…", fmt::format("\"{}\" is in the Dock.", profile.name), work,
+  run(translated("The Dock restarts…"),
+      translated("\"{name}\" is in the Dock.", {{"name", profile.name}}), work,
       [this, title, activeBefore, work](const Outcome& outcome) {
         history_.add(std::make_unique<Step>(*this, title, outcome.backup, activeBefore, work));
       });
@@ -73,17 +76,17 @@ void DockJob::restore(const std::string& layout) {
   const Date now = context_.platform().clock().now();
   const Work work = [layout, now](DockLibrary& library) { return putLayout(library, layout, now); };
   const auto active = DockLibrary(context_).profiles().file().activeProfileId;
-  run("The Dock restarts…", "The Dock is as it was then.", work,
+  run(translated("The Dock restarts…"), translated("The Dock is as it was then."), work,
       [this, active, work](const Outcome& outcome) {
-        history_.add(
-            std::make_unique<Step>(*this, "Restore the Dock", outcome.backup, active, work));
+        history_.add(std::make_unique<Step>(*this, translated("Restore the Dock"), outcome.backup,
+                                            active, work));
       });
 }
 
 void DockJob::run(const std::string& begun, const std::string& ended, Work work,
                   std::function<void(const Outcome&)> done) {
   if (isRunning_)
-    throw HostError(ExitCode::failed, "The Dock is being changed already");
+    throw HostError(ExitCode::failed, translated("The Dock is being changed already"));
   // Made here: the services it stands on are made when they are first asked for.
   auto library = std::make_shared<DockLibrary>(context_);
   isRunning_ = true;
@@ -112,7 +115,9 @@ void DockJob::run(const std::string& begun, const std::string& ended, Work work,
         if (!outcome->trouble.empty())
           onProgress(outcome->trouble + ".", true);
         else
-          onProgress(outcome->isWritten ? ended : "Nothing was written: the Dock shows it already.",
+          onProgress(outcome->isWritten
+                         ? ended
+                         : translated("Nothing was written: the Dock shows it already."),
                      false);
       });
 }

@@ -5,6 +5,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QStackedWidget>
 #include <QVBoxLayout>
@@ -32,11 +33,11 @@ DockPage::DockPage(PageServices& services, HostContext& context, History& histor
   row->setSpacing(panel::padding);
   auto* left = new QVBoxLayout;
   left->setSpacing(panel::grid);
-  list_ = new PanelList(QStringLiteral("Layouts"), this);
+  list_ = new PanelList(worded("Layouts"), this);
   list_->setFixedWidth(listWidth);
   list_->onOpen = [this](int index) { choose(index); };
   auto* make = new PanelButton(
-      PanelButton::Kind::quiet, QStringLiteral("New from the Dock"),
+      PanelButton::Kind::quiet, worded("New from the Dock"),
       [this] {
         services_.attempt([&] {
           chosen_ = profiles_.createFromDock();
@@ -47,13 +48,16 @@ DockPage::DockPage(PageServices& services, HostContext& context, History& histor
   make->setSymbol(QStringLiteral("plus"));
   left->addWidget(list_, 1);
   left->addWidget(make);
+  if (services.forms.choosePaths)
+    left->addWidget(new PanelButton(
+        PanelButton::Kind::quiet, worded("Import…"), [this] { importLayouts(); }, this));
   row->addLayout(left);
   stack_ = new QStackedWidget(this);
   layout_ = new LayoutPane(dock_, stack_);
   backups_ = new BackupPane(dock_, context, stack_);
   empty_ = new PanelEmptyState(QStringLiteral("square.grid.2x2.fill"),
-                               QStringLiteral("There are no Dock layouts yet"), stack_);
-  empty_->setHint(QStringLiteral("A layout keeps the Dock's items, to be put there again."));
+                               worded("There are no Dock layouts yet"), stack_);
+  empty_->setHint(worded("A layout keeps the Dock's items, to be put there again."));
   for (QWidget* pane : {static_cast<QWidget*>(layout_), static_cast<QWidget*>(backups_),
                         static_cast<QWidget*>(empty_)})
     stack_->addWidget(pane);
@@ -63,6 +67,19 @@ DockPage::DockPage(PageServices& services, HostContext& context, History& histor
     progress(sentence, isTrouble);
   };
   icons_.onLoad = [this] { layout_->refreshIcons(); };
+}
+
+void DockPage::importLayouts() {
+  const auto& forms = services_.forms;
+  for (const auto& file :
+       forms.choosePaths(window(), FormServices::Choosing::file, forms.system.home))
+    services_.attempt([&] {
+      if (const auto first = profiles_.importFrom(file))
+        chosen_ = *first;
+      else
+        services_.tell(worded("There is no Dock layout in that file."), true);
+      refresh();
+    });
 }
 
 void DockPage::reload() {
@@ -85,7 +102,7 @@ void DockPage::refresh() {
   }
   PanelRow backups;
   backups.id = QString::fromUtf8(backupsRow);
-  backups.title = QStringLiteral("Backups");
+  backups.title = worded("Backups");
   backups.symbol = QStringLiteral("clock");
   rows.push_back(backups);
   list_->setRows(rows);

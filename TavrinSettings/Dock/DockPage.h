@@ -23,6 +23,7 @@ public:
   void reload();
 
 private:
+  void importLayouts();
   void refresh();
   void choose(int row);
   QImage icon(const DockItem& item, int side, double scale);

@@ -9,6 +9,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelSegments.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QLineEdit>
 #include <QScrollArea>
@@ -24,12 +25,12 @@ struct NamedColour {
 };
 
 const std::array<NamedColour, 6> colours = {{
-    {ProfileColor::blue, "Blue", {0x0A, 0x84, 0xFF}},
-    {ProfileColor::pink, "Pink", {0xFF, 0x37, 0x5F}},
-    {ProfileColor::orange, "Orange", {0xFF, 0x9F, 0x0A}},
-    {ProfileColor::green, "Green", {0x30, 0xD1, 0x58}},
-    {ProfileColor::purple, "Purple", {0xBF, 0x5A, 0xF2}},
-    {ProfileColor::graphite, "Graphite", {0x8E, 0x8E, 0x93}},
+    {ProfileColor::blue, marked("Blue"), {0x0A, 0x84, 0xFF}},
+    {ProfileColor::pink, marked("Pink"), {0xFF, 0x37, 0x5F}},
+    {ProfileColor::orange, marked("Orange"), {0xFF, 0x9F, 0x0A}},
+    {ProfileColor::green, marked("Green"), {0x30, 0xD1, 0x58}},
+    {ProfileColor::purple, marked("Purple"), {0xBF, 0x5A, 0xF2}},
+    {ProfileColor::graphite, marked("Graphite"), {0x8E, 0x8E, 0x93}},
 }};
 
 /// In the order of the segments: none, when a Focus begins, when it ends.
@@ -50,31 +51,31 @@ LayoutPane::LayoutPane(DockServicesOfPage& services, QWidget* parent)
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(panel::grid);
   name_ = new QLineEdit(this);
-  name_->setAccessibleName(QStringLiteral("Name"));
+  name_->setAccessibleName(worded("Name"));
   name_->setMinimumWidth(220);
   QObject::connect(name_, &QLineEdit::textEdited, this, [this](const QString& text) {
     const auto name = std::string(trimmed(text.toStdString()));
     if (!name.empty())
-      edit("Rename", "name", [&](Profile& profile) { profile.name = name; });
+      edit(marked("Rename {name}"), "name", [&](Profile& profile) { profile.name = name; });
   });
-  column->addWidget(new PanelField(QStringLiteral("Name"), name_, this));
+  column->addWidget(new PanelField(worded("Name"), name_, this));
 
   auto* swatches = new QWidget(this);
-  swatches->setAccessibleName(QStringLiteral("Colour"));
+  swatches->setAccessibleName(worded("Colour"));
   auto* row = new QHBoxLayout(swatches);
   row->setContentsMargins(0, 0, 0, 0);
   for (const auto& colour : colours) {
     auto* swatch = new PanelSwatch(
-        colour.colour, QString::fromUtf8(colour.name),
+        colour.colour, worded(colour.name),
         [this, value = colour.value] {
-          edit("Colour", "", [&](Profile& profile) { profile.color = value; });
+          edit(marked("Colour {name}"), "", [&](Profile& profile) { profile.color = value; });
         },
         swatches);
     swatch->setSide(24);
     colours_.push_back(swatch);
     row->addWidget(swatch);
   }
-  column->addWidget(new PanelField(QStringLiteral("Colour"), swatches, this));
+  column->addWidget(new PanelField(worded("Colour"), swatches, this));
   makeRows();
   items_ = new DockItemRow(this);
   items_->icon = [this](const DockItem& item, int side, double scale) {
@@ -84,7 +85,7 @@ LayoutPane::LayoutPane(DockServicesOfPage& services, QWidget* parent)
     return isRight ? profile.others : profile.items;
   };
   items_->onMove = [this, list](bool isRight, std::size_t from, std::size_t to) {
-    edit("Move an Item in", "", [&](Profile& profile) {
+    edit(marked("Move an Item in {name}"), "", [&](Profile& profile) {
       auto& items = list(profile, isRight);
       if (from >= items.size() || to >= items.size())
         return;
@@ -94,7 +95,7 @@ LayoutPane::LayoutPane(DockServicesOfPage& services, QWidget* parent)
     });
   };
   items_->onRemove = [this, list](bool isRight, std::size_t index) {
-    edit("Remove an Item from", "", [&](Profile& profile) {
+    edit(marked("Remove an Item from {name}"), "", [&](Profile& profile) {
       auto& items = list(profile, isRight);
       if (index < items.size())
         items.erase(items.begin() + static_cast<std::ptrdiff_t>(index));
@@ -106,39 +107,36 @@ LayoutPane::LayoutPane(DockServicesOfPage& services, QWidget* parent)
   scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   scroll->setFocusPolicy(Qt::NoFocus);
   scroll->setWidget(items_);
-  column->addWidget(new PanelText(QStringLiteral("Items"), PanelTextStyle::section, this));
+  column->addWidget(new PanelText(worded("Items"), PanelTextStyle::section, this));
   column->addWidget(scroll, 1);
   makeActions(column);
 }
 
 void LayoutPane::makeRows() {
   auto* column = static_cast<QVBoxLayout*>(layout());
-  shortcut_ = new ShortcutRecorder(QStringLiteral("Shortcut"), QStringLiteral("None"), this);
+  shortcut_ = new ShortcutRecorder(worded("Shortcut"), worded("None"), this);
   shortcut_->onChange = [this](const std::optional<Hotkey>& hotkey) { setShortcut(hotkey); };
   shortcut_->onTrouble = [this](const QString& sentence) {
     services_.page.tell(sentence + QLatin1Char('.'), true);
   };
-  column->addWidget(new PanelField(QStringLiteral("Shortcut"), shortcut_, this));
+  column->addWidget(new PanelField(worded("Shortcut"), shortcut_, this));
   focus_ = new PanelSegments(
-      QStringLiteral("Focus"),
-      {QStringLiteral("Never"), QStringLiteral("When it begins"), QStringLiteral("When it ends")},
-      this);
+      worded("Focus"), {worded("Never"), worded("When it begins"), worded("When it ends")}, this);
   focus_->onChange = [this](int index) {
-    edit("Focus of", "", [&](Profile& profile) {
+    edit(marked("Focus of {name}"), "", [&](Profile& profile) {
       const std::string state = focusStates[static_cast<std::size_t>(index)];
       profile.focusModeBinding = state.empty() ? std::nullopt : std::optional(state);
     });
   };
-  column->addWidget(new PanelField(QStringLiteral("Apply by Focus"), focus_, this));
-  others_ = new PanelSegments(
-      QStringLiteral("Other applications"),
-      {QStringLiteral("Keep"), QStringLiteral("Hide"), QStringLiteral("Quit")}, this);
+  column->addWidget(new PanelField(worded("Apply by Focus"), focus_, this));
+  others_ = new PanelSegments(worded("Other applications"),
+                              {worded("Keep"), worded("Hide"), worded("Quit")}, this);
   others_->onChange = [this](int index) {
-    edit("Other Applications of", "", [&](Profile& profile) {
+    edit(marked("Other Applications of {name}"), "", [&](Profile& profile) {
       profile.otherWorkspaceApps = allCases<OtherWorkspaceApps>()[static_cast<std::size_t>(index)];
     });
   };
-  column->addWidget(new PanelField(QStringLiteral("Other applications"), others_, this));
+  column->addWidget(new PanelField(worded("Other applications"), others_, this));
 }
 
 void LayoutPane::makeActions(QVBoxLayout* column) {
@@ -146,7 +144,7 @@ void LayoutPane::makeActions(QVBoxLayout* column) {
   column->addWidget(difference_);
   auto* row = new QHBoxLayout;
   apply_ = new PanelButton(
-      PanelButton::Kind::prominent, QStringLiteral("Apply"),
+      PanelButton::Kind::prominent, worded("Apply"),
       [this] {
         services_.page.attempt([&] {
           if (const auto profile = services_.profiles.profile(id_))
@@ -155,11 +153,11 @@ void LayoutPane::makeActions(QVBoxLayout* column) {
       },
       this);
   auto* capture = new PanelButton(
-      PanelButton::Kind::quiet, QStringLiteral("Take the Dock As It Is"),
+      PanelButton::Kind::quiet, worded("Take the Dock As It Is"),
       [this] {
         services_.page.attempt([&] {
           auto dock = services_.profiles.library().snapshot();
-          edit("Take the Dock into", "", [&](Profile& profile) {
+          edit(marked("Take the Dock into {name}"), "", [&](Profile& profile) {
             profile.items = dock.apps;
             profile.others = dock.others;
           });
@@ -167,23 +165,35 @@ void LayoutPane::makeActions(QVBoxLayout* column) {
       },
       this);
   auto* duplicate = new PanelButton(
-      PanelButton::Kind::quiet, QStringLiteral("Duplicate"),
+      PanelButton::Kind::quiet, worded("Duplicate"),
       [this] { services_.page.attempt([&] { services_.profiles.duplicate(id_); }); }, this);
   auto* remove = new PanelButton(
-      PanelButton::Kind::quiet, QStringLiteral("Delete"),
+      PanelButton::Kind::quiet, worded("Delete"),
       [this] {
         const auto name = name_->text();
         if (services_.page.attempt([&] { services_.profiles.remove(id_); }))
-          services_.page.tell(QStringLiteral("“%1” is deleted. Undo brings it back.").arg(name),
+          services_.page.tell(worded("“{name}” is deleted. Undo brings it back.", {{"name", name}}),
                               false);
       },
       this);
   row->addWidget(apply_);
   row->addWidget(capture);
   row->addStretch(1);
+  if (services_.page.forms.choosePaths)
+    row->addWidget(new PanelButton(
+        PanelButton::Kind::quiet, worded("Export…"), [this] { exportLayout(); }, this));
   row->addWidget(duplicate);
   row->addWidget(remove);
   column->addLayout(row);
+}
+
+void LayoutPane::exportLayout() {
+  const auto& forms = services_.page.forms;
+  const auto name = name_->text().replace(QLatin1Char('/'), QLatin1Char('-')) + ".json";
+  for (const auto& file : forms.choosePaths(window(), FormServices::Choosing::newFile,
+                                            forms.system.home / name.toStdString()))
+    if (services_.page.attempt([&] { services_.profiles.exportTo(file, id_); }))
+      services_.page.tell(worded("Written to {file}.", {{"file", file.string()}}), false);
 }
 
 void LayoutPane::edit(const char* title, const char* field,
@@ -191,7 +201,7 @@ void LayoutPane::edit(const char* title, const char* field,
   services_.page.attempt([&] {
     const auto profile = services_.profiles.profile(id_);
     services_.profiles.edit(
-        id_, std::string(title) + " " + (profile ? profile->name : std::string()), field, edit);
+        id_, translated(title, {{"name", profile ? profile->name : std::string()}}), field, edit);
   });
 }
 
@@ -233,11 +243,10 @@ void LayoutPane::showDifference(const Profile& profile) {
     const auto report = DockChangeDetector::diff(dock, asRead(profile.snapshot(dock.capturedAt)));
     const bool isActive = services_.profiles.file().activeProfileId == profile.id;
     difference_->setStyle(PanelTextStyle::secondary);
-    difference_->setWords(
-        report.hasChanges()
-            ? QStringLiteral("Applying it %1.").arg(QString::fromStdString(differenceWords(report)))
-        : isActive ? QStringLiteral("The Dock shows it.")
-                   : QStringLiteral("The Dock shows the same items."));
+    difference_->setWords(report.hasChanges() ? worded("Applying it {changes}.",
+                                                       {{"changes", differenceWords(report)}})
+                          : isActive          ? worded("The Dock shows it.")
+                                              : worded("The Dock shows the same items."));
   } catch (const std::exception& error) {
     difference_->setStyle(PanelTextStyle::trouble);
     difference_->setWords(QString::fromUtf8(error.what()) + QLatin1Char('.'));
@@ -249,8 +258,9 @@ void LayoutPane::setShortcut(const std::optional<Hotkey>& hotkey) {
     for (const auto& other : services_.profiles.file().profiles)
       if (hotkey && other.id != id_ && other.hotkey == hotkey)
         throw HostError(ExitCode::refusedValue,
-                        hotkeyText(*hotkey) + " is the shortcut of \"" + other.name + "\"");
-    edit("Shortcut of", "", [&](Profile& profile) { profile.hotkey = hotkey; });
+                        translated("{shortcut} is the shortcut of \"{name}\"",
+                                   {{"shortcut", hotkeyText(*hotkey)}, {"name", other.name}}));
+    edit(marked("Shortcut of {name}"), "", [&](Profile& profile) { profile.hotkey = hotkey; });
   });
 }
 

@@ -44,6 +44,7 @@ private:
   void makeRows();
   void makeActions(QVBoxLayout* column);
   void edit(const char* title, const char* field, const std::function<void(Profile&)>& edit);
+  void exportLayout();
   void showDifference(const Profile& profile);
   void setShortcut(const std::optional<Hotkey>& hotkey);
 

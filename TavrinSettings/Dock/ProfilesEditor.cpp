@@ -1,6 +1,9 @@
 #include "TavrinSettings/Dock/ProfilesEditor.h"
 
+#include "TavrinCore/Base/Texts.h"
+#include "TavrinCore/Dock/ProfileTransfer.h"
 #include "TavrinCore/Settings/SettingText.h"
+#include "TavrinPlatform/Files/AtomicFile.h"
 #include "TavrinSettings/Editing/ChangeStep.h"
 
 #include <algorithm>
@@ -50,7 +53,7 @@ std::vector<std::string> ProfileChange::apply(ProfileStore& store) const {
     return {};
   }
   if (!current)
-    return {fmt::format("\"{}\" was deleted elsewhere", after->name)};
+    return {translated("\"{name}\" was deleted elsewhere", {{"name", after->name}})};
   bool isWhole = true;
   store.change(current->id, [&](Profile& profile) {
     const Profile was = profile;
@@ -94,25 +97,25 @@ UUID ProfilesEditor::createFromDock() {
   auto dock = library_.snapshot();
   Profile profile;
   profile.id = UUID::random();
-  profile.name = freeName("Layout");
+  profile.name = freeName(translated("Layout"));
   profile.items = std::move(dock.apps);
   profile.others = std::move(dock.others);
   library_.profiles().create(profile);
-  did(fmt::format("New {}", profile.name), {}, {std::nullopt, profile});
+  did(translated("New {name}", {{"name", profile.name}}), {}, {std::nullopt, profile});
   return profile.id;
 }
 
 UUID ProfilesEditor::duplicate(const UUID& id) {
   auto copy = profile(id);
   if (!copy)
-    throw HostError(ExitCode::profileNotFound, "This layout was deleted elsewhere");
+    throw HostError(ExitCode::profileNotFound, translated("This layout was deleted elsewhere"));
   copy->id = UUID::random();
   copy->name = freeName(copy->name);
   // One shortcut is one layout's.
   copy->hotkey.reset();
   copy->focusModeBinding.reset();
   library_.profiles().create(*copy);
-  did(fmt::format("Duplicate {}", copy->name), {}, {std::nullopt, *copy});
+  did(translated("Duplicate {name}", {{"name", copy->name}}), {}, {std::nullopt, *copy});
   return copy->id;
 }
 
@@ -121,7 +124,21 @@ void ProfilesEditor::remove(const UUID& id) {
   if (!gone)
     return;
   library_.profiles().remove(id);
-  did(fmt::format("Delete {}", gone->name), {}, {*gone, std::nullopt});
+  did(translated("Delete {name}", {{"name", gone->name}}), {}, {*gone, std::nullopt});
+}
+
+std::optional<UUID> ProfilesEditor::importFrom(const std::filesystem::path& file) {
+  const auto added = library_.importProfiles(readFile(file).value_or(std::string()), file.string());
+  for (const auto& profile : added)
+    did(translated("Import {name}", {{"name", profile.name}}), {}, {std::nullopt, profile});
+  return added.empty() ? std::nullopt : std::optional(added.front().id);
+}
+
+void ProfilesEditor::exportTo(const std::filesystem::path& file, const UUID& id) {
+  const auto chosen = profile(id);
+  if (!chosen)
+    throw HostError(ExitCode::profileNotFound, translated("This layout was deleted elsewhere"));
+  writeFileAtomically(file, ProfileTransfer::exportData({*chosen}));
 }
 
 void ProfilesEditor::edit(const UUID& id, const std::string& title, const std::string& field,
@@ -145,12 +162,12 @@ std::string differenceWords(const DockChangeDetector::Report& report) {
   };
   std::vector<std::string> parts;
   if (!report.added.empty())
-    parts.push_back(fmt::format("adds {}", names(report.added)));
+    parts.push_back(translated("adds {items}", {{"items", names(report.added)}}));
   if (!report.removed.empty())
-    parts.push_back(fmt::format("removes {}", names(report.removed)));
+    parts.push_back(translated("removes {items}", {{"items", names(report.removed)}}));
   if (report.reordered)
-    parts.push_back("changes the order");
-  return parts.empty() ? "changes nothing" : enumeration(parts);
+    parts.push_back(translated("changes the order"));
+  return parts.empty() ? translated("changes nothing") : enumeration(parts);
 }
 
 } // namespace tavrin

@@ -3,6 +3,7 @@
 #include "TavrinHost/Dock/DockLibrary.h"
 #include "TavrinSettings/Editing/History.h"
 
+#include <filesystem>
 #include <functional>
 
 namespace tavrin {
@@ -34,6 +35,11 @@ public:
   UUID createFromDock();
   UUID duplicate(const UUID& id);
   void remove(const UUID& id);
+  /// Adds the profiles of an export; gives the first, none where there was none in it. Throws
+  /// FileError.
+  std::optional<UUID> importFrom(const std::filesystem::path& file);
+  /// Throws FileError.
+  void exportTo(const std::filesystem::path& file, const UUID& id);
   /// Changes of the same `field` that follow each other are one step.
   void edit(const UUID& id, const std::string& title, const std::string& field,
             const std::function<void(Profile&)>& edit);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinSettings/Editing/History.h"
 
 #include <fmt/format.h>
@@ -44,7 +45,8 @@ private:
 
 /// What is said of a thing by that name which a step left alone.
 inline std::string staysAsChanged(const std::string& name) {
-  return fmt::format("\"{}\" was changed elsewhere since, and what was changed there stays", name);
+  return translated("\"{name}\" was changed elsewhere since, and what was changed there stays",
+                    {{"name", name}});
 }
 
 } // namespace tavrin

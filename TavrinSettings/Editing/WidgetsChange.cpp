@@ -1,5 +1,6 @@
 #include "TavrinSettings/Editing/WidgetsChange.h"
 
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinSettings/Editing/ChangeStep.h"
 
 #include <algorithm>
@@ -125,7 +126,7 @@ std::vector<std::string> WidgetsChange::apply(WidgetStore& store) const {
       continue;
     }
     if (!current) {
-      remarks.push_back(fmt::format("\"{}\" was removed elsewhere", after->name));
+      remarks.push_back(translated("\"{name}\" was removed elsewhere", {{"name", after->name}}));
       continue;
     }
     auto changed = *current;
@@ -147,8 +148,9 @@ std::vector<std::string> WidgetsChange::apply(WidgetStore& store) const {
     const auto free = file.takenSlots().contains(slot) ? file.freeSlot() : std::optional(slot);
     store.change(id, [&](DockWidget& widget) { widget.slot = free; });
     if (!free)
-      remarks.push_back(fmt::format("\"{}\" is kept off the strip, for all twelve places are taken",
-                                    store.widget(id)->name));
+      remarks.push_back(
+          translated("\"{name}\" is kept off the strip, for all twelve places are taken",
+                     {{"name", store.widget(id)->name}}));
   }
   return remarks;
 }

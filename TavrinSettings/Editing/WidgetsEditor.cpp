@@ -1,5 +1,6 @@
 #include "TavrinSettings/Editing/WidgetsEditor.h"
 
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinHost/Widgets/StarterSet.h"
 #include "TavrinSettings/Editing/ChangeStep.h"
 #include "TavrinSettings/Editing/StripOrder.h"
@@ -18,8 +19,9 @@ std::set<int> slotsOf(const WidgetsFile& file) {
 }
 
 [[noreturn]] void throwFull() {
-  throw HostError(ExitCode::noFreeSlot,
-                  "All twelve places are taken. Take a widget off the strip to make room");
+  throw HostError(
+      ExitCode::noFreeSlot,
+      translated("All twelve places are taken. Take a widget off the strip to make room"));
 }
 
 } // namespace
@@ -34,7 +36,7 @@ const DockWidget* WidgetsEditor::widget(const UUID& id) const {
 
 std::string WidgetsEditor::nameOf(const UUID& id) const {
   const auto* found = widget(id);
-  return found == nullptr ? std::string("Widget") : found->name;
+  return found == nullptr ? translated("Widget") : found->name;
 }
 
 void WidgetsEditor::reload() {
@@ -82,23 +84,25 @@ UUID WidgetsEditor::add(std::string_view kind, std::optional<std::size_t> place)
   const auto& info = kindNamed(kind);
   const auto fresh = *freshKind(info.key, context_.platform().clock().now());
   UUID made;
-  perform(fmt::format("Add {}", info.title), {}, [&](WidgetStore& store) {
-    made = store.create(freeName(store.file(), info.title), fresh).id;
-    if (!insertInStrip(store, made, place.value_or(store.file().widgets.size())))
-      throwFull();
-  });
+  perform(translated("Add {name}", {{"name", translation(info.title)}}), {},
+          [&](WidgetStore& store) {
+            made = store.create(freeName(store.file(), translation(info.title)), fresh).id;
+            if (!insertInStrip(store, made, place.value_or(store.file().widgets.size())))
+              throwFull();
+          });
   return made;
 }
 
 void WidgetsEditor::addStarterSet() {
-  perform("Starter Set", {}, [&](WidgetStore& store) {
+  perform(translated("Starter Set"), {}, [&](WidgetStore& store) {
     tavrin::addStarterSet(store, context_.platform().clock().now());
   });
 }
 
 void WidgetsEditor::place(const UUID& id, std::size_t place) {
-  perform(fmt::format("{} {}", isOnStrip(file(), id) ? "Move" : "Place", nameOf(id)), {},
-          [&](WidgetStore& store) {
+  perform(isOnStrip(file(), id) ? translated("Move {name}", {{"name", nameOf(id)}})
+                                : translated("Place {name}", {{"name", nameOf(id)}}),
+          {}, [&](WidgetStore& store) {
             if (isOnStrip(store.file(), id))
               moveInStrip(store, id, place);
             else if (store.widget(id) && !insertInStrip(store, id, place))
@@ -107,16 +111,17 @@ void WidgetsEditor::place(const UUID& id, std::size_t place) {
 }
 
 void WidgetsEditor::takeOff(const UUID& id) {
-  perform(fmt::format("Take Off {}", nameOf(id)), {},
+  perform(translated("Take Off {name}", {{"name", nameOf(id)}}), {},
           [&](WidgetStore& store) { store.releaseSlot(id); });
 }
 
 void WidgetsEditor::remove(const UUID& id) {
-  perform(fmt::format("Delete {}", nameOf(id)), {}, [&](WidgetStore& store) { store.remove(id); });
+  perform(translated("Delete {name}", {{"name", nameOf(id)}}), {},
+          [&](WidgetStore& store) { store.remove(id); });
 }
 
 void WidgetsEditor::setSpan(const UUID& id, int span) {
-  edit(id, fmt::format("Resize {}", nameOf(id)), {},
+  edit(id, translated("Resize {name}", {{"name", nameOf(id)}}), {},
        [span](DockWidget& widget) { widget.span = std::clamp(span, 1, widget.kind.maxSpan()); });
 }
 
@@ -126,7 +131,7 @@ void WidgetsEditor::edit(const UUID& id, const std::string& title, const std::st
   perform(title, step, [&](WidgetStore& store) {
     auto widget = store.widget(id);
     if (!widget)
-      throw HostError(ExitCode::notFound, "This widget was removed elsewhere");
+      throw HostError(ExitCode::notFound, translated("This widget was removed elsewhere"));
     edit(*widget);
     store.update(*widget);
   });

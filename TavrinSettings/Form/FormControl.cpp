@@ -5,6 +5,7 @@
 #include "TavrinSettings/Form/SimpleControls.h"
 #include "TavrinSettings/Form/SystemControls.h"
 #include "TavrinSettings/Form/ValueControls.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 namespace tavrin {
 namespace {
@@ -13,16 +14,15 @@ ChoiceControl* makeChoice(const FieldInfo& field) {
   return new ChoiceControl(field, [field](const JSONValue& record) {
     std::vector<ChoiceControl::Choice> choices;
     for (const auto& choice : field.choicesIn(record))
-      choices.emplace_back(choice.value, FormControl::text(choice.title));
+      choices.emplace_back(choice.value, worded(choice.title));
     return choices;
   });
 }
 
 ChoiceControl* makeThreeStates(const FieldInfo& field) {
   return new ChoiceControl(field, [field](const JSONValue&) {
-    return std::vector<ChoiceControl::Choice>{{{}, FormControl::text(field.absent)},
-                                              {true, QObject::tr("Yes")},
-                                              {false, QObject::tr("No")}};
+    return std::vector<ChoiceControl::Choice>{
+        {{}, worded(field.absent)}, {true, worded("Yes")}, {false, worded("No")}};
   });
 }
 

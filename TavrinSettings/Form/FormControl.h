@@ -3,6 +3,7 @@
 #include "TavrinCore/Base/FieldInfo.h"
 #include "TavrinCore/Settings/SettingEdit.h"
 #include "TavrinSettings/Form/FormServices.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QHBoxLayout>
 #include <QWidget>
@@ -38,7 +39,7 @@ public:
   std::function<void()> onHeightChange;
 
   const FieldInfo& field() const { return field_; }
-  QString title() const { return text(field_.title); }
+  QString title() const { return worded(field_.title); }
   static QString text(std::string_view words) {
     return QString::fromUtf8(words.data(), static_cast<qsizetype>(words.size()));
   }

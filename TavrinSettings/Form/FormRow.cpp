@@ -5,6 +5,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QHBoxLayout>
 #include <QVBoxLayout>
@@ -15,7 +16,7 @@ namespace {
 /// The sentence with the setting's title in place of its key, as the user sees it.
 QString withTitle(QString sentence, const FieldInfo& field) {
   sentence.replace(QStringLiteral("\"%1\"").arg(QString::fromStdString(field.key)),
-                   QStringLiteral("“%1”").arg(FormControl::text(field.title)));
+                   QStringLiteral("“%1”").arg(worded(field.title)));
   if (!sentence.isEmpty())
     sentence[0] = sentence[0].toUpper();
   return sentence;
@@ -39,14 +40,14 @@ FormRow::FormRow(const FieldInfo& field, std::string path, const FormServices& s
   line_->addWidget(control_, control_->isWide() || control_->hasTitle() ? 2 : 0);
   column->addLayout(line_);
   if (!field.help.empty()) {
-    auto* help = new PanelText(FormControl::text(field.help), PanelTextStyle::caption, this);
+    auto* help = new PanelText(worded(field.help), PanelTextStyle::caption, this);
     column->addWidget(help);
   }
   auto* below = new QHBoxLayout;
   below->setSpacing(panel::grid);
   message_ = new PanelText({}, PanelTextStyle::trouble, this);
   message_->hide();
-  takeOther_ = new PanelButton(PanelButton::Kind::plain, tr("Show it"), [this] {
+  takeOther_ = new PanelButton(PanelButton::Kind::plain, worded("Show it"), [this] {
     remark_.clear();
     trouble_.clear();
     fill(known_, record_);
@@ -93,7 +94,7 @@ void FormRow::show(const JSONValue& record) {
   ++shows_;
   if (isShown_ && control_->isTyping() && !control_->leavesTyping()) {
     if (isOther)
-      remark_ = tr("Changed elsewhere to %1").arg(FormControl::text(settingText(field_, value)));
+      remark_ = worded("Changed elsewhere to {value}", {{"value", settingText(field_, value)}});
     known_ = value;
   } else {
     known_ = value;
@@ -147,8 +148,7 @@ void FormRow::showMessage() {
   message_->setWords(words);
   message_->setVisible(!words.isEmpty());
   takeOther_->setVisible(!remark_.isEmpty());
-  control_->target()->setAccessibleDescription(words.isEmpty() ? FormControl::text(field_.help)
-                                                               : words);
+  control_->target()->setAccessibleDescription(words.isEmpty() ? worded(field_.help) : words);
   if (isNew && onHeightChange)
     onHeightChange();
 }

@@ -47,8 +47,10 @@ struct FormServices {
   /// Lets the user take a colour from the screen.
   Asking<const ColourSample&> pickColour;
 
-  enum class Choosing { file, files, folder };
-  /// The desktop's own dialog over `parent`, begun at `start`; empty when it was left.
+  /// `newFile` is one to be written.
+  enum class Choosing { file, files, folder, newFile };
+  /// The desktop's own dialog over `parent`, begun at `start`, a folder or, for a new file, what it
+  /// may be called; empty when it was left.
   std::function<std::vector<std::filesystem::path>(QWidget* parent, Choosing,
                                                    const std::filesystem::path& start)>
       choosePaths;

@@ -8,6 +8,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelFont.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QHBoxLayout>
 #include <QLineEdit>
@@ -20,9 +21,9 @@ namespace {
 enum Action { moveUp, moveDown, takeOut };
 
 std::vector<PanelRowAction> rowActions() {
-  return {{.symbol = QStringLiteral("chevron.up"), .name = QObject::tr("Move up")},
-          {.symbol = QStringLiteral("chevron.down"), .name = QObject::tr("Move down")},
-          {.symbol = QStringLiteral("xmark"), .name = QObject::tr("Take out"), .stays = true}};
+  return {{.symbol = QStringLiteral("chevron.up"), .name = worded("Move up")},
+          {.symbol = QStringLiteral("chevron.down"), .name = worded("Move down")},
+          {.symbol = QStringLiteral("xmark"), .name = worded("Take out"), .stays = true}};
 }
 
 QString memberText(const JSONValue& record, std::string_view key) {
@@ -33,12 +34,15 @@ QString memberText(const JSONValue& record, std::string_view key) {
 
 /// "Add repository": the field's title of one element.
 QString addTitle(const FieldInfo& field) {
+  // The title's singular is English's alone.
+  if (textLanguage() != "en")
+    return worded("Add");
   auto words = FormControl::text(field.title);
   if (words.endsWith(QLatin1String("ies")))
     words = words.chopped(3) + QLatin1Char('y');
   else if (words.endsWith(QLatin1Char('s')))
     words.chop(1);
-  return QObject::tr("Add %1").arg(words.toLower());
+  return QStringLiteral("Add %1").arg(words.toLower());
 }
 
 } // namespace
@@ -103,14 +107,15 @@ TextListControl::TextListControl(const FieldInfo& field, const FormServices& ser
   auto* row = new QHBoxLayout;
   row->setSpacing(6);
   line_->setFont(panelFont(PanelTextStyle::body));
-  line_->setPlaceholderText(field.unit == "s" ? tr("such as 25m or 1h30m")
+  line_->setPlaceholderText(field.unit == "s" ? worded("such as 25m or 1h30m")
                                               : text(allowedText(field.element())));
   line_->setAccessibleName(addTitle(field));
   row->addWidget(line_, 1);
-  row->addWidget(new PanelButton(PanelButton::Kind::quiet, tr("Add"), [this] { add(); }));
+  row->addWidget(new PanelButton(PanelButton::Kind::quiet, worded("Add"), [this] { add(); }));
   const bool isPath = field.role == FieldRole::file || field.role == FieldRole::folder;
   if (isPath && services.choosePaths)
-    row->addWidget(new PanelButton(PanelButton::Kind::quiet, tr("Choose…"), [this] { choose(); }));
+    row->addWidget(
+        new PanelButton(PanelButton::Kind::quiet, worded("Choose…"), [this] { choose(); }));
   column()->addLayout(row);
   connect(line_, &QLineEdit::returnPressed, this, [this] { add(); });
   list()->onOpen = [this](int index) {
@@ -124,7 +129,7 @@ PanelRow TextListControl::rowOf(const JSONValue& element) const {
   const auto one = field().element();
   PanelRow row{.title = text(settingText(one, element))};
   if (!settingWarning(one, element, services().system).empty())
-    row.trailing = tr("not there");
+    row.trailing = worded("not there");
   return row;
 }
 
@@ -139,7 +144,7 @@ bool TextListControl::add() {
   try {
     const auto element = settingFromText(field().element(), words, {});
     if (std::ranges::count(elements(), element) > 0) {
-      complain(tr("That is in the list already"));
+      complain(worded("That is in the list already"));
       return false;
     }
     // Refused, the words stay to be mended; taken, the line is free before the list is shown anew.
@@ -172,11 +177,11 @@ QWidget* TextListControl::target() {
 
 ApplicationListControl::ApplicationListControl(const FieldInfo& field, const FormServices& services)
     : ListControl(field, services),
-      add_(new PanelButton(PanelButton::Kind::quiet, tr("Add app…"), [this] {
+      add_(new PanelButton(PanelButton::Kind::quiet, worded("Add app…"), [this] {
         if (popup_ && popup_->isVisible())
           return;
-        popup_ =
-            new PickerPopup(add_, title(), tr("Application"), applicationsSource(this->services()));
+        popup_ = new PickerPopup(add_, title(), worded("Application"),
+                                 applicationsSource(this->services()));
         popup_->onChoose = [this](const PickerItem& item) { append(item.values.front().value); };
         popup_->open();
       })) {
@@ -218,7 +223,7 @@ PanelRow RecordListControl::rowOf(const JSONValue& element) const {
       row.subtitle = words;
   }
   if (row.title.isEmpty())
-    row.title = tr("Untitled");
+    row.title = worded("Untitled");
   return row;
 }
 
@@ -234,10 +239,9 @@ void RecordListControl::add() {
   JSONValue::Object fresh;
   for (const auto& each : field().fields)
     if (each.isRequired)
-      fresh.emplace(each.key, each.role == FieldRole::link ? JSONValue("https://")
-                              : each.type == FieldType::text
-                                  ? JSONValue(tr("Untitled").toStdString())
-                                  : each.defaultValue);
+      fresh.emplace(each.key, each.role == FieldRole::link   ? JSONValue("https://")
+                              : each.type == FieldType::text ? JSONValue(translated("Untitled"))
+                                                             : each.defaultValue);
   const auto count = static_cast<int>(elements().size());
   if (append(std::move(fresh)))
     open(count);

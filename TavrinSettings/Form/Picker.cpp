@@ -4,6 +4,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QVBoxLayout>
 
@@ -96,7 +97,7 @@ void PickerControl::setValue(const JSONValue& value, const JSONValue& record) {
 }
 
 void PickerControl::refresh() {
-  const auto words = value_.isNull() ? text(field().absent) : titleOf_(value_, record_);
+  const auto words = value_.isNull() ? worded(field().absent) : titleOf_(value_, record_);
   button_->setTitle(words);
   button_->setAccessibleName(title());
   button_->setAccessibleDescription(words);
@@ -114,7 +115,7 @@ void PickerControl::open() {
         words, [this, words, answer](std::vector<PickerItem> items, const QString& trouble) {
           if (field().isNullable && words.isEmpty() && !field().absent.empty())
             items.insert(items.begin(),
-                         {.row = {.id = QStringLiteral("none"), .title = text(field().absent)},
+                         {.row = {.id = QStringLiteral("none"), .title = worded(field().absent)},
                           .values = {{{}, {}, {}}}});
           for (auto& item : items)
             if (item.row.id == QLatin1String("none"))

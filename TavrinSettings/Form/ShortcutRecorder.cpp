@@ -3,6 +3,7 @@
 #include "TavrinCore/Settings/HotkeyText.h"
 #include "TavrinCore/Settings/SettingError.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -59,7 +60,7 @@ bool isModifier(int key) {
 ShortcutRecorder::ShortcutRecorder(const QString& name, QString none, QWidget* parent)
     : QWidget(parent), none_(std::move(none)),
       button_(new PanelButton(PanelButton::Kind::quiet, {}, [this] { listen(!isListening_); })),
-      clear_(PanelButton::icon(QStringLiteral("xmark"), tr("Take the shortcut away"), [this] {
+      clear_(PanelButton::icon(QStringLiteral("xmark"), worded("Take the shortcut away"), [this] {
         if (onChange)
           onChange({});
       })) {
@@ -78,7 +79,7 @@ void ShortcutRecorder::setHotkey(const std::optional<Hotkey>& hotkey) {
 }
 
 void ShortcutRecorder::show() {
-  const QString words = isListening_ ? tr("Press the keys…")
+  const QString words = isListening_ ? worded("Press the keys…")
                         : hotkey_    ? QString::fromStdString(hotkeyText(*hotkey_))
                                      : none_;
   const QString name = button_->accessibleName();
@@ -110,7 +111,7 @@ void ShortcutRecorder::take(const QKeyEvent& event) {
       onChange(hotkey);
   } catch (const SettingError& error) {
     if (onTrouble)
-      onTrouble(key.empty() ? tr("That key cannot be a shortcut")
+      onTrouble(key.empty() ? worded("That key cannot be a shortcut")
                             : QString::fromUtf8(error.what()));
   }
 }

@@ -4,6 +4,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelFont.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelSegments.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QComboBox>
 #include <QDateTimeEdit>
@@ -130,7 +131,7 @@ NumberControl::NumberControl(const FieldInfo& field) : FormControl(field), box_(
   box_->setAlignment(Qt::AlignHCenter);
   box_->setMinimumWidth(150);
   if (field.isNullable)
-    box_->setSpecialValueText(text(field.absent));
+    box_->setSpecialValueText(worded(field.absent));
   makeRow()->addWidget(box_);
   connect(box_, &QDoubleSpinBox::valueChanged, this, [this](double shown) { changed(shown); });
 }
@@ -151,7 +152,7 @@ void NumberControl::setValue(const JSONValue& value, const JSONValue& record) {
   const double lower = field().isNullable ? 0 : range.lower;
   box_->setRange(std::min(lower, stored) / factor, std::max(range.upper, stored) / factor);
   box_->setSuffix(display_.unit.empty() ? QString()
-                                        : QStringLiteral(" %1").arg(text(display_.unit)));
+                                        : QStringLiteral(" %1").arg(worded(display_.unit)));
   box_->setValue(value.isNull() ? box_->minimum() : stored / factor);
 }
 
@@ -187,7 +188,7 @@ TextControl::TextControl(const FieldInfo& field, const FormServices& services)
     : FormControl(field), services_(services), line_(new QLineEdit) {
   line_->setAccessibleName(title());
   line_->setFont(panelFont(PanelTextStyle::body));
-  line_->setPlaceholderText(text(field.absent));
+  line_->setPlaceholderText(worded(field.absent));
   line_->setMinimumWidth(220);
   makeRow()->addWidget(line_, 1);
   connect(line_, &QLineEdit::textEdited, this, [this] { take(); });
@@ -235,7 +236,7 @@ QWidget* TextControl::target() {
 }
 
 LinesControl::LinesControl(const FieldInfo& field)
-    : FormControl(field), edit_(new PanelTextEdit(title(), text(field.absent))) {
+    : FormControl(field), edit_(new PanelTextEdit(title(), worded(field.absent))) {
   edit_->setLines(4);
   makeRow()->addWidget(edit_, 1);
   edit_->onChange = [this](const QString&) { isTyping_ = !commit(); };

@@ -4,6 +4,7 @@
 #include "TavrinCore/Kinds/Calendar/CalendarSettings.h"
 #include "TavrinCore/Text/FoldedWords.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QVBoxLayout>
 #include <algorithm>
@@ -86,8 +87,7 @@ struct IconShelf {
       auto shown = items;
       for (std::size_t i = 0; i < shown.size(); ++i)
         shown[i].row.image = self->images[icons[i]];
-      answer(std::move(shown),
-             items.empty() ? QObject::tr("No application goes by that") : QString());
+      answer(std::move(shown), items.empty() ? worded("No application goes by that") : QString());
     };
     show();
     const auto missing = std::make_shared<std::size_t>(0);
@@ -121,7 +121,7 @@ PickerSource listingApplications(
   const auto shelf = std::make_shared<IconShelf>();
   return [&services, add, shelf](const QString& question, const PickerAnswer& answer) -> TokenPtr {
     if (!services.applications) {
-      answer({}, QObject::tr("Applications cannot be listed here"));
+      answer({}, worded("Applications cannot be listed here"));
       return nullptr;
     }
     auto chain = std::make_unique<Chain>();
@@ -160,10 +160,10 @@ FormControl* makeTimeZoneControl(const FieldInfo& field, const FormServices& ser
     }
     std::ranges::stable_sort(items, {}, [](const PickerItem& item) { return item.row.title; });
     const bool isEmpty = items.empty();
-    answer(std::move(items), isEmpty ? QObject::tr("No time zone goes by that") : QString());
+    answer(std::move(items), isEmpty ? worded("No time zone goes by that") : QString());
     return nullptr;
   };
-  return new PickerControl(field, QObject::tr("City or offset, such as +5:30"), source,
+  return new PickerControl(field, worded("City or offset, such as +5:30"), source,
                            [&services](const JSONValue& value, const JSONValue&) {
                              const auto zone = quoted(value);
                              const auto offset =
@@ -176,11 +176,11 @@ FormControl* makeCityControl(const FieldInfo& field, const FormServices& service
   const auto source = [&services](const QString& question, const PickerAnswer& answer) -> TokenPtr {
     const auto name = question.trimmed();
     if (name.size() < 2 || !services.cities) {
-      answer({}, services.cities ? QObject::tr("Type the name of a city")
-                                 : QObject::tr("Cities cannot be looked up here"));
+      answer({}, services.cities ? worded("Type the name of a city")
+                                 : worded("Cities cannot be looked up here"));
       return nullptr;
     }
-    answer({}, QObject::tr("Looking…"));
+    answer({}, worded("Looking…"));
     return services.cities(
         name.toStdString(), [answer](std::vector<WeatherPlace> places, const std::string& trouble) {
           std::vector<PickerItem> items;
@@ -193,7 +193,7 @@ FormControl* makeCityControl(const FieldInfo& field, const FormServices& service
                                         {"longitude", place.longitude, {}}}});
           const bool isEmpty = items.empty();
           answer(std::move(items), !trouble.empty() ? words(trouble)
-                                   : isEmpty        ? QObject::tr("No place goes by that name")
+                                   : isEmpty        ? worded("No place goes by that name")
                                                     : QString());
         });
   };
@@ -207,7 +207,7 @@ FormControl* makeCityControl(const FieldInfo& field, const FormServices& service
                : words(fmt::format("{:.2f}°, {:.2f}°", latitude->doubleValue().value_or(0),
                                    longitude->doubleValue().value_or(0)));
   };
-  auto* control = new PickerControl(field, QObject::tr("City"), source, titleOf);
+  auto* control = new PickerControl(field, worded("City"), source, titleOf);
   control->setAlso({"latitude", "longitude"});
   return control;
 }
@@ -224,7 +224,7 @@ FormControl* makeSystemChoiceControl(const FieldInfo& field, const FormServices&
   const auto source = [&services, item, role, known](const QString&,
                                                      const PickerAnswer& answer) -> TokenPtr {
     if (role == FieldRole::reminderList && services.accounts) {
-      answer({}, QObject::tr("Asking the calendar store…"));
+      answer({}, worded("Asking the calendar store…"));
       return services.accounts(
           CalendarStore::Entity::reminders, [=](const CalendarStore::Accounts& found) {
             std::vector<PickerItem> items;
@@ -235,8 +235,7 @@ FormControl* makeSystemChoiceControl(const FieldInfo& field, const FormServices&
                 known->emplace_back(list.id, list.title);
               }
             const bool isEmpty = items.empty();
-            answer(std::move(items),
-                   isEmpty ? QObject::tr("There are no reminder lists") : QString());
+            answer(std::move(items), isEmpty ? worded("There are no reminder lists") : QString());
           });
     }
     std::vector<PickerItem> items;
@@ -250,10 +249,10 @@ FormControl* makeSystemChoiceControl(const FieldInfo& field, const FormServices&
       items.push_back(item(id, title));
     const bool isEmpty = items.empty();
     answer(std::move(items), !isEmpty                    ? QString()
-                             : role == FieldRole::player ? QObject::tr("No player is running")
+                             : role == FieldRole::player ? worded("No player is running")
                              : role == FieldRole::networkLink
-                                 ? QObject::tr("There are no network links")
-                                 : QObject::tr("There is no calendar store here"));
+                                 ? worded("There are no network links")
+                                 : worded("There is no calendar store here"));
     return nullptr;
   };
   return new PickerControl(field, {}, source, [known](const JSONValue& value, const JSONValue&) {
@@ -278,7 +277,7 @@ FormControl* makeApplicationActionControl(const FieldInfo& field, const FormServ
     return items;
   };
   return new PickerControl(
-      field, QObject::tr("Application or action"), listingApplications(services, add),
+      field, worded("Application or action"), listingApplications(services, add),
       [](const JSONValue& value, const JSONValue&) { return words(quoted(value)); });
 }
 
@@ -300,7 +299,7 @@ PickerSource applicationsSource(const FormServices& services) {
 
 CalendarsControl::CalendarsControl(const FieldInfo& field, const FormServices& services)
     : FormControl(field), services_(services), list_(new PanelList(title())),
-      words_(new PanelText(QObject::tr("Asking the calendar store…"), PanelTextStyle::secondary)) {
+      words_(new PanelText(worded("Asking the calendar store…"), PanelTextStyle::secondary)) {
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(4);
@@ -352,9 +351,9 @@ void CalendarsControl::fill() {
                       .isChecked = !isAll && selection_.includes(calendar)});
   }
   list_->setVisible(!rows.empty());
-  words_->setWords(rows.empty() ? (hasAnswer_ ? QObject::tr("There are no calendars here")
-                                              : QObject::tr("Asking the calendar store…"))
-                   : isAll      ? text(field().absent)
+  words_->setWords(rows.empty() ? (hasAnswer_ ? worded("There are no calendars here")
+                                              : worded("Asking the calendar store…"))
+                   : isAll      ? worded(field().absent)
                                 : QString());
   words_->setVisible(!words_->text().isEmpty());
   list_->setRows(std::move(rows));

@@ -10,6 +10,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelGrid.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
 #include "TavrinWidgetsUI/Kit/Pictures/Symbols.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QVBoxLayout>
 #include <fmt/format.h>
@@ -23,11 +24,11 @@ struct SwatchColour {
 };
 
 constexpr SwatchColour swatchColours[] = {
-    {"Orange", TimerSettings::tints[0]},      {"Red", TimerSettings::tints[1]},
-    {"Pink", TimerSettings::tints[2]},        {"Purple", TimerSettings::tints[3]},
-    {"Indigo", TimerSettings::tints[4]},      {"Blue", TimerSettings::tints[5]},
-    {"Teal", TimerSettings::tints[6]},        {"Green", TimerSettings::tints[7]},
-    {"Yellow", NoteSettings::defaultColorHex}};
+    {marked("Orange"), TimerSettings::tints[0]},      {marked("Red"), TimerSettings::tints[1]},
+    {marked("Pink"), TimerSettings::tints[2]},        {marked("Purple"), TimerSettings::tints[3]},
+    {marked("Indigo"), TimerSettings::tints[4]},      {marked("Blue"), TimerSettings::tints[5]},
+    {marked("Teal"), TimerSettings::tints[6]},        {marked("Green"), TimerSettings::tints[7]},
+    {marked("Yellow"), NoteSettings::defaultColorHex}};
 
 } // namespace
 
@@ -42,7 +43,7 @@ ColourControl::ColourControl(const FieldInfo& field, const FormServices& service
   auto* row = makeRow();
   for (const auto& colour : swatchColours) {
     auto* swatch = new PanelSwatch(
-        QColor(text(colour.hex)), tr(colour.name),
+        QColor(text(colour.hex)), worded(colour.name),
         [this, hex = colour.hex] { send(std::string(hex)); }, this);
     swatch->setSide(24);
     swatches_.push_back(swatch);
@@ -53,13 +54,13 @@ ColourControl::ColourControl(const FieldInfo& field, const FormServices& service
   row->addWidget(line());
   if (services.pickColour)
     row->addWidget(
-        PanelButton::icon(QStringLiteral("eyedropper"), tr("Take from the screen"), [this] {
+        PanelButton::icon(QStringLiteral("eyedropper"), worded("Take from the screen"), [this] {
           picking_ = services_.pickColour([this](const ColourSample& sample) {
             if (sample.outcome == ColourSample::Outcome::picked)
               send(fmt::format("#{:02X}{:02X}{:02X}", sample.red, sample.green, sample.blue));
             else if (sample.outcome == ColourSample::Outcome::unavailable)
-              complain(tr("This desktop lets no program see "
-                          "the screen"));
+              complain(worded("This desktop lets no program see "
+                              "the screen"));
           });
         }));
 }
@@ -101,7 +102,7 @@ void SymbolControl::open() {
   popup_ = new FormPopup(button_, title());
   auto* column = new QVBoxLayout(popup_);
   column->setContentsMargins(panel::grid, panel::grid, panel::grid, panel::grid);
-  auto* search = new PanelSearchField(tr("Symbol"), popup_);
+  auto* search = new PanelSearchField(worded("Symbol"), popup_);
   auto* grid = new PanelGrid(title(), 8, popup_);
   grid->setMaximumVisibleRows(6);
   column->addWidget(search);
@@ -138,7 +139,7 @@ PathControl::PathControl(const FieldInfo& field, const FormServices& services)
   auto* row = makeRow();
   row->addWidget(line(), 1);
   if (services.choosePaths)
-    row->addWidget(new PanelButton(PanelButton::Kind::quiet, tr("Choose…"), [this, &services] {
+    row->addWidget(new PanelButton(PanelButton::Kind::quiet, worded("Choose…"), [this, &services] {
       const bool isFolder = this->field().role == FieldRole::folder;
       const auto chosen = services.choosePaths(
           window(), isFolder ? FormServices::Choosing::folder : FormServices::Choosing::file,
@@ -149,7 +150,7 @@ PathControl::PathControl(const FieldInfo& field, const FormServices& services)
 }
 
 ShortcutControl::ShortcutControl(const FieldInfo& field)
-    : FormControl(field), recorder_(new ShortcutRecorder(title(), text(field.absent))) {
+    : FormControl(field), recorder_(new ShortcutRecorder(title(), worded(field.absent))) {
   makeRow()->addWidget(recorder_);
   recorder_->onChange = [this](const std::optional<Hotkey>& hotkey) {
     send(hotkey ? encode(*hotkey) : JSONValue());

@@ -6,6 +6,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelFocus.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QVBoxLayout>
 #include <algorithm>
@@ -20,13 +21,13 @@ constexpr int narrowWidth = 420;
 std::vector<FieldInfo> ownFields(const DockWidget& widget) {
   FieldInfo name;
   name.key = "name";
-  name.title = "Name";
-  name.help = "What the widget is called in its panel and in lists.";
+  name.title = marked("Name");
+  name.help = marked("What the widget is called in its panel and in lists.");
   name.isRequired = true;
   FieldInfo span;
   span.key = "span";
-  span.title = "Width";
-  span.help = "How many tiles it takes in the Dock.";
+  span.title = marked("Width");
+  span.help = marked("How many tiles it takes in the Dock.");
   span.type = FieldType::integer;
   span.range = FieldRange{1, static_cast<double>(widget.kind.maxSpan())};
   std::vector<FieldInfo> fields{name};
@@ -71,7 +72,7 @@ WidgetForm::WidgetForm(const FormServices& services, const PanelAppearance& appe
   PanelStyle::install();
   installPanelAccessibility();
   setFont(panelFont(PanelTextStyle::body));
-  setAccessibleName(tr("Settings"));
+  setAccessibleName(worded("Settings"));
   state_->column = new QVBoxLayout(this);
   state_->column->setContentsMargins(panel::padding, panel::grid, panel::padding, panel::padding);
   setAppearance(appearance);
@@ -112,7 +113,7 @@ void WidgetForm::makeRows() {
   const auto add = [&](const FieldInfo& field) {
     if (field.group != group) {
       group = field.group;
-      auto* title = new PanelText(FormControl::text(group), PanelTextStyle::section, state.body);
+      auto* title = new PanelText(worded(group), PanelTextStyle::section, state.body);
       title->setContentsMargins(0, panel::padding, 0, 0);
       column->addWidget(title);
     } else if (!state.rows.empty()) {

@@ -10,6 +10,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QScrollArea>
 #include <QVBoxLayout>
@@ -20,21 +21,17 @@ namespace {
 
 constexpr int columnWidth = 250;
 
-QString text(std::string_view words) {
-  return QString::fromUtf8(words.data(), static_cast<qsizetype>(words.size()));
-}
-
 } // namespace
 
 GalleryView::GalleryView(PageServices& services, QWidget* parent)
     : QWidget(parent), services_(services) {
-  setAccessibleName(QStringLiteral("Gallery"));
+  setAccessibleName(worded("Gallery"));
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(panel::grid);
   auto* top = new QHBoxLayout;
-  search_ = new PanelSearchField(QStringLiteral("Search widgets"), this);
-  search_->setAccessibleName(QStringLiteral("Search widgets"));
+  search_ = new PanelSearchField(worded("Search widgets"), this);
+  search_->setAccessibleName(worded("Search widgets"));
   search_->onChange = [this](const QString& words) { search(words); };
   search_->onReturn = [this] {
     if (const auto shown = shownKinds(); !shown.empty() && !search_->text().isEmpty())
@@ -42,10 +39,10 @@ GalleryView::GalleryView(PageServices& services, QWidget* parent)
   };
   top->addWidget(search_, 1);
   starter_ = new PanelButton(
-      PanelButton::Kind::prominent, QStringLiteral("Starter Set"),
+      PanelButton::Kind::prominent, worded("Starter Set"),
       [this] { services_.attempt([&] { services_.editor.addStarterSet(); }); }, this);
-  starter_->setToolTip(QStringLiteral("A Pomodoro, a timer, a clock, a countdown, the day's "
-                                      "progress and a note"));
+  starter_->setToolTip(worded("A Pomodoro, a timer, a clock, a countdown, the day's "
+                              "progress and a note"));
   starter_->setAccessibleDescription(starter_->toolTip());
   top->addWidget(starter_);
   column->addLayout(top);
@@ -59,14 +56,14 @@ GalleryView::GalleryView(PageServices& services, QWidget* parent)
   auto* list = new QVBoxLayout(inner);
   list->setContentsMargins(0, 0, panel::grid, panel::grid);
   list->setSpacing(panel::grid);
-  keptTitle_ = new PanelText(QStringLiteral("Kept off the strip"), PanelTextStyle::section);
+  keptTitle_ = new PanelText(worded("Kept off the strip"), PanelTextStyle::section);
   kept_ = new QWidget;
   keptFlow_ = new FlowLayout(columnWidth, panel::grid, kept_);
-  kindsTitle_ = new PanelText(QStringLiteral("Add a widget"), PanelTextStyle::section);
+  kindsTitle_ = new PanelText(worded("Add a widget"), PanelTextStyle::section);
   kinds_ = new QWidget;
   kindFlow_ = new FlowLayout(columnWidth, panel::grid, kinds_);
   none_ = new PanelEmptyState(QStringLiteral("magnifyingglass"), {});
-  none_->setStep(QStringLiteral("Show All"), [this] { search_->clear(); });
+  none_->setStep(worded("Show All"), [this] { search_->clear(); });
   for (QWidget* part : {static_cast<QWidget*>(keptTitle_), kept_,
                         static_cast<QWidget*>(kindsTitle_), kinds_, static_cast<QWidget*>(none_)})
     list->addWidget(part);
@@ -83,14 +80,14 @@ void GalleryView::makeKinds() {
   for (const auto& kind : allKinds()) {
     const Date now = services_.forms.now();
     const auto fresh = freshKind(kind.key, now);
-    DockWidget sample({}, std::string(kind.title), std::nullopt, *fresh, 1);
+    DockWidget sample({}, translated(kind.title), std::nullopt, *fresh, 1);
     if (auto* countdown = sample.kind.get<CountdownSettings>())
       countdown->target = now + 14 * 86'400.0 + 5000;
     if (auto* note = sample.kind.get<NoteSettings>())
-      note->text = "Milk, bread\nCall Ada";
-    auto* card = new WidgetCard(services_, sample, {{}, std::string(kind.key), 1}, text(kind.title),
-                                text(kind.purpose), kinds_);
-    card->setAccessibleName(QStringLiteral("Add %1").arg(text(kind.title)));
+      note->text = translated("Milk, bread\nCall Ada");
+    auto* card = new WidgetCard(services_, sample, {{}, std::string(kind.key), 1},
+                                worded(kind.title), worded(kind.purpose), kinds_);
+    card->setAccessibleName(worded("Add {name}", {{"name", translation(kind.title)}}));
     QObject::connect(card, &QAbstractButton::clicked, this, [this, &kind] { add(kind); });
     card->onMove = [this, card](int cards, int rows) {
       moveFocus(shownKinds(), *kindFlow_, card, cards, rows);
@@ -126,7 +123,7 @@ void GalleryView::search(const QString& words) {
   kindFlow_->invalidate();
   kinds_->updateGeometry();
   none_->setSentence(QStringLiteral("magnifyingglass"),
-                     QStringLiteral("No widget goes by “%1”").arg(words));
+                     worded("No widget goes by “{words}”", {{"words", words}}));
   none_->setVisible(found.empty());
   kindsTitle_->setVisible(!found.empty());
 }
@@ -159,11 +156,11 @@ void GalleryView::refresh() {
     card->deleteLater();
   }
   for (const auto& widget : kept) {
-    auto* card = new WidgetCard(
-        services_, widget, {widget.id, {}, widget.span}, QString::fromStdString(widget.name),
-        QStringLiteral("Click to set it up, or drag it onto the strip."), kept_);
+    auto* card = new WidgetCard(services_, widget, {widget.id, {}, widget.span},
+                                QString::fromStdString(widget.name),
+                                worded("Click to set it up, or drag it onto the strip."), kept_);
     card->setAccessibleDescription(
-        QStringLiteral("%1, kept off the strip").arg(text(widget.kind.title())));
+        worded("{name}, kept off the strip", {{"name", widget.kind.title()}}));
     QObject::connect(card, &QAbstractButton::clicked, this, [this, id = widget.id] {
       if (onOpen)
         onOpen(id);

@@ -1,5 +1,6 @@
 #include "TavrinSettings/Gallery/KindSearch.h"
 
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Text/FoldedWords.h"
 
 #include <algorithm>
@@ -17,11 +18,12 @@ bool begins(const std::vector<std::string>& words, const std::string& wanted) {
 /// How near a kind is to what is wanted, the nearest 0; no value where it is not.
 std::optional<int> distance(const KindInfo& kind, const std::string& text,
                             const std::vector<std::string>& wanted) {
-  const auto title = foldedWords(kind.title);
+  const auto title = foldedWords(translation(kind.title));
   if (title.starts_with(text))
     return 0;
-  const auto further = wordsOf(foldedWords(fmt::format("{} {} {}", title, kind.words, kind.key)));
-  const auto purpose = wordsOf(foldedWords(kind.purpose));
+  const auto further = wordsOf(foldedWords(fmt::format(
+      "{} {} {} {} {}", title, translation(kind.words), kind.title, kind.words, kind.key)));
+  const auto purpose = wordsOf(foldedWords(translation(kind.purpose)));
   int far = 1;
   for (const auto& word : wanted) {
     if (begins(further, word))

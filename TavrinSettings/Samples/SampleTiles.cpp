@@ -1,5 +1,6 @@
 #include "TavrinSettings/Samples/SampleTiles.h"
 
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Widgets/KindTable.h"
 #include "TavrinSettings/Samples/SampleValues.h"
 #include "TavrinWidgetsUI/AirDrop/AirDropViews.h"
@@ -18,6 +19,7 @@
 #include "TavrinWidgetsUI/GitHub/GitHubViews.h"
 #include "TavrinWidgetsUI/KeyboardLock/KeyboardLockViews.h"
 #include "TavrinWidgetsUI/Kit/Views/Colour.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 #include "TavrinWidgetsUI/Music/MusicViews.h"
 #include "TavrinWidgetsUI/Note/NoteViews.h"
 #include "TavrinWidgetsUI/Runs/PomodoroViews.h"
@@ -73,11 +75,12 @@ AnyView draw(const Stand& c, const CollectionSettings& settings) {
   const int count = settings.apps.empty() ? 4 : static_cast<int>(settings.apps.size());
   const auto cells = CollectionCells::of(settings.layout, count, c.size);
   const int side = std::max(1, static_cast<int>(std::lround(cells.side)));
-  static const char* const names[] = {"Browser", "Terminal", "Mail", "Music"};
+  static const char* const names[] = {marked("Browser"), marked("Terminal"), marked("Mail"),
+                                      marked("Music")};
   for (int i = 0; i < std::min(count, cells.room()); ++i) {
     const auto index = static_cast<std::size_t>(i);
     if (settings.apps.empty()) {
-      apps.push_back({names[i % 4], samples::applicationIcon(index, 2 * side), false});
+      apps.push_back({worded(names[i % 4]), samples::applicationIcon(index, 2 * side), false});
       continue;
     }
     const auto& app = settings.apps[index];
@@ -222,7 +225,7 @@ AnyView draw(const Stand& c, const WeatherSettings& settings) {
   WeatherSnapshot snapshot;
   snapshot.settings = settings;
   if (!snapshot.hasPlace()) {
-    snapshot.settings.cityName = "Your city";
+    snapshot.settings.cityName = translated("Your city");
     snapshot.settings.latitude = snapshot.settings.longitude = 0;
   }
   const bool isFahrenheit = settings.unit == WeatherUnit::fahrenheit;
@@ -279,17 +282,17 @@ AnyView draw(const Stand& c, const ClipboardSettings& settings) {
   reading.count = static_cast<std::size_t>(std::min(settings.historyLimit, 24));
   reading.unseen = 2;
   if (settings.showLastPreviewOnTile)
-    reading.preview = "Meet at nine";
+    reading.preview = translated("Meet at nine");
   return clipboardTileIcon(reading, c.size);
 }
 
 AnyView draw(const Stand& c, const BookmarkSettings& settings) {
   auto shown = settings;
   if (settings.bookmarks.empty() && settings.folders.empty())
-    shown.bookmarks = {{"News", "https://news.example"},
-                       {"Weather", "https://weather.example"},
-                       {"Board", "https://board.example"},
-                       {"Mail", "https://mail.example"}};
+    shown.bookmarks = {{translated("News"), "https://news.example"},
+                       {translated("Weather"), "https://weather.example"},
+                       {translated("Board"), "https://board.example"},
+                       {translated("Mail"), "https://mail.example"}};
   return either(
       c,
       [&] {
@@ -317,7 +320,7 @@ AnyView draw(const Stand& c, const ScreenshotSettings& settings) {
 }
 
 AnyView draw(const Stand& c, const FilesSettings& settings) {
-  FilesReading reading{true, false, settings.marksUnseen ? std::size_t{3} : 0, 0, {}};
+  FilesReading reading{true, false, settings.marksUnseen ? std::size_t{3} : 0, 0, {}, false};
   for (const char* name : {"plan.pdf", "photos.zip", "notes.txt"})
     reading.files.push_back(
         {sheetOf(name), name, QString::fromStdString(c.calendar.timeOfDay(c.now)), "3.1 MB"});

@@ -1,6 +1,7 @@
 #include "TavrinSettings/Samples/SampleValues.h"
 
 #include "TavrinCore/Base/ISO8601.h"
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewRenderer.h"
 
 #include <QPainter>
@@ -23,23 +24,25 @@ GitHubItem item(int number, const char* title, GitHubChecks checks, Date updated
 std::vector<CalendarEvent> events(Date now, const Calendar& calendar) {
   const Date today = calendar.startOfDay(now);
   return {
-      {"1", "Design review", now + 12 * 60, now + 72 * 60, false, "Room 4", "#3584e4"},
-      {"2", "Lunch with Ada", now + 3 * hour, now + 4 * hour, false, {}, "#33d17a"},
-      {"3", "Quarterly planning", now + 6 * hour, now + 7 * hour, false, "Hamburg", "#ff7800"},
-      {"4", "Grandmother's birthday", today, today + day, true, {}, "#c061cb"},
-      {"5", "Flight", now + 26 * hour, now + 40 * hour, false, "BER", "#3584e4"},
-      {"6", "Holiday", today + 3 * day, today + 10 * day, true, {}, "#f6d32d"},
+      {"1", translated("Design review"), now + 12 * 60, now + 72 * 60, false, translated("Room 4"),
+       "#3584e4"},
+      {"2", translated("Lunch with Ada"), now + 3 * hour, now + 4 * hour, false, {}, "#33d17a"},
+      {"3", translated("Quarterly planning"), now + 6 * hour, now + 7 * hour, false, "Hamburg",
+       "#ff7800"},
+      {"4", translated("Grandmother's birthday"), today, today + day, true, {}, "#c061cb"},
+      {"5", translated("Flight"), now + 26 * hour, now + 40 * hour, false, "BER", "#3584e4"},
+      {"6", translated("Holiday"), today + 3 * day, today + 10 * day, true, {}, "#f6d32d"},
   };
 }
 
 std::vector<Reminder> reminders(Date now, const Calendar& calendar) {
   const Date today = calendar.startOfDay(now);
   return {
-      {"1", "l", "Pay the rent", today - day, true, false, {}, 0},
-      {"2", "l", "Call Ada", now + hour, false, false, {}, 1},
-      {"3", "l", "Water the plants", today, true, false, {}, 0},
-      {"5", "l", "Read the report", {}, false, false, {}, 0},
-      {"6", "l", "Buy milk", today, true, true, now, 0},
+      {"1", "l", translated("Pay the rent"), today - day, true, false, {}, 0},
+      {"2", "l", translated("Call Ada"), now + hour, false, false, {}, 1},
+      {"3", "l", translated("Water the plants"), today, true, false, {}, 0},
+      {"5", "l", translated("Read the report"), {}, false, false, {}, 0},
+      {"6", "l", translated("Buy milk"), today, true, true, now, 0},
   };
 }
 

@@ -1,6 +1,7 @@
 #include "TavrinSettings/Strip/StripTile.h"
 
 #include "TavrinWidgetsUI/Kit/Panels/PanelPaint.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QApplication>
 #include <QMouseEvent>
@@ -24,11 +25,11 @@ void StripTile::setRecord(const DockWidget& widget, int place, int count) {
   widget_ = widget;
   shownSpan_ = widget.span;
   const auto name = QString::fromStdString(widget.name);
-  setAccessibleName(QStringLiteral("%1, place %2 of %3").arg(name).arg(place).arg(count));
+  setAccessibleName(worded("{name}, place {place} of {count}",
+                           {{"name", name}, {"place", place}, {"count", count}}));
   setAccessibleDescription(QStringLiteral("%1, %2").arg(
-      QString::fromUtf8(widget.kind.title().data(), static_cast<int>(widget.kind.title().size())),
-      widget.span == 1 ? QStringLiteral("1 tile wide")
-                       : QStringLiteral("%1 tiles wide").arg(widget.span)));
+      utf8(widget.kind.title()),
+      wordedPlural("{count} tile wide", "{count} tiles wide", widget.span)));
   if (isOther)
     update();
 }

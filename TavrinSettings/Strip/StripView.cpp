@@ -3,6 +3,7 @@
 #include "TavrinSettings/Editing/StripOrder.h"
 #include "TavrinSettings/Strip/StripTile.h"
 #include "TavrinWidgetsUI/Kit/Pictures/Symbols.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QKeyEvent>
 #include <QPainter>
@@ -20,7 +21,7 @@ constexpr int tick = 1000;
 
 StripView::StripView(PageServices& services, QWidget* parent)
     : QWidget(parent), services_(services) {
-  setAccessibleName(QStringLiteral("Strip"));
+  setAccessibleName(worded("Strip"));
   QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Minimum);
   policy.setHeightForWidth(true);
   setSizePolicy(policy);
@@ -267,8 +268,8 @@ void StripView::dragMoved(QPoint globalPlace) {
   const bool isOver = takesDropAt(globalPlace);
   const auto before = gap_;
   gap_ = isOver && !isFull ? std::optional(placeAt(globalPlace)) : std::nullopt;
-  services_.drag.setHint(isOver && isFull       ? QStringLiteral("All twelve places are taken")
-                         : !isOver && isOnStrip ? QStringLiteral("Let go to take it off")
+  services_.drag.setHint(isOver && isFull       ? worded("All twelve places are taken")
+                         : !isOver && isOnStrip ? worded("Let go to take it off")
                                                 : QString());
   if (before != gap_)
     layOut();

@@ -1,4 +1,5 @@
 #include "TavrinSettings/Widget/TilePreview.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QPainter>
 #include <algorithm>
@@ -15,7 +16,7 @@ constexpr int tick = 1000;
 
 TilePreview::TilePreview(PageServices& services, QWidget* parent)
     : QWidget(parent), services_(services) {
-  setAccessibleName(QStringLiteral("Preview"));
+  setAccessibleName(worded("Preview"));
   setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
 }
 

@@ -6,6 +6,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QKeyEvent>
 #include <QScrollArea>
@@ -46,7 +47,7 @@ void WidgetPage::makeHeader(QBoxLayout* column) {
   auto* row = new QHBoxLayout;
   row->setSpacing(panel::grid);
   back_ = PanelButton::icon(
-      QStringLiteral("chevron.left"), QStringLiteral("All Widgets"),
+      QStringLiteral("chevron.left"), worded("All Widgets"),
       [this] {
         if (onBack)
           onBack();
@@ -59,7 +60,7 @@ void WidgetPage::makeHeader(QBoxLayout* column) {
   place_ = new PanelButton(
       PanelButton::Kind::quiet, {}, [this] { place(); }, this);
   delete_ = new PanelButton(
-      PanelButton::Kind::quiet, QStringLiteral("Delete"), [this] { remove(); }, this);
+      PanelButton::Kind::quiet, worded("Delete"), [this] { remove(); }, this);
   delete_->setSymbol(QStringLiteral("trash"));
   row->addWidget(back_);
   row->addWidget(title_);
@@ -75,12 +76,12 @@ bool WidgetPage::show(const UUID& id) {
     return false;
   id_ = id;
   const auto title = widget->kind.title();
-  const auto kind = QString::fromUtf8(title.data(), static_cast<qsizetype>(title.size()));
+  const auto kind = utf8(title);
   const auto name = QString::fromStdString(widget->name);
   title_->setWords(name);
   kind_->setWords(kind == name ? QString() : kind);
-  place_->setTitle(isOnStrip(services_.editor.file(), id) ? QStringLiteral("Take Off")
-                                                          : QStringLiteral("Put on the Strip"));
+  place_->setTitle(isOnStrip(services_.editor.file(), id) ? worded("Take Off")
+                                                          : worded("Put on the Strip"));
   place_->setAccessibleName(place_->title());
   preview_->setRecord(*widget);
   form_->show(*widget);
@@ -102,8 +103,10 @@ std::string WidgetPage::set(const std::vector<SettingValue>& values) {
   const auto* widget = services_.editor.widget(id_);
   const std::string name = widget == nullptr ? std::string() : widget->name;
   try {
-    services_.editor.edit(id_, path == "name" ? "Rename " + name : "Set Up " + name, path,
-                          [&](DockWidget& current) {
+    services_.editor.edit(id_,
+                          path == "name" ? translated("Rename {name}", {{"name", name}})
+                                         : translated("Set Up {name}", {{"name", name}}),
+                          path, [&](DockWidget& current) {
                             current = withValues(current, values, services_.forms.system);
                           });
     return {};
@@ -129,7 +132,7 @@ void WidgetPage::remove() {
   const auto name = title_->text();
   const UUID id = id_;
   if (services_.attempt([&] { services_.editor.remove(id); }))
-    services_.tell(QStringLiteral("“%1” is deleted. Undo brings it back.").arg(name), false);
+    services_.tell(worded("“{name}” is deleted. Undo brings it back.", {{"name", name}}), false);
 }
 
 void WidgetPage::resizeEvent(QResizeEvent*) {

@@ -12,12 +12,19 @@ namespace {
 
 std::vector<std::filesystem::path> choosePaths(QWidget* parent, FormServices::Choosing choosing,
                                                const std::filesystem::path& start) {
+  using Choosing = FormServices::Choosing;
   QFileDialog dialog(parent);
-  dialog.setFileMode(choosing == FormServices::Choosing::folder ? QFileDialog::Directory
-                     : choosing == FormServices::Choosing::file ? QFileDialog::ExistingFile
-                                                                : QFileDialog::ExistingFiles);
-  dialog.setOption(QFileDialog::ShowDirsOnly, choosing == FormServices::Choosing::folder);
-  dialog.setDirectory(QString::fromStdString(start.string()));
+  dialog.setFileMode(choosing == Choosing::folder    ? QFileDialog::Directory
+                     : choosing == Choosing::file    ? QFileDialog::ExistingFile
+                     : choosing == Choosing::newFile ? QFileDialog::AnyFile
+                                                     : QFileDialog::ExistingFiles);
+  dialog.setOption(QFileDialog::ShowDirsOnly, choosing == Choosing::folder);
+  const bool isNew = choosing == Choosing::newFile;
+  dialog.setDirectory(QString::fromStdString((isNew ? start.parent_path() : start).string()));
+  if (isNew) {
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.selectFile(QString::fromStdString(start.filename().string()));
+  }
   std::vector<std::filesystem::path> paths;
   if (dialog.exec() == QDialog::Accepted)
     for (const auto& file : dialog.selectedFiles())

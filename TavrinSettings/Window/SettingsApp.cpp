@@ -5,6 +5,7 @@
 #include "TavrinSettings/Computer/ComputerPage.h"
 #include "TavrinSettings/Dock/DockPage.h"
 #include "TavrinSettings/Window/SettingsWindow.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QGuiApplication>
 #include <algorithm>
@@ -110,9 +111,8 @@ void SettingsApp::startSlots(const std::set<int>& slots) {
   try {
     for (const auto& outcome : SlotControl(*context_).launchAll(slots))
       if (!outcome.isDone)
-        window_->tell(QStringLiteral("Place %1: %2.")
-                          .arg(outcome.slot)
-                          .arg(QString::fromStdString(outcome.text)),
+        window_->tell(worded("Place {place}: {outcome}.",
+                             {{"place", outcome.slot}, {"outcome", outcome.text}}),
                       true);
   } catch (const std::exception& error) {
     window_->tell(QString::fromUtf8(error.what()) + QLatin1Char('.'), true);

@@ -7,6 +7,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelSegments.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QAccessible>
 #include <QCloseEvent>
@@ -49,10 +50,10 @@ QWidget* SettingsWindow::makeTop() {
   auto* row = new QHBoxLayout(top);
   row->setContentsMargins(0, 0, 0, 0);
   undo_ = PanelButton::icon(
-      QStringLiteral("arrow.uturn.backward"), QStringLiteral("Undo"), [this] { step(true); }, top);
+      QStringLiteral("arrow.uturn.backward"), worded("Undo"), [this] { step(true); }, top);
   redo_ = PanelButton::icon(
-      QStringLiteral("arrow.uturn.forward"), QStringLiteral("Redo"), [this] { step(false); }, top);
-  pages_ = new PanelSegments(QStringLiteral("Page"), {QStringLiteral("Widgets")}, top);
+      QStringLiteral("arrow.uturn.forward"), worded("Redo"), [this] { step(false); }, top);
+  pages_ = new PanelSegments(worded("Page"), {worded("Widgets")}, top);
   pages_->onChange = [this](int page) { showPage(page); };
   pages_->setCurrent(0);
   row->addWidget(undo_);
@@ -95,8 +96,7 @@ void SettingsWindow::setUp(WidgetsEditor& editor, TileStage& stage, const FormSe
   delete std::exchange(trouble_, nullptr);
   widgets_ = new WidgetsPage(*services_, stack_);
   stack_->addWidget(widgets_);
-  pages_->setTitles(
-      {QStringLiteral("Widgets"), QStringLiteral("Dock Layouts"), QStringLiteral("This Computer")});
+  pages_->setTitles({worded("Widgets"), worded("Dock Layouts"), worded("This Computer")});
   pages_->setCurrent(0);
   refresh();
 }
@@ -109,7 +109,7 @@ void SettingsWindow::showTrouble(const QString& sentence, std::function<void()> 
   }
   trouble_->setSentence(QStringLiteral("exclamationmark.triangle.fill"), sentence);
   // The button must not go while it is being pressed.
-  trouble_->setStep(QStringLiteral("Try Again"), [this, tryAgain = std::move(tryAgain)] {
+  trouble_->setStep(worded("Try Again"), [this, tryAgain = std::move(tryAgain)] {
     QMetaObject::invokeMethod(this, tryAgain, Qt::QueuedConnection);
   });
 }
@@ -131,7 +131,7 @@ void SettingsWindow::setAppearance(const PanelAppearance& appearance) {
 void SettingsWindow::open(const UUID& id) {
   showPage(0);
   if (widgets_ != nullptr && !widgets_->open(id))
-    tell(QStringLiteral("This widget is not one of yours."), true);
+    tell(worded("This widget is not one of yours."), true);
 }
 
 void SettingsWindow::tell(const QString& sentence, bool isTrouble) {
@@ -169,8 +169,8 @@ void SettingsWindow::step(bool isBack) {
     return;
   services_->attempt([&] {
     const auto remarks = isBack ? history_.undo() : history_.redo();
-    QString said = isBack ? QStringLiteral("Undone: %1.").arg(title)
-                          : QStringLiteral("Done again: %1.").arg(title);
+    QString said = isBack ? worded("Undone: {step}.", {{"step", title}})
+                          : worded("Done again: {step}.", {{"step", title}});
     for (const auto& remark : remarks)
       said += QLatin1Char(' ') + QString::fromStdString(remark) + QLatin1Char('.');
     tell(said, !remarks.empty());
@@ -178,15 +178,15 @@ void SettingsWindow::step(bool isBack) {
 }
 
 void SettingsWindow::refreshHistory() {
-  const auto show = [](PanelButton* button, const QString& word, const std::string& title) {
-    const auto name =
-        title.empty() ? word : word + QLatin1Char(' ') + QString::fromStdString(title);
+  const auto show = [](PanelButton* button, const QString& name, const std::string& title) {
     button->setAccessibleName(name);
     button->setToolTip(name);
     button->setEnabled(!title.empty());
   };
-  show(undo_, QStringLiteral("Undo"), history_.undoTitle());
-  show(redo_, QStringLiteral("Redo"), history_.redoTitle());
+  const auto undo = history_.undoTitle();
+  const auto redo = history_.redoTitle();
+  show(undo_, undo.empty() ? worded("Undo") : worded("Undo {step}", {{"step", undo}}), undo);
+  show(redo_, redo.empty() ? worded("Redo") : worded("Redo {step}", {{"step", redo}}), redo);
 }
 
 void SettingsWindow::closeEvent(QCloseEvent* event) {

@@ -7,6 +7,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QStackedWidget>
 #include <QVBoxLayout>
@@ -33,8 +34,7 @@ WidgetsPage::WidgetsPage(PageServices& services, QWidget* parent)
   gallery_->onAdd = [this](const UUID& id) {
     choose(id, false);
     if (const auto* widget = services_.editor.widget(id))
-      services_.tell(
-          QStringLiteral("“%1” is on the strip.").arg(QString::fromStdString(widget->name)), false);
+      services_.tell(worded("“{name}” is on the strip.", {{"name", widget->name}}), false);
   };
   gallery_->onOpen = [this](const UUID& id) { open(id); };
   widget_ = new WidgetPage(services_, below_);
@@ -55,9 +55,9 @@ QWidget* WidgetsPage::makeTools() {
   hint_ = new PanelText({}, PanelTextStyle::secondary, tools);
   hint_->setSingleLine(true);
   row->addWidget(hint_, 1);
-  const auto add = [&](const char* symbol, const char* name, auto action) {
+  const auto add = [&](const char* symbol, const QString& name, auto action) {
     auto* button = PanelButton::icon(
-        QString::fromUtf8(symbol), QString::fromUtf8(name),
+        QString::fromUtf8(symbol), name,
         [this, action] {
           if (chosen_)
             action(*chosen_);
@@ -66,13 +66,15 @@ QWidget* WidgetsPage::makeTools() {
     row->addWidget(button);
     return button;
   };
-  moveLeft_ = add("chevron.left", "Move Left", [this](const UUID& id) { strip_->moveBy(id, -1); });
+  moveLeft_ =
+      add("chevron.left", worded("Move Left"), [this](const UUID& id) { strip_->moveBy(id, -1); });
   moveRight_ =
-      add("chevron.right", "Move Right", [this](const UUID& id) { strip_->moveBy(id, 1); });
-  narrower_ = add("minus", "Narrower", [this](const UUID& id) { strip_->widenBy(id, -1); });
-  wider_ = add("plus", "Wider", [this](const UUID& id) { strip_->widenBy(id, 1); });
-  takeOff_ = add("xmark", "Take Off the Strip", [this](const UUID& id) { strip_->takeOff(id); });
-  settings_ = add("gearshape", "Settings", [this](const UUID& id) { open(id); });
+      add("chevron.right", worded("Move Right"), [this](const UUID& id) { strip_->moveBy(id, 1); });
+  narrower_ = add("minus", worded("Narrower"), [this](const UUID& id) { strip_->widenBy(id, -1); });
+  wider_ = add("plus", worded("Wider"), [this](const UUID& id) { strip_->widenBy(id, 1); });
+  takeOff_ =
+      add("xmark", worded("Take Off the Strip"), [this](const UUID& id) { strip_->takeOff(id); });
+  settings_ = add("gearshape", worded("Settings"), [this](const UUID& id) { open(id); });
   return tools;
 }
 
@@ -99,14 +101,13 @@ void WidgetsPage::refreshTools() {
   if (widget != nullptr)
     hint_->setWords(QStringLiteral("%1 · %2").arg(
         QString::fromStdString(widget->name),
-        widget->span == 1 ? QStringLiteral("1 tile wide")
-                          : QStringLiteral("%1 tiles wide").arg(widget->span)));
+        wordedPlural("{count} tile wide", "{count} tiles wide", widget->span)));
   else if (isStripFull(file))
-    hint_->setWords(QStringLiteral("All twelve places are taken. Take a widget off to make room."));
+    hint_->setWords(worded("All twelve places are taken. Take a widget off to make room."));
   else if (count == 0)
-    hint_->setWords(QStringLiteral("Nothing is on the strip yet. Choose a widget below."));
+    hint_->setWords(worded("Nothing is on the strip yet. Choose a widget below."));
   else
-    hint_->setWords(QStringLiteral("Drag tiles to arrange them, or click one to set it up."));
+    hint_->setWords(worded("Drag tiles to arrange them, or click one to set it up."));
 }
 
 void WidgetsPage::refresh() {

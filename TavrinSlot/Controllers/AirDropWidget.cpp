@@ -4,6 +4,7 @@
 #include "TavrinSlot/DockPanelPresenter.h"
 #include "TavrinWidgetsUI/AirDrop/AirDropPanelView.h"
 #include "TavrinWidgetsUI/AirDrop/AirDropViews.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QFileDialog>
 #include <QUrl>
@@ -50,7 +51,7 @@ PanelView* AirDropWidgetController::makePanelView(const PanelAppearance& appeara
 
 void AirDropWidgetController::chooseFiles() {
   context().panel.closeIfShown();
-  auto* dialog = new QFileDialog(nullptr, QStringLiteral("Send Files"));
+  auto* dialog = new QFileDialog(nullptr, worded("Send Files"));
   dialog->setAttribute(Qt::WA_DeleteOnClose);
   dialog->setFileMode(QFileDialog::ExistingFiles);
   QObject::connect(dialog, &QFileDialog::urlsSelected,

@@ -1,6 +1,7 @@
 #include "TavrinSlot/Controllers/ColourWidget.h"
 
 #include "TavrinCore/Base/Errors.h"
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Kinds/Colour/ColourPickerSettings.h"
 #include "TavrinSlot/DockPanelPresenter.h"
 #include "TavrinStorage/StoragePath.h"
@@ -46,7 +47,7 @@ void ColourWidgetController::bindShortcut() {
   std::vector<GlobalShortcuts::Shortcut> all;
   shortcuts.onRefused = nullptr;
   if (wanted) {
-    all.push_back({pickShortcut, "Pick a colour", *wanted});
+    all.push_back({pickShortcut, translated("Pick a colour"), *wanted});
     shortcuts.onRefused = [this](const auto& refusal) {
       shortcutRefused(refusal.reason);
       refresh();
@@ -77,8 +78,8 @@ void ColourWidgetController::pick() {
 
 void ColourWidgetController::picked(const ColourSample& sample) {
   if (sample.outcome == ColourSample::Outcome::unavailable) {
-    store_->setTrouble(
-        "Failed to pick a colour because this desktop does not show the screen to programs");
+    store_->setTrouble(translated(
+        "Failed to pick a colour because this desktop does not show the screen to programs"));
     refresh();
     return;
   }

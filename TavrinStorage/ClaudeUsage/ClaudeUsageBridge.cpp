@@ -1,5 +1,6 @@
 #include "TavrinStorage/ClaudeUsage/ClaudeUsageBridge.h"
 
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinPlatform/Files/FileTimes.h"
 #include "TavrinStorage/SharedDocument.h"
 
@@ -78,14 +79,14 @@ sys.stdout.buffer.write((line + "\n").encode("utf-8", "replace"))
 '
 )SCRIPT";
 
-const char* message(Code code) {
+std::string message(Code code) {
   switch (code) {
   case Code::noClaudeFolder:
-    return "Failed to find ~/.claude because Claude Code has not run here.";
+    return translated("Failed to find ~/.claude because Claude Code has not run here.");
   case Code::settingsUnreadable:
-    return "Failed to read ~/.claude/settings.json because it is not valid JSON.";
+    return translated("Failed to read ~/.claude/settings.json because it is not valid JSON.");
   case Code::notConnected:
-    return "Failed to disconnect because the status line is not Tavrin's.";
+    return translated("Failed to disconnect because the status line is not Tavrin's.");
   }
   return "";
 }
@@ -207,7 +208,9 @@ void ClaudeUsageBridge::connect() const {
     fs::create_directories(script_.parent_path(), ignored);
     writeFileAtomically(script_, scriptText(previous.value_or(""), refresh));
     if (::chmod(script_.c_str(), 0755) != 0)
-      throw FileError(failure("make " + script_.string() + " executable", "its owner is another"));
+      throw FileError(
+          failure(translated("make {script} executable", {{"script", script_.string()}}),
+                  "its owner is another"));
     auto line = statusLine(settings, command(script_));
     line[refreshKey] = refreshSeconds;
     settings["statusLine"] = std::move(line);

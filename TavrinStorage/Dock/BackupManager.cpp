@@ -1,6 +1,7 @@
 #include "TavrinStorage/Dock/BackupManager.h"
 
 #include "TavrinCore/Base/Errors.h"
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinStorage/Dock/PlistFileBackend.h"
 #include "TavrinStorage/Timestamp.h"
 
@@ -50,7 +51,8 @@ void makeFolder(const fs::path& folder) {
   std::error_code error;
   fs::create_directories(folder, error);
   if (error)
-    throw FileError(failure("make the folder " + folder.string(), error.message()),
+    throw FileError(failure(translated("make the folder {folder}", {{"folder", folder.string()}}),
+                            error.message()),
                     error.message());
 }
 
@@ -82,8 +84,10 @@ std::vector<fs::path> BackupManager::listBackups() const {
       found.emplace_back(BackupName::of(path), path);
   }
   if (error)
-    throw FileError(failure("list the folder " + directory.string(), error.message()),
-                    error.message());
+    throw FileError(
+        failure(translated("list the folder {folder}", {{"folder", directory.string()}}),
+                error.message()),
+        error.message());
   std::sort(found.begin(), found.end());
   std::vector<fs::path> files;
   for (auto& [unused, path] : found)
@@ -107,7 +111,9 @@ void BackupManager::prune(std::size_t count) const {
   for (std::size_t i = 0; i + count < backups.size(); ++i) {
     std::error_code error;
     if (!fs::remove(backups[i], error) && error)
-      throw FileError(failure("delete " + backups[i].string(), error.message()), error.message());
+      throw FileError(
+          failure(translated("delete {file}", {{"file", backups[i].string()}}), error.message()),
+          error.message());
   }
 }
 

@@ -1,6 +1,7 @@
 #include "TavrinStorage/Dock/ProfileSwitcher.h"
 
 #include "TavrinCore/Base/Errors.h"
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Dock/DockChangeDetector.h"
 #include "TavrinStorage/Dock/PlistFileBackend.h"
 
@@ -118,7 +119,9 @@ void ProfileSwitcher::undoLastChange() {
   apply([&] { return std::optional(target); });
   std::error_code error;
   if (!std::filesystem::remove(*latest, error) && error)
-    throw FileError(failure("delete " + latest->string(), error.message()), error.message());
+    throw FileError(
+        failure(translated("delete {latest}", {{"latest", latest->string()}}), error.message()),
+        error.message());
   store_.activateFirst(
       [&](const Profile& profile) { return isSame(profile.snapshot(target.capturedAt), target); });
 }

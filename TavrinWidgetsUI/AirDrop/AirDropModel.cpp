@@ -1,6 +1,7 @@
 #include "TavrinWidgetsUI/AirDrop/AirDropModel.h"
 
 #include "TavrinCore/Base/FileURL.h"
+#include "TavrinCore/Base/Texts.h"
 
 #include <algorithm>
 #include <cmath>
@@ -40,9 +41,10 @@ Examined examine(const std::vector<std::string>& urls) {
 
 std::string refusalText(std::size_t refused, bool isAll) {
   if (isAll)
-    return "Only files can be sent, not folders";
-  return refused == 1 ? "One item was left out: only files can be sent"
-                      : std::to_string(refused) + " items were left out: only files can be sent";
+    return translated("Only files can be sent, not folders");
+  return plural("One item was left out: only files can be sent",
+                "{count} items were left out: only files can be sent",
+                static_cast<long long>(refused));
 }
 
 } // namespace

@@ -8,6 +8,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelToolTip.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewWidget.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 namespace tavrin {
 namespace {
@@ -48,7 +49,8 @@ AirDropPanelView::AirDropPanelView(const PanelAppearance& appearance, AirDropMod
       detail_(new PanelText({}, PanelTextStyle::secondary)),
       trouble_(new PanelText({}, PanelTextStyle::trouble)),
       bar_(new ViewWidget({barWidth, barHeight})),
-      section_(new PanelText("Send to", PanelTextStyle::section)), list_(new PanelList("Devices")),
+      section_(new PanelText(worded("Send to"), PanelTextStyle::section)),
+      list_(new PanelList(worded("Devices"))),
       empty_(new PanelEmptyState("dot.radiowaves.up.forward", {})) {
   subject_->setSingleLine(true);
   for (QWidget* part : {static_cast<QWidget*>(subject_), static_cast<QWidget*>(detail_),
@@ -60,13 +62,15 @@ AirDropPanelView::AirDropPanelView(const PanelAppearance& appearance, AirDropMod
   list_->onOpen = [this](int row) { choose(row); };
   add(list_);
   add(empty_);
-  cancel_ = new PanelButton(PanelButton::Kind::quiet, "Cancel", [this] { model_.cancel(); });
+  cancel_ =
+      new PanelButton(PanelButton::Kind::quiet, worded("Cancel"), [this] { model_.cancel(); });
   add(cancel_);
-  files_ = new PanelButton(PanelButton::Kind::prominent, "Choose Files…", requests_.chooseFiles);
+  files_ =
+      new PanelButton(PanelButton::Kind::prominent, worded("Choose Files…"), requests_.chooseFiles);
   add(files_);
-  setEditButton("Edit AirDrop…", requests_.edit);
-  forget_ = new PanelButton(PanelButton::Kind::faint, "Clear", [this] { model_.forget(); });
-  setPlainToolTip(forget_, "Forgets the files without sending them");
+  setEditButton(worded("Edit AirDrop…"), requests_.edit);
+  forget_ = new PanelButton(PanelButton::Kind::faint, worded("Clear"), [this] { model_.forget(); });
+  setPlainToolTip(forget_, worded("Forgets the files without sending them"));
   addFooterButton(forget_);
   refresh();
 }
@@ -95,16 +99,16 @@ void AirDropPanelView::showSending() {
   const auto& progress = model_.progress();
   const double share = model_.share().value_or(0);
   bar_->setView(bar(share).tint(colours().fill).track(colours().track));
-  bar_->setName(QStringLiteral("Progress, %1 percent").arg(qRound(share * 100)));
-  QStringList parts{QStringLiteral("To %1").arg(model_.deviceName())};
+  bar_->setName(worded("Progress, {percent} percent", {{"percent", qRound(share * 100)}}));
+  QStringList parts{worded("To {device}", {{"device", model_.deviceName()}})};
   if (progress.fileCount > 1)
-    parts << QStringLiteral("file %1 of %2")
-                 .arg(std::min(progress.file + 1, progress.fileCount))
-                 .arg(progress.fileCount);
+    parts << worded(
+        "file {number} of {all}",
+        {{"number", std::min(progress.file + 1, progress.fileCount)}, {"all", progress.fileCount}});
   if (progress.size > 0)
-    parts << QStringLiteral("%1 of %2")
-                 .arg(QString::fromStdString(byteText(static_cast<std::int64_t>(progress.sent))),
-                      QString::fromStdString(byteText(static_cast<std::int64_t>(progress.size))));
+    parts << worded("{done} of {all}",
+                    {{"done", byteText(static_cast<std::int64_t>(progress.sent))},
+                     {"all", byteText(static_cast<std::int64_t>(progress.size))}});
   detail_->setWords(parts.join(", "));
 }
 
@@ -112,13 +116,13 @@ void AirDropPanelView::showWords() {
   empty_->setStep({}, {});
   empty_->setHint({});
   if (!model_.isAvailable()) {
-    empty_->setSentence("exclamationmark.triangle.fill", "Nothing here can send files");
+    empty_->setSentence("exclamationmark.triangle.fill", worded("Nothing here can send files"));
     empty_->setHint(QString::fromStdString(model_.advice().noService));
   } else {
-    empty_->setSentence("dot.radiowaves.up.forward", "No device is near");
+    empty_->setSentence("dot.radiowaves.up.forward", worded("No device is near"));
     empty_->setHint(QString::fromStdString(model_.advice().noDevice));
   }
-  empty_->setStep("Look Again", [this] { model_.refresh(); });
+  empty_->setStep(worded("Look Again"), [this] { model_.refresh(); });
 }
 
 void AirDropPanelView::refresh() {
@@ -127,10 +131,10 @@ void AirDropPanelView::refresh() {
   const bool hasFiles = !model_.files().empty();
   const bool isSending = state == Progress::sending;
   setTitle(QString::fromStdString(model_.widget().name));
-  setState(isSending ? QStringLiteral("Sending")
+  setState(isSending ? worded("Sending")
            : state == Progress::sent
-               ? (model_.isHandedOver() ? QStringLiteral("Passed on") : QStringLiteral("Sent"))
-           : state == Progress::failed ? QStringLiteral("Not sent")
+               ? (model_.isHandedOver() ? worded("Passed on") : worded("Sent"))
+           : state == Progress::failed ? worded("Not sent")
                                        : QString(),
            state == Progress::failed ? State::trouble
            : isSending               ? State::active
@@ -141,13 +145,12 @@ void AirDropPanelView::refresh() {
   if (isSending)
     showSending();
   else if (state == Progress::sent)
-    detail_->setWords(
-        model_.isHandedOver()
-            ? QStringLiteral("%1 sends %2 to %3.")
-                  .arg(QString::fromStdString(model_.way()),
-                       model_.files().size() == 1 ? QStringLiteral("it") : QStringLiteral("them"),
-                       model_.deviceName())
-            : airDropWord(tile));
+    detail_->setWords(model_.isHandedOver()
+                          ? wordedPlural("{way} sends it to {device}.",
+                                         "{way} sends them to {device}.",
+                                         static_cast<long long>(model_.files().size()),
+                                         {{"way", model_.way()}, {"device", model_.deviceName()}})
+                          : airDropWord(tile));
   else if (model_.size())
     detail_->setWords(QString::fromStdString(byteText(*model_.size())));
   bar_->setVisible(isSending);
@@ -156,7 +159,7 @@ void AirDropPanelView::refresh() {
   const bool hasDevices = !model_.devices().empty();
   const bool mayChoose = !isSending && state != Progress::sent;
   section_->setVisible(mayChoose && hasDevices);
-  section_->setWords(hasFiles ? "Send to" : "Devices near");
+  section_->setWords(hasFiles ? worded("Send to") : worded("Devices near"));
   list_->setVisible(mayChoose && hasDevices);
   empty_->setVisible(mayChoose && !hasDevices);
   files_->setVisible(mayChoose && !hasFiles && hasDevices);

@@ -1,4 +1,5 @@
 #include "TavrinWidgetsUI/AirDrop/AirDropViews.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QLocale>
 #include <algorithm>
@@ -33,23 +34,23 @@ AirDropTileState AirDropTileState::of(const AirDropModel& model) {
 }
 
 QString fileCountText(std::size_t count) {
-  return count == 1 ? QStringLiteral("One file")
-                    : QStringLiteral("%1 files").arg(QLocale().toString(qulonglong(count)));
+  return wordedPlural("One file", "{count} files", static_cast<long long>(count),
+                      {{"count", QLocale().toString(qulonglong(count))}});
 }
 
 QString airDropWord(const AirDropTileState& state) {
   switch (state.state) {
   case State::idle:
-    return QStringLiteral("Drop files here");
+    return worded("Drop files here");
   case State::choosing:
-    return QStringLiteral("%1 to send").arg(fileCountText(state.fileCount));
+    return worded("{files} to send", {{"files", fileCountText(state.fileCount)}});
   case State::sending:
-    return QStringLiteral("Sending to %1").arg(state.deviceName);
+    return worded("Sending to {device}", {{"device", state.deviceName}});
   case State::sent:
-    return (state.isHandedOver ? QStringLiteral("Passed on to %1") : QStringLiteral("Sent to %1"))
-        .arg(state.deviceName);
+    return (state.isHandedOver ? worded("Passed on to {device}", {{"device", state.deviceName}})
+                               : worded("Sent to {device}", {{"device", state.deviceName}}));
   case State::failed:
-    return QStringLiteral("Not sent");
+    return worded("Not sent");
   }
   return {};
 }
@@ -60,16 +61,16 @@ namespace {
 std::pair<QString, QString> wideWords(const AirDropTileState& state) {
   switch (state.state) {
   case State::idle:
-    return {QStringLiteral("Drop files"), QStringLiteral("to send")};
+    return {worded("Drop files"), worded("to send")};
   case State::choosing:
-    return {fileCountText(state.fileCount), QStringLiteral("to send")};
+    return {fileCountText(state.fileCount), worded("to send")};
   case State::sending:
-    return {QStringLiteral("Sending"), QStringLiteral("to %1").arg(state.deviceName)};
+    return {worded("Sending"), worded("to {device}", {{"device", state.deviceName}})};
   case State::sent:
-    return {state.isHandedOver ? QStringLiteral("Passed on") : QStringLiteral("Sent"),
-            QStringLiteral("to %1").arg(state.deviceName)};
+    return {state.isHandedOver ? worded("Passed on") : worded("Sent"),
+            worded("to {device}", {{"device", state.deviceName}})};
   case State::failed:
-    return {QStringLiteral("Not sent"), QStringLiteral("Try again")};
+    return {worded("Not sent"), worded("Try again")};
   }
   return {};
 }
@@ -87,7 +88,7 @@ AnyView airDropTileIcon(const AirDropTileState& state, const TileSize& size) {
   content.value = airDropWord(state);
   if (state.state == State::choosing) {
     content.figure = QLocale().toString(qulonglong(state.fileCount));
-    content.caption = state.fileCount == 1 ? "file" : "files";
+    content.caption = wordedPlural("file", "files", static_cast<long long>(state.fileCount));
     content.markRatio = 0.26;
   } else if (state.state == State::sending) {
     content.figure = QStringLiteral("%1%").arg(qRound(state.share.value_or(0) * 100));
@@ -119,7 +120,7 @@ AnyView airDropWideTile(const AirDropTileState& state, const TileSize& size,
           .align(Alignment::leading)
           .spacing(size.body() * 0.04);
   if (state.state == State::sending)
-    content.actions = {{{"cancel", cancel}, "xmark", "Cancel", false}};
+    content.actions = {{{"cancel", cancel}, "xmark", worded("Cancel"), false}};
   content.label = "AirDrop";
   content.value = airDropWord(state);
   return wideTile(content, size);

@@ -1,6 +1,7 @@
 #include "TavrinWidgetsUI/Bookmarks/BookmarkNameEdit.h"
 
 #include "TavrinCore/Kinds/Bookmarks/Bookmarks.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QKeyEvent>
 #include <utility>
@@ -9,7 +10,7 @@ namespace tavrin {
 
 BookmarkNameEdit::BookmarkNameEdit(const QString& name, const QString& prompt, QWidget* parent)
     : QLineEdit(name, parent) {
-  setAccessibleName("Name of the link");
+  setAccessibleName(worded("Name of the link"));
   setPlaceholderText(prompt);
   setMaxLength(static_cast<int>(longestBookmarkTitle));
   selectAll();

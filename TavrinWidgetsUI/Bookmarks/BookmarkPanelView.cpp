@@ -8,6 +8,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelToolTip.h"
 #include "TavrinWidgetsUI/Kit/Views/Utf8.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QKeyEvent>
 #include <algorithm>
@@ -36,8 +37,8 @@ QString shortAddress(const WebAddress& address) {
 
 BookmarkPanelView::BookmarkPanelView(const PanelAppearance& appearance, Source source)
     : PanelView(appearance, Width::lists), source_(std::move(source)),
-      search_(new PanelSearchField("Search or add a link")), list_(new PanelList("Bookmarks")),
-      empty_(new PanelEmptyState("bookmark.fill", {})) {
+      search_(new PanelSearchField(worded("Search or add a link"))),
+      list_(new PanelList(worded("Bookmarks"))), empty_(new PanelEmptyState("bookmark.fill", {})) {
   search_->setList(list_);
   search_->onChange = [this](const QString&) {
     showItems();
@@ -55,11 +56,11 @@ BookmarkPanelView::BookmarkPanelView(const PanelAppearance& appearance, Source s
   list_->installEventFilter(this);
   add(list_);
   add(empty_);
-  setEditButton("Edit Bookmarks…", source_.edit);
-  undo_ = new PanelButton(PanelButton::Kind::faint, "Undo", [this] { undo(); });
-  setPlainToolTip(undo_, "Brings the removed link back");
+  setEditButton(worded("Edit Bookmarks…"), source_.edit);
+  undo_ = new PanelButton(PanelButton::Kind::faint, worded("Undo"), [this] { undo(); });
+  setPlainToolTip(undo_, worded("Brings the removed link back"));
   addFooterButton(undo_);
-  openAll_ = new PanelButton(PanelButton::Kind::faint, "Open All", [this] { openAll(); });
+  openAll_ = new PanelButton(PanelButton::Kind::faint, worded("Open All"), [this] { openAll(); });
   addFooterButton(openAll_);
   refresh();
 }
@@ -125,7 +126,7 @@ PanelRow BookmarkPanelView::row(const Item& item) {
   case Item::Kind::add: {
     const auto address = WebAddress::from(query().toStdString());
     return {.id = "add",
-            .title = QStringLiteral("Add %1").arg(address ? shortAddress(*address) : query()),
+            .title = worded("Add {name}", {{"name", address ? shortAddress(*address) : query()}}),
             .symbol = "plus.circle.fill"};
   }
   case Item::Kind::back:
@@ -151,13 +152,15 @@ PanelRow BookmarkPanelView::linkRow(const BookmarkPlace& place) {
   row.id = utf8(bookmark.url);
   row.title = utf8(displayTitle(bookmark));
   if (!address)
-    row.subtitle = "Not an address of the web";
+    row.subtitle = worded("Not an address of the web");
   else if (const QString address_ = shortAddress(*address); address_ != row.title)
     row.subtitle = address_;
   if (!query().isEmpty() && place.folder)
     row.trailing = utf8(settings_.folders[*place.folder].title);
   row.image = iconOf(bookmark);
-  row.actions = {{"doc.on.clipboard", "Copy Address"}, {"pencil", "Rename"}, {"trash", "Remove"}};
+  row.actions = {{"doc.on.clipboard", worded("Copy Address")},
+                 {"pencil", worded("Rename")},
+                 {"trash", worded("Remove")}};
   row.isEnabled = address.has_value();
   return row;
 }
@@ -303,12 +306,12 @@ void BookmarkPanelView::showWords() {
   empty_->setVisible(isEmpty);
   if (isEmpty && !query().isEmpty()) {
     const bool isAddress = query().contains('.') || query().contains(':');
-    empty_->setSentence("magnifyingglass", "Nothing found");
+    empty_->setSentence("magnifyingglass", worded("Nothing found"));
     empty_->setHint(isAddress ? utf8(bookmarkRefusal(settings_, query().toStdString(), folder_))
-                              : QString("An address such as example.com can be added here."));
+                              : worded("An address such as example.com can be added here."));
   } else if (isEmpty) {
-    empty_->setSentence("bookmark.fill", "No links yet");
-    empty_->setHint("Type or paste an address above, and press Return.");
+    empty_->setSentence("bookmark.fill", worded("No links yet"));
+    empty_->setHint(worded("Type or paste an address above, and press Return."));
   }
   undo_->setVisible(removedFrom_.has_value());
   const auto links = std::ranges::count(items_, Item::Kind::link, &Item::kind);
@@ -329,9 +332,9 @@ void BookmarkPanelView::refresh() {
     folder_.reset();
   setTitle(QString::fromStdString(source_.name()));
   const auto count = allBookmarks(settings_).size();
-  setState(count == 0   ? QString()
-           : count == 1 ? QStringLiteral("1 link")
-                        : QStringLiteral("%1 links").arg(count));
+  setState(count == 0
+               ? QString()
+               : wordedPlural("{count} link", "{count} links", static_cast<long long>(count)));
   showItems();
   showWords();
 }

@@ -3,6 +3,7 @@
 #include "TavrinCore/Kinds/Bookmarks/BookmarkSettings.h"
 #include "TavrinWidgetsUI/Kit/Views/Utf8.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewRenderer.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <algorithm>
 #include <functional>
@@ -37,7 +38,7 @@ QString initial(const Bookmark& bookmark) {
 }
 
 QString countText(std::size_t count) {
-  return count == 1 ? QStringLiteral("1 link") : QStringLiteral("%1 links").arg(count);
+  return wordedPlural("{count} link", "{count} links", static_cast<long long>(count));
 }
 
 /// A plate that makes every icon stand off its ground alike.
@@ -74,7 +75,7 @@ AnyView bookmarkTileIcon(const BookmarkSettings& settings, const TileSize& size)
   std::vector<AnyView> parts{
       symbol("bookmark.fill").colour(palette::white).size(body * (size.hasCaption() ? 0.46 : 0.6))};
   if (size.hasCaption())
-    parts.push_back(text(count == 0 ? QStringLiteral("No links") : countText(count))
+    parts.push_back(text(count == 0 ? worded("No links") : countText(count))
                         .size(size.caption())
                         .weight(FontWeight::medium)
                         .colour(palette::white)
@@ -85,7 +86,7 @@ AnyView bookmarkTileIcon(const BookmarkSettings& settings, const TileSize& size)
                             .fill()
                             .background(rectangle().gradient(coverTop, coverBottom));
   return tile(coverBottom, inner, size)
-      .accessibility("Bookmarks", count == 0 ? QStringLiteral("No links") : countText(count));
+      .accessibility(worded("Bookmarks"), count == 0 ? worded("No links") : countText(count));
 }
 
 std::size_t bookmarkTileCapacity(const TileSize& size) {
@@ -102,8 +103,8 @@ AnyView bookmarkWideTile(const BookmarkSettings& settings, const TileSize& size,
     content.ground = coverTop;
     content.groundEnd = coverBottom;
     content.mark = symbol("bookmark.fill").colour(palette::white);
-    content.caption = "Bookmarks";
-    content.figure = "No links yet";
+    content.caption = worded("Bookmarks");
+    content.figure = worded("No links yet");
     content.widestFigure = content.figure;
     return wideTile(content, size);
   }
@@ -126,7 +127,8 @@ AnyView bookmarkWideTile(const BookmarkSettings& settings, const TileSize& size,
                                  .frame({.maxWidth = cell * 0.94})})
                   .spacing(size.body() * 0.04);
     cells.push_back(shown.frame(cell, size.body())
-                        .button({"open " + url, [open, url] { open(url); }}, "Open " + title));
+                        .button({"open " + url, [open, url] { open(url); }},
+                                worded("Open {name}", {{"name", title}})));
   }
   const bool isFull = cells.size() >= bookmarkTileCapacity(size);
   const double gap = isFull ? (room - cell * static_cast<double>(cells.size())) /

@@ -4,6 +4,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 #include "TavrinWidgetsUI/Kit/Views/Utf8.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 namespace tavrin {
 namespace {
@@ -13,8 +14,8 @@ void showState(PanelEmptyState& empty, CalendarState state, const CalendarWords&
   empty.setSentence(symbol, words.sentence);
   empty.setHint(words.hint);
   empty.setTrouble(state == CalendarState::denied || state == CalendarState::gone);
-  empty.setStep(state == CalendarState::denied     ? QString("Try Again")
-                : state == CalendarState::notAsked ? QString("Allow Access")
+  empty.setStep(state == CalendarState::denied     ? worded("Try Again")
+                : state == CalendarState::notAsked ? worded("Allow Access")
                                                    : QString(),
                 requestAccess);
 }
@@ -23,13 +24,14 @@ void showState(PanelEmptyState& empty, CalendarState state, const CalendarWords&
 
 CalendarPanelView::CalendarPanelView(const PanelAppearance& appearance, Source source)
     : PanelView(appearance, Width::lists), source_(std::move(source)),
-      list_(new PanelList("Events")), empty_(new PanelEmptyState({}, {})) {
+      list_(new PanelList(worded("Events"))), empty_(new PanelEmptyState({}, {})) {
   list_->setTall(true);
   list_->onOpen = [this](int) { source_.openCalendar(); };
   add(list_);
   add(empty_);
-  setEditButton("Edit Calendar…", source_.edit);
-  addFooterButton(new PanelButton(PanelButton::Kind::faint, "Open Calendar", source_.openCalendar));
+  setEditButton(worded("Edit Calendar…"), source_.edit);
+  addFooterButton(
+      new PanelButton(PanelButton::Kind::faint, worded("Open Calendar"), source_.openCalendar));
   refresh();
 }
 
@@ -58,16 +60,16 @@ void CalendarPanelView::refresh() {
 
 ReminderPanelView::ReminderPanelView(const PanelAppearance& appearance, Source source)
     : PanelView(appearance, Width::lists), source_(std::move(source)),
-      list_(new PanelList("Reminders")), empty_(new PanelEmptyState({}, {})) {
+      list_(new PanelList(worded("Reminders"))), empty_(new PanelEmptyState({}, {})) {
   list_->onOpen = [this](int row) {
     const QString id = list_->row(row).id;
     source_.toggle(id.toStdString());
   };
   add(list_);
   add(empty_);
-  setEditButton("Edit Reminders…", source_.edit);
+  setEditButton(worded("Edit Reminders…"), source_.edit);
   addFooterButton(
-      new PanelButton(PanelButton::Kind::faint, "Open Reminders", source_.openReminders));
+      new PanelButton(PanelButton::Kind::faint, worded("Open Reminders"), source_.openReminders));
   refresh();
 }
 
@@ -91,7 +93,7 @@ void ReminderPanelView::refresh() {
     late += isOverdue(reminder, reading.now, reading.calendar) ? 1 : 0;
     rows.push_back(std::move(row));
   }
-  setState(late > 0 ? QString("%1 late").arg(late) : QString(),
+  setState(late > 0 ? wordedPlural("{count} late", "{count} late", late) : QString(),
            late > 0 ? State::trouble : State::plain);
   list_->setRows(std::move(rows));
 }

@@ -3,6 +3,7 @@
 #include "TavrinCore/Kinds/Calendar/CalendarSettings.h"
 #include "TavrinCore/Kinds/Calendar/ReminderSettings.h"
 #include "TavrinWidgetsUI/Kit/Views/Utf8.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <algorithm>
 
@@ -190,7 +191,7 @@ QString spoken(const CalendarReading& reading) {
 }
 
 QString today(const CalendarReading& reading) {
-  return "Calendar, " + utf8(reading.calendar.fullDate(reading.now));
+  return worded("Calendar, {date}", {{"date", reading.calendar.fullDate(reading.now)}});
 }
 
 QColor reminderInk(const Reminder& reminder, const ReminderReading& reading) {
@@ -249,7 +250,8 @@ QString spoken(const ReminderReading& reading) {
   if (reading.state != CalendarState::items)
     return reminderWords(reading.state).sentence;
   const auto& first = reading.reminders.front();
-  return QString("%1 open, next: %2").arg(openCount(reading)).arg(utf8(displayTitle(first)));
+  return wordedPlural("{count} open, next: {title}", "{count} open, next: {title}",
+                      static_cast<long long>(openCount(reading)), {{"title", displayTitle(first)}});
 }
 
 AnyView reminderItems(const ReminderReading& reading, const TileSize& size) {
@@ -350,14 +352,14 @@ AnyView reminderTileIcon(const ReminderReading& reading, const TileSize& size) {
                               ? reminderItems(reading, size)
                               : stateTile(reading.state, reminderWords(reading.state).sentence,
                                           "list.bullet", reminderTint, listGround, size);
-  return picture.accessibility("Reminders", spoken(reading));
+  return picture.accessibility(worded("Reminders"), spoken(reading));
 }
 
 AnyView reminderWideTile(const ReminderReading& reading, const TileSize& size) {
   const double body = size.body();
   WideTileContent content;
   content.ground = listGround;
-  content.label = "Reminders";
+  content.label = worded("Reminders");
   content.value = spoken(reading);
   content.mark = symbol("list.bullet").colour(reminderTint).padding(body * 0.06);
   if (reading.state != CalendarState::items) {
@@ -367,7 +369,7 @@ AnyView reminderWideTile(const ReminderReading& reading, const TileSize& size) {
   }
   if (openCount(reading) == 0) {
     content.state = TileState::done;
-    content.middle = wideWords({"All done", {}, "Done"}, listGround, size);
+    content.middle = wideWords({worded("All done"), {}, worded("Done")}, listGround, size);
     return wideTile(content, size);
   }
   std::vector<AnyView> rows;

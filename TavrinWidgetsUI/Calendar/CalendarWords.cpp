@@ -1,6 +1,7 @@
 #include "TavrinCore/Text/Text.h"
 #include "TavrinWidgetsUI/Calendar/CalendarViews.h"
 #include "TavrinWidgetsUI/Kit/Views/Utf8.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <algorithm>
 
@@ -14,9 +15,9 @@ QString time(Date date, const Calendar& calendar) {
 /// "Today", "Tomorrow", else the weekday, and from a week on the date.
 QString dayText(Date date, Date now, const Calendar& calendar) {
   if (calendar.isSameDay(date, now))
-    return "Today";
+    return worded("Today");
   if (calendar.isSameDay(date, calendar.addingDays(1, now)))
-    return "Tomorrow";
+    return worded("Tomorrow");
   const bool isNear = date > now && date < calendar.addingDays(7, calendar.startOfDay(now));
   return utf8(isNear ? calendar.text(date, "cccc") : calendar.localText(date, "EEEMMMd"));
 }
@@ -26,43 +27,45 @@ QString dayText(Date date, Date now, const Calendar& calendar) {
 CalendarWords calendarWords(CalendarState state) {
   switch (state) {
   case CalendarState::notAsked:
-    return {"See your next events here", {}, "Allow access"};
+    return {worded("See your next events here"), {}, worded("Allow access")};
   case CalendarState::denied:
-    return {"Tavrin has no access to your calendars",
-            "Allow it in System Settings › Privacy & Security › Calendars.", "No access"};
+    return {worded("Tavrin has no access to your calendars"),
+            worded("Allow it in System Settings › Privacy & Security › Calendars."),
+            worded("No access")};
   case CalendarState::gone:
-    return {"The calendars this widget reads are gone",
-            "Pick the accounts again in the widget's settings.", "Pick again"};
+    return {worded("The calendars this widget reads are gone"),
+            worded("Pick the accounts again in the widget's settings."), worded("Pick again")};
   case CalendarState::empty:
   case CalendarState::items:
     break;
   }
-  return {"Nothing coming up", {}, "Nothing"};
+  return {worded("Nothing coming up"), {}, worded("Nothing")};
 }
 
 CalendarWords reminderWords(CalendarState state) {
   if (state == CalendarState::notAsked)
-    return {"See what is due here", {}, "Allow access"};
+    return {worded("See what is due here"), {}, worded("Allow access")};
   if (state == CalendarState::denied)
-    return {"Tavrin has no access to your reminders",
-            "Allow it in System Settings › Privacy & Security › Reminders.", "No access"};
-  return {"Nothing coming up", {}, "Nothing"};
+    return {worded("Tavrin has no access to your reminders"),
+            worded("Allow it in System Settings › Privacy & Security › Reminders."),
+            worded("No access")};
+  return {worded("Nothing coming up"), {}, worded("Nothing")};
 }
 
 QString eventTitle(const CalendarEvent& event) {
   const auto title = trimmed(event.title);
-  return title.empty() ? QString("Untitled event") : utf8(std::string(title));
+  return title.empty() ? worded("Untitled event") : utf8(std::string(title));
 }
 
 QString eventWhen(const CalendarEvent& event, Date now, const Calendar& calendar) {
   const bool isToday = event.start <= now || calendar.isSameDay(event.start, now);
   if (event.isAllDay)
-    return isToday ? QString("All day") : utf8(calendar.text(event.start, "ccc"));
+    return isToday ? worded("All day") : utf8(calendar.text(event.start, "ccc"));
   if (event.start <= now)
-    return "now";
+    return worded("now");
   const auto minutes = UpNext::minutesUntil(event, now);
   if (minutes <= 60)
-    return QString("in %1 min").arg(minutes);
+    return worded("in {minutes} min", {{"minutes", minutes}});
   return isToday ? time(event.start, calendar)
                  : utf8(calendar.text(event.start, "ccc")) + " " + time(event.start, calendar);
 }
@@ -72,7 +75,7 @@ QString eventWhenBrief(const CalendarEvent& event, Date now, const Calendar& cal
     return eventWhen(event, now, calendar);
   const auto minutes = UpNext::minutesUntil(event, now);
   if (minutes <= 60)
-    return QString("%1 min").arg(minutes);
+    return worded("{minutes} min", {{"minutes", minutes}});
   if (!calendar.isSameDay(event.start, now))
     return utf8(calendar.text(event.start, "ccc"));
   // Without the half of the day, which the clock beside it tells.
@@ -86,12 +89,13 @@ QString eventWhenBrief(const CalendarEvent& event, Date now, const Calendar& cal
 QString eventDetail(const CalendarEvent& event, Date now, const Calendar& calendar) {
   QString detail = dayText(std::max(event.start, calendar.startOfDay(now)), now, calendar);
   if (event.isAllDay) {
-    detail += ", all day";
+    detail = worded("{day}, all day", {{"day", detail}});
   } else if (calendar.isSameDay(event.start, event.end) || event.end.since(event.start) < 43'200) {
     detail += ", " + time(event.start, calendar) + "–" + time(event.end, calendar);
   } else {
     detail += event.start > now ? ", " + time(event.start, calendar) : QString();
-    detail += " until " + utf8(calendar.localText(event.end, "EEEMMMd"));
+    detail = worded("{beginning} until {day}",
+                    {{"beginning", detail}, {"day", calendar.localText(event.end, "EEEMMMd")}});
   }
   if (event.location && !trimmed(*event.location).empty())
     detail += " · " + utf8(*event.location).simplified();
@@ -100,13 +104,13 @@ QString eventDetail(const CalendarEvent& event, Date now, const Calendar& calend
 
 QString reminderWhen(const Reminder& reminder, Date now, const Calendar& calendar) {
   if (reminder.isCompleted)
-    return "Done";
+    return worded("Done");
   if (!reminder.due)
     return {};
   if (isOverdue(reminder, now, calendar))
-    return "Late";
+    return worded("Late");
   if (calendar.isSameDay(*reminder.due, now))
-    return reminder.isAllDay ? QString("Today") : time(*reminder.due, calendar);
+    return reminder.isAllDay ? worded("Today") : time(*reminder.due, calendar);
   return dayText(*reminder.due, now, calendar);
 }
 

@@ -10,6 +10,7 @@
 #include "TavrinWidgetsUI/Kit/Views/Gauges.h"
 #include "TavrinWidgetsUI/Kit/Views/Utf8.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewWidget.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QLocale>
 #include <QVBoxLayout>
@@ -39,7 +40,7 @@ AnyView numberRow(const QString& name, const QString& number, const PanelPalette
                  text(number).size(13).colour(colours.text)})
       .spacing(12)
       .height(rowHeight)
-      .accessibility(name, number + " tokens");
+      .accessibility(name, worded("{count} tokens", {{"count", number}}));
 }
 AnyView kindRow(const QString& name, std::int64_t tokens, const PanelPalette& colours) {
   return numberRow(name, grouped(tokens), colours);
@@ -60,8 +61,10 @@ AnyView levelRow(const QString& name, double fraction, const QString& remark,
                  bar(std::min(fraction, 1.0)).tint(tint).track(colours.track).height(barHeight)})
       .spacing(6)
       .height(limitHeight)
-      .accessibility(name, percentText(fraction) + " used" +
-                               (remark.isEmpty() ? QString() : ", " + remark));
+      .accessibility(name, remark.isEmpty()
+                               ? worded("{percent} used", {{"percent", percentText(fraction)}})
+                               : worded("{percent} used, {remark}",
+                                        {{"percent", percentText(fraction)}, {"remark", remark}}));
 }
 
 PanelText* sectionTitle(const QString& title) {
@@ -140,13 +143,15 @@ ClaudeUsagePanelView::ClaudeUsagePanelView(const PanelAppearance& appearance,
                                            std::function<void()> onEdit)
     : PanelView(appearance, Width::lists), model_(model),
       empty_(new PanelEmptyState("sparkle", {})), content_(new QWidget),
-      scopes_(new PanelSegments("Period", {"5 Hours", "Today", "7 Days"})),
+      scopes_(new PanelSegments(worded("Period"),
+                                {worded("5 Hours"), worded("Today"), worded("7 Days")})),
       tokens_(new PanelFigure(40)), messages_(new PanelText({}, PanelTextStyle::secondary)),
       budget_(new ViewWidget({contentWidth, limitHeight})),
       kinds_(new ViewWidget({contentWidth, 4 * rowHeight})),
-      daysTitle_(sectionTitle("Thirty days")), days_(new ViewWidget({contentWidth, chartHeight})),
-      projectsTitle_(sectionTitle("Busiest projects")), projects_(new Projects),
-      limitsTitle_(sectionTitle("Plan limits")),
+      daysTitle_(sectionTitle(worded("Thirty days"))),
+      days_(new ViewWidget({contentWidth, chartHeight})),
+      projectsTitle_(sectionTitle(worded("Busiest projects"))), projects_(new Projects),
+      limitsTitle_(sectionTitle(worded("Plan limits"))),
       limits_(new ViewWidget({contentWidth, limitHeight})),
       noLimits_(new PanelText({}, PanelTextStyle::secondary)) {
   add(empty_);
@@ -155,20 +160,21 @@ ClaudeUsagePanelView::ClaudeUsagePanelView(const PanelAppearance& appearance,
   column->setSpacing(8);
   messages_->setAlignment(Qt::AlignHCenter);
   tokens_->setUnit("tokens");
-  tokens_->setName("Tokens used");
+  tokens_->setName(worded("Tokens used"));
   for (QWidget* widget : std::initializer_list<QWidget*>{
            scopes_, tokens_, messages_, budget_, kinds_, daysTitle_, days_, projectsTitle_,
            projects_, limitsTitle_, limits_, noLimits_,
-           new PanelText(utf8(localSentence("Read from Claude Code's own files on this {Mac}. "
-                                            "Nothing is sent anywhere.")),
-                         PanelTextStyle::caption)})
+           new PanelText(
+               utf8(localSentence(translated("Read from Claude Code's own files on this {Mac}. "
+                                             "Nothing is sent anywhere."))),
+               PanelTextStyle::caption)})
     column->addWidget(widget, 0, widget == tokens_ ? Qt::AlignHCenter : Qt::Alignment());
   add(content_);
   scopes_->onChange = [onScope = std::move(onScope)](int index) {
     onScope(static_cast<ClaudeUsageScope>(index));
   };
-  setEditButton("Edit Claude Usage…", std::move(onEdit));
-  connect_ = new PanelButton(PanelButton::Kind::faint, "Turn On Limits",
+  setEditButton(worded("Edit Claude Usage…"), std::move(onEdit));
+  connect_ = new PanelButton(PanelButton::Kind::faint, worded("Turn On Limits"),
                              [this] { model_.setConnected(!model_.isConnected()); });
   addFooterButton(connect_);
   refresh();
@@ -180,14 +186,14 @@ void ClaudeUsagePanelView::refresh() {
   empty_->setVisible(!hasContent);
   content_->setVisible(hasContent);
   connect_->setVisible(hasContent);
-  connect_->setTitle(model_.isConnected() ? "Turn Off Limits" : "Turn On Limits");
+  connect_->setTitle(model_.isConnected() ? worded("Turn Off Limits") : worded("Turn On Limits"));
   if (!hasContent) {
     setState({});
-    empty_->setSentence("sparkle",
-                        model_.hasRead()
-                            ? utf8(localSentence("Claude Code has not run on this {Mac}, so there "
-                                                 "is nothing to count."))
-                            : QString("Reading Claude Code's logs"));
+    empty_->setSentence("sparkle", model_.hasRead()
+                                       ? utf8(localSentence(translated(
+                                             "Claude Code has not run on this {Mac}, so there "
+                                             "is nothing to count.")))
+                                       : worded("Reading Claude Code's logs"));
     return;
   }
   QString plan;
@@ -217,13 +223,14 @@ void ClaudeUsagePanelView::showDays() {
         most->tokens > 0 ? static_cast<double>(day.tokens) / static_cast<double>(most->tokens) : 0);
   }
   days_->setView(canvas(bars, paintDays));
-  days_->setName("Tokens of each of the last thirty days");
+  days_->setName(worded("Tokens of each of the last thirty days"));
   days_->setAccessibleDescription(
-      sum == 0 ? QStringLiteral("No tokens were used.")
-               : QStringLiteral("%1 tokens in all, at most %2, on %3, and %4 today.")
-                     .arg(shortText(sum), shortText(most->tokens),
-                          QString::fromStdString(Calendar().localText(most->start, "MMMd")),
-                          shortText(days.back().tokens)));
+      sum == 0 ? worded("No tokens were used.")
+               : worded("{all} tokens in all, at most {most}, on {day}, and {today} today.",
+                        {{"all", shortText(sum)},
+                         {"most", shortText(most->tokens)},
+                         {"day", Calendar().localText(most->start, "MMMd")},
+                         {"today", shortText(days.back().tokens)}}));
 }
 
 void ClaudeUsagePanelView::showTotals() {
@@ -233,20 +240,22 @@ void ClaudeUsagePanelView::showTotals() {
   tokens_->setText(shortText(totals.tokens));
   QString messages = messagesText(totals.messages);
   if (totals.lastActivity)
-    messages += ", last " +
-                QString::fromStdString(Calendar().isSameDay(*totals.lastActivity, model_.now())
-                                           ? Calendar().localText(*totals.lastActivity, "jmm")
-                                           : Calendar().localText(*totals.lastActivity, "EEEjmm"));
+    messages = worded("{messages}, last {time}",
+                      {{"messages", messages},
+                       {"time", Calendar().isSameDay(*totals.lastActivity, model_.now())
+                                    ? Calendar().localText(*totals.lastActivity, "jmm")
+                                    : Calendar().localText(*totals.lastActivity, "EEEjmm")}});
   messages_->setWords(messages);
   budget_->setVisible(settings.budget && *settings.budget > 0);
   if (settings.budget && *settings.budget > 0)
-    budget_->setView(levelRow(
-        "Budget", static_cast<double>(totals.tokens) / static_cast<double>(*settings.budget),
-        "of " + shortText(*settings.budget), colours()));
-  kinds_->setView(vstack({kindRow("Input", totals.inputTokens, colours()),
-                          kindRow("Output", totals.outputTokens, colours()),
-                          kindRow("Cache writes", totals.cacheCreationTokens, colours()),
-                          kindRow("Cache reads", totals.cacheReadTokens, colours())}));
+    budget_->setView(
+        levelRow(worded("Budget"),
+                 static_cast<double>(totals.tokens) / static_cast<double>(*settings.budget),
+                 worded("of {budget}", {{"budget", shortText(*settings.budget)}}), colours()));
+  kinds_->setView(vstack({kindRow(worded("Input"), totals.inputTokens, colours()),
+                          kindRow(worded("Output"), totals.outputTokens, colours()),
+                          kindRow(worded("Cache writes"), totals.cacheCreationTokens, colours()),
+                          kindRow(worded("Cache reads"), totals.cacheReadTokens, colours())}));
   std::vector<AnyView> rows;
   for (const auto& project : totals.projects)
     if (rows.size() < mostProjects)
@@ -260,12 +269,12 @@ void ClaudeUsagePanelView::showTotals() {
 void ClaudeUsagePanelView::showLimits() {
   std::vector<AnyView> rows;
   if (const auto& limits = model_.limits(); limits && model_.isConnected())
-    for (const auto& [name, window] :
-         {std::pair("Five hours", limits->fiveHour), std::pair("Seven days", limits->sevenDay)})
+    for (const auto& [name, window] : {std::pair(worded("Five hours"), limits->fiveHour),
+                                       std::pair(worded("Seven days"), limits->sevenDay)})
       if (window) {
         const auto left = ClaudeUsageLimitsFormat::untilReset(window->resetsAt, model_.now());
         rows.push_back(levelRow(name, usedFraction(*window, model_.now()),
-                                left ? QString::fromStdString(*left) + " left" : QString(),
+                                left ? worded("{time} left", {{"time", *left}}) : QString(),
                                 colours()));
       }
   limits_->setVisible(!rows.empty());

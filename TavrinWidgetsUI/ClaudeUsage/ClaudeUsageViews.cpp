@@ -3,6 +3,7 @@
 #include "TavrinCore/Kinds/ClaudeUsage/ClaudeUsageSettings.h"
 #include "TavrinWidgetsUI/Kit/Views/Gauges.h"
 #include "TavrinWidgetsUI/Kit/Views/WideTileWords.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QLocale>
 #include <algorithm>
@@ -14,11 +15,11 @@ namespace {
 constexpr QColor ground{0x26, 0x17, 0x11};
 constexpr QColor groundEnd{0x14, 0x0D, 0x0B};
 constexpr QColor track{0x4A, 0x35, 0x2C};
-constexpr const char* neverRun = "Claude Code has not run here";
-constexpr const char* waiting = "Waiting for Claude Code";
+constexpr const char* neverRun = marked("Claude Code has not run here");
+constexpr const char* waiting = marked("Waiting for Claude Code");
 constexpr const char* notConnected =
-    "Claude Code can hand over how much of your plan is left. Turn that on in this widget's "
-    "settings.";
+    marked("Claude Code can hand over how much of your plan is left. Turn that on in this widget's "
+           "settings.");
 
 AnyView mark() {
   return symbol("sparkle").colour(claudeUsageTint);
@@ -44,21 +45,24 @@ Shown shownLimit(const ClaudeUsageReading& reading, Date now) {
   const bool isWeek = reading.settings.shows == ClaudeUsageShows::weeklyLimit;
   const auto& limits = reading.limits;
   if (!reading.isConnected) // to wait would bring nothing
-    return {.caption = "Limits off", .longCaption = "Not connected", .state = TileState::cannot};
+    return {.caption = worded("Limits off"),
+            .longCaption = worded("Not connected"),
+            .state = TileState::cannot};
   const auto window = !limits ? std::nullopt : isWeek ? limits->sevenDay : limits->fiveHour;
   if (!window)
-    return {.caption = "Waiting", .longCaption = waiting, .state = TileState::waiting};
+    return {
+        .caption = worded("Waiting"), .longCaption = worded(waiting), .state = TileState::waiting};
   Shown shown;
-  shown.caption = isWeek ? "7 days" : "5 hours";
+  shown.caption = isWeek ? worded("7 days") : worded("5 hours");
   shown.leastCaption = shown.caption;
-  shown.longCaption = isWeek ? "7-day limit" : "5-hour limit";
+  shown.longCaption = isWeek ? worded("7-day limit") : worded("5-hour limit");
   shown.wideCaption = shown.longCaption;
   shown.widest = "88%";
   shown.fraction = usedFraction(*window, now);
   shown.figure = percentText(*shown.fraction);
   if (const auto left = ClaudeUsageLimitsFormat::untilReset(window->resetsAt, now)) {
     shown.leastCaption = QString::fromStdString(*left);
-    shown.wideCaption = shown.leastCaption + " left";
+    shown.wideCaption = worded("{time} left", {{"time", shown.leastCaption}});
     shown.longCaption += " · " + shown.wideCaption;
   }
   return shown;
@@ -68,16 +72,19 @@ Shown shownTokens(const ClaudeUsageReading& reading) {
   Shown shown;
   shown.figure = QString::fromStdString(ClaudeUsage::shortTokens(reading.totals.tokens));
   shown.widest = "88.8k";
-  constexpr std::array<const char*, 3> captions = {"5 hours", "Today", "7 days"};
-  shown.caption = captions[static_cast<std::size_t>(reading.settings.scope)];
+  constexpr std::array<const char*, 3> captions = {marked("5 hours"), marked("Today"),
+                                                   marked("7 days")};
+  shown.caption = worded(captions[static_cast<std::size_t>(reading.settings.scope)]);
   shown.wideCaption = shown.caption;
-  shown.longCaption = scopeTitle(reading.settings.scope) + " · tokens";
+  shown.longCaption = worded("{period} · tokens", {{"period", scopeTitle(reading.settings.scope)}});
   if (const auto budget = reading.settings.budget; budget && *budget > 0) {
     shown.fraction = static_cast<double>(reading.totals.tokens) / static_cast<double>(*budget);
     // The ring tells the part; two tiles have no room for more.
-    shown.wideCaption = "of " + QString::fromStdString(ClaudeUsage::shortTokens(*budget));
-    shown.longCaption = scopeTitle(reading.settings.scope) + " · " + percentText(*shown.fraction) +
-                        " " + shown.wideCaption;
+    shown.wideCaption = worded("of {budget}", {{"budget", ClaudeUsage::shortTokens(*budget)}});
+    shown.longCaption =
+        worded("{period} · {percent} {budget}", {{"period", scopeTitle(reading.settings.scope)},
+                                                 {"percent", percentText(*shown.fraction)},
+                                                 {"budget", shown.wideCaption}});
   }
   constexpr qsizetype mostLetters = 7;
   shown.leastCaption = shown.wideCaption.size() > mostLetters ? shown.caption : shown.wideCaption;
@@ -86,11 +93,13 @@ Shown shownTokens(const ClaudeUsageReading& reading) {
 
 Shown shown(const ClaudeUsageReading& reading, Date now) {
   if (!reading.hasRead)
-    return {.caption = "Reading logs",
-            .longCaption = "Reading Claude Code's logs",
+    return {.caption = worded("Reading logs"),
+            .longCaption = worded("Reading Claude Code's logs"),
             .state = TileState::waiting};
   if (!reading.isAvailable)
-    return {.caption = "Has not run", .longCaption = neverRun, .state = TileState::cannot};
+    return {.caption = worded("Has not run"),
+            .longCaption = worded(neverRun),
+            .state = TileState::cannot};
   return reading.settings.shows == ClaudeUsageShows::tokens ? shownTokens(reading)
                                                             : shownLimit(reading, now);
 }
@@ -111,12 +120,12 @@ QString scopeTitle(ClaudeUsageScope scope) {
 }
 
 QString messagesText(std::int64_t messages) {
-  return QLocale().toString(static_cast<qlonglong>(messages)) +
-         (messages == 1 ? " message" : " messages");
+  return wordedPlural("{count} message", "{count} messages", messages,
+                      {{"count", QLocale().toString(static_cast<qlonglong>(messages))}});
 }
 
 QString missingLimitsText(bool isConnected) {
-  return isConnected ? waiting : notConnected;
+  return worded(isConnected ? waiting : notConnected);
 }
 
 AnyView claudeUsageTileIcon(const ClaudeUsageReading& reading, Date now, const TileSize& size) {
@@ -132,7 +141,7 @@ AnyView claudeUsageTileIcon(const ClaudeUsageReading& reading, Date now, const T
     content.sentence = shown.longCaption;
   else
     content.caption = shown.caption;
-  content.label = "Claude usage, " + shown.longCaption;
+  content.label = worded("Claude usage, {shown}", {{"shown", shown.longCaption}});
   content.value = shown.figure;
   if (shown.fraction)
     content.border =
@@ -160,7 +169,7 @@ AnyView claudeUsageWideTile(const ClaudeUsageReading& reading, Date now, const T
   content.widestFigure = shown.widest;
   if (shown.figure.isEmpty())
     content.middle = wideTileWords(shown.longCaption, shown.caption, ground, size);
-  content.label = "Claude usage";
+  content.label = worded("Claude usage");
   content.value = shown.figure + " " + shown.longCaption;
   return wideTile(content, size);
 }

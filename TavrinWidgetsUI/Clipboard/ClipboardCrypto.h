@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinPlatform/Keychain.h"
 
 #include <array>
@@ -14,7 +15,7 @@ class ClipboardTruncatedError : public std::runtime_error {
 public:
   ClipboardTruncatedError()
       : std::runtime_error(
-            "Failed to read the encrypted clipboard because the file is incomplete") {}
+            translated("Failed to read the encrypted clipboard because the file is incomplete")) {}
 };
 
 /// 256 bits that are overwritten when they go.

@@ -9,6 +9,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelToolTip.h"
 #include "TavrinWidgetsUI/Kit/Pictures/Thumbnail.h"
 #include "TavrinWidgetsUI/Kit/Views/Utf8.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QDateTime>
 #include <QLocale>
@@ -27,9 +28,10 @@ ClipboardPanelView::ClipboardPanelView(const PanelAppearance& appearance, Clipbo
                                        Services services)
     : PanelView(appearance, Width::lists), model_(model), services_(std::move(services)),
       trouble_(new PanelText({}, PanelTextStyle::trouble)),
-      missing_(new PanelText("That image was too large to be kept. Only its size is known.",
+      missing_(new PanelText(worded("That image was too large to be kept. Only its size is known."),
                              PanelTextStyle::trouble)),
-      search_(new PanelSearchField("Search")), list_(new PanelList("Clipboard history")),
+      search_(new PanelSearchField(worded("Search"))),
+      list_(new PanelList(worded("Clipboard history"))),
       empty_(new PanelEmptyState("doc.on.clipboard", {})) {
   add(trouble_);
   missing_->hide();
@@ -44,10 +46,11 @@ ClipboardPanelView::ClipboardPanelView(const PanelAppearance& appearance, Clipbo
   add(search_);
   makeList();
   add(empty_);
-  setEditButton("Edit this widget's settings", services_.edit);
-  clear_ = new PanelButton(PanelButton::Kind::faint, "Clear", [this] { model_.clearUnpinned(); });
-  setPlainToolTip(clear_, "Removes everything that is not pinned");
-  clear_->setAccessibleDescription("Removes everything that is not pinned");
+  setEditButton(worded("Edit this widget's settings"), services_.edit);
+  clear_ = new PanelButton(PanelButton::Kind::faint, worded("Clear"),
+                           [this] { model_.clearUnpinned(); });
+  setPlainToolTip(clear_, worded("Removes everything that is not pinned"));
+  clear_->setAccessibleDescription(worded("Removes everything that is not pinned"));
   addFooterButton(clear_);
   refresh();
 }
@@ -97,12 +100,12 @@ void ClipboardPanelView::act(int row, int action) {
   if (!entry)
     return;
   const auto actions = list_->row(row).actions;
-  const QString name = actions[static_cast<std::size_t>(action)].name;
-  if (name == "Show") {
+  const QString symbol = actions[static_cast<std::size_t>(action)].symbol;
+  if (symbol == "lock.open.fill") {
     revealed_.insert(entry->item.id);
-  } else if (name == "Hide") {
+  } else if (symbol == "lock.fill") {
     revealed_.erase(entry->item.id);
-  } else if (name == "Remove") {
+  } else if (symbol == "trash") {
     model_.remove(entry->item);
   } else {
     model_.togglePin(entry->item);
@@ -177,32 +180,33 @@ void ClipboardPanelView::showWords() {
   list_->setVisible(!shown_.empty());
   search_->setVisible(isSearching);
   if (!model_.hasRead()) {
-    empty_->setSentence("doc.on.clipboard", "Loading clipboard");
+    empty_->setSentence("doc.on.clipboard", worded("Loading clipboard"));
     empty_->setHint({});
   } else if (isSearching) {
-    empty_->setSentence("magnifyingglass", "Nothing found");
-    empty_->setHint("Try a different word.");
+    empty_->setSentence("magnifyingglass", worded("Nothing found"));
+    empty_->setHint(worded("Try a different word."));
   } else if (!model_.canCapture()) {
     empty_->setSentence("exclamationmark.triangle.fill",
-                        "This desktop does not tell programs what is copied");
-    empty_->setHint("An X11 session keeps a history.");
+                        worded("This desktop does not tell programs what is copied"));
+    empty_->setHint(worded("An X11 session keeps a history."));
   } else {
-    empty_->setSentence("doc.on.clipboard", "Nothing copied yet");
-    empty_->setHint(utf8(localSentence("Copy something on your {Mac} and it will show up here.")));
+    empty_->setSentence("doc.on.clipboard", worded("Nothing copied yet"));
+    empty_->setHint(
+        utf8(localSentence(translated("Copy something on your {Mac} and it will show up here."))));
   }
 }
 
 void ClipboardPanelView::refresh() {
   setTitle(QString::fromStdString(model_.widget().name));
   const auto count = model_.items().size();
-  setState(count == 0   ? QString()
-           : count == 1 ? QStringLiteral("1 item")
-                        : QStringLiteral("%1 items").arg(QLocale().toString(qulonglong(count))));
+  setState(count == 0 ? QString()
+                      : wordedPlural("{count} item", "{count} items", static_cast<long long>(count),
+                                     {{"count", QLocale().toString(qulonglong(count))}}));
   const auto& trouble = model_.trouble();
   trouble_->setVisible(trouble.has_value());
   if (trouble)
-    trouble_->setWords(QString::fromStdString(trouble->title() + ". " + trouble->text +
-                                              ". The next change tries again."));
+    trouble_->setWords(worded("{trouble}. {reason}. The next change tries again.",
+                              {{"trouble", trouble->title()}, {"reason", trouble->text}}));
   showResults();
   showWords();
   clear_->setEnabled(

@@ -1,5 +1,6 @@
 #include "TavrinWidgetsUI/Clipboard/ClipboardVault.h"
 
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Base/Wipe.h"
 #include "TavrinCore/Kinds/Clipboard/ClipboardSettings.h"
 #include "TavrinStorage/AESGCM.h"
@@ -35,8 +36,9 @@ void putAside(const std::filesystem::path& url) {
 template <class Work> std::optional<ClipboardTrouble> ClipboardVault::guarded(const Work& work) {
   using Kind = ClipboardTrouble::Kind;
   const auto unreadable = [this](const std::exception& error) {
-    return ClipboardTrouble{Kind::persistenceFailed,
-                            failure("read " + url_.string(), error.what())};
+    return ClipboardTrouble{
+        Kind::persistenceFailed,
+        failure(translated("read {path}", {{"path", url_.string()}}), error.what())};
   };
   try {
     work();

@@ -4,6 +4,7 @@
 #include "TavrinCore/Kinds/Clipboard/ClipboardSettings.h"
 #include "TavrinWidgetsUI/Clipboard/ClipboardCrypto.h"
 
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinPlatform/Files/AtomicFile.h"
 
 #include <filesystem>
@@ -19,7 +20,8 @@ struct ClipboardTrouble {
   std::string text;
 
   std::string title() const {
-    return kind == Kind::keychainFailed ? "Cannot reach the Keychain" : "Cannot save the clipboard";
+    return kind == Kind::keychainFailed ? translated("Cannot reach the Keychain")
+                                        : translated("Cannot save the clipboard");
   }
   bool operator==(const ClipboardTrouble&) const = default;
 };

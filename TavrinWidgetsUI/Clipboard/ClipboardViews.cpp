@@ -1,4 +1,5 @@
 #include "TavrinWidgetsUI/Clipboard/ClipboardViews.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <algorithm>
 #include <cmath>
@@ -6,7 +7,7 @@
 namespace tavrin {
 namespace {
 
-constexpr const char* loadingText = "Loading clipboard";
+constexpr const char* loadingText = marked("Loading clipboard");
 constexpr QColor board{0x2B, 0x35, 0x52};
 constexpr QColor boardEnd{0x1C, 0x23, 0x38};
 constexpr QColor sheet{0xF4, 0xF5, 0xF8};
@@ -75,11 +76,12 @@ AnyView onSheet(const ClipboardReading& reading, const TileSize& size) {
 
 QString spokenState(const ClipboardReading& reading) {
   if (!reading.hasRead)
-    return loadingText;
+    return worded(loadingText);
   QString state =
-      reading.count == 1 ? QStringLiteral("1 item") : QStringLiteral("%1 items").arg(reading.count);
+      wordedPlural("{count} item", "{count} items", static_cast<long long>(reading.count));
   if (reading.unseen > 0)
-    state += QStringLiteral(", %1 new").arg(reading.unseen);
+    state +=
+        ", " + wordedPlural("{count} new", "{count} new", static_cast<long long>(reading.unseen));
   if (reading.preview)
     state += ", " + QString::fromStdString(*reading.preview);
   return state;
@@ -88,11 +90,11 @@ QString spokenState(const ClipboardReading& reading) {
 AnyView loadingTile(const TileSize& size) {
   return tile(TileContent{.ground = board,
                           .groundEnd = boardEnd,
-                          .sentence = loadingText,
+                          .sentence = worded(loadingText),
                           .mark = symbol("doc.on.clipboard").colour(palette::white),
                           .state = TileState::waiting,
-                          .label = "Clipboard",
-                          .value = loadingText},
+                          .label = worded("Clipboard"),
+                          .value = worded(loadingText)},
               size);
 }
 
@@ -136,7 +138,7 @@ AnyView clipboardTileIcon(const ClipboardReading& reading, const TileSize& size)
                          .padding(Insets{0, body * 0.05, body * 0.05, 0})
                          .fill(Alignment::topTrailing));
   return tile(board, zstack(std::move(layers)), size)
-      .accessibility("Clipboard", spokenState(reading));
+      .accessibility(worded("Clipboard"), spokenState(reading));
 }
 
 QString clipboardLine(const ClipboardItem& item, bool isRevealed) {
@@ -152,7 +154,7 @@ PanelRow clipboardRow(const ClipboardItem& item, bool isRevealed, const QString&
   row.id = QString::fromStdString(item.id.text());
   row.title = clipboardLine(item, isRevealed);
   if (row.title.isEmpty())
-    row.title = QStringLiteral("Blank text");
+    row.title = worded("Blank text");
   QStringList about;
   const bool hasPreview = item.ogFetchedAt.has_value() && !item.isSensitive;
   if (hasPreview && item.ogTitle)
@@ -161,7 +163,7 @@ PanelRow clipboardRow(const ClipboardItem& item, bool isRevealed, const QString&
     about << QString::fromStdString(*item.sourceAppName);
   about << time;
   if (item.kind == ClipboardItem::Kind::image && !item.imageData)
-    about << QStringLiteral("too large to keep");
+    about << worded("too large to keep");
   else if (item.kind != ClipboardItem::Kind::image && item.byteSize >= 1000)
     about << QString::fromStdString(byteText(item.byteSize));
   if (hasPreview && item.ogDescription)
@@ -169,11 +171,11 @@ PanelRow clipboardRow(const ClipboardItem& item, bool isRevealed, const QString&
   row.subtitle = about.join(QStringLiteral(" · "));
   row.symbol = QString::fromStdString(symbolOf(item));
   if (item.isSensitive)
-    row.actions.push_back(
-        {isRevealed ? "lock.fill" : "lock.open.fill", isRevealed ? "Hide" : "Show"});
-  row.actions.push_back({"trash", "Remove"});
-  row.actions.push_back(
-      {item.isPinned ? "pin.fill" : "pin", item.isPinned ? "Unpin" : "Pin", item.isPinned});
+    row.actions.push_back({isRevealed ? "lock.fill" : "lock.open.fill",
+                           isRevealed ? worded("Hide") : worded("Show")});
+  row.actions.push_back({"trash", worded("Remove")});
+  row.actions.push_back({item.isPinned ? "pin.fill" : "pin",
+                         item.isPinned ? worded("Unpin") : worded("Pin"), item.isPinned});
   return row;
 }
 

@@ -1,5 +1,6 @@
 #include "TavrinWidgetsUI/Collection/CollectionModel.h"
 
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Kinds/Collection/CollectionSettings.h"
 
 #include <algorithm>
@@ -94,9 +95,9 @@ void CollectionModel::open(std::size_t index, const std::string& action) {
     return;
   const CollectionApp app = apps_[index];
   if (!app.info) {
-    trouble_ = hasRead_
-                   ? "Failed to open " + app.name().toStdString() + " because it is not installed"
-                   : std::string();
+    trouble_ = hasRead_ ? translated("Failed to open {name} because it is not installed",
+                                     {{"name", app.name()}})
+                        : std::string();
     changed();
     return;
   }

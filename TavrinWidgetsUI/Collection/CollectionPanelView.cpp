@@ -7,6 +7,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 #include "TavrinWidgetsUI/Kit/Views/PlainWords.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QLocale>
 #include <QMenu>
@@ -39,17 +40,19 @@ CollectionPanelView::CollectionPanelView(const PanelAppearance& appearance, Coll
                                          std::function<void()> onEdit)
     : PanelView(appearance, Width::lists), model_(model),
       trouble_(new PanelText({}, PanelTextStyle::trouble)),
-      grid_(new PanelGrid("Apps", gridColumns)), list_(new PanelList("Apps")),
+      grid_(new PanelGrid(worded("Apps"), gridColumns)), list_(new PanelList(worded("Apps"))),
       empty_(new PanelEmptyState("square.grid.2x2.fill", {})),
-      search_(new PanelSearchField("Search apps")), choice_(new PanelList("All apps")) {
+      search_(new PanelSearchField(worded("Search apps"))),
+      choice_(new PanelList(worded("All apps"))) {
   add(trouble_);
   makeApps();
   makeChoice();
   add(empty_);
-  done_ = new PanelButton(PanelButton::Kind::prominent, "Done", [this] { model_.endChoosing(); });
+  done_ = new PanelButton(PanelButton::Kind::prominent, worded("Done"),
+                          [this] { model_.endChoosing(); });
   add(done_);
-  setEditButton("Edit Collection…", std::move(onEdit));
-  add_ = new PanelButton(PanelButton::Kind::faint, "Add Apps…", [this] {
+  setEditButton(worded("Edit Collection…"), std::move(onEdit));
+  add_ = new PanelButton(PanelButton::Kind::faint, worded("Add Apps…"), [this] {
     model_.beginChoosing();
     search_->setFocus();
   });
@@ -105,18 +108,19 @@ void CollectionPanelView::openMenu(int index, const QPoint& place) {
   auto* menu = new QMenu(this);
   menu->setAttribute(Qt::WA_DeleteOnClose);
   if (app.info) {
-    menu->addAction("Open", this, [this, number] { model_.open(number); });
+    menu->addAction(worded("Open"), this, [this, number] { model_.open(number); });
     for (const auto& action : app.info->actions)
       menu->addAction(plainWords(QString::fromStdString(action.name)).replace('&', "&&"), this,
                       [this, number, id = action.id] { model_.open(number, id); });
     menu->addSeparator();
   }
   auto* earlier =
-      menu->addAction("Move Earlier", this, [this, number] { model_.move(number, -1); });
+      menu->addAction(worded("Move Earlier"), this, [this, number] { model_.move(number, -1); });
   earlier->setEnabled(number > 0);
-  auto* later = menu->addAction("Move Later", this, [this, number] { model_.move(number, 1); });
+  auto* later =
+      menu->addAction(worded("Move Later"), this, [this, number] { model_.move(number, 1); });
   later->setEnabled(number + 1 < model_.apps().size());
-  menu->addAction("Remove", this, [this, number] { model_.remove(number); });
+  menu->addAction(worded("Remove"), this, [this, number] { model_.remove(number); });
   menu->popup(place);
 }
 
@@ -147,7 +151,7 @@ void CollectionPanelView::showApps() {
     const bool isGone = model_.isGone(app);
     const QString name = app.name();
     if (isGrid()) {
-      cells.push_back({.name = isGone ? name + ", not installed" : name,
+      cells.push_back({.name = isGone ? worded("{name}, not installed", {{"name", name}}) : name,
                        .image = picture(name, app.icon(), gridPicture),
                        .caption = name,
                        .isEnabled = !isGone});
@@ -161,9 +165,9 @@ void CollectionPanelView::showApps() {
     rows.push_back(
         {.id = QString::fromStdString(app.entry.path + app.entry.bundleIdentifier.value_or("")),
          .title = name,
-         .subtitle = isGone ? QStringLiteral("Not installed") : about,
+         .subtitle = isGone ? worded("Not installed") : about,
          .image = isGone ? paled(icon) : icon,
-         .actions = {{.symbol = "ellipsis", .name = "More"}}});
+         .actions = {{.symbol = "ellipsis", .name = worded("More")}}});
   }
   grid_->setCells(std::move(cells));
   list_->setRows(std::move(rows));
@@ -182,16 +186,16 @@ void CollectionPanelView::showWords() {
   empty_->setStep({}, {});
   empty_->setHint({});
   if (!isChoosing) {
-    empty_->setSentence("square.grid.2x2.fill", "No apps yet");
-    empty_->setHint("Apps you add open from this tile.");
-    empty_->setStep("Add Apps…", [this] {
+    empty_->setSentence("square.grid.2x2.fill", worded("No apps yet"));
+    empty_->setHint(worded("Apps you add open from this tile."));
+    empty_->setStep(worded("Add Apps…"), [this] {
       model_.beginChoosing();
       search_->setFocus();
     });
   } else if (model_.hasList()) {
-    empty_->setSentence("magnifyingglass", "Nothing found");
+    empty_->setSentence("magnifyingglass", worded("Nothing found"));
   } else {
-    empty_->setSentence("square.grid.2x2.fill", "Reading the list of apps");
+    empty_->setSentence("square.grid.2x2.fill", worded("Reading the list of apps"));
   }
 }
 
@@ -200,12 +204,14 @@ void CollectionPanelView::refresh() {
   setTitle(QString::fromStdString(model_.widget().name));
   const auto count = model_.apps().size();
   if (!model_.opening().isEmpty())
-    setState(QStringLiteral("Opening %1").arg(model_.opening()), State::active);
+    setState(worded("Opening {name}", {{"name", model_.opening()}}), State::active);
   else
-    setState(isChoosing   ? QStringLiteral("%1 chosen").arg(QLocale().toString(qulonglong(count)))
-             : count == 0 ? QString()
-             : count == 1 ? QStringLiteral("1 app")
-                          : QStringLiteral("%1 apps").arg(QLocale().toString(qulonglong(count))));
+    setState(
+        isChoosing ? wordedPlural("{count} chosen", "{count} chosen", static_cast<long long>(count),
+                                  {{"count", QLocale().toString(qulonglong(count))}})
+        : count == 0 ? QString()
+                     : wordedPlural("{count} app", "{count} apps", static_cast<long long>(count),
+                                    {{"count", QLocale().toString(qulonglong(count))}}));
   const auto trouble = QString::fromStdString(model_.trouble());
   trouble_->setWords(trouble);
   trouble_->setVisible(!trouble.isEmpty());

@@ -1,6 +1,7 @@
 #include "TavrinWidgetsUI/Collection/CollectionViews.h"
 
 #include "TavrinWidgetsUI/Kit/Views/ViewRenderer.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <algorithm>
 #include <cmath>
@@ -47,7 +48,7 @@ AnyView rowsOf(std::vector<AnyView> cells, const CollectionCells& form) {
 QString listed(const std::vector<CollectionTileApp>& apps) {
   QStringList names;
   for (const auto& app : apps)
-    names << (app.isGone ? app.name + ", not installed" : app.name);
+    names << (app.isGone ? worded("{name}, not installed", {{"name", app.name}}) : app.name);
   return names.join(", ");
 }
 
@@ -138,11 +139,11 @@ AnyView collectionTileIcon(const std::vector<CollectionTileApp>& apps, Collectio
                            const TileSize& size, const QString& name) {
   if (apps.empty())
     return tile(TileContent{.ground = ground,
-                            .caption = "No apps",
+                            .caption = worded("No apps"),
                             .mark = emptyMark(size.body() * 0.42),
                             .markRatio = 0.42,
                             .label = name,
-                            .value = "No apps yet"},
+                            .value = worded("No apps yet")},
                 size);
   const auto form = CollectionCells::of(layout, static_cast<int>(apps.size()), size);
   const auto room = static_cast<std::size_t>(form.room());
@@ -164,8 +165,8 @@ AnyView collectionWideTile(const std::vector<CollectionTileApp>& apps, Collectio
     content.tint = collectionTint;
     content.mark = emptyMark(size.body() * 0.5);
     content.caption = name;
-    content.figure = "No apps";
-    content.actions = {{{"add", add}, "plus", "Add apps", true}};
+    content.figure = worded("No apps");
+    content.actions = {{{"add", add}, "plus", worded("Add apps"), true}};
     return wideTile(content, size);
   }
   const auto form = CollectionCells::of(layout, static_cast<int>(apps.size()), size);
@@ -185,9 +186,9 @@ AnyView collectionWideTile(const std::vector<CollectionTileApp>& apps, Collectio
         form.hasNames ? named(apps[i], form, width, size) : appIcon(apps[i], form.side);
     const ViewAction action{QStringLiteral("open %1 %2").arg(i).arg(apps[i].name).toStdString(),
                             [open, i] { open(i); }};
-    cells.push_back(cell.button(action, apps[i].isGone
-                                            ? QStringLiteral("%1, not installed").arg(apps[i].name)
-                                            : QStringLiteral("Open %1").arg(apps[i].name)));
+    cells.push_back(cell.button(
+        action, apps[i].isGone ? worded("{name}, not installed", {{"name", apps[i].name}})
+                               : worded("Open {name}", {{"name", apps[i].name}})));
   }
   return tile(ground,
               rowsOf(std::move(cells), form)

@@ -8,6 +8,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelToolTip.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewWidget.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QComboBox>
 #include <QHBoxLayout>
@@ -30,9 +31,9 @@ QString formatTitle(ColourFormat format) {
 
 ColourPanelView::ColourPanelView(const PanelAppearance& appearance, Source source)
     : PanelView(appearance, Width::lists), source_(std::move(source)),
-      empty_(new PanelEmptyState("eyedropper", "No colours yet")),
+      empty_(new PanelEmptyState("eyedropper", worded("No colours yet"))),
       trouble_(new PanelText({}, PanelTextStyle::trouble)), filled_(new QWidget) {
-  empty_->setHint("Pick a point of the screen and its colour will show up here.");
+  empty_->setHint(worded("Pick a point of the screen and its colour will show up here."));
   add(empty_);
   add(trouble_);
   auto* column = new QVBoxLayout(filled_);
@@ -40,19 +41,19 @@ ColourPanelView::ColourPanelView(const PanelAppearance& appearance, Source sourc
   column->setSpacing(8);
   card_ = new ViewWidget({static_cast<double>(width()) - 32, cardHeight});
   column->addWidget(card_);
-  swatches_ = new PanelGrid("Colours", columns);
+  swatches_ = new PanelGrid(worded("Colours"), columns);
   swatches_->setMaximumVisibleRows(visibleRows);
   swatches_->onOpen = [this](int index) { choose(index); };
   column->addWidget(swatches_);
   makeChosenRow();
   makeFormatRow();
   add(filled_);
-  auto* pick = new PanelButton(PanelButton::Kind::prominent, "Pick Colour", source_.pick);
+  auto* pick = new PanelButton(PanelButton::Kind::prominent, worded("Pick Colour"), source_.pick);
   pick->setSymbol("eyedropper");
   add(pick);
-  setEditButton("Edit Colour Picker…", source_.edit);
-  clear_ = new PanelButton(PanelButton::Kind::faint, "Clear", source_.clearUnpinned);
-  setPlainToolTip(clear_, "Removes every colour that is not pinned");
+  setEditButton(worded("Edit Colour Picker…"), source_.edit);
+  clear_ = new PanelButton(PanelButton::Kind::faint, worded("Clear"), source_.clearUnpinned);
+  setPlainToolTip(clear_, worded("Removes every colour that is not pinned"));
   addFooterButton(clear_);
   refresh();
 }
@@ -60,15 +61,16 @@ ColourPanelView::ColourPanelView(const PanelAppearance& appearance, Source sourc
 void ColourPanelView::makeChosenRow() {
   auto* row = new QHBoxLayout;
   row->setSpacing(8);
-  copyAs_ = new PanelButton(PanelButton::Kind::quiet, "Copy As…", [this] { showNotations(); });
+  copyAs_ =
+      new PanelButton(PanelButton::Kind::quiet, worded("Copy As…"), [this] { showNotations(); });
   copyAs_->setSymbol("doc.on.clipboard");
   row->addWidget(copyAs_, 1);
-  pin_ = PanelButton::icon("pin", "Pin", [this] {
+  pin_ = PanelButton::icon("pin", worded("Pin"), [this] {
     if (const auto* colour = chosen())
       source_.togglePin(colour->id);
   });
   row->addWidget(pin_);
-  row->addWidget(PanelButton::icon("trash", "Remove", [this] {
+  row->addWidget(PanelButton::icon("trash", worded("Remove"), [this] {
     if (const auto* colour = chosen())
       source_.remove(colour->id);
   }));
@@ -82,7 +84,7 @@ void ColourPanelView::makeFormatRow() {
   connect(format_, &QComboBox::activated, this, [this](int index) {
     source_.setFormat(allCases<ColourFormat>()[static_cast<std::size_t>(index)]);
   });
-  filled_->layout()->addWidget(new PanelField("Copies as", format_));
+  filled_->layout()->addWidget(new PanelField(worded("Copies as"), format_));
 }
 
 const PickedColour* ColourPanelView::chosen() const {
@@ -127,7 +129,7 @@ void ColourPanelView::refresh() {
   const auto settings = source_.settings();
   const PickedColour* colour = chosen();
   setTitle(QString::fromStdString(source_.name()));
-  setState(hasCopied_ ? "Copied" : "", State::active);
+  setState(hasCopied_ ? worded("Copied") : QString(), State::active);
   const auto trouble = QString::fromStdString(source_.trouble());
   trouble_->setWords(trouble);
   trouble_->setVisible(!trouble.isEmpty());
@@ -140,9 +142,10 @@ void ColourPanelView::refresh() {
     const QString value = colourText(each, settings.format);
     if (colour != nullptr && each.id == colour->id)
       current = static_cast<int>(cells.size());
-    cells.push_back({.name = each.isPinned ? value + ", pinned" : value,
-                     .colour = colourOf(each),
-                     .isChecked = each.isPinned});
+    cells.push_back(
+        {.name = each.isPinned ? worded("{colour}, pinned", {{"colour", value}}) : value,
+         .colour = colourOf(each),
+         .isChecked = each.isPinned});
     hasUnpinned |= !each.isPinned;
   }
   swatches_->setCells(std::move(cells));
@@ -151,9 +154,10 @@ void ColourPanelView::refresh() {
     return;
   swatches_->setCurrentCell(current);
   card_->setView(colourCard(*colour, settings.format));
-  card_->setName(QStringLiteral("Chosen colour, %1").arg(colourText(*colour, settings.format)));
+  card_->setName(
+      worded("Chosen colour, {colour}", {{"colour", colourText(*colour, settings.format)}}));
   pin_->setSymbol(colour->isPinned ? "pin.fill" : "pin");
-  pin_->setAccessibleName(colour->isPinned ? "Unpin" : "Pin");
+  pin_->setAccessibleName(colour->isPinned ? worded("Unpin") : worded("Pin"));
   setPlainToolTip(pin_, pin_->accessibleName());
   format_->setCurrentIndex(static_cast<int>(settings.format));
 }

@@ -1,4 +1,5 @@
 #include "TavrinWidgetsUI/Colour/ColourViews.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include "TavrinCore/Kinds/Colour/ColourPickerSettings.h"
 
@@ -17,8 +18,8 @@ AnyView emptyIcon(const TileSize& size) {
       TileContent{.mark =
                       symbol("eyedropper").colour(withContrast(colourPickerTint, palette::ground)),
                   .markRatio = 0.5,
-                  .label = "Colour Picker",
-                  .value = "No colours yet"},
+                  .label = worded("Colour Picker"),
+                  .value = worded("No colours yet")},
       size);
 }
 
@@ -67,7 +68,7 @@ AnyView colourTileIcon(const ColourHistory& history, const ColourPickerSettings&
       hasStrip ? AnyView(vstack({card, strip(history).height(body * stripShare)})) : card;
   return tile(colourOf(newest), zstack({inner, superellipse(size.bodyRadius()).stroke(edge, 1)}),
               size)
-      .accessibility("Colour Picker", colourText(newest, settings.format));
+      .accessibility(worded("Colour Picker"), colourText(newest, settings.format));
 }
 
 AnyView colourWideTile(const ColourHistory& history, const ColourPickerSettings& settings,
@@ -75,12 +76,12 @@ AnyView colourWideTile(const ColourHistory& history, const ColourPickerSettings&
                        const std::function<void()>& copy) {
   WideTileContent content;
   content.tint = colourPickerTint;
-  content.label = "Colour Picker";
+  content.label = worded("Colour Picker");
   const bool isEmpty = history.colours.empty();
   if (isEmpty) {
     content.mark = symbol("eyedropper").colour(withContrast(colourPickerTint, palette::ground));
-    content.caption = "No colours";
-    content.figure = "Pick one";
+    content.caption = worded("No colours");
+    content.figure = worded("Pick one");
   } else {
     const PickedColour& newest = history.colours.front();
     // The tile is the colour; the shortest notation is the figure, which is never cut.
@@ -92,13 +93,13 @@ AnyView colourWideTile(const ColourHistory& history, const ColourPickerSettings&
     const auto notation = title(settings.format);
     content.caption =
         settings.format == ColourFormat::hex
-            ? QStringLiteral("Picked last")
+            ? worded("Picked last")
             : QString::fromUtf8(notation.data(), static_cast<qsizetype>(notation.size()));
     content.value = colourText(newest, settings.format);
   }
-  content.actions.push_back({{"pick", pick}, "eyedropper", "Pick a colour", true});
+  content.actions.push_back({{"pick", pick}, "eyedropper", worded("Pick a colour"), true});
   if (!isEmpty && size.span > 2)
-    content.actions.push_back({{"copy", copy}, "doc.on.clipboard", "Copy"});
+    content.actions.push_back({{"copy", copy}, "doc.on.clipboard", worded("Copy")});
   return wideTile(content, size);
 }
 

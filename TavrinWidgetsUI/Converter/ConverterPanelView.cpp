@@ -6,6 +6,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 #include "TavrinWidgetsUI/Kit/Views/Utf8.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QComboBox>
 #include <QGridLayout>
@@ -34,10 +35,10 @@ std::string chosen(const QComboBox& box) {
 
 ConverterPanelView::ConverterPanelView(const PanelAppearance& appearance, Source source)
     : PanelView(appearance, Width::grids), source_(std::move(source)), category_(new QComboBox),
-      upper_(makeSide("Value")), lower_(makeSide("Result")),
+      upper_(makeSide(worded("Value"))), lower_(makeSide(worded("Result"))),
       rate_(new PanelText({}, PanelTextStyle::caption)),
       trouble_(new PanelText({}, PanelTextStyle::trouble)) {
-  category_->setAccessibleName("Category");
+  category_->setAccessibleName(worded("Category"));
   category_->setMaxVisibleItems(allCases<ConverterCategory>().size());
   for (const auto category : allCases<ConverterCategory>())
     category_->addItem(utf8(tavrin::title(category)));
@@ -54,10 +55,11 @@ ConverterPanelView::ConverterPanelView(const PanelAppearance& appearance, Source
   add(rate_);
   add(trouble_);
   addSpace(4);
-  copy_ = new PanelButton(PanelButton::Kind::prominent, "Copy Result", [this] { copyResult(); });
+  copy_ = new PanelButton(PanelButton::Kind::prominent, worded("Copy Result"),
+                          [this] { copyResult(); });
   copy_->setSymbol("doc.on.clipboard");
   add(copy_);
-  setEditButton("Edit Converter…", source_.edit);
+  setEditButton(worded("Edit Converter…"), source_.edit);
   connect(upper_.number, &QLineEdit::textEdited, this,
           [this](const QString& text) { typed(true, text); });
   connect(lower_.number, &QLineEdit::textEdited, this,
@@ -74,7 +76,7 @@ ConverterPanelView::Side ConverterPanelView::makeSide(const QString& name) {
   number->setMaxLength(64);
   number->setFont(panelFont(PanelTextStyle::title));
   auto* unit = new QComboBox;
-  unit->setAccessibleName(name + " unit");
+  unit->setAccessibleName(worded("{name} unit", {{"name", name}}));
   unit->setMinimumHeight(numberHeight);
   unit->setMaxVisibleItems(16);
   unit->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
@@ -87,7 +89,7 @@ void ConverterPanelView::addSides() {
   auto* grid = new QGridLayout(holder);
   grid->setContentsMargins(0, 0, 0, 0);
   grid->setSpacing(8);
-  auto* swap = PanelButton::icon("arrow.up.arrow.down", "Swap", [this] {
+  auto* swap = PanelButton::icon("arrow.up.arrow.down", worded("Swap"), [this] {
     typedIn_ = nullptr;
     source_.change(swapped(source_.settings()));
   });
@@ -195,7 +197,7 @@ void ConverterPanelView::refresh() {
   const ConverterSettings settings = source_.settings();
   const Conversion conversion(settings);
   setTitle(QString::fromStdString(source_.name()));
-  setState(hasCopied_ ? "Copied" : "", State::active);
+  setState(hasCopied_ ? worded("Copied") : "", State::active);
   {
     const QSignalBlocker quiet(category_);
     category_->setCurrentIndex(static_cast<int>(settings.category));
@@ -206,10 +208,11 @@ void ConverterPanelView::refresh() {
   showNumbers(conversion);
   const bool asksForCurrency =
       !isNumber_ && typedIn_ != nullptr && namesCurrency(typedIn_->text().toStdString());
-  const QString trouble = asksForCurrency ? "Currencies are left out: no rates can be relied on."
-                          : !isNumber_    ? "This is not a number."
-                          : conversion.isImpossible()       ? "This is below absolute zero."
-                          : std::isinf(conversion.result()) ? "The result is too large."
+  const QString trouble = asksForCurrency
+                              ? worded("Currencies are left out: no rates can be relied on.")
+                          : !isNumber_                      ? worded("This is not a number.")
+                          : conversion.isImpossible()       ? worded("This is below absolute zero.")
+                          : std::isinf(conversion.result()) ? worded("The result is too large.")
                                                             : "";
   trouble_->setWords(trouble);
   trouble_->setVisible(!trouble.isEmpty());

@@ -2,6 +2,7 @@
 
 #include "TavrinCore/Kinds/Converter/ConverterSettings.h"
 #include "TavrinWidgetsUI/Kit/Views/Utf8.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <algorithm>
 #include <cmath>
@@ -21,8 +22,9 @@ QString numberText(double value, const NumberNotation& notation, int digits) {
 }
 
 QString sentence(const Conversion& conversion, const NumberNotation& notation) {
-  return quantityText(conversion.value, *conversion.from, notation, 6) + " is " +
-         quantityText(conversion.result(), *conversion.to, notation, 6);
+  return worded("{value} is {result}",
+                {{"value", quantityText(conversion.value, *conversion.from, notation, 6)},
+                 {"result", quantityText(conversion.result(), *conversion.to, notation, 6)}});
 }
 
 /// The figure with as many digits as there is room for.
@@ -97,7 +99,8 @@ AnyView converterTileIcon(const ConverterSettings& settings, const NumberNotatio
                   .padding(margin, 0)
                   .fill()
                   .background(rectangle().gradient(converterTint.darker(125), lowerGround))});
-  return tile(upperGround, inner, size).accessibility("Converter", sentence(conversion, notation));
+  return tile(upperGround, inner, size)
+      .accessibility(worded("Converter"), sentence(conversion, notation));
 }
 
 AnyView converterWideTile(const ConverterSettings& settings, const NumberNotation& notation,
@@ -121,8 +124,8 @@ AnyView converterWideTile(const ConverterSettings& settings, const NumberNotatio
                            firstFitting({line(tileDigits), line(shortDigits), line(3)})})
                        .align(Alignment::leading)
                        .spacing(body * 0.06);
-  content.actions.push_back({{"swap", swap}, "arrow.up.arrow.down", "Swap", true});
-  content.label = "Converter";
+  content.actions.push_back({{"swap", swap}, "arrow.up.arrow.down", worded("Swap"), true});
+  content.label = worded("Converter");
   content.value = sentence(conversion, notation);
   return wideTile(content, size);
 }

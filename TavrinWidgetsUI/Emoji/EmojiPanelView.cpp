@@ -7,6 +7,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelGrid.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 #include "TavrinWidgetsUI/Kit/Views/Utf8.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QHBoxLayout>
 #include <QVBoxLayout>
@@ -32,8 +33,9 @@ QString capitalised(QString text) {
 
 EmojiPanelView::EmojiPanelView(const PanelAppearance& appearance, EmojiModel& model, Source source)
     : PanelView(appearance, Width::grids), model_(model), source_(std::move(source)),
-      search_(new PanelSearchField("Search emoji")), tabs_(new PanelGrid("Groups", tabColumns)),
-      grid_(new PanelGrid("Emoji", columns)), empty_(new PanelEmptyState({}, {})),
+      search_(new PanelSearchField(worded("Search emoji"))),
+      tabs_(new PanelGrid(worded("Groups"), tabColumns)),
+      grid_(new PanelGrid(worded("Emoji"), columns)), empty_(new PanelEmptyState({}, {})),
       trouble_(new PanelText({}, PanelTextStyle::trouble)),
       name_(new PanelText({}, PanelTextStyle::secondary)),
       tones_(new EmojiTones([this](EmojiSkinTone tone) { source_.setTone(tone); })) {
@@ -46,8 +48,8 @@ EmojiPanelView::EmojiPanelView(const PanelAppearance& appearance, EmojiModel& mo
   name_->setSingleLine(true);
   add(name_);
   add(tones_);
-  setEditButton("Edit Emoji…", source_.edit);
-  clear_ = new PanelButton(PanelButton::Kind::faint, "Clear Recents", source_.clear);
+  setEditButton(worded("Edit Emoji…"), source_.edit);
+  clear_ = new PanelButton(PanelButton::Kind::faint, worded("Clear Recents"), source_.clear);
   addFooterButton(clear_);
   refresh();
 }
@@ -171,7 +173,7 @@ PanelCell EmojiPanelView::cell(int index, const PanelGrid& grid) {
 PanelCell EmojiPanelView::tab(int index, const PanelGrid& grid) {
   const bool isChosen = search_->text().isEmpty() && group_ == index - 1;
   if (index == 0)
-    return {.name = "Recents", .symbol = "clock", .isChosen = isChosen};
+    return {.name = worded("Recents"), .symbol = "clock", .isChosen = isChosen};
   const auto place = static_cast<std::size_t>(index - 1);
   const auto& groups = model_.table().groups();
   if (place >= groups.size())
@@ -207,15 +209,15 @@ void EmojiPanelView::showWords() {
   search_->setEnabled(hasTable || isReading);
   empty_->setHint({});
   if (isReading) {
-    empty_->setSentence("face.smiling", "Loading emoji");
+    empty_->setSentence("face.smiling", worded("Loading emoji"));
   } else if (!hasTable) {
-    empty_->setSentence("exclamationmark.triangle.fill", "This computer has no emoji data");
-    empty_->setHint("They come with the package unicode-data.");
+    empty_->setSentence("exclamationmark.triangle.fill", worded("This computer has no emoji data"));
+    empty_->setHint(worded("They come with the package unicode-data."));
   } else if (isSearching) {
-    empty_->setSentence("magnifyingglass", "Nothing found");
-    empty_->setHint("Try a different word.");
+    empty_->setSentence("magnifyingglass", worded("Nothing found"));
+    empty_->setHint(worded("Try a different word."));
   } else {
-    empty_->setSentence("clock", "No emoji used yet");
+    empty_->setSentence("clock", worded("No emoji used yet"));
   }
 }
 

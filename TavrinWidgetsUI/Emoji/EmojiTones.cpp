@@ -4,6 +4,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelToolTip.h"
 #include "TavrinWidgetsUI/Kit/Views/Colour.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QHBoxLayout>
 #include <QRadioButton>
@@ -20,19 +21,19 @@ struct Tone {
   QColor colour;
 };
 constexpr std::array<Tone, allCases<EmojiSkinTone>().size()> tones{
-    {{"Standard", QColor(0xFF, 0xCC, 0x22)},
-     {"Light", QColor(0xF7, 0xDE, 0xCE)},
-     {"Medium light", QColor(0xF3, 0xD2, 0xA2)},
-     {"Medium", QColor(0xD5, 0xAB, 0x88)},
-     {"Medium dark", QColor(0xAF, 0x7E, 0x57)},
-     {"Dark", QColor(0x7C, 0x53, 0x3E)}}};
+    {{marked("Standard"), QColor(0xFF, 0xCC, 0x22)},
+     {marked("Light"), QColor(0xF7, 0xDE, 0xCE)},
+     {marked("Medium light"), QColor(0xF3, 0xD2, 0xA2)},
+     {marked("Medium"), QColor(0xD5, 0xAB, 0x88)},
+     {marked("Medium dark"), QColor(0xAF, 0x7E, 0x57)},
+     {marked("Dark"), QColor(0x7C, 0x53, 0x3E)}}};
 
 /// A square of the tone, with a check when it is the chosen one.
 class ToneButton : public QRadioButton {
 public:
   ToneButton(const Tone& tone, QWidget* parent) : QRadioButton(parent), colour_(tone.colour) {
-    setAccessibleName(tone.name);
-    setPlainToolTip(this, tone.name);
+    setAccessibleName(worded(tone.name));
+    setPlainToolTip(this, worded(tone.name));
     setFocusPolicy(Qt::TabFocus);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
   }
@@ -63,8 +64,8 @@ EmojiTones::EmojiTones(std::function<void(EmojiSkinTone)> onChoose)
     : EmojiTones(std::move(onChoose), new QWidget) {}
 
 EmojiTones::EmojiTones(std::function<void(EmojiSkinTone)> onChoose, QWidget* row)
-    : PanelField("Skin tone", row) {
-  setAccessibleName("Skin tone");
+    : PanelField(worded("Skin tone"), row) {
+  setAccessibleName(worded("Skin tone"));
   auto* layout = new QHBoxLayout(row);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(panel::grid / 2);

@@ -1,6 +1,7 @@
 #include "TavrinWidgetsUI/Emoji/EmojiViews.h"
 
 #include "TavrinCore/Kinds/Emoji/EmojiSettings.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <algorithm>
 #include <cmath>
@@ -55,7 +56,7 @@ AnyView emojiTileIcon(const std::vector<Emoji>& recents, EmojiSkinTone tone, Emo
   } else {
     inner = picture(newest, glyphs, side * 0.66);
   }
-  return body(inner, size).accessibility("Emoji", QString::fromStdString(newest));
+  return body(inner, size).accessibility(worded("Emoji"), QString::fromStdString(newest));
 }
 
 AnyView emojiWideTile(const std::vector<Emoji>& recents, EmojiSkinTone tone, EmojiGlyphs& glyphs,
@@ -75,7 +76,7 @@ AnyView emojiWideTile(const std::vector<Emoji>& recents, EmojiSkinTone tone, Emo
       cells.push_back(picture(text, glyphs, cell * 0.8)
                           .frame(room / static_cast<double>(columns), cell)
                           .button({"copy " + text, [copy, emoji] { copy(emoji); }},
-                                  "Copy " + QString::fromStdString(text)));
+                                  worded("Copy {emoji}", {{"emoji", text}})));
     }
     if (!cells.empty())
       rows.push_back(hstack(std::move(cells)).fillWidth());

@@ -8,6 +8,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 #include "TavrinWidgetsUI/Kit/Views/Gauges.h"
 #include "TavrinWidgetsUI/Kit/Views/Utf8.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <algorithm>
 #include <cmath>
@@ -24,24 +25,26 @@ QString speedText(double speed) {
 
 QString spoken(const FanStatus& status) {
   if (!status.hasFans)
-    return "No fans";
-  return speedText(status.speed) + " revolutions per minute" +
-         (status.isFull ? ", full speed" : "");
+    return worded("No fans");
+  const auto speed = speedText(status.speed);
+  return status.isFull ? worded("{speed} revolutions per minute, full speed", {{"speed", speed}})
+                       : worded("{speed} revolutions per minute", {{"speed", speed}});
 }
 
 std::string wordsFor(const FanSwitch& fans) {
   if (fans.isFull())
-    return "The fans stay at their maximum.";
+    return translated("The fans stay at their maximum.");
   switch (fans.status()) {
   case Status::notRegistered:
-    return "The first time, {macOS} asks you to allow a helper that runs as administrator. Only it "
-           "can change the fans.";
+    return translated(
+        "The first time, {macOS} asks you to allow a helper that runs as administrator. Only it "
+        "can change the fans.");
   case Status::needsApproval:
-    return "Allow Tavrin under Login Items in System Settings, then switch again.";
+    return translated("Allow Tavrin under Login Items in System Settings, then switch again.");
   case Status::ready:
     break;
   }
-  return "{macOS} decides how fast they turn.";
+  return translated("{macOS} decides how fast they turn.");
 }
 
 AnyView gauge(const FanStatus& status, double side, const QColor& ground) {
@@ -77,12 +80,12 @@ FanStatus FanStatus::of(const FanSwitch& fans) {
 AnyView fanTileIcon(const FanStatus& status, const TileSize& size) {
   if (!status.hasFans || size.side < 84)
     return tile(palette::ground, gauge(status, size.body() * 0.82, palette::ground), size)
-        .accessibility("Fans", spoken(status));
+        .accessibility(worded("Fans"), spoken(status));
   TileContent content;
   content.mark = gauge(status, size.body() * 0.46, palette::ground);
   content.markRatio = 0.46;
-  content.caption = speedText(status.speed) + " rpm";
-  return tile(content, size).accessibility("Fans", spoken(status));
+  content.caption = worded("{speed} rpm", {{"speed", speedText(status.speed)}});
+  return tile(content, size).accessibility(worded("Fans"), spoken(status));
 }
 
 AnyView fanWideTile(const QString& name, const FanStatus& status, const TileSize& size,
@@ -90,11 +93,12 @@ AnyView fanWideTile(const QString& name, const FanStatus& status, const TileSize
   WideTileContent content;
   content.tint = palette::orange;
   content.mark = gauge(status, size.body() * 0.6, palette::ground);
-  content.caption = status.hasFans && size.span > 2 ? name + " · rpm" : name;
+  content.caption =
+      status.hasFans && size.span > 2 ? worded("{name} · rpm", {{"name", name}}) : name;
   if (status.hasFans)
     content.figure = speedText(status.speed);
   else
-    content.middle = text(status.hasRead ? "No fans" : "Fans")
+    content.middle = text(status.hasRead ? worded("No fans") : worded("Fans"))
                          .size(size.words(0.24))
                          .weight(FontWeight::semibold)
                          .colour(palette::caption());
@@ -102,7 +106,7 @@ AnyView fanWideTile(const QString& name, const FanStatus& status, const TileSize
   if (status.hasFans)
     content.actions = {{{status.isFull ? "automatic" : "full", toggle},
                         status.isFull ? "arrow.counterclockwise" : "wind",
-                        status.isFull ? "Automatic" : "Full Speed",
+                        status.isFull ? worded("Automatic") : worded("Full Speed"),
                         status.isFull}};
   content.label = name;
   content.value = spoken(status);
@@ -113,38 +117,40 @@ FanPanelView::FanPanelView(const PanelAppearance& appearance, FanSwitch& fans,
                            std::function<QString()> name, std::function<void()> onEdit,
                            Control control)
     : PanelView(appearance), fans_(fans), name_(std::move(name)), control_(control),
-      list_(new PanelList("Fans")), full_(new PanelSwitch("Full speed")),
+      list_(new PanelList(worded("Fans"))), full_(new PanelSwitch(worded("Full speed"))),
       words_(new PanelText({}, PanelTextStyle::secondary)),
       trouble_(new PanelText({}, PanelTextStyle::trouble)),
-      settings_(new PanelButton(PanelButton::Kind::quiet, "Open System Settings",
+      settings_(new PanelButton(PanelButton::Kind::quiet, worded("Open System Settings"),
                                 [this] { fans_.openApprovalSettings(); })),
-      none_(new PanelEmptyState("fanblades.fill", utf8(localSentence("This {Mac} has no fans.")))) {
+      none_(new PanelEmptyState("fanblades.fill",
+                                utf8(localSentence(translated("This {Mac} has no fans."))))) {
   list_->setReadOnly(true);
   list_->setMaximumVisibleRows(visibleFans);
   full_->onChange = [this](bool on) { fans_.setFull(on); };
   for (QWidget* widget :
        std::initializer_list<QWidget*>{none_, list_, full_, words_, trouble_, settings_})
     add(widget);
-  setEditButton("Edit Fans…", std::move(onEdit));
+  setEditButton(worded("Edit Fans…"), std::move(onEdit));
   refresh();
 }
 
 void FanPanelView::refresh() {
   setTitle(name_());
-  setState(fans_.isBusy()   ? "Switching…"
-           : fans_.isFull() ? "Full speed"
-                            : "",
+  setState(fans_.isBusy()   ? worded("Switching…")
+           : fans_.isFull() ? worded("Full speed")
+                            : QString(),
            fans_.isFull() ? State::active : State::plain);
   std::vector<PanelRow> rows;
   for (const auto& fan : fans_.readings()) {
     PanelRow row;
     row.id = QString::number(fan.index);
-    row.title = QStringLiteral("Fan %1").arg(fan.index + 1);
+    row.title = worded("Fan {number}", {{"number", fan.index + 1}});
     row.symbol = "fanblades.fill";
     row.trailing = speedText(fan.current);
-    row.unit = "rpm";
+    row.unit = worded("rpm");
     if (fan.maximum > 0)
-      row.subtitle = speedText(fan.minimum) + " to " + speedText(fan.maximum);
+      row.subtitle = worded("{least} to {most}",
+                            {{"least", speedText(fan.minimum)}, {"most", speedText(fan.maximum)}});
     rows.push_back(std::move(row));
   }
   const bool hasFans = !rows.empty();
@@ -156,7 +162,7 @@ void FanPanelView::refresh() {
   full_->setOn(fans_.isFull());
   full_->setEnabled(!fans_.isBusy());
   words_->setWords(isHere ? utf8(localSentence(wordsFor(fans_)))
-                          : QString("Full speed is switched from Tavrin's own Dock."));
+                          : worded("Full speed is switched from Tavrin's own Dock."));
   words_->setVisible(hasFans);
   settings_->setVisible(hasFans && isHere && fans_.status() == Status::needsApproval);
   trouble_->setWords(QString::fromStdString(fans_.trouble()));

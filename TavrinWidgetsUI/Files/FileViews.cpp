@@ -1,4 +1,5 @@
 #include "TavrinWidgetsUI/Files/FileViews.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <algorithm>
 
@@ -54,14 +55,15 @@ AnyView emptyMark(const FilesReading& reading, double side) {
 
 QString stateWords(const FilesReading& reading) {
   if (!reading.isKnown)
-    return QStringLiteral("Looking");
+    return worded("Looking");
   if (reading.hasTrouble)
-    return QStringLiteral("Cannot be listed");
+    return worded("Cannot be listed");
   if (reading.files.empty())
-    return reading.unfinished > 0 ? QStringLiteral("Downloading") : QStringLiteral("No files");
+    return reading.unfinished > 0 ? worded("Downloading") : worded("No files");
   QString words = reading.files.front().title;
   if (reading.unseen > 0)
-    words += QStringLiteral(", %1 new").arg(unseenText(reading.unseen, reading.hasMoreUnseen));
+    words += ", " + worded("{unseen} new",
+                           {{"unseen", unseenText(reading.unseen, reading.hasMoreUnseen)}});
   return words;
 }
 
@@ -90,7 +92,8 @@ AnyView filesTileIcon(const FilesReading& reading, const TileSize& size) {
     layers.push_back(badge(unseenText(reading.unseen, reading.hasMoreUnseen), body)
                          .padding(Insets{0, body * 0.05, body * 0.05, 0})
                          .fill(Alignment::topTrailing));
-  return tile(ground, zstack(std::move(layers)), size).accessibility("Files", stateWords(reading));
+  return tile(ground, zstack(std::move(layers)), size)
+      .accessibility(worded("Files"), stateWords(reading));
 }
 
 AnyView filesWideTile(const FilesReading& reading, const TileSize& size,
@@ -100,7 +103,7 @@ AnyView filesWideTile(const FilesReading& reading, const TileSize& size,
   content.ground = ground;
   content.groundEnd = groundEnd;
   content.tint = filesTint;
-  content.label = QStringLiteral("Files");
+  content.label = worded("Files");
   content.value = stateWords(reading);
   const QColor quiet = palette::caption(mix(ground, groundEnd, 0.5));
   if (reading.files.empty() || reading.hasTrouble) {
@@ -112,12 +115,13 @@ AnyView filesWideTile(const FilesReading& reading, const TileSize& size,
   content.mark = fan(reading, body * 0.6);
   QStringList about{newest.moment};
   if (reading.unseen > 0)
-    about.prepend(QStringLiteral("%1 new").arg(unseenText(reading.unseen, reading.hasMoreUnseen)));
+    about.prepend(
+        worded("{unseen} new", {{"unseen", unseenText(reading.unseen, reading.hasMoreUnseen)}}));
   // A figure is never cut.
   if (size.span > about.size() + 1)
     about << newest.bytes;
   if (reading.unfinished > 0)
-    about = {QStringLiteral("Downloading %1").arg(reading.unfinished)};
+    about = {worded("Downloading {count}", {{"count", reading.unfinished}})};
   content.middle =
       vstack({text(newest.title)
                   .size(size.words(0.22))
@@ -126,7 +130,8 @@ AnyView filesWideTile(const FilesReading& reading, const TileSize& size,
               text(about.join(QStringLiteral(" · "))).size(size.words(0.17)).colour(quiet)})
           .align(Alignment::leading)
           .spacing(body * 0.05);
-  content.actions.push_back({{"open", open}, "arrow.up.right", "Open " + newest.title, false});
+  content.actions.push_back(
+      {{"open", open}, "arrow.up.right", worded("Open {name}", {{"name", newest.title}}), false});
   return wideTile(content, size);
 }
 

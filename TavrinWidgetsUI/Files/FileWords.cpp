@@ -1,6 +1,7 @@
 #include "TavrinWidgetsUI/Files/FileWords.h"
 
 #include "TavrinCore/Kinds/Clipboard/ClipboardItem.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QDateTime>
 #include <QLocale>
@@ -172,7 +173,7 @@ QString momentText(Date date, Date now) {
   if (then.date() == today)
     return locale.toString(then.time(), QLocale::ShortFormat);
   if (then.date().addDays(1) == today)
-    return QStringLiteral("Yesterday");
+    return worded("Yesterday");
   return locale.toString(then.date(), QLocale::ShortFormat);
 }
 

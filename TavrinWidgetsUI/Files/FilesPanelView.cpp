@@ -5,6 +5,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelUndo.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QLocale>
 
@@ -21,15 +22,15 @@ enum RowAction { reveal, moveToTrash };
 FilesPanelView::FilesPanelView(const PanelAppearance& appearance, FileRoll& roll,
                                FilePanelServices services)
     : PanelView(appearance, Width::lists), roll_(roll), services_(std::move(services)),
-      trouble_(new PanelText({}, PanelTextStyle::trouble)), list_(new PanelList("Files")),
+      trouble_(new PanelText({}, PanelTextStyle::trouble)), list_(new PanelList(worded("Files"))),
       empty_(new PanelEmptyState("folder.fill", {})) {
   add(trouble_);
   makeList();
   add(empty_);
-  setEditButton("Edit Files…", services_.edit);
+  setEditButton(worded("Edit Files…"), services_.edit);
   undo_ = new PanelUndo([this] { services_.undo(); });
   addFooterButton(undo_);
-  openFolder_ = new PanelButton(PanelButton::Kind::faint, "Open Folder", [this] {
+  openFolder_ = new PanelButton(PanelButton::Kind::faint, worded("Open Folder"), [this] {
     if (!roll_.folders().empty())
       services_.open(roll_.folders().front().path);
   });
@@ -70,7 +71,7 @@ PanelRow FilesPanelView::makeRow(const FolderFile& file) {
   const QString place = roll_.folders().size() > 1 ? fileTitle(file.path.parent_path()) : QString();
   PanelRow row = fileRow(file, roll_.picture(file), place, services_.clock.now());
   row.isNew = roll_.isMarked(file);
-  row.actions = {{"folder.fill", "Show in Folder"}, {"trash", "Move to Trash"}};
+  row.actions = {{"folder.fill", worded("Show in Folder")}, {"trash", worded("Move to Trash")}};
   return row;
 }
 
@@ -93,9 +94,11 @@ void FilesPanelView::showWords() {
   for (const FolderFile& file : shown_)
     marked += roll_.isMarked(file) ? 1 : 0;
   const auto unfinished = roll_.unfinished();
-  setState(unfinished > 0 ? QStringLiteral("%1 downloading").arg(unfinished)
-           : marked > 0   ? QStringLiteral("%1 new").arg(unseenText(marked, roll_.hasMoreMarked()))
-                          : QString(),
+  setState(unfinished > 0 ? wordedPlural("{count} downloading", "{count} downloading",
+                                         static_cast<long long>(unfinished))
+           : marked > 0
+               ? worded("{unseen} new", {{"unseen", unseenText(marked, roll_.hasMoreMarked())}})
+               : QString(),
            unfinished > 0 ? State::active : State::plain);
   list_->setVisible(!shown_.empty());
   empty_->setVisible(shown_.empty());
@@ -107,19 +110,20 @@ void FilesPanelView::showWords() {
           : QString::fromStdString(shownFolder(roll_.folders().front().path, services_.home));
   empty_->setTrouble(false);
   if (!roll_.isKnown()) {
-    empty_->setSentence("folder.fill", "Looking for files");
+    empty_->setSentence("folder.fill", worded("Looking for files"));
     empty_->setHint({});
   } else if (trouble == nullptr) {
-    empty_->setSentence("folder.fill", unfinished > 0 ? "Nothing finished yet" : "No files yet");
-    empty_->setHint(QStringLiteral("New files in %1 show up here.").arg(folder));
+    empty_->setSentence("folder.fill",
+                        unfinished > 0 ? worded("Nothing finished yet") : worded("No files yet"));
+    empty_->setHint(worded("New files in {folder} show up here.", {{"folder", folder}}));
   } else if (trouble->state == FolderListing::State::missing) {
-    empty_->setSentence("folder.fill", QStringLiteral("There is no folder %1").arg(folder));
-    empty_->setHint("Once it is there, its files show up here.");
+    empty_->setSentence("folder.fill", worded("There is no folder {folder}", {{"folder", folder}}));
+    empty_->setHint(worded("Once it is there, its files show up here."));
   } else {
     empty_->setTrouble(true);
     empty_->setSentence("exclamationmark.triangle.fill",
-                        QStringLiteral("%1 cannot be read").arg(folder));
-    empty_->setHint("You may not look into this folder.");
+                        worded("{folder} cannot be read", {{"folder", folder}}));
+    empty_->setHint(worded("You may not look into this folder."));
   }
 }
 

@@ -8,6 +8,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 #include "TavrinWidgetsUI/Kit/Pictures/Thumbnail.h"
 #include "TavrinWidgetsUI/Kit/Views/PlainWords.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -25,16 +26,17 @@ constexpr std::size_t longestText = 16 * 1024;
 QuickLook::QuickLook(RunLoop& runLoop, int width, QWidget* parent)
     : QWidget(parent), runLoop_(runLoop), width_(width),
       title_(new PanelText({}, PanelTextStyle::body)), picture_(new QLabel),
-      text_(new PanelTextEdit("Beginning of the file", {})), nothing_(new PanelEmptyState({}, {})) {
+      text_(new PanelTextEdit(worded("Beginning of the file"), {})),
+      nothing_(new PanelEmptyState({}, {})) {
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(8);
   auto* row = new QHBoxLayout;
   row->setSpacing(4);
-  row->addWidget(PanelButton::icon("chevron.left", "Back", [this] { onBack(); }));
+  row->addWidget(PanelButton::icon("chevron.left", worded("Back"), [this] { onBack(); }));
   title_->setSingleLine(true);
   row->addWidget(title_, 1);
-  row->addWidget(PanelButton::icon("arrow.up.right", "Open", [this] { onOpen(file_); }));
+  row->addWidget(PanelButton::icon("arrow.up.right", worded("Open"), [this] { onOpen(file_); }));
   column->addLayout(row);
   picture_->setAlignment(Qt::AlignCenter);
   picture_->setMinimumSize(1, 1);
@@ -66,7 +68,7 @@ QuickLook::Contents QuickLook::read(const std::filesystem::path& file, int pixel
 void QuickLook::lookAt(const std::filesystem::path& file) {
   file_ = file;
   title_->setWords(fileTitle(file));
-  nothing_->setSentence("eye", "Reading");
+  nothing_->setSentence("eye", worded("Reading"));
   picture_->hide();
   text_->hide();
   nothing_->show();
@@ -96,7 +98,7 @@ void QuickLook::showContents(const Contents& contents) {
     text_->setText(*contents.text);
     text_->setFocus();
   } else {
-    nothing_->setSentence("eye", "There is no quick look for this file");
+    nothing_->setSentence("eye", worded("There is no quick look for this file"));
   }
 }
 

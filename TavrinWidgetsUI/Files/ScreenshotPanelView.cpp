@@ -6,6 +6,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelGrid.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelUndo.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QHBoxLayout>
 #include <algorithm>
@@ -23,7 +24,7 @@ ScreenshotPanelView::ScreenshotPanelView(const PanelAppearance& appearance, Scre
                                          FilePanelServices services)
     : PanelView(appearance, Width::grids), roll_(roll), services_(std::move(services)),
       trouble_(new PanelText({}, PanelTextStyle::trouble)),
-      grid_(new PanelGrid("Screenshots", columns)),
+      grid_(new PanelGrid(worded("Screenshots"), columns)),
       chosenAbout_(new PanelText({}, PanelTextStyle::body)),
       chosenName_(new PanelText({}, PanelTextStyle::caption)), actions_(new QWidget),
       empty_(new PanelEmptyState("photo", {})) {
@@ -31,10 +32,10 @@ ScreenshotPanelView::ScreenshotPanelView(const PanelAppearance& appearance, Scre
   makeGrid();
   makeActions();
   add(empty_);
-  setEditButton("Edit Screenshots…", services_.edit);
+  setEditButton(worded("Edit Screenshots…"), services_.edit);
   undo_ = new PanelUndo([this] { services_.undo(); });
   addFooterButton(undo_);
-  openFolder_ = new PanelButton(PanelButton::Kind::faint, "Open Folder", [this] {
+  openFolder_ = new PanelButton(PanelButton::Kind::faint, worded("Open Folder"), [this] {
     if (!roll_.folder().empty())
       services_.open(roll_.folder());
   });
@@ -45,7 +46,8 @@ ScreenshotPanelView::ScreenshotPanelView(const PanelAppearance& appearance, Scre
 void ScreenshotPanelView::makeGrid() {
   grid_->setMaximumVisibleRows(visibleRows);
   grid_->setOpensOnDoubleClick(true);
-  grid_->setActions({"Open", "Copy", "Show in Folder", "Move to Trash"});
+  grid_->setActions(
+      {worded("Open"), worded("Copy"), worded("Show in Folder"), worded("Move to Trash")});
   grid_->onOpen = [this](int) { act(services_.open); };
   grid_->onCopy = [this](int) { act(services_.copy); };
   grid_->onRemove = [this](int) { act(services_.moveToTrash); };
@@ -74,12 +76,13 @@ void ScreenshotPanelView::makeActions() {
   words->addWidget(chosenName_);
   row->addLayout(words, 1);
   row->addWidget(
-      PanelButton::icon("trash", "Move to Trash", [this] { act(services_.moveToTrash); }));
+      PanelButton::icon("trash", worded("Move to Trash"), [this] { act(services_.moveToTrash); }));
+  row->addWidget(PanelButton::icon("folder.fill", worded("Show in Folder"),
+                                   [this] { act(services_.reveal); }));
   row->addWidget(
-      PanelButton::icon("folder.fill", "Show in Folder", [this] { act(services_.reveal); }));
-  row->addWidget(PanelButton::icon("arrow.up.right", "Open", [this] { act(services_.open); }));
-  auto* copy =
-      new PanelButton(PanelButton::Kind::prominent, "Copy", [this] { act(services_.copy); });
+      PanelButton::icon("arrow.up.right", worded("Open"), [this] { act(services_.open); }));
+  auto* copy = new PanelButton(PanelButton::Kind::prominent, worded("Copy"),
+                               [this] { act(services_.copy); });
   row->addWidget(copy);
   add(actions_);
 }
@@ -149,18 +152,19 @@ void ScreenshotPanelView::showWords() {
   openFolder_->setVisible(roll_.isKnown() && roll_.state() == FolderListing::State::listed);
   empty_->setTrouble(false);
   if (!roll_.isKnown()) {
-    empty_->setSentence("photo", "Looking for screenshots");
+    empty_->setSentence("photo", worded("Looking for screenshots"));
     empty_->setHint({});
   } else if (roll_.state() == FolderListing::State::missing) {
-    empty_->setSentence("folder.fill", "There is no folder " + folder);
-    empty_->setHint("Once it is there, its pictures show up here.");
+    empty_->setSentence("folder.fill", worded("There is no folder {folder}", {{"folder", folder}}));
+    empty_->setHint(worded("Once it is there, its pictures show up here."));
   } else if (roll_.state() == FolderListing::State::unreadable) {
     empty_->setTrouble(true);
-    empty_->setSentence("exclamationmark.triangle.fill", folder + " cannot be read");
-    empty_->setHint("You may not look into this folder.");
+    empty_->setSentence("exclamationmark.triangle.fill",
+                        worded("{folder} cannot be read", {{"folder", folder}}));
+    empty_->setHint(worded("You may not look into this folder."));
   } else {
-    empty_->setSentence("photo", "No screenshots yet");
-    empty_->setHint("New pictures in " + folder + " show up here.");
+    empty_->setSentence("photo", worded("No screenshots yet"));
+    empty_->setHint(worded("New pictures in {folder} show up here.", {{"folder", folder}}));
   }
 }
 

@@ -1,4 +1,5 @@
 #include "TavrinWidgetsUI/Files/ScreenshotViews.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <algorithm>
 #include <fmt/format.h>
@@ -71,13 +72,13 @@ AnyView stateMark(const ScreenshotReading& reading, double side) {
 
 QString spokenState(const ScreenshotReading& reading) {
   if (!reading.isKnown)
-    return QStringLiteral("Looking");
+    return worded("Looking");
   if (reading.state == FolderListing::State::missing)
-    return QStringLiteral("Folder missing");
+    return worded("Folder missing");
   if (reading.state == FolderListing::State::unreadable)
-    return QStringLiteral("Cannot be read");
+    return worded("Cannot be read");
   if (reading.shots.empty())
-    return QStringLiteral("No screenshots");
+    return worded("No screenshots");
   const auto& newest = reading.shots.front();
   return QString::fromStdString(newest.name) + ", " + newest.moment;
 }
@@ -96,7 +97,7 @@ AnyView screenshotTileIcon(const ScreenshotReading& reading, const TileSize& siz
                             ? stateMark(reading, body * 0.36)
                             : shotView(reading.shots.front(), shot, shot, body * 0.07);
   return onGround(zstack({inner, corners(0.24, 0.055).frame(frame, frame)}).fill(), size)
-      .accessibility("Screenshots", spokenState(reading));
+      .accessibility(worded("Screenshots"), spokenState(reading));
 }
 
 AnyView screenshotWideTile(const ScreenshotReading& reading, const TileSize& size,
@@ -111,10 +112,10 @@ AnyView screenshotWideTile(const ScreenshotReading& reading, const TileSize& siz
     content.groundEnd = groundEnd;
     content.mark = zstack(
         {stateMark(reading, body * 0.3), corners(0.26, 0.07).frame(body * 0.56, body * 0.56)});
-    content.caption = reading.isKnown ? QString() : QStringLiteral("Screenshots");
+    content.caption = reading.isKnown ? QString() : worded("Screenshots");
     content.middle =
         text(spokenState(reading)).size(size.words(0.19)).colour(palette::caption(ground)).lines(2);
-    content.label = QStringLiteral("Screenshots");
+    content.label = worded("Screenshots");
     content.value = spokenState(reading);
     return wideTile(content, size);
   }
@@ -132,24 +133,25 @@ AnyView screenshotWideTile(const ScreenshotReading& reading, const TileSize& siz
              ? picture.overlay(corners(0.26, 0.06).frame(width + body * 0.09, height + body * 0.09))
              : picture)
             .button({fmt::format("open{}", i), [open, i] { open(i); }},
-                    "Open " + QString::fromStdString(shot.name)));
+                    worded("Open {name}", {{"name", shot.name}})));
   }
   // Where there are few, there is room to say when.
   const double left = room - (width + gap) * double(row.size());
   if (left > body * 0.7) {
     const auto& newest = reading.shots.front();
-    row.push_back(vstack({text("Newest").size(size.words(0.17)).colour(palette::caption(ground)),
-                          text(newest.moment)
-                              .size(size.words(0.22))
-                              .weight(FontWeight::semibold)
-                              .colour(palette::figure(ground))})
-                      .align(Alignment::leading)
-                      .spacing(body * 0.04)
-                      .padding(Insets{body * 0.06, 0, 0, 0}));
+    row.push_back(
+        vstack({text(worded("Newest")).size(size.words(0.17)).colour(palette::caption(ground)),
+                text(newest.moment)
+                    .size(size.words(0.22))
+                    .weight(FontWeight::semibold)
+                    .colour(palette::figure(ground))})
+            .align(Alignment::leading)
+            .spacing(body * 0.04)
+            .padding(Insets{body * 0.06, 0, 0, 0}));
   }
   return onGround(hstack(std::move(row)).spacing(gap).fill(Alignment::leading).padding(padding, 0),
                   size)
-      .background(AnyView().fill().accessibility("Screenshots", spokenState(reading)));
+      .background(AnyView().fill().accessibility(worded("Screenshots"), spokenState(reading)));
 }
 
 } // namespace tavrin

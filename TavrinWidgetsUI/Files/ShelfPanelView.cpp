@@ -5,6 +5,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelToolTip.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <algorithm>
 
@@ -20,8 +21,9 @@ constexpr int contentWidth = 288;
 ShelfPanelView::ShelfPanelView(const PanelAppearance& appearance, ShelfModel& model,
                                Services services)
     : PanelView(appearance, Width::lists), model_(model), services_(std::move(services)),
-      list_(new PanelList("Shelf")), quickLook_(new QuickLook(services_.runLoop, contentWidth)),
-      empty_(new PanelEmptyState("tray.full.fill", "Nothing on the shelf")) {
+      list_(new PanelList(worded("Shelf"))),
+      quickLook_(new QuickLook(services_.runLoop, contentWidth)),
+      empty_(new PanelEmptyState("tray.full.fill", worded("Nothing on the shelf"))) {
   makeList();
   quickLook_->onBack = [this] { lookAway(); };
   quickLook_->onOpen = [this](const auto& file) {
@@ -30,18 +32,19 @@ ShelfPanelView::ShelfPanelView(const PanelAppearance& appearance, ShelfModel& mo
   };
   quickLook_->hide();
   add(quickLook_);
-  empty_->setHint("Drop files on the tile and they wait here until you need them.");
+  empty_->setHint(worded("Drop files on the tile and they wait here until you need them."));
   add(empty_);
-  setEditButton("Edit Shelf…", services_.edit);
-  copyAll_ = new PanelButton(PanelButton::Kind::faint, "Copy All", [this] {
+  setEditButton(worded("Edit Shelf…"), services_.edit);
+  copyAll_ = new PanelButton(PanelButton::Kind::faint, worded("Copy All"), [this] {
     std::vector<std::filesystem::path> there;
     for (const ShelfItem& item : model_.items())
       if (!item.isMissing)
         there.push_back(item.path);
     services_.copy(there);
   });
-  clear_ = new PanelButton(PanelButton::Kind::faint, "Clear", [this] { services_.clear(); });
-  setPlainToolTip(clear_, "Takes everything off the shelf; the files stay where they are");
+  clear_ =
+      new PanelButton(PanelButton::Kind::faint, worded("Clear"), [this] { services_.clear(); });
+  setPlainToolTip(clear_, worded("Takes everything off the shelf; the files stay where they are"));
   addFooterButton(copyAll_);
   addFooterButton(clear_);
   refresh();
@@ -96,12 +99,13 @@ PanelRow ShelfPanelView::makeRow(const ShelfItem& item) {
     row.isFileName = true;
     row.symbol = item.isMissing ? QStringLiteral("exclamationmark.triangle.fill")
                                 : fileSymbol(fileKind(item.path.filename().native()));
-    row.subtitle = item.isMissing ? "Missing · was in " + folder : folder;
+    row.subtitle =
+        item.isMissing ? worded("Missing · was in {folder}", {{"folder", folder}}) : folder;
     row.isDone = item.isMissing;
   }
   if (!item.isMissing)
-    row.actions = {{"eye", "Quick Look"}, {"folder.fill", "Show in Folder"}};
-  row.actions.push_back({"xmark", "Take Off", item.isMissing});
+    row.actions = {{"eye", worded("Quick Look")}, {"folder.fill", worded("Show in Folder")}};
+  row.actions.push_back({"xmark", worded("Take Off"), item.isMissing});
   return row;
 }
 
@@ -112,9 +116,9 @@ void ShelfPanelView::act(int row, int action) {
     return;
   const auto path = item->path;
   const QString name = actions[static_cast<std::size_t>(action)].name;
-  if (name == "Quick Look")
+  if (name == worded("Quick Look"))
     look(row);
-  else if (name == "Show in Folder")
+  else if (name == worded("Show in Folder"))
     services_.reveal(path);
   else
     services_.remove(path);
@@ -152,10 +156,11 @@ void ShelfPanelView::refresh() {
   list_->setRows(std::move(rows));
   const auto count = model_.items().size();
   const auto missing = model_.missingCount();
-  setState(missing > 0  ? QStringLiteral("%1 missing").arg(missing)
-           : count == 0 ? QString()
-           : count == 1 ? QStringLiteral("1 item")
-                        : QStringLiteral("%1 items").arg(count),
+  setState(missing > 0
+               ? wordedPlural("{count} missing", "{count} missing", static_cast<long long>(missing))
+           : count == 0
+               ? QString()
+               : wordedPlural("{count} item", "{count} items", static_cast<long long>(count)),
            missing > 0 ? State::trouble : State::plain);
   // What is being looked at may have gone.
   if (isLooking_ && std::ranges::find(model_.items(), quickLook_->file(), &ShelfItem::path) ==

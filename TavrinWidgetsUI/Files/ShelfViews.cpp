@@ -1,4 +1,5 @@
 #include "TavrinWidgetsUI/Files/ShelfViews.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <algorithm>
 
@@ -66,11 +67,12 @@ AnyView emptyPlace(double side) {
 
 QString spokenState(const ShelfReading& reading) {
   if (reading.count == 0)
-    return QStringLiteral("Empty");
+    return worded("Empty");
   QString words =
-      reading.count == 1 ? QStringLiteral("1 item") : QStringLiteral("%1 items").arg(reading.count);
+      wordedPlural("{count} item", "{count} items", static_cast<long long>(reading.count));
   if (reading.missing > 0)
-    words += QStringLiteral(", %1 missing").arg(reading.missing);
+    words += ", " + wordedPlural("{count} missing", "{count} missing",
+                                 static_cast<long long>(reading.missing));
   return words;
 }
 
@@ -92,7 +94,8 @@ AnyView shelfTileIcon(const ShelfReading& reading, const TileSize& size) {
         figure.padding(Insets{0, body * 0.06, body * 0.12, 0}).fill(Alignment::topTrailing));
   }
   layers.push_back(plank(size));
-  return tile(wall, zstack(std::move(layers)), size).accessibility("Shelf", spokenState(reading));
+  return tile(wall, zstack(std::move(layers)), size)
+      .accessibility(worded("Shelf"), spokenState(reading));
 }
 
 AnyView shelfWideTile(const ShelfReading& reading, const TileSize& size) {
@@ -102,7 +105,7 @@ AnyView shelfWideTile(const ShelfReading& reading, const TileSize& size) {
   if (reading.count == 0) {
     layers.push_back(
         hstack({emptyPlace(body * 0.42),
-                text("Drop files").size(size.words(0.2)).colour(palette::caption(wall))})
+                text(worded("Drop files")).size(size.words(0.2)).colour(palette::caption(wall))})
             .spacing(body * 0.16)
             .padding(Insets{inset, 0, inset, body * (1 - boardTop + 0.08)})
             .fill(Alignment::bottomLeading));
@@ -118,7 +121,8 @@ AnyView shelfWideTile(const ShelfReading& reading, const TileSize& size) {
                          .fill(Alignment::trailing));
   }
   layers.push_back(plank(size));
-  return tile(wall, zstack(std::move(layers)), size).accessibility("Shelf", spokenState(reading));
+  return tile(wall, zstack(std::move(layers)), size)
+      .accessibility(worded("Shelf"), spokenState(reading));
 }
 
 } // namespace tavrin

@@ -5,6 +5,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewWidget.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QDate>
 #include <QLocale>
@@ -52,7 +53,7 @@ GitHubPanelView::GitHubPanelView(const PanelAppearance& appearance, GitHubModel&
     : PanelView(appearance,
                 model.settings().shows == GitHubShows::contributions ? Width::grids : Width::lists),
       model_(model), state_(new PanelEmptyState("arrow.triangle.pull", {})),
-      list_(new PanelList("Items")), grid_(new ViewWidget(QSizeF(gridWidth, gridHeight))),
+      list_(new PanelList(worded("Items"))), grid_(new ViewWidget(QSizeF(gridWidth, gridHeight))),
       figures_(new ViewWidget(QSizeF(gridWidth, figuresHeight))),
       remark_(new PanelText({}, PanelTextStyle::caption)) {
   list_->setTall(true);
@@ -65,7 +66,7 @@ GitHubPanelView::GitHubPanelView(const PanelAppearance& appearance, GitHubModel&
   add(grid_);
   add(figures_);
   add(remark_);
-  setEditButton("Edit GitHub…", std::move(onEdit));
+  setEditButton(worded("Edit GitHub…"), std::move(onEdit));
   refresh();
 }
 
@@ -78,11 +79,11 @@ void GitHubPanelView::refresh() {
   const auto failing = GitHubBoard::failing(model_.items());
   // The first time the panel's middle says it.
   if (model_.isLoading() && (model_.hasRead() || trouble))
-    setState("Asking GitHub");
+    setState(worded("Asking GitHub"));
   else if (trouble && model_.hasRead())
     setState(shortText(*trouble), State::trouble);
   else
-    setState(failing > 0 ? failingText(failing).trimmed() : QString(),
+    setState(failing > 0 ? failingText(failing) : QString(),
              failing > 0 ? State::trouble : State::plain);
   list_->setVisible(hasList);
   grid_->setVisible(hasGrid);
@@ -111,15 +112,17 @@ void GitHubPanelView::showContributions() {
   const QLocale locale;
   grid_->setView(
       ContributionGrid::of(contributions, gridWeeks, colours().control, colours().ground).view());
-  grid_->setName(QStringLiteral("%1 contributions in the last year")
-                     .arg(locale.toString(contributions.total)));
+  grid_->setName(worded("{count} contributions in the last year",
+                        {{"count", locale.toString(contributions.total)}}));
   const auto busiest = contributions.busiest();
-  figures_->setView(
-      hstack({figure(locale.toString(contributions.total), "In the last year", colours()),
-              figure(locale.toString(contributions.streak()),
-                     contributions.streak() == 1 ? "Day in a row" : "Days in a row", colours()),
-              figure(busiest ? locale.toString(busiest->count) : "0",
-                     busiest ? "Busiest, " + dayText(busiest->date) : "Busiest day", colours())}));
+  figures_->setView(hstack(
+      {figure(locale.toString(contributions.total), worded("In the last year"), colours()),
+       figure(locale.toString(contributions.streak()),
+              wordedPlural("Day in a row", "Days in a row", contributions.streak()), colours()),
+       figure(busiest ? locale.toString(busiest->count) : "0",
+              busiest ? worded("Busiest, {day}", {{"day", dayText(busiest->date)}})
+                      : worded("Busiest day"),
+              colours())}));
 }
 
 void GitHubPanelView::showState() {
@@ -130,22 +133,25 @@ void GitHubPanelView::showState() {
   state_->setStep({}, {});
   if (!isTrouble) {
     state_->setSentence(model_.hasRead() ? "checkmark.circle" : "arrow.triangle.pull",
-                        model_.hasRead() ? nothingText : "Asking GitHub");
+                        model_.hasRead() ? worded(nothingText) : worded("Asking GitHub"));
     return;
   }
-  state_->setStep("Try Again", [this] { model_.refresh(); });
+  state_->setStep(worded("Try Again"), [this] { model_.refresh(); });
   switch (trouble->kind) {
   case Kind::toolMissing:
-    state_->setSentence("questionmark.square", "GitHub's command line tool is not installed");
-    state_->setHint("Tavrin reads GitHub through gh, which keeps your login. Install it with brew "
-                    "install gh.");
+    state_->setSentence("questionmark.square",
+                        worded("GitHub's command line tool is not installed"));
+    state_->setHint(
+        worded("Tavrin reads GitHub through gh, which keeps your login. Install it with brew "
+               "install gh."));
     break;
   case Kind::signedOut:
-    state_->setSentence("lock.fill", "gh is not signed in");
-    state_->setHint("Run gh auth login in a terminal once; Tavrin never asks for a token itself.");
+    state_->setSentence("lock.fill", worded("gh is not signed in"));
+    state_->setHint(
+        worded("Run gh auth login in a terminal once; Tavrin never asks for a token itself."));
     break;
   case Kind::failed:
-    state_->setSentence("exclamationmark.triangle.fill", "Could not reach GitHub");
+    state_->setSentence("exclamationmark.triangle.fill", worded("Could not reach GitHub"));
     state_->setHint(QString::fromStdString(trouble->text));
     break;
   }

@@ -1,6 +1,7 @@
 #include "TavrinWidgetsUI/GitHub/GitHubSource.h"
 
 #include "TavrinCore/Base/Lifetime.h"
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Kinds/GitHub/GitHubSettings.h"
 #include "TavrinCore/Text/Text.h"
 
@@ -84,13 +85,13 @@ TokenPtr GitHubSource::load(const GitHubSettings& settings,
 
 GitHubSource::Trouble GitHubSource::trouble(const ProcessResult& run) {
   if (run.outcome == ProcessResult::Outcome::timedOut)
-    return {Kind::failed, "gh timed out"};
+    return {Kind::failed, translated("gh timed out")};
   const std::string& error = run.standardError;
   if (error.find("gh auth ") != std::string::npos ||
       error.find("authentication token") != std::string::npos)
     return {Kind::signedOut};
   const auto text = shortened(error);
-  return {Kind::failed, text.empty() ? "gh failed" : text};
+  return {Kind::failed, text.empty() ? translated("gh failed") : text};
 }
 
 GitHubSource::Result GitHubSource::result(const ProcessResult& run,
@@ -107,10 +108,10 @@ GitHubSource::Result GitHubSource::result(const ProcessResult& run,
   if (!succeeded)
     result.trouble = trouble(run);
   else if (!answer)
-    result.trouble = Trouble{Kind::failed, "gh's answer could not be read"};
+    result.trouble = Trouble{Kind::failed, translated("gh's answer could not be read")};
   else if (!answer->error.empty() || !answer->hasData)
-    result.trouble =
-        Trouble{Kind::failed, answer->error.empty() ? "gh failed" : shortened(answer->error)};
+    result.trouble = Trouble{Kind::failed, answer->error.empty() ? translated("gh failed")
+                                                                 : shortened(answer->error)};
   return result;
 }
 

@@ -2,6 +2,7 @@
 
 #include "TavrinCore/Kinds/GitHub/GitHubSettings.h"
 #include "TavrinWidgetsUI/Kit/Views/WideTileWords.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QLocale>
 #include <algorithm>
@@ -54,31 +55,31 @@ bool showsContributions(const GitHubReading& reading) {
 QString listCaption(const GitHubReading& reading) {
   if (const auto failing = GitHubBoard::failing(reading.items); failing > 0)
     return failingText(failing).trimmed();
-  return reading.settings.shows == GitHubShows::waitingOnYou ? "Waiting" : "Open";
+  return reading.settings.shows == GitHubShows::waitingOnYou ? worded("Waiting") : worded("Open");
 }
 
 /// What takes the place of items and contributions; empty where they are there.
 QString stateText(const GitHubReading& reading) {
   if (reading.hasRead)
     return reading.settings.shows != GitHubShows::contributions && reading.items.empty()
-               ? QString(nothingText)
+               ? worded(nothingText)
                : QString();
-  return reading.trouble ? shortText(*reading.trouble) : QString("Asking GitHub");
+  return reading.trouble ? shortText(*reading.trouble) : worded("Asking GitHub");
 }
 
 /// The same for a wide tile without room.
 QString leastStateText(const GitHubReading& reading) {
   if (reading.hasRead)
-    return "Nothing waiting";
+    return worded("Nothing waiting");
   if (!reading.trouble)
-    return "Asking GitHub";
+    return worded("Asking GitHub");
   switch (reading.trouble->kind) {
   case Kind::toolMissing:
-    return "gh not installed";
+    return worded("gh not installed");
   case Kind::signedOut:
-    return "Signed out";
+    return worded("Signed out");
   case Kind::failed:
-    return "No answer";
+    return worded("No answer");
   }
   return {};
 }
@@ -123,7 +124,7 @@ AnyView itemLines(const GitHubReading& reading, Date now, const TileSize& size,
       std::max<std::size_t>(1, static_cast<std::size_t>((size.body() * 0.86) / pitch));
   std::vector<AnyView> lines;
   if (const auto failing = GitHubBoard::failing(reading.items); failing > 0)
-    lines.push_back(text(failingText(failing).trimmed())
+    lines.push_back(text(failingText(failing))
                         .size(points)
                         .weight(FontWeight::semibold)
                         .colour(withContrast(checksColour(GitHubChecks::failing), ground))
@@ -143,18 +144,18 @@ AnyView contributionsWideTile(const GitHubReading& reading, const TileSize& size
   const double wordsWidth = size.body() * (isShort ? 0.75 : 0.95);
   const double room = size.bodyWidth() - 3.2 * inset - wordsWidth;
   const int weeks = std::max(1, static_cast<int>(room / (height / 7)));
-  const AnyView figures = vstack({text(QLocale().toString(contributions.streak()))
-                                      .size(size.figure())
-                                      .weight(FontWeight::semibold)
-                                      .colour(palette::figure(ground))
-                                      .figure(minimumTypeSize),
-                                  text(isShort                       ? "streak"
-                                       : contributions.streak() == 1 ? "day in a row"
-                                                                     : "days in a row")
-                                      .size(size.words(0.14))
-                                      .colour(palette::caption(ground))})
-                              .align(Alignment::leading)
-                              .frame(wordsWidth, height, Alignment::leading);
+  const AnyView figures =
+      vstack({text(QLocale().toString(contributions.streak()))
+                  .size(size.figure())
+                  .weight(FontWeight::semibold)
+                  .colour(palette::figure(ground))
+                  .figure(minimumTypeSize),
+              text(isShort ? worded("streak")
+                           : wordedPlural("day in a row", "days in a row", contributions.streak()))
+                  .size(size.words(0.14))
+                  .colour(palette::caption(ground))})
+          .align(Alignment::leading)
+          .frame(wordsWidth, height, Alignment::leading);
   return tile(ground,
               hstack({figures, ContributionGrid::of(contributions, weeks, emptySquare, ground)
                                    .view()
@@ -162,8 +163,9 @@ AnyView contributionsWideTile(const GitHubReading& reading, const TileSize& size
                   .spacing(inset * 0.6)
                   .padding(Insets{inset * 1.3, inset, inset * 1.3, inset}),
               size)
-      .accessibility("GitHub contributions",
-                     QLocale().toString(contributions.total) + " in a year");
+      .accessibility(
+          worded("GitHub contributions"),
+          worded("{count} in a year", {{"count", QLocale().toString(contributions.total)}}));
 }
 
 } // namespace
@@ -171,21 +173,23 @@ AnyView contributionsWideTile(const GitHubReading& reading, const TileSize& size
 QString shortText(const GitHubSource::Trouble& trouble) {
   switch (trouble.kind) {
   case Kind::toolMissing:
-    return "gh not installed";
+    return worded("gh not installed");
   case Kind::signedOut:
-    return "gh is signed out";
+    return worded("gh is signed out");
   case Kind::failed:
-    return "Could not reach GitHub";
+    return worded("Could not reach GitHub");
   }
   return {};
 }
 
 QString failingText(std::int64_t failing) {
-  return QStringLiteral("%1 failing ").arg(static_cast<qlonglong>(failing));
+  return wordedPlural("{count} failing", "{count} failing", failing) + QLatin1Char(' ');
 }
 
 QString itemText(const GitHubItem& item) {
-  QString kind = item.isDraft ? "Draft" : item.isIssue ? "Issue" : "Pull request";
+  QString kind = item.isDraft   ? worded("Draft")
+                 : item.isIssue ? worded("Issue")
+                                : worded("Pull request");
   if (item.checks != GitHubChecks::none)
     kind = item.isDraft ? kind + ", " + words(title(item.checks)).toLower()
                         : words(title(item.checks));
@@ -197,12 +201,12 @@ QString itemText(const GitHubItem& item) {
 QString agoText(Date date, Date now) {
   const auto minutes = static_cast<qlonglong>(std::clamp(now.since(date) / 60, 0.0, 1e9));
   if (minutes < 1)
-    return "now";
+    return worded("now");
   if (minutes < 60)
-    return QStringLiteral("%1m").arg(minutes);
+    return worded("{minutes}m", {{"minutes", minutes}});
   if (minutes < 24 * 60)
-    return QStringLiteral("%1h").arg(minutes / 60);
-  return QStringLiteral("%1d").arg(minutes / (24 * 60));
+    return worded("{hours}h", {{"hours", minutes / 60}});
+  return worded("{days}d", {{"days", minutes / (24 * 60)}});
 }
 
 QColor checksColour(GitHubChecks checks) {
@@ -232,8 +236,9 @@ AnyView gitHubTileIcon(const GitHubReading& reading, const TileSize& size) {
                     .padding(size.body() * 0.15)
                     .cached(),
                 size)
-        .accessibility("GitHub contributions",
-                       QLocale().toString(reading.contributions->total) + " in a year");
+        .accessibility(worded("GitHub contributions"),
+                       worded("{count} in a year",
+                              {{"count", QLocale().toString(reading.contributions->total)}}));
   TileContent content;
   content.ground = ground;
   content.groundEnd = groundEnd;

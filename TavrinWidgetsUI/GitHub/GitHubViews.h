@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Kinds/GitHub/GitHubSettings.h"
 #include "TavrinWidgetsUI/GitHub/GitHubSource.h"
 #include "TavrinWidgetsUI/Kit/Views/TileLayout.h"
@@ -21,7 +22,7 @@ struct GitHubReading {
 /// The words for a trouble, short for tiles.
 QString shortText(const GitHubSource::Trouble& trouble);
 /// What an empty list says.
-inline constexpr const char* nothingText = "Nothing waiting on you";
+inline constexpr const char* nothingText = marked("Nothing waiting on you");
 /// "3 failing ".
 QString failingText(std::int64_t failing);
 /// "Failing · owner/name #12".

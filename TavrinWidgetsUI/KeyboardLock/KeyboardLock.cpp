@@ -1,5 +1,6 @@
 #include "TavrinWidgetsUI/KeyboardLock/KeyboardLock.h"
 
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Text/ComputerWords.h"
 
 #include <algorithm>
@@ -8,14 +9,15 @@ namespace tavrin {
 namespace {
 
 constexpr std::string_view notPermitted =
-    "Tavrin needs the Accessibility permission to hold the keyboard.";
-constexpr std::string_view secureInput =
+    marked("Tavrin needs the Accessibility permission to hold the keyboard.");
+constexpr std::string_view secureInput = marked(
     "A password field has the keyboard, and {macOS} lets nothing hold it then. Leave the field and "
-    "lock again.";
-constexpr std::string_view screenLocked = "The screen is locked, so the keyboard stays free.";
-constexpr std::string_view refused = "{macOS} refused the lock. Try again in a moment.";
+    "lock again.");
+constexpr std::string_view screenLocked =
+    marked("The screen is locked, so the keyboard stays free.");
+constexpr std::string_view refused = marked("{macOS} refused the lock. Try again in a moment.");
 constexpr std::string_view holdLost =
-    "The lock ended because the keyboard could not be held any longer.";
+    marked("The lock ended because the keyboard could not be held any longer.");
 constexpr double minute = 60;
 /// The blocker's own limit is for the case that nobody counts here any more.
 constexpr double limitMargin = 2;
@@ -67,12 +69,12 @@ void KeyboardLock::lock() {
 }
 
 void KeyboardLock::refuse(std::string_view reason) {
-  trouble_ = localSentence(reason);
+  trouble_ = localSentence(translation(reason));
   changed();
 }
 
 void KeyboardLock::lost() {
-  trouble_ = holdLost;
+  trouble_ = translation(holdLost);
   unlock();
 }
 

@@ -2,6 +2,7 @@
 
 #include "TavrinWidgetsUI/KeyboardLock/KeyboardLockViews.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewWidget.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QGuiApplication>
 #include <QScreen>
@@ -28,7 +29,7 @@ KeyboardLockOverlay::~KeyboardLockOverlay() = default;
 
 void KeyboardLockOverlay::cover(QScreen* screen) {
   std::unique_ptr<ViewWidget, Later> window(new ViewWidget(screen->size()));
-  window->setWindowTitle(QStringLiteral("Tavrin Keyboard Lock"));
+  window->setWindowTitle(worded("Tavrin Keyboard Lock"));
   // Above panels and full-screen windows, and nothing for a window manager to place.
   window->setWindowFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
                          Qt::WindowDoesNotAcceptFocus | Qt::BypassWindowManagerHint);

@@ -7,6 +7,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 #include "TavrinWidgetsUI/Kit/Views/Utf8.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewWidget.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <algorithm>
 #include <cmath>
@@ -23,15 +24,18 @@ QString timeText(int seconds) {
 }
 
 QString countdown(const KeyboardLockStatus& status) {
-  return status.secondsLeft ? "Unlocks by itself in " + timeText(*status.secondsLeft) : QString();
+  return status.secondsLeft
+             ? worded("Unlocks by itself in {time}", {{"time", timeText(*status.secondsLeft)}})
+             : QString();
 }
 
 QString lockedText() {
-  return utf8(localSentence("Nothing you press reaches the {Mac}. Clean at your own pace."));
+  return utf8(
+      localSentence(translated("Nothing you press reaches the {Mac}. Clean at your own pace.")));
 }
 
 QString stateText(const KeyboardLockStatus& status) {
-  return status.isLocked ? "Locked" : "Unlocked";
+  return status.isLocked ? worded("Locked") : worded("Unlocked");
 }
 
 /// A keyboard with a lock at its corner, on a ground that shows between the two.
@@ -65,21 +69,20 @@ KeyboardLockStatus KeyboardLockStatus::of(const KeyboardLock& lock) {
 }
 
 QString keyboardLockDescription(bool locksPointer) {
-  return locksPointer ? "Holds the keyboard and the trackpad while you clean them."
-                      : "Holds the keyboard while you clean it.";
+  return locksPointer ? worded("Holds the keyboard and the trackpad while you clean them.")
+                      : worded("Holds the keyboard while you clean it.");
 }
 
 QString holdHint(int holdSeconds) {
-  return QStringLiteral("Hold a click for %1 %2 to unlock.")
-      .arg(holdSeconds)
-      .arg(holdSeconds == 1 ? "second" : "seconds");
+  return wordedPlural("Hold a click for {count} second to unlock.",
+                      "Hold a click for {count} seconds to unlock.", holdSeconds);
 }
 
 AnyView keyboardLockTileIcon(const KeyboardLockStatus& status, const TileSize& size) {
   const QColor ground = status.isLocked ? lockedGround : palette::ground;
   return tile(ground,
               lockMark(status.isLocked, palette::figure(ground), ground, size.body() * 0.56), size)
-      .accessibility("Keyboard Lock", stateText(status));
+      .accessibility(worded("Keyboard Lock"), stateText(status));
 }
 
 AnyView keyboardLockWideTile(const QString& name, const KeyboardLockStatus& status,
@@ -104,7 +107,7 @@ AnyView keyboardLockWideTile(const QString& name, const KeyboardLockStatus& stat
           .spacing(size.body() * 0.05);
   content.actions = {{{status.isLocked ? "unlock" : "lock", toggle},
                       status.isLocked ? "lock.open.fill" : "lock.fill",
-                      status.isLocked ? "Unlock" : "Lock",
+                      status.isLocked ? worded("Unlock") : worded("Lock"),
                       true}};
   content.label = name;
   content.value = stateText(status);
@@ -127,8 +130,8 @@ AnyView keyboardLockScreen(const KeyboardLockStatus& status, const QSizeF& size,
           .frame(side, side);
   std::vector<AnyView> lines{
       gauge,
-      line(status.locksPointer ? "Keyboard and trackpad locked" : "Keyboard locked", unit * 1.7,
-           ink)
+      line(status.locksPointer ? worded("Keyboard and trackpad locked") : worded("Keyboard locked"),
+           unit * 1.7, ink)
           .weight(FontWeight::semibold)
           .padding({0, unit, 0, 0}),
       line(lockedText(), unit, quiet)};
@@ -137,11 +140,11 @@ AnyView keyboardLockScreen(const KeyboardLockStatus& status, const QSizeF& size,
   if (status.locksPointer)
     lines.push_back(line(holdHint(status.holdSeconds), unit, quiet));
   else
-    lines.push_back(line("Unlock", unit, palette::white)
+    lines.push_back(line(worded("Unlock"), unit, palette::white)
                         .weight(FontWeight::semibold)
                         .padding(unit * 1.6, unit * 0.6)
                         .background(capsule().fill(QColor(0x0A, 0x6B, 0xD6)))
-                        .button({"unlock", unlock}, "Unlock"));
+                        .button({"unlock", unlock}, worded("Unlock")));
   return vstack(std::move(lines))
       .spacing(unit * 0.7)
       .frame(size.width(), size.height())
@@ -154,7 +157,7 @@ KeyboardLockPanelView::KeyboardLockPanelView(const PanelAppearance& appearance,
       picture_(new ViewWidget(QSizeF(pictureHeight, pictureHeight))), description_(new PanelText),
       hint_(new PanelText({}, PanelTextStyle::secondary)),
       trouble_(new PanelText({}, PanelTextStyle::trouble)),
-      button_(new PanelButton(PanelButton::Kind::prominent, "Lock")) {
+      button_(new PanelButton(PanelButton::Kind::prominent, worded("Lock"))) {
   for (PanelText* words : {description_, hint_, trouble_})
     words->setAlignment(Qt::AlignHCenter);
   button_->setAction([this] { (lock_.isLocked() ? actions_.unlock : actions_.lock)(); });
@@ -164,28 +167,29 @@ KeyboardLockPanelView::KeyboardLockPanelView(const PanelAppearance& appearance,
   add(trouble_);
   addSpace(4);
   add(button_);
-  setEditButton("Edit Keyboard Lock…", actions_.edit);
+  setEditButton(worded("Edit Keyboard Lock…"), actions_.edit);
   refresh();
 }
 
 void KeyboardLockPanelView::refresh() {
   const auto status = KeyboardLockStatus::of(lock_);
   setTitle(actions_.name());
-  setState(status.isLocked ? "Locked" : "", status.isLocked ? State::active : State::plain);
+  setState(status.isLocked ? worded("Locked") : QString(),
+           status.isLocked ? State::active : State::plain);
   picture_->setView(lockMark(status.isLocked, colours().text, colours().ground, pictureHeight)
                         .frame(pictureHeight, pictureHeight));
   picture_->setName(stateText(status));
   description_->setWords(status.isLocked ? lockedText()
                                          : keyboardLockDescription(status.locksPointer));
   hint_->setWords(status.isLocked && status.secondsLeft ? countdown(status)
-                  : !actions_.lock      ? "The keyboard is locked from Tavrin's own Dock."
+                  : !actions_.lock      ? worded("The keyboard is locked from Tavrin's own Dock.")
                   : status.locksPointer ? holdHint(status.holdSeconds)
                                         : QString());
   hint_->setVisible(!hint_->text().isEmpty());
   trouble_->setWords(QString::fromStdString(lock_.trouble()));
   trouble_->setVisible(!lock_.trouble().empty());
   button_->setVisible(actions_.lock || status.isLocked);
-  button_->setTitle(status.isLocked ? "Unlock" : "Lock");
+  button_->setTitle(status.isLocked ? worded("Unlock") : worded("Lock"));
   button_->setEnabled(!lock_.isLocking());
 }
 

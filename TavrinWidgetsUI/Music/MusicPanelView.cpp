@@ -8,6 +8,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelToolTip.h"
 #include "TavrinWidgetsUI/Kit/Views/Utf8.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewWidget.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 #include "TavrinWidgetsUI/Music/MusicViews.h"
 
 #include <QComboBox>
@@ -82,12 +83,12 @@ MusicPanelView::MusicPanelView(const PanelAppearance& appearance, MusicModel& mo
   add(filled_);
   // Also while nothing plays: who chose a player that is gone can choose another.
   add(choiceRow_);
-  setEditButton("Edit Music…", requests_.edit);
+  setEditButton(worded("Edit Music…"), requests_.edit);
   refresh();
 }
 
 void MusicPanelView::makePosition() {
-  position_ = makeSlider("Position");
+  position_ = makeSlider(worded("Position"));
   position_->setSingleStep(arrowStep);
   position_->setPageStep(pageStep);
   elapsed_ = new PanelText({}, PanelTextStyle::caption);
@@ -118,10 +119,11 @@ void MusicPanelView::makeControls() {
   auto* bar = new QWidget;
   bar->setLayoutDirection(Qt::LeftToRight);
   auto* row = rowIn(bar);
-  previous_ =
-      PanelButton::icon("backward.end.fill", "Previous track", [this] { model_.previous(); });
-  next_ = PanelButton::icon("forward.end.fill", "Next track", [this] { model_.next(); });
-  play_ = new PanelButton(PanelButton::Kind::prominent, "Play", [this] { model_.playPause(); });
+  previous_ = PanelButton::icon("backward.end.fill", worded("Previous track"),
+                                [this] { model_.previous(); });
+  next_ = PanelButton::icon("forward.end.fill", worded("Next track"), [this] { model_.next(); });
+  play_ =
+      new PanelButton(PanelButton::Kind::prominent, worded("Play"), [this] { model_.playPause(); });
   for (QWidget* button : {previous_, play_, next_})
     passArrowKeys(*button, *position_);
   row->addWidget(previous_);
@@ -135,7 +137,7 @@ void MusicPanelView::makeVolume() {
   auto* row = rowIn(volumeRow_);
   auto* mark = new ViewWidget({18, 18});
   mark->setView(symbol("speaker.wave.2.fill").colour(colours().secondary).size(16));
-  volume_ = makeSlider("Volume");
+  volume_ = makeSlider(worded("Volume"));
   volume_->setRange(0, volumeSteps);
   volume_->setSingleStep(5);
   connect(volume_, &QSlider::valueChanged, this,
@@ -147,12 +149,12 @@ void MusicPanelView::makeVolume() {
 
 void MusicPanelView::makeChoice() {
   choice_ = new QComboBox;
-  choice_->setAccessibleName("Player");
+  choice_->setAccessibleName(worded("Player"));
   connect(choice_, &QComboBox::activated, this, [this](int index) {
     const auto name = choice_->itemData(index).toString().toStdString();
     requests_.choose(name.empty() ? std::nullopt : std::optional(name));
   });
-  choiceRow_ = new PanelField("Player", choice_);
+  choiceRow_ = new PanelField(worded("Player"), choice_);
 }
 
 void MusicPanelView::showChoice() {
@@ -160,7 +162,7 @@ void MusicPanelView::showChoice() {
   const auto wish = QString::fromStdString(model_.settings().player.value_or(""));
   // With one player, and none named, there is nothing to choose.
   choiceRow_->setVisible(players.size() > 1 || !wish.isEmpty());
-  QList<std::pair<QString, QString>> items{{"Last used", QString()}};
+  QList<std::pair<QString, QString>> items{{worded("Last used"), QString()}};
   QString chosen;
   for (const auto& player : players) {
     const auto name = QString::fromStdString(player.name);
@@ -169,7 +171,7 @@ void MusicPanelView::showChoice() {
       chosen = name;
   }
   if (chosen.isEmpty() && !wish.isEmpty()) {
-    items.push_back({QStringLiteral("%1 (not running)").arg(playerTitle(wish)), wish});
+    items.push_back({worded("{name} (not running)", {{"name", playerTitle(wish)}}), wish});
     chosen = wish;
   }
   const QSignalBlocker blocker(choice_);
@@ -208,7 +210,7 @@ void MusicPanelView::showTrack(const MediaPlayer& player) {
   const bool hasCover = model_.settings().showsCover;
   cover_->setVisible(hasCover);
   if (hasCover) {
-    const QString raise = QStringLiteral("Show %1").arg(utf8(player.title));
+    const QString raise = worded("Show {name}", {{"name", player.title}});
     cover_->setView(musicCover(model_.cover(), coverSide)
                         .button({"raise " + player.name, [this] { model_.raise(); }}, raise));
     cover_->setName(raise);
@@ -221,7 +223,7 @@ void MusicPanelView::showTrack(const MediaPlayer& player) {
       parts << QString::fromStdString(part);
   artist_->setWords(parts.join(" — "));
   artist_->setVisible(!parts.isEmpty());
-  play_->setTitle(isPlaying ? "Pause" : "Play");
+  play_->setTitle(isPlaying ? worded("Pause") : worded("Play"));
   play_->setSymbol(isPlaying ? "pause.fill" : "play.fill");
   play_->setEnabled(isPlaying ? player.canPause : player.canPlay);
   previous_->setEnabled(player.canGoPrevious);
@@ -243,12 +245,12 @@ void MusicPanelView::refresh() {
     setState({});
     empty_->setTrouble(!model_.isAvailable());
     empty_->setSentence("music.note", model_.isAvailable()
-                                          ? "Nothing is playing"
-                                          : "This desktop does not let players be seen");
+                                          ? worded("Nothing is playing")
+                                          : worded("This desktop does not let players be seen"));
     empty_->setHint(
         model_.isAvailable()
-            ? "Start a player, or a film or a song in the browser, and it shows up here."
-            : "There is no session bus for them to be found on.");
+            ? worded("Start a player, or a film or a song in the browser, and it shows up here.")
+            : worded("There is no session bus for them to be found on."));
     return;
   }
   setState(player->isAnswering ? QString::fromStdString(player->title) : playbackWord(*player),

@@ -1,6 +1,7 @@
 #include "TavrinWidgetsUI/Music/MusicViews.h"
 
 #include "TavrinWidgetsUI/Kit/Views/Utf8.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <algorithm>
 #include <cmath>
@@ -36,11 +37,11 @@ AnyView note(double side, const QColor& colour) {
 AnyView quietTile(const TileSize& size) {
   return tile(TileContent{.ground = groundTop,
                           .groundEnd = groundEnd,
-                          .sentence = "Nothing playing",
+                          .sentence = worded("Nothing playing"),
                           .mark = note(size.body() * 0.42, musicTint).opacity(pausedOpacity),
                           .markRatio = 0.42,
-                          .label = "Music",
-                          .value = "Nothing playing"},
+                          .label = worded("Music"),
+                          .value = worded("Nothing playing")},
               size);
 }
 
@@ -74,7 +75,7 @@ AnyView coverTile(const MediaPlayer& player, const QImage& cover, const MusicSet
   if (progress)
     parts.push_back(
         progressBorder(*progress).tint(musicTint).track(QColor(0, 0, 0, 130)).padding(margin));
-  return zstack(std::move(parts)).accessibility("Music", spoken(player));
+  return zstack(std::move(parts)).accessibility(worded("Music"), spoken(player));
 }
 
 AnyView words(const MediaPlayer& player, const MusicSettings& settings, const TileSize& size) {
@@ -101,16 +102,16 @@ AnyView words(const MediaPlayer& player, const MusicSettings& settings, const Ti
 
 QString playbackWord(const MediaPlayer& player) {
   if (!player.isAnswering)
-    return QStringLiteral("Does not answer");
+    return worded("Does not answer");
   switch (player.playback.status) {
   case PlaybackStatus::playing:
-    return QStringLiteral("Playing");
+    return worded("Playing");
   case PlaybackStatus::paused:
-    return QStringLiteral("Paused");
+    return worded("Paused");
   case PlaybackStatus::stopped:
     break;
   }
-  return QStringLiteral("Stopped");
+  return worded("Stopped");
 }
 
 QString trackTitle(const MediaPlayer& player) {
@@ -148,7 +149,7 @@ AnyView musicTileIcon(const MediaPlayer* player, const QImage& cover, const Musi
                      : AnyView(symbol("pause.fill").colour(musicTint).size(size.body() * 0.4));
   content.markRatio = 0.4;
   content.caption = trackTitle(*player);
-  content.label = "Music";
+  content.label = worded("Music");
   content.value = spoken(*player);
   if (!player->isAnswering)
     content.state = TileState::cannot;
@@ -172,7 +173,7 @@ AnyView playingCover(const MediaPlayer& player, const QImage& cover, double side
   return zstack({picture, mark})
       .frame(side, side)
       .button({isPlaying ? "pause" : "play", actions.playPause},
-              isPlaying ? QStringLiteral("Pause") : QStringLiteral("Play"));
+              isPlaying ? worded("Pause") : worded("Play"));
 }
 
 } // namespace
@@ -185,14 +186,14 @@ AnyView musicWideTile(const MediaPlayer* player, const QImage& cover, const Musi
   content.tint = musicTint;
   if (player == nullptr) {
     content.mark = note(size.body() * 0.5, musicTint).opacity(pausedOpacity);
-    content.caption = "Music";
-    content.middle = text("Nothing playing")
+    content.caption = worded("Music");
+    content.middle = text(worded("Nothing playing"))
                          .size(size.words(0.22))
                          .weight(FontWeight::semibold)
                          .lines(2)
                          .colour(palette::caption(groundTop));
-    content.label = "Music";
-    content.value = "Nothing playing";
+    content.label = worded("Music");
+    content.value = worded("Nothing playing");
     return wideTile(content, size).unmirrored();
   }
   const bool isPlaying = player->playback.isPlaying();
@@ -211,15 +212,16 @@ AnyView musicWideTile(const MediaPlayer* player, const QImage& cover, const Musi
     content.border = TileBorder{*progress, musicTint, QColor(0x5A, 0x36, 0x42)};
   if (size.span > 3 && player->canGoPrevious)
     content.actions.push_back(
-        {{"previous", actions.previous}, "backward.end.fill", "Previous track", false});
+        {{"previous", actions.previous}, "backward.end.fill", worded("Previous track"), false});
   if (!isNarrow && (isPlaying ? player->canPause : player->canPlay))
     content.actions.push_back({{isPlaying ? "pause" : "play", actions.playPause},
                                isPlaying ? "pause.fill" : "play.fill",
-                               isPlaying ? "Pause" : "Play",
+                               isPlaying ? worded("Pause") : worded("Play"),
                                true});
   if (size.span > 2 && player->canGoNext)
-    content.actions.push_back({{"next", actions.next}, "forward.end.fill", "Next track", false});
-  content.label = "Music";
+    content.actions.push_back(
+        {{"next", actions.next}, "forward.end.fill", worded("Next track"), false});
+  content.label = worded("Music");
   content.value = spoken(*player);
   return wideTile(content, size).unmirrored();
 }

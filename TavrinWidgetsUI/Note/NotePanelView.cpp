@@ -3,6 +3,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 #include "TavrinWidgetsUI/Note/NoteModel.h"
 #include "TavrinWidgetsUI/Note/NoteViews.h"
 
@@ -19,12 +20,12 @@ constexpr int paperLines = 11;
 NotePanelView::NotePanelView(const PanelAppearance& appearance, NoteModel& model,
                              std::function<std::string()> name, std::function<void()> onEdit)
     : PanelView(appearance, Width::lists), model_(model), name_(std::move(name)),
-      paper_(new PanelTextEdit("Note", emptyNoteText)), question_(makeQuestion()) {
+      paper_(new PanelTextEdit(worded("Note"), worded(emptyNoteText))), question_(makeQuestion()) {
   paper_->setLines(paperLines);
   paper_->onChange = [this](const QString& text) { model_.edit(text.toStdString()); };
   add(paper_);
   add(question_);
-  setEditButton("Edit Note…", std::move(onEdit));
+  setEditButton(worded("Edit Note…"), std::move(onEdit));
   refresh();
 }
 
@@ -32,7 +33,8 @@ QWidget* NotePanelView::makeQuestion() {
   auto* box = new QWidget;
   auto* column = new QVBoxLayout(box);
   column->setContentsMargins(0, 0, 0, 0);
-  column->addWidget(new PanelText("This note was changed elsewhere while you were writing."));
+  column->addWidget(
+      new PanelText(worded("This note was changed elsewhere while you were writing.")));
   other_ = new PanelText({}, PanelTextStyle::secondary);
   other_->setSingleLine(true);
   column->addWidget(other_);
@@ -40,9 +42,9 @@ QWidget* NotePanelView::makeQuestion() {
   const auto answer = [&](const QString& title, std::function<void()> choose) {
     row->addWidget(new PanelButton(PanelButton::Kind::quiet, title, std::move(choose)));
   };
-  answer("Keep Mine", [this] { model_.keepMine(); });
-  answer("Take Other", [this] { model_.takeOther(); });
-  answer("Keep Both", [this] { model_.keepBoth(); });
+  answer(worded("Keep Mine"), [this] { model_.keepMine(); });
+  answer(worded("Take Other"), [this] { model_.takeOther(); });
+  answer(worded("Keep Both"), [this] { model_.keepBoth(); });
   column->addLayout(row);
   return box;
 }
@@ -54,7 +56,7 @@ void NotePanelView::refresh() {
   paper_->setText(QString::fromStdString(note.text));
   question_->setVisible(model_.otherText().has_value());
   if (const auto& other = model_.otherText())
-    other_->setWords(other->empty() ? QString("The other text is empty.")
+    other_->setWords(other->empty() ? worded("The other text is empty.")
                                     : QString::fromStdString(*other).simplified());
 }
 

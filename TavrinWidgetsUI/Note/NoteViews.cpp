@@ -1,4 +1,5 @@
 #include "TavrinWidgetsUI/Note/NoteViews.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <algorithm>
 #include <cmath>
@@ -35,7 +36,7 @@ AnyView paper(const NoteSettings& note, const TileSize& size) {
   const int lineCount = std::max(1, static_cast<int>((size.body() - 1.3 * top) / pitch));
   const QString words = written(note);
   const bool isEmpty = words.isEmpty();
-  const AnyView body = text(isEmpty ? QString(emptyNoteText) : words)
+  const AnyView body = text(isEmpty ? worded(emptyNoteText) : words)
                            .size(points)
                            .weight(FontWeight::medium)
                            .colour(isEmpty ? withContrast(mix(ink, paper, 0.35), paper) : ink)
@@ -56,7 +57,7 @@ AnyView paper(const NoteSettings& note, const TileSize& size) {
 AnyView noteOn(const NoteSettings& note, const TileSize& size) {
   const QString words = written(note);
   return tile(notePaper(note.colorHex), paper(note, size).cached(), size)
-      .accessibility("Note", words.isEmpty() ? QString(emptyNoteText) : words);
+      .accessibility(worded("Note"), words.isEmpty() ? worded(emptyNoteText) : words);
 }
 
 } // namespace

@@ -1,11 +1,12 @@
 #pragma once
 
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Kinds/Note/NoteSettings.h"
 #include "TavrinWidgetsUI/Kit/Views/TileLayout.h"
 
 namespace tavrin {
 
-inline constexpr const char* emptyNoteText = "Click to write a note";
+inline constexpr const char* emptyNoteText = marked("Click to write a note");
 
 /// Faint lines across a paper, as far apart as lines of text are high. Points.
 struct NoteRules {

@@ -6,6 +6,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelToolTip.h"
 #include "TavrinWidgetsUI/Kit/Views/View.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewWidget.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 #include "TavrinWidgetsUI/Runs/PomodoroViews.h"
 #include "TavrinWidgetsUI/Runs/RunViews.h"
 
@@ -23,15 +24,15 @@ PomodoroPanelView::PomodoroPanelView(const PanelAppearance& appearance, Pomodoro
   addSpace(4);
   primary_ = new PanelButton(PanelButton::Kind::prominent, {}, [this] { model_.toggle(); });
   add(primary_);
-  auto* skip = new PanelButton(PanelButton::Kind::quiet, "Skip", [this] { model_.skip(); });
-  setPlainToolTip(skip, "Goes on to the next phase. A skipped focus phase does not count.");
-  reset_ = new PanelButton(PanelButton::Kind::quiet, "Reset", [this] { model_.reset(); });
-  setPlainToolTip(reset_, "Starts this phase over");
+  auto* skip = new PanelButton(PanelButton::Kind::quiet, worded("Skip"), [this] { model_.skip(); });
+  setPlainToolTip(skip, worded("Goes on to the next phase. A skipped focus phase does not count."));
+  reset_ = new PanelButton(PanelButton::Kind::quiet, worded("Reset"), [this] { model_.reset(); });
+  setPlainToolTip(reset_, worded("Starts this phase over"));
   addRow({skip, reset_});
-  setEditButton("Edit Pomodoro…", std::move(onEdit));
-  resetAll_ =
-      new PanelButton(PanelButton::Kind::faint, "Reset All", [this] { model_.resetEverything(); });
-  setPlainToolTip(resetAll_, "Back to the first focus phase, with no sessions today");
+  setEditButton(worded("Edit Pomodoro…"), std::move(onEdit));
+  resetAll_ = new PanelButton(PanelButton::Kind::faint, worded("Reset All"),
+                              [this] { model_.resetEverything(); });
+  setPlainToolTip(resetAll_, worded("Back to the first focus phase, with no sessions today"));
   addFooterButton(resetAll_);
   refresh();
 }
@@ -39,15 +40,15 @@ PomodoroPanelView::PomodoroPanelView(const PanelAppearance& appearance, Pomodoro
 void PomodoroPanelView::refresh() {
   const PomodoroRun& run = model_.run();
   const PomodoroSettings settings = model_.settings();
-  const QString phase = QString::fromUtf8(tavrin::title(run.phase).data());
+  const QString phase = utf8(tavrin::title(run.phase));
   const QString time =
       QString::fromStdString(PomodoroRun::format(run.displayedSeconds(model_.now(), settings)));
   const QColor tint = withContrast(PomodoroPalette::tint(run.phase), colours().ground, 3);
 
   setTitle(QString::fromStdString(model_.widget().name));
-  setState(run.isRunning()    ? "Running"
-           : run.hasStarted() ? "Paused"
-                              : "",
+  setState(run.isRunning()    ? worded("Running")
+           : run.hasStarted() ? worded("Paused")
+                              : QString(),
            run.isRunning() ? State::active : State::plain);
   PanelGauge gauge;
   gauge.progress = run.progress(model_.now(), settings);
@@ -61,7 +62,7 @@ void PomodoroPanelView::refresh() {
                     .colour(withContrast(tint, colours().ground));
   gauge.below = PomodoroDots::of(run, settings).view(tint, 8, 96, colours().track);
   gauge_->setView(gauge.view());
-  gauge_->setName(QStringLiteral("%1, %2 left").arg(phase, time));
+  gauge_->setName(worded("{phase}, {time} left", {{"phase", phase}, {"time", time}}));
   sessions_->setWords(pomodoroSessionsText(run.sessionsToday));
   primary_->setTitle(pomodoroToggleTitle(run));
   primary_->setSymbol(run.isRunning() ? "pause.fill" : "play.fill");

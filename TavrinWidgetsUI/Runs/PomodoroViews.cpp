@@ -1,6 +1,7 @@
 #include "TavrinWidgetsUI/Runs/PomodoroViews.h"
 
 #include "TavrinCore/Kinds/Runs/PomodoroSettings.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 #include "TavrinWidgetsUI/Runs/RunViews.h"
 
 #include <algorithm>
@@ -28,8 +29,10 @@ std::string phaseSymbol(PomodoroPhase phase) {
   return {};
 }
 
-QString spokenState(const PomodoroRun& run) {
-  return run.isRunning() ? QString() : run.hasStarted() ? ", Paused" : ", Not started";
+QString spoken(const PomodoroRun& run, const QString& time) {
+  return run.isRunning()    ? time
+         : run.hasStarted() ? worded("{time}, Paused", {{"time", time}})
+                            : worded("{time}, Not started", {{"time", time}});
 }
 
 } // namespace
@@ -47,12 +50,11 @@ QColor PomodoroPalette::tint(PomodoroPhase phase) {
 }
 
 QString pomodoroToggleTitle(const PomodoroRun& run) {
-  return run.isRunning() ? "Pause" : run.hasStarted() ? "Resume" : "Start";
+  return run.isRunning() ? worded("Pause") : run.hasStarted() ? worded("Resume") : worded("Start");
 }
 
 QString pomodoroSessionsText(int count) {
-  return count == 1 ? QStringLiteral("1 session today")
-                    : QStringLiteral("%1 sessions today").arg(count);
+  return wordedPlural("{count} session today", "{count} sessions today", count);
 }
 
 PomodoroDots PomodoroDots::of(const PomodoroRun& run, const PomodoroSettings& settings) {
@@ -96,7 +98,7 @@ AnyView pomodoroTileIcon(const PomodoroRun& run, const PomodoroSettings& setting
   content.markRatio = 0.08;
   content.isMarkBelow = true;
   content.label = latin(title(run.phase));
-  content.value = time + spokenState(run);
+  content.value = spoken(run, time);
   return tile(content, size);
 }
 
@@ -112,12 +114,12 @@ AnyView pomodoroWideTile(const PomodoroRun& run, const PomodoroSettings& setting
   const bool isBroken = run.phase == PomodoroPhase::longBreak && size.span == 2;
   content.middle = wideRunText({isBroken ? caption.split(u' ') : QStringList{caption}}, time, size);
   content.label = caption;
-  content.value = time + spokenState(run);
+  content.value = spoken(run, time);
   content.actions = {{{"pomodoro.toggle", actions.toggle},
                       run.isRunning() ? "pause.fill" : "play.fill",
                       pomodoroToggleTitle(run),
                       true},
-                     {{"pomodoro.skip", actions.skip}, "forward.end.fill", "Skip"}};
+                     {{"pomodoro.skip", actions.skip}, "forward.end.fill", worded("Skip")}};
   return wideRunTile(std::move(content), run.progress(now, settings), run.isRunning(),
                      phaseSymbol(run.phase), size);
 }

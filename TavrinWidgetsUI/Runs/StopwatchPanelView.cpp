@@ -4,6 +4,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelFigure.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewWidget.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 #include "TavrinWidgetsUI/Runs/RunViews.h"
 #include "TavrinWidgetsUI/Runs/StopwatchViews.h"
 
@@ -39,19 +40,19 @@ StopwatchPanelView::StopwatchPanelView(const PanelAppearance& appearance, Stopwa
   add(dial_, Qt::AlignHCenter);
   addSpace(4);
   time_ = new PanelFigure(40, "88:88.8");
-  time_->setName("Time");
+  time_->setName(worded("Time"));
   add(time_, Qt::AlignHCenter);
   primary_ = new PanelButton(PanelButton::Kind::prominent, {}, [this] { host_.toggle(); });
-  lap_ = new PanelButton(PanelButton::Kind::quiet, "Lap", [this] { host_.lap(); });
-  reset_ = new PanelButton(PanelButton::Kind::quiet, "Reset", [this] { host_.reset(); });
+  lap_ = new PanelButton(PanelButton::Kind::quiet, worded("Lap"), [this] { host_.lap(); });
+  reset_ = new PanelButton(PanelButton::Kind::quiet, worded("Reset"), [this] { host_.reset(); });
   addSpace(4);
   add(primary_);
   addRow({lap_, reset_});
-  laps_ = new PanelList("Laps");
+  laps_ = new PanelList(worded("Laps"));
   laps_->setMaximumVisibleRows(visibleLaps);
   laps_->hide();
   add(laps_);
-  setEditButton("Edit Stopwatch…", [this] { host_.edit(); });
+  setEditButton(worded("Edit Stopwatch…"), [this] { host_.edit(); });
   refresh();
 }
 
@@ -59,9 +60,9 @@ void StopwatchPanelView::refresh() {
   const StopwatchRun& run = host_.run();
   const double elapsed = run.elapsed(host_.now());
   setTitle(host_.name());
-  setState(run.isRunning()    ? "Running"
-           : run.hasStarted() ? "Paused"
-                              : "",
+  setState(run.isRunning()    ? worded("Running")
+           : run.hasStarted() ? worded("Paused")
+                              : QString(),
            run.isRunning() ? State::active : State::plain);
   StopwatchDial dial;
   dial.progress = run.progress(host_.now());
@@ -70,7 +71,7 @@ void StopwatchPanelView::refresh() {
   dial.tint = withContrast(stopwatchTint, colours().ground, 3);
   dial.ground = colours().ground;
   dial_->setView(dial.view(dialSide));
-  dial_->setName("Dial");
+  dial_->setName(worded("Dial"));
   const QString text = tenths(elapsed);
   time_->setWidest(widestDigits(text));
   time_->setText(text);

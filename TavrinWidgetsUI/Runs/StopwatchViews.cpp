@@ -1,5 +1,6 @@
 #include "TavrinWidgetsUI/Runs/StopwatchViews.h"
 
+#include "TavrinWidgetsUI/Kit/Words.h"
 #include "TavrinWidgetsUI/Runs/RunViews.h"
 
 #include <QPainter>
@@ -66,7 +67,9 @@ double wholeSecondProgress(const StopwatchRun& run, Date now) {
 }
 
 QString spokenState(const StopwatchRun& run) {
-  return run.isRunning() ? "Running" : run.hasStarted() ? "Paused" : "Not started";
+  return run.isRunning()    ? worded("Running")
+         : run.hasStarted() ? worded("Paused")
+                            : worded("Not started");
 }
 
 /// The time in the middle of a dial; hours above the minutes and seconds.
@@ -89,7 +92,7 @@ AnyView dialTime(const QString& time, double side, const QColor& ground) {
   rest.widestForm = widestDigits(rest.string);
   Text hours =
       figure.size(std::max(points * 0.8, minimumTypeSize)).colour(palette::caption(ground));
-  hours.string = time.left(afterHours - 1) + QStringLiteral(" h");
+  hours.string = worded("{hours} h", {{"hours", time.left(afterHours - 1)}});
   hours.widestForm = widestDigits(hours.string);
   return vstack({hours, rest}).spacing(side * 0.02);
 }
@@ -117,7 +120,7 @@ AnyView StopwatchDial::view(double side) const {
 }
 
 QString stopwatchToggleTitle(const StopwatchRun& run) {
-  return run.isRunning() ? "Pause" : "Start";
+  return run.isRunning() ? worded("Pause") : worded("Start");
 }
 
 AnyView stopwatchTileIcon(const StopwatchRun& run, Date now, const TileSize& size) {
@@ -126,7 +129,7 @@ AnyView stopwatchTileIcon(const StopwatchRun& run, Date now, const TileSize& siz
   if (size.side >= smallestDialWithTime)
     face.time = timeText(run, now);
   return tile(palette::ground, face.view(side), size)
-      .accessibility("Stopwatch", timeText(run, now) + ", " + spokenState(run));
+      .accessibility(worded("Stopwatch"), timeText(run, now) + ", " + spokenState(run));
 }
 
 AnyView stopwatchWideTile(const StopwatchRun& run, Date now, const TileSize& size,
@@ -136,22 +139,22 @@ AnyView stopwatchWideTile(const StopwatchRun& run, Date now, const TileSize& siz
   const double side = size.body() - 2 * size.padding();
   if (size.span > 2)
     content.mark = dial(run, now, side).view(side);
-  std::vector<QStringList> captions{{QStringLiteral("Lap %1").arg(run.laps.size() + 1)}};
+  std::vector<QStringList> captions{{worded("Lap {number}", {{"number", run.laps.size() + 1}})}};
   if (run.laps.empty())
-    captions.insert(captions.begin(), {QStringLiteral("Stopwatch")});
+    captions.insert(captions.begin(), {worded("Stopwatch")});
   content.middle = wideRunText(captions, time, size);
   content.tint = stopwatchTint;
-  content.label = "Stopwatch";
+  content.label = worded("Stopwatch");
   content.value = time + ", " + spokenState(run);
   content.actions = {{{"stopwatch.toggle", actions.toggle},
                       run.isRunning() ? "pause.fill" : "play.fill",
                       stopwatchToggleTitle(run),
                       true}};
   if (run.isRunning())
-    content.actions.push_back({{"stopwatch.lap", actions.lap}, "flag.fill", "Lap"});
+    content.actions.push_back({{"stopwatch.lap", actions.lap}, "flag.fill", worded("Lap")});
   else
     content.actions.push_back(
-        {{"stopwatch.reset", actions.reset}, "arrow.counterclockwise", "Reset"});
+        {{"stopwatch.reset", actions.reset}, "arrow.counterclockwise", worded("Reset")});
   return wideTile(content, size);
 }
 

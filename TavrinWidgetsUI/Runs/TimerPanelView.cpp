@@ -8,6 +8,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelToolTip.h"
 #include "TavrinWidgetsUI/Kit/Views/View.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewWidget.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 #include "TavrinWidgetsUI/Runs/RunViews.h"
 #include "TavrinWidgetsUI/Runs/TimerViews.h"
 
@@ -40,8 +41,8 @@ QWidget* lastFocusable(const QWidget& widget) {
 
 QString timerPresetTitle(double seconds) {
   const auto whole = wholeSeconds(seconds);
-  return whole > 0 && whole < 60 ? QStringLiteral("%1s").arg(whole)
-                                 : QStringLiteral("%1m").arg(whole / 60);
+  return whole > 0 && whole < 60 ? worded("{seconds}s", {{"seconds", whole}})
+                                 : worded("{minutes}m", {{"minutes", whole / 60}});
 }
 
 TimerPanelView::TimerPanelView(const PanelAppearance& appearance, TimerModel& model,
@@ -49,8 +50,8 @@ TimerPanelView::TimerPanelView(const PanelAppearance& appearance, TimerModel& mo
     : PanelView(appearance), model_(model),
       customMinutes_(std::clamp(static_cast<int>(std::clamp(model.run().duration, 0.0, 1e6) / 60),
                                 1, longestCustom)) {
-  mode_ = new PanelSegments("Mode", {timerModeTitle(TimerRun::Mode::countdown),
-                                     timerModeTitle(TimerRun::Mode::stopwatch)});
+  mode_ = new PanelSegments(worded("Mode"), {timerModeTitle(TimerRun::Mode::countdown),
+                                             timerModeTitle(TimerRun::Mode::stopwatch)});
   mode_->onChange = [this](int index) {
     model_.setMode(index == 0 ? TimerRun::Mode::countdown : TimerRun::Mode::stopwatch);
   };
@@ -62,9 +63,9 @@ TimerPanelView::TimerPanelView(const PanelAppearance& appearance, TimerModel& mo
   addSpace(4);
   makeLengths();
   primary_ = new PanelButton(PanelButton::Kind::prominent, {}, [this] { model_.toggle(); });
-  reset_ = new PanelButton(PanelButton::Kind::quiet, "Reset", [this] { model_.reset(); });
+  reset_ = new PanelButton(PanelButton::Kind::quiet, worded("Reset"), [this] { model_.reset(); });
   addRow({primary_, reset_});
-  setEditButton("Edit Timer…", std::move(onEdit));
+  setEditButton(worded("Edit Timer…"), std::move(onEdit));
   refresh();
 }
 
@@ -73,16 +74,16 @@ void TimerPanelView::makeLengths() {
   auto* column = new QVBoxLayout(lengths_);
   column->setContentsMargins(0, 0, 0, panel::grid / 2);
   column->setSpacing(panel::grid);
-  auto* stepper = new PanelStepper("Custom length", "%lld min", 1, longestCustom);
+  auto* stepper = new PanelStepper(worded("Custom length"), worded("%lld min"), 1, longestCustom);
   stepper->setNumber(customMinutes_);
   stepper->onChange = [this](int minutes) { customMinutes_ = minutes; };
-  startCustom_ = PanelButton::icon("play.fill", "Start the custom length",
+  startCustom_ = PanelButton::icon("play.fill", worded("Start the custom length"),
                                    [this] { model_.startCountdown(customMinutes_ * 60.0); });
   auto* custom = new QWidget;
   auto* row = new QHBoxLayout(custom);
   row->setContentsMargins(0, 0, 0, 0);
   row->setSpacing(panel::grid / 2);
-  row->addWidget(new PanelField("Custom", stepper), 1);
+  row->addWidget(new PanelField(worded("Custom"), stepper), 1);
   row->addWidget(startCustom_);
   column->addWidget(custom);
   add(lengths_);
@@ -104,7 +105,7 @@ void TimerPanelView::fillPresets() {
     const double seconds = presets[static_cast<std::size_t>(i)];
     auto* button = new PanelButton(PanelButton::Kind::quiet, timerPresetTitle(seconds),
                                    [this, seconds] { model_.startCountdown(seconds); });
-    setPlainToolTip(button, "Starts " + QString::fromStdString(clockText(wholeSeconds(seconds))));
+    setPlainToolTip(button, worded("Starts {time}", {{"time", clockText(wholeSeconds(seconds))}}));
     // All as wide as the row allows, however long their titles.
     button->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     button->setMinimumWidth(1);
@@ -141,8 +142,9 @@ void TimerPanelView::refreshGauge() {
   if (run.isFinished(now))
     gauge.above = symbol("checkmark.circle.fill").colour(tint).size(22);
   gauge_->setView(gauge.view());
-  gauge_->setName(gauge.time +
-                  (run.mode == TimerRun::Mode::countdown ? " left" : " on the stopwatch"));
+  gauge_->setName(run.mode == TimerRun::Mode::countdown
+                      ? worded("{time} left", {{"time", gauge.time}})
+                      : worded("{time} on the stopwatch", {{"time", gauge.time}}));
 }
 
 void TimerPanelView::refresh() {

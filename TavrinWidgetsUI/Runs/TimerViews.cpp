@@ -1,5 +1,6 @@
 #include "TavrinWidgetsUI/Runs/TimerViews.h"
 
+#include "TavrinWidgetsUI/Kit/Words.h"
 #include "TavrinWidgetsUI/Runs/RunViews.h"
 
 namespace tavrin {
@@ -17,20 +18,22 @@ bool isPaused(const TimerRun& run, Date now) {
 } // namespace
 
 QString timerModeTitle(TimerRun::Mode mode) {
-  return mode == TimerRun::Mode::countdown ? "Timer" : "Stopwatch";
+  return mode == TimerRun::Mode::countdown ? worded("Timer") : worded("Stopwatch");
 }
 
 QString timerStateWord(const TimerRun& run, Date now) {
   if (run.isFinished(now))
-    return "Done";
+    return worded("Done");
   if (run.isRunning())
-    return "Running";
+    return worded("Running");
   const bool isFresh = run.mode == TimerRun::Mode::countdown && !run.hasStarted();
-  return isFresh ? "Remaining" : "Paused";
+  return isFresh ? worded("Remaining") : worded("Paused");
 }
 
 QString timerToggleTitle(const TimerRun& run, Date now) {
-  return run.isRunning() ? "Pause" : isPaused(run, now) ? "Resume" : "Start";
+  return run.isRunning()      ? worded("Pause")
+         : isPaused(run, now) ? worded("Resume")
+                              : worded("Start");
 }
 
 QString timerTimeText(const TimerRun& run, Date now) {
@@ -70,7 +73,7 @@ AnyView timerWideTile(const TimerRun& run, Date now, const QColor& tint, const T
                       run.isRunning() ? "pause.fill" : "play.fill",
                       timerToggleTitle(run, now),
                       true},
-                     {{"timer.reset", actions.reset}, "arrow.counterclockwise", "Reset"}};
+                     {{"timer.reset", actions.reset}, "arrow.counterclockwise", worded("Reset")}};
   const bool isFinished = run.isFinished(now);
   return wideRunTile(std::move(content), run.progress(now), run.isRunning() || isFinished,
                      isFinished ? "checkmark" : modeSymbol(run.mode), size);

@@ -3,6 +3,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 #include "TavrinWidgetsUI/Shortcut/ShortcutViews.h"
 
 #include <QFontDatabase>
@@ -21,15 +22,15 @@ constexpr int outputLines = 9;
 ShortcutPanelView::ShortcutPanelView(const PanelAppearance& appearance, ShortcutRunner& runner,
                                      Requests requests)
     : PanelView(appearance, Width::lists), runner_(runner),
-      empty_(new PanelEmptyState("bolt.fill", "Nothing to run yet")),
+      empty_(new PanelEmptyState("bolt.fill", worded("Nothing to run yet"))),
       action_(new PanelText({}, PanelTextStyle::heading)),
       subject_(new PanelText({}, PanelTextStyle::caption)),
-      run_(new PanelButton(PanelButton::Kind::prominent, "Run")),
+      run_(new PanelButton(PanelButton::Kind::prominent, worded("Run"))),
       result_(new PanelText({}, PanelTextStyle::secondary)),
       trouble_(new PanelText({}, PanelTextStyle::trouble)),
-      output_(new PanelTextEdit("Output", "The command has written nothing")) {
-  empty_->setHint("Give it a command, or an application's action.");
-  empty_->setStep("Edit Shortcut…", requests.edit);
+      output_(new PanelTextEdit(worded("Output"), worded("The command has written nothing"))) {
+  empty_->setHint(worded("Give it a command, or an application's action."));
+  empty_->setStep(worded("Edit Shortcut…"), requests.edit);
   add(empty_);
   action_->setSingleLine(true);
   subject_->setSingleLine(true);
@@ -46,9 +47,9 @@ ShortcutPanelView::ShortcutPanelView(const PanelAppearance& appearance, Shortcut
   font.setPixelSize(11);
   output_->setFont(font);
   add(output_);
-  setEditButton("Edit Shortcut…", requests.edit);
+  setEditButton(worded("Edit Shortcut…"), requests.edit);
   copy_ =
-      new PanelButton(PanelButton::Kind::faint, "Copy Output",
+      new PanelButton(PanelButton::Kind::faint, worded("Copy Output"),
                       [this, copy = std::move(requests.copy)] { copy(runner_.output().text()); });
   addFooterButton(copy_);
   refresh();
@@ -74,11 +75,11 @@ void ShortcutPanelView::refresh() {
   const bool isRunning = runner_.isRunning();
   setTitle(QString::fromStdString(runner_.widget().name));
   const bool isTrouble = result.state == Outcome::failed || result.state == Outcome::timedOut;
-  setState(isRunning                       ? QStringLiteral("Running")
+  setState(isRunning                       ? worded("Running")
            : result.state == Outcome::none ? QString()
-           : isTrouble                     ? QStringLiteral("Failed")
-           : result.state == Outcome::done ? QStringLiteral("Done")
-                                           : QStringLiteral("Stopped"),
+           : isTrouble                     ? worded("Failed")
+           : result.state == Outcome::done ? worded("Done")
+                                           : worded("Stopped"),
            isTrouble   ? PanelView::State::trouble
            : isRunning ? PanelView::State::active
                        : PanelView::State::plain);
@@ -88,12 +89,15 @@ void ShortcutPanelView::refresh() {
     each->setVisible(hasAction || isRunning);
   action_->setWords(runner_.title());
   subject_->setWords(QString::fromStdString(runner_.subject()).simplified());
-  run_->setTitle(isRunning ? "Stop" : result.state == Outcome::none ? "Run" : "Run Again");
+  run_->setTitle(isRunning                       ? worded("Stop")
+                 : result.state == Outcome::none ? worded("Run")
+                                                 : worded("Run Again"));
   run_->setSymbol(isRunning ? "stop.fill" : "play.fill");
   ShortcutResult shown = result;
   shown.duration = runner_.elapsed();
-  result_->setWords(isRunning ? QStringLiteral("Running for %1 s").arg(qRound(shown.duration))
-                              : shortcutResultText(shown));
+  result_->setWords(isRunning
+                        ? worded("Running for {seconds} s", {{"seconds", qRound(shown.duration)}})
+                        : shortcutResultText(shown));
   result_->setVisible(result.state != Outcome::none && result.trouble.empty());
   trouble_->setWords(QString::fromStdString(result.trouble));
   trouble_->setVisible(!result.trouble.empty());

@@ -1,6 +1,7 @@
 #include "TavrinWidgetsUI/Shortcut/ShortcutViews.h"
 
 #include "TavrinWidgetsUI/Kit/Pictures/Symbols.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QLocale>
 #include <algorithm>
@@ -26,9 +27,9 @@ TileState tileState(const ShortcutTileState& state) {
 
 QString word(const ShortcutTileState& state) {
   if (!state.hasAction)
-    return QStringLiteral("Nothing to run yet");
+    return worded("Nothing to run yet");
   if (state.result.state == State::running)
-    return state.line.isEmpty() ? QStringLiteral("Running") : state.line;
+    return state.line.isEmpty() ? worded("Running") : state.line;
   if (state.result.state == State::done && !state.line.isEmpty())
     return state.line;
   return shortcutResultText(state.result);
@@ -37,19 +38,19 @@ QString word(const ShortcutTileState& state) {
 /// The same where there is little room for it.
 QString shortWord(const ShortcutTileState& state) {
   if (!state.hasAction)
-    return QStringLiteral("No action");
+    return worded("No action");
   switch (state.result.state) {
   case State::failed:
     if (state.result.trouble.empty())
-      return (state.result.isSignal ? QStringLiteral("Signal %1") : QStringLiteral("Status %1"))
-          .arg(state.result.status);
+      return state.result.isSignal ? worded("Signal {number}", {{"number", state.result.status}})
+                                   : worded("Status {number}", {{"number", state.result.status}});
     break;
   case State::done:
-    return state.line.isEmpty() ? QStringLiteral("Done") : state.line;
+    return state.line.isEmpty() ? worded("Done") : state.line;
   case State::timedOut:
-    return QStringLiteral("Timed out");
+    return worded("Timed out");
   case State::stopped:
-    return QStringLiteral("Stopped");
+    return worded("Stopped");
   default:
     break;
   }
@@ -59,9 +60,11 @@ QString shortWord(const ShortcutTileState& state) {
 QString secondsText(double seconds) {
   const QLocale locale;
   if (seconds < 60)
-    return QStringLiteral("%1 s").arg(locale.toString(seconds, 'f', seconds < 9.95 ? 1 : 0));
+    return worded("{seconds} s",
+                  {{"seconds", locale.toString(seconds, 'f', seconds < 9.95 ? 1 : 0)}});
   const auto whole = std::llround(seconds);
-  return QStringLiteral("%1 min %2 s").arg(locale.toString(whole / 60)).arg(whole % 60);
+  return worded("{minutes} min {seconds} s",
+                {{"minutes", locale.toString(whole / 60)}, {"seconds", whole % 60}});
 }
 
 struct Grounds {
@@ -103,8 +106,8 @@ AnyView runningSymbol(const ShortcutTileState& state, const ShortcutSettings& se
                          .fill(Alignment::bottomTrailing));
   const AnyView picture = zstack(std::move(layers)).frame(side, side);
   return state.hasAction
-             ? picture.button(action, isRunning ? QStringLiteral("Stop")
-                                                : QStringLiteral("Run %1").arg(state.title))
+             ? picture.button(action, isRunning ? worded("Stop")
+                                                : worded("Run {name}", {{"name", state.title}}))
              : picture;
 }
 
@@ -129,21 +132,20 @@ std::string shortcutSymbol(const ShortcutSettings& settings) {
 QString shortcutResultText(const ShortcutResult& result) {
   switch (result.state) {
   case State::none:
-    return QStringLiteral("Ready");
+    return worded("Ready");
   case State::running:
-    return QStringLiteral("Running");
+    return worded("Running");
   case State::done:
-    return QStringLiteral("Done in %1").arg(secondsText(result.duration));
+    return worded("Done in {time}", {{"time", secondsText(result.duration)}});
   case State::failed:
     if (!result.trouble.empty())
-      return QStringLiteral("Could not start");
-    return (result.isSignal ? QStringLiteral("Ended by signal %1")
-                            : QStringLiteral("Ended with status %1"))
-        .arg(result.status);
+      return worded("Could not start");
+    return result.isSignal ? worded("Ended by signal {number}", {{"number", result.status}})
+                           : worded("Ended with status {number}", {{"number", result.status}});
   case State::timedOut:
-    return QStringLiteral("Stopped at its time limit");
+    return worded("Stopped at its time limit");
   case State::stopped:
-    return QStringLiteral("Stopped after %1").arg(secondsText(result.duration));
+    return worded("Stopped after {time}", {{"time", secondsText(result.duration)}});
   }
   return {};
 }
@@ -198,10 +200,10 @@ AnyView shortcutWideTile(const ShortcutTileState& state, const ShortcutSettings&
                 content.middle})
             .spacing(size.padding() * 0.8);
   else if (state.hasAction)
-    content.actions = {isRunning ? TileAction{{"stop", stop}, "stop.fill", "Stop", true}
+    content.actions = {isRunning ? TileAction{{"stop", stop}, "stop.fill", worded("Stop"), true}
                                  : TileAction{{"run", run},
                                               "play.fill",
-                                              QStringLiteral("Run %1").arg(state.title),
+                                              worded("Run {name}", {{"name", state.title}}),
                                               true}};
   content.label = state.title;
   content.value = word(state);

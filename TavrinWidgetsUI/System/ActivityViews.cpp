@@ -1,6 +1,7 @@
 #include "TavrinWidgetsUI/System/ActivityViews.h"
 
 #include "TavrinWidgetsUI/Kit/Views/Gauges.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 namespace tavrin {
 namespace {
@@ -15,9 +16,9 @@ struct Gauge {
 std::vector<Gauge> gauges(const ActivityReading& reading, const ActivitySettings& settings) {
   std::vector<Gauge> shown;
   if (settings.showsCPU)
-    shown.push_back({"Processor", "CPU", reading.cpu, cpuTint});
+    shown.push_back({worded("Processor"), "CPU", reading.cpu, cpuTint});
   if (settings.showsMemory)
-    shown.push_back({"Memory", "RAM", reading.memory, memoryTint});
+    shown.push_back({worded("Memory"), "RAM", reading.memory, memoryTint});
   return shown;
 }
 
@@ -104,8 +105,8 @@ AnyView ringsTile(const std::vector<Gauge>& shown, const TileSize& size) {
 AnyView emptyTile(const TileSize& size) {
   TileContent content;
   content.mark = symbol("cpu").colour(palette::caption());
-  content.label = "Activity";
-  content.value = "Nothing to show";
+  content.label = worded("Activity");
+  content.value = worded("Nothing to show");
   return tile(content, size);
 }
 
@@ -130,15 +131,15 @@ AnyView activityTileIcon(const ActivityReading& reading, const ActivitySettings&
   const auto make = settings.style == ActivityTileStyle::numbers ? numbersTile
                     : settings.style == ActivityTileStyle::rings ? ringsTile
                                                                  : barsTile;
-  return make(shown, size).accessibility("Activity", spoken(shown));
+  return make(shown, size).accessibility(worded("Activity"), spoken(shown));
 }
 
 AnyView activityWideTile(const ActivityReading& reading, const ActivitySettings& settings,
                          const TileSize& size) {
   const auto shown = gauges(reading, settings);
   WideTileContent content;
-  content.label = "Activity";
-  content.value = shown.empty() ? QString("Nothing to show") : spoken(shown);
+  content.label = worded("Activity");
+  content.value = shown.empty() ? worded("Nothing to show") : spoken(shown);
   if (settings.style == ActivityTileStyle::rings && !shown.empty()) {
     const double outer = size.body() * 0.6;
     std::vector<AnyView> rings;
@@ -173,8 +174,9 @@ AnyView activityWideTile(const ActivityReading& reading, const ActivitySettings&
     return vstack(std::move(rows)).spacing(size.body() * 0.1).fillWidth();
   };
   // A name cut to its first letter says less than its colour.
-  content.middle = shown.empty() ? AnyView(text("Activity").size(points).colour(palette::caption()))
-                                 : AnyView(firstFitting({lines(true), lines(false)}));
+  content.middle = shown.empty()
+                       ? AnyView(text(worded("Activity")).size(points).colour(palette::caption()))
+                       : AnyView(firstFitting({lines(true), lines(false)}));
   return wideTile(content, size);
 }
 

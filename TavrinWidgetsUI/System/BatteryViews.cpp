@@ -2,6 +2,7 @@
 
 #include "TavrinWidgetsUI/Kit/Pictures/Symbols.h"
 #include "TavrinWidgetsUI/Kit/Views/Gauges.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QPainter>
 #include <algorithm>
@@ -78,24 +79,26 @@ QString timeText(int minutes, bool isShort) {
   if (isShort)
     return QStringLiteral("%1:%2").arg(minutes / 60).arg(minutes % 60, 2, 10, QChar(u'0'));
   if (minutes < 60)
-    return QStringLiteral("%1 min").arg(minutes);
-  return QStringLiteral("%1 h %2 min").arg(minutes / 60).arg(minutes % 60);
+    return worded("{minutes} min", {{"minutes", minutes}});
+  return worded("{hours} h {minutes} min", {{"hours", minutes / 60}, {"minutes", minutes % 60}});
 }
 
 /// Room for a word on a square tile.
 QString shortStateText(const BatteryReading& reading) {
   if (reading.minutesRemaining)
     return timeText(*reading.minutesRemaining, true);
-  return reading.isCharging ? "Charging" : reading.isPluggedIn ? "On power" : "Battery";
+  return reading.isCharging    ? worded("Charging")
+         : reading.isPluggedIn ? worded("On power")
+                               : worded("Battery");
 }
 
 AnyView noBatteryTile(const TileSize& size) {
   TileContent content;
   content.mark = symbol("battery").colour(palette::caption());
   content.markRatio = 0.46;
-  content.sentence = "No battery";
-  content.label = "Battery";
-  content.value = "No battery";
+  content.sentence = worded("No battery");
+  content.label = worded("Battery");
+  content.value = worded("No battery");
   return tile(content, size);
 }
 
@@ -175,11 +178,15 @@ QColor batteryTint(const BatteryReading& reading) {
 
 QString batteryStateText(const BatteryReading& reading) {
   if (!reading.level)
-    return "No battery";
-  if (reading.minutesRemaining)
-    return timeText(*reading.minutesRemaining, false) +
-           (reading.isPluggedIn ? " until full" : " left");
-  return reading.isCharging ? "Charging" : reading.isPluggedIn ? "On power" : "On battery";
+    return worded("No battery");
+  if (reading.minutesRemaining) {
+    const auto time = timeText(*reading.minutesRemaining, false);
+    return reading.isPluggedIn ? worded("{time} until full", {{"time", time}})
+                               : worded("{time} left", {{"time", time}});
+  }
+  return reading.isCharging    ? worded("Charging")
+         : reading.isPluggedIn ? worded("On power")
+                               : worded("On battery");
 }
 
 AnyView batteryGlyph(const BatteryReading& reading, const QColor& outline, const QColor& ground) {
@@ -194,22 +201,23 @@ AnyView batteryTileIcon(const BatteryReading& reading, const BatterySettings& se
                     : settings.style == BatteryTileStyle::icon ? iconTile
                                                                : statusTile;
   return make(reading, settings, size)
-      .accessibility("Battery", percentText(*reading.level) + ", " + batteryStateText(reading));
+      .accessibility(worded("Battery"),
+                     percentText(*reading.level) + ", " + batteryStateText(reading));
 }
 
 AnyView batteryWideTile(const BatteryReading& reading, const BatterySettings& settings,
                         const TileSize& size) {
   WideTileContent content;
   content.tint = batteryTint(reading);
-  content.label = "Battery";
+  content.label = worded("Battery");
   if (!reading.level) {
     content.mark = symbol("battery").colour(palette::caption());
-    content.caption = "Battery";
-    content.middle = text("No battery")
+    content.caption = worded("Battery");
+    content.middle = text(worded("No battery"))
                          .size(size.words(0.24))
                          .weight(FontWeight::semibold)
                          .colour(palette::caption());
-    content.value = "No battery";
+    content.value = worded("No battery");
     return wideTile(content, size);
   }
   const double room = size.body() * 0.6;
@@ -228,7 +236,7 @@ AnyView batteryWideTile(const BatteryReading& reading, const BatterySettings& se
     content.figure = percentText(*reading.level);
     content.widestFigure = "100%";
   } else {
-    content.caption = "Battery";
+    content.caption = worded("Battery");
     content.figure = size.span > 2 ? state : shortStateText(reading);
   }
   content.value = percentText(*reading.level) + ", " + state;

@@ -4,6 +4,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 #include "TavrinWidgetsUI/Kit/Views/Utf8.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewWidget.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 #include "TavrinWidgetsUI/System/ClockViews.h"
 #include "TavrinWidgetsUI/System/SystemWidgetModel.h"
 
@@ -27,13 +28,13 @@ ClockPanelView::ClockPanelView(const PanelAppearance& appearance, const SystemWi
     : PanelView(appearance), model_(model), face_(new ViewWidget(QSizeF(faceSide, faceSide))),
       time_(new PanelFigure(figureSize)), weekday_(centred(PanelTextStyle::heading)),
       date_(centred(PanelTextStyle::secondary)), zone_(centred(PanelTextStyle::secondary)) {
-  time_->setName("Time");
+  time_->setName(worded("Time"));
   add(face_, Qt::AlignHCenter);
   add(time_);
   add(weekday_);
   add(date_);
   add(zone_);
-  setEditButton("Edit Clock…", std::move(onEdit));
+  setEditButton(worded("Edit Clock…"), std::move(onEdit));
   refresh();
 }
 
@@ -46,7 +47,7 @@ void ClockPanelView::refresh() {
   time_->setVisible(!clock.isAnalog);
   if (clock.isAnalog) {
     face_->setView(analogClockFace(clock));
-    face_->setName("Clock, " + time);
+    face_->setName(worded("Clock, {time}", {{"time", time}}));
   } else {
     time_->setWidest(clock.showsSeconds ? "88:88:88" : "88:88");
     time_->setText(time);

@@ -1,4 +1,5 @@
 #include "TavrinWidgetsUI/System/ClockReading.h"
+#include "TavrinCore/Base/Texts.h"
 
 #include "TavrinCore/Kinds/System/ClockSettings.h"
 
@@ -25,8 +26,9 @@ std::string hoursAndMinutes(int minutes) {
   const int hours = minutes / 60;
   const int rest = minutes % 60;
   if (hours == 0)
-    return fmt::format("{} min", rest);
-  return rest == 0 ? fmt::format("{} h", hours) : fmt::format("{} h {} min", hours, rest);
+    return translated("{minutes} min", {{"minutes", rest}});
+  return rest == 0 ? translated("{hours} h", {{"hours", hours}})
+                   : translated("{hours} h {minutes} min", {{"hours", hours}, {"minutes", rest}});
 }
 
 } // namespace
@@ -70,14 +72,15 @@ ClockReading::OtherZone ClockReader::otherZone(Date date) const {
   const Date there = common.date(zoned_.components(date));
   const Date here = common.date(local_.components(date));
   const int minutes = static_cast<int>(std::lround(there.since(here) / 60));
-  const char* day = common.isSameDay(there, here) ? "Today"
-                    : there > here                ? "Tomorrow"
-                                                  : "Yesterday";
+  const auto day = translation(common.isSameDay(there, here) ? marked("Today")
+                               : there > here                ? marked("Tomorrow")
+                                                             : marked("Yesterday"));
   if (minutes == 0)
-    return {cityOf(zoned_.timeZoneID()), "Today, same time"};
+    return {cityOf(zoned_.timeZoneID()), translated("Today, same time")};
+  const auto difference = hoursAndMinutes(std::abs(minutes));
   return {cityOf(zoned_.timeZoneID()),
-          fmt::format("{}, {} {}", day, hoursAndMinutes(std::abs(minutes)),
-                      minutes > 0 ? "ahead" : "behind")};
+          minutes > 0 ? translated("{day}, {time} ahead", {{"day", day}, {"time", difference}})
+                      : translated("{day}, {time} behind", {{"day", day}, {"time", difference}})};
 }
 
 } // namespace tavrin

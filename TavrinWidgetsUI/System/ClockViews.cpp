@@ -1,4 +1,5 @@
 #include "TavrinWidgetsUI/System/ClockViews.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QRadialGradient>
 #include <algorithm>
@@ -140,7 +141,10 @@ AnyView digitalContent(const ClockReading& clock, const TileSize& size) {
     line = line.padding(body * 0.03, 0);
   if (size.hasCaption())
     lines.push_back(weekdayLine(clock, size.caption(), size.quietInk(nightTop)));
-  return vstack(std::move(lines)).spacing(body * 0.01).padding(body * (size.side < 56 ? 0.02 : 0.05), 0).fill();
+  return vstack(std::move(lines))
+      .spacing(body * 0.01)
+      .padding(body * (size.side < 56 ? 0.02 : 0.05), 0)
+      .fill();
 }
 
 } // namespace
@@ -154,10 +158,10 @@ AnyView analogClockFace(const ClockReading& clock) {
 AnyView clockTileIcon(const ClockReading& clock, const TileSize& size) {
   if (clock.isAnalog)
     return tile(analogGround, analogClockFace(clock).padding(size.body() * 0.055), size)
-        .accessibility("Clock", spokenTime(clock));
+        .accessibility(worded("Clock"), spokenTime(clock));
   const AnyView ground = rectangle().gradient(nightTop, nightBottom);
   return tile(nightBottom, zstack({ground, digitalContent(clock, size)}), size)
-      .accessibility("Clock", spokenTime(clock));
+      .accessibility(worded("Clock"), spokenTime(clock));
 }
 
 AnyView clockWideTile(const ClockReading& clock, const TileSize& size) {
@@ -182,7 +186,7 @@ AnyView clockWideTile(const ClockReading& clock, const TileSize& size) {
         firstFitting({line(clock.longDay).figure(size.words(0)),
                       line(clock.weekday).figure(size.words(0)), line(clock.shortWeekday)}));
   content.middle = vstack(std::move(lines)).align(Alignment::leading).spacing(body * 0.03);
-  return wideTile(content, size).accessibility("Clock", spokenTime(clock));
+  return wideTile(content, size).accessibility(worded("Clock"), spokenTime(clock));
 }
 
 } // namespace tavrin

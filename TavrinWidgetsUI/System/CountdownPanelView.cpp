@@ -3,6 +3,7 @@
 #include "TavrinCore/Kinds/System/CountdownSettings.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewWidget.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 #include "TavrinWidgetsUI/System/CountdownViews.h"
 #include "TavrinWidgetsUI/System/SystemWidgetModel.h"
 
@@ -23,7 +24,7 @@ CountdownPanelView::CountdownPanelView(const PanelAppearance& appearance,
   caption_->setSingleLine(true);
   add(caption_);
   add(dial_, Qt::AlignHCenter);
-  setEditButton("Edit Countdown…", std::move(onEdit));
+  setEditButton(worded("Edit Countdown…"), std::move(onEdit));
   refresh();
 }
 
@@ -34,7 +35,7 @@ void CountdownPanelView::refresh() {
   const Date now = model_.now();
   const bool isPast = Countdown::interval(*settings, now) <= 0;
   setTitle(QString::fromStdString(model_.widget().name));
-  setState(isPast && !settings->countsUpAfter ? "Done" : "", State::active);
+  setState(isPast && !settings->countsUpAfter ? worded("Done") : QString(), State::active);
   const auto caption =
       QString::fromStdString(Countdown::caption(*settings, now, model_.calendar()));
   caption_->setWords(caption);

@@ -2,6 +2,7 @@
 
 #include "TavrinCore/Kinds/System/CountdownSettings.h"
 #include "TavrinCore/Text/ClockText.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <algorithm>
 #include <fmt/format.h>
@@ -24,7 +25,8 @@ bool isOver(const CountdownSettings& settings, Date now) {
 
 /// "Launch" before, "since Launch" after it.
 QString captionOf(const std::string& name, const CountdownSettings& settings, Date now) {
-  return QString::fromStdString(Countdown::showsTimeSince(settings, now) ? "since " + name : name);
+  return Countdown::showsTimeSince(settings, now) ? worded("since {name}", {{"name", name}})
+                                                  : QString::fromStdString(name);
 }
 
 /// The first of the forms that fits, each at full size or a little smaller.
@@ -73,10 +75,11 @@ QColor countdownTint() {
 std::vector<std::string> countdownForms(std::int64_t seconds) {
   if (seconds < day)
     return {clockText(seconds)};
-  std::vector<std::string> forms = {fmt::format("{}d {}h", seconds / day, seconds % day / hour),
-                                    fmt::format("{}d", seconds / day)};
+  std::vector<std::string> forms = {
+      translated("{days}d {hours}h", {{"days", seconds / day}, {"hours", seconds % day / hour}}),
+      translated("{days}d", {{"days", seconds / day}})};
   if (seconds >= 1000 * day)
-    forms.push_back(fmt::format("{}y", (seconds + year / 2) / year));
+    forms.push_back(translated("{years}y", {{"years", (seconds + year / 2) / year}}));
   return forms;
 }
 
@@ -89,8 +92,9 @@ void describe(auto& content, const std::string& name, const CountdownSettings& s
   if (isOver(settings, now))
     content.value = QString::fromStdString(form);
   else
-    content.value =
-        QString::fromStdString(Countdown::showsTimeSince(settings, now) ? form : form + " left");
+    content.value = Countdown::showsTimeSince(settings, now)
+                        ? utf8(form)
+                        : worded("{time} left", {{"time", form}});
 }
 
 } // namespace

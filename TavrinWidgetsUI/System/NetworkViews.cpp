@@ -1,6 +1,7 @@
 #include "TavrinWidgetsUI/System/NetworkViews.h"
 
 #include "TavrinWidgetsUI/Kit/Views/Gauges.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <algorithm>
 #include <array>
@@ -66,7 +67,8 @@ AnyView shortRow(double rate, const char* arrow, const QColor& tint, double poin
 }
 
 QString spoken(const NetworkTrace& trace) {
-  return "Down " + rateText(trace.now.down).whole() + ", up " + rateText(trace.now.up).whole();
+  return worded("Down {down}, up {up}", {{"down", rateText(trace.now.down).whole()},
+                                         {"up", rateText(trace.now.up).whole()}});
 }
 
 AnyView numbersTile(const NetworkTrace& trace, const TileSize& size) {
@@ -122,7 +124,7 @@ AnyView networkChart(const NetworkTrace& trace, const QColor& ground, double lin
 AnyView networkTileIcon(const NetworkTrace& trace, const NetworkSettings& settings,
                         const TileSize& size) {
   return (settings.style == NetworkTileStyle::chart ? chartTile : numbersTile)(trace, size)
-      .accessibility("Network", spoken(trace));
+      .accessibility(worded("Network"), spoken(trace));
 }
 
 AnyView networkWideTile(const NetworkTrace& trace, const NetworkSettings& settings,
@@ -133,7 +135,7 @@ AnyView networkWideTile(const NetworkTrace& trace, const NetworkSettings& settin
                            .align(Alignment::leading)
                            .spacing(size.body() * 0.08);
   WideTileContent content;
-  content.label = "Network";
+  content.label = worded("Network");
   content.value = spoken(trace);
   content.middle = rows;
   if (settings.style == NetworkTileStyle::chart || size.span > 2) {

@@ -5,6 +5,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelSegments.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewWidget.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 #include "TavrinWidgetsUI/System/PetViews.h"
 #include "TavrinWidgetsUI/System/SystemWidgetModel.h"
 
@@ -30,8 +31,9 @@ PetSettings PetPanelView::settings() const {
 PetPanelView::PetPanelView(const PanelAppearance& appearance, Source source)
     : PanelView(appearance, Width::lists), source_(std::move(source)),
       meadow_(new ViewWidget(meadowSize)), words_(new PanelText({}, PanelTextStyle::secondary)),
-      species_(new PanelSegments("Animal", speciesNames())),
-      load_(new PanelSwitch("Follow the processor")), night_(new PanelSwitch("Sleep at night")) {
+      species_(new PanelSegments(worded("Animal"), speciesNames())),
+      load_(new PanelSwitch(worded("Follow the processor"))),
+      night_(new PanelSwitch(worded("Sleep at night"))) {
   add(meadow_);
   add(words_, Qt::AlignHCenter);
   add(species_);
@@ -54,10 +56,10 @@ PetPanelView::PetPanelView(const PanelAppearance& appearance, Source source)
     source_.change(changed);
   };
   addSpace(2);
-  auto* stroke = new PanelButton(PanelButton::Kind::prominent, "Stroke", source_.stroke);
+  auto* stroke = new PanelButton(PanelButton::Kind::prominent, worded("Stroke"), source_.stroke);
   stroke->setSymbol("heart.fill");
   add(stroke);
-  setEditButton("Edit Pet…", source_.edit);
+  setEditButton(worded("Edit Pet…"), source_.edit);
   refresh();
 }
 
@@ -69,7 +71,7 @@ void PetPanelView::refresh() {
       petMeadow(now.species, pet.pose(), pet.sky()).clip(roundedRectangle(meadowCorner)));
   meadow_->setName(petName(now.species) + ", " + petWords(pet.pose()).toLower());
   const bool isAsleep = pet.pose().activity == PetActivity::sleeping;
-  words_->setWords(isAsleep ? QStringLiteral("Asleep until %1 o'clock").arg(pet.wakingHour())
+  words_->setWords(isAsleep ? worded("Asleep until {hour} o'clock", {{"hour", pet.wakingHour()}})
                             : petWords(pet.pose()));
   species_->setCurrent(static_cast<int>(now.species));
   load_->setOn(now.followsProcessorLoad);

@@ -1,4 +1,5 @@
 #include "TavrinWidgetsUI/System/PetViews.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include "TavrinCore/Kinds/System/PetSettings.h"
 
@@ -61,22 +62,23 @@ AnyView petTile(const PetSettings& settings, const PetPose& pose, PetSky sky,
 }
 
 QString petName(PetSpecies species) {
-  static const char* const names[] = {"Cat", "Dog", "Fox", "Rabbit", "Turtle"};
-  return names[static_cast<std::size_t>(species)];
+  static const char* const names[] = {marked("Cat"), marked("Dog"), marked("Fox"), marked("Rabbit"),
+                                      marked("Turtle")};
+  return worded(names[static_cast<std::size_t>(species)]);
 }
 
 QString petWords(const PetPose& pose) {
   switch (pose.activity) {
   case PetActivity::sitting:
-    return "Sitting";
+    return worded("Sitting");
   case PetActivity::walking:
-    return "Walking";
+    return worded("Walking");
   case PetActivity::running:
-    return "Running";
+    return worded("Running");
   case PetActivity::sleeping:
-    return "Asleep";
+    return worded("Asleep");
   case PetActivity::happy:
-    return "Happy";
+    return worded("Happy");
   }
   return {};
 }

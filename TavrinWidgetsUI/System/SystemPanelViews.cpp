@@ -7,6 +7,7 @@
 #include "TavrinWidgetsUI/Kit/Views/Gauges.h"
 #include "TavrinWidgetsUI/Kit/Views/Utf8.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewWidget.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 #include "TavrinWidgetsUI/System/ActivityViews.h"
 #include "TavrinWidgetsUI/System/BatteryViews.h"
 #include "TavrinWidgetsUI/System/NetworkViews.h"
@@ -78,13 +79,16 @@ private:
   int count_ = 0;
 };
 
-QString loadSentence(const QString& pattern, const LineFigures& figures, double now) {
-  return pattern.arg(percentText(now), percentText(figures.average), percentText(figures.most));
+QString loadSentence(const char* english, const LineFigures& figures, double now) {
+  return worded(english, {{"now", percentText(now)},
+                          {"average", percentText(figures.average)},
+                          {"most", percentText(figures.most)}});
 }
 
-QString rateSentence(const QString& pattern, const LineFigures& figures, double now) {
-  return pattern.arg(rateText(now).whole(), rateText(figures.average).whole(),
-                     rateText(figures.most).whole());
+QString rateSentence(const char* english, const LineFigures& figures, double now) {
+  return worded(english, {{"now", rateText(now).whole()},
+                          {"average", rateText(figures.average).whole()},
+                          {"most", rateText(figures.most).whole()}});
 }
 
 } // namespace
@@ -93,28 +97,29 @@ BatteryPanelView::BatteryPanelView(const PanelAppearance& appearance,
                                    const SystemWidgetModel& model, std::function<void()> onEdit)
     : PanelView(appearance), model_(model),
       gauge_(new ViewWidget(QSizeF(batteryRingSide, batteryRingSide))),
-      state_(new PanelText({}, PanelTextStyle::heading)), devices_(new PanelList("Devices")),
-      noDevices_(
-          new PanelText("No connected device tells its battery.", PanelTextStyle::secondary)) {
+      state_(new PanelText({}, PanelTextStyle::heading)),
+      devices_(new PanelList(worded("Devices"))),
+      noDevices_(new PanelText(worded("No connected device tells its battery."),
+                               PanelTextStyle::secondary)) {
   state_->setAlignment(Qt::AlignHCenter);
   devices_->setReadOnly(true);
   devices_->setMaximumVisibleRows(visibleDevices);
   add(gauge_, Qt::AlignHCenter);
   add(state_);
   addSpace(4);
-  add(new PanelText("Devices", PanelTextStyle::section));
+  add(new PanelText(worded("Devices"), PanelTextStyle::section));
   add(devices_);
   add(noDevices_);
-  setEditButton("Edit Battery…", std::move(onEdit));
+  setEditButton(worded("Edit Battery…"), std::move(onEdit));
   refresh();
 }
 
 void BatteryPanelView::refresh() {
   const BatteryReading& reading = model_.battery();
   setTitle(utf8(model_.widget().name));
-  setState(reading.isPluggedIn && reading.level ? "Plugged in" : "");
+  setState(reading.isPluggedIn && reading.level ? worded("Plugged in") : QString());
   const QString state = batteryStateText(reading);
-  state_->setWords(reading.level ? state : "This computer has no battery.");
+  state_->setWords(reading.level ? state : worded("This computer has no battery."));
   const QColor tint = withContrast(batteryTint(reading), colours().ground, 3);
   AnyView label = symbol("battery").colour(colours().secondary).size(48);
   if (reading.level)
@@ -124,7 +129,9 @@ void BatteryPanelView::refresh() {
   gauge_->setView(
       GaugeRing{reading.level.value_or(0), tint, colours().track, 11, label}.view().frame(
           batteryRingSide, batteryRingSide));
-  gauge_->setName(reading.level ? "Battery, " + percentText(*reading.level) : state);
+  gauge_->setName(reading.level
+                      ? worded("Battery, {percent}", {{"percent", percentText(*reading.level)}})
+                      : state);
   std::vector<PanelRow> rows;
   for (const auto& device : model_.devices()) {
     PanelRow row;
@@ -144,24 +151,24 @@ ActivityPanelView::ActivityPanelView(const PanelAppearance& appearance, SystemWi
                                      std::function<void()> onEdit)
     : PanelView(appearance), model_(model), gauges_(new ViewWidget(QSizeF(contentWidth, ringSide))),
       chart_(new ViewWidget(QSizeF(contentWidth, chartHeight))),
-      trouble_(new PanelText("No system monitor is installed.", PanelTextStyle::trouble)) {
+      trouble_(new PanelText(worded("No system monitor is installed."), PanelTextStyle::trouble)) {
   add(gauges_, Qt::AlignHCenter);
   addSpace(2);
   add(chart_, Qt::AlignHCenter);
   addSpace(4);
   trouble_->hide();
-  add(new PanelButton(PanelButton::Kind::quiet, "Open Activity Monitor",
+  add(new PanelButton(PanelButton::Kind::quiet, worded("Open Activity Monitor"),
                       [this] { trouble_->setVisible(!model_.openActivityMonitor()); }));
   add(trouble_);
-  setEditButton("Edit Activity…", std::move(onEdit));
+  setEditButton(worded("Edit Activity…"), std::move(onEdit));
   refresh();
 }
 
 void ActivityPanelView::refresh() {
   const ActivityReading& reading = model_.activity();
   setTitle(utf8(model_.widget().name));
-  gauges_->setView(hstack({labelledRing("Processor", reading.cpu, cpuTint, colours()),
-                           labelledRing("Memory", reading.memory, memoryTint, colours())})
+  gauges_->setView(hstack({labelledRing(worded("Processor"), reading.cpu, cpuTint, colours()),
+                           labelledRing(worded("Memory"), reading.memory, memoryTint, colours())})
                        .spacing(contentWidth - 2 * ringSide));
   const auto line = [&](double ActivityReading::*value, const QColor& tint, LineFigures& figures) {
     Sparkline line{
@@ -178,12 +185,16 @@ void ActivityPanelView::refresh() {
   chart_->setView(onChartGround(zstack({line(&ActivityReading::memory, memoryTint, memory),
                                         line(&ActivityReading::cpu, cpuTint, processor)}),
                                 colours()));
-  chart_->setName("The last minute");
+  chart_->setName(worded("The last minute"));
   chart_->setAccessibleDescription(
-      loadSentence("The processor is at %1, on average %2, at most %3.", processor, reading.cpu) +
-      ' ' + loadSentence("Memory is at %1, on average %2, at most %3.", memory, reading.memory));
-  gauges_->setName("Processor " + percentText(reading.cpu) + ", memory " +
-                   percentText(reading.memory));
+      loadSentence(marked("The processor is at {now}, on average {average}, at most {most}."),
+                   processor, reading.cpu) +
+      ' ' +
+      loadSentence(marked("Memory is at {now}, on average {average}, at most {most}."), memory,
+                   reading.memory));
+  gauges_->setName(
+      worded("Processor {processor}, memory {memory}",
+             {{"processor", percentText(reading.cpu)}, {"memory", percentText(reading.memory)}}));
 }
 
 NetworkPanelView::NetworkPanelView(const PanelAppearance& appearance,
@@ -191,18 +202,19 @@ NetworkPanelView::NetworkPanelView(const PanelAppearance& appearance,
                                    std::function<void()> onEdit)
     : PanelView(appearance), model_(model), choose_(std::move(choose)),
       rates_(new ViewWidget(QSizeF(contentWidth, 50))),
-      chart_(new ViewWidget(QSizeF(contentWidth, chartHeight))), links_(new PanelList("Links")) {
+      chart_(new ViewWidget(QSizeF(contentWidth, chartHeight))),
+      links_(new PanelList(worded("Links"))) {
   add(rates_, Qt::AlignHCenter);
   add(chart_, Qt::AlignHCenter);
   addSpace(4);
-  add(new PanelText("Count", PanelTextStyle::section));
+  add(new PanelText(worded("Count"), PanelTextStyle::section));
   links_->setMaximumVisibleRows(visibleLinks);
   links_->onOpen = [this](int row) {
     if (row >= 0 && row < static_cast<int>(choices_.size()))
       choose_(choices_[static_cast<std::size_t>(row)]);
   };
   add(links_);
-  setEditButton("Edit Network…", std::move(onEdit));
+  setEditButton(worded("Edit Network…"), std::move(onEdit));
   refresh();
 }
 
@@ -210,15 +222,17 @@ void NetworkPanelView::refresh() {
   const auto* settings = model_.widget().kind.get<NetworkSettings>();
   if (settings == nullptr)
     return;
-  setTitle("Network Activity");
+  setTitle(worded("Network Activity"));
   const NetworkTrace trace{model_.network(), model_.networkHistory()};
-  rates_->setView(hstack({rateView("arrow.down", "Download", trace.now.down, downTint, colours()),
-                          rateView("arrow.up", "Upload", trace.now.up, upTint, colours())})
-                      .spacing(8));
-  rates_->setName("Download " + rateText(trace.now.down).whole() + ", upload " +
-                  rateText(trace.now.up).whole());
+  rates_->setView(
+      hstack({rateView("arrow.down", worded("Download"), trace.now.down, downTint, colours()),
+              rateView("arrow.up", worded("Upload"), trace.now.up, upTint, colours())})
+          .spacing(8));
+  rates_->setName(
+      worded("Download {down}, upload {up}",
+             {{"down", rateText(trace.now.down).whole()}, {"up", rateText(trace.now.up).whole()}}));
   chart_->setView(onChartGround(networkChart(trace, colours().ground, 1.5), colours()));
-  chart_->setName("The last minute");
+  chart_->setName(worded("The last minute"));
   LineFigures down;
   LineFigures up;
   const auto take = [&](const NetworkReading& rates) {
@@ -228,8 +242,11 @@ void NetworkPanelView::refresh() {
   std::ranges::for_each(trace.history, take);
   take(trace.now);
   chart_->setAccessibleDescription(
-      rateSentence("Download is at %1, on average %2, at most %3.", down, trace.now.down) + ' ' +
-      rateSentence("Upload is at %1, on average %2, at most %3.", up, trace.now.up));
+      rateSentence(marked("Download is at {now}, on average {average}, at most {most}."), down,
+                   trace.now.down) +
+      ' ' +
+      rateSentence(marked("Upload is at {now}, on average {average}, at most {most}."), up,
+                   trace.now.up));
   choices_ = {std::nullopt};
   for (auto& name : model_.networkInterfaces())
     choices_.emplace_back(std::move(name));
@@ -241,7 +258,7 @@ void NetworkPanelView::refresh() {
   for (const auto& choice : choices_) {
     PanelRow row;
     row.id = choice ? utf8(*choice) : QString("*");
-    row.title = choice ? utf8(*choice) : QString("All Links");
+    row.title = choice ? utf8(*choice) : worded("All Links");
     row.isChecked = choice == settings->interface;
     rows.push_back(std::move(row));
   }

@@ -3,6 +3,7 @@
 #include "TavrinCore/Kinds/System/TimeProgressSettings.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewWidget.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 #include "TavrinWidgetsUI/System/SystemWidgetModel.h"
 #include "TavrinWidgetsUI/System/TimeProgressViews.h"
 
@@ -33,7 +34,8 @@ AnyView barRow(const TimeProgressReading& reading, bool isChosen, const PanelPal
                   .width(40, Alignment::trailing)})
       .spacing(8)
       .height(rowHeight)
-      .accessibility(nameOf(reading.scope), QString::number(reading.percentLeft) + "% left");
+      .accessibility(nameOf(reading.scope),
+                     worded("{percent}% left", {{"percent", reading.percentLeft}}));
 }
 
 } // namespace
@@ -53,7 +55,7 @@ TimeProgressPanelView::TimeProgressPanelView(const PanelAppearance& appearance,
   add(left_);
   addSpace(4);
   add(bars_, Qt::AlignHCenter);
-  setEditButton("Edit Time Progress…", std::move(onEdit));
+  setEditButton(worded("Edit Time Progress…"), std::move(onEdit));
   refresh();
 }
 
@@ -67,14 +69,17 @@ void TimeProgressPanelView::refresh() {
   for (const auto scope : allTimeProgressScopes) {
     const auto reading = TimeProgressReading::at(model_.now(), scope, model_.calendar());
     rows.push_back(barRow(reading, scope == settings->scope, colours()));
-    spoken += nameOf(scope) + QString(" %1% left. ").arg(reading.percentLeft);
+    spoken += worded("{period} {percent}% left.",
+                     {{"period", nameOf(scope)}, {"percent", reading.percentLeft}}) +
+              " ";
     if (scope != settings->scope)
       continue;
     ring_->setView(
         timeProgressRing(reading, ringSide, colours().ground, colours().text, colours().secondary));
-    ring_->setName(nameOf(scope) + QString(", %1% left").arg(reading.percentLeft));
+    ring_->setName(worded("{period}, {percent}% left",
+                          {{"period", nameOf(scope)}, {"percent", reading.percentLeft}}));
     scope_->setWords(nameOf(scope));
-    left_->setWords(QString::fromStdString(reading.left) + " left");
+    left_->setWords(worded("{time} left", {{"time", reading.left}}));
   }
   bars_->setView(vstack(std::move(rows)));
   bars_->setName(spoken.trimmed());

@@ -1,4 +1,5 @@
 #include "TavrinWidgetsUI/System/TimeProgressViews.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include "TavrinCore/Kinds/System/TimeProgressSettings.h"
 
@@ -17,14 +18,15 @@ CalendarUnit unitOf(TimeProgressScope scope) {
 std::string durationText(double seconds) {
   const auto minutes = static_cast<int>(std::ceil(seconds / 60));
   if (minutes < 60)
-    return fmt::format("{} min", minutes);
+    return translated("{minutes} min", {{"minutes", minutes}});
   if (minutes < 24 * 60)
-    return fmt::format("{} h {} min", minutes / 60, minutes % 60);
+    return translated("{hours} h {minutes} min",
+                      {{"hours", minutes / 60}, {"minutes", minutes % 60}});
   const int hours = static_cast<int>(std::ceil(seconds / 3600));
   const int days = hours / 24;
   if (days < 7)
-    return fmt::format("{} {} {} h", days, days == 1 ? "day" : "days", hours % 24);
-  return fmt::format("{} days", days);
+    return plural("{count} day {hours} h", "{count} days {hours} h", days, {{"hours", hours % 24}});
+  return plural("{count} day", "{count} days", days);
 }
 
 QString scopeTitle(const TimeProgressReading& reading) {
@@ -37,7 +39,7 @@ QString percentText(const TimeProgressReading& reading) {
 }
 
 QString spoken(const TimeProgressReading& reading) {
-  return percentText(reading) + " left";
+  return worded("{percent}% left", {{"percent", reading.percentLeft}});
 }
 
 Text percent(const TimeProgressReading& reading, double points, const QColor& ink) {
@@ -80,7 +82,7 @@ AnyView timeProgressTileIcon(const TimeProgressReading& reading, const TileSize&
   const AnyView name = word(scopeTitle(reading), captionSize, withContrast(tint, palette::ground));
   const AnyView figure =
       percent(reading, body * (size.hasCaption() ? 0.255 : 0.27), palette::figure());
-  const AnyView left = word("left", captionSize, size.quietInk());
+  const AnyView left = word(worded("left"), captionSize, size.quietInk());
   const double diameter = body * 0.93;
   const double thickness = body * 0.07;
   const AnyView gauge = ring(reading.fraction)
@@ -106,7 +108,7 @@ AnyView timeProgressWideTile(const TimeProgressReading& reading, const TileSize&
                         ? scopeTitle(reading) + " · " + QString::fromStdString(reading.left)
                         : scopeTitle(reading);
   content.figure = spoken(reading);
-  content.widestFigure = "88% left";
+  content.widestFigure = worded("{percent}% left", {{"percent", 88}});
   return wideTile(content, size).accessibility(scopeTitle(reading), spoken(reading));
 }
 
@@ -114,7 +116,8 @@ AnyView timeProgressRing(const TimeProgressReading& reading, double side, const 
                          const QColor& ink, const QColor& quiet) {
   const QColor tint = withContrast(timeProgressTint(reading.scope), ground, 3);
   return zstack({ring(reading.fraction).tint(tint).track(quiet).thickness(side * 0.085),
-                 vstack({percent(reading, side * 0.25, ink), word("left", side * 0.1, quiet)})})
+                 vstack({percent(reading, side * 0.25, ink),
+                         word(worded("left"), side * 0.1, quiet)})})
       .frame(side, side)
       .accessibility(scopeTitle(reading), spoken(reading));
 }

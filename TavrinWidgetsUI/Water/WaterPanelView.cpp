@@ -6,6 +6,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 #include "TavrinWidgetsUI/Kit/Views/Utf8.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewWidget.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QHBoxLayout>
 #include <QVBoxLayout>
@@ -34,7 +35,7 @@ WaterPanelView::WaterPanelView(const PanelAppearance& appearance, Source source)
       amount_(new PanelFigure(34)), goal_(new PanelText({}, PanelTextStyle::secondary)),
       next_(new PanelText), week_(new ViewWidget(weekSize)) {
   amount_->setAlignment(Qt::AlignLeft);
-  amount_->setName("Drunk today");
+  amount_->setName(worded("Drunk today"));
   auto* words = new QWidget;
   words->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
   auto* column = new QVBoxLayout(words);
@@ -48,16 +49,16 @@ WaterPanelView::WaterPanelView(const PanelAppearance& appearance, Source source)
   words->setMinimumHeight(static_cast<int>(vesselSize.height()));
   add(rowOf({vessel_, words}));
   addSpace(4);
-  add(new PanelText("This week", PanelTextStyle::section));
+  add(new PanelText(worded("This week"), PanelTextStyle::section));
   add(week_);
   addSpace(4);
   drink_ = new PanelButton(PanelButton::Kind::prominent, {}, [this] { source_.drink(); });
   drink_->setSymbol("drop.fill");
   drink_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-  undo_ =
-      PanelButton::icon("arrow.uturn.backward", "Take a glass back", [this] { source_.undo(); });
+  undo_ = PanelButton::icon("arrow.uturn.backward", worded("Take a glass back"),
+                            [this] { source_.undo(); });
   add(rowOf({drink_, undo_}));
-  setEditButton("Edit Water…", source_.edit);
+  setEditButton(worded("Edit Water…"), source_.edit);
   refresh();
 }
 
@@ -75,7 +76,7 @@ void WaterPanelView::refresh() {
                     waterTankView(tank)})
                 .clip(superellipse(20));
   vessel_->setView(vessel);
-  vessel_->setName(QString("Filled to %1 percent").arg(qRound(tank.level * 100)));
+  vessel_->setName(worded("Filled to {percent} percent", {{"percent", qRound(tank.level * 100)}}));
 
   WaterBarColours bars;
   bars.bar = withContrast(QColor(0x3B, 0x9E, 0xFF), colours().ground, 3);
@@ -84,13 +85,13 @@ void WaterPanelView::refresh() {
   bars.label = colours().secondary;
   const Calendar calendar;
   week_->setView(waterWeekBars(reading, bars, &calendar));
-  QString spoken = "This week:";
+  QStringList amounts;
   for (const auto& day : reading.week)
-    spoken += " " + utf8(format(reading.settings.unit, day.millilitres)) + ",";
-  spoken.chop(1);
-  week_->setName(spoken);
+    amounts << utf8(format(reading.settings.unit, day.millilitres));
+  week_->setName(worded("This week: {amounts}", {{"amounts", amounts.join(", ")}}));
 
-  drink_->setTitle("Drink " + utf8(format(reading.settings.unit, reading.settings.glass)));
+  drink_->setTitle(worded("Drink {amount}",
+                          {{"amount", format(reading.settings.unit, reading.settings.glass)}}));
   drink_->setEnabled(reading.settings.glass > 0);
   undo_->setEnabled(reading.millilitres > 0);
 }
@@ -100,12 +101,14 @@ void WaterPanelView::showWords(const WaterReading& reading) {
   const auto space = amount.lastIndexOf(u' ');
   amount_->setText(amount.left(space));
   amount_->setUnit(amount.mid(space + 1));
-  goal_->setWords(reading.isDone() ? QString("Goal reached")
-                                   : utf8(format(reading.settings.unit, reading.settings.goal)) +
-                                         " is the goal");
+  goal_->setWords(reading.isDone()
+                      ? worded("Goal reached")
+                      : worded("{amount} is the goal",
+                               {{"amount", format(reading.settings.unit, reading.settings.goal)}}));
   const auto left = reading.timeLeft();
   next_->setVisible(!reading.isDone());
-  next_->setWords(left ? "Next glass in " + utf8(*left) : QString("Time for a glass"));
+  next_->setWords(left ? worded("Next glass in {time}", {{"time", *left}})
+                       : worded("Time for a glass"));
 }
 
 } // namespace tavrin

@@ -2,6 +2,7 @@
 
 #include "TavrinCore/Kinds/Water/WaterSettings.h"
 #include "TavrinWidgetsUI/Kit/Views/Utf8.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QLinearGradient>
 #include <algorithm>
@@ -140,14 +141,16 @@ AnyView countView(const WaterReading& reading, const TileSize& size, double poin
 
 QString standing(const WaterReading& reading) {
   if (reading.isDone())
-    return "Goal reached";
+    return worded("Goal reached");
   const auto left = reading.timeLeft();
-  return left ? "Next glass in " + utf8(*left) : "Time for a glass";
+  return left ? worded("Next glass in {time}", {{"time", *left}}) : worded("Time for a glass");
 }
 
 QString spokenValue(const WaterReading& reading) {
-  return utf8(format(reading.settings.unit, reading.millilitres)) + " of " +
-         utf8(format(reading.settings.unit, reading.settings.goal)) + ", " + standing(reading);
+  return worded("{drunk} of {goal}, {state}",
+                {{"drunk", format(reading.settings.unit, reading.millilitres)},
+                 {"goal", format(reading.settings.unit, reading.settings.goal)},
+                 {"state", standing(reading)}});
 }
 
 /// Count and mark, as far as they are wanted.
@@ -210,7 +213,7 @@ AnyView waterGlassView(const WaterTank& tank, const QColor& outline) {
 AnyView waterTileIcon(const WaterReading& reading, const WaterTank& tank, const TileSize& size) {
   const bool isGlass = reading.settings.style == WaterTileStyle::glass;
   return (isGlass ? waterGlassTile(reading, tank, size) : waterTankTile(reading, tank, size))
-      .accessibility("Water", utf8(reading.count()) + ", " + spokenValue(reading));
+      .accessibility(worded("Water"), utf8(reading.count()) + ", " + spokenValue(reading));
 }
 
 AnyView waterWeekBars(const WaterReading& reading, const WaterBarColours& colours,
@@ -280,9 +283,9 @@ AnyView waterWideTile(const WaterReading& reading, const WaterTank& tank, const 
   content.middle = vstack({figure, below}).align(Alignment::leading).spacing(body * 0.08);
   content.actions = {{{"water.drink", drink},
                       "plus",
-                      "Drink " + utf8(format(settings.unit, settings.glass)),
+                      worded("Drink {amount}", {{"amount", format(settings.unit, settings.glass)}}),
                       true}};
-  content.label = "Water";
+  content.label = worded("Water");
   content.value = spokenValue(reading);
   return wideTile(content, size);
 }

@@ -7,6 +7,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelToolTip.h"
 #include "TavrinWidgetsUI/Kit/Views/Utf8.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewWidget.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 #include "TavrinWidgetsUI/Weather/WeatherModel.h"
 
 #include <QVBoxLayout>
@@ -53,12 +54,14 @@ void paintSpan(QPainter& painter, const QRectF& rect, const Span& span) {
 
 WeatherPanelView::WeatherPanelView(const PanelAppearance& appearance, Source source)
     : PanelView(appearance, Width::lists), source_(std::move(source)),
-      field_(new PanelSearchField("Search for a city")), results_(new PanelList("Cities")),
-      noResult_(new PanelText("No city by that name.", PanelTextStyle::secondary)),
+      field_(new PanelSearchField(worded("Search for a city"))),
+      results_(new PanelList(worded("Cities"))),
+      noResult_(new PanelText(worded("No city by that name."), PanelTextStyle::secondary)),
       empty_(new PanelEmptyState({}, {})), current_(new QWidget),
       city_(new PanelText({}, PanelTextStyle::heading)),
       region_(new PanelText({}, PanelTextStyle::secondary)), head_(new ViewWidget(headSize)),
-      trouble_(new PanelText("Could not reach the forecast just now.", PanelTextStyle::trouble)),
+      trouble_(
+          new PanelText(worded("Could not reach the forecast just now."), PanelTextStyle::trouble)),
       days_(new QWidget) {
   auto* column = new QVBoxLayout(current_);
   column->setContentsMargins(0, 0, 0, 0);
@@ -71,7 +74,7 @@ WeatherPanelView::WeatherPanelView(const PanelAppearance& appearance, Source sou
   auto* dayColumn = new QVBoxLayout(days_);
   dayColumn->setContentsMargins(0, 0, 0, 0);
   dayColumn->setSpacing(0);
-  days_->setAccessibleName("Forecast");
+  days_->setAccessibleName(worded("Forecast"));
   results_->setMaximumVisibleRows(5);
   field_->setList(results_);
   field_->onChange = [this](const QString& text) { source_.search.type(text.toStdString()); };
@@ -90,11 +93,11 @@ WeatherPanelView::WeatherPanelView(const PanelAppearance& appearance, Source sou
   add(empty_);
   add(current_);
   add(days_);
-  setEditButton("Edit Weather…", source_.edit);
-  auto* credit = new PanelButton(PanelButton::Kind::faint, "Data: Open-Meteo.com",
+  setEditButton(worded("Edit Weather…"), source_.edit);
+  auto* credit = new PanelButton(PanelButton::Kind::faint, worded("Data: Open-Meteo.com"),
                                  [this] { source_.open(provider); });
-  credit->setAccessibleName("Weather data by Open-Meteo.com");
-  setPlainToolTip(credit, "Weather data by Open-Meteo.com");
+  credit->setAccessibleName(worded("Weather data by Open-Meteo.com"));
+  setPlainToolTip(credit, worded("Weather data by Open-Meteo.com"));
   addFooterButton(credit);
   refresh();
 }
@@ -103,7 +106,7 @@ void WeatherPanelView::refresh() {
   const WeatherSnapshot weather = source_.weather();
   setTitle(utf8(source_.name()));
   setState(weather.reading     ? utf8(WeatherWords::age(weather.reading->readAt, weather.now))
-           : weather.isLoading ? QString("Loading")
+           : weather.isLoading ? worded("Loading")
                                : QString());
   showSearch();
   const bool isSearching = !source_.search.text().empty();
@@ -113,15 +116,16 @@ void WeatherPanelView::refresh() {
   current_->setVisible(!isSearching && hasReading);
   days_->setVisible(!isSearching && hasReading);
   if (!weather.hasPlace())
-    empty_->setSentence("location", "Choose a city and Tavrin will show its weather here.");
+    empty_->setSentence("location", worded("Choose a city and Tavrin will show its weather here."));
   else if (isTroubled)
-    empty_->setSentence("cloud.sun.fill", "Could not reach the forecast just now.");
+    empty_->setSentence("cloud.sun.fill", worded("Could not reach the forecast just now."));
   else
-    empty_->setSentence("cloud.sun.fill",
-                        "Asking for the weather in " +
-                            utf8(weather.settings.cityName.value_or("this place")) + "…");
+    empty_->setSentence("cloud.sun.fill", weather.settings.cityName
+                                              ? worded("Asking for the weather in {city}…",
+                                                       {{"city", *weather.settings.cityName}})
+                                              : worded("Asking for the weather in this place…"));
   empty_->setTrouble(weather.hasPlace() && isTroubled);
-  empty_->setStep(weather.hasPlace() && isTroubled ? QString("Try Again") : QString(),
+  empty_->setStep(weather.hasPlace() && isTroubled ? worded("Try Again") : QString(),
                   source_.refresh);
   if (hasReading) {
     trouble_->setVisible(isTroubled);
@@ -141,7 +145,8 @@ void WeatherPanelView::showReading(const WeatherSnapshot& weather) {
   const QString words = utf8(WeatherWords::describe(reading.condition));
   const QString feels =
       weather.settings.showsApparent && reading.apparent
-          ? "Feels like " + utf8(WeatherWords::degrees(*reading.apparent, weather.settings.unit))
+          ? worded("Feels like {degrees}",
+                   {{"degrees", WeatherWords::degrees(*reading.apparent, weather.settings.unit)}})
           : QString();
   const QColor ink = weatherInk(reading.condition, reading.isDay, colours().ground);
   const AnyView lines =

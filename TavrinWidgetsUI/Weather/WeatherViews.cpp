@@ -2,6 +2,7 @@
 
 #include "TavrinCore/Kinds/Weather/WeatherSettings.h"
 #include "TavrinWidgetsUI/Kit/Views/Utf8.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <algorithm>
 
@@ -133,11 +134,12 @@ AnyView forecastColumns(const WeatherSnapshot& weather, const TileSize& size, st
 
 QString spokenName(const WeatherSnapshot& weather) {
   if (!weather.hasPlace())
-    return "Weather, no city chosen";
+    return worded("Weather, no city chosen");
   if (!weather.reading)
-    return weather.failed && !weather.isLoading ? "Weather, the forecast could not be reached"
-                                                : "Weather, loading";
-  return "Weather" +
+    return weather.failed && !weather.isLoading
+               ? worded("Weather, the forecast could not be reached")
+               : worded("Weather, loading");
+  return worded("Weather") +
          (weather.settings.cityName ? ", " + utf8(*weather.settings.cityName) : QString());
 }
 
@@ -148,7 +150,7 @@ QString spokenValue(const WeatherSnapshot& weather) {
   QString value = utf8(WeatherWords::degrees(reading.temperature, weather.settings.unit)) + ", " +
                   utf8(WeatherWords::describe(reading.condition));
   if (const auto apparent = apparentOf(weather))
-    value += ", feels like " + *apparent;
+    value += ", " + worded("feels like {degrees}", {{"degrees", *apparent}});
   if (weather.isStale)
     value += ", " + utf8(WeatherWords::age(reading.readAt, weather.now));
   return value;
@@ -195,7 +197,8 @@ AnyView skyTile(const WeatherSnapshot& weather, const AnyView& inner, const Tile
 }
 
 AnyView feelsLine(const QString& apparent, const WeatherSnapshot& weather, const TileSize& size) {
-  return wordText("Feels " + apparent, size.caption(), size.quietInk(groundOf(skyOf(weather))))
+  return wordText(worded("Feels {degrees}", {{"degrees", apparent}}), size.caption(),
+                  size.quietInk(groundOf(skyOf(weather))))
       .figure(std::max(size.caption() * 0.85, minimumCaptionSize));
 }
 
@@ -301,24 +304,27 @@ AnyView readingTile(const WeatherSnapshot& weather, const TileSize& size) {
 AnyView wideStanding(const WeatherSnapshot& weather, const TileSize& size) {
   const QColor ground = groundOf(skyOf(weather));
   const double body = size.body();
-  const QString name =
-      weather.hasPlace() ? utf8(weather.settings.cityName.value_or("Weather")) : QString("Weather");
+  const QString name = weather.hasPlace()
+                           ? utf8(weather.settings.cityName.value_or(translated("Weather")))
+                           : worded("Weather");
   const Text title = text(name)
                          .size(size.words(0.22))
                          .weight(FontWeight::semibold)
                          .colour(palette::figure(ground));
-  const auto line = [&](const char* words) {
+  const auto line = [&](const QString& words) {
     return text(words).size(size.words(0.18)).colour(size.quietInk(ground));
   };
   const auto below = [&](const Text& words) -> AnyView {
     return vstack({title, words}).align(Alignment::leading).spacing(body * 0.03);
   };
   if (!weather.hasPlace())
-    return firstFitting({below(line("Choose a city").figure()), line("Choose a city").lines(2)});
+    return firstFitting(
+        {below(line(worded("Choose a city")).figure()), line(worded("Choose a city")).lines(2)});
   if (!weather.failed || weather.isLoading)
-    return below(line("Loading"));
-  return firstFitting({below(line("No forecast now").figure()), below(line("No forecast").figure()),
-                       line("No forecast").lines(2)});
+    return below(line(worded("Loading")));
+  return firstFitting({below(line(worded("No forecast now")).figure()),
+                       below(line(worded("No forecast")).figure()),
+                       line(worded("No forecast")).lines(2)});
 }
 
 /// City, words, temperature and the felt one, in as many lines as they need.

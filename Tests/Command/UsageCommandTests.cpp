@@ -70,8 +70,8 @@ TEST_F(UsageCommandTest, PrintsPeriodsDaysAndProjects) {
 
 TEST_F(UsageCommandTest, ATerminalShowsThirtyDaysAsAChart) {
   logFourMessages();
-  log("alpha", 20 * day, "m6", {100'000, 0, 0, 0});
-  log("alpha", 40 * day, "m7", {90'000'000, 0, 0, 0});
+  log("delta", 20 * day, "m6", {100'000, 0, 0, 0});
+  log("epsilon", 40 * day, "m7", {90'000'000, 0, 0, 0});
   columns = 80;
   ASSERT_EQ(run({"usage"}), 0) << errors.str();
   const std::string text = output.str();
@@ -117,7 +117,7 @@ TEST_F(UsageCommandTest, FitsTheTerminal) {
   const int whole = widest(0);
   const auto all = output.str();
   EXPECT_EQ(widest(whole), whole);
-  EXPECT_EQ(output.str(), all);
+  EXPECT_EQ(output.str().substr(0, all.size()), all) << "the chart follows";
   EXPECT_LE(widest(whole - 1), whole - 1);
   EXPECT_EQ(rows()[1], (std::vector<std::string>{"Last", "5", "hours", "433k", "1.0k", "2.0k",
                                                  "30.0k", "400k", "2"}))

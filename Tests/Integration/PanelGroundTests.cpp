@@ -21,7 +21,8 @@ double lightness() {
 }
 
 TEST(PanelGround, FollowsItsContentsColoursWhileItIsOpen) {
-  QtPanelPopover popover({[] { return true; }, [] { return false; }, [] {}, [] {}});
+  QtPanelPopover popover({[] { return true; }, [] { return false; }, [] {}, [] {},
+                          []() -> LayerShell* { return nullptr; }, [] { return QRect(); }});
   const auto view = [](bool isDark) {
     auto* panel = new PanelView({.dark = isDark});
     panel->setTitle("Panel");

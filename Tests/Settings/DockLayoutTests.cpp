@@ -87,6 +87,22 @@ TEST_F(DockLayoutTest, LayoutsAreMadeChangedAndSteppedBackThrough) {
   EXPECT_FALSE(profiles.profile(first));
 }
 
+TEST_F(DockLayoutTest, LayoutsGoToAFileAndComeFromOne) {
+  const auto first = profiles.createFromDock();
+  const auto file = folder / "Layout.json";
+  profiles.exportTo(file, first);
+  const auto again = profiles.importFrom(file);
+  ASSERT_TRUE(again);
+  EXPECT_NE(*again, first) << "beside the one there is";
+  EXPECT_EQ(profiles.profile(*again)->items, profiles.profile(first)->items);
+  history.undo();
+  EXPECT_FALSE(profiles.profile(*again));
+  writeFileAtomically(file, "{\"no\": \"profiles\"}");
+  EXPECT_THROW(profiles.importFrom(file), FileError);
+  EXPECT_THROW(profiles.importFrom(folder / "gone.json"), FileError);
+  EXPECT_THAT(profiles.file().profiles, SizeIs(1));
+}
+
 TEST_F(DockLayoutTest, ApplyingGoesThereAndUndoComesBackWithTheActiveProfile) {
   const auto home = profiles.createFromDock();
   profiles.library().profiles().setActive(home);

@@ -113,7 +113,7 @@ TEST(ForeignTextInTheKit, NothingElseLetsTheToolkitGuessAFormat) {
   };
   const Rule rules[] = {
       {"setToolTip(", {"PanelToolTip.cpp"}},
-      {"QToolTip::", {"PlainToolTip.h"}},
+      {"QToolTip::showText", {"PlainToolTip.h"}},
       {"public QLabel", {"PanelText.h"}},
       {"new QLabel", {"QuickLook.cpp"}},
       {"QMessageBox", {}},

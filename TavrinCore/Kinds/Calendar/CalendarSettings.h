@@ -42,8 +42,8 @@ template <> struct EnumNames<CalendarTileStyle> {
 };
 
 template <> struct EnumTitles<CalendarTileStyle> {
-  static constexpr auto titles =
-      std::to_array<std::string_view>({"Next event", "Date + next event", "Agenda", "Date"});
+  static constexpr auto titles = std::to_array<std::string_view>(
+      {marked("Next event"), marked("Date + next event"), marked("Agenda"), marked("Date")});
 };
 
 struct CalendarSettings {

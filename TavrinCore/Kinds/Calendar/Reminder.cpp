@@ -1,5 +1,6 @@
 #include "TavrinCore/Kinds/Calendar/Reminder.h"
 
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Text/Text.h"
 
 #include <algorithm>
@@ -9,7 +10,7 @@ namespace tavrin {
 
 std::string displayTitle(const Reminder& reminder) {
   const auto title = trimmed(reminder.title);
-  return title.empty() ? "Untitled reminder" : std::string(title);
+  return title.empty() ? translated("Untitled reminder") : std::string(title);
 }
 
 bool isOverdue(const Reminder& reminder, Date now, const Calendar& calendar) {

@@ -15,7 +15,7 @@ template <> struct EnumNames<ReminderTileStyle> {
 
 template <> struct EnumTitles<ReminderTileStyle> {
   static constexpr auto titles =
-      std::to_array<std::string_view>({"Next reminder", "List", "Count"});
+      std::to_array<std::string_view>({marked("Next reminder"), marked("List"), marked("Count")});
 };
 
 struct ReminderSettings {

@@ -15,8 +15,8 @@ template <> struct EnumNames<ClaudeUsageShows> {
 };
 
 template <> struct EnumTitles<ClaudeUsageShows> {
-  static constexpr auto titles =
-      std::to_array<std::string_view>({"Five-hour limit", "Weekly limit", "Tokens"});
+  static constexpr auto titles = std::to_array<std::string_view>(
+      {marked("Five-hour limit"), marked("Weekly limit"), marked("Tokens")});
 };
 
 /// The period over which tokens are counted.
@@ -30,8 +30,8 @@ template <> struct EnumNames<ClaudeUsageScope> {
 };
 
 template <> struct EnumTitles<ClaudeUsageScope> {
-  static constexpr auto titles =
-      std::to_array<std::string_view>({"Last 5 hours", "Today", "Last 7 days"});
+  static constexpr auto titles = std::to_array<std::string_view>(
+      {marked("Last 5 hours"), marked("Today"), marked("Last 7 days")});
 };
 
 struct ClaudeUsageSettings {

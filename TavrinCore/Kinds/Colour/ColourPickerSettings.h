@@ -19,9 +19,9 @@ template <> struct EnumNames<ColourFormat> {
 };
 
 template <> struct EnumTitles<ColourFormat> {
-  static constexpr auto titles =
-      std::to_array<std::string_view>({"Hex", "Hex, lowercase", "CSS rgb()", "CSS hsl()",
-                                       "SwiftUI Color", "NSColor", "CSS variable"});
+  static constexpr auto titles = std::to_array<std::string_view>(
+      {marked("Hex"), marked("Hex, lowercase"), marked("CSS rgb()"), marked("CSS hsl()"),
+       marked("SwiftUI Color"), marked("NSColor"), marked("CSS variable")});
 };
 
 struct ColourPickerSettings {

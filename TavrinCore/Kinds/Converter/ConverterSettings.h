@@ -34,9 +34,10 @@ template <> struct EnumNames<ConverterCategory> {
 };
 
 template <> struct EnumTitles<ConverterCategory> {
-  static constexpr auto titles =
-      std::to_array<std::string_view>({"Length", "Mass", "Temperature", "Volume", "Area", "Speed",
-                                       "Time", "Data", "Energy", "Pressure", "Angle"});
+  static constexpr auto titles = std::to_array<std::string_view>(
+      {marked("Length"), marked("Mass"), marked("Temperature"), marked("Volume"), marked("Area"),
+       marked("Speed"), marked("Time"), marked("Data"), marked("Energy"), marked("Pressure"),
+       marked("Angle")});
 };
 
 /// The units of a settings record's category.

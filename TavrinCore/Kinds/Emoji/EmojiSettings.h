@@ -17,8 +17,9 @@ template <> struct EnumNames<EmojiSkinTone> {
 };
 
 template <> struct EnumTitles<EmojiSkinTone> {
-  static constexpr auto titles = std::to_array<std::string_view>(
-      {"Standard", "Light", "Medium light", "Medium", "Medium dark", "Dark"});
+  static constexpr auto titles =
+      std::to_array<std::string_view>({marked("Standard"), marked("Light"), marked("Medium light"),
+                                       marked("Medium"), marked("Medium dark"), marked("Dark")});
 };
 
 struct EmojiSettings {

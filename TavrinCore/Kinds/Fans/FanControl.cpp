@@ -1,6 +1,7 @@
 #include "TavrinCore/Kinds/Fans/FanControl.h"
 
 #include "TavrinCore/Base/Errors.h"
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Text/ComputerWords.h"
 
 #include <algorithm>
@@ -34,14 +35,14 @@ FanError FanError::smcUnavailable(std::string_view reason) {
   return {Kind::smcUnavailable, failure("reach the fan controller", reason)};
 }
 FanError FanError::readFailed(std::string_view key, std::string_view reason) {
-  return {Kind::readFailed, failure("read " + value(key), reason)};
+  return {Kind::readFailed, failure(translated("read {key}", {{"key", value(key)}}), reason)};
 }
 FanError FanError::writeFailed(std::string_view key, std::string_view reason) {
-  return {Kind::writeFailed, failure("write " + value(key), reason)};
+  return {Kind::writeFailed, failure(translated("write {key}", {{"key", value(key)}}), reason)};
 }
 FanError FanError::unsupportedValue(std::string_view key, std::string_view type) {
-  return {Kind::unsupportedValue,
-          failure("handle " + value(key), "its type " + std::string(type) + " is not supported")};
+  return {Kind::unsupportedValue, failure(translated("handle {key}", {{"key", value(key)}}),
+                                          "its type " + std::string(type) + " is not supported")};
 }
 FanError FanError::noFans() {
   return {Kind::noFans, failure("control the fans", localSentence("this {Mac} has none"))};

@@ -44,11 +44,11 @@ std::string_view colorHex(GitHubChecks checks) {
 std::string_view title(GitHubChecks checks) {
   switch (checks) {
   case GitHubChecks::failing:
-    return "Failing";
+    return translation("Failing");
   case GitHubChecks::running:
-    return "Running";
+    return translation("Running");
   case GitHubChecks::passing:
-    return "Passing";
+    return translation("Passing");
   case GitHubChecks::none:
     return "";
   }

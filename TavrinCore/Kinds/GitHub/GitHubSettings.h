@@ -14,8 +14,8 @@ template <> struct EnumNames<GitHubShows> {
 };
 
 template <> struct EnumTitles<GitHubShows> {
-  static constexpr auto titles =
-      std::to_array<std::string_view>({"My pull requests", "Waiting on you", "Contributions"});
+  static constexpr auto titles = std::to_array<std::string_view>(
+      {marked("My pull requests"), marked("Waiting on you"), marked("Contributions")});
 };
 
 struct GitHubSettings {

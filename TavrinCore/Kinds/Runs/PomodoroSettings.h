@@ -14,7 +14,8 @@ template <> struct EnumNames<PomodoroPhase> {
 };
 
 template <> struct EnumTitles<PomodoroPhase> {
-  static constexpr auto titles = std::to_array<std::string_view>({"Focus", "Break", "Long Break"});
+  static constexpr auto titles =
+      std::to_array<std::string_view>({marked("Focus"), marked("Break"), marked("Long Break")});
 };
 
 constexpr bool isBreak(PomodoroPhase phase) {

@@ -14,7 +14,8 @@ template <> struct EnumNames<ActivityTileStyle> {
 };
 
 template <> struct EnumTitles<ActivityTileStyle> {
-  static constexpr auto titles = std::to_array<std::string_view>({"Bars", "Numbers", "Rings"});
+  static constexpr auto titles =
+      std::to_array<std::string_view>({marked("Bars"), marked("Numbers"), marked("Rings")});
 };
 
 struct ActivitySettings {

@@ -14,7 +14,8 @@ template <> struct EnumNames<BatteryTileStyle> {
 };
 
 template <> struct EnumTitles<BatteryTileStyle> {
-  static constexpr auto titles = std::to_array<std::string_view>({"Status", "Ring", "Icon"});
+  static constexpr auto titles =
+      std::to_array<std::string_view>({marked("Status"), marked("Ring"), marked("Icon")});
 };
 
 struct BatterySettings {

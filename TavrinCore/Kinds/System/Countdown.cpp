@@ -1,5 +1,6 @@
 #include "TavrinCore/Kinds/System/Countdown.h"
 
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Text/ClockText.h"
 
 #include <algorithm>
@@ -26,7 +27,8 @@ double Countdown::weekShare(const CountdownSettings& settings, Date now) {
 std::string Countdown::caption(const CountdownSettings& settings, Date now,
                                const Calendar& calendar) {
   const auto target = calendar.dateAndTime(settings.target);
-  return (interval(settings, now) > 0 ? "left until " : "since ") + target;
+  return interval(settings, now) > 0 ? translated("left until {date}", {{"date", target}})
+                                     : translated("since {date}", {{"date", target}});
 }
 
 } // namespace tavrin

@@ -12,7 +12,8 @@ template <> struct EnumNames<NetworkTileStyle> {
 };
 
 template <> struct EnumTitles<NetworkTileStyle> {
-  static constexpr auto titles = std::to_array<std::string_view>({"Numbers", "Chart"});
+  static constexpr auto titles =
+      std::to_array<std::string_view>({marked("Numbers"), marked("Chart")});
 };
 
 struct NetworkSettings {

@@ -16,8 +16,8 @@ template <> struct EnumNames<PetSpecies> {
 };
 
 template <> struct EnumTitles<PetSpecies> {
-  static constexpr auto titles =
-      std::to_array<std::string_view>({"Cat", "Dog", "Fox", "Rabbit", "Turtle"});
+  static constexpr auto titles = std::to_array<std::string_view>(
+      {marked("Cat"), marked("Dog"), marked("Fox"), marked("Rabbit"), marked("Turtle")});
 };
 
 struct PetSettings {

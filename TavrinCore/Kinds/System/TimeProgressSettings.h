@@ -15,7 +15,8 @@ template <> struct EnumNames<TimeProgressScope> {
 };
 
 template <> struct EnumTitles<TimeProgressScope> {
-  static constexpr auto titles = std::to_array<std::string_view>({"Day", "Week", "Month", "Year"});
+  static constexpr auto titles = std::to_array<std::string_view>(
+      {marked("Day"), marked("Week"), marked("Month"), marked("Year")});
 };
 
 struct TimeProgressSettings {

@@ -1,7 +1,9 @@
 #include "TavrinCore/Kinds/Water/WaterReading.h"
 
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Kinds/Water/WaterSettings.h"
 #include "TavrinCore/Text/ClockText.h"
+#include "TavrinCore/Text/DecimalText.h"
 
 #include <algorithm>
 #include <cmath>
@@ -10,8 +12,10 @@
 namespace tavrin {
 
 std::string format(WaterUnit unit, int millilitres) {
-  return unit == WaterUnit::ounces ? fmt::format("{:.1f} oz", millilitres / millilitresPerOunce)
-                                   : fmt::format("{} ml", millilitres);
+  return unit == WaterUnit::ounces
+             ? translated("{amount} oz",
+                          {{"amount", decimalText(millilitres / millilitresPerOunce, 1)}})
+             : translated("{amount} ml", {{"amount", millilitres}});
 }
 
 WaterReading WaterReading::of(const WaterLog& log, const WaterSettings& settings, Date now,
@@ -44,8 +48,8 @@ std::optional<std::string> WaterReading::timeLeft() const {
 
 FieldDisplay waterDisplay(const JSONValue& settings) {
   const auto* unit = settings.member("unit");
-  const bool isOunces = unit != nullptr && unit->string() != nullptr &&
-                        *unit->string() == nameOf(WaterUnit::ounces);
+  const bool isOunces =
+      unit != nullptr && unit->string() != nullptr && *unit->string() == nameOf(WaterUnit::ounces);
   return isOunces ? FieldDisplay{symbol(WaterUnit::ounces), millilitresPerOunce}
                   : FieldDisplay{symbol(WaterUnit::millilitres), 1};
 }

@@ -13,7 +13,8 @@ template <> struct EnumNames<WaterUnit> {
 };
 
 template <> struct EnumTitles<WaterUnit> {
-  static constexpr auto titles = std::to_array<std::string_view>({"Millilitres", "Ounces"});
+  static constexpr auto titles =
+      std::to_array<std::string_view>({marked("Millilitres"), marked("Ounces")});
 };
 
 constexpr std::string_view symbol(WaterUnit unit) {
@@ -31,7 +32,7 @@ template <> struct EnumNames<WaterTileStyle> {
 };
 
 template <> struct EnumTitles<WaterTileStyle> {
-  static constexpr auto titles = std::to_array<std::string_view>({"Tank", "Glass"});
+  static constexpr auto titles = std::to_array<std::string_view>({marked("Tank"), marked("Glass")});
 };
 
 /// Millilitres as the unit of a settings record shows them.

@@ -1,5 +1,6 @@
 #include "TavrinCore/Kinds/Weather/Weather.h"
 
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Text/ClockText.h"
 
 #include <array>
@@ -17,14 +18,14 @@ struct ConditionWords {
 
 /// In the order of the conditions.
 constexpr std::array<ConditionWords, 8> words = {{
-    {"Clear sky", "sun.max.fill", "moon.stars.fill"},
-    {"Partly cloudy", "cloud.sun.fill", "cloud.moon.fill"},
-    {"Cloudy", "cloud.fill", "cloud.fill"},
-    {"Fog", "cloud.fog.fill", "cloud.fog.fill"},
-    {"Drizzle", "cloud.drizzle.fill", "cloud.drizzle.fill"},
-    {"Rain", "cloud.rain.fill", "cloud.rain.fill"},
-    {"Snow", "cloud.snow.fill", "cloud.snow.fill"},
-    {"Thunderstorm", "cloud.bolt.rain.fill", "cloud.bolt.rain.fill"},
+    {marked("Clear sky"), "sun.max.fill", "moon.stars.fill"},
+    {marked("Partly cloudy"), "cloud.sun.fill", "cloud.moon.fill"},
+    {marked("Cloudy"), "cloud.fill", "cloud.fill"},
+    {marked("Fog"), "cloud.fog.fill", "cloud.fog.fill"},
+    {marked("Drizzle"), "cloud.drizzle.fill", "cloud.drizzle.fill"},
+    {marked("Rain"), "cloud.rain.fill", "cloud.rain.fill"},
+    {marked("Snow"), "cloud.snow.fill", "cloud.snow.fill"},
+    {marked("Thunderstorm"), "cloud.bolt.rain.fill", "cloud.bolt.rain.fill"},
 }};
 
 const ConditionWords& wordsOf(WeatherCondition condition) {
@@ -83,11 +84,11 @@ std::string WeatherPlace::id() const {
 }
 
 std::string_view WeatherWords::describe(WeatherCondition condition) {
-  return wordsOf(condition).words;
+  return translation(wordsOf(condition).words);
 }
 
 std::string WeatherWords::dayName(Date date, bool isToday, const Calendar& calendar) {
-  return isToday ? "Today" : calendar.text(date, "ccc");
+  return isToday ? translated("Today") : calendar.text(date, "ccc");
 }
 
 std::string WeatherWords::shortDegrees(double value) {
@@ -109,12 +110,13 @@ std::string WeatherWords::daySummary(const WeatherDay& day) {
 std::string WeatherWords::age(Date readAt, Date now) {
   const auto minutes = wholeSeconds(std::floor(now.since(readAt) / 60));
   if (minutes < 1)
-    return "Updated just now";
+    return translated("Updated just now");
   const auto days = minutes / (24 * 60);
   if (days > 0)
-    return fmt::format("Updated {} {} ago", days, days == 1 ? "day" : "days");
+    return plural("Updated {count} day ago", "Updated {count} days ago", days);
   // From an hour on the minutes tell nothing.
-  return fmt::format("Updated {} ago", durationText(minutes < 60 ? minutes : minutes / 60 * 60));
+  return translated("Updated {time} ago",
+                    {{"time", durationText(minutes < 60 ? minutes : minutes / 60 * 60)}});
 }
 
 } // namespace tavrin

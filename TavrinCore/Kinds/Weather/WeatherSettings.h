@@ -12,7 +12,8 @@ template <> struct EnumNames<WeatherUnit> {
 };
 
 template <> struct EnumTitles<WeatherUnit> {
-  static constexpr auto titles = std::to_array<std::string_view>({"Celsius", "Fahrenheit"});
+  static constexpr auto titles =
+      std::to_array<std::string_view>({marked("Celsius"), marked("Fahrenheit")});
 };
 
 constexpr std::string_view suffix(WeatherUnit unit) {
@@ -32,8 +33,8 @@ template <> struct EnumNames<WeatherTileStyle> {
 };
 
 template <> struct EnumTitles<WeatherTileStyle> {
-  static constexpr auto titles =
-      std::to_array<std::string_view>({"Temperature", "Conditions", "Forecast"});
+  static constexpr auto titles = std::to_array<std::string_view>(
+      {marked("Temperature"), marked("Conditions"), marked("Forecast")});
 };
 
 struct WeatherSettings {

@@ -1,6 +1,7 @@
 #include "TavrinPlatform/Linux/Applications/ApplicationLauncher.h"
 
 #include "TavrinCore/Base/Errors.h"
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinPlatform/Linux/Applications/RunningWindow.h"
 #include "TavrinPlatform/Linux/Slot/LinuxApplication.h"
 #include "TavrinPlatform/Linux/Slot/StartupNotice.h"
@@ -249,7 +250,9 @@ void ApplicationLauncher::finish(const std::shared_ptr<Launch>& launch, const st
                                                      "")] { endStartupNotice(display, id); },
                         alive_, [] {});
   if (!launch->asker.expired())
-    launch->answer(reason.empty() ? std::string() : failure("open " + launch->name(), reason));
+    launch->answer(reason.empty()
+                       ? std::string()
+                       : failure(translated("open {name}", {{"name", launch->name()}}), reason));
 }
 
 } // namespace tavrin

@@ -1,6 +1,7 @@
 #include "TavrinPlatform/Linux/Command/LinuxAutostart.h"
 
 #include "TavrinCore/Base/Errors.h"
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinPlatform/Files/AtomicFile.h"
 
 #include <string_view>
@@ -79,8 +80,9 @@ void write(const fs::path& file, const std::string& text) {
   std::error_code error;
   fs::create_directories(file.parent_path(), error);
   if (error)
-    throw FileError(
-        failure("make the folder \"" + file.parent_path().string() + "\"", error.message()));
+    throw FileError(failure(translated("make the folder \"{folder}\"",
+                                       {{"folder", file.parent_path().string()}}),
+                            error.message()));
   writeFileAtomically(file, text);
 }
 
@@ -88,7 +90,8 @@ void removeFile(const fs::path& file) {
   std::error_code error;
   fs::remove(file, error);
   if (error)
-    throw FileError(failure("remove \"" + file.string() + "\"", error.message()));
+    throw FileError(
+        failure(translated("remove \"{file}\"", {{"file", file.string()}}), error.message()));
 }
 
 } // namespace
@@ -100,12 +103,13 @@ LinuxAutostart::LinuxAutostart(fs::path configuration, fs::path program, std::fu
 Autostart::Status LinuxAutostart::status() {
   std::error_code error;
   if (fs::exists(fs::symlink_status(wish(), error)))
-    return {true, true, "The widgets start with the session, by the user service tavrin.service."};
+    return {true, true,
+            translated("The widgets start with the session, by the user service tavrin.service.")};
   if (fs::exists(entry(), error))
     return {true, true,
-            "The widgets start with the session, by an entry in \"" +
-                entry().parent_path().string() + "\"."};
-  return {false, true, "The widgets do not start with the session."};
+            translated("The widgets start with the session, by an entry in \"{folder}\".",
+                       {{"folder", entry().parent_path().string()}})};
+  return {false, true, translated("The widgets do not start with the session.")};
 }
 
 Autostart::Status LinuxAutostart::set(bool isOn) {
@@ -117,7 +121,8 @@ Autostart::Status LinuxAutostart::set(bool isOn) {
     fs::remove(wish(), error);
     fs::create_symlink(unit(), wish(), error);
     if (error)
-      throw FileError(failure("make the link \"" + wish().string() + "\"", error.message()));
+      throw FileError(failure(translated("make the link \"{path}\"", {{"path", wish().string()}}),
+                              error.message()));
   } else {
     removeFile(wish());
     removeFile(unit());

@@ -1,5 +1,6 @@
 #include "TavrinPlatform/Linux/Command/LinuxDesktopReport.h"
 
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinPlatform/Linux/Base/SurfaceChoice.h"
 
 #include <algorithm>
@@ -43,59 +44,64 @@ const std::vector<Service>& services() {
       {"notifications",
        false,
        {"org.freedesktop.Notifications"},
-       "Notices are shown by the desktop's notification service.",
-       "There is no notification service: the end of a run is heard, but no notice shows it.",
-       "Start a notification service, such as dunst.",
+       marked("Notices are shown by the desktop's notification service."),
+       marked(
+           "There is no notification service: the end of a run is heard, but no notice shows it."),
+       marked("Start a notification service, such as dunst."),
        {"pomodoro", "timer", "water", "reminders"}},
       {"keyring",
        false,
        {"org.freedesktop.secrets"},
-       "Secrets are kept in the desktop's keyring.",
-       "There is no keyring: the clipboard's history cannot be kept from one session to the next.",
-       "Install and unlock a keyring, such as gnome-keyring or KWallet.",
+       marked("Secrets are kept in the desktop's keyring."),
+       marked("There is no keyring: the clipboard's history cannot be kept from one session to the "
+              "next."),
+       marked("Install and unlock a keyring, such as gnome-keyring or KWallet."),
        {"clipboard"}},
       {"calendars",
        false,
        {"org.gnome.evolution.dataserver.Calendar8", "org.gnome.evolution.dataserver.Sources5"},
-       "Calendars and task lists come from the desktop's calendar service.",
-       "There is no calendar service: events and reminders cannot be read.",
-       "Install evolution-data-server.",
+       marked("Calendars and task lists come from the desktop's calendar service."),
+       marked("There is no calendar service: events and reminders cannot be read."),
+       marked("Install evolution-data-server."),
        {"calendar", "reminders"}},
       {"portals",
        false,
        {portal},
-       "The desktop has portals, through which programs ask for colours, shortcuts and files.",
-       "The desktop has no portals: outside X11 no colour can be picked and no shortcut be had.",
-       "Install xdg-desktop-portal and your desktop's own part of it.",
+       marked(
+           "The desktop has portals, through which programs ask for colours, shortcuts and files."),
+       marked("The desktop has no portals: outside X11 no colour can be picked and no shortcut be "
+              "had."),
+       marked("Install xdg-desktop-portal and your desktop's own part of it."),
        {"colourPicker", "shortcut"}},
       {"power",
        true,
        {"org.freedesktop.UPower"},
-       "Batteries are told of by UPower.",
-       "UPower is not there: the batteries of keyboards, mice and headsets cannot be read.",
-       "Install upower.",
+       marked("Batteries are told of by UPower."),
+       marked("UPower is not there: the batteries of keyboards, mice and headsets cannot be read."),
+       marked("Install upower."),
        {"battery"}},
       {"bluetooth",
        true,
        {"org.bluez"},
-       "Bluetooth devices can be found.",
-       "There is no Bluetooth service: nothing can be sent to devices near by over it.",
-       "Install bluez, where this machine has Bluetooth.",
+       marked("Bluetooth devices can be found."),
+       marked("There is no Bluetooth service: nothing can be sent to devices near by over it."),
+       marked("Install bluez, where this machine has Bluetooth."),
        {"airdrop", "battery"}},
       {"idle",
        true,
        {"org.freedesktop.login1"},
-       "The session's manager tells of sleep, lock and idleness.",
-       "There is no session manager (logind): widgets do not hear that the machine sleeps or "
-       "locks.",
-       "Install systemd-logind or elogind.",
+       marked("The session's manager tells of sleep, lock and idleness."),
+       marked(
+           "There is no session manager (logind): widgets do not hear that the machine sleeps or "
+           "locks."),
+       marked("Install systemd-logind or elogind."),
        {"pomodoro", "keyboardLock", "clipboard"}},
       {"fanHelper",
        true,
        {"dev.quellby.tavrin.fan-helper"},
-       "The fan helper is installed.",
-       "The fan helper is not installed: fans are shown, and cannot be set.",
-       "Install the package tavrin-fan-helper; see docs/fans.md.",
+       marked("The fan helper is installed."),
+       marked("The fan helper is not installed: fans are shown, and cannot be set."),
+       marked("Install the package tavrin-fan-helper; see docs/fans.md."),
        {"fans"}},
   };
   return all;
@@ -105,48 +111,63 @@ Item itemOf(const Service& service, const BusNames& names) {
   const bool isThere =
       std::ranges::all_of(service.names, [&](const char* name) { return names.has(name); });
   if (isThere)
-    return {service.topic, State::good, service.presence};
-  return {service.topic, State::missing, service.absence, service.remedy, service.kinds};
+    return {service.topic, State::good, translated(service.presence)};
+  return {service.topic, State::missing, translated(service.absence), translated(service.remedy),
+          service.kinds};
 }
 
 Item busItem(const BusNames& session) {
   if (session.isOpen)
-    return {"bus", State::good, "The session has a message bus."};
+    return {"bus", State::good, translated("The session has a message bus.")};
   return {"bus", State::missing,
-          "The session has no message bus: widgets follow no change of their settings, and no "
-          "service of the desktop can be reached.",
-          "Start the session under dbus-run-session, or set DBUS_SESSION_BUS_ADDRESS."};
+          translated(
+              "The session has no message bus: widgets follow no change of their settings, and no "
+              "service of the desktop can be reached."),
+          translated("Start the session under dbus-run-session, or set DBUS_SESSION_BUS_ADDRESS.")};
 }
 
 Item displayItem(const DesktopFacts& facts) {
   if (facts.hasX11 && facts.hasWayland)
     return {"display", State::good,
-            "The display is a Wayland compositor's, with an X server for X programs."};
+            translated("The display is a Wayland compositor's, with an X server for X programs.")};
   if (facts.hasX11)
-    return {"display", State::good, "The display is an X server's."};
+    return {"display", State::good, translated("The display is an X server's.")};
   if (facts.hasWayland)
     return {"display",
             State::limited,
-            "The display is a Wayland compositor's, without an X server.",
-            "Let the compositor start XWayland.",
+            translated("The display is a Wayland compositor's, without an X server."),
+            translated("Let the compositor start XWayland."),
             {"clipboard", "colourPicker", "shortcut", "keyboardLock"}};
-  return {"display", State::missing, "No display answers: tiles can be picture files only.",
-          "Set DISPLAY or WAYLAND_DISPLAY."};
+  return {"display", State::missing,
+          translated("No display answers: tiles can be picture files only."),
+          translated("Set DISPLAY or WAYLAND_DISPLAY.")};
 }
 
 Item managerItem(const DesktopFacts& facts) {
   if (!facts.windowManager)
     return {"windowManager", State::limited,
-            "No window manager runs: nothing keeps other windows off the tiles.",
-            "Start a window manager."};
+            translated("No window manager runs: nothing keeps other windows off the tiles."),
+            translated("Start a window manager.")};
   const auto& manager = *facts.windowManager;
-  const std::string name = manager.name.empty()
-                               ? "There is a window manager, and it"
-                               : "The window manager is \"" + manager.name + "\", and";
+  const TextPlaces places = {{"name", manager.name}};
+  const bool isNamed = !manager.name.empty();
   if (manager.knowsDocks && manager.tellsWorkArea)
-    return {"windowManager", State::good, name + " lets dock windows stand along an edge."};
+    return {"windowManager", State::good,
+            isNamed ? translated("The window manager is \"{name}\", and lets dock windows stand "
+                                 "along an edge.",
+                                 places)
+                    : translated("There is a window manager, and it lets dock windows stand along "
+                                 "an edge.")};
+  if (manager.knowsDocks)
+    return {"windowManager", State::limited,
+            isNamed
+                ? translated("The window manager is \"{name}\", and makes bars of dock windows.",
+                             places)
+                : translated("There is a window manager, and it makes bars of dock windows.")};
   return {"windowManager", State::limited,
-          name + (manager.knowsDocks ? " makes bars of dock windows." : " knows no dock windows.")};
+          isNamed
+              ? translated("The window manager is \"{name}\", and knows no dock windows.", places)
+              : translated("There is a window manager, and it knows no dock windows.")};
 }
 
 Item surfaceItem(const DesktopSurvey& survey) {
@@ -154,14 +175,14 @@ Item surfaceItem(const DesktopSurvey& survey) {
   if (!choice.isMakeshift)
     return {"surface", State::good, choice.reason};
   return {"surface", State::limited, choice.reason,
-          "Set TAVRIN_SURFACE to strip, tray or picture to have it otherwise."};
+          translated("Set TAVRIN_SURFACE to strip, tray or picture to have it otherwise.")};
 }
 
 Item trayItem(const DesktopFacts& facts) {
   if (facts.hasTrayHost)
-    return {"tray", State::good, "A tray shows status notifier items."};
-  return {"tray", State::missing, "No tray shows status notifier items.",
-          "Start a panel that has one, if the tiles are to be tray icons."};
+    return {"tray", State::good, translated("A tray shows status notifier items.")};
+  return {"tray", State::missing, translated("No tray shows status notifier items."),
+          translated("Start a panel that has one, if the tiles are to be tray icons.")};
 }
 
 Item modulesItem(const DesktopSurvey& survey) {
@@ -173,7 +194,7 @@ Item modulesItem(const DesktopSurvey& survey) {
       {"libtavrin-http.so", {"weather", "github", "bookmarks", "claudeUsage"}},
       {"libtavrin-calendar.so", {"calendar", "reminders"}},
       {"tavrin-svg", {"collection", "bookmarks"}}};
-  Item item{"modules", State::good, "All modules are installed."};
+  Item item{"modules", State::good, translated("All modules are installed.")};
   std::string missing;
   for (const auto& part : parts) {
     std::error_code error;
@@ -187,37 +208,40 @@ Item modulesItem(const DesktopSurvey& survey) {
   if (missing.empty())
     return item;
   item.state = State::missing;
-  item.sentence = "Not found in \"" + survey.modules.string() + "\": " + missing + ".";
-  item.remedy = "Install the whole package, or set TAVRIN_MODULE_DIR.";
+  item.sentence = translated("Not found in \"{folder}\": {modules}.",
+                             {{"folder", survey.modules.string()}, {"modules", missing}});
+  item.remedy = translated("Install the whole package, or set TAVRIN_MODULE_DIR.");
   return item;
 }
 
 Item soundItem(const DesktopSurvey& survey) {
   if (survey.hasSoundLibrary)
-    return {"sounds", State::good, "Sounds can be played."};
+    return {"sounds", State::good, translated("Sounds can be played.")};
   return {"sounds",
           State::missing,
-          "The sound library is missing: the end of a run is silent.",
-          "Install libcanberra0.",
+          translated("The sound library is missing: the end of a run is silent."),
+          translated("Install libcanberra0."),
           {"pomodoro", "timer"}};
 }
 
 Item keyboardItem(const DesktopSurvey& survey) {
   const bool isX11 = survey.facts.hasX11 && !survey.facts.hasWayland;
   if (isX11)
-    return {"keyboard", State::good, "The keyboard can be locked through the X server."};
+    return {"keyboard", State::good,
+            translated("The keyboard can be locked through the X server.")};
   if (::access(survey.inputDevices.c_str(), R_OK) == 0 &&
       ::access(survey.inputDevices.c_str(), X_OK) == 0) {
     std::error_code error;
     for (const auto& entry : std::filesystem::directory_iterator(survey.inputDevices, error))
       if (entry.path().filename().string().starts_with("event") &&
           ::access(entry.path().c_str(), R_OK) == 0)
-        return {"keyboard", State::good, "The keyboard can be locked: its devices may be opened."};
+        return {"keyboard", State::good,
+                translated("The keyboard can be locked: its devices may be opened.")};
   }
   return {"keyboard",
           State::missing,
-          "The keyboard cannot be locked: its devices may not be opened.",
-          "Join the group \"input\", or use a session on an X server.",
+          translated("The keyboard cannot be locked: its devices may not be opened."),
+          translated("Join the group \"input\", or use a session on an X server."),
           {"keyboardLock"}};
 }
 

@@ -1,6 +1,7 @@
 #include "TavrinPlatform/Linux/Devices/BusNearbyDevices.h"
 
 #include "TavrinCore/Base/Errors.h"
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Kinds/Clipboard/ClipboardItem.h"
 #include "TavrinCore/Text/NameOrder.h"
 #include "TavrinCore/Text/Text.h"
@@ -243,7 +244,8 @@ TokenPtr BusNearbyDevices::send(const NearbyDevice& device,
                                 std::function<void(const SendingResult&)> done) {
   if (session_ == nullptr || !session_->isOpen())
     return runLoop_.after(0, [done = std::move(done), name = device.name] {
-      done({failure("send to " + name, "there is no session bus"), false});
+      done({failure(translated("send to {name}", {{"name", name}}), "there is no session bus"),
+            false});
     });
   if (device.way == bluetoothWay)
     return std::make_unique<ObexSending>(*session_, runLoop_, device, std::move(files),
@@ -273,7 +275,8 @@ TokenPtr BusNearbyDevices::sendByConnect(const NearbyDevice& device,
           return;
         done(reply != nullptr
                  ? SendingResult{{}, true}
-                 : SendingResult{failure("send to " + name, "KDE Connect did not take the files"),
+                 : SendingResult{failure(translated("send to {name}", {{"name", name}}),
+                                         "KDE Connect did not take the files"),
                                  false});
       },
       handOverLimit);

@@ -43,7 +43,7 @@ QAccessibleInterface* makeDialogue(const QString&, QObject* object) {
 
 } // namespace
 
-PopoverWindow::PopoverWindow() : isPlain_(isOnWayland()) {
+PopoverWindow::PopoverWindow(bool hasPlace) : isPlain_(isOnWayland() && !hasPlace) {
   static const bool isInstalled = (QAccessible::installFactory(makeDialogue), true);
   static_cast<void>(isInstalled);
   if (isPlain_) {

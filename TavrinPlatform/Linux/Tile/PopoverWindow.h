@@ -35,6 +35,12 @@ public:
   void setPalette(const PopoverPalette& palette);
   /// Takes the layout's body for the content.
   void arrange(const PopoverLayout& layout);
+  /// As it was arranged, with its shadow.
+  QRect frame() const { return frame_; }
+  /// Body and arrow alone.
+  QRect shape() const {
+    return outline_.boundingRect().toAlignedRect().translated(frame_.topLeft());
+  }
   /// Paints everything that far below its place: the panel rises while it appears. The window
   /// itself stays where it is.
   void setLowered(int points);

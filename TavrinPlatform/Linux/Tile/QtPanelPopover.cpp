@@ -148,6 +148,16 @@ void QtPanelPopover::arrange() {
   window().arrange(PopoverLayout::make(tip, arrowFor(edge_), size, room, screenMargin));
   if (isShown_ && window_->isVisible())
     QTimer::singleShot(focusDelay, &context_, [this] { compareWithServer(); });
+  if (layers_ != nullptr && window_->isVisible())
+    put();
+}
+
+/// As a surface of the layer shell, which has the keyboard to itself while it is there.
+void QtPanelPopover::put() {
+  window_->winId();
+  // Below what drops down from it.
+  layers_->put(*window_->windowHandle(), {window_->frame(), LayerShell::Level::top, true});
+  layers_->watchPresses({environment_.strip(), window_->shape()}, [this] { leave(); });
 }
 
 void QtPanelPopover::compareWithServer() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TavrinPlatform/DockTile.h"
+#include "TavrinPlatform/Linux/Base/LayerShell.h"
 #include "TavrinPlatform/Linux/Tile/TileLabel.h"
 
 #include <QAbstractNativeEventFilter>
@@ -34,6 +35,10 @@ public:
 
   /// Whether changes of the label are told to assistive technology.
   void setAnnouncing(bool isAnnouncing) { isAnnouncing_ = isAnnouncing; }
+
+  /// What is dragged over the tile, and whether it would be taken.
+  enum class Drag { none, taken, refused };
+  Drag drag() const { return drag_; }
 
   /// What the picture shows, for tooltips and assistive technology.
   const TileLabel<QString>& label() const { return label_; }

@@ -2,6 +2,7 @@
 
 #include "TavrinSlot/DockPanelPresenter.h"
 #include "TavrinWidgetsUI/Files/FileWords.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 namespace tavrin {
 
@@ -43,7 +44,8 @@ void FolderWidgetController::moveToTrash(const std::filesystem::path& file) {
     if (isDone)
       trashed_.push_back(file);
     else
-      trouble_ = "Failed to move " + fileTitle(file) + " to the trash because its disk has none";
+      trouble_ = worded("Failed to move {name} to the trash because its disk has none",
+                        {{"name", fileTitle(file)}});
     if (trashed_.size() > mostKept)
       trashed_.erase(trashed_.begin());
     refreshPanel();
@@ -58,8 +60,9 @@ void FolderWidgetController::undo() {
   trouble_.clear();
   actions_->restoreFromTrash(file, [this, file](bool isDone) {
     if (!isDone)
-      trouble_ = "Failed to put " + fileTitle(file) +
-                 " back because it is not in the trash any more, or its place is taken";
+      trouble_ = worded("Failed to put {name} back because it is not in the trash any more, or its "
+                        "place is taken",
+                        {{"name", fileTitle(file)}});
     refreshPanel();
   });
 }

@@ -1,5 +1,6 @@
 #include "TavrinSlot/Controllers/Runs/PomodoroWidget.h"
 
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Kinds/Runs/PomodoroSettings.h"
 #include "TavrinPlatform/Platform.h"
 #include "TavrinSlot/Controllers/Runs/StoredRun.h"
@@ -63,8 +64,9 @@ RunWidgetController::Shown PomodoroWidgetController::shown() const {
 }
 
 RunWidgetController::End PomodoroWidgetController::end() const {
-  return {model_->run().endDate(model_->settings()),
-          isBreak(model_->run().phase) ? "Break over" : "Focus done, take a break"};
+  return {model_->run().endDate(model_->settings()), isBreak(model_->run().phase)
+                                                         ? translated("Break over")
+                                                         : translated("Focus done, take a break")};
 }
 
 void PomodoroWidgetController::saveRun() {

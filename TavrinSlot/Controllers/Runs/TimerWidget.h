@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Kinds/Runs/TimerSettings.h"
 #include "TavrinSlot/Controllers/Runs/RunWidgetController.h"
 #include "TavrinSlot/KindController.h"
@@ -25,7 +26,7 @@ private:
 
   bool isRunning() const override { return model_->run().isRunning(); }
   Shown shown() const override;
-  End end() const override { return {model_->run().endDate(), "Time's up"}; }
+  End end() const override { return {model_->run().endDate(), translated("Time's up")}; }
   void saveRun() override;
   void readClock() override { model_->tick(); }
   bool finishIfOver() override;

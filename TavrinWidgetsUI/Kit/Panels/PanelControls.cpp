@@ -5,6 +5,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelPaint.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QAbstractItemView>
 #include <QHBoxLayout>
@@ -64,7 +65,7 @@ PanelSearchField::PanelSearchField(const QString& prompt, QWidget* parent) : QLi
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
   setTextMargins(22, 0, 22, 0);
   auto* clear = PanelButton::icon(
-      QStringLiteral("xmark"), tr("Clear"),
+      QStringLiteral("xmark"), worded("Clear"),
       [this] {
         QLineEdit::clear();
         setFocus();
@@ -86,7 +87,7 @@ void PanelSearchField::setList(QWidget* list) {
   list_ = list;
   panelPaint::setLead(*list, *this);
   // Else the toolkit would describe the field by its prompt, which is its name.
-  setAccessibleDescription(tr("The Down key leads to what was found"));
+  setAccessibleDescription(worded("The Down key leads to what was found"));
 }
 
 void PanelSearchField::updateList() {

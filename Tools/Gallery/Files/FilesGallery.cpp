@@ -44,7 +44,7 @@ FileSheet sheet(const char* name, const QImage& picture = {}, bool isFolder = fa
 
 FilesReading files(std::size_t unseen, const std::vector<const char*>& names,
                    std::size_t unfinished = 0) {
-  FilesReading reading{true, false, unseen, unfinished, {}};
+  FilesReading reading{true, false, unseen, unfinished, {}, false};
   for (const char* name : names)
     reading.files.push_back({sheet(name), name, "14:05", "3.1 MB"});
   return reading;
@@ -82,7 +82,7 @@ GallerySheet filesGallery() {
   };
   file("files looking", {});
   file("none", files(0, {}));
-  file("trouble", {true, true, 0, 0, {}});
+  file("trouble", {true, true, 0, 0, {}, false});
   file("pdf", files(0, {"plan.pdf", "b.zip", "c.txt"}));
   file("3 new", files(3, {"song.flac", "b.zip"}));
   file("200 new", files(200, {"table.ods", "b", "c"}));
@@ -132,7 +132,7 @@ GallerySheet filesWideGallery() {
   };
   file("files looking", 3, {});
   file("none", 3, files(0, {}));
-  file("trouble", 2, {true, true, 0, 0, {}});
+  file("trouble", 2, {true, true, 0, 0, {}, false});
   file("newest", 2, files(0, {"Harbour plan.pdf"}));
   file("newest", 3, files(3, {"Harbour plan (final version, signed).pdf", "b"}));
   file("newest", 4, files(120, {"Harbour plan (final version, signed).pdf", "b", "c"}));
@@ -209,10 +209,16 @@ GalleryPanel shotsPanel(const char* name, int count, State state = State::listed
               listing.files.push_back(rig.add("broken.png", 900'000, 12));
             if (isKnown)
               rig.platform.folders.tell(listing);
-            auto* panel = new ScreenshotPanelView(
-                look, *rig.shots,
-                {rig.platform.fakeClock, home, [] { return QString("Screenshots"); }, ignore,
-                 ignore, ignore, ignore, [] {}, [] { return QString(); }});
+            auto* panel = new ScreenshotPanelView(look, *rig.shots,
+                                                  {.clock = rig.platform.fakeClock,
+                                                   .home = home,
+                                                   .name = [] { return QString("Screenshots"); },
+                                                   .open = ignore,
+                                                   .copy = ignore,
+                                                   .reveal = ignore,
+                                                   .moveToTrash = ignore,
+                                                   .edit = [] {},
+                                                   .trouble = [] { return QString(); }});
             rig.shots->onChange = [panel] { panel->refresh(); };
             for (const FolderFile& file : listing.files)
               rig.shots->picture(file);
@@ -254,13 +260,21 @@ GalleryPanel filesPanel(const char* name, int count, State state = State::listed
         rig.settle();
         return new FilesPanelView(
             look, *rig.files,
-            {rig.platform.fakeClock, home, [] { return QString("Downloads"); }, ignore, ignore,
-             ignore, ignore, [] {},
-             [count] {
-               return count == 3 ? QString("Failed to move setup to the trash because its disk "
-                                           "has none")
-                                 : QString();
-             }});
+            {.clock = rig.platform.fakeClock,
+             .home = home,
+             .name = [] { return QString("Downloads"); },
+             .open = ignore,
+             .copy = ignore,
+             .reveal = ignore,
+             .moveToTrash = ignore,
+             .undoable = [count] { return count == 11 ? QString("plan.pdf") : QString(); },
+             .edit = [] {},
+             .trouble =
+                 [count] {
+                   return count == 3 ? QString("Failed to move setup to the trash because its disk "
+                                               "has none")
+                                     : QString();
+                 }});
       }};
 }
 
