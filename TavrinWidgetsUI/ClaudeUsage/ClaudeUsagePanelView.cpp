@@ -23,9 +23,9 @@ constexpr double contentWidth = 288;
 constexpr double rowHeight = 20;
 constexpr double limitHeight = 36;
 constexpr double barHeight = 6;
-constexpr double chartHeight = 52;
+constexpr double chartHeight = 34;
 constexpr std::size_t mostProjects = 5;
-constexpr std::size_t leastProjects = 2;
+constexpr std::size_t leastProjects = 1;
 
 QString shortText(std::int64_t tokens) {
   return QString::fromStdString(ClaudeUsage::shortTokens(tokens));

@@ -1,5 +1,7 @@
 #include "Tools/Gallery/DesignedGallery.h"
 
+#include "TavrinPlatform/Files/TextsFile.h"
+#include "TavrinPlatform/Qt/QtTextLocale.h"
 #include "TavrinWidgetsUI/Kit/Pictures/Symbols.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewRenderer.h"
 
@@ -164,6 +166,9 @@ GallerySheet symbolSheet() {
 int main(int argc, char** argv) {
   using namespace tavrin;
   QApplication application(argc, argv);
+  // TAVRIN_LANGUAGE=de shows all of it in German.
+  loadTexts();
+  setTextLocale();
   const QStringList arguments = application.arguments();
   if (arguments.size() < 2) {
     std::fprintf(stderr, "usage: tavrin-gallery FOLDER [SHEET...]\n");

@@ -7,6 +7,7 @@
 #include "TavrinWidgetsUI/Kit/Views/PlainWords.h"
 
 #include <QFontMetricsF>
+#include <QGuiApplication>
 #include <QStyleOption>
 #include <QVariant>
 #include <QWidget>
@@ -66,8 +67,12 @@ double line(QPainter& painter, const QString& words, const QRectF& rect, const Q
   const QString shown = fits ? text : metrics.elidedText(text, elision, rect.width());
   painter.setFont(font);
   painter.setPen(colour);
+  // A painter goes by the text's own direction unless told; a line goes by the interface's.
+  const auto direction = painter.layoutDirection() == Qt::LayoutDirectionAuto
+                             ? QGuiApplication::layoutDirection()
+                             : painter.layoutDirection();
   const Qt::Alignment visual =
-      QStyle::visualAlignment(painter.layoutDirection(), alignment & Qt::AlignHorizontal_Mask);
+      QStyle::visualAlignment(direction, alignment & Qt::AlignHorizontal_Mask);
   painter.drawText(
       rect, int((visual | Qt::AlignVCenter | Qt::AlignAbsolute).toInt()) | Qt::TextSingleLine,
       shown);
