@@ -107,7 +107,7 @@ public:
 
 private:
   void draw() {
-    FilesReading reading{true, false, roll_.unseenCount(), false, 0, {}};
+    FilesReading reading{true, false, roll_.unseenCount(), 0, {}, false};
     for (const FolderFile& file : roll_.files()) {
       reading.files.push_back(
           {fileSheet(file.path, false, {}), fileTitle(file.path), "now", "1 MB"});
