@@ -30,7 +30,9 @@ public:
   DockTile::Format format() const override { return format_; }
   void setPlace(const DockTile::Place& place) override;
   void setTitle(const std::string& title) override {
-    window_.setTitle(QString::fromStdString(title));
+    // The toolkit tells the server each time, which tells it back.
+    if (const auto words = QString::fromStdString(title); window_.title() != words)
+      window_.setTitle(words);
   }
   void setLabel(const std::string& name, const std::string& value) override;
   void setButtons(const std::vector<DockTile::Button>& buttons) override;
