@@ -82,7 +82,15 @@ int answerParseError(CommandContext& context, const CLI::App& app, const CLI::Pa
 std::unique_ptr<CLI::App> makeCommandLine(CommandContext& context) {
   auto app = std::make_unique<CLI::App>(
       translated("Live widgets in the Dock: place them, set them, run them."), "tavrin");
-  app->set_version_flag("--version", "tavrin 1.0.0");
+  // Subcommands take these from the command that they are added to.
+  app->set_help_flag("-h,--help", translated("Print this help message and exit"));
+  const std::pair<const char*, std::string> labels[] = {{"Usage", translated("Usage")},
+                                                        {"Positionals", translated("Positionals")},
+                                                        {"REQUIRED", translated("REQUIRED")}};
+  for (const auto& [key, words] : labels)
+    app->get_formatter()->label(key, words);
+  app->set_version_flag("--version", "tavrin 1.0.0",
+                        translated("Display program version information and exit"));
   app->require_subcommand(1);
   addWidgetCommands(*app, context);
   addSlotCommands(*app, context);

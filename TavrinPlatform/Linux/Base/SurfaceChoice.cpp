@@ -1,5 +1,7 @@
 #include "TavrinPlatform/Linux/Base/SurfaceChoice.h"
 
+#include "TavrinCore/Base/Texts.h"
+
 #include <algorithm>
 #include <array>
 #include <cctype>
@@ -14,8 +16,8 @@ struct Row {
   std::array<std::string_view, 2> surfaces;
   StripArrangement arrangement;
   bool isMakeshift;
-  /// "%" stands for the window manager's name.
-  std::string_view reason;
+  /// In English; "{manager}" is the window manager's name.
+  const char* reason;
 };
 
 bool letsDocksStand(const DesktopFacts& facts) {
@@ -44,61 +46,63 @@ constexpr std::array rows{
         {"strip"},
         StripArrangement::docks,
         false,
-        "The window manager % lets dock windows stand along an edge: the tiles are a strip there."},
+        marked("The window manager {manager} lets dock windows stand along an edge: the tiles are "
+               "a strip there.")},
     Row{"no manager",
         [](const DesktopFacts& facts) { return isPlainX11(facts) && !facts.windowManager; },
         {"strip"},
         StripArrangement::docks,
         false,
-        "Nobody manages windows here: the tiles are a strip along an edge, and no other window is "
-        "kept off it."},
+        marked("Nobody manages windows here: the tiles are a strip along an edge, and no other "
+               "window is kept off it.")},
     Row{"bar",
         [](const DesktopFacts& facts) { return isPlainX11(facts) && makesBarsOfDocks(facts); },
         {"strip"},
         StripArrangement::bar,
         false,
-        "The window manager % would make bars of dock windows: the tiles are a strip that it does "
-        "not manage, on one such bar."},
+        marked("The window manager {manager} would make bars of dock windows: the tiles are a "
+               "strip that it does not manage, on one such bar.")},
     Row{"unmanaged",
         isPlainX11,
         {"strip"},
         StripArrangement::unmanaged,
         false,
-        "The window manager % knows no dock windows: the tiles are a strip that it does not "
-        "manage, and no other window is kept off it."},
+        marked("The window manager {manager} knows no dock windows: the tiles are a strip that it "
+               "does not manage, and no other window is kept off it.")},
     Row{"layer shell",
         hasLayerShell,
         {"strip"},
         StripArrangement::layers,
         false,
-        "The compositor lets surfaces choose their place: the tiles are a strip along an edge."},
+        marked("The compositor lets surfaces choose their place: the tiles are a strip along an "
+               "edge.")},
     Row{"docks through XWayland",
         [](const DesktopFacts& facts) { return facts.hasX11 && letsDocksStand(facts); },
         {"strip"},
         StripArrangement::docks,
         false,
-        "The compositor % lets dock windows of X programs stand along an edge: the tiles are a "
-        "strip there."},
+        marked("The compositor {manager} lets dock windows of X programs stand along an edge: the "
+               "tiles are a strip there.")},
     Row{"tray",
         [](const DesktopFacts& facts) { return facts.hasTrayHost; },
         {"tray"},
         StripArrangement::docks,
         true,
-        "This desktop has no place for a strip of tiles: they are icons in its tray."},
+        marked("This desktop has no place for a strip of tiles: they are icons in its tray.")},
     // A panel may start after its slots; until then the picture is all there is to see.
     Row{"tray to come",
         [](const DesktopFacts& facts) { return facts.hasWayland && facts.hasBus; },
         {"tray", "picture"},
         StripArrangement::docks,
         true,
-        "This desktop has no place for a strip of tiles, and nobody shows tray icons yet: the "
-        "tiles are picture files, and icons once there is a tray."},
+        marked("This desktop has no place for a strip of tiles, and nobody shows tray icons yet: "
+               "the tiles are picture files, and icons once there is a tray.")},
     Row{"picture",
         [](const DesktopFacts&) { return true; },
         {"picture"},
         StripArrangement::docks,
         true,
-        "There is no desktop that could show tiles: they are picture files."},
+        marked("There is no desktop that could show tiles: they are picture files.")},
 };
 
 std::vector<std::string> namesIn(std::string_view wish) {
@@ -113,15 +117,10 @@ std::vector<std::string> namesIn(std::string_view wish) {
   return names;
 }
 
-std::string withName(std::string_view sentence, const DesktopFacts& facts) {
-  std::string text(sentence);
-  const auto place = text.find('%');
-  if (place == std::string::npos)
-    return text;
+std::string reasonOf(const Row& row, const DesktopFacts& facts) {
   const std::string name = facts.windowManager ? facts.windowManager->name : "";
-  if (name.empty())
-    return text.erase(place, 2);
-  return text.replace(place, 1, "\"" + name + "\"");
+  return translated(
+      row.reason, {{"manager", name.empty() ? translated("of this session") : "\"" + name + "\""}});
 }
 
 StripArrangement arrangementOn(const DesktopFacts& facts) {
@@ -139,10 +138,11 @@ SurfaceChoice chooseSurface(const DesktopFacts& facts, std::string_view wish) {
     for (const auto& name : names)
       list += (list.empty() ? "" : ", ") + name;
     return {"wish", std::move(names), arrangementOn(facts),
-            "TAVRIN_SURFACE says what shows the tiles: " + list + ".", false};
+            translated("TAVRIN_SURFACE says what shows the tiles: {list}.", {{"list", list}}),
+            false};
   }
   const auto& row = *std::ranges::find_if(rows, [&](const Row& r) { return r.holds(facts); });
-  SurfaceChoice choice{row.name, {}, row.arrangement, withName(row.reason, facts), row.isMakeshift};
+  SurfaceChoice choice{row.name, {}, row.arrangement, reasonOf(row, facts), row.isMakeshift};
   for (const auto& name : row.surfaces)
     if (!name.empty())
       choice.surfaces.emplace_back(name);
