@@ -24,6 +24,7 @@ ALLOWED = [
     ("", r"Tavrin|GitHub|Inter|Claude Code|AirDrop"),                 # names
     ("TavrinSettings/Samples/", r".*"),                                # what sample widgets hold
     ("TavrinCommand/CompletionCommands.cpp", r".*"),                   # scripts of shells
+    ("TavrinCommand/Program.cpp", r"Usage|Positionals"),               # keys of the library's words
     ("TavrinCommand/Widgets/EditForm.cpp", r"// NOT SAVED: "),          # a mark in the form
     ("TavrinCommand/Dock/DockCommands.cpp", r"printf .*"),              # a command of the shell
     ("TavrinCommand/Dock/DockEditCommands.cpp", r"Contents"),           # a folder of bundles
