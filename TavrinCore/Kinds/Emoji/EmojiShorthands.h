@@ -20,8 +20,7 @@ std::vector<std::string_view> emojiOfShorthand(std::string_view query);
 /// Whether a query is more than letters and digits, so that only shorthands can be meant by it.
 bool isEmojiFace(std::string_view query);
 
-/// The emoji that people use most, the first most of all; in the order of Unicode's frequency
-/// report of 2021 as far as it goes.
+/// Emoji that many people use, the likelier first. A list of our own: nothing measured.
 std::span<const std::string_view> commonEmoji();
 
 } // namespace tavrin
