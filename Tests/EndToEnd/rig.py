@@ -105,6 +105,9 @@ class Desk:
             except subprocess.TimeoutExpired:
                 process.kill()
                 process.wait()
+            for stream in (process.stdin, process.stdout):
+                if stream is not None:
+                    stream.close()
         shutil.rmtree(self.home, ignore_errors=True)
 
     def _printed_value(self, command, option):
