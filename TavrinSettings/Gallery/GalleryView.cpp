@@ -54,7 +54,8 @@ GalleryView::GalleryView(PageServices& services, QWidget* parent)
   scroll_->setFocusPolicy(Qt::NoFocus);
   auto* inner = new QWidget;
   auto* list = new QVBoxLayout(inner);
-  list->setContentsMargins(0, 0, panel::grid, panel::grid);
+  // The ring around a card lies outside it.
+  list->setContentsMargins(panel::focusRing, panel::focusRing, panel::grid, panel::grid);
   list->setSpacing(panel::grid);
   keptTitle_ = new PanelText(worded("Kept off the strip"), PanelTextStyle::section);
   kept_ = new QWidget;
@@ -122,6 +123,7 @@ void GalleryView::search(const QString& words) {
   }
   kindFlow_->invalidate();
   kinds_->updateGeometry();
+  refresh();
   none_->setSentence(QStringLiteral("magnifyingglass"),
                      worded("No widget goes by “{words}”", {{"words", words}}));
   none_->setVisible(found.empty());
@@ -149,7 +151,15 @@ void GalleryView::moveFocus(const std::vector<WidgetCard*>& cards, FlowLayout& f
 
 void GalleryView::refresh() {
   const auto& file = services_.editor.file();
-  const auto kept = keptOffStrip(file);
+  auto kept = keptOffStrip(file);
+  const QString words = search_->text().trimmed();
+  if (!words.isEmpty()) {
+    const auto kinds = kindsMatching(words.toStdString());
+    std::erase_if(kept, [&](const DockWidget& widget) {
+      return !QString::fromStdString(widget.name).contains(words, Qt::CaseInsensitive) &&
+             std::ranges::count(kinds, widget.kind.key(), &KindInfo::key) == 0;
+    });
+  }
   for (auto* card : std::exchange(keptCards_, {})) {
     keptFlow_->removeWidget(card);
     card->hide();

@@ -8,7 +8,6 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
-#include <QKeyEvent>
 #include <QScrollArea>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -139,13 +138,6 @@ void WidgetPage::resizeEvent(QResizeEvent*) {
   const bool isBeside = width() >= wideEnough;
   body_->setDirection(isBeside ? QBoxLayout::RightToLeft : QBoxLayout::TopToBottom);
   preview_->setUpright(isBeside);
-}
-
-void WidgetPage::keyPressEvent(QKeyEvent* event) {
-  if (event->key() == Qt::Key_Escape && onBack)
-    onBack();
-  else
-    QWidget::keyPressEvent(event);
 }
 
 } // namespace tavrin

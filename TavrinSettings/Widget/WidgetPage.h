@@ -31,7 +31,6 @@ public:
 
 protected:
   void resizeEvent(QResizeEvent* event) override;
-  void keyPressEvent(QKeyEvent* event) override;
 
 private:
   void makeHeader(QBoxLayout* column);

@@ -9,6 +9,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
+#include <QKeyEvent>
 #include <QStackedWidget>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -45,6 +46,13 @@ WidgetsPage::WidgetsPage(PageServices& services, QWidget* parent)
   below_->addWidget(gallery_);
   below_->addWidget(widget_);
   column->addWidget(below_, 1);
+}
+
+void WidgetsPage::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Escape && below_->currentWidget() == widget_)
+    widget_->onBack();
+  else
+    QWidget::keyPressEvent(event);
 }
 
 QWidget* WidgetsPage::makeTools() {

@@ -29,6 +29,10 @@ public:
   void commit();
   void setAppearance();
 
+protected:
+  /// Escape leads from a widget's page back, wherever the keyboard is.
+  void keyPressEvent(QKeyEvent* event) override;
+
 private:
   QWidget* makeTools();
   void choose(const UUID& id, bool isOpened);

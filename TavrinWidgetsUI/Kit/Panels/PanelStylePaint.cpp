@@ -19,6 +19,12 @@ bool has(const QStyleOption& option, QStyle::StateFlag flag) {
 }
 
 /// Buttons of other makes get the quiet look.
+/// "Save" of "&Save": the keys that the toolkit's own dialogs mark are not underlined here.
+QString withoutMnemonic(QString words) {
+  const QChar escaped(0xFFFF);
+  return words.replace(QLatin1String("&&"), escaped).remove(QLatin1Char('&')).replace(escaped, '&');
+}
+
 void drawForeignButton(const QStyleOptionButton& button, QPainter& painter) {
   const PanelPalette p = PanelPalette::from(button.palette);
   const bool enabled = has(button, QStyle::State_Enabled);
@@ -28,8 +34,8 @@ void drawForeignButton(const QStyleOptionButton& button, QPainter& painter) {
                       sunken  ? p.controlPressed
                       : hover ? p.controlHover
                               : p.control);
-  panelPaint::line(painter, button.text, button.rect.adjusted(8, 0, -8, 0), painter.font(),
-                   enabled ? p.text : p.disabledText, Qt::AlignHCenter);
+  panelPaint::line(painter, withoutMnemonic(button.text), button.rect.adjusted(8, 0, -8, 0),
+                   painter.font(), enabled ? p.text : p.disabledText, Qt::AlignHCenter);
 }
 
 void drawBox(const QStyleOptionButton& option, QPainter& painter, bool round) {
