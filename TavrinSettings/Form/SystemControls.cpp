@@ -193,7 +193,7 @@ FormControl* makeCityControl(const FieldInfo& field, const FormServices& service
                                         {"longitude", place.longitude, {}}}});
           const bool isEmpty = items.empty();
           answer(std::move(items), !trouble.empty() ? words(trouble)
-                                   : isEmpty        ? worded("No place goes by that name")
+                                   : isEmpty        ? worded("No city by that name.")
                                                     : QString());
         });
   };
