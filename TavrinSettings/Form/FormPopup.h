@@ -22,7 +22,6 @@ protected:
   void keyPressEvent(QKeyEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
-  QWidget* owner() const { return owner_; }
 
 private:
   bool holds(const QObject* object) const;

@@ -1,5 +1,6 @@
 #include "TavrinWidgetsUI/Bookmarks/BookmarkPanelView.h"
 
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Kinds/Bookmarks/BookmarkSettings.h"
 #include "TavrinWidgetsUI/Bookmarks/BookmarkNameEdit.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
@@ -307,8 +308,9 @@ void BookmarkPanelView::showWords() {
   if (isEmpty && !query().isEmpty()) {
     const bool isAddress = query().contains('.') || query().contains(':');
     empty_->setSentence("magnifyingglass", worded("Nothing found"));
-    empty_->setHint(isAddress ? utf8(bookmarkRefusal(settings_, query().toStdString(), folder_))
-                              : worded("An address such as example.com can be added here."));
+    empty_->setHint(
+        isAddress ? utf8(translation(bookmarkRefusal(settings_, query().toStdString(), folder_)))
+                  : worded("An address such as example.com can be added here."));
   } else if (isEmpty) {
     empty_->setSentence("bookmark.fill", worded("No links yet"));
     empty_->setHint(worded("Type or paste an address above, and press Return."));

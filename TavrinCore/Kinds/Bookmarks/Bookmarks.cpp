@@ -1,5 +1,6 @@
 #include "TavrinCore/Kinds/Bookmarks/Bookmarks.h"
 
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Text/FoldedWords.h"
 #include "TavrinCore/Text/Text.h"
 
@@ -64,7 +65,7 @@ std::string_view bookmarkRefusal(const BookmarkSettings& settings, std::string_v
   if (const auto refusal = WebAddress::refusal(text); !refusal.empty())
     return refusal;
   if (folder && *folder >= settings.folders.size())
-    return "The folder is gone.";
+    return marked("The folder is gone.");
   const auto address = WebAddress::from(text);
   const auto places = allBookmarks(settings);
   const bool isThere = std::ranges::any_of(places, [&](const BookmarkPlace& place) {
@@ -72,8 +73,8 @@ std::string_view bookmarkRefusal(const BookmarkSettings& settings, std::string_v
     return other && other->key() == address->key();
   });
   if (isThere)
-    return "This address is here already.";
-  return places.size() >= mostBookmarks ? "There is no room for more than 500 links." : "";
+    return marked("This address is here already.");
+  return places.size() >= mostBookmarks ? marked("There is no room for more than 500 links.") : "";
 }
 
 bool addBookmark(BookmarkSettings& settings, std::string_view text,

@@ -1,5 +1,6 @@
 #include "TavrinCore/Kinds/Bookmarks/WebAddress.h"
 
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Text/Text.h"
 
 #include <algorithm>
@@ -11,14 +12,14 @@
 namespace tavrin {
 namespace {
 
-constexpr std::string_view notAnAddress = "This is not an address of the web.";
+constexpr std::string_view notAnAddress = marked("This is not an address of the web.");
 constexpr std::string_view otherScheme =
-    "Only addresses that begin with http or https can be kept.";
+    marked("Only addresses that begin with http or https can be kept.");
 constexpr std::string_view hasUser =
-    "An address with a user's name in it can lead elsewhere than it seems to.";
-constexpr std::string_view noHost = "There is no site of this name, nor can there be.";
-constexpr std::string_view noPort = "The port is not a number up to 65535.";
-constexpr std::string_view tooLong = "The address is longer than 2048 characters.";
+    marked("An address with a user's name in it can lead elsewhere than it seems to.");
+constexpr std::string_view noHost = marked("There is no site of this name, nor can there be.");
+constexpr std::string_view noPort = marked("The port is not a number up to 65535.");
+constexpr std::string_view tooLong = marked("The address is longer than 2048 characters.");
 
 /// What of a part of an address is written as "%20", beside controls and all beyond ASCII.
 constexpr std::string_view encodedInPath = " \"#<>?`{}^";

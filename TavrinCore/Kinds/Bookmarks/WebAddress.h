@@ -6,7 +6,7 @@
 
 namespace tavrin {
 
-/// An address of the web, taken apart, as the URL Standard has it (https://url.spec.whatwg.org).
+/// An address of the web, taken apart the way browsers do (WHATWG's URL Standard).
 struct WebAddress {
   static constexpr std::size_t longest = 2048;
 
