@@ -4,8 +4,9 @@ import statistics
 import subprocess
 
 from figures import row, section, timed
+from access_tree import start_accessibility
 from rig import BUILD, Desk, wait_for, widget
-from settings_window import PROGRAM, Window, start_accessibility
+from settings_window import PROGRAM, Window
 from slots import CLOCK, launches, memory, settings_of
 
 # X key codes of any keyboard: "a", and the left arrow.
@@ -30,7 +31,7 @@ def bench(quick):
         start_accessibility(desk)
         window = Window(desk)
         frame = window.frame
-        place = lambda name, role=None: window.await_name(name, role)["place"]
+        place = lambda name, role=None: window.await_name(name, role)["extents"]
         middle = lambda box: (box[0] + box[2] // 2, box[1] + box[3] // 2)
 
         def area(box):

@@ -30,13 +30,21 @@ def extents(node):
     except NotImplementedError:
         return None
 
-def walk(node, depth, found):
+def label(node): # of what stands beside it
+    return " ".join(relation.getTarget(i).name for relation in node.getRelationSet()
+                    if relation.getRelationType() == pyatspi.RELATION_LABELLED_BY
+                    for i in range(relation.getNTargets()))
+
+def walk(node, depth, within, found, nodes):
     states = node.getState()
     role = node.getRoleName()
     if role != "application" and not states.contains(pyatspi.STATE_SHOWING):
         return
+    name = node.name
+    nodes.append(node)
     found.append({
-        "depth": depth, "role": role, "name": node.name, "description": node.description,
+        "depth": depth, "role": role, "name": name, "description": node.description,
+        "label": label(node), "within": within,
         "focused": states.contains(pyatspi.STATE_FOCUSED),
         "focusable": states.contains(pyatspi.STATE_FOCUSABLE),
         "checked": states.contains(pyatspi.STATE_CHECKED),
@@ -46,7 +54,7 @@ def walk(node, depth, found):
     for i in range(min(node.childCount, 40)):
         child = node.getChildAtIndex(i)
         if child is not None:
-            walk(child, depth + 1, found)
+            walk(child, depth + 1, name or within, found, nodes)
 
 def do(node, name, action):
     if node.name == name and action in actions(node):
@@ -56,28 +64,58 @@ def do(node, name, action):
                 return bool(query.doAction(i))
     return any(do(node.getChildAtIndex(i), name, action) for i in range(node.childCount))
 
+# To the first of that name and role that is showing. False where there is none.
+def act(application, verb, name, role="", text=""):
+    found, nodes = [], []
+    walk(application, 0, "", found, nodes)
+    for entry, node in zip(found, nodes):
+        if entry["name"] != name or role not in ("", entry["role"]):
+            continue
+        if verb == "press":
+            names = actions(node)
+            node.queryAction().doAction(next((i for i, each in enumerate(names)
+                                              if each in ("Press", "Toggle", "click")), 0))
+        elif verb == "focus":
+            node.queryComponent().grabFocus()
+        elif verb == "type":
+            node.queryEditableText().setTextContents(text)
+        return True
+    return False
+
 for line in sys.stdin:
     question = json.loads(line)
     answer = []
     try:
-        for application in pyatspi.Registry.getDesktop(0):
+        desktop = pyatspi.Registry.getDesktop(0)
+        desktop.clear_cache()  # nothing here hears what changes
+        for application in desktop:
             if application is None or application.get_process_id() != question["pid"]:
                 continue
+            application.clear_cache()
             if "do" in question:
                 answer = do(application, *question["do"])
+            elif "act" in question:
+                answer = act(application, *question["act"])
             else:
-                walk(application, 0, answer)
+                walk(application, 0, "", answer, [])
     except Exception as error:
         answer = None  # something went while it was looked at
     print(json.dumps(answer), flush=True)
 """
 
 
+def start_accessibility(desk):
+    del desk.env["NO_AT_BRIDGE"]
+    desk.env["QT_LINUX_ACCESSIBILITY_ALWAYS_ON"] = "1"
+    desk.spawn(["/usr/libexec/at-spi-bus-launcher", "--launch-immediately"])
+    desk.run("gdbus", "wait", "--session", "--timeout", "10", "org.a11y.Bus")
+
+
 class AccessTree:
     def __init__(self, desk):
-        """Of a desk whose accessibility has been started."""
-        self.process = subprocess.Popen([sys.executable, "-c", READER], env=desk.env, text=True,
-                                        stdin=subprocess.PIPE, stdout=subprocess.PIPE)
+        """Of a desk whose accessibility has been started; it ends with the desk."""
+        self.process = desk.spawn([sys.executable, "-c", READER], text=True,
+                                  stdin=subprocess.PIPE, stdout=subprocess.PIPE)
 
     def close(self):
         self.process.stdin.close()

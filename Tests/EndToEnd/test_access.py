@@ -2,10 +2,9 @@
 
 import unittest
 
-from access_tree import AccessTree
+from access_tree import AccessTree, start_accessibility
 from every_kind import KINDS, SLOT, place, start, stop
 from rig import Desk, wait_for
-from test_keyboard import start_accessibility
 
 # What one acts on, and must have a name.
 CONTROLS = {"push button", "check box", "radio button", "toggle button", "combo box", "slider",

@@ -2,9 +2,9 @@
 
 import json
 import subprocess
-import sys
 import unittest
 
+from access_tree import AccessTree, start_accessibility
 from rig import Desk, DeskTest, wait_for, widget
 
 WIDGETS = [
@@ -15,41 +15,13 @@ WIDGETS = [
 ]
 POMODORO, TIMER, CLOCK, STOPWATCH, NOTE, COUNTDOWN, PROGRESS = range(1, 8)
 
-# Run on the desk's bus: prints what one program shows, as role, name and whether it is focused.
-TREE = """
-import json, sys, time, pyatspi
-found = []
-def walk(node):
-    states = node.getState()
-    if states.contains(pyatspi.STATE_SHOWING) or node.getRoleName() == "application":
-        try:
-            actions = node.queryAction().nActions
-        except NotImplementedError:
-            actions = 0
-        found.append([node.getRoleName(), node.name, states.contains(pyatspi.STATE_FOCUSED),
-                      states.contains(pyatspi.STATE_FOCUSABLE), actions])
-        for child in node:
-            if child is not None:
-                walk(child)
-for application in pyatspi.Registry.getDesktop(0):
-    if application is not None and application.get_process_id() == int(sys.argv[1]):
-        walk(application)
-print(json.dumps(found))
-"""
-
-
-def start_accessibility(desk):
-    del desk.env["NO_AT_BRIDGE"]
-    desk.env["QT_LINUX_ACCESSIBILITY_ALWAYS_ON"] = "1"
-    desk.spawn(["/usr/libexec/at-spi-bus-launcher", "--launch-immediately"])
-    desk.run("gdbus", "wait", "--session", "--timeout", "10", "org.a11y.Bus")
-
 
 class Keyboard(DeskTest):
     def setUp(self):
         self.desk = Desk()
         self.addCleanup(self.desk.close)
         start_accessibility(self.desk)
+        self.access = AccessTree(self.desk)
         self.desk.write_widgets(
             [widget(kind, settings, slot, name=name)
              for slot, (kind, settings, name) in enumerate(WIDGETS, start=1)], announce=False)
@@ -70,8 +42,8 @@ class Keyboard(DeskTest):
         return len(self.desk.windows(process.pid)) > 1
 
     def tree(self, process):
-        output = self.desk.run(sys.executable, "-c", TREE, str(process.pid))
-        return [tuple(entry) for entry in json.loads(output)]
+        return [(node["role"], node["name"], node["focused"], node["focusable"],
+                 len(node["actions"])) for node in self.access.nodes(process.pid)]
 
     def focused(self, process):
         return next((name for _, name, focused, _, _ in self.tree(process) if focused), None)

@@ -13,11 +13,10 @@ import sys
 import time
 import unittest
 
-from access_tree import AccessTree
+from access_tree import AccessTree, start_accessibility
 from every_kind import KINDS, SLOT, place, start, stop
 from managed_desk import MANAGERS
 from rig import PATIENCE, Desk, wait_for
-from test_keyboard import start_accessibility
 
 
 def option(name, fallback):

@@ -1,16 +1,15 @@
 """What a copied link's page says of itself, from a web server to the panel."""
 
 import itertools
-import json
 import subprocess
 import sys
 import time
 import unittest
 
+from access_tree import AccessTree, start_accessibility
 from internet import COLOUR, Site, enter, start_site
 from rig import Desk, DeskTest, wait_for, widget
 from test_clipboard import items_of, start_keyring
-from test_keyboard import TREE, start_accessibility
 
 
 class Previews(DeskTest):
@@ -25,6 +24,7 @@ class Previews(DeskTest):
         self.addCleanup(self.desk.close)
         Site.asked.clear()
         start_accessibility(self.desk)
+        self.access = AccessTree(self.desk)
         start_keyring(self.desk)
         self.desk.write_widgets([widget("clipboard", {}, 3, "Clipboard")], announce=False)
         self.slot = self.desk.start_slot(3)
@@ -40,8 +40,7 @@ class Previews(DeskTest):
         return next((item for item in items_of(self.desk) if item.get("text") == url), None)
 
     def shown(self):
-        output = self.desk.run("/usr/bin/python3", "-c", TREE, str(self.slot.pid))
-        return [name for _, name, _, _, _ in json.loads(output)]
+        return [node["name"] for node in self.access.nodes(self.slot.pid)]
 
     def pixels_of(self, colour):
         path = self.desk.home / "screen.png"

@@ -9,8 +9,9 @@ import threading
 import time
 import unittest
 
+from access_tree import start_accessibility
 from rig import BUILD, Desk, DeskTest, wait_for, widget
-from settings_window import (COMMAND, PROGRAM, Window, end_slots, start_accessibility, stored, strip)
+from settings_window import (COMMAND, PROGRAM, Window, end_slots, stored, strip)
 
 
 class SettingsTest(DeskTest):
@@ -37,15 +38,15 @@ class Newcomer(SettingsTest):
         self.await_strip("Clock")
         window.click("Add Timer")
         # The third one between the first two.
-        tile = window.await_name("Timer, place 2 of 2")["place"]
+        tile = window.await_name("Timer, place 2 of 2")["extents"]
         window.drag(window.centre("Add Pomodoro"), (tile[0] + 4, tile[1] + tile[3] / 2))
         self.await_strip("Clock", "Pomodoro", "Timer")
         # To the end, wider, and off the strip.
         clock = window.centre("Clock, place 1 of 3")
-        timer = window.await_name("Timer, place 3 of 3")["place"]
+        timer = window.await_name("Timer, place 3 of 3")["extents"]
         window.drag(clock, (timer[0] + timer[2] - 4, clock[1]))
         self.await_strip("Pomodoro", "Timer", "Clock")
-        x, y, width, height = window.await_name("Pomodoro, place 1 of 3")["place"]
+        x, y, width, height = window.await_name("Pomodoro, place 1 of 3")["extents"]
         window.drag((x + width - 4, y + height / 2), (x + width + width, y + height / 2))
         wait_for(lambda: stored(self.desk)[2]["span"] == 2, "the wide Pomodoro")
         window.drag(window.centre("Timer, place 2 of 3"), (x + 200, y + 400))

@@ -5,8 +5,9 @@ import json
 import time
 import unittest
 
+from access_tree import start_accessibility
 from rig import BUILD, Desk, DeskTest, wait_for
-from settings_window import COMMAND, Window, end_slots, start_accessibility, stored
+from settings_window import COMMAND, Window, end_slots, stored
 
 # What a line of text takes, by the setting's key; the value stored need not be the words.
 WORDS = {"presets": "7m", "tintHex": "#102030", "colorHex": "#102030", "text": "Milk",
@@ -95,11 +96,11 @@ class EveryField(DeskTest):
             # The keyboard has arrived when it is elsewhere.
             deadline = time.monotonic() + 2
             stop = self.window.focused()
-            while time.monotonic() < deadline and (stop is None or stop["place"] == last):
+            while time.monotonic() < deadline and (stop is None or stop["extents"] == last):
                 stop = self.window.focused()
             if stop is None:
                 continue
-            last = stop["place"]
+            last = stop["extents"]
             seen.append((stop["role"], stop["name"], stop["within"], stop["label"]))
             self.assertTrue(stop["name"], f"{name}: the keyboard is where nothing says what it is: "
                                           f"{stop}")
