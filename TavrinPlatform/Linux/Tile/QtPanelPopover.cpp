@@ -22,6 +22,8 @@ constexpr double rise = 4;
 constexpr double firstOpacity = 0.35;
 /// How long a window manager may take over moving the focus.
 constexpr int focusDelay = 150;
+/// How often the focus is asked for until it is settled.
+constexpr int mostFocusAsks = 6;
 /// Who opens it again sooner finds the window as it was.
 constexpr int surfaceMilliseconds = 500;
 /// For how long after its opening a panel that lost the focus takes it back.
@@ -73,6 +75,13 @@ bool isFocusNobodys() {
   return holder == XCB_NONE || holder == XCB_INPUT_FOCUS_POINTER_ROOT || holder == x11::root();
 }
 
+bool isFocusOurs() {
+  const xcb_window_t holder = x11::focusWindow();
+  return std::ranges::any_of(QGuiApplication::topLevelWindows(), [holder](QWindow* window) {
+    return window->handle() != nullptr && window->isVisible() && window->winId() == holder;
+  });
+}
+
 StripWindow* ownTile() {
   for (QWindow* window : QGuiApplication::topLevelWindows())
     if (auto* tile = dynamic_cast<StripWindow*>(window))
@@ -98,6 +107,8 @@ QtPanelPopover::QtPanelPopover(Environment environment) : environment_(std::move
     const double lowered = isClosing_ ? 0 : rise * (1 - shown) / (1 - firstOpacity);
     window_->setLowered(static_cast<int>(std::lround(lowered)));
   });
+  focusSettles_.setSingleShot(true);
+  QObject::connect(&focusSettles_, &QTimer::timeout, &context_, [this] { settleFocus(); });
   QObject::connect(&fade_, &QVariantAnimation::finished, &context_, [this] {
     if (isClosing_)
       disappear();
@@ -242,20 +253,28 @@ void QtPanelPopover::takeFocus() {
   window_->activateWindow();
   if (x11::connection() == nullptr)
     return;
-  const auto give = [this] {
-    if (!isShown_)
-      return;
-    // The server's word, not the toolkit's: that one may not have heard that a manager is gone.
-    const auto own = static_cast<xcb_window_t>(window_->winId());
-    if (x11::focusWindow() != own)
-      x11::setFocus(own);
-    // Some managers count a title bar in that the panel does not have.
-    compareWithServer();
-  };
+  focusAsks_ = mostFocusAsks;
   // An unmapped window cannot have the focus: wait for the first exposure.
-  if (!x11::hasWindowManager())
-    QTimer::singleShot(focusDelay / 10, &context_, give);
-  QTimer::singleShot(focusDelay, &context_, give);
+  focusSettles_.start(x11::hasWindowManager() ? focusDelay : focusDelay / 10);
+}
+
+/// A server gives the focus to no window that a manager is just taking over, and does not say so:
+/// it is asked until the panel has it.
+void QtPanelPopover::settleFocus() {
+  if (!isShown_)
+    return;
+  // Some managers count a title bar in that the panel does not have.
+  compareWithServer();
+  // The server's word, not the toolkit's: that one may not have heard that a manager is gone.
+  if (!isFocusOurs())
+    x11::setFocus(static_cast<xcb_window_t>(window_->winId()));
+  if (--focusAsks_ > 0)
+    focusSettles_.start(focusDelay);
+}
+
+void QtPanelPopover::managerChanged() {
+  if (isShown_)
+    takeFocus();
 }
 
 void QtPanelPopover::close() {

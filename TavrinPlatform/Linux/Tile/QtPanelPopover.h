@@ -6,6 +6,7 @@
 #include "TavrinPlatform/PanelPopover.h"
 
 #include <QElapsedTimer>
+#include <QTimer>
 #include <QVariantAnimation>
 #include <optional>
 
@@ -42,6 +43,9 @@ public:
   /// Whether a press at `place` closed the popover just now: then that press is used up.
   bool hasJustBeenClosedAt(Point place) const;
 
+  /// A window manager has gone or come: the focus is where it left it.
+  void managerChanged();
+
 private:
   PopoverWindow& window();
   void arrange();
@@ -51,6 +55,7 @@ private:
   void appear();
   void disappear();
   void takeFocus();
+  void settleFocus();
   void giveFocusBack(bool hadFocus);
   void pressedAt(QPoint pixel);
   void focusChanged();
@@ -62,6 +67,8 @@ private:
   std::unique_ptr<PopoverWindow> window_;
   std::unique_ptr<PressWatcher> presses_;
   QObject context_;
+  QTimer focusSettles_;
+  int focusAsks_ = 0;
   QVariantAnimation fade_;
   QSize size_;
   Point anchor_;

@@ -49,8 +49,10 @@ bool StripStacking::nativeEventFilter(const QByteArray&, void* message, qintptr*
              type == XCB_REPARENT_NOTIFY || type == XCB_DESTROY_NOTIFY) {
     // The same two fields begin all of these: whose event it is, and what it is about.
     const auto* change = reinterpret_cast<const xcb_map_notify_event_t*>(event);
-    if (type == XCB_DESTROY_NOTIFY && manager_ != XCB_NONE && change->window == manager_)
+    if (type == XCB_DESTROY_NOTIFY && manager_ != XCB_NONE && change->window == manager_) {
       watchManager();
+      managerSettles_.start(managerSettling, this);
+    }
     if (manager_ == XCB_NONE && !stackSettles_.isActive())
       again();
   }

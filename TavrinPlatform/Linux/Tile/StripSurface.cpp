@@ -113,6 +113,7 @@ std::optional<Rect> StripSurface::stripFrame() const {
 void StripSurface::managerChanged() {
   arrangement_ = environment_.arrangement().value_or(arrangement_);
   arrange();
+  environment_.managerChanged();
 }
 
 QRectF StripSurface::available(const QScreen& screen, StripEdge edge) {

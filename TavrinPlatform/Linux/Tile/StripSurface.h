@@ -24,6 +24,8 @@ public:
     std::function<std::optional<StripArrangement>()> arrangement;
     /// Null where the windows are an X server's.
     LayerShell* layers = nullptr;
+    /// Told when a window manager has gone or come.
+    std::function<void()> managerChanged;
   };
   explicit StripSurface(Environment environment);
 

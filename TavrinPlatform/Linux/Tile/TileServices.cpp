@@ -130,6 +130,10 @@ std::unique_ptr<TileSurface> TileServices::makeStrip() {
     return chooseSurface(facts, "strip").arrangement;
   };
   environment.layers = layers();
+  environment.managerChanged = [this] {
+    if (popover_)
+      popover_->managerChanged();
+  };
   auto strip = std::make_unique<StripSurface>(std::move(environment));
   strip_ = strip.get();
   if (environment_.bus != nullptr)
