@@ -164,9 +164,14 @@ class OnManager:
             tile = wait_for(lambda: self.desk.windows(self.process.pid), "the tile")[0]
             _, left, _, width, _ = tile
             self.centre = left + width // 2
-            fault, height = self.open_and_compare([], None)
-            if fault:
-                faults.append(f"{kind}, quietly: {fault}")
+            # A panel's first content may be that it looks for its content.
+            height, before = None, -1
+            while height != before:
+                before = height
+                fault, height = self.open_and_compare([], None)
+                if fault:
+                    faults.append(f"{kind}, quietly: {fault}")
+                    break
             for number in range(ROUNDS):
                 fault, _ = self.open_and_compare([other, widgets], height)
                 counts[kind] = counts.get(kind, 0) + 1

@@ -65,6 +65,11 @@ public:
     }
     return true;
   }
+  /// Gives it `words` as input.
+  void tell(const QByteArray& words) {
+    process_.write(words);
+    process_.waitForBytesWritten(patience);
+  }
   int number(const QByteArray& start) {
     read();
     int count = 0;

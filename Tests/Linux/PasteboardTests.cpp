@@ -34,10 +34,10 @@ protected:
 TEST_F(PasteboardTest, EveryCopyOfASeriesComesInOrder) {
   observe();
   constexpr int count = 60;
-  Program owner(SELECTION_OWNER, {"series", QString::number(count), "120"});
-  ASSERT_TRUE(until([&] { return static_cast<int>(captures_.size()) >= count; }))
-      << captures_.size();
+  Program owner(SELECTION_OWNER, {"series"});
   for (int i = 0; i < count; ++i) {
+    owner.tell("\n");
+    ASSERT_TRUE(until([&] { return static_cast<int>(captures_.size()) == i + 1; })) << i;
     const auto& capture = captures_[static_cast<std::size_t>(i)];
     const std::string number = std::to_string(i);
     const std::string expected[] = {

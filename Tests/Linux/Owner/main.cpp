@@ -1,5 +1,5 @@
 // A program that copies, in good and bad ways:
-//   SelectionOwner series COUNT MILLISECONDS   copies COUNT things, one after the other
+//   SelectionOwner series   copies another thing for each line of its input
 //   SelectionOwner hang | mute | flood | dribble | empty | simple
 //   SelectionOwner picture   sends an image without end, and tells no length
 //   SelectionOwner public | refused | silent | listless   hints at a password: that it is none, not
@@ -144,8 +144,8 @@ void handle(xcb_generic_event_t* event) {
 
 int main(int argc, char** argv) {
   mode = argc > 1 ? argv[1] : "";
-  const int count = mode == "series" && argc > 2 ? std::atoi(argv[2]) : mode == "turn" ? 2 : 1;
-  const int interval = argc > 3 ? std::atoi(argv[3]) : mode == "turn" ? 600 : 50;
+  int count = mode == "series" ? 0 : mode == "turn" ? 2 : 1;
+  constexpr int interval = 600;
   x = xcb_connect(nullptr, nullptr);
   if (xcb_connection_has_error(x) != 0)
     return 1;
@@ -181,7 +181,15 @@ int main(int argc, char** argv) {
     const auto wait =
         copies < count ? static_cast<int>(std::max<std::int64_t>(0, next - now())) : -1;
     poll(watched, 2, wait);
-    if ((watched[1].revents & POLLHUP) != 0 || xcb_connection_has_error(x) != 0)
+    if ((watched[1].revents & POLLIN) != 0) {
+      char lines[256];
+      const auto got = read(STDIN_FILENO, lines, sizeof lines);
+      count += static_cast<int>(std::count(lines, lines + std::max<ssize_t>(got, 0), '\n'));
+      next = now();
+    } else if ((watched[1].revents & POLLHUP) != 0) {
+      return 0;
+    }
+    if (xcb_connection_has_error(x) != 0)
       return 0;
   }
 }
