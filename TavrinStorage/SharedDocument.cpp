@@ -11,7 +11,7 @@ void changeSharedFile(const std::filesystem::path& file,
   // Each attempt that fails is a change of another process that succeeded.
   constexpr int mostAttempts = 50;
   const DocumentLock lock(file);
-  for (int number = 0; number < mostAttempts; ++number)
+  for (int number = 0; number < mostAttempts && !lock.isContended(); ++number)
     if (attempt(fileStamp(file)))
       return;
   constexpr std::string_view reason = "others keep changing it";

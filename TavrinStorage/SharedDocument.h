@@ -14,7 +14,7 @@ namespace tavrin {
 /// `attempt`, which reads the file, works out what it is to hold and puts it there by
 /// `writeFileIfUnchanged`. Where that says that somebody who had no lock came between, `attempt`
 /// returns false and is run anew. Throws what `attempt` throws, and FileError when others come
-/// between again and again.
+/// between again and again, or have the lock in turns for as long as it may be waited for.
 void changeSharedFile(const std::filesystem::path& file,
                       const std::function<bool(const FileStamp& seen)>& attempt);
 

@@ -183,6 +183,17 @@ void open(CommandContext& context, const Words& references) {
   report(context, library.file().placedWidgets(), outcomes);
 }
 
+void focusStrip(CommandContext& context, const Words& references) {
+  const WidgetLibrary library(context);
+  SlotControl control(context);
+  const auto slots = references.empty() ? allSlots()
+                                        : slotsNamed(
+                                              [&]() -> auto& { return library; }, references);
+  if (std::ranges::none_of(slots, [&](int slot) { return control.focus(slot); }))
+    throw HostError(ExitCode::failed,
+                    translated("no tile can have the keyboard: tiles in a strip can"));
+}
+
 void status(CommandContext& context) {
   const WidgetLibrary library(context);
   SlotControl control(context);
@@ -271,6 +282,13 @@ void addSlotCommands(CLI::App& app, CommandContext& context) {
   listing->callback([&context] { status(context); });
   CommandContext::examples(*listing, {{"tavrin status", translated("slots, widgets, processes")},
                                       {"tavrin status --json", translated("for scripts")}});
+
+  auto* focusing = addCommand("strip", translated("Give the strip of tiles the keyboard"));
+  focusing->callback([=, &context] { focusStrip(context, *references); });
+  CommandContext::examples(
+      *focusing, {{"tavrin strip",
+                   translated("arrows walk the tiles, Return opens, Menu lists, Escape leaves")},
+                  {"tavrin strip Tea", translated("begin at this one")}});
 
   auto* opening = addCommand("open", translated("Open the panel of a widget"), true);
   opening->callback([=, &context] { open(context, *references); });

@@ -293,6 +293,10 @@ SlotControl::Outcome SlotControl::open(int slot) {
   return outcome;
 }
 
+bool SlotControl::focus(int slot) {
+  return process(slot) && applications().perform(DockSlot::bundleIdentifier(slot), "focus");
+}
+
 std::string editorIdentifier(HostContext& context) {
   auto& platform = context.platform();
   std::error_code error;

@@ -50,6 +50,8 @@ public:
   std::vector<Outcome> stop(const std::set<int>& slots);
   /// Has the slot's panel open, starting its application when need be.
   Outcome open(int slot);
+  /// Gives the slot's tile the keyboard. False where it cannot have it.
+  bool focus(int slot);
 
   /// The helper that answers edit requests of the slots; started where an editor can be shown.
   void startEditor();

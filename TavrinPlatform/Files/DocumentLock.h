@@ -14,9 +14,10 @@ namespace tavrin {
 /// two processes do, on whatever threads they are.
 ///
 /// Never fails: where the folder is missing or may not be written, where the file system knows no
-/// locks, or where somebody keeps the lock beyond `longestWait`, the caller goes on without. A
+/// locks, or where one holder keeps the lock beyond `longestWait`, the caller goes on without. A
 /// write that must lose nothing then still looks whether the document is as it was read
-/// (`writeFileIfUnchanged`).
+/// (`writeFileIfUnchanged`). Where the lock went from hand to hand all that time, others are writing
+/// at this moment, and such a look is not enough.
 class DocumentLock {
 public:
   /// Seconds that the constructor blocks at most.
@@ -31,11 +32,14 @@ public:
   /// Whether somebody else kept it for as long as it may be waited for. A change that has no other
   /// way of noticing them is then better refused.
   bool isTaken() const { return isTaken_; }
+  /// Whether those were several, one after the other. A change is then to be refused.
+  bool isContended() const { return isTaken_ && hasPassedOn_; }
 
 private:
   struct Held;
   std::unique_ptr<Held> held_;
   bool isTaken_ = false;
+  bool hasPassedOn_ = false;
 };
 
 } // namespace tavrin

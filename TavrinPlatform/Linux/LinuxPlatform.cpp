@@ -165,6 +165,7 @@ LinuxPlatform::LinuxPlatform(int& argc, char** argv, ProgramSetup setup)
   makeRooms();
   application_->isPanelShown = [this] { return tile_->isPanelShown(); };
   application_->onAttention = [this](bool isWanted) { tile_->setAttention(isWanted); };
+  application_->onFocus = [this](const auto& object) { return tile_->takeKeyboard(object); };
   followReturn(bus_.get(), &Bus::session);
 }
 
@@ -174,6 +175,7 @@ LinuxPlatform::~LinuxPlatform() {
   awaited_.clear();
   application_->isPanelShown = nullptr;
   application_->onAttention = nullptr;
+  application_->onFocus = nullptr;
   runLoop_->endWork();
   tile_.reset();
   input_.reset();

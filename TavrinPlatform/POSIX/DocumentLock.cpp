@@ -2,11 +2,14 @@
 
 #include "TavrinCore/Base/Errors.h"
 #include "TavrinPlatform/Files/Descriptor.h"
+#include "TavrinPlatform/Files/FileTimes.h"
 #include "TavrinPlatform/POSIX/SymbolicLinks.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
+#include <cstdint>
+#include <optional>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <thread>
@@ -37,6 +40,22 @@ bool isStillThere(const Descriptor& file, const fs::path& path) {
   struct stat named {};
   return ::fstat(file.number(), &open) == 0 && ::lstat(path.c_str(), &named) == 0 &&
          open.st_dev == named.st_dev && open.st_ino == named.st_ino;
+}
+
+/// Tells one holder's file from the next one's, which may have its number again.
+struct HolderMark {
+  std::uintmax_t number = 0;
+  std::int64_t seconds = 0;
+  std::int64_t nanoseconds = 0;
+  bool operator==(const HolderMark&) const = default;
+};
+
+HolderMark holderMark(const Descriptor& file) {
+  struct stat open {};
+  if (::fstat(file.number(), &open) != 0)
+    return {};
+  const auto made = modificationTime(open);
+  return {open.st_ino, made.tv_sec, made.tv_nsec};
 }
 
 enum class Attempt { held, taken, impossible };
@@ -76,11 +95,17 @@ DocumentLock::DocumentLock(const fs::path& document) {
   const auto path = lockFileFor(document);
   const auto end = steady_clock::now() + std::chrono::duration<double>(longestWait);
   Descriptor file;
+  std::optional<HolderMark> holder;
   for (auto pause = shortestPause;; pause = std::min(pause * 3 / 2, longestPause)) {
     const auto attempt = tryToHold(path, file);
     if (attempt == Attempt::held)
       held_ = std::make_unique<Held>(path, std::move(file));
     isTaken_ = attempt == Attempt::taken;
+    if (isTaken_ && file) {
+      const auto mark = holderMark(file);
+      hasPassedOn_ |= holder && *holder != mark;
+      holder = mark;
+    }
     if (!isTaken_ || steady_clock::now() + pause >= end)
       return;
     std::this_thread::sleep_for(pause);

@@ -18,7 +18,7 @@ class CalendarSlots(DeskTest):
     def start(self, kind, settings):
         self.desk.write_widgets([widget(kind, settings, 1)], announce=False)
         process = self.desk.start_slot(1, env=ENVIRONMENT)
-        wait_for(self.desk.picture(1).exists, "the tile", 10)
+        wait_for(self.desk.picture(1).exists, "the tile")
         return process
 
     def shown(self):
@@ -97,7 +97,7 @@ class CalendarSlots(DeskTest):
         process.wait()
         self.desk.picture(1).unlink(missing_ok=True)
         self.desk.start_slot(1, env=ENVIRONMENT)
-        wait_for(self.desk.picture(1).exists, "the tile", 10)
+        wait_for(self.desk.picture(1).exists, "the tile")
 
 
 if __name__ == "__main__":

@@ -63,7 +63,7 @@ class ClipboardTest(DeskTest):
             self.copy("warm")
             time.sleep(0.3)
             return self.items()
-        wait_for(is_kept, "the slot to listen", 20)
+        wait_for(is_kept, "the slot to listen")
 
     def copy(self, text):
         subprocess.run(["xclip", "-selection", "clipboard"], env=self.desk.env, input=text.encode(),
@@ -92,7 +92,7 @@ class ClipboardTest(DeskTest):
             items = [item for item in self.items() if item.get("text") != "warm"]
             return items if len(items) >= len(expected) else None
         try:
-            items = wait_for(all_saved, "the saved history", 20, 0.3)
+            items = wait_for(all_saved, "the saved history", pause=0.2)
         except AssertionError:
             items = [item for item in self.items() if item.get("text") != "warm"]
         found = []
@@ -134,7 +134,7 @@ class ClipboardTest(DeskTest):
     def test_what_was_copied_outlives_its_owner(self):
         owner = self.start_series(1)
         wait_for(lambda: self.copies_made() == 1, "the copy")
-        wait_for(self.items, "the save", 20, 0.2)
+        wait_for(self.items, "the save", pause=0.2)
         self.end_series(owner)
         wait_for(lambda: self.desk.run("timeout", "2", "xclip", "-selection", "clipboard", "-o", check=False)
                  == "item 0", "the slot to offer it", 10, 0.1)

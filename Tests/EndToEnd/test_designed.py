@@ -86,7 +86,7 @@ class DesignedWidgets(DeskTest):
         self.open(process)
         self.desk.run("xdotool", "type", "fox")
         # The table is read in the background: until it is there Return finds nothing.
-        wait_for(lambda: (self.desk.key("Return"), self.is_closed(process))[1], "a pick", 10, 0.2)
+        wait_for(lambda: (self.desk.key("Return"), self.is_closed(process))[1], "a pick", pause=0.2)
         self.assertEqual(self.clipboard(), "🦊")
         recents = json.loads((self.desk.data / "emoji.json").read_text())["recents"]
         self.assertEqual(recents[0]["emoji"], "🦊")
@@ -98,7 +98,7 @@ class DesignedWidgets(DeskTest):
         self.open(process)
         self.tavrin("widgets", "set", "Faces", "skinTone=dark")
         self.desk.run("xdotool", "type", "waving hand")
-        wait_for(lambda: (self.desk.key("Return"), self.is_closed(process))[1], "a pick", 10, 0.2)
+        wait_for(lambda: (self.desk.key("Return"), self.is_closed(process))[1], "a pick", pause=0.2)
         wait_for(lambda: self.clipboard() == "👋🏿", "the hand in the tone")
 
     def test_bookmarks(self):
@@ -146,7 +146,7 @@ class DesignedWidgets(DeskTest):
         self.desk.click(x + width / 2, y + height / 2)
         wait_for(lambda: self.shows(heart, tile), "the pet to be happy")
         wait_for(lambda: not self.is_closed(process), "the panel")
-        wait_for(lambda: not self.shows(heart, tile), "its joy to pass", 10)
+        wait_for(lambda: not self.shows(heart, tile), "its joy to pass")
         # By keyboard: the panel's button has the focus.
         self.desk.key("Return")
         wait_for(lambda: self.shows(heart, tile), "the pet to be happy again")

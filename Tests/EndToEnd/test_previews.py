@@ -30,7 +30,7 @@ class Previews(DeskTest):
         self.slot = self.desk.start_slot(3)
         self.desk.wait_for_name(3)
         wait_for(lambda: self.copy("warm") or time.sleep(0.3) or items_of(self.desk),
-                 "the slot to listen", 20)
+                 "the slot to listen")
 
     def copy(self, text):
         subprocess.run(["xclip", "-selection", "clipboard"], env=self.desk.env, input=text.encode(),
@@ -55,7 +55,7 @@ class Previews(DeskTest):
     def test_a_copied_link_shows_its_title_and_its_picture(self):
         self.copy("http://tides.com/march")
         item = wait_for(lambda: (self.item("http://tides.com/march") or {}).get("ogTitle")
-                        and self.item("http://tides.com/march"), "the preview", 20, 0.2)
+                        and self.item("http://tides.com/march"), "the preview", pause=0.2)
         self.assertEqual(item["ogTitle"], "Tides of the F\xe6r\xf6er")
         self.assertEqual(item["ogDescription"], "Twice a day")
         self.assertIn("ogImageData", item)
@@ -66,8 +66,8 @@ class Previews(DeskTest):
             self.assertNotIn("Referer", headers)
         self.desk.toggle(3)
         wait_for(lambda: any("Tides of the F\xe6r\xf6er" in name for name in self.shown()),
-                 "the title in the panel", 10, 0.2)
-        wait_for(lambda: self.pixels_of(COLOUR) > 300, "the picture in the panel", 10, 0.2)
+                 "the title in the panel", pause=0.2)
+        wait_for(lambda: self.pixels_of(COLOUR) > 300, "the picture in the panel", pause=0.2)
 
     def test_nothing_that_is_not_public_is_asked(self):
         # Without digits: with them a link counts as a secret and would not be asked for anyway.
@@ -79,7 +79,7 @@ class Previews(DeskTest):
         # One at a time: when the last one has its preview, the others are done with.
         self.copy("http://tides.com/to/tides.com/march")
         wait_for(lambda: (self.item("http://tides.com/to/tides.com/march") or {}).get("ogTitle"),
-                 "the preview behind a redirect", 20, 0.2)
+                 "the preview behind a redirect", pause=0.2)
         for url in refused:
             self.assertNotIn("ogTitle", self.item(url), url)
         self.assertEqual({host for host, _ in Site.asked}, {"tides.com"})

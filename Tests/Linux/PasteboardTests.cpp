@@ -25,8 +25,9 @@ protected:
       shell("printf warm | xclip -selection clipboard >/dev/null 2>&1");
       return !captures_.empty();
     }));
-    const auto told = captures_.size();
-    until([&] { return captures_.size() > told; }, 300);
+    // And has read all of them once it has read the last.
+    shell("printf ready | xclip -selection clipboard >/dev/null 2>&1");
+    ASSERT_TRUE(until([this] { return words(captures_.back()) == "text/plain=ready;"; }));
     forget();
   }
 };

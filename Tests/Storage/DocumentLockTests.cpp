@@ -1,11 +1,18 @@
 #include "TavrinPlatform/Files/DocumentLock.h"
 
+#include "TavrinCore/Base/Errors.h"
 #include "TavrinPlatform/Files/AtomicFile.h"
+#include "TavrinPlatform/Files/Descriptor.h"
+#include "TavrinStorage/SharedDocument.h"
 #include "Tests/Storage/ChildProcess.h"
 #include "Tests/Storage/TemporaryFolder.h"
 
+#include <atomic>
 #include <chrono>
+#include <fcntl.h>
 #include <gmock/gmock.h>
+#include <sys/file.h>
+#include <thread>
 
 namespace tavrin {
 namespace {
@@ -56,9 +63,38 @@ TEST(DocumentLock, WhoeverHoldsItTooLongIsNotWaitedFor) {
     const DocumentLock lock(file);
     EXPECT_FALSE(lock.isHeld()) << "another name of the document is another lock";
     EXPECT_TRUE(lock.isTaken());
+    EXPECT_FALSE(lock.isContended()) << "one holder that hangs";
   });
   EXPECT_GT(seconds, DocumentLock::longestWait / 2);
   EXPECT_LT(seconds, 2 * DocumentLock::longestWait);
+}
+
+/// Never free at the moments at which it is looked for.
+TEST(DocumentLock, AmongWritersThatTakeTurnsAChangeIsRefused) {
+  const TemporaryFolder folder;
+  const auto file = folder / "a.json";
+  put(file, "1");
+  const fs::path lockFile = folder / ".a.json.lock";
+  std::vector<Descriptor> holders;
+  const auto take = [&] {
+    const fs::path next = folder / "next";
+    holders.emplace_back(::open(next.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
+    ASSERT_EQ(::flock(holders.back().number(), LOCK_EX | LOCK_NB), 0);
+    fs::rename(next, lockFile);
+  };
+  take();
+  std::atomic<bool> isOver = false;
+  std::thread turns([&] {
+    while (!isOver) {
+      std::this_thread::sleep_for(std::chrono::milliseconds(100));
+      take();
+    }
+  });
+  int attempts = 0;
+  EXPECT_THROW(changeSharedFile(file, [&](const FileStamp&) { return ++attempts > 0; }), FileError);
+  EXPECT_EQ(attempts, 0);
+  isOver = true;
+  turns.join();
 }
 
 TEST(DocumentLock, GoesOnWithoutWhereThereIsNone) {

@@ -235,8 +235,7 @@ bool LinuxRunningApplications::perform(const std::string& bundleIdentifier,
                                        const std::optional<std::string>& object) {
   if (!knowsIdentifiers())
     return false;
-  auto path = "/" + bundleIdentifier;
-  std::replace(path.begin(), path.end(), '.', '/');
+  const auto path = objectPath(bundleIdentifier);
   auto call = bus_->method({bundleIdentifier.c_str(), path.c_str(), "org.freedesktop.Application"},
                            "ActivateAction");
   if (object)

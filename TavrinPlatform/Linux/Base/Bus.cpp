@@ -63,6 +63,13 @@ std::unique_ptr<sd_bus, decltype(&sd_bus_unref)> open(int (*opener)(sd_bus**)) {
 
 } // namespace
 
+std::string objectPath(const std::string& busName) {
+  std::string path = "/" + busName;
+  std::replace(path.begin(), path.end(), '.', '/');
+  std::replace(path.begin(), path.end(), '-', '_');
+  return path;
+}
+
 std::unique_ptr<Bus> Bus::session() {
   auto bus = open(sd_bus_open_user);
   return bus ? std::unique_ptr<Bus>(new Bus(bus.release())) : nullptr;

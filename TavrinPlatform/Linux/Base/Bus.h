@@ -43,6 +43,9 @@ struct BusAddress {
   const char* interface;
 };
 
+/// An application "a.b-c" is served at "/a/b_c".
+std::string objectPath(const std::string& busName);
+
 /// The bus itself.
 inline constexpr BusAddress busDaemon{"org.freedesktop.DBus", "/org/freedesktop/DBus",
                                       "org.freedesktop.DBus"};

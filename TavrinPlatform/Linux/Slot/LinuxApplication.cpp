@@ -52,13 +52,6 @@ std::vector<std::string> textList(sd_bus_message* message) {
 
 } // namespace
 
-std::string objectPath(const std::string& busName) {
-  std::string path = "/" + busName;
-  std::replace(path.begin(), path.end(), '.', '/');
-  std::replace(path.begin(), path.end(), '-', '_');
-  return path;
-}
-
 const sd_bus_vtable LinuxApplication::vtable[] = {
     SD_BUS_VTABLE_START(0),
     SD_BUS_METHOD("Activate", "a{sv}", "", &LinuxApplication::activate, SD_BUS_VTABLE_UNPRIVILEGED),
@@ -85,13 +78,31 @@ void LinuxApplication::claimIdentity() {
     return;
   }
   service_ = bus_->serve(objectPath(*identifier_).c_str(), interface, vtable, this);
+  claimName();
+}
+
+void LinuxApplication::claimName() {
   bus_->requestName(*identifier_, [this](bool isOwner) { isOwner_ = isOwner; });
 }
 
 bool LinuxApplication::isFirst() {
-  if (!isOwner_ && bus_ != nullptr)
+  // One that is about to end still has the name for a moment.
+  constexpr int mostClaims = 5;
+  for (int claims = 1; bus_ != nullptr; ++claims) {
     bus_->waitUntil([this] { return isOwner_.has_value(); }, answerLimit);
+    if (isOwner_.value_or(true) || claims == mostClaims || hasLivingOwner())
+      break;
+    isOwner_.reset();
+    claimName();
+  }
   return isOwner_.value_or(true);
+}
+
+bool LinuxApplication::hasLivingOwner() {
+  BusMessage question =
+      bus_->method({identifier_->c_str(), "/", "org.freedesktop.DBus.Peer"}, "Ping");
+  sd_bus_message_set_auto_start(question.get(), 0);
+  return static_cast<bool>(bus_->ask(question, answerLimit));
 }
 
 void LinuxApplication::handOver() {
@@ -273,6 +284,8 @@ int LinuxApplication::activateAction(sd_bus_message* message, void* self, sd_bus
       application->reopen();
     return answered < 0 ? answered : 1;
   }
+  if (action == "focus" && application->onFocus && application->onFocus(object))
+    return sd_bus_reply_method_return(message, "");
   if (action == "quit") {
     application->terminate();
     return sd_bus_reply_method_return(message, "");

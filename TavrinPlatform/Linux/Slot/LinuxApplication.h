@@ -22,7 +22,7 @@ public:
 
   /// Asks for the name; the answer is `isFirst`'s.
   void claimIdentity();
-  /// Waits a moment for the answer. False when another process already has the name.
+  /// Waits a moment for the answer. False when another process has the name and answers.
   bool isFirst();
   /// Asks the process that has the name to open this one's files, or to activate, unless this
   /// one was only to show its tile.
@@ -49,6 +49,9 @@ public:
   bool openFiles(const std::vector<std::filesystem::path>& files);
 
   std::function<bool()> isPanelShown;
+  /// The tile is to have the keyboard; `object` is what another tile hands on with it. False where
+  /// it cannot.
+  std::function<bool(const std::string& object)> onFocus;
   /// Shows or hides the request for attention.
   std::function<void(bool isWanted)> onAttention;
 
@@ -58,6 +61,8 @@ private:
   static int open(sd_bus_message*, void* self, sd_bus_error*);
   static int activateAction(sd_bus_message*, void* self, sd_bus_error*);
 
+  void claimName();
+  bool hasLivingOwner();
   bool hasOpenPanel() const { return isPanelShown && isPanelShown(); }
   /// False where there is no such action.
   bool perform(const std::string& action, const std::string& object);
@@ -77,8 +82,5 @@ private:
   std::vector<std::function<void()>> early_;
   std::unique_ptr<QSocketNotifier> signals_;
 };
-
-/// "a.b.c" is served at "/a/b/c".
-std::string objectPath(const std::string& busName);
 
 } // namespace tavrin

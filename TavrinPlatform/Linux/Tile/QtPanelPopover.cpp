@@ -203,6 +203,7 @@ void QtPanelPopover::show(Point anchor, RectEdge edge) {
   isClosing_ = false;
   fade_.stop();
   const bool isOurs = QGuiApplication::focusWindow() != nullptr;
+  isFromTile_ = environment_.hasTileKeys();
   if (!isOurs) {
     previousFocus_ = x11::focusWindow();
     previousActive_ = x11::activeWindow();
@@ -309,6 +310,7 @@ void QtPanelPopover::disappear() {
     layers_->withdraw(*window_->windowHandle());
     window_->hide();
     window_->releaseSurface();
+    giveFocusBack(hadFocus);
     return;
   }
   window_->hide();
@@ -320,7 +322,13 @@ void QtPanelPopover::disappear() {
 }
 
 void QtPanelPopover::giveFocusBack(bool hadFocus) {
-  if (!hadFocus || x11::connection() == nullptr)
+  if (!hadFocus)
+    return;
+  if (isFromTile_) {
+    environment_.resumeTileKeys();
+    return;
+  }
+  if (x11::connection() == nullptr)
     return;
   if (!x11::hasWindowManager()) {
     if (isFocusNobodys() &&

@@ -29,6 +29,9 @@ public:
     std::function<LayerShell*()> layers;
     /// The row of tiles, whose presses are theirs.
     std::function<QRect()> strip;
+    /// Whether the own tile has the keyboard, and gives it back to it.
+    std::function<bool()> hasTileKeys;
+    std::function<void()> resumeTileKeys;
   };
   explicit QtPanelPopover(Environment environment);
   ~QtPanelPopover() override;
@@ -75,6 +78,8 @@ private:
   RectEdge edge_ = RectEdge::maxY;
   bool isShown_ = false;
   bool isClosing_ = false;
+  /// Opened by a key on the tile, which has the keyboard again afterwards.
+  bool isFromTile_ = false;
   bool hasHadFocus_ = false;
   xcb_window_t previousFocus_ = XCB_NONE;
   xcb_window_t previousActive_ = XCB_NONE;

@@ -111,7 +111,7 @@ void StripWindow::moveTo(const QRect& frame, bool isUnmanaged) {
 void StripWindow::moveTo(const QRect& frame, LayerShell& layers) {
   home_ = frame.topLeft();
   layers_ = &layers;
-  layers.put(*this, {frame});
+  layers.put(*this, {frame, LayerShell::Level::top, holdsKeys_});
   if (!isVisible())
     show();
 }
@@ -121,7 +121,7 @@ void StripWindow::moveBy(QPoint way) {
   if (layers_ == nullptr)
     setPosition(place);
   else if (isVisible())
-    layers_->put(*this, {QRect(place, size())});
+    layers_->put(*this, {QRect(place, size()), LayerShell::Level::top, holdsKeys_});
 }
 
 void StripWindow::setPicture(const QImage& image, double scale) {
@@ -164,6 +164,16 @@ void StripWindow::setAttention(bool isWanted, QPointF way) {
   update();
 }
 
+void StripWindow::setFocusRing(bool isWanted) {
+  if (std::exchange(hasFocusRing_, isWanted) != isWanted)
+    update();
+}
+
+void StripWindow::holdKeys(bool isWanted) {
+  if (layers_ != nullptr && std::exchange(holdsKeys_, isWanted) != isWanted)
+    moveBy({});
+}
+
 QAccessibleInterface* StripWindow::accessibleRoot() const {
   return accessibleTile(const_cast<StripWindow*>(this));
 }
@@ -194,16 +204,34 @@ void StripWindow::paintTile(QPainter& painter, double scale) const {
   }
   if (hasRing_)
     paintRing(painter);
+  if (hasFocusRing_)
+    paintAccent(painter);
   if (drag_ != Drag::none)
     paintDrag(painter);
 }
 
-void StripWindow::paintDrag(QPainter& painter) const {
+QRectF StripWindow::body() const {
+  const double margin = pictureRect().height() * (1 - DockTileGeometry::iconBodyRatio) / 2;
+  return pictureRect().adjusted(margin, margin, -margin, -margin);
+}
+
+/// Of the tile that what comes next goes to: a drop, or a key.
+void StripWindow::paintAccent(QPainter& painter) const {
   const double side = pictureRect().height();
-  const double margin = side * (1 - DockTileGeometry::iconBodyRatio) / 2;
   const double stroke = std::max(side * ringRatio, 2.0);
   const double radius = side * DockTileGeometry::iconBodyRatio * 0.24;
-  const QRectF body = pictureRect().adjusted(margin, margin, -margin, -margin);
+  painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+  painter.setRenderHint(QPainter::Antialiasing);
+  const auto draw = [&](const QColor& colour, double inset) {
+    painter.setPen(QPen(colour, stroke));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(body().adjusted(inset, inset, -inset, -inset), radius, radius);
+  };
+  draw(takenEdgeColour, stroke);
+  draw(takenColour, stroke / 2);
+}
+
+void StripWindow::paintDrag(QPainter& painter) const {
   painter.setRenderHint(QPainter::Antialiasing);
   if (drag_ == Drag::refused) {
     // Paler, not darker: only what is there already is touched.
@@ -213,17 +241,10 @@ void StripWindow::paintDrag(QPainter& painter) const {
     painter.drawRect(pictureRect());
     return;
   }
-  painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
-  const auto draw = [&](const QColor& colour, double inset) {
-    painter.setPen(QPen(colour, stroke));
-    painter.setBrush(Qt::NoBrush);
-    painter.drawRoundedRect(body.adjusted(inset, inset, -inset, -inset), radius, radius);
-  };
-  draw(takenEdgeColour, stroke);
-  draw(takenColour, stroke / 2);
+  paintAccent(painter);
   // The sign of a copy.
-  const double mark = side * 0.26;
-  const QPointF centre(body.right() - mark * 0.6, body.bottom() - mark * 0.6);
+  const double mark = pictureRect().height() * 0.26;
+  const QPointF centre(body().right() - mark * 0.6, body().bottom() - mark * 0.6);
   painter.setPen(Qt::NoPen);
   painter.setBrush(takenColour);
   painter.drawEllipse(centre, mark / 2, mark / 2);
@@ -278,6 +299,20 @@ void StripWindow::mouseReleaseEvent(QMouseEvent* event) {
 
 void StripWindow::mouseMoveEvent(QMouseEvent* event) {
   hover(event->position());
+}
+
+void StripWindow::keyPressEvent(QKeyEvent* event) {
+  event->setAccepted(onKey && onKey(*event));
+}
+
+void StripWindow::focusInEvent(QFocusEvent*) {
+  if (onFocus)
+    onFocus(true);
+}
+
+void StripWindow::focusOutEvent(QFocusEvent*) {
+  if (onFocus)
+    onFocus(false);
 }
 
 void StripWindow::hover(QPointF place) {

@@ -16,7 +16,8 @@
 
 namespace tavrin {
 
-/// The borderless window of one tile: a dock, on every desktop, never focused. Where
+/// The borderless window of one tile: a dock, on every desktop, which nobody but itself gives the
+/// keyboard. Where
 /// no compositor mixes it with what lies under it, it is cut to the outline of its picture.
 class StripWindow final : public QRasterWindow, private QAbstractNativeEventFilter {
 public:
@@ -36,6 +37,13 @@ public:
   /// Whether changes of the label are told to assistive technology.
   void setAnnouncing(bool isAnnouncing) { isAnnouncing_ = isAnnouncing; }
 
+  /// Wears a ring of its own while it has the keyboard.
+  void setFocusRing(bool isWanted);
+  /// The layer shell that the window is a surface of; null on an X server.
+  LayerShell* layers() const { return layers_; }
+  /// Asks the layer shell for the keyboard, or gives it back.
+  void holdKeys(bool isWanted);
+
   /// What is dragged over the tile, and whether it would be taken.
   enum class Drag { none, taken, refused };
   Drag drag() const { return drag_; }
@@ -51,6 +59,9 @@ public:
   std::function<bool()> takesFiles;
   std::function<bool(const std::vector<std::filesystem::path>&)> onDrop;
   std::function<void()> onExpose;
+  /// A key while the window has the keyboard; whether it was used.
+  std::function<bool(const QKeyEvent&)> onKey;
+  std::function<void(bool hasFocus)> onFocus;
   /// The window is about to be shown, anew or for the first time.
   std::function<void(bool isUnmanaged)> onMake;
 
@@ -63,6 +74,9 @@ protected:
   void mousePressEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void focusInEvent(QFocusEvent* event) override;
+  void focusOutEvent(QFocusEvent* event) override;
   bool event(QEvent* event) override;
   void timerEvent(QTimerEvent* event) override;
 
@@ -75,10 +89,13 @@ private:
   void paintTile(QPainter& painter, double scale) const;
   void paintRing(QPainter& painter) const;
   void paintDrag(QPainter& painter) const;
+  void paintAccent(QPainter& painter) const;
   void hover(QPointF place);
   bool handleDrag(QEvent* event);
   void setDrag(Drag drag);
   QRectF pictureRect() const;
+  /// Without the margin round the picture.
+  QRectF body() const;
 
   QImage picture_;
   TileLabel<QString> label_;
@@ -95,6 +112,8 @@ private:
   bool hasRing_ = false;
   Drag drag_ = Drag::none;
   bool isPressed_ = false;
+  bool hasFocusRing_ = false;
+  bool holdsKeys_ = false;
   bool isAnnouncing_ = false;
 };
 

@@ -76,6 +76,8 @@ QtPanelPopover& TileServices::popover() {
     const QPointF corner = toolkitPoint({frame->x, frame->y + frame->height});
     return QRectF(corner, QSizeF(frame->width, frame->height)).toAlignedRect();
   };
+  environment.hasTileKeys = [this] { return keyboard_ && keyboard_->hasIt(); };
+  environment.resumeTileKeys = [this] { keyboard_->resume(); };
   popover_ = std::make_unique<QtPanelPopover>(std::move(environment));
   return *popover_;
 }
@@ -136,8 +138,11 @@ std::unique_ptr<TileSurface> TileServices::makeStrip() {
   };
   auto strip = std::make_unique<StripSurface>(std::move(environment));
   strip_ = strip.get();
-  if (environment_.bus != nullptr)
+  if (environment_.bus != nullptr) {
     accessibility_ = std::make_unique<AccessibilitySwitch>(*environment_.bus, strip->window());
+    keyboard_ =
+        std::make_unique<TileKeyboard>(*environment_.bus, strip->window(), environment_.identifier);
+  }
   return strip;
 }
 

@@ -8,6 +8,7 @@
 #include "TavrinPlatform/Linux/Tile/LinuxDockTile.h"
 #include "TavrinPlatform/Linux/Tile/QtPanelPopover.h"
 #include "TavrinPlatform/Linux/Tile/TileAccessibility.h"
+#include "TavrinPlatform/Linux/Tile/TileKeyboard.h"
 #include "TavrinPlatform/Workspace.h"
 
 namespace tavrin {
@@ -48,6 +49,9 @@ public:
   DockGeometry& geometry();
   QtPanelPopover& popover();
 
+  /// Has the keyboard come to the tile, for an object as tiles hand it on. False where it cannot.
+  bool takeKeyboard(const std::string& object) { return keyboard_ && keyboard_->take(object); }
+
   bool isPanelShown() const { return popover_ && popover_->isShown(); }
   void setAttention(bool isWanted) {
     if (tile_)
@@ -69,6 +73,7 @@ private:
   StripSurface* strip_ = nullptr;
   std::unique_ptr<LinuxDockTile> tile_;
   std::unique_ptr<AccessibilitySwitch> accessibility_;
+  std::unique_ptr<TileKeyboard> keyboard_;
   std::unique_ptr<LinuxDockGeometry> geometry_;
   std::unique_ptr<QtPanelPopover> popover_;
 };

@@ -1,5 +1,7 @@
 // A program that copies, in good and bad ways:
 //   SelectionOwner series   copies another thing for each line of its input
+//   SelectionOwner series COUNT MILLISECONDS   copies COUNT things, each so long after somebody has
+//                          read the one before
 //   SelectionOwner hang | mute | flood | dribble | empty | simple
 //   SelectionOwner picture   sends an image without end, and tells no length
 //   SelectionOwner public | refused | silent | listless   hints at a password: that it is none, not
@@ -25,6 +27,8 @@ xcb_connection_t* x;
 xcb_window_t window;
 std::string mode;
 bool hasAnswered = false;
+/// Somebody has had what is offered, not the list of it alone.
+bool isRead = false;
 /// What is offered: target and bytes.
 std::map<std::string, std::string> content;
 constexpr const char* hint = "x-kde-passwordManagerHint";
@@ -120,6 +124,7 @@ void answer(const xcb_selection_request_event_t& request) {
                         isEndless ? 1 : static_cast<std::uint32_t>(bytes.size()),
                         isEndless ? static_cast<const void*>(&size) : bytes.data());
     notify.property = request.property;
+    isRead = true;
   }
   xcb_send_event(x, 0, request.requestor, 0, reinterpret_cast<const char*>(&notify));
   xcb_flush(x);
@@ -145,7 +150,10 @@ void handle(xcb_generic_event_t* event) {
 int main(int argc, char** argv) {
   mode = argc > 1 ? argv[1] : "";
   int count = mode == "series" ? 0 : mode == "turn" ? 2 : 1;
-  constexpr int interval = 600;
+  if (mode == "series" && argc > 2)
+    count = std::atoi(argv[2]);
+  const int interval = argc > 3 ? std::atoi(argv[3]) : 600;
+  const bool waitsForReader = argc > 3;
   x = xcb_connect(nullptr, nullptr);
   if (xcb_connection_has_error(x) != 0)
     return 1;
@@ -158,13 +166,15 @@ int main(int argc, char** argv) {
   if (mode == "public" || mode == "refused" || mode == "silent" || mode == "listless")
     content[hint] = mode == "public" ? mode : "secret";
   int copies = 0;
+  const auto mayCopy = [&] { return copies < count && (!waitsForReader || copies == 0 || isRead); };
   for (std::int64_t next = now();;) {
-    if (copies < count && now() >= next) {
+    if (mayCopy() && now() >= next) {
       if (mode == "series")
         copyNumber(copies);
       own();
       ++copies;
       hasAnswered = false;
+      isRead = false;
       // Never closer together, however late this one was.
       next = now() + interval;
     }
@@ -174,12 +184,13 @@ int main(int argc, char** argv) {
         usleep(20'000);
       hasAnswered = true;
       handle(event);
+      if (isRead)
+        next = now() + interval;
     }
     if (isHasty && hasAnswered)
       mode = "hang";
     pollfd watched[] = {{xcb_get_file_descriptor(x), POLLIN, 0}, {STDIN_FILENO, POLLIN, 0}};
-    const auto wait =
-        copies < count ? static_cast<int>(std::max<std::int64_t>(0, next - now())) : -1;
+    const auto wait = mayCopy() ? static_cast<int>(std::max<std::int64_t>(0, next - now())) : -1;
     poll(watched, 2, wait);
     if ((watched[1].revents & POLLIN) != 0) {
       char lines[256];

@@ -1,0 +1,163 @@
+#include "TavrinPlatform/Linux/Tile/TileKeyboard.h"
+
+#include "TavrinCore/Base/Texts.h"
+#include "TavrinCore/Widgets/DockSlot.h"
+#include "TavrinPlatform/Linux/Base/X11.h"
+#include "TavrinPlatform/Linux/Tile/StripWindow.h"
+
+#include <QAccessible>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QMenu>
+#include <charconv>
+#include <utility>
+
+namespace tavrin {
+
+namespace {
+
+/// A place outside every button: the whole tile is pressed.
+const QPointF wholeTile(-1, -1);
+constexpr double answerLimit = 1;
+
+xcb_window_t windowNumber(std::string_view text) {
+  xcb_window_t number = XCB_NONE;
+  std::from_chars(text.data(), text.data() + text.size(), number);
+  return number;
+}
+
+} // namespace
+
+TileKeyboard::TileKeyboard(Bus& bus, StripWindow& window, std::string_view identifier)
+    : bus_(bus), window_(window), slot_(DockSlot::slot(identifier).value_or(0)) {
+  window_.onKey = [this](const QKeyEvent& event) { return keyPressed(event); };
+  window_.onFocus = [this](bool hasFocus) { focusChanged(hasFocus); };
+}
+
+TileKeyboard::~TileKeyboard() {
+  window_.onKey = nullptr;
+  window_.onFocus = nullptr;
+}
+
+bool TileKeyboard::take(const std::string& cameFrom) {
+  if (!window_.isVisible())
+    return false;
+  // The one that has it may be this tile's own.
+  if (!cameFrom.empty())
+    previous_ = windowNumber(cameFrom);
+  else if (!hasIt_)
+    previous_ = x11::focusWindow();
+  resume();
+  return true;
+}
+
+void TileKeyboard::resume() {
+  if (window_.layers() != nullptr)
+    window_.holdKeys(true);
+  else if (window_.handle() != nullptr)
+    x11::setFocus(static_cast<xcb_window_t>(window_.winId()));
+}
+
+void TileKeyboard::focusChanged(bool hasFocus) {
+  hasIt_ = hasFocus;
+  // Its own menu has the keyboard for the tile.
+  window_.setFocusRing(hasFocus || (menu_ && menu_->isVisible()));
+  if (!hasFocus) {
+    window_.holdKeys(false);
+    return;
+  }
+  QAccessibleEvent event(&window_, QAccessible::Focus);
+  QAccessible::updateAccessibility(&event);
+}
+
+bool TileKeyboard::keyPressed(const QKeyEvent& event) {
+  switch (event.key()) {
+  case Qt::Key_Left:
+  case Qt::Key_Up:
+  case Qt::Key_Backtab:
+    handOn(slot_ - 1, -1);
+    return true;
+  case Qt::Key_Right:
+  case Qt::Key_Down:
+  case Qt::Key_Tab:
+    handOn(slot_ + 1, 1);
+    return true;
+  case Qt::Key_Home:
+    handOn(1, 1);
+    return true;
+  case Qt::Key_End:
+    handOn(DockSlot::count, -1);
+    return true;
+  case Qt::Key_Return:
+  case Qt::Key_Enter:
+  case Qt::Key_Space:
+    openPanel();
+    return true;
+  case Qt::Key_F10:
+    if (!event.modifiers().testFlag(Qt::ShiftModifier))
+      return false;
+    [[fallthrough]];
+  case Qt::Key_Menu:
+    showActions();
+    return true;
+  case Qt::Key_Escape:
+    giveBack();
+    return true;
+  default:
+    return false;
+  }
+}
+
+void TileKeyboard::handOn(int slot, int step) {
+  if (slot < 1 || slot > DockSlot::count || slot == slot_)
+    return;
+  const auto identifier = DockSlot::bundleIdentifier(slot);
+  const auto path = objectPath(identifier);
+  BusMessage message = bus_.method(
+      {identifier.c_str(), path.c_str(), "org.freedesktop.Application"}, "ActivateAction");
+  sd_bus_message_set_auto_start(message.get(), 0);
+  message.append("sava{sv}", "focus", 1, "s", std::to_string(previous_).c_str(), 0);
+  bus_.call(
+      message,
+      [this, life = life_.watch(), slot, step](sd_bus_message* reply, const std::string&) {
+        if (life.expired())
+          return;
+        if (reply == nullptr)
+          handOn(slot + step, step);
+        else
+          window_.holdKeys(false);
+      },
+      answerLimit);
+}
+
+void TileKeyboard::giveBack() {
+  window_.holdKeys(false);
+  if (x11::connection() == nullptr)
+    return;
+  x11::setFocus(x11::isViewable(previous_) ? previous_
+                                           : xcb_window_t{XCB_INPUT_FOCUS_POINTER_ROOT});
+}
+
+void TileKeyboard::openPanel() {
+  if (window_.onClick)
+    window_.onClick(wholeTile);
+}
+
+void TileKeyboard::showActions() {
+  menu_ = std::make_unique<QMenu>();
+  menu_->addAction(QString::fromStdString(translated("Open")), [this] { openPanel(); });
+  for (const auto& button : window_.buttons())
+    menu_->addAction(QString::fromStdString(button.name).replace('&', QLatin1String("&&")),
+                     [this, place = button.place.center()] {
+                       if (window_.onClick)
+                         window_.onClick(place);
+                     });
+  menu_->winId();
+  menu_->windowHandle()->setTransientParent(&window_);
+  menu_->setActiveAction(menu_->actions().constFirst());
+  const QSize size = menu_->sizeHint();
+  const QRect tile = window_.geometry();
+  menu_->popup({tile.center().x() - size.width() / 2, tile.top() - size.height()});
+}
+
+} // namespace tavrin
