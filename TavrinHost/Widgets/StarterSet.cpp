@@ -13,7 +13,7 @@ namespace tavrin {
 namespace {
 
 struct StarterWidget {
-  std::string_view name;
+  std::string name;
   int span;
   DockWidget::Kind kind;
 };

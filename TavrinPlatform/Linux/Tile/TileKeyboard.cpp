@@ -145,7 +145,11 @@ void TileKeyboard::openPanel() {
 
 void TileKeyboard::showActions() {
   menu_ = std::make_unique<QMenu>();
-  menu_->addAction(QString::fromStdString(translated("Open")), [this] { openPanel(); });
+  menu_->addAction(QString::fromStdString(translated("Open")), [this] {
+    // The menu has had it for the tile until now.
+    hasIt_ = true;
+    openPanel();
+  });
   for (const auto& button : window_.buttons())
     menu_->addAction(QString::fromStdString(button.name).replace('&', QLatin1String("&&")),
                      [this, place = button.place.center()] {
