@@ -6,10 +6,11 @@
 //   ends their waits for a change of it as the system does. The monotonic clocks go on as they are,
 //   so a jump is what a process sees of a machine that slept, or whose clock somebody set.
 // - It writes a line to the file CAMPAIGN_STALLS when the main thread took longer than a tenth of
-//   a second from one wait of its event loop to the next, not counting the time for which it
-//   or another thread of the process could have run and other processes had the processors, nor
-//   that for which the X server could have (CAMPAIGN_DISPLAY_PROCESS): a machine with other work
-//   must not pass for a slow program.
+//   a second from one wait of its event loop to the next: what it ran, and what it was blocked in
+//   its own calls. Not counted is the time for which it could have run and other processes had the
+//   processors; nor, of the time it was blocked, that for which other threads of the process or
+//   the X server (CAMPAIGN_DISPLAY_PROCESS) could have run: a machine with other work must not
+//   pass for a slow program, nor hide one.
 #include <algorithm>
 #include <array>
 #include <atomic>
@@ -31,6 +32,7 @@
 #include <sys/syscall.h>
 #include <sys/time.h>
 #include <sys/timerfd.h>
+#include <tuple>
 #include <unistd.h>
 #include <utility>
 
@@ -111,6 +113,7 @@ struct Loop {
   std::int64_t busySince = 0;
   std::int64_t processorThen = 0;
   std::int64_t waitThen = 0;
+  std::int64_t threadsWaitThen = 0;
   std::int64_t serverWaitThen = 0;
   timer_t alarm{};
   std::array<void*, 48> frames{};
@@ -214,13 +217,15 @@ void endBusyTime() {
   const auto wall = machineTime(CLOCK_MONOTONIC) - loop.busySince;
   if (wall <= limit)
     return;
-  const auto ran = scheduled(loop.schedule).first;
-  const auto waited = waitOfAllThreads() - loop.waitThen;
-  const auto serverWaited = scheduled(loop.serverSchedule).second - loop.serverWaitThen;
-  const auto held =
-      wall - std::max(waited, std::int64_t{0}) - std::max(serverWaited, std::int64_t{0});
+  const auto [runAll, waitAll] = scheduled(loop.schedule);
+  const auto ran = runAll - loop.processorThen;
+  const auto waited = waitAll - loop.waitThen;
+  const auto ofOthers = waitOfAllThreads() - loop.threadsWaitThen - waited +
+                        scheduled(loop.serverSchedule).second - loop.serverWaitThen;
+  const auto blocked = wall - ran - waited - std::max(ofOthers, std::int64_t{0});
+  const auto held = ran + std::max(blocked, std::int64_t{0});
   if (held > limit)
-    report(held, wall, ran - loop.processorThen);
+    report(held, wall, ran);
 }
 
 void beginBusyTime() {
@@ -228,8 +233,8 @@ void beginBusyTime() {
     beginWatch();
   loop.isBusy = true;
   loop.frameCount = 0;
-  loop.processorThen = scheduled(loop.schedule).first;
-  loop.waitThen = waitOfAllThreads();
+  std::tie(loop.processorThen, loop.waitThen) = scheduled(loop.schedule);
+  loop.threadsWaitThen = waitOfAllThreads();
   loop.serverWaitThen = scheduled(loop.serverSchedule).second;
   loop.busySince = machineTime(CLOCK_MONOTONIC);
   setAlarm(limit);

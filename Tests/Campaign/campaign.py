@@ -73,12 +73,13 @@ def main():
         steps, days = QUICK_STEPS, 1
         seed = QUICK_SEED if wanted.seed is None else wanted.seed
     end = time.monotonic() + wanted.hours * 3600
-    totals, findings, started, day = {}, 0, time.monotonic(), 0
+    totals, findings, panels, started, day = {}, 0, set(), time.monotonic(), 0
     while day < days and time.monotonic() < end:
         tempfile.tempdir = None
         round_ = Round(seed + day, folder / f"seed-{seed + day}", wanted.verbose, is_inside,
                        is_inside)
-        journal = round_.run(steps)
+        journal = round_.run(steps, steps == STEPS)
+        panels |= round_.panels_used
         for name, count in journal.counts.items():
             totals[name] = totals.get(name, 0) + count
         findings += len(journal.findings)
@@ -88,11 +89,13 @@ def main():
               f"{(time.monotonic() - journal.started) / 60:.1f} min, "
               f"{oracles.tiles_compared} tiles compared, largest process {oracles.largest:.1f} MB, "
               f"{oracles.server_waits} waits for the X server on a busy machine, "
-              f"{len(round_.ledger.copies)} copies, {len(journal.findings)} findings", flush=True)
+              f"{len(round_.panels_used)} kinds' panels, {len(round_.ledger.copies)} copies, "
+              f"{len(journal.findings)} findings", flush=True)
         day += 1
     counts = ", ".join(f"{count} {name}" for name, count in sorted(totals.items()))
     print(f"{day} days, {sum(totals.values())} steps in {(time.monotonic() - started) / 3600:.2f} h: "
-          f"{counts}\n{findings} findings, in {folder}")
+          f"{counts}\nPanels of {len(panels)} kinds: {', '.join(sorted(panels))}\n"
+          f"{findings} findings, in {folder}")
     return 1 if findings else 0
 
 

@@ -1,6 +1,8 @@
 """What has been said to be saved: it is compared with the files after every step."""
 
+import itertools
 import json
+import time
 
 from clipboard_items import saved_texts
 from rig import wait_for
@@ -23,6 +25,10 @@ class Ledger:
         self.documents = {}
         self.loose = {}
         self.copies = []
+        # Somebody clicked in the history's panel since the last look, where rows can be removed.
+        self.may_be_removed = False
+        # Processes of the clipboard's slot that have taken a copy.
+        self.listening = set()
         self.time_grace = 0
         self.accept_all()
 
@@ -59,10 +65,12 @@ class Ledger:
             if identifier in now:
                 self.records[identifier] = now[identifier]
 
-    def touch(self, identifiers):
+    def touch(self, identifiers, by_hand=False):
         """Whoever uses these may change them, and for a while their slots may save."""
         for identifier in identifiers:
             self.loose[identifier] = GRACE
+            if by_hand and kind_of(self.records[identifier]) == "clipboard":
+                self.may_be_removed = True
 
     def time_passed(self):
         """A new day may begin in the documents that count days."""
@@ -78,7 +86,7 @@ class Ledger:
             return
         for record in self.widgets():
             if record.get("slot") in open_slots:
-                self.touch([record["id"]])
+                self.touch([record["id"]], by_hand=True)
         if set(now) != set(self.records):
             lost = [self.records[key]["name"] for key in set(self.records) - set(now)]
             self.journal.finding("lost", f"widgets {lost} lost, {len(set(now) - set(self.records))} new")
@@ -138,6 +146,30 @@ class Ledger:
         return (not down and self.world.disk == "good" and len(records) == 1
                 and records[0].get("slot") in self.world.processes_of_slots())
 
+    def make_listen(self, copy):
+        """A process that has just started takes nothing that was there before it listened: copies
+        until it has taken one."""
+        if not self.keeps_copies():
+            return
+        process = tuple(self.world.processes_of_slots()[self.of_kind("clipboard")[0]["slot"]])
+        if process in self.listening:
+            return
+        end = time.monotonic() + 60
+        for number in itertools.count():
+            probe = f"listening {process} {number}"
+            copy(probe)
+            try:
+                wait_for(lambda p=probe: p in saved_texts(self.world), "the copy", 5, 0.1)
+                self.listening.add(process)
+                return
+            except AssertionError:
+                if time.monotonic() > end:
+                    self.journal.finding("deaf", "the clipboard's slot has taken no copy since it "
+                                         "started a minute ago",
+                                         [("slot.log", self.world.log(
+                                             self.of_kind("clipboard")[0]["slot"]))])
+                    return
+
     def copied(self, text):
         """Waits until the copy is in the sealed file; from then on it is said to be saved."""
         if not self.keeps_copies() or not text.strip():
@@ -150,12 +182,15 @@ class Ledger:
                                   ("slot.log", self.world.log(self.of_kind("clipboard")[0]["slot"]))])
             return "not kept"
         self.copies.append(text)
-        self.check_copies()
+        there = set(saved_texts(self.world))
+        if self.may_be_removed:
+            self.copies = [each for each in self.copies if each in there]
+            self.may_be_removed = False
+        self.check_copies(there)
         return f"{len(self.copies)} kept"
 
-    def check_copies(self):
+    def check_copies(self, there):
         """All copies are there; for when a slot has just saved."""
-        there = set(saved_texts(self.world))
         lost = [text for text in self.copies[-100:] if text not in there]
         if lost:
             self.journal.finding("lost", f"{len(lost)} of {len(self.copies)} copies are lost",

@@ -38,6 +38,8 @@ class Round:
         self.due = []
         # Slots whose panel may be open.
         self.used = set()
+        # Kinds whose panel has been clicked and typed into.
+        self.panels_used = set()
         self.number = 0
         self._make_widgets(chance)
         self.ledger = Ledger(self.world, self.journal)
@@ -240,11 +242,11 @@ class Round:
     def has_panel(self, pid):
         return len(self.world.windows(pid)) > 1
 
-    def run(self, count):
-        """`count` steps, and on until a day has passed; false when the campaign itself failed."""
-        number = 0
+    def run(self, count, whole_day):
+        """`count` steps; for a whole day half as many more at most, until the clock has it."""
+        number, most = 0, count * 3 // 2 if whole_day else count
         try:
-            while number < count:
+            while number < count or (number < most and self.world.clock.passed < DAY):
                 number += 1
                 self.do(number)
             for entry in sorted(self.due, key=lambda entry: entry[0]):

@@ -14,6 +14,7 @@ import dbus
 
 from calendars import add, component
 from clock import ZONES
+from ledger import kind_of
 from rig import BUILD
 
 STEPS = []
@@ -49,6 +50,11 @@ def choose(chance):
 def pick(chance, sequence):
     """One draw, whatever the length: what is there to choose from differs between runs."""
     return sequence[int(chance.random() * len(sequence))] if sequence else None
+
+
+def unseen_first(round_, records):
+    """Those of kinds whose panel nobody has used yet, where there are any."""
+    return [each for each in records if kind_of(each) not in round_.panels_used] or records
 
 
 def need(round_, *services):
@@ -117,7 +123,7 @@ def change_kind(round_, chance):
     slot = chance.randint(1, 12)
     placed = [each for each in round_.ledger.widgets() if each.get("slot") == slot]
     free = [each for each in round_.ledger.widgets() if each.get("slot") is None]
-    other = pick(chance, free)
+    other = pick(chance, unseen_first(round_, free))
     if other is None:
         raise Skip("every widget has a slot")
     changed = [each["id"] for each in placed] + [other["id"]]
@@ -157,7 +163,11 @@ def release_and_place(round_, chance):
 @step(26)
 def use_panel(round_, chance):
     need(round_, "bus", "display")
+    looks_further = chance.random() < 0.5
     slot = pick(chance, sorted(round_.running))
+    if looks_further:
+        shown = [round_.ledger.in_slot(slot) for slot in sorted(round_.running)]
+        slot = pick(chance, [record["slot"] for record in unseen_first(round_, shown)])
     plan = [(chance.random(), chance.random(), chance.random(), chance.choice(KEYS),
              chance.choice(TEXTS)) for _ in range(chance.randint(1, 7))]
     leaves_open = chance.random() < 0.15
@@ -165,11 +175,13 @@ def use_panel(round_, chance):
         raise Skip("no slot runs")
     world, pid = round_.world, round_.running[slot]
     record = round_.ledger.in_slot(slot)
-    round_.ledger.touch([record["id"]])
+    round_.ledger.touch([record["id"]], by_hand=True)
     before = {window[0] for window in world.windows(pid)}
     world.activate(slot)
     opened = round_.wait(lambda: [w for w in world.windows(pid) if w[0] not in before], 3)
     panel = max(opened, key=lambda window: window[3] * window[4]) if opened else None
+    if panel:
+        round_.panels_used.add(kind_of(record))
     said = []
     for kind, right, below, key, text in plan:
         if pid not in round_.running.values() or round_.ended(pid):
@@ -209,7 +221,7 @@ def click_tile(round_, chance):
         raise Skip("no tile")
     _, x, y, width, height = windows[0]
     round_.used.add(slot)
-    round_.ledger.touch([round_.ledger.in_slot(slot)["id"]])
+    round_.ledger.touch([round_.ledger.in_slot(slot)["id"]], by_hand=True)
     round_.world.click(x + right * width, y + below * height, button)
     round_.free_input(slot)
     return f"slot {slot} button {button} at {right:.2f},{below:.2f}"
@@ -362,9 +374,8 @@ def idle(round_, chance):
 def copy(round_, chance):
     text = f"copied {chance.randint(0, 10**9)} {chance.choice(TEXTS)}"
     need(round_, "display")
-    subprocess.run(["xclip", "-selection", "clipboard"], env=round_.world.env,
-                   input=text.encode(), stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
-                   timeout=20, check=False)
+    round_.ledger.make_listen(round_.world.copy)
+    round_.world.copy(text)
     return round_.ledger.copied(text)
 
 

@@ -230,6 +230,11 @@ class World(Desk):
         self.run("gdbus", "wait", "--session", "--timeout", "90",
                  "org.mpris.MediaPlayer2.campaign")
 
+    def copy(self, text):
+        """As a program would that the user copies in."""
+        subprocess.run(["xclip", "-selection", "clipboard"], env=self.env, input=text.encode(),
+                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, timeout=20, check=False)
+
     # The network: a web server, and the way to it
 
     def _start_web(self):
