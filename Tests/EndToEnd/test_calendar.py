@@ -84,6 +84,22 @@ class CalendarSlots(DeskTest):
                          COMPLETED="20260101T000000Z")
         self.assertEqual(self.follow(5, "its completion", lambda: change(tasks, done)), one)
 
+    def test_a_service_that_comes_late_or_comes_back_is_heard(self):
+        self.start("reminders", {"style": "count"})
+        without = self.settled()
+        before = list(self.desk.processes)
+        tasks = CalendarServer(self.desk).task_list()
+        wait_for(lambda: self.shown() != without, "the service that came late")
+        add(tasks, [component("VTODO", UID="1", SUMMARY="Milk")])
+        one = self.settled()
+        for process in [each for each in self.desk.processes if each not in before]:
+            self.kill(process)
+            self.desk.processes.remove(process)
+        wait_for(lambda: self.shown() != one, "the service's end")
+        self.settled()
+        CalendarServer(self.desk)
+        wait_for(lambda: self.shown() == one, "the service that came back")
+
     def test_without_the_service_the_tile_says_so_and_the_slot_lives(self):
         process = self.start("calendar", {"style": "nextEvent"})
         denied = self.settled(2)

@@ -18,6 +18,8 @@ constexpr auto withoutWaiting = static_cast<guint32>(-1);
 /// Components whose memory is given back to the system once they are read.
 constexpr guint muchToKeep = 200;
 
+constexpr const char* serverNames = "org.gnome.evolution.dataserver";
+
 struct ErrorSlot {
   GError* error = nullptr;
   ~ErrorSlot() { g_clear_error(&error); }
@@ -83,6 +85,9 @@ EDSCalendarStore::~EDSCalendarStore() {
     if (registry_)
       g_signal_handlers_disconnect_by_data(registry_.get(), this);
     registry_.reset();
+    if (bus_)
+      g_dbus_connection_signal_unsubscribe(bus_.get(), serverWatch_);
+    bus_.reset();
   });
 }
 
@@ -186,13 +191,36 @@ void EDSCalendarStore::died(ECalClient* client, gpointer data) {
   store.tellChanged();
 }
 
+void EDSCalendarStore::nameChanged(GDBusConnection*, const char*, const char*, const char*,
+                                   const char*, GVariant* words, gpointer store) {
+  const char* name = nullptr;
+  const char* owner = nullptr;
+  g_variant_get(words, "(&s&s&s)", &name, nullptr, &owner);
+  // Each open calendar has a name, too, which says nothing.
+  const std::string service = std::string(name).substr(std::string(serverNames).size());
+  if (*owner != '\0' && (service.starts_with(".Sources") || service.starts_with(".Calendar")))
+    static_cast<EDSCalendarStore*>(store)->tellChanged();
+}
+
+/// A server that was away when somebody asked is told of as a change when it comes.
+void EDSCalendarStore::watchServer() {
+  if (bus_)
+    return;
+  bus_ = connectionThatEndsNobody();
+  if (bus_)
+    serverWatch_ = g_dbus_connection_signal_subscribe(
+        bus_.get(), "org.freedesktop.DBus", "org.freedesktop.DBus", "NameOwnerChanged",
+        "/org/freedesktop/DBus", serverNames, G_DBUS_SIGNAL_FLAGS_MATCH_ARG0_NAMESPACE, nameChanged,
+        this, nullptr);
+}
+
 bool EDSCalendarStore::connect() {
   if (registry_)
     return true;
   if (!hasSettings())
     return false;
+  watchServer();
   ErrorSlot error;
-  const auto bus = connectionThatEndsNobody();
   registry_.reset(e_source_registry_new_sync(thread_->cancellable(), error.out()));
   // Without a server the library makes a registry all the same; a server has sources of its own.
   GList* sources = registry_ ? e_source_registry_list_sources(registry_.get(), nullptr) : nullptr;

@@ -45,6 +45,7 @@ private:
 
   // On the calendar thread.
   bool connect();
+  void watchServer();
   Accounts readAccounts(Entity entity) const;
   ECalClient* open(const std::string& uid, Entity entity);
   void watch(Client& client);
@@ -55,10 +56,15 @@ private:
   bool writeCompleted(const Reminder& reminder, bool isCompleted);
   void tellChanged();
   static void changed(gpointer, gpointer, gpointer store);
+  static void nameChanged(GDBusConnection*, const char* sender, const char* path,
+                          const char* interface, const char* signal, GVariant* words,
+                          gpointer store);
   static void died(ECalClient* client, gpointer store);
 
   RunLoop& runLoop_;
   std::atomic<CalendarAccess> access_ = CalendarAccess::notAsked;
+  GOwned<GDBusConnection> bus_;
+  guint serverWatch_ = 0;
   GOwned<ESourceRegistry> registry_;
   std::map<std::string, Client> clients_;
   /// For the main thread.
