@@ -55,6 +55,8 @@ public:
 
   /// The tile has another format now and wants to be drawn again.
   std::function<void()> onFormatChange;
+  /// The tile's frame on the screen is another one: what stands beside it follows.
+  std::function<void()> onMove;
   std::function<void()> onVisibilityChange;
   /// A click at a place in the picture, in points from its top left. True when it was used up,
   /// by a button in the picture; otherwise it is a reopen request.

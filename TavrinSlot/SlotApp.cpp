@@ -16,6 +16,7 @@ SlotApp::SlotApp(Platform& platform)
                                         -1L, DockSlot::count + 1L))),
       panel_(platform.popover(), platform.dockGeometry()),
       tile_(platform.dockTile()), context_{platform, tile_, panel_, [this] { editWidget(); }} {
+  platform_.dockTile().onMove = [this] { panel_.followTile(); };
   tile_.onFormatChange = [this] {
     // While the tile is being placed, drawing follows.
     if (controller_ && !isReloading_)
@@ -26,6 +27,7 @@ SlotApp::SlotApp(Platform& platform)
 SlotApp::~SlotApp() {
   widgetsChanged_.reset();
   isReloading_ = true;
+  platform_.dockTile().onMove = nullptr;
   if (controller_)
     controller_->leave();
 }
@@ -123,8 +125,6 @@ void SlotApp::placeTile() {
     place.cellsInAll += neighbour->span;
   }
   platform_.dockTile().setPlace(place);
-  if (std::exchange(place_, place) != place)
-    panel_.followTile();
 }
 
 bool SlotApp::sameKind(const std::optional<DockWidget::Kind>& before,

@@ -58,7 +58,6 @@ private:
   Log log_;
   int slot_ = 0;
   DockPanelPresenter panel_;
-  DockTile::Place place_;
   DockTileRenderer tile_;
   SlotContext context_;
   std::unique_ptr<WidgetStore> store_;

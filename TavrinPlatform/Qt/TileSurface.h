@@ -26,6 +26,8 @@ public:
   /// What the surface tells. Set before anything is shown.
   struct Events {
     std::function<void()> formatChanged;
+    /// What `frame()` says has changed.
+    std::function<void()> moved;
     std::function<void()> visibilityChanged;
     /// A click, at a place in the picture where the surface knows one, and on the screen.
     std::function<void(std::optional<QPointF> inPicture, std::optional<Point> onScreen)> clicked;

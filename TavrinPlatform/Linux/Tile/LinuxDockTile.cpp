@@ -41,6 +41,10 @@ LinuxDockTile::LinuxDockTile(std::vector<std::unique_ptr<TileSurface>> surfaces,
       if (isFirst && onFormatChange)
         onFormatChange();
     };
+    surface->events.moved = [this, isFirst] {
+      if (isFirst && onMove)
+        onMove();
+    };
     surface->events.visibilityChanged = [this] {
       if (onVisibilityChange)
         onVisibilityChange();

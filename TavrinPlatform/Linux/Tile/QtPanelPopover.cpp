@@ -215,6 +215,11 @@ void QtPanelPopover::show(Point anchor, RectEdge edge) {
   sinceOpening_.start();
   updatePalette();
   arrange();
+  // The room may change after the tile did: a window manager hears of the tile's own first.
+  screenWatch_ = std::make_unique<QObject>();
+  for (const QScreen* screen : QGuiApplication::screens())
+    QObject::connect(screen, &QScreen::availableGeometryChanged, screenWatch_.get(),
+                     [this] { arrange(); });
   if (x11::connection() != nullptr)
     x11::setNumbers(static_cast<xcb_window_t>(window_->winId()), panelMark, XCB_ATOM_WINDOW,
                     {previousActive_});
@@ -283,6 +288,7 @@ void QtPanelPopover::close() {
     return;
   isShown_ = false;
   presses_.reset();
+  screenWatch_.reset();
   if (layers_ != nullptr)
     layers_->watchPresses({}, nullptr);
   if (isAnimated()) {

@@ -72,6 +72,7 @@ private:
   QObject context_;
   QTimer focusSettles_;
   int focusAsks_ = 0;
+  std::unique_ptr<QObject> screenWatch_;
   QVariantAnimation fade_;
   QSize size_;
   Point anchor_;

@@ -154,11 +154,12 @@ void StripSurface::arrange() {
   // Nothing is shown before there is something to see.
   if (hasPicture_)
     place(*screen, edge);
-  if (format == format_)
-    return;
-  format_ = format;
-  if (events.formatChanged)
+  if (std::exchange(format_, format) != format && events.formatChanged)
     events.formatChanged();
+  // Also on another scale: the same points are other pixels.
+  const auto shown = std::pair(layout_.tile, scale);
+  if (std::exchange(shown_, shown) != shown && events.moved)
+    events.moved();
 }
 
 void StripSurface::place(const QScreen& screen, StripEdge edge) {

@@ -67,6 +67,8 @@ private:
   StripLayout layout_;
   DockTile::Place place_;
   DockTile::Format format_;
+  /// Where the tile was arranged last, and pixels for a point.
+  std::pair<QRectF, double> shown_;
   /// Points of the screen for a point of the picture; less than 1 for a very small tile.
   double shrinking_ = 1;
   bool hasPicture_ = false;

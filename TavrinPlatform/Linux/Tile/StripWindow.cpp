@@ -184,7 +184,31 @@ QRectF StripWindow::pictureRect() const {
 }
 
 void StripWindow::paintEvent(QPaintEvent*) {
-  QPainter painter(this);
+  paint();
+}
+
+void StripWindow::update() {
+  // Else it is painted when it is seen.
+  if (isExposed())
+    requestUpdate();
+}
+
+void StripWindow::paint() {
+  if (!isExposed())
+    return;
+  if (!store_ || std::exchange(storeScale_, devicePixelRatio()) != devicePixelRatio())
+    store_ = std::make_unique<QBackingStore>(this);
+  if (store_->size() != size())
+    store_->resize(size());
+  const QRect whole(QPoint(), size());
+  store_->beginPaint(whole);
+  paintOn(*store_->paintDevice());
+  store_->endPaint();
+  store_->flush(whole);
+}
+
+void StripWindow::paintOn(QPaintDevice& device) {
+  QPainter painter(&device);
   painter.setCompositionMode(QPainter::CompositionMode_Source);
   painter.fillRect(QRect(QPoint(), size()), Qt::transparent);
   const bool isDrawn = layers_ != nullptr && layers_->draw(*this, [this](QImage& image) {
@@ -276,12 +300,12 @@ void StripWindow::paintRing(QPainter& painter) const {
 }
 
 void StripWindow::resizeEvent(QResizeEvent* event) {
-  QRasterWindow::resizeEvent(event);
+  QWindow::resizeEvent(event);
   updateOutline();
 }
 
 void StripWindow::exposeEvent(QExposeEvent* event) {
-  QRasterWindow::exposeEvent(event);
+  QWindow::exposeEvent(event);
   if (onExpose)
     onExpose();
 }
@@ -333,13 +357,16 @@ bool StripWindow::event(QEvent* event) {
   case QEvent::DragLeave:
     setDrag(Drag::none);
     return true;
+  case QEvent::UpdateRequest:
+    paint();
+    return true;
   case QEvent::Leave:
     toolTip_.stop();
     break;
   default:
     break;
   }
-  return QRasterWindow::event(event);
+  return QWindow::event(event);
 }
 
 bool StripWindow::handleDrag(QEvent* event) {
@@ -365,7 +392,7 @@ bool StripWindow::handleDrag(QEvent* event) {
 
 void StripWindow::timerEvent(QTimerEvent* event) {
   if (event->timerId() != toolTip_.timerId()) {
-    QRasterWindow::timerEvent(event);
+    QWindow::timerEvent(event);
     return;
   }
   toolTip_.stop();

@@ -5,12 +5,14 @@
 #include "TavrinPlatform/Linux/Tile/TileLabel.h"
 
 #include <QAbstractNativeEventFilter>
+#include <QBackingStore>
 #include <QBasicTimer>
 #include <QImage>
-#include <QRasterWindow>
 #include <QVariantAnimation>
+#include <QWindow>
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -19,7 +21,7 @@ namespace tavrin {
 /// The borderless window of one tile: a dock, on every desktop, which nobody but itself gives the
 /// keyboard. Where
 /// no compositor mixes it with what lies under it, it is cut to the outline of its picture.
-class StripWindow final : public QRasterWindow, private QAbstractNativeEventFilter {
+class StripWindow final : public QWindow, private QAbstractNativeEventFilter {
 public:
   StripWindow();
   ~StripWindow() override;
@@ -82,6 +84,9 @@ protected:
 
 private:
   void moveBy(QPoint way);
+  void update();
+  void paint();
+  void paintOn(QPaintDevice& device);
   bool nativeEventFilter(const QByteArray& type, void* message, qintptr* result) override;
   void becomeDockWindow();
   void watchCompositor();
@@ -98,6 +103,10 @@ private:
   QRectF body() const;
 
   QImage picture_;
+  /// Not the toolkit's window of pixels: that one keeps those of the old scale when the desktop's
+  /// changes.
+  std::unique_ptr<QBackingStore> store_;
+  double storeScale_ = 0;
   TileLabel<QString> label_;
   std::vector<DockTile::Button> buttons_;
   QPoint home_;

@@ -1,0 +1,75 @@
+"""The desktop's scale changes while tiles and a panel are shown, as a settings manager tells it."""
+
+import os
+import signal
+import unittest
+
+from rig import DeskTest, wait_for, widget
+
+TILE = 48
+PANEL_GAP = 2
+
+
+class Scale(DeskTest):
+    def setUp(self):
+        super().setUp()
+        self.settings = self.desk.home / "xsettingsd.conf"
+        self.write(96)
+        self.manager = self.desk.spawn(["xsettingsd", "-c", str(self.settings)])
+        self.desk.write_widgets([widget("timer", {}, 1), widget("note", {"text": "Hallo"}, 2)],
+                                announce=False)
+        self.slots = [self.start(1), self.start(2)]
+        for slot in self.slots:
+            wait_for(lambda s=slot: self.desk.windows(s.pid), "a tile")
+
+    def start(self, slot):
+        process = self.desk.start_slot(slot)
+        self.desk.wait_for_name(slot)
+        return process
+
+    def write(self, dpi):
+        self.settings.write_text(f"Xft/DPI {dpi * 1024}\n")
+
+    def become(self, dpi):
+        self.write(dpi)
+        os.kill(self.manager.pid, signal.SIGHUP)
+
+    def tile(self, slot=1):
+        return min(self.desk.windows(self.slots[slot].pid), key=lambda window: window[4])
+
+    def panel(self, slot=1):
+        found = [window for window in self.desk.windows(self.slots[slot].pid)
+                 if window[0] != self.tile(slot)[0]]
+        return found[0] if found else None
+
+    def is_right(self, scale, width):
+        """The tile has its size, and the panel stands above it in the same scale."""
+        _, _, top, _, height = self.tile()
+        panel = self.panel()
+        return panel is not None and abs(height - TILE * scale) <= 1 and \
+            abs(top + height - 800) <= 1 and abs(panel[3] - width * scale) <= 2 and \
+            abs(panel[2] + panel[4] + PANEL_GAP * scale - top) <= scale + 0.5
+
+    def test_tiles_and_an_open_panel_follow(self):
+        self.desk.toggle(2)
+        panel = wait_for(self.panel, "the panel")
+        wait_for(lambda: self.is_right(1, panel[3]), "the panel at its tile")
+        at_first = self.desk.pixels(self.tile(0))
+        for dpi in (192, 144, 96):
+            self.become(dpi)
+            wait_for(lambda d=dpi: self.is_right(d / 96, panel[3]), f"tile and panel at {dpi}")
+            if dpi == 192:
+                self.compare_with_new_process()
+        wait_for(lambda: self.desk.pixels(self.tile(0)) == at_first, "the tile as it was")
+
+    def compare_with_new_process(self):
+        """What is painted is all of the picture, not the old size's part of it."""
+        followed = self.desk.pixels(self.tile(0))
+        self.kill(self.slots[0])
+        self.slots[0] = self.start(1)
+        wait_for(lambda: self.desk.windows(self.slots[0].pid), "the tile")
+        wait_for(lambda: self.desk.pixels(self.tile(0)) == followed, "a new process's tile")
+
+
+if __name__ == "__main__":
+    unittest.main()
