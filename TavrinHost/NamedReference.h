@@ -2,6 +2,7 @@
 
 #include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Settings/SettingText.h"
+#include "TavrinHost/FoldedName.h"
 #include "TavrinHost/HostError.h"
 #include "TavrinHost/Widgets/WidgetLibrary.h"
 

@@ -83,6 +83,14 @@ std::optional<double> clockDuration(std::string_view text) {
 }
 
 /// "+14d", "-2h30m". Whole days keep the time of day across a change of clocks.
+/// Whether the date is in the years 1 to 9999.
+bool hasFourDigitYear(Date date) {
+  constexpr double firstYear = -62'135'596'800;
+  constexpr double afterYear9999 = 253'402'300'800;
+  const double seconds = date.unixSeconds();
+  return seconds >= firstYear && seconds < afterYear9999;
+}
+
 std::optional<Date> relativeDate(std::string_view text, Date now) {
   const double sign = text.front() == '-' ? -1 : 1;
   text.remove_prefix(1);
@@ -90,10 +98,14 @@ std::optional<Date> relativeDate(std::string_view text, Date now) {
   const auto count = takeNumber<int>(rest);
   auto unit = rest;
   const auto seconds = takeTimeUnit(unit);
-  if (count && seconds && unit.empty() && *seconds >= day && *count <= 1'000'000)
-    return Calendar().addingDays(static_cast<int>(sign * *count * (*seconds / day)), now);
+  if (count && seconds && unit.empty() && *seconds >= day && *count <= 1'000'000) {
+    const Date date =
+        Calendar().addingDays(static_cast<int>(sign * *count * (*seconds / day)), now);
+    return hasFourDigitYear(date) ? std::optional(date) : std::nullopt;
+  }
   const auto duration = durationFromText(text);
-  return duration ? std::optional(now + sign * *duration) : std::nullopt;
+  const Date date = now + sign * duration.value_or(0);
+  return duration && hasFourDigitYear(date) ? std::optional(date) : std::nullopt;
 }
 
 bool takeTimeOfDay(std::string_view& text, DateComponents& local) {
@@ -175,7 +187,7 @@ std::optional<double> durationFromText(std::string_view text) {
     total += *number * unit.value_or(1);
     text = trimmed(text);
     if (text.empty())
-      return total;
+      return std::isfinite(total) ? std::optional(total) : std::nullopt;
   }
   return std::nullopt;
 }
@@ -194,11 +206,8 @@ std::optional<Date> dateFromText(std::string_view text, Date now) {
 }
 
 std::string dateText(Date date) {
-  // Beyond the years that four digits name, the number says more than a date.
-  constexpr double firstYear = -62'135'596'800;
-  constexpr double afterYear9999 = 253'402'300'800;
-  const double seconds = date.unixSeconds();
-  if (!(seconds >= firstYear && seconds < afterYear9999))
+  // Else the number says more than a date.
+  if (!hasFourDigitYear(date))
     return fmt::format("{} s", date.secondsSinceReferenceDate);
   const auto local = Calendar().components(date);
   auto text = fmt::format("{:04}-{:02}-{:02} {:02}:{:02}", local.year, local.month, local.day,

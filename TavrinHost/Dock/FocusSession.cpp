@@ -4,6 +4,7 @@
 #include "TavrinCore/Settings/HotkeyText.h"
 #include "TavrinCore/Text/ForeignText.h"
 #include "TavrinHost/Dock/DockLibrary.h"
+#include "TavrinHost/FoldedName.h"
 #include "TavrinHost/Widgets/WidgetLibrary.h"
 
 #include <fmt/format.h>

@@ -6,13 +6,13 @@
 #include "TavrinCore/Text/ForeignText.h"
 #include "TavrinCore/Widgets/DockSlot.h"
 #include "TavrinHost/Dock/WorkspaceBackups.h"
+#include "TavrinHost/FoldedName.h"
 #include "TavrinStorage/StoragePath.h"
 
 #include <algorithm>
 #include <array>
 #include <fmt/format.h>
 #include <numeric>
-#include <unicode/unistr.h>
 #include <utility>
 
 namespace tavrin {
@@ -90,14 +90,6 @@ std::vector<std::string> kindsLike(const std::string& word) {
 }
 
 } // namespace
-
-std::string folded(std::string_view text) {
-  std::string result;
-  icu::UnicodeString::fromUTF8(icu::StringPiece(text.data(), static_cast<int32_t>(text.size())))
-      .foldCase()
-      .toUTF8String(result);
-  return result;
-}
 
 WidgetLibrary::WidgetLibrary(HostContext& context) : context_(context) {
   auto& platform = context.platform();

@@ -54,7 +54,4 @@ std::string freeName(const WidgetsFile& file, std::string_view title);
 /// The kind that goes by a key or title, or the start of one, case aside. Throws HostError.
 const KindInfo& kindNamed(std::string_view reference);
 
-/// The text with case differences folded away.
-std::string folded(std::string_view text);
-
 } // namespace tavrin

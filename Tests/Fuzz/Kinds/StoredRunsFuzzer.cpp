@@ -28,7 +28,8 @@ template <class Run> std::optional<Run> read(const JSONValue& json) {
 /// What was stored by anybody is counted, shown, paused and gone on with.
 void use(TimerRun run, Date now) {
   run = run.caughtUp(now);
-  require(!run.isRunning() || !run.isFinished(now));
+  // One that the clock was set back under, past its own beginning, ends with the first tick.
+  require(!run.isRunning() || !run.isFinished(now) || *run.endDate() > now);
   require(!(run.progress(now) > 1));
   clockText(run.displayedSeconds(now));
   run.pause(now);
