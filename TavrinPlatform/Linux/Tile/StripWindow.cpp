@@ -1,9 +1,9 @@
 #include "TavrinPlatform/Linux/Tile/StripWindow.h"
 
 #include "TavrinCore/Base/FileURL.h"
-#include "TavrinCore/Widgets/DockTileGeometry.h"
 #include "TavrinPlatform/Linux/Base/X11.h"
 #include "TavrinPlatform/Linux/Tile/TileAccessibility.h"
+#include "TavrinPlatform/Linux/Tile/TileMarks.h"
 #include "TavrinPlatform/PlainToolTip.h"
 
 #include <QCoreApplication>
@@ -25,14 +25,6 @@ constexpr int toolTipDelay = 700;
 constexpr int hopDuration = 2'400;
 constexpr int hops = 4;
 constexpr double hopHeightRatio = 0.35;
-constexpr double ringRatio = 0.05;
-/// White on black is no kind's tint, and stands out from every ground.
-const QColor ringColour(0xFF, 0xFF, 0xFF);
-const QColor ringEdgeColour(0, 0, 0);
-const QColor takenColour(0x2E, 0x7D, 0xF6);
-const QColor takenEdgeColour(255, 255, 255, 200);
-/// Of a tile that does not take what is dragged over it. 0 to 255.
-constexpr int refusedOpacity = 110;
 constexpr std::uint32_t everyDesktop = 0xFFFFFFFF;
 constexpr int solid = 128;
 constexpr const char* demandsAttention = "_NET_WM_STATE_DEMANDS_ATTENTION";
@@ -226,77 +218,20 @@ void StripWindow::paintTile(QPainter& painter, double scale) const {
     const QPointF place = pictureRect().topLeft() * scale;
     painter.drawImage(QPointF(std::floor(place.x()), std::floor(place.y())) / scale, picture_);
   }
+  painter.setRenderHint(QPainter::Antialiasing);
   if (hasRing_)
-    paintRing(painter);
-  if (hasFocusRing_)
-    paintAccent(painter);
-  if (drag_ != Drag::none)
-    paintDrag(painter);
-}
-
-QRectF StripWindow::body() const {
-  const double margin = pictureRect().height() * (1 - DockTileGeometry::iconBodyRatio) / 2;
-  return pictureRect().adjusted(margin, margin, -margin, -margin);
-}
-
-/// Of the tile that what comes next goes to: a drop, or a key.
-void StripWindow::paintAccent(QPainter& painter) const {
-  const double side = pictureRect().height();
-  const double stroke = std::max(side * ringRatio, 2.0);
-  const double radius = side * DockTileGeometry::iconBodyRatio * 0.24;
-  painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
-  painter.setRenderHint(QPainter::Antialiasing);
-  const auto draw = [&](const QColor& colour, double inset) {
-    painter.setPen(QPen(colour, stroke));
-    painter.setBrush(Qt::NoBrush);
-    painter.drawRoundedRect(body().adjusted(inset, inset, -inset, -inset), radius, radius);
-  };
-  draw(takenEdgeColour, stroke);
-  draw(takenColour, stroke / 2);
-}
-
-void StripWindow::paintDrag(QPainter& painter) const {
-  painter.setRenderHint(QPainter::Antialiasing);
-  if (drag_ == Drag::refused) {
-    // Paler, not darker: only what is there already is touched.
-    painter.setCompositionMode(QPainter::CompositionMode_DestinationIn);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(QColor(0, 0, 0, refusedOpacity));
-    painter.drawRect(pictureRect());
-    return;
-  }
-  paintAccent(painter);
-  // The sign of a copy.
-  const double mark = pictureRect().height() * 0.26;
-  const QPointF centre(body().right() - mark * 0.6, body().bottom() - mark * 0.6);
-  painter.setPen(Qt::NoPen);
-  painter.setBrush(takenColour);
-  painter.drawEllipse(centre, mark / 2, mark / 2);
-  painter.setPen(QPen(Qt::white, std::max(mark * 0.14, 1.5), Qt::SolidLine, Qt::RoundCap));
-  const double arm = mark * 0.26;
-  painter.drawLine(centre - QPointF(arm, 0), centre + QPointF(arm, 0));
-  painter.drawLine(centre - QPointF(0, arm), centre + QPointF(0, arm));
+    paintAttentionRing(painter, pictureRect());
+  if (drag_ == Drag::refused)
+    paintRefusal(painter, pictureRect());
+  if (hasFocusRing_ || drag_ == Drag::taken)
+    paintAccentRing(painter, pictureRect());
+  if (drag_ == Drag::taken)
+    paintCopySign(painter, pictureRect());
 }
 
 void StripWindow::setDrag(Drag drag) {
   if (std::exchange(drag_, drag) != drag)
     update();
-}
-
-void StripWindow::paintRing(QPainter& painter) const {
-  const double side = pictureRect().height();
-  const double margin = side * (1 - DockTileGeometry::iconBodyRatio) / 2;
-  const double stroke = std::max(side * ringRatio, 2.0);
-  const double radius = side * DockTileGeometry::iconBodyRatio * 0.24;
-  painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
-  painter.setRenderHint(QPainter::Antialiasing);
-  const auto draw = [&](const QColor& colour, double inset) {
-    inset += margin + stroke / 2;
-    painter.setPen(QPen(colour, stroke));
-    painter.drawRoundedRect(pictureRect().adjusted(inset, inset, -inset, -inset), radius, radius);
-  };
-  draw(ringEdgeColour, stroke / 2);
-  draw(ringColour, 0);
 }
 
 void StripWindow::resizeEvent(QResizeEvent* event) {

@@ -92,15 +92,10 @@ private:
   void watchCompositor();
   void updateOutline();
   void paintTile(QPainter& painter, double scale) const;
-  void paintRing(QPainter& painter) const;
-  void paintDrag(QPainter& painter) const;
-  void paintAccent(QPainter& painter) const;
   void hover(QPointF place);
   bool handleDrag(QEvent* event);
   void setDrag(Drag drag);
   QRectF pictureRect() const;
-  /// Without the margin round the picture.
-  QRectF body() const;
 
   QImage picture_;
   /// Not the toolkit's window of pixels: that one keeps those of the old scale when the desktop's
