@@ -203,7 +203,7 @@ void QtPanelPopover::show(Point anchor, RectEdge edge) {
   isClosing_ = false;
   fade_.stop();
   const bool isOurs = QGuiApplication::focusWindow() != nullptr;
-  isFromTile_ = environment_.hasTileKeys();
+  isFromTile_ = environment_.hasTileKeys && environment_.hasTileKeys();
   if (!isOurs) {
     previousFocus_ = x11::focusWindow();
     previousActive_ = x11::activeWindow();

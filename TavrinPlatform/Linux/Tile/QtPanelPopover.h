@@ -29,9 +29,9 @@ public:
     std::function<LayerShell*()> layers;
     /// The row of tiles, whose presses are theirs.
     std::function<QRect()> strip;
-    /// Whether the own tile has the keyboard, and gives it back to it.
-    std::function<bool()> hasTileKeys;
-    std::function<void()> resumeTileKeys;
+    /// Whether the own tile has the keyboard, and gives it back to it. Null where tiles have none.
+    std::function<bool()> hasTileKeys = nullptr;
+    std::function<void()> resumeTileKeys = nullptr;
   };
   explicit QtPanelPopover(Environment environment);
   ~QtPanelPopover() override;
