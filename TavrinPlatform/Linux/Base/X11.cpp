@@ -23,7 +23,7 @@ template <class Reply> std::unique_ptr<Reply, Free> own(Reply* reply) {
 }
 
 const QNativeInterface::QX11Application* toolkit() {
-  const auto* application = qGuiApp;
+  const auto* application = qobject_cast<QGuiApplication*>(QCoreApplication::instance());
   return application == nullptr ? nullptr
                                 : application->nativeInterface<QNativeInterface::QX11Application>();
 }

@@ -19,6 +19,9 @@ namespace {
 /// A place outside every button: the whole tile is pressed.
 const QPointF wholeTile(-1, -1);
 constexpr double answerLimit = 1;
+constexpr int mostAsks = 4;
+/// Milliseconds.
+constexpr int betweenAsks = 100;
 
 xcb_window_t windowNumber(std::string_view text) {
   xcb_window_t number = XCB_NONE;
@@ -30,6 +33,8 @@ xcb_window_t windowNumber(std::string_view text) {
 
 TileKeyboard::TileKeyboard(Bus& bus, StripWindow& window, std::string_view identifier)
     : bus_(bus), window_(window), slot_(DockSlot::slot(identifier).value_or(0)) {
+  settles_.setSingleShot(true);
+  QObject::connect(&settles_, &QTimer::timeout, [this] { ask(); });
   window_.onKey = [this](const QKeyEvent& event) { return keyPressed(event); };
   window_.onFocus = [this](bool hasFocus) { focusChanged(hasFocus); };
 }
@@ -48,18 +53,32 @@ bool TileKeyboard::take(const std::string& cameFrom) {
   else if (!hasIt_)
     previous_ = x11::focusWindow();
   resume();
+  if (window_.layers() == nullptr)
+    ask();
   return true;
 }
 
 void TileKeyboard::resume() {
-  if (window_.layers() != nullptr)
+  if (window_.layers() != nullptr) {
     window_.holdKeys(true);
-  else if (window_.handle() != nullptr)
-    x11::setFocus(static_cast<xcb_window_t>(window_.winId()));
+  } else if (window_.handle() != nullptr) {
+    asks_ = mostAsks;
+    // A manager gives the focus of a window that goes to another one first.
+    settles_.start(betweenAsks);
+  }
+}
+
+void TileKeyboard::ask() {
+  const auto own = static_cast<xcb_window_t>(window_.winId());
+  if (x11::focusWindow() != own)
+    x11::setFocus(own);
+  if (--asks_ > 0)
+    settles_.start(betweenAsks);
 }
 
 void TileKeyboard::focusChanged(bool hasFocus) {
   hasIt_ = hasFocus;
+  settles_.stop();
   // Its own menu has the keyboard for the tile.
   window_.setFocusRing(hasFocus || (menu_ && menu_->isVisible()));
   if (!hasFocus) {
@@ -71,6 +90,7 @@ void TileKeyboard::focusChanged(bool hasFocus) {
 }
 
 bool TileKeyboard::keyPressed(const QKeyEvent& event) {
+  settles_.stop();
   switch (event.key()) {
   case Qt::Key_Left:
   case Qt::Key_Up:

@@ -3,6 +3,7 @@
 #include "TavrinCore/Base/Lifetime.h"
 #include "TavrinPlatform/Linux/Base/Bus.h"
 
+#include <QTimer>
 #include <string>
 
 class QKeyEvent;
@@ -35,6 +36,8 @@ private:
   void focusChanged(bool hasFocus);
   /// To the first of the slots that takes it, `step` by `step` from `slot` on.
   void handOn(int slot, int step);
+  /// Until it is here: nobody says that a server did not give it.
+  void ask();
   void giveBack();
   void openPanel();
   void showActions();
@@ -45,6 +48,8 @@ private:
   bool hasIt_ = false;
   std::uint32_t previous_ = 0;
   std::unique_ptr<QMenu> menu_;
+  QTimer settles_;
+  int asks_ = 0;
   Lifetime life_;
 };
 
