@@ -26,8 +26,12 @@ protected:
       return !captures_.empty();
     }));
     // And has read all of them once it has read the last.
-    shell("printf ready | xclip -selection clipboard >/dev/null 2>&1");
-    ASSERT_TRUE(until([this] { return words(captures_.back()) == "text/plain=ready;"; }));
+    int number = 0;
+    ASSERT_TRUE(until([&] {
+      const std::string last = "ready " + std::to_string(++number);
+      shell("printf '" + last + "' | xclip -selection clipboard >/dev/null 2>&1");
+      return until([&] { return words(captures_.back()) == "text/plain=" + last + ";"; }, 2000);
+    }));
     forget();
   }
 };
