@@ -12,7 +12,6 @@ namespace {
 constexpr QColor groundTop{0x4A, 0x1C, 0x2A};
 constexpr QColor groundEnd{0x22, 0x10, 0x18};
 constexpr double pausedOpacity = 0.55;
-constexpr double scrimShare = 0.42;
 
 QString spoken(const MediaPlayer& player) {
   const auto& track = player.playback.track;
@@ -56,9 +55,11 @@ AnyView coverTile(const MediaPlayer& player, const QImage& cover, const MusicSet
     layers.push_back(rectangle().fill(QColor(0, 0, 0, 110)));
   if (size.hasCaption()) {
     const double points = size.caption();
+    // As dark behind the letters on a small tile as on a large one.
+    const double shade = body * 0.3 + points * 1.6;
     layers.push_back(rectangle()
-                         .gradient(QColor(0, 0, 0, 1), QColor(0, 0, 0, 225))
-                         .height(body * scrimShare)
+                         .gradient(QColor(0, 0, 0, 1), QColor(0, 0, 0, 240))
+                         .height(shade)
                          .overlay(text(trackTitle(player))
                                       .size(points)
                                       .weight(FontWeight::medium)

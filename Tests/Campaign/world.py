@@ -313,8 +313,17 @@ class World(Desk):
                                         signature, arguments, timeout=seconds)
 
     def activate(self, slot):
-        self.call(slot, f"/dev/quellby/Tavrin/Slot{slot}", "org.freedesktop.Application",
-                  "Activate", "a{sv}", ({},))
+        """Patient with one that begins anew, for a bus that is back: for a moment it has no name."""
+        end = time.monotonic() + 10
+        while True:
+            try:
+                return self.call(slot, f"/dev/quellby/Tavrin/Slot{slot}",
+                                 "org.freedesktop.Application", "Activate", "a{sv}", ({},))
+            except dbus.DBusException as error:
+                gone = ("ServiceUnknown", "NoReply", "NameHasNoOwner")
+                if not error.get_dbus_name().endswith(gone) or time.monotonic() > end:
+                    raise
+            time.sleep(0.2)
 
     def ping(self, slot):
         self.call(slot, "/", "org.freedesktop.DBus.Peer", "Ping")
