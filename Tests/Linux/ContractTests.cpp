@@ -108,6 +108,39 @@ struct LinuxDockRig {
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(Linux, DockProcessContract, LinuxDockRig);
 
+/// The file opens and its reading fails, as with a process that goes in between.
+TEST(LinuxDockProcess, AProcessThatGoesWhileItIsReadIsNone) {
+  namespace fs = std::filesystem;
+  for (const char* gone : {"comm", "status", "stat"}) {
+    TemporaryFolder proc;
+    const fs::path folder = proc.path() / "7";
+    fs::create_directories(folder);
+    put(folder / "comm", "Dock\n");
+    put(folder / "status", "Name:\tDock\nUid:\t" + std::to_string(getuid()) + "\t0\t0\t0\n");
+    put(folder / "stat", "7 (Dock) S 1");
+    LinuxDockProcess process(proc.path());
+    ASSERT_TRUE(process.running());
+    fs::remove(folder / gone);
+    fs::create_symlink("/proc/self/mem", folder / gone);
+    EXPECT_FALSE(process.running()) << gone;
+  }
+}
+
+/// Its link in /proc stands, and what it says cannot be read.
+TEST(LinuxHostStatistics, FilesThatFailWhileTheyAreReadAreNoReadings) {
+  namespace fs = std::filesystem;
+  TemporaryFolder root;
+  fs::create_directories(root.path() / "proc/net");
+  for (const char* file : {"stat", "meminfo", "net/dev"})
+    fs::create_symlink("/proc/self/mem", root.path() / "proc" / file);
+  LinuxHostStatistics statistics(root.path());
+  EXPECT_FALSE(statistics.cpuLoad());
+  EXPECT_FALSE(statistics.memoryLoad());
+  int links = 0;
+  statistics.eachLink([&](std::string_view, std::uint64_t, std::uint64_t) { ++links; });
+  EXPECT_EQ(links, 0);
+}
+
 /// Without a manager a notice waits in its process, and without a bus only the log tells of it.
 struct KeptNoticesRig {
   UserNotificationCenter& center() { return center_; }
