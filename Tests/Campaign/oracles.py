@@ -153,6 +153,9 @@ class Oracles:
         pid = self.round.running[slot]
         if kind in NOT_COMPARED or (kind in KEEPS_UNSAVED and pid in self.excused):
             return
+        if kind == "note" and slot in self.round.used:
+            # What is typed over a text that nobody told of waits for the panel's question.
+            return
         # A second one, for what was still to be saved when the first one read.
         evidence = self.differs(slot, kind) and self.differs(slot, kind)
         if not evidence:
