@@ -9,8 +9,8 @@ from rig import wait_for
 
 # The documents that only a widget of that kind changes, when somebody uses it.
 OWNERS = {"water.json": "water", "emoji.json": "emoji", "colours.json": "colourPicker"}
-# For how many steps a widget that was used may still save.
-GRACE = 2
+# For how many steps, and seconds of this machine, a widget that was used may still save.
+GRACE, GRACE_SECONDS = 2, 6
 RUNS = ("timerRun", "pomodoroRun", "stopwatchRun")
 
 
@@ -24,6 +24,7 @@ class Ledger:
         self.records = {}
         self.documents = {}
         self.loose = {}
+        self.touched_at = {}
         self.copies = []
         # Somebody clicked in the history's panel since the last look, where rows can be removed.
         self.may_be_removed = False
@@ -69,6 +70,7 @@ class Ledger:
         """Whoever uses these may change them, and for a while their slots may save."""
         for identifier in identifiers:
             self.loose[identifier] = GRACE
+            self.touched_at[identifier] = time.monotonic()
             if by_hand and kind_of(self.records[identifier]) == "clipboard":
                 self.may_be_removed = True
 
@@ -104,7 +106,9 @@ class Ledger:
                                      [("before.json", json.dumps(before, indent=1)),
                                       ("after.json", json.dumps(after, indent=1))])
         self.records, self.documents = now, documents
-        self.loose = {key: left - 1 for key, left in self.loose.items() if left > 0}
+        recent = time.monotonic() - GRACE_SECONDS
+        self.loose = {key: left - 1 for key, left in self.loose.items()
+                      if left > 0 or self.touched_at[key] > recent}
         self.time_grace = max(self.time_grace - 1, 0)
 
     def check_setting(self, identifier, field, value):

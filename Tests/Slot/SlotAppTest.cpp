@@ -188,5 +188,16 @@ TEST_F(SlotAppTest, ATileOfAnotherSizeIsDrawnAgain) {
   EXPECT_EQ(platform_.tile.last.size(), QSize(256, 256));
 }
 
+TEST_F(SlotAppTest, AnOpenPanelFollowsItsTile) {
+  write({widget(TimerSettings{})});
+  SlotApp app(platform_);
+  app.applicationDidFinishLaunching();
+  ASSERT_TRUE(platform_.fakePopover.shown);
+  platform_.geometry.frame = Rect{100, 0, 400, 48};
+  platform_.geometry.tileCenter = Point{300, 24};
+  platform_.tile.onMove();
+  EXPECT_EQ(platform_.fakePopover.anchor, (Point{300, 50}));
+}
+
 } // namespace
 } // namespace tavrin::test
