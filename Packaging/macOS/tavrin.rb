@@ -1,4 +1,5 @@
-# For Homebrew: brew install --build-from-source --formula Packaging/macOS/tavrin.rb
+# For Homebrew, which takes formulae that are in no tap from developers alone:
+#   HOMEBREW_DEVELOPER=1 brew install --build-from-source --formula Packaging/macOS/tavrin.rb
 class Tavrin < Formula
   desc "Live widgets in the Dock"
   homepage "https://quellby.dev/tavrin"

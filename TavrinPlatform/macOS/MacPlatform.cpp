@@ -1,8 +1,11 @@
+#include "TavrinPlatform/Files/TextsFile.h"
 #include "TavrinPlatform/Platform.h"
 #include "TavrinPlatform/Qt/QtHTTPClient.h"
 #include "TavrinPlatform/Qt/QtProcessRunner.h"
 #include "TavrinPlatform/Qt/QtRunLoop.h"
+#include "TavrinPlatform/Qt/QtTextLocale.h"
 #include "TavrinPlatform/macOS/Applications/MacApplicationLibrary.h"
+#include "TavrinPlatform/macOS/Base/UserLanguages.h"
 #include "TavrinPlatform/macOS/Desktop/MacCalendarStore.h"
 #include "TavrinPlatform/macOS/Desktop/MacKeychain.h"
 #include "TavrinPlatform/macOS/Desktop/MacLogSink.h"
@@ -15,6 +18,7 @@
 #include "TavrinPlatform/macOS/Devices/MacHostStatistics.h"
 #include "TavrinPlatform/macOS/Devices/MacPowerSources.h"
 #include "TavrinPlatform/macOS/Devices/SMCConnection.h"
+#include "TavrinPlatform/macOS/Dock/MacPreferencesService.h"
 #include "TavrinPlatform/macOS/FanHelper/MacFanHelper.h"
 #include "TavrinPlatform/macOS/Files/MacFolderWatch.h"
 #include "TavrinPlatform/macOS/Files/MacUserFiles.h"
@@ -51,6 +55,7 @@ class MacPlatform final : public Platform {
 public:
   MacPlatform(int& argc, char** argv) : application_({argv, argv + argc}), toolkit_(argc, argv) {
     QApplication::setQuitOnLastWindowClosed(false);
+    setTextLocale();
     application_.hasJustClosedPanel = [this] {
       return popover_ && popover_->hasJustClosedByItself();
     };
@@ -166,7 +171,11 @@ private:
 } // namespace
 
 /// Nothing is done beforehand: processes are not forked from one another here.
-std::unique_ptr<Platform> makePlatform(int& argc, char**& argv, ProgramSetup) {
+std::unique_ptr<Platform> makePlatform(int& argc, char**& argv, ProgramSetup setup) {
+  MacPreferencesService preferences;
+  // Texts in the environment's languages have been loaded by now.
+  if (nameLanguages(preferences, makeMacMainBundle()->identifier().value_or(setup.identifier)))
+    loadTexts();
   return std::make_unique<MacPlatform>(argc, argv);
 }
 

@@ -80,8 +80,10 @@ private:
 
 std::string workspaceDifference(const WorkspaceBackupStore::Contents& backup,
                                 const WidgetsFile& widgets, const ProfilesFile& profiles) {
-  const auto ofWidgets = differing(backup.widgets.widgets, widgets.widgets);
-  const auto ofProfiles = differing(backup.profiles.profiles, profiles.profiles);
+  const auto ofWidgets =
+      static_cast<long long>(differing(backup.widgets.widgets, widgets.widgets));
+  const auto ofProfiles =
+      static_cast<long long>(differing(backup.profiles.profiles, profiles.profiles));
   if (ofWidgets == 0 && ofProfiles == 0)
     return translated("nothing differs from now");
   if (ofProfiles == 0)

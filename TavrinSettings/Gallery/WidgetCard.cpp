@@ -82,7 +82,7 @@ void WidgetCard::mouseMoveEvent(QMouseEvent* event) {
           QApplication::startDragDistance())
     return;
   setDown(false);
-  services_.drag.begin(load_, tilePicture(), QPoint(tileSide / 2, tileSide / 2), global);
+  services_.drag.begin(load_, tilePicture(), QPointF(tileSide / 2, tileSide / 2).toPoint(), global);
 }
 
 void WidgetCard::mouseReleaseEvent(QMouseEvent* event) {

@@ -17,6 +17,10 @@ std::optional<std::pair<std::string, std::string>> requestIn(const std::string& 
 /// By the application's identifier.
 std::string requestNotification(const std::string& identifier);
 
+/// The bundle of the application: the one that lies beside this process's own bundle, which the
+/// system may not know of yet; else the one that the system knows. Nil where there is none.
+NSURL* _Nullable bundleOfApplication(const std::string& identifier);
+
 /// How to open an application so that it gets the request: one that runs is told here, and then
 /// only comes to the front.
 NSWorkspaceOpenConfiguration* _Nonnull openingWith(const std::string& identifier,

@@ -20,6 +20,20 @@ std::string requestNotification(const std::string& identifier) {
   return identifier + ".request";
 }
 
+NSURL* bundleOfApplication(const std::string& identifier) {
+  NSString* wanted = toNSString(identifier);
+  const auto own = toPath(NSBundle.mainBundle.bundleURL);
+  std::error_code error;
+  if (own.extension() == ".app")
+    for (const auto& entry : std::filesystem::directory_iterator(own.parent_path(), error)) {
+      NSURL* url = entry.path().extension() == ".app" ? toFileURL(entry.path()) : nil;
+      NSBundle* bundle = url != nil ? [NSBundle bundleWithURL:url] : nil;
+      if ([bundle.bundleIdentifier isEqualToString:wanted])
+        return url;
+    }
+  return [NSWorkspace.sharedWorkspace URLForApplicationWithBundleIdentifier:wanted];
+}
+
 NSWorkspaceOpenConfiguration* openingWith(const std::string& identifier, const std::string& action,
                                           const std::string& object) {
   const std::string word = requestWord(action, object);

@@ -118,11 +118,13 @@ public:
   TokenPtr requestAccess(Entity entity, std::function<void(CalendarAccess)> answer) override {
     auto token = std::make_unique<LivingToken>();
     EKEventStore* store = store_;
-    const auto told = [&runLoop = runLoop_, life = token->life(), answer = std::move(answer),
-                       store](bool isGranted) {
-      // What was read before knows of nothing.
-      if (isGranted)
-        [store reset];
+    const auto told = [this, &runLoop = runLoop_, alive = alive_.watch(), life = token->life(),
+                       answer = std::move(answer)](bool isGranted) {
+      runLoop.post([this, alive, isGranted] {
+        // What was read before knows of nothing.
+        if (isGranted && !alive.expired())
+          queue_->run([store = store_] { [store reset]; });
+      });
       postAnswer(runLoop, life, answer,
                  isGranted ? CalendarAccess::granted : CalendarAccess::denied);
     };
@@ -207,6 +209,7 @@ private:
   std::unique_ptr<SerialQueue> queue_;
   HandlerList changes_;
   MacObservation observation_;
+  Lifetime alive_;
 };
 
 } // namespace

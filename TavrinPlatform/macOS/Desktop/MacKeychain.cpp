@@ -5,6 +5,7 @@
 #include <Security/Security.h>
 #include <array>
 #include <initializer_list>
+#include <utility>
 
 namespace tavrin {
 namespace {
@@ -30,6 +31,21 @@ private:
   Boolean wasAllowed_ = true;
   bool isKnown_ = false;
 };
+
+/// The keychain would have asked the user.
+bool wantsTheUser(OSStatus status) {
+  return status == errSecInteractionNotAllowed || status == errSecInteractionRequired ||
+         status == errSecAuthFailed;
+}
+
+#pragma clang diagnostic push
+#pragma clang diagnostic ignored "-Wdeprecated-declarations"
+bool isUnlocked() {
+  SecKeychainStatus status = 0;
+  return SecKeychainGetStatus(nullptr, &status) == errSecSuccess &&
+         (status & kSecUnlockStateStatus) != 0;
+}
+#pragma clang diagnostic pop
 
 struct Entry {
   CFStringRef key;
@@ -65,9 +81,16 @@ std::optional<Data> MacKeychain::find(const std::string& service, const std::str
                                  {kSecAttrAccount, name.get()},
                                  {kSecReturnData, kCFBooleanTrue},
                                  {kSecMatchLimit, kSecMatchLimitOne}});
-  const Silence silence;
   CFRef<CFTypeRef> result;
-  const OSStatus status = SecItemCopyMatching(query.get(), result.receive());
+  OSStatus status = errSecSuccess;
+  {
+    const Silence silence;
+    status = SecItemCopyMatching(query.get(), result.receive());
+  }
+  // An item of another build, or of another slot: the user alone can let this one read it. Asked
+  // once, so that a refusal counts.
+  if (wantsTheUser(status) && isUnlocked() && !std::exchange(hasAsked_, true))
+    status = SecItemCopyMatching(query.get(), result.receive());
   if (status == errSecItemNotFound)
     return std::nullopt;
   if (status != errSecSuccess)

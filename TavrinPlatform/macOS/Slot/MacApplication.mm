@@ -126,11 +126,10 @@ void MacApplication::cancelUserAttention() {
 void MacApplication::request(const std::string& identifier, const std::string& action,
                              const std::string& object) {
   @autoreleasepool {
-    NSWorkspace* workspace = NSWorkspace.sharedWorkspace;
-    if (NSURL* bundle = [workspace URLForApplicationWithBundleIdentifier:toNSString(identifier)])
-      [workspace openApplicationAtURL:bundle
-                        configuration:openingWith(identifier, action, object)
-                    completionHandler:nil];
+    if (NSURL* bundle = bundleOfApplication(identifier))
+      [NSWorkspace.sharedWorkspace openApplicationAtURL:bundle
+                                          configuration:openingWith(identifier, action, object)
+                                      completionHandler:nil];
   }
 }
 

@@ -22,6 +22,13 @@ public:
     const auto found = environment_.find(name);
     return found != environment_.end() ? std::optional(found->second) : std::nullopt;
   }
+  std::vector<std::filesystem::path> toolFolders() const override {
+    return {"/opt/homebrew/bin", "/usr/local/bin", "/opt/local/bin", homeFolder() / ".local/bin"};
+  }
+  /// The system has none of its own.
+  std::filesystem::path unicodeFolder() const override {
+    return environment("TAVRIN_UNICODE_DIR").value_or("/opt/homebrew/share/unicode");
+  }
 
 private:
   static std::filesystem::path folder(NSSearchPathDirectory which, const char* name) {

@@ -57,6 +57,13 @@ OSStatus SecItemCopyMatching(CFDictionaryRef query, CFTypeRef* result) {
   const auto found = system.passwords.find(item);
   if (found == system.passwords.end())
     return errSecItemNotFound;
+  if (system.keychainIsLocked || system.userLetsRead) {
+    if (!system.interactionAllowed)
+      return errSecInteractionNotAllowed;
+    ++system.questions;
+    if (!system.userLetsRead.value_or(true))
+      return errSecUserCanceled;
+  }
   *result = system.keychainGivesOtherThanData ? fake::text("no data") : fake::data(found->second);
   return errSecSuccess;
 }
@@ -76,6 +83,10 @@ OSStatus SecKeychainSetUserInteractionAllowed(Boolean isAllowed) {
 }
 OSStatus SecKeychainGetUserInteractionAllowed(Boolean* isAllowed) {
   *isAllowed = fake::system().interactionAllowed;
+  return errSecSuccess;
+}
+OSStatus SecKeychainGetStatus(SecKeychainRef, SecKeychainStatus* status) {
+  *status = kSecReadPermStatus | (fake::system().keychainIsLocked ? 0U : kSecUnlockStateStatus);
   return errSecSuccess;
 }
 

@@ -69,6 +69,10 @@ struct System {
   std::map<std::pair<std::string, std::string>, std::string> passwords;
   std::int32_t keychainStatus = 0;
   bool keychainGivesOtherThanData = false;
+  bool keychainIsLocked = false;
+  /// What the user answers where an item was made by another program; none for own items.
+  std::optional<bool> userLetsRead;
+  int questions = 0;
   bool interactionAllowed = true;
   std::vector<bool> interactionAtCalls;
   std::map<std::string, std::string> lastAttributes;

@@ -1,5 +1,6 @@
 #include "MacRigs.h"
 #include "TavrinPlatform/macOS/Base/CFRef.h"
+#include "TavrinPlatform/macOS/Base/UserLanguages.h"
 #include "TavrinPlatform/macOS/Desktop/MacKeychain.h"
 #include "TavrinPlatform/macOS/Desktop/MacLogSink.h"
 #include "TavrinPlatform/macOS/Devices/MacConnectedDevices.h"
@@ -7,8 +8,10 @@
 #include "TavrinPlatform/macOS/Devices/MacPowerSources.h"
 #include "TavrinPlatform/macOS/Devices/SMCConnection.h"
 #include "TavrinPlatform/macOS/Dock/MacDockProcess.h"
+#include "TavrinPlatform/macOS/Dock/MacPreferencesService.h"
 #include "Tests/Support/ManualRunLoop.h"
 
+#include <cstdlib>
 #include <cstring>
 #include <optional>
 #include <sys/socket.h>
@@ -257,7 +260,7 @@ TEST_F(MacDock, ANameThatWasNotRegisteredIsTheCommandsAndAnUnknownStartHasNoAge)
 }
 
 using MacSecrets = MacC;
-TEST_F(MacSecrets, AsksForOnePasswordsBytesAndNeverTheUser) {
+TEST_F(MacSecrets, AsksForOnePasswordsBytesAndNotTheUser) {
   MacKeychain keychain;
   mac().passwords[{"dev.quellby.tavrin.clipboard", "primary"}] = "key";
   EXPECT_EQ(keychain.find("dev.quellby.tavrin.clipboard", "primary"), Data::fromText("key"));
@@ -274,6 +277,32 @@ TEST_F(MacSecrets, AsksForOnePasswordsBytesAndNeverTheUser) {
                                               {"pdmn", "ck"}}));
   EXPECT_EQ(mac().interactionAtCalls, (std::vector<bool>{false, false}));
   EXPECT_TRUE(mac().interactionAllowed);
+}
+TEST_F(MacSecrets, TheUserIsAskedOnceForWhatAnotherProgramKept) {
+  mac().passwords[{"service", "account"}] = "key";
+  mac().userLetsRead = true;
+  EXPECT_EQ(MacKeychain().find("service", "account"), Data::fromText("key"));
+  EXPECT_EQ(mac().questions, 1);
+  mac().userLetsRead = false;
+  MacKeychain keychain;
+  const auto statusOf = [&] {
+    try {
+      keychain.find("service", "account");
+    } catch (const KeychainError& error) {
+      return error.status();
+    }
+    return 0;
+  };
+  EXPECT_EQ(statusOf(), -128) << "the user said no";
+  EXPECT_EQ(statusOf(), -25308);
+  EXPECT_EQ(mac().questions, 2) << "and is not asked again";
+  EXPECT_TRUE(mac().interactionAllowed);
+}
+TEST_F(MacSecrets, NobodyIsAskedToUnlock) {
+  mac().passwords[{"service", "account"}] = "key";
+  mac().keychainIsLocked = true;
+  EXPECT_THROW(MacKeychain().find("service", "account"), KeychainError);
+  EXPECT_EQ(mac().questions, 0);
 }
 TEST_F(MacSecrets, ASuccessWithoutBytesIsNone) {
   MacKeychain keychain;
@@ -297,6 +326,57 @@ TEST_F(MacSecrets, AnAttributeThatCannotBeMadeIsARefusal) {
   MacKeychain keychain;
   fake::failNext(CFStringGetTypeID());
   EXPECT_THROW(keychain.find("service", "account"), KeychainError);
+}
+
+class MacLanguages : public MacC {
+protected:
+  MacLanguages() {
+    for (const auto* name : names)
+      if (const char* value = std::getenv(name)) {
+        before.emplace_back(name, value);
+        ::unsetenv(name);
+      }
+  }
+  ~MacLanguages() override {
+    for (const auto* name : names)
+      ::unsetenv(name);
+    for (const auto& [name, value] : before)
+      ::setenv(name.c_str(), value.c_str(), 1);
+  }
+  bool named() { return nameLanguages(service, "dev.quellby.Tavrin.Slot3"); }
+  static std::string variable(const char* name) {
+    const char* value = std::getenv(name);
+    return value != nullptr ? value : "none";
+  }
+  PropertyList& setting(const char* key) {
+    return mac().preferences["dev.quellby.Tavrin.Slot3"][key];
+  }
+  const char* names[5] = {"TAVRIN_LANGUAGE", "LC_ALL", "LC_MESSAGES", "LANG", "LANGUAGE"};
+  std::vector<std::pair<std::string, std::string>> before;
+  MacPreferencesService service;
+};
+TEST_F(MacLanguages, SettingsNameThemWhereTheEnvironmentDoesNot) {
+  EXPECT_FALSE(named());
+  setting("AppleLanguages") = PropertyList::Array{"de-AT", "zh-Hans-CN", "en", 1};
+  EXPECT_TRUE(named());
+  EXPECT_EQ(variable("LANG"), "de_AT.UTF-8") << "nothing says whose formats";
+  EXPECT_EQ(variable("LANGUAGE"), "de_AT:zh_CN:en");
+  setting("AppleLanguages") = PropertyList::Array{"ar"};
+  EXPECT_FALSE(named()) << "named by now";
+  EXPECT_EQ(variable("LANGUAGE"), "de_AT:zh_CN:en");
+}
+TEST_F(MacLanguages, FormatsAreTheRegions) {
+  for (const auto& [identifier, locale] : {std::pair("en_DE", "en_DE.UTF-8"),
+                                           std::pair("en_US@rg=dezzzz", "en_DE.UTF-8"),
+                                           std::pair("ar_EG@calendar=gregorian;rg=aezzzz", "ar_AE.UTF-8"),
+                                           std::pair("de_DE@calendar=iso8601", "de_DE.UTF-8"),
+                                           std::pair("de_DE@rg=", "de_DE.UTF-8")}) {
+    ::unsetenv("LANG");
+    setting("AppleLocale") = identifier;
+    EXPECT_TRUE(named());
+    EXPECT_EQ(variable("LANG"), locale) << identifier;
+    EXPECT_EQ(variable("LANGUAGE"), "none");
+  }
 }
 
 using MacLog = MacC;

@@ -122,6 +122,7 @@ OSStatus SecItemCopyMatching(CFDictionaryRef, CFTypeRef*) { return errSecItemNot
 OSStatus SecItemAdd(CFDictionaryRef, CFTypeRef*) { return errSecInteractionNotAllowed; }
 OSStatus SecKeychainSetUserInteractionAllowed(Boolean) { return errSecSuccess; }
 OSStatus SecKeychainGetUserInteractionAllowed(Boolean*) { return errSecSuccess; }
+OSStatus SecKeychainGetStatus(SecKeychainRef, SecKeychainStatus*) { return errSecNoDefaultKeychain; }
 const CFStringRef kSecClass = CFSTR("class"), kSecClassGenericPassword = CFSTR("genp"), kSecAttrService = CFSTR("svce"),
                   kSecAttrAccount = CFSTR("acct"), kSecReturnData = CFSTR("r_Data"), kSecMatchLimit = CFSTR("m_Limit"),
                   kSecMatchLimitOne = CFSTR("m_LimitOne"), kSecValueData = CFSTR("v_Data"), kSecAttrAccessible = CFSTR("pdmn"),

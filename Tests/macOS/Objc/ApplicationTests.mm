@@ -2,6 +2,7 @@
 
 #include "TavrinPlatform/macOS/Slot/MacApplication.h"
 #include "TavrinPlatform/macOS/Slot/MacFileManager.h"
+#include "Tests/Storage/TemporaryFolder.h"
 #include "TavrinPlatform/macOS/Slot/MacMainBundle.h"
 #include "TavrinPlatform/macOS/Slot/MacUserDefaults.h"
 
@@ -125,6 +126,17 @@ TEST_F(MacApplicationTest, AnotherApplicationIsToldOrStartedWithTheRequest) {
   EXPECT_EQ(called(), (Calls{"post dev.quellby.Tavrin.request at once", "start /Applications/Tavrin Settings.app"}));
   application_.request("dev.quellby.none", "edit", "ID");
   EXPECT_EQ(called(), Calls{});
+  // One beside this one comes first: the system may know of an older one, or of none yet.
+  const TemporaryFolder folder;
+  const auto beside = folder / "Tavrin Settings.app";
+  std::filesystem::create_directories(beside);
+  std::filesystem::create_directories(folder / "Other.app");
+  foundation.bundlePath = (folder / "Tavrin Slot 3.app").string();
+  foundation.bundles = {{beside.string(), {"dev.quellby.Tavrin"}}, {(folder / "Other.app").string(), {""}}};
+  appKit.running.clear();
+  appKit.installed->clear();
+  application_.request("dev.quellby.Tavrin", "edit", "ID");
+  EXPECT_EQ(called(), Calls{"start " + beside.string() + " --edit=ID"});
 }
 
 using MacApplicationLifeTest = MacTest;
@@ -173,6 +185,10 @@ TEST_F(MacBundleTest, FoldersAndTheEnvironmentAsAtTheStart) {
   EXPECT_THROW(files->cachesFolder(), std::exception);
   EXPECT_EQ(files->environment("TAVRIN_LOG"), "stderr");
   EXPECT_EQ(files->environment("TAVRIN_NONE"), std::nullopt);
+  EXPECT_EQ(files->toolFolders(), (std::vector<std::filesystem::path>{"/opt/homebrew/bin", "/usr/local/bin",
+                                                                      "/opt/local/bin", "/Users/ada/.local/bin"}))
+      << "a program of the Dock's has no path of the user's";
+  EXPECT_EQ(makeMacFileManager({{"TAVRIN_UNICODE_DIR", "/u"}})->unicodeFolder(), "/u");
 }
 
 struct Lines final : LogSink {

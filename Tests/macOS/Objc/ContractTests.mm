@@ -73,7 +73,10 @@ struct MacCalendarRig : MacFakes {
     if (eventKit.asked != nil)
       eventKit.asked(YES, nil);
   }
-  void settle() { runLoop_.runBackground(); }
+  void settle() {
+    runLoop_.runPosts();
+    runLoop_.runBackground();
+  }
   void change() { postNotice(NSNotificationCenter.defaultCenter, EKEventStoreChangedNotification); }
   std::unique_ptr<CalendarStore> store_ = makeMacCalendarStore(runLoop_);
 };

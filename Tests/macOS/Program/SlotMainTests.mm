@@ -1,5 +1,6 @@
 #include "Tests/macOS/Objc/MacTest.h"
 
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Kinds/Runs/TimerSettings.h"
 #include "TavrinCore/Widgets/WidgetsFile.h"
 #include "TavrinPlatform/CommandPlatform.h"
@@ -7,7 +8,8 @@
 #include "Tests/Storage/TemporaryFolder.h"
 #include "Tests/macOS/Fakes/MachineFakes.h"
 
-#include <QCoreApplication>
+#include <QGuiApplication>
+#include <QLocale>
 #include <QTimer>
 #include <algorithm>
 
@@ -109,6 +111,25 @@ TEST_F(MacProgramTest, ASlotOfNoWidgetEndsByItselfAndOneThatTheUserStartsOpens) 
                   QCoreApplication::quit();
                 }),
             0);
+}
+
+TEST_F(MacProgramTest, DirectionsAndNumbersFollowTheLanguageOfTheTexts) {
+  write(3);
+  ::setenv("TAVRIN_LANGUAGE", "ar_EG", 1);
+  bool hasRun = false;
+  run({"TavrinSlot", "--background"}, [&] {
+    hasRun = true;
+    EXPECT_EQ(textLanguage(), "ar");
+    EXPECT_EQ(QGuiApplication::layoutDirection(), Qt::RightToLeft);
+    EXPECT_EQ(QLocale().language(), QLocale::Arabic);
+    EXPECT_TRUE(QLocale().zeroDigit() == QLatin1String("0")) << "as all other numbers of the program";
+    QCoreApplication::quit();
+  });
+  EXPECT_TRUE(hasRun);
+  ::unsetenv("TAVRIN_LANGUAGE");
+  useTexts(nullptr, "en");
+  QGuiApplication::setLayoutDirection(Qt::LeftToRight);
+  QLocale::setDefault(QLocale::c());
 }
 
 TEST_F(MacProgramTest, ACommandThatNeedsKeysHasNoTile) {
