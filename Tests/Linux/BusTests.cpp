@@ -1,9 +1,11 @@
 #include "TavrinPlatform/Linux/Desktop/BusNotificationCenter.h"
+#include "TavrinPlatform/Linux/Desktop/LinuxFocusStatusProvider.h"
 #include "TavrinPlatform/Linux/Desktop/LinuxWorkspace.h"
 #include "TavrinPlatform/Linux/Files/LinuxFileManager.h"
 #include "TavrinPlatform/Qt/PictureSurface.h"
 #include "TavrinPlatform/Qt/QtRunLoop.h"
 #include "Tests/Linux/Desk.h"
+#include "Tests/Platform/FocusStatusContract.h"
 #include "Tests/Platform/NotificationCenterContract.h"
 
 #include <QCoreApplication>
@@ -343,6 +345,29 @@ struct BusNoticesRig {
   BusNotificationCenter center_{bus_.get(), loop_};
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(Bus, NotificationCenterContract, BusNoticesRig);
+
+/// A notification server that says whether it holds notices back.
+struct BusFocusRig {
+  BusFocusRig() { call("Reset"); }
+  FocusStatusProvider& focus() { return focus_; }
+  void set(bool flag) {
+    const std::string value = flag ? "<true>" : "<false>";
+    if (std::exchange(hasProperty_, true))
+      call("UpdateProperties org.freedesktop.Notifications \"{'Inhibited': " + value + "}\"");
+    else
+      call("AddProperty org.freedesktop.Notifications Inhibited \"" + value + "\"");
+  }
+
+private:
+  static void call(const std::string& method) {
+    shell("gdbus call --session -d org.freedesktop.Notifications -o /org/freedesktop/Notifications "
+          "-m org.freedesktop.DBus.Mock." +
+          method);
+  }
+  LinuxFocusStatusProvider focus_;
+  bool hasProperty_ = false;
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Bus, FocusStatusContract, BusFocusRig);
 
 } // namespace
 } // namespace test

@@ -1,13 +1,22 @@
+#include "TavrinCore/Base/FileURL.h"
+#include "TavrinPlatform/Linux/Command/LinuxAutostart.h"
 #include "TavrinPlatform/Linux/Desktop/LinuxNotificationCenter.h"
 #include "TavrinPlatform/Linux/Devices/LinuxHostStatistics.h"
 #include "TavrinPlatform/Linux/Dock/FilePreferencesService.h"
 #include "TavrinPlatform/Linux/Dock/LinuxDockProcess.h"
+#include "TavrinPlatform/Linux/Files/LinuxFileManager.h"
+#include "TavrinPlatform/Linux/Files/LinuxUserFiles.h"
 #include "TavrinPlatform/Linux/Slot/LinuxMainBundle.h"
 #include "TavrinPlatform/POSIX/ChildProcess.h"
+#include "TavrinPlatform/POSIX/JSONUserDefaults.h"
+#include "Tests/Platform/AutostartContract.h"
 #include "Tests/Platform/DockProcessContract.h"
+#include "Tests/Platform/FileManagerContract.h"
 #include "Tests/Platform/HostStatisticsContract.h"
 #include "Tests/Platform/MainBundleContract.h"
 #include "Tests/Platform/PreferencesServiceContract.h"
+#include "Tests/Platform/UserDefaultsContract.h"
+#include "Tests/Platform/UserFilesContract.h"
 #include "Tests/Platform/UserNotificationsContract.h"
 #include "Tests/Storage/TemporaryFolder.h"
 #include "Tests/Support/FakePlatform.h"
@@ -178,6 +187,59 @@ struct LinuxBundleRig {
   std::optional<LinuxMainBundle> bundle_;
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(Linux, MainBundleContract, LinuxBundleRig);
+
+struct LinuxFilesRig {
+  UserFiles& files() { return files_; }
+  fs::path home() const { return home_.path(); }
+  void choose(const std::string& folder) {
+    writeText(home() / ".config/xfce4/xfce4-screenshooter",
+              "screenshot_dir=" + (home() / folder).string() + "\n");
+  }
+  fs::path opened() const {
+    return workspace_.opened.empty()
+               ? fs::path()
+               : pathOfText(workspace_.opened.back(), home()).value_or("no path");
+  }
+  fs::path shown() const { return opened(); }
+  TemporaryFolder home_;
+  FakeWorkspace workspace_;
+  LinuxFileManager manager_{
+      {{"HOME", home_.path().string()}, {"XDG_CURRENT_DESKTOP", "XFCE"}}};
+  LinuxUserFiles files_{manager_, nullptr, [this]() -> Workspace& { return workspace_; }};
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Linux, UserFilesContract, LinuxFilesRig);
+
+struct FileDefaultsRig {
+  UserDefaults& defaults() { return *now; }
+  UserDefaults& again() { return *(now = std::make_unique<JSONUserDefaults>(file, log, loop)); }
+  TemporaryFolder folder;
+  FakeLog log;
+  ManualClock clock{Date{}};
+  ManualRunLoop loop{clock};
+  std::filesystem::path file = folder.path() / "defaults.json";
+  std::unique_ptr<JSONUserDefaults> now = std::make_unique<JSONUserDefaults>(file, log, loop);
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(File, UserDefaultsContract, FileDefaultsRig);
+
+struct LinuxManagerRig {
+  std::unique_ptr<FileManager> files(LinuxFileManager::Environment environment) {
+    environment["HOME"] = home().string();
+    return std::make_unique<LinuxFileManager>(environment);
+  }
+  fs::path home() const { return "/home/ada"; }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Linux, FileManagerContract, LinuxManagerRig);
+
+/// By the desktop's folder, where no manager runs the session.
+struct LinuxAutostartRig {
+  Autostart& autostart() {
+    return now_.emplace(folder_.path(), "/opt/tavrin/bin/tavrin", [] { return nullptr; });
+  }
+  void refuse() { writeText(folder_ / "autostart", "in the way"); }
+  TemporaryFolder folder_;
+  std::optional<LinuxAutostart> now_;
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Linux, AutostartContract, LinuxAutostartRig);
 
 /// What stands in on a system without descriptors of processes and files in memory.
 TEST(ChildProcess, AThreadTellsTheEndAndLeavesTheStatusToBeReadLater) {

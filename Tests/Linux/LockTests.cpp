@@ -1,5 +1,9 @@
 #include "TavrinPlatform/Linux/Input/InputGrab.h"
+#include "TavrinPlatform/Linux/Input/InputGuard.h"
+#include "TavrinPlatform/Linux/Input/LinuxInputBlocker.h"
+#include "TavrinPlatform/Qt/QtRunLoop.h"
 #include "Tests/Linux/Desk.h"
+#include "Tests/Platform/InputBlockerContract.h"
 
 #include <QCoreApplication>
 #include <algorithm>
@@ -271,9 +275,45 @@ TEST(LockWithoutADisplay, IsNotPermittedWhereNoDeviceMayBeOpened) {
 }
 
 } // namespace
+
+namespace test {
+namespace {
+
+struct GuardedRig {
+  InputBlocker& blocker() { return blocker_; }
+  static void press() { shell("xdotool key a"); }
+  void takeKeyboard() {
+    other_ = InputGrab::x11();
+    ASSERT_EQ(other_->begin(false), InputGrab::Result::holding);
+  }
+  static void lockScreen() {
+    shell("gdbus emit --session -o /org/gnome/ScreenSaver -s org.gnome.ScreenSaver.ActiveChanged "
+          "true");
+  }
+  static bool comesTrue(const std::function<bool()>& condition, int milliseconds = patience) {
+    return eventually(
+        [&] {
+          QCoreApplication::processEvents();
+          return condition();
+        },
+        milliseconds);
+  }
+  std::unique_ptr<InputGrab> other_;
+  QtRunLoop loop_;
+  std::unique_ptr<Bus> session_ = Bus::session();
+  std::unique_ptr<Bus> system_ = Bus::system();
+  LinuxInputBlocker blocker_{loop_, session_.get(), [this] { return system_.get(); }};
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Guarded, InputBlockerContract, GuardedRig);
+
+} // namespace
+} // namespace test
 } // namespace tavrin
 
 int main(int argc, char** argv) {
+  // A hold's guard is this program itself.
+  if (const auto status = tavrin::runInputGuardIfAsked(argc, argv))
+    return *status;
   testing::InitGoogleTest(&argc, argv);
   const QCoreApplication application(argc, argv);
   return RUN_ALL_TESTS();

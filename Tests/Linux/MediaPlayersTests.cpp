@@ -1,11 +1,13 @@
 #include "TavrinPlatform/Linux/Desktop/BusMediaPlayers.h"
 #include "TavrinPlatform/Qt/QtRunLoop.h"
 #include "Tests/Linux/Desk.h"
+#include "Tests/Platform/MediaPlayersContract.h"
 #include "Tests/Storage/TemporaryFolder.h"
 
 #include <QApplication>
 #include <chrono>
 #include <gmock/gmock.h>
+#include <map>
 
 /// Players on a real session bus: scripted ones that lie and hang, and a real one.
 namespace tavrin {
@@ -210,6 +212,63 @@ TEST_F(MediaPlayersTest, ARealPlayer) {
 }
 
 } // namespace
+
+namespace test {
+namespace {
+
+struct BusPlayersRig {
+  MediaPlayers& players() { return players_; }
+  Clock& clock() { return clock_; }
+  std::string come(int number) {
+    scripted_[number] = std::make_unique<Scripted>(names[number]);
+    scripted_[number]->become(
+        R"({"PlaybackStatus": "Playing", "Volume": 0.4, "Position": {"type": "Int64", "value": 5000000},)"
+        R"("Metadata": {"xesam:title": "Tide", "xesam:artist": ["One"],)"
+        R"("mpris:length": {"type": "Int64", "value": 200000000},)"
+        R"("mpris:trackid": {"type": "ObjectPath", "value": "/track/1"}}})");
+    return names[number];
+  }
+  void quit(int number) { scripted_[number].reset(); }
+  void play(int number) { scripted_[number]->become(R"({"PlaybackStatus": "Playing"})"); }
+  void pause(int number) { scripted_[number]->become(R"({"PlaybackStatus": "Paused"})"); }
+  std::vector<std::string> orders(int number) {
+    const std::map<std::string, std::string> words = {{"PlayPause", "toggle"},
+                                                      {"Next", "next"},
+                                                      {"Previous", "previous"},
+                                                      {"SetPosition /track/1 30000000", "seek 30"},
+                                                      {"Set Volume 0.25", "volume 0.25"}};
+    std::vector<std::string> orders;
+    // gdbus writes (['Next', 'Previous'],)
+    const std::string told = scripted_[number]->calls();
+    for (std::size_t at = told.find('\''); at != std::string::npos; at = told.find('\'', at)) {
+      const auto end = told.find('\'', at + 1);
+      const auto call = told.substr(at + 1, end - at - 1);
+      const auto word = words.find(call);
+      orders.push_back(word != words.end() ? word->second : call);
+      at = end + 1;
+    }
+    return orders;
+  }
+  bool comesTrue(const std::function<bool()>& condition) {
+    return eventually([&] {
+      QCoreApplication::processEvents();
+      return condition();
+    });
+  }
+
+private:
+  const std::string names[2] = {"one", "two"};
+  std::unique_ptr<Scripted> scripted_[2];
+  RealClock clock_;
+  QtRunLoop loop_;
+  std::unique_ptr<Bus> bus_ = Bus::session();
+  BusMediaPlayers players_{bus_.get(), loop_, clock_};
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Bus, MediaPlayersContract, BusPlayersRig);
+INSTANTIATE_TYPED_TEST_SUITE_P(Bus, MediaPlayersOrderContract, BusPlayersRig);
+
+} // namespace
+} // namespace test
 } // namespace tavrin
 
 int main(int argc, char** argv) {

@@ -3,6 +3,7 @@
 #include "TavrinPlatform/Qt/QtRunLoop.h"
 #include "Tests/Linux/Desk.h"
 #include "Tests/Linux/Sound/LastingSound.h"
+#include "Tests/Platform/SoundPlayerContract.h"
 
 #include <QCoreApplication>
 #include <gtest/gtest.h>
@@ -237,6 +238,23 @@ TEST(QtProcessRunner, ADroppedTokenEndsTheChildAndBringsNoAnswer) {
 }
 
 } // namespace
+
+namespace test {
+namespace {
+
+struct CanberraRig {
+  SoundPlayer& player() { return *player_; }
+  void end() { player_.reset(); }
+  int begun() const { return lastingSoundsBegun() - before_; }
+  bool comesTrue(const std::function<bool()>& condition) { return untilTrue(condition); }
+  QtRunLoop loop_;
+  const int before_ = lastingSoundsBegun();
+  std::unique_ptr<CanberraPlayer> player_ = std::make_unique<CanberraPlayer>(loop_);
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Canberra, SoundPlayerContract, CanberraRig);
+
+} // namespace
+} // namespace test
 } // namespace tavrin
 
 int main(int argc, char** argv) {

@@ -5,8 +5,8 @@
 #include <gtest/gtest.h>
 
 /// What every ApplicationLibrary does. A rig has `library()`, `install()`, which gives an
-/// application's identifier, name and path, `settle()`, which lets answers come, and
-/// `refuse()`, after which nothing starts.
+/// application's identifier, name, path and icon, `comesTrue(condition)`, which lets answers come,
+/// and `refuse()`, after which it does not start.
 namespace tavrin::test {
 
 template <class Rig> class ApplicationLibraryContract : public testing::Test {
@@ -27,7 +27,7 @@ TYPED_TEST_P(ApplicationLibraryContract, AnswersForEachEntryInOrderAndLater) {
                                   {"/gone", app.id, {}, {}}},
                                  [&](auto all) { found = std::move(all); });
   EXPECT_TRUE(listed.empty() && found.empty()) << "before the call has returned";
-  this->rig.settle();
+  ASSERT_TRUE(this->rig.comesTrue([&] { return !listed.empty() && !found.empty(); }));
   ASSERT_EQ(listed.size(), 1U);
   EXPECT_EQ(listed[0].id, app.id);
   EXPECT_EQ(listed[0].path, app.path);
@@ -41,8 +41,9 @@ TYPED_TEST_P(ApplicationLibraryContract, AnswersForEachEntryInOrderAndLater) {
 TYPED_TEST_P(ApplicationLibraryContract, APictureHasThePixelsThatWereAskedFor) {
   const ApplicationInfo app = this->rig.install();
   QImage image;
-  const auto token = this->rig.library().icon(app.path, 16, 2, [&](QImage made) { image = made; });
-  this->rig.settle();
+  const auto token = this->rig.library().icon(app.icon, 16, 2, [&](QImage made) { image = made; });
+  EXPECT_TRUE(image.isNull()) << "before the call has returned";
+  ASSERT_TRUE(this->rig.comesTrue([&] { return !image.isNull(); }));
   EXPECT_EQ(image.size(), QSize(32, 32));
 }
 
@@ -55,12 +56,11 @@ TYPED_TEST_P(ApplicationLibraryContract, StartsOrSaysWhyNot) {
   };
   auto token = launch();
   EXPECT_TRUE(troubles.empty());
-  this->rig.settle();
+  ASSERT_TRUE(this->rig.comesTrue([&] { return !troubles.empty(); }));
   EXPECT_EQ(troubles, std::vector<std::string>{""});
   this->rig.refuse();
   token = launch();
-  this->rig.settle();
-  ASSERT_EQ(troubles.size(), 2U);
+  ASSERT_TRUE(this->rig.comesTrue([&] { return troubles.size() == 2; }));
   EXPECT_TRUE(troubles[1].starts_with("Failed to start ")) << troubles[1];
 }
 
@@ -70,9 +70,12 @@ TYPED_TEST_P(ApplicationLibraryContract, WhoHasGoneIsNotAnswered) {
   const auto fail = [](const auto&) { FAIL() << "nobody waits any more"; };
   library.list(fail).reset();
   library.find({{app.path, {}, {}, {}}}, fail).reset();
-  library.icon(app.path, 16, 1, fail).reset();
+  library.icon(app.icon, 16, 1, fail).reset();
   library.launch(app.id, "", fail).reset();
-  this->rig.settle();
+  // One that is answered, after them.
+  bool isAnswered = false;
+  const auto token = library.list([&](const auto&) { isAnswered = true; });
+  EXPECT_TRUE(this->rig.comesTrue([&] { return isAnswered; }));
 }
 
 REGISTER_TYPED_TEST_SUITE_P(ApplicationLibraryContract, AnswersForEachEntryInOrderAndLater,

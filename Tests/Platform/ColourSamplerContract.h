@@ -5,8 +5,8 @@
 #include <gtest/gtest.h>
 #include <vector>
 
-/// What every ColourSampler does. A rig has `sampler()`, `take(sample)`, what the user takes, and
-/// `cancel()`.
+/// What every ColourSampler does. A rig has `sampler()`, `take(sample)`, what the user takes,
+/// `cancel()` and `comesTrue(condition)`.
 namespace tavrin::test {
 
 template <class Rig> class ColourSamplerContract : public testing::Test {
@@ -25,15 +25,16 @@ TYPED_TEST_P(ColourSamplerContract, AnswersOnceUnlessTheTokenGoesFirst) {
   EXPECT_TRUE(this->samples.empty());
   const ColourSample orange{picked, 255, 128, 0};
   this->rig.take(orange);
-  ASSERT_EQ(this->samples, std::vector{orange});
+  ASSERT_TRUE(this->rig.comesTrue([&] { return !this->samples.empty(); }));
+  EXPECT_EQ(this->samples, std::vector{orange});
   token = this->pick();
   this->rig.cancel();
-  ASSERT_EQ(this->samples.size(), 2U);
+  ASSERT_TRUE(this->rig.comesTrue([&] { return this->samples.size() == 2; }));
   EXPECT_EQ(this->samples[1].outcome, cancelled);
   token = this->pick();
   token.reset();
   this->rig.take(orange);
-  EXPECT_EQ(this->samples.size(), 2U);
+  EXPECT_FALSE(this->rig.comesTrue([&] { return this->samples.size() > 2; }, 300));
 }
 
 REGISTER_TYPED_TEST_SUITE_P(ColourSamplerContract, AnswersOnceUnlessTheTokenGoesFirst);

@@ -1,4 +1,3 @@
-#include "TavrinPlatform/POSIX/JSONUserDefaults.h"
 #include "Tests/Platform/ApplicationLibraryContract.h"
 #include "Tests/Platform/CalendarStoreContract.h"
 #include "Tests/Platform/ColourSamplerContract.h"
@@ -6,18 +5,21 @@
 #include "Tests/Platform/HostStatisticsContract.h"
 #include "Tests/Platform/KeychainContract.h"
 #include "Tests/Platform/MainBundleContract.h"
+#include "Tests/Platform/MediaPlayersContract.h"
 #include "Tests/Platform/NotificationCenterContract.h"
 #include "Tests/Platform/PasteboardContract.h"
 #include "Tests/Platform/PowerSourcesContract.h"
+#include "Tests/Platform/SoundPlayerContract.h"
 #include "Tests/Platform/UserDefaultsContract.h"
 #include "Tests/Platform/UserNotificationsContract.h"
 #include "Tests/Platform/WorkspaceContract.h"
-#include "Tests/Storage/TemporaryFolder.h"
 #include "Tests/Support/FakeClipboard.h"
 #include "Tests/Support/FakeGlobalShortcuts.h"
 #include "Tests/Support/FakeHardware.h"
 #include "Tests/Support/FakePlatform.h"
 #include "Tests/Support/ManualRunLoop.h"
+
+#include <sstream>
 
 /// The fakes of the tests, by the same suites as the adapters they stand for.
 namespace tavrin::test {
@@ -59,29 +61,21 @@ struct FakeDefaultsRig {
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(Fake, UserDefaultsContract, FakeDefaultsRig);
 
-struct FileDefaultsRig {
-  UserDefaults& defaults() { return *now; }
-  UserDefaults& again() { return *(now = std::make_unique<JSONUserDefaults>(file, log, loop)); }
-  TemporaryFolder folder;
-  FakeLog log;
-  ManualClock clock{Date{}};
-  ManualRunLoop loop{clock};
-  std::filesystem::path file = folder.path() / "defaults.json";
-  std::unique_ptr<JSONUserDefaults> now = std::make_unique<JSONUserDefaults>(file, log, loop);
-};
-INSTANTIATE_TYPED_TEST_SUITE_P(File, UserDefaultsContract, FileDefaultsRig);
-
 struct FakeSamplerRig {
   ColourSampler& sampler() { return fake; }
   void take(const ColourSample& sample) { fake.done(sample); }
   void cancel() { fake.done({}); }
+  bool comesTrue(const std::function<bool()>& condition, int = 0) { return condition(); }
   FakeColourSampler fake;
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(Fake, ColourSamplerContract, FakeSamplerRig);
 
 /// Those that answer when the loop says so.
 struct FakeLoopRig {
-  void settle() { loop.advance(0); }
+  bool comesTrue(const std::function<bool()>& condition) {
+    loop.advance(0);
+    return condition();
+  }
   ManualClock clock{{}};
   ManualRunLoop loop{clock};
 };
@@ -115,6 +109,7 @@ INSTANTIATE_TYPED_TEST_SUITE_P(Fake, NotificationCenterContract, FakeNoticesRig)
 
 struct FakeWorkspaceRig {
   Workspace& workspace() { return fake; }
+  bool comesTrue(const std::function<bool()>& condition) { return condition(); }
   void wake() { fake.wake.call(); }
   void dayChange() { fake.dayChange.call(); }
   void clockChange() { fake.clockChange.call(); }
@@ -160,6 +155,51 @@ struct FakeShortcutsRig {
   FakeGlobalShortcuts fake;
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(Fake, GlobalShortcutsContract, FakeShortcutsRig);
+
+struct FakeSoundRig {
+  SoundPlayer& player() { return *fake; }
+  void end() { fake.reset(); }
+  std::size_t begun() const { return fake ? fake->played.size() : 0; }
+  bool comesTrue(const std::function<bool()>& condition) { return condition(); }
+  std::unique_ptr<FakeSounds> fake = std::make_unique<FakeSounds>();
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Fake, SoundPlayerContract, FakeSoundRig);
+
+struct FakePlayersRig {
+  MediaPlayers& players() { return fake; }
+  Clock& clock() { return now; }
+  std::string come(int number) {
+    auto player = FakeMediaPlayers::player(names[number], "Tide", 200, now.now());
+    player.playback.track.artist = "One";
+    player.playback.setPosition(5, now.now());
+    player.volume = 0.4;
+    fake.all.insert(fake.all.begin(), player);
+    fake.changes.call();
+    return player.name;
+  }
+  void quit(int number) {
+    std::erase_if(fake.all, [&](const auto& player) { return player.name == names[number]; });
+    fake.changes.call();
+  }
+  std::vector<std::string> orders(int number) const {
+    std::vector<std::string> orders;
+    for (const auto& words : fake.told) {
+      std::istringstream stream(words);
+      std::string order, name, value;
+      stream >> order >> name >> value;
+      if (name == names[number])
+        orders.push_back(order == "playPause" ? "toggle" : order + (value.empty() ? "" : " " + value));
+    }
+    return orders;
+  }
+  bool comesTrue(const std::function<bool()>& condition) { return condition(); }
+  const std::string names[2] = {"one", "two"};
+  ManualClock now{{}};
+  FakeMediaPlayers fake;
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Fake, MediaPlayersContract, FakePlayersRig);
+// The fake's players stand as a test puts them.
+GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(MediaPlayersOrderContract);
 
 struct FakeUserNoticesRig {
   UserNotificationCenter& center() { return fake; }

@@ -6,7 +6,7 @@
 
 /// What every Workspace does. A rig has `workspace()`, and `wake()`, `dayChange()`, `clockChange()`,
 /// `setLowPower(flag)`, `setDark(flag)`, `setReducedMotion(flag)`, with the notices that belong to
-/// them.
+/// them, and `comesTrue(condition)`. Another day may be one by a change of the clock.
 namespace tavrin::test {
 
 template <class Rig> class WorkspaceContract : public testing::Test {
@@ -22,20 +22,25 @@ TYPED_TEST_P(WorkspaceContract, EachNoticeReachesItsOwnObserversWhileTheyAreTher
   auto day = workspace.observeDayChange([&] { ++days; });
   auto clock = workspace.observeClockChange([&] { ++clocks; });
   this->rig.wake();
-  EXPECT_EQ(wakes, 1);
+  ASSERT_TRUE(this->rig.comesTrue([&] { return wakes == 1; }));
   EXPECT_EQ(days + clocks, 0);
   this->rig.dayChange();
-  EXPECT_EQ(days, 1);
+  ASSERT_TRUE(this->rig.comesTrue([&] { return days == 1; }));
+  const int before = clocks;
   this->rig.clockChange();
-  EXPECT_EQ(clocks, 1);
+  ASSERT_TRUE(this->rig.comesTrue([&] { return clocks == before + 1; }));
   EXPECT_EQ(wakes, 1);
+  EXPECT_EQ(days, 1);
   wake.reset();
   day.reset();
   clock.reset();
-  this->rig.wake();
-  this->rig.dayChange();
+  int others = 0;
+  wake = workspace.observeWake([&] { ++others; });
+  const int all = wakes + days + clocks;
   this->rig.clockChange();
-  EXPECT_EQ(wakes + days + clocks, 3);
+  this->rig.wake();
+  ASSERT_TRUE(this->rig.comesTrue([&] { return others == 1; }));
+  EXPECT_EQ(wakes + days + clocks, all);
 }
 
 TYPED_TEST_P(WorkspaceContract, AStateIsOtherWhenItIsToldSo) {
@@ -48,18 +53,21 @@ TYPED_TEST_P(WorkspaceContract, AStateIsOtherWhenItIsToldSo) {
                workspace.prefersReducedMotion());
   this->rig.setLowPower(true);
   this->rig.setLowPower(false);
+  ASSERT_TRUE(this->rig.comesTrue([&] { return power.size() == 2; }));
   EXPECT_EQ(power, (std::vector{true, false}));
   EXPECT_EQ(appearances, 0);
   this->rig.setDark(true);
+  ASSERT_TRUE(this->rig.comesTrue([&] { return appearances == 1; }));
   EXPECT_TRUE(workspace.prefersDarkAppearance());
-  EXPECT_EQ(appearances, 1);
   this->rig.setReducedMotion(true);
+  ASSERT_TRUE(this->rig.comesTrue([&] { return appearances == 2; }));
   EXPECT_TRUE(workspace.prefersReducedMotion());
-  EXPECT_EQ(appearances, 2);
   low.reset();
   look.reset();
   this->rig.setDark(false);
   this->rig.setLowPower(true);
+  EXPECT_TRUE(this->rig.comesTrue(
+      [&] { return !workspace.prefersDarkAppearance() && workspace.isLowPowerMode(); }));
   EXPECT_EQ(appearances, 2);
   EXPECT_EQ(power.size(), 2U);
 }

@@ -71,12 +71,49 @@ def faults(root):
                 yield f"point {number}: there is no {name}"
 
 
+# Where the rigs of the table's three columns stand.
+COLUMNS = ("Tests/Linux", "Tests/Platform", "Tests/macOS")
+# Suites that are called otherwise than their interfaces.
+SUITES = {"DistributedNotificationCenter": "NotificationCenter", "FocusStatusProvider": "FocusStatus",
+          "UserNotificationCenter": "UserNotifications"}
+
+
+def contract_faults(root):
+    """What the table of contracts says of suites and rigs, and which interface it leaves out."""
+    text = (root / "docs/macos.md").read_text().split("\n## The adapters", 1)[0]
+    said = {}
+    for line in text.splitlines():
+        cells = [cell.strip() for cell in line.strip("|").split("|")]
+        if len(cells) == 4 and re.fullmatch(r"[A-Z]\w+", cells[0]):
+            said[cells[0]] = [cell.startswith("yes") for cell in cells[1:]]
+    suites = {path.name[:-len("Contract.h")] for path in root.glob("Tests/Platform/*Contract.h")}
+    rigs = [set() for _ in COLUMNS]
+    for column, folder in zip(rigs, COLUMNS):
+        for source in (root / folder).rglob("*Test*.*"):
+            column.update(re.findall(r"INSTANTIATE_TYPED_TEST_SUITE_P\(\w+, (\w+)Contract,",
+                                     source.read_text(errors="replace")))
+    for name, cells in said.items():
+        suite = SUITES.get(name, name)
+        if suite not in suites:
+            yield f"{name}: there is no Tests/Platform/{suite}Contract.h"
+        for cell, column, folder in zip(cells, rigs, COLUMNS):
+            if cell != (suite in column):
+                yield f"{name}: {folder} has {'a' if suite in column else 'no'} rig"
+    for suite in suites - {SUITES.get(name, name) for name in said}:
+        yield f"{suite}Contract.h has no row"
+    left_out = text.split("Without a contract suite:", 1)[-1]
+    for interface in interfaces(root):
+        if interface not in said and not re.search(rf"\b{interface}\b", left_out):
+            yield f"{interface}: nothing is said of a contract"
+
+
 class TheTable(unittest.TestCase):
     maxDiff = None
 
     def test_is_true(self):
         self.assertGreater(len(set(interfaces(ROOT))), 35)
         self.assertEqual("", "\n".join(faults(ROOT)))
+        self.assertEqual("", "\n".join(contract_faults(ROOT)))
 
 
 class TheRules(unittest.TestCase):

@@ -5,6 +5,9 @@
 
 #import <AppKit/AppKit.h>
 
+#include <map>
+#include <mutex>
+
 namespace tavrin {
 namespace {
 
@@ -27,9 +30,29 @@ public:
 
   bool moveToTrash(const std::filesystem::path& file) override {
     @autoreleasepool {
-      return [NSFileManager.defaultManager trashItemAtURL:toFileURL(file)
-                                         resultingItemURL:nil
-                                                    error:nil];
+      NSURL* place = nil;
+      if (![NSFileManager.defaultManager trashItemAtURL:toFileURL(file)
+                                       resultingItemURL:&place
+                                                  error:nil])
+        return false;
+      const std::lock_guard lock(mutex_);
+      inTrash_[file] = toPath(place);
+      return true;
+    }
+  }
+  /// What this process put there: nobody else tells where it lies.
+  bool restoreFromTrash(const std::filesystem::path& file) override {
+    @autoreleasepool {
+      const std::lock_guard lock(mutex_);
+      const auto found = inTrash_.find(file);
+      // Something in its place is not overwritten.
+      if (found == inTrash_.end() ||
+          ![NSFileManager.defaultManager moveItemAtURL:toFileURL(found->second)
+                                                 toURL:toFileURL(file)
+                                                 error:nil])
+        return false;
+      inTrash_.erase(found);
+      return true;
     }
   }
 
@@ -41,6 +64,10 @@ public:
   }
 
 private:
+  std::mutex mutex_;
+  /// Where what was moved there lies, by where it was.
+  std::map<std::filesystem::path, std::filesystem::path> inTrash_;
+
   std::filesystem::path folder(NSSearchPathDirectory which, const char* usualName) const {
     @autoreleasepool {
       const auto found = toPath([NSFileManager.defaultManager URLsForDirectory:which

@@ -1,6 +1,7 @@
 #include "TavrinPlatform/Linux/Modules/EDSCalendarStore.h"
 
 #include "Tests/Linux/Services/LoopTest.h"
+#include "Tests/Platform/CalendarStoreContract.h"
 
 #include <gmock/gmock.h>
 
@@ -316,6 +317,27 @@ TEST_F(EDSCalendarStoreTest, NoAnswerComesOnceTheTokenIsGone) {
       [&](auto answer) { return store_.accounts(Entity::events, answer); });
   EXPECT_FALSE(isAnswered);
 }
+
+struct EDSRig {
+  CalendarStore& store() { return store_; }
+  /// Asked of nobody there.
+  void grant() {}
+  void change() {
+    OtherProgram::add(other_.calendar(), OtherProgram::event("SUMMARY:Change\r\n"
+                                                             "DTSTART:20310101T100000Z\r\n"
+                                                             "DTEND:20310101T110000Z"));
+  }
+  bool comesTrue(const std::function<bool()>& condition) {
+    QElapsedTimer timer;
+    for (timer.start(); !condition() && timer.elapsed() < 30'000;)
+      QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 20);
+    return condition();
+  }
+  QtRunLoop loop_;
+  EDSCalendarStore store_{loop_};
+  OtherProgram other_;
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(EDS, CalendarStoreContract, EDSRig);
 
 } // namespace
 } // namespace tavrin::test

@@ -303,8 +303,15 @@ NSErrorDomain const NSCocoaErrorDomain = @"NSCocoaErrorDomain";
 - (BOOL)fileExistsAtPath:(NSString*)path { return ::access(path.UTF8String, F_OK) == 0; }
 - (NSString*)displayNameAtPath:(NSString*)path { return make(foundation.displayNames[textOf(path)]); }
 - (BOOL)trashItemAtURL:(NSURL*)url resultingItemURL:(NSURL* __autoreleasing*)result error:(NSError* __autoreleasing*)error {
-  note("trash " + textOf(url.path));
-  return foundation.canTrash;
+  const std::string path = textOf(url.path), place = path + " in the trash";
+  note("trash " + path);
+  if (!foundation.canTrash || ::rename(path.c_str(), place.c_str()) != 0) return NO;
+  if (result != nullptr) *result = [NSURL fileURLWithPath:make(place)];
+  return YES;
+}
+- (BOOL)moveItemAtURL:(NSURL*)from toURL:(NSURL*)to error:(NSError* __autoreleasing*)error {
+  if (::access(to.path.UTF8String, F_OK) == 0) return NO;
+  return ::rename(from.path.UTF8String, to.path.UTF8String) == 0;
 }
 @end
 @implementation NSUserDefaults { std::string suite; }

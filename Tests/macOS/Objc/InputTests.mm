@@ -6,6 +6,7 @@
 #include "TavrinPlatform/macOS/Input/MacGlobalShortcuts.h"
 #include "TavrinPlatform/macOS/Input/MacInputBlocker.h"
 #include "TavrinPlatform/macOS/Pasteboard/MacPasteboard.h"
+#include "Tests/Storage/TemporaryFolder.h"
 
 namespace tavrin::test {
 namespace {
@@ -286,12 +287,14 @@ TEST_F(MacFilesTest, FoldersTrashAndFinder) {
   EXPECT_EQ(files->screenshotFolder(), "/Users/ada/Desktop");
   foundation.defaults["com.apple.screencapture"]["location"] = @"~/Pictures/Shots";
   EXPECT_EQ(files->screenshotFolder(), "/Users/ada/Pictures/Shots");
-  EXPECT_TRUE(files->moveToTrash("/a"));
+  const TemporaryFolder folder;
+  const std::string file = (folder / "a").string();
+  put(file, "");
   foundation.canTrash = false;
-  EXPECT_FALSE(files->moveToTrash("/b"));
+  EXPECT_FALSE(files->moveToTrash(file));
   files->reveal("/c");
   files->open("/d");
-  EXPECT_EQ(called(), (Calls{"trash /a", "trash /b", "reveal /c", "open file:///d"}));
+  EXPECT_EQ(called(), (Calls{"trash " + file, "reveal /c", "open file:///d"}));
 }
 
 } // namespace
