@@ -78,7 +78,15 @@ struct ScreenSamplerRig : DeskRig {
 INSTANTIATE_TYPED_TEST_SUITE_P(Screen, ColourSamplerContract, ScreenSamplerRig);
 
 struct DesktopWorkspaceRig : DeskRig {
-  DesktopWorkspaceRig() { setZone("Etc/GMT+12"); }
+  DesktopWorkspaceRig() {
+    setZone("Etc/GMT+12");
+    // What is asked of a bus before it has answered once waits for the event loop.
+    for (Bus* bus : {session_.get(), system_.get()}) {
+      bool isThere = false;
+      bus->call(bus->method(busDaemon, "GetId"), [&](auto*, const auto&) { isThere = true; });
+      comesTrue([&] { return isThere; });
+    }
+  }
   ~DesktopWorkspaceRig() { setZone("Europe/Berlin"); }
   Workspace& workspace() { return workspace_; }
   static void wake() {

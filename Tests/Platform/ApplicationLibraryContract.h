@@ -61,7 +61,7 @@ TYPED_TEST_P(ApplicationLibraryContract, StartsOrSaysWhyNot) {
   this->rig.refuse();
   token = launch();
   ASSERT_TRUE(this->rig.comesTrue([&] { return troubles.size() == 2; }));
-  EXPECT_TRUE(troubles[1].starts_with("Failed to start ")) << troubles[1];
+  EXPECT_TRUE(troubles[1].starts_with("Failed to ")) << troubles[1];
 }
 
 TYPED_TEST_P(ApplicationLibraryContract, WhoHasGoneIsNotAnswered) {

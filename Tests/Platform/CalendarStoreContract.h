@@ -73,7 +73,13 @@ TYPED_TEST_P(CalendarStoreContract, ChangesAreToldWhileTheTokenLives) {
   this->rig.grant();
   auto one = this->rig.store().observeChanges([&] { ++first; });
   const auto two = this->rig.store().observeChanges([&] { ++second; });
+  // What was read is what changes are told of.
+  bool isRead = false;
   const auto access = this->rig.store().requestAccess(CalendarStore::Entity::events, [](auto) {});
+  const auto asked = this->rig.store().events({Date{0}, Date{86'400}}, {},
+                                              [&](const auto&) { isRead = true; });
+  ASSERT_TRUE(this->rig.comesTrue([&] { return isRead; }));
+  first = second = 0;
   ASSERT_TRUE(this->rig.comesTrue([&] {
     this->rig.change();
     return first > 0 && second > 0;

@@ -5,3 +5,7 @@
 std::string QByteArray::toStdString() const {
   return {constData(), static_cast<std::size_t>(size())};
 }
+
+QByteArray QByteArray::fromStdString(const std::string& text) {
+  return {text.data(), static_cast<qsizetype>(text.size())};
+}

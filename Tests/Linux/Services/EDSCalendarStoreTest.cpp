@@ -324,8 +324,8 @@ struct EDSRig {
   void grant() {}
   void change() {
     OtherProgram::add(other_.calendar(), OtherProgram::event("SUMMARY:Change\r\n"
-                                                             "DTSTART:20310101T100000Z\r\n"
-                                                             "DTEND:20310101T110000Z"));
+                                                             "DTSTART:20010101T100000Z\r\n"
+                                                             "DTEND:20010101T110000Z"));
   }
   bool comesTrue(const std::function<bool()>& condition) {
     QElapsedTimer timer;
