@@ -117,6 +117,8 @@ TEST_F(MacCommandTest, ALaunchAgentStartsTheWidgetsWithTheSession) {
   EXPECT_EQ(*made.entry("ProgramArguments"),
             (PropertyList::Array{"/opt/tavrin & co/bin/tavrin", "start"}));
   EXPECT_EQ(*made.entry("RunAtLoad"), PropertyList(true));
+  ASSERT_NE(made.entry("LimitLoadToSessionType"), nullptr);
+  EXPECT_EQ(*made.entry("LimitLoadToSessionType"), PropertyList("Aqua")) << "only where there is a Dock";
   EXPECT_EQ(made.entry("KeepAlive"), nullptr) << "it ends once the widgets are there";
   services.forbidden = {agent.string()};
   EXPECT_FALSE(autostart.status().isOn);
