@@ -138,7 +138,8 @@ void StripTile::keyPressEvent(QKeyEvent* event) {
 
 void StripTile::focusInEvent(QFocusEvent* event) {
   QAbstractButton::focusInEvent(event);
-  if (onFocus)
+  // A window that comes to the front chooses nothing.
+  if (onFocus && event->reason() != Qt::ActiveWindowFocusReason)
     onFocus();
 }
 

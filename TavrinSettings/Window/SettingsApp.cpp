@@ -8,6 +8,7 @@
 #include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QGuiApplication>
+#include <QTimer>
 #include <algorithm>
 
 namespace tavrin {
@@ -40,7 +41,10 @@ SettingsApp::SettingsApp(Platform& platform, CommandPlatform& host)
       DockSlot::hostIdentifier.data(), static_cast<qsizetype>(DockSlot::hostIdentifier.size())));
   window_ = std::make_unique<SettingsWindow>(history_, appearance());
   context_->window = window_.get();
-  window_->onClose = [this] { platform_.application().terminate(); };
+  window_->onClose = [this] {
+    startSlots();
+    platform_.application().terminate();
+  };
   open();
   appearanceChanged_ =
       platform_.workspace().observeAppearance([this] { window_->setAppearance(appearance()); });
@@ -77,7 +81,11 @@ void SettingsApp::open() {
     return;
   }
   editor_->onChange = [this] { window_->refresh(); };
-  editor_->onNewSlots = [this](const std::set<int>& slots) { startSlots(slots); };
+  // The new tile is to be seen, and to be what the next key acts on, before what takes its time.
+  editor_->onNewSlots = [this](const std::set<int>& slots) {
+    newSlots_.insert(slots.begin(), slots.end());
+    QTimer::singleShot(0, window_.get(), [this] { startSlots(); });
+  };
   window_->setUp(
       *editor_, stage_, forms_.services(),
       {.dockPage =
@@ -107,7 +115,10 @@ void SettingsApp::reload() {
   }
 }
 
-void SettingsApp::startSlots(const std::set<int>& slots) {
+void SettingsApp::startSlots() {
+  const auto slots = std::exchange(newSlots_, {});
+  if (slots.empty())
+    return;
   try {
     for (const auto& outcome : SlotControl(*context_).launchAll(slots))
       if (!outcome.isDone)

@@ -32,7 +32,8 @@ private:
 
   void open();
   void reload();
-  void startSlots(const std::set<int>& slots);
+  /// Starts the slots that have widgets which they had not.
+  void startSlots();
   PanelAppearance appearance() const;
 
   Platform& platform_;
@@ -41,6 +42,7 @@ private:
   TileStage stage_;
   FormDesk forms_;
   std::optional<WidgetsEditor> editor_;
+  std::set<int> newSlots_;
   std::unique_ptr<SettingsWindow> window_;
   bool answersEdits_ = false;
   TokenPtr widgetsChanged_;

@@ -6,8 +6,12 @@ import subprocess
 import sys
 
 READER = r"""
-import json, sys
+import json, sys, time
 import pyatspi
+
+# A program that is busy answers late. One that has not answered may yet have done what it was asked,
+# and must not be asked again.
+pyatspi.setTimeout(60_000, 60_000)
 
 def numbers(node):
     try:
@@ -64,23 +68,39 @@ def do(node, name, action):
                 return bool(query.doAction(i))
     return any(do(node.getChildAtIndex(i), name, action) for i in range(node.childCount))
 
-# To the first of that name and role that is showing. False where there is none.
+def is_down(node):
+    try:
+        node.clear_cache()
+        return node.getState().contains(pyatspi.STATE_PRESSED)
+    except Exception:
+        return False  # it went away with what it did
+
+# To the first of that name and role that is showing and can be used. False where there is none.
 def act(application, verb, name, role="", text=""):
     found, nodes = [], []
     walk(application, 0, "", found, nodes)
     for entry, node in zip(found, nodes):
-        if entry["name"] != name or role not in ("", entry["role"]):
+        if entry["name"] != name or role not in ("", entry["role"]) or not entry["enabled"]:
             continue
         if verb == "press":
             names = actions(node)
             node.queryAction().doAction(next((i for i, each in enumerate(names)
                                               if each in ("Press", "Toggle", "click")), 0))
+            # A button stays down for a moment, and does what it does when it comes up.
+            while is_down(node):
+                time.sleep(0.005)
         elif verb == "focus":
             node.queryComponent().grabFocus()
         elif verb == "type":
             node.queryEditableText().setTextContents(text)
         return True
     return False
+
+def pid_of(application):
+    try:
+        return application.get_process_id()
+    except Exception:
+        return None  # another one, which ends
 
 for line in sys.stdin:
     question = json.loads(line)
@@ -89,7 +109,7 @@ for line in sys.stdin:
         desktop = pyatspi.Registry.getDesktop(0)
         desktop.clear_cache()  # nothing here hears what changes
         for application in desktop:
-            if application is None or application.get_process_id() != question["pid"]:
+            if application is None or pid_of(application) != question["pid"]:
                 continue
             application.clear_cache()
             if "do" in question:

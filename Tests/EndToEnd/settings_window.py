@@ -5,7 +5,7 @@ import json
 import subprocess
 
 from access_tree import AccessTree
-from rig import BUILD, wait_for
+from rig import BUILD, PATIENCE, wait_for
 
 PROGRAM = BUILD / "bin" / "tavrin-settings"
 COMMAND = BUILD / "bin" / "tavrin"
@@ -46,17 +46,24 @@ class Window:
         return wait_for(lambda: self.find(name, role), f"“{name}”")
 
     def press(self, name, role=""):
-        """What is redrawn meanwhile is looked for again."""
-        self.await_name(name, role or None)
+        """As soon as it can be used. What the press does is done on return; what is redrawn meanwhile
+        is looked for again."""
         wait_for(lambda: self._ask(act=["press", name, role]), f"“{name}” to be pressed")
 
     def focus(self, name, role=""):
-        self.await_name(name, role or None)
-        self._ask(act=["focus", name, role])
-        wait_for(lambda: (self.find(name, role or None) or {}).get("focused"), f"{name} focused")
+        wait_for(lambda: self._ask(act=["focus", name, role]), f"“{name}”")
+        self.await_focus(name, role or None)
+
+    def await_focus(self, name, role=None):
+        wait_for(lambda: (self.find(name, role) or {}).get("focused"), f"“{name}” focused")
+
+    def await_keyboard(self):
+        """What is typed comes to a window only once it is the one with the keyboard."""
+        wait_for(lambda: self.desk.run("xdotool", "getwindowfocus", "getwindowpid",
+                                       check=False).strip() == str(self.process.pid),
+                 "the window to have the keyboard")
 
     def type_text(self, name, text, role=""):
-        self.await_name(name, role or None)
         wait_for(lambda: self._ask(act=["type", name, role, text]), f"“{name}” to be typed into")
 
     def centre(self, name, role=None):
@@ -77,8 +84,9 @@ class Window:
         run("xdotool", "mouseup", "1")
 
     def close(self):
+        self.await_keyboard()
         self.desk.run("xdotool", "key", "ctrl+w")
-        self.process.wait(20)
+        self.process.wait(PATIENCE)
 
 
 def stored(desk):

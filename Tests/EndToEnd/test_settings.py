@@ -68,10 +68,11 @@ class Newcomer(SettingsTest):
 
     def test_by_keys_alone(self):
         window = Window(self.desk)
+        window.await_keyboard()
         key = self.desk.key
         for word in ("clock", "tomato", "water"):
             key("ctrl+f")
-            wait_for(lambda: window.find("Search widgets")["focused"], "the search")
+            window.await_focus("Search widgets")
             key("ctrl+a")
             self.desk.run("xdotool", "type", word)
             key("Return")
@@ -81,7 +82,7 @@ class Newcomer(SettingsTest):
         window.focus("Clock, place 1 of 3")
         key("ctrl+Right")
         self.await_strip("Pomodoro", "Clock", "Water")
-        wait_for(lambda: window.find("Clock, place 2 of 3")["focused"], "the tile keeps the keyboard")
+        window.await_focus("Clock, place 2 of 3")
         key("shift+Right")
         wait_for(lambda: next(w for w in stored(self.desk) if w["name"] == "Clock")["span"] == 2,
                  "the wide clock")
@@ -91,7 +92,7 @@ class Newcomer(SettingsTest):
         key("space")
         wait_for(lambda: self.settings("Clock").get("showsSeconds"), "the seconds")
         key("Escape")
-        wait_for(lambda: window.find("Clock, place 2 of 3")["focused"], "the way back")
+        window.await_focus("Clock, place 2 of 3")
         key("Right", "Delete")
         self.await_strip("Pomodoro", "Clock")
         key("ctrl+z")
