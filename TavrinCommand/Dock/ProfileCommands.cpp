@@ -33,7 +33,7 @@ JSONValue profileJSON(const Profile& profile, bool isActive) {
                          {"items", static_cast<std::int64_t>(profile.items.size())},
                          {"others", static_cast<std::int64_t>(profile.others.size())}};
   if (profile.hotkey)
-    json.emplace("hotkey", hotkeyText(*profile.hotkey));
+    json.emplace("hotkey", hotkeySymbols(*profile.hotkey));
   if (profile.focusModeBinding)
     json.emplace("focusModeBinding", *profile.focusModeBinding);
   return json;
@@ -253,7 +253,8 @@ void addApply(CLI::App& profiles, CommandContext& context) {
 /// A command that changes one profile's record.
 void addChange(CLI::App& profiles, CommandContext& context, const char* name,
                const std::string& meaning, const char* value, const std::string& valueMeaning,
-               const char* example, std::function<void(Profile&, const std::string&)> apply) {
+               const char* example,
+               std::function<void(DockLibrary&, Profile&, const std::string&)> apply) {
   auto* command = profiles.add_subcommand(name, meaning);
   auto words = std::make_shared<std::pair<std::string, std::string>>();
   addProfileArgument(*command, context, words->first)->required();
@@ -263,7 +264,8 @@ void addChange(CLI::App& profiles, CommandContext& context, const char* name,
   command->callback([words, apply = std::move(apply), &context] {
     DockLibrary library(context);
     const auto changed = library.profiles().change(
-        library.profile(words->first).id, [&](Profile& profile) { apply(profile, words->second); });
+        library.profile(words->first).id,
+        [&](Profile& profile) { apply(library, profile, words->second); });
     sayProfile(context, changed, marked("Changed \"{name}\""));
   });
 }
@@ -271,16 +273,20 @@ void addChange(CLI::App& profiles, CommandContext& context, const char* name,
 void addRecordCommands(CLI::App& profiles, CommandContext& context) {
   addChange(profiles, context, "rename", translated("Give a profile another name"), "NAME",
             translated("The new name"), "tavrin profiles rename Work Job",
-            [](Profile& profile, const std::string& name) { profile.name = requiredName(name); });
+            [](DockLibrary&, Profile& profile, const std::string& name) { profile.name = requiredName(name); });
   addChange(profiles, context, "hotkey", translated("Bind a profile to a shortcut"), "KEYS",
             translated("Such as ctrl+alt+1; none for no shortcut"),
             "tavrin profiles hotkey Work ctrl+alt+1",
-            [](Profile& profile, const std::string& keys) {
-              profile.hotkey = keys == "none" ? std::nullopt : std::optional(hotkeyFromText(keys));
+            [](DockLibrary& library, Profile& profile, const std::string& keys) {
+              const auto hotkey =
+                  keys == "none" ? std::nullopt : std::optional(hotkeyFromText(keys));
+              if (hotkey)
+                library.requireFree(*hotkey, profile.id);
+              profile.hotkey = hotkey;
             });
   addChange(profiles, context, "focus", translated("Bind a profile to the Focus state"), "STATE",
             translated("on, off, a Focus mode's name, or none"), "tavrin profiles focus Calm on",
-            [](Profile& profile, const std::string& state) {
+            [](DockLibrary&, Profile& profile, const std::string& state) {
               profile.focusModeBinding = state == "none" ? std::nullopt : std::optional(state);
             });
   auto* command = profiles.add_subcommand("delete", translated("Delete a profile"));

@@ -34,6 +34,34 @@ constexpr std::array keyNames = {
     KeyName{"comma", 43}, KeyName{"period", 47}, KeyName{"slash", 44}, KeyName{"grave", 50},
 };
 
+/// Keys whose caps bear a word or a sign.
+constexpr std::array<std::pair<std::string_view, const char*>, 12> keyWords = {{
+    {"space", marked("Space")},
+    {"return", marked("Return")},
+    {"tab", marked("Tab")},
+    {"escape", marked("Escape")},
+    {"left", marked("Left")},
+    {"right", marked("Right")},
+    {"minus", "-"},
+    {"equal", "="},
+    {"comma", ","},
+    {"period", "."},
+    {"slash", "/"},
+    {"grave", "`"},
+}};
+
+/// Empty for a key without one.
+std::string nameOf(std::uint16_t code) {
+  for (const auto& key : keyNames)
+    if (key.code == code)
+      return std::string(key.name);
+  return {};
+}
+
+char capital(char letter) {
+  return letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 32) : letter;
+}
+
 std::optional<HotkeyModifiers> modifierNamed(std::string_view word) {
   for (const auto& [name, modifier] :
        {std::pair{"command", HotkeyModifiers::command}, std::pair{"cmd", HotkeyModifiers::command},
@@ -94,16 +122,37 @@ Hotkey hotkeyFromText(std::string_view text) {
   return hotkey;
 }
 
+std::string hotkeySymbols(const Hotkey& hotkey) {
+  const auto modifiers = hotkey.modifiers.displaySymbols();
+  auto name = nameOf(hotkey.keyCode);
+  if (name.empty())
+    return translated("{modifiers}key {code}",
+                      {{"modifiers", modifiers}, {"code", hotkey.keyCode}});
+  if (name.size() <= 3 && name != "tab")
+    name[0] = capital(name[0]);
+  return modifiers + name;
+}
+
+std::string hotkeyWords(const Hotkey& hotkey) {
+  std::string text;
+  for (const auto& [modifier, name] : {std::pair{HotkeyModifiers::control, marked("Ctrl")},
+                                       std::pair{HotkeyModifiers::option, marked("Alt")},
+                                       std::pair{HotkeyModifiers::shift, marked("Shift")},
+                                       std::pair{HotkeyModifiers::command, marked("Super")}})
+    if (hotkey.modifiers.contains(modifier))
+      text.append(translated(name)).append("+");
+  auto name = nameOf(hotkey.keyCode);
+  if (name.empty())
+    return translated("{modifiers}key {code}", {{"modifiers", text}, {"code", hotkey.keyCode}});
+  for (const auto& [plain, shown] : keyWords)
+    if (name == plain)
+      return text + translated(shown);
+  name[0] = capital(name[0]);
+  return text + name;
+}
+
 std::string hotkeyText(const Hotkey& hotkey) {
-  for (const auto& key : keyNames)
-    if (key.code == hotkey.keyCode) {
-      std::string name(key.name);
-      if (name.size() <= 3 && name != "tab")
-        name[0] = name[0] >= 'a' ? static_cast<char>(name[0] - 32) : name[0];
-      return hotkey.modifiers.displaySymbols() + name;
-    }
-  return translated("{modifiers}key {code}",
-                    {{"modifiers", hotkey.modifiers.displaySymbols()}, {"code", hotkey.keyCode}});
+  return TAVRIN_HOTKEY_TEXT(hotkey);
 }
 
 } // namespace tavrin

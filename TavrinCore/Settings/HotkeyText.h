@@ -15,7 +15,12 @@ Hotkey hotkeyFromText(std::string_view text);
 /// The modifiers alone, "ctrl+alt".
 HotkeyModifiers modifiersFromText(std::string_view text);
 
-/// "⌃⌥1"; a key without a name here is shown by its number.
+/// As this desktop's users read it: `hotkeySymbols` on a Mac, `hotkeyWords` elsewhere.
 std::string hotkeyText(const Hotkey& hotkey);
+/// "⌃⌥1"; the same in every language and on every desktop. A key without a name here is shown by its
+/// number.
+std::string hotkeySymbols(const Hotkey& hotkey);
+/// "Ctrl+Alt+1", in the user's language; the command key is the one that other keyboards call Super.
+std::string hotkeyWords(const Hotkey& hotkey);
 
 } // namespace tavrin

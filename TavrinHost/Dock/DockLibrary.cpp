@@ -2,6 +2,7 @@
 
 #include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Dock/ProfileTransfer.h"
+#include "TavrinCore/Settings/HotkeyText.h"
 #include "TavrinHost/NamedReference.h"
 #include "TavrinPlatform/Files/AtomicFile.h"
 #include "TavrinStorage/Dock/CFPreferencesBackend.h"
@@ -41,6 +42,12 @@ bool startsAs(std::string_view text, std::string_view start) {
   for (const auto& profile : all)
     names.push_back(profile.name);
   throw HostError(ExitCode::profileNotFound, noneCalled("profile", reference, names));
+}
+
+const Profile* ownerOf(const std::optional<Hotkey>& hotkey, const std::vector<Profile>& all) {
+  const auto found = std::ranges::find_if(
+      all, [&](const Profile& profile) { return hotkey && profile.hotkey == hotkey; });
+  return found == all.end() ? nullptr : &*found;
 }
 
 std::string describedProfile(const Profile& profile) {
@@ -103,6 +110,15 @@ bool DockLibrary::hasProfile(std::string_view name) {
   return std::ranges::count(profiles().file().profiles, name, &Profile::name) > 0;
 }
 
+void DockLibrary::requireFree(const Hotkey& hotkey, const UUID& profile) {
+  auto others = profiles().file().profiles;
+  std::erase_if(others, [&](const Profile& one) { return one.id == profile; });
+  if (const auto* owner = ownerOf(hotkey, others))
+    throw HostError(ExitCode::refusedValue,
+                    translated("{shortcut} is the shortcut of \"{name}\"",
+                               {{"shortcut", hotkeyText(hotkey)}, {"name", owner->name}}));
+}
+
 std::vector<Profile> DockLibrary::importProfiles(std::string_view text, const std::string& source) {
   std::vector<Profile> imported;
   const auto refuse = [&](const std::exception& error) {
@@ -115,6 +131,18 @@ std::vector<Profile> DockLibrary::importProfiles(std::string_view text, const st
     refuse(error);
   } catch (const CodingError& error) {
     refuse(error);
+  }
+  std::vector<Profile> known = profiles().file().profiles;
+  for (auto& profile : imported) {
+    if (const auto* owner = ownerOf(profile.hotkey, known)) {
+      context_.remark(translated("\"{name}\" comes without its shortcut {shortcut}, which is the one "
+                                 "of \"{other}\"",
+                                 {{"name", profile.name},
+                                  {"shortcut", hotkeyText(*profile.hotkey)},
+                                  {"other", owner->name}}));
+      profile.hotkey.reset();
+    }
+    known.push_back(profile);
   }
   // Desktops are named by the machine they are on; none of this one's names is known here.
   return profiles().merge(imported, {});

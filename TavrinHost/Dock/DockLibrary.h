@@ -22,6 +22,8 @@ public:
   /// Puts what `plan` says into the Dock, the Dock before backed up. False when nothing was
   /// written.
   bool change(const DockSwapper::Plan& plan);
+  /// Backups are made without a word, where the user is told in another way.
+  void keepQuiet() { didBackUp_ = {}; }
   std::shared_ptr<DockPreferencesBackend> dock() { return dock_; }
   DockSnapshot snapshot() const;
 
@@ -29,8 +31,12 @@ public:
   /// HostError (ambiguous, profileNotFound).
   const Profile& profile(std::string_view reference);
 
+  /// A shortcut is one profile's. Throws HostError (refusedValue) where another one than `profile`
+  /// has it.
+  void requireFree(const Hotkey& hotkey, const UUID& profile);
   /// Adds the profiles of an export, whose bytes came from `source`, and gives them as they were
-  /// added. Throws FileError.
+  /// added. One whose shortcut is taken is added without it, and that is remarked. Throws
+  /// FileError.
   std::vector<Profile> importProfiles(std::string_view text, const std::string& source);
 
   /// A layout by name: "dock" for the Dock as it is, a Dock backup's file name, a property list

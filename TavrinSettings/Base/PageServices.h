@@ -21,6 +21,10 @@ struct PageServices {
   PanelAppearance& appearance;
   /// Says something at the window's foot; a trouble stands out.
   std::function<void(const QString& sentence, bool isTrouble)> tell;
+  /// Says what was just done, and offers to take it back.
+  std::function<void(const QString& sentence)> offerUndo;
+  /// Says what goes on, until something else is said.
+  std::function<void(const QString& sentence)> tellProgress;
 
   /// Runs `work`, and says what it throws. Whether it threw nothing.
   template <class Work> bool attempt(const Work& work) const {

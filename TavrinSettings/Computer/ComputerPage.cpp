@@ -9,6 +9,10 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QScrollArea>
+#include <QStackedWidget>
 #include <QTimer>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -20,9 +24,16 @@ namespace {
 using State = DesktopReport::State;
 
 QString symbolOf(State state) {
-  return state == State::good      ? QStringLiteral("checkmark.circle.fill")
-         : state == State::limited ? QStringLiteral("info.circle")
-                                   : QStringLiteral("exclamationmark.triangle.fill");
+  return state == State::good      ? QStringLiteral("checkmark.circle")
+         : state == State::limited ? QStringLiteral("exclamationmark.triangle.fill")
+                                   : QStringLiteral("xmark.circle.fill");
+}
+
+/// So that it is not told by a picture alone.
+QString wordOf(State state) {
+  return state == State::good      ? worded("There")
+         : state == State::limited ? worded("Limited")
+                                   : worded("Missing");
 }
 
 std::string titleOfKind(const std::string& key) {
@@ -42,6 +53,14 @@ QString detailOf(const DesktopReport::Item& item) {
     words = translated("For {widgets}.", {{"widgets", enumeration(titles)}}) + " ";
   }
   return QString::fromStdString(words + item.remedy);
+}
+
+/// Of a remedy what one types, the words in grave accents; the whole of it where it has none.
+QString copyable(const std::string& remedy) {
+  const auto begin = remedy.find('`');
+  const auto end = begin == std::string::npos ? begin : remedy.find('`', begin + 1);
+  return QString::fromStdString(
+      end == std::string::npos ? remedy : remedy.substr(begin + 1, end - begin - 1));
 }
 
 } // namespace
@@ -89,20 +108,73 @@ ComputerPage::ComputerPage(PageServices& services, std::function<DesktopReport()
   summary_ = new PanelText({}, PanelTextStyle::heading, this);
   summary_->setSingleLine(true);
   remedy_ = new PanelButton(
-      PanelButton::Kind::prominent, worded("What to Do"), [this] { showRemedies(); }, this);
+      PanelButton::Kind::prominent, worded("What to Do"),
+      [this] { turn(stack_->currentWidget() == list_); }, this);
   again_ = PanelButton::icon(
       QStringLiteral("arrow.clockwise"), worded("Look Again"), [this] { reload(); }, this);
   row->addWidget(summary_, 1);
   row->addWidget(again_);
   row->addWidget(remedy_);
   column->addLayout(row);
-  remedies_ = new PanelText({}, PanelTextStyle::body, this);
-  remedies_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-  remedies_->hide();
-  column->addWidget(remedies_);
-  list_ = new PanelList(worded("What this computer has"), this);
+  stack_ = new QStackedWidget(this);
+  list_ = new PanelList(worded("What this computer has"), stack_);
   list_->setTall(true);
-  column->addWidget(list_, 1);
+  steps_ = new QScrollArea(stack_);
+  steps_->setAccessibleName(worded("What to do"));
+  steps_->setFrameShape(QFrame::NoFrame);
+  steps_->setWidgetResizable(true);
+  steps_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  steps_->setFocusPolicy(Qt::NoFocus);
+  stack_->addWidget(list_);
+  stack_->addWidget(steps_);
+  column->addWidget(stack_, 1);
+}
+
+void ComputerPage::turn(bool toSteps) {
+  if (toSteps)
+    makeSteps();
+  stack_->setCurrentWidget(toSteps ? static_cast<QWidget*>(steps_) : list_);
+  remedy_->setTitle(toSteps ? worded("What Is There") : worded("What to Do"));
+}
+
+void ComputerPage::makeSteps() {
+  auto* inner = new QWidget;
+  auto* column = new QVBoxLayout(inner);
+  column->setContentsMargins(0, panel::grid, panel::grid, panel::grid);
+  column->setSpacing(panel::padding);
+  int number = 0;
+  for (const auto& item : report_.items) {
+    if (item.remedy.empty())
+      continue;
+    const auto remedy = QString::fromStdString(item.remedy);
+    auto* row = new QHBoxLayout;
+    row->setSpacing(panel::grid);
+    auto* mark = new PanelText(QString::number(++number), PanelTextStyle::heading);
+    mark->setFixedWidth(28);
+    auto* words = new QVBoxLayout;
+    words->setSpacing(2);
+    auto* step = new PanelText(remedy, PanelTextStyle::body);
+    step->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    words->addWidget(step);
+    words->addWidget(new PanelText(QString::fromStdString(item.sentence), PanelTextStyle::caption));
+    const auto copied = copyable(item.remedy);
+    auto* copy = PanelButton::icon(QStringLiteral("doc.on.clipboard"),
+                                   worded("Copy “{words}”", {{"words", copied}}), [this, copied] {
+                                     QGuiApplication::clipboard()->setText(copied);
+                                     services_.tell(worded("“{words}” is copied.",
+                                                           {{"words", copied}}),
+                                                    false);
+                                   });
+    row->addWidget(mark, 0, Qt::AlignTop);
+    row->addLayout(words, 1);
+    row->addWidget(copy, 0, Qt::AlignTop);
+    column->addLayout(row);
+  }
+  column->addStretch(1);
+  inner->setAutoFillBackground(false);
+  steps_->setWidget(inner);
+  steps_->viewport()->setAutoFillBackground(false);
+  inner->setAutoFillBackground(false);
 }
 
 void ComputerPage::reload() {
@@ -137,18 +209,14 @@ void ComputerPage::show(const DesktopReport& report) {
     row.title = QString::fromStdString(item.sentence);
     row.subtitle = detailOf(item);
     row.symbol = symbolOf(item.state);
+    row.trailing = wordOf(item.state);
     rows.push_back(row);
   }
   list_->setRows(rows);
   remedy_->setEnabled(!reportRemedies(report).empty());
-  if (remedies_->isVisible())
-    showRemedies();
-}
-
-void ComputerPage::showRemedies() {
-  remedies_->setWords(QString::fromStdString(reportRemedies(report_)));
-  remedies_->setVisible(!remedies_->text().isEmpty());
-  remedies_->setFocus(Qt::OtherFocusReason);
+  const bool hasSteps = remedy_->isEnabled();
+  if (stack_->currentWidget() == steps_)
+    turn(hasSteps);
 }
 
 } // namespace tavrin

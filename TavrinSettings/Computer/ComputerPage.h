@@ -6,7 +6,8 @@
 
 #include <QWidget>
 
-class QVBoxLayout;
+class QScrollArea;
+class QStackedWidget;
 
 namespace tavrin {
 
@@ -31,8 +32,9 @@ private:
   void show(const DesktopReport& report);
   void show(const Autostart::Status& status);
   void setAutostart(bool isOn);
-  /// What is to be done, all of it, in place of the list's short lines.
-  void showRemedies();
+  /// What is to be done, step by step, in place of the list; and back.
+  void turn(bool toSteps);
+  void makeSteps();
 
   PageServices& services_;
   std::function<DesktopReport()> look_;
@@ -43,7 +45,8 @@ private:
   PanelText* summary_;
   PanelButton* remedy_;
   PanelButton* again_;
-  PanelText* remedies_;
+  QStackedWidget* stack_;
+  QScrollArea* steps_;
   PanelList* list_;
 };
 

@@ -200,9 +200,9 @@ void BackupPane::restoreWorkspace(int row) {
     store.restore(backup, context_.platform().clock().now());
     context_.platform().notifications().post(std::string(DockSlot::widgetsChangedNotification));
     services_.page.history.add(std::make_unique<RestoreStep>(context_, backup, before));
-    services_.page.tell(worded("Everything is as it was then. Undo goes back."), false);
     services_.profiles.reload();
     refresh();
+    services_.page.offerUndo(worded("Everything is as it was then. Undo goes back."));
   });
 }
 

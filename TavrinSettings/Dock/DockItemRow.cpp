@@ -10,6 +10,7 @@
 #include <QApplication>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QStyle>
 #include <algorithm>
 #include <cmath>
 
@@ -85,6 +86,10 @@ protected:
     else
       QAbstractButton::mouseReleaseEvent(event);
   }
+  void focusInEvent(QFocusEvent* event) override {
+    QAbstractButton::focusInEvent(event);
+    row_.wasFocused(this);
+  }
   void keyPressEvent(QKeyEvent* event) override {
     if (!row_.act(this, event->key(), event->modifiers()))
       QAbstractButton::keyPressEvent(event);
@@ -107,18 +112,51 @@ DockItemRow::DockItemRow(QWidget* parent) : QWidget(parent) {
 DockItemRow::~DockItemRow() = default;
 
 void DockItemRow::setItems(const std::vector<DockItem>& left, const std::vector<DockItem>& right) {
-  for (auto* tile : std::exchange(tiles_, {})) {
-    tile->hide();
-    tile->deleteLater();
-  }
+  if (left == left_ && right == right_)
+    return;
+  left_ = left;
+  right_ = right;
+  const auto focused =
+      std::ranges::find_if(tiles_, [](const DockItemTile* tile) { return tile->hasFocus(); });
+  const bool hadFocus = focused != tiles_.end();
+  const auto place = static_cast<std::size_t>(focused - tiles_.begin());
+  auto before = std::exchange(tiles_, {});
+  mark_.reset();
   leftCount_ = left.size();
+  QWidget* last = this;
   for (const auto* items : {&left, &right})
     for (const auto& item : *items) {
-      tiles_.push_back(new DockItemTile(*this, item));
-      tiles_.back()->show();
+      auto* tile = new DockItemTile(*this, item);
+      tile->show();
+      setTabOrder(last, tile);
+      last = tile;
+      tiles_.push_back(tile);
     }
   layOut();
   updateGeometry();
+  stop_ = std::min(hadFocus ? place : stop_, tiles_.empty() ? 0 : tiles_.size() - 1);
+  placeStop(stop_);
+  if (hadFocus && !tiles_.empty())
+    focusAt(stop_);
+  for (auto* tile : before) {
+    tile->hide();
+    tile->deleteLater();
+  }
+}
+
+void DockItemRow::placeStop(std::size_t index) {
+  stop_ = index;
+  for (std::size_t i = 0; i < tiles_.size(); ++i)
+    tiles_[i]->setFocusPolicy(i == stop_ ? Qt::StrongFocus : Qt::ClickFocus);
+}
+
+void DockItemRow::focusAt(std::size_t index) {
+  if (index < tiles_.size())
+    tiles_[index]->setFocus(Qt::TabFocusReason);
+}
+
+void DockItemRow::wasFocused(const DockItemTile* tile) {
+  placeStop(static_cast<std::size_t>(std::ranges::find(tiles_, tile) - tiles_.begin()));
 }
 
 int DockItemRow::columnsIn(int width) const {
@@ -128,8 +166,9 @@ int DockItemRow::columnsIn(int width) const {
 /// The divider has a cell of its own.
 QRect DockItemRow::rectOf(std::size_t cell, int width) const {
   const auto columns = static_cast<std::size_t>(columnsIn(width));
-  return {static_cast<int>(cell % columns) * cellWidth,
-          static_cast<int>(cell / columns) * cellHeight, cellWidth, cellHeight};
+  const QRect place(static_cast<int>(cell % columns) * cellWidth,
+                    static_cast<int>(cell / columns) * cellHeight, cellWidth, cellHeight);
+  return QStyle::visualRect(layoutDirection(), QRect(0, 0, width, place.bottom() + 1), place);
 }
 
 int DockItemRow::heightForWidth(int width) const {
@@ -171,23 +210,24 @@ void DockItemRow::move(DockItemTile* tile, int towards) {
   const auto cell = static_cast<std::size_t>(to) + (place.isRight ? leftCount_ : 0);
   onMove(place.isRight, place.index, static_cast<std::size_t>(to));
   // The items were made anew.
-  if (cell < tiles_.size())
-    tiles_[cell]->setFocus(Qt::TabFocusReason);
+  focusAt(cell);
 }
 
 void DockItemRow::dragTo(DockItemTile* tile, QPoint point, bool isOver) {
   const auto place = placeOf(tile);
   const std::size_t first = place.isRight ? leftCount_ + 1 : 0;
   const std::size_t count = place.isRight ? tiles_.size() - leftCount_ : leftCount_;
+  const bool isMirrored = layoutDirection() == Qt::RightToLeft;
   std::size_t before = 0;
   for (std::size_t i = 0; i < count; ++i) {
     const QRect rect = rectOf(first + i, width());
-    if (rect.bottom() < point.y() || (rect.top() <= point.y() && rect.center().x() < point.x()))
+    const int past = isMirrored ? rect.center().x() - point.x() : point.x() - rect.center().x();
+    if (rect.bottom() < point.y() || (rect.top() <= point.y() && past > 0))
       before = i + 1;
   }
   if (!isOver) {
     const QRect rect = rectOf(first + std::min(before, count - 1), width());
-    const int x = before < count ? rect.left() : rect.right();
+    const int x = (before < count) != isMirrored ? rect.left() : rect.right();
     mark_ = QRect(x - 1, rect.top() + 8, 3, iconSide);
     update();
     return;
@@ -201,13 +241,16 @@ void DockItemRow::dragTo(DockItemTile* tile, QPoint point, bool isOver) {
 }
 
 bool DockItemRow::act(DockItemTile* tile, int key, Qt::KeyboardModifiers modifiers) {
-  const int towards = key == Qt::Key_Left ? -1 : key == Qt::Key_Right ? 1 : 0;
+  const int onwards = layoutDirection() == Qt::RightToLeft ? Qt::Key_Left : Qt::Key_Right;
+  const int towards = key != Qt::Key_Left && key != Qt::Key_Right ? 0 : key == onwards ? 1 : -1;
+  const auto at = std::ranges::find(tiles_, tile) - tiles_.begin();
   if (towards != 0 && modifiers == Qt::ControlModifier) {
     move(tile, towards);
   } else if (towards != 0 && modifiers == Qt::NoModifier) {
-    const auto next = (std::ranges::find(tiles_, tile) - tiles_.begin()) + towards;
-    if (next >= 0 && next < static_cast<std::ptrdiff_t>(tiles_.size()))
-      tiles_[static_cast<std::size_t>(next)]->setFocus(Qt::TabFocusReason);
+    if (at + towards >= 0)
+      focusAt(static_cast<std::size_t>(at + towards));
+  } else if ((key == Qt::Key_Home || key == Qt::Key_End) && modifiers == Qt::NoModifier) {
+    focusAt(key == Qt::Key_Home ? 0 : tiles_.size() - 1);
   } else if (key == Qt::Key_Delete || key == Qt::Key_Backspace) {
     const auto place = placeOf(tile);
     if (onRemove)

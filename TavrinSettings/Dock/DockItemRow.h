@@ -19,6 +19,7 @@ public:
   explicit DockItemRow(QWidget* parent = nullptr);
   ~DockItemRow() override;
 
+  /// Does nothing for the items that are there; others take over keyboard and place from those.
   void setItems(const std::vector<DockItem>& left, const std::vector<DockItem>& right);
   /// An item's picture, `side` points large; null for none.
   std::function<QImage(const DockItem& item, int side, double scale)> icon;
@@ -49,7 +50,15 @@ private:
   void dragTo(DockItemTile* tile, QPoint point, bool isOver);
   bool act(DockItemTile* tile, int key, Qt::KeyboardModifiers modifiers);
 
+  void focusAt(std::size_t index);
+  void placeStop(std::size_t index);
+  void wasFocused(const DockItemTile* tile);
+
+  std::vector<DockItem> left_;
+  std::vector<DockItem> right_;
   std::vector<DockItemTile*> tiles_;
+  /// The items are one stop of Tab, at this one.
+  std::size_t stop_ = 0;
   std::size_t leftCount_ = 0;
   std::optional<QRect> mark_;
 };

@@ -32,9 +32,10 @@ public:
         activeBefore_(activeBefore), again_(std::move(again)) {}
 
   std::string title() const override { return title_; }
+  bool tellsItself() const override { return true; }
   std::vector<std::string> undo() override {
     const Date now = job_.context_.platform().clock().now();
-    job_.run(translated("The Dock restarts…"), translated("Undone: {step}.", {{"step", title_}}),
+    job_.run(translated("Undone: {step}.", {{"step", title_}}),
              [before = before_, active = activeBefore_, now](DockLibrary& library) {
                const bool isWritten = putLayout(library, before, now);
                library.profiles().setActive(active);
@@ -44,8 +45,7 @@ public:
     return {};
   }
   std::vector<std::string> redo() override {
-    job_.run(translated("The Dock restarts…"),
-             translated("Done again: {step}.", {{"step", title_}}), again_, {});
+    job_.run(translated("Done again: {step}.", {{"step", title_}}), again_, {});
     return {};
   }
 
@@ -65,8 +65,10 @@ void DockJob::apply(const Profile& profile) {
     return library.switcher().switchTo(id);
   };
   const auto activeBefore = DockLibrary(context_).profiles().file().activeProfileId;
-  run(translated("The Dock restarts…"),
-      translated("\"{name}\" is in the Dock.", {{"name", profile.name}}), work,
+  run(hasDock()
+          ? translated("\"{name}\" is in the Dock.", {{"name", profile.name}})
+          : translated("\"{name}\" is written, for a Dock that starts.", {{"name", profile.name}}),
+      work,
       [this, title, activeBefore, work](const Outcome& outcome) {
         history_.add(std::make_unique<Step>(*this, title, outcome.backup, activeBefore, work));
       });
@@ -76,22 +78,30 @@ void DockJob::restore(const std::string& layout) {
   const Date now = context_.platform().clock().now();
   const Work work = [layout, now](DockLibrary& library) { return putLayout(library, layout, now); };
   const auto active = DockLibrary(context_).profiles().file().activeProfileId;
-  run(translated("The Dock restarts…"), translated("The Dock is as it was then."), work,
+  run(hasDock() ? translated("The Dock is as it was then.")
+                : translated("The Dock's preferences are as they were then."),
+      work,
       [this, active, work](const Outcome& outcome) {
         history_.add(std::make_unique<Step>(*this, translated("Restore the Dock"), outcome.backup,
                                             active, work));
       });
 }
 
-void DockJob::run(const std::string& begun, const std::string& ended, Work work,
-                  std::function<void(const Outcome&)> done) {
+bool DockJob::hasDock() const {
+  return context_.platform().dockServices().dockProcess().running().has_value();
+}
+
+void DockJob::run(const std::string& ended, Work work, std::function<void(const Outcome&)> done) {
   if (isRunning_)
     throw HostError(ExitCode::failed, translated("The Dock is being changed already"));
   // Made here: the services it stands on are made when they are first asked for.
-  auto library = std::make_shared<DockLibrary>(context_);
+  const bool restarts = hasDock();
+  auto library = std::make_shared<DockLibrary>(context_, restarts);
+  library->keepQuiet();
   isRunning_ = true;
   if (onProgress)
-    onProgress(begun, false);
+    onProgress(restarts ? translated("The Dock restarts…") : translated("The layout is written…"),
+               Stage::begun);
   auto outcome = std::make_shared<Outcome>();
   runLoop_.background(
       [library, outcome, work = std::move(work)] {
@@ -113,12 +123,12 @@ void DockJob::run(const std::string& begun, const std::string& ended, Work work,
         if (!onProgress)
           return;
         if (!outcome->trouble.empty())
-          onProgress(outcome->trouble + ".", true);
+          onProgress(outcome->trouble + ".", Stage::failed);
+        else if (outcome->isWritten)
+          onProgress(ended, Stage::done);
         else
-          onProgress(outcome->isWritten
-                         ? ended
-                         : translated("Nothing was written: the Dock shows it already."),
-                     false);
+          onProgress(translated("Nothing was written: the Dock shows it already."),
+                     Stage::unchanged);
       });
 }
 

@@ -18,14 +18,18 @@ public:
       : context_(context), history_(history), runLoop_(runLoop) {}
 
   bool isRunning() const { return isRunning_; }
+  /// Whether a Dock runs here. Where none does, a layout is written to the preferences that a Dock
+  /// reads when it starts, and nothing is restarted.
+  bool hasDock() const;
 
   /// Puts a profile into the Dock and makes it the active one; the active one is put there anew.
   void apply(const Profile& profile);
   /// Puts a layout by its name, such as a backup's, into the Dock.
   void restore(const std::string& layout);
 
-  /// It began, or ended: then `sentence` says how.
-  std::function<void(const std::string& sentence, bool isTrouble)> onProgress;
+  enum class Stage { begun, done, unchanged, failed };
+  /// It began, or ended: then `sentence` says how. What is done can be undone.
+  std::function<void(const std::string& sentence, Stage)> onProgress;
 
 private:
   class Step;
@@ -39,8 +43,7 @@ private:
   using Work = std::function<bool(DockLibrary& library)>;
 
   /// `done` is called on the main thread where `work` wrote.
-  void run(const std::string& begun, const std::string& ended, Work work,
-           std::function<void(const Outcome&)> done);
+  void run(const std::string& ended, Work work, std::function<void(const Outcome&)> done);
 
   HostContext& context_;
   History& history_;

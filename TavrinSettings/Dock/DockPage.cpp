@@ -10,7 +10,6 @@
 #include <QStackedWidget>
 #include <QVBoxLayout>
 #include <algorithm>
-#include <cmath>
 
 namespace tavrin {
 namespace {
@@ -21,12 +20,12 @@ constexpr const char* backupsRow = "backups";
 } // namespace
 
 DockPage::DockPage(PageServices& services, HostContext& context, History& history, RunLoop& runLoop,
-                   ApplicationLibrary& applications, QWidget* parent)
+                   InstalledApps& apps, FolderWatch& folders, QWidget* parent)
     : QWidget(parent), services_(services), profiles_(context, history),
-      job_(context, history, runLoop), dock_{services, profiles_, job_, {}},
-      applications_(applications), icons_(applications) {
-  dock_.icon = [this](const DockItem& item, int side, double scale) {
-    return icon(item, side, scale);
+      job_(context, history, runLoop), dock_{services, profiles_, job_, {}} {
+  dock_.icon = [&apps](const DockItem& item, int side, double scale) {
+    const auto* app = item.app();
+    return app == nullptr ? QImage() : apps.app(*app, side, scale).icon;
   };
   auto* row = new QHBoxLayout(this);
   row->setContentsMargins(0, 0, 0, 0);
@@ -36,18 +35,11 @@ DockPage::DockPage(PageServices& services, HostContext& context, History& histor
   list_ = new PanelList(worded("Layouts"), this);
   list_->setFixedWidth(listWidth);
   list_->onOpen = [this](int index) { choose(index); };
-  auto* make = new PanelButton(
-      PanelButton::Kind::quiet, worded("New from the Dock"),
-      [this] {
-        services_.attempt([&] {
-          chosen_ = profiles_.createFromDock();
-          refresh();
-        });
-      },
-      this);
-  make->setSymbol(QStringLiteral("plus"));
+  auto* fresh = new PanelButton(
+      PanelButton::Kind::quiet, worded("New from the Dock"), [this] { make(); }, this);
+  fresh->setSymbol(QStringLiteral("plus"));
   left->addWidget(list_, 1);
-  left->addWidget(make);
+  left->addWidget(fresh);
   if (services.forms.choosePaths)
     left->addWidget(new PanelButton(
         PanelButton::Kind::quiet, worded("Import…"), [this] { importLayouts(); }, this));
@@ -58,15 +50,39 @@ DockPage::DockPage(PageServices& services, HostContext& context, History& histor
   empty_ = new PanelEmptyState(QStringLiteral("square.grid.2x2.fill"),
                                worded("There are no Dock layouts yet"), stack_);
   empty_->setHint(worded("A layout keeps the Dock's items, to be put there again."));
+  empty_->setStep(worded("New from the Dock"), [this] { make(); });
   for (QWidget* pane : {static_cast<QWidget*>(layout_), static_cast<QWidget*>(backups_),
                         static_cast<QWidget*>(empty_)})
     stack_->addWidget(pane);
   row->addWidget(stack_, 1);
   profiles_.onChange = [this] { refresh(); };
-  job_.onProgress = [this](const std::string& sentence, bool isTrouble) {
-    progress(sentence, isTrouble);
+  job_.onProgress = [this](const std::string& sentence, DockJob::Stage stage) {
+    progress(sentence, stage);
   };
-  icons_.onLoad = [this] { layout_->refreshIcons(); };
+  follow(context, folders);
+}
+
+void DockPage::make() {
+  services_.attempt([&] {
+    chosen_ = profiles_.createFromDock();
+    refresh();
+  });
+}
+
+void DockPage::follow(HostContext& context, FolderWatch& folders) {
+  const StoragePath paths(context.platform().fileManager(), context.platform().mainBundle());
+  const auto data = paths.appSupportDirectory(true);
+  const auto layouts = paths.profilesFileURL().filename().string();
+  FolderRequest request;
+  request.folders = {context.platform().fileManager().homeFolder() / "Library" / "Preferences",
+                     data, data / BackupManager::directoryName};
+  request.classify = [layouts](std::string_view name) {
+    return name == "com.apple.dock.plist" || name == layouts || name.starts_with("dock-")
+               ? FolderEntry::wanted
+               : FolderEntry::ignored;
+  };
+  request.limit = 100;
+  follower_ = folders.follow(std::move(request), [this](const FolderListing&) { reload(); });
 }
 
 void DockPage::importLayouts() {
@@ -84,33 +100,38 @@ void DockPage::importLayouts() {
 
 void DockPage::reload() {
   services_.attempt([&] { profiles_.reload(); });
-  backups_->refresh();
+  if (stack_->currentWidget() == backups_)
+    backups_->refresh();
 }
 
 void DockPage::refresh() {
-  std::vector<PanelRow> rows;
-  order_.clear();
   const auto& file = profiles_.file();
-  for (const auto& profile : file.profiles) {
-    PanelRow row;
-    row.id = QString::fromStdString(profile.id.text());
-    row.title = QString::fromStdString(profile.name);
-    row.dot = profileColour(profile.color);
-    row.isChecked = file.activeProfileId == profile.id;
-    rows.push_back(row);
+  order_.clear();
+  for (const auto& profile : file.profiles)
     order_.push_back(profile.id);
-  }
-  PanelRow backups;
-  backups.id = QString::fromUtf8(backupsRow);
-  backups.title = worded("Backups");
-  backups.symbol = QStringLiteral("clock");
-  rows.push_back(backups);
-  list_->setRows(rows);
   const bool isBackups = stack_->currentWidget() == backups_ && !chosen_;
   if (chosen_ && std::ranges::count(order_, *chosen_) == 0)
     chosen_.reset();
   if (!chosen_ && !isBackups && !order_.empty())
     chosen_ = order_.front();
+  std::vector<PanelRow> rows;
+  for (const auto& profile : file.profiles) {
+    PanelRow row;
+    row.id = QString::fromStdString(profile.id.text());
+    row.title = QString::fromStdString(profile.name);
+    row.dot = profileColour(profile.color);
+    if (file.activeProfileId == profile.id)
+      row.subtitle = job_.hasDock() ? worded("In the Dock") : worded("Written last");
+    row.isChecked = chosen_ == profile.id;
+    rows.push_back(row);
+  }
+  PanelRow backups;
+  backups.id = QString::fromUtf8(backupsRow);
+  backups.title = worded("Backups");
+  backups.symbol = QStringLiteral("clock");
+  backups.isChecked = isBackups;
+  rows.push_back(backups);
+  list_->setRows(rows);
   if (chosen_ && layout_->show(*chosen_)) {
     stack_->setCurrentWidget(layout_);
     list_->setCurrentRow(static_cast<int>(std::ranges::find(order_, *chosen_) - order_.begin()));
@@ -126,32 +147,21 @@ void DockPage::choose(int row) {
     chosen_ = order_[static_cast<std::size_t>(row)];
   } else {
     chosen_.reset();
-    backups_->refresh();
     stack_->setCurrentWidget(backups_);
+    backups_->refresh();
   }
   refresh();
 }
 
-void DockPage::progress(const std::string& sentence, bool isTrouble) {
-  services_.tell(QString::fromStdString(sentence), isTrouble);
+void DockPage::progress(const std::string& sentence, DockJob::Stage stage) {
   reload();
-}
-
-QImage DockPage::icon(const DockItem& item, int side, double scale) {
-  const auto* app = item.app();
-  if (app == nullptr)
-    return {};
-  const auto [found, isNew] = iconNames_.try_emplace(app->path);
-  if (isNew)
-    asking_.push_back(applications_.find(
-        {*app}, [this, path = app->path](const std::vector<std::optional<ApplicationInfo>>& infos) {
-          if (!infos.empty() && infos.front()) {
-            iconNames_[path] = infos.front()->icon;
-            layout_->refreshIcons();
-          }
-        }));
-  return found->second ? icons_.image(*found->second, side, static_cast<int>(std::ceil(scale)))
-                       : QImage();
+  const auto words = QString::fromStdString(sentence);
+  if (stage == DockJob::Stage::begun)
+    services_.tellProgress(words);
+  else if (stage == DockJob::Stage::done && services_.history.canUndo())
+    services_.offerUndo(words);
+  else
+    services_.tell(words, stage == DockJob::Stage::failed);
 }
 
 } // namespace tavrin

@@ -1,9 +1,10 @@
 #pragma once
 
+#include "TavrinPlatform/FolderWatch.h"
+#include "TavrinSettings/Base/InstalledApps.h"
 #include "TavrinSettings/Dock/LayoutPane.h"
-#include "TavrinWidgetsUI/Kit/Pictures/AppIcons.h"
 
-#include <map>
+#include <memory>
 
 class QStackedWidget;
 
@@ -17,27 +18,25 @@ class PanelList;
 class DockPage : public QWidget {
 public:
   DockPage(PageServices& services, HostContext& context, History& history, RunLoop& runLoop,
-           ApplicationLibrary& applications, QWidget* parent = nullptr);
+           InstalledApps& apps, FolderWatch& folders, QWidget* parent = nullptr);
 
-  /// Reads everything anew: for when the page is shown, or others changed something.
+  /// Reads everything anew. It does so by itself when the Dock's file, the layouts or the backups
+  /// change.
   void reload();
 
 private:
   void importLayouts();
   void refresh();
   void choose(int row);
-  QImage icon(const DockItem& item, int side, double scale);
-  void progress(const std::string& sentence, bool isTrouble);
+  void make();
+  void follow(HostContext& context, FolderWatch& folders);
+  void progress(const std::string& sentence, DockJob::Stage stage);
 
   PageServices& services_;
   ProfilesEditor profiles_;
   DockJob job_;
   DockServicesOfPage dock_;
-  ApplicationLibrary& applications_;
-  AppIcons icons_;
-  /// By path: the icon's name, once it is known.
-  std::map<std::string, std::optional<std::string>> iconNames_;
-  std::vector<TokenPtr> asking_;
+  std::unique_ptr<FolderFollower> follower_;
   PanelList* list_;
   QStackedWidget* stack_;
   LayoutPane* layout_;

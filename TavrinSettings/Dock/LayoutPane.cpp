@@ -1,6 +1,5 @@
 #include "TavrinSettings/Dock/LayoutPane.h"
 
-#include "TavrinCore/Settings/HotkeyText.h"
 #include "TavrinCore/Text/Text.h"
 #include "TavrinSettings/Dock/DockItemRow.h"
 #include "TavrinSettings/Form/ShortcutRecorder.h"
@@ -142,6 +141,12 @@ void LayoutPane::makeRows() {
 void LayoutPane::makeActions(QVBoxLayout* column) {
   difference_ = new PanelText({}, PanelTextStyle::secondary, this);
   column->addWidget(difference_);
+  noDock_ = new PanelText(
+      worded("No Dock runs on this computer. Writing a layout puts it into {file}, where a Dock "
+             "finds it when it starts; nothing else changes.",
+             {{"file", "~/Library/Preferences/com.apple.dock.plist"}}),
+      PanelTextStyle::secondary, this);
+  column->addWidget(noDock_);
   auto* row = new QHBoxLayout;
   apply_ = new PanelButton(
       PanelButton::Kind::prominent, worded("Apply"),
@@ -172,8 +177,8 @@ void LayoutPane::makeActions(QVBoxLayout* column) {
       [this] {
         const auto name = name_->text();
         if (services_.page.attempt([&] { services_.profiles.remove(id_); }))
-          services_.page.tell(worded("“{name}” is deleted. Undo brings it back.", {{"name", name}}),
-                              false);
+          services_.page.offerUndo(
+              worded("“{name}” is deleted. Undo brings it back.", {{"name", name}}));
       },
       this);
   row->addWidget(apply_);
@@ -226,14 +231,11 @@ bool LayoutPane::show(const UUID& id) {
   shortcut_->setHotkey(profile->hotkey);
   items_->setItems(profile->items, profile->others);
   showDifference(*profile);
+  const bool hasDock = services_.job.hasDock();
+  noDock_->setVisible(!hasDock);
+  apply_->setTitle(hasDock ? worded("Apply") : worded("Write"));
   apply_->setEnabled(!services_.job.isRunning());
   return true;
-}
-
-void LayoutPane::refreshIcons() {
-  items_->update();
-  for (auto* child : items_->findChildren<QWidget*>())
-    child->update();
 }
 
 void LayoutPane::showDifference(const Profile& profile) {
@@ -243,10 +245,14 @@ void LayoutPane::showDifference(const Profile& profile) {
     const auto report = DockChangeDetector::diff(dock, asRead(profile.snapshot(dock.capturedAt)));
     const bool isActive = services_.profiles.file().activeProfileId == profile.id;
     difference_->setStyle(PanelTextStyle::secondary);
-    difference_->setWords(report.hasChanges() ? worded("Applying it {changes}.",
-                                                       {{"changes", differenceWords(report)}})
-                          : isActive          ? worded("The Dock shows it.")
-                                              : worded("The Dock shows the same items."));
+    const bool hasDock = services_.job.hasDock();
+    const auto changes = differenceWords(report);
+    difference_->setWords(
+        report.hasChanges() ? (hasDock ? worded("Applying it {changes}.", {{"changes", changes}})
+                                       : worded("Writing it {changes}.", {{"changes", changes}}))
+        : !hasDock          ? worded("It is what is written already.")
+        : isActive          ? worded("The Dock shows it.")
+                            : worded("The Dock shows the same items."));
   } catch (const std::exception& error) {
     difference_->setStyle(PanelTextStyle::trouble);
     difference_->setWords(QString::fromUtf8(error.what()) + QLatin1Char('.'));
@@ -255,11 +261,8 @@ void LayoutPane::showDifference(const Profile& profile) {
 
 void LayoutPane::setShortcut(const std::optional<Hotkey>& hotkey) {
   services_.page.attempt([&] {
-    for (const auto& other : services_.profiles.file().profiles)
-      if (hotkey && other.id != id_ && other.hotkey == hotkey)
-        throw HostError(ExitCode::refusedValue,
-                        translated("{shortcut} is the shortcut of \"{name}\"",
-                                   {{"shortcut", hotkeyText(*hotkey)}, {"name", other.name}}));
+    if (hotkey)
+      services_.profiles.library().requireFree(*hotkey, id_);
     edit(marked("Shortcut of {name}"), "", [&](Profile& profile) { profile.hotkey = hotkey; });
   });
 }

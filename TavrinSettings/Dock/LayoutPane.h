@@ -38,7 +38,6 @@ public:
 
   /// False where it is gone.
   bool show(const UUID& id);
-  void refreshIcons();
 
 private:
   void makeRows();
@@ -57,6 +56,8 @@ private:
   ShortcutRecorder* shortcut_;
   DockItemRow* items_;
   PanelText* difference_;
+  /// What applying does where there is no Dock.
+  PanelText* noDock_;
   PanelButton* apply_;
 };
 

@@ -18,6 +18,8 @@ public:
   /// stops it; nothing is changed then.
   virtual std::vector<std::string> undo() = 0;
   virtual std::vector<std::string> redo() = 0;
+  /// Whether taking it back, or doing it again, goes on after the call and then says how it ended.
+  virtual bool tellsItself() const { return false; }
   /// Takes in `next`, which was done right after it, where the two are one to the user: letters
   /// typed into one field. False where they are not.
   virtual bool absorb(const HistoryStep& next) {
@@ -42,6 +44,8 @@ public:
   /// Empty where there is nothing.
   std::string undoTitle() const { return canUndo() ? steps_[done_ - 1]->title() : std::string(); }
   std::string redoTitle() const { return canRedo() ? steps_[done_]->title() : std::string(); }
+  bool undoTellsItself() const { return canUndo() && steps_[done_ - 1]->tellsItself(); }
+  bool redoTellsItself() const { return canRedo() && steps_[done_]->tellsItself(); }
   /// What they throw leaves the step where it was.
   std::vector<std::string> undo();
   std::vector<std::string> redo();

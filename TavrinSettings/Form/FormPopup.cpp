@@ -53,10 +53,11 @@ void FormPopup::place() {
   x = std::clamp(x, room.left(), std::max(room.left(), room.right() + 1 - width));
   const int below = anchor.bottom() + 1 + popupGap;
   const int above = anchor.top() - popupGap - height;
+  if (!isAbove_)
+    isAbove_ = below + height > room.bottom() + 1 && above >= room.top();
   // Over the owner where neither side has room.
-  const int y = below + height <= room.bottom() + 1 ? below
-                : above >= room.top()               ? above
-                                                    : room.bottom() + 1 - height;
+  const int y = *isAbove_ ? std::max(above, room.top())
+                          : std::min(below, room.bottom() + 1 - height);
   setGeometry(x, y, width, height);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QWidget>
+#include <optional>
 
 namespace tavrin {
 
@@ -27,6 +28,8 @@ private:
   bool holds(const QObject* object) const;
 
   QWidget* owner_;
+  /// Chosen when it is opened, so that it stays where it is whatever its content becomes.
+  std::optional<bool> isAbove_;
 };
 
 } // namespace tavrin

@@ -6,6 +6,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
+#include <QKeyEvent>
 #include <QVBoxLayout>
 
 namespace tavrin {
@@ -34,13 +35,22 @@ PickerPopup::PickerPopup(QWidget* owner, const QString& name, const QString& pro
   trouble_->setContentsMargins(panel::grid, 0, panel::grid, panel::grid);
   column->addWidget(trouble_);
   column->addWidget(list_);
+  column->addStretch(1);
   setFixedWidth(std::max(popupWidth, owner->width()));
 }
 
 void PickerPopup::open() {
   ask({});
+  if (search_ != nullptr)
+    keepHeight();
   FormPopup::open();
   (search_ != nullptr ? static_cast<QWidget*>(search_) : list_)->setFocus(Qt::PopupFocusReason);
+}
+
+/// What is typed must not move what it is typed into.
+void PickerPopup::keepHeight() {
+  const int rows = items_.empty() ? visibleRows : std::min(list_->count(), visibleRows);
+  setFixedHeight(search_->sizeHint().height() + 3 * panel::grid + rows * list_->rowHeight());
 }
 
 void PickerPopup::ask(const QString& words) {
@@ -81,13 +91,30 @@ void PickerPopup::choose(int index) {
     tell(item);
 }
 
+DropButton::DropButton(std::function<void()> open)
+    : PanelButton(PanelButton::Kind::quiet, {}, std::move(open)) {
+  setSymbol(QStringLiteral("chevron.down"));
+  setMaximumWidth(260);
+}
+
+void DropButton::show(const QString& name, const QString& chosen) {
+  setTitle(chosen);
+  setAccessibleName(name);
+  setAccessibleDescription(chosen);
+}
+
+void DropButton::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Down || event->key() == Qt::Key_Up)
+    click();
+  else
+    PanelButton::keyPressEvent(event);
+}
+
 PickerControl::PickerControl(const FieldInfo& field, const QString& prompt, PickerSource source,
                              std::function<QString(const JSONValue&, const JSONValue&)> titleOf)
     : FormControl(field), prompt_(prompt), source_(std::move(source)), titleOf_(std::move(titleOf)),
-      button_(new PanelButton(PanelButton::Kind::quiet, {}, [this] { open(); })) {
+      button_(new DropButton([this] { open(); })) {
   makeRow()->addWidget(button_);
-  button_->setSymbol(QStringLiteral("chevron.down"));
-  button_->setMaximumWidth(260);
 }
 
 void PickerControl::setValue(const JSONValue& value, const JSONValue& record) {
@@ -97,10 +124,7 @@ void PickerControl::setValue(const JSONValue& value, const JSONValue& record) {
 }
 
 void PickerControl::refresh() {
-  const auto words = value_.isNull() ? worded(field().absent) : titleOf_(value_, record_);
-  button_->setTitle(words);
-  button_->setAccessibleName(title());
-  button_->setAccessibleDescription(words);
+  button_->show(title(), value_.isNull() ? worded(field().absent) : titleOf_(value_, record_));
 }
 
 QWidget* PickerControl::target() {

@@ -2,13 +2,12 @@
 
 #include "TavrinSettings/Form/FormControl.h"
 #include "TavrinSettings/Form/FormPopup.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
 
 #include <QPointer>
 
 namespace tavrin {
-
-class PanelButton;
 
 /// One thing that a picker offers.
 struct PickerItem {
@@ -32,6 +31,7 @@ public:
 
 private:
   void ask(const QString& words);
+  void keepHeight();
   void take(std::vector<PickerItem> items, const QString& trouble);
   void choose(int index);
 
@@ -41,6 +41,18 @@ private:
   PanelList* list_;
   class PanelText* trouble_;
   TokenPtr asking_;
+};
+
+/// What everything is dropped down from: its title is what is chosen. Down and Up open it as a press
+/// does.
+class DropButton : public PanelButton {
+public:
+  explicit DropButton(std::function<void()> open);
+  /// `name` is what is chosen of, `chosen` what.
+  void show(const QString& name, const QString& chosen);
+
+protected:
+  void keyPressEvent(QKeyEvent* event) override;
 };
 
 /// A button with what is chosen, and the list that it opens.
@@ -67,7 +79,7 @@ private:
   std::function<QString(const JSONValue&, const JSONValue&)> titleOf_;
   JSONValue value_;
   JSONValue record_;
-  PanelButton* button_;
+  DropButton* button_;
   QPointer<PickerPopup> popup_;
 };
 

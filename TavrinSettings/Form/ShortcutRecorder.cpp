@@ -21,6 +21,7 @@ std::string keyName(const QKeyEvent& event) {
   case Qt::Key_Enter:
     return "return";
   case Qt::Key_Tab:
+  case Qt::Key_Backtab:
     return "tab";
   case Qt::Key_Left:
     return "left";
@@ -129,6 +130,12 @@ bool ShortcutRecorder::eventFilter(QObject*, QEvent* event) {
   if (event->type() != QEvent::KeyPress)
     return false;
   const auto& key = static_cast<const QKeyEvent&>(*event);
+  // Tab leads on from here as from everywhere.
+  const bool isTab = key.key() == Qt::Key_Tab && key.modifiers() == Qt::NoModifier;
+  if (isTab || (key.key() == Qt::Key_Backtab && key.modifiers() == Qt::ShiftModifier)) {
+    listen(false);
+    return false;
+  }
   if (key.key() == Qt::Key_Escape && key.modifiers() == Qt::NoModifier)
     listen(false);
   else if (!isModifier(key.key()))

@@ -13,7 +13,7 @@ namespace tavrin {
 class PanelButton;
 
 /// A shortcut, set by pressing it: a button that shows it and, pressed, waits for the keys; and one
-/// that takes it away. Escape, and leaving the button, end the waiting.
+/// that takes it away. Escape, and leaving the button, also by Tab, end the waiting.
 class ShortcutRecorder : public QWidget {
 public:
   /// `none` is shown where there is no shortcut.

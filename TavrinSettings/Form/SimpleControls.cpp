@@ -1,15 +1,14 @@
 #include "TavrinSettings/Form/SimpleControls.h"
 
 #include "TavrinCore/Settings/SettingText.h"
+#include "TavrinSettings/Form/Picker.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelFont.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelSegments.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
-#include <QComboBox>
 #include <QDateTimeEdit>
 #include <QDoubleSpinBox>
-#include <QLabel>
 #include <QLineEdit>
 #include <QSignalBlocker>
 #include <algorithm>
@@ -68,31 +67,43 @@ ChoiceControl::ChoiceControl(const FieldInfo& field,
 
 void ChoiceControl::make() {
   delete segments_;
-  delete box_;
+  delete drop_;
   segments_ = nullptr;
-  box_ = nullptr;
-  QStringList titles;
-  for (const auto& choice : choices_)
-    titles.append(choice.second);
+  drop_ = nullptr;
   if (fitsSegments(choices_)) {
+    QStringList titles;
+    for (const auto& choice : choices_)
+      titles.append(choice.second);
     segments_ = new PanelSegments(title(), titles, this);
     segments_->onChange = [this](int index) { chose(index); };
     layout()->addWidget(segments_);
   } else {
-    box_ = new QComboBox(this);
-    box_->addItems(titles);
-    box_->setAccessibleName(title());
-    box_->setFont(panelFont(PanelTextStyle::body));
-    box_->setMinimumContentsLength(8);
-    box_->setSizeAdjustPolicy(QComboBox::AdjustToContents);
-    connect(box_, &QComboBox::activated, this, [this](int index) { chose(index); });
-    layout()->addWidget(box_);
-    // The toolkit names a combo box by its value, and takes only what stands beside it for its label.
-    auto* label = new QLabel(title(), box_->parentWidget());
-    label->setBuddy(box_);
-    label->hide();
-    connect(box_, &QObject::destroyed, label, &QObject::deleteLater);
+    drop_ = new DropButton([this] { open(); });
+    layout()->addWidget(drop_);
   }
+}
+
+ChoiceControl::~ChoiceControl() {
+  delete popup_;
+}
+
+void ChoiceControl::open() {
+  if (popup_ && popup_->isVisible())
+    return;
+  const auto source = [this](const QString&, const PickerAnswer& answer) -> TokenPtr {
+    std::vector<PickerItem> items;
+    for (const auto& [value, words] : choices_)
+      items.push_back({.row = {.id = QString::number(items.size()),
+                               .title = words,
+                               .isChecked = value == value_},
+                       .values = {{{}, value, {}}}});
+    answer(std::move(items), {});
+    return nullptr;
+  };
+  auto* popup = new PickerPopup(drop_, title(), {}, source);
+  popup->onChoose = [this](const PickerItem& item) { chose(item.row.id.toInt()); };
+  popup_ = popup;
+  popup->open();
 }
 
 void ChoiceControl::chose(int index) {
@@ -117,11 +128,11 @@ void ChoiceControl::setValue(const JSONValue& value, const JSONValue& record) {
   if (segments_ != nullptr)
     segments_->setCurrent(static_cast<int>(place));
   else
-    box_->setCurrentIndex(static_cast<int>(place));
+    drop_->show(title(), choices_[static_cast<std::size_t>(place)].second);
 }
 
 QWidget* ChoiceControl::target() {
-  return segments_ != nullptr ? static_cast<QWidget*>(segments_) : box_;
+  return segments_ != nullptr ? static_cast<QWidget*>(segments_) : drop_;
 }
 
 NumberControl::NumberControl(const FieldInfo& field) : FormControl(field), box_(new NumberBox) {

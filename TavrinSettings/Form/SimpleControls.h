@@ -2,15 +2,16 @@
 
 #include "TavrinSettings/Form/FormControl.h"
 
+#include <QPointer>
 #include <vector>
 
-class QComboBox;
 class QDateTimeEdit;
 class QDoubleSpinBox;
 class QLineEdit;
 
 namespace tavrin {
 
+class DropButton;
 class PanelSegments;
 class PanelSwitch;
 class PanelTextEdit;
@@ -26,7 +27,8 @@ private:
   PanelSwitch* toggle_;
 };
 
-/// One of a few values: side by side where they are few and short, otherwise in a box.
+/// One of a few values: side by side where they are few and short, otherwise in a list that drops
+/// down.
 class ChoiceControl : public FormControl {
 public:
   /// A value and what it is called.
@@ -35,18 +37,21 @@ public:
   /// `choices` are those beside the record's other settings.
   ChoiceControl(const FieldInfo& field,
                 std::function<std::vector<Choice>(const JSONValue& record)> choices);
+  ~ChoiceControl() override;
   void setValue(const JSONValue& value, const JSONValue& record) override;
   QWidget* target() override;
 
 private:
   void make();
   void chose(int index);
+  void open();
 
   std::function<std::vector<Choice>(const JSONValue&)> makeChoices_;
   std::vector<Choice> choices_;
   JSONValue value_;
   PanelSegments* segments_ = nullptr;
-  QComboBox* box_ = nullptr;
+  DropButton* drop_ = nullptr;
+  QPointer<QWidget> popup_;
 };
 
 /// A number in a range, in the unit it is shown in.

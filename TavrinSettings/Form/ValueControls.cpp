@@ -3,7 +3,7 @@
 #include "TavrinCore/Base/FileURL.h"
 #include "TavrinCore/Kinds/Note/NoteSettings.h"
 #include "TavrinCore/Kinds/Runs/TimerSettings.h"
-#include "TavrinSettings/Form/FormPopup.h"
+#include "TavrinSettings/Form/Picker.h"
 #include "TavrinSettings/Form/ShortcutRecorder.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
@@ -74,9 +74,8 @@ void ColourControl::setValue(const JSONValue& value, const JSONValue& record) {
 
 SymbolControl::SymbolControl(const FieldInfo& field)
     : FormControl(field),
-      button_(new PanelButton(PanelButton::Kind::quiet, {}, [this] { open(); })) {
+      button_(new DropButton([this] { open(); })) {
   makeRow()->addWidget(button_);
-  button_->setMaximumWidth(260);
 }
 
 SymbolControl::~SymbolControl() {
@@ -87,9 +86,7 @@ void SymbolControl::setValue(const JSONValue& value, const JSONValue&) {
   value_ = value;
   const auto name = text(value.string() != nullptr ? *value.string() : std::string());
   button_->setSymbol(name);
-  button_->setTitle(name);
-  button_->setAccessibleName(title());
-  button_->setAccessibleDescription(name);
+  button_->show(title(), name);
 }
 
 QWidget* SymbolControl::target() {

@@ -6,6 +6,7 @@
 
 namespace tavrin {
 
+class DropButton;
 class PanelButton;
 class PanelGrid;
 class PanelSwatch;
@@ -54,7 +55,7 @@ private:
   void open();
 
   JSONValue value_;
-  PanelButton* button_;
+  DropButton* button_;
   QPointer<class FormPopup> popup_;
 };
 

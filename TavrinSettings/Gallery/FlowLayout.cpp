@@ -1,5 +1,6 @@
 #include "TavrinSettings/Gallery/FlowLayout.h"
 
+#include <QStyle>
 #include <QWidget>
 #include <algorithm>
 
@@ -41,6 +42,8 @@ int FlowLayout::lay(const QRect& rect, bool isReal) const {
   int x = 0;
   int y = rect.y();
   int rowHeight = 0;
+  const auto direction =
+      parentWidget() != nullptr ? parentWidget()->layoutDirection() : Qt::LeftToRight;
   for (auto* item : items_) {
     if (item->isEmpty())
       continue;
@@ -52,7 +55,8 @@ int FlowLayout::lay(const QRect& rect, bool isReal) const {
     const int height =
         item->hasHeightForWidth() ? item->heightForWidth(width) : item->sizeHint().height();
     if (isReal)
-      item->setGeometry({rect.x() + x * (width + spacing()), y, width, height});
+      item->setGeometry(QStyle::visualRect(direction, rect,
+                                           {rect.x() + x * (width + spacing()), y, width, height}));
     rowHeight = std::max(rowHeight, height);
     ++x;
   }

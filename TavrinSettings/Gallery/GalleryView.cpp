@@ -2,6 +2,7 @@
 
 #include "TavrinCore/Kinds/Note/NoteSettings.h"
 #include "TavrinCore/Kinds/System/CountdownSettings.h"
+#include "TavrinSettings/Base/VisibleTick.h"
 #include "TavrinSettings/Editing/StripOrder.h"
 #include "TavrinSettings/Gallery/FlowLayout.h"
 #include "TavrinSettings/Gallery/KindSearch.h"
@@ -34,8 +35,8 @@ GalleryView::GalleryView(PageServices& services, QWidget* parent)
   search_->setAccessibleName(worded("Search widgets"));
   search_->onChange = [this](const QString& words) { search(words); };
   search_->onReturn = [this] {
-    if (const auto shown = shownKinds(); !shown.empty() && !search_->text().isEmpty())
-      shown.front()->click();
+    if (!order_.empty() && !search_->text().isEmpty())
+      order_.front()->click();
   };
   top->addWidget(search_, 1);
   starter_ = new PanelButton(
@@ -75,6 +76,11 @@ GalleryView::GalleryView(PageServices& services, QWidget* parent)
   column->addWidget(scroll_, 1);
   makeKinds();
   search({});
+  new VisibleTick(this, [this] {
+    for (const auto* shown : {&keptCards_, &order_})
+      for (auto* card : *shown)
+        card->tick();
+  });
 }
 
 void GalleryView::makeKinds() {
@@ -90,9 +96,7 @@ void GalleryView::makeKinds() {
                                 worded(kind.title), worded(kind.purpose), kinds_);
     card->setAccessibleName(worded("Add {name}", {{"name", translation(kind.title)}}));
     QObject::connect(card, &QAbstractButton::clicked, this, [this, &kind] { add(kind); });
-    card->onMove = [this, card](int cards, int rows) {
-      moveFocus(shownKinds(), *kindFlow_, card, cards, rows);
-    };
+    follow(card);
     kindCards_.push_back(card);
   }
 }
@@ -112,7 +116,7 @@ void GalleryView::search(const QString& words) {
   for (auto* card : kindCards_)
     card->hide();
   order_.clear();
-  QWidget* before = search_;
+  QWidget* before = kinds_;
   for (const auto* kind : found) {
     auto* card = kindCards_[static_cast<std::size_t>(kind - allKinds().data())];
     kindFlow_->addWidget(card);
@@ -130,28 +134,88 @@ void GalleryView::search(const QString& words) {
   kindsTitle_->setVisible(!found.empty());
 }
 
-std::vector<WidgetCard*> GalleryView::shownKinds() const {
-  return order_;
+void GalleryView::follow(WidgetCard* card) {
+  card->onKey = [this, card](int key) { return moveFocus(card, key); };
+  card->onFocus = [this, card] {
+    stop_ = card;
+    placeStop();
+    scroll_->ensureWidgetVisible(card);
+  };
 }
 
-void GalleryView::moveFocus(const std::vector<WidgetCard*>& cards, FlowLayout& flow,
-                            WidgetCard* from, int steps, int rows) {
-  const auto found = std::ranges::find(cards, from);
-  if (found == cards.end())
-    return;
-  const auto next = (found - cards.begin()) + steps + rows * flow.columns();
-  if (next < 0)
-    return search_->setFocus(Qt::TabFocusReason);
-  if (next >= static_cast<std::ptrdiff_t>(cards.size()))
-    return;
-  auto* card = cards[static_cast<std::size_t>(next)];
-  card->setFocus(Qt::TabFocusReason);
-  scroll_->ensureWidgetVisible(card);
+std::vector<WidgetCard*> GalleryView::cards() const {
+  std::vector<WidgetCard*> all = keptCards_;
+  all.insert(all.end(), order_.begin(), order_.end());
+  std::erase_if(all, [](const WidgetCard* card) { return !card->isEnabled(); });
+  return all;
 }
 
-void GalleryView::refresh() {
-  const auto& file = services_.editor.file();
-  auto kept = keptOffStrip(file);
+void GalleryView::placeStop() {
+  const auto all = cards();
+  if (std::ranges::count(all, stop_) == 0)
+    stop_ = all.empty() ? nullptr : all.front();
+  for (auto* card : all)
+    card->setFocusPolicy(card == stop_ ? Qt::StrongFocus : Qt::ClickFocus);
+}
+
+/// The one nearest to `from` in the next row, or in the one before.
+WidgetCard* GalleryView::cardBeyond(const WidgetCard* from, bool isBelow) const {
+  const auto placeOf = [this](const WidgetCard* card) {
+    return QRect(card->mapTo(scroll_->widget(), QPoint()), card->size());
+  };
+  const QRect own = placeOf(from);
+  WidgetCard* nearest = nullptr;
+  std::pair<int, int> least;
+  for (auto* card : cards()) {
+    const QRect place = placeOf(card);
+    const int rows = isBelow ? place.top() - own.top() : own.top() - place.top();
+    const std::pair distance(rows, std::abs(place.center().x() - own.center().x()));
+    if (rows > 0 && (nearest == nullptr || distance < least)) {
+      nearest = card;
+      least = distance;
+    }
+  }
+  return nearest;
+}
+
+bool GalleryView::moveFocus(WidgetCard* from, int key) {
+  const auto all = cards();
+  const auto at = std::ranges::find(all, from) - all.begin();
+  const auto count = static_cast<std::ptrdiff_t>(all.size());
+  const auto nth = [&](std::ptrdiff_t index) {
+    return index >= 0 && index < count ? all[static_cast<std::size_t>(index)] : nullptr;
+  };
+  const int onwards = layoutDirection() == Qt::RightToLeft ? Qt::Key_Left : Qt::Key_Right;
+  WidgetCard* to = nullptr;
+  if (key == Qt::Key_Left || key == Qt::Key_Right)
+    to = nth(key == onwards ? at + 1 : at - 1);
+  else if (key == Qt::Key_Home || key == Qt::Key_End)
+    to = nth(key == Qt::Key_Home ? 0 : count - 1);
+  else if (key == Qt::Key_Up || key == Qt::Key_Down)
+    to = cardBeyond(from, key == Qt::Key_Down);
+  else
+    return false;
+  if (to != nullptr)
+    to->setFocus(Qt::TabFocusReason);
+  else if (key == Qt::Key_Up)
+    search_->setFocus(Qt::TabFocusReason);
+  return true;
+}
+
+WidgetCard* GalleryView::makeKept(const DockWidget& widget) {
+  auto* card = new WidgetCard(services_, widget, {widget.id, {}, widget.span},
+                              QString::fromStdString(widget.name),
+                              worded("Click to set it up, or drag it onto the strip."), kept_);
+  QObject::connect(card, &QAbstractButton::clicked, this, [this, id = widget.id] {
+    if (onOpen)
+      onOpen(id);
+  });
+  follow(card);
+  return card;
+}
+
+void GalleryView::refreshKept() {
+  auto kept = keptOffStrip(services_.editor.file());
   const QString words = search_->text().trimmed();
   if (!words.isEmpty()) {
     const auto kinds = kindsMatching(words.toStdString());
@@ -160,39 +224,65 @@ void GalleryView::refresh() {
              std::ranges::count(kinds, widget.kind.key(), &KindInfo::key) == 0;
     });
   }
-  for (auto* card : std::exchange(keptCards_, {})) {
-    keptFlow_->removeWidget(card);
-    card->hide();
-    card->deleteLater();
-  }
+  while (auto* item = keptFlow_->takeAt(0))
+    delete item;
+  // A card stays the same one, so that it keeps keyboard and mouse whatever changes around it.
+  auto before = std::exchange(keptCards_, {});
+  QWidget* last = kept_;
   for (const auto& widget : kept) {
-    auto* card = new WidgetCard(services_, widget, {widget.id, {}, widget.span},
-                                QString::fromStdString(widget.name),
-                                worded("Click to set it up, or drag it onto the strip."), kept_);
+    const auto found = std::ranges::find(before, widget.id,
+                                         [](const WidgetCard* card) { return card->record().id; });
+    WidgetCard* card = nullptr;
+    if (found != before.end()) {
+      card = *found;
+      before.erase(found);
+    } else {
+      card = makeKept(widget);
+    }
+    card->setRecord(widget, QString::fromStdString(widget.name));
     card->setAccessibleDescription(
         worded("{name}, kept off the strip", {{"name", widget.kind.title()}}));
-    QObject::connect(card, &QAbstractButton::clicked, this, [this, id = widget.id] {
-      if (onOpen)
-        onOpen(id);
-    });
-    card->onMove = [this, card](int cards, int rows) {
-      moveFocus(keptCards_, *keptFlow_, card, cards, rows);
-    };
     keptFlow_->addWidget(card);
     card->show();
     keptCards_.push_back(card);
+    setTabOrder(last, card);
+    last = card;
   }
+  for (auto* gone : before) {
+    gone->hide();
+    gone->deleteLater();
+  }
+  keptFlow_->invalidate();
   keptTitle_->setVisible(!kept.empty());
   kept_->setVisible(!kept.empty());
   kept_->updateGeometry();
+}
+
+void GalleryView::refresh() {
+  refreshKept();
+  const auto& file = services_.editor.file();
   starter_->setVisible(file.widgets.empty() && file.unrecognized.empty());
   const bool isFull = isStripFull(file);
   for (auto* card : kindCards_)
     card->setEnabled(!isFull);
+  placeStop();
+}
+
+void GalleryView::refreshTiles() {
+  for (auto* card : keptCards_)
+    card->refreshTile();
 }
 
 void GalleryView::focusSearch() {
   search_->setFocus(Qt::OtherFocusReason);
+}
+
+bool GalleryView::focusCard(const UUID& id) {
+  const auto found =
+      std::ranges::find(keptCards_, id, [](const WidgetCard* card) { return card->record().id; });
+  if (found != keptCards_.end())
+    (*found)->setFocus(Qt::TabFocusReason);
+  return found != keptCards_.end();
 }
 
 } // namespace tavrin

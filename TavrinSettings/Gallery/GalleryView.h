@@ -24,6 +24,10 @@ public:
   /// Shows what the editor says.
   void refresh();
   void focusSearch();
+  /// The card of a widget that is kept off the strip gets the keyboard. False where there is none.
+  bool focusCard(const UUID& id);
+  /// The tiles' pictures have come.
+  void refreshTiles();
 
   /// A widget was made.
   std::function<void(const UUID& id)> onAdd;
@@ -34,9 +38,15 @@ private:
   void makeKinds();
   void search(const QString& text);
   void add(const KindInfo& kind);
-  void moveFocus(const std::vector<WidgetCard*>& cards, FlowLayout& flow, WidgetCard* from,
-                 int steps, int rows);
-  std::vector<WidgetCard*> shownKinds() const;
+  void refreshKept();
+  WidgetCard* makeKept(const DockWidget& widget);
+  void follow(WidgetCard* card);
+  /// What shows and can be used, in reading order.
+  std::vector<WidgetCard*> cards() const;
+  bool moveFocus(WidgetCard* from, int key);
+  WidgetCard* cardBeyond(const WidgetCard* from, bool isBelow) const;
+  /// The cards are one stop of Tab, at the one that had the keyboard last.
+  void placeStop();
 
   PageServices& services_;
   PanelSearchField* search_;
@@ -53,6 +63,7 @@ private:
   std::vector<WidgetCard*> kindCards_;
   /// As they are shown.
   std::vector<WidgetCard*> order_;
+  WidgetCard* stop_ = nullptr;
   PanelEmptyState* none_;
 };
 

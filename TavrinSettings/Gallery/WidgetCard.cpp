@@ -7,6 +7,7 @@
 #include <QApplication>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QStyle>
 
 namespace tavrin {
 namespace {
@@ -25,6 +26,26 @@ WidgetCard::WidgetCard(PageServices& services, DockWidget widget, DragLoad load,
   setAccessibleDescription(sentence);
 }
 
+void WidgetCard::setRecord(const DockWidget& widget, const QString& title) {
+  if (widget == widget_ && title == title_)
+    return;
+  widget_ = widget;
+  load_.span = widget.span;
+  title_ = title;
+  setAccessibleName(title);
+  refreshTile();
+}
+
+void WidgetCard::tick() {
+  if (followsTime(widget_.kind) && services_.stage.view(widget_, {tileSide, 1}) != painted_)
+    refreshTile();
+}
+
+void WidgetCard::refreshTile() {
+  tile_ = {};
+  update();
+}
+
 QPixmap WidgetCard::tilePicture() {
   const double scale = devicePixelRatioF();
   if (tile_.isNull() || tile_.devicePixelRatio() != scale) {
@@ -32,6 +53,7 @@ QPixmap WidgetCard::tilePicture() {
     tile_.setDevicePixelRatio(scale);
     tile_.fill(Qt::transparent);
     QPainter painter(&tile_);
+    painted_ = services_.stage.view(widget_, {tileSide, 1});
     services_.stage.paint(painter, widget_, {tileSide, 1}, {0, 0});
   }
   return tile_;
@@ -46,26 +68,31 @@ void WidgetCard::paintEvent(QPaintEvent*) {
                       : isHot  ? colours.controlHover
                                : colours.control);
   painter.setOpacity(isEnabled() ? 1 : 0.45);
-  painter.drawPixmap(QPointF(padding, (height() - tileSide) / 2), tilePicture());
-  const QRectF words(padding * 2 + tileSide, padding,
-                     width() - 3 * padding - tileSide - (isHot ? plusSide : 0),
-                     height() - 2 * padding);
-  const QFontMetricsF titleMetrics(panelFont(PanelTextStyle::title));
-  const QFontMetricsF metrics(panelFont(PanelTextStyle::caption));
-  const double titleHeight = titleMetrics.lineSpacing();
-  const double room = metrics.lineSpacing() * 2;
-  const double top = (height() - titleHeight - room) / 2;
-  painter.setFont(panelFont(PanelTextStyle::title));
-  painter.setPen(colours.text);
-  painter.drawText(QRectF(words.left(), top, words.width(), titleHeight), Qt::AlignVCenter,
-                   titleMetrics.elidedText(title_, Qt::ElideRight, words.width()));
-  painter.setFont(panelFont(PanelTextStyle::caption));
+  const auto placed = [&](const QRectF& place) {
+    return panelPaint::visual(place, rect(), layoutDirection());
+  };
+  painter.drawPixmap(placed({padding, (height() - tileSide) / 2, tileSide, tileSide}).topLeft(),
+                     tilePicture());
+  const double left = padding * 2 + tileSide;
+  const double room = width() - 3 * padding - tileSide - (isHot ? plusSide : 0);
+  const QFont titleFont = panelFont(PanelTextStyle::title);
+  const QFont font = panelFont(PanelTextStyle::caption);
+  const double titleHeight = QFontMetricsF(titleFont).lineSpacing();
+  const double wordsHeight = QFontMetricsF(font).lineSpacing() * 2;
+  const double top = (height() - titleHeight - wordsHeight) / 2;
+  panelPaint::line(painter, title_, placed({left, top, room, titleHeight}), titleFont,
+                   colours.text);
+  const auto side = QStyle::visualAlignment(layoutDirection(), Qt::AlignLeading);
+  painter.setFont(font);
   painter.setPen(colours.secondary);
-  painter.drawText(QRectF(words.left(), top + titleHeight + 1, words.width(), room),
-                   Qt::TextWordWrap | Qt::AlignTop, sentence_);
+  painter.drawText(placed({left, top + titleHeight + 1, room, wordsHeight}),
+                   Qt::TextWordWrap | int((side | Qt::AlignTop | Qt::AlignAbsolute).toInt()),
+                   sentence_);
   if (isHot)
-    drawSymbol(painter, "plus.circle.fill",
-               QRectF(width() - padding - plusSide, padding, plusSide, plusSide), colours.accent);
+    drawSymbol(
+        painter, "plus.circle.fill",
+        placed({static_cast<double>(width() - padding - plusSide), padding, plusSide, plusSide}),
+        colours.accent);
 }
 
 void WidgetCard::mousePressEvent(QMouseEvent* event) {
@@ -93,25 +120,17 @@ void WidgetCard::mouseReleaseEvent(QMouseEvent* event) {
 }
 
 void WidgetCard::keyPressEvent(QKeyEvent* event) {
-  const auto move = [&](int cards, int rows) {
-    if (onMove)
-      onMove(cards, rows);
-  };
-  switch (event->key()) {
-  case Qt::Key_Left:
-    return move(-1, 0);
-  case Qt::Key_Right:
-    return move(1, 0);
-  case Qt::Key_Up:
-    return move(0, -1);
-  case Qt::Key_Down:
-    return move(0, 1);
-  case Qt::Key_Return:
-  case Qt::Key_Enter:
-    return click();
-  default:
+  const bool isPlain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
+  if (isPlain && (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter))
+    click();
+  else if (!isPlain || !onKey || !onKey(event->key()))
     QAbstractButton::keyPressEvent(event);
-  }
+}
+
+void WidgetCard::focusInEvent(QFocusEvent* event) {
+  QAbstractButton::focusInEvent(event);
+  if (onFocus)
+    onFocus();
 }
 
 void WidgetCard::enterEvent(QEnterEvent*) {

@@ -16,8 +16,15 @@ public:
              const QString& sentence, QWidget* parent);
 
   const DockWidget& record() const { return widget_; }
-  /// An arrow key was pressed: so many cards on, or rows.
-  std::function<void(int cards, int rows)> onMove;
+  void setRecord(const DockWidget& widget, const QString& title);
+  /// Time has passed: paints where that can be seen.
+  void tick();
+  /// The tile's pictures have come.
+  void refreshTile();
+
+  /// A key of those that lead from card to card; whether it led on.
+  std::function<bool(int key)> onKey;
+  std::function<void()> onFocus;
 
   QSize sizeHint() const override { return {260, 84}; }
 
@@ -27,6 +34,7 @@ protected:
   void mouseMoveEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
+  void focusInEvent(QFocusEvent* event) override;
   void enterEvent(QEnterEvent* event) override;
   void leaveEvent(QEvent* event) override;
 
@@ -39,6 +47,7 @@ private:
   QString title_;
   QString sentence_;
   QPixmap tile_;
+  AnyView painted_;
   std::optional<QPoint> pressedAt_;
 };
 

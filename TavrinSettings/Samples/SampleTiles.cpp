@@ -50,7 +50,9 @@ struct Stand {
   const Calendar& calendar;
   const NumberNotation& notation;
   EmojiGlyphs& glyphs;
-  const std::function<QImage(const AppEntry&, int)>& applicationIcon;
+  const std::function<CollectionTileApp(const AppEntry&, int)>& application;
+
+  bool isOfAKind() const { return widget.id == UUID(); }
 };
 
 template <class Wide, class Icon>
@@ -72,23 +74,21 @@ FileSheet sheetOf(const char* name) {
 
 AnyView draw(const Stand& c, const CollectionSettings& settings) {
   std::vector<CollectionTileApp> apps;
-  const int count = settings.apps.empty() ? 4 : static_cast<int>(settings.apps.size());
+  const bool isSample = settings.apps.empty() && c.isOfAKind();
+  const int count = isSample ? 4 : static_cast<int>(settings.apps.size());
   const auto cells = CollectionCells::of(settings.layout, count, c.size);
   const int side = std::max(1, static_cast<int>(std::lround(cells.side)));
   static const char* const names[] = {marked("Browser"), marked("Terminal"), marked("Mail"),
                                       marked("Music")};
   for (int i = 0; i < std::min(count, cells.room()); ++i) {
     const auto index = static_cast<std::size_t>(i);
-    if (settings.apps.empty()) {
+    if (isSample)
       apps.push_back({worded(names[i % 4]), samples::applicationIcon(index, 2 * side), false});
-      continue;
-    }
-    const auto& app = settings.apps[index];
-    apps.push_back({QString::fromStdString(
-                        app.displayName.value_or(std::filesystem::path(app.path).stem().string())),
-                    c.applicationIcon ? c.applicationIcon(app, side)
-                                      : samples::applicationIcon(index, 2 * side),
-                    false});
+    else if (c.application)
+      apps.push_back(c.application(settings.apps[index], side));
+    else
+      apps.push_back({QString::fromStdString(DockItem{settings.apps[index]}.displayName()),
+                      samples::applicationIcon(index, 2 * side), false});
   }
   const auto name = QString::fromStdString(c.widget.name);
   return either(
@@ -288,7 +288,7 @@ AnyView draw(const Stand& c, const ClipboardSettings& settings) {
 
 AnyView draw(const Stand& c, const BookmarkSettings& settings) {
   auto shown = settings;
-  if (settings.bookmarks.empty() && settings.folders.empty())
+  if (settings.bookmarks.empty() && settings.folders.empty() && c.isOfAKind())
     shown.bookmarks = {{translated("News"), "https://news.example"},
                        {translated("Weather"), "https://weather.example"},
                        {translated("Board"), "https://board.example"},
@@ -333,7 +333,7 @@ AnyView draw(const Stand& c, const ShelfSettings& settings) {
   ShelfReading reading;
   for (const auto& path : settings.paths)
     reading.sheets.push_back(fileSheet(path, false, {}));
-  if (reading.sheets.empty())
+  if (reading.sheets.empty() && c.isOfAKind())
     reading.sheets = {sheetOf("plan.pdf"), sheetOf("song.flac"), sheetOf("table.ods")};
   reading.count = reading.sheets.size();
   reading.sheets.resize(std::min(reading.sheets.size(), c.size.isWide() ? mostTileSheets : 2));
@@ -380,7 +380,7 @@ AnyView draw(const Stand& c, const KeyboardLockSettings& settings) {
 } // namespace
 
 AnyView SampleTiles::tile(const DockWidget& widget, const TileSize& size, Date now) {
-  const Stand stand{widget, size, now, calendar_, notation_, glyphs_, applicationIcon};
+  const Stand stand{widget, size, now, calendar_, notation_, glyphs_, application};
   return visitKind(widget.kind,
                    [&](const auto& settings) -> AnyView { return draw(stand, settings); });
 }

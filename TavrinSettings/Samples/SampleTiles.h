@@ -5,26 +5,26 @@
 #include "TavrinCore/Kinds/Converter/NumberNotation.h"
 #include "TavrinCore/Widgets/DockWidget.h"
 #include "TavrinPlatform/RunLoop.h"
+#include "TavrinWidgetsUI/Collection/CollectionViews.h"
 #include "TavrinWidgetsUI/Emoji/EmojiGlyphs.h"
 #include "TavrinWidgetsUI/Kit/Views/TileLayout.h"
 
-#include <QImage>
 #include <functional>
 
 namespace tavrin {
 
 /// Tiles as the slots draw them, made from a widget's record alone: what the record says stands as
 /// it is, and what a kind reads from the computer or the network has a sample in its place. Equal
-/// records give equal tiles but for what follows the time.
+/// records give equal tiles but for what follows the time. A widget without an identifier stands for
+/// its kind: where its lists are empty it has samples in them.
 class SampleTiles {
 public:
   explicit SampleTiles(RunLoop& runLoop) : glyphs_(runLoop) {}
 
   AnyView tile(const DockWidget& widget, const TileSize& size, Date now);
 
-  /// The icon of an application of the user's, `side` points large; null where there is none, or
-  /// not yet. Without it, and for collections without applications, icons are samples.
-  std::function<QImage(const AppEntry& app, int side)> applicationIcon;
+  /// An application of the user's, its icon `side` points large. Without it icons are samples.
+  std::function<CollectionTileApp(const AppEntry& app, int side)> application;
 
 private:
   Calendar calendar_;

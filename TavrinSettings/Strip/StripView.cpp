@@ -1,5 +1,6 @@
 #include "TavrinSettings/Strip/StripView.h"
 
+#include "TavrinSettings/Base/VisibleTick.h"
 #include "TavrinSettings/Editing/StripOrder.h"
 #include "TavrinSettings/Strip/StripTile.h"
 #include "TavrinWidgetsUI/Kit/Pictures/Symbols.h"
@@ -15,7 +16,6 @@ namespace {
 constexpr int margin = 14;
 /// How far beside the strip a tile can still be let go onto it.
 constexpr int reach = 24;
-constexpr int tick = 1000;
 
 } // namespace
 
@@ -25,6 +25,10 @@ StripView::StripView(PageServices& services, QWidget* parent)
   QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Minimum);
   policy.setHeightForWidth(true);
   setSizePolicy(policy);
+  new VisibleTick(this, [this] {
+    for (auto* tile : tiles_)
+      tile->tick();
+  });
   services_.drag.onMove = [this](QPoint place) { dragMoved(place); };
   services_.drag.onDrop = [this](QPoint place) { dropped(place); };
   services_.drag.onEnd = [this] {
@@ -34,6 +38,10 @@ StripView::StripView(PageServices& services, QWidget* parent)
 }
 
 void StripView::refresh() {
+  // What is gone elsewhere can be let go nowhere, and its tile has the mouse.
+  if (services_.drag.isActive() && services_.drag.load().widget &&
+      services_.editor.widget(*services_.drag.load().widget) == nullptr)
+    services_.drag.cancel();
   const auto& file = services_.editor.file();
   strip_ = stripOf(file);
   freePlaces_ = freePlaces(file);
@@ -48,19 +56,7 @@ void StripView::refresh() {
       tile = *found;
       tiles_.erase(found);
     } else {
-      tile = new StripTile(services_, widget, this);
-      QObject::connect(tile, &QAbstractButton::clicked, this, [this, tile] {
-        if (onChoose)
-          onChoose(tile->record().id, true);
-      });
-      tile->onKey = [this, tile](QKeyEvent* event) { return act(*tile, event); };
-      tile->onResize = [this, tile](double right, bool isOver) {
-        resizeTile(*tile, right, isOver);
-      };
-      tile->onFocus = [this, tile] {
-        if (onChoose)
-          onChoose(tile->record().id, false);
-      };
+      tile = makeTile(widget);
     }
     tiles.push_back(tile);
     tile->setRecord(widget, static_cast<int>(tiles.size()), count);
@@ -69,10 +65,9 @@ void StripView::refresh() {
     gone->hide();
     gone->deleteLater();
   }
-  QWidget* before = nullptr;
+  QWidget* before = this;
   for (auto* tile : tiles_) {
-    if (before != nullptr)
-      setTabOrder(before, tile);
+    setTabOrder(before, tile);
     before = tile;
   }
   setChosen(chosen_);
@@ -80,15 +75,44 @@ void StripView::refresh() {
   updateGeometry();
 }
 
-void StripView::setChosen(const std::optional<UUID>& id) {
-  chosen_ = id;
-  for (auto* tile : tiles_)
-    tile->setChosen(chosen_ == tile->record().id);
+StripTile* StripView::makeTile(const DockWidget& widget) {
+  auto* tile = new StripTile(services_, widget, this);
+  QObject::connect(tile, &QAbstractButton::clicked, this, [this, tile] {
+    if (onChoose)
+      onChoose(tile->record().id, true);
+  });
+  tile->onKey = [this, tile](QKeyEvent* event) { return act(*tile, event); };
+  tile->onResize = [this, tile](double right, bool isOver) { resizeTile(*tile, right, isOver); };
+  tile->onFocus = [this, tile] {
+    if (onChoose)
+      onChoose(tile->record().id, false);
+  };
+  return tile;
 }
 
-void StripView::focusTile(const UUID& id) {
-  if (const int index = indexOf(id); index >= 0)
-    tiles_[static_cast<std::size_t>(index)]->setFocus(Qt::OtherFocusReason);
+void StripView::setChosen(const std::optional<UUID>& id) {
+  chosen_ = id;
+  const bool isHere = id && indexOf(*id) >= 0;
+  if (isHere)
+    stop_ = id;
+  if (!stop_ || indexOf(*stop_) < 0)
+    stop_ = strip_.empty() ? std::nullopt : std::optional(strip_.front().id);
+  for (auto* tile : tiles_) {
+    tile->setChosen(chosen_ == tile->record().id);
+    tile->setFocusPolicy(stop_ == tile->record().id ? Qt::StrongFocus : Qt::ClickFocus);
+  }
+}
+
+bool StripView::focusTile(const UUID& id) {
+  const int index = indexOf(id);
+  if (index >= 0)
+    tiles_[static_cast<std::size_t>(index)]->setFocus(Qt::TabFocusReason);
+  return index >= 0;
+}
+
+void StripView::refreshTiles() {
+  for (auto* tile : tiles_)
+    tile->update();
 }
 
 int StripView::indexOf(const UUID& id) const {
@@ -177,20 +201,6 @@ void StripView::mouseReleaseEvent(QMouseEvent* event) {
       return onAdd();
 }
 
-void StripView::showEvent(QShowEvent*) {
-  if (timer_ == 0)
-    timer_ = startTimer(tick);
-}
-
-void StripView::hideEvent(QHideEvent*) {
-  killTimer(std::exchange(timer_, 0));
-}
-
-void StripView::timerEvent(QTimerEvent*) {
-  for (auto* tile : tiles_)
-    tile->tick();
-}
-
 void StripView::moveBy(const UUID& id, int places) {
   const int place = indexOf(id) + places;
   if (indexOf(id) < 0 || place < 0 || place >= static_cast<int>(strip_.size()))
@@ -206,10 +216,17 @@ void StripView::widenBy(const UUID& id, int tiles) {
 void StripView::takeOff(const UUID& id) {
   const int index = indexOf(id);
   const bool hadFocus = index >= 0 && tiles_[static_cast<std::size_t>(index)]->hasFocus();
-  services_.attempt([&] { services_.editor.takeOff(id); });
-  if (hadFocus && !tiles_.empty())
-    tiles_[static_cast<std::size_t>(std::min(index, static_cast<int>(tiles_.size()) - 1))]
-        ->setFocus(Qt::OtherFocusReason);
+  takeOffStrip(id);
+  if (hadFocus && !strip_.empty())
+    focusTile(strip_[std::min(static_cast<std::size_t>(index), strip_.size() - 1)].id);
+}
+
+void StripView::takeOffStrip(const UUID& id) {
+  const auto* widget = services_.editor.widget(id);
+  const std::string name = widget == nullptr ? std::string() : widget->name;
+  if (services_.attempt([&] { services_.editor.takeOff(id); }))
+    services_.offerUndo(
+        worded("“{name}” is off the strip, and keeps its settings.", {{"name", name}}));
 }
 
 bool StripView::act(StripTile& tile, QKeyEvent* event) {
@@ -223,11 +240,17 @@ bool StripView::act(StripTile& tile, QKeyEvent* event) {
   } else if (towards != 0 && modifiers == Qt::NoModifier) {
     const int next = indexOf(id) + towards;
     if (next >= 0 && next < static_cast<int>(tiles_.size()))
-      tiles_[static_cast<std::size_t>(next)]->setFocus(Qt::TabFocusReason);
+      focusTile(strip_[static_cast<std::size_t>(next)].id);
+  } else if (event->key() == Qt::Key_Home && modifiers == Qt::NoModifier) {
+    focusTile(strip_.front().id);
+  } else if (event->key() == Qt::Key_End && modifiers == Qt::NoModifier) {
+    focusTile(strip_.back().id);
   } else if (event->key() == Qt::Key_Delete || event->key() == Qt::Key_Backspace) {
     takeOff(id);
-  } else if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-    tile.click();
+  } else if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter ||
+             event->key() == Qt::Key_Space) {
+    if (onEnter)
+      onEnter(id);
   } else {
     return false;
   }
@@ -280,7 +303,7 @@ void StripView::dropped(QPoint globalPlace) {
   const auto place = std::exchange(gap_, std::nullopt);
   const bool isOnStrip = load.widget && indexOf(*load.widget) >= 0;
   if (!place && !takesDropAt(globalPlace) && isOnStrip) {
-    services_.attempt([&] { services_.editor.takeOff(*load.widget); });
+    takeOffStrip(*load.widget);
     return;
   }
   if (!place)

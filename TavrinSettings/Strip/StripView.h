@@ -12,7 +12,8 @@ namespace tavrin {
 class StripTile;
 
 /// The strip as it stands on the desktop: its tiles in their order and widths, and the places that
-/// are free. Tiles are moved, widened and taken off by mouse and keys.
+/// are free. Tiles are moved, widened and taken off by mouse and keys. It reads from left to right
+/// in every language, as the strip on the desktop does.
 class StripView : public QWidget {
 public:
   StripView(PageServices& services, QWidget* parent = nullptr);
@@ -20,8 +21,10 @@ public:
   /// Shows what the editor says.
   void refresh();
   void setChosen(const std::optional<UUID>& id);
-  /// The tile gets the keyboard.
-  void focusTile(const UUID& id);
+  /// The tile gets the keyboard. False where it is not on the strip.
+  bool focusTile(const UUID& id);
+  /// The tiles' pictures have come.
+  void refreshTiles();
 
   /// What the keys do, also for buttons that do the same.
   void moveBy(const UUID& id, int places);
@@ -30,6 +33,8 @@ public:
 
   /// A tile was chosen; with `isOpened` its settings are wanted.
   std::function<void(const UUID& id, bool isOpened)> onChoose;
+  /// A tile was chosen by a key that leads into its settings.
+  std::function<void(const UUID& id)> onEnter;
   /// A free place was clicked.
   std::function<void()> onAdd;
   /// A new widget was dropped.
@@ -46,10 +51,10 @@ protected:
   void paintEvent(QPaintEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
-  void showEvent(QShowEvent* event) override;
-  void hideEvent(QHideEvent* event) override;
 
 private:
+  void takeOffStrip(const UUID& id);
+  StripTile* makeTile(const DockWidget& widget);
   StripCells cells(double width) const;
   void layOut();
   bool act(StripTile& tile, QKeyEvent* event);
@@ -65,10 +70,10 @@ private:
   std::vector<StripTile*> tiles_;
   std::vector<QRectF> freeRects_;
   std::optional<UUID> chosen_;
+  /// The tiles are one stop of Tab, at this one.
+  std::optional<UUID> stop_;
   /// Where the dragged tile would come to stand.
   std::optional<std::size_t> gap_;
-  int timer_ = 0;
-  void timerEvent(QTimerEvent* event) override;
 };
 
 } // namespace tavrin

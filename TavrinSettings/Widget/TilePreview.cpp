@@ -1,4 +1,6 @@
 #include "TavrinSettings/Widget/TilePreview.h"
+
+#include "TavrinSettings/Base/VisibleTick.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QPainter>
@@ -10,7 +12,6 @@ namespace {
 constexpr double tileSide = 112;
 constexpr double wideSide = 72;
 constexpr int margin = 18;
-constexpr int tick = 1000;
 
 } // namespace
 
@@ -18,6 +19,7 @@ TilePreview::TilePreview(PageServices& services, QWidget* parent)
     : QWidget(parent), services_(services) {
   setAccessibleName(worded("Preview"));
   setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+  new VisibleTick(this, [this] { tick(); });
 }
 
 /// As wide as it is on the strip; one that is a square there is shown at the width it could have.
@@ -74,16 +76,7 @@ void TilePreview::paintEvent(QPaintEvent*) {
   }
 }
 
-void TilePreview::showEvent(QShowEvent*) {
-  if (timer_ == 0)
-    timer_ = startTimer(tick);
-}
-
-void TilePreview::hideEvent(QHideEvent*) {
-  killTimer(std::exchange(timer_, 0));
-}
-
-void TilePreview::timerEvent(QTimerEvent*) {
+void TilePreview::tick() {
   if (!followsTime(widget_.kind))
     return;
   const AnyView now = services_.stage.view(widget_, wideSize());

@@ -20,18 +20,15 @@ public:
 
 protected:
   void paintEvent(QPaintEvent* event) override;
-  void showEvent(QShowEvent* event) override;
-  void hideEvent(QHideEvent* event) override;
-  void timerEvent(QTimerEvent* event) override;
 
 private:
   TileSize wideSize() const;
+  void tick();
 
   PageServices& services_;
   DockWidget widget_;
   bool isUpright_ = false;
   AnyView painted_;
-  int timer_ = 0;
 };
 
 } // namespace tavrin

@@ -95,6 +95,14 @@ void WidgetPage::setAppearance() {
   form_->setAppearance(services_.appearance);
 }
 
+void WidgetPage::focusForm() {
+  form_->focusSetting("name");
+}
+
+void WidgetPage::refreshTiles() {
+  preview_->update();
+}
+
 std::string WidgetPage::set(const std::vector<SettingValue>& values) {
   if (values.empty())
     return {};
@@ -131,7 +139,7 @@ void WidgetPage::remove() {
   const auto name = title_->text();
   const UUID id = id_;
   if (services_.attempt([&] { services_.editor.remove(id); }))
-    services_.tell(worded("“{name}” is deleted. Undo brings it back.", {{"name", name}}), false);
+    services_.offerUndo(worded("“{name}” is deleted. Undo brings it back.", {{"name", name}}));
 }
 
 void WidgetPage::resizeEvent(QResizeEvent*) {

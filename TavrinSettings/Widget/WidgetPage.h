@@ -26,6 +26,10 @@ public:
   /// What is half typed is taken as if its control had been left.
   void commit();
   void setAppearance();
+  /// The first setting gets the keyboard.
+  void focusForm();
+  /// The tiles' pictures have come.
+  void refreshTiles();
 
   std::function<void()> onBack;
 

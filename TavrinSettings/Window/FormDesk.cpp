@@ -1,5 +1,6 @@
 #include "TavrinSettings/Window/FormDesk.h"
 
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinHost/Widgets/SettingEditing.h"
 #include "TavrinPlatform/MediaPlayers.h"
 
@@ -72,8 +73,12 @@ void FormDesk::setUpPickers() {
     if (!cities_)
       cities_ = std::make_unique<WeatherFetch>(platform_.http(), platform_.clock(),
                                                platform_.fileManager());
-    return cities_->search(
-        name, [answer](std::vector<WeatherPlace> places) { answer(std::move(places), {}); });
+    return cities_->lookUp(name, [answer](std::optional<std::vector<WeatherPlace>> places) {
+      if (places)
+        answer(std::move(*places), {});
+      else
+        answer({}, translated("Cities cannot be looked up just now. Is there a network?"));
+    });
   };
   services_.accounts = [this](CalendarStore::Entity entity, auto answer) {
     auto chain = std::make_unique<AccessThenAccounts>();

@@ -28,19 +28,30 @@ private:
     if (window == nullptr)
       return;
     auto words = QString::fromUtf8(line.data(), static_cast<qsizetype>(line.size()));
+    if (!words.endsWith(QLatin1Char('.')))
+      words += QLatin1Char('.');
+    // After what is said of the step that it belongs to.
     QMetaObject::invokeMethod(
-        window, [shown = window, words, isTrouble] { shown->tell(words, isTrouble); });
+        window, [shown = window, words, isTrouble] { shown->tell(words, isTrouble); },
+        Qt::QueuedConnection);
   }
 };
 
 SettingsApp::SettingsApp(Platform& platform, CommandPlatform& host)
     : platform_(platform), context_(std::make_unique<Context>(host)),
-      stage_(platform.runLoop(), platform.clock()), forms_(platform) {
+      stage_(platform.runLoop(), platform.clock()), apps_(platform.applications()),
+      forms_(platform) {
   // Which desktop entry the window belongs to.
   QGuiApplication::setDesktopFileName(QString::fromUtf8(
       DockSlot::hostIdentifier.data(), static_cast<qsizetype>(DockSlot::hostIdentifier.size())));
   window_ = std::make_unique<SettingsWindow>(history_, appearance());
   context_->window = window_.get();
+  stage_.tiles().application = [this](const AppEntry& entry, int side) {
+    auto app = apps_.app(entry, side, window_->devicePixelRatioF());
+    return CollectionTileApp{QString::fromStdString(DockItem{entry}.displayName()),
+                             std::move(app.icon), app.isGone};
+  };
+  apps_.onLoad = [this] { window_->refreshPictures(); };
   window_->onClose = [this] {
     startSlots();
     platform_.application().terminate();
@@ -90,8 +101,8 @@ void SettingsApp::open() {
       *editor_, stage_, forms_.services(),
       {.dockPage =
            [this](PageServices& services, QWidget* parent) {
-             auto* page = new DockPage(services, *context_, history_, platform_.runLoop(),
-                                       platform_.applications(), parent);
+             auto* page = new DockPage(services, *context_, history_, platform_.runLoop(), apps_,
+                                       platform_.folderWatch(), parent);
              page->reload();
              return page;
            },

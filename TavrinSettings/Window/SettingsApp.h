@@ -2,6 +2,7 @@
 
 #include "TavrinHost/HostContext.h"
 #include "TavrinPlatform/Platform.h"
+#include "TavrinSettings/Base/InstalledApps.h"
 #include "TavrinSettings/Base/TileStage.h"
 #include "TavrinSettings/Editing/History.h"
 #include "TavrinSettings/Editing/WidgetsEditor.h"
@@ -40,6 +41,7 @@ private:
   std::unique_ptr<Context> context_;
   History history_;
   TileStage stage_;
+  InstalledApps apps_;
   FormDesk forms_;
   std::optional<WidgetsEditor> editor_;
   std::set<int> newSlots_;

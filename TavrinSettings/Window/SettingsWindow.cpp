@@ -1,5 +1,6 @@
 #include "TavrinSettings/Window/SettingsWindow.h"
 
+#include "TavrinSettings/Base/FootLine.h"
 #include "TavrinSettings/Window/WidgetsPage.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelAccessible.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
@@ -9,7 +10,6 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
-#include <QAccessible>
 #include <QCloseEvent>
 #include <QShortcut>
 #include <QStackedWidget>
@@ -38,9 +38,13 @@ SettingsWindow::SettingsWindow(History& history, const PanelAppearance& appearan
   column->addWidget(makeTop());
   stack_ = new QStackedWidget(this);
   column->addWidget(stack_, 1);
-  column->addWidget(makeFoot());
+  foot_ = new FootLine([this] { step(true); }, this);
+  column->addWidget(foot_);
   new PanelFocus(this);
-  history_.onChange = [this] { refreshHistory(); };
+  history_.onChange = [this] {
+    refreshHistory();
+    foot_->withdraw();
+  };
   setAppearance(appearance);
   refreshHistory();
 }
@@ -80,19 +84,14 @@ QWidget* SettingsWindow::makeTop() {
   return top;
 }
 
-QWidget* SettingsWindow::makeFoot() {
-  told_ = new PanelText({}, PanelTextStyle::caption, this);
-  told_->setSingleLine(true);
-  told_->setMinimumHeight(18);
-  return told_;
-}
-
 void SettingsWindow::setUp(WidgetsEditor& editor, TileStage& stage, const FormServices& forms,
                            Makers makers) {
   makers_ = std::move(makers);
   services_.emplace(
       PageServices{editor, history_, stage, drag_, forms, appearance_,
-                   [this](const QString& sentence, bool isTrouble) { tell(sentence, isTrouble); }});
+                   [this](const QString& sentence, bool isTrouble) { tell(sentence, isTrouble); },
+                   [this](const QString& sentence) { foot_->offerUndo(sentence); },
+                   [this](const QString& sentence) { foot_->sayProgress(sentence); }});
   delete std::exchange(trouble_, nullptr);
   widgets_ = new WidgetsPage(*services_, stack_);
   stack_->addWidget(widgets_);
@@ -135,12 +134,15 @@ void SettingsWindow::open(const UUID& id) {
 }
 
 void SettingsWindow::tell(const QString& sentence, bool isTrouble) {
-  told_->setStyle(isTrouble ? PanelTextStyle::trouble : PanelTextStyle::caption);
-  told_->setWords(sentence);
-  if (!sentence.isEmpty()) {
-    QAccessibleEvent said(told_, QAccessible::Alert);
-    QAccessible::updateAccessibility(&said);
-  }
+  foot_->say(sentence, isTrouble);
+}
+
+void SettingsWindow::refreshPictures() {
+  if (widgets_ != nullptr)
+    widgets_->refreshTiles();
+  if (dock_ != nullptr)
+    for (auto* child : dock_->findChildren<QWidget*>())
+      child->update();
 }
 
 void SettingsWindow::showPage(int page) {
@@ -167,8 +169,11 @@ void SettingsWindow::step(bool isBack) {
   const auto title = QString::fromStdString(isBack ? history_.undoTitle() : history_.redoTitle());
   if (title.isEmpty())
     return;
+  const bool tellsItself = isBack ? history_.undoTellsItself() : history_.redoTellsItself();
   services_->attempt([&] {
     const auto remarks = isBack ? history_.undo() : history_.redo();
+    if (tellsItself && remarks.empty())
+      return;
     QString said = isBack ? worded("Undone: {step}.", {{"step", title}})
                           : worded("Done again: {step}.", {{"step", title}});
     for (const auto& remark : remarks)

@@ -8,10 +8,10 @@ class QStackedWidget;
 
 namespace tavrin {
 
+class FootLine;
 class PanelButton;
 class PanelEmptyState;
 class PanelSegments;
-class PanelText;
 class WidgetsPage;
 
 /// The window: its pages, undo and redo above them, and a line for what there is to be said.
@@ -35,6 +35,8 @@ public:
   /// Opens a widget's settings; says so where there is no such widget.
   void open(const UUID& id);
   void tell(const QString& sentence, bool isTrouble);
+  /// Pictures of applications have come, for the tiles and for what shows Dock items.
+  void refreshPictures();
 
   std::function<void()> onClose;
 
@@ -43,7 +45,6 @@ protected:
 
 private:
   QWidget* makeTop();
-  QWidget* makeFoot();
   void showPage(int page);
   void step(bool isBack);
   void refreshHistory();
@@ -62,7 +63,7 @@ private:
   QWidget* computer_ = nullptr;
   Makers makers_;
   PanelEmptyState* trouble_ = nullptr;
-  PanelText* told_;
+  FootLine* foot_;
 };
 
 } // namespace tavrin

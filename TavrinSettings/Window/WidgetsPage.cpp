@@ -23,6 +23,7 @@ WidgetsPage::WidgetsPage(PageServices& services, QWidget* parent)
   column->setSpacing(panel::grid);
   strip_ = new StripView(services_, this);
   strip_->onChoose = [this](const UUID& id, bool isOpened) { choose(id, isOpened); };
+  strip_->onEnter = [this](const UUID& id) { enter(id); };
   strip_->onAdd = [this] {
     showGallery();
     gallery_->focusSearch();
@@ -37,12 +38,9 @@ WidgetsPage::WidgetsPage(PageServices& services, QWidget* parent)
     if (const auto* widget = services_.editor.widget(id))
       services_.tell(worded("“{name}” is on the strip.", {{"name", widget->name}}), false);
   };
-  gallery_->onOpen = [this](const UUID& id) { open(id); };
+  gallery_->onOpen = [this](const UUID& id) { enter(id); };
   widget_ = new WidgetPage(services_, below_);
-  widget_->onBack = [this] {
-    showGallery();
-    strip_->focusTile(widget_->shown());
-  };
+  widget_->onBack = [this] { leaveWidget(); };
   below_->addWidget(gallery_);
   below_->addWidget(widget_);
   column->addWidget(below_, 1);
@@ -55,6 +53,24 @@ void WidgetsPage::keyPressEvent(QKeyEvent* event) {
     QWidget::keyPressEvent(event);
 }
 
+void WidgetsPage::enter(const UUID& id) {
+  if (open(id))
+    widget_->focusForm();
+}
+
+void WidgetsPage::leaveWidget() {
+  showGallery();
+  const UUID& id = widget_->shown();
+  if (!strip_->focusTile(id) && !gallery_->focusCard(id))
+    gallery_->focusSearch();
+}
+
+void WidgetsPage::refreshTiles() {
+  strip_->refreshTiles();
+  gallery_->refreshTiles();
+  widget_->refreshTiles();
+}
+
 QWidget* WidgetsPage::makeTools() {
   auto* tools = new QWidget(this);
   auto* row = new QHBoxLayout(tools);
@@ -63,7 +79,14 @@ QWidget* WidgetsPage::makeTools() {
   hint_ = new PanelText({}, PanelTextStyle::secondary, tools);
   hint_->setSingleLine(true);
   row->addWidget(hint_, 1);
-  const auto add = [&](const char* symbol, const QString& name, auto action) {
+  // What means a direction on the strip stands in that direction.
+  auto* arrows = new QWidget(tools);
+  arrows->setLayoutDirection(Qt::LeftToRight);
+  auto* arrowRow = new QHBoxLayout(arrows);
+  arrowRow->setContentsMargins(0, 0, 0, 0);
+  arrowRow->setSpacing(2);
+  row->addWidget(arrows);
+  const auto add = [&](const char* symbol, const QString& name, auto action, QHBoxLayout* to) {
     auto* button = PanelButton::icon(
         QString::fromUtf8(symbol), name,
         [this, action] {
@@ -71,18 +94,23 @@ QWidget* WidgetsPage::makeTools() {
             action(*chosen_);
         },
         tools);
-    row->addWidget(button);
+    to->addWidget(button);
     return button;
   };
-  moveLeft_ =
-      add("chevron.left", worded("Move Left"), [this](const UUID& id) { strip_->moveBy(id, -1); });
-  moveRight_ =
-      add("chevron.right", worded("Move Right"), [this](const UUID& id) { strip_->moveBy(id, 1); });
-  narrower_ = add("minus", worded("Narrower"), [this](const UUID& id) { strip_->widenBy(id, -1); });
-  wider_ = add("plus", worded("Wider"), [this](const UUID& id) { strip_->widenBy(id, 1); });
-  takeOff_ =
-      add("xmark", worded("Take Off the Strip"), [this](const UUID& id) { strip_->takeOff(id); });
-  settings_ = add("gearshape", worded("Settings"), [this](const UUID& id) { open(id); });
+  moveLeft_ = add(
+      "chevron.left", worded("Move Left"), [this](const UUID& id) { strip_->moveBy(id, -1); },
+      arrowRow);
+  moveRight_ = add(
+      "chevron.right", worded("Move Right"), [this](const UUID& id) { strip_->moveBy(id, 1); },
+      arrowRow);
+  narrower_ = add(
+      "minus", worded("Narrower"), [this](const UUID& id) { strip_->widenBy(id, -1); }, row);
+  wider_ = add(
+      "plus", worded("Wider"), [this](const UUID& id) { strip_->widenBy(id, 1); }, row);
+  takeOff_ = add(
+      "xmark", worded("Take Off the Strip"), [this](const UUID& id) { strip_->takeOff(id); }, row);
+  settings_ = add(
+      "gearshape", worded("Settings"), [this](const UUID& id) { enter(id); }, row);
   return tools;
 }
 

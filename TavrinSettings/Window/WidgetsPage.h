@@ -28,6 +28,8 @@ public:
   /// What is half typed is taken.
   void commit();
   void setAppearance();
+  /// The tiles' pictures have come.
+  void refreshTiles();
 
 protected:
   /// Escape leads from a widget's page back, wherever the keyboard is.
@@ -35,6 +37,9 @@ protected:
 
 private:
   QWidget* makeTools();
+  void leaveWidget();
+  /// Opens the settings with the keyboard in the first of them.
+  void enter(const UUID& id);
   void choose(const UUID& id, bool isOpened);
   void refreshTools();
   const DockWidget* chosenOnStrip(int& place) const;

@@ -44,13 +44,22 @@ TokenPtr WeatherFetch::reading(double latitude, double longitude, WeatherUnit un
 
 TokenPtr WeatherFetch::search(const std::string& city,
                               std::function<void(std::vector<WeatherPlace>)> done) {
+  return lookUp(city, [done = std::move(done)](std::optional<std::vector<WeatherPlace>> places) {
+    done(std::move(places).value_or(std::vector<WeatherPlace>()));
+  });
+}
+
+TokenPtr
+WeatherFetch::lookUp(const std::string& city,
+                     std::function<void(std::optional<std::vector<WeatherPlace>>)> done) {
   const auto url = WeatherService::searchURL(city, userLanguage(), searchEndpoint_);
   if (!url)
     return nullptr;
   return http_.get({.url = *url, .timeLimit = 10, .sizeLimit = answerLimit},
                    [done = std::move(done)](const HTTPResponse& response) {
-                     done(response.isSuccess() ? WeatherService::places(response.body)
-                                               : std::vector<WeatherPlace>{});
+                     done(response.isSuccess()
+                              ? std::optional(WeatherService::places(response.body))
+                              : std::nullopt);
                    });
 }
 

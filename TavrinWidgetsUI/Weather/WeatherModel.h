@@ -22,7 +22,11 @@ public:
   [[nodiscard]] TokenPtr reading(double latitude, double longitude, WeatherUnit unit,
                                  WeatherService::ForecastDetail detail,
                                  std::function<void(std::optional<WeatherReading>)> done);
-  /// Empty on any failure. The language is the user's.
+  /// The places of that name, in the user's language; no value on any failure.
+  [[nodiscard]] TokenPtr
+  lookUp(const std::string& city,
+         std::function<void(std::optional<std::vector<WeatherPlace>>)> done);
+  /// The same, empty on any failure.
   [[nodiscard]] TokenPtr search(const std::string& city,
                                 std::function<void(std::vector<WeatherPlace>)> done);
   HTTPClient& http() { return http_; }

@@ -348,8 +348,12 @@ TEST(ProfileForFocus, TakesTheFirstThatIsBound) {
 
 TEST(HotkeyText, ReadsAndShowsShortcuts) {
   EXPECT_EQ(hotkeyFromText("Ctrl+ALT+1"), (Hotkey{18, {6}}));
-  EXPECT_EQ(hotkeyText(hotkeyFromText("super+shift+f5")), "⇧⌘F5");
-  EXPECT_EQ(hotkeyText({200, {4}}), "⌃key 200");
+  EXPECT_EQ(hotkeySymbols(hotkeyFromText("super+shift+f5")), "⇧⌘F5");
+  EXPECT_EQ(hotkeySymbols({200, {4}}), "⌃key 200");
+  EXPECT_EQ(hotkeyWords(hotkeyFromText("super+shift+f5")), "Shift+Super+F5");
+  EXPECT_EQ(hotkeyWords(hotkeyFromText("ctrl+alt+space")), "Ctrl+Alt+Space");
+  EXPECT_EQ(hotkeyWords(hotkeyFromText("ctrl+minus")), "Ctrl+-");
+  EXPECT_EQ(hotkeyWords({200, {4}}), "Ctrl+key 200");
   for (const auto* text : {"", "1", "shift+1", "ctrl+", "ctrl+nokey", "hyper+1"})
     EXPECT_THROW(hotkeyFromText(text), SettingError) << text;
 }

@@ -28,6 +28,11 @@ void PanelStyle::polish(QWidget* widget) {
       qobject_cast<QComboBox*>(widget) || qobject_cast<QAbstractSpinBox*>(widget) ||
       qobject_cast<QLineEdit*>(widget))
     widget->setAttribute(Qt::WA_Hover);
+  // An empty line would have its caret where the keyboard's language begins, away from its prompt.
+  if (auto* line = qobject_cast<QLineEdit*>(widget);
+      line != nullptr && QGuiApplication::isRightToLeft() &&
+      qobject_cast<QAbstractSpinBox*>(line->parentWidget()) == nullptr)
+    line->setAlignment(Qt::AlignRight | Qt::AlignAbsolute | Qt::AlignVCenter);
   // Its ground shows through beside the thumb.
   if (qobject_cast<QScrollBar*>(widget))
     widget->setAttribute(Qt::WA_OpaquePaintEvent, false);
