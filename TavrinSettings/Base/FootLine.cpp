@@ -30,7 +30,8 @@ int readingTime(const QString& sentence) {
 
 FootLine::FootLine(std::function<void()> undo, QWidget* parent)
     : QWidget(parent), words_(new PanelText({}, PanelTextStyle::caption, this)),
-      undo_(new PanelButton(PanelButton::Kind::plain, worded("Undo"), std::move(undo), this)) {
+      undo_(new PanelButton(PanelButton::Kind::plain, worded("Undo"), std::move(undo), this)),
+      ends_(new QTimer(this)) {
   auto* row = new QHBoxLayout(this);
   row->setContentsMargins(0, 0, 0, 0);
   row->setSpacing(panel::grid);
@@ -40,11 +41,11 @@ FootLine::FootLine(std::function<void()> undo, QWidget* parent)
   // The line keeps its height, with and without the button.
   setFixedHeight(undo_->sizeHint().height());
   undo_->hide();
-  ends_.setSingleShot(true);
-  connect(&ends_, &QTimer::timeout, this, [this] { goOn(); });
+  ends_->setSingleShot(true);
+  connect(ends_, &QTimer::timeout, this, [this] { goOn(); });
 }
 
-void FootLine::show(const QString& sentence, bool isTrouble, bool isOffer, int milliseconds) {
+void FootLine::put(const QString& sentence, bool isTrouble, bool isOffer, int milliseconds) {
   next_.clear();
   isTrouble_ = isTrouble;
   isProgress_ = milliseconds == 0 && !sentence.isEmpty();
@@ -52,9 +53,9 @@ void FootLine::show(const QString& sentence, bool isTrouble, bool isOffer, int m
   words_->setWords(sentence);
   undo_->setVisible(isOffer);
   if (milliseconds > 0)
-    ends_.start(milliseconds);
+    ends_->start(milliseconds);
   else
-    ends_.stop();
+    ends_->stop();
   if (sentence.isEmpty())
     return;
   QAccessibleEvent said(words_, QAccessible::Alert);
@@ -62,38 +63,36 @@ void FootLine::show(const QString& sentence, bool isTrouble, bool isOffer, int m
 }
 
 void FootLine::say(const QString& sentence, bool isTrouble) {
-  const int shown = ends_.interval() - ends_.remainingTime();
-  if (!isTrouble && isTrouble_ && ends_.isActive() && shown < undisturbed) {
+  const int shown = ends_->interval() - ends_->remainingTime();
+  if (!isTrouble && isTrouble_ && ends_->isActive() && shown < undisturbed) {
     next_ = sentence;
-    ends_.start(undisturbed - shown);
+    ends_->start(undisturbed - shown);
     return;
   }
   const int time = readingTime(sentence);
-  show(sentence, isTrouble, false, isTrouble ? std::max(time, shortestTrouble) : time);
+  put(sentence, isTrouble, false, isTrouble ? std::max(time, shortestTrouble) : time);
 }
 
 void FootLine::offerUndo(const QString& sentence) {
-  show(sentence, false, true, std::max(readingTime(sentence), shortestOffer));
+  put(sentence, false, true, std::max(readingTime(sentence), shortestOffer));
 }
 
 void FootLine::sayProgress(const QString& sentence) {
-  show(sentence, false, false, 0);
+  put(sentence, false, false, 0);
 }
 
 void FootLine::withdraw() {
   if (!isProgress_)
-    show({}, false, false, 0);
+    put({}, false, false, 0);
 }
 
 void FootLine::goOn() {
   if (underMouse() || undo_->hasFocus()) {
-    ends_.start(lookAgain);
+    ends_->start(lookAgain);
     return;
   }
-  if (next_.isEmpty())
-    show({}, false, false, 0);
-  else
-    show(next_, false, false, readingTime(next_));
+  const QString next = std::exchange(next_, {});
+  put(next, false, false, next.isEmpty() ? 0 : readingTime(next));
 }
 
 } // namespace tavrin

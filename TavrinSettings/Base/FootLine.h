@@ -26,12 +26,12 @@ public:
   void withdraw();
 
 private:
-  void show(const QString& sentence, bool isTrouble, bool isOffer, int milliseconds);
+  void put(const QString& sentence, bool isTrouble, bool isOffer, int milliseconds);
   void goOn();
 
   PanelText* words_;
   PanelButton* undo_;
-  QTimer ends_;
+  QTimer* ends_;
   bool isTrouble_ = false;
   bool isProgress_ = false;
   QString next_;

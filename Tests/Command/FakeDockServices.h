@@ -34,7 +34,9 @@ public:
   }
 
   struct Process final : DockProcess {
-    std::optional<Running> running() override { return Running{number, 100.0}; }
+    std::optional<Running> running() override {
+      return runs ? std::optional(Running{number, 100.0}) : std::nullopt;
+    }
     KillResult killAll() override {
       ++kills;
       ++number;
@@ -46,7 +48,9 @@ public:
     void sleep(double seconds) override { time += seconds; }
     /// Called once.
     std::function<void()> whileRestarting;
+    /// Whether killall finds it.
     bool isThere = true;
+    bool runs = true;
     int number = 1;
     int kills = 0;
     double time = 0;

@@ -3,6 +3,8 @@ one window in a session; others who change the same file; a window that is kille
 
 import json
 import os
+import pathlib
+import plistlib
 import signal
 import subprocess
 import threading
@@ -135,6 +137,126 @@ class Newcomer(SettingsTest):
         window.close()
 
 
+class ByKeys(SettingsTest):
+    def open(self):
+        self.desk.write_widgets(
+            [widget(kind, {}, slot, name=name) for kind, slot, name in (
+                ("clock", 1, "Here"), ("note", 2, "List"), ("timer", 3, "Tea"),
+                ("weather", None, "Rain"), ("clock", None, "There"))], announce=False)
+        window = Window(self.desk)
+        window.await_keyboard()
+        return window
+
+    def round(self, window):
+        """The names that Tab goes through until it comes round."""
+        names = [window.focused()["name"]]
+        for _ in range(40):
+            self.desk.key("Tab")
+            name = wait_for(lambda: (lambda now: now and now["name"] != names[-1] and now["name"])(
+                window.focused()), "the keyboard to move")
+            if name == names[0]:
+                return names
+            names.append(name)
+        raise AssertionError(f"Tab does not come round: {names}")
+
+    def test_strip_and_gallery_are_one_stop_of_tab_each(self):
+        window, key = self.open(), self.desk.key
+        window.focus("Here, place 1 of 3")
+        names = self.round(window)
+        self.assertEqual(names[1], "Move Right")
+        self.assertEqual([name for name in names if ", place " in name], names[:1])
+        cards = [name for name in names if name in ("Rain", "There") or name.startswith("Add ")]
+        self.assertEqual(cards, ["Rain"])
+        key("End")
+        window.await_focus("Tea, place 3 of 3")
+        key("Left")
+        window.await_focus("List, place 2 of 3")
+        # Where one was is where one comes back to.
+        self.assertEqual(self.round(window)[0], "List, place 2 of 3")
+        window.focus("Rain")
+        for pressed, reached in (("Right", "There"), ("Right", "Add App Collection"),
+                                 ("Right", "Add Timer"), ("Up", "There"), ("Down", "Add Timer"),
+                                 ("End", "Add Screenshots"), ("Home", "Rain"),
+                                 ("Up", "Search widgets")):
+            key(pressed)
+            if reached == "Add Screenshots":
+                wait_for(lambda: (window.focused() or {}).get("name", "").startswith("Add ")
+                         and window.focused()["name"] != "Add Timer", "the last card")
+            else:
+                window.await_focus(reached)
+        window.close()
+
+    def test_return_leads_into_a_form_and_escape_back_to_where_it_was(self):
+        window, key = self.open(), self.desk.key
+        for name in ("List, place 2 of 3", "There"):
+            window.focus(name)
+            key("Return")
+            window.await_focus("Name", "text")
+            key("Escape")
+            window.await_focus(name)
+        # A change from elsewhere takes the keyboard from nobody.
+        self.desk.run(str(COMMAND), "widgets", "rename", "Rain", "Sun")
+        window.await_name("Sun")
+        self.assertTrue(window.find("There")["focused"])
+        window.close()
+
+    def test_what_was_done_is_taken_back_where_it_is_said(self):
+        window = self.open()
+        window.focus("List, place 2 of 3")
+        self.desk.key("Delete")
+        self.await_strip("Here", "Tea")
+        window.press("Undo", "push button")
+        self.await_strip("Here", "List", "Tea")
+        # An offer is of the last thing that was done.
+        window.focus("List, place 2 of 3")
+        self.desk.key("Delete")
+        self.await_strip("Here", "Tea")
+        window.await_name("Undo", "push button")
+        window.focus("Tea, place 2 of 2")
+        self.desk.key("ctrl+Left")
+        self.await_strip("Tea", "Here")
+        wait_for(lambda: window.tree() and not window.find("Undo", "push button"), "no offer")
+        window.close()
+
+
+class DockLayouts(SettingsTest):
+    def show(self, *names):
+        """What is in the Dock's preferences."""
+        self.preferences.parent.mkdir(parents=True, exist_ok=True)
+        tiles = [{"tile-type": "file-tile", "tile-data": {
+            "file-label": name, "file-data": {"_CFURLString": f"file:///Applications/{name}.app/",
+                                              "_CFURLStringType": 15}}} for name in names]
+        temporary = self.preferences.with_suffix(".new")
+        temporary.write_bytes(plistlib.dumps({"persistent-apps": tiles, "persistent-others": []}))
+        temporary.rename(self.preferences)
+
+    def shown(self):
+        tiles = plistlib.loads(self.preferences.read_bytes())["persistent-apps"]
+        return [tile["tile-data"]["file-label"] for tile in tiles]
+
+    def test_without_a_dock_it_follows_the_file_and_writes_it(self):
+        self.preferences = self.desk.home / "Library" / "Preferences" / "com.apple.dock.plist"
+        self.show("Mail", "Notes")
+        window = Window(self.desk)
+        window.press("Dock Layouts", "radio button")
+        window.press("New from the Dock")
+        window.await_name("It is what is written already.")
+        self.show("Mail")
+        window.await_name("Writing it adds Notes.")
+        self.assertTrue(any("No Dock runs on this computer" in entry["name"]
+                            for entry in window.tree()))
+        window.press("Write")
+        wait_for(lambda: self.shown() == ["Mail", "Notes"], "the layout in the file")
+        window.await_name("It is what is written already.")
+        self.assertFalse(any("killall" in entry["name"] for entry in window.tree()))
+        window.press("Undo Apply Layout")
+        wait_for(lambda: self.shown() == ["Mail"], "the file as it was")
+        # Layouts that others make are there too.
+        self.desk.run(str(COMMAND), "profiles", "rename", "Layout", "Work")
+        window.await_name("Work")
+        window.close()
+
+
 class ThisComputer(SettingsTest):
     def test_the_switch_has_the_widgets_start_with_the_session_by_the_command(self):
         window = Window(self.desk)
@@ -177,6 +299,24 @@ class OneWindow(SettingsTest):
             check=False)
         digits = "".join(c for c in answer.split("uint32")[-1] if c.isdigit())
         return int(digits) if digits else None
+
+    def test_the_desktop_entry_starts_it_and_raises_it(self):
+        self.install_service()
+        template = pathlib.Path(__file__).parents[2] / "Packaging/dev.quellby.Tavrin.desktop.in"
+        entry = self.desk.home / "share" / "applications" / "dev.quellby.Tavrin.desktop"
+        entry.parent.mkdir(parents=True, exist_ok=True)
+        entry.write_text(template.read_text().replace(
+            "@TAVRIN_SETTINGS_PROGRAM@", str(self.desk.home / "start-window")))
+        self.desk.spawn(["gio", "launch", str(entry)])
+        pid = wait_for(self.owner, "the window")
+        self.addCleanup(lambda: os.kill(pid, signal.SIGTERM))
+        window = Window.__new__(Window)
+        window.desk, window.process = self.desk, type("Running", (), {"pid": pid})
+        window.press("Add Clock")
+        self.await_strip("Clock")
+        self.desk.spawn(["gio", "launch", str(entry)])
+        window.await_keyboard()
+        self.assertEqual(self.owner(), pid)
 
     def test_a_slot_has_the_bus_start_it_and_the_next_one_raises_it(self):
         self.install_service()

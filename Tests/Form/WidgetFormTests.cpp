@@ -18,6 +18,7 @@
 #include "Tests/Form/FormRig.h"
 
 #include "TavrinCore/Settings/FieldControl.h"
+#include "TavrinCore/Settings/HotkeyText.h"
 #include "TavrinSettings/Form/FormRow.h"
 #include "TavrinSettings/Form/Picker.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
@@ -27,7 +28,6 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelSegments.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 
-#include <QComboBox>
 #include <QDateTimeEdit>
 #include <QDoubleSpinBox>
 #include <QLineEdit>
@@ -205,14 +205,44 @@ TEST(WidgetForm, ChoicesAndSwitchesOfEveryState) {
   EXPECT_EQ(rig.value("uses24Hour"), JSONValue());
 
   FormRig converter(kind<ConverterSettings>());
-  auto* category = converter.control<QComboBox>("Category");
-  category->setCurrentIndex(category->findText("Temperature"));
-  emit category->activated(category->currentIndex());
+  auto* categories = openPicker(converter, "Category");
+  const auto known = titles(categories);
+  const auto temperature = std::ranges::find(known, "Temperature");
+  ASSERT_NE(temperature, known.end());
+  categories->onOpen(static_cast<int>(temperature - known.begin()));
   QApplication::processEvents();
+  EXPECT_EQ(converter.control<PanelButton>("Category")->title(), "Temperature");
   EXPECT_EQ(converter.value("from"), JSONValue("°C")) << "the units follow their category";
-  auto* from = converter.control<QComboBox>("From");
-  ASSERT_NE(from, nullptr);
-  EXPECT_GE(from->findText("K (kelvins)"), 0);
+  EXPECT_THAT(titles(openPicker(converter, "From")), testing::Contains("K (kelvins)"));
+}
+
+TEST(WidgetForm, APopupStaysWhereItIsWhileOneTypesInIt) {
+  FormRig rig(kind<ClockSettings>());
+  // There is room above alone.
+  rig.form.resize(440, rig.control<PanelButton>("Time zone")->geometry().bottom() + 420);
+  openPicker(rig, "Time zone");
+  const QRect before = shownPopup(rig)->geometry();
+  auto* line = test::first<QLineEdit>(shownPopup(rig));
+  for (const auto* letter : {"n", "e", "x"}) {
+    FormRig::type(line, letter);
+    EXPECT_EQ(shownPopup(rig)->geometry(), before);
+  }
+}
+
+TEST(WidgetForm, ASearchThatFailedIsNotOneThatFoundNothing) {
+  FormRig rig(kind<WeatherSettings>());
+  std::string trouble;
+  rig.services.cities = [&](const std::string&, auto answer) -> TokenPtr {
+    answer({}, trouble);
+    return nullptr;
+  };
+  openPicker(rig, "City", "Nowhere");
+  EXPECT_THAT(rig.words().toStdString(), testing::HasSubstr("No city by that name."));
+  shownPopup(rig)->close();
+  trouble = "There is no network.";
+  openPicker(rig, "City", "Nowhere");
+  EXPECT_THAT(rig.words().toStdString(), testing::HasSubstr("There is no network."));
+  EXPECT_THAT(rig.words().toStdString(), testing::Not(testing::HasSubstr("No city by that name.")));
 }
 
 TEST(WidgetForm, ADateIsSetToTheMinute) {
@@ -316,6 +346,12 @@ TEST(WidgetForm, AShortcutIsPressed) {
   EXPECT_THAT(rig.words().toStdString(), testing::HasSubstr("needs control, option or command"));
   FormRig::press(button, Qt::Key_P, "p", Qt::ControlModifier | Qt::AltModifier);
   EXPECT_EQ(rig.value("hotkey").compact(), R"({"keyCode":35,"modifiers":6})");
+  EXPECT_EQ(button->title(), QString::fromStdString(hotkeyText({35, {6}})));
+  // The keyboard can leave while keys are waited for, and what is there stays.
+  button->click();
+  EXPECT_EQ(button->title(), "Press the keys…");
+  FormRig::press(button, Qt::Key_Tab);
+  EXPECT_NE(QApplication::focusWidget(), button);
   EXPECT_EQ(button->title(), QString::fromStdString(hotkeyText({35, {6}})));
   rig.control<PanelButton>("Take the shortcut away")->click();
   EXPECT_EQ(rig.value("hotkey"), JSONValue());

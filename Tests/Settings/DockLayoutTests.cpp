@@ -1,4 +1,5 @@
 #include "TavrinCore/Kinds/System/ClockSettings.h"
+#include "TavrinCore/Settings/HotkeyText.h"
 #include "TavrinPlatform/Files/AtomicFile.h"
 #include "TavrinSettings/Computer/ComputerPage.h"
 #include "TavrinSettings/Dock/BackupPane.h"
@@ -46,8 +47,8 @@ protected:
 class DockLayoutTest : public DockHome {
 protected:
   DockLayoutTest() {
-    job.onProgress = [this](const std::string& sentence, bool isTrouble) {
-      said.push_back((isTrouble ? "! " : "") + sentence);
+    job.onProgress = [this](const std::string& sentence, DockJob::Stage stage) {
+      said.push_back((stage == DockJob::Stage::failed ? "! " : "") + sentence);
     };
   }
 
@@ -145,6 +146,43 @@ TEST_F(DockLayoutTest, WhatWasNotWrittenAndWhatFailedIsSaidAndIsNoStep) {
                          "found.");
   EXPECT_FALSE(job.isRunning());
   EXPECT_EQ(history.undoTitle(), before);
+}
+
+TEST_F(DockLayoutTest, WithoutADockALayoutIsWrittenAndNothingIsEnded) {
+  platform.dock.process.runs = platform.dock.process.isThere = false;
+  const auto both = profiles.createFromDock();
+  show({"/Applications/Mail.app"});
+  EXPECT_FALSE(job.hasDock());
+  job.apply(*profiles.profile(both));
+  loop.runBackground();
+  EXPECT_EQ(shown(), "Mail Notes ");
+  EXPECT_EQ(platform.dock.process.kills, 0);
+  EXPECT_EQ(said.back(), "\"Layout\" is written, for a Dock that starts.");
+  EXPECT_TRUE(history.undoTellsItself()) << "it is not over when the call returns";
+  history.undo();
+  loop.runBackground();
+  EXPECT_EQ(shown(), "Mail ");
+  EXPECT_EQ(said.back(), "Undone: Apply Layout.");
+}
+
+TEST_F(DockLayoutTest, AShortcutIsOneLayouts) {
+  const auto first = profiles.createFromDock();
+  const Hotkey keys = hotkeyFromText("ctrl+alt+1");
+  profiles.edit(first, "Shortcut", "", [&](Profile& profile) { profile.hotkey = keys; });
+  const auto file = folder / "Layout.json";
+  profiles.exportTo(file, first);
+  const auto again = profiles.importFrom(file);
+  ASSERT_TRUE(again);
+  EXPECT_EQ(profiles.profile(*again)->hotkey, std::nullopt);
+  EXPECT_EQ(profiles.profile(first)->hotkey, keys);
+  EXPECT_THROW(profiles.library().requireFree(keys, *again), HostError);
+  profiles.library().requireFree(keys, first);
+  // The command judges the same.
+  const auto name = profiles.profile(*again)->name;
+  EXPECT_NE(run({"profiles", "hotkey", name, "ctrl+alt+1"}), 0);
+  EXPECT_THAT(errors.str(), HasSubstr("is the shortcut of \"Layout\""));
+  profiles.remove(first);
+  EXPECT_TRUE(profiles.profile(*profiles.importFrom(file))->hotkey) << "it is free";
 }
 
 TEST_F(DockLayoutTest, DifferencesAreWords) {
