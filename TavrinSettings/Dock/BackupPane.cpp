@@ -104,10 +104,19 @@ BackupPane::BackupPane(DockServicesOfPage& services, HostContext& context, QWidg
   workspaceList_ = new PanelList(worded("Backups of widgets and layouts"), this);
   workspaceList_->onAction = [this](int row, int) { restoreWorkspace(row); };
   column->addWidget(workspaceList_, 2);
+  noWorkspace_ = new PanelText(
+      worded("There is none yet. One is made each time the widgets start and end, and now by “Back "
+             "Up Now”."),
+      PanelTextStyle::secondary, this);
+  column->addWidget(noWorkspace_);
   column->addWidget(new PanelText(worded("The Dock"), PanelTextStyle::section, this));
   dockList_ = new PanelList(worded("Backups of the Dock"), this);
   dockList_->onAction = [this](int row, int) { restoreDock(row); };
   column->addWidget(dockList_, 1);
+  noDock_ = new PanelText(
+      worded("There is none yet. One is made before a layout is put into the Dock."),
+      PanelTextStyle::secondary, this);
+  column->addWidget(noDock_);
   auto* create = new PanelButton(
       PanelButton::Kind::quiet, worded("Back Up Now"),
       [this] {
@@ -122,7 +131,8 @@ BackupPane::BackupPane(DockServicesOfPage& services, HostContext& context, QWidg
         });
       },
       this);
-  column->addWidget(create, 0, Qt::AlignLeft);
+  column->addStretch(1);
+  column->addWidget(create, 0, Qt::AlignLeading);
 }
 
 void BackupPane::refresh() {
@@ -154,6 +164,8 @@ void BackupPane::refresh() {
       rows.push_back(row);
     }
   });
+  workspaceList_->setVisible(!rows.empty());
+  noWorkspace_->setVisible(rows.empty());
   workspaceList_->setRows(rows);
   rows.clear();
   services_.page.attempt([&] {
@@ -179,6 +191,8 @@ void BackupPane::refresh() {
       rows.push_back(row);
     }
   });
+  dockList_->setVisible(!rows.empty());
+  noDock_->setVisible(rows.empty());
   dockList_->setRows(rows);
 }
 

@@ -26,7 +26,9 @@ private:
   std::vector<WorkspaceBackup> workspace_;
   std::vector<std::filesystem::path> dock_;
   PanelList* workspaceList_;
+  PanelText* noWorkspace_;
   PanelList* dockList_;
+  PanelText* noDock_;
 };
 
 /// "2 widgets and 1 layout differ from now": a backup beside what there is.

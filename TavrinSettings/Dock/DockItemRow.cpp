@@ -190,8 +190,12 @@ void DockItemRow::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   const auto colours = PanelPalette::from(palette());
   const QRect divider = rectOf(leftCount_, width());
-  painter.fillRect(QRect(divider.center().x(), divider.top() + 10, 1, divider.height() - 26),
+  if (!tiles_.empty())
+    painter.fillRect(QRect(divider.center().x(), divider.top() + 10, 1, divider.height() - 26),
                    colours.hairline);
+  if (tiles_.empty())
+    panelPaint::line(painter, worded("It has no items. “Take the Dock As It Is” gives it some."),
+                     QRectF(rect()), panelFont(PanelTextStyle::secondary), colours.secondary);
   if (mark_)
     panelPaint::rounded(painter, QRectF(*mark_), 1.5, colours.accent);
 }

@@ -42,7 +42,7 @@ void FormPopup::place() {
   const QRect room = window()->rect().marginsRemoved({popupGap, popupGap, popupGap, popupGap});
   const QRect anchor(owner_->mapTo(window(), QPoint(0, 0)), owner_->size());
   const int width = std::min(std::max(sizeHint().width(), minimumWidth()), room.width());
-  const int height = std::min(sizeHint().height(), room.height());
+  const int height = std::min(std::max(sizeHint().height(), minimumHeight()), room.height());
   const bool isMirrored = layoutDirection() == Qt::RightToLeft;
   // Along the owner's leading edge; along the other one where that would leave the window.
   int x = isMirrored ? anchor.right() + 1 - width : anchor.left();
@@ -59,6 +59,11 @@ void FormPopup::place() {
   const int y = *isAbove_ ? std::max(above, room.top())
                           : std::min(below, room.bottom() + 1 - height);
   setGeometry(x, y, width, height);
+}
+
+int FormPopup::roomBeside() const {
+  const QRect anchor(owner_->mapTo(window(), QPoint(0, 0)), owner_->size());
+  return std::max(anchor.top(), window()->height() - anchor.bottom() - 1) - 2 * popupGap;
 }
 
 bool FormPopup::holds(const QObject* object) const {

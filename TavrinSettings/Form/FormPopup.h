@@ -19,6 +19,8 @@ public:
   void place();
 
 protected:
+  /// Points above or below the owner, whichever are more.
+  int roomBeside() const;
   void paintEvent(QPaintEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void closeEvent(QCloseEvent* event) override;

@@ -50,7 +50,9 @@ void PickerPopup::open() {
 /// What is typed must not move what it is typed into.
 void PickerPopup::keepHeight() {
   const int rows = items_.empty() ? visibleRows : std::min(list_->count(), visibleRows);
-  setFixedHeight(search_->sizeHint().height() + 3 * panel::grid + rows * list_->rowHeight());
+  const int wanted = search_->sizeHint().height() + 3 * panel::grid + rows * list_->rowHeight();
+  const int least = search_->sizeHint().height() + 3 * panel::grid + 2 * list_->rowHeight();
+  setFixedHeight(std::max(std::min(wanted, roomBeside()), least));
 }
 
 void PickerPopup::ask(const QString& words) {

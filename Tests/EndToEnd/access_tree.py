@@ -82,6 +82,8 @@ def act(application, verb, name, role="", text=""):
     for entry, node in zip(found, nodes):
         if entry["name"] != name or role not in ("", entry["role"]) or not entry["enabled"]:
             continue
+        if verb == "press" and not entry["actions"] or verb == "focus" and not entry["focusable"]:
+            continue  # the words beside it
         if verb == "press":
             names = actions(node)
             node.queryAction().doAction(next((i for i, each in enumerate(names)

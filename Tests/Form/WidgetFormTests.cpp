@@ -226,6 +226,7 @@ TEST(WidgetForm, APopupStaysWhereItIsWhileOneTypesInIt) {
   for (const auto* letter : {"n", "e", "x"}) {
     FormRig::type(line, letter);
     EXPECT_EQ(shownPopup(rig)->geometry(), before);
+    EXPECT_TRUE(rig.form.rect().contains(before));
   }
 }
 
