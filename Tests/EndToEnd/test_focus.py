@@ -135,7 +135,7 @@ class Shortcuts(FocusTest):
         other = self.desk.spawn([str(TAVRIN), "focus", "--no-restart"], log="other.log")
         wait_for(lambda: self.switches("ctrl+alt+2", "Calm"), "the first program", pause=0.1)
         self.start()
-        wait_for(lambda: "Failed to register ⌃⌥1 because the keys are taken" in self.said(),
+        wait_for(lambda: "Failed to register Ctrl+Alt+1 because the keys are taken" in self.said(),
                  "the refusal")
         other.send_signal(signal.SIGINT)
         self.assertEqual(other.wait(PATIENCE), 0)
@@ -195,8 +195,8 @@ class Portal(PortalTest):
         self.stop()
 
     def test_says_what_was_declined(self):
-        cases = (("some", ["⌃⌥1 because it was declined"]),
-                 ("decline", ["⌃⌥1 because it was declined", "⌃⌥2 because it was declined"]))
+        cases = (("some", ["Ctrl+Alt+1 because it was declined"]),
+                 ("decline", ["Ctrl+Alt+1 because it was declined", "Ctrl+Alt+2 because it was declined"]))
         for answer, sentences in cases:
             with self.subTest(answer=answer):
                 portal = self.start_portal(answer=answer)
@@ -213,7 +213,7 @@ class Portal(PortalTest):
         self.start()
         self.wait_for_keys("CTRL+ALT+2")
         self.call("TakeBack")
-        wait_for(lambda: "⌃⌥2 because the desktop has taken it back" in self.said(), "the remark")
+        wait_for(lambda: "Ctrl+Alt+2 because the desktop has taken it back" in self.said(), "the remark")
         self.stop()
 
 
