@@ -40,6 +40,10 @@ struct FormServices {
   std::function<std::vector<std::pair<std::string, std::string>>()> players;
   std::function<std::vector<std::string>()> networkLinks;
   Asking<std::vector<ApplicationInfo>> applications;
+  /// Those entries as this computer has them; no value for one that is not installed.
+  std::function<TokenPtr(std::vector<AppEntry>,
+                         std::function<void(std::vector<std::optional<ApplicationInfo>>)>)>
+      findApplications;
   /// A picture of `ApplicationInfo::icon`, a square of `points` times `scale` pixels.
   std::function<TokenPtr(const std::string& icon, int points, int scale,
                          std::function<void(QImage)>)>

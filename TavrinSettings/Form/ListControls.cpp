@@ -14,6 +14,7 @@
 #include <QLineEdit>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <cmath>
 
 namespace tavrin {
 namespace {
@@ -191,7 +192,53 @@ ApplicationListControl::ApplicationListControl(const FieldInfo& field, const For
 PanelRow ApplicationListControl::rowOf(const JSONValue& element) const {
   const auto name = memberText(element, "displayName");
   const auto path = memberText(element, "path");
-  return {.title = name.isEmpty() ? path : name, .subtitle = name.isEmpty() ? QString() : path};
+  PanelRow row{.title = name.isEmpty() ? path : name,
+               .subtitle = name.isEmpty() ? QString() : path,
+               .symbol = QStringLiteral("square.grid.2x2.fill")};
+  if (const auto known = known_.find(path.toStdString()); known != known_.end()) {
+    row.image = known->second.icon;
+    if (known->second.isGone)
+      row.trailing = worded("Not installed");
+  }
+  return row;
+}
+
+void ApplicationListControl::setValue(const JSONValue& value, const JSONValue& record) {
+  ListControl::setValue(value, record);
+  look();
+}
+
+void ApplicationListControl::look() {
+  std::vector<AppEntry> entries;
+  for (const auto& element : elements())
+    if (const auto path = memberText(element, "path").toStdString(); !known_.contains(path))
+      try {
+        entries.push_back(decode<AppEntry>(element));
+      } catch (const CodingError&) {
+        // It is shown as it stands.
+      }
+  if (entries.empty() || !services().findApplications)
+    return;
+  asking_.push_back(services().findApplications(
+      entries, [this, entries](const std::vector<std::optional<ApplicationInfo>>& infos) {
+        for (std::size_t i = 0; i < std::min(entries.size(), infos.size()); ++i)
+          tell(entries[i].path, infos[i]);
+        ListControl::setValue(elements(), {});
+      }));
+}
+
+void ApplicationListControl::tell(const std::string& path,
+                                  const std::optional<ApplicationInfo>& info) {
+  auto& known = known_[path];
+  known.isGone = !info;
+  constexpr int iconSide = 28;
+  if (info && services().applicationIcon)
+    asking_.push_back(services().applicationIcon(
+        info->icon, iconSide, static_cast<int>(std::ceil(devicePixelRatioF())),
+        [this, path](const QImage& image) {
+          known_[path].icon = image;
+          ListControl::setValue(elements(), {});
+        }));
 }
 
 QWidget* ApplicationListControl::target() {

@@ -2,6 +2,8 @@
 
 #include "TavrinSettings/Form/Picker.h"
 
+#include <map>
+
 class QLineEdit;
 class QVBoxLayout;
 
@@ -59,16 +61,28 @@ private:
   QLineEdit* line_;
 };
 
-/// Applications, added from those that menus show.
+/// Applications, added from those that menus show; each with its picture, or that it is not
+/// installed.
 class ApplicationListControl : public ListControl {
 public:
   ApplicationListControl(const FieldInfo& field, const FormServices& services);
+  void setValue(const JSONValue& value, const JSONValue& record) override;
   QWidget* target() override;
 
 protected:
   PanelRow rowOf(const JSONValue& element) const override;
 
 private:
+  struct Known {
+    QImage icon;
+    bool isGone = false;
+  };
+  void look();
+  void tell(const std::string& path, const std::optional<ApplicationInfo>& info);
+
+  /// By path.
+  std::map<std::string, Known> known_;
+  std::vector<TokenPtr> asking_;
   class PanelButton* add_;
   QPointer<PickerPopup> popup_;
 };

@@ -106,6 +106,9 @@ void FormDesk::setUpPickers() {
   services_.applications = [this](auto answer) {
     return platform_.applications().list(std::move(answer));
   };
+  services_.findApplications = [this](std::vector<AppEntry> entries, auto answer) {
+    return platform_.applications().find(std::move(entries), std::move(answer));
+  };
   services_.applicationIcon = [this](const std::string& icon, int points, int scale, auto answer) {
     return platform_.applications().icon(icon, points, scale, std::move(answer));
   };

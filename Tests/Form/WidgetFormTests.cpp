@@ -390,6 +390,15 @@ TEST(WidgetForm, ListsAreAddedToOrderedAndTakenFrom) {
       button->click();
   test::first<PanelList>(shownPopup(collection))->onOpen(0);
   EXPECT_THAT(collection.value("apps").compact(), testing::HasSubstr("org.example.Mail.desktop"));
+
+  CollectionSettings two;
+  two.apps = {{"/usr/share/applications/mail.desktop", {}, "Mail", {}},
+              {"/usr/share/applications/gone.desktop", {}, "Gone", {}}};
+  FormRig known{DockWidget::Kind(two)};
+  auto* rows = known.control<PanelList>("Apps");
+  EXPECT_FALSE(rows->row(0).image.isNull());
+  EXPECT_EQ(rows->row(0).trailing, "");
+  EXPECT_EQ(rows->row(1).trailing, "Not installed");
 }
 
 // Both added one: neither is lost.
