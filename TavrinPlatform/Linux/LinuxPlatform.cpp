@@ -1,4 +1,5 @@
 #include "TavrinCore/Base/Errors.h"
+#include "TavrinCore/Base/Texts.h"
 #include "TavrinPlatform/Linux/Applications/LinuxApplicationLibrary.h"
 #include "TavrinPlatform/Linux/Base/ProcessFamily.h"
 #include "TavrinPlatform/Linux/Desktop/DesktopServices.h"
@@ -290,8 +291,8 @@ void LinuxPlatform::tellMakeshift(const std::string& reason) {
   Log(log_, "surface").info(reason);
   if (isNews(files_.stateFolder() / "tavrin" / "surface", reason))
     userNotifications().add({.identifier = "dev.quellby.Tavrin.surface",
-                             .title = "Tavrin's widgets",
-                             .body = reason + " `tavrin doctor` says more."});
+                             .title = translated("Tavrin's widgets"),
+                             .body = reason + " " + translated("`tavrin doctor` says more.")});
 }
 
 Bus* LinuxPlatform::systemBus() {

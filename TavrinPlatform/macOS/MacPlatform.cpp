@@ -60,6 +60,8 @@ public:
       return popover_ && popover_->hasJustClosedByItself();
     };
   }
+  /// No work is under way that uses a service, then the services go.
+  ~MacPlatform() override { runLoop_.endWork(); }
   int run(std::function<void()> launched) { return application_.run(std::move(launched)); }
 
   LogSink& log() override { return log_; }

@@ -87,6 +87,11 @@ void DockJob::restore(const std::string& layout) {
       });
 }
 
+DockJob::~DockJob() {
+  if (end_.valid())
+    end_.wait();
+}
+
 bool DockJob::hasDock() const {
   return context_.platform().dockServices().dockProcess().running().has_value();
 }
@@ -103,8 +108,10 @@ void DockJob::run(const std::string& ended, Work work, std::function<void(const 
     onProgress(restarts ? translated("The Dock restarts…") : translated("The layout is written…"),
                Stage::begun);
   auto outcome = std::make_shared<Outcome>();
+  const auto end = std::make_shared<std::promise<void>>();
+  end_ = end->get_future();
   runLoop_.background(
-      [library, outcome, work = std::move(work)] {
+      [library = std::move(library), outcome, end, work = std::move(work)]() mutable {
         try {
           const auto before = newestBackup(*library);
           outcome->isWritten = work(*library);
@@ -114,6 +121,8 @@ void DockJob::run(const std::string& ended, Work work, std::function<void(const 
         } catch (const std::exception& error) {
           outcome->trouble = error.what();
         }
+        library.reset();
+        end->set_value();
       },
       alive_,
       [this, outcome, ended, done = std::move(done)] {

@@ -6,6 +6,7 @@
 #include "TavrinSettings/Editing/History.h"
 
 #include <functional>
+#include <future>
 #include <memory>
 
 namespace tavrin {
@@ -16,6 +17,8 @@ class DockJob {
 public:
   DockJob(HostContext& context, History& history, RunLoop& runLoop)
       : context_(context), history_(history), runLoop_(runLoop) {}
+  /// Waits for the change that is under way: it stands on the context. A Dock takes seconds.
+  ~DockJob();
 
   bool isRunning() const { return isRunning_; }
   /// Whether a Dock runs here. Where none does, a layout is written to the preferences that a Dock
@@ -49,6 +52,7 @@ private:
   History& history_;
   RunLoop& runLoop_;
   bool isRunning_ = false;
+  std::future<void> end_;
   Lifetime alive_;
 };
 

@@ -3,6 +3,7 @@
 #include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Base/Wipe.h"
 #include "TavrinCore/Kinds/Clipboard/ClipboardSettings.h"
+#include "TavrinPlatform/Files/DocumentLock.h"
 #include "TavrinStorage/AESGCM.h"
 #include "TavrinStorage/SharedDocument.h"
 
@@ -118,6 +119,7 @@ ClipboardVault::Outcome ClipboardVault::save(const ClipboardList& list,
 }
 
 void ClipboardVault::forget() {
+  const DocumentLock lock(url_);
   std::error_code ignored;
   std::filesystem::remove(url_, ignored);
   for (int number = 1; number <= mostDamaged; ++number)

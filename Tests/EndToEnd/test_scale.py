@@ -64,7 +64,14 @@ class Scale(DeskTest):
 
     def compare_with_new_process(self):
         """What is painted is all of the picture, not the old size's part of it."""
-        followed = self.desk.pixels(self.tile(0))
+        seen = []
+
+        def is_painted():
+            # A server shows a window's new size before what is painted in it.
+            seen.append(self.desk.pixels(self.tile(0)))
+            return len(seen) > 5 and len(set(seen[-5:])) == 1
+        wait_for(is_painted, "the tile to be painted", pause=0.2)
+        followed = seen[-1]
         self.kill(self.slots[0])
         self.slots[0] = self.start(1)
         wait_for(lambda: self.desk.windows(self.slots[0].pid), "the tile")

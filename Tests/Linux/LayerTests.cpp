@@ -325,7 +325,13 @@ TEST_F(LayerTest, AStripFollowsTheChosenOutput) {
   shell("swaymsg create_output");
   EXPECT_TRUE(eventually([&] { return depthKept(first) == 0 && depthKept(second) == tileSize; }))
       << depthKept(first) << " " << depthKept(second);
-  closeNewestWindow();
+  // A window that has just come may not listen yet.
+  ASSERT_TRUE(eventually([&] {
+    const auto outputs = shell("swaymsg -t get_outputs -r | grep -c '\"name\": \"X11-'");
+    if (outputs == "2")
+      closeNewestWindow();
+    return outputs == "1";
+  }));
   EXPECT_TRUE(eventually([&] { return depthKept(first) == tileSize; }));
   EXPECT_TRUE(isTileAt(cell(0, 1)));
   click(cell(0, 1));

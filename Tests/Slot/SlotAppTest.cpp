@@ -192,6 +192,7 @@ TEST_F(SlotAppTest, AnOpenPanelFollowsItsTile) {
   write({widget(TimerSettings{})});
   SlotApp app(platform_);
   app.applicationDidFinishLaunching();
+  app.applicationShouldHandleReopen(false);
   ASSERT_TRUE(platform_.fakePopover.shown);
   platform_.geometry.frame = Rect{100, 0, 400, 48};
   platform_.geometry.tileCenter = Point{300, 24};

@@ -46,6 +46,10 @@ void setPlace(zwlr_layer_surface_v1* surface, const QRect& frame, const QScreen&
   zwlr_layer_surface_v1_set_margin(surface, corner.y(), 0, 0, corner.x());
 }
 
+void setKeys(zwlr_layer_surface_v1* surface, const LayerShell::Place& place) {
+  zwlr_layer_surface_v1_set_keyboard_interactivity(surface, place.takesKeys ? 1 : 0);
+}
+
 } // namespace
 
 QtLayerShell::QtLayerShell(wl_display* display)
@@ -74,6 +78,7 @@ void QtLayerShell::put(QWindow& window, const Place& place) {
   if (surface == nullptr || screen == nullptr)
     return;
   setPlace(known->second->surface.get(), place.frame, *screen);
+  setKeys(known->second->surface.get(), place);
   known->second->frame = place.frame;
   window.setGeometry(place.frame);
   wl_surface_commit(surface);
@@ -113,7 +118,7 @@ void QtLayerShell::give(QWindow& window, const Place& place) {
   zwlr_layer_surface_v1_set_anchor(proxy, ZWLR_LAYER_SURFACE_V1_ANCHOR_TOP |
                                               ZWLR_LAYER_SURFACE_V1_ANCHOR_LEFT);
   zwlr_layer_surface_v1_set_exclusive_zone(proxy, wholeOutput);
-  zwlr_layer_surface_v1_set_keyboard_interactivity(proxy, place.takesKeys ? 1 : 0);
+  setKeys(proxy, place);
   wl_surface_commit(surface);
   for (int i = 0; i < mostRoundTrips && !layer.isConfigured; ++i)
     if (wl_display_roundtrip(display_) < 0)
