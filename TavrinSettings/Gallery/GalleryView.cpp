@@ -136,10 +136,12 @@ void GalleryView::search(const QString& words) {
 
 void GalleryView::follow(WidgetCard* card) {
   card->onKey = [this, card](int key) { return moveFocus(card, key); };
-  card->onFocus = [this, card] {
+  card->onFocus = [this, card](bool isPressed) {
     stop_ = card;
     placeStop();
-    scroll_->ensureWidgetVisible(card);
+    // A card that is pressed stays under the pointer that is to let go of it.
+    if (!isPressed)
+      scroll_->ensureWidgetVisible(card);
   };
 }
 

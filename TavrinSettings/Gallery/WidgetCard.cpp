@@ -130,7 +130,7 @@ void WidgetCard::keyPressEvent(QKeyEvent* event) {
 void WidgetCard::focusInEvent(QFocusEvent* event) {
   QAbstractButton::focusInEvent(event);
   if (onFocus)
-    onFocus();
+    onFocus(event->reason() == Qt::MouseFocusReason);
 }
 
 void WidgetCard::enterEvent(QEnterEvent*) {

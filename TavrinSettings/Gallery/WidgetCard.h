@@ -24,7 +24,7 @@ public:
 
   /// A key of those that lead from card to card; whether it led on.
   std::function<bool(int key)> onKey;
-  std::function<void()> onFocus;
+  std::function<void(bool isPressed)> onFocus;
 
   QSize sizeHint() const override { return {260, 84}; }
 
