@@ -75,7 +75,10 @@ bool isFocusNobodys() {
   return holder == XCB_NONE || holder == XCB_INPUT_FOCUS_POINTER_ROOT || holder == x11::root();
 }
 
+/// The server's word where there is one: the toolkit may not have heard yet.
 bool isFocusOurs() {
+  if (x11::connection() == nullptr)
+    return QGuiApplication::focusWindow() != nullptr;
   const xcb_window_t holder = x11::focusWindow();
   return std::ranges::any_of(QGuiApplication::topLevelWindows(), [holder](QWindow* window) {
     return window->handle() != nullptr && window->isVisible() && window->winId() == holder;
@@ -202,7 +205,7 @@ void QtPanelPopover::show(Point anchor, RectEdge edge) {
   isShown_ = true;
   isClosing_ = false;
   fade_.stop();
-  const bool isOurs = QGuiApplication::focusWindow() != nullptr;
+  const bool isOurs = isFocusOurs();
   isFromTile_ = environment_.hasTileKeys && environment_.hasTileKeys();
   if (!isOurs) {
     previousFocus_ = x11::focusWindow();
@@ -271,7 +274,6 @@ void QtPanelPopover::settleFocus() {
     return;
   // Some managers count a title bar in that the panel does not have.
   compareWithServer();
-  // The server's word, not the toolkit's: that one may not have heard that a manager is gone.
   if (!isFocusOurs())
     x11::setFocus(static_cast<xcb_window_t>(window_->winId()));
   if (--focusAsks_ > 0)
@@ -308,8 +310,7 @@ void QtPanelPopover::close() {
 }
 
 void QtPanelPopover::disappear() {
-  const QWindow* focus = QGuiApplication::focusWindow();
-  const bool hadFocus = focus != nullptr && window_->isActiveWindow();
+  const bool hadFocus = isFocusOurs();
   isClosing_ = false;
   fade_.stop();
   if (layers_ != nullptr) {
