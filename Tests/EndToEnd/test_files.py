@@ -203,11 +203,12 @@ class FilesTest(DeskTest):
         other = self.desk.home / "Other"
         other.mkdir()
         self.picture(other / "other.png", ORANGE, "100x100")
+        # A window that comes takes the keyboard from an open panel.
+        self.start_double()
         panel = self.click_tile()
         self.desk.run(TAVRIN, "widgets", "set", "Downloads", f"folders={other}")
         self.wait_seen(ORANGE, self.panel() or panel, "the other folder's file")
         # And dragged to another program.
-        self.start_double()
         x, y, _ = wait_for(lambda: self.seen(ORANGE, self.panel()), "the file in the panel")
         self.drag((x + 40, y), (190, 90), entering=True)
         wait_for(lambda: "dropped copy" in self.said(), "the drop")
