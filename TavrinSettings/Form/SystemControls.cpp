@@ -87,7 +87,8 @@ struct IconShelf {
       auto shown = items;
       for (std::size_t i = 0; i < shown.size(); ++i)
         shown[i].row.image = self->images[icons[i]];
-      answer(std::move(shown), items.empty() ? worded("No application goes by that") : QString());
+      answer(std::move(shown),
+             items.empty() ? worded("No application goes by that name") : QString());
     };
     show();
     const auto missing = std::make_shared<std::size_t>(0);
@@ -160,7 +161,7 @@ FormControl* makeTimeZoneControl(const FieldInfo& field, const FormServices& ser
     }
     std::ranges::stable_sort(items, {}, [](const PickerItem& item) { return item.row.title; });
     const bool isEmpty = items.empty();
-    answer(std::move(items), isEmpty ? worded("No time zone goes by that") : QString());
+    answer(std::move(items), isEmpty ? worded("No time zone goes by that name") : QString());
     return nullptr;
   };
   return new PickerControl(field, worded("City or offset, such as +5:30"), source,

@@ -133,7 +133,7 @@ AnyView countView(const WaterReading& reading, const TileSize& size, double poin
   const Text goal =
       text(count.mid(slash)).size(points).weight(FontWeight::medium).colour(withOpacity(ink, 0.78));
   const auto both = [&](double least) -> AnyView {
-    return hstack({drunk.size(least).figure(least), goal.size(least).figure(least)});
+    return hstack({drunk.size(least).figure(least), goal.size(least).figure(least)}).unmirrored();
   };
   return firstFitting({both(points), both(std::max(points * 0.72, size.words(0))),
                        both(size.words(0)), drunk.figure(minimumTypeSize)});
