@@ -75,7 +75,6 @@ class Newcomer(SettingsTest):
         self.await_strip("Note")
         window.click("Add Reminders")
         self.await_strip("Note", "Reminders")
-        window.close()
 
     def test_by_keys_alone(self):
         window = Window(self.desk)
@@ -309,6 +308,13 @@ class OneWindow(SettingsTest):
         digits = "".join(c for c in answer.split("uint32")[-1] if c.isdigit())
         return int(digits) if digits else None
 
+    def started_by_the_bus(self):
+        pid = wait_for(self.owner, "the window")
+        self.addCleanup(lambda: os.kill(pid, signal.SIGTERM))
+        window = Window.__new__(Window)
+        window.desk, window.process = self.desk, type("Running", (), {"pid": pid})
+        return window, pid
+
     def test_the_desktop_entry_starts_it_and_raises_it(self):
         self.install_service()
         template = pathlib.Path(__file__).parents[2] / "Packaging/dev.quellby.Tavrin.desktop.in"
@@ -317,10 +323,7 @@ class OneWindow(SettingsTest):
         entry.write_text(template.read_text().replace(
             "@TAVRIN_SETTINGS_PROGRAM@", str(self.desk.home / "start-window")))
         self.desk.spawn(["gio", "launch", str(entry)])
-        pid = wait_for(self.owner, "the window")
-        self.addCleanup(lambda: os.kill(pid, signal.SIGTERM))
-        window = Window.__new__(Window)
-        window.desk, window.process = self.desk, type("Running", (), {"pid": pid})
+        window, pid = self.started_by_the_bus()
         window.press("Add Clock")
         self.await_strip("Clock")
         self.desk.spawn(["gio", "launch", str(entry)])
@@ -339,10 +342,7 @@ class OneWindow(SettingsTest):
         wait_for(lambda: len(self.desk.windows(slot.pid)) > len(tile), "the panel")
         slot_panel = Panel(self.desk, slot)
         slot_panel.press_edit()
-        pid = wait_for(self.owner, "the window")
-        self.addCleanup(lambda: os.kill(pid, signal.SIGTERM))
-        window = Window.__new__(Window)
-        window.desk, window.process = self.desk, type("Running", (), {"pid": pid})
+        window, pid = self.started_by_the_bus()
         window.await_name("All Widgets")
         window.await_name("Here, place 1 of 2")
         self.assertEqual(self.heading(window), "Here")

@@ -267,8 +267,8 @@ void QtPanelPopover::takeFocus() {
   focusSettles_.start(x11::hasWindowManager() ? focusDelay : focusDelay / 10);
 }
 
-/// A server gives the focus to no window that a manager is just taking over, and does not say so:
-/// it is asked until the panel has it.
+/// A server gives the focus to no window that a manager is just taking over, and does not say so;
+/// and a manager that comes moves the focus itself. It is asked for as long as that may take.
 void QtPanelPopover::settleFocus() {
   if (!isShown_)
     return;

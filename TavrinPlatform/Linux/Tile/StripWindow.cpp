@@ -188,8 +188,10 @@ void StripWindow::update() {
 void StripWindow::paint() {
   if (!isExposed())
     return;
-  if (!store_ || std::exchange(storeScale_, devicePixelRatio()) != devicePixelRatio())
+  if (!store_ || storeScale_ != devicePixelRatio()) {
     store_ = std::make_unique<QBackingStore>(this);
+    storeScale_ = devicePixelRatio();
+  }
   if (store_->size() != size())
     store_->resize(size());
   const QRect whole(QPoint(), size());
@@ -258,6 +260,12 @@ void StripWindow::mouseReleaseEvent(QMouseEvent* event) {
 
 void StripWindow::mouseMoveEvent(QMouseEvent* event) {
   hover(event->position());
+}
+
+void StripWindow::press() {
+  // A place outside every button.
+  if (onClick)
+    onClick(QPointF(-1, -1));
 }
 
 void StripWindow::keyPressEvent(QKeyEvent* event) {

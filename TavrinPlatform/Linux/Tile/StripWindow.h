@@ -56,6 +56,9 @@ public:
   void setButtons(std::vector<DockTile::Button> buttons);
   const std::vector<DockTile::Button>& buttons() const { return buttons_; }
 
+  /// Presses the whole tile, as a click beside its buttons does.
+  void press();
+
   std::function<void(QPointF)> onClick;
   std::function<bool(QPointF)> onHover;
   std::function<bool()> takesFiles;

@@ -119,9 +119,8 @@ public:
   }
   QStringList actionNames() const override { return {pressAction()}; }
   void doAction(const QString& action) override {
-    // A place outside every button: the whole tile is pressed.
-    if (action == pressAction() && tile()->onClick)
-      tile()->onClick(QPointF(-1, -1));
+    if (action == pressAction())
+      tile()->press();
   }
   QStringList keyBindingsForAction(const QString&) const override { return {}; }
 

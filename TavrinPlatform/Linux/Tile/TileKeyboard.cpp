@@ -16,8 +16,6 @@ namespace tavrin {
 
 namespace {
 
-/// A place outside every button: the whole tile is pressed.
-const QPointF wholeTile(-1, -1);
 constexpr double answerLimit = 1;
 constexpr int mostAsks = 4;
 /// Milliseconds.
@@ -80,9 +78,11 @@ void TileKeyboard::focusChanged(bool hasFocus) {
   hasIt_ = hasFocus;
   settles_.stop();
   // Its own menu has the keyboard for the tile.
-  window_.setFocusRing(hasFocus || (menu_ && menu_->isVisible()));
+  const bool hasMenu = menu_ && menu_->isVisible();
+  window_.setFocusRing(hasFocus || hasMenu);
   if (!hasFocus) {
-    window_.holdKeys(false);
+    if (!hasMenu)
+      window_.holdKeys(false);
     return;
   }
   QAccessibleEvent event(&window_, QAccessible::Focus);
@@ -111,7 +111,7 @@ bool TileKeyboard::keyPressed(const QKeyEvent& event) {
   case Qt::Key_Return:
   case Qt::Key_Enter:
   case Qt::Key_Space:
-    openPanel();
+    window_.press();
     return true;
   case Qt::Key_F10:
     if (!event.modifiers().testFlag(Qt::ShiftModifier))
@@ -158,17 +158,13 @@ void TileKeyboard::giveBack() {
                                            : xcb_window_t{XCB_INPUT_FOCUS_POINTER_ROOT});
 }
 
-void TileKeyboard::openPanel() {
-  if (window_.onClick)
-    window_.onClick(wholeTile);
-}
-
 void TileKeyboard::showActions() {
   menu_ = std::make_unique<QMenu>();
+  QObject::connect(menu_.get(), &QMenu::aboutToHide, [this] { window_.setFocusRing(hasIt_); });
   menu_->addAction(QString::fromStdString(translated("Open")), [this] {
     // The menu has had it for the tile until now.
     hasIt_ = true;
-    openPanel();
+    window_.press();
   });
   for (const auto& button : window_.buttons())
     menu_->addAction(QString::fromStdString(button.name).replace('&', QLatin1String("&&")),

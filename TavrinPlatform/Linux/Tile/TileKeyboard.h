@@ -39,7 +39,6 @@ private:
   /// Until it is here: nobody says that a server did not give it.
   void ask();
   void giveBack();
-  void openPanel();
   void showActions();
 
   Bus& bus_;

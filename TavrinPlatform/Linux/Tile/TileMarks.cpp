@@ -31,7 +31,8 @@ double strokeOf(const QRectF& picture) {
 
 /// Its middle line lies `inset` points within the body's outline.
 void paintRing(QPainter& painter, const QRectF& picture, const QColor& colour, double inset) {
-  const double radius = picture.height() * DockTileGeometry::iconBodyRatio * radiusRatio;
+  // Round the same centres as the body's corners.
+  const double radius = picture.height() * DockTileGeometry::iconBodyRatio * radiusRatio - inset;
   painter.setPen(QPen(colour, strokeOf(picture)));
   painter.setBrush(Qt::NoBrush);
   painter.drawRoundedRect(bodyOf(picture).adjusted(inset, inset, -inset, -inset), radius, radius);
