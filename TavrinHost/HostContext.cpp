@@ -13,11 +13,7 @@ void HostContext::remarkOnce(const std::string& line) {
 }
 
 std::filesystem::path HostContext::stateFolder() {
-  auto& files = platform_.fileManager();
-  const auto chosen = files.environment("XDG_STATE_HOME");
-  const bool isChosen = chosen && chosen->starts_with('/');
-  const auto folder =
-      (isChosen ? std::filesystem::path(*chosen) : files.homeFolder() / ".local/state") / "tavrin";
+  const auto folder = platform_.fileManager().stateFolder() / "tavrin";
   std::error_code error;
   std::filesystem::create_directories(folder, error);
   if (error)

@@ -15,6 +15,8 @@ public:
   /// Throws FileError where the user has none.
   virtual std::filesystem::path applicationSupportFolder() const = 0;
   virtual std::filesystem::path cachesFolder() const = 0;
+  /// Where logs and what else outlives a start, but is no document, goes.
+  virtual std::filesystem::path stateFolder() const = 0;
   virtual std::optional<std::string> environment(const std::string& name) const = 0;
 
   /// Where people's command-line tools are put, the likelier folder first.

@@ -1,5 +1,7 @@
 #include "TavrinPlatform/Files/FileBeginning.h"
 
+#include "TavrinPlatform/Files/Descriptor.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
@@ -37,12 +39,8 @@ std::optional<std::string> readBeginning(const std::filesystem::path& file,
   struct stat info {};
   if (::stat(file.c_str(), &info) != 0 || !S_ISREG(info.st_mode))
     return std::nullopt;
-  const int descriptor = ::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
-  if (descriptor < 0)
-    return std::nullopt;
-  auto bytes = readOpen(descriptor, maximumSize);
-  ::close(descriptor);
-  return bytes;
+  const Descriptor descriptor(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+  return descriptor ? readOpen(descriptor.number(), maximumSize) : std::nullopt;
 }
 
 } // namespace tavrin

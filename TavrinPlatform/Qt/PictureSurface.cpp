@@ -2,6 +2,7 @@
 
 #include "TavrinCore/Base/Errors.h"
 #include "TavrinCore/Base/Texts.h"
+#include "TavrinPlatform/Files/Descriptor.h"
 
 #include <QBuffer>
 #include <QImageWriter>
@@ -25,15 +26,15 @@ constexpr std::chrono::seconds retryInterval{5};
 /// the disk: a picture lost in a crash is drawn again. 0, or the number of what went wrong.
 int replaceFile(const std::filesystem::path& file, const QByteArray& bytes) {
   const std::string temporary = file.string() + ".new";
-  const int descriptor =
-      ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, 0644);
-  if (descriptor < 0)
+  Descriptor descriptor(
+      ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, 0644));
+  if (!descriptor)
     return errno;
   const auto size = static_cast<std::size_t>(bytes.size());
-  const auto written = ::write(descriptor, bytes.constData(), size);
+  const auto written = ::write(descriptor.number(), bytes.constData(), size);
   // Less than all of it was written where the disk is full.
   int error = written < 0 ? errno : written < bytes.size() ? ENOSPC : 0;
-  ::close(descriptor);
+  descriptor.close();
   if (error == 0 && std::rename(temporary.c_str(), file.c_str()) != 0)
     error = errno;
   if (error != 0)

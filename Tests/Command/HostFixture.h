@@ -142,7 +142,7 @@ protected:
     std::string name = "/tmp/tavrin-host-XXXXXX";
     folder = mkdtemp(name.data());
     platform.files.variables["TAVRIN_APP_SUPPORT_DIR"] = folder / "data";
-    platform.files.variables["XDG_STATE_HOME"] = folder / "state";
+    platform.files.state = folder / "state";
   }
   ~HostTest() override { std::filesystem::remove_all(folder); }
 

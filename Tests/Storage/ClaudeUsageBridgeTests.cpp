@@ -27,6 +27,7 @@ public:
     return *support;
   }
   fs::path cachesFolder() const override { return folder / ".cache"; }
+  fs::path stateFolder() const override { return folder / ".local/state"; }
   std::optional<std::string> environment(const std::string&) const override { return {}; }
 
   fs::path folder;

@@ -25,6 +25,7 @@ struct Places : FileManager {
     return support;
   }
   fs::path cachesFolder() const override { return "/caches"; }
+  fs::path stateFolder() const override { return "/state"; }
   std::optional<std::string> environment(const std::string& name) const override {
     const auto found = variables.find(name);
     return found == variables.end() ? std::nullopt : std::optional(found->second);

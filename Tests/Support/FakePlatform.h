@@ -79,6 +79,9 @@ public:
     return *support;
   }
   std::filesystem::path cachesFolder() const override { return home / ".cache"; }
+  std::filesystem::path stateFolder() const override {
+    return state.empty() ? home / ".local/state" : state;
+  }
   std::optional<std::string> environment(const std::string& name) const override {
     const auto found = variables.find(name);
     return found == variables.end() ? std::nullopt : std::optional(found->second);
@@ -87,6 +90,7 @@ public:
   std::filesystem::path unicodeFolder() const override { return unicode; }
 
   std::filesystem::path home = "/home/user";
+  std::filesystem::path state;
   std::optional<std::filesystem::path> support = "/home/user/.local/share";
   std::map<std::string, std::string> variables;
   std::vector<std::filesystem::path> tools;

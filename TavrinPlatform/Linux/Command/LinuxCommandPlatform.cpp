@@ -40,12 +40,10 @@ void LinuxCommandPlatform::adoptStoredBusAddress() {
   if (isSet(fileManager_.environment(busVariable)) ||
       (isSet(runtimeFolder) && std::filesystem::exists(*runtimeFolder + "/bus", error)))
     return;
-  const auto chosen = fileManager_.environment("XDG_STATE_HOME");
-  const auto state = isSet(chosen) && chosen->starts_with('/')
-                         ? std::filesystem::path(*chosen)
-                         : fileManager_.homeFolder() / ".local/state";
+  if (fileManager_.homeFolder().empty())
+    return;
   std::string address;
-  std::getline(std::ifstream(state / "tavrin/session-bus"), address);
+  std::getline(std::ifstream(fileManager_.stateFolder() / "tavrin/session-bus"), address);
   if (!address.empty())
     setenv(busVariable, address.c_str(), 1);
 }

@@ -1,5 +1,6 @@
 #include "TavrinPlatform/Linux/Devices/LinuxHostStatistics.h"
 
+#include "TavrinPlatform/Files/Descriptor.h"
 #include "TavrinPlatform/Linux/Devices/ProcDecoding.h"
 
 #include <algorithm>
@@ -22,22 +23,21 @@ LinuxHostStatistics::LinuxHostStatistics(const std::filesystem::path& root)
 
 std::string_view LinuxHostStatistics::read(const std::filesystem::path& file, std::size_t limit) {
   // A recorded tree may hold anything, a pipe too: never wait for it.
-  const int descriptor = ::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-  if (descriptor < 0)
+  const Descriptor descriptor(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  if (!descriptor)
     return {};
   std::size_t size = 0;
   while (size < limit) {
     if (buffer_.size() < limit && size == buffer_.size())
       buffer_.resize(std::min(limit, std::max<std::size_t>(4096, 2 * buffer_.size())));
     const ssize_t count =
-        ::read(descriptor, buffer_.data() + size, std::min(limit, buffer_.size()) - size);
+        ::read(descriptor.number(), buffer_.data() + size, std::min(limit, buffer_.size()) - size);
     if (count < 0 && errno == EINTR)
       continue;
     if (count <= 0)
       break;
     size += static_cast<std::size_t>(count);
   }
-  ::close(descriptor);
   return {buffer_.data(), size};
 }
 

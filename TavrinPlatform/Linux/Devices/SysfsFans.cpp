@@ -2,6 +2,7 @@
 
 #include "TavrinCore/Kinds/Fans/FanControl.h"
 #include "TavrinPlatform/Files/AtomicFile.h"
+#include "TavrinPlatform/Files/Descriptor.h"
 
 #include <algorithm>
 #include <array>
@@ -26,11 +27,9 @@ constexpr int mostFansOfADriver = 16;
 /// A whole number in a file of sysfs; the error's number where there is none.
 std::optional<long> readNumber(const fs::path& file, int& error) {
   std::array<char, 64> text{};
-  const int descriptor = ::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-  const ssize_t size = descriptor < 0 ? -1 : ::read(descriptor, text.data(), text.size());
+  const Descriptor descriptor(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  const ssize_t size = descriptor ? ::read(descriptor.number(), text.data(), text.size()) : -1;
   error = size < 0 ? errno : EINVAL;
-  if (descriptor >= 0)
-    ::close(descriptor);
   long number = 0;
   if (size <= 0 || std::from_chars(text.data(), text.data() + size, number).ec != std::errc())
     return std::nullopt;
@@ -39,11 +38,9 @@ std::optional<long> readNumber(const fs::path& file, int& error) {
 
 void writeNumber(const fs::path& file, long number, const std::string& key) {
   const std::string text = std::to_string(number) + "\n";
-  const int descriptor = ::open(file.c_str(), O_WRONLY | O_CLOEXEC | O_NONBLOCK);
-  const ssize_t size = descriptor < 0 ? -1 : ::write(descriptor, text.data(), text.size());
+  const Descriptor descriptor(::open(file.c_str(), O_WRONLY | O_CLOEXEC | O_NONBLOCK));
+  const ssize_t size = descriptor ? ::write(descriptor.number(), text.data(), text.size()) : -1;
   const int error = errno;
-  if (descriptor >= 0)
-    ::close(descriptor);
   if (size != static_cast<ssize_t>(text.size()))
     throw FanError::writeFailed(key, "the kernel returned " + std::to_string(error));
 }
@@ -108,12 +105,7 @@ void SysfsFans::findFans(const fs::path& folder) {
     const auto file = [&](const std::string& stem, const char* suffix) {
       return folder / (stem + name + suffix);
     };
-    Fan fan{file("fan", "_input"),
-            file("fan", "_min"),
-            file("fan", "_max"),
-            {},
-            {},
-            {},
+    Fan fan{file("fan", "_input"),          file("fan", "_min"), file("fan", "_max"), {}, {}, {},
             isThere(file("fan", "_manual"))};
     fan.mode = withoutLinks(fan.isAppleSMC ? file("fan", "_manual") : file("pwm", "_enable"));
     if (fan.isAppleSMC)

@@ -19,6 +19,7 @@ public:
   std::filesystem::path homeFolder() const override;
   std::filesystem::path applicationSupportFolder() const override;
   std::filesystem::path cachesFolder() const override;
+  std::filesystem::path stateFolder() const override;
   std::optional<std::string> environment(const std::string& name) const override;
   std::vector<std::filesystem::path> toolFolders() const override;
   /// TAVRIN_UNICODE_DIR, where it is set.
@@ -26,8 +27,6 @@ public:
 
   /// Where settings belong. Throws FileError where the user has no such place.
   std::filesystem::path configurationFolder() const;
-  /// Where logs and the like go. Throws FileError where the user has no such place.
-  std::filesystem::path stateFolder() const;
 
 private:
   std::filesystem::path folder(const char* variable, const char* underHome) const;

@@ -3,6 +3,7 @@
 #include "TavrinCore/Base/Errors.h"
 #include "TavrinCore/Base/FileURL.h"
 #include "TavrinPlatform/Files/AtomicFile.h"
+#include "TavrinPlatform/Files/Descriptor.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -57,12 +58,11 @@ std::string trashInfo(const fs::path& path) {
 
 /// Whether the file was made, which takes the name for us alone.
 bool writeNew(const fs::path& file, const std::string& text) {
-  const int descriptor = ::open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
-  if (descriptor < 0)
+  const Descriptor descriptor(::open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+  if (!descriptor)
     return false;
   const bool isWritten =
-      ::write(descriptor, text.data(), text.size()) == static_cast<ssize_t>(text.size());
-  ::close(descriptor);
+      ::write(descriptor.number(), text.data(), text.size()) == static_cast<ssize_t>(text.size());
   if (!isWritten)
     ::unlink(file.c_str());
   return isWritten;

@@ -1,5 +1,7 @@
 #include "TavrinPlatform/Linux/Input/InputGrab.h"
 
+#include "TavrinPlatform/Files/Descriptor.h"
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -11,6 +13,8 @@
 #include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
+#include <vector>
 
 namespace tavrin {
 namespace {
@@ -74,23 +78,18 @@ public:
   std::vector<int> descriptors() const override {
     std::vector<int> descriptors;
     for (const auto& device : devices_)
-      descriptors.push_back(device.descriptor);
+      descriptors.push_back(device.descriptor.number());
     return descriptors;
   }
 
   bool read(std::vector<char>& eventTypes) override {
-    std::erase_if(devices_, [&](const Device& device) {
-      const bool isGone = !read(device, eventTypes);
-      if (isGone)
-        ::close(device.descriptor);
-      return isGone;
-    });
+    std::erase_if(devices_, [&](const Device& device) { return !read(device, eventTypes); });
     return true;
   }
 
 private:
   struct Device {
-    int descriptor;
+    Descriptor descriptor;
     bool hasButton;
     bool hasEnter;
     /// Of its file: another device may come by the same name.
@@ -130,19 +129,17 @@ private:
 
   /// No value where it is nothing that is held.
   std::optional<Result> take(const std::filesystem::path& path, ino_t inode) {
-    const int device = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-    if (device < 0)
+    Descriptor device(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    if (!device)
       return errno == EACCES || errno == EPERM ? std::optional(Result::notPermitted) : std::nullopt;
     Bits keys{};
-    ::ioctl(device, EVIOCGBIT(EV_KEY, keys.size()), keys.data());
+    ::ioctl(device.number(), EVIOCGBIT(EV_KEY, keys.size()), keys.data());
     const bool isKeyboard = has(keys, KEY_ENTER) || has(keys, KEY_POWER) || has(keys, KEY_MUTE);
     const bool isPointer = has(keys, BTN_LEFT) || has(keys, BTN_TOUCH);
     const bool isWanted = isKeyboard || (isPointer && locksPointer_);
-    const auto result = isWanted ? std::optional(grab(device)) : std::nullopt;
-    if (result != Result::holding)
-      ::close(device);
-    else
-      devices_.push_back({device, has(keys, BTN_LEFT), has(keys, KEY_ENTER), inode});
+    const auto result = isWanted ? std::optional(grab(device.number())) : std::nullopt;
+    if (result == Result::holding)
+      devices_.push_back({std::move(device), has(keys, BTN_LEFT), has(keys, KEY_ENTER), inode});
     return result;
   }
 
@@ -150,7 +147,7 @@ private:
   static bool read(const Device& device, std::vector<char>& eventTypes) {
     std::array<input_event, 64> events{};
     for (;;) {
-      const ssize_t size = ::read(device.descriptor, events.data(), sizeof events);
+      const ssize_t size = ::read(device.descriptor.number(), events.data(), sizeof events);
       if (size <= 0)
         return size == 0 || errno == EAGAIN || errno == EINTR;
       for (std::size_t i = 0; i < static_cast<std::size_t>(size) / sizeof(input_event); ++i)
@@ -180,8 +177,6 @@ private:
   }
 
   void release() {
-    for (const auto& device : devices_)
-      ::close(device.descriptor);
     devices_.clear();
     others_.clear();
   }

@@ -18,6 +18,8 @@ public:
     return folder(NSApplicationSupportDirectory, "Application Support");
   }
   std::filesystem::path cachesFolder() const override { return folder(NSCachesDirectory, "Caches"); }
+  /// Where command-line programs keep theirs here too.
+  std::filesystem::path stateFolder() const override { return homeFolder() / ".local/state"; }
   std::optional<std::string> environment(const std::string& name) const override {
     const auto found = environment_.find(name);
     return found != environment_.end() ? std::optional(found->second) : std::nullopt;

@@ -25,6 +25,7 @@ public:
   fs::path homeFolder() const override { return folder; }
   fs::path applicationSupportFolder() const override { return folder / "support"; }
   fs::path cachesFolder() const override { return folder; }
+  fs::path stateFolder() const override { return folder; }
   std::optional<std::string> environment(const std::string&) const override { return {}; }
 
   fs::path folder;

@@ -23,6 +23,7 @@ protected:
     fs::path homeFolder() const override { return folder.path(); }
     fs::path applicationSupportFolder() const override { return folder.path(); }
     fs::path cachesFolder() const override { return folder.path(); }
+    fs::path stateFolder() const override { return folder.path(); }
     std::optional<std::string> environment(const std::string&) const override { return {}; }
     std::vector<fs::path> toolFolders() const override { return {}; }
     fs::path unicodeFolder() const override { return {}; }
