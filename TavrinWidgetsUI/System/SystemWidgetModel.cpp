@@ -1,15 +1,7 @@
 #include "TavrinWidgetsUI/System/SystemWidgetModel.h"
 
-#include "TavrinCore/Kinds/Runs/StopwatchSettings.h"
-#include "TavrinCore/Kinds/System/ActivitySettings.h"
-#include "TavrinCore/Kinds/System/BatterySettings.h"
-#include "TavrinCore/Kinds/System/ClockSettings.h"
-#include "TavrinCore/Kinds/System/CountdownSettings.h"
-#include "TavrinCore/Kinds/System/NetworkSettings.h"
-#include "TavrinCore/Kinds/System/PetSettings.h"
-#include "TavrinCore/Kinds/System/TimeProgressSettings.h"
-
 #include <algorithm>
+#include <utility>
 
 namespace tavrin {
 namespace {
@@ -17,8 +9,6 @@ namespace {
 constexpr double day = 86'400;
 /// A timer that fires so little early counts as on time.
 constexpr double earliness = 0.02;
-
-template <class... F> struct Overloaded : F... { using F::operator()...; };
 
 } // namespace
 
@@ -64,31 +54,13 @@ void SystemWidgetModel::stop() {
 }
 
 bool SystemWidgetModel::chooseSampler() {
-  const auto& kind = widget_.kind;
-  const auto* const before = sampler_;
+  const auto* const before = std::exchange(sampler_, nullptr);
   bool isOtherMeasure = false;
-  sampler_ = nullptr;
-  if (kind.get<BatterySettings>() != nullptr) {
-    sampler_ = &battery_;
-  } else if (kind.get<ActivitySettings>() != nullptr) {
-    sampler_ = &activity_;
-  } else if (const auto* network = kind.get<NetworkSettings>()) {
-    isOtherMeasure = network_.setSettings(*network);
-    sampler_ = &network_;
-  } else if (const auto* clock = kind.get<ClockSettings>()) {
-    clockFace_.setSettings(*clock);
-    sampler_ = &clockFace_;
-  } else if (const auto* countdown = kind.get<CountdownSettings>()) {
-    countdown_.setSettings(*countdown);
-    sampler_ = &countdown_;
-  } else if (kind.get<TimeProgressSettings>() != nullptr) {
-    sampler_ = &timeProgress_;
-  } else if (kind.get<StopwatchSettings>() != nullptr) {
-    sampler_ = &stopwatch_;
-  } else if (const auto* pet = kind.get<PetSettings>()) {
-    pet_.setSettings(*pet);
-    sampler_ = &pet_;
-  }
+  for (auto* sampler : samplers_)
+    if (const auto taken = sampler->take(widget_.kind)) {
+      sampler_ = sampler;
+      isOtherMeasure = *taken;
+    }
   if (sampler_ == before)
     return isOtherMeasure;
   activity_.forget();

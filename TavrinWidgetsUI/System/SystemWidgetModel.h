@@ -14,6 +14,7 @@
 #include "TavrinWidgetsUI/System/Samplers/StopwatchSampler.h"
 #include "TavrinWidgetsUI/System/Samplers/TimeProgressSampler.h"
 
+#include <array>
 #include <functional>
 #include <optional>
 #include <vector>
@@ -130,6 +131,8 @@ private:
   TimeProgressSampler timeProgress_;
   StopwatchSampler stopwatch_;
   PetSampler pet_;
+  std::array<SystemSampler*, 8> samplers_{&battery_,   &activity_,     &network_,   &clockFace_,
+                                          &countdown_, &timeProgress_, &stopwatch_, &pet_};
   /// The kind's; null where nothing is sampled.
   SystemSampler* sampler_ = nullptr;
   bool isStarted_ = false;

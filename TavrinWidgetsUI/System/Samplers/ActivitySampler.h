@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Kinds/System/ActivitySettings.h"
 #include "TavrinWidgetsUI/System/Samplers/ReadingHistory.h"
 #include "TavrinWidgetsUI/System/Samplers/SystemSampler.h"
 #include "TavrinWidgetsUI/System/SystemReadings.h"
@@ -7,7 +8,7 @@
 namespace tavrin {
 
 /// Use of the processors and of the memory.
-class ActivitySampler final : public SystemSampler {
+class ActivitySampler final : public SamplerOf<ActivitySettings> {
 public:
   /// `readings` outlives it.
   explicit ActivitySampler(const SystemReadings& readings) : readings_(readings) {}

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Kinds/System/BatterySettings.h"
 #include "TavrinPlatform/ConnectedDevices.h"
 #include "TavrinWidgetsUI/System/Samplers/SystemSampler.h"
 #include "TavrinWidgetsUI/System/SystemReadings.h"
@@ -9,7 +10,7 @@
 namespace tavrin {
 
 /// The computer's battery, and those of the connected devices.
-class BatterySampler final : public SystemSampler {
+class BatterySampler final : public SamplerOf<BatterySettings> {
 public:
   /// Both outlive it.
   BatterySampler(const SystemReadings& readings, ConnectedDevices& devices)

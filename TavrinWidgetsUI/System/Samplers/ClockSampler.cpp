@@ -10,10 +10,11 @@ ClockReading ClockSampler::reading(Date now, const Calendar& calendar) const {
   return reader_->at(now);
 }
 
-void ClockSampler::setSettings(const ClockSettings& settings) {
+bool ClockSampler::setSettings(const ClockSettings& settings) {
   if (settings != settings_)
     forget();
   settings_ = settings;
+  return false;
 }
 
 double ClockSampler::interval(const SampleMoment& moment) const {

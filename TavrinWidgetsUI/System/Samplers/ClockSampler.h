@@ -7,10 +7,10 @@
 namespace tavrin {
 
 /// A clock's face, by one set of settings.
-class ClockSampler final : public SystemSampler {
+class ClockSampler final : public SamplerOf<ClockSettings> {
 public:
   ClockReading reading(Date now, const Calendar& calendar) const;
-  void setSettings(const ClockSettings& settings);
+  bool setSettings(const ClockSettings& settings) override;
   /// The zone or the locale may be another one.
   void forget() { reader_.reset(); }
 

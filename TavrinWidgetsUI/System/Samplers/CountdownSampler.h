@@ -6,9 +6,12 @@
 namespace tavrin {
 
 /// What is left until a date. Days and hours change with the hour, hours and less with the second.
-class CountdownSampler final : public SystemSampler {
+class CountdownSampler final : public SamplerOf<CountdownSettings> {
 public:
-  void setSettings(const CountdownSettings& settings) { settings_ = settings; }
+  bool setSettings(const CountdownSettings& settings) override {
+    settings_ = settings;
+    return false;
+  }
 
   double interval(const SampleMoment& moment) const override { return moment.paced(1); }
   std::optional<Date> next(const SampleMoment& moment) const override;

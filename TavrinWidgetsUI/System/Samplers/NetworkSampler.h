@@ -8,15 +8,14 @@
 namespace tavrin {
 
 /// Traffic of one link, or of all.
-class NetworkSampler final : public SystemSampler {
+class NetworkSampler final : public SamplerOf<NetworkSettings> {
 public:
   /// `readings` outlives it.
   explicit NetworkSampler(const SystemReadings& readings) : readings_(readings) {}
 
   const NetworkReading& reading() const { return history_.now(); }
   const std::vector<NetworkReading>& history() const { return history_.past(); }
-  /// Whether another link is measured from now on.
-  bool setSettings(const NetworkSettings& settings);
+  bool setSettings(const NetworkSettings& settings) override;
   /// Nobody sampled for a while, or another link is measured.
   void forget();
   /// The time since the last sample is not known any more.

@@ -8,13 +8,16 @@ namespace tavrin {
 
 /// A pet, which moves while somebody can see it, at its own pace: no faster than it is drawn. It
 /// holds still to save energy.
-class PetSampler final : public SystemSampler {
+class PetSampler final : public SamplerOf<PetSettings> {
 public:
   /// `readings` outlives it.
   PetSampler(const UUID& widget, const SystemReadings& readings)
       : pet(widget), readings_(readings) {}
 
-  void setSettings(const PetSettings& settings) { settings_ = settings; }
+  bool setSettings(const PetSettings& settings) override {
+    settings_ = settings;
+    return false;
+  }
 
   double interval(const SampleMoment& moment) const override { return moment.paced(2); }
   std::optional<Date> next(const SampleMoment& moment) const override {

@@ -1,12 +1,13 @@
 #pragma once
 
 #include "TavrinCore/Kinds/Runs/StopwatchRun.h"
+#include "TavrinCore/Kinds/Runs/StopwatchSettings.h"
 #include "TavrinWidgetsUI/System/Samplers/SystemSampler.h"
 
 namespace tavrin {
 
 /// A run, and when its display changes: by tenths where the panel shows them.
-class StopwatchSampler final : public SystemSampler {
+class StopwatchSampler final : public SamplerOf<StopwatchSettings> {
 public:
   explicit StopwatchSampler(StopwatchRun initial) : run(std::move(initial)) {}
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TavrinCore/Base/Calendar.h"
+#include "TavrinCore/Widgets/DockWidget.h"
 
 #include <algorithm>
 #include <cmath>
@@ -31,6 +32,9 @@ public:
   static constexpr double minute = 60;
 
   virtual ~SystemSampler() = default;
+  /// Goes by the settings of a widget of its kind from now on; no value where the widget is another
+  /// sampler's. Whether something else is measured than by the settings before.
+  virtual std::optional<bool> take(const DockWidget::Kind& kind) = 0;
   /// Seconds between two samples; for countdowns the shortest there is.
   virtual double interval(const SampleMoment& moment) const = 0;
   /// When to sample again; no value when nothing changes by itself.
@@ -41,6 +45,17 @@ public:
   virtual bool read(const SampleMoment& moment, Date before) = 0;
   /// A rate between two samples: one taken out of turn would measure next to nothing.
   virtual bool isRate() const { return false; }
+};
+
+/// The sampler of the widgets that have these settings.
+template <class Settings> class SamplerOf : public SystemSampler {
+public:
+  std::optional<bool> take(const DockWidget::Kind& kind) final {
+    const auto* settings = kind.get<Settings>();
+    return settings != nullptr ? std::optional(setSettings(*settings)) : std::nullopt;
+  }
+  /// Whether something else is measured from now on.
+  virtual bool setSettings(const Settings&) { return false; }
 };
 
 /// The first moment after `now` that is a multiple of `step` away from `origin`.

@@ -1,11 +1,12 @@
 #pragma once
 
+#include "TavrinCore/Kinds/System/TimeProgressSettings.h"
 #include "TavrinWidgetsUI/System/Samplers/SystemSampler.h"
 
 namespace tavrin {
 
 /// How much of a day, month or year has passed: it moves with the minute.
-class TimeProgressSampler final : public SystemSampler {
+class TimeProgressSampler final : public SamplerOf<TimeProgressSettings> {
 public:
   double interval(const SampleMoment& moment) const override { return moment.paced(minute); }
   std::optional<Date> next(const SampleMoment& moment) const override {
