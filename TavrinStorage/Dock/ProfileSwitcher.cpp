@@ -5,6 +5,7 @@
 #include "TavrinCore/Dock/DockChangeDetector.h"
 #include "TavrinStorage/Dock/PlistFileBackend.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace tavrin {
@@ -69,8 +70,29 @@ bool ProfileSwitcher::switchTo(UUID profileID) {
     store_.reload();
     return std::optional(requiredProfile(profileID).snapshot(clock_.now()));
   });
-  activate(profileID);
+  // Of two switches at once the one whose layout stands makes its profile the active one.
+  std::shared_ptr<void> access;
+  try {
+    access = swapper_.writer.backend->exclusiveAccess();
+  } catch (const DockError&) {
+    // The Dock has the layout all the same; left open is the moment between look and mark.
+  }
+  store_.reload();
+  if (!isReplaced(profileID))
+    activate(profileID);
   return true;
+}
+
+/// Whether the Dock shows another profile's layout.
+bool ProfileSwitcher::isReplaced(const UUID& id) const {
+  const DockSnapshot dock = swapper_.snapshot(clock_.now());
+  const auto isShown = [&](const Profile& profile) {
+    return isSame(profile.snapshot(dock.capturedAt), dock);
+  };
+  const auto& profiles = store_.file().profiles;
+  return std::ranges::any_of(profiles, isShown) &&
+         std::ranges::none_of(
+             profiles, [&](const Profile& profile) { return profile.id == id && isShown(profile); });
 }
 
 bool ProfileSwitcher::captureCurrentDock() {

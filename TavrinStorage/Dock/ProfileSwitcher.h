@@ -58,6 +58,7 @@ public:
 private:
   Profile requiredProfile(const UUID& id) const;
   bool apply(const DockSwapper::Plan& plan);
+  bool isReplaced(const UUID& id) const;
 
   ProfileStore& store_;
   DockSwapper swapper_;

@@ -171,19 +171,125 @@ class Writers(DeskTest):
         self.assertEqual([each for each in os.listdir(self.desk.data) if each.endswith(".lock")],
                          [])
 
-    def test_all_that_was_said_is_in_the_files(self):
+    def start_slots(self):
         self.prepare()
         for slot in SHELVES:
             self.desk.start_slot(slot)
             self.desk.wait_for_name(slot)
+
+    def rounds(self, what, play):
+        self.start_slots()
         spent = []
         self.refused = 0
         for number in range(ROUNDS):
             start = time.monotonic()
-            self.round(number)
+            play(number)
             spent.append(time.monotonic() - start)
-        print(f"\n{ROUNDS} rounds of 40 commands and 3 slots, nothing lost, {self.refused} refused; "
+        print(f"\n{ROUNDS} rounds of {what}, nothing lost, {self.refused} refused; "
               f"a round took {min(spent):.1f} to {max(spent):.1f} s")
+
+    def test_all_that_was_said_is_in_the_files(self):
+        self.rounds("40 commands and 3 slots", self.round)
+
+    def edit(self, name, script):
+        """An editor that a person could have; a terminal is what it wants to run in."""
+        editor = self.desk.home / ("editor-" + name.replace(" ", "-"))
+        editor.write_text(f"#!/bin/sh\n{script}\n")
+        editor.chmod(0o700)
+        words = ["script", "-qefc", f"'{TAVRIN}' edit '{name}'", "/dev/null"]
+        env = self.desk.env | {"EDITOR": str(editor), "VISUAL": "", "SHELL": "/bin/sh"}
+        return words, subprocess.Popen(words, env=env, text=True, stdin=subprocess.DEVNULL,
+                                       stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+
+    def other_sorts(self, number):
+        """Editors, imports, shortcuts, Focus states, deletions, switches, backups."""
+        timers = self.prepare()
+        marks = [widget("bookmarks", {}, None, f"Marks {index}") for index in range(2)]
+        self.desk.write_widgets([*self.widgets().values(), *marks])
+        for index in range(16):
+            self.answers([self.begin("profiles", "create", "--empty", f"Profile {index}")])
+        layouts = ("x://left", "x://right")
+        for index, address in enumerate(layouts):
+            self.dock.write_bytes(plistlib.dumps({}))
+            self.answers([self.begin("dock", "add", address, "--no-restart")])
+            self.answers([self.begin("profiles", "create", f"Layout {index}")])
+        exported = self.desk.home / "exported.json"
+        self.answers([self.begin("profiles", "export", "Profile 15", "-o", str(exported))])
+        pages = []
+        for index in range(6):
+            pages.append(self.desk.home / f"marks{index}.html")
+            pages[-1].write_text("<!DOCTYPE NETSCAPE-Bookmark-file-1><DL><p><DT>"
+                                 f"<A HREF=\"https://{number}-{index}.example/\">P</A></DL>")
+        files = {slot: [self.desk.home / f"s{number}-{slot}-{index}.txt" for index in range(DROPS)]
+                 for slot in SHELVES}
+        for file in sum(files.values(), []):
+            file.write_text("x")
+        pourer = self.start_pours(time.time() + 0.8)
+        begun = [self.start_drops(slot, files[slot]) for slot in SHELVES]
+        begun += [self.edit(timers[index]["name"],
+                            f"sed -i 's/#[0-9A-Fa-f]\\{{6\\}}/#00000{index}/' \"$1\"")
+                  for index in range(6)]
+        begun += [self.begin("widgets", "import", marks[index % 2]["name"], str(pages[index]))
+                  for index in range(6)]
+        begun += [self.begin("profiles", "hotkey", f"Profile {index}", f"ctrl+alt+{index}")
+                  for index in range(4)]
+        begun += [self.begin("profiles", "focus", f"Profile {index}", "on")
+                  for index in range(4, 8)]
+        begun += [self.begin("profiles", "delete", f"Profile {index}")
+                  for index in range(8, 12)]
+        begun += [self.begin("profiles", "import", str(exported)) for _ in range(4)]
+        begun += [self.begin("profiles", "switch", f"Layout {index}", "--no-restart")
+                  for index in range(2)]
+        begun += [self.begin("backups", "create") for _ in range(4)]
+        begun += [self.begin("widgets", "add", "clock", f"Late {number}-{index}")
+                  for index in range(6)]
+        self.assertEqual(len(begun), 42)
+        self.answers(begun)
+        self.assertEqual(pourer.wait(30), 0, self.desk.log(3))
+
+        widgets = self.widgets()
+        self.assertEqual([self.settings(timers[index]["id"]).get("tintHex") for index in range(6)],
+                         [f"#00000{index}" for index in range(6)])
+        for place, each in enumerate(marks):
+            urls = {mark["url"] for mark in self.settings(each["id"])["bookmarks"]}
+            self.assertEqual(urls, {f"https://{number}-{index}.example/"
+                                    for index in range(place, 6, 2)})
+        names = {each["name"] for each in widgets.values()}
+        self.assertLessEqual({f"Late {number}-{index}" for index in range(6)}, names)
+        profiles = self.profiles()
+        by_name = {each["name"]: each for each in profiles}
+        for index in range(4):
+            self.assertIn("hotkey", by_name[f"Profile {index}"])
+            self.assertEqual(by_name[f"Profile {index + 4}"]["focusModeBinding"], "on")
+            self.assertNotIn(f"Profile {index + 8}", by_name)
+        self.assertEqual(sum(each["name"].startswith("Profile 15") for each in profiles), 5)
+        dock = plistlib.loads(self.dock.read_bytes())["persistent-others"]
+        shown = [tile["tile-data"]["url"]["_CFURLString"] for tile in dock]
+        document = json.loads((self.desk.data / "profiles.json").read_text())
+        active = next(each for each in profiles if each["id"] == document["activeProfileId"])
+        self.assertEqual(shown, [layouts[int(active["name"][-1])]], "the Dock is not the active one")
+        for slot, identifier in zip(SHELVES, self.shelves):
+            wanted = {str(file) for file in files[slot]}
+            wait_for(lambda: wanted <= set(self.settings(identifier)["paths"]),
+                     f"all that was dropped on slot {slot}")
+        water = json.loads((self.desk.data / "water.json").read_text())
+        self.assertEqual(sum(day["millilitres"] for day in water["days"]), POURS * GLASS)
+
+    def test_all_other_sorts(self):
+        self.rounds("40 other commands and 3 slots", self.other_sorts)
+
+    def test_what_a_restored_backup_replaces_is_kept(self):
+        """Each widget that was said to be made is there, or in the copy that restoring makes."""
+        self.prepare()
+        self.answers([self.begin("backups", "create")])
+        begun = [self.begin("widgets", "add", "clock", f"Clock {index}") for index in range(12)]
+        begun += [self.begin("backups", "restore", "latest")]
+        begun += [self.begin("widgets", "add", "clock", f"Clock {index}") for index in range(12, 24)]
+        self.answers(begun)
+        kept = {each["name"] for each in self.widgets().values()}
+        for copy in self.desk.data.glob("**/widgets.json"):
+            kept |= {each["name"] for each in json.loads(copy.read_text())["widgets"]}
+        self.assertLessEqual({f"Clock {index}" for index in range(24)}, kept)
 
     def test_a_killed_command_spoils_nothing(self):
         """Killed at any moment, a command leaves whole files, and no lock that stays."""
