@@ -8,8 +8,9 @@
 //                                               from a key, or a press of the first button, until
 //                                               something is painted there in the window
 //
-// Prints milliseconds, a line a round: until the window is mapped, where one comes, and until
-// something has been painted into it. A launched program is ended.
+// Prints milliseconds, a line a round: until the window is mapped, where one comes, and until it
+// holds more than one colour: a window is mapped before, or after, it is painted, as its program
+// likes, and has the server's own ground till then. A launched program is ended.
 #include <chrono>
 #include <csignal>
 #include <cstdio>
@@ -74,10 +75,9 @@ public:
       if (type == XCB_MAP_NOTIFY && window == 0) {
         window = reinterpret_cast<xcb_map_notify_event_t*>(event)->window;
         times.mapped = millisecondsSince(start);
-        xcb_damage_create(connection_, xcb_generate_id(connection_), window,
-                          XCB_DAMAGE_REPORT_LEVEL_NON_EMPTY);
-        xcb_flush(connection_);
-      } else if (type == damageEvent_ && window != 0) {
+        watch(window);
+      } else if (type == damageEvent_ && window != 0 && isPainted(window)) {
+        // Also what was painted before it was watched: the server begins with a report of that.
         times.painted = millisecondsSince(start);
         std::free(event);
         return times;
@@ -127,6 +127,27 @@ public:
   }
 
 private:
+  bool isPainted(xcb_window_t window) {
+    auto* place = xcb_get_geometry_reply(connection_, xcb_get_geometry(connection_, window), nullptr);
+    if (place == nullptr)
+      return false;
+    auto* image = xcb_get_image_reply(connection_,
+                                      xcb_get_image(connection_, XCB_IMAGE_FORMAT_Z_PIXMAP, window, 0,
+                                                    0, place->width, place->height, ~0U),
+                                      nullptr);
+    std::free(place);
+    if (image == nullptr)
+      return false;
+    constexpr int pixel = 4;
+    const auto* bytes = xcb_get_image_data(image);
+    const int length = xcb_get_image_data_length(image);
+    bool isOneColour = true;
+    for (int i = pixel; isOneColour && i + pixel <= length; i += pixel)
+      isOneColour = std::memcmp(bytes, bytes + i, 3) == 0;
+    std::free(image);
+    return !isOneColour;
+  }
+
   xcb_generic_event_t* nextEvent() {
     if (auto* event = xcb_poll_for_event(connection_))
       return event;
