@@ -29,6 +29,9 @@ PLATFORM_CONDITIONAL = re.compile(
     r"^\s*#\s*(?:if|elif).*\b(__linux__|__linux|__APPLE__|__unix__|__MACH__|_WIN32|__GLIBC__"
     r"|Q_OS_\w+|TARGET_OS_\w+)", re.M)
 TEXT = re.compile(r'"((?:[^"\\\n]|\\.)*)"')
+RAW_TEXT = re.compile(r'\bR"(\w*)\((.*?)\)\1"', re.S)
+# Scripts for another program, which says where its tools are.
+SCRIPTS = {"TavrinStorage/ClaudeUsage/ClaudeUsageBridge.cpp"}
 PLACE = re.compile(r"(?:^|[\s:=~])/(?:proc|sys|usr|etc|run|dev|snap|opt|var|home|lib)(?:/|$)"
                    r"|x-special/gnome|\.so(?:\.\d+)?$|\.dylib$|KDE Connect")
 
@@ -140,9 +143,13 @@ def faults(root):
         if parts[0] in PRODUCT and parts[0] != "TavrinPlatform":
             for match in PLATFORM_CONDITIONAL.finditer(code):
                 found.append(f"{name}: asks for the platform by {match.group(1)}")
-            for match in TEXT.finditer(code):
-                if PLACE.search(match.group(1)):
-                    found.append(f'{name}: names what one system has: "{match.group(1)}"')
+            texts = [match.group(1) for match in TEXT.finditer(code)]
+            if name not in SCRIPTS:
+                raw = (match.group(2) for match in RAW_TEXT.finditer(text))
+                texts += [line for lines in raw for line in lines.splitlines()]
+            for shown in texts:
+                if PLACE.search(shown):
+                    found.append(f'{name}: names what one system has: "{shown}"')
     for folder in sorted(folders):
         if (count := sum(path.is_file() for path in folder.iterdir())) > MOST_FILES:
             found.append(f"{folder.relative_to(root)}: {count} files, at most {MOST_FILES}")

@@ -85,6 +85,8 @@ class TheRules(unittest.TestCase):
                 self.assertEqual([], self.faults({"TavrinPlatform/Files/a.cpp": line + "\n"}))
                 self.assertEqual([], self.faults({"TavrinStorage/a.cpp": "// " + line + "\n"}))
         self.assertEqual([], self.faults({"TavrinCore/a.cpp": 'auto a = "/system/usr";\n'}))
+        script = 'auto a = R"sh(\ntrue\n[ -x /usr/bin/true ]\n)sh";\n'
+        self.assertEqual(1, len(self.faults({"TavrinStorage/a.cpp": script})))
 
     def test_sizes(self):
         self.assertEqual([], self.faults({"Tools/a.cpp": "\n" * 450}))
