@@ -90,6 +90,7 @@ void EditDraft::remove() const {
   std::error_code ignored;
   std::filesystem::remove(form, ignored);
   std::filesystem::remove(recordOf(form), ignored);
+  forgetEditor(form);
 }
 
 } // namespace tavrin

@@ -5,6 +5,7 @@
 #include "TavrinPlatform/Files/AtomicFile.h"
 
 #include <charconv>
+#include <chrono>
 #include <fmt/format.h>
 
 namespace tavrin {
@@ -47,6 +48,8 @@ constexpr double markerInterval = 0.2;
 /// A terminal that has shown nothing in this long shows nothing.
 constexpr double terminalLimit = 30;
 constexpr int commandNotFound = 127;
+/// A window that nobody has typed into for so long will not be typed into.
+constexpr std::chrono::hours longestWindow{7 * 24};
 
 /// A number alone on its line, once it was written.
 std::optional<int> writtenNumber(const std::filesystem::path& file) {
@@ -61,35 +64,36 @@ std::filesystem::path mark(const std::filesystem::path& form, const char* name) 
   return form.string() + name;
 }
 
+void removeMarks(const std::filesystem::path& form, std::initializer_list<const char*> names) {
+  std::error_code ignored;
+  for (const auto* name : names)
+    std::filesystem::remove(mark(form, name), ignored);
+}
+
 /// What the script around the editor leaves beside the form: a terminal may hand its window to a
 /// server and end at once, so that these alone tell the editor's end.
 class EditorMarks {
 public:
-  explicit EditorMarks(const std::filesystem::path& form)
-      : shell_(mark(form, ".shell")), done_(mark(form, ".done")) {
-    remove();
-    std::error_code ignored;
-    std::filesystem::remove(mark(form, ".window"), ignored);
+  explicit EditorMarks(const std::filesystem::path& form) : form_(form) {
+    forgetEditor(form);
   }
-  ~EditorMarks() { remove(); }
+  ~EditorMarks() { removeMarks(form_, {".shell", ".done"}); }
   EditorMarks(const EditorMarks&) = delete;
   EditorMarks& operator=(const EditorMarks&) = delete;
 
   bool hasBegun() const { return shell().has_value() || status().has_value(); }
-  std::optional<int> shell() const { return writtenNumber(shell_); }
-  std::optional<int> status() const { return writtenNumber(done_); }
+  std::optional<int> shell() const { return writtenNumber(mark(form_, ".shell")); }
+  std::optional<int> status() const { return writtenNumber(mark(form_, ".done")); }
 
 private:
-  void remove() const {
-    std::error_code ignored;
-    std::filesystem::remove(shell_, ignored);
-    std::filesystem::remove(done_, ignored);
-  }
-  std::filesystem::path shell_;
-  std::filesystem::path done_;
+  std::filesystem::path form_;
 };
 
 } // namespace
+
+void forgetEditor(const std::filesystem::path& form) {
+  removeMarks(form, {".shell", ".done", ".window"});
+}
 
 void runEditor(CommandContext& context, const std::filesystem::path& form, bool usesOwnTerminal) {
   auto& platform = context.platform();
@@ -117,11 +121,15 @@ void runEditor(CommandContext& context, const std::filesystem::path& form, bool 
     fail(translated("its terminal was closed"));
   if (*result == commandNotFound)
     fail(translated("no editor could be started; set EDITOR"));
+  if (*result != 0)
+    fail(translated("the editor ended with status {status}", {{"status", *result}}));
 }
 
 bool isOpenInEditor(CommandContext& context, const std::filesystem::path& form, bool hasWindow) {
-  std::error_code ignored;
-  if (hasWindow && std::filesystem::exists(mark(form, ".window"), ignored))
+  std::error_code isMissing;
+  const auto handedOver = std::filesystem::last_write_time(mark(form, ".window"), isMissing);
+  if (hasWindow && !isMissing &&
+      std::filesystem::file_time_type::clock::now() - handedOver < longestWindow)
     return true;
   const auto shell = writtenNumber(mark(form, ".shell"));
   return shell && context.platform().applications().isAlive(*shell);

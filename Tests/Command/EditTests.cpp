@@ -171,14 +171,47 @@ protected:
                         (folder / "words").string() + "' 2>&1";
       return std::system(line.c_str()) == 0 ? 0 : 1;
     };
-    run({"edit", "Focus"});
+    status = run({"edit", "Focus"});
     std::ifstream file(folder / "words");
     return {std::istreambuf_iterator<char>(file), {}};
   }
+  int status = 0;
   double focus() {
     return *json({"widgets", "show", "Focus"}).member("settings")->member("focus")->doubleValue();
   }
 };
+
+// A form that was typed into stays; one that was not leaves nothing behind, its marks neither.
+TEST_F(EditorScriptTest, AnEditorThatFailsHasChangedNothingAndSaysSo) {
+  struct Case {
+    const char* body;
+    const char* reason;
+    bool staysBehind;
+  };
+  for (const auto& c : {Case{"exit 1", "the editor ended with status 1", false},
+                        Case{"sed -i s/1500/3000/ \"$1\"; exit 3", "ended with status 3", true}}) {
+    runScript("failing", c.body, ":");
+    EXPECT_EQ(status, 1);
+    EXPECT_THAT(errors.str(), HasSubstr(c.reason));
+    EXPECT_THAT(output.str(), testing::Not(HasSubstr("Nothing was changed")));
+    EXPECT_EQ(focus(), 1500);
+    EXPECT_EQ(std::filesystem::is_empty(folder / "state/tavrin"), !c.staysBehind);
+  }
+}
+
+// Nobody is there to say whether another window shows it.
+TEST_F(EditorScriptTest, AnUntouchedFormThatAWindowMayShowGoesAfterAWeek) {
+  runScript("handing", "true", ":");
+  EXPECT_EQ(status, 1);
+  const auto state = folder / "state/tavrin";
+  for (const auto& entry : std::filesystem::directory_iterator(state))
+    std::filesystem::last_write_time(entry.path(),
+                                     std::filesystem::file_time_type::clock::now() -
+                                         std::chrono::hours(8 * 24));
+  edits({});
+  EXPECT_EQ(run({"edit", "Focus"}), 0) << errors.str();
+  EXPECT_TRUE(std::filesystem::is_empty(state));
+}
 
 // Its window belongs to a process that runs already; the save comes after the program has returned.
 TEST_F(EditorScriptTest, AnEditorThatHandsTheFormOverIsWaitedFor) {
