@@ -1,4 +1,5 @@
-"""The settings window: its start, a form, and a letter typed until the tile beside shows it."""
+"""The settings window: its start, a form, a letter typed until the tile beside shows it, and what is
+done in it until the desktop shows it."""
 
 import statistics
 import subprocess
@@ -6,17 +7,84 @@ import subprocess
 from figures import row, section, timed
 from access_tree import start_accessibility
 from rig import BUILD, Desk, wait_for, widget
-from settings_window import PROGRAM, Window
+from settings_window import PROGRAM, Window, end_slots
 from slots import CLOCK, launches, memory, settings_of
 
-# X key codes of any keyboard: "a", and the left arrow.
-LETTER = 38
+# X key codes of any keyboard.
+LETTER, CONTROL, SHIFT, LEFT, RIGHT, DELETE = 38, 37, 50, 113, 114, 119
 
 
 def clock(desk, *words):
     result = subprocess.run([str(CLOCK), *map(str, words)], env=desk.env, capture_output=True,
                             text=True, check=True)
     return [float(line) for line in result.stdout.split()]
+
+
+def bench_changes(quick):
+    """From a key, a press or a drop in the window to the tile on the desktop."""
+    desk = Desk(screens=("1280x900",))
+    try:
+        desk.env["TAVRIN_BUNDLES"] = str(BUILD / "bundles")
+        desk.write_widgets([widget("clock", {"isAnalog": True}, 1, name="Here"),
+                            widget("note", {"text": "Milk"}, 2, name="List"),
+                            widget("timer", {}, 3, name="Tea")], announce=False)
+        slots = [desk.start_slot(slot) for slot in (1, 2, 3)]
+        first, second, third = (wait_for(lambda: desk.windows(slot.pid), "a tile")[0][0]
+                                for slot in slots)
+        start_accessibility(desk)
+        window = Window(desk)
+        window.await_keyboard()
+        whole = lambda tile: (tile, 0, 0, 2000, 2000)
+        rounds = 3 if quick else 9
+
+        def show(name, measure, count=rounds):
+            times = [time for number in range(count) for time in measure(number)]
+            timed(name, statistics.median(times), 100)
+
+        window.click("Here, place 1 of 3")
+        switch = [int(number) for number in window.centre("Analog face", "check box")]
+        show("a setting switched, until the tile shows it",
+             lambda _: clock(desk, "press", *switch, *whole(first)))
+        window.focus("Here, place 1 of 3")
+        show("a tile made wider or narrower by a key, until it is",
+             lambda number: clock(desk, "type", f"{SHIFT}+{LEFT if number % 2 else RIGHT}",
+                                  *whole(first)), rounds + rounds % 2)
+        show("a tile moved by a key, until its neighbour's place shows it",
+             lambda number: clock(desk, "type", f"{CONTROL}+{LEFT if number % 2 else RIGHT}",
+                                  *whole(first if number % 2 else second)), rounds + rounds % 2)
+
+        def dropped(number):
+            names = ("Here, place 1 of 3", "Here, place 3 of 3")
+            start, end = names if number % 2 == 0 else reversed(names)
+            x, y = window.centre(start)
+            count = 8
+            left, top, width, height = next(entry["extents"] for entry in window.tree()
+                                            if f", {end.split(', ')[1]}" in entry["name"])
+            goal = left + (width - 4 if number % 2 == 0 else 4)
+            desk.run("xdotool", "mousemove", str(int(x)), str(int(y)), "mousedown", "1")
+            for step in range(1, count + 1):
+                desk.run("xdotool", "mousemove", str(int(x + (goal - x) * step / count)),
+                         str(int(y)))
+            return clock(desk, "drop", *whole(first if number % 2 else third))
+
+        show("a tile dropped at another place, until that shows it", dropped)
+        card = [int(number) for number in window.centre("Add Fans")]
+        times = []
+        for _ in range(rounds):
+            times += [float(line.split()[1]) for line in subprocess.run(
+                [str(CLOCK), "place", *map(str, card)], env=desk.env, capture_output=True,
+                text=True, check=True).stdout.splitlines()]
+            window.press("Undo Add Fans")
+            window.await_name("Add Fans")
+        timed("a widget placed by a click, until its tile is painted", statistics.median(times), 100)
+        window.focus("Tea, place 2 of 3" if window.find("Tea, place 2 of 3")
+                     else "Tea, place 3 of 3")
+        place = 2 if window.find("Tea, place 2 of 3") else 3
+        timed("a tile taken off by a key, until it is gone", statistics.median(
+            clock(desk, "type", DELETE, *whole(second if place == 2 else third))), 100)
+    finally:
+        end_slots(desk)
+        desk.close()
 
 
 def bench(quick):
@@ -53,3 +121,4 @@ def bench(quick):
             ["Private_Dirty"], "MB")
     finally:
         desk.close()
+    bench_changes(quick)

@@ -1,11 +1,15 @@
 #pragma once
 
+#include "TavrinPlatform/RunLoop.h"
+
 #include <filesystem>
 #include <functional>
 #include <string>
 #include <vector>
 
 namespace tavrin {
+
+struct TilePicture;
 
 /// The process as the desktop sees it.
 class Application {
@@ -30,6 +34,18 @@ public:
     static_cast<void>(identifier);
     static_cast<void>(action);
     static_cast<void>(object);
+  }
+
+  /// Follows the tile of another application of this program, by its identifier, without starting
+  /// it: `shown` gets its picture, `pixelsHigh` pixels high, whenever that is another one, and null
+  /// when the application does not run. Nothing is followed, and the token is null, where the
+  /// desktop has no way to.
+  [[nodiscard]] virtual TokenPtr watchTile(const std::string& identifier, int pixelsHigh,
+                                           std::function<void(const TilePicture*)> shown) {
+    static_cast<void>(identifier);
+    static_cast<void>(pixelsHigh);
+    static_cast<void>(shown);
+    return nullptr;
   }
 
   /// Somebody asks this application for an action of its own; answers whether there is such a one.

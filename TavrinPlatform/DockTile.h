@@ -10,6 +10,14 @@
 
 namespace tavrin {
 
+/// What a tile shows.
+struct TilePicture {
+  /// As its process said by `DockTile::setSubject`.
+  std::string subject;
+  /// ARGB32 premultiplied.
+  QImage image;
+};
+
 /// This process's tile in the Dock: a picture, and what the user does to it.
 class DockTile {
 public:
@@ -35,6 +43,8 @@ public:
   virtual Format format() const = 0;
   /// A surface that has square tiles only keeps `format().span` at 1.
   virtual void setPlace(const Place& place) = 0;
+  /// Whose picture is displayed next, for those in other processes who watch the tile.
+  virtual void setSubject(const std::string&) {}
   /// What the user calls the tile, for lists of windows; nothing where tiles are no windows.
   virtual void setTitle(const std::string&) {}
   /// The tile's name for tooltips and assistive technology.
@@ -58,6 +68,9 @@ public:
   /// The tile's frame on the screen is another one: what stands beside it follows.
   std::function<void()> onMove;
   std::function<void()> onVisibilityChange;
+  /// Somebody watches the tile from another process: what it shows, `pixelsHigh` pixels high; null
+  /// before anything is shown.
+  std::function<QImage(int pixelsHigh)> onPicture;
   /// A click at a place in the picture, in points from its top left. True when it was used up,
   /// by a button in the picture; otherwise it is a reopen request.
   std::function<bool(QPointF)> onClick;

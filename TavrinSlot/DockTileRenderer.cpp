@@ -1,5 +1,7 @@
 #include "TavrinSlot/DockTileRenderer.h"
 
+#include <utility>
+
 namespace tavrin {
 
 DockTileRenderer::DockTileRenderer(DockTile& tile) : tile_(tile) {
@@ -8,6 +10,7 @@ DockTileRenderer::DockTileRenderer(DockTile& tile) : tile_(tile) {
       onFormatChange();
   };
   tile_.onClick = [this](QPointF point) { return click(point); };
+  tile_.onPicture = [this](int pixelsHigh) { return picture(pixelsHigh); };
   tile_.onHover = [this](QPointF point) { return renderer_.buttonAt(point) != nullptr; };
 }
 
@@ -15,6 +18,7 @@ DockTileRenderer::~DockTileRenderer() {
   tile_.onFormatChange = nullptr;
   tile_.onClick = nullptr;
   tile_.onHover = nullptr;
+  tile_.onPicture = nullptr;
 }
 
 TileSize DockTileRenderer::size() const {
@@ -22,10 +26,19 @@ TileSize DockTileRenderer::size() const {
   return {format.tileSize, format.span};
 }
 
+void DockTileRenderer::setSubject(const std::string& subject) {
+  if (std::exchange(subject_, subject) == subject)
+    return;
+  isOfAnother_ = true;
+  tile_.setSubject(subject);
+}
+
 void DockTileRenderer::render(const AnyView& view) {
   const TileSize size = this->size();
-  if (!renderer_.render(view, {size.width(), size.height()}, tile_.format().scale))
+  const bool isNew = renderer_.render(view, {size.width(), size.height()}, tile_.format().scale);
+  if (!std::exchange(isOfAnother_, false) && !isNew)
     return;
+  view_ = view;
   if (!renderer_.elements().empty()) {
     const auto& spoken = renderer_.elements().front();
     tile_.setLabel(spoken.label.toStdString(), spoken.value.toStdString());
@@ -36,6 +49,16 @@ void DockTileRenderer::render(const AnyView& view) {
       buttons.push_back({element.label.toStdString(), element.rect});
   tile_.setButtons(buttons);
   tile_.display(renderer_.image());
+}
+
+/// The same view, made for the tile's size, so that it is laid out as it is there.
+QImage DockTileRenderer::picture(int pixelsHigh) const {
+  if (!view_ || renderer_.image().height() == pixelsHigh)
+    return renderer_.image();
+  const TileSize size = this->size();
+  ViewRenderer other;
+  other.render(*view_, {size.width(), size.height()}, pixelsHigh / size.height());
+  return other.image();
 }
 
 bool DockTileRenderer::click(QPointF point) {

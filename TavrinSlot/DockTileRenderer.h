@@ -5,6 +5,8 @@
 #include "TavrinWidgetsUI/Kit/Views/ViewRenderer.h"
 
 #include <functional>
+#include <optional>
+#include <string>
 
 namespace tavrin {
 
@@ -20,7 +22,11 @@ public:
   /// The size that the next view is to be made for.
   TileSize size() const;
 
-  /// Makes `view` the tile's root view and displays it. A view equal to the last one costs nothing.
+  /// Whose the views are that are rendered from now on, for those who watch the tile from
+  /// elsewhere.
+  void setSubject(const std::string& subject);
+  /// Makes `view` the tile's root view and displays it. A view equal to the last one of the same
+  /// subject costs nothing.
   void render(const AnyView& view);
 
   /// The tile has another size, span or scale: make the view again and render it.
@@ -28,9 +34,13 @@ public:
 
 private:
   bool click(QPointF point);
+  QImage picture(int pixelsHigh) const;
 
   DockTile& tile_;
   ViewRenderer renderer_;
+  std::optional<AnyView> view_;
+  std::string subject_;
+  bool isOfAnother_ = false;
 };
 
 } // namespace tavrin

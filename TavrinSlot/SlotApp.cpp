@@ -124,6 +124,7 @@ void SlotApp::placeTile() {
       place.cellsBefore += neighbour->span;
     place.cellsInAll += neighbour->span;
   }
+  tile_.setSubject(widget_->id.text());
   platform_.dockTile().setPlace(place);
 }
 

@@ -14,6 +14,7 @@ public:
   virtual ~TileSurface() = default;
   virtual DockTile::Format format() const = 0;
   virtual void setPlace(const DockTile::Place&) {}
+  virtual void setSubject(const std::string&) {}
   virtual void setTitle(const std::string&) {}
   virtual void setLabel(const std::string&, const std::string&) {}
   virtual void setButtons(const std::vector<DockTile::Button>&) {}
@@ -29,6 +30,8 @@ public:
     /// What `frame()` says has changed.
     std::function<void()> moved;
     std::function<void()> visibilityChanged;
+    /// As `DockTile::onPicture`.
+    std::function<QImage(int pixelsHigh)> picture;
     /// A click, at a place in the picture where the surface knows one, and on the screen.
     std::function<void(std::optional<QPointF> inPicture, std::optional<Point> onScreen)> clicked;
     std::function<bool(QPointF inPicture)> hovered;

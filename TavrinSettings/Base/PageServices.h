@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinSettings/Base/LiveTiles.h"
 #include "TavrinSettings/Base/TileDrag.h"
 #include "TavrinSettings/Base/TileStage.h"
 #include "TavrinSettings/Editing/WidgetsEditor.h"
@@ -16,6 +17,7 @@ struct PageServices {
   WidgetsEditor& editor;
   History& history;
   TileStage& stage;
+  LiveTiles& live;
   TileDrag& drag;
   const FormServices& forms;
   PanelAppearance& appearance;

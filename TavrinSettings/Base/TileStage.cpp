@@ -3,13 +3,35 @@
 #include <QLinearGradient>
 #include <QPaintDevice>
 #include <QPainter>
+#include <algorithm>
 
 namespace tavrin {
 
 void TileStage::paint(QPainter& painter, const DockWidget& widget, const TileSize& size,
                       QPointF place) {
-  painter_.paint(painter, view(widget, size), QRectF(place, QSizeF(size.width(), size.height())),
+  paint(painter, view(widget, size), size, place);
+}
+
+void TileStage::paint(QPainter& painter, const AnyView& view, const TileSize& size, QPointF place) {
+  painter_.paint(painter, view, QRectF(place, QSizeF(size.width(), size.height())),
                  painter.device()->devicePixelRatioF());
+}
+
+void TileStage::paintBody(QPainter& painter, const TileSize& size) {
+  paint(painter, tile(palette::ground, {}, size), size, {});
+}
+
+void TileStage::paintWaiting(QPainter& painter, const DockWidget& widget, const TileSize& size) {
+  TileContent content;
+  const auto kinds = allKinds();
+  const auto kind = std::ranges::find(kinds, widget.kind.key(), &KindInfo::key);
+  content.mark = symbol(std::string(kind->symbol));
+  content.markRatio = 0.36;
+  content.state = TileState::waiting;
+  // A wide tile's body is not a square one's.
+  paintBody(painter, size);
+  paint(painter, tile(content, {size.side, 1}), {size.side, 1},
+        {(size.width() - size.side) / 2, 0});
 }
 
 void paintDesktopGround(QPainter& painter, const QRectF& rect, bool isDark) {

@@ -23,7 +23,14 @@ public:
   /// The tile with its top left corner at `place`, in points.
   void paint(QPainter& painter, const DockWidget& widget, const TileSize& size, QPointF place);
 
+  /// An empty tile.
+  void paintBody(QPainter& painter, const TileSize& size);
+  /// The tile of a widget of which nothing is known yet.
+  void paintWaiting(QPainter& painter, const DockWidget& widget, const TileSize& size);
+
 private:
+  void paint(QPainter& painter, const AnyView& view, const TileSize& size, QPointF place);
+
   SampleTiles tiles_;
   Clock& clock_;
   ViewPainter painter_;

@@ -1,5 +1,6 @@
 #include "TavrinSettings/Dock/DockItemRow.h"
 
+#include "TavrinSettings/Base/TabStop.h"
 #include "TavrinWidgetsUI/Collection/CollectionViews.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelFont.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelPaint.h"
@@ -146,8 +147,7 @@ void DockItemRow::setItems(const std::vector<DockItem>& left, const std::vector<
 
 void DockItemRow::placeStop(std::size_t index) {
   stop_ = index;
-  for (std::size_t i = 0; i < tiles_.size(); ++i)
-    tiles_[i]->setFocusPolicy(i == stop_ ? Qt::StrongFocus : Qt::ClickFocus);
+  makeTabStop(tiles_, index < tiles_.size() ? tiles_[index] : nullptr);
 }
 
 void DockItemRow::focusAt(std::size_t index) {
@@ -192,7 +192,7 @@ void DockItemRow::paintEvent(QPaintEvent*) {
   const QRect divider = rectOf(leftCount_, width());
   if (!tiles_.empty())
     painter.fillRect(QRect(divider.center().x(), divider.top() + 10, 1, divider.height() - 26),
-                   colours.hairline);
+                     colours.hairline);
   if (tiles_.empty())
     panelPaint::line(painter, worded("It has no items. “Take the Dock As It Is” gives it some."),
                      QRectF(rect()), panelFont(PanelTextStyle::secondary), colours.secondary);

@@ -35,7 +35,8 @@ public:
   bool tellsItself() const override { return true; }
   std::vector<std::string> undo() override {
     const Date now = job_.context_.platform().clock().now();
-    job_.run(translated("Undone: {step}.", {{"step", title_}}),
+    const auto said = translated("Undone: {step}.", {{"step", title_}});
+    job_.run({said, said},
              [before = before_, active = activeBefore_, now](DockLibrary& library) {
                const bool isWritten = putLayout(library, before, now);
                library.profiles().setActive(active);
@@ -45,7 +46,8 @@ public:
     return {};
   }
   std::vector<std::string> redo() override {
-    job_.run(translated("Done again: {step}.", {{"step", title_}}), again_, {});
+    const auto said = translated("Done again: {step}.", {{"step", title_}});
+    job_.run({said, said}, again_, {});
     return {};
   }
 
@@ -65,11 +67,9 @@ void DockJob::apply(const Profile& profile) {
     return library.switcher().switchTo(id);
   };
   const auto activeBefore = DockLibrary(context_).profiles().file().activeProfileId;
-  run(hasDock()
-          ? translated("\"{name}\" is in the Dock.", {{"name", profile.name}})
-          : translated("\"{name}\" is written, for a Dock that starts.", {{"name", profile.name}}),
-      work,
-      [this, title, activeBefore, work](const Outcome& outcome) {
+  run({translated("“{name}” is in the Dock.", {{"name", profile.name}}),
+       translated("“{name}” is written, for a Dock that starts.", {{"name", profile.name}})},
+      work, [this, title, activeBefore, work](const Outcome& outcome) {
         history_.add(std::make_unique<Step>(*this, title, outcome.backup, activeBefore, work));
       });
 }
@@ -78,10 +78,9 @@ void DockJob::restore(const std::string& layout) {
   const Date now = context_.platform().clock().now();
   const Work work = [layout, now](DockLibrary& library) { return putLayout(library, layout, now); };
   const auto active = DockLibrary(context_).profiles().file().activeProfileId;
-  run(hasDock() ? translated("The Dock is as it was then.")
-                : translated("The Dock's preferences are as they were then."),
-      work,
-      [this, active, work](const Outcome& outcome) {
+  run({translated("The Dock is as it was then."),
+       translated("The Dock's preferences are as they were then.")},
+      work, [this, active, work](const Outcome& outcome) {
         history_.add(std::make_unique<Step>(*this, translated("Restore the Dock"), outcome.backup,
                                             active, work));
       });
@@ -96,11 +95,12 @@ bool DockJob::hasDock() const {
   return context_.platform().dockServices().dockProcess().running().has_value();
 }
 
-void DockJob::run(const std::string& ended, Work work, std::function<void(const Outcome&)> done) {
+void DockJob::run(const Ended& endings, Work work, std::function<void(const Outcome&)> done) {
   if (isRunning_)
     throw HostError(ExitCode::failed, translated("The Dock is being changed already"));
   // Made here: the services it stands on are made when they are first asked for.
   const bool restarts = hasDock();
+  const auto ended = restarts ? endings.inDock : endings.written;
   auto library = std::make_shared<DockLibrary>(context_, restarts);
   library->keepQuiet();
   isRunning_ = true;

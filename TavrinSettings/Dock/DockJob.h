@@ -45,8 +45,13 @@ private:
   };
   using Work = std::function<bool(DockLibrary& library)>;
 
+  /// What is said at the end, where a Dock runs and where none does.
+  struct Ended {
+    std::string inDock;
+    std::string written;
+  };
   /// `done` is called on the main thread where `work` wrote.
-  void run(const std::string& ended, Work work, std::function<void(const Outcome&)> done);
+  void run(const Ended& endings, Work work, std::function<void(const Outcome&)> done);
 
   HostContext& context_;
   History& history_;

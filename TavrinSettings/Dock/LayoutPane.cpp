@@ -230,29 +230,28 @@ bool LayoutPane::show(const UUID& id) {
   others_->setCurrent(static_cast<int>(profile->otherWorkspaceApps));
   shortcut_->setHotkey(profile->hotkey);
   items_->setItems(profile->items, profile->others);
-  showDifference(*profile);
   const bool hasDock = services_.job.hasDock();
+  showDifference(*profile, hasDock);
   noDock_->setVisible(!hasDock);
   apply_->setTitle(hasDock ? worded("Apply") : worded("Write"));
   apply_->setEnabled(!services_.job.isRunning());
   return true;
 }
 
-void LayoutPane::showDifference(const Profile& profile) {
+void LayoutPane::showDifference(const Profile& profile, bool hasDock) {
   try {
     auto& library = services_.profiles.library();
     const auto dock = library.snapshot();
     const auto report = DockChangeDetector::diff(dock, asRead(profile.snapshot(dock.capturedAt)));
     const bool isActive = services_.profiles.file().activeProfileId == profile.id;
     difference_->setStyle(PanelTextStyle::secondary);
-    const bool hasDock = services_.job.hasDock();
     const auto changes = differenceWords(report);
-    difference_->setWords(
-        report.hasChanges() ? (hasDock ? worded("Applying it {changes}.", {{"changes", changes}})
-                                       : worded("Writing it {changes}.", {{"changes", changes}}))
-        : !hasDock          ? worded("It is what is written already.")
-        : isActive          ? worded("The Dock shows it.")
-                            : worded("The Dock shows the same items."));
+    difference_->setWords(report.hasChanges()
+                              ? (hasDock ? worded("Applying it {changes}.", {{"changes", changes}})
+                                         : worded("Writing it {changes}.", {{"changes", changes}}))
+                          : !hasDock ? worded("It is what is written already.")
+                          : isActive ? worded("The Dock shows it.")
+                                     : worded("The Dock shows the same items."));
   } catch (const std::exception& error) {
     difference_->setStyle(PanelTextStyle::trouble);
     difference_->setWords(QString::fromUtf8(error.what()) + QLatin1Char('.'));

@@ -44,7 +44,7 @@ private:
   void makeActions(QVBoxLayout* column);
   void edit(const char* title, const char* field, const std::function<void(Profile&)>& edit);
   void exportLayout();
-  void showDifference(const Profile& profile);
+  void showDifference(const Profile& profile, bool hasDock);
   void setShortcut(const std::optional<Hotkey>& hotkey);
 
   DockServicesOfPage& services_;

@@ -16,6 +16,13 @@ class QWidget;
 
 namespace tavrin {
 
+struct InstalledApp {
+  /// Null while it is being read, and where there is none.
+  QImage icon;
+  /// Known not to be installed.
+  bool isGone = false;
+};
+
 /// What a form asks of whoever shows it. Answers come on the main thread, at once or later, and
 /// none once the token is gone; a function may be empty, then the form offers what is left: to type
 /// the value. Nothing is asked before the control that needs it is opened, but the names of what is
@@ -40,10 +47,10 @@ struct FormServices {
   std::function<std::vector<std::pair<std::string, std::string>>()> players;
   std::function<std::vector<std::string>()> networkLinks;
   Asking<std::vector<ApplicationInfo>> applications;
-  /// Those entries as this computer has them; no value for one that is not installed.
-  std::function<TokenPtr(std::vector<AppEntry>,
-                         std::function<void(std::vector<std::optional<ApplicationInfo>>)>)>
-      findApplications;
+  /// An application as this computer has it, its icon a square of `points` times `scale` pixels.
+  std::function<InstalledApp(const AppEntry&, int points, double scale)> installedApp;
+  /// More is known of applications than `installedApp` answered.
+  std::function<TokenPtr(std::function<void()>)> observeInstalledApps;
   /// A picture of `ApplicationInfo::icon`, a square of `points` times `scale` pixels.
   std::function<TokenPtr(const std::string& icon, int points, int scale,
                          std::function<void(QImage)>)>

@@ -14,7 +14,6 @@
 #include <QLineEdit>
 #include <QVBoxLayout>
 #include <algorithm>
-#include <cmath>
 
 namespace tavrin {
 namespace {
@@ -187,6 +186,8 @@ ApplicationListControl::ApplicationListControl(const FieldInfo& field, const For
         popup_->open();
       })) {
   column()->addWidget(add_, 0, Qt::AlignLeading);
+  if (services.observeInstalledApps)
+    apps_ = services.observeInstalledApps([this] { setValue(elements(), {}); });
 }
 
 PanelRow ApplicationListControl::rowOf(const JSONValue& element) const {
@@ -195,50 +196,19 @@ PanelRow ApplicationListControl::rowOf(const JSONValue& element) const {
   PanelRow row{.title = name.isEmpty() ? path : name,
                .subtitle = name.isEmpty() ? QString() : path,
                .symbol = QStringLiteral("square.grid.2x2.fill")};
-  if (const auto known = known_.find(path.toStdString()); known != known_.end()) {
-    row.image = known->second.icon;
-    if (known->second.isGone)
-      row.trailing = worded("Not installed");
+  constexpr int iconSide = 28;
+  try {
+    if (services().installedApp) {
+      const auto app =
+          services().installedApp(decode<AppEntry>(element), iconSide, devicePixelRatioF());
+      row.image = app.icon;
+      if (app.isGone)
+        row.trailing = worded("Not installed");
+    }
+  } catch (const CodingError&) {
+    // It is shown as it stands.
   }
   return row;
-}
-
-void ApplicationListControl::setValue(const JSONValue& value, const JSONValue& record) {
-  ListControl::setValue(value, record);
-  look();
-}
-
-void ApplicationListControl::look() {
-  std::vector<AppEntry> entries;
-  for (const auto& element : elements())
-    if (const auto path = memberText(element, "path").toStdString(); !known_.contains(path))
-      try {
-        entries.push_back(decode<AppEntry>(element));
-      } catch (const CodingError&) {
-        // It is shown as it stands.
-      }
-  if (entries.empty() || !services().findApplications)
-    return;
-  asking_.push_back(services().findApplications(
-      entries, [this, entries](const std::vector<std::optional<ApplicationInfo>>& infos) {
-        for (std::size_t i = 0; i < std::min(entries.size(), infos.size()); ++i)
-          tell(entries[i].path, infos[i]);
-        ListControl::setValue(elements(), {});
-      }));
-}
-
-void ApplicationListControl::tell(const std::string& path,
-                                  const std::optional<ApplicationInfo>& info) {
-  auto& known = known_[path];
-  known.isGone = !info;
-  constexpr int iconSide = 28;
-  if (info && services().applicationIcon)
-    asking_.push_back(services().applicationIcon(
-        info->icon, iconSide, static_cast<int>(std::ceil(devicePixelRatioF())),
-        [this, path](const QImage& image) {
-          known_[path].icon = image;
-          ListControl::setValue(elements(), {});
-        }));
 }
 
 QWidget* ApplicationListControl::target() {

@@ -2,8 +2,6 @@
 
 #include "TavrinSettings/Form/Picker.h"
 
-#include <map>
-
 class QLineEdit;
 class QVBoxLayout;
 
@@ -66,23 +64,13 @@ private:
 class ApplicationListControl : public ListControl {
 public:
   ApplicationListControl(const FieldInfo& field, const FormServices& services);
-  void setValue(const JSONValue& value, const JSONValue& record) override;
   QWidget* target() override;
 
 protected:
   PanelRow rowOf(const JSONValue& element) const override;
 
 private:
-  struct Known {
-    QImage icon;
-    bool isGone = false;
-  };
-  void look();
-  void tell(const std::string& path, const std::optional<ApplicationInfo>& info);
-
-  /// By path.
-  std::map<std::string, Known> known_;
-  std::vector<TokenPtr> asking_;
+  TokenPtr apps_;
   class PanelButton* add_;
   QPointer<PickerPopup> popup_;
 };

@@ -12,6 +12,14 @@
 namespace tavrin {
 namespace {
 
+/// With Shift, or on some keyboards without it, a digit's key says another sign. X11 and Wayland
+/// number the keys from 1 to 0 from 10 on.
+std::string digitName(const QKeyEvent& event) {
+  constexpr quint32 keyOfOne = 10;
+  const quint32 index = event.nativeScanCode() - keyOfOne;
+  return index < 10 ? std::string(1, "1234567890"[index]) : std::string();
+}
+
 /// How the house names the key, as `hotkeyFromText` reads it.
 std::string keyName(const QKeyEvent& event) {
   switch (event.key()) {
@@ -47,7 +55,7 @@ std::string keyName(const QKeyEvent& event) {
   if ((event.key() >= Qt::Key_A && event.key() <= Qt::Key_Z) ||
       (event.key() >= Qt::Key_0 && event.key() <= Qt::Key_9))
     return {static_cast<char>(event.key())};
-  return {};
+  return digitName(event);
 }
 
 bool isModifier(int key) {

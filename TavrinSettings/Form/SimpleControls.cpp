@@ -162,12 +162,20 @@ void NumberControl::setValue(const JSONValue& value, const JSONValue& record) {
   // A number from elsewhere may lie outside; it is shown, and only other numbers are bounded.
   const double lower = field().isNullable ? 0 : range.lower;
   box_->setRange(std::min(lower, stored) / factor, std::max(range.upper, stored) / factor);
-  box_->setSuffix(display_.unit.empty() ? QString()
-                                        : QStringLiteral(" %1").arg(worded(display_.unit)));
   box_->setValue(value.isNull() ? box_->minimum() : stored / factor);
+  showUnit();
+}
+
+void NumberControl::showUnit() {
+  if (display_.unit.empty())
+    return box_->setSuffix({});
+  const auto unit = display_.unit == "d" ? wordedPlural("day", "days", std::llround(box_->value()))
+                                         : worded(display_.unit);
+  box_->setSuffix(QStringLiteral(" %1").arg(unit));
 }
 
 void NumberControl::changed(double shown) {
+  showUnit();
   if (field().isNullable && shown == box_->minimum()) {
     send({});
     return;

@@ -65,6 +65,7 @@ public:
 
 private:
   void changed(double shown);
+  void showUnit();
 
   QDoubleSpinBox* box_;
   FieldDisplay display_;

@@ -5,6 +5,7 @@
 #include "TavrinCore/Kinds/Runs/TimerSettings.h"
 #include "TavrinSettings/Form/Picker.h"
 #include "TavrinSettings/Form/ShortcutRecorder.h"
+#include "TavrinSettings/Form/SymbolTitles.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelGrid.h"
@@ -73,8 +74,7 @@ void ColourControl::setValue(const JSONValue& value, const JSONValue& record) {
 }
 
 SymbolControl::SymbolControl(const FieldInfo& field)
-    : FormControl(field),
-      button_(new DropButton([this] { open(); })) {
+    : FormControl(field), button_(new DropButton([this] { open(); })) {
   makeRow()->addWidget(button_);
 }
 
@@ -86,7 +86,7 @@ void SymbolControl::setValue(const JSONValue& value, const JSONValue&) {
   value_ = value;
   const auto name = text(value.string() != nullptr ? *value.string() : std::string());
   button_->setSymbol(name);
-  button_->show(title(), name);
+  button_->show(title(), symbolTitle(name.toStdString()));
 }
 
 QWidget* SymbolControl::target() {
@@ -110,10 +110,12 @@ void SymbolControl::open() {
     shown->clear();
     std::vector<PanelCell> cells;
     for (const auto name : symbolNames()) {
-      if (!text(name).contains(asked.trimmed(), Qt::CaseInsensitive))
+      const auto words = symbolTitle(name);
+      if (!words.contains(asked.trimmed(), Qt::CaseInsensitive) &&
+          !text(name).contains(asked.trimmed(), Qt::CaseInsensitive))
         continue;
       shown->emplace_back(name);
-      cells.push_back({.name = text(name),
+      cells.push_back({.name = words,
                        .symbol = text(name),
                        .isChecked = value_.string() != nullptr && *value_.string() == name});
     }

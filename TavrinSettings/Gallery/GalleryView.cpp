@@ -2,6 +2,7 @@
 
 #include "TavrinCore/Kinds/Note/NoteSettings.h"
 #include "TavrinCore/Kinds/System/CountdownSettings.h"
+#include "TavrinSettings/Base/TabStop.h"
 #include "TavrinSettings/Base/VisibleTick.h"
 #include "TavrinSettings/Editing/StripOrder.h"
 #include "TavrinSettings/Gallery/FlowLayout.h"
@@ -136,6 +137,10 @@ void GalleryView::search(const QString& words) {
 
 void GalleryView::follow(WidgetCard* card) {
   card->onKey = [this, card](int key) { return moveFocus(card, key); };
+  card->onType = [this](const QString& text) {
+    search_->setFocus(Qt::OtherFocusReason);
+    search_->setText(search_->text() + text);
+  };
   card->onFocus = [this, card](bool isPressed) {
     stop_ = card;
     placeStop();
@@ -153,11 +158,7 @@ std::vector<WidgetCard*> GalleryView::cards() const {
 }
 
 void GalleryView::placeStop() {
-  const auto all = cards();
-  if (std::ranges::count(all, stop_) == 0)
-    stop_ = all.empty() ? nullptr : all.front();
-  for (auto* card : all)
-    card->setFocusPolicy(card == stop_ ? Qt::StrongFocus : Qt::ClickFocus);
+  stop_ = makeTabStop(cards(), stop_);
 }
 
 /// The one nearest to `from` in the next row, or in the one before.

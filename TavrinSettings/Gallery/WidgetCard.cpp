@@ -123,8 +123,19 @@ void WidgetCard::keyPressEvent(QKeyEvent* event) {
   const bool isPlain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
   if (isPlain && (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter))
     click();
-  else if (!isPlain || !onKey || !onKey(event->key()))
+  else if (!(isPlain && onKey && onKey(event->key())) && !type(*event))
     QAbstractButton::keyPressEvent(event);
+}
+
+/// A letter begins a search. Space presses the card.
+bool WidgetCard::type(const QKeyEvent& event) {
+  const auto modifiers = event.modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier);
+  const auto typed = event.text();
+  if (modifiers != Qt::NoModifier || typed.isEmpty() || !typed.front().isPrint() ||
+      typed.front().isSpace() || !onType)
+    return false;
+  onType(typed);
+  return true;
 }
 
 void WidgetCard::focusInEvent(QFocusEvent* event) {

@@ -25,6 +25,8 @@ public:
   /// A key of those that lead from card to card; whether it led on.
   std::function<bool(int key)> onKey;
   std::function<void(bool isPressed)> onFocus;
+  /// Something was typed that no key of the card's is.
+  std::function<void(const QString& text)> onType;
 
   QSize sizeHint() const override { return {260, 84}; }
 
@@ -40,6 +42,7 @@ protected:
 
 private:
   QPixmap tilePicture();
+  bool type(const QKeyEvent& event);
 
   PageServices& services_;
   DockWidget widget_;

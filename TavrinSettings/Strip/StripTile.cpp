@@ -1,11 +1,14 @@
 #include "TavrinSettings/Strip/StripTile.h"
 
-#include "TavrinWidgetsUI/Kit/Panels/PanelPaint.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelFont.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QApplication>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPainterPath>
+#include <algorithm>
+#include <cmath>
 
 namespace tavrin {
 namespace {
@@ -27,11 +30,24 @@ void StripTile::setRecord(const DockWidget& widget, int place, int count) {
   const auto name = QString::fromStdString(widget.name);
   setAccessibleName(worded("{name}, place {place} of {count}",
                            {{"name", name}, {"place", place}, {"count", count}}));
-  setAccessibleDescription(QStringLiteral("%1, %2").arg(
-      utf8(widget.kind.title()),
-      wordedPlural("{count} tile wide", "{count} tiles wide", widget.span)));
+  say();
   if (isOther)
     update();
+}
+
+void StripTile::say() {
+  const bool isStill = services_.live.state(widget_.id) == LiveTiles::State::still;
+  const auto note = worded("A preview: the widget is not running.");
+  const auto words = QStringLiteral("%1, %2").arg(
+      utf8(widget_.kind.title()),
+      wordedPlural("{count} tile wide", "{count} tiles wide", widget_.span));
+  setAccessibleDescription(isStill ? QStringLiteral("%1. %2").arg(words, note) : words);
+  setToolTip(isStill ? note : QString());
+}
+
+void StripTile::refreshPicture() {
+  say();
+  update();
 }
 
 void StripTile::setChosen(bool isChosen) {
@@ -49,32 +65,87 @@ void StripTile::setShownSpan(int span) {
     update();
 }
 
-void StripTile::tick() {
-  if (!followsTime(widget_.kind))
-    return;
-  const AnyView now = services_.stage.view(widget_, {side_, shownSpan_});
-  if (now != painted_)
-    update();
-  painted_ = now;
-}
-
 QSize StripTile::sizeHint() const {
   return QSizeF(TileSize{side_, shownSpan_}.width(), side_).toSize();
+}
+
+void StripTile::paintTile(QPainter& painter) {
+  const TileSize size{side_, shownSpan_};
+  switch (services_.live.state(widget_.id)) {
+  case LiveTiles::State::live:
+    return paintLive(painter, *services_.live.picture(widget_.id), size);
+  case LiveTiles::State::awaited:
+    return services_.stage.paintWaiting(painter, widget_, size);
+  case LiveTiles::State::still:
+    break;
+  }
+  auto shown = widget_;
+  shown.span = shownSpan_;
+  painter.setOpacity(0.6);
+  services_.stage.paint(painter, shown, size, {0, 0});
+  painter.setOpacity(1);
+  paintPreviewMark(painter, size.bodyRect());
+}
+
+/// A tile that is being made wider or narrower has a body of the new width until its slot has drawn
+/// that.
+void StripTile::paintLive(QPainter& painter, const QImage& picture, const TileSize& size) {
+  const double width = side_ * picture.width() / picture.height();
+  const QRectF place(0, 0, width, side_);
+  painter.setRenderHint(QPainter::SmoothPixmapTransform);
+  if (std::abs(width - size.width()) <= 1)
+    return painter.drawImage(place, picture);
+  services_.stage.paintBody(painter, size);
+  QPainterPath body;
+  body.addRoundedRect(size.bodyRect(), size.bodyRadius(), size.bodyRadius());
+  painter.save();
+  painter.setClipPath(body);
+  painter.drawImage(place, picture);
+  painter.restore();
+}
+
+void StripTile::paintPreviewMark(QPainter& painter, const QRectF& body) const {
+  QFont font = panelFont(PanelTextStyle::caption);
+  font.setPixelSize(std::max(8, static_cast<int>(body.height() * 0.22)));
+  font.setWeight(QFont::Medium);
+  const auto words = worded("Preview");
+  const QFontMetricsF metrics(font);
+  const double room = body.width() + 6;
+  const QSizeF mark(std::min(metrics.horizontalAdvance(words) + 8, room), metrics.height());
+  const QRectF place(
+      QPointF(body.center().x() - mark.width() / 2, body.bottom() - mark.height() - 3), mark);
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(QColor(0x12, 0x12, 0x14, 0xE6));
+  painter.drawRoundedRect(place, mark.height() / 2, mark.height() / 2);
+  painter.setPen(QColor(255, 255, 255, 235));
+  painter.setFont(font);
+  painter.drawText(place, Qt::AlignCenter,
+                   metrics.elidedText(words, Qt::ElideRight, mark.width() - 2));
+}
+
+/// Without what surrounds the tile, which it is taken out of.
+QPixmap StripTile::picture() {
+  const double scale = devicePixelRatioF();
+  QPixmap picture(size() * scale);
+  picture.setDevicePixelRatio(scale);
+  picture.fill(Qt::transparent);
+  QPainter painter(&picture);
+  painter.setRenderHint(QPainter::Antialiasing);
+  paintTile(painter);
+  return picture;
 }
 
 void StripTile::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
-  const TileSize size{side_, shownSpan_};
-  auto shown = widget_;
-  shown.span = shownSpan_;
-  services_.stage.paint(painter, shown, size, {0, 0});
-  const QRectF body = size.bodyRect();
+  paintTile(painter);
+  const TileSize tile{side_, shownSpan_};
+  const QRectF body = tile.bodyRect();
   if (isChosen_ || hasFocus()) {
     painter.setBrush(Qt::NoBrush);
     painter.setPen(QPen(QColor(255, 255, 255, isChosen_ ? 255 : 170), 2.5));
-    painter.drawRoundedRect(body.adjusted(-3, -3, 3, 3), size.bodyRadius() + 3,
-                            size.bodyRadius() + 3);
+    painter.drawRoundedRect(body.adjusted(-3, -3, 3, 3), tile.bodyRadius() + 3,
+                            tile.bodyRadius() + 3);
   }
   if (widget_.kind.maxSpan() > 1 && (underMouse() || isResizing_)) {
     painter.setPen(Qt::NoPen);
@@ -115,7 +186,7 @@ void StripTile::mouseMoveEvent(QMouseEvent* event) {
                          QApplication::startDragDistance())
     return;
   setDown(false);
-  services_.drag.begin({widget_.id, {}, widget_.span}, grab(), *pressedAt_, global);
+  services_.drag.begin({widget_.id, {}, widget_.span}, picture(), *pressedAt_, global);
 }
 
 void StripTile::mouseReleaseEvent(QMouseEvent* event) {

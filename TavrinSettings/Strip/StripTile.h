@@ -6,8 +6,9 @@
 
 namespace tavrin {
 
-/// One tile of the strip: chosen by a click, taken along by a drag, made wider or narrower by
-/// drawing at its right edge.
+/// One tile of the strip, as its slot shows it: chosen by a click, taken along by a drag, made
+/// wider or narrower by drawing at its right edge. One that no slot shows has a preview, which says
+/// so.
 class StripTile : public QAbstractButton {
 public:
   StripTile(PageServices& services, const DockWidget& widget, QWidget* parent);
@@ -20,8 +21,8 @@ public:
   /// The span it is drawn with, which may be one that is only tried.
   void setShownSpan(int span);
   int shownSpan() const { return shownSpan_; }
-  /// Time has passed: paints where that can be seen.
-  void tick();
+  /// `LiveTiles` has another picture of it, or none.
+  void refreshPicture();
 
   /// The right edge was drawn to `right`, in the parent's coordinates; at the end `isOver`.
   std::function<void(double right, bool isOver)> onResize;
@@ -43,12 +44,17 @@ protected:
 
 private:
   bool isAtEdge(QPointF point) const;
+  QPixmap picture();
+  void say();
+  void paintTile(QPainter& painter);
+  void paintLive(QPainter& painter, const QImage& picture, const TileSize& size);
+  /// Over a tile that no slot shows.
+  void paintPreviewMark(QPainter& painter, const QRectF& body) const;
 
   PageServices& services_;
   DockWidget widget_;
   double side_ = 64;
   int shownSpan_ = 1;
-  AnyView painted_;
   bool isChosen_ = false;
   bool isResizing_ = false;
   std::optional<QPoint> pressedAt_;

@@ -1,6 +1,6 @@
 #include "TavrinSettings/Strip/StripView.h"
 
-#include "TavrinSettings/Base/VisibleTick.h"
+#include "TavrinSettings/Base/TabStop.h"
 #include "TavrinSettings/Editing/StripOrder.h"
 #include "TavrinSettings/Strip/StripTile.h"
 #include "TavrinWidgetsUI/Kit/Pictures/Symbols.h"
@@ -9,6 +9,7 @@
 #include <QKeyEvent>
 #include <QPainter>
 #include <algorithm>
+#include <cmath>
 
 namespace tavrin {
 namespace {
@@ -25,10 +26,10 @@ StripView::StripView(PageServices& services, QWidget* parent)
   QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Minimum);
   policy.setHeightForWidth(true);
   setSizePolicy(policy);
-  new VisibleTick(this, [this] {
-    for (auto* tile : tiles_)
-      tile->tick();
-  });
+  services_.live.onChange = [this](const UUID& id) {
+    if (const int index = indexOf(id); index >= 0)
+      tiles_[static_cast<std::size_t>(index)]->refreshPicture();
+  };
   services_.drag.onMove = [this](QPoint place) { dragMoved(place); };
   services_.drag.onDrop = [this](QPoint place) { dropped(place); };
   services_.drag.onEnd = [this] {
@@ -72,7 +73,22 @@ void StripView::refresh() {
   }
   setChosen(chosen_);
   layOut();
+  followTiles();
   updateGeometry();
+}
+
+void StripView::followTiles() {
+  if (isVisible() && width() > 0)
+    services_.live.follow(strip_,
+                          static_cast<int>(std::lround(cells(width()).side * devicePixelRatioF())));
+}
+
+void StripView::showEvent(QShowEvent*) {
+  followTiles();
+}
+
+void StripView::hideEvent(QHideEvent*) {
+  services_.live.pause();
 }
 
 StripTile* StripView::makeTile(const DockWidget& widget) {
@@ -92,15 +108,11 @@ StripTile* StripView::makeTile(const DockWidget& widget) {
 
 void StripView::setChosen(const std::optional<UUID>& id) {
   chosen_ = id;
-  const bool isHere = id && indexOf(*id) >= 0;
-  if (isHere)
-    stop_ = id;
-  if (!stop_ || indexOf(*stop_) < 0)
-    stop_ = strip_.empty() ? std::nullopt : std::optional(strip_.front().id);
-  for (auto* tile : tiles_) {
+  if (const int index = id ? indexOf(*id) : -1; index >= 0)
+    stop_ = tiles_[static_cast<std::size_t>(index)];
+  stop_ = makeTabStop(tiles_, stop_);
+  for (auto* tile : tiles_)
     tile->setChosen(chosen_ == tile->record().id);
-    tile->setFocusPolicy(stop_ == tile->record().id ? Qt::StrongFocus : Qt::ClickFocus);
-  }
 }
 
 bool StripView::focusTile(const UUID& id) {
@@ -193,6 +205,7 @@ void StripView::paintEvent(QPaintEvent*) {
 
 void StripView::resizeEvent(QResizeEvent*) {
   layOut();
+  followTiles();
 }
 
 void StripView::mouseReleaseEvent(QMouseEvent* event) {
@@ -205,12 +218,34 @@ void StripView::moveBy(const UUID& id, int places) {
   const int place = indexOf(id) + places;
   if (indexOf(id) < 0 || place < 0 || place >= static_cast<int>(strip_.size()))
     return;
-  services_.attempt([&] { services_.editor.place(id, static_cast<std::size_t>(place)); });
+  moveTo(id, static_cast<std::size_t>(place));
+}
+
+void StripView::moveTo(const UUID& id, std::size_t place) {
+  const int before = indexOf(id);
+  if (services_.attempt([&] { services_.editor.place(id, place); }) && indexOf(id) != before)
+    services_.tell(worded("“{name}” is at place {place} of {count}.",
+                          {{"name", services_.editor.widget(id)->name},
+                           {"place", indexOf(id) + 1},
+                           {"count", static_cast<int>(strip_.size())}}),
+                   false);
 }
 
 void StripView::widenBy(const UUID& id, int tiles) {
   if (const auto* widget = services_.editor.widget(id))
-    services_.attempt([&] { services_.editor.setSpan(id, widget->span + tiles); });
+    widenTo(id, widget->span + tiles);
+}
+
+void StripView::widenTo(const UUID& id, int span) {
+  const auto* widget = services_.editor.widget(id);
+  const int before = widget == nullptr ? 0 : widget->span;
+  if (!services_.attempt([&] { services_.editor.setSpan(id, span); }))
+    return;
+  widget = services_.editor.widget(id);
+  if (widget != nullptr && widget->span != before)
+    services_.tell(wordedPlural("“{name}” is {count} tile wide.", "“{name}” is {count} tiles wide.",
+                                widget->span, {{"name", widget->name}}),
+                   false);
 }
 
 void StripView::takeOff(const UUID& id) {
@@ -266,7 +301,7 @@ void StripView::resizeTile(StripTile& tile, double right, bool isOver) {
   tile.setShownSpan(laid.spanAt(own, right, tile.record().kind.maxSpan()));
   layOut();
   if (isOver)
-    services_.attempt([&] { services_.editor.setSpan(tile.record().id, tile.shownSpan()); });
+    widenTo(tile.record().id, tile.shownSpan());
 }
 
 bool StripView::takesDropAt(QPoint globalPlace) const {
@@ -308,6 +343,12 @@ void StripView::dropped(QPoint globalPlace) {
   }
   if (!place)
     return;
+  if (isOnStrip) {
+    moveTo(*load.widget, *place);
+    if (onChoose)
+      onChoose(*load.widget, false);
+    return;
+  }
   services_.attempt([&] {
     UUID id;
     if (load.widget)

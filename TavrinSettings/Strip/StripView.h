@@ -23,7 +23,7 @@ public:
   void setChosen(const std::optional<UUID>& id);
   /// The tile gets the keyboard. False where it is not on the strip.
   bool focusTile(const UUID& id);
-  /// The tiles' pictures have come.
+  /// The pictures of applications have come.
   void refreshTiles();
 
   /// What the keys do, also for buttons that do the same.
@@ -37,7 +37,7 @@ public:
   std::function<void(const UUID& id)> onEnter;
   /// A free place was clicked.
   std::function<void()> onAdd;
-  /// A new widget was dropped.
+  /// A widget that was not on the strip was dropped on it.
   std::function<void(const UUID& id)> onPlaced;
 
   QSize sizeHint() const override;
@@ -50,13 +50,19 @@ public:
 protected:
   void paintEvent(QPaintEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
+  void showEvent(QShowEvent* event) override;
+  void hideEvent(QHideEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
 
 private:
   void takeOffStrip(const UUID& id);
+  void moveTo(const UUID& id, std::size_t place);
+  void widenTo(const UUID& id, int span);
   StripTile* makeTile(const DockWidget& widget);
   StripCells cells(double width) const;
   void layOut();
+  /// Has the tiles' pictures come while they are to be seen.
+  void followTiles();
   bool act(StripTile& tile, QKeyEvent* event);
   void resizeTile(StripTile& tile, double right, bool isOver);
   void dragMoved(QPoint globalPlace);
@@ -71,7 +77,7 @@ private:
   std::vector<QRectF> freeRects_;
   std::optional<UUID> chosen_;
   /// The tiles are one stop of Tab, at this one.
-  std::optional<UUID> stop_;
+  StripTile* stop_ = nullptr;
   /// Where the dragged tile would come to stand.
   std::optional<std::size_t> gap_;
 };

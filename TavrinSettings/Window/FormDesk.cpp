@@ -57,7 +57,7 @@ struct AccessThenAccounts final : Token {
 
 } // namespace
 
-FormDesk::FormDesk(Platform& platform) : platform_(platform) {
+FormDesk::FormDesk(Platform& platform, InstalledApps& apps) : platform_(platform), apps_(apps) {
   setUpSystem();
   setUpPickers();
 }
@@ -106,8 +106,11 @@ void FormDesk::setUpPickers() {
   services_.applications = [this](auto answer) {
     return platform_.applications().list(std::move(answer));
   };
-  services_.findApplications = [this](std::vector<AppEntry> entries, auto answer) {
-    return platform_.applications().find(std::move(entries), std::move(answer));
+  services_.installedApp = [this](const AppEntry& entry, int points, double scale) {
+    return apps_.app(entry, points, scale);
+  };
+  services_.observeInstalledApps = [this](auto changed) {
+    return apps_.observe(std::move(changed));
   };
   services_.applicationIcon = [this](const std::string& icon, int points, int scale, auto answer) {
     return platform_.applications().icon(icon, points, scale, std::move(answer));

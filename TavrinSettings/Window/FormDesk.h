@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TavrinPlatform/Platform.h"
+#include "TavrinSettings/Base/InstalledApps.h"
 #include "TavrinSettings/Form/FormServices.h"
 #include "TavrinWidgetsUI/Weather/WeatherModel.h"
 
@@ -11,7 +12,8 @@ namespace tavrin {
 /// What forms ask of the desktop, answered by its services. Each is made when it is first asked.
 class FormDesk {
 public:
-  explicit FormDesk(Platform& platform);
+  /// Both outlive it.
+  FormDesk(Platform& platform, InstalledApps& apps);
 
   const FormServices& services() const { return services_; }
 
@@ -20,6 +22,7 @@ private:
   void setUpPickers();
 
   Platform& platform_;
+  InstalledApps& apps_;
   std::unique_ptr<WeatherFetch> cities_;
   /// Players are known while they are watched.
   TokenPtr players_;

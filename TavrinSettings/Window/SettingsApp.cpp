@@ -39,8 +39,9 @@ private:
 
 SettingsApp::SettingsApp(Platform& platform, CommandPlatform& host)
     : platform_(platform), context_(std::make_unique<Context>(host)),
-      stage_(platform.runLoop(), platform.clock()), apps_(platform.applications()),
-      forms_(platform) {
+      stage_(platform.runLoop(), platform.clock()),
+      live_(platform.application(), platform.runLoop()), apps_(platform.applications()),
+      forms_(platform, apps_) {
   // Which desktop entry the window belongs to.
   QGuiApplication::setDesktopFileName(QString::fromUtf8(
       DockSlot::hostIdentifier.data(), static_cast<qsizetype>(DockSlot::hostIdentifier.size())));
@@ -51,7 +52,7 @@ SettingsApp::SettingsApp(Platform& platform, CommandPlatform& host)
     return CollectionTileApp{QString::fromStdString(DockItem{entry}.displayName()),
                              std::move(app.icon), app.isGone};
   };
-  apps_.onLoad = [this] { window_->refreshPictures(); };
+  appsChanged_ = apps_.observe([this] { window_->refreshPictures(); });
   window_->onClose = [this] {
     startSlots();
     platform_.application().terminate();
@@ -97,23 +98,23 @@ void SettingsApp::open() {
     newSlots_.insert(slots.begin(), slots.end());
     QTimer::singleShot(0, window_.get(), [this] { startSlots(); });
   };
-  window_->setUp(
-      *editor_, stage_, forms_.services(),
-      {.dockPage =
-           [this](PageServices& services, QWidget* parent) {
-             auto* page = new DockPage(services, *context_, history_, platform_.runLoop(), apps_,
-                                       platform_.folderWatch(), parent);
-             page->reload();
-             return page;
-           },
-       .computerPage =
-           [this](PageServices& services, QWidget* parent) {
-             auto* page = new ComputerPage(
-                 services, [this] { return context_->platform().desktopReport(); },
-                 context_->platform().autostart(), parent);
-             page->reload();
-             return page;
-           }});
+  window_->setUp(*editor_, stage_, live_, forms_.services(),
+                 {.dockPage =
+                      [this](PageServices& services, QWidget* parent) {
+                        auto* page =
+                            new DockPage(services, *context_, history_, platform_.runLoop(), apps_,
+                                         platform_.folderWatch(), parent);
+                        page->reload();
+                        return page;
+                      },
+                  .computerPage =
+                      [this](PageServices& services, QWidget* parent) {
+                        auto* page = new ComputerPage(
+                            services, [this] { return context_->platform().desktopReport(); },
+                            context_->platform().autostart(), parent);
+                        page->reload();
+                        return page;
+                      }});
 }
 
 void SettingsApp::reload() {

@@ -3,6 +3,7 @@
 #include "TavrinHost/HostContext.h"
 #include "TavrinPlatform/Platform.h"
 #include "TavrinSettings/Base/InstalledApps.h"
+#include "TavrinSettings/Base/LiveTiles.h"
 #include "TavrinSettings/Base/TileStage.h"
 #include "TavrinSettings/Editing/History.h"
 #include "TavrinSettings/Editing/WidgetsEditor.h"
@@ -41,12 +42,14 @@ private:
   std::unique_ptr<Context> context_;
   History history_;
   TileStage stage_;
+  LiveTiles live_;
   InstalledApps apps_;
   FormDesk forms_;
   std::optional<WidgetsEditor> editor_;
   std::set<int> newSlots_;
   std::unique_ptr<SettingsWindow> window_;
   bool answersEdits_ = false;
+  TokenPtr appsChanged_;
   TokenPtr widgetsChanged_;
   TokenPtr editRequested_;
   TokenPtr appearanceChanged_;

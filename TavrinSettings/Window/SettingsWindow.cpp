@@ -84,11 +84,11 @@ QWidget* SettingsWindow::makeTop() {
   return top;
 }
 
-void SettingsWindow::setUp(WidgetsEditor& editor, TileStage& stage, const FormServices& forms,
-                           Makers makers) {
+void SettingsWindow::setUp(WidgetsEditor& editor, TileStage& stage, LiveTiles& live,
+                           const FormServices& forms, Makers makers) {
   makers_ = std::move(makers);
   services_.emplace(
-      PageServices{editor, history_, stage, drag_, forms, appearance_,
+      PageServices{editor, history_, stage, live, drag_, forms, appearance_,
                    [this](const QString& sentence, bool isTrouble) { tell(sentence, isTrouble); },
                    [this](const QString& sentence) { foot_->offerUndo(sentence); },
                    [this](const QString& sentence) { foot_->sayProgress(sentence); }});

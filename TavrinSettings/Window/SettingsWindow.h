@@ -27,7 +27,8 @@ public:
   SettingsWindow(History& history, const PanelAppearance& appearance);
 
   /// Makes the pages on what the editor says.
-  void setUp(WidgetsEditor& editor, TileStage& stage, const FormServices& forms, Makers makers);
+  void setUp(WidgetsEditor& editor, TileStage& stage, LiveTiles& live, const FormServices& forms,
+             Makers makers);
   /// Says why there is nothing to be shown, in place of the pages.
   void showTrouble(const QString& sentence, std::function<void()> tryAgain);
   void refresh();

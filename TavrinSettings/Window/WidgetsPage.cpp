@@ -28,22 +28,24 @@ WidgetsPage::WidgetsPage(PageServices& services, QWidget* parent)
     showGallery();
     gallery_->focusSearch();
   };
-  strip_->onPlaced = [this](const UUID& id) { choose(id, false); };
+  strip_->onPlaced = [this](const UUID& id) { wasPlaced(id); };
   column->addWidget(strip_);
   column->addWidget(makeTools());
   below_ = new QStackedWidget(this);
   gallery_ = new GalleryView(services_, below_);
-  gallery_->onAdd = [this](const UUID& id) {
-    choose(id, false);
-    if (const auto* widget = services_.editor.widget(id))
-      services_.tell(worded("“{name}” is on the strip.", {{"name", widget->name}}), false);
-  };
+  gallery_->onAdd = [this](const UUID& id) { wasPlaced(id); };
   gallery_->onOpen = [this](const UUID& id) { enter(id); };
   widget_ = new WidgetPage(services_, below_);
   widget_->onBack = [this] { leaveWidget(); };
   below_->addWidget(gallery_);
   below_->addWidget(widget_);
   column->addWidget(below_, 1);
+}
+
+void WidgetsPage::wasPlaced(const UUID& id) {
+  choose(id, false);
+  if (const auto* widget = services_.editor.widget(id))
+    services_.tell(worded("“{name}” is on the strip.", {{"name", widget->name}}), false);
 }
 
 void WidgetsPage::keyPressEvent(QKeyEvent* event) {

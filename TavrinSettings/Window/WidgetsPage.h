@@ -38,6 +38,8 @@ protected:
 private:
   QWidget* makeTools();
   void leaveWidget();
+  /// A widget came onto the strip.
+  void wasPlaced(const UUID& id);
   /// Opens the settings with the keyboard in the first of them.
   void enter(const UUID& id);
   void choose(const UUID& id, bool isOpened);

@@ -50,15 +50,12 @@ inline FormServices formServices() {
     answer({app});
     return nullptr;
   };
-  services.findApplications = [](const std::vector<AppEntry>& entries, auto answer) -> TokenPtr {
-    std::vector<std::optional<ApplicationInfo>> infos;
-    for (const auto& entry : entries) {
-      ApplicationInfo info;
-      info.icon = "mail";
-      infos.push_back(entry.path.ends_with("mail.desktop") ? std::optional(info) : std::nullopt);
-    }
-    answer(infos);
-    return nullptr;
+  services.installedApp = [](const AppEntry& entry, int points, double scale) -> InstalledApp {
+    if (!entry.path.ends_with("mail.desktop"))
+      return {{}, true};
+    QImage image(QSizeF(points * scale, points * scale).toSize(), QImage::Format_ARGB32);
+    image.fill(Qt::darkCyan);
+    return {image, false};
   };
   services.applicationIcon = [](const std::string&, int points, int scale,
                                 auto answer) -> TokenPtr {

@@ -115,7 +115,7 @@ TEST_F(DockLayoutTest, ApplyingGoesThereAndUndoComesBackWithTheActiveProfile) {
   EXPECT_THROW(job.apply(*profiles.profile(home)), HostError) << "one at a time";
   loop.runBackground();
   EXPECT_EQ(shown(), "Mail ");
-  EXPECT_THAT(said, ElementsAre("The Dock restarts…", "\"Layout 2\" is in the Dock."));
+  EXPECT_THAT(said, ElementsAre("The Dock restarts…", "“Layout 2” is in the Dock."));
   profiles.reload();
   EXPECT_EQ(profiles.file().activeProfileId, calm);
   EXPECT_EQ(history.undoTitle(), "Apply Layout 2");
@@ -157,7 +157,7 @@ TEST_F(DockLayoutTest, WithoutADockALayoutIsWrittenAndNothingIsEnded) {
   loop.runBackground();
   EXPECT_EQ(shown(), "Mail Notes ");
   EXPECT_EQ(platform.dock.process.kills, 0);
-  EXPECT_EQ(said.back(), "\"Layout\" is written, for a Dock that starts.");
+  EXPECT_EQ(said.back(), "“Layout” is written, for a Dock that starts.");
   EXPECT_TRUE(history.undoTellsItself()) << "it is not over when the call returns";
   history.undo();
   loop.runBackground();

@@ -1,5 +1,5 @@
-#include "TavrinSettings/Base/InstalledApps.h"
 #include "TavrinCore/Kinds/Collection/CollectionSettings.h"
+#include "TavrinSettings/Base/InstalledApps.h"
 #include "TavrinSettings/Samples/SampleTiles.h"
 #include "Tests/Support/FakeApplicationLibrary.h"
 #include "Tests/Support/ManualRunLoop.h"
@@ -16,7 +16,7 @@ TEST(InstalledApps, AreLookedForOnceAndAgainWhenSomethingWasInstalled) {
   library.installed = {test::FakeApplicationLibrary::app("Mail")};
   InstalledApps apps(library);
   int loads = 0;
-  apps.onLoad = [&] { ++loads; };
+  const auto watching = apps.observe([&] { ++loads; });
   const AppEntry mail{"/apps/Mail.desktop", {}, "Mail", {}};
   const AppEntry notes{"/apps/Notes.desktop", {}, "Notes", {}};
   const auto look = [&] {

@@ -3,10 +3,13 @@
 //   window-clock launch PROGRAM [ARGUMENT]...   from the start of a program to its first window
 //   window-clock click X Y [TIMES]              from a press of the first button to a new window;
 //                                               a second click closes it before the next round
-//   window-clock type KEYCODE WINDOW X Y WIDTH HEIGHT [TIMES]
+//   window-clock place X Y                      the same, once, and nothing closes it
+//   window-clock type KEYCODE[+KEYCODE] WINDOW X Y WIDTH HEIGHT [TIMES]
 //   window-clock press PX PY WINDOW X Y WIDTH HEIGHT [TIMES]
-//                                               from a key, or a press of the first button, until
-//                                               something is painted there in the window
+//   window-clock drop WINDOW X Y WIDTH HEIGHT   from a key (of two, the first is held), a press of
+//                                               the first button, or letting go of it, until
+//                                               something is painted there in the window, or the
+//                                               window goes
 //
 // Prints milliseconds, a line a round: until the window is mapped, where one comes, and until it
 // holds more than one colour: a window is mapped before, or after, it is painted, as its program
@@ -48,8 +51,8 @@ public:
     xcb_change_window_attributes(connection_, root_, XCB_CW_EVENT_MASK, &mask);
     const auto* extension = xcb_get_extension_data(connection_, &xcb_damage_id);
     damageEvent_ = extension->first_event;
-    std::free(xcb_damage_query_version_reply(
-        connection_, xcb_damage_query_version(connection_, 1, 1), nullptr));
+    std::free(xcb_damage_query_version_reply(connection_,
+                                             xcb_damage_query_version(connection_, 1, 1), nullptr));
   }
   ~Watcher() { xcb_disconnect(connection_); }
   Watcher(const Watcher&) = delete;
@@ -87,27 +90,47 @@ public:
     return std::nullopt;
   }
 
-  void type(int keyCode) {
-    for (const auto event : {XCB_KEY_PRESS, XCB_KEY_RELEASE})
-      xcb_test_fake_input(connection_, static_cast<std::uint8_t>(event),
-                          static_cast<std::uint8_t>(keyCode), 0, root_, 0, 0, 0);
+  void press(int detail, int event) {
+    xcb_test_fake_input(connection_, static_cast<std::uint8_t>(event),
+                        static_cast<std::uint8_t>(detail), 0, root_, 0, 0, 0);
+  }
+
+  /// `held` is 0 for none.
+  void type(int keyCode, int held) {
+    if (held != 0)
+      press(held, XCB_KEY_PRESS);
+    press(keyCode, XCB_KEY_PRESS);
+    press(keyCode, XCB_KEY_RELEASE);
+    if (held != 0)
+      press(held, XCB_KEY_RELEASE);
+    xcb_flush(connection_);
+  }
+
+  void letGo() {
+    press(1, XCB_BUTTON_RELEASE);
     xcb_flush(connection_);
   }
 
   void watch(xcb_window_t window) {
+    const std::uint32_t mask = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+    xcb_change_window_attributes(connection_, window, XCB_CW_EVENT_MASK, &mask);
     xcb_damage_create(connection_, xcb_generate_id(connection_), window,
                       XCB_DAMAGE_REPORT_LEVEL_RAW_RECTANGLES);
+    watched_ = window;
     xcb_flush(connection_);
   }
 
-  /// Until something is painted within `area` of a window that is watched; none within five seconds.
+  /// Until something is painted within `area` of a window that is watched, or it goes; none within
+  /// five seconds.
   std::optional<double> paintedWithin(const xcb_rectangle_t& area, Clock::time_point start) {
     while (millisecondsSince(start) < 5000) {
       auto* event = nextEvent();
       if (event == nullptr)
         continue;
-      bool isWithin = false;
-      if ((event->response_type & 0x7F) == damageEvent_) {
+      const int type = event->response_type & 0x7F;
+      bool isWithin = type == XCB_UNMAP_NOTIFY &&
+                      reinterpret_cast<xcb_unmap_notify_event_t*>(event)->window == watched_;
+      if (type == damageEvent_) {
         const auto& painted = reinterpret_cast<xcb_damage_notify_event_t*>(event)->area;
         isWithin = painted.x < area.x + area.width && area.x < painted.x + painted.width &&
                    painted.y < area.y + area.height && area.y < painted.y + painted.height;
@@ -158,6 +181,7 @@ private:
 
   xcb_connection_t* connection_;
   xcb_window_t root_ = 0;
+  xcb_window_t watched_ = 0;
   int damageEvent_ = 0;
 };
 
@@ -201,6 +225,14 @@ int clicks(int x, int y, int times) {
   return 0;
 }
 
+int place(int x, int y) {
+  Watcher watcher;
+  watcher.settle(50);
+  const auto start = Clock::now();
+  watcher.click(x, y);
+  return report(watcher.nextWindow(start));
+}
+
 /// `WINDOW X Y WIDTH HEIGHT [TIMES]`, and what is done to have it painted there.
 template <class Input> int paints(char** words, const Input& input) {
   Watcher watcher;
@@ -231,14 +263,24 @@ int main(int argc, char** argv) {
   if (argc >= 4 && std::strcmp(argv[1], "click") == 0)
     return clicks(std::atoi(argv[2]), std::atoi(argv[3]), argc > 4 ? std::atoi(argv[4]) : 1);
   if (argc >= 8 && std::strcmp(argv[1], "type") == 0)
-    return paints(argv + 3, [&](Watcher& watcher) { watcher.type(std::atoi(argv[2])); });
-  if (argc >= 9 && std::strcmp(argv[1], "press") == 0)
-    return paints(argv + 4, [&](Watcher& watcher) {
-      watcher.click(std::atoi(argv[2]), std::atoi(argv[3]));
+    return paints(argv + 3, [&](Watcher& watcher) {
+      const char* second = std::strchr(argv[2], '+');
+      if (second == nullptr)
+        watcher.type(std::atoi(argv[2]), 0);
+      else
+        watcher.type(std::atoi(second + 1), std::atoi(argv[2]));
     });
-  std::fputs("usage: window-clock launch PROGRAM... | click X Y [TIMES]\n"
-             "       | type KEYCODE AREA [TIMES] | press PX PY AREA [TIMES],\n"
-             "       where AREA is WINDOW X Y WIDTH HEIGHT\n",
-             stderr);
+  if (argc == 7 && std::strcmp(argv[1], "drop") == 0)
+    return paints(argv + 2, [](Watcher& watcher) { watcher.letGo(); });
+  if (argc == 4 && std::strcmp(argv[1], "place") == 0)
+    return place(std::atoi(argv[2]), std::atoi(argv[3]));
+  if (argc >= 9 && std::strcmp(argv[1], "press") == 0)
+    return paints(argv + 4,
+                  [&](Watcher& watcher) { watcher.click(std::atoi(argv[2]), std::atoi(argv[3])); });
+  std::fputs(
+      "usage: window-clock launch PROGRAM... | click X Y [TIMES] | place X Y\n"
+      "       | type KEYCODE[+KEYCODE] AREA [TIMES] | press PX PY AREA [TIMES] | drop AREA,\n"
+      "       where AREA is WINDOW X Y WIDTH HEIGHT\n",
+      stderr);
   return 2;
 }

@@ -2,6 +2,7 @@
 
 #include "TavrinCore/Base/FileURL.h"
 #include "TavrinPlatform/Linux/Base/BusProperties.h"
+#include "TavrinPlatform/Linux/Slot/TileWatch.h"
 
 #include <QCoreApplication>
 #include <QSocketNotifier>
@@ -205,6 +206,12 @@ void LinuxApplication::request(const std::string& identifier, const std::string&
       bus_->method({identifier.c_str(), path.c_str(), interface}, "ActivateAction");
   message.append("sava{sv}", action.c_str(), 1, "s", object.c_str(), 0);
   bus_->send(message);
+}
+
+TokenPtr LinuxApplication::watchTile(const std::string& identifier, int pixelsHigh,
+                                     std::function<void(const TilePicture*)> shown) {
+  return bus_ == nullptr ? nullptr
+                         : tavrin::watchTile(*bus_, identifier, pixelsHigh, std::move(shown));
 }
 
 void LinuxApplication::setAttention(bool isWanted) {

@@ -39,6 +39,8 @@ public:
   void keepMemoryPrivate() override;
   void request(const std::string& identifier, const std::string& action,
                const std::string& object) override;
+  TokenPtr watchTile(const std::string& identifier, int pixelsHigh,
+                     std::function<void(const TilePicture*)> shown) override;
 
   /// The user asks for the application. Ends a request for attention.
   void reopen();

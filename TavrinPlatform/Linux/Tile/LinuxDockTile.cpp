@@ -49,6 +49,9 @@ LinuxDockTile::LinuxDockTile(std::vector<std::unique_ptr<TileSurface>> surfaces,
       if (onVisibilityChange)
         onVisibilityChange();
     };
+    surface->events.picture = [this](int pixelsHigh) {
+      return onPicture ? onPicture(pixelsHigh) : QImage();
+    };
     surface->events.clicked = [this](auto inPicture, auto onScreen) {
       clicked(inPicture, onScreen);
     };
@@ -65,6 +68,11 @@ DockTile::Format LinuxDockTile::format() const {
 void LinuxDockTile::setPlace(const Place& place) {
   for (const auto& surface : surfaces_)
     surface->setPlace(place);
+}
+
+void LinuxDockTile::setSubject(const std::string& subject) {
+  for (const auto& surface : surfaces_)
+    surface->setSubject(subject);
 }
 
 void LinuxDockTile::setTitle(const std::string& title) {

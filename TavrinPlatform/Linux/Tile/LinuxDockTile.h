@@ -23,6 +23,7 @@ public:
 
   Format format() const override;
   void setPlace(const Place& place) override;
+  void setSubject(const std::string& subject) override;
   void setTitle(const std::string& title) override;
   void setLabel(const std::string& name, const std::string& value) override;
   void setButtons(const std::vector<Button>& buttons) override;

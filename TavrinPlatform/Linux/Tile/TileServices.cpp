@@ -3,6 +3,7 @@
 #include "TavrinPlatform/Linux/Base/X11.h"
 #include "TavrinPlatform/Linux/Tile/StripSurface.h"
 #include "TavrinPlatform/Linux/Tile/TraySurface.h"
+#include "TavrinPlatform/Linux/Tile/WatchedSurface.h"
 #include "TavrinPlatform/Qt/PictureSurface.h"
 
 #include <QGuiApplication>
@@ -26,6 +27,9 @@ LinuxDockTile& TileServices::tile() {
       surfaces.push_back(std::move(surface));
   if (surfaces.empty())
     surfaces.push_back(makeSurface("picture"));
+  if (environment_.bus != nullptr)
+    surfaces.push_back(
+        std::make_unique<WatchedSurface>(*environment_.bus, environment_.identifier));
   // Without a display nobody sees a notice either.
   if (choice.isMakeshift && (environment_.displays.hasX11 || environment_.displays.hasWayland))
     environment_.toldMakeshift(choice.reason);
