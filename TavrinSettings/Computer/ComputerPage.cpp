@@ -4,14 +4,18 @@
 #include "TavrinHost/Widgets/WidgetLibrary.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
-#include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelPalette.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Pictures/Symbols.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QKeyEvent>
+#include <QPainter>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QStackedWidget>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -27,6 +31,62 @@ QString symbolOf(State state) {
   return state == State::good      ? QStringLiteral("checkmark.circle")
          : state == State::limited ? QStringLiteral("exclamationmark.triangle.fill")
                                    : QStringLiteral("xmark.circle.fill");
+}
+
+/// A symbol in the colour of what it stands for.
+class StateMark final : public QWidget {
+public:
+  explicit StateMark(State state) : state_(state) { setFixedSize(18, 18); }
+
+protected:
+  void paintEvent(QPaintEvent*) override {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const auto colours = PanelPalette::from(palette());
+    drawSymbol(painter, symbolOf(state_).toStdString(), QRectF(rect()).adjusted(1, 1, -1, -1),
+               state_ == State::good ? colours.accent : colours.trouble);
+  }
+
+private:
+  State state_;
+};
+
+/// Words that wrap, and quieter ones below them.
+QLayout* pairOfTexts(const QString& words, const QString& quieter, bool isSelectable) {
+  auto* column = new QVBoxLayout;
+  column->setSpacing(2);
+  auto* text = new PanelText(words, PanelTextStyle::body);
+  if (isSelectable)
+    text->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+  column->addWidget(text);
+  if (!quieter.isEmpty())
+    column->addWidget(new PanelText(quieter, PanelTextStyle::caption));
+  return column;
+}
+
+QScrollArea* scrollingArea(const QString& name, QWidget* parent) {
+  auto* area = new QScrollArea(parent);
+  area->setAccessibleName(name);
+  area->setFrameShape(QFrame::NoFrame);
+  area->setWidgetResizable(true);
+  area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  area->setFocusPolicy(Qt::NoFocus);
+  return area;
+}
+
+/// Shows what `fill` puts into the column, in place of what was shown.
+void showIn(QScrollArea* area, const std::function<void(QVBoxLayout* column)>& fill) {
+  auto* inner = new QWidget;
+  auto* column = new QVBoxLayout(inner);
+  column->setContentsMargins(0, panel::grid, panel::grid, panel::grid);
+  column->setSpacing(panel::padding);
+  fill(column);
+  column->addStretch(1);
+  const int place = area->verticalScrollBar()->value();
+  area->setWidget(inner);
+  area->viewport()->setAutoFillBackground(false);
+  inner->setAutoFillBackground(false);
+  area->verticalScrollBar()->setValue(place);
 }
 
 /// So that it is not told by a picture alone.
@@ -117,14 +177,8 @@ ComputerPage::ComputerPage(PageServices& services, std::function<DesktopReport()
   row->addWidget(remedy_);
   column->addLayout(row);
   stack_ = new QStackedWidget(this);
-  list_ = new PanelList(worded("What this computer has"), stack_);
-  list_->setTall(true);
-  steps_ = new QScrollArea(stack_);
-  steps_->setAccessibleName(worded("What to do"));
-  steps_->setFrameShape(QFrame::NoFrame);
-  steps_->setWidgetResizable(true);
-  steps_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  steps_->setFocusPolicy(Qt::NoFocus);
+  list_ = scrollingArea(worded("What this computer has"), stack_);
+  steps_ = scrollingArea(worded("What to do"), stack_);
   stack_->addWidget(list_);
   stack_->addWidget(steps_);
   column->addWidget(stack_, 1);
@@ -133,48 +187,58 @@ ComputerPage::ComputerPage(PageServices& services, std::function<DesktopReport()
 void ComputerPage::turn(bool toSteps) {
   if (toSteps)
     makeSteps();
-  stack_->setCurrentWidget(toSteps ? static_cast<QWidget*>(steps_) : list_);
+  stack_->setCurrentWidget(toSteps ? steps_ : list_);
   remedy_->setTitle(toSteps ? worded("What Is There") : worded("What to Do"));
 }
 
 void ComputerPage::makeSteps() {
-  auto* inner = new QWidget;
-  auto* column = new QVBoxLayout(inner);
-  column->setContentsMargins(0, panel::grid, panel::grid, panel::grid);
-  column->setSpacing(panel::padding);
-  int number = 0;
-  for (const auto& item : report_.items) {
-    if (item.remedy.empty())
-      continue;
-    const auto remedy = QString::fromStdString(item.remedy);
-    auto* row = new QHBoxLayout;
-    row->setSpacing(panel::grid);
-    auto* mark = new PanelText(QString::number(++number), PanelTextStyle::heading);
-    mark->setFixedWidth(28);
-    auto* words = new QVBoxLayout;
-    words->setSpacing(2);
-    auto* step = new PanelText(remedy, PanelTextStyle::body);
-    step->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    words->addWidget(step);
-    words->addWidget(new PanelText(QString::fromStdString(item.sentence), PanelTextStyle::caption));
-    const auto copied = copyable(item.remedy);
-    auto* copy = PanelButton::icon(QStringLiteral("doc.on.clipboard"),
-                                   worded("Copy “{words}”", {{"words", copied}}), [this, copied] {
-                                     QGuiApplication::clipboard()->setText(copied);
-                                     services_.tell(worded("“{words}” is copied.",
-                                                           {{"words", copied}}),
-                                                    false);
-                                   });
-    row->addWidget(mark, 0, Qt::AlignTop);
-    row->addLayout(words, 1);
-    row->addWidget(copy, 0, Qt::AlignTop);
-    column->addLayout(row);
+  showIn(steps_, [this](QVBoxLayout* column) {
+    int number = 0;
+    for (const auto& item : report_.items)
+      if (!item.remedy.empty())
+        column->addLayout(stepOf(item, ++number));
+  });
+}
+
+QLayout* ComputerPage::stepOf(const DesktopReport::Item& item, int number) {
+  auto* row = new QHBoxLayout;
+  row->setSpacing(panel::grid);
+  auto* mark = new PanelText(QString::number(number), PanelTextStyle::heading);
+  mark->setFixedWidth(28);
+  const auto copied = copyable(item.remedy);
+  auto* copy = PanelButton::icon(
+      QStringLiteral("doc.on.clipboard"), worded("Copy “{words}”", {{"words", copied}}),
+      [this, copied] {
+        QGuiApplication::clipboard()->setText(copied);
+        services_.tell(worded("“{words}” is copied.", {{"words", copied}}), false);
+      });
+  row->addWidget(mark, 0, Qt::AlignTop);
+  row->addLayout(
+      pairOfTexts(QString::fromStdString(item.remedy), QString::fromStdString(item.sentence), true),
+      1);
+  row->addWidget(copy, 0, Qt::AlignTop);
+  return row;
+}
+
+/// Up, Down and the like look through what is long.
+void ComputerPage::keyPressEvent(QKeyEvent* event) {
+  auto* bar = static_cast<QScrollArea*>(stack_->currentWidget())->verticalScrollBar();
+  switch (event->key()) {
+  case Qt::Key_Up:
+    return bar->triggerAction(QAbstractSlider::SliderSingleStepSub);
+  case Qt::Key_Down:
+    return bar->triggerAction(QAbstractSlider::SliderSingleStepAdd);
+  case Qt::Key_PageUp:
+    return bar->triggerAction(QAbstractSlider::SliderPageStepSub);
+  case Qt::Key_PageDown:
+    return bar->triggerAction(QAbstractSlider::SliderPageStepAdd);
+  case Qt::Key_Home:
+    return bar->triggerAction(QAbstractSlider::SliderToMinimum);
+  case Qt::Key_End:
+    return bar->triggerAction(QAbstractSlider::SliderToMaximum);
+  default:
+    QWidget::keyPressEvent(event);
   }
-  column->addStretch(1);
-  inner->setAutoFillBackground(false);
-  steps_->setWidget(inner);
-  steps_->viewport()->setAutoFillBackground(false);
-  inner->setAutoFillBackground(false);
 }
 
 void ComputerPage::reload() {
@@ -202,17 +266,18 @@ void ComputerPage::show(const Autostart::Status& status) {
 void ComputerPage::show(const DesktopReport& report) {
   report_ = report;
   summary_->setWords(QString::fromStdString(reportSummary(report)));
-  std::vector<PanelRow> rows;
-  for (const auto& item : report.items) {
-    PanelRow row;
-    row.id = QString::fromStdString(item.topic);
-    row.title = QString::fromStdString(item.sentence);
-    row.subtitle = detailOf(item);
-    row.symbol = symbolOf(item.state);
-    row.trailing = wordOf(item.state);
-    rows.push_back(row);
-  }
-  list_->setRows(rows);
+  showIn(list_, [&](QVBoxLayout* column) {
+    for (const auto& item : report.items) {
+      auto* row = new QHBoxLayout;
+      row->setSpacing(panel::grid);
+      row->addWidget(new StateMark(item.state), 0, Qt::AlignTop);
+      row->addLayout(pairOfTexts(QString::fromStdString(item.sentence), detailOf(item), false), 1);
+      auto* word = new PanelText(wordOf(item.state), PanelTextStyle::secondary);
+      word->setSingleLine(true);
+      row->addWidget(word, 0, Qt::AlignTop);
+      column->addLayout(row);
+    }
+  });
   remedy_->setEnabled(!reportRemedies(report).empty());
   const bool hasSteps = remedy_->isEnabled();
   if (stack_->currentWidget() == steps_)

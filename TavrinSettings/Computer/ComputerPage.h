@@ -13,7 +13,6 @@ namespace tavrin {
 
 class PanelButton;
 class PanelEmptyState;
-class PanelList;
 class PanelSwitch;
 class PanelText;
 
@@ -28,6 +27,9 @@ public:
   /// Looks, once the page is seen.
   void reload();
 
+protected:
+  void keyPressEvent(QKeyEvent* event) override;
+
 private:
   void show(const DesktopReport& report);
   void show(const Autostart::Status& status);
@@ -35,6 +37,7 @@ private:
   /// What is to be done, step by step, in place of the list; and back.
   void turn(bool toSteps);
   void makeSteps();
+  QLayout* stepOf(const DesktopReport::Item& item, int number);
 
   PageServices& services_;
   std::function<DesktopReport()> look_;
@@ -47,7 +50,7 @@ private:
   PanelButton* again_;
   QStackedWidget* stack_;
   QScrollArea* steps_;
-  PanelList* list_;
+  QScrollArea* list_;
 };
 
 /// "Everything that widgets use is here.", "2 things are missing, 1 is limited."

@@ -147,7 +147,6 @@ void LayoutPane::makeActions(QVBoxLayout* column) {
              {{"file", "~/Library/Preferences/com.apple.dock.plist"}}),
       PanelTextStyle::secondary, this);
   column->addWidget(noDock_);
-  auto* row = new QHBoxLayout;
   apply_ = new PanelButton(
       PanelButton::Kind::prominent, worded("Apply"),
       [this] {
@@ -181,15 +180,29 @@ void LayoutPane::makeActions(QVBoxLayout* column) {
               worded("“{name}” is deleted. Undo brings it back.", {{"name", name}}));
       },
       this);
-  row->addWidget(apply_);
-  row->addWidget(capture);
-  row->addStretch(1);
+  actions_ = new QBoxLayout(QBoxLayout::LeftToRight);
+  auto* main = new QHBoxLayout;
+  main->addWidget(apply_);
+  main->addWidget(capture);
+  main->addStretch(1);
+  auto* others = new QHBoxLayout;
   if (services_.page.forms.choosePaths)
-    row->addWidget(new PanelButton(
+    others->addWidget(new PanelButton(
         PanelButton::Kind::quiet, worded("Export…"), [this] { exportLayout(); }, this));
-  row->addWidget(duplicate);
-  row->addWidget(remove);
-  column->addLayout(row);
+  others->addWidget(duplicate);
+  others->addWidget(remove);
+  others->addStretch(0);
+  actions_->addLayout(main, 1);
+  actions_->addLayout(others);
+  column->addLayout(actions_);
+}
+
+/// What has no room in one row has it in two.
+void LayoutPane::resizeEvent(QResizeEvent*) {
+  int wanted = actions_->spacing();
+  for (int i = 0; i < actions_->count(); ++i)
+    wanted += actions_->itemAt(i)->sizeHint().width();
+  actions_->setDirection(wanted <= width() ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
 }
 
 void LayoutPane::exportLayout() {

@@ -7,6 +7,7 @@
 #include <QWidget>
 #include <array>
 
+class QBoxLayout;
 class QLineEdit;
 class QVBoxLayout;
 
@@ -39,6 +40,9 @@ public:
   /// False where it is gone.
   bool show(const UUID& id);
 
+protected:
+  void resizeEvent(QResizeEvent* event) override;
+
 private:
   void makeRows();
   void makeActions(QVBoxLayout* column);
@@ -59,6 +63,7 @@ private:
   /// What applying does where there is no Dock.
   PanelText* noDock_;
   PanelButton* apply_;
+  QBoxLayout* actions_;
 };
 
 } // namespace tavrin

@@ -119,8 +119,9 @@ std::vector<std::string> namesIn(std::string_view wish) {
 
 std::string reasonOf(const Row& row, const DesktopFacts& facts) {
   const std::string name = facts.windowManager ? facts.windowManager->name : "";
-  return translated(
-      row.reason, {{"manager", name.empty() ? translated("of this session") : "\"" + name + "\""}});
+  const auto called =
+      name.empty() ? translated("of this session") : translated("\"{name}\"", {{"name", name}});
+  return translated(row.reason, {{"manager", called}});
 }
 
 StripArrangement arrangementOn(const DesktopFacts& facts) {
