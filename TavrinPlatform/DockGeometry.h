@@ -23,6 +23,8 @@ struct DockPreferences {
   std::string orientation = "bottom";
   double tileSize = 48;
   bool magnification = false;
+  /// The Dock is away until the pointer comes to its edge.
+  bool autohide = false;
 
   /// Takes an entry "tilesize" as the Dock does: within its bounds, and none that is no number.
   void setTileSize(double entry) {

@@ -61,6 +61,8 @@ class Window:
 
 class LayerDesk(ManagedDesk):
     slot_env = {"DISPLAY": ""}
+    size = SIZE
+    double_env = {"QT_QPA_PLATFORM": "wayland", "DISPLAY": ""}
 
     @classmethod
     def start_manager(cls):
@@ -108,6 +110,10 @@ class LayerDesk(ManagedDesk):
         return (len(tiles) == len(NAMES)
                 and all(abs(b - a - PITCH) <= 1.5 for a, b in zip(lefts, lefts[1:]))
                 and abs(middle - screen[2] / 2) <= 3)
+
+    @classmethod
+    def is_hidden(cls):
+        return not cls.tiles(Picture(cls.desk))
 
     # What others have on it
 
@@ -175,6 +181,10 @@ class LayerDesk(ManagedDesk):
         window = self.open_terminal("big", "red", "maximized")
         wait_for(lambda: window.last("size") == f"size {SIZE[0]} {SIZE[1] - TILE}",
                  "a maximized window above the tiles")
+
+    def maximized(self):
+        window = self.open_terminal("big", "red", "maximized")
+        return lambda: int((window.last("size") or "size 0 0").split()[2])
 
     def column_desktops(self):
         window = self.open_terminal("stays")

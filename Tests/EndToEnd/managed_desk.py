@@ -1,13 +1,15 @@
 """A desk under one window manager, for the tests that go through all of them: what is on its screen,
 and what its user does there."""
 
+import contextlib
 import json
+import plistlib
 import re
 import shutil
 import subprocess
 import unittest
 
-from rig import Desk, wait_for, widget
+from rig import BUILD, Desk, wait_for, widget
 
 # A tiling manager would give a floating test window no place of its own.
 I3_CONFIG = "font pango:monospace 8\nfor_window [title=\"^cover$\"] floating enable\n"
@@ -30,6 +32,7 @@ NAMES = ["First", "Second", "Third"]
 class ManagedDesk:
     """Made once for all tests of a class, each of which leaves it as it found it."""
     manager = ""
+    size = SCREEN
     # Beside the desk's own, for slots.
     slot_env = None
 
@@ -117,6 +120,36 @@ class ManagedDesk:
     @classmethod
     def settle(cls):
         wait_for(cls.are_in_place, "the strip at the bottom edge")
+
+    @classmethod
+    def is_hidden(cls):
+        return all(cls.windows(number)[0] is None for number in range(len(NAMES)))
+
+    def find(self, colour):
+        """A place of the screen in that colour, and that far to all sides; none without one."""
+        shot = subprocess.run(["import", "-silent", "-window", "root", "-depth", "8", "rgb:-"],
+                              env=self.desk.env, capture_output=True, check=True).stdout
+        width = len(shot) // 3 // SCREEN[1]
+
+        def at(x, y):
+            start = 3 * (y * width + x)
+            return tuple(shot[start:start + 3])
+        return next(((x + 16, y + 16) for y in range(0, self.size[1] - 32, 8)
+                     for x in range(0, self.size[0] - 32, 8)
+                     if at(x, y) == colour == at(x + 32, y + 32)), None)
+
+    @contextlib.contextmanager
+    def preferences(self, **entries):
+        """The Dock's, while the slots run."""
+        path = self.desk.home / "Library" / "Preferences" / "com.apple.dock.plist"
+        path.parent.mkdir(parents=True, exist_ok=True)
+        new = path.with_suffix(".new")
+        new.write_bytes(plistlib.dumps(entries))
+        new.rename(path)
+        try:
+            yield
+        finally:
+            path.unlink()
 
     def colour(self, number):
         """At the tile's upper middle, which its note's paper fills."""

@@ -5,10 +5,12 @@ each thing that a desktop must let them do.
     test_desktops.py --table FOLDER       prints the table of all rows that have run
 """
 
+import itertools
 import json
 import pathlib
 import plistlib
 import sys
+import time
 import unittest
 
 from compositors import DESKTOPS
@@ -33,6 +35,8 @@ RESULTS = BUILD / "desktops"
 
 class Row(ManagedDesk):
     """The columns of the table, for one manager."""
+    steps = itertools.count()
+    double_env = None
 
     @classmethod
     def setUpClass(cls):
@@ -260,6 +264,83 @@ class Row(ManagedDesk):
             slot.wait()
             self.slots[0] = self.desk.start_slot(1)
             self.settle()
+
+    def maximized(self):
+        """Opens a window that has all the room there is; what answers its lower edge."""
+        window = self.open_terminal("big", colour="red")
+        self.focus(window)
+        self.desk.run("wmctrl", "-i", "-r", window, "-b", "add,maximized_vert,maximized_horz")
+        return lambda: self.frame(window)[3]
+
+    def point(self, x, y):
+        self.desk.run("xdotool", "mousemove", str(x), str(y))
+
+    def column_hidden(self):
+        """Hidden where that is preferred, and there as long as it is wanted."""
+        places = [self.centre(number) for number in range(len(NAMES))]
+        top, edge = self.tile(0)[2], self.size[1] - 1
+        self.point(40, 300)
+        bottom = None if self.manager == "none" else self.maximized()
+        with self.preferences(autohide=True):
+            wait_for(self.is_hidden, "the strip to go")
+            if bottom:
+                wait_for(lambda: bottom() > top, "its room for others")
+
+            self.point(places[1][0], edge)
+            wait_for(self.are_in_place, "all tiles at the pointer's coming")
+            if bottom:
+                self.assertGreater(bottom(), top, "no window moves for them")
+            # Along the strip, and from there into a panel.
+            for x, y in reversed(places):
+                self.point(x, y)
+            _, x, y, width, height = self.open(0)
+            self.point(x + width // 2, y + height // 2)
+            self.type(0, "h")
+            # Longer than a strip stays that nobody wants.
+            time.sleep(2)
+            self.assertTrue(self.are_in_place(), "the strip below its panel")
+            self.desk.key("Escape")
+            self.wait_closed(0)
+            wait_for(self.is_hidden, "the strip to go after its panel")
+
+            # By the keyboard, one tile after the other.
+            self.desk.run(BUILD / "bin" / "tavrin", "strip", NAMES[0])
+            wait_for(self.are_in_place, "the strip at the keyboard's coming")
+            time.sleep(2)
+            self.assertTrue(self.are_in_place(), "the strip that has the keyboard")
+            self.desk.key("Escape")
+            wait_for(self.is_hidden, "the strip to go after the keyboard")
+            self.drag_to_the_edge(places[2], edge)
+            wait_for(self.is_hidden, "the strip to go after the drag")
+        self.settle()
+        if bottom:
+            wait_for(lambda: bottom() <= top, "the room again")
+
+    def drag_to_the_edge(self, place, edge):
+        log = self.desk.home / "drag.log"
+        source = self.desk.spawn([BUILD / "Tests" / "Linux" / "DragDouble", "file:///tmp/one.txt"],
+                                 log="drag.log", env=self.double_env)
+        self.addCleanup(source.wait)
+        self.addCleanup(source.terminate)
+        x, y = wait_for(lambda: self.find((128, 128, 0)), "the window to drag from", pause=0.1)
+        try:
+            self.desk.run("xdotool", "mousemove", str(x), str(y), "mousedown", "1", "sleep", "0.1",
+                          "mousemove_relative", "10", "4", "sleep", "0.1", "mousemove_relative",
+                          "10", "4", "sleep", "0.1")
+
+            def is_there():
+                # A source tells of its place when that changes.
+                self.point(place[0] + next(self.steps) % 2, edge)
+                return self.are_in_place()
+            wait_for(is_there, "the strip for what is dragged", pause=0.05)
+            self.point(*place)
+            self.desk.run("sleep", "2")
+            self.assertTrue(self.are_in_place(), "the strip under what is dragged")
+            self.point(40, 300)
+        finally:
+            self.desk.run("xdotool", "mouseup", "1")
+        wait_for(lambda: "dragged" in log.read_text(), "the drag's end")
+        source.terminate()
 
     def column_killed(self):
         """In every state of panel and focus."""

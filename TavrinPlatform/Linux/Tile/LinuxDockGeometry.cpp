@@ -32,16 +32,20 @@ const QScreen* screenOfActiveWindow() {
 
 } // namespace
 
+std::filesystem::path dockPreferencesFile(const std::filesystem::path& home) {
+  return home / "Library" / "Preferences" / "com.apple.dock.plist";
+}
+
 DockPreferences readDockPreferences(const std::filesystem::path& home) {
   DockPreferences preferences;
-  const auto file =
-      PropertyListFile::read(home / "Library" / "Preferences" / "com.apple.dock.plist");
+  const auto file = PropertyListFile::read(dockPreferencesFile(home));
   if (!file)
     return preferences;
   preferences.orientation = file->string("orientation").value_or(preferences.orientation);
   if (const auto entry = file->number("tilesize"))
     preferences.setTileSize(*entry);
   preferences.magnification = file->boolean("magnification").value_or(false);
+  preferences.autohide = file->boolean("autohide").value_or(false);
   return preferences;
 }
 

@@ -8,6 +8,7 @@
 namespace tavrin {
 
 /// "com.apple.dock.plist" in the Library/Preferences folder under `home`.
+std::filesystem::path dockPreferencesFile(const std::filesystem::path& home);
 DockPreferences readDockPreferences(const std::filesystem::path& home);
 
 /// The strip stands for the Dock. Panels open where `pointer` says, so it answers the place of

@@ -203,6 +203,8 @@ void QtPanelPopover::show(Point anchor, RectEdge edge) {
     return;
   }
   isShown_ = true;
+  if (environment_.shownChanged)
+    environment_.shownChanged(true);
   isClosing_ = false;
   fade_.stop();
   const bool isOurs = isFocusOurs();
@@ -303,6 +305,8 @@ void QtPanelPopover::close() {
   } else {
     disappear();
   }
+  if (environment_.shownChanged)
+    environment_.shownChanged(false);
   if (onClose)
     onClose();
   if (environment_.hasClosed)

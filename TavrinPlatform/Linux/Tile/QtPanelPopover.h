@@ -25,6 +25,8 @@ public:
     /// The user is going elsewhere; told before the popover closes for it.
     std::function<void()> resignedActive;
     std::function<void()> hasClosed;
+    /// Told before the panel is shown, and when it begins to go.
+    std::function<void(bool isShown)> shownChanged = nullptr;
     /// Null where panels are no surfaces of a layer shell.
     std::function<LayerShell*()> layers;
     /// The row of tiles, whose presses are theirs.

@@ -13,6 +13,17 @@ QPointF StripLayout::inwards() const {
   return {isLeft ? 1.0 : -1.0, 0};
 }
 
+QRectF StripLayout::edge(double depth) const {
+  QRectF part = tile;
+  if (!isVertical)
+    part.setTop(part.bottom() - depth);
+  else if (isLeft)
+    part.setWidth(depth);
+  else
+    part.setLeft(part.right() - depth);
+  return part;
+}
+
 StripLayout StripLayout::make(const QRectF& available, const DockPreferences& preferences,
                               const DockTile::Place& place) {
   StripLayout layout;

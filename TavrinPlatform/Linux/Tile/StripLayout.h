@@ -21,6 +21,8 @@ struct StripLayout {
   bool isLeft = false;
   /// The way from the edge into the screen, of length 1.
   QPointF inwards() const;
+  /// The part of the edge that the tile lies on, so deep.
+  QRectF edge(double depth) const;
 
   /// Centred on the edge of `available` that `preferences.orientation` names.
   static StripLayout make(const QRectF& available, const DockPreferences& preferences,

@@ -57,6 +57,12 @@ int toolkitDepth(const QScreen& screen, StripEdge edge) {
 
 } // namespace
 
+QRect rootPixels(const QRect& points, const QScreen& screen) {
+  const double scale = screen.devicePixelRatio();
+  const QPointF corner = QPointF(points.topLeft() - screen.geometry().topLeft()) * scale;
+  return {screen.geometry().topLeft() + corner.toPoint(), (QSizeF(points.size()) * scale).toSize()};
+}
+
 int depthOfStrut(const Strut& strut, StripEdge edge, const QRect& screen, const QSize& root) {
   if (strut.size() != strutLength)
     return 0;
@@ -151,12 +157,10 @@ void StripRoom::reserve(xcb_window_t window, const QRect& tile, const QScreen& s
                         StripEdge edge) {
   if (!doesReserve_ || x11::connection() == nullptr)
     return;
-  const QRect area = pixels(screen);
-  const double scale = screen.devicePixelRatio();
-  const QRect place(area.topLeft() +
-                        (QPointF(tile.topLeft() - screen.geometry().topLeft()) * scale).toPoint(),
-                    (QSizeF(tile.size()) * scale).toSize());
-  Strut strut = strutOfTile(place, edge, area, x11::frame(x11::root()).size());
+  Strut strut;
+  if (!tile.isEmpty())
+    strut = strutOfTile(rootPixels(tile, screen), edge, pixels(screen),
+                        x11::frame(x11::root()).size());
   reserved_ = edge;
   if (strut == strut_)
     return;

@@ -21,6 +21,9 @@ enum class StripEdge : std::uint8_t { left = 0, right = 1, bottom = 3 };
 /// The twelve numbers of _NET_WM_STRUT_PARTIAL, in pixels of the root window; empty for none.
 using Strut = std::vector<std::uint32_t>;
 
+/// A part of a screen, in the toolkit's points, in pixels of the root window.
+QRect rootPixels(const QRect& points, const QScreen& screen);
+
 /// How far into `screen` a strut reaches from that edge; 0 when it is meant for another screen.
 int depthOfStrut(const Strut& strut, StripEdge edge, const QRect& screen, const QSize& root);
 
@@ -38,7 +41,7 @@ public:
 
   /// In the toolkit's points.
   QRectF available(const QScreen& screen, StripEdge edge);
-  /// Keeps `tile`, in points, free for the window that shows it.
+  /// Keeps `tile`, in points, free for the window that shows it; nothing where it is empty.
   void reserve(xcb_window_t window, const QRect& tile, const QScreen& screen, StripEdge edge);
 
 protected:

@@ -4,7 +4,6 @@
 
 #include <QCoreApplication>
 #include <QTimerEvent>
-#include <QWindow>
 #include <algorithm>
 
 namespace tavrin {
@@ -16,8 +15,9 @@ constexpr int managerSettling = 300;
 
 } // namespace
 
-StripStacking::StripStacking(QWindow& window, std::function<void()> onManagerChange)
-    : window_(window), onManagerChange_(std::move(onManagerChange)) {
+StripStacking::StripStacking(std::function<xcb_window_t()> window,
+                             std::function<void()> onManagerChange)
+    : window_(std::move(window)), onManagerChange_(std::move(onManagerChange)) {
   if (x11::connection() != nullptr)
     QCoreApplication::instance()->installNativeEventFilter(this);
 }
@@ -91,9 +91,9 @@ void StripStacking::timerEvent(QTimerEvent* event) {
 }
 
 void StripStacking::restack() {
-  if (window_.handle() == nullptr || !window_.isVisible())
+  const xcb_window_t window = window_();
+  if (window == XCB_NONE)
     return;
-  const auto window = static_cast<xcb_window_t>(window_.winId());
   if (manager_ == XCB_NONE) {
     if (isCovered())
       x11::restack(window, true);
@@ -119,12 +119,12 @@ bool StripStacking::fills(xcb_window_t other) const {
     return false;
   const auto states = x11::numbers(other, "_NET_WM_STATE");
   return std::ranges::count(states, x11::atom("_NET_WM_STATE_FULLSCREEN")) > 0 &&
-         x11::frame(other).intersects(x11::frame(static_cast<xcb_window_t>(window_.winId())));
+         x11::frame(other).intersects(x11::frame(window_()));
 }
 
 /// Menus and the like, which ask for no management, may lie over a tile; windows may not.
 bool StripStacking::isCovered() const {
-  const auto window = static_cast<xcb_window_t>(window_.winId());
+  const xcb_window_t window = window_();
   const auto place = x11::frame(window);
   const auto all = x11::topLevelWindows();
   auto above = std::ranges::find(all, window);

@@ -14,7 +14,8 @@ namespace tavrin {
 /// window manager does; and hears of a window manager that comes.
 class StripStacking final : public QObject, private QAbstractNativeEventFilter {
 public:
-  StripStacking(QWindow& window, std::function<void()> onManagerChange);
+  /// `window` answers the window that stands for the tile, none while there is none.
+  StripStacking(std::function<xcb_window_t()> window, std::function<void()> onManagerChange);
   ~StripStacking() override;
 
   /// After the window was made: whether the window manager leaves it alone.
@@ -39,7 +40,7 @@ private:
   /// Windows change their places in the stack one after the other; milliseconds.
   static constexpr int stackSettling = 30;
 
-  QWindow& window_;
+  const std::function<xcb_window_t()> window_;
   const std::function<void()> onManagerChange_;
   bool isUnmanaged_ = false;
   /// The window by which the manager shows that it lives.

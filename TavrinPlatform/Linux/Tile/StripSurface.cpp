@@ -1,5 +1,7 @@
 #include "TavrinPlatform/Linux/Tile/StripSurface.h"
 
+#include "TavrinPlatform/Linux/Base/X11.h"
+
 #include <QGuiApplication>
 #include <QScreen>
 #include <cmath>
@@ -10,6 +12,8 @@ namespace {
 
 /// Tiles are designed down to this size, in points; a smaller one is a smaller picture of it.
 constexpr double leastTileSize = 44;
+/// Of the edge that fetches a hidden strip, in points.
+constexpr double sensorDepth = 2;
 
 QRect wholePoints(const QRectF& rect) {
   const QPoint topLeft(static_cast<int>(std::lround(rect.left())),
@@ -50,9 +54,15 @@ StripSurface::StripSurface(Environment environment)
         arrange();
         stacking_.again();
       }),
-      stacking_(window_, [this] { managerChanged(); }) {
+      stacking_([this] { return standing(); }, [this] { managerChanged(); }),
+      sensor_([this] { autohide_.touch(); }),
+      autohide_(environment_.bus, [this] { comeOrGo(); }) {
   window_.onMake = [this](bool isUnmanaged) { stacking_.begin(isUnmanaged); };
   window_.onClick = [this](QPointF place) {
+    if (isAway_) {
+      autohide_.touch();
+      return;
+    }
     // On Wayland no window knows where it stands.
     const bool isLayer = environment_.layers != nullptr;
     const QRectF tile = isLayer ? layout_.tile : QRectF(window_.geometry());
@@ -65,12 +75,59 @@ StripSurface::StripSurface(Environment environment)
   window_.onHover = [this](QPointF place) { return events.hovered(place / shrinking_); };
   window_.takesFiles = [this] { return events.takesFiles(); };
   window_.onDrop = [this](const auto& files) { return events.dropped(files); };
-  window_.onExpose = [this] {
-    if (std::exchange(wasExposed_, window_.isExposed()) != wasExposed_ && events.visibilityChanged)
-      events.visibilityChanged();
+  window_.onExpose = [this] { tellVisibility(); };
+  window_.onPointer = [this](bool isInside) {
+    isPointerIn_ = isInside;
+    pointerMoved();
   };
+  window_.onDragOver = [this](bool isOver) { autohide_.hold(StripAutohide::drag, isOver); };
+  autohide_.setWanted(environment_.preferences().autohide);
   watchScreens();
   arrange();
+}
+
+void StripSurface::preferencesChanged() {
+  autohide_.setWanted(environment_.preferences().autohide);
+  arrange();
+}
+
+void StripSurface::tellVisibility() {
+  if (std::exchange(wasVisible_, isVisible()) != wasVisible_ && events.visibilityChanged)
+    events.visibilityChanged();
+}
+
+xcb_window_t StripSurface::standing() const {
+  if (isAway_)
+    return sensor_.window();
+  return window_.handle() != nullptr && window_.isVisible()
+             ? static_cast<xcb_window_t>(window_.winId())
+             : xcb_window_t{XCB_NONE};
+}
+
+/// The strip is to be hidden, or to be there.
+void StripSurface::comeOrGo() {
+  const bool isIn = !autohide_.isHidden();
+  // Without a compositor what is beyond the edge of its window would still be seen.
+  const bool isAnimated = hasPicture_ && !environment_.prefersReducedMotion() &&
+                          (environment_.layers != nullptr || x11::hasCompositor());
+  if (isIn && std::exchange(isAway_, false)) {
+    arrange();
+    pointerMoved();
+  }
+  window_.slide(isIn, layout_.inwards(), isAnimated, [this] {
+    isAway_ = true;
+    arrange();
+    tellVisibility();
+  });
+  tellVisibility();
+}
+
+/// While the strip is away on a layer shell, what is left of its window is the sensor.
+void StripSurface::pointerMoved() {
+  if (isAway_)
+    sensor_.pointerMoved(isPointerIn_);
+  else
+    autohide_.hold(StripAutohide::pointer, isPointerIn_);
 }
 
 void StripSurface::setPlace(const DockTile::Place& place) {
@@ -97,6 +154,8 @@ void StripSurface::display(const QImage& image) {
 }
 
 void StripSurface::setAttention(bool isWanted) {
+  if (isWanted)
+    autohide_.attend();
   const bool mayMove = isWanted && !environment_.prefersReducedMotion();
   window_.setAttention(isWanted, mayMove ? layout_.inwards() * layout_.tileSize : QPointF());
 }
@@ -119,7 +178,8 @@ void StripSurface::managerChanged() {
 QRectF StripSurface::available(const QScreen& screen, StripEdge edge) {
   QRectF room = room_.available(screen, edge);
   const bool hasBar =
-      doesReserve_ && arrangement_ == StripArrangement::bar && edge == StripEdge::bottom;
+      doesReserve_ && !autohide_.isWanted() && arrangement_ == StripArrangement::bar &&
+      edge == StripEdge::bottom;
   QRect bar;
   if (hasBar) {
     const double size = StripLayout::make(room, environment_.preferences(), place_).tileSize;
@@ -164,15 +224,26 @@ void StripSurface::arrange() {
 
 void StripSurface::place(const QScreen& screen, StripEdge edge) {
   const QRect tile = wholePoints(layout_.tile);
-  if (environment_.layers == nullptr) {
-    window_.moveTo(tile, arrangement_ != StripArrangement::docks);
-    room_.reserve(static_cast<xcb_window_t>(window_.winId()), tile, screen, edge);
+  const QRect sensor = wholePoints(layout_.edge(sensorDepth));
+  const bool isOver = autohide_.isWanted();
+  if (environment_.layers != nullptr) {
+    window_.moveTo(isAway_ ? sensor : tile, *environment_.layers);
+    const int depth = layout_.isVertical ? tile.width() : tile.height();
+    if (doesReserve_)
+      environment_.layers->keepRoom(screen, toolkitEdge(edge), isOver ? 0 : depth);
     return;
   }
-  window_.moveTo(tile, *environment_.layers);
-  if (doesReserve_)
-    environment_.layers->keepRoom(screen, toolkitEdge(edge),
-                                  layout_.isVertical ? tile.width() : tile.height());
+  sensor_.put(isAway_ ? rootPixels(sensor, screen) : QRect());
+  if (isAway_) {
+    window_.setVisible(false);
+    isPointerIn_ = false;
+    stacking_.begin(true);
+  } else {
+    window_.moveTo(tile, arrangement_ != StripArrangement::docks);
+  }
+  if (window_.handle() != nullptr)
+    room_.reserve(static_cast<xcb_window_t>(window_.winId()), isOver ? QRect() : tile, screen,
+                  edge);
 }
 
 void StripSurface::watchScreens() {

@@ -1,9 +1,11 @@
 #pragma once
 
 #include "TavrinPlatform/Linux/Base/SurfaceChoice.h"
+#include "TavrinPlatform/Linux/Tile/StripAutohide.h"
 #include "TavrinPlatform/Linux/Tile/StripBar.h"
 #include "TavrinPlatform/Linux/Tile/StripLayout.h"
 #include "TavrinPlatform/Linux/Tile/StripRoom.h"
+#include "TavrinPlatform/Linux/Tile/StripSensor.h"
 #include "TavrinPlatform/Linux/Tile/StripStacking.h"
 #include "TavrinPlatform/Linux/Tile/StripWindow.h"
 #include "TavrinPlatform/Qt/TileSurface.h"
@@ -24,6 +26,8 @@ public:
     std::function<std::optional<StripArrangement>()> arrangement;
     /// Null where the windows are an X server's.
     LayerShell* layers = nullptr;
+    /// Null where slots cannot tell each other of the pointer.
+    Bus* bus = nullptr;
     /// Told when a window manager has gone or come.
     std::function<void()> managerChanged;
   };
@@ -39,7 +43,7 @@ public:
   void setLabel(const std::string& name, const std::string& value) override;
   void setButtons(const std::vector<DockTile::Button>& buttons) override;
   void display(const QImage& image) override;
-  bool isVisible() const override { return window_.isExposed(); }
+  bool isVisible() const override { return window_.isExposed() && !isAway_; }
   void setAttention(bool isWanted) override;
   std::optional<Rect> frame() const override;
 
@@ -47,9 +51,17 @@ public:
   std::optional<Rect> stripFrame() const;
   double tileSize() const { return layout_.tileSize; }
   StripWindow& window() { return window_; }
+  /// What has a strip there that would be hidden.
+  StripAutohide& autohide() { return autohide_; }
+  /// Looks into the preferences anew.
+  void preferencesChanged();
 
 private:
   void arrange();
+  void tellVisibility();
+  void comeOrGo();
+  void pointerMoved();
+  xcb_window_t standing() const;
   void place(const QScreen& screen, StripEdge edge);
   void managerChanged();
   /// Where the row may stand; has the room kept by a bar where that is the way.
@@ -64,6 +76,8 @@ private:
   StripBar bar_;
   StripWindow window_;
   StripStacking stacking_;
+  StripSensor sensor_;
+  StripAutohide autohide_;
   StripLayout layout_;
   DockTile::Place place_;
   DockTile::Format format_;
@@ -73,7 +87,9 @@ private:
   double shrinking_ = 1;
   bool hasPicture_ = false;
   bool hasPlace_ = false;
-  bool wasExposed_ = false;
+  bool wasVisible_ = false;
+  bool isAway_ = false;
+  bool isPointerIn_ = false;
   QObject screenWatch_;
   std::unique_ptr<QObject> geometryWatch_;
 };

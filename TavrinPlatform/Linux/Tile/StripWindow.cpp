@@ -25,6 +25,7 @@ constexpr int toolTipDelay = 700;
 constexpr int hopDuration = 2'400;
 constexpr int hops = 4;
 constexpr double hopHeightRatio = 0.35;
+constexpr int slideDuration = 180;
 constexpr std::uint32_t everyDesktop = 0xFFFFFFFF;
 constexpr int solid = 128;
 constexpr const char* demandsAttention = "_NET_WM_STATE_DEMANDS_ATTENTION";
@@ -71,6 +72,33 @@ StripWindow::StripWindow() {
     const double lift = std::abs(std::sin(phase * M_PI)) * fading * hopHeightRatio;
     moveBy((hopWay_ * lift).toPoint());
   });
+  slide_.setDuration(slideDuration);
+  slide_.setEasingCurve(QEasingCurve::OutCubic);
+  connect(&slide_, &QVariantAnimation::valueChanged, this, [this](const QVariant& value) {
+    away_ = value.toDouble();
+    update();
+  });
+  connect(&slide_, &QVariantAnimation::finished, this, [this] {
+    if (away_ == 1 && slideDone_)
+      slideDone_();
+  });
+}
+
+void StripWindow::slide(bool isIn, QPointF inwards, bool isAnimated, std::function<void()> done) {
+  slide_.stop();
+  slideWay_ = -inwards;
+  slideDone_ = std::move(done);
+  const double target = isIn ? 0 : 1;
+  if (isAnimated && away_ != target) {
+    slide_.setStartValue(away_);
+    slide_.setEndValue(target);
+    slide_.start();
+    return;
+  }
+  away_ = target;
+  update();
+  if (!isIn && slideDone_)
+    slideDone_();
 }
 
 StripWindow::~StripWindow() {
@@ -172,7 +200,9 @@ QAccessibleInterface* StripWindow::accessibleRoot() const {
 
 QRectF StripWindow::pictureRect() const {
   const QSizeF points = picture_.deviceIndependentSize();
-  return {{(width() - points.width()) / 2, (height() - points.height()) / 2}, points};
+  const QPointF place((width() - points.width()) / 2, (height() - points.height()) / 2);
+  const QPointF beyond(slideWay_.x() * points.width(), slideWay_.y() * points.height());
+  return {place + beyond * away_, points};
 }
 
 void StripWindow::paintEvent(QPaintEvent*) {
@@ -232,8 +262,11 @@ void StripWindow::paintTile(QPainter& painter, double scale) const {
 }
 
 void StripWindow::setDrag(Drag drag) {
-  if (std::exchange(drag_, drag) != drag)
-    update();
+  if (std::exchange(drag_, drag) == drag)
+    return;
+  update();
+  if (onDragOver)
+    onDragOver(drag != Drag::none);
 }
 
 void StripWindow::resizeEvent(QResizeEvent* event) {
@@ -303,8 +336,14 @@ bool StripWindow::event(QEvent* event) {
   case QEvent::UpdateRequest:
     paint();
     return true;
+  case QEvent::Enter:
+    if (onPointer)
+      onPointer(true);
+    break;
   case QEvent::Leave:
     toolTip_.stop();
+    if (onPointer)
+      onPointer(false);
     break;
   default:
     break;

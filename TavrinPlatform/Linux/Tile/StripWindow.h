@@ -30,6 +30,9 @@ public:
   void moveTo(const QRect& frame, bool isUnmanaged);
   /// Shows the window there as a surface of the layer shell, which outlives this.
   void moveTo(const QRect& frame, LayerShell& layers);
+  /// Has the picture come from beyond the edge, away from which `inwards` leads, or go there; at
+  /// once where it is not seen to move. `done` is told when it is away.
+  void slide(bool isIn, QPointF inwards, bool isAnimated, std::function<void()> done);
   void setPicture(const QImage& image, double scale);
   void setLabel(const QString& name, const QString& value);
   /// Wears a ring and is urgent to the window manager, until it is taken back; before that it hops
@@ -59,6 +62,9 @@ public:
   /// Presses the whole tile, as a click beside its buttons does.
   void press();
 
+  /// The pointer, or something that is dragged, has come over the window, or has left it.
+  std::function<void(bool isInside)> onPointer;
+  std::function<void(bool isOver)> onDragOver;
   std::function<void(QPointF)> onClick;
   std::function<bool(QPointF)> onHover;
   std::function<bool()> takesFiles;
@@ -112,6 +118,11 @@ private:
   QPointF hopWay_;
   LayerShell* layers_ = nullptr;
   QVariantAnimation hop_;
+  QVariantAnimation slide_;
+  /// How far beyond the edge the picture is, and where it is when it is all there.
+  double away_ = 0;
+  QPointF slideWay_;
+  std::function<void()> slideDone_;
   QBasicTimer toolTip_;
   std::vector<QRect> outline_;
   bool isComposited_ = false;

@@ -68,9 +68,11 @@ void TileKeyboard::resume() {
 
 void TileKeyboard::ask() {
   const auto own = static_cast<xcb_window_t>(window_.winId());
-  if (x11::focusWindow() != own)
+  // A server gives it to no window that is not there yet.
+  const bool isThere = x11::isViewable(own);
+  if (isThere && x11::focusWindow() != own)
     x11::setFocus(own);
-  if (--asks_ > 0)
+  if ((!isThere && window_.isVisible()) || --asks_ > 0)
     settles_.start(betweenAsks);
 }
 
@@ -80,6 +82,8 @@ void TileKeyboard::focusChanged(bool hasFocus) {
   // Its own menu has the keyboard for the tile.
   const bool hasMenu = menu_ && menu_->isVisible();
   window_.setFocusRing(hasFocus || hasMenu);
+  if (onHold)
+    onHold(hasFocus || hasMenu);
   if (!hasFocus) {
     if (!hasMenu)
       window_.holdKeys(false);
@@ -160,7 +164,11 @@ void TileKeyboard::giveBack() {
 
 void TileKeyboard::showActions() {
   menu_ = std::make_unique<QMenu>();
-  QObject::connect(menu_.get(), &QMenu::aboutToHide, [this] { window_.setFocusRing(hasIt_); });
+  QObject::connect(menu_.get(), &QMenu::aboutToHide, [this] {
+    window_.setFocusRing(hasIt_);
+    if (onHold)
+      onHold(hasIt_);
+  });
   menu_->addAction(QString::fromStdString(translated("Open")), [this] {
     // The menu has had it for the tile until now.
     hasIt_ = true;

@@ -30,6 +30,8 @@ public:
   /// The same again, once a panel that was opened from here is closed.
   void resume();
   bool hasIt() const { return hasIt_; }
+  /// The tile is wanted for the keyboard, itself or by its menu, or is no longer.
+  std::function<void(bool isWanted)> onHold;
 
 private:
   bool keyPressed(const QKeyEvent& event);

@@ -80,10 +80,22 @@ QtPanelPopover& TileServices::popover() {
     const QPointF corner = toolkitPoint({frame->x, frame->y + frame->height});
     return QRectF(corner, QSizeF(frame->width, frame->height)).toAlignedRect();
   };
+  environment.shownChanged = [this](bool isShown) {
+    if (strip_)
+      strip_->autohide().hold(StripAutohide::panel, isShown);
+  };
   environment.hasTileKeys = [this] { return keyboard_ && keyboard_->hasIt(); };
   environment.resumeTileKeys = [this] { keyboard_->resume(); };
   popover_ = std::make_unique<QtPanelPopover>(std::move(environment));
   return *popover_;
+}
+
+bool TileServices::takeKeyboard(const std::string& object) {
+  if (!keyboard_)
+    return false;
+  // A hidden tile has to come first, and has none to keep it before it has the keyboard.
+  strip_->autohide().touch();
+  return keyboard_->take(object);
 }
 
 LayerShell* TileServices::layers() {
@@ -136,6 +148,7 @@ std::unique_ptr<TileSurface> TileServices::makeStrip() {
     return chooseSurface(facts, "strip").arrangement;
   };
   environment.layers = layers();
+  environment.bus = environment_.bus;
   environment.managerChanged = [this] {
     if (popover_)
       popover_->managerChanged();
@@ -147,6 +160,12 @@ std::unique_ptr<TileSurface> TileServices::makeStrip() {
     keyboard_ =
         std::make_unique<TileKeyboard>(*environment_.bus, strip->window(), environment_.identifier);
   }
+  if (keyboard_)
+    keyboard_->onHold = [this](bool isWanted) {
+      strip_->autohide().hold(StripAutohide::keyboard, isWanted);
+    };
+  preferences_ = std::make_unique<DockPreferencesWatch>(
+      environment_.files.homeFolder(), [this] { strip_->preferencesChanged(); });
   return strip;
 }
 

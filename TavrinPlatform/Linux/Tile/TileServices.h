@@ -4,6 +4,7 @@
 #include "TavrinPlatform/FileManager.h"
 #include "TavrinPlatform/Linux/Base/LayerShell.h"
 #include "TavrinPlatform/Linux/Base/SurfaceChoice.h"
+#include "TavrinPlatform/Linux/Tile/DockPreferencesWatch.h"
 #include "TavrinPlatform/Linux/Tile/LinuxDockGeometry.h"
 #include "TavrinPlatform/Linux/Tile/LinuxDockTile.h"
 #include "TavrinPlatform/Linux/Tile/QtPanelPopover.h"
@@ -50,7 +51,7 @@ public:
   QtPanelPopover& popover();
 
   /// Has the keyboard come to the tile, for an object as tiles hand it on. False where it cannot.
-  bool takeKeyboard(const std::string& object) { return keyboard_ && keyboard_->take(object); }
+  bool takeKeyboard(const std::string& object);
 
   bool isPanelShown() const { return popover_ && popover_->isShown(); }
   void setAttention(bool isWanted) {
@@ -74,6 +75,7 @@ private:
   std::unique_ptr<LinuxDockTile> tile_;
   std::unique_ptr<AccessibilitySwitch> accessibility_;
   std::unique_ptr<TileKeyboard> keyboard_;
+  std::unique_ptr<DockPreferencesWatch> preferences_;
   std::unique_ptr<LinuxDockGeometry> geometry_;
   std::unique_ptr<QtPanelPopover> popover_;
 };

@@ -185,8 +185,11 @@ void RoomKeeper::heardHolder() {
   if (count == static_cast<ssize_t>(sizeof note)) {
     note.output.back() = '\0';
     handed_ = std::move(given);
-    heirs_ = openHeirs();
-    ::flock(heirs_.number(), LOCK_SH);
+    heirs_.close();
+    if (handed_) {
+      heirs_ = openHeirs();
+      ::flock(heirs_.number(), LOCK_SH);
+    }
     handedLayer_ = note.layer;
     handedRoom_ = KeptRoom{note.output.data(), static_cast<Qt::Edge>(note.edge),
                            static_cast<int>(note.depth)};
@@ -216,7 +219,7 @@ int RoomKeeper::connection() const {
 }
 
 bool RoomKeeper::send(const Descriptor& socket) const {
-  if (connection() < 0 || !wanted_)
+  if (!wanted_)
     return false;
   Note note;
   wanted_->output.copy(note.output.data(), note.output.size() - 1);
@@ -228,14 +231,16 @@ bool RoomKeeper::send(const Descriptor& socket) const {
   msghdr message{};
   message.msg_iov = &part;
   message.msg_iovlen = 1;
-  message.msg_control = control.data();
-  message.msg_controllen = control.size();
-  auto* head = CMSG_FIRSTHDR(&message);
-  head->cmsg_level = SOL_SOCKET;
-  head->cmsg_type = SCM_RIGHTS;
-  head->cmsg_len = CMSG_LEN(sizeof(int));
-  const int number = connection();
-  std::memcpy(CMSG_DATA(head), &number, sizeof number);
+  // Without one, what was handed before has to be let go: it is what keeps the room.
+  if (const int number = connection(); number >= 0) {
+    message.msg_control = control.data();
+    message.msg_controllen = control.size();
+    auto* head = CMSG_FIRSTHDR(&message);
+    head->cmsg_level = SOL_SOCKET;
+    head->cmsg_type = SCM_RIGHTS;
+    head->cmsg_len = CMSG_LEN(sizeof(int));
+    std::memcpy(CMSG_DATA(head), &number, sizeof number);
+  }
   return ::sendmsg(socket.number(), &message, MSG_NOSIGNAL | MSG_DONTWAIT) >= 0;
 }
 
