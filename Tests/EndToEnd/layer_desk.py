@@ -112,8 +112,19 @@ class LayerDesk(ManagedDesk):
                 and abs(middle - screen[2] / 2) <= 3)
 
     @classmethod
+    def bodies(cls):
+        """Also those that wear a ring."""
+        picture = Picture(cls.desk)
+        runs = picture.runs(SIZE[0], lambda x: is_paper(picture.at(x, SIZE[1] - 17)))
+        return [run for run in runs if -12 <= run[1] - run[0] - BODY * TILE <= 2]
+
+    @classmethod
+    def is_shown(cls):
+        return len(cls.bodies()) == len(NAMES)
+
+    @classmethod
     def is_hidden(cls):
-        return not cls.tiles(Picture(cls.desk))
+        return not cls.bodies()
 
     # What others have on it
 

@@ -122,6 +122,11 @@ class ManagedDesk:
         wait_for(cls.are_in_place, "the strip at the bottom edge")
 
     @classmethod
+    def is_shown(cls):
+        """As far as it can be seen through what its tiles wear."""
+        return cls.are_in_place()
+
+    @classmethod
     def is_hidden(cls):
         return all(cls.windows(number)[0] is None for number in range(len(NAMES)))
 

@@ -9,13 +9,14 @@ import itertools
 import json
 import pathlib
 import plistlib
+import subprocess
 import sys
 import time
 import unittest
 
 from compositors import DESKTOPS
 from layer_desk import LayerDesk
-from managed_desk import MANAGERS, NAMES, SCREEN, ManagedDesk
+from managed_desk import MANAGERS, NAMES, SCREEN, TILE, ManagedDesk
 from rig import BUILD, wait_for
 
 # Cells that cannot be "yes", and why; docs/desktops.md says more.
@@ -272,6 +273,40 @@ class Row(ManagedDesk):
         self.desk.run("wmctrl", "-i", "-r", window, "-b", "add,maximized_vert,maximized_horz")
         return lambda: self.frame(window)[3]
 
+    def column_walk(self):
+        """By the keyboard alone: from tile to tile, into a panel, and back to where it came from."""
+        terminal = self.open_terminal()
+        self.focus(terminal)
+        centres = [self.centre(number) for number in range(len(NAMES))]
+        self.desk.run(BUILD / "bin" / "tavrin", "strip", NAMES[0])
+        wait_for(lambda: self.ring(centres) == 0, "the keyboard at the first tile")
+        self.desk.key("Right")
+        wait_for(lambda: self.ring(centres) == 1, "the keyboard at the second tile")
+        self.desk.key("Return")
+        wait_for(lambda: self.panel(1), "the panel")
+        self.type(1, "w")
+        self.desk.key("Escape")
+        self.wait_closed(1)
+        wait_for(lambda: self.ring(centres) == 1, "the keyboard back at its tile")
+        self.desk.key("Left")
+        wait_for(lambda: self.ring(centres) == 0, "the keyboard at the first tile")
+        self.desk.key("Escape")
+        wait_for(lambda: self.ring(centres) is None, "no ring")
+        wait_for(lambda: self.focused() == terminal, "the focus to come back")
+
+    def ring(self, centres):
+        """The tile that wears the keyboard's."""
+        def is_there(centre):
+            shot = subprocess.run(["import", "-silent", "-window", "root", "-crop",
+                                   f"{TILE}x{TILE}+{centre[0] - TILE // 2}+{centre[1] - TILE // 2}",
+                                   "-depth", "8", "rgb:-"], env=self.desk.env, capture_output=True,
+                                  check=True).stdout
+            blue = sum(shot[i] < 90 and 90 < shot[i + 1] < 160 and shot[i + 2] > 220
+                       for i in range(0, len(shot), 3))
+            return blue > 40
+        found = [number for number, centre in enumerate(centres) if is_there(centre)]
+        return found[0] if len(found) == 1 else None
+
     def point(self, x, y):
         self.desk.run("xdotool", "mousemove", str(x), str(y))
 
@@ -287,7 +322,7 @@ class Row(ManagedDesk):
                 wait_for(lambda: bottom() > top, "its room for others")
 
             self.point(places[1][0], edge)
-            wait_for(self.are_in_place, "all tiles at the pointer's coming")
+            wait_for(self.is_shown, "all tiles at the pointer's coming")
             if bottom:
                 self.assertGreater(bottom(), top, "no window moves for them")
             # Along the strip, and from there into a panel.
@@ -298,16 +333,16 @@ class Row(ManagedDesk):
             self.type(0, "h")
             # Longer than a strip stays that nobody wants.
             time.sleep(2)
-            self.assertTrue(self.are_in_place(), "the strip below its panel")
+            self.assertTrue(self.is_shown(), "the strip below its panel")
             self.desk.key("Escape")
             self.wait_closed(0)
             wait_for(self.is_hidden, "the strip to go after its panel")
 
             # By the keyboard, one tile after the other.
             self.desk.run(BUILD / "bin" / "tavrin", "strip", NAMES[0])
-            wait_for(self.are_in_place, "the strip at the keyboard's coming")
+            wait_for(self.is_shown, "the strip at the keyboard's coming")
             time.sleep(2)
-            self.assertTrue(self.are_in_place(), "the strip that has the keyboard")
+            self.assertTrue(self.is_shown(), "the strip that has the keyboard")
             self.desk.key("Escape")
             wait_for(self.is_hidden, "the strip to go after the keyboard")
             self.drag_to_the_edge(places[2], edge)
@@ -331,11 +366,11 @@ class Row(ManagedDesk):
             def is_there():
                 # A source tells of its place when that changes.
                 self.point(place[0] + next(self.steps) % 2, edge)
-                return self.are_in_place()
+                return self.is_shown()
             wait_for(is_there, "the strip for what is dragged", pause=0.05)
             self.point(*place)
             self.desk.run("sleep", "2")
-            self.assertTrue(self.are_in_place(), "the strip under what is dragged")
+            self.assertTrue(self.is_shown(), "the strip under what is dragged")
             self.point(40, 300)
         finally:
             self.desk.run("xdotool", "mouseup", "1")

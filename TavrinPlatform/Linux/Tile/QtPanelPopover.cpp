@@ -203,12 +203,12 @@ void QtPanelPopover::show(Point anchor, RectEdge edge) {
     return;
   }
   isShown_ = true;
-  if (environment_.shownChanged)
-    environment_.shownChanged(true);
   isClosing_ = false;
   fade_.stop();
   const bool isOurs = isFocusOurs();
   isFromTile_ = environment_.hasTileKeys && environment_.hasTileKeys();
+  if (environment_.shownChanged)
+    environment_.shownChanged(true);
   if (!isOurs) {
     previousFocus_ = x11::focusWindow();
     previousActive_ = x11::activeWindow();

@@ -102,6 +102,7 @@ void StripWindow::slide(bool isIn, QPointF inwards, bool isAnimated, std::functi
 }
 
 StripWindow::~StripWindow() {
+  delete keys_;
   if (auto* application = QCoreApplication::instance())
     application->removeNativeEventFilter(this);
 }
@@ -131,7 +132,7 @@ void StripWindow::moveTo(const QRect& frame, bool isUnmanaged) {
 void StripWindow::moveTo(const QRect& frame, LayerShell& layers) {
   home_ = frame.topLeft();
   layers_ = &layers;
-  layers.put(*this, {frame, LayerShell::Level::top, holdsKeys_});
+  layers.put(*this, {frame, LayerShell::Level::top, false});
   if (!isVisible())
     show();
 }
@@ -141,7 +142,7 @@ void StripWindow::moveBy(QPoint way) {
   if (layers_ == nullptr)
     setPosition(place);
   else if (isVisible())
-    layers_->put(*this, {QRect(place, size()), LayerShell::Level::top, holdsKeys_});
+    layers_->put(*this, {QRect(place, size()), LayerShell::Level::top, false});
 }
 
 void StripWindow::setPicture(const QImage& image, double scale) {
@@ -190,8 +191,22 @@ void StripWindow::setFocusRing(bool isWanted) {
 }
 
 void StripWindow::holdKeys(bool isWanted) {
-  if (layers_ != nullptr && std::exchange(holdsKeys_, isWanted) != isWanted)
-    moveBy({});
+  if (layers_ == nullptr || isWanted == (keys_ != nullptr))
+    return;
+  if (!isWanted) {
+    std::exchange(keys_, nullptr)->end();
+    // Nobody says so of a window that goes.
+    if (onFocus)
+      onFocus(false);
+    return;
+  }
+  keys_ = new KeyWindow(*layers_, home_);
+  keys_->onKey = [this](QKeyEvent& event) { keyPressEvent(&event); };
+  keys_->onFocus = [this](bool hasFocus) {
+    if (onFocus)
+      onFocus(hasFocus);
+  };
+  keys_->show();
 }
 
 QAccessibleInterface* StripWindow::accessibleRoot() const {

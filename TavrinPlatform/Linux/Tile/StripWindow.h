@@ -2,6 +2,7 @@
 
 #include "TavrinPlatform/DockTile.h"
 #include "TavrinPlatform/Linux/Base/LayerShell.h"
+#include "TavrinPlatform/Linux/Tile/KeyWindow.h"
 #include "TavrinPlatform/Linux/Tile/TileLabel.h"
 
 #include <QAbstractNativeEventFilter>
@@ -46,6 +47,8 @@ public:
   void setFocusRing(bool isWanted);
   /// The layer shell that the window is a surface of; null on an X server.
   LayerShell* layers() const { return layers_; }
+  /// Where it stands, also on a layer shell, of which the toolkit is not told.
+  QRect place() const { return {home_, size()}; }
   /// Asks the layer shell for the keyboard, or gives it back.
   void holdKeys(bool isWanted);
 
@@ -131,7 +134,8 @@ private:
   Drag drag_ = Drag::none;
   bool isPressed_ = false;
   bool hasFocusRing_ = false;
-  bool holdsKeys_ = false;
+  /// While the tile of a layer shell has the keyboard; ends itself.
+  KeyWindow* keys_ = nullptr;
   bool isAnnouncing_ = false;
 };
 

@@ -95,6 +95,12 @@ void TileKeyboard::focusChanged(bool hasFocus) {
 
 bool TileKeyboard::keyPressed(const QKeyEvent& event) {
   settles_.stop();
+  // Where the menu could not take the keyboard itself.
+  if (menu_ && menu_->isVisible()) {
+    QKeyEvent forMenu(QEvent::KeyPress, event.key(), event.modifiers(), event.text());
+    QCoreApplication::sendEvent(menu_.get(), &forMenu);
+    return true;
+  }
   switch (event.key()) {
   case Qt::Key_Left:
   case Qt::Key_Up:
@@ -181,10 +187,12 @@ void TileKeyboard::showActions() {
                          window_.onClick(place);
                      });
   menu_->winId();
-  menu_->windowHandle()->setTransientParent(&window_);
+  // On a layer shell it stands for itself: the toolkit takes its place for one beside the tile.
+  if (window_.layers() == nullptr)
+    menu_->windowHandle()->setTransientParent(&window_);
   menu_->setActiveAction(menu_->actions().constFirst());
   const QSize size = menu_->sizeHint();
-  const QRect tile = window_.geometry();
+  const QRect tile = window_.place();
   menu_->popup({tile.center().x() - size.width() / 2, tile.top() - size.height()});
 }
 

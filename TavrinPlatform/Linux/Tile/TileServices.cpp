@@ -81,8 +81,12 @@ QtPanelPopover& TileServices::popover() {
     return QRectF(corner, QSizeF(frame->width, frame->height)).toAlignedRect();
   };
   environment.shownChanged = [this](bool isShown) {
-    if (strip_)
-      strip_->autohide().hold(StripAutohide::panel, isShown);
+    if (!strip_)
+      return;
+    strip_->autohide().hold(StripAutohide::panel, isShown);
+    // The first of two to have it to itself would keep it.
+    if (isShown)
+      strip_->window().holdKeys(false);
   };
   environment.hasTileKeys = [this] { return keyboard_ && keyboard_->hasIt(); };
   environment.resumeTileKeys = [this] { keyboard_->resume(); };
