@@ -37,6 +37,7 @@ protected:
     auto* content = new QMimeData;
     content->setData(QStringLiteral("text/uri-list"), list_);
     drag->setMimeData(content);
+    say("begins");
     // As file managers offer: a move first.
     say("dragged " +
         nameOf(drag->exec(Qt::MoveAction | Qt::CopyAction | Qt::LinkAction, Qt::MoveAction)));
