@@ -6,16 +6,15 @@ Without a round it opens each panel once. TAVRIN_PANEL_ROUNDS does as --rounds."
 
 import copy
 import os
-import re
 import shutil
-import subprocess
 import sys
 import time
 import unittest
 
-from access_tree import AccessTree, start_accessibility
+from access_tree import start_accessibility
 from every_kind import KINDS, SLOT, place, start, stop
 from managed_desk import MANAGERS
+from panel_probe import LISTS, Boxes, Server, Session
 from rig import PATIENCE, Desk, wait_for
 
 
@@ -57,41 +56,32 @@ class OnManager:
                                                   check=False), cls.manager)
         if cls.compositor and cls.manager != "xfwm4":
             cls.desk.spawn(["xcompmgr", "-n"])
+        cls.server = Server(cls.desk.env["DISPLAY"])
+        cls.addClassCleanup(cls.server.close)
         if cls.compositor:
-            wait_for(lambda: cls.has_compositor(), "the compositor")
-        cls.tree = AccessTree(cls.desk)
-        cls.addClassCleanup(cls.tree.close)
-
-    @classmethod
-    def has_compositor(cls):
-        probe = ("import ctypes; x=ctypes.CDLL('libX11.so.6'); x.XOpenDisplay.restype="
-                 "ctypes.c_void_p; d=x.XOpenDisplay(None); a=x.XInternAtom(ctypes.c_void_p(d),"
-                 "b'_NET_WM_CM_S0',0); print(x.XGetSelectionOwner(ctypes.c_void_p(d),a))")
-        return cls.desk.run(sys.executable, "-c", probe).strip() not in ("", "0")
-
-    def server_frame(self, window):
-        said = self.desk.run("xwininfo", "-id", window, check=False)
-        found = [re.search(rf"{word}:\s+(-?\d+)", said) for word in
-                 ("Absolute upper-left X", "Absolute upper-left Y", "Width", "Height")]
-        return tuple(int(one[1]) for one in found) if all(found) else None
+            wait_for(cls.server.has_compositor, "the compositor")
+        cls.session = Session(cls.desk.env["DBUS_SESSION_BUS_ADDRESS"])
+        cls.addClassCleanup(cls.session.close)
+        cls.boxes = Boxes(cls.session)
+        cls.addClassCleanup(cls.boxes.close)
 
     def panel_window(self):
-        for window in self.desk.windows(self.process.pid):
-            kind = self.desk.run("xprop", "-id", window[0], "_NET_WM_WINDOW_TYPE", "_TAVRIN_PANEL",
-                                 check=False)
-            if "DOCK" not in kind and "_TAVRIN_PANEL(" in kind:
-                return window[0]
-        return None
+        return self.server.panel(self.process.pid)
 
     def fault(self, window, height):
         """What is wrong with the panel now; empty for nothing. `height` of the content where it is
         known."""
-        frame = self.server_frame(window)
-        nodes = self.tree.panel(self.process.pid)
-        if frame is None or len(nodes) < 2:
+        frame = self.server.frame(window)
+        if frame is None:
+            return "there is no panel"
+        colour = self.server.colour(self.centre, frame[1] + frame[3] - 3)
+        if not self.is_ground(colour):
+            return f"no arrow at the tile: {colour}"
+        nodes = self.boxes.panel(self.process.pid)
+        if len(nodes) < 2:
             return "there is no panel"
         left, top, width, bottom = frame[0], frame[1], frame[2], frame[1] + frame[3]
-        if tuple(nodes[0]["extents"]) != frame:
+        if nodes[0]["extents"] != frame:
             return f"the toolkit has {nodes[0]['extents']}, the server {frame}"
         x, y, across, high = self.content = nodes[1]["extents"]
         if across not in WIDTHS:
@@ -108,8 +98,12 @@ class OnManager:
                         or (x - 1 <= box[0] and box[0] + box[2] <= x + across + 1
                             and y - 1 <= box[1] and box[1] + box[3] <= y + high + 1))
             if not isInside:
-                return f"{node['role']} {node['name']!r} {box} is cut off by {self.content}"
-        return self.painting_fault(frame)
+                return f"{self.boxes.words(node)} {box} is cut off by {self.content}"
+        return self.painting_fault()
+
+    @staticmethod
+    def is_ground(colour):
+        return colour is not None and min(colour) >= 0xEC
 
     @staticmethod
     def is_in_list(node, nodes):
@@ -117,40 +111,45 @@ class OnManager:
         at = nodes.index(node)
         for before in reversed(nodes[:at]):
             if before["depth"] < node["depth"]:
-                return before["role"] in ("list", "table", "scroll pane", "viewport", "text",
-                                          "filler", "panel") and before["depth"] > nodes[1]["depth"]
+                return before["role"] in LISTS and before["depth"] > nodes[1]["depth"]
         return False
 
-    def painting_fault(self, frame):
+    def painting_fault(self):
         """The ground is seen along all four edges of the content, and in the arrow at the tile."""
         x, y, across, high = self.content
         tip = self.centre
         points = {"left edge": (x + 3, y + high // 2), "right edge": (x + across - 4, y + high // 2),
                   "top edge": (x + across // 2, y + 4), "bottom edge": (x + 20, y + high - 3),
-                  "arrow": (tip, y + high + 3), "tip": (tip, y + high + ARROW - 3)}
-        left, top, width, height = frame
-        shot = subprocess.run(["import", "-silent", "-window", "root", "-crop",
-                               f"{width}x{height}+{left}+{top}", "-depth", "8", "rgb:-"],
-                              env=self.desk.env, capture_output=True, check=True).stdout
-        for name, (px, py) in points.items():
-            at = ((py - top) * width + px - left) * 3
-            colour = tuple(shot[at:at + 3])
-            if len(colour) < 3 or min(colour) < 0xEC:
-                return f"no ground at the {name} {px, py}: {colour}"
+                  "arrow": (tip, y + high + 3)}
+        for (name, point), colour in zip(points.items(), self.server.colours(points.values())):
+            if not self.is_ground(colour):
+                return f"no ground at the {name} {point}: {colour}"
         return ""
 
-    def open_and_compare(self, changes, height):
-        self.desk.toggle(SLOT)
-        for widgets in changes:
-            self.desk.write_widgets(widgets)
-        window = wait_for(self.panel_window, "the panel")
+    def settled_fault(self, window, height):
+        """The fade, and whatever comes late from the server, may take a moment; what is right stays
+        so."""
         end = time.monotonic() + PATIENCE
-        # The fade, and whatever comes late from the server, may take a moment.
-        while (fault := self.fault(window, height)) and time.monotonic() < end:
-            time.sleep(0.05)
+        while fault := self.fault(window, height):
+            if time.monotonic() > end:
+                return fault
+            time.sleep(0.03)
+        time.sleep(0.1)
+        return self.fault(window, height)
+
+    def toggle(self):
+        self.session.toggle(self.desk.bundle_identifier(SLOT), SLOT)
+
+    def open_and_compare(self, changes, height):
+        self.toggle()
+        for widgets in changes:
+            self.desk.write_widgets(widgets, announce=False)
+            self.session.announce("dev.quellby.tavrin.widgetsChanged")
+        window = wait_for(self.panel_window, "the panel", pause=0.02)
+        fault = self.settled_fault(window, height)
         result = self.content[3] if hasattr(self, "content") else 0
-        self.desk.toggle(SLOT)
-        wait_for(lambda: self.panel_window() is None, "the panel to close")
+        self.toggle()
+        wait_for(lambda: self.panel_window() is None, "the panel to close", pause=0.02)
         return fault, result
 
     def test_each_kinds_panel(self):
@@ -178,6 +177,7 @@ class OnManager:
                 if fault:
                     faults.append(f"{kind}, opening {number + 1}: {fault}")
             stop(self.process)
+            print(f"{kind}: {counts.get(kind, 0)}, {len(faults)} wrong so far", flush=True)
         print(f"{self.manager}{' composited' if self.compositor else ''}: "
               f"{sum(counts.values())} openings of {len(counts)} panels, {len(faults)} wrong")
         self.assertEqual(faults, [])

@@ -1,3 +1,4 @@
+#include "Tools/Gallery/CutWords.h"
 #include "Tools/Gallery/DesignedGallery.h"
 
 #include "TavrinPlatform/Files/TextsFile.h"
@@ -10,6 +11,7 @@
 #include <QPainter>
 #include <cmath>
 #include <cstdio>
+#include <fmt/format.h>
 
 namespace tavrin {
 
@@ -109,6 +111,20 @@ QImage contactSheet(const GallerySheet& tiles, double side, double scale) {
   return renderer.image().copy();
 }
 
+/// As large as its content wants it.
+std::unique_ptr<PanelView> laidOut(const GalleryPanel& made, bool dark) {
+  std::unique_ptr<PanelView> panel(made.make({dark, false, made.tint}));
+  panel->setAttribute(Qt::WA_DontShowOnScreen);
+  panel->show();
+  panel->refresh();
+  // What a panel does once it is shown may ask for another layout.
+  QCoreApplication::processEvents();
+  QCoreApplication::processEvents();
+  panel->resize(panel->fittingSize());
+  QCoreApplication::processEvents();
+  return panel;
+}
+
 /// All panels of a sheet side by side, in rows, at 2 pixels a point.
 QImage panelSheet(const GalleryPanels& panels, bool dark) {
   constexpr int rowWidth = 1280;
@@ -117,15 +133,7 @@ QImage panelSheet(const GalleryPanels& panels, bool dark) {
   QPoint next(16, 16);
   int rowHeight = 0;
   for (const GalleryPanel& made : panels) {
-    const std::unique_ptr<PanelView> panel(made.make({dark, false, made.tint}));
-    panel->setAttribute(Qt::WA_DontShowOnScreen);
-    panel->show();
-    panel->refresh();
-    // What a panel does once it is shown may ask for another layout.
-    QCoreApplication::processEvents();
-    QCoreApplication::processEvents();
-    panel->resize(panel->fittingSize());
-    QCoreApplication::processEvents();
+    const std::unique_ptr<PanelView> panel = laidOut(made, dark);
     QPixmap picture(panel->size() * scale);
     picture.setDevicePixelRatio(scale);
     picture.fill(panel->colours().ground);
@@ -147,6 +155,34 @@ QImage panelSheet(const GalleryPanels& panels, bool dark) {
   return sheet;
 }
 
+int tellCut(const char* sheet, const std::string& name, const std::string& where,
+            const QStringList& words) {
+  for (const QString& each : words)
+    std::printf("%s, %s, %s: %s\n", sheet, name.c_str(), where.c_str(), qUtf8Printable(each));
+  return int(words.size());
+}
+
+/// Every tile at the sizes that docks have and every panel; the number of texts that are cut.
+int tellAllCut() {
+  int count = 0;
+  int looked = 0;
+  for (const NamedSheet& sheet : sheets)
+    for (const GalleryTile& tile : sheet.tiles())
+      for (const double side : {48.0, 64.0, 96.0, 128.0}) {
+        const TileSize size{side, tile.span};
+        count += tellCut(sheet.name, tile.name, fmt::format("{} points", side),
+                         cutWords(tile.view(size), size));
+        ++looked;
+      }
+  for (const NamedPanels& each : panelSheets)
+    for (const GalleryPanel& made : each.panels()) {
+      count += tellCut(each.name, made.name, "panel", cutWords(*laidOut(made, false)));
+      ++looked;
+    }
+  std::printf("%d pictures, %d texts cut\n", looked, count);
+  return count;
+}
+
 GallerySheet symbolSheet() {
   GallerySheet tiles;
   for (const std::string_view name : symbolNames())
@@ -163,6 +199,7 @@ GallerySheet symbolSheet() {
 } // namespace tavrin
 
 /// tavrin-gallery FOLDER [SHEET...]
+/// tavrin-gallery --cut    tells what is cut of the pseudo-language's texts
 int main(int argc, char** argv) {
   using namespace tavrin;
   QApplication application(argc, argv);
@@ -171,9 +208,11 @@ int main(int argc, char** argv) {
   setTextLocale();
   const QStringList arguments = application.arguments();
   if (arguments.size() < 2) {
-    std::fprintf(stderr, "usage: tavrin-gallery FOLDER [SHEET...]\n");
+    std::fprintf(stderr, "usage: tavrin-gallery FOLDER [SHEET...] | --cut\n");
     return 2;
   }
+  if (arguments[1] == QStringLiteral("--cut"))
+    return tellAllCut() > 0 ? 1 : 0;
   const QDir folder(arguments[1]);
   if (!folder.mkpath(QStringLiteral("."))) {
     std::fprintf(stderr, "Failed to make %s\n", qPrintable(folder.path()));

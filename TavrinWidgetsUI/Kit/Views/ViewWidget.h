@@ -19,6 +19,7 @@ public:
 
   /// Shows `view` in place of what it showed.
   void setView(const AnyView& view);
+  const AnyView& view() const { return *view_; }
   /// The size in points the view is laid out in.
   void setViewSize(QSizeF size);
   /// What assistive technology says, such as "Ring, 40 percent".
