@@ -3,7 +3,6 @@
 #include <QLinearGradient>
 #include <QPaintDevice>
 #include <QPainter>
-#include <algorithm>
 
 namespace tavrin {
 
@@ -22,16 +21,7 @@ void TileStage::paintBody(QPainter& painter, const TileSize& size) {
 }
 
 void TileStage::paintWaiting(QPainter& painter, const DockWidget& widget, const TileSize& size) {
-  TileContent content;
-  const auto kinds = allKinds();
-  const auto kind = std::ranges::find(kinds, widget.kind.key(), &KindInfo::key);
-  content.mark = symbol(std::string(kind->symbol));
-  content.markRatio = 0.36;
-  content.state = TileState::waiting;
-  // A wide tile's body is not a square one's.
-  paintBody(painter, size);
-  paint(painter, tile(content, {size.side, 1}), {size.side, 1},
-        {(size.width() - size.side) / 2, 0});
+  paint(painter, symbolTile(widget.kind, size, TileState::waiting), size, {});
 }
 
 void paintDesktopGround(QPainter& painter, const QRectF& rect, bool isDark) {

@@ -381,8 +381,23 @@ AnyView draw(const Stand& c, const KeyboardLockSettings& settings) {
 
 AnyView SampleTiles::tile(const DockWidget& widget, const TileSize& size, Date now) {
   const Stand stand{widget, size, now, calendar_, notation_, glyphs_, application};
-  return visitKind(widget.kind,
-                   [&](const auto& settings) -> AnyView { return draw(stand, settings); });
+  return visitKind(widget.kind, [&](const auto& settings) -> AnyView {
+    if constexpr (requires { draw(stand, settings); })
+      return draw(stand, settings);
+    else
+      return symbolTile(widget.kind, size, TileState::live);
+  });
+}
+
+AnyView symbolTile(const DockWidget::Kind& kind, const TileSize& size, TileState state) {
+  const auto kinds = allKinds();
+  const auto info = std::ranges::find(kinds, kind.key(), &KindInfo::key);
+  // A wide tile's body is not a square one's.
+  return tile(palette::ground,
+              tile({.mark = symbol(std::string(info->symbol)), .markRatio = 0.36, .state = state},
+                   {size.side, 1})
+                  .frame(size.width(), size.height()),
+              size);
 }
 
 bool followsTime(const DockWidget::Kind& kind) {

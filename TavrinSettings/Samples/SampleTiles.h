@@ -32,6 +32,9 @@ private:
   EmojiGlyphs glyphs_;
 };
 
+/// A kind's symbol alone: where there are no samples of it, or nothing is known yet.
+AnyView symbolTile(const DockWidget::Kind& kind, const TileSize& size, TileState state);
+
 /// Whether the tile follows the time, so that it is to be drawn again every second.
 bool followsTime(const DockWidget::Kind& kind);
 

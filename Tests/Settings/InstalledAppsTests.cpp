@@ -39,6 +39,19 @@ TEST(InstalledApps, AreLookedForOnceAndAgainWhenSomethingWasInstalled) {
   EXPECT_FALSE(apps.app(notes, 20, 1.5).icon.isNull());
 }
 
+TEST(SampleTiles, EveryKindHasSamplesAndNoBareSymbol) {
+  test::ManualClock clock{Date{}};
+  test::ManualRunLoop loop{clock};
+  SampleTiles tiles(loop);
+  for (const auto& info : allKinds())
+    for (int span = 1; span <= info.maxSpan; ++span) {
+      const TileSize size{64, span};
+      const DockWidget widget({}, "", {}, *freshKind(info.key, {}), span);
+      EXPECT_NE(tiles.tile(widget, size, {}), symbolTile(widget.kind, size, TileState::live))
+          << info.key << " at span " << span;
+    }
+}
+
 TEST(SampleTiles, ACollectionOfNothingIsShownAsItIs) {
   test::ManualClock clock{Date{}};
   test::ManualRunLoop loop{clock};
