@@ -2,10 +2,13 @@
 keys."""
 
 import json
+import os
+import pathlib
+import signal
 import subprocess
 
-from access_tree import AccessTree
-from rig import BUILD, PATIENCE, wait_for
+from access_tree import AccessTree, start_accessibility
+from rig import BUILD, PATIENCE, Desk, DeskTest, wait_for
 
 PROGRAM = BUILD / "bin" / "tavrin-settings"
 COMMAND = BUILD / "bin" / "tavrin"
@@ -104,3 +107,69 @@ def end_slots(desk):
     """Ends the slot applications that a window started on this desk."""
     subprocess.run([str(COMMAND), "stop"], env={**desk.env, "TAVRIN_BUNDLES": str(BUILD / "bundles")},
                    capture_output=True, timeout=60, check=False)
+
+
+class SettingsTest(DeskTest):
+    """On a desk with assistive technology, where slots start."""
+
+    def setUp(self):
+        self.desk = Desk(screens=("1280x900",))
+        self.addCleanup(self.desk.close)
+        self.addCleanup(end_slots, self.desk)
+        self.desk.env["TAVRIN_BUNDLES"] = str(BUILD / "bundles")
+        start_accessibility(self.desk)
+
+    def await_strip(self, *names):
+        wait_for(lambda: strip(self.desk) == list(names),
+                 f"{names} on the strip, not {strip(self.desk)}")
+
+    def settings(self, name):
+        kind = next(entry for entry in stored(self.desk) if entry["name"] == name)["kind"]
+        return next(iter(kind.values()))["_0"]
+
+    def install_service(self):
+        """The window as the bus starts it, and the desktop entry that leads to it."""
+        services = self.desk.home / "share" / "dbus-1" / "services"
+        services.mkdir(parents=True)
+        wrapper = self.desk.home / "start-window"
+        exports = "".join(f"export {name}='{value}'\n" for name, value in self.desk.env.items())
+        wrapper.write_text(f"#!/bin/sh\n{exports}exec '{PROGRAM}' 2>'{self.desk.home}/bus.log'\n")
+        wrapper.chmod(0o755)
+        (services / "dev.quellby.Tavrin.service").write_text(
+            f"[D-BUS Service]\nName=dev.quellby.Tavrin\nExec={wrapper}\n")
+        config = self.desk.home / "DBUS_SESSION_BUS_ADDRESS.conf"
+        config.write_text(config.read_text().replace(
+            "<auth>", f"<servicedir>{services}</servicedir><auth>"))
+        self.desk.bus.send_signal(signal.SIGHUP)
+        wait_for(lambda: "dev.quellby.Tavrin'" in self.desk.run(
+            "gdbus", "call", "--session", "--dest", "org.freedesktop.DBus", "--object-path", "/",
+            "--method", "org.freedesktop.DBus.ListActivatableNames"), "the service")
+
+    def owner(self, name="dev.quellby.Tavrin"):
+        """The process that has a name on the bus."""
+        answer = self.desk.run(
+            "gdbus", "call", "--session", "--dest", "org.freedesktop.DBus", "--object-path", "/",
+            "--method", "org.freedesktop.DBus.GetConnectionUnixProcessID", name, check=False)
+        digits = "".join(c for c in answer.split("uint32")[-1] if c.isdigit())
+        return int(digits) if digits else None
+
+    def started_by_the_bus(self):
+        pid = wait_for(self.owner, "the window")
+        self.addCleanup(lambda: self.owner() == pid and os.kill(pid, signal.SIGTERM))
+        window = Window.__new__(Window)
+        window.desk, window.process = self.desk, type("Running", (), {"pid": pid})
+        return window, pid
+
+    def launch_entry(self):
+        self.desk.spawn(["gio", "launch", str(self.entry)])
+
+    def started_by_the_entry(self):
+        """What a click in the menus does."""
+        self.install_service()
+        template = pathlib.Path(__file__).parents[2] / "Packaging/dev.quellby.Tavrin.desktop.in"
+        self.entry = self.desk.home / "share" / "applications" / "dev.quellby.Tavrin.desktop"
+        self.entry.parent.mkdir(parents=True, exist_ok=True)
+        self.entry.write_text(template.read_text().replace(
+            "@TAVRIN_SETTINGS_PROGRAM@", str(self.desk.home / "start-window")))
+        self.launch_entry()
+        return self.started_by_the_bus()

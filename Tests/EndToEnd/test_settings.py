@@ -1,73 +1,17 @@
-"""The settings window: a newcomer's first minutes by mouse, by keys and by the accessibility tree;
-one window in a session; others who change the same file; a window that is killed."""
+"""The settings window: its keys; one window in a session; others who change the same file; a window
+that is killed."""
 
 import json
-import os
-import pathlib
 import plistlib
-import signal
-import subprocess
 import threading
-import time
 import unittest
 
 from access_tree import start_accessibility
-from rig import BUILD, Desk, DeskTest, wait_for, widget
-from settings_window import (COMMAND, PROGRAM, Window, end_slots, stored, strip)
+from rig import BUILD, Desk, wait_for, widget
+from settings_window import COMMAND, PROGRAM, SettingsTest, Window, stored, strip
 
 
-class SettingsTest(DeskTest):
-    def setUp(self):
-        self.desk = Desk(screens=("1280x900",))
-        self.addCleanup(self.desk.close)
-        self.addCleanup(end_slots, self.desk)
-        self.desk.env["TAVRIN_BUNDLES"] = str(BUILD / "bundles")
-        start_accessibility(self.desk)
-
-    def await_strip(self, *names):
-        wait_for(lambda: strip(self.desk) == list(names),
-                 f"{names} on the strip, not {strip(self.desk)}")
-
-    def settings(self, name):
-        kind = next(entry for entry in stored(self.desk) if entry["name"] == name)["kind"]
-        return next(iter(kind.values()))["_0"]
-
-
-class Newcomer(SettingsTest):
-    def test_by_mouse_alone(self):
-        window = Window(self.desk)
-        window.click("Add Clock")
-        self.await_strip("Clock")
-        window.click("Add Timer")
-        # The third one between the first two.
-        tile = window.await_name("Timer, place 2 of 2")["extents"]
-        window.drag(window.centre("Add Pomodoro"), (tile[0] + 4, tile[1] + tile[3] / 2))
-        self.await_strip("Clock", "Pomodoro", "Timer")
-        # To the end, wider, and off the strip.
-        clock = window.centre("Clock, place 1 of 3")
-        timer = window.await_name("Timer, place 3 of 3")["extents"]
-        window.drag(clock, (timer[0] + timer[2] - 4, clock[1]))
-        self.await_strip("Pomodoro", "Timer", "Clock")
-        x, y, width, height = window.await_name("Pomodoro, place 1 of 3")["extents"]
-        window.drag((x + width - 4, y + height / 2), (x + width + width, y + height / 2))
-        wait_for(lambda: stored(self.desk)[2]["span"] == 2, "the wide Pomodoro")
-        window.drag(window.centre("Timer, place 2 of 3"), (x + 200, y + 400))
-        self.await_strip("Pomodoro", "Clock")
-        window.click("Undo Take Off Timer")
-        self.await_strip("Pomodoro", "Timer", "Clock")
-        window.click("Clock, place 3 of 3")
-        window.await_name("All Widgets")
-        window.click("Show seconds", "check box")
-        wait_for(lambda: self.settings("Clock").get("showsSeconds"), "the seconds")
-        window.click("Timer, place 2 of 3")
-        window.click("Pomodoro, place 1 of 3")
-        before = self.settings("Pomodoro")["startsBreaksAutomatically"]
-        window.click("Start breaks automatically", "check box")
-        wait_for(lambda: self.settings("Pomodoro")["startsBreaksAutomatically"] != before, "breaks")
-        window.close()
-        self.assertEqual(window.process.returncode, 0)
-        self.assertEqual(strip(self.desk), ["Pomodoro", "Timer", "Clock"])
-
+class ByMouse(SettingsTest):
     def test_a_card_that_the_windows_edge_cuts_is_placed_by_a_click(self):
         window = Window(self.desk)
         # The row at the lower edge of a window that nobody has resized.
@@ -75,74 +19,6 @@ class Newcomer(SettingsTest):
         self.await_strip("Note")
         window.click("Add Reminders")
         self.await_strip("Note", "Reminders")
-
-    def test_by_keys_alone(self):
-        window = Window(self.desk)
-        window.await_keyboard()
-        key = self.desk.key
-        for word in ("clock", "tomato", "water"):
-            key("ctrl+f")
-            window.await_focus("Search widgets")
-            key("ctrl+a")
-            self.desk.run("xdotool", "type", word)
-            key("Return")
-            wait_for(lambda: len(strip(self.desk)) == ("clock", "tomato", "water").index(word) + 1,
-                     word)
-        self.await_strip("Clock", "Pomodoro", "Water")
-        window.focus("Clock, place 1 of 3")
-        key("ctrl+Right")
-        self.await_strip("Pomodoro", "Clock", "Water")
-        window.await_focus("Clock, place 2 of 3")
-        key("shift+Right")
-        wait_for(lambda: next(w for w in stored(self.desk) if w["name"] == "Clock")["span"] == 2,
-                 "the wide clock")
-        key("Return")
-        window.await_name("All Widgets")
-        window.focus("Show seconds", "check box")
-        key("space")
-        wait_for(lambda: self.settings("Clock").get("showsSeconds"), "the seconds")
-        key("Escape")
-        window.await_focus("Clock, place 2 of 3")
-        key("Right", "Delete")
-        self.await_strip("Pomodoro", "Clock")
-        key("ctrl+z")
-        self.await_strip("Pomodoro", "Clock", "Water")
-        # The seconds, the width, the move.
-        key("ctrl+z", "ctrl+z", "ctrl+z")
-        self.await_strip("Clock", "Pomodoro", "Water")
-        key("ctrl+shift+z")
-        self.await_strip("Pomodoro", "Clock", "Water")
-        window.close()
-
-    def test_by_the_accessibility_tree_alone(self):
-        window = Window(self.desk)
-        for name in ("Clock", "Note", "Weather"):
-            window.press(f"Add {name}")
-            wait_for(lambda: name in strip(self.desk), name)
-        window.press("Move Left")
-        self.await_strip("Clock", "Weather", "Note")
-        window.press("Wider")
-        wait_for(lambda: stored(self.desk)[2]["span"] == 2, "the wide tile")
-        window.press("Take Off the Strip")
-        self.await_strip("Clock", "Note")
-        window.press("Undo Take Off Weather")
-        self.await_strip("Clock", "Weather", "Note")
-        window.press("Note, place 3 of 3")
-        window.type_text("Text", "Milk", "text")
-        wait_for(lambda: self.settings("Note").get("text") == "Milk", "the text")
-        window.press("Clock, place 1 of 3")
-        window.press("Analog face", "check box")
-        wait_for(lambda: self.settings("Clock").get("isAnalog"), "the analog face")
-        window.press("Undo Set Up Clock")
-        wait_for(lambda: not self.settings("Clock").get("isAnalog"), "the digits")
-        window.press("Weather, place 2 of 3")
-        window.press("Show the felt temperature", "check box")
-        wait_for(lambda: self.settings("Weather").get("showsApparent") is False, "one temperature")
-        # Everything that takes the keyboard says what it is.
-        for entry in window.tree():
-            if entry["focusable"] and entry["role"] not in ("frame", "scroll pane", "filler"):
-                self.assertTrue(entry["name"], entry)
-        window.close()
 
 
 class ByKeys(SettingsTest):
@@ -282,51 +158,11 @@ class ThisComputer(SettingsTest):
 
 
 class OneWindow(SettingsTest):
-    def install_service(self):
-        """The window as the bus starts it, and the desktop entry that leads to it."""
-        services = self.desk.home / "share" / "dbus-1" / "services"
-        services.mkdir(parents=True)
-        wrapper = self.desk.home / "start-window"
-        exports = "".join(f"export {name}='{value}'\n" for name, value in self.desk.env.items())
-        wrapper.write_text(f"#!/bin/sh\n{exports}exec '{PROGRAM}' 2>'{self.desk.home}/bus.log'\n")
-        wrapper.chmod(0o755)
-        (services / "dev.quellby.Tavrin.service").write_text(
-            f"[D-BUS Service]\nName=dev.quellby.Tavrin\nExec={wrapper}\n")
-        config = self.desk.home / "DBUS_SESSION_BUS_ADDRESS.conf"
-        config.write_text(config.read_text().replace(
-            "<auth>", f"<servicedir>{services}</servicedir><auth>"))
-        self.desk.bus.send_signal(signal.SIGHUP)
-        wait_for(lambda: "dev.quellby.Tavrin'" in self.desk.run(
-            "gdbus", "call", "--session", "--dest", "org.freedesktop.DBus", "--object-path", "/",
-            "--method", "org.freedesktop.DBus.ListActivatableNames"), "the service")
-
-    def owner(self):
-        answer = self.desk.run(
-            "gdbus", "call", "--session", "--dest", "org.freedesktop.DBus", "--object-path", "/",
-            "--method", "org.freedesktop.DBus.GetConnectionUnixProcessID", "dev.quellby.Tavrin",
-            check=False)
-        digits = "".join(c for c in answer.split("uint32")[-1] if c.isdigit())
-        return int(digits) if digits else None
-
-    def started_by_the_bus(self):
-        pid = wait_for(self.owner, "the window")
-        self.addCleanup(lambda: os.kill(pid, signal.SIGTERM))
-        window = Window.__new__(Window)
-        window.desk, window.process = self.desk, type("Running", (), {"pid": pid})
-        return window, pid
-
     def test_the_desktop_entry_starts_it_and_raises_it(self):
-        self.install_service()
-        template = pathlib.Path(__file__).parents[2] / "Packaging/dev.quellby.Tavrin.desktop.in"
-        entry = self.desk.home / "share" / "applications" / "dev.quellby.Tavrin.desktop"
-        entry.parent.mkdir(parents=True, exist_ok=True)
-        entry.write_text(template.read_text().replace(
-            "@TAVRIN_SETTINGS_PROGRAM@", str(self.desk.home / "start-window")))
-        self.desk.spawn(["gio", "launch", str(entry)])
-        window, pid = self.started_by_the_bus()
+        window, pid = self.started_by_the_entry()
         window.press("Add Clock")
         self.await_strip("Clock")
-        self.desk.spawn(["gio", "launch", str(entry)])
+        self.launch_entry()
         window.await_keyboard()
         self.assertEqual(self.owner(), pid)
 
