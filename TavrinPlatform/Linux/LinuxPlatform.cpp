@@ -2,6 +2,7 @@
 #include "TavrinCore/Base/Texts.h"
 #include "TavrinPlatform/Linux/Applications/LinuxApplicationLibrary.h"
 #include "TavrinPlatform/Linux/Base/ProcessFamily.h"
+#include "TavrinPlatform/Linux/Base/ResourceDpi.h"
 #include "TavrinPlatform/Linux/Desktop/DesktopServices.h"
 #include "TavrinPlatform/Linux/Devices/DeviceServices.h"
 #include "TavrinPlatform/Linux/Files/LinuxFileManager.h"
@@ -110,6 +111,9 @@ private:
   void startToolkit(int& argc, char** argv);
   void followReturn(Bus* bus, BusReturn::Open open);
   void startAnew() const;
+  /// False while the user is in one of its windows.
+  bool endsToStartAnew();
+  void followResources();
   void makeRooms();
   TileServices::Environment tileEnvironment();
   std::unique_ptr<LayerShell> makeLayers();
@@ -137,6 +141,8 @@ private:
   std::unique_ptr<QtRunLoop> runLoop_;
   std::vector<std::unique_ptr<BusReturn>> awaited_;
   bool startsAnew_ = false;
+  std::unique_ptr<ResourceDpi> resources_;
+  TokenPtr scaleStart_;
 
   // The rooms: none refers to another but through this class.
   std::unique_ptr<JSONUserDefaults> defaults_;
@@ -168,12 +174,15 @@ LinuxPlatform::LinuxPlatform(int& argc, char** argv, ProgramSetup setup)
   application_->onAttention = [this](bool isWanted) { tile_->setAttention(isWanted); };
   application_->onFocus = [this](const auto& object) { return tile_->takeKeyboard(object); };
   followReturn(bus_.get(), &Bus::session);
+  followResources();
 }
 
 /// From the roof down: nobody calls any more, no work is under way that uses a service, then the
 /// services, and last what they stand on. Whoever used this platform is gone before.
 LinuxPlatform::~LinuxPlatform() {
   awaited_.clear();
+  scaleStart_.reset();
+  resources_.reset();
   application_->isPanelShown = nullptr;
   application_->onAttention = nullptr;
   application_->onFocus = nullptr;
@@ -205,15 +214,28 @@ void LinuxPlatform::followReturn(Bus* bus, BusReturn::Open open) {
   if (bus == nullptr)
     return;
   bus->onClose = [this, open] {
-    awaited_.push_back(std::make_unique<BusReturn>(open, [this] {
-      // Somebody may be typing into it: a panel, a dialog, the settings window.
-      if (std::ranges::any_of(QApplication::topLevelWidgets(), &QWidget::isVisible))
-        return false;
-      startsAnew_ = true;
-      application_->terminate();
-      return true;
-    }));
+    awaited_.push_back(std::make_unique<BusReturn>(open, [this] { return endsToStartAnew(); }));
   };
+}
+
+bool LinuxPlatform::endsToStartAnew() {
+  // Somebody may be typing into it: a panel, a dialog, the settings window.
+  if (std::ranges::any_of(QApplication::topLevelWidgets(), &QWidget::isVisible))
+    return false;
+  startsAnew_ = true;
+  application_->terminate();
+  return true;
+}
+
+/// The toolkit takes the database's scale when it starts, and not again.
+void LinuxPlatform::followResources() {
+  resources_ = std::make_unique<ResourceDpi>([this] {
+    constexpr double often = 0.5;
+    scaleStart_ = runLoop_->repeat(often, [this] {
+      if (!startsAnew_)
+        endsToStartAnew();
+    });
+  });
 }
 
 /// Everything is saved and given back. Where it fails the process ends.

@@ -78,5 +78,37 @@ class Scale(DeskTest):
         wait_for(lambda: self.desk.pixels(self.tile(0)) == followed, "a new process's tile")
 
 
+class ResourceScale(Scale):
+    """Without a settings manager the scale stands in the server's resource database."""
+
+    def setUp(self):
+        DeskTest.setUp(self)
+        self.desk.write_widgets([widget("timer", {}, 1), widget("note", {"text": "Hallo"}, 2)],
+                                announce=False)
+        self.slots = [self.start(1), self.start(2)]
+        for slot in self.slots:
+            wait_for(lambda s=slot: self.desk.windows(s.pid), "a tile")
+
+    def become(self, dpi):
+        self.desk.run("xrdb", "-merge", input=f"Xft.dpi:\t{dpi}\n")
+
+    def test_tiles_and_an_open_panel_follow(self):
+        """A panel as soon as it is closed: somebody may be typing into it."""
+        def is_tile(slot, scale):
+            found = self.desk.windows(self.slots[slot].pid)
+            return len(found) == 1 and abs(found[0][4] - TILE * scale) <= 1 and \
+                abs(found[0][2] + found[0][4] - 800) <= 1
+        self.desk.toggle(2)
+        panel = wait_for(self.panel, "the panel")
+        self.become(192)
+        wait_for(lambda: is_tile(0, 2), "the tile at twice its size")
+        self.assertEqual(self.panel()[3:], panel[3:], "as long as it is open")
+        self.desk.toggle(2)
+        wait_for(lambda: is_tile(1, 2), "the other tile, too")
+        self.desk.wait_for_name(2)
+        self.desk.toggle(2)
+        wait_for(lambda: self.panel() and self.is_right(2, panel[3]), "the panel at its tile")
+
+
 if __name__ == "__main__":
     unittest.main()

@@ -29,21 +29,23 @@ protected:
 
 TEST_F(WaylandPasteboardTest, EveryCopyOfASeriesComesOnceAndInOrder) {
   observe();
-  // At their own pace copies of a busy machine are gone before anybody can ask for them.
-  const int series = qEnvironmentVariableIntValue("TAVRIN_COPIES");
-  const int count = series > 0 ? series : 100;
+  // At their own pace (TAVRIN_PACE=full) copies of a busy machine are gone before anybody can ask
+  // for them.
+  const int wanted = qEnvironmentVariableIntValue("TAVRIN_COPIES");
+  const int count = wanted > 0 ? wanted : 100;
+  const bool isFullPace = qEnvironmentVariable("TAVRIN_PACE") == QLatin1String("full");
   for (int i = 0; i < count; ++i) {
     const std::string copy = "wl-copy 'item " + std::to_string(i) + "'";
-    if (series == 0) {
+    if (!isFullPace) {
       shell(copy);
       ASSERT_TRUE(captured(static_cast<std::size_t>(i) + 1)) << i;
     }
   }
   QProcess copies;
-  if (series > 0) {
+  if (isFullPace) {
     copies.start("/bin/bash", {"-c", QStringLiteral("for ((i = 0; i < %1; i++)); do wl-copy "
                                                     "\"item $i\" || exit 1; done")
-                                         .arg(series)});
+                                         .arg(count)});
     ASSERT_TRUE(until([&] { return copies.state() == QProcess::NotRunning; }, 300'000));
     EXPECT_EQ(copies.exitCode(), 0);
   }

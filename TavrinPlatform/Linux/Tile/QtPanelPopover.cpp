@@ -276,9 +276,12 @@ void QtPanelPopover::settleFocus() {
     return;
   // Some managers count a title bar in that the panel does not have.
   compareWithServer();
-  if (!isFocusOurs())
-    x11::setFocus(static_cast<xcb_window_t>(window_->winId()));
-  if (--focusAsks_ > 0)
+  const auto own = static_cast<xcb_window_t>(window_->winId());
+  // A busy manager may take long over a window; until then there is nothing to give the focus to.
+  const bool isThere = x11::isViewable(own);
+  if (isThere && !isFocusOurs())
+    x11::setFocus(own);
+  if (!isThere || --focusAsks_ > 0)
     focusSettles_.start(focusDelay);
 }
 
