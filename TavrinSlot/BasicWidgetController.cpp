@@ -5,7 +5,11 @@
 #include "TavrinSlot/DockPanelPresenter.h"
 #include "TavrinSlot/DockTileRenderer.h"
 #include "TavrinStorage/StoragePath.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelFont.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelPalette.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
+
+#include <QApplication>
 
 namespace tavrin {
 
@@ -89,7 +93,6 @@ void BasicWidgetController::refresh() {
 
 void BasicWidgetController::showContent() {
   if (panelView_ == nullptr) {
-    PanelStyle::install();
     panelView_ = makePanelView(appearance());
     panelView_->onFittingSizeChange = [this] { context_.panel.fitContent(); };
     context_.panel.setRootView(panelView_);
@@ -121,7 +124,16 @@ bool BasicWidgetController::takeInterfaceText() {
   const bool isOtherFont = setInterfaceFontFamily(QString::fromStdString(family.value_or("")));
   const bool isOtherSize = setPanelTextScale(workspace.interfaceTextScale());
   applyToolTipFont();
+  applyMenuLook();
   return isOtherFont || isOtherSize;
+}
+
+void BasicWidgetController::applyMenuLook() {
+  // The tile's own menu is no panel's child, and comes up before there is a panel.
+  constexpr const char* menus = "QMenu";
+  PanelStyle::install();
+  QApplication::setPalette(PanelPalette::make(appearance()).palette(), menus);
+  QApplication::setFont(panelFont(PanelTextStyle::body), menus);
 }
 
 void BasicWidgetController::discardPanelView() {

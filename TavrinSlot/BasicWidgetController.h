@@ -85,6 +85,7 @@ private:
   void appearanceChanged();
   /// Whether that is another font or size than before.
   bool takeInterfaceText();
+  void applyMenuLook();
   void showContent();
   PanelAppearance appearance() const;
   WidgetStore& freshStore();

@@ -114,7 +114,8 @@ AnyView airDropWideTile(const AirDropTileState& state, const TileSize& size,
   const AnyView title = text(first)
                             .size(size.words(0.225))
                             .weight(FontWeight::semibold)
-                            .colour(palette::figure(middle));
+                            .colour(palette::figure(middle))
+                            .lines(2);
   content.middle =
       vstack({title, text(second).size(size.words(0.18)).colour(palette::caption(middle))})
           .align(Alignment::leading)

@@ -7,7 +7,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
-#include "TavrinWidgetsUI/Kit/Panels/PanelToolTip.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelUndo.h"
 #include "TavrinWidgetsUI/Kit/Views/Utf8.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
@@ -58,8 +58,7 @@ BookmarkPanelView::BookmarkPanelView(const PanelAppearance& appearance, Source s
   add(list_);
   add(empty_);
   setEditButton(worded("Edit Bookmarks…"), source_.edit);
-  undo_ = new PanelButton(PanelButton::Kind::faint, worded("Undo"), [this] { undo(); });
-  setPlainToolTip(undo_, worded("Brings the removed link back"));
+  undo_ = new PanelUndo([this] { undo(); });
   addFooterButton(undo_);
   openAll_ = new PanelButton(PanelButton::Kind::faint, worded("Open All"), [this] { openAll(); });
   addFooterButton(openAll_);
@@ -278,6 +277,8 @@ void BookmarkPanelView::endRename(const BookmarkPlace& place, const std::optiona
 }
 
 void BookmarkPanelView::remove(const BookmarkPlace& place) {
+  if (const Bookmark* removed = bookmarkAt(settings_, place))
+    removedName_ = utf8(displayTitle(*removed));
   BookmarkSettings changed = settings_;
   removeBookmark(changed, place);
   const BookmarkSettings before = settings_;
@@ -315,7 +316,7 @@ void BookmarkPanelView::showWords() {
     empty_->setSentence("bookmark.fill", worded("No links yet"));
     empty_->setHint(worded("Type or paste an address above, and press Return."));
   }
-  undo_->setVisible(removedFrom_.has_value());
+  undo_->setWhat(removedFrom_ ? removedName_ : QString());
   const auto links = std::ranges::count(items_, Item::Kind::link, &Item::kind);
   openAll_->setVisible(folder_ && query().isEmpty() && links > 1);
 }

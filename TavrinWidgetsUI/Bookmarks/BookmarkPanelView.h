@@ -17,6 +17,7 @@ class PanelEmptyState;
 class PanelList;
 struct PanelRow;
 class PanelSearchField;
+class PanelUndo;
 
 /// The links and folders as a list, searched as one types; what is typed and is an address can be
 /// added. Return or a click opens.
@@ -75,12 +76,13 @@ private:
   PanelEmptyState* empty_;
   /// While a link's name is edited.
   BookmarkNameEdit* nameEdit_ = nullptr;
-  PanelButton* undo_;
+  PanelUndo* undo_;
   PanelButton* openAll_;
   std::vector<Item> items_;
   std::optional<std::size_t> folder_;
   /// As it was before the link removed last, while nothing else changed.
   std::optional<BookmarkSettings> removedFrom_;
+  QString removedName_;
   /// What the rows were made from last.
   std::optional<BookmarkSettings> shown_;
   QString shownQuery_;

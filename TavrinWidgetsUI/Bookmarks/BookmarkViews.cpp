@@ -79,7 +79,8 @@ AnyView bookmarkTileIcon(const BookmarkSettings& settings, const TileSize& size)
                         .size(size.caption())
                         .weight(FontWeight::medium)
                         .colour(palette::white)
-                        .align(TextAlignment::centre));
+                        .align(TextAlignment::centre)
+                        .lines(2));
   const AnyView inner = vstack(std::move(parts))
                             .spacing(body * 0.05)
                             .padding(size.padding(), 0)

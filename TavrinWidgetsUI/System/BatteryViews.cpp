@@ -216,7 +216,8 @@ AnyView batteryWideTile(const BatteryReading& reading, const BatterySettings& se
     content.middle = text(worded("No battery"))
                          .size(size.words(0.24))
                          .weight(FontWeight::semibold)
-                         .colour(palette::caption());
+                         .colour(palette::caption())
+                         .lines(2);
     content.value = worded("No battery");
     return wideTile(content, size);
   }

@@ -35,7 +35,8 @@ PetPanelView::PetPanelView(const PanelAppearance& appearance, Source source)
       load_(new PanelSwitch(worded("Follow the processor"))),
       night_(new PanelSwitch(worded("Sleep at night"))) {
   add(meadow_);
-  add(words_, Qt::AlignHCenter);
+  words_->setAlignment(Qt::AlignHCenter);
+  add(words_);
   add(species_);
   species_->onChange = [this](int index) {
     PetSettings changed = settings();

@@ -264,13 +264,16 @@ AnyView waterWideTile(const WaterReading& reading, const WaterTank& tank, const 
   const double barsWidth = body * (size.span < 3 ? 0.86 : size.side < 64 ? 0.78 : 1.1);
   AnyView below = waterWeekBars(reading, {}).frame(barsWidth, body * 0.3);
   const double points = size.words(0.125);
-  if (size.span > 2 && size.hasCaption())
-    below = hstack({below, text(standing(reading))
-                               .size(points)
-                               .weight(FontWeight::medium)
-                               .colour(size.quietInk(groundTop))
-                               .lines(2)})
-                .spacing(body * 0.12);
+  if (size.span > 2 && size.hasCaption()) {
+    const Text words = text(standing(reading))
+                           .size(points)
+                           .weight(FontWeight::medium)
+                           .colour(size.quietInk(groundTop))
+                           .lines(2);
+    // The bars go before the words.
+    below = firstFitting(
+        {hstack({below, words.figure(size.words(0))}).spacing(body * 0.12), words});
+  }
   WideTileContent content;
   content.ground = groundTop;
   content.groundEnd = groundBottom;

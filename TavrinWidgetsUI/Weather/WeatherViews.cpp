@@ -263,6 +263,11 @@ AnyView conditionsTile(const WeatherSnapshot& weather, const TileSize& size) {
     add(ratio, {line(words), feels});
     add(ratio, {line(first), line(second), feels});
   }
+  for (const AnyView& last : {feels, AnyView()})
+    add(0.27, {wordText(words, size.caption(), palette::figure(ground))
+                   .lines(3)
+                   .figure(size.words(0)),
+               last});
   candidates.push_back(headRow(weather, size, body * 0.32, body * 0.28));
   return skyTile(weather, firstFitting(std::move(candidates)), size);
 }
@@ -345,7 +350,7 @@ AnyView wideLines(const WeatherSnapshot& weather, const TileSize& size) {
     first.push_back(line(words));
   else
     first = {line(city + " · " + words).figure(size.words(0)),
-             vstack({line(city), line(words)}).align(Alignment::leading)};
+             vstack({line(city), line(words).lines(2)}).align(Alignment::leading)};
   const auto apparent = size.hasCaption() ? apparentOf(weather) : std::nullopt;
   const auto degrees = [&](double ratio) -> AnyView {
     return hstack({figureText(temperatureOf(reading), body * ratio, palette::figure(ground)),

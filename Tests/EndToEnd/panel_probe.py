@@ -1,13 +1,17 @@
-"""What the server has and what assistive technology is told of one program's panel, asked over
-connections that stay: an opening is looked at in milliseconds, with no process started for it."""
+"""One widget of every kind, as it is when it is added; and what the server has and what assistive
+technology is told of its panel, asked over connections that stay: an opening is looked at in
+milliseconds, with no process started for it."""
 
 import ctypes
 import ctypes.util
+import json
 
 import gi
 
 gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi, Gio, GLib  # noqa: E402
+
+from rig import BUILD, wait_for  # noqa: E402
 
 ALL_PLANES = 0xFFFFFFFF
 Z_PIXMAP = 2
@@ -17,6 +21,35 @@ CARDINAL, ATOM = 6, 4
 MOST_CHILDREN = 40
 LISTS = {Atspi.Role.LIST, Atspi.Role.TABLE, Atspi.Role.SCROLL_PANE, Atspi.Role.VIEWPORT,
          Atspi.Role.TEXT, Atspi.Role.FILLER, Atspi.Role.PANEL}
+
+TAVRIN = BUILD / "bin" / "tavrin"
+SLOT = 1
+
+KINDS = ("collection timer pomodoro music calendar battery clock stopwatch countdown timeProgress "
+         "activity network note reminders shortcut airdrop weather claudeUsage github pet "
+         "colourPicker clipboard bookmarks emoji screenshots files shelf water converter fans "
+         "keyboardLock").split()
+
+
+def place(desk, kind, name):
+    """The kind's widget, alone in the first slot; its entry in the file."""
+    file = desk.data / "widgets.json"
+    if file.exists():
+        file.unlink()
+    desk.run(str(TAVRIN), "widgets", "add", kind, name, "--place")
+    return json.loads(file.read_text())["widgets"]
+
+
+def start(desk):
+    process = desk.start_slot(SLOT)
+    desk.wait_for_name(SLOT)
+    wait_for(lambda: desk.windows(process.pid), "the tile")
+    return process
+
+
+def stop(process):
+    process.terminate()
+    process.wait(10)
 
 
 class Attributes(ctypes.Structure):

@@ -3,7 +3,7 @@
 import unittest
 
 from access_tree import AccessTree, start_accessibility
-from every_kind import KINDS, SLOT, place, start, stop
+from panel_probe import KINDS, SLOT, place, start, stop
 from rig import Desk, wait_for
 
 # What one acts on, and must have a name.

@@ -12,9 +12,8 @@ import time
 import unittest
 
 from access_tree import start_accessibility
-from every_kind import KINDS, SLOT, place, start, stop
 from managed_desk import MANAGERS
-from panel_probe import LISTS, Boxes, Server, Session
+from panel_probe import KINDS, LISTS, SLOT, Boxes, Server, Session, place, start, stop
 from rig import PATIENCE, Desk, wait_for
 
 

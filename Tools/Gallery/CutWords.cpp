@@ -18,7 +18,8 @@ namespace tavrin {
 namespace {
 
 /// Letters that the pseudo-language has in place of ASCII's; scripts/texts has the same.
-bool isPseudo(const QString& words) {
+bool isPseudo(QString words) {
+  words.remove(QStringLiteral("~/"));
   static const QString letters = QStringLiteral("ÅÉÎÖÛåéîöûýñçšÑÇŠ[]~");
   return std::any_of(words.begin(), words.end(), [](QChar c) { return letters.contains(c); });
 }
@@ -26,9 +27,13 @@ bool isPseudo(const QString& words) {
 /// What users write and name: the samples' own, some of which are translated as they are shown.
 const QStringList& written() {
   static const QStringList all = [] {
-    QStringList texts{QStringLiteral("Ada's Phone"), QStringLiteral("Kitchen Tablet")};
+    QStringList texts{QStringLiteral("Ada's Phone"), QStringLiteral("tavrin-gallery-"),
+                      QStringLiteral("Kitchen Tablet with a long name"),
+                      QStringLiteral("Kitchen Tablet with a rather long name of its own"),
+                      QStringLiteral("a-very-long-organisation")};
     for (const char* sample : {"Design review", "Lunch with Ada", "Grandmother's birthday",
-                               "Pay the rent", "Call Ada", "Milk, bread\nCall Ada"})
+                               "Pay the rent", "Call Ada", "Milk, bread\nCall Ada",
+                               "Untitled event"})
       texts << worded(sample);
     return texts;
   }();

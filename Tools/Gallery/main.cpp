@@ -5,6 +5,7 @@
 #include "TavrinPlatform/Qt/QtTextLocale.h"
 #include "TavrinWidgetsUI/Kit/Pictures/Symbols.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewRenderer.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QApplication>
 #include <QDir>
@@ -211,8 +212,13 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "usage: tavrin-gallery FOLDER [SHEET...] | --cut\n");
     return 2;
   }
-  if (arguments[1] == QStringLiteral("--cut"))
+  if (arguments[1] == QStringLiteral("--cut")) {
+    if (!worded("Open").startsWith(u'[')) {
+      std::fprintf(stderr, "This is to be asked in the pseudo-language: TAVRIN_LANGUAGE=en@pseudo\n");
+      return 2;
+    }
     return tellAllCut() > 0 ? 1 : 0;
+  }
   const QDir folder(arguments[1]);
   if (!folder.mkpath(QStringLiteral("."))) {
     std::fprintf(stderr, "Failed to make %s\n", qPrintable(folder.path()));

@@ -21,9 +21,11 @@ constexpr std::size_t largestFile = 8 * 1024 * 1024;
 constexpr qint64 mostPixels = 64 * 1024 * 1024;
 constexpr std::size_t mostKept = 400;
 
-QImage squared(const QImage& image, int pixels) {
+QImage squared(const QImage& read, int pixels) {
+  // Before it is scaled: the toolkit makes noise of pictures of one bit a pixel.
+  const QImage image = read.convertToFormat(QImage::Format_ARGB32_Premultiplied);
   if (image.isNull() || image.size() == QSize(pixels, pixels))
-    return image.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    return image;
   QImage square(pixels, pixels, QImage::Format_ARGB32_Premultiplied);
   square.fill(Qt::transparent);
   const QSize size =

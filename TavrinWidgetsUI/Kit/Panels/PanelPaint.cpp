@@ -170,10 +170,16 @@ void button(QPainter& painter, const QStyleOption& option, const PanelButton& bu
   const bool marked = !button.symbol().isEmpty();
   const double mark = marked ? 15 : 0;
   const double gap = marked && !button.title().isEmpty() ? 6 : 0;
-  const double inset = 8;
-  const double room = rect.width() - 2 * inset - mark - gap;
+  // Words that are too long come closer to the edges, then are set smaller, before they are cut.
+  constexpr double leastInset = 3;
+  constexpr double leastFit = 0.8;
+  const double room = rect.width() - 2 * leastInset - mark - gap;
+  QFont font = button.font();
+  const double wanted = QFontMetricsF(font).horizontalAdvance(button.title()) + 0.5;
+  if (wanted > room && room > 0)
+    font.setPixelSize(int(font.pixelSize() * std::max(room / wanted, leastFit)));
   const double width =
-      std::min(room, QFontMetricsF(button.font()).horizontalAdvance(button.title()) + 0.5);
+      std::min(room, QFontMetricsF(font).horizontalAdvance(button.title()) + 0.5);
   const double start = rect.left() + (rect.width() - mark - gap - width) / 2;
   if (marked)
     symbol(painter, button.symbol(),
@@ -181,7 +187,7 @@ void button(QPainter& painter, const QStyleOption& option, const PanelButton& bu
            colours.ink);
   line(painter, button.title(),
        visual({start + mark + gap, rect.top(), width, rect.height()}, rect, option.direction),
-       button.font(), colours.ink);
+       font, colours.ink);
 }
 
 void segment(QPainter& painter, const QStyleOption& option, const QString& title) {

@@ -158,14 +158,14 @@ void PanelView::setEditButton(const QString& title, std::function<void()> action
   QHBoxLayout* row = footerRow();
   if (!edit_) {
     edit_ = new PanelButton(PanelButton::Kind::faint, title, {}, footer_);
-    row->insertWidget(0, edit_);
+    row->insertWidget(0, edit_, 0, Qt::AlignLeading);
   }
   edit_->setTitle(title);
   edit_->setAction(std::move(action));
 }
 
 void PanelView::addFooterButton(PanelButton* button) {
-  footerRow()->addWidget(button);
+  footerRow()->addWidget(button, 0, Qt::AlignLeading);
 }
 
 void PanelView::setAppearance(const PanelAppearance& appearance) {
@@ -178,8 +178,21 @@ void PanelView::setAppearance(const PanelAppearance& appearance) {
   update();
 }
 
+void PanelView::arrangeFooter() const {
+  if (!footerRow_)
+    return;
+  int wanted = 2 * panel::grid;
+  for (const QWidget* button : footer_->findChildren<QPushButton*>())
+    if (!button->isHidden())
+      wanted += button->sizeHint().width() + footerRow_->spacing();
+  footerRow_->setDirection(wanted - footerRow_->spacing() > minimumWidth()
+                               ? QBoxLayout::TopToBottom
+                               : QBoxLayout::LeftToRight);
+}
+
 QSize PanelView::fittingSize() const {
   const int width = minimumWidth();
+  arrangeFooter();
   QLayout* column = layout();
   const int wanted = column->hasHeightForWidth() ? column->totalHeightForWidth(width)
                                                  : column->sizeHint().height();

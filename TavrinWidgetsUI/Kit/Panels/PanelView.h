@@ -107,6 +107,8 @@ private:
 
   void makeHeader(QVBoxLayout* column);
   QHBoxLayout* footerRow();
+  /// Under each other where they are too wide to stand beside each other.
+  void arrangeFooter() const;
   void askForLayout();
   bool isSearching() const;
 };

@@ -12,10 +12,9 @@ namespace tavrin {
 
 namespace {
 
-constexpr double lineHeight = 1.2;
 /// Figures have no descenders.
 constexpr double figureHeight = 0.95;
-constexpr double leastFit = 0.85;
+constexpr double leastFit = 0.6;
 
 using Digits = TextEngine::Digits;
 
@@ -43,7 +42,7 @@ double fittedSize(const Text& text, TextEngine& engine, double width) {
 
 /// As many of the allowed lines as the room is high for; one at least.
 int linesIn(const Text& text, double height) {
-  const double count = std::floor(height / (text.pointSize * lineHeight) + 0.01);
+  const double count = std::floor(height / (text.pointSize * text.leading) + 0.01);
   return static_cast<int>(std::clamp(count, 1.0, double(text.lineLimit)));
 }
 
@@ -95,6 +94,12 @@ Text Text::lines(int limit) const {
   return result;
 }
 
+Text Text::spaced(double ratio) const {
+  Text result = *this;
+  result.leading = ratio;
+  return result;
+}
+
 Text Text::widest(const QString& form) const {
   Text result = *this;
   result.widestForm = form;
@@ -108,7 +113,7 @@ Text Text::figure(double minimumPoints) const {
 }
 
 QSizeF Text::measure(ViewContext& context, const QSizeF& offer) const {
-  const double line = pointSize * lineHeight;
+  const double line = pointSize * leading;
   if (string.isEmpty() && widestForm.isEmpty())
     return {0, 0};
   if (lineLimit > 1 && offer.width() > 0 && offer.width() < unbounded) {
@@ -143,9 +148,9 @@ void Text::paint(ViewContext& context, const QRectF& rect) const {
                                                   rect.width(), linesIn(*this, rect.height()));
     double y = rect.y();
     for (const QString& part : parts) {
-      drawLine(context, *this, part, size, {rect.x(), y, rect.width(), pointSize * lineHeight},
+      drawLine(context, *this, part, size, {rect.x(), y, rect.width(), pointSize * leading},
                Digits::proportional);
-      y += pointSize * lineHeight;
+      y += pointSize * leading;
     }
     return;
   }

@@ -28,8 +28,9 @@ inline constexpr double minimumTypeSize = 9;
 /// The least type size anywhere on a tile: captions at S = 48. Points.
 inline constexpr double minimumCaptionSize = 6.5;
 
-/// A line of text, or a few. On one line all digits are equally wide. A line, or a word among
-/// several lines, that is too long is set smaller once, down to 85 %, and then ends in an ellipsis.
+/// A line of text, or a few. On one line all digits are equally wide. What is too long is set
+/// smaller, down to 60 %; then a word among several lines is broken by a hyphen, and a line ends in
+/// an ellipsis.
 struct Text : Modifiers<Text> {
   QString string;
   /// Points.
@@ -38,6 +39,8 @@ struct Text : Modifiers<Text> {
   QColor inkColour = QColor(255, 255, 255, 235);
   TextAlignment textAlignment = TextAlignment::leading;
   int lineLimit = 1;
+  /// From line to line, by the type's size.
+  double leading = 1.2;
   /// Not empty: the room this string would need is taken, whatever the text is.
   QString widestForm = {};
   /// A figure is never cut. It is set smaller down to this many points, and then overflows.
@@ -49,6 +52,8 @@ struct Text : Modifiers<Text> {
   Text align(TextAlignment alignment) const;
   /// Up to `limit` lines, broken between words.
   Text lines(int limit) const;
+  /// Lines this far apart, by the type's size.
+  Text spaced(double ratio) const;
   /// Digits as "8": `text("1:07").widest("88:88")` does not move as it ticks.
   Text widest(const QString& form) const;
   Text figure(double minimumPoints = 9) const;

@@ -18,6 +18,7 @@ constexpr std::size_t shapedLimit = 24;
 constexpr std::size_t sizedFontLimit = 12;
 constexpr std::size_t brokenLimit = 6;
 constexpr QChar ellipsis(0x2026);
+const QString hyphen = QStringLiteral("-");
 
 /// Moves the first entry that `matches` to the front, or makes room for one and adds `fresh()`.
 template <class T, class Matches, class Fresh>
@@ -288,40 +289,66 @@ TextEngine::Lines TextEngine::lines(const QString& string, FontWeight weight, do
 
 QStringList TextEngine::breakLines(const QString& string, FontWeight weight, double& width,
                                    double mostWidth, int limit) {
+  const double first = width;
+  // Whole words, in type as large as may be; else a word too long goes on in the next line.
+  for (const bool breaksWords : {false, true}) {
+    constexpr int sizes = 7;
+    for (int i = 0; i < sizes; ++i) {
+      const double tried = first + (mostWidth - first) * i / (sizes - 1);
+      const auto [lines, isWhole] = brokenInto(string, weight, tried, limit, breaksWords);
+      if (isWhole) {
+        width = tried;
+        return lines;
+      }
+    }
+  }
+  width = std::max(first, mostWidth);
+  return brokenInto(string, weight, width, limit, false).lines;
+}
+
+TextEngine::Attempt TextEngine::brokenInto(const QString& string, FontWeight weight, double width,
+                                           int limit, bool breaksWords) {
   QString text = string;
   text.replace(u'\n', QChar(QChar::LineSeparator));
   QTextLayout layout(text, face(weight).font);
   QTextOption option;
-  option.setWrapMode(QTextOption::WordWrap);
+  option.setWrapMode(breaksWords ? QTextOption::WrapAtWordBoundaryOrAnywhere
+                                 : QTextOption::WordWrap);
   layout.setTextOption(option);
   layout.beginLayout();
-  QStringList result;
-  double wanted = width;
-  while (result.size() < limit) {
+  Attempt result;
+  while (result.lines.size() < limit) {
     QTextLine line = layout.createLine();
     if (!line.isValid())
       break;
     line.setLineWidth(width);
-    const bool isLast = result.size() + 1 == limit;
-    const qsizetype end = line.textStart() + line.textLength();
+    qsizetype end = line.textStart() + line.textLength();
+    const auto isInWord = [&] {
+      return end > 0 && end < text.size() && text[end - 1].isLetter() && text[end].isLetter();
+    };
+    const bool isLast = result.lines.size() + 1 == limit;
+    const bool isBroken = breaksWords && !isLast && isInWord();
+    if (isBroken) {
+      line.setLineWidth(width - this->width(hyphen, weight, referenceSize));
+      end = line.textStart() + line.textLength();
+    }
     QString part = text.mid(line.textStart(), line.textLength());
     while (part.endsWith(QChar(QChar::LineSeparator)) || part.endsWith(u' '))
       part.chop(1);
-    const double natural = line.naturalTextWidth();
-    if (natural > width && natural <= mostWidth)
-      wanted = std::max(wanted, natural);
-    if (isLast && end < text.size())
+    if (isBroken && isInWord())
+      part += hyphen;
+    if (isLast && end < text.size()) {
       part = cut(text.mid(line.textStart()).section(QChar(QChar::LineSeparator), 0, 0) + ellipsis,
                  weight, width);
-    else if (natural > width)
+      result.isWhole = false;
+    } else if (line.naturalTextWidth() > width) {
       part = cut(part, weight, width);
-    result << part;
+      result.isWhole = false;
+    }
+    result.lines << part;
   }
   layout.endLayout();
-  if (wanted <= width)
-    return result;
-  width = wanted;
-  return breakLines(string, weight, width, wanted, limit);
+  return result;
 }
 
 } // namespace tavrin

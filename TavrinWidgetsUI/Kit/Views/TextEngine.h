@@ -24,14 +24,15 @@ public:
   double capHeight(FontWeight weight, double pointSize);
   /// `string`, or as much of it as fits into `width` with an ellipsis.
   QString elided(const QString& string, FontWeight weight, double pointSize, double width);
-  /// At most `limit` lines that fit into `width`, broken between words, the last one elided.
+  /// At most `limit` lines that fit into `width`.
   struct Lines {
     QStringList lines;
-    /// At most `pointSize`: for the sake of a word that is a little too long.
+    /// At most `pointSize`: for the sake of words that are a little too long.
     double pointSize = 0;
   };
-  /// A word that is longer than a line sets the text in smaller type, down to `leastSize`; one
-  /// that is too long even so is elided.
+  /// Broken between words. What does not fit is set in smaller type, down to `leastSize`; a word
+  /// that is longer than a line even so is broken by a hyphen; and what is too long for that, too,
+  /// is elided.
   Lines lines(const QString& string, FontWeight weight, double pointSize, double leastSize,
               double width, int limit);
   /// Draws with the painter's pen from `origin`, the start of the baseline.
@@ -95,6 +96,13 @@ private:
   void shapeTabular(Shaped& shaped, const Face& face);
   void shapeWhole(Shaped& shaped, const Face& face, const QString& part);
   QRawFont sized(const QRawFont& reference, double pointSize);
+  struct Attempt {
+    QStringList lines;
+    /// Nothing is elided.
+    bool isWhole = true;
+  };
+  Attempt brokenInto(const QString& string, FontWeight weight, double width, int limit,
+                     bool breaksWords);
   /// Widens `width` up to `mostWidth` for words that would fit then.
   QStringList breakLines(const QString& string, FontWeight weight, double& width, double mostWidth,
                          int limit);

@@ -181,9 +181,12 @@ AnyView tileColumn(const TileContent& content, const TileSize& size, double room
   const double lineRoom = room * 0.94;
   const AnyView figure = fittedFigure(content, size);
   AnyView caption;
-  if (size.hasCaption() && !content.caption.isEmpty())
-    caption = captionText(content.caption, size.caption(), size.quietInk(ground))
-                  .frame({.maxWidth = lineRoom});
+  AnyView wholeCaption;
+  if (size.hasCaption() && !content.caption.isEmpty()) {
+    const Text words = captionText(content.caption, size.caption(), size.quietInk(ground));
+    caption = words.frame({.maxWidth = lineRoom});
+    wholeCaption = words.lines(2).figure(size.words(0)).frame({.maxWidth = lineRoom});
+  }
   AnyView mark;
   if (!content.mark.isEmpty() || content.state == TileState::done) {
     const double side = size.body() * (hasText ? content.markRatio : 0.5);
@@ -193,12 +196,15 @@ AnyView tileColumn(const TileContent& content, const TileSize& size, double room
   }
   const double gap = size.body() * 0.03;
   std::vector<AnyView> candidates;
-  if (!mark.isEmpty())
-    candidates.push_back(
-        (content.isMarkBelow ? vstack({figure, caption, mark}) : vstack({mark, figure, caption}))
-            .spacing(gap));
+  for (const AnyView& words : {wholeCaption, caption}) {
+    if (!mark.isEmpty())
+      candidates.push_back(
+          (content.isMarkBelow ? vstack({figure, words, mark}) : vstack({mark, figure, words}))
+              .spacing(gap));
+    if (hasText && !words.isEmpty())
+      candidates.push_back(vstack({figure, words}).spacing(gap));
+  }
   if (hasText) {
-    candidates.push_back(vstack({figure, caption}).spacing(gap));
     candidates.push_back(figure);
   }
   return firstFitting(std::move(candidates));
@@ -219,7 +225,8 @@ AnyView sentenceColumn(const TileContent& content, const TileSize& size) {
     return vstack({mark, words.lines(lines).figure(size.caption())}).spacing(size.body() * 0.04);
   };
   return firstFitting({under(0.36, 2), under(0.28, 3), under(0.2, 3),
-                       words.lines(4).figure(size.caption()), words.lines(4)});
+                       words.lines(4).figure(size.caption()),
+                       words.lines(5).spaced(1.05).figure(size.caption()), words.lines(4)});
 }
 
 } // namespace
@@ -274,16 +281,21 @@ AnyView wideText(const WideTileContent& content, const TileSize& size) {
   if (!content.middle.isEmpty())
     return content.middle;
   const QColor ground = textGround(content);
-  AnyView caption;
-  if (!content.caption.isEmpty())
-    caption = captionText(content.caption, size.words(wideCaptionRatio), size.quietInk(ground))
-                  .align(TextAlignment::leading);
+  std::vector<AnyView> captions;
+  if (!content.caption.isEmpty()) {
+    const Text words =
+        captionText(content.caption, size.words(wideCaptionRatio), size.quietInk(ground))
+            .align(TextAlignment::leading);
+    captions = {words.lines(2).figure(size.words(0)), words};
+  }
   AnyView figure;
   if (!content.figure.isEmpty())
     figure = figureText(content.figure, content.widestFigure, size.figure(), ground)
                  .figure(std::max(size.body() * 0.22, minimumTypeSize))
                  .align(TextAlignment::leading);
-  return vstack({caption, figure}).align(Alignment::leading).spacing(size.body() * 0.05);
+  return vstack({firstFitting(std::move(captions)), figure})
+      .align(Alignment::leading)
+      .spacing(size.body() * 0.05);
 }
 
 } // namespace
