@@ -45,3 +45,19 @@ function(tavrin_rooms target)
   endforeach()
   set_target_properties(${target} PROPERTIES SOURCES "${left}")
 endfunction()
+
+# What nearly every unit of a library with windows includes, read once for all of them. It takes a
+# fifth off a build from nothing and is no help to a compiler cache, which sees each precompiled
+# header as another one: so it is for who builds once.
+option(TAVRIN_PRECOMPILED "Precompile the toolkit's headers" OFF)
+
+function(tavrin_precompiled)
+  if(TAVRIN_PRECOMPILED)
+    foreach(target ${ARGN})
+      target_precompile_headers(${target} PRIVATE
+        <QApplication> <QBoxLayout> <QImage> <QLabel> <QPainter> <QPainterPath> <QPushButton> <QTimer>
+        <QWidget> <algorithm> <array> <chrono> <cmath> <filesystem> <functional> <map> <memory>
+        <optional> <set> <string> <string_view> <variant> <vector>)
+    endforeach()
+  endif()
+endfunction()
