@@ -180,6 +180,30 @@ TEST_F(LayerTest, EachPixelOfATileIsOneOfTheOutput) {
   shell("swaymsg output '*' scale " + std::to_string(scale()));
 }
 
+TEST_F(LayerTest, EachPixelOfAPanelIsOneOfTheOutput) {
+  Program tile(TILE_DOUBLE, {"--place=0,1,1", "--grid", "--open"}, slot("first"));
+  ASSERT_TRUE(tile.says("opened"));
+  const auto longest = [] {
+    const QImage image = screen();
+    int most = 0;
+    for (int y = 0; y < pixels.height() * 9 / 10; y += 4)
+      most = std::max(most, alternating(image, y));
+    return most;
+  };
+  constexpr int gridPoints = 100;
+  const auto isSharp = [&](double scale) {
+    return eventually([&] { return longest() == std::lround(gridPoints * scale); });
+  };
+  EXPECT_TRUE(isSharp(scale())) << longest();
+  if (!isSway())
+    return;
+  for (const double other : {1.25, 2.0, 1.0}) {
+    shell("swaymsg output '*' scale " + std::to_string(other));
+    EXPECT_TRUE(isSharp(other)) << other << ": " << longest();
+  }
+  shell("swaymsg output '*' scale " + std::to_string(scale()));
+}
+
 TEST_F(LayerTest, APanelOpensTakesKeysAndCloses) {
   OtherWindow other;
   Program first(TILE_DOUBLE, {"--place=0,1,3"}, slot("first"));

@@ -171,7 +171,27 @@ bool PopoverWindow::covers(QPoint place) const {
   return isVisible() && outline_.contains(QPointF(mapFromGlobal(place)));
 }
 
+bool PopoverWindow::event(QEvent* event) {
+  if (event->type() == QEvent::UpdateRequest && showPixels && isVisible())
+    paintOwnPixels();
+  return QWidget::event(event);
+}
+
+void PopoverWindow::paintOwnPixels() {
+  const bool had = hasOwnPixels_;
+  hasOwnPixels_ = showPixels([this](QImage& image) {
+    paintsOwnPixels_ = true;
+    render(&image);
+    paintsOwnPixels_ = false;
+  });
+  // What is not seen through changes sides.
+  if (had != hasOwnPixels_)
+    update();
+}
+
 void PopoverWindow::paintEvent(QPaintEvent*) {
+  if (hasOwnPixels_ && !paintsOwnPixels_)
+    return;
   QPainter painter(this);
   if (isPlain_) {
     painter.fillRect(rect(), palette_.ground);

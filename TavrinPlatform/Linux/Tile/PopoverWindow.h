@@ -52,11 +52,15 @@ public:
   /// Whether a place, in toolkit points of the screen, is on the body or the arrow.
   bool covers(QPoint place) const;
 
+  /// Shows what is painted in the output's own pixels, in place of the toolkit's where these are
+  /// others; whether it does.
+  std::function<bool(const std::function<void(QImage&)>& paint)> showPixels;
   std::function<void()> onEscape;
   /// The content took other colours.
   std::function<void()> onContentPaletteChange;
 
 protected:
+  bool event(QEvent* event) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
   void paintEvent(QPaintEvent*) override;
   void keyPressEvent(QKeyEvent* event) override;
@@ -66,6 +70,7 @@ protected:
 
 private:
   void geometryTold();
+  void paintOwnPixels();
   void placeContent();
   void paintShadow(QPainter& painter) const;
 
@@ -79,6 +84,8 @@ private:
   int corrections_ = 0;
   bool hasShadow_ = false;
   bool isPlain_ = false;
+  bool hasOwnPixels_ = false;
+  bool paintsOwnPixels_ = false;
 };
 
 } // namespace tavrin

@@ -85,6 +85,10 @@ bool isFocusOurs() {
   });
 }
 
+bool isPanel(xcb_window_t window) {
+  return !x11::numbers(window, panelMark, 1).empty();
+}
+
 StripWindow* ownTile() {
   for (QWindow* window : QGuiApplication::topLevelWindows())
     if (auto* tile = dynamic_cast<StripWindow*>(window))
@@ -124,6 +128,10 @@ PopoverWindow& QtPanelPopover::window() {
   if (!window_) {
     layers_ = environment_.layers ? environment_.layers() : nullptr;
     window_ = std::make_unique<PopoverWindow>(layers_ != nullptr);
+    if (layers_ != nullptr)
+      window_->showPixels = [this](const auto& paint) {
+        return window_->windowHandle() != nullptr && layers_->draw(*window_->windowHandle(), paint);
+      };
     window_->onEscape = [this] { close(); };
     window_->onContentPaletteChange = [this] {
       if (isShown_)
@@ -209,6 +217,7 @@ void QtPanelPopover::show(Point anchor, RectEdge edge) {
   isFromTile_ = environment_.hasTileKeys && environment_.hasTileKeys();
   if (environment_.shownChanged)
     environment_.shownChanged(true);
+  replaces_ = isPanel(x11::focusWindow()) || isPanel(x11::activeWindow());
   if (!isOurs) {
     previousFocus_ = x11::focusWindow();
     previousActive_ = x11::activeWindow();
@@ -256,6 +265,8 @@ void QtPanelPopover::appear() {
     put();
   window_->show();
   window_->raise();
+  if (layers_ != nullptr)
+    window_->update();
 }
 
 void QtPanelPopover::takeFocus() {
@@ -279,7 +290,9 @@ void QtPanelPopover::settleFocus() {
   const auto own = static_cast<xcb_window_t>(window_->winId());
   // A busy manager may take long over a window; until then there is nothing to give the focus to.
   const bool isThere = x11::isViewable(own);
-  if (isThere && !isFocusOurs())
+  // Who has gone to another program's window in the meantime is not fetched back.
+  const bool isElsewhere = hasHadFocus_ && !replaces_ && !isFocusNobodys();
+  if (isThere && !isElsewhere && !isFocusOurs())
     x11::setFocus(own);
   if (!isThere || --focusAsks_ > 0)
     focusSettles_.start(focusDelay);
@@ -355,7 +368,7 @@ void QtPanelPopover::giveFocusBack(bool hadFocus) {
     const auto active = x11::activeWindow();
     // Another panel that is active has taken this one's place.
     if (!isShown_ && wanted != XCB_NONE && active != wanted &&
-        x11::numbers(active, panelMark, 1).empty() && QGuiApplication::focusWindow() == nullptr &&
+        !isPanel(active) && QGuiApplication::focusWindow() == nullptr &&
         x11::isViewable(wanted))
       x11::requestActive(wanted);
   });
@@ -393,7 +406,7 @@ void QtPanelPopover::focusChanged() {
   const bool isOnTile = isPointerOnTile();
   // The panel that this one takes the place of goes a moment later, and with it the focus may go
   // astray. The user, who is still where the press was, is not who moved it.
-  const bool isAstray = isOnTile && !sinceOpening_.hasExpired(openingSettling);
+  const bool isAstray = isOnTile && replaces_ && !sinceOpening_.hasExpired(openingSettling);
   QTimer::singleShot(isOnTile ? focusDelay : 0, &context_, [this, isOnTile, isAstray] {
     if (!isShown_ || QGuiApplication::focusWindow() != nullptr)
       return;

@@ -84,6 +84,8 @@ private:
   /// Opened by a key on the tile, which has the keyboard again afterwards.
   bool isFromTile_ = false;
   bool hasHadFocus_ = false;
+  /// Another panel had the focus when this one opened.
+  bool replaces_ = false;
   xcb_window_t previousFocus_ = XCB_NONE;
   xcb_window_t previousActive_ = XCB_NONE;
   std::optional<QPoint> closingPress_;

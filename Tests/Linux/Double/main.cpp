@@ -24,6 +24,19 @@ namespace {
 
 using namespace tavrin;
 
+/// Columns of one pixel each, red and blue by turns, as far as its points reach.
+class PixelColumns final : public QWidget {
+protected:
+  void paintEvent(QPaintEvent*) override {
+    QPainter painter(this);
+    const QTransform pixels = painter.deviceTransform();
+    const QRect area = pixels.mapRect(QRectF(rect())).toRect();
+    painter.setTransform(pixels.inverted());
+    for (int x = area.left(); x <= area.right(); ++x)
+      painter.fillRect(QRect(x, area.top(), 1, area.height()), x % 2 == 0 ? Qt::red : Qt::blue);
+  }
+};
+
 template <class... Values> void say(const char* format, Values... values) {
   std::printf(format, values...);
   std::fputc('\n', stdout);
@@ -170,6 +183,11 @@ private:
       QObject::connect(edit, &QLineEdit::textChanged,
                        [](const QString& text) { say("text %s", qPrintable(text)); });
       layout->addWidget(edit);
+      if (hasGrid_) {
+        auto* columns = new PixelColumns;
+        columns->setFixedSize(gridPoints, 20);
+        layout->addWidget(columns);
+      }
       if (hasChoice_) {
         auto* choice = new QComboBox;
         choice->addItems({"one", "two", "three"});
@@ -188,6 +206,8 @@ private:
     attend("panel");
     say("opened %g %g", anchor.x, anchor.y);
   }
+
+  static constexpr int gridPoints = 100;
 
   Platform& platform_;
   DockTile& tile_;
