@@ -36,14 +36,20 @@ StripCells StripCells::of(const std::vector<int>& spans, int freePlaces, double 
     add(1);
   }
   made.height = y + made.side;
-  // A single row stands in the middle.
-  if (y == 0)
+  // A single row stands in the middle, and is as high however large its tiles are.
+  if (y == 0) {
+    made.height = largestSide;
     for (auto& rect : made.rects)
-      rect.translate((width - (x - gap)) / 2, 0);
+      rect.translate((width - (x - gap)) / 2, (made.height - made.side) / 2);
+  }
   return made;
 }
 
 std::size_t StripCells::placeAt(QPointF point, std::size_t count) const {
+  if (rects.empty())
+    return 0;
+  // Above the first row and below the last one it is theirs.
+  point.setY(std::clamp(point.y(), rects.front().top(), rects.back().bottom()));
   std::size_t place = 0;
   for (std::size_t i = 0; i < std::min(count, rects.size()); ++i) {
     const auto& rect = rects[i];

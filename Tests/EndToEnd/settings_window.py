@@ -22,7 +22,11 @@ class Window:
     def __init__(self, desk, *arguments, env=None):
         self.desk = desk
         self.process = desk.spawn([str(PROGRAM), *arguments], log="settings.log", env=env)
-        self.frame = wait_for(lambda: self._frame(), "the window")
+        try:
+            self.frame = wait_for(lambda: self._frame(), "the window")
+        except AssertionError as error:
+            log = (desk.home / "settings.log").read_text(errors="replace")[-2000:]
+            raise AssertionError(f"{error}, whose process gave {self.process.poll()}: {log}") from error
 
     def _frame(self):
         windows = self.desk.windows(self.process.pid)
