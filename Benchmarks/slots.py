@@ -271,8 +271,38 @@ def bench_growth(renders=10_000, openings=1_000):
         desk.close()
 
 
+def bench_language(quick):
+    """A slot in English and one in German, in turn."""
+    section("A slot in German beside one in English")
+    desk = Desk()
+    try:
+        desk.write_widgets([widget("timer", {}, 1)], announce=False)
+        starts, dirty, worked = ({"en": [], "de": []} for _ in range(3))
+        for _ in range(3 if quick else 10):
+            for language in starts:
+                desk.env["TAVRIN_LANGUAGE"] = language
+                starts[language] += launches(desk, [desk.program(1), "--background"], 1)
+                process = desk.start_slot(1)
+                wait_for(lambda p=process: desk.windows(p.pid), "the tile")
+                time.sleep(2)
+                dirty[language].append(memory(process.pid)["Private_Dirty"])
+                worked[language].append(activity(process.pid)[1] * 1000)
+                process.terminate()
+                process.wait()
+
+        def more(values):
+            return statistics.median(values["de"]) - statistics.median(values["en"])
+
+        row("more private memory", more(dirty), "MB", 0.05)
+        row("more until its tile is painted", more(starts), "ms", 0.5)
+        row("more processor time until it rests", more(worked), "ms", 0.5)
+    finally:
+        desk.close()
+
+
 def bench(quick):
     bench_alone(quick)
+    bench_language(quick)
     bench_twelve(quick)
     bench_closed_panels(quick)
     bench_growth(*((500, 50) if quick else ()))

@@ -1,6 +1,7 @@
 #include "TavrinWidgetsUI/Emoji/EmojiTones.h"
 
 #include "TavrinWidgetsUI/Kit/Panels/PanelPaint.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelSegments.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelToolTip.h"
 #include "TavrinWidgetsUI/Kit/Views/Colour.h"
@@ -73,9 +74,11 @@ EmojiTones::EmojiTones(std::function<void(EmojiSkinTone)> onChoose, QWidget* row
     tones_[i] = new ToneButton(tones[i], row);
     layout->addWidget(tones_[i]);
     // Assistive technology toggles without a click.
-    connect(tones_[i], &QRadioButton::toggled, this, [onChoose, i](bool on) {
-      if (on)
-        onChoose(allCases<EmojiSkinTone>()[i]);
+    connect(tones_[i], &QRadioButton::toggled, this, [this, onChoose, i](bool on) {
+      if (!on)
+        return;
+      leadTabToChosen(tones_);
+      onChoose(allCases<EmojiSkinTone>()[i]);
     });
   }
 }
@@ -86,6 +89,7 @@ void EmojiTones::setTone(EmojiSkinTone tone) {
     return;
   const QSignalBlocker silence(button);
   button->setChecked(true);
+  leadTabToChosen(tones_);
 }
 
 EmojiSkinTone EmojiTones::tone() const {

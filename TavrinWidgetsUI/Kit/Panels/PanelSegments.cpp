@@ -7,6 +7,7 @@
 #include <QHBoxLayout>
 #include <QRadioButton>
 #include <QSignalBlocker>
+#include <algorithm>
 
 namespace tavrin {
 
@@ -19,6 +20,13 @@ public:
 };
 
 } // namespace
+
+void leadTabToChosen(std::span<QRadioButton* const> group) {
+  const auto isChecked = [](const QRadioButton* button) { return button->isChecked(); };
+  const bool hasChosen = std::ranges::any_of(group, isChecked);
+  for (QRadioButton* button : group)
+    button->setFocusPolicy(!hasChosen || button->isChecked() ? Qt::TabFocus : Qt::NoFocus);
+}
 
 PanelSegments::PanelSegments(const QString& name, const QStringList& titles, QWidget* parent)
     : QWidget(parent) {
@@ -43,6 +51,7 @@ void PanelSegments::setCurrent(int index) {
   if (index >= 0 && index < count()) {
     const QSignalBlocker silence(segments_[static_cast<std::size_t>(index)]);
     segments_[static_cast<std::size_t>(index)]->setChecked(true);
+    leadTabToChosen(segments_);
     return;
   }
   // An exclusive button cannot be let go but while it is not exclusive.
@@ -52,6 +61,7 @@ void PanelSegments::setCurrent(int index) {
   }
   for (QRadioButton* segment : segments_)
     segment->setAutoExclusive(true);
+  leadTabToChosen(segments_);
 }
 
 void PanelSegments::setTitles(const QStringList& titles) {
@@ -77,6 +87,8 @@ void PanelSegments::setTitles(const QStringList& titles) {
     segments_.push_back(segment);
     // Assistive technology toggles without a click.
     connect(segment, &QRadioButton::toggled, this, [this, index](bool on) {
+      if (on)
+        leadTabToChosen(segments_);
       if (on && onChange)
         onChange(index);
     });
