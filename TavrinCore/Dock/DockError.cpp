@@ -4,15 +4,6 @@
 #include "TavrinCore/Base/Texts.h"
 
 namespace tavrin {
-namespace {
-
-std::string plistFailure(std::string_view verb, const std::filesystem::path& file,
-                         std::string_view underlying) {
-  return failure(std::string(verb) + " dock plist at " + file.string(), underlying);
-}
-
-} // namespace
-
 DockError::DockError(Case kind, const std::filesystem::path& file, std::string detail,
                      const std::string& sentence)
     : std::runtime_error(sentence), case_(kind), file_(file), detail_(std::move(detail)) {}
@@ -27,46 +18,54 @@ DockError DockError::ofTile(std::string_view section, std::size_t number,
 }
 
 DockError DockError::plistNotFound(const std::filesystem::path& file) {
-  return {Case::plistNotFound, file, "", "Failed to locate dock plist at " + file.string()};
+  return {Case::plistNotFound, file, "",
+          translated("Failed to locate dock plist at {path}", {{"path", file.string()}})};
 }
 
 DockError DockError::plistReadFailed(const std::filesystem::path& file, std::string underlying) {
-  const auto sentence = plistFailure("read", file, underlying);
+  const auto sentence =
+      failure(translated("read dock plist at {path}", {{"path", file.string()}}), underlying);
   return {Case::plistReadFailed, file, std::move(underlying), sentence};
 }
 
 DockError DockError::plistMalformed(const std::filesystem::path& file, std::string underlying) {
-  const auto sentence = plistFailure("decode", file, underlying);
+  const auto sentence =
+      failure(translated("decode dock plist at {path}", {{"path", file.string()}}), underlying);
   return {Case::plistMalformed, file, std::move(underlying), sentence};
 }
 
 DockError DockError::plistWriteFailed(const std::filesystem::path& file, std::string underlying) {
-  const auto sentence = plistFailure("write", file, underlying);
+  const auto sentence =
+      failure(translated("write dock plist at {path}", {{"path", file.string()}}), underlying);
   return {Case::plistWriteFailed, file, std::move(underlying), sentence};
 }
 
 DockError DockError::unsupportedItemType(std::string type) {
   const auto sentence = failure(translated("handle dock item of type {type}", {{"type", type}}),
-                                "it is not supported");
+                                translated("it is not supported"));
   return {Case::unsupportedItemType, {}, std::move(type), sentence};
 }
 
 DockError DockError::dockReloadFailed(std::string reason) {
-  const auto sentence = failure("reload dock", reason);
+  const auto sentence = failure(marked("reload dock"), reason);
   return {Case::dockReloadFailed, {}, std::move(reason), sentence};
 }
 
 DockError DockError::fileNotFound(const std::filesystem::path& path) {
-  return {Case::fileNotFound, path, "", "Failed to find file at " + path.string()};
+  return {Case::fileNotFound, path, "",
+          translated("Failed to find file at {path}", {{"path", path.string()}})};
 }
 
 DockError DockError::profileNotFound(std::string id) {
-  const auto sentence = "Failed to find profile with id " + id;
+  const auto sentence = translated("Failed to find profile with id {id}", {{"id", id}});
   return {Case::profileNotFound, {}, std::move(id), sentence};
 }
 
 DockError DockError::noBackupAvailable() {
-  return {Case::noBackupAvailable, {}, "", "Cannot undo because there is no Dock backup yet"};
+  return {Case::noBackupAvailable,
+          {},
+          "",
+          translated("Cannot undo because there is no Dock backup yet")};
 }
 
 } // namespace tavrin

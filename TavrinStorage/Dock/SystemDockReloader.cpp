@@ -22,7 +22,8 @@ void SystemDockReloader::reload() {
   try {
     killed = process_.killAll();
   } catch (const FileError& error) {
-    throw DockError::dockReloadFailed("failed to launch killall: " + error.reason());
+    throw DockError::dockReloadFailed(
+        translated("failed to launch killall: {reason}", {{"reason", error.reason()}}));
   }
   if (killed.exitStatus != 0) {
     std::string reason = "killall exited with " + std::to_string(killed.exitStatus);
@@ -34,7 +35,7 @@ void SystemDockReloader::reload() {
        process_.sleep(relaunchPoll))
     if (const auto now = process_.running(); now && (!before || now->id != before->id))
       return;
-  throw DockError::dockReloadFailed("the Dock did not relaunch");
+  throw DockError::dockReloadFailed(translated("the Dock did not relaunch"));
 }
 
 } // namespace tavrin

@@ -127,7 +127,7 @@ void ConverterPanelView::fillUnits(ConverterCategory category) {
     const QSignalBlocker quiet(box);
     box->clear();
     for (const auto& unit : converterUnits(category)) {
-      QString name = utf8(unit.name);
+      QString name = utf8(displayName(unit));
       name[0] = name[0].toUpper();
       box->addItem(name, utf8(unit.symbol));
     }

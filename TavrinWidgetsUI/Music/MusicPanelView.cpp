@@ -150,6 +150,7 @@ void MusicPanelView::makeVolume() {
 void MusicPanelView::makeChoice() {
   choice_ = new QComboBox;
   choice_->setAccessibleName(worded("Player"));
+  choice_->setSizeAdjustPolicy(QComboBox::AdjustToContents);
   connect(choice_, &QComboBox::activated, this, [this](int index) {
     const auto name = choice_->itemData(index).toString().toStdString();
     requests_.choose(name.empty() ? std::nullopt : std::optional(name));

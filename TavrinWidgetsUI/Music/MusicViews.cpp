@@ -94,7 +94,10 @@ AnyView words(const MediaPlayer& player, const MusicSettings& settings, const Ti
                                       : QString();
   if (second.isEmpty())
     return title;
-  return vstack({title, text(second).size(size.words(0.185)).colour(palette::caption(ground)).lines(player.isAnswering ? 1 : 2)})
+  return vstack({title, text(second)
+                            .size(size.words(0.185))
+                            .colour(palette::caption(ground))
+                            .lines(player.isAnswering ? 1 : 3)})
       .align(Alignment::leading)
       .spacing(body * 0.04);
 }

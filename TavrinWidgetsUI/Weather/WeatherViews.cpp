@@ -315,7 +315,8 @@ AnyView wideStanding(const WeatherSnapshot& weather, const TileSize& size) {
   const Text title = text(name)
                          .size(size.words(0.22))
                          .weight(FontWeight::semibold)
-                         .colour(palette::figure(ground));
+                         .colour(palette::figure(ground))
+                         .figure(size.words(0));
   const auto line = [&](const QString& words) {
     return text(words).size(size.words(0.18)).colour(size.quietInk(ground));
   };

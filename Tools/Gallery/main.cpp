@@ -214,7 +214,8 @@ int main(int argc, char** argv) {
   }
   if (arguments[1] == QStringLiteral("--cut")) {
     if (!worded("Open").startsWith(u'[')) {
-      std::fprintf(stderr, "This is to be asked in the pseudo-language: TAVRIN_LANGUAGE=en@pseudo\n");
+      std::fprintf(stderr,
+                   "This is to be asked in the pseudo-language: TAVRIN_LANGUAGE=en@pseudo\n");
       return 2;
     }
     return tellAllCut() > 0 ? 1 : 0;

@@ -58,6 +58,9 @@ std::span<const ConverterUnit> converterUnits(ConverterCategory category);
 /// All of them, category by category.
 std::span<const ConverterUnit> converterUnits();
 
+/// What the unit is called in the user's language: by CLDR where that names it.
+std::string displayName(const ConverterUnit& unit);
+
 /// Null where the category has no such unit.
 const ConverterUnit* findUnit(ConverterCategory category, std::string_view symbol);
 

@@ -178,16 +178,15 @@ void button(QPainter& painter, const QStyleOption& option, const PanelButton& bu
   const double wanted = QFontMetricsF(font).horizontalAdvance(button.title()) + 0.5;
   if (wanted > room && room > 0)
     font.setPixelSize(int(font.pixelSize() * std::max(room / wanted, leastFit)));
-  const double width =
-      std::min(room, QFontMetricsF(font).horizontalAdvance(button.title()) + 0.5);
+  const double width = std::min(room, QFontMetricsF(font).horizontalAdvance(button.title()) + 0.5);
   const double start = rect.left() + (rect.width() - mark - gap - width) / 2;
   if (marked)
     symbol(painter, button.symbol(),
            visual({start, rect.top(), mark, rect.height()}, rect, option.direction), mark,
            colours.ink);
   line(painter, button.title(),
-       visual({start + mark + gap, rect.top(), width, rect.height()}, rect, option.direction),
-       font, colours.ink);
+       visual({start + mark + gap, rect.top(), width, rect.height()}, rect, option.direction), font,
+       colours.ink);
 }
 
 void segment(QPainter& painter, const QStyleOption& option, const QString& title) {

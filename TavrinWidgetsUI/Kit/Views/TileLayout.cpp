@@ -180,12 +180,13 @@ AnyView tileColumn(const TileContent& content, const TileSize& size, double room
   // Near the body's corners a line has less room than in the middle.
   const double lineRoom = room * 0.94;
   const AnyView figure = fittedFigure(content, size);
-  AnyView caption;
-  AnyView wholeCaption;
+  std::vector<AnyView> captions;
   if (size.hasCaption() && !content.caption.isEmpty()) {
     const Text words = captionText(content.caption, size.caption(), size.quietInk(ground));
-    caption = words.frame({.maxWidth = lineRoom});
-    wholeCaption = words.lines(2).figure(size.words(0)).frame({.maxWidth = lineRoom});
+    // Whole on two lines, whole on one in smaller type, cut.
+    for (const Text& form :
+         {words.lines(2).figure(size.words(0)), words.figure(minimumCaptionSize), words})
+      captions.push_back(form.frame({.maxWidth = lineRoom}));
   }
   AnyView mark;
   if (!content.mark.isEmpty() || content.state == TileState::done) {
@@ -196,7 +197,9 @@ AnyView tileColumn(const TileContent& content, const TileSize& size, double room
   }
   const double gap = size.body() * 0.03;
   std::vector<AnyView> candidates;
-  for (const AnyView& words : {wholeCaption, caption}) {
+  if (captions.empty())
+    captions.emplace_back();
+  for (const AnyView& words : captions) {
     if (!mark.isEmpty())
       candidates.push_back(
           (content.isMarkBelow ? vstack({figure, words, mark}) : vstack({mark, figure, words}))
@@ -226,7 +229,7 @@ AnyView sentenceColumn(const TileContent& content, const TileSize& size) {
   };
   return firstFitting({under(0.36, 2), under(0.28, 3), under(0.2, 3),
                        words.lines(4).figure(size.caption()),
-                       words.lines(5).spaced(1.05).figure(size.caption()), words.lines(4)});
+                       words.lines(5).spaced(1).figure(size.caption()), words.lines(4)});
 }
 
 } // namespace
