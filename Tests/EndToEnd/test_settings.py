@@ -70,6 +70,15 @@ class ByKeys(SettingsTest):
                 window.await_focus(reached)
         window.close()
 
+    def test_a_letter_at_a_card_begins_a_search(self):
+        window = self.open()
+        window.focus("Rain")
+        self.desk.run("xdotool", "type", "pom")
+        window.await_focus("Search widgets")
+        self.desk.key("Return")
+        self.await_strip("Here", "List", "Tea", "Pomodoro")
+        window.close()
+
     def test_return_leads_into_a_form_and_escape_back_to_where_it_was(self):
         window, key = self.open(), self.desk.key
         for name in ("List, place 2 of 3", "There"):

@@ -354,6 +354,12 @@ TEST(WidgetForm, AShortcutIsPressed) {
   FormRig::press(button, Qt::Key_Tab);
   EXPECT_NE(QApplication::focusWidget(), button);
   EXPECT_EQ(button->title(), QString::fromStdString(hotkeyText({35, {6}})));
+  // With Shift the key of the 2 says another sign.
+  button->click();
+  QKeyEvent two(QEvent::KeyPress, Qt::Key_At, Qt::ControlModifier | Qt::ShiftModifier, 11, 0, 0,
+                "@");
+  QApplication::sendEvent(button, &two);
+  EXPECT_EQ(rig.value("hotkey").compact(), R"({"keyCode":19,"modifiers":12})");
   rig.control<PanelButton>("Take the shortcut away")->click();
   EXPECT_EQ(rig.value("hotkey"), JSONValue());
 }
