@@ -10,6 +10,7 @@ import buildcost
 import clipboard
 import dock
 import figures
+import native
 import painting
 import readings
 import services
@@ -17,8 +18,8 @@ import slots
 import usage
 import window
 
-PARTS = (slots.bench, painting.bench, dock.bench, usage.bench, clipboard.bench, services.bench,
-         readings.bench, window.bench, buildcost.bench)
+PARTS = (slots.bench, native.bench, painting.bench, dock.bench, usage.bench, clipboard.bench,
+         services.bench, readings.bench, window.bench, buildcost.bench)
 
 
 def main():

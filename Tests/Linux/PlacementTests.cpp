@@ -168,6 +168,9 @@ TEST(PopoverLayout, TheBodyStaysOnItsScreenAndTheArrowAtItsTile) {
   const auto atStrip = PopoverLayout::make({10, 798}, Arrow::bottom, {280, 200}, screen, 4);
   EXPECT_NEAR(atStrip.frame().bottom(), 798, 0.01);
   EXPECT_EQ(atStrip.body.left(), 4);
+  // Where its content stands, which is placed by whole points.
+  const auto between = PopoverLayout::make({500.5, 750}, Arrow::bottom, {280, 200}, screen);
+  EXPECT_EQ(between.body.left(), 361);
 }
 
 } // namespace

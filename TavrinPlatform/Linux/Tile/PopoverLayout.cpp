@@ -112,6 +112,8 @@ PopoverLayout PopoverLayout::make(QPointF tip, Arrow arrow, QSizeF size, const Q
   }
   layout.body.moveLeft(kept(layout.body.left(), size.width(), available.left(), available.right()));
   layout.body.moveTop(kept(layout.body.top(), size.height(), available.top(), available.bottom()));
+  // Where its content stands.
+  layout.body.moveTopLeft(layout.body.topLeft().toPoint());
   return layout;
 }
 

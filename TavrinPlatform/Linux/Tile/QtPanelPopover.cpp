@@ -290,8 +290,9 @@ void QtPanelPopover::settleFocus() {
   const auto own = static_cast<xcb_window_t>(window_->winId());
   // A busy manager may take long over a window; until then there is nothing to give the focus to.
   const bool isThere = x11::isViewable(own);
-  // Who has gone to another program's window in the meantime is not fetched back.
-  const bool isElsewhere = hasHadFocus_ && !replaces_ && !isFocusNobodys();
+  // Whom a manager has taken to another program's window in the meantime is not fetched back.
+  const bool isElsewhere =
+      hasHadFocus_ && !replaces_ && x11::hasWindowManager() && !isFocusNobodys();
   if (isThere && !isElsewhere && !isFocusOurs())
     x11::setFocus(own);
   if (!isThere || --focusAsks_ > 0)
