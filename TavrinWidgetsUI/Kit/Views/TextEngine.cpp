@@ -293,13 +293,15 @@ QStringList TextEngine::breakLines(const QString& string, FontWeight weight, dou
   // Whole words, in type as large as may be; else a word too long goes on in the next line.
   for (const bool breaksWords : {false, true}) {
     constexpr int sizes = 7;
+    double tried = first;
     for (int i = 0; i < sizes; ++i) {
-      const double tried = first + (mostWidth - first) * i / (sizes - 1);
-      const auto [lines, isWhole] = brokenInto(string, weight, tried, limit, breaksWords);
+      const auto [lines, isWhole, widest] = brokenInto(string, weight, tried, limit, breaksWords);
       if (isWhole) {
         width = tried;
         return lines;
       }
+      const double next = tried + (mostWidth - first) / (sizes - 1);
+      tried = std::min(widest > tried && widest <= mostWidth ? widest : next, mostWidth);
     }
   }
   width = std::max(first, mostWidth);
@@ -341,7 +343,8 @@ TextEngine::Attempt TextEngine::brokenInto(const QString& string, FontWeight wei
       part = cut(text.mid(line.textStart()).section(QChar(QChar::LineSeparator), 0, 0) + ellipsis,
                  weight, width);
       result.isWhole = false;
-    } else if (line.naturalTextWidth() > width) {
+    } else if (result.widest = std::max(result.widest, line.naturalTextWidth());
+               line.naturalTextWidth() > width) {
       part = cut(part, weight, width);
       result.isWhole = false;
     }

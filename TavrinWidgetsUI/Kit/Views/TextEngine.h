@@ -100,6 +100,8 @@ private:
     QStringList lines;
     /// Nothing is elided.
     bool isWhole = true;
+    /// Of the lines, before they were cut.
+    double widest = 0;
   };
   Attempt brokenInto(const QString& string, FontWeight weight, double width, int limit,
                      bool breaksWords);

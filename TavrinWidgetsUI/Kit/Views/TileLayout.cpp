@@ -180,34 +180,41 @@ AnyView tileColumn(const TileContent& content, const TileSize& size, double room
   // Near the body's corners a line has less room than in the middle.
   const double lineRoom = room * 0.94;
   const AnyView figure = fittedFigure(content, size);
-  std::vector<AnyView> captions;
+  AnyView caption;
+  std::vector<AnyView> wholeCaptions;
   if (size.hasCaption() && !content.caption.isEmpty()) {
     const Text words = captionText(content.caption, size.caption(), size.quietInk(ground));
-    // Whole on two lines, whole on one in smaller type, cut.
+    caption = words.frame({.maxWidth = lineRoom});
     for (const Text& form :
-         {words.lines(2).figure(size.words(0)), words.figure(minimumCaptionSize), words})
-      captions.push_back(form.frame({.maxWidth = lineRoom}));
+         {words.lines(2).figure(size.words(0)), words.figure(minimumCaptionSize)})
+      wholeCaptions.push_back(form.padding((room - lineRoom) / 2, 0));
   }
-  AnyView mark;
-  if (!content.mark.isEmpty() || content.state == TileState::done) {
-    const double side = size.body() * (hasText ? content.markRatio : 0.5);
-    mark = marked(content.mark, content.state, side, ground)
-               .frame({.maxWidth = lineRoom, .minHeight = side, .maxHeight = side})
-               .cached();
-  }
-  const double gap = size.body() * 0.03;
+  const auto mark = [&](double share) -> AnyView {
+    if (content.mark.isEmpty() && content.state != TileState::done)
+      return {};
+    const double side = size.body() * (hasText ? content.markRatio : 0.5) * share;
+    return marked(content.mark, content.state, side, ground)
+        .frame({.maxWidth = lineRoom, .minHeight = side, .maxHeight = side})
+        .cached();
+  };
   std::vector<AnyView> candidates;
-  if (captions.empty())
-    captions.emplace_back();
-  for (const AnyView& words : captions) {
-    if (!mark.isEmpty())
-      candidates.push_back(
-          (content.isMarkBelow ? vstack({figure, words, mark}) : vstack({mark, figure, words}))
-              .spacing(gap));
-    if (hasText && !words.isEmpty())
-      candidates.push_back(vstack({figure, words}).spacing(gap));
-  }
+  const auto add = [&](const AnyView& mark, const AnyView& words) {
+    candidates.push_back(
+        (content.isMarkBelow ? vstack({figure, words, mark}) : vstack({mark, figure, words}))
+            .spacing(size.body() * 0.03));
+  };
+  // The words whole, on two lines or in smaller type; a mark that is all else there is stays.
+  for (const double share : {1., 0.75})
+    for (const AnyView& words : wholeCaptions)
+      if (!mark(share).isEmpty())
+        add(mark(share), words);
+  for (const AnyView& words : wholeCaptions)
+    if (!content.figure.isEmpty())
+      add({}, words);
+  if (!mark(1).isEmpty())
+    add(mark(1), caption);
   if (hasText) {
+    add({}, caption);
     candidates.push_back(figure);
   }
   return firstFitting(std::move(candidates));
