@@ -21,12 +21,12 @@ constexpr int reach = 24;
 } // namespace
 
 StripView::StripView(PageServices& services, QWidget* parent)
-    : QWidget(parent), services_(services) {
+    : QWidget(parent), services_(services), live_(services.live) {
   setAccessibleName(worded("Strip"));
   QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Minimum);
   policy.setHeightForWidth(true);
   setSizePolicy(policy);
-  services_.live.onChange = [this](const UUID& id) {
+  live_.onChange = [this](const UUID& id) {
     if (const int index = indexOf(id); index >= 0)
       tiles_[static_cast<std::size_t>(index)]->refreshPicture();
   };
@@ -79,8 +79,7 @@ void StripView::refresh() {
 
 void StripView::followTiles() {
   if (isVisible() && width() > 0)
-    services_.live.follow(strip_,
-                          static_cast<int>(std::lround(cells(width()).side * devicePixelRatioF())));
+    live_.follow(strip_, static_cast<int>(std::lround(cells(width()).side * devicePixelRatioF())));
 }
 
 void StripView::showEvent(QShowEvent*) {
@@ -88,7 +87,7 @@ void StripView::showEvent(QShowEvent*) {
 }
 
 void StripView::hideEvent(QHideEvent*) {
-  services_.live.pause();
+  live_.pause();
 }
 
 StripTile* StripView::makeTile(const DockWidget& widget) {

@@ -71,6 +71,8 @@ private:
   int indexOf(const UUID& id) const;
 
   PageServices& services_;
+  /// Outlives the window, which hides what is in it when it goes.
+  LiveTiles& live_;
   std::vector<DockWidget> strip_;
   int freePlaces_ = 0;
   std::vector<StripTile*> tiles_;
