@@ -132,12 +132,21 @@ Item displayItem(const DesktopFacts& facts) {
             translated("The display is a Wayland compositor's, with an X server for X programs.")};
   if (facts.hasX11)
     return {"display", State::good, translated("The display is an X server's.")};
+  // What else there is of an X server, portals and the seat have too: they are looked at below.
+  const bool tellsOfCopies = std::ranges::any_of(facts.waylandGlobals, [](const auto& global) {
+    return global.find("data_control_manager_v1") != std::string::npos;
+  });
+  const std::string wayland =
+      facts.hasWayland ? translated("The display is a Wayland compositor's, without an X server.")
+                       : "";
+  if (facts.hasWayland && tellsOfCopies)
+    return {"display", State::good, wayland};
   if (facts.hasWayland)
     return {"display",
             State::limited,
-            translated("The display is a Wayland compositor's, without an X server."),
+            wayland,
             translated("Let the compositor start XWayland."),
-            {"clipboard", "colourPicker", "shortcut", "keyboardLock"}};
+            {"clipboard"}};
   return {"display", State::missing,
           translated("No display answers: tiles can be picture files only."),
           translated("Set DISPLAY or WAYLAND_DISPLAY.")};
