@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <cstdlib>
 #include <string_view>
+#include <thread>
 
 namespace tavrin {
 
@@ -84,9 +86,21 @@ std::optional<WindowManager> readWindowManager(xcb_connection_t* x) {
   return manager;
 }
 
+namespace {
+
+constexpr int mostLooks = 20;
+constexpr std::chrono::milliseconds betweenLooks{50};
+
+bool isManagerKnown(const DesktopFacts& facts) {
+  return facts.windowManager && !facts.windowManager->name.empty();
+}
+
+} // namespace
+
 DesktopFacts readDisplays(const FileManager& files) {
   DesktopFacts facts;
-  if (const auto connection = connectToDisplay(files)) {
+  const auto connection = connectToDisplay(files);
+  if (connection) {
     facts.hasX11 = true;
     facts.windowManager = readWindowManager(connection.get());
   }
@@ -97,6 +111,17 @@ DesktopFacts readDisplays(const FileManager& files) {
     const auto toolkit = files.environment("QT_QPA_PLATFORM").value_or("");
     if (!toolkit.empty() && !toolkit.starts_with("wayland"))
       std::erase(facts.waylandGlobals, layerShellGlobal);
+    // Some compositors start their X server for its first client, and manage it a little later.
+    const bool hasLayers = std::ranges::count(facts.waylandGlobals, layerShellGlobal) > 0;
+    const bool waits = connection && !hasLayers && !isManagerKnown(facts);
+    for (int i = 0; waits && i < mostLooks; ++i) {
+      const bool wasKnown = isManagerKnown(facts);
+      std::this_thread::sleep_for(betweenLooks);
+      facts.windowManager = readWindowManager(connection.get());
+      // It says its name first, and what it does after that.
+      if (wasKnown)
+        break;
+    }
   }
   return facts;
 }

@@ -172,6 +172,8 @@ void QtPanelPopover::arrange() {
     QTimer::singleShot(focusDelay, &context_, [this] { compareWithServer(); });
   if (layers_ != nullptr && window_->isVisible())
     put();
+  if (elsewhere_)
+    coverOthers();
 }
 
 /// As a surface of the layer shell, which has the keyboard to itself while it is there.
@@ -180,6 +182,15 @@ void QtPanelPopover::put() {
   // Below what drops down from it.
   layers_->put(*window_->windowHandle(), {window_->frame(), LayerShell::Level::top, true});
   layers_->watchPresses({environment_.strip(), window_->shape()}, [this] { leave(); });
+}
+
+void QtPanelPopover::coverOthers() {
+  const double scale = window_->devicePixelRatioF();
+  const auto pixels = [scale](const QRect& part) {
+    return QRectF(QPointF(part.topLeft()) * scale, QSizeF(part.size()) * scale).toAlignedRect();
+  };
+  elsewhere_ = std::make_unique<PressWindow>(
+      std::vector{pixels(environment_.strip()), pixels(window_->shape())}, [this] { leave(); });
 }
 
 void QtPanelPopover::compareWithServer() {
@@ -240,6 +251,8 @@ void QtPanelPopover::show(Point anchor, RectEdge edge) {
   appear();
   takeFocus();
   QTimer::singleShot(0, &context_, [this] {
+    if (isShown_ && environment_.isOnCompositor && x11::connection() != nullptr)
+      coverOthers();
     if (isShown_ && !presses_ && x11::connection() != nullptr)
       presses_ = std::make_unique<PressWatcher>([this](QPoint pixel) { pressedAt(pixel); });
   });
@@ -309,6 +322,7 @@ void QtPanelPopover::close() {
     return;
   isShown_ = false;
   presses_.reset();
+  elsewhere_.reset();
   screenWatch_.reset();
   if (layers_ != nullptr)
     layers_->watchPresses({}, nullptr);

@@ -3,6 +3,7 @@
 #include "TavrinPlatform/Linux/Base/LayerShell.h"
 #include "TavrinPlatform/Linux/Tile/PopoverWindow.h"
 #include "TavrinPlatform/Linux/Tile/PressWatcher.h"
+#include "TavrinPlatform/Linux/Tile/PressWindow.h"
 #include "TavrinPlatform/PanelPopover.h"
 
 #include <QElapsedTimer>
@@ -31,6 +32,8 @@ public:
     std::function<LayerShell*()> layers;
     /// The row of tiles, whose presses are theirs.
     std::function<QRect()> strip;
+    /// Whether the X server is a Wayland compositor's client: it hears of few presses then.
+    bool isOnCompositor = false;
     /// Whether the own tile has the keyboard, and gives it back to it. Null where tiles have none.
     std::function<bool()> hasTileKeys = nullptr;
     std::function<void()> resumeTileKeys = nullptr;
@@ -57,6 +60,7 @@ private:
   void compareWithServer();
   void updatePalette();
   void put();
+  void coverOthers();
   void appear();
   void disappear();
   void takeFocus();
@@ -71,6 +75,7 @@ private:
   LayerShell* layers_ = nullptr;
   std::unique_ptr<PopoverWindow> window_;
   std::unique_ptr<PressWatcher> presses_;
+  std::unique_ptr<PressWindow> elsewhere_;
   QObject context_;
   QTimer focusSettles_;
   int focusAsks_ = 0;

@@ -88,6 +88,7 @@ QtPanelPopover& TileServices::popover() {
     if (isShown)
       strip_->window().holdKeys(false);
   };
+  environment.isOnCompositor = environment_.displays.hasWayland;
   environment.hasTileKeys = [this] { return keyboard_ && keyboard_->hasIt(); };
   environment.resumeTileKeys = [this] { keyboard_->resume(); };
   popover_ = std::make_unique<QtPanelPopover>(std::move(environment));
