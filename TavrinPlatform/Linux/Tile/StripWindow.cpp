@@ -4,6 +4,7 @@
 #include "TavrinPlatform/Linux/Base/X11.h"
 #include "TavrinPlatform/Linux/Tile/TileAccessibility.h"
 #include "TavrinPlatform/Linux/Tile/TileMarks.h"
+#include "TavrinPlatform/Linux/Tile/TileOutline.h"
 #include "TavrinPlatform/PlainToolTip.h"
 
 #include <QCoreApplication>
@@ -27,34 +28,10 @@ constexpr int hops = 4;
 constexpr double hopHeightRatio = 0.35;
 constexpr int slideDuration = 180;
 constexpr std::uint32_t everyDesktop = 0xFFFFFFFF;
-constexpr int solid = 128;
 constexpr const char* demandsAttention = "_NET_WM_STATE_DEMANDS_ATTENTION";
 /// Not "stays on top": a dock is above ordinary windows already, and what is on top of all is above
 /// a fullscreen window, too.
 constexpr auto ownFlags = Qt::FramelessWindowHint | Qt::WindowDoesNotAcceptFocus;
-
-/// Runs of pixels that are rather seen than not, row by row.
-std::vector<QRect> solidRuns(const QImage& image, QPoint origin) {
-  std::vector<QRect> runs;
-  for (int y = 0; y < image.height(); ++y) {
-    const auto* row = reinterpret_cast<const QRgb*>(image.constScanLine(y));
-    for (int x = 0; x < image.width();) {
-      const int start = x;
-      const bool isSolid = qAlpha(row[x]) >= solid;
-      while (x < image.width() && (qAlpha(row[x]) >= solid) == isSolid)
-        ++x;
-      if (!isSolid)
-        continue;
-      const QRect run(origin.x() + start, origin.y() + y, x - start, 1);
-      if (!runs.empty() && runs.back().left() == run.left() && runs.back().width() == run.width() &&
-          runs.back().bottom() + 1 == run.top())
-        runs.back().setBottom(run.bottom());
-      else
-        runs.push_back(run);
-    }
-  }
-  return runs;
-}
 
 } // namespace
 
