@@ -132,7 +132,12 @@ void BasicWidgetController::applyMenuLook() {
   // The tile's own menu is no panel's child, and comes up before there is a panel.
   constexpr const char* menus = "QMenu";
   PanelStyle::install();
-  QApplication::setPalette(PanelPalette::make(appearance()).palette(), menus);
+  // Not the kind's tint, which it may not know before it has started.
+  const auto& workspace = platform().workspace();
+  PanelAppearance look;
+  look.dark = workspace.prefersDarkAppearance();
+  look.highContrast = workspace.prefersHighContrast();
+  QApplication::setPalette(PanelPalette::make(look).palette(), menus);
   QApplication::setFont(panelFont(PanelTextStyle::body), menus);
 }
 
