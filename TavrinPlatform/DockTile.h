@@ -68,6 +68,8 @@ public:
   /// The tile's frame on the screen is another one: what stands beside it follows.
   std::function<void()> onMove;
   std::function<void()> onVisibilityChange;
+  /// A menu of what the tile can do is about to be made, with the toolkit's look of then.
+  std::function<void()> onMenu;
   /// Somebody watches the tile from another process: what it shows, `pixelsHigh` pixels high; null
   /// before anything is shown.
   std::function<QImage(int pixelsHigh)> onPicture;

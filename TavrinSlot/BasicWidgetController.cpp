@@ -5,11 +5,7 @@
 #include "TavrinSlot/DockPanelPresenter.h"
 #include "TavrinSlot/DockTileRenderer.h"
 #include "TavrinStorage/StoragePath.h"
-#include "TavrinWidgetsUI/Kit/Panels/PanelFont.h"
-#include "TavrinWidgetsUI/Kit/Panels/PanelPalette.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
-
-#include <QApplication>
 
 namespace tavrin {
 
@@ -93,6 +89,7 @@ void BasicWidgetController::refresh() {
 
 void BasicWidgetController::showContent() {
   if (panelView_ == nullptr) {
+    PanelStyle::install();
     panelView_ = makePanelView(appearance());
     panelView_->onFittingSizeChange = [this] { context_.panel.fitContent(); };
     context_.panel.setRootView(panelView_);
@@ -124,21 +121,7 @@ bool BasicWidgetController::takeInterfaceText() {
   const bool isOtherFont = setInterfaceFontFamily(QString::fromStdString(family.value_or("")));
   const bool isOtherSize = setPanelTextScale(workspace.interfaceTextScale());
   applyToolTipFont();
-  applyMenuLook();
   return isOtherFont || isOtherSize;
-}
-
-void BasicWidgetController::applyMenuLook() {
-  // The tile's own menu is no panel's child, and comes up before there is a panel.
-  constexpr const char* menus = "QMenu";
-  PanelStyle::install();
-  // Not the kind's tint, which it may not know before it has started.
-  const auto& workspace = platform().workspace();
-  PanelAppearance look;
-  look.dark = workspace.prefersDarkAppearance();
-  look.highContrast = workspace.prefersHighContrast();
-  QApplication::setPalette(PanelPalette::make(look).palette(), menus);
-  QApplication::setFont(panelFont(PanelTextStyle::body), menus);
 }
 
 void BasicWidgetController::discardPanelView() {

@@ -85,7 +85,6 @@ private:
   void appearanceChanged();
   /// Whether that is another font or size than before.
   bool takeInterfaceText();
-  void applyMenuLook();
   void showContent();
   PanelAppearance appearance() const;
   WidgetStore& freshStore();

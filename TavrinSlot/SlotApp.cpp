@@ -4,6 +4,8 @@
 #include "TavrinPlatform/DockTile.h"
 #include "TavrinSlot/ControllerTable.h"
 #include "TavrinStorage/StoragePath.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelPalette.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
 
 #include <algorithm>
 #include <fmt/format.h>
@@ -17,6 +19,11 @@ SlotApp::SlotApp(Platform& platform)
       panel_(platform.popover(), platform.dockGeometry()),
       tile_(platform.dockTile()), context_{platform, tile_, panel_, [this] { editWidget(); }} {
   platform_.dockTile().onMove = [this] { panel_.followTile(); };
+  platform_.dockTile().onMenu = [this] {
+    const auto& workspace = platform_.workspace();
+    PanelStyle::dressMenus({.dark = workspace.prefersDarkAppearance(),
+                            .highContrast = workspace.prefersHighContrast()});
+  };
   tile_.onFormatChange = [this] {
     // While the tile is being placed, drawing follows.
     if (controller_ && !isReloading_)
@@ -28,6 +35,7 @@ SlotApp::~SlotApp() {
   widgetsChanged_.reset();
   isReloading_ = true;
   platform_.dockTile().onMove = nullptr;
+  platform_.dockTile().onMenu = nullptr;
   if (controller_)
     controller_->leave();
 }

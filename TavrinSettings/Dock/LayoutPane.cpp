@@ -59,6 +59,13 @@ LayoutPane::LayoutPane(DockServicesOfPage& services, QWidget* parent)
   });
   column->addWidget(new PanelField(worded("Name"), name_, this));
 
+  makeColours(column);
+  makeRows();
+  makeItems(column);
+  makeActions(column);
+}
+
+void LayoutPane::makeColours(QVBoxLayout* column) {
   auto* swatches = new QWidget(this);
   swatches->setAccessibleName(worded("Colour"));
   auto* row = new QHBoxLayout(swatches);
@@ -75,7 +82,9 @@ LayoutPane::LayoutPane(DockServicesOfPage& services, QWidget* parent)
     row->addWidget(swatch);
   }
   column->addWidget(new PanelField(worded("Colour"), swatches, this));
-  makeRows();
+}
+
+void LayoutPane::makeItems(QVBoxLayout* column) {
   items_ = new DockItemRow(this);
   items_->icon = [this](const DockItem& item, int side, double scale) {
     return services_.icon ? services_.icon(item, side, scale) : QImage();
@@ -108,7 +117,6 @@ LayoutPane::LayoutPane(DockServicesOfPage& services, QWidget* parent)
   scroll->setWidget(items_);
   column->addWidget(new PanelText(worded("Items"), PanelTextStyle::section, this));
   column->addWidget(scroll, 1);
-  makeActions(column);
 }
 
 void LayoutPane::makeRows() {

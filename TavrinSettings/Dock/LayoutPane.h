@@ -44,6 +44,8 @@ protected:
   void resizeEvent(QResizeEvent* event) override;
 
 private:
+  void makeColours(QVBoxLayout* column);
+  void makeItems(QVBoxLayout* column);
   void makeRows();
   void makeActions(QVBoxLayout* column);
   void edit(const char* title, const char* field, const std::function<void(Profile&)>& edit);

@@ -169,6 +169,8 @@ void TileKeyboard::giveBack() {
 }
 
 void TileKeyboard::showActions() {
+  if (onMenu)
+    onMenu();
   menu_ = std::make_unique<QMenu>();
   QObject::connect(menu_.get(), &QMenu::aboutToHide, [this] {
     window_.setFocusRing(hasIt_);

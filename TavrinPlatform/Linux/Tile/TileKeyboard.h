@@ -32,6 +32,8 @@ public:
   bool hasIt() const { return hasIt_; }
   /// The tile is wanted for the keyboard, itself or by its menu, or is no longer.
   std::function<void(bool isWanted)> onHold;
+  /// As `DockTile::onMenu`.
+  std::function<void()> onMenu;
 
 private:
   bool keyPressed(const QKeyEvent& event);

@@ -165,10 +165,15 @@ std::unique_ptr<TileSurface> TileServices::makeStrip() {
     keyboard_ =
         std::make_unique<TileKeyboard>(*environment_.bus, strip->window(), environment_.identifier);
   }
-  if (keyboard_)
+  if (keyboard_) {
     keyboard_->onHold = [this](bool isWanted) {
       strip_->autohide().hold(StripAutohide::keyboard, isWanted);
     };
+    keyboard_->onMenu = [this] {
+      if (tile_ && tile_->onMenu)
+        tile_->onMenu();
+    };
+  }
   preferences_ = std::make_unique<DockPreferencesWatch>(
       environment_.files.homeFolder(), [this] { strip_->preferencesChanged(); });
   return strip;

@@ -1,6 +1,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
 
 #include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelFont.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelPalette.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelSegments.h"
 
@@ -20,6 +21,13 @@ void PanelStyle::install() {
     return;
   // Qt swaps its palette for the style's when the style changes; windows that are open keep theirs.
   QApplication::setStyle(new PanelStyle);
+}
+
+void PanelStyle::dressMenus(const PanelAppearance& appearance) {
+  constexpr const char* menus = "QMenu";
+  install();
+  QApplication::setPalette(PanelPalette::make(appearance).palette(), menus);
+  QApplication::setFont(panelFont(PanelTextStyle::body), menus);
 }
 
 void PanelStyle::polish(QWidget* widget) {

@@ -6,6 +6,8 @@
 
 namespace tavrin {
 
+struct PanelAppearance;
+
 /// Sizes all panels share, in points. Those that hold text grow with it.
 namespace panel {
 struct TextLength {
@@ -30,6 +32,8 @@ class PanelStyle : public QCommonStyle {
 public:
   /// Makes it the application's style, once; the first panel calls it.
   static void install();
+  /// The look of the menus that are no panel's; of `appearance` without its tint.
+  static void dressMenus(const PanelAppearance& appearance);
 
   void polish(QWidget* widget) override;
   void unpolish(QWidget* widget) override;
