@@ -70,8 +70,11 @@ void TileKeyboard::ask() {
   const auto own = static_cast<xcb_window_t>(window_.winId());
   // A server gives it to no window that is not there yet.
   const bool isThere = x11::isViewable(own);
-  if (isThere && x11::focusWindow() != own)
+  if (isThere && x11::focusWindow() != own) {
+    // Some managers take back what was not asked of them.
+    x11::requestActive(own);
     x11::setFocus(own);
+  }
   if ((!isThere && window_.isVisible()) || --asks_ > 0)
     settles_.start(betweenAsks);
 }
