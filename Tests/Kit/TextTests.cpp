@@ -121,8 +121,7 @@ TEST(Text, AWordTooLongForItsLineIsFittedElseBrokenByAHyphen) {
     const auto [lines, size] = engine.lines(note, regular, 12, c.least, word * c.share, 3);
     EXPECT_NEAR(size, c.size, 0.02) << c.share;
     EXPECT_EQ(lines[0].endsWith(u'-'), c.isBroken) << lines[0].toStdString();
-    QString all = c.isBroken ? lines[0].chopped(1) + lines[1] : lines.join(u' ');
-    EXPECT_EQ(all, note) << c.share;
+    EXPECT_EQ(lines.join(u' ').replace(QStringLiteral("- "), QString()), note) << c.share;
     for (const QString& line : lines)
       EXPECT_LE(engine.width(line, regular, size), word * c.share + 0.5) << line.toStdString();
   }

@@ -22,8 +22,9 @@ public:
 } // namespace
 
 void leadTabToChosen(std::span<QRadioButton* const> group) {
-  const auto isChecked = [](const QRadioButton* button) { return button->isChecked(); };
-  const bool hasChosen = std::ranges::any_of(group, isChecked);
+  if (std::ranges::any_of(group, &QWidget::hasFocus))
+    return;
+  const bool hasChosen = std::ranges::any_of(group, &QAbstractButton::isChecked);
   for (QRadioButton* button : group)
     button->setFocusPolicy(!hasChosen || button->isChecked() ? Qt::TabFocus : Qt::NoFocus);
 }
