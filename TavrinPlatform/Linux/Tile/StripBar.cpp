@@ -35,6 +35,8 @@ xcb_window_t makeWindow(xcb_connection_t* x, const QRect& place) {
                   {x11::atom("_NET_WM_WINDOW_TYPE_DOCK")});
   x11::setNumbers(window, "_NET_WM_PID", XCB_ATOM_CARDINAL, {static_cast<std::uint32_t>(getpid())});
   x11::setNumbers(window, roomSelection, XCB_ATOM_CARDINAL, {1});
+  // A manager that ends leaves it above the tiles for a moment: a press goes through it to them.
+  x11::setInputAreas(window, {});
   return window;
 }
 
