@@ -1,11 +1,11 @@
 #pragma once
 
 #include "TavrinPlatform/Linux/Base/SurfaceChoice.h"
-#include "TavrinPlatform/Linux/Tile/StripAutohide.h"
+#include "TavrinPlatform/Linux/Edge/StripAutohide.h"
 #include "TavrinPlatform/Linux/Tile/StripBar.h"
 #include "TavrinPlatform/Linux/Tile/StripLayout.h"
 #include "TavrinPlatform/Linux/Tile/StripRoom.h"
-#include "TavrinPlatform/Linux/Tile/StripSensor.h"
+#include "TavrinPlatform/Linux/Edge/StripSensor.h"
 #include "TavrinPlatform/Linux/Tile/StripStacking.h"
 #include "TavrinPlatform/Linux/Tile/StripWindow.h"
 #include "TavrinPlatform/Qt/TileSurface.h"

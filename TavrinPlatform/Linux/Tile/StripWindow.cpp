@@ -4,7 +4,7 @@
 #include "TavrinPlatform/Linux/Base/X11.h"
 #include "TavrinPlatform/Linux/Tile/TileAccessibility.h"
 #include "TavrinPlatform/Linux/Tile/TileMarks.h"
-#include "TavrinPlatform/Linux/Tile/TileOutline.h"
+#include "TavrinPlatform/Linux/Edge/TileOutline.h"
 #include "TavrinPlatform/PlainToolTip.h"
 
 #include <QCoreApplication>

@@ -2,7 +2,7 @@
 
 #include "TavrinPlatform/DockTile.h"
 #include "TavrinPlatform/Linux/Base/LayerShell.h"
-#include "TavrinPlatform/Linux/Tile/KeyWindow.h"
+#include "TavrinPlatform/Linux/Edge/KeyWindow.h"
 #include "TavrinPlatform/Linux/Tile/TileLabel.h"
 
 #include <QAbstractNativeEventFilter>

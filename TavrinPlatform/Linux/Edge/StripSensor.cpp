@@ -1,4 +1,4 @@
-#include "TavrinPlatform/Linux/Tile/StripSensor.h"
+#include "TavrinPlatform/Linux/Edge/StripSensor.h"
 
 #include "TavrinPlatform/Linux/Base/X11.h"
 

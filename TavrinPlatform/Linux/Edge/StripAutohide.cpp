@@ -1,4 +1,4 @@
-#include "TavrinPlatform/Linux/Tile/StripAutohide.h"
+#include "TavrinPlatform/Linux/Edge/StripAutohide.h"
 
 namespace tavrin {
 

@@ -1,4 +1,4 @@
-#include "TavrinPlatform/Linux/Tile/PressWindow.h"
+#include "TavrinPlatform/Linux/Edge/PressWindow.h"
 
 #include "TavrinPlatform/Linux/Base/X11.h"
 

@@ -1,4 +1,4 @@
-#include "TavrinPlatform/Linux/Tile/TileOutline.h"
+#include "TavrinPlatform/Linux/Edge/TileOutline.h"
 
 #include <QImage>
 

@@ -1,4 +1,4 @@
-#include "TavrinPlatform/Linux/Tile/KeyWindow.h"
+#include "TavrinPlatform/Linux/Edge/KeyWindow.h"
 
 #include <QKeyEvent>
 #include <QPainter>
