@@ -165,6 +165,19 @@ class ManagedDesk:
                               capture_output=True, check=True).stdout
         return tuple(shot)
 
+    def ring(self, centres):
+        """The tile that wears the keyboard's."""
+        def is_there(centre):
+            shot = subprocess.run(["import", "-silent", "-window", "root", "-crop",
+                                   f"{TILE}x{TILE}+{centre[0] - TILE // 2}+{centre[1] - TILE // 2}",
+                                   "-depth", "8", "rgb:-"], env=self.desk.env, capture_output=True,
+                                  check=True).stdout
+            blue = sum(shot[i] < 90 and 90 < shot[i + 1] < 160 and shot[i + 2] > 220
+                       for i in range(0, len(shot), 3))
+            return blue > 40
+        found = [number for number, centre in enumerate(centres) if is_there(centre)]
+        return found[0] if len(found) == 1 else None
+
     def sees_tile(self, number=1):
         red, green, blue = self.colour(number)
         return red > 180 and green > 140 and blue < 190 and green > blue

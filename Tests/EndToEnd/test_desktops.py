@@ -9,14 +9,13 @@ import itertools
 import json
 import pathlib
 import plistlib
-import subprocess
 import sys
 import time
 import unittest
 
 from compositors import DESKTOPS
 from layer_desk import LayerDesk
-from managed_desk import MANAGERS, NAMES, SCREEN, TILE, ManagedDesk
+from managed_desk import MANAGERS, NAMES, SCREEN, ManagedDesk
 from rig import BUILD, wait_for
 
 # Cells that cannot be "yes", and why; docs/desktops.md says more.
@@ -293,19 +292,6 @@ class Row(ManagedDesk):
         self.desk.key("Escape")
         wait_for(lambda: self.ring(centres) is None, "no ring")
         wait_for(lambda: self.focused() == terminal, "the focus to come back")
-
-    def ring(self, centres):
-        """The tile that wears the keyboard's."""
-        def is_there(centre):
-            shot = subprocess.run(["import", "-silent", "-window", "root", "-crop",
-                                   f"{TILE}x{TILE}+{centre[0] - TILE // 2}+{centre[1] - TILE // 2}",
-                                   "-depth", "8", "rgb:-"], env=self.desk.env, capture_output=True,
-                                  check=True).stdout
-            blue = sum(shot[i] < 90 and 90 < shot[i + 1] < 160 and shot[i + 2] > 220
-                       for i in range(0, len(shot), 3))
-            return blue > 40
-        found = [number for number, centre in enumerate(centres) if is_there(centre)]
-        return found[0] if len(found) == 1 else None
 
     def point(self, x, y):
         self.desk.run("xdotool", "mousemove", str(x), str(y))
