@@ -21,8 +21,12 @@ double lightness() {
 }
 
 TEST(PanelGround, FollowsItsContentsColoursWhileItIsOpen) {
-  QtPanelPopover popover({[] { return true; }, [] { return false; }, [] {}, [] {},
-                          []() -> LayerShell* { return nullptr; }, [] { return QRect(); }});
+  QtPanelPopover popover({.prefersReducedMotion = [] { return true; },
+                          .prefersDarkAppearance = [] { return false; },
+                          .resignedActive = [] {},
+                          .hasClosed = [] {},
+                          .layers = []() -> LayerShell* { return nullptr; },
+                          .strip = [] { return QRect(); }});
   const auto view = [](bool isDark) {
     auto* panel = new PanelView({.dark = isDark});
     panel->setTitle("Panel");
