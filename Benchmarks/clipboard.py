@@ -16,7 +16,7 @@ from figures import ratio, row, section, timed
 from programs import benchmarks
 from slots import Desk, memory, observe, wait_for, widget
 
-from internet import enter, start_site
+from desks.internet import enter, start_site
 from test_clipboard import items_of, start_keyring
 
 ITEMS = 200

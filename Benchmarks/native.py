@@ -14,7 +14,7 @@ import time
 from figures import ratio, section
 from slots import memory, observe
 
-from compositors import SIZE, start_sway
+from desks.compositors import SIZE, start_sway
 from rig import Desk, wait_for, widget
 
 TILE = 48

@@ -14,7 +14,7 @@ import threading
 import time
 
 sys.path.insert(0, str(pathlib.Path(__file__).parent.parent / "Tests" / "EndToEnd"))
-from calendars import CalendarServer, add, change, component  # noqa: E402
+from desks.calendars import CalendarServer, add, change, component  # noqa: E402
 from rig import Desk, wait_for, widget  # noqa: E402
 from figures import row, section, timed  # noqa: E402
 from slots import memory  # noqa: E402

@@ -5,9 +5,9 @@ import statistics
 import subprocess
 
 from figures import row, section, timed
-from access_tree import start_accessibility
+from desks.access_tree import start_accessibility
 from rig import BUILD, Desk, wait_for, widget
-from settings_window import PROGRAM, Window, end_slots
+from desks.settings_window import PROGRAM, Window, end_slots
 from slots import CLOCK, launches, memory, settings_of
 
 # X key codes of any keyboard.

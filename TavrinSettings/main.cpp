@@ -5,21 +5,13 @@
 #include "TavrinSettings/Window/SettingsApp.h"
 #include "TavrinStorage/StoragePath.h"
 
-namespace {
-
-std::filesystem::path dataFolder(const tavrin::FileManager& files,
-                                 const tavrin::MainBundle& bundle) {
-  return tavrin::StoragePath(files, bundle).resolvedDirectory();
-}
-
-} // namespace
-
 /// tavrin-settings [--edit=WIDGET]
 int main(int argc, char** argv) {
   tavrin::loadTexts();
-  const auto platform = tavrin::makePlatform(
-      argc, argv,
-      {.dataFolder = dataFolder, .identifier = std::string(tavrin::DockSlot::hostIdentifier)});
+  const auto platform =
+      tavrin::makePlatform(argc, argv,
+                           {.dataFolder = tavrin::StoragePath::directoryOf,
+                            .identifier = std::string(tavrin::DockSlot::hostIdentifier)});
   if (!platform)
     return 0;
   const auto host = tavrin::makeCommandPlatform();

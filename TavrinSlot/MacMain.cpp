@@ -3,19 +3,11 @@
 #include "TavrinSlot/SlotApp.h"
 #include "TavrinStorage/StoragePath.h"
 
-namespace {
-
-std::filesystem::path dataFolder(const tavrin::FileManager& files,
-                                 const tavrin::MainBundle& bundle) {
-  return tavrin::StoragePath(files, bundle).resolvedDirectory();
-}
-
-} // namespace
-
 /// What the program in every slot's bundle calls.
 extern "C" __attribute__((visibility("default"))) int tavrinSlotMain(int argc, char** argv) {
   tavrin::loadTexts();
-  const auto platform = tavrin::makePlatform(argc, argv, {.dataFolder = dataFolder});
+  const auto platform =
+      tavrin::makePlatform(argc, argv, {.dataFolder = tavrin::StoragePath::directoryOf});
   if (!platform)
     return 0;
   tavrin::SlotApp app(*platform);

@@ -13,17 +13,12 @@ void prepare() {
   format.dayCaption({});
 }
 
-std::filesystem::path dataFolder(const tavrin::FileManager& files,
-                                 const tavrin::MainBundle& bundle) {
-  return tavrin::StoragePath(files, bundle).resolvedDirectory();
-}
-
 } // namespace
 
 int main(int argc, char** argv) {
   tavrin::loadTexts();
-  const auto platform =
-      tavrin::makePlatform(argc, argv, {.prepare = prepare, .dataFolder = dataFolder});
+  const auto platform = tavrin::makePlatform(
+      argc, argv, {.prepare = prepare, .dataFolder = tavrin::StoragePath::directoryOf});
   if (!platform)
     return 0;
   tavrin::SlotApp app(*platform);

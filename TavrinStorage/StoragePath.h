@@ -20,6 +20,11 @@ public:
   StoragePath(const FileManager& fileManager, const MainBundle& bundle)
       : fileManager_(&fileManager), bundle_(&bundle) {}
 
+  /// What `makePlatform` asks for.
+  static std::filesystem::path directoryOf(const FileManager& files, const MainBundle& bundle) {
+    return StoragePath(files, bundle).resolvedDirectory();
+  }
+
   /// Does not touch the disk.
   std::filesystem::path resolvedDirectory() const;
   /// With `create`, makes the folder, for its owner alone, and what leads to it.

@@ -1,13 +1,12 @@
 #include "TavrinCore/Dock/DockItem.h"
 
+#include "TavrinCore/Base/Overloaded.h"
+
 #include <algorithm>
 #include <unordered_map>
 
 namespace tavrin {
 namespace {
-
-template <class... F> struct Overloaded : F... { using F::operator()...; };
-template <class... F> Overloaded(F...) -> Overloaded<F...>;
 
 std::string lastComponent(const std::string& path) {
   const auto slash = path.rfind('/');

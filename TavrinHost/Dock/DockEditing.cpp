@@ -1,5 +1,6 @@
 #include "TavrinHost/Dock/DockEditing.h"
 
+#include "TavrinCore/Base/Overloaded.h"
 #include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Dock/DockURLString.h"
 #include "TavrinHost/NamedReference.h"
@@ -9,9 +10,6 @@
 
 namespace tavrin {
 namespace {
-
-template <class... F> struct Overloaded : F... { using F::operator()...; };
-template <class... F> Overloaded(F...) -> Overloaded<F...>;
 
 std::vector<DockItem>& sectionOf(DockSnapshot& dock, DockSection section) {
   return section == DockSection::apps ? dock.apps : dock.others;

@@ -3,6 +3,7 @@
 #include "TavrinCore/Base/FieldInfo.h"
 #include "TavrinCore/Settings/SettingEdit.h"
 #include "TavrinSettings/Form/FormServices.h"
+#include "TavrinWidgetsUI/Kit/Views/Utf8.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QHBoxLayout>
@@ -40,9 +41,6 @@ public:
 
   const FieldInfo& field() const { return field_; }
   QString title() const { return worded(field_.title); }
-  static QString text(std::string_view words) {
-    return QString::fromUtf8(words.data(), static_cast<qsizetype>(words.size()));
-  }
 
 protected:
   /// What the control is made of stands side by side in it.

@@ -70,7 +70,7 @@ FormRow::FormRow(const FieldInfo& field, std::string path, const FormServices& s
 void FormRow::label() {
   if (title_ != nullptr)
     title_->setBuddy(control_->target());
-  control_->target()->setAccessibleDescription(FormControl::text(field_.help));
+  control_->target()->setAccessibleDescription(utf8(field_.help));
 }
 
 void FormRow::fill(const JSONValue& value, const JSONValue& record) {
@@ -103,7 +103,7 @@ void FormRow::show(const JSONValue& record) {
     trouble_.clear();
     fill(value, record);
   }
-  warning_ = FormControl::text(settingWarning(field_, known_, services_.system));
+  warning_ = utf8(settingWarning(field_, known_, services_.system));
   showMessage();
 }
 
@@ -124,9 +124,9 @@ bool FormRow::edit(std::vector<SettingValue> values) {
       if (each.path == path_ && shows_ == shows)
         known_ = each.value;
   } else {
-    trouble_ = withTitle(FormControl::text(refusal), field_);
+    trouble_ = withTitle(utf8(refusal), field_);
   }
-  warning_ = FormControl::text(settingWarning(field_, known_, services_.system));
+  warning_ = utf8(settingWarning(field_, known_, services_.system));
   showMessage();
   if (!refusal.empty() && !control_->isTyping() && !control_->isWide())
     fill(known_, record_);

@@ -28,8 +28,7 @@ std::vector<PanelRowAction> rowActions() {
 
 QString memberText(const JSONValue& record, std::string_view key) {
   const auto* value = record.member(key);
-  return value == nullptr || value->string() == nullptr ? QString()
-                                                        : FormControl::text(*value->string());
+  return value == nullptr || value->string() == nullptr ? QString() : utf8(*value->string());
 }
 
 /// "Add repository": the field's title of one element.
@@ -37,7 +36,7 @@ QString addTitle(const FieldInfo& field) {
   // The title's singular is English's alone.
   if (textLanguage() != "en")
     return worded("Add");
-  auto words = FormControl::text(field.title);
+  auto words = utf8(field.title);
   if (words.endsWith(QLatin1String("ies")))
     words = words.chopped(3) + QLatin1Char('y');
   else if (words.endsWith(QLatin1Char('s')))
@@ -108,7 +107,7 @@ TextListControl::TextListControl(const FieldInfo& field, const FormServices& ser
   row->setSpacing(6);
   line_->setFont(panelFont(PanelTextStyle::body));
   line_->setPlaceholderText(field.unit == "s" ? worded("such as 25m or 1h30m")
-                                              : text(allowedText(field.element())));
+                                              : utf8(allowedText(field.element())));
   line_->setAccessibleName(addTitle(field));
   row->addWidget(line_, 1);
   row->addWidget(new PanelButton(PanelButton::Kind::quiet, worded("Add"), [this] { add(); }));
@@ -120,14 +119,14 @@ TextListControl::TextListControl(const FieldInfo& field, const FormServices& ser
   connect(line_, &QLineEdit::returnPressed, this, [this] { add(); });
   list()->onOpen = [this](int index) {
     line_->setText(
-        text(settingText(this->field().element(), elements()[static_cast<std::size_t>(index)])));
+        utf8(settingText(this->field().element(), elements()[static_cast<std::size_t>(index)])));
     line_->setFocus(Qt::OtherFocusReason);
   };
 }
 
 PanelRow TextListControl::rowOf(const JSONValue& element) const {
   const auto one = field().element();
-  PanelRow row{.title = text(settingText(one, element))};
+  PanelRow row{.title = utf8(settingText(one, element))};
   if (!settingWarning(one, element, services().system).empty())
     row.trailing = worded("not there");
   return row;
@@ -151,9 +150,9 @@ bool TextListControl::add() {
     line_->clear();
     if (append(element))
       return true;
-    line_->setText(text(words));
+    line_->setText(utf8(words));
   } catch (const SettingError& error) {
-    complain(text(error.what()));
+    complain(utf8(error.what()));
   }
   return false;
 }

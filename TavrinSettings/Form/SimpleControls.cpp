@@ -119,7 +119,7 @@ void ChoiceControl::setValue(const JSONValue& value, const JSONValue& record) {
   auto choices = makeChoices_(record);
   // What is stored and known to nobody is shown as it stands.
   if (std::ranges::count(choices, value, &Choice::first) == 0)
-    choices.emplace_back(value, text(settingText(field(), value)));
+    choices.emplace_back(value, utf8(settingText(field(), value)));
   if (choices != choices_) {
     choices_ = std::move(choices);
     make();
@@ -222,7 +222,7 @@ void TextControl::setValue(const JSONValue& value, const JSONValue&) {
   const auto words = value.isNull()              ? std::string()
                      : value.string() != nullptr ? *value.string()
                                                  : settingText(field(), value);
-  const auto shown = text(words);
+  const auto shown = utf8(words);
   if (line_->text() == shown)
     return;
   const int cursor = line_->cursorPosition();
@@ -241,7 +241,7 @@ bool TextControl::take() {
                   : settingFromText(field(), words, services_.now ? services_.now() : Date{});
     isTyping_ = !send(std::move(value));
   } catch (const SettingError& error) {
-    complain(text(error.what()));
+    complain(utf8(error.what()));
   }
   return !isTyping_;
 }
@@ -263,7 +263,7 @@ LinesControl::LinesControl(const FieldInfo& field)
 
 void LinesControl::setValue(const JSONValue& value, const JSONValue&) {
   isTyping_ = false;
-  edit_->setText(text(value.string() != nullptr ? *value.string() : std::string()));
+  edit_->setText(utf8(value.string() != nullptr ? *value.string() : std::string()));
 }
 
 bool LinesControl::commit() {

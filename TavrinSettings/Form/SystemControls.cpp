@@ -15,10 +15,6 @@
 namespace tavrin {
 namespace {
 
-QString words(std::string_view text) {
-  return FormControl::text(text);
-}
-
 /// Whether every word of the question begins a word of the text, case and accents aside.
 bool matches(const std::string& text, const QString& question) {
   const auto folded = foldedWords(text);
@@ -64,7 +60,7 @@ bool isOffset(const std::string& offset, const QString& question) {
     return false;
   if (asked.size() == 2 || asked[2] == QLatin1Char(':'))
     asked.insert(1, QLatin1Char('0'));
-  return words(offset).startsWith(asked);
+  return utf8(offset).startsWith(asked);
 }
 
 std::string quoted(const JSONValue& value) {
@@ -153,10 +149,10 @@ FormControl* makeTimeZoneControl(const FieldInfo& field, const FormServices& ser
       if (!question.isEmpty() && !isOffset(offset, question) &&
           !matches(cityOf(zone) + " " + regionOf(zone) + " " + zone, question))
         continue;
-      items.push_back({.row = {.id = words(zone),
-                               .title = words(cityOf(zone)),
-                               .subtitle = words(regionOf(zone)),
-                               .trailing = words("UTC" + offset)},
+      items.push_back({.row = {.id = utf8(zone),
+                               .title = utf8(cityOf(zone)),
+                               .subtitle = utf8(regionOf(zone)),
+                               .trailing = utf8("UTC" + offset)},
                        .values = {{{}, zone, {}}}});
     }
     std::ranges::stable_sort(items, {}, [](const PickerItem& item) { return item.row.title; });
@@ -169,7 +165,7 @@ FormControl* makeTimeZoneControl(const FieldInfo& field, const FormServices& ser
                              const auto zone = quoted(value);
                              const auto offset =
                                  offsetText(zone, services.now ? services.now() : Date{});
-                             return words(offset.empty() ? zone : cityOf(zone) + "  UTC" + offset);
+                             return utf8(offset.empty() ? zone : cityOf(zone) + "  UTC" + offset);
                            });
 }
 
@@ -186,27 +182,27 @@ FormControl* makeCityControl(const FieldInfo& field, const FormServices& service
         name.toStdString(), [answer](std::vector<WeatherPlace> places, const std::string& trouble) {
           std::vector<PickerItem> items;
           for (const auto& place : places)
-            items.push_back({.row = {.id = words(place.id()),
-                                     .title = words(place.name),
-                                     .subtitle = words(place.region.value_or(""))},
+            items.push_back({.row = {.id = utf8(place.id()),
+                                     .title = utf8(place.name),
+                                     .subtitle = utf8(place.region.value_or(""))},
                              .values = {{{}, place.name, {}},
                                         {"latitude", place.latitude, {}},
                                         {"longitude", place.longitude, {}}}});
           const bool isEmpty = items.empty();
-          answer(std::move(items), !trouble.empty() ? words(trouble)
+          answer(std::move(items), !trouble.empty() ? utf8(trouble)
                                    : isEmpty        ? worded("No city by that name.")
                                                     : QString());
         });
   };
   const auto titleOf = [](const JSONValue& value, const JSONValue& record) {
     if (!value.isNull())
-      return words(quoted(value));
+      return utf8(quoted(value));
     const auto* latitude = record.member("latitude");
     const auto* longitude = record.member("longitude");
     return latitude == nullptr || longitude == nullptr
                ? QString()
-               : words(fmt::format("{:.2f}°, {:.2f}°", latitude->doubleValue().value_or(0),
-                                   longitude->doubleValue().value_or(0)));
+               : utf8(fmt::format("{:.2f}°, {:.2f}°", latitude->doubleValue().value_or(0),
+                                  longitude->doubleValue().value_or(0)));
   };
   auto* control = new PickerControl(field, worded("City"), source, titleOf);
   control->setAlso({"latitude", "longitude"});
@@ -216,7 +212,7 @@ FormControl* makeCityControl(const FieldInfo& field, const FormServices& service
 FormControl* makeSystemChoiceControl(const FieldInfo& field, const FormServices& services) {
   const auto item = [](const std::string& id, const std::string& title,
                        const std::string& subtitle = {}) {
-    return PickerItem{.row = {.id = words(id), .title = words(title), .subtitle = words(subtitle)},
+    return PickerItem{.row = {.id = utf8(id), .title = utf8(title), .subtitle = utf8(subtitle)},
                       .values = {{{}, id, {}}}};
   };
   // What was answered last names what is chosen.
@@ -259,7 +255,7 @@ FormControl* makeSystemChoiceControl(const FieldInfo& field, const FormServices&
   return new PickerControl(field, {}, source, [known](const JSONValue& value, const JSONValue&) {
     const auto id = quoted(value);
     const auto found = std::ranges::find(*known, id, &std::pair<std::string, std::string>::first);
-    return words(found == known->end() ? id : found->second);
+    return utf8(found == known->end() ? id : found->second);
   });
 }
 
@@ -268,18 +264,18 @@ FormControl* makeApplicationActionControl(const FieldInfo& field, const FormServ
     std::vector<PickerItem> items;
     if (matches(app.name + " " + app.genericName + " " + app.id, question))
       items.push_back(
-          {.row = {.id = words(app.id), .title = words(app.name)}, .values = {{{}, app.id, {}}}});
+          {.row = {.id = utf8(app.id), .title = utf8(app.name)}, .values = {{{}, app.id, {}}}});
     for (const auto& action : app.actions)
       if (matches(app.name + " " + action.name, question))
-        items.push_back({.row = {.id = words(app.id + "/" + action.id),
-                                 .title = words(action.name),
-                                 .subtitle = words(app.name)},
+        items.push_back({.row = {.id = utf8(app.id + "/" + action.id),
+                                 .title = utf8(action.name),
+                                 .subtitle = utf8(app.name)},
                          .values = {{{}, app.id + "/" + action.id, {}}}});
     return items;
   };
   return new PickerControl(
       field, worded("Application or action"), listingApplications(services, add),
-      [](const JSONValue& value, const JSONValue&) { return words(quoted(value)); });
+      [](const JSONValue& value, const JSONValue&) { return utf8(quoted(value)); });
 }
 
 PickerSource applicationsSource(const FormServices& services) {
@@ -292,7 +288,7 @@ PickerSource applicationsSource(const FormServices& services) {
     entry.bundleIdentifier = app.id;
     entry.displayName = app.name;
     items.push_back(
-        {.row = {.id = words(app.id), .title = words(app.name), .subtitle = words(app.genericName)},
+        {.row = {.id = utf8(app.id), .title = utf8(app.name), .subtitle = utf8(app.genericName)},
          .values = {{{}, encode(entry), {}}}});
     return items;
   });
@@ -342,13 +338,13 @@ void CalendarsControl::fill() {
   std::vector<PanelRow> rows;
   const bool isAll = selection_.accountIDs.empty() && selection_.calendarIDs.empty();
   for (const auto& account : accounts_) {
-    rows.push_back({.id = words("a" + account.id),
-                    .title = words(account.name),
+    rows.push_back({.id = utf8("a" + account.id),
+                    .title = utf8(account.name),
                     .isChecked = std::ranges::count(selection_.accountIDs, account.id) > 0});
     for (const auto& calendar : account.calendars)
-      rows.push_back({.id = words("c" + calendar.id),
-                      .title = words("   " + calendar.title),
-                      .dot = QColor(words(calendar.colorHex.value_or("#8E8E93"))),
+      rows.push_back({.id = utf8("c" + calendar.id),
+                      .title = utf8("   " + calendar.title),
+                      .dot = QColor(utf8(calendar.colorHex.value_or("#8E8E93"))),
                       .isChecked = !isAll && selection_.includes(calendar)});
   }
   list_->setVisible(!rows.empty());

@@ -44,7 +44,7 @@ ColourControl::ColourControl(const FieldInfo& field, const FormServices& service
   auto* row = makeRow();
   for (const auto& colour : swatchColours) {
     auto* swatch = new PanelSwatch(
-        QColor(text(colour.hex)), worded(colour.name),
+        QColor(utf8(colour.hex)), worded(colour.name),
         [this, hex = colour.hex] { send(std::string(hex)); }, this);
     swatch->setSide(24);
     swatches_.push_back(swatch);
@@ -68,7 +68,7 @@ ColourControl::ColourControl(const FieldInfo& field, const FormServices& service
 
 void ColourControl::setValue(const JSONValue& value, const JSONValue& record) {
   LineAndMoreControl::setValue(value, record);
-  const QColor colour(text(value.string() != nullptr ? *value.string() : std::string()));
+  const QColor colour(utf8(value.string() != nullptr ? *value.string() : std::string()));
   for (auto* swatch : swatches_)
     swatch->setChosen(swatch->colour() == colour);
 }
@@ -84,7 +84,7 @@ SymbolControl::~SymbolControl() {
 
 void SymbolControl::setValue(const JSONValue& value, const JSONValue&) {
   value_ = value;
-  const auto name = text(value.string() != nullptr ? *value.string() : std::string());
+  const auto name = utf8(value.string() != nullptr ? *value.string() : std::string());
   button_->setSymbol(name);
   button_->show(title(), symbolTitle(name.toStdString()));
 }
@@ -112,11 +112,11 @@ void SymbolControl::open() {
     for (const auto name : symbolNames()) {
       const auto words = symbolTitle(name);
       if (!words.contains(asked.trimmed(), Qt::CaseInsensitive) &&
-          !text(name).contains(asked.trimmed(), Qt::CaseInsensitive))
+          !utf8(name).contains(asked.trimmed(), Qt::CaseInsensitive))
         continue;
       shown->emplace_back(name);
       cells.push_back({.name = words,
-                       .symbol = text(name),
+                       .symbol = utf8(name),
                        .isChecked = value_.string() != nullptr && *value_.string() == name});
     }
     grid->setCells(std::move(cells));

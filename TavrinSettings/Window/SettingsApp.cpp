@@ -5,6 +5,7 @@
 #include "TavrinSettings/Computer/ComputerPage.h"
 #include "TavrinSettings/Dock/DockPage.h"
 #include "TavrinSettings/Window/SettingsWindow.h"
+#include "TavrinWidgetsUI/Kit/Views/Utf8.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QGuiApplication>
@@ -27,7 +28,7 @@ private:
   void tell(std::string_view line, bool isTrouble) {
     if (window == nullptr)
       return;
-    auto words = QString::fromUtf8(line.data(), static_cast<qsizetype>(line.size()));
+    auto words = utf8(line);
     if (!words.endsWith(QLatin1Char('.')))
       words += QLatin1Char('.');
     // After what is said of the step that it belongs to.

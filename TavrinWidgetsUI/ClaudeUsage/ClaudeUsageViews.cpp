@@ -2,6 +2,7 @@
 
 #include "TavrinCore/Kinds/ClaudeUsage/ClaudeUsageSettings.h"
 #include "TavrinWidgetsUI/Kit/Views/Gauges.h"
+#include "TavrinWidgetsUI/Kit/Views/Utf8.h"
 #include "TavrinWidgetsUI/Kit/Views/WideTileWords.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
@@ -116,7 +117,7 @@ QColor claudeUsageLevelTint(double fraction) {
 
 QString scopeTitle(ClaudeUsageScope scope) {
   const auto words = title(scope);
-  return QString::fromUtf8(words.data(), static_cast<qsizetype>(words.size()));
+  return utf8(words);
 }
 
 QString messagesText(std::int64_t messages) {

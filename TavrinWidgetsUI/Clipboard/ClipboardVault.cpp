@@ -119,6 +119,7 @@ ClipboardVault::Outcome ClipboardVault::save(const ClipboardList& list,
 }
 
 void ClipboardVault::forget() {
+  // Also where others keep the lock: what is to be forgotten goes.
   const DocumentLock lock(url_);
   std::error_code ignored;
   std::filesystem::remove(url_, ignored);

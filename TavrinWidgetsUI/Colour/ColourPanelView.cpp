@@ -7,6 +7,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelGrid.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelToolTip.h"
+#include "TavrinWidgetsUI/Kit/Views/Utf8.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewWidget.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
@@ -24,7 +25,7 @@ constexpr double cardHeight = 76;
 
 QString formatTitle(ColourFormat format) {
   const auto name = title(format);
-  return QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()));
+  return utf8(name);
 }
 
 } // namespace

@@ -1,7 +1,7 @@
 #include "TavrinWidgetsUI/Colour/ColourViews.h"
-#include "TavrinWidgetsUI/Kit/Words.h"
-
 #include "TavrinCore/Kinds/Colour/ColourPickerSettings.h"
+#include "TavrinWidgetsUI/Kit/Views/Utf8.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <algorithm>
 
@@ -91,10 +91,7 @@ AnyView colourWideTile(const ColourHistory& history, const ColourPickerSettings&
     content.widestFigure = content.figure;
     // What a copy is written in; its own words would be cut.
     const auto notation = title(settings.format);
-    content.caption =
-        settings.format == ColourFormat::hex
-            ? worded("Picked last")
-            : QString::fromUtf8(notation.data(), static_cast<qsizetype>(notation.size()));
+    content.caption = settings.format == ColourFormat::hex ? worded("Picked last") : utf8(notation);
     content.value = colourText(newest, settings.format);
   }
   content.actions.push_back({{"pick", pick}, "eyedropper", worded("Pick a colour"), true});

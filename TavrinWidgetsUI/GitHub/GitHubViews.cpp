@@ -1,6 +1,7 @@
 #include "TavrinWidgetsUI/GitHub/GitHubViews.h"
 
 #include "TavrinCore/Kinds/GitHub/GitHubSettings.h"
+#include "TavrinWidgetsUI/Kit/Views/Utf8.h"
 #include "TavrinWidgetsUI/Kit/Views/WideTileWords.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
@@ -21,10 +22,6 @@ constexpr double gapRatio = 0.2;
 constexpr int tileWeeks = 7;
 /// Below this side of the body, captions are single words.
 constexpr double shortestForWords = 66;
-
-QString words(std::string_view text) {
-  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
 
 void drawGrid(QPainter& painter, const QRectF& rect, const ContributionGrid& grid) {
   if (grid.columns.empty())
@@ -191,8 +188,8 @@ QString itemText(const GitHubItem& item) {
                  : item.isIssue ? worded("Issue")
                                 : worded("Pull request");
   if (item.checks != GitHubChecks::none)
-    kind = item.isDraft ? kind + ", " + words(title(item.checks)).toLower()
-                        : words(title(item.checks));
+    kind =
+        item.isDraft ? kind + ", " + utf8(title(item.checks)).toLower() : utf8(title(item.checks));
   return kind + QStringLiteral(" · %1 #%2")
                     .arg(QString::fromStdString(item.repository))
                     .arg(static_cast<qlonglong>(item.number));

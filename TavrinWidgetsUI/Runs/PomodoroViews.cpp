@@ -1,6 +1,7 @@
 #include "TavrinWidgetsUI/Runs/PomodoroViews.h"
 
 #include "TavrinCore/Kinds/Runs/PomodoroSettings.h"
+#include "TavrinWidgetsUI/Kit/Views/Utf8.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 #include "TavrinWidgetsUI/Runs/RunViews.h"
 
@@ -8,10 +9,6 @@
 
 namespace tavrin {
 namespace {
-
-QString latin(std::string_view text) {
-  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
 
 QString timeText(const PomodoroRun& run, const PomodoroSettings& settings, Date now) {
   return QString::fromStdString(PomodoroRun::format(run.displayedSeconds(now, settings)));
@@ -92,12 +89,12 @@ AnyView pomodoroTileIcon(const PomodoroRun& run, const PomodoroSettings& setting
   content.widestFigure = widestClockText(time);
   // "Long Break" has no room on a small tile; all circles being filled say the same.
   const bool isShort = run.phase == PomodoroPhase::longBreak && size.side < 80;
-  content.caption = latin(title(isShort ? PomodoroPhase::shortBreak : run.phase));
+  content.caption = utf8(title(isShort ? PomodoroPhase::shortBreak : run.phase));
   content.mark = PomodoroDots::of(run, settings)
                      .view(tint, dotSize, size.body() * 0.56, QColor(0x4A, 0x4A, 0x50));
   content.markRatio = 0.08;
   content.isMarkBelow = true;
-  content.label = latin(title(run.phase));
+  content.label = utf8(title(run.phase));
   content.value = spoken(run, time);
   return tile(content, size);
 }
@@ -105,7 +102,7 @@ AnyView pomodoroTileIcon(const PomodoroRun& run, const PomodoroSettings& setting
 AnyView pomodoroWideTile(const PomodoroRun& run, const PomodoroSettings& settings, Date now,
                          const TileSize& size, const PomodoroActions& actions) {
   const QString time = timeText(run, settings, now);
-  const QString phase = latin(title(run.phase));
+  const QString phase = utf8(title(run.phase));
   QString caption = phase;
   if (run.phase == PomodoroPhase::focus)
     caption += QStringLiteral(" %1/%2").arg(run.displayedCycle(settings)).arg(settings.cycles());

@@ -2,6 +2,7 @@
 
 #include "TavrinCore/Kinds/System/TimeProgressSettings.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Views/Utf8.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewWidget.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 #include "TavrinWidgetsUI/System/SystemWidgetModel.h"
@@ -16,7 +17,7 @@ constexpr double rowHeight = 28;
 
 QString nameOf(TimeProgressScope scope) {
   const auto name = title(scope);
-  return QString::fromUtf8(name.data(), qsizetype(name.size()));
+  return utf8(name);
 }
 
 /// Name, bar and what is left of one period.

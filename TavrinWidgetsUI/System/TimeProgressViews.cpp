@@ -1,7 +1,7 @@
 #include "TavrinWidgetsUI/System/TimeProgressViews.h"
-#include "TavrinWidgetsUI/Kit/Words.h"
-
 #include "TavrinCore/Kinds/System/TimeProgressSettings.h"
+#include "TavrinWidgetsUI/Kit/Views/Utf8.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <cmath>
 #include <fmt/format.h>
@@ -31,7 +31,7 @@ std::string durationText(double seconds) {
 
 QString scopeTitle(const TimeProgressReading& reading) {
   const auto name = title(reading.scope);
-  return QString::fromUtf8(name.data(), qsizetype(name.size()));
+  return utf8(name);
 }
 
 QString percentText(const TimeProgressReading& reading) {

@@ -12,7 +12,7 @@ import time
 
 import dbus
 
-from calendars import add, component
+from desks.calendars import add, component
 from clock import ZONES
 from ledger import kind_of
 from rig import BUILD

@@ -15,7 +15,7 @@ import time
 import dbus
 import dbus.lowlevel
 
-from calendars import CalendarServer
+from desks.calendars import CalendarServer
 from clock import SimulatedClock
 from rig import BUILD, BUNDLES, Desk, wait_for
 from test_clipboard import start_keyring

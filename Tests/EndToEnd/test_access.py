@@ -2,8 +2,8 @@
 
 import unittest
 
-from access_tree import AccessTree, start_accessibility
-from panel_probe import KINDS, SLOT, place, start, stop
+from desks.access_tree import AccessTree, start_accessibility
+from desks.panel_probe import KINDS, SLOT, place, start, stop
 from rig import Desk, wait_for
 
 # What one acts on, and must have a name.

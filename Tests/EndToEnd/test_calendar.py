@@ -6,7 +6,7 @@ import time
 import unittest
 import zoneinfo
 
-from calendars import CalendarServer, add, change, component, remove
+from desks.calendars import CalendarServer, add, change, component, remove
 from rig import DeskTest, wait_for, widget
 
 ENVIRONMENT = {"QT_QPA_PLATFORM": "offscreen", "TAVRIN_SURFACE": "picture"}

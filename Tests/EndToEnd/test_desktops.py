@@ -13,9 +13,9 @@ import sys
 import time
 import unittest
 
-from compositors import DESKTOPS
-from layer_desk import LayerDesk
-from managed_desk import MANAGERS, NAMES, SCREEN, ManagedDesk
+from desks.compositors import DESKTOPS
+from desks.layer_desk import LayerDesk
+from desks.managed_desk import MANAGERS, NAMES, SCREEN, ManagedDesk
 from rig import BUILD, wait_for
 
 # Cells that cannot be "yes", and why; docs/desktops.md says more.

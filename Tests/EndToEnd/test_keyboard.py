@@ -4,7 +4,7 @@ import json
 import subprocess
 import unittest
 
-from access_tree import AccessTree, start_accessibility
+from desks.access_tree import AccessTree, start_accessibility
 from rig import Desk, DeskTest, wait_for, widget
 
 WIDGETS = [

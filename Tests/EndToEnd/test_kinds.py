@@ -14,7 +14,7 @@ import threading
 import time
 import unittest
 
-from access_tree import AccessTree, start_accessibility
+from desks.access_tree import AccessTree, start_accessibility
 from rig import BUILD, BUNDLES, Desk, wait_for
 
 SUPPORT = pathlib.Path(__file__).resolve().parent.parent / "Support"

@@ -11,9 +11,9 @@ import sys
 import time
 import unittest
 
-from access_tree import start_accessibility
-from managed_desk import MANAGERS
-from panel_probe import KINDS, LISTS, SLOT, Boxes, Server, Session, place, start, stop
+from desks.access_tree import start_accessibility
+from desks.managed_desk import MANAGERS
+from desks.panel_probe import KINDS, LISTS, SLOT, Boxes, Server, Session, place, start, stop
 from rig import PATIENCE, Desk, wait_for
 
 

@@ -6,8 +6,8 @@ import sys
 import time
 import unittest
 
-from access_tree import AccessTree, start_accessibility
-from internet import COLOUR, Site, enter, start_site
+from desks.access_tree import AccessTree, start_accessibility
+from desks.internet import COLOUR, Site, enter, start_site
 from rig import Desk, DeskTest, wait_for, widget
 from test_clipboard import items_of, start_keyring
 

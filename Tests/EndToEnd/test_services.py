@@ -5,7 +5,7 @@ import unittest
 
 import dbus
 
-from calendars import CalendarServer
+from desks.calendars import CalendarServer
 from rig import DeskTest, wait_for, widget
 
 

@@ -7,9 +7,9 @@ import threading
 import time
 import unittest
 
-from access_tree import start_accessibility
+from desks.access_tree import start_accessibility
 from rig import BUILD, Desk, wait_for, widget
-from settings_window import COMMAND, PROGRAM, SettingsTest, Window, stored, strip
+from desks.settings_window import COMMAND, PROGRAM, SettingsTest, Window, stored, strip
 
 
 class LiveStrip(SettingsTest):

@@ -5,9 +5,9 @@ import json
 import time
 import unittest
 
-from access_tree import start_accessibility
+from desks.access_tree import start_accessibility
 from rig import BUILD, Desk, DeskTest, wait_for
-from settings_window import COMMAND, Window, end_slots, stored
+from desks.settings_window import COMMAND, Window, end_slots, stored
 
 # What a line of text takes, by the setting's key; the value stored need not be the words.
 WORDS = {"presets": "7m", "tintHex": "#102030", "colorHex": "#102030", "text": "Milk",

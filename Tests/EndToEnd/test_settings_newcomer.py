@@ -5,7 +5,7 @@ alone, and by the accessibility tree alone."""
 import unittest
 
 from rig import wait_for
-from settings_window import SettingsTest, stored
+from desks.settings_window import SettingsTest, stored
 
 
 class Newcomer(SettingsTest):

@@ -5,7 +5,7 @@ import json
 import shutil
 import unittest
 
-from compositors import start_sway
+from desks.compositors import start_sway
 from rig import BUILD, Desk, wait_for, widget
 
 TAVRIN = str(BUILD / "bin" / "tavrin")

@@ -3,7 +3,7 @@
 import subprocess
 import unittest
 
-from managed_desk import ManagedDesk, MANAGERS
+from desks.managed_desk import ManagedDesk, MANAGERS
 from rig import BUILD, wait_for, widget
 
 COMMAND = BUILD / "bin" / "tavrin"

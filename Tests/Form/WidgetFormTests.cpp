@@ -92,7 +92,7 @@ TEST(WidgetForm, EveryVisibleFieldOfEveryKindHasAControlOfItsName) {
     for (const auto& field : describeSettings(rig.widget.kind)) {
       if (field.isHidden || isCoveredByAnother(field))
         continue;
-      const auto name = FormControl::text(field.title);
+      const auto name = utf8(field.title);
       const auto controls = rig.form.findChildren<QWidget*>();
       const bool isThere = std::ranges::any_of(controls, [&](QWidget* control) {
         auto* accessible = QAccessible::queryAccessibleInterface(control);

@@ -227,6 +227,7 @@ std::vector<Tile> calendarTiles() {
   return tiles;
 }
 
+/// One entry a tile.
 std::vector<Tile> serviceTiles() {
   std::vector<Tile> tiles;
   const auto gitHub = [&](GitHubReading reading, const char* words, std::vector<int> spans) {

@@ -29,6 +29,7 @@ AnyView dial(const TileSize& size) {
 
 } // namespace
 
+/// One entry a picture.
 GallerySheet kitGallery() {
   GallerySheet sheet;
   const auto add = [&](const char* name, std::function<AnyView(const TileSize&)> view,

@@ -39,6 +39,7 @@ struct Service {
   Kinds kinds;
 };
 
+/// A table, in a function for its texts.
 const std::vector<Service>& services() {
   static const std::vector<Service> all{
       {"notifications",

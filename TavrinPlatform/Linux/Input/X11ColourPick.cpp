@@ -24,6 +24,9 @@ constexpr int distance = 28;
 /// The cross of the cursor font.
 constexpr std::uint16_t crosshair = 34;
 
+/// Milliseconds until a window has painted what was uncovered.
+constexpr int uncoveringTime = 100;
+
 constexpr std::uint32_t escapeKey = 0xFF1B;
 constexpr std::uint32_t returnKey = 0xFF0D;
 constexpr std::uint32_t enterKey = 0xFF8D;
@@ -228,6 +231,8 @@ void X11ColourPick::follow(QPoint pointer) {
   const QRect room(0, 0, static_cast<int>(screen_->width_in_pixels / scale),
                    static_cast<int>(screen_->height_in_pixels / scale));
   const QPoint place = (QPointF(pointer) / scale).toPoint();
+  if (lens.isVisible() && lens.geometry().contains(place))
+    uncovering_.start();
   const auto beside = [](int at, int length, int end) {
     return at + distance + length <= end ? at + distance : at - distance - length;
   };
@@ -260,6 +265,15 @@ QImage X11ColourPick::around(QPoint pixel, int reach) const {
 }
 
 void X11ColourPick::take(QPoint pixel) {
+  // What the lens lay over a moment ago is painted again by whose it is.
+  if (uncovering_.isValid() && !uncovering_.hasExpired(uncoveringTime)) {
+    QTimer::singleShot(uncoveringTime, this, [this, pixel] {
+      uncovering_.invalidate();
+      if (done_)
+        take(pixel);
+    });
+    return;
+  }
   const QColor colour = around(pixel, 0).pixelColor(0, 0);
   finish(screen_->root_depth < 24
              ? ColourSample{Outcome::unavailable, 0, 0, 0}

@@ -3,6 +3,7 @@
 #include "TavrinPlatform/ColourSampler.h"
 #include "TavrinPlatform/Linux/Pasteboard/SelectionConnection.h"
 
+#include <QElapsedTimer>
 #include <QImage>
 #include <QObject>
 #include <QPoint>
@@ -47,6 +48,8 @@ private:
   std::unique_ptr<QWidget> magnifier_;
   ReplyPtr<xcb_get_keyboard_mapping_reply_t> keys_;
   QPoint pointer_;
+  /// Since the lens last lay where the pointer came.
+  QElapsedTimer uncovering_;
 };
 
 } // namespace tavrin

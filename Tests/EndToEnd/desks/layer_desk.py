@@ -4,8 +4,8 @@ told to others."""
 import plistlib
 import subprocess
 
-from compositors import DESKTOPS, SIZE
-from managed_desk import NAMES, PITCH, TILE, ManagedDesk
+from desks.compositors import DESKTOPS, SIZE
+from desks.managed_desk import NAMES, PITCH, TILE, ManagedDesk
 from rig import BUILD, wait_for
 
 COLOURS = {"white": (255, 255, 255), "red": (255, 0, 0)}

@@ -7,7 +7,7 @@ import pathlib
 import signal
 import subprocess
 
-from access_tree import AccessTree, start_accessibility
+from desks.access_tree import AccessTree, start_accessibility
 from rig import BUILD, PATIENCE, Desk, DeskTest, wait_for
 
 PROGRAM = BUILD / "bin" / "tavrin-settings"
@@ -170,7 +170,7 @@ class SettingsTest(DeskTest):
     def started_by_the_entry(self):
         """What a click in the menus does."""
         self.install_service()
-        template = pathlib.Path(__file__).parents[2] / "Packaging/dev.quellby.Tavrin.desktop.in"
+        template = pathlib.Path(__file__).parents[3] / "Packaging/dev.quellby.Tavrin.desktop.in"
         self.entry = self.desk.home / "share" / "applications" / "dev.quellby.Tavrin.desktop"
         self.entry.parent.mkdir(parents=True, exist_ok=True)
         self.entry.write_text(template.read_text().replace(
