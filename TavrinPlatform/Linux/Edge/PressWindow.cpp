@@ -49,13 +49,12 @@ void PressWindow::make(const QRect& whole) {
   xcb_create_colormap(x, XCB_COLORMAP_ALLOC_NONE, colours_, x11::root(), visual);
   window_ = xcb_generate_id(x);
   const std::array<std::uint32_t, 5> values{0, 0, 1, XCB_EVENT_MASK_BUTTON_PRESS, colours_};
-  xcb_create_window(x, withAlpha, window_, x11::root(), 0, 0,
-                    static_cast<std::uint16_t>(whole.width()),
-                    static_cast<std::uint16_t>(whole.height()), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
-                    visual,
-                    XCB_CW_BACK_PIXEL | XCB_CW_BORDER_PIXEL | XCB_CW_OVERRIDE_REDIRECT |
-                        XCB_CW_EVENT_MASK | XCB_CW_COLORMAP,
-                    values.data());
+  xcb_create_window(
+      x, withAlpha, window_, x11::root(), 0, 0, static_cast<std::uint16_t>(whole.width()),
+      static_cast<std::uint16_t>(whole.height()), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, visual,
+      XCB_CW_BACK_PIXEL | XCB_CW_BORDER_PIXEL | XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK |
+          XCB_CW_COLORMAP,
+      values.data());
 }
 
 PressWindow::~PressWindow() {

@@ -78,12 +78,12 @@ void StripAutohide::heard(const std::string& sender, bool isHeld) {
     others_.erase(sender);
   } else if (!others_.contains(sender)) {
     // Also one that ends without a word has no reason left. Later: the watch cannot end itself.
-    others_[sender] = bus_->match(
-        "type='signal',sender='org.freedesktop.DBus',member='NameOwnerChanged',arg0='" + sender +
-            "',arg2=''",
-        [this, sender](sd_bus_message*) {
-          QTimer::singleShot(0, &hides_, [this, sender] { heard(sender, false); });
-        });
+    others_[sender] =
+        bus_->match("type='signal',sender='org.freedesktop.DBus',member='NameOwnerChanged',arg0='" +
+                        sender + "',arg2=''",
+                    [this, sender](sd_bus_message*) {
+                      QTimer::singleShot(0, &hides_, [this, sender] { heard(sender, false); });
+                    });
   }
   update();
 }

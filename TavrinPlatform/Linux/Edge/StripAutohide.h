@@ -13,7 +13,14 @@ namespace tavrin {
 class StripAutohide {
 public:
   /// What keeps the strip there. An attention keeps the one tile alone.
-  enum Reason : unsigned { edge = 1, pointer = 2, drag = 4, panel = 8, keyboard = 16, attention = 32 };
+  enum Reason : unsigned {
+    edge = 1,
+    pointer = 2,
+    drag = 4,
+    panel = 8,
+    keyboard = 16,
+    attention = 32
+  };
 
   /// `bus` may be null, else it outlives this. `changed` is told when `isHidden` has changed.
   StripAutohide(Bus* bus, std::function<void()> changed);

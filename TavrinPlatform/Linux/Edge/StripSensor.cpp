@@ -19,7 +19,8 @@ constexpr std::uint32_t dragVersion = 5;
 StripSensor::StripSensor(std::function<void()> touched) : touched_(std::move(touched)) {}
 
 StripSensor::~StripSensor() {
-  if (auto* application = QCoreApplication::instance(); application != nullptr && window_ != XCB_NONE)
+  if (auto* application = QCoreApplication::instance();
+      application != nullptr && window_ != XCB_NONE)
     application->removeNativeEventFilter(this);
 }
 

@@ -6,8 +6,7 @@ namespace tavrin {
 
 DockPreferencesWatch::DockPreferencesWatch(const std::filesystem::path& home,
                                            std::function<void()> changed)
-    : home_(home), file_(dockPreferencesFile(home)), changed_(std::move(changed)),
-      stamp_(stamp()) {
+    : home_(home), file_(dockPreferencesFile(home)), changed_(std::move(changed)), stamp_(stamp()) {
   QObject::connect(&watcher_, &QFileSystemWatcher::fileChanged, [this] { look(); });
   QObject::connect(&watcher_, &QFileSystemWatcher::directoryChanged, [this] { look(); });
   follow();

@@ -159,8 +159,8 @@ void StripRoom::reserve(xcb_window_t window, const QRect& tile, const QScreen& s
     return;
   Strut strut;
   if (!tile.isEmpty())
-    strut = strutOfTile(rootPixels(tile, screen), edge, pixels(screen),
-                        x11::frame(x11::root()).size());
+    strut =
+        strutOfTile(rootPixels(tile, screen), edge, pixels(screen), x11::frame(x11::root()).size());
   reserved_ = edge;
   if (strut == strut_)
     return;

@@ -55,8 +55,7 @@ StripSurface::StripSurface(Environment environment)
         stacking_.again();
       }),
       stacking_([this] { return standing(); }, [this] { managerChanged(); }),
-      sensor_([this] { autohide_.touch(); }),
-      autohide_(environment_.bus, [this] { comeOrGo(); }) {
+      sensor_([this] { autohide_.touch(); }), autohide_(environment_.bus, [this] { comeOrGo(); }) {
   window_.onMake = [this](bool isUnmanaged) { stacking_.begin(isUnmanaged); };
   window_.onClick = [this](QPointF place) {
     if (isAway_) {
@@ -177,9 +176,8 @@ void StripSurface::managerChanged() {
 
 QRectF StripSurface::available(const QScreen& screen, StripEdge edge) {
   QRectF room = room_.available(screen, edge);
-  const bool hasBar =
-      doesReserve_ && !autohide_.isWanted() && arrangement_ == StripArrangement::bar &&
-      edge == StripEdge::bottom;
+  const bool hasBar = doesReserve_ && !autohide_.isWanted() &&
+                      arrangement_ == StripArrangement::bar && edge == StripEdge::bottom;
   QRect bar;
   if (hasBar) {
     const double size = StripLayout::make(room, environment_.preferences(), place_).tileSize;

@@ -2,10 +2,10 @@
 
 #include "TavrinPlatform/Linux/Base/SurfaceChoice.h"
 #include "TavrinPlatform/Linux/Edge/StripAutohide.h"
+#include "TavrinPlatform/Linux/Edge/StripSensor.h"
 #include "TavrinPlatform/Linux/Tile/StripBar.h"
 #include "TavrinPlatform/Linux/Tile/StripLayout.h"
 #include "TavrinPlatform/Linux/Tile/StripRoom.h"
-#include "TavrinPlatform/Linux/Edge/StripSensor.h"
 #include "TavrinPlatform/Linux/Tile/StripStacking.h"
 #include "TavrinPlatform/Linux/Tile/StripWindow.h"
 #include "TavrinPlatform/Qt/TileSurface.h"

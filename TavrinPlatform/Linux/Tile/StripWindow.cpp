@@ -2,9 +2,9 @@
 
 #include "TavrinCore/Base/FileURL.h"
 #include "TavrinPlatform/Linux/Base/X11.h"
+#include "TavrinPlatform/Linux/Edge/TileOutline.h"
 #include "TavrinPlatform/Linux/Tile/TileAccessibility.h"
 #include "TavrinPlatform/Linux/Tile/TileMarks.h"
-#include "TavrinPlatform/Linux/Edge/TileOutline.h"
 #include "TavrinPlatform/PlainToolTip.h"
 
 #include <QCoreApplication>

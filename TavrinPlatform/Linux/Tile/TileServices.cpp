@@ -174,8 +174,8 @@ std::unique_ptr<TileSurface> TileServices::makeStrip() {
         tile_->onMenu();
     };
   }
-  preferences_ = std::make_unique<DockPreferencesWatch>(
-      environment_.files.homeFolder(), [this] { strip_->preferencesChanged(); });
+  preferences_ = std::make_unique<DockPreferencesWatch>(environment_.files.homeFolder(),
+                                                        [this] { strip_->preferencesChanged(); });
   return strip;
 }
 

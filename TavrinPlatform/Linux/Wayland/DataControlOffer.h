@@ -1,7 +1,7 @@
 #pragma once
 
-#include "TavrinPlatform/Linux/Wayland/WaylandConnection.h"
 #include "TavrinPlatform/Files/Descriptor.h"
+#include "TavrinPlatform/Linux/Wayland/WaylandConnection.h"
 #include "TavrinPlatform/Pasteboard.h"
 
 #include <chrono>

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "TavrinPlatform/Files/Descriptor.h"
 #include "TavrinPlatform/Linux/Pasteboard/CapturePlan.h"
 #include "TavrinPlatform/Linux/Wayland/Proxies.h"
-#include "TavrinPlatform/Files/Descriptor.h"
 
 #include <chrono>
 #include <deque>
