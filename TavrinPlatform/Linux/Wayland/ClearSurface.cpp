@@ -7,19 +7,19 @@
 
 namespace tavrin {
 
-ClearSurface::ClearSurface(WaylandConnection& connection, wl_output* output, const Shape& shape) {
+ClearSurface::ClearSurface(WaylandConnection& connection, wl_output* output, const Shape& shape)
+    : spared_(shape.spared) {
   const auto& registry = connection.registry();
-  const ProxyPtr<wl_compositor> compositor(
-      registry.bind<wl_compositor>(wl_compositor_interface, 4));
+  compositor_.reset(registry.bind<wl_compositor>(wl_compositor_interface, 4));
   const ProxyPtr<zwlr_layer_shell_v1> shell(
       registry.bind<zwlr_layer_shell_v1>(zwlr_layer_shell_v1_interface, 3));
   memory_.reset(registry.bind<wl_shm>(wl_shm_interface, 1));
   viewporter_.reset(registry.bind<wp_viewporter>(wp_viewporter_interface, 1));
-  if (!compositor || !shell || !memory_) {
+  if (!compositor_ || !shell || !memory_) {
     isClosed_ = true;
     return;
   }
-  surface_.reset(wl_compositor_create_surface(compositor.get()));
+  surface_.reset(wl_compositor_create_surface(compositor_.get()));
   if (viewporter_)
     viewport_.reset(wp_viewporter_get_viewport(viewporter_.get(), surface_.get()));
   layer_.reset(zwlr_layer_shell_v1_get_layer_surface(shell.get(), surface_.get(), output,
@@ -37,14 +37,23 @@ ClearSurface::ClearSurface(WaylandConnection& connection, wl_output* output, con
   zwlr_layer_surface_v1_set_size(layer_.get(), shape.width, shape.height);
   zwlr_layer_surface_v1_set_anchor(layer_.get(), shape.anchor);
   zwlr_layer_surface_v1_set_exclusive_zone(layer_.get(), shape.exclusiveZone);
-  const ProxyPtr<wl_region> region(wl_compositor_create_region(compositor.get()));
+  setInput(shape.hearsPresses);
+}
+
+void ClearSurface::setInput(bool hearsPresses) {
+  const ProxyPtr<wl_region> region(wl_compositor_create_region(compositor_.get()));
   constexpr int far = 1 << 20;
-  if (shape.hearsPresses)
+  if (hearsPresses)
     wl_region_add(region.get(), 0, 0, far, far);
-  for (const QRect& part : shape.spared)
+  for (const QRect& part : spared_)
     wl_region_subtract(region.get(), part.x(), part.y(), part.width(), part.height());
   wl_surface_set_input_region(surface_.get(), region.get());
   wl_surface_commit(surface_.get());
+}
+
+void ClearSurface::setOpen(bool isOpen) {
+  if (!isClosed_)
+    setInput(!isOpen);
 }
 
 ClearSurface::~ClearSurface() {

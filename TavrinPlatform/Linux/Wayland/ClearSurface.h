@@ -25,6 +25,8 @@ public:
   ClearSurface(WaylandConnection& connection, wl_output* output, const Shape& shape);
   ~ClearSurface();
 
+  /// Lets the pointer and what is dragged through to what lies under it, or hears presses again.
+  void setOpen(bool isOpen);
   wl_surface* surface() const { return surface_.get(); }
   /// The number of the layer's object on its connection; 0 without one.
   std::uint32_t layerNumber() const;
@@ -34,7 +36,10 @@ public:
 
 private:
   void configured(std::uint32_t width, std::uint32_t height);
+  void setInput(bool hearsPresses);
 
+  const std::vector<QRect> spared_;
+  ProxyPtr<wl_compositor> compositor_;
   ProxyPtr<wl_shm> memory_;
   ProxyPtr<wp_viewporter> viewporter_;
   ProxyPtr<wl_surface> surface_;

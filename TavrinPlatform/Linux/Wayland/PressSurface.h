@@ -10,7 +10,8 @@
 namespace tavrin {
 
 /// A clear surface over each output, on a connection of its own, that hears of the next press of a
-/// button on whatever lies under it. The press goes no further.
+/// button on whatever lies under it. The press goes no further. What this process drags passes
+/// through to what lies under it.
 class PressSurface {
 public:
   /// `spared` are parts of outputs by their names, in their points, whose presses are left to
@@ -21,7 +22,9 @@ public:
 
 private:
   void listen();
+  void listenToDrags();
   void read();
+  void letDragThrough();
 
   std::function<void()> pressed_;
   WaylandConnection connection_;
@@ -30,7 +33,10 @@ private:
   ProxyPtr<wl_seat> seat_;
   ProxyPtr<wl_pointer> pointer_;
   std::unique_ptr<QSocketNotifier> notifier_;
+  ProxyPtr<wl_data_device> drags_;
+  ProxyPtr<wl_data_offer> offer_;
   bool isPressed_ = false;
+  bool isDragged_ = false;
 };
 
 } // namespace tavrin

@@ -208,7 +208,8 @@ bool QtLayerShell::eventFilter(QObject* watched, QEvent* event) {
       withdraw(*window);
     return false;
   }
-  const bool isPopup = window->type() == Qt::Popup || window->type() == Qt::ToolTip;
+  const bool isPopup = (window->type() == Qt::Popup || window->type() == Qt::ToolTip) &&
+                       !toolkit::isDragPicture(*window);
   // Those of ordinary windows, whose places nobody knows, are the toolkit's to place.
   auto* parent = window->transientParent();
   if (!isPopup || (parent != nullptr && !layers_.contains(parent)))

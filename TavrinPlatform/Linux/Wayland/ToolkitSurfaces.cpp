@@ -1,8 +1,10 @@
 #include "TavrinPlatform/Linux/Wayland/ToolkitSurfaces.h"
 
+#include <QDrag>
 #include <QGuiApplication>
 #include <QScreen>
 #include <QWindow>
+#include <private/qdnd_p.h>
 #include <qpa/qplatformnativeinterface.h>
 
 namespace tavrin::toolkit {
@@ -22,6 +24,14 @@ wl_surface* surface(QWindow& window) {
 wl_output* output(QScreen& screen) {
   return static_cast<wl_output*>(
       QGuiApplication::platformNativeInterface()->nativeResourceForScreen("output", &screen));
+}
+
+QObject* drag() {
+  return QDragManager::self()->object();
+}
+
+bool isDragPicture(const QWindow& window) {
+  return window.inherits("QShapedPixmapWindow");
 }
 
 void leaveToOthers(QWindow& window) {

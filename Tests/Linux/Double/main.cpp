@@ -3,10 +3,14 @@
 #include "TavrinPlatform/PanelPopover.h"
 #include "TavrinPlatform/Platform.h"
 
+#include <QApplication>
 #include <QComboBox>
+#include <QDrag>
 #include <QImage>
 #include <QLineEdit>
+#include <QMimeData>
 #include <QPainter>
+#include <QTimer>
 #include <QVBoxLayout>
 #include <cmath>
 #include <cstdio>
@@ -18,7 +22,8 @@
 /// Arguments: --place=BEFORE,SPAN,ALL  --open (the panel at start)  --attention (at start; with
 /// =button at each click on the button, with =panel once the panel is open)  --no-files
 /// --lock=all|keyboard,SECONDS (holds the input at start, and tells whether the screen is locked)
-/// --choice (a drop-down in the panel)  --grid (a picture of columns one pixel wide)
+/// --parcel=FILE (in the panel, green, to be dragged)  --choice (a drop-down in the panel)  --grid
+/// (a picture of columns one pixel wide)
 /// --button (the left half of the tile is a button)  --notice=SECONDS  --observe=NAME  --tick
 namespace {
 
@@ -43,6 +48,32 @@ template <class... Values> void say(const char* format, Values... values) {
   std::fflush(stdout);
 }
 
+/// As lists in panels do, whose panels may go before a drag ends.
+class Parcel final : public QWidget {
+public:
+  explicit Parcel(const std::string& file) : address_("file://" + file + "\r\n") {}
+
+protected:
+  void mousePressEvent(QMouseEvent*) override {}
+  void mouseMoveEvent(QMouseEvent*) override {
+    if (std::exchange(isDragged_, true))
+      return;
+    QTimer::singleShot(0, qApp, [this] {
+      auto* drag = new QDrag(qApp);
+      auto* content = new QMimeData;
+      content->setData(QStringLiteral("text/uri-list"), QByteArray::fromStdString(address_));
+      drag->setMimeData(content);
+      say("dragged %d", static_cast<int>(drag->exec(Qt::CopyAction | Qt::LinkAction)));
+      isDragged_ = false;
+    });
+  }
+  void paintEvent(QPaintEvent*) override { QPainter(this).fillRect(rect(), Qt::green); }
+
+private:
+  const std::string address_;
+  bool isDragged_ = false;
+};
+
 class Double {
 public:
   explicit Double(Platform& platform) : platform_(platform), tile_(platform.dockTile()) {
@@ -58,6 +89,9 @@ public:
       if (isButton)
         attend("button");
       return isButton;
+    };
+    tile_.onHover = [this](QPointF place) {
+      return hasButton_ && place.x() < tile_.format().tileSize / 2;
     };
     auto& application = platform_.application();
     application.onReopen = [this] { toggle(); };
@@ -91,6 +125,8 @@ private:
       hasButton_ = true;
     } else if (is("--choice")) {
       hasChoice_ = true;
+    } else if (is("--parcel")) {
+      parcel_ = value;
     } else if (is("--grid")) {
       hasGrid_ = true;
     } else if (is("--open")) {
@@ -188,6 +224,11 @@ private:
         columns->setFixedSize(gridPoints, 20);
         layout->addWidget(columns);
       }
+      if (!parcel_.empty()) {
+        auto* parcel = new Parcel(parcel_);
+        parcel->setFixedSize(gridPoints, 20);
+        layout->addWidget(parcel);
+      }
       if (hasChoice_) {
         auto* choice = new QComboBox;
         choice->addItems({"one", "two", "three"});
@@ -224,6 +265,7 @@ private:
   std::optional<std::string> attention_;
   bool hasChoice_ = false;
   bool hasGrid_ = false;
+  std::string parcel_;
 };
 
 } // namespace
