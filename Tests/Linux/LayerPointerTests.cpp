@@ -61,12 +61,29 @@ TEST_F(LayerTest, ThePointerShowsWhatItIsOver) {
   const auto arrow = over(pixelWords(parcel));
   ASSERT_FALSE(arrow.empty());
   EXPECT_TRUE(eventually([&] { return over(body) == arrow; }));
+  std::vector<std::uint32_t> hand;
+  EXPECT_TRUE(eventually([&] { return (hand = over(button)) != arrow; }));
   EXPECT_TRUE(eventually([&] {
-    const auto hand = over(button);
     const auto beam = over(line);
-    return hand != arrow && beam != arrow && hand != beam;
+    return beam != arrow && beam != hand;
   }));
   EXPECT_TRUE(eventually([&] { return over(body) == arrow; }));
+}
+
+/// The one that the desk's compositor runs types what it finds in a file whenever it may.
+TEST_F(LayerTest, AnInputMethodTypesIntoAPanel) {
+  if (!qEnvironmentVariableIsSet("DESK_INPUT_METHOD"))
+    GTEST_SKIP() << "the toolkit and this compositor have no input method's protocol in common";
+  const auto file = qEnvironmentVariable("DESK").toStdString() + "/typed";
+  shell("printf 'k\u00e4\u6f22' >" + file);
+  {
+    Program tile(TILE_DOUBLE, {"--place=0,1,1"}, slot("first"));
+    ASSERT_TRUE(tile.says("visible 1"));
+    ASSERT_TRUE(isTileAt(cell(0, 1)));
+    click(cell(0, 1));
+    EXPECT_TRUE(tile.says("text k\u00e4\u6f22")) << tile.output().toStdString();
+  }
+  shell("rm " + file);
 }
 
 TEST_F(LayerTest, WhatIsDraggedOutOfAPanelReachesOtherWindows) {

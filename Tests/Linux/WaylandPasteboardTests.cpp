@@ -1,6 +1,8 @@
 #include "TavrinPlatform/Linux/Wayland/WaylandPasteboard.h"
 #include "Tests/Linux/PasteboardWatch.h"
 
+#include <iostream>
+
 /// A Wayland compositor's clipboard beside other programs, good and bad.
 namespace tavrin {
 namespace {
@@ -27,6 +29,14 @@ protected:
   }
 };
 
+/// Whether the owner of a copy was replaced before the compositor passed any request on to it, by
+/// its own record of the messages: nobody can have such a copy's words.
+bool wasNeverAsked(int copy) {
+  const std::string record = "\"$DESK/copy" + std::to_string(copy) + "\"";
+  return eventually([&] { return shell("grep -c '\\.cancelled(' " + record) != "0"; }) &&
+         shell("grep -c '\\.send(' " + record) == "0";
+}
+
 TEST_F(WaylandPasteboardTest, EveryCopyOfASeriesComesOnceAndInOrder) {
   observe();
   // At their own pace (TAVRIN_PACE=full) copies of a busy machine are gone before anybody can ask
@@ -43,9 +53,10 @@ TEST_F(WaylandPasteboardTest, EveryCopyOfASeriesComesOnceAndInOrder) {
   }
   QProcess copies;
   if (isFullPace) {
-    copies.start("/bin/bash", {"-c", QStringLiteral("for ((i = 0; i < %1; i++)); do wl-copy "
-                                                    "\"item $i\" || exit 1; done")
-                                         .arg(count)});
+    copies.start("/bin/bash",
+                 {"-c", QStringLiteral("for ((i = 0; i < %1; i++)); do WAYLAND_DEBUG=1 wl-copy "
+                                       "\"item $i\" 2>\"$DESK/copy$i\" || exit 1; done")
+                            .arg(count)});
     ASSERT_TRUE(until([&] { return copies.state() == QProcess::NotRunning; }, 300'000));
     EXPECT_EQ(copies.exitCode(), 0);
   }
@@ -54,9 +65,15 @@ TEST_F(WaylandPasteboardTest, EveryCopyOfASeriesComesOnceAndInOrder) {
       until([&] { return !captures_.empty() && words(captures_.back()) == "text/plain=last;"; }));
   ASSERT_EQ(static_cast<int>(captures_.size()), count + 1);
   EXPECT_EQ(changes_, count + 1);
-  for (int i = 0; i < count; ++i)
-    EXPECT_EQ(words(captures_[static_cast<std::size_t>(i)]),
-              "text/plain=item " + std::to_string(i) + ";");
+  int unasked = 0;
+  for (int i = 0; i < count; ++i) {
+    const auto told = words(captures_[static_cast<std::size_t>(i)]);
+    if (isFullPace && told.empty() && wasNeverAsked(i))
+      ++unasked;
+    else
+      EXPECT_EQ(told, "text/plain=item " + std::to_string(i) + ";");
+  }
+  std::cout << unasked << " of " << count << " replaced before the compositor asked their owner\n";
 }
 
 TEST_F(WaylandPasteboardTest, BadOwnersCostTheirOwnCopyOnly) {

@@ -105,7 +105,9 @@ if has kwin; then
   # A file capability, which not every machine grants, does not come with a copy.
   cp "$(command -v kwin_wayland)" "$DESK"
   points() { awk "BEGIN { print $1 / ${DESK_SCALE:-1} }"; }
-  begin env KWIN_FORCE_OWN_QPA=1 KWIN_COMPOSE=Q "$DESK/kwin_wayland" --x11-display "$DISPLAY" \
+  method=()
+  [ -z "${DESK_INPUT_METHOD:-}" ] || method=(--inputmethod "$DESK_INPUT_METHOD")
+  begin env KWIN_FORCE_OWN_QPA=1 KWIN_COMPOSE=Q KWIN_IM_SHOW_ALWAYS=1 "$DESK/kwin_wayland" "${method[@]}" --x11-display "$DISPLAY" \
     --width "$(points 1200)" --height "$(points 768)" --scale "${DESK_SCALE:-1}" --socket wayland-kwin \
     --no-lockscreen --no-global-shortcuts --no-kactivities
   await test -S "$XDG_RUNTIME_DIR/wayland-kwin"

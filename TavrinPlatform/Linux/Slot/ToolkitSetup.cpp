@@ -10,10 +10,10 @@
 namespace tavrin {
 
 ToolkitSetup::ToolkitSetup(const FileManager& files, const DesktopFacts& displays) {
+  const auto wish = files.environment("TAVRIN_SURFACE").value_or("");
+  const bool hasLayers = chooseSurface(displays, wish).arrangement == StripArrangement::layers;
   if (!files.environment("QT_QPA_PLATFORM")) {
     // The toolkit would end the process where it finds no display.
-    const auto wish = files.environment("TAVRIN_SURFACE").value_or("");
-    const bool hasLayers = chooseSurface(displays, wish).arrangement == StripArrangement::layers;
     set("QT_QPA_PLATFORM", hasLayers && displays.hasX11 ? "wayland;xcb"
                            : displays.hasX11            ? "xcb"
                            : displays.hasWayland        ? "wayland;offscreen"
@@ -25,7 +25,9 @@ ToolkitSetup::ToolkitSetup(const FileManager& files, const DesktopFacts& display
   setDefault("QT_XCB_NO_MITSHM", "1");
   // Nothing is drawn by a graphics card, whose driver is ten megabytes of each process.
   setDefault("QT_WAYLAND_CLIENT_BUFFER_INTEGRATION", "none");
-  setDefault("QT_IM_MODULE", "compose");
+  // On a compositor the toolkit asks for its input method, and composes where there is none.
+  if (!hasLayers)
+    setDefault("QT_IM_MODULE", "compose");
   if (!files.environment("QT_QPA_PLATFORMTHEME"))
     set("XDG_CURRENT_DESKTOP", "none");
 }
