@@ -51,20 +51,22 @@ TEST_F(LayerTest, ThePointerShowsWhatItIsOver) {
   QPoint parcel;
   ASSERT_TRUE(eventually([&] { return !(parcel = middleOf(Qt::green)).isNull(); }));
   const auto over = [](const std::string& place) {
-    shell("xdotool mousemove " + place + " mousemove_relative 1 1 mousemove_relative -- -1 -1");
+    shell("xdotool mousemove " + place +
+          " mousemove_relative 1 1 mousemove_relative -- -1 -1 sleep .05");
     return pointerPicture();
   };
   const std::string body = words(cell(0, 1) + QPoint(tileSize / 4, 0));
   const std::string button = words(cell(0, 1) - QPoint(tileSize / 4, 0));
-  // The line is above the parcel, and as wide as that.
-  const std::string line = pixelWords(parcel - QPoint(0, static_cast<int>(32 * scale())));
-  const auto arrow = over(pixelWords(parcel));
-  ASSERT_FALSE(arrow.empty());
-  EXPECT_TRUE(eventually([&] { return over(body) == arrow; }));
+  std::vector<std::uint32_t> arrow;
   std::vector<std::uint32_t> hand;
+  EXPECT_TRUE(eventually([&] { return (arrow = over(pixelWords(parcel))) == over(body); }));
+  ASSERT_FALSE(arrow.empty());
   EXPECT_TRUE(eventually([&] { return (hand = over(button)) != arrow; }));
+  // The line is somewhere above the parcel.
+  int rise = 0;
   EXPECT_TRUE(eventually([&] {
-    const auto beam = over(line);
+    rise = rise % 80 + 8;
+    const auto beam = over(pixelWords(parcel - QPoint(0, static_cast<int>(rise * scale()))));
     return beam != arrow && beam != hand;
   }));
   EXPECT_TRUE(eventually([&] { return over(body) == arrow; }));
