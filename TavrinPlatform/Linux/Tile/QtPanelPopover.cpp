@@ -12,7 +12,6 @@
 #include <cmath>
 
 namespace tavrin {
-
 namespace {
 
 constexpr int openingMilliseconds = 120;
@@ -187,7 +186,7 @@ void QtPanelPopover::put() {
 void QtPanelPopover::coverOthers() {
   const double scale = window_->devicePixelRatioF();
   const auto pixels = [scale](const QRect& part) {
-    return QRectF(QPointF(part.topLeft()) * scale, QSizeF(part.size()) * scale).toAlignedRect();
+    return QTransform::fromScale(scale, scale).mapRect(QRectF(part)).toAlignedRect();
   };
   elsewhere_ = std::make_unique<PressWindow>(
       std::vector{pixels(environment_.strip()), pixels(window_->shape())}, [this] { leave(); });
@@ -304,10 +303,13 @@ void QtPanelPopover::settleFocus() {
   // A busy manager may take long over a window; until then there is nothing to give the focus to.
   const bool isThere = x11::isViewable(own);
   // Whom a manager has taken to another program's window in the meantime is not fetched back.
-  const bool isElsewhere =
-      hasHadFocus_ && !replaces_ && x11::hasWindowManager() && !isFocusNobodys();
+  const bool mayLeave = hasHadFocus_ && !replaces_;
+  const bool isElsewhere = mayLeave && x11::hasWindowManager() && !isFocusNobodys();
   if (isThere && !isElsewhere && !isFocusOurs())
     x11::setFocus(own);
+  // Opened again before the server saw it go, it never lost the focus there, but did here.
+  if (isFocusOurs() && QApplication::activeWindow() == nullptr)
+    QApplication::setActiveWindow(window_.get());
   if (!isThere || --focusAsks_ > 0)
     focusSettles_.start(focusDelay);
 }
@@ -382,9 +384,8 @@ void QtPanelPopover::giveFocusBack(bool hadFocus) {
   QTimer::singleShot(focusDelay / 3, &context_, [this, wanted = previousActive_] {
     const auto active = x11::activeWindow();
     // Another panel that is active has taken this one's place.
-    if (!isShown_ && wanted != XCB_NONE && active != wanted &&
-        !isPanel(active) && QGuiApplication::focusWindow() == nullptr &&
-        x11::isViewable(wanted))
+    if (!isShown_ && wanted != XCB_NONE && active != wanted && !isPanel(active) &&
+        QGuiApplication::focusWindow() == nullptr && x11::isViewable(wanted))
       x11::requestActive(wanted);
   });
 }
