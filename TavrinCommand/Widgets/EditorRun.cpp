@@ -74,9 +74,7 @@ void removeMarks(const std::filesystem::path& form, std::initializer_list<const 
 /// server and end at once, so that these alone tell the editor's end.
 class EditorMarks {
 public:
-  explicit EditorMarks(const std::filesystem::path& form) : form_(form) {
-    forgetEditor(form);
-  }
+  explicit EditorMarks(const std::filesystem::path& form) : form_(form) { forgetEditor(form); }
   ~EditorMarks() { removeMarks(form_, {".shell", ".done"}); }
   EditorMarks(const EditorMarks&) = delete;
   EditorMarks& operator=(const EditorMarks&) = delete;

@@ -15,8 +15,8 @@ namespace tavrin {
 
 /// Tiles as the slots draw them, made from a widget's record alone: what the record says stands as
 /// it is, and what a kind reads from the computer or the network has a sample in its place. Equal
-/// records give equal tiles but for what follows the time. A widget without an identifier stands for
-/// its kind: where its lists are empty it has samples in them.
+/// records give equal tiles but for what follows the time. A widget without an identifier stands
+/// for its kind: where its lists are empty it has samples in them.
 class SampleTiles {
 public:
   explicit SampleTiles(RunLoop& runLoop) : glyphs_(runLoop) {}

@@ -91,8 +91,9 @@ bool ProfileSwitcher::isReplaced(const UUID& id) const {
   };
   const auto& profiles = store_.file().profiles;
   return std::ranges::any_of(profiles, isShown) &&
-         std::ranges::none_of(
-             profiles, [&](const Profile& profile) { return profile.id == id && isShown(profile); });
+         std::ranges::none_of(profiles, [&](const Profile& profile) {
+           return profile.id == id && isShown(profile);
+         });
 }
 
 bool ProfileSwitcher::captureCurrentDock() {

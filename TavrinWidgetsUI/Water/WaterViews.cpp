@@ -271,8 +271,8 @@ AnyView waterWideTile(const WaterReading& reading, const WaterTank& tank, const 
                            .colour(size.quietInk(groundTop))
                            .lines(2);
     // The bars go before the words.
-    below = firstFitting(
-        {hstack({below, words.figure(size.words(0))}).spacing(body * 0.12), words});
+    below =
+        firstFitting({hstack({below, words.figure(size.words(0))}).spacing(body * 0.12), words});
   }
   WideTileContent content;
   content.ground = groundTop;

@@ -264,10 +264,9 @@ AnyView conditionsTile(const WeatherSnapshot& weather, const TileSize& size) {
     add(ratio, {line(first), line(second), feels});
   }
   for (const AnyView& last : {feels, AnyView()})
-    add(0.27, {wordText(words, size.caption(), palette::figure(ground))
-                   .lines(3)
-                   .figure(size.words(0)),
-               last});
+    add(0.27,
+        {wordText(words, size.caption(), palette::figure(ground)).lines(3).figure(size.words(0)),
+         last});
   candidates.push_back(headRow(weather, size, body * 0.32, body * 0.28));
   return skyTile(weather, firstFitting(std::move(candidates)), size);
 }

@@ -205,9 +205,8 @@ TEST_F(EditorScriptTest, AnUntouchedFormThatAWindowMayShowGoesAfterAWeek) {
   EXPECT_EQ(status, 1);
   const auto state = folder / "state/tavrin";
   for (const auto& entry : std::filesystem::directory_iterator(state))
-    std::filesystem::last_write_time(entry.path(),
-                                     std::filesystem::file_time_type::clock::now() -
-                                         std::chrono::hours(8 * 24));
+    std::filesystem::last_write_time(entry.path(), std::filesystem::file_time_type::clock::now() -
+                                                       std::chrono::hours(8 * 24));
   edits({});
   EXPECT_EQ(run({"edit", "Focus"}), 0) << errors.str();
   EXPECT_TRUE(std::filesystem::is_empty(state));

@@ -97,6 +97,22 @@ class Writers(DeskTest):
             ["sh", "-c", script], env=self.desk.env, text=True, stdout=subprocess.PIPE,
             stderr=subprocess.PIPE)
 
+    def files_to_drop(self, name):
+        files = {slot: [self.desk.home / f"{name}-{slot}-{index}.txt" for index in range(DROPS)]
+                 for slot in SHELVES}
+        for file in sum(files.values(), []):
+            file.write_text("x")
+        return files
+
+    def check_slots(self, files):
+        """What the slots wrote while the commands did."""
+        for slot, identifier in zip(SHELVES, self.shelves):
+            wanted = {str(file) for file in files[slot]}
+            wait_for(lambda: wanted <= set(self.settings(identifier)["paths"]),
+                     f"all that was dropped on slot {slot}")
+        water = json.loads((self.desk.data / "water.json").read_text())
+        self.assertEqual(sum(day["millilitres"] for day in water["days"]), POURS * GLASS)
+
     def prepare(self):
         """Widgets that the commands of a round change."""
         slots = [each for each in self.widgets().values() if each.get("slot") in (*SHELVES, 3)]
@@ -113,10 +129,7 @@ class Writers(DeskTest):
     def round(self, number):
         timers = self.prepare()
         names = [timer["name"] for timer in timers]
-        files = {slot: [self.desk.home / f"{number}-{slot}-{index}.txt" for index in range(DROPS)]
-                 for slot in SHELVES}
-        for file in sum(files.values(), []):
-            file.write_text("x")
+        files = self.files_to_drop(f"{number}")
         pourer = self.start_pours(time.time() + 0.8)
         drops = [self.start_drops(slot, files[slot]) for slot in SHELVES]
         made = [self.begin("widgets", "add", "clock", f"Clock {number}-{index}", "--json")
@@ -162,12 +175,7 @@ class Writers(DeskTest):
         self.refused += 8 - len(added)
         self.assertEqual({each["name"] for each in self.profiles()},
                          {"New"} | {f"Profile {index}" for index in range(5)})
-        for slot, identifier in zip(SHELVES, self.shelves):
-            wanted = {str(file) for file in files[slot]}
-            wait_for(lambda: wanted <= set(self.settings(identifier)["paths"]),
-                     f"all that was dropped on slot {slot}")
-        water = json.loads((self.desk.data / "water.json").read_text())
-        self.assertEqual(sum(day["millilitres"] for day in water["days"]), POURS * GLASS)
+        self.check_slots(files)
         self.assertEqual([each for each in os.listdir(self.desk.data) if each.endswith(".lock")],
                          [])
 
@@ -220,10 +228,7 @@ class Writers(DeskTest):
             pages.append(self.desk.home / f"marks{index}.html")
             pages[-1].write_text("<!DOCTYPE NETSCAPE-Bookmark-file-1><DL><p><DT>"
                                  f"<A HREF=\"https://{number}-{index}.example/\">P</A></DL>")
-        files = {slot: [self.desk.home / f"s{number}-{slot}-{index}.txt" for index in range(DROPS)]
-                 for slot in SHELVES}
-        for file in sum(files.values(), []):
-            file.write_text("x")
+        files = self.files_to_drop(f"s{number}")
         pourer = self.start_pours(time.time() + 0.8)
         begun = [self.start_drops(slot, files[slot]) for slot in SHELVES]
         begun += [self.edit(timers[index]["name"],
@@ -268,12 +273,7 @@ class Writers(DeskTest):
         document = json.loads((self.desk.data / "profiles.json").read_text())
         active = next(each for each in profiles if each["id"] == document["activeProfileId"])
         self.assertEqual(shown, [layouts[int(active["name"][-1])]], "the Dock is not the active one")
-        for slot, identifier in zip(SHELVES, self.shelves):
-            wanted = {str(file) for file in files[slot]}
-            wait_for(lambda: wanted <= set(self.settings(identifier)["paths"]),
-                     f"all that was dropped on slot {slot}")
-        water = json.loads((self.desk.data / "water.json").read_text())
-        self.assertEqual(sum(day["millilitres"] for day in water["days"]), POURS * GLASS)
+        self.check_slots(files)
 
     def test_all_other_sorts(self):
         self.rounds("40 other commands and 3 slots", self.other_sorts)

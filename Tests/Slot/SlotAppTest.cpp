@@ -1,3 +1,4 @@
+#include "TavrinSlot/SlotApp.h"
 #include "TavrinCore/Kinds/Emoji/EmojiSettings.h"
 #include "TavrinCore/Kinds/Note/NoteSettings.h"
 #include "TavrinCore/Kinds/Runs/PomodoroSettings.h"
@@ -8,7 +9,6 @@
 #include "TavrinCore/Kinds/System/CountdownSettings.h"
 #include "TavrinCore/Kinds/System/NetworkSettings.h"
 #include "TavrinCore/Kinds/System/PetSettings.h"
-#include "TavrinSlot/SlotApp.h"
 
 #include "TavrinPlatform/Files/AtomicFile.h"
 #include "Tests/Support/FakePlatform.h"
@@ -42,9 +42,7 @@ protected:
   void write(const std::vector<DockWidget>& widgets) {
     writeJSONFile(file(), encode(WidgetsFile{1, widgets, {}}));
   }
-  void announce() {
-    platform_.center.post("dev.quellby.tavrin.widgetsChanged", std::nullopt);
-  }
+  void announce() { platform_.center.post("dev.quellby.tavrin.widgetsChanged", std::nullopt); }
 
   static DockWidget widget(DockWidget::Kind kind, std::optional<int> slot = 3, int span = 1) {
     return {UUID::random(), "A widget", slot, std::move(kind), span};

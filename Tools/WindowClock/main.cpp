@@ -151,12 +151,13 @@ public:
 
 private:
   bool isPainted(xcb_window_t window) {
-    auto* place = xcb_get_geometry_reply(connection_, xcb_get_geometry(connection_, window), nullptr);
+    auto* place =
+        xcb_get_geometry_reply(connection_, xcb_get_geometry(connection_, window), nullptr);
     if (place == nullptr)
       return false;
     auto* image = xcb_get_image_reply(connection_,
-                                      xcb_get_image(connection_, XCB_IMAGE_FORMAT_Z_PIXMAP, window, 0,
-                                                    0, place->width, place->height, ~0U),
+                                      xcb_get_image(connection_, XCB_IMAGE_FORMAT_Z_PIXMAP, window,
+                                                    0, 0, place->width, place->height, ~0U),
                                       nullptr);
     std::free(place);
     if (image == nullptr)

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "TavrinPlatform/Linux/Base/LayerShell.h"
+#include "TavrinPlatform/Linux/Edge/PressWindow.h"
 #include "TavrinPlatform/Linux/Tile/PopoverWindow.h"
 #include "TavrinPlatform/Linux/Tile/PressWatcher.h"
-#include "TavrinPlatform/Linux/Edge/PressWindow.h"
 #include "TavrinPlatform/PanelPopover.h"
 
 #include <QElapsedTimer>

@@ -10,8 +10,8 @@ class QRadioButton;
 
 namespace tavrin {
 
-/// Makes the chosen one of a group its Tab stop. The toolkit does so when one of them gets the focus,
-/// which no click gives in a panel.
+/// Makes the chosen one of a group its Tab stop. The toolkit does so when one of them gets the
+/// focus, which no click gives in a panel.
 void leadTabToChosen(std::span<QRadioButton* const> group);
 
 /// A picker of one out of a few, side by side: a radio group to assistive technology. One Tab
