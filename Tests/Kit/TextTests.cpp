@@ -57,6 +57,12 @@ TEST(Text, IsFittedOnceAndThenElided) {
         text(name).size(10).frame(full * share, 20).frame(full, 20, Alignment::leading);
     EXPECT_LE(inkedRect(rendered(view, {full, 20})).right(), full * share + 1) << share;
   }
+  // What is cut all the same is not set as small as may be.
+  const auto height = [&](const QString& words, double points, double width) {
+    return inkedRect(rendered(text(words).size(points).frame(width, 40), {width, 40})).height();
+  };
+  const QString many(30, u'H');
+  EXPECT_NEAR(height(many, 20, 60), height(many.left(3), 17, 400), 1.5);
 }
 
 TEST(Text, GraphemesAreNotCutApart) {

@@ -15,6 +15,8 @@ namespace {
 /// Figures have no descenders.
 constexpr double figureHeight = 0.95;
 constexpr double leastFit = 0.6;
+/// Of what has to be cut all the same: much smaller type would show little more of it.
+constexpr double leastCutFit = 0.85;
 
 using Digits = TextEngine::Digits;
 
@@ -37,7 +39,11 @@ double fittedSize(const Text& text, TextEngine& engine, double width) {
   const double wanted = widestWidth(text, engine);
   if (wanted <= width || wanted <= 0)
     return text.pointSize;
-  return std::max(text.pointSize * width / wanted, leastSize(text));
+  const double fitting = text.pointSize * width / wanted;
+  const double least = leastSize(text);
+  if (fitting >= least)
+    return fitting;
+  return text.figureMinimum ? least : std::max(least, text.pointSize * leastCutFit);
 }
 
 /// As many of the allowed lines as the room is high for; one at least.
