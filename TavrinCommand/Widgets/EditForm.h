@@ -16,7 +16,7 @@ std::string editForm(const DockWidget& widget);
 std::string withComplaint(std::string_view form, std::string_view complaint);
 
 /// The widget that a form describes. `base` gives what a form does not hold: the identifier, the
-/// slot and the kind. Throws HostError (refusedValue) naming the first fault.
+/// slot and the kind. Throws HostError (refusedValue) or SettingError, which name the first fault.
 DockWidget widgetFromForm(const DockWidget& base, std::string_view form, Date now,
                           const SettingSystem& system);
 

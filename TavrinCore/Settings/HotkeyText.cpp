@@ -94,12 +94,21 @@ HotkeyModifiers required(const std::string& word) {
   return *modifier;
 }
 
+void requireGlobal(HotkeyModifiers modifiers, std::string_view text) {
+  if (!modifiers.isValidForGlobalHotkey())
+    throw SettingError(
+        translated("\"{text}\" needs control, option or command: it would be taken from "
+                   "every application",
+                   {{"text", text}}));
+}
+
 } // namespace
 
 HotkeyModifiers modifiersFromText(std::string_view text) {
   HotkeyModifiers modifiers;
   for (const auto& word : parts(text))
     modifiers = modifiers | required(word);
+  requireGlobal(modifiers, text);
   return modifiers;
 }
 
@@ -114,11 +123,7 @@ Hotkey hotkeyFromText(std::string_view text) {
   Hotkey hotkey{key->code, {}};
   for (const auto& word : words)
     hotkey.modifiers = hotkey.modifiers | required(word);
-  if (!hotkey.modifiers.isValidForGlobalHotkey())
-    throw SettingError(
-        translated("\"{text}\" needs control, option or command: it would be taken from "
-                   "every application",
-                   {{"text", text}}));
+  requireGlobal(hotkey.modifiers, text);
   return hotkey;
 }
 

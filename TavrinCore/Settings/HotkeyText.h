@@ -12,7 +12,7 @@ namespace tavrin {
 /// "alt" is option. Throws SettingError for an unknown key or modifier, and for
 /// modifiers that are too few for a shortcut that works everywhere.
 Hotkey hotkeyFromText(std::string_view text);
-/// The modifiers alone, "ctrl+alt".
+/// The modifiers alone, "ctrl+alt", of shortcuts that work everywhere. Throws as `hotkeyFromText`.
 HotkeyModifiers modifiersFromText(std::string_view text);
 
 /// As this desktop's users read it: `hotkeySymbols` on a Mac, `hotkeyWords` elsewhere.

@@ -329,6 +329,11 @@ TEST_F(DockCommandTest, FollowsTheFocusAndTheShortcuts) {
   };
   EXPECT_EQ(run({"focus"}), 0) << errors.str();
   EXPECT_EQ(json({"backups", "list"}).array()->size(), 2U);
+
+  for (const auto* modifiers : {"shift", "", "hyper"})
+    EXPECT_NE(run({"focus", "--numbered", modifiers}), 0) << modifiers;
+  EXPECT_EQ(dock.shortcuts.binds, 2) << "taken from every application";
+  EXPECT_EQ(json({"backups", "list"}).array()->size(), 2U) << "it never ran";
 }
 
 TEST(ProfileForFocus, TakesTheFirstThatIsBound) {

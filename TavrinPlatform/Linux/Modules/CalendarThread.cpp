@@ -11,18 +11,31 @@ CalendarThread::CalendarThread()
       }) {}
 
 void CalendarThread::run(std::function<void()> work) {
+  {
+    const std::lock_guard guard(lock_);
+    waiting_.push_back(std::move(work));
+  }
   GSource* source = g_idle_source_new();
   g_source_set_priority(source, G_PRIORITY_DEFAULT);
   g_source_set_callback(
       source,
-      [](gpointer data) -> gboolean {
-        (*static_cast<std::function<void()>*>(data))();
+      [](gpointer self) -> gboolean {
+        static_cast<CalendarThread*>(self)->runNext();
         return G_SOURCE_REMOVE;
       },
-      new std::function<void()>(std::move(work)),
-      [](gpointer data) { delete static_cast<std::function<void()>*>(data); });
+      this, nullptr);
   g_source_attach(source, context_);
   g_source_unref(source);
+}
+
+void CalendarThread::runNext() {
+  std::function<void()> next;
+  {
+    const std::lock_guard guard(lock_);
+    next = std::move(waiting_.front());
+    waiting_.pop_front();
+  }
+  next();
 }
 
 void CalendarThread::finish(std::function<void()> last) {

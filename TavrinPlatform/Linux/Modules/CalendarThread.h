@@ -1,7 +1,9 @@
 #pragma once
 
+#include <deque>
 #include <functional>
 #include <gio/gio.h>
+#include <mutex>
 #include <thread>
 
 namespace tavrin {
@@ -23,6 +25,12 @@ public:
   GCancellable* cancellable() const { return cancellable_; }
 
 private:
+  void runNext();
+
+  /// What `run` was given passes through a queue of its own, not through the loop's sources: their
+  /// locks are GLib's, which the thread sanitizer does not know.
+  std::mutex lock_;
+  std::deque<std::function<void()>> waiting_;
   GMainContext* context_;
   GMainLoop* loop_;
   GCancellable* cancellable_;
