@@ -1,6 +1,6 @@
 #include "TavrinCommand/Completers.h"
 
-#include "TavrinCore/Base/Texts.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinHost/Dock/DockLibrary.h"
 #include "TavrinHost/Widgets/WidgetLibrary.h"
 

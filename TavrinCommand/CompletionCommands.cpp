@@ -1,5 +1,5 @@
 #include "TavrinCommand/CompletionCommands.h"
-#include "TavrinCore/Base/Texts.h"
+#include "TavrinCore/Text/Texts.h"
 
 #include <CLI/App.hpp>
 #include <algorithm>

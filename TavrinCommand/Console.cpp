@@ -1,5 +1,5 @@
 #include "TavrinCommand/Console.h"
-#include "TavrinCore/Base/Texts.h"
+#include "TavrinCore/Text/Texts.h"
 
 #include <algorithm>
 #include <cctype>

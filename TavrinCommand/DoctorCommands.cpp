@@ -1,5 +1,5 @@
 #include "TavrinCommand/DoctorCommands.h"
-#include "TavrinCore/Base/Texts.h"
+#include "TavrinCore/Text/Texts.h"
 
 #include <CLI/App.hpp>
 #include <algorithm>

@@ -11,7 +11,7 @@
 #include "TavrinCommand/Widgets/UsageCommands.h"
 #include "TavrinCommand/Widgets/WidgetCommands.h"
 #include "TavrinCommand/Widgets/WindowCommands.h"
-#include "TavrinCore/Base/Texts.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinHost/Dock/DockLibrary.h"
 #include "TavrinHost/Widgets/SettingEditing.h"
 

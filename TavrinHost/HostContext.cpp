@@ -1,7 +1,7 @@
 #include "TavrinHost/HostContext.h"
 
 #include "TavrinCore/Base/Errors.h"
-#include "TavrinCore/Base/Texts.h"
+#include "TavrinCore/Text/Texts.h"
 
 #include <fmt/format.h>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Settings/SettingText.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinHost/FoldedName.h"
 #include "TavrinHost/HostError.h"
 #include "TavrinHost/Widgets/WidgetLibrary.h"

@@ -1,7 +1,7 @@
 #include "TavrinStorage/SharedDocument.h"
 
 #include "TavrinCore/Base/Errors.h"
-#include "TavrinCore/Base/Texts.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinPlatform/Files/DocumentLock.h"
 
 namespace tavrin {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "TavrinCore/Base/Coding.h"
-#include "TavrinCore/Base/Texts.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinPlatform/Files/AtomicFile.h"
 
 #include <filesystem>

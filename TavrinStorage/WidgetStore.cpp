@@ -1,9 +1,9 @@
 #include "TavrinStorage/WidgetStore.h"
 
 #include "TavrinCore/Base/Errors.h"
-#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Dock/DockError.h"
 #include "TavrinCore/Text/Text.h"
+#include "TavrinCore/Text/Texts.h"
 
 #include <algorithm>
 #include <system_error>
@@ -20,10 +20,9 @@ std::optional<WidgetsFile> migrated(const fs::path& legacyCollections) {
   try {
     return WidgetsFile::migrating(*document);
   } catch (const CodingError& error) {
-    throw FileError(failure(translated("read {file}",
-                                       {{"file", legacyCollections.string()}}),
-                            error.what()),
-                    error.what());
+    throw FileError(
+        failure(translated("read {file}", {{"file", legacyCollections.string()}}), error.what()),
+        error.what());
   }
 }
 
@@ -53,8 +52,7 @@ void WidgetStore::migrate(const fs::path& legacyCollections) {
   });
   std::error_code error;
   if (isMigrated && !fs::remove(legacyCollections, error) && error)
-    throw FileError(failure(translated("remove {file}",
-                                       {{"file", legacyCollections.string()}}),
+    throw FileError(failure(translated("remove {file}", {{"file", legacyCollections.string()}}),
                             error.message()),
                     error.message());
 }

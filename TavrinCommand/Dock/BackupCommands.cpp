@@ -1,7 +1,7 @@
 #include "TavrinCommand/Dock/BackupCommands.h"
 
 #include "TavrinCore/Base/ISO8601.h"
-#include "TavrinCore/Base/Texts.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinCore/Widgets/DockSlot.h"
 #include "TavrinHost/Dock/WorkspaceBackups.h"
 #include "TavrinHost/NamedReference.h"

@@ -1,6 +1,6 @@
 #include "TavrinCommand/Dock/DockChanges.h"
 
-#include "TavrinCore/Base/Texts.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinHost/NamedReference.h"
 #include "TavrinPlatform/Files/AtomicFile.h"
 #include "TavrinStorage/Dock/PlistFileBackend.h"

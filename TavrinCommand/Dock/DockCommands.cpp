@@ -2,8 +2,8 @@
 
 #include "TavrinCommand/Completers.h"
 #include "TavrinCommand/Dock/DockChanges.h"
-#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Text/Text.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinHost/Dock/DockLibrary.h"
 #include "TavrinPlatform/Files/AtomicFile.h"
 #include "TavrinStorage/Dock/PlistFileBackend.h"

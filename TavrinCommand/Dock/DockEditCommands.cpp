@@ -1,8 +1,8 @@
 #include "TavrinCommand/Dock/DockCommands.h"
 
 #include "TavrinCommand/Completers.h"
-#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Dock/DockURLString.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinHost/Dock/DockLibrary.h"
 #include "TavrinPlatform/Files/PlistRoot.h"
 

@@ -1,8 +1,8 @@
 #include "TavrinCommand/Dock/FocusCommands.h"
 
 #include "TavrinCommand/Dock/DockChanges.h"
-#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Settings/HotkeyText.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinHost/Dock/DockLibrary.h"
 #include "TavrinHost/Dock/FocusSession.h"
 #include "TavrinHost/Dock/WorkspaceBackups.h"

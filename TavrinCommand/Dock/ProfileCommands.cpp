@@ -2,10 +2,10 @@
 
 #include "TavrinCommand/Completers.h"
 #include "TavrinCommand/Dock/DockChanges.h"
-#include "TavrinCore/Base/Texts.h"
-#include "TavrinCore/Dock/ProfileTransfer.h"
+#include "TavrinCore/Profiles/ProfileTransfer.h"
 #include "TavrinCore/Settings/HotkeyText.h"
 #include "TavrinCore/Text/Text.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinHost/Dock/DockLibrary.h"
 #include "TavrinPlatform/Files/AtomicFile.h"
 
@@ -263,9 +263,10 @@ void addChange(CLI::App& profiles, CommandContext& context, const char* name,
   CommandContext::examples(*command, {{example, meaning}});
   command->callback([words, apply = std::move(apply), &context] {
     DockLibrary library(context);
-    const auto changed = library.profiles().change(
-        library.profile(words->first).id,
-        [&](Profile& profile) { apply(library, profile, words->second); });
+    const auto changed =
+        library.profiles().change(library.profile(words->first).id, [&](Profile& profile) {
+          apply(library, profile, words->second);
+        });
     sayProfile(context, changed, marked("Changed \"{name}\""));
   });
 }
@@ -273,7 +274,9 @@ void addChange(CLI::App& profiles, CommandContext& context, const char* name,
 void addRecordCommands(CLI::App& profiles, CommandContext& context) {
   addChange(profiles, context, "rename", translated("Give a profile another name"), "NAME",
             translated("The new name"), "tavrin profiles rename Work Job",
-            [](DockLibrary&, Profile& profile, const std::string& name) { profile.name = requiredName(name); });
+            [](DockLibrary&, Profile& profile, const std::string& name) {
+              profile.name = requiredName(name);
+            });
   addChange(profiles, context, "hotkey", translated("Bind a profile to a shortcut"), "KEYS",
             translated("Such as ctrl+alt+1; none for no shortcut"),
             "tavrin profiles hotkey Work ctrl+alt+1",

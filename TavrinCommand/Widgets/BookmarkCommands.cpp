@@ -1,7 +1,7 @@
 #include "TavrinCommand/Completers.h"
 #include "TavrinCommand/Widgets/WidgetCommands.h"
-#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Kinds/Bookmarks/BookmarkFiles.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinHost/Widgets/WidgetLibrary.h"
 #include "TavrinPlatform/Files/AtomicFile.h"
 

@@ -3,7 +3,7 @@
 #include "TavrinCommand/Widgets/EditForm.h"
 #include "TavrinCommand/Widgets/EditorRun.h"
 #include "TavrinCore/Base/Errors.h"
-#include "TavrinCore/Base/Texts.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinPlatform/Files/AtomicFile.h"
 
 #include <algorithm>

@@ -1,9 +1,9 @@
 #include "TavrinCommand/Widgets/EditForm.h"
 
 #include "TavrinCommand/Console.h"
-#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Kinds/ClaudeUsage/ClaudeUsageSettings.h"
 #include "TavrinCore/Settings/SettingText.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinCore/Widgets/SettingChanges.h"
 #include "TavrinHost/HostError.h"
 #include "TavrinHost/Widgets/SettingEditing.h"

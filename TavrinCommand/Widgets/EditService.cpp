@@ -3,7 +3,7 @@
 #include "TavrinCommand/Completers.h"
 #include "TavrinCommand/Widgets/EditForm.h"
 #include "TavrinCommand/Widgets/EditorRun.h"
-#include "TavrinCore/Base/Texts.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinCore/Widgets/DockSlot.h"
 #include "TavrinHost/Widgets/SettingEditing.h"
 #include "TavrinHost/Widgets/SlotControl.h"

@@ -1,6 +1,6 @@
 #include "TavrinCommand/Widgets/EditorRun.h"
 
-#include "TavrinCore/Base/Texts.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinHost/HostError.h"
 #include "TavrinPlatform/Files/AtomicFile.h"
 

@@ -1,6 +1,6 @@
 #include "TavrinCommand/Widgets/SlotCommands.h"
 
-#include "TavrinCore/Base/Texts.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinCore/Widgets/DockSlot.h"
 #include "TavrinHost/Dock/WorkspaceBackups.h"
 #include "TavrinHost/Widgets/SlotControl.h"

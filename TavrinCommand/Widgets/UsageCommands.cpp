@@ -2,8 +2,8 @@
 
 #include "TavrinCommand/Widgets/UsageChart.h"
 #include "TavrinCore/Base/ISO8601.h"
-#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Kinds/ClaudeUsage/ClaudeUsage.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinStorage/ClaudeUsage/ClaudeUsageBridge.h"
 #include "TavrinStorage/ClaudeUsage/ClaudeUsageSource.h"
 

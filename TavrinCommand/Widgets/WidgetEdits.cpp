@@ -6,7 +6,7 @@
 #include "TavrinHost/Widgets/WidgetLibrary.h"
 
 #include "TavrinCommand/Completers.h"
-#include "TavrinCore/Base/Texts.h"
+#include "TavrinCore/Text/Texts.h"
 #include <CLI/App.hpp>
 #include <algorithm>
 #include <charconv>

@@ -3,7 +3,7 @@
 #include "TavrinHost/Widgets/WidgetLibrary.h"
 
 #include "TavrinCommand/Completers.h"
-#include "TavrinCore/Base/Texts.h"
+#include "TavrinCore/Text/Texts.h"
 #include <CLI/App.hpp>
 #include <algorithm>
 #include <fmt/format.h>

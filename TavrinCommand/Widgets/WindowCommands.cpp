@@ -1,7 +1,7 @@
 #include "TavrinCommand/Widgets/WindowCommands.h"
 
 #include "TavrinCommand/Completers.h"
-#include "TavrinCore/Base/Texts.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinCore/Widgets/DockSlot.h"
 #include "TavrinHost/Widgets/SlotControl.h"
 

@@ -1,4 +1,4 @@
-#include "TavrinCore/Text/Base64.h"
+#include "TavrinCore/Base/Base64.h"
 
 #include "TavrinCore/Base/Wipe.h"
 

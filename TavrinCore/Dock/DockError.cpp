@@ -1,7 +1,7 @@
 #include "TavrinCore/Dock/DockError.h"
 
 #include "TavrinCore/Base/Errors.h"
-#include "TavrinCore/Base/Texts.h"
+#include "TavrinCore/Text/Texts.h"
 
 namespace tavrin {
 DockError::DockError(Case kind, const std::filesystem::path& file, std::string detail,

@@ -1,7 +1,7 @@
 #include "TavrinCore/Settings/HotkeyText.h"
 
-#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Settings/SettingError.h"
+#include "TavrinCore/Text/Texts.h"
 
 #include <array>
 #include <fmt/format.h>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TavrinCore/Dock/Hotkey.h"
+#include "TavrinCore/Base/Hotkey.h"
 
 #include <optional>
 #include <string>
@@ -17,10 +17,11 @@ HotkeyModifiers modifiersFromText(std::string_view text);
 
 /// As this desktop's users read it: `hotkeySymbols` on a Mac, `hotkeyWords` elsewhere.
 std::string hotkeyText(const Hotkey& hotkey);
-/// "⌃⌥1"; the same in every language and on every desktop. A key without a name here is shown by its
-/// number.
+/// "⌃⌥1"; the same in every language and on every desktop. A key without a name here is shown by
+/// its number.
 std::string hotkeySymbols(const Hotkey& hotkey);
-/// "Ctrl+Alt+1", in the user's language; the command key is the one that other keyboards call Super.
+/// "Ctrl+Alt+1", in the user's language; the command key is the one that other keyboards call
+/// Super.
 std::string hotkeyWords(const Hotkey& hotkey);
 
 } // namespace tavrin

@@ -1,9 +1,9 @@
 #include "TavrinCore/Settings/SettingEdit.h"
 
-#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Settings/SettingSettling.h"
 #include "TavrinCore/Settings/SettingText.h"
 #include "TavrinCore/Text/Text.h"
+#include "TavrinCore/Text/Texts.h"
 
 #include <algorithm>
 #include <fmt/format.h>

@@ -1,10 +1,10 @@
 #include "TavrinCore/Settings/SettingRoles.h"
 
 #include "TavrinCore/Base/FileURL.h"
-#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Settings/SettingEdit.h"
 #include "TavrinCore/Settings/SettingText.h"
 #include "TavrinCore/Text/Text.h"
+#include "TavrinCore/Text/Texts.h"
 
 #include <algorithm>
 #include <cctype>

@@ -1,7 +1,6 @@
 #include "TavrinCore/Settings/SettingSettling.h"
 
 #include "TavrinCore/Base/FileURL.h"
-#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Kinds/Converter/ConverterSettings.h"
 #include "TavrinCore/Kinds/Converter/ConverterUnits.h"
 #include "TavrinCore/Kinds/Files/FilesSettings.h"
@@ -12,6 +11,7 @@
 #include "TavrinCore/Settings/SettingError.h"
 #include "TavrinCore/Settings/SettingRoles.h"
 #include "TavrinCore/Settings/SettingText.h"
+#include "TavrinCore/Text/Texts.h"
 
 #include <algorithm>
 #include <fmt/format.h>

@@ -1,10 +1,10 @@
 #include "TavrinCore/Settings/SettingText.h"
 
 #include "TavrinCore/Base/Data.h"
-#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Settings/HotkeyText.h"
 #include "TavrinCore/Settings/SettingError.h"
 #include "TavrinCore/Text/Numbers.h"
+#include "TavrinCore/Text/Texts.h"
 
 #include <algorithm>
 #include <cctype>

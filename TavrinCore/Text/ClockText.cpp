@@ -1,5 +1,5 @@
 #include "TavrinCore/Text/ClockText.h"
-#include "TavrinCore/Base/Texts.h"
+#include "TavrinCore/Text/Texts.h"
 
 #include <algorithm>
 #include <cmath>

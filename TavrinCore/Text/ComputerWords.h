@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TavrinCore/Base/Texts.h"
+#include "TavrinCore/Text/Texts.h"
 
 #include <string>
 #include <string_view>

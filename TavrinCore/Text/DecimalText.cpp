@@ -1,6 +1,6 @@
 #include "TavrinCore/Text/DecimalText.h"
 
-#include "TavrinCore/Base/Texts.h"
+#include "TavrinCore/Text/Texts.h"
 
 #include <fmt/format.h>
 #include <unicode/dcfmtsym.h>

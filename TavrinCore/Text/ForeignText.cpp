@@ -1,7 +1,7 @@
 #include "TavrinCore/Text/ForeignText.h"
 
-#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Text/CodePoints.h"
+#include "TavrinCore/Text/Texts.h"
 
 #include <algorithm>
 #include <unicode/uchar.h>

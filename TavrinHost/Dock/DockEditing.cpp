@@ -1,8 +1,8 @@
 #include "TavrinHost/Dock/DockEditing.h"
 
 #include "TavrinCore/Base/Overloaded.h"
-#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Dock/DockURLString.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinHost/NamedReference.h"
 
 #include <algorithm>

@@ -1,8 +1,8 @@
 #include "TavrinHost/Dock/DockLibrary.h"
 
-#include "TavrinCore/Base/Texts.h"
-#include "TavrinCore/Dock/ProfileTransfer.h"
+#include "TavrinCore/Profiles/ProfileTransfer.h"
 #include "TavrinCore/Settings/HotkeyText.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinHost/NamedReference.h"
 #include "TavrinPlatform/Files/AtomicFile.h"
 #include "TavrinStorage/Dock/CFPreferencesBackend.h"
@@ -135,11 +135,12 @@ std::vector<Profile> DockLibrary::importProfiles(std::string_view text, const st
   std::vector<Profile> known = profiles().file().profiles;
   for (auto& profile : imported) {
     if (const auto* owner = ownerOf(profile.hotkey, known)) {
-      context_.remark(translated("\"{name}\" comes without its shortcut {shortcut}, which is the one "
-                                 "of \"{other}\"",
-                                 {{"name", profile.name},
-                                  {"shortcut", hotkeyText(*profile.hotkey)},
-                                  {"other", owner->name}}));
+      context_.remark(
+          translated("\"{name}\" comes without its shortcut {shortcut}, which is the one "
+                     "of \"{other}\"",
+                     {{"name", profile.name},
+                      {"shortcut", hotkeyText(*profile.hotkey)},
+                      {"other", owner->name}}));
       profile.hotkey.reset();
     }
     known.push_back(profile);

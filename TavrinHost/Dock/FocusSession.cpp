@@ -1,8 +1,8 @@
 #include "TavrinHost/Dock/FocusSession.h"
 
-#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Settings/HotkeyText.h"
 #include "TavrinCore/Text/ForeignText.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinHost/Dock/DockLibrary.h"
 #include "TavrinHost/FoldedName.h"
 #include "TavrinHost/Widgets/WidgetLibrary.h"

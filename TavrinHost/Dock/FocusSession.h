@@ -1,7 +1,7 @@
 #pragma once
 
 #include "TavrinCore/Base/Lifetime.h"
-#include "TavrinCore/Dock/WorkspaceHotkeys.h"
+#include "TavrinCore/Profiles/WorkspaceHotkeys.h"
 #include "TavrinHost/HostContext.h"
 #include "TavrinStorage/Dock/FocusModeMonitor.h"
 

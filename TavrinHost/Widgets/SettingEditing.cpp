@@ -1,10 +1,10 @@
 #include "TavrinHost/Widgets/SettingEditing.h"
 
 #include "TavrinCore/Base/Calendar.h"
-#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Settings/SettingEdit.h"
 #include "TavrinCore/Settings/SettingSettling.h"
 #include "TavrinCore/Settings/SettingText.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinHost/HostError.h"
 #include "TavrinWidgetsUI/Kit/Pictures/SymbolTable.h"
 

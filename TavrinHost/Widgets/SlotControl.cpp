@@ -1,8 +1,8 @@
 #include "TavrinHost/Widgets/SlotControl.h"
 
 #include "TavrinCore/Base/Errors.h"
-#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Settings/SettingText.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinCore/Widgets/DockSlot.h"
 #include "TavrinStorage/StoragePath.h"
 

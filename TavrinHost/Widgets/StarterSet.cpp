@@ -1,13 +1,13 @@
 #include "TavrinHost/Widgets/StarterSet.h"
 
 #include "TavrinCore/Base/Calendar.h"
-#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Kinds/Note/NoteSettings.h"
 #include "TavrinCore/Kinds/Runs/PomodoroSettings.h"
 #include "TavrinCore/Kinds/Runs/TimerSettings.h"
 #include "TavrinCore/Kinds/System/ClockSettings.h"
 #include "TavrinCore/Kinds/System/CountdownSettings.h"
 #include "TavrinCore/Kinds/System/TimeProgressSettings.h"
+#include "TavrinCore/Text/Texts.h"
 
 namespace tavrin {
 namespace {

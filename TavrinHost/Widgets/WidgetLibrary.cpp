@@ -1,9 +1,9 @@
 #include "TavrinHost/Widgets/WidgetLibrary.h"
 
 #include "TavrinCore/Base/Errors.h"
-#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Settings/SettingText.h"
 #include "TavrinCore/Text/ForeignText.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinCore/Widgets/DockSlot.h"
 #include "TavrinHost/Dock/WorkspaceBackups.h"
 #include "TavrinHost/FoldedName.h"

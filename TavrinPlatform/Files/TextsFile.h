@@ -6,7 +6,7 @@
 
 namespace tavrin {
 
-/// Has texts come in the user's language (TavrinCore/Base/Texts.h), where there is a catalogue of
+/// Has texts come in the user's language (TavrinCore/Text/Texts.h), where there is a catalogue of
 /// it: "share/locale/<language>/LC_MESSAGES/tavrin.mo" of the folder that the program is installed
 /// or was built in, "Resources/locale/…" in a bundle. The file is mapped and stays so. First thing
 /// in `main`; does nothing for English.

@@ -1,5 +1,5 @@
 #include "TavrinCore/Base/Errors.h"
-#include "TavrinCore/Base/Texts.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinPlatform/Linux/Applications/LinuxApplicationLibrary.h"
 #include "TavrinPlatform/Linux/Base/ProcessFamily.h"
 #include "TavrinPlatform/Linux/Base/ResourceDpi.h"

@@ -1,8 +1,8 @@
 #include "TavrinPlatform/POSIX/DockKiller.h"
 
 #include "TavrinCore/Base/Errors.h"
-#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Text/Text.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinPlatform/Files/Descriptor.h"
 #include "TavrinPlatform/POSIX/Spawn.h"
 

@@ -1,7 +1,7 @@
 #include "TavrinPlatform/Files/TextsFile.h"
 
-#include "TavrinCore/Base/TextCatalogue.h"
-#include "TavrinCore/Base/Texts.h"
+#include "TavrinCore/Text/TextCatalogue.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinPlatform/Files/Descriptor.h"
 #include "TavrinPlatform/POSIX/ProgramPath.h"
 

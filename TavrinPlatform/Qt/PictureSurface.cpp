@@ -1,7 +1,7 @@
 #include "TavrinPlatform/Qt/PictureSurface.h"
 
 #include "TavrinCore/Base/Errors.h"
-#include "TavrinCore/Base/Texts.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinPlatform/Files/Descriptor.h"
 
 #include <QBuffer>

@@ -1,7 +1,7 @@
 #include "TavrinPlatform/Qt/QtTextLocale.h"
 
-#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Text/SystemLocale.h"
+#include "TavrinCore/Text/Texts.h"
 
 #include <QGuiApplication>
 #include <QLocale>

@@ -1,5 +1,5 @@
 #include "TavrinSettings/Dock/DockJob.h"
-#include "TavrinCore/Base/Texts.h"
+#include "TavrinCore/Text/Texts.h"
 
 #include <fmt/format.h>
 

@@ -1,8 +1,8 @@
 #include "TavrinSettings/Dock/ProfilesEditor.h"
 
-#include "TavrinCore/Base/Texts.h"
-#include "TavrinCore/Dock/ProfileTransfer.h"
+#include "TavrinCore/Profiles/ProfileTransfer.h"
 #include "TavrinCore/Settings/SettingText.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinPlatform/Files/AtomicFile.h"
 #include "TavrinSettings/Editing/ChangeStep.h"
 

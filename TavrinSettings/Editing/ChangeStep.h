@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TavrinCore/Base/Texts.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinSettings/Editing/History.h"
 
 #include <fmt/format.h>

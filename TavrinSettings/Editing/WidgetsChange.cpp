@@ -1,6 +1,6 @@
 #include "TavrinSettings/Editing/WidgetsChange.h"
 
-#include "TavrinCore/Base/Texts.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinSettings/Editing/ChangeStep.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #include "TavrinSettings/Editing/WidgetsEditor.h"
 
-#include "TavrinCore/Base/Texts.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinHost/Widgets/StarterSet.h"
 #include "TavrinSettings/Editing/ChangeStep.h"
 #include "TavrinSettings/Editing/StripOrder.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TavrinCore/Dock/Hotkey.h"
+#include "TavrinCore/Base/Hotkey.h"
 
 #include <QWidget>
 #include <functional>

@@ -1,7 +1,7 @@
 #include "TavrinSettings/Gallery/KindSearch.h"
 
-#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Text/FoldedWords.h"
+#include "TavrinCore/Text/Texts.h"
 
 #include <algorithm>
 #include <fmt/format.h>

@@ -1,6 +1,6 @@
 #include "TavrinSettings/Samples/SampleTiles.h"
 
-#include "TavrinCore/Base/Texts.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinCore/Widgets/KindTable.h"
 #include "TavrinSettings/Samples/SampleValues.h"
 #include "TavrinWidgetsUI/AirDrop/AirDropViews.h"

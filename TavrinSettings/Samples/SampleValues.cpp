@@ -1,7 +1,7 @@
 #include "TavrinSettings/Samples/SampleValues.h"
 
 #include "TavrinCore/Base/ISO8601.h"
-#include "TavrinCore/Base/Texts.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewRenderer.h"
 
 #include <QPainter>

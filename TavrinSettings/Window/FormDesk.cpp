@@ -1,6 +1,6 @@
 #include "TavrinSettings/Window/FormDesk.h"
 
-#include "TavrinCore/Base/Texts.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinHost/Widgets/SettingEditing.h"
 #include "TavrinPlatform/MediaPlayers.h"
 

@@ -1,8 +1,8 @@
 #include "TavrinSlot/Controllers/ColourWidget.h"
 
 #include "TavrinCore/Base/Errors.h"
-#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Kinds/Colour/ColourPickerSettings.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinSlot/DockPanelPresenter.h"
 #include "TavrinStorage/StoragePath.h"
 #include "TavrinWidgetsUI/Colour/ColourPanelView.h"

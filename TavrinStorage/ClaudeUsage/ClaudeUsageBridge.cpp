@@ -1,6 +1,6 @@
 #include "TavrinStorage/ClaudeUsage/ClaudeUsageBridge.h"
 
-#include "TavrinCore/Base/Texts.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinPlatform/Files/FileTimes.h"
 #include "TavrinStorage/SharedDocument.h"
 

@@ -1,7 +1,7 @@
 #include "TavrinStorage/Dock/BackupManager.h"
 
 #include "TavrinCore/Base/Errors.h"
-#include "TavrinCore/Base/Texts.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinStorage/Dock/PlistFileBackend.h"
 #include "TavrinStorage/Timestamp.h"
 

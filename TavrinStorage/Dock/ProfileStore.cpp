@@ -1,7 +1,7 @@
 #include "TavrinStorage/Dock/ProfileStore.h"
 
 #include "TavrinCore/Dock/DockError.h"
-#include "TavrinCore/Dock/ProfileTransfer.h"
+#include "TavrinCore/Profiles/ProfileTransfer.h"
 
 #include <algorithm>
 

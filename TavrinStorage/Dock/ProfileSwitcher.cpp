@@ -1,8 +1,8 @@
 #include "TavrinStorage/Dock/ProfileSwitcher.h"
 
 #include "TavrinCore/Base/Errors.h"
-#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Dock/DockChangeDetector.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinStorage/Dock/PlistFileBackend.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 #include "TavrinWidgetsUI/AirDrop/AirDropModel.h"
 
 #include "TavrinCore/Base/FileURL.h"
-#include "TavrinCore/Base/Texts.h"
+#include "TavrinCore/Text/Texts.h"
 
 #include <algorithm>
 #include <cmath>

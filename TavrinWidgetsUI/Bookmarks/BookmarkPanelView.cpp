@@ -1,7 +1,7 @@
 #include "TavrinWidgetsUI/Bookmarks/BookmarkPanelView.h"
 
-#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Kinds/Bookmarks/BookmarkSettings.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinWidgetsUI/Bookmarks/BookmarkNameEdit.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"

@@ -1,8 +1,8 @@
 #include "TavrinWidgetsUI/Clipboard/ClipboardVault.h"
 
-#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Base/Wipe.h"
 #include "TavrinCore/Kinds/Clipboard/ClipboardSettings.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinPlatform/Files/DocumentLock.h"
 #include "TavrinStorage/AESGCM.h"
 #include "TavrinStorage/SharedDocument.h"

@@ -4,7 +4,7 @@
 #include "TavrinCore/Kinds/Clipboard/ClipboardSettings.h"
 #include "TavrinWidgetsUI/Clipboard/ClipboardCrypto.h"
 
-#include "TavrinCore/Base/Texts.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinPlatform/Files/AtomicFile.h"
 
 #include <filesystem>

@@ -1,7 +1,7 @@
 #include "TavrinWidgetsUI/Collection/CollectionModel.h"
 
-#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Kinds/Collection/CollectionSettings.h"
+#include "TavrinCore/Text/Texts.h"
 
 #include <algorithm>
 #include <filesystem>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TavrinCore/Widgets/CollectionLayout.h"
+#include "TavrinCore/Kinds/Collection/CollectionLayout.h"
 #include "TavrinWidgetsUI/Kit/Views/TileLayout.h"
 
 #include <functional>

@@ -1,9 +1,9 @@
 #include "TavrinWidgetsUI/GitHub/GitHubSource.h"
 
 #include "TavrinCore/Base/Lifetime.h"
-#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Kinds/GitHub/GitHubSettings.h"
 #include "TavrinCore/Text/Text.h"
+#include "TavrinCore/Text/Texts.h"
 
 #include <unistd.h>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Kinds/GitHub/GitHubSettings.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinWidgetsUI/GitHub/GitHubSource.h"
 #include "TavrinWidgetsUI/Kit/Views/TileLayout.h"
 

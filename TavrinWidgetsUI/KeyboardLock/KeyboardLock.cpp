@@ -1,7 +1,7 @@
 #include "TavrinWidgetsUI/KeyboardLock/KeyboardLock.h"
 
-#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Text/ComputerWords.h"
+#include "TavrinCore/Text/Texts.h"
 
 #include <algorithm>
 

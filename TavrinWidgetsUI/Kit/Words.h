@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TavrinCore/Base/Texts.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinWidgetsUI/Kit/Views/Utf8.h"
 
 namespace tavrin {

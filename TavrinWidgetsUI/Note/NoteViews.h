@@ -1,7 +1,7 @@
 #pragma once
 
-#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Kinds/Note/NoteSettings.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinWidgetsUI/Kit/Views/TileLayout.h"
 
 namespace tavrin {

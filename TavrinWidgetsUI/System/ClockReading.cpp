@@ -1,5 +1,5 @@
 #include "TavrinWidgetsUI/System/ClockReading.h"
-#include "TavrinCore/Base/Texts.h"
+#include "TavrinCore/Text/Texts.h"
 
 #include "TavrinCore/Kinds/System/ClockSettings.h"
 

@@ -1,5 +1,5 @@
-#include "TavrinCore/Dock/ProfileTransfer.h"
-#include "TavrinCore/Dock/WorkspaceHotkeys.h"
+#include "TavrinCore/Profiles/ProfileTransfer.h"
+#include "TavrinCore/Profiles/WorkspaceHotkeys.h"
 
 #include <cstdint>
 #include <cstdio>

@@ -1,5 +1,5 @@
-#include "TavrinCore/Base/TextCatalogue.h"
-#include "TavrinCore/Base/Texts.h"
+#include "TavrinCore/Text/TextCatalogue.h"
+#include "TavrinCore/Text/Texts.h"
 
 #include <cstdint>
 #include <cstdlib>

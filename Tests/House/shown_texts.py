@@ -7,7 +7,7 @@ import re
 # the call it stands in.
 ROOMS = ["TavrinCore/Settings", "TavrinWidgetsUI", "TavrinSlot", "TavrinHost", "TavrinCommand",
          "TavrinSettings", "TavrinPlatform/Linux/Command"]
-# TavrinCore/Base/Texts.h, TavrinWidgetsUI/Kit/Words.h, TavrinCore/Base/Field.h.
+# TavrinCore/Text/Texts.h, TavrinWidgetsUI/Kit/Words.h, TavrinCore/Base/Field.h.
 MARKING = {"translated", "translatedIn", "plural", "marked", "worded", "wordedIn", "wordedPlural",
            "counted", "titled", "helped", "grouped", "absentAs", "noneCalled", "failure"}
 # Calls whose texts nobody is shown: names of things in files, on buses and in the toolkit; patterns

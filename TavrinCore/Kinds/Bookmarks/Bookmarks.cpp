@@ -1,8 +1,8 @@
 #include "TavrinCore/Kinds/Bookmarks/Bookmarks.h"
 
-#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Text/FoldedWords.h"
 #include "TavrinCore/Text/Text.h"
+#include "TavrinCore/Text/Texts.h"
 
 #include <algorithm>
 

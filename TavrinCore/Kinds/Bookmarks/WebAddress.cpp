@@ -1,7 +1,7 @@
 #include "TavrinCore/Kinds/Bookmarks/WebAddress.h"
 
-#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Text/Text.h"
+#include "TavrinCore/Text/Texts.h"
 
 #include <algorithm>
 #include <fmt/format.h>

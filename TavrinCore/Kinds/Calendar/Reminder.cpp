@@ -1,7 +1,7 @@
 #include "TavrinCore/Kinds/Calendar/Reminder.h"
 
-#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Text/Text.h"
+#include "TavrinCore/Text/Texts.h"
 
 #include <algorithm>
 #include <tuple>

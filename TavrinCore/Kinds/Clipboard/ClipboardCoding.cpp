@@ -1,6 +1,6 @@
+#include "TavrinCore/Base/Base64.h"
 #include "TavrinCore/Base/Wipe.h"
 #include "TavrinCore/Kinds/Clipboard/ClipboardBoard.h"
-#include "TavrinCore/Text/Base64.h"
 #include "TavrinCore/Text/JSONText.h"
 
 #include <bitset>

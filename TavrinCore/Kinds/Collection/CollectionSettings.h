@@ -1,7 +1,7 @@
 #pragma once
 
 #include "TavrinCore/Dock/DockItem.h"
-#include "TavrinCore/Widgets/CollectionLayout.h"
+#include "TavrinCore/Kinds/Collection/CollectionLayout.h"
 
 namespace tavrin {
 

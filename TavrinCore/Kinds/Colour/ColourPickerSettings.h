@@ -1,7 +1,7 @@
 #pragma once
 
 #include "TavrinCore/Base/Coding.h"
-#include "TavrinCore/Dock/Hotkey.h"
+#include "TavrinCore/Base/Hotkey.h"
 
 namespace tavrin {
 

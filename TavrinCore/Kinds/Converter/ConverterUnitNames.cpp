@@ -1,5 +1,5 @@
-#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Kinds/Converter/ConverterUnits.h"
+#include "TavrinCore/Text/Texts.h"
 
 #include <array>
 #include <unicode/measfmt.h>

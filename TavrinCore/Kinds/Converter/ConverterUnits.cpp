@@ -1,6 +1,6 @@
 #include "TavrinCore/Kinds/Converter/ConverterUnits.h"
 
-#include "TavrinCore/Base/Texts.h"
+#include "TavrinCore/Text/Texts.h"
 
 #include <algorithm>
 #include <array>

@@ -1,8 +1,8 @@
 #include "TavrinCore/Kinds/Fans/FanControl.h"
 
 #include "TavrinCore/Base/Errors.h"
-#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Text/ComputerWords.h"
+#include "TavrinCore/Text/Texts.h"
 
 #include <algorithm>
 #include <cmath>

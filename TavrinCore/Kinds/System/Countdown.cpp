@@ -1,7 +1,7 @@
 #include "TavrinCore/Kinds/System/Countdown.h"
 
-#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Text/ClockText.h"
+#include "TavrinCore/Text/Texts.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,9 +1,9 @@
 #include "TavrinCore/Kinds/Water/WaterReading.h"
 
-#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Kinds/Water/WaterSettings.h"
 #include "TavrinCore/Text/ClockText.h"
 #include "TavrinCore/Text/DecimalText.h"
+#include "TavrinCore/Text/Texts.h"
 
 #include <algorithm>
 #include <cmath>

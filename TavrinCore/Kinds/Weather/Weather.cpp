@@ -1,7 +1,7 @@
 #include "TavrinCore/Kinds/Weather/Weather.h"
 
-#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Text/ClockText.h"
+#include "TavrinCore/Text/Texts.h"
 
 #include <array>
 #include <cmath>

@@ -1,7 +1,7 @@
 #include "TavrinPlatform/Linux/Applications/ApplicationLauncher.h"
 
 #include "TavrinCore/Base/Errors.h"
-#include "TavrinCore/Base/Texts.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinPlatform/Linux/Applications/RunningWindow.h"
 #include "TavrinPlatform/Linux/Slot/LinuxApplication.h"
 #include "TavrinPlatform/Linux/Slot/StartupNotice.h"

@@ -1,7 +1,7 @@
 #include "TavrinPlatform/Linux/Command/LinuxAutostart.h"
 
 #include "TavrinCore/Base/Errors.h"
-#include "TavrinCore/Base/Texts.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinPlatform/Files/AtomicFile.h"
 
 #include <string_view>
@@ -80,9 +80,9 @@ void write(const fs::path& file, const std::string& text) {
   std::error_code error;
   fs::create_directories(file.parent_path(), error);
   if (error)
-    throw FileError(failure(translated("make the folder \"{folder}\"",
-                                       {{"folder", file.parent_path().string()}}),
-                            error.message()));
+    throw FileError(failure(
+        translated("make the folder \"{folder}\"", {{"folder", file.parent_path().string()}}),
+        error.message()));
   writeFileAtomically(file, text);
 }
 

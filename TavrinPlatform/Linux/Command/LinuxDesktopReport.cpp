@@ -1,6 +1,6 @@
 #include "TavrinPlatform/Linux/Command/LinuxDesktopReport.h"
 
-#include "TavrinCore/Base/Texts.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinPlatform/Linux/Base/SurfaceChoice.h"
 
 #include <algorithm>

@@ -1,10 +1,10 @@
 #include "TavrinPlatform/Linux/Devices/BusNearbyDevices.h"
 
 #include "TavrinCore/Base/Errors.h"
-#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Kinds/Clipboard/ClipboardItem.h"
 #include "TavrinCore/Text/NameOrder.h"
 #include "TavrinCore/Text/Text.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinPlatform/Linux/Base/BusProperties.h"
 #include "TavrinPlatform/Linux/Devices/ObexSending.h"
 #include "TavrinPlatform/POSIX/LivingToken.h"

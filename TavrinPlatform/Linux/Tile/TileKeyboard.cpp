@@ -1,6 +1,6 @@
 #include "TavrinPlatform/Linux/Tile/TileKeyboard.h"
 
-#include "TavrinCore/Base/Texts.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinCore/Widgets/DockSlot.h"
 #include "TavrinPlatform/Linux/Base/X11.h"
 #include "TavrinPlatform/Linux/Tile/StripWindow.h"

@@ -1,7 +1,7 @@
 #include "TavrinSlot/Controllers/Runs/PomodoroWidget.h"
 
-#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Kinds/Runs/PomodoroSettings.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinPlatform/Platform.h"
 #include "TavrinSlot/Controllers/Runs/StoredRun.h"
 #include "TavrinWidgetsUI/Runs/PomodoroPanelView.h"

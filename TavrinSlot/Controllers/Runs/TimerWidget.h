@@ -1,7 +1,7 @@
 #pragma once
 
-#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Kinds/Runs/TimerSettings.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinSlot/Controllers/Runs/RunWidgetController.h"
 #include "TavrinSlot/KindController.h"
 #include "TavrinWidgetsUI/Runs/TimerModel.h"

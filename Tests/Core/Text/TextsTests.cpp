@@ -1,7 +1,7 @@
-#include "TavrinCore/Base/TextCatalogue.h"
-#include "TavrinCore/Base/Texts.h"
 #include "TavrinCore/Text/DecimalText.h"
 #include "TavrinCore/Text/ForeignText.h"
+#include "TavrinCore/Text/TextCatalogue.h"
+#include "TavrinCore/Text/Texts.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>

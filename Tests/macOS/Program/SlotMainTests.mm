@@ -1,6 +1,6 @@
 #include "Tests/macOS/Objc/MacTest.h"
 
-#include "TavrinCore/Base/Texts.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinCore/Kinds/Runs/TimerSettings.h"
 #include "TavrinCore/Widgets/WidgetsFile.h"
 #include "TavrinPlatform/CommandPlatform.h"

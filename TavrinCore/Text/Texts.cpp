@@ -1,8 +1,8 @@
-#include "TavrinCore/Base/Texts.h"
+#include "TavrinCore/Text/Texts.h"
 
-#include "TavrinCore/Base/TextCatalogue.h"
 #include "TavrinCore/Text/DecimalText.h"
 #include "TavrinCore/Text/ForeignText.h"
+#include "TavrinCore/Text/TextCatalogue.h"
 
 #include <algorithm>
 #include <array>

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "TavrinCore/Base/Hotkey.h"
 #include "TavrinCore/Dock/DockItem.h"
-#include "TavrinCore/Dock/Hotkey.h"
 #include "TavrinCore/Widgets/WidgetStack.h"
 
 namespace tavrin {

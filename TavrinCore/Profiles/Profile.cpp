@@ -1,4 +1,4 @@
-#include "TavrinCore/Dock/Profile.h"
+#include "TavrinCore/Profiles/Profile.h"
 
 #include <algorithm>
 #include <iterator>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TavrinCore/Dock/Profile.h"
+#include "TavrinCore/Profiles/Profile.h"
 
 #include <map>
 

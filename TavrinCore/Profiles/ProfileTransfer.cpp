@@ -1,4 +1,4 @@
-#include "TavrinCore/Dock/ProfileTransfer.h"
+#include "TavrinCore/Profiles/ProfileTransfer.h"
 
 #include <algorithm>
 

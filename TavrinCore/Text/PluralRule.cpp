@@ -1,4 +1,4 @@
-#include "TavrinCore/Base/PluralRule.h"
+#include "TavrinCore/Text/PluralRule.h"
 
 #include <array>
 #include <charconv>

@@ -1,4 +1,4 @@
-#include "TavrinCore/Dock/WorkspaceHotkeys.h"
+#include "TavrinCore/Profiles/WorkspaceHotkeys.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "TavrinCore/Base/TextCatalogue.h"
+#include "TavrinCore/Text/TextCatalogue.h"
 
 #include <bit>
 #include <cstring>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TavrinCore/Base/PluralRule.h"
+#include "TavrinCore/Text/PluralRule.h"
 
 #include <cstddef>
 #include <cstdint>
