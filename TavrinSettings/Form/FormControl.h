@@ -3,7 +3,7 @@
 #include "TavrinCore/Base/FieldInfo.h"
 #include "TavrinCore/Settings/SettingEdit.h"
 #include "TavrinSettings/Form/FormServices.h"
-#include "TavrinWidgetsUI/Kit/Views/Utf8.h"
+#include "TavrinWidgetsUI/Kit/Utf8.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QHBoxLayout>

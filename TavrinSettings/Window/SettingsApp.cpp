@@ -5,7 +5,7 @@
 #include "TavrinSettings/Computer/ComputerPage.h"
 #include "TavrinSettings/Dock/DockPage.h"
 #include "TavrinSettings/Window/SettingsWindow.h"
-#include "TavrinWidgetsUI/Kit/Views/Utf8.h"
+#include "TavrinWidgetsUI/Kit/Utf8.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QGuiApplication>

@@ -8,7 +8,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelUndo.h"
-#include "TavrinWidgetsUI/Kit/Views/Utf8.h"
+#include "TavrinWidgetsUI/Kit/Utf8.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QKeyEvent>

@@ -1,7 +1,7 @@
 #include "TavrinWidgetsUI/Bookmarks/BookmarkViews.h"
 
 #include "TavrinCore/Kinds/Bookmarks/BookmarkSettings.h"
-#include "TavrinWidgetsUI/Kit/Views/Utf8.h"
+#include "TavrinWidgetsUI/Kit/Utf8.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewRenderer.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 

@@ -2,7 +2,7 @@
 
 #include "TavrinCore/Kinds/Calendar/CalendarSettings.h"
 #include "TavrinCore/Kinds/Calendar/ReminderSettings.h"
-#include "TavrinWidgetsUI/Kit/Views/Utf8.h"
+#include "TavrinWidgetsUI/Kit/Utf8.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #include "TavrinCore/Text/Text.h"
 #include "TavrinWidgetsUI/Calendar/CalendarViews.h"
-#include "TavrinWidgetsUI/Kit/Views/Utf8.h"
+#include "TavrinWidgetsUI/Kit/Utf8.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <algorithm>

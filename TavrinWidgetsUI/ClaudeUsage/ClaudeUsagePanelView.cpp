@@ -7,8 +7,8 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelFigure.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelSegments.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Utf8.h"
 #include "TavrinWidgetsUI/Kit/Views/Gauges.h"
-#include "TavrinWidgetsUI/Kit/Views/Utf8.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewWidget.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 

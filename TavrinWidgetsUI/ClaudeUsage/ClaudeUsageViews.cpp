@@ -1,8 +1,8 @@
 #include "TavrinWidgetsUI/ClaudeUsage/ClaudeUsageViews.h"
 
 #include "TavrinCore/Kinds/ClaudeUsage/ClaudeUsageSettings.h"
+#include "TavrinWidgetsUI/Kit/Utf8.h"
 #include "TavrinWidgetsUI/Kit/Views/Gauges.h"
-#include "TavrinWidgetsUI/Kit/Views/Utf8.h"
 #include "TavrinWidgetsUI/Kit/Views/WideTileWords.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 

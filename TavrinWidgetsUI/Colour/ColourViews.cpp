@@ -1,6 +1,6 @@
 #include "TavrinWidgetsUI/Colour/ColourViews.h"
 #include "TavrinCore/Kinds/Colour/ColourPickerSettings.h"
-#include "TavrinWidgetsUI/Kit/Views/Utf8.h"
+#include "TavrinWidgetsUI/Kit/Utf8.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <algorithm>

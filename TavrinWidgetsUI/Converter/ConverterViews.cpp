@@ -1,7 +1,7 @@
 #include "TavrinWidgetsUI/Converter/ConverterViews.h"
 
 #include "TavrinCore/Kinds/Converter/ConverterSettings.h"
-#include "TavrinWidgetsUI/Kit/Views/Utf8.h"
+#include "TavrinWidgetsUI/Kit/Utf8.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 #include "TavrinWidgetsUI/GitHub/GitHubViews.h"
 
 #include "TavrinCore/Kinds/GitHub/GitHubSettings.h"
-#include "TavrinWidgetsUI/Kit/Views/Utf8.h"
+#include "TavrinWidgetsUI/Kit/Utf8.h"
 #include "TavrinWidgetsUI/Kit/Views/WideTileWords.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 

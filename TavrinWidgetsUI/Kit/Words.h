@@ -1,7 +1,7 @@
 #pragma once
 
 #include "TavrinCore/Text/Texts.h"
-#include "TavrinWidgetsUI/Kit/Views/Utf8.h"
+#include "TavrinWidgetsUI/Kit/Utf8.h"
 
 namespace tavrin {
 

@@ -1,7 +1,7 @@
 #include "TavrinWidgetsUI/Runs/PomodoroViews.h"
 
 #include "TavrinCore/Kinds/Runs/PomodoroSettings.h"
-#include "TavrinWidgetsUI/Kit/Views/Utf8.h"
+#include "TavrinWidgetsUI/Kit/Utf8.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 #include "TavrinWidgetsUI/Runs/RunViews.h"
 

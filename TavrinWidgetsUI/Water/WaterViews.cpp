@@ -1,7 +1,7 @@
 #include "TavrinWidgetsUI/Water/WaterViews.h"
 
 #include "TavrinCore/Kinds/Water/WaterSettings.h"
-#include "TavrinWidgetsUI/Kit/Views/Utf8.h"
+#include "TavrinWidgetsUI/Kit/Utf8.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QLinearGradient>

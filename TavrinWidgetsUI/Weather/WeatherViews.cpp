@@ -1,7 +1,7 @@
 #include "TavrinWidgetsUI/Weather/WeatherViews.h"
 
 #include "TavrinCore/Kinds/Weather/WeatherSettings.h"
-#include "TavrinWidgetsUI/Kit/Views/Utf8.h"
+#include "TavrinWidgetsUI/Kit/Utf8.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <algorithm>

@@ -1,8 +1,8 @@
 #include "TavrinWidgetsUI/Kit/Pictures/Symbols.h"
 
 #include "TavrinCore/Text/Numbers.h"
+#include "TavrinWidgetsUI/Kit/Pictures/Fill.h"
 #include "TavrinWidgetsUI/Kit/Pictures/SymbolTable.h"
-#include "TavrinWidgetsUI/Kit/Views/Fill.h"
 
 #include <QPainter>
 #include <QPainterPathStroker>

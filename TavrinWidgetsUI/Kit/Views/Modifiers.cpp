@@ -1,6 +1,6 @@
 #include "TavrinWidgetsUI/Kit/Views/Modifiers.h"
 
-#include "TavrinWidgetsUI/Kit/Views/Fill.h"
+#include "TavrinWidgetsUI/Kit/Pictures/Fill.h"
 #include "TavrinWidgetsUI/Kit/Views/LayerCache.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewContext.h"
 

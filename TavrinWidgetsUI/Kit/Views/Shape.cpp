@@ -1,8 +1,8 @@
 #include "TavrinWidgetsUI/Kit/Views/Shape.h"
 
+#include "TavrinWidgetsUI/Kit/Pictures/Fill.h"
 #include "TavrinWidgetsUI/Kit/Views/BodyOutline.h"
 #include "TavrinWidgetsUI/Kit/Views/Colour.h"
-#include "TavrinWidgetsUI/Kit/Views/Fill.h"
 #include "TavrinWidgetsUI/Kit/Views/Modifiers.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewContext.h"
 

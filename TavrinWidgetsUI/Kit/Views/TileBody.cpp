@@ -1,7 +1,7 @@
 #include "TavrinCore/Widgets/DockTileGeometry.h"
+#include "TavrinWidgetsUI/Kit/Pictures/Fill.h"
 #include "TavrinWidgetsUI/Kit/Views/BodyOutline.h"
 #include "TavrinWidgetsUI/Kit/Views/Colour.h"
-#include "TavrinWidgetsUI/Kit/Views/Fill.h"
 #include "TavrinWidgetsUI/Kit/Views/Modifiers.h"
 #include "TavrinWidgetsUI/Kit/Views/Shape.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewContext.h"

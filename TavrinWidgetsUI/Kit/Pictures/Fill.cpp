@@ -1,4 +1,4 @@
-#include "TavrinWidgetsUI/Kit/Views/Fill.h"
+#include "TavrinWidgetsUI/Kit/Pictures/Fill.h"
 
 #include <QImage>
 #include <QPainter>
