@@ -1,5 +1,5 @@
 #include "TavrinPlatform/Linux/Devices/LinuxHostStatistics.h"
-#include "TavrinWidgetsUI/System/SystemReadings.h"
+#include "TavrinWidgetsUI/System/Samplers/SystemReadings.h"
 
 #include <benchmark/benchmark.h>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "TavrinSlot/SlotContext.h"
-#include "TavrinSlot/WidgetController.h"
+#include "TavrinSlot/Base/SlotContext.h"
+#include "TavrinSlot/Base/WidgetController.h"
 
 #include <memory>
 

@@ -3,10 +3,10 @@
 #include "TavrinCore/Base/Log.h"
 #include "TavrinCore/Widgets/DockWidget.h"
 #include "TavrinPlatform/Platform.h"
-#include "TavrinSlot/DockPanelPresenter.h"
-#include "TavrinSlot/DockTileRenderer.h"
-#include "TavrinSlot/SlotContext.h"
-#include "TavrinSlot/WidgetController.h"
+#include "TavrinSlot/Base/DockPanelPresenter.h"
+#include "TavrinSlot/Base/DockTileRenderer.h"
+#include "TavrinSlot/Base/SlotContext.h"
+#include "TavrinSlot/Base/WidgetController.h"
 #include "TavrinStorage/WidgetStore.h"
 
 #include <filesystem>

@@ -1,6 +1,6 @@
 #include "TavrinCommand/Dock/DockCommands.h"
 
-#include "TavrinCommand/Completers.h"
+#include "TavrinCommand/Base/Completers.h"
 #include "TavrinCommand/Dock/DockChanges.h"
 #include "TavrinCore/Text/Text.h"
 #include "TavrinCore/Text/Texts.h"

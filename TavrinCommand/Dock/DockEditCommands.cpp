@@ -1,6 +1,6 @@
 #include "TavrinCommand/Dock/DockCommands.h"
 
-#include "TavrinCommand/Completers.h"
+#include "TavrinCommand/Base/Completers.h"
 #include "TavrinCore/Dock/DockURLString.h"
 #include "TavrinCore/Text/Texts.h"
 #include "TavrinHost/Dock/DockLibrary.h"

@@ -1,6 +1,6 @@
 #include "TavrinCommand/Dock/ProfileCommands.h"
 
-#include "TavrinCommand/Completers.h"
+#include "TavrinCommand/Base/Completers.h"
 #include "TavrinCommand/Dock/DockChanges.h"
 #include "TavrinCore/Profiles/ProfileTransfer.h"
 #include "TavrinCore/Settings/HotkeyText.h"

@@ -1,4 +1,4 @@
-#include "TavrinCommand/Completers.h"
+#include "TavrinCommand/Base/Completers.h"
 #include "TavrinCommand/Widgets/WidgetCommands.h"
 #include "TavrinCore/Kinds/Bookmarks/BookmarkFiles.h"
 #include "TavrinCore/Text/Texts.h"

@@ -1,6 +1,6 @@
 #include "TavrinCommand/Widgets/EditForm.h"
 
-#include "TavrinCommand/Console.h"
+#include "TavrinCommand/Base/Console.h"
 #include "TavrinCore/Kinds/ClaudeUsage/ClaudeUsageSettings.h"
 #include "TavrinCore/Settings/SettingText.h"
 #include "TavrinCore/Text/Texts.h"

@@ -1,6 +1,6 @@
 #include "TavrinCommand/Widgets/EditService.h"
 
-#include "TavrinCommand/Completers.h"
+#include "TavrinCommand/Base/Completers.h"
 #include "TavrinCommand/Widgets/EditForm.h"
 #include "TavrinCommand/Widgets/EditorRun.h"
 #include "TavrinCore/Text/Texts.h"

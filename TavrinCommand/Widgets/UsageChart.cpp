@@ -1,6 +1,6 @@
 #include "TavrinCommand/Widgets/UsageChart.h"
 
-#include "TavrinCommand/Console.h"
+#include "TavrinCommand/Base/Console.h"
 #include "TavrinCore/Kinds/ClaudeUsage/ClaudeUsage.h"
 
 #include <algorithm>

@@ -5,7 +5,7 @@
 #include "TavrinHost/Widgets/SlotControl.h"
 #include "TavrinHost/Widgets/WidgetLibrary.h"
 
-#include "TavrinCommand/Completers.h"
+#include "TavrinCommand/Base/Completers.h"
 #include "TavrinCore/Text/Texts.h"
 #include <CLI/App.hpp>
 #include <algorithm>

@@ -2,7 +2,7 @@
 #include "TavrinCore/Settings/SettingText.h"
 #include "TavrinHost/Widgets/WidgetLibrary.h"
 
-#include "TavrinCommand/Completers.h"
+#include "TavrinCommand/Base/Completers.h"
 #include "TavrinCore/Text/Texts.h"
 #include <CLI/App.hpp>
 #include <algorithm>

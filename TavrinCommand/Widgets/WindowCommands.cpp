@@ -1,6 +1,6 @@
 #include "TavrinCommand/Widgets/WindowCommands.h"
 
-#include "TavrinCommand/Completers.h"
+#include "TavrinCommand/Base/Completers.h"
 #include "TavrinCore/Text/Texts.h"
 #include "TavrinCore/Widgets/DockSlot.h"
 #include "TavrinHost/Widgets/SlotControl.h"

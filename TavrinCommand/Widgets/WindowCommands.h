@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TavrinCommand/CommandContext.h"
+#include "TavrinCommand/Base/CommandContext.h"
 
 namespace tavrin {
 

@@ -1,7 +1,7 @@
 #include "TavrinSlot/Controllers/AirDropWidget.h"
 
 #include "TavrinCore/Base/FileURL.h"
-#include "TavrinSlot/DockPanelPresenter.h"
+#include "TavrinSlot/Base/DockPanelPresenter.h"
 #include "TavrinWidgetsUI/AirDrop/AirDropPanelView.h"
 #include "TavrinWidgetsUI/AirDrop/AirDropViews.h"
 #include "TavrinWidgetsUI/Kit/Words.h"

@@ -2,7 +2,7 @@
 
 #include "TavrinCore/Base/Lifetime.h"
 #include "TavrinCore/Kinds/AirDrop/AirDropSettings.h"
-#include "TavrinSlot/KindController.h"
+#include "TavrinSlot/Base/KindController.h"
 #include "TavrinWidgetsUI/AirDrop/AirDropModel.h"
 
 namespace tavrin {

@@ -1,7 +1,7 @@
 #include "TavrinSlot/Controllers/BookmarkWidget.h"
 
 #include "TavrinCore/Kinds/Bookmarks/BookmarkSettings.h"
-#include "TavrinSlot/DockPanelPresenter.h"
+#include "TavrinSlot/Base/DockPanelPresenter.h"
 #include "TavrinWidgetsUI/Bookmarks/BookmarkPanelView.h"
 
 namespace tavrin {

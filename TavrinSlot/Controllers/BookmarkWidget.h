@@ -1,7 +1,7 @@
 #pragma once
 
 #include "TavrinCore/Kinds/Bookmarks/BookmarkSettings.h"
-#include "TavrinSlot/KindController.h"
+#include "TavrinSlot/Base/KindController.h"
 #include "TavrinWidgetsUI/Bookmarks/BookmarkIcons.h"
 #include "TavrinWidgetsUI/Bookmarks/BookmarkNames.h"
 

@@ -2,7 +2,7 @@
 
 #include "TavrinCore/Kinds/Calendar/CalendarSettings.h"
 #include "TavrinCore/Kinds/Calendar/ReminderSettings.h"
-#include "TavrinSlot/KindController.h"
+#include "TavrinSlot/Base/KindController.h"
 #include "TavrinWidgetsUI/Calendar/CalendarModel.h"
 #include "TavrinWidgetsUI/Calendar/CalendarViews.h"
 

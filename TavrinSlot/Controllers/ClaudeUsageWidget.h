@@ -1,7 +1,7 @@
 #pragma once
 
 #include "TavrinCore/Kinds/ClaudeUsage/ClaudeUsageSettings.h"
-#include "TavrinSlot/KindController.h"
+#include "TavrinSlot/Base/KindController.h"
 #include "TavrinWidgetsUI/ClaudeUsage/ClaudeUsageModel.h"
 
 namespace tavrin {

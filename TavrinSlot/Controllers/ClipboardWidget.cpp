@@ -1,7 +1,7 @@
 #include "TavrinSlot/Controllers/ClipboardWidget.h"
 
 #include "TavrinCore/Kinds/Clipboard/ClipboardSettings.h"
-#include "TavrinSlot/DockPanelPresenter.h"
+#include "TavrinSlot/Base/DockPanelPresenter.h"
 #include "TavrinStorage/StoragePath.h"
 #include "TavrinStorage/WidgetStore.h"
 #include "TavrinWidgetsUI/Clipboard/ClipboardPanelView.h"

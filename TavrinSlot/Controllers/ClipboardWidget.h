@@ -1,7 +1,7 @@
 #pragma once
 
 #include "TavrinCore/Kinds/Clipboard/ClipboardSettings.h"
-#include "TavrinSlot/KindController.h"
+#include "TavrinSlot/Base/KindController.h"
 #include "TavrinWidgetsUI/Clipboard/ClipboardModel.h"
 
 namespace tavrin {

@@ -3,7 +3,7 @@
 #include "TavrinCore/Kinds/Collection/CollectionSettings.h"
 #include "TavrinPlatform/ApplicationLibrary.h"
 #include "TavrinPlatform/DockTile.h"
-#include "TavrinSlot/DockPanelPresenter.h"
+#include "TavrinSlot/Base/DockPanelPresenter.h"
 #include "TavrinWidgetsUI/Collection/CollectionPanelView.h"
 #include "TavrinWidgetsUI/Collection/CollectionViews.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "TavrinCore/Kinds/Collection/CollectionSettings.h"
-#include "TavrinSlot/KindController.h"
+#include "TavrinSlot/Base/KindController.h"
 #include "TavrinWidgetsUI/Collection/CollectionModel.h"
 
 namespace tavrin {

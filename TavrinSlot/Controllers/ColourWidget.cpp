@@ -3,7 +3,7 @@
 #include "TavrinCore/Base/Errors.h"
 #include "TavrinCore/Kinds/Colour/ColourPickerSettings.h"
 #include "TavrinCore/Text/Texts.h"
-#include "TavrinSlot/DockPanelPresenter.h"
+#include "TavrinSlot/Base/DockPanelPresenter.h"
 #include "TavrinStorage/StoragePath.h"
 #include "TavrinWidgetsUI/Colour/ColourPanelView.h"
 #include "TavrinWidgetsUI/Colour/ColourViews.h"

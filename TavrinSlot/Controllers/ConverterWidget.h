@@ -1,7 +1,7 @@
 #pragma once
 
 #include "TavrinCore/Kinds/Converter/ConverterSettings.h"
-#include "TavrinSlot/KindController.h"
+#include "TavrinSlot/Base/KindController.h"
 #include "TavrinWidgetsUI/Converter/ConverterViews.h"
 
 namespace tavrin {

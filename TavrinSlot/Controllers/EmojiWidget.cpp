@@ -2,7 +2,7 @@
 
 #include "TavrinCore/Kinds/Emoji/EmojiSettings.h"
 #include "TavrinCore/Text/SystemLocale.h"
-#include "TavrinSlot/DockPanelPresenter.h"
+#include "TavrinSlot/Base/DockPanelPresenter.h"
 #include "TavrinStorage/StoragePath.h"
 #include "TavrinWidgetsUI/Emoji/EmojiPanelView.h"
 #include "TavrinWidgetsUI/Emoji/EmojiViews.h"

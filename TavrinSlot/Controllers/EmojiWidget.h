@@ -1,8 +1,8 @@
 #pragma once
 
 #include "TavrinCore/Kinds/Emoji/EmojiSettings.h"
-#include "TavrinSlot/HeldStore.h"
-#include "TavrinSlot/KindController.h"
+#include "TavrinSlot/Base/HeldStore.h"
+#include "TavrinSlot/Base/KindController.h"
 #include "TavrinStorage/EmojiStore.h"
 #include "TavrinWidgetsUI/Emoji/EmojiModel.h"
 

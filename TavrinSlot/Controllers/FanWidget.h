@@ -1,7 +1,7 @@
 #pragma once
 
 #include "TavrinCore/Kinds/Fans/FanSettings.h"
-#include "TavrinSlot/KindController.h"
+#include "TavrinSlot/Base/KindController.h"
 #include "TavrinWidgetsUI/Fans/FanSwitch.h"
 #include "TavrinWidgetsUI/Fans/FanViews.h"
 

@@ -1,6 +1,6 @@
 #include "TavrinSlot/Controllers/GitHubWidget.h"
 
-#include "TavrinSlot/DockPanelPresenter.h"
+#include "TavrinSlot/Base/DockPanelPresenter.h"
 #include "TavrinWidgetsUI/GitHub/GitHubPanelView.h"
 
 namespace tavrin {

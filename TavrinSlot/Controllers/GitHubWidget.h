@@ -1,7 +1,7 @@
 #pragma once
 
 #include "TavrinCore/Kinds/GitHub/GitHubSettings.h"
-#include "TavrinSlot/KindController.h"
+#include "TavrinSlot/Base/KindController.h"
 #include "TavrinWidgetsUI/GitHub/GitHubModel.h"
 
 namespace tavrin {

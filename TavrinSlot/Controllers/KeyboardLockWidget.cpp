@@ -1,6 +1,6 @@
 #include "TavrinSlot/Controllers/KeyboardLockWidget.h"
 
-#include "TavrinSlot/DockPanelPresenter.h"
+#include "TavrinSlot/Base/DockPanelPresenter.h"
 
 namespace tavrin {
 void KeyboardLockWidgetController::start() {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "TavrinCore/Kinds/KeyboardLock/KeyboardLockSettings.h"
-#include "TavrinSlot/KindController.h"
+#include "TavrinSlot/Base/KindController.h"
 #include "TavrinWidgetsUI/KeyboardLock/KeyboardLock.h"
 #include "TavrinWidgetsUI/KeyboardLock/KeyboardLockOverlay.h"
 #include "TavrinWidgetsUI/KeyboardLock/KeyboardLockViews.h"

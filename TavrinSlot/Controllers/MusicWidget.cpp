@@ -1,7 +1,7 @@
 #include "TavrinSlot/Controllers/MusicWidget.h"
 
 #include "TavrinPlatform/DockTile.h"
-#include "TavrinSlot/DockTileRenderer.h"
+#include "TavrinSlot/Base/DockTileRenderer.h"
 #include "TavrinWidgetsUI/Music/MusicPanelView.h"
 #include "TavrinWidgetsUI/Music/MusicViews.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "TavrinCore/Kinds/Music/MusicSettings.h"
-#include "TavrinSlot/KindController.h"
+#include "TavrinSlot/Base/KindController.h"
 #include "TavrinWidgetsUI/Music/MusicModel.h"
 
 namespace tavrin {

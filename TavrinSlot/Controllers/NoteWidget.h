@@ -1,7 +1,7 @@
 #pragma once
 
 #include "TavrinCore/Kinds/Note/NoteSettings.h"
-#include "TavrinSlot/KindController.h"
+#include "TavrinSlot/Base/KindController.h"
 #include "TavrinWidgetsUI/Note/NoteModel.h"
 
 namespace tavrin {

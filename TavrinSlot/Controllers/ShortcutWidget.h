@@ -1,7 +1,7 @@
 #pragma once
 
 #include "TavrinCore/Kinds/Shortcut/ShortcutSettings.h"
-#include "TavrinSlot/KindController.h"
+#include "TavrinSlot/Base/KindController.h"
 #include "TavrinWidgetsUI/Shortcut/ShortcutRunner.h"
 
 namespace tavrin {

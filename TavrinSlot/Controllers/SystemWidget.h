@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TavrinSlot/BasicWidgetController.h"
+#include "TavrinSlot/Base/BasicWidgetController.h"
 #include "TavrinWidgetsUI/Runs/StopwatchViews.h"
 #include "TavrinWidgetsUI/System/SystemWidgetModel.h"
 

@@ -1,8 +1,8 @@
 #include "TavrinSlot/Controllers/WaterWidget.h"
 
 #include "TavrinPlatform/DockTile.h"
-#include "TavrinSlot/DockPanelPresenter.h"
-#include "TavrinSlot/DockTileRenderer.h"
+#include "TavrinSlot/Base/DockPanelPresenter.h"
+#include "TavrinSlot/Base/DockTileRenderer.h"
 #include "TavrinStorage/StoragePath.h"
 #include "TavrinWidgetsUI/Water/WaterPanelView.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "TavrinCore/Kinds/Water/WaterSettings.h"
-#include "TavrinSlot/KindController.h"
+#include "TavrinSlot/Base/KindController.h"
 #include "TavrinStorage/WaterStore.h"
 #include "TavrinWidgetsUI/Water/WaterViews.h"
 

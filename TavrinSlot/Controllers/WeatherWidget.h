@@ -1,7 +1,7 @@
 #pragma once
 
 #include "TavrinCore/Kinds/Weather/WeatherSettings.h"
-#include "TavrinSlot/KindController.h"
+#include "TavrinSlot/Base/KindController.h"
 #include "TavrinWidgetsUI/Weather/WeatherModel.h"
 #include "TavrinWidgetsUI/Weather/WeatherViews.h"
 

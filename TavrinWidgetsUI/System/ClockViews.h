@@ -1,7 +1,7 @@
 #pragma once
 
 #include "TavrinWidgetsUI/Kit/Views/TileLayout.h"
-#include "TavrinWidgetsUI/System/ClockReading.h"
+#include "TavrinWidgetsUI/System/Samplers/ClockReading.h"
 
 namespace tavrin {
 

@@ -2,7 +2,7 @@
 
 #include "TavrinCore/Kinds/System/NetworkSettings.h"
 #include "TavrinWidgetsUI/Kit/Views/TileLayout.h"
-#include "TavrinWidgetsUI/System/SystemReadings.h"
+#include "TavrinWidgetsUI/System/Samplers/SystemReadings.h"
 
 namespace tavrin {
 

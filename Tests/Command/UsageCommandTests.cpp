@@ -1,4 +1,4 @@
-#include "TavrinCommand/Console.h"
+#include "TavrinCommand/Base/Console.h"
 #include "TavrinCommand/Widgets/UsageChart.h"
 #include "TavrinHost/HostError.h"
 #include "Tests/Command/HostFixture.h"

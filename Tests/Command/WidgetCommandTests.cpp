@@ -1,5 +1,5 @@
+#include "TavrinCommand/Base/Console.h"
 #include "TavrinCommand/CompletionCommands.h"
-#include "TavrinCommand/Console.h"
 #include "TavrinCore/Widgets/DockWidget.h"
 #include "Tests/Command/HostFixture.h"
 

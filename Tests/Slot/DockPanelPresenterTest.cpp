@@ -1,4 +1,4 @@
-#include "TavrinSlot/DockPanelPresenter.h"
+#include "TavrinSlot/Base/DockPanelPresenter.h"
 
 #include "Tests/Support/FakePlatform.h"
 

@@ -1,4 +1,4 @@
-#include "TavrinSlot/DockTileRenderer.h"
+#include "TavrinSlot/Base/DockTileRenderer.h"
 #include "Tests/Support/FakePlatform.h"
 
 #include <gtest/gtest.h>

@@ -6,8 +6,8 @@
 #include "TavrinSlot/Controllers/NoteWidget.h"
 #include "TavrinSlot/Controllers/SystemWidget.h"
 
-#include "TavrinSlot/DockPanelPresenter.h"
-#include "TavrinSlot/DockTileRenderer.h"
+#include "TavrinSlot/Base/DockPanelPresenter.h"
+#include "TavrinSlot/Base/DockTileRenderer.h"
 #include "TavrinStorage/StoragePath.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
 #include "TavrinWidgetsUI/Note/NotePanelView.h"

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "TavrinSlot/DockPanelPresenter.h"
-#include "TavrinSlot/DockTileRenderer.h"
-#include "TavrinSlot/SlotContext.h"
-#include "TavrinSlot/WidgetController.h"
+#include "TavrinSlot/Base/DockPanelPresenter.h"
+#include "TavrinSlot/Base/DockTileRenderer.h"
+#include "TavrinSlot/Base/SlotContext.h"
+#include "TavrinSlot/Base/WidgetController.h"
 #include "Tests/Support/FakePlatform.h"
 
 #include <QPushButton>

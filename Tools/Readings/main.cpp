@@ -4,7 +4,7 @@
 //
 //   readings LINK
 #include "TavrinPlatform/Linux/Devices/LinuxHostStatistics.h"
-#include "TavrinWidgetsUI/System/SystemReadings.h"
+#include "TavrinWidgetsUI/System/Samplers/SystemReadings.h"
 
 #include <chrono>
 #include <cstdio>

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "TavrinCore/Kinds/Files/FilesSettings.h"
+#include "TavrinSlot/Base/KindController.h"
 #include "TavrinSlot/Controllers/Files/FolderWidgetController.h"
-#include "TavrinSlot/KindController.h"
 #include "TavrinWidgetsUI/Files/FileRoll.h"
 
 namespace tavrin {

@@ -1,6 +1,6 @@
 #include "TavrinSlot/Controllers/Files/FolderWidgetController.h"
 
-#include "TavrinSlot/DockPanelPresenter.h"
+#include "TavrinSlot/Base/DockPanelPresenter.h"
 #include "TavrinWidgetsUI/Files/FileWords.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 

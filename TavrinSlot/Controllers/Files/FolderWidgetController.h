@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TavrinSlot/BasicWidgetController.h"
+#include "TavrinSlot/Base/BasicWidgetController.h"
 #include "TavrinWidgetsUI/Files/FileActions.h"
 #include "TavrinWidgetsUI/Files/FilePanelServices.h"
 

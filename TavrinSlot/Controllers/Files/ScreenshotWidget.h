@@ -1,8 +1,8 @@
 #pragma once
 
 #include "TavrinCore/Kinds/Files/ScreenshotSettings.h"
+#include "TavrinSlot/Base/KindController.h"
 #include "TavrinSlot/Controllers/Files/FolderWidgetController.h"
-#include "TavrinSlot/KindController.h"
 #include "TavrinWidgetsUI/Files/ScreenshotRoll.h"
 
 namespace tavrin {

@@ -1,6 +1,6 @@
 #include "TavrinSlot/Controllers/Files/ShelfWidget.h"
 
-#include "TavrinSlot/DockPanelPresenter.h"
+#include "TavrinSlot/Base/DockPanelPresenter.h"
 #include "TavrinWidgetsUI/Files/ShelfPanelView.h"
 #include "TavrinWidgetsUI/Files/ShelfViews.h"
 

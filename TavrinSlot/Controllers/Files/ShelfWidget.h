@@ -1,7 +1,7 @@
 #pragma once
 
 #include "TavrinCore/Kinds/Files/ShelfSettings.h"
-#include "TavrinSlot/KindController.h"
+#include "TavrinSlot/Base/KindController.h"
 #include "TavrinWidgetsUI/Files/FileActions.h"
 #include "TavrinWidgetsUI/Files/ShelfModel.h"
 

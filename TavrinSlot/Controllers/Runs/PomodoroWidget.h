@@ -1,8 +1,8 @@
 #pragma once
 
 #include "TavrinCore/Kinds/Runs/PomodoroSettings.h"
+#include "TavrinSlot/Base/KindController.h"
 #include "TavrinSlot/Controllers/Runs/RunWidgetController.h"
-#include "TavrinSlot/KindController.h"
 #include "TavrinWidgetsUI/Runs/PomodoroModel.h"
 #include "TavrinWidgetsUI/Runs/PomodoroViews.h"
 

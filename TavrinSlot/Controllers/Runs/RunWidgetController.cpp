@@ -1,7 +1,7 @@
 #include "TavrinSlot/Controllers/Runs/RunWidgetController.h"
 
 #include "TavrinPlatform/Platform.h"
-#include "TavrinSlot/DockPanelPresenter.h"
+#include "TavrinSlot/Base/DockPanelPresenter.h"
 
 namespace tavrin {
 namespace {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "TavrinCore/Kinds/Runs/TickSchedule.h"
-#include "TavrinSlot/BasicWidgetController.h"
+#include "TavrinSlot/Base/BasicWidgetController.h"
 #include "TavrinSlot/Controllers/Runs/EndNotification.h"
 
 #include <vector>

@@ -2,8 +2,8 @@
 
 #include "TavrinCore/Kinds/Runs/TimerSettings.h"
 #include "TavrinCore/Text/Texts.h"
+#include "TavrinSlot/Base/KindController.h"
 #include "TavrinSlot/Controllers/Runs/RunWidgetController.h"
-#include "TavrinSlot/KindController.h"
 #include "TavrinWidgetsUI/Runs/TimerModel.h"
 #include "TavrinWidgetsUI/Runs/TimerViews.h"
 

@@ -2,8 +2,8 @@
 
 #include "TavrinCore/Kinds/System/BatterySettings.h"
 #include "TavrinPlatform/ConnectedDevices.h"
+#include "TavrinWidgetsUI/System/Samplers/SystemReadings.h"
 #include "TavrinWidgetsUI/System/Samplers/SystemSampler.h"
-#include "TavrinWidgetsUI/System/SystemReadings.h"
 
 #include <functional>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "TavrinCore/Kinds/System/ClockSettings.h"
-#include "TavrinWidgetsUI/System/ClockReading.h"
+#include "TavrinWidgetsUI/System/Samplers/ClockReading.h"
 #include "TavrinWidgetsUI/System/Samplers/SystemSampler.h"
 
 namespace tavrin {

@@ -2,8 +2,8 @@
 
 #include "TavrinCore/Kinds/System/NetworkSettings.h"
 #include "TavrinWidgetsUI/System/Samplers/ReadingHistory.h"
+#include "TavrinWidgetsUI/System/Samplers/SystemReadings.h"
 #include "TavrinWidgetsUI/System/Samplers/SystemSampler.h"
-#include "TavrinWidgetsUI/System/SystemReadings.h"
 
 namespace tavrin {
 

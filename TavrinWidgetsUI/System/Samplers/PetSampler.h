@@ -1,7 +1,7 @@
 #pragma once
 
 #include "TavrinCore/Kinds/System/PetSettings.h"
-#include "TavrinWidgetsUI/System/PetModel.h"
+#include "TavrinWidgetsUI/System/Samplers/PetModel.h"
 #include "TavrinWidgetsUI/System/Samplers/SystemSampler.h"
 
 namespace tavrin {

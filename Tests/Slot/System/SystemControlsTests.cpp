@@ -6,8 +6,8 @@
 #include "TavrinSlot/Controllers/KeyboardLockWidget.h"
 #include "TavrinSlot/Controllers/SystemWidget.h"
 
-#include "TavrinSlot/DockPanelPresenter.h"
-#include "TavrinSlot/DockTileRenderer.h"
+#include "TavrinSlot/Base/DockPanelPresenter.h"
+#include "TavrinSlot/Base/DockTileRenderer.h"
 #include "TavrinStorage/StoragePath.h"
 #include "Tests/Storage/TemporaryFolder.h"
 #include "Tests/Support/PanelWords.h"

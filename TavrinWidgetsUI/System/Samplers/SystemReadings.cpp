@@ -1,4 +1,4 @@
-#include "TavrinWidgetsUI/System/SystemReadings.h"
+#include "TavrinWidgetsUI/System/Samplers/SystemReadings.h"
 
 #include <algorithm>
 

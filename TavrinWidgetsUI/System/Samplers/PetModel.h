@@ -3,7 +3,7 @@
 #include "TavrinCore/Base/Calendar.h"
 #include "TavrinCore/Kinds/System/PetSettings.h"
 #include "TavrinWidgetsUI/System/PetSprites.h"
-#include "TavrinWidgetsUI/System/SystemReadings.h"
+#include "TavrinWidgetsUI/System/Samplers/SystemReadings.h"
 
 namespace tavrin {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TavrinCommand/Console.h"
+#include "TavrinCommand/Base/Console.h"
 #include "TavrinCore/Base/JSONValue.h"
 #include "TavrinHost/HostContext.h"
 

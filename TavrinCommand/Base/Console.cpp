@@ -1,4 +1,4 @@
-#include "TavrinCommand/Console.h"
+#include "TavrinCommand/Base/Console.h"
 #include "TavrinCore/Text/Texts.h"
 
 #include <algorithm>

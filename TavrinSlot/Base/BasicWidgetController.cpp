@@ -1,9 +1,9 @@
-#include "TavrinSlot/BasicWidgetController.h"
+#include "TavrinSlot/Base/BasicWidgetController.h"
 
 #include "TavrinCore/Widgets/DockSlot.h"
 #include "TavrinCore/Widgets/SettingChanges.h"
-#include "TavrinSlot/DockPanelPresenter.h"
-#include "TavrinSlot/DockTileRenderer.h"
+#include "TavrinSlot/Base/DockPanelPresenter.h"
+#include "TavrinSlot/Base/DockTileRenderer.h"
 #include "TavrinStorage/StoragePath.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
 

@@ -1,4 +1,4 @@
-#include "TavrinWidgetsUI/System/ClockReading.h"
+#include "TavrinWidgetsUI/System/Samplers/ClockReading.h"
 #include "TavrinCore/Text/Texts.h"
 
 #include "TavrinCore/Kinds/System/ClockSettings.h"

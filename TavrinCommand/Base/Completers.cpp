@@ -1,4 +1,4 @@
-#include "TavrinCommand/Completers.h"
+#include "TavrinCommand/Base/Completers.h"
 
 #include "TavrinCore/Text/Texts.h"
 #include "TavrinHost/Dock/DockLibrary.h"

@@ -1,4 +1,4 @@
-#include "TavrinCommand/CommandContext.h"
+#include "TavrinCommand/Base/CommandContext.h"
 #include "TavrinCore/Text/Texts.h"
 
 #include <CLI/App.hpp>

@@ -2,8 +2,8 @@
 
 #include "TavrinPlatform/DockTile.h"
 #include "TavrinPlatform/Platform.h"
-#include "TavrinSlot/SlotContext.h"
-#include "TavrinSlot/WidgetController.h"
+#include "TavrinSlot/Base/SlotContext.h"
+#include "TavrinSlot/Base/WidgetController.h"
 #include "TavrinStorage/WidgetStore.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelView.h"
 #include "TavrinWidgetsUI/Kit/Views/TileLayout.h"

@@ -1,4 +1,4 @@
-#include "TavrinWidgetsUI/System/PetModel.h"
+#include "TavrinWidgetsUI/System/Samplers/PetModel.h"
 
 #include "TavrinCore/Kinds/System/PetSettings.h"
 
