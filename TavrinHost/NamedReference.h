@@ -4,7 +4,6 @@
 #include "TavrinCore/Text/Texts.h"
 #include "TavrinHost/FoldedName.h"
 #include "TavrinHost/HostError.h"
-#include "TavrinHost/Widgets/WidgetLibrary.h"
 
 #include <fmt/format.h>
 #include <functional>

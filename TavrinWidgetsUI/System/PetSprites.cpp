@@ -173,17 +173,6 @@ void draw(QImage& image, const Part& part, const PetPalette& palette, bool hasCl
     }
 }
 
-struct SkyColours {
-  double until;
-  PetSky sky;
-};
-
-constexpr SkyColours skyHours[] = {{6, PetSky::night},
-                                   {8, PetSky::dawn},
-                                   {18, PetSky::day},
-                                   {21, PetSky::dusk},
-                                   {24, PetSky::night}};
-
 struct Meadow {
   QColor top;
   QColor bottom;
@@ -246,23 +235,6 @@ void drawGrass(QImage& image, const Meadow& colours, int horizon, int way) {
 }
 
 } // namespace
-
-PetSky petSky(double hour) {
-  for (const auto& [until, sky] : skyHours)
-    if (hour < until)
-      return sky;
-  return PetSky::night;
-}
-
-double nextSkyHour(double hour) {
-  double next = 24 + skyHours[0].until;
-  const auto offer = [&](double change) { next = change > hour ? std::min(next, change) : next; };
-  for (const auto& each : skyHours)
-    offer(each.until == 24 ? next : each.until);
-  offer(PetLife::nightBegins);
-  offer(PetLife::nightEnds);
-  return next;
-}
 
 QImage petSprite(PetSpecies species, const PetPose& pose) {
   QImage image(petWidth, petHeight, QImage::Format_ARGB32_Premultiplied);

@@ -2,6 +2,7 @@
 
 #include "TavrinCore/Kinds/System/Pet.h"
 #include "TavrinCore/Kinds/System/PetSettings.h"
+#include "TavrinCore/Kinds/System/PetSky.h"
 
 #include <QImage>
 
@@ -13,12 +14,6 @@ inline constexpr int petHeight = 20;
 
 /// A pet alone on a transparent ground, one pixel a pixel.
 QImage petSprite(PetSpecies species, const PetPose& pose);
-
-/// Time of day as the sky shows it.
-enum class PetSky { night, dawn, day, dusk };
-PetSky petSky(double hour);
-/// The next hour after `hour`, up to 24 later, at which the sky or a pet's night changes.
-double nextSkyHour(double hour);
 
 /// A pet in its meadow, `size` pixels large; it stands `pose.place` pixels from the left where
 /// there is room for that, else in the middle.

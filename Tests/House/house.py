@@ -50,6 +50,12 @@ def room_of(parts):
     return parts[1] if len(parts) > 2 else ""
 
 
+def room_at(depth, parts):
+    """The room that a file's folder is in when only folders down to `depth` are told apart. What
+    lies in the floor itself, or beside rooms, is a room of its own."""
+    return "/".join(parts[1:-1][:depth]) or "(top)"
+
+
 def arrow_fault(source, target):
     """Why the file `source` may not include `target`; None where it may. Both are lists of parts."""
     here, there = source[0], target[0]
@@ -133,13 +139,11 @@ def faults(root):
                 continue
             if why := arrow_fault(list(parts), target):
                 found.append(f"{name}: includes {included}, but {why}")
-            for home in (("TavrinPlatform", "Linux"), ("TavrinPlatform", "macOS")):
-                if parts[:2] == home and tuple(target[:2]) == home:
-                    # The files of the top make the rooms' parts, and are no room.
-                    own = parts[2] if len(parts) > 3 else "(top)"
-                    other = target[2] if len(target) > 3 else "(top)"
+            if parts[0] == target[0]:
+                for depth in range(1, max(len(parts), len(target)) - 1):
+                    own, other = room_at(depth, parts), room_at(depth, target)
                     if own != other:
-                        rooms["/".join(home)][own].add(other)
+                        rooms[parts[0], depth][own].add(other)
         if parts[0] in PRODUCT and parts[0] != "TavrinPlatform":
             for match in PLATFORM_CONDITIONAL.finditer(code):
                 found.append(f"{name}: asks for the platform by {match.group(1)}")
@@ -153,7 +157,9 @@ def faults(root):
     for folder in sorted(folders):
         if (count := sum(path.is_file() for path in folder.iterdir())) > MOST_FILES:
             found.append(f"{folder.relative_to(root)}: {count} files, at most {MOST_FILES}")
-    for home, arrows in rooms.items():
+    circles = {}
+    for (floor, _), arrows in sorted(rooms.items()):
         if way := circle(arrows):
-            found.append(f"{home}: a circle of rooms: {' -> '.join(way)}")
+            circles.setdefault(floor, way)
+    found += [f"{floor}: a circle of rooms: {' -> '.join(way)}" for floor, way in circles.items()]
     return found

@@ -72,8 +72,28 @@ class TheRules(unittest.TestCase):
                  at + "Files/c.h": ""}
         self.assertEqual([], self.faults(files))
         files[at + "Files/c.h"] = f'#include "{at}Base/a.h"\n'
-        self.assertEqual([f"{at[:-1]}: a circle of rooms: Base -> Tile -> Files -> Base"],
-                         self.faults(files))
+        way = "Linux/Base -> Linux/Tile -> Linux/Files -> Linux/Base"
+        self.assertEqual([f"TavrinPlatform: a circle of rooms: {way}"], self.faults(files))
+
+    def test_circles_are_found_on_every_floor_and_at_every_depth(self):
+        for floor, one, other in [
+            ("TavrinCore", "Base", "Text"),
+            ("TavrinStorage", "Dock", ""),
+            ("TavrinWidgetsUI", "Kit/Views", "Kit/Panels"),
+            ("TavrinWidgetsUI", "Files/Rolls", "Files"),
+            ("TavrinHost", "Dock", "Widgets"),
+            ("TavrinSettings", "Form", "Window"),
+        ]:
+            first, second = (floor + "/" + (room + "/" if room else "") for room in (one, other))
+            files = {first + "a.h": f'#include "{second}b.h"\n', second + "b.h": ""}
+            with self.subTest(floor=floor, one=one, other=other):
+                self.assertEqual([], self.faults(files))
+                files[second + "c.h"] = f'#include "{first}d.h"\n'
+                self.assertEqual(1, len(self.faults(files)))
+        # By parts of two rooms, no two of which see each other.
+        self.assertEqual(["TavrinCore: a circle of rooms: Dock -> Kinds -> Dock"], self.faults({
+            "TavrinCore/Dock/a.h": '#include "TavrinCore/Kinds/Files/b.h"\n',
+            "TavrinCore/Kinds/Note/c.h": '#include "TavrinCore/Dock/d.h"\n'}))
 
     def test_what_one_system_has(self):
         for line in ["#ifdef __linux__", "#if defined(Q_OS_MACOS)", "# elif defined __APPLE__",

@@ -7,6 +7,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelPaint.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
 #include "TavrinWidgetsUI/Kit/Views/Colour.h"
+#include "TavrinWidgetsUI/Kit/Views/FocusRing.h"
 #include "TavrinWidgetsUI/Kit/Views/PlainWords.h"
 
 #include <QAbstractItemDelegate>
@@ -141,8 +142,8 @@ public:
       panelPaint::rounded(*painter, badge, 7, colours.fill);
       panelPaint::symbol(*painter, QStringLiteral("checkmark"), badge, 9, colours.onFill);
     }
-    if (grid_->currentIndex() == index && panelPaint::showsFocus(*grid_))
-      panelPaint::focusRing(*painter, rect, panel::cornerRadius, colours.accent);
+    if (grid_->currentIndex() == index && showsFocus(*grid_))
+      drawFocusRing(*painter, rect, panel::cornerRadius, colours.accent);
     painter->restore();
   }
 

@@ -44,10 +44,6 @@ void picture(QPainter& painter, const QImage& image, const QRectF& rect, const Q
   painter.drawRect(target.adjusted(0.5, 0.5, -0.5, -0.5));
 }
 
-void focusRing(QPainter& painter, const QRectF& rect, double radius, const QColor& accent) {
-  rounded(painter, rect, radius, {}, accent, panel::focusRing);
-}
-
 void symbol(QPainter& painter, const QString& name, const QRectF& rect, double side,
             const QColor& colour) {
   const QPointF centre = rect.center();
@@ -113,10 +109,6 @@ bool isLed(const QWidget& list) {
 
 void setLead(QWidget& list, const QWidget& field) {
   list.setProperty(leadProperty, QVariant::fromValue(const_cast<QWidget*>(&field)));
-}
-
-bool showsFocus(const QWidget& widget) {
-  return widget.hasFocus() && widget.window()->testAttribute(Qt::WA_KeyboardFocusChange);
 }
 
 QRectF visual(const QRectF& logical, const QRectF& whole, Qt::LayoutDirection direction) {

@@ -19,8 +19,6 @@ namespace panelPaint {
 /// Fills `rect` with round corners; a valid `border` is drawn inside it, `width` points wide.
 void rounded(QPainter& painter, const QRectF& rect, double radius, const QColor& fill,
              const QColor& border = {}, double width = 1);
-/// The ring around what has the keyboard: 2 points inside `rect`.
-void focusRing(QPainter& painter, const QRectF& rect, double radius, const QColor& accent);
 /// The symbol of `side` points in the middle of `rect`.
 void symbol(QPainter& painter, const QString& name, const QRectF& rect, double side,
             const QColor& colour);
@@ -35,8 +33,6 @@ double line(QPainter& painter, const QString& text, const QRectF& rect, const QF
 void lines(QPainter& painter, const QString& text, const QRectF& rect, const QFont& font,
            const QColor& colour, Qt::TextElideMode elision = Qt::ElideRight);
 
-/// Whether the focus is to be seen: `widget` has it, and the keyboard was used last.
-bool showsFocus(const QWidget& widget);
 /// Whether the search field that leads to `list` has the focus: its first item is what Return means
 /// then, and is marked.
 bool isLed(const QWidget& list);

@@ -4,6 +4,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelPaint.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
+#include "TavrinWidgetsUI/Kit/Views/FocusRing.h"
 #include "TavrinWidgetsUI/Kit/Views/PlainWords.h"
 #include "TavrinWidgetsUI/Kit/Views/Text.h"
 
@@ -167,7 +168,7 @@ void PanelRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opti
   const bool live = !list_->isReadOnly() && row.isEnabled;
   const bool led = live && index.row() == 0 && panelPaint::isLed(*list_);
   const bool hover = live && option.state.testFlag(QStyle::State_MouseOver);
-  const bool focus = live && list_->currentIndex() == index && panelPaint::showsFocus(*list_);
+  const bool focus = live && list_->currentIndex() == index && showsFocus(*list_);
   const int overAction = hover ? list_->actionAt(index, pointer) : -1;
   const bool pressed = hover && overAction < 0 && list_->isPressed(index);
 
@@ -195,7 +196,7 @@ void PanelRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opti
     panelPaint::symbol(*painter, action.symbol, place, 15,
                        i == overAction ? colours.text : colours.secondary);
     if (focus && list_->currentAction() == i)
-      panelPaint::focusRing(*painter, place, 6, colours.accent);
+      drawFocusRing(*painter, place, 6, colours.accent);
     firstShown = i;
   }
   if (firstShown < count)
@@ -204,7 +205,7 @@ void PanelRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opti
   painting.paintTrailing();
   cut_[index.row()] = painting.paintWords();
   if (focus && list_->currentAction() < 0)
-    panelPaint::focusRing(*painter, rect, panel::cornerRadius, colours.accent);
+    drawFocusRing(*painter, rect, panel::cornerRadius, colours.accent);
   painter->restore();
 }
 

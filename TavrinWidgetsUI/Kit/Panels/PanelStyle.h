@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TavrinWidgetsUI/Kit/Panels/PanelFont.h"
+#include "TavrinWidgetsUI/Kit/Views/FocusRing.h"
 
 #include <QCommonStyle>
 
@@ -22,7 +23,7 @@ inline constexpr TextLength rowHeight{36};
 inline constexpr TextLength tallRowHeight{44};
 inline constexpr TextLength boxSide{18};
 inline constexpr int cornerRadius = 6;
-inline constexpr int focusRing = 2;
+inline constexpr int focusRing = focusRingWidth;
 inline constexpr TextLength maximumHeight{560};
 } // namespace panel
 

@@ -5,6 +5,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelSegments.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
 #include "TavrinWidgetsUI/Kit/Views/Colour.h"
+#include "TavrinWidgetsUI/Kit/Views/FocusRing.h"
 
 #include <QFocusFrame>
 #include <QRadioButton>
@@ -82,7 +83,7 @@ void drawFocusFrame(const QWidget* widget, QPainter& painter, const QRect& rect)
     return;
   const bool isSegment = dynamic_cast<const PanelSegments*>(target->parentWidget()) != nullptr;
   const double radius = panel::cornerRadius + (isSegment ? 2 : 3);
-  panelPaint::focusRing(painter, rect, radius, PanelPalette::from(target->palette()).accent);
+  drawFocusRing(painter, rect, radius, PanelPalette::from(target->palette()).accent);
 }
 
 } // namespace

@@ -1,11 +1,12 @@
 #include "TavrinWidgetsUI/Kit/Views/ViewWidget.h"
 
-#include "TavrinWidgetsUI/Kit/Panels/PanelPaint.h"
+#include "TavrinWidgetsUI/Kit/Views/FocusRing.h"
 #include "TavrinWidgetsUI/Kit/Views/PlainWords.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewRenderer.h"
 
 #include <QFocusEvent>
 #include <QMouseEvent>
+#include <QPainter>
 #include <cmath>
 
 namespace tavrin {
@@ -53,9 +54,9 @@ void ViewWidget::paintEvent(QPaintEvent*) {
   painter_->paint(painter, *view_, QRectF(origin, size_), devicePixelRatioF());
   adoptButtons();
   const auto& buttons = painter_->buttons();
-  if (button_ >= 0 && panelPaint::showsFocus(*this))
-    panelPaint::focusRing(painter, buttons[static_cast<std::size_t>(button_)].rect, 6,
-                          PanelPalette::from(palette()).accent);
+  if (button_ >= 0 && showsFocus(*this))
+    drawFocusRing(painter, buttons[static_cast<std::size_t>(button_)].rect, 6,
+                  palette().color(QPalette::Active, QPalette::Link));
 }
 
 void ViewWidget::adoptButtons() {

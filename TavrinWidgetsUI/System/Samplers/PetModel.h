@@ -1,8 +1,9 @@
 #pragma once
 
 #include "TavrinCore/Base/Calendar.h"
+#include "TavrinCore/Kinds/System/Pet.h"
 #include "TavrinCore/Kinds/System/PetSettings.h"
-#include "TavrinWidgetsUI/System/PetSprites.h"
+#include "TavrinCore/Kinds/System/PetSky.h"
 #include "TavrinWidgetsUI/System/Samplers/SystemReadings.h"
 
 namespace tavrin {
