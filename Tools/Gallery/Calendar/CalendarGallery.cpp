@@ -3,8 +3,8 @@
 #include "TavrinSettings/Samples/SampleValues.h"
 #include "TavrinWidgetsUI/Calendar/CalendarPanelView.h"
 #include "TavrinWidgetsUI/Calendar/CalendarViews.h"
-#include "Tools/Gallery/Calendar/GalleryCalendars.h"
 #include "Tools/Gallery/Gallery.h"
+#include "Tools/Gallery/GalleryCalendars.h"
 
 namespace tavrin {
 namespace {

@@ -14,8 +14,8 @@
 #include "TavrinWidgetsUI/System/TimeProgressViews.h"
 #include "Tests/Support/FakePlatform.h"
 #include "Tests/Support/SystemServices.h"
-#include "Tools/Gallery/Calendar/GalleryCalendars.h"
 #include "Tools/Gallery/Gallery.h"
+#include "Tools/Gallery/GalleryCalendars.h"
 
 #include <deque>
 
