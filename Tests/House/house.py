@@ -106,6 +106,22 @@ def circle(arrows):
     return None
 
 
+def room_faults(root):
+    """Kinds whose rooms do not stand on every floor that has them under one name, and rooms beside
+    them that are no kind's."""
+    rooms = lambda folder: {path.name for path in (root / folder).iterdir()
+                            if path.is_dir() and any(path.glob("*.cpp"))}
+    kinds = {path.name for path in (root / "TavrinCore" / "Kinds").iterdir()}
+    tests = [rooms("Tests/" + floor) for floor in ("Core/Kinds", "WidgetsUI", "Slot")]
+    found = [f"TavrinWidgetsUI: no room {kind}" for kind in kinds - rooms("TavrinWidgetsUI")]
+    found += [f"Tools/Gallery: no room {kind}" for kind in kinds - rooms("Tools/Gallery")]
+    found += [f"Tests: no room {kind}" for kind in kinds.difference(*tests)]
+    for folder in ("TavrinWidgetsUI", "Tools/Gallery", "Tests/Core/Kinds", "Tests/WidgetsUI",
+                   "Tests/Slot"):
+        found += [f"{folder}/{room}: no kind's room" for room in rooms(folder) - kinds]
+    return sorted(found)
+
+
 def sources(root):
     for folder in PRODUCT + OUTSIDE:
         for path in sorted((root / folder).rglob("*")):

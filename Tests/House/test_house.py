@@ -16,6 +16,9 @@ class TheTree(unittest.TestCase):
         self.assertGreater(sum(1 for _ in house.sources(ROOT)), 500)
         self.assertEqual("", "\n".join(house.faults(ROOT)))
 
+    def test_a_kinds_rooms_have_one_name_on_all_floors(self):
+        self.assertEqual("", "\n".join(house.room_faults(ROOT)))
+
 
 class TheRules(unittest.TestCase):
     """Each fault is found in a tree that has nothing else wrong."""

@@ -38,6 +38,11 @@ protected:
     app_->applicationDidFinishLaunching();
   }
   void announce() { platform_.center.post("dev.quellby.tavrin.widgetsChanged", std::nullopt); }
+  /// Does what was posted, and then what was given to the background.
+  void settle() {
+    platform_.loop.runPosts();
+    platform_.loop.runBackground();
+  }
   void click() { app_->applicationShouldHandleReopen(false); }
 
   QWidget* panel() const { return platform_.fakePopover.content(); }
@@ -48,6 +53,10 @@ protected:
       if (auto* widget = dynamic_cast<Widget*>(child))
         found.push_back(widget);
     return found;
+  }
+  template <class Widget> Widget* first() const {
+    const auto found = all<Widget>();
+    return found.empty() ? nullptr : found[0];
   }
   /// All words the panel shows.
   QStringList words() const {

@@ -6,7 +6,7 @@
 #include "TavrinSlot/Base/WidgetController.h"
 #include "Tests/Support/FakePlatform.h"
 
-#include <QPushButton>
+#include <QAbstractButton>
 #include <gtest/gtest.h>
 #include <memory>
 
@@ -42,7 +42,7 @@ public:
   /// Presses the panel's button with that title, or that accessible name.
   void press(const QString& title) {
     ASSERT_NE(panel.rootView(), nullptr);
-    for (auto* button : panel.rootView()->findChildren<QPushButton*>())
+    for (auto* button : panel.rootView()->findChildren<QAbstractButton*>())
       if (!button->isHidden() && (button->text() == title || button->accessibleName() == title)) {
         ASSERT_TRUE(button->isEnabled()) << title.toStdString();
         button->click();

@@ -1,5 +1,5 @@
 #include "Tools/Gallery/CutWords.h"
-#include "Tools/Gallery/DesignedGallery.h"
+#include "Tools/Gallery/Gallery.h"
 
 #include "TavrinPlatform/Files/TextsFile.h"
 #include "TavrinPlatform/Qt/QtTextLocale.h"
@@ -27,8 +27,12 @@ struct NamedSheet {
 constexpr NamedSheet sheets[] = {
     {"kit", kitGallery},
     {"timers", timersGallery},
-    {"simple", simpleGallery},
-    {"simple-wide", simpleWideGallery},
+    {"note", noteGallery},
+    {"time", timeGallery},
+    {"time-wide", timeWideGallery},
+    {"github", gitHubGallery},
+    {"fans", fanGallery},
+    {"keyboard-lock", keyboardLockGallery},
     {"usage", usageGallery},
     {"usage-wide", usageWideGallery},
     {"water", waterGallery},
@@ -57,15 +61,28 @@ struct NamedPanels {
 };
 
 constexpr NamedPanels panelSheets[] = {
-    {"simple-panels", simplePanels},         {"system-panels", systemPanels},
-    {"timers-panels", timersPanels},         {"usage-panels", usagePanels},
-    {"water-panels", waterPanels},           {"weather-panels", weatherPanels},
-    {"calendar-panels", calendarPanels},     {"colour-panels", colourPanels},
-    {"clipboard-panels", clipboardPanels},   {"files-panels", filesPanels},
-    {"converter-panels", converterPanels},   {"emoji-panels", emojiPanels},
-    {"bookmarks-panels", bookmarkPanels},    {"pet-panels", petPanels},
-    {"collection-panels", collectionPanels}, {"music-panels", musicPanels},
-    {"shortcut-panels", shortcutPanels},     {"airdrop-panels", airDropPanels},
+    {"note-panels", notePanels},
+    {"time-panels", timePanels},
+    {"github-panels", gitHubPanels},
+    {"fans-panels", fanPanels},
+    {"keyboard-lock-panels", keyboardLockPanels},
+    {"system-panels", systemPanels},
+    {"timers-panels", timersPanels},
+    {"usage-panels", usagePanels},
+    {"water-panels", waterPanels},
+    {"weather-panels", weatherPanels},
+    {"calendar-panels", calendarPanels},
+    {"colour-panels", colourPanels},
+    {"clipboard-panels", clipboardPanels},
+    {"files-panels", filesPanels},
+    {"converter-panels", converterPanels},
+    {"emoji-panels", emojiPanels},
+    {"bookmarks-panels", bookmarkPanels},
+    {"pet-panels", petPanels},
+    {"collection-panels", collectionPanels},
+    {"music-panels", musicPanels},
+    {"shortcut-panels", shortcutPanels},
+    {"airdrop-panels", airDropPanels},
 };
 
 constexpr double captionHeight = 16;
@@ -165,7 +182,7 @@ struct KnownCut {
 
 /// Where words that much longer have no room: two lines of type as small as may be are full.
 constexpr KnownCut knownCuts[] = {
-    {"usage", "reading", "64 points"},     {"usage", "nothing", "48 points"},
+    {"usage", "reading", "64 points"},     {"github", "nothing", "48 points"},
     {"weather", "partly", "48 points"},    {"weather", "thunder", "48 points"},
     {"music", "silent", "48 points"},      {"airdrop", "idle", "48 points"},
     {"converter-panels", "long", "panel"}, {"music-panels", "playing", "panel"},

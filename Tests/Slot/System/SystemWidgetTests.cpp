@@ -1,84 +1,23 @@
-#include "TavrinCore/Kinds/Note/NoteSettings.h"
 #include "TavrinCore/Kinds/Runs/StopwatchSettings.h"
+#include "TavrinCore/Kinds/System/ActivitySettings.h"
+#include "TavrinCore/Kinds/System/BatterySettings.h"
 #include "TavrinCore/Kinds/System/ClockSettings.h"
 #include "TavrinCore/Kinds/System/CountdownSettings.h"
+#include "TavrinCore/Kinds/System/NetworkSettings.h"
 #include "TavrinCore/Kinds/System/PetSettings.h"
-#include "TavrinSlot/Controllers/NoteWidget.h"
 #include "TavrinSlot/Controllers/SystemWidget.h"
-
-#include "TavrinSlot/Base/DockPanelPresenter.h"
-#include "TavrinSlot/Base/DockTileRenderer.h"
-#include "TavrinStorage/StoragePath.h"
-#include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
-#include "TavrinWidgetsUI/Note/NotePanelView.h"
 #include "TavrinWidgetsUI/Runs/StopwatchPanelView.h"
 #include "TavrinWidgetsUI/System/ClockPanelView.h"
 #include "TavrinWidgetsUI/System/CountdownPanelView.h"
 #include "TavrinWidgetsUI/System/PetPanelView.h"
-#include "Tests/Storage/TemporaryFolder.h"
-#include "Tests/Support/SlotRig.h"
+#include "Tests/Slot/StoredSlot.h"
 
-#include <QAbstractButton>
 #include <QFontDatabase>
 #include <QLabel>
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 namespace tavrin::test {
 namespace {
-
-constexpr Date noon{800'000'000};
-
-struct Slot {
-  Slot() {
-    platform.files.variables["TAVRIN_APP_SUPPORT_DIR"] = folder.path().string();
-    changed = platform.center.observe("dev.quellby.tavrin.widgetsChanged", [this](const auto&) {
-      if (controller)
-        controller->update(*store().widget(id));
-    });
-  }
-  ~Slot() { drop(); }
-
-  template <class Controller> void show(DockWidget::Kind kind) {
-    auto opened = store();
-    id = opened.create("Mine", std::move(kind)).id;
-    opened.claimSlot(id);
-    controller = begun<Controller>(context, *opened.widget(id));
-  }
-  /// As the slot does when its widget goes.
-  void drop() {
-    changed.reset();
-    controller.reset();
-  }
-  WidgetStore store() {
-    return WidgetStore(StoragePath(platform.files, platform.bundle).widgetsFileURL());
-  }
-  void setKind(DockWidget::Kind kind) {
-    auto opened = store();
-    auto widget = *opened.widget(id);
-    widget.kind = std::move(kind);
-    opened.update(widget);
-    platform.center.post("dev.quellby.tavrin.widgetsChanged");
-  }
-  std::string storedText() { return store().widget(id)->kind.get<NoteSettings>()->text; }
-  template <class View> View* panelAs() { return dynamic_cast<View*>(panel.rootView()); }
-  void press(const QString& title) {
-    for (auto* button : panel.rootView()->findChildren<QAbstractButton*>())
-      if (button->text() == title)
-        return button->click();
-    FAIL() << "no button " << title.toStdString();
-  }
-  PanelTextEdit& editor() { return *panel.rootView()->findChild<PanelTextEdit*>(); }
-
-  TemporaryFolder folder;
-  FakePlatform platform{noon};
-  DockTileRenderer tile{platform.tile};
-  DockPanelPresenter panel{platform.fakePopover, platform.geometry};
-  int edits = 0;
-  SlotContext context{platform, tile, panel, [this] { ++edits; }};
-  UUID id;
-  Living<WidgetController> controller;
-  TokenPtr changed;
-};
 
 DockWidget::Kind clockWithSeconds() {
   ClockSettings settings;
@@ -87,7 +26,7 @@ DockWidget::Kind clockWithSeconds() {
 }
 
 TEST(SystemWidgetController, DrawsAtOnceAndThenOncePerDisplayedSecond) {
-  Slot slot;
+  StoredSlot slot;
   slot.show<SystemWidgetController>(clockWithSeconds());
   EXPECT_EQ(slot.platform.tile.displays, 1);
   EXPECT_EQ(slot.platform.tile.name, "Clock");
@@ -96,7 +35,7 @@ TEST(SystemWidgetController, DrawsAtOnceAndThenOncePerDisplayedSecond) {
 }
 
 TEST(SystemWidgetController, AClockWithoutSecondsPaintsOnceAMinute) {
-  Slot slot;
+  StoredSlot slot;
   slot.show<SystemWidgetController>(ClockSettings{});
   slot.platform.loop.advance(180);
   EXPECT_EQ(slot.platform.tile.displays, 4);
@@ -109,7 +48,7 @@ TEST(SystemWidgetController, AnotherInterfaceFontIsOnTheTileAndInThePanelAtOnce)
     if (family != usual && QFontDatabase::isSmoothlyScalable(family))
       other = family;
   ASSERT_FALSE(other.isEmpty()) << "one font only";
-  Slot slot;
+  StoredSlot slot;
   slot.show<SystemWidgetController>(ClockSettings{});
   slot.controller->togglePanel();
   const QImage before = slot.platform.tile.last;
@@ -131,7 +70,7 @@ TEST(SystemWidgetController, AnotherInterfaceFontIsOnTheTileAndInThePanelAtOnce)
 }
 
 TEST(SystemWidgetController, AnotherTextSizeAndContrastReachTheOpenPanelAtOnce) {
-  Slot slot;
+  StoredSlot slot;
   slot.show<SystemWidgetController>(ClockSettings{});
   slot.controller->togglePanel();
   const auto panel = [&] { return dynamic_cast<PanelView*>(slot.panel.rootView()); };
@@ -149,12 +88,12 @@ TEST(SystemWidgetController, AnotherTextSizeAndContrastReachTheOpenPanelAtOnce) 
 }
 
 TEST(SystemWidgetController, TheOpenPanelBecomesTheOtherKinds) {
-  Slot slot;
+  StoredSlot slot;
   slot.show<SystemWidgetController>(clockWithSeconds());
   auto* controller = slot.controller.get();
   slot.controller->togglePanel();
   EXPECT_TRUE(slot.panelAs<ClockPanelView>());
-  slot.setKind(CountdownSettings{noon + 90, true});
+  slot.setKind(CountdownSettings{slot.now() + 90, true});
   EXPECT_TRUE(slot.panelAs<CountdownPanelView>());
   slot.setKind(StopwatchSettings{});
   EXPECT_TRUE(slot.panelAs<StopwatchPanelView>());
@@ -173,7 +112,7 @@ TEST(SystemWidgetController, TheOpenPanelBecomesTheOtherKinds) {
 }
 
 TEST(SystemWidgetController, AStopwatchOutlivesItsProcess) {
-  Slot slot;
+  StoredSlot slot;
   slot.show<SystemWidgetController>(StopwatchSettings{});
   slot.controller->togglePanel();
   slot.press("Start");
@@ -183,7 +122,7 @@ TEST(SystemWidgetController, AStopwatchOutlivesItsProcess) {
   const std::string key = "dev.quellby.tavrin.stopwatch." + slot.id.text();
   ASSERT_TRUE(slot.platform.defaults.values.count(key));
   const auto run = decode<StopwatchRun>(slot.platform.defaults.values.at(key));
-  EXPECT_EQ(run.startedAt, noon);
+  EXPECT_EQ(run.startedAt, slot.now() - 65);
   ASSERT_EQ(run.laps.size(), 1U);
   EXPECT_NEAR(run.laps[0], 65, 1e-3);
 
@@ -202,7 +141,7 @@ TEST(SystemWidgetController, AStopwatchOutlivesItsProcess) {
 
 TEST(SystemWidgetController, ARunThatCannotBeReadBeginsAnew) {
   for (const char* text : {"3", "{}", R"({"accumulated":"x","laps":[]})"}) {
-    Slot slot;
+    StoredSlot slot;
     auto opened = slot.store();
     slot.id = opened.create("Mine", StopwatchSettings{}).id;
     const std::string key = "dev.quellby.tavrin.stopwatch." + slot.id.text();
@@ -215,7 +154,7 @@ TEST(SystemWidgetController, ARunThatCannotBeReadBeginsAnew) {
 }
 
 TEST(SystemWidgetController, TenthsEndWhenThePanelCloses) {
-  Slot slot;
+  StoredSlot slot;
   slot.show<SystemWidgetController>(StopwatchSettings{});
   slot.controller->togglePanel();
   slot.press("Start");
@@ -228,81 +167,52 @@ TEST(SystemWidgetController, TenthsEndWhenThePanelCloses) {
   EXPECT_LE(slot.platform.loop.firings - closed, 10);
 }
 
-TEST(NoteWidgetController, SavesWhatIsTypedAndTellsEveryone) {
-  Slot slot;
-  slot.show<NoteWidgetController>(NoteSettings{});
-  EXPECT_EQ(slot.platform.tile.value, "Click to write a note");
+TEST(SystemWidgetController, OpensTheDesktopsSystemMonitor) {
+  StoredSlot slot;
+  slot.show<SystemWidgetController>(ActivitySettings{});
   slot.controller->togglePanel();
-  slot.editor().setPlainText("Milk");
-  EXPECT_EQ(slot.platform.tile.value, "Milk"); // before it is saved
-  EXPECT_EQ(slot.platform.center.count("dev.quellby.tavrin.widgetsChanged"), 0);
-  slot.platform.loop.advance(1);
-  EXPECT_EQ(slot.storedText(), "Milk");
-  EXPECT_EQ(slot.platform.center.count("dev.quellby.tavrin.widgetsChanged"), 1);
+  slot.press("Open Activity Monitor");
+  EXPECT_EQ(slot.platform.fakeWorkspace.activityMonitors, 1);
+  EXPECT_FALSE(slot.says("No system monitor is installed."));
+  slot.platform.fakeWorkspace.hasActivityMonitor = false;
+  slot.press("Open Activity Monitor");
+  EXPECT_TRUE(slot.says("No system monitor is installed."));
 }
 
-TEST(NoteWidgetController, SavesWhenThePanelClosesAndWhenItGoes) {
-  Slot slot;
-  slot.show<NoteWidgetController>(NoteSettings{});
+TEST(SystemWidgetController, ChartsTellTheirFigures) {
+  StoredSlot slot;
+  const auto told = [&] {
+    for (auto* each : slot.panel.rootView()->findChildren<QWidget*>())
+      if (each->accessibleName() == "The last minute")
+        return each->accessibleDescription();
+    return QString();
+  };
+  slot.show<SystemWidgetController>(ActivitySettings{});
   slot.controller->togglePanel();
-  slot.editor().setPlainText("Milk");
-  slot.platform.fakePopover.close();
-  EXPECT_EQ(slot.storedText(), "Milk");
-  slot.controller->togglePanel();
-  slot.editor().setPlainText("Bread");
-  slot.drop();
-  EXPECT_EQ(slot.storedText(), "Bread");
-}
-
-TEST(NoteWidgetController, KeepsTypedTextWhenAnotherIsWrittenMeanwhile) {
-  Slot slot;
-  slot.show<NoteWidgetController>(NoteSettings{"Milk", "#FBBF24"});
-  slot.controller->togglePanel();
-  slot.editor().setPlainText("Milk, bread");
-  slot.setKind(NoteSettings{"Soap", "#FF0000"});
-  EXPECT_EQ(slot.editor().toPlainText(), "Milk, bread");
-  slot.platform.loop.advance(10);
-  EXPECT_EQ(slot.storedText(), "Soap");
-  slot.press("Keep Both");
-  EXPECT_EQ(slot.storedText(), "Milk, bread\n\nSoap");
-  EXPECT_EQ(slot.editor().toPlainText(), "Milk, bread\n\nSoap");
-  EXPECT_EQ(slot.store().widget(slot.id)->kind.get<NoteSettings>()->colorHex, "#FF0000");
-}
-
-TEST(NoteWidgetController, FindsAChangeThatNobodyAnnounced) {
-  for (const bool goes : {false, true}) {
-    Slot slot;
-    slot.show<NoteWidgetController>(NoteSettings{"Milk", "#FBBF24"});
-    slot.controller->togglePanel();
-    slot.editor().setPlainText("Milk, bread");
-    auto opened = slot.store();
-    auto other = *opened.widget(slot.id);
-    other.name = "Shopping";
-    other.kind = NoteSettings{"Soap", "#FBBF24"};
-    opened.update(other);
-    if (goes) {
-      slot.drop();
-    } else {
-      slot.platform.loop.advance(1);
-      EXPECT_EQ(slot.storedText(), "Soap");
-      slot.platform.fakePopover.close();
+  EXPECT_THAT(told().toStdString(),
+              testing::MatchesRegex("The processor is at [0-9]+%, on average [0-9]+%, at most "
+                                    "[0-9]+%. Memory is at [0-9]+%, on average [0-9]+%, at most "
+                                    "[0-9]+%."));
+  StoredSlot other;
+  other.show<SystemWidgetController>(NetworkSettings{});
+  other.controller->togglePanel();
+  for (auto* each : other.panel.rootView()->findChildren<QWidget*>())
+    if (each->accessibleName() == "The last minute") {
+      EXPECT_THAT(each->accessibleDescription().toStdString(),
+                  testing::MatchesRegex("Download is at .*/s, on average .*/s, at most .*/s. "
+                                        "Upload is at .*/s, on average .*/s, at most .*/s."));
+      return;
     }
-    EXPECT_EQ(slot.storedText(), "Milk, bread\n\nSoap") << goes;
-    EXPECT_EQ(slot.store().widget(slot.id)->name, "Shopping");
-  }
+  FAIL() << "no chart";
 }
 
-TEST(NoteWidgetController, DoesNotTurnAWidgetBackIntoANote) {
-  Slot slot;
-  slot.show<NoteWidgetController>(NoteSettings{});
+TEST(SystemWidgetController, TheBatteryPanelAsksTheDevicesAnew) {
+  StoredSlot slot;
+  slot.show<SystemWidgetController>(BatterySettings{});
+  const int before = slot.platform.devices.refreshes;
   slot.controller->togglePanel();
-  slot.editor().setPlainText("Milk");
-  auto opened = slot.store();
-  auto other = *opened.widget(slot.id);
-  other.kind = ClockSettings{};
-  opened.update(other);
-  slot.drop();
-  EXPECT_TRUE(slot.store().widget(slot.id)->kind.get<ClockSettings>());
+  EXPECT_EQ(slot.platform.devices.refreshes, before + 1);
+  EXPECT_TRUE(slot.says("This computer has no battery."));
 }
 
 } // namespace

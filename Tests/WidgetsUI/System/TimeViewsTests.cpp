@@ -1,14 +1,12 @@
 #include "TavrinCore/Kinds/System/ClockSettings.h"
 #include "TavrinCore/Kinds/System/CountdownSettings.h"
 #include "TavrinCore/Kinds/System/TimeProgressSettings.h"
-#include "TavrinWidgetsUI/Kit/Pictures/KindSymbols.h"
-#include "TavrinWidgetsUI/Kit/Pictures/Symbols.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewRenderer.h"
-#include "TavrinWidgetsUI/Note/NoteViews.h"
 #include "TavrinWidgetsUI/System/ClockViews.h"
 #include "TavrinWidgetsUI/System/CountdownViews.h"
 #include "TavrinWidgetsUI/System/TimeProgressViews.h"
 #include "Tests/Kit/Pixels.h"
+#include "Tests/Kit/Spoken.h"
 
 #include <cmath>
 #include <gtest/gtest.h>
@@ -124,33 +122,7 @@ TEST(TimeProgressRing, AgreesWithItsNumber) {
   }
 }
 
-TEST(NoteInk, CanBeReadOnAnyPaper) {
-  for (int red = 0; red <= 255; red += 51)
-    for (int green = 0; green <= 255; green += 51)
-      for (int blue = 0; blue <= 255; blue += 51) {
-        const QColor paper(red, green, blue);
-        EXPECT_GE(contrast(noteInk(paper), paper), 4.5) << paper.name().toStdString();
-      }
-  EXPECT_EQ(notePaper("no colour"), notePaper("#FBBF24"));
-}
-
-TEST(KindSymbols, EveryKindHasADrawing) {
-  for (const auto& kind : allKinds()) {
-    EXPECT_TRUE(hasSymbol(kindSymbol(kind.key))) << kind.key;
-    EXPECT_NE(kindSymbol(kind.key), "questionmark.square") << kind.key;
-  }
-}
-
-/// What assistive technology hears of a tile.
-std::pair<QString, QString> spoken(const AnyView& view, const TileSize& size) {
-  ViewRenderer renderer;
-  renderer.render(view, {size.width(), size.height()}, 1);
-  if (renderer.elements().size() != 1)
-    return {QString::number(renderer.elements().size()) + " elements", {}};
-  return {renderer.elements()[0].label, renderer.elements()[0].value};
-}
-
-TEST(SimpleTiles, AreOneElementWithItsWholeReading) {
+TEST(TimeTiles, AreOneElementWithItsWholeReading) {
   const CountdownSettings launch{afternoon + 3 * 86'400.0 + 7300, true};
   const Calendar berlin("Europe/Berlin", "en_US");
   const auto day = TimeProgressReading::at(afternoon, TimeProgressScope::day, berlin);
@@ -172,12 +144,10 @@ TEST(SimpleTiles, AreOneElementWithItsWholeReading) {
     EXPECT_EQ(
         spoken(wide ? timeProgressWideTile(day, size) : timeProgressTileIcon(day, size), size),
         std::pair(QString("Day"), QString("37% left")));
-    EXPECT_EQ(spoken(noteTileIcon({"", "#FBBF24"}, size), size),
-              std::pair(QString("Note"), QString("Click to write a note")));
   }
 }
 
-TEST(SimpleTiles, AFaceThatDidNotMoveIsNotPaintedAgain) {
+TEST(TimeTiles, AFaceThatDidNotMoveIsNotPaintedAgain) {
   ClockSettings settings;
   settings.isAnalog = true;
   const ClockReader reader(settings, Calendar("Europe/Berlin", "en_US"));

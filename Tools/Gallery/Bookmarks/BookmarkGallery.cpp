@@ -1,7 +1,7 @@
 #include "TavrinCore/Kinds/Bookmarks/BookmarkSettings.h"
 #include "TavrinWidgetsUI/Bookmarks/BookmarkPanelView.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
-#include "Tools/Gallery/DesignedGallery.h"
+#include "Tools/Gallery/Gallery.h"
 
 #include <QLineEdit>
 #include <QPainter>

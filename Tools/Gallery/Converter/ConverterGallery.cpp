@@ -1,7 +1,7 @@
 #include "TavrinCore/Kinds/Converter/ConverterSettings.h"
 #include "TavrinWidgetsUI/Converter/ConverterPanelView.h"
 #include "TavrinWidgetsUI/Converter/ConverterViews.h"
-#include "Tools/Gallery/DesignedGallery.h"
+#include "Tools/Gallery/Gallery.h"
 
 namespace tavrin {
 namespace {

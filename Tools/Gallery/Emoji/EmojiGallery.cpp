@@ -2,7 +2,7 @@
 #include "TavrinSettings/Samples/SampleValues.h"
 #include "TavrinWidgetsUI/Emoji/EmojiPanelView.h"
 #include "TavrinWidgetsUI/Emoji/EmojiViews.h"
-#include "Tools/Gallery/DesignedGallery.h"
+#include "Tools/Gallery/Gallery.h"
 #include "Tools/Gallery/GalleryRunLoop.h"
 
 #include <QCoreApplication>

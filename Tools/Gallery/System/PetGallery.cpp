@@ -1,34 +1,18 @@
 #include "TavrinCore/Kinds/System/PetSettings.h"
 #include "TavrinWidgetsUI/System/PetPanelView.h"
 #include "TavrinWidgetsUI/System/PetViews.h"
-#include "TavrinWidgetsUI/System/SystemWidgetModel.h"
-#include "Tests/Support/FakePlatform.h"
-#include "Tests/Support/SystemServices.h"
-#include "Tools/Gallery/DesignedGallery.h"
-
-#include <deque>
+#include "Tools/Gallery/Gallery.h"
+#include "Tools/Gallery/System/SystemStand.h"
 
 namespace tavrin {
 namespace {
 
 constexpr Date midnight = Date::fromUnixSeconds(1'788'912'000);
 
-/// A pet on a desktop of its own, for as long as the gallery runs.
-struct Meadow {
-  Meadow(const PetSettings& settings, double hour)
-      : platform(midnight + hour * 3600),
-        model(test::servicesOf(platform), DockWidget({}, "Minka", 1, settings, 1)) {
-    model.isPanelShown = [] { return true; };
-    model.start();
-  }
-  test::FakePlatform platform;
-  SystemWidgetModel model;
-};
-
 GalleryPanel panelOf(const char* name, const PetSettings& settings, double hour, bool isStroked) {
   return {name, petTint, [=](const PanelAppearance& look) {
-            static std::deque<Meadow> meadows;
-            auto& model = meadows.emplace_back(settings, hour).model;
+            auto& model = systemStand("Minka", settings, midnight + hour * 3600).model;
+            model.start();
             if (isStroked)
               model.strokePet();
             return new PetPanelView(look, {model, [] {}, [](const PetSettings&) {}, [] {}});

@@ -1,21 +1,14 @@
-#include "TavrinCore/Kinds/KeyboardLock/KeyboardLockSettings.h"
 #include "TavrinCore/Kinds/System/ActivitySettings.h"
 #include "TavrinCore/Kinds/System/BatterySettings.h"
 #include "TavrinCore/Kinds/System/NetworkSettings.h"
-#include "TavrinWidgetsUI/Fans/FanSwitch.h"
-#include "TavrinWidgetsUI/Fans/FanViews.h"
-#include "TavrinWidgetsUI/KeyboardLock/KeyboardLock.h"
-#include "TavrinWidgetsUI/KeyboardLock/KeyboardLockViews.h"
 #include "TavrinWidgetsUI/System/ActivityViews.h"
 #include "TavrinWidgetsUI/System/BatteryViews.h"
 #include "TavrinWidgetsUI/System/NetworkViews.h"
 #include "TavrinWidgetsUI/System/SystemPanelViews.h"
-#include "Tests/Support/FakePlatform.h"
-#include "Tests/Support/SystemServices.h"
 #include "Tools/Gallery/Gallery.h"
+#include "Tools/Gallery/System/SystemStand.h"
 
 #include <cmath>
-#include <deque>
 
 namespace tavrin {
 namespace {
@@ -78,85 +71,10 @@ void addTiles(GallerySheet& sheet, int span) {
                        }});
 }
 
-const KeyboardLockStatus lockCases[] = {
-    {}, {true, true, 119, 3, 0}, {true, false, {}, 3, 0}, {true, true, 1800, 3, 0.6}};
-
-constexpr double fanSpeeds[] = {0, 1960, 6200};
-
-void addControls(GallerySheet& sheet, int span) {
-  for (const auto& status : lockCases)
-    sheet.push_back({status.isLocked ? "locked" : "unlocked", span, [=](const TileSize& size) {
-                       return size.isWide()
-                                  ? keyboardLockWideTile("Keyboard Lock", status, size, [] {})
-                                  : keyboardLockTileIcon(status, size);
-                     }});
-  for (const double speed : fanSpeeds)
-    for (const bool isFull : {false, true})
-      sheet.push_back({isFull ? "full" : "automatic", span, [=](const TileSize& size) {
-                         FanStatus status{speed > 0, true, isFull && speed > 0, speed, {}};
-                         if (speed > 0)
-                           status.share = speed / 6200;
-                         return size.isWide() ? fanWideTile("Fans", status, size, [] {})
-                                              : fanTileIcon(status, size);
-                       }});
-}
-
-GalleryPanel lockPanel(const char* name, InputBlocker::Outcome outcome, bool locks) {
-  return {name, keyboardLockTint, [=](const PanelAppearance& look) {
-            static std::deque<test::FakePlatform> platforms;
-            static std::deque<KeyboardLock> kept;
-            auto& platform = platforms.emplace_back();
-            auto& lock =
-                kept.emplace_back(KeyboardLock::Services{platform.fakeClock, platform.loop,
-                                                         platform.blocker, platform.fakeSounds},
-                                  KeyboardLockSettings{});
-            if (locks) {
-              lock.lock();
-              platform.blocker.callbacks.started(outcome);
-            }
-            return new KeyboardLockPanelView(
-                look, lock, {[] { return QString("Keyboard Lock"); }, [] {}, [] {}, [] {}});
-          }};
-}
-
-GalleryPanel fanPanel(const char* name, int fans, FanHelperClient::Status status,
-                      std::optional<FanHelperClient::Refusal> refusal, bool isFull) {
-  return {name, fanTint, [=](const PanelAppearance& look) {
-            static std::deque<test::FakePlatform> platforms;
-            static std::deque<FanSwitch> switches;
-            auto& platform = platforms.emplace_back();
-            platform.fakeSMC.addFans(fans);
-            platform.fans.current = status;
-            auto& made = switches.emplace_back(platform.loop, platform.fakeSMC, platform.fans);
-            made.start();
-            platform.loop.runBackground();
-            if (isFull || refusal) {
-              made.setFull(true);
-              platform.fans.answer(refusal);
-            }
-            return new FanPanelView(
-                look, made, [] { return QString("Fans"); }, [] {});
-          }};
-}
-
-struct Stand {
-  explicit Stand(const char* name, DockWidget::Kind kind)
-      : model(test::servicesOf(platform), DockWidget({}, name, 1, std::move(kind), 1)) {
-    model.isPanelShown = [] { return true; };
-  }
-  test::FakePlatform platform;
-  SystemWidgetModel model;
-};
-
-Stand& stand(const char* name, DockWidget::Kind kind) {
-  static std::deque<Stand> stands;
-  return stands.emplace_back(name, std::move(kind));
-}
-
 GalleryPanel batteryPanel(const char* name, std::optional<int> level, bool isCharging,
                           std::vector<DeviceBattery> devices) {
   return {name, palette::green, [=](const PanelAppearance& look) {
-            auto& at = stand("Battery", BatterySettings{});
+            auto& at = systemStand("Battery", BatterySettings{});
             if (level)
               at.platform.power.sources = {{*level, 100, isCharging, isCharging, 80, 325}};
             at.platform.devices.batteries = devices;
@@ -168,7 +86,7 @@ GalleryPanel batteryPanel(const char* name, std::optional<int> level, bool isCha
 
 GalleryPanel networkPanel(const char* name, std::vector<std::string> links, double scale) {
   return {name, downTint, [=](const PanelAppearance& look) {
-            auto& at = stand("Network", NetworkSettings{});
+            auto& at = systemStand("Network", NetworkSettings{});
             for (const auto& link : links)
               at.platform.host.links.push_back({link, 0, 0});
             at.model.start();
@@ -189,7 +107,6 @@ GalleryPanel networkPanel(const char* name, std::vector<std::string> links, doub
 GallerySheet systemGallery() {
   GallerySheet sheet;
   addTiles(sheet, 1);
-  addControls(sheet, 1);
   return sheet;
 }
 
@@ -197,8 +114,6 @@ GallerySheet systemWideGallery() {
   GallerySheet sheet;
   addTiles(sheet, 2);
   addTiles(sheet, 3);
-  addControls(sheet, 2);
-  addControls(sheet, 3);
   return sheet;
 }
 
@@ -217,7 +132,7 @@ GalleryPanels systemPanels() {
           batteryPanel("none", {}, false, {}),
           {"activity", cpuTint,
            [](const PanelAppearance& look) {
-             auto& at = stand("Activity", ActivitySettings{});
+             auto& at = systemStand("Activity", ActivitySettings{});
              at.platform.host.memory = MemoryLoad{61, 100};
              at.platform.host.cpu = CPULoad{10, 0, 90, 0};
              at.model.start();
@@ -234,17 +149,7 @@ GalleryPanels systemPanels() {
           networkPanel("ten links",
                        {"eth0", "eth1", "wlan0", "br-0123456789ab", "veth1", "veth2", "tun0", "wg0",
                         "docker0", "virbr0"},
-                       4000),
-          lockPanel("lock", InputBlocker::Outcome::holding, false),
-          lockPanel("locked", InputBlocker::Outcome::holding, true),
-          lockPanel("refused", InputBlocker::Outcome::secureInput, true),
-          fanPanel("fans", 2, FanHelperClient::Status::ready, {}, false),
-          fanPanel("full", 2, FanHelperClient::Status::ready, {}, true),
-          fanPanel("first time", 2, FanHelperClient::Status::notRegistered, {}, false),
-          fanPanel("approval", 1, FanHelperClient::Status::needsApproval, {}, false),
-          fanPanel("trouble", 1, FanHelperClient::Status::ready,
-                   FanHelperClient::Refusal{"Failed to reach the fan helper"}, false),
-          fanPanel("no fans", 0, FanHelperClient::Status::ready, {}, false)};
+                       4000)};
 }
 
 } // namespace tavrin

@@ -1,23 +1,15 @@
-#include "TavrinCore/Kinds/Note/NoteSettings.h"
 #include "TavrinCore/Kinds/System/ClockSettings.h"
 #include "TavrinCore/Kinds/System/CountdownSettings.h"
 #include "TavrinCore/Kinds/System/TimeProgressSettings.h"
-#include "TavrinWidgetsUI/Note/NoteModel.h"
-#include "TavrinWidgetsUI/Note/NotePanelView.h"
-#include "TavrinWidgetsUI/Note/NoteViews.h"
 #include "TavrinWidgetsUI/System/ClockPanelView.h"
 #include "TavrinWidgetsUI/System/ClockViews.h"
 #include "TavrinWidgetsUI/System/CountdownPanelView.h"
 #include "TavrinWidgetsUI/System/CountdownViews.h"
-#include "TavrinWidgetsUI/System/SystemWidgetModel.h"
 #include "TavrinWidgetsUI/System/TimeProgressPanelView.h"
 #include "TavrinWidgetsUI/System/TimeProgressViews.h"
-#include "Tests/Support/FakePlatform.h"
-#include "Tests/Support/SystemServices.h"
 #include "Tools/Gallery/Gallery.h"
 #include "Tools/Gallery/GalleryCalendars.h"
-
-#include <deque>
+#include "Tools/Gallery/System/SystemStand.h"
 
 namespace tavrin {
 namespace {
@@ -25,11 +17,6 @@ namespace {
 /// Wednesday, 9 September 2026, 22:08:42 in Berlin.
 constexpr Date evening = Date::fromUnixSeconds(1'788'984'522);
 constexpr Date morning = evening - 12.0 * 3600;
-const char* const shortNote = "Milk, bread\nCall Ada";
-const char* const longNote =
-    "Groceries: milk, bread, a kilogram of unreasonably small potatoes, soap, "
-    "Donaudampfschifffahrtsgesellschaftskapitän, and whatever looks good. Then home.";
-
 struct ClockCase {
   const char* name;
   ClockSettings settings;
@@ -86,18 +73,6 @@ CountdownSettings settingsOf(const CountdownCase& countdown) {
   return {evening + countdown.left, countdown.countsUpAfter};
 }
 
-struct NoteCase {
-  const char* name;
-  const char* text;
-  const char* paper;
-};
-
-constexpr NoteCase noteCases[] = {
-    {"empty", "", "#FBBF24"},       {"short", shortNote, "#FBBF24"}, {"long", longNote, "#FBBF24"},
-    {"blue", longNote, "#0A84FF"},  {"black", shortNote, "#000000"}, {"white", longNote, "#FFFFFF"},
-    {"grey", shortNote, "#777777"}, {"pink", shortNote, "#FF9EC4"},
-};
-
 void addClocks(GallerySheet& sheet, int span) {
   for (const auto& clock : clockCases()) {
     const auto reading = ClockReader(clock.settings, clock.calendar).at(clock.date);
@@ -133,44 +108,12 @@ void addTimeProgress(GallerySheet& sheet, int span) {
                    }});
 }
 
-void addNotes(GallerySheet& sheet, int span) {
-  for (const auto& note : noteCases)
-    sheet.push_back({note.name, span, [note](const TileSize& size) {
-                       const NoteSettings settings{note.text, note.paper};
-                       return size.isWide() ? noteWideTile(settings, size)
-                                            : noteTileIcon(settings, size);
-                     }});
-}
-
-/// A widget on a desktop of its own, for as long as the gallery runs.
-struct Stand {
-  Stand(const char* name, DockWidget::Kind kind, Date now)
-      : platform(now),
-        model(test::servicesOf(platform), DockWidget({}, name, 1, std::move(kind), 1)) {
-    model.isPanelShown = [] { return true; };
-  }
-  test::FakePlatform platform;
-  SystemWidgetModel model;
-};
-
-SystemWidgetModel& modelOf(const char* name, DockWidget::Kind kind, Date now) {
-  static std::deque<Stand> stands;
-  return stands.emplace_back(name, std::move(kind), now).model;
-}
-
-NoteModel& noteModel(const NoteSettings& settings) {
-  static test::FakePlatform platform(evening);
-  static std::deque<NoteModel> notes;
-  return notes.emplace_back(platform.fakeClock, platform.loop, settings);
-}
-
 GallerySheet sheetOf(std::initializer_list<int> spans) {
   GallerySheet sheet;
   for (const int span : spans) {
     addClocks(sheet, span);
     addCountdowns(sheet, span);
     addTimeProgress(sheet, span);
-    addNotes(sheet, span);
   }
   return sheet;
 }
@@ -179,20 +122,20 @@ template <class Panel>
 GalleryPanel panelOf(const char* name, const char* title, DockWidget::Kind kind, const QColor& tint,
                      Date now = evening) {
   return {name, tint, [=](const PanelAppearance& look) {
-            return new Panel(look, modelOf(title, kind, now), [] {});
+            return new Panel(look, systemStand(title, kind, now).model, [] {});
           }};
 }
 
 } // namespace
 
-GallerySheet simpleGallery() {
+GallerySheet timeGallery() {
   return sheetOf({1});
 }
-GallerySheet simpleWideGallery() {
+GallerySheet timeWideGallery() {
   return sheetOf({2, 4});
 }
 
-GalleryPanels simplePanels() {
+GalleryPanels timePanels() {
   GalleryPanels panels;
   for (const auto& clock : clockCases())
     panels.push_back(
@@ -204,18 +147,6 @@ GalleryPanels simplePanels() {
     panels.push_back(panelOf<TimeProgressPanelView>("progress", "Time Progress",
                                                     TimeProgressSettings{scope},
                                                     timeProgressTint(scope), morning));
-  for (const auto& note : noteCases)
-    panels.push_back({note.name, notePaper(note.paper), [note](const PanelAppearance& look) {
-                        return new NotePanelView(
-                            look, noteModel({note.text, note.paper}), [] { return "Note"; }, [] {});
-                      }});
-  panels.push_back({"conflict", notePaper("#FBBF24"), [](const PanelAppearance& look) {
-                      auto& model = noteModel({shortNote, "#FBBF24"});
-                      model.edit(std::string(shortNote) + "\nBuy flowers");
-                      model.settingsChanged({longNote, "#FBBF24"});
-                      return new NotePanelView(
-                          look, model, [] { return "Note"; }, [] {});
-                    }});
   return panels;
 }
 
