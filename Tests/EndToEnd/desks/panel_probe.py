@@ -144,6 +144,12 @@ class Server:
                      and self.atom("_NET_WM_WINDOW_TYPE_DOCK")
                      not in self.values(window, "_NET_WM_WINDOW_TYPE", ATOM)), None)
 
+    def focus(self):
+        """The window that has the keyboard."""
+        window, revert = ctypes.c_ulong(), ctypes.c_int()
+        self.x11.XGetInputFocus(self.display, ctypes.byref(window), ctypes.byref(revert))
+        return window.value
+
     def frame(self, window):
         """(left, top, width, height) on the screen, or None."""
         found = self.attributes(window)
@@ -287,9 +293,17 @@ class Boxes:
                 continue
             low = state[0][0]
             if low >> int(Atspi.StateType.SHOWING) & 1:
-                node.update(role=role[0], places=places[0], extents=box and tuple(box[0]))
+                node.update(role=role[0], places=places[0], extents=box and tuple(box[0]),
+                            focused=bool(low >> int(Atspi.StateType.FOCUSED) & 1))
                 showing.append(node)
         return showing
+
+    def names(self, nodes):
+        """What each is called; "" for what went while it was asked."""
+        asked = GLib.Variant("(ss)", (self.ACCESSIBLE, "Name"))
+        answers = self.session.together([
+            (*node["at"], "org.freedesktop.DBus.Properties", "Get", asked) for node in nodes])
+        return [answer[0] if answer else "" for answer in answers]
 
     def words(self, node):
         """Its role and name, for a message."""
