@@ -1,5 +1,7 @@
 #include "TavrinCore/Base/ISO8601.h"
 
+#include "TavrinCore/Text/Numbers.h"
+
 #include <algorithm>
 #include <chrono>
 #include <cmath>
@@ -22,16 +24,8 @@ public:
   }
   /// Exactly `count` digits with a value up to `maximum`.
   std::optional<int> number(std::size_t count, int maximum) {
-    if (rest_.size() < count)
-      return std::nullopt;
-    int value = 0;
-    for (std::size_t i = 0; i < count; ++i) {
-      if (!isDigit(rest_[i]))
-        return std::nullopt;
-      value = value * 10 + (rest_[i] - '0');
-    }
-    rest_.remove_prefix(count);
-    return value <= maximum ? std::optional(value) : std::nullopt;
+    const auto value = takeDigits(rest_, count);
+    return value && *value <= maximum ? value : std::nullopt;
   }
   /// The digits after a decimal point, at least one.
   std::optional<double> fraction() {

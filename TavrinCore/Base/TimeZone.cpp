@@ -118,4 +118,10 @@ std::string systemTimeZoneID() {
   return isRule(*name) ? *name : "UTC";
 }
 
+std::string cityOf(std::string_view zoneID) {
+  std::string city(zoneID.substr(zoneID.rfind('/') + 1));
+  std::ranges::replace(city, '_', ' ');
+  return city;
+}
+
 } // namespace tavrin

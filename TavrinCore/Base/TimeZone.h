@@ -4,6 +4,7 @@
 #include <cctz/time_zone.h>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace tavrin {
 
@@ -23,5 +24,8 @@ ZoneMoment momentOf(const cctz::civil_second& wall, const cctz::time_zone& zone)
 /// may stand behind a colon), or a rule such as "CET-1CEST,M3.5.0,M10.5.0/3". A path to a file and
 /// a rule are their own identifiers.
 std::string systemTimeZoneID();
+
+/// "Buenos Aires" of "America/Argentina/Buenos_Aires".
+std::string cityOf(std::string_view zoneID);
 
 } // namespace tavrin

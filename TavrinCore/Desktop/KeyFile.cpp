@@ -29,8 +29,7 @@ void eachKeyFileLine(
     if (group.empty() || equals == std::string_view::npos)
       continue;
     const auto key = trimmed(line.substr(0, equals), " \t\r");
-    auto value = line.substr(equals + 1);
-    value.remove_prefix(std::min(value.find_first_not_of(" \t"), value.size()));
+    const auto value = withoutLeadingBlanks(line.substr(equals + 1));
     if (!key.empty())
       take(group, key, value);
   }

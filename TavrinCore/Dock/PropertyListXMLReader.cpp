@@ -74,16 +74,11 @@ PropertyList realFrom(std::string_view source) {
 PropertyList dateFrom(std::string_view source) {
   auto text = trimmed(source, blanks);
   const auto take = [&](std::size_t digits, std::string_view after) {
-    int number = 0;
-    const auto head = text.substr(0, digits);
-    if (head.size() != digits || head.find_first_not_of("0123456789") != std::string_view::npos)
-      refuse("date", source);
-    std::from_chars(head.data(), head.data() + head.size(), number);
-    text.remove_prefix(digits);
-    if (!text.starts_with(after))
+    const auto number = takeDigits(text, digits);
+    if (!number || !text.starts_with(after))
       refuse("date", source);
     text.remove_prefix(after.size());
-    return number;
+    return *number;
   };
   const auto yearDigits = text.find('-');
   if (yearDigits == std::string_view::npos || yearDigits < 4 || yearDigits > 5)

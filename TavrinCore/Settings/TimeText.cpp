@@ -33,15 +33,6 @@ template <class Number> std::optional<Number> takeNumber(std::string_view& text)
   return number;
 }
 
-/// A run of exactly `digits` digits off the front of `text`.
-std::optional<int> takeDigits(std::string_view& text, std::size_t digits) {
-  auto head = text.substr(0, digits);
-  if (head.size() != digits || head.find_first_not_of("0123456789") != std::string_view::npos)
-    return std::nullopt;
-  text.remove_prefix(digits);
-  return takeNumber<int>(head);
-}
-
 bool take(std::string_view& text, std::string_view expected) {
   if (!text.starts_with(expected))
     return false;

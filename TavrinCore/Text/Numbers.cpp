@@ -1,16 +1,8 @@
 #include "TavrinCore/Text/Numbers.h"
 
-#include <algorithm>
-#include <cerrno>
-#include <clocale>
 #include <cmath>
-#include <cstdlib>
-#include <limits>
-#include <string>
-#include <string_view>
-#if __has_include(<xlocale.h>)
-#include <xlocale.h>
-#endif
+#include <ios>
+#include <locale>
 
 namespace tavrin {
 namespace {
@@ -57,9 +49,28 @@ std::size_t wordLength(std::string_view text, double& value) {
   return startsWithWord(text, "infinity") ? 8 : 3;
 }
 
-double converted(const std::string& text) {
-  static const locale_t plain = ::newlocale(LC_ALL_MASK, "C", nullptr);
-  return ::strtod_l(text.c_str(), nullptr, plain);
+/// As streams read numbers, without a stream.
+class NumberReader final : public std::num_get<char, const char*> {};
+
+/// The number from `first` to `last`, which is well formed; no value where it is too large or too
+/// small for a double.
+std::optional<double> converted(const char* first, const char* last) {
+  static const NumberReader reader;
+  // Only its locale counts: the classic one, whatever the process has.
+  thread_local std::ios plain(nullptr);
+  thread_local const bool isPlain = (plain.imbue(std::locale::classic()), true);
+  static_cast<void>(isPlain);
+  std::ios::iostate state = std::ios::goodbit;
+  double number = 0;
+  reader.get(first, last, plain, state, number);
+  // Libraries differ in whether a failure leaves the largest number or infinity, and in whether a
+  // number with few digits left is one.
+  if ((state & std::ios::failbit) != 0 && std::abs(number) >= std::numeric_limits<double>::max())
+    return std::nullopt;
+  const std::string_view text(first, static_cast<std::size_t>(last - first));
+  const bool isZero =
+      text.substr(0, text.find_first_of("eE")).find_first_of("123456789") == std::string_view::npos;
+  return number == 0 && !isZero ? std::nullopt : std::optional(number);
 }
 
 } // namespace
@@ -76,12 +87,21 @@ std::from_chars_result doubleFromChars(const char* first, const char* last, doub
   if (length == 0)
     return {first, std::errc::invalid_argument};
   const char* end = first + sign + length;
-  errno = 0;
-  number = converted(std::string(first, end));
-  if (errno == ERANGE && (number == 0 || std::isinf(number)))
+  const auto found = converted(first, end);
+  if (!found)
     return {end, std::errc::result_out_of_range};
-  value = number;
+  value = *found;
   return {end, std::errc()};
+}
+
+std::optional<int> takeDigits(std::string_view& text, std::size_t count) {
+  if (digits(text.substr(0, count)) != count)
+    return std::nullopt;
+  int value = 0;
+  for (const char digit : text.substr(0, count))
+    value = value * 10 + (digit - '0');
+  text.remove_prefix(count);
+  return value;
 }
 
 } // namespace tavrin

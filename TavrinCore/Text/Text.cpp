@@ -40,6 +40,18 @@ std::string_view trimmed(std::string_view text, std::string_view characters) {
   return text.substr(first, text.find_last_not_of(characters) - first + 1);
 }
 
+std::string_view withoutLeadingBlanks(std::string_view text) {
+  text.remove_prefix(std::min(text.find_first_not_of(" \t"), text.size()));
+  return text;
+}
+
+std::string_view takeLine(std::string_view& text) {
+  const auto end = text.find('\n');
+  const auto line = text.substr(0, end);
+  text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+  return line;
+}
+
 std::string_view beginning(std::string_view text, std::size_t longest) {
   if (text.size() <= longest)
     return text;

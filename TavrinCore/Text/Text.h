@@ -12,6 +12,12 @@ std::string_view trimmed(std::string_view text);
 /// `text` without any of `characters` (ASCII) at its ends.
 std::string_view trimmed(std::string_view text, std::string_view characters);
 
+/// `text` without the spaces and tabs that it begins with.
+std::string_view withoutLeadingBlanks(std::string_view text);
+
+/// Takes the first line off `text`, and its line feed, which is not in the answer.
+std::string_view takeLine(std::string_view& text);
+
 /// The beginning of `text` (UTF-8), at most `longest` bytes of it, no character cut.
 std::string_view beginning(std::string_view text, std::size_t longest);
 

@@ -14,8 +14,8 @@ namespace tavrin {
 namespace {
 
 constexpr std::string_view countPlace = "count";
-constexpr std::string_view firstStrongIsolate = "\u2068";
-constexpr std::string_view popDirectionalIsolate = "\u2069";
+constexpr std::string_view openingIsolate = "\u2068";
+constexpr std::string_view closingIsolate = "\u2069";
 
 struct Use {
   const TextCatalogue* catalogue = nullptr;
@@ -100,11 +100,11 @@ private:
   void append(std::string& filled, const TextPlace& value) const {
     const bool isIsolated = isolates_ && !value.isNumber();
     if (isIsolated)
-      filled += firstStrongIsolate;
+      filled += openingIsolate;
     // A name that steers would reach out of its isolate.
     filled += isIsolated ? plainText(value.value()) : value.value();
     if (isIsolated)
-      filled += popDirectionalIsolate;
+      filled += closingIsolate;
   }
 
   TextPlaces places_;

@@ -36,13 +36,6 @@ std::string offsetText(const std::string& zoneID, Date now) {
   return fmt::format("{}{:02}:{:02}", offset < 0 ? "-" : "+", minutes / 60, minutes % 60);
 }
 
-/// "New York" of America/New_York.
-std::string cityOf(const std::string& zoneID) {
-  auto city = zoneID.substr(zoneID.rfind('/') + 1);
-  std::ranges::replace(city, '_', ' ');
-  return city;
-}
-
 std::string regionOf(const std::string& zoneID) {
   const auto slash = zoneID.rfind('/');
   auto region = slash == std::string::npos ? std::string() : zoneID.substr(0, slash);

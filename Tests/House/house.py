@@ -6,6 +6,10 @@ import re
 
 MOST_LINES = 450
 MOST_FILES = 40
+# Lines between a function's braces; it is to fit a screen.
+MOST_FUNCTION_LINES = 60
+# Functions that are tables: one entry after the other, and nothing to be told apart.
+TABLES = {"gnuNames", "serviceTiles", "services"}
 
 # Lower floors first; what stands on one floor stands side by side.
 FLOORS = [
@@ -27,7 +31,7 @@ CODE = {".h", ".cpp", ".mm", ".py"}
 INCLUDE = re.compile(r'^\s*#\s*(?:include|import)\s*([<"])([^>"]+)[>"]', re.M)
 PLATFORM_CONDITIONAL = re.compile(
     r"^\s*#\s*(?:if|elif).*\b(__linux__|__linux|__APPLE__|__unix__|__MACH__|_WIN32|__GLIBC__"
-    r"|Q_OS_\w+|TARGET_OS_\w+)", re.M)
+    r"|Q_OS_\w+|TARGET_OS_\w+|__has_include\w*\s*\(\s*<[^>]*>\s*\))", re.M)
 TEXT = re.compile(r'"((?:[^"\\\n]|\\.)*)"')
 RAW_TEXT = re.compile(r'\bR"(\w*)\((.*?)\)\1"', re.S)
 # Scripts for another program, which says where its tools are.
@@ -106,6 +110,29 @@ def circle(arrows):
     return None
 
 
+NO_FUNCTION = re.compile(r"\b(?:namespace|class|struct|enum|union)\b[^()]*$")
+
+
+def long_functions(text):
+    """Name and length of the functions in `text` (C++ or Objective-C++) that do not fit a screen."""
+    text = re.sub(r'R"(\w*)\(.*?\)\1"|//[^\n]*|/\*.*?\*/|"(?:[^"\\\n]|\\.)*"|\'(?:[^\'\\\n]|\\.)\'',
+                  lambda match: "\n" * match.group().count("\n"), text, flags=re.S)
+    blocks, last, depth = [], 0, 0
+    for mark in re.finditer(r"[{};]", text):
+        at = mark.start()
+        if mark.group() == "{":
+            head = text[last:at]
+            is_function = depth == 0 and ")" in head and not NO_FUNCTION.search(head)
+            blocks.append((at, is_function, head))
+            depth += is_function
+        elif mark.group() == "}" and blocks:
+            begin, is_function, head = blocks.pop()
+            depth -= is_function
+            if is_function and (lines := text.count("\n", begin, at) - 1) > MOST_FUNCTION_LINES:
+                yield re.findall(r"[\w:~]+(?=\()", head)[:1] or ["?"], lines
+        last = at + 1
+
+
 def room_faults(root):
     """Kinds whose rooms do not stand on every floor that has them under one name, and rooms beside
     them that are no kind's."""
@@ -143,6 +170,9 @@ def faults(root):
             found.append(f"{name}: {lines} lines, at most {MOST_LINES}")
         if path.suffix == ".py":
             continue
+        for (function, *_), lines in long_functions(text):
+            if function not in TABLES:
+                found.append(f"{name}: {function} has {lines} lines, at most {MOST_FUNCTION_LINES}")
         code = without_comments(text)
         for kind, included in INCLUDE.findall(code):
             target = included.split("/")

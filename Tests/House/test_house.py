@@ -100,6 +100,7 @@ class TheRules(unittest.TestCase):
 
     def test_what_one_system_has(self):
         for line in ["#ifdef __linux__", "#if defined(Q_OS_MACOS)", "# elif defined __APPLE__",
+                     "#if __has_include(<xlocale.h>)",
                      'auto a = "/proc/self/exe";', 'auto a = "/usr/bin:/bin";',
                      'auto a = "PATH=/usr/bin";', 'auto a = "~/x:/opt/y";',
                      'auto a = "libcrypto.so.3";']:
@@ -110,6 +111,16 @@ class TheRules(unittest.TestCase):
         self.assertEqual([], self.faults({"TavrinCore/a.cpp": 'auto a = "/system/usr";\n'}))
         script = 'auto a = R"sh(\ntrue\n[ -x /usr/bin/true ]\n)sh";\n'
         self.assertEqual(1, len(self.faults({"TavrinStorage/a.cpp": script})))
+
+    def test_functions_fit_a_screen(self):
+        def faults(lines, head="int a(int b)"):
+            body = "  b();  // {\n" * lines
+            return self.faults({"Tools/a.cpp": f"namespace c {{\n{head} {{\n{body}}}\n}}\n"})
+        self.assertEqual([], faults(60))
+        self.assertEqual(["Tools/a.cpp: a has 61 lines, at most 60"], faults(61))
+        self.assertEqual(1, len(faults(61, "D::D(int b)\n    : c_(b)")))
+        self.assertEqual([], faults(61, "struct A"))
+        self.assertEqual([], faults(61, "const std::vector<Service>& services()"))
 
     def test_sizes(self):
         self.assertEqual([], self.faults({"Tools/a.cpp": "\n" * 450}))

@@ -20,13 +20,6 @@ constexpr std::size_t longestSequence = 16;
 constexpr std::size_t longestName = 200;
 constexpr std::size_t longestWords = 2000;
 
-std::string_view nextLine(std::string_view& text) {
-  const auto end = text.find('\n');
-  const auto line = text.substr(0, end);
-  text.remove_prefix(end == text.npos ? text.size() : end + 1);
-  return line;
-}
-
 /// "1F44B 1F3FB" as UTF-8; empty where it is no sequence of characters.
 std::string sequence(std::string_view hex) {
   icu::UnicodeString characters;
@@ -101,7 +94,7 @@ struct EmojiTable::Builder {
 
 void EmojiTable::Builder::readTest(std::string_view text) {
   while (!text.empty()) {
-    const auto line = nextLine(text);
+    const auto line = takeLine(text);
     if (const auto group = afterPrefix(line, "# group:")) {
       if (group->size() <= longestName && isUTF8(*group) && groups.size() < 64)
         groups.push_back({std::string(*group), items.size()});

@@ -3,6 +3,7 @@
 #include "TavrinCore/Base/ISO8601.h"
 #include "TavrinCore/Base/JSONValue.h"
 #include "TavrinCore/Kinds/GitHub/GitHubSettings.h"
+#include "TavrinCore/Text/Numbers.h"
 
 #include <algorithm>
 #include <array>
@@ -39,10 +40,6 @@ const JSONValue::Array& list(const JSONValue* value) {
   return value != nullptr && value->array() != nullptr ? *value->array() : none;
 }
 
-int bounded(std::int64_t value) {
-  return static_cast<int>(std::clamp<std::int64_t>(value, 0, std::numeric_limits<int>::max()));
-}
-
 GitHubChecks checks(const JSONValue& node) {
   const auto& commits = list(at(&node, {"commits", "nodes"}));
   return commits.empty()
@@ -77,9 +74,9 @@ std::optional<GitHubContributions> contributions(const JSONValue* calendar) {
     for (const auto& day : list(week.member("contributionDays")))
       if (auto date = text(day.member("date")))
         days.push_back(
-            {std::move(*date), bounded(number(day.member("contributionCount")).value_or(0))});
-  return GitHubContributions(std::move(days),
-                             bounded(number(calendar->member("totalContributions")).value_or(0)));
+            {std::move(*date), boundedCount(number(day.member("contributionCount")).value_or(0))});
+  return GitHubContributions(
+      std::move(days), boundedCount(number(calendar->member("totalContributions")).value_or(0)));
 }
 
 std::string searchQuery(const std::vector<std::string>& searches, int first) {

@@ -1,6 +1,7 @@
 #include "TavrinCore/Kinds/Water/WaterLog.h"
 
 #include "TavrinCore/Kinds/Water/WaterSettings.h"
+#include "TavrinCore/Text/Numbers.h"
 
 #include <algorithm>
 #include <fmt/format.h>
@@ -8,11 +9,6 @@
 
 namespace tavrin {
 namespace {
-
-int bounded(std::int64_t millilitres) {
-  return static_cast<int>(
-      std::clamp<std::int64_t>(millilitres, 0, std::numeric_limits<int>::max()));
-}
 
 template <class Days> auto entry(Days& days, const std::string& key) {
   return std::find_if(days.begin(), days.end(), [&](const auto& day) { return day.day == key; });
@@ -39,7 +35,7 @@ void WaterLog::add(int millilitres, Date date, const Calendar& calendar) {
   auto found = entry(days, day);
   if (found == days.end())
     found = days.insert(days.end(), WaterDay{day, 0});
-  found->millilitres = bounded(std::int64_t{found->millilitres} + millilitres);
+  found->millilitres = boundedCount(std::int64_t{found->millilitres} + millilitres);
   tidy();
   if (millilitres > 0)
     lastPour = date;
@@ -48,7 +44,7 @@ void WaterLog::add(int millilitres, Date date, const Calendar& calendar) {
 }
 
 void WaterLog::remove(int millilitres, Date date, const Calendar& calendar) {
-  add(bounded(millilitres) * -1, date, calendar);
+  add(boundedCount(millilitres) * -1, date, calendar);
 }
 
 void WaterLog::clear(Date date, const Calendar& calendar) {
@@ -88,7 +84,7 @@ void WaterLog::tidy() {
                          [](const auto& a, const auto& b) { return a.day == b.day; }),
              days.end());
   for (auto& day : days)
-    day.millilitres = bounded(day.millilitres);
+    day.millilitres = boundedCount(day.millilitres);
 }
 
 } // namespace tavrin

@@ -1,4 +1,5 @@
 #include "TavrinWidgetsUI/System/Samplers/ClockReading.h"
+#include "TavrinCore/Base/TimeZone.h"
 #include "TavrinCore/Text/Texts.h"
 
 #include "TavrinCore/Kinds/System/ClockSettings.h"
@@ -9,12 +10,6 @@
 
 namespace tavrin {
 namespace {
-
-std::string cityOf(std::string zone) {
-  zone = zone.substr(zone.rfind('/') + 1);
-  std::replace(zone.begin(), zone.end(), '_', ' ');
-  return zone;
-}
 
 ClockSettings withoutSeconds(ClockSettings settings) {
   settings.showsSeconds = false;
