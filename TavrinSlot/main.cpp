@@ -1,8 +1,5 @@
 #include "TavrinCore/Kinds/System/ClockFormat.h"
-#include "TavrinPlatform/Files/TextsFile.h"
-#include "TavrinPlatform/Platform.h"
-#include "TavrinSlot/SlotApp.h"
-#include "TavrinStorage/StoragePath.h"
+#include "TavrinSlot/SlotMain.h"
 
 namespace {
 
@@ -16,16 +13,5 @@ void prepare() {
 } // namespace
 
 int main(int argc, char** argv) {
-  tavrin::loadTexts();
-  const auto platform = tavrin::makePlatform(
-      argc, argv, {.prepare = prepare, .dataFolder = tavrin::StoragePath::directoryOf});
-  if (!platform)
-    return 0;
-  tavrin::SlotApp app(*platform);
-  auto& application = platform->application();
-  application.onReopen = [&] { app.applicationShouldHandleReopen(false); };
-  application.onResignActive = [&] { app.applicationDidResignActive(); };
-  application.takesFiles = [&] { return app.applicationTakesFiles(); };
-  application.onOpenFiles = [&](const auto& paths) { return app.applicationOpenFiles(paths); };
-  return tavrin::runEventLoop(*platform, [&] { app.applicationDidFinishLaunching(); });
+  return tavrin::slotMain(argc, argv, prepare);
 }

@@ -46,7 +46,7 @@ void sayProfile(CommandContext& context, const Profile& profile, const char* sen
     context.say(translated(sentence, {{"name", printable(profile.name)}}));
 }
 
-void list(CommandContext& context) {
+void listProfiles(CommandContext& context) {
   DockLibrary library(context);
   const auto& file = library.profiles().file();
   JSONValue::Array json;
@@ -233,7 +233,7 @@ void addSwitch(CLI::App& profiles, CommandContext& context) {
   });
 }
 
-void addApply(CLI::App& profiles, CommandContext& context) {
+void addProfileApply(CLI::App& profiles, CommandContext& context) {
   auto* command = profiles.add_subcommand(
       "apply", translated("Put the active profile into the Dock where they differ"));
   auto options = std::make_shared<SwitchOptions>();
@@ -364,11 +364,11 @@ void addProfileCommands(CLI::App& app, CommandContext& context) {
   context.addJSONFlag(*listing);
   CommandContext::examples(*listing,
                            {{"tavrin profiles list", translated("the active one has a star")}});
-  listing->callback([&context] { list(context); });
+  listing->callback([&context] { listProfiles(context); });
   addCreate(*profiles, context);
   addCapture(*profiles, context);
   addSwitch(*profiles, context);
-  addApply(*profiles, context);
+  addProfileApply(*profiles, context);
   addRecordCommands(*profiles, context);
   addExport(*profiles, context);
   addImport(*profiles, context);

@@ -1,4 +1,5 @@
 #include "TavrinCore/Base/Errors.h"
+#include "TavrinCore/Base/Lazily.h"
 #include "TavrinCore/Text/Texts.h"
 #include "TavrinPlatform/Linux/Applications/LinuxApplicationLibrary.h"
 #include "TavrinPlatform/Linux/Base/ProcessFamily.h"
@@ -35,12 +36,6 @@
 namespace tavrin {
 
 namespace {
-
-template <class Service, class Make> Service& lazily(std::unique_ptr<Service>& member, Make make) {
-  if (!member)
-    member = make();
-  return *member;
-}
 
 /// The services of a Linux desktop. Read from the environment, beside what the desktop itself sets:
 /// - TAVRIN_SURFACE: the surfaces of the tile, of "strip", "tray" and "picture", with commas,

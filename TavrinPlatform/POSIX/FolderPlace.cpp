@@ -1,10 +1,10 @@
 #include "TavrinPlatform/POSIX/FolderPlace.h"
 
 #include "TavrinPlatform/Files/FileTimes.h"
+#include "TavrinPlatform/Files/OpenFolder.h"
 
 #include <algorithm>
 #include <cerrno>
-#include <dirent.h>
 #include <fcntl.h>
 #include <memory>
 #include <unistd.h>
@@ -22,11 +22,6 @@ double seconds(const timespec& time) {
 bool isSame(const timespec& a, const timespec& b) {
   return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;
 }
-
-struct CloseFolder {
-  void operator()(DIR* folder) const { ::closedir(folder); }
-};
-using OpenFolder = std::unique_ptr<DIR, CloseFolder>;
 
 OpenFolder openFolder(const std::filesystem::path& path) {
   const int descriptor = ::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK);

@@ -1,3 +1,4 @@
+#include "TavrinCore/Base/Lazily.h"
 #include "TavrinPlatform/Files/TextsFile.h"
 #include "TavrinPlatform/Platform.h"
 #include "TavrinPlatform/Qt/QtHTTPClient.h"
@@ -42,12 +43,6 @@ namespace {
 
 double uptime() {
   return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
-}
-
-template <class Service, class Make> Service& lazily(std::unique_ptr<Service>& member, Make make) {
-  if (!member)
-    member = make();
-  return *member;
 }
 
 /// Members are destroyed in reverse order: what others use stands first.

@@ -1,10 +1,10 @@
 #include "TavrinStorage/ClaudeUsage/UsageLogFolder.h"
 
 #include "TavrinPlatform/Files/FileTimes.h"
+#include "TavrinPlatform/Files/OpenFolder.h"
 
 #include <algorithm>
 #include <ctime>
-#include <dirent.h>
 #include <fcntl.h>
 #include <memory>
 #include <sys/stat.h>
@@ -29,10 +29,6 @@ UsageLogState state(const struct stat& info) {
   return {info.st_dev, info.st_ino, S_ISREG(info.st_mode) ? info.st_size : -1,
           modificationDate(info)};
 }
-
-struct CloseFolder {
-  void operator()(DIR* folder) const { ::closedir(folder); }
-};
 
 } // namespace
 
@@ -70,7 +66,7 @@ bool UsageLogFolder::readNames(Folder& folder, int descriptor, int level) {
   auto before = std::exchange(folder.folders, {});
   folder.logs.clear();
   const int own = ::openat(descriptor, ".", folderFlags);
-  const std::unique_ptr<DIR, CloseFolder> entries(own < 0 ? nullptr : ::fdopendir(own));
+  const OpenFolder entries(own < 0 ? nullptr : ::fdopendir(own));
   if (!entries) {
     if (own >= 0)
       ::close(own);

@@ -13,7 +13,7 @@ namespace tavrin {
 
 namespace {
 
-constexpr int visibleRows = 9;
+constexpr int fileRows = 9;
 
 enum RowAction { reveal, moveToTrash };
 
@@ -41,7 +41,7 @@ FilesPanelView::FilesPanelView(const PanelAppearance& appearance, FileRoll& roll
 void FilesPanelView::makeList() {
   list_->setTall(true);
   list_->setIconSize({filePictureWidth, filePictureWidth});
-  list_->setMaximumVisibleRows(visibleRows);
+  list_->setMaximumVisibleRows(fileRows);
   list_->onOpen = [this](int row) { act(row, services_.open); };
   list_->onCopy = [this](int row) { act(row, services_.copy); };
   list_->onRemove = [this](int row) { act(row, services_.moveToTrash); };

@@ -16,7 +16,7 @@ namespace tavrin {
 namespace {
 
 constexpr int columns = 3;
-constexpr int visibleRows = 3;
+constexpr int screenshotRows = 3;
 
 } // namespace
 
@@ -44,7 +44,7 @@ ScreenshotPanelView::ScreenshotPanelView(const PanelAppearance& appearance, Scre
 }
 
 void ScreenshotPanelView::makeGrid() {
-  grid_->setMaximumVisibleRows(visibleRows);
+  grid_->setMaximumVisibleRows(screenshotRows);
   grid_->setOpensOnDoubleClick(true);
   grid_->setActions(
       {worded("Open"), worded("Copy"), worded("Show in Folder"), worded("Move to Trash")});

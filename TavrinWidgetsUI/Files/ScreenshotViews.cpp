@@ -8,8 +8,8 @@ namespace tavrin {
 
 namespace {
 
-constexpr QColor ground{0x12, 0x2A, 0x30};
-constexpr QColor groundEnd{0x0C, 0x1B, 0x20};
+constexpr QColor screenshotGround{0x12, 0x2A, 0x30};
+constexpr QColor screenshotGroundEnd{0x0C, 0x1B, 0x20};
 constexpr QColor well{0x1F, 0x3A, 0x41};
 constexpr double shotRatio = 1.5;
 
@@ -84,7 +84,8 @@ QString spokenState(const ScreenshotReading& reading) {
 }
 
 AnyView onGround(const AnyView& inner, const TileSize& size) {
-  return tile(ground, zstack({rectangle().gradient(ground, groundEnd), inner}), size);
+  return tile(screenshotGround,
+              zstack({rectangle().gradient(screenshotGround, screenshotGroundEnd), inner}), size);
 }
 
 } // namespace
@@ -108,13 +109,15 @@ AnyView screenshotWideTile(const ScreenshotReading& reading, const TileSize& siz
   const double room = size.bodyWidth() - 2 * padding;
   if (reading.shots.empty()) {
     WideTileContent content;
-    content.ground = ground;
-    content.groundEnd = groundEnd;
+    content.ground = screenshotGround;
+    content.groundEnd = screenshotGroundEnd;
     content.mark = zstack(
         {stateMark(reading, body * 0.3), corners(0.26, 0.07).frame(body * 0.56, body * 0.56)});
     content.caption = reading.isKnown ? QString() : worded("Screenshots");
-    content.middle =
-        text(spokenState(reading)).size(size.words(0.19)).colour(palette::caption(ground)).lines(2);
+    content.middle = text(spokenState(reading))
+                         .size(size.words(0.19))
+                         .colour(palette::caption(screenshotGround))
+                         .lines(2);
     content.label = worded("Screenshots");
     content.value = spokenState(reading);
     return wideTile(content, size);
@@ -139,15 +142,16 @@ AnyView screenshotWideTile(const ScreenshotReading& reading, const TileSize& siz
   const double left = room - (width + gap) * double(row.size());
   if (left > body * 0.7) {
     const auto& newest = reading.shots.front();
-    row.push_back(
-        vstack({text(worded("Newest")).size(size.words(0.17)).colour(palette::caption(ground)),
-                text(newest.moment)
-                    .size(size.words(0.22))
-                    .weight(FontWeight::semibold)
-                    .colour(palette::figure(ground))})
-            .align(Alignment::leading)
-            .spacing(body * 0.04)
-            .padding(Insets{body * 0.06, 0, 0, 0}));
+    row.push_back(vstack({text(worded("Newest"))
+                              .size(size.words(0.17))
+                              .colour(palette::caption(screenshotGround)),
+                          text(newest.moment)
+                              .size(size.words(0.22))
+                              .weight(FontWeight::semibold)
+                              .colour(palette::figure(screenshotGround))})
+                      .align(Alignment::leading)
+                      .spacing(body * 0.04)
+                      .padding(Insets{body * 0.06, 0, 0, 0}));
   }
   return onGround(hstack(std::move(row)).spacing(gap).fill(Alignment::leading).padding(padding, 0),
                   size)

@@ -13,7 +13,7 @@ namespace tavrin {
 
 namespace {
 
-constexpr int visibleRows = 8;
+constexpr int shelfRows = 8;
 constexpr int contentWidth = 288;
 
 } // namespace
@@ -53,7 +53,7 @@ ShelfPanelView::ShelfPanelView(const PanelAppearance& appearance, ShelfModel& mo
 void ShelfPanelView::makeList() {
   list_->setTall(true);
   list_->setIconSize({filePictureWidth, filePictureWidth});
-  list_->setMaximumVisibleRows(visibleRows);
+  list_->setMaximumVisibleRows(shelfRows);
   list_->onOpen = [this](int row) {
     if (const auto* item = itemAt(row); item != nullptr && !item->isMissing) {
       const auto path = item->path;

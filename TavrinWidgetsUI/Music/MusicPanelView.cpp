@@ -21,7 +21,7 @@
 namespace tavrin {
 namespace {
 
-constexpr double coverSide = 168;
+constexpr double shownCoverSide = 168;
 constexpr int volumeSteps = 100;
 /// Seconds an arrow key and a page key move the position.
 constexpr int arrowStep = 5;
@@ -65,7 +65,7 @@ MusicPanelView::MusicPanelView(const PanelAppearance& appearance, MusicModel& mo
                                Requests requests)
     : PanelView(appearance), model_(model), requests_(std::move(requests)),
       empty_(new PanelEmptyState("music.note", {})), filled_(new QWidget),
-      cover_(new ViewWidget({coverSide, coverSide})),
+      cover_(new ViewWidget({shownCoverSide, shownCoverSide})),
       track_(new PanelText({}, PanelTextStyle::heading)),
       artist_(new PanelText({}, PanelTextStyle::secondary)) {
   add(empty_);
@@ -212,7 +212,7 @@ void MusicPanelView::showTrack(const MediaPlayer& player) {
   cover_->setVisible(hasCover);
   if (hasCover) {
     const QString raise = worded("Show {name}", {{"name", player.title}});
-    cover_->setView(musicCover(model_.cover(), coverSide)
+    cover_->setView(musicCover(model_.cover(), shownCoverSide)
                         .button({"raise " + player.name, [this] { model_.raise(); }}, raise));
     cover_->setName(raise);
     setPlainToolTip(cover_, raise);

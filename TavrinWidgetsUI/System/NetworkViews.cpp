@@ -71,7 +71,7 @@ QString spoken(const NetworkTrace& trace) {
                                          {"up", rateText(trace.now.up).whole()}});
 }
 
-AnyView numbersTile(const NetworkTrace& trace, const TileSize& size) {
+AnyView networkNumbersTile(const NetworkTrace& trace, const TileSize& size) {
   const double points = size.words(0.21);
   const auto row = [&](double rate, const char* arrow, const QColor& tint) {
     return size.side >= 84 ? rateRow(rate, arrow, tint, points * 0.86, true)
@@ -123,7 +123,7 @@ AnyView networkChart(const NetworkTrace& trace, const QColor& ground, double lin
 
 AnyView networkTileIcon(const NetworkTrace& trace, const NetworkSettings& settings,
                         const TileSize& size) {
-  return (settings.style == NetworkTileStyle::chart ? chartTile : numbersTile)(trace, size)
+  return (settings.style == NetworkTileStyle::chart ? chartTile : networkNumbersTile)(trace, size)
       .accessibility(worded("Network"), spoken(trace));
 }
 

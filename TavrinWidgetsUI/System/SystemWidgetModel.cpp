@@ -6,7 +6,7 @@
 namespace tavrin {
 namespace {
 
-constexpr double day = 86'400;
+constexpr double dayLength = 86'400;
 /// A timer that fires so little early counts as on time.
 constexpr double earliness = 0.02;
 
@@ -155,7 +155,7 @@ void SystemWidgetModel::updateTicker() {
     return;
   due_ = *next;
   // A date beyond all sense, or a clock that was set, is looked at again within a day.
-  const double delay = std::min(std::max(next->since(now_), 0.001), day);
+  const double delay = std::min(std::max(next->since(now_), 0.001), dayLength);
   timer_ = runLoop_.after(delay, [this] { tick(); });
 }
 

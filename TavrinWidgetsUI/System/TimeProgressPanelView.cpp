@@ -11,7 +11,7 @@
 namespace tavrin {
 namespace {
 
-constexpr double ringSide = 128;
+constexpr double progressRingSide = 128;
 constexpr double barsWidth = 248;
 constexpr double rowHeight = 28;
 
@@ -44,7 +44,8 @@ AnyView barRow(const TimeProgressReading& reading, bool isChosen, const PanelPal
 TimeProgressPanelView::TimeProgressPanelView(const PanelAppearance& appearance,
                                              const SystemWidgetModel& model,
                                              std::function<void()> onEdit)
-    : PanelView(appearance), model_(model), ring_(new ViewWidget(QSizeF(ringSide, ringSide))),
+    : PanelView(appearance), model_(model),
+      ring_(new ViewWidget(QSizeF(progressRingSide, progressRingSide))),
       scope_(new PanelText({}, PanelTextStyle::heading)),
       left_(new PanelText({}, PanelTextStyle::secondary)),
       bars_(new ViewWidget(
@@ -75,8 +76,8 @@ void TimeProgressPanelView::refresh() {
               " ";
     if (scope != settings->scope)
       continue;
-    ring_->setView(
-        timeProgressRing(reading, ringSide, colours().ground, colours().text, colours().secondary));
+    ring_->setView(timeProgressRing(reading, progressRingSide, colours().ground, colours().text,
+                                    colours().secondary));
     ring_->setName(worded("{period}, {percent}% left",
                           {{"period", nameOf(scope)}, {"percent", reading.percentLeft}}));
     scope_->setWords(nameOf(scope));

@@ -22,8 +22,6 @@ constexpr double activationLimit = 25;
 constexpr const char* applicationInterface = "org.freedesktop.Application";
 constexpr const char* startupVariable = "DESKTOP_STARTUP_ID";
 constexpr const char* activationVariable = "XDG_ACTIVATION_TOKEN";
-const BusAddress manager{"org.freedesktop.systemd1", "/org/freedesktop/systemd1",
-                         "org.freedesktop.systemd1.Manager"};
 
 /// Whether a line of the environment is this system's alone, or one that would have another program
 /// load what is meant for a slot.
@@ -235,7 +233,7 @@ void ApplicationLauncher::moveToScope(const Launch& launch) {
   for (const char c : launch.found->id.substr(0, 100))
     name += std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '.' ? c : '_';
   const std::string scope = fmt::format("app-tavrin-{}-{}.scope", name, launch.process);
-  BusMessage message = session_->method(manager, "StartTransientUnit");
+  BusMessage message = session_->method(serviceManager, "StartTransientUnit");
   message.append("ssa(sv)a(sa(sv))", scope.c_str(), "fail", 2, "PIDs", "au", 1,
                  static_cast<std::uint32_t>(launch.process), "CollectMode", "s",
                  "inactive-or-failed", 0);

@@ -3,6 +3,7 @@
 #include "TavrinCore/Base/Errors.h"
 #include "TavrinCore/Text/NameOrder.h"
 #include "TavrinPlatform/Linux/Base/BusProperties.h"
+#include "TavrinPlatform/Linux/Base/PortalRequest.h"
 #include "TavrinPlatform/Linux/Base/ToolkitSettings.h"
 #include "TavrinPlatform/POSIX/LivingToken.h"
 
@@ -23,8 +24,6 @@ constexpr const char* defaultTheme = "Adwaita";
 constexpr const char* interfaceGroup = "org.gnome.desktop.interface";
 constexpr const char* themeKey = "icon-theme";
 constexpr const char* themeInXSettings = "Net/IconThemeName";
-const BusAddress portal{"org.freedesktop.portal.Desktop", "/org/freedesktop/portal/desktop",
-                        "org.freedesktop.portal.Settings"};
 
 ApplicationInfo infoOf(const FoundEntry& found) {
   const DesktopEntry& entry = found.entry;
@@ -196,22 +195,18 @@ void LinuxApplicationLibrary::watchTheme() {
     setTheme({});
     return;
   }
-  themeWatch_ = session_->match(
-      "type='signal',path='/org/freedesktop/portal/desktop',member='SettingChanged',"
-      "interface='org.freedesktop.portal.Settings'",
-      [this](sd_bus_message* message) {
-        const std::string group = textArgument(message);
-        if (const std::string key = textArgument(message);
-            group == interfaceGroup && key == themeKey)
-          setTheme(portalText(message));
-      });
+  themeWatch_ = session_->match(portalSettingChanged, [this](sd_bus_message* message) {
+    const std::string group = textArgument(message);
+    if (const std::string key = textArgument(message); group == interfaceGroup && key == themeKey)
+      setTheme(portalText(message));
+  });
   if (xsettings_->text(themeInXSettings))
     setTheme({});
   askTheme();
 }
 
 void LinuxApplicationLibrary::askTheme() {
-  BusMessage question = session_->method(portal, "Read");
+  BusMessage question = session_->method(portalSettings, "Read");
   session_->call(
       question.append("ss", interfaceGroup, themeKey),
       [this, weak = alive_.watch()](sd_bus_message* reply, const std::string&) {

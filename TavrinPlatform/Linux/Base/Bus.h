@@ -50,6 +50,10 @@ std::string objectPath(const std::string& busName);
 inline constexpr BusAddress busDaemon{"org.freedesktop.DBus", "/org/freedesktop/DBus",
                                       "org.freedesktop.DBus"};
 
+/// The user's or the system's service manager.
+inline constexpr BusAddress serviceManager{"org.freedesktop.systemd1", "/org/freedesktop/systemd1",
+                                           "org.freedesktop.systemd1.Manager"};
+
 /// One connection to a message bus, served by the main thread's event loop without a thread of
 /// its own. No member waits for the bus but `ask`, `releaseName` and `waitUntil`.
 class Bus final : public QObject {

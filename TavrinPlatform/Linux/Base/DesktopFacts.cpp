@@ -1,5 +1,7 @@
 #include "TavrinPlatform/Linux/Base/DesktopFacts.h"
 
+#include "TavrinPlatform/Linux/Base/OwnedReply.h"
+
 #include <algorithm>
 #include <array>
 #include <chrono>
@@ -10,13 +12,6 @@
 namespace tavrin {
 
 namespace {
-
-struct FreeReply {
-  void operator()(void* reply) const { std::free(reply); }
-};
-template <class Reply> std::unique_ptr<Reply, FreeReply> owned(Reply* reply) {
-  return std::unique_ptr<Reply, FreeReply>(reply);
-}
 
 xcb_atom_t atomNamed(xcb_connection_t* x, std::string_view name) {
   const auto cookie = xcb_intern_atom(x, 0, static_cast<std::uint16_t>(name.size()), name.data());

@@ -6,6 +6,12 @@ namespace tavrin {
 
 inline constexpr const char* portalService = "org.freedesktop.portal.Desktop";
 inline constexpr const char* portalPath = "/org/freedesktop/portal/desktop";
+inline constexpr BusAddress portalSettings{portalService, portalPath,
+                                           "org.freedesktop.portal.Settings"};
+/// A setting of the portal's is another: arguments are its group, its key and the value.
+inline constexpr const char* portalSettingChanged =
+    "type='signal',path='/org/freedesktop/portal/desktop',member='SettingChanged',"
+    "interface='org.freedesktop.portal.Settings'";
 
 /// The part of an object path of the portal's that stands for this connection.
 std::string portalSender(const Bus& bus);

@@ -1,5 +1,6 @@
 #include "TavrinPlatform/Linux/Base/ResourceDpi.h"
 
+#include "TavrinCore/Text/Text.h"
 #include "TavrinPlatform/Linux/Base/DesktopXSettings.h"
 #include "TavrinPlatform/Linux/Base/X11.h"
 
@@ -27,8 +28,7 @@ std::string dpiInResources(std::string_view resources) {
     if (!line.starts_with(name))
       continue;
     line.remove_prefix(name.size());
-    const auto start = line.find_first_not_of(" \t");
-    return start == std::string_view::npos ? std::string() : std::string(line.substr(start));
+    return std::string(withoutLeadingBlanks(line));
   }
   return {};
 }

@@ -1,5 +1,7 @@
 #include "TavrinPlatform/Linux/Base/X11.h"
 
+#include "TavrinPlatform/Linux/Base/OwnedReply.h"
+
 #include <QGuiApplication>
 #include <algorithm>
 #include <array>
@@ -15,20 +17,13 @@ namespace tavrin::x11 {
 
 namespace {
 
-struct Free {
-  void operator()(void* reply) const { std::free(reply); }
-};
-template <class Reply> std::unique_ptr<Reply, Free> own(Reply* reply) {
-  return std::unique_ptr<Reply, Free>(reply);
-}
-
 const QNativeInterface::QX11Application* toolkit() {
   const auto* application = qobject_cast<QGuiApplication*>(QCoreApplication::instance());
   return application == nullptr ? nullptr
                                 : application->nativeInterface<QNativeInterface::QX11Application>();
 }
 
-using PropertyReply = std::unique_ptr<xcb_get_property_reply_t, Free>;
+using PropertyReply = OwnedReply<xcb_get_property_reply_t>;
 
 PropertyReply property(xcb_window_t window, const char* name, std::uint32_t longest) {
   auto* x = connection();
@@ -36,14 +31,14 @@ PropertyReply property(xcb_window_t window, const char* name, std::uint32_t long
     return nullptr;
   const auto cookie =
       xcb_get_property(x, 0, window, atom(name), XCB_GET_PROPERTY_TYPE_ANY, 0, longest);
-  return own(xcb_get_property_reply(x, cookie, nullptr));
+  return owned(xcb_get_property_reply(x, cookie, nullptr));
 }
 
-std::unique_ptr<xcb_get_window_attributes_reply_t, Free> attributes(xcb_window_t window) {
+OwnedReply<xcb_get_window_attributes_reply_t> attributes(xcb_window_t window) {
   auto* x = connection();
   if (x == nullptr || window == XCB_NONE)
     return nullptr;
-  return own(xcb_get_window_attributes_reply(x, xcb_get_window_attributes(x, window), nullptr));
+  return owned(xcb_get_window_attributes_reply(x, xcb_get_window_attributes(x, window), nullptr));
 }
 
 /// A message about `window` to the root, which the window manager reads.
@@ -96,7 +91,7 @@ xcb_atom_t atom(const char* name) {
   if (x == nullptr)
     return XCB_ATOM_NONE;
   const auto cookie = xcb_intern_atom(x, 0, static_cast<std::uint16_t>(std::strlen(name)), name);
-  const auto reply = own(xcb_intern_atom_reply(x, cookie, nullptr));
+  const auto reply = owned(xcb_intern_atom_reply(x, cookie, nullptr));
   const xcb_atom_t atom = reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
   known.emplace(name, atom);
   return atom;
@@ -135,7 +130,7 @@ xcb_window_t selectionOwner(const char* selection) {
   if (x == nullptr)
     return XCB_NONE;
   const auto cookie = xcb_get_selection_owner(x, atom(selection));
-  const auto reply = own(xcb_get_selection_owner_reply(x, cookie, nullptr));
+  const auto reply = owned(xcb_get_selection_owner_reply(x, cookie, nullptr));
   return reply ? reply->owner : xcb_window_t{XCB_NONE};
 }
 
@@ -176,7 +171,7 @@ xcb_window_t focusWindow() {
   auto* x = connection();
   if (x == nullptr)
     return XCB_NONE;
-  const auto reply = own(xcb_get_input_focus_reply(x, xcb_get_input_focus(x), nullptr));
+  const auto reply = owned(xcb_get_input_focus_reply(x, xcb_get_input_focus(x), nullptr));
   return reply ? reply->focus : xcb_window_t{XCB_NONE};
 }
 
@@ -198,8 +193,8 @@ QRect frame(xcb_window_t window) {
     return {};
   const auto sizeCookie = xcb_get_geometry(x, window);
   const auto placeCookie = xcb_translate_coordinates(x, window, root(), 0, 0);
-  const auto size = own(xcb_get_geometry_reply(x, sizeCookie, nullptr));
-  const auto place = own(xcb_translate_coordinates_reply(x, placeCookie, nullptr));
+  const auto size = owned(xcb_get_geometry_reply(x, sizeCookie, nullptr));
+  const auto place = owned(xcb_translate_coordinates_reply(x, placeCookie, nullptr));
   if (!size || !place)
     return {};
   return {place->dst_x, place->dst_y, size->width, size->height};
@@ -219,7 +214,7 @@ xcb_window_t parent(xcb_window_t window) {
   auto* x = connection();
   if (x == nullptr || window == XCB_NONE)
     return XCB_NONE;
-  const auto reply = own(xcb_query_tree_reply(x, xcb_query_tree(x, window), nullptr));
+  const auto reply = owned(xcb_query_tree_reply(x, xcb_query_tree(x, window), nullptr));
   return reply ? reply->parent : xcb_window_t{XCB_NONE};
 }
 
@@ -227,7 +222,7 @@ std::vector<xcb_window_t> topLevelWindows() {
   auto* x = connection();
   if (x == nullptr)
     return {};
-  const auto reply = own(xcb_query_tree_reply(x, xcb_query_tree(x, root()), nullptr));
+  const auto reply = owned(xcb_query_tree_reply(x, xcb_query_tree(x, root()), nullptr));
   if (!reply)
     return {};
   const auto* windows = xcb_query_tree_children(reply.get());
@@ -260,7 +255,7 @@ QPoint pointer() {
   auto* x = connection();
   if (x == nullptr)
     return {};
-  const auto reply = own(xcb_query_pointer_reply(x, xcb_query_pointer(x, root()), nullptr));
+  const auto reply = owned(xcb_query_pointer_reply(x, xcb_query_pointer(x, root()), nullptr));
   return reply ? QPoint(reply->root_x, reply->root_y) : QPoint();
 }
 

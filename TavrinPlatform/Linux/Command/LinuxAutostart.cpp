@@ -13,8 +13,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr double managerLimit = 1;
-const BusAddress manager{"org.freedesktop.systemd1", "/org/freedesktop/systemd1",
-                         "org.freedesktop.systemd1.Manager"};
 
 /// A word of a unit's command line, after systemd.service(5).
 std::string unitWord(const std::string& text) {
@@ -140,7 +138,7 @@ bool LinuxAutostart::isSessionManaged() {
   Bus* bus = bus_();
   if (bus == nullptr || !bus->isOpen())
     return false;
-  BusMessage question = bus->method(manager, "ListUnitsByNames");
+  BusMessage question = bus->method(serviceManager, "ListUnitsByNames");
   const auto answer = bus->ask(question.append("as", 1, "graphical-session.target"), managerLimit);
   const char* state = "";
   if (answer && sd_bus_message_enter_container(answer.get(), 'a', "(ssssssouso)") > 0 &&
@@ -151,7 +149,7 @@ bool LinuxAutostart::isSessionManaged() {
 
 void LinuxAutostart::reloadManager() {
   Bus* bus = bus_();
-  bus->ask(bus->method(manager, "Reload"), managerLimit);
+  bus->ask(bus->method(serviceManager, "Reload"), managerLimit);
 }
 
 } // namespace tavrin

@@ -1,6 +1,7 @@
 #include "TavrinPlatform/Linux/Command/LinuxDesktopReport.h"
 
 #include "TavrinCore/Text/Texts.h"
+#include "TavrinPlatform/Linux/Base/PortalRequest.h"
 #include "TavrinPlatform/Linux/Base/SurfaceChoice.h"
 
 #include <algorithm>
@@ -18,7 +19,6 @@ using Kinds = std::vector<std::string>;
 constexpr double busLimit = 1;
 
 const char* const watcher = "org.kde.StatusNotifierWatcher";
-const char* const portal = "org.freedesktop.portal.Desktop";
 
 void readNames(Bus& bus, const char* member, std::set<std::string, std::less<>>& names) {
   const auto answer = bus.ask(bus.method(busDaemon, member), busLimit);
@@ -67,7 +67,7 @@ const std::vector<Service>& services() {
        {"calendar", "reminders"}},
       {"portals",
        false,
-       {portal},
+       {portalService},
        marked(
            "The desktop has portals, through which programs ask for colours, shortcuts and files."),
        marked("The desktop has no portals: outside X11 no colour can be picked and no shortcut be "

@@ -1,5 +1,7 @@
 #include "TavrinPlatform/Linux/Desktop/LinuxFocusStatusProvider.h"
 
+#include "TavrinPlatform/Linux/Base/PortalRequest.h"
+
 #include <array>
 #include <cstdint>
 
@@ -29,9 +31,8 @@ constexpr std::array questions = {
              "org.freedesktop.DBus.Properties", "Get", "org.dunstproject.cmd0", "paused"},
     Question{"org.xfce.Xfconf", "/org/xfce/Xfconf", "org.xfce.Xfconf", "GetProperty",
              "xfce4-notifyd", "/do-not-disturb"},
-    Question{"org.freedesktop.portal.Desktop", "/org/freedesktop/portal/desktop",
-             "org.freedesktop.portal.Settings", "Read", "org.gnome.desktop.notifications",
-             "show-banners", true},
+    Question{portalService, portalPath, portalSettings.interface, "Read",
+             "org.gnome.desktop.notifications", "show-banners", true},
 };
 
 std::optional<bool> truth(sd_bus_message* reply) {

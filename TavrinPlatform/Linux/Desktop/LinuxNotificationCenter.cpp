@@ -20,8 +20,6 @@ namespace {
 
 const BusAddress server{"org.freedesktop.Notifications", "/org/freedesktop/Notifications",
                         "org.freedesktop.Notifications"};
-const BusAddress manager{"org.freedesktop.systemd1", "/org/freedesktop/systemd1",
-                         "org.freedesktop.systemd1.Manager"};
 constexpr const char* noticeArgument = "--notify";
 constexpr double noticeLimit = 10;
 /// Code points that a notice shows.
@@ -109,7 +107,7 @@ std::vector<std::string> units(sd_bus_message* reply) {
 BusMessage transientTimer(const Bus& bus, const std::string& unit,
                           const std::filesystem::path& program,
                           const UserNotificationRequest& request) {
-  BusMessage call = bus.method(manager, "StartTransientUnit");
+  BusMessage call = bus.method(serviceManager, "StartTransientUnit");
   sd_bus_message_set_auto_start(call.get(), 0);
   const std::string due = calendarTime(request.delay);
   const std::string description = "Tavrin: " + request.title;
@@ -209,13 +207,13 @@ void LinuxNotificationCenter::unschedule(const std::string& identifier) {
   if (bus_ == nullptr || !bus_->isOpen())
     return;
   // Those of former processes of this application as well.
-  BusMessage question = bus_->method(manager, "ListUnitsByPatterns");
+  BusMessage question = bus_->method(serviceManager, "ListUnitsByPatterns");
   sd_bus_message_set_auto_start(question.get(), 0);
   const std::string pattern = unitPrefix(identifier) + "*.timer";
   question.append("asas", 0, 1, pattern.c_str());
   bus_->call(question, [this](sd_bus_message* reply, const std::string&) {
     for (const std::string& unit : reply == nullptr ? std::vector<std::string>() : units(reply)) {
-      BusMessage stop = bus_->method(manager, "StopUnit");
+      BusMessage stop = bus_->method(serviceManager, "StopUnit");
       bus_->send(stop.append("ss", unit.c_str(), "replace"));
     }
   });

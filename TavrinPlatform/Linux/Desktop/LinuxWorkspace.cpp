@@ -4,6 +4,7 @@
 #include "TavrinPlatform/Linux/Applications/SystemMonitorEntry.h"
 #include "TavrinPlatform/Linux/Base/BusProperties.h"
 #include "TavrinPlatform/Linux/Base/InterfaceFont.h"
+#include "TavrinPlatform/Linux/Base/PortalRequest.h"
 #include "TavrinPlatform/Linux/Base/ToolkitSettings.h"
 #include "TavrinPlatform/Linux/Base/X11.h"
 #include "TavrinPlatform/POSIX/Spawn.h"
@@ -16,10 +17,7 @@ namespace tavrin {
 
 namespace {
 
-const BusAddress portal{"org.freedesktop.portal.Desktop", "/org/freedesktop/portal/desktop",
-                        "org.freedesktop.portal.Settings"};
-const BusAddress opener{"org.freedesktop.portal.Desktop", "/org/freedesktop/portal/desktop",
-                        "org.freedesktop.portal.OpenURI"};
+const BusAddress opener{portalService, portalPath, "org.freedesktop.portal.OpenURI"};
 const BusAddress power{"net.hadess.PowerProfiles", "/net/hadess/PowerProfiles",
                        "org.freedesktop.DBus.Properties"};
 constexpr const char* appearanceGroup = "org.freedesktop.appearance";
@@ -243,15 +241,12 @@ void LinuxWorkspace::watchSettings() const {
   }
   if (xsettings_->text(fontInXSettings))
     readSettings();
-  watches_["settings"] = session_->match(
-      "type='signal',path='/org/freedesktop/portal/desktop',member='SettingChanged',"
-      "interface='org.freedesktop.portal.Settings'",
-      [this](sd_bus_message* message) {
-        const std::string group = textArgument(message);
-        const std::string key = textArgument(message);
-        if (group == appearanceGroup || group == interfaceGroup)
-          setPortalValue(key, message);
-      });
+  watches_["settings"] = session_->match(portalSettingChanged, [this](sd_bus_message* message) {
+    const std::string group = textArgument(message);
+    const std::string key = textArgument(message);
+    if (group == appearanceGroup || group == interfaceGroup)
+      setPortalValue(key, message);
+  });
   // Who has no portal that tells these may be told by Plasma that its own file has changed.
   watches_["toolkit"] =
       session_->match("type='signal',path='/KGlobalSettings',member='notifyChange',"
@@ -269,7 +264,7 @@ void LinuxWorkspace::watchSettings() const {
 }
 
 void LinuxWorkspace::askPortal(const char* group, const char* key) const {
-  BusMessage question = session_->method(portal, "Read");
+  BusMessage question = session_->method(portalSettings, "Read");
   question.append("ss", group, key);
   session_->call(question, [this, name = std::string(key)](sd_bus_message* reply, auto&) {
     if (reply != nullptr)

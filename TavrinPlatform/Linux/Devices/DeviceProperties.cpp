@@ -6,7 +6,7 @@
 namespace tavrin {
 namespace {
 
-using Kind = DeviceBattery::Kind;
+using BatteryKind = DeviceBattery::Kind;
 
 /// UPower's types of devices; below `firstDeviceType` are unknown, mains, battery and UPS.
 constexpr double batteryType = 2;
@@ -29,25 +29,26 @@ std::optional<int> minutes(const BusProperties& device, const char* seconds) {
   return static_cast<int>(*value / 60);
 }
 
-Kind kindOfType(double type) {
+BatteryKind batteryKindOfType(double type) {
   if (type == 5)
-    return Kind::mouse;
+    return BatteryKind::mouse;
   if (type == 6)
-    return Kind::keyboard;
+    return BatteryKind::keyboard;
   if (type == 14)
-    return Kind::trackpad;
-  return type == 17 || type == 19 ? Kind::headphones : Kind::other;
+    return BatteryKind::trackpad;
+  return type == 17 || type == 19 ? BatteryKind::headphones : BatteryKind::other;
 }
 
 /// BlueZ names icons of the freedesktop naming scheme.
-Kind kindOfIcon(const std::string& icon) {
+BatteryKind batteryKindOfIcon(const std::string& icon) {
   if (icon == "audio-headset" || icon == "audio-headphones")
-    return Kind::headphones;
+    return BatteryKind::headphones;
   if (icon == "input-keyboard")
-    return Kind::keyboard;
+    return BatteryKind::keyboard;
   if (icon == "input-mouse")
-    return Kind::mouse;
-  return icon == "input-tablet" || icon == "input-touchpad" ? Kind::trackpad : Kind::other;
+    return BatteryKind::mouse;
+  return icon == "input-tablet" || icon == "input-touchpad" ? BatteryKind::trackpad
+                                                            : BatteryKind::other;
 }
 
 std::string textOr(const BusProperties& properties, const char* name, std::string otherwise) {
@@ -80,7 +81,7 @@ std::optional<DeviceBattery> upower::deviceBattery(const std::string& path,
   if (!(type >= firstDeviceType) || !level || !device.flag("IsPresent"))
     return std::nullopt;
   return DeviceBattery{textOr(device, "Serial", path),
-                       textOr(device, "Model", device.text("NativePath")), kindOfType(type),
+                       textOr(device, "Model", device.text("NativePath")), batteryKindOfType(type),
                        *level};
 }
 
@@ -90,7 +91,7 @@ std::optional<DeviceBattery> bluez::deviceBattery(const BusProperties& device,
   if (!level || !device.flag("Connected"))
     return std::nullopt;
   return DeviceBattery{device.text("Address"), textOr(device, "Alias", device.text("Name")),
-                       kindOfIcon(device.text("Icon")), *level};
+                       batteryKindOfIcon(device.text("Icon")), *level};
 }
 
 } // namespace tavrin

@@ -8,10 +8,10 @@
 namespace tavrin {
 namespace {
 
-constexpr const char* service = "org.bluez.obex";
+constexpr const char* obexService = "org.bluez.obex";
 constexpr const char* pushInterface = "org.bluez.obex.ObjectPush1";
 constexpr const char* transferInterface = "org.bluez.obex.Transfer1";
-const BusAddress client{service, "/org/bluez/obex", "org.bluez.obex.Client1"};
+const BusAddress client{obexService, "/org/bluez/obex", "org.bluez.obex.Client1"};
 /// The other side's user has to be asked.
 constexpr double openLimit = 60;
 constexpr double silenceLimit = 90;
@@ -47,7 +47,8 @@ ObexSending::ObexSending(Bus& session, RunLoop& runLoop, const NearbyDevice& dev
 
 ObexSending::~ObexSending() {
   if (!transfer_.empty() && session_.isOpen()) {
-    BusMessage cancel = session_.method({service, transfer_.c_str(), transferInterface}, "Cancel");
+    BusMessage cancel =
+        session_.method({obexService, transfer_.c_str(), transferInterface}, "Cancel");
     session_.send(cancel);
   }
   closeSession();
@@ -91,7 +92,7 @@ void ObexSending::sendNext() {
   state_.sent = state_.size = 0;
   progress_(state_);
   watchForSilence();
-  BusMessage message = session_.method({service, path_.c_str(), pushInterface}, "SendFile");
+  BusMessage message = session_.method({obexService, path_.c_str(), pushInterface}, "SendFile");
   message.append("s", files_[state_.file].c_str());
   session_.call(
       message,

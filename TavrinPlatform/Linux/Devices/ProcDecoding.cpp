@@ -1,25 +1,16 @@
 #include "TavrinPlatform/Linux/Devices/ProcDecoding.h"
 
+#include "TavrinCore/Text/Text.h"
+
 #include <array>
 #include <charconv>
 
 namespace tavrin::proc {
 namespace {
 
-/// Cuts the first line off `text`.
-std::string_view nextLine(std::string_view& text) {
-  const auto end = text.find('\n');
-  const auto line = text.substr(0, end);
-  text = end == std::string_view::npos ? std::string_view() : text.substr(end + 1);
-  return line;
-}
-
 /// Cuts a number off `line`, and the blanks before it.
 std::optional<std::uint64_t> nextNumber(std::string_view& line) {
-  const auto first = line.find_first_not_of(" \t");
-  if (first == std::string_view::npos)
-    return std::nullopt;
-  line = line.substr(first);
+  line = withoutLeadingBlanks(line);
   std::uint64_t number = 0;
   const auto [end, error] = std::from_chars(line.data(), line.data() + line.size(), number);
   if (error != std::errc())
@@ -32,7 +23,7 @@ std::optional<std::uint64_t> nextNumber(std::string_view& line) {
 
 std::optional<CPULoad> cpuLoad(std::string_view stat) {
   while (!stat.empty()) {
-    std::string_view line = nextLine(stat);
+    std::string_view line = takeLine(stat);
     if (!line.starts_with("cpu "))
       continue;
     line.remove_prefix(4);
@@ -60,7 +51,7 @@ std::optional<MemoryLoad> memoryLoad(std::string_view meminfo) {
   std::optional<std::uint64_t> available;
   std::optional<std::uint64_t> free;
   while (!meminfo.empty() && !(total && available)) {
-    std::string_view line = nextLine(meminfo);
+    std::string_view line = takeLine(meminfo);
     const auto colon = line.find(':');
     if (colon == std::string_view::npos)
       continue;
@@ -85,12 +76,11 @@ std::optional<MemoryLoad> memoryLoad(std::string_view meminfo) {
 void eachLink(std::string_view dev, const HostStatistics::LinkVisitor& visit) {
   constexpr int columnOfSent = 8;
   while (!dev.empty()) {
-    std::string_view line = nextLine(dev);
-    const auto first = line.find_first_not_of(' ');
+    std::string_view line = withoutLeadingBlanks(takeLine(dev));
     const auto colon = line.find(':');
-    if (first == std::string_view::npos || colon == std::string_view::npos || colon <= first)
+    if (colon == std::string_view::npos || colon == 0)
       continue;
-    const auto name = line.substr(first, colon - first);
+    const auto name = line.substr(0, colon);
     line.remove_prefix(colon + 1);
     const auto received = nextNumber(line);
     std::optional<std::uint64_t> sent = received;

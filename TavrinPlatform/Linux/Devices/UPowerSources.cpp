@@ -5,10 +5,10 @@
 namespace tavrin {
 namespace {
 
-constexpr const char* service = "org.freedesktop.UPower";
+constexpr const char* upowerService = "org.freedesktop.UPower";
 constexpr const char* daemonPath = "/org/freedesktop/UPower";
 constexpr const char* displayPath = "/org/freedesktop/UPower/devices/DisplayDevice";
-constexpr const char* deviceInterface = "org.freedesktop.UPower.Device";
+constexpr const char* upowerDevice = "org.freedesktop.UPower.Device";
 constexpr const char* propertiesInterface = "org.freedesktop.DBus.Properties";
 
 } // namespace
@@ -88,7 +88,7 @@ void UPowerSources::forgetAll() {
 void UPowerSources::enumerate() {
   ask(daemonPath);
   ask(displayPath);
-  bus_->call(bus_->method({service, daemonPath, service}, "EnumerateDevices"),
+  bus_->call(bus_->method({upowerService, daemonPath, upowerService}, "EnumerateDevices"),
              [this, weak = round_->watch()](sd_bus_message* reply, const std::string&) {
                if (reply == nullptr || weak.expired() ||
                    sd_bus_message_enter_container(reply, 'a', "o") <= 0)
@@ -100,8 +100,8 @@ void UPowerSources::enumerate() {
 }
 
 void UPowerSources::ask(const std::string& path) {
-  BusMessage question = bus_->method({service, path.c_str(), propertiesInterface}, "GetAll");
-  question.append("s", path == daemonPath ? service : deviceInterface);
+  BusMessage question = bus_->method({upowerService, path.c_str(), propertiesInterface}, "GetAll");
+  question.append("s", path == daemonPath ? upowerService : upowerDevice);
   bus_->call(question,
              [this, path, weak = round_->watch()](sd_bus_message* reply, const std::string&) {
                // A device may be gone by the time it is asked.
@@ -116,10 +116,10 @@ void UPowerSources::changed(sd_bus_message* message) {
   const std::string path =
       sd_bus_message_get_path(message) == nullptr ? "" : sd_bus_message_get_path(message);
   const std::string interface = textArgument(message);
-  if (interface == service && path == daemonPath) {
+  if (interface == upowerService && path == daemonPath) {
     daemon_.read(message);
   } else if (const auto device = devices_.find(path);
-             device != devices_.end() && interface == deviceInterface) {
+             device != devices_.end() && interface == upowerDevice) {
     device->second.read(message);
   } else {
     return;

@@ -10,9 +10,7 @@ constexpr std::string_view homeVariable = "$HOME";
 
 /// The next line of `text`, without white space at its ends; takes it off.
 std::string_view nextLine(std::string_view& text) {
-  const auto end = text.find('\n');
-  const auto line = text.substr(0, end);
-  text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+  const auto line = takeLine(text);
   return isUTF8(line) ? trimmed(line) : std::string_view();
 }
 

@@ -20,7 +20,7 @@
 namespace tavrin {
 namespace {
 
-using Outcome = InputBlocker::Outcome;
+using LockOutcome = InputBlocker::Outcome;
 constexpr const char* login = "org.freedesktop.login1";
 constexpr const char* loginPath = "/org/freedesktop/login1";
 constexpr const char* managerInterface = "org.freedesktop.login1.Manager";
@@ -117,7 +117,7 @@ public:
     else
       runLoop.post([this, alive = alive_.watch()] {
         if (!alive.expired())
-          end(Outcome::refused);
+          end(LockOutcome::refused);
       });
   }
 
@@ -133,7 +133,7 @@ private:
     heard_ = std::chrono::steady_clock::now();
     const auto bytes = guard_.read();
     if (!bytes)
-      return end(Outcome::refused);
+      return end(LockOutcome::refused);
     // A callback may destroy this.
     const auto alive = alive_.watch();
     for (const char byte : *bytes) {
@@ -154,14 +154,14 @@ private:
     if (byte == guard::holding) {
       isStarted_ = true;
       const auto started = callbacks_.started;
-      return started(Outcome::holding);
+      return started(LockOutcome::holding);
     }
-    end(byte == guard::busy           ? Outcome::secureInput
-        : byte == guard::notPermitted ? Outcome::notPermitted
-                                      : Outcome::refused);
+    end(byte == guard::busy           ? LockOutcome::secureInput
+        : byte == guard::notPermitted ? LockOutcome::notPermitted
+                                      : LockOutcome::refused);
   }
 
-  void end(Outcome outcome) {
+  void end(LockOutcome outcome) {
     if (std::exchange(isEnded_, true))
       return;
     beat_.reset();

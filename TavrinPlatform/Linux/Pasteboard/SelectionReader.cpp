@@ -9,7 +9,7 @@ namespace tavrin {
 namespace {
 
 /// Without an answer, or without the next piece.
-constexpr std::chrono::milliseconds patience{1500};
+constexpr std::chrono::milliseconds answerPatience{1500};
 constexpr std::chrono::seconds longestFormat{6};
 constexpr unsigned propertyCount = 8;
 constexpr const char* targetList = "TARGETS";
@@ -86,7 +86,7 @@ void SelectionReader::request(const std::string& target) {
 }
 
 void SelectionReader::extend() {
-  deadline_ = std::min(std::chrono::steady_clock::now() + patience, formatEnd_);
+  deadline_ = std::min(std::chrono::steady_clock::now() + answerPatience, formatEnd_);
 }
 
 std::size_t SelectionReader::bound() const {

@@ -3,6 +3,7 @@
 #include "TavrinPlatform/Linux/Base/X11.h"
 #include "TavrinPlatform/Linux/Pasteboard/OfferedTypes.h"
 #include "TavrinPlatform/Linux/Pasteboard/PasteboardThread.h"
+#include "TavrinPlatform/Linux/Pasteboard/PollTimeout.h"
 #include "TavrinPlatform/Linux/Pasteboard/SelectionOffer.h"
 #include "TavrinPlatform/Linux/Pasteboard/SelectionReader.h"
 
@@ -80,14 +81,7 @@ void X11Pasteboard::Worker::run() {
 }
 
 int X11Pasteboard::Worker::wait() {
-  std::optional<SelectionReader::Time> first = reader_.deadline();
-  if (const auto other = offer_.deadline(); other && (!first || *other < *first))
-    first = other;
-  if (!first)
-    return -1;
-  const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(
-      *first - std::chrono::steady_clock::now());
-  return static_cast<int>(std::clamp<std::int64_t>(left.count() + 1, 0, 60'000));
+  return pollTimeout(reader_.deadline(), offer_.deadline());
 }
 
 void X11Pasteboard::Worker::handle(const xcb_generic_event_t& event) {

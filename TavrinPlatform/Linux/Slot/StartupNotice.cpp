@@ -1,5 +1,7 @@
 #include "TavrinPlatform/Linux/Slot/StartupNotice.h"
 
+#include "TavrinPlatform/Linux/Base/OwnedReply.h"
+
 #include <algorithm>
 #include <atomic>
 #include <cstdlib>
@@ -14,14 +16,10 @@
 namespace tavrin {
 namespace {
 
-constexpr int answerLimit = 300;
+constexpr int answerMilliseconds = 300;
 constexpr std::size_t messageRoom = 20;
 constexpr std::size_t longestMessage = 4000;
 constexpr std::size_t longestValue = 500;
-
-struct Free {
-  void operator()(void* reply) const { std::free(reply); }
-};
 
 /// A connection with a window that messages can be sent from.
 class NoticeConnection {
@@ -51,11 +49,10 @@ public:
     xcb_flush(connection_);
     pollfd descriptor{xcb_get_file_descriptor(connection_), POLLIN, 0};
     while (xcb_connection_has_error(connection_) == 0) {
-      while (const auto event =
-                 std::unique_ptr<xcb_generic_event_t, Free>(xcb_poll_for_event(connection_)))
+      while (const auto event = OwnedReply<xcb_generic_event_t>(xcb_poll_for_event(connection_)))
         if ((event->response_type & 0x7F) == XCB_PROPERTY_NOTIFY)
           return reinterpret_cast<const xcb_property_notify_event_t*>(event.get())->time;
-      if (::poll(&descriptor, 1, answerLimit) <= 0)
+      if (::poll(&descriptor, 1, answerMilliseconds) <= 0)
         break;
     }
     return std::nullopt;
@@ -79,7 +76,7 @@ public:
       event.type = next;
     }
     // The server has them all before the connection goes.
-    const std::unique_ptr<xcb_get_input_focus_reply_t, Free> done(
+    const OwnedReply<xcb_get_input_focus_reply_t> done(
         xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr));
   }
 
@@ -87,7 +84,7 @@ private:
   xcb_atom_t atom(const std::string& name) {
     const auto cookie =
         xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(name.size()), name.c_str());
-    const std::unique_ptr<xcb_intern_atom_reply_t, Free> reply(
+    const OwnedReply<xcb_intern_atom_reply_t> reply(
         xcb_intern_atom_reply(connection_, cookie, nullptr));
     return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
   }

@@ -2,6 +2,7 @@
 
 #include "TavrinPlatform/Linux/Pasteboard/OfferedTypes.h"
 #include "TavrinPlatform/Linux/Pasteboard/PasteboardThread.h"
+#include "TavrinPlatform/Linux/Pasteboard/PollTimeout.h"
 #include "TavrinPlatform/Linux/Wayland/DataControlOffer.h"
 #include "TavrinPlatform/Linux/Wayland/DataControlReader.h"
 
@@ -167,14 +168,7 @@ void WaylandPasteboard::Worker::run() {
 }
 
 int WaylandPasteboard::Worker::wait() const {
-  auto first = reader_.deadline();
-  if (const auto other = offer_->deadline(); other && (!first || *other < *first))
-    first = other;
-  if (!first)
-    return -1;
-  const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(
-      *first - std::chrono::steady_clock::now());
-  return static_cast<int>(std::clamp<std::int64_t>(left.count() + 1, 0, 60'000));
+  return pollTimeout(reader_.deadline(), offer_->deadline());
 }
 
 WaylandPasteboard::WaylandPasteboard(RunLoop& runLoop)

@@ -1,5 +1,6 @@
 #include "TavrinPlatform/macOS/Desktop/CalendarValues.h"
 
+#include "TavrinPlatform/macOS/Base/MacDate.h"
 #include "TavrinPlatform/macOS/Base/MacText.h"
 
 #include <algorithm>
@@ -11,14 +12,6 @@ namespace tavrin {
 namespace {
 
 constexpr double day = 86'400;
-
-Date toDate(NSDate* date) {
-  return date != nil ? Date{date.timeIntervalSinceReferenceDate} : Date{};
-}
-
-NSDate* toNSDate(Date date) {
-  return [NSDate dateWithTimeIntervalSince1970:date.unixSeconds()];
-}
 
 Date dayOf(Date date) {
   return toDate([NSCalendar.currentCalendar startOfDayForDate:toNSDate(date)]);

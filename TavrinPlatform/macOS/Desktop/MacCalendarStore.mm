@@ -3,6 +3,7 @@
 #include "TavrinCore/Base/Lifetime.h"
 #include "TavrinPlatform/POSIX/HandlerList.h"
 #include "TavrinPlatform/POSIX/LivingToken.h"
+#include "TavrinPlatform/macOS/Base/MacDate.h"
 #include "TavrinPlatform/macOS/Base/MacObservation.h"
 #include "TavrinPlatform/macOS/Base/MacText.h"
 #include "TavrinPlatform/macOS/Desktop/CalendarValues.h"
@@ -20,10 +21,6 @@ constexpr double longestRange = 4 * 365 * 86'400.0;
 
 EKEntityType typeOf(CalendarStore::Entity entity) {
   return entity == CalendarStore::Entity::events ? EKEntityTypeEvent : EKEntityTypeReminder;
-}
-
-NSDate* toNSDate(Date date) {
-  return [NSDate dateWithTimeIntervalSince1970:date.unixSeconds()];
 }
 
 CalendarAccess accessTo(CalendarStore::Entity entity) {
