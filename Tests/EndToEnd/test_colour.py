@@ -25,7 +25,7 @@ class ColourTest(DeskTest):
                                 announce=False)
         self.slot = self.desk.start_slot(3)
         self.desk.wait_for_name(3)
-        time.sleep(1)
+        self.tiles = wait_for(lambda: self.desk.windows(self.slot.pid), "the tile")
 
     def colours(self):
         file = self.desk.data / "colours.json"
@@ -40,6 +40,27 @@ class ColourTest(DeskTest):
     def press(self, keys=KEYS):
         self.desk.run("xdotool", "key", keys)
 
+    def press_until(self, condition, what):
+        """A shortcut comes to be in its own time; until then it does nothing."""
+        def pressed():
+            self.press()
+            end = time.monotonic() + 1
+            while not condition() and time.monotonic() < end:
+                time.sleep(0.02)
+            return condition()
+        wait_for(pressed, what)
+
+    def asked(self):
+        """How often the portal was."""
+        return (self.desk.home / "portal.log").read_text().count("PickColor")
+
+    def magnifier(self):
+        return len(self.desk.windows(self.slot.pid)) > len(self.tiles)
+
+    def leave_magnifier(self):
+        self.press("Escape")
+        wait_for(lambda: not self.magnifier(), "the magnifier to go")
+
     def stop(self):
         self.kill(self.slot)
         self.portal.kill()
@@ -50,8 +71,8 @@ class ColourTest(DeskTest):
         for manner in ({}, {"when": "early"}, {"path": "own"}):
             with self.subTest(**manner):
                 self.start({"colour": [1.0, 0.5, 0.0], **manner})
-                self.press()
-                wait_for(lambda: self.colours() == [(255, 128, 0)], "the colour")
+                self.press_until(self.colours, "the colour")
+                self.assertEqual(self.colours(), [(255, 128, 0)])
                 wait_for(lambda: self.copied() == "#FF8000", "its copy", pause=0.1)
                 self.stop()
 
@@ -59,9 +80,9 @@ class ColourTest(DeskTest):
         for answer in ({"code": 1}, {"code": 2}, {"code": 0}):
             with self.subTest(**answer):
                 self.start(answer)
-                for _ in range(2):
-                    self.press()
-                    time.sleep(0.4)
+                # That it asks again shows that it is done with the answer before.
+                for count in (1, 2, 3):
+                    self.press_until(lambda: self.asked() >= count, "the question")
                 self.assertEqual(self.colours(), [])
                 self.assertIsNone(self.slot.poll())
                 self.stop()
@@ -69,25 +90,24 @@ class ColourTest(DeskTest):
     def test_without_a_portal_the_screen_itself_is_picked_from(self):
         self.start()
         self.desk.run("xdotool", "mousemove", "100", "100")
-        self.press()
-        time.sleep(0.5)
-        self.press("Escape")
-        time.sleep(0.3)
+        self.press_until(self.magnifier, "the magnifier")
+        self.leave_magnifier()
         self.assertEqual(self.colours(), [])
         # The keys go to the magnifier although the shortcut's were just held.
-        self.desk.run("xdotool", "keydown", "ctrl", "keydown", "super", "keydown", "c", "sleep",
-                      "0.3", "keyup", "c", "keyup", "super", "keyup", "ctrl", "sleep", "0.5",
-                      "key", "Return")
+        self.desk.run("xdotool", "keydown", "ctrl", "keydown", "super", "keydown", "c")
+        wait_for(self.magnifier, "the magnifier")
+        self.desk.run("xdotool", "keyup", "c", "keyup", "super", "keyup", "ctrl", "key", "Return")
         wait_for(lambda: len(self.colours()) == 1, "the colour")
 
     def test_a_taken_shortcut_is_said(self):
         self.desk.write_widgets([widget("colourPicker", {"hotkey": SHORTCUT}, 3, "One"),
                                  widget("colourPicker", {"hotkey": SHORTCUT}, 4, "Two")],
                                 announce=False)
-        for slot in (3, 4):
-            self.desk.start_slot(slot)
-            self.desk.wait_for_name(slot)
-            time.sleep(0.3)
+        self.slot = self.desk.start_slot(3)
+        self.tiles = wait_for(lambda: self.desk.windows(self.slot.pid), "the tile")
+        self.press_until(self.magnifier, "the magnifier")
+        self.leave_magnifier()
+        self.desk.start_slot(4)
         wait_for(lambda: "Failed to register the shortcut because the keys are taken"
                  in self.desk.log(4), "the refusal")
         self.assertNotIn("Failed", self.desk.log(3))

@@ -69,8 +69,9 @@ class FilesTest(DeskTest):
 
     def open_by_keyboard(self):
         self.desk.toggle(1)
-        wait_for(self.panel, "the panel")
-        time.sleep(0.3)
+        window = wait_for(self.panel, "the panel")
+        wait_for(lambda: self.desk.run("xdotool", "getwindowfocus", check=False).strip() == window[0],
+                 "the keyboard to be in the panel", pause=0.02)
 
     def wait_closed(self):
         wait_for(lambda: self.panel() is None, "the panel to close")

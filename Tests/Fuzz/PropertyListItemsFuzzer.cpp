@@ -1,5 +1,6 @@
 #include "TavrinCore/Dock/DockChangeDetector.h"
 #include "TavrinCore/Dock/DockTileMapping.h"
+#include "Tests/Fuzz/Require.h"
 
 #include <cstdint>
 #include <cstdio>
@@ -8,13 +9,6 @@
 namespace {
 
 using namespace tavrin;
-
-void require(bool holds, const char* what) {
-  if (holds)
-    return;
-  std::fprintf(stderr, "does not hold: %s\n", what);
-  std::abort();
-}
 
 std::vector<DockItem> items(const PropertyList& root, std::string_view key, DockSection section) {
   std::vector<DockItem> found;

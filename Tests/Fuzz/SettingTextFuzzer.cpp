@@ -2,6 +2,7 @@
 #include "TavrinCore/Settings/SettingError.h"
 #include "TavrinCore/Settings/SettingText.h"
 #include "TavrinCore/Widgets/SettingChanges.h"
+#include "Tests/Fuzz/Require.h"
 
 #include <cmath>
 #include <cstdint>
@@ -13,13 +14,6 @@ namespace {
 using namespace tavrin;
 
 const Date now{800'000'000};
-
-void require(bool holds, const char* what) {
-  if (holds)
-    return;
-  std::fprintf(stderr, "does not hold: %s\n", what);
-  std::abort();
-}
 
 void checkDates(std::string_view text) {
   if (const auto date = dateFromISO8601(text))

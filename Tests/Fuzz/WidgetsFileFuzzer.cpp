@@ -1,5 +1,6 @@
 #include "TavrinCore/Widgets/DockSlot.h"
 #include "TavrinCore/Widgets/WidgetsFile.h"
+#include "Tests/Fuzz/Require.h"
 
 #include <cstdint>
 #include <cstdio>
@@ -8,13 +9,6 @@
 namespace {
 
 using namespace tavrin;
-
-void require(bool holds, const char* what) {
-  if (holds)
-    return;
-  std::fprintf(stderr, "does not hold: %s\n", what);
-  std::abort();
-}
 
 std::optional<WidgetsFile> read(std::string_view text) {
   try {

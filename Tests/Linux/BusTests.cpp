@@ -19,13 +19,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-bool untilTrue(const std::function<bool()>& condition) {
-  return eventually([&] {
-    QCoreApplication::processEvents();
-    return condition();
-  });
-}
-
 /// A bundle with a hard link of the program under test.
 QString bundle(const std::string& identifier) {
   const fs::path contents = fs::path(std::getenv("HOME")) / (identifier + ".app/Contents");
@@ -336,7 +329,8 @@ struct BusNoticesRig {
   /// Until a post of its own has come back, and with it all before it.
   void settle() {
     bool isBack = false;
-    const auto token = center_.observe("dev.quellby.test.back", [&](const auto&) { isBack = true; });
+    const auto token =
+        center_.observe("dev.quellby.test.back", [&](const auto&) { isBack = true; });
     center_.post("dev.quellby.test.back");
     EXPECT_TRUE(untilTrue([&] { return isBack; }));
   }

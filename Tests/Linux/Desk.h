@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QProcess>
 #include <QStringList>
@@ -23,6 +24,14 @@ inline bool eventually(const std::function<bool()>& condition, int milliseconds 
     QThread::msleep(10);
   }
   return true;
+}
+
+/// The same, while the program's own events are done.
+inline bool untilTrue(const std::function<bool()>& condition) {
+  return eventually([&] {
+    QCoreApplication::processEvents();
+    return condition();
+  });
 }
 
 /// What a shell command writes.

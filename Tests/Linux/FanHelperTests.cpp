@@ -21,13 +21,6 @@ namespace {
 
 using Refusal = std::optional<FanHelperClient::Refusal>;
 
-bool untilTrue(const std::function<bool()>& condition) {
-  return eventually([&] {
-    QCoreApplication::processEvents();
-    return condition();
-  });
-}
-
 class Helper : public testing::Test {
 protected:
   void SetUp() override { allow(true); }

@@ -17,14 +17,6 @@ namespace {
 
 constexpr std::size_t count = 10'000;
 
-bool untilTrue(const std::function<bool()>& condition) {
-  QElapsedTimer timer;
-  timer.start();
-  while (!condition() && !timer.hasExpired(patience))
-    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 20);
-  return condition();
-}
-
 bool steers(const std::string& text) {
   for (const char* mark : {"\x1b", "\r", "\x07", "\u202E", "\u2066", "\u2069", "\u200F", "\u200E",
                            "\u061C", "\u2028", "\u009B", "\uFEFF"})

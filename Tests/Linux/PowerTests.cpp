@@ -14,13 +14,6 @@ const std::string upower = "org.freedesktop.UPower /org/freedesktop/UPower";
 const std::string devicePath = "/org/freedesktop/UPower/devices/";
 const std::string mock = "org.freedesktop.DBus.Mock.";
 
-bool untilTrue(const std::function<bool()>& condition) {
-  return eventually([&] {
-    QCoreApplication::processEvents();
-    return condition();
-  });
-}
-
 /// "SERVICE PATH" METHOD ARGUMENTS... in the syntax of gdbus.
 std::string call(const std::string& at, const std::string& method) {
   const auto space = at.find(' ');

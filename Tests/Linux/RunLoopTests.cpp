@@ -20,14 +20,6 @@
 namespace tavrin {
 namespace {
 
-/// Serves the event loop until `condition`.
-bool untilTrue(const std::function<bool()>& condition) {
-  return eventually([&] {
-    QCoreApplication::processEvents();
-    return condition();
-  });
-}
-
 TEST(QtRunLoop, TimersComeInTimeAndEndWithTheirTokens) {
   QtRunLoop loop;
   QElapsedTimer clock;

@@ -13,13 +13,6 @@ using testing::ElementsAre;
 
 constexpr const char* name = "dev.test.Watched1";
 
-bool untilTrue(const std::function<bool()>& condition) {
-  return eventually([&] {
-    QCoreApplication::processEvents();
-    return condition();
-  });
-}
-
 /// A program with a tile, which is of one colour.
 struct Shown {
   Shown() {

@@ -145,69 +145,111 @@ TEST_F(ClaudeUsageSourceTest, ScopesBeginAtTheUsersMidnightAcrossClockChanges) {
   }
 }
 
-/// Any order of what happens to logs, a refresh after each step; time goes on, and once back.
+/// What happens to logs, in any order.
+class ChangingLogs {
+public:
+  ChangingLogs(UsageLogs& logs, const TemporaryFolder& folder) : logs_(logs), folder_(folder) {}
+
+  /// Does something at `now`, which it may change, and says what.
+  std::string change(Date& now, int step) {
+    switch (files_.size() < 3 ? 0 : logs_.number(0, 10)) {
+    case 0:
+      begin(now, step);
+      return "new";
+    case 1:
+    case 2:
+    case 3:
+      grow(false);
+      return "grown";
+    case 4:
+      grow(true);
+      return "half a line";
+    case 5: {
+      const auto path = files_[any()];
+      fs::resize_file(path, fs::file_size(path) * static_cast<unsigned>(logs_.number(0, 99)) / 100);
+      return "cut";
+    }
+    case 6:
+      writeAnew(now);
+      return "written anew";
+    case 7:
+      replace();
+      return "replaced";
+    case 8:
+      rotate(step);
+      return "rotated";
+    case 9: {
+      const auto at = any();
+      fs::remove(files_[at]);
+      files_.erase(files_.begin() + static_cast<std::ptrdiff_t>(at));
+      return "deleted";
+    }
+    default: // no file is so old that it would be passed over
+      now = now + logs_.number(-20'000, 80'000);
+      return "another moment";
+    }
+  }
+
+private:
+  std::size_t any() {
+    return static_cast<std::size_t>(logs_.number(0, static_cast<int>(files_.size()) - 1));
+  }
+  void begin(Date now, int step) {
+    const auto path = logs_.file(fmt::format("-home-ann-p{}", step % 4), std::to_string(step));
+    times_[path] = now - logs_.number(0, 8 * 86'400);
+    append(path, logs_.session(times_[path], logs_.number(1, 40)));
+    files_.push_back(path);
+  }
+  /// Of half a line, what follows at some later growth is no line.
+  void grow(bool byHalfALine) {
+    const auto path = files_[any()];
+    auto lines = logs_.session(times_[path], logs_.number(1, 5));
+    if (byHalfALine)
+      lines.resize(lines.size() - static_cast<std::size_t>(logs_.number(1, 200)));
+    append(path, lines);
+  }
+  /// Longer than before.
+  void writeAnew(Date now) {
+    const auto path = files_[any()];
+    const auto size = fs::file_size(path);
+    std::string lines;
+    Date time = now - 3600;
+    while (lines.size() <= size)
+      lines += logs_.session(time, 3);
+    put(path, lines);
+    times_[path] = time;
+  }
+  /// Another file of the same length in its place.
+  void replace() {
+    const auto path = files_[any()];
+    auto bytes = contents(path);
+    if (const auto at = bytes.find("\"output_tokens\":"); at != std::string::npos)
+      bytes[at + 16] = '9';
+    put(folder_ / "other", bytes);
+    fs::rename(folder_ / "other", path);
+  }
+  /// The old one goes on under another name.
+  void rotate(int step) {
+    const auto path = files_[any()];
+    const auto old = path.parent_path() / ("old" + std::to_string(step) + ".jsonl");
+    fs::rename(path, old);
+    files_.push_back(old);
+    times_[old] = times_[path];
+    append(path, logs_.session(times_[path], 2));
+  }
+
+  UsageLogs& logs_;
+  const TemporaryFolder& folder_;
+  std::vector<fs::path> files_;
+  std::map<fs::path, Date> times_;
+};
+
+/// A refresh after each step; time goes on, and once back.
 TEST_F(ClaudeUsageSourceTest, AnyInterleavingOfChangesGivesTheReferenceTotals) {
   Date now = Date::fromUnixSeconds(static_cast<double>(std::time(nullptr)));
-  std::vector<fs::path> files;
-  std::map<fs::path, Date> times;
+  ChangingLogs changing(logs, folder);
   for (int step = 0; step < 60; ++step) {
-    const int action = files.size() < 3 ? 0 : logs.number(0, 10);
-    const auto pick = [&] {
-      return files[static_cast<std::size_t>(logs.number(0, static_cast<int>(files.size()) - 1))];
-    };
-    std::string what;
-    if (action == 0) {
-      const auto path = logs.file(fmt::format("-home-ann-p{}", step % 4), std::to_string(step));
-      times[path] = now - logs.number(0, 8 * 86'400);
-      append(path, logs.session(times[path], logs.number(1, 40)));
-      files.push_back(path);
-      what = "new";
-    } else if (action <= 4) {
-      const auto path = pick();
-      auto lines = logs.session(times[path], logs.number(1, 5));
-      if (action == 4) // half a line now, and at some later growth what follows is no line
-        lines.resize(lines.size() - static_cast<std::size_t>(logs.number(1, 200)));
-      append(path, lines);
-      what = action == 4 ? "half a line" : "grown";
-    } else if (action == 5) {
-      const auto path = pick();
-      fs::resize_file(path, fs::file_size(path) * static_cast<unsigned>(logs.number(0, 99)) / 100);
-      what = "cut";
-    } else if (action == 6) { // written anew, longer than before
-      const auto path = pick();
-      const auto size = fs::file_size(path);
-      std::string lines;
-      Date time = now - 3600;
-      while (lines.size() <= size)
-        lines += logs.session(time, 3);
-      put(path, lines);
-      times[path] = time;
-      what = "written anew";
-    } else if (action == 7) { // another file of the same length in its place
-      const auto path = pick();
-      auto bytes = contents(path);
-      if (const auto at = bytes.find("\"output_tokens\":"); at != std::string::npos)
-        bytes[at + 16] = '9';
-      put(folder / "other", bytes);
-      fs::rename(folder / "other", path);
-      what = "replaced";
-    } else if (action == 8) { // rotated: the old one goes on under another name
-      const auto path = pick();
-      const auto old = path.parent_path() / ("old" + std::to_string(step) + ".jsonl");
-      fs::rename(path, old);
-      files.push_back(old);
-      times[old] = times[path];
-      append(path, logs.session(times[path], 2));
-      what = "rotated";
-    } else if (action == 9) {
-      const auto at = static_cast<std::size_t>(logs.number(0, static_cast<int>(files.size()) - 1));
-      fs::remove(files[at]);
-      files.erase(files.begin() + static_cast<std::ptrdiff_t>(at));
-      what = "deleted";
-    } else { // no file is so old that it would be passed over
-      now = now + logs.number(-20'000, 80'000);
-      what = "another moment";
-    }
+    const auto what = changing.change(now, step);
     expectReference(now, "UTC", fmt::format("step {}, {}", step, what));
   }
 }

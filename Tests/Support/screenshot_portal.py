@@ -24,6 +24,7 @@ def load(mock, parameters):
 @dbus.service.method(MAIN_IFACE, in_signature="sa{sv}", out_signature="o", sender_keyword="sender")
 def PickColor(self, _parent, options, sender):
     self.picks += 1
+    print("PickColor", flush=True)
     token = str(options["handle_token"])
     if self.parameters.get("path") == "own":
         token = f"chosen{self.picks}"

@@ -27,14 +27,28 @@ AnyView dial(const TileSize& size) {
   return tile(palette::ground, face, size);
 }
 
+void addWideTiles(GallerySheet& sheet) {
+  for (const int span : {2, 3, 4})
+    sheet.push_back({"wide", span, [](const TileSize& size) {
+                       return wideTile(
+                           {.border = TileBorder{0.4, palette::red},
+                            .mark = symbol("timer").colour(palette::red),
+                            .tint = palette::red,
+                            .caption = QStringLiteral("Focus 2/4"),
+                            .figure = QStringLiteral("24:59"),
+                            .actions = {{{"toggle"}, "pause.fill", QStringLiteral("Pause"), true},
+                                        {{"skip"}, "forward.end.fill", QStringLiteral("Skip")}}},
+                           size);
+                     }});
+}
+
 } // namespace
 
 /// One entry a picture.
 GallerySheet kitGallery() {
   GallerySheet sheet;
-  const auto add = [&](const char* name, std::function<AnyView(const TileSize&)> view,
-                       int span = 1) {
-    sheet.push_back({name, span, std::move(view)});
+  const auto add = [&](const char* name, std::function<AnyView(const TileSize&)> view) {
+    sheet.push_back({name, 1, std::move(view)});
   };
   const auto addTile = [&](const char* name, TileContent content) {
     add(name, [content](const TileSize& size) { return tile(content, size); });
@@ -86,20 +100,7 @@ GallerySheet kitGallery() {
                     .padding(size.padding()),
                 size);
   });
-  for (const int span : {2, 3, 4})
-    add(
-        "wide",
-        [](const TileSize& size) {
-          return wideTile({.border = TileBorder{0.4, palette::red},
-                           .mark = symbol("timer").colour(palette::red),
-                           .tint = palette::red,
-                           .caption = QStringLiteral("Focus 2/4"),
-                           .figure = QStringLiteral("24:59"),
-                           .actions = {{{"toggle"}, "pause.fill", QStringLiteral("Pause"), true},
-                                       {{"skip"}, "forward.end.fill", QStringLiteral("Skip")}}},
-                          size);
-        },
-        span);
+  addWideTiles(sheet);
   return sheet;
 }
 

@@ -2,6 +2,7 @@
 #include "TavrinPlatform/Linux/Pasteboard/CapturePlan.h"
 #include "TavrinPlatform/Linux/Pasteboard/Latin1.h"
 #include "TavrinPlatform/Linux/Pasteboard/OfferedTypes.h"
+#include "Tests/Fuzz/Require.h"
 
 #include <cstdint>
 #include <cstdlib>
@@ -19,11 +20,6 @@ constexpr const char* known[] = {CapturePlan::passwordHint,
                                  "UTF8_STRING",
                                  "STRING",
                                  "text/html"};
-
-void require(bool holds) {
-  if (!holds)
-    std::abort();
-}
 
 bool has(const std::vector<std::string>& types, std::string_view type) {
   return std::ranges::find(types, type) != types.end();

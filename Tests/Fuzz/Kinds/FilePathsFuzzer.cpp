@@ -3,19 +3,11 @@
 #include "TavrinCore/Kinds/Files/Shelf.h"
 #include "TavrinCore/Kinds/Files/ShelfSettings.h"
 #include "TavrinCore/Text/Text.h"
+#include "Tests/Fuzz/Require.h"
 
 #include <cstdlib>
 
 using namespace tavrin;
-
-namespace {
-
-void require(bool condition) {
-  if (!condition)
-    std::abort();
-}
-
-} // namespace
 
 /// Paths, addresses and names from drops, settings and folders.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

@@ -1,5 +1,6 @@
 #include "TavrinCore/Widgets/SettingChanges.h"
 #include "TavrinCore/Widgets/WidgetsFile.h"
+#include "Tests/Fuzz/Require.h"
 
 #include <cstdint>
 #include <cstdio>
@@ -8,13 +9,6 @@
 namespace {
 
 using namespace tavrin;
-
-void require(bool holds, const char* what) {
-  if (holds)
-    return;
-  std::fprintf(stderr, "does not hold: %s\n", what);
-  std::abort();
-}
 
 /// What a slot reads: the entry of its widget, as one of a file.
 std::optional<DockWidget> read(const JSONValue& entry) {

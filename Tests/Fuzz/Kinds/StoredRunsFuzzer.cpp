@@ -3,6 +3,7 @@
 #include "TavrinCore/Kinds/Runs/StopwatchRun.h"
 #include "TavrinCore/Kinds/Runs/TimerRun.h"
 #include "TavrinCore/Text/ClockText.h"
+#include "Tests/Fuzz/Require.h"
 
 #include <cstdint>
 #include <cstdlib>
@@ -11,11 +12,6 @@
 namespace {
 
 using namespace tavrin;
-
-void require(bool holds) {
-  if (!holds)
-    std::abort();
-}
 
 template <class Run> std::optional<Run> read(const JSONValue& json) {
   try {
