@@ -21,8 +21,8 @@ Date at(int hour) {
   return calendar.date(parts);
 }
 
-struct Bench {
-  explicit Bench(Date now, PetSettings settings = {})
+struct PetBench {
+  explicit PetBench(Date now, PetSettings settings = {})
       : platform(now), model(servicesOf(platform), DockWidget({}, "W", 1, settings, 1)) {
     model.isTileShown = [this] { return isShown; };
     model.onChange = [this] { ++pictures; };
@@ -41,7 +41,7 @@ struct Bench {
 };
 
 TEST(PetWidget, IsDrawnAtMostEightTimesASecondAndOnlyWhereItShows) {
-  Bench bench(at(12));
+  PetBench bench(at(12));
   const int pictures = bench.picturesIn(60);
   EXPECT_GT(pictures, 20);
   EXPECT_LE(pictures, 8 * 60);
@@ -55,7 +55,7 @@ TEST(PetWidget, IsDrawnAtMostEightTimesASecondAndOnlyWhereItShows) {
 }
 
 TEST(PetWidget, SleepsThroughTheNightAndWakes) {
-  Bench bench(at(23));
+  PetBench bench(at(23));
   EXPECT_EQ(bench.model.pet().pose().activity, PetActivity::sleeping);
   const int firings = bench.platform.loop.firings;
   EXPECT_EQ(bench.picturesIn(3600), 0);
@@ -66,7 +66,7 @@ TEST(PetWidget, SleepsThroughTheNightAndWakes) {
 }
 
 TEST(PetWidget, HoldsStillWhenAskedTo) {
-  Bench bench(at(12));
+  PetBench bench(at(12));
   bench.platform.fakeWorkspace.reducedMotion = true;
   bench.model.sightChanged();
   EXPECT_EQ(bench.picturesIn(600), 0);
@@ -79,7 +79,7 @@ TEST(PetWidget, HoldsStillWhenAskedTo) {
 }
 
 TEST(PetWidget, AStrokeShowsAtOnce) {
-  Bench bench(at(23));
+  PetBench bench(at(23));
   bench.model.strokePet();
   EXPECT_EQ(bench.pictures, 1);
   EXPECT_EQ(bench.model.pet().pose().activity, PetActivity::happy);
@@ -88,11 +88,11 @@ TEST(PetWidget, AStrokeShowsAtOnce) {
 }
 
 TEST(PetWidget, ReadsTheLoadOnlyWhereItFollowsIt) {
-  Bench following(at(12), {PetSpecies::cat, true, true});
+  PetBench following(at(12), {PetSpecies::cat, true, true});
   following.picturesIn(60);
   EXPECT_GT(following.platform.host.reads, 5);
   EXPECT_LE(following.platform.host.reads, 32);
-  Bench other(at(12), {PetSpecies::fox, false, true});
+  PetBench other(at(12), {PetSpecies::fox, false, true});
   other.picturesIn(60);
   EXPECT_EQ(other.platform.host.reads, 0);
 }

@@ -13,8 +13,8 @@ namespace {
 
 constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 
-struct Bench {
-  explicit Bench(DockWidget::Kind kind)
+struct ReadingsBench {
+  explicit ReadingsBench(DockWidget::Kind kind)
       : model(servicesOf(platform), DockWidget({}, "W", 1, std::move(kind), 1)) {
     model.onChange = [this] { ++changes; };
     model.onDevicesChange = [this] { ++deviceChanges; };
@@ -99,7 +99,7 @@ TEST(SystemReadings, TheFirstSourceWithCapacitiesIsTheBattery) {
 }
 
 TEST(SystemWidgetModel, TheFirstActivitySampleIsABaseline) {
-  Bench bench(ActivitySettings{});
+  ReadingsBench bench(ActivitySettings{});
   bench.cpu(50, 50);
   bench.platform.host.memory = MemoryLoad{1, 4};
   bench.model.start();
@@ -116,7 +116,7 @@ TEST(SystemWidgetModel, TheFirstActivitySampleIsABaseline) {
 }
 
 TEST(SystemWidgetModel, TheLastMinuteOfActivityLagsByASample) {
-  Bench bench(ActivitySettings{});
+  ReadingsBench bench(ActivitySettings{});
   bench.cpu(0, 0);
   bench.model.start();
   unsigned used = 0;
@@ -133,7 +133,7 @@ TEST(SystemWidgetModel, TheLastMinuteOfActivityLagsByASample) {
 }
 
 TEST(SystemWidgetModel, AFailedActivitySampleIsNoBaseline) {
-  Bench bench(ActivitySettings{});
+  ReadingsBench bench(ActivitySettings{});
   bench.cpu(50, 50);
   bench.model.start();
   bench.platform.host.cpu.reset();
@@ -145,7 +145,7 @@ TEST(SystemWidgetModel, AFailedActivitySampleIsNoBaseline) {
 }
 
 TEST(SystemWidgetModel, OpeningThePanelMeasuresNothing) {
-  Bench bench(ActivitySettings{});
+  ReadingsBench bench(ActivitySettings{});
   bench.cpu(50, 50);
   bench.model.start();
   bench.cpu(60, 140);
@@ -160,7 +160,7 @@ TEST(SystemWidgetModel, OpeningThePanelMeasuresNothing) {
 }
 
 TEST(SystemWidgetModel, RatesAreDifferencesOverTime) {
-  Bench bench(NetworkSettings{});
+  ReadingsBench bench(NetworkSettings{});
   bench.traffic(1000, 100, 0);
   bench.model.start();
   EXPECT_EQ(bench.model.network(), NetworkReading());
@@ -177,7 +177,7 @@ TEST(SystemWidgetModel, RatesAreDifferencesOverTime) {
 }
 
 TEST(SystemWidgetModel, TheHistoryHoldsThirty) {
-  Bench bench(NetworkSettings{});
+  ReadingsBench bench(NetworkSettings{});
   bench.traffic(0, 0, 0);
   bench.model.start();
   for (std::uint64_t i = 1; i <= 40; ++i)
@@ -190,7 +190,7 @@ TEST(SystemWidgetModel, TheHistoryHoldsThirty) {
 }
 
 TEST(SystemWidgetModel, TwoSamplesAtOnceDivideByAMillisecond) {
-  Bench bench(NetworkSettings{});
+  ReadingsBench bench(NetworkSettings{});
   bench.traffic(0, 0, 0);
   bench.model.start();
   bench.traffic(5, 1, 0);
@@ -199,7 +199,7 @@ TEST(SystemWidgetModel, TwoSamplesAtOnceDivideByAMillisecond) {
 }
 
 TEST(SystemWidgetModel, AClockSetBackMakesNoRate) {
-  Bench bench(NetworkSettings{});
+  ReadingsBench bench(NetworkSettings{});
   bench.traffic(0, 0, 0);
   bench.model.start();
   bench.platform.fakeClock.advance(-7200);
@@ -211,7 +211,7 @@ TEST(SystemWidgetModel, AClockSetBackMakesNoRate) {
 }
 
 TEST(SystemWidgetModel, AnotherLinkBeginsAnew) {
-  Bench bench(NetworkSettings{});
+  ReadingsBench bench(NetworkSettings{});
   bench.traffic(0, 0, 0);
   bench.model.start();
   bench.traffic(4000, 0);
@@ -225,7 +225,7 @@ TEST(SystemWidgetModel, AnotherLinkBeginsAnew) {
 TEST(SystemWidgetModel, AQuietChartIsDrawnUntilItIsFlat) {
   NetworkSettings chart;
   chart.style = NetworkTileStyle::chart;
-  Bench bench(chart);
+  ReadingsBench bench(chart);
   bench.traffic(0, 0, 0);
   bench.model.start();
   bench.traffic(4000, 0);
@@ -237,7 +237,7 @@ TEST(SystemWidgetModel, AQuietChartIsDrawnUntilItIsFlat) {
 }
 
 TEST(SystemWidgetModel, PluggingInShowsAtOnce) {
-  Bench bench(BatterySettings{});
+  ReadingsBench bench(BatterySettings{});
   bench.platform.power.sources = {{50, 100, false, false, {}, 60}};
   bench.model.start();
   EXPECT_EQ(bench.model.battery(), (BatteryReading{0.5, false, false, 60}));
@@ -257,7 +257,7 @@ TEST(SystemWidgetModel, PluggingInShowsAtOnce) {
 }
 
 TEST(SystemWidgetModel, DevicesAreAskedForByTheBatteryKindAlone) {
-  Bench bench(ActivitySettings{});
+  ReadingsBench bench(ActivitySettings{});
   bench.model.start();
   EXPECT_EQ(bench.platform.devices.refreshes, 0);
   bench.setKind(BatterySettings{});
@@ -270,7 +270,7 @@ TEST(SystemWidgetModel, DevicesAreAskedForByTheBatteryKindAlone) {
 }
 
 TEST(SystemWidgetModel, RatesTickEveryThirdSecondWhileEnergyIsSaved) {
-  Bench bench(ActivitySettings{});
+  ReadingsBench bench(ActivitySettings{});
   bench.model.start();
   bench.model.setSavesEnergy(true);
   const int reads = bench.platform.host.reads;

@@ -27,8 +27,8 @@ ClockSettings clockWith(bool showsSeconds, bool isAnalog = false) {
   return settings;
 }
 
-struct Bench {
-  explicit Bench(DockWidget::Kind kind, Date now = start, StopwatchRun run = {})
+struct ModelBench {
+  explicit ModelBench(DockWidget::Kind kind, Date now = start, StopwatchRun run = {})
       : platform(now),
         model(servicesOf(platform), DockWidget({}, "W", 1, std::move(kind), 1), std::move(run)) {
     model.isPanelShown = [this] { return isPanelShown; };
@@ -79,7 +79,7 @@ TEST(SystemWidgetModel, SamplesEachKindAtItsInterval) {
       {NoteSettings{}, 60, 60},
   };
   for (const auto& [kind, interval, saving] : cases) {
-    Bench bench(kind);
+    ModelBench bench(kind);
     EXPECT_EQ(bench.model.interval(), interval) << kind.key();
     bench.model.setSavesEnergy(true);
     EXPECT_EQ(bench.model.interval(), saving) << kind.key();
@@ -87,44 +87,44 @@ TEST(SystemWidgetModel, SamplesEachKindAtItsInterval) {
 }
 
 TEST(SystemWidgetModel, ARunningStopwatchShowsTenthsOnlyInItsPanel) {
-  Bench bench(StopwatchSettings{}, start, {.startedAt = start, .accumulated = 0, .laps = {}});
+  ModelBench bench(StopwatchSettings{}, start, {.startedAt = start, .accumulated = 0, .laps = {}});
   EXPECT_EQ(bench.model.interval(), 1);
   bench.isPanelShown = true;
   EXPECT_EQ(bench.model.interval(), 0.1);
 }
 
 TEST(SystemWidgetModel, AMinuteChangesWhenItChanges) {
-  Bench bench(clockWith(false));
+  ModelBench bench(clockWith(false));
   EXPECT_EQ(bench.wakeUps(120), 8); // on the quarters of a minute
   expectNear(bench.changes, {56.6, 116.6});
 }
 
 TEST(SystemWidgetModel, AFaceWithoutSecondsGlidesInQuartersOfAMinute) {
-  Bench bench(clockWith(false, true));
+  ModelBench bench(clockWith(false, true));
   bench.platform.loop.advance(60);
   expectNear(bench.changes, {11.6, 26.6, 41.6, 56.6});
 }
 
 TEST(SystemWidgetModel, SecondsChangeOnWholeSeconds) {
-  Bench bench(clockWith(true));
+  ModelBench bench(clockWith(true));
   bench.platform.loop.advance(3);
   expectNear(bench.changes, {0.6, 1.6, 2.6});
 }
 
 TEST(SystemWidgetModel, TimeProgressTicksOnWholeMinutes) {
-  Bench bench(TimeProgressSettings{});
+  ModelBench bench(TimeProgressSettings{});
   bench.platform.loop.advance(180);
   expectNear(bench.changes, {56.6, 116.6, 176.6});
 }
 
 TEST(SystemWidgetModel, ACountdownTicksWhenItsOwnSecondsChange) {
-  Bench bench(CountdownSettings{start + 2.25, true});
+  ModelBench bench(CountdownSettings{start + 2.25, true});
   bench.platform.loop.advance(4.5);
   expectNear(bench.changes, {0.25, 1.25, 2.25, 3.25, 4.25});
 }
 
 TEST(SystemWidgetModel, APassedCountdownThatDoesNotCountUpRests) {
-  Bench bench(CountdownSettings{start + 1.5, false});
+  ModelBench bench(CountdownSettings{start + 1.5, false});
   bench.platform.loop.advance(2);
   expectNear(bench.changes, {0.5, 1.5});
   EXPECT_EQ(bench.wakeUps(100'000), 0);
@@ -132,7 +132,7 @@ TEST(SystemWidgetModel, APassedCountdownThatDoesNotCountUpRests) {
 
 TEST(SystemWidgetModel, DaysAndHoursTickByTheHourUntilThePanelOpens) {
   // 3 days and 4 hours are shown until a second less than that is left.
-  Bench bench(CountdownSettings{start + 3 * 86'400 + 4 * 3600 + 100, false});
+  ModelBench bench(CountdownSettings{start + 3 * 86'400 + 4 * 3600 + 100, false});
   EXPECT_EQ(bench.wakeUps(2 * 3600), 2);
   expectNear(bench.changes, {101, 3701});
 
@@ -145,7 +145,7 @@ TEST(SystemWidgetModel, DaysAndHoursTickByTheHourUntilThePanelOpens) {
 }
 
 TEST(SystemWidgetModel, ACountdownGoesFromHoursToSecondsOnItsLastDay) {
-  Bench bench(CountdownSettings{start + 86'400 + 10, false});
+  ModelBench bench(CountdownSettings{start + 86'400 + 10, false});
   bench.platform.loop.advance(13.5);
   // "1d 0h" until 11 seconds from now, "23:59:59" then, and by the second from there on.
   expectNear(bench.changes, {11, 12, 13});
@@ -153,18 +153,18 @@ TEST(SystemWidgetModel, ACountdownGoesFromHoursToSecondsOnItsLastDay) {
 
 TEST(SystemWidgetModel, AnAbsurdTargetIsLookedAtOnceAnHourAtMost) {
   for (const double target : {1e300, -1e300}) {
-    Bench bench(CountdownSettings{{target}, true});
+    ModelBench bench(CountdownSettings{{target}, true});
     EXPECT_LE(bench.wakeUps(86'400 * 3), 72) << target;
   }
 }
 
 TEST(SystemWidgetModel, AStoppedStopwatchCausesNoWakeUps) {
-  Bench bench(StopwatchSettings{});
+  ModelBench bench(StopwatchSettings{});
   EXPECT_EQ(bench.wakeUps(100'000), 0);
 }
 
 TEST(SystemWidgetModel, AStopwatchTicksOnItsOwnSeconds) {
-  Bench bench(StopwatchSettings{});
+  ModelBench bench(StopwatchSettings{});
   bench.platform.loop.advance(0.3);
   bench.model.toggleStopwatch();
   EXPECT_EQ(bench.stopwatchChanges, 1);
@@ -182,7 +182,7 @@ TEST(SystemWidgetModel, AStopwatchTicksOnItsOwnSeconds) {
 }
 
 TEST(SystemWidgetModel, TenthsStopWithThePanel) {
-  Bench bench(StopwatchSettings{}, start, {.startedAt = start, .accumulated = 0, .laps = {}});
+  ModelBench bench(StopwatchSettings{}, start, {.startedAt = start, .accumulated = 0, .laps = {}});
   bench.isPanelShown = true;
   bench.model.panelChanged();
   EXPECT_EQ(bench.wakeUps(1.05), 10);
@@ -192,7 +192,7 @@ TEST(SystemWidgetModel, TenthsStopWithThePanel) {
 }
 
 TEST(SystemWidgetModel, LapsAndResetAreToldToBeKept) {
-  Bench bench(StopwatchSettings{});
+  ModelBench bench(StopwatchSettings{});
   bench.model.lapStopwatch(); // stopped: nothing to add
   EXPECT_TRUE(bench.model.stopwatch().laps.empty());
   bench.model.toggleStopwatch();
@@ -206,7 +206,7 @@ TEST(SystemWidgetModel, LapsAndResetAreToldToBeKept) {
 }
 
 TEST(SystemWidgetModel, SavingEnergyFollowsTheDesktop) {
-  Bench bench(clockWith(true));
+  ModelBench bench(clockWith(true));
   bench.platform.fakeWorkspace.lowPower = true;
   bench.platform.fakeWorkspace.lowPowerChange.call();
   EXPECT_TRUE(bench.model.savesEnergy());
@@ -217,7 +217,7 @@ TEST(SystemWidgetModel, SavingEnergyFollowsTheDesktop) {
 }
 
 TEST(SystemWidgetModel, AClockThatIsSetShowsAtOnce) {
-  Bench bench(clockWith(false));
+  ModelBench bench(clockWith(false));
   for (auto* event : {&bench.platform.fakeWorkspace.clockChange, &bench.platform.fakeWorkspace.wake,
                       &bench.platform.fakeWorkspace.dayChange}) {
     bench.changes.clear();
@@ -231,7 +231,7 @@ TEST(SystemWidgetModel, AClockThatIsSetShowsAtOnce) {
 TEST(SystemWidgetModel, AnotherZoneIsReadAtTheClockChange) {
   const std::string before = std::getenv("TZ") ? std::getenv("TZ") : "";
   ::setenv("TZ", "Europe/Berlin", 1);
-  Bench bench(clockWith(false));
+  ModelBench bench(clockWith(false));
   const auto berlin = bench.model.clock().hoursAndMinutes;
   ::setenv("TZ", "Asia/Tokyo", 1);
   bench.platform.fakeWorkspace.clockChange.call();
@@ -241,7 +241,7 @@ TEST(SystemWidgetModel, AnotherZoneIsReadAtTheClockChange) {
 }
 
 TEST(SystemWidgetModel, AnotherKindTicksAsItsOwn) {
-  Bench bench(clockWith(true));
+  ModelBench bench(clockWith(true));
   bench.setKind(StopwatchSettings{});
   EXPECT_EQ(bench.wakeUps(100), 0);
   bench.setKind(NoteSettings{}); // has no reading: nothing to wake for
@@ -251,7 +251,7 @@ TEST(SystemWidgetModel, AnotherKindTicksAsItsOwn) {
 }
 
 TEST(SystemWidgetModel, StoppedItHoldsNoTimerAndHearsNothing) {
-  Bench bench(clockWith(true));
+  ModelBench bench(clockWith(true));
   bench.model.stop();
   EXPECT_EQ(bench.platform.loop.activeTimers(), 0U);
   bench.platform.fakeWorkspace.clockChange.call();

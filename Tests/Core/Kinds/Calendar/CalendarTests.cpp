@@ -11,7 +11,7 @@
 namespace tavrin {
 namespace {
 
-const Calendar berlin("Europe/Berlin", "de_DE");
+const Calendar german("Europe/Berlin", "de_DE");
 const Calendar newYork("America/New_York", "en_US");
 
 struct DayCase {
@@ -51,10 +51,10 @@ TEST(Calendar, DaysOnWhichClocksChange) {
 }
 
 TEST(Calendar, SaysDatesAndTimesAsTheLocaleDoes) {
-  const Date moment = berlin.date({2026, 9, 9, 14, 30});
-  EXPECT_EQ(berlin.timeOfDay(moment), "14:30");
+  const Date moment = german.date({2026, 9, 9, 14, 30});
+  EXPECT_EQ(german.timeOfDay(moment), "14:30");
   EXPECT_EQ(newYork.timeOfDay(moment), "8:30\u202FAM");
-  EXPECT_EQ(berlin.fullDate(moment), "Mittwoch, 9. September 2026");
+  EXPECT_EQ(german.fullDate(moment), "Mittwoch, 9. September 2026");
   EXPECT_EQ(newYork.fullDate(moment), "Wednesday, September 9, 2026");
 }
 
@@ -84,7 +84,7 @@ TEST(Calendar, WeeksFollowTheLocale) {
     EXPECT_EQ(calendar.components(week->start).day, firstDay) << locale;
     EXPECT_EQ(week->duration(), 7 * 86'400.0);
   }
-  const auto change = berlin.dateInterval(CalendarUnit::week, berlin.date({2026, 3, 29, 1}));
+  const auto change = german.dateInterval(CalendarUnit::week, german.date({2026, 3, 29, 1}));
   EXPECT_EQ(change->duration(), 7 * 86'400.0 - 3600);
 }
 
@@ -102,10 +102,10 @@ TEST(Calendar, MonthsAndYears) {
 
 TEST(Calendar, DatesBeyondReach) {
   for (const double seconds : {1e300, -1e300, std::nan(""), HUGE_VAL}) {
-    EXPECT_EQ(berlin.dateInterval(CalendarUnit::day, Date{seconds}), std::nullopt);
-    EXPECT_FALSE(berlin.isSameDay(Date{seconds}, Date{0}));
+    EXPECT_EQ(german.dateInterval(CalendarUnit::day, Date{seconds}), std::nullopt);
+    EXPECT_FALSE(german.isSameDay(Date{seconds}, Date{0}));
   }
-  EXPECT_TRUE(berlin.isSameDay(Date{1e300}, Date{1e300}));
+  EXPECT_TRUE(german.isSameDay(Date{1e300}, Date{1e300}));
 }
 
 TEST(Calendar, UnknownZonesAreNoticed) {
@@ -118,17 +118,17 @@ TEST(Calendar, UnknownZonesAreNoticed) {
 }
 
 TEST(Calendar, AddingDaysKeepsTheTimeOfDay) {
-  const auto before = berlin.date({2026, 3, 28, 15, 30, 12}) + 0.25;
-  EXPECT_EQ(berlin.addingDays(1, before).since(before), 23 * 3600.0);
-  EXPECT_EQ(berlin.addingDays(-27, before), berlin.date({2026, 3, 1, 15, 30, 12}) + 0.25);
+  const auto before = german.date({2026, 3, 28, 15, 30, 12}) + 0.25;
+  EXPECT_EQ(german.addingDays(1, before).since(before), 23 * 3600.0);
+  EXPECT_EQ(german.addingDays(-27, before), german.date({2026, 3, 1, 15, 30, 12}) + 0.25);
 }
 
 TEST(Calendar, CopiesAreIndependent) {
-  Calendar copy = berlin;
+  Calendar copy = german;
   copy = newYork;
-  const auto date = berlin.date({2026, 7, 1, 12});
+  const auto date = german.date({2026, 7, 1, 12});
   EXPECT_EQ(copy.components(date).hour, 6);
-  EXPECT_EQ(berlin.components(date).hour, 12);
+  EXPECT_EQ(german.components(date).hour, 12);
   const Calendar moved = std::move(copy);
   EXPECT_EQ(moved.components(date), (DateComponents{2026, 7, 1, 6, 0, 0, 4}));
 }
@@ -141,16 +141,16 @@ struct ClockCase {
 
 TEST(ClockFormat, Time) {
   const Calendar tokyo("Asia/Tokyo", "ja_JP");
-  const auto date = berlin.date({2026, 7, 1, 15, 7, 9});
+  const auto date = german.date({2026, 7, 1, 15, 7, 9});
   const ClockCase cases[] = {
-      {{{}, false, {}, false}, berlin, "15:07"},
-      {{{}, true, {}, false}, berlin, "15:07:09"},
-      {{{}, false, false, false}, berlin, "3:07"},
+      {{{}, false, {}, false}, german, "15:07"},
+      {{{}, true, {}, false}, german, "15:07:09"},
+      {{{}, false, false, false}, german, "3:07"},
       {{{}, false, {}, false}, newYork, "9:07"},
       {{{}, true, true, false}, newYork, "09:07:09"},
-      {{"America/New_York", false, {}, false}, berlin, "09:07"},
+      {{"America/New_York", false, {}, false}, german, "09:07"},
       {{"Europe/Berlin", false, {}, false}, newYork, "3:07"},
-      {{"Nowhere/Invalid", false, {}, false}, berlin, "15:07"},
+      {{"Nowhere/Invalid", false, {}, false}, german, "15:07"},
       {{{}, false, {}, false}, tokyo, "22:07"},
   };
   for (const auto& [settings, calendar, time] : cases)
@@ -158,15 +158,15 @@ TEST(ClockFormat, Time) {
 }
 
 TEST(ClockFormat, WeekdayIsThatOfTheClocksZone) {
-  const auto date = berlin.date({2026, 7, 1, 23, 30, 0});
-  EXPECT_EQ(ClockFormat({}, berlin).dayCaption(date), "Mittwoch");
-  EXPECT_EQ(ClockFormat({"Asia/Tokyo", false, {}, false}, berlin).dayCaption(date), "Donnerstag");
+  const auto date = german.date({2026, 7, 1, 23, 30, 0});
+  EXPECT_EQ(ClockFormat({}, german).dayCaption(date), "Mittwoch");
+  EXPECT_EQ(ClockFormat({"Asia/Tokyo", false, {}, false}, german).dayCaption(date), "Donnerstag");
   EXPECT_EQ(ClockFormat({"Asia/Tokyo", false, {}, false}, newYork).dayCaption(date), "Thursday");
 }
 
 TEST(ClockFormat, Hands) {
   const auto hands =
-      ClockFormat({{}, true, {}, true}, berlin).hands(berlin.date({2026, 7, 1, 15, 30, 45}));
+      ClockFormat({{}, true, {}, true}, german).hands(german.date({2026, 7, 1, 15, 30, 45}));
   EXPECT_DOUBLE_EQ(hands.hour, 3.5 / 12);
   EXPECT_DOUBLE_EQ(hands.minute, 30.75 / 60);
   EXPECT_DOUBLE_EQ(hands.second, 0.75);
@@ -194,14 +194,14 @@ TEST(TimeProgress, FractionAndPercentLeft) {
       {S::year, {2026, 12, 31, 23, 59, 59}, 1 - 1 / (365 * 86'400.0), 0},
   };
   for (const auto& [scope, moment, fraction, percentLeft] : cases) {
-    const auto date = berlin.date(moment);
-    EXPECT_NEAR(TimeProgress::fraction(scope, date, berlin), fraction, 1e-9) << moment.day;
-    EXPECT_EQ(TimeProgress::percentLeft(scope, date, berlin), percentLeft) << moment.day;
+    const auto date = german.date(moment);
+    EXPECT_NEAR(TimeProgress::fraction(scope, date, german), fraction, 1e-9) << moment.day;
+    EXPECT_EQ(TimeProgress::percentLeft(scope, date, german), percentLeft) << moment.day;
   }
-  const auto almost = berlin.date({2026, 3, 10, 23, 59, 59}) + 0.6;
-  EXPECT_LT(TimeProgress::fraction(S::day, almost, berlin), 1);
-  EXPECT_EQ(TimeProgress::percentLeft(S::day, almost, berlin), 0);
-  EXPECT_EQ(TimeProgress::fraction(S::year, Date{1e300}, berlin), 0);
+  const auto almost = german.date({2026, 3, 10, 23, 59, 59}) + 0.6;
+  EXPECT_LT(TimeProgress::fraction(S::day, almost, german), 1);
+  EXPECT_EQ(TimeProgress::percentLeft(S::day, almost, german), 0);
+  EXPECT_EQ(TimeProgress::fraction(S::year, Date{1e300}, german), 0);
 }
 
 } // namespace

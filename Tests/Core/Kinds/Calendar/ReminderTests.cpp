@@ -1,5 +1,6 @@
 #include "TavrinCore/Kinds/Calendar/Reminder.h"
 #include "TavrinCore/Kinds/Calendar/ReminderSettings.h"
+#include "Tests/Core/Kinds/Calendar/BerlinNoon.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -9,8 +10,6 @@ namespace {
 
 using testing::ElementsAre;
 
-const Calendar berlin("Europe/Berlin", "en_GB");
-const Date noon = berlin.date({2026, 3, 9, 12, 0, 0, 1});
 const Date today = berlin.startOfDay(noon);
 constexpr double day = 86'400;
 

@@ -1,5 +1,6 @@
 #include "TavrinCore/Kinds/Calendar/CalendarEvent.h"
 #include "TavrinCore/Kinds/Calendar/CalendarSettings.h"
+#include "Tests/Core/Kinds/Calendar/BerlinNoon.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -10,8 +11,6 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-const Calendar berlin("Europe/Berlin", "en_GB");
-const Date noon = berlin.date({2026, 3, 9, 12, 0, 0, 1});
 constexpr double hour = 3600;
 
 CalendarEvent event(const char* title, double start, double end, bool isAllDay = false) {

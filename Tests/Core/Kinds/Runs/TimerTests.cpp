@@ -10,7 +10,7 @@ namespace tavrin {
 namespace {
 
 constexpr Date zero{700'000'000};
-constexpr Date at(double seconds) {
+constexpr Date momentAt(double seconds) {
   return zero + seconds;
 }
 constexpr auto countdown = TimerMode::countdown;
@@ -40,7 +40,7 @@ TEST(TimerRun, WhatIsShown) {
       {{countdown, 60, zero, 30}, 15, 15, 0.75, false},
       {{countdown, 60, zero, 30}, 30, 0, 1, true},
       {{countdown, 60, zero, 0}, 600, 0, 1, true},
-      {{countdown, 60, at(50), 10}, 0, 50, 10.0 / 60, false},
+      {{countdown, 60, momentAt(50), 10}, 0, 50, 10.0 / 60, false},
       {{countdown, 0, std::nullopt, 0}, 0, 0, 1, true},
       {{countdown, -5, zero, 0}, 0, 0, 1, true},
       {{stopwatch, 60, zero, 0}, 59.9, 59, 59.9 / 60, false},
@@ -48,35 +48,35 @@ TEST(TimerRun, WhatIsShown) {
       {{stopwatch, 0, std::nullopt, 3725.4}, 0, 3725, 5.4 / 60, false},
   };
   for (const auto& [run, now, seconds, progress, isFinished] : cases) {
-    EXPECT_EQ(run.displayedSeconds(at(now)), seconds) << now;
-    EXPECT_NEAR(run.progress(at(now)), progress, 1e-9) << now;
-    EXPECT_EQ(run.isFinished(at(now)), isFinished) << now;
+    EXPECT_EQ(run.displayedSeconds(momentAt(now)), seconds) << now;
+    EXPECT_NEAR(run.progress(momentAt(now)), progress, 1e-9) << now;
+    EXPECT_EQ(run.isFinished(momentAt(now)), isFinished) << now;
   }
 }
 
 TEST(TimerRun, LifeOfACountdown) {
   TimerRun run;
   EXPECT_EQ(run, (TimerRun{countdown, 1500, std::nullopt, 0}));
-  run.startCountdown(300, at(0));
-  EXPECT_EQ(run.endDate(), at(300));
-  run.pause(at(100));
+  run.startCountdown(300, momentAt(0));
+  EXPECT_EQ(run.endDate(), momentAt(300));
+  run.pause(momentAt(100));
   EXPECT_EQ(run.endDate(), std::nullopt);
   EXPECT_TRUE(run.hasStarted());
-  run.pause(at(150));
+  run.pause(momentAt(150));
   EXPECT_EQ(run.accumulated, 100);
-  run.start(at(200));
-  run.start(at(250));
-  EXPECT_EQ(run.endDate(), at(400));
-  run.pause(at(401));
-  EXPECT_TRUE(run.isFinished(at(401)));
-  run.start(at(500)); // anew, from the full length
-  EXPECT_EQ(run, (TimerRun{countdown, 300, at(500), 0}));
+  run.start(momentAt(200));
+  run.start(momentAt(250));
+  EXPECT_EQ(run.endDate(), momentAt(400));
+  run.pause(momentAt(401));
+  EXPECT_TRUE(run.isFinished(momentAt(401)));
+  run.start(momentAt(500)); // anew, from the full length
+  EXPECT_EQ(run, (TimerRun{countdown, 300, momentAt(500), 0}));
   run.mode = stopwatch;
   EXPECT_EQ(run.endDate(), std::nullopt);
   run.reset();
   EXPECT_EQ(run, (TimerRun{stopwatch, 300, std::nullopt, 0}));
   run.accumulated = 400;
-  run.start(at(0)); // a stopwatch beyond the duration goes on
+  run.start(momentAt(0)); // a stopwatch beyond the duration goes on
   EXPECT_EQ(run.accumulated, 400);
 }
 
@@ -86,14 +86,14 @@ TEST(TimerRun, CatchesUpAfterARestart) {
       {{countdown, 60, zero, 0}, 60, {countdown, 60, std::nullopt, 60}},
       {{countdown, 60, zero, 20}, 9999, {countdown, 60, std::nullopt, 60}},
       {{countdown, 60, std::nullopt, 20}, 9999, {countdown, 60, std::nullopt, 20}},
-      {{countdown, 60, at(100), 0}, 0, {countdown, 60, at(100), 0}},
+      {{countdown, 60, momentAt(100), 0}, 0, {countdown, 60, momentAt(100), 0}},
       {{stopwatch, 60, zero, 0}, 9999, {stopwatch, 60, zero, 0}}};
   for (const auto& [saved, now, expected] : cases)
-    EXPECT_EQ(saved.caughtUp(at(now)), expected) << now;
+    EXPECT_EQ(saved.caughtUp(momentAt(now)), expected) << now;
 }
 
 TEST(TimerRun, CodingIsStrict) {
-  const TimerRun run{stopwatch, 0.1, at(0.3), 1e-9};
+  const TimerRun run{stopwatch, 0.1, momentAt(0.3), 1e-9};
   EXPECT_EQ(decode<TimerRun>(JSONValue::parse(encode(run).compact())), run);
   for (const auto* text :
        {"{}", R"({"mode":"countdown","duration":1})",
@@ -107,25 +107,25 @@ TEST(TimerRun, CodingIsStrict) {
 TEST(TimerRun, AbsurdNumbersStayShowable) {
   for (const double huge : {1e300, -1e300}) {
     const TimerRun run{countdown, huge, zero, huge};
-    EXPECT_FALSE(TimerRun::format(run.displayedSeconds(at(0))).empty());
-    EXPECT_GE(run.displayedSeconds(at(0)), 0);
+    EXPECT_FALSE(TimerRun::format(run.displayedSeconds(momentAt(0))).empty());
+    EXPECT_GE(run.displayedSeconds(momentAt(0)), 0);
   }
 }
 
 TEST(StopwatchRun, LifeWithLaps) {
   StopwatchRun run;
-  run.lap(at(0));
+  run.lap(momentAt(0));
   EXPECT_TRUE(run.laps.empty());
-  run.toggle(at(0));
-  run.lap(at(10));
-  run.toggle(at(15));
-  run.lap(at(20));
-  run.start(at(30));
-  run.start(at(40));
-  run.lap(at(31.5));
-  EXPECT_EQ(run, (StopwatchRun{at(30), 15, {10, 16.5}}));
+  run.toggle(momentAt(0));
+  run.lap(momentAt(10));
+  run.toggle(momentAt(15));
+  run.lap(momentAt(20));
+  run.start(momentAt(30));
+  run.start(momentAt(40));
+  run.lap(momentAt(31.5));
+  EXPECT_EQ(run, (StopwatchRun{momentAt(30), 15, {10, 16.5}}));
   EXPECT_EQ(decode<StopwatchRun>(JSONValue::parse(encode(run).compact())), run);
-  EXPECT_EQ(run.elapsed(at(0)), 15); // the clock was set back
+  EXPECT_EQ(run.elapsed(momentAt(0)), 15); // the clock was set back
   run.reset();
   EXPECT_EQ(run, StopwatchRun{});
   EXPECT_THROW(decode<StopwatchRun>(JSONValue::parse(R"({"accumulated":1})")), CodingError);
@@ -149,7 +149,7 @@ TEST(Countdown, WeekShare) {
                                              {1e-3, 0.12},   {0, 0},       {-1, 0},
                                              {-100 * day, 0}};
   for (const auto& [interval, share] : cases)
-    EXPECT_NEAR(Countdown::weekShare({at(interval)}, zero), share, 1e-6) << interval;
+    EXPECT_NEAR(Countdown::weekShare({momentAt(interval)}, zero), share, 1e-6) << interval;
 }
 
 TEST(Countdown, ShownSeconds) {
@@ -158,7 +158,7 @@ TEST(Countdown, ShownSeconds) {
       {0, true, 0, true},       {-0.5, true, 0, true},   {-90.9, true, 90, true},
       {-90.9, false, 0, false}};
   for (const auto& [interval, countsUp, seconds, isSince] : cases) {
-    const CountdownSettings settings{at(interval), countsUp};
+    const CountdownSettings settings{momentAt(interval), countsUp};
     EXPECT_EQ(Countdown::displayedSeconds(settings, zero), seconds) << interval;
     EXPECT_EQ(Countdown::showsTimeSince(settings, zero), isSince) << interval;
   }
@@ -179,10 +179,10 @@ TEST(Countdown, Caption) {
 TEST(TickSchedule, Entries) {
   const TickSchedule schedule(0.25);
   EXPECT_EQ(schedule.entry(0, zero), zero);
-  EXPECT_EQ(schedule.entry(1'000'000, zero), at(250'000));
-  EXPECT_EQ(schedule.next(zero, at(-5)), zero);
-  EXPECT_EQ(schedule.next(zero, zero), at(0.25));
-  EXPECT_EQ(schedule.next(zero, at(0.3)), at(0.5));
+  EXPECT_EQ(schedule.entry(1'000'000, zero), momentAt(250'000));
+  EXPECT_EQ(schedule.next(zero, momentAt(-5)), zero);
+  EXPECT_EQ(schedule.next(zero, zero), momentAt(0.25));
+  EXPECT_EQ(schedule.next(zero, momentAt(0.3)), momentAt(0.5));
   for (const auto& [still, mode] : {std::pair{TickSchedule(1, true), TickSchedule::Mode::normal},
                                     std::pair{TickSchedule(1), TickSchedule::Mode::lowFrequency}}) {
     EXPECT_EQ(still.entry(0, zero, mode), zero);
