@@ -24,6 +24,8 @@ void run(CommandContext& context, const FocusWords& words) {
   options.restarts = words.restarts;
   options.numbered =
       words.numbered == "none" ? std::nullopt : std::optional(modifiersFromText(words.numbered));
+  // A second one goes on all the same: it may be asked to follow in another way.
+  claimFollowing(context);
   backUpWorkspace(context, WorkspaceBackup::Reason::launch);
   std::optional<FocusSession> session;
   context.platform().dockServices().runUntilStopped([&] {

@@ -4,6 +4,7 @@
 #include "TavrinCommand/Widgets/EditorRun.h"
 #include "TavrinCore/Base/Errors.h"
 #include "TavrinCore/Text/Texts.h"
+#include "TavrinHost/HostError.h"
 #include "TavrinPlatform/Files/AtomicFile.h"
 
 #include <algorithm>
@@ -17,6 +18,11 @@ namespace {
 
 std::filesystem::path recordOf(const std::filesystem::path& form) {
   return form.string() + ".base";
+}
+
+/// What was typed when it was last taken from a window that goes on showing it.
+std::filesystem::path takenOf(const std::filesystem::path& form) {
+  return form.string() + ".taken";
 }
 
 /// No value where the record is gone or says nothing any more.
@@ -78,18 +84,42 @@ std::vector<EditDraft> EditDraft::leftBehind(CommandContext& context,
   return drafts;
 }
 
+EditDraft EditDraft::at(const std::filesystem::path& form) {
+  auto base = recordBeside(form);
+  std::error_code isGone;
+  if (!base || !std::filesystem::exists(form, isGone))
+    throw HostError(ExitCode::notFound,
+                    translated("\"{form}\" is no form of an edit", {{"form", form.string()}}));
+  return {form, std::move(*base), nullptr};
+}
+
+void EditDraft::take(const std::string& typed, const DockWidget& made) {
+  base = made;
+  writeFileAtomically(takenOf(form), typed, FileAccess::ownerOnly);
+  writeFileAtomically(recordOf(form), encode(made).compact(), FileAccess::ownerOnly);
+}
+
+bool EditDraft::follow() {
+  const auto taken = readFile(takenOf(form));
+  if (const auto recorded = taken ? recordBeside(form) : std::nullopt)
+    base = *recorded;
+  return taken && *taken == text();
+}
+
 std::string EditDraft::text() const {
   return readFile(form).value_or("");
 }
 
 bool EditDraft::isUntouched() const {
-  return text() == editForm(base);
+  const auto typed = text();
+  return typed == editForm(base) || typed == readFile(takenOf(form));
 }
 
 void EditDraft::remove() const {
   std::error_code ignored;
   std::filesystem::remove(form, ignored);
   std::filesystem::remove(recordOf(form), ignored);
+  std::filesystem::remove(takenOf(form), ignored);
   forgetEditor(form);
 }
 

@@ -27,6 +27,14 @@ struct EditDraft {
   static std::vector<EditDraft> leftBehind(CommandContext& context,
                                            const std::optional<UUID>& id = {});
 
+  /// The one at that place. Throws HostError (notFound) where there is none.
+  static EditDraft at(const std::filesystem::path& form);
+
+  /// `typed` has become the widget `made`; more may be typed yet.
+  void take(const std::string& typed, const DockWidget& made);
+  /// Whether what is typed by now was taken already. What was taken last is the base from then on.
+  bool follow();
+
   /// What is typed by now.
   std::string text() const;
   bool isUntouched() const;

@@ -43,8 +43,22 @@ EditDraft EditService::draftOf(const DockWidget& widget) {
   return EditDraft::make(context_.stateFolder(), widget);
 }
 
+DockWidget EditService::save(const EditDraft& draft, const std::string& typed) {
+  auto made = widgetFromForm(draft.base, typed, context_.platform().clock().now(),
+                             settingSystem(context_.platform().fileManager().homeFolder()));
+  save(draft.base, made);
+  context_.say(translated("Saved \"{name}\".", {{"name", printable(made.name)}}));
+  return made;
+}
+
+void EditService::take(const std::filesystem::path& form) {
+  auto draft = EditDraft::at(form);
+  const auto typed = draft.text();
+  draft.take(typed, save(draft, typed));
+}
+
 void EditService::edit(const UUID& id) {
-  const auto draft = draftOf(WidgetLibrary(context_).find(id.text()));
+  auto draft = draftOf(WidgetLibrary(context_).find(id.text()));
   const auto& base = draft.base;
   std::string text = editForm(base);
   const auto keep = [&](std::string_view why) {
@@ -60,14 +74,14 @@ void EditService::edit(const UUID& id) {
         draft.remove();
       throw;
     }
+    if (draft.follow())
+      return draft.remove();
     const auto typed = draft.text();
     if (typed == text)
       break;
     text = typed;
     try {
-      save(base, widgetFromForm(base, typed, context_.platform().clock().now(),
-                                settingSystem(context_.platform().fileManager().homeFolder())));
-      context_.say(translated("Saved \"{name}\".", {{"name", printable(base.name)}}));
+      save(draft, typed);
       draft.remove();
       return;
     } catch (const SettingError& error) {
@@ -168,13 +182,18 @@ void addEditCommands(CLI::App& app, CommandContext& context) {
   auto* command =
       app.add_subcommand("edit", translated("Edit a widget in your editor, or wait for requests"));
   auto reference = std::make_shared<std::string>();
+  // Asked for by the script around an editor.
+  auto taken = std::make_shared<std::string>();
+  command->add_option("--take", *taken)->group("");
   context.complete(command->add_option("NAME", *reference,
                                        translated("The widget; otherwise wait for "
                                                   "the widgets to ask")),
                    completeWidgets(context));
-  command->callback([&context, reference] {
+  command->callback([&context, reference, taken] {
     EditService service(context);
-    if (reference->empty())
+    if (!taken->empty())
+      service.take(*taken);
+    else if (reference->empty())
       service.serve();
     else
       service.edit(WidgetLibrary(context).find(*reference).id);

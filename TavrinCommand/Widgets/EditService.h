@@ -18,6 +18,10 @@ public:
   /// Throws HostError with the place of the form when it could not be saved: nothing typed is lost.
   void edit(const UUID& id);
 
+  /// Saves what a window of another process has written to the form of an edit that goes on. Throws
+  /// HostError and SettingError with what is wrong with it; the form is left alone.
+  void take(const std::filesystem::path& form);
+
   /// Answers edit requests for widgets of this data folder until the process is ended; those for
   /// others are left to whoever serves these. Returns at once where a process of this program
   /// answers for the folder already. Throws HostError where there is no session bus, or where
@@ -38,6 +42,8 @@ private:
   /// Whether the widget is one of this data folder's.
   bool serves(const UUID& id);
   bool save(const DockWidget& base, const DockWidget& edited);
+  /// Saves what was typed and says so. The widget that it describes.
+  DockWidget save(const EditDraft& draft, const std::string& typed);
 
   CommandContext& context_;
 };

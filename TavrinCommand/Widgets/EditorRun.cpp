@@ -10,36 +10,56 @@
 
 namespace tavrin {
 
-// The user's editor as shell words, then those that Debian and others have. One that returns within
-// two seconds and leaves the form as it was has most likely handed it to a window of its own.
+// The user's editor as shell words, then those that Debian and others have. One that is not known to
+// stay until its window is closed, and returns with the form as it was, may have handed it to a window
+// of its own: what is saved there is taken each time, until the user says that it is closed.
 const char* const editorScript =
-    R"sh(for editor in "$VISUAL" "$EDITOR" sensible-editor editor nano vi; do
+    R"sh(tavrin=$1 form=$2
+for editor in "$VISUAL" "$EDITOR" sensible-editor editor nano vi; do
   [ -n "$editor" ] && command -v "${editor%% *}" >/dev/null && break
 done
-echo "$$" > "$1.shell"
+echo "$$" > "$form.shell"
 name=${editor%% *}; name=${name##*/}
+wait=; stays=
 case "$name" in
   code|code-insiders|codium|subl|atom|zed|zeditor|gedit|xed) wait=--wait ;;
   mate) wait=-w ;;
   kate) wait=--block ;;
   gvim|mvim) wait=-f ;;
-  *) wait= ;;
+  sensible-editor|editor|vi|vim|nvim|ex|ed|nano|pico|emacs|emacsclient|joe|jed|jove|mg|ne) stays=1 ;;
+  micro|hx|helix|kak|mcedit|tilde|dte|amp) stays=1 ;;
 esac
 case " $editor " in
-  *" -w "*|*" --wait "*|*" -b "*|*" --block "*|*" -f "*|*" --nofork "*) wait= ;;
+  *" -w "*|*" --wait "*|*" -b "*|*" --block "*|*" -f "*|*" --nofork "*) wait=; stays=1 ;;
 esac
-before=$(cksum < "$1"); began=$(date +%s)
-$editor $wait "$1"; status=$?
-if [ "$status" = 0 ] && [ "$(($(date +%s) - began))" -le 2 ] &&
-   [ "$(cksum < "$1")" = "$before" ]; then
-  : > "$1.window"
-  echo "$name has returned, and nothing was changed yet. If it shows the form in another window,"
-  echo "save and close it there, then press Return here; otherwise press Return at once."
-  echo "An editor that waits by itself is set like this: EDITOR=\"code --wait\""
-  read -r answer || exit 1
-  rm -f "$1.window"
+sum() { cksum 2>/dev/null < "$form"; }
+seen=$(sum)
+$editor $wait "$form"; status=$?
+if [ "$status" = 0 ] && [ -z "$wait$stays" ] && [ "$(sum)" = "$seen" ]; then
+  : > "$form.window"
+  echo "$name has returned, and nothing was changed yet. If it shows the form in another window, what"
+  echo "you save there is taken each time. Press Return here once that window is closed; where there is"
+  echo "none, press Return at once. An editor that waits by itself is set like this:"
+  echo "EDITOR=\"code --wait\""
+  rm -f "$form.answer"
+  exec 3<&0
+  { read -r line <&3; echo "$?" > "$form.answer"; } &
+  before=$seen
+  while [ ! -s "$form.answer" ]; do
+    sleep 0.2
+    now=$(sum)
+    # Whole, as far as that can be seen: it stands as it did a moment ago.
+    if [ "$now" = "$before" ] && [ "$now" != "$seen" ]; then
+      seen=$now
+      "$tavrin" edit --take "$form"
+    fi
+    before=$now
+  done
+  answer=$(cat "$form.answer"); rm -f "$form.answer"
+  [ "$answer" = 0 ] || exit 1
+  rm -f "$form.window"
 fi
-echo "$status" > "$1.done"
+echo "$status" > "$form.done"
 exit "$status")sh";
 
 namespace {
@@ -90,13 +110,18 @@ private:
 } // namespace
 
 void forgetEditor(const std::filesystem::path& form) {
-  removeMarks(form, {".shell", ".done", ".window"});
+  removeMarks(form, {".shell", ".done", ".window", ".answer"});
 }
 
 void runEditor(CommandContext& context, const std::filesystem::path& form, bool usesOwnTerminal) {
   auto& platform = context.platform();
   const EditorMarks marks(form);
-  std::vector<std::string> words = {"sh", "-c", editorScript, "sh", form.string()};
+  std::vector<std::string> words = {"sh",
+                                    "-c",
+                                    editorScript,
+                                    "sh",
+                                    platform.program().string(),
+                                    form.string()};
   if (!usesOwnTerminal) {
     const auto terminal = platform.fileManager().environment("TERMINAL").value_or("");
     words.insert(words.begin(), {terminal.empty() ? "x-terminal-emulator" : terminal, "-e"});

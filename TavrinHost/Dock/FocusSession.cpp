@@ -5,6 +5,8 @@
 #include "TavrinCore/Text/Texts.h"
 #include "TavrinHost/Dock/DockLibrary.h"
 #include "TavrinHost/FoldedName.h"
+#include "TavrinHost/Widgets/SlotControl.h"
+#include "TavrinHost/Widgets/WidgetLibrary.h"
 
 #include <fmt/format.h>
 
@@ -30,7 +32,29 @@ std::vector<GlobalShortcuts::Shortcut> shortcutsOf(const ProfilesFile& file,
   return shortcuts;
 }
 
+std::string followerIdentifier(HostContext& context) {
+  return folderIdentifier(context, "Focus");
+}
+
 } // namespace
+
+bool claimFollowing(HostContext& context) {
+  auto& applications = context.platform().applications();
+  return !applications.knowsIdentifiers() ||
+         applications.claimIdentifier(followerIdentifier(context));
+}
+
+bool isFollowed(HostContext& context) {
+  return context.platform().applications().processOwning(followerIdentifier(context)).has_value();
+}
+
+void startFollowing(HostContext& context) {
+  auto& platform = context.platform();
+  platform.applications().launch({platform.program().replace_filename("tavrin"),
+                                  {"focus"},
+                                  {},
+                                  context.stateFolder() / "focus.log"});
+}
 
 std::optional<UUID> profileForFocus(const ProfilesFile& file, bool isFocused) {
   for (const auto& profile : file.profiles)

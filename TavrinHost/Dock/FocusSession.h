@@ -19,6 +19,13 @@ struct FocusOptions {
 /// first bound to anything else. Only the state is known, not the mode's name.
 std::optional<UUID> profileForFocus(const ProfilesFile& file, bool isFocused);
 
+/// Makes this process the one that follows for this data folder. False where another does; where
+/// there is no session bus nobody is known to.
+bool claimFollowing(HostContext& context);
+bool isFollowed(HostContext& context);
+/// Starts a process that follows, apart from this one. Throws FileError.
+void startFollowing(HostContext& context);
+
 /// Follows the Focus state and the shortcuts and switches profiles. When a Focus ends and no
 /// profile is bound to "off", the profile from before the Focus comes back. All switching happens
 /// on one queue of its own, so that nothing waits for the Dock but that queue.

@@ -2,6 +2,7 @@
 
 #include "TavrinCore/Settings/SettingText.h"
 #include "TavrinHost/Widgets/WidgetLibrary.h"
+#include "TavrinSettings/Base/ScrollFade.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelPalette.h"
@@ -71,6 +72,7 @@ QScrollArea* scrollingArea(const QString& name, QWidget* parent) {
   area->setWidgetResizable(true);
   area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   area->setFocusPolicy(Qt::NoFocus);
+  ScrollFade::addTo(area);
   return area;
 }
 

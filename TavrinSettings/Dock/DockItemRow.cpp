@@ -4,6 +4,7 @@
 #include "TavrinWidgetsUI/Collection/CollectionViews.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelFont.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelPaint.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelToolTip.h"
 #include "TavrinWidgetsUI/Kit/Pictures/Symbols.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
@@ -29,7 +30,9 @@ public:
   DockItemTile(DockItemRow& row, DockItem item)
       : QAbstractButton(&row), row_(row), item_(std::move(item)) {
     setFocusPolicy(Qt::StrongFocus);
-    setAccessibleName(QString::fromStdString(item_.displayName()));
+    const auto name = QString::fromStdString(item_.displayName());
+    setAccessibleName(name);
+    setPlainToolTip(this, name);
   }
 
 protected:

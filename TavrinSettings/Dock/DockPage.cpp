@@ -1,5 +1,6 @@
 #include "TavrinSettings/Dock/DockPage.h"
 
+#include "TavrinHost/Dock/FocusSession.h"
 #include "TavrinSettings/Dock/BackupPane.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
@@ -22,11 +23,13 @@ constexpr const char* backupsRow = "backups";
 DockPage::DockPage(PageServices& services, HostContext& context, History& history, RunLoop& runLoop,
                    InstalledApps& apps, FolderWatch& folders, QWidget* parent)
     : QWidget(parent), services_(services), profiles_(context, history),
-      job_(context, history, runLoop), dock_{services, profiles_, job_, {}} {
+      job_(context, history, runLoop), dock_{services, profiles_, job_, {}, {}, {}} {
   dock_.icon = [&apps](const DockItem& item, int side, double scale) {
     const auto* app = item.app();
     return app == nullptr ? QImage() : apps.app(*app, side, scale).icon;
   };
+  dock_.isFollowed = [&context] { return isFollowed(context); };
+  dock_.follow = [&context] { startFollowing(context); };
   auto* row = new QHBoxLayout(this);
   row->setContentsMargins(0, 0, 0, 0);
   row->setSpacing(panel::padding);

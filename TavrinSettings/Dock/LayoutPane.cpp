@@ -1,6 +1,8 @@
 #include "TavrinSettings/Dock/LayoutPane.h"
 
 #include "TavrinCore/Text/Text.h"
+#include "TavrinHost/Dock/DockEditing.h"
+#include "TavrinSettings/Base/ScrollFade.h"
 #include "TavrinSettings/Dock/DockItemRow.h"
 #include "TavrinSettings/Form/ShortcutRecorder.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
@@ -45,7 +47,7 @@ QColor profileColour(ProfileColor value) {
 }
 
 LayoutPane::LayoutPane(DockServicesOfPage& services, QWidget* parent)
-    : QWidget(parent), services_(services) {
+    : QWidget(parent), services_(services), picker_(services.page.forms) {
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(panel::grid);
@@ -115,8 +117,30 @@ void LayoutPane::makeItems(QVBoxLayout* column) {
   scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   scroll->setFocusPolicy(Qt::NoFocus);
   scroll->setWidget(items_);
-  column->addWidget(new PanelText(worded("Items"), PanelTextStyle::section, this));
+  ScrollFade::addTo(scroll);
+  auto* title = new QHBoxLayout;
+  title->addWidget(new PanelText(worded("Items"), PanelTextStyle::section, this), 1);
+  picker_.onChoose = [this](const std::vector<DockItem>& items) { add(items); };
+  auto* more = new PanelButton(PanelButton::Kind::quiet, worded("Add…"), {}, this);
+  more->setSymbol(QStringLiteral("plus"));
+  QObject::connect(more, &QPushButton::clicked, this, [this, more] { picker_.open(more); });
+  title->addWidget(more);
+  column->addLayout(title);
   column->addWidget(scroll, 1);
+}
+
+void LayoutPane::add(const std::vector<DockItem>& items) {
+  QString known;
+  edit(marked("Add an Item to {name}"), "", [&](Profile& profile) {
+    DockSnapshot dock{profile.items, profile.others, {}};
+    adding({items, {}, {}, {}}, [&](const DockItem& item) {
+      known = QString::fromStdString(item.displayName());
+    })(dock);
+    profile.items = dock.apps;
+    profile.others = dock.others;
+  });
+  if (!known.isEmpty())
+    services_.page.tell(worded("“{name}” is in the layout already.", {{"name", known}}), false);
 }
 
 void LayoutPane::makeRows() {
@@ -136,6 +160,24 @@ void LayoutPane::makeRows() {
     });
   };
   column->addWidget(new PanelField(worded("Apply by Focus"), focus_, this));
+  auto* following = new QHBoxLayout;
+  notFollowed_ = new PanelText(worded("Nothing follows shortcuts and Focus just now."),
+                               PanelTextStyle::caption, this);
+  follow_ = new PanelButton(
+      PanelButton::Kind::quiet, worded("Follow Them"),
+      [this] {
+        services_.page.attempt([&] {
+          services_.follow();
+          services_.page.tell(
+              worded("Shortcuts and Focus are followed until you log out, or `tavrin focus` ends."),
+              false);
+          showFollowing(true);
+        });
+      },
+      this);
+  following->addWidget(notFollowed_, 1);
+  following->addWidget(follow_);
+  column->addLayout(following);
   others_ = new PanelSegments(worded("Other applications"),
                               {worded("Keep"), worded("Hide"), worded("Quit")}, this);
   others_->onChange = [this](int index) {
@@ -253,10 +295,17 @@ bool LayoutPane::show(const UUID& id) {
   items_->setItems(profile->items, profile->others);
   const bool hasDock = services_.job.hasDock();
   showDifference(*profile, hasDock);
+  const bool wantsIt = profile->hotkey || profile->focusModeBinding;
+  showFollowing(!wantsIt || services_.isFollowed());
   noDock_->setVisible(!hasDock);
   apply_->setTitle(hasDock ? worded("Apply") : worded("Write"));
   apply_->setEnabled(!services_.job.isRunning());
   return true;
+}
+
+void LayoutPane::showFollowing(bool isFollowed) {
+  notFollowed_->setVisible(!isFollowed);
+  follow_->setVisible(!isFollowed);
 }
 
 void LayoutPane::showDifference(const Profile& profile, bool hasDock) {

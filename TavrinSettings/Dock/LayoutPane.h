@@ -2,6 +2,7 @@
 
 #include "TavrinSettings/Base/PageServices.h"
 #include "TavrinSettings/Dock/DockJob.h"
+#include "TavrinSettings/Dock/ItemPicker.h"
 #include "TavrinSettings/Dock/ProfilesEditor.h"
 
 #include <QWidget>
@@ -26,6 +27,10 @@ struct DockServicesOfPage {
   ProfilesEditor& profiles;
   DockJob& job;
   std::function<QImage(const DockItem& item, int side, double scale)> icon;
+  /// Whether a process follows shortcuts and Focus.
+  std::function<bool()> isFollowed;
+  /// Starts one, which outlives the window. Throws FileError.
+  std::function<void()> follow;
 };
 
 /// The colour that stands for a layout.
@@ -46,10 +51,12 @@ protected:
 private:
   void makeColours(QVBoxLayout* column);
   void makeItems(QVBoxLayout* column);
+  void add(const std::vector<DockItem>& items);
   void makeRows();
   void makeActions(QVBoxLayout* column);
   void edit(const char* title, const char* field, const std::function<void(Profile&)>& edit);
   void exportLayout();
+  void showFollowing(bool isFollowed);
   void showDifference(const Profile& profile, bool hasDock);
   void setShortcut(const std::optional<Hotkey>& hotkey);
 
@@ -60,7 +67,10 @@ private:
   PanelSegments* focus_;
   PanelSegments* others_;
   ShortcutRecorder* shortcut_;
+  PanelText* notFollowed_;
+  PanelButton* follow_;
   DockItemRow* items_;
+  ItemPicker picker_;
   PanelText* difference_;
   /// What applying does where there is no Dock.
   PanelText* noDock_;

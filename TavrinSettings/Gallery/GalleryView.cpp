@@ -2,6 +2,7 @@
 
 #include "TavrinCore/Kinds/Note/NoteSettings.h"
 #include "TavrinCore/Kinds/System/CountdownSettings.h"
+#include "TavrinSettings/Base/ScrollFade.h"
 #include "TavrinSettings/Base/TabStop.h"
 #include "TavrinSettings/Base/VisibleTick.h"
 #include "TavrinSettings/Editing/StripOrder.h"
@@ -12,9 +13,11 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelToolTip.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QVBoxLayout>
 #include <algorithm>
 
@@ -43,10 +46,11 @@ GalleryView::GalleryView(PageServices& services, QWidget* parent)
   starter_ = new PanelButton(
       PanelButton::Kind::prominent, worded("Starter Set"),
       [this] { services_.attempt([&] { services_.editor.addStarterSet(); }); }, this);
-  starter_->setToolTip(worded("A Pomodoro, a timer, a clock, a countdown, the day's "
-                              "progress and a note"));
-  starter_->setAccessibleDescription(starter_->toolTip());
+  setPlainToolTip(starter_, worded("A Pomodoro, a timer, a clock, a countdown, the day's "
+                                   "progress and a note"));
   top->addWidget(starter_);
+  // The search keeps its place when the button goes.
+  top->addStrut(starter_->sizeHint().height());
   column->addLayout(top);
 
   scroll_ = new QScrollArea(this);
@@ -74,6 +78,7 @@ GalleryView::GalleryView(PageServices& services, QWidget* parent)
   scroll_->setWidget(inner);
   scroll_->viewport()->setAutoFillBackground(false);
   inner->setAutoFillBackground(false);
+  ScrollFade::addTo(scroll_);
   column->addWidget(scroll_, 1);
   makeKinds();
   search({});
@@ -89,8 +94,10 @@ void GalleryView::makeKinds() {
     const Date now = services_.forms.now();
     const auto fresh = freshKind(kind.key, now);
     DockWidget sample({}, translated(kind.title), std::nullopt, *fresh, 1);
-    if (auto* countdown = sample.kind.get<CountdownSettings>())
+    if (auto* countdown = sample.kind.get<CountdownSettings>()) {
       countdown->target = now + 14 * 86'400.0 + 5000;
+      sample.name = translated("Trip");
+    }
     if (auto* note = sample.kind.get<NoteSettings>())
       note->text = translated("Milk, bread\nCall Ada");
     auto* card = new WidgetCard(services_, sample, {{}, std::string(kind.key), 1},
@@ -278,6 +285,14 @@ void GalleryView::refreshTiles() {
 
 void GalleryView::focusSearch() {
   search_->setFocus(Qt::OtherFocusReason);
+}
+
+void GalleryView::showKinds() {
+  search_->clear();
+  search_->setFocus(Qt::ShortcutFocusReason);
+  if (auto* inner = scroll_->widget(); inner->layout() != nullptr)
+    inner->layout()->activate();
+  scroll_->verticalScrollBar()->setValue(kept_->isHidden() ? 0 : kindsTitle_->y());
 }
 
 bool GalleryView::focusCard(const UUID& id) {

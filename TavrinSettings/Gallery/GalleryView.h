@@ -24,6 +24,8 @@ public:
   /// Shows what the editor says.
   void refresh();
   void focusSearch();
+  /// All kinds from the first on, the keyboard in the search above them.
+  void showKinds();
   /// The card of a widget that is kept off the strip gets the keyboard. False where there is none.
   bool focusCard(const UUID& id);
   /// The tiles' pictures have come.

@@ -7,7 +7,6 @@
 #include <QApplication>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QStyle>
 
 namespace tavrin {
 namespace {
@@ -74,20 +73,18 @@ void WidgetCard::paintEvent(QPaintEvent*) {
   painter.drawPixmap(placed({padding, (height() - tileSide) / 2, tileSide, tileSide}).topLeft(),
                      tilePicture());
   const double left = padding * 2 + tileSide;
-  const double room = width() - 3 * padding - tileSide - (isHot ? plusSide : 0);
+  const double room = width() - 3 * padding - tileSide;
   const QFont titleFont = panelFont(PanelTextStyle::title);
   const QFont font = panelFont(PanelTextStyle::caption);
   const double titleHeight = QFontMetricsF(titleFont).lineSpacing();
   const double wordsHeight = QFontMetricsF(font).lineSpacing() * 2;
   const double top = (height() - titleHeight - wordsHeight) / 2;
-  panelPaint::line(painter, title_, placed({left, top, room, titleHeight}), titleFont,
+  // The sign of the pointer has its place whether it is there or not: no word moves for it.
+  panelPaint::line(painter, title_,
+                   placed({left, top, room - plusSide - padding / 2.0, titleHeight}), titleFont,
                    colours.text);
-  const auto side = QStyle::visualAlignment(layoutDirection(), Qt::AlignLeading);
-  painter.setFont(font);
-  painter.setPen(colours.secondary);
-  painter.drawText(placed({left, top + titleHeight + 1, room, wordsHeight}),
-                   Qt::TextWordWrap | int((side | Qt::AlignTop | Qt::AlignAbsolute).toInt()),
-                   sentence_);
+  panelPaint::lines(painter, sentence_, placed({left, top + titleHeight + 1, room, wordsHeight}),
+                    font, colours.secondary);
   if (isHot)
     drawSymbol(
         painter, "plus.circle.fill",

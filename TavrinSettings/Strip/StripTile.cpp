@@ -1,6 +1,7 @@
 #include "TavrinSettings/Strip/StripTile.h"
 
 #include "TavrinWidgetsUI/Kit/Panels/PanelFont.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelToolTip.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QApplication>
@@ -41,8 +42,9 @@ void StripTile::say() {
   const auto words = QStringLiteral("%1, %2").arg(
       utf8(widget_.kind.title()),
       wordedPlural("{count} tile wide", "{count} tiles wide", widget_.span));
+  const auto name = QString::fromStdString(widget_.name);
+  setPlainToolTip(this, isStill ? QStringLiteral("%1\n%2").arg(name, note) : name);
   setAccessibleDescription(isStill ? QStringLiteral("%1. %2").arg(words, note) : words);
-  setToolTip(isStill ? note : QString());
 }
 
 void StripTile::refreshPicture() {

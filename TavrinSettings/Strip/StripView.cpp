@@ -2,8 +2,8 @@
 
 #include "TavrinSettings/Base/TabStop.h"
 #include "TavrinSettings/Editing/StripOrder.h"
+#include "TavrinSettings/Strip/FreePlace.h"
 #include "TavrinSettings/Strip/StripTile.h"
-#include "TavrinWidgetsUI/Kit/Pictures/Symbols.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QKeyEvent>
@@ -21,7 +21,7 @@ constexpr int reach = 24;
 } // namespace
 
 StripView::StripView(PageServices& services, QWidget* parent)
-    : QWidget(parent), services_(services), live_(services.live) {
+    : QWidget(parent), services_(services), live_(services.live), freePlace_(new FreePlace(this)) {
   setAccessibleName(worded("Strip"));
   QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Minimum);
   policy.setHeightForWidth(true);
@@ -29,6 +29,15 @@ StripView::StripView(PageServices& services, QWidget* parent)
   live_.onChange = [this](const UUID& id) {
     if (const int index = indexOf(id); index >= 0)
       tiles_[static_cast<std::size_t>(index)]->refreshPicture();
+  };
+  QObject::connect(freePlace_, &QAbstractButton::clicked, this, [this] {
+    if (onAdd)
+      onAdd();
+  });
+  freePlace_->onKey = [this](int key) {
+    if (strip_.empty() || (key != Qt::Key_Left && key != Qt::Key_Home && key != Qt::Key_End))
+      return false;
+    return focusTile(key == Qt::Key_Home ? strip_.front().id : strip_.back().id);
   };
   services_.drag.onMove = [this](QPoint place) { dragMoved(place); };
   services_.drag.onDrop = [this](QPoint place) { dropped(place); };
@@ -71,6 +80,7 @@ void StripView::refresh() {
     setTabOrder(before, tile);
     before = tile;
   }
+  setTabOrder(before, freePlace_);
   setChosen(chosen_);
   layOut();
   followTiles();
@@ -110,8 +120,14 @@ void StripView::setChosen(const std::optional<UUID>& id) {
   if (const int index = id ? indexOf(*id) : -1; index >= 0)
     stop_ = tiles_[static_cast<std::size_t>(index)];
   stop_ = makeTabStop(tiles_, stop_);
+  // Behind tiles the arrows lead to it.
+  freePlace_->setFocusPolicy(tiles_.empty() ? Qt::StrongFocus : Qt::ClickFocus);
   for (auto* tile : tiles_)
     tile->setChosen(chosen_ == tile->record().id);
+}
+
+void StripView::setAwaiting(bool isAwaiting) {
+  freePlace_->setAwaiting(isAwaiting);
 }
 
 bool StripView::focusTile(const UUID& id) {
@@ -180,6 +196,9 @@ void StripView::layOut() {
   }
   if (isDragged && *gap_ >= next)
     ++next;
+  freePlace_->setVisible(next < laid.rects.size());
+  if (next < laid.rects.size())
+    freePlace_->setGeometry(rectOf(next++).toRect());
   for (; next < laid.rects.size(); ++next)
     freeRects_.push_back(rectOf(next));
   update();
@@ -189,17 +208,8 @@ void StripView::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   paintDesktopGround(painter, QRectF(rect()), services_.appearance.dark);
   painter.setRenderHint(QPainter::Antialiasing);
-  for (const auto& rect : freeRects_) {
-    const TileSize size{rect.height(), 1};
-    const QRectF body = size.bodyRect().translated(rect.topLeft());
-    const double plus = body.height() * 0.32;
-    QPen pen(QColor(255, 255, 255, 130), 1.5, Qt::DashLine);
-    painter.setPen(pen);
-    painter.setBrush(QColor(255, 255, 255, 24));
-    painter.drawRoundedRect(body, size.bodyRadius(), size.bodyRadius());
-    drawSymbol(painter, "plus", body.marginsRemoved(QMarginsF(plus, plus, plus, plus)),
-               QColor(255, 255, 255, 170));
-  }
+  for (const auto& rect : freeRects_)
+    FreePlace::paintEmpty(painter, rect);
 }
 
 void StripView::resizeEvent(QResizeEvent*) {
@@ -275,6 +285,8 @@ bool StripView::act(StripTile& tile, QKeyEvent* event) {
     const int next = indexOf(id) + towards;
     if (next >= 0 && next < static_cast<int>(tiles_.size()))
       focusTile(strip_[static_cast<std::size_t>(next)].id);
+    else if (next > 0 && freePlace_->isVisible())
+      freePlace_->setFocus(Qt::TabFocusReason);
   } else if (event->key() == Qt::Key_Home && modifiers == Qt::NoModifier) {
     focusTile(strip_.front().id);
   } else if (event->key() == Qt::Key_End && modifiers == Qt::NoModifier) {

@@ -9,6 +9,7 @@
 
 namespace tavrin {
 
+class FreePlace;
 class StripTile;
 
 /// The strip as it stands on the desktop: its tiles in their order and widths, and the places that
@@ -21,6 +22,8 @@ public:
   /// Shows what the editor says.
   void refresh();
   void setChosen(const std::optional<UUID>& id);
+  /// Marks the place where what is added comes to stand.
+  void setAwaiting(bool isAwaiting);
   /// The tile gets the keyboard. False where it is not on the strip.
   bool focusTile(const UUID& id);
   /// The pictures of applications have come.
@@ -76,6 +79,8 @@ private:
   std::vector<DockWidget> strip_;
   int freePlaces_ = 0;
   std::vector<StripTile*> tiles_;
+  FreePlace* freePlace_;
+  /// Further ones behind it.
   std::vector<QRectF> freeRects_;
   std::optional<UUID> chosen_;
   /// The tiles are one stop of Tab, at this one.

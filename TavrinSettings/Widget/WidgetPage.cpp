@@ -1,5 +1,6 @@
 #include "TavrinSettings/Widget/WidgetPage.h"
 
+#include "TavrinSettings/Base/ScrollFade.h"
 #include "TavrinSettings/Editing/StripOrder.h"
 #include "TavrinSettings/Form/WidgetForm.h"
 #include "TavrinSettings/Widget/TilePreview.h"
@@ -37,6 +38,7 @@ WidgetPage::WidgetPage(PageServices& services, QWidget* parent)
   form_ = new WidgetForm(services_.forms, services_.appearance);
   form_->onEdit = [this](const std::vector<SettingValue>& values) { return set(values); };
   scroll_->setWidget(form_);
+  ScrollFade::addTo(scroll_);
   body_->addWidget(preview_, 0, Qt::AlignTop);
   body_->addWidget(scroll_, 1);
   column->addLayout(body_, 1);

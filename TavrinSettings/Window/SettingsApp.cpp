@@ -9,10 +9,18 @@
 #include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QGuiApplication>
+#include <QIcon>
+#include <QPixmap>
 #include <QTimer>
 #include <algorithm>
 
 namespace tavrin {
+namespace {
+
+constexpr const char* iconName = "tavrin";
+constexpr const char* iconPlace = "share/icons/hicolor/scalable/apps/tavrin.svg";
+
+} // namespace
 
 /// What the host's library says goes to the foot of the window.
 class SettingsApp::Context final : public HostContext {
@@ -72,6 +80,22 @@ SettingsApp::SettingsApp(Platform& platform, CommandPlatform& host)
         if (answersEdits_ && id && editor_ && editor_->widget(*id) != nullptr)
           edit(*object);
       });
+}
+
+void SettingsApp::takeIcon(const std::string& icon) {
+  // For a title bar, and for a task list or a switcher of windows.
+  for (const int side : {32, 128})
+    icons_.push_back(
+        platform_.applications().icon(icon, side, 1, [this, icon](const QImage& image) {
+          QIcon shown = window_->windowIcon();
+          if (!image.isNull()) {
+            shown.addPixmap(QPixmap::fromImage(image));
+            window_->setWindowIcon(shown);
+          } else if (shown.isNull() && icons_.size() == 2) {
+            // Beside the program, where no theme of the desktop's leads to it.
+            takeIcon(context_->platform().program().parent_path().parent_path() / iconPlace);
+          }
+        }));
 }
 
 SettingsApp::~SettingsApp() {
@@ -147,6 +171,9 @@ void SettingsApp::show() {
   if (window_->isMinimized())
     window_->showNormal();
   window_->show();
+  // The window is to be there first.
+  if (icons_.empty())
+    QTimer::singleShot(0, window_.get(), [this] { takeIcon(iconName); });
   window_->raise();
   window_->activateWindow();
 }

@@ -37,6 +37,8 @@ private:
   /// Starts the slots that have widgets which they had not.
   void startSlots();
   PanelAppearance appearance() const;
+  /// The window's icon, which the desktop's own theme may draw.
+  void takeIcon(const std::string& icon);
 
   Platform& platform_;
   std::unique_ptr<Context> context_;
@@ -49,6 +51,7 @@ private:
   std::set<int> newSlots_;
   std::unique_ptr<SettingsWindow> window_;
   bool answersEdits_ = false;
+  std::vector<TokenPtr> icons_;
   TokenPtr appsChanged_;
   TokenPtr widgetsChanged_;
   TokenPtr editRequested_;

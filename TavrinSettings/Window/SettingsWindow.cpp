@@ -8,6 +8,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelSegments.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelToolTip.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QCloseEvent>
@@ -185,7 +186,7 @@ void SettingsWindow::step(bool isBack) {
 void SettingsWindow::refreshHistory() {
   const auto show = [](PanelButton* button, const QString& name, const std::string& title) {
     button->setAccessibleName(name);
-    button->setToolTip(name);
+    setPlainToolTip(button, name);
     button->setEnabled(!title.empty());
   };
   const auto undo = history_.undoTitle();

@@ -24,10 +24,7 @@ WidgetsPage::WidgetsPage(PageServices& services, QWidget* parent)
   strip_ = new StripView(services_, this);
   strip_->onChoose = [this](const UUID& id, bool isOpened) { choose(id, isOpened); };
   strip_->onEnter = [this](const UUID& id) { enter(id); };
-  strip_->onAdd = [this] {
-    showGallery();
-    gallery_->focusSearch();
-  };
+  strip_->onAdd = [this] { seek(); };
   strip_->onPlaced = [this](const UUID& id) { wasPlaced(id); };
   column->addWidget(strip_);
   column->addWidget(makeTools());
@@ -51,6 +48,8 @@ void WidgetsPage::wasPlaced(const UUID& id) {
 void WidgetsPage::keyPressEvent(QKeyEvent* event) {
   if (event->key() == Qt::Key_Escape && below_->currentWidget() == widget_)
     widget_->onBack();
+  else if (event->key() == Qt::Key_Escape && isSeeking_)
+    endSeeking();
   else
     QWidget::keyPressEvent(event);
 }
@@ -140,6 +139,8 @@ void WidgetsPage::refreshTools() {
     hint_->setWords(QStringLiteral("%1 · %2").arg(
         QString::fromStdString(widget->name),
         wordedPlural("{count} tile wide", "{count} tiles wide", widget->span)));
+  else if (isSeeking_)
+    hint_->setWords(worded("Choose a widget below. It comes to the marked place."));
   else if (isStripFull(file))
     hint_->setWords(worded("All twelve places are taken. Take a widget off to make room."));
   else if (count == 0)
@@ -159,10 +160,26 @@ void WidgetsPage::refresh() {
   refreshTools();
 }
 
+void WidgetsPage::seek() {
+  showGallery();
+  chosen_.reset();
+  strip_->setChosen(chosen_);
+  isSeeking_ = true;
+  strip_->setAwaiting(true);
+  gallery_->showKinds();
+  refreshTools();
+}
+
+void WidgetsPage::endSeeking() {
+  isSeeking_ = false;
+  strip_->setAwaiting(false);
+  refreshTools();
+}
+
 void WidgetsPage::choose(const UUID& id, bool isOpened) {
   chosen_ = id;
   strip_->setChosen(chosen_);
-  refreshTools();
+  endSeeking();
   if (isOpened || below_->currentWidget() == widget_)
     open(id);
 }
@@ -174,7 +191,7 @@ bool WidgetsPage::open(const UUID& id) {
     return false;
   chosen_ = id;
   strip_->setChosen(chosen_);
-  refreshTools();
+  endSeeking();
   below_->setCurrentWidget(widget_);
   return true;
 }

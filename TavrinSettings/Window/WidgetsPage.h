@@ -24,6 +24,8 @@ public:
   /// Opens the settings of a widget. False where there is no such widget.
   bool open(const UUID& id);
   void showGallery();
+  /// Leads to what can be put at the first free place, which is marked until that is done.
+  void seek();
   void focusSearch();
   /// What is half typed is taken.
   void commit();
@@ -43,6 +45,7 @@ private:
   /// Opens the settings with the keyboard in the first of them.
   void enter(const UUID& id);
   void choose(const UUID& id, bool isOpened);
+  void endSeeking();
   void refreshTools();
   const DockWidget* chosenOnStrip(int& place) const;
 
@@ -59,6 +62,7 @@ private:
   GalleryView* gallery_;
   WidgetPage* widget_;
   std::optional<UUID> chosen_;
+  bool isSeeking_ = false;
 };
 
 } // namespace tavrin

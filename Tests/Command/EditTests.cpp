@@ -166,9 +166,10 @@ protected:
     platform.editor = [&](const auto& command) {
       const auto script = folder / "script";
       std::ofstream(script) << command[2];
-      const auto line = "{ " + typing + "; } | VISUAL= EDITOR='" + editor.string() + "' sh '" +
-                        script.string() + "' '" + command.back() + "' > '" +
-                        (folder / "words").string() + "' 2>&1";
+      const auto line = "{ " + typing + "; } | DBUS_SESSION_BUS_ADDRESS=disabled: VISUAL= " +
+                        "TAVRIN_APP_SUPPORT_DIR='" + (folder / "data").string() + "' EDITOR='" +
+                        editor.string() + "' sh '" + script.string() + "' '" TAVRIN_PROGRAM "' '" +
+                        command.back() + "' > '" + (folder / "words").string() + "' 2>&1";
       return std::system(line.c_str()) == 0 ? 0 : 1;
     };
     status = run({"edit", "Focus"});
@@ -212,19 +213,33 @@ TEST_F(EditorScriptTest, AnUntouchedFormThatAWindowMayShowGoesAfterAWeek) {
   EXPECT_TRUE(std::filesystem::is_empty(state));
 }
 
-// Its window belongs to a process that runs already; the save comes after the program has returned.
+// Its window belongs to a process that runs already; what is saved there comes after the program has
+// returned, and again later.
 TEST_F(EditorScriptTest, AnEditorThatHandsTheFormOverIsWaitedFor) {
-  const auto handing = [](const char* seconds) {
-    return std::string("(sleep 0.3; sed 's/1500/") + seconds +
-           "/' \"$1\" > \"$1.new\"; mv \"$1.new\" \"$1\"; echo > \"$0.saved\") &";
+  const auto stored = [&](const std::string& seconds) {
+    return "while ! grep -q '\"focus\"[ :]*" + seconds + "' '" + widgetsFile().string() +
+           "'; do sleep 0.05; done; ";
   };
-  // Return is pressed once the window has saved.
-  const auto editor = (folder / "bin/handing").string();
-  const auto words = runScript("handing", handing("3000"),
-                               "while [ ! -e '" + editor + ".saved' ]; do sleep 0.05; done; echo");
-  EXPECT_THAT(words, HasSubstr("If it shows the form in another window"));
-  EXPECT_EQ(focus(), 3000);
+  const auto saves = [](const std::string& from, const std::string& to) {
+    return "sed 's/\"focus\": " + from + "/\"focus\": " + to +
+           "/' \"$1\" > \"$1.new\"; mv \"$1.new\" \"$1\"; ";
+  };
+  const auto words = runScript("handing",
+                               "(" + saves("1500", "3000") + stored("3000") + saves("3000", "1") +
+                                   "while ! grep -q 'must be' '" + (folder / "words").string() +
+                                   "'; do sleep 0.05; done; " + saves("1", "2400") + ") &",
+                               stored("2400") + "echo");
+  EXPECT_THAT(words, HasSubstr("you save there is taken each time"));
+  EXPECT_THAT(words, HasSubstr("\"focus\" must be 1 min to 2 h"));
+  EXPECT_EQ(status, 0) << words;
+  EXPECT_EQ(focus(), 2400);
   EXPECT_TRUE(std::filesystem::is_empty(folder / "state/tavrin"));
+}
+
+TEST_F(EditorScriptTest, OneThatStaysInItsTerminalIsBelieved) {
+  EXPECT_EQ(runScript("vi", "true", ":"), "");
+  EXPECT_EQ(status, 0);
+  EXPECT_THAT(output.str(), HasSubstr("Nothing was changed"));
 }
 
 TEST_F(EditorScriptTest, OneThatIsKnownToHandOverIsToldToWait) {
