@@ -7,6 +7,7 @@
 #include <QApplication>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QStyle>
 
 namespace tavrin {
 namespace {
@@ -83,8 +84,12 @@ void WidgetCard::paintEvent(QPaintEvent*) {
   panelPaint::line(painter, title_,
                    placed({left, top, room - plusSide - padding / 2.0, titleHeight}), titleFont,
                    colours.text);
-  panelPaint::lines(painter, sentence_, placed({left, top + titleHeight + 1, room, wordsHeight}),
-                    font, colours.secondary);
+  painter.setFont(font);
+  painter.setPen(colours.secondary);
+  const auto side = QStyle::visualAlignment(layoutDirection(), Qt::AlignLeading);
+  painter.drawText(placed({left, top + titleHeight + 1, room, wordsHeight}),
+                   Qt::TextWordWrap | int((side | Qt::AlignTop | Qt::AlignAbsolute).toInt()),
+                   sentence_);
   if (isHot)
     drawSymbol(
         painter, "plus.circle.fill",

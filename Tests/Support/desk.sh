@@ -43,7 +43,6 @@ await() {
 }
 owned() { gdbus call --session -d org.freedesktop.DBus -o /org/freedesktop/DBus -m org.freedesktop.DBus.NameHasOwner "$1" | grep -q true; }
 checked() { xprop -root _NET_SUPPORTING_WM_CHECK | grep -q 0x && xprop -root _NET_WORKAREA | grep -q =; }
-managed() { xprop -root _NET_CLIENT_LIST | grep -q 'window id'; }
 
 if has system; then
   cat >"$DESK/system.conf" <<'X'
@@ -113,7 +112,8 @@ if has kwin; then
   await test -S "$XDG_RUNTIME_DIR/wayland-kwin"
   export WAYLAND_DISPLAY=wayland-kwin
 fi
-if has wm; then begin openbox; await managed; fi
+# It says that it is there before it manages, and forgets a window that comes between.
+if has wm; then begin openbox --startup "touch '$DESK/managed'"; await test -e "$DESK/managed"; fi
 if has compositor; then begin xfwm4 --compositor=on --vblank=off; await checked; fi
 if has tray; then
   settings=$HOME/.config/xfce4/xfconf/xfce-perchannel-xml
