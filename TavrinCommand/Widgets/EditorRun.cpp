@@ -10,9 +10,9 @@
 
 namespace tavrin {
 
-// The user's editor as shell words, then those that Debian and others have. One that is not known to
-// stay until its window is closed, and returns with the form as it was, may have handed it to a window
-// of its own: what is saved there is taken each time, until the user says that it is closed.
+// The user's editor as shell words, then those that Debian and others have. One that is not known
+// to stay until its window is closed, and returns with the form as it was, may have handed it to a
+// window of its own: what is saved there is taken each time, until the user says that it is closed.
 const char* const editorScript =
     R"sh(tavrin=$1 form=$2
 for editor in "$VISUAL" "$EDITOR" sensible-editor editor nano vi; do
@@ -116,12 +116,8 @@ void forgetEditor(const std::filesystem::path& form) {
 void runEditor(CommandContext& context, const std::filesystem::path& form, bool usesOwnTerminal) {
   auto& platform = context.platform();
   const EditorMarks marks(form);
-  std::vector<std::string> words = {"sh",
-                                    "-c",
-                                    editorScript,
-                                    "sh",
-                                    platform.program().string(),
-                                    form.string()};
+  std::vector<std::string> words = {
+      "sh", "-c", editorScript, "sh", platform.program().string(), form.string()};
   if (!usesOwnTerminal) {
     const auto terminal = platform.fileManager().environment("TERMINAL").value_or("");
     words.insert(words.begin(), {terminal.empty() ? "x-terminal-emulator" : terminal, "-e"});

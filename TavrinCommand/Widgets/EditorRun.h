@@ -9,8 +9,8 @@ namespace tavrin {
 /// Opens the form in the user's editor and waits until it is done with: on this terminal where
 /// `usesOwnTerminal`, else in a new one. An editor that hands the form over to a window of another
 /// process and returns is told to wait, where it is known how; otherwise what is saved there is
-/// taken each time (`EditService::take`) until the user says that they are done. Throws HostError when no editor could be started, when it failed, or when it
-/// ended with its terminal.
+/// taken each time (`EditService::take`) until the user says that they are done. Throws HostError
+/// when no editor could be started, when it failed, or when it ended with its terminal.
 void runEditor(CommandContext& context, const std::filesystem::path& form, bool usesOwnTerminal);
 
 /// Whether a form is open in an editor that runs, or may still be open in the window of another

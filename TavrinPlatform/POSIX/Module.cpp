@@ -13,10 +13,17 @@ fs::path folderOf(const FileManager& files, const MainBundle& bundle) {
     return *wish;
   if (const auto path = bundle.path())
     return path->parent_path() / "modules";
-  return programPath().parent_path() / "modules";
+  return modulesOfPrograms();
 }
 
 } // namespace
+
+fs::path modulesOfPrograms() {
+  const auto prefix = programPath().parent_path().parent_path();
+  std::error_code error;
+  const auto built = prefix / "bundles/modules";
+  return fs::exists(built, error) ? built : prefix / "lib/tavrin/modules";
+}
 
 ModuleFolder::ModuleFolder(const FileManager& files, const MainBundle& bundle)
     : folder_(folderOf(files, bundle)) {}

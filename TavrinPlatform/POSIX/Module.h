@@ -10,10 +10,12 @@ namespace tavrin {
 
 class FileManager;
 
+/// Where the modules lie for a program outside a bundle: built, or installed beside "lib".
+std::filesystem::path modulesOfPrograms();
+
 /// Adapters that need large libraries are modules of their own, loaded when first asked for, so
 /// that a process has the libraries of the services it uses and no others. They lie in the folder
-/// "modules" beside the slots' bundles, or beside a program outside a bundle, or where
-/// TAVRIN_MODULE_DIR says. A loaded module stays.
+/// "modules" beside the slots' bundles, or where TAVRIN_MODULE_DIR says. A loaded module stays.
 class ModuleFolder {
 public:
   ModuleFolder(const FileManager& files, const MainBundle& bundle);

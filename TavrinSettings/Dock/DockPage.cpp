@@ -77,8 +77,8 @@ void DockPage::follow(HostContext& context, FolderWatch& folders) {
   const auto data = paths.appSupportDirectory(true);
   const auto layouts = paths.profilesFileURL().filename().string();
   FolderRequest request;
-  request.folders = {context.platform().fileManager().homeFolder() / "Library/Preferences",
-                     data, data / BackupManager::directoryName};
+  request.folders = {context.platform().fileManager().homeFolder() / "Library/Preferences", data,
+                     data / BackupManager::directoryName};
   request.classify = [layouts](std::string_view name) {
     return name == "com.apple.dock.plist" || name == layouts || name.starts_with("dock-")
                ? FolderEntry::wanted

@@ -15,11 +15,10 @@ constexpr const char* folderSort = "folder";
 constexpr const char* spacerSort = "spacer";
 
 PickerItem listItem(const char* sort, const QString& title, const char* symbol,
-                const JSONValue& value = {}) {
-  return {.row = {.id = QString::fromUtf8(sort),
-                  .title = title,
-                  .symbol = QString::fromUtf8(symbol)},
-          .values = {{sort, value, {}}}};
+                    const JSONValue& value = {}) {
+  return {
+      .row = {.id = QString::fromUtf8(sort), .title = title, .symbol = QString::fromUtf8(symbol)},
+      .values = {{sort, value, {}}}};
 }
 
 /// Those that are no applications and go by the words.
@@ -47,8 +46,7 @@ ItemPicker::~ItemPicker() {
 
 std::vector<DockItem> ItemPicker::filesChosen(QWidget* window, bool isFolder) const {
   std::vector<DockItem> items;
-  const auto how =
-      isFolder ? FormServices::Choosing::folder : FormServices::Choosing::files;
+  const auto how = isFolder ? FormServices::Choosing::folder : FormServices::Choosing::files;
   for (const auto& path : forms_.choosePaths(window, how, forms_.system.home)) {
     FileEntry entry;
     entry.path = path.string();

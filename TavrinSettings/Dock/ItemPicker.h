@@ -12,8 +12,8 @@ namespace tavrin {
 
 class PickerPopup;
 
-/// What can be added to a Dock layout, in a list that drops down: applications by name, a link by its
-/// address, files and folders, an empty place.
+/// What can be added to a Dock layout, in a list that drops down: applications by name, a link by
+/// its address, files and folders, an empty place.
 class ItemPicker {
 public:
   explicit ItemPicker(const FormServices& forms) : forms_(forms) {}

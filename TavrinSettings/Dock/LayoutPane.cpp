@@ -133,9 +133,8 @@ void LayoutPane::add(const std::vector<DockItem>& items) {
   QString known;
   edit(marked("Add an Item to {name}"), "", [&](Profile& profile) {
     DockSnapshot dock{profile.items, profile.others, {}};
-    adding({items, {}, {}, {}}, [&](const DockItem& item) {
-      known = QString::fromStdString(item.displayName());
-    })(dock);
+    adding({items, {}, {}, {}},
+           [&](const DockItem& item) { known = QString::fromStdString(item.displayName()); })(dock);
     profile.items = dock.apps;
     profile.others = dock.others;
   });

@@ -213,8 +213,8 @@ TEST_F(EditorScriptTest, AnUntouchedFormThatAWindowMayShowGoesAfterAWeek) {
   EXPECT_TRUE(std::filesystem::is_empty(state));
 }
 
-// Its window belongs to a process that runs already; what is saved there comes after the program has
-// returned, and again later.
+// Its window belongs to a process that runs already; what is saved there comes after the program
+// has returned, and again later.
 TEST_F(EditorScriptTest, AnEditorThatHandsTheFormOverIsWaitedFor) {
   const auto stored = [&](const std::string& seconds) {
     return "while ! grep -q '\"focus\"[ :]*" + seconds + "' '" + widgetsFile().string() +

@@ -187,6 +187,24 @@ class DockLayouts(SettingsTest):
         window.close()
 
 
+class Modules(SettingsTest):
+    """What a window of a program outside of the bundles loads, and draws."""
+
+    def test_it_has_its_icon_and_asks_the_network(self):
+        self.desk.write_widgets([widget("weather", {}, None, name="Rain")], announce=False)
+        window = Window(self.desk)
+        frame = max(self.desk.windows(window.process.pid), key=lambda each: each[3] * each[4])[0]
+        icon = lambda: self.desk.run("xprop", "-id", frame, "_NET_WM_ICON")
+        wait_for(lambda: "32 x 32" in icon() and "128 x 128" in icon(), "the icon")
+        window.press("Rain")
+        window.press("City")
+        window.await_focus("City", "text")
+        self.desk.run("xdotool", "type", "Paris")
+        wait_for(lambda: any("Is there a network?" in entry["name"] for entry in window.tree()),
+                 "the answer")
+        self.assertNotIn("load the module", (self.desk.home / "settings.log").read_text())
+
+
 class ThisComputer(SettingsTest):
     def test_the_switch_has_the_widgets_start_with_the_session_by_the_command(self):
         window = Window(self.desk)

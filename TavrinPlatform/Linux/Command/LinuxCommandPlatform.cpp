@@ -2,6 +2,7 @@
 
 #include "TavrinPlatform/Files/SharedLibrary.h"
 #include "TavrinPlatform/Linux/Command/LinuxDesktopReport.h"
+#include "TavrinPlatform/POSIX/Module.h"
 #include "TavrinPlatform/POSIX/ProgramPath.h"
 
 #include <QEventLoop>
@@ -99,10 +100,7 @@ std::filesystem::path LinuxCommandPlatform::modulesFolder() {
     return *wish;
   if (const auto bundles = fileManager_.environment("TAVRIN_BUNDLES"); isSet(bundles))
     return std::filesystem::path(*bundles) / "modules";
-  const auto prefix = programPath().parent_path().parent_path();
-  std::error_code error;
-  const auto built = prefix / "bundles/modules";
-  return std::filesystem::exists(built, error) ? built : prefix / "lib/tavrin/modules";
+  return modulesOfPrograms();
 }
 
 DesktopReport LinuxCommandPlatform::desktopReport() {
