@@ -33,7 +33,7 @@ std::vector<GlobalShortcuts::Shortcut> shortcutsOf(const ProfilesFile& file,
 }
 
 std::string followerIdentifier(HostContext& context) {
-  return folderIdentifier(context, "Focus");
+  return folderIdentifier(context, "dev.quellby.Tavrin.Focus");
 }
 
 } // namespace

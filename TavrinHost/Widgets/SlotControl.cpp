@@ -302,12 +302,12 @@ std::string folderIdentifier(HostContext& context, std::string_view role) {
   std::error_code error;
   const auto folder = std::filesystem::weakly_canonical(
       StoragePath(platform.fileManager(), platform.mainBundle()).resolvedDirectory(), error);
-  return fmt::format("dev.quellby.Tavrin.{}.D{:016x}", role,
+  return fmt::format("{}.D{:016x}", role,
                      std::hash<std::string>()(folder.string()));
 }
 
 std::string editorIdentifier(HostContext& context) {
-  return folderIdentifier(context, "Editor");
+  return folderIdentifier(context, "dev.quellby.Tavrin.Editor");
 }
 
 void SlotControl::startEditor() {

@@ -3,6 +3,7 @@ file; a window that is killed."""
 
 import json
 import plistlib
+import random
 import threading
 import time
 import unittest
@@ -307,7 +308,10 @@ class Together(SettingsTest):
         again.await_name("W1, place 1 of 3")
 
     def test_forty_edits_by_two_windows_and_the_command_lose_nothing(self):
-        self.desk.write_widgets([widget("note", {}, None, name="Seed")], announce=False)
+        self.desk.write_widgets([widget("note", {}, None, name="Note A"),
+                                 widget("note", {}, None, name="Note B"),
+                                 widget("note", {}, None, name="Note C"),
+                                 widget("clock", {}, None, name="Shared")], announce=False)
         first = Window(self.desk)
         # Another session of the same user.
         second_desk = Desk(screens=("1280x900",))
@@ -316,33 +320,73 @@ class Together(SettingsTest):
         second_desk.env["TAVRIN_BUNDLES"] = str(BUILD / "none")
         start_accessibility(second_desk)
         second = Window(second_desk)
-        done = []
+        seed = random.randrange(1 << 32)
+        print(f"seed {seed}")
+        self.said, self.made, self.edits = {}, [], 0
+        failures = []
 
-        def by_window(window, kinds):
-            for kind in kinds:
-                window.press(f"Add {kind}")
-                done.append(kind)
-                window.press("Take Off the Strip")
-                wait_for(lambda: (button := window.find("Take Off the Strip"))
-                         and not button["enabled"], "it taken off")
+        def work(function, *arguments):
+            try:
+                function(*arguments)
+            except BaseException as error:
+                failures.append(error)
 
-        def by_command():
-            for number in range(14):
-                self.desk.run(str(COMMAND), "widgets", "add", "fans", f"C{number}")
-                done.append(f"C{number}")
-
-        workers = [threading.Thread(target=by_window, args=(first, ["Clock"] * 7)),
-                   threading.Thread(target=by_window, args=(second, ["Weather"] * 6)),
-                   threading.Thread(target=by_command)]
+        workers = [threading.Thread(target=work, args=arguments) for arguments in (
+            (self.edit_by_window, random.Random(seed), first, "Note A", "Show seconds",
+             "showsSeconds"),
+            (self.edit_by_window, random.Random(seed + 1), second, "Note B", "Analog face",
+             "isAnalog"),
+            (self.edit_by_command, random.Random(seed + 2)))]
         for worker in workers:
             worker.start()
         for worker in workers:
             worker.join()
-        self.assertEqual(len(done), 27)
-        names = wait_for(lambda: (lambda names: names if len(names) == 28 else None)(
-            [entry["name"] for entry in stored(self.desk)]), "all that was made")
-        self.assertEqual(len(set(names)), 28)
-        self.assertEqual(strip(self.desk), [], "each was taken off again: forty edits in all")
+        self.assertEqual(failures, [])
+        self.assertGreaterEqual(self.edits, 40)
+        names = [entry["name"] for entry in stored(self.desk)]
+        self.assertEqual(len(set(names)), len(names))
+        self.assertEqual(len(names), 4 + len(self.made))
+        self.assertEqual({key: self.settings(key[0]).get(key[1]) for key in self.said}, self.said)
+        self.assertEqual(strip(self.desk), [], "each was taken off again")
+
+    def edit_by_window(self, dice, window, note, title, key):
+        for number in range(9):
+            choice = dice.choice(("add", "type", "switch"))
+            if choice == "add":
+                kind = dice.choice(("Clock", "Weather", "Timer", "Water"))
+                window.press(f"Add {kind}")
+                self.made.append(kind)
+                window.press("Take Off the Strip")
+                wait_for(lambda: (button := window.find("Take Off the Strip"))
+                         and not button["enabled"], "it taken off")
+            elif choice == "type":
+                window.press(note)
+                window.type_text("Text", f"{note} {number}", "text")
+                self.said[note, "text"] = f"{note} {number}"
+            else:
+                window.press("Shared")
+                window.press(title, "check box")
+                self.said["Shared", key] = not self.said.get(("Shared", key), False)
+            self.edits += 2 if choice == "add" else 1
+            if choice != "add":
+                window.press("All Widgets")
+
+    def edit_by_command(self, dice):
+        for number in range(22):
+            choice = dice.choice(("add", "colour", "zone"))
+            if choice == "add":
+                self.desk.run(str(COMMAND), "widgets", "add", "fans", f"C{number}")
+                self.made.append(f"C{number}")
+                self.desk.run(str(COMMAND), "widgets", "release", f"C{number}")
+            elif choice == "colour":
+                colour = f"#{dice.randrange(1 << 24):06X}"
+                self.desk.run(str(COMMAND), "widgets", "set", "Note C", f"colorHex={colour}")
+                self.said["Note C", "colorHex"] = colour
+            else:
+                zone = dice.choice(("Asia/Tokyo", "Europe/Paris", "America/Lima"))
+                self.desk.run(str(COMMAND), "widgets", "set", "Shared", f"timeZoneID={zone}")
+                self.said["Shared", "timeZoneID"] = zone
+            self.edits += 2 if choice == "add" else 1
 
 
 if __name__ == "__main__":
