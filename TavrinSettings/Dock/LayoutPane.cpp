@@ -54,9 +54,9 @@ LayoutPane::LayoutPane(DockServicesOfPage& services, QWidget* parent)
   name_ = new QLineEdit(this);
   name_->setAccessibleName(worded("Name"));
   name_->setMinimumWidth(220);
-  QObject::connect(name_, &QLineEdit::textEdited, this, [this](const QString& text) {
+  QObject::connect(name_, &QLineEdit::textChanged, this, [this](const QString& text) {
     const auto name = std::string(trimmed(text.toStdString()));
-    if (!name.empty())
+    if (!isShowing_ && !name.empty())
       edit(marked("Rename {name}"), "name", [&](Profile& profile) { profile.name = name; });
   });
   column->addWidget(new PanelField(worded("Name"), name_, this));
@@ -277,8 +277,10 @@ bool LayoutPane::show(const UUID& id) {
   if (!profile)
     return false;
   const auto name = QString::fromStdString(profile->name);
+  isShowing_ = true;
   if (id != id_ || (!name_->hasFocus() && name_->text() != name))
     name_->setText(name);
+  isShowing_ = false;
   id_ = id;
   for (std::size_t i = 0; i < colours.size(); ++i)
     colours_[i]->setChosen(colours[i].value == profile->color);

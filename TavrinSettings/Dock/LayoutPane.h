@@ -62,6 +62,7 @@ private:
 
   DockServicesOfPage& services_;
   UUID id_;
+  bool isShowing_ = false;
   QLineEdit* name_;
   std::vector<PanelSwatch*> colours_;
   PanelSegments* focus_;

@@ -210,7 +210,11 @@ TextControl::TextControl(const FieldInfo& field, const FormServices& services)
   line_->setPlaceholderText(worded(field.absent));
   line_->setMinimumWidth(220);
   makeRow()->addWidget(line_, 1);
-  connect(line_, &QLineEdit::textEdited, this, [this] { take(); });
+  // Not what is edited by keys alone: assistive technology sets the text.
+  connect(line_, &QLineEdit::textChanged, this, [this] {
+    if (!isShowing_)
+      take();
+  });
 }
 
 bool TextControl::isWide() const {
@@ -226,7 +230,9 @@ void TextControl::setValue(const JSONValue& value, const JSONValue&) {
   if (line_->text() == shown)
     return;
   const int cursor = line_->cursorPosition();
+  isShowing_ = true;
   line_->setText(shown);
+  isShowing_ = false;
   line_->setCursorPosition(std::min(cursor, static_cast<int>(shown.size())));
 }
 

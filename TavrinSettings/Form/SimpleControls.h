@@ -91,6 +91,7 @@ private:
   const FormServices& services_;
   QLineEdit* line_;
   bool isTyping_ = false;
+  bool isShowing_ = false;
 };
 
 class LinesControl : public FormControl {

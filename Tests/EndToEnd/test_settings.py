@@ -4,6 +4,7 @@ file; a window that is killed."""
 import json
 import plistlib
 import random
+import subprocess
 import threading
 import time
 import unittest
@@ -47,6 +48,25 @@ class LiveStrip(SettingsTest):
         wait_for(lambda: not self.is_preview(window, note), "the other one's picture")
         self.kill(slot)
         wait_for(lambda: self.is_preview(window, watch), "the end")
+
+
+    def test_what_is_set_is_seen_on_the_desktop_at_once(self):
+        self.desk.write_widgets([widget("clock", {}, 1, name="Here"), widget("note", {}, 2, name="List"),
+                                 widget("timer", {}, 3, name="Tea")], announce=False)
+        slots = [self.desk.start_slot(slot) for slot in (1, 2, 3)]
+        window = Window(self.desk)
+        settings = {"Here": lambda: window.press("Analog face", "check box"),
+                    "List": lambda: window.type_text("Text", "Milk", "text"),
+                    "Tea": lambda: window.press("Green")}
+        for place, (name, change) in enumerate(settings.items()):
+            tile = wait_for(lambda: self.desk.windows(slots[place].pid), "the tile")[0]
+            window.press(f"{name}, place {place + 1} of 3")
+            before, shown = self.desk.pixels(tile), self.pixels(window, f"{name}, place {place + 1} of 3")
+            change()
+            wait_for(lambda: self.desk.pixels(tile) != before, f"the tile of {name}")
+            wait_for(lambda: self.pixels(window, f"{name}, place {place + 1} of 3") != shown,
+                     f"the strip's tile of {name}")
+        window.close()
 
 
 class ByMouse(SettingsTest):
@@ -185,6 +205,38 @@ class DockLayouts(SettingsTest):
         # Layouts that others make are there too.
         self.desk.run(str(COMMAND), "profiles", "rename", "Layout", "Work")
         window.await_name("Work")
+        window.close()
+
+
+class BadValues(SettingsTest):
+    def sentence(self, name, key, title, value):
+        """What the command says of the value, as a form does."""
+        told = subprocess.run([str(COMMAND), "widgets", "set", name, f"{key}={value}"],
+                              env=self.desk.env, capture_output=True, text=True).stderr
+        words = told.splitlines()[0].removeprefix("tavrin: ").replace(f'"{key}"', f"“{title}”")
+        return words[0].upper() + words[1:]
+
+    def test_are_told_in_the_window_in_the_commands_words(self):
+        self.desk.write_widgets([
+            widget("timer", {}, None, name="Tea"), widget("screenshots", {}, None, name="Shots"),
+            widget("clock", {"timeZoneID": "Mars/Olympus"}, None, name="There")], announce=False)
+        window = Window(self.desk)
+        told = lambda words: any(words in entry["name"] for entry in window.tree())
+        for name, kind, key, value, is_taken in (
+                ("Tea", "timer", "tintHex", "purple", False),
+                ("Shots", "screenshots", "folder", "/nowhere", True)):
+            fields = json.loads(self.desk.run(str(COMMAND), "widgets", "kinds", kind, "--json"))
+            title = next(each["title"] for each in fields["fields"] if each["key"] == key)
+            window.press(name)
+            window.await_name("All Widgets")
+            window.type_text(title, value, "text")
+            wait_for(lambda: told(f"“{value}") or told(f'"{value}'), f"a word on {value}")
+            self.assertEqual(self.settings(name).get(key) == value, is_taken)
+            words = self.sentence(name, key, title, value)
+            wait_for(lambda: told(words), words)
+            window.press("All Widgets")
+        window.press("There")
+        wait_for(lambda: told("Mars/Olympus"), "the zone that there is not")
         window.close()
 
 

@@ -112,10 +112,13 @@ TEST(WidgetForm, EveryVisibleFieldOfEveryKindHasAControlOfItsName) {
 TEST(WidgetForm, TextIsTakenLetterByLetterAndRefusedWhereItStands) {
   FormRig rig(kind<TimerSettings>());
   auto* name = rig.control<QLineEdit>("Name");
-  name->clear();
+  name->selectAll();
   FormRig::type(name, "Tea");
   EXPECT_EQ(rig.widget.name, "Tea");
   EXPECT_THAT(rig.edits, testing::ElementsAre("name", "name", "name"));
+  // As assistive technology does.
+  name->setText("Green tea");
+  EXPECT_EQ(rig.widget.name, "Green tea");
 
   auto* colour = rig.control<QLineEdit>("Colour");
   colour->selectAll();
