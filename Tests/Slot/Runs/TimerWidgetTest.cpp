@@ -1,5 +1,5 @@
-#include "TavrinCore/Kinds/Runs/TimerSettings.h"
 #include "TavrinSlot/Controllers/Runs/TimerWidget.h"
+#include "TavrinCore/Kinds/Runs/TimerSettings.h"
 
 #include "TavrinWidgetsUI/Kit/Panels/PanelSegments.h"
 #include "Tests/Support/SlotRig.h"
@@ -14,7 +14,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 using Mode = TimerRun::Mode;
-const std::string noticeID = "dev.quellby.Tavrin.Slot3.finished";
+const std::string timerNoticeID = "dev.quellby.Tavrin.Slot3.finished";
 
 struct TimerWidgetTest : testing::Test {
   SlotRig rig;
@@ -61,14 +61,15 @@ TEST_F(TimerWidgetTest, LifeOfACountdown) {
   const auto controller = startOpen();
   rig.press("5m");
   EXPECT_EQ(stored(), (TimerRun{Mode::countdown, 300, rig.now(), 0}));
-  EXPECT_EQ(notices().at(noticeID), (UserNotificationRequest{noticeID, "Tea", "Time's up", 300}));
+  EXPECT_EQ(notices().at(timerNoticeID),
+            (UserNotificationRequest{timerNoticeID, "Tea", "Time's up", 300}));
   rig.pass(100.5);
   rig.press("Pause");
   EXPECT_THAT(notices(), IsEmpty());
   EXPECT_EQ(rig.platform.loop.activeTimers(), 0U);
   EXPECT_EQ(rig.platform.tile.value, "3:20, Paused");
   rig.press("Resume");
-  EXPECT_EQ(notices().at(noticeID).delay, 199.5);
+  EXPECT_EQ(notices().at(timerNoticeID).delay, 199.5);
   rig.pass(199.25);
   EXPECT_THAT(notices(), IsEmpty()) << "this process is about to ring itself";
   EXPECT_THAT(sounds(), IsEmpty());
@@ -120,7 +121,7 @@ TEST_F(TimerWidgetTest, CatchesUpSilently) {
   store(running);
   const auto controller = start();
   EXPECT_EQ(stored(), running);
-  EXPECT_EQ(notices().at(noticeID).delay, 180);
+  EXPECT_EQ(notices().at(timerNoticeID).delay, 180);
   EXPECT_EQ(rig.platform.loop.activeTimers(), 1U);
 }
 
@@ -190,7 +191,7 @@ TEST_F(TimerWidgetTest, SwitchingTheModeKeepsTheTime) {
   EXPECT_EQ(rig.platform.tile.value, "1:00, Running");
   chooseMode(0);
   EXPECT_EQ(stored(), before);
-  EXPECT_EQ(notices().at(noticeID).delay, 1440);
+  EXPECT_EQ(notices().at(timerNoticeID).delay, 1440);
 }
 
 TEST_F(TimerWidgetTest, ACountdownOfNothingEndsAtTheNextTick) {
