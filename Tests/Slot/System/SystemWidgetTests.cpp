@@ -130,7 +130,7 @@ TEST(SystemWidgetController, AStopwatchOutlivesItsProcess) {
   slot.controller.reset();
   slot.platform.fakePopover.close();
   slot.platform.loop.advance(3600);
-  slot.controller = begun<SystemWidgetController>(slot.context, widget);
+  slot.controller = begun<SystemWidgetController>(slot.context(), widget);
   slot.controller->togglePanel();
   slot.press("Pause");
   EXPECT_NEAR(decode<StopwatchRun>(slot.platform.defaults.values.at(key)).accumulated, 3665, 1e-3);
@@ -146,7 +146,7 @@ TEST(SystemWidgetController, ARunThatCannotBeReadBeginsAnew) {
     slot.id = opened.create("Mine", StopwatchSettings{}).id;
     const std::string key = "dev.quellby.tavrin.stopwatch." + slot.id.text();
     slot.platform.defaults.set(key, JSONValue::parse(text));
-    slot.controller = begun<SystemWidgetController>(slot.context, *opened.widget(slot.id));
+    slot.controller = begun<SystemWidgetController>(slot.context(), *opened.widget(slot.id));
     slot.controller->togglePanel();
     slot.press("Start");
     EXPECT_EQ(decode<StopwatchRun>(slot.platform.defaults.values.at(key)).accumulated, 0) << text;
