@@ -1,5 +1,6 @@
 #include "TavrinCore/Text/Numbers.h"
 
+#include <array>
 #include <cmath>
 #include <ios>
 #include <locale>
@@ -49,12 +50,54 @@ std::size_t wordLength(std::string_view text, double& value) {
   return startsWithWord(text, "infinity") ? 8 : 3;
 }
 
+/// The number where one operation makes it, which rounds once: digits below 2^53 times or by a
+/// power of ten that is exact, too. (W. D. Clinger: How to Read Floating Point Numbers Accurately,
+/// 1990.) `text` is well formed; no value for what has more digits or another power.
+std::optional<double> roundedOnce(std::string_view text) {
+  constexpr std::int64_t exactDigits = std::int64_t{1} << std::numeric_limits<double>::digits;
+  constexpr std::array powers = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                 1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
+                                 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+  const bool isNegative = text.starts_with('-');
+  const auto exponentAt = std::min(text.find_first_of("eE"), text.size());
+  int power = 0;
+  if (exponentAt < text.size()) {
+    auto exponent = text.substr(exponentAt + 1);
+    if (exponent.starts_with('+'))
+      exponent.remove_prefix(1);
+    if (std::from_chars(exponent.data(), exponent.data() + exponent.size(), power).ec !=
+        std::errc())
+      return std::nullopt;
+  }
+  std::int64_t number = 0;
+  bool isFraction = false;
+  for (const char each : text.substr(isNegative ? 1 : 0, exponentAt - (isNegative ? 1 : 0))) {
+    if (each == '.') {
+      isFraction = true;
+      continue;
+    }
+    number = number * 10 + (each - '0');
+    power -= isFraction ? 1 : 0;
+    if (number > exactDigits)
+      return std::nullopt;
+  }
+  if (power < -22 || power > 22)
+    return std::nullopt;
+  const auto digits = static_cast<double>(number);
+  const double value = power < 0 ? digits / powers[static_cast<std::size_t>(-power)]
+                                 : digits * powers[static_cast<std::size_t>(power)];
+  return isNegative ? -value : value;
+}
+
 /// As streams read numbers, without a stream.
 class NumberReader final : public std::num_get<char, const char*> {};
 
 /// The number from `first` to `last`, which is well formed; no value where it is too large or too
 /// small for a double.
 std::optional<double> converted(const char* first, const char* last) {
+  const std::string_view text(first, static_cast<std::size_t>(last - first));
+  if (const auto exact = roundedOnce(text))
+    return exact;
   static const NumberReader reader;
   // Only its locale counts: the classic one, whatever the process has.
   thread_local std::ios plain(nullptr);
@@ -67,7 +110,6 @@ std::optional<double> converted(const char* first, const char* last) {
   // number with few digits left is one.
   if ((state & std::ios::failbit) != 0 && std::abs(number) >= std::numeric_limits<double>::max())
     return std::nullopt;
-  const std::string_view text(first, static_cast<std::size_t>(last - first));
   const bool isZero =
       text.substr(0, text.find_first_of("eE")).find_first_of("123456789") == std::string_view::npos;
   return number == 0 && !isZero ? std::nullopt : std::optional(number);
