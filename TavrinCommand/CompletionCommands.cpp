@@ -194,14 +194,14 @@ void addCompletionCommands(CLI::App& app, CommandContext& context) {
   auto* completion =
       app.add_subcommand("completion", translated("Print the completion script of a shell"));
   auto shell = std::make_shared<std::string>();
-  auto* argument = completion->add_option("SHELL", *shell, "bash, zsh or fish")
+  auto* argument = completion->add_option("SHELL", *shell, translated("bash, zsh or fish"))
                        ->required()
                        ->check(CLI::IsMember({"bash", "zsh", "fish"}));
   context.complete(argument, [](const auto&, auto) {
     return std::vector<Suggestion>{{"bash"}, {"zsh"}, {"fish"}};
   });
   CommandContext::examples(*completion,
-                           {{"source <(tavrin completion bash)", "for this shell"},
+                           {{"source <(tavrin completion bash)", translated("for this shell")},
                             {"tavrin completion fish > ~/.config/fish/completions/tavrin.fish",
                              translated("for every fish to come")}});
   completion->callback([shell, &context] {

@@ -22,19 +22,26 @@ JSONValue reportJSON(const DesktopReport& report) {
   return items;
 }
 
+std::string filled(std::string text, int columns) {
+  return text.append(static_cast<std::size_t>(columns - displayWidth(text)), ' ');
+}
+
 void doctor(CommandContext& context) {
   const auto report = context.platform().desktopReport();
   if (context.printsJSON()) {
     context.print(reportJSON(report));
     return;
   }
-  std::size_t width = 0;
-  for (const auto& item : report.items)
-    width = std::max(width, item.topic.size());
+  int states = 0;
+  int topics = 0;
   for (const auto& item : report.items) {
-    context.say(fmt::format("{:<7}  {:<{}}  {}", name(item.state), item.topic, width,
-                            printable(item.sentence)));
-    const std::string margin(7 + 2 + width + 2, ' ');
+    states = std::max(states, displayWidth(translation(name(item.state))));
+    topics = std::max(topics, displayWidth(translation(item.topic)));
+  }
+  for (const auto& item : report.items) {
+    context.say(filled(translated(name(item.state)), states) + "  " +
+                filled(translated(item.topic), topics) + "  " + printable(item.sentence));
+    const std::string margin(static_cast<std::size_t>(states + 2 + topics + 2), ' ');
     if (!item.kinds.empty())
       context.say(margin + translated("For: {kinds}.",
                                       {{"kinds", fmt::format("{}", fmt::join(item.kinds, ", "))}}));

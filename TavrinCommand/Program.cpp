@@ -6,6 +6,7 @@
 #include "TavrinCommand/Dock/FocusCommands.h"
 #include "TavrinCommand/Dock/ProfileCommands.h"
 #include "TavrinCommand/DoctorCommands.h"
+#include "TavrinCommand/Base/ParserWords.h"
 #include "TavrinCommand/Widgets/EditService.h"
 #include "TavrinCommand/Widgets/SlotCommands.h"
 #include "TavrinCommand/Widgets/UsageCommands.h"
@@ -24,18 +25,18 @@
 namespace tavrin {
 namespace {
 
-constexpr const char* exitStatuses = R"(
-Exit status:
-  0  done
-  1  failed for a reason outside the request
-  2  no such command or option
-  3  no widget, kind, setting or slot of that name
-  4  several go by that name
-  5  the value is not one the setting takes
-  6  all twelve slots are taken
-  10 to 18  the Dock: its file not found, unreadable, malformed, not writable; an
-     unsupported item; the Dock did not restart as it should; a file to add, a
-     profile, or a backup not found)";
+constexpr const char* exitStatuses =
+    marked("Exit status:\n"
+           "  0  done\n"
+           "  1  failed for a reason outside the request\n"
+           "  2  no such command or option\n"
+           "  3  no widget, kind, setting or slot of that name\n"
+           "  4  several go by that name\n"
+           "  5  the value is not one the setting takes\n"
+           "  6  all twelve slots are taken\n"
+           "  10 to 18  the Dock: its file not found, unreadable, malformed, not writable; an\n"
+           "     unsupported item; the Dock did not restart as it should; a file to add, a\n"
+           "     profile, or a backup not found");
 
 /// The innermost command that was named, whose help is the one to point at.
 std::pair<const CLI::App*, std::string> innermostCommand(const CLI::App& app) {
@@ -53,11 +54,11 @@ std::pair<const CLI::App*, std::string> innermostCommand(const CLI::App& app) {
 std::string parseErrorText(const CLI::App& command, const CLI::ParseError& error) {
   const auto unknown = command.remaining();
   if (unknown.empty())
-    return error.what();
+    return parserComplaint(error);
   // The parser lists them from the last to the first.
   if (command.get_subcommands([](const CLI::App*) { return true; }).empty())
     return dynamic_cast<const CLI::ExtrasError*>(&error) == nullptr
-               ? error.what()
+               ? parserComplaint(error)
                : translated("not expected: {unknown}",
                             {{"unknown", fmt::format("{}", fmt::join(unknown, " "))}});
   const TextPlaces places = {{"name", unknown.front()}};
@@ -84,11 +85,6 @@ std::unique_ptr<CLI::App> makeCommandLine(CommandContext& context) {
       translated("Live widgets in the Dock: place them, set them, run them."), "tavrin");
   // Subcommands take these from the command that they are added to.
   app->set_help_flag("-h,--help", translated("Print this help message and exit"));
-  const std::pair<const char*, std::string> labels[] = {{"Usage", translated("Usage")},
-                                                        {"Positionals", translated("Positionals")},
-                                                        {"REQUIRED", translated("REQUIRED")}};
-  for (const auto& [key, words] : labels)
-    app->get_formatter()->label(key, words);
   app->set_version_flag("--version", "tavrin 1.0.0",
                         translated("Display program version information and exit"));
   app->require_subcommand(1);
@@ -108,7 +104,8 @@ std::unique_ptr<CLI::App> makeCommandLine(CommandContext& context) {
                             {"tavrin widgets", translated("list what there is")},
                             {"tavrin widgets add timer Tea --place", translated("a new widget")},
                             {"tavrin widgets set Tea presets=3m,5m", translated("change it")}});
-  app->footer(app->get_footer() + "\n" + exitStatuses);
+  app->footer(app->get_footer() + "\n\n" + translated(exitStatuses));
+  translateHelp(*app);
   return app;
 }
 

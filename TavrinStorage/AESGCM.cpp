@@ -1,6 +1,7 @@
 #include "TavrinStorage/AESGCM.h"
 
 #include "TavrinCore/Base/Wipe.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinPlatform/Files/SharedLibrary.h"
 
 #include <algorithm>
@@ -39,7 +40,7 @@ const Library& library() {
   static Library loaded;
   static const bool isLoaded = loaded.load();
   if (!isLoaded)
-    throw CipherError("the cryptographic library is missing");
+    throw CipherError(translated("the cryptographic library is missing"));
   return loaded;
 }
 
@@ -54,7 +55,7 @@ std::uint8_t* bytesOf(std::string& text) {
 
 void require(bool isDone) {
   if (!isDone)
-    throw CipherError("the cryptographic library refused");
+    throw CipherError(translated("the cryptographic library refused"));
 }
 
 ContextPtr begin(aesGCM::Bytes key, const std::uint8_t* nonce, bool isSealing) {
@@ -151,7 +152,7 @@ std::string aesGCM::open(Bytes key, std::string box) {
     std::uint8_t rest[EVP_MAX_BLOCK_LENGTH];
     require(library().control(context.get(), EVP_CTRL_GCM_SET_TAG, tagLength, body + length) == 1);
     if (library().end(context.get(), rest, &written) != 1)
-      throw CipherError("the file was altered or sealed with another key");
+      throw CipherError(translated("the file was altered or sealed with another key"));
   } catch (...) {
     wipe(box);
     throw;

@@ -14,7 +14,7 @@ void changeSharedFile(const std::filesystem::path& file,
   for (int number = 0; number < mostAttempts && !lock.isContended(); ++number)
     if (attempt(fileStamp(file)))
       return;
-  constexpr std::string_view reason = "others keep changing it";
+  const auto reason = translated("others keep changing it");
   throw FileError(failure(translated("change {file}", {{"file", file.string()}}), reason), reason);
 }
 

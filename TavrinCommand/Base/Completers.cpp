@@ -55,9 +55,9 @@ Completer completeLayouts(CommandContext& context) {
     std::vector<Suggestion> found = {{"dock", translated("the Dock as it is")}};
     DockLibrary library(context);
     for (const auto& profile : library.profiles().file().profiles)
-      found.push_back({profile.name, "profile"});
+      found.push_back({profile.name, translated("profile")});
     for (const auto& backup : library.backups().listBackups())
-      found.push_back({backup.filename().string(), "backup"});
+      found.push_back({backup.filename().string(), translated("backup")});
     return found;
   };
 }

@@ -1,4 +1,5 @@
 #include "TavrinCommand/Base/Console.h"
+#include "TavrinCore/Text/Text.h"
 #include "TavrinCore/Text/Texts.h"
 
 #include <algorithm>
@@ -84,18 +85,27 @@ std::string Console::styled(std::string_view text, TextStyle style) const {
 }
 
 bool Console::confirm(std::string_view question, bool fallback) const {
+  // What is typed by users of the language, whose words do as well as the English ones.
+  const std::string yes = translatedIn("answer", "yes");
+  const std::string no = translatedIn("answer", "no");
+  const auto offered = [](const std::string& word, bool isFallback) {
+    auto first = icu::UnicodeString(icu::UnicodeString::fromUTF8(word).char32At(0));
+    std::string letter;
+    (isFallback ? first.toUpper() : first).toUTF8String(letter);
+    return letter;
+  };
   for (std::string line;;) {
-    out << question << (fallback ? " [Y/n] " : " [y/N] ") << std::flush;
+    out << question << fmt::format(" [{}/{}] ", offered(yes, fallback), offered(no, !fallback))
+        << std::flush;
     if (!std::getline(in, line))
       return false;
     if (line.empty())
       return fallback;
-    std::transform(line.begin(), line.end(), line.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    if (line == "y" || line == "yes")
-      return true;
-    if (line == "n" || line == "no")
-      return false;
+    line = asciiLowered(line);
+    for (const auto& [word, answer] :
+         {std::pair<std::string_view, bool>(yes, true), {no, false}, {"yes", true}, {"no", false}})
+      if (line == word || line == offered(std::string(word), false))
+        return answer;
     out << translated("Please answer yes or no.") << '\n';
   }
 }
@@ -160,8 +170,10 @@ int Table::width() const {
 
 void Table::print(const Console& console) const {
   const auto widths = columnWidths();
+  // Cells beside each other would be one run of text from right to left, and change places.
+  const std::string_view mark = isRightToLeft() ? leftToRightMark : "";
   const auto printRow = [&](const std::vector<Cell>& row) {
-    std::string line;
+    std::string line(mark);
     std::string gap;
     for (std::size_t i = 0; i < row.size(); ++i) {
       const std::string padding(static_cast<std::size_t>(widths[i] - displayWidth(row[i].text)),
@@ -169,6 +181,7 @@ void Table::print(const Console& console) const {
       const bool isRight = columns_[i].alignsRight;
       if (!row[i].text.empty() || isRight) {
         line += gap + (isRight ? padding : "") + console.styled(row[i].text, row[i].style);
+        line += mark;
         gap = isRight ? "" : padding;
       } else {
         gap += padding;

@@ -40,6 +40,10 @@ int displayWidth(std::string_view text);
 /// At most `columns` wide, the last of them an ellipsis where something was cut.
 std::string truncated(std::string_view text, int columns);
 
+/// What stands on both sides of it keeps its place, whatever direction its letters have (Unicode
+/// Standard Annex 9). Takes no column.
+inline constexpr std::string_view leftToRightMark = "\u200E";
+
 /// Text in aligned columns.
 class Table {
 public:

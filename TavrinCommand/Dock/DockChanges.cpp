@@ -210,7 +210,7 @@ void printItems(CommandContext& context, const std::vector<PlacedDockItem>& item
     table.add({one.section == DockSection::apps ? "apps" : "others",
                std::to_string(one.index + 1),
                {one.item.displayName(), TextStyle::bold},
-               std::string(kindWord(one.item)),
+               translated(kindWord(one.item)),
                addressOf(one.item)});
   if (table.isEmpty())
     context.say(translated("The Dock is empty"));

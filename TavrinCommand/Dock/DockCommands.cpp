@@ -2,6 +2,7 @@
 
 #include "TavrinCommand/Base/Completers.h"
 #include "TavrinCommand/Dock/DockChanges.h"
+#include "TavrinCommand/Base/ParserWords.h"
 #include "TavrinCore/Text/Text.h"
 #include "TavrinCore/Text/Texts.h"
 #include "TavrinHost/Dock/DockLibrary.h"
@@ -126,8 +127,9 @@ std::vector<DockEdit> scriptEdits(CommandContext& context, const std::string& te
     try {
       parser.parse(words);
     } catch (const CLI::ParseError& error) {
-      throw HostError(ExitCode::usage, translated("line {number}: {reason}",
-                                                  {{"number", number}, {"reason", error.what()}}));
+      throw HostError(ExitCode::usage,
+                      translated("line {number}: {reason}",
+                                 {{"number", number}, {"reason", parserComplaint(error)}}));
     }
   }
   return edits;

@@ -15,7 +15,8 @@ namespace tavrin {
 namespace {
 
 constexpr std::string_view remark = "// ";
-constexpr std::string_view complaintMark = "// NOT SAVED: ";
+/// What was refused stands behind it, on the form's first line.
+constexpr const char* complaintText = marked("NOT SAVED: {reason}");
 
 /// `text` with the mark and the indent before each of its lines.
 std::string remarks(std::string_view text, const std::string& indent) {
@@ -85,9 +86,11 @@ JSONValue parsedForm(std::string_view form) {
 } // namespace
 
 std::string withComplaint(std::string_view form, std::string_view complaint) {
-  if (form.starts_with(complaintMark))
+  const auto text = std::string(remark) + translated(complaintText);
+  if (form.starts_with(text.substr(0, text.find('{'))))
     form.remove_prefix(std::min(form.find('\n') + 1, form.size()));
-  return fmt::format("{}{}\n{}", complaintMark, printable(complaint), form);
+  return fmt::format("{}{}\n{}", remark,
+                     translated(complaintText, {{"reason", printable(complaint)}}), form);
 }
 
 std::string editForm(const DockWidget& widget) {

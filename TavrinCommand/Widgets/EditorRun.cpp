@@ -37,10 +37,7 @@ seen=$(sum)
 $editor $wait "$form"; status=$?
 if [ "$status" = 0 ] && [ -z "$wait$stays" ] && [ "$(sum)" = "$seen" ]; then
   : > "$form.window"
-  echo "$name has returned, and nothing was changed yet. If it shows the form in another window, what"
-  echo "you save there is taken each time. Press Return here once that window is closed; where there is"
-  echo "none, press Return at once. An editor that waits by itself is set like this:"
-  echo "EDITOR=\"code --wait\""
+  printf '%s\n' "$3" | sed "s|{editor}|$name|"
   rm -f "$form.answer"
   exec 3<&0
   { read -r line <&3; echo "$?" > "$form.answer"; } &
@@ -64,6 +61,12 @@ exit "$status")sh";
 
 namespace {
 
+/// Its place is filled in by the script.
+constexpr const char* returnedEarly = marked(
+    "{editor} has returned, and nothing was changed yet. If it shows the form in another "
+    "window, what\nyou save there is taken each time. Press Return here once that window is "
+    "closed; where there is\nnone, press Return at once. An editor that waits by itself is set "
+    "like this:\nEDITOR=\"code --wait\"");
 constexpr double markerInterval = 0.2;
 /// A terminal that has shown nothing in this long shows nothing.
 constexpr double terminalLimit = 30;
@@ -116,8 +119,13 @@ void forgetEditor(const std::filesystem::path& form) {
 void runEditor(CommandContext& context, const std::filesystem::path& form, bool usesOwnTerminal) {
   auto& platform = context.platform();
   const EditorMarks marks(form);
-  std::vector<std::string> words = {
-      "sh", "-c", editorScript, "sh", platform.program().string(), form.string()};
+  std::vector<std::string> words = {"sh",
+                                    "-c",
+                                    editorScript,
+                                    "sh",
+                                    platform.program().string(),
+                                    form.string(),
+                                    translated(returnedEarly)};
   if (!usesOwnTerminal) {
     const auto terminal = platform.fileManager().environment("TERMINAL").value_or("");
     words.insert(words.begin(), {terminal.empty() ? "x-terminal-emulator" : terminal, "-e"});

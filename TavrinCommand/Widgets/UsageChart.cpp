@@ -2,6 +2,7 @@
 
 #include "TavrinCommand/Base/Console.h"
 #include "TavrinCore/Kinds/ClaudeUsage/ClaudeUsage.h"
+#include "TavrinCore/Text/Texts.h"
 
 #include <algorithm>
 #include <array>
@@ -53,7 +54,10 @@ std::vector<std::string> UsageChart::lines(int columns) const {
   }
   lines.push_back(repeated(" ", margin - 1) + "0 ┼" + repeated("─", days * step));
   const int between = days * step - displayWidth(first) - displayWidth(last);
-  lines.push_back(repeated(" ", margin + 2) + first + repeated(" ", std::max(between, 1)) + last);
+  // The first day stands at the left in every language, as the chart does.
+  const std::string mark(isRightToLeft() ? leftToRightMark : "");
+  lines.push_back(mark + repeated(" ", margin + 2) + first + mark +
+                  repeated(" ", std::max(between, 1)) + last + mark);
   return lines;
 }
 

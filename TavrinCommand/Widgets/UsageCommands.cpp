@@ -3,12 +3,14 @@
 #include "TavrinCommand/Widgets/UsageChart.h"
 #include "TavrinCore/Base/ISO8601.h"
 #include "TavrinCore/Kinds/ClaudeUsage/ClaudeUsage.h"
+#include "TavrinCore/Text/DecimalText.h"
 #include "TavrinCore/Text/Texts.h"
 #include "TavrinStorage/ClaudeUsage/ClaudeUsageBridge.h"
 #include "TavrinStorage/ClaudeUsage/ClaudeUsageSource.h"
 
 #include <CLI/App.hpp>
 #include <algorithm>
+#include <cmath>
 #include <fmt/format.h>
 #include <limits>
 #include <set>
@@ -19,14 +21,6 @@ namespace {
 constexpr int mostDays = 3660;
 constexpr int projectWidth = 40;
 constexpr int leastProjectWidth = 8;
-
-/// A number with its thousands apart: 12,345,678.
-std::string grouped(std::int64_t number) {
-  std::string digits = std::to_string(number);
-  for (auto at = static_cast<std::ptrdiff_t>(digits.size()) - 3; at > 0; at -= 3)
-    digits.insert(static_cast<std::size_t>(at), ",");
-  return digits;
-}
 
 struct Day {
   std::string date;
@@ -163,13 +157,13 @@ Table usageTable(const std::string& title, Detail detail) {
 
 void addRow(Table& table, std::string name, const ClaudeUsageTotals& totals, TextStyle style,
             Detail detail) {
-  const auto number = detail == Detail::whole ? grouped : ClaudeUsage::shortTokens;
+  const auto number = detail == Detail::whole ? countText : ClaudeUsage::shortTokens;
   std::vector<Table::Cell> row{{std::move(name), style}, {number(totals.tokens), TextStyle::bold}};
   if (detail != Detail::sums)
     for (const auto tokens : {totals.inputTokens, totals.outputTokens, totals.cacheCreationTokens,
                               totals.cacheReadTokens})
       row.emplace_back(number(tokens));
-  row.emplace_back(grouped(totals.messages));
+  row.emplace_back(countText(totals.messages));
   table.add(std::move(row));
 }
 
@@ -189,11 +183,11 @@ std::vector<Table> usageTables(const Report& report, Detail detail) {
 
 Table projectTable(const Report& report, int columns) {
   Table projects({{translated("PROJECT"), false, projectWidth}, {translated("TOKENS"), true}});
-  const auto numberOf = [](const ClaudeUsageProject& project) { return grouped(project.tokens); };
+  const auto numberOf = [](const ClaudeUsageProject& project) { return countText(project.tokens); };
   int room = projectWidth;
   for (const auto& project : report.all.projects)
     if (columns > 0)
-      room = std::min(room, columns - 2 - static_cast<int>(numberOf(project).size()));
+      room = std::min(room, columns - 2 - displayWidth(numberOf(project)));
   for (const auto& project : report.all.projects)
     projects.add({truncated(project.name, std::max(room, leastProjectWidth)),
                   {numberOf(project), TextStyle::bold}});
@@ -241,7 +235,7 @@ void printLimits(CommandContext& context, const Report& report) {
                                      std::pair(translated("Seven days"), report.limits->sevenDay)})
     if (window)
       table.add({name,
-                 {fmt::format("{:.0f}%", window->usedAt(report.now)), TextStyle::bold},
+                 {wholePercentText(std::lround(window->usedAt(report.now))), TextStyle::bold},
                  ClaudeUsageLimitsFormat::untilReset(window->resetsAt, report.now).value_or("-")});
   table.print(context.console());
 }

@@ -299,8 +299,9 @@ void addSetting(CLI::App& group, CommandContext& context) {
   auto words = std::make_shared<Words>();
   context.complete(command->add_option("NAME", *reference, translated("The widget"))->required(),
                    completeWidgets(context));
-  context.complete(command->add_option("SETTING", *words, "key=value, any number")->required(),
-                   completeSettings(context, false));
+  context.complete(
+      command->add_option("SETTING", *words, translated("key=value, any number"))->required(),
+      completeSettings(context, false));
   command->callback([&context, reference, words] { set(context, *reference, *words); });
   CommandContext::examples(
       *command,

@@ -3,6 +3,7 @@
 #include "TavrinCore/Text/JSONText.h"
 #include "TavrinCore/Text/Numbers.h"
 #include "TavrinCore/Text/Text.h"
+#include "TavrinCore/Text/Texts.h"
 
 #include <charconv>
 #include <cmath>
@@ -23,7 +24,9 @@ bool isLower(char c) {
 /// The parser's sentence as a clause that can follow "because".
 std::string clause(simdjson::error_code error) {
   if (error == simdjson::EMPTY)
-    return "there is nothing in it";
+    return translated("there is nothing in it");
+  if (textLanguage() != "en")
+    return translated("it is not written as JSON asks");
   std::string text = simdjson::error_message(error);
   if (text.size() > 1 && text[0] >= 'A' && text[0] <= 'Z' && (isLower(text[1]) || text[1] == ' '))
     text[0] = static_cast<char>(text[0] - 'A' + 'a');
@@ -76,14 +79,14 @@ bool isNumber(std::string_view text) {
 JSONValue::Number readNumber(std::string_view token) {
   const auto text = trimmed(token, jsonSpace);
   if (!isNumber(text))
-    throw JSONError("a number is not written as JSON asks");
+    throw JSONError(translated("a number is not written as JSON asks"));
   return {std::string(text)};
 }
 
 /// `source` is the document or a value in it; a number that is the whole document never gets here.
 template <class Source> JSONValue read(Source& source, std::size_t depth) {
   if (depth > JSONValue::maximumDepth)
-    throw JSONError("the values are nested too deeply");
+    throw JSONError(translated("the values are nested too deeply"));
   switch (unwrap(source.type())) {
   case ondemand::json_type::array: {
     JSONValue::Array array;
@@ -107,7 +110,7 @@ template <class Source> JSONValue read(Source& source, std::size_t depth) {
     if constexpr (std::is_same_v<Source, ondemand::value>)
       return readNumber(source.raw_json_token());
     else
-      throw JSONError("a number is not written as JSON asks");
+      throw JSONError(translated("a number is not written as JSON asks"));
   }
   case ondemand::json_type::string:
     return std::string(unwrap(source.get_string()));
@@ -115,10 +118,10 @@ template <class Source> JSONValue read(Source& source, std::size_t depth) {
     return unwrap(source.get_bool());
   case ondemand::json_type::null:
     if (!unwrap(simdjson::simdjson_result<bool>(source.is_null())))
-      throw JSONError("a value is neither null nor anything else");
+      throw JSONError(translated("a value is neither null nor anything else"));
     return nullptr;
   }
-  throw JSONError("a value is of no JSON type");
+  throw JSONError(translated("a value is of no JSON type"));
 }
 
 /// What stands behind the backslash for `c`; 'u' where that is four digits, 0 where none is wanted.
@@ -237,13 +240,13 @@ JSONValue::JSONValue(int value) : value_(Number{shortestText(value)}) {}
 JSONValue::JSONValue(std::int64_t value) : value_(Number{shortestText(value)}) {}
 JSONValue::JSONValue(double value) {
   if (!std::isfinite(value))
-    throw JSONError("a number that is not finite has no JSON form");
+    throw JSONError(translated("a number that is not finite has no JSON form"));
   value_ = Number{shortestText(value)};
 }
 
 JSONValue JSONValue::parse(std::string_view text) {
   if (text.size() > maximumSize)
-    throw JSONError("the text is too long");
+    throw JSONError(translated("the text is too long"));
   if (const auto whole = trimmed(text, jsonSpace); isNumber(whole))
     return readNumber(whole);
   ondemand::parser parser;
@@ -251,7 +254,7 @@ JSONValue JSONValue::parse(std::string_view text) {
   ondemand::document document = unwrap(parser.iterate(padded));
   JSONValue value = read(document, 0);
   if (document.current_location().error() != simdjson::OUT_OF_BOUNDS)
-    throw JSONError("there is more after the value");
+    throw JSONError(translated("there is more after the value"));
   return value;
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "TavrinCore/Text/Texts.h"
+
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -31,17 +33,17 @@ struct DesktopReport {
   std::vector<Item> items;
 };
 
-/// "good", "limited" or "missing".
+/// "good", "limited" or "missing": whoever shows it translates it.
 constexpr const char* name(DesktopReport::State state) {
   switch (state) {
   case DesktopReport::State::good:
-    return "good";
+    return marked("good");
   case DesktopReport::State::limited:
-    return "limited";
+    return marked("limited");
   case DesktopReport::State::missing:
-    return "missing";
+    return marked("missing");
   }
-  return "missing";
+  return marked("missing");
 }
 
 } // namespace tavrin

@@ -11,9 +11,9 @@ DockError::DockError(Case kind, const std::filesystem::path& file, std::string d
 DockError DockError::ofTile(std::string_view section, std::size_t number,
                             std::string_view label) const {
   DockError error = *this;
-  error.tile_ = "tile " + std::to_string(number) + " of " + std::string(section);
-  if (!label.empty())
-    error.tile_ += ", \"" + std::string(label) + "\"";
+  const TextPlaces places = {{"number", number}, {"section", section}, {"label", label}};
+  error.tile_ = label.empty() ? translated("tile {number} of {section}", places)
+                              : translated("tile {number} of {section}, \"{label}\"", places);
   return error;
 }
 

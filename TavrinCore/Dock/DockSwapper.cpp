@@ -2,6 +2,7 @@
 
 #include "TavrinCore/Dock/DockChangeDetector.h"
 #include "TavrinCore/Dock/DockTileMapping.h"
+#include "TavrinCore/Text/Texts.h"
 
 namespace tavrin {
 namespace {
@@ -37,7 +38,7 @@ bool DockSwapper::change(const Plan& plan) const {
     if (!target)
       return attempt > 0;
     if (attempt == mostAttempts)
-      throw DockError::dockReloadFailed("the Dock kept its previous items; try again");
+      throw DockError::dockReloadFailed(translated("the Dock kept its previous items; try again"));
     const DockSnapshot expected = asRead(*target);
     writer.write(*target);
     // Nobody waits for a Dock that restarts; where none does, nobody comes between.

@@ -1,6 +1,7 @@
 #include "TavrinCore/Dock/DockTileMapping.h"
 
 #include "TavrinCore/Dock/DockURLString.h"
+#include "TavrinCore/Text/Texts.h"
 
 namespace tavrin {
 namespace {
@@ -40,9 +41,9 @@ const std::string& requiredAddress(const Dictionary& tile, std::string_view key,
                                    std::string_view context, const std::filesystem::path& file) {
   const auto* text = address(tile, key);
   if (text == nullptr) {
-    std::string fault(context);
-    fault.append(" is missing tile-data.").append(key).append("._CFURLString");
-    throw DockError::plistMalformed(file, fault);
+    throw DockError::plistMalformed(file,
+                                    translated("{tile} is missing tile-data.{key}._CFURLString",
+                                               {{"tile", translation(context)}, {"key", key}}));
   }
   return *text;
 }
@@ -62,7 +63,7 @@ std::optional<Data> serialized(const Dictionary& tile) {
 }
 
 DockItem decodeApp(const Dictionary& tile, const std::filesystem::path& plist) {
-  const auto& text = requiredAddress(tile, fileDataKey, "app tile", plist);
+  const auto& text = requiredAddress(tile, fileDataKey, marked("app tile"), plist);
   return {AppEntry{.path = DockURLString::path(text),
                    .bundleIdentifier = dataText(tile, bundleIdentifierKey),
                    .displayName = dataText(tile, fileLabelKey),
@@ -70,7 +71,7 @@ DockItem decodeApp(const Dictionary& tile, const std::filesystem::path& plist) {
 }
 
 DockItem decodeFile(const Dictionary& tile, bool isDirectory, const std::filesystem::path& plist) {
-  const auto& text = requiredAddress(tile, fileDataKey, "file tile", plist);
+  const auto& text = requiredAddress(tile, fileDataKey, marked("file tile"), plist);
   return {FileEntry{.path = DockURLString::path(text),
                     .displayName = dataText(tile, fileLabelKey),
                     .isDirectory = isDirectory,
@@ -79,7 +80,7 @@ DockItem decodeFile(const Dictionary& tile, bool isDirectory, const std::filesys
 }
 
 DockItem decodeURL(const Dictionary& tile, const std::filesystem::path& plist) {
-  const auto& text = requiredAddress(tile, urlKey, "url tile", plist);
+  const auto& text = requiredAddress(tile, urlKey, marked("url tile"), plist);
   return {URLEntry{.url = text, .displayName = dataText(tile, labelKey), .tile = serialized(tile)}};
 }
 
@@ -179,7 +180,7 @@ DockItem decodeItem(const Dictionary& tile, DockSection section,
   const auto* value = find(tile, typeKey);
   const auto* type = value == nullptr ? nullptr : value->string();
   if (type == nullptr)
-    throw DockError::plistMalformed(file, "tile is missing tile-type");
+    throw DockError::plistMalformed(file, translated("tile is missing tile-type"));
   if (const auto variant = enumNamed<SpacerVariant>(*type))
     return {*variant};
   if (*type == "file-tile")
@@ -230,7 +231,8 @@ std::vector<Dictionary> tileArray(const PropertyList* value, std::string_view ke
   const auto* items = value->array();
   const auto isDictionary = [](const PropertyList& one) { return one.dictionary() != nullptr; };
   if (items == nullptr || !std::all_of(items->begin(), items->end(), isDictionary))
-    throw DockError::plistMalformed(file, std::string(key) + " is not an array of dicts");
+    throw DockError::plistMalformed(file,
+                                    translated("{key} is not an array of dicts", {{"key", key}}));
   tiles.reserve(items->size());
   for (const auto& item : *items)
     tiles.push_back(*item.dictionary());

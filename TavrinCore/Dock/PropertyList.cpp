@@ -1,5 +1,7 @@
 #include "TavrinCore/Dock/PropertyList.h"
 
+#include "TavrinCore/Text/Texts.h"
+
 #include <utility>
 
 namespace tavrin {
@@ -13,7 +15,8 @@ PropertyList::PropertyList(std::uint64_t value) {
 
 PropertyList PropertyList::parse(std::string_view bytes) {
   if (bytes.size() > maximumSize)
-    throw PropertyListError("it holds more than " + std::to_string(maximumSize) + " bytes");
+    throw PropertyListError(
+        translated("it holds more than {number} bytes", {{"number", maximumSize}}));
   return bytes.starts_with("bplist") ? detail::parseBinaryPropertyList(bytes)
                                      : detail::parseXMLPropertyList(bytes);
 }

@@ -1,5 +1,7 @@
 #include "TavrinCore/Dock/PropertyList.h"
 
+#include "TavrinCore/Text/Texts.h"
+
 #include <algorithm>
 #include <bit>
 #include <unicode/ustring.h>
@@ -31,14 +33,14 @@ enum Marker : unsigned {
 };
 
 [[noreturn]] void refuse(const char* what) {
-  throw PropertyListError(what);
+  throw PropertyListError(translated(what));
 }
 
 class Reader {
 public:
   explicit Reader(std::string_view bytes) : bytes_(bytes) {
     if (bytes.size() < headerSize + trailerSize || !bytes.starts_with("bplist0"))
-      refuse("it is cut short");
+      refuse(marked("it is cut short"));
     const auto trailer = bytes.size() - trailerSize;
     offsetSize_ = number(trailer + 6, 1);
     referenceSize_ = number(trailer + 7, 1);
@@ -47,7 +49,7 @@ public:
     table_ = number(trailer + 24, 8);
     if (offsetSize_ < 1 || offsetSize_ > 8 || referenceSize_ < 1 || referenceSize_ > 8 ||
         table_ < headerSize || table_ > trailer || count_ > (trailer - table_) / offsetSize_)
-      refuse("its table of objects does not fit");
+      refuse(marked("its table of objects does not fit"));
   }
 
   PropertyList read() { return object(root_, 0); }
@@ -61,7 +63,7 @@ private:
 
   std::uint64_t number(std::size_t at, std::size_t size) const {
     if (size > bytes_.size() || at > bytes_.size() - size)
-      refuse("an object is cut short");
+      refuse(marked("an object is cut short"));
     std::uint64_t value = 0;
     for (std::size_t i = 0; i < size; ++i)
       value = value << 8 | static_cast<unsigned char>(bytes_[at + i]);
@@ -70,14 +72,14 @@ private:
 
   std::string_view content(const Span& span, std::size_t unit) const {
     if (span.count > bytes_.size() / unit || span.start > bytes_.size() - span.count * unit)
-      refuse("an object is cut short");
+      refuse(marked("an object is cut short"));
     return bytes_.substr(span.start, span.count * unit);
   }
 
   void spend(std::size_t cost) {
     spent_ += cost;
     if (spent_ > expansionLimit)
-      refuse("its shared objects grow beyond all measure");
+      refuse(marked("its shared objects grow beyond all measure"));
   }
 
   Span span(std::size_t at) const {
@@ -86,14 +88,14 @@ private:
       return {at + 1, low};
     const auto marker = number(at + 1, 1);
     if ((marker & 0xF0) != integerMarker || (marker & 0x0F) > 3)
-      refuse("a length is no whole number");
+      refuse(marked("a length is no whole number"));
     const std::size_t size = std::size_t{1} << (marker & 0x0F);
     return {at + 2 + size, number(at + 2, size)};
   }
 
   PropertyList integer(std::size_t at, unsigned power) const {
     if (power > 4)
-      refuse("a whole number is wider than 128 bits");
+      refuse(marked("a whole number is wider than 128 bits"));
     if (power < 3)
       return number(at + 1, std::size_t{1} << power);
     if (power == 3)
@@ -103,7 +105,7 @@ private:
     if (high == 0)
       return low;
     if (high != ~std::uint64_t{0} || low >> 63 == 0)
-      refuse("a whole number is beyond 64 bits");
+      refuse(marked("a whole number is beyond 64 bits"));
     return static_cast<std::int64_t>(low);
   }
 
@@ -112,14 +114,14 @@ private:
       return double{std::bit_cast<float>(static_cast<std::uint32_t>(number(at + 1, 4)))};
     if (power == 3)
       return std::bit_cast<double>(number(at + 1, 8));
-    refuse("a real number is neither of 32 nor of 64 bits");
+    refuse(marked("a real number is neither of 32 nor of 64 bits"));
   }
 
   std::string ascii(const Span& span) const {
     const auto text = content(span, 1);
     for (const char c : text)
       if (static_cast<unsigned char>(c) > 0x7F)
-        refuse("a text is not ASCII");
+        refuse(marked("a text is not ASCII"));
     return std::string(text);
   }
 
@@ -134,7 +136,7 @@ private:
     u_strToUTF8(text.data(), static_cast<int32_t>(text.size()), &length, units.data(),
                 static_cast<int32_t>(units.size()), &error);
     if (error != U_STRING_NOT_TERMINATED_WARNING && U_FAILURE(error))
-      refuse("a text is not UTF-16");
+      refuse(marked("a text is not UTF-16"));
     text.resize(static_cast<std::size_t>(length));
     return text;
   }
@@ -155,7 +157,7 @@ private:
     for (std::size_t i = 0; i < span.count; ++i) {
       auto key = object(number(span.start + i * referenceSize_, referenceSize_), depth + 1);
       if (key.string() == nullptr)
-        refuse("a key is no text");
+        refuse(marked("a key is no text"));
       entries.insert_or_assign(
           *key.string(), object(number(values + i * referenceSize_, referenceSize_), depth + 1));
     }
@@ -164,13 +166,13 @@ private:
 
   PropertyList object(std::uint64_t index, std::size_t depth) {
     if (index >= count_)
-      refuse("a reference leads nowhere");
+      refuse(marked("a reference leads nowhere"));
     // Also ends a list that holds itself.
     if (depth > PropertyList::maximumDepth)
-      refuse("the values are nested too deeply");
+      refuse(marked("the values are nested too deeply"));
     const auto at = number(table_ + index * offsetSize_, offsetSize_);
     if (at < headerSize || at >= table_)
-      refuse("an object lies outside");
+      refuse(marked("an object lies outside"));
     const auto marker = static_cast<unsigned>(number(at, 1));
     const unsigned low = marker & 0x0F;
     spend(sizeof(PropertyList));
@@ -181,7 +183,7 @@ private:
       return real(at, low);
     case uidMarker:
       if (low > 7)
-        refuse("a reference is wider than 64 bits");
+        refuse(marked("a reference is wider than 64 bits"));
       return PropertyList::UID{number(at + 1, low + 1)};
     default:
       return marker == falseMarker || marker == trueMarker ? PropertyList(marker == trueMarker)
@@ -207,7 +209,7 @@ private:
     case dictionaryMarker:
       return dictionary(parts, depth);
     default:
-      refuse("an object is of no known type");
+      refuse(marked("an object is of no known type"));
     }
   }
 
@@ -247,7 +249,7 @@ private:
   /// An upper bound, texts that occur again counted again.
   static std::size_t countOf(const PropertyList& one, std::size_t depth) {
     if (depth > PropertyList::maximumDepth)
-      refuse("the values are nested too deeply");
+      refuse(marked("the values are nested too deeply"));
     std::size_t count = 1;
     if (const auto* items = one.array())
       for (const auto& item : *items)
@@ -299,7 +301,7 @@ private:
     u_strFromUTF8(units.data(), static_cast<int32_t>(units.size()), &length, text.data(),
                   static_cast<int32_t>(text.size()), &error);
     if (U_FAILURE(error))
-      refuse("a text is not UTF-8");
+      refuse(marked("a text is not UTF-8"));
     units.resize(static_cast<std::size_t>(length));
     header(utf16Marker, units.size());
     for (const char16_t unit : units)

@@ -2,12 +2,14 @@
 
 #include "TavrinCore/Text/Numbers.h"
 #include "TavrinCore/Text/Text.h"
+#include "TavrinCore/Text/Texts.h"
 
 #include <algorithm>
 #include <array>
 #include <charconv>
 #include <chrono>
 #include <expat.h>
+#include <fmt/format.h>
 #include <limits>
 #include <memory>
 #include <utility>
@@ -33,8 +35,9 @@ constexpr std::array tagNames = {
 
 constexpr std::string_view blanks = " \t\r\n";
 
-[[noreturn]] void refuse(std::string_view what, std::string_view text) {
-  throw PropertyListError("\"" + std::string(text.substr(0, 40)) + "\" is no " + std::string(what));
+/// `sentence` has a place for the text.
+[[noreturn]] void refuse(const char* sentence, std::string_view text) {
+  throw PropertyListError(translated(sentence, {{"text", text.substr(0, 40)}}));
 }
 
 PropertyList integerFrom(std::string_view source) {
@@ -51,11 +54,11 @@ PropertyList integerFrom(std::string_view source) {
   const auto [end, error] =
       std::from_chars(text.data(), text.data() + text.size(), magnitude, base);
   if (error != std::errc() || end != text.data() + text.size())
-    refuse("whole number of 64 bits", source);
+    refuse(marked("\"{text}\" is no whole number of 64 bits"), source);
   if (!isNegative)
     return magnitude;
   if (magnitude > std::uint64_t{1} << 63)
-    refuse("whole number of 64 bits", source);
+    refuse(marked("\"{text}\" is no whole number of 64 bits"), source);
   return static_cast<std::int64_t>(~magnitude + 1);
 }
 
@@ -66,7 +69,7 @@ PropertyList realFrom(std::string_view source) {
   double value = 0;
   const auto [end, error] = doubleFromChars(text.data(), text.data() + text.size(), value);
   if (error != std::errc() || end != text.data() + text.size())
-    refuse("number", source);
+    refuse(marked("\"{text}\" is no number"), source);
   return value;
 }
 
@@ -76,13 +79,13 @@ PropertyList dateFrom(std::string_view source) {
   const auto take = [&](std::size_t digits, std::string_view after) {
     const auto number = takeDigits(text, digits);
     if (!number || !text.starts_with(after))
-      refuse("date", source);
+      refuse(marked("\"{text}\" is no date"), source);
     text.remove_prefix(after.size());
     return *number;
   };
   const auto yearDigits = text.find('-');
   if (yearDigits == std::string_view::npos || yearDigits < 4 || yearDigits > 5)
-    refuse("date", source);
+    refuse(marked("\"{text}\" is no date"), source);
   const std::chrono::year year(take(yearDigits, "-"));
   const std::chrono::month month(static_cast<unsigned>(take(2, "-")));
   const std::chrono::day day(static_cast<unsigned>(take(2, "T")));
@@ -91,7 +94,7 @@ PropertyList dateFrom(std::string_view source) {
   const int second = take(2, "Z");
   const std::chrono::year_month_day date(year, month, day);
   if (!date.ok() || hour > 23 || minute > 59 || second > 60 || !text.empty())
-    refuse("date", source);
+    refuse(marked("\"{text}\" is no date"), source);
   const auto days = std::chrono::sys_days(date).time_since_epoch().count();
   return Date::fromUnixSeconds(double(days) * 86400 + hour * 3600 + minute * 60 + second);
 }
@@ -103,7 +106,7 @@ PropertyList dataFrom(const std::string& source) {
       packed += c;
   auto data = Data::fromBase64(packed);
   if (!data)
-    refuse("base64 data", source);
+    refuse(marked("\"{text}\" is no base64 data"), source);
   return std::move(*data);
 }
 
@@ -124,11 +127,9 @@ public:
     if (error_)
       std::rethrow_exception(error_);
     if (status != XML_STATUS_OK)
-      throw PropertyListError(std::string(XML_ErrorString(XML_GetErrorCode(parser_.get()))) +
-                              " in line " +
-                              std::to_string(XML_GetCurrentLineNumber(parser_.get())));
+      throw PropertyListError(fault());
     if (!root_)
-      throw PropertyListError("there is no value in it");
+      throw PropertyListError(translated("there is no value in it"));
     return std::move(*root_);
   }
 
@@ -139,19 +140,29 @@ private:
     std::optional<std::string> key = {};
   };
 
+  /// The parser's own words are English.
+  std::string fault() const {
+    const auto line = XML_GetCurrentLineNumber(parser_.get());
+    return textLanguage() == "en"
+               ? fmt::format("{} in line {}", XML_ErrorString(XML_GetErrorCode(parser_.get())),
+                             line)
+               : translated("line {number} is not written as XML asks", {{"number", line}});
+  }
+
   void start(std::string_view name) {
     const auto* found = std::find_if(tagNames.begin(), tagNames.end(),
                                      [&](auto& one) { return one.second == name; });
     if (found == tagNames.end())
-      throw PropertyListError("<" + std::string(name.substr(0, 40)) + "> has no meaning there");
+      throw PropertyListError(
+          translated("<{name}> has no meaning there", {{"name", name.substr(0, 40)}}));
     const Tag tag = found->first;
     const bool isOutside = levels_.empty();
     if (isOutside != (tag == Tag::plist))
-      throw PropertyListError("<plist> must be around everything");
+      throw PropertyListError(translated("<plist> must be around everything"));
     if (!isOutside)
       checkPlace(tag);
     if (levels_.size() > PropertyList::maximumDepth)
-      throw PropertyListError("the values are nested too deeply");
+      throw PropertyListError(translated("the values are nested too deeply"));
     levels_.push_back({tag, tag == Tag::array ? PropertyList(PropertyList::Array{})
                                               : PropertyList(PropertyList::Dictionary{})});
     text_.clear();
@@ -162,18 +173,18 @@ private:
     switch (parent.tag) {
     case Tag::plist:
       if (root_ || tag == Tag::key)
-        throw PropertyListError("there must be one value in <plist>");
+        throw PropertyListError(translated("there must be one value in <plist>"));
       return;
     case Tag::dict:
       if (parent.key.has_value() == (tag == Tag::key))
-        throw PropertyListError("a dictionary must alternate keys and values");
+        throw PropertyListError(translated("a dictionary must alternate keys and values"));
       return;
     case Tag::array:
       if (tag == Tag::key)
-        throw PropertyListError("a key must stand in a dictionary");
+        throw PropertyListError(translated("a key must stand in a dictionary"));
       return;
     default:
-      throw PropertyListError("a simple value must hold no other");
+      throw PropertyListError(translated("a simple value must hold no other"));
     }
   }
 
@@ -189,7 +200,8 @@ private:
       return;
     case Tag::dict:
       if (level.key)
-        throw PropertyListError("the key \"" + level.key->substr(0, 40) + "\" has no value");
+        throw PropertyListError(
+            translated("the key \"{key}\" has no value", {{"key", level.key->substr(0, 40)}}));
       return store(std::move(level.value));
     case Tag::array:
     case Tag::yes:
@@ -227,7 +239,7 @@ private:
     if (holdsText)
       text_ += text;
     else if (!trimmed(text, blanks).empty())
-      refuse("value", trimmed(text, blanks));
+      refuse(marked("\"{text}\" is no value"), trimmed(text, blanks));
   }
 
   /// Exceptions must not pass through the C parser: they stop it and are thrown afterwards.
@@ -255,7 +267,7 @@ private:
   }
   static void XMLCALL declared(void* self, const XML_Char*, int, const XML_Char*, int,
                                const XML_Char*, const XML_Char*, const XML_Char*, const XML_Char*) {
-    guarded(self, [](XMLReader&) { throw PropertyListError("it declares entities"); });
+    guarded(self, [](XMLReader&) { throw PropertyListError(translated("it declares entities")); });
   }
 
   struct FreeParser {

@@ -1,6 +1,7 @@
 #include "TavrinCore/Dock/PropertyList.h"
 
 #include "TavrinCore/Text/Text.h"
+#include "TavrinCore/Text/Texts.h"
 
 #include <algorithm>
 #include <chrono>
@@ -18,14 +19,14 @@ constexpr std::string_view header = R"(<?xml version="1.0" encoding="UTF-8"?>
 /// XML 1.0, section 2.2.
 void checkCharacters(std::string_view text) {
   if (!isUTF8(text))
-    throw PropertyListError("a text is not UTF-8");
+    throw PropertyListError(translated("a text is not UTF-8"));
   const auto isControl = [](char c) {
     return static_cast<unsigned char>(c) < 0x20 && c != '\t' && c != '\n' && c != '\r';
   };
   if (std::any_of(text.begin(), text.end(), isControl) ||
       text.find("\uFFFE") != std::string_view::npos ||
       text.find("\uFFFF") != std::string_view::npos)
-    throw PropertyListError("a text holds a character that XML cannot");
+    throw PropertyListError(translated("a text holds a character that XML cannot"));
 }
 
 std::string dateText(Date date) {
@@ -33,7 +34,7 @@ std::string dateText(Date date) {
   const double days = std::floor(seconds / 86400);
   // 0000-01-01 and 32767-12-31.
   if (!(days >= -719528 && days <= 11248737))
-    throw PropertyListError("a date is outside the years that XML can hold");
+    throw PropertyListError(translated("a date is outside the years that XML can hold"));
   const std::chrono::year_month_day day{
       std::chrono::sys_days(std::chrono::days(static_cast<int>(days)))};
   const int rest = static_cast<int>(seconds - days * 86400);
@@ -112,7 +113,7 @@ private:
 
   void value(const PropertyList& one, std::size_t depth) {
     if (depth > PropertyList::maximumDepth)
-      throw PropertyListError("the values are nested too deeply");
+      throw PropertyListError(translated("the values are nested too deeply"));
     indent(depth);
     if (const auto* boolean = one.boolean())
       out_ += *boolean ? "<true/>\n" : "<false/>\n";

@@ -49,16 +49,21 @@ std::string numberText(const FieldInfo& field, double value) {
   if (isSeconds(field))
     return durationText(value);
   const bool sticks = field.unit == "°" || field.unit == "%";
-  return field.unit.empty() ? fmt::format("{}", value)
-                            : fmt::format("{}{}{}", value, sticks ? "" : " ", field.unit);
+  return field.unit.empty()
+             ? fmt::format("{}", value)
+             : fmt::format("{}{}{}", value, sticks ? "" : " ", translation(field.unit));
 }
 
 JSONValue switchFromText(const FieldInfo& field, std::string_view text) {
   const auto word = lowered(text);
-  for (const auto* yes : {"yes", "true", "on", "1"})
+  for (const std::string_view yes :
+       {std::string_view("yes"), std::string_view("true"), std::string_view("on"),
+        std::string_view("1"), translation("yes")})
     if (word == yes)
       return true;
-  for (const auto* no : {"no", "false", "off", "0"})
+  for (const std::string_view no :
+       {std::string_view("no"), std::string_view("false"), std::string_view("off"),
+        std::string_view("0"), translation("no")})
     if (word == no)
       return false;
   refuse(field, text);
@@ -72,8 +77,9 @@ std::optional<double> plainNumber(std::string_view text, std::string_view unit) 
   auto rest = text.substr(static_cast<std::size_t>(end - text.data()));
   while (rest.starts_with(' '))
     rest.remove_prefix(1);
-  return rest.empty() || (!unit.empty() && lowered(rest) == lowered(unit)) ? std::optional(value)
-                                                                           : std::nullopt;
+  const bool isUnit =
+      !unit.empty() && (lowered(rest) == lowered(unit) || rest == translation(unit));
+  return rest.empty() || isUnit ? std::optional(value) : std::nullopt;
 }
 
 JSONValue numberFromText(const FieldInfo& field, std::string_view text) {
@@ -123,7 +129,9 @@ bool listsApplications(const FieldInfo& field) {
 JSONValue listFromText(const FieldInfo& field, std::string_view text) {
   const bool hasPlainItems =
       field.elementType != FieldType::record && field.elementType != FieldType::list;
-  for (const auto* nothing : {"none", "null", "empty"})
+  for (const std::string_view nothing :
+       {std::string_view("none"), std::string_view("null"), std::string_view("empty"),
+        translation("none"), translation("empty")})
     if (lowered(text) == nothing)
       text = {};
   const bool namesApplications = listsApplications(field);
@@ -174,7 +182,8 @@ constexpr std::string_view allowedText(FieldRole role) {
 }
 
 std::string rangeText(const FieldInfo& field) {
-  return numberText(field, field.range->lower) + " to " + numberText(field, field.range->upper);
+  return translated("{least} to {most}", {{"least", numberText(field, field.range->lower)},
+                                          {"most", numberText(field, field.range->upper)}});
 }
 
 std::string scalarAllowedText(const FieldInfo& field) {
@@ -316,7 +325,8 @@ std::string noneCalled(std::string_view what, std::string_view reference,
 }
 
 JSONValue settingFromText(const FieldInfo& field, std::string_view text, Date now) {
-  if (field.isNullable && (lowered(text) == "null" || lowered(text) == "none"))
+  if (field.isNullable &&
+      (lowered(text) == "null" || lowered(text) == "none" || text == translation("none")))
     return {};
   switch (field.type) {
   case FieldType::boolean:
@@ -351,10 +361,10 @@ JSONValue settingFromText(const FieldInfo& field, std::string_view text, Date no
 
 std::string settingText(const FieldInfo& field, const JSONValue& value) {
   if (value.isNull())
-    return "none";
+    return translated("none");
   const auto number = value.doubleValue();
   if (field.type == FieldType::boolean && value.boolean() != nullptr)
-    return *value.boolean() ? "yes" : "no";
+    return *value.boolean() ? translated("yes") : translated("no");
   if ((field.type == FieldType::integer || field.type == FieldType::number) && number)
     return numberText(field, *number);
   if (field.type == FieldType::date && number)
@@ -363,12 +373,12 @@ std::string settingText(const FieldInfo& field, const JSONValue& value) {
     std::string text;
     for (const auto& item : *value.array())
       text += (text.empty() ? "" : ", ") + settingText(field.element(), item);
-    return text.empty() ? "empty" : text;
+    return text.empty() ? translated("empty") : text;
   }
   if (const auto hotkey = isHotkey(field) ? storedHotkey(value) : std::nullopt)
     return hotkeyText(*hotkey);
   if (const auto* string = value.string())
-    return string->empty() ? "empty" : *string;
+    return string->empty() ? translated("empty") : *string;
   return value.compact();
 }
 

@@ -3,6 +3,7 @@
 #include "TavrinCore/Base/Calendar.h"
 #include "TavrinCore/Text/Numbers.h"
 #include "TavrinCore/Text/Text.h"
+#include "TavrinCore/Text/Texts.h"
 
 #include <array>
 #include <charconv>
@@ -40,20 +41,29 @@ bool take(std::string_view& text, std::string_view expected) {
   return true;
 }
 
+struct TimeUnit {
+  std::string_view name;
+  double seconds;
+};
+
+/// Those in which lengths of time are told, in the user's language.
+constexpr std::array shownUnits = {TimeUnit{marked("d"), day}, TimeUnit{marked("h"), hour},
+                                   TimeUnit{marked("min"), minute}, TimeUnit{marked("s"), 1}};
+
 std::optional<double> takeTimeUnit(std::string_view& text) {
-  struct Unit {
-    std::string_view name;
-    double seconds;
-  };
   // Longer names first: "min" before "m".
   constexpr std::array units = {
-      Unit{"seconds", 1},    Unit{"minutes", minute}, Unit{"second", 1},   Unit{"minute", minute},
-      Unit{"hours", hour},   Unit{"weeks", 7 * day},  Unit{"hour", hour},  Unit{"days", day},
-      Unit{"week", 7 * day}, Unit{"sec", 1},          Unit{"min", minute}, Unit{"day", day},
-      Unit{"s", 1},          Unit{"m", minute},       Unit{"h", hour},     Unit{"d", day},
-      Unit{"w", 7 * day}};
+      TimeUnit{"seconds", 1},     TimeUnit{"minutes", minute}, TimeUnit{"second", 1},
+      TimeUnit{"minute", minute}, TimeUnit{"hours", hour},     TimeUnit{"weeks", 7 * day},
+      TimeUnit{"hour", hour},     TimeUnit{"days", day},       TimeUnit{"week", 7 * day},
+      TimeUnit{"sec", 1},         TimeUnit{"min", minute},     TimeUnit{"day", day},
+      TimeUnit{"s", 1},           TimeUnit{"m", minute},       TimeUnit{"h", hour},
+      TimeUnit{"d", day},         TimeUnit{"w", 7 * day}};
   for (const auto& unit : units)
     if (take(text, unit.name))
+      return unit.seconds;
+  for (const auto& unit : shownUnits)
+    if (take(text, translation(unit.name)))
       return unit.seconds;
   return std::nullopt;
 }
@@ -208,19 +218,16 @@ std::string dateText(Date date) {
 
 std::string durationText(double seconds) {
   if (!(std::abs(seconds) < 1e12) || seconds != std::floor(seconds) || seconds < 0)
-    return fmt::format("{} s", seconds);
+    return fmt::format("{} {}", seconds, translation("s"));
   auto rest = static_cast<long long>(seconds);
   std::string text;
-  const auto part = [&](long long size, const char* name) {
+  for (const auto& unit : shownUnits) {
+    const auto size = static_cast<long long>(unit.seconds);
     if (rest >= size)
-      text += fmt::format("{}{} {}", text.empty() ? "" : " ", rest / size, name);
+      text += fmt::format("{}{} {}", text.empty() ? "" : " ", rest / size, translation(unit.name));
     rest %= size;
-  };
-  part(86400, "d");
-  part(3600, "h");
-  part(60, "min");
-  part(1, "s");
-  return text.empty() ? "0 s" : text;
+  }
+  return text.empty() ? fmt::format("0 {}", translation("s")) : text;
 }
 
 } // namespace tavrin

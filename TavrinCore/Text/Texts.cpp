@@ -121,6 +121,12 @@ TextPlace::TextPlace(std::string_view name, double value)
     value_.replace(point, 1, decimalSeparator());
 }
 
+TextPlace TextPlace::ofCount(std::string_view name, long long count) {
+  TextPlace place(name, countText(count));
+  place.isNumber_ = true;
+  return place;
+}
+
 std::string_view translation(std::string_view english) {
   // The text that is empty names the catalogue's own header.
   const auto* catalogue = use().catalogue;
@@ -149,7 +155,7 @@ std::string plural(std::string_view one, std::string_view many, long long count,
   const auto* catalogue = use().catalogue;
   const auto found = catalogue != nullptr ? catalogue->find(one, size) : std::string_view();
   const bool isTranslated = !found.empty() && suits(found, many, true);
-  const TextPlace counted(countPlace, count);
+  const auto counted = TextPlace::ofCount(countPlace, count);
   return Filling(places, &counted, isTranslated && use().isRightToLeft)
       .of(isTranslated ? found : english);
 }

@@ -23,6 +23,8 @@ public:
   template <std::integral Number>
   TextPlace(std::string_view name, Number value)
       : name_(name), value_(std::to_string(value)), isNumber_(true) {}
+  /// With its thousands apart.
+  static TextPlace ofCount(std::string_view name, long long count);
   /// With as many digits as tell it, and the language's decimal separator.
   TextPlace(std::string_view name, double value);
   /// A toolkit's text.

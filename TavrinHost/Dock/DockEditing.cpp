@@ -221,12 +221,12 @@ std::string described(const PlacedDockItem& placed) {
 
 std::string_view kindWord(const DockItem& item) {
   if (item.app() != nullptr)
-    return "app";
+    return marked("app");
   if (item.url() != nullptr)
-    return "link";
+    return marked("link");
   if (item.spacer() != nullptr)
-    return "spacer";
-  return item.file()->isDirectory ? "folder" : "file";
+    return marked("spacer");
+  return item.file()->isDirectory ? marked("folder") : marked("file");
 }
 
 std::string addressOf(const DockItem& item) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "TavrinCore/Text/Texts.h"
+
 #include <dlfcn.h>
 #include <initializer_list>
 #include <string>
@@ -34,7 +36,7 @@ public:
   /// Why the last library or function of this thread was not found; a sentence's end.
   static std::string reason() {
     const char* text = ::dlerror();
-    return text != nullptr ? text : "it is not there";
+    return text != nullptr ? text : translated("it is not there");
   }
 
 private:

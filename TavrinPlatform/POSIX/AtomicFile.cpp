@@ -20,12 +20,13 @@ constexpr std::string_view temporarySuffix = ".tmp";
 /// A temporary file this much older than a new one belongs to a process that was killed.
 constexpr std::time_t abandonedAfterSeconds = 3600;
 
-[[noreturn]] void fail(const std::string& stage, const fs::path& file, std::string_view reason) {
-  throw FileError(failure(stage + " " + file.string(), reason), reason);
+/// `action` has a place for the file.
+[[noreturn]] void fail(const char* action, const fs::path& file, std::string_view reason) {
+  throw FileError(failure(translated(action, {{"file", file.string()}}), reason), reason);
 }
 
-[[noreturn]] void failWithErrno(const std::string& stage, const fs::path& file) {
-  fail(stage, file, std::generic_category().message(errno));
+[[noreturn]] void failWithErrno(const char* action, const fs::path& file) {
+  fail(action, file, std::generic_category().message(errno));
 }
 
 /// Removes the file when it goes, unless it was kept.
@@ -51,7 +52,7 @@ std::optional<mode_t> permissions(const fs::path& file, FileAccess access) {
   struct stat info {};
   const bool isThere = ::lstat(file.c_str(), &info) == 0;
   if (isThere && !S_ISREG(info.st_mode))
-    fail("replace", file, "it is not a regular file");
+    fail(marked("replace {file}"), file, translated("it is not a regular file"));
   if (access == FileAccess::ownerOnly)
     return S_IRUSR | S_IWUSR;
   return isThere ? std::optional<mode_t>(info.st_mode & 0777) : std::nullopt;
@@ -72,11 +73,11 @@ bool writeAll(int descriptor, std::string_view bytes) {
 void writeContents(const fs::path& temporary, const fs::path& file, std::string_view bytes,
                    std::optional<mode_t> mode, int descriptor) {
   if (mode && ::fchmod(descriptor, *mode) != 0)
-    failWithErrno("set the permissions of", temporary);
+    failWithErrno(marked("set the permissions of {file}"), temporary);
   if (!writeAll(descriptor, bytes))
-    failWithErrno("write the new contents of", file);
+    failWithErrno(marked("write the new contents of {file}"), file);
   if (!flushToDisk(descriptor))
-    failWithErrno("flush to disk", file);
+    failWithErrno(marked("flush to disk {file}"), file);
 }
 
 void flushFolder(const fs::path& folder, const fs::path& file) {
@@ -84,7 +85,7 @@ void flushFolder(const fs::path& folder, const fs::path& file) {
   // A file system that cannot flush a folder says EINVAL; a folder may be writable but not
   // readable.
   if (!descriptor ? errno != EACCES : ::fsync(descriptor.number()) != 0 && errno != EINVAL)
-    failWithErrno("flush the folder of", file);
+    failWithErrno(marked("flush the folder of {file}"), file);
 }
 
 /// Removes what killed processes left in `folder`, judged by the file system's own clock.
@@ -104,8 +105,9 @@ void removeAbandoned(const fs::path& folder, std::time_t now) {
 std::string checkedText(const fs::path& file, const JSONValue& document) {
   std::string text = document.prettyPrinted();
   if (text.size() > JSONValue::maximumSize)
-    fail("write", file,
-         "it would hold more than " + std::to_string(JSONValue::maximumSize) + " bytes");
+    fail(
+        marked("write {file}"), file,
+        translated("it would hold more than {number} bytes", {{"number", JSONValue::maximumSize}}));
   return text;
 }
 
@@ -120,7 +122,7 @@ bool replaceFile(const fs::path& file, std::string_view bytes, FileAccess access
                                      O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW,
                                      access == FileAccess::ownerOnly ? 0600 : 0666));
   if (!descriptor)
-    failWithErrno("make a temporary file for", target);
+    failWithErrno(marked("make a temporary file for {file}"), target);
   TemporaryFile temporary(path);
   writeContents(path, target, bytes, mode, descriptor.number());
   struct stat written {};
@@ -128,7 +130,7 @@ bool replaceFile(const fs::path& file, std::string_view bytes, FileAccess access
   if (seen != nullptr && fileStamp(target) != *seen)
     return false;
   if (::rename(path.c_str(), target.c_str()) != 0)
-    failWithErrno("replace", target);
+    failWithErrno(marked("replace {file}"), target);
   temporary.keep();
   flushFolder(folder, target);
   removeAbandoned(folder, written.st_mtime);
@@ -162,13 +164,13 @@ std::optional<std::string> readFile(const fs::path& file, std::size_t maximumSiz
   if (!descriptor) {
     if (errno == ENOENT)
       return std::nullopt;
-    failWithErrno("open", file);
+    failWithErrno(marked("open {file}"), file);
   }
   struct stat info {};
   if (::fstat(descriptor.number(), &info) != 0)
-    failWithErrno("read", file);
+    failWithErrno(marked("read {file}"), file);
   if (!S_ISREG(info.st_mode))
-    fail("read", file, "it is not a regular file");
+    fail(marked("read {file}"), file, translated("it is not a regular file"));
   std::string bytes;
   std::string buffer(64 * 1024, '\0');
   if (static_cast<std::uintmax_t>(info.st_size) <= maximumSize)
@@ -179,11 +181,12 @@ std::optional<std::string> readFile(const fs::path& file, std::size_t maximumSiz
     if (count == 0)
       return bytes;
     if (count < 0 && errno != EINTR)
-      failWithErrno("read", file);
+      failWithErrno(marked("read {file}"), file);
     if (count > 0)
       bytes.append(buffer, 0, static_cast<std::size_t>(count));
   }
-  fail("read", file, "it holds more than " + std::to_string(maximumSize) + " bytes");
+  fail(marked("read {file}"), file,
+       translated("it holds more than {number} bytes", {{"number", maximumSize}}));
 }
 
 std::optional<JSONValue> readJSONFile(const fs::path& file, std::size_t maximumSize) {
@@ -193,7 +196,7 @@ std::optional<JSONValue> readJSONFile(const fs::path& file, std::size_t maximumS
   try {
     return JSONValue::parse(*bytes);
   } catch (const JSONError& error) {
-    fail("read", file, error.what());
+    fail(marked("read {file}"), file, error.what());
   }
 }
 

@@ -1,6 +1,7 @@
 #include "TavrinPlatform/Files/PlistRoot.h"
 
 #include "TavrinCore/Dock/DockError.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinPlatform/Files/AtomicFile.h"
 
 namespace tavrin {
@@ -23,7 +24,7 @@ std::optional<PropertyList::Dictionary> readPlistRoot(const fs::path& file) {
   } catch (const PropertyListError& error) {
     throw DockError::plistMalformed(file, error.what());
   }
-  throw DockError::plistMalformed(file, "root is not a dictionary");
+  throw DockError::plistMalformed(file, translated("root is not a dictionary"));
 }
 
 void writePlistRoot(const fs::path& file, PropertyList::Dictionary root) {

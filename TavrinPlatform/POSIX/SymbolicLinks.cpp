@@ -17,10 +17,12 @@ fs::path followLinks(const fs::path& file) {
   std::error_code error;
   for (int links = 0; fs::is_symlink(target, error); ++links) {
     if (links == mostLinks)
-      refuse("replace " + file.string(), "its symbolic links lead in a circle");
+      refuse(translated("replace {file}", {{"file", file.string()}}),
+             translated("its symbolic links lead in a circle"));
     const auto next = fs::read_symlink(target, error);
     if (error)
-      refuse("follow the symbolic link " + target.string(), error.message());
+      refuse(translated("follow the symbolic link {link}", {{"link", target.string()}}),
+             error.message());
     target = target.parent_path() / next;
   }
   return target;

@@ -2,6 +2,7 @@
 
 #include "TavrinCore/Settings/FieldControl.h"
 #include "TavrinCore/Settings/SettingText.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
@@ -20,6 +21,15 @@ QString withTitle(QString sentence, const FieldInfo& field) {
   if (!sentence.isEmpty())
     sentence[0] = sentence[0].toUpper();
   return sentence;
+}
+
+/// A choice by its title; what else there is, as it is written.
+std::string shownText(const FieldInfo& field, const JSONValue& value) {
+  const auto* word = value.string();
+  for (std::size_t i = 0; word != nullptr && i < field.choices.size(); ++i)
+    if (field.choices[i] == *word && i < field.choiceTitles.size())
+      return translated(field.choiceTitles[i]);
+  return settingText(field, value);
 }
 
 } // namespace
@@ -94,7 +104,7 @@ void FormRow::show(const JSONValue& record) {
   ++shows_;
   if (isShown_ && control_->isTyping() && !control_->leavesTyping()) {
     if (isOther)
-      remark_ = worded("Changed elsewhere to {value}", {{"value", settingText(field_, value)}});
+      remark_ = worded("Changed elsewhere to {value}", {{"value", shownText(field_, value)}});
     known_ = value;
   } else {
     known_ = value;

@@ -2,15 +2,21 @@
 
 #include "TavrinCore/Base/TimeZone.h"
 #include "TavrinCore/Kinds/Calendar/CalendarSettings.h"
+#include "TavrinCore/Text/DecimalText.h"
 #include "TavrinCore/Text/FoldedWords.h"
+#include "TavrinCore/Text/NameOrder.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QVBoxLayout>
 #include <algorithm>
+#include <array>
 #include <fmt/format.h>
 #include <map>
 #include <memory>
+#include <unicode/timezone.h>
+#include <unicode/tznames.h>
 
 namespace tavrin {
 namespace {
@@ -36,7 +42,41 @@ std::string offsetText(const std::string& zoneID, Date now) {
   return fmt::format("{}{:02}:{:02}", offset < 0 ? "-" : "+", minutes / 60, minutes % 60);
 }
 
+std::string utf8Of(const icu::UnicodeString& text) {
+  std::string bytes;
+  return text.toUTF8String(bytes);
+}
+
+icu::Locale namesLocale() {
+  const auto language = textLanguage();
+  return {language.substr(0, language.find('@')).c_str()};
+}
+
+/// In the user's language: "Kairo" of Africa/Cairo.
+std::string localCityOf(const std::string& zoneID) {
+  if (textLanguage() == "en")
+    return cityOf(zoneID);
+  UErrorCode error = U_ZERO_ERROR;
+  // Kept for the list of all zones, which asks some six hundred times.
+  static const std::unique_ptr<icu::TimeZoneNames> names(
+      icu::TimeZoneNames::createInstance(namesLocale(), error));
+  icu::UnicodeString city;
+  if (names != nullptr)
+    names->getExemplarLocationName(icu::UnicodeString::fromUTF8(zoneID), city);
+  return city.isEmpty() || city.isBogus() ? cityOf(zoneID) : utf8Of(city);
+}
+
+/// In English the first part of the zone's name, else the country in the user's language.
 std::string regionOf(const std::string& zoneID) {
+  if (textLanguage() != "en") {
+    UErrorCode error = U_ZERO_ERROR;
+    std::array<char, 8> code{};
+    icu::TimeZone::getRegion(icu::UnicodeString::fromUTF8(zoneID), code.data(),
+                             static_cast<std::int32_t>(code.size()), error);
+    icu::UnicodeString country;
+    if (U_SUCCESS(error) && std::string_view(code.data()) != "001")
+      return utf8Of(icu::Locale("", code.data()).getDisplayCountry(namesLocale(), country));
+  }
   const auto slash = zoneID.rfind('/');
   auto region = slash == std::string::npos ? std::string() : zoneID.substr(0, slash);
   std::ranges::replace(region, '_', ' ');
@@ -140,26 +180,29 @@ FormControl* makeTimeZoneControl(const FieldInfo& field, const FormServices& ser
     for (const auto& zone : zones) {
       const auto offset = offsetText(zone, now);
       if (!question.isEmpty() && !isOffset(offset, question) &&
-          !matches(cityOf(zone) + " " + regionOf(zone) + " " + zone, question))
+          !matches(localCityOf(zone) + " " + regionOf(zone) + " " + zone, question))
         continue;
       items.push_back({.row = {.id = utf8(zone),
-                               .title = utf8(cityOf(zone)),
+                               .title = utf8(localCityOf(zone)),
                                .subtitle = utf8(regionOf(zone)),
                                .trailing = utf8("UTC" + offset)},
                        .values = {{{}, zone, {}}}});
     }
-    std::ranges::stable_sort(items, {}, [](const PickerItem& item) { return item.row.title; });
+    const NameOrder order;
+    std::ranges::stable_sort(items, [&](const PickerItem& a, const PickerItem& b) {
+      return order(a.row.title.toStdString(), b.row.title.toStdString());
+    });
     const bool isEmpty = items.empty();
     answer(std::move(items), isEmpty ? worded("No time zone goes by that name") : QString());
     return nullptr;
   };
-  return new PickerControl(field, worded("City or offset, such as +5:30"), source,
-                           [&services](const JSONValue& value, const JSONValue&) {
-                             const auto zone = quoted(value);
-                             const auto offset =
-                                 offsetText(zone, services.now ? services.now() : Date{});
-                             return utf8(offset.empty() ? zone : cityOf(zone) + "  UTC" + offset);
-                           });
+  return new PickerControl(
+      field, worded("City or offset, such as +5:30"), source,
+      [&services](const JSONValue& value, const JSONValue&) {
+        const auto zone = quoted(value);
+        const auto offset = offsetText(zone, services.now ? services.now() : Date{});
+        return utf8(offset.empty() ? zone : localCityOf(zone) + "  UTC" + offset);
+      });
 }
 
 FormControl* makeCityControl(const FieldInfo& field, const FormServices& services) {
@@ -194,8 +237,8 @@ FormControl* makeCityControl(const FieldInfo& field, const FormServices& service
     const auto* longitude = record.member("longitude");
     return latitude == nullptr || longitude == nullptr
                ? QString()
-               : utf8(fmt::format("{:.2f}°, {:.2f}°", latitude->doubleValue().value_or(0),
-                                  longitude->doubleValue().value_or(0)));
+               : utf8(fmt::format("{}°, {}°", decimalText(latitude->doubleValue().value_or(0), 2),
+                                  decimalText(longitude->doubleValue().value_or(0), 2)));
   };
   auto* control = new PickerControl(field, worded("City"), source, titleOf);
   control->setAlso({"latitude", "longitude"});

@@ -1,5 +1,6 @@
 #include "TavrinStorage/Dock/CFPreferencesBackend.h"
 
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinStorage/Dock/PlistFileBackend.h"
 
 namespace tavrin {
@@ -17,8 +18,8 @@ void CFPreferencesBackend::writeTiles(const DockTiles& tiles) {
   service_.setAppValue(std::string(DockTiles::appsKey), tileArray(tiles.apps), domain);
   service_.setAppValue(std::string(DockTiles::othersKey), tileArray(tiles.others), domain);
   if (!service_.synchronize(domain))
-    throw DockError::plistWriteFailed(
-        url_, service_.refusal().value_or("cfprefsd refused to synchronize com.apple.dock"));
+    throw DockError::plistWriteFailed(url_, service_.refusal().value_or(translated(
+                                                "cfprefsd refused to synchronize com.apple.dock")));
 }
 
 std::shared_ptr<void> CFPreferencesBackend::exclusiveAccess() {

@@ -1,5 +1,6 @@
 #include "TavrinStorage/Dock/PlistFileBackend.h"
 
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinPlatform/Files/AtomicFile.h"
 #include "TavrinPlatform/Files/DocumentLock.h"
 #include "TavrinPlatform/Files/PlistRoot.h"
@@ -29,7 +30,7 @@ void PlistFileBackend::writeTiles(const DockTiles& tiles) {
 std::shared_ptr<void> exclusiveAccessTo(const fs::path& dockPlist) {
   auto lock = std::make_shared<DocumentLock>(dockPlist);
   if (lock->isTaken())
-    throw DockError::plistWriteFailed(dockPlist, "another process is changing it");
+    throw DockError::plistWriteFailed(dockPlist, translated("another process is changing it"));
   return lock;
 }
 

@@ -26,10 +26,11 @@ void SystemDockReloader::reload() {
         translated("failed to launch killall: {reason}", {{"reason", error.reason()}}));
   }
   if (killed.exitStatus != 0) {
-    std::string reason = "killall exited with " + std::to_string(killed.exitStatus);
-    if (killed.standardError)
-      reason.append(": ").append(trimmed(*killed.standardError));
-    throw DockError::dockReloadFailed(reason);
+    throw DockError::dockReloadFailed(
+        killed.standardError
+            ? translated("killall exited with {status}: {words}",
+                         {{"status", killed.exitStatus}, {"words", trimmed(*killed.standardError)}})
+            : translated("killall exited with {status}", {{"status", killed.exitStatus}}));
   }
   for (const double deadline = process_.uptime() + relaunchLimit; process_.uptime() < deadline;
        process_.sleep(relaunchPoll))

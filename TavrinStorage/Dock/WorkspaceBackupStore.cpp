@@ -1,6 +1,7 @@
 #include "TavrinStorage/Dock/WorkspaceBackupStore.h"
 
 #include "TavrinCore/Base/ISO8601.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinPlatform/Files/AtomicFile.h"
 #include "TavrinPlatform/Files/DocumentLock.h"
 #include "TavrinStorage/Timestamp.h"
@@ -18,7 +19,7 @@ namespace fs = std::filesystem;
 constexpr std::string_view infoName = "info.json";
 
 [[noreturn]] void fail(std::string_view what, const fs::path& path, const std::string& reason) {
-  throw FileError(failure(fmt::format("{} {}", what, path.string()), reason), reason);
+  throw FileError(failure(translated(what, {{"path", path.string()}}), reason), reason);
 }
 
 std::optional<WorkspaceBackup> backupIn(const fs::path& folder) {
@@ -46,7 +47,7 @@ template <class Document> Document decodeFile(const fs::path& file) {
   try {
     return json ? decode<Document>(*json) : Document();
   } catch (const CodingError& error) {
-    fail("read", file, error.what());
+    fail(marked("read {path}"), file, error.what());
   }
 }
 
@@ -57,7 +58,7 @@ void deleteBackup(const fs::path& folder) {
   if (!error)
     fs::remove_all(folder, error);
   if (error)
-    fail("delete", folder, error.message());
+    fail(marked("delete {path}"), folder, error.message());
 }
 
 } // namespace
@@ -120,7 +121,7 @@ fs::path WorkspaceBackupStore::makeFolder(WorkspaceBackup::Reason reason, Date m
     folder = directory_ / fmt::format("{}-{:03}-{}", stamp, counter, nameOf(reason));
   }
   if (error)
-    fail("make the folder", folder, error.message());
+    fail(marked("make the folder {path}"), folder, error.message());
   return folder;
 }
 
@@ -134,7 +135,7 @@ std::vector<WorkspaceBackup> WorkspaceBackupStore::list() const {
     if (auto backup = backupIn(entry->path()))
       backups.push_back(std::move(*backup));
   if (error)
-    fail("list the folder", directory_, error.message());
+    fail(marked("list the folder {path}"), directory_, error.message());
   std::sort(backups.begin(), backups.end(), [](const auto& one, const auto& other) {
     return std::tuple(one.date, nameOrder(one)) > std::tuple(other.date, nameOrder(other));
   });
@@ -165,7 +166,8 @@ void WorkspaceBackupStore::restore(const WorkspaceBackup& backup, Date moment) {
   locks.reserve(fileNames.size());
   for (const auto name : fileNames)
     if (locks.emplace_back(dataDirectory_ / name).isTaken())
-      fail("replace", dataDirectory_ / name, "another process is changing it");
+      fail(marked("replace {path}"), dataDirectory_ / name,
+           translated("another process is changing it"));
   auto kept = backUp(WorkspaceBackup::Reason::restore, moment, {backup.url});
   if (!kept && !read(dataDirectory_).empty())
     kept = list().front();

@@ -7,6 +7,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelToolTip.h"
+#include "TavrinWidgetsUI/Kit/Pieces.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewWidget.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
@@ -109,7 +110,7 @@ void AirDropPanelView::showSending() {
     parts << worded("{done} of {all}",
                     {{"done", byteText(static_cast<std::int64_t>(progress.sent))},
                      {"all", byteText(static_cast<std::int64_t>(progress.size))}});
-  detail_->setWords(parts.join(", "));
+  detail_->setWords(joinedPieces(parts, wordedIn("between facts", ", ")));
 }
 
 void AirDropPanelView::showWords() {

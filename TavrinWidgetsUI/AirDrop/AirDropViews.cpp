@@ -1,7 +1,7 @@
 #include "TavrinWidgetsUI/AirDrop/AirDropViews.h"
+#include "TavrinCore/Text/DecimalText.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
-#include <QLocale>
 #include <algorithm>
 
 namespace tavrin {
@@ -34,8 +34,7 @@ AirDropTileState AirDropTileState::of(const AirDropModel& model) {
 }
 
 QString fileCountText(std::size_t count) {
-  return wordedPlural("One file", "{count} files", static_cast<long long>(count),
-                      {{"count", QLocale().toString(qulonglong(count))}});
+  return wordedPlural("One file", "{count} files", static_cast<long long>(count));
 }
 
 QString airDropWord(const AirDropTileState& state) {
@@ -87,7 +86,7 @@ AnyView airDropTileIcon(const AirDropTileState& state, const TileSize& size) {
   content.label = "AirDrop";
   content.value = airDropWord(state);
   if (state.state == State::choosing) {
-    content.figure = QLocale().toString(qulonglong(state.fileCount));
+    content.figure = QString::fromStdString(countText(static_cast<std::int64_t>(state.fileCount)));
     content.caption = wordedPlural("file", "files", static_cast<long long>(state.fileCount));
     content.markRatio = 0.26;
   } else if (state.state == State::sending) {

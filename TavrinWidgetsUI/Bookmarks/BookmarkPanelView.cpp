@@ -130,8 +130,9 @@ PanelRow BookmarkPanelView::row(const Item& item) {
             .symbol = "plus.circle.fill"};
   }
   case Item::Kind::back:
-    return {
-        .id = "back", .title = utf8(settings_.folders[*folder_].title), .symbol = "chevron.left"};
+    return {.id = "back",
+            .title = utf8(settings_.folders[*folder_].title),
+            .symbol = isRightToLeft() ? "chevron.right" : "chevron.left"};
   case Item::Kind::folder: {
     const auto& folder = settings_.folders[*item.place.folder];
     return {.id = QStringLiteral("folder %1").arg(*item.place.folder),

@@ -1,5 +1,6 @@
 #include "TavrinCore/Text/Text.h"
 #include "TavrinWidgetsUI/Calendar/CalendarViews.h"
+#include "TavrinWidgetsUI/Kit/Pieces.h"
 #include "TavrinWidgetsUI/Kit/Utf8.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
@@ -91,14 +92,17 @@ QString eventDetail(const CalendarEvent& event, Date now, const Calendar& calend
   if (event.isAllDay) {
     detail = worded("{day}, all day", {{"day", detail}});
   } else if (calendar.isSameDay(event.start, event.end) || event.end.since(event.start) < 43'200) {
-    detail += ", " + time(event.start, calendar) + "–" + time(event.end, calendar);
+    detail = worded("{day}, {beginning}–{end}", {{"day", detail},
+                                                 {"beginning", time(event.start, calendar)},
+                                                 {"end", time(event.end, calendar)}});
   } else {
-    detail += event.start > now ? ", " + time(event.start, calendar) : QString();
+    if (event.start > now)
+      detail = worded("{day}, {time}", {{"day", detail}, {"time", time(event.start, calendar)}});
     detail = worded("{beginning} until {day}",
                     {{"beginning", detail}, {"day", calendar.localText(event.end, "EEEMMMd")}});
   }
   if (event.location && !trimmed(*event.location).empty())
-    detail += " · " + utf8(*event.location).simplified();
+    return joinedPieces({detail, utf8(*event.location).simplified()});
   return detail;
 }
 

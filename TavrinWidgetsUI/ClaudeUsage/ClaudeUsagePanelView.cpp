@@ -1,6 +1,7 @@
 #include "TavrinWidgetsUI/ClaudeUsage/ClaudeUsagePanelView.h"
 
 #include "TavrinCore/Text/ComputerWords.h"
+#include "TavrinCore/Text/DecimalText.h"
 #include "TavrinWidgetsUI/ClaudeUsage/ClaudeUsageModel.h"
 #include "TavrinWidgetsUI/ClaudeUsage/ClaudeUsageViews.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
@@ -12,7 +13,6 @@
 #include "TavrinWidgetsUI/Kit/Views/ViewWidget.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
-#include <QLocale>
 #include <QVBoxLayout>
 #include <algorithm>
 
@@ -31,7 +31,7 @@ QString shortText(std::int64_t tokens) {
   return QString::fromStdString(ClaudeUsage::shortTokens(tokens));
 }
 QString grouped(std::int64_t number) {
-  return QLocale().toString(static_cast<qlonglong>(number));
+  return QString::fromStdString(countText(number));
 }
 
 /// A quiet name at the left, a number of tokens at the right.
@@ -159,7 +159,7 @@ ClaudeUsagePanelView::ClaudeUsagePanelView(const PanelAppearance& appearance,
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(8);
   messages_->setAlignment(Qt::AlignHCenter);
-  tokens_->setUnit("tokens");
+  tokens_->setUnit(worded("tokens"));
   tokens_->setName(worded("Tokens used"));
   for (QWidget* widget : std::initializer_list<QWidget*>{
            scopes_, tokens_, messages_, budget_, kinds_, daysTitle_, days_, projectsTitle_,

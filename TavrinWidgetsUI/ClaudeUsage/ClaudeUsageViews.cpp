@@ -6,7 +6,6 @@
 #include "TavrinWidgetsUI/Kit/Views/WideTileWords.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
-#include <QLocale>
 #include <algorithm>
 #include <cmath>
 
@@ -121,8 +120,7 @@ QString scopeTitle(ClaudeUsageScope scope) {
 }
 
 QString messagesText(std::int64_t messages) {
-  return wordedPlural("{count} message", "{count} messages", messages,
-                      {{"count", QLocale().toString(static_cast<qlonglong>(messages))}});
+  return wordedPlural("{count} message", "{count} messages", messages);
 }
 
 QString missingLimitsText(bool isConnected) {

@@ -199,9 +199,9 @@ void ClipboardPanelView::showWords() {
 void ClipboardPanelView::refresh() {
   setTitle(QString::fromStdString(model_.widget().name));
   const auto count = model_.items().size();
-  setState(count == 0 ? QString()
-                      : wordedPlural("{count} item", "{count} items", static_cast<long long>(count),
-                                     {{"count", QLocale().toString(qulonglong(count))}}));
+  setState(count == 0
+               ? QString()
+               : wordedPlural("{count} item", "{count} items", static_cast<long long>(count)));
   const auto& trouble = model_.trouble();
   trouble_->setVisible(trouble.has_value());
   if (trouble)

@@ -1,4 +1,6 @@
 #include "TavrinWidgetsUI/Clipboard/ClipboardViews.h"
+#include "TavrinCore/Text/DecimalText.h"
+#include "TavrinWidgetsUI/Kit/Pieces.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <algorithm>
@@ -31,17 +33,19 @@ bool showsPreview(const ClipboardReading& reading, const TileSize& size) {
 }
 
 /// "999", "1.2k", "12k": never wider than the sheet.
-QString countText(std::size_t count) {
+QString shortCount(std::size_t count) {
   if (count < 1000)
     return QString::number(count);
   const double thousands = std::floor(static_cast<double>(count) / 100) / 10;
-  return QString::number(thousands, 'f', thousands < 10 && count % 1000 >= 100 ? 1 : 0) + "k";
+  return QString::fromStdString(
+             decimalText(thousands, thousands < 10 && count % 1000 >= 100 ? 1 : 0)) +
+         "k";
 }
 
 /// The number of items, small, and the newest one's line under it.
 AnyView preview(const ClipboardReading& reading, const TileSize& size) {
   const double points = size.words(0.13);
-  return vstack({text(countText(reading.count))
+  return vstack({text(shortCount(reading.count))
                      .size(points)
                      .weight(FontWeight::bold)
                      .colour(withContrast(clip, sheet)),
@@ -65,7 +69,7 @@ AnyView onSheet(const ClipboardReading& reading, const TileSize& size) {
         .fill();
   if (showsPreview(reading, size))
     return preview(reading, size);
-  return text(countText(reading.count))
+  return text(shortCount(reading.count))
       .size(body * 0.34)
       .weight(FontWeight::semibold)
       .colour(ink)
@@ -168,7 +172,7 @@ PanelRow clipboardRow(const ClipboardItem& item, bool isRevealed, const QString&
     about << QString::fromStdString(byteText(item.byteSize));
   if (hasPreview && item.ogDescription)
     about << QString::fromStdString(*item.ogDescription);
-  row.subtitle = about.join(QStringLiteral(" · "));
+  row.subtitle = joinedPieces(about);
   row.symbol = QString::fromStdString(symbolOf(item));
   if (item.isSensitive)
     row.actions.push_back({isRevealed ? "lock.fill" : "lock.open.fill",

@@ -9,7 +9,6 @@
 #include "TavrinWidgetsUI/Kit/Views/PlainWords.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
-#include <QLocale>
 #include <QMenu>
 #include <QPainter>
 #include <QTimer>
@@ -207,11 +206,9 @@ void CollectionPanelView::refresh() {
     setState(worded("Opening {name}", {{"name", model_.opening()}}), State::active);
   else
     setState(
-        isChoosing ? wordedPlural("{count} chosen", "{count} chosen", static_cast<long long>(count),
-                                  {{"count", QLocale().toString(qulonglong(count))}})
+        isChoosing ? wordedPlural("{count} chosen", "{count} chosen", static_cast<long long>(count))
         : count == 0 ? QString()
-                     : wordedPlural("{count} app", "{count} apps", static_cast<long long>(count),
-                                    {{"count", QLocale().toString(qulonglong(count))}}));
+                     : wordedPlural("{count} app", "{count} apps", static_cast<long long>(count)));
   const auto trouble = QString::fromStdString(model_.trouble());
   trouble_->setWords(trouble);
   trouble_->setVisible(!trouble.isEmpty());

@@ -1,4 +1,5 @@
 #include "TavrinWidgetsUI/Files/FileViews.h"
+#include "TavrinWidgetsUI/Kit/Pieces.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <algorithm>
@@ -122,14 +123,13 @@ AnyView filesWideTile(const FilesReading& reading, const TileSize& size,
     about << newest.bytes;
   if (reading.unfinished > 0)
     about = {worded("Downloading {count}", {{"count", reading.unfinished}})};
-  content.middle =
-      vstack({text(newest.title)
-                  .size(size.words(0.22))
-                  .weight(FontWeight::semibold)
-                  .colour(palette::figure(ground)),
-              text(about.join(QStringLiteral(" · "))).size(size.words(0.17)).colour(quiet)})
-          .align(Alignment::leading)
-          .spacing(body * 0.05);
+  content.middle = vstack({text(newest.title)
+                               .size(size.words(0.22))
+                               .weight(FontWeight::semibold)
+                               .colour(palette::figure(ground)),
+                           text(joinedPieces(about)).size(size.words(0.17)).colour(quiet)})
+                       .align(Alignment::leading)
+                       .spacing(body * 0.05);
   content.actions.push_back(
       {{"open", open}, "arrow.up.right", worded("Open {name}", {{"name", newest.title}}), false});
   return wideTile(content, size);

@@ -1,6 +1,7 @@
 #include "TavrinWidgetsUI/Files/FileWords.h"
 
 #include "TavrinCore/Kinds/Clipboard/ClipboardItem.h"
+#include "TavrinWidgetsUI/Kit/Pieces.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QDateTime>
@@ -194,7 +195,7 @@ PanelRow fileRow(const FolderFile& file, const QImage& picture, const QString& p
     about << QString::fromStdString(byteText(static_cast<std::int64_t>(file.size)));
   if (!place.isEmpty())
     about << place;
-  row.subtitle = about.join(QStringLiteral(" · "));
+  row.subtitle = joinedPieces(about);
   return row;
 }
 

@@ -1,6 +1,7 @@
 #include "TavrinWidgetsUI/Files/QuickLook.h"
 
 #include "TavrinCore/Kinds/Files/FileKind.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinPlatform/Files/FileBeginning.h"
 #include "TavrinWidgetsUI/Files/FileWords.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
@@ -33,7 +34,8 @@ QuickLook::QuickLook(RunLoop& runLoop, int width, QWidget* parent)
   column->setSpacing(8);
   auto* row = new QHBoxLayout;
   row->setSpacing(4);
-  row->addWidget(PanelButton::icon("chevron.left", worded("Back"), [this] { onBack(); }));
+  row->addWidget(PanelButton::icon(isRightToLeft() ? "chevron.right" : "chevron.left",
+                                   worded("Back"), [this] { onBack(); }));
   title_->setSingleLine(true);
   row->addWidget(title_, 1);
   row->addWidget(PanelButton::icon("arrow.up.right", worded("Open"), [this] { onOpen(file_); }));

@@ -6,6 +6,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelGrid.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelUndo.h"
+#include "TavrinWidgetsUI/Kit/Pieces.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QHBoxLayout>
@@ -135,8 +136,9 @@ void ScreenshotPanelView::showChosen() {
   if (!hasChosen)
     return;
   const FolderFile& file = shown_[static_cast<std::size_t>(index)];
-  chosenAbout_->setWords(momentText(file.date, services_.clock.now()) + " · " +
-                         QString::fromStdString(byteText(static_cast<std::int64_t>(file.size))));
+  chosenAbout_->setWords(
+      joinedPieces({momentText(file.date, services_.clock.now()),
+                    QString::fromStdString(byteText(static_cast<std::int64_t>(file.size)))}));
   chosenName_->setWords(fileTitle(file.path));
 }
 

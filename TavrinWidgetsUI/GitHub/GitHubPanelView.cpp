@@ -1,6 +1,8 @@
 #include "TavrinWidgetsUI/GitHub/GitHubPanelView.h"
 
+#include "TavrinCore/Base/Calendar.h"
 #include "TavrinCore/Kinds/GitHub/GitHubSettings.h"
+#include "TavrinCore/Text/DecimalText.h"
 #include "TavrinWidgetsUI/GitHub/GitHubModel.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
@@ -8,7 +10,6 @@
 #include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QDate>
-#include <QLocale>
 
 namespace tavrin {
 namespace {
@@ -39,10 +40,14 @@ AnyView figure(const QString& number, const QString& name, const PanelPalette& c
       .accessibility(name, number);
 }
 
-/// "29 Mar", from a calendar date's text.
+/// "Mar 29" as the locale writes it, from a calendar date's text.
 QString dayText(const std::string& date) {
   const QDate day = QDate::fromString(QString::fromStdString(date), Qt::ISODate);
-  return day.isValid() ? QLocale().toString(day, "d MMM") : QString::fromStdString(date);
+  if (!day.isValid())
+    return QString::fromStdString(date);
+  const Calendar calendar;
+  DateComponents noon{.year = day.year(), .month = day.month(), .day = day.day(), .hour = 12};
+  return QString::fromStdString(calendar.localText(calendar.date(noon), "MMMd"));
 }
 
 } // namespace
@@ -109,17 +114,17 @@ void GitHubPanelView::showList() {
 
 void GitHubPanelView::showContributions() {
   const auto& contributions = *model_.contributions();
-  const QLocale locale;
   grid_->setView(
       ContributionGrid::of(contributions, gridWeeks, colours().control, colours().ground).view());
   grid_->setName(worded("{count} contributions in the last year",
-                        {{"count", locale.toString(contributions.total)}}));
+                        {{"count", countText(contributions.total)}}));
   const auto busiest = contributions.busiest();
   figures_->setView(hstack(
-      {figure(locale.toString(contributions.total), worded("In the last year"), colours()),
-       figure(locale.toString(contributions.streak()),
+      {figure(QString::fromStdString(countText(contributions.total)), worded("In the last year"),
+              colours()),
+       figure(QString::fromStdString(countText(contributions.streak())),
               wordedPlural("Day in a row", "Days in a row", contributions.streak()), colours()),
-       figure(busiest ? locale.toString(busiest->count) : "0",
+       figure(busiest ? QString::fromStdString(countText(busiest->count)) : "0",
               busiest ? worded("Busiest, {day}", {{"day", dayText(busiest->date)}})
                       : worded("Busiest day"),
               colours())}));

@@ -1,11 +1,12 @@
 #include "TavrinWidgetsUI/GitHub/GitHubViews.h"
 
 #include "TavrinCore/Kinds/GitHub/GitHubSettings.h"
+#include "TavrinCore/Text/DecimalText.h"
+#include "TavrinWidgetsUI/Kit/Pieces.h"
 #include "TavrinWidgetsUI/Kit/Utf8.h"
 #include "TavrinWidgetsUI/Kit/Views/WideTileWords.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
-#include <QLocale>
 #include <algorithm>
 #include <cmath>
 
@@ -142,7 +143,7 @@ AnyView contributionsWideTile(const GitHubReading& reading, const TileSize& size
   const double room = size.bodyWidth() - 3.2 * inset - wordsWidth;
   const int weeks = std::max(1, static_cast<int>(room / (height / 7)));
   const AnyView figures =
-      vstack({text(QLocale().toString(contributions.streak()))
+      vstack({text(QString::fromStdString(countText(contributions.streak())))
                   .size(size.figure())
                   .weight(FontWeight::semibold)
                   .colour(palette::figure(ground))
@@ -160,9 +161,8 @@ AnyView contributionsWideTile(const GitHubReading& reading, const TileSize& size
                   .spacing(inset * 0.6)
                   .padding(Insets{inset * 1.3, inset, inset * 1.3, inset}),
               size)
-      .accessibility(
-          worded("GitHub contributions"),
-          worded("{count} in a year", {{"count", QLocale().toString(contributions.total)}}));
+      .accessibility(worded("GitHub contributions"),
+                     worded("{count} in a year", {{"count", countText(contributions.total)}}));
 }
 
 } // namespace
@@ -190,9 +190,9 @@ QString itemText(const GitHubItem& item) {
   if (item.checks != GitHubChecks::none)
     kind =
         item.isDraft ? kind + ", " + utf8(title(item.checks)).toLower() : utf8(title(item.checks));
-  return kind + QStringLiteral(" · %1 #%2")
-                    .arg(QString::fromStdString(item.repository))
-                    .arg(static_cast<qlonglong>(item.number));
+  return joinedPieces({kind, QStringLiteral("%1 #%2")
+                                 .arg(QString::fromStdString(item.repository))
+                                 .arg(static_cast<qlonglong>(item.number))});
 }
 
 QString agoText(Date date, Date now) {
@@ -233,9 +233,9 @@ AnyView gitHubTileIcon(const GitHubReading& reading, const TileSize& size) {
                     .padding(size.body() * 0.15)
                     .cached(),
                 size)
-        .accessibility(worded("GitHub contributions"),
-                       worded("{count} in a year",
-                              {{"count", QLocale().toString(reading.contributions->total)}}));
+        .accessibility(
+            worded("GitHub contributions"),
+            worded("{count} in a year", {{"count", countText(reading.contributions->total)}}));
   TileContent content;
   content.ground = ground;
   content.groundEnd = groundEnd;
@@ -243,7 +243,8 @@ AnyView gitHubTileIcon(const GitHubReading& reading, const TileSize& size) {
   content.markRatio = 0.2;
   content.state = state(reading);
   if (content.state == TileState::live) {
-    content.figure = QLocale().toString(static_cast<qlonglong>(reading.items.size()));
+    content.figure =
+        QString::fromStdString(countText(static_cast<std::int64_t>(reading.items.size())));
     content.widestFigure = "88";
     content.caption = listCaption(reading);
   }
@@ -272,14 +273,15 @@ AnyView gitHubWideTile(const GitHubReading& reading, Date now, const TileSize& s
   }
   const double inset = size.padding();
   const AnyView count =
-      vstack({mark(reading).frame(size.body() * 0.26, size.body() * 0.26),
-              text(QLocale().toString(static_cast<qlonglong>(reading.items.size())))
-                  .size(size.figure())
-                  .weight(FontWeight::semibold)
-                  .colour(palette::figure(ground))
-                  .widest("88")
-                  .align(TextAlignment::centre)
-                  .figure(minimumTypeSize)})
+      vstack(
+          {mark(reading).frame(size.body() * 0.26, size.body() * 0.26),
+           text(QString::fromStdString(countText(static_cast<std::int64_t>(reading.items.size()))))
+               .size(size.figure())
+               .weight(FontWeight::semibold)
+               .colour(palette::figure(ground))
+               .widest("88")
+               .align(TextAlignment::centre)
+               .figure(minimumTypeSize)})
           .spacing(size.body() * 0.04)
           .width(size.body() * 0.46);
   return tile(

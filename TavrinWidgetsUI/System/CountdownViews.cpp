@@ -2,6 +2,7 @@
 
 #include "TavrinCore/Kinds/System/CountdownSettings.h"
 #include "TavrinCore/Text/ClockText.h"
+#include "TavrinCore/Text/DecimalText.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <algorithm>
@@ -171,8 +172,8 @@ AnyView countdownDial(const CountdownSettings& settings, Date now, double side) 
   else if (seconds < day)
     centre = figure(clockText(seconds), side * 0.2);
   else
-    centre = vstack({figure(fmt::format("{}", seconds / day), side * 0.27),
-                     caption(seconds < 2 * day ? "day" : "days", side * 0.085),
+    centre = vstack({figure(countText(seconds / day), side * 0.27),
+                     caption(wordedPlural("day", "days", seconds / day), side * 0.085),
                      figure(fmt::format("{:02}:{:02}:{:02}", seconds % day / hour,
                                         seconds % hour / 60, seconds % 60),
                             side * 0.115)})

@@ -1,5 +1,6 @@
 #include "TavrinWidgetsUI/System/NetworkViews.h"
 
+#include "TavrinCore/Text/DecimalText.h"
 #include "TavrinWidgetsUI/Kit/Views/Gauges.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
@@ -107,7 +108,7 @@ RateText rateText(double bytesPerSecond) {
     ++unit;
   }
   const bool isFine = unit > 0 && rate < 9.95;
-  return {isFine ? QString::number(rate, 'f', 1)
+  return {isFine ? QString::fromStdString(decimalText(rate, 1))
                  : QString::number(std::lround(std::min(rate, 999.0))),
           units[unit]};
 }

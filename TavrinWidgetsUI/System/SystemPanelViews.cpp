@@ -1,6 +1,7 @@
 #include "TavrinWidgetsUI/System/SystemPanelViews.h"
 
 #include "TavrinCore/Kinds/System/NetworkSettings.h"
+#include "TavrinCore/Text/DecimalText.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
@@ -138,8 +139,7 @@ void BatteryPanelView::refresh() {
     row.id = utf8(device.id);
     row.title = utf8(device.name);
     row.symbol = utf8(std::string(symbolName(device.kind)));
-    row.trailing = QString::number(device.percent);
-    row.unit = "%";
+    row.trailing = QString::fromStdString(wholePercentText(device.percent));
     rows.push_back(std::move(row));
   }
   devices_->setVisible(!rows.empty());
@@ -207,7 +207,7 @@ NetworkPanelView::NetworkPanelView(const PanelAppearance& appearance,
   add(rates_, Qt::AlignHCenter);
   add(chart_, Qt::AlignHCenter);
   addSpace(4);
-  add(new PanelText(worded("Count"), PanelTextStyle::section));
+  add(new PanelText(wordedIn("connections to be counted", "Count"), PanelTextStyle::section));
   links_->setMaximumVisibleRows(visibleLinks);
   links_->onOpen = [this](int row) {
     if (row >= 0 && row < static_cast<int>(choices_.size()))

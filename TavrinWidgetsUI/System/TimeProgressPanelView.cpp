@@ -1,6 +1,7 @@
 #include "TavrinWidgetsUI/System/TimeProgressPanelView.h"
 
 #include "TavrinCore/Kinds/System/TimeProgressSettings.h"
+#include "TavrinCore/Text/DecimalText.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 #include "TavrinWidgetsUI/Kit/Utf8.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewWidget.h"
@@ -28,7 +29,7 @@ AnyView barRow(const TimeProgressReading& reading, bool isChosen, const PanelPal
   return hstack(
              {text(nameOf(reading.scope)).weight(weight).colour(ink).width(48, Alignment::leading),
               bar(reading.fraction).tint(tint).track(colours.secondary).height(6),
-              text(QString::number(reading.percentLeft) + "%")
+              text(QString::fromStdString(wholePercentText(reading.percentLeft)))
                   .weight(weight)
                   .colour(ink)
                   .align(TextAlignment::trailing)

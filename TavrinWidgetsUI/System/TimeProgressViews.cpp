@@ -1,5 +1,6 @@
 #include "TavrinWidgetsUI/System/TimeProgressViews.h"
 #include "TavrinCore/Kinds/System/TimeProgressSettings.h"
+#include "TavrinCore/Text/DecimalText.h"
 #include "TavrinWidgetsUI/Kit/Utf8.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
@@ -35,7 +36,7 @@ QString scopeTitle(const TimeProgressReading& reading) {
 }
 
 QString percentText(const TimeProgressReading& reading) {
-  return QString::number(reading.percentLeft) + "%";
+  return QString::fromStdString(wholePercentText(reading.percentLeft));
 }
 
 QString spoken(const TimeProgressReading& reading) {

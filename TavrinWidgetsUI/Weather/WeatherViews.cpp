@@ -1,6 +1,7 @@
 #include "TavrinWidgetsUI/Weather/WeatherViews.h"
 
 #include "TavrinCore/Kinds/Weather/WeatherSettings.h"
+#include "TavrinWidgetsUI/Kit/Pieces.h"
 #include "TavrinWidgetsUI/Kit/Utf8.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
@@ -174,7 +175,7 @@ AnyView emptyTile(const WeatherSnapshot& weather, const TileSize& size) {
   content.markRatio = 0.42;
   content.state = standingOf(weather);
   if (!weather.hasPlace())
-    content.caption = "City?";
+    content.caption = worded("City?");
   return tile(content, size);
 }
 
@@ -349,7 +350,7 @@ AnyView wideLines(const WeatherSnapshot& weather, const TileSize& size) {
   if (city.isEmpty())
     first.push_back(line(words));
   else
-    first = {line(city + " · " + words).figure(size.words(0)),
+    first = {line(joinedPieces({city, words})).figure(size.words(0)),
              vstack({line(city), line(words).lines(2)}).align(Alignment::leading)};
   const auto apparent = size.hasCaption() ? apparentOf(weather) : std::nullopt;
   const auto degrees = [&](double ratio) -> AnyView {

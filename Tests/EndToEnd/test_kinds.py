@@ -14,115 +14,27 @@ import threading
 import time
 import unittest
 
-from desks.access_tree import AccessTree, start_accessibility
-from rig import BUILD, BUNDLES, Desk, wait_for
+from desks.kind_desk import MAGENTA, TAVRIN, KindTest
+from rig import BUILD, wait_for
 
 SUPPORT = pathlib.Path(__file__).resolve().parent.parent / "Support"
-TAVRIN = str(BUILD / "bin" / "tavrin")
 DOUBLE = str(BUILD / "Tests" / "Linux" / "DragDouble")
 PYTHON = "/usr/bin/python3"
-MAGENTA, WARNING = (250, 0, 250), (0xFF, 0xD6, 0x0A)
+WARNING = (0xFF, 0xD6, 0x0A)
 EXPORT = """<!DOCTYPE NETSCAPE-Bookmark-file-1><TITLE>Bookmarks</TITLE><H1>Bookmarks</H1><DL><p>
 <DT><A HREF="https://tides.example/">Tides</A></DL><p>"""
+KEPT = {
+    "Chromium": {"version": 1, "roots": {"bookmark_bar": {
+        "type": "folder", "name": "Bookmarks bar",
+        "children": [{"type": "url", "name": "Chromium", "url": "https://one.example/"}]}}},
+    "Firefox": {"type": "text/x-moz-place-container", "root": "placesRoot", "children": [
+        {"type": "text/x-moz-place-container", "root": "toolbarFolder", "title": "toolbar",
+         "children": [{"type": "text/x-moz-place", "title": "Firefox",
+                       "uri": "https://two.example/"}]}]},
+}
 FORECAST = {"timezone": "Europe/Berlin",
             "current": {"temperature_2m": 21.5, "apparent_temperature": 19, "weather_code": 3,
                         "is_day": 1}}
-
-
-class KindTest(unittest.TestCase):
-    def setUp(self):
-        self.desk = Desk()
-        self.addCleanup(self.desk.close)
-        start_accessibility(self.desk)
-        self.tree = AccessTree(self.desk)
-        self.addCleanup(self.tree.close)
-        self.desk.env["TAVRIN_BUNDLES"] = str(BUNDLES)
-
-    # Of a widget
-
-    def tavrin(self, *words):
-        return self.desk.run(TAVRIN, *words)
-
-    def place(self, kind, *settings, span=1):
-        words = [word for setting in settings for word in ("--set", setting)]
-        self.tavrin("widgets", "add", kind, "Mine", "--place", "--span", str(span), *words)
-        self.slot = self.desk.start_slot(1)
-        self.desk.wait_for_name(1)
-        self.tile = wait_for(lambda: self.desk.windows(self.slot.pid), "the tile")[0]
-
-    def settings(self):
-        widget = json.loads((self.desk.data / "widgets.json").read_text())["widgets"][0]
-        payload = next(iter(widget["kind"].values()))
-        return payload.get("_0", payload)
-
-    def panel_window(self):
-        return next((w for w in self.desk.windows(self.slot.pid) if w[0] != self.tile[0]), None)
-
-    def open(self):
-        """By a click on the tile; the keyboard is the panel's."""
-        _, x, y, _, height = self.tile
-        self.desk.click(x + height / 2, y + height / 2)
-        wait_for(self.panel_window, "the panel")
-        wait_for(lambda: self.desk.run("xdotool", "getwindowfocus", "getwindowpid",
-                                       check=False).strip() == str(self.slot.pid), "the focus")
-        wait_for(lambda: self.tree.panel(self.slot.pid), "the panel's words")
-
-    def close(self):
-        self.desk.key("Escape")
-        wait_for(lambda: not self.panel_window(), "Escape to close the panel")
-
-    def nodes(self):
-        return self.tree.panel(self.slot.pid)
-
-    def words(self):
-        return [word for node in self.nodes() for word in (node["name"], node["description"]) if word]
-
-    def says(self, part):
-        return any(part in word for word in self.words())
-
-    def tile_words(self):
-        node = next((each for each in self.tree.nodes(self.slot.pid)
-                     if each["role"] == "push button" and each["depth"] == 1), None)
-        return node["description"] if node else ""
-
-    def box(self, name, role=""):
-        return next((node["extents"] for node in self.nodes()
-                     if node["name"] == name and role in ("", node["role"])), None)
-
-    def click_on(self, name, role=""):
-        x, y, width, height = wait_for(lambda: self.box(name, role), name)
-        self.desk.click(x + width // 2, y + height // 2)
-
-    def retype(self, words):
-        self.desk.key("ctrl+a")
-        self.desk.run("xdotool", "type", "--delay", "15", words)
-
-    def focused(self):
-        # The toolkit calls a list's current row focused wherever the focus is.
-        return next(((node["role"], node["name"]) for node in self.nodes()
-                     if node["focused"] and node["role"] not in ("list item", "table cell")), None)
-
-    def tab_to(self, role):
-        for _ in range(20):
-            before = wait_for(self.focused, "the focus")
-            if before[0] == role:
-                return
-            self.desk.key("Tab")
-            wait_for(lambda: self.focused() not in (None, before), "Tab to move")
-        self.fail(f"no {role} by Tab")
-
-    def clipboard(self):
-        return subprocess.run(["timeout", "2", "xclip", "-selection", "clipboard", "-o"],
-                              env=self.desk.env, capture_output=True, text=True,
-                              check=False).stdout
-
-    def count(self, colour, window):
-        raw = self.desk.pixels(window)
-        return sum(raw[i:i + 3] == bytes(colour) for i in range(0, len(raw) - 2, 3))
-
-    def picture(self, path, colour=MAGENTA):
-        self.desk.run("convert", "-size", "100x100", "xc:rgb(%d,%d,%d)" % colour, str(path))
-        return path
 
 
 class Designed(KindTest):
@@ -139,6 +51,17 @@ class Designed(KindTest):
                          pause=0.2)
                 picked = wait_for(self.clipboard, "the emoji")
                 self.assertIn(picked, found)
+        # What was used stands first from then on.
+        self.open()
+        self.desk.run("xdotool", "type", "--delay", "15", "smile")
+        self.desk.key("Right", "Right", "Return")
+        wait_for(lambda: not self.panel_window(), "a pick further on")
+        used = wait_for(self.clipboard, "the emoji")
+        self.open()
+        self.desk.run("xdotool", "type", "--delay", "15", "smile")
+        self.desk.key("Return")
+        wait_for(lambda: not self.panel_window(), "the first one")
+        self.assertEqual(self.clipboard(), used)
         # Skin tones: one is chosen, by mouse or by the arrows.
         self.open()
         def chosen():
@@ -159,12 +82,18 @@ class Designed(KindTest):
         self.tavrin("widgets", "import", "Mine", str(file))
         self.open()
         wait_for(lambda: self.says("Tides"), "what was imported")
+        # As browsers keep them.
+        for name, kept in KEPT.items():
+            file.write_text(json.dumps(kept))
+            self.tavrin("widgets", "import", "Mine", str(file))
+            wait_for(lambda: self.says(name), f"what {name} kept")
+        count = len(self.settings()["bookmarks"])
         self.retype("ftp://old.example")
         wait_for(lambda: self.says("http or https"), "why not")
         self.retype("tide.example/two words")
         wait_for(lambda: self.says("tide.example/two%20words"), "the address as a browser writes it")
         self.desk.key("Return")
-        wait_for(lambda: len(self.settings()["bookmarks"]) == 2, "the link to be added")
+        wait_for(lambda: len(self.settings()["bookmarks"]) == count + 1, "the link to be added")
         self.assertIn("https://tide.example/two%20words",
                       [each["url"] for each in self.settings()["bookmarks"]])
         # Its name is edited where it stands.
@@ -178,9 +107,9 @@ class Designed(KindTest):
         self.assertIn("two%20words", written)
         # Taken away by mistake, and brought back.
         self.desk.key("Delete")
-        wait_for(lambda: len(self.settings()["bookmarks"]) == 1, "the link to go")
+        wait_for(lambda: len(self.settings()["bookmarks"]) == count, "the link to go")
         self.desk.key("ctrl+z")
-        wait_for(lambda: len(self.settings()["bookmarks"]) == 2, "the link to come back")
+        wait_for(lambda: len(self.settings()["bookmarks"]) == count + 1, "the link to come back")
 
     def test_a_converter_reads_what_people_write(self):
         self.place("converter")
@@ -302,12 +231,16 @@ class Launching(KindTest):
         self.click_on(wait_for(lambda: name if self.box(name) else None, "the cover"))
         wait_for(lambda: "Raise" in self.ask_player("one", "Calls"), "the player to be raised")
 
-    def test_a_wide_shortcut_keeps_its_mark_of_failure(self):
+    def test_a_wide_shortcut_keeps_its_symbol_and_its_mark_of_failure(self):
         self.place("shortcut", "command=exit 3", "title=A title of some length", span=3)
         def wide():
             return max(self.desk.windows(self.slot.pid), key=lambda window: window[3])
         wait_for(lambda: wide()[3] > 2 * wide()[4], "the wide tile")
         self.tile = wide()
+        for symbol in ("heart.fill", "bolt.fill"):
+            before = self.desk.pixels(self.tile)
+            self.tavrin("widgets", "set", "Mine", f"symbolName={symbol}")
+            wait_for(lambda: self.desk.pixels(self.tile) != before, "another symbol to be seen")
         self.assertEqual(self.count(WARNING, self.tile), 0)
         self.open()
         self.desk.key("Return")

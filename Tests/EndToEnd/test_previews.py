@@ -1,6 +1,7 @@
-"""What a copied link's page says of itself, from a web server to the panel."""
+"""What a link's page says of itself, from a web server to the panel."""
 
 import itertools
+import json
 import subprocess
 import sys
 import time
@@ -87,6 +88,43 @@ class Previews(DeskTest):
         self.assertEqual([path for path, _ in itertools.groupby(path for _, path in Site.asked)],
                          ["/to/here.com/a", "/to/localhost/b", "/to/tides.com/march", "/march",
                           "/picture.png"])
+
+
+class Names(DeskTest):
+    @classmethod
+    def setUpClass(cls):
+        server = start_site()
+        cls.addClassCleanup(server.server_close)
+        cls.addClassCleanup(server.shutdown)
+
+    def bookmarks(self):
+        document = json.loads((self.desk.data / "widgets.json").read_text())
+        return document["widgets"][0]["kind"]["bookmarks"]["_0"].get("bookmarks", [])
+
+    def test_a_link_that_is_added_gets_its_pages_name(self):
+        Site.asked.clear()
+        start_accessibility(self.desk)
+        access = AccessTree(self.desk)
+        self.addCleanup(access.close)
+        self.desk.write_widgets([widget("bookmarks", {"showsIcons": False}, 1, "Links")],
+                                announce=False)
+        slot = self.desk.start_slot(1)
+        self.desk.wait_for_name(1)
+        _, x, y, width, height = wait_for(lambda: self.desk.windows(slot.pid), "the tile")[0]
+        self.desk.click(x + width / 2, y + height / 2)
+        wait_for(lambda: self.desk.run("xdotool", "getwindowfocus", "getwindowpid",
+                                       check=False).strip() == str(slot.pid), "the focus")
+        for address in ("http://printer.com/", "http://tides.com/march"):
+            self.desk.run("xdotool", "type", "--delay", "15", address)
+            self.desk.key("Return")
+            wait_for(lambda: address in [each["url"] for each in self.bookmarks()], address)
+            self.desk.key("ctrl+a", "BackSpace")
+        name = "Tides of the F\xe6r\xf6er"
+        wait_for(lambda: name in [each.get("title") for each in self.bookmarks()], "the name kept")
+        wait_for(lambda: any(name in node["name"] for node in access.panel(slot.pid)),
+                 "the name in the panel")
+        # Nobody on a private network was asked.
+        self.assertEqual(Site.asked, [("tides.com", "/march")])
 
 
 if __name__ == "__main__":

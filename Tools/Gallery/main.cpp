@@ -180,13 +180,14 @@ struct KnownCut {
   std::string_view where;
 };
 
-/// Where words that much longer have no room: two lines of type as small as may be are full.
+/// On the smallest tiles the words of a state stand in as many lines of the smallest type that can
+/// be read (6.5 points) as there is room for; still smaller type, or fewer words than "Does not
+/// answer", would say less than what is cut. German and Arabic stand whole there; the tile's
+/// tooltip, its accessible name and the panel say all of it in every language.
 constexpr KnownCut knownCuts[] = {
-    {"usage", "reading", "64 points"},     {"github", "nothing", "48 points"},
-    {"weather", "partly", "48 points"},    {"weather", "thunder", "48 points"},
-    {"music", "silent", "48 points"},      {"airdrop", "idle", "48 points"},
-    {"converter-panels", "long", "panel"}, {"music-panels", "playing", "panel"},
-    {"music-panels", "paused", "panel"},   {"music-panels", "long", "panel"},
+    {"usage", "reading", "64 points"},  {"github", "nothing", "48 points"},
+    {"weather", "partly", "48 points"}, {"weather", "thunder", "48 points"},
+    {"music", "silent", "48 points"},   {"airdrop", "idle", "48 points"},
 };
 
 int tellCut(const char* sheet, const std::string& name, const std::string& where,

@@ -1,5 +1,7 @@
 #include "TavrinCore/Kinds/ClaudeUsage/ClaudeUsage.h"
 
+#include "TavrinCore/Text/DecimalText.h"
+
 #include <algorithm>
 #include <cmath>
 #include <fmt/format.h>
@@ -155,12 +157,12 @@ std::string ClaudeUsage::shortTokens(std::int64_t tokens) {
   if (tokens < 1000)
     return std::to_string(tokens);
   if (tokens < 100'000)
-    return fmt::format("{:.1f}k", static_cast<double>(tokens) / 1000);
+    return decimalText(static_cast<double>(tokens) / 1000, 1) + "k";
   if (tokens < 1'000'000)
     return fmt::format("{}k", tokens / 1000);
   if (tokens < 10'000'000)
-    return fmt::format("{:.1f}M", static_cast<double>(tokens) / 1e6);
-  return fmt::format("{}M", tokens / 1'000'000);
+    return decimalText(static_cast<double>(tokens) / 1e6, 1) + "M";
+  return countText(tokens / 1'000'000) + "M";
 }
 
 std::optional<std::string> ClaudeUsage::projectName(std::string_view folder) {

@@ -1,5 +1,7 @@
 #include "TavrinCore/Kinds/ClaudeUsage/ClaudeUsageLimits.h"
 
+#include "TavrinCore/Text/Texts.h"
+
 #include <algorithm>
 #include <cmath>
 #include <fmt/format.h>
@@ -61,10 +63,11 @@ std::optional<std::string> ClaudeUsageLimitsFormat::untilReset(const std::option
   const auto minutes =
       std::max<std::int64_t>(1, static_cast<std::int64_t>(std::min(date->since(now), 1e12) / 60));
   if (minutes < 60)
-    return fmt::format("{}m", minutes);
+    return translated("{minutes}m", {{"minutes", minutes}});
   if (minutes < 24 * 60)
-    return fmt::format("{}h {}m", minutes / 60, minutes % 60);
-  return fmt::format("{}d {}h", minutes / (24 * 60), minutes / 60 % 24);
+    return translated("{hours}h {minutes}m", {{"hours", minutes / 60}, {"minutes", minutes % 60}});
+  return translated("{days}d {hours}h",
+                    {{"days", minutes / (24 * 60)}, {"hours", minutes / 60 % 24}});
 }
 
 } // namespace tavrin

@@ -2,6 +2,7 @@
 #include "TavrinCore/Base/Wipe.h"
 #include "TavrinCore/Kinds/Clipboard/ClipboardBoard.h"
 #include "TavrinCore/Text/JSONText.h"
+#include "TavrinCore/Text/Texts.h"
 
 #include <bitset>
 #include <simdjson.h>
@@ -201,7 +202,7 @@ ClipboardList Reader::read() {
     item.wipeTexts();
   }
   if (document.current_location().error() != simdjson::OUT_OF_BOUNDS)
-    throw JSONError("there is more after the value");
+    throw JSONError(translated("there is more after the value"));
   return list;
 }
 

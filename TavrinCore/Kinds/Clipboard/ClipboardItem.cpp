@@ -2,7 +2,9 @@
 
 #include "TavrinCore/Base/Wipe.h"
 #include "TavrinCore/Text/CodePoints.h"
+#include "TavrinCore/Text/DecimalText.h"
 #include "TavrinCore/Text/Text.h"
+#include "TavrinCore/Text/Texts.h"
 
 #include <algorithm>
 #include <array>
@@ -42,7 +44,7 @@ std::string byteText(std::int64_t bytes) {
   std::size_t unit = 0;
   for (; amount >= 999.5 && unit + 1 < units.size(); ++unit)
     amount /= 1000;
-  return fmt::format("{:.{}f} {}", amount, amount < 9.95 ? 1 : 0, units[unit]);
+  return decimalText(amount, amount < 9.95 ? 1 : 0) + " " + units[unit];
 }
 
 ClipboardItem ClipboardItem::ofText(std::string_view text) {
@@ -139,7 +141,7 @@ std::string ClipboardItem::previewLine() const {
   case Kind::text:
     return oneLine(text.value_or(""), longestPreview);
   case Kind::image:
-    return "Image, " + byteText(byteSize);
+    return translated("Image, {size}", {{"size", byteText(byteSize)}});
   case Kind::file:
     return oneLine(fileName(), longestPreview);
   }

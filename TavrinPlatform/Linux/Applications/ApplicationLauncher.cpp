@@ -76,7 +76,7 @@ TokenPtr ApplicationLauncher::launch(const std::string& id, const std::string& a
   runLoop_.background([&files = files_, launch] { prepare(files, launch); }, alive_,
                       [this, launch] {
                         if (!launch->found)
-                          finish(launch, "it is not installed");
+                          finish(launch, translated("it is not installed"));
                         else if (!launch->reason.empty())
                           finish(launch, launch->reason);
                         else if (raise(*launch))
@@ -119,7 +119,7 @@ void ApplicationLauncher::prepare(const FileManager& files, const std::shared_pt
   if (entry.runsInTerminal && !launch->words.empty()) {
     auto terminal = terminalCommand(files);
     if (terminal.empty()) {
-      launch->reason = "it needs a terminal, and none is installed";
+      launch->reason = translated("it needs a terminal, and none is installed");
       return;
     }
     launch->words.insert(launch->words.begin(), terminal.begin(), terminal.end());
@@ -161,7 +161,7 @@ void ApplicationLauncher::activate(const std::shared_ptr<Launch>& launch) {
           // Not on this bus: its command line is there for that.
           startProgram(launch);
         } else {
-          finish(launch, "it does not answer");
+          finish(launch, translated("it does not answer"));
         }
       },
       activationLimit);
@@ -169,7 +169,7 @@ void ApplicationLauncher::activate(const std::shared_ptr<Launch>& launch) {
 
 void ApplicationLauncher::startProgram(const std::shared_ptr<Launch>& launch) {
   if (launch->words.empty()) {
-    finish(launch, "its desktop entry has no command");
+    finish(launch, translated("its desktop entry has no command"));
     return;
   }
   runLoop_.background([launch] { launch->process = started(*launch); }, alive_,
@@ -179,7 +179,8 @@ void ApplicationLauncher::startProgram(const std::shared_ptr<Launch>& launch) {
                           buryAtItsEnd(launch->process);
                           moveToScope(*launch);
                         }
-                        finish(launch, isStarted ? std::string() : "its program cannot be run");
+                        finish(launch,
+                               isStarted ? std::string() : translated("its program cannot be run"));
                       });
 }
 

@@ -42,7 +42,7 @@ struct Service {
 /// A table, in a function for its texts.
 const std::vector<Service>& services() {
   static const std::vector<Service> all{
-      {"notifications",
+      {marked("notifications"),
        false,
        {"org.freedesktop.Notifications"},
        marked("Notices are shown by the desktop's notification service."),
@@ -50,7 +50,7 @@ const std::vector<Service>& services() {
            "There is no notification service: the end of a run is heard, but no notice shows it."),
        marked("Start a notification service, such as dunst."),
        {"pomodoro", "timer", "water", "reminders"}},
-      {"keyring",
+      {marked("keyring"),
        false,
        {"org.freedesktop.secrets"},
        marked("Secrets are kept in the desktop's keyring."),
@@ -58,14 +58,14 @@ const std::vector<Service>& services() {
               "next."),
        marked("Install and unlock a keyring, such as gnome-keyring or KWallet."),
        {"clipboard"}},
-      {"calendars",
+      {marked("calendars"),
        false,
        {"org.gnome.evolution.dataserver.Calendar8", "org.gnome.evolution.dataserver.Sources5"},
        marked("Calendars and task lists come from the desktop's calendar service."),
        marked("There is no calendar service: events and reminders cannot be read."),
        marked("Install evolution-data-server."),
        {"calendar", "reminders"}},
-      {"portals",
+      {marked("portals"),
        false,
        {portalService},
        marked(
@@ -74,21 +74,21 @@ const std::vector<Service>& services() {
               "had."),
        marked("Install xdg-desktop-portal and your desktop's own part of it."),
        {"colourPicker", "shortcut"}},
-      {"power",
+      {marked("power"),
        true,
        {"org.freedesktop.UPower"},
        marked("Batteries are told of by UPower."),
        marked("UPower is not there: the batteries of keyboards, mice and headsets cannot be read."),
        marked("Install upower."),
        {"battery"}},
-      {"bluetooth",
+      {marked("bluetooth"),
        true,
        {"org.bluez"},
        marked("Bluetooth devices can be found."),
        marked("There is no Bluetooth service: nothing can be sent to devices near by over it."),
        marked("Install bluez, where this machine has Bluetooth."),
        {"airdrop", "battery"}},
-      {"idle",
+      {marked("idle"),
        true,
        {"org.freedesktop.login1"},
        marked("The session's manager tells of sleep, lock and idleness."),
@@ -97,7 +97,7 @@ const std::vector<Service>& services() {
            "locks."),
        marked("Install systemd-logind or elogind."),
        {"pomodoro", "keyboardLock", "clipboard"}},
-      {"fanHelper",
+      {marked("fanHelper"),
        true,
        {"dev.quellby.tavrin.fan-helper"},
        marked("The fan helper is installed."),
@@ -119,8 +119,8 @@ Item itemOf(const Service& service, const BusNames& names) {
 
 Item busItem(const BusNames& session) {
   if (session.isOpen)
-    return {"bus", State::good, translated("The session has a message bus.")};
-  return {"bus", State::missing,
+    return {marked("bus"), State::good, translated("The session has a message bus.")};
+  return {marked("bus"), State::missing,
           translated(
               "The session has no message bus: widgets follow no change of their settings, and no "
               "service of the desktop can be reached."),
@@ -129,10 +129,10 @@ Item busItem(const BusNames& session) {
 
 Item displayItem(const DesktopFacts& facts) {
   if (facts.hasX11 && facts.hasWayland)
-    return {"display", State::good,
+    return {marked("display"), State::good,
             translated("The display is a Wayland compositor's, with an X server for X programs.")};
   if (facts.hasX11)
-    return {"display", State::good, translated("The display is an X server's.")};
+    return {marked("display"), State::good, translated("The display is an X server's.")};
   // What else there is of an X server, portals and the seat have too: they are looked at below.
   const bool tellsOfCopies = std::ranges::any_of(facts.waylandGlobals, [](const auto& global) {
     return global.find("data_control_manager_v1") != std::string::npos;
@@ -141,14 +141,14 @@ Item displayItem(const DesktopFacts& facts) {
       facts.hasWayland ? translated("The display is a Wayland compositor's, without an X server.")
                        : "";
   if (facts.hasWayland && tellsOfCopies)
-    return {"display", State::good, wayland};
+    return {marked("display"), State::good, wayland};
   if (facts.hasWayland)
     return {"display",
             State::limited,
             wayland,
             translated("Let the compositor start XWayland."),
             {"clipboard"}};
-  return {"display", State::missing,
+  return {marked("display"), State::missing,
           translated("No display answers: tiles can be picture files only."),
           translated("Set DISPLAY or WAYLAND_DISPLAY.")};
 }
@@ -183,15 +183,15 @@ Item managerItem(const DesktopFacts& facts) {
 Item surfaceItem(const DesktopSurvey& survey) {
   const auto choice = chooseSurface(survey.facts, survey.surfaceWish);
   if (!choice.isMakeshift)
-    return {"surface", State::good, choice.reason};
-  return {"surface", State::limited, choice.reason,
+    return {marked("surface"), State::good, choice.reason};
+  return {marked("surface"), State::limited, choice.reason,
           translated("Set TAVRIN_SURFACE to strip, tray or picture to have it otherwise.")};
 }
 
 Item trayItem(const DesktopFacts& facts) {
   if (facts.hasTrayHost)
-    return {"tray", State::good, translated("A tray shows status notifier items.")};
-  return {"tray", State::missing, translated("No tray shows status notifier items."),
+    return {marked("tray"), State::good, translated("A tray shows status notifier items.")};
+  return {marked("tray"), State::missing, translated("No tray shows status notifier items."),
           translated("Start a panel that has one, if the tiles are to be tray icons.")};
 }
 
@@ -204,7 +204,7 @@ Item modulesItem(const DesktopSurvey& survey) {
       {"libtavrin-http.so", {"weather", "github", "bookmarks", "claudeUsage"}},
       {"libtavrin-calendar.so", {"calendar", "reminders"}},
       {"tavrin-svg", {"collection", "bookmarks"}}};
-  Item item{"modules", State::good, translated("All modules are installed.")};
+  Item item{marked("modules"), State::good, translated("All modules are installed.")};
   std::string missing;
   for (const auto& part : parts) {
     std::error_code error;
@@ -226,7 +226,7 @@ Item modulesItem(const DesktopSurvey& survey) {
 
 Item soundItem(const DesktopSurvey& survey) {
   if (survey.hasSoundLibrary)
-    return {"sounds", State::good, translated("Sounds can be played.")};
+    return {marked("sounds"), State::good, translated("Sounds can be played.")};
   return {"sounds",
           State::missing,
           translated("The sound library is missing: the end of a run is silent."),
@@ -237,7 +237,7 @@ Item soundItem(const DesktopSurvey& survey) {
 Item keyboardItem(const DesktopSurvey& survey) {
   const bool isX11 = survey.facts.hasX11 && !survey.facts.hasWayland;
   if (isX11)
-    return {"keyboard", State::good,
+    return {marked("keyboard"), State::good,
             translated("The keyboard can be locked through the X server.")};
   if (::access(survey.inputDevices.c_str(), R_OK) == 0 &&
       ::access(survey.inputDevices.c_str(), X_OK) == 0) {
@@ -245,7 +245,7 @@ Item keyboardItem(const DesktopSurvey& survey) {
     for (const auto& entry : std::filesystem::directory_iterator(survey.inputDevices, error))
       if (entry.path().filename().string().starts_with("event") &&
           ::access(entry.path().c_str(), R_OK) == 0)
-        return {"keyboard", State::good,
+        return {marked("keyboard"), State::good,
                 translated("The keyboard can be locked: its devices may be opened.")};
   }
   return {"keyboard",

@@ -1,11 +1,12 @@
 #include "TavrinPlatform/Linux/Devices/BusFanHelper.h"
 
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinPlatform/Linux/Base/BusProperties.h"
 
 namespace tavrin {
 namespace {
 
-constexpr const char* unreachable = "Failed to reach the fan helper";
+constexpr const char* unreachable = marked("Failed to reach the fan helper");
 
 } // namespace
 
@@ -37,7 +38,7 @@ void BusFanHelper::look() {
 }
 
 void BusFanHelper::refuse(const Reply& reply) {
-  runLoop_.post([reply] { reply(Refusal{unreachable}); });
+  runLoop_.post([reply] { reply(Refusal{translated(unreachable)}); });
 }
 
 void BusFanHelper::registerHelper(Reply reply) {
@@ -61,7 +62,7 @@ void BusFanHelper::setFull(bool full, Reply reply) {
         if (answer != nullptr)
           return reply(std::nullopt);
         // The helper's own errors carry a sentence; the bus's carry a name with dots alone.
-        reply(Refusal{error.find(' ') == std::string::npos ? unreachable : error});
+        reply(Refusal{error.find(' ') == std::string::npos ? translated(unreachable) : error});
       },
       patience);
 }

@@ -216,8 +216,10 @@ void BusNearbyDevices::readBluetooth(sd_bus_message* reply) {
 }
 
 NearbyDevices::Advice BusNearbyDevices::advice() const {
-  return {"Install KDE Connect here and on the other device, or switch Bluetooth on.",
-          "Open KDE Connect on the other device, on the same network, or pair it by Bluetooth."};
+  return {
+      translated("Install KDE Connect here and on the other device, or switch Bluetooth on."),
+      translated(
+          "Open KDE Connect on the other device, on the same network, or pair it by Bluetooth.")};
 }
 
 void BusNearbyDevices::settle() {
@@ -244,7 +246,8 @@ TokenPtr BusNearbyDevices::send(const NearbyDevice& device,
                                 std::function<void(const SendingResult&)> done) {
   if (session_ == nullptr || !session_->isOpen())
     return runLoop_.after(0, [done = std::move(done), name = device.name] {
-      done({failure(translated("send to {name}", {{"name", name}}), "there is no session bus"),
+      done({failure(translated("send to {name}", {{"name", name}}),
+                    translated("there is no session bus")),
             false});
     });
   if (device.way == bluetoothWay)
@@ -276,7 +279,7 @@ TokenPtr BusNearbyDevices::sendByConnect(const NearbyDevice& device,
         done(reply != nullptr
                  ? SendingResult{{}, true}
                  : SendingResult{failure(translated("send to {name}", {{"name", name}}),
-                                         "KDE Connect did not take the files"),
+                                         translated("KDE Connect did not take the files")),
                                  false});
       },
       handOverLimit);

@@ -1,6 +1,7 @@
 #include "TavrinPlatform/Linux/Devices/ObexSending.h"
 
 #include "TavrinCore/Base/Errors.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinPlatform/Linux/Base/BusProperties.h"
 
 #include <cmath>
@@ -40,7 +41,7 @@ ObexSending::ObexSending(Bus& session, RunLoop& runLoop, const NearbyDevice& dev
                        textArgument(message);
                        textArgument(message);
                        if (textArgument(message).empty() && !path_.empty())
-                         finish("the Bluetooth service ended");
+                         finish(translated("the Bluetooth service ended"));
                      }));
   open();
 }
@@ -74,8 +75,8 @@ void ObexSending::open() {
         }
         if (!isOpen) {
           finish(error == SD_BUS_ERROR_SERVICE_UNKNOWN || error == SD_BUS_ERROR_NAME_HAS_NO_OWNER
-                     ? "Bluetooth's file service is not installed"
-                     : "the device did not take the connection");
+                     ? translated("Bluetooth's file service is not installed")
+                     : translated("the device did not take the connection"));
           return;
         }
         path_ = path;
@@ -101,7 +102,7 @@ void ObexSending::sendNext() {
           return;
         const char* path = nullptr;
         if (reply == nullptr || sd_bus_message_read_basic(reply, 'o', &path) <= 0) {
-          finish("the file could not be read or was not taken");
+          finish(translated("the file could not be read or was not taken"));
           return;
         }
         transfer_ = path;
@@ -131,14 +132,15 @@ void ObexSending::changed(sd_bus_message* signal) {
     sendNext();
   } else if (status == "error") {
     transfer_.clear();
-    finish("the device refused it or is gone");
+    finish(translated("the device refused it or is gone"));
   } else {
     progress_(state_);
   }
 }
 
 void ObexSending::watchForSilence() {
-  silence_ = runLoop_.after(silenceLimit, [this] { finish("the device does not answer"); });
+  silence_ =
+      runLoop_.after(silenceLimit, [this] { finish(translated("the device does not answer")); });
 }
 
 void ObexSending::closeSession() {
@@ -157,8 +159,9 @@ void ObexSending::finish(const std::string& reason) {
   closeSession();
   const std::string what =
       state_.file < files_.size()
-          ? "send " + files_[state_.file].filename().string() + " to " + device_.name
-          : "send to " + device_.name;
+          ? translated("send {file} to {name}",
+                       {{"file", files_[state_.file].filename().string()}, {"name", device_.name}})
+          : translated("send to {name}", {{"name", device_.name}});
   // The callee may drop this.
   done({reason.empty() ? std::string() : failure(what, reason), false});
 }

@@ -15,7 +15,7 @@ LinuxGlobalShortcuts::bindValid(const std::vector<Shortcut>& shortcuts,
   std::erase_if(shortcuts_, [&](const Shortcut& shortcut) {
     const bool hasKey = portalTrigger(shortcut.hotkey).has_value();
     if (!hasKey)
-      refusals.push_back({shortcut.id, noSuchKey});
+      refusals.push_back({shortcut.id, translated(noSuchKey)});
     return !hasKey;
   });
   portal().bind(shortcuts_);

@@ -1,5 +1,6 @@
 #include "TavrinPlatform/Linux/Input/PortalShortcuts.h"
 
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinPlatform/Linux/Base/BusProperties.h"
 #include "TavrinPlatform/Linux/Input/ShortcutKeys.h"
 
@@ -10,7 +11,7 @@ namespace {
 
 constexpr const char* shortcutsInterface = "org.freedesktop.portal.GlobalShortcuts";
 constexpr const char* sessionInterface = "org.freedesktop.portal.Session";
-constexpr const char* declinedReason = "it was declined";
+constexpr const char* declinedReason = marked("it was declined");
 
 using Outcome = PortalRequest::Outcome;
 
@@ -93,7 +94,7 @@ void PortalShortcuts::ask(const char* member, const PortalRequest::Build& build,
                                         if (outcome == Outcome::granted)
                                           (this->*granted)(results);
                                         else if (outcome == Outcome::declined)
-                                          refuseAll(declinedReason);
+                                          refuseAll(translated(declinedReason));
                                         else
                                           giveUp();
                                       });
@@ -140,7 +141,7 @@ void PortalShortcuts::sessionOpened(sd_bus_message* results) {
                          session_.clear();
                          request_.reset();
                          isBound_ = false;
-                         refuseAll("the desktop has taken it back");
+                         refuseAll(translated("the desktop has taken it back"));
                        });
   bindShortcuts();
 }
@@ -168,7 +169,7 @@ void PortalShortcuts::shortcutsBound(sd_bus_message* results) {
   const auto asked = shortcuts_;
   for (const auto& shortcut : asked)
     if (!granted.contains(shortcut.id))
-      listener_.refused({shortcut.id, declinedReason});
+      listener_.refused({shortcut.id, translated(declinedReason)});
 }
 
 void PortalShortcuts::refuseAll(const std::string& reason) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TavrinCore/Base/Hotkey.h"
+#include "TavrinCore/Text/Texts.h"
 
 #include <optional>
 #include <string>
@@ -14,6 +15,6 @@ std::optional<std::uint8_t> x11KeyCode(std::uint16_t virtualKeyCode);
 /// that has no name.
 std::optional<std::string> portalTrigger(const Hotkey& hotkey);
 
-inline constexpr const char* noSuchKey = "this keyboard has no such key";
+inline constexpr const char* noSuchKey = marked("this keyboard has no such key");
 
 } // namespace tavrin

@@ -1,5 +1,6 @@
 #include "TavrinPlatform/Linux/Input/X11Shortcuts.h"
 
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinPlatform/Linux/Input/ShortcutKeys.h"
 
 #include <QSocketNotifier>
@@ -79,12 +80,12 @@ X11Shortcuts::bindValid(const std::vector<Shortcut>& shortcuts,
   for (const auto& shortcut : shortcuts) {
     const auto key = x11KeyCode(shortcut.hotkey.keyCode);
     if (!connection_) {
-      refusals.push_back({shortcut.id, "there is no X server to register keys with"});
+      refusals.push_back({shortcut.id, translated("there is no X server to register keys with")});
     } else if (!key) {
-      refusals.push_back({shortcut.id, noSuchKey});
+      refusals.push_back({shortcut.id, translated(noSuchKey)});
     } else if (const Chord chord{*key, maskOf(shortcut.hotkey.modifiers)};
                bound_.contains(chord) || !grab(chord)) {
-      refusals.push_back({shortcut.id, "the keys are taken"});
+      refusals.push_back({shortcut.id, translated("the keys are taken")});
     } else {
       bound_.emplace(chord, shortcut.id);
     }

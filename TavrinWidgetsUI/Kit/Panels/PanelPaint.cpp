@@ -150,6 +150,32 @@ ButtonColours coloursOf(PanelButton::Kind kind, const QStyleOption& option, cons
 
 } // namespace
 
+namespace {
+
+/// So much smaller that `words` fit into `room`, but no smaller than four fifths.
+QFont fittedFont(QFont font, const QString& words, double room) {
+  constexpr double leastFit = 0.8;
+  const double wanted = QFontMetricsF(font).horizontalAdvance(words) + 0.5;
+  if (wanted > room && room > 0 && font.pixelSize() > 0)
+    font.setPixelSize(int(font.pixelSize() * std::max(room / wanted, leastFit)));
+  return font;
+}
+
+} // namespace
+
+void choice(QPainter& painter, const QString& words, const QRectF& rect, const QColor& colour) {
+  const QString plain = plainWords(words);
+  const QFont font = fittedFont(painter.font(), plain, rect.width());
+  const QFontMetricsF metrics(font);
+  if (metrics.horizontalAdvance(plain) <= rect.width() + 0.5) {
+    line(painter, plain, rect, font, colour);
+    return;
+  }
+  const double height = 2 * std::ceil(metrics.height());
+  lines(painter, plain, {rect.left(), rect.center().y() - height / 2, rect.width(), height}, font,
+        colour);
+}
+
 void button(QPainter& painter, const QStyleOption& option, const PanelButton& button) {
   const PanelPalette p = PanelPalette::from(option.palette);
   const ButtonColours colours = coloursOf(button.kind(), option, p);
@@ -164,12 +190,8 @@ void button(QPainter& painter, const QStyleOption& option, const PanelButton& bu
   const double gap = marked && !button.title().isEmpty() ? 6 : 0;
   // Words that are too long come closer to the edges, then are set smaller, before they are cut.
   constexpr double leastInset = 3;
-  constexpr double leastFit = 0.8;
   const double room = rect.width() - 2 * leastInset - mark - gap;
-  QFont font = button.font();
-  const double wanted = QFontMetricsF(font).horizontalAdvance(button.title()) + 0.5;
-  if (wanted > room && room > 0)
-    font.setPixelSize(int(font.pixelSize() * std::max(room / wanted, leastFit)));
+  const QFont font = fittedFont(button.font(), button.title(), room);
   const double width = std::min(room, QFontMetricsF(font).horizontalAdvance(button.title()) + 0.5);
   const double start = rect.left() + (rect.width() - mark - gap - width) / 2;
   if (marked)

@@ -33,6 +33,9 @@ double line(QPainter& painter, const QString& text, const QRectF& rect, const QF
 void lines(QPainter& painter, const QString& text, const QRectF& rect, const QFont& font,
            const QColor& colour, Qt::TextElideMode elision = Qt::ElideRight);
 
+/// What a combo box shows, in the painter's font: set smaller, then on two lines, before it is cut.
+void choice(QPainter& painter, const QString& words, const QRectF& rect, const QColor& colour);
+
 /// Whether the search field that leads to `list` has the focus: its first item is what Return means
 /// then, and is marked.
 bool isLed(const QWidget& list);

@@ -157,9 +157,9 @@ void PanelStyle::drawControl(ControlElement element, const QStyleOption* option,
   case CE_ComboBoxLabel:
     if (const auto* combo = qstyleoption_cast<const QStyleOptionComboBox*>(option)) {
       const PanelPalette p = PanelPalette::from(option->palette);
-      panelPaint::line(*painter, combo->currentText,
-                       subControlRect(CC_ComboBox, combo, SC_ComboBoxEditField, widget),
-                       painter->font(), has(*option, State_Enabled) ? p.text : p.disabledText);
+      panelPaint::choice(*painter, combo->currentText,
+                         subControlRect(CC_ComboBox, combo, SC_ComboBoxEditField, widget),
+                         has(*option, State_Enabled) ? p.text : p.disabledText);
     }
     return;
   case CE_ShapedFrame:

@@ -18,6 +18,9 @@ PanelText::PanelText(const QString& text, PanelTextStyle style, QWidget* parent)
   setWordWrap(true);
   // Not Minimum: the hint does not know the panel's width, and may ask for a line too many.
   setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
+  // A label goes by its text's own direction, so that a name would stand at the other side.
+  if (layoutDirection() == Qt::RightToLeft)
+    setAlignment(Qt::AlignRight | Qt::AlignAbsolute | Qt::AlignVCenter);
   setStyle(style);
   setWords(text);
 }

@@ -1,5 +1,7 @@
 #include "TavrinWidgetsUI/Kit/Views/Gauges.h"
 
+#include "TavrinCore/Text/DecimalText.h"
+
 #include <QPainter>
 #include <QPainterPath>
 #include <algorithm>
@@ -53,16 +55,22 @@ AnyView Sparkline::view() const {
   return canvas(*this, paintSparkline);
 }
 
+namespace {
+
+long percentOf(double fraction) {
+  return std::lround(std::isfinite(fraction) ? std::clamp(fraction * 100, 0.0, 999.0) : 0);
+}
+
+} // namespace
+
 QString percentText(double fraction) {
-  const double percent = std::isfinite(fraction) ? std::clamp(fraction * 100, 0.0, 999.0) : 0;
-  return QString::number(std::lround(percent)) + u'%';
+  return QString::fromStdString(wholePercentText(percentOf(fraction)));
 }
 
 QString gaugeText(double fraction, const TileSize& size) {
-  QString words = percentText(fraction);
-  if (words.size() > 3 && size.side < smallestForPercent)
-    words.chop(1);
-  return words;
+  const long percent = percentOf(fraction);
+  return percent > 99 && size.side < smallestForPercent ? QString::number(percent)
+                                                        : percentText(fraction);
 }
 
 } // namespace tavrin
