@@ -42,6 +42,11 @@ int checkedSpan(const DockWidget::Kind& kind, const JSONValue& value);
 /// The value at a path; null where there is none.
 JSONValue valueAt(const DockWidget& widget, std::string_view path);
 
+/// Why a value that is stored already would be refused, as one sentence with the field's key; empty
+/// where it would not.
+std::string storedFault(const FieldInfo& field, const JSONValue& value,
+                        const SettingSystem& system);
+
 /// The sentence about a value that is taken but leads nowhere: a folder that is not there. Empty
 /// for none.
 std::string settingWarning(const FieldInfo& field, const JSONValue& value,

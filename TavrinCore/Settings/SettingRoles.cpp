@@ -109,6 +109,12 @@ std::string faultInChanges(const std::vector<FieldInfo>& fields, const JSONValue
   return {};
 }
 
+std::string storedFault(const FieldInfo& field, const JSONValue& value,
+                        const SettingSystem& system) {
+  return value == field.defaultValue ? std::string()
+                                     : faultAt(field, field.key, JSONValue(), value, system);
+}
+
 std::string settingWarning(const FieldInfo& field, const JSONValue& value,
                            const SettingSystem& system) {
   const auto sentence = [&](const std::string& text) {

@@ -113,8 +113,15 @@ void FormRow::show(const JSONValue& record) {
     trouble_.clear();
     fill(value, record);
   }
-  warning_ = utf8(settingWarning(field_, known_, services_.system));
+  warn();
   showMessage();
+}
+
+/// What is stored may come from anywhere.
+void FormRow::warn() {
+  const auto fault = storedFault(field_, known_, services_.system);
+  warning_ = withTitle(
+      utf8(fault.empty() ? settingWarning(field_, known_, services_.system) : fault), field_);
 }
 
 bool FormRow::edit(std::vector<SettingValue> values) {
@@ -136,7 +143,7 @@ bool FormRow::edit(std::vector<SettingValue> values) {
   } else {
     trouble_ = withTitle(utf8(refusal), field_);
   }
-  warning_ = utf8(settingWarning(field_, known_, services_.system));
+  warn();
   showMessage();
   if (!refusal.empty() && !control_->isTyping() && !control_->isWide())
     fill(known_, record_);

@@ -36,6 +36,7 @@ private:
   void fill(const JSONValue& value, const JSONValue& record);
   bool edit(std::vector<SettingValue> values);
   void complain(const QString& sentence);
+  void warn();
   void showMessage();
 
   FieldInfo field_;

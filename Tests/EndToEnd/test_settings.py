@@ -51,7 +51,8 @@ class LiveStrip(SettingsTest):
 
 
     def test_what_is_set_is_seen_on_the_desktop_at_once(self):
-        self.desk.write_widgets([widget("clock", {}, 1, name="Here"), widget("note", {}, 2, name="List"),
+        self.desk.write_widgets([widget("clock", {}, 1, name="Here"),
+                                 widget("note", {}, 2, name="List"),
                                  widget("timer", {}, 3, name="Tea")], announce=False)
         slots = [self.desk.start_slot(slot) for slot in (1, 2, 3)]
         window = Window(self.desk)
@@ -60,12 +61,12 @@ class LiveStrip(SettingsTest):
                     "Tea": lambda: window.press("Green")}
         for place, (name, change) in enumerate(settings.items()):
             tile = wait_for(lambda: self.desk.windows(slots[place].pid), "the tile")[0]
-            window.press(f"{name}, place {place + 1} of 3")
-            before, shown = self.desk.pixels(tile), self.pixels(window, f"{name}, place {place + 1} of 3")
+            on_strip = f"{name}, place {place + 1} of 3"
+            window.press(on_strip)
+            before, shown = self.desk.pixels(tile), self.pixels(window, on_strip)
             change()
             wait_for(lambda: self.desk.pixels(tile) != before, f"the tile of {name}")
-            wait_for(lambda: self.pixels(window, f"{name}, place {place + 1} of 3") != shown,
-                     f"the strip's tile of {name}")
+            wait_for(lambda: self.pixels(window, on_strip) != shown, f"the strip's tile of {name}")
         window.close()
 
 
