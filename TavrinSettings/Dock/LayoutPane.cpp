@@ -193,7 +193,7 @@ void LayoutPane::makeActions(QVBoxLayout* column) {
   noDock_ = new PanelText(
       worded("No Dock runs on this computer. Writing a layout puts it into {file}, where a Dock "
              "finds it when it starts; nothing else changes.",
-             {{"file", "\u2066~/Library/Preferences/com.apple.dock.plist\u2069"}}),
+             {{"file", "~/Library/Preferences/com.apple.dock.plist"}}),
       PanelTextStyle::secondary, this);
   column->addWidget(noDock_);
   apply_ = new PanelButton(

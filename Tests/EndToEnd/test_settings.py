@@ -4,7 +4,6 @@ file; a window that is killed."""
 import json
 import plistlib
 import random
-import subprocess
 import threading
 import time
 import unittest
@@ -195,6 +194,13 @@ class DockLayouts(SettingsTest):
         window.await_name("It is what is written already.")
         self.show("Mail")
         window.await_name("Writing it adds Notes.")
+        window.press("Add…")
+        window.await_focus("Application or address", "text")
+        self.desk.run("xdotool", "type", "x://a/b")
+        self.desk.key("Return")
+        window.await_name("Writing it adds Notes and x://a/b.")
+        window.press("Undo Add an Item to Layout")
+        window.await_name("Writing it adds Notes.")
         self.assertTrue(any("No Dock runs on this computer" in entry["name"]
                             for entry in window.tree()))
         window.press("Write")
@@ -206,38 +212,6 @@ class DockLayouts(SettingsTest):
         # Layouts that others make are there too.
         self.desk.run(str(COMMAND), "profiles", "rename", "Layout", "Work")
         window.await_name("Work")
-        window.close()
-
-
-class BadValues(SettingsTest):
-    def sentence(self, name, key, title, value):
-        """What the command says of the value, as a form does."""
-        told = subprocess.run([str(COMMAND), "widgets", "set", name, f"{key}={value}"],
-                              env=self.desk.env, capture_output=True, text=True).stderr
-        words = told.splitlines()[0].removeprefix("tavrin: ").replace(f'"{key}"', f"“{title}”")
-        return words[0].upper() + words[1:]
-
-    def test_are_told_in_the_window_in_the_commands_words(self):
-        self.desk.write_widgets([
-            widget("timer", {}, None, name="Tea"), widget("screenshots", {}, None, name="Shots"),
-            widget("clock", {"timeZoneID": "Mars/Olympus"}, None, name="There")], announce=False)
-        window = Window(self.desk)
-        told = lambda words: any(words in entry["name"] for entry in window.tree())
-        for name, kind, key, value, is_taken in (
-                ("Tea", "timer", "tintHex", "purple", False),
-                ("Shots", "screenshots", "folder", "/nowhere", True)):
-            fields = json.loads(self.desk.run(str(COMMAND), "widgets", "kinds", kind, "--json"))
-            title = next(each["title"] for each in fields["fields"] if each["key"] == key)
-            window.press(name)
-            window.await_name("All Widgets")
-            window.type_text(title, value, "text")
-            wait_for(lambda: told(f"“{value}") or told(f'"{value}'), f"a word on {value}")
-            self.assertEqual(self.settings(name).get(key) == value, is_taken)
-            words = self.sentence(name, key, title, value)
-            wait_for(lambda: told(words), words)
-            window.press("All Widgets")
-        window.press("There")
-        wait_for(lambda: told("Mars/Olympus"), "the zone that there is not")
         window.close()
 
 

@@ -2,12 +2,13 @@
 assistive technology is told them, set, and read back from the file."""
 
 import json
+import subprocess
 import time
 import unittest
 
 from desks.access_tree import start_accessibility
-from rig import BUILD, Desk, DeskTest, wait_for
-from desks.settings_window import COMMAND, Window, end_slots, stored
+from rig import BUILD, Desk, DeskTest, wait_for, widget
+from desks.settings_window import COMMAND, SettingsTest, Window, end_slots, stored
 
 # What a line of text takes, by the setting's key; the value stored need not be the words.
 WORDS = {"presets": "7m", "tintHex": "#102030", "colorHex": "#102030", "text": "Milk",
@@ -148,6 +149,38 @@ class EveryField(DeskTest):
             if left:
                 unset[name] = left
         self.assertEqual(unset, {})
+
+
+class BadValues(SettingsTest):
+    def sentence(self, name, key, title, value):
+        """What the command says of the value, as a form does."""
+        told = subprocess.run([str(COMMAND), "widgets", "set", name, f"{key}={value}"],
+                              env=self.desk.env, capture_output=True, text=True).stderr
+        words = told.splitlines()[0].removeprefix("tavrin: ").replace(f'"{key}"', f"“{title}”")
+        return words[0].upper() + words[1:]
+
+    def test_are_told_in_the_window_in_the_commands_words(self):
+        self.desk.write_widgets([
+            widget("timer", {}, None, name="Tea"), widget("screenshots", {}, None, name="Shots"),
+            widget("clock", {"timeZoneID": "Mars/Olympus"}, None, name="There")], announce=False)
+        window = Window(self.desk)
+        told = lambda words: any(words in entry["name"] for entry in window.tree())
+        for name, kind, key, value, is_taken in (
+                ("Tea", "timer", "tintHex", "purple", False),
+                ("Shots", "screenshots", "folder", "/nowhere", True)):
+            fields = json.loads(self.desk.run(str(COMMAND), "widgets", "kinds", kind, "--json"))
+            title = next(each["title"] for each in fields["fields"] if each["key"] == key)
+            window.press(name)
+            window.await_name("All Widgets")
+            window.type_text(title, value, "text")
+            wait_for(lambda: told(f"“{value}") or told(f'"{value}'), f"a word on {value}")
+            self.assertEqual(self.settings(name).get(key) == value, is_taken)
+            words = self.sentence(name, key, title, value)
+            wait_for(lambda: told(words), words)
+            window.press("All Widgets")
+        window.press("There")
+        wait_for(lambda: told("Mars/Olympus"), "the zone that there is not")
+        window.close()
 
 
 if __name__ == "__main__":

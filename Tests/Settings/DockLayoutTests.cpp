@@ -1,5 +1,6 @@
 #include "TavrinCore/Kinds/System/ClockSettings.h"
 #include "TavrinCore/Settings/HotkeyText.h"
+#include "TavrinHost/Dock/FocusSession.h"
 #include "TavrinPlatform/Files/AtomicFile.h"
 #include "TavrinSettings/Computer/ComputerPage.h"
 #include "TavrinSettings/Dock/BackupPane.h"
@@ -163,6 +164,16 @@ TEST_F(DockLayoutTest, WithoutADockALayoutIsWrittenAndNothingIsEnded) {
   loop.runBackground();
   EXPECT_EQ(shown(), "Mail ");
   EXPECT_EQ(said.back(), "Undone: Apply Layout.");
+}
+
+TEST_F(DockLayoutTest, WhatFollowsShortcutsAndFocusIsStartedAndKnown) {
+  EXPECT_FALSE(isFollowed(context));
+  startFollowing(context);
+  EXPECT_EQ(platform.running.launches.back().program, "/opt/tavrin/bin/tavrin");
+  EXPECT_THAT(platform.running.launches.back().arguments, ElementsAre("focus"));
+  EXPECT_TRUE(claimFollowing(context));
+  EXPECT_TRUE(isFollowed(context));
+  EXPECT_FALSE(claimFollowing(context));
 }
 
 TEST_F(DockLayoutTest, AShortcutIsOneLayouts) {
