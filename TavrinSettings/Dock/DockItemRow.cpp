@@ -62,6 +62,8 @@ protected:
     }
     painter.setFont(panelFont(PanelTextStyle::caption));
     painter.setPen(colours.text);
+    // A name that is cut ends where it ends, whatever the interface reads like.
+    painter.setLayoutDirection(name.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
     const QFontMetrics metrics(painter.font());
     painter.drawText(QRectF(2, icon.bottom() + 4, width() - 4, 20), Qt::AlignHCenter,
                      metrics.elidedText(name, Qt::ElideRight, width() - 6));

@@ -51,7 +51,7 @@ void FreePlace::paintEvent(QPaintEvent*) {
   const QRectF body = TileSize{static_cast<double>(height()), 1}.bodyRect();
   const double plus = body.height() * plusMargin;
   drawSymbol(painter, "plus", body.marginsRemoved(QMarginsF(plus, plus, plus, plus)),
-             QColor(255, 255, 255, isBright ? 255 : 190));
+             QColor(255, 255, 255, isBright ? 255 : 235));
 }
 
 void FreePlace::keyPressEvent(QKeyEvent* event) {
