@@ -39,10 +39,12 @@ DockPage::DockPage(PageServices& services, HostContext& context, History& histor
   list_->setFixedWidth(listWidth);
   list_->onOpen = [this](int index) { choose(index); };
   auto* fresh = new PanelButton(
-      PanelButton::Kind::quiet, worded("New from the Dock"), [this] { make(); }, this);
+      PanelButton::Kind::quiet, worded("New from the Dock"), [this] { make(false); }, this);
   fresh->setSymbol(QStringLiteral("plus"));
   left->addWidget(list_, 1);
   left->addWidget(fresh);
+  left->addWidget(new PanelButton(
+      PanelButton::Kind::quiet, worded("New, Empty"), [this] { make(true); }, this));
   if (services.forms.choosePaths)
     left->addWidget(new PanelButton(
         PanelButton::Kind::quiet, worded("Import…"), [this] { importLayouts(); }, this));
@@ -53,7 +55,7 @@ DockPage::DockPage(PageServices& services, HostContext& context, History& histor
   empty_ = new PanelEmptyState(QStringLiteral("square.grid.2x2.fill"),
                                worded("There are no Dock layouts yet"), stack_);
   empty_->setHint(worded("A layout keeps the Dock's items, to be put there again."));
-  empty_->setStep(worded("New from the Dock"), [this] { make(); });
+  empty_->setStep(worded("New from the Dock"), [this] { make(false); });
   for (QWidget* pane : {static_cast<QWidget*>(layout_), static_cast<QWidget*>(backups_),
                         static_cast<QWidget*>(empty_)})
     stack_->addWidget(pane);
@@ -65,9 +67,9 @@ DockPage::DockPage(PageServices& services, HostContext& context, History& histor
   follow(context, folders);
 }
 
-void DockPage::make() {
+void DockPage::make(bool isEmpty) {
   services_.attempt([&] {
-    chosen_ = profiles_.createFromDock();
+    chosen_ = profiles_.create(isEmpty);
     refresh();
   });
 }

@@ -28,7 +28,7 @@ private:
   void importLayouts();
   void refresh();
   void choose(int row);
-  void make();
+  void make(bool isEmpty);
   void follow(HostContext& context, FolderWatch& folders);
   void progress(const std::string& sentence, DockJob::Stage stage);
 

@@ -93,8 +93,8 @@ std::string ProfilesEditor::freeName(const std::string& name) {
   return made;
 }
 
-UUID ProfilesEditor::createFromDock() {
-  auto dock = library_.snapshot();
+UUID ProfilesEditor::create(bool isEmpty) {
+  auto dock = isEmpty ? DockSnapshot() : library_.snapshot();
   Profile profile;
   profile.id = UUID::random();
   profile.name = freeName(translated("Layout"));

@@ -31,8 +31,8 @@ public:
   /// Others may have changed the file.
   void reload();
 
-  /// A profile of the Dock as it is.
-  UUID createFromDock();
+  /// A profile of the Dock as it is, or without items.
+  UUID create(bool isEmpty = false);
   UUID duplicate(const UUID& id);
   void remove(const UUID& id);
   /// Adds the profiles of an export; gives the first, none where there was none in it. Throws

@@ -9,6 +9,7 @@ import time
 import unittest
 
 from desks.access_tree import start_accessibility
+from desks.calendars import CalendarServer
 from rig import BUILD, Desk, wait_for, widget
 from desks.settings_window import COMMAND, PROGRAM, SettingsTest, Window, stored, strip
 
@@ -231,6 +232,21 @@ class Modules(SettingsTest):
         wait_for(lambda: any("Is there a network?" in entry["name"] for entry in window.tree()),
                  "the answer")
         self.assertNotIn("load the module", (self.desk.home / "settings.log").read_text())
+
+    def test_it_offers_the_calendars_of_the_desktop(self):
+        CalendarServer(self.desk)
+        self.desk.write_widgets([widget("calendar", {}, None, name="Days"),
+                                 widget("reminders", {}, None, name="Tasks")], announce=False)
+        window = Window(self.desk)
+        window.press("Days")
+        wait_for(lambda: any(entry["name"].strip() == "Personal" for entry in window.tree()),
+                 "the calendar")
+        window.press("All Widgets")
+        window.press("Tasks")
+        window.press("List", "push button")
+        window.await_name("Personal, On This Computer", "list item")
+        self.desk.key("Down", "Return")
+        wait_for(lambda: self.settings("Tasks").get("listID") == "system-task-list", "the list")
 
 
 class ThisComputer(SettingsTest):

@@ -63,7 +63,7 @@ protected:
 };
 
 TEST_F(DockLayoutTest, LayoutsAreMadeChangedAndSteppedBackThrough) {
-  const auto first = profiles.createFromDock();
+  const auto first = profiles.create();
   EXPECT_EQ(profiles.profile(first)->name, "Layout");
   EXPECT_THAT(profiles.profile(first)->items, SizeIs(2));
   for (const char* name : {"W", "Wo", "Work"})
@@ -90,7 +90,7 @@ TEST_F(DockLayoutTest, LayoutsAreMadeChangedAndSteppedBackThrough) {
 }
 
 TEST_F(DockLayoutTest, LayoutsGoToAFileAndComeFromOne) {
-  const auto first = profiles.createFromDock();
+  const auto first = profiles.create();
   const auto file = folder / "Layout.json";
   profiles.exportTo(file, first);
   const auto again = profiles.importFrom(file);
@@ -106,10 +106,10 @@ TEST_F(DockLayoutTest, LayoutsGoToAFileAndComeFromOne) {
 }
 
 TEST_F(DockLayoutTest, ApplyingGoesThereAndUndoComesBackWithTheActiveProfile) {
-  const auto home = profiles.createFromDock();
+  const auto home = profiles.create();
   profiles.library().profiles().setActive(home);
   show({"/Applications/Mail.app"});
-  const auto calm = profiles.createFromDock();
+  const auto calm = profiles.create();
   show({"/Applications/Mail.app", "/Applications/Notes.app"});
 
   job.apply(*profiles.profile(calm));
@@ -132,7 +132,7 @@ TEST_F(DockLayoutTest, ApplyingGoesThereAndUndoComesBackWithTheActiveProfile) {
 }
 
 TEST_F(DockLayoutTest, WhatWasNotWrittenAndWhatFailedIsSaidAndIsNoStep) {
-  const auto same = profiles.createFromDock();
+  const auto same = profiles.create();
   profiles.library().profiles().setActive(same);
   const auto before = history.undoTitle();
   job.apply(*profiles.profile(same));
@@ -151,7 +151,7 @@ TEST_F(DockLayoutTest, WhatWasNotWrittenAndWhatFailedIsSaidAndIsNoStep) {
 
 TEST_F(DockLayoutTest, WithoutADockALayoutIsWrittenAndNothingIsEnded) {
   platform.dock.process.runs = platform.dock.process.isThere = false;
-  const auto both = profiles.createFromDock();
+  const auto both = profiles.create();
   show({"/Applications/Mail.app"});
   EXPECT_FALSE(job.hasDock());
   job.apply(*profiles.profile(both));
@@ -176,8 +176,15 @@ TEST_F(DockLayoutTest, WhatFollowsShortcutsAndFocusIsStartedAndKnown) {
   EXPECT_FALSE(claimFollowing(context));
 }
 
+TEST_F(DockLayoutTest, AnEmptyOneIsMadeToBeFilled) {
+  const auto id = profiles.create(true);
+  EXPECT_THAT(profiles.profile(id)->items, IsEmpty());
+  EXPECT_THAT(history.undo(), IsEmpty());
+  EXPECT_FALSE(profiles.profile(id));
+}
+
 TEST_F(DockLayoutTest, AShortcutIsOneLayouts) {
-  const auto first = profiles.createFromDock();
+  const auto first = profiles.create();
   const Hotkey keys = hotkeyFromText("ctrl+alt+1");
   profiles.edit(first, "Shortcut", "", [&](Profile& profile) { profile.hotkey = keys; });
   const auto file = folder / "Layout.json";
