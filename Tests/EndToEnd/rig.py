@@ -6,6 +6,7 @@ Everything a test starts is ended by its process id when the test is over.
 import json
 import os
 import pathlib
+import re
 import shutil
 import signal
 import subprocess
@@ -159,12 +160,21 @@ class Desk:
                      f"{width}/300x{height}/200+{left}+0", "none" if index else "screen")
             left += width
 
-    def start_window_manager(self):
-        """It says that it is there before it manages, and forgets a window that comes between."""
+    def start_window_manager(self, command=("openbox",), log=None):
+        """openbox says that it is there before it manages, and forgets a window that comes between."""
         managed = self.home / "managed"
         managed.unlink(missing_ok=True)
-        manager = self.spawn(["openbox", "--startup", f"touch '{managed}'"])
-        wait_for(managed.exists, "the window manager")
+        says_when = command[0] == "openbox"
+        more = ["--startup", f"touch '{managed}'"] if says_when else []
+        manager = self.spawn([*command, *more], log=log)
+
+        def manages():
+            check = self.run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK", check=False)
+            window = re.search(r"0x[0-9a-f]+", check)
+            return window and window[0] in self.run(
+                "xprop", "-id", window[0], "_NET_SUPPORTING_WM_CHECK", check=False) and (
+                    managed.exists() or not says_when)
+        wait_for(manages, command[0])
         return manager
 
     # Widgets and slots

@@ -50,9 +50,7 @@ class OnManager:
         if command:
             # One compositor: the manager's own would be a second.
             more = ["--compositor=off"] if cls.manager == "xfwm4" and not cls.compositor else []
-            cls.desk.spawn(command + more)
-            wait_for(lambda: "0x" in cls.desk.run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK",
-                                                  check=False), cls.manager)
+            cls.desk.start_window_manager(command + more)
         if cls.compositor and cls.manager != "xfwm4":
             cls.desk.spawn(["xcompmgr", "-n"])
         cls.server = Server(cls.desk.env["DISPLAY"])

@@ -61,14 +61,7 @@ class ManagedDesk:
         config = cls.desk.home / "i3.conf"
         config.write_text(I3_CONFIG)
         command = [word.format(config=config) for word in MANAGERS[cls.manager]]
-        cls.wm = cls.desk.spawn(command, log="wm.log")
-
-        def lives():
-            check = cls.desk.run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK", check=False)
-            window = re.search(r"0x[0-9a-f]+", check)
-            return window and window[0] in cls.desk.run(
-                "xprop", "-id", window[0], "_NET_SUPPORTING_WM_CHECK", check=False)
-        wait_for(lives, cls.manager)
+        cls.wm = cls.desk.start_window_manager(command, log="wm.log")
 
     @classmethod
     def kill_manager(cls):
