@@ -25,56 +25,25 @@ struct GalleryPanel {
 };
 using GalleryPanels = std::vector<GalleryPanel>;
 
-/// One function per family of kinds, in its own file; main.cpp lists them with their file names.
-GallerySheet kitGallery();
-GallerySheet airDropGallery();
-GalleryPanels airDropPanels();
-GallerySheet bookmarkGallery();
-GalleryPanels bookmarkPanels();
-GallerySheet calendarGallery();
-GalleryPanels calendarPanels();
-GallerySheet clipboardGallery();
-GalleryPanels clipboardPanels();
-GallerySheet collectionGallery();
-GalleryPanels collectionPanels();
-GallerySheet colourGallery();
-GalleryPanels colourPanels();
-GallerySheet converterGallery();
-GalleryPanels converterPanels();
-GallerySheet emojiGallery();
-GalleryPanels emojiPanels();
-GallerySheet fanGallery();
-GalleryPanels fanPanels();
-GallerySheet filesGallery();
-GallerySheet filesWideGallery();
-GalleryPanels filesPanels();
-GallerySheet gitHubGallery();
-GalleryPanels gitHubPanels();
-GallerySheet keyboardLockGallery();
-GalleryPanels keyboardLockPanels();
-GallerySheet musicGallery();
-GalleryPanels musicPanels();
-GallerySheet noteGallery();
-GalleryPanels notePanels();
-GallerySheet petGallery();
-GalleryPanels petPanels();
-GallerySheet petFrames();
-GallerySheet shortcutGallery();
-GalleryPanels shortcutPanels();
-GallerySheet systemGallery();
-GallerySheet systemWideGallery();
-GalleryPanels systemPanels();
-GallerySheet timeGallery();
-GallerySheet timeWideGallery();
-GalleryPanels timePanels();
-GallerySheet timersGallery();
-GalleryPanels timersPanels();
-GallerySheet usageGallery();
-GallerySheet usageWideGallery();
-GalleryPanels usagePanels();
-GallerySheet waterGallery();
-GalleryPanels waterPanels();
-GallerySheet weatherGallery();
-GalleryPanels weatherPanels();
+/// Sheets by the names of their files.
+struct NamedSheet {
+  const char* name;
+  GallerySheet (*tiles)();
+};
+struct NamedPanels {
+  const char* name;
+  GalleryPanels (*panels)();
+};
+
+/// Lists the sheets of the file that has it among its constants.
+class GalleryEntry {
+public:
+  GalleryEntry(const char* name, GallerySheet (*tiles)());
+  GalleryEntry(const char* name, GalleryPanels (*panels)());
+};
+
+/// All that are listed, by their names.
+std::vector<NamedSheet> gallerySheets();
+std::vector<NamedPanels> galleryPanels();
 
 } // namespace tavrin

@@ -104,4 +104,6 @@ GallerySheet kitGallery() {
   return sheet;
 }
 
+const GalleryEntry listed[] = {{"kit", kitGallery}};
+
 } // namespace tavrin

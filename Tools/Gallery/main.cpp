@@ -19,72 +19,6 @@ namespace tavrin {
 
 namespace {
 
-struct NamedSheet {
-  const char* name;
-  GallerySheet (*tiles)();
-};
-
-constexpr NamedSheet sheets[] = {
-    {"kit", kitGallery},
-    {"timers", timersGallery},
-    {"note", noteGallery},
-    {"time", timeGallery},
-    {"time-wide", timeWideGallery},
-    {"github", gitHubGallery},
-    {"fans", fanGallery},
-    {"keyboard-lock", keyboardLockGallery},
-    {"usage", usageGallery},
-    {"usage-wide", usageWideGallery},
-    {"water", waterGallery},
-    {"weather", weatherGallery},
-    {"calendar", calendarGallery},
-    {"system", systemGallery},
-    {"system-wide", systemWideGallery},
-    {"colour", colourGallery},
-    {"clipboard", clipboardGallery},
-    {"files", filesGallery},
-    {"files-wide", filesWideGallery},
-    {"converter", converterGallery},
-    {"emoji", emojiGallery},
-    {"bookmarks", bookmarkGallery},
-    {"pet", petGallery},
-    {"pet-frames", petFrames},
-    {"collection", collectionGallery},
-    {"music", musicGallery},
-    {"shortcut", shortcutGallery},
-    {"airdrop", airDropGallery},
-};
-
-struct NamedPanels {
-  const char* name;
-  GalleryPanels (*panels)();
-};
-
-constexpr NamedPanels panelSheets[] = {
-    {"note-panels", notePanels},
-    {"time-panels", timePanels},
-    {"github-panels", gitHubPanels},
-    {"fans-panels", fanPanels},
-    {"keyboard-lock-panels", keyboardLockPanels},
-    {"system-panels", systemPanels},
-    {"timers-panels", timersPanels},
-    {"usage-panels", usagePanels},
-    {"water-panels", waterPanels},
-    {"weather-panels", weatherPanels},
-    {"calendar-panels", calendarPanels},
-    {"colour-panels", colourPanels},
-    {"clipboard-panels", clipboardPanels},
-    {"files-panels", filesPanels},
-    {"converter-panels", converterPanels},
-    {"emoji-panels", emojiPanels},
-    {"bookmarks-panels", bookmarkPanels},
-    {"pet-panels", petPanels},
-    {"collection-panels", collectionPanels},
-    {"music-panels", musicPanels},
-    {"shortcut-panels", shortcutPanels},
-    {"airdrop-panels", airDropPanels},
-};
-
 constexpr double captionHeight = 16;
 constexpr double gap = 8;
 
@@ -206,7 +140,7 @@ int tellCut(const char* sheet, const std::string& name, const std::string& where
 int tellAllCut() {
   int count = 0;
   int looked = 0;
-  for (const NamedSheet& sheet : sheets)
+  for (const NamedSheet& sheet : gallerySheets())
     for (const GalleryTile& tile : sheet.tiles())
       for (const double side : {48.0, 64.0, 96.0, 128.0}) {
         const TileSize size{side, tile.span};
@@ -214,7 +148,7 @@ int tellAllCut() {
                          cutWords(tile.view(size), size));
         ++looked;
       }
-  for (const NamedPanels& each : panelSheets)
+  for (const NamedPanels& each : galleryPanels())
     for (const GalleryPanel& made : each.panels()) {
       count += tellCut(each.name, made.name, "panel", cutWords(*laidOut(made, false)));
       ++looked;
@@ -273,7 +207,7 @@ int main(int argc, char** argv) {
     for (const double side : {24.0, 64.0})
       isComplete &= save(contactSheet(symbolSheet(), side, 2),
                          folder.filePath(QStringLiteral("symbols-%1.png").arg(side)));
-  for (const NamedSheet& sheet : sheets) {
+  for (const NamedSheet& sheet : gallerySheets()) {
     if (!isWanted(QString::fromUtf8(sheet.name)))
       continue;
     const GallerySheet tiles = sheet.tiles();
@@ -285,7 +219,7 @@ int main(int argc, char** argv) {
                                                .arg(side)
                                                .arg(scale)));
   }
-  for (const NamedPanels& panels : panelSheets) {
+  for (const NamedPanels& panels : galleryPanels()) {
     const QString name = QString::fromUtf8(panels.name);
     if (!isWanted(name))
       continue;

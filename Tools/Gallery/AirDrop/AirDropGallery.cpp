@@ -99,4 +99,6 @@ GalleryPanels airDropPanels() {
           panelOf("failed", true, 3, State::failed)};
 }
 
+const GalleryEntry listed[] = {{"airdrop", airDropGallery}, {"airdrop-panels", airDropPanels}};
+
 } // namespace tavrin

@@ -117,4 +117,7 @@ GalleryPanels bookmarkPanels() {
           panelOf("broken", {{{"Broken", "no address"}}, {}, true})};
 }
 
+const GalleryEntry listed[] = {{"bookmarks", bookmarkGallery},
+                               {"bookmarks-panels", bookmarkPanels}};
+
 } // namespace tavrin

@@ -129,4 +129,6 @@ GalleryPanels calendarPanels() {
   return panels;
 }
 
+const GalleryEntry listed[] = {{"calendar", calendarGallery}, {"calendar-panels", calendarPanels}};
+
 } // namespace tavrin

@@ -165,4 +165,7 @@ GalleryPanels usagePanels() {
   };
 }
 
+const GalleryEntry listed[] = {
+    {"usage", usageGallery}, {"usage-wide", usageWideGallery}, {"usage-panels", usagePanels}};
+
 } // namespace tavrin

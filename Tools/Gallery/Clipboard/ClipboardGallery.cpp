@@ -146,4 +146,7 @@ GalleryPanels clipboardPanels() {
           panelOf("thousands", Show::thousands)};
 }
 
+const GalleryEntry listed[] = {{"clipboard", clipboardGallery},
+                               {"clipboard-panels", clipboardPanels}};
+
 } // namespace tavrin

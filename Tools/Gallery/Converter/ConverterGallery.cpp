@@ -61,4 +61,7 @@ GalleryPanels converterPanels() {
           panelOf("angle", {angle, "°", "rad", 180}, german())};
 }
 
+const GalleryEntry listed[] = {{"converter", converterGallery},
+                               {"converter-panels", converterPanels}};
+
 } // namespace tavrin

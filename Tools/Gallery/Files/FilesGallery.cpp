@@ -345,4 +345,7 @@ GalleryPanels filesPanels() {
           shelfPanel("no look", 5, 0)};
 }
 
+const GalleryEntry listed[] = {
+    {"files", filesGallery}, {"files-wide", filesWideGallery}, {"files-panels", filesPanels}};
+
 } // namespace tavrin

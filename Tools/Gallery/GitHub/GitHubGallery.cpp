@@ -1,3 +1,4 @@
+#include "TavrinCore/Base/ISO8601.h"
 #include "TavrinCore/Kinds/GitHub/GitHubSettings.h"
 #include "TavrinSettings/Samples/SampleValues.h"
 #include "TavrinWidgetsUI/GitHub/GitHubModel.h"
@@ -188,5 +189,7 @@ GalleryPanels gitHubPanels() {
                   {Outcome::exited, 0, answerWith(year(true)), "", false}),
   };
 }
+
+const GalleryEntry listed[] = {{"github", gitHubGallery}, {"github-panels", gitHubPanels}};
 
 } // namespace tavrin

@@ -108,4 +108,6 @@ GalleryPanels musicPanels() {
   return panels;
 }
 
+const GalleryEntry listed[] = {{"music", musicGallery}, {"music-panels", musicPanels}};
+
 } // namespace tavrin

@@ -177,4 +177,6 @@ GalleryPanels timersPanels() {
   };
 }
 
+const GalleryEntry listed[] = {{"timers", timersGallery}, {"timers-panels", timersPanels}};
+
 } // namespace tavrin

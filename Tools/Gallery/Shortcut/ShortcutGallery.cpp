@@ -120,4 +120,6 @@ GalleryPanels shortcutPanels() {
           panelOf("nothing", none, State::none, {})};
 }
 
+const GalleryEntry listed[] = {{"shortcut", shortcutGallery}, {"shortcut-panels", shortcutPanels}};
+
 } // namespace tavrin

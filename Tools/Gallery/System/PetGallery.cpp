@@ -60,4 +60,7 @@ GallerySheet petFrames() {
   return sheet;
 }
 
+const GalleryEntry petEntries[] = {
+    {"pet-panels", petPanels}, {"pet", petGallery}, {"pet-frames", petFrames}};
+
 } // namespace tavrin

@@ -152,4 +152,7 @@ GalleryPanels systemPanels() {
                        4000)};
 }
 
+const GalleryEntry systemEntries[] = {
+    {"system", systemGallery}, {"system-wide", systemWideGallery}, {"system-panels", systemPanels}};
+
 } // namespace tavrin

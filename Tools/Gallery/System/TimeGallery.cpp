@@ -150,4 +150,7 @@ GalleryPanels timePanels() {
   return panels;
 }
 
+const GalleryEntry timeEntries[] = {
+    {"time", timeGallery}, {"time-wide", timeWideGallery}, {"time-panels", timePanels}};
+
 } // namespace tavrin

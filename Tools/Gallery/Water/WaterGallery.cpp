@@ -81,4 +81,6 @@ GalleryPanels waterPanels() {
   return panels;
 }
 
+const GalleryEntry listed[] = {{"water", waterGallery}, {"water-panels", waterPanels}};
+
 } // namespace tavrin

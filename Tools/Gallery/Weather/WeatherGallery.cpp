@@ -139,4 +139,6 @@ GalleryPanels weatherPanels() {
   return panels;
 }
 
+const GalleryEntry listed[] = {{"weather", weatherGallery}, {"weather-panels", weatherPanels}};
+
 } // namespace tavrin
