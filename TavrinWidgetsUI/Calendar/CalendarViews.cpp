@@ -263,7 +263,7 @@ AnyView reminderItems(const ReminderReading& reading, const TileSize& size) {
       content.state = TileState::done;
     } else {
       content.figure = QString::number(openCount(reading));
-      content.caption = "open";
+      content.caption = wordedIn("reminders", "open");
       content.mark = symbol("list.bullet").colour(reminderTint);
       content.markRatio = 0.2;
     }

@@ -90,6 +90,13 @@ std::vector<WeatherDay> comingDays(const WeatherSnapshot& weather, const Calenda
   return days;
 }
 
+/// "Th"; the letter alone in languages whose short names are long.
+QString dayLetters(Date date, const Calendar& calendar) {
+  constexpr qsizetype longest = 3;
+  const QString name = utf8(calendar.text(date, "cccccc"));
+  return name.size() > longest ? utf8(calendar.text(date, "ccccc")) : name;
+}
+
 /// Weekday, symbol, high and low under each other; the weekday goes first.
 AnyView dayColumn(const WeatherDay& day, const Calendar& calendar, const QColor& ground,
                   const TileSize& size, double points, bool hasName) {
@@ -97,7 +104,7 @@ AnyView dayColumn(const WeatherDay& day, const Calendar& calendar, const QColor&
   const double symbolSide = points * 1.25;
   std::vector<AnyView> lines;
   if (hasName)
-    lines.push_back(wordText(utf8(calendar.text(day.date, "cccccc")), points, quiet));
+    lines.push_back(wordText(dayLetters(day.date, calendar), points, quiet));
   lines.push_back(conditionSymbol(day.condition, true, ground).frame(symbolSide, symbolSide));
   lines.push_back(
       figureText(utf8(WeatherWords::shortDegrees(day.high)), points, palette::figure(ground)));

@@ -71,6 +71,11 @@ def without_comments(text):
                   lambda m: m.group(1) or "", text, flags=re.S | re.M)
 
 
+# What stands here is shown, be it a single word without a capital.
+SHOWN = re.compile(r"(?:\b(?:caption|sentence)\s*=|\b(?:setUnit|setWords|setHint|caption)\()\s*"
+                   r"(?:[^;{}\"]*\?\s*)?$")
+
+
 def reads_as_words(text):
     if NO_SENTENCE.search(text):
         return False
@@ -100,7 +105,8 @@ def unmarked(code):
     code = RAW.sub('""', without_comments(code))
     for match in LITERALS.finditer(code):
         text = "".join(ONE.findall(match.group(0)))
-        if not reads_as_words(text):
+        is_shown = SHOWN.search(code[max(0, match.start() - 120):match.start()])
+        if not reads_as_words(text) and not (is_shown and re.search("[A-Za-z]{3}", text)):
             continue
         calls = calls_around(code, match.start())
         if any(name in MARKING for name in calls[:3]) or (calls and calls[0] in UNSHOWN):

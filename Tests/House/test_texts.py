@@ -28,7 +28,8 @@ class TheTree(unittest.TestCase):
 class TheScanner(unittest.TestCase):
     def test_finds_words_outside_marking_calls(self):
         for code in ['setWords("Nothing to show");', 'return "Done";', 'label = "Late" + name;',
-                     'tell(QStringLiteral("Nothing was "\n    "written"));']:
+                     'tell(QStringLiteral("Nothing was "\n    "written"));',
+                     'content.caption = "open";', 'setUnit(few ? "day" : worded("days"));']:
             with self.subTest(code=code):
                 self.assertEqual(1, len(list(shown_texts.unmarked(code))))
 

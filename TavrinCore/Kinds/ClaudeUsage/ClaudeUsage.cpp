@@ -162,7 +162,7 @@ std::string ClaudeUsage::shortTokens(std::int64_t tokens) {
     return fmt::format("{}k", tokens / 1000);
   if (tokens < 10'000'000)
     return decimalText(static_cast<double>(tokens) / 1e6, 1) + "M";
-  return countText(tokens / 1'000'000) + "M";
+  return fmt::format("{}M", tokens / 1'000'000);
 }
 
 std::optional<std::string> ClaudeUsage::projectName(std::string_view folder) {

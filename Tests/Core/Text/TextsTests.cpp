@@ -106,6 +106,22 @@ TEST(Texts, NumbersHaveTheLanguagesSeparatorAndPlainDigits) {
   EXPECT_EQ(decimalText(8.46, 1), "8.5");
 }
 
+TEST(Texts, CountsHaveTheirThousandsApart) {
+  EXPECT_EQ(countText(999), "999");
+  EXPECT_EQ(countText(-1000), "-1,000");
+  EXPECT_EQ(countText(12'345'678), "12,345,678");
+  EXPECT_EQ(plural("{count} file", "{count} files", 1234), "1,234 files");
+  {
+    const InLanguage language(german, "de");
+    EXPECT_EQ(countText(12'345'678), "12.345.678");
+    EXPECT_EQ(plural("{count} file", "{count} files", 1234), "1.234 Dateien");
+  }
+  // Digits of one script, whatever the language's own are; numbers are not isolated.
+  const InLanguage language(german, "ar");
+  EXPECT_EQ(countText(12'345), "12,345");
+  EXPECT_EQ(plural("{count} file", "{count} files", 1234), "1,234 Dateien");
+}
+
 TEST(Texts, ATranslationWithOtherPlacesCountsAsNone) {
   const InLanguage language(german, "de");
   EXPECT_EQ(translated("Lacks {name}", {{"name", "Tee"}}), "Lacks Tee");
