@@ -6,6 +6,7 @@
 #include <QProcess>
 #include <QStringList>
 #include <QThread>
+#include <QTimer>
 #include <functional>
 #include <string>
 
@@ -28,10 +29,16 @@ inline bool eventually(const std::function<bool()>& condition, int milliseconds 
 
 /// The same, while the program's own events are done.
 inline bool untilTrue(const std::function<bool()>& condition) {
-  return eventually([&] {
-    QCoreApplication::processEvents();
-    return condition();
-  });
+  QElapsedTimer timer;
+  timer.start();
+  QTimer wake; // for conditions that come true without an event
+  wake.start(10);
+  while (!condition()) {
+    if (timer.hasExpired(patience))
+      return false;
+    QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
+  }
+  return true;
 }
 
 /// What a shell command writes.
