@@ -14,7 +14,7 @@ namespace tavrin {
 // to stay until its window is closed, and returns with the form as it was, may have handed it to a
 // window of its own: what is saved there is taken each time, until the user says that it is closed.
 const char* const editorScript =
-    R"sh(tavrin=$1 form=$2
+    R"sh(tavrin=$1 returned=$2 form=$3
 for editor in "$VISUAL" "$EDITOR" sensible-editor editor nano vi; do
   [ -n "$editor" ] && command -v "${editor%% *}" >/dev/null && break
 done
@@ -37,7 +37,7 @@ seen=$(sum)
 $editor $wait "$form"; status=$?
 if [ "$status" = 0 ] && [ -z "$wait$stays" ] && [ "$(sum)" = "$seen" ]; then
   : > "$form.window"
-  printf '%s\n' "$3" | sed "s|{editor}|$name|"
+  printf '%s\n' "$returned" | sed "s|{editor}|$name|"
   rm -f "$form.answer"
   exec 3<&0
   { read -r line <&3; echo "$?" > "$form.answer"; } &
@@ -124,8 +124,8 @@ void runEditor(CommandContext& context, const std::filesystem::path& form, bool 
                                     editorScript,
                                     "sh",
                                     platform.program().string(),
-                                    form.string(),
-                                    translated(returnedEarly)};
+                                    translated(returnedEarly),
+                                    form.string()};
   if (!usesOwnTerminal) {
     const auto terminal = platform.fileManager().environment("TERMINAL").value_or("");
     words.insert(words.begin(), {terminal.empty() ? "x-terminal-emulator" : terminal, "-e"});

@@ -15,6 +15,7 @@
 #include <fmt/format.h>
 #include <map>
 #include <memory>
+#include <unicode/locid.h>
 #include <unicode/timezone.h>
 #include <unicode/tznames.h>
 

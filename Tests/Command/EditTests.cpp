@@ -169,7 +169,8 @@ protected:
       const auto line = "{ " + typing + "; } | DBUS_SESSION_BUS_ADDRESS=disabled: VISUAL= " +
                         "TAVRIN_APP_SUPPORT_DIR='" + (folder / "data").string() + "' EDITOR='" +
                         editor.string() + "' sh '" + script.string() + "' '" TAVRIN_PROGRAM "' '" +
-                        command.back() + "' > '" + (folder / "words").string() + "' 2>&1";
+                        command[5] + "' '" + command.back() + "' > '" +
+                        (folder / "words").string() + "' 2>&1";
       return std::system(line.c_str()) == 0 ? 0 : 1;
     };
     status = run({"edit", "Focus"});
