@@ -2,6 +2,7 @@
 
 #include "TavrinCore/Base/Errors.h"
 #include "TavrinCore/Text/Texts.h"
+#include "TavrinStorage/StoragePath.h"
 
 #include <fmt/format.h>
 
@@ -21,6 +22,14 @@ std::filesystem::path HostContext::stateFolder() {
         failure(translated("make the folder \"{folder}\"", {{"folder", folder.string()}}),
                 error.message()));
   return folder;
+}
+
+std::string folderIdentifier(HostContext& context, std::string_view role) {
+  auto& platform = context.platform();
+  std::error_code error;
+  const auto folder = std::filesystem::weakly_canonical(
+      StoragePath(platform.fileManager(), platform.mainBundle()).resolvedDirectory(), error);
+  return fmt::format("{}.D{:016x}", role, std::hash<std::string>()(folder.string()));
 }
 
 } // namespace tavrin

@@ -36,4 +36,8 @@ private:
   std::set<std::string> remarks_;
 };
 
+/// What the one process that does `role` for this data folder goes by on the bus;
+/// "dev.example.Role" and what tells the folder from others.
+std::string folderIdentifier(HostContext& context, std::string_view role);
+
 } // namespace tavrin

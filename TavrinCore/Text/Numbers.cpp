@@ -54,6 +54,8 @@ std::size_t wordLength(std::string_view text, double& value) {
 /// power of ten that is exact, too. (W. D. Clinger: How to Read Floating Point Numbers Accurately,
 /// 1990.) `text` is well formed; no value for what has more digits or another power.
 std::optional<double> roundedOnce(std::string_view text) {
+  // Beyond it the digits before and after the point are no help.
+  constexpr int mostPower = 1000;
   constexpr std::int64_t exactDigits = std::int64_t{1} << std::numeric_limits<double>::digits;
   constexpr std::array powers = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
                                  1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
@@ -66,7 +68,8 @@ std::optional<double> roundedOnce(std::string_view text) {
     if (exponent.starts_with('+'))
       exponent.remove_prefix(1);
     if (std::from_chars(exponent.data(), exponent.data() + exponent.size(), power).ec !=
-        std::errc())
+            std::errc() ||
+        power < -mostPower || power > mostPower)
       return std::nullopt;
   }
   std::int64_t number = 0;

@@ -5,8 +5,6 @@
 #include "TavrinCore/Text/Texts.h"
 #include "TavrinHost/Dock/DockLibrary.h"
 #include "TavrinHost/FoldedName.h"
-#include "TavrinHost/Widgets/SlotControl.h"
-#include "TavrinHost/Widgets/WidgetLibrary.h"
 
 #include <fmt/format.h>
 

@@ -297,15 +297,6 @@ bool SlotControl::focus(int slot) {
   return process(slot) && applications().perform(DockSlot::bundleIdentifier(slot), "focus");
 }
 
-std::string folderIdentifier(HostContext& context, std::string_view role) {
-  auto& platform = context.platform();
-  std::error_code error;
-  const auto folder = std::filesystem::weakly_canonical(
-      StoragePath(platform.fileManager(), platform.mainBundle()).resolvedDirectory(), error);
-  return fmt::format("{}.D{:016x}", role,
-                     std::hash<std::string>()(folder.string()));
-}
-
 std::string editorIdentifier(HostContext& context) {
   return folderIdentifier(context, "dev.quellby.Tavrin.Editor");
 }

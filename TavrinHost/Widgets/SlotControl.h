@@ -11,8 +11,6 @@
 
 namespace tavrin {
 
-/// What the one process that does `role` for this data folder goes by on the bus.
-std::string folderIdentifier(HostContext& context, std::string_view role);
 /// Who answers the edit requests of this data folder's widgets goes by it, so that there is one.
 std::string editorIdentifier(HostContext& context);
 

@@ -58,8 +58,11 @@ class ColourTest(DeskTest):
         return len(self.desk.windows(self.slot.pid)) > len(self.tiles)
 
     def leave_magnifier(self):
-        self.press("Escape")
-        wait_for(lambda: not self.magnifier(), "the magnifier to go")
+        """It gets the keyboard once the shortcut lets go of it."""
+        def left():
+            self.press("Escape")
+            return not self.magnifier()
+        wait_for(left, "the magnifier to go", pause=0.1)
 
     def stop(self):
         self.kill(self.slot)
@@ -97,7 +100,6 @@ class ColourTest(DeskTest):
         self.desk.run("xdotool", "keydown", "ctrl", "keydown", "super", "keydown", "c")
         wait_for(self.magnifier, "the magnifier")
         self.desk.run("xdotool", "keyup", "c", "keyup", "super", "keyup", "ctrl")
-        # The magnifier gets the keyboard once the shortcut lets go of it.
         wait_for(lambda: self.press("Return") or self.colours(), "the colour", pause=0.1)
         self.assertEqual(len(self.colours()), 1)
 

@@ -27,7 +27,7 @@ ALLOWED = [
     ("", r"Tavrin|GitHub|Inter|Claude Code|AirDrop"),                 # names
     ("TavrinSettings/Samples/", r".*"),                                # what sample widgets hold
     ("TavrinCommand/CompletionCommands.cpp", r".*"),                   # scripts of shells
-    ("TavrinCommand/ParserWords.cpp", r".*"),                          # the library's own words
+    ("TavrinCommand/Base/ParserWords.cpp", r".*"),                          # the library's own words
     ("TavrinCommand/Dock/DockCommands.cpp", r"printf .*"),              # a command of the shell
     ("TavrinCommand/Dock/DockEditCommands.cpp", r"Contents"),           # a folder of bundles
     ("TavrinSettings/Form/ListControls.cpp", r"not taken"),             # told to the control alone

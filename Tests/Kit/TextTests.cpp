@@ -34,6 +34,15 @@ TEST(Text, TickingFigureDoesNotMove) {
     EXPECT_EQ(colon(figure), colon("88:88")) << figure;
 }
 
+TEST(Text, ASpaceAtItsEndHasItsWidthInEitherDirection) {
+  for (const char* words : {"2 failing", "2 \u0645\u062e\u0641\u0642\u062a\u0627\u0646"}) {
+    const double space = widthOf(text(QString::fromUtf8(words) + u' ').size(30)) -
+                         widthOf(text(QString::fromUtf8(words)).size(30));
+    EXPECT_GT(space, 2) << words;
+    EXPECT_LT(space, 15) << words;
+  }
+}
+
 TEST(Text, WidestFormReservesItsRoom) {
   EXPECT_EQ(widthOf(text("1").widest(QStringLiteral("88:88"))), widthOf(text("88:88")));
   EXPECT_EQ(widestDigits(QStringLiteral("12:05 left")), QStringLiteral("88:88 left"));
@@ -128,6 +137,7 @@ TEST(Text, AWordTooLongForItsLineIsFittedElseBrokenByAHyphen) {
     EXPECT_NEAR(size, c.size, 0.02) << c.share;
     EXPECT_EQ(lines[0].endsWith(u'-'), c.isBroken) << lines[0].toStdString();
     EXPECT_EQ(lines.join(u' ').replace(QStringLiteral("- "), QString()), note) << c.share;
+    EXPECT_GT(lines[1].indexOf(u':'), c.isBroken ? 2 : -2) << lines[1].toStdString();
     for (const QString& line : lines)
       EXPECT_LE(engine.width(line, regular, size), word * c.share + 0.5) << line.toStdString();
   }

@@ -192,8 +192,12 @@ TEST(QtProcessRunner, LeavesNoDescriptorAndNoChild) {
       EXPECT_EQ(runToEnd(request).outcome, ProcessResult::Outcome::failedToStart);
     runToEnd(script("echo x; sleep 1 & exit 3"));
   }
-  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-  EXPECT_EQ(descriptors(), before);
+  // Of the last ones the toolkit lets go when it is back in its loop.
+  const bool isEven = untilTrue([&] {
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    return descriptors() == before;
+  });
+  EXPECT_TRUE(isEven) << descriptors() << " where there were " << before;
   shell("rm " + file);
   EXPECT_EQ(::waitpid(-1, nullptr, WNOHANG), -1) << "a child is left";
 }

@@ -19,6 +19,8 @@ constexpr std::size_t sizedFontLimit = 12;
 constexpr std::size_t brokenLimit = 6;
 constexpr QChar ellipsis(0x2026);
 const QString hyphen = QStringLiteral("-");
+/// Letters: fewer alone on a line are hard to read.
+constexpr qsizetype leastAfterHyphen = 3;
 
 /// Moves the first entry that `matches` to the front, or makes room for one and adds `fresh()`.
 template <class T, class Matches, class Fresh>
@@ -32,6 +34,13 @@ T& recent(std::list<T>& entries, std::size_t limit, Matches matches, Fresh fresh
     entries.pop_back();
   entries.push_front(fresh());
   return entries.front();
+}
+
+/// How many letters follow one another from there on.
+qsizetype lettersFrom(const QString& string, qsizetype from) {
+  const auto end = std::find_if(string.begin() + from, string.end(),
+                                [](QChar character) { return !character.isLetter(); });
+  return end - string.begin() - from;
 }
 
 bool isDigit(QChar character) {
@@ -120,6 +129,8 @@ void TextEngine::shapeWhole(Shaped& shaped, const Face& face, const QString& par
   QTextLayout layout(part, face.font);
   QTextOption option;
   option.setWrapMode(QTextOption::NoWrap);
+  // A figure beside a space at the end has to keep its distance.
+  option.setFlags(QTextOption::IncludeTrailingSpaces);
   layout.setTextOption(option);
   layout.beginLayout();
   QTextLine line = layout.createLine();
@@ -130,9 +141,6 @@ void TextEngine::shapeWhole(Shaped& shaped, const Face& face, const QString& par
   for (const QGlyphRun& run : layout.glyphRuns())
     shaped.pieces.push_back({run.rawFont(), run.glyphIndexes(), run.positions()});
   shaped.width = line.naturalTextWidth();
-  // Spaces at an end have no natural width, but a figure beside them has to keep its distance.
-  if (part.endsWith(u' '))
-    shaped.width = line.cursorToX(static_cast<int>(part.size()));
 }
 
 void TextEngine::shapeTabular(Shaped& shaped, const Face& face) {
@@ -333,6 +341,12 @@ TextEngine::Attempt TextEngine::brokenInto(const QString& string, FontWeight wei
     if (isBroken) {
       line.setLineWidth(width - this->width(hyphen, weight, referenceSize));
       end = line.textStart() + line.textLength();
+      const auto after = lettersFrom(text, end);
+      const auto columns = line.textLength() - std::max(leastAfterHyphen - after, qsizetype{0});
+      if (after > 0 && columns >= leastAfterHyphen) {
+        line.setNumColumns(static_cast<int>(columns));
+        end = line.textStart() + line.textLength();
+      }
     }
     QString part = text.mid(line.textStart(), line.textLength());
     while (part.endsWith(QChar(QChar::LineSeparator)) || part.endsWith(u' '))

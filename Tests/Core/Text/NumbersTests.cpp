@@ -36,6 +36,8 @@ const Reading readings[] = {
     {"infinite", 3, INFINITY},
     {"1e999", 5, -1, std::errc::result_out_of_range},
     {"1e-999", 6, -1, std::errc::result_out_of_range},
+    {"0.1e-2147483648", 15, -1, std::errc::result_out_of_range},
+    {"0.00e-2147483648", 16, 0},
     {"", 0, -1, std::errc::invalid_argument},
     {"+1", 0, -1, std::errc::invalid_argument},
     {" 1", 0, -1, std::errc::invalid_argument},
