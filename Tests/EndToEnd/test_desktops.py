@@ -386,7 +386,8 @@ class Row(ManagedDesk):
                 # A manager that has just come takes its windows over one by one, and presses too.
                 self.column_room()
                 self.close_settled(1)
-                self.works(1, "b")
+                self.open_soon(1)
+                self.works_open(1, "b")
                 self.doCleanups()
 
 
