@@ -30,23 +30,28 @@ QString captionOf(const std::string& name, const CountdownSettings& settings, Da
                                                   : QString::fromStdString(name);
 }
 
-/// The first of the forms that fits, each at full size or a little smaller.
+/// The first of the forms that fits, each at full size or a little smaller; where none does, the
+/// last one as small as a caption.
 AnyView fittingForm(const std::vector<std::string>& forms, double points, TextAlignment alignment) {
   std::vector<AnyView> candidates;
+  const auto add = [&](const std::string& form, double size, double least) {
+    const auto string = QString::fromStdString(form);
+    candidates.push_back(text(string)
+                             .size(size)
+                             .weight(FontWeight::semibold)
+                             .colour(palette::figure(countdownGround))
+                             .widest(widestDigits(string))
+                             .align(alignment)
+                             .figure(least));
+  };
   for (const auto& form : forms)
     for (const double share : {1.0, 0.9, 0.8, 0.7}) {
       const double size = points * share;
       if (size < minimumTypeSize && share < 1)
         break;
-      const auto string = QString::fromStdString(form);
-      candidates.push_back(text(string)
-                               .size(std::max(size, minimumTypeSize))
-                               .weight(FontWeight::semibold)
-                               .colour(palette::figure(countdownGround))
-                               .widest(widestDigits(string))
-                               .align(alignment)
-                               .figure(std::max(size, minimumTypeSize)));
+      add(form, std::max(size, minimumTypeSize), std::max(size, minimumTypeSize));
     }
+  add(forms.back(), minimumTypeSize, minimumCaptionSize);
   return firstFitting(std::move(candidates));
 }
 
