@@ -302,7 +302,7 @@ void QtPanelPopover::settleFocus() {
   const auto own = static_cast<xcb_window_t>(window_->winId());
   // A busy manager may take long over a window; until then there is nothing to give the focus to.
   const bool isThere = x11::isViewable(own);
-  // Whom a manager has taken to another program's window in the meantime is not fetched back.
+  // Whom a manager has taken to another program's window is not fetched back: the panel goes.
   const bool mayLeave = hasHadFocus_ && !replaces_;
   const bool isElsewhere = mayLeave && x11::hasWindowManager() && !isFocusNobodys();
   if (isThere && !isElsewhere && !isFocusOurs())
@@ -312,6 +312,8 @@ void QtPanelPopover::settleFocus() {
     QApplication::setActiveWindow(window_.get());
   if (!isThere || --focusAsks_ > 0)
     focusSettles_.start(focusDelay);
+  else if (isElsewhere && !isFocusOurs())
+    leave();
 }
 
 void QtPanelPopover::managerChanged() {
@@ -427,10 +429,8 @@ void QtPanelPopover::focusChanged() {
     if (!isShown_ || QGuiApplication::focusWindow() != nullptr)
       return;
     // The press that took the focus still lasts: the tile will have the click.
-    if (isOnTile && QGuiApplication::mouseButtons() != Qt::NoButton) {
-      focusChanged();
-      return;
-    }
+    if (isOnTile && QGuiApplication::mouseButtons() != Qt::NoButton)
+      return focusChanged();
     // A manager that ends lets go of the focus; without one, who goes elsewhere gives it to
     // somebody.
     if (isAstray || (isFocusNobodys() && !x11::hasWindowManager()))
