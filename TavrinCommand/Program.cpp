@@ -1,12 +1,12 @@
 #include "TavrinCommand/Program.h"
 
+#include "TavrinCommand/Base/ParserWords.h"
 #include "TavrinCommand/CompletionCommands.h"
 #include "TavrinCommand/Dock/BackupCommands.h"
 #include "TavrinCommand/Dock/DockCommands.h"
 #include "TavrinCommand/Dock/FocusCommands.h"
 #include "TavrinCommand/Dock/ProfileCommands.h"
 #include "TavrinCommand/DoctorCommands.h"
-#include "TavrinCommand/Base/ParserWords.h"
 #include "TavrinCommand/Widgets/EditService.h"
 #include "TavrinCommand/Widgets/SlotCommands.h"
 #include "TavrinCommand/Widgets/UsageCommands.h"

@@ -1,8 +1,8 @@
 #include "TavrinCommand/Dock/DockCommands.h"
 
 #include "TavrinCommand/Base/Completers.h"
-#include "TavrinCommand/Dock/DockChanges.h"
 #include "TavrinCommand/Base/ParserWords.h"
+#include "TavrinCommand/Dock/DockChanges.h"
 #include "TavrinCore/Text/Text.h"
 #include "TavrinCore/Text/Texts.h"
 #include "TavrinHost/Dock/DockLibrary.h"

@@ -19,7 +19,8 @@ bool isOpenInEditor(CommandContext& context, const std::filesystem::path& form, 
 /// Removes what was left beside a form about the editor that it was open in.
 void forgetEditor(const std::filesystem::path& form);
 
-/// The shell script around the editor; its arguments are this program and the form.
+/// The shell script around the editor; its arguments are this program, what it says where an editor
+/// has returned early, with a place for "{editor}", and the form.
 extern const char* const editorScript;
 
 } // namespace tavrin

@@ -13,13 +13,15 @@ from rig import Desk, DeskTest, wait_for, widget
 from test_clipboard import items_of, start_keyring
 
 
-class Previews(DeskTest):
+class SiteTest(DeskTest):
     @classmethod
     def setUpClass(cls):
         server = start_site()
         cls.addClassCleanup(server.server_close)
         cls.addClassCleanup(server.shutdown)
 
+
+class Previews(SiteTest):
     def setUp(self):
         self.desk = Desk()
         self.addCleanup(self.desk.close)
@@ -90,13 +92,7 @@ class Previews(DeskTest):
                           "/picture.png"])
 
 
-class Names(DeskTest):
-    @classmethod
-    def setUpClass(cls):
-        server = start_site()
-        cls.addClassCleanup(server.server_close)
-        cls.addClassCleanup(server.shutdown)
-
+class Names(SiteTest):
     def bookmarks(self):
         document = json.loads((self.desk.data / "widgets.json").read_text())
         return document["widgets"][0]["kind"]["bookmarks"]["_0"].get("bookmarks", [])

@@ -282,6 +282,7 @@ class ManagedDesk:
         self.works_open(number, letter)
 
     def works_open(self, number, letter):
+        """An open panel takes the keyboard and closes on Escape."""
         self.type(number, letter)
         self.desk.key("Escape")
         self.wait_closed(number)
