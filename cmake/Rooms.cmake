@@ -23,10 +23,6 @@ function(tavrin_rooms target)
       continue()
     endif()
     cmake_path(ABSOLUTE_PATH source)
-    cmake_path(REPLACE_EXTENSION source LAST_ONLY ".h" OUTPUT_VARIABLE header)
-    if(EXISTS ${header})
-      list(APPEND left ${header}) # for the meta-object compiler, which looks beside sources
-    endif()
     cmake_path(RELATIVE_PATH source BASE_DIRECTORY ${CMAKE_SOURCE_DIR})
     cmake_path(GET source PARENT_PATH folder)
     string(MAKE_C_IDENTIFIER "${folder}" room)
@@ -46,25 +42,59 @@ function(tavrin_rooms target)
   set_target_properties(${target} PROPERTIES SOURCES "${left}")
 endfunction()
 
-# What nearly every unit includes, read once for all of a library: the language's headers, and WINDOWS'
-# units the toolkit's too. It takes a fifth off a build from nothing and is no help to a compiler
-# cache, which sees each precompiled header as another one: so it is for who builds once.
+# What nearly every unit includes, read once for all targets that are compiled alike: the language's
+# headers; for WINDOWS' units the toolkit's too, for TESTS those of the test library, and for
+# WINDOW_TESTS all of them. A compiler cache then sees the units of each build folder as others: who
+# keeps one across folders turns this off.
 option(TAVRIN_PRECOMPILED "Precompile common headers" OFF)
+if(TAVRIN_PRECOMPILED AND CCACHE)
+  # Both are what the cache asks for to keep what was made with such a header.
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros ${CCACHE})
+  add_compile_options($<$<CXX_COMPILER_ID:GNU>:-fpch-preprocess>)
+endif()
 
-# tavrin_precompiled(target... [WINDOWS target...])
+# tavrin_precompiled(target... [WINDOWS target...] [TESTS target...] [WINDOW_TESTS target...]); after
+# tavrin_small(), whose options count.
 function(tavrin_precompiled)
   if(NOT TAVRIN_PRECOMPILED)
     return()
   endif()
-  cmake_parse_arguments(arguments "" "" "WINDOWS" ${ARGN})
-  foreach(target ${arguments_UNPARSED_ARGUMENTS} ${arguments_WINDOWS})
-    target_precompile_headers(${target} PRIVATE
-      <algorithm> <array> <chrono> <cmath> <filesystem> <functional> <map> <memory> <optional> <set>
-      <string> <string_view> <variant> <vector> <fmt/format.h>)
-  endforeach()
-  foreach(target ${arguments_WINDOWS})
-    target_precompile_headers(${target} PRIVATE
-      <QApplication> <QBoxLayout> <QImage> <QLabel> <QPainter> <QPainterPath> <QPushButton> <QTimer>
-      <QWidget>)
+  cmake_parse_arguments(arguments "" "" "WINDOWS;TESTS;WINDOW_TESTS" ${ARGN})
+  set(language <algorithm> <array> <chrono> <cmath> <filesystem> <functional> <map> <memory>
+    <optional> <set> <string> <string_view> <variant> <vector> <fmt/format.h>)
+  set(toolkit <QApplication> <QBoxLayout> <QImage> <QLabel> <QPainter> <QPainterPath> <QPushButton>
+    <QTimer> <QWidget>)
+  set(tests <gmock/gmock.h> <gtest/gtest.h>)
+  tavrin_share_precompiled(language "${language}" "" ${arguments_UNPARSED_ARGUMENTS})
+  tavrin_share_precompiled(windows "${language};${toolkit}" Qt6::Widgets ${arguments_WINDOWS})
+  tavrin_share_precompiled(tests "${language};${tests}" GTest::gmock ${arguments_TESTS})
+  tavrin_share_precompiled(window_tests "${language};${toolkit};${tests}" "Qt6::Widgets;GTest::gmock"
+    ${arguments_WINDOW_TESTS})
+endfunction()
+
+# tavrin_share_precompiled(sort "header..." "library..." target...): a header for each way of compiling,
+# made without the definitions that only some of its targets have.
+function(tavrin_share_precompiled sort headers libraries)
+  foreach(target ${ARGN})
+    get_target_property(small ${target} TAVRIN_SMALL)
+    set(owner "tavrin-headers-${sort}")
+    if(small)
+      string(APPEND owner "-small")
+    endif()
+    if(NOT TARGET ${owner})
+      set(unit "${CMAKE_CURRENT_BINARY_DIR}/${owner}.cpp")
+      file(CONFIGURE OUTPUT "${unit}" CONTENT "")
+      add_library(${owner} STATIC EXCLUDE_FROM_ALL "${unit}")
+      if(small)
+        tavrin_small(${owner})
+      endif()
+      target_link_libraries(${owner} PRIVATE ${TAVRIN_FMT} ${libraries})
+      target_precompile_headers(${owner} PRIVATE ${headers})
+    endif()
+    target_precompile_headers(${target} REUSE_FROM ${owner})
+    # Programs as libraries, which the toolkit asks of its users anyway. Of what the compiler finds in
+    # the language's own headers it no longer knows that they are those.
+    target_compile_options(${target} PRIVATE -fPIC
+      $<$<CXX_COMPILER_ID:GNU>:-Wno-stringop-overflow -Wno-array-bounds>)
   endforeach()
 endfunction()

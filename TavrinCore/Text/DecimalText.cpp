@@ -21,7 +21,7 @@ std::string groupedByThousands(std::int64_t count) {
   auto digits = std::to_string(count);
   const std::ptrdiff_t first = count < 0 ? 1 : 0;
   for (auto at = static_cast<std::ptrdiff_t>(digits.size()) - 3; at > first; at -= 3)
-    digits.insert(static_cast<std::size_t>(at), ",");
+    digits.insert(static_cast<std::size_t>(at), 1, ',');
   return digits;
 }
 

@@ -37,7 +37,7 @@ public:
         if (cells_[at] == cells[at])
           continue;
         cells_[at] = std::move(cells[at]);
-        emit dataChanged(index(i), index(i));
+        dataChanged(index(i), index(i));
       }
       return;
     }

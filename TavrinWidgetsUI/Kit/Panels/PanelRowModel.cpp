@@ -36,7 +36,7 @@ void PanelRowModel::setRows(std::vector<PanelRow> rows) {
     if (rows_[at] == rows[at])
       continue;
     rows_[at] = std::move(rows[at]);
-    emit dataChanged(index(i), index(i));
+    dataChanged(index(i), index(i));
   }
 }
 

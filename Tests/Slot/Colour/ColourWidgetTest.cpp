@@ -70,7 +70,7 @@ TEST_F(ColourWidget, TheChosenFormatIsSavedAndUsed) {
   controller_->togglePanel();
   auto* format = rig_.panel.rootView()->findChild<QComboBox*>();
   ASSERT_EQ(format->count(), 7);
-  emit format->activated(static_cast<int>(ColourFormat::hsl));
+  format->activated(static_cast<int>(ColourFormat::hsl));
   const StoragePath path(rig_.platform.files, rig_.platform.bundle);
   const auto stored = *WidgetStore(path.widgetsFileURL()).widget(widget_.id);
   EXPECT_EQ(stored.kind.get<ColourPickerSettings>()->format, ColourFormat::hsl);

@@ -92,7 +92,7 @@ TEST_F(MusicWidget, ControlsReachThePlayerThatIsShown) {
   platform_.media.told.clear();
   auto* choice = panel()->findChild<QComboBox*>();
   ASSERT_EQ(choice->count(), 3);
-  emit choice->activated(2);
+  choice->activated(2);
   const WidgetStore store(folder_ / "widgets.json");
   EXPECT_EQ(store.widget(3)->kind.get<MusicSettings>()->player, "mpv");
   EXPECT_TRUE(words().contains("Film"));
@@ -152,14 +152,14 @@ TEST_F(MusicWidget, TheChoiceOffersEveryPlayerAndKeepsTheOneThatIsGone) {
   const auto stored = [&] {
     return WidgetStore(folder_ / "widgets.json").widget(3)->kind.get<MusicSettings>()->player;
   };
-  emit choice->activated(2);
+  choice->activated(2);
   EXPECT_EQ(stored(), "firefox") << "the program, which is there the next time";
   EXPECT_EQ(choice->currentIndex(), 2);
   show({song("vlc", "Tide"), song("firefox.instance_2", "A"), song("firefox.instance_3", "B")});
-  emit choice->activated(3);
+  choice->activated(3);
   EXPECT_EQ(stored(), "firefox.instance_3") << "it runs twice";
   show({song("firefox.instance_3", "B")});
-  emit choice->activated(0);
+  choice->activated(0);
   EXPECT_FALSE(stored());
 }
 
