@@ -22,8 +22,9 @@ KEEPS_UNSAVED = {"emoji", "colourPicker"}
 GROWTH, DESCRIPTORS = 12.0, 25
 MOST_MEMORY = 40.0
 STALE_AFTER = 8.0
-# A server that has just been started opens its calendars first; a day's share moves by minutes.
-SLOW = {"calendar": 30.0, "reminders": 30.0, "timeProgress": 65.0}
+# A server that has just been started opens its calendars first; a day's share and a tank's level move
+# by minutes.
+SLOW = {"calendar": 30.0, "reminders": 30.0, "timeProgress": 65.0, "water": 65.0}
 # Milliseconds that an answer of the X server may take where the machine's load is above CALM.
 SERVER_LIMIT, CALM = 3000, 2.5
 
