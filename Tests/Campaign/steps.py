@@ -264,6 +264,9 @@ def kill_command(round_, chance):
     process.kill()
     process.wait()
     round_.ledger.accept([record["id"]])
+    # What was written without a word is shown with the next one's: the next one comes here.
+    if "bus" not in round_.world.down:
+        round_.world.announce()
     return f"{record['name']} after {delay * 1000:.0f} ms"
 
 
