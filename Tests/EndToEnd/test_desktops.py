@@ -383,11 +383,11 @@ class Row(ManagedDesk):
                     self.open(1)
                 self.start_manager()
                 self.settle()
-                # A manager that has just come takes its windows over one by one, and presses too.
-                self.column_room()
                 self.close_settled(1)
-                self.open_soon(1)
+                # A manager that has just come may lay its windows over the tiles.
+                self.open(1)
                 self.works_open(1, "b")
+                self.column_room()
                 self.doCleanups()
 
 

@@ -42,7 +42,8 @@ xcb_window_t makeWindow(xcb_connection_t* x, const QRect& place) {
 
 } // namespace
 
-StripBar::StripBar(std::function<void()> onMove) : onMove_(std::move(onMove)) {}
+StripBar::StripBar(std::function<void()> onMove, std::function<void()> onCover)
+    : onMove_(std::move(onMove)), onCover_(std::move(onCover)) {}
 
 StripBar::~StripBar() {
   if (auto* application = QCoreApplication::instance(); application != nullptr && isWatching_)
@@ -131,17 +132,27 @@ bool StripBar::nativeEventFilter(const QByteArray&, void* message, qintptr*) {
   const auto* about = reinterpret_cast<const xcb_map_notify_event_t*>(event);
   const bool isMove = type == XCB_CONFIGURE_NOTIFY || type == XCB_MAP_NOTIFY ||
                       type == XCB_UNMAP_NOTIFY || type == XCB_REPARENT_NOTIFY;
-  if (isMove && owner_ != XCB_NONE && (about->window == owner_ || about->window == frame_))
+  if (isMove && owner_ != XCB_NONE && (about->window == owner_ || about->window == frame_)) {
+    if (type == XCB_REPARENT_NOTIFY)
+      followFrame();
+    // A frame takes presses, whatever is in it.
+    if (type != XCB_UNMAP_NOTIFY)
+      onCover_();
     soon_.start(barSettling, this);
+  }
   return false;
 }
 
-void StripBar::timerEvent(QTimerEvent*) {
-  soon_.stop();
+void StripBar::followFrame() {
   const xcb_window_t frame = x11::parent(owner_);
   if (frame != frame_ && frame != x11::root())
     x11::selectEvents(frame, XCB_EVENT_MASK_STRUCTURE_NOTIFY);
   frame_ = frame == x11::root() ? xcb_window_t{XCB_NONE} : frame;
+}
+
+void StripBar::timerEvent(QTimerEvent*) {
+  soon_.stop();
+  followFrame();
   onMove_();
 }
 

@@ -15,7 +15,9 @@ namespace tavrin {
 /// The tiles stand where the manager has put it. The owner of the selection "_TAVRIN_ROOM" has it.
 class StripBar final : public QObject, private QAbstractNativeEventFilter {
 public:
-  explicit StripBar(std::function<void()> onMove);
+  /// `onMove` is told a little after the bar has come or moved, `onCover` as soon as it may lie over
+  /// the tiles.
+  StripBar(std::function<void()> onMove, std::function<void()> onCover);
   ~StripBar() override;
 
   /// Has a bar kept along the bottom of a screen, in pixels; none with an empty rectangle.
@@ -31,8 +33,10 @@ private:
   /// Takes the bar if nobody has it, else follows the one that is there.
   void contend();
   void shape();
+  void followFrame();
 
   const std::function<void()> onMove_;
+  const std::function<void()> onCover_;
   QRect wanted_;
   xcb_window_t own_ = XCB_NONE;
   xcb_window_t owner_ = XCB_NONE;

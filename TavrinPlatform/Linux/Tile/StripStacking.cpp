@@ -60,11 +60,15 @@ bool StripStacking::nativeEventFilter(const QByteArray&, void* message, qintptr*
 }
 
 void StripStacking::rootChanged(xcb_atom_t property) {
-  if (property == x11::atom("_NET_SUPPORTING_WM_CHECK") || property == x11::atom("_NET_SUPPORTED"))
+  if (property == x11::atom("_NET_SUPPORTING_WM_CHECK") ||
+      property == x11::atom("_NET_SUPPORTED")) {
+    // It lays its windows over the tile's before it has said all.
+    watchManager();
     managerSettles_.start(managerSettling, this);
-  else if (isUnmanaged_ && (property == x11::atom("_NET_ACTIVE_WINDOW") ||
-                            property == x11::atom("_NET_CLIENT_LIST_STACKING")))
+  } else if (isUnmanaged_ && (property == x11::atom("_NET_ACTIVE_WINDOW") ||
+                              property == x11::atom("_NET_CLIENT_LIST_STACKING"))) {
     again();
+  }
 }
 
 void StripStacking::watchManager() {

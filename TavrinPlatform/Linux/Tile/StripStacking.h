@@ -22,6 +22,8 @@ public:
   void begin(bool isUnmanaged);
   /// Other windows have come, or have moved.
   void again() { stackSettles_.start(stackSettling, this); }
+  /// Something has just been laid over the tile that takes its presses.
+  void atOnce() { restack(); }
 
 protected:
   void timerEvent(QTimerEvent* event) override;

@@ -50,10 +50,12 @@ StripSurface::StripSurface(Environment environment)
     : environment_(std::move(environment)),
       doesReserve_(qEnvironmentVariable("TAVRIN_STRIP_RESERVES") != QLatin1String("0")),
       arrangement_(environment_.arrangement().value_or(StripArrangement::docks)),
-      room_(doesReserve_, [this] { arrange(); }), bar_([this] {
-        arrange();
-        stacking_.again();
-      }),
+      room_(doesReserve_, [this] { arrange(); }), bar_(
+                                                      [this] {
+                                                        arrange();
+                                                        stacking_.again();
+                                                      },
+                                                      [this] { stacking_.atOnce(); }),
       stacking_([this] { return standing(); }, [this] { managerChanged(); }),
       sensor_([this] { autohide_.touch(); }), autohide_(environment_.bus, [this] { comeOrGo(); }) {
   window_.onMake = [this](bool isUnmanaged) { stacking_.begin(isUnmanaged); };

@@ -236,16 +236,6 @@ class ManagedDesk:
         self.press(number)
         return wait_for(lambda: self.panel(number), "the panel")
 
-    def open_soon(self, number):
-        """In the moment in which a manager comes a press may be lost, and who made it presses again."""
-        def opened():
-            self.press(number)
-            try:
-                return wait_for(lambda: self.panel(number), "the panel", seconds=2)
-            except AssertionError:
-                return None
-        wait_for(opened, "the panel")
-
     def wait_closed(self, number):
         wait_for(lambda: self.panel(number) is None, "the panel to close")
 
