@@ -112,6 +112,10 @@ private:
   void makeRooms();
   TileServices::Environment tileEnvironment();
   std::unique_ptr<LayerShell> makeLayers();
+  /// A function of the module that speaks to the compositor; null, and the log says why, without.
+  template <class Function> Function* onWayland(const char* symbol, const char* room);
+  std::optional<RunningApplication> foreground();
+  TokenPtr pickOnCompositor(std::function<void(const ColourSample&)> done);
   std::filesystem::path pictureFolder() const;
   /// By one notice for all slots, until there is another reason.
   void tellMakeshift(const std::string& reason);
@@ -256,9 +260,13 @@ void LinuxPlatform::makeRooms() {
   desktop_ = std::make_unique<DesktopServices>(DesktopServices::Environment{
       files_, log_, clock_, *runLoop_, bus_.get(), system, modules_, executable_,
       // The panel is what a notice leads to.
-      [this] { application_->show(); }});
+      [this] { application_->show(); },
+      displays_.hasWayland ? [this] { return foreground(); } : LinuxWorkspace::Foreground()});
   devices_ = std::make_unique<DeviceServices>(files_, *runLoop_, bus_.get(), system);
-  input_ = std::make_unique<InputServices>(*runLoop_, bus_.get(), system, identifier());
+  input_ = std::make_unique<InputServices>(InputServices::Environment{
+      *runLoop_, bus_.get(), system, identifier(), displays_.hasWayland,
+      displays_.hasWayland ? [this](auto done) { return pickOnCompositor(std::move(done)); }
+                           : LinuxColourSampler::ScreenPick(LinuxColourSampler::pickOnX11)});
   tile_ = std::make_unique<TileServices>(tileEnvironment());
 }
 
@@ -286,11 +294,28 @@ TileServices::Environment LinuxPlatform::tileEnvironment() {
 std::unique_ptr<LayerShell> LinuxPlatform::makeLayers() {
   if (!QGuiApplication::platformName().startsWith(QLatin1String("wayland")))
     return nullptr;
-  std::string error;
-  const auto make = modules_.find<LayerShell*()>("wayland", "tavrinMakeLayerShell", error);
-  if (make == nullptr)
-    Log(log_, "surface").error(failure("load the module wayland", error));
+  const auto make = onWayland<LayerShell*()>("tavrinMakeLayerShell", "surface");
   return std::unique_ptr<LayerShell>(make == nullptr ? nullptr : make());
+}
+
+template <class Function> Function* LinuxPlatform::onWayland(const char* symbol, const char* room) {
+  std::string error;
+  auto* function = modules_.find<Function>("wayland", symbol, error);
+  if (function == nullptr)
+    Log(log_, room).error(failure("load the module wayland", error));
+  return function;
+}
+
+std::optional<RunningApplication> LinuxPlatform::foreground() {
+  const auto ask = onWayland<bool(RunningApplication&)>("tavrinForegroundApplication", "workspace");
+  RunningApplication application;
+  return ask != nullptr && ask(application) ? std::optional(application) : std::nullopt;
+}
+
+TokenPtr LinuxPlatform::pickOnCompositor(std::function<void(const ColourSample&)> done) {
+  using Done = std::function<void(const ColourSample&)>;
+  const auto pick = onWayland<Token*(Done)>("tavrinPickColour", "colours");
+  return TokenPtr(pick == nullptr ? nullptr : pick(std::move(done)));
 }
 
 std::filesystem::path LinuxPlatform::pictureFolder() const {
@@ -358,13 +383,10 @@ HTTPClient& LinuxPlatform::http() {
 /// that is renewed as windows come to the front.
 Pasteboard& LinuxPlatform::pasteboard() {
   return lazily(pasteboard_, [this]() -> std::unique_ptr<Pasteboard> {
-    std::string error;
     if (!files_.environment("WAYLAND_DISPLAY").value_or("").empty()) {
       const auto make =
-          modules_.find<Pasteboard*(RunLoop&)>("wayland", "tavrinMakeWaylandPasteboard", error);
-      if (make == nullptr)
-        Log(log_, "pasteboard").error(failure("load the module wayland", error));
-      else if (auto* board = make(*runLoop_))
+          onWayland<Pasteboard*(RunLoop&)>("tavrinMakeWaylandPasteboard", "pasteboard");
+      if (auto* board = make == nullptr ? nullptr : make(*runLoop_))
         return std::unique_ptr<Pasteboard>(board);
     }
     return std::make_unique<X11Pasteboard>(*runLoop_);

@@ -119,4 +119,9 @@ private:
   QByteArray output_;
 };
 
+/// Whether a file of that name is part of the program's memory.
+inline bool loads(const Program& program, const std::string& library) {
+  return shell("grep -c '/" + library + "' /proc/" + std::to_string(program.id()) + "/maps") != "0";
+}
+
 } // namespace tavrin

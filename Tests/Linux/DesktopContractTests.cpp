@@ -2,6 +2,7 @@
 #include "TavrinPlatform/Linux/Desktop/LinuxWorkspace.h"
 #include "TavrinPlatform/Linux/Files/LinuxFileManager.h"
 #include "TavrinPlatform/Linux/Input/LinuxColourSampler.h"
+#include "TavrinPlatform/Linux/Input/LinuxGlobalShortcuts.h"
 #include "TavrinPlatform/Linux/Slot/LinuxMainBundle.h"
 #include "TavrinPlatform/Qt/QtRunLoop.h"
 #include "Tests/Linux/Desk.h"
@@ -77,6 +78,16 @@ struct ScreenSamplerRig : DeskRig {
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(Screen, ColourSamplerContract, ScreenSamplerRig);
 
+/// A compositor's X server takes grabs that it never tells of while a Wayland window has the keys.
+TEST(Shortcuts, AreRefusedWhereOnlyACompositorCouldGiveThem) {
+  const std::vector<GlobalShortcuts::Shortcut> wanted{
+      {"pick", "Pick", {8, HotkeyModifiers::command | HotkeyModifiers::control}}};
+  EXPECT_TRUE(LinuxGlobalShortcuts(nullptr, "test", false).bind(wanted, {}).empty());
+  const auto refused = LinuxGlobalShortcuts(nullptr, "test", true).bind(wanted, {});
+  ASSERT_EQ(refused.size(), 1U);
+  EXPECT_EQ(refused.front().id, "pick");
+}
+
 struct DesktopWorkspaceRig : DeskRig {
   DesktopWorkspaceRig() {
     setZone("Etc/GMT+12");
@@ -99,7 +110,9 @@ struct DesktopWorkspaceRig : DeskRig {
     setZone("Etc/GMT-14");
     clockChange();
   }
-  static void clockChange() { tell("/org/freedesktop/timedate1", "org.freedesktop.timedate1", "@a{sv} {}"); }
+  static void clockChange() {
+    tell("/org/freedesktop/timedate1", "org.freedesktop.timedate1", "@a{sv} {}");
+  }
   static void setLowPower(bool flag) {
     tell("/net/hadess/PowerProfiles", "net.hadess.PowerProfiles",
          std::string("{'ActiveProfile': <'") + (flag ? "power-saver" : "balanced") + "'>}");
@@ -115,8 +128,8 @@ private:
   static void tell(const std::string& path, const std::string& interface,
                    const std::string& changes) {
     shell("gdbus emit --system --object-path " + path +
-          " --signal org.freedesktop.DBus.Properties.PropertiesChanged \"'" + interface +
-          "'\" \"" + changes + "\" '@as []'");
+          " --signal org.freedesktop.DBus.Properties.PropertiesChanged \"'" + interface + "'\" \"" +
+          changes + "\" '@as []'");
   }
   static void set(const std::string& key, bool flag) {
     shell("gdbus emit --session --object-path /org/freedesktop/portal/desktop --signal "

@@ -102,6 +102,16 @@ TEST_F(Desktop, TilesStandInARowAtTheBottomEdge) {
   EXPECT_EQ(first.number("click"), 0);
 }
 
+TEST_F(Desktop, NothingOfWaylandIsLoaded) {
+  Program tile(TILE_DOUBLE, {"--place=0,1,1", "--front"});
+  ASSERT_TRUE(tile.says("front "));
+  click(tileWindow().centre());
+  ASSERT_TRUE(tile.says("opened"));
+  EXPECT_TRUE(loads(tile, "libqxcb"));
+  EXPECT_FALSE(loads(tile, "libwayland"));
+  EXPECT_FALSE(loads(tile, "libtavrin-wayland"));
+}
+
 TEST_F(Desktop, TheTileIsADockWindowThatNeverTakesTheFocus) {
   Program tile(TILE_DOUBLE, {"--place=0,1,1", "--button"});
   ASSERT_TRUE(tile.says("visible 1"));

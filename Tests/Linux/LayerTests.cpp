@@ -4,6 +4,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <algorithm>
 #include <cmath>
 #include <csignal>
 #include <iostream>
@@ -306,7 +307,7 @@ TEST_F(LayerTest, TheRoomStaysWhenWhoeverKeepsItIsKilled) {
   const int before = window.settledSizes();
   const int wanted = qEnvironmentVariableIntValue("TAVRIN_KILLS");
   const int kills = wanted > 0 ? wanted : 10;
-  qint64 longest = 0;
+  std::vector<qint64> took;
   for (int i = 0; i < kills; ++i) {
     ASSERT_TRUE(eventually([&] { return isHanded(*slots_[0], *slots_[1]); })) << i;
     QElapsedTimer since;
@@ -314,12 +315,14 @@ TEST_F(LayerTest, TheRoomStaysWhenWhoeverKeepsItIsKilled) {
     ::kill(static_cast<pid_t>(slots_.front()->id()), SIGKILL);
     ASSERT_TRUE(slots_.front()->ends());
     ASSERT_TRUE(eventually([&] { return isRoomKept(window); })) << i;
-    longest = std::max(longest, since.elapsed());
+    took.push_back(since.elapsed());
     slots_.erase(slots_.begin());
     ASSERT_TRUE(start(i + 2));
   }
-  std::cout << "the room back after at most " << longest << " ms in " << kills << " kills\n";
-  EXPECT_LT(longest, longestWithout);
+  std::ranges::sort(took);
+  std::cout << "the room back after at most " << took.back() << " ms in " << kills
+            << " kills, in the middle " << took[took.size() / 2] << '\n';
+  EXPECT_LT(took.back(), longestWithout);
   EXPECT_EQ(window.settledSizes(), before) << "resized by a keeper's end";
   EXPECT_EQ(window.size().height(), whole - tileSize);
   slots_.clear();

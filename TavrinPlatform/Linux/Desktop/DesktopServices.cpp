@@ -16,7 +16,7 @@ DistributedNotificationCenter& DesktopServices::notifications() {
 Workspace& DesktopServices::workspace() {
   if (!workspace_)
     workspace_ = std::make_unique<LinuxWorkspace>(environment_.files, environment_.session,
-                                                  environment_.system);
+                                                  environment_.system, environment_.foreground);
   return *workspace_;
 }
 

@@ -31,6 +31,8 @@ public:
     std::filesystem::path executable;
     /// A notice was clicked.
     std::function<void()> show;
+    /// Empty where there is no Wayland compositor.
+    LinuxWorkspace::Foreground foreground;
   };
 
   explicit DesktopServices(Environment environment) : environment_(std::move(environment)) {}

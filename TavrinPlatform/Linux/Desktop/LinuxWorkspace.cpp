@@ -67,10 +67,15 @@ std::optional<std::string> textEntry(sd_bus_message* message, std::string_view k
 
 } // namespace
 
-LinuxWorkspace::LinuxWorkspace(const FileManager& files, Bus* session, std::function<Bus*()> system)
-    : files_(files), session_(session), system_(std::move(system)) {}
+LinuxWorkspace::LinuxWorkspace(const FileManager& files, Bus* session, std::function<Bus*()> system,
+                               Foreground foreground)
+    : files_(files), session_(session), system_(std::move(system)),
+      foreground_(std::move(foreground)) {}
 
 std::optional<RunningApplication> LinuxWorkspace::frontmostApplication() const {
+  if (foreground_)
+    if (auto application = foreground_())
+      return application;
   const xcb_window_t window = x11::activeWindow();
   if (window == XCB_NONE)
     return std::nullopt;

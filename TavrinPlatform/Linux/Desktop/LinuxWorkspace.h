@@ -16,8 +16,12 @@ namespace tavrin {
 /// plain default counts. The system bus is only connected once something on it is wanted.
 class LinuxWorkspace final : public Workspace {
 public:
-  /// `session` may be null; `system` gives the system bus, or null.
-  LinuxWorkspace(const FileManager& files, Bus* session, std::function<Bus*()> system);
+  /// What a Wayland compositor tells of the application in front.
+  using Foreground = std::function<std::optional<RunningApplication>()>;
+  /// `session` may be null; `system` gives the system bus, or null. `foreground` is empty where the
+  /// X server knows of all windows.
+  LinuxWorkspace(const FileManager& files, Bus* session, std::function<Bus*()> system,
+                 Foreground foreground = {});
 
   std::optional<RunningApplication> frontmostApplication() const override;
   void open(const std::string& target) override;
@@ -59,6 +63,7 @@ private:
   const FileManager& files_;
   Bus* session_;
   std::function<Bus*()> system_;
+  Foreground foreground_;
   HandlerList wake_;
   HandlerList day_;
   HandlerList clockChange_;

@@ -13,7 +13,8 @@ namespace tavrin {
 GlobalShortcuts& LinuxDockServices::globalShortcuts() {
   if (!shortcuts_) {
     eventLoop_();
-    shortcuts_ = std::make_unique<LinuxGlobalShortcuts>(bus_(), "dev.quellby.Tavrin");
+    shortcuts_ = std::make_unique<LinuxGlobalShortcuts>(
+        bus_(), "dev.quellby.Tavrin", !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"));
   }
   return *shortcuts_;
 }

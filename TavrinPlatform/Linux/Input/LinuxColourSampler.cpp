@@ -34,7 +34,9 @@ ColourSample sampleOf(sd_bus_message* results) {
 
 class Picking final : public Token {
 public:
-  Picking(Bus* session, std::function<void(const ColourSample&)> done) : done_(std::move(done)) {
+  Picking(Bus* session, LinuxColourSampler::ScreenPick onScreen,
+          std::function<void(const ColourSample&)> done)
+      : onScreen_(std::move(onScreen)), done_(std::move(done)) {
     if (session != nullptr && session->isOpen())
       askPortal(*session);
     else
@@ -46,6 +48,7 @@ private:
   void pickOnScreen();
   void finish(const ColourSample& sample);
 
+  const LinuxColourSampler::ScreenPick onScreen_;
   std::function<void(const ColourSample&)> done_;
   TokenPtr request_;
   TokenPtr screenPick_;
@@ -69,12 +72,9 @@ void Picking::askPortal(Bus& session) {
 }
 
 void Picking::pickOnScreen() {
-  if (x11::connection() == nullptr) {
+  screenPick_ = onScreen_([this](const ColourSample& sample) { finish(sample); });
+  if (!screenPick_)
     finish({Outcome::unavailable, 0, 0, 0});
-    return;
-  }
-  screenPick_ =
-      std::make_unique<X11ColourPick>([this](const ColourSample& sample) { finish(sample); });
 }
 
 void Picking::finish(const ColourSample& sample) {
@@ -86,8 +86,14 @@ void Picking::finish(const ColourSample& sample) {
 
 } // namespace
 
+TokenPtr LinuxColourSampler::pickOnX11(std::function<void(const ColourSample&)> done) {
+  if (x11::connection() == nullptr)
+    return nullptr;
+  return std::make_unique<X11ColourPick>(std::move(done));
+}
+
 TokenPtr LinuxColourSampler::pick(std::function<void(const ColourSample&)> done) {
-  return std::make_unique<Picking>(session_, std::move(done));
+  return std::make_unique<Picking>(session_, onScreen_, std::move(done));
 }
 
 } // namespace tavrin

@@ -37,6 +37,12 @@ PortalShortcuts& LinuxGlobalShortcuts::portal() {
 }
 
 std::vector<GlobalShortcuts::Refusal> LinuxGlobalShortcuts::grab() {
+  if (isOnCompositor_) {
+    std::vector<Refusal> refusals;
+    for (const auto& shortcut : shortcuts_)
+      refusals.push_back({shortcut.id, translated("this desktop gives programs no keys")});
+    return refusals;
+  }
   if (!grabs_)
     grabs_ = std::make_unique<X11Shortcuts>();
   return grabs_->bind(shortcuts_, [this](const std::string& id) { press(id); });

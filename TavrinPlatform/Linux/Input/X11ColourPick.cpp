@@ -1,8 +1,9 @@
 #include "TavrinPlatform/Linux/Input/X11ColourPick.h"
 
+#include "TavrinPlatform/Linux/Input/ColourLens.h"
+
 #include <QGuiApplication>
 #include <QPainter>
-#include <QPainterPath>
 #include <QScreen>
 #include <QSocketNotifier>
 #include <QTimer>
@@ -15,12 +16,6 @@ namespace {
 
 using Outcome = ColourSample::Outcome;
 
-/// Pixels to each side of the one in the middle, and points a pixel in the magnifier.
-constexpr int reach = 6;
-constexpr int zoom = 10;
-constexpr int lensSide = (2 * reach + 1) * zoom;
-constexpr int labelHeight = 26;
-constexpr int distance = 28;
 /// The cross of the cursor font.
 constexpr std::uint16_t crosshair = 34;
 
@@ -35,14 +30,13 @@ constexpr std::uint32_t upKey = 0xFF52;
 constexpr std::uint32_t rightKey = 0xFF53;
 constexpr std::uint32_t downKey = 0xFF54;
 
-/// The pixels about the pointer, each as a square, and the middle one's value.
 class Magnifier final : public QWidget {
 public:
   Magnifier()
       : QWidget(nullptr, Qt::ToolTip | Qt::FramelessWindowHint | Qt::BypassWindowManagerHint |
                              Qt::WindowTransparentForInput | Qt::WindowDoesNotAcceptFocus) {
     setAttribute(Qt::WA_ShowWithoutActivating);
-    setFixedSize(lensSide, lensSide + labelHeight);
+    setFixedSize(ColourLens::size);
   }
   void setPixels(const QImage& pixels) {
     pixels_ = pixels;
@@ -52,35 +46,11 @@ public:
 protected:
   void paintEvent(QPaintEvent*) override {
     QPainter painter(this);
-    painter.fillRect(rect(), QColor(0x12, 0x12, 0x14));
-    painter.drawImage(QRect(0, 0, lensSide, lensSide), pixels_);
-    painter.setPen(QColor(0, 0, 0, 36));
-    for (int i = 1; i < 2 * reach + 1; ++i) {
-      painter.drawLine(i * zoom, 0, i * zoom, lensSide);
-      painter.drawLine(0, i * zoom, lensSide, i * zoom);
-    }
-    const QRect middle(reach * zoom, reach * zoom, zoom, zoom);
-    painter.setPen(Qt::black);
-    painter.drawRect(middle.adjusted(-1, -1, 0, 0));
-    painter.setPen(Qt::white);
-    painter.drawRect(middle.adjusted(-2, -2, 1, 1));
-    const QColor colour = pixels_.pixelColor(reach, reach);
-    const QRect label(0, lensSide, width(), labelHeight);
-    painter.fillRect(QRect(8, lensSide + 6, 14, 14), colour);
-    painter.setPen(QColor(255, 255, 255, 60));
-    painter.drawRect(QRect(8, lensSide + 6, 13, 13));
-    painter.setPen(QColor(255, 255, 255, 235));
-    painter.drawText(label.adjusted(30, 0, -6, 0), Qt::AlignVCenter | Qt::AlignLeft,
-                     colour.name().toUpper());
-    // An edge on light grounds and on dark ones.
-    painter.setPen(QColor(0, 0, 0, 180));
-    painter.drawRect(rect().adjusted(0, 0, -1, -1));
-    painter.setPen(QColor(255, 255, 255, 70));
-    painter.drawRect(rect().adjusted(1, 1, -2, -2));
+    ColourLens::paint(painter, pixels_);
   }
 
 private:
-  QImage pixels_{2 * reach + 1, 2 * reach + 1, QImage::Format_RGB32};
+  QImage pixels_{2 * ColourLens::reach + 1, 2 * ColourLens::reach + 1, QImage::Format_RGB32};
 };
 
 } // namespace
@@ -225,7 +195,7 @@ void X11ColourPick::pressed(std::uint32_t key) {
 void X11ColourPick::follow(QPoint pointer) {
   pointer_ = pointer;
   auto& lens = static_cast<Magnifier&>(*magnifier_);
-  lens.setPixels(around(pointer, reach));
+  lens.setPixels(around(pointer, ColourLens::reach));
   const QScreen* screen = QGuiApplication::primaryScreen();
   const double scale = screen != nullptr ? screen->devicePixelRatio() : 1;
   const QRect room(0, 0, static_cast<int>(screen_->width_in_pixels / scale),
@@ -233,11 +203,7 @@ void X11ColourPick::follow(QPoint pointer) {
   const QPoint place = (QPointF(pointer) / scale).toPoint();
   if (lens.isVisible() && lens.geometry().contains(place))
     uncovering_.start();
-  const auto beside = [](int at, int length, int end) {
-    return at + distance + length <= end ? at + distance : at - distance - length;
-  };
-  lens.move(beside(place.x(), lens.width(), room.right()),
-            beside(place.y(), lens.height(), room.bottom()));
+  lens.move(ColourLens::beside(place, room));
 }
 
 QImage X11ColourPick::around(QPoint pixel, int reach) const {

@@ -37,6 +37,8 @@ ClearSurface::ClearSurface(WaylandConnection& connection, wl_output* output, con
   zwlr_layer_surface_v1_set_size(layer_.get(), shape.width, shape.height);
   zwlr_layer_surface_v1_set_anchor(layer_.get(), shape.anchor);
   zwlr_layer_surface_v1_set_exclusive_zone(layer_.get(), shape.exclusiveZone);
+  if (shape.takesKeys)
+    zwlr_layer_surface_v1_set_keyboard_interactivity(layer_.get(), 1);
   setInput(shape.hearsPresses);
 }
 
@@ -70,6 +72,7 @@ std::uint32_t ClearSurface::layerNumber() const {
 void ClearSurface::configured(std::uint32_t width, std::uint32_t height) {
   const auto w = static_cast<int>(std::max(width, 1U));
   const auto h = static_cast<int>(std::max(height, 1U));
+  size_ = QSize(w, h);
   const int columns = viewport_ ? 1 : w;
   const int rows = viewport_ ? 1 : h;
   QImage picture(columns, rows, QImage::Format_ARGB32_Premultiplied);

@@ -21,6 +21,8 @@ public:
     /// under it.
     bool hearsPresses;
     std::vector<QRect> spared;
+    /// Has the keyboard to itself.
+    bool takesKeys = false;
   };
   ClearSurface(WaylandConnection& connection, wl_output* output, const Shape& shape);
   ~ClearSurface();
@@ -31,6 +33,8 @@ public:
   /// The number of the layer's object on its connection; 0 without one.
   std::uint32_t layerNumber() const;
   bool isShown() const { return buffer_ != nullptr; }
+  /// In points, once it is shown.
+  QSize size() const { return size_; }
   /// The compositor has taken it away, for instance with its output.
   bool isClosed() const { return isClosed_; }
 
@@ -46,6 +50,7 @@ private:
   ProxyPtr<wp_viewport> viewport_;
   ProxyPtr<zwlr_layer_surface_v1> layer_;
   ProxyPtr<wl_buffer> buffer_;
+  QSize size_;
   bool isClosed_ = false;
 };
 

@@ -1,7 +1,9 @@
 #pragma once
 
 #include "data-control.h"
+#include "foreign-toplevel.h"
 #include "layer-shell.h"
+#include "screencopy.h"
 #include "viewporter.h"
 
 #include <memory>
@@ -21,6 +23,7 @@ TAVRIN_PROXY(wl_registry);
 TAVRIN_PROXY(wl_callback);
 TAVRIN_PROXY(wl_seat);
 TAVRIN_PROXY(wl_pointer);
+TAVRIN_PROXY(wl_keyboard);
 TAVRIN_PROXY(wl_data_device_manager);
 TAVRIN_PROXY(wl_data_device);
 TAVRIN_PROXY(wl_data_offer);
@@ -37,8 +40,12 @@ TAVRIN_PROXY(zwlr_data_control_manager_v1);
 TAVRIN_PROXY(zwlr_data_control_device_v1);
 TAVRIN_PROXY(zwlr_data_control_source_v1);
 TAVRIN_PROXY(zwlr_data_control_offer_v1);
+TAVRIN_PROXY(zwlr_foreign_toplevel_manager_v1);
+TAVRIN_PROXY(zwlr_foreign_toplevel_handle_v1);
 TAVRIN_PROXY(zwlr_layer_shell_v1);
 TAVRIN_PROXY(zwlr_layer_surface_v1);
+TAVRIN_PROXY(zwlr_screencopy_manager_v1);
+TAVRIN_PROXY(zwlr_screencopy_frame_v1);
 TAVRIN_PROXY(wp_viewporter);
 TAVRIN_PROXY(wp_viewport);
 #undef TAVRIN_PROXY

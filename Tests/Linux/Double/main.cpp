@@ -1,7 +1,9 @@
+#include "TavrinPlatform/ColourSampler.h"
 #include "TavrinPlatform/DockTile.h"
 #include "TavrinPlatform/InputBlocker.h"
 #include "TavrinPlatform/PanelPopover.h"
 #include "TavrinPlatform/Platform.h"
+#include "TavrinPlatform/Workspace.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -25,6 +27,8 @@
 /// --parcel=FILE (in the panel, green, to be dragged)  --choice (a drop-down in the panel)  --grid
 /// (a picture of columns one pixel wide)
 /// --button (the left half of the tile is a button)  --notice=SECONDS  --observe=NAME  --tick
+/// --pick (a colour of the screen, at start)  --front (tells the application in front as it
+/// changes)
 namespace {
 
 using namespace tavrin;
@@ -143,6 +147,18 @@ private:
           value, [](const auto& object) { say("posted %s", object ? object->c_str() : "(none)"); });
     } else if (is("--lock")) {
       lock(value.starts_with("all"), std::stod(value.substr(value.find(',') + 1)));
+    } else if (is("--pick")) {
+      pick_ = platform_.colourSampler().pick([](const ColourSample& sample) {
+        say("picked %d %d %d %d", static_cast<int>(sample.outcome), sample.red, sample.green,
+            sample.blue);
+      });
+    } else if (is("--front")) {
+      look_ = platform_.runLoop().repeat(0.05, [this] {
+        const auto application = platform_.workspace().frontmostApplication();
+        const std::string name = application ? application->name : "nobody";
+        if (std::exchange(front_, name) != name)
+          say("front %s", name.c_str());
+      });
     } else if (is("--tick")) {
       ticker_ = platform_.runLoop().repeat(0.25, [this] {
         if (++count_ % 4 == 0)
@@ -258,6 +274,8 @@ private:
   TokenPtr endOfNeed_;
   TokenPtr hold_;
   TokenPtr look_;
+  TokenPtr pick_;
+  std::string front_;
   bool isScreenLocked_ = false;
   int count_ = 0;
   bool hasButton_ = false;
