@@ -148,6 +148,25 @@ TEST_F(Desktop, ThePanelTakesTheKeysAndGivesTheFocusBack) {
   EXPECT_TRUE(eventually([&] { return focusedWindow() == otherId_; })) << focusedWindow();
 }
 
+/// A hairline at the most, on a light panel before a light desktop.
+TEST_F(Desktop, ThePanelsCornersAreNotDark) {
+  if (shell("wmctrl -m").find("Xfwm4") != std::string::npos)
+    GTEST_SKIP() << "there is a shadow where windows are mixed";
+  shell("xsetroot -solid white");
+  Program tile(TILE_DOUBLE, {"--place=0,1,1"});
+  ASSERT_TRUE(tile.says("visible 1"));
+  click(tileWindow().centre());
+  ASSERT_TRUE(tile.says("opened"));
+  const auto look = [](const char* part, const char* value) {
+    return std::stod("0" + shell(std::string("import -window root png:- | convert - -crop ") +
+                                 part + " +repage -format '%[fx:" + value + "]' info:"));
+  };
+  ASSERT_TRUE(eventually([&] { return look("1x1+640+700", "mean") < 0.99; }));
+  // From above its upper corners to the line in it.
+  EXPECT_TRUE(eventually([&] { return look("400x60+440+600", "minima") > 0.8; }))
+      << look("400x60+440+600", "minima");
+}
+
 TEST_F(Desktop, EverySecondClickClosesThePanel) {
   Program tile(TILE_DOUBLE, {"--place=0,1,1"});
   ASSERT_TRUE(tile.says("visible 1"));

@@ -173,6 +173,20 @@ TEST(PopoverLayout, TheBodyStaysOnItsScreenAndTheArrowAtItsTile) {
   EXPECT_EQ(between.body.left(), 361);
 }
 
+TEST(PopoverLayout, APanelNeverLiesOnTheStripThatItPointsAt) {
+  using Arrow = PopoverLayout::Arrow;
+  const QRectF screen(1000, 0, 640, 400);
+  const auto beside = [&](const QRectF& strip, Arrow arrow) {
+    return PopoverLayout::roomBeside(strip, arrow, screen);
+  };
+  EXPECT_EQ(beside({1200, 352, 200, 48}, Arrow::bottom), QRectF(1000, 0, 640, 352));
+  EXPECT_EQ(beside({1000, 100, 48, 200}, Arrow::left), QRectF(1048, 0, 592, 400));
+  EXPECT_EQ(beside({1592, 100, 48, 200}, Arrow::right), QRectF(1000, 0, 592, 400));
+  // On another screen, or none at all.
+  EXPECT_EQ(beside({200, 352, 200, 48}, Arrow::bottom), screen);
+  EXPECT_EQ(beside({}, Arrow::bottom), screen);
+}
+
 } // namespace
 } // namespace tavrin
 

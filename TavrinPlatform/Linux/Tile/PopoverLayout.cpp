@@ -88,6 +88,40 @@ QPainterPath arrowPath(const PopoverLayout& layout) {
 
 } // namespace
 
+PopoverLayout::Arrow PopoverLayout::arrowAt(RectEdge edge) {
+  switch (edge) {
+  case RectEdge::maxY:
+    return Arrow::bottom;
+  case RectEdge::minY:
+    return Arrow::top;
+  case RectEdge::maxX:
+    return Arrow::left;
+  case RectEdge::minX:
+    return Arrow::right;
+  }
+  return Arrow::bottom;
+}
+
+QRectF PopoverLayout::roomBeside(const QRectF& strip, Arrow arrow, QRectF room) {
+  if (!strip.intersects(room))
+    return room;
+  switch (arrow) {
+  case Arrow::bottom:
+    room.setBottom(strip.top());
+    break;
+  case Arrow::top:
+    room.setTop(strip.bottom());
+    break;
+  case Arrow::left:
+    room.setLeft(strip.right());
+    break;
+  case Arrow::right:
+    room.setRight(strip.left());
+    break;
+  }
+  return room;
+}
+
 QPainterPath PopoverLayout::outline() const {
   QPainterPath path;
   path.addRoundedRect(body, corner, corner);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "TavrinPlatform/DockGeometry.h"
+
 #include <QPainterPath>
 #include <QRectF>
 
@@ -21,6 +23,12 @@ struct PopoverLayout {
   /// The body and its arrow as one outline.
   QPainterPath outline() const;
   QRectF frame() const { return outline().boundingRect(); }
+
+  /// Of a panel that opens from that edge of what it points at.
+  static Arrow arrowAt(RectEdge edge);
+  /// What a strip leaves of a screen's `room` to a panel that points at it: some desktops count the
+  /// strip's own room in.
+  static QRectF roomBeside(const QRectF& strip, Arrow arrow, QRectF room);
 
   /// Puts a body of `size` beside `tip`, on the side opposite to `arrow`, whole within
   /// `room`. Where there is no room for it there, but there is at the other side, it goes

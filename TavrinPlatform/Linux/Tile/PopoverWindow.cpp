@@ -199,8 +199,11 @@ void PopoverWindow::paintEvent(QPaintEvent*) {
   }
   painter.setRenderHint(QPainter::Antialiasing);
   painter.translate(0, lowered_);
+  // Where nobody mixes windows the mask cuts whole pixels, and half a one would be half black.
   if (hasShadow_)
     paintShadow(painter);
+  else
+    painter.fillRect(rect(), palette_.ground);
   painter.fillPath(outline_, palette_.ground);
   painter.setPen(QPen(palette_.hairline, 1));
   painter.drawPath(outline_);

@@ -33,20 +33,6 @@ constexpr double screenMargin = 4;
 /// On a panel's window: the window that was active before it.
 constexpr const char* panelMark = "_TAVRIN_PANEL";
 
-PopoverLayout::Arrow arrowFor(RectEdge edge) {
-  switch (edge) {
-  case RectEdge::maxY:
-    return PopoverLayout::Arrow::bottom;
-  case RectEdge::minY:
-    return PopoverLayout::Arrow::top;
-  case RectEdge::maxX:
-    return PopoverLayout::Arrow::left;
-  case RectEdge::minX:
-    return PopoverLayout::Arrow::right;
-  }
-  return PopoverLayout::Arrow::bottom;
-}
-
 QRectF availableAt(QPointF place) {
   const QScreen* screen = QGuiApplication::screenAt(place.toPoint());
   if (screen == nullptr)
@@ -162,11 +148,13 @@ void QtPanelPopover::setContentSize(QSize size) {
 
 void QtPanelPopover::arrange() {
   const QPointF tip = toolkitPoint(anchor_);
-  const QRectF room = availableAt(tip);
+  const auto arrow = PopoverLayout::arrowAt(edge_);
+  const QRectF strip(environment_.strip ? environment_.strip() : QRect());
+  const QRectF room = PopoverLayout::roomBeside(strip, arrow, availableAt(tip));
   QSize size = size_.isEmpty() && content() != nullptr ? content()->sizeHint() : size_;
   const double most = room.height() - 2 * screenMargin - PopoverLayout::arrowLength;
   size.setHeight(std::min(size.height(), static_cast<int>(most)));
-  window().arrange(PopoverLayout::make(tip, arrowFor(edge_), size, room, screenMargin));
+  window().arrange(PopoverLayout::make(tip, arrow, size, room, screenMargin));
   if (isShown_ && window_->isVisible())
     QTimer::singleShot(focusDelay, &context_, [this] { compareWithServer(); });
   if (layers_ != nullptr && window_->isVisible())
