@@ -8,7 +8,9 @@
 #include <cmath>
 #include <csignal>
 #include <iostream>
+#include <iterator>
 #include <optional>
+#include <sstream>
 #include <xcb/xcb.h>
 
 namespace tavrin {
@@ -246,7 +248,7 @@ void closeNewestWindow() {
 
 TEST_F(LayerTest, AStripFollowsTheChosenOutput) {
   if (!isSway())
-    GTEST_SKIP() << "this compositor's outputs stay";
+    GTEST_SKIP() << "this compositor's outputs are switched otherwise";
   const QString first = QStringLiteral("X11-1");
   const QString second = QStringLiteral("X11-2");
   Program tile(TILE_DOUBLE, {"--place=0,1,1"}, slot("first", second));
@@ -267,6 +269,57 @@ TEST_F(LayerTest, AStripFollowsTheChosenOutput) {
   EXPECT_TRUE(isTileAt(cell(0, 1)));
   click(cell(0, 1));
   EXPECT_TRUE(tile.says("opened"));
+}
+
+/// The desk's own KWin has one output, which it cannot lose.
+TEST_F(LayerTest, AStripFollowsAnOutputThatKWinSwitchesOffAndOn) {
+  if (isSway() || scale() != 1)
+    GTEST_SKIP() << "once under KWin";
+  const QString display = QStringLiteral("WAYLAND_DISPLAY=wayland-two");
+  Program compositor(qEnvironmentVariable("DESK") + "/kwin_wayland",
+                     {"--x11-display", qEnvironmentVariable("DISPLAY"), "--width", "600",
+                      "--height", "400", "--output-count", "2", "--socket", "wayland-two",
+                      "--no-lockscreen", "--no-global-shortcuts", "--no-kactivities"},
+                     {"KWIN_FORCE_OWN_QPA=1", "KWIN_COMPOSE=Q"});
+  std::vector<std::string> windows;
+  ASSERT_TRUE(eventually([&] {
+    std::istringstream ids(
+        shell("xwininfo -root -tree | awk '/(wayland-two).*600x400/ { print $1 }' | sort"));
+    windows.assign(std::istream_iterator<std::string>(ids), {});
+    return windows.size() == 2 &&
+           shell("test -S $XDG_RUNTIME_DIR/wayland-two && echo yes") == "yes";
+  }));
+  // Both come up in one place.
+  shell("xdotool windowmove " + windows[1] + " 640 0");
+  auto environment = slot("first", QStringLiteral("X11-1"));
+  environment += display;
+  Program tile(TILE_DOUBLE, {"--place=0,1,1"}, environment);
+  const QPoint left(300, 362);
+  const QPoint right = left + QPoint(640, 0);
+  const auto isAt = [](QPoint pixel) {
+    return eventually([&] { return screen().pixelColor(pixel) == tileColour; });
+  };
+  const auto press = [](QPoint pixel) {
+    shell("xdotool mousemove " + std::to_string(pixel.x()) + " " + std::to_string(pixel.y()) +
+          " sleep .1 click 1");
+  };
+  const auto turn = [&](const std::string& state) {
+    shell(display.toStdString() + " /usr/bin/python3 " KWIN_OUTPUT " X11-1 " + state);
+  };
+  EXPECT_TRUE(isAt(right));
+  EXPECT_NE(screen().pixelColor(left), tileColour);
+  // What was seen last of an output that is off stays to be seen.
+  turn("off");
+  EXPECT_TRUE(isAt(left));
+  press(left);
+  EXPECT_TRUE(tile.says("opened"));
+  press(left);
+  EXPECT_TRUE(tile.says("closed"));
+  turn("on");
+  EXPECT_TRUE(eventually([&] { return screen().pixelColor(left) != tileColour; }));
+  EXPECT_TRUE(isAt(right));
+  press(right);
+  EXPECT_TRUE(tile.says("opened", 2));
 }
 
 /// Whether the second has been handed a socket of the first's.
