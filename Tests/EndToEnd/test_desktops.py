@@ -218,6 +218,9 @@ class Row(ManagedDesk):
         try:
             wait_for(lambda: self.are_in_place((0, 0, half, SCREEN[1])), "the strip on one monitor")
             self.works(1, "m")
+            self.open(1)
+            self.desk.click(half + 200, 300)
+            self.wait_closed(1)
         finally:
             self.desk.run("xrandr", "--delmonitor", "R")
             self.desk.run("xrandr", "--delmonitor", "L")

@@ -320,6 +320,9 @@ TEST_F(LayerTest, AStripFollowsAnOutputThatKWinSwitchesOffAndOn) {
   EXPECT_TRUE(isAt(right));
   press(right);
   EXPECT_TRUE(tile.says("opened", 2));
+  // Elsewhere may be on another output.
+  press({100, 100});
+  EXPECT_TRUE(tile.says("closed", 2));
 }
 
 /// Whether the second has been handed a socket of the first's.
