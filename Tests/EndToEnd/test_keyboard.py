@@ -117,7 +117,10 @@ class Keyboard(DeskTest):
             self.desk.screenshot(path)
             return path
 
+        # A picture taken too early would be that of where two more steps lead round to.
+        before = wait_for(lambda: self.focused(process), "the focus of a control")
         self.desk.key("Tab")
+        wait_for(lambda: self.focused(process) not in (before, None), "the focus to move")
         first = picture("first.png")
         self.desk.key("Tab")
 
