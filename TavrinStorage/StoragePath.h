@@ -32,6 +32,7 @@ public:
 
   std::filesystem::path widgetsFileURL() const { return file("widgets.json"); }
   std::filesystem::path profilesFileURL() const { return file("profiles.json"); }
+  std::filesystem::path followingFileURL() const { return file("following.json"); }
   std::filesystem::path coloursFileURL() const { return file("colours.json"); }
   std::filesystem::path emojiFileURL() const { return file("emoji.json"); }
   std::filesystem::path waterFileURL() const { return file("water.json"); }

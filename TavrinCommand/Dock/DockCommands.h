@@ -14,8 +14,4 @@ void addDockEditCommands(CLI::App& app, CommandContext& context,
                          const std::function<void(CLI::App&)>& decorate,
                          const std::function<void(DockEdit)>& take);
 
-/// The item that a path or an address names. Throws DockError (fileNotFound) for a path that is
-/// not there, unless `mayBeMissing`.
-DockItem itemNamed(CommandContext& context, const std::string& word, bool mayBeMissing);
-
 } // namespace tavrin

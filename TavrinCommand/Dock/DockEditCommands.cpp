@@ -1,18 +1,15 @@
 #include "TavrinCommand/Dock/DockCommands.h"
 
 #include "TavrinCommand/Base/Completers.h"
-#include "TavrinCore/Dock/DockURLString.h"
 #include "TavrinCore/Text/Texts.h"
+#include "TavrinHost/Dock/DockItems.h"
 #include "TavrinHost/Dock/DockLibrary.h"
-#include "TavrinPlatform/Files/PlistRoot.h"
 
 #include <CLI/App.hpp>
 #include <fmt/format.h>
 
 namespace tavrin {
 namespace {
-
-namespace fs = std::filesystem;
 
 const std::map<std::string, DockSection> sections = {{"apps", DockSection::apps},
                                                      {"others", DockSection::others}};
@@ -88,6 +85,10 @@ private:
   std::string after_;
 };
 
+std::optional<std::string> given(const std::string& text) {
+  return text.empty() ? std::nullopt : std::optional(text);
+}
+
 struct AddOptions {
   std::vector<std::string> words;
   std::string label;
@@ -99,37 +100,11 @@ struct AddOptions {
   PlaceOptions place;
 
   DockItem finished(DockItem item) const {
-    if (auto* app = std::get_if<AppEntry>(&item.payload); app != nullptr && !label.empty())
-      app->displayName = label;
-    if (auto* url = std::get_if<URLEntry>(&item.payload); url != nullptr && !label.empty())
-      url->displayName = label;
-    if (auto* file = std::get_if<FileEntry>(&item.payload)) {
-      if (!label.empty())
-        file->displayName = label;
-      const FolderOptions options{arrangement.value(), display.value(), view.value()};
-      if (!options.isEmpty() && file->isDirectory)
-        *file = withFolderOptions(*file, options);
-    }
-    return item;
+    return withLook(
+        std::move(item),
+        {.label = given(label), .folder = {arrangement.value(), display.value(), view.value()}});
   }
 };
-
-std::optional<std::string> given(const std::string& text) {
-  return text.empty() ? std::nullopt : std::optional(text);
-}
-
-std::optional<std::string> bundleIdentifier(const fs::path& bundle) {
-  try {
-    const auto root = readPlistRoot(bundle / "Contents" / "Info.plist");
-    const auto found =
-        root ? root->find("CFBundleIdentifier") : PropertyList::Dictionary::const_iterator();
-    if (root && found != root->end() && found->second.string() != nullptr)
-      return *found->second.string();
-  } catch (const DockError&) {
-    // An application without a readable description is added without its identifier.
-  }
-  return std::nullopt;
-}
 
 void addAdd(CLI::App& app, CommandContext& context, const std::function<void(CLI::App&)>& decorate,
             const std::function<void(DockEdit)>& take) {
@@ -253,21 +228,6 @@ void addSpacer(CLI::App& app, CommandContext& context,
 }
 
 } // namespace
-
-DockItem itemNamed(CommandContext& context, const std::string& word, bool mayBeMissing) {
-  if (word.find("://") != std::string::npos && !word.starts_with("file://"))
-    return {URLEntry{word, std::nullopt, std::nullopt}};
-  const bool endsInSlash = word.size() > 1 && word.ends_with('/');
-  const fs::path path = absolutePath(context, DockURLString::path(word));
-  std::error_code error;
-  const auto status = fs::status(path, error);
-  if (!fs::exists(status) && !mayBeMissing)
-    throw DockError::fileNotFound(path);
-  if (path.extension() == ".app")
-    return {AppEntry{path.string(), bundleIdentifier(path), path.stem().string(), std::nullopt}};
-  const bool isDirectory = fs::exists(status) ? fs::is_directory(status) : endsInSlash;
-  return {FileEntry{path.string(), std::nullopt, isDirectory, std::nullopt, std::nullopt}};
-}
 
 void addDockEditCommands(CLI::App& app, CommandContext& context,
                          const std::function<void(CLI::App&)>& decorate,

@@ -13,8 +13,8 @@ namespace tavrin {
 namespace {
 
 struct FocusWords {
-  double interval = FocusOptions{}.interval;
-  std::string numbered = "ctrl+alt";
+  std::optional<double> interval;
+  std::optional<std::string> numbered;
   bool restarts = true;
 };
 
@@ -22,10 +22,13 @@ void run(CommandContext& context, const FocusWords& words) {
   FocusOptions options;
   options.interval = words.interval;
   options.restarts = words.restarts;
-  options.numbered =
-      words.numbered == "none" ? std::nullopt : std::optional(modifiersFromText(words.numbered));
-  // A second one goes on all the same: it may be asked to follow in another way.
-  claimFollowing(context);
+  if (words.numbered)
+    options.numbered =
+        words.numbered == "none" ? HotkeyModifiers() : modifiersFromText(*words.numbered);
+  const bool isPlain = !options.interval && !options.numbered && options.restarts;
+  // A second one goes on only where it is asked to follow in another way.
+  if (!claimFollowing(context) && isPlain)
+    return context.say(translated("Shortcuts and Focus are followed already."));
   backUpWorkspace(context, WorkspaceBackup::Reason::launch);
   std::optional<FocusSession> session;
   context.platform().dockServices().runUntilStopped([&] {
@@ -45,7 +48,7 @@ void addFocusCommands(CLI::App& app, CommandContext& context) {
   command
       ->add_option("--interval", words->interval,
                    translated("Seconds between two looks, 0.2 to 3600"))
-      ->check(CLI::Range(0.2, 3600.0));
+      ->check(CLI::Range(Following::leastInterval, Following::mostInterval));
   command->add_option("--numbered", words->numbered,
                       translated("The modifiers of the numbered shortcuts, or none"));
   addNoRestartFlag(*command, words->restarts);

@@ -1,7 +1,9 @@
 #include "TavrinCommand/Widgets/SlotCommands.h"
 
+#include "TavrinCore/Text/ForeignText.h"
 #include "TavrinCore/Text/Texts.h"
 #include "TavrinCore/Widgets/DockSlot.h"
+#include "TavrinHost/Dock/FocusSession.h"
 #include "TavrinHost/Dock/WorkspaceBackups.h"
 #include "TavrinHost/Widgets/SlotControl.h"
 #include "TavrinHost/Widgets/StarterSet.h"
@@ -122,8 +124,26 @@ std::set<int> slotsToStart(const WidgetLibrary& library, const Words& references
   return slots;
 }
 
+/// Shortcuts and Focus, where Dock layouts have any. Whether they are followed; what fails is a
+/// remark: it is no reason not to start the widgets.
+bool follow(CommandContext& context) {
+  try {
+    if (!startFollowingWhereWanted(context))
+      return isFollowed(context);
+    context.say(translated("The Dock layouts' shortcuts and Focus are followed."));
+    return true;
+  } catch (const std::exception& error) {
+    context.remark(fmt::format("tavrin: {}", printable(error.what())));
+    return false;
+  }
+}
+
 void start(CommandContext& context, const Words& references, bool wantsStarterSet) {
   WidgetLibrary library(context);
+  // Layouts are followed whether or not there are widgets beside them.
+  const bool follows = references.empty() && follow(context);
+  if (follows && library.file().placedWidgets().empty() && !wantsStarterSet)
+    return;
   offerStarterSet(context, library, wantsStarterSet);
   const auto slots = slotsToStart(library, references);
   backUpWorkspace(context, WorkspaceBackup::Reason::launch);
@@ -154,11 +174,16 @@ void stop(CommandContext& context, const Words& references) {
   SlotControl control(context);
   const auto outcomes =
       control.stop(references.empty() ? allSlots() : slotsNamed(readable, references));
-  if (references.empty())
+  bool isFollowerStopped = false;
+  if (references.empty()) {
     control.stopEditor();
+    isFollowerStopped = stopFollowing(context);
+  }
   if (references.empty() && library)
     backUpWorkspace(context, WorkspaceBackup::Reason::quit);
-  if (outcomes.empty())
+  if (isFollowerStopped)
+    context.say(translated("The Dock layouts' shortcuts and Focus are no longer followed."));
+  else if (outcomes.empty())
     context.say(translated("Nothing runs."));
   report(context, library ? library->file().placedWidgets() : Placed(), outcomes);
   readable();

@@ -11,10 +11,6 @@
 namespace tavrin {
 namespace {
 
-std::vector<DockItem>& sectionOf(DockSnapshot& dock, DockSection section) {
-  return section == DockSection::apps ? dock.apps : dock.others;
-}
-
 ReferenceTiers<PlacedDockItem> tiers(const std::string& reference) {
   const auto path = DockURLString::path(reference);
   const auto isNamed = [](const PlacedDockItem& one) { return one.item.spacer() == nullptr; };
@@ -89,17 +85,6 @@ void erase(DockSnapshot& dock, const std::vector<PlacedDockItem>& items) {
   }
 }
 
-/// A plain file's tile left of the divider is an application's, and right of it an application's
-/// is a plain file's: what is written must be what is read back.
-DockItem fitting(const DockItem& item, DockSection section) {
-  if (const auto* app = item.app(); app != nullptr && section == DockSection::others)
-    return {FileEntry{app->path, app->displayName, false, app->tile, std::nullopt}};
-  if (const auto* file = item.file();
-      file != nullptr && !file->isDirectory && section == DockSection::apps)
-    return {AppEntry{file->path, std::nullopt, file->displayName, file->tile}};
-  return item;
-}
-
 bool contains(const DockSnapshot& dock, DockSection section, const DockItem& item) {
   const auto& items = section == DockSection::apps ? dock.apps : dock.others;
   return item.spacer() == nullptr &&
@@ -154,6 +139,19 @@ std::vector<PlacedDockItem> select(const DockSnapshot& dock, const DockSelection
     if (isMeant[i])
       meant.push_back(items[i]);
   return meant;
+}
+
+std::vector<DockItem>& sectionOf(DockSnapshot& dock, DockSection section) {
+  return section == DockSection::apps ? dock.apps : dock.others;
+}
+
+DockItem fitting(const DockItem& item, DockSection section) {
+  if (const auto* app = item.app(); app != nullptr && section == DockSection::others)
+    return {FileEntry{app->path, app->displayName, false, app->tile, std::nullopt}};
+  if (const auto* file = item.file();
+      file != nullptr && !file->isDirectory && section == DockSection::apps)
+    return {AppEntry{file->path, std::nullopt, file->displayName, file->tile}};
+  return item;
 }
 
 DockEdit adding(DockAddition addition, std::function<void(const DockItem&)> alreadyThere) {

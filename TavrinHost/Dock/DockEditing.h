@@ -70,6 +70,12 @@ DockEdit adding(DockAddition addition, std::function<void(const DockItem&)> alre
 DockEdit removing(DockSelection selection);
 DockEdit moving(DockSelection selection, std::optional<DockSection> section, DockPlace place);
 
+std::vector<DockItem>& sectionOf(DockSnapshot& dock, DockSection section);
+
+/// A plain file's tile left of the divider is an application's, and right of it an application's
+/// is a plain file's: what is written must be what is read back.
+DockItem fitting(const DockItem& item, DockSection section);
+
 /// "Mail (left, 3)"
 std::string described(const PlacedDockItem& placed);
 /// "app", "folder", "file", "link", "spacer"

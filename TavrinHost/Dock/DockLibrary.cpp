@@ -3,6 +3,7 @@
 #include "TavrinCore/Profiles/ProfileTransfer.h"
 #include "TavrinCore/Settings/HotkeyText.h"
 #include "TavrinCore/Text/Texts.h"
+#include "TavrinHost/Dock/DockItems.h"
 #include "TavrinHost/NamedReference.h"
 #include "TavrinPlatform/Files/AtomicFile.h"
 #include "TavrinStorage/Dock/CFPreferencesBackend.h"
@@ -82,6 +83,25 @@ ProfileSwitcher& DockLibrary::switcher() {
 
 bool DockLibrary::change(const DockSwapper::Plan& plan) {
   return applyWithBackup(swapper_, backups_, plan, context_.platform().clock(), didBackUp_);
+}
+
+bool DockLibrary::put(const UUID& id) {
+  const auto wanted = profiles().profile(id);
+  if (!wanted)
+    throw DockError::profileNotFound(id.text());
+  const auto target = wanted->snapshot(context_.platform().clock().now());
+  const bool isActive = profiles().file().activeProfileId == id;
+  if (showTheSame(snapshot(), target)) {
+    switcher().activate(id);
+    return false;
+  }
+  // What the switcher takes for the same may have other names and options.
+  return isActive ? put(target) : switcher().switchTo(id);
+}
+
+bool DockLibrary::put(const DockSnapshot& layout) {
+  return change(
+      [&] { return showTheSame(snapshot(), layout) ? std::nullopt : std::optional(layout); });
 }
 
 DockSnapshot DockLibrary::snapshot() const {

@@ -22,6 +22,11 @@ public:
   /// Puts what `plan` says into the Dock, the Dock before backed up. False when nothing was
   /// written.
   bool change(const DockSwapper::Plan& plan);
+  /// Puts the profile into the Dock and makes it the active one. Where the Dock shows all of it,
+  /// names and options too, nothing is written. Throws as `ProfileSwitcher`.
+  bool put(const UUID& profile);
+  /// Puts the layout into the Dock, unless it shows the same. False when nothing was written.
+  bool put(const DockSnapshot& layout);
   /// Backups are made without a word, where the user is told in another way.
   void keepQuiet() { didBackUp_ = {}; }
   std::shared_ptr<DockPreferencesBackend> dock() { return dock_; }

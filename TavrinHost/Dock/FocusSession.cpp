@@ -5,23 +5,24 @@
 #include "TavrinCore/Text/Texts.h"
 #include "TavrinHost/Dock/DockLibrary.h"
 #include "TavrinHost/FoldedName.h"
+#include "TavrinStorage/StoragePath.h"
 
 #include <fmt/format.h>
 
 namespace tavrin {
 namespace {
 
-/// Seconds between two looks at the profiles' shortcuts.
-constexpr double shortcutInterval = 3;
+/// Seconds between two looks at what is to be followed.
+constexpr double refreshInterval = 3;
 
 bool isBoundToOff(const Profile& profile) {
   return profile.focusModeBinding && folded(*profile.focusModeBinding) == "off";
 }
 
 std::vector<GlobalShortcuts::Shortcut> shortcutsOf(const ProfilesFile& file,
-                                                   std::optional<HotkeyModifiers> numbered) {
+                                                   const Following& following) {
   std::vector<GlobalShortcuts::Shortcut> shortcuts;
-  const auto bindings = WorkspaceHotkeys::bindings(file.profiles, numbered);
+  const auto bindings = following.bindings(file.profiles);
   for (const auto& profile : file.profiles)
     if (const auto found = bindings.find(profile.id); found != bindings.end())
       shortcuts.push_back({profile.id.text(),
@@ -32,6 +33,10 @@ std::vector<GlobalShortcuts::Shortcut> shortcutsOf(const ProfilesFile& file,
 
 std::string followerIdentifier(HostContext& context) {
   return folderIdentifier(context, "dev.quellby.Tavrin.Focus");
+}
+
+std::filesystem::path followerProgram(HostContext& context) {
+  return context.platform().program().replace_filename("tavrin");
 }
 
 } // namespace
@@ -46,12 +51,33 @@ bool isFollowed(HostContext& context) {
   return context.platform().applications().processOwning(followerIdentifier(context)).has_value();
 }
 
-void startFollowing(HostContext& context) {
+RunningApplications::ProcessID startFollowing(HostContext& context) {
+  return context.platform().applications().launch(
+      {followerProgram(context), {"focus"}, {}, context.stateFolder() / "focus.log"});
+}
+
+SharedRecord<Following> followingRecord(HostContext& context) {
   auto& platform = context.platform();
-  platform.applications().launch({platform.program().replace_filename("tavrin"),
-                                  {"focus"},
-                                  {},
-                                  context.stateFolder() / "focus.log"});
+  return {StoragePath(platform.fileManager(), platform.mainBundle()).followingFileURL(),
+          followingChangedNotification, platform.notifications()};
+}
+
+bool startFollowingWhereWanted(HostContext& context) {
+  // Without a session bus nobody would know of the one that follows.
+  if (!context.platform().applications().knowsIdentifiers() || isFollowed(context) ||
+      !followingRecord(context).value().isWanted(DockLibrary(context).profiles().file()))
+    return false;
+  startFollowing(context);
+  return true;
+}
+
+bool stopFollowing(HostContext& context) {
+  auto& applications = context.platform().applications();
+  const auto owner = applications.processOwning(followerIdentifier(context));
+  if (!owner || applications.programOf(*owner) != followerProgram(context))
+    return false;
+  applications.terminate(*owner, false);
+  return true;
 }
 
 std::optional<UUID> profileForFocus(const ProfilesFile& file, bool isFocused) {
@@ -66,8 +92,6 @@ FocusSession::FocusSession(HostContext& context, const FocusOptions& options)
     : context_(context), options_(options),
       queue_(context.platform().dockServices().runLoop().makeSerialQueue()) {
   auto& services = context.platform().dockServices();
-  monitor_.emplace(services.runLoop(), services.focusStatus(), options.interval,
-                   Log(services.log(), "focus"));
   // Made here, so that the queue does not make them at the same time as the main thread.
   services.preferences();
   services.dockProcess();
@@ -78,8 +102,17 @@ void FocusSession::start() {
   if (!services.focusStatus().isAuthorized())
     context_.remark(
         translated("The Focus state cannot be read here; shortcuts alone switch profiles"));
-  refreshShortcuts();
-  refresh_ = services.runLoop().repeat(shortcutInterval, [this] { refreshShortcuts(); });
+  refresh();
+  refresh_ = services.runLoop().repeat(refreshInterval, [this] { refresh(); });
+}
+
+void FocusSession::look(double interval) {
+  if (monitor_ && interval == interval_)
+    return;
+  interval_ = interval;
+  auto& services = context_.platform().dockServices();
+  monitor_.emplace(services.runLoop(), services.focusStatus(), interval,
+                   Log(services.log(), "focus"));
   monitor_->start(
       [this](bool isFocused) { queue_->run([this, isFocused] { focusChanged(isFocused); }); });
 }
@@ -93,6 +126,9 @@ void FocusSession::stop() {
 }
 
 void FocusSession::focusChanged(bool isFocused) {
+  // Whoever looks at another interval begins with what is known.
+  if (std::exchange(lastFocus_, isFocused) == isFocused)
+    return;
   try {
     const auto file = DockLibrary(context_).profiles().file();
     auto wanted = profileForFocus(file, isFocused);
@@ -125,20 +161,34 @@ void FocusSession::switchTo(const UUID& id) {
   }
 }
 
-void FocusSession::refreshShortcuts() {
+void FocusSession::tellLog(const std::exception& error) {
+  context_.platform().dockServices().log().write(LogLevel::error, Log::subsystem, "focus",
+                                                 error.what());
+}
+
+void FocusSession::refresh() {
   queue_->run([this, alive = alive_.watch()] {
-    std::vector<GlobalShortcuts::Shortcut> shortcuts;
+    Following following;
+    std::optional<std::vector<GlobalShortcuts::Shortcut>> shortcuts;
     try {
-      shortcuts = shortcutsOf(DockLibrary(context_).profiles().file(), options_.numbered);
+      following = followingRecord(context_).value();
     } catch (const std::exception& error) {
-      context_.platform().dockServices().log().write(LogLevel::error, Log::subsystem, "focus",
-                                                     error.what());
-      return;
+      tellLog(error);
+    }
+    following.interval = options_.interval.value_or(following.boundedInterval());
+    following.numbered = options_.numbered.value_or(following.numbered);
+    try {
+      shortcuts = shortcutsOf(DockLibrary(context_).profiles().file(), following);
+    } catch (const std::exception& error) {
+      tellLog(error);
     }
     context_.platform().dockServices().runLoop().post(
-        [this, alive, shortcuts = std::move(shortcuts)] {
-          if (alive.lock())
-            bind(shortcuts);
+        [this, alive, shortcuts = std::move(shortcuts), interval = following.interval] {
+          if (!alive.lock())
+            return;
+          look(interval);
+          if (shortcuts)
+            bind(*shortcuts);
         });
   });
 }

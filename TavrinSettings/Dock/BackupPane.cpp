@@ -47,12 +47,6 @@ std::string reasonWords(WorkspaceBackup::Reason reason) {
   return translated("Made before a backup was restored");
 }
 
-/// The date in a Dock backup's name, in words; else the name.
-QString dockBackupTitle(const std::filesystem::path& backup, const Calendar& calendar) {
-  const auto date = BackupManager::dateOf(backup);
-  return QString::fromStdString(date ? calendar.dateAndTime(*date) : backup.stem().string());
-}
-
 /// Bringing back a workspace backup; undone by the one that was made before it.
 class RestoreStep final : public HistoryStep {
 public:
@@ -78,10 +72,26 @@ private:
 
 } // namespace
 
+QString dockBackupTitle(const std::filesystem::path& backup) {
+  const auto date = BackupManager::dateOf(backup);
+  return QString::fromStdString(date ? Calendar().dateAndTime(*date) : backup.stem().string());
+}
+
+std::string workspaceContents(const WorkspaceBackupStore::Contents& backup) {
+  const auto names = [](const auto& records) {
+    std::vector<std::string> all;
+    for (const auto& record : records)
+      all.push_back(record.name);
+    return all.empty() ? translated("none") : enumeration(all);
+  };
+  return translated(
+      "Widgets: {widgets}. Dock layouts: {layouts}.",
+      {{"widgets", names(backup.widgets.widgets)}, {"layouts", names(backup.profiles.profiles)}});
+}
+
 std::string workspaceDifference(const WorkspaceBackupStore::Contents& backup,
                                 const WidgetsFile& widgets, const ProfilesFile& profiles) {
-  const auto ofWidgets =
-      static_cast<long long>(differing(backup.widgets.widgets, widgets.widgets));
+  const auto ofWidgets = static_cast<long long>(differing(backup.widgets.widgets, widgets.widgets));
   const auto ofProfiles =
       static_cast<long long>(differing(backup.profiles.profiles, profiles.profiles));
   if (ofWidgets == 0 && ofProfiles == 0)
@@ -103,6 +113,7 @@ BackupPane::BackupPane(DockServicesOfPage& services, HostContext& context, QWidg
   column->addWidget(new PanelText(worded("Widgets and layouts"), PanelTextStyle::section, this));
   workspaceList_ = new PanelList(worded("Backups of widgets and layouts"), this);
   workspaceList_->onAction = [this](int row, int) { restoreWorkspace(row); };
+  workspaceList_->onOpen = [this](int row) { showContents(row); };
   column->addWidget(workspaceList_, 2);
   noWorkspace_ = new PanelText(
       worded("There is none yet. One is made each time the widgets start and end, and now by “Back "
@@ -111,11 +122,16 @@ BackupPane::BackupPane(DockServicesOfPage& services, HostContext& context, QWidg
   column->addWidget(noWorkspace_);
   column->addWidget(new PanelText(worded("The Dock"), PanelTextStyle::section, this));
   dockList_ = new PanelList(worded("Backups of the Dock"), this);
-  dockList_->onAction = [this](int row, int) { restoreDock(row); };
+  dockList_->onAction = [this](int row, int action) {
+    if (action == 0)
+      makeLayout(row);
+    else
+      restoreDock(row);
+  };
   column->addWidget(dockList_, 1);
-  noDock_ = new PanelText(
-      worded("There is none yet. One is made before a layout is put into the Dock."),
-      PanelTextStyle::secondary, this);
+  noDock_ =
+      new PanelText(worded("There is none yet. One is made before a layout is put into the Dock."),
+                    PanelTextStyle::secondary, this);
   column->addWidget(noDock_);
   auto* create = new PanelButton(
       PanelButton::Kind::quiet, worded("Back Up Now"),
@@ -175,25 +191,47 @@ void BackupPane::refresh() {
     for (std::size_t i = 0; i < dock_.size(); ++i) {
       PanelRow row;
       row.id = QString::fromStdString(dock_[i].filename().string());
-      row.title = dockBackupTitle(dock_[i], calendar);
+      row.title = dockBackupTitle(dock_[i]);
       if (i < mostCompared) {
         try {
           const auto then = dockPlistReader(dock_[i]).read(now.capturedAt);
           row.subtitle =
-              worded("Restoring it {changes}",
-                     {{"changes", differenceWords(DockChangeDetector::diff(now, then))}});
+              worded("Restoring it {changes}", {{"changes", differenceWords(now, then)}});
         } catch (const std::exception&) {
           row.subtitle = worded("It cannot be read");
         }
       }
       row.symbol = QStringLiteral("archivebox.fill");
-      row.actions = {{QStringLiteral("arrow.counterclockwise"), worded("Restore"), true}};
+      row.actions = {{QStringLiteral("plus"), worded("Make a Layout of It")},
+                     {QStringLiteral("arrow.counterclockwise"), worded("Restore"), true}};
       rows.push_back(row);
     }
   });
   dockList_->setVisible(!rows.empty());
   noDock_->setVisible(rows.empty());
   dockList_->setRows(rows);
+}
+
+void BackupPane::showContents(int row) {
+  if (row < 0 || row >= static_cast<int>(workspace_.size()))
+    return;
+  services_.page.attempt([&] {
+    const auto contents =
+        workspaceBackups(context_).contents(workspace_[static_cast<std::size_t>(row)]);
+    services_.page.tell(QString::fromStdString(workspaceContents(contents)), false);
+  });
+}
+
+void BackupPane::makeLayout(int row) {
+  if (row < 0 || row >= static_cast<int>(dock_.size()))
+    return;
+  services_.page.attempt([&] {
+    const auto& backup = dock_[static_cast<std::size_t>(row)];
+    const auto made = services_.profiles.createFrom(
+        services_.profiles.library().layout(backup.filename().string()), translated("Layout"));
+    if (onMade)
+      onMade(made);
+  });
 }
 
 void BackupPane::restoreWorkspace(int row) {

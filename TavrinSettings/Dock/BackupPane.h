@@ -17,7 +17,12 @@ public:
 
   void refresh();
 
+  /// A layout was made of a backup.
+  std::function<void(const UUID& id)> onMade;
+
 private:
+  void showContents(int row);
+  void makeLayout(int row);
   void restoreWorkspace(int row);
   void restoreDock(int row);
 
@@ -30,6 +35,12 @@ private:
   PanelList* dockList_;
   PanelText* noDock_;
 };
+
+/// The date in a Dock backup's name, in words; else the name.
+QString dockBackupTitle(const std::filesystem::path& backup);
+
+/// "Clock, Tea and Mail; the layouts Work and Home": what it holds, in words.
+std::string workspaceContents(const WorkspaceBackupStore::Contents& backup);
 
 /// "2 widgets and 1 layout differ from now": a backup beside what there is.
 std::string workspaceDifference(const WorkspaceBackupStore::Contents& backup,

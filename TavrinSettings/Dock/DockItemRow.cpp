@@ -1,15 +1,20 @@
 #include "TavrinSettings/Dock/DockItemRow.h"
 
+#include "TavrinCore/Text/Texts.h"
+#include "TavrinHost/FoldedName.h"
 #include "TavrinSettings/Base/TabStop.h"
 #include "TavrinWidgetsUI/Collection/CollectionViews.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelFont.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelPaint.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelToolTip.h"
 #include "TavrinWidgetsUI/Kit/Pictures/Symbols.h"
+#include "TavrinWidgetsUI/Kit/Utf8.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QDragEnterEvent>
+#include <QMimeData>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QStyle>
@@ -23,16 +28,49 @@ constexpr int cellWidth = 72;
 constexpr int cellHeight = 76;
 constexpr int iconSide = 40;
 
+/// Right of the divider an application is a plain file.
+std::optional<AppEntry> applicationOf(const DockItem& item) {
+  if (item.app() != nullptr)
+    return *item.app();
+  const auto* file = item.file();
+  if (file == nullptr || !file->path.ends_with(".app"))
+    return std::nullopt;
+  return AppEntry{file->path, std::nullopt, file->displayName, std::nullopt};
+}
+
+/// Points from either side, so that its width tells which it is.
+double spacerInset(SpacerVariant variant) {
+  return variant == SpacerVariant::small ? 13 : variant == SpacerVariant::flex ? -10 : 4;
+}
+
+std::vector<std::filesystem::path> filesOf(const QMimeData& data) {
+  std::vector<std::filesystem::path> files;
+  for (const auto& url : data.urls())
+    if (url.isLocalFile())
+      files.emplace_back(url.toLocalFile().toStdString());
+  return files;
+}
+
 } // namespace
 
 class DockItemTile : public QAbstractButton {
 public:
-  DockItemTile(DockItemRow& row, DockItem item)
-      : QAbstractButton(&row), row_(row), item_(std::move(item)) {
+  explicit DockItemTile(DockItemRow& row) : QAbstractButton(&row), row_(row) {
     setFocusPolicy(Qt::StrongFocus);
-    const auto name = QString::fromStdString(item_.displayName());
+    connect(this, &QAbstractButton::clicked, this, [this] {
+      if (row_.onOpen)
+        row_.onOpen(row_.placed(this));
+    });
+  }
+  void setItem(const DockItem& item, bool isRight) {
+    item_ = item;
+    const auto name = utf8(item_.displayName());
     setAccessibleName(name);
+    setAccessibleDescription(
+        isRight ? worded("{kind}, right of the divider", {{"kind", translated(kindWord(item_))}})
+                : worded("{kind}, left of the divider", {{"kind", translated(kindWord(item_))}}));
     setPlainToolTip(this, name);
+    update();
   }
 
 protected:
@@ -46,14 +84,16 @@ protected:
     const auto name = QString::fromStdString(item_.displayName());
     if (item_.spacer() != nullptr) {
       painter.setPen(QPen(colours.outline, 1, Qt::DashLine));
-      painter.drawRoundedRect(icon.adjusted(4, 4, -4, -4), 6, 6);
-    } else if (item_.file() != nullptr) {
+      const double inset = spacerInset(*item_.spacer());
+      painter.drawRoundedRect(icon.adjusted(inset, 4, -inset, -4), 6, 6);
+    } else if (item_.file() != nullptr && !applicationOf(item_)) {
       drawSymbol(painter, item_.file()->isDirectory ? "folder.fill" : "doc.fill", icon,
                  colours.accent);
     } else if (item_.url() != nullptr) {
       drawSymbol(painter, "globe", icon, colours.accent);
     } else {
-      QImage picture = row_.icon ? row_.icon(item_, iconSide, devicePixelRatioF()) : QImage();
+      QImage picture =
+          row_.icon ? row_.icon({*applicationOf(item_)}, iconSide, devicePixelRatioF()) : QImage();
       if (picture.isNull())
         picture =
             appMonogramImage(name, iconSide, static_cast<int>(std::ceil(devicePixelRatioF())));
@@ -97,19 +137,20 @@ protected:
     row_.wasFocused(this);
   }
   void keyPressEvent(QKeyEvent* event) override {
-    if (!row_.act(this, event->key(), event->modifiers()))
+    if (!row_.act(this, *event))
       QAbstractButton::keyPressEvent(event);
   }
 
 private:
   DockItemRow& row_;
-  DockItem item_;
+  DockItem item_{SpacerVariant::standard};
   QPoint pressedAt_;
   bool isDragging_ = false;
 };
 
 DockItemRow::DockItemRow(QWidget* parent) : QWidget(parent) {
   setAccessibleName(worded("Items"));
+  setAcceptDrops(true);
   QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Minimum);
   policy.setHeightForWidth(true);
   setSizePolicy(policy);
@@ -122,32 +163,48 @@ void DockItemRow::setItems(const std::vector<DockItem>& left, const std::vector<
     return;
   left_ = left;
   right_ = right;
-  const auto focused =
-      std::ranges::find_if(tiles_, [](const DockItemTile* tile) { return tile->hasFocus(); });
-  const bool hadFocus = focused != tiles_.end();
-  const auto place = static_cast<std::size_t>(focused - tiles_.begin());
-  auto before = std::exchange(tiles_, {});
+  const bool hadFocus =
+      std::ranges::any_of(tiles_, [](const DockItemTile* tile) { return tile->hasFocus(); });
   mark_.reset();
-  leftCount_ = left.size();
-  QWidget* last = this;
-  for (const auto* items : {&left, &right})
-    for (const auto& item : *items) {
-      auto* tile = new DockItemTile(*this, item);
-      tile->show();
-      setTabOrder(last, tile);
-      last = tile;
-      tiles_.push_back(tile);
-    }
-  layOut();
-  updateGeometry();
-  stop_ = std::min(hadFocus ? place : stop_, tiles_.empty() ? 0 : tiles_.size() - 1);
-  placeStop(stop_);
-  if (hadFocus && !tiles_.empty())
-    focusAt(stop_);
-  for (auto* tile : before) {
-    tile->hide();
-    tile->deleteLater();
+  const std::size_t count = left.size() + right.size();
+  while (tiles_.size() > count) {
+    tiles_.back()->hide();
+    tiles_.back()->deleteLater();
+    tiles_.pop_back();
   }
+  while (tiles_.size() < count) {
+    auto* tile = new DockItemTile(*this);
+    setTabOrder(tiles_.empty() ? static_cast<QWidget*>(this) : tiles_.back(), tile);
+    tiles_.push_back(tile);
+  }
+  for (std::size_t i = 0; i < count; ++i)
+    tiles_[i]->setItem(i < left.size() ? left[i] : right[i - left.size()], i >= left.size());
+  layOut();
+  for (auto* tile : tiles_)
+    tile->show();
+  updateGeometry();
+  stop_ = std::min(stop_, count == 0 ? 0 : count - 1);
+  placeStop(stop_);
+  if (hadFocus)
+    focusIndex(stop_);
+}
+
+std::size_t DockItemRow::indexOf(DockPosition position) const {
+  return position.index + (position.section == DockSection::others ? left_.size() : 0);
+}
+
+const DockItem* DockItemRow::itemAt(DockPosition position) const {
+  const auto& items = position.section == DockSection::apps ? left_ : right_;
+  return position.index < items.size() ? &items[position.index] : nullptr;
+}
+
+QWidget* DockItemRow::tileAt(DockPosition position) const {
+  return itemAt(position) == nullptr ? nullptr : tiles_[indexOf(position)];
+}
+
+void DockItemRow::focusAt(DockPosition position) {
+  if (itemAt(position) != nullptr)
+    focusIndex(indexOf(position));
 }
 
 void DockItemRow::placeStop(std::size_t index) {
@@ -155,7 +212,7 @@ void DockItemRow::placeStop(std::size_t index) {
   makeTabStop(tiles_, index < tiles_.size() ? tiles_[index] : nullptr);
 }
 
-void DockItemRow::focusAt(std::size_t index) {
+void DockItemRow::focusIndex(std::size_t index) {
   if (index < tiles_.size())
     tiles_[index]->setFocus(Qt::TabFocusReason);
 }
@@ -183,7 +240,7 @@ int DockItemRow::heightForWidth(int width) const {
 
 void DockItemRow::layOut() {
   for (std::size_t i = 0; i < tiles_.size(); ++i)
-    tiles_[i]->setGeometry(rectOf(i < leftCount_ ? i : i + 1, width()));
+    tiles_[i]->setGeometry(rectOf(i < left_.size() ? i : i + 1, width()));
   update();
 }
 
@@ -194,7 +251,7 @@ void DockItemRow::resizeEvent(QResizeEvent*) {
 void DockItemRow::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   const auto colours = PanelPalette::from(palette());
-  const QRect divider = rectOf(leftCount_, width());
+  const QRect divider = rectOf(left_.size(), width());
   if (!tiles_.empty())
     painter.fillRect(QRect(divider.center().x(), divider.top() + 10, 1, divider.height() - 26),
                      colours.hairline);
@@ -205,65 +262,121 @@ void DockItemRow::paintEvent(QPaintEvent*) {
     panelPaint::rounded(painter, QRectF(*mark_), 1.5, colours.accent);
 }
 
-DockItemRow::Place DockItemRow::placeOf(const DockItemTile* tile) const {
+PlacedDockItem DockItemRow::placed(const DockItemTile* tile) const {
   const auto index = static_cast<std::size_t>(std::ranges::find(tiles_, tile) - tiles_.begin());
-  return index < leftCount_ ? Place{false, index} : Place{true, index - leftCount_};
+  return index < left_.size() ? PlacedDockItem{DockSection::apps, index, left_[index]}
+                              : PlacedDockItem{DockSection::others, index - left_.size(),
+                                               right_[index - left_.size()]};
+}
+
+std::optional<DockPosition> DockItemRow::beside(DockPosition position, int towards) const {
+  const bool isLeft = position.section == DockSection::apps;
+  const auto count = isLeft ? left_.size() : right_.size();
+  if (towards < 0 && position.index == 0)
+    return isLeft ? std::nullopt : std::optional(DockPosition{DockSection::apps, left_.size()});
+  if (towards > 0 && position.index + 1 >= count)
+    return isLeft ? std::optional(DockPosition{DockSection::others, 0}) : std::nullopt;
+  return DockPosition{position.section, towards < 0 ? position.index - 1 : position.index + 1};
 }
 
 void DockItemRow::move(DockItemTile* tile, int towards) {
-  const auto place = placeOf(tile);
-  const auto count = place.isRight ? tiles_.size() - leftCount_ : leftCount_;
-  const auto to = static_cast<std::ptrdiff_t>(place.index) + towards;
-  if (to < 0 || to >= static_cast<std::ptrdiff_t>(count) || !onMove)
-    return;
-  const auto cell = static_cast<std::size_t>(to) + (place.isRight ? leftCount_ : 0);
-  onMove(place.isRight, place.index, static_cast<std::size_t>(to));
-  // The items were made anew.
-  focusAt(cell);
+  const auto item = placed(tile);
+  if (const auto to = beside({item.section, item.index}, towards); to && onMove) {
+    onMove(item, *to);
+    focusAt(*to);
+  }
 }
 
-void DockItemRow::dragTo(DockItemTile* tile, QPoint point, bool isOver) {
-  const auto place = placeOf(tile);
-  const std::size_t first = place.isRight ? leftCount_ + 1 : 0;
-  const std::size_t count = place.isRight ? tiles_.size() - leftCount_ : leftCount_;
+DockPosition DockItemRow::markAt(QPoint point) {
   const bool isMirrored = layoutDirection() == Qt::RightToLeft;
+  const std::size_t cells = tiles_.size() + 1;
   std::size_t before = 0;
-  for (std::size_t i = 0; i < count; ++i) {
-    const QRect rect = rectOf(first + i, width());
+  for (std::size_t i = 0; i < cells; ++i) {
+    const QRect rect = rectOf(i, width());
     const int past = isMirrored ? rect.center().x() - point.x() : point.x() - rect.center().x();
     if (rect.bottom() < point.y() || (rect.top() <= point.y() && past > 0))
       before = i + 1;
   }
-  if (!isOver) {
-    const QRect rect = rectOf(first + std::min(before, count - 1), width());
-    const int x = (before < count) != isMirrored ? rect.left() : rect.right();
-    mark_ = QRect(x - 1, rect.top() + 8, 3, iconSide);
-    update();
-    return;
-  }
-  mark_.reset();
-  const std::size_t to = before > place.index ? before - 1 : before;
-  if (to != place.index && onMove)
-    onMove(place.isRight, place.index, to);
-  else
-    layOut();
+  const QRect rect = rectOf(std::min(before, cells - 1), width());
+  const int x = (before < cells) != isMirrored ? rect.left() : rect.right();
+  mark_ = QRect(x - 1, rect.top() + 8, 3, iconSide);
+  update();
+  return before <= left_.size() ? DockPosition{DockSection::apps, before}
+                                : DockPosition{DockSection::others, before - left_.size() - 1};
 }
 
-bool DockItemRow::act(DockItemTile* tile, int key, Qt::KeyboardModifiers modifiers) {
+void DockItemRow::unmark() {
+  mark_.reset();
+  update();
+}
+
+void DockItemRow::dragTo(DockItemTile* tile, QPoint point, bool isOver) {
+  auto to = markAt(point);
+  if (!isOver)
+    return;
+  unmark();
+  const auto item = placed(tile);
+  if (to.section == item.section && to.index > item.index)
+    --to.index;
+  if (to != DockPosition{item.section, item.index} && onMove)
+    onMove(item, to);
+  // Also where it could not be moved.
+  layOut();
+}
+
+void DockItemRow::dragEnterEvent(QDragEnterEvent* event) {
+  if (onDrop && !filesOf(*event->mimeData()).empty())
+    event->acceptProposedAction();
+}
+
+void DockItemRow::dragMoveEvent(QDragMoveEvent* event) {
+  markAt(event->position().toPoint());
+  event->acceptProposedAction();
+}
+
+void DockItemRow::dragLeaveEvent(QDragLeaveEvent*) {
+  unmark();
+}
+
+void DockItemRow::dropEvent(QDropEvent* event) {
+  const auto to = markAt(event->position().toPoint());
+  unmark();
+  event->acceptProposedAction();
+  onDrop(filesOf(*event->mimeData()), to);
+}
+
+void DockItemRow::seek(const DockItemTile* from, const QString& letter) {
+  const auto begin = folded(letter.toStdString());
+  const auto at = static_cast<std::size_t>(std::ranges::find(tiles_, from) - tiles_.begin());
+  for (std::size_t i = 1; i <= tiles_.size(); ++i) {
+    const auto index = (at + i) % tiles_.size();
+    if (folded(tiles_[index]->accessibleName().toStdString()).starts_with(begin))
+      return focusIndex(index);
+  }
+}
+
+bool DockItemRow::act(DockItemTile* tile, const QKeyEvent& event) {
+  const auto key = event.key();
+  const auto modifiers = event.modifiers();
   const int onwards = layoutDirection() == Qt::RightToLeft ? Qt::Key_Left : Qt::Key_Right;
   const int towards = key != Qt::Key_Left && key != Qt::Key_Right ? 0 : key == onwards ? 1 : -1;
   const auto at = std::ranges::find(tiles_, tile) - tiles_.begin();
+  const bool isLetter = event.text().size() == 1 && event.text().front().isLetterOrNumber() &&
+                        (modifiers & ~Qt::ShiftModifier) == Qt::NoModifier;
   if (towards != 0 && modifiers == Qt::ControlModifier) {
     move(tile, towards);
   } else if (towards != 0 && modifiers == Qt::NoModifier) {
     if (at + towards >= 0)
-      focusAt(static_cast<std::size_t>(at + towards));
+      focusIndex(static_cast<std::size_t>(at + towards));
   } else if ((key == Qt::Key_Home || key == Qt::Key_End) && modifiers == Qt::NoModifier) {
-    focusAt(key == Qt::Key_Home ? 0 : tiles_.size() - 1);
+    focusIndex(key == Qt::Key_Home ? 0 : tiles_.size() - 1);
   } else if (key == Qt::Key_Delete || key == Qt::Key_Backspace) {
-    const auto place = placeOf(tile);
     if (onRemove)
-      onRemove(place.isRight, place.index);
+      onRemove(placed(tile));
+  } else if (key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Menu) {
+    tile->click();
+  } else if (isLetter) {
+    seek(tile, event.text());
   } else {
     return false;
   }

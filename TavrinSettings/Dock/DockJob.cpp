@@ -11,79 +11,75 @@ std::string newestBackup(DockLibrary& library) {
   return newest ? newest->filename().string() : std::string();
 }
 
-bool putLayout(DockLibrary& library, const std::string& layout, Date now) {
-  const auto target = library.layout(layout);
-  return library.change([&]() -> std::optional<DockSnapshot> {
-    const auto dock = library.snapshot();
-    if (!DockChangeDetector::diff(dock, asRead({target.apps, target.others, now})).hasChanges())
-      return std::nullopt;
-    return target;
-  });
-}
-
 } // namespace
 
 /// The Dock before and the active profile before come back, and the other way round.
 class DockJob::Step final : public HistoryStep {
 public:
   Step(DockJob& job, std::string title, std::string before, std::optional<UUID> activeBefore,
-       Work again)
+       Work again, bool restarts)
       : job_(job), title_(std::move(title)), before_(std::move(before)),
-        activeBefore_(activeBefore), again_(std::move(again)) {}
+        activeBefore_(activeBefore), again_(std::move(again)), restarts_(restarts) {}
 
   std::string title() const override { return title_; }
   bool tellsItself() const override { return true; }
   std::vector<std::string> undo() override {
-    const Date now = job_.context_.platform().clock().now();
     const auto said = translated("Undone: {step}.", {{"step", title_}});
-    job_.run({said, said},
-             [before = before_, active = activeBefore_, now](DockLibrary& library) {
-               const bool isWritten = putLayout(library, before, now);
-               library.profiles().setActive(active);
-               return isWritten;
-             },
-             {});
+    job_.run(
+        {said, said},
+        [before = before_, active = activeBefore_](DockLibrary& library) {
+          const bool isWritten = !before.empty() && library.put(library.layout(before));
+          library.profiles().setActive(active);
+          return isWritten;
+        },
+        {}, restarts_);
     return {};
   }
   std::vector<std::string> redo() override {
     const auto said = translated("Done again: {step}.", {{"step", title_}});
-    job_.run({said, said}, again_, {});
+    job_.run({said, said}, again_, {}, restarts_);
     return {};
   }
 
 private:
   DockJob& job_;
   std::string title_;
+  /// Empty where only another profile became the active one.
   std::string before_;
   std::optional<UUID> activeBefore_;
   Work again_;
+  bool restarts_;
 };
 
-void DockJob::apply(const Profile& profile) {
+void DockJob::apply(const Profile& profile, bool restarts) {
   const auto title = translated("Apply {name}", {{"name", profile.name}});
-  const Work work = [id = profile.id](DockLibrary& library) {
-    if (library.profiles().file().activeProfileId == id)
-      return library.switcher().applyActiveProfile();
-    return library.switcher().switchTo(id);
-  };
-  const auto activeBefore = DockLibrary(context_).profiles().file().activeProfileId;
-  run({translated("“{name}” is in the Dock.", {{"name", profile.name}}),
+  const Work work = [id = profile.id](DockLibrary& library) { return library.put(id); };
+  const auto active = DockLibrary(context_).profiles().file().activeProfileId;
+  run(
+      {translated("“{name}” is in the Dock.", {{"name", profile.name}}),
        translated("“{name}” is written, for a Dock that starts.", {{"name", profile.name}})},
-      work, [this, title, activeBefore, work](const Outcome& outcome) {
-        history_.add(std::make_unique<Step>(*this, title, outcome.backup, activeBefore, work));
-      });
+      work,
+      [this, title, active, work, restarts, id = profile.id](const Outcome& outcome) {
+        if (!outcome.backup.empty() || active != id)
+          history_.add(
+              std::make_unique<Step>(*this, title, outcome.backup, active, work, restarts));
+      },
+      restarts);
 }
 
 void DockJob::restore(const std::string& layout) {
-  const Date now = context_.platform().clock().now();
-  const Work work = [layout, now](DockLibrary& library) { return putLayout(library, layout, now); };
+  const Work work = [layout](DockLibrary& library) { return library.put(library.layout(layout)); };
   const auto active = DockLibrary(context_).profiles().file().activeProfileId;
-  run({translated("The Dock is as it was then."),
+  run(
+      {translated("The Dock is as it was then."),
        translated("The Dock's preferences are as they were then.")},
-      work, [this, active, work](const Outcome& outcome) {
-        history_.add(std::make_unique<Step>(*this, translated("Restore the Dock"), outcome.backup,
-                                            active, work));
-      });
+      work,
+      [this, active, work](const Outcome& outcome) {
+        if (!outcome.backup.empty())
+          history_.add(std::make_unique<Step>(*this, translated("Restore the Dock"), outcome.backup,
+                                              active, work, true));
+      },
+      true);
 }
 
 DockJob::~DockJob() {
@@ -95,11 +91,12 @@ bool DockJob::hasDock() const {
   return context_.platform().dockServices().dockProcess().running().has_value();
 }
 
-void DockJob::run(const Ended& endings, Work work, std::function<void(const Outcome&)> done) {
+void DockJob::run(const Ended& endings, Work work, std::function<void(const Outcome&)> done,
+                  bool mayRestart) {
   if (isRunning_)
     throw HostError(ExitCode::failed, translated("The Dock is being changed already"));
   // Made here: the services it stands on are made when they are first asked for.
-  const bool restarts = hasDock();
+  const bool restarts = mayRestart && hasDock();
   const auto ended = restarts ? endings.inDock : endings.written;
   auto library = std::make_shared<DockLibrary>(context_, restarts);
   library->keepQuiet();
@@ -127,7 +124,7 @@ void DockJob::run(const Ended& endings, Work work, std::function<void(const Outc
       alive_,
       [this, outcome, ended, done = std::move(done)] {
         isRunning_ = false;
-        if (outcome->trouble.empty() && outcome->isWritten && !outcome->backup.empty() && done)
+        if (outcome->trouble.empty() && done)
           done(*outcome);
         if (!onProgress)
           return;

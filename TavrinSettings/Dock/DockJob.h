@@ -26,7 +26,8 @@ public:
   bool hasDock() const;
 
   /// Puts a profile into the Dock and makes it the active one; the active one is put there anew.
-  void apply(const Profile& profile);
+  /// Without `restarts` a Dock that runs takes it when it next starts.
+  void apply(const Profile& profile, bool restarts = true);
   /// Puts a layout by its name, such as a backup's, into the Dock.
   void restore(const std::string& layout);
 
@@ -50,8 +51,9 @@ private:
     std::string inDock;
     std::string written;
   };
-  /// `done` is called on the main thread where `work` wrote.
-  void run(const Ended& endings, Work work, std::function<void(const Outcome&)> done);
+  /// `done` is called on the main thread where nothing failed.
+  void run(const Ended& endings, Work work, std::function<void(const Outcome&)> done,
+           bool mayRestart);
 
   HostContext& context_;
   History& history_;

@@ -1,7 +1,8 @@
 #include "TavrinSettings/Dock/DockPage.h"
 
-#include "TavrinHost/Dock/FocusSession.h"
 #include "TavrinSettings/Dock/BackupPane.h"
+#include "TavrinSettings/Dock/DropMenu.h"
+#include "TavrinSettings/Dock/FollowPane.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
@@ -16,20 +17,21 @@ namespace tavrin {
 namespace {
 
 constexpr int listWidth = 200;
-constexpr const char* backupsRow = "backups";
+
+// What follows the layouts in the list.
+enum Further { followRow, backupsRow, furtherRows };
 
 } // namespace
 
 DockPage::DockPage(PageServices& services, HostContext& context, History& history, RunLoop& runLoop,
                    InstalledApps& apps, FolderWatch& folders, QWidget* parent)
     : QWidget(parent), services_(services), profiles_(context, history),
-      job_(context, history, runLoop), dock_{services, profiles_, job_, {}, {}, {}} {
+      job_(context, history, runLoop),
+      following_(context, history), dock_{services, context, profiles_, job_, following_, {}} {
   dock_.icon = [&apps](const DockItem& item, int side, double scale) {
     const auto* app = item.app();
     return app == nullptr ? QImage() : apps.app(*app, side, scale).icon;
   };
-  dock_.isFollowed = [&context] { return isFollowed(context); };
-  dock_.follow = [&context] { startFollowing(context); };
   auto* row = new QHBoxLayout(this);
   row->setContentsMargins(0, 0, 0, 0);
   row->setSpacing(panel::padding);
@@ -45,22 +47,33 @@ DockPage::DockPage(PageServices& services, HostContext& context, History& histor
   left->addWidget(fresh);
   left->addWidget(new PanelButton(
       PanelButton::Kind::quiet, worded("New, Empty"), [this] { make(true); }, this));
-  if (services.forms.choosePaths)
-    left->addWidget(new PanelButton(
+  if (services.forms.choosePaths) {
+    auto* files = new QHBoxLayout;
+    files->addWidget(new PanelButton(
         PanelButton::Kind::quiet, worded("Import…"), [this] { importLayouts(); }, this));
+    files->addWidget(new PanelButton(
+        PanelButton::Kind::quiet, worded("Export All…"), [this] { exportAll(); }, this));
+    left->addLayout(files);
+  }
   row->addLayout(left);
   stack_ = new QStackedWidget(this);
   layout_ = new LayoutPane(dock_, stack_);
   backups_ = new BackupPane(dock_, context, stack_);
+  backups_->onMade = [this](const UUID& id) {
+    chosen_ = id;
+    refresh();
+  };
+  follow_ = new FollowPane(dock_, stack_);
   empty_ = new PanelEmptyState(QStringLiteral("square.grid.2x2.fill"),
                                worded("There are no Dock layouts yet"), stack_);
   empty_->setHint(worded("A layout keeps the Dock's items, to be put there again."));
   empty_->setStep(worded("New from the Dock"), [this] { make(false); });
   for (QWidget* pane : {static_cast<QWidget*>(layout_), static_cast<QWidget*>(backups_),
-                        static_cast<QWidget*>(empty_)})
+                        static_cast<QWidget*>(follow_), static_cast<QWidget*>(empty_)})
     stack_->addWidget(pane);
   row->addWidget(stack_, 1);
   profiles_.onChange = [this] { refresh(); };
+  following_.onChange = [this] { refresh(); };
   job_.onProgress = [this](const std::string& sentence, DockJob::Stage stage) {
     progress(sentence, stage);
   };
@@ -78,11 +91,13 @@ void DockPage::follow(HostContext& context, FolderWatch& folders) {
   const StoragePath paths(context.platform().fileManager(), context.platform().mainBundle());
   const auto data = paths.appSupportDirectory(true);
   const auto layouts = paths.profilesFileURL().filename().string();
+  const auto following = paths.followingFileURL().filename().string();
   FolderRequest request;
   request.folders = {context.platform().fileManager().homeFolder() / "Library/Preferences", data,
                      data / BackupManager::directoryName};
-  request.classify = [layouts](std::string_view name) {
-    return name == "com.apple.dock.plist" || name == layouts || name.starts_with("dock-")
+  request.classify = [layouts, following](std::string_view name) {
+    return name == "com.apple.dock.plist" || name == layouts || name == following ||
+                   name.starts_with("dock-")
                ? FolderEntry::wanted
                : FolderEntry::ignored;
   };
@@ -103,6 +118,15 @@ void DockPage::importLayouts() {
     });
 }
 
+void DockPage::exportAll() {
+  const auto& forms = services_.forms;
+  const auto name = worded("Dock Layouts").toStdString() + ".json";
+  for (const auto& file :
+       forms.choosePaths(window(), FormServices::Choosing::newFile, forms.system.home / name))
+    if (services_.attempt([&] { profiles_.exportTo(file, std::nullopt); }))
+      services_.tell(worded("Written to {file}.", {{"file", file.string()}}), false);
+}
+
 void DockPage::reload() {
   services_.attempt([&] { profiles_.reload(); });
   if (stack_->currentWidget() == backups_)
@@ -114,10 +138,11 @@ void DockPage::refresh() {
   order_.clear();
   for (const auto& profile : file.profiles)
     order_.push_back(profile.id);
-  const bool isBackups = stack_->currentWidget() == backups_ && !chosen_;
   if (chosen_ && std::ranges::count(order_, *chosen_) == 0)
     chosen_.reset();
-  if (!chosen_ && !isBackups && !order_.empty())
+  const QWidget* shown = chosen_ ? layout_ : stack_->currentWidget();
+  const bool isFurther = shown == backups_ || shown == follow_;
+  if (!chosen_ && !isFurther && !order_.empty())
     chosen_ = order_.front();
   std::vector<PanelRow> rows;
   for (const auto& profile : file.profiles) {
@@ -130,30 +155,37 @@ void DockPage::refresh() {
     row.isChecked = chosen_ == profile.id;
     rows.push_back(row);
   }
-  PanelRow backups;
-  backups.id = QString::fromUtf8(backupsRow);
-  backups.title = worded("Backups");
-  backups.symbol = QStringLiteral("clock");
-  backups.isChecked = isBackups;
-  rows.push_back(backups);
+  rows.push_back({.id = QStringLiteral("follow"),
+                  .title = worded("Shortcuts and Focus"),
+                  .symbol = QStringLiteral("keyboard"),
+                  .isChecked = isFurther && shown == follow_});
+  rows.push_back({.id = QStringLiteral("backups"),
+                  .title = worded("Backups"),
+                  .symbol = QStringLiteral("clock"),
+                  .isChecked = isFurther && shown == backups_});
   list_->setRows(rows);
+  const auto row = static_cast<int>(order_.size());
   if (chosen_ && layout_->show(*chosen_)) {
     stack_->setCurrentWidget(layout_);
     list_->setCurrentRow(static_cast<int>(std::ranges::find(order_, *chosen_) - order_.begin()));
-  } else if (isBackups) {
-    list_->setCurrentRow(static_cast<int>(order_.size()));
+  } else if (isFurther) {
+    list_->setCurrentRow(row + (shown == follow_ ? followRow : backupsRow));
+    if (shown == follow_)
+      follow_->refresh();
   } else {
     stack_->setCurrentWidget(empty_);
   }
 }
 
 void DockPage::choose(int row) {
-  if (row < static_cast<int>(order_.size())) {
+  const int further = row - static_cast<int>(order_.size());
+  if (further < 0) {
     chosen_ = order_[static_cast<std::size_t>(row)];
-  } else {
+  } else if (further < furtherRows) {
     chosen_.reset();
-    stack_->setCurrentWidget(backups_);
-    backups_->refresh();
+    stack_->setCurrentWidget(further == followRow ? static_cast<QWidget*>(follow_) : backups_);
+    if (further == backupsRow)
+      backups_->refresh();
   }
   refresh();
 }

@@ -11,6 +11,7 @@ class QStackedWidget;
 namespace tavrin {
 
 class BackupPane;
+class FollowPane;
 class PanelEmptyState;
 class PanelList;
 
@@ -26,6 +27,7 @@ public:
 
 private:
   void importLayouts();
+  void exportAll();
   void refresh();
   void choose(int row);
   void make(bool isEmpty);
@@ -35,12 +37,14 @@ private:
   PageServices& services_;
   ProfilesEditor profiles_;
   DockJob job_;
+  FollowControl following_;
   DockServicesOfPage dock_;
   std::unique_ptr<FolderFollower> follower_;
   PanelList* list_;
   QStackedWidget* stack_;
   LayoutPane* layout_;
   BackupPane* backups_;
+  FollowPane* follow_;
   PanelEmptyState* empty_;
   std::optional<UUID> chosen_;
   std::vector<UUID> order_;

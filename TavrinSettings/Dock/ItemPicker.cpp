@@ -1,7 +1,10 @@
 #include "TavrinSettings/Dock/ItemPicker.h"
 
+#include "TavrinHost/Dock/DockItems.h"
+#include "TavrinHost/Dock/DockLibrary.h"
 #include "TavrinSettings/Form/Picker.h"
 #include "TavrinSettings/Form/SystemControls.h"
+#include "TavrinWidgetsUI/Kit/Utf8.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
 namespace tavrin {
@@ -9,31 +12,56 @@ namespace {
 
 // What an item of the list is.
 constexpr const char* appSort = "app";
-constexpr const char* linkSort = "link";
+/// A path or an address, as it was typed.
+constexpr const char* wordSort = "word";
 constexpr const char* filesSort = "files";
 constexpr const char* folderSort = "folder";
 constexpr const char* spacerSort = "spacer";
 
 PickerItem listItem(const char* sort, const QString& title, const char* symbol,
                     const JSONValue& value = {}) {
-  return {
-      .row = {.id = QString::fromUtf8(sort), .title = title, .symbol = QString::fromUtf8(symbol)},
-      .values = {{sort, value, {}}}};
+  return {.row = {.id = QString::fromUtf8(sort) + title,
+                  .title = title,
+                  .symbol = QString::fromUtf8(symbol)},
+          .values = {{sort, value, {}}}};
+}
+
+bool isPath(const QString& words) {
+  return words.startsWith(QLatin1Char('/')) || words.startsWith(QLatin1String("~/"));
+}
+
+/// What a path leads to, and whether there is such a thing.
+PickerItem pathItem(HostContext& context, const QString& words) {
+  const auto path = absolutePath(context, words.toStdString());
+  std::error_code error;
+  const auto status = std::filesystem::status(path, error);
+  auto item =
+      listItem(wordSort, words, std::filesystem::is_directory(status) ? "folder.fill" : "doc.fill",
+               words.toStdString());
+  item.row.isFileName = true;
+  if (!std::filesystem::exists(status))
+    item.row.subtitle = worded("It is not on this computer");
+  return item;
 }
 
 /// Those that are no applications and go by the words.
-std::vector<PickerItem> otherItems(const FormServices& forms, const QString& words) {
-  std::vector<PickerItem> items;
+std::vector<PickerItem> otherItems(HostContext& context, const FormServices& forms,
+                                   const QString& words) {
   if (words.contains(QLatin1String("://")))
-    return {listItem(linkSort, words.trimmed(), "globe", words.trimmed().toStdString())};
+    return {listItem(wordSort, words, "globe", words.toStdString())};
+  if (isPath(words))
+    return {pathItem(context, words)};
+  std::vector<PickerItem> items;
   std::vector<PickerItem> all;
   if (forms.choosePaths) {
     all.push_back(listItem(folderSort, worded("Folder…"), "folder.fill"));
     all.push_back(listItem(filesSort, worded("Files…"), "doc.fill"));
   }
-  all.push_back(listItem(spacerSort, worded("Empty place"), "arrow.left.arrow.right"));
+  for (const auto variant : {SpacerVariant::standard, SpacerVariant::small, SpacerVariant::flex})
+    all.push_back(listItem(spacerSort, utf8(DockItem{variant}.displayName()),
+                           "arrow.left.arrow.right", std::string(nameOf(variant))));
   for (auto& each : all)
-    if (each.row.title.contains(words.trimmed(), Qt::CaseInsensitive))
+    if (each.row.title.contains(words, Qt::CaseInsensitive))
       items.push_back(std::move(each));
   return items;
 }
@@ -47,21 +75,22 @@ ItemPicker::~ItemPicker() {
 std::vector<DockItem> ItemPicker::filesChosen(QWidget* window, bool isFolder) const {
   std::vector<DockItem> items;
   const auto how = isFolder ? FormServices::Choosing::folder : FormServices::Choosing::files;
-  for (const auto& path : forms_.choosePaths(window, how, forms_.system.home)) {
-    FileEntry entry;
-    entry.path = path.string();
-    entry.isDirectory = isFolder;
-    items.push_back({entry});
-  }
+  for (const auto& path : forms_.choosePaths(window, how, forms_.system.home))
+    items.push_back(itemNamed(context_, path.string(), true));
   return items;
 }
 
-void ItemPicker::open(QWidget* owner) {
+void ItemPicker::open(QWidget* owner, const QString& title,
+                      std::function<void(const std::vector<DockItem>& items)> choose) {
   if (popup_ && popup_->isVisible())
     return;
-  const auto source = [this, apps = applicationsSource(forms_)](const QString& words,
+  const auto source = [this, apps = applicationsSource(forms_)](const QString& typed,
                                                                 const PickerAnswer& answer) {
-    const auto others = otherItems(forms_, words);
+    const auto words = typed.trimmed();
+    const auto others = otherItems(context_, forms_, words);
+    // Applications take their time.
+    if (!others.empty())
+      answer(others, {});
     return apps(words, [others, answer](std::vector<PickerItem> items, const QString& trouble) {
       for (auto& each : items)
         each.values.front().path = appSort;
@@ -70,20 +99,21 @@ void ItemPicker::open(QWidget* owner) {
       answer(std::move(items), isEmpty ? trouble : QString());
     });
   };
-  popup_ = new PickerPopup(owner, worded("Add an Item"), worded("Application or address"), source);
-  popup_->onChoose = [this, window = owner->window()](const PickerItem& chosen) {
+  popup_ = new PickerPopup(owner, title, worded("Application, path or address"), source);
+  popup_->onChoose = [this, window = owner->window(),
+                      choose = std::move(choose)](const PickerItem& chosen) {
     const auto& [sort, value, unused] = chosen.values.front();
     std::vector<DockItem> items;
     if (sort == appSort)
       items.push_back({decode<AppEntry>(value)});
-    else if (sort == linkSort)
-      items.push_back({URLEntry{*value.string(), std::nullopt, std::nullopt}});
+    else if (sort == wordSort)
+      items.push_back(itemNamed(context_, *value.string(), true));
     else if (sort == spacerSort)
-      items.push_back({SpacerVariant::standard});
+      items.push_back({*enumNamed<SpacerVariant>(*value.string())});
     else
       items = filesChosen(window, sort == folderSort);
-    if (onChoose && !items.empty())
-      onChoose(items);
+    if (!items.empty())
+      choose(items);
   };
   popup_->open();
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TavrinCore/Dock/DockItem.h"
+#include "TavrinHost/HostContext.h"
 #include "TavrinSettings/Form/FormServices.h"
 
 #include <QPointer>
@@ -13,21 +14,22 @@ namespace tavrin {
 class PickerPopup;
 
 /// What can be added to a Dock layout, in a list that drops down: applications by name, a link by
-/// its address, files and folders, an empty place.
+/// its address, files and folders, also by their path, and spacers.
 class ItemPicker {
 public:
-  explicit ItemPicker(const FormServices& forms) : forms_(forms) {}
+  ItemPicker(HostContext& context, const FormServices& forms) : context_(context), forms_(forms) {}
   ~ItemPicker();
   ItemPicker(const ItemPicker&) = delete;
   ItemPicker& operator=(const ItemPicker&) = delete;
 
-  void open(QWidget* owner);
-
-  std::function<void(const std::vector<DockItem>& items)> onChoose;
+  /// `title` is what is done with what is chosen.
+  void open(QWidget* owner, const QString& title,
+            std::function<void(const std::vector<DockItem>& items)> choose);
 
 private:
   std::vector<DockItem> filesChosen(QWidget* window, bool isFolder) const;
 
+  HostContext& context_;
   const FormServices& forms_;
   QPointer<PickerPopup> popup_;
 };

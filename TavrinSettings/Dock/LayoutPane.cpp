@@ -1,15 +1,20 @@
 #include "TavrinSettings/Dock/LayoutPane.h"
 
+#include "TavrinCore/Settings/HotkeyText.h"
 #include "TavrinCore/Text/Text.h"
-#include "TavrinHost/Dock/DockEditing.h"
-#include "TavrinSettings/Base/ScrollFade.h"
-#include "TavrinSettings/Dock/DockItemRow.h"
+#include "TavrinHost/Dock/DockItems.h"
+#include "TavrinSettings/Dock/BackupPane.h"
+#include "TavrinSettings/Dock/DropMenu.h"
+#include "TavrinSettings/Dock/FollowPane.h"
+#include "TavrinSettings/Dock/LayoutItems.h"
 #include "TavrinSettings/Form/ShortcutRecorder.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelSegments.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelToolTip.h"
+#include "TavrinWidgetsUI/Kit/Utf8.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QLineEdit>
@@ -47,7 +52,7 @@ QColor profileColour(ProfileColor value) {
 }
 
 LayoutPane::LayoutPane(DockServicesOfPage& services, QWidget* parent)
-    : QWidget(parent), services_(services), picker_(services.page.forms) {
+    : QWidget(parent), services_(services) {
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(panel::grid);
@@ -62,7 +67,7 @@ LayoutPane::LayoutPane(DockServicesOfPage& services, QWidget* parent)
   column->addWidget(new PanelField(worded("Name"), name_, this));
 
   makeColours(column);
-  makeRows();
+  makeRows(column);
   makeItems(column);
   makeActions(column);
 }
@@ -87,69 +92,37 @@ void LayoutPane::makeColours(QVBoxLayout* column) {
 }
 
 void LayoutPane::makeItems(QVBoxLayout* column) {
-  items_ = new DockItemRow(this);
-  items_->icon = [this](const DockItem& item, int side, double scale) {
-    return services_.icon ? services_.icon(item, side, scale) : QImage();
-  };
-  const auto list = [](Profile& profile, bool isRight) -> std::vector<DockItem>& {
-    return isRight ? profile.others : profile.items;
-  };
-  items_->onMove = [this, list](bool isRight, std::size_t from, std::size_t to) {
-    edit(marked("Move an Item in {name}"), "", [&](Profile& profile) {
-      auto& items = list(profile, isRight);
-      if (from >= items.size() || to >= items.size())
-        return;
-      auto item = std::move(items[from]);
-      items.erase(items.begin() + static_cast<std::ptrdiff_t>(from));
-      items.insert(items.begin() + static_cast<std::ptrdiff_t>(to), std::move(item));
+  items_ = new LayoutItems(services_.page, services_.context, services_.icon, this);
+  items_->onEdit = [this](const char* title, const std::string& field, const DockEdit& change) {
+    return edit(title, field, [&](Profile& profile) {
+      DockSnapshot dock{profile.items, profile.others, {}};
+      change(dock);
+      profile.items = std::move(dock.apps);
+      profile.others = std::move(dock.others);
     });
   };
-  items_->onRemove = [this, list](bool isRight, std::size_t index) {
-    edit(marked("Remove an Item from {name}"), "", [&](Profile& profile) {
-      auto& items = list(profile, isRight);
-      if (index < items.size())
-        items.erase(items.begin() + static_cast<std::ptrdiff_t>(index));
-    });
-  };
-  auto* scroll = new QScrollArea(this);
-  scroll->setFrameShape(QFrame::NoFrame);
-  scroll->setWidgetResizable(true);
-  scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  scroll->setFocusPolicy(Qt::NoFocus);
-  scroll->setWidget(items_);
-  ScrollFade::addTo(scroll);
-  auto* title = new QHBoxLayout;
-  title->addWidget(new PanelText(worded("Items"), PanelTextStyle::section, this), 1);
-  picker_.onChoose = [this](const std::vector<DockItem>& items) { add(items); };
-  auto* more = new PanelButton(PanelButton::Kind::quiet, worded("Add…"), {}, this);
-  more->setSymbol(QStringLiteral("plus"));
-  QObject::connect(more, &QPushButton::clicked, this, [this, more] { picker_.open(more); });
-  title->addWidget(more);
-  column->addLayout(title);
-  column->addWidget(scroll, 1);
+  column->addWidget(items_, 1);
 }
 
-void LayoutPane::add(const std::vector<DockItem>& items) {
-  QString known;
-  edit(marked("Add an Item to {name}"), "", [&](Profile& profile) {
-    DockSnapshot dock{profile.items, profile.others, {}};
-    adding({items, {}, {}, {}},
-           [&](const DockItem& item) { known = QString::fromStdString(item.displayName()); })(dock);
-    profile.items = dock.apps;
-    profile.others = dock.others;
-  });
-  if (!known.isEmpty())
-    services_.page.tell(worded("“{name}” is in the layout already.", {{"name", known}}), false);
-}
-
-void LayoutPane::makeRows() {
-  auto* column = static_cast<QVBoxLayout*>(layout());
+void LayoutPane::makeRows(QVBoxLayout* column) {
   shortcut_ = new ShortcutRecorder(worded("Shortcut"), worded("None"), this);
   shortcut_->onChange = [this](const std::optional<Hotkey>& hotkey) { setShortcut(hotkey); };
   shortcut_->onTrouble = [this](const QString& sentence) {
     services_.page.tell(sentence + QLatin1Char('.'), true);
   };
   column->addWidget(new PanelField(worded("Shortcut"), shortcut_, this));
+  makeFocus(column);
+  others_ = new PanelSegments(worded("Other applications"),
+                              {worded("Keep"), worded("Hide"), worded("Quit")}, this);
+  others_->onChange = [this](int index) {
+    edit(marked("Other Applications of {name}"), "", [&](Profile& profile) {
+      profile.otherWorkspaceApps = allCases<OtherWorkspaceApps>()[static_cast<std::size_t>(index)];
+    });
+  };
+  column->addWidget(new PanelField(worded("Other applications"), others_, this));
+}
+
+void LayoutPane::makeFocus(QVBoxLayout* column) {
   focus_ = new PanelSegments(
       worded("Focus"), {worded("Never"), worded("When it begins"), worded("When it ends")}, this);
   focus_->onChange = [this](int index) {
@@ -159,32 +132,28 @@ void LayoutPane::makeRows() {
     });
   };
   column->addWidget(new PanelField(worded("Apply by Focus"), focus_, this));
+  mode_ = new QLineEdit(this);
+  mode_->setAccessibleName(worded("Focus mode"));
+  mode_->setPlaceholderText(worded("Any"));
+  mode_->setMinimumWidth(220);
+  setPlainToolTip(mode_, worded("Kept for computers that tell Focus modes apart. Here any Focus "
+                                "applies the layout."));
+  QObject::connect(mode_, &QLineEdit::textChanged, this, [this](const QString& text) {
+    const auto mode = std::string(trimmed(text.toStdString()));
+    // These two are no names.
+    if (isShowing_ || mode == "off")
+      return;
+    edit(marked("Focus of {name}"), "mode",
+         [&](Profile& profile) { profile.focusModeBinding = mode.empty() ? "on" : mode; });
+  });
+  modeRow_ = new PanelField(worded("Focus mode"), mode_, this);
+  column->addWidget(modeRow_);
   auto* following = new QHBoxLayout;
-  notFollowed_ = new PanelText(worded("Nothing follows shortcuts and Focus just now."),
-                               PanelTextStyle::caption, this);
-  follow_ = new PanelButton(
-      PanelButton::Kind::quiet, worded("Follow Them"),
-      [this] {
-        services_.page.attempt([&] {
-          services_.follow();
-          services_.page.tell(
-              worded("Shortcuts and Focus are followed until you log out, or `tavrin focus` ends."),
-              false);
-          showFollowing(true);
-        });
-      },
-      this);
-  following->addWidget(notFollowed_, 1);
+  followed_ = new PanelText({}, PanelTextStyle::caption, this);
+  follow_ = new PanelButton(PanelButton::Kind::quiet, {}, {}, this);
+  following->addWidget(followed_, 1);
   following->addWidget(follow_);
   column->addLayout(following);
-  others_ = new PanelSegments(worded("Other applications"),
-                              {worded("Keep"), worded("Hide"), worded("Quit")}, this);
-  others_->onChange = [this](int index) {
-    edit(marked("Other Applications of {name}"), "", [&](Profile& profile) {
-      profile.otherWorkspaceApps = allCases<OtherWorkspaceApps>()[static_cast<std::size_t>(index)];
-    });
-  };
-  column->addWidget(new PanelField(worded("Other applications"), others_, this));
 }
 
 void LayoutPane::makeActions(QVBoxLayout* column) {
@@ -206,17 +175,9 @@ void LayoutPane::makeActions(QVBoxLayout* column) {
       },
       this);
   auto* capture = new PanelButton(
-      PanelButton::Kind::quiet, worded("Take the Dock As It Is"),
-      [this] {
-        services_.page.attempt([&] {
-          auto dock = services_.profiles.library().snapshot();
-          edit(marked("Take the Dock into {name}"), "", [&](Profile& profile) {
-            profile.items = dock.apps;
-            profile.others = dock.others;
-          });
-        });
-      },
-      this);
+      PanelButton::Kind::quiet, worded("Take the Dock As It Is"), [this] { takeDock(); }, this);
+  more_ = PanelButton::icon(
+      QStringLiteral("ellipsis"), worded("More for the Layout"), [this] { offerMore(); }, this);
   auto* duplicate = new PanelButton(
       PanelButton::Kind::quiet, worded("Duplicate"),
       [this] { services_.page.attempt([&] { services_.profiles.duplicate(id_); }); }, this);
@@ -235,11 +196,9 @@ void LayoutPane::makeActions(QVBoxLayout* column) {
   main->addWidget(capture);
   main->addStretch(1);
   auto* others = new QHBoxLayout;
-  if (services_.page.forms.choosePaths)
-    others->addWidget(new PanelButton(
-        PanelButton::Kind::quiet, worded("Export…"), [this] { exportLayout(); }, this));
   others->addWidget(duplicate);
   others->addWidget(remove);
+  others->addWidget(more_);
   others->addStretch(0);
   actions_->addLayout(main, 1);
   actions_->addLayout(others);
@@ -254,6 +213,71 @@ void LayoutPane::resizeEvent(QResizeEvent*) {
   actions_->setDirection(wanted <= width() ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
 }
 
+void LayoutPane::takeDock() {
+  services_.page.attempt([&] {
+    auto dock = services_.profiles.library().snapshot();
+    edit(marked("Take the Dock into {name}"), "", [&](Profile& profile) {
+      profile.items = dock.apps;
+      profile.others = dock.others;
+    });
+  });
+}
+
+void LayoutPane::offerMore() {
+  std::vector<DropMenu::Entry> entries;
+  entries.push_back(
+      {worded("Compare With…"), "arrow.left.arrow.right", [this] { offerComparison(); }});
+  if (services_.page.forms.choosePaths)
+    entries.push_back({worded("Export…"), "square.and.arrow.up", [this] { exportLayout(); }});
+  if (services_.job.hasDock())
+    entries.push_back({worded("Write Without Restarting the Dock"), "moon.fill", [this] {
+                         services_.page.attempt([&] {
+                           if (const auto profile = services_.profiles.profile(id_))
+                             services_.job.apply(*profile, false);
+                         });
+                       }});
+  DropMenu::open(menu_, more_, worded("More for the Layout"), std::move(entries));
+}
+
+std::vector<std::pair<std::string, QString>> LayoutPane::otherLayouts() {
+  std::vector<std::pair<std::string, QString>> found;
+  for (const auto& profile : services_.profiles.file().profiles)
+    if (profile.id != id_)
+      found.emplace_back(profile.id.text(), utf8(profile.name));
+  auto backups = services_.profiles.library().backups().listBackups();
+  for (auto backup = backups.rbegin(); backup != backups.rend(); ++backup)
+    found.emplace_back(backup->filename().string(),
+                       worded("The Dock of {date}", {{"date", dockBackupTitle(*backup)}}));
+  return found;
+}
+
+/// The Dock as it is stands on the page already.
+void LayoutPane::offerComparison() {
+  std::vector<DropMenu::Entry> entries;
+  services_.page.attempt([&] {
+    for (const auto& [layout, title] : otherLayouts())
+      entries.push_back(
+          {title, "square.grid.2x2.fill", [this, layout = layout, title = title] {
+             services_.page.attempt([&] {
+               const auto mine = services_.profiles.profile(id_);
+               const auto other = services_.profiles.library().layout(layout);
+               if (mine)
+                 services_.page.tell(
+                     worded("“{name}” beside “{other}”: it {changes}.",
+                            {{"name", mine->name},
+                             {"other", title},
+                             {"changes", differenceWords(other, mine->snapshot({}))}}),
+                     false);
+             });
+           }});
+  });
+  if (entries.empty())
+    services_.page.tell(worded("There is no other layout and no backup of the Dock yet."), false);
+  else
+    DropMenu::open(menu_, more_, worded("Compare With"), std::move(entries));
+}
+
+/// A Dock's preferences file takes the items, any other name an export.
 void LayoutPane::exportLayout() {
   const auto& forms = services_.page.forms;
   const auto name = name_->text().replace(QLatin1Char('/'), QLatin1Char('-')) + ".json";
@@ -263,12 +287,15 @@ void LayoutPane::exportLayout() {
       services_.page.tell(worded("Written to {file}.", {{"file", file.string()}}), false);
 }
 
-void LayoutPane::edit(const char* title, const char* field,
+bool LayoutPane::edit(const char* title, const std::string& field,
                       const std::function<void(Profile&)>& edit) {
-  services_.page.attempt([&] {
+  return services_.page.attempt([&] {
     const auto profile = services_.profiles.profile(id_);
     services_.profiles.edit(
         id_, translated(title, {{"name", profile ? profile->name : std::string()}}), field, edit);
+    if (profile && !isLedTo(*profile) &&
+        isLedTo(services_.profiles.profile(id_).value_or(Profile())))
+      services_.following.keepUp();
   });
 }
 
@@ -277,47 +304,78 @@ bool LayoutPane::show(const UUID& id) {
   if (!profile)
     return false;
   const auto name = QString::fromStdString(profile->name);
+  const bool isAnother = id != id_;
   isShowing_ = true;
-  if (id != id_ || (!name_->hasFocus() && name_->text() != name))
+  if (isAnother || (!name_->hasFocus() && name_->text() != name))
     name_->setText(name);
   isShowing_ = false;
   id_ = id;
   for (std::size_t i = 0; i < colours.size(); ++i)
     colours_[i]->setChosen(colours[i].value == profile->color);
-  const auto binding = profile->focusModeBinding.value_or("");
-  int state = -1;
-  for (std::size_t i = 0; i < focusStates.size(); ++i)
-    if (binding == focusStates[i])
-      state = static_cast<int>(i);
-  // Any other is a Focus mode's name, which begins like "on".
-  focus_->setCurrent(state < 0 ? 1 : state);
+  showFocus(*profile, isAnother);
   others_->setCurrent(static_cast<int>(profile->otherWorkspaceApps));
-  shortcut_->setHotkey(profile->hotkey);
-  items_->setItems(profile->items, profile->others);
+  showShortcut(*profile);
+  items_->show(*profile);
   const bool hasDock = services_.job.hasDock();
   showDifference(*profile, hasDock);
-  const bool wantsIt = profile->hotkey || profile->focusModeBinding;
-  showFollowing(!wantsIt || services_.isFollowed());
+  showFollowing(*profile);
   noDock_->setVisible(!hasDock);
   apply_->setTitle(hasDock ? worded("Apply") : worded("Write"));
   apply_->setEnabled(!services_.job.isRunning());
   return true;
 }
 
-void LayoutPane::showFollowing(bool isFollowed) {
-  notFollowed_->setVisible(!isFollowed);
-  follow_->setVisible(!isFollowed);
+void LayoutPane::showFocus(const Profile& profile, bool isAnother) {
+  const auto binding = profile.focusModeBinding.value_or("");
+  int state = -1;
+  for (std::size_t i = 0; i < focusStates.size(); ++i)
+    if (binding == focusStates[i])
+      state = static_cast<int>(i);
+  // Any other is a Focus mode's name, which begins like "on".
+  const bool isNamed = state < 0;
+  focus_->setCurrent(isNamed ? 1 : state);
+  modeRow_->setVisible(isNamed || state == 1);
+  const auto mode = isNamed ? utf8(binding) : QString();
+  isShowing_ = true;
+  if (isAnother || (!mode_->hasFocus() && mode_->text() != mode))
+    mode_->setText(mode);
+  isShowing_ = false;
+}
+
+void LayoutPane::showShortcut(const Profile& profile) {
+  auto none = worded("None");
+  try {
+    const auto bindings =
+        services_.following.following().bindings(services_.profiles.file().profiles);
+    if (const auto numbered = bindings.find(profile.id);
+        numbered != bindings.end() && services_.following.isFollowed())
+      none = worded("{shortcut}, by its place", {{"shortcut", hotkeyText(numbered->second)}});
+  } catch (const std::exception&) {
+    // What is wrong with how they are followed is said on that page.
+  }
+  shortcut_->setNone(none);
+  shortcut_->setHotkey(profile.hotkey);
+}
+
+void LayoutPane::showFollowing(const Profile& profile) {
+  const bool isShown = isLedTo(profile);
+  const auto state = isShown ? followState(services_) : FollowState();
+  followed_->setWords(state.sentence);
+  followed_->setVisible(isShown);
+  follow_->setTitle(state.remedy);
+  follow_->setAction(state.act);
+  follow_->setVisible(!state.remedy.isEmpty());
 }
 
 void LayoutPane::showDifference(const Profile& profile, bool hasDock) {
   try {
     auto& library = services_.profiles.library();
     const auto dock = library.snapshot();
-    const auto report = DockChangeDetector::diff(dock, asRead(profile.snapshot(dock.capturedAt)));
+    const auto layout = profile.snapshot(dock.capturedAt);
     const bool isActive = services_.profiles.file().activeProfileId == profile.id;
     difference_->setStyle(PanelTextStyle::secondary);
-    const auto changes = differenceWords(report);
-    difference_->setWords(report.hasChanges()
+    const auto changes = differenceWords(dock, layout);
+    difference_->setWords(!showTheSame(dock, layout)
                               ? (hasDock ? worded("Applying it {changes}.", {{"changes", changes}})
                                          : worded("Writing it {changes}.", {{"changes", changes}}))
                           : !hasDock ? worded("It is what is written already.")

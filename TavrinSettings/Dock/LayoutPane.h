@@ -2,8 +2,9 @@
 
 #include "TavrinSettings/Base/PageServices.h"
 #include "TavrinSettings/Dock/DockJob.h"
-#include "TavrinSettings/Dock/ItemPicker.h"
+#include "TavrinSettings/Dock/FollowControl.h"
 #include "TavrinSettings/Dock/ProfilesEditor.h"
+#include "TavrinSettings/Form/Picker.h"
 
 #include <QWidget>
 #include <array>
@@ -14,8 +15,9 @@ class QVBoxLayout;
 
 namespace tavrin {
 
-class DockItemRow;
+class LayoutItems;
 class PanelButton;
+class PanelField;
 class PanelSegments;
 class PanelSwatch;
 class PanelText;
@@ -24,13 +26,11 @@ class ShortcutRecorder;
 /// The Dock's layouts as all their panes have them.
 struct DockServicesOfPage {
   PageServices& page;
+  HostContext& context;
   ProfilesEditor& profiles;
   DockJob& job;
+  FollowControl& following;
   std::function<QImage(const DockItem& item, int side, double scale)> icon;
-  /// Whether a process follows shortcuts and Focus.
-  std::function<bool()> isFollowed;
-  /// Starts one, which outlives the window. Throws FileError.
-  std::function<void()> follow;
 };
 
 /// The colour that stands for a layout.
@@ -51,12 +51,19 @@ protected:
 private:
   void makeColours(QVBoxLayout* column);
   void makeItems(QVBoxLayout* column);
-  void add(const std::vector<DockItem>& items);
-  void makeRows();
+  void makeRows(QVBoxLayout* column);
+  void makeFocus(QVBoxLayout* column);
   void makeActions(QVBoxLayout* column);
-  void edit(const char* title, const char* field, const std::function<void(Profile&)>& edit);
+  bool edit(const char* title, const std::string& field, const std::function<void(Profile&)>& edit);
   void exportLayout();
-  void showFollowing(bool isFollowed);
+  void takeDock();
+  void offerMore();
+  void offerComparison();
+  /// Whom a comparison may be with, by the names that `DockLibrary::layout` knows, and titles.
+  std::vector<std::pair<std::string, QString>> otherLayouts();
+  void showFocus(const Profile& profile, bool isAnother);
+  void showShortcut(const Profile& profile);
+  void showFollowing(const Profile& profile);
   void showDifference(const Profile& profile, bool hasDock);
   void setShortcut(const std::optional<Hotkey>& hotkey);
 
@@ -66,16 +73,19 @@ private:
   QLineEdit* name_;
   std::vector<PanelSwatch*> colours_;
   PanelSegments* focus_;
+  QLineEdit* mode_;
+  PanelField* modeRow_;
   PanelSegments* others_;
   ShortcutRecorder* shortcut_;
-  PanelText* notFollowed_;
+  PanelText* followed_;
   PanelButton* follow_;
-  DockItemRow* items_;
-  ItemPicker picker_;
+  LayoutItems* items_;
   PanelText* difference_;
   /// What applying does where there is no Dock.
   PanelText* noDock_;
   PanelButton* apply_;
+  PanelButton* more_;
+  QPointer<PickerPopup> menu_;
   QBoxLayout* actions_;
 };
 

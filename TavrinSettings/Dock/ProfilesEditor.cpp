@@ -3,14 +3,21 @@
 #include "TavrinCore/Profiles/ProfileTransfer.h"
 #include "TavrinCore/Settings/SettingText.h"
 #include "TavrinCore/Text/Texts.h"
+#include "TavrinHost/Dock/DockItems.h"
 #include "TavrinPlatform/Files/AtomicFile.h"
 #include "TavrinSettings/Editing/ChangeStep.h"
+#include "TavrinStorage/Dock/PlistFileBackend.h"
 
 #include <algorithm>
 #include <fmt/format.h>
 
 namespace tavrin {
 namespace {
+
+/// A Dock's own preferences, not an export.
+bool isDockFile(const std::filesystem::path& file) {
+  return file.extension() == ".plist";
+}
 
 /// Takes each field that the change touched to where it led, where it stands as the change found
 /// it. False where one did not.
@@ -94,12 +101,15 @@ std::string ProfilesEditor::freeName(const std::string& name) {
 }
 
 UUID ProfilesEditor::create(bool isEmpty) {
-  auto dock = isEmpty ? DockSnapshot() : library_.snapshot();
+  return createFrom(isEmpty ? DockSnapshot() : library_.snapshot(), translated("Layout"));
+}
+
+UUID ProfilesEditor::createFrom(DockSnapshot layout, const std::string& name) {
   Profile profile;
   profile.id = UUID::random();
-  profile.name = freeName(translated("Layout"));
-  profile.items = std::move(dock.apps);
-  profile.others = std::move(dock.others);
+  profile.name = freeName(name);
+  profile.items = std::move(layout.apps);
+  profile.others = std::move(layout.others);
   library_.profiles().create(profile);
   did(translated("New {name}", {{"name", profile.name}}), {}, {std::nullopt, profile});
   return profile.id;
@@ -128,17 +138,23 @@ void ProfilesEditor::remove(const UUID& id) {
 }
 
 std::optional<UUID> ProfilesEditor::importFrom(const std::filesystem::path& file) {
+  if (isDockFile(file))
+    return createFrom(library_.layout(file.string()), file.stem().string());
   const auto added = library_.importProfiles(readFile(file).value_or(std::string()), file.string());
   for (const auto& profile : added)
     did(translated("Import {name}", {{"name", profile.name}}), {}, {std::nullopt, profile});
   return added.empty() ? std::nullopt : std::optional(added.front().id);
 }
 
-void ProfilesEditor::exportTo(const std::filesystem::path& file, const UUID& id) {
-  const auto chosen = profile(id);
-  if (!chosen)
+void ProfilesEditor::exportTo(const std::filesystem::path& file, const std::optional<UUID>& id) {
+  const auto chosen = id ? profile(*id) : std::nullopt;
+  if (id && !chosen)
     throw HostError(ExitCode::profileNotFound, translated("This layout was deleted elsewhere"));
-  writeFileAtomically(file, ProfileTransfer::exportData({*chosen}));
+  if (isDockFile(file) && chosen)
+    dockPlistWriter(file).write(chosen->snapshot(context_.platform().clock().now()));
+  else
+    writeFileAtomically(
+        file, ProfileTransfer::exportData(chosen ? std::vector{*chosen} : this->file().profiles));
 }
 
 void ProfilesEditor::edit(const UUID& id, const std::string& title, const std::string& field,
@@ -153,7 +169,8 @@ void ProfilesEditor::edit(const UUID& id, const std::string& title, const std::s
     did(title, field.empty() ? field : id.text() + "/" + field, {before, after});
 }
 
-std::string differenceWords(const DockChangeDetector::Report& report) {
+std::string differenceWords(const DockSnapshot& before, const DockSnapshot& after) {
+  const auto report = DockChangeDetector::diff(asRead(before), asRead(after));
   const auto names = [](const std::vector<DockItem>& items) {
     std::vector<std::string> words;
     for (const auto& item : items)
@@ -165,8 +182,12 @@ std::string differenceWords(const DockChangeDetector::Report& report) {
     parts.push_back(translated("adds {items}", {{"items", names(report.added)}}));
   if (!report.removed.empty())
     parts.push_back(translated("removes {items}", {{"items", names(report.removed)}}));
-  if (report.reordered)
+  // Equal spacers are one and the same to the report.
+  if (report.reordered || (parts.empty() && (before.apps.size() != after.apps.size() ||
+                                             before.others.size() != after.others.size())))
     parts.push_back(translated("changes the order"));
+  if (const auto changed = relooked(before, after); !changed.empty())
+    parts.push_back(translated("changes how {items} looks", {{"items", names(changed)}}));
   return parts.empty() ? translated("changes nothing") : enumeration(parts);
 }
 

@@ -35,11 +35,15 @@ public:
   UUID create(bool isEmpty = false);
   UUID duplicate(const UUID& id);
   void remove(const UUID& id);
-  /// Adds the profiles of an export; gives the first, none where there was none in it. Throws
-  /// FileError.
+  /// A profile of any layout; another name where there is one of that name.
+  UUID createFrom(DockSnapshot layout, const std::string& name);
+  /// Adds the profiles of an export, or one of a Dock's preferences file (".plist"); gives the
+  /// first, none where there was none in it. Throws FileError, DockError.
   std::optional<UUID> importFrom(const std::filesystem::path& file);
-  /// Throws FileError.
-  void exportTo(const std::filesystem::path& file, const UUID& id);
+  /// Writes an export of the profile, or of all without one. Into a ".plist", which is a Dock's
+  /// preferences file, a profile's items are put, and all else of it is kept. Throws FileError,
+  /// DockError.
+  void exportTo(const std::filesystem::path& file, const std::optional<UUID>& id);
   /// Changes of the same `field` that follow each other are one step.
   void edit(const UUID& id, const std::string& title, const std::string& field,
             const std::function<void(Profile&)>& edit);
@@ -56,8 +60,8 @@ private:
   DockLibrary library_;
 };
 
-/// "adds Mail, removes Music and changes the order": what taking it up does, in words; "changes
-/// nothing" where there is no difference.
-std::string differenceWords(const DockChangeDetector::Report& report);
+/// "adds Mail, removes Music and changes the order": what leads from one to the other, in words;
+/// "changes nothing" where there is no difference.
+std::string differenceWords(const DockSnapshot& before, const DockSnapshot& after);
 
 } // namespace tavrin

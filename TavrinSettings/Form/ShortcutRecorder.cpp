@@ -87,6 +87,11 @@ void ShortcutRecorder::setHotkey(const std::optional<Hotkey>& hotkey) {
   show();
 }
 
+void ShortcutRecorder::setNone(const QString& none) {
+  none_ = none;
+  show();
+}
+
 void ShortcutRecorder::show() {
   const QString words = isListening_ ? worded("Press the keys…")
                         : hotkey_    ? QString::fromStdString(hotkeyText(*hotkey_))
@@ -99,7 +104,14 @@ void ShortcutRecorder::show() {
 }
 
 void ShortcutRecorder::listen(bool on) {
+  if (on == isListening_)
+    return;
   isListening_ = on;
+  // A shortcut that works everywhere is somebody else's grab, and would not come here.
+  if (on)
+    button_->grabKeyboard();
+  else
+    button_->releaseKeyboard();
   show();
   if (on)
     button_->setFocus(Qt::OtherFocusReason);

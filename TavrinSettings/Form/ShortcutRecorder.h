@@ -19,6 +19,8 @@ public:
   /// `none` is shown where there is no shortcut.
   ShortcutRecorder(const QString& name, QString none, QWidget* parent = nullptr);
 
+  /// What is shown where there is no shortcut.
+  void setNone(const QString& none);
   void setHotkey(const std::optional<Hotkey>& hotkey);
   PanelButton* button() { return button_; }
 

@@ -60,9 +60,10 @@ ConverterPanelView::ConverterPanelView(const PanelAppearance& appearance, Source
   copy_->setSymbol("doc.on.clipboard");
   add(copy_);
   setEditButton(worded("Edit Converter…"), source_.edit);
-  connect(upper_.number, &QLineEdit::textEdited, this,
+  // Not `textEdited`: what assistive technology sets is typed too.
+  connect(upper_.number, &QLineEdit::textChanged, this,
           [this](const QString& text) { typed(true, text); });
-  connect(lower_.number, &QLineEdit::textEdited, this,
+  connect(lower_.number, &QLineEdit::textChanged, this,
           [this](const QString& text) { typed(false, text); });
   for (QComboBox* unit : {upper_.unit, lower_.unit})
     connect(unit, &QComboBox::activated, this, [this] { chooseUnits(); });
@@ -171,6 +172,7 @@ void ConverterPanelView::copyResult() {
 void ConverterPanelView::showNumber(QLineEdit& field, double value) {
   const QString text = QString::fromStdString(source_.notation.format(value, fieldDigits));
   if (field.text() != text) {
+    const QSignalBlocker quiet(&field);
     field.setText(text);
     // A number too long for its field shows its beginning.
     field.setCursorPosition(0);

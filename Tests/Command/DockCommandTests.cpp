@@ -336,6 +336,50 @@ TEST_F(DockCommandTest, FollowsTheFocusAndTheShortcuts) {
   EXPECT_EQ(json({"backups", "list"}).array()->size(), 2U) << "it never ran";
 }
 
+TEST_F(DockCommandTest, FollowsAsItIsSetWhileItRunsAndOnce) {
+  EXPECT_EQ(run({"profiles", "create", "Day"}), 0);
+  EXPECT_EQ(run({"profiles", "create", "Calm", "--empty", "--focus", "on"}), 0);
+  auto& dock = platform.dock;
+  const auto pass = [&](double seconds) {
+    dock.loop.advance(seconds);
+    for (int i = 0; i < 3; ++i)
+      dock.loop.runBackground();
+  };
+  SilentContext context(platform);
+  auto record = followingRecord(context);
+  dock.whileRunning = [&] {
+    dock.focus.state = true;
+    pass(0);
+    pass(0);
+    EXPECT_EQ(labels(dockFile()), "|");
+    EXPECT_EQ(run({"profiles", "switch", "Day"}), 0) << errors.str();
+    record.change([](Following& following) {
+      following.interval = 60;
+      following.numbered = {};
+    });
+    pass(3);
+    pass(0);
+    EXPECT_TRUE(dock.shortcuts.bound.empty());
+    EXPECT_EQ(labels(dockFile()), "Mail Notes |") << "the Focus is known, and is no news";
+    dock.focus.state = false;
+    pass(30);
+    EXPECT_EQ(labels(dockFile()), "Mail Notes |") << "it is not yet looked at";
+    EXPECT_EQ(run({"focus"}), 0);
+    EXPECT_EQ(output.str(), "Shortcuts and Focus are followed already.\n");
+  };
+  EXPECT_EQ(run({"focus"}), 0) << errors.str();
+  // What cannot be read is followed in the usual way.
+  std::ofstream(folder / "data/following.json") << "{";
+  platform.running.owners.clear();
+  dock.whileRunning = [&] {
+    pass(0);
+    dock.focus.state = true;
+    pass(2);
+    EXPECT_EQ(labels(dockFile()), "|");
+  };
+  EXPECT_EQ(run({"focus"}), 0) << errors.str();
+}
+
 TEST(ProfileForFocus, TakesTheFirstThatIsBound) {
   ProfilesFile file;
   for (const auto* binding : {"", "Off", "Work", "on"}) {

@@ -1,5 +1,7 @@
+#include "TavrinHost/Dock/FocusSession.h"
 #include "Tests/Command/HostFixture.h"
 
+#include <algorithm>
 #include <gmock/gmock.h>
 
 namespace tavrin::test {
@@ -41,6 +43,46 @@ TEST_F(SlotCommandTest, StartLaunchesOnlyPlacedSlotsThatDoNotRun) {
   EXPECT_EQ(platform.running.launches.size(), 2U);
   EXPECT_EQ(run({"start", "B"}), 3);
   EXPECT_EQ(run({"start", "9"}), 3);
+}
+
+TEST_F(SlotCommandTest, StartAndStopFollowWhatDockLayoutsAskFor) {
+  SilentContext context(platform);
+  const auto follower = folderIdentifier(context, "dev.quellby.Tavrin.Focus");
+  const auto launch = platform.running.onLaunch;
+  platform.running.onLaunch = [&](const auto& launched, int process) {
+    launch(launched, process);
+    if (launched.arguments == std::vector<std::string>{"focus"})
+      platform.running.owners[follower] = process;
+  };
+  const auto followers = [&] {
+    return std::ranges::count_if(platform.running.launches, [](const auto& launched) {
+      return launched.arguments == std::vector<std::string>{"focus"};
+    });
+  };
+  run({"profiles", "create", "Calm", "--empty"});
+  run({"widgets", "add", "clock", "A", "--place"});
+  EXPECT_EQ(run({"start"}), 0) << errors.str();
+  EXPECT_EQ(followers(), 0) << "nothing leads to the layout";
+  run({"profiles", "focus", "Calm", "on"});
+  EXPECT_EQ(run({"start", "A"}), 0);
+  EXPECT_EQ(followers(), 0) << "one slot was asked for";
+  EXPECT_EQ(run({"start"}), 0);
+  EXPECT_EQ(run({"start"}), 0);
+  EXPECT_EQ(followers(), 1);
+  EXPECT_EQ(run({"stop", "A"}), 0);
+  EXPECT_TRUE(platform.running.programs.contains(platform.running.owners[follower]));
+  EXPECT_EQ(run({"stop"}), 0);
+  EXPECT_FALSE(platform.running.programs.contains(platform.running.owners[follower]));
+  EXPECT_THAT(output.str(), HasSubstr("no longer followed"));
+  // Layouts are followed without widgets, and not where it was switched off.
+  platform.running.owners.erase(follower);
+  run({"widgets", "remove", "A"});
+  EXPECT_EQ(run({"start"}), 0) << errors.str();
+  EXPECT_EQ(followers(), 2);
+  platform.running.owners.erase(follower);
+  followingRecord(context).change([](Following& following) { following.isOn = false; });
+  EXPECT_EQ(run({"start"}), 3);
+  EXPECT_EQ(followers(), 2);
 }
 
 TEST_F(SlotCommandTest, PlacingTellsWhatShowsTheWidgetUnlessItsSlotRuns) {

@@ -2,7 +2,6 @@
 file; a window that is killed."""
 
 import json
-import plistlib
 import random
 import threading
 import time
@@ -168,51 +167,6 @@ class ByKeys(SettingsTest):
         self.desk.key("ctrl+Left")
         self.await_strip("Tea", "Here")
         wait_for(lambda: window.tree() and not window.find("Undo", "push button"), "no offer")
-        window.close()
-
-
-class DockLayouts(SettingsTest):
-    def show(self, *names):
-        """What is in the Dock's preferences."""
-        self.preferences.parent.mkdir(parents=True, exist_ok=True)
-        tiles = [{"tile-type": "file-tile", "tile-data": {
-            "file-label": name, "file-data": {"_CFURLString": f"file:///Applications/{name}.app/",
-                                              "_CFURLStringType": 15}}} for name in names]
-        temporary = self.preferences.with_suffix(".new")
-        temporary.write_bytes(plistlib.dumps({"persistent-apps": tiles, "persistent-others": []}))
-        temporary.rename(self.preferences)
-
-    def shown(self):
-        tiles = plistlib.loads(self.preferences.read_bytes())["persistent-apps"]
-        return [tile["tile-data"]["file-label"] for tile in tiles]
-
-    def test_without_a_dock_it_follows_the_file_and_writes_it(self):
-        self.preferences = self.desk.home / "Library" / "Preferences" / "com.apple.dock.plist"
-        self.show("Mail", "Notes")
-        window = Window(self.desk)
-        window.press("Dock Layouts", "radio button")
-        window.press("New from the Dock")
-        window.await_name("It is what is written already.")
-        self.show("Mail")
-        window.await_name("Writing it adds Notes.")
-        window.press("Add…")
-        window.await_focus("Application or address", "text")
-        self.desk.run("xdotool", "type", "x://a/b")
-        self.desk.key("Return")
-        window.await_name("Writing it adds Notes and x://a/b.")
-        window.press("Undo Add an Item to Layout")
-        window.await_name("Writing it adds Notes.")
-        self.assertTrue(any("No Dock runs on this computer" in entry["name"]
-                            for entry in window.tree()))
-        window.press("Write")
-        wait_for(lambda: self.shown() == ["Mail", "Notes"], "the layout in the file")
-        window.await_name("It is what is written already.")
-        self.assertFalse(any("killall" in entry["name"] for entry in window.tree()))
-        window.press("Undo Apply Layout")
-        wait_for(lambda: self.shown() == ["Mail"], "the file as it was")
-        # Layouts that others make are there too.
-        self.desk.run(str(COMMAND), "profiles", "rename", "Layout", "Work")
-        window.await_name("Work")
         window.close()
 
 

@@ -4,63 +4,18 @@
 #include "TavrinPlatform/Files/AtomicFile.h"
 #include "TavrinSettings/Computer/ComputerPage.h"
 #include "TavrinSettings/Dock/BackupPane.h"
-#include "TavrinSettings/Dock/DockJob.h"
-#include "TavrinSettings/Dock/ProfilesEditor.h"
-#include "TavrinStorage/Dock/PlistFileBackend.h"
-#include "Tests/Command/HostFixture.h"
-#include "Tests/Support/ManualRunLoop.h"
+#include "Tests/Settings/DockHome.h"
 
 #include <gmock/gmock.h>
 
 namespace tavrin {
 namespace {
 
+using test::DockLayoutTest;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
-
-/// A home with a Dock, before anybody asks for it.
-class DockHome : public test::HostTest {
-protected:
-  DockHome() {
-    platform.files.home = folder / "home";
-    std::filesystem::create_directories(dockFile().parent_path());
-    show({"/Applications/Mail.app", "/Applications/Notes.app"});
-  }
-  std::filesystem::path dockFile() const {
-    return folder / "home/Library/Preferences/com.apple.dock.plist";
-  }
-  void show(const std::vector<std::string>& paths) const {
-    DockSnapshot dock;
-    for (const auto& path : paths)
-      dock.apps.push_back({AppEntry{path, {}, std::filesystem::path(path).stem().string(), {}}});
-    dockPlistWriter(dockFile()).write(dock);
-  }
-  std::string shown() const {
-    std::string text;
-    for (const auto& item : dockPlistReader(dockFile()).read({}).apps)
-      text += item.displayName() + " ";
-    return text;
-  }
-};
-
-class DockLayoutTest : public DockHome {
-protected:
-  DockLayoutTest() {
-    job.onProgress = [this](const std::string& sentence, DockJob::Stage stage) {
-      said.push_back((stage == DockJob::Stage::failed ? "! " : "") + sentence);
-    };
-  }
-
-  test::SilentContext context{platform};
-  History history;
-  test::ManualClock clock{Date{}};
-  test::ManualRunLoop loop{clock};
-  ProfilesEditor profiles{context, history};
-  DockJob job{context, history, loop};
-  std::vector<std::string> said;
-};
 
 TEST_F(DockLayoutTest, LayoutsAreMadeChangedAndSteppedBackThrough) {
   const auto first = profiles.create();
@@ -211,7 +166,7 @@ TEST_F(DockLayoutTest, DifferencesAreWords) {
     return dock;
   };
   const auto words = [&](auto before, auto after) {
-    return differenceWords(DockChangeDetector::diff(snapshot(before), snapshot(after)));
+    return differenceWords(snapshot(before), snapshot(after));
   };
   using Names = std::initializer_list<const char*>;
   EXPECT_EQ(words(Names{"A", "B"}, Names{"A", "B"}), "changes nothing");

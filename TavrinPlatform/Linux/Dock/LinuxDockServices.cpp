@@ -1,5 +1,6 @@
 #include "TavrinPlatform/Linux/Dock/LinuxDockServices.h"
 
+#include "TavrinPlatform/Linux/Dock/DisplayWatch.h"
 #include "TavrinPlatform/Linux/Input/LinuxGlobalShortcuts.h"
 
 #include <QCoreApplication>
@@ -41,6 +42,8 @@ void LinuxDockServices::runUntilStopped(const std::function<void()>& started) {
       if (::read(descriptor, &taken, sizeof taken) > 0)
         QCoreApplication::quit();
     });
+    // A session that ends takes its display with it, though the user's bus may outlive both.
+    const DisplayWatch display(&QCoreApplication::quit);
     started();
     QCoreApplication::exec();
   }

@@ -3,6 +3,7 @@
 #include "Tests/Slot/SlotFixture.h"
 #include "Tests/Support/Keys.h"
 
+#include <QAccessible>
 #include <QComboBox>
 #include <QLineEdit>
 
@@ -52,6 +53,16 @@ TEST_F(ConverterWidget, TypingConvertsAtOnceAndSavesOnceItPauses) {
   EXPECT_EQ(value()->text(), "26+0.2") << "the record that comes back leaves the typing alone";
   pressKey(value(), Qt::Key_Return);
   EXPECT_EQ(platform_.fakePasteboard.writtenText(), "16.2799252366");
+}
+
+TEST_F(ConverterWidget, WhatAssistiveTechnologySetsIsTyped) {
+  open();
+  QAccessible::queryAccessibleInterface(value())->setText(QAccessible::Value, "26.2");
+  EXPECT_EQ(result()->text(), "16.2799252366");
+  QAccessible::queryAccessibleInterface(result())->setText(QAccessible::Value, "10");
+  EXPECT_EQ(value()->text(), "16.09344");
+  platform_.loop.advance(1);
+  EXPECT_EQ(stored().value, 16.09344);
 }
 
 TEST_F(ConverterWidget, FractionsAndPercentagesAreReadAndCurrenciesToldToBeLeftOut) {
