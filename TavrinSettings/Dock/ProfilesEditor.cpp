@@ -187,7 +187,7 @@ std::string differenceWords(const DockSnapshot& before, const DockSnapshot& afte
                                              before.others.size() != after.others.size())))
     parts.push_back(translated("changes the order"));
   if (const auto changed = relooked(before, after); !changed.empty())
-    parts.push_back(translated("changes how {items} looks", {{"items", names(changed)}}));
+    parts.push_back(translated("changes the look of {items}", {{"items", names(changed)}}));
   return parts.empty() ? translated("changes nothing") : enumeration(parts);
 }
 

@@ -42,7 +42,8 @@ void FormPopup::place() {
   const QRect room = window()->rect().marginsRemoved({popupGap, popupGap, popupGap, popupGap});
   const QRect anchor(owner_->mapTo(window(), QPoint(0, 0)), owner_->size());
   const int width = std::min(std::max(sizeHint().width(), minimumWidth()), room.width());
-  const int height = std::min(std::max(sizeHint().height(), minimumHeight()), room.height());
+  const int wanted = std::clamp(sizeHint().height(), minimumHeight(), maximumHeight());
+  const int height = std::min(wanted, room.height());
   const bool isMirrored = layoutDirection() == Qt::RightToLeft;
   // Along the owner's leading edge; along the other one where that would leave the window.
   int x = isMirrored ? anchor.right() + 1 - width : anchor.left();

@@ -80,6 +80,8 @@ void PickerPopup::take(std::vector<PickerItem> items, const QString& trouble) {
   trouble_->setWords(trouble);
   trouble_->setVisible(!trouble.isEmpty());
   list_->setVisible(!items_.empty());
+  if (isVisible() && search_ != nullptr && search_->text().isEmpty())
+    keepHeight();
   place();
 }
 

@@ -81,7 +81,7 @@ TEST_F(DockPageTest, AnItemsNameAndAFoldersLookAreSetAtItsTileAndUndone) {
   for (const char* text : {"P", "Po", "Post"})
     name->setText(text);
   EXPECT_EQ(items(), "Post Notes | Downloads");
-  EXPECT_THAT(words(), HasSubstr("changes how Post looks"));
+  EXPECT_THAT(words(), HasSubstr("changes the look of Post"));
   name->setText("");
   EXPECT_EQ(items(), "Mail Notes | Downloads") << "its own name";
   press("Undo Set an Item of Work");

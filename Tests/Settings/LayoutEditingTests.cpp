@@ -71,7 +71,7 @@ TEST_F(LayoutEditingTest, ALookIsSetAndSeenWhereTheItemsAreTheSame) {
   EXPECT_EQ(folderOptions(*dock.others[0].file()).view, FolderOptions::View::fan);
   EXPECT_EQ(dock.others[0].displayName(), "Downloads");
   EXPECT_FALSE(showTheSame(before, dock));
-  EXPECT_EQ(differenceWords(before, dock), "changes how Ideas and Downloads looks");
+  EXPECT_EQ(differenceWords(before, dock), "changes the look of Ideas and Downloads");
   for (auto* item : {&dock.apps[1], &dock.others[0]})
     *item = withLook(*item, {.label = "", .folder = {}});
   EXPECT_EQ(dock.apps[1].displayName(), "Notes");
