@@ -122,6 +122,7 @@ BackupPane::BackupPane(DockServicesOfPage& services, HostContext& context, QWidg
   column->addWidget(noWorkspace_);
   column->addWidget(new PanelText(worded("The Dock"), PanelTextStyle::section, this));
   dockList_ = new PanelList(worded("Backups of the Dock"), this);
+  dockList_->onOpen = [this](int row) { showDifference(row); };
   dockList_->onAction = [this](int row, int action) {
     if (action == 0)
       makeLayout(row);
@@ -147,11 +148,23 @@ BackupPane::BackupPane(DockServicesOfPage& services, HostContext& context, QWidg
         });
       },
       this);
+  restore_ = new PanelButton(PanelButton::Kind::quiet, {}, {}, this);
+  make_ = new PanelButton(PanelButton::Kind::quiet, worded("Make a Layout of It"), {}, this);
+  restore_->hide();
+  make_->hide();
   column->addStretch(1);
-  column->addWidget(create, 0, Qt::AlignLeading);
+  auto* actions = new QHBoxLayout;
+  actions->addWidget(create);
+  actions->addStretch(1);
+  actions->addWidget(make_);
+  actions->addWidget(restore_);
+  column->addLayout(actions);
 }
 
 void BackupPane::refresh() {
+  // The rows may be others.
+  restore_->hide();
+  make_->hide();
   const Calendar calendar;
   std::vector<PanelRow> rows;
   services_.page.attempt([&] {
@@ -219,7 +232,26 @@ void BackupPane::showContents(int row) {
     const auto contents =
         workspaceBackups(context_).contents(workspace_[static_cast<std::size_t>(row)]);
     services_.page.tell(QString::fromStdString(workspaceContents(contents)), false);
+    offer(workspaceList_->row(row).title, [this, row] { restoreWorkspace(row); }, {});
   });
+}
+
+void BackupPane::showDifference(int row) {
+  if (row < 0 || row >= static_cast<int>(dock_.size()))
+    return;
+  services_.page.tell(dockList_->row(row).subtitle + QLatin1Char('.'), false);
+  offer(
+      dockList_->row(row).title, [this, row] { restoreDock(row); },
+      [this, row] { makeLayout(row); });
+}
+
+void BackupPane::offer(const QString& title, std::function<void()> restore,
+                       std::function<void()> make) {
+  restore_->setTitle(worded("Restore {backup}", {{"backup", title}}));
+  restore_->setAction(std::move(restore));
+  restore_->show();
+  make_->setVisible(make != nullptr);
+  make_->setAction(std::move(make));
 }
 
 void BackupPane::makeLayout(int row) {

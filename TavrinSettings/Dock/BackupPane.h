@@ -22,7 +22,10 @@ public:
 
 private:
   void showContents(int row);
+  void showDifference(int row);
   void makeLayout(int row);
+  /// What can be done with the backup that was opened, as buttons too.
+  void offer(const QString& title, std::function<void()> restore, std::function<void()> make);
   void restoreWorkspace(int row);
   void restoreDock(int row);
 
@@ -34,6 +37,8 @@ private:
   PanelText* noWorkspace_;
   PanelList* dockList_;
   PanelText* noDock_;
+  PanelButton* restore_;
+  PanelButton* make_;
 };
 
 /// The date in a Dock backup's name, in words; else the name.

@@ -29,7 +29,7 @@ ALLOWED = [
     ("TavrinCommand/CompletionCommands.cpp", r".*"),                   # scripts of shells
     ("TavrinCommand/Base/ParserWords.cpp", r".*"),                          # the library's own words
     ("TavrinCommand/Dock/DockCommands.cpp", r"printf .*"),              # a command of the shell
-    ("TavrinCommand/Dock/DockEditCommands.cpp", r"Contents"),           # a folder of bundles
+    ("TavrinHost/Dock/DockItems.cpp", r"Contents"),                     # a folder of bundles
     ("TavrinSettings/Form/ListControls.cpp", r"not taken"),             # told to the control alone
     ("TavrinSettings/Form/SimpleControls.cpp", r"yyyy-MM-dd HH:mm"),
     ("TavrinHost/Widgets/SlotControl.cpp", r"Tavrin Settings\.app/.*"),   # a path
