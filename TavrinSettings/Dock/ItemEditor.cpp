@@ -56,7 +56,6 @@ void ItemEditor::makeHead(QVBoxLayout* column) {
 
 void ItemEditor::makeName(QVBoxLayout* column) {
   name_ = new QLineEdit(utf8(placed_.item.displayName()), this);
-  name_->setAccessibleName(worded("Name"));
   name_->setPlaceholderText(
       utf8(withLook(placed_.item, {.label = "", .folder = {}}).displayName()));
   name_->setMinimumWidth(240);
@@ -68,6 +67,8 @@ void ItemEditor::makeName(QVBoxLayout* column) {
   });
   connect(name_, &QLineEdit::returnPressed, this, [this] { close(); });
   column->addWidget(new PanelField(worded("Name"), name_, this));
+  // Beside the layout's.
+  name_->setAccessibleName(worded("Item's name"));
 }
 
 void ItemEditor::makeFolder(QVBoxLayout* column) {

@@ -1,4 +1,4 @@
-"""Dock layouts in the settings window, by a person's means, and what follows their shortcuts and Focus."""
+"""Dock layouts in the settings window, by a person's means, and what follows their shortcuts."""
 
 import base64
 import json
@@ -78,7 +78,7 @@ class DockLayouts(SettingsTest):
     def test_items_are_set_by_the_accessibility_tree_alone(self):
         window = self.open_layout()
         window.press("Mail")
-        window.type_text("Name", "Post", "text")
+        window.type_text("Item's name", "Post", "text")
         wait_for(lambda: self.items() == ["Post", "Notes", "Music"], "the name")
         window.press("Move Right")
         wait_for(lambda: self.items() == ["Notes", "Post", "Music"], "the place")
@@ -112,7 +112,7 @@ class DockLayouts(SettingsTest):
         key("m")
         window.await_focus("Mail")
         key("Return")
-        window.await_focus("Name", "text")
+        window.await_focus("Item's name", "text")
         key("ctrl+a")
         self.desk.run("xdotool", "type", "Post")
         key("Return")
@@ -136,11 +136,12 @@ class DockLayouts(SettingsTest):
         window.click("Stretches", "radio button")
         wait_for(lambda: self.items()[2:] == ["flex-spacer-tile"] * 2, "its width")
         key("Escape")
-        # What is dropped from elsewhere comes where it is dropped, which a file manager does; by path:
+        # By its path, whether it is there or not.
         window.click("Add…")
         window.await_focus("Application, path or address", "text")
         self.desk.run("xdotool", "type", str(self.desk.home / "Loads") + "/gone.txt")
-        window.await_name(f"{self.desk.home}/Loads/gone.txt, It is not on this computer", "list item")
+        window.await_name(f"{self.desk.home}/Loads/gone.txt, It is not on this computer",
+                          "list item")
         key("Return")
         wait_for(lambda: self.others()[-1]["path"].endswith("gone.txt"), "a file by its path")
         window.close()

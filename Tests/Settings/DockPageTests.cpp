@@ -83,7 +83,7 @@ protected:
 TEST_F(DockPageTest, AnItemsNameAndAFoldersLookAreSetAtItsTileAndUndone) {
   press("Mail");
   EXPECT_THAT(mute(), testing::IsEmpty());
-  auto* name = lastLine("Name");
+  auto* name = lastLine("Item's name");
   EXPECT_EQ(name->text(), "Mail");
   for (const char* text : {"P", "Po", "Post"})
     name->setText(text);
@@ -156,7 +156,7 @@ TEST_F(DockPageTest, WhatIsChangedElsewhereWhileAnItemIsOpenIsNeverLost) {
   ASSERT_EQ(run({"profiles", "rename", "Work", "Job"}), 0);
   ProfileStore store(folder / "data/profiles.json");
   store.change(layout().id, [](Profile& profile) { profile.items.erase(profile.items.begin()); });
-  lastLine("Name")->setText("Post");
+  lastLine("Item's name")->setText("Post");
   EXPECT_EQ(items(), "Notes | Downloads");
   EXPECT_THAT(words(), HasSubstr("was changed elsewhere"));
 }
