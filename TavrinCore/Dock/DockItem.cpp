@@ -1,5 +1,7 @@
 #include "TavrinCore/Dock/DockItem.h"
 
+#include "TavrinCore/Text/Texts.h"
+
 #include "TavrinCore/Base/Overloaded.h"
 
 #include <algorithm>
@@ -16,13 +18,13 @@ std::string lastComponent(const std::string& path) {
 std::string spacerName(SpacerVariant variant) {
   switch (variant) {
   case SpacerVariant::small:
-    return "Small spacer";
+    return translated("Small spacer");
   case SpacerVariant::flex:
-    return "Flex spacer";
+    return translated("Flex spacer");
   case SpacerVariant::standard:
     break;
   }
-  return "Spacer";
+  return translated("Spacer");
 }
 
 template <class Payload> DockItem decodePayload(const JSONValue& json, std::string_view key) {

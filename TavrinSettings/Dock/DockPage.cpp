@@ -48,12 +48,10 @@ DockPage::DockPage(PageServices& services, HostContext& context, History& histor
   left->addWidget(new PanelButton(
       PanelButton::Kind::quiet, worded("New, Empty"), [this] { make(true); }, this));
   if (services.forms.choosePaths) {
-    auto* files = new QHBoxLayout;
-    files->addWidget(new PanelButton(
+    left->addWidget(new PanelButton(
         PanelButton::Kind::quiet, worded("Import…"), [this] { importLayouts(); }, this));
-    files->addWidget(new PanelButton(
+    left->addWidget(new PanelButton(
         PanelButton::Kind::quiet, worded("Export All…"), [this] { exportAll(); }, this));
-    left->addLayout(files);
   }
   row->addLayout(left);
   stack_ = new QStackedWidget(this);
