@@ -130,6 +130,8 @@ void DockJob::run(const Ended& endings, Work work, std::function<void(const Outc
           return;
         if (!outcome->trouble.empty())
           onProgress(outcome->trouble + ".", Stage::failed);
+        else if (!done)
+          onProgress(ended, Stage::stepped);
         else if (outcome->isWritten)
           onProgress(ended, Stage::done);
         else

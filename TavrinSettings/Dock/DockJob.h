@@ -31,8 +31,9 @@ public:
   /// Puts a layout by its name, such as a backup's, into the Dock.
   void restore(const std::string& layout);
 
-  enum class Stage { begun, done, unchanged, failed };
-  /// It began, or ended: then `sentence` says how. What is done can be undone.
+  enum class Stage { begun, done, stepped, unchanged, failed };
+  /// It began, or ended: then `sentence` says how. What is done can be undone; what is stepped was
+  /// undone or done again.
   std::function<void(const std::string& sentence, Stage)> onProgress;
 
 private:

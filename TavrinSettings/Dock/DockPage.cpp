@@ -39,6 +39,8 @@ DockPage::DockPage(PageServices& services, HostContext& context, History& histor
   left->setSpacing(panel::grid);
   list_ = new PanelList(worded("Layouts"), this);
   list_->setFixedWidth(listWidth);
+  // So that nothing moves when one of them is written.
+  list_->setTall(true);
   list_->onOpen = [this](int index) { choose(index); };
   auto* fresh = new PanelButton(
       PanelButton::Kind::quiet, worded("New from the Dock"), [this] { make(false); }, this);

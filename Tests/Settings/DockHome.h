@@ -38,6 +38,7 @@ class DockLayoutTest : public DockHome {
 protected:
   DockLayoutTest() {
     job.onProgress = [this](const std::string& sentence, DockJob::Stage stage) {
+      stages.push_back(stage);
       said.push_back((stage == DockJob::Stage::failed ? "! " : "") + sentence);
     };
   }
@@ -49,6 +50,7 @@ protected:
   ProfilesEditor profiles{context, history};
   DockJob job{context, history, loop};
   std::vector<std::string> said;
+  std::vector<DockJob::Stage> stages;
 };
 
 } // namespace tavrin::test

@@ -119,6 +119,7 @@ TEST_F(DockLayoutTest, WithoutADockALayoutIsWrittenAndNothingIsEnded) {
   loop.runBackground();
   EXPECT_EQ(shown(), "Mail ");
   EXPECT_EQ(said.back(), "Undone: Apply Layout.");
+  EXPECT_EQ(stages.back(), DockJob::Stage::stepped) << "no undo of it is offered";
 }
 
 TEST_F(DockLayoutTest, WhatFollowsShortcutsAndFocusIsStartedAndKnown) {
