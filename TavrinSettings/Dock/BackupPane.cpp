@@ -162,7 +162,6 @@ BackupPane::BackupPane(DockServicesOfPage& services, HostContext& context, QWidg
 }
 
 void BackupPane::refresh() {
-  // The rows may be others.
   restore_->hide();
   make_->hide();
   const Calendar calendar;

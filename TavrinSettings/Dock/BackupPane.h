@@ -37,6 +37,7 @@ private:
   PanelText* noWorkspace_;
   PanelList* dockList_;
   PanelText* noDock_;
+  // Hidden where the rows may be others.
   PanelButton* restore_;
   PanelButton* make_;
 };
