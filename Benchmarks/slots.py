@@ -73,14 +73,18 @@ def tavrin(desk, *arguments):
                           capture_output=True, text=True, check=True).stdout
 
 
+def launch(desk, command):
+    """Milliseconds from a program's start to its first window painted, and of the processor's time
+    until then."""
+    result = subprocess.run([str(CLOCK), "launch", *map(str, command)], env=desk.env,
+                            capture_output=True, text=True, check=True)
+    _, painted, processor = map(float, result.stdout.split())
+    return painted, processor
+
+
 def launches(desk, command, count):
     """Milliseconds from a program's start to its first window painted, each time."""
-    found = []
-    for _ in range(count):
-        result = subprocess.run([str(CLOCK), "launch", *map(str, command)], env=desk.env,
-                                capture_output=True, text=True, check=True)
-        found.append(float(result.stdout.split()[1]))
-    return found
+    return [launch(desk, command)[0] for _ in range(count)]
 
 
 def clicks(desk, process, times):
@@ -271,31 +275,55 @@ def bench_growth(renders=10_000, openings=1_000):
         desk.close()
 
 
+def middle(differences):
+    """Their median, and between which two of them it lies with 95 % certainty."""
+    ordered = sorted(differences)
+    reach = 0.98 * len(ordered) ** 0.5
+    low = max(int(len(ordered) / 2 - reach), 0)
+    return statistics.median(ordered), ordered[low], ordered[-1 - low]
+
+
 def bench_language(quick):
-    """A slot in English and one in German, in turn."""
+    """A slot in English and one in German, in pairs that begin with the one and the other by turns:
+    what else the machine does meets both."""
     section("A slot in German beside one in English")
     desk = Desk()
     try:
         desk.write_widgets([widget("timer", {}, 1)], announce=False)
-        starts, dirty, worked = ({"en": [], "de": []} for _ in range(3))
-        for _ in range(3 if quick else 10):
-            for language in starts:
-                desk.env["TAVRIN_LANGUAGE"] = language
-                starts[language] += launches(desk, [desk.program(1), "--background"], 1)
-                process = desk.start_slot(1)
-                wait_for(lambda p=process: desk.windows(p.pid), "the tile")
-                time.sleep(2)
-                dirty[language].append(memory(process.pid)["Private_Dirty"])
-                worked[language].append(activity(process.pid)[1] * 1000)
-                process.terminate()
-                process.wait()
 
-        def more(values):
-            return statistics.median(values["de"]) - statistics.median(values["en"])
+        def compared(pairs, measure):
+            """What German has more of, by figure, each pair's difference."""
+            more = {}
+            for number in range(pairs):
+                found = {}
+                for language in ("en", "de") if number % 2 else ("de", "en"):
+                    desk.env["TAVRIN_LANGUAGE"] = language
+                    found[language] = measure()
+                for name in found["en"]:
+                    more.setdefault(name, []).append(found["de"][name] - found["en"][name])
+            return more
 
-        row("more private memory", more(dirty), "MB", 0.05)
-        row("more until its tile is painted", more(starts), "ms", 0.5)
-        row("more processor time until it rests", more(worked), "ms", 0.5)
+        def started():
+            return dict(zip(("painted", "processor"),
+                            launch(desk, [desk.program(1), "--background"])))
+
+        def rested():
+            process = desk.start_slot(1)
+            wait_for(lambda: desk.windows(process.pid), "the tile")
+            time.sleep(2)
+            private = memory(process.pid)["Private_Dirty"]
+            process.terminate()
+            process.wait()
+            return {"private": private}
+
+        def tell(name, differences, unit, goal):
+            value, low, high = middle(differences)
+            row(name, value, unit, goal, f"{low:.3f} to {high:.3f}, {len(differences)} pairs")
+
+        starts = compared(40 if quick else 200, started)
+        tell("more private memory", compared(3 if quick else 9, rested)["private"], "MB", 0.05)
+        tell("more until its tile is painted", starts["painted"], "ms", 0.5)
+        tell("more processor time until then", starts["processor"], "ms", 0.5)
     finally:
         desk.close()
 

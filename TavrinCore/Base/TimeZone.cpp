@@ -1,11 +1,15 @@
 #include "TavrinCore/Base/TimeZone.h"
 
+#include "TavrinCore/Text/Texts.h"
+
 #include <algorithm>
 #include <cctype>
 #include <cstdlib>
 #include <memory>
 #include <string_view>
 #include <unicode/timezone.h>
+#include <unicode/tznames.h>
+#include <utility>
 
 namespace tavrin {
 namespace {
@@ -122,6 +126,25 @@ std::string cityOf(std::string_view zoneID) {
   std::string city(zoneID.substr(zoneID.rfind('/') + 1));
   std::ranges::replace(city, '_', ' ');
   return city;
+}
+
+std::string localCityOf(const std::string& zoneID) {
+  const std::string language = textLanguage();
+  if (language == "en")
+    return cityOf(zoneID);
+  // Kept for a list of all zones, which asks some six hundred times.
+  thread_local std::pair<std::string, std::unique_ptr<icu::TimeZoneNames>> kept;
+  if (kept.second == nullptr || kept.first != language) {
+    UErrorCode error = U_ZERO_ERROR;
+    const icu::Locale locale(language.substr(0, language.find('@')).c_str());
+    kept = {language,
+            std::unique_ptr<icu::TimeZoneNames>(icu::TimeZoneNames::createInstance(locale, error))};
+  }
+  icu::UnicodeString city;
+  if (kept.second != nullptr)
+    kept.second->getExemplarLocationName(icu::UnicodeString::fromUTF8(zoneID), city);
+  std::string name;
+  return city.isEmpty() || city.isBogus() ? cityOf(zoneID) : city.toUTF8String(name);
 }
 
 } // namespace tavrin

@@ -28,4 +28,8 @@ std::string systemTimeZoneID();
 /// "Buenos Aires" of "America/Argentina/Buenos_Aires".
 std::string cityOf(std::string_view zoneID);
 
+/// The same in the user's language, "Kairo" of "Africa/Cairo", by the Common Locale Data
+/// Repository; `cityOf` in English and where it has no name.
+std::string localCityOf(const std::string& zoneID);
+
 } // namespace tavrin

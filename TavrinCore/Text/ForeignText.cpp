@@ -105,6 +105,11 @@ std::string printable(std::string_view text) {
   return out;
 }
 
+std::string isolated(std::string_view text) {
+  // A name that steers would reach out of its isolate.
+  return isRightToLeft() ? "\u2068" + plainText(text) + "\u2069" : std::string(text);
+}
+
 std::string markupEscaped(std::string_view text) {
   std::string out;
   out.reserve(text.size());

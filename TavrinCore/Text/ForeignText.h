@@ -24,6 +24,10 @@ std::string plainText(std::string_view text, std::size_t longest = longestShown)
 /// line nor speak to the terminal.
 std::string printable(std::string_view text);
 
+/// `text` on a line that is written from right to left: as plainText has it, and isolated from the
+/// direction of what stands around it. In other languages as it is.
+std::string isolated(std::string_view text);
+
 /// `text` as the content of an element in a markup of the XML family, where it then says itself:
 /// "&", "<" and ">" as entities.
 std::string markupEscaped(std::string_view text);

@@ -14,8 +14,6 @@ namespace tavrin {
 namespace {
 
 constexpr std::string_view countPlace = "count";
-constexpr std::string_view openingIsolate = "\u2068";
-constexpr std::string_view closingIsolate = "\u2069";
 
 struct Use {
   const TextCatalogue* catalogue = nullptr;
@@ -98,13 +96,7 @@ private:
   }
 
   void append(std::string& filled, const TextPlace& value) const {
-    const bool isIsolated = isolates_ && !value.isNumber();
-    if (isIsolated)
-      filled += openingIsolate;
-    // A name that steers would reach out of its isolate.
-    filled += isIsolated ? plainText(value.value()) : value.value();
-    if (isIsolated)
-      filled += closingIsolate;
+    filled += isolates_ && !value.isNumber() ? isolated(value.value()) : value.value();
   }
 
   TextPlaces places_;

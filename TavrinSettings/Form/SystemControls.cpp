@@ -17,7 +17,6 @@
 #include <memory>
 #include <unicode/locid.h>
 #include <unicode/timezone.h>
-#include <unicode/tznames.h>
 
 namespace tavrin {
 namespace {
@@ -51,20 +50,6 @@ std::string utf8Of(const icu::UnicodeString& text) {
 icu::Locale namesLocale() {
   const auto language = textLanguage();
   return {language.substr(0, language.find('@')).c_str()};
-}
-
-/// In the user's language: "Kairo" of Africa/Cairo.
-std::string localCityOf(const std::string& zoneID) {
-  if (textLanguage() == "en")
-    return cityOf(zoneID);
-  UErrorCode error = U_ZERO_ERROR;
-  // Kept for the list of all zones, which asks some six hundred times.
-  static const std::unique_ptr<icu::TimeZoneNames> names(
-      icu::TimeZoneNames::createInstance(namesLocale(), error));
-  icu::UnicodeString city;
-  if (names != nullptr)
-    names->getExemplarLocationName(icu::UnicodeString::fromUTF8(zoneID), city);
-  return city.isEmpty() || city.isBogus() ? cityOf(zoneID) : utf8Of(city);
 }
 
 /// In English the first part of the zone's name, else the country in the user's language.

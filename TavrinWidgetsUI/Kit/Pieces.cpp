@@ -1,5 +1,6 @@
 #include "TavrinWidgetsUI/Kit/Pieces.h"
 
+#include "TavrinCore/Text/ForeignText.h"
 #include "TavrinCore/Text/Texts.h"
 
 namespace tavrin {
@@ -7,10 +8,12 @@ namespace tavrin {
 QString joinedPieces(const QStringList& pieces, const QString& separator) {
   if (!isRightToLeft())
     return pieces.join(separator);
-  QStringList isolated;
+  QStringList apart;
   for (const QString& piece : pieces)
-    isolated << QChar(0x2068) + piece + QChar(0x2069);
-  return QChar(0x200F) + isolated.join(separator);
+    apart << QString::fromStdString(isolated(piece.toStdString()));
+  // A line whose first letter is Latin would run the other way.
+  constexpr QChar rightToLeftMark(0x200F);
+  return rightToLeftMark + apart.join(separator);
 }
 
 } // namespace tavrin

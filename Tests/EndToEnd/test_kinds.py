@@ -38,11 +38,9 @@ FORECAST = {"timezone": "Europe/Berlin",
 
 
 class Designed(KindTest):
-    @unittest.skipUnless(os.path.exists("/usr/share/unicode/emoji/emoji-test.txt"),
-                         "unicode-data is not installed")
-    def test_emoji_are_found_as_people_call_them(self):
-        self.place("emoji")
-        for wanted, found in (("heart", "❤️"), (":)", "🙂😊😀☺️"), ("lol", "😂🤣😆")):
+    def pick(self, wishes):
+        """What is typed brings one of those emoji."""
+        for wanted, found in wishes:
             with self.subTest(wanted):
                 self.open()
                 self.desk.run("xdotool", "type", "--delay", "15", wanted)
@@ -51,6 +49,19 @@ class Designed(KindTest):
                          pause=0.2)
                 picked = wait_for(self.clipboard, "the emoji")
                 self.assertIn(picked, found)
+
+    @unittest.skipUnless(os.path.exists("/usr/share/unicode/cldr/common/annotations/de.xml"),
+                         "unicode-cldr-core is not installed")
+    def test_emoji_are_found_in_the_users_language_and_in_english(self):
+        self.desk.env["TAVRIN_LANGUAGE"] = "de"
+        self.place("emoji")
+        self.pick((("herz", "❤️"), ("katze", "🐱🐈"), ("heart", "❤️"), ("lol", "😂🤣😆")))
+
+    @unittest.skipUnless(os.path.exists("/usr/share/unicode/emoji/emoji-test.txt"),
+                         "unicode-data is not installed")
+    def test_emoji_are_found_as_people_call_them(self):
+        self.place("emoji")
+        self.pick((("heart", "❤️"), (":)", "🙂😊😀☺️"), ("lol", "😂🤣😆")))
         # What was used stands first from then on.
         self.open()
         self.desk.run("xdotool", "type", "--delay", "15", "smile")
@@ -108,6 +119,8 @@ class Designed(KindTest):
         # Taken away by mistake, and brought back.
         self.desk.key("Delete")
         wait_for(lambda: len(self.settings()["bookmarks"]) == count, "the link to go")
+        self.close()
+        self.open()
         self.desk.key("ctrl+z")
         wait_for(lambda: len(self.settings()["bookmarks"]) == count + 1, "the link to come back")
 

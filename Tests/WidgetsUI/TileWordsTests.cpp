@@ -11,8 +11,6 @@
 #include "TavrinWidgetsUI/Clipboard/ClipboardViews.h"
 #include "TavrinWidgetsUI/Colour/ColourViews.h"
 #include "TavrinWidgetsUI/GitHub/GitHubViews.h"
-#include "TavrinWidgetsUI/Kit/Views/LayerCache.h"
-#include "TavrinWidgetsUI/Kit/Views/TextEngine.h"
 #include "TavrinWidgetsUI/Note/NoteViews.h"
 #include "TavrinWidgetsUI/Runs/PomodoroViews.h"
 #include "TavrinWidgetsUI/Runs/StopwatchViews.h"
@@ -26,9 +24,8 @@
 #include "TavrinWidgetsUI/System/TimeProgressViews.h"
 #include "TavrinWidgetsUI/Water/WaterViews.h"
 #include "TavrinWidgetsUI/Weather/WeatherViews.h"
+#include "Tests/Support/DrawnLines.h"
 
-#include <QImage>
-#include <QPainter>
 #include <functional>
 #include <gtest/gtest.h>
 
@@ -43,28 +40,11 @@ const Calendar& berlin() {
   return calendar;
 }
 
-using Lines = std::vector<TextEngine::DrawnLine>;
-
-Lines linesOf(const AnyView& view, const TileSize& size) {
-  constexpr double scale = 2;
-  QImage image(int(size.width() * scale), int(size.height() * scale),
-               QImage::Format_ARGB32_Premultiplied);
-  image.fill(Qt::transparent);
-  QPainter painter(&image);
-  painter.scale(scale, scale);
-  TextEngine engine;
-  LayerCache layers;
-  Lines lines;
-  engine.drawnLines = &lines;
-  ViewContext context(painter, scale, engine, layers);
-  layers.beginPainting();
-  view.paint(context, {0, 0, size.width(), size.height()});
-  layers.endPainting();
-  return lines;
-}
+using test::DrawnLines;
+using test::linesOf;
 
 /// All of it in one line, a word broken by a hyphen as one.
-QString textOf(const Lines& lines) {
+QString textOf(const DrawnLines& lines) {
   QString all;
   for (const auto& line : lines)
     all += line.string.endsWith(u'-') ? line.string.chopped(1) : line.string + u' ';
@@ -313,7 +293,7 @@ TEST(TileWords, StandWholeOnEveryTileFromTheDefaultSizeUp) {
     for (const Tile& each : tiles)
       for (const double side : {48.0, 56.0, 64.0, 96.0, 128.0}) {
         const TileSize size{side, each.span};
-        const Lines lines = linesOf(each.view(size), size);
+        const DrawnLines lines = linesOf(each.view(size), size);
         const QString shown = textOf(lines);
         for (const QString& word : each.words.split(u' '))
           EXPECT_TRUE(shown.contains(word))

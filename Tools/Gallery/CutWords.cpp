@@ -1,17 +1,11 @@
 #include "Tools/Gallery/CutWords.h"
 
-#include "TavrinWidgetsUI/Kit/Views/LayerCache.h"
-#include "TavrinWidgetsUI/Kit/Views/TextEngine.h"
-#include "TavrinWidgetsUI/Kit/Views/ViewContext.h"
-#include "TavrinWidgetsUI/Kit/Views/ViewWidget.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
+#include "Tools/Gallery/ShownTexts.h"
 
 #include <QFontMetricsF>
 #include <QLabel>
-#include <QPaintEngine>
-#include <QPainter>
 #include <QSpinBox>
-#include <cmath>
 
 namespace tavrin {
 
@@ -63,92 +57,14 @@ bool isCut(const QString& line) {
   return !line.mid(at).contains(u']');
 }
 
-struct PaintedLine {
-  QString words;
-  double baseline = 0;
-  double left = 0;
-  double width = 0;
-  /// How wide the place is on which it may be painted.
-  double room = 0;
-};
-
-/// Takes down the words that are painted on it and paints nothing.
-class WordRecorder : public QPaintDevice, public QPaintEngine {
-public:
-  explicit WordRecorder(QSize size) : QPaintEngine(AllFeatures), size_(size) {}
-
-  std::vector<PaintedLine> lines;
-
-  QPaintEngine* paintEngine() const override { return const_cast<WordRecorder*>(this); }
-  bool begin(QPaintDevice*) override { return true; }
-  bool end() override { return true; }
-  void updateState(const QPaintEngineState&) override {}
-  void drawPixmap(const QRectF&, const QPixmap&, const QRectF&) override {}
-  void drawImage(const QRectF&, const QImage&, const QRectF&, Qt::ImageConversionFlags) override {}
-  void drawPath(const QPainterPath&) override {}
-  void drawPolygon(const QPointF*, int, PolygonDrawMode) override {}
-  Type type() const override { return User; }
-
-  void drawTextItem(const QPointF& at, const QTextItem& item) override {
-    QRect room(QPoint(0, 0), size_);
-    if (!systemClip().isEmpty())
-      room &= systemClip().boundingRect();
-    const QPointF place = painter()->combinedTransform().map(at);
-    PaintedLine* last = lines.empty() ? nullptr : &lines.back();
-    // The pieces of a line that are in different fonts.
-    if (last && last->baseline == place.y() && std::abs(last->left + last->width - place.x()) < 2) {
-      last->words += item.text();
-      last->width += item.width();
-      return;
-    }
-    lines.push_back({item.text(), place.y(), place.x(), item.width(), double(room.width())});
-  }
-
-protected:
-  int metric(PaintDeviceMetric metric) const override {
-    switch (metric) {
-    case PdmWidth:
-      return size_.width();
-    case PdmHeight:
-      return size_.height();
-    case PdmDepth:
-      return 32;
-    case PdmDpiX:
-    case PdmDpiY:
-    case PdmPhysicalDpiX:
-    case PdmPhysicalDpiY:
-      return 96;
-    case PdmDevicePixelRatio:
-      return 1;
-    case PdmDevicePixelRatioScaled:
-      return int(devicePixelRatioFScale());
-    default:
-      return 0;
-    }
-  }
-
-private:
-  QSize size_;
-};
-
-QStringList cutLines(const AnyView& view, const QSizeF& size) {
-  QImage image(size.toSize() * 2, QImage::Format_ARGB32_Premultiplied);
-  if (view.isEmpty() || image.isNull())
-    return {};
-  QPainter painter(&image);
-  painter.scale(2, 2);
-  TextEngine engine;
-  LayerCache layers;
-  std::vector<TextEngine::DrawnLine> lines;
-  engine.drawnLines = &lines;
-  ViewContext context(painter, 2, engine, layers);
-  layers.beginPainting();
-  view.paint(context, QRectF(QPointF(), size));
-  layers.endPainting();
+/// What is cut of the texts as they were painted.
+QStringList cutOf(const std::vector<ShownText>& texts) {
   QStringList cut;
-  for (const auto& line : lines)
-    if (isCut(line.string))
-      cut << line.string;
+  for (const ShownText& text : texts)
+    if (isCut(text.words))
+      cut << text.words;
+    else if (text.isClipped)
+      cut << text.words + QStringLiteral(" (past its edge)");
   return cut;
 }
 
@@ -175,25 +91,13 @@ void addCutSteppers(const PanelView& panel, QStringList& cut) {
 } // namespace
 
 QStringList cutWords(const AnyView& tile, const TileSize& size) {
-  return cutLines(tile, {size.width(), size.height()});
+  return cutOf(shownTexts(tile, size));
 }
 
 QStringList cutWords(PanelView& panel) {
-  WordRecorder recorder(panel.size());
-  panel.render(&recorder);
-  QStringList cut;
-  for (const PaintedLine& line : recorder.lines) {
-    if (isCut(line.words))
-      cut << line.words;
-    else if (isPseudo(line.words) && line.width > line.room + 2)
-      cut << line.words + QStringLiteral(" (wider than its place)");
-  }
+  QStringList cut = cutOf(shownTexts(panel));
   addCutLabels(panel, cut);
   addCutSteppers(panel, cut);
-  for (const QWidget* child : panel.findChildren<QWidget*>())
-    if (const auto* view = dynamic_cast<const ViewWidget*>(child);
-        view && view->isVisibleTo(&panel))
-      cut += cutLines(view->view(), view->size());
   return cut;
 }
 

@@ -1,5 +1,6 @@
 #include "Tools/Gallery/Gallery.h"
 
+#include <QCoreApplication>
 #include <algorithm>
 #include <string_view>
 
@@ -37,6 +38,19 @@ std::vector<NamedSheet> gallerySheets() {
 
 std::vector<NamedPanels> galleryPanels() {
   return sorted(listedPanels());
+}
+
+std::unique_ptr<PanelView> laidOut(const GalleryPanel& made, const PanelAppearance& look) {
+  std::unique_ptr<PanelView> panel(made.make(look));
+  panel->setAttribute(Qt::WA_DontShowOnScreen);
+  panel->show();
+  panel->refresh();
+  // What a panel does once it is shown may ask for another layout.
+  QCoreApplication::processEvents();
+  QCoreApplication::processEvents();
+  panel->resize(panel->fittingSize());
+  QCoreApplication::processEvents();
+  return panel;
 }
 
 } // namespace tavrin

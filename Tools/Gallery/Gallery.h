@@ -4,6 +4,7 @@
 #include "TavrinWidgetsUI/Kit/Views/TileLayout.h"
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -45,5 +46,8 @@ public:
 /// All that are listed, by their names.
 std::vector<NamedSheet> gallerySheets();
 std::vector<NamedPanels> galleryPanels();
+
+/// The panel, as large as its content wants it.
+std::unique_ptr<PanelView> laidOut(const GalleryPanel& made, const PanelAppearance& look);
 
 } // namespace tavrin

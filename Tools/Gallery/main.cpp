@@ -1,4 +1,4 @@
-#include "Tools/Gallery/CutWords.h"
+#include "Tools/Gallery/Checks.h"
 #include "Tools/Gallery/Gallery.h"
 
 #include "TavrinPlatform/Files/TextsFile.h"
@@ -64,20 +64,6 @@ QImage contactSheet(const GallerySheet& tiles, double side, double scale) {
   return renderer.image().copy();
 }
 
-/// As large as its content wants it.
-std::unique_ptr<PanelView> laidOut(const GalleryPanel& made, bool dark) {
-  std::unique_ptr<PanelView> panel(made.make({dark, false, made.tint}));
-  panel->setAttribute(Qt::WA_DontShowOnScreen);
-  panel->show();
-  panel->refresh();
-  // What a panel does once it is shown may ask for another layout.
-  QCoreApplication::processEvents();
-  QCoreApplication::processEvents();
-  panel->resize(panel->fittingSize());
-  QCoreApplication::processEvents();
-  return panel;
-}
-
 /// All panels of a sheet side by side, in rows, at 2 pixels a point.
 QImage panelSheet(const GalleryPanels& panels, bool dark) {
   constexpr int rowWidth = 1280;
@@ -86,7 +72,7 @@ QImage panelSheet(const GalleryPanels& panels, bool dark) {
   QPoint next(16, 16);
   int rowHeight = 0;
   for (const GalleryPanel& made : panels) {
-    const std::unique_ptr<PanelView> panel = laidOut(made, dark);
+    const std::unique_ptr<PanelView> panel = laidOut(made, {dark, false, made.tint});
     QPixmap picture(panel->size() * scale);
     picture.setDevicePixelRatio(scale);
     picture.fill(panel->colours().ground);
@@ -108,55 +94,6 @@ QImage panelSheet(const GalleryPanels& panels, bool dark) {
   return sheet;
 }
 
-struct KnownCut {
-  std::string_view sheet;
-  std::string_view name;
-  std::string_view where;
-};
-
-/// On the smallest tiles the words of a state stand in as many lines of the smallest type that can
-/// be read (6.5 points) as there is room for; still smaller type, or fewer words than "Does not
-/// answer", would say less than what is cut. German and Arabic stand whole there; the tile's
-/// tooltip, its accessible name and the panel say all of it in every language.
-constexpr KnownCut knownCuts[] = {
-    {"usage", "reading", "64 points"},  {"github", "nothing", "48 points"},
-    {"weather", "partly", "48 points"}, {"weather", "thunder", "48 points"},
-    {"music", "silent", "48 points"},   {"airdrop", "idle", "48 points"},
-};
-
-int tellCut(const char* sheet, const std::string& name, const std::string& where,
-            const QStringList& words) {
-  const auto isHere = [&](const KnownCut& known) {
-    return known.sheet == sheet && known.name == name && known.where == where;
-  };
-  if (std::ranges::any_of(knownCuts, isHere))
-    return 0;
-  for (const QString& each : words)
-    std::printf("%s, %s, %s: %s\n", sheet, name.c_str(), where.c_str(), qUtf8Printable(each));
-  return int(words.size());
-}
-
-/// Every tile at the sizes that docks have and every panel; the number of texts that are cut.
-int tellAllCut() {
-  int count = 0;
-  int looked = 0;
-  for (const NamedSheet& sheet : gallerySheets())
-    for (const GalleryTile& tile : sheet.tiles())
-      for (const double side : {48.0, 64.0, 96.0, 128.0}) {
-        const TileSize size{side, tile.span};
-        count += tellCut(sheet.name, tile.name, fmt::format("{} points", side),
-                         cutWords(tile.view(size), size));
-        ++looked;
-      }
-  for (const NamedPanels& each : galleryPanels())
-    for (const GalleryPanel& made : each.panels()) {
-      count += tellCut(each.name, made.name, "panel", cutWords(*laidOut(made, false)));
-      ++looked;
-    }
-  std::printf("%d pictures, %d texts cut\n", looked, count);
-  return count;
-}
-
 GallerySheet symbolSheet() {
   GallerySheet tiles;
   for (const std::string_view name : symbolNames())
@@ -173,7 +110,8 @@ GallerySheet symbolSheet() {
 } // namespace tavrin
 
 /// tavrin-gallery FOLDER [SHEET...]
-/// tavrin-gallery --cut    tells what is cut of the pseudo-language's texts
+/// tavrin-gallery --cut         tells which texts do not stand whole
+/// tavrin-gallery --contrast    tells which texts have less than 4.5 on what they stand on
 int main(int argc, char** argv) {
   using namespace tavrin;
   QApplication application(argc, argv);
@@ -182,17 +120,13 @@ int main(int argc, char** argv) {
   setTextLocale();
   const QStringList arguments = application.arguments();
   if (arguments.size() < 2) {
-    std::fprintf(stderr, "usage: tavrin-gallery FOLDER [SHEET...] | --cut\n");
+    std::fprintf(stderr, "usage: tavrin-gallery FOLDER [SHEET...] | --cut | --contrast\n");
     return 2;
   }
-  if (arguments[1] == QStringLiteral("--cut")) {
-    if (!worded("Open").startsWith(u'[')) {
-      std::fprintf(stderr,
-                   "This is to be asked in the pseudo-language: TAVRIN_LANGUAGE=en@pseudo\n");
-      return 2;
-    }
+  if (arguments[1] == QStringLiteral("--cut"))
     return tellAllCut() > 0 ? 1 : 0;
-  }
+  if (arguments[1] == QStringLiteral("--contrast"))
+    return tellContrast() > 0 ? 1 : 0;
   const QDir folder(arguments[1]);
   if (!folder.mkpath(QStringLiteral("."))) {
     std::fprintf(stderr, "Failed to make %s\n", qPrintable(folder.path()));

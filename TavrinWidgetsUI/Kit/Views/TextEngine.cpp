@@ -215,8 +215,6 @@ double TextEngine::capHeight(FontWeight weight, double pointSize) {
 
 void TextEngine::draw(QPainter& painter, const QString& string, FontWeight weight, double pointSize,
                       QPointF origin, Digits digits) {
-  if (drawnLines != nullptr)
-    drawnLines->push_back({string, pointSize});
   Shaped& text = shaped(string, weight, digits);
   if (text.runSize != pointSize) {
     text.runs.clear();
@@ -232,8 +230,31 @@ void TextEngine::draw(QPainter& painter, const QString& string, FontWeight weigh
     }
     text.runSize = pointSize;
   }
+  if (drawnLines != nullptr)
+    note(painter, text, pointSize, origin);
+  if (!drawsText)
+    return;
   for (const QGlyphRun& run : text.runs)
     painter.drawGlyphRun(origin, run);
+}
+
+void TextEngine::note(const QPainter& painter, const Shaped& text, double pointSize,
+                      QPointF origin) {
+  QPainterPath ink;
+  for (const QGlyphRun& run : text.runs)
+    for (qsizetype i = 0; i < run.glyphIndexes().size(); ++i) {
+      const quint32 glyph = run.glyphIndexes()[i];
+      QPainterPath path = run.rawFont().pathForGlyph(glyph);
+      // Glyphs that are pictures have no outline.
+      if (path.isEmpty())
+        path.addRect(run.rawFont().boundingRect(glyph));
+      ink.addPath(path.translated(origin + run.positions()[i]));
+    }
+  const QTransform device = painter.combinedTransform();
+  QColor colour = painter.pen().color();
+  colour.setAlphaF(colour.alphaF() * float(painter.opacity()));
+  drawnLines->push_back({text.string, pointSize, colour, device.map(ink),
+                         painter.hasClipping() ? device.map(painter.clipPath()) : QPainterPath()});
 }
 
 QString TextEngine::elided(const QString& string, FontWeight weight, double pointSize,

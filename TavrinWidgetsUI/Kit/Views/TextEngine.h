@@ -3,6 +3,7 @@
 #include "TavrinWidgetsUI/Kit/Views/Text.h"
 
 #include <QGlyphRun>
+#include <QPainterPath>
 #include <QRawFont>
 #include <array>
 #include <list>
@@ -39,13 +40,20 @@ public:
   void draw(QPainter& painter, const QString& string, FontWeight weight, double pointSize,
             QPointF origin, Digits digits = Digits::tabular);
 
-  /// A line as it was drawn; points.
+  /// A line as it was drawn.
   struct DrawnLine {
     QString string;
     double pointSize = 0;
+    QColor colour;
+    /// Its glyphs, in the device's pixels.
+    QPainterPath ink;
+    /// What of the device they may be painted on; empty for all of it.
+    QPainterPath clip;
   };
   /// Notes what is drawn, null for nowhere: for whoever checks what stands on a picture.
   std::vector<DrawnLine>* drawnLines = nullptr;
+  /// Without it lines are noted only: a picture of what they stand on.
+  bool drawsText = true;
 
 private:
   /// Glyphs at the reference size.
@@ -91,6 +99,7 @@ private:
     }
   };
 
+  void note(const QPainter& painter, const Shaped& text, double pointSize, QPointF origin);
   const Face& face(FontWeight weight);
   Shaped& shaped(const QString& string, FontWeight weight, Digits digits);
   void shapeTabular(Shaped& shaped, const Face& face);

@@ -71,9 +71,9 @@ ClockReading::OtherZone ClockReader::otherZone(Date date) const {
                                : there > here                ? marked("Tomorrow")
                                                              : marked("Yesterday"));
   if (minutes == 0)
-    return {cityOf(zoned_.timeZoneID()), translated("Today, same time")};
+    return {localCityOf(zoned_.timeZoneID()), translated("Today, same time")};
   const auto difference = hoursAndMinutes(std::abs(minutes));
-  return {cityOf(zoned_.timeZoneID()),
+  return {localCityOf(zoned_.timeZoneID()),
           minutes > 0 ? translated("{day}, {time} ahead", {{"day", day}, {"time", difference}})
                       : translated("{day}, {time} behind", {{"day", day}, {"time", difference}})};
 }

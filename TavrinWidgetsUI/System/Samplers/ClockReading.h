@@ -32,7 +32,7 @@ struct ClockReading {
   bool isDaytime = true;
   /// Only where the zone is not the system's.
   struct OtherZone {
-    /// "Buenos Aires" of America/Argentina/Buenos_Aires.
+    /// "Buenos Aires" of America/Argentina/Buenos_Aires, in the user's language.
     std::string city;
     /// Such as "Tomorrow, 7 h ahead", "Today, 30 min behind", "Today, same time".
     std::string difference;

@@ -2,6 +2,7 @@
 #include "TavrinCore/Text/ForeignText.h"
 #include "TavrinCore/Text/TextCatalogue.h"
 #include "TavrinCore/Text/Texts.h"
+#include "Tests/Support/InLanguage.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>
@@ -11,29 +12,8 @@
 namespace tavrin {
 namespace {
 
-using Lines = std::vector<std::pair<std::string, std::string>>;
-
-/// A catalogue's bytes as msgfmt writes them, without a hash table.
-std::string compiled(Lines lines, bool isSwapped = false) {
-  std::ranges::sort(lines);
-  const auto number = [&](std::size_t value) {
-    std::string bytes;
-    for (int i = 0; i < 4; ++i)
-      bytes += static_cast<char>(value >> (isSwapped ? 24 - 8 * i : 8 * i) & 0xff);
-    return bytes;
-  };
-  const std::size_t count = lines.size();
-  std::string tables[2], texts;
-  const std::size_t begin = 28 + 16 * count;
-  for (int i = 0; i < 2; ++i)
-    for (const auto& [original, translation] : lines) {
-      const auto& text = i == 0 ? original : translation;
-      tables[i] += number(text.size()) + number(begin + texts.size());
-      texts += text + '\0';
-    }
-  return number(0x950412de) + number(0) + number(count) + number(28) + number(28 + 8 * count) +
-         number(0) + number(begin) + tables[0] + tables[1] + texts;
-}
+using Lines = test::CatalogueLines;
+using test::InLanguage;
 
 const Lines german = {
     {"", "Content-Type: text/plain; charset=UTF-8\nPlural-Forms: nplurals=2; plural=n != 1;\n"},
@@ -46,22 +26,6 @@ const Lines german = {
     {"state\x04Open", "Offen"},
     {std::string("{count} file\0{count} files", 25),
      std::string("Eine Datei\0{count} Dateien", 26)}};
-
-/// The texts of a catalogue for one test.
-class InLanguage {
-public:
-  InLanguage(const Lines& lines, std::string_view language, bool isSwapped = false)
-      : bytes_(compiled(lines, isSwapped)), catalogue_(TextCatalogue::of(bytes_)) {
-    useTexts(catalogue_ ? &*catalogue_ : nullptr, language);
-  }
-  ~InLanguage() { useTexts(nullptr, {}); }
-  InLanguage(const InLanguage&) = delete;
-  InLanguage& operator=(const InLanguage&) = delete;
-
-private:
-  std::string bytes_;
-  std::optional<TextCatalogue> catalogue_;
-};
 
 TEST(Texts, AreEnglishWithoutACatalogue) {
   EXPECT_EQ(translated("Play"), "Play");
@@ -144,7 +108,7 @@ TEST(Texts, NamesAreIsolatedWhereTheLanguageRunsTheOtherWay) {
 }
 
 TEST(Texts, BrokenCataloguesAreNone) {
-  const auto whole = compiled(german);
+  const auto whole = test::compiled(german);
   ASSERT_TRUE(TextCatalogue::of(whole));
   EXPECT_FALSE(TextCatalogue::of(""));
   EXPECT_FALSE(TextCatalogue::of("\xde\x12\x04\x95"));

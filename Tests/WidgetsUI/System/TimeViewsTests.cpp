@@ -7,6 +7,8 @@
 #include "TavrinWidgetsUI/System/TimeProgressViews.h"
 #include "Tests/Kit/Pixels.h"
 #include "Tests/Kit/Spoken.h"
+#include "Tests/Support/DrawnLines.h"
+#include "Tests/Support/InLanguage.h"
 
 #include <cmath>
 #include <gtest/gtest.h>
@@ -73,6 +75,12 @@ TEST(ClockReading, TellsWhereAnotherZoneIs) {
   }
 }
 
+TEST(ClockReading, NamesTheCityInTheUsersLanguage) {
+  const InLanguage german({{"Play", "Abspielen"}}, "de");
+  EXPECT_EQ(reading("Africa/Cairo").otherZone->city, "Kairo");
+  EXPECT_EQ(reading("Asia/Tokyo").otherZone->city, "Tokio");
+}
+
 TEST(ClockReading, AnUnknownZoneIsTheSystems) {
   const auto unknown = reading("Nowhere/Invalid");
   EXPECT_EQ(unknown.time, reading({}).time);
@@ -88,6 +96,26 @@ TEST(CountdownForms, SayDaysAndHoursOrAClock) {
   EXPECT_EQ(countdownForms(86'399), Forms{"23:59:59"});
   EXPECT_EQ(countdownForms(59), Forms{"0:59"});
   EXPECT_EQ(countdownForms(0), Forms{"0:00"});
+}
+
+TEST(CountdownTiles, ShrinkTheirLastFormIntoTheTile) {
+  const InLanguage wordy({{"{years}y", "{years} Jahre und Tage"}}, "de");
+  const CountdownSettings settings{afternoon + 3652 * 86'400.0, false};
+  for (const double side : {48.0, 64.0, 128.0})
+    for (const int span : {1, 2, 3}) {
+      const TileSize size{side, span};
+      const auto lines = linesOf(span > 1 ? countdownWideTile("Launch", settings, afternoon, size)
+                                          : countdownTileIcon("Launch", settings, afternoon, size),
+                                 size);
+      ASSERT_FALSE(lines.empty());
+      for (const auto& line : lines) {
+        const QRectF body = size.bodyRect();
+        const QRectF ink = line.ink.boundingRect();
+        EXPECT_GE(ink.left() / drawnScale, body.left()) << line.string.toStdString() << side;
+        EXPECT_LE(ink.right() / drawnScale, body.right()) << line.string.toStdString() << side;
+        EXPECT_GE(line.pointSize, minimumCaptionSize - 0.01);
+      }
+    }
 }
 
 TEST(TimeProgressReading, SaysWhatIsLeft) {
