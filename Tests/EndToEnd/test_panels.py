@@ -77,6 +77,8 @@ class OnManager:
         nodes = self.boxes.panel(self.process.pid)
         if len(nodes) < 2:
             return "there is no panel"
+        if nodes[0]["extents"] is None or nodes[1]["extents"] is None:
+            return "the content went while it was looked at"
         left, top, width, bottom = frame[0], frame[1], frame[2], frame[1] + frame[3]
         if nodes[0]["extents"] != frame:
             return f"the toolkit has {nodes[0]['extents']}, the server {frame}"

@@ -91,11 +91,11 @@ void addCutSteppers(const PanelView& panel, QStringList& cut) {
 } // namespace
 
 QStringList cutWords(const AnyView& tile, const TileSize& size) {
-  return cutOf(shownTexts(tile, size));
+  return cutOf(shownTexts(tile, size, Wanted::edges));
 }
 
 QStringList cutWords(PanelView& panel) {
-  QStringList cut = cutOf(shownTexts(panel));
+  QStringList cut = cutOf(shownTexts(panel, Wanted::edges));
   addCutLabels(panel, cut);
   addCutSteppers(panel, cut);
   return cut;

@@ -22,6 +22,8 @@ namespace {
 constexpr double scale = 2;
 /// Points by which letters may lean over an edge: what rounding to whole pixels does.
 constexpr double slack = 0.6;
+/// The same of letters that the toolkit measures, in whole points.
+constexpr double measuredSlack = 1.6;
 
 using Lines = std::vector<TextEngine::DrawnLine>;
 
@@ -49,15 +51,38 @@ QImage painted(const AnyView& view, const QSizeF& size, const QColor& ground, bo
   return image;
 }
 
+/// The dots of `path`, in pixels.
+QImage dotsOf(const QPainterPath& path, const QSize& size) {
+  QImage dots(size, QImage::Format_Grayscale8);
+  dots.fill(0);
+  QPainter painter(&dots);
+  painter.fillPath(path, Qt::white);
+  return dots;
+}
+
+/// Calls `visit` with each dot of `ink`.
+template <class Visit> void forEachDot(const QPainterPath& ink, const QSize& size, Visit visit) {
+  const QRect box = ink.boundingRect().toAlignedRect();
+  const QImage dots = dotsOf(ink.translated(-box.topLeft()), box.size());
+  for (int y = 0; y < dots.height(); ++y)
+    for (int x = 0; x < dots.width(); ++x)
+      if (dots.constScanLine(y)[x] != 0)
+        visit(QPoint(x, y) + box.topLeft(), QRect(QPoint(), size));
+}
+
 /// Of `ink` on the picture of what it stands on; the tenth of its dots that can be read least well
 /// is left out, as a stroke's edge may cross a line.
 double contrastOn(const QImage& ground, const QPainterPath& ink, const QColor& colour) {
   std::vector<double> found;
-  const QRect box = ink.boundingRect().toAlignedRect() & ground.rect();
-  for (int y = box.top(); y <= box.bottom(); ++y)
-    for (int x = box.left(); x <= box.right(); ++x)
-      if (ink.contains(QPointF(x + 0.5, y + 0.5)))
-        found.push_back(contrast(colour, ground.pixelColor(x, y)));
+  std::map<QRgb, double> known;
+  forEachDot(ink, ground.size(), [&](const QPoint& dot, const QRect& all) {
+    if (!all.contains(dot))
+      return;
+    const auto [entry, isNew] = known.try_emplace(ground.pixel(dot), 0);
+    if (isNew)
+      entry->second = contrast(colour, QColor(entry->first));
+    found.push_back(entry->second);
+  });
   if (found.empty())
     return 21;
   const auto tenth = found.begin() + std::ptrdiff_t(found.size() / 10);
@@ -66,11 +91,12 @@ double contrastOn(const QImage& ground, const QPainterPath& ink, const QColor& c
 }
 
 /// Whether a part of `ink` is outside of `frame`. Both in pixels.
-bool leaves(const QPainterPath& ink, const QPainterPath& frame) {
-  for (int i = 0; i < ink.elementCount(); ++i)
-    if (!frame.contains(QPointF(ink.elementAt(i))))
-      return true;
-  return false;
+bool leaves(const QPainterPath& ink, const QImage& frame) {
+  bool isOut = false;
+  forEachDot(ink, frame.size(), [&](const QPoint& dot, const QRect& all) {
+    isOut = isOut || !all.contains(dot) || frame.constScanLine(dot.y())[dot.x()] == 0;
+  });
+  return isOut;
 }
 
 QPainterPath grown(const QRectF& rect) {
@@ -81,16 +107,21 @@ QPainterPath grown(const QRectF& rect) {
 
 /// `frame` in points, the slack allowed for.
 std::vector<ShownText> textsOf(const AnyView& view, const QSizeF& size, const QPainterPath& frame,
-                               const QColor& ground) {
+                               const QColor& ground, Wanted wanted) {
   Lines lines;
   std::vector<ViewButton> buttons;
   const QImage bare = painted(view, size, ground, false, lines, buttons);
   const QTransform pixels = QTransform::fromScale(scale, scale);
-  const QPainterPath room = pixels.map(frame);
+  const QImage room = dotsOf(pixels.map(frame), bare.size());
   std::vector<ShownText> texts;
   for (const auto& line : lines) {
     if (line.string.trimmed().isEmpty())
       continue;
+    const QRectF ink = pixels.inverted().mapRect(line.ink.boundingRect());
+    if (wanted == Wanted::contrast) {
+      texts.push_back({line.string, ink, false, contrastOn(bare, line.ink, line.colour), false});
+      continue;
+    }
     bool isClipped = leaves(line.ink, room);
     if (!line.clip.isEmpty()) {
       const QRectF middle = line.clip.boundingRect();
@@ -99,15 +130,14 @@ std::vector<ShownText> textsOf(const AnyView& view, const QSizeF& size, const QP
                                    .scale(1 + 2 * slack * scale / middle.width(),
                                           1 + 2 * slack * scale / middle.height())
                                    .translate(-middle.center().x(), -middle.center().y());
-      isClipped = isClipped || leaves(line.ink, wider.map(line.clip));
+      isClipped = isClipped || leaves(line.ink, dotsOf(wider.map(line.clip), bare.size()));
     }
-    const QRectF ink = pixels.inverted().mapRect(line.ink.boundingRect());
     for (const ViewButton& button : buttons) {
       const QRectF shared = button.rect & ink;
       isClipped = isClipped || (shared.width() > slack && shared.height() > slack &&
                                 !button.rect.adjusted(-1, -1, 1, 1).contains(ink));
     }
-    texts.push_back({line.string, ink, isClipped, contrastOn(bare, line.ink, line.colour), false});
+    texts.push_back({line.string, ink, isClipped});
   }
   return texts;
 }
@@ -143,7 +173,7 @@ public:
   void drawTextItem(const QPointF& at, const QTextItem& item) override {
     if (item.text().isEmpty())
       return;
-    const QTransform device = painter()->combinedTransform();
+    const QTransform device = painter()->deviceTransform();
     QRectF room(QPoint(0, 0), size_);
     if (!systemClip().isEmpty())
       room &= systemClip().boundingRect();
@@ -227,7 +257,8 @@ std::vector<Moving> movingIn(const PanelView& panel) {
 }
 
 bool isClipped(const WordRecorder::Line& line, const std::vector<Moving>& moving) {
-  const QRectF room = line.room.adjusted(-slack, -slack, slack, slack);
+  const QRectF room =
+      line.room.adjusted(-measuredSlack, -measuredSlack, measuredSlack, measuredSlack);
   const bool isSideways = line.ink.left() < room.left() || line.ink.right() > room.right();
   const bool isUpright = line.ink.top() < room.top() || line.ink.bottom() > room.bottom();
   const auto mayMove = [&](bool sideways) {
@@ -245,13 +276,13 @@ bool isDisabledAt(const PanelView& panel, const QPointF& point) {
 
 } // namespace
 
-std::vector<ShownText> shownTexts(const AnyView& tile, const TileSize& size) {
+std::vector<ShownText> shownTexts(const AnyView& tile, const TileSize& size, Wanted wanted) {
   QPainterPath body;
   body.addPolygon(BodyOutline(size.bodyRect(), size.bodyRadius()).polygon(-slack));
-  return textsOf(tile, {size.width(), size.height()}, body, palette::black);
+  return textsOf(tile, {size.width(), size.height()}, body, palette::black, wanted);
 }
 
-std::vector<ShownText> shownTexts(PanelView& panel) {
+std::vector<ShownText> shownTexts(PanelView& panel, Wanted wanted) {
   WordRecorder recorder(panel.size());
   panel.render(&recorder);
   QImage picture(panel.size(), QImage::Format_RGB32);
@@ -262,9 +293,11 @@ std::vector<ShownText> shownTexts(PanelView& panel) {
     const QRectF seen = line.ink & line.room;
     if (line.words.trimmed().isEmpty() || seen.isEmpty())
       continue;
-    texts.push_back({line.words, line.ink, isClipped(line, moving),
-                     contrast(line.colour, groundOf(picture, seen)),
-                     isDisabledAt(panel, seen.center())});
+    if (wanted == Wanted::contrast)
+      texts.push_back({line.words, line.ink, false, contrast(line.colour, groundOf(picture, seen)),
+                       isDisabledAt(panel, seen.center())});
+    else
+      texts.push_back({line.words, line.ink, isClipped(line, moving)});
   }
   for (const QWidget* child : panel.findChildren<QWidget*>()) {
     const auto* view = dynamic_cast<const ViewWidget*>(child);
@@ -273,8 +306,8 @@ std::vector<ShownText> shownTexts(PanelView& panel) {
     const QRectF place = placeOf(*view, panel);
     const QColor ground = picture.pixelColor(
         place.topLeft().toPoint().x() >= 0 ? place.topLeft().toPoint() : QPoint(0, 0));
-    for (ShownText text :
-         textsOf(view->view(), view->size(), grown(QRectF(QPointF(), view->size())), ground)) {
+    for (ShownText text : textsOf(view->view(), view->size(),
+                                  grown(QRectF(QPointF(), view->size())), ground, wanted)) {
       text.ink.translate(place.topLeft());
       texts.push_back(std::move(text));
     }

@@ -16,14 +16,17 @@ struct ShownText {
   /// of the panel they stand in, a button's edge.
   bool isClipped = false;
   /// Of its colour on what it stands on, 1 to 21: of ten letters' dots the worst one.
-  double contrast = 0;
+  double contrast = 21;
   /// Of a control that cannot be used.
   bool isDisabled = false;
 };
 
+/// What is looked for; the rest of what is told is as in a text that is whole and black on white.
+enum class Wanted { edges, contrast };
+
 /// Of a tile, whose frame is its body's outline.
-std::vector<ShownText> shownTexts(const AnyView& tile, const TileSize& size);
+std::vector<ShownText> shownTexts(const AnyView& tile, const TileSize& size, Wanted wanted);
 /// Of a panel that has been laid out. Words that scroll by may be clipped at the list's edge.
-std::vector<ShownText> shownTexts(PanelView& panel);
+std::vector<ShownText> shownTexts(PanelView& panel, Wanted wanted);
 
 } // namespace tavrin
