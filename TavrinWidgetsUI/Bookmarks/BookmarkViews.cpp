@@ -11,7 +11,7 @@
 namespace tavrin {
 namespace {
 
-constexpr QColor coverTop{0xE5, 0x5B, 0x5B};
+constexpr QColor coverTop{0xCB, 0x3C, 0x46};
 constexpr QColor coverBottom{0xA8, 0x2A, 0x4A};
 /// Behind icons of all colours.
 constexpr QColor shelfTop{0x38, 0x22, 0x2A};

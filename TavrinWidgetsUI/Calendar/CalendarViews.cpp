@@ -332,6 +332,9 @@ AnyView calendarWideTile(const CalendarReading& reading, const TileSize& size) {
   content.value = spoken(reading);
   if (reading.state != CalendarState::items) {
     content.state = tileState(reading.state);
+    // A page that is dimmed cannot be read.
+    if (content.state != TileState::live)
+      content.mark = symbol("calendar").colour(withContrast(calendarTint, ground, 3));
     content.middle = sideways(wideWords(calendarWords(reading.state), ground, size), isTurned);
     return wideTile(content, size);
   }

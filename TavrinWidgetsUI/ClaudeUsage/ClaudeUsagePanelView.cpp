@@ -7,6 +7,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelFigure.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelSegments.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 #include "TavrinWidgetsUI/Kit/Utf8.h"
 #include "TavrinWidgetsUI/Kit/Views/Gauges.h"
@@ -203,6 +204,14 @@ void ClaudeUsagePanelView::refresh() {
   showTotals();
   showDays();
   showLimits();
+  // Higher than a panel may be, its parts would be cut: the projects are what can go.
+  content_->updateGeometry();
+  layout()->invalidate();
+  fittingSize();
+  if (layout()->totalMinimumHeightForWidth(minimumWidth()) > panel::maximumHeight) {
+    projectsTitle_->hide();
+    projects_->hide();
+  }
 }
 
 void ClaudeUsagePanelView::showDays() {

@@ -1,5 +1,6 @@
 #include "TavrinWidgetsUI/Collection/CollectionViews.h"
 
+#include "TavrinWidgetsUI/Kit/Views/GradientGround.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewRenderer.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
@@ -17,9 +18,28 @@ constexpr double goneOpacity = 0.35;
 /// The most room between two icons of a row, in icons.
 constexpr double loosest = 0.5;
 
+/// A letter on a plate, which alone grows faint where the application is gone.
+AnyView monogram(const QString& name, double side, bool isGone) {
+  constexpr int hues = 12;
+  const auto hue = static_cast<int>(qHash(name, 0) % hues) * (360 / hues);
+  const QColor colour = QColor::fromHsl(hue, 110, 120);
+  const double faded = isGone ? 1 - goneOpacity : 0;
+  const GradientGround plate =
+      GradientGround{mix(colour, ground, faded), mix(colour.darker(135), ground, faded)}.legible();
+  const QString letter = name.isEmpty() ? QStringLiteral("?") : name.left(1).toUpper();
+  return zstack({superellipse(side * bodyCornerRatio).gradient(plate.from, plate.to),
+                 text(letter)
+                     .size(side * 0.55)
+                     .weight(FontWeight::semibold)
+                     .colour(isGone ? palette::caption(plate.harder()) : palette::white)
+                     .figure(4)})
+      .frame(side, side);
+}
+
 AnyView appIcon(const CollectionTileApp& app, double side) {
-  const AnyView picture =
-      app.icon.isNull() ? appMonogram(app.name, side) : AnyView(image(app.icon)).frame(side, side);
+  if (app.icon.isNull())
+    return monogram(app.name, side, app.isGone);
+  const AnyView picture = AnyView(image(app.icon)).frame(side, side);
   return app.isGone ? picture.opacity(goneOpacity) : picture;
 }
 
@@ -116,17 +136,7 @@ CollectionCells CollectionCells::of(CollectionLayout layout, int count, const Ti
 }
 
 AnyView appMonogram(const QString& name, double side) {
-  constexpr int hues = 12;
-  const auto hue = static_cast<int>(qHash(name, 0) % hues) * (360 / hues);
-  const QColor top = QColor::fromHsl(hue, 110, 120);
-  const QString letter = name.isEmpty() ? QStringLiteral("?") : name.left(1).toUpper();
-  return zstack({superellipse(side * bodyCornerRatio).gradient(top, top.darker(135)),
-                 text(letter)
-                     .size(side * 0.55)
-                     .weight(FontWeight::semibold)
-                     .colour(palette::white)
-                     .figure(4)})
-      .frame(side, side);
+  return monogram(name, side, false);
 }
 
 QImage appMonogramImage(const QString& name, int points, int scale) {

@@ -11,6 +11,7 @@ namespace tavrin {
 namespace {
 
 constexpr QColor upperGround{0x1C, 0x21, 0x22};
+constexpr QColor lowerTop{0x16, 0x82, 0x6E};
 constexpr QColor lowerGround{0x15, 0x7F, 0x6B};
 constexpr double upperShare = 0.4;
 /// Of a figure on a tile; the panel has the rest.
@@ -89,16 +90,15 @@ AnyView converterTileIcon(const ConverterSettings& settings, const NumberNotatio
                         .weight(FontWeight::medium)
                         .colour(onLower)
                         .align(TextAlignment::centre));
-  const AnyView inner =
-      vstack({above.padding(margin * 1.3, 0)
-                  .fill()
-                  .background(rectangle().fill(upperGround))
-                  .height(body * upperShare),
-              vstack(std::move(below))
-                  .spacing(body * 0.02)
-                  .padding(margin, 0)
-                  .fill()
-                  .background(rectangle().gradient(converterTint.darker(125), lowerGround))});
+  const AnyView inner = vstack({above.padding(margin * 1.3, 0)
+                                    .fill()
+                                    .background(rectangle().fill(upperGround))
+                                    .height(body * upperShare),
+                                vstack(std::move(below))
+                                    .spacing(body * 0.02)
+                                    .padding(margin, 0)
+                                    .fill()
+                                    .background(rectangle().gradient(lowerTop, lowerGround))});
   return tile(upperGround, inner, size)
       .accessibility(worded("Converter"), sentence(conversion, notation));
 }

@@ -2,6 +2,7 @@
 
 #include "TavrinCore/Kinds/Clipboard/ClipboardItem.h"
 #include "TavrinWidgetsUI/Kit/Pieces.h"
+#include "TavrinWidgetsUI/Kit/Views/GradientGround.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QDateTime>
@@ -85,7 +86,9 @@ void paintFolder(QPainter& painter, const QRectF& rect, const SheetKey& key) {
 
 AnyView sheetMark(const FileSheet& sheet, double height) {
   const double width = height * sheetRatio;
-  const QColor colour = fileColour(sheet.kind);
+  // Letters of one of the two inks can be read on it.
+  const QColor colour =
+      GradientGround{fileColour(sheet.kind), fileColour(sheet.kind)}.legible().from;
   const double points = height * 0.21;
   const bool hasRoom = points >= 7.5 && !sheet.ending.isEmpty();
   const AnyView band = rectangle().fill(colour).frame(width, height * 0.3);
@@ -95,7 +98,7 @@ AnyView sheetMark(const FileSheet& sheet, double height) {
         .size(height * 0.5)
         .offset(0, height * 0.06)
         .fill();
-  const QColor ink = contrast(palette::white, colour) >= 3 ? palette::white : palette::ground;
+  const QColor ink = contrast(palette::white, colour) >= 4.5 ? palette::white : palette::black;
   return vstack({symbol(fileSymbol(sheet.kind).toStdString())
                      .colour(withContrast(colour, paper, 3))
                      .size(height * 0.32)

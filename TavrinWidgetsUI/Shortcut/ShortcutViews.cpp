@@ -1,6 +1,7 @@
 #include "TavrinWidgetsUI/Shortcut/ShortcutViews.h"
 
 #include "TavrinWidgetsUI/Kit/Pictures/Symbols.h"
+#include "TavrinWidgetsUI/Kit/Views/GradientGround.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QLocale>
@@ -76,10 +77,10 @@ struct Grounds {
 
 Grounds groundsOf(const ShortcutSettings& settings) {
   const QColor colour = shortcutColour(settings);
-  Grounds grounds{colour, colour.darker(darker), {}, {}};
-  const QColor middle = mix(grounds.top, grounds.end, 0.5);
-  grounds.ink = palette::figure(middle);
-  grounds.track = mix(middle, palette::black, 0.35);
+  const auto legible = GradientGround{colour, colour.darker(darker)}.legible();
+  Grounds grounds{legible.from, legible.to, {}, {}};
+  grounds.ink = palette::figure(legible.harder());
+  grounds.track = mix(mix(grounds.top, grounds.end, 0.5), palette::black, 0.35);
   return grounds;
 }
 
@@ -183,14 +184,14 @@ AnyView shortcutWideTile(const ShortcutTileState& state, const ShortcutSettings&
     content.mark = symbol(shortcutSymbol(settings)).colour(grounds.ink).padding(size.body() * 0.06);
     content.state = tileState(state);
   }
-  const QColor middle = mix(grounds.top, grounds.end, 0.5);
+  const QColor quiet = palette::caption(GradientGround{grounds.top, grounds.end}.harder());
   content.middle = vstack({text(state.title)
                                .size(size.words(0.235))
                                .weight(FontWeight::semibold)
                                .colour(grounds.ink),
                            text(size.span < 4 ? shortWord(state) : word(state))
                                .size(size.words(0.185))
-                               .colour(palette::caption(middle))})
+                               .colour(quiet)})
                        .align(Alignment::leading)
                        .spacing(size.body() * 0.04);
   if (isNarrow)

@@ -13,6 +13,8 @@ struct WaterTank {
   bool isDone = false;
   /// How rough the surface is, 0 (at rest) to 1.
   double swell = 0;
+  /// Words stand on it: its surface is no lighter than they can be read on.
+  bool isUnderWords = false;
   bool operator==(const WaterTank&) const = default;
 };
 

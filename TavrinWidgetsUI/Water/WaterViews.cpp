@@ -18,6 +18,8 @@ constexpr QColor waterTop{0x15, 0x69, 0xC2};
 constexpr QColor waterBottom{0x0A, 0x46, 0x9C};
 constexpr QColor waterBack{0x3B, 0x9E, 0xFF};
 constexpr QColor surface{0x8F, 0xCB, 0xFF};
+/// The surface that words stand on.
+constexpr QColor quietSurface{0x2A, 0x78, 0xC8};
 /// The goal is reached: bright water that dark text is read on.
 constexpr QColor doneTop{0x6F, 0xF0, 0xCF};
 constexpr QColor doneBottom{0x18, 0xA9, 0xC9};
@@ -57,13 +59,14 @@ void drawWater(QPainter& painter, const QRectF& rect, const WaterTank& tank) {
     painter.fillPath(path, brush);
   };
   fill(waterBody(rect, y - still, amplitude * 1.5, phase + M_PI * 0.9),
-       withOpacity(tank.isDone ? doneTop : waterBack, 0.45));
+       withOpacity(tank.isDone ? doneTop : waterBack, tank.isUnderWords ? 0.25 : 0.45));
   const QPainterPath front = waterBody(rect, y, amplitude, phase);
   fill(front, tank.isDone ? downwards(rect, y, doneTop, doneBottom)
                           : downwards(rect, y, waterTop, waterBottom));
   QPainterPath crest = front;
   crest -= front.translated(0, std::max(rect.height() * 0.018, 0.75));
-  fill(crest, withOpacity(tank.isDone ? palette::white : surface, 0.75));
+  const bool isQuiet = tank.isUnderWords && !tank.isDone;
+  fill(crest, isQuiet ? quietSurface : withOpacity(tank.isDone ? palette::white : surface, 0.75));
 }
 
 /// A glass that narrows to its foot, in the middle of `rect`.
@@ -112,16 +115,11 @@ void drawGlass(QPainter& painter, const QRectF& rect, const GlassKey& key) {
   // The rim stays above the water, however much was drunk.
   const double freeboard = glass.rect.height() * 0.09;
   const QRectF room = glass.rect.adjusted(0, freeboard, 0, -glass.wall * 0.5);
-  drawWater(painter, room, {key.tank.level, false, key.tank.swell});
+  drawWater(painter, room, {key.tank.level, false, key.tank.swell, key.tank.isUnderWords});
   painter.restore();
   painter.setPen(QPen(key.outline, glass.wall, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
   painter.setBrush(Qt::NoBrush);
   painter.drawPath(glass.path(glass.wall * 0.5, true));
-}
-
-/// The colour text stands on where the water is at its height.
-QColor groundBehind(const WaterReading& reading) {
-  return reading.isDone() ? doneBottom : groundTop;
 }
 
 /// "3/8" where it fits, else "3": what is to be reached is in the panel.
@@ -130,8 +128,7 @@ AnyView countView(const WaterReading& reading, const TileSize& size, double poin
   const QString count = utf8(reading.count());
   const auto slash = count.indexOf(u'/');
   const Text drunk = text(count.left(slash)).size(points).weight(FontWeight::semibold).colour(ink);
-  const Text goal =
-      text(count.mid(slash)).size(points).weight(FontWeight::medium).colour(withOpacity(ink, 0.78));
+  const Text goal = text(count.mid(slash)).size(points).weight(FontWeight::medium).colour(ink);
   const auto both = [&](double least) -> AnyView {
     return hstack({drunk.size(least).figure(least), goal.size(least).figure(least)}).unmirrored();
   };
@@ -165,8 +162,13 @@ AnyView tileWords(const WaterReading& reading, const TileSize& size, const QColo
   return vstack(std::move(parts)).spacing(size.body() * 0.02);
 }
 
+WaterTank underWords(const WaterReading& reading, WaterTank tank) {
+  tank.isUnderWords = reading.settings.showsCountOnTile;
+  return tank;
+}
+
 AnyView waterTankTile(const WaterReading& reading, const WaterTank& tank, const TileSize& size) {
-  const QColor ink = reading.isDone() ? doneInk : palette::figure(groundBehind(reading));
+  const QColor ink = reading.isDone() ? doneInk : palette::white;
   std::optional<Symbol> mark;
   if (reading.isDone())
     mark = symbol("checkmark").colour(ink);
@@ -174,7 +176,7 @@ AnyView waterTankTile(const WaterReading& reading, const WaterTank& tank, const 
     // A tank without water would be a black tile.
     mark = symbol("drop.fill").colour(waterBack);
   const AnyView inner = zstack(
-      {rectangle().gradient(groundTop, groundBottom), waterTankView(tank),
+      {rectangle().gradient(groundTop, groundBottom), waterTankView(underWords(reading, tank)),
        tileWords(reading, size, ink, size.figure(), mark).frame({.maxWidth = size.body() * 0.84})});
   return tile(groundBottom, inner, size);
 }
@@ -182,13 +184,13 @@ AnyView waterTankTile(const WaterReading& reading, const WaterTank& tank, const 
 AnyView waterGlassTile(const WaterReading& reading, const WaterTank& tank, const TileSize& size) {
   const QColor outline(0xD6, 0xEA, 0xFF);
   const double height = size.body() * 0.82;
-  const QColor ink = palette::figure(groundBottom);
+  const QColor ink = palette::white;
   const std::optional<Symbol> mark =
       reading.isDone() ? std::optional(symbol("checkmark").colour(ink)) : std::nullopt;
   // As wide as the glass is where the count stands.
   const AnyView words =
       tileWords(reading, size, ink, size.words(0.22), mark).frame({.maxWidth = height * 0.7});
-  const AnyView glass = waterGlassView(tank, outline)
+  const AnyView glass = waterGlassView(underWords(reading, tank), outline)
                             .frame(height * 0.82, height)
                             .overlay(words.offset(0, size.body() * 0.01));
   return tile(groundBottom,

@@ -3,6 +3,7 @@
 #include "TavrinCore/Kinds/Weather/WeatherSettings.h"
 #include "TavrinWidgetsUI/Kit/Pieces.h"
 #include "TavrinWidgetsUI/Kit/Utf8.h"
+#include "TavrinWidgetsUI/Kit/Views/GradientGround.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <algorithm>
@@ -15,8 +16,7 @@ struct Sky {
   QColor bottom;
 };
 
-/// Dark enough for white text in the middle.
-Sky skyOf(const WeatherSnapshot& weather) {
+Sky freshSky(const WeatherSnapshot& weather) {
   if (!weather.reading)
     return {{0x2B, 0x4A, 0x6B}, {0x22, 0x35, 0x4D}};
   if (!weather.reading->isDay)
@@ -40,8 +40,17 @@ Sky skyOf(const WeatherSnapshot& weather) {
   return {{0x4A, 0x5A, 0x6C}, {0x62, 0x74, 0x86}};
 }
 
+/// Of a reading that is old it is dull; the words stay as they are.
+Sky skyOf(const WeatherSnapshot& weather) {
+  const Sky sky = freshSky(weather);
+  if (!weather.reading || !weather.isStale)
+    return sky;
+  constexpr QColor dull{0x3C, 0x40, 0x46};
+  return {mix(sky.top, dull, 0.7), mix(sky.bottom, dull, 0.7)};
+}
+
 QColor groundOf(const Sky& sky) {
-  return mix(sky.top, sky.bottom, 0.5);
+  return GradientGround{sky.top, sky.bottom}.legible().harder();
 }
 
 AnyView conditionSymbol(WeatherCondition condition, bool isDay, const QColor& ground) {
@@ -190,7 +199,9 @@ AnyView emptyTile(const WeatherSnapshot& weather, const TileSize& size) {
 AnyView headRow(const WeatherSnapshot& weather, const TileSize& size, double side, double points) {
   const auto& reading = *weather.reading;
   const QColor ground = groundOf(skyOf(weather));
-  return hstack({conditionSymbol(reading.condition, reading.isDay, ground).frame(side, side),
+  return hstack({conditionSymbol(reading.condition, reading.isDay, ground)
+                     .opacity(weather.isStale ? 0.5 : 1)
+                     .frame(side, side),
                  figureText(temperatureOf(reading), points, palette::figure(ground))})
       .spacing(size.body() * 0.04);
 }
@@ -198,9 +209,8 @@ AnyView headRow(const WeatherSnapshot& weather, const TileSize& size, double sid
 AnyView skyTile(const WeatherSnapshot& weather, const AnyView& inner, const TileSize& size) {
   const Sky sky = skyOf(weather);
   const double margin = (size.height() - size.body()) / 2;
-  return zstack(
-             {tile(TileContent{.ground = sky.top, .groundEnd = sky.bottom}, size),
-              inner.opacity(weather.isStale ? 0.5 : 1).fill().padding(margin + size.body() * 0.05)})
+  return zstack({tile(TileContent{.ground = sky.top, .groundEnd = sky.bottom}, size),
+                 inner.fill().padding(margin + size.body() * 0.05)})
       .frame(size.width(), size.height());
 }
 
@@ -224,7 +234,9 @@ AnyView currentTile(const WeatherSnapshot& weather, const TileSize& size) {
   const auto column = [&](double markRatio, std::vector<AnyView> last) -> AnyView {
     const double side = body * markRatio;
     last.insert(last.begin(),
-                {conditionSymbol(reading.condition, reading.isDay, ground).frame(side, side),
+                {conditionSymbol(reading.condition, reading.isDay, ground)
+                     .opacity(weather.isStale ? 0.5 : 1)
+                     .frame(side, side),
                  figureText(temperatureOf(reading), body * 0.32, palette::figure(ground))});
     return vstack(std::move(last)).spacing(body * 0.02);
   };

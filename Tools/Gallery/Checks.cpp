@@ -66,7 +66,11 @@ bool findsWhatIsWrong() {
 } // namespace
 
 int tellAllCut() {
-  int count = findsWhatIsWrong() ? 0 : 1;
+  if (!findsWhatIsWrong()) {
+    std::printf("What is made wrong is not found.\n");
+    return 1;
+  }
+  int count = 0;
   int looked = 0;
   for (const NamedSheet& sheet : gallerySheets())
     for (const GalleryTile& tile : sheet.tiles())

@@ -293,6 +293,9 @@ std::vector<ShownText> shownTexts(PanelView& panel, Wanted wanted) {
     const QRectF seen = line.ink & line.room;
     if (line.words.trimmed().isEmpty() || seen.isEmpty())
       continue;
+    // Of a field's text what is selected is painted first; the rest follows, clipped around it.
+    if (!texts.empty() && texts.back().words == line.words && texts.back().ink == line.ink)
+      continue;
     if (wanted == Wanted::contrast)
       texts.push_back({line.words, line.ink, false, contrast(line.colour, groundOf(picture, seen)),
                        isDisabledAt(panel, seen.center())});

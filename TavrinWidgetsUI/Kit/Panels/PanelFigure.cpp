@@ -72,6 +72,8 @@ void PanelFigure::rebuild() {
             .spacing(size_ * 0.12)
             .align(Alignment::bottom);
   }
+  // Commas and brackets reach below a figure.
+  whole = whole.padding(0, size_ * 0.07);
   setViewSize(measure(whole));
   setView(whole);
   const QString value = unit_.isEmpty() ? text_ : text_ + QLatin1Char(' ') + unit_;

@@ -93,7 +93,7 @@ PanelPalette PanelPalette::make(const PanelAppearance& appearance) {
   };
   p.accent = readable(p.accent);
   p.secondary = readable(mix(p.ground, p.text, 0.6));
-  p.disabledText = mix(p.ground, p.text, 0.38);
+  p.disabledText = readable(mix(p.ground, p.text, 0.38));
   p.trouble = readable(dark ? QColor(0xFF, 0x69, 0x61) : QColor(0xD7, 0x1F, 0x18));
   p.fill = fillFor(tint, p.ground, dark);
   const QColor deep(0x1C, 0x1C, 0x1E);

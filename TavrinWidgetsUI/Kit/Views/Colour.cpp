@@ -74,6 +74,8 @@ QColor withOpacity(const QColor& colour, double opacity) {
 }
 
 QColor withContrast(const QColor& colour, const QColor& ground, double ratio) {
+  // Channels are rounded to whole numbers when they are painted.
+  ratio += 0.02;
   if (contrast(colour, ground) >= ratio)
     return colour;
   const QColor ink = inkOn(ground);

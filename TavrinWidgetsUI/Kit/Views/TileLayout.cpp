@@ -1,6 +1,7 @@
 #include "TavrinWidgetsUI/Kit/Views/TileLayout.h"
 
 #include "TavrinCore/Widgets/DockTileGeometry.h"
+#include "TavrinWidgetsUI/Kit/Views/GradientGround.h"
 
 #include <algorithm>
 #include <cmath>
@@ -50,9 +51,16 @@ double leastWords(double side) {
   return minimumCaptionSize + share * (minimumTypeSize - minimumCaptionSize);
 }
 
-/// What text of a content stands on.
+/// A content's gradient; of an even ground both ends are the same.
+template <class Content> GradientGround groundsOf(const Content& content) {
+  const QColor& end = content.groundEnd.isValid() ? content.groundEnd : content.ground;
+  return end == content.ground ? GradientGround{end, end}
+                               : GradientGround{content.ground, end}.legible();
+}
+
+/// What text of a content stands on, at its worst.
 template <class Content> QColor textGround(const Content& content) {
-  return content.groundEnd.isValid() ? mix(content.ground, content.groundEnd, 0.5) : content.ground;
+  return groundsOf(content).harder();
 }
 
 /// "1:02:33" as "1:02" over "33", for tiles too small for it on one line.
@@ -99,10 +107,10 @@ AnyView marked(const AnyView& mark, TileState state, double side, const QColor& 
   return mark;
 }
 
-AnyView body(const QColor& ground, const QColor& groundEnd, const std::optional<TileBorder>& border,
+AnyView body(const GradientGround& ground, const std::optional<TileBorder>& border,
              const TileSize& size) {
-  const Shape form = groundEnd.isValid() ? superellipse(0).gradient(ground, groundEnd)
-                                         : superellipse(0).fill(ground);
+  const Shape form = ground.to == ground.from ? superellipse(0).fill(ground.from)
+                                              : superellipse(0).gradient(ground.from, ground.to);
   const AnyView plain = tileBody(form, size.side);
   if (!border)
     return plain;
@@ -250,7 +258,7 @@ AnyView tile(const TileContent& content, const TileSize& size) {
   const double room = size.body() - 2 * inset;
   const AnyView column =
       isSentence ? sentenceColumn(content, size) : tileColumn(content, size, room);
-  const AnyView picture = zstack({body(content.ground, content.groundEnd, content.border, size),
+  const AnyView picture = zstack({body(groundsOf(content), content.border, size),
                                   column.fill().padding(margin + inset)})
                               .frame(size.width(), size.height());
   return spoken(picture, content.label, content.value,
@@ -334,7 +342,7 @@ AnyView wideTile(const WideTileContent& content, const TileSize& size) {
   candidates.push_back(words);
   const double margin = (size.height() - size.body()) / 2;
   // Round ends of marks and buttons sit well a little further out than text.
-  const AnyView picture = zstack({body(content.ground, content.groundEnd, content.border, size),
+  const AnyView picture = zstack({body(groundsOf(content), content.border, size),
                                   firstFitting(std::move(candidates))
                                       .fill()
                                       .padding(margin + padding * 1.4, margin + padding)})
