@@ -204,13 +204,16 @@ void ClaudeUsagePanelView::refresh() {
   showTotals();
   showDays();
   showLimits();
-  // Higher than a panel may be, its parts would be cut: the projects are what can go.
-  content_->updateGeometry();
-  layout()->invalidate();
-  fittingSize();
-  if (layout()->totalMinimumHeightForWidth(minimumWidth()) > panel::maximumHeight) {
-    projectsTitle_->hide();
-    projects_->hide();
+  // Higher than a panel may be, its parts would be cut: what can go, goes.
+  for (const auto& [title, part] : {std::pair<QWidget*, QWidget*>{projectsTitle_, projects_},
+                                    std::pair<QWidget*, QWidget*>{daysTitle_, days_}}) {
+    content_->updateGeometry();
+    layout()->invalidate();
+    fittingSize();
+    if (layout()->totalMinimumHeightForWidth(minimumWidth()) <= panel::maximumHeight)
+      return;
+    title->hide();
+    part->hide();
   }
 }
 

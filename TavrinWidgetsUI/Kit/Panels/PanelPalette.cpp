@@ -36,7 +36,7 @@ PanelPalette highContrastPalette(const PanelAppearance& appearance) {
   p.text = dark ? palette::white : palette::black;
   const auto veil = [&](double weight) { return mix(p.ground, p.text, weight); };
   p.secondary = veil(0.85);
-  p.disabledText = veil(0.6);
+  p.disabledText = veil(0.66);
   p.hairline = p.fieldBorder = p.outline = veil(0.7);
   p.control = veil(0.12);
   p.controlHover = veil(0.2);
