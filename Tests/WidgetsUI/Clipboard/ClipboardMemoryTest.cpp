@@ -175,7 +175,7 @@ protected:
   static constexpr std::size_t here = 1;
 
   void SetUp() override {
-#ifdef __SANITIZE_ADDRESS__
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
     GTEST_SKIP() << "a sanitizer keeps what is given back, and more of the stack";
 #endif
   }
