@@ -252,6 +252,14 @@ class OneWindow(SettingsTest):
         self.assertEqual(second.wait(20), 0)
         wait_for(lambda: self.heading(window) == "Here", "the first widget again")
 
+    def test_a_bus_that_knows_of_no_display_is_done_without(self):
+        self.install_service(knows_display=False)
+        self.desk.write_widgets([widget("clock", {}, 1, name="Here")], announce=False)
+        self.desk.run(str(COMMAND), "settings")
+        window, _ = self.started_by_the_bus()
+        window.await_name("All Widgets")
+        self.assertIn("There is no display", (self.desk.home / "bus.log").read_text())
+
     def heading(self, window):
         names = [entry["name"] for entry in window.tree()]
         return names[names.index("All Widgets") + 1] if "All Widgets" in names else None

@@ -131,12 +131,14 @@ class SettingsTest(DeskTest):
         kind = next(entry for entry in stored(self.desk) if entry["name"] == name)["kind"]
         return next(iter(kind.values()))["_0"]
 
-    def install_service(self):
+    def install_service(self, knows_display=True):
         """The window as the bus starts it, and the desktop entry that leads to it."""
         services = self.desk.home / "share" / "dbus-1" / "services"
         services.mkdir(parents=True)
         wrapper = self.desk.home / "start-window"
         exports = "".join(f"export {name}='{value}'\n" for name, value in self.desk.env.items())
+        if not knows_display:
+            exports += "unset DISPLAY WAYLAND_DISPLAY QT_QPA_PLATFORM\n"
         wrapper.write_text(f"#!/bin/sh\n{exports}exec '{PROGRAM}' 2>'{self.desk.home}/bus.log'\n")
         wrapper.chmod(0o755)
         (services / "dev.quellby.Tavrin.service").write_text(
