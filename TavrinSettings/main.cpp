@@ -28,7 +28,7 @@ int main(int argc, char** argv) {
                             .identifier = std::string(tavrin::DockSlot::hostIdentifier)});
   if (!platform)
     return 0;
-  // A bus that knows of no display may have started it: who asked for it then hears that it ended.
+  // A bus that knows of no display may have started it; the next one may see one.
   if (!showsWindows()) {
     std::fprintf(stderr, "tavrin-settings: %s\n",
                  tavrin::translated("There is no display to open the window on.").c_str());

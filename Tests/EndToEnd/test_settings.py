@@ -252,13 +252,14 @@ class OneWindow(SettingsTest):
         self.assertEqual(second.wait(20), 0)
         wait_for(lambda: self.heading(window) == "Here", "the first widget again")
 
-    def test_a_bus_that_knows_of_no_display_is_done_without(self):
+    def test_a_window_that_nobody_can_see_does_not_stand_in_the_way(self):
         self.install_service(knows_display=False)
         self.desk.write_widgets([widget("clock", {}, 1, name="Here")], announce=False)
         self.desk.run(str(COMMAND), "settings")
-        window, _ = self.started_by_the_bus()
-        window.await_name("All Widgets")
-        self.assertIn("There is no display", (self.desk.home / "bus.log").read_text())
+        said = self.desk.home / "bus.log"
+        wait_for(lambda: said.exists() and "There is no display" in said.read_text(), "the reason")
+        wait_for(lambda: self.owner() is None, "the end of it")
+        Window(self.desk).await_name("Add Clock")
 
     def heading(self, window):
         names = [entry["name"] for entry in window.tree()]
