@@ -1,5 +1,6 @@
 #include "TavrinPlatform/Linux/Wayland/PressSurface.h"
 
+#include "TavrinPlatform/Linux/Wayland/PointerListener.h"
 #include "TavrinPlatform/Linux/Wayland/ToolkitSurfaces.h"
 
 #include <QTimer>
@@ -38,21 +39,15 @@ void PressSurface::listen() {
   if (!seat_)
     return;
   pointer_.reset(wl_seat_get_pointer(seat_.get()));
-  static const wl_pointer_listener listener{
-      [](void*, wl_pointer*, std::uint32_t, wl_surface*, wl_fixed_t, wl_fixed_t) {},
-      [](void*, wl_pointer*, std::uint32_t, wl_surface*) {},
-      [](void*, wl_pointer*, std::uint32_t, wl_fixed_t, wl_fixed_t) {},
-      [](void* self, wl_pointer*, std::uint32_t, std::uint32_t, std::uint32_t,
-         std::uint32_t state) {
-        if (state == WL_POINTER_BUTTON_STATE_PRESSED)
-          static_cast<PressSurface*>(self)->isPressed_ = true;
-      },
-      [](void*, wl_pointer*, std::uint32_t, std::uint32_t, wl_fixed_t) {},
-      [](void*, wl_pointer*) {},
-      [](void*, wl_pointer*, std::uint32_t) {},
-      [](void*, wl_pointer*, std::uint32_t, std::uint32_t) {},
-      [](void*, wl_pointer*, std::uint32_t, std::int32_t) {},
-      [](void*, wl_pointer*, std::uint32_t, std::int32_t) {}};
+  static const wl_pointer_listener listener = [] {
+    auto events = idlePointerListener();
+    events.button = [](void* self, wl_pointer*, std::uint32_t, std::uint32_t, std::uint32_t,
+                       std::uint32_t state) {
+      if (state == WL_POINTER_BUTTON_STATE_PRESSED)
+        static_cast<PressSurface*>(self)->isPressed_ = true;
+    };
+    return events;
+  }();
   wl_pointer_add_listener(pointer_.get(), &listener, this);
 }
 

@@ -1,6 +1,7 @@
 #include "TavrinPlatform/Linux/Wayland/ScreenPick.h"
 
 #include "TavrinPlatform/Linux/Input/ColourLens.h"
+#include "TavrinPlatform/Linux/Wayland/PointerListener.h"
 #include "TavrinPlatform/Linux/Wayland/SharedBuffer.h"
 
 #include <QPainter>
@@ -83,33 +84,30 @@ void ScreenPick::begin() {
 
 void ScreenPick::listenToPointer() {
   pointer_.reset(wl_seat_get_pointer(seat_.get()));
-  static const wl_pointer_listener listener{
-      [](void* data, wl_pointer*, std::uint32_t number, wl_surface* surface, wl_fixed_t x,
-         wl_fixed_t y) {
-        auto& self = *static_cast<ScreenPick*>(data);
-        const auto found = std::ranges::find(
-            self.views_, surface, [](const auto& view) { return view->surface->surface(); });
-        self.view_ = found == self.views_.end() ? nullptr : found->get();
-        self.coming_ = number;
-        self.moved({wl_fixed_to_double(x), wl_fixed_to_double(y)});
-      },
-      [](void* data, wl_pointer*, std::uint32_t, wl_surface*) {
-        static_cast<ScreenPick*>(data)->view_ = nullptr;
-      },
-      [](void* data, wl_pointer*, std::uint32_t, wl_fixed_t x, wl_fixed_t y) {
-        static_cast<ScreenPick*>(data)->moved({wl_fixed_to_double(x), wl_fixed_to_double(y)});
-      },
-      [](void* data, wl_pointer*, std::uint32_t, std::uint32_t, std::uint32_t button,
-         std::uint32_t state) {
-        if (state == WL_POINTER_BUTTON_STATE_PRESSED)
-          static_cast<ScreenPick*>(data)->pressed(button);
-      },
-      [](void*, wl_pointer*, std::uint32_t, std::uint32_t, wl_fixed_t) {},
-      [](void*, wl_pointer*) {},
-      [](void*, wl_pointer*, std::uint32_t) {},
-      [](void*, wl_pointer*, std::uint32_t, std::uint32_t) {},
-      [](void*, wl_pointer*, std::uint32_t, std::int32_t) {},
-      [](void*, wl_pointer*, std::uint32_t, std::int32_t) {}};
+  static const wl_pointer_listener listener = [] {
+    auto events = idlePointerListener();
+    events.enter = [](void* data, wl_pointer*, std::uint32_t number, wl_surface* surface,
+                      wl_fixed_t x, wl_fixed_t y) {
+      auto& self = *static_cast<ScreenPick*>(data);
+      const auto found = std::ranges::find(
+          self.views_, surface, [](const auto& view) { return view->surface->surface(); });
+      self.view_ = found == self.views_.end() ? nullptr : found->get();
+      self.coming_ = number;
+      self.moved({wl_fixed_to_double(x), wl_fixed_to_double(y)});
+    };
+    events.leave = [](void* data, wl_pointer*, std::uint32_t, wl_surface*) {
+      static_cast<ScreenPick*>(data)->view_ = nullptr;
+    };
+    events.motion = [](void* data, wl_pointer*, std::uint32_t, wl_fixed_t x, wl_fixed_t y) {
+      static_cast<ScreenPick*>(data)->moved({wl_fixed_to_double(x), wl_fixed_to_double(y)});
+    };
+    events.button = [](void* data, wl_pointer*, std::uint32_t, std::uint32_t, std::uint32_t button,
+                       std::uint32_t state) {
+      if (state == WL_POINTER_BUTTON_STATE_PRESSED)
+        static_cast<ScreenPick*>(data)->pressed(button);
+    };
+    return events;
+  }();
   wl_pointer_add_listener(pointer_.get(), &listener, this);
 }
 
