@@ -110,11 +110,16 @@ void changeFiles(CommandContext& context, std::vector<DockChange>& changes,
   }
 }
 
+/// The same in every language.
+std::string labelOf(const DockItem& item) {
+  return item.spacer() != nullptr ? spacerName(*item.spacer()) : item.displayName();
+}
+
 JSONValue::Array labels(const std::vector<DockItem>& items) {
   JSONValue::Array list;
   for (const auto& item : items) {
     JSONValue::Object entry;
-    entry.emplace("label", item.displayName());
+    entry.emplace("label", labelOf(item));
     entry.emplace("kind", kindWord(item));
     entry.emplace("address", addressOf(item));
     list.emplace_back(std::move(entry));
@@ -187,7 +192,7 @@ JSONValue itemsJSON(const std::vector<PlacedDockItem>& items) {
     JSONValue::Object entry;
     entry.emplace("section", one.section == DockSection::apps ? "apps" : "others");
     entry.emplace("position", static_cast<std::int64_t>(one.index + 1));
-    entry.emplace("label", one.item.displayName());
+    entry.emplace("label", labelOf(one.item));
     entry.emplace("kind", kindWord(one.item));
     if (const auto address = addressOf(one.item); !address.empty())
       entry.emplace(one.item.url() != nullptr ? "url" : "path", address);

@@ -1,8 +1,7 @@
 #include "TavrinCore/Dock/DockItem.h"
 
-#include "TavrinCore/Text/Texts.h"
-
 #include "TavrinCore/Base/Overloaded.h"
+#include "TavrinCore/Text/Texts.h"
 
 #include <algorithm>
 #include <unordered_map>
@@ -13,18 +12,6 @@ namespace {
 std::string lastComponent(const std::string& path) {
   const auto slash = path.rfind('/');
   return slash == std::string::npos || path.size() == 1 ? path : path.substr(slash + 1);
-}
-
-std::string spacerName(SpacerVariant variant) {
-  switch (variant) {
-  case SpacerVariant::small:
-    return translated("Small spacer");
-  case SpacerVariant::flex:
-    return translated("Flex spacer");
-  case SpacerVariant::standard:
-    break;
-  }
-  return translated("Spacer");
 }
 
 template <class Payload> DockItem decodePayload(const JSONValue& json, std::string_view key) {
@@ -41,9 +28,21 @@ template <class Payload> DockItem decodePayload(const JSONValue& json, std::stri
 
 } // namespace
 
+const char* spacerName(SpacerVariant variant) {
+  switch (variant) {
+  case SpacerVariant::small:
+    return marked("Small spacer");
+  case SpacerVariant::flex:
+    return marked("Flex spacer");
+  case SpacerVariant::standard:
+    break;
+  }
+  return marked("Spacer");
+}
+
 std::string DockItem::displayName() const {
   return std::visit(
-      Overloaded{[](SpacerVariant variant) { return spacerName(variant); },
+      Overloaded{[](SpacerVariant variant) { return translated(spacerName(variant)); },
                  [](const URLEntry& entry) { return entry.displayName.value_or(entry.url); },
                  [](const auto& entry) {
                    return entry.displayName ? *entry.displayName : lastComponent(entry.path);

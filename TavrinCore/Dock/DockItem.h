@@ -72,6 +72,9 @@ template <> struct EnumNames<SpacerVariant> {
       std::pair{SpacerVariant::standard, std::string_view("spacer-tile")}};
 };
 
+/// "Flex spacer", in English, for programs to read; `DockItem::displayName` has it for people.
+const char* spacerName(SpacerVariant variant);
+
 /// One tile of the Dock.
 struct DockItem {
   std::variant<AppEntry, SpacerVariant, FileEntry, URLEntry> payload;

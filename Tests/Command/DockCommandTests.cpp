@@ -6,6 +6,7 @@
 #include "TavrinStorage/Dock/PlistFileBackend.h"
 #include "TavrinStorage/Dock/ProfileStore.h"
 #include "Tests/Command/HostFixture.h"
+#include "Tests/Support/InLanguage.h"
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -33,16 +34,8 @@ protected:
       dock.apps.push_back(app(path));
     dockPlistWriter(file).write(dock);
   }
-  /// The labels of both sections, with a bar between them.
   static std::string labels(const fs::path& file) {
-    const auto dock = dockPlistReader(file).read({});
-    std::string text;
-    for (const auto& item : dock.apps)
-      text += item.displayName() + " ";
-    text += "|";
-    for (const auto& item : dock.others)
-      text += " " + item.displayName();
-    return text;
+    return labelsOf(dockPlistReader(file).read({}));
   }
   std::string bytes() const { return *readFile(dockFile()); }
   std::vector<fs::path> backups() const {
@@ -92,6 +85,15 @@ TEST_F(DockCommandTest, EditsInEveryWay) {
     EXPECT_EQ(labels(file), one.labels) << one.words[0] << " " << one.words[1];
   }
   EXPECT_EQ(platform.dock.process.kills, 0);
+}
+
+TEST_F(DockCommandTest, ASpacerIsCalledInTheUsersLanguageButForPrograms) {
+  EXPECT_EQ(run({"dock", "spacer", "--size", "flex", "--no-restart"}), 0);
+  const InLanguage german({{"Flex spacer", "Flexibler Abstand"}}, "de");
+  EXPECT_EQ(labels(dockFile()), "Mail Notes Flexibler Abstand |");
+  output.str({});
+  EXPECT_EQ(run({"dock", "show", "--json"}), 0);
+  EXPECT_THAT(output.str(), testing::HasSubstr("Flex spacer"));
 }
 
 TEST_F(DockCommandTest, BacksUpWritesAndRestartsOnce) {

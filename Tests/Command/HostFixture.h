@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TavrinCommand/Program.h"
+#include "TavrinCore/Dock/DockItem.h"
 #include "Tests/Command/FakeDockServices.h"
 #include "Tests/Support/FakePlatform.h"
 
@@ -12,6 +13,17 @@
 #include <sstream>
 
 namespace tavrin::test {
+
+/// The labels of both sections, with a bar between them.
+inline std::string labelsOf(const DockSnapshot& dock) {
+  std::string text;
+  for (const auto& item : dock.apps)
+    text += item.displayName() + " ";
+  text += "|";
+  for (const auto& item : dock.others)
+    text += " " + item.displayName();
+  return text;
+}
 
 /// Programs that exist only here. A launched one owns its identifier at once.
 class FakeRunningApplications final : public RunningApplications {

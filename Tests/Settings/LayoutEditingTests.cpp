@@ -28,15 +28,7 @@ protected:
   PlacedDockItem at(DockSection section, std::size_t index) const {
     return {section, index, section == DockSection::apps ? dock.apps[index] : dock.others[index]};
   }
-  std::string names() const {
-    std::string text;
-    for (const auto& item : dock.apps)
-      text += item.displayName() + " ";
-    text += "|";
-    for (const auto& item : dock.others)
-      text += " " + item.displayName();
-    return text;
-  }
+  std::string names() const { return test::labelsOf(dock); }
 
   DockSnapshot dock;
 };
