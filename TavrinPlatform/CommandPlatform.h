@@ -31,6 +31,9 @@ public:
   /// Looks at the desktop anew each time; may take a second.
   virtual DesktopReport desktopReport() = 0;
 
+  /// Whether a program started from here can show a window.
+  virtual bool showsWindows() = 0;
+
   /// The file this program was started from, links resolved.
   virtual std::filesystem::path program() = 0;
 

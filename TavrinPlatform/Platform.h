@@ -90,13 +90,16 @@ struct ProgramSetup {
   /// What the program is called where it stands in no bundle that says so: there is one process of
   /// it in a session. Empty for programs of which there may be many.
   std::string identifier = {};
+  /// It has windows and no use without them.
+  bool needsDisplay = false;
 };
 
 /// The services of this desktop, for a slot and for other programs with a tile; which desktop's is
 /// chosen with what is linked. To be called first thing in `main`. Null when the process has
 /// nothing left to do: another process is this application already and has been asked to
 /// activate, the arguments asked for something else that has been done (a notice, starting
-/// others); then `main` returns 0.
+/// others); then `main` returns 0. Throws NoDisplay, and has not claimed the identifier then: whoever
+/// had the desktop start the program learns that it did not, and may try where there is a display.
 std::unique_ptr<Platform> makePlatform(int& argc, char**& argv, ProgramSetup setup = {});
 
 /// Runs the event loop until `Application::terminate` or a signal to end; the exit status. Calls

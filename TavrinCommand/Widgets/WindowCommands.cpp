@@ -1,6 +1,7 @@
 #include "TavrinCommand/Widgets/WindowCommands.h"
 
 #include "TavrinCommand/Base/Completers.h"
+#include "TavrinCore/Desktop/NoDisplay.h"
 #include "TavrinCore/Text/Texts.h"
 #include "TavrinCore/Widgets/DockSlot.h"
 #include "TavrinHost/Widgets/SlotControl.h"
@@ -19,6 +20,8 @@ void openWindow(CommandContext& context, const std::optional<UUID>& widget) {
   if (widget ? platform.applications().perform(host, edit, widget->text())
              : platform.applications().perform(host, "open"))
     return;
+  if (!platform.showsWindows())
+    throw HostError(ExitCode::failed, NoDisplay().what());
   const auto program = SlotControl(context).settingsProgram();
   std::error_code error;
   if (!std::filesystem::exists(program, error))

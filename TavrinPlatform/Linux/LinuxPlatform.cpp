@@ -1,5 +1,6 @@
 #include "TavrinCore/Base/Errors.h"
 #include "TavrinCore/Base/Lazily.h"
+#include "TavrinCore/Desktop/NoDisplay.h"
 #include "TavrinCore/Text/Texts.h"
 #include "TavrinPlatform/Linux/Applications/LinuxApplicationLibrary.h"
 #include "TavrinPlatform/Linux/Base/ProcessFamily.h"
@@ -406,6 +407,8 @@ std::unique_ptr<Platform> makePlatform(int& argc, char**& argv, ProgramSetup set
     return nullptr;
   if (runInputGuardIfAsked(argc, argv) || showNoticeIfAsked(argc, argv))
     return nullptr;
+  if (setup.needsDisplay && !showsWindows(LinuxFileManager()))
+    throw NoDisplay();
   // One arena: the few short-lived threads of a slot do not need heaps of their own.
   mallopt(M_ARENA_MAX, 1);
   // Pictures and files go back to the system with their last use; left to itself the library would

@@ -91,6 +91,8 @@ public:
     return reportOf(hasTeam(), dockServices().focusStatus().isAuthorized());
   }
 
+  bool showsWindows() override { return true; }
+
   void wait(double seconds) override {
     using Moment = std::chrono::steady_clock;
     const auto end = Moment::now() + std::chrono::duration<double>(seconds);

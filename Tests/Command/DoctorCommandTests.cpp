@@ -50,6 +50,10 @@ TEST_F(DoctorCommandTest, TheSettingsWindowIsAskedForOrStartedFromItsBundle) {
   EXPECT_EQ(run({"settings"}), 0) << errors.str();
   ASSERT_EQ(platform.running.launches.size(), 1U);
   EXPECT_EQ(platform.running.launches[0].program, program);
+  platform.hasDisplay = false;
+  EXPECT_EQ(run({"settings"}), 1);
+  EXPECT_NE(errors.str().find("There is no display"), std::string::npos);
+  EXPECT_EQ(platform.running.launches.size(), 1U);
 }
 
 TEST_F(DoctorCommandTest, AProgramInABundleFindsTheSlotsBesideIt) {

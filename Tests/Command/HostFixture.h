@@ -107,6 +107,7 @@ public:
   DockServices& dockServices() override { return dock; }
   Autostart& autostart() override { return starting; }
   DesktopReport desktopReport() override { return desktop; }
+  bool showsWindows() override { return hasDisplay; }
   std::filesystem::path program() override { return "/opt/tavrin/bin/tavrin"; }
   void wait(double seconds) override { waited += seconds; }
   void waitForEvent() override {}
@@ -133,6 +134,7 @@ public:
   FakeRunningApplications running;
   FakeDockServices dock{files};
   DesktopReport desktop;
+  bool hasDisplay = true;
   struct Starting final : Autostart {
     Status status() override { return {isOn, true, isOn ? "It is on." : "It is off."}; }
     Status set(bool wanted) override {

@@ -240,7 +240,7 @@ class OneWindow(SettingsTest):
         wait_for(lambda: len(self.desk.windows(slot.pid)) > len(tile), "the panel")
         slot_panel = Panel(self.desk, slot)
         slot_panel.press_edit()
-        window, pid = self.started_by_the_bus()
+        window, pid = self.await_owner_of_the_name()
         window.await_name("All Widgets")
         window.await_name("Here, place 1 of 2")
         self.assertEqual(self.heading(window), "Here")
@@ -252,14 +252,14 @@ class OneWindow(SettingsTest):
         self.assertEqual(second.wait(20), 0)
         wait_for(lambda: self.heading(window) == "Here", "the first widget again")
 
-    def test_a_window_that_nobody_can_see_does_not_stand_in_the_way(self):
+    def test_where_the_bus_knows_no_display_the_command_opens_the_window_itself(self):
         self.install_service(knows_display=False)
         self.desk.write_widgets([widget("clock", {}, 1, name="Here")], announce=False)
-        self.desk.run(str(COMMAND), "settings")
+        self.desk.run(str(COMMAND), "settings", "Here")
         said = self.desk.home / "bus.log"
         wait_for(lambda: said.exists() and "There is no display" in said.read_text(), "the reason")
-        wait_for(lambda: self.owner() is None, "the end of it")
-        Window(self.desk).await_name("Add Clock")
+        window, _ = self.await_owner_of_the_name()
+        wait_for(lambda: self.heading(window) == "Here", "the widget")
 
     def heading(self, window):
         names = [entry["name"] for entry in window.tree()]

@@ -121,4 +121,9 @@ DesktopFacts readDisplays(const FileManager& files) {
   return facts;
 }
 
+bool showsWindows(const FileManager& files) {
+  return files.environment("QT_QPA_PLATFORM") || connectToDisplay(files) ||
+         readWaylandGlobals(files);
+}
+
 } // namespace tavrin

@@ -2,6 +2,7 @@
 
 #include "TavrinPlatform/Linux/Applications/LinuxRunningApplications.h"
 #include "TavrinPlatform/Linux/Base/Bus.h"
+#include "TavrinPlatform/Linux/Base/DesktopFacts.h"
 #include "TavrinPlatform/Linux/Command/LinuxAutostart.h"
 #include "TavrinPlatform/Linux/Desktop/BusNotificationCenter.h"
 #include "TavrinPlatform/Linux/Dock/LinuxDockServices.h"
@@ -32,6 +33,7 @@ public:
   DockServices& dockServices() override;
   Autostart& autostart() override;
   DesktopReport desktopReport() override;
+  bool showsWindows() override { return tavrin::showsWindows(fileManager_); }
   void wait(double seconds) override;
   void waitForEvent() override;
 

@@ -159,7 +159,7 @@ class SettingsTest(DeskTest):
         digits = "".join(c for c in answer.split("uint32")[-1] if c.isdigit())
         return int(digits) if digits else None
 
-    def started_by_the_bus(self):
+    def await_owner_of_the_name(self):
         pid = wait_for(self.owner, "the window")
         self.addCleanup(lambda: self.owner() == pid and os.kill(pid, signal.SIGTERM))
         window = Window.__new__(Window)
@@ -178,4 +178,4 @@ class SettingsTest(DeskTest):
         self.entry.write_text(template.read_text().replace(
             "@TAVRIN_SETTINGS_PROGRAM@", str(self.desk.home / "start-window")))
         self.launch_entry()
-        return self.started_by_the_bus()
+        return self.await_owner_of_the_name()
