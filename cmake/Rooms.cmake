@@ -2,7 +2,9 @@
 # for all of them. TAVRIN_ROOMS=OFF compiles each file by itself.
 option(TAVRIN_ROOMS "Compile each folder of sources as one unit" ON)
 
-# tavrin_rooms(target [ALONE file...]): `ALONE` are files that cannot share a unit, by their names.
+# tavrin_rooms(target [ALONE file...] [UNIT bytes]): `ALONE` are files that cannot share a unit, by
+# their names. Where most of a unit is what all rooms include, rooms follow one another in units of
+# about that many `bytes` of their own.
 #
 # The units name their files by paths in the tree, where CMake's own have whole paths: so the same
 # sources in another folder are the same units, for a compiler cache and for who builds a package
@@ -11,10 +13,12 @@ function(tavrin_rooms target)
   if(NOT TAVRIN_ROOMS)
     return()
   endif()
-  cmake_parse_arguments(arguments "" "" "ALONE" ${ARGN})
+  cmake_parse_arguments(arguments "" "UNIT" "ALONE" ${ARGN})
   get_target_property(sources ${target} SOURCES)
   set(left)
   set(rooms)
+  set(folders)
+  set(bytes 0)
   foreach(source ${sources})
     cmake_path(GET source FILENAME name)
     cmake_path(GET source EXTENSION LAST_ONLY extension)
@@ -25,9 +29,19 @@ function(tavrin_rooms target)
     cmake_path(ABSOLUTE_PATH source)
     cmake_path(RELATIVE_PATH source BASE_DIRECTORY ${CMAKE_SOURCE_DIR})
     cmake_path(GET source PARENT_PATH folder)
-    string(MAKE_C_IDENTIFIER "${folder}" room)
-    list(APPEND rooms ${room})
-    list(APPEND files_${room} ${source})
+    string(MAKE_C_IDENTIFIER "${folder}" own)
+    if(NOT own IN_LIST folders)
+      list(APPEND folders ${own})
+      if(NOT arguments_UNIT OR bytes GREATER_EQUAL arguments_UNIT OR NOT rooms)
+        set(room ${own})
+        set(bytes 0)
+      endif()
+      set(room_of_${own} ${room})
+    endif()
+    file(SIZE "${CMAKE_SOURCE_DIR}/${source}" size)
+    math(EXPR bytes "${bytes} + ${size}")
+    list(APPEND rooms ${room_of_${own}})
+    list(APPEND files_${room_of_${own}} ${source})
   endforeach()
   list(REMOVE_DUPLICATES rooms)
   foreach(room ${rooms})

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TavrinCore/Base/Date.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelView.h"
 #include "TavrinWidgetsUI/Kit/Views/TileLayout.h"
 
@@ -9,6 +10,10 @@
 #include <vector>
 
 namespace tavrin {
+
+/// When what is shown is looked at; days and clocks in the evening.
+inline constexpr Date galleryNow{800'000'000};
+inline constexpr Date galleryEvening = Date::fromUnixSeconds(1'788'984'522);
 
 /// A named tile to be looked at, made for the size asked for.
 struct GalleryTile {

@@ -104,6 +104,6 @@ GallerySheet kitGallery() {
   return sheet;
 }
 
-const GalleryEntry listed[] = {{"kit", kitGallery}};
+const GalleryEntry kitEntries[] = {{"kit", kitGallery}};
 
 } // namespace tavrin

@@ -10,8 +10,8 @@ namespace {
 
 using Status = FanHelperClient::Status;
 
-struct Bench {
-  explicit Bench(int count = 2) {
+struct FanBench {
+  explicit FanBench(int count = 2) {
     platform.fakeSMC.addFans(count);
     fans.onChange = [this] { ++changes; };
     fans.start();
@@ -23,7 +23,7 @@ struct Bench {
 };
 
 TEST(FanSwitch, ReadsAndTellsWhenASpeedDiffers) {
-  Bench bench;
+  FanBench bench;
   ASSERT_EQ(bench.fans.readings().size(), 2U);
   EXPECT_EQ(bench.changes, 1);
   bench.platform.fakeSMC.set("F0Ac", 2003, "fpe2"); // within the rounding
@@ -38,7 +38,7 @@ TEST(FanSwitch, ReadsAndTellsWhenASpeedDiffers) {
 }
 
 TEST(FanSwitch, FullSpeedAndBack) {
-  Bench bench;
+  FanBench bench;
   bench.fans.setFull(true);
   EXPECT_TRUE(bench.fans.isBusy());
   bench.fans.setFull(false); // busy
@@ -51,7 +51,7 @@ TEST(FanSwitch, FullSpeedAndBack) {
 }
 
 TEST(FanSwitch, FullSpeedThatIsLostIsNotClaimed) {
-  Bench bench;
+  FanBench bench;
   auto& smc = bench.platform.fakeSMC;
   const auto read = [&](int times) {
     for (int i = 0; i < times; ++i) {
@@ -85,7 +85,7 @@ TEST(FanSwitch, FullSpeedThatIsLostIsNotClaimed) {
 }
 
 TEST(FanSwitch, ARefusalIsShownUntilTheNextTry) {
-  Bench bench;
+  FanBench bench;
   bench.fans.setFull(true);
   bench.platform.fans.answer(FanHelperClient::Refusal{"Failed to reach the fan helper"});
   bench.platform.loop.runBackground();
@@ -96,7 +96,7 @@ TEST(FanSwitch, ARefusalIsShownUntilTheNextTry) {
 }
 
 TEST(FanSwitch, AnUnregisteredHelperIsRegisteredFirst) {
-  Bench bench;
+  FanBench bench;
   bench.platform.fans.current = Status::notRegistered;
   bench.fans.setFull(true);
   EXPECT_EQ(bench.platform.fans.registrations, 1);
@@ -112,7 +112,7 @@ TEST(FanSwitch, AnUnregisteredHelperIsRegisteredFirst) {
 }
 
 TEST(FanSwitch, AnAnswerForOneThatIsGoneIsDropped) {
-  auto bench = std::make_unique<Bench>();
+  auto bench = std::make_unique<FanBench>();
   bench->fans.setFull(true);
   auto replies = std::move(bench->platform.fans.replies);
   bench.reset();
@@ -121,10 +121,10 @@ TEST(FanSwitch, AnAnswerForOneThatIsGoneIsDropped) {
 }
 
 TEST(FanSwitch, AMachineWithoutFansAndOneThatCannotBeRead) {
-  Bench none(0);
+  FanBench none(0);
   EXPECT_TRUE(none.fans.hasNoFans());
   EXPECT_EQ(none.fans.trouble(), "");
-  Bench failing;
+  FanBench failing;
   failing.platform.fakeSMC.values.erase("F1Ac");
   failing.platform.loop.advance(FanSwitch::idlePeriod);
   failing.platform.loop.runBackground();
@@ -133,7 +133,7 @@ TEST(FanSwitch, AMachineWithoutFansAndOneThatCannotBeRead) {
 }
 
 TEST(FanPanelView, SaysWhoDecides) {
-  Bench bench;
+  FanBench bench;
   const auto name = [] { return QString("Fans"); };
   const FanPanelView here({}, bench.fans, name, {});
   EXPECT_TRUE(shows(here, "The desktop decides how fast they turn."));
@@ -142,9 +142,10 @@ TEST(FanPanelView, SaysWhoDecides) {
   EXPECT_TRUE(offers(here, "Full speed"));
   EXPECT_FALSE(offers(elsewhere, "Full speed"));
   bench.platform.fans.current = Status::notRegistered;
-  EXPECT_TRUE(shows(FanPanelView({}, bench.fans, name, {}),
-                    "The first time, the desktop asks you to allow a helper that runs as administrator. "
-                    "Only it can change the fans."));
+  EXPECT_TRUE(
+      shows(FanPanelView({}, bench.fans, name, {}),
+            "The first time, the desktop asks you to allow a helper that runs as administrator. "
+            "Only it can change the fans."));
 }
 
 } // namespace

@@ -19,8 +19,8 @@ KeyboardLockSettings settingsWith(int minutes, bool locksPointer = true, int hol
   return settings;
 }
 
-struct Bench {
-  explicit Bench(const KeyboardLockSettings& settings = {})
+struct LockBench {
+  explicit LockBench(const KeyboardLockSettings& settings = {})
       : lock({platform.clock(), platform.loop, platform.blocker, platform.fakeSounds}, settings) {
     lock.onChange = [this] { ++changes; };
   }
@@ -37,7 +37,7 @@ struct Bench {
 };
 
 TEST(KeyboardLock, HoldsOnceTheSystemAgrees) {
-  Bench bench;
+  LockBench bench;
   bench.lock.lock();
   EXPECT_TRUE(bench.lock.isLocking());
   EXPECT_FALSE(bench.lock.isLocked());
@@ -63,9 +63,9 @@ TEST(KeyboardLock, EveryRefusalSaysWhy) {
   };
   const auto nothing = [](FakeInputBlocker&) {};
   const char* const permission = "Tavrin needs the Accessibility permission to hold the keyboard.";
-  const char* const password =
-      "A password field has the keyboard, and the desktop lets nothing hold it then. Leave the field and "
-      "lock again.";
+  const char* const password = "A password field has the keyboard, and the desktop lets nothing "
+                               "hold it then. Leave the field and "
+                               "lock again.";
   const Case cases[] = {
       {[](auto& blocker) { blocker.permitted = false; }, Outcome::holding, permission},
       {[](auto& blocker) { blocker.secureInput = true; }, Outcome::holding, password},
@@ -76,7 +76,7 @@ TEST(KeyboardLock, EveryRefusalSaysWhy) {
       {nothing, Outcome::refused, "The desktop refused the lock. Try again in a moment."},
   };
   for (const auto& [trouble, outcome, words] : cases) {
-    Bench bench;
+    LockBench bench;
     trouble(bench.platform.blocker);
     bench.begin(outcome);
     EXPECT_EQ(bench.lock.trouble(), words);
@@ -93,7 +93,7 @@ TEST(KeyboardLock, EveryRefusalSaysWhy) {
 }
 
 TEST(KeyboardLock, AsksForThePermissionItLacks) {
-  Bench bench;
+  LockBench bench;
   bench.platform.blocker.permitted = false;
   bench.begin();
   EXPECT_EQ(bench.platform.blocker.permissionRequests, 1);
@@ -105,7 +105,7 @@ TEST(KeyboardLock, UnlocksByItself) {
     double after;
   };
   for (const auto& [minutes, after] : {Case{1, 60}, {2, 120}, {30, 1800}, {45, 1800}}) {
-    Bench bench(settingsWith(minutes));
+    LockBench bench(settingsWith(minutes));
     bench.begin();
     bench.platform.loop.advance(after - 1);
     EXPECT_TRUE(bench.lock.isLocked()) << minutes;
@@ -114,7 +114,7 @@ TEST(KeyboardLock, UnlocksByItself) {
     EXPECT_NEAR(bench.platform.blocker.longest, after, 5) << "the blocker's own limit";
   }
   for (const int minutes : {0, -1}) {
-    Bench bench(settingsWith(minutes));
+    LockBench bench(settingsWith(minutes));
     bench.begin();
     bench.platform.loop.advance(100'000);
     EXPECT_TRUE(bench.lock.isLocked());
@@ -123,7 +123,7 @@ TEST(KeyboardLock, UnlocksByItself) {
 }
 
 TEST(KeyboardLock, AHeldClickUnlocks) {
-  Bench bench;
+  LockBench bench;
   bench.begin();
   bench.input(1);
   bench.platform.loop.advance(2.9);
@@ -135,7 +135,7 @@ TEST(KeyboardLock, AHeldClickUnlocks) {
 
 TEST(KeyboardLock, AHoldOfNoTimeStillUnlocks) {
   for (const int seconds : {0, -5}) {
-    Bench bench(settingsWith(0, true, seconds)); // nothing else would end it
+    LockBench bench(settingsWith(0, true, seconds)); // nothing else would end it
     bench.begin();
     bench.input(1);
     bench.platform.loop.advance(1.1);
@@ -144,7 +144,7 @@ TEST(KeyboardLock, AHoldOfNoTimeStillUnlocks) {
 }
 
 TEST(KeyboardLock, AnEarlyReleaseBeginsAnew) {
-  Bench bench;
+  LockBench bench;
   bench.begin();
   for (int i = 0; i < 3; ++i) {
     bench.input(25);
@@ -161,7 +161,7 @@ TEST(KeyboardLock, AnEarlyReleaseBeginsAnew) {
 }
 
 TEST(KeyboardLock, WithoutThePointerClicksUnlockNothing) {
-  Bench bench(settingsWith(2, false));
+  LockBench bench(settingsWith(2, false));
   bench.begin();
   EXPECT_FALSE(bench.platform.blocker.locksPointer);
   bench.input(1);
@@ -174,7 +174,7 @@ TEST(KeyboardLock, WithoutThePointerClicksUnlockNothing) {
 }
 
 TEST(KeyboardLock, CountsWhatItSwallows) {
-  Bench bench;
+  LockBench bench;
   bench.begin();
   for (const int type : {10, 11, 12, 14, 5, 22, 1, 2, 8, 13})
     bench.input(type);
@@ -185,14 +185,14 @@ TEST(KeyboardLock, CountsWhatItSwallows) {
 }
 
 TEST(KeyboardLock, GivesWayToWhateverNeedsTheKeyboard) {
-  const std::function<void(Bench&)> needs[] = {
-      [](Bench& bench) { bench.platform.blocker.screenLocked = true; },
-      [](Bench& bench) { bench.platform.blocker.secureInput = true; },
-      [](Bench& bench) { bench.platform.blocker.endOfNeed.call(); },
-      [](Bench& bench) { bench.platform.blocker.callbacks.ended(); },
+  const std::function<void(LockBench&)> needs[] = {
+      [](LockBench& bench) { bench.platform.blocker.screenLocked = true; },
+      [](LockBench& bench) { bench.platform.blocker.secureInput = true; },
+      [](LockBench& bench) { bench.platform.blocker.endOfNeed.call(); },
+      [](LockBench& bench) { bench.platform.blocker.callbacks.ended(); },
   };
   for (const auto& need : needs) {
-    Bench bench;
+    LockBench bench;
     bench.begin();
     need(bench);
     bench.platform.loop.advance(0.6);
@@ -201,14 +201,14 @@ TEST(KeyboardLock, GivesWayToWhateverNeedsTheKeyboard) {
     EXPECT_EQ(bench.lock.trouble(),
               isLost ? "The lock ended because the keyboard could not be held any longer." : "");
   }
-  Bench asking;
+  LockBench asking;
   asking.lock.lock();
   asking.platform.blocker.endOfNeed.call();
   EXPECT_FALSE(asking.lock.isLocking() || asking.platform.blocker.isHeld());
 }
 
 TEST(KeyboardLock, NewSettingsCountFromTheNextLock) {
-  Bench bench(settingsWith(2, false));
+  LockBench bench(settingsWith(2, false));
   bench.begin();
   bench.lock.setSettings(settingsWith(5, true));
   EXPECT_FALSE(bench.lock.settings().locksPointer);
@@ -227,7 +227,7 @@ TEST(KeyboardLockViews, Words) {
 }
 
 TEST(KeyboardLockViews, APanelWithoutALockSaysWhereItIs) {
-  Bench bench;
+  LockBench bench;
   const auto name = [] { return QString("Lock"); };
   KeyboardLockPanelView panel({}, bench.lock, {name, {}, {}, {}});
   EXPECT_TRUE(shows(panel, "The keyboard is locked from Tavrin's own Dock."));

@@ -12,7 +12,7 @@
 namespace tavrin {
 namespace {
 
-using State = AirDropModel::State;
+using AirDropState = AirDropModel::State;
 
 struct Stage {
   test::ManualClock clock{Date{800'000'000}};
@@ -34,7 +34,7 @@ std::string sampleFile(const std::string& name) {
   return "file://" + path.toStdString();
 }
 
-GalleryPanel panelOf(const char* name, bool hasDevices, std::size_t files, State state,
+GalleryPanel panelOf(const char* name, bool hasDevices, std::size_t files, AirDropState state,
                      bool isAvailable = true) {
   return {name, airDropTint, [=](const PanelAppearance& look) {
             static std::vector<std::unique_ptr<Stage>> stages;
@@ -53,13 +53,13 @@ GalleryPanel panelOf(const char* name, bool hasDevices, std::size_t files, State
               stage.model->take(urls);
               stage.loop.runBackground();
             }
-            if (state != State::idle && state != State::choosing) {
+            if (state != AirDropState::idle && state != AirDropState::choosing) {
               stage.model->send(stage.nearby.all[0]);
               stage.nearby.progress({1, files, 61'000, 123'456});
             }
-            if (state == State::sent)
+            if (state == AirDropState::sent)
               stage.nearby.done({{}, files > 1});
-            if (state == State::failed)
+            if (state == AirDropState::failed)
               stage.nearby.done({"Failed to send holiday-1.jpg to Ada's Phone because the device "
                                  "refused it or is gone",
                                  false});
@@ -78,27 +78,28 @@ GallerySheet airDropGallery() {
                                               : airDropTileIcon(state, size);
                        }});
   };
-  show("idle", {State::idle, 0, {}, {}, false});
-  show("one file", {State::choosing, 1, {}, {}, false});
-  show("many", {State::choosing, 240, {}, {}, false});
-  show("sending", {State::sending, 3, "Ada's Phone", 0.42, false});
-  show("sent", {State::sent, 3, "Ada's Phone", {}, false});
-  show("handed", {State::sent, 3, "Kitchen Tablet with a long name", {}, true});
-  show("failed", {State::failed, 3, "Ada's Phone", {}, false});
+  show("idle", {AirDropState::idle, 0, {}, {}, false});
+  show("one file", {AirDropState::choosing, 1, {}, {}, false});
+  show("many", {AirDropState::choosing, 240, {}, {}, false});
+  show("sending", {AirDropState::sending, 3, "Ada's Phone", 0.42, false});
+  show("sent", {AirDropState::sent, 3, "Ada's Phone", {}, false});
+  show("handed", {AirDropState::sent, 3, "Kitchen Tablet with a long name", {}, true});
+  show("failed", {AirDropState::failed, 3, "Ada's Phone", {}, false});
   return sheet;
 }
 
 GalleryPanels airDropPanels() {
-  return {panelOf("idle", true, 0, State::idle),
-          panelOf("no device", false, 0, State::idle),
-          panelOf("no service", false, 2, State::choosing, false),
-          panelOf("choosing", true, 1, State::choosing),
-          panelOf("sending", true, 3, State::sending),
-          panelOf("sent", true, 1, State::sent),
-          panelOf("handed over", true, 3, State::sent),
-          panelOf("failed", true, 3, State::failed)};
+  return {panelOf("idle", true, 0, AirDropState::idle),
+          panelOf("no device", false, 0, AirDropState::idle),
+          panelOf("no service", false, 2, AirDropState::choosing, false),
+          panelOf("choosing", true, 1, AirDropState::choosing),
+          panelOf("sending", true, 3, AirDropState::sending),
+          panelOf("sent", true, 1, AirDropState::sent),
+          panelOf("handed over", true, 3, AirDropState::sent),
+          panelOf("failed", true, 3, AirDropState::failed)};
 }
 
-const GalleryEntry listed[] = {{"airdrop", airDropGallery}, {"airdrop-panels", airDropPanels}};
+const GalleryEntry airDropEntries[] = {{"airdrop", airDropGallery},
+                                       {"airdrop-panels", airDropPanels}};
 
 } // namespace tavrin

@@ -117,7 +117,7 @@ GalleryPanels bookmarkPanels() {
           panelOf("broken", {{{"Broken", "no address"}}, {}, true})};
 }
 
-const GalleryEntry listed[] = {{"bookmarks", bookmarkGallery},
-                               {"bookmarks-panels", bookmarkPanels}};
+const GalleryEntry bookmarkEntries[] = {{"bookmarks", bookmarkGallery},
+                                        {"bookmarks-panels", bookmarkPanels}};
 
 } // namespace tavrin

@@ -129,6 +129,7 @@ GalleryPanels calendarPanels() {
   return panels;
 }
 
-const GalleryEntry listed[] = {{"calendar", calendarGallery}, {"calendar-panels", calendarPanels}};
+const GalleryEntry calendarEntries[] = {{"calendar", calendarGallery},
+                                        {"calendar-panels", calendarPanels}};
 
 } // namespace tavrin

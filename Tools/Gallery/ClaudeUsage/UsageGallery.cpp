@@ -165,7 +165,7 @@ GalleryPanels usagePanels() {
   };
 }
 
-const GalleryEntry listed[] = {
+const GalleryEntry usageEntries[] = {
     {"usage", usageGallery}, {"usage-wide", usageWideGallery}, {"usage-panels", usagePanels}};
 
 } // namespace tavrin

@@ -11,8 +11,6 @@
 namespace tavrin {
 namespace {
 
-constexpr Date now = Date::fromUnixSeconds(1'788'984'522);
-
 Data picture(const QColor& from, const QColor& to, QSize size) {
   QImage image(size, QImage::Format_RGB32);
   QLinearGradient gradient(0, 0, size.width(), size.height());
@@ -29,7 +27,7 @@ ClipboardList sample() {
   ClipboardList list;
   const auto add = [&](ClipboardItem item, const char* app, double ago, bool isPinned = false) {
     item.id = UUID::random();
-    item.capturedAt = {now - ago};
+    item.capturedAt = {galleryNow - ago};
     item.isPinned = isPinned;
     if (*app != 0)
       item.sourceAppName = app;
@@ -46,7 +44,7 @@ ClipboardList sample() {
   link.ogTitle = "Tides and how to read them";
   link.ogDescription = "Twice a day, but never at the same hour: a guide for walkers and sailors.";
   link.ogImageData = picture(QColor("#14506E"), QColor("#9BD6C0"), {128, 128});
-  link.ogFetchedAt = {now - 4999};
+  link.ogFetchedAt = {galleryNow - 4999};
   add(link, "Firefox", 5000);
   add(ClipboardItem::ofText("https://quellby.dev/guide/harbours"), "Firefox", 5100);
   add(ClipboardItem::ofImage(picture(Qt::white, QColor("#F4F4F6"), {300, 200}), 61'000),
@@ -60,7 +58,7 @@ ClipboardList sample() {
 }
 
 struct Rig {
-  test::FakePlatform platform{now};
+  test::FakePlatform platform{galleryNow};
   LinkPreviewSource ogSource{
       {platform.loop, platform.fakeClock, [this]() -> HTTPClient& { return platform.fakeHTTP; }}};
   std::unique_ptr<ClipboardSource> source;
@@ -86,7 +84,7 @@ GalleryPanel panelOf(const char* name, Show show) {
             while (show == Show::thousands && items.size() < 10'000)
               for (const auto& entry : sample())
                 items.push_back(entry);
-            ClipboardVault(file, platform.fakeKeychain).save(items, settings, now);
+            ClipboardVault(file, platform.fakeKeychain).save(items, settings, galleryNow);
             rig.source = std::make_unique<ClipboardSource>(
                 ClipboardSource::Services{platform.fakeClock, platform.loop,
                                           platform.fakePasteboard, platform.fakeKeychain,
@@ -146,7 +144,7 @@ GalleryPanels clipboardPanels() {
           panelOf("thousands", Show::thousands)};
 }
 
-const GalleryEntry listed[] = {{"clipboard", clipboardGallery},
-                               {"clipboard-panels", clipboardPanels}};
+const GalleryEntry clipboardEntries[] = {{"clipboard", clipboardGallery},
+                                         {"clipboard-panels", clipboardPanels}};
 
 } // namespace tavrin

@@ -106,7 +106,7 @@ GalleryPanels collectionPanels() {
                   "Failed to open Firefox because its program cannot be run")};
 }
 
-const GalleryEntry listed[] = {{"collection", collectionGallery},
-                               {"collection-panels", collectionPanels}};
+const GalleryEntry collectionEntries[] = {{"collection", collectionGallery},
+                                          {"collection-panels", collectionPanels}};
 
 } // namespace tavrin

@@ -82,6 +82,6 @@ GalleryPanels colourPanels() {
                   "programs")};
 }
 
-const GalleryEntry listed[] = {{"colour", colourGallery}, {"colour-panels", colourPanels}};
+const GalleryEntry colourEntries[] = {{"colour", colourGallery}, {"colour-panels", colourPanels}};
 
 } // namespace tavrin

@@ -61,7 +61,7 @@ GalleryPanels converterPanels() {
           panelOf("angle", {angle, "°", "rad", 180}, german())};
 }
 
-const GalleryEntry listed[] = {{"converter", converterGallery},
-                               {"converter-panels", converterPanels}};
+const GalleryEntry converterEntries[] = {{"converter", converterGallery},
+                                         {"converter-panels", converterPanels}};
 
 } // namespace tavrin

@@ -92,6 +92,6 @@ GalleryPanels emojiPanels() {
                   "Failed to write emoji.json because the disk is full")};
 }
 
-const GalleryEntry listed[] = {{"emoji", emojiGallery}, {"emoji-panels", emojiPanels}};
+const GalleryEntry emojiEntries[] = {{"emoji", emojiGallery}, {"emoji-panels", emojiPanels}};
 
 } // namespace tavrin

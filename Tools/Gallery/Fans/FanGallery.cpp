@@ -57,6 +57,6 @@ GalleryPanels fanPanels() {
           fanPanel("no fans", 0, FanHelperClient::Status::ready, {}, false)};
 }
 
-const GalleryEntry listed[] = {{"fans", fanGallery}, {"fans-panels", fanPanels}};
+const GalleryEntry fanEntries[] = {{"fans", fanGallery}, {"fans-panels", fanPanels}};
 
 } // namespace tavrin

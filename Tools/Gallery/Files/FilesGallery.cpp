@@ -20,9 +20,7 @@ namespace tavrin {
 namespace {
 
 namespace fs = std::filesystem;
-using State = FolderListing::State;
-
-constexpr Date now = Date::fromUnixSeconds(1'788'984'522);
+using FolderState = FolderListing::State;
 
 using samples::screen;
 
@@ -31,7 +29,7 @@ QImage small(int variety, QSize size = {1280, 800}) {
 }
 
 ScreenshotReading shots(int count) {
-  ScreenshotReading reading{true, State::listed, {}};
+  ScreenshotReading reading{true, FolderState::listed, {}};
   for (int i = 0; i < count; ++i)
     reading.shots.push_back({small(i, i == 2 ? QSize(400, 900) : QSize(1280, 800)),
                              "Screenshot " + std::to_string(i) + ".png", "14:05", false});
@@ -70,13 +68,14 @@ GallerySheet filesGallery() {
         {name, 1, [=](const TileSize& size) { return screenshotTileIcon(reading, size); }});
   };
   shot("looking", {});
-  shot("no shots", {true, State::listed, {}});
-  shot("missing", {true, State::missing, {}});
+  shot("no shots", {true, FolderState::listed, {}});
+  shot("missing", {true, FolderState::missing, {}});
   shot("newest", shots(1));
-  ScreenshotReading tall{true, State::listed, {{small(3, {400, 900}), "tall", "14:05", false}}};
+  ScreenshotReading tall{
+      true, FolderState::listed, {{small(3, {400, 900}), "tall", "14:05", false}}};
   shot("tall", tall);
-  shot("being made", {true, State::listed, {{{}, "new", "14:05", false}}});
-  shot("broken", {true, State::listed, {{{}, "new", "14:05", true}}});
+  shot("being made", {true, FolderState::listed, {{{}, "new", "14:05", false}}});
+  shot("broken", {true, FolderState::listed, {{{}, "new", "14:05", true}}});
   const auto file = [&](const char* name, const FilesReading& reading) {
     all.push_back({name, 1, [=](const TileSize& size) { return filesTileIcon(reading, size); }});
   };
@@ -119,9 +118,9 @@ GallerySheet filesWideGallery() {
                    }});
   };
   shot("looking", 3, {});
-  shot("no shots", 3, {true, State::listed, {}});
-  shot("missing", 2, {true, State::missing, {}});
-  shot("unreadable", 4, {true, State::unreadable, {}});
+  shot("no shots", 3, {true, FolderState::listed, {}});
+  shot("missing", 2, {true, FolderState::missing, {}});
+  shot("unreadable", 4, {true, FolderState::unreadable, {}});
   shot("shots", 2, shots(6));
   shot("shots", 3, shots(6));
   shot("shots", 4, shots(6));
@@ -162,7 +161,7 @@ struct Rig {
   ~Rig() { fs::remove_all(folder); }
 
   FolderFile add(const std::string& name, double ago, std::uint64_t size) {
-    return {folder / name, now - ago, size, false};
+    return {folder / name, galleryNow - ago, size, false};
   }
   FolderFile addPicture(const std::string& name, int variety, double ago) {
     screen(variety, variety == 2 ? QSize(500, 900) : QSize(1280, 800))
@@ -176,7 +175,7 @@ struct Rig {
     } while (platform.loop.waitingBackground() > 0);
   }
 
-  test::FakePlatform platform{now};
+  test::FakePlatform platform{galleryNow};
   fs::path folder;
   std::unique_ptr<ScreenshotRoll> shots;
   std::unique_ptr<FileRoll> files;
@@ -192,7 +191,7 @@ Rig& newRig() {
 const fs::path home = "/home/user";
 const auto ignore = [](const fs::path&) {};
 
-GalleryPanel shotsPanel(const char* name, int count, State state = State::listed,
+GalleryPanel shotsPanel(const char* name, int count, FolderState state = FolderState::listed,
                         bool isKnown = true) {
   return {name, screenshotTint, [=](const PanelAppearance& look) -> PanelView* {
             Rig& rig = newRig();
@@ -228,18 +227,18 @@ GalleryPanel shotsPanel(const char* name, int count, State state = State::listed
           }};
 }
 
-GalleryPanel filesPanel(const char* name, int count, State state = State::listed,
+GalleryPanel filesPanel(const char* name, int count, FolderState state = FolderState::listed,
                         std::size_t unfinished = 0, std::vector<std::string> folders = {}) {
   return {
       name, filesTint, [=](const PanelAppearance& look) -> PanelView* {
         Rig& rig = newRig();
         rig.files = std::make_unique<FileRoll>(rig.platform.folders, rig.platform.fakeUserFiles,
                                                rig.platform.loop);
-        rig.files->setSettings({folders, 20, true, now - 4000});
+        rig.files->setSettings({folders, 20, true, galleryNow - 4000});
         rig.settle();
         FolderListing listing{{{home / "Downloads", state}}, {}, unfinished};
         if (folders.size() > 1)
-          listing.folders.push_back({home / "Desktop", State::listed});
+          listing.folders.push_back({home / "Desktop", FolderState::listed});
         std::vector<FolderFile> all{
             rig.add("Harbour plan (final version, signed by all three of them).pdf", 60, 2'413'000),
             rig.addPicture("Harbour.png", 1, 900),
@@ -293,7 +292,7 @@ GalleryPanel shelfPanel(const char* name, int count, int look = -1) {
                "half past four, unless the wind is above seven.\n\n- bring the charts\n- ask "
                "Ada about the key\n";
         ShelfSettings settings;
-        FolderListing listing{{{rig.folder, State::listed}}, {}, 0};
+        FolderListing listing{{{rig.folder, FolderState::listed}}, {}, 0};
         for (int i = 0; i < count; ++i) {
           settings.paths.push_back(all[static_cast<std::size_t>(i)].path.native());
           if (i != 4)
@@ -328,16 +327,16 @@ GalleryPanels filesPanels() {
   return {shotsPanel("screenshots", 8),
           shotsPanel("two", 2),
           shotsPanel("none", 0),
-          shotsPanel("missing", 0, State::missing),
-          shotsPanel("unreadable", 0, State::unreadable),
-          shotsPanel("looking", 0, State::listed, false),
+          shotsPanel("missing", 0, FolderState::missing),
+          shotsPanel("unreadable", 0, FolderState::unreadable),
+          shotsPanel("looking", 0, FolderState::listed, false),
           filesPanel("files", 11),
-          filesPanel("several folders", 5, State::listed, 2, {"~/Downloads", "~/Desktop"}),
+          filesPanel("several folders", 5, FolderState::listed, 2, {"~/Downloads", "~/Desktop"}),
           filesPanel("failed", 3),
           filesPanel("none", 0),
-          filesPanel("downloading", 0, State::listed, 1),
-          filesPanel("missing", 0, State::missing),
-          filesPanel("unreadable", 0, State::unreadable),
+          filesPanel("downloading", 0, FolderState::listed, 1),
+          filesPanel("missing", 0, FolderState::missing),
+          filesPanel("unreadable", 0, FolderState::unreadable),
           shelfPanel("shelf", 5),
           shelfPanel("empty", 0),
           shelfPanel("picture", 5, 1),
@@ -345,7 +344,7 @@ GalleryPanels filesPanels() {
           shelfPanel("no look", 5, 0)};
 }
 
-const GalleryEntry listed[] = {
+const GalleryEntry filesEntries[] = {
     {"files", filesGallery}, {"files-wide", filesWideGallery}, {"files-panels", filesPanels}};
 
 } // namespace tavrin

@@ -190,6 +190,6 @@ GalleryPanels gitHubPanels() {
   };
 }
 
-const GalleryEntry listed[] = {{"github", gitHubGallery}, {"github-panels", gitHubPanels}};
+const GalleryEntry gitHubEntries[] = {{"github", gitHubGallery}, {"github-panels", gitHubPanels}};
 
 } // namespace tavrin

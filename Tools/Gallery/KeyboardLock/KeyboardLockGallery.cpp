@@ -50,7 +50,7 @@ GalleryPanels keyboardLockPanels() {
           lockPanel("refused", InputBlocker::Outcome::secureInput, true)};
 }
 
-const GalleryEntry listed[] = {{"keyboard-lock", keyboardLockGallery},
-                               {"keyboard-lock-panels", keyboardLockPanels}};
+const GalleryEntry keyboardLockEntries[] = {{"keyboard-lock", keyboardLockGallery},
+                                            {"keyboard-lock-panels", keyboardLockPanels}};
 
 } // namespace tavrin

@@ -14,11 +14,9 @@
 namespace tavrin {
 namespace {
 
-constexpr Date now{800'000'000};
-
 MediaPlayer playerOf(PlaybackStatus status, const std::string& title, const std::string& artist,
                      double length = 213, double position = 74) {
-  return samples::player(status, title, artist, now, length, position);
+  return samples::player(status, title, artist, galleryNow, length, position);
 }
 
 struct State {
@@ -51,7 +49,7 @@ std::vector<State> states() {
 }
 
 struct Stage {
-  test::ManualClock clock{now};
+  test::ManualClock clock{galleryNow};
   test::ManualRunLoop loop{clock};
   test::FakeMediaPlayers players;
   std::unique_ptr<MusicModel> model;
@@ -73,7 +71,7 @@ GalleryPanel panelOf(const State& state, bool hasOthers = false, bool isAvailabl
               }
               if (hasOthers)
                 stage.players.all.push_back(
-                    test::FakeMediaPlayers::player("firefox", "A film", 0, now));
+                    test::FakeMediaPlayers::player("firefox", "A film", 0, galleryNow));
             }
             stage.model = std::make_unique<MusicModel>(
                 stage.players, stage.clock, stage.loop,
@@ -94,8 +92,9 @@ GallerySheet musicGallery() {
                          const auto* player = state.player ? &*state.player : nullptr;
                          const QImage picture =
                              state.cover == 0 ? QImage() : samples::cover(state.cover == 2);
-                         return size.isWide() ? musicWideTile(player, picture, {}, now, size, {})
-                                              : musicTileIcon(player, picture, {}, now, size);
+                         return size.isWide()
+                                    ? musicWideTile(player, picture, {}, galleryNow, size, {})
+                                    : musicTileIcon(player, picture, {}, galleryNow, size);
                        }});
   return sheet;
 }
@@ -108,6 +107,6 @@ GalleryPanels musicPanels() {
   return panels;
 }
 
-const GalleryEntry listed[] = {{"music", musicGallery}, {"music-panels", musicPanels}};
+const GalleryEntry musicEntries[] = {{"music", musicGallery}, {"music-panels", musicPanels}};
 
 } // namespace tavrin

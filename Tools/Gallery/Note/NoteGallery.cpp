@@ -64,6 +64,6 @@ GalleryPanels notePanels() {
   return panels;
 }
 
-const GalleryEntry listed[] = {{"note", noteGallery}, {"note-panels", notePanels}};
+const GalleryEntry noteEntries[] = {{"note", noteGallery}, {"note-panels", notePanels}};
 
 } // namespace tavrin

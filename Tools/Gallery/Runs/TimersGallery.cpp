@@ -15,34 +15,32 @@ namespace tavrin {
 
 namespace {
 
-constexpr Date now{800'000'000};
-
 void add(GallerySheet& sheet, const char* name, int span,
          std::function<AnyView(const TileSize&)> view) {
   sheet.push_back({name, span, std::move(view)});
 }
 
 PomodoroRun pomodoro(PomodoroPhase phase, double elapsed, bool isRunning, int cycle) {
-  PomodoroRun run = PomodoroRun::fresh(now);
+  PomodoroRun run = PomodoroRun::fresh(galleryNow);
   run.phase = phase;
   run.accumulated = isRunning ? 0 : elapsed;
   run.cycle = cycle;
   if (isRunning)
-    run.startedAt = now - elapsed;
+    run.startedAt = galleryNow - elapsed;
   return run;
 }
 
 TimerRun timer(TimerRun::Mode mode, double duration, double elapsed, bool isRunning) {
   TimerRun run{mode, duration, {}, isRunning ? 0 : elapsed};
   if (isRunning)
-    run.startedAt = now - elapsed;
+    run.startedAt = galleryNow - elapsed;
   return run;
 }
 
 StopwatchRun stopwatch(double elapsed, bool isRunning, std::vector<double> laps = {}) {
   StopwatchRun run{{}, isRunning ? 0 : elapsed, std::move(laps)};
   if (isRunning)
-    run.startedAt = now - elapsed;
+    run.startedAt = galleryNow - elapsed;
   return run;
 }
 
@@ -50,8 +48,8 @@ void addPomodoros(GallerySheet& sheet) {
   const auto show = [&](const char* name, const PomodoroRun& run, PomodoroSettings settings = {}) {
     for (const int span : {1, 2, 3})
       add(sheet, name, span, [run, settings](const TileSize& size) {
-        return size.isWide() ? pomodoroWideTile(run, settings, now, size, {})
-                             : pomodoroTileIcon(run, settings, now, size);
+        return size.isWide() ? pomodoroWideTile(run, settings, galleryNow, size, {})
+                             : pomodoroTileIcon(run, settings, galleryNow, size);
       });
   };
   show("fresh", pomodoro(PomodoroPhase::focus, 0, false, 0));
@@ -70,8 +68,8 @@ void addTimers(GallerySheet& sheet) {
   const auto show = [&](const char* name, const TimerRun& run, const QColor& tint) {
     for (const int span : {1, 2, 3})
       add(sheet, name, span, [run, tint](const TileSize& size) {
-        return size.isWide() ? timerWideTile(run, now, tint, size, {})
-                             : timerTileIcon(run, now, tint, size);
+        return size.isWide() ? timerWideTile(run, galleryNow, tint, size, {})
+                             : timerTileIcon(run, galleryNow, tint, size);
       });
   };
   using Mode = TimerRun::Mode;
@@ -88,8 +86,8 @@ void addStopwatches(GallerySheet& sheet) {
   const auto show = [&](const char* name, const StopwatchRun& run) {
     for (const int span : {1, 2, 3})
       add(sheet, name, span, [run](const TileSize& size) {
-        return size.isWide() ? stopwatchWideTile(run, now, size, {})
-                             : stopwatchTileIcon(run, now, size);
+        return size.isWide() ? stopwatchWideTile(run, galleryNow, size, {})
+                             : stopwatchTileIcon(run, galleryNow, size);
       });
   };
   show("watch fresh", stopwatch(0, false));
@@ -100,7 +98,7 @@ void addStopwatches(GallerySheet& sheet) {
 }
 
 struct FixedClock final : Clock {
-  Date now() const override { return tavrin::now; }
+  Date now() const override { return galleryNow; }
 };
 FixedClock fixedClock;
 
@@ -129,7 +127,7 @@ GalleryPanel stopwatchPanel(const char* name, const StopwatchRun& run) {
             return new StopwatchPanelView(
                 look, {.name = [] { return QString("Stopwatch"); },
                        .run = [shown]() -> const StopwatchRun& { return *shown; },
-                       .now = [] { return now; },
+                       .now = [] { return galleryNow; },
                        .toggle = [] {},
                        .lap = [] {},
                        .reset = [] {},
@@ -177,6 +175,6 @@ GalleryPanels timersPanels() {
   };
 }
 
-const GalleryEntry listed[] = {{"timers", timersGallery}, {"timers-panels", timersPanels}};
+const GalleryEntry timersEntries[] = {{"timers", timersGallery}, {"timers-panels", timersPanels}};
 
 } // namespace tavrin

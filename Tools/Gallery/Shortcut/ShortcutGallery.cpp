@@ -9,7 +9,7 @@
 namespace tavrin {
 namespace {
 
-using State = ShortcutResult::State;
+using ResultState = ShortcutResult::State;
 
 struct Look {
   const char* name;
@@ -26,7 +26,7 @@ ShortcutSettings settingsOf(const char* symbol, const char* colour) {
   return settings;
 }
 
-ShortcutResult resultOf(State state, int status = 0, double duration = 3.4) {
+ShortcutResult resultOf(ResultState state, int status = 0, double duration = 3.4) {
   ShortcutResult result;
   result.state = state;
   result.status = status;
@@ -37,27 +37,27 @@ ShortcutResult resultOf(State state, int status = 0, double duration = 3.4) {
 std::vector<Look> looks() {
   const auto violet = settingsOf("bolt.fill", "#5E5CE6");
   const QString line = "sent 48,211 bytes  received 35 bytes";
-  return {{"ready", violet, {"Back Up", true, resultOf(State::none), {}, false, {}}},
-          {"running", violet, {"Back Up", true, resultOf(State::running), 0.35, false, line}},
-          {"done", violet, {"Back Up", true, resultOf(State::done), {}, true, {}}},
-          {"failed", violet, {"Back Up", true, resultOf(State::failed, 23), {}, false, line}},
+  return {{"ready", violet, {"Back Up", true, resultOf(ResultState::none), {}, false, {}}},
+          {"running", violet, {"Back Up", true, resultOf(ResultState::running), 0.35, false, line}},
+          {"done", violet, {"Back Up", true, resultOf(ResultState::done), {}, true, {}}},
+          {"failed", violet, {"Back Up", true, resultOf(ResultState::failed, 23), {}, false, line}},
           {"timed out",
            settingsOf("globe", "#0A84FF"),
-           {"Mirror", true, resultOf(State::timedOut), {}, false, {}}},
+           {"Mirror", true, resultOf(ResultState::timedOut), {}, false, {}}},
           {"yellow",
            settingsOf("sun.max.fill", "#FFD60A"),
-           {"Lamp", true, resultOf(State::none), {}, false, {}}},
+           {"Lamp", true, resultOf(ResultState::none), {}, false, {}}},
           {"white",
            settingsOf("house", "#FFFFFF"),
-           {"Unknown symbol", true, resultOf(State::stopped), {}, false, {}}},
+           {"Unknown symbol", true, resultOf(ResultState::stopped), {}, false, {}}},
           {"black",
            settingsOf("moon.fill", "#000000"),
-           {"A shortcut with a long name", true, resultOf(State::running), 0.8, false, line}},
-          {"nothing", violet, {"Shortcut", false, resultOf(State::none), {}, false, {}}}};
+           {"A shortcut with a long name", true, resultOf(ResultState::running), 0.8, false, line}},
+          {"nothing", violet, {"Shortcut", false, resultOf(ResultState::none), {}, false, {}}}};
 }
 
 /// A run that stands still where the gallery wants it.
-GalleryPanel panelOf(const char* name, const ShortcutSettings& settings, State state,
+GalleryPanel panelOf(const char* name, const ShortcutSettings& settings, ResultState state,
                      const std::string& output) {
   return {
       name, shortcutColour(settings), [=](const PanelAppearance& look) {
@@ -66,21 +66,21 @@ GalleryPanel panelOf(const char* name, const ShortcutSettings& settings, State s
         platforms.push_back(std::make_unique<test::FakePlatform>());
         auto& platform = *platforms.back();
         auto& outcome = platform.fakeProcesses.result;
-        if (state == State::failed)
+        if (state == ResultState::failed)
           outcome.status = 23;
-        if (state == State::timedOut)
+        if (state == ResultState::timedOut)
           outcome.outcome = ProcessResult::Outcome::timedOut;
         runners.push_back(std::make_unique<ShortcutRunner>(
             ShortcutRunner::Services{platform.processes(), platform.applications(),
                                      platform.fileManager(), platform.clock(), platform.runLoop()},
             DockWidget(UUID::random(), "Shortcut", 1, settings, 1)));
         auto& runner = *runners.back();
-        if (state != State::none) {
+        if (state != ResultState::none) {
           runner.run();
           platform.fakeClock.advance(12.3);
           if (!platform.fakeProcesses.requests.empty())
             platform.fakeProcesses.requests.back().onOutput(output);
-          if (state != State::running)
+          if (state != ResultState::running)
             platform.loop.runPosts();
         }
         return new ShortcutPanelView(look, runner,
@@ -112,14 +112,15 @@ GalleryPanels shortcutPanels() {
   std::string lines;
   for (int i = 0; i < 30; ++i)
     lines += "Documents/letters/2026/page-" + std::to_string(i) + ".odt\n";
-  return {panelOf("ready", violet, State::none, {}),
-          panelOf("running", violet, State::running, "sending incremental file list\n"),
-          panelOf("done", violet, State::done, lines),
-          panelOf("failed", long_, State::failed, "rsync: connection unexpectedly closed\n"),
-          panelOf("timed out", violet, State::timedOut, {}),
-          panelOf("nothing", none, State::none, {})};
+  return {panelOf("ready", violet, ResultState::none, {}),
+          panelOf("running", violet, ResultState::running, "sending incremental file list\n"),
+          panelOf("done", violet, ResultState::done, lines),
+          panelOf("failed", long_, ResultState::failed, "rsync: connection unexpectedly closed\n"),
+          panelOf("timed out", violet, ResultState::timedOut, {}),
+          panelOf("nothing", none, ResultState::none, {})};
 }
 
-const GalleryEntry listed[] = {{"shortcut", shortcutGallery}, {"shortcut-panels", shortcutPanels}};
+const GalleryEntry shortcutEntries[] = {{"shortcut", shortcutGallery},
+                                        {"shortcut-panels", shortcutPanels}};
 
 } // namespace tavrin

@@ -15,8 +15,7 @@ namespace tavrin {
 namespace {
 
 /// Wednesday, 9 September 2026, 22:08:42 in Berlin.
-constexpr Date evening = Date::fromUnixSeconds(1'788'984'522);
-constexpr Date morning = evening - 12.0 * 3600;
+constexpr Date morning = galleryEvening - 12.0 * 3600;
 struct ClockCase {
   const char* name;
   ClockSettings settings;
@@ -35,16 +34,16 @@ std::vector<ClockCase> clockCases() {
       settings.timeZoneID = zone;
     cases.push_back({name, settings, date, calendar});
   };
-  add("24 h", false, false, evening, german());
-  add("24 h s", true, false, evening, german());
+  add("24 h", false, false, galleryEvening, german());
+  add("24 h s", true, false, galleryEvening, german());
   add("12 h", false, false, morning, american());
-  add("12 h s", true, false, evening, american());
+  add("12 h s", true, false, galleryEvening, american());
   add("face", false, true, morning, german());
   add("face s", true, true, morning, german());
-  add("night", false, true, evening, german());
-  add("night s", true, true, evening, german());
-  add("Auckland", false, false, evening, american(), "Pacific/Auckland");
-  add("B. Aires", true, false, evening, german(), "America/Argentina/Buenos_Aires");
+  add("night", false, true, galleryEvening, german());
+  add("night s", true, true, galleryEvening, german());
+  add("Auckland", false, false, galleryEvening, american(), "Pacific/Auckland");
+  add("B. Aires", true, false, galleryEvening, german(), "America/Argentina/Buenos_Aires");
   return cases;
 }
 
@@ -70,7 +69,7 @@ constexpr CountdownCase countdownCases[] = {
 };
 
 CountdownSettings settingsOf(const CountdownCase& countdown) {
-  return {evening + countdown.left, countdown.countsUpAfter};
+  return {galleryEvening + countdown.left, countdown.countsUpAfter};
 }
 
 void addClocks(GallerySheet& sheet, int span) {
@@ -85,12 +84,13 @@ void addClocks(GallerySheet& sheet, int span) {
 
 void addCountdowns(GallerySheet& sheet, int span) {
   for (const auto& countdown : countdownCases)
-    sheet.push_back(
-        {countdown.name, span, [countdown](const TileSize& size) {
-           return size.isWide()
-                      ? countdownWideTile(countdown.title, settingsOf(countdown), evening, size)
-                      : countdownTileIcon(countdown.title, settingsOf(countdown), evening, size);
-         }});
+    sheet.push_back({countdown.name, span, [countdown](const TileSize& size) {
+                       return size.isWide()
+                                  ? countdownWideTile(countdown.title, settingsOf(countdown),
+                                                      galleryEvening, size)
+                                  : countdownTileIcon(countdown.title, settingsOf(countdown),
+                                                      galleryEvening, size);
+                     }});
 }
 
 void addTimeProgress(GallerySheet& sheet, int span) {
@@ -120,7 +120,7 @@ GallerySheet sheetOf(std::initializer_list<int> spans) {
 
 template <class Panel>
 GalleryPanel panelOf(const char* name, const char* title, DockWidget::Kind kind, const QColor& tint,
-                     Date now = evening) {
+                     Date now = galleryEvening) {
   return {name, tint, [=](const PanelAppearance& look) {
             return new Panel(look, systemStand(title, kind, now).model, [] {});
           }};

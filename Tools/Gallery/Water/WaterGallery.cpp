@@ -8,7 +8,6 @@ namespace tavrin {
 namespace {
 
 /// Wednesday, 9 September 2026, 22:08:42 in Berlin.
-constexpr Date evening = Date::fromUnixSeconds(1'788'984'522);
 
 struct WaterCase {
   const char* name;
@@ -45,8 +44,8 @@ std::vector<WaterCase> waterCases() {
 
 WaterReading readingOf(const WaterCase& water) {
   const Calendar calendar("Europe/Berlin", "en_GB");
-  const auto log = samples::water(water.drunk, water.minutesAgo, evening, calendar);
-  return WaterReading::of(log, water.settings, evening, calendar);
+  const auto log = samples::water(water.drunk, water.minutesAgo, galleryEvening, calendar);
+  return WaterReading::of(log, water.settings, galleryEvening, calendar);
 }
 
 WaterTank tankOf(const WaterCase& water) {
@@ -81,6 +80,6 @@ GalleryPanels waterPanels() {
   return panels;
 }
 
-const GalleryEntry listed[] = {{"water", waterGallery}, {"water-panels", waterPanels}};
+const GalleryEntry waterEntries[] = {{"water", waterGallery}, {"water-panels", waterPanels}};
 
 } // namespace tavrin

@@ -139,6 +139,7 @@ GalleryPanels weatherPanels() {
   return panels;
 }
 
-const GalleryEntry listed[] = {{"weather", weatherGallery}, {"weather-panels", weatherPanels}};
+const GalleryEntry weatherEntries[] = {{"weather", weatherGallery},
+                                       {"weather-panels", weatherPanels}};
 
 } // namespace tavrin

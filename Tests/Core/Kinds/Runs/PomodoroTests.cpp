@@ -6,11 +6,11 @@
 namespace tavrin {
 namespace {
 
-const Calendar berlin("Europe/Berlin", "de_DE");
+const Calendar berlinTime("Europe/Berlin", "de_DE");
 
 /// 2026-03-10 09:00 in Berlin, and `seconds` later.
 Date at(double seconds) {
-  return berlin.date({2026, 3, 10, 9, 0, 0}) + seconds;
+  return berlinTime.date({2026, 3, 10, 9, 0, 0}) + seconds;
 }
 
 constexpr auto focus = PomodoroPhase::focus;
@@ -41,7 +41,7 @@ TEST(PomodoroRun, Rhythm) {
     for (const auto expected : phases) {
       sessions += run.phase == focus ? 1 : 0;
       EXPECT_EQ(run.nextPhase(settings), expected);
-      run.advance(at(1), settings, true, berlin);
+      run.advance(at(1), settings, true, berlinTime);
       EXPECT_EQ(run.phase, expected) << "cycles " << cycles;
       EXPECT_EQ(run.sessionsToday, sessions);
       EXPECT_EQ(run.isRunning(), expected != focus);
@@ -53,14 +53,14 @@ TEST(PomodoroRun, Rhythm) {
 TEST(PomodoroRun, CycleGoesBackToZeroAfterALongBreak) {
   const PomodoroSettings settings;
   PomodoroRun run{longBreak, at(0), 0, 4, 4, at(0)};
-  run.advance(at(900), settings, false, berlin);
+  run.advance(at(900), settings, false, berlinTime);
   EXPECT_EQ(run, (PomodoroRun{focus, std::nullopt, 0, 0, 4, at(0)}));
 }
 
 TEST(PomodoroRun, ASkippedFocusCountsForNothing) {
   const PomodoroSettings settings;
   PomodoroRun run{focus, at(0), 10, 3, 7, at(0)};
-  run.advance(at(100), settings, false, berlin);
+  run.advance(at(100), settings, false, berlinTime);
   EXPECT_EQ(run, (PomodoroRun{longBreak, at(100), 0, 3, 7, at(0)}));
 }
 
@@ -68,7 +68,7 @@ TEST(PomodoroRun, BreaksWaitWhenToldTo) {
   PomodoroSettings settings;
   settings.startsBreaksAutomatically = false;
   auto run = PomodoroRun::fresh(at(0));
-  run.advance(at(100), settings, true, berlin);
+  run.advance(at(100), settings, true, berlinTime);
   EXPECT_EQ(run, (PomodoroRun{shortBreak, std::nullopt, 0, 1, 1, at(0)}));
 }
 
@@ -77,14 +77,14 @@ TEST(PomodoroRun, StartPauseReset) {
   EXPECT_FALSE(run.hasStarted());
   run.pause(at(5));
   EXPECT_EQ(run, PomodoroRun::fresh(at(0)));
-  run.start(at(10), berlin);
-  run.start(at(20), berlin);
+  run.start(at(10), berlinTime);
+  run.start(at(20), berlinTime);
   EXPECT_EQ(run.startedAt, at(10));
   run.pause(at(70));
   EXPECT_EQ(run.accumulated, 60);
   EXPECT_TRUE(run.hasStarted());
   EXPECT_FALSE(run.isRunning());
-  run.start(at(100), berlin);
+  run.start(at(100), berlinTime);
   EXPECT_EQ(run.elapsed(at(101)), 61);
   run.cycle = 2;
   run.sessionsToday = 3;
@@ -128,18 +128,18 @@ TEST(PomodoroRun, WhatIsShown) {
 }
 
 TEST(PomodoroRun, ADaysSessionsEndWithTheDay) {
-  const auto beforeMidnight = berlin.date({2026, 3, 10, 23, 59, 59});
+  const auto beforeMidnight = berlinTime.date({2026, 3, 10, 23, 59, 59});
   const PomodoroRun yesterday{focus, std::nullopt, 0, 2, 5, beforeMidnight};
   auto started = yesterday;
-  started.start(beforeMidnight + 1, berlin);
+  started.start(beforeMidnight + 1, berlinTime);
   EXPECT_EQ(started.sessionsToday, 0);
   EXPECT_EQ(started.day, beforeMidnight + 1);
   EXPECT_EQ(started.cycle, 2);
   auto advanced = yesterday;
-  advanced.advance(beforeMidnight + 1, {}, true, berlin);
+  advanced.advance(beforeMidnight + 1, {}, true, berlinTime);
   EXPECT_EQ(advanced.sessionsToday, 1);
   auto same = yesterday;
-  same.rollDay(beforeMidnight - 86'398, berlin);
+  same.rollDay(beforeMidnight - 86'398, berlinTime);
   EXPECT_EQ(same, yesterday);
   // In London it is an hour earlier, and still the same day.
   same.rollDay(beforeMidnight + 1, Calendar("Europe/London", "en_GB"));
@@ -180,26 +180,26 @@ TEST(PomodoroRun, CatchesUpAfterARestart) {
       {"clock set back", {focus, at(500), 20, 1, 1, day}, 0, {focus, at(500), 20, 1, 1, day}},
   };
   for (const auto& [what, saved, now, expected] : cases)
-    EXPECT_EQ(saved.caughtUp(at(now), settings, berlin), expected) << what;
+    EXPECT_EQ(saved.caughtUp(at(now), settings, berlinTime), expected) << what;
 
   PomodoroSettings waiting = settings;
   waiting.startsBreaksAutomatically = false;
-  EXPECT_EQ((PomodoroRun{focus, day, 0, 0, 0, day}.caughtUp(at(9000), waiting, berlin)),
+  EXPECT_EQ((PomodoroRun{focus, day, 0, 0, 0, day}.caughtUp(at(9000), waiting, berlinTime)),
             (PomodoroRun{shortBreak, std::nullopt, 0, 1, 1, day}));
   // Nothing left to show where the break ran out.
   EXPECT_EQ((PomodoroRun{focus, day, 0, 0, 0, day}
-                 .caughtUp(at(9000), settings, berlin)
+                 .caughtUp(at(9000), settings, berlinTime)
                  .displayedSeconds(at(9000), settings)),
             0);
 }
 
 TEST(PomodoroRun, CatchingUpOverMidnight) {
-  const auto late = berlin.date({2026, 3, 10, 23, 50, 0});
+  const auto late = berlinTime.date({2026, 3, 10, 23, 50, 0});
   const PomodoroRun saved{focus, late, 0, 0, 6, late};
-  const auto nextMorning = berlin.date({2026, 3, 11, 8, 0, 0});
-  const auto run = saved.caughtUp(nextMorning, {}, berlin);
+  const auto nextMorning = berlinTime.date({2026, 3, 11, 8, 0, 0});
+  const auto run = saved.caughtUp(nextMorning, {}, berlinTime);
   EXPECT_EQ(run.sessionsToday, 1); // it ended after midnight: the new day's first
-  const auto twoDaysLater = saved.caughtUp(nextMorning + 86'400, {}, berlin);
+  const auto twoDaysLater = saved.caughtUp(nextMorning + 86'400, {}, berlinTime);
   EXPECT_EQ(twoDaysLater.sessionsToday, 0);
   EXPECT_EQ(twoDaysLater.day, nextMorning + 86'400);
   EXPECT_EQ(twoDaysLater.cycle, 1);
