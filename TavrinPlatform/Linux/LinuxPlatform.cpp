@@ -5,6 +5,7 @@
 #include "TavrinPlatform/Linux/Applications/LinuxApplicationLibrary.h"
 #include "TavrinPlatform/Linux/Base/ProcessFamily.h"
 #include "TavrinPlatform/Linux/Base/ResourceDpi.h"
+#include "TavrinPlatform/Linux/Base/WorkAreaHold.h"
 #include "TavrinPlatform/Linux/Desktop/DesktopServices.h"
 #include "TavrinPlatform/Linux/Devices/DeviceServices.h"
 #include "TavrinPlatform/Linux/Files/LinuxFileManager.h"
@@ -141,6 +142,7 @@ private:
   std::unique_ptr<QtRunLoop> runLoop_;
   std::vector<std::unique_ptr<BusReturn>> awaited_;
   bool startsAnew_ = false;
+  std::unique_ptr<WorkAreaHold> workArea_;
   std::unique_ptr<ResourceDpi> resources_;
   TokenPtr scaleStart_;
 
@@ -183,6 +185,7 @@ LinuxPlatform::~LinuxPlatform() {
   awaited_.clear();
   scaleStart_.reset();
   resources_.reset();
+  workArea_.reset();
   application_->isPanelShown = nullptr;
   application_->onAttention = nullptr;
   application_->onFocus = nullptr;
@@ -229,6 +232,7 @@ bool LinuxPlatform::endsToStartAnew() {
 
 /// The toolkit takes the database's scale when it starts, and not again.
 void LinuxPlatform::followResources() {
+  workArea_ = std::make_unique<WorkAreaHold>();
   resources_ = std::make_unique<ResourceDpi>([this] {
     constexpr double often = 0.5;
     scaleStart_ = runLoop_->repeat(often, [this] {
