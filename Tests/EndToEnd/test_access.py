@@ -4,7 +4,7 @@ import unittest
 
 from desks.access_tree import AccessTree, start_accessibility
 from desks.panel_probe import KINDS, SLOT, place, start, stop
-from rig import Desk, wait_for
+from rig import BUILD, Desk, wait_for
 
 # What one acts on, and must have a name.
 CONTROLS = {"push button", "check box", "radio button", "toggle button", "combo box", "slider",
@@ -62,6 +62,21 @@ class Access(unittest.TestCase):
         for node in self.tree.nodes(process.pid):
             if node["role"] == "push button" and node["depth"] == 2:
                 self.assertTrue(node["name"] and node["actions"], f"a button of the tile: {node}")
+
+    def test_the_tile_with_the_keyboard_has_the_focus(self):
+        place(self.desk, "timer", "Tea")
+        process = start(self.desk)
+        self.addCleanup(stop, process)
+
+        def tile():
+            return next((node for node in self.tree.nodes(process.pid)
+                         if node["role"] == "push button" and node["depth"] == 1), {})
+        wait_for(lambda: tile().get("focusable"), "a tile that takes the focus")
+        self.assertFalse(tile()["focused"])
+        self.desk.run(str(BUILD / "bin" / "tavrin"), "strip", "Tea")
+        wait_for(lambda: tile()["focused"], "the focus at the tile")
+        self.desk.key("Escape")
+        wait_for(lambda: not tile()["focused"], "the focus elsewhere")
 
     def check_panel(self, panel, name):
         self.assertEqual(panel[0]["name"], name)

@@ -15,8 +15,8 @@ namespace tavrin {
 /// The tiles stand where the manager has put it. The owner of the selection "_TAVRIN_ROOM" has it.
 class StripBar final : public QObject, private QAbstractNativeEventFilter {
 public:
-  /// `onMove` is told a little after the bar has come or moved, `onCover` as soon as it may lie over
-  /// the tiles.
+  /// `onMove` is told a little after the bar has come or moved, `onCover` as soon as it may lie
+  /// over the tiles.
   StripBar(std::function<void()> onMove, std::function<void()> onCover);
   ~StripBar() override;
 

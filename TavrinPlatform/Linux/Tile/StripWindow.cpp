@@ -371,7 +371,7 @@ void StripWindow::timerEvent(QTimerEvent* event) {
   }
   toolTip_.stop();
   // The toolkit takes a layer to stand at the desktop's corner.
-  showPlainToolTip(layers_ == nullptr ? QCursor::pos() : home_ + hovered_, label_.name);
+  showPlainToolTip(layers_ == nullptr ? QCursor::pos() : home_ + hovered_, name());
 }
 
 void StripWindow::becomeDockWindow() {

@@ -45,6 +45,7 @@ public:
 
   /// Wears a ring of its own while it has the keyboard.
   void setFocusRing(bool isWanted);
+  bool hasFocusRing() const { return hasFocusRing_; }
   /// The layer shell that the window is a surface of; null on an X server.
   LayerShell* layers() const { return layers_; }
   /// Where it stands, also on a layer shell, of which the toolkit is not told.
@@ -58,6 +59,8 @@ public:
 
   /// What the picture shows, for tooltips and assistive technology.
   const TileLabel<QString>& label() const { return label_; }
+  /// The user's name for the widget; of one without, what its picture is called.
+  QString name() const { return title().isEmpty() ? label_.name : title(); }
   /// The picture's buttons, in points of the window.
   void setButtons(std::vector<DockTile::Button> buttons);
   const std::vector<DockTile::Button>& buttons() const { return buttons_; }

@@ -97,7 +97,7 @@ public:
     const bool isNamed = !tile()->title().isEmpty();
     switch (kind) {
     case QAccessible::Name:
-      return isNamed ? tile()->title() : label.name;
+      return tile()->name();
     // A button has no value of its own on the bus: what the tile shows is its description.
     case QAccessible::Description:
       return isNamed && label.name != tile()->title() ? spoken(label.name, label.value)
@@ -109,6 +109,8 @@ public:
   QAccessible::State state() const override {
     QAccessible::State state;
     state.invisible = !tile()->isVisible();
+    state.focusable = true;
+    state.focused = tile()->hasFocusRing();
     return state;
   }
   QRect rect() const override { return tile()->geometry(); }
