@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <unicode/uchar.h>
+#include <utility>
 
 namespace tavrin {
 namespace {
@@ -53,22 +54,39 @@ void append(std::string& out, UChar32 character, std::string_view bytes,
 
 constexpr UChar32 firstStrongIsolate = 0x2068;
 constexpr UChar32 popDirectionalIsolate = 0x2069;
+constexpr UChar32 rightToLeftMark = 0x200F;
 
-bool isIsolate(UChar32 character) {
-  return character == firstStrongIsolate || character == popDirectionalIsolate;
-}
+/// Which marks of a text from right to left are its own, and reach no further than it does:
+/// isolates that close each other on each line, and of a text that has any, the mark that a line
+/// begins with.
+class OwnMarks {
+public:
+  explicit OwnMarks(std::string_view text) : hasOwn_(isRightToLeft() && hasClosedIsolates(text)) {}
 
-/// Whether the isolates of `text` close each other, on each line, so that none reaches out of it.
-bool hasClosedIsolates(std::string_view text) {
-  int open = 0;
-  bool isClosed = true;
-  forEachCharacter(text, [&](UChar32 character, std::string_view) {
-    open += character == firstStrongIsolate ? 1 : character == popDirectionalIsolate ? -1 : 0;
-    isClosed = open >= 0 && (character != '\n' || open == 0);
-    return isClosed;
-  });
-  return isClosed && open == 0;
-}
+  /// To be asked of each character in turn.
+  bool holds(UChar32 character) {
+    const bool isFirst = std::exchange(isAtLineStart_, character == '\n');
+    return hasOwn_ && (character == firstStrongIsolate || character == popDirectionalIsolate ||
+                       (isFirst && character == rightToLeftMark));
+  }
+
+private:
+  static bool hasClosedIsolates(std::string_view text) {
+    int open = 0;
+    bool isClosed = true;
+    bool hasAny = false;
+    forEachCharacter(text, [&](UChar32 character, std::string_view) {
+      hasAny |= character == firstStrongIsolate;
+      open += character == firstStrongIsolate ? 1 : character == popDirectionalIsolate ? -1 : 0;
+      isClosed = open >= 0 && (character != '\n' || open == 0);
+      return isClosed;
+    });
+    return hasAny && isClosed && open == 0;
+  }
+
+  bool hasOwn_;
+  bool isAtLineStart_ = true;
+};
 
 } // namespace
 
@@ -76,13 +94,13 @@ std::string plainText(std::string_view text, std::size_t longest) {
   std::string out;
   out.reserve(std::min(text.size(), longest));
   std::size_t count = 0;
-  const bool keepsIsolates = isRightToLeft() && hasClosedIsolates(text);
+  OwnMarks own(text);
   forEachCharacter(text, [&](UChar32 character, std::string_view bytes) {
     if (count++ == longest) {
       out += "…";
       return false;
     }
-    if (keepsIsolates && isIsolate(character))
+    if (own.holds(character))
       out += bytes;
     else
       append(out, character, bytes, "\n");
@@ -94,9 +112,9 @@ std::string plainText(std::string_view text, std::size_t longest) {
 std::string printable(std::string_view text) {
   std::string out;
   out.reserve(text.size());
-  const bool keepsIsolates = isRightToLeft() && hasClosedIsolates(text);
+  OwnMarks own(text);
   forEachCharacter(text, [&](UChar32 character, std::string_view bytes) {
-    if (keepsIsolates && isIsolate(character))
+    if (own.holds(character))
       out += bytes;
     else
       append(out, character, bytes, "⏎");

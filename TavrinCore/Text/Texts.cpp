@@ -1,5 +1,6 @@
 #include "TavrinCore/Text/Texts.h"
 
+#include "TavrinCore/Text/CodePoints.h"
 #include "TavrinCore/Text/DecimalText.h"
 #include "TavrinCore/Text/ForeignText.h"
 #include "TavrinCore/Text/TextCatalogue.h"
@@ -9,6 +10,7 @@
 #include <fmt/format.h>
 #include <optional>
 #include <unicode/dcfmtsym.h>
+#include <unicode/uchar.h>
 
 namespace tavrin {
 namespace {
@@ -67,6 +69,22 @@ bool suits(std::string_view translation, std::string_view english, bool countMay
   return true;
 }
 
+/// Whether a translation has a direction of its own: that of its first letter outside places, which
+/// are isolated.
+bool beginsRightToLeft(std::string_view text) {
+  bool isInPlace = false;
+  UCharDirection found = U_OTHER_NEUTRAL;
+  forEachCharacter(text, [&](UChar32 character, std::string_view) {
+    isInPlace = character == '{' || (isInPlace && character != '}');
+    const auto direction = isInPlace ? U_OTHER_NEUTRAL : u_charDirection(character);
+    if (direction == U_LEFT_TO_RIGHT || direction == U_RIGHT_TO_LEFT ||
+        direction == U_RIGHT_TO_LEFT_ARABIC)
+      found = direction;
+    return found == U_OTHER_NEUTRAL;
+  });
+  return found == U_RIGHT_TO_LEFT || found == U_RIGHT_TO_LEFT_ARABIC;
+}
+
 class Filling {
 public:
   Filling(TextPlaces places, const TextPlace* count, bool isolates)
@@ -84,7 +102,9 @@ public:
       done = place->end();
     }
     filled += text.substr(done);
-    return filled;
+    // One whose letters are all foreign would run the other way.
+    const bool isMixed = filled.find("\u2068") != std::string::npos;
+    return isolates_ && isMixed && !beginsRightToLeft(text) ? "\u200F" + filled : filled;
   }
 
 private:

@@ -110,7 +110,7 @@ void AirDropPanelView::showSending() {
     parts << worded("{done} of {all}",
                     {{"done", byteText(static_cast<std::int64_t>(progress.sent))},
                      {"all", byteText(static_cast<std::int64_t>(progress.size))}});
-  detail_->setWords(joinedPieces(parts, wordedIn("between facts", ", ")));
+  detail_->setWords(joinedFacts(parts));
 }
 
 void AirDropPanelView::showWords() {

@@ -90,8 +90,9 @@ AnyView airDropTileIcon(const AirDropTileState& state, const TileSize& size) {
     content.caption = wordedPlural("file", "files", static_cast<long long>(state.fileCount));
     content.markRatio = 0.26;
   } else if (state.state == State::sending) {
-    content.figure = QStringLiteral("%1%").arg(qRound(state.share.value_or(0) * 100));
-    content.widestFigure = "88%";
+    content.figure =
+        QString::fromStdString(wholePercentText(qRound(state.share.value_or(0) * 100)));
+    content.widestFigure = QString::fromStdString(wholePercentText(88));
     content.markRatio = 0.26;
   } else {
     content.markRatio = 0.52;

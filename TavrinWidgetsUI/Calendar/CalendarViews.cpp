@@ -2,6 +2,7 @@
 
 #include "TavrinCore/Kinds/Calendar/CalendarSettings.h"
 #include "TavrinCore/Kinds/Calendar/ReminderSettings.h"
+#include "TavrinWidgetsUI/Kit/Pieces.h"
 #include "TavrinWidgetsUI/Kit/Utf8.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
@@ -187,7 +188,7 @@ QString spoken(const CalendarReading& reading) {
   const auto next = UpNext::current(reading.events, reading.now);
   if (reading.state != CalendarState::items || !next)
     return calendarWords(reading.state).sentence;
-  return eventTitle(*next) + ", " + eventWhen(*next, reading.now, reading.calendar);
+  return joinedFacts({eventTitle(*next), eventWhen(*next, reading.now, reading.calendar)});
 }
 
 QString today(const CalendarReading& reading) {

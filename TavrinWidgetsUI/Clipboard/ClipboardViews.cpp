@@ -81,14 +81,13 @@ AnyView onSheet(const ClipboardReading& reading, const TileSize& size) {
 QString spokenState(const ClipboardReading& reading) {
   if (!reading.hasRead)
     return worded(loadingText);
-  QString state =
-      wordedPlural("{count} item", "{count} items", static_cast<long long>(reading.count));
+  QStringList state{
+      wordedPlural("{count} item", "{count} items", static_cast<long long>(reading.count))};
   if (reading.unseen > 0)
-    state +=
-        ", " + wordedPlural("{count} new", "{count} new", static_cast<long long>(reading.unseen));
+    state << wordedPlural("{count} new", "{count} new", static_cast<long long>(reading.unseen));
   if (reading.preview)
-    state += ", " + QString::fromStdString(*reading.preview);
-  return state;
+    state << QString::fromStdString(*reading.preview);
+  return joinedFacts(std::move(state));
 }
 
 AnyView loadingTile(const TileSize& size) {

@@ -41,7 +41,8 @@ AnyView fan(const FilesReading& reading, double height) {
                          .fill(mix(QColor(0xF6, 0xF6, 0xF3), ground, 0.22 + 0.14 * double(i)))
                          .frame(height * 0.74, height * 0.94)
                          .rotation(side * 9)
-                         .offset(side * height * 0.13, height * 0.01));
+                         .offset(side * height * 0.13, height * 0.01)
+                         .unmirrored());
   }
   return zstack(std::move(layers));
 }
@@ -61,11 +62,11 @@ QString stateWords(const FilesReading& reading) {
     return worded("Cannot be listed");
   if (reading.files.empty())
     return reading.unfinished > 0 ? worded("Downloading") : worded("No files");
-  QString words = reading.files.front().title;
+  QStringList words{reading.files.front().title};
   if (reading.unseen > 0)
-    words += ", " + worded("{unseen} new",
-                           {{"unseen", unseenText(reading.unseen, reading.hasMoreUnseen)}});
-  return words;
+    words << worded("{unseen} new",
+                    {{"unseen", unseenText(reading.unseen, reading.hasMoreUnseen)}});
+  return joinedFacts(std::move(words));
 }
 
 } // namespace

@@ -1,4 +1,5 @@
 #include "TavrinWidgetsUI/Files/ScreenshotViews.h"
+#include "TavrinWidgetsUI/Kit/Pieces.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <algorithm>
@@ -80,7 +81,7 @@ QString spokenState(const ScreenshotReading& reading) {
   if (reading.shots.empty())
     return worded("No screenshots");
   const auto& newest = reading.shots.front();
-  return QString::fromStdString(newest.name) + ", " + newest.moment;
+  return joinedFacts({QString::fromStdString(newest.name), newest.moment});
 }
 
 AnyView onGround(const AnyView& inner, const TileSize& size) {

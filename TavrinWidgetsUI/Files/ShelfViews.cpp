@@ -1,4 +1,5 @@
 #include "TavrinWidgetsUI/Files/ShelfViews.h"
+#include "TavrinWidgetsUI/Kit/Pieces.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <algorithm>
@@ -68,12 +69,12 @@ AnyView emptyPlace(double side) {
 QString spokenState(const ShelfReading& reading) {
   if (reading.count == 0)
     return worded("Empty");
-  QString words =
-      wordedPlural("{count} item", "{count} items", static_cast<long long>(reading.count));
+  QStringList words{
+      wordedPlural("{count} item", "{count} items", static_cast<long long>(reading.count))};
   if (reading.missing > 0)
-    words += ", " + wordedPlural("{count} missing", "{count} missing",
-                                 static_cast<long long>(reading.missing));
-  return words;
+    words << wordedPlural("{count} missing", "{count} missing",
+                          static_cast<long long>(reading.missing));
+  return joinedFacts(std::move(words));
 }
 
 } // namespace

@@ -122,7 +122,7 @@ AnyView itemLines(const GitHubReading& reading, Date now, const TileSize& size,
       std::max<std::size_t>(1, static_cast<std::size_t>((size.body() * 0.86) / pitch));
   std::vector<AnyView> lines;
   if (const auto failing = GitHubBoard::failing(reading.items); failing > 0)
-    lines.push_back(text(failingText(failing))
+    lines.push_back(text(failingText(failing).trimmed())
                         .size(points)
                         .weight(FontWeight::semibold)
                         .colour(withContrast(checksColour(GitHubChecks::failing), ground))
@@ -188,8 +188,8 @@ QString itemText(const GitHubItem& item) {
                  : item.isIssue ? worded("Issue")
                                 : worded("Pull request");
   if (item.checks != GitHubChecks::none)
-    kind =
-        item.isDraft ? kind + ", " + utf8(title(item.checks)).toLower() : utf8(title(item.checks));
+    kind = item.isDraft ? joinedFacts({kind, utf8(title(item.checks)).toLower()})
+                        : utf8(title(item.checks));
   return joinedPieces({kind, QStringLiteral("%1 #%2")
                                  .arg(QString::fromStdString(item.repository))
                                  .arg(static_cast<qlonglong>(item.number))});

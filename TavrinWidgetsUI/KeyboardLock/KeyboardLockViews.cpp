@@ -176,8 +176,10 @@ void KeyboardLockPanelView::refresh() {
   setTitle(actions_.name());
   setState(status.isLocked ? worded("Locked") : QString(),
            status.isLocked ? State::active : State::plain);
-  picture_->setView(lockMark(status.isLocked, colours().text, colours().ground, pictureHeight)
-                        .frame(pictureHeight, pictureHeight));
+  // The lock hangs over the keyboard's lower edge.
+  picture_->setView(
+      lockMark(status.isLocked, colours().text, colours().ground, pictureHeight * 0.82)
+          .frame(pictureHeight, pictureHeight));
   picture_->setName(stateText(status));
   description_->setWords(status.isLocked ? lockedText()
                                          : keyboardLockDescription(status.locksPointer));

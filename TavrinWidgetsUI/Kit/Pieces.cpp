@@ -2,6 +2,7 @@
 
 #include "TavrinCore/Text/ForeignText.h"
 #include "TavrinCore/Text/Texts.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 namespace tavrin {
 
@@ -14,6 +15,11 @@ QString joinedPieces(const QStringList& pieces, const QString& separator) {
   // A line whose first letter is Latin would run the other way.
   constexpr QChar rightToLeftMark(0x200F);
   return rightToLeftMark + apart.join(separator);
+}
+
+QString joinedFacts(QStringList facts) {
+  facts.removeAll(QString());
+  return joinedPieces(facts, wordedIn("between facts", ", "));
 }
 
 } // namespace tavrin

@@ -9,4 +9,8 @@ namespace tavrin {
 /// 9).
 QString joinedPieces(const QStringList& pieces, const QString& separator = QStringLiteral(" · "));
 
+/// "one, two" for what is said of something, with the language's own comma; empty ones are left
+/// out.
+QString joinedFacts(QStringList facts);
+
 } // namespace tavrin

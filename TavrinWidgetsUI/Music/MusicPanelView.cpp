@@ -93,7 +93,8 @@ void MusicPanelView::makePosition() {
   position_->setPageStep(pageStep);
   elapsed_ = new PanelText({}, PanelTextStyle::caption);
   left_ = new PanelText({}, PanelTextStyle::caption);
-  left_->setAlignment(Qt::AlignTrailing);
+  elapsed_->setAlignment(Qt::AlignLeft | Qt::AlignAbsolute | Qt::AlignVCenter);
+  left_->setAlignment(Qt::AlignRight | Qt::AlignAbsolute | Qt::AlignVCenter);
   connect(position_, &QSlider::valueChanged, this, [this](int seconds) {
     // A drag is one wish, told when it ends.
     if (position_->isSliderDown())

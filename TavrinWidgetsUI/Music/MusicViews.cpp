@@ -1,4 +1,5 @@
 #include "TavrinWidgetsUI/Music/MusicViews.h"
+#include "TavrinWidgetsUI/Kit/Pieces.h"
 
 #include "TavrinWidgetsUI/Kit/Utf8.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
@@ -19,7 +20,7 @@ QString spoken(const MediaPlayer& player) {
   if (!track.artist.empty())
     parts << utf8(track.artist);
   parts << playbackWord(player);
-  return parts.join(", ");
+  return joinedFacts(std::move(parts));
 }
 
 std::optional<double> shownProgress(const MediaPlayer& player, const MusicSettings& settings,

@@ -1,5 +1,6 @@
 #include "TavrinWidgetsUI/Runs/StopwatchPanelView.h"
 
+#include "TavrinCore/Text/DecimalText.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelFigure.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
@@ -17,7 +18,8 @@ constexpr double dialSide = 132;
 constexpr int visibleLaps = 5;
 
 QString tenths(double seconds) {
-  return QString::fromStdString(StopwatchRun::text(seconds, true));
+  return QString::fromStdString(StopwatchRun::text(seconds, true))
+      .replace(QLatin1Char('.'), QString::fromStdString(decimalSeparator()));
 }
 
 /// The latest lap first: its number, how long it took, and the time it ended at.

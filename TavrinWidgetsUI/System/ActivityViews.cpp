@@ -1,4 +1,5 @@
 #include "TavrinWidgetsUI/System/ActivityViews.h"
+#include "TavrinWidgetsUI/Kit/Pieces.h"
 
 #include "TavrinWidgetsUI/Kit/Views/Gauges.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
@@ -26,7 +27,7 @@ QString spoken(const std::vector<Gauge>& shown) {
   QStringList parts;
   for (const auto& gauge : shown)
     parts << gauge.name + " " + percentText(gauge.value);
-  return parts.join(", ");
+  return joinedFacts(std::move(parts));
 }
 
 Text figure(const Gauge& gauge, double points) {

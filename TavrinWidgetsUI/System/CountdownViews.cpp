@@ -45,7 +45,7 @@ AnyView fittingForm(const std::vector<std::string>& forms, double points, TextAl
                              .figure(least));
   };
   for (const auto& form : forms)
-    for (const double share : {1.0, 0.9, 0.8, 0.7}) {
+    for (const double share : {1.0, 0.9, 0.8, 0.7, 0.6, 0.5, 0.4}) {
       const double size = points * share;
       if (size < minimumTypeSize && share < 1)
         break;

@@ -36,8 +36,9 @@ AnyView barRow(const TimeProgressReading& reading, bool isChosen, const PanelPal
                   .width(40, Alignment::trailing)})
       .spacing(8)
       .height(rowHeight)
-      .accessibility(nameOf(reading.scope),
-                     worded("{percent}% left", {{"percent", reading.percentLeft}}));
+      .accessibility(
+          nameOf(reading.scope),
+          worded("{percent} left", {{"percent", wholePercentText(reading.percentLeft)}}));
 }
 
 } // namespace
@@ -72,15 +73,17 @@ void TimeProgressPanelView::refresh() {
   for (const auto scope : allTimeProgressScopes) {
     const auto reading = TimeProgressReading::at(model_.now(), scope, model_.calendar());
     rows.push_back(barRow(reading, scope == settings->scope, colours()));
-    spoken += worded("{period} {percent}% left.",
-                     {{"period", nameOf(scope)}, {"percent", reading.percentLeft}}) +
-              " ";
+    spoken +=
+        worded("{period} {percent} left.",
+               {{"period", nameOf(scope)}, {"percent", wholePercentText(reading.percentLeft)}}) +
+        " ";
     if (scope != settings->scope)
       continue;
     ring_->setView(timeProgressRing(reading, progressRingSide, colours().ground, colours().text,
                                     colours().secondary));
-    ring_->setName(worded("{period}, {percent}% left",
-                          {{"period", nameOf(scope)}, {"percent", reading.percentLeft}}));
+    ring_->setName(
+        worded("{period}, {percent} left",
+               {{"period", nameOf(scope)}, {"percent", wholePercentText(reading.percentLeft)}}));
     scope_->setWords(nameOf(scope));
     left_->setWords(worded("{time} left", {{"time", reading.left}}));
   }

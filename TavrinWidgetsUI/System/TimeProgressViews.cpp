@@ -40,7 +40,7 @@ QString percentText(const TimeProgressReading& reading) {
 }
 
 QString spoken(const TimeProgressReading& reading) {
-  return worded("{percent}% left", {{"percent", reading.percentLeft}});
+  return worded("{percent} left", {{"percent", wholePercentText(reading.percentLeft)}});
 }
 
 Text percent(const TimeProgressReading& reading, double points, const QColor& ink) {
@@ -109,7 +109,7 @@ AnyView timeProgressWideTile(const TimeProgressReading& reading, const TileSize&
                         ? scopeTitle(reading) + " · " + QString::fromStdString(reading.left)
                         : scopeTitle(reading);
   content.figure = spoken(reading);
-  content.widestFigure = worded("{percent}% left", {{"percent", 88}});
+  content.widestFigure = worded("{percent} left", {{"percent", wholePercentText(88)}});
   return wideTile(content, size).accessibility(scopeTitle(reading), spoken(reading));
 }
 

@@ -4,6 +4,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelFigure.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Pieces.h"
 #include "TavrinWidgetsUI/Kit/Utf8.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewWidget.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
@@ -88,7 +89,7 @@ void WaterPanelView::refresh() {
   QStringList amounts;
   for (const auto& day : reading.week)
     amounts << utf8(format(reading.settings.unit, day.millilitres));
-  week_->setName(worded("This week: {amounts}", {{"amounts", amounts.join(", ")}}));
+  week_->setName(worded("This week: {amounts}", {{"amounts", joinedFacts(amounts)}}));
 
   drink_->setTitle(worded("Drink {amount}",
                           {{"amount", format(reading.settings.unit, reading.settings.glass)}}));

@@ -1,6 +1,7 @@
 #include "TavrinWidgetsUI/Water/WaterViews.h"
 
 #include "TavrinCore/Kinds/Water/WaterSettings.h"
+#include "TavrinWidgetsUI/Kit/Pieces.h"
 #include "TavrinWidgetsUI/Kit/Utf8.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
@@ -215,7 +216,7 @@ AnyView waterGlassView(const WaterTank& tank, const QColor& outline) {
 AnyView waterTileIcon(const WaterReading& reading, const WaterTank& tank, const TileSize& size) {
   const bool isGlass = reading.settings.style == WaterTileStyle::glass;
   return (isGlass ? waterGlassTile(reading, tank, size) : waterTankTile(reading, tank, size))
-      .accessibility(worded("Water"), utf8(reading.count()) + ", " + spokenValue(reading));
+      .accessibility(worded("Water"), joinedFacts({utf8(reading.count()), spokenValue(reading)}));
 }
 
 AnyView waterWeekBars(const WaterReading& reading, const WaterBarColours& colours,

@@ -1,15 +1,18 @@
 #include "TavrinWidgetsUI/Weather/WeatherPanelView.h"
+#include "TavrinCore/Text/DecimalText.h"
 
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelToolTip.h"
+#include "TavrinWidgetsUI/Kit/Pieces.h"
 #include "TavrinWidgetsUI/Kit/Utf8.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewWidget.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 #include "TavrinWidgetsUI/Weather/WeatherModel.h"
 
+#include <QGuiApplication>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <cmath>
@@ -43,11 +46,16 @@ void paintSpan(QPainter& painter, const QRectF& rect, const Span& span) {
   const double room = track.width() - barHeight;
   const QRectF part(track.left() + room * span.from, track.top(),
                     room * (span.to - span.from) + barHeight, barHeight);
+  // The low stands at the line's beginning.
+  const bool isMirrored = QGuiApplication::isRightToLeft();
   QLinearGradient colours(track.topLeft(), track.topRight());
-  colours.setColorAt(0, span.cold);
-  colours.setColorAt(1, span.warm);
+  colours.setColorAt(isMirrored ? 1 : 0, span.cold);
+  colours.setColorAt(isMirrored ? 0 : 1, span.warm);
   painter.setBrush(colours);
-  painter.drawRoundedRect(part, barHeight / 2, barHeight / 2);
+  painter.drawRoundedRect(
+      isMirrored ? part.translated(track.left() + track.right() - part.left() - part.right(), 0)
+                 : part,
+      barHeight / 2, barHeight / 2);
 }
 
 } // namespace
@@ -161,7 +169,7 @@ void WeatherPanelView::showReading(const WeatherSnapshot& weather) {
            lines})
           .spacing(12)
           .fill(Alignment::leading));
-  head_->setName(degrees + ", " + words + (feels.isEmpty() ? QString() : ", " + feels));
+  head_->setName(joinedFacts({degrees, words, feels}));
 }
 
 void WeatherPanelView::showDays(const WeatherSnapshot& weather) {
@@ -187,7 +195,7 @@ void WeatherPanelView::showDays(const WeatherSnapshot& weather) {
     const QString name =
         utf8(WeatherWords::dayName(day.date, calendar.isSameDay(day.date, weather.now), calendar));
     rows_[i]->setView(dayRow(day, name, least, most, hasChance));
-    rows_[i]->setName(name + ", " + utf8(WeatherWords::describe(day.condition)));
+    rows_[i]->setName(joinedFacts({name, utf8(WeatherWords::describe(day.condition))}));
     rows_[i]->setAccessibleDescription(utf8(WeatherWords::daySummary(day)));
   }
 }
@@ -211,11 +219,10 @@ AnyView WeatherPanelView::dayRow(const WeatherDay& day, const QString& name, dou
                   withContrast(QColor(0xF0, 0x9A, 0x3E), look.ground, 2)};
   AnyView chance;
   if (hasChance)
-    chance = text(day.rainChance ? QStringLiteral("%1%").arg(std::lround(*day.rainChance))
-                                 : QStringLiteral("–"))
+    chance = text(day.rainChance ? wholePercentText(std::lround(*day.rainChance)) : "–")
                  .size(12)
                  .colour(withContrast(QColor(0x3E, 0x8E, 0xF0), look.ground))
-                 .widest("100%")
+                 .widest(QString::fromStdString(wholePercentText(100)))
                  .figure(12)
                  .align(TextAlignment::trailing);
   const QColor ink = weatherInk(day.condition, true, look.ground);

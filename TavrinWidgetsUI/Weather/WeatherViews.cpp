@@ -99,11 +99,14 @@ std::vector<WeatherDay> comingDays(const WeatherSnapshot& weather, const Calenda
   return days;
 }
 
-/// "Th"; the letter alone in languages whose short names are long.
+/// "Th"; for all days the letter alone in languages of which some short names are long.
 QString dayLetters(Date date, const Calendar& calendar) {
   constexpr qsizetype longest = 3;
-  const QString name = utf8(calendar.text(date, "cccccc"));
-  return name.size() > longest ? utf8(calendar.text(date, "ccccc")) : name;
+  constexpr int week = 7;
+  bool isShort = true;
+  for (int days = 0; days < week; ++days)
+    isShort &= utf8(calendar.text(calendar.addingDays(days, date), "cccccc")).size() <= longest;
+  return utf8(calendar.text(date, isShort ? "cccccc" : "ccccc"));
 }
 
 /// Weekday, symbol, high and low under each other; the weekday goes first.
@@ -156,21 +159,20 @@ QString spokenName(const WeatherSnapshot& weather) {
     return weather.failed && !weather.isLoading
                ? worded("Weather, the forecast could not be reached")
                : worded("Weather, loading");
-  return worded("Weather") +
-         (weather.settings.cityName ? ", " + utf8(*weather.settings.cityName) : QString());
+  return joinedFacts({worded("Weather"), utf8(weather.settings.cityName.value_or(""))});
 }
 
 QString spokenValue(const WeatherSnapshot& weather) {
   if (!weather.reading)
     return {};
   const auto& reading = *weather.reading;
-  QString value = utf8(WeatherWords::degrees(reading.temperature, weather.settings.unit)) + ", " +
-                  utf8(WeatherWords::describe(reading.condition));
+  QStringList value{utf8(WeatherWords::degrees(reading.temperature, weather.settings.unit)),
+                    utf8(WeatherWords::describe(reading.condition))};
   if (const auto apparent = apparentOf(weather))
-    value += ", " + worded("feels like {degrees}", {{"degrees", *apparent}});
+    value << worded("feels like {degrees}", {{"degrees", *apparent}});
   if (weather.isStale)
-    value += ", " + utf8(WeatherWords::age(reading.readAt, weather.now));
-  return value;
+    value << utf8(WeatherWords::age(reading.readAt, weather.now));
+  return joinedFacts(std::move(value));
 }
 
 /// Of a widget without a reading.
@@ -372,14 +374,15 @@ AnyView wideLines(const WeatherSnapshot& weather, const TileSize& size) {
     first = {line(joinedPieces({city, words})).figure(size.words(0)),
              vstack({line(city), line(words).lines(2)}).align(Alignment::leading)};
   const auto apparent = size.hasCaption() ? apparentOf(weather) : std::nullopt;
-  const auto degrees = [&](double ratio) -> AnyView {
-    return hstack({figureText(temperatureOf(reading), body * ratio, palette::figure(ground)),
-                   apparent ? feelsLine(*apparent, weather, size) : AnyView()})
+  const AnyView feels = apparent ? feelsLine(*apparent, weather, size) : AnyView();
+  const auto degrees = [&](double ratio, const AnyView& last) -> AnyView {
+    return hstack({figureText(temperatureOf(reading), body * ratio, palette::figure(ground)), last})
         .spacing(body * 0.06)
         .align(Alignment::bottom);
   };
   return vstack({firstFitting(std::move(first)),
-                 firstFitting({degrees(0.32), degrees(0.27), degrees(0.235)})})
+                 firstFitting({degrees(0.32, feels), degrees(0.27, feels), degrees(0.235, feels),
+                               degrees(0.32, {})})})
       .align(Alignment::leading)
       .spacing(body * 0.03);
 }

@@ -176,5 +176,14 @@ TEST(Renderer, KeptLayersKeepTheirButtonsAndPixels) {
   }
 }
 
+TEST(Layout, WhatReachesOverItsFrameIsKeptWhole) {
+  const QColor red(255, 0, 0);
+  const AnyView reaching = rectangle().fill(red).frame(8, 8).offset(0, 2);
+  const auto shown = [](const AnyView& view) {
+    return inkedRect(rendered(view.frame({.maxWidth = 20, .maxHeight = 20}), {20, 20}, 2));
+  };
+  EXPECT_EQ(shown(reaching.cached()), shown(reaching));
+}
+
 } // namespace
 } // namespace tavrin

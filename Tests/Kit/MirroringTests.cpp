@@ -43,6 +43,17 @@ TEST(Mirroring, RowsAlignmentsPaddingsAndTextsRunTheOtherWay) {
   EXPECT_GT(startOf(white, text("I").colour(white).frame(40, 10, Alignment::leading)), 20);
 }
 
+TEST(Mirroring, LevelsGrowAndMarksStandTheOtherWay) {
+  const QColor red(255, 0, 0);
+  const AnyView level = bar(0.5).tint(red).track({}).frame(40, 10);
+  const AnyView moved = square(red).offset(5, 0).frame(40, 10);
+  EXPECT_EQ(startOf(red, moved), 20);
+  EXPECT_LT(startOf(red, level), 5);
+  const RightToLeft mirrored;
+  EXPECT_EQ(startOf(red, moved), 10);
+  EXPECT_GE(startOf(red, level), 20);
+}
+
 TEST(Mirroring, ClocksAndWhatPlaysStayAsTheyAre) {
   const QColor red(255, 0, 0);
   const RightToLeft mirrored;

@@ -87,6 +87,17 @@ TEST_F(PanelViewTest, EscapeIsLeftToThePopover) {
   }
 }
 
+TEST_F(PanelViewTest, OfSegmentsThoseWithRoomToSpareGiveWay) {
+  const QStringList animals{"Katze", "Hund", "Fuchs", "Kaninchen", "Schildkröte"};
+  PanelSegments row("Animal", animals);
+  row.resize(288, row.sizeHint().height());
+  row.show();
+  for (const auto* segment : row.findChildren<QRadioButton*>())
+    EXPECT_GE(segment->width(), segment->minimumSizeHint().width())
+        << segment->text().toStdString();
+  EXPECT_LE(row.minimumSizeHint().width(), row.width());
+}
+
 TEST_F(PanelViewTest, SegmentsAreOneTabStopAndTheArrowsChoose) {
   panel->findChildren<QRadioButton*>().first()->setFocus();
   stage.press(Qt::Key_Right);

@@ -2,6 +2,7 @@
 
 #include "TavrinWidgetsUI/Kit/Panels/PanelFont.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelPalette.h"
+#include "TavrinWidgetsUI/Kit/Pieces.h"
 #include "TavrinWidgetsUI/Kit/Views/View.h"
 
 #include <QEvent>
@@ -77,7 +78,7 @@ void PanelFigure::rebuild() {
   setViewSize(measure(whole));
   setView(whole);
   const QString value = unit_.isEmpty() ? text_ : text_ + QLatin1Char(' ') + unit_;
-  ViewWidget::setName(name_.isEmpty() ? value : name_ + QStringLiteral(", ") + value);
+  ViewWidget::setName(joinedFacts({name_, value}));
 }
 
 } // namespace tavrin

@@ -69,9 +69,10 @@ double line(QPainter& painter, const QString& words, const QRectF& rect, const Q
                              : painter.layoutDirection();
   const Qt::Alignment visual =
       QStyle::visualAlignment(direction, alignment & Qt::AlignHorizontal_Mask);
-  painter.drawText(
-      rect, int((visual | Qt::AlignVCenter | Qt::AlignAbsolute).toInt()) | Qt::TextSingleLine,
-      shown);
+  painter.drawText(rect,
+                   int((visual | Qt::AlignVCenter | Qt::AlignAbsolute).toInt()) |
+                       Qt::TextSingleLine | Qt::TextDontClip,
+                   shown);
   return fits ? full : metrics.horizontalAdvance(shown);
 }
 
@@ -154,7 +155,6 @@ namespace {
 
 /// So much smaller that `words` fit into `room`, but no smaller than four fifths.
 QFont fittedFont(QFont font, const QString& words, double room) {
-  constexpr double leastFit = 0.8;
   const double wanted = QFontMetricsF(font).horizontalAdvance(words) + 0.5;
   if (wanted > room && room > 0 && font.pixelSize() > 0)
     font.setPixelSize(int(font.pixelSize() * std::max(room / wanted, leastFit)));
@@ -218,8 +218,9 @@ void segment(QPainter& painter, const QStyleOption& option, const QString& title
   }
   QFont font = panelFont(PanelTextStyle::body);
   font.setWeight(on ? QFont::DemiBold : QFont::Normal);
-  line(painter, title, rect.adjusted(4, 0, -4, 0), font, !enabled ? p.disabledText : p.text,
-       Qt::AlignHCenter);
+  const QRectF words = rect.adjusted(segmentInset, 0, -segmentInset, 0);
+  line(painter, title, words, fittedFont(font, title, words.width()),
+       !enabled ? p.disabledText : p.text, Qt::AlignHCenter);
 }
 
 void toggle(QPainter& painter, const QStyleOption& option, const QString& title) {

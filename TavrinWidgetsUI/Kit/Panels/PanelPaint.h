@@ -16,6 +16,11 @@ class PanelSwitch;
 /// What the style and the delegates paint alike.
 namespace panelPaint {
 
+/// How much smaller than it is meant a control's title is set before it is cut.
+inline constexpr double leastFit = 0.8;
+/// Between a segment's edge and its title.
+inline constexpr int segmentInset = 4;
+
 /// Fills `rect` with round corners; a valid `border` is drawn inside it, `width` points wide.
 void rounded(QPainter& painter, const QRectF& rect, double radius, const QColor& fill,
              const QColor& border = {}, double width = 1);

@@ -1,6 +1,8 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
+#include "TavrinWidgetsUI/Kit/Pieces.h"
 
 #include "TavrinWidgetsUI/Kit/Views/PlainWords.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QStringList>
 
@@ -9,14 +11,12 @@ namespace tavrin {
 namespace {
 
 QString spoken(const PanelRow& row) {
-  QStringList words{row.title};
-  if (!row.subtitle.isEmpty())
-    words.append(row.subtitle);
+  QStringList words{row.title, row.subtitle};
   if (!row.trailing.isEmpty())
     words.append(row.unit.isEmpty() ? row.trailing : row.trailing + QLatin1Char(' ') + row.unit);
   if (row.isNew)
-    words.append(QStringLiteral("new"));
-  return plainWords(words.join(QStringLiteral(", ")));
+    words.append(worded("new"));
+  return plainWords(joinedFacts(std::move(words)));
 }
 
 } // namespace

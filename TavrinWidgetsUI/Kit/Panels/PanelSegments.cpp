@@ -4,10 +4,12 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelPaint.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
 
+#include <QFontMetricsF>
 #include <QHBoxLayout>
 #include <QRadioButton>
 #include <QSignalBlocker>
 #include <algorithm>
+#include <cmath>
 
 namespace tavrin {
 
@@ -16,7 +18,12 @@ namespace {
 class Segment : public QRadioButton {
 public:
   using QRadioButton::QRadioButton;
-  QSize minimumSizeHint() const override { return {40, sizeHint().height()}; }
+  /// As much as its words need, so that those with room to spare give way first.
+  QSize minimumSizeHint() const override {
+    const double words = QFontMetricsF(font()).horizontalAdvance(text()) * panelPaint::leastFit;
+    return {std::max(32, int(std::ceil(words)) + 2 * panelPaint::segmentInset),
+            sizeHint().height()};
+  }
 };
 
 } // namespace

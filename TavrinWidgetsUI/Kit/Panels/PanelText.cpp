@@ -12,6 +12,14 @@
 
 namespace tavrin {
 
+namespace {
+
+/// For the vowel marks of a script whose font is not the interface's own, and reaches further than
+/// that one's lines are high.
+constexpr QMargins markRoom{0, 2, 0, 4};
+
+} // namespace
+
 PanelText::PanelText(const QString& text, PanelTextStyle style, QWidget* parent)
     : QLabel(parent), style_(style) {
   setTextFormat(Qt::PlainText);
@@ -19,8 +27,10 @@ PanelText::PanelText(const QString& text, PanelTextStyle style, QWidget* parent)
   // Not Minimum: the hint does not know the panel's width, and may ask for a line too many.
   setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
   // A label goes by its text's own direction, so that a name would stand at the other side.
-  if (layoutDirection() == Qt::RightToLeft)
+  if (layoutDirection() == Qt::RightToLeft) {
     setAlignment(Qt::AlignRight | Qt::AlignAbsolute | Qt::AlignVCenter);
+    setContentsMargins(markRoom);
+  }
   setStyle(style);
   setWords(text);
 }
@@ -59,7 +69,8 @@ QSize PanelText::sizeHint() const {
   if (!single_)
     return QLabel::sizeHint();
   const QFontMetricsF metrics(font());
-  return {int(std::ceil(metrics.horizontalAdvance(text()))), int(std::ceil(metrics.height()))};
+  return QSize(int(std::ceil(metrics.horizontalAdvance(text()))), int(std::ceil(metrics.height())))
+      .grownBy(contentsMargins());
 }
 
 QSize PanelText::minimumSizeHint() const {
@@ -75,8 +86,8 @@ void PanelText::paintEvent(QPaintEvent* event) {
     return;
   }
   QPainter painter(this);
-  panelPaint::line(painter, text(), rect(), font(), palette().color(foregroundRole()), alignment(),
-                   elision_);
+  panelPaint::line(painter, text(), contentsRect(), font(), palette().color(foregroundRole()),
+                   alignment(), elision_);
 }
 
 void PanelText::resizeEvent(QResizeEvent* event) {

@@ -149,7 +149,8 @@ struct Transform {
   void paint(ViewContext& context, const QRectF& rect) const {
     const QSizeF size = swapsSides ? rect.size().transposed() : rect.size();
     const QTransform before = context.painter.worldTransform();
-    context.painter.translate(rect.center() + shift);
+    context.painter.translate(rect.center() +
+                              QPointF(context.isMirrored ? -shift.x() : shift.x(), shift.y()));
     context.painter.rotate(degrees);
     content.paint(context, {QPointF(-size.width() / 2, -size.height() / 2), size});
     context.painter.setWorldTransform(before);
@@ -219,19 +220,22 @@ struct Cached {
   bool operator==(const Cached&) const = default;
 };
 
+/// Of what reaches over its frame, as the dots and bowls of letters do, in points.
+constexpr double layerMargin = 3;
+
 KeptLayer paintedLayer(ViewContext& context, const AnyView& content, const QRectF& within,
-                       double scale) {
+                       double scale, int margin) {
   KeptLayer layer;
   layer.view = content;
   layer.within = within;
   layer.scale = scale;
-  layer.image =
-      QImage(static_cast<int>(std::ceil(within.right())),
-             static_cast<int>(std::ceil(within.bottom())), QImage::Format_ARGB32_Premultiplied);
+  layer.image = QImage(static_cast<int>(std::ceil(within.right())) + 2 * margin,
+                       static_cast<int>(std::ceil(within.bottom())) + 2 * margin,
+                       QImage::Format_ARGB32_Premultiplied);
   layer.image.fill(Qt::transparent);
   QPainter painter(&layer.image);
   painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
-  painter.translate(within.topLeft());
+  painter.translate(within.topLeft() + QPointF(margin, margin));
   painter.scale(scale, scale);
   ViewContext inner(painter, scale, context.text, context.layers);
   inner.spokenFor = context.spokenFor;
@@ -257,9 +261,10 @@ void Cached::paint(ViewContext& context, const QRectF& rect) const {
   const QPointF corner(std::floor(pixels.x()), std::floor(pixels.y()));
   const QRectF within = pixels.translated(-corner);
   const double scale = pixels.width() / rect.width();
+  const int margin = isBase ? 0 : static_cast<int>(std::ceil(layerMargin * scale));
   KeptLayer* layer = context.layers.find(content, within, scale);
   if (!layer)
-    layer = context.layers.add(paintedLayer(context, content, within, scale));
+    layer = context.layers.add(paintedLayer(context, content, within, scale, margin));
   if (isBase)
     context.bases.push_back(layer);
   for (ViewButton button : layer->buttons) {
@@ -270,7 +275,7 @@ void Cached::paint(ViewContext& context, const QRectF& rect) const {
     element.rect.translate(rect.topLeft());
     context.addElement(std::move(element));
   }
-  drawPixels(painter, corner.toPoint(), layer->image);
+  drawPixels(painter, corner.toPoint() - QPoint(margin, margin), layer->image);
 }
 
 } // namespace

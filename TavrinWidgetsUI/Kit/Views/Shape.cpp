@@ -235,7 +235,8 @@ void Bar::paint(ViewContext& context, const QRectF& rect) const {
   const double thickness = std::min(rect.width(), rect.height());
   // A level above nothing is at least a dot, so that it is told from nothing.
   const double length = std::max(std::max(rect.width(), rect.height()) * share, thickness);
-  const QRectF level = isWide ? QRectF(rect.x(), rect.y(), length, thickness)
+  const double start = context.isMirrored ? rect.right() - length : rect.x();
+  const QRectF level = isWide ? QRectF(start, rect.y(), length, thickness)
                               : QRectF(rect.x(), rect.bottom() - length, thickness, length);
   if (isVisible(trackColour))
     capsule().fill(trackColour).paint(context, rect);

@@ -127,11 +127,11 @@ QSizeF Text::measure(ViewContext& context, const QSizeF& offer) const {
                                                   offer.width(), linesIn(*this, offer.height()));
     // Too long for its lines: wider than the room, so that another candidate is taken.
     if (figureMinimum && parts.back().endsWith(u'…') && !string.endsWith(u'…'))
-      return {offer.width() + 1, line * double(parts.size())};
+      return {offer.width() + 1, size * leading * double(parts.size())};
     double widest = 0;
     for (const QString& part : parts)
       widest = std::max(widest, context.text.width(part, fontWeight, size, Digits::proportional));
-    return {std::min(std::ceil(widest), offer.width()), line * double(parts.size())};
+    return {std::min(std::ceil(widest), offer.width()), size * leading * double(parts.size())};
   }
   // Rounded up, so that a text is not refitted to the very room it asked for.
   const double ideal = std::ceil(widestWidth(*this, context.text) * 2) / 2;
@@ -152,11 +152,11 @@ void Text::paint(ViewContext& context, const QRectF& rect) const {
   if (lineLimit > 1) {
     const auto [parts, size] = context.text.lines(string, fontWeight, pointSize, leastSize(*this),
                                                   rect.width(), linesIn(*this, rect.height()));
-    double y = rect.y();
+    const double line = size * leading;
+    double y = rect.y() + (rect.height() - line * double(parts.size())) / 2;
     for (const QString& part : parts) {
-      drawLine(context, *this, part, size, {rect.x(), y, rect.width(), pointSize * leading},
-               Digits::proportional);
-      y += pointSize * leading;
+      drawLine(context, *this, part, size, {rect.x(), y, rect.width(), line}, Digits::proportional);
+      y += line;
     }
     return;
   }

@@ -236,13 +236,16 @@ namespace {
 AnyView sentenceColumn(const TileContent& content, const TileSize& size) {
   const QColor ground = textGround(content);
   const Text words = captionText(content.sentence, size.caption(), size.quietInk(ground));
-  const auto under = [&](double markRatio, int lines) -> AnyView {
+  const auto under = [&](double markRatio, const Text& lines) -> AnyView {
     const double side = size.body() * markRatio;
     const AnyView mark =
         marked(content.mark, content.state, side, ground).frame(side, side).cached();
-    return vstack({mark, words.lines(lines).figure(size.caption())}).spacing(size.body() * 0.04);
+    return vstack({mark, lines}).spacing(size.body() * 0.04);
   };
-  return firstFitting({under(0.36, 2), under(0.28, 3), under(0.2, 3),
+  const auto whole = [&](int lines) { return words.lines(lines).figure(size.caption()); };
+  // Smaller words rather than none of the mark, which tells one state from another.
+  return firstFitting({under(0.36, whole(2)), under(0.28, whole(3)), under(0.2, whole(3)),
+                       under(0.2, words.lines(3).spaced(1).figure(size.words(0))),
                        words.lines(4).figure(size.caption()),
                        words.lines(5).spaced(1).figure(size.caption()), words.lines(4)});
 }

@@ -1,4 +1,5 @@
 #include "TavrinWidgetsUI/Kit/Views/ViewWidget.h"
+#include "TavrinWidgetsUI/Kit/Pieces.h"
 
 #include "TavrinWidgetsUI/Kit/Views/FocusRing.h"
 #include "TavrinWidgetsUI/Kit/Views/PlainWords.h"
@@ -68,9 +69,8 @@ void ViewWidget::adoptButtons() {
     return;
   QStringList words;
   for (const AccessibleElement& element : painter_->elements())
-    words.append(element.value.isEmpty() ? element.label
-                                         : element.label + QStringLiteral(", ") + element.value);
-  const QString name = plainWords(words.join(QStringLiteral(", ")));
+    words << element.label << element.value;
+  const QString name = plainWords(joinedFacts(std::move(words)));
   if (name != accessibleName())
     setAccessibleName(name);
 }

@@ -107,6 +107,17 @@ TEST(Texts, NamesAreIsolatedWhereTheLanguageRunsTheOtherWay) {
   EXPECT_EQ(translated("Not there: {name}", {{"name", "x"}}), "Not there: x");
 }
 
+TEST(Texts, ATranslationWithoutLettersOfItsOwnKeepsTheLanguagesDirection) {
+  const InLanguage language({{"", ""}, {"{day}, {time}", "{day}، {time}"}}, "ar");
+  const auto text = translated("{day}, {time}", {{"day", "Mo"}, {"time", "9"}});
+  EXPECT_EQ(text, "\u200F\u2068Mo\u2069، \u20689\u2069");
+  EXPECT_EQ(plainText(text), text);
+  EXPECT_EQ(printable(text), text);
+  // Foreign text has no such mark of its own, nor within a line.
+  EXPECT_EQ(plainText("\u200Fabc"), "abc");
+  EXPECT_EQ(plainText("\u2068a\u2069\u200Fb"), "\u2068a\u2069b");
+}
+
 TEST(Texts, BrokenCataloguesAreNone) {
   const auto whole = test::compiled(german);
   ASSERT_TRUE(TextCatalogue::of(whole));
