@@ -58,14 +58,15 @@ constexpr UChar32 rightToLeftMark = 0x200F;
 
 /// Which marks of a text from right to left are its own, and reach no further than it does:
 /// isolates that close each other on each line, and of a text that has any, the mark that a line
-/// begins with.
+/// or an isolate begins with.
 class OwnMarks {
 public:
   explicit OwnMarks(std::string_view text) : hasOwn_(isRightToLeft() && hasClosedIsolates(text)) {}
 
   /// To be asked of each character in turn.
   bool holds(UChar32 character) {
-    const bool isFirst = std::exchange(isAtLineStart_, character == '\n');
+    const bool isFirst =
+        std::exchange(isAtStart_, character == '\n' || character == firstStrongIsolate);
     return hasOwn_ && (character == firstStrongIsolate || character == popDirectionalIsolate ||
                        (isFirst && character == rightToLeftMark));
   }
@@ -85,7 +86,7 @@ private:
   }
 
   bool hasOwn_;
-  bool isAtLineStart_ = true;
+  bool isAtStart_ = true;
 };
 
 } // namespace

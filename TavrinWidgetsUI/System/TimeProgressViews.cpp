@@ -88,7 +88,7 @@ AnyView timeProgressTileIcon(const TimeProgressReading& reading, const TileSize&
   const double thickness = body * 0.07;
   const AnyView gauge = ring(reading.fraction)
                             .tint(tint)
-                            .track(palette::caption())
+                            .track(palette::track)
                             .thickness(thickness)
                             .frame(diameter, diameter);
   // The longer word stands above; a little lower, all of it keeps clear of the ring.
@@ -104,7 +104,7 @@ AnyView timeProgressWideTile(const TimeProgressReading& reading, const TileSize&
   WideTileContent content;
   content.tint = timeProgressTint(reading.scope);
   content.mark =
-      ring(reading.fraction).tint(content.tint).track(palette::caption()).thickness(side * 0.17);
+      ring(reading.fraction).tint(content.tint).track(palette::track).thickness(side * 0.17);
   content.caption = size.span > 2
                         ? scopeTitle(reading) + " · " + QString::fromStdString(reading.left)
                         : scopeTitle(reading);

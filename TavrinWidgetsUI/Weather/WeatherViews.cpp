@@ -382,7 +382,7 @@ AnyView wideLines(const WeatherSnapshot& weather, const TileSize& size) {
   };
   return vstack({firstFitting(std::move(first)),
                  firstFitting({degrees(0.32, feels), degrees(0.27, feels), degrees(0.235, feels),
-                               degrees(0.32, {})})})
+                               degrees(0.235, {})})})
       .align(Alignment::leading)
       .spacing(body * 0.03);
 }

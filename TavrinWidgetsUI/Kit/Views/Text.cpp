@@ -126,12 +126,14 @@ QSizeF Text::measure(ViewContext& context, const QSizeF& offer) const {
     const auto [parts, size] = context.text.lines(string, fontWeight, pointSize, leastSize(*this),
                                                   offer.width(), linesIn(*this, offer.height()));
     // Too long for its lines: wider than the room, so that another candidate is taken.
-    if (figureMinimum && parts.back().endsWith(u'…') && !string.endsWith(u'…'))
-      return {offer.width() + 1, size * leading * double(parts.size())};
+    const bool isCut = std::ranges::any_of(
+        parts, [&](const QString& part) { return part.endsWith(u'…') && !string.contains(u'…'); });
+    if (figureMinimum && isCut)
+      return {offer.width() + 1, line * double(parts.size())};
     double widest = 0;
     for (const QString& part : parts)
       widest = std::max(widest, context.text.width(part, fontWeight, size, Digits::proportional));
-    return {std::min(std::ceil(widest), offer.width()), size * leading * double(parts.size())};
+    return {std::min(std::ceil(widest), offer.width()), line * double(parts.size())};
   }
   // Rounded up, so that a text is not refitted to the very room it asked for.
   const double ideal = std::ceil(widestWidth(*this, context.text) * 2) / 2;

@@ -112,6 +112,7 @@ TEST(Texts, ATranslationWithoutLettersOfItsOwnKeepsTheLanguagesDirection) {
   const auto text = translated("{day}, {time}", {{"day", "Mo"}, {"time", "9"}});
   EXPECT_EQ(text, "\u200F\u2068Mo\u2069، \u20689\u2069");
   EXPECT_EQ(plainText(text), text);
+  EXPECT_EQ(plainText(isolated(text)), isolated(text));
   EXPECT_EQ(printable(text), text);
   // Foreign text has no such mark of its own, nor within a line.
   EXPECT_EQ(plainText("\u200Fabc"), "abc");
