@@ -116,7 +116,10 @@ AnyView timeProgressWideTile(const TimeProgressReading& reading, const TileSize&
 AnyView timeProgressRing(const TimeProgressReading& reading, double side, const QColor& ground,
                          const QColor& ink, const QColor& quiet) {
   const QColor tint = withContrast(timeProgressTint(reading.scope), ground, 3);
-  return zstack({ring(reading.fraction).tint(tint).track(quiet).thickness(side * 0.085),
+  return zstack({ring(reading.fraction)
+                     .tint(tint)
+                     .track(withOpacity(quiet, 0.35))
+                     .thickness(side * 0.085),
                  vstack({percent(reading, side * 0.25, ink),
                          word(worded("left"), side * 0.1, quiet)})})
       .frame(side, side)
