@@ -68,7 +68,7 @@ void ClipboardPanelView::makeList() {
 }
 
 void ClipboardPanelView::showEvent(QShowEvent* event) {
-  search_->clear();
+  search_->reset();
   search_->setFocus();
   PanelView::showEvent(event);
 }

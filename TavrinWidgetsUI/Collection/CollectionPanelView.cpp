@@ -237,7 +237,7 @@ void CollectionPanelView::showEvent(QShowEvent* event) {
 }
 
 void CollectionPanelView::hideEvent(QHideEvent* event) {
-  search_->clear();
+  search_->reset();
   PanelView::hideEvent(event);
 }
 

@@ -83,7 +83,7 @@ void EmojiPanelView::makeGrid() {
 }
 
 void EmojiPanelView::showEvent(QShowEvent* event) {
-  search_->clear();
+  search_->reset();
   group_ = source_.recents().empty() ? 0 : -1;
   refresh();
   search_->setFocus();

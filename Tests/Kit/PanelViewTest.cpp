@@ -307,6 +307,30 @@ TEST(PanelSearchField, EscapeClearsFirstThenBelongsToThePopover) {
   EXPECT_EQ(list->currentRow(), 0);
 }
 
+TEST(PanelSearchField, KeepsTheKeysForUndoingOnlyWhileThereIsTypingToUndo) {
+  PanelSearchField field("Search");
+  const auto takes = [&](int key) {
+    QKeyEvent event(QEvent::ShortcutOverride, key, Qt::ControlModifier);
+    event.ignore();
+    QApplication::sendEvent(&field, &event);
+    return event.isAccepted();
+  };
+  EXPECT_FALSE(takes(Qt::Key_Z));
+  field.insert("cat");
+  EXPECT_TRUE(takes(Qt::Key_Z));
+  field.undo();
+  EXPECT_FALSE(takes(Qt::Key_Z));
+  EXPECT_TRUE(takes(Qt::Key_A)) << "every other key is the line's";
+  field.redo();
+  field.forgetTyping();
+  EXPECT_EQ(field.text(), "cat");
+  EXPECT_FALSE(takes(Qt::Key_Z));
+  field.insert("s");
+  field.reset();
+  EXPECT_EQ(field.text(), "");
+  EXPECT_FALSE(takes(Qt::Key_Z));
+}
+
 TEST(PanelTextEdit, TabMovesOnAndPaperKeepsContrast) {
   PanelTextEdit note("Note", "Click to write a note");
   EXPECT_TRUE(note.tabChangesFocus());

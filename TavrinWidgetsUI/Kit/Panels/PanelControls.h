@@ -42,12 +42,17 @@ public:
   explicit PanelSearchField(const QString& prompt, QWidget* parent = nullptr);
   /// Where Down and Return lead: while the field has the focus, the first of `list` is marked.
   void setList(QWidget* list);
+  /// Something else is what undoing means from now on: what was typed stays and is no step of it.
+  void forgetTyping() { setText(text()); }
+  /// Empties it, with nothing of it to undo.
+  void reset() { setText({}); }
 
   std::function<void(const QString& text)> onChange;
   /// Return was pressed; without it, Return goes on to the panel's prominent button.
   std::function<void()> onReturn;
 
 protected:
+  bool event(QEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
