@@ -18,8 +18,39 @@ void BookmarkWidgetController::start() {
 }
 
 void BookmarkWidgetController::stop() {
+  removed_.clear();
   names_.reset();
   icons_.reset();
+}
+
+void BookmarkWidgetController::added(const std::string& url) {
+  const auto known = std::erase_if(removed_, [&](const RemovedBookmark& each) {
+    const auto address = WebAddress::from(each.bookmark.url);
+    return address && address->key() == WebAddress::from(url)->key();
+  });
+  if (known > 0)
+    refreshPanel();
+  if (settings().fetchesNames)
+    names_->fetch(url);
+}
+
+void BookmarkWidgetController::remove(const BookmarkPlace& place) {
+  BookmarkSettings changed = settings();
+  auto removed = removeBookmark(changed, place);
+  if (!removed)
+    return;
+  removed_.push_back(std::move(*removed));
+  save(changed);
+}
+
+std::optional<BookmarkPlace> BookmarkWidgetController::restore() {
+  if (removed_.empty())
+    return std::nullopt;
+  BookmarkSettings changed = settings();
+  const auto place = restoreBookmark(changed, removed_.back());
+  removed_.pop_back();
+  save(changed);
+  return place;
 }
 
 void BookmarkWidgetController::call(const std::string& url, const std::string& name) {
@@ -68,11 +99,10 @@ PanelView* BookmarkWidgetController::makePanelView(const PanelAppearance& appear
            },
        .copy = [this](const std::string& url) { platform().pasteboard().writeText(url); },
        .change = [this](const BookmarkSettings& changed) { save(changed); },
-       .added =
-           [this](const std::string& url) {
-             if (settings().fetchesNames)
-               names_->fetch(url);
-           },
+       .added = [this](const std::string& url) { added(url); },
+       .remove = [this](const BookmarkPlace& place) { remove(place); },
+       .removed = [this] { return removed_.empty() ? "" : displayTitle(removed_.back().bookmark); },
+       .restore = [this] { return restore(); },
        .edit = context().onEdit});
 }
 

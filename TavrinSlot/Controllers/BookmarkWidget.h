@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TavrinCore/Kinds/Bookmarks/BookmarkSettings.h"
+#include "TavrinCore/Kinds/Bookmarks/Bookmarks.h"
 #include "TavrinSlot/Base/KindController.h"
 #include "TavrinWidgetsUI/Bookmarks/BookmarkIcons.h"
 #include "TavrinWidgetsUI/Bookmarks/BookmarkNames.h"
@@ -20,6 +21,10 @@ protected:
   void widgetChanged() override;
 
 private:
+  /// A link was added by hand: there is no need to bring it back, but a name may be wanted.
+  void added(const std::string& url);
+  void remove(const BookmarkPlace& place);
+  std::optional<BookmarkPlace> restore();
   /// In the browser; what is no address of the web is left alone.
   void open(const std::string& url);
 
@@ -28,6 +33,8 @@ private:
 
   std::optional<BookmarkIcons> icons_;
   std::optional<BookmarkNames> names_;
+  /// The newest last; kept while the panel is closed.
+  std::vector<RemovedBookmark> removed_;
   std::function<void(const std::string&)> open_ = [this](const auto& url) { open(url); };
 };
 

@@ -67,7 +67,7 @@ BookmarkPanelView::BookmarkPanelView(const PanelAppearance& appearance, Source s
 
 void BookmarkPanelView::showEvent(QShowEvent* event) {
   folder_.reset();
-  search_->clear();
+  search_->reset();
   refresh();
   search_->setFocus();
   PanelView::showEvent(event);
@@ -193,8 +193,7 @@ void BookmarkPanelView::openRow(int row) {
     BookmarkSettings changed = settings_;
     const auto address = WebAddress::from(query().toStdString());
     if (address && addBookmark(changed, address->url, folder_)) {
-      removedFrom_.reset();
-      search_->clear();
+      search_->reset();
       source_.change(changed);
       source_.added(address->url);
     }
@@ -278,21 +277,19 @@ void BookmarkPanelView::endRename(const BookmarkPlace& place, const std::optiona
 }
 
 void BookmarkPanelView::remove(const BookmarkPlace& place) {
-  if (const Bookmark* removed = bookmarkAt(settings_, place))
-    removedName_ = utf8(displayTitle(*removed));
-  BookmarkSettings changed = settings_;
-  removeBookmark(changed, place);
-  const BookmarkSettings before = settings_;
-  source_.change(changed);
-  removedFrom_ = before;
+  // From now on that is what undoing takes back.
+  search_->forgetTyping();
+  source_.remove(place);
   refresh();
 }
 
 void BookmarkPanelView::undo() {
-  if (!removedFrom_)
-    return;
-  const BookmarkSettings before = *std::exchange(removedFrom_, std::nullopt);
-  source_.change(before);
+  const auto place = source_.restore();
+  refresh();
+  const auto back =
+      place ? std::ranges::find(items_, Item{Item::Kind::link, *place}) : items_.end();
+  if (back != items_.end())
+    list_->setCurrentRow(static_cast<int>(back - items_.begin()));
 }
 
 void BookmarkPanelView::openAll() {
@@ -317,7 +314,7 @@ void BookmarkPanelView::showWords() {
     empty_->setSentence("bookmark.fill", worded("No links yet"));
     empty_->setHint(worded("Type or paste an address above, and press Return."));
   }
-  undo_->setWhat(removedFrom_ ? removedName_ : QString());
+  undo_->setWhat(utf8(source_.removed()));
   const auto links = std::ranges::count(items_, Item::Kind::link, &Item::kind);
   openAll_->setVisible(folder_ && query().isEmpty() && links > 1);
 }
@@ -325,9 +322,7 @@ void BookmarkPanelView::showWords() {
 void BookmarkPanelView::refresh() {
   const BookmarkSettings now = source_.settings();
   if (now != settings_) {
-    // What was removed is no longer the last thing that happened, and a name that is edited may
-    // stand elsewhere.
-    removedFrom_.reset();
+    // A name that is edited may stand elsewhere.
     if (nameEdit_ != nullptr)
       endRename({}, std::nullopt);
     settings_ = now;

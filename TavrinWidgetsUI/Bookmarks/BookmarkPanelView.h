@@ -33,6 +33,11 @@ public:
     std::function<void(const BookmarkSettings&)> change;
     /// A link was added that has no name yet.
     std::function<void(const std::string& url)> added;
+    std::function<void(const BookmarkPlace&)> remove;
+    /// What the link removed last was called; empty where there is none to bring back.
+    std::function<std::string()> removed;
+    /// Brings it back. Where it stands.
+    std::function<std::optional<BookmarkPlace>()> restore;
     std::function<void()> edit;
   };
 
@@ -80,9 +85,6 @@ private:
   PanelButton* openAll_;
   std::vector<Item> items_;
   std::optional<std::size_t> folder_;
-  /// As it was before the link removed last, while nothing else changed.
-  std::optional<BookmarkSettings> removedFrom_;
-  QString removedName_;
   /// What the rows were made from last.
   std::optional<BookmarkSettings> shown_;
   QString shownQuery_;

@@ -121,9 +121,18 @@ class Designed(KindTest):
         wait_for(lambda: len(self.settings()["bookmarks"]) == count, "the link to go")
         self.close()
         self.open()
-        # The field has the keyboard, and Ctrl+Z for what was typed there.
-        self.click_on("Undo")
+        # The field has the keyboard, and nothing was typed there.
+        self.desk.key("ctrl+z")
         wait_for(lambda: len(self.settings()["bookmarks"]) == count + 1, "the link to come back")
+        # All of them, whose list goes with the last one.
+        self.desk.key("Down")
+        for left in range(count, -1, -1):
+            self.desk.key("Delete")
+            wait_for(lambda: len(self.settings().get("bookmarks", [])) == left, "a link to go")
+        for there in range(1, count + 2):
+            self.desk.key("ctrl+z")
+            wait_for(lambda: len(self.settings().get("bookmarks", [])) == there,
+                     "the link removed last to come back")
 
     def test_a_converter_reads_what_people_write(self):
         self.place("converter")

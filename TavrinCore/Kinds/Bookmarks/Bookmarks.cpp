@@ -95,11 +95,36 @@ bool renameBookmark(BookmarkSettings& settings, const BookmarkPlace& place,
   return true;
 }
 
-void removeBookmark(BookmarkSettings& settings, const BookmarkPlace& place) {
-  if (bookmarkAt(settings, place) == nullptr)
-    return;
+std::optional<RemovedBookmark> removeBookmark(BookmarkSettings& settings,
+                                              const BookmarkPlace& place) {
+  const Bookmark* bookmark = bookmarkAt(settings, place);
+  if (bookmark == nullptr)
+    return std::nullopt;
+  RemovedBookmark removed{*bookmark, place, {}};
+  if (place.folder)
+    removed.folderTitle = settings.folders[*place.folder].title;
   auto& list = place.folder ? settings.folders[*place.folder].bookmarks : settings.bookmarks;
   list.erase(list.begin() + static_cast<std::ptrdiff_t>(place.index));
+  return removed;
+}
+
+BookmarkPlace restoreBookmark(BookmarkSettings& settings, const RemovedBookmark& removed) {
+  BookmarkPlace place = removed.place;
+  auto& folders = settings.folders;
+  const auto isIts = [&](const BookmarkFolder& folder) {
+    return folder.title == removed.folderTitle;
+  };
+  if (place.folder && (*place.folder >= folders.size() || !isIts(folders[*place.folder]))) {
+    const auto found = std::ranges::find_if(folders, isIts);
+    place.folder = found == folders.end()
+                       ? std::nullopt
+                       : std::optional(static_cast<std::size_t>(found - folders.begin()));
+  }
+  auto& list = place.folder ? folders[*place.folder].bookmarks : settings.bookmarks;
+  const bool isElsewhere = removed.place.folder && !place.folder;
+  place.index = isElsewhere ? list.size() : std::min(place.index, list.size());
+  list.insert(list.begin() + static_cast<std::ptrdiff_t>(place.index), removed.bookmark);
+  return place;
 }
 
 } // namespace tavrin

@@ -44,6 +44,19 @@ bool addBookmark(BookmarkSettings& settings, std::string_view address,
                  std::optional<std::size_t> folder);
 /// An empty title shows the address. False where nothing stands there.
 bool renameBookmark(BookmarkSettings& settings, const BookmarkPlace& place, std::string_view title);
-void removeBookmark(BookmarkSettings& settings, const BookmarkPlace& place);
+
+/// A link that was taken away, and from where.
+struct RemovedBookmark {
+  Bookmark bookmark;
+  BookmarkPlace place;
+  /// By its title a folder is found that stands elsewhere by now.
+  std::string folderTitle;
+};
+/// No value where nothing stands there.
+std::optional<RemovedBookmark> removeBookmark(BookmarkSettings& settings,
+                                              const BookmarkPlace& place);
+/// Puts it back where it stood, or as near as may be: behind the last one where there are fewer by
+/// now, outside every folder where its own is gone. Where it stands then.
+BookmarkPlace restoreBookmark(BookmarkSettings& settings, const RemovedBookmark& removed);
 
 } // namespace tavrin

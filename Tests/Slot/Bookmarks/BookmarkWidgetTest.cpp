@@ -100,6 +100,58 @@ TEST_F(BookmarkWidget, WhatIsTypedCanBeAddedAndTakenAway) {
   EXPECT_FALSE(button("Undo")->isVisibleTo(panel()));
 }
 
+TEST_F(BookmarkWidget, EveryRemovalIsTakenBackWhateverHappenedSince) {
+  open();
+  list()->onRemove(1);
+  list()->onRemove(1);
+  EXPECT_TRUE(stored().bookmarks.empty());
+  typeText(search(), "new.example");
+  pressKey(search(), Qt::Key_Return);
+  panel()->hide();
+  click();
+  click();
+  panel()->show();
+  auto changed = stored();
+  changed.bookmarks[0].title = "The page's name";
+  write(changed);
+  announce();
+  typeText(search(), "x");
+  pressKey(search(), Qt::Key_Backspace);
+  button("Undo")->click();
+  EXPECT_EQ(titles(), (QStringList{"Work", "Broken", "The page's name"}));
+  EXPECT_EQ(list()->currentRow(), 1) << "what came back is the current one";
+  button("Undo")->click();
+  EXPECT_EQ(titles(), (QStringList{"Work", "News", "Broken", "The page's name"}));
+  EXPECT_FALSE(button("Undo")->isVisibleTo(panel()));
+  list()->onRemove(3);
+  typeText(search(), "new.example");
+  pressKey(search(), Qt::Key_Return);
+  EXPECT_FALSE(button("Undo")->isVisibleTo(panel())) << "its user has brought it back";
+}
+
+TEST_F(BookmarkWidget, TheKeysForUndoingAreTheLinksWhateverTheFieldWasTyped) {
+  open();
+  const auto fieldTakesUndo = [this] {
+    QKeyEvent event(QEvent::ShortcutOverride, Qt::Key_Z, Qt::ControlModifier);
+    event.ignore();
+    QCoreApplication::sendEvent(search(), &event);
+    return event.isAccepted();
+  };
+  EXPECT_FALSE(fieldTakesUndo()) << "nothing was typed";
+  typeText(search(), "news");
+  EXPECT_TRUE(fieldTakesUndo());
+  list()->onRemove(0);
+  EXPECT_EQ(search()->text(), "news");
+  EXPECT_FALSE(fieldTakesUndo()) << "the link was removed after the typing";
+  typeText(search(), "x");
+  panel()->hide();
+  panel()->show();
+  EXPECT_FALSE(fieldTakesUndo()) << "the panel opens as new";
+  typeText(search(), "new.example");
+  pressKey(search(), Qt::Key_Return);
+  EXPECT_FALSE(fieldTakesUndo()) << "what was typed has become a link";
+}
+
 TEST_F(BookmarkWidget, AnAddressIsKeptAsABrowserWritesItAndARefusalSaysWhy) {
   open();
   typeText(search(), "münchen.example/two words");

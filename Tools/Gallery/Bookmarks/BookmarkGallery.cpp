@@ -69,6 +69,9 @@ GalleryPanel panelOf(const char* name, const BookmarkSettings& settings,
                                                    (*shown)->refresh();
                                                  },
                                              .added = [](const std::string&) {},
+                                             .remove = [](const BookmarkPlace&) {},
+                                             .removed = [] { return std::string(); },
+                                             .restore = [] { return std::nullopt; },
                                              .edit = [] {}});
             if (act)
               QTimer::singleShot(0, panel, [act, panel] { act(panel); });

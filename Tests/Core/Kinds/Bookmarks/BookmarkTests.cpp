@@ -120,6 +120,28 @@ TEST(Bookmarks, AreAddedOnceAndRemoved) {
   EXPECT_FALSE(addBookmark(settings, "toomany.example", std::nullopt));
 }
 
+TEST(Bookmarks, WhatWasRemovedComesBackWhereItStoodOrAsNearAsMayBe) {
+  BookmarkSettings settings;
+  settings.bookmarks = {{"A", "https://a.example"}, {"B", "https://b.example"}};
+  settings.folders = {{"Home", {}}, {"Work", {{"C", "https://c.example"}, {"D", "javascript:1"}}}};
+  const auto before = settings;
+  const auto first = removeBookmark(settings, {std::nullopt, 0});
+  const auto second = removeBookmark(settings, {1, 1});
+  ASSERT_TRUE(first && second);
+  EXPECT_FALSE(removeBookmark(settings, {std::nullopt, 99}));
+  auto elsewhere = settings;
+  EXPECT_EQ(restoreBookmark(settings, *second), (BookmarkPlace{1, 1}));
+  EXPECT_EQ(restoreBookmark(settings, *first), (BookmarkPlace{std::nullopt, 0}));
+  EXPECT_EQ(settings, before);
+  // Others have changed the list meanwhile.
+  elsewhere.folders.erase(elsewhere.folders.begin());
+  elsewhere.folders[0].bookmarks.clear();
+  EXPECT_EQ(restoreBookmark(elsewhere, *second), (BookmarkPlace{0, 0})) << "by the folder's title";
+  elsewhere.folders.clear();
+  EXPECT_EQ(restoreBookmark(elsewhere, *second), (BookmarkPlace{std::nullopt, 1}));
+  EXPECT_EQ(restoreBookmark(elsewhere, *first), (BookmarkPlace{std::nullopt, 0}));
+}
+
 TEST(FoldedWords, AreComparable) {
   EXPECT_EQ(foldedWords("  Crème  BRÛLÉE! "), "creme brulee");
   EXPECT_EQ(foldedWords("Straße"), "strasse");
