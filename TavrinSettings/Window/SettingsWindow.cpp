@@ -122,6 +122,7 @@ void SettingsWindow::refresh() {
 void SettingsWindow::setAppearance(const PanelAppearance& appearance) {
   appearance_ = appearance;
   setPalette(PanelPalette::make(appearance).palette());
+  PanelStyle::dressToolTips(appearance);
   setFont(panelFont(PanelTextStyle::body));
   if (widgets_ != nullptr)
     widgets_->setAppearance();

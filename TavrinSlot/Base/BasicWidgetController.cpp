@@ -120,7 +120,9 @@ bool BasicWidgetController::takeInterfaceText() {
   const auto family = workspace.interfaceFontFamily();
   const bool isOtherFont = setInterfaceFontFamily(QString::fromStdString(family.value_or("")));
   const bool isOtherSize = setPanelTextScale(workspace.interfaceTextScale());
-  applyToolTipFont();
+  // The tint is the model's, which there is none of yet.
+  PanelStyle::dressToolTips(
+      {.dark = workspace.prefersDarkAppearance(), .highContrast = workspace.prefersHighContrast()});
   return isOtherFont || isOtherSize;
 }
 

@@ -12,6 +12,7 @@
 #include <QFocusFrame>
 #include <QImage>
 #include <QRadioButton>
+#include <QToolTip>
 #include <gmock/gmock.h>
 
 namespace tavrin {
@@ -329,6 +330,21 @@ TEST(PanelSearchField, KeepsTheKeysForUndoingOnlyWhileThereIsTypingToUndo) {
   field.reset();
   EXPECT_EQ(field.text(), "");
   EXPECT_FALSE(takes(Qt::Key_Z));
+}
+
+TEST(PanelStyle, ToolTipsKeepTheirLookWhenThePanelsComes) {
+  QApplication::setStyle("fusion");
+  PanelStyle::dressToolTips({.dark = true});
+  const QFont font = panelFont(PanelTextStyle::caption);
+  for (int panels = 0; panels < 2; ++panels) {
+    EXPECT_EQ(QToolTip::font().family(), font.family()) << panels;
+    EXPECT_EQ(QToolTip::font().pixelSize(), font.pixelSize()) << panels;
+    EXPECT_EQ(QToolTip::palette().color(QPalette::ToolTipBase),
+              PanelPalette::make({.dark = true}).field)
+        << panels;
+    PanelView panel({});
+  }
+  PanelStyle::dressToolTips({});
 }
 
 TEST(PanelTextEdit, TabMovesOnAndPaperKeepsContrast) {

@@ -2,7 +2,6 @@
 
 #include "TavrinWidgetsUI/Kit/Views/Text.h"
 
-#include <QToolTip>
 #include <algorithm>
 #include <cmath>
 
@@ -26,12 +25,6 @@ bool setPanelTextScale(double scale) {
 
 int scaled(double points) {
   return static_cast<int>(std::lround(points * textScale));
-}
-
-void applyToolTipFont() {
-  const QFont font = panelFont(PanelTextStyle::caption);
-  if (QToolTip::font() != font)
-    QToolTip::setFont(font);
 }
 
 QFont panelFont(PanelTextStyle style) {

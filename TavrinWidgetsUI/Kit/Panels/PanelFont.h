@@ -27,7 +27,4 @@ bool setPanelTextScale(double scale);
 /// A length in points that grows with the text.
 int scaled(double points);
 
-/// Gives tooltips the interface font and the text's size.
-void applyToolTipFont();
-
 } // namespace tavrin

@@ -13,14 +13,27 @@
 #include <QMenu>
 #include <QScrollBar>
 #include <QStyleOption>
+#include <QToolTip>
 
 namespace tavrin {
 
 void PanelStyle::install() {
   if (dynamic_cast<PanelStyle*>(QApplication::style()))
     return;
+  const QFont toolTipFont = QToolTip::font();
+  const QPalette toolTipPalette = QToolTip::palette();
   // Qt swaps its palette for the style's when the style changes; windows that are open keep theirs.
   QApplication::setStyle(new PanelStyle);
+  // It forgets the fonts of single classes along with it.
+  QToolTip::setFont(toolTipFont);
+  QToolTip::setPalette(toolTipPalette);
+}
+
+void PanelStyle::dressToolTips(const PanelAppearance& appearance) {
+  QToolTip::setPalette(
+      PanelPalette::make({.dark = appearance.dark, .highContrast = appearance.highContrast})
+          .palette());
+  QToolTip::setFont(panelFont(PanelTextStyle::caption));
 }
 
 void PanelStyle::dressMenus(const PanelAppearance& appearance) {

@@ -35,6 +35,8 @@ public:
   static void install();
   /// The look of the menus that are no panel's; of `appearance` without its tint.
   static void dressMenus(const PanelAppearance& appearance);
+  /// The look of every tooltip, a tile's too; of `appearance` without its tint.
+  static void dressToolTips(const PanelAppearance& appearance);
 
   void polish(QWidget* widget) override;
   void unpolish(QWidget* widget) override;

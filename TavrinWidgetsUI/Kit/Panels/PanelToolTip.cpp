@@ -1,7 +1,6 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelToolTip.h"
 
 #include "TavrinPlatform/PlainToolTip.h"
-#include "TavrinWidgetsUI/Kit/Panels/PanelFont.h"
 #include "TavrinWidgetsUI/Kit/Views/PlainWords.h"
 
 #include <QCoreApplication>
@@ -23,7 +22,6 @@ public:
     if (event->type() != QEvent::ToolTip)
       return false;
     auto* widget = static_cast<QWidget*>(object);
-    applyToolTipFont();
     showPlainToolTip(static_cast<QHelpEvent*>(event)->globalPos(), plainToolTip(widget), widget);
     return true;
   }
