@@ -5,7 +5,11 @@
 #include "TavrinWidgetsUI/Kit/Views/Colour.h"
 #include "Tests/Kit/PanelTestSupport.h"
 
+#include <QContextMenuEvent>
+#include <QHelpEvent>
+#include <QMenu>
 #include <QScrollBar>
+#include <QToolTip>
 #include <gmock/gmock.h>
 #include <set>
 
@@ -284,6 +288,26 @@ TEST(PanelGrid, ArrowsMoveBetweenSquaresThatFillTheWidth) {
   EXPECT_THAT(opened, ElementsAre(0, 9, 19));
   EXPECT_EQ(QAccessible::queryAccessibleInterface(grid)->child(9)->text(QAccessible::Name),
             "Cell 9");
+}
+
+TEST(PanelGrid, ANameThatIsCutIsToldByATooltip) {
+  auto* panel = new PanelView({}, PanelView::Width::grids);
+  auto* grid = new PanelGrid("Apps", 4);
+  const QString cut = "Interplanetary telecommunications administration";
+  grid->setCells({{.name = "Mail", .caption = "Mail"},
+                  {.name = cut, .caption = cut},
+                  {.name = "Web, not installed", .caption = "Web"}});
+  panel->add(grid);
+  PanelStage stage(panel);
+  const auto toolTip = [&](int cell) {
+    const QPoint at = grid->visualRect(grid->model()->index(cell, 0)).center();
+    QHelpEvent help(QEvent::ToolTip, at, grid->viewport()->mapToGlobal(at));
+    QApplication::sendEvent(grid->viewport(), &help);
+    return QToolTip::isVisible() ? QToolTip::text() : QString();
+  };
+  EXPECT_TRUE(toolTip(0).isEmpty()) << "it stands there whole";
+  EXPECT_EQ(toolTip(1), cut);
+  EXPECT_EQ(toolTip(2), "Web, not installed");
 }
 
 } // namespace

@@ -13,9 +13,11 @@
 #include <QAbstractItemDelegate>
 #include <QContextMenuEvent>
 #include <QGuiApplication>
+#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QMenu>
 #include <algorithm>
+#include <map>
 #include <utility>
 
 namespace tavrin {
@@ -67,11 +69,6 @@ public:
     case Qt::DisplayRole:
     case Qt::AccessibleTextRole:
       return plainWords(cell(index.row()).name);
-    // What has words below it says its name itself.
-    case Qt::ToolTipRole: {
-      const PanelCell under = cell(index.row());
-      return toolTipText(under.caption == under.name ? QString() : under.name);
-    }
     default:
       return {};
     }
@@ -131,7 +128,7 @@ public:
     QRectF square = rect;
     if (const double room = grid_->captionHeight(); rect.height() > rect.width() + room / 2) {
       square.setHeight(rect.height() - room);
-      panelPaint::lines(
+      cut_[index.row()] = panelPaint::lines(
           *painter, cell.caption, {rect.left() + 3, square.bottom() - 3, rect.width() - 6, room},
           panelFont(PanelTextStyle::caption), cell.isEnabled ? colours.text : colours.secondary,
           cell.isFileName ? Qt::ElideMiddle : Qt::ElideRight);
@@ -147,8 +144,25 @@ public:
     painter->restore();
   }
 
+  bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
+                 const QModelIndex& index) override {
+    if (event->type() != QEvent::ToolTip)
+      return QAbstractItemDelegate::helpEvent(event, view, option, index);
+    if (!index.isValid())
+      return true;
+    const auto cell = index.data(PanelGrid::cellRole).value<PanelCell>();
+    // What has its whole name below it says it itself.
+    const auto cut = cut_.find(index.row());
+    const bool isSaid = cell.caption == cell.name && (cut == cut_.end() || !cut->second);
+    showPlainToolTip(event->globalPos(), isSaid ? QString() : cell.name, grid_->viewport(),
+                     grid_->visualRect(index));
+    return true;
+  }
+
 private:
   PanelGrid* grid_;
+  /// Captions that were too long when they were painted last.
+  mutable std::map<int, bool> cut_;
 };
 
 CellModel& modelOf(const PanelGrid& grid) {

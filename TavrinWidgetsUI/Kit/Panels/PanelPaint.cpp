@@ -76,7 +76,7 @@ double line(QPainter& painter, const QString& words, const QRectF& rect, const Q
   return fits ? full : metrics.horizontalAdvance(shown);
 }
 
-void lines(QPainter& painter, const QString& words, const QRectF& rect, const QFont& font,
+bool lines(QPainter& painter, const QString& words, const QRectF& rect, const QFont& font,
            const QColor& colour, Qt::TextElideMode elision) {
   const QFontMetricsF metrics(font);
   const double height = std::ceil(metrics.height());
@@ -95,6 +95,9 @@ void lines(QPainter& painter, const QString& words, const QRectF& rect, const QF
     line(painter, row, place, font, colour, Qt::AlignHCenter, elision);
     place.translate(0, height);
   }
+  return std::ranges::any_of(rows, [&](const QString& row) {
+    return metrics.horizontalAdvance(row) > rect.width() + 0.5;
+  });
 }
 
 namespace {

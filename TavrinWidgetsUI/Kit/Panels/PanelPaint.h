@@ -34,8 +34,8 @@ void picture(QPainter& painter, const QImage& image, const QRectF& rect, const Q
 double line(QPainter& painter, const QString& text, const QRectF& rect, const QFont& font,
             const QColor& colour, Qt::Alignment alignment = Qt::AlignLeading,
             Qt::TextElideMode elision = Qt::ElideRight);
-/// As many lines from the top of `rect` as it has room for, the last one cut.
-void lines(QPainter& painter, const QString& text, const QRectF& rect, const QFont& font,
+/// As many lines from the top of `rect` as it has room for, the last one cut. Whether one was.
+bool lines(QPainter& painter, const QString& text, const QRectF& rect, const QFont& font,
            const QColor& colour, Qt::TextElideMode elision = Qt::ElideRight);
 
 /// What a combo box shows, in the painter's font: set smaller, then on two lines, before it is cut.
