@@ -64,7 +64,7 @@ void EmojiPanelView::makeGrid() {
     search_->clear();
     showGroup(tab - 1);
   };
-  grid_->setMaximumVisibleRows(visibleRows);
+  grid_->setVisibleRows(visibleRows);
   grid_->onOpen = [this](int index) { copy(index); };
   grid_->setMouseTracking(true);
   connect(grid_, &QListView::entered, this,
@@ -204,7 +204,9 @@ void EmojiPanelView::showWords() {
   const bool isReading = model_.state() != EmojiModel::State::read;
   empty_->setVisible(shownCount() == 0);
   grid_->setVisible(shownCount() > 0);
-  name_->setVisible(shownCount() > 0);
+  // Nothing moves while one searches, or goes from group to group.
+  empty_->setMinimumHeight(hasTable ? grid_->sizeHint().height() : 0);
+  name_->setVisible(hasTable);
   tabs_->setVisible(hasTable);
   search_->setEnabled(hasTable || isReading);
   empty_->setHint({});

@@ -222,6 +222,11 @@ void PanelGrid::setMaximumVisibleRows(int rows) {
   applySide();
 }
 
+void PanelGrid::setVisibleRows(int rows) {
+  leastRows_ = rows;
+  setMaximumVisibleRows(rows);
+}
+
 // Room for the scroll bar is kept always, so that nothing moves when it comes.
 int PanelGrid::side(int width) const {
   return std::max(24, (width - 9) / columns_);
@@ -233,8 +238,10 @@ int PanelGrid::cellHeight(int width) const {
 
 QSize PanelGrid::sizeHint() const {
   const int rows = (count() + columns_ - 1) / columns_;
-  const int width = this->width() > 100 ? this->width() : 344;
-  return {width, std::min(rows, maximumRows_) * cellHeight(width)};
+  // Before it is laid out: as wide as its panel will make it.
+  const int held = parentWidget() != nullptr ? parentWidget()->minimumWidth() - 2 * panel::grid : 0;
+  const int width = testAttribute(Qt::WA_Resized) ? this->width() : held > 0 ? held : 344;
+  return {width, std::min(std::max(rows, leastRows_), maximumRows_) * cellHeight(width)};
 }
 
 QSize PanelGrid::minimumSizeHint() const {

@@ -47,6 +47,8 @@ public:
   int currentCell() const { return currentIndex().row(); }
   /// The grid asks for no more than so many rows' height and then scrolls.
   void setMaximumVisibleRows(int rows);
+  /// As many rows' height, however few there are.
+  void setVisibleRows(int rows);
   int columns() const { return columns_; }
   /// How many lines a caption may have; 1 at first.
   void setCaptionLines(int lines);
@@ -93,6 +95,7 @@ private:
   void applySide();
 
   int columns_;
+  int leastRows_ = 0;
   int maximumRows_ = 6;
   bool opensOnDoubleClick_ = false;
   QStringList actions_;

@@ -88,6 +88,26 @@ TEST_F(EmojiWidget, KeyboardAloneFindsAndCopies) {
   EXPECT_EQ(platform_.fakePasteboard.written.size(), writes);
 }
 
+TEST_F(EmojiWidget, NothingMovesWhileOneSearches) {
+  EmojiStore(folder_ / "emoji.json", platform_.center).add({"😂", ""}, 24);
+  auto* view = open();
+  EXPECT_EQ(view->shownCount(), 1);
+  const int height = view->fittingSize().height();
+  for (const char* typed : {"g", "gr", "grxq", ""}) {
+    search()->setText(typed);
+    QApplication::processEvents();
+    EXPECT_EQ(view->fittingSize().height(), height) << typed;
+  }
+  for (const int group : {0, 1, -1}) {
+    view->showGroup(group);
+    EXPECT_EQ(view->fittingSize().height(), height) << group;
+  }
+  button("Clear Recents")->click();
+  QApplication::processEvents();
+  EXPECT_TRUE(words().contains("No emoji used yet"));
+  EXPECT_EQ(view->fittingSize().height(), height);
+}
+
 TEST_F(EmojiWidget, TheToneIsSavedAndCopied) {
   auto* view = open();
   tone("Dark")->click();
