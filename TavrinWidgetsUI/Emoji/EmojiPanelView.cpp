@@ -11,6 +11,8 @@
 
 #include <QHBoxLayout>
 #include <QVBoxLayout>
+#include <algorithm>
+#include <array>
 #include <numeric>
 
 namespace tavrin {
@@ -22,6 +24,18 @@ constexpr int visibleRows = 6;
 constexpr int tabColumns = 10;
 /// What a cell leaves around its picture, both sides together.
 constexpr int cellMargin = 10;
+
+/// The groups as Unicode calls them.
+constexpr std::array groupNames{
+    marked("Smileys & Emotion"), marked("People & Body"),   marked("Animals & Nature"),
+    marked("Food & Drink"),      marked("Travel & Places"), marked("Activities"),
+    marked("Objects"),           marked("Symbols"),         marked("Flags")};
+
+/// A group that is newer than this program keeps Unicode's words.
+QString groupName(const std::string& name) {
+  const auto known = std::ranges::find(groupNames, std::string_view(name));
+  return known != groupNames.end() ? worded(*known) : utf8(name);
+}
 
 QString capitalised(QString text) {
   if (!text.isEmpty())
@@ -178,7 +192,7 @@ PanelCell EmojiPanelView::tab(int index, const PanelGrid& grid) {
   const auto& groups = model_.table().groups();
   if (place >= groups.size())
     return {};
-  return {.name = QString::fromStdString(groups[place].name),
+  return {.name = groupName(groups[place].name),
           .image = picture(model_.table().emoji(groups[place].begin).inTone(tone_), grid),
           .isChosen = isChosen};
 }
