@@ -141,7 +141,9 @@ AnyView bookmarkWideTile(const BookmarkSettings& settings, const TileSize& size,
                   .width(room, Alignment::leading)
                   .fill()
                   .background(rectangle().gradient(shelfTop, shelfBottom)),
-              size);
+              size)
+      .background(AnyView().fill().accessibility(worded("Bookmarks"),
+                                                 countText(allBookmarks(settings).size())));
 }
 
 } // namespace tavrin

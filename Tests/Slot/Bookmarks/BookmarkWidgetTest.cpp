@@ -219,6 +219,12 @@ TEST_F(BookmarkWidget, ANameIsEditedWhereItStands) {
   EXPECT_EQ(stored(), library()) << "another's change ends it and keeps its own";
 }
 
+TEST_F(BookmarkWidget, TheWideTileIsCalledAsItsKindAndNotAsItsFirstLink) {
+  start(library(), 2);
+  EXPECT_EQ(platform_.tile.name, "Bookmarks");
+  EXPECT_EQ(platform_.tile.value, "4 links");
+}
+
 TEST_F(BookmarkWidget, AChangeFromOutsideShowsAtOnce) {
   open();
   list()->onOpen(0);

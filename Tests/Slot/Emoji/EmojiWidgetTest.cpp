@@ -4,6 +4,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelGrid.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewWidget.h"
 #include "Tests/Slot/SlotFixture.h"
+#include "Tests/Support/InLanguage.h"
 #include "Tests/Support/Keys.h"
 
 #include <QAccessible>
@@ -106,6 +107,20 @@ TEST_F(EmojiWidget, NothingMovesWhileOneSearches) {
   QApplication::processEvents();
   EXPECT_TRUE(words().contains("No emoji used yet"));
   EXPECT_EQ(view->fittingSize().height(), height);
+}
+
+TEST_F(EmojiWidget, GroupsAndTheWideTileAreCalledInTheUsersLanguage) {
+  const InLanguage german(
+      {{"Food & Drink", "Essen und Trinken"}, {"Emoji", "Emojis"}, {"Recents", "Zuletzt"}}, "de");
+  std::ofstream(folder_ / "unicode" / "emoji" / "emoji-test.txt")
+      << "# group: Food & Drink\n1F34E ; fully-qualified # 🍎 E0.6 red apple\n"
+         "# group: Newer\n1F44B ; fully-qualified # 👋 E0.6 waving hand\n";
+  open();
+  auto* tabs = all<PanelGrid>().front();
+  EXPECT_EQ(tabs->cell(0).name, "Zuletzt");
+  EXPECT_EQ(tabs->cell(1).name, "Essen und Trinken");
+  EXPECT_EQ(tabs->cell(2).name, "Newer") << "as Unicode calls it";
+  EXPECT_EQ(platform_.tile.name, "Emojis") << "not its first button";
 }
 
 TEST_F(EmojiWidget, TheToneIsSavedAndCopied) {
