@@ -38,7 +38,6 @@ ConverterPanelView::ConverterPanelView(const PanelAppearance& appearance, Source
       upper_(makeSide(worded("Value"))), lower_(makeSide(worded("Result"))),
       rate_(new PanelText({}, PanelTextStyle::caption)),
       trouble_(new PanelText({}, PanelTextStyle::trouble)) {
-  category_->setAccessibleName(worded("Category"));
   category_->setMaxVisibleItems(allCases<ConverterCategory>().size());
   for (const auto category : allCases<ConverterCategory>())
     category_->addItem(utf8(tavrin::title(category)));
@@ -48,6 +47,7 @@ ConverterPanelView::ConverterPanelView(const PanelAppearance& appearance, Source
                                 allCases<ConverterCategory>()[static_cast<std::size_t>(index)]));
   });
   add(category_);
+  nameChoice(*category_, worded("Category"));
   addSpace(4);
   addSides();
   rate_->setSingleLine(true);
@@ -77,7 +77,6 @@ ConverterPanelView::Side ConverterPanelView::makeSide(const QString& name) {
   number->setMaxLength(64);
   number->setFont(panelFont(PanelTextStyle::title));
   auto* unit = new QComboBox;
-  unit->setAccessibleName(worded("{name} unit", {{"name", name}}));
   unit->setMinimumHeight(numberHeight);
   unit->setMaxVisibleItems(16);
   unit->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
@@ -98,6 +97,7 @@ void ConverterPanelView::addSides() {
   for (const Side& side : {upper_, lower_}) {
     grid->addWidget(side.number, row, 0);
     grid->addWidget(side.unit, row, 1);
+    nameChoice(*side.unit, worded("{name} unit", {{"name", side.number->accessibleName()}}));
     ++row;
   }
   grid->addWidget(swap, 0, 2, 2, 1, Qt::AlignVCenter);

@@ -86,6 +86,11 @@ class Access(unittest.TestCase):
                 self.assertTrue(node["name"], f"a {what} without a name")
             if node["name"]:
                 self.assertNotEqual(node["description"], node["name"], what)
+            if node["focusable"]:
+                self.assertNotEqual(node["role"], "image", f"{what} is no picture but a button")
+            # The toolkit tells a choice's value as its name.
+            if node["role"] == "combo box":
+                self.assertTrue(node["label"], f"a {what} without a label")
             if node["role"] in NUMBERS:
                 self.assertIsNotNone(node["value"], what)
             if node["role"] in PRESSED and node["enabled"]:

@@ -167,4 +167,11 @@ PanelField::PanelField(const QString& title, QWidget* control, QWidget* parent) 
     control->setAccessibleName(title);
 }
 
+void nameChoice(QComboBox& choice, const QString& name) {
+  choice.setAccessibleName(name);
+  auto* label = new PanelText(name, PanelTextStyle::body, choice.parentWidget());
+  label->hide();
+  label->setBuddy(&choice);
+}
+
 } // namespace tavrin

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QCheckBox>
+#include <QComboBox>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QSpinBox>
@@ -100,5 +101,9 @@ class PanelField : public QWidget {
 public:
   PanelField(const QString& title, QWidget* control, QWidget* parent = nullptr);
 };
+
+/// Names a choice that stands beside others without a label. On Unix Qt tells the chosen words as a
+/// choice's name, and what it is for by its label alone: it gets one that is not seen.
+void nameChoice(QComboBox& choice, const QString& name);
 
 } // namespace tavrin

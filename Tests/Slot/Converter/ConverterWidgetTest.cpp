@@ -112,6 +112,16 @@ TEST_F(ConverterWidget, WhatIsNoNumberChangesNothing) {
   EXPECT_FALSE(words().contains("This is not a number."));
 }
 
+TEST_F(ConverterWidget, EachChoiceHasALabelForAssistiveTechnology) {
+  open();
+  for (const char* name : {"Category", "Value unit", "Result unit"}) {
+    const auto labels = QAccessible::queryAccessibleInterface(named<QComboBox>(name))
+                            ->relations(QAccessible::Label);
+    ASSERT_EQ(labels.size(), 1) << name;
+    EXPECT_EQ(labels[0].first->text(QAccessible::Name), name);
+  }
+}
+
 TEST_F(ConverterWidget, UnitsCategoryAndSwap) {
   open();
   choose(named<QComboBox>("Result unit"), "m");
