@@ -71,7 +71,7 @@ void CollectionPanelView::makeApps() {
   grid_->onOpen = list_->onOpen = [this](int row) { model_.open(static_cast<std::size_t>(row)); };
   grid_->onRemove =
       list_->onRemove = [this](int row) { model_.remove(static_cast<std::size_t>(row)); };
-  grid_->onMenu = [this](int index, QPoint place) { openMenu(index, place); };
+  grid_->onMenu = list_->onMenu = [this](int index, QPoint place) { openMenu(index, place); };
   list_->onAction = [this](int row, int) {
     const QRect rect = list_->visualRect(list_->model()->index(row, 0));
     openMenu(row, list_->viewport()->mapToGlobal(rect.bottomRight()));

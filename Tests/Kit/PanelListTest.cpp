@@ -310,5 +310,19 @@ TEST(PanelGrid, ANameThatIsCutIsToldByATooltip) {
   EXPECT_EQ(toolTip(2), "Web, not installed");
 }
 
+TEST_F(PanelListTest, ARowsOwnMenuTakesThePlaceOfItsActions) {
+  show(3);
+  list->onMenu = [this](int row, QPoint) { said.push_back("menu " + std::to_string(row)); };
+  const QPoint at = rect(1).center();
+  const QPoint global = list->viewport()->mapToGlobal(at);
+  QContextMenuEvent byMouse(QContextMenuEvent::Mouse, at, global);
+  QApplication::sendEvent(list->viewport(), &byMouse);
+  list->setCurrentRow(2);
+  QContextMenuEvent byKey(QContextMenuEvent::Keyboard, {}, {});
+  QApplication::sendEvent(list->viewport(), &byKey);
+  EXPECT_THAT(said, ElementsAre("menu 1", "menu 2"));
+  EXPECT_EQ(list->findChild<QMenu*>(), nullptr);
+}
+
 } // namespace
 } // namespace tavrin

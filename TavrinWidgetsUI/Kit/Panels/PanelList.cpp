@@ -260,6 +260,13 @@ void PanelList::contextMenuEvent(QContextMenuEvent* event) {
       byKey ? currentIndex() : indexAt(viewport()->mapFromGlobal(event->globalPos()));
   if (readOnly_ || !index.isValid())
     return;
+  const QPoint place =
+      byKey ? viewport()->mapToGlobal(visualRect(index).center()) : event->globalPos();
+  if (onMenu) {
+    setCurrentRow(index.row());
+    onMenu(index.row(), place);
+    return;
+  }
   const PanelRow chosen = row(index.row());
   if (chosen.actions.empty())
     return;
@@ -268,7 +275,7 @@ void PanelList::contextMenuEvent(QContextMenuEvent* event) {
   for (int i = 0; i < static_cast<int>(chosen.actions.size()); ++i)
     menu->addAction(chosen.actions[static_cast<std::size_t>(i)].name, this,
                     [this, index, i] { trigger(index, i); });
-  menu->popup(byKey ? viewport()->mapToGlobal(visualRect(index).center()) : event->globalPos());
+  menu->popup(place);
 }
 
 void PanelList::currentChanged(const QModelIndex& current, const QModelIndex& previous) {

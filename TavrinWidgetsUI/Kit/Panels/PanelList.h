@@ -109,6 +109,9 @@ public:
   std::function<void(int row)> onSpace;
   /// Copying was asked for by the keyboard.
   std::function<void(int row)> onCopy;
+  /// The menu of a row is asked for, by a right click or the menu key; in place of one of its
+  /// actions.
+  std::function<void(int row, QPoint place)> onMenu;
   /// The files a row stands for, when it is dragged; without it rows cannot be dragged.
   std::function<std::vector<std::filesystem::path>(int row)> onDrag;
 

@@ -166,6 +166,18 @@ TEST_F(CollectionWidget, TheMenuActsMovesAndRemoves) {
   EXPECT_THAT(platform_.library.launches, testing::ElementsAre("Browser.desktop/private"));
 }
 
+TEST_F(CollectionWidget, AListHasTheSameMenuAtOnce) {
+  begin({entry("Browser"), entry("Mail")}, CollectionLayout::vertical);
+  open();
+  auto& list = shown<PanelList>();
+  ASSERT_TRUE(list.onMenu);
+  list.onMenu(1, QPoint());
+  const auto* menu = panel()->findChild<QMenu*>();
+  ASSERT_NE(menu, nullptr);
+  EXPECT_EQ(menu->actions().front()->text(), "Open");
+  EXPECT_EQ(menu->actions().back()->text(), "Remove");
+}
+
 TEST_F(CollectionWidget, AWideTileOpensItsAppsByAClick) {
   begin({entry("Browser"), entry("Mail")}, CollectionLayout::horizontal, 3);
   // From the left, where the first icon of the row in the middle must be.
