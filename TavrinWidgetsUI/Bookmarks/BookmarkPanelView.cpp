@@ -21,8 +21,8 @@ constexpr int visibleRows = 9;
 constexpr int monogramSide = 48;
 /// More at once would bury the browser.
 constexpr std::size_t mostOpened = 12;
-/// Where a row's title begins.
-constexpr int titleInset = 40;
+/// What the name's editor reaches beyond the name, so that nothing of that is seen beside it.
+constexpr int editMargin = 4;
 
 /// What the buttons of a link's row do, in their order.
 enum LinkAction { copyAddress, renameLink, removeLink };
@@ -254,10 +254,10 @@ void BookmarkPanelView::rename(int row) {
   list_->scrollTo(index);
   nameEdit_ = new BookmarkNameEdit(utf8(bookmark.title), utf8(displayTitle({"", bookmark.url})),
                                    list_->viewport());
-  const QRect place = list_->visualRect(index);
+  const QRect place =
+      list_->wordsRect(row).adjusted(-editMargin, 0, editMargin, 0) & list_->visualRect(index);
   const int height = std::min(nameEdit_->sizeHint().height(), place.height());
-  nameEdit_->setGeometry(place.left() + titleInset, place.center().y() - height / 2,
-                         place.width() - titleInset, height);
+  nameEdit_->setGeometry(place.left(), place.center().y() - height / 2, place.width(), height);
   nameEdit_->onEnd = [this, at = item->place](const auto& name) { endRename(at, name); };
   nameEdit_->show();
   nameEdit_->setFocus(Qt::OtherFocusReason);

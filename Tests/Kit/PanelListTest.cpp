@@ -324,5 +324,29 @@ TEST_F(PanelListTest, ARowsOwnMenuTakesThePlaceOfItsActions) {
   EXPECT_EQ(list->findChild<QMenu*>(), nullptr);
 }
 
+TEST_F(PanelListTest, WhatTakesTheWordsPlaceBeginsWhereTheyDo) {
+  list->setRows({{.title = "Name", .symbol = "folder.fill"}});
+  panel->add(list);
+  stage = std::make_unique<PanelStage>(panel);
+  const auto inkInFrontOf = [&](Qt::LayoutDirection direction) {
+    list->setLayoutDirection(direction);
+    QApplication::processEvents();
+    const QRect words = list->wordsRect(0);
+    EXPECT_TRUE(rect(0).contains(words));
+    EXPECT_EQ(direction == Qt::LeftToRight ? words.right() : words.left(),
+              direction == Qt::LeftToRight ? rect(0).right() : rect(0).left());
+    // Between the mark and the words nothing is painted.
+    const QImage picture = list->viewport()->grab().toImage();
+    const int edge = direction == Qt::LeftToRight ? words.left() - 3 : words.right() + 3;
+    std::set<QRgb> colours;
+    // Without the focus ring.
+    for (int y = words.top() + 6; y <= words.bottom() - 6; ++y)
+      colours.insert(picture.pixel(edge, y));
+    return colours.size();
+  };
+  EXPECT_EQ(inkInFrontOf(Qt::LeftToRight), 1U);
+  EXPECT_EQ(inkInFrontOf(Qt::RightToLeft), 1U);
+}
+
 } // namespace
 } // namespace tavrin

@@ -154,6 +154,14 @@ int PanelList::actionAt(const QModelIndex& index, const QPoint& point) const {
   return -1;
 }
 
+QRect PanelList::wordsRect(int row) const {
+  const QRect rect = visualRect(model()->index(row, 0));
+  const auto* delegate = static_cast<const PanelRowDelegate*>(itemDelegate());
+  const QRectF words(
+      rect.adjusted(static_cast<int>(delegate->wordsInset(this->row(row))), 0, 0, 0));
+  return panelPaint::visual(words, rect, layoutDirection()).toRect();
+}
+
 void PanelList::open(const QModelIndex& index) {
   if (index.isValid() && index.flags().testFlag(Qt::ItemIsEnabled) && onOpen)
     onOpen(index.row());

@@ -121,6 +121,9 @@ public:
   int currentAction() const { return action_; }
   /// The button under this point of the row, -1 for none. `row` in the viewport's coordinates.
   int actionAt(const QModelIndex& index, const QPoint& point) const;
+  /// The row's words, without their mark, to the row's end: for what is put in their place. In the
+  /// viewport's coordinates.
+  QRect wordsRect(int row) const;
   bool isReadOnly() const { return readOnly_; }
   bool isPressed(const QModelIndex& index) const { return pressed_.isValid() && pressed_ == index; }
   int rowHeight() const;

@@ -18,6 +18,9 @@ namespace {
 constexpr double inset = panel::grid;
 constexpr double actionSide = 24;
 constexpr double plainPictureSide = 28;
+constexpr double dotSide = 10;
+/// Between a mark and the words.
+constexpr double markGap = 10;
 
 /// One row being painted, from the outside in: each part takes its room off `left` or `right`.
 struct RowPainting {
@@ -43,13 +46,20 @@ struct RowPainting {
   bool paintWords();
 };
 
-void RowPainting::paintMark() {
+/// What stands before the row's words; 0 for nothing.
+double markWidthOf(const PanelRow& row, double least) {
   const bool hasImage = !row.image.isNull();
   if (!hasImage && !row.dot.isValid() && row.symbol.isEmpty() && row.mark.isEmpty())
-    return;
+    return 0;
   constexpr double symbolSide = 20;
-  const double side = !hasImage && row.dot.isValid() ? 10 : symbolSide;
-  const double width = std::max(side, markWidth);
+  return std::max(!hasImage && row.dot.isValid() ? dotSide : symbolSide, least);
+}
+
+void RowPainting::paintMark() {
+  const double width = markWidthOf(row, markWidth);
+  if (width <= 0)
+    return;
+  const bool hasImage = !row.image.isNull();
   const QRectF place = room(left, width);
   if (hasImage) {
     // Without a width of its own larger than a symbol about the same middle: the words of all rows
@@ -59,16 +69,16 @@ void RowPainting::paintMark() {
     square.moveCenter(place.center());
     panelPaint::picture(painter, row.image, square, colours.hairline);
   } else if (row.dot.isValid()) {
-    QRectF circle(0, 0, side, side);
+    QRectF circle(0, 0, dotSide, dotSide);
     circle.moveCenter(place.center());
-    panelPaint::rounded(painter, circle, side / 2, row.dot);
+    panelPaint::rounded(painter, circle, dotSide / 2, row.dot);
   } else if (!row.symbol.isEmpty()) {
     panelPaint::symbol(painter, row.symbol, place, 18, row.isEnabled ? colours.accent : ink());
   } else {
     panelPaint::line(painter, row.mark, place, panelFont(PanelTextStyle::body), quietInk(),
                      Qt::AlignHCenter);
   }
-  left += width + 10;
+  left += width + markGap;
 }
 
 /// A unit that is a number takes the room of its widest digits, so that what stands before it does
@@ -152,6 +162,11 @@ QRectF PanelRowDelegate::actionRect(const PanelRow& row, int action, const QRect
   return panelPaint::visual({rect.right() - 4 - fromEnd * actionSide,
                              rect.center().y() - actionSide / 2, actionSide, actionSide},
                             rect, direction);
+}
+
+double PanelRowDelegate::wordsInset(const PanelRow& row) const {
+  const double width = markWidthOf(row, list_->iconSize().width());
+  return inset + (width > 0 ? width + markGap : 0);
 }
 
 bool PanelRowDelegate::isCut(const QModelIndex& index) const {

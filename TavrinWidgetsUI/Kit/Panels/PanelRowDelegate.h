@@ -23,6 +23,9 @@ public:
   static QRectF actionRect(const PanelRow& row, int action, const QRectF& rect,
                            Qt::LayoutDirection direction);
 
+  /// Where the row's words begin, from the row's leading edge.
+  double wordsInset(const PanelRow& row) const;
+
 private:
   PanelList* list_;
   mutable std::map<int, bool> cut_;
