@@ -53,7 +53,8 @@ AirDropPanelView::AirDropPanelView(const PanelAppearance& appearance, AirDropMod
       section_(new PanelText(worded("Send to"), PanelTextStyle::section)),
       list_(new PanelList(worded("Devices"))),
       empty_(new PanelEmptyState("dot.radiowaves.up.forward", {})) {
-  subject_->setSingleLine(true);
+  // A single file's name.
+  subject_->setSingleLine(true, Qt::ElideMiddle);
   for (QWidget* part : {static_cast<QWidget*>(subject_), static_cast<QWidget*>(detail_),
                         static_cast<QWidget*>(bar_), static_cast<QWidget*>(trouble_),
                         static_cast<QWidget*>(section_)})

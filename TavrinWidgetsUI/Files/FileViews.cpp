@@ -125,6 +125,7 @@ AnyView filesWideTile(const FilesReading& reading, const TileSize& size,
   if (reading.unfinished > 0)
     about = {worded("Downloading {count}", {{"count", reading.unfinished}})};
   content.middle = vstack({text(newest.title)
+                               .fileName()
                                .size(size.words(0.22))
                                .weight(FontWeight::semibold)
                                .colour(palette::figure(ground)),

@@ -36,7 +36,7 @@ QuickLook::QuickLook(RunLoop& runLoop, int width, QWidget* parent)
   row->setSpacing(4);
   row->addWidget(PanelButton::icon(isRightToLeft() ? "chevron.right" : "chevron.left",
                                    worded("Back"), [this] { onBack(); }));
-  title_->setSingleLine(true);
+  title_->setSingleLine(true, Qt::ElideMiddle);
   row->addWidget(title_, 1);
   row->addWidget(PanelButton::icon("arrow.up.right", worded("Open"), [this] { onOpen(file_); }));
   column->addLayout(row);

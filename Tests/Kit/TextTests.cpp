@@ -74,6 +74,21 @@ TEST(Text, IsFittedOnceAndThenElided) {
   EXPECT_NEAR(height(many, 20, 60), height(many.left(3), 17, 400), 1.5);
 }
 
+TEST(Text, AFilesNameIsCutInItsMiddle) {
+  TextEngine engine;
+  const QString name = QStringLiteral("Annual report of the society.pdf");
+  const auto regular = FontWeight::regular;
+  const double full = engine.width(name, regular, 10);
+  EXPECT_EQ(engine.elided(name, regular, 10, full, TextEngine::Cut::middle), name);
+  for (double width = full - 1; width > 50; width -= 9) {
+    const QString shown = engine.elided(name, regular, 10, width, TextEngine::Cut::middle);
+    EXPECT_LE(engine.width(shown, regular, 10), width) << shown.toStdString();
+    EXPECT_TRUE(shown.startsWith("An") && shown.endsWith("pdf")) << shown.toStdString();
+    EXPECT_NE(shown, engine.elided(name, regular, 10, width));
+  }
+  EXPECT_EQ(engine.elided(name, regular, 10, 0, TextEngine::Cut::middle), QString(QChar(0x2026)));
+}
+
 TEST(Text, GraphemesAreNotCutApart) {
   TextEngine engine;
   const QString accents = QString::fromUtf8("e\xCC\x81"

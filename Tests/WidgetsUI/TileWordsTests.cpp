@@ -10,6 +10,7 @@
 #include "TavrinWidgetsUI/ClaudeUsage/ClaudeUsageViews.h"
 #include "TavrinWidgetsUI/Clipboard/ClipboardViews.h"
 #include "TavrinWidgetsUI/Colour/ColourViews.h"
+#include "TavrinWidgetsUI/Files/FileViews.h"
 #include "TavrinWidgetsUI/GitHub/GitHubViews.h"
 #include "TavrinWidgetsUI/Note/NoteViews.h"
 #include "TavrinWidgetsUI/Runs/PomodoroViews.h"
@@ -311,6 +312,17 @@ TEST(TileWords, ANameGoesBeforeSince) {
   const QString shown =
       textOf(linesOf(countdownWideTile("Grandmother's day", settings, evening, size), size));
   EXPECT_TRUE(shown.startsWith("Grand")) << shown.toStdString();
+}
+
+TEST(TileWords, AFilesExtensionStays) {
+  FilesReading reading;
+  reading.isKnown = true;
+  reading.files = {{{}, "Annual report of the society.pdf", "22:08", "4 MB"}};
+  for (const double side : {48.0, 64.0, 128.0}) {
+    const TileSize size{side, 2};
+    const QString shown = textOf(linesOf(filesWideTile(reading, size, {}), size));
+    EXPECT_TRUE(shown.contains("pdf")) << side << ": " << shown.toStdString();
+  }
 }
 
 TEST(TileWords, TurnedTextStandsOnItsSide) {

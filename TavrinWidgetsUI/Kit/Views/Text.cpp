@@ -118,6 +118,12 @@ Text Text::figure(double minimumPoints) const {
   return result;
 }
 
+Text Text::fileName() const {
+  Text result = *this;
+  result.isFileName = true;
+  return result;
+}
+
 QSizeF Text::measure(ViewContext& context, const QSizeF& offer) const {
   const double line = pointSize * leading;
   if (string.isEmpty() && widestForm.isEmpty())
@@ -163,8 +169,9 @@ void Text::paint(ViewContext& context, const QRectF& rect) const {
     return;
   }
   const double size = fittedSize(*this, context.text, rect.width());
+  const auto cutAt = isFileName ? TextEngine::Cut::middle : TextEngine::Cut::end;
   const QString shown =
-      figureMinimum ? string : context.text.elided(string, fontWeight, size, rect.width());
+      figureMinimum ? string : context.text.elided(string, fontWeight, size, rect.width(), cutAt);
   drawLine(context, *this, shown, size, rect, Digits::tabular);
 }
 

@@ -45,6 +45,7 @@ struct Text : Modifiers<Text> {
   QString widestForm = {};
   /// A figure is never cut. It is set smaller down to this many points, and then overflows.
   std::optional<double> figureMinimum = {};
+  bool isFileName = false;
 
   Text size(double points) const;
   Text weight(FontWeight weight) const;
@@ -57,6 +58,8 @@ struct Text : Modifiers<Text> {
   /// Digits as "8": `text("1:07").widest("88:88")` does not move as it ticks.
   Text widest(const QString& form) const;
   Text figure(double minimumPoints = 9) const;
+  /// On one line it is cut in its middle, so that its extension stays.
+  Text fileName() const;
 
   QSizeF measure(ViewContext& context, const QSizeF& offer) const;
   void paint(ViewContext& context, const QRectF& rect) const;

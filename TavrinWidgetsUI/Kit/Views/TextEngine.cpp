@@ -8,6 +8,7 @@
 #include <QTextLayout>
 #include <algorithm>
 #include <mutex>
+#include <ranges>
 
 namespace tavrin {
 
@@ -257,46 +258,51 @@ void TextEngine::note(const QPainter& painter, const Shaped& text, double pointS
                          painter.hasClipping() ? device.map(painter.clipPath()) : QPainterPath()});
 }
 
-QString TextEngine::elided(const QString& string, FontWeight weight, double pointSize,
-                           double width) {
+QString TextEngine::elided(const QString& string, FontWeight weight, double pointSize, double width,
+                           Cut where) {
   if (this->width(string, weight, pointSize) <= width)
     return string;
   const double reference = width * referenceSize / pointSize;
   return recent(
              broken_, brokenLimit,
-             [&, key = Broken{string, weight, reference, 0, 0, {}, 0}](const Broken& broken) {
-               return broken == key;
-             },
+             [&, key = Broken{string, weight, reference, 0, 0, {}, 0, where}](
+                 const Broken& broken) { return broken == key; },
              [&] {
-               return Broken{string,   weight, reference, 0, 0, {cut(string, weight, reference)},
-                             reference};
+               return Broken{string,    weight, reference,
+                             0,         0,      {cut(string, weight, reference, where)},
+                             reference, where};
              })
       .lines.front();
 }
 
-QString TextEngine::cut(const QString& string, FontWeight weight, double width) {
+QString TextEngine::cut(const QString& string, FontWeight weight, double width, Cut where) {
   QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, string);
   std::vector<qsizetype> ends{0};
   while (finder.toNextBoundary() > 0)
     ends.push_back(finder.position());
-  const auto candidate = [&](qsizetype end) {
-    QString head = string.left(end);
+  // With so many of its letters.
+  const auto candidate = [&](std::size_t letters) {
+    const std::size_t behind = where == Cut::middle ? letters / 2 : 0;
+    QString head = string.left(ends[letters - behind]);
     while (head.endsWith(u' '))
       head.chop(1);
-    return head + ellipsis;
+    QString tail = string.mid(ends[ends.size() - 1 - behind]);
+    while (tail.startsWith(u' '))
+      tail.remove(0, 1);
+    return head + ellipsis + tail;
   };
-  const auto fits = [&](qsizetype end) {
+  const auto fits = [&](std::size_t letters) {
     Shaped shaped;
-    shaped.string = candidate(end);
+    shaped.string = candidate(letters);
     if (canBeTabular(shaped.string))
       shapeTabular(shaped, face(weight));
     else
       shapeWhole(shaped, face(weight), shaped.string);
     return shaped.width <= width;
   };
-  const auto tooLong =
-      std::partition_point(ends.begin() + 1, ends.end(), [&](qsizetype end) { return fits(end); });
-  return candidate(*(tooLong - 1));
+  const auto counts = std::views::iota(std::size_t{1}, std::max(ends.size(), std::size_t{1}));
+  const auto tooLong = std::ranges::partition_point(counts, fits);
+  return candidate(static_cast<std::size_t>(tooLong - counts.begin()));
 }
 
 TextEngine::Lines TextEngine::lines(const QString& string, FontWeight weight, double pointSize,
@@ -305,13 +311,13 @@ TextEngine::Lines TextEngine::lines(const QString& string, FontWeight weight, do
   const double most = reference * pointSize / std::min(leastSize, pointSize);
   const Broken& broken = recent(
       broken_, brokenLimit,
-      [&, key = Broken{string, weight, reference, most, limit, {}, 0}](const Broken& broken) {
-        return broken == key;
-      },
+      [&, key = Broken{string, weight, reference, most, limit, {}, 0, Cut::end}](
+          const Broken& broken) { return broken == key; },
       [&] {
         double brokenWidth = reference;
         QStringList lines = breakLines(string, weight, brokenWidth, most, limit);
-        return Broken{string, weight, reference, most, limit, std::move(lines), brokenWidth};
+        return Broken{string, weight,           reference,   most,
+                      limit,  std::move(lines), brokenWidth, Cut::end};
       });
   return {broken.lines, pointSize * reference / broken.brokenWidth};
 }

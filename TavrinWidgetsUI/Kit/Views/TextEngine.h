@@ -23,8 +23,10 @@ public:
                Digits digits = Digits::tabular);
   /// Height of a capital in points.
   double capHeight(FontWeight weight, double pointSize);
+  enum class Cut { end, middle };
   /// `string`, or as much of it as fits into `width` with an ellipsis.
-  QString elided(const QString& string, FontWeight weight, double pointSize, double width);
+  QString elided(const QString& string, FontWeight weight, double pointSize, double width,
+                 Cut where = Cut::end);
   /// At most `limit` lines that fit into `width`.
   struct Lines {
     QStringList lines;
@@ -93,9 +95,10 @@ private:
     int limit = 0;
     QStringList lines;
     double brokenWidth = 0;
+    Cut where = Cut::end;
     bool operator==(const Broken& other) const {
       return weight == other.weight && width == other.width && mostWidth == other.mostWidth &&
-             limit == other.limit && string == other.string;
+             limit == other.limit && where == other.where && string == other.string;
     }
   };
 
@@ -117,7 +120,7 @@ private:
   /// Widens `width` up to `mostWidth` for words that would fit then.
   QStringList breakLines(const QString& string, FontWeight weight, double& width, double mostWidth,
                          int limit);
-  QString cut(const QString& string, FontWeight weight, double width);
+  QString cut(const QString& string, FontWeight weight, double width, Cut where = Cut::end);
 
   /// Most recently used first, all of them.
   std::list<Shaped> shaped_;
