@@ -7,6 +7,8 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelToolTip.h"
 #include "TavrinWidgetsUI/Kit/Views/Colour.h"
+#include "TavrinWidgetsUI/Kit/Views/Shape.h"
+#include "TavrinWidgetsUI/Kit/Views/ViewWidget.h"
 #include "Tests/Kit/PanelTestSupport.h"
 
 #include <QFocusFrame>
@@ -330,6 +332,31 @@ TEST(PanelSearchField, KeepsTheKeysForUndoingOnlyWhileThereIsTypingToUndo) {
   field.reset();
   EXPECT_EQ(field.text(), "");
   EXPECT_FALSE(takes(Qt::Key_Z));
+}
+
+TEST(ViewWidget, OnePressesItsButtonByReturnTooAndAssistiveTechnologySeesAButton) {
+  auto* panel = new PanelView({});
+  auto* cover = new ViewWidget({40, 40});
+  int presses = 0;
+  int others = 0;
+  panel->add(cover);
+  panel->add(new PanelButton(PanelButton::Kind::prominent, "Pause", [&] { ++others; }));
+  PanelStage stage(panel);
+  EXPECT_EQ(roleOf(cover), QAccessible::Graphic);
+  cover->setView(
+      rectangle().fill(palette::red).button({"raise", [&] { ++presses; }}, "Show Player"));
+  QApplication::processEvents();
+  cover->grab();
+  EXPECT_EQ(roleOf(cover), QAccessible::Button);
+  auto* actions = QAccessible::queryAccessibleInterface(cover)->actionInterface();
+  ASSERT_TRUE(actions->actionNames().contains(QAccessibleActionInterface::pressAction()));
+  actions->doAction(QAccessibleActionInterface::pressAction());
+  EXPECT_EQ(presses, 1);
+  cover->setFocus(Qt::TabFocusReason);
+  for (const auto key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter})
+    stage.press(key);
+  EXPECT_EQ(presses, 4);
+  EXPECT_EQ(others, 0);
 }
 
 TEST(PanelStyle, ToolTipsKeepTheirLookWhenThePanelsComes) {

@@ -33,6 +33,32 @@ private:
   }
 };
 
+/// A picture, or what is pressed where one can press it.
+class AccessibleView final : public QAccessibleWidget {
+public:
+  explicit AccessibleView(ViewWidget* view)
+      : QAccessibleWidget(view, QAccessible::Graphic), view_(view) {}
+
+  QAccessible::Role role() const override {
+    return view_->hasButtons() ? QAccessible::Button : QAccessible::Graphic;
+  }
+  QStringList actionNames() const override {
+    QStringList names = QAccessibleWidget::actionNames();
+    if (view_->hasButtons() && view_->isEnabled())
+      names.prepend(pressAction());
+    return names;
+  }
+  void doAction(const QString& name) override {
+    if (name == pressAction() && view_->isEnabled())
+      view_->press();
+    else
+      QAccessibleWidget::doAction(name);
+  }
+
+private:
+  ViewWidget* view_;
+};
+
 // No names here: one given now would hide later ones. Only for plain widgets: what derives from one
 // of Qt's controls has its role already.
 QAccessibleInterface* make(const QString&, QObject* object) {
@@ -44,8 +70,8 @@ QAccessibleInterface* make(const QString&, QObject* object) {
   if (dynamic_cast<PanelSegments*>(widget) || dynamic_cast<PanelField*>(widget) ||
       dynamic_cast<PanelEmptyState*>(widget))
     return new QAccessibleWidget(widget, QAccessible::Grouping);
-  if (dynamic_cast<ViewWidget*>(widget))
-    return new QAccessibleWidget(widget, QAccessible::Graphic);
+  if (auto* view = dynamic_cast<ViewWidget*>(widget))
+    return new AccessibleView(view);
   if (dynamic_cast<PanelDivider*>(widget))
     return new QAccessibleWidget(widget, QAccessible::Separator);
   return nullptr;

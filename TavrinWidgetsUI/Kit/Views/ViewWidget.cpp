@@ -110,11 +110,24 @@ bool ViewWidget::focusNextPrevChild(bool next) {
 }
 
 void ViewWidget::keyPressEvent(QKeyEvent* event) {
-  if (event->key() != Qt::Key_Space || button_ < 0) {
+  const bool isPress = event->key() == Qt::Key_Space || event->key() == Qt::Key_Return ||
+                       event->key() == Qt::Key_Enter;
+  if (isPress && button_ >= 0)
+    press();
+  else
     event->ignore();
+}
+
+bool ViewWidget::hasButtons() const {
+  return !painter_->buttons().empty();
+}
+
+void ViewWidget::press() {
+  if (!hasButtons())
     return;
-  }
-  if (const auto run = painter_->buttons()[static_cast<std::size_t>(button_)].action.run)
+  const auto pressed = static_cast<std::size_t>(std::max(button_, 0));
+  // A copy, as above.
+  if (const auto run = painter_->buttons()[pressed].action.run)
     run();
 }
 

@@ -11,7 +11,7 @@ class AnyView;
 class ViewPainter;
 
 /// A declarative view inside a panel, at its own size: rings, gauges, faces, bars. Its buttons
-/// can be clicked, and reached with Tab and pressed with Space.
+/// can be clicked, and reached with Tab and pressed with Space or Return.
 class ViewWidget : public QWidget {
 public:
   explicit ViewWidget(QSizeF size, QWidget* parent = nullptr);
@@ -24,6 +24,10 @@ public:
   void setViewSize(QSizeF size);
   /// What assistive technology says, such as "Ring, 40 percent".
   void setName(const QString& name);
+
+  bool hasButtons() const;
+  /// Presses the button that has the keyboard, else the first one.
+  void press();
 
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override { return sizeHint(); }
