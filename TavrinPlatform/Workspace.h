@@ -49,6 +49,8 @@ public:
   virtual bool prefersHighContrast() const { return false; }
   /// One of those above changed.
   [[nodiscard]] virtual TokenPtr observeAppearance(std::function<void()> handler) = 0;
+  /// What is clear of a window shows what lies under it; where nobody mixes windows it is black.
+  virtual bool mixesWindows() const { return true; }
 };
 
 } // namespace tavrin

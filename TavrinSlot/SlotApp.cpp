@@ -24,6 +24,7 @@ SlotApp::SlotApp(Platform& platform)
     PanelStyle::dressMenus({.dark = workspace.prefersDarkAppearance(),
                             .highContrast = workspace.prefersHighContrast()});
   };
+  PanelStyle::setMixesWindows([this] { return platform_.workspace().mixesWindows(); });
   tile_.onFormatChange = [this] {
     // While the tile is being placed, drawing follows.
     if (controller_ && !isReloading_)
@@ -36,6 +37,7 @@ SlotApp::~SlotApp() {
   isReloading_ = true;
   platform_.dockTile().onMove = nullptr;
   platform_.dockTile().onMenu = nullptr;
+  PanelStyle::setMixesWindows(nullptr);
   if (controller_)
     controller_->leave();
 }

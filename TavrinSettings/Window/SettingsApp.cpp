@@ -5,6 +5,7 @@
 #include "TavrinSettings/Computer/ComputerPage.h"
 #include "TavrinSettings/Dock/DockPage.h"
 #include "TavrinSettings/Window/SettingsWindow.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
 #include "TavrinWidgetsUI/Kit/Utf8.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
@@ -54,6 +55,7 @@ SettingsApp::SettingsApp(Platform& platform, CommandPlatform& host)
   // Which desktop entry the window belongs to.
   QGuiApplication::setDesktopFileName(QString::fromUtf8(
       DockSlot::hostIdentifier.data(), static_cast<qsizetype>(DockSlot::hostIdentifier.size())));
+  PanelStyle::setMixesWindows([this] { return platform_.workspace().mixesWindows(); });
   window_ = std::make_unique<SettingsWindow>(history_, appearance());
   context_->window = window_.get();
   stage_.tiles().application = [this](const AppEntry& entry, int side) {
@@ -99,6 +101,7 @@ void SettingsApp::takeIcon(const std::string& icon) {
 }
 
 SettingsApp::~SettingsApp() {
+  PanelStyle::setMixesWindows(nullptr);
   context_->window = nullptr;
 }
 

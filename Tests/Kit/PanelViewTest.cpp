@@ -13,6 +13,7 @@
 
 #include <QFocusFrame>
 #include <QImage>
+#include <QMenu>
 #include <QRadioButton>
 #include <QToolTip>
 #include <gmock/gmock.h>
@@ -372,6 +373,25 @@ TEST(PanelStyle, ToolTipsKeepTheirLookWhenThePanelsComes) {
     PanelView panel({});
   }
   PanelStyle::dressToolTips({});
+}
+
+TEST(PanelStyle, MenusAreCutToTheirCornersWhereNobodyMixesWindows) {
+  const auto maskOf = [](bool mixes) {
+    PanelStyle::install();
+    PanelStyle::setMixesWindows([mixes] { return mixes; });
+    QMenu menu;
+    menu.addAction("One");
+    menu.popup({});
+    QApplication::processEvents();
+    const QRegion mask = menu.mask();
+    EXPECT_TRUE(mixes || mask.contains(menu.rect().center()));
+    PanelStyle::setMixesWindows(nullptr);
+    return mask;
+  };
+  EXPECT_TRUE(maskOf(true).isEmpty());
+  const QRegion cut = maskOf(false);
+  EXPECT_FALSE(cut.contains(QPoint(0, 0)));
+  EXPECT_TRUE(cut.contains(QPoint(0, 12)));
 }
 
 TEST(PanelTextEdit, TabMovesOnAndPaperKeepsContrast) {

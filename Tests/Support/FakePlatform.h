@@ -264,6 +264,7 @@ public:
   bool prefersDarkAppearance() const override { return dark; }
   std::optional<std::string> interfaceFontFamily() const override { return fontFamily; }
   double interfaceTextScale() const override { return textScale; }
+  bool mixesWindows() const override { return isComposited; }
   bool prefersHighContrast() const override { return highContrast; }
   TokenPtr observeAppearance(std::function<void()> handler) override {
     return appearance.add(handler);
@@ -271,6 +272,7 @@ public:
 
   std::optional<RunningApplication> frontmost;
   double textScale = 1;
+  bool isComposited = true;
   bool highContrast = false;
   std::vector<std::string> opened;
   bool hasActivityMonitor = true;

@@ -216,6 +216,10 @@ std::optional<std::string> LinuxWorkspace::interfaceFontFamily() const {
   return look_.fontFamily;
 }
 
+bool LinuxWorkspace::mixesWindows() const {
+  return x11::connection() == nullptr || x11::hasCompositor();
+}
+
 double LinuxWorkspace::interfaceTextScale() const {
   watchSettings();
   return look_.textScale;

@@ -37,6 +37,7 @@ public:
   double interfaceTextScale() const override;
   bool prefersHighContrast() const override;
   [[nodiscard]] TokenPtr observeAppearance(std::function<void()> handler) override;
+  bool mixesWindows() const override;
 
 private:
   Bus* system() const { return system_(); }

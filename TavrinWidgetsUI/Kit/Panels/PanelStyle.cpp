@@ -11,6 +11,7 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QMenu>
+#include <QPainterPath>
 #include <QScrollBar>
 #include <QStyleOption>
 #include <QToolTip>
@@ -27,6 +28,15 @@ void PanelStyle::install() {
   // It forgets the fonts of single classes along with it.
   QToolTip::setFont(toolTipFont);
   QToolTip::setPalette(toolTipPalette);
+}
+
+std::function<bool()>& PanelStyle::mixesWindows() {
+  static std::function<bool()> mixes;
+  return mixes;
+}
+
+void PanelStyle::setMixesWindows(std::function<bool()> mixes) {
+  mixesWindows() = std::move(mixes);
 }
 
 void PanelStyle::dressToolTips(const PanelAppearance& appearance) {
@@ -135,6 +145,15 @@ int PanelStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWid
     return 1;
   case SH_Slider_AbsoluteSetButtons:
     return Qt::LeftButton;
+  case SH_Menu_Mask: {
+    auto* mask = qstyleoption_cast<QStyleHintReturnMask*>(returnData);
+    if (mask == nullptr || !mixesWindows() || mixesWindows()())
+      return 0;
+    QPainterPath outline;
+    outline.addRoundedRect(option->rect, panel::menuRadius, panel::menuRadius);
+    mask->region = QRegion(outline.toFillPolygon().toPolygon());
+    return 1;
+  }
   case SH_ComboBox_Popup:
   case SH_EtchDisabledText:
   case SH_DitherDisabledText:

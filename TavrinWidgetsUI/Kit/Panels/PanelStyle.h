@@ -4,6 +4,7 @@
 #include "TavrinWidgetsUI/Kit/Views/FocusRing.h"
 
 #include <QCommonStyle>
+#include <functional>
 
 namespace tavrin {
 
@@ -23,6 +24,7 @@ inline constexpr TextLength rowHeight{36};
 inline constexpr TextLength tallRowHeight{44};
 inline constexpr TextLength boxSide{18};
 inline constexpr int cornerRadius = 6;
+inline constexpr int menuRadius = 8;
 inline constexpr int focusRing = focusRingWidth;
 inline constexpr TextLength maximumHeight{560};
 } // namespace panel
@@ -33,6 +35,9 @@ class PanelStyle : public QCommonStyle {
 public:
   /// Makes it the application's style, once; the first panel calls it.
   static void install();
+  /// Asked each time a menu opens: whether what is clear of a window shows what lies under it. Else
+  /// menus are cut to their round corners.
+  static void setMixesWindows(std::function<bool()> mixes);
   /// The look of the menus that are no panel's; of `appearance` without its tint.
   static void dressMenus(const PanelAppearance& appearance);
   /// The look of every tooltip, a tile's too; of `appearance` without its tint.
@@ -60,6 +65,9 @@ public:
   int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                 QStyleHintReturn* returnData) const override;
   QPalette standardPalette() const override;
+
+private:
+  static std::function<bool()>& mixesWindows();
 };
 
 } // namespace tavrin

@@ -111,8 +111,11 @@ void PanelStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opt
   }
   case PE_PanelMenu:
   case PE_PanelTipLabel:
-    panelPaint::rounded(*painter, option->rect, element == PE_PanelMenu ? 8 : 4, p.field,
-                        p.fieldBorder);
+    // A mask cuts whole pixels, and half a one at the corner would be half black.
+    if (widget != nullptr && !widget->mask().isEmpty())
+      painter->fillRect(option->rect, p.fieldBorder);
+    panelPaint::rounded(*painter, option->rect, element == PE_PanelMenu ? panel::menuRadius : 4,
+                        p.field, p.fieldBorder);
     return;
   case PE_IndicatorCheckBox:
   case PE_IndicatorItemViewItemCheck:
