@@ -113,6 +113,31 @@ TEST(PanelFocusOnOpening, WhatReturnMeansIsMarkedWhileOneTypes) {
   EXPECT_EQ(focusedName(stage), "Emoji");
 }
 
+TEST(PanelFocusLater, GoesBackToWhatComesBackUntilTheUserDoesSomething) {
+  auto* panel = new PanelView({}, PanelView::Width::lists);
+  auto* list = new PanelList("Files");
+  list->setRows({{.title = "Only"}});
+  panel->add(list);
+  panel->setEditButton("Edit Files", [] {});
+  PanelStage stage(panel);
+  const auto show = [&](bool shows) {
+    list->setRows(shows ? std::vector<PanelRow>{{.title = "Only"}} : std::vector<PanelRow>{});
+    list->setVisible(shows);
+    QApplication::processEvents();
+  };
+  stage.press(Qt::Key_Delete);
+  show(false);
+  EXPECT_EQ(focusedName(stage), "Edit Files");
+  stage.press(Qt::Key_Control, {}, Qt::ControlModifier);
+  show(true);
+  EXPECT_EQ(focusedName(stage), "Files") << "a shortcut has brought it back";
+  EXPECT_EQ(list->currentRow(), 0);
+  show(false);
+  stage.press(Qt::Key_A, "a");
+  show(true);
+  EXPECT_EQ(focusedName(stage), "Edit Files") << "the user went on elsewhere";
+}
+
 TEST(PanelHeight, IsKeptWhileOneSearches) {
   auto* panel = new PanelView({}, PanelView::Width::lists);
   auto* field = new PanelSearchField("Search");

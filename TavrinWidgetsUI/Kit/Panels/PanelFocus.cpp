@@ -53,6 +53,15 @@ void beginWithFirstRow(QWidget* widget) {
   view->scrollToTop();
 }
 
+/// On the way to a shortcut, such as Ctrl+Z.
+bool isLoneModifier(const QEvent& event) {
+  if (event.type() != QEvent::KeyPress)
+    return false;
+  const int key = static_cast<const QKeyEvent&>(event).key();
+  return key == Qt::Key_Control || key == Qt::Key_Meta || key == Qt::Key_Shift ||
+         key == Qt::Key_Alt;
+}
+
 class ArrowKeys : public QObject {
 public:
   ArrowKeys(QWidget& from, QWidget& to) : QObject(&from), to_(&to) {
@@ -118,6 +127,9 @@ QWidget* PanelFocus::wanted() const {
 
 void PanelFocus::place() {
   isLost_ = false;
+  QWidget* from = panel_->window()->focusWidget();
+  if (from != nullptr && panel_->isAncestorOf(from) && !takesFocus(from))
+    gone_ = from;
   QWidget* to = wanted();
   if (to == nullptr || to == panel_->window()->focusWidget())
     return;
@@ -130,6 +142,7 @@ void PanelFocus::place() {
 
 void PanelFocus::open() {
   isUntouched_ = true;
+  gone_ = nullptr;
   putFooterLast();
   beginWithFirstRow(wanted());
   place();
@@ -142,6 +155,15 @@ void PanelFocus::settle() {
     return;
   putFooterLast();
   const QWidget* focus = panel_->window()->focusWidget();
+  if (gone_ != nullptr && takesFocus(gone_)) {
+    QWidget* back = std::exchange(gone_, nullptr);
+    isPlacing_ = true;
+    back->setFocus(Qt::OtherFocusReason);
+    isPlacing_ = false;
+    last_ = back;
+    isLost_ = false;
+    return;
+  }
   if (isUntouched_ || isLost_ || focus == nullptr ||
       (panel_->isAncestorOf(focus) && focus->focusProxy() == nullptr && !takesFocus(focus)))
     place();
@@ -174,8 +196,11 @@ void PanelFocus::moved(QWidget* to, const QFocusEvent& event) {
   if (!isPlacing_ && !isTheWindows) {
     if (last_ == nullptr || !takesFocus(last_))
       isLost_ = true;
-    else if (to != last_)
+      gone_ = last_;
+    } else if (to != last_) {
       isUntouched_ = false;
+      gone_ = nullptr;
+    }
   }
   last_ = to;
 }
@@ -203,6 +228,8 @@ bool PanelFocus::eventFilter(QObject* object, QEvent* event) {
   case QEvent::KeyPress:
   case QEvent::MouseButtonPress:
     if (isInside(object)) {
+      if (!isLoneModifier(*event))
+        gone_ = nullptr;
       isUntouched_ = false;
       keyboardWasUsed(event->type() == QEvent::KeyPress);
     }

@@ -14,7 +14,8 @@ namespace tavrin {
 /// When the panel opens, its main control has the focus: the one that was named, else the first
 /// list with rows, field or prominent button, else the first control, the bottom row's last of all.
 /// A list that gets it so begins with its first row, the newest. While the user has pressed nothing
-/// yet the focus follows what the panel shows; later it does where what had it went away.
+/// yet the focus follows what the panel shows; later it does where what had it went away, and goes
+/// back when that comes back at once, as with an undo.
 ///
 /// The ring around it is shown from then on until the next mouse press, and from the next key
 /// press. Watches the application's events only while its panel is on the screen.
@@ -55,6 +56,8 @@ private:
   bool isPlacing_ = false;
   /// What had the focus went away under it.
   bool isLost_ = false;
+  /// What that was, until the user does something: it has the focus again when it comes back.
+  QPointer<QWidget> gone_;
 };
 
 /// Left and Right on `from` are meant for `to`, such as a position beside a play button, while that
