@@ -5,6 +5,7 @@
 #include "TavrinSlot/Base/DockPanelPresenter.h"
 #include "TavrinSlot/Base/DockTileRenderer.h"
 #include "TavrinStorage/StoragePath.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelFocus.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
 
 namespace tavrin {
@@ -108,8 +109,13 @@ PanelAppearance BasicWidgetController::appearance() const {
 
 void BasicWidgetController::appearanceChanged() {
   if (takeInterfaceText()) {
+    const auto work = panelView_ != nullptr && context_.panel.isShown()
+                          ? std::optional<PanelWork>(*panelView_)
+                          : std::nullopt;
     discardPanelView();
     refresh();
+    if (work && panelView_ != nullptr)
+      work->resume(*panelView_);
   } else if (panelView_ != nullptr) {
     panelView_->setAppearance(appearance());
   }

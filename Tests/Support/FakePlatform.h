@@ -190,9 +190,13 @@ class FakePopover final : public PanelPopover {
 public:
   ~FakePopover() override { delete content_; }
   void setContent(QWidget* content) override {
-    if (content != content_)
-      delete content_;
+    if (content == content_)
+      return;
+    const bool isSeen = content_ != nullptr && content_->isVisible();
+    delete content_;
     content_ = content;
+    if (isSeen && content != nullptr)
+      content->show();
   }
   QWidget* content() const override { return content_; }
   void setContentSize(QSize newSize) override { size = newSize; }

@@ -14,6 +14,7 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QRadioButton>
+#include <algorithm>
 #include <utility>
 
 namespace tavrin {
@@ -84,7 +85,62 @@ private:
   QPointer<QWidget> to_;
 };
 
+QString nameOf(const QWidget& control) {
+  const QString name = control.accessibleName();
+  return name.isEmpty() ? control.property("text").toString() : name;
+}
+
 } // namespace
+
+PanelWork::PanelWork(const QWidget& panel) {
+  const QWidget* focus = panel.window()->focusWidget();
+  if (focus == nullptr || !panel.isAncestorOf(focus))
+    return;
+  class_ = focus->metaObject()->className();
+  name_ = nameOf(*focus);
+  if (const auto* line = qobject_cast<const QLineEdit*>(focus)) {
+    text_ = line->text();
+    cursor_ = line->cursorPosition();
+    anchor_ = !line->hasSelectedText()            ? cursor_
+              : cursor_ == line->selectionStart() ? line->selectionEnd()
+                                                  : line->selectionStart();
+  } else if (const auto* paper = qobject_cast<const QPlainTextEdit*>(focus)) {
+    cursor_ = paper->textCursor().position();
+    anchor_ = paper->textCursor().anchor();
+  } else if (const auto* items = qobject_cast<const QAbstractItemView*>(focus)) {
+    cursor_ = items->currentIndex().row();
+  }
+}
+
+void PanelWork::resume(QWidget& panel) const {
+  for (QWidget* each : panel.findChildren<QWidget*>())
+    if (!name_.isEmpty() && class_ == each->metaObject()->className() && nameOf(*each) == name_ &&
+        each->isEnabled() && each->isVisibleTo(&panel)) {
+      each->setFocus(Qt::OtherFocusReason);
+      resumeIn(*each);
+      return;
+    }
+}
+
+void PanelWork::resumeIn(QWidget& control) const {
+  if (auto* line = qobject_cast<QLineEdit*>(&control)) {
+    if (!line->isReadOnly() && line->text() != text_)
+      line->setText(text_);
+    line->setCursorPosition(cursor_);
+    if (anchor_ != cursor_)
+      line->setSelection(anchor_, cursor_ - anchor_);
+  } else if (auto* paper = qobject_cast<QPlainTextEdit*>(&control)) {
+    const int end = paper->document()->characterCount() - 1;
+    QTextCursor cursor = paper->textCursor();
+    cursor.setPosition(std::min(anchor_, end));
+    cursor.setPosition(std::min(cursor_, end), QTextCursor::KeepAnchor);
+    paper->setTextCursor(cursor);
+  } else if (auto* items = qobject_cast<QAbstractItemView*>(&control)) {
+    const QModelIndex row = items->model()->index(cursor_, 0);
+    items->selectionModel()->setCurrentIndex(row, QItemSelectionModel::NoUpdate);
+    items->scrollTo(row);
+  }
+}
 
 void passArrowKeys(QWidget& from, QWidget& to) {
   new ArrowKeys(from, to);
@@ -194,7 +250,7 @@ void PanelFocus::moved(QWidget* to, const QFocusEvent& event) {
   const bool isTheWindows =
       event.reason() == Qt::ActiveWindowFocusReason || event.reason() == Qt::PopupFocusReason;
   if (!isPlacing_ && !isTheWindows) {
-    if (last_ == nullptr || !takesFocus(last_))
+    if (last_ == nullptr || !takesFocus(last_)) {
       isLost_ = true;
       gone_ = last_;
     } else if (to != last_) {

@@ -2,6 +2,7 @@
 
 #include <QObject>
 #include <QPointer>
+#include <QString>
 
 class QFocusEvent;
 class QFocusFrame;
@@ -58,6 +59,25 @@ private:
   bool isLost_ = false;
   /// What that was, until the user does something: it has the focus again when it comes back.
   QPointer<QWidget> gone_;
+};
+
+/// What the user was at in a panel, for the one that is made in its place: the control that has the
+/// focus, by its name, what is typed there and selected, or its current row.
+class PanelWork {
+public:
+  explicit PanelWork(const QWidget& panel);
+  /// Where there is no such control the panel stays as it is.
+  void resume(QWidget& panel) const;
+
+private:
+  void resumeIn(QWidget& control) const;
+
+  QByteArray class_;
+  QString name_;
+  QString text_;
+  /// The row's number in a list.
+  int cursor_ = 0;
+  int anchor_ = 0;
 };
 
 /// Left and Right on `from` are meant for `to`, such as a position beside a play button, while that

@@ -122,6 +122,27 @@ TEST_F(ConverterWidget, EachChoiceHasALabelForAssistiveTechnology) {
   }
 }
 
+TEST_F(ConverterWidget, AnotherTextSizeLeavesTheTypingAsItIs) {
+  open();
+  type(value(), "12 x");
+  value()->setCursorPosition(1);
+  const auto anotherSize = [this](double scale) {
+    const auto* before = panel();
+    platform_.fakeWorkspace.textScale = scale;
+    platform_.fakeWorkspace.appearance.call();
+    ASSERT_NE(panel(), before);
+  };
+  anotherSize(1.5);
+  EXPECT_EQ(panel()->focusWidget(), value());
+  EXPECT_EQ(value()->text(), "12 x");
+  EXPECT_EQ(value()->cursorPosition(), 1);
+  EXPECT_FALSE(value()->hasSelectedText());
+  value()->setSelection(3, -2);
+  anotherSize(1);
+  EXPECT_EQ(value()->selectedText(), "2 ");
+  EXPECT_EQ(value()->cursorPosition(), 1);
+}
+
 TEST_F(ConverterWidget, UnitsCategoryAndSwap) {
   open();
   choose(named<QComboBox>("Result unit"), "m");

@@ -56,6 +56,24 @@ TEST(NoteWidgetController, KeepsTypedTextWhenAnotherIsWrittenMeanwhile) {
   EXPECT_EQ(slot.store().widget(slot.id)->kind.get<NoteSettings>()->colorHex, "#FF0000");
 }
 
+TEST(NoteWidgetController, AnotherTextSizeLeavesTheCursorWhereItIs) {
+  StoredSlot slot;
+  slot.show<NoteWidgetController>(NoteSettings{"Milk and bread", "#FBBF24"});
+  slot.controller->togglePanel();
+  slot.panel.rootView()->show();
+  QTextCursor cursor = editor(slot).textCursor();
+  cursor.setPosition(9);
+  cursor.setPosition(5, QTextCursor::KeepAnchor);
+  editor(slot).setTextCursor(cursor);
+  slot.platform.fakeWorkspace.textScale = 1.5;
+  slot.platform.fakeWorkspace.appearance.call();
+  EXPECT_EQ(slot.panel.rootView()->focusWidget(), &editor(slot));
+  EXPECT_EQ(editor(slot).textCursor().position(), 5);
+  EXPECT_EQ(editor(slot).textCursor().anchor(), 9);
+  slot.platform.fakeWorkspace.textScale = 1;
+  slot.platform.fakeWorkspace.appearance.call();
+}
+
 TEST(NoteWidgetController, FindsAChangeThatNobodyAnnounced) {
   for (const bool goes : {false, true}) {
     StoredSlot slot;
