@@ -27,6 +27,12 @@ void choose(QComboBox& box, std::string_view symbol) {
   box.setCurrentIndex(box.findData(utf8(symbol)));
 }
 
+/// A letter more at the end, or one less: the same text goes on.
+bool isNextKey(const QString& before, const QString& after) {
+  return std::abs(before.size() - after.size()) <= 1 &&
+         (before.startsWith(after) || after.startsWith(before));
+}
+
 std::string chosen(const QComboBox& box) {
   return box.currentData().toString().toStdString();
 }
@@ -65,6 +71,11 @@ ConverterPanelView::ConverterPanelView(const PanelAppearance& appearance, Source
           [this](const QString& text) { typed(true, text); });
   connect(lower_.number, &QLineEdit::textChanged, this,
           [this](const QString& text) { typed(false, text); });
+  for (QLineEdit* number : {upper_.number, lower_.number})
+    connect(number, &QLineEdit::selectionChanged, this, [this, number] {
+      if (number->hasSelectedText())
+        typedText_.reset();
+    });
   for (QComboBox* unit : {upper_.unit, lower_.unit})
     connect(unit, &QComboBox::activated, this, [this] { chooseUnits(); });
   refresh();
@@ -136,19 +147,23 @@ void ConverterPanelView::fillUnits(ConverterCategory category) {
 }
 
 void ConverterPanelView::typed(bool isUpper, const QString& text) {
-  typedIn_ = isUpper ? upper_.number : lower_.number;
+  QLineEdit* field = isUpper ? upper_.number : lower_.number;
+  ConverterSettings settings = source_.settings();
+  // Another value than what was typed so far is somebody else's.
+  if (typedIn_ != field || settings.value != typedValue_ || !typedText_ ||
+      !isNextKey(*typedText_, text))
+    standing_ = settings.value;
+  typedIn_ = field;
+  typedText_ = text;
   const auto value = source_.notation.evaluate(text.toStdString());
-  isNumber_ = value.has_value();
-  if (value) {
-    ConverterSettings settings = source_.settings();
-    const Conversion conversion(settings);
-    const double upper = isUpper ? *value : convert(*value, *conversion.to, *conversion.from);
-    isNumber_ = std::isfinite(upper);
-    if (isNumber_) {
-      settings.value = upper;
-      source_.change(settings);
-    }
-  }
+  const Conversion conversion(settings);
+  const double upper = !value    ? std::nan("")
+                       : isUpper ? *value
+                                 : convert(*value, *conversion.to, *conversion.from);
+  isNumber_ = std::isfinite(upper);
+  typedValue_ = isNumber_ ? upper : standing_;
+  settings.value = typedValue_;
+  source_.change(settings);
   refresh();
 }
 
@@ -162,6 +177,7 @@ void ConverterPanelView::chooseUnits() {
 
 void ConverterPanelView::copyResult() {
   const Conversion conversion(source_.settings());
+  standing_ = conversion.value;
   source_.copy(
       source_.notation.format(conversion.result(), fieldDigits, NumberNotation::Grouping::plain));
   hasCopied_ = true;
@@ -190,7 +206,7 @@ void ConverterPanelView::showNumbers(const Conversion& conversion) {
       typedIn_ = nullptr;
   }
   if (typedIn_ != upper_.number)
-    showNumber(*upper_.number, conversion.value);
+    showNumber(*upper_.number, isNumber_ ? conversion.value : std::nan(""));
   if (typedIn_ != lower_.number)
     showNumber(*lower_.number, isNumber_ ? result : std::nan(""));
 }

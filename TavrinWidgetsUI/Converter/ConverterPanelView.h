@@ -63,6 +63,12 @@ private:
   bool isNumber_ = true;
   /// The field that was typed in last; it keeps its text until the value is another one.
   QLineEdit* typedIn_ = nullptr;
+  /// What it has come to, and what stands where that is no number: the value from before, for
+  /// "10 EUR" is not 10.
+  double typedValue_ = 0;
+  double standing_ = 0;
+  /// No value where another text begins.
+  std::optional<QString> typedText_;
   bool hasCopied_ = false;
 };
 

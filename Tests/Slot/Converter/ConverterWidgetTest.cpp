@@ -112,6 +112,31 @@ TEST_F(ConverterWidget, WhatIsNoNumberChangesNothing) {
   EXPECT_FALSE(words().contains("This is not a number."));
 }
 
+TEST_F(ConverterWidget, OfATextThatIsRefusedNothingStaysHoweverSlowlyItWasTyped) {
+  ConverterSettings settings;
+  settings.value = 7;
+  open(settings);
+  value()->selectAll();
+  for (const QChar letter : QStringLiteral("10 EUR")) {
+    typeText(value(), letter);
+    platform_.loop.advance(1);
+  }
+  EXPECT_TRUE(words().contains("Currencies are left out: no rates can be relied on."));
+  EXPECT_EQ(value()->text(), "10 EUR");
+  EXPECT_EQ(stored().value, 7);
+  for (int i = 0; i < 4; ++i)
+    value()->backspace();
+  platform_.loop.advance(1);
+  EXPECT_EQ(stored().value, 10) << "it is a number again";
+  // A new text: now that one stands.
+  type(value(), "12 x");
+  platform_.loop.advance(1);
+  EXPECT_EQ(stored().value, 10);
+  type(result(), "3x");
+  platform_.loop.advance(1);
+  EXPECT_EQ(stored().value, 10);
+}
+
 TEST_F(ConverterWidget, EachChoiceHasALabelForAssistiveTechnology) {
   open();
   for (const char* name : {"Category", "Value unit", "Result unit"}) {
