@@ -15,11 +15,13 @@ from figures import ratio, section
 from slots import memory, observe
 
 from desks.compositors import SIZE, start_sway
-from rig import Desk, wait_for, widget
+from rig import BUILD, Desk, wait_for, widget
 
 TILE = 48
 # The tile's paper, above its words' end; and its panel.
 TILE_PLACE = (SIZE[0] // 2, SIZE[1] - TILE // 2 + 8)
+# Within the bare window, wherever a manager puts it.
+BARE_PLACE = (610, 710)
 PANEL_PLACE = (SIZE[0] // 2, SIZE[1] - TILE - 60)
 ALL_PLANES = ctypes.c_ulong(-1)
 Z_PIXMAP = 2
@@ -52,7 +54,22 @@ class Screen:
         return (time.perf_counter() - start) * 1000, result
 
 
-def figures_on(desk, env, quick):
+def bare_start(desk, env, rounds):
+    """Until the window of a program that is nothing but the toolkit is seen."""
+    screen, starts = Screen(desk), []
+    for _ in range(rounds):
+        empty = screen.at(BARE_PLACE)
+        took, process = screen.changes(
+            BARE_PLACE, lambda: desk.spawn([str(BUILD / "Benchmarks" / "bare-window")], env=env))
+        starts.append(took)
+        process.terminate()
+        process.wait()
+        wait_for(lambda: screen.at(BARE_PLACE) == empty, "the window's end")
+    return statistics.median(starts)
+
+
+def figures_on(desk, env, bare_env, quick):
+    bare = bare_start(desk, bare_env, 3 if quick else 15)
     desk.write_widgets([widget("note", {"text": "Milk"}, 1)], announce=False)
     screen = Screen(desk)
     starts, first, later, dirty, opened, wakeups = [], [], [], [], [], []
@@ -78,7 +95,7 @@ def figures_on(desk, env, quick):
         slot.terminate()
         slot.wait()
         wait_for(lambda: screen.at(TILE_PLACE) == empty, "the tile's end")
-    return [statistics.median(starts), statistics.median(dirty), statistics.median(opened),
+    return [bare, statistics.median(starts), statistics.median(dirty), statistics.median(opened),
             statistics.median(wakeups), statistics.median(first), statistics.median(later)]
 
 
@@ -91,7 +108,7 @@ def bench(quick):
     desk = Desk(screens=(size,))
     try:
         subprocess.run(["xsetroot", "-solid", "#335577"], env=desk.env, check=True)
-        plain = figures_on(desk, None, quick)
+        plain = figures_on(desk, None, None, quick)
     finally:
         desk.close()
     cleanups = []
@@ -102,15 +119,21 @@ def bench(quick):
                    lambda call, *values, **options: cleanups.append((call, values, options)))
         screen = Screen(desk)
         wait_for(lambda: screen.at((20, 20)) == 0x335577, "the desktop")
-        native = figures_on(desk, {"DISPLAY": ""}, quick)
+        native = figures_on(desk, {"DISPLAY": ""}, {"QT_QPA_PLATFORM": "wayland"}, quick)
     finally:
         desk.close()
         for call, values, options in cleanups:
             call(*values, **options)
+    # The compositor shows what it has with its next frame, whoever starts.
+    bare, plain_bare = native[0], plain[0]
+    ratio("start of a bare window, until it is seen", bare, plain_bare, None, "ms", "ms")
+    ratio("start of a slot, beside a bare window's there", native[1] / bare, plain[1] / plain_bare,
+          1.05, "x", "x")
     for name, unit, goal, mine, other in zip(
             ("start, until the tile is seen", "private memory", "private memory, a panel open",
              "wake-ups a second, nothing to do", "click until the panel is seen, the first time",
              "click until the panel is seen, later"),
-            ("ms", "MB", "MB", "", "ms", "ms"), (1.5, 1.05, 1.05, 1.05, 1.5, 1.5), native, plain):
+            ("ms", "MB", "MB", "", "ms", "ms"), (None, 1.05, 1.05, 1.05, 1.5, 1.5), native[1:],
+            plain[1:]):
         # Neither wakes up where there is nothing to do.
         ratio(name, mine or 1e-9, other or 1e-9, goal, unit, unit)
