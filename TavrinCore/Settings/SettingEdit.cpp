@@ -62,30 +62,26 @@ JSONValue mergedList(const JSONValue::Array& before, const JSONValue::Array& edi
   return merged;
 }
 
-/// The value as it is written in a record.
-JSONValue normalized(const DockWidget& widget, const std::string& path, const JSONValue& value) {
-  if (path == "name" || path == "span")
-    return value;
+/// The value as it is once it is stored: a name without blanks around it, a path from the root.
+JSONValue normalized(const DockWidget& widget, const std::string& path, const JSONValue& value,
+                     const SettingSystem& system) {
   try {
-    auto record = settingsJSON(widget.kind);
-    put(widget, describeSettings(widget.kind), record, path, value);
-    DockWidget changed = widget;
-    changed.kind = withSettings(widget.kind, record);
-    return valueAt(changed, path);
+    return valueAt(withValues(widget, {{path, value}}, system), path);
   } catch (const std::runtime_error&) {
     return value;
   }
 }
 
 /// The value to store, where others may have changed it since its editor saw it.
-JSONValue reconciled(const DockWidget& widget, const SettingValue& edit) {
+JSONValue reconciled(const DockWidget& widget, const SettingValue& edit,
+                     const SettingSystem& system) {
   const auto current = valueAt(widget, edit.path);
   if (!edit.before || *edit.before == current || edit.value == current)
     return edit.value;
-  const auto before = normalized(widget, edit.path, *edit.before);
+  const auto before = normalized(widget, edit.path, *edit.before, system);
   if (before == current)
     return edit.value;
-  const auto value = normalized(widget, edit.path, edit.value);
+  const auto value = normalized(widget, edit.path, edit.value, system);
   if (before.array() != nullptr && value.array() != nullptr && current.array() != nullptr)
     return mergedList(*before.array(), *value.array(), *current.array());
   throw SettingError(
@@ -132,7 +128,7 @@ DockWidget withValues(const DockWidget& widget, const std::vector<SettingValue>&
   std::set<std::string> named;
   for (const auto& edit : values) {
     const auto& path = edit.path;
-    const auto value = reconciled(widget, edit);
+    const auto value = reconciled(widget, edit, system);
     if (path == "name") {
       if (value.string() == nullptr)
         throw SettingError(translated("a name must be text"));

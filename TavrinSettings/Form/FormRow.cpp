@@ -9,6 +9,7 @@
 #include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QHBoxLayout>
+#include <QLineEdit>
 #include <QVBoxLayout>
 
 namespace tavrin {
@@ -16,8 +17,11 @@ namespace {
 
 /// The sentence with the setting's title in place of its key, as the user sees it.
 QString withTitle(QString sentence, const FieldInfo& field) {
-  sentence.replace(QStringLiteral("\"%1\"").arg(QString::fromStdString(field.key)),
-                   QStringLiteral("“%1”").arg(worded(field.title)));
+  const auto key = QString::fromStdString(field.key);
+  // Each language has its own quotation marks.
+  for (const auto* marks : {"\"%1\"", "„%1“", "«%1»"})
+    sentence.replace(QString::fromUtf8(marks).arg(key),
+                     QString::fromUtf8(marks[0] == '"' ? "“%1”" : marks).arg(worded(field.title)));
   if (!sentence.isEmpty())
     sentence[0] = sentence[0].toUpper();
   return sentence;
@@ -101,17 +105,21 @@ void FormRow::show(const JSONValue& record) {
   const bool isOther = isShown_ && value != known_;
   record_ = record;
   setEnabled(field_.condition.holds(record));
-  ++shows_;
   if (isShown_ && control_->isTyping() && !control_->leavesTyping()) {
     if (isOther)
       remark_ = worded("Changed elsewhere to {value}", {{"value", shownText(field_, value)}});
     known_ = value;
   } else {
+    // "Two " is stored as "Two"; taking the blank away would leave "Twowords".
+    const bool isBeingWritten = isShown_ && !isOther &&
+                                qobject_cast<QLineEdit*>(control_->target()) != nullptr &&
+                                control_->target()->hasFocus();
     known_ = value;
     isShown_ = true;
     remark_.clear();
     trouble_.clear();
-    fill(value, record);
+    if (!isBeingWritten)
+      fill(value, record);
   }
   warn();
   showMessage();
@@ -131,15 +139,10 @@ bool FormRow::edit(std::vector<SettingValue> values) {
       each.before = known_;
     }
   }
-  const int shows = shows_;
   const auto refusal = onEdit ? onEdit(values) : std::string();
   if (refusal.empty()) {
     remark_.clear();
     trouble_.clear();
-    // What was stored and shown meanwhile may be written another way.
-    for (const auto& each : values)
-      if (each.path == path_ && shows_ == shows)
-        known_ = each.value;
   } else {
     trouble_ = withTitle(utf8(refusal), field_);
   }

@@ -50,11 +50,10 @@ private:
   QString trouble_;
   QString warning_;
   QString remark_;
-  /// What the user saw when they began.
+  /// What is stored, as the user saw it when they began.
   JSONValue known_;
   JSONValue record_;
   bool isShown_ = false;
-  int shows_ = 0;
 };
 
 } // namespace tavrin

@@ -11,6 +11,10 @@
 
 namespace tavrin::test {
 
+template <class Settings> DockWidget::Kind kind(Settings settings = {}) {
+  return DockWidget::Kind(std::move(settings));
+}
+
 /// What a form asks for, answered from here at once.
 inline FormServices formServices() {
   FormServices services;

@@ -1,4 +1,3 @@
-#include "TavrinCore/Kinds/Bookmarks/BookmarkSettings.h"
 #include "TavrinCore/Kinds/Calendar/CalendarSettings.h"
 #include "TavrinCore/Kinds/Calendar/ReminderSettings.h"
 #include "TavrinCore/Kinds/ClaudeUsage/ClaudeUsageSettings.h"
@@ -51,10 +50,7 @@ QString FormRig::words() {
 namespace {
 
 using test::FormRig;
-
-template <class Settings> DockWidget::Kind kind(Settings settings = {}) {
-  return DockWidget::Kind(std::move(settings));
-}
+using test::kind;
 
 FormPopup* shownPopup(FormRig& rig) {
   for (auto* popup : test::all<FormPopup>(rig.form.window()))
@@ -113,9 +109,14 @@ TEST(WidgetForm, TextIsTakenLetterByLetterAndRefusedWhereItStands) {
   FormRig rig(kind<TimerSettings>());
   auto* name = rig.control<QLineEdit>("Name");
   name->selectAll();
+  name->setFocus();
   FormRig::type(name, "Tea");
   EXPECT_EQ(rig.widget.name, "Tea");
   EXPECT_THAT(rig.edits, testing::ElementsAre("name", "name", "name"));
+  FormRig::type(name, " for two");
+  EXPECT_EQ(name->text(), "Tea for two");
+  EXPECT_EQ(rig.widget.name, "Tea for two");
+  EXPECT_THAT(rig.words().toStdString(), testing::Not(testing::HasSubstr("elsewhere")));
 
   auto* colour = rig.control<QLineEdit>("Colour");
   colour->selectAll();
@@ -415,33 +416,6 @@ TEST(WidgetForm, AListThatAnotherEditorChangedIsMerged) {
   FormRig::type(line, "2m");
   FormRig::press(line, Qt::Key_Return);
   EXPECT_EQ(rig.value("presets").compact(), "[300,600,900,1500,120,60]");
-}
-
-TEST(WidgetForm, BookmarksAreATree) {
-  FormRig rig(kind<BookmarkSettings>());
-  const auto press = [&](const QString& title) {
-    PanelButton* last = nullptr;
-    for (auto* button : test::all<PanelButton>(&rig.form))
-      if (button->title() == title && button->isVisibleTo(&rig.form))
-        last = button;
-    if (last != nullptr)
-      last->click();
-    QApplication::processEvents();
-  };
-  press("Add folder");
-  auto* title = rig.control<QLineEdit>("Title");
-  ASSERT_NE(title, nullptr);
-  title->selectAll();
-  FormRig::type(title, "News");
-  // The folder's own bookmarks stand in its editor, below those outside every folder.
-  press("Add bookmark");
-  auto* address = rig.control<QLineEdit>("Address");
-  ASSERT_NE(address, nullptr);
-  address->selectAll();
-  FormRig::type(address, "https://example.org");
-  EXPECT_EQ(rig.value("folders").compact(),
-            R"([{"bookmarks":[{"title":"","url":"https://example.org"}],"title":"News"}])");
-  EXPECT_EQ(rig.value("bookmarks").compact(), "[]");
 }
 
 } // namespace

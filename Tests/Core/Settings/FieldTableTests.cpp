@@ -136,6 +136,16 @@ TEST(SettingEdit, WhatAnotherEditorChangedMeanwhileIsNotLost) {
       JSONValue("#0A84FF"));
   EXPECT_THROW(withValues(stored, {{"tintHex", "#0A84FF", JSONValue("#FF9F0A")}}, {}),
                SettingError);
+  // What an editor wrote is stored another way: without blanks, from the root.
+  const auto spaced = withValues(fresh("timer"), {{"name", "Green "}}, {});
+  EXPECT_EQ(withValues(spaced, {{"name", "Green t", JSONValue("Green ")}}, {}).name, "Green t");
+  SettingSystem system;
+  system.home = "/home/ann";
+  const auto foldered = withValues(fresh("screenshots"), {{"folder", "~/Pictures/"}}, system);
+  EXPECT_EQ(
+      valueAt(withValues(foldered, {{"folder", "~/Pictures/x", JSONValue("~/Pictures/")}}, system),
+              "folder"),
+      JSONValue("/home/ann/Pictures/x"));
   // A bookmark without its title is the same as one with an empty one.
   const auto bookmarks =
       withValues(fresh("bookmarks"), {{"bookmarks", JSONValue::parse(R"([{"url":"a:b"}])")}}, {});
