@@ -18,6 +18,27 @@ namespace {
 using test::FormRig;
 using test::kind;
 
+TEST(FormKeys, AFieldLeavesTheKeysForUndoingToTheWindowWhereItHasNothingToUndo) {
+  FormRig rig(kind<NoteSettings>());
+  FormRig pomodoro(kind<PomodoroSettings>());
+  const auto keeps = [](QWidget* field, Qt::KeyboardModifiers modifiers) {
+    QKeyEvent event(QEvent::ShortcutOverride, Qt::Key_Z, modifiers);
+    event.ignore();
+    QApplication::sendEvent(field, &event);
+    return event.isAccepted();
+  };
+  for (QWidget* field : {static_cast<QWidget*>(rig.control<QLineEdit>("Name")),
+                         static_cast<QWidget*>(rig.control<QPlainTextEdit>("Text")),
+                         static_cast<QWidget*>(pomodoro.control<QDoubleSpinBox>("Focus"))}) {
+    const auto name = field->accessibleName().toStdString();
+    EXPECT_FALSE(keeps(field, Qt::ControlModifier)) << name;
+    EXPECT_FALSE(keeps(field, Qt::ControlModifier | Qt::ShiftModifier)) << name;
+    FormRig::type(field, "3");
+    EXPECT_TRUE(keeps(field, Qt::ControlModifier)) << name;
+    EXPECT_FALSE(keeps(field, Qt::ControlModifier | Qt::ShiftModifier)) << name;
+  }
+}
+
 TEST(FormKeys, BookmarksAreATree) {
   FormRig rig(kind<BookmarkSettings>());
   const auto press = [&](const QString& title) {

@@ -10,13 +10,35 @@
 #include <QAbstractSpinBox>
 #include <QApplication>
 #include <QComboBox>
+#include <QKeyEvent>
+#include <QLineEdit>
 #include <QMenu>
 #include <QPainterPath>
+#include <QPlainTextEdit>
 #include <QScrollBar>
 #include <QStyleOption>
 #include <QToolTip>
 
 namespace tavrin {
+namespace {
+
+/// What is written in: a line, several, or a number's line.
+bool isField(const QWidget* widget) {
+  return qobject_cast<const QLineEdit*>(widget) || qobject_cast<const QAbstractSpinBox*>(widget) ||
+         qobject_cast<const QPlainTextEdit*>(widget);
+}
+
+bool hasSomethingTo(QKeySequence::StandardKey step, const QObject& field) {
+  const bool isUndo = step == QKeySequence::Undo;
+  if (const auto* lines = qobject_cast<const QPlainTextEdit*>(&field))
+    return isUndo ? lines->document()->isUndoAvailable() : lines->document()->isRedoAvailable();
+  const auto* line = qobject_cast<const QLineEdit*>(&field);
+  if (line == nullptr)
+    line = field.findChild<QLineEdit*>();
+  return line != nullptr && (isUndo ? line->isUndoAvailable() : line->isRedoAvailable());
+}
+
+} // namespace
 
 void PanelStyle::install() {
   if (dynamic_cast<PanelStyle*>(QApplication::style()))
@@ -59,6 +81,8 @@ void PanelStyle::polish(QWidget* widget) {
       qobject_cast<QComboBox*>(widget) || qobject_cast<QAbstractSpinBox*>(widget) ||
       qobject_cast<QLineEdit*>(widget))
     widget->setAttribute(Qt::WA_Hover);
+  if (isField(widget))
+    widget->installEventFilter(this);
   // An empty line would have its caret where the keyboard's language begins, away from its prompt.
   if (auto* line = qobject_cast<QLineEdit*>(widget);
       line != nullptr && QGuiApplication::isRightToLeft() &&
@@ -81,6 +105,19 @@ void PanelStyle::unpolish(QWidget* widget) {
   if (qobject_cast<QAbstractButton*>(widget) || qobject_cast<QAbstractSlider*>(widget) ||
       qobject_cast<QComboBox*>(widget) || qobject_cast<QAbstractSpinBox*>(widget))
     widget->setAttribute(Qt::WA_Hover, false);
+  widget->removeEventFilter(this);
+}
+
+bool PanelStyle::eventFilter(QObject* object, QEvent* event) {
+  if (event->type() != QEvent::ShortcutOverride)
+    return QCommonStyle::eventFilter(object, event);
+  const auto* keys = static_cast<QKeyEvent*>(event);
+  for (const auto step : {QKeySequence::Undo, QKeySequence::Redo})
+    if (keys->matches(step) && !hasSomethingTo(step, *object)) {
+      event->ignore();
+      return true;
+    }
+  return false;
 }
 
 QPalette PanelStyle::standardPalette() const {

@@ -45,6 +45,8 @@ public:
 
   void polish(QWidget* widget) override;
   void unpolish(QWidget* widget) override;
+  /// Leaves the keys for undoing to the window where a field has nothing to undo.
+  bool eventFilter(QObject* object, QEvent* event) override;
   using QCommonStyle::polish;
   using QCommonStyle::unpolish;
 

@@ -23,6 +23,8 @@ PanelTextEdit::PanelTextEdit(const QString& name, const QString& prompt, QWidget
   setFrameShape(QFrame::StyledPanel);
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
   document()->setDocumentMargin(7);
+  // To the document that is a change of its own.
+  document()->clearUndoRedoStacks();
   // The frame paints the ground with its round corners.
   viewport()->setAutoFillBackground(false);
   connect(this, &QPlainTextEdit::textChanged, this, [this] {
