@@ -124,7 +124,7 @@ void GalleryView::search(const QString& words) {
   for (auto* card : kindCards_)
     card->hide();
   order_.clear();
-  QWidget* before = kinds_;
+  QWidget* before = starter_;
   for (const auto* kind : found) {
     auto* card = kindCards_[static_cast<std::size_t>(kind - allKinds().data())];
     kindFlow_->addWidget(card);
@@ -238,7 +238,7 @@ void GalleryView::refreshKept() {
     delete item;
   // A card stays the same one, so that it keeps keyboard and mouse whatever changes around it.
   auto before = std::exchange(keptCards_, {});
-  QWidget* last = kept_;
+  QWidget* last = starter_;
   for (const auto& widget : kept) {
     const auto found = std::ranges::find(before, widget.id,
                                          [](const WidgetCard* card) { return card->record().id; });

@@ -75,12 +75,16 @@ void StripView::refresh() {
     gone->hide();
     gone->deleteLater();
   }
-  QWidget* before = this;
+  // Behind the strip itself, which holds them, they would come after all that it ever held.
+  QWidget* before = freePlace_;
   for (auto* tile : tiles_) {
     setTabOrder(before, tile);
     before = tile;
   }
-  setTabOrder(before, freePlace_);
+  // Assistive technology goes by the order in which they are stacked.
+  for (auto* tile : tiles_)
+    tile->raise();
+  freePlace_->raise();
   setChosen(chosen_);
   layOut();
   followTiles();

@@ -2,6 +2,7 @@
 
 #include "TavrinSettings/Base/ScrollFade.h"
 #include "TavrinSettings/Editing/StripOrder.h"
+#include "TavrinSettings/Form/TabOrder.h"
 #include "TavrinSettings/Form/WidgetForm.h"
 #include "TavrinSettings/Widget/TilePreview.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
@@ -12,6 +13,7 @@
 #include <QScrollArea>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <utility>
 
 namespace tavrin {
 namespace {
@@ -75,7 +77,7 @@ bool WidgetPage::show(const UUID& id) {
   const auto* widget = services_.editor.widget(id);
   if (widget == nullptr)
     return false;
-  id_ = id;
+  const bool isAnother = std::exchange(id_, id) != id;
   const auto title = widget->kind.title();
   const auto kind = utf8(title);
   const auto name = QString::fromStdString(widget->name);
@@ -88,6 +90,8 @@ bool WidgetPage::show(const UUID& id) {
   form_->show(*widget);
   return true;
 }
+  if (isAnother)
+    followInTabOrder(*delete_, *form_);
 
 void WidgetPage::commit() {
   form_->commit();

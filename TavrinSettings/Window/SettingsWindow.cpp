@@ -1,6 +1,7 @@
 #include "TavrinSettings/Window/SettingsWindow.h"
 
 #include "TavrinSettings/Base/FootLine.h"
+#include "TavrinSettings/Form/TabOrder.h"
 #include "TavrinSettings/Window/WidgetsPage.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelAccessible.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
@@ -138,6 +139,17 @@ void SettingsWindow::open(const UUID& id) {
 void SettingsWindow::tell(const QString& sentence, bool isTrouble) {
   foot_->say(sentence, isTrouble);
 }
+  orderTabs();
+}
+
+/// What is made later comes last otherwise: the choice of pages behind the first page, and every page
+/// behind the foot.
+void SettingsWindow::orderTabs() {
+  followInTabOrder(*redo_, *pages_);
+  QWidget* last = undo_->previousInFocusChain();
+  while (last->focusPolicy() == Qt::NoFocus || foot_->isAncestorOf(last))
+    last = last->previousInFocusChain();
+  followInTabOrder(*last, *foot_);
 
 void SettingsWindow::refreshPictures() {
   if (widgets_ != nullptr)
@@ -153,7 +165,10 @@ void SettingsWindow::showPage(int page) {
     return;
   const auto made = [&](QWidget*& kept, const Maker& maker) {
     if (kept == nullptr)
-      services_->attempt([&] { stack_->addWidget(kept = maker(*services_, stack_)); });
+      services_->attempt([&] {
+        stack_->addWidget(kept = maker(*services_, stack_));
+        orderTabs();
+      });
     return kept;
   };
   QWidget* shown = page == dockPage       ? made(dock_, makers_.dockPage)

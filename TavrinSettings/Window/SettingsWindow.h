@@ -49,6 +49,7 @@ private:
   void showPage(int page);
   void step(bool isBack);
   void refreshHistory();
+  void orderTabs();
 
   History& history_;
   PanelAppearance appearance_;

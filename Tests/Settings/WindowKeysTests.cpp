@@ -1,0 +1,73 @@
+#include "TavrinCore/Kinds/Files/ShelfSettings.h"
+#include "TavrinSettings/Form/WidgetForm.h"
+#include "TavrinSettings/Strip/StripTile.h"
+#include "TavrinSettings/Widget/TilePreview.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
+#include "TavrinWidgetsUI/Kit/Views/Colour.h"
+#include "Tests/Settings/WindowRig.h"
+#include "Tests/Support/Keys.h"
+
+#include <QAccessible>
+#include <QDropEvent>
+#include <QMimeData>
+#include <QScreen>
+#include <QUrl>
+#include <gmock/gmock.h>
+
+namespace tavrin {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+/// A window of a Clock and a Timer.
+class WindowKeysTest : public test::WindowTest {
+protected:
+  WindowKeysTest() {
+    for (const char* kind : {"clock", "timer"})
+      EXPECT_EQ(run({"widgets", "add", kind, "--place"}), 0) << errors.str();
+    open();
+  }
+  std::string focus() const {
+    return window->focusWidget() == nullptr ? std::string()
+                                            : window->focusWidget()->accessibleName().toStdString();
+  }
+  /// Where Tab leads, from the window's first stop on.
+  std::vector<std::string> stops() const {
+    std::vector<std::string> names;
+    for (QWidget* one = window->nextInFocusChain(); one != window; one = one->nextInFocusChain())
+      if ((one->focusPolicy() & Qt::TabFocus) == Qt::TabFocus && one->isVisible() &&
+          one->isEnabled() && one->focusProxy() == nullptr)
+        names.push_back(one->accessibleName().toStdString());
+    return names;
+  }
+  UUID idOf(const std::string& name) {
+    test::SilentContext context(platform);
+    const WidgetLibrary library(context);
+    for (const auto& widget : library.file().widgets)
+      if (widget.name == name)
+        return widget.id;
+    throw std::runtime_error("no widget " + name);
+  }
+};
+
+TEST_F(WindowKeysTest, TabGoesAsTheWindowIsRead) {
+  button("Clock, place 1 of 2")->setFocus();
+  test::pressKey(window->focusWidget(), Qt::Key_Delete);
+  QApplication::processEvents();
+  const auto found = stops();
+  const auto place = [&](const std::string& name) {
+    const auto at = std::ranges::find(found, name);
+    EXPECT_NE(at, found.end()) << name;
+    return at - found.begin();
+  };
+  const auto all = testing::PrintToString(found);
+  EXPECT_EQ(place("Undo Take Off Clock"), 0) << all;
+  EXPECT_LT(place("Undo Take Off Clock"), place("Timer, place 1 of 1")) << all;
+  EXPECT_LT(place("Timer, place 1 of 1"), place("Settings")) << all;
+  EXPECT_LT(place("Settings"), place("Search widgets")) << all;
+  EXPECT_LT(place("Search widgets"), place("Undo")) << all << ": the offer at the foot";
+}
+
+} // namespace
+} // namespace tavrin
