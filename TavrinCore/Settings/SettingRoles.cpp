@@ -1,6 +1,7 @@
 #include "TavrinCore/Settings/SettingRoles.h"
 
 #include "TavrinCore/Base/FileURL.h"
+#include "TavrinCore/Kinds/Bookmarks/WebAddress.h"
 #include "TavrinCore/Settings/SettingEdit.h"
 #include "TavrinCore/Settings/SettingText.h"
 #include "TavrinCore/Text/Text.h"
@@ -35,6 +36,13 @@ std::string faultOfText(const FieldInfo& field, const std::string& path, const s
                         const SettingSystem& system) {
   if (fitsRole(field.role, text, system))
     return {};
+  if (field.role == FieldRole::link && !trimmed(text).empty()) {
+    std::string_view reason = translation(WebAddress::refusal(text));
+    if (reason.ends_with('.'))
+      reason.remove_suffix(1);
+    return translated("\"{path}\" cannot be \"{text}\": {reason}",
+                      {{"path", path}, {"text", text}, {"reason", reason}});
+  }
   return translated("\"{path}\" must be {allowed}, not \"{text}\"",
                     {{"path", path}, {"allowed", allowedText(field)}, {"text", text}});
 }
@@ -55,11 +63,16 @@ std::string faultAt(const FieldInfo& field, const std::string& path, const JSONV
   if (field.type != FieldType::list || values == nullptr)
     return {};
   const auto element = field.element();
-  for (const auto& value : *values) {
-    const auto* known = before.array();
+  const auto* known = before.array();
+  for (std::size_t i = 0; i < values->size(); ++i) {
+    const auto& value = (*values)[i];
     if (known != nullptr && std::ranges::count(*known, value) > 0)
       continue;
-    if (auto clause = faultAt(element, path, {}, value, system); !clause.empty())
+    // Of a record that was changed where it stands, the rest may stay as it is too.
+    const bool isSameRecord =
+        element.type == FieldType::record && known != nullptr && known->size() == values->size();
+    const auto was = isSameRecord ? (*known)[i] : JSONValue();
+    if (auto clause = faultAt(element, path, was, value, system); !clause.empty())
       return clause;
   }
   return {};
@@ -89,7 +102,7 @@ bool fitsRole(FieldRole role, const std::string& text, const SettingSystem& syst
   case FieldRole::file:
     return pathOfText(text, system.home).has_value();
   case FieldRole::link:
-    return !trimmed(text).empty();
+    return WebAddress::from(text).has_value();
   default:
     return true;
   }

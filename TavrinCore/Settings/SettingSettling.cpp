@@ -1,6 +1,7 @@
 #include "TavrinCore/Settings/SettingSettling.h"
 
 #include "TavrinCore/Base/FileURL.h"
+#include "TavrinCore/Kinds/Bookmarks/Bookmarks.h"
 #include "TavrinCore/Kinds/Converter/ConverterSettings.h"
 #include "TavrinCore/Kinds/Converter/ConverterUnits.h"
 #include "TavrinCore/Kinds/Files/FilesSettings.h"
@@ -102,6 +103,19 @@ void settleOne(const ShortcutSettings& before, ShortcutSettings& after,
   settlePath("workingFolder", before.workingFolder, after.workingFolder, change);
 }
 
+/// Addresses as a browser writes them; those that cannot be are left to the field's own check.
+void settleOne(const BookmarkSettings& before, BookmarkSettings& after, const SettingChange&) {
+  const auto places = allBookmarks(after);
+  if (places.size() > mostBookmarks && places.size() > allBookmarks(before).size())
+    throw SettingError(translated("there is no room for more than {most} links",
+                                  {{"most", static_cast<int>(mostBookmarks)}}));
+  for (const auto& place : places) {
+    auto& list = place.folder ? after.folders[*place.folder].bookmarks : after.bookmarks;
+    if (const auto address = WebAddress::from(list[place.index].url))
+      list[place.index].url = address->url;
+  }
+}
+
 template <class... Settings>
 void settleAnyOf(DockWidget::Kind& after, const SettingChange& change) {
   const auto settleIf = [&]<class S>(const S* before, S* settings) {
@@ -114,8 +128,8 @@ void settleAnyOf(DockWidget::Kind& after, const SettingChange& change) {
 } // namespace
 
 void settle(DockWidget::Kind& after, const SettingChange& change) {
-  settleAnyOf<ConverterSettings, WeatherSettings, ShelfSettings, FilesSettings, ScreenshotSettings,
-              ShortcutSettings>(after, change);
+  settleAnyOf<BookmarkSettings, ConverterSettings, WeatherSettings, ShelfSettings, FilesSettings,
+              ScreenshotSettings, ShortcutSettings>(after, change);
   const auto settings = settingsJSON(after);
   if (const auto clause = faultInChanges(describeSettings(after), settingsJSON(change.before),
                                          settings, change.system);

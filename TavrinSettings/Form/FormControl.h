@@ -2,6 +2,7 @@
 
 #include "TavrinCore/Base/FieldInfo.h"
 #include "TavrinCore/Settings/SettingEdit.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinSettings/Form/FormServices.h"
 #include "TavrinWidgetsUI/Kit/Utf8.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
@@ -33,8 +34,8 @@ public:
   /// Wants a line of its own below the title.
   virtual bool isWide() const { return false; }
   /// Sets the values, of which one may have a path of its own; an empty path is the field's.
-  /// Whether they were taken.
-  std::function<bool(std::vector<SettingValue> values)> onEdit;
+  /// Why they were not taken; nothing where they were.
+  std::function<std::string(std::vector<SettingValue> values)> onEdit;
   /// A sentence about what was typed and cannot be a value; empty when it can.
   std::function<void(const QString& sentence)> onTrouble;
   std::function<void()> onHeightChange;
@@ -50,7 +51,10 @@ protected:
     row->setSpacing(6);
     return row;
   }
-  bool send(JSONValue value) { return onEdit && onEdit({{{}, std::move(value), {}}}); }
+  bool send(JSONValue value) { return offer(std::move(value)).empty(); }
+  std::string offer(JSONValue value) {
+    return onEdit ? onEdit({{{}, std::move(value), {}}}) : translated("this is not taken");
+  }
   void complain(const QString& sentence) {
     if (onTrouble)
       onTrouble(sentence);

@@ -132,14 +132,14 @@ void FormRow::warn() {
       utf8(fault.empty() ? settingWarning(field_, known_, services_.system) : fault), field_);
 }
 
-bool FormRow::edit(std::vector<SettingValue> values) {
+std::string FormRow::edit(std::vector<SettingValue> values) {
   for (auto& each : values) {
     if (each.path.empty()) {
       each.path = path_;
       each.before = known_;
     }
   }
-  const auto refusal = onEdit ? onEdit(values) : std::string();
+  auto refusal = onEdit ? onEdit(values) : std::string();
   if (refusal.empty()) {
     remark_.clear();
     trouble_.clear();
@@ -150,7 +150,7 @@ bool FormRow::edit(std::vector<SettingValue> values) {
   showMessage();
   if (!refusal.empty() && !control_->isTyping() && !control_->isWide())
     fill(known_, record_);
-  return refusal.empty();
+  return refusal;
 }
 
 void FormRow::complain(const QString& sentence) {

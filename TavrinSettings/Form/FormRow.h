@@ -34,7 +34,7 @@ private:
   /// Says what the control sets, for assistive technology.
   void label();
   void fill(const JSONValue& value, const JSONValue& record);
-  bool edit(std::vector<SettingValue> values);
+  std::string edit(std::vector<SettingValue> values);
   void complain(const QString& sentence);
   void warn();
   void showMessage();

@@ -5,6 +5,7 @@
 #include "TavrinCore/Settings/SettingText.h"
 #include "TavrinSettings/Form/FormRow.h"
 #include "TavrinSettings/Form/SystemControls.h"
+#include "TavrinSettings/Form/TabOrder.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelFont.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
@@ -245,37 +246,44 @@ PanelRow RecordListControl::rowOf(const JSONValue& element) const {
 
 void RecordListControl::setValue(const JSONValue& value, const JSONValue& record) {
   ListControl::setValue(value, record);
-  if (open_ >= static_cast<int>(elements().size()))
-    open(-1);
-  else
-    showOpen();
+  const auto count = static_cast<int>(elements().size());
+  if (draft_)
+    open_ = count;
+  else if (open_ >= count)
+    return open(-1);
+  showOpen();
 }
 
 void RecordListControl::add() {
   JSONValue::Object fresh;
   for (const auto& each : field().fields)
     if (each.isRequired)
-      fresh.emplace(each.key, each.role == FieldRole::link   ? JSONValue("https://")
+      fresh.emplace(each.key, each.role == FieldRole::link   ? JSONValue("")
                               : each.type == FieldType::text ? JSONValue(translated("Untitled"))
                                                              : each.defaultValue);
   const auto count = static_cast<int>(elements().size());
-  if (append(std::move(fresh)))
-    open(count);
+  draft_.reset();
+  const bool isWhole = append(fresh);
+  if (!isWhole)
+    complain({});
+  open(count, isWhole ? std::nullopt : std::optional(std::move(fresh)));
 }
 
-void RecordListControl::open(int index) {
+void RecordListControl::open(int index, std::optional<JSONValue::Object> draft) {
   open_ = index;
-  for (auto* row : rows_)
+  draft_ = std::move(draft);
+  for (auto* row : rows_) {
+    // Nothing of it is to be reached by Tab until it is gone.
+    row->hide();
     row->deleteLater();
+  }
   rows_.clear();
   if (open_ >= 0)
     for (const auto& each : field().fields) {
       if (each.isHidden)
         continue;
-      auto* row = new FormRow(each, std::string(each.key), services());
-      row->onEdit = [this](const std::vector<SettingValue>& values) {
-        return change(values) ? std::string() : std::string("not taken");
-      };
+      auto* row = new FormRow(each, std::string(each.key), services(), editor_);
+      row->onEdit = [this](const std::vector<SettingValue>& values) { return change(values); };
       row->onHeightChange = [this] {
         if (onHeightChange)
           onHeightChange();
@@ -283,6 +291,7 @@ void RecordListControl::open(int index) {
       rows_.push_back(row);
       editor_->layout()->addWidget(row);
     }
+  followInTabOrder(*list(), *editor_);
   editor_->setVisible(open_ >= 0);
   showOpen();
   if (!rows_.empty())
@@ -292,24 +301,51 @@ void RecordListControl::open(int index) {
 }
 
 void RecordListControl::showOpen() {
-  if (open_ < 0 || open_ >= static_cast<int>(elements().size()))
+  const auto count = static_cast<int>(elements().size());
+  if (open_ < 0 || (!draft_ && open_ >= count))
     return;
-  list()->setCurrentRow(open_);
+  if (!draft_)
+    list()->setCurrentRow(open_);
+  const JSONValue shown = draft_ ? JSONValue(*draft_) : elements()[static_cast<std::size_t>(open_)];
   for (auto* row : rows_)
-    row->show(elements()[static_cast<std::size_t>(open_)]);
+    row->show(shown);
 }
 
-bool RecordListControl::change(const std::vector<SettingValue>& values) {
+/// A text that must be there is not there yet, and it is not the one that is being written.
+bool RecordListControl::lacksOtherThan(const JSONValue::Object& record,
+                                       const std::string& key) const {
+  return std::ranges::any_of(field().fields, [&](const FieldInfo& each) {
+    return each.isRequired && each.key != key && memberText(record, each.key).isEmpty() &&
+           each.type == FieldType::text;
+  });
+}
+
+std::string RecordListControl::change(const std::vector<SettingValue>& values) {
   auto elements = this->elements();
+  auto draft = std::exchange(draft_, std::nullopt);
+  if (draft)
+    elements.emplace_back(*draft);
   if (open_ < 0 || open_ >= static_cast<int>(elements.size()))
-    return false;
+    return translated("this is not taken");
   auto& record = *elements[static_cast<std::size_t>(open_)].object();
   for (const auto& [path, value, before] : values)
     if (value.isNull())
       record.erase(path);
     else
       record[path] = value;
-  return sendList(std::move(elements));
+  const auto changed = record;
+  auto refusal = offerList(std::move(elements));
+  // It is said at the field.
+  if (!refusal.empty())
+    complain({});
+  if (!draft || refusal.empty())
+    return refusal;
+  const bool isKept = lacksOtherThan(changed, values.front().path);
+  draft_ = isKept ? changed : draft;
+  if (!isKept)
+    return refusal;
+  showOpen();
+  return {};
 }
 
 bool RecordListControl::isTyping() const {

@@ -23,6 +23,7 @@ protected:
   virtual PanelRow rowOf(const JSONValue& element) const = 0;
   /// Sends the list with other elements; false where they are refused.
   bool sendList(JSONValue::Array elements) { return send(std::move(elements)); }
+  std::string offerList(JSONValue::Array elements) { return offer(std::move(elements)); }
   bool append(JSONValue element);
 
   const FormServices& services() const { return services_; }
@@ -76,6 +77,7 @@ private:
 };
 
 /// Records, of which the chosen one shows its fields below the list. Lists in lists make a tree.
+/// A new one that is not whole yet, a link without its address, is kept here until it is.
 class RecordListControl : public ListControl {
 public:
   RecordListControl(const FieldInfo& field, const FormServices& services);
@@ -88,12 +90,15 @@ protected:
 
 private:
   void add();
-  void open(int index);
+  void open(int index, std::optional<JSONValue::Object> draft = {});
   void showOpen();
-  bool change(const std::vector<SettingValue>& values);
+  /// Why it is refused; nothing where it is not.
+  std::string change(const std::vector<SettingValue>& values);
+  bool lacksOtherThan(const JSONValue::Object& record, const std::string& key) const;
 
-  /// The element whose fields are shown; -1 for none.
+  /// The element whose fields are shown; -1 for none. That of a draft is one beyond the last.
   int open_ = -1;
+  std::optional<JSONValue::Object> draft_;
   QWidget* editor_;
   std::vector<FormRow*> rows_;
 };

@@ -35,7 +35,9 @@ constexpr SwatchColour swatchColours[] = {
 
 LineAndMoreControl::LineAndMoreControl(const FieldInfo& field, const FormServices& services)
     : FormControl(field), line_(new TextControl(field, services)) {
-  line_->onEdit = [this](std::vector<SettingValue> values) { return onEdit && onEdit(values); };
+  line_->onEdit = [this](std::vector<SettingValue> values) {
+    return onEdit ? onEdit(std::move(values)) : translated("this is not taken");
+  };
   line_->onTrouble = [this](const QString& sentence) { complain(sentence); };
 }
 

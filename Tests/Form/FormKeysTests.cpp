@@ -18,6 +18,59 @@ namespace {
 using test::FormRig;
 using test::kind;
 
+TEST(FormKeys, ABookmarkIsStoredOnceItHasAnAddress) {
+  FormRig rig(kind<BookmarkSettings>());
+  for (auto* button : test::all<PanelButton>(&rig.form))
+    if (button->title() == "Add bookmark" && button->isVisibleTo(&rig.form)) {
+      button->click();
+      break;
+    }
+  QApplication::processEvents();
+  EXPECT_EQ(rig.value("bookmarks").compact(), "[]");
+  EXPECT_THAT(rig.words().toStdString(), testing::Not(testing::HasSubstr("must be")));
+  auto* title = rig.control<QLineEdit>("Title");
+  auto* address = rig.control<QLineEdit>("Address");
+  ASSERT_TRUE(title != nullptr && address != nullptr);
+  FormRig::type(title, "Sun");
+  EXPECT_EQ(rig.value("bookmarks").compact(), "[]");
+  EXPECT_THAT(rig.words().toStdString(), testing::Not(testing::HasSubstr("must be")));
+  address->setText("ftp://sun.example");
+  EXPECT_EQ(rig.value("bookmarks").compact(), "[]");
+  EXPECT_THAT(rig.words().toStdString(),
+              testing::HasSubstr("“Address” cannot be \"ftp://sun.example\": Only addresses that "
+                                 "begin with http or https can be kept"));
+  address->setText("sun.example/two words");
+  EXPECT_EQ(rig.value("bookmarks").compact(),
+            R"([{"title":"Sun","url":"https://sun.example/two%20words"}])");
+  EXPECT_THAT(rig.words().toStdString(), testing::Not(testing::HasSubstr("cannot be")));
+  FormRig::type(title, "s");
+  EXPECT_THAT(rig.value("bookmarks").compact(), testing::HasSubstr("Suns"));
+  // What is kept already, whatever it is, does not stand in the way of its title.
+  const auto old = JSONValue::parse(R"([{"title":"Old","url":"ftp://old.example"}])");
+  BookmarkSettings settings;
+  settings.bookmarks = {{"Old", "ftp://old.example"}};
+  const DockWidget before(UUID(), "W", {}, DockWidget::Kind(settings), 1);
+  const auto renamed = withValues(
+      before,
+      {{"bookmarks", JSONValue::parse(R"([{"title":"New","url":"ftp://old.example"}])"), old}}, {});
+  EXPECT_EQ(renamed.kind.get<BookmarkSettings>()->bookmarks.front().title, "New");
+}
+
+TEST(FormKeys, TabLeadsFromAListIntoWhatIsOpenBelowIt) {
+  FormRig rig(kind<BookmarkSettings>());
+  for (auto* button : test::all<PanelButton>(&rig.form))
+    if (button->title() == "Add folder" && button->isVisibleTo(&rig.form))
+      button->click();
+  QApplication::processEvents();
+  QStringList stops;
+  auto* first = rig.control<PanelList>("Folders");
+  for (QWidget* one = first->nextInFocusChain(); one != first; one = one->nextInFocusChain())
+    if ((one->focusPolicy() & Qt::TabFocus) != 0 && one->isVisibleTo(&rig.form))
+      stops.append(one->accessibleName());
+  const auto text = stops.join(QLatin1Char('|')).toStdString();
+  EXPECT_THAT(text, testing::StartsWith("Title|Add bookmark|Add folder|Show icons")) << text;
+}
+
 TEST(FormKeys, AFieldLeavesTheKeysForUndoingToTheWindowWhereItHasNothingToUndo) {
   FormRig rig(kind<NoteSettings>());
   FormRig pomodoro(kind<PomodoroSettings>());

@@ -10,15 +10,14 @@ struct Bookmark {
   std::string url;
 
   static constexpr auto fields() {
-    return std::tuple{
-        optional("title", &Bookmark::title)
-            .titled("Title")
-            .helped("What the bookmark is called; without one its address is shown.")
-            .absentAs("The address"),
-        required("url", &Bookmark::url)
-            .titled("Address")
-            .helped("Where the bookmark leads: a page on the web, or any other address.")
-            .as(FieldRole::link)};
+    return std::tuple{optional("title", &Bookmark::title)
+                          .titled("Title")
+                          .helped("What the bookmark is called; without one its address is shown.")
+                          .absentAs("The address"),
+                      required("url", &Bookmark::url)
+                          .titled("Address")
+                          .helped("Where the bookmark leads: a page on the web.")
+                          .as(FieldRole::link)};
   }
   bool operator==(const Bookmark&) const = default;
 };

@@ -147,15 +147,15 @@ TEST(SettingEdit, WhatAnotherEditorChangedMeanwhileIsNotLost) {
               "folder"),
       JSONValue("/home/ann/Pictures/x"));
   // A bookmark without its title is the same as one with an empty one.
-  const auto bookmarks =
-      withValues(fresh("bookmarks"), {{"bookmarks", JSONValue::parse(R"([{"url":"a:b"}])")}}, {});
+  const auto bookmarks = withValues(
+      fresh("bookmarks"), {{"bookmarks", JSONValue::parse(R"([{"url":"https://a.b"}])")}}, {});
   EXPECT_EQ(valueAt(withValues(bookmarks,
-                               {{"bookmarks", JSONValue::parse(R"([{"url":"a:c"}])"),
-                                 JSONValue::parse(R"([{"url":"a:b"}])")}},
+                               {{"bookmarks", JSONValue::parse(R"([{"url":"https://a.c"}])"),
+                                 JSONValue::parse(R"([{"url":"https://a.b"}])")}},
                                {}),
                     "bookmarks")
                 .compact(),
-            R"([{"title":"","url":"a:c"}])");
+            R"([{"title":"","url":"https://a.c"}])");
 }
 
 TEST(SettingEdit, AFolderThatIsNotThereIsMarkedAndTaken) {
