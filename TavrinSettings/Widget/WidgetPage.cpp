@@ -20,6 +20,8 @@ namespace {
 
 /// From this width on the preview stands beside the form.
 constexpr int wideEnough = 860;
+/// What the form is to have of the height before the preview has anything.
+constexpr int leastForm = 220;
 
 } // namespace
 
@@ -88,10 +90,10 @@ bool WidgetPage::show(const UUID& id) {
   place_->setAccessibleName(place_->title());
   preview_->setRecord(*widget);
   form_->show(*widget);
-  return true;
-}
   if (isAnother)
     followInTabOrder(*delete_, *form_);
+  return true;
+}
 
 void WidgetPage::commit() {
   form_->commit();
@@ -152,6 +154,9 @@ void WidgetPage::resizeEvent(QResizeEvent*) {
   const bool isBeside = width() >= wideEnough;
   body_->setDirection(isBeside ? QBoxLayout::RightToLeft : QBoxLayout::TopToBottom);
   preview_->setUpright(isBeside);
+  const int form =
+      height() - body_->geometry().top() - (isBeside ? 0 : preview_->sizeHint().height());
+  preview_->setVisible(isBeside ? form >= preview_->sizeHint().height() : form >= leastForm);
 }
 
 } // namespace tavrin

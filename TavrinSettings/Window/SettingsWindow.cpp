@@ -13,9 +13,12 @@
 #include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QCloseEvent>
+#include <QScreen>
 #include <QShortcut>
 #include <QStackedWidget>
 #include <QVBoxLayout>
+#include <QWindow>
+#include <utility>
 
 namespace tavrin {
 namespace {
@@ -23,6 +26,11 @@ namespace {
 /// Among the segments of the pages.
 constexpr int dockPage = 1;
 constexpr int computerPage = 2;
+
+constexpr QSize usualSize(920, 720);
+constexpr QSize leastSize(640, 480);
+/// What a title bar and borders take, where the desktop draws them.
+constexpr QSize framing(16, 48);
 
 } // namespace
 
@@ -32,8 +40,7 @@ SettingsWindow::SettingsWindow(History& history, const PanelAppearance& appearan
   installPanelAccessibility();
   setWindowTitle(QStringLiteral("Tavrin"));
   setAutoFillBackground(true);
-  setMinimumSize(640, 480);
-  resize(920, 720);
+  resize(usualSize);
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(panel::padding, panel::padding, panel::padding, panel::grid);
   column->setSpacing(panel::grid + 4);
@@ -49,6 +56,7 @@ SettingsWindow::SettingsWindow(History& history, const PanelAppearance& appearan
   };
   setAppearance(appearance);
   refreshHistory();
+  fitScreen();
 }
 
 QWidget* SettingsWindow::makeTop() {
@@ -100,6 +108,17 @@ void SettingsWindow::setUp(WidgetsEditor& editor, TileStage& stage, LiveTiles& l
   pages_->setTitles({worded("Widgets"), worded("Dock Layouts"), worded("This Computer")});
   pages_->setCurrent(0);
   refresh();
+  orderTabs();
+}
+
+/// What is made later comes last otherwise: the choice of pages behind the first page, and every page
+/// behind the foot.
+void SettingsWindow::orderTabs() {
+  followInTabOrder(*redo_, *pages_);
+  QWidget* last = undo_->previousInFocusChain();
+  while (last->focusPolicy() == Qt::NoFocus || foot_->isAncestorOf(last))
+    last = last->previousInFocusChain();
+  followInTabOrder(*last, *foot_);
 }
 
 void SettingsWindow::showTrouble(const QString& sentence, std::function<void()> tryAgain) {
@@ -139,17 +158,6 @@ void SettingsWindow::open(const UUID& id) {
 void SettingsWindow::tell(const QString& sentence, bool isTrouble) {
   foot_->say(sentence, isTrouble);
 }
-  orderTabs();
-}
-
-/// What is made later comes last otherwise: the choice of pages behind the first page, and every page
-/// behind the foot.
-void SettingsWindow::orderTabs() {
-  followInTabOrder(*redo_, *pages_);
-  QWidget* last = undo_->previousInFocusChain();
-  while (last->focusPolicy() == Qt::NoFocus || foot_->isAncestorOf(last))
-    last = last->previousInFocusChain();
-  followInTabOrder(*last, *foot_);
 
 void SettingsWindow::refreshPictures() {
   if (widgets_ != nullptr)
@@ -209,6 +217,32 @@ void SettingsWindow::refreshHistory() {
   const auto redo = history_.redoTitle();
   show(undo_, undo.empty() ? worded("Undo") : worded("Undo {step}", {{"step", undo}}), undo);
   show(redo_, redo.empty() ? worded("Redo") : worded("Redo {step}", {{"step", redo}}), redo);
+}
+
+void SettingsWindow::showEvent(QShowEvent* event) {
+  QWidget::showEvent(event);
+  if (isFollowingScreen_ || windowHandle() == nullptr)
+    return;
+  isFollowingScreen_ = true;
+  QObject::connect(windowHandle(), &QWindow::screenChanged, this, [this] { followScreen(); });
+  followScreen();
+}
+
+/// A screen of another size or scale has another room for it.
+void SettingsWindow::followScreen() {
+  for (const auto& connection : std::exchange(screen_, {}))
+    QObject::disconnect(connection);
+  const auto fits = [this] { fitScreen(); };
+  screen_ = {QObject::connect(screen(), &QScreen::availableGeometryChanged, this, fits),
+             QObject::connect(screen(), &QScreen::logicalDotsPerInchChanged, this, fits)};
+  fitScreen();
+}
+
+void SettingsWindow::fitScreen() {
+  const QSize room = screen()->availableSize() - framing;
+  setMinimumSize(leastSize.boundedTo(room));
+  if (!isMaximized() && !isFullScreen())
+    resize(size().boundedTo(room));
 }
 
 void SettingsWindow::closeEvent(QCloseEvent* event) {

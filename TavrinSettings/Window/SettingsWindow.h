@@ -42,14 +42,18 @@ public:
   std::function<void()> onClose;
 
 protected:
+  void showEvent(QShowEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
 
 private:
   QWidget* makeTop();
+  void orderTabs();
   void showPage(int page);
   void step(bool isBack);
   void refreshHistory();
-  void orderTabs();
+  void followScreen();
+  /// No larger than the screen has room for.
+  void fitScreen();
 
   History& history_;
   PanelAppearance appearance_;
@@ -66,6 +70,8 @@ private:
   Makers makers_;
   PanelEmptyState* trouble_ = nullptr;
   FootLine* foot_;
+  bool isFollowingScreen_ = false;
+  std::vector<QMetaObject::Connection> screen_;
 };
 
 } // namespace tavrin

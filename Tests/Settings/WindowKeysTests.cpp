@@ -69,5 +69,20 @@ TEST_F(WindowKeysTest, TabGoesAsTheWindowIsRead) {
   EXPECT_LT(place("Search widgets"), place("Undo")) << all << ": the offer at the foot";
 }
 
+TEST_F(WindowKeysTest, ItIsNoLargerThanTheScreenAndAFormComesBeforeItsPreview) {
+  const QSize room = window->screen()->availableSize();
+  EXPECT_LT(window->width(), room.width());
+  EXPECT_LT(window->height(), room.height());
+  app->edit(idOf("Clock").text());
+  window->resize(640, 480);
+  QApplication::processEvents();
+  EXPECT_TRUE(shown<TilePreview>().empty());
+  ASSERT_FALSE(shown<WidgetForm>().empty());
+  EXPECT_GE(shown<WidgetForm>().front()->visibleRegion().boundingRect().height(), 150);
+  window->resize(700, 720);
+  QApplication::processEvents();
+  EXPECT_FALSE(shown<TilePreview>().empty());
+}
+
 } // namespace
 } // namespace tavrin
