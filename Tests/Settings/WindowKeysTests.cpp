@@ -84,5 +84,25 @@ TEST_F(WindowKeysTest, ItIsNoLargerThanTheScreenAndAFormComesBeforeItsPreview) {
   EXPECT_FALSE(shown<TilePreview>().empty());
 }
 
+TEST_F(WindowKeysTest, AButtonThatCannotBePressedIsFainter) {
+  for (const bool isDark : {false, true})
+    for (const bool hasContrast : {false, true}) {
+      window->setAppearance({.dark = isDark, .highContrast = hasContrast});
+      const auto ink = [&](bool isEnabled) {
+        auto* undo = button("Undo");
+        undo->setEnabled(isEnabled);
+        const QImage image = undo->grab().toImage();
+        const QColor ground = image.pixelColor(1, 1);
+        double most = 1;
+        for (int y = 0; y < image.height(); ++y)
+          for (int x = 0; x < image.width(); ++x)
+            most = std::max(most, contrast(image.pixelColor(x, y), ground));
+        return most;
+      };
+      EXPECT_GT(ink(true), 4.4);
+      EXPECT_LT(ink(false), 0.6 * ink(true)) << isDark << hasContrast;
+    }
+}
+
 } // namespace
 } // namespace tavrin

@@ -122,6 +122,10 @@ QRectF visual(const QRectF& logical, const QRectF& whole, Qt::LayoutDirection di
           logical.height()};
 }
 
+QColor disabledSymbol(const PanelPalette& palette) {
+  return mix(palette.ground, palette.disabledText, 0.45);
+}
+
 namespace {
 
 struct ButtonColours {
@@ -136,7 +140,8 @@ ButtonColours coloursOf(PanelButton::Kind kind, const QStyleOption& option, cons
   const bool on = option.state.testFlag(QStyle::State_On);
   const bool solid = kind == PanelButton::Kind::quiet || kind == PanelButton::Kind::prominent;
   if (!enabled)
-    return {solid ? p.control : QColor(), p.disabledText};
+    return {solid ? p.control : QColor(),
+            kind == PanelButton::Kind::icon ? disabledSymbol(p) : p.disabledText};
   if (kind == PanelButton::Kind::prominent)
     return {pressed ? p.fillPressed : hover ? p.fillHover : p.fill, p.onFill};
   if (kind == PanelButton::Kind::quiet)

@@ -242,7 +242,7 @@ void drawSpinBox(const QStyleOptionSpinBox& spin, const QStyle& style, const QWi
     if (active)
       panelPaint::rounded(painter, rect, panel::cornerRadius,
                           has(spin, QStyle::State_Sunken) ? p.controlPressed : p.controlHover);
-    panelPaint::symbol(painter, name, rect, 14, can ? p.text : p.disabledText);
+    panelPaint::symbol(painter, name, rect, 14, can ? p.text : panelPaint::disabledSymbol(p));
   };
   end(QStyle::SC_SpinBoxDown, QAbstractSpinBox::StepDownEnabled, QStringLiteral("minus"));
   end(QStyle::SC_SpinBoxUp, QAbstractSpinBox::StepUpEnabled, QStringLiteral("plus"));
