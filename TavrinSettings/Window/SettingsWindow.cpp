@@ -13,6 +13,8 @@
 #include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QCloseEvent>
+#include <QKeyEvent>
+#include <QPushButton>
 #include <QScreen>
 #include <QShortcut>
 #include <QStackedWidget>
@@ -217,6 +219,16 @@ void SettingsWindow::refreshHistory() {
   const auto redo = history_.redoTitle();
   show(undo_, undo.empty() ? worded("Undo") : worded("Undo {step}", {{"step", undo}}), undo);
   show(redo_, redo.empty() ? worded("Redo") : worded("Redo {step}", {{"step", redo}}), redo);
+}
+
+void SettingsWindow::keyPressEvent(QKeyEvent* event) {
+  const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  auto* button = qobject_cast<QPushButton*>(focusWidget());
+  if (isReturn && button != nullptr && (event->modifiers() & ~Qt::KeypadModifier) == 0 &&
+      !event->isAutoRepeat())
+    button->click();
+  else
+    QWidget::keyPressEvent(event);
 }
 
 void SettingsWindow::showEvent(QShowEvent* event) {

@@ -42,6 +42,8 @@ public:
   std::function<void()> onClose;
 
 protected:
+  /// Return presses the button that has the keyboard, as Space does.
+  void keyPressEvent(QKeyEvent* event) override;
   void showEvent(QShowEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
 

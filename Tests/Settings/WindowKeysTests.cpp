@@ -69,6 +69,16 @@ TEST_F(WindowKeysTest, TabGoesAsTheWindowIsRead) {
   EXPECT_LT(place("Search widgets"), place("Undo")) << all << ": the offer at the foot";
 }
 
+TEST_F(WindowKeysTest, ReturnPressesTheButtonThatHasTheKeyboard) {
+  press("Add Clock");
+  auto* undo = button("Undo Add Clock");
+  undo->setFocus();
+  test::pressKey(undo, Qt::Key_Return);
+  QApplication::processEvents();
+  EXPECT_TRUE(button("Redo Add Clock")->isEnabled());
+  EXPECT_NO_THROW(button("Clock, place 1 of 2"));
+}
+
 TEST_F(WindowKeysTest, ItIsNoLargerThanTheScreenAndAFormComesBeforeItsPreview) {
   const QSize room = window->screen()->availableSize();
   EXPECT_LT(window->width(), room.width());
