@@ -56,7 +56,7 @@ std::vector<std::string> ProfileChange::apply(ProfileStore& store) const {
   }
   if (!before) {
     if (!current)
-      store.create(*after);
+      store.putBack(*after, predecessors);
     return {};
   }
   if (!current)
@@ -86,6 +86,20 @@ void ProfilesEditor::did(const std::string& title, const std::string& field, Pro
     onChange();
 }
 
+std::vector<UUID> ProfilesEditor::predecessorsOf(const UUID& id) {
+  std::vector<UUID> found;
+  for (const auto& profile : file().profiles) {
+    if (profile.id == id)
+      break;
+    found.push_back(profile.id);
+  }
+  return found;
+}
+
+void ProfilesEditor::didAdd(const std::string& title, const Profile& profile) {
+  did(title, {}, {std::nullopt, profile, predecessorsOf(profile.id)});
+}
+
 std::vector<std::string> ProfilesEditor::apply(const ProfileChange& change) {
   auto remarks = change.apply(library_.profiles());
   if (onChange)
@@ -111,7 +125,7 @@ UUID ProfilesEditor::createFrom(DockSnapshot layout, const std::string& name) {
   profile.items = std::move(layout.apps);
   profile.others = std::move(layout.others);
   library_.profiles().create(profile);
-  did(translated("New {name}", {{"name", profile.name}}), {}, {std::nullopt, profile});
+  didAdd(translated("New {name}", {{"name", profile.name}}), profile);
   return profile.id;
 }
 
@@ -125,7 +139,7 @@ UUID ProfilesEditor::duplicate(const UUID& id) {
   copy->hotkey.reset();
   copy->focusModeBinding.reset();
   library_.profiles().create(*copy);
-  did(translated("Duplicate {name}", {{"name", copy->name}}), {}, {std::nullopt, *copy});
+  didAdd(translated("Duplicate {name}", {{"name", copy->name}}), *copy);
   return copy->id;
 }
 
@@ -133,8 +147,10 @@ void ProfilesEditor::remove(const UUID& id) {
   const auto gone = profile(id);
   if (!gone)
     return;
+  auto predecessors = predecessorsOf(id);
   library_.profiles().remove(id);
-  did(translated("Delete {name}", {{"name", gone->name}}), {}, {*gone, std::nullopt});
+  did(translated("Delete {name}", {{"name", gone->name}}), {},
+      {*gone, std::nullopt, std::move(predecessors)});
 }
 
 std::optional<UUID> ProfilesEditor::importFrom(const std::filesystem::path& file) {
@@ -142,7 +158,7 @@ std::optional<UUID> ProfilesEditor::importFrom(const std::filesystem::path& file
     return createFrom(library_.layout(file.string()), file.stem().string());
   const auto added = library_.importProfiles(readFile(file).value_or(std::string()), file.string());
   for (const auto& profile : added)
-    did(translated("Import {name}", {{"name", profile.name}}), {}, {std::nullopt, profile});
+    didAdd(translated("Import {name}", {{"name", profile.name}}), profile);
   return added.empty() ? std::nullopt : std::optional(added.front().id);
 }
 
@@ -166,7 +182,7 @@ void ProfilesEditor::edit(const UUID& id, const std::string& title, const std::s
     return profile != *before;
   });
   if (after != *before)
-    did(title, field.empty() ? field : id.text() + "/" + field, {before, after});
+    did(title, field.empty() ? field : id.text() + "/" + field, {before, after, {}});
 }
 
 std::string differenceWords(const DockSnapshot& before, const DockSnapshot& after) {

@@ -12,9 +12,13 @@ namespace tavrin {
 struct ProfileChange {
   std::optional<Profile> before;
   std::optional<Profile> after;
+  /// Those that stood before it where it came or went: shortcuts by number go by the order.
+  std::vector<UUID> predecessors;
 
-  ProfileChange inverse() const { return {after, before}; }
-  ProfileChange followedBy(const ProfileChange& next) const { return {before, next.after}; }
+  ProfileChange inverse() const { return {after, before, predecessors}; }
+  ProfileChange followedBy(const ProfileChange& next) const {
+    return {before, next.after, predecessors};
+  }
   /// Makes the change on what stands by now: what somebody else changed since stays, and is said.
   std::vector<std::string> apply(ProfileStore& store) const;
 };
@@ -52,6 +56,9 @@ public:
 
 private:
   void did(const std::string& title, const std::string& field, ProfileChange change);
+  /// A layout was added at the end.
+  void didAdd(const std::string& title, const Profile& profile);
+  std::vector<UUID> predecessorsOf(const UUID& id);
   std::vector<std::string> apply(const ProfileChange& change);
   std::string freeName(const std::string& name);
 

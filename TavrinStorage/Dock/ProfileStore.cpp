@@ -27,6 +27,16 @@ Profile ProfileStore::create(Profile profile) {
   return profile;
 }
 
+void ProfileStore::putBack(Profile profile, std::vector<UUID> predecessors) {
+  document_.change([&](ProfilesFile& file) {
+    auto& all = file.profiles;
+    const auto last = std::find_if(all.rbegin(), all.rend(), [&](const Profile& one) {
+      return std::ranges::count(predecessors, one.id) > 0;
+    });
+    all.insert(last.base(), profile);
+  });
+}
+
 void ProfileStore::update(Profile profile) {
   change(profile.id, [&](Profile& stored) { stored = profile; });
 }

@@ -27,6 +27,8 @@ public:
   void save();
 
   Profile create(Profile profile);
+  /// Puts one back that was taken out, behind the last of `predecessors` that is there.
+  void putBack(Profile profile, std::vector<UUID> predecessors);
   /// Replaces the profile with the same id. Throws DockError (profileNotFound) when there is none.
   void update(Profile profile);
   /// Changes the profile as it is in the file, and gives it as it then is. `change` may answer

@@ -159,6 +159,32 @@ TEST_F(DockLayoutTest, AShortcutIsOneLayouts) {
   EXPECT_TRUE(profiles.profile(*profiles.importFrom(file))->hotkey) << "it is free";
 }
 
+// Shortcuts by number go by the order.
+TEST_F(DockLayoutTest, ALayoutThatComesBackStandsWhereItStood) {
+  const auto names = [&] {
+    std::string all;
+    for (const auto& profile : profiles.file().profiles)
+      all += profile.name + " ";
+    return all;
+  };
+  const auto first = profiles.createFrom({}, "A");
+  const auto second = profiles.createFrom({}, "B");
+  const auto third = profiles.createFrom({}, "C");
+  profiles.remove(first);
+  profiles.remove(second);
+  history.undo();
+  EXPECT_EQ(names(), "B C ");
+  history.undo();
+  EXPECT_EQ(names(), "A B C ");
+  // Another one has gone meanwhile, and one has come.
+  profiles.remove(third);
+  ASSERT_EQ(run({"profiles", "delete", "B"}), 0) << errors.str();
+  ASSERT_EQ(run({"profiles", "create", "D"}), 0) << errors.str();
+  profiles.reload();
+  history.undo();
+  EXPECT_EQ(names(), "A C D ");
+}
+
 TEST_F(DockLayoutTest, DifferencesAreWords) {
   const auto snapshot = [](std::initializer_list<const char*> names) {
     DockSnapshot dock;
