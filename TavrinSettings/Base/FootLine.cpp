@@ -16,7 +16,6 @@ namespace {
 /// Milliseconds: what it takes to see that something is there, and to read a letter of it slowly.
 constexpr int toBeSeen = 4000;
 constexpr int aLetter = 60;
-constexpr int shortestOffer = 12'000;
 constexpr int shortestTrouble = 15'000;
 /// A trouble is not talked over for so long.
 constexpr int undisturbed = 5000;
@@ -48,7 +47,7 @@ FootLine::FootLine(std::function<void()> undo, QWidget* parent)
 void FootLine::put(const QString& sentence, bool isTrouble, bool isOffer, int milliseconds) {
   next_.clear();
   isTrouble_ = isTrouble;
-  isProgress_ = milliseconds == 0 && !sentence.isEmpty();
+  isProgress_ = milliseconds == 0 && !isOffer && !sentence.isEmpty();
   words_->setStyle(isTrouble ? PanelTextStyle::trouble : PanelTextStyle::caption);
   words_->setWords(sentence);
   undo_->setVisible(isOffer);
@@ -74,7 +73,7 @@ void FootLine::say(const QString& sentence, bool isTrouble) {
 }
 
 void FootLine::offerUndo(const QString& sentence) {
-  put(sentence, false, true, std::max(readingTime(sentence), shortestOffer));
+  put(sentence, false, true, 0);
 }
 
 void FootLine::sayProgress(const QString& sentence) {

@@ -48,6 +48,7 @@ TEST_F(FootLineTest, WhatIsSaidGoesAndAnOfferIsOfTheLastThingDone) {
 
   line.offerUndo("It is deleted.");
   EXPECT_TRUE(undo()->isVisible());
+  EXPECT_FALSE(timer().isActive()) << "it stays until something else is done";
   undo()->click();
   EXPECT_EQ(undone, 1);
   line.withdraw();
