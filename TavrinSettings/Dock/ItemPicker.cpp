@@ -7,6 +7,8 @@
 #include "TavrinWidgetsUI/Kit/Utf8.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
+#include <algorithm>
+
 namespace tavrin {
 namespace {
 
@@ -72,12 +74,29 @@ ItemPicker::~ItemPicker() {
   delete popup_;
 }
 
-std::vector<DockItem> ItemPicker::filesChosen(QWidget* window, bool isFolder) const {
-  std::vector<DockItem> items;
-  const auto how = isFolder ? FormServices::Choosing::folder : FormServices::Choosing::files;
-  for (const auto& path : forms_.choosePaths(window, how, forms_.system.home))
-    items.push_back(itemNamed(context_, path.string(), true));
-  return items;
+void ItemPicker::identify(const std::vector<std::filesystem::path>& files,
+                          std::function<void(const std::vector<DockItem>&)> answer) {
+  const auto tell = [this, files,
+                     answer = std::move(answer)](const std::vector<ApplicationInfo>& apps) {
+    std::vector<DockItem> items;
+    for (const auto& file : files) {
+      const auto found = std::ranges::find_if(apps, [&](const ApplicationInfo& app) {
+        return std::filesystem::path(app.path).lexically_normal() == file.lexically_normal();
+      });
+      items.push_back(found == apps.end() ? itemNamed(context_, file.string(), true)
+                                          : DockItem{entryOf(*found)});
+    }
+    if (!items.empty())
+      answer(items);
+  };
+  const bool mayBeApplication = std::ranges::any_of(files, [](const auto& file) {
+    std::error_code error;
+    return std::filesystem::is_regular_file(file, error);
+  });
+  if (mayBeApplication && forms_.applications)
+    identifying_ = forms_.applications(tell);
+  else
+    tell({});
 }
 
 void ItemPicker::open(QWidget* owner, const QString& title,
@@ -103,17 +122,21 @@ void ItemPicker::open(QWidget* owner, const QString& title,
   popup_->onChoose = [this, window = owner->window(),
                       choose = std::move(choose)](const PickerItem& chosen) {
     const auto& [sort, value, unused] = chosen.values.front();
-    std::vector<DockItem> items;
+    const bool isFolder = sort == folderSort;
     if (sort == appSort)
-      items.push_back({decode<AppEntry>(value)});
-    else if (sort == wordSort)
-      items.push_back(itemNamed(context_, *value.string(), true));
+      choose(std::vector{DockItem{decode<AppEntry>(value)}});
     else if (sort == spacerSort)
-      items.push_back({*enumNamed<SpacerVariant>(*value.string())});
+      choose(std::vector{DockItem{*enumNamed<SpacerVariant>(*value.string())}});
+    else if (sort != wordSort)
+      identify(forms_.choosePaths(window,
+                                  isFolder ? FormServices::Choosing::folder
+                                           : FormServices::Choosing::files,
+                                  forms_.system.home),
+               choose);
+    else if (const auto& word = *value.string(); isPath(utf8(word)))
+      identify({absolutePath(context_, word)}, choose);
     else
-      items = filesChosen(window, sort == folderSort);
-    if (!items.empty())
-      choose(items);
+      choose(std::vector{itemNamed(context_, word, true)});
   };
   popup_->open();
 }

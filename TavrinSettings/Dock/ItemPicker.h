@@ -26,12 +26,16 @@ public:
   void open(QWidget* owner, const QString& title,
             std::function<void(const std::vector<DockItem>& items)> choose);
 
-private:
-  std::vector<DockItem> filesChosen(QWidget* window, bool isFolder) const;
+  /// What files are in a layout: what describes an application is that application, as the list
+  /// has it. The answer may come later, and none once another was asked for.
+  void identify(const std::vector<std::filesystem::path>& files,
+                std::function<void(const std::vector<DockItem>& items)> answer);
 
+private:
   HostContext& context_;
   const FormServices& forms_;
   QPointer<PickerPopup> popup_;
+  TokenPtr identifying_;
 };
 
 } // namespace tavrin

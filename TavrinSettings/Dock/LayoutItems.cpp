@@ -13,6 +13,7 @@
 #include <QScrollArea>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <iterator>
 
 namespace tavrin {
 
@@ -28,11 +29,8 @@ LayoutItems::LayoutItems(PageServices& page, HostContext& context,
   row_->onMove = [this](const auto& item, DockPosition to) { move(item, to); };
   row_->onRemove = [this](const auto& item) { remove(item); };
   row_->onOpen = [this](const auto& item) { open(item); };
-  row_->onDrop = [this](const auto& files, DockPosition to) {
-    std::vector<DockItem> items;
-    for (const auto& file : files)
-      items.push_back(itemNamed(context_, file.string(), true));
-    add(items, to);
+  row_->onDrop = [this](const std::vector<std::filesystem::path>& files, DockPosition to) {
+    picker_.identify(files, [this, to](const auto& items) { drop(items, to); });
   };
   auto* scroll = new QScrollArea(this);
   scroll->setFrameShape(QFrame::NoFrame);
@@ -97,6 +95,17 @@ void LayoutItems::add(const std::vector<DockItem>& items, std::optional<DockPosi
     row_->focusAt(*last);
   if (!known.isEmpty())
     page_.tell(worded("“{name}” is in the layout already.", {{"name", known}}), false);
+}
+
+/// Applications stand before the divider, wherever they were let go; files behind it.
+void LayoutItems::drop(const std::vector<DockItem>& items, DockPosition to) {
+  std::vector<DockItem> apps;
+  std::ranges::copy_if(items, std::back_inserter(apps),
+                       [](const DockItem& item) { return item.app() != nullptr; });
+  if (apps.size() == items.size() && to.section == DockSection::others)
+    add(items, {});
+  else
+    add(items, to);
 }
 
 void LayoutItems::move(const PlacedDockItem& item, DockPosition to) {

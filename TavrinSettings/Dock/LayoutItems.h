@@ -29,6 +29,7 @@ public:
 private:
   void makeHead(class QVBoxLayout* column);
   void add(const std::vector<DockItem>& items, std::optional<DockPosition> at);
+  void drop(const std::vector<DockItem>& items, DockPosition to);
   void move(const PlacedDockItem& item, DockPosition to);
   void remove(const PlacedDockItem& item);
   void open(const PlacedDockItem& item);

@@ -300,18 +300,22 @@ FormControl* makeApplicationActionControl(const FieldInfo& field, const FormServ
       [](const JSONValue& value, const JSONValue&) { return utf8(quoted(value)); });
 }
 
+AppEntry entryOf(const ApplicationInfo& app) {
+  AppEntry entry;
+  entry.path = app.path;
+  entry.bundleIdentifier = app.id;
+  entry.displayName = app.name;
+  return entry;
+}
+
 PickerSource applicationsSource(const FormServices& services) {
   return listingApplications(services, [](const ApplicationInfo& app, const QString& question) {
     std::vector<PickerItem> items;
     if (!matches(app.name + " " + app.genericName + " " + app.id, question))
       return items;
-    AppEntry entry;
-    entry.path = app.path;
-    entry.bundleIdentifier = app.id;
-    entry.displayName = app.name;
     items.push_back(
         {.row = {.id = utf8(app.id), .title = utf8(app.name), .subtitle = utf8(app.genericName)},
-         .values = {{{}, encode(entry), {}}}});
+         .values = {{{}, encode(entryOf(app)), {}}}});
     return items;
   });
 }

@@ -13,6 +13,8 @@ FormControl* makeCityControl(const FieldInfo& field, const FormServices& service
 FormControl* makeSystemChoiceControl(const FieldInfo& field, const FormServices& services);
 FormControl* makeApplicationActionControl(const FieldInfo& field, const FormServices& services);
 
+/// An application as lists and layouts keep it.
+AppEntry entryOf(const ApplicationInfo& app);
 /// The applications that menus show, with their icons; each item holds an AppEntry.
 PickerSource applicationsSource(const FormServices& services);
 

@@ -1,5 +1,6 @@
 #include "TavrinHost/Dock/DockItems.h"
 #include "TavrinHost/Dock/FocusSession.h"
+#include "TavrinPlatform/Files/AtomicFile.h"
 #include "TavrinStorage/Dock/PlistFileBackend.h"
 #include "TavrinStorage/Dock/ProfileStore.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
@@ -7,8 +8,11 @@
 #include "Tests/Support/Keys.h"
 
 #include <QAccessible>
+#include <QDropEvent>
 #include <QLineEdit>
+#include <QMimeData>
 #include <QRadioButton>
+#include <QUrl>
 #include <gmock/gmock.h>
 
 namespace tavrin {
@@ -159,6 +163,34 @@ TEST_F(DockPageTest, WhatIsChangedElsewhereWhileAnItemIsOpenIsNeverLost) {
   lastLine("Item's name")->setText("Post");
   EXPECT_EQ(items(), "Notes | Downloads");
   EXPECT_THAT(words(), HasSubstr("was changed elsewhere"));
+}
+
+TEST_F(DockPageTest, WhatDescribesAnApplicationIsThatApplicationAlsoWhenItIsDropped) {
+  ApplicationInfo mail;
+  mail.path = folder / "org.example.Post.desktop";
+  mail.id = "org.example.Post";
+  mail.name = "Post";
+  desk.library.installed = {mail};
+  for (const auto& file : {std::filesystem::path(mail.path), folder / "letter.txt"})
+    writeFileAtomically(file, "x");
+  const auto drop = [&](const std::filesystem::path& file) {
+    auto* row = button("Mail")->parentWidget();
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(QString::fromStdString(file))});
+    QDragEnterEvent enters(QPoint(), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(row, &enters);
+    QDropEvent event(QPointF(row->width() - 1, row->height() - 1), Qt::CopyAction, &data,
+                     Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(row, &event);
+    desk.loop.advance(0);
+    QApplication::processEvents();
+  };
+  drop(mail.path);
+  EXPECT_EQ(items(), "Mail Notes Post | Downloads");
+  ASSERT_NE(layout().items.back().app(), nullptr);
+  EXPECT_EQ(layout().items.back().app()->bundleIdentifier, "org.example.Post");
+  drop(folder / "letter.txt");
+  EXPECT_EQ(items(), "Mail Notes Post | Downloads letter.txt");
 }
 
 TEST_F(DockPageTest, AFocusIsFollowedFromThenOnAndSaysUntilWhen) {
