@@ -153,7 +153,7 @@ void SettingsWindow::setAppearance(const PanelAppearance& appearance) {
 
 void SettingsWindow::open(const UUID& id) {
   showPage(0);
-  if (widgets_ != nullptr && !widgets_->open(id))
+  if (widgets_ != nullptr && !widgets_->enter(id))
     tell(worded("This widget is not one of yours."), true);
 }
 

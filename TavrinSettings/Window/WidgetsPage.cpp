@@ -54,9 +54,11 @@ void WidgetsPage::keyPressEvent(QKeyEvent* event) {
     QWidget::keyPressEvent(event);
 }
 
-void WidgetsPage::enter(const UUID& id) {
-  if (open(id))
+bool WidgetsPage::enter(const UUID& id) {
+  const bool isThere = open(id);
+  if (isThere)
     widget_->focusForm();
+  return isThere;
 }
 
 void WidgetsPage::leaveWidget() {

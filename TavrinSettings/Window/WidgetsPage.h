@@ -21,8 +21,9 @@ public:
 
   /// Shows what the editor says.
   void refresh();
-  /// Opens the settings of a widget. False where there is no such widget.
-  bool open(const UUID& id);
+  /// Opens the settings of a widget with the keyboard in the first of them. False where there is
+  /// no such widget.
+  bool enter(const UUID& id);
   void showGallery();
   /// Leads to what can be put at the first free place, which is marked until that is done.
   void seek();
@@ -42,8 +43,8 @@ private:
   void leaveWidget();
   /// A widget came onto the strip.
   void wasPlaced(const UUID& id);
-  /// Opens the settings with the keyboard in the first of them.
-  void enter(const UUID& id);
+  /// The keyboard stays where it is.
+  bool open(const UUID& id);
   void choose(const UUID& id, bool isOpened);
   void endSeeking();
   void refreshTools();

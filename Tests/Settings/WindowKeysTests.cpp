@@ -79,6 +79,18 @@ TEST_F(WindowKeysTest, ReturnPressesTheButtonThatHasTheKeyboard) {
   EXPECT_NO_THROW(button("Clock, place 1 of 2"));
 }
 
+TEST_F(WindowKeysTest, AWidgetThatIsAskedForHasTheKeyboardInItsFormAndEscapeLeadsToItsTile) {
+  app->edit(idOf("Timer").text());
+  QApplication::processEvents();
+  EXPECT_EQ(focus(), "Name");
+  test::pressKey(window->focusWidget(), Qt::Key_Escape);
+  EXPECT_EQ(focus(), "Timer, place 2 of 2");
+  press("Settings");
+  EXPECT_EQ(focus(), "Name");
+  test::pressKey(window->focusWidget(), Qt::Key_Escape);
+  EXPECT_EQ(focus(), "Timer, place 2 of 2");
+}
+
 TEST_F(WindowKeysTest, ItIsNoLargerThanTheScreenAndAFormComesBeforeItsPreview) {
   const QSize room = window->screen()->availableSize();
   EXPECT_LT(window->width(), room.width());
