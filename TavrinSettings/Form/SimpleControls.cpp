@@ -15,11 +15,30 @@
 #include <cmath>
 
 namespace tavrin {
-namespace {
 
 /// "25", not "25.00": digits that say nothing are left out.
+/// What is no number of the range can be typed all the same, to be told why it is not taken.
 class NumberBox final : public QDoubleSpinBox {
 public:
+  /// What stands there is not taken, and the last number comes back.
+  std::function<void()> onRefuse;
+
+  /// Nothing that is typed further makes it one of the range.
+  bool isBeyond() const {
+    QString words = text();
+    int cursor = 0;
+    return QDoubleSpinBox::validate(words, cursor) == QValidator::Invalid;
+  }
+  QValidator::State validate(QString& words, int& cursor) const override {
+    const auto state = QDoubleSpinBox::validate(words, cursor);
+    return state == QValidator::Invalid && isNumber(words) ? QValidator::Intermediate : state;
+  }
+  void fixup(QString& words) const override {
+    QDoubleSpinBox::fixup(words);
+    int cursor = 0;
+    if (onRefuse && validate(words, cursor) != QValidator::Acceptable)
+      onRefuse();
+  }
   QString textFromValue(double value) const override {
     QString words = QDoubleSpinBox::textFromValue(value);
     const auto point = locale().decimalPoint();
@@ -31,7 +50,18 @@ public:
       words.chop(point.size());
     return words;
   }
+
+private:
+  bool isNumber(QString words) const {
+    if (words.endsWith(suffix()))
+      words.chop(suffix().size());
+    bool isOne = false;
+    locale().toDouble(words.trimmed(), &isOne);
+    return isOne;
+  }
 };
+
+namespace {
 
 /// Words that stand side by side without crowding a form of the least width.
 bool fitsSegments(const std::vector<ChoiceControl::Choice>& choices) {
@@ -145,6 +175,18 @@ NumberControl::NumberControl(const FieldInfo& field) : FormControl(field), box_(
     box_->setSpecialValueText(worded(field.absent));
   makeRow()->addWidget(box_);
   connect(box_, &QDoubleSpinBox::valueChanged, this, [this](double shown) { changed(shown); });
+  const auto refuse = [this] {
+    complain(
+        utf8(translated("\"{key}\" must be {allowed}",
+                        {{"key", this->field().key}, {"allowed", allowedText(this->field())}})));
+  };
+  box_->onRefuse = refuse;
+  connect(box_->findChild<QLineEdit*>(), &QLineEdit::textEdited, this, [this, refuse] {
+    if (box_->isBeyond())
+      refuse();
+    else
+      complain({});
+  });
 }
 
 void NumberControl::setValue(const JSONValue& value, const JSONValue& record) {
@@ -195,8 +237,9 @@ bool NumberControl::isTyping() const {
 }
 
 bool NumberControl::commit() {
+  const bool isTaken = box_->hasAcceptableInput();
   box_->interpretText();
-  return true;
+  return isTaken;
 }
 
 QWidget* NumberControl::target() {

@@ -6,12 +6,12 @@
 #include <vector>
 
 class QDateTimeEdit;
-class QDoubleSpinBox;
 class QLineEdit;
 
 namespace tavrin {
 
 class DropButton;
+class NumberBox;
 class PanelSegments;
 class PanelSwitch;
 class PanelTextEdit;
@@ -67,7 +67,7 @@ private:
   void changed(double shown);
   void showUnit();
 
-  QDoubleSpinBox* box_;
+  NumberBox* box_;
   FieldDisplay display_;
   JSONValue value_;
 };

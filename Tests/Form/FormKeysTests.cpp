@@ -71,6 +71,32 @@ TEST(FormKeys, TabLeadsFromAListIntoWhatIsOpenBelowIt) {
   EXPECT_THAT(text, testing::StartsWith("Title|Add bookmark|Add folder|Show icons")) << text;
 }
 
+TEST(FormKeys, ANumberThatIsNotAllowedIsToldNotCut) {
+  FormRig rig(kind<WaterSettings>());
+  const auto told = [&] { return rig.words().toStdString(); };
+  auto* glass = rig.control<QDoubleSpinBox>("Glass");
+  ASSERT_NE(glass, nullptr);
+  auto* line = glass->findChild<QLineEdit*>();
+  const auto before = rig.value("glass");
+  glass->selectAll();
+  FormRig::type(glass, "99999");
+  EXPECT_THAT(line->text().toStdString(), testing::HasSubstr("99999"));
+  EXPECT_THAT(told(), testing::HasSubstr("“Glass” must be"));
+  FormRig::press(glass, Qt::Key_Return);
+  EXPECT_EQ(rig.value("glass"), before);
+  EXPECT_THAT(told(), testing::HasSubstr("“Glass” must be")) << "what came back says why";
+  glass->selectAll();
+  FormRig::type(glass, "300");
+  FormRig::press(glass, Qt::Key_Return);
+  EXPECT_EQ(rig.value("glass"), JSONValue(300));
+  EXPECT_THAT(told(), testing::Not(testing::HasSubstr("must be")));
+  auto* width = rig.control<QDoubleSpinBox>("Width");
+  width->selectAll();
+  FormRig::type(width, "7");
+  EXPECT_THAT(told(), testing::HasSubstr("“Width” must be"));
+  EXPECT_EQ(rig.widget.span, 1);
+}
+
 TEST(FormKeys, AFieldLeavesTheKeysForUndoingToTheWindowWhereItHasNothingToUndo) {
   FormRig rig(kind<NoteSettings>());
   FormRig pomodoro(kind<PomodoroSettings>());
