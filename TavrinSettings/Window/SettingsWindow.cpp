@@ -12,6 +12,8 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelToolTip.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
+#include <QAccessible>
+#include <QAccessibleWidget>
 #include <QCloseEvent>
 #include <QKeyEvent>
 #include <QPushButton>
@@ -29,6 +31,30 @@ namespace {
 constexpr int dockPage = 1;
 constexpr int computerPage = 2;
 
+/// A frame, not a filler, that can be closed.
+class AccessibleWindow final : public QAccessibleWidget {
+public:
+  explicit AccessibleWindow(QWidget* window) : QAccessibleWidget(window, QAccessible::Window) {}
+
+  static QAccessibleInterface* make(const QString&, QObject* object) {
+    auto* window = dynamic_cast<SettingsWindow*>(object);
+    return window == nullptr ? nullptr : new AccessibleWindow(window);
+  }
+
+  QStringList actionNames() const override { return {closeName}; }
+  QString localizedActionName(const QString& name) const override {
+    return name == closeName ? worded("Close") : QAccessibleWidget::localizedActionName(name);
+  }
+  void doAction(const QString& name) override {
+    // Not from within what asks for it: with the window all of this goes.
+    if (name == closeName)
+      QMetaObject::invokeMethod(widget(), &QWidget::close, Qt::QueuedConnection);
+  }
+
+private:
+  inline static const QString closeName = QStringLiteral("close");
+};
+
 constexpr QSize usualSize(920, 720);
 constexpr QSize leastSize(640, 480);
 /// What a title bar and borders take, where the desktop draws them.
@@ -40,6 +66,8 @@ SettingsWindow::SettingsWindow(History& history, const PanelAppearance& appearan
     : history_(history), appearance_(appearance), drag_(this) {
   PanelStyle::install();
   installPanelAccessibility();
+  QAccessible::removeFactory(AccessibleWindow::make);
+  QAccessible::installFactory(AccessibleWindow::make);
   setWindowTitle(QStringLiteral("Tavrin"));
   setAutoFillBackground(true);
   resize(usualSize);

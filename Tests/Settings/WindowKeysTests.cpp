@@ -126,5 +126,20 @@ TEST_F(WindowKeysTest, AButtonThatCannotBePressedIsFainter) {
     }
 }
 
+TEST_F(WindowKeysTest, AssistiveTechnologyFindsAWindowItsTilesInOrderAndAWayToCloseIt) {
+  auto* found = QAccessible::queryAccessibleInterface(window);
+  EXPECT_EQ(found->role(), QAccessible::Window);
+  std::vector<std::string> parts;
+  auto* strip = QAccessible::queryAccessibleInterface(button("Add a widget")->parentWidget());
+  for (int i = 0; i < strip->childCount(); ++i)
+    parts.push_back(strip->child(i)->text(QAccessible::Name).toStdString());
+  EXPECT_THAT(parts, ElementsAre("Clock, place 1 of 2", "Timer, place 2 of 2", "Add a widget"));
+  bool isClosed = false;
+  window->onClose = [&] { isClosed = true; };
+  found->actionInterface()->doAction(QStringLiteral("close"));
+  QApplication::processEvents();
+  EXPECT_TRUE(isClosed);
+}
+
 } // namespace
 } // namespace tavrin
