@@ -2,6 +2,7 @@
 
 #include "TavrinCore/Text/Texts.h"
 #include "TavrinHost/FoldedName.h"
+#include "TavrinSettings/Base/DroppedFiles.h"
 #include "TavrinSettings/Base/TabStop.h"
 #include "TavrinWidgetsUI/Collection/CollectionViews.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelFont.h"
@@ -41,14 +42,6 @@ std::optional<AppEntry> applicationOf(const DockItem& item) {
 /// Points from either side, so that its width tells which it is.
 double spacerInset(SpacerVariant variant) {
   return variant == SpacerVariant::small ? 13 : variant == SpacerVariant::flex ? -10 : 4;
-}
-
-std::vector<std::filesystem::path> filesOf(const QMimeData& data) {
-  std::vector<std::filesystem::path> files;
-  for (const auto& url : data.urls())
-    if (url.isLocalFile())
-      files.emplace_back(url.toLocalFile().toStdString());
-  return files;
 }
 
 } // namespace

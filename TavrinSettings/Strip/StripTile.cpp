@@ -1,10 +1,13 @@
 #include "TavrinSettings/Strip/StripTile.h"
 
+#include "TavrinCore/Kinds/Files/ShelfSettings.h"
+#include "TavrinSettings/Base/DroppedFiles.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelFont.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelToolTip.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QApplication>
+#include <QDropEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPainterPath>
@@ -28,6 +31,8 @@ void StripTile::setRecord(const DockWidget& widget, int place, int count) {
   const bool isOther = widget_ != widget;
   widget_ = widget;
   shownSpan_ = widget.span;
+  // Others that take files do something with them at once, which is for the desktop's tile.
+  setAcceptDrops(widget.kind.get<ShelfSettings>() != nullptr);
   const auto name = QString::fromStdString(widget.name);
   setAccessibleName(worded("{name}, place {place} of {count}",
                            {{"name", name}, {"place", place}, {"count", count}}));
@@ -214,6 +219,16 @@ void StripTile::focusInEvent(QFocusEvent* event) {
   // A window that comes to the front chooses nothing.
   if (onFocus && event->reason() != Qt::ActiveWindowFocusReason)
     onFocus();
+}
+
+void StripTile::dragEnterEvent(QDragEnterEvent* event) {
+  if (onFiles && !filesOf(*event->mimeData()).empty())
+    event->acceptProposedAction();
+}
+
+void StripTile::dropEvent(QDropEvent* event) {
+  event->acceptProposedAction();
+  onFiles(filesOf(*event->mimeData()));
 }
 
 void StripTile::enterEvent(QEnterEvent*) {

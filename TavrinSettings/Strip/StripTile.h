@@ -3,6 +3,8 @@
 #include "TavrinSettings/Base/PageServices.h"
 
 #include <QAbstractButton>
+#include <filesystem>
+#include <vector>
 
 namespace tavrin {
 
@@ -29,6 +31,8 @@ public:
   /// A key that the strip acts on; whether it did.
   std::function<bool(QKeyEvent* event)> onKey;
   std::function<void()> onFocus;
+  /// Files were dropped on a tile that keeps some.
+  std::function<void(const std::vector<std::filesystem::path>& files)> onFiles;
 
   QSize sizeHint() const override;
 
@@ -39,6 +43,8 @@ protected:
   void mouseReleaseEvent(QMouseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void focusInEvent(QFocusEvent* event) override;
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
   void enterEvent(QEnterEvent* event) override;
   void leaveEvent(QEvent* event) override;
 

@@ -1,5 +1,7 @@
 #include "TavrinSettings/Strip/StripView.h"
 
+#include "TavrinCore/Kinds/Files/Shelf.h"
+#include "TavrinCore/Text/Texts.h"
 #include "TavrinSettings/Base/TabStop.h"
 #include "TavrinSettings/Editing/StripOrder.h"
 #include "TavrinSettings/Strip/FreePlace.h"
@@ -112,6 +114,7 @@ StripTile* StripView::makeTile(const DockWidget& widget) {
   });
   tile->onKey = [this, tile](QKeyEvent* event) { return act(*tile, event); };
   tile->onResize = [this, tile](double right, bool isOver) { resizeTile(*tile, right, isOver); };
+  tile->onFiles = [this, tile](const auto& files) { put(files, *tile); };
   tile->onFocus = [this, tile] {
     if (onChoose)
       onChoose(tile->record().id, false);
@@ -267,6 +270,18 @@ void StripView::takeOff(const UUID& id) {
   takeOffStrip(id);
   if (hadFocus && !strip_.empty())
     focusTile(strip_[std::min(static_cast<std::size_t>(index), strip_.size() - 1)].id);
+}
+
+/// As on the desktop's tile.
+void StripView::put(const std::vector<std::filesystem::path>& files, const StripTile& tile) {
+  const auto& shown = tile.record();
+  services_.attempt([&] {
+    services_.editor.edit(shown.id, translated("Set Up {name}", {{"name", shown.name}}), {},
+                          [&](DockWidget& widget) {
+                            if (const auto* settings = widget.kind.get<ShelfSettings>())
+                              widget.kind = shelf::adding(*settings, files);
+                          });
+  });
 }
 
 void StripView::takeOffStrip(const UUID& id) {

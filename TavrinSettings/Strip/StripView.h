@@ -58,6 +58,7 @@ protected:
   void mouseReleaseEvent(QMouseEvent* event) override;
 
 private:
+  void put(const std::vector<std::filesystem::path>& files, const StripTile& tile);
   void takeOffStrip(const UUID& id);
   void moveTo(const UUID& id, std::size_t place);
   void widenTo(const UUID& id, int span);

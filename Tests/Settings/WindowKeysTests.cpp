@@ -106,6 +106,26 @@ TEST_F(WindowKeysTest, ItIsNoLargerThanTheScreenAndAFormComesBeforeItsPreview) {
   EXPECT_FALSE(shown<TilePreview>().empty());
 }
 
+TEST_F(WindowKeysTest, AShelfOnTheStripTakesFiles) {
+  press("Add Shelf");
+  const auto drop = [&](const QString& tile) {
+    auto* onto = button(tile);
+    QMimeData data;
+    data.setUrls({QUrl(QStringLiteral("https://example.org")), QUrl::fromLocalFile("/tmp/a.txt")});
+    QDropEvent event({9, 9}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QDragEnterEvent enters({9, 9}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(onto, &enters);
+    QApplication::sendEvent(onto, &event);
+    return onto->acceptDrops();
+  };
+  EXPECT_FALSE(drop("Clock, place 1 of 3"));
+  EXPECT_TRUE(drop("Shelf, place 3 of 3"));
+  test::SilentContext context(platform);
+  const auto widgets = WidgetLibrary(context).file().widgets;
+  EXPECT_THAT(widgets.back().kind.get<ShelfSettings>()->paths, ElementsAre("/tmp/a.txt"));
+  EXPECT_NO_THROW(button("Undo Set Up Shelf"));
+}
+
 TEST_F(WindowKeysTest, AButtonThatCannotBePressedIsFainter) {
   for (const bool isDark : {false, true})
     for (const bool hasContrast : {false, true}) {
