@@ -249,8 +249,10 @@ void DockItemRow::paintEvent(QPaintEvent*) {
     painter.fillRect(QRect(divider.center().x(), divider.top() + 10, 1, divider.height() - 26),
                      colours.hairline);
   if (tiles_.empty())
-    panelPaint::line(painter, worded("It has no items. “Take the Dock As It Is” gives it some."),
-                     QRectF(rect()), panelFont(PanelTextStyle::secondary), colours.secondary);
+    panelPaint::lines(painter,
+                      worded("It has no items. “Take the Dock As It Is” gives it the Dock's, and "
+                             "“Add…” or dropping files here others."),
+                      QRectF(rect()), panelFont(PanelTextStyle::secondary), colours.secondary);
   if (mark_)
     panelPaint::rounded(painter, QRectF(*mark_), 1.5, colours.accent);
 }

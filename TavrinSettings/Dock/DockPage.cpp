@@ -52,14 +52,15 @@ DockPage::DockPage(PageServices& services, HostContext& context, History& histor
   if (services.forms.choosePaths) {
     left->addWidget(new PanelButton(
         PanelButton::Kind::quiet, worded("Import…"), [this] { importLayouts(); }, this));
-    left->addWidget(new PanelButton(
-        PanelButton::Kind::quiet, worded("Export All…"), [this] { exportAll(); }, this));
+    exportAll_ = new PanelButton(
+        PanelButton::Kind::quiet, worded("Export All…"), [this] { exportAll(); }, this);
+    left->addWidget(exportAll_);
   }
   row->addLayout(left);
   stack_ = new QStackedWidget(this);
   layout_ = new LayoutPane(dock_, stack_);
   backups_ = new BackupPane(dock_, context, stack_);
-  backups_->onMade = [this](const UUID& id) {
+  layout_->onMade = backups_->onMade = [this](const UUID& id) {
     chosen_ = id;
     refresh();
   };
@@ -152,18 +153,20 @@ void DockPage::refresh() {
     row.dot = profileColour(profile.color);
     if (file.activeProfileId == profile.id)
       row.subtitle = job_.hasDock() ? worded("In the Dock") : worded("Written last");
-    row.isChecked = chosen_ == profile.id;
+    row.isShown = chosen_ == profile.id;
     rows.push_back(row);
   }
   rows.push_back({.id = QStringLiteral("follow"),
                   .title = worded("Shortcuts and Focus"),
                   .symbol = QStringLiteral("keyboard"),
-                  .isChecked = isFurther && shown == follow_});
+                  .isShown = isFurther && shown == follow_});
   rows.push_back({.id = QStringLiteral("backups"),
                   .title = worded("Backups"),
                   .symbol = QStringLiteral("clock"),
-                  .isChecked = isFurther && shown == backups_});
+                  .isShown = isFurther && shown == backups_});
   list_->setRows(rows);
+  if (exportAll_ != nullptr)
+    exportAll_->setEnabled(!order_.empty());
   const auto row = static_cast<int>(order_.size());
   if (chosen_ && layout_->show(*chosen_)) {
     stack_->setCurrentWidget(layout_);

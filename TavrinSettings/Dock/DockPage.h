@@ -41,6 +41,7 @@ private:
   DockServicesOfPage dock_;
   std::unique_ptr<FolderFollower> follower_;
   PanelList* list_;
+  PanelButton* exportAll_ = nullptr;
   QStackedWidget* stack_;
   LayoutPane* layout_;
   BackupPane* backups_;

@@ -180,7 +180,14 @@ void LayoutPane::makeActions(QVBoxLayout* column) {
       QStringLiteral("ellipsis"), worded("More for the Layout"), [this] { offerMore(); }, this);
   auto* duplicate = new PanelButton(
       PanelButton::Kind::quiet, worded("Duplicate"),
-      [this] { services_.page.attempt([&] { services_.profiles.duplicate(id_); }); }, this);
+      [this] {
+        services_.page.attempt([&] {
+          const auto copy = services_.profiles.duplicate(id_);
+          if (onMade)
+            onMade(copy);
+        });
+      },
+      this);
   auto* remove = new PanelButton(
       PanelButton::Kind::quiet, worded("Delete"),
       [this] {

@@ -45,6 +45,9 @@ public:
   /// False where it is gone.
   bool show(const UUID& id);
 
+  /// A layout was made of this one.
+  std::function<void(const UUID& id)> onMade;
+
 protected:
   void resizeEvent(QResizeEvent* event) override;
 

@@ -41,6 +41,8 @@ GalleryView::GalleryView(PageServices& services, QWidget* parent)
   search_->onReturn = [this] {
     if (!order_.empty() && !search_->text().isEmpty())
       order_.front()->click();
+    // What is typed next is another search.
+    search_->selectAll();
   };
   top->addWidget(search_, 1);
   starter_ = new PanelButton(

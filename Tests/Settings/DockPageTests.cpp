@@ -193,6 +193,19 @@ TEST_F(DockPageTest, WhatDescribesAnApplicationIsThatApplicationAlsoWhenItIsDrop
   EXPECT_EQ(items(), "Mail Notes Post | Downloads letter.txt");
 }
 
+TEST_F(DockPageTest, ACopyIsTheOneThatIsShownAndNothingIsExportedOfNothing) {
+  EXPECT_TRUE(button("Export All…")->isEnabled());
+  press("Duplicate");
+  EXPECT_EQ(lastLine("Name")->text(), "Work 2");
+  auto* list = named<PanelList>("Layouts");
+  EXPECT_TRUE(list->row(1).isShown);
+  EXPECT_FALSE(list->row(0).isShown);
+  EXPECT_FALSE(list->row(1).isChecked);
+  press("Delete");
+  press("Delete");
+  EXPECT_FALSE(button("Export All…")->isEnabled());
+}
+
 TEST_F(DockPageTest, AFocusIsFollowedFromThenOnAndSaysUntilWhen) {
   press("When it begins");
   EXPECT_THAT(platform.running.launches.back().arguments, ElementsAre("focus"));

@@ -91,6 +91,15 @@ TEST_F(WindowKeysTest, AWidgetThatIsAskedForHasTheKeyboardInItsFormAndEscapeLead
   EXPECT_EQ(focus(), "Timer, place 2 of 2");
 }
 
+TEST_F(WindowKeysTest, WhatIsTypedAfterReturnInTheSearchIsAnotherSearch) {
+  auto* search = shown<PanelSearchField>().front();
+  search->setFocus();
+  search->setText("note");
+  test::pressKey(search, Qt::Key_Return);
+  QApplication::processEvents();
+  EXPECT_EQ(search->selectedText(), "note") << search->text().toStdString();
+}
+
 TEST_F(WindowKeysTest, ItIsNoLargerThanTheScreenAndAFormComesBeforeItsPreview) {
   const QSize room = window->screen()->availableSize();
   EXPECT_LT(window->width(), room.width());

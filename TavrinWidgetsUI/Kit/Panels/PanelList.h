@@ -40,6 +40,8 @@ struct PanelRow {
   std::vector<PanelRowAction> actions = {};
   /// Chosen, with a check at the right.
   bool isChecked = false;
+  /// What it leads to stands beside the list: on the ground of a chosen one, without a check.
+  bool isShown = false;
   /// Done with: struck through and quieter.
   bool isDone = false;
   /// Not seen yet: a dot of the accent before the title.

@@ -143,7 +143,7 @@ QColor groundOf(const PanelRow& row, bool hover, bool pressed, bool led,
                 const PanelPalette& colours) {
   if (pressed)
     return colours.rowPressed;
-  if (row.isChecked || led)
+  if (row.isChecked || row.isShown || led)
     return colours.rowSelected;
   return hover ? colours.rowHover : QColor();
 }
