@@ -85,6 +85,26 @@ std::vector<std::string> parts(std::string_view text) {
   return words;
 }
 
+using ModifierWord = std::pair<HotkeyModifiers, const char*>;
+
+[[maybe_unused]] constexpr std::array<ModifierWord, 3> macWords = {
+    {{HotkeyModifiers::control, marked("control")},
+     {HotkeyModifiers::option, marked("option")},
+     {HotkeyModifiers::command, marked("command")}}};
+constexpr std::array<ModifierWord, 4> desktopWords = {
+    {{HotkeyModifiers::control, marked("Ctrl")},
+     {HotkeyModifiers::option, marked("Alt")},
+     {HotkeyModifiers::shift, marked("Shift")},
+     {HotkeyModifiers::command, marked("Super")}}};
+
+/// What is written on the keys of this desktop's keyboards.
+std::string modifierWord(HotkeyModifiers modifier) {
+  for (const auto& [known, word] : TAVRIN_MODIFIER_WORDS)
+    if (known.contains(modifier))
+      return translated(word);
+  return {};
+}
+
 HotkeyModifiers required(const std::string& word) {
   const auto modifier = modifierNamed(word);
   if (!modifier)
@@ -97,9 +117,12 @@ HotkeyModifiers required(const std::string& word) {
 void requireGlobal(HotkeyModifiers modifiers, std::string_view text) {
   if (!modifiers.isValidForGlobalHotkey())
     throw SettingError(
-        translated("\"{text}\" needs control, option or command: it would be taken from "
+        translated("\"{text}\" needs {control}, {option} or {command}: it would be taken from "
                    "every application",
-                   {{"text", text}}));
+                   {{"text", text},
+                    {"control", modifierWord(HotkeyModifiers::control)},
+                    {"option", modifierWord(HotkeyModifiers::option)},
+                    {"command", modifierWord(HotkeyModifiers::command)}}));
 }
 
 } // namespace
@@ -140,10 +163,7 @@ std::string hotkeySymbols(const Hotkey& hotkey) {
 
 std::string hotkeyWords(const Hotkey& hotkey) {
   std::string text;
-  for (const auto& [modifier, name] : {std::pair{HotkeyModifiers::control, marked("Ctrl")},
-                                       std::pair{HotkeyModifiers::option, marked("Alt")},
-                                       std::pair{HotkeyModifiers::shift, marked("Shift")},
-                                       std::pair{HotkeyModifiers::command, marked("Super")}})
+  for (const auto& [modifier, name] : desktopWords)
     if (hotkey.modifiers.contains(modifier))
       text.append(translated(name)).append("+");
   auto name = nameOf(hotkey.keyCode);

@@ -178,7 +178,7 @@ TEST(SettingEditing, Refused) {
       {"shortcut", "colorHex=#12345", ExitCode::refusedValue, "such as #FBBF24"},
       {"shortcut", "colorHex=#12345G", ExitCode::refusedValue, "such as #FBBF24"},
       {"converter", "from=parsec", ExitCode::refusedValue, ": one of "},
-      {"colourPicker", "hotkey=shift+P", ExitCode::refusedValue, "needs control, option or"},
+      {"colourPicker", "hotkey=shift+P", ExitCode::refusedValue, "needs Ctrl, Alt or Super"},
       {"colourPicker", "historyLimit=3", ExitCode::refusedValue, "4 to 60"}};
   for (const auto& test : cases) {
     const DockWidget widget(UUID(), "W", {}, *freshKind(test.kind, now), 1);
