@@ -139,6 +139,7 @@ void SettingsWindow::setUp(WidgetsEditor& editor, TileStage& stage, LiveTiles& l
   pages_->setCurrent(0);
   refresh();
   orderTabs();
+  widgets_->focusSearch();
 }
 
 /// What is made later comes last otherwise: the choice of pages behind the first page, and every page

@@ -52,6 +52,7 @@ protected:
 };
 
 TEST_F(WindowKeysTest, TabGoesAsTheWindowIsRead) {
+  EXPECT_EQ(focus(), "Search widgets") << "where most begin";
   button("Clock, place 1 of 2")->setFocus();
   test::pressKey(window->focusWidget(), Qt::Key_Delete);
   QApplication::processEvents();
