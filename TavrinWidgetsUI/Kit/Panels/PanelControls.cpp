@@ -124,19 +124,6 @@ void PanelSearchField::paintEvent(QPaintEvent* event) {
                      PanelPalette::from(palette()).secondary);
 }
 
-bool PanelSearchField::event(QEvent* event) {
-  // Qt's line keeps the keys for undoing even where it has nothing to undo.
-  if (event->type() == QEvent::ShortcutOverride) {
-    const auto* keys = static_cast<QKeyEvent*>(event);
-    if ((keys->matches(QKeySequence::Undo) && !isUndoAvailable()) ||
-        (keys->matches(QKeySequence::Redo) && !isRedoAvailable())) {
-      event->ignore();
-      return true;
-    }
-  }
-  return QLineEdit::event(event);
-}
-
 void PanelSearchField::keyPressEvent(QKeyEvent* event) {
   const int key = event->key();
   if (key == Qt::Key_Escape && !text().isEmpty()) {

@@ -53,7 +53,6 @@ public:
   std::function<void()> onReturn;
 
 protected:
-  bool event(QEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
