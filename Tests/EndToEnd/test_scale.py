@@ -4,6 +4,7 @@ import os
 import signal
 import unittest
 
+from desks.kind_desk import KindTest
 from rig import DeskTest, wait_for, widget
 
 TILE = 48
@@ -108,6 +109,47 @@ class ResourceScale(Scale):
         self.desk.wait_for_name(2)
         self.desk.toggle(2)
         wait_for(lambda: self.panel() and self.is_right(2, panel[3]), "the panel at its tile")
+
+
+class TextSize(KindTest):
+    """Panels are made anew for another size of texts, under the hands of who types in one."""
+
+    def setUp(self):
+        super().setUp()
+        self.file = self.desk.home / "xsettingsd.conf"
+        self.write(10)
+        self.manager = self.desk.spawn(["xsettingsd", "-c", str(self.file)])
+
+    def write(self, points):
+        self.file.write_text(f'Gtk/FontName "Inter {points}"\n')
+
+    def become(self, points):
+        before = self.panel_window()
+        self.write(points)
+        os.kill(self.manager.pid, signal.SIGHUP)
+        wait_for(lambda: self.panel_window() and self.panel_window()[3] != before[3],
+                 "the panel in another size")
+
+    def type(self, words):
+        self.desk.run("xdotool", "type", "--delay", "15", words)
+
+    def test_a_note_keeps_its_cursor(self):
+        self.place("note")
+        self.open()
+        self.type("hello world")
+        self.desk.key(*["Left"] * 5)
+        self.become(15)
+        self.type("X")
+        wait_for(lambda: self.settings().get("text") == "hello Xworld", "the letter in its place")
+
+    def test_a_field_keeps_its_text_and_cursor(self):
+        self.place("converter")
+        self.open()
+        self.type("123")
+        self.desk.key("Left")
+        self.become(15)
+        self.type("0")
+        wait_for(lambda: self.settings().get("value") == 1203, "the digit in its place")
 
 
 if __name__ == "__main__":

@@ -105,7 +105,7 @@ TEST_F(BookmarkWidget, EveryRemovalIsTakenBackWhateverHappenedSince) {
   list()->onRemove(1);
   list()->onRemove(1);
   EXPECT_TRUE(stored().bookmarks.empty());
-  typeText(search(), "new.example");
+  typeText(search(), "zebra.example");
   pressKey(search(), Qt::Key_Return);
   panel()->hide();
   click();
@@ -124,7 +124,7 @@ TEST_F(BookmarkWidget, EveryRemovalIsTakenBackWhateverHappenedSince) {
   EXPECT_EQ(titles(), (QStringList{"Work", "News", "Broken", "The page's name"}));
   EXPECT_FALSE(button("Undo")->isVisibleTo(panel()));
   list()->onRemove(3);
-  typeText(search(), "new.example");
+  typeText(search(), "zebra.example");
   pressKey(search(), Qt::Key_Return);
   EXPECT_FALSE(button("Undo")->isVisibleTo(panel())) << "its user has brought it back";
 }
