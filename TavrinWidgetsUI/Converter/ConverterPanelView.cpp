@@ -5,6 +5,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Pieces.h"
 #include "TavrinWidgetsUI/Kit/Utf8.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
@@ -235,8 +236,9 @@ void ConverterPanelView::refresh() {
   trouble_->setWords(trouble);
   trouble_->setVisible(!trouble.isEmpty());
   const double one = convert(1, *conversion.from, *conversion.to);
-  rate_->setWords(quantityText(1, *conversion.from, source_.notation, rateDigits) + " = " +
-                  quantityText(one, *conversion.to, source_.notation, rateDigits));
+  rate_->setWords(joinedPieces({quantityText(1, *conversion.from, source_.notation, rateDigits),
+                                quantityText(one, *conversion.to, source_.notation, rateDigits)},
+                               QStringLiteral(" = ")));
   rate_->setVisible(trouble.isEmpty());
   copy_->setEnabled(trouble.isEmpty());
 }

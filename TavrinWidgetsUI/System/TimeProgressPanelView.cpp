@@ -28,7 +28,7 @@ AnyView barRow(const TimeProgressReading& reading, bool isChosen, const PanelPal
   const QColor tint = withContrast(timeProgressTint(reading.scope), colours.ground, 3);
   return hstack(
              {text(nameOf(reading.scope)).weight(weight).colour(ink).width(48, Alignment::leading),
-              bar(reading.fraction).tint(tint).track(colours.track).height(6),
+              bar(reading.fraction).tint(tint).track(colours.secondary).height(6),
               text(QString::fromStdString(wholePercentText(reading.percentLeft)))
                   .weight(weight)
                   .colour(ink)

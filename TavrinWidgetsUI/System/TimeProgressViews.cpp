@@ -88,7 +88,7 @@ AnyView timeProgressTileIcon(const TimeProgressReading& reading, const TileSize&
   const double thickness = body * 0.07;
   const AnyView gauge = ring(reading.fraction)
                             .tint(tint)
-                            .track(palette::track)
+                            .track(palette::caption())
                             .thickness(thickness)
                             .frame(diameter, diameter);
   // The longer word stands above; a little lower, all of it keeps clear of the ring.
@@ -104,7 +104,7 @@ AnyView timeProgressWideTile(const TimeProgressReading& reading, const TileSize&
   WideTileContent content;
   content.tint = timeProgressTint(reading.scope);
   content.mark =
-      ring(reading.fraction).tint(content.tint).track(palette::track).thickness(side * 0.17);
+      ring(reading.fraction).tint(content.tint).track(palette::caption()).thickness(side * 0.17);
   content.caption = size.span > 2
                         ? scopeTitle(reading) + " · " + QString::fromStdString(reading.left)
                         : scopeTitle(reading);
@@ -116,10 +116,7 @@ AnyView timeProgressWideTile(const TimeProgressReading& reading, const TileSize&
 AnyView timeProgressRing(const TimeProgressReading& reading, double side, const QColor& ground,
                          const QColor& ink, const QColor& quiet) {
   const QColor tint = withContrast(timeProgressTint(reading.scope), ground, 3);
-  return zstack({ring(reading.fraction)
-                     .tint(tint)
-                     .track(withOpacity(quiet, 0.35))
-                     .thickness(side * 0.085),
+  return zstack({ring(reading.fraction).tint(tint).track(quiet).thickness(side * 0.085),
                  vstack({percent(reading, side * 0.25, ink),
                          word(worded("left"), side * 0.1, quiet)})})
       .frame(side, side)

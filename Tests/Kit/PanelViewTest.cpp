@@ -312,7 +312,9 @@ TEST(PanelSearchField, EscapeClearsFirstThenBelongsToThePopover) {
 }
 
 TEST(PanelSearchField, KeepsTheKeysForUndoingOnlyWhileThereIsTypingToUndo) {
+  PanelStyle::install();
   PanelSearchField field("Search");
+  field.ensurePolished();
   const auto takes = [&](int key) {
     QKeyEvent event(QEvent::ShortcutOverride, key, Qt::ControlModifier);
     event.ignore();

@@ -126,8 +126,13 @@ TEST_F(LayerTest, APanelOpensTakesKeysAndCloses) {
   const QColor desktop = colourAt(above);
   const auto isOpen = [&] { return colourAt(above) != desktop; };
   const auto isClosed = [&](int times) {
-    return first.says("closed", times) && eventually([&] { return !isOpen(); }) &&
-           eventually([&] { return other.hasKeyboard(); });
+    const bool isSaid = first.says("closed", times);
+    const bool isGone = eventually([&] { return !isOpen(); });
+    const bool isBack = eventually([&] { return other.hasKeyboard(); });
+    return isSaid && isGone && isBack ? testing::AssertionSuccess()
+                                      : testing::AssertionFailure()
+                                            << "said " << isSaid << ", gone " << isGone
+                                            << ", keyboard given back " << isBack;
   };
 
   click(tile);
