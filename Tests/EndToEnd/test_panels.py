@@ -134,7 +134,9 @@ class OnManager:
                 return fault
             time.sleep(0.03)
         time.sleep(0.1)
-        return self.fault(window, height)
+        # Frame and pixels are two questions to the server, and a panel whose content comes late may
+        # grow between them: what is wrong is wrong twice.
+        return self.fault(window, height) and self.fault(window, height)
 
     def toggle(self):
         self.session.toggle(self.desk.bundle_identifier(SLOT), SLOT)
