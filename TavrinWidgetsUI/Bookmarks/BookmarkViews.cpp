@@ -135,15 +135,14 @@ AnyView bookmarkWideTile(const BookmarkSettings& settings, const TileSize& size,
   const double gap = isFull ? (room - cell * static_cast<double>(cells.size())) /
                                   std::max(static_cast<double>(cells.size()) - 1, 1.0)
                             : 0;
-  return tile(shelfBottom,
-              hstack(std::move(cells))
-                  .spacing(gap)
-                  .width(room, Alignment::leading)
-                  .fill()
-                  .background(rectangle().gradient(shelfTop, shelfBottom)),
-              size)
-      .background(AnyView().fill().accessibility(worded("Bookmarks"),
-                                                 countText(allBookmarks(settings).size())));
+  return called(tile(shelfBottom,
+                     hstack(std::move(cells))
+                         .spacing(gap)
+                         .width(room, Alignment::leading)
+                         .fill()
+                         .background(rectangle().gradient(shelfTop, shelfBottom)),
+                     size),
+                worded("Bookmarks"), countText(allBookmarks(settings).size()));
 }
 
 } // namespace tavrin

@@ -1,5 +1,6 @@
 #include "TavrinWidgetsUI/Collection/CollectionViews.h"
 
+#include "TavrinWidgetsUI/Kit/Pieces.h"
 #include "TavrinWidgetsUI/Kit/Views/GradientGround.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewRenderer.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
@@ -69,7 +70,7 @@ QString listed(const std::vector<CollectionTileApp>& apps) {
   QStringList names;
   for (const auto& app : apps)
     names << (app.isGone ? worded("{name}, not installed", {{"name", app.name}}) : app.name);
-  return names.join(", ");
+  return joinedFacts(std::move(names));
 }
 
 AnyView emptyMark(double side) {
@@ -200,12 +201,12 @@ AnyView collectionWideTile(const std::vector<CollectionTileApp>& apps, Collectio
         action, apps[i].isGone ? worded("{name}, not installed", {{"name", apps[i].name}})
                                : worded("Open {name}", {{"name", apps[i].name}})));
   }
-  return tile(ground,
-              rowsOf(std::move(cells), form)
-                  .fill(form.hasNames ? Alignment::leading : Alignment::centre)
-                  .padding(size.padding()),
-              size)
-      .background(AnyView().fill().accessibility(name, listed(apps)));
+  return called(tile(ground,
+                     rowsOf(std::move(cells), form)
+                         .fill(form.hasNames ? Alignment::leading : Alignment::centre)
+                         .padding(size.padding()),
+                     size),
+                name, listed(apps));
 }
 
 } // namespace tavrin

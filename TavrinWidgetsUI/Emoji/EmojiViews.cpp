@@ -81,9 +81,8 @@ AnyView emojiWideTile(const std::vector<Emoji>& recents, EmojiSkinTone tone, Emo
     if (!cells.empty())
       rows.push_back(hstack(std::move(cells)).fillWidth());
   }
-  return body(vstack(std::move(rows)).align(Alignment::leading).width(room), size)
-      .background(AnyView().fill().accessibility(
-          worded("Emoji"), QString::fromStdString(offer.front().inTone(tone))));
+  return called(body(vstack(std::move(rows)).align(Alignment::leading).width(room), size),
+                worded("Emoji"), QString::fromStdString(offer.front().inTone(tone)));
 }
 
 } // namespace tavrin

@@ -154,9 +154,10 @@ AnyView screenshotWideTile(const ScreenshotReading& reading, const TileSize& siz
                       .spacing(body * 0.04)
                       .padding(Insets{body * 0.06, 0, 0, 0}));
   }
-  return onGround(hstack(std::move(row)).spacing(gap).fill(Alignment::leading).padding(padding, 0),
-                  size)
-      .background(AnyView().fill().accessibility(worded("Screenshots"), spokenState(reading)));
+  return called(
+      onGround(hstack(std::move(row)).spacing(gap).fill(Alignment::leading).padding(padding, 0),
+               size),
+      worded("Screenshots"), spokenState(reading));
 }
 
 } // namespace tavrin

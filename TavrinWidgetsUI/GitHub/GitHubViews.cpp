@@ -109,7 +109,7 @@ AnyView itemLine(const GitHubItem& item, Date now, const TileSize& size, double 
                   .fillWidth(),
               text(agoText(item.updatedAt, now)).size(points).colour(size.quietInk(ground))})
           .spacing(points * 0.5);
-  const QString name = QString::fromStdString(item.title) + ", " + itemText(item);
+  const QString name = joinedFacts({QString::fromStdString(item.title), itemText(item)});
   return open ? line.button({"open " + item.url, [open, url = item.url] { open(url); }}, name)
               : line.accessibility(name);
 }

@@ -1,6 +1,6 @@
 #include "TavrinWidgetsUI/Music/MusicViews.h"
-#include "TavrinWidgetsUI/Kit/Pieces.h"
 
+#include "TavrinWidgetsUI/Kit/Pieces.h"
 #include "TavrinWidgetsUI/Kit/Utf8.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 

@@ -1,5 +1,6 @@
 #include "TavrinWidgetsUI/Runs/StopwatchViews.h"
 
+#include "TavrinWidgetsUI/Kit/Pieces.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 #include "TavrinWidgetsUI/Runs/RunViews.h"
 
@@ -129,7 +130,7 @@ AnyView stopwatchTileIcon(const StopwatchRun& run, Date now, const TileSize& siz
   if (size.side >= smallestDialWithTime)
     face.time = timeText(run, now);
   return tile(palette::ground, face.view(side), size)
-      .accessibility(worded("Stopwatch"), timeText(run, now) + ", " + spokenState(run));
+      .accessibility(worded("Stopwatch"), joinedFacts({timeText(run, now), spokenState(run)}));
 }
 
 AnyView stopwatchWideTile(const StopwatchRun& run, Date now, const TileSize& size,
@@ -145,7 +146,7 @@ AnyView stopwatchWideTile(const StopwatchRun& run, Date now, const TileSize& siz
   content.middle = wideRunText(captions, time, size);
   content.tint = stopwatchTint;
   content.label = worded("Stopwatch");
-  content.value = time + ", " + spokenState(run);
+  content.value = joinedFacts({time, spokenState(run)});
   content.actions = {{{"stopwatch.toggle", actions.toggle},
                       run.isRunning() ? "pause.fill" : "play.fill",
                       stopwatchToggleTitle(run),

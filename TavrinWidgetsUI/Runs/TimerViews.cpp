@@ -1,5 +1,6 @@
 #include "TavrinWidgetsUI/Runs/TimerViews.h"
 
+#include "TavrinWidgetsUI/Kit/Pieces.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 #include "TavrinWidgetsUI/Runs/RunViews.h"
 
@@ -53,7 +54,7 @@ AnyView timerTileIcon(const TimerRun& run, Date now, const QColor& tint, const T
   content.markRatio = 0.22;
   content.state = isFinished ? TileState::done : TileState::live;
   content.label = timerModeTitle(run.mode);
-  content.value = time + QStringLiteral(", ") + timerStateWord(run, now);
+  content.value = joinedFacts({time, timerStateWord(run, now)});
   return tile(content, size);
 }
 
@@ -68,7 +69,7 @@ AnyView timerWideTile(const TimerRun& run, Date now, const QColor& tint, const T
                                               : QStringList{mode, state}},
                                time, size);
   content.label = mode;
-  content.value = time + QStringLiteral(", ") + state;
+  content.value = joinedFacts({time, state});
   content.actions = {{{"timer.toggle", actions.toggle},
                       run.isRunning() ? "pause.fill" : "play.fill",
                       timerToggleTitle(run, now),

@@ -1,6 +1,6 @@
 #include "TavrinWidgetsUI/System/ActivityViews.h"
-#include "TavrinWidgetsUI/Kit/Pieces.h"
 
+#include "TavrinWidgetsUI/Kit/Pieces.h"
 #include "TavrinWidgetsUI/Kit/Views/Gauges.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 

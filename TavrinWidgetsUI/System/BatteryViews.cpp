@@ -1,6 +1,7 @@
 #include "TavrinWidgetsUI/System/BatteryViews.h"
 
 #include "TavrinWidgetsUI/Kit/Pictures/Symbols.h"
+#include "TavrinWidgetsUI/Kit/Pieces.h"
 #include "TavrinWidgetsUI/Kit/Views/Gauges.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
@@ -202,7 +203,7 @@ AnyView batteryTileIcon(const BatteryReading& reading, const BatterySettings& se
                                                                : statusTile;
   return make(reading, settings, size)
       .accessibility(worded("Battery"),
-                     percentText(*reading.level) + ", " + batteryStateText(reading));
+                     joinedFacts({percentText(*reading.level), batteryStateText(reading)}));
 }
 
 AnyView batteryWideTile(const BatteryReading& reading, const BatterySettings& settings,
@@ -240,7 +241,7 @@ AnyView batteryWideTile(const BatteryReading& reading, const BatterySettings& se
     content.caption = worded("Battery");
     content.figure = size.span > 2 ? state : shortStateText(reading);
   }
-  content.value = percentText(*reading.level) + ", " + state;
+  content.value = joinedFacts({percentText(*reading.level), state});
   return wideTile(content, size);
 }
 

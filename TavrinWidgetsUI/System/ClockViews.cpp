@@ -1,4 +1,5 @@
 #include "TavrinWidgetsUI/System/ClockViews.h"
+#include "TavrinWidgetsUI/Kit/Pieces.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QRadialGradient>
@@ -94,10 +95,8 @@ void drawFace(QPainter& painter, const QRectF& rect, const Face& face) {
 }
 
 QString spokenTime(const ClockReading& clock) {
-  QString text = QString::fromStdString(clock.time + ", " + clock.weekday);
-  if (clock.otherZone)
-    text += ", " + QString::fromStdString(clock.otherZone->city);
-  return text;
+  return joinedFacts({QString::fromStdString(clock.time), QString::fromStdString(clock.weekday),
+                      clock.otherZone ? QString::fromStdString(clock.otherZone->city) : QString()});
 }
 
 /// The weekday; where it is too long for the line, its short form.

@@ -2,6 +2,7 @@
 
 #include "TavrinCore/Kinds/System/CountdownSettings.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Pieces.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewWidget.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 #include "TavrinWidgetsUI/System/CountdownViews.h"
@@ -43,7 +44,7 @@ void CountdownPanelView::refresh() {
                      .gradient(mix(countdownGround, countdownAccent, 0.25), countdownGround)
                      .overlay(countdownDial(*settings, now, dialSide)));
   const auto forms = countdownForms(Countdown::displayedSeconds(*settings, now));
-  dial_->setName(QString::fromStdString(forms.front()) + ", " + caption);
+  dial_->setName(joinedFacts({QString::fromStdString(forms.front()), caption}));
 }
 
 } // namespace tavrin

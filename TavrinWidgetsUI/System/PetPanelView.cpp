@@ -4,6 +4,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelSegments.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
+#include "TavrinWidgetsUI/Kit/Pieces.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewWidget.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 #include "TavrinWidgetsUI/System/PetViews.h"
@@ -70,7 +71,7 @@ void PetPanelView::refresh() {
   setTitle(QString::fromStdString(source_.model.widget().name));
   meadow_->setView(
       petMeadow(now.species, pet.pose(), pet.sky()).clip(roundedRectangle(meadowCorner)));
-  meadow_->setName(petName(now.species) + ", " + petWords(pet.pose()).toLower());
+  meadow_->setName(joinedFacts({petName(now.species), petWords(pet.pose()).toLower()}));
   const bool isAsleep = pet.pose().activity == PetActivity::sleeping;
   words_->setWords(isAsleep ? worded("Asleep until {hour} o'clock", {{"hour", pet.wakingHour()}})
                             : petWords(pet.pose()));

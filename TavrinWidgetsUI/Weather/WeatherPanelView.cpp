@@ -1,6 +1,6 @@
 #include "TavrinWidgetsUI/Weather/WeatherPanelView.h"
-#include "TavrinCore/Text/DecimalText.h"
 
+#include "TavrinCore/Text/DecimalText.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelList.h"

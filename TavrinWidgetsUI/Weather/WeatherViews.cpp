@@ -99,24 +99,25 @@ std::vector<WeatherDay> comingDays(const WeatherSnapshot& weather, const Calenda
   return days;
 }
 
-/// "Th"; for all days the letter alone in languages of which some short names are long.
-QString dayLetters(Date date, const Calendar& calendar) {
+/// As a date's pattern: "Th"; for all days the letter alone in languages of which some short names
+/// are long.
+const char* dayLetters(const Calendar& calendar, Date today) {
   constexpr qsizetype longest = 3;
   constexpr int week = 7;
-  bool isShort = true;
   for (int days = 0; days < week; ++days)
-    isShort &= utf8(calendar.text(calendar.addingDays(days, date), "cccccc")).size() <= longest;
-  return utf8(calendar.text(date, isShort ? "cccccc" : "ccccc"));
+    if (utf8(calendar.text(calendar.addingDays(days, today), "cccccc")).size() > longest)
+      return "ccccc";
+  return "cccccc";
 }
 
-/// Weekday, symbol, high and low under each other; the weekday goes first.
+/// Weekday, symbol, high and low under each other; the weekday, by its pattern, goes first.
 AnyView dayColumn(const WeatherDay& day, const Calendar& calendar, const QColor& ground,
-                  const TileSize& size, double points, bool hasName) {
+                  const TileSize& size, double points, const char* letters) {
   const QColor quiet = size.quietInk(ground);
   const double symbolSide = points * 1.25;
   std::vector<AnyView> lines;
-  if (hasName)
-    lines.push_back(wordText(dayLetters(day.date, calendar), points, quiet));
+  if (letters != nullptr)
+    lines.push_back(wordText(utf8(calendar.text(day.date, letters)), points, quiet));
   lines.push_back(conditionSymbol(day.condition, true, ground).frame(symbolSide, symbolSide));
   lines.push_back(
       figureText(utf8(WeatherWords::shortDegrees(day.high)), points, palette::figure(ground)));
@@ -143,11 +144,12 @@ AnyView forecastColumns(const WeatherSnapshot& weather, const TileSize& size, st
   const Calendar calendar = placeCalendar(*weather.reading);
   const QColor ground = groundOf(skyOf(weather));
   const double points = columnPoints(size);
+  const char* letters = hasNames ? dayLetters(calendar, weather.now) : nullptr;
   std::vector<AnyView> columns;
   for (const auto& day : comingDays(weather, calendar)) {
     if (columns.size() == count)
       break;
-    columns.push_back(dayColumn(day, calendar, ground, size, points, hasNames).width(width));
+    columns.push_back(dayColumn(day, calendar, ground, size, points, letters).width(width));
   }
   return hstack(std::move(columns));
 }

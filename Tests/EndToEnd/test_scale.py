@@ -11,12 +11,23 @@ TILE = 48
 PANEL_GAP = 2
 
 
+class SettingsManager:
+    """An XSETTINGS manager that tells one setting."""
+
+    def __init__(self, desk, setting):
+        self.file = desk.home / "xsettingsd.conf"
+        self.file.write_text(setting)
+        self.process = desk.spawn(["xsettingsd", "-c", str(self.file)])
+
+    def tell(self, setting):
+        self.file.write_text(setting)
+        os.kill(self.process.pid, signal.SIGHUP)
+
+
 class Scale(DeskTest):
     def setUp(self):
         super().setUp()
-        self.settings = self.desk.home / "xsettingsd.conf"
-        self.write(96)
-        self.manager = self.desk.spawn(["xsettingsd", "-c", str(self.settings)])
+        self.manager = SettingsManager(self.desk, self.dpi(96))
         self.desk.write_widgets([widget("timer", {}, 1), widget("note", {"text": "Hallo"}, 2)],
                                 announce=False)
         self.slots = [self.start(1), self.start(2)]
@@ -28,12 +39,12 @@ class Scale(DeskTest):
         self.desk.wait_for_name(slot)
         return process
 
-    def write(self, dpi):
-        self.settings.write_text(f"Xft/DPI {dpi * 1024}\n")
+    @staticmethod
+    def dpi(value):
+        return f"Xft/DPI {value * 1024}\n"
 
     def become(self, dpi):
-        self.write(dpi)
-        os.kill(self.manager.pid, signal.SIGHUP)
+        self.manager.tell(self.dpi(dpi))
 
     def tile(self, slot=1):
         return min(self.desk.windows(self.slots[slot].pid), key=lambda window: window[4])
@@ -116,17 +127,15 @@ class TextSize(KindTest):
 
     def setUp(self):
         super().setUp()
-        self.file = self.desk.home / "xsettingsd.conf"
-        self.write(10)
-        self.manager = self.desk.spawn(["xsettingsd", "-c", str(self.file)])
+        self.manager = SettingsManager(self.desk, self.font(10))
 
-    def write(self, points):
-        self.file.write_text(f'Gtk/FontName "Inter {points}"\n')
+    @staticmethod
+    def font(points):
+        return f'Gtk/FontName "Inter {points}"\n'
 
     def become(self, points):
         before = self.panel_window()
-        self.write(points)
-        os.kill(self.manager.pid, signal.SIGHUP)
+        self.manager.tell(self.font(points))
         wait_for(lambda: self.panel_window() and self.panel_window()[3] != before[3],
                  "the panel in another size")
 

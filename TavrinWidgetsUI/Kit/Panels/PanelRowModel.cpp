@@ -1,6 +1,6 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
-#include "TavrinWidgetsUI/Kit/Pieces.h"
 
+#include "TavrinWidgetsUI/Kit/Pieces.h"
 #include "TavrinWidgetsUI/Kit/Views/PlainWords.h"
 #include "TavrinWidgetsUI/Kit/Words.h"
 

@@ -132,8 +132,9 @@ QSizeF Text::measure(ViewContext& context, const QSizeF& offer) const {
     const auto [parts, size] = context.text.lines(string, fontWeight, pointSize, leastSize(*this),
                                                   offer.width(), linesIn(*this, offer.height()));
     // Too long for its lines: wider than the room, so that another candidate is taken.
-    const bool isCut = std::ranges::any_of(
-        parts, [&](const QString& part) { return part.endsWith(u'…') && !string.contains(u'…'); });
+    const bool isCut =
+        !string.contains(u'…') &&
+        std::ranges::any_of(parts, [](const QString& part) { return part.endsWith(u'…'); });
     if (figureMinimum && isCut)
       return {offer.width() + 1, line * double(parts.size())};
     double widest = 0;

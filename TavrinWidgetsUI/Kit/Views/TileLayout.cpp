@@ -352,7 +352,11 @@ AnyView wideTile(const WideTileContent& content, const TileSize& size) {
                               .frame(size.width(), size.height());
   if (content.label.isEmpty() && content.value.isEmpty())
     return picture;
-  return picture.background(AnyView().fill().accessibility(content.label, content.value));
+  return called(picture, content.label, content.value);
+}
+
+AnyView called(const AnyView& tile, const QString& label, const QString& value) {
+  return tile.background(AnyView().fill().accessibility(label, value));
 }
 
 AnyView progressDots(int done, int total, const QColor& tint, double side, double spacing,

@@ -119,6 +119,9 @@ struct WideTileContent {
 };
 AnyView wideTile(const WideTileContent& content, const TileSize& size);
 
+/// Says what a tile is called as a whole, before its parts, which speak for themselves too.
+AnyView called(const AnyView& tile, const QString& label, const QString& value);
+
 /// `total` small circles of which the first `done` are filled.
 AnyView progressDots(int done, int total, const QColor& tint, double side, double spacing,
                      const QColor& track = palette::track);

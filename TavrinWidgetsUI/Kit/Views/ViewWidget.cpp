@@ -1,6 +1,6 @@
 #include "TavrinWidgetsUI/Kit/Views/ViewWidget.h"
-#include "TavrinWidgetsUI/Kit/Pieces.h"
 
+#include "TavrinWidgetsUI/Kit/Pieces.h"
 #include "TavrinWidgetsUI/Kit/Views/FocusRing.h"
 #include "TavrinWidgetsUI/Kit/Views/PlainWords.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewRenderer.h"
