@@ -376,15 +376,15 @@ AnyView wideLines(const WeatherSnapshot& weather, const TileSize& size) {
     first = {line(joinedPieces({city, words})).figure(size.words(0)),
              vstack({line(city), line(words).lines(2)}).align(Alignment::leading)};
   const auto apparent = size.hasCaption() ? apparentOf(weather) : std::nullopt;
-  const AnyView feels = apparent ? feelsLine(*apparent, weather, size) : AnyView();
-  const auto degrees = [&](double ratio, const AnyView& last) -> AnyView {
-    return hstack({figureText(temperatureOf(reading), body * ratio, palette::figure(ground)), last})
-        .spacing(body * 0.06)
+  const auto degrees = [&](double ratio, double gap) -> AnyView {
+    return hstack({figureText(temperatureOf(reading), body * ratio, palette::figure(ground)),
+                   apparent ? feelsLine(*apparent, weather, size) : AnyView()})
+        .spacing(body * gap)
         .align(Alignment::bottom);
   };
   return vstack({firstFitting(std::move(first)),
-                 firstFitting({degrees(0.32, feels), degrees(0.27, feels), degrees(0.235, feels),
-                               degrees(0.235, {})})})
+                 firstFitting({degrees(0.32, 0.06), degrees(0.27, 0.06), degrees(0.235, 0.06),
+                               degrees(0.2, 0.04)})})
       .align(Alignment::leading)
       .spacing(body * 0.03);
 }
