@@ -70,6 +70,13 @@ class EveryField(DeskTest):
             key("space")
             if field["key"] == "hotkey":
                 key("ctrl+alt+k")
+            elif field["key"] == "bookmarks":
+                # What is added is kept with its first valid address.
+                self.await_stop("Title")
+                key("Tab")
+                self.await_stop("Address")
+                self.desk.run("xdotool", "type", "https://tavrin.example")
+                key("Return")
             elif field["type"] != "list" or field["key"] == "apps":
                 self.await_choices(field)
                 if not field.get("choices"):
@@ -89,6 +96,9 @@ class EveryField(DeskTest):
     def await_choices(self, field):
         wait_for(lambda: any(entry["role"] in ("list item", "table cell", "icon")
                              for entry in self.window.tree()), f"choices of {field['key']}")
+
+    def await_stop(self, name):
+        wait_for(lambda: (self.window.focused() or {}).get("name") == name, f"the keyboard at {name}")
 
     def changes(self, name, field, before, seconds):
         try:
