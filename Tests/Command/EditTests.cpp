@@ -217,19 +217,24 @@ TEST_F(EditorScriptTest, AnUntouchedFormThatAWindowMayShowGoesAfterAWeek) {
 // Its window belongs to a process that runs already; what is saved there comes after the program
 // has returned, and again later.
 TEST_F(EditorScriptTest, AnEditorThatHandsTheFormOverIsWaitedFor) {
-  const auto stored = [&](const std::string& seconds) {
-    return "while ! grep -q '\"focus\"[ :]*" + seconds + "' '" + widgetsFile().string() +
-           "'; do sleep 0.05; done; ";
+  // Within a minute: else the test would hang where the program has ended.
+  const auto until = [](const std::string& pattern, const std::filesystem::path& file) {
+    return "for each in $(seq 1200); do grep -q '" + pattern + "' '" + file.string() +
+           "' && break; sleep 0.05; done; ";
   };
+  const auto stored = [&](const std::string& seconds) {
+    return until("\"focus\"[ :]*" + seconds, widgetsFile());
+  };
+  const auto told = [&](const std::string& words) { return until(words, folder / "words"); };
   const auto saves = [](const std::string& from, const std::string& to) {
     return "sed 's/\"focus\": " + from + "/\"focus\": " + to +
            "/' \"$1\" > \"$1.new\"; mv \"$1.new\" \"$1\"; ";
   };
-  const auto words = runScript("handing",
-                               "(" + saves("1500", "3000") + stored("3000") + saves("3000", "1") +
-                                   "while ! grep -q 'must be' '" + (folder / "words").string() +
-                                   "'; do sleep 0.05; done; " + saves("1", "2400") + ") &",
-                               stored("2400") + "echo");
+  const auto words =
+      runScript("handing",
+                "(" + told("taken each time") + saves("1500", "3000") + stored("3000") +
+                    saves("3000", "1") + told("must be") + saves("1", "2400") + ") &",
+                stored("2400") + "echo");
   EXPECT_THAT(words, HasSubstr("you save there is taken each time"));
   EXPECT_THAT(words, HasSubstr("\"focus\" must be 1 min to 2 h"));
   EXPECT_EQ(status, 0) << words;
