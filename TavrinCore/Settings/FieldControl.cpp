@@ -78,6 +78,21 @@ std::optional<FieldControl> controlFor(const FieldInfo& field) {
   return std::nullopt;
 }
 
+bool isTakenWhole(const FieldInfo& field) {
+  if (field.type != FieldType::text)
+    return true;
+  switch (field.role) {
+  case FieldRole::link:
+  case FieldRole::file:
+  case FieldRole::folder:
+  case FieldRole::command:
+  case FieldRole::repository:
+    return true;
+  default:
+    return false;
+  }
+}
+
 bool isCoveredByAnother(const FieldInfo& field) {
   return field.role == FieldRole::latitude || field.role == FieldRole::longitude;
 }

@@ -44,6 +44,11 @@ enum class FieldControl {
 /// No value for a field that none of them can set.
 std::optional<FieldControl> controlFor(const FieldInfo& field);
 
+/// Whether a line that is typed for the field is taken once it is whole, not with each letter: each
+/// beginning of an address, a path or a command is another one, and one of a number may be too. Of
+/// a plain text each letter is taken; a colour is none before its last.
+bool isTakenWhole(const FieldInfo& field);
+
 /// Whether the field is set by another one's control: coordinates by the city's.
 bool isCoveredByAnother(const FieldInfo& field);
 

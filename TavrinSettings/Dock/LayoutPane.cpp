@@ -8,6 +8,7 @@
 #include "TavrinSettings/Dock/FollowPane.h"
 #include "TavrinSettings/Dock/LayoutItems.h"
 #include "TavrinSettings/Form/ShortcutRecorder.h"
+#include "TavrinSettings/Form/TypedLine.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelSegments.h"
@@ -132,20 +133,21 @@ void LayoutPane::makeFocus(QVBoxLayout* column) {
     });
   };
   column->addWidget(new PanelField(worded("Apply by Focus"), focus_, this));
-  mode_ = new QLineEdit(this);
+  mode_ = new TypedLine(TypedLine::Taking::whole, this);
   mode_->setAccessibleName(worded("Focus mode"));
   mode_->setPlaceholderText(worded("Any"));
   mode_->setMinimumWidth(220);
   setPlainToolTip(mode_, worded("Kept for computers that tell Focus modes apart. Here any Focus "
                                 "applies the layout."));
-  QObject::connect(mode_, &QLineEdit::textChanged, this, [this](const QString& text) {
-    const auto mode = std::string(trimmed(text.toStdString()));
+  mode_->onTake = [this] {
+    const auto mode = std::string(trimmed(mode_->text().toStdString()));
     // These two are no names.
-    if (isShowing_ || mode == "off")
-      return;
-    edit(marked("Focus of {name}"), "mode",
-         [&](Profile& profile) { profile.focusModeBinding = mode.empty() ? "on" : mode; });
-  });
+    if (mode != "off")
+      edit(marked("Focus of {name}"), "",
+           [&](Profile& profile) { profile.focusModeBinding = mode.empty() ? "on" : mode; });
+    else if (const auto profile = services_.profiles.profile(id_))
+      showFocus(*profile, true);
+  };
   modeRow_ = new PanelField(worded("Focus mode"), mode_, this);
   column->addWidget(modeRow_);
   auto* following = new QHBoxLayout;
@@ -312,6 +314,8 @@ bool LayoutPane::show(const UUID& id) {
     return false;
   const auto name = QString::fromStdString(profile->name);
   const bool isAnother = id != id_;
+  if (isAnother)
+    mode_->take();
   isShowing_ = true;
   if (isAnother || (!name_->hasFocus() && name_->text() != name))
     name_->setText(name);
@@ -342,11 +346,8 @@ void LayoutPane::showFocus(const Profile& profile, bool isAnother) {
   const bool isNamed = state < 0;
   focus_->setCurrent(isNamed ? 1 : state);
   modeRow_->setVisible(isNamed || state == 1);
-  const auto mode = isNamed ? utf8(binding) : QString();
-  isShowing_ = true;
-  if (isAnother || (!mode_->hasFocus() && mode_->text() != mode))
-    mode_->setText(mode);
-  isShowing_ = false;
+  if (isAnother || !mode_->hasFocus())
+    mode_->showText(isNamed ? utf8(binding) : QString());
 }
 
 void LayoutPane::showShortcut(const Profile& profile) {

@@ -22,6 +22,7 @@ class PanelSegments;
 class PanelSwatch;
 class PanelText;
 class ShortcutRecorder;
+class TypedLine;
 
 /// The Dock's layouts as all their panes have them.
 struct DockServicesOfPage {
@@ -76,7 +77,7 @@ private:
   QLineEdit* name_;
   std::vector<PanelSwatch*> colours_;
   PanelSegments* focus_;
-  QLineEdit* mode_;
+  TypedLine* mode_;
   PanelField* modeRow_;
   PanelSegments* others_;
   ShortcutRecorder* shortcut_;

@@ -25,6 +25,8 @@ public:
   virtual bool isTyping() const { return false; }
   /// `setValue` does not touch what is being typed.
   virtual bool leavesTyping() const { return false; }
+  /// What was taken stands there as it is stored, not as it was written.
+  virtual bool showsWhatIsStored() const { return false; }
   /// Takes what is half typed. False where it was refused.
   virtual bool commit() { return true; }
   /// Where the keyboard goes for this field.

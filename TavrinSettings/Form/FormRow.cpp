@@ -143,6 +143,8 @@ std::string FormRow::edit(std::vector<SettingValue> values) {
   if (refusal.empty()) {
     remark_.clear();
     trouble_.clear();
+    if (control_->showsWhatIsStored())
+      fill(known_, record_);
   } else {
     trouble_ = withTitle(utf8(refusal), field_);
   }
@@ -156,6 +158,11 @@ std::string FormRow::edit(std::vector<SettingValue> values) {
 void FormRow::complain(const QString& sentence) {
   trouble_ = withTitle(sentence, field_);
   showMessage();
+}
+
+void FormRow::demand() {
+  complain(utf8(translated("\"{key}\" must be {allowed}",
+                           {{"key", field_.key}, {"allowed", allowedText(field_)}})));
 }
 
 void FormRow::showMessage() {

@@ -22,6 +22,8 @@ public:
   bool isTyping() const;
   bool commit();
   void focusControl();
+  /// Says what its value must be.
+  void demand();
   /// Title above the control instead of beside it.
   void setNarrow(bool isNarrow);
 

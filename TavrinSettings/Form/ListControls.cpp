@@ -225,7 +225,10 @@ RecordListControl::RecordListControl(const FieldInfo& field, const FormServices&
   this->column()->addWidget(
       new PanelButton(PanelButton::Kind::quiet, addTitle(field), [this] { add(); }), 0,
       Qt::AlignLeading);
-  list()->onOpen = [this](int index) { open(index == open_ ? -1 : index); };
+  list()->onOpen = [this](int index) {
+    commit();
+    open(index == open_ ? -1 : index);
+  };
 }
 
 PanelRow RecordListControl::rowOf(const JSONValue& element) const {
@@ -254,7 +257,27 @@ void RecordListControl::setValue(const JSONValue& value, const JSONValue& record
   showOpen();
 }
 
+bool RecordListControl::leadToMissing() {
+  const auto isRefused = [](FormRow* row) { return !row->commit(); };
+  if (const auto refused = std::ranges::find_if(rows_, isRefused); refused != rows_.end()) {
+    (*refused)->focusControl();
+    return true;
+  }
+  if (!draft_)
+    return false;
+  for (auto* row : rows_)
+    for (const auto& each : field().fields)
+      if (row->path() == each.key && lacks(*draft_, each)) {
+        row->focusControl();
+        row->demand();
+        return true;
+      }
+  return false;
+}
+
 void RecordListControl::add() {
+  if (leadToMissing())
+    return;
   JSONValue::Object fresh;
   for (const auto& each : field().fields)
     if (each.isRequired)
@@ -311,12 +334,16 @@ void RecordListControl::showOpen() {
     row->show(shown);
 }
 
-/// A text that must be there is not there yet, and it is not the one that is being written.
+/// A text that must be there is not there yet.
+bool RecordListControl::lacks(const JSONValue::Object& record, const FieldInfo& each) const {
+  return each.isRequired && each.type == FieldType::text && memberText(record, each.key).isEmpty();
+}
+
+/// It lacks a text that is not the one that is being written.
 bool RecordListControl::lacksOtherThan(const JSONValue::Object& record,
                                        const std::string& key) const {
   return std::ranges::any_of(field().fields, [&](const FieldInfo& each) {
-    return each.isRequired && each.key != key && memberText(record, each.key).isEmpty() &&
-           each.type == FieldType::text;
+    return each.key != key && lacks(record, each);
   });
 }
 

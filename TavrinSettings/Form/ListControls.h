@@ -90,10 +90,13 @@ protected:
 
 private:
   void add();
+  /// Leads to what keeps the open record from being stored. False where nothing does.
+  bool leadToMissing();
   void open(int index, std::optional<JSONValue::Object> draft = {});
   void showOpen();
   /// Why it is refused; nothing where it is not.
   std::string change(const std::vector<SettingValue>& values);
+  bool lacks(const JSONValue::Object& record, const FieldInfo& field) const;
   bool lacksOtherThan(const JSONValue::Object& record, const std::string& key) const;
 
   /// The element whose fields are shown; -1 for none. That of a draft is one beyond the last.

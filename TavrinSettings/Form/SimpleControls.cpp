@@ -1,7 +1,9 @@
 #include "TavrinSettings/Form/SimpleControls.h"
 
+#include "TavrinCore/Settings/FieldControl.h"
 #include "TavrinCore/Settings/SettingText.h"
 #include "TavrinSettings/Form/Picker.h"
+#include "TavrinSettings/Form/TypedLine.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelFont.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelSegments.h"
@@ -247,17 +249,23 @@ QWidget* NumberControl::target() {
 }
 
 TextControl::TextControl(const FieldInfo& field, const FormServices& services)
-    : FormControl(field), services_(services), line_(new QLineEdit) {
+    : FormControl(field), services_(services),
+      line_(new TypedLine(isTakenWhole(field) ? TypedLine::Taking::whole
+                                              : TypedLine::Taking::letters)) {
   line_->setAccessibleName(title());
   line_->setFont(panelFont(PanelTextStyle::body));
   line_->setPlaceholderText(worded(field.absent));
   line_->setMinimumWidth(220);
   makeRow()->addWidget(line_, 1);
-  // Not what is edited by keys alone: assistive technology sets the text.
-  connect(line_, &QLineEdit::textChanged, this, [this] {
-    if (!isShowing_)
-      take();
-  });
+  line_->onTake = [this] { take(); };
+  line_->onTyping = [this] {
+    isTyping_ = true;
+    complain({});
+  };
+}
+
+bool TextControl::showsWhatIsStored() const {
+  return isTakenWhole(field());
 }
 
 bool TextControl::isWide() const {
@@ -269,14 +277,7 @@ void TextControl::setValue(const JSONValue& value, const JSONValue&) {
   const auto words = value.isNull()              ? std::string()
                      : value.string() != nullptr ? *value.string()
                                                  : settingText(field(), value);
-  const auto shown = utf8(words);
-  if (line_->text() == shown)
-    return;
-  const int cursor = line_->cursorPosition();
-  isShowing_ = true;
-  line_->setText(shown);
-  isShowing_ = false;
-  line_->setCursorPosition(std::min(cursor, static_cast<int>(shown.size())));
+  line_->showText(utf8(words));
 }
 
 bool TextControl::take() {

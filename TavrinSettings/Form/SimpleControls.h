@@ -6,7 +6,6 @@
 #include <vector>
 
 class QDateTimeEdit;
-class QLineEdit;
 
 namespace tavrin {
 
@@ -15,6 +14,7 @@ class NumberBox;
 class PanelSegments;
 class PanelSwitch;
 class PanelTextEdit;
+class TypedLine;
 
 class ToggleControl : public FormControl {
 public:
@@ -72,26 +72,25 @@ private:
   JSONValue value_;
 };
 
-/// A line of text, taken letter by letter; also what is written as one: a number without a range.
+/// A line of text; also what is written as one: a number without a range.
 class TextControl : public FormControl {
 public:
   TextControl(const FieldInfo& field, const FormServices& services);
   void setValue(const JSONValue& value, const JSONValue& record) override;
   bool isTyping() const override { return isTyping_; }
+  bool showsWhatIsStored() const override;
   bool commit() override;
   QWidget* target() override;
   bool isWide() const override;
-
-protected:
-  QLineEdit* line() { return line_; }
+  /// What is typed gives way to a value that was chosen.
+  void giveWay() { isTyping_ = false; }
 
 private:
   bool take();
 
   const FormServices& services_;
-  QLineEdit* line_;
+  TypedLine* line_;
   bool isTyping_ = false;
-  bool isShowing_ = false;
 };
 
 class LinesControl : public FormControl {

@@ -47,7 +47,7 @@ ColourControl::ColourControl(const FieldInfo& field, const FormServices& service
   for (const auto& colour : swatchColours) {
     auto* swatch = new PanelSwatch(
         QColor(utf8(colour.hex)), worded(colour.name),
-        [this, hex = colour.hex] { send(std::string(hex)); }, this);
+        [this, hex = colour.hex] { sendChosen(std::string(hex)); }, this);
     swatch->setSide(24);
     swatches_.push_back(swatch);
     row->addWidget(swatch);
@@ -60,7 +60,7 @@ ColourControl::ColourControl(const FieldInfo& field, const FormServices& service
         PanelButton::icon(QStringLiteral("eyedropper"), worded("Take from the screen"), [this] {
           picking_ = services_.pickColour([this](const ColourSample& sample) {
             if (sample.outcome == ColourSample::Outcome::picked)
-              send(fmt::format("#{:02X}{:02X}{:02X}", sample.red, sample.green, sample.blue));
+              sendChosen(fmt::format("#{:02X}{:02X}{:02X}", sample.red, sample.green, sample.blue));
             else if (sample.outcome == ColourSample::Outcome::unavailable)
               complain(worded("This desktop lets no program see "
                               "the screen"));
@@ -146,7 +146,7 @@ PathControl::PathControl(const FieldInfo& field, const FormServices& services)
           window(), isFolder ? FormServices::Choosing::folder : FormServices::Choosing::file,
           services.system.home);
       if (!chosen.empty())
-        send(pathText(chosen.front()));
+        sendChosen(pathText(chosen.front()));
     }));
 }
 

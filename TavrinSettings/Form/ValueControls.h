@@ -20,12 +20,18 @@ public:
     line_->setValue(value, record);
   }
   bool isTyping() const override { return line_->isTyping(); }
+  bool showsWhatIsStored() const override { return line_->showsWhatIsStored(); }
   bool commit() override { return line_->commit(); }
   QWidget* target() override { return line_->target(); }
   bool isWide() const override { return true; }
 
 protected:
   TextControl* line() { return line_; }
+  /// Sets a value that was not typed.
+  bool sendChosen(JSONValue value) {
+    line_->giveWay();
+    return send(std::move(value));
+  }
 
 private:
   TextControl* line_;

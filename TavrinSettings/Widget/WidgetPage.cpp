@@ -1,6 +1,7 @@
 #include "TavrinSettings/Widget/WidgetPage.h"
 
 #include "TavrinSettings/Base/ScrollFade.h"
+#include "TavrinSettings/Editing/StepField.h"
 #include "TavrinSettings/Editing/StripOrder.h"
 #include "TavrinSettings/Form/TabOrder.h"
 #include "TavrinSettings/Form/WidgetForm.h"
@@ -121,7 +122,7 @@ std::string WidgetPage::set(const std::vector<SettingValue>& values) {
     services_.editor.edit(id_,
                           path == "name" ? translated("Rename {name}", {{"name", name}})
                                          : translated("Set Up {name}", {{"name", name}}),
-                          path, [&](DockWidget& current) {
+                          stepField(values.front()), [&](DockWidget& current) {
                             current = withValues(current, values, services_.forms.system);
                           });
     return {};

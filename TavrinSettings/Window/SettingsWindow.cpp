@@ -2,6 +2,7 @@
 
 #include "TavrinSettings/Base/FootLine.h"
 #include "TavrinSettings/Form/TabOrder.h"
+#include "TavrinSettings/Form/TypedLine.h"
 #include "TavrinSettings/Window/WidgetsPage.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelAccessible.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
@@ -142,8 +143,8 @@ void SettingsWindow::setUp(WidgetsEditor& editor, TileStage& stage, LiveTiles& l
   widgets_->focusSearch();
 }
 
-/// What is made later comes last otherwise: the choice of pages behind the first page, and every page
-/// behind the foot.
+/// What is made later comes last otherwise: the choice of pages behind the first page, and every
+/// page behind the foot.
 void SettingsWindow::orderTabs() {
   followInTabOrder(*redo_, *pages_);
   QWidget* last = undo_->previousInFocusChain();
@@ -217,11 +218,18 @@ void SettingsWindow::showPage(int page) {
     stack_->setCurrentWidget(shown);
 }
 
+/// Takes what is half typed, wherever it is.
+void SettingsWindow::commit() {
+  if (auto* line = dynamic_cast<TypedLine*>(focusWidget()))
+    line->take();
+  if (widgets_ != nullptr)
+    widgets_->commit();
+}
+
 void SettingsWindow::step(bool isBack) {
   if (!services_)
     return;
-  if (widgets_ != nullptr)
-    widgets_->commit();
+  commit();
   const auto title = QString::fromStdString(isBack ? history_.undoTitle() : history_.redoTitle());
   if (title.isEmpty())
     return;
@@ -288,8 +296,7 @@ void SettingsWindow::fitScreen() {
 
 void SettingsWindow::closeEvent(QCloseEvent* event) {
   drag_.cancel();
-  if (widgets_ != nullptr)
-    widgets_->commit();
+  commit();
   event->accept();
   if (onClose)
     onClose();

@@ -51,6 +51,7 @@ private:
   QWidget* makeTop();
   void orderTabs();
   void showPage(int page);
+  void commit();
   void step(bool isBack);
   void refreshHistory();
   void followScreen();

@@ -1,6 +1,7 @@
 #include "TavrinCore/Kinds/Bookmarks/BookmarkSettings.h"
 #include "TavrinCore/Kinds/Note/NoteSettings.h"
 #include "TavrinCore/Kinds/Runs/PomodoroSettings.h"
+#include "TavrinCore/Kinds/Shortcut/ShortcutSettings.h"
 #include "TavrinCore/Kinds/Water/WaterSettings.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
@@ -54,6 +55,84 @@ TEST(FormKeys, ABookmarkIsStoredOnceItHasAnAddress) {
       before,
       {{"bookmarks", JSONValue::parse(R"([{"title":"New","url":"ftp://old.example"}])"), old}}, {});
   EXPECT_EQ(renamed.kind.get<BookmarkSettings>()->bookmarks.front().title, "New");
+}
+
+void pressButton(FormRig& rig, const QString& title) {
+  for (auto* button : test::all<PanelButton>(&rig.form))
+    if (button->title() == title && button->isVisibleTo(&rig.form)) {
+      button->click();
+      break;
+    }
+  QApplication::processEvents();
+}
+
+// "https://a" is an address, and so are those that follow it.
+TEST(FormKeys, WhatIsAnotherInEachBeginningIsTakenOnceItIsWhole) {
+  FormRig rig(kind<BookmarkSettings>());
+  pressButton(rig, "Add bookmark");
+  auto* address = rig.control<QLineEdit>("Address");
+  ASSERT_NE(address, nullptr);
+  address->setFocus();
+  rig.edits.clear();
+  FormRig::type(address, "sun.example/two words");
+  EXPECT_TRUE(rig.edits.empty());
+  EXPECT_THAT(rig.words().toStdString(), testing::Not(testing::HasSubstr("cannot be")));
+  FormRig::press(address, Qt::Key_Return);
+  EXPECT_EQ(rig.value("bookmarks").compact(),
+            R"([{"title":"","url":"https://sun.example/two%20words"}])");
+  EXPECT_EQ(address->text(), "https://sun.example/two%20words");
+  address->selectAll();
+  FormRig::type(address, "ftp://sun.example");
+  EXPECT_EQ(rig.edits.size(), 1U);
+  FormRig::press(address, Qt::Key_Tab);
+  EXPECT_EQ(rig.edits.size(), 2U) << "it is refused when the field is left";
+  EXPECT_EQ(address->text(), "ftp://sun.example");
+  EXPECT_THAT(rig.words().toStdString(), testing::HasSubstr("begin with http or https"));
+  address->setFocus();
+  address->selectAll();
+  FormRig::type(address, "moon.example");
+  EXPECT_THAT(rig.words().toStdString(), testing::Not(testing::HasSubstr("http or https")));
+  EXPECT_TRUE(rig.form.commit()) << "before the form goes away";
+  EXPECT_THAT(rig.value("bookmarks").compact(), testing::HasSubstr("https://moon.example"));
+
+  FormRig shortcut(kind<ShortcutSettings>());
+  auto* command = shortcut.control<QLineEdit>("Command");
+  auto* folder = shortcut.control<QLineEdit>("Folder");
+  command->setFocus();
+  FormRig::type(command, "rm notes/old");
+  EXPECT_TRUE(shortcut.edits.empty());
+  FormRig::press(command, Qt::Key_Tab);
+  EXPECT_EQ(shortcut.value("command"), JSONValue("rm notes/old"));
+  EXPECT_EQ(QApplication::focusWidget(), folder) << "which has an effect from then on";
+  FormRig::type(folder, "~/Pict");
+  EXPECT_EQ(shortcut.edits.size(), 1U);
+  // What is chosen takes the place of what was typed.
+  pressButton(shortcut, "Choose…");
+  EXPECT_EQ(folder->text(), "/home/ann/Pictures");
+  EXPECT_EQ(shortcut.value("workingFolder"), JSONValue("/home/ann/Pictures"));
+  EXPECT_THAT(shortcut.words().toStdString(), testing::Not(testing::HasSubstr("elsewhere")));
+}
+
+TEST(FormKeys, ABookmarkThatLacksItsAddressIsKeptWhileAnotherIsAskedFor) {
+  FormRig rig(kind<BookmarkSettings>());
+  pressButton(rig, "Add bookmark");
+  FormRig::type(rig.control<QLineEdit>("Title"), "Sun");
+  pressButton(rig, "Add bookmark");
+  EXPECT_EQ(rig.control<QLineEdit>("Title")->text(), "Sun");
+  auto* address = rig.control<QLineEdit>("Address");
+  EXPECT_EQ(QApplication::focusWidget(), address);
+  EXPECT_THAT(rig.words().toStdString(), testing::HasSubstr("“Address” must be an address"));
+  // Also where what stands there is refused.
+  FormRig::type(address, "ftp://sun.example");
+  pressButton(rig, "Add bookmark");
+  EXPECT_EQ(rig.control<QLineEdit>("Title")->text(), "Sun");
+  EXPECT_EQ(address->text(), "ftp://sun.example");
+  EXPECT_EQ(QApplication::focusWidget(), address);
+  address->selectAll();
+  FormRig::type(address, "sun.example");
+  pressButton(rig, "Add bookmark");
+  EXPECT_EQ(rig.value("bookmarks").compact(), R"([{"title":"Sun","url":"https://sun.example"}])");
+  EXPECT_EQ(rig.control<QLineEdit>("Title")->text(), "") << "the next one";
 }
 
 TEST(FormKeys, TabLeadsFromAListIntoWhatIsOpenBelowIt) {

@@ -1,4 +1,5 @@
 #include "TavrinCore/Kinds/Note/NoteSettings.h"
+#include "TavrinSettings/Editing/StepField.h"
 #include "TavrinSettings/Editing/StripOrder.h"
 #include "TavrinSettings/Editing/WidgetsEditor.h"
 #include "Tests/Command/HostFixture.h"
@@ -102,6 +103,24 @@ TEST_F(WidgetsEditorTest, AFullStripSaysWhatToDoAndMakesNothing) {
   }
   EXPECT_THAT(stored().widgets, SizeIs(12));
   EXPECT_EQ(history.undoTitle(), "Add Clock");
+}
+
+// Letters of one text are one step; what else is done to a list is one each.
+TEST(StepField, TellsLettersFromElements) {
+  const auto field = [](const char* before, const char* after) {
+    return stepField({"links", JSONValue::parse(after), JSONValue::parse(before)});
+  };
+  EXPECT_EQ(stepField({"name", "Te", JSONValue("T")}), "name");
+  EXPECT_EQ(stepField({"name", "Te", {}}), "name");
+  EXPECT_EQ(field("null", R"([{"t":"a"}])"), "");
+  EXPECT_EQ(field("[1,2]", "[1,2,3]"), "");
+  EXPECT_EQ(field("[1,2]", "[2]"), "");
+  EXPECT_EQ(field("[1,2]", "[2,1]"), "");
+  const auto letter = field(R"([{"t":"a","u":"x"},{}])", R"([{"t":"ab","u":"x"},{}])");
+  EXPECT_EQ(letter, field(R"([{"t":"ab","u":"x"},{}])", R"([{"t":"abc","u":"x"},{}])"));
+  EXPECT_NE(letter, field(R"([{"t":"a","u":"x"},{}])", R"([{"t":"a","u":"y"},{}])"));
+  EXPECT_NE(letter, field(R"([{},{"t":"a","u":"x"}])", R"([{},{"t":"ab","u":"x"}])"));
+  EXPECT_EQ(field(R"([{"links":[1]}])", R"([{"links":[1,2]}])"), "") << "a list in a list";
 }
 
 TEST_F(WidgetsEditorTest, UndoLeavesWhatOthersDidSinceAndSaysSo) {
