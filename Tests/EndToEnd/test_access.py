@@ -30,9 +30,12 @@ class Access(unittest.TestCase):
         wait_for(lambda: self.focused(process) is not None, "the focus")
 
     def focused(self, process):
-        # The toolkit calls a list's current row focused wherever the focus is.
-        return next((self.key(node) for node in self.tree.panel(process.pid)
-                     if node["focused"] and node["role"] not in ("list item", "table cell")), None)
+        held = [node for node in self.tree.panel(process.pid) if node["focused"]]
+        # A list has it with its current row.
+        for node in held:
+            if node["role"] == "list item":
+                self.assertEqual(held[0]["role"], "list", f"a row has the focus beside {held[0]}")
+        return next((self.key(node) for node in held if node["role"] != "list item"), None)
 
     @staticmethod
     def key(node):

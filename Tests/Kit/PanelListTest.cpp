@@ -146,6 +146,50 @@ TEST_F(PanelListTest, SpeaksItsRowsWithTheirNumbers) {
   EXPECT_EQ(spoken->child(1)->text(QAccessible::Name), "Row 1, 4 ml");
 }
 
+// One that keeps what it is in a window with pages and other controls.
+TEST_F(PanelListTest, ARowHasTheFocusWhileItsListHasAndShowsWhileItsPageDoes) {
+  auto* other = new PanelButton(PanelButton::Kind::quiet, "Other", [] {});
+  panel->add(other);
+  show(30);
+  list->setMaximumVisibleRows(4);
+  QApplication::processEvents();
+  auto* spoken = QAccessible::queryAccessibleInterface(list);
+  const auto state = [&](int row) { return spoken->child(row)->state(); };
+  list->setFocus(Qt::TabFocusReason);
+  list->setCurrentRow(1);
+  EXPECT_TRUE(spoken->state().focused);
+  EXPECT_TRUE(state(1).focused);
+  EXPECT_FALSE(state(0).focused);
+  EXPECT_EQ(spoken->focusChild(), spoken->child(1));
+  EXPECT_FALSE(state(0).invisible);
+  EXPECT_TRUE(state(20).invisible) << "it is scrolled away";
+  other->setFocus(Qt::TabFocusReason);
+  EXPECT_FALSE(state(1).focused);
+  EXPECT_EQ(spoken->focusChild(), nullptr);
+  list->hide();
+  EXPECT_TRUE(state(0).invisible);
+  EXPECT_TRUE(state(1).invisible);
+  list->show();
+  // A press is as a click, also where the row is another one by then.
+  auto* second = spoken->child(1);
+  EXPECT_EQ(spoken->indexOfChild(second), 1);
+  second->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+  QApplication::processEvents();
+  EXPECT_THAT(said, ElementsAre("open 1"));
+  spoken->child(1)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+  list->setRows(rows(1));
+  QApplication::processEvents();
+  EXPECT_THAT(said, ElementsAre("open 1"));
+  ASSERT_EQ(spoken->childCount(), 1);
+  EXPECT_EQ(spoken->child(0)->text(QAccessible::Name), "Row 0, 4 ml");
+  EXPECT_EQ(spoken->child(1), nullptr);
+  auto changed = rows(1);
+  changed[0].isEnabled = false;
+  list->setRows(changed);
+  EXPECT_TRUE(state(0).disabled);
+  EXPECT_TRUE(spoken->child(0)->actionInterface()->actionNames().isEmpty());
+}
+
 TEST_F(PanelListTest, OfFiveThousandRowsOnlyTheVisibleAreMade) {
   show(0);
   std::set<int> made;
@@ -286,8 +330,11 @@ TEST(PanelGrid, ArrowsMoveBetweenSquaresThatFillTheWidth) {
   stage.press(Qt::Key_Space);
   stage.click(grid->viewport(), grid->visualRect(grid->model()->index(19, 0)).center());
   EXPECT_THAT(opened, ElementsAre(0, 9, 19));
-  EXPECT_EQ(QAccessible::queryAccessibleInterface(grid)->child(9)->text(QAccessible::Name),
-            "Cell 9");
+  auto* spoken = QAccessible::queryAccessibleInterface(grid)->child(9);
+  EXPECT_EQ(spoken->text(QAccessible::Name), "Cell 9");
+  spoken->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+  QApplication::processEvents();
+  EXPECT_THAT(opened, ElementsAre(0, 9, 19, 9));
 }
 
 TEST(PanelGrid, ANameThatIsCutIsToldByATooltip) {

@@ -78,7 +78,7 @@ protected:
   /// As assistive technology does, by the row's only action.
   static void choose(PanelList* list, int row) {
     auto* access = QAccessible::queryAccessibleInterface(list)->child(row);
-    access->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+    access->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
     QApplication::processEvents();
   }
   using test::WindowTest::open;

@@ -1,6 +1,8 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelAccessible.h"
 
 #include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelGrid.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelSegments.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelView.h"
@@ -59,7 +61,16 @@ private:
   ViewWidget* view_;
 };
 
-// No names here: one given now would hide later ones. Only for plain widgets: what derives from one
+/// Later: whoever asked is told of the item once this has returned, and it may be gone by then.
+template <class Items> QAccessibleInterface* itemsOf(Items* view) {
+  return makeAccessibleItems(view, [view](const QModelIndex& item) {
+    QMetaObject::invokeMethod(
+        view, [view, kept = QPersistentModelIndex(item)] { view->press(kept); },
+        Qt::QueuedConnection);
+  });
+}
+
+// No names here: one given now would hide later ones. What else derives from one
 // of Qt's controls has its role already.
 QAccessibleInterface* make(const QString&, QObject* object) {
   if (!object || !object->isWidgetType())
@@ -72,6 +83,10 @@ QAccessibleInterface* make(const QString&, QObject* object) {
     return new QAccessibleWidget(widget, QAccessible::Grouping);
   if (auto* view = dynamic_cast<ViewWidget*>(widget))
     return new AccessibleView(view);
+  if (auto* list = dynamic_cast<PanelList*>(widget))
+    return itemsOf(list);
+  if (auto* grid = dynamic_cast<PanelGrid*>(widget))
+    return itemsOf(grid);
   if (dynamic_cast<PanelDivider*>(widget))
     return new QAccessibleWidget(widget, QAccessible::Separator);
   return nullptr;

@@ -208,6 +208,14 @@ void PanelGrid::setCurrentCell(int index) {
   selectionModel()->setCurrentIndex(model()->index(index, 0), QItemSelectionModel::NoUpdate);
 }
 
+void PanelGrid::press(const QModelIndex& index) {
+  if (!index.isValid())
+    return;
+  setCurrentCell(index.row());
+  if (onOpen)
+    onOpen(index.row());
+}
+
 void PanelGrid::setCaptionLines(int lines) {
   captionLines_ = lines;
   applySide();

@@ -45,6 +45,8 @@ public:
   PanelCell cell(int index) const;
   void setCurrentCell(int index);
   int currentCell() const { return currentIndex().row(); }
+  /// As Return on the square.
+  void press(const QModelIndex& index);
   /// The grid asks for no more than so many rows' height and then scrolls.
   void setMaximumVisibleRows(int rows);
   /// As many rows' height, however few there are.

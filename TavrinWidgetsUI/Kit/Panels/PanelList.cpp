@@ -16,52 +16,17 @@
 #include <utility>
 
 namespace tavrin {
-namespace {
-
-/// Nothing is ever selected here; a row is opened. Assistive technology has one action of a row's,
-/// which Qt carries out as this plain selection of it, where the list's own ones clear others too.
-class PressableRows final : public QItemSelectionModel {
-public:
-  PressableRows(QAbstractItemModel* model, QObject* parent,
-                std::function<void(const QModelIndex& row)> pressed)
-      : QItemSelectionModel(model, parent), pressed_(std::move(pressed)) {}
-
-  void select(const QModelIndex& index, SelectionFlags how) override {
-    if (how == SelectionFlags(Select))
-      pressed_(index);
-  }
-  void select(const QItemSelection&, SelectionFlags) override {}
-
-private:
-  std::function<void(const QModelIndex& row)> pressed_;
-};
-
-} // namespace
 
 PanelList::PanelList(const QString& name, QWidget* parent) : QListView(parent) {
   setAccessibleName(name);
   setFont(panelFont(PanelTextStyle::body));
   setUpPanelItems(*this);
-  // Rows that cannot be selected have no action.
-  setSelectionMode(SingleSelection);
   setItemDelegate(new PanelRowDelegate(this));
   setModel(new PanelRowModel(this));
 }
 
 void PanelList::setModel(QAbstractItemModel* model) {
   QListView::setModel(model);
-  auto* before = selectionModel();
-  // Later: whoever asked is told of the row once this has returned, and it may be gone by then.
-  setSelectionModel(new PressableRows(model, this, [this](const QModelIndex& row) {
-    QMetaObject::invokeMethod(
-        this,
-        [this, kept = QPersistentModelIndex(row)] {
-          setCurrentIndex(kept);
-          open(kept);
-        },
-        Qt::QueuedConnection);
-  }));
-  delete before;
   connect(model, &QAbstractItemModel::modelReset, this, &PanelList::rowsChanged);
   connect(model, &QAbstractItemModel::rowsInserted, this, &PanelList::rowsChanged);
   connect(model, &QAbstractItemModel::rowsRemoved, this, &PanelList::rowsChanged);
@@ -160,6 +125,11 @@ QRect PanelList::wordsRect(int row) const {
   const QRectF words(
       rect.adjusted(static_cast<int>(delegate->wordsInset(this->row(row))), 0, 0, 0));
   return panelPaint::visual(words, rect, layoutDirection()).toRect();
+}
+
+void PanelList::press(const QModelIndex& index) {
+  setCurrentIndex(index);
+  open(index);
 }
 
 void PanelList::open(const QModelIndex& index) {

@@ -92,6 +92,8 @@ public:
   /// -1 for none.
   int currentRow() const { return currentIndex().row(); }
   void setCurrentRow(int row);
+  /// As a click on the row.
+  void press(const QModelIndex& index);
 
   /// Rows that are only read: no hover, no focus, no clicks.
   void setReadOnly(bool readOnly);
