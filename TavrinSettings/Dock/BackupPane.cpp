@@ -38,7 +38,7 @@ std::size_t differing(const std::vector<Record>& then, const std::vector<Record>
 std::string reasonWords(WorkspaceBackup::Reason reason) {
   switch (reason) {
   case WorkspaceBackup::Reason::launch:
-    return translated("Made at a start");
+    return translated("Made at a start, or when asked for");
   case WorkspaceBackup::Reason::quit:
     return translated("Made at an end");
   case WorkspaceBackup::Reason::restore:

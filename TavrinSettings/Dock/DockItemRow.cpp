@@ -107,7 +107,7 @@ protected:
     QAbstractButton::mousePressEvent(event);
   }
   void mouseMoveEvent(QMouseEvent* event) override {
-    if (!isDragging_ && (event->buttons() & Qt::LeftButton) &&
+    if (!isDragging_ && row_.onMove && (event->buttons() & Qt::LeftButton) &&
         (event->position().toPoint() - pressedAt_).manhattanLength() >=
             QApplication::startDragDistance()) {
       isDragging_ = true;

@@ -16,7 +16,7 @@ class DockItemTile;
 /// The items of a Dock layout side by side, those right of the Dock's divider behind a line. They
 /// are moved by dragging and by keys, also over the divider, removed by Delete and opened by a
 /// click or Return. A letter leads to the next item that begins with it. Files are dropped from
-/// elsewhere.
+/// elsewhere. What nobody listens to cannot be done.
 class DockItemRow : public QWidget {
 public:
   explicit DockItemRow(QWidget* parent = nullptr);

@@ -1,6 +1,7 @@
 #include "TavrinSettings/Dock/DockPage.h"
 
 #include "TavrinSettings/Dock/BackupPane.h"
+#include "TavrinSettings/Dock/DockNowPane.h"
 #include "TavrinSettings/Dock/DropMenu.h"
 #include "TavrinSettings/Dock/FollowPane.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
@@ -17,9 +18,6 @@ namespace tavrin {
 namespace {
 
 constexpr int listWidth = 200;
-
-// What follows the layouts in the list.
-enum Further { followRow, backupsRow, furtherRows };
 
 } // namespace
 
@@ -64,14 +62,16 @@ DockPage::DockPage(PageServices& services, HostContext& context, History& histor
     chosen_ = id;
     refresh();
   };
+  now_ = new DockNowPane(dock_, stack_);
   follow_ = new FollowPane(dock_, stack_);
   empty_ = new PanelEmptyState(QStringLiteral("square.grid.2x2.fill"),
                                worded("There are no Dock layouts yet"), stack_);
   empty_->setHint(worded("A layout keeps the Dock's items, to be put there again."));
   empty_->setStep(worded("New from the Dock"), [this] { make(false); });
-  for (QWidget* pane : {static_cast<QWidget*>(layout_), static_cast<QWidget*>(backups_),
-                        static_cast<QWidget*>(follow_), static_cast<QWidget*>(empty_)})
+  stack_->addWidget(layout_);
+  for (QWidget* pane : furtherPanes())
     stack_->addWidget(pane);
+  stack_->addWidget(empty_);
   row->addWidget(stack_, 1);
   profiles_.onChange = [this] { refresh(); };
   following_.onChange = [this] { refresh(); };
@@ -132,6 +132,28 @@ void DockPage::reload() {
   services_.attempt([&] { profiles_.reload(); });
   if (stack_->currentWidget() == backups_)
     backups_->refresh();
+  else if (stack_->currentWidget() == now_)
+    now_->refresh();
+}
+
+std::array<QWidget*, 3> DockPage::furtherPanes() const {
+  return {now_, follow_, backups_};
+}
+
+void DockPage::addFurther(std::vector<PanelRow>& rows) const {
+  const auto* shown = chosen_ ? nullptr : stack_->currentWidget();
+  rows.push_back({.id = QStringLiteral("now"),
+                  .title = worded("The Dock Now"),
+                  .symbol = QStringLiteral("eye"),
+                  .isShown = shown == now_});
+  rows.push_back({.id = QStringLiteral("follow"),
+                  .title = worded("Shortcuts and Focus"),
+                  .symbol = QStringLiteral("keyboard"),
+                  .isShown = shown == follow_});
+  rows.push_back({.id = QStringLiteral("backups"),
+                  .title = worded("Backups"),
+                  .symbol = QStringLiteral("clock"),
+                  .isShown = shown == backups_});
 }
 
 void DockPage::refresh() {
@@ -141,8 +163,9 @@ void DockPage::refresh() {
     order_.push_back(profile.id);
   if (chosen_ && std::ranges::count(order_, *chosen_) == 0)
     chosen_.reset();
-  const QWidget* shown = chosen_ ? layout_ : stack_->currentWidget();
-  const bool isFurther = shown == backups_ || shown == follow_;
+  const auto panes = furtherPanes();
+  const auto further = std::ranges::find(panes, stack_->currentWidget()) - panes.begin();
+  const bool isFurther = !chosen_ && further < std::ssize(panes);
   if (!chosen_ && !isFurther && !order_.empty())
     chosen_ = order_.front();
   std::vector<PanelRow> rows;
@@ -156,38 +179,33 @@ void DockPage::refresh() {
     row.isShown = chosen_ == profile.id;
     rows.push_back(row);
   }
-  rows.push_back({.id = QStringLiteral("follow"),
-                  .title = worded("Shortcuts and Focus"),
-                  .symbol = QStringLiteral("keyboard"),
-                  .isShown = isFurther && shown == follow_});
-  rows.push_back({.id = QStringLiteral("backups"),
-                  .title = worded("Backups"),
-                  .symbol = QStringLiteral("clock"),
-                  .isShown = isFurther && shown == backups_});
+  addFurther(rows);
   list_->setRows(rows);
   if (exportAll_ != nullptr)
     exportAll_->setEnabled(!order_.empty());
-  const auto row = static_cast<int>(order_.size());
   if (chosen_ && layout_->show(*chosen_)) {
     stack_->setCurrentWidget(layout_);
     list_->setCurrentRow(static_cast<int>(std::ranges::find(order_, *chosen_) - order_.begin()));
   } else if (isFurther) {
-    list_->setCurrentRow(row + (shown == follow_ ? followRow : backupsRow));
-    if (shown == follow_)
+    list_->setCurrentRow(static_cast<int>(order_.size()) + static_cast<int>(further));
+    if (panes[static_cast<std::size_t>(further)] == follow_)
       follow_->refresh();
+    else if (panes[static_cast<std::size_t>(further)] == now_)
+      now_->refresh();
   } else {
     stack_->setCurrentWidget(empty_);
   }
 }
 
 void DockPage::choose(int row) {
-  const int further = row - static_cast<int>(order_.size());
-  if (further < 0) {
-    chosen_ = order_[static_cast<std::size_t>(row)];
-  } else if (further < furtherRows) {
+  const auto index = static_cast<std::size_t>(row);
+  const auto panes = furtherPanes();
+  if (index < order_.size()) {
+    chosen_ = order_[index];
+  } else if (index - order_.size() < panes.size()) {
     chosen_.reset();
-    stack_->setCurrentWidget(further == followRow ? static_cast<QWidget*>(follow_) : backups_);
-    if (further == backupsRow)
+    stack_->setCurrentWidget(panes[index - order_.size()]);
+    if (stack_->currentWidget() == backups_)
       backups_->refresh();
   }
   refresh();

@@ -11,11 +11,13 @@ class QStackedWidget;
 namespace tavrin {
 
 class BackupPane;
+class DockNowPane;
 class FollowPane;
 class PanelEmptyState;
 class PanelList;
 
-/// The Dock's layouts: those that were made, each with its settings, and the backups.
+/// The Dock's layouts: those that were made, each with its settings, the Dock as it is, and the
+/// backups.
 class DockPage : public QWidget {
 public:
   DockPage(PageServices& services, HostContext& context, History& history, RunLoop& runLoop,
@@ -30,6 +32,9 @@ private:
   void exportAll();
   void refresh();
   void choose(int row);
+  /// Those that are no layout, in the order of the list.
+  std::array<QWidget*, 3> furtherPanes() const;
+  void addFurther(std::vector<PanelRow>& rows) const;
   void make(bool isEmpty);
   void follow(HostContext& context, FolderWatch& folders);
   void progress(const std::string& sentence, DockJob::Stage stage);
@@ -45,6 +50,7 @@ private:
   QStackedWidget* stack_;
   LayoutPane* layout_;
   BackupPane* backups_;
+  DockNowPane* now_;
   FollowPane* follow_;
   PanelEmptyState* empty_;
   std::optional<UUID> chosen_;

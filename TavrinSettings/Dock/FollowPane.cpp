@@ -1,6 +1,7 @@
 #include "TavrinSettings/Dock/FollowPane.h"
 
 #include "TavrinCore/Settings/HotkeyText.h"
+#include "TavrinSettings/Form/FormRow.h"
 #include "TavrinSettings/Form/Picker.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
@@ -9,7 +10,6 @@
 #include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QVBoxLayout>
-#include <cmath>
 
 namespace tavrin {
 namespace {
@@ -19,6 +19,18 @@ QString focusWords(const Profile& profile) {
   return binding.empty()    ? QString()
          : binding == "off" ? worded("When a Focus ends")
                             : worded("When a Focus begins");
+}
+
+/// As a setting of a widget's: a fraction of a second can be typed, and what is none is told.
+FieldInfo intervalField() {
+  FieldInfo field;
+  field.key = "interval";
+  field.title = marked("Look at Focus every");
+  field.type = FieldType::number;
+  field.range = FieldRange{Following::leastInterval, Following::mostInterval};
+  field.unit = "s";
+  field.step = Following::leastInterval;
+  return field;
 }
 
 } // namespace
@@ -84,15 +96,16 @@ FollowPane::FollowPane(DockServicesOfPage& services, QWidget* parent)
       worded("The first nine layouts without a shortcut of their own go by the digit of their "
              "place in the list."),
       PanelTextStyle::caption, this));
-  interval_ = new PanelStepper(worded("Look at Focus every"), worded("%lld s"), 1,
-                               static_cast<int>(Following::mostInterval), this);
-  interval_->onChange = [this](int seconds) {
+  interval_ = new FormRow(intervalField(), "interval", services_.page.forms, this);
+  interval_->onEdit = [this](const std::vector<SettingValue>& values) {
+    const auto seconds = values.front().value.doubleValue().value_or(Following().interval);
     services_.page.attempt([&] {
       services_.following.set(translated("Look at Focus"), "interval",
                               [seconds](Following& record) { record.interval = seconds; });
     });
+    return std::string();
   };
-  column->addWidget(new PanelField(worded("Look at Focus every"), interval_, this));
+  column->addWidget(interval_);
   column->addWidget(
       new PanelText(worded("What leads to which layout"), PanelTextStyle::section, this));
   list_ = new PanelList(worded("What leads to which layout"), this);
@@ -148,7 +161,7 @@ void FollowPane::refresh() {
     session_->setAction(state.act);
     session_->setVisible(isWanted && !state.remedy.isEmpty());
     numbered_->show(worded("Numbered shortcuts"), numberedTitle(following.numbered));
-    interval_->setNumber(static_cast<int>(std::lround(std::max(1.0, following.boundedInterval()))));
+    interval_->show(JSONValue::Object{{"interval", following.boundedInterval()}});
     const auto bindings = following.bindings(file.profiles);
     std::vector<PanelRow> rows;
     for (const auto& profile : file.profiles) {

@@ -7,8 +7,8 @@
 namespace tavrin {
 
 class DropButton;
+class FormRow;
 class PanelList;
-class PanelStepper;
 class PanelSwitch;
 class PickerPopup;
 
@@ -27,7 +27,7 @@ private:
   PanelText* state_;
   PanelButton* session_;
   DropButton* numbered_;
-  PanelStepper* interval_;
+  FormRow* interval_;
   PanelList* list_;
   PanelText* none_;
   QPointer<PickerPopup> picker_;

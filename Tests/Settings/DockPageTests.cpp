@@ -8,6 +8,7 @@
 #include "Tests/Support/Keys.h"
 
 #include <QAccessible>
+#include <QDoubleSpinBox>
 #include <QDropEvent>
 #include <QLineEdit>
 #include <QMimeData>
@@ -217,6 +218,13 @@ TEST_F(DockPageTest, AFocusIsFollowedFromThenOnAndSaysUntilWhen) {
   EXPECT_EQ(layout().focusModeBinding, "Sleep");
   lastLine("Focus mode")->setText("");
   EXPECT_EQ(layout().focusModeBinding, "on");
+  // "off" is no Focus, on the way to "Office".
+  window->activateWindow();
+  lastLine("Focus mode")->setFocus();
+  test::typeText(lastLine("Focus mode"), "office");
+  EXPECT_EQ(layout().focusModeBinding, "on");
+  lastLine("Name")->setFocus();
+  EXPECT_EQ(layout().focusModeBinding, "office");
   open("Layouts", "Shortcuts and Focus");
   EXPECT_THAT(mute(), testing::IsEmpty());
   press("Numbered shortcuts");
@@ -229,6 +237,40 @@ TEST_F(DockPageTest, AFocusIsFollowedFromThenOnAndSaysUntilWhen) {
   EXPECT_EQ(followingRecord(context).value().isOn, std::nullopt);
 }
 
+TEST_F(DockPageTest, TheDockAsItIsIsThereToBeRead) {
+  open("Layouts", "The Dock Now");
+  EXPECT_THAT(words(), HasSubstr("Kept by Work."));
+  EXPECT_THAT(mute(), testing::IsEmpty());
+  key("Mail", Qt::Key_Delete);
+  key("Mail", Qt::Key_Right, Qt::ControlModifier);
+  press("Downloads");
+  EXPECT_THAT(words(), HasSubstr("“Downloads” leads to /home/Downloads"));
+  test::SilentContext context(platform);
+  EXPECT_THAT(DockLibrary(context).snapshot().apps, SizeIs(2));
+  EXPECT_EQ(items(), "Mail Notes | Downloads");
+  ASSERT_EQ(run({"dock", "remove", "Mail"}), 0) << errors.str();
+  open("Layouts", "The Dock Now");
+  EXPECT_THAT(words(), HasSubstr("No layout keeps these items."));
+  EXPECT_THROW(button("Mail"), std::runtime_error);
+  EXPECT_TRUE(button("Notes")->isEnabled());
+}
+
+TEST_F(DockPageTest, FocusCanBeLookedAtMoreOftenThanEachSecond) {
+  open("Layouts", "Shortcuts and Focus");
+  auto* interval = named<QDoubleSpinBox>("Look at Focus every");
+  EXPECT_EQ(interval->text(), "2 s");
+  interval->setValue(0.5);
+  test::SilentContext context(platform);
+  EXPECT_EQ(followingRecord(context).value().interval, 0.5);
+  EXPECT_EQ(interval->text(), "0.5 s");
+  window->activateWindow();
+  interval->setFocus();
+  interval->selectAll();
+  test::typeText(interval, "5000");
+  EXPECT_THAT(words(), HasSubstr("“Look at Focus every” must be"));
+  EXPECT_EQ(followingRecord(context).value().interval, 0.5);
+}
+
 TEST_F(DockPageTest, LayoutsAreComparedAndBackupsOpened) {
   press("New, Empty");
   open("Layouts", "Work");
@@ -238,8 +280,10 @@ TEST_F(DockPageTest, LayoutsAreComparedAndBackupsOpened) {
   EXPECT_THAT(words(), HasSubstr("“Work” beside “Layout”: it adds Mail, Notes and Downloads."));
   ASSERT_EQ(run({"dock", "remove", "Mail"}), 0) << errors.str();
   ASSERT_EQ(run({"backups", "create"}), 0);
-  choose(named<PanelList>("Layouts"), 3);
+  choose(named<PanelList>("Layouts"), 4);
   auto* backups = named<PanelList>("Backups of widgets and layouts");
+  EXPECT_THAT(backups->row(0).subtitle.toStdString(),
+              HasSubstr("Made at a start, or when asked for; "));
   choose(backups, 0);
   EXPECT_THAT(words(), HasSubstr("Dock layouts: Work and Layout."));
   named<PanelList>("Backups of the Dock")->onAction(0, 0);
