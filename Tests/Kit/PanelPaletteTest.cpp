@@ -1,4 +1,5 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelPalette.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelPaint.h"
 #include "TavrinWidgetsUI/Kit/Views/Colour.h"
 
 #include <gtest/gtest.h>
@@ -60,6 +61,16 @@ TEST(PanelPalette, ControlsAreToldFromTheGroundAndTheirStatesFromEachOther) {
         for (std::size_t j = 0; j < i; ++j)
           EXPECT_GE(distance(family[i], family[j]), 9)
               << family[i].name().toStdString() << ' ' << family[j].name().toStdString();
+  }
+}
+
+TEST(PanelPalette, ASymbolThatCannotBePressedIsSeenAndFainterThanOneThatCan) {
+  for (const PanelAppearance& look : appearances()) {
+    SCOPED_TRACE(nameOf(look));
+    const PanelPalette p = PanelPalette::make(look);
+    const double off = contrast(panelPaint::disabledSymbol(p), p.ground);
+    EXPECT_GE(off, 2.99);
+    EXPECT_GE(contrast(p.secondary, p.ground), off * 1.5);
   }
 }
 

@@ -123,7 +123,8 @@ QRectF visual(const QRectF& logical, const QRectF& whole, Qt::LayoutDirection di
 }
 
 QColor disabledSymbol(const PanelPalette& palette) {
-  return mix(palette.ground, palette.disabledText, 0.45);
+  constexpr double seen = 3;
+  return withContrast(mix(palette.ground, palette.disabledText, 0.45), palette.ground, seen);
 }
 
 namespace {

@@ -24,9 +24,10 @@ inline constexpr int segmentInset = 4;
 /// Fills `rect` with round corners; a valid `border` is drawn inside it, `width` points wide.
 void rounded(QPainter& painter, const QRectF& rect, double radius, const QColor& fill,
              const QColor& border = {}, double width = 1);
-/// The symbol of `side` points in the middle of `rect`.
-/// What a symbol is drawn in that cannot be pressed: fainter than any that can.
+/// What a symbol is drawn in that cannot be pressed: fainter than any that can, and strong enough
+/// for its thin strokes to be made out.
 QColor disabledSymbol(const PanelPalette& palette);
+/// The symbol of `side` points in the middle of `rect`.
 void symbol(QPainter& painter, const QString& name, const QRectF& rect, double side,
             const QColor& colour);
 /// The whole picture in the middle of `rect`. One that is opaque gets an edge of `hairline`,
