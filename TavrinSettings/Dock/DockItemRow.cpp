@@ -248,7 +248,7 @@ void DockItemRow::paintEvent(QPaintEvent*) {
   if (!tiles_.empty())
     painter.fillRect(QRect(divider.center().x(), divider.top() + 10, 1, divider.height() - 26),
                      colours.hairline);
-  if (tiles_.empty())
+  if (tiles_.empty() && onDrop)
     panelPaint::lines(painter,
                       worded("It has no items. “Take the Dock As It Is” gives it the Dock's, and "
                              "“Add…” or dropping files here others."),

@@ -1,6 +1,7 @@
 #include "TavrinHost/Dock/DockItems.h"
 #include "TavrinHost/Dock/FocusSession.h"
 #include "TavrinPlatform/Files/AtomicFile.h"
+#include "TavrinSettings/Dock/DockItemRow.h"
 #include "TavrinStorage/Dock/PlistFileBackend.h"
 #include "TavrinStorage/Dock/ProfileStore.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelList.h"
@@ -253,6 +254,13 @@ TEST_F(DockPageTest, TheDockAsItIsIsThereToBeRead) {
   EXPECT_THAT(words(), HasSubstr("No layout keeps these items."));
   EXPECT_THROW(button("Mail"), std::runtime_error);
   EXPECT_TRUE(button("Notes")->isEnabled());
+  // What is said of a layout without items is not said of the Dock.
+  ASSERT_EQ(run({"dock", "remove", "--all"}), 0) << errors.str();
+  open("Layouts", "The Dock Now");
+  const auto bare = named<DockItemRow>("Items")->grab().toImage();
+  for (int y = 0; y < bare.height(); ++y)
+    for (int x = 0; x < bare.width(); ++x)
+      ASSERT_EQ(bare.pixel(x, y), bare.pixel(0, 0));
 }
 
 TEST_F(DockPageTest, FocusCanBeLookedAtMoreOftenThanEachSecond) {
