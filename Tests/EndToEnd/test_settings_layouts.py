@@ -51,6 +51,17 @@ class DockLayouts(SettingsTest):
         # Layouts that others make are there too.
         self.desk.run(str(COMMAND), "profiles", "rename", "Layout", "Work")
         window.await_name("Work")
+        # The Dock itself has a place beside them.
+        window.press("The Dock Now")
+        window.await_name("No Dock runs; this is written for one that starts. "
+                          "No layout keeps these items.")
+        self.assertIsNone(window.find("Notes", "push button"))
+        self.show("Mail", "Notes")
+        window.await_name("Notes", "push button")
+        window.await_name("No Dock runs; this is written for one that starts. Kept by Work.")
+        window.press("Widgets", "radio button")
+        window.await_name("Search widgets")
+        wait_for(lambda: window.astray() == [], "the rows of the page that was left to be hidden")
         window.close()
 
     def layout(self):

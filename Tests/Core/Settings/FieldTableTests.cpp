@@ -68,6 +68,26 @@ TEST(FieldTable, WhatDependsOnOtherSettingsFollowsThem) {
   EXPECT_TRUE(line("files", "seenUntil").isHidden);
 }
 
+TEST(FieldTable, LinesOfWhichEachBeginningIsAnotherAreTakenWhole) {
+  std::vector<std::string> whole;
+  const auto add = [&](const std::vector<FieldInfo>& fields, const std::string& path) {
+    for (const auto& field : fields)
+      if (controlFor(field) == FieldControl::text || controlFor(field) == FieldControl::path ||
+          controlFor(field) == FieldControl::colour)
+        if (isTakenWhole(field))
+          whole.push_back(path + field.key);
+  };
+  for (const auto& kind : allKinds()) {
+    const auto fields = describeSettings(*freshKind(kind.key, {}));
+    add(fields, std::string(kind.key) + ".");
+    for (const auto& field : fields)
+      if (controlFor(field) == FieldControl::records)
+        add(field.fields, std::string(kind.key) + "." + field.key + ".");
+  }
+  EXPECT_THAT(whole, testing::UnorderedElementsAre("bookmarks.bookmarks.url", "shortcut.command",
+                                                   "shortcut.workingFolder", "screenshots.folder"));
+}
+
 DockWidget fresh(std::string_view kind) {
   return {UUID(), "W", {}, *freshKind(kind, {}), 1};
 }

@@ -60,6 +60,18 @@ def walk(node, depth, within, found, nodes):
         if child is not None:
             walk(child, depth + 1, name or within, found, nodes)
 
+# What says it is showing, or focused, within what is not showing.
+def astray(node, is_hidden, found):
+    states = node.getState()
+    shows = states.contains(pyatspi.STATE_SHOWING)
+    if is_hidden and (shows or states.contains(pyatspi.STATE_FOCUSED)):
+        found.append([node.getRoleName(), node.name])
+    is_hidden = is_hidden or node.getRoleName() != "application" and not shows
+    for i in range(min(node.childCount, 40)):
+        child = node.getChildAtIndex(i)
+        if child is not None:
+            astray(child, is_hidden, found)
+
 def do(node, name, action):
     if node.name == name and action in actions(node):
         query = node.queryAction()
@@ -118,6 +130,8 @@ for line in sys.stdin:
                 answer = do(application, *question["do"])
             elif "act" in question:
                 answer = act(application, *question["act"])
+            elif "astray" in question:
+                astray(application, False, answer)
             else:
                 walk(application, 0, "", answer, [])
     except Exception as error:

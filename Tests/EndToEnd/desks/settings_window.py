@@ -40,6 +40,10 @@ class Window:
     def tree(self):
         return self._ask() or []
 
+    def astray(self):
+        """What says it is showing, or focused, on a page that is not showing."""
+        return self._ask(astray=True)
+
     def focused(self):
         """What has the keyboard; none while it goes from one to another."""
         return next((entry for entry in reversed(self.tree())
