@@ -60,6 +60,9 @@ TEST(Text, IsFittedOnceAndThenElided) {
     EXPECT_TRUE(shown.endsWith(QChar(0x2026))) << shown.toStdString();
     EXPECT_TRUE(name.startsWith(shown.chopped(1)));
   }
+  // Set in the size that fits it is whole, however its width rounds.
+  for (double width = full; width > full * 0.6; width -= 0.37)
+    EXPECT_EQ(engine.elided(name, regular, 10 * width / full, width), name) << width;
   // At 70 % it is still whole, in smaller type; below 65 % it is cut. Never beyond its room.
   for (const double share : {0.7, 0.5, 0.2}) {
     const AnyView view =

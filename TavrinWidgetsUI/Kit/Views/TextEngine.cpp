@@ -19,6 +19,8 @@ constexpr std::size_t shapedLimit = 24;
 constexpr std::size_t sizedFontLimit = 12;
 constexpr std::size_t brokenLimit = 6;
 constexpr QChar ellipsis(0x2026);
+/// Points; far less than a letter.
+constexpr double rounding = 1e-6;
 const QString hyphen = QStringLiteral("-");
 /// Letters: fewer alone on a line are hard to read.
 constexpr qsizetype leastAfterHyphen = 3;
@@ -260,7 +262,8 @@ void TextEngine::note(const QPainter& painter, const Shaped& text, double pointS
 
 QString TextEngine::elided(const QString& string, FontWeight weight, double pointSize, double width,
                            Cut where) {
-  if (this->width(string, weight, pointSize) <= width)
+  // A text that was fitted to this very width comes out longer by what arithmetic rounds.
+  if (this->width(string, weight, pointSize) <= width + rounding)
     return string;
   const double reference = width * referenceSize / pointSize;
   return recent(
