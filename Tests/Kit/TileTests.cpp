@@ -3,6 +3,7 @@
 #include "TavrinWidgetsUI/Kit/Pictures/Symbols.h"
 #include "TavrinWidgetsUI/Kit/Views/TileLayout.h"
 
+#include <algorithm>
 #include <cmath>
 #include <gmock/gmock.h>
 
@@ -156,6 +157,28 @@ TEST(Tile, StatesDiffer) {
   for (std::size_t i = 0; i < seen.size(); ++i)
     for (std::size_t k = 0; k < i; ++k)
       EXPECT_NE(seen[i], seen[k]) << i << ' ' << k;
+}
+
+TEST(Tile, AWarningLeavesHalfOfASmallMarkToSee) {
+  const TileSize size{48, 1};
+  constexpr int scale = 4;
+  TileContent content;
+  content.state = TileState::cannot;
+  content.sentence = QStringLiteral("Not connected");
+  content.mark = rectangle().fill(content.ground);
+  const QImage bare = picture(tile(content, size), size, scale);
+  content.mark = rectangle().fill(palette::pink);
+  const QImage marked = picture(tile(content, size), size, scale);
+  std::vector<int> seen;
+  for (int y = 0; y < marked.height(); ++y) {
+    int count = 0;
+    for (int x = 0; x < marked.width(); ++x)
+      count += marked.pixel(x, y) != bare.pixel(x, y) ? 1 : 0;
+    if (count > 0)
+      seen.push_back(count);
+  }
+  ASSERT_GT(seen.size(), 8U * scale);
+  EXPECT_GT(*std::ranges::min_element(seen), *std::ranges::max_element(seen) / 2);
 }
 
 TEST(WideTile, KeepsItsActionsAndTheirPlaceInEverySpan) {

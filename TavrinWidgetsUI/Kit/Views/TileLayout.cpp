@@ -95,11 +95,17 @@ AnyView marked(const AnyView& mark, TileState state, double side, const QColor& 
     return mark.opacity(0.35);
   case TileState::cannot: {
     const double badge = std::max(side * 0.45, minimumTypeSize);
-    const AnyView warning =
-        zstack({circle().fill(ground).frame(badge * 1.3, badge * 1.3),
-                symbol("exclamationmark.triangle.fill").colour(palette::warning).size(badge)});
-    return mark.opacity(0.5).overlay(warning.offset(badge * 0.3, badge * 0.2),
-                                     Alignment::bottomTrailing);
+    const double disc = badge * 1.3;
+    const Symbol sign = symbol("exclamationmark.triangle.fill").colour(palette::warning);
+    // Of a mark smaller than that nothing would be left to see.
+    if (disc > side)
+      return sign.size(std::max(side, minimumTypeSize));
+    const AnyView warning = zstack({circle().fill(ground).frame(disc, disc), sign.size(badge)});
+    // As much of a small mark is covered as of a large one; the two stand in the middle together.
+    const double outside = disc - side * 0.45;
+    return mark.opacity(0.5)
+        .overlay(warning.offset(outside, badge * 0.2), Alignment::bottomTrailing)
+        .offset(-(outside - badge * 0.3) / 2, 0);
   }
   case TileState::done:
     return symbol("checkmark.circle.fill").colour(withContrast(palette::green, ground, 3));
