@@ -44,15 +44,18 @@ AnyView fittedNumber(double value, const NumberNotation& notation, double points
                        line(QString::fromStdString(notation.formatShort(value)))});
 }
 
-} // namespace
-
-QString quantityText(double value, const ConverterUnit& unit, const NumberNotation& notation,
-                     int digits) {
-  const QString number = numberText(value, notation, digits);
+QString withUnit(const QString& number, const ConverterUnit& unit) {
   // The signs of angles and degrees of arc follow the number at once.
   const bool isSign = unit.category == ConverterCategory::angle && !unit.symbol.empty() &&
                       (unit.symbol == "°" || unit.symbol == "′" || unit.symbol == "″");
   return isSign ? number + utf8(unit.symbol) : number + QChar(0xA0) + utf8(unit.symbol);
+}
+
+} // namespace
+
+QString quantityText(double value, const ConverterUnit& unit, const NumberNotation& notation,
+                     int digits) {
+  return withUnit(numberText(value, notation, digits), unit);
 }
 
 AnyView converterTileIcon(const ConverterSettings& settings, const NumberNotation& notation,
@@ -115,15 +118,23 @@ AnyView converterWideTile(const ConverterSettings& settings, const NumberNotatio
         .colour(palette::figure())
         .figure(size.words(0.19));
   };
+  const auto upper = [&](const QString& given) {
+    return text(given)
+        .size(size.words(0.19))
+        .weight(FontWeight::medium)
+        .colour(palette::caption())
+        .figure(size.words(0));
+  };
   WideTileContent content;
   content.tint = converterTint;
-  content.middle = vstack({text(quantityText(conversion.value, *conversion.from, notation, 6))
-                               .size(size.words(0.19))
-                               .weight(FontWeight::medium)
-                               .colour(palette::caption()),
-                           firstFitting({line(tileDigits), line(shortDigits), line(3)})})
-                       .align(Alignment::leading)
-                       .spacing(body * 0.06);
+  content.middle =
+      vstack({firstFitting(
+                  {upper(quantityText(conversion.value, *conversion.from, notation, 6)),
+                   upper(withUnit(QString::fromStdString(notation.formatShort(conversion.value)),
+                                  *conversion.from))}),
+              firstFitting({line(tileDigits), line(shortDigits), line(3)})})
+          .align(Alignment::leading)
+          .spacing(body * 0.06);
   content.actions.push_back({{"swap", swap}, "arrow.up.arrow.down", worded("Swap"), true});
   content.label = worded("Converter");
   content.value = sentence(conversion, notation);

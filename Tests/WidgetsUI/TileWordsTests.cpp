@@ -1,5 +1,6 @@
 #include "TavrinCore/Kinds/Calendar/CalendarSettings.h"
 #include "TavrinCore/Kinds/ClaudeUsage/ClaudeUsageSettings.h"
+#include "TavrinCore/Kinds/Converter/ConverterSettings.h"
 #include "TavrinCore/Kinds/GitHub/GitHubSettings.h"
 #include "TavrinCore/Kinds/Runs/PomodoroSettings.h"
 #include "TavrinCore/Kinds/System/ClockSettings.h"
@@ -10,6 +11,7 @@
 #include "TavrinWidgetsUI/ClaudeUsage/ClaudeUsageViews.h"
 #include "TavrinWidgetsUI/Clipboard/ClipboardViews.h"
 #include "TavrinWidgetsUI/Colour/ColourViews.h"
+#include "TavrinWidgetsUI/Converter/ConverterViews.h"
 #include "TavrinWidgetsUI/Files/FileViews.h"
 #include "TavrinWidgetsUI/GitHub/GitHubViews.h"
 #include "TavrinWidgetsUI/Note/NoteViews.h"
@@ -322,6 +324,18 @@ TEST(TileWords, AFilesExtensionStays) {
     const TileSize size{side, 2};
     const QString shown = textOf(linesOf(filesWideTile(reading, size, {}), size));
     EXPECT_TRUE(shown.contains("pdf")) << side << ": " << shown.toStdString();
+  }
+}
+
+TEST(TileWords, ANumberIsWrittenShorterBeforeItIsCut) {
+  const NumberNotation notation(std::string("en_US"));
+  const ConverterSettings settings{ConverterCategory::length, "pc", "nm", 1e9};
+  for (const double side : {48.0, 64.0, 128.0}) {
+    const TileSize size{side, 2};
+    const QString shown = textOf(linesOf(converterWideTile(settings, notation, size, {}), size));
+    EXPECT_TRUE(shown.contains("pc") && shown.contains("nm"))
+        << side << ": " << shown.toStdString();
+    EXPECT_FALSE(shown.contains(u'…')) << side << ": " << shown.toStdString();
   }
 }
 
