@@ -8,13 +8,7 @@ import subprocess
 import time
 import unittest
 
-from rig import BUILD, BUNDLES, PATIENCE, DeskTest, wait_for, widget
-
-NOW_OFFSET = 978307200
-
-
-def reference_now():
-    return time.time() - NOW_OFFSET
+from rig import BUILD, BUNDLES, PATIENCE, DeskTest, reference_now, wait_for, widget
 
 
 def processor_seconds(process):
@@ -45,14 +39,6 @@ class Pictures(DeskTest):
 
     def wait_for_other_picture(self, slot, before):
         wait_for(lambda: self.picture_bytes(slot) != before, "another picture")
-
-    def write_run(self, slot, key, run):
-        """Puts a stored run where the slot keeps its own values, as an earlier life left it."""
-        identifier = self.desk.bundle_identifier(slot)
-        path = next((self.desk.home / "config").rglob(f"{identifier}*"))
-        document = json.loads(path.read_text())
-        document[key] = run
-        path.write_text(json.dumps(document))
 
 
 class Changes(Pictures):
@@ -129,7 +115,7 @@ class Changes(Pictures):
         process, = self.start(widget("timer", {}, 1))
         wait_for(lambda: self.desk.defaults(1).get("timerRun"), "the first save")
         self.kill(process)
-        self.write_run(1, "timerRun", {
+        self.desk.write_run(1, "timerRun", {
             "mode": "countdown", "duration": 600, "startedAt": reference_now(), "accumulated": 0})
         self.desk.start_slot(1)
         self.desk.wait_for_name(1)
@@ -174,7 +160,7 @@ class Recovery(Pictures):
                 if "startedAt" in run:
                     run["startedAt"] += base
                 run.setdefault("sessionsToday", 0)
-                self.write_run(1, "pomodoroRun", run)
+                self.desk.write_run(1, "pomodoroRun", run)
                 process = self.desk.start_slot(1)
                 self.desk.wait_for_name(1)
                 wanted = {**expected}
@@ -194,7 +180,7 @@ class Recovery(Pictures):
         wait_for(lambda: self.desk.defaults(1).get("timerRun"), "the first save")
         self.kill(process)
         base = reference_now()
-        self.write_run(1, "timerRun", {"mode": "countdown", "duration": 60, "accumulated": 10,
+        self.desk.write_run(1, "timerRun", {"mode": "countdown", "duration": 60, "accumulated": 10,
                                        "startedAt": base - 300})
         self.desk.start_slot(1)
         self.desk.wait_for_name(1)
@@ -206,7 +192,7 @@ class Recovery(Pictures):
         process, = self.start(widget("pomodoro", {}, 1))
         wait_for(lambda: self.desk.defaults(1).get("pomodoroRun"), "the first save")
         self.kill(process)
-        self.write_run(1, "pomodoroRun", {"phase": "nap"})
+        self.desk.write_run(1, "pomodoroRun", {"phase": "nap"})
         self.desk.start_slot(1)
         self.desk.wait_for_name(1)
         wait_for(lambda: self.desk.defaults(1)["pomodoroRun"].get("phase") == "focus", "a new run")

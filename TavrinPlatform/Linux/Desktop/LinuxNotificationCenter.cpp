@@ -27,6 +27,10 @@ constexpr std::size_t longestNoticeTitle = 200;
 constexpr std::size_t longestBody = 1000;
 /// For how long a click on a notice that nobody closed is still waited for.
 constexpr double clickLimit = 3600;
+/// Tells every process of this application that a notice is about to be shown, by its identifier.
+constexpr const char* ownPath = "/dev/quellby/tavrin/Notices";
+constexpr const char* ownInterface = "dev.quellby.tavrin.Notices";
+constexpr const char* replacingSignal = "Replacing";
 /// What a click on the notice itself invokes.
 constexpr const char* clickAction = "default";
 
@@ -110,7 +114,8 @@ BusMessage transientTimer(const Bus& bus, const std::string& unit,
   BusMessage call = bus.method(serviceManager, "StartTransientUnit");
   sd_bus_message_set_auto_start(call.get(), 0);
   const std::string due = calendarTime(request.delay);
-  const std::string description = "Tavrin: " + request.title;
+  // The manager writes it into a file that has one setting a line.
+  const std::string description = "Tavrin: " + printable(request.title);
   call.append("ss", (unit + ".timer").c_str(), "fail");
   constexpr std::uint64_t oneSecond = 1'000'000;
   call.append("a(sv)", 4, "Description", "s", description.c_str(), "TimersCalendar", "a(ss)", 1,
@@ -131,7 +136,7 @@ BusMessage transientTimer(const Bus& bus, const std::string& unit,
 
 } // namespace
 
-NoticeWatch::NoticeWatch(Bus& bus) {
+NoticeWatch::NoticeWatch(Bus& bus) : bus_(bus) {
   const std::string rule = "type='signal',path='/org/freedesktop/Notifications',"
                            "interface='org.freedesktop.Notifications',member=";
   clicked_ = bus.match(rule + "'ActionInvoked'", [this](sd_bus_message* signal) {
@@ -140,15 +145,46 @@ NoticeWatch::NoticeWatch(Bus& bus) {
       return;
     if (const auto notice = shown_.extract(number)) {
       wasClicked_ = true;
-      notice.mapped()();
+      notice.mapped().click();
     }
   });
   closed_ = bus.match(rule + "'NotificationClosed'",
                       [this](sd_bus_message* signal) { shown_.erase(noticeNumber(signal)); });
+  replaced_ = bus.match(std::string("type='signal',path='") + ownPath + "',interface='" +
+                            ownInterface + "',member='" + replacingSignal + "'",
+                        [this](sd_bus_message* signal) { close(textArgument(signal)); });
+  // What the old server showed went with it, and a new one counts from the beginning: a number
+  // kept would be that of another program's notice.
+  serverChanged_ =
+      bus.match(std::string("type='signal',sender='") + busDaemon.service + "',path='" +
+                    busDaemon.path + "',interface='" + busDaemon.interface +
+                    "',member='NameOwnerChanged',arg0='" + server.service + "'",
+                [this](sd_bus_message*) { shown_.clear(); });
 }
 
-void NoticeWatch::expect(sd_bus_message* reply, std::function<void()> click) {
-  shown_[noticeNumber(reply)] = std::move(click);
+void NoticeWatch::show(const std::string& identifier, const std::string& title,
+                       const std::string& body, std::function<void()> click,
+                       std::function<void(const std::string& error)> answer) {
+  // This process hears it too, and before it is told the number of the new notice.
+  BusMessage replacing = bus_.signal(ownPath, ownInterface, replacingSignal);
+  bus_.send(replacing.append("s", identifier.c_str()));
+  sendNotice(bus_, title, body,
+             [this, identifier, click = std::move(click),
+              answer = std::move(answer)](sd_bus_message* reply, const std::string& error) {
+               if (reply != nullptr)
+                 shown_[noticeNumber(reply)] = {identifier, click};
+               answer(error);
+             });
+}
+
+void NoticeWatch::close(const std::string& identifier) {
+  std::erase_if(shown_, [&](const auto& notice) {
+    if (notice.second.identifier != identifier)
+      return false;
+    BusMessage call = bus_.method(server, "CloseNotification");
+    bus_.send(call.append("u", notice.first));
+    return true;
+  });
 }
 
 LinuxNotificationCenter::LinuxNotificationCenter(Bus* bus, RunLoop& runLoop,
@@ -232,13 +268,16 @@ void LinuxNotificationCenter::keep(const UserNotificationRequest& request, doubl
 void LinuxNotificationCenter::show(const UserNotificationRequest& request) {
   if (!watch_)
     watch_ = std::make_unique<NoticeWatch>(*bus_);
-  sendNotice(*bus_, request.title, request.body, [this](sd_bus_message* reply, const std::string&) {
-    if (reply != nullptr)
-      watch_->expect(reply, [this] {
+  watch_->show(
+      request.identifier, request.title, request.body,
+      [this] {
         if (onClick)
           onClick();
+      },
+      [this, title = request.title](const std::string& error) {
+        if (!error.empty())
+          log_.info("The notice \"" + title + "\" was not shown: " + error);
       });
-  });
 }
 
 std::optional<int> showNoticeIfAsked(int& argc, char** argv) {
@@ -252,12 +291,12 @@ std::optional<int> showNoticeIfAsked(int& argc, char** argv) {
   NoticeWatch watch(*bus);
   bool isShown = false;
   bool isAnswered = false;
-  sendNotice(*bus, argv[3], argv[4], [&](sd_bus_message* reply, const std::string&) {
-    isAnswered = true;
-    isShown = reply != nullptr;
-    if (isShown)
-      watch.expect(reply, [] {});
-  });
+  watch.show(
+      argv[2], argv[3], argv[4], [] {},
+      [&](const std::string& error) {
+        isAnswered = true;
+        isShown = error.empty();
+      });
   bus->waitUntil([&] { return isAnswered; }, noticeLimit);
   if (!isShown)
     return 1;

@@ -10,21 +10,35 @@
 
 namespace tavrin {
 
-/// The notices on the screen, until each is clicked or closed.
+/// The notices that this process has on the screen, until each is clicked or closed, replaced by
+/// a newer one of its identifier, whichever process shows that, or gone with its server.
 class NoticeWatch {
 public:
   explicit NoticeWatch(Bus& bus);
 
-  /// `reply` is the server's answer to a notice; `click` is called when the user clicks that.
-  void expect(sd_bus_message* reply, std::function<void()> click);
+  /// Shows a notice and calls `answer` with nothing or why it is not shown; `click` when the user
+  /// clicks it. The bus must outlive what is shown, and this object the answer.
+  void show(const std::string& identifier, const std::string& title, const std::string& body,
+            std::function<void()> click, std::function<void(const std::string& error)> answer);
   bool isEmpty() const { return shown_.empty(); }
   bool wasClicked() const { return wasClicked_; }
 
 private:
-  std::map<std::uint32_t, std::function<void()>> shown_;
+  struct Shown {
+    std::string identifier;
+    std::function<void()> click;
+  };
+
+  void close(const std::string& identifier);
+
+  Bus& bus_;
+  /// By the server's numbers.
+  std::map<std::uint32_t, Shown> shown_;
   bool wasClicked_ = false;
   TokenPtr clicked_;
   TokenPtr closed_;
+  TokenPtr replaced_;
+  TokenPtr serverChanged_;
 };
 
 /// A request is handed to the user's systemd as a transient timer that runs this program with
