@@ -10,12 +10,20 @@ namespace tavrin {
 void NoteWidgetController::start() {
   model_.emplace(platform().clock(), platform().runLoop(), settings());
   model_->onSave = [this](const std::string& text) { saveText(text); };
-  model_->onChange = [this] { refresh(); };
+  // Letters that came while the process had to wait are drawn once.
+  model_->onChange = [this] {
+    if (!drawing_)
+      drawing_ = platform().runLoop().after(0, [this] {
+        drawing_.reset();
+        refresh();
+      });
+  };
 }
 
 void NoteWidgetController::stop() {
   model_->flush();
   model_->flush(); // both texts, where another one was found
+  drawing_.reset();
   model_.reset();
 }
 

@@ -26,6 +26,7 @@ private:
   bool adoptsOtherText(const std::string& text);
 
   std::optional<NoteModel> model_;
+  TokenPtr drawing_;
 };
 
 } // namespace tavrin

@@ -2,6 +2,7 @@
 
 #include "TavrinWidgetsUI/Kit/Views/TextEngine.h"
 
+#include <chrono>
 #include <gmock/gmock.h>
 #include <limits>
 
@@ -90,6 +91,33 @@ TEST(Text, AFilesNameIsCutInItsMiddle) {
     EXPECT_NE(shown, engine.elided(name, regular, 10, width));
   }
   EXPECT_EQ(engine.elided(name, regular, 10, 0, TextEngine::Cut::middle), QString(QChar(0x2026)));
+}
+
+// Each letter that is typed into a note breaks all of its text anew.
+TEST(Text, WhatNoTileCanShowCostsNothing) {
+  const auto seconds = [](const QString& words, QStringList& lines) {
+    double least = 1e9;
+    for (int i = 0; i < 5; ++i) {
+      TextEngine engine;
+      const auto start = std::chrono::steady_clock::now();
+      lines = engine.lines(words, FontWeight::regular, 10, 7, 60, 5).lines;
+      const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
+      least = std::min(least, taken.count());
+    }
+    return least;
+  };
+  for (const QString& part :
+       {QStringLiteral("milk and bread "), QStringLiteral("iiiiiiiiii"),
+        QStringLiteral("\U0001F468\u200D\U0001F469\u200D\U0001F467\u200D\U0001F466")}) {
+    QStringList few;
+    QStringList many;
+    const double shortTime = seconds(part.repeated(100), few);
+    EXPECT_LT(seconds(part.repeated(50'000), many), 50 * shortTime) << part.toStdString();
+    EXPECT_TRUE(few == many) << few.join('\n').toStdString() << "\n"
+                             << many.join('\n').toStdString();
+    EXPECT_EQ(few.size(), 5);
+    EXPECT_TRUE(few.last().endsWith(QChar(0x2026)));
+  }
 }
 
 TEST(Text, GraphemesAreNotCutApart) {

@@ -39,6 +39,22 @@ T& recent(std::list<T>& entries, std::size_t limit, Matches matches, Fresh fresh
   return entries.front();
 }
 
+/// As much of a text as lines of so much room in all, at the reference size, can show: whatever
+/// follows costs as much to break and to shape.
+QString beginning(const QString& text, double room) {
+  // Letters are wider than a sixth of their size; a family of emoji takes eleven units.
+  constexpr double lettersPerSize = 6;
+  constexpr qsizetype mostUnits = 12;
+  const auto letters = static_cast<qsizetype>(room / referenceSize * lettersPerSize) + 1;
+  if (text.size() <= letters)
+    return text;
+  const QString start = text.left(letters * mostUnits);
+  QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, start);
+  for (qsizetype i = 0; i < letters && finder.position() < start.size(); ++i)
+    finder.toNextBoundary();
+  return start.left(finder.position());
+}
+
 /// How many letters follow one another from there on.
 qsizetype lettersFrom(const QString& string, qsizetype from) {
   const auto end = std::find_if(string.begin() + from, string.end(),
@@ -325,25 +341,38 @@ TextEngine::Lines TextEngine::lines(const QString& string, FontWeight weight, do
   return {broken.lines, pointSize * reference / broken.brokenWidth};
 }
 
-QStringList TextEngine::breakLines(const QString& string, FontWeight weight, double& width,
+QStringList TextEngine::breakLines(const QString& whole, FontWeight weight, double& width,
                                    double mostWidth, int limit) {
   const double first = width;
+  mostWidth = std::max(first, mostWidth);
+  const QString string = beginning(whole, mostWidth * limit);
   // Whole words, in type as large as may be; else a word too long goes on in the next line.
   for (const bool breaksWords : {false, true}) {
     constexpr int sizes = 7;
-    double tried = first;
-    for (int i = 0; i < sizes; ++i) {
-      const auto [lines, isWhole, widest] = brokenInto(string, weight, tried, limit, breaksWords);
-      if (isWhole) {
-        width = tried;
-        return lines;
+    const double step = (mostWidth - first) / (sizes - 1);
+    Attempt attempt = brokenInto(string, weight, first, limit, breaksWords);
+    const Attempt smallest = attempt.isWhole || mostWidth <= first
+                                 ? attempt
+                                 : brokenInto(string, weight, mostWidth, limit, breaksWords);
+    // Between the two nothing fits either.
+    if (!smallest.isWhole)
+      continue;
+    width = first;
+    for (int i = 1; !attempt.isWhole; ++i) {
+      const bool isNear = attempt.widest > width && attempt.widest <= mostWidth;
+      width = isNear ? attempt.widest : width + step;
+      if (i == sizes - 1 || width >= mostWidth) {
+        width = mostWidth;
+        return smallest.lines;
       }
-      const double next = tried + (mostWidth - first) / (sizes - 1);
-      tried = std::min(widest > tried && widest <= mostWidth ? widest : next, mostWidth);
+      attempt = brokenInto(string, weight, width, limit, breaksWords);
     }
+    return attempt.lines;
   }
-  width = std::max(first, mostWidth);
-  return brokenInto(string, weight, width, limit, false).lines;
+  width = mostWidth;
+  Attempt words = brokenInto(string, weight, mostWidth, limit, false);
+  return words.widest > mostWidth ? brokenInto(string, weight, mostWidth, limit, true).lines
+                                  : words.lines;
 }
 
 TextEngine::Attempt TextEngine::brokenInto(const QString& string, FontWeight weight, double width,

@@ -20,8 +20,12 @@ TEST(NoteWidgetController, SavesWhatIsTypedAndTellsEveryone) {
   slot.show<NoteWidgetController>(NoteSettings{});
   EXPECT_EQ(slot.platform.tile.value, "Click to write a note");
   slot.controller->togglePanel();
-  editor(slot).setPlainText("Milk");
+  const auto drawn = slot.platform.tile.displays;
+  for (const auto* typed : {"M", "Mi", "Mil", "Milk"})
+    editor(slot).setPlainText(typed);
+  slot.platform.loop.advance(0.01);
   EXPECT_EQ(slot.platform.tile.value, "Milk"); // before it is saved
+  EXPECT_EQ(slot.platform.tile.displays, drawn + 1);
   EXPECT_EQ(slot.platform.center.count("dev.quellby.tavrin.widgetsChanged"), 0);
   slot.platform.loop.advance(1);
   EXPECT_EQ(storedText(slot), "Milk");
