@@ -323,13 +323,9 @@ void PanelGrid::mouseDoubleClickEvent(QMouseEvent* event) {
 }
 
 void PanelGrid::contextMenuEvent(QContextMenuEvent* event) {
-  const bool byKey = event->reason() == QContextMenuEvent::Keyboard;
-  const QPersistentModelIndex index =
-      byKey ? currentIndex() : indexAt(viewport()->mapFromGlobal(event->globalPos()));
+  const auto [index, place] = panelMenuRequest(*this, *event);
   if (!index.isValid())
     return;
-  const QPoint place =
-      byKey ? viewport()->mapToGlobal(visualRect(index).center()) : event->globalPos();
   if (onMenu) {
     setCurrentCell(index.row());
     onMenu(index.row(), place);
@@ -340,7 +336,7 @@ void PanelGrid::contextMenuEvent(QContextMenuEvent* event) {
   auto* menu = new QMenu(this);
   menu->setAttribute(Qt::WA_DeleteOnClose);
   for (int i = 0; i < static_cast<int>(actions_.size()); ++i)
-    menu->addAction(actions_[i], this, [this, index, i] {
+    menu->addAction(actions_[i], this, [this, index = index, i] {
       if (index.isValid() && onAction)
         onAction(index.row(), i);
     });

@@ -5,6 +5,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
 
 #include <QApplication>
+#include <QContextMenuEvent>
 #include <QDrag>
 #include <QListView>
 #include <QMimeData>
@@ -26,6 +27,13 @@ void setUpPanelItems(QListView& view) {
   view.setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
   view.viewport()->setAutoFillBackground(false);
   view.viewport()->setAttribute(Qt::WA_Hover);
+}
+
+PanelMenuRequest panelMenuRequest(const QAbstractItemView& view, const QContextMenuEvent& event) {
+  if (event.reason() != QContextMenuEvent::Keyboard)
+    return {view.indexAt(view.viewport()->mapFromGlobal(event.globalPos())), event.globalPos()};
+  const QModelIndex index = view.currentIndex();
+  return {index, view.viewport()->mapToGlobal(view.visualRect(index).center())};
 }
 
 bool isPanelDrag(const QMouseEvent& event, QPoint pressed) {

@@ -1,10 +1,13 @@
 #pragma once
 
+#include <QPersistentModelIndex>
 #include <QPoint>
 #include <filesystem>
 #include <string>
 #include <vector>
 
+class QAbstractItemView;
+class QContextMenuEvent;
 class QListView;
 class QModelIndex;
 class QMouseEvent;
@@ -14,6 +17,15 @@ namespace tavrin {
 /// What lists and grids in panels have in common: no frame and no ground of their own, one Tab
 /// stop, scrolling by points, hover.
 void setUpPanelItems(QListView& view);
+
+/// What a menu is asked for, and where on the screen it opens. The index is invalid beside all
+/// items.
+struct PanelMenuRequest {
+  QPersistentModelIndex index;
+  QPoint place;
+};
+/// Of a view's item: the current one where a key asks, else the one under the pointer.
+PanelMenuRequest panelMenuRequest(const QAbstractItemView& view, const QContextMenuEvent& event);
 
 /// Whether the pointer has been moved far enough from `pressed`, its left button held, to mean a
 /// drag.

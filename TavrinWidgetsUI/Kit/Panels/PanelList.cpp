@@ -233,13 +233,9 @@ void PanelList::focusInEvent(QFocusEvent* event) {
 }
 
 void PanelList::contextMenuEvent(QContextMenuEvent* event) {
-  const bool byKey = event->reason() == QContextMenuEvent::Keyboard;
-  const QPersistentModelIndex index =
-      byKey ? currentIndex() : indexAt(viewport()->mapFromGlobal(event->globalPos()));
+  const auto [index, place] = panelMenuRequest(*this, *event);
   if (readOnly_ || !index.isValid())
     return;
-  const QPoint place =
-      byKey ? viewport()->mapToGlobal(visualRect(index).center()) : event->globalPos();
   if (onMenu) {
     setCurrentRow(index.row());
     onMenu(index.row(), place);
@@ -252,7 +248,7 @@ void PanelList::contextMenuEvent(QContextMenuEvent* event) {
   menu->setAttribute(Qt::WA_DeleteOnClose);
   for (int i = 0; i < static_cast<int>(chosen.actions.size()); ++i)
     menu->addAction(chosen.actions[static_cast<std::size_t>(i)].name, this,
-                    [this, index, i] { trigger(index, i); });
+                    [this, index = index, i] { trigger(index, i); });
   menu->popup(place);
 }
 
