@@ -2,6 +2,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelButton.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelGrid.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 #include "TavrinWidgetsUI/Kit/Views/Colour.h"
 #include "Tests/Kit/PanelTestSupport.h"
 
@@ -111,6 +112,25 @@ TEST_F(PanelListTest, TheCurrentRowStaysWithItsIdWhenRowsComeAndGo) {
   changed.erase(changed.begin() + 2);
   list->setRows(changed);
   EXPECT_EQ(list->currentRow(), 2);
+}
+
+TEST_F(PanelListTest, ThePanelsSizeIsRightBeforeTheLayoutsRequestHasRun) {
+  show(100);
+  for (const int count : {3, 12, 1}) {
+    list->setRows(rows(count));
+    const QSize atOnce = panel->fittingSize();
+    QApplication::processEvents();
+    EXPECT_EQ(atOnce, panel->fittingSize()) << count;
+  }
+  // Also of what stands in a part that has a layout of its own.
+  auto* part = new QWidget;
+  auto* words = new PanelText("One line");
+  (new QVBoxLayout(part))->addWidget(words);
+  panel->add(part);
+  QApplication::processEvents();
+  const int low = panel->fittingSize().height();
+  words->setWords(QString("many words ").repeated(60));
+  EXPECT_GT(panel->fittingSize().height(), low);
 }
 
 TEST_F(PanelListTest, ThePanelStopsAt560AndTheListScrolls) {

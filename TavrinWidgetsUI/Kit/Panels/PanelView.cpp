@@ -30,6 +30,17 @@ QHBoxLayout* indented() {
   return row;
 }
 
+/// Carries out what was asked of the layouts in `widget`: until then those within others go on
+/// telling the sizes of before. From the inside out, as each asks the one around it.
+void layOut(const QWidget& widget) {
+  for (const QObject* child : widget.children())
+    if (const auto* part = qobject_cast<const QWidget*>(child);
+        part != nullptr && !part->isWindow())
+      layOut(*part);
+  if (QLayout* layout = widget.layout())
+    layout->activate();
+}
+
 } // namespace
 
 PanelView::PanelView(const PanelAppearance& appearance, Width width, QWidget* parent)
@@ -193,7 +204,8 @@ void PanelView::arrangeFooter() const {
 QSize PanelView::fittingSize() const {
   const int width = minimumWidth();
   arrangeFooter();
-  QLayout* column = layout();
+  layOut(*this);
+  const QLayout* column = layout();
   const int wanted = column->hasHeightForWidth() ? column->totalHeightForWidth(width)
                                                  : column->sizeHint().height();
   const int height = std::min<int>(wanted, panel::maximumHeight);
