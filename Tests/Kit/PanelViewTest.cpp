@@ -222,6 +222,36 @@ TEST_F(PanelViewTest, NothingIsCutOrOverlapsWithTheLongestTexts) {
   }
 }
 
+TEST_F(PanelViewTest, ABottomRowWithoutRoomShortensTheEditButtonBeforeItStandsInLines) {
+  auto* undo = new PanelButton(Kind::faint, "Undo");
+  auto* open = new PanelButton(Kind::faint, "Open folder");
+  panel->addFooterButton(undo);
+  panel->addFooterButton(open);
+  PanelButton* edit = nullptr;
+  for (auto* button : panel->findChildren<PanelButton*>())
+    if (button->title().startsWith("Edit"))
+      edit = button;
+  const QString name = "Edit the Screenshots…";
+  panel->setEditButton(name, {});
+  const auto place = [](QWidget* button) { return button->mapTo(button->window(), QPoint(0, 0)); };
+  const auto look = [&](const QString& title) {
+    open->setTitle(title);
+    QApplication::processEvents();
+    EXPECT_EQ(spokenName(edit), name);
+    EXPECT_GE(edit->width(), edit->widthOf(edit->shownTitle() != name));
+    return place(edit).y() == place(open).y() && place(edit).y() == place(undo).y();
+  };
+  EXPECT_TRUE(look("Open folder"));
+  EXPECT_EQ(edit->shownTitle(), "Edit…");
+  EXPECT_EQ(plainToolTip(edit), name);
+  EXPECT_FALSE(look("Open the folder of all screenshots"));
+  EXPECT_EQ(edit->shownTitle(), name);
+  open->hide();
+  QApplication::processEvents();
+  EXPECT_EQ(edit->shownTitle(), name);
+  EXPECT_EQ(place(edit).y(), place(undo).y());
+}
+
 TEST(PanelViewSize, IsToldWhenItChangesAndOnlyThen) {
   // As in the popover, whose window lays nothing out by itself.
   QWidget window;

@@ -69,15 +69,32 @@ void PanelButton::setTitle(const QString& title) {
   updateGeometry();
 }
 
+void PanelButton::setShortTitle(const QString& title) {
+  shortTitle_ = plainWords(title);
+}
+
+void PanelButton::setShort(bool isShort) {
+  isShort = isShort && !shortTitle_.isEmpty();
+  if (isShort == isShort_)
+    return;
+  isShort_ = isShort;
+  setPlainToolTip(this, isShort ? title_ : QString());
+  updateGeometry();
+  update();
+}
+
+int PanelButton::widthOf(bool isShort) const {
+  const QString& words = isShort && !shortTitle_.isEmpty() ? shortTitle_ : title_;
+  const double mark = symbol_.isEmpty() ? 0 : words.isEmpty() ? 15 : 21;
+  const bool bare = kind_ == Kind::plain || kind_ == Kind::faint;
+  return int(std::ceil(QFontMetricsF(font()).horizontalAdvance(words) + mark)) + (bare ? 16 : 28);
+}
+
 QSize PanelButton::sizeHint() const {
   if (kind_ == Kind::icon)
     return {panel::controlHeight, panel::controlHeight};
-  const bool marked = !symbol_.isEmpty();
-  const double words = QFontMetricsF(font()).horizontalAdvance(title_);
-  const double mark = marked ? (title_.isEmpty() ? 15 : 21) : 0;
   const bool bare = kind_ == Kind::plain || kind_ == Kind::faint;
-  const int height = bare ? panel::controlHeight : panel::buttonHeight;
-  return {int(std::ceil(words + mark)) + (bare ? 16 : 28), height};
+  return {widthOf(isShort_), bare ? panel::controlHeight : panel::buttonHeight};
 }
 
 QSize PanelButton::minimumSizeHint() const {

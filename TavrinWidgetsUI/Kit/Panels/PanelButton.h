@@ -31,6 +31,13 @@ public:
   const QString& symbol() const { return symbol_; }
   void setTitle(const QString& title);
   const QString& title() const { return title_; }
+  /// What is shown in place of the title while there is no room for that; assistive technology is
+  /// told the title all the same.
+  void setShortTitle(const QString& title);
+  void setShort(bool isShort);
+  const QString& shownTitle() const { return isShort_ ? shortTitle_ : title_; }
+  /// The width it wants with the one or the other.
+  int widthOf(bool isShort) const;
   void setAction(std::function<void()> action) { action_ = std::move(action); }
 
   QSize sizeHint() const override;
@@ -39,6 +46,8 @@ public:
 private:
   Kind kind_;
   QString title_;
+  QString shortTitle_;
+  bool isShort_ = false;
   QString symbol_;
   std::function<void()> action_;
 };

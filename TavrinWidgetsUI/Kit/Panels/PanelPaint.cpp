@@ -196,18 +196,19 @@ void button(QPainter& painter, const QStyleOption& option, const PanelButton& bu
   }
   const bool marked = !button.symbol().isEmpty();
   const double mark = marked ? 15 : 0;
-  const double gap = marked && !button.title().isEmpty() ? 6 : 0;
+  const double gap = marked && !button.shownTitle().isEmpty() ? 6 : 0;
   // Words that are too long come closer to the edges, then are set smaller, before they are cut.
   constexpr double leastInset = 3;
   const double room = rect.width() - 2 * leastInset - mark - gap;
-  const QFont font = fittedFont(button.font(), button.title(), room);
-  const double width = std::min(room, QFontMetricsF(font).horizontalAdvance(button.title()) + 0.5);
+  const QFont font = fittedFont(button.font(), button.shownTitle(), room);
+  const double width =
+      std::min(room, QFontMetricsF(font).horizontalAdvance(button.shownTitle()) + 0.5);
   const double start = rect.left() + (rect.width() - mark - gap - width) / 2;
   if (marked)
     symbol(painter, button.symbol(),
            visual({start, rect.top(), mark, rect.height()}, rect, option.direction), mark,
            colours.ink);
-  line(painter, button.title(),
+  line(painter, button.shownTitle(),
        visual({start + mark + gap, rect.top(), width, rect.height()}, rect, option.direction), font,
        colours.ink);
 }

@@ -7,6 +7,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 #include "TavrinWidgetsUI/Kit/Views/PlainWords.h"
+#include "TavrinWidgetsUI/Kit/Words.h"
 
 #include <QAbstractItemView>
 #include <QCoreApplication>
@@ -169,6 +170,7 @@ void PanelView::setEditButton(const QString& title, std::function<void()> action
   QHBoxLayout* row = footerRow();
   if (!edit_) {
     edit_ = new PanelButton(PanelButton::Kind::faint, title, {}, footer_);
+    edit_->setShortTitle(worded("Edit…"));
     row->insertWidget(0, edit_, 0, Qt::AlignLeading);
   }
   edit_->setTitle(title);
@@ -192,13 +194,19 @@ void PanelView::setAppearance(const PanelAppearance& appearance) {
 void PanelView::arrangeFooter() const {
   if (!footerRow_)
     return;
-  int wanted = 2 * panel::grid;
-  for (const QWidget* button : footer_->findChildren<QPushButton*>())
-    if (!button->isHidden())
-      wanted += button->sizeHint().width() + footerRow_->spacing();
-  footerRow_->setDirection(wanted - footerRow_->spacing() > minimumWidth()
-                               ? QBoxLayout::TopToBottom
-                               : QBoxLayout::LeftToRight);
+  const auto fits = [this](bool isShort) {
+    int wanted = 2 * panel::grid - footerRow_->spacing();
+    for (const QPushButton* button : footer_->findChildren<QPushButton*>())
+      if (!button->isHidden())
+        wanted += (button == edit_ ? edit_->widthOf(isShort) : button->sizeHint().width()) +
+                  footerRow_->spacing();
+    return wanted <= minimumWidth();
+  };
+  const bool isWhole = fits(false);
+  const bool isRow = isWhole || fits(true);
+  if (edit_)
+    edit_->setShort(isRow && !isWhole);
+  footerRow_->setDirection(isRow ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
 }
 
 QSize PanelView::fittingSize() const {

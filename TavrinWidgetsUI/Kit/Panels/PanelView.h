@@ -107,7 +107,8 @@ private:
 
   void makeHeader(QVBoxLayout* column);
   QHBoxLayout* footerRow();
-  /// Under each other where they are too wide to stand beside each other.
+  /// Where they are too wide to stand beside each other the edit button's title is shortened, and
+  /// where that is not enough they stand under each other.
   void arrangeFooter() const;
   void askForLayout();
   bool isSearching() const;
