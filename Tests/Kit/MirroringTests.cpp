@@ -1,7 +1,12 @@
+#include "TavrinWidgetsUI/Kit/Panels/PanelControls.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelPalette.h"
+#include "TavrinWidgetsUI/Kit/Panels/PanelText.h"
 #include "TavrinWidgetsUI/Kit/Views/TileLayout.h"
 #include "TavrinWidgetsUI/Kit/Views/ViewRenderer.h"
 
 #include <QApplication>
+#include <QImage>
+#include <algorithm>
 #include <gtest/gtest.h>
 
 namespace tavrin {
@@ -76,6 +81,56 @@ TEST(Mirroring, AWideTilesButtonsAreClickedWhereTheyStand) {
   const double right = place();
   const RightToLeft mirrored;
   EXPECT_NEAR(place(), size.width() - right, 1);
+}
+
+/// The first and the last column that is inked in each of the lines of a widget's picture.
+std::vector<std::pair<int, int>> inkedLines(QWidget& widget) {
+  const QImage image = widget.grab().toImage();
+  std::vector<std::pair<int, int>> lines;
+  bool isBetween = true;
+  for (int y = 0; y < image.height(); ++y) {
+    int first = -1;
+    int last = -1;
+    for (int x = 0; x < image.width(); ++x)
+      if (image.pixelColor(x, y).lightness() < 128) {
+        first = first < 0 ? x : first;
+        last = x;
+      }
+    if (first >= 0 && isBetween)
+      lines.emplace_back(first, last);
+    if (first >= 0)
+      lines.back() = {std::min(lines.back().first, first), std::max(lines.back().second, last)};
+    isBetween = first < 0;
+  }
+  return lines;
+}
+
+TEST(Mirroring, TheLinesOfWordsAndPromptsBeginAtTheRight) {
+  const RightToLeft mirrored;
+  PanelText words(QString::fromUtf8("ששששש ששששש ששששש ששששש ששששש ששששש"));
+  words.setPalette(PanelPalette::make({}).palette());
+  words.setFixedWidth(120);
+  words.resize(120, words.heightForWidth(120) + 8);
+  const auto lines = inkedLines(words);
+  ASSERT_GT(lines.size(), 1U);
+  for (const auto& [first, last] : lines)
+    EXPECT_NEAR(last, lines.back().second, 1) << "a line that is broken, and the last one";
+  const auto pictureOf = [](const QString& prompt) {
+    PanelTextEdit edit("Note", prompt);
+    edit.setPalette(PanelPalette::make({}).palette());
+    edit.setPaper(Qt::white);
+    edit.resize(200, 100);
+    return edit.grab().toImage();
+  };
+  const QImage empty = pictureOf("Prompt");
+  const QImage bare = pictureOf("");
+  int left = 200;
+  for (int y = 4; y < 30; ++y)
+    for (int x = 0; x < 200; ++x)
+      if (empty.pixel(x, y) != bare.pixel(x, y))
+        left = std::min(left, x);
+  EXPECT_GT(left, 100) << "the prompt stands at the right";
+  EXPECT_LT(left, 180);
 }
 
 } // namespace

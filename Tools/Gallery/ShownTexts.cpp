@@ -142,6 +142,15 @@ std::vector<ShownText> textsOf(const AnyView& view, const QSizeF& size, const QP
   return texts;
 }
 
+/// What a text covers from its origin on, to the fraction of a point: the font's own measure of it
+/// is in whole ones, and up to two of them too wide.
+QRectF inkOf(const QFont& font, const QString& text) {
+  QPainterPath outlines;
+  outlines.addText(0, 0, font, text);
+  // Letters that are pictures have no outline.
+  return outlines.isEmpty() ? QFontMetricsF(font).tightBoundingRect(text) : outlines.boundingRect();
+}
+
 /// Takes down the words that are painted on it and paints nothing.
 class WordRecorder : public QPaintDevice, public QPaintEngine {
 public:
@@ -180,8 +189,7 @@ public:
     if (painter()->hasClipping())
       room &= device.mapRect(painter()->clipBoundingRect());
     const QPointF place = device.map(at);
-    const QRectF ink =
-        device.mapRect(QFontMetricsF(item.font()).tightBoundingRect(item.text()).translated(at));
+    const QRectF ink = device.mapRect(inkOf(item.font(), item.text()).translated(at));
     Line* last = lines.empty() ? nullptr : &lines.back();
     // The pieces of a line that are in different fonts.
     if (last && last->baseline == place.y() && std::abs(last->left + last->width - place.x()) < 2) {

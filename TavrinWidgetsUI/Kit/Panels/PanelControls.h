@@ -90,7 +90,9 @@ protected:
 
 private:
   void applyPaper();
+  void paintPrompt();
 
+  QString prompt_;
   QColor paper_;
   int lines_ = 6;
 };

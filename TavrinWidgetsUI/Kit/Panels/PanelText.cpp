@@ -7,6 +7,9 @@
 #include "TavrinWidgetsUI/Kit/Views/PlainWords.h"
 
 #include <QFontMetricsF>
+#include <QPainter>
+#include <QStyle>
+#include <QTextLayout>
 #include <QVBoxLayout>
 #include <cmath>
 
@@ -16,7 +19,7 @@ namespace {
 
 /// For the vowel marks of a script whose font is not the interface's own, and reaches further than
 /// that one's lines are high.
-constexpr QMargins markRoom{0, 2, 0, 4};
+constexpr QMargins markRoom{0, 4, 0, 4};
 
 } // namespace
 
@@ -80,14 +83,40 @@ QSize PanelText::minimumSizeHint() const {
   return {std::min(full.width(), 40), full.height()};
 }
 
+/// As the label does, but that a line which runs from the right has its end, not the space behind
+/// it, at the edge.
+void PanelText::paintFromTheRight(QPainter& painter) const {
+  QTextOption option(QStyle::visualAlignment(Qt::RightToLeft, alignment()));
+  option.setTextDirection(Qt::RightToLeft);
+  QTextLayout layout(QString(text()).replace(u'\n', QChar::LineSeparator), font());
+  layout.setTextOption(option);
+  const QRectF room = contentsRect();
+  const double leading = QFontMetricsF(font()).leading();
+  double height = 0;
+  layout.beginLayout();
+  for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+    line.setLineWidth(room.width());
+    line.setPosition({0, height});
+    height += line.height() + leading;
+  }
+  layout.endLayout();
+  const double free = room.height() - (height - leading);
+  const bool isAtTop = (alignment() & Qt::AlignTop) != 0;
+  painter.setPen(palette().color(foregroundRole()));
+  layout.draw(&painter, {room.x(), room.y() + (isAtTop ? 0 : std::floor(free / 2))});
+}
+
 void PanelText::paintEvent(QPaintEvent* event) {
-  if (!single_) {
+  if (!single_ && !text().isRightToLeft()) {
     QLabel::paintEvent(event);
     return;
   }
   QPainter painter(this);
-  panelPaint::line(painter, text(), contentsRect(), font(), palette().color(foregroundRole()),
-                   alignment(), elision_);
+  if (single_)
+    panelPaint::line(painter, text(), contentsRect(), font(), palette().color(foregroundRole()),
+                     alignment(), elision_);
+  else
+    paintFromTheRight(painter);
 }
 
 void PanelText::resizeEvent(QResizeEvent* event) {

@@ -35,6 +35,8 @@ protected:
   void resizeEvent(QResizeEvent* event) override;
 
 private:
+  void paintFromTheRight(QPainter& painter) const;
+
   PanelTextStyle style_;
   bool single_ = false;
   Qt::TextElideMode elision_ = Qt::ElideRight;

@@ -3,21 +3,23 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelPaint.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
 #include "TavrinWidgetsUI/Kit/Views/Colour.h"
+#include "TavrinWidgetsUI/Kit/Views/PlainWords.h"
 
 #include <QEvent>
 #include <QFontMetrics>
 #include <QSignalBlocker>
+#include <QStyle>
 #include <QTextBlock>
 #include <QTextCursor>
 #include <QTextDocument>
+#include <QTextLayout>
 #include <cmath>
 
 namespace tavrin {
 
 PanelTextEdit::PanelTextEdit(const QString& name, const QString& prompt, QWidget* parent)
-    : QPlainTextEdit(parent) {
+    : QPlainTextEdit(parent), prompt_(plainWords(prompt)) {
   setAccessibleName(name);
-  setPlaceholderText(prompt);
   setTabChangesFocus(true);
   setFont(panelFont(PanelTextStyle::body));
   setFrameShape(QFrame::StyledPanel);
@@ -98,6 +100,22 @@ void PanelTextEdit::paintEvent(QPaintEvent* event) {
                          QPointF(viewport()->width() - 8, std::round(y) + 0.5));
   }
   QPlainTextEdit::paintEvent(event);
+  paintPrompt();
+}
+
+/// Qt's own stands at the left wherever the interface runs to.
+void PanelTextEdit::paintPrompt() {
+  const QTextBlock first = document()->firstBlock();
+  if (!document()->isEmpty() || !first.layout()->preeditAreaText().isEmpty())
+    return;
+  const double margin = document()->documentMargin();
+  const double top = blockBoundingGeometry(first).translated(contentOffset()).top();
+  QPainter painter(viewport());
+  painter.setPen(palette().color(QPalette::PlaceholderText));
+  painter.drawText(QRectF(viewport()->rect()).adjusted(margin, top, -margin, 0),
+                   int(QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft | Qt::AlignTop)) |
+                       Qt::TextWordWrap,
+                   prompt_);
 }
 
 } // namespace tavrin
