@@ -226,12 +226,14 @@ Text reminderTime(const Reminder& reminder, const ReminderReading& reading, doub
   return word(reminderWhen(reminder, reading.now, reading.calendar), points, ink).figure();
 }
 
-/// The circle of the next reminder, and when it is due where there is room for that.
+/// The circle of the next reminder and when it is due; of the two the circle goes first.
 AnyView reminderHead(const Reminder& reminder, const ReminderReading& reading, double points) {
   const AnyView mark = checkCircle(reminder, reading, points * 1.4);
+  const Text when = reminderTime(reminder, reading, points * 0.95);
+  if (when.string.isEmpty())
+    return mark;
   return firstFitting(
-      {hstack({mark, reminderTime(reminder, reading, points * 0.95)}).spacing(points * 0.35),
-       mark});
+      {hstack({mark, when}).spacing(points * 0.35), when, when.figure(minimumCaptionSize), mark});
 }
 
 std::vector<QString> firstTitles(const ReminderReading& reading, std::size_t most) {

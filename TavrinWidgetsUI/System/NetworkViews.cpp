@@ -14,6 +14,8 @@ namespace {
 constexpr std::size_t chartLength = 31;
 /// A chart of less than this is a flat line.
 constexpr double leastPeak = 10'000;
+/// Below a figure's feet, by its size.
+constexpr double figureFoot = 0.1113;
 
 std::vector<double> valuesOf(const NetworkTrace& trace, double NetworkReading::*rate) {
   std::vector<double> values;
@@ -32,26 +34,30 @@ double peakOf(const std::vector<double>& values) {
   return peak;
 }
 
-AnyView rateRow(double rate, const char* arrow, const QColor& tint, double points, bool hasUnit) {
+/// The unit is smaller than its number, as far as words may be, and stands on the same line.
+AnyView rateRow(double rate, const char* arrow, const QColor& tint, double points,
+                const TileSize& size) {
   const RateText shown = rateText(rate);
-  const double unit = std::max(points * 0.6, minimumTypeSize);
-  std::vector<AnyView> row{
-      symbol(arrow).colour(withContrast(tint, palette::ground, 3)).size(points * 0.82),
-      text(shown.number)
-          .size(points)
-          .weight(FontWeight::semibold)
-          .colour(palette::figure())
-          .widest("888")
-          .align(TextAlignment::trailing)
-          .figure(minimumTypeSize)};
-  if (hasUnit)
-    row.push_back(text(shown.unit)
-                      .size(unit)
-                      .weight(FontWeight::medium)
-                      .colour(palette::caption())
-                      .widest("MB/s")
-                      .figure(minimumTypeSize));
-  return hstack(std::move(row)).spacing(points * 0.22);
+  const double unit = std::min(std::max(points * 0.6, size.words(0)), points * 0.85);
+  const AnyView number = text(shown.number)
+                             .size(points)
+                             .weight(FontWeight::semibold)
+                             .colour(palette::figure())
+                             .widest("888")
+                             .align(TextAlignment::trailing)
+                             .figure(minimumTypeSize);
+  const AnyView unitWords = text(shown.unit)
+                                .size(unit)
+                                .weight(FontWeight::medium)
+                                .colour(palette::caption())
+                                .widest("MB/s")
+                                .figure(unit);
+  const double sink = (points - unit) * figureFoot;
+  return hstack({symbol(arrow).colour(withContrast(tint, palette::ground, 3)).size(points * 0.82),
+                 hstack({number, unitWords.offset(0, -sink)})
+                     .spacing(points * 0.25)
+                     .align(Alignment::bottom)})
+      .spacing(points * 0.22);
 }
 
 /// "1.2" and "M" in one word, for tiles without room for a unit of its own.
@@ -75,7 +81,7 @@ QString spoken(const NetworkTrace& trace) {
 AnyView networkNumbersTile(const NetworkTrace& trace, const TileSize& size) {
   const double points = size.words(0.21);
   const auto row = [&](double rate, const char* arrow, const QColor& tint) {
-    return size.side >= 84 ? rateRow(rate, arrow, tint, points * 0.86, true)
+    return size.side >= 84 ? rateRow(rate, arrow, tint, points * 0.86, size)
                            : shortRow(rate, arrow, tint, points);
   };
   return tile(
@@ -131,8 +137,8 @@ AnyView networkTileIcon(const NetworkTrace& trace, const NetworkSettings& settin
 AnyView networkWideTile(const NetworkTrace& trace, const NetworkSettings& settings,
                         const TileSize& size) {
   const double points = size.words(0.22);
-  const AnyView rows = vstack({rateRow(trace.now.down, "arrow.down", downTint, points, true),
-                               rateRow(trace.now.up, "arrow.up", upTint, points, true)})
+  const AnyView rows = vstack({rateRow(trace.now.down, "arrow.down", downTint, points, size),
+                               rateRow(trace.now.up, "arrow.up", upTint, points, size)})
                            .align(Alignment::leading)
                            .spacing(size.body() * 0.08);
   WideTileContent content;

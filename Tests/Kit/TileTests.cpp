@@ -197,6 +197,23 @@ TEST(WideTile, KeepsItsActionsAndTheirPlaceInEverySpan) {
   }
 }
 
+TEST(WideTile, WordsThatLeaveRoomForNothingElseStillBeginAtTheSameEdge) {
+  const TileSize size{48, 2};
+  WideTileContent content;
+  content.middle = rectangle().fill(palette::pink).frame(60, 10);
+  const auto startOf = [&] {
+    const QImage image = picture(wideTile(content, size), size, 4);
+    for (int x = 0; x < image.width(); ++x)
+      if (image.pixelColor(x, image.height() / 2) == palette::pink)
+        return x;
+    return -1;
+  };
+  const int start = startOf();
+  EXPECT_GT(start, 0);
+  content.actions = {{{"toggle"}, "pause.fill", QStringLiteral("Pause"), true}};
+  EXPECT_EQ(startOf(), start);
+}
+
 TEST(WideTile, SpansPitches) {
   const TileSize size{48, 3};
   EXPECT_DOUBLE_EQ(size.bodyWidth(), 2 * 51 + 0.805 * 48);

@@ -28,7 +28,9 @@
 #include "TavrinWidgetsUI/Water/WaterViews.h"
 #include "TavrinWidgetsUI/Weather/WeatherViews.h"
 #include "Tests/Support/DrawnLines.h"
+#include "Tests/Support/InLanguage.h"
 
+#include <algorithm>
 #include <functional>
 #include <gtest/gtest.h>
 
@@ -337,6 +339,37 @@ TEST(TileWords, ANumberIsWrittenShorterBeforeItIsCut) {
         << side << ": " << shown.toStdString();
     EXPECT_FALSE(shown.contains(u'…')) << side << ": " << shown.toStdString();
   }
+}
+
+TEST(TileWords, WhatIsLateGoesBeforeItsCircle) {
+  const test::InLanguage german({{"Late", "Überfällig"}}, "de");
+  ReminderReading reading{{}, CalendarState::items, {}, evening, berlin()};
+  Reminder& rent = reading.reminders.emplace_back();
+  rent.title = "Rent";
+  rent.due = evening - 86'400;
+  for (const double side : {48.0, 64.0, 128.0}) {
+    const TileSize size{side, 1};
+    const QString shown = textOf(linesOf(reminderTileIcon(reading, size), size));
+    EXPECT_TRUE(shown.contains(QStringLiteral("Überfällig")))
+        << side << ": " << shown.toStdString();
+  }
+}
+
+TEST(TileWords, AUnitIsSmallerThanItsNumber) {
+  NetworkTrace trace;
+  trace.now = {1.2e9, 88};
+  for (const double side : {48.0, 64.0, 96.0, 128.0})
+    for (const int span : {1, 2, 3}) {
+      const TileSize size{side, span};
+      const DrawnLines lines = linesOf(
+          span > 1 ? networkWideTile(trace, {}, size) : networkTileIcon(trace, {}, size), size);
+      const auto sizeOf = [&](const QString& words) {
+        const auto found = std::ranges::find(lines, words, &TextEngine::DrawnLine::string);
+        return found == lines.end() ? 0 : found->pointSize;
+      };
+      EXPECT_EQ(sizeOf("GB/s") > 0, sizeOf("1.2") > 0) << side << ' ' << span;
+      EXPECT_LE(sizeOf("GB/s"), sizeOf("1.2") * 0.86) << side << ' ' << span;
+    }
 }
 
 TEST(TileWords, TurnedTextStandsOnItsSide) {

@@ -6,6 +6,8 @@
 #include <QFontMetricsF>
 #include <QLabel>
 #include <QSpinBox>
+#include <algorithm>
+#include <array>
 
 namespace tavrin {
 
@@ -57,11 +59,19 @@ bool isCut(const QString& line) {
   return !line.mid(at).contains(u']');
 }
 
+/// Whether a tile's own words, which it says in every language, go on behind the ellipsis.
+bool isOwnCut(const QString& line) {
+  const qsizetype at = line.lastIndexOf(u'…');
+  return at > 0 &&
+         std::ranges::any_of(std::array{"Click to write a note", "Not sent", "Does not answer"},
+                             [&](const char* own) { return worded(own).contains(line.left(at)); });
+}
+
 /// What is cut of the texts as they were painted.
 QStringList cutOf(const std::vector<ShownText>& texts) {
   QStringList cut;
   for (const ShownText& text : texts)
-    if (isCut(text.words))
+    if (isCut(text.words) || isOwnCut(text.words))
       cut << text.words;
     else if (text.isClipped)
       cut << text.words + QStringLiteral(" (past its edge)");

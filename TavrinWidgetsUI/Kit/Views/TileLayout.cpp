@@ -348,7 +348,7 @@ AnyView wideTile(const WideTileContent& content, const TileSize& size) {
   std::vector<AnyView> candidates{row(mark, actions), row({}, actions)};
   if (buttons.size() > 1)
     candidates.push_back(row({}, buttons.front()));
-  candidates.push_back(words);
+  candidates.push_back(words.fill(Alignment::leading));
   const double margin = (size.height() - size.body()) / 2;
   // Round ends of marks and buttons sit well a little further out than text.
   const AnyView picture = zstack({body(groundsOf(content), content.border, size),
