@@ -274,9 +274,9 @@ AnyView conditionsTile(const WeatherSnapshot& weather, const TileSize& size) {
         .figure(std::max(size.caption() * 0.85, minimumCaptionSize));
   };
   std::vector<AnyView> candidates;
-  const auto add = [&](double headRatio, std::vector<AnyView> lines) {
+  const auto add = [&](double headRatio, std::vector<AnyView> lines, double gap = 0.02) {
     lines.insert(lines.begin(), headRow(weather, size, body * headRatio, body * headRatio * 0.9));
-    candidates.push_back(vstack(std::move(lines)).spacing(body * 0.02));
+    candidates.push_back(vstack(std::move(lines)).spacing(body * gap));
   };
   // The figure gives way to the words; a word too long for the tile is broken.
   const auto space = words.indexOf(u' ');
@@ -284,7 +284,9 @@ AnyView conditionsTile(const WeatherSnapshot& weather, const TileSize& size) {
   const QString first = space > 0 ? words.left(space) : words.left(half) + u'-';
   const QString second = space > 0 ? words.mid(space + 1) : words.mid(half);
   for (const double ratio : {0.32, 0.27}) {
-    add(ratio, {line(words), feels});
+    // Apart where they can be: a script's marks reach above its letters and below them.
+    for (const double gap : {0.07, 0.02})
+      add(ratio, {line(words), feels}, gap);
     add(ratio, {line(first), line(second), feels});
   }
   for (const AnyView& last : {feels, AnyView()})

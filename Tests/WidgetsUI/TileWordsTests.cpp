@@ -355,6 +355,29 @@ TEST(TileWords, WhatIsLateGoesBeforeItsCircle) {
   }
 }
 
+TEST(TileWords, LinesStandApartWhereThereIsRoom) {
+  WeatherSnapshot weather;
+  weather.settings.cityName = "Berlin";
+  weather.settings.latitude = weather.settings.longitude = 10;
+  weather.settings.style = WeatherTileStyle::conditions;
+  weather.now = evening;
+  weather.reading.emplace();
+  weather.reading->apparent = 19;
+  weather.reading->condition = WeatherCondition::rain;
+  weather.reading->timeZoneID = "Europe/Berlin";
+  for (const double side : {48.0, 64.0}) {
+    const TileSize size{side, 1};
+    const DrawnLines lines = linesOf(weatherTileIcon(weather, size), size);
+    const auto footOf = [&](const QString& words) {
+      const auto found = std::ranges::find_if(
+          lines, [&](const auto& line) { return line.string.startsWith(words); });
+      return found == lines.end() ? -1 : found->ink.boundingRect().bottom();
+    };
+    const double apart = (footOf("Feels") - footOf("Rain")) / test::drawnScale;
+    EXPECT_GT(apart, 1.25 * size.caption()) << side;
+  }
+}
+
 TEST(TileWords, AUnitIsSmallerThanItsNumber) {
   NetworkTrace trace;
   trace.now = {1.2e9, 88};
