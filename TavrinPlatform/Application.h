@@ -19,6 +19,13 @@ public:
   virtual std::vector<std::string> arguments() const = 0;
   /// Ends the event loop; what runs after it still runs.
   virtual void terminate() = 0;
+  /// Ends, unless there is work again by the time that nobody can reach this process any more:
+  /// whoever gives it work then looks whether it runs. `isWanted` is asked last, when all else of
+  /// the program is gone; where it is, the program starts anew in this process.
+  virtual void terminateUnless(std::function<bool()> isWanted) {
+    static_cast<void>(isWanted);
+    terminate();
+  }
   /// The critical request: the tile asks for attention until the user comes. Nothing while the
   /// user is here already, in the open panel.
   virtual void requestUserAttention() = 0;

@@ -43,10 +43,11 @@ SlotApp::~SlotApp() {
 }
 
 void SlotApp::applicationDidFinishLaunching() {
-  openStore();
-  reload();
+  // Before the file is read: what is written after that is told.
   widgetsChanged_ = platform_.notifications().observe(
       std::string(DockSlot::widgetsChangedNotification), [this](const auto&) { reload(); });
+  openStore();
+  reload();
   const auto arguments = platform_.application().arguments();
   if (std::find(arguments.begin(), arguments.end(), "--background") == arguments.end() &&
       controller_)
@@ -103,10 +104,23 @@ void SlotApp::reloadOnce() {
   }
   if (!found) {
     log_.info(fmt::format("slot {} has no widget; quitting", slot_));
-    platform_.application().terminate();
+    quit();
     return;
   }
   show(std::move(*found));
+}
+
+/// Somebody may put a widget here while this ends, and would find that the slot runs.
+void SlotApp::quit() {
+  if (!store_)
+    return platform_.application().terminate();
+  platform_.application().terminateUnless([file = store_->url(), slot = slot_] {
+    try {
+      return WidgetStore(file).widget(slot).has_value();
+    } catch (const std::exception&) {
+      return false;
+    }
+  });
 }
 
 void SlotApp::show(DockWidget widget) {

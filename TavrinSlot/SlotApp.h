@@ -48,6 +48,7 @@ private:
   void openStore();
   void reload();
   void reloadOnce();
+  void quit();
   /// Goes on with the record that the slot has now: under the controller that stands, where it is
   /// the same widget's; else that one's life ends before the tile moves, and another begins.
   void show(DockWidget widget);

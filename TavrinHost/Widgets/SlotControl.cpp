@@ -17,6 +17,8 @@ constexpr double pollInterval = 0.02;
 constexpr double launchLimit = 15;
 /// Where no identifier tells that a slot is up, it has to live this long to count as started.
 constexpr double survivalTime = 0.5;
+/// For a process that begins or ends to have done so.
+constexpr double settlingLimit = 2;
 constexpr double politeLimit = 5;
 constexpr double forcedLimit = 2;
 constexpr std::uintmax_t logLimit = 1024 * 1024;
@@ -124,6 +126,18 @@ std::optional<int> SlotControl::process(int slot) {
   return std::nullopt;
 }
 
+bool SlotControl::runs(int slot) {
+  auto found = process(slot);
+  if (!found || !applications().knowsIdentifiers())
+    return found.has_value();
+  const auto identifier = DockSlot::bundleIdentifier(slot);
+  waitUntil(context_.platform(), settlingLimit, [&] {
+    found = process(slot);
+    return !found || applications().processOwning(identifier) == found;
+  });
+  return found.has_value();
+}
+
 std::optional<std::string> SlotControl::refusal(int slot) {
   const auto owner = applications().processOwning(DockSlot::bundleIdentifier(slot));
   if (!owner || !isSlotProgram(*owner, slot) || sharesDataFolder(*owner))
@@ -195,7 +209,7 @@ SlotControl::Launched SlotControl::launchThose(const std::set<int>& slots) {
   std::vector<std::size_t> waiting;
   std::vector<RunningApplications::Launch> launches;
   for (const int slot : slots) {
-    const bool runs = process(slot).has_value();
+    const bool runs = this->runs(slot);
     const auto refused = runs ? std::nullopt : refusal(slot);
     outcomes.push_back({slot, !refused,
                         refused ? *refused

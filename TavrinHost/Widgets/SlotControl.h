@@ -72,6 +72,9 @@ private:
   void waitForLaunched(std::vector<std::pair<Outcome*, ProcessID>> launched);
   bool isSlotProgram(ProcessID process, int slot);
   bool sharesDataFolder(ProcessID process);
+  /// Whether the slot has a process, and will have it: one without the slot's name begins, and takes
+  /// that, or ends. Waits until it is known which.
+  bool runs(int slot);
   /// Why the slot cannot be had: its identifier belongs to a slot application on another data
   /// folder. No value where it can.
   std::optional<std::string> refusal(int slot);

@@ -200,16 +200,17 @@ LinuxPlatform::~LinuxPlatform() {
   userFiles_.reset();
   desktop_.reset();
   defaults_.reset();
+  const auto isWanted = application_->isWanted();
   application_.reset();
   systemBus_.reset();
   // Else the process that begins anew may find its own name taken, and end.
-  if (startsAnew_ && bus_ != nullptr && bus_->isOpen())
+  if ((startsAnew_ || isWanted) && bus_ != nullptr && bus_->isOpen())
     bus_->releaseName(identifier());
   bus_.reset();
   runLoop_.reset();
   memory_.reset();
   toolkit_.reset();
-  if (startsAnew_)
+  if (startsAnew_ || (isWanted && isWanted()))
     startAnew();
 }
 

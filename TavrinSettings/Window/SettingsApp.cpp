@@ -68,13 +68,14 @@ SettingsApp::SettingsApp(Platform& platform, CommandPlatform& host)
     startSlots();
     platform_.application().terminate();
   };
+  // Before the file is read: what is written after that is told.
+  widgetsChanged_ = platform_.notifications().observe(
+      std::string(DockSlot::widgetsChangedNotification), [this](const auto&) { reload(); });
   open();
   appearanceChanged_ =
       platform_.workspace().observeAppearance([this] { window_->setAppearance(appearance()); });
   // So that no editor in a terminal opens beside it; one that waits already goes on answering.
   answersEdits_ = host.applications().claimIdentifier(editorIdentifier(*context_));
-  widgetsChanged_ = platform_.notifications().observe(
-      std::string(DockSlot::widgetsChangedNotification), [this](const auto&) { reload(); });
   editRequested_ = platform_.notifications().observe(
       std::string(DockSlot::editWidgetNotification), [this](const auto& object) {
         const auto id = object ? UUID::parse(*object) : std::nullopt;

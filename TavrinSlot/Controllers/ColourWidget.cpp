@@ -16,11 +16,11 @@ constexpr const char* pickShortcut = "pick-colour";
 } // namespace
 
 void ColourWidgetController::start() {
+  changed_ = platform().notifications().observe(ColourStore::changedNotification,
+                                                [this](const auto&) { historyChanged(); });
   store_.emplace(platform(), [this] {
     return StoragePath(platform().fileManager(), platform().mainBundle()).coloursFileURL();
   });
-  changed_ = platform().notifications().observe(ColourStore::changedNotification,
-                                                [this](const auto&) { historyChanged(); });
   bindShortcut();
 }
 

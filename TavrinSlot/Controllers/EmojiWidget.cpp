@@ -17,13 +17,14 @@ EmojiSources sources(const FileManager& files) {
 } // namespace
 
 void EmojiWidgetController::start() {
+  // Before the file is read, here and in other kinds: what is written after that is told.
+  changed_ = platform().notifications().observe(EmojiStore::changedNotification,
+                                                [this](const auto&) { recentsChanged(); });
   store_.emplace(platform(), [this] {
     return StoragePath(platform().fileManager(), platform().mainBundle()).emojiFileURL();
   });
   model_.emplace(platform().runLoop(), sources(platform().fileManager()));
   model_->onChange = [this] { refreshPanel(); };
-  changed_ = platform().notifications().observe(EmojiStore::changedNotification,
-                                                [this](const auto&) { recentsChanged(); });
 }
 
 void EmojiWidgetController::stop() {

@@ -16,13 +16,13 @@ constexpr double burstInterval = 0.1;
 } // namespace
 
 void WaterWidgetController::start() {
+  observe();
   openStore();
   calendar_ = Calendar();
   tank_.emplace(platform().runLoop());
   renderedDay_ = WaterLog::key(platform().clock().now(), calendar_);
   tick();
   tank_->onFrame = [this] { refresh(); };
-  observe();
   clock_ = platform().runLoop().repeat(clockInterval, [this] { tick(); });
 }
 

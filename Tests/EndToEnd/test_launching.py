@@ -3,7 +3,9 @@
 import json
 import os
 import pathlib
+import random
 import subprocess
+import time
 import unittest
 
 from rig import PATIENCE, BUILD, BUNDLES, DeskTest, wait_for
@@ -215,6 +217,27 @@ class Launching(DeskTest):
                 group = int(started.read_text())
                 act()
                 wait_for(lambda: self.has_ended(group), "the whole group to end, deaf as it is")
+
+    def test_a_widget_put_back_at_once_has_its_slot(self):
+        """The slot that has lost it is about to end, and whoever starts slots may see it run."""
+        self.tavrin("widgets", "add", "clock", "Mine", "--place")
+        self.tavrin("start")
+        text = (self.desk.data / "widgets.json").read_text()
+        empty = text.replace('"slot"', '"other"')
+        self.assertNotEqual(text, empty)
+        for number in range(1, 41):
+            self.desk.write_widgets_text(empty)
+            wait_for(lambda n=number: self.log().count("quitting") == n,
+                     "the slot to see that its widget has gone", pause=0.0005)
+            time.sleep(random.uniform(0, 0.03))
+            self.desk.write_widgets_text(text, announce=False)
+            self.tavrin("start", "1")
+            self.desk.wait_for_name(1)
+
+    def log(self):
+        """Of the slot that the command has started."""
+        file = self.desk.home / "state" / "tavrin" / "slot-1.log"
+        return file.read_text() if file.exists() else ""
 
     def test_a_command_ends_with_its_slot(self):
         started = self.desk.home / "started"

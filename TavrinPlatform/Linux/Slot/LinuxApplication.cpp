@@ -155,6 +155,11 @@ void LinuxApplication::terminate() {
   QCoreApplication::exit();
 }
 
+void LinuxApplication::terminateUnless(std::function<bool()> isWanted) {
+  isWanted_ = std::move(isWanted);
+  terminate();
+}
+
 void LinuxApplication::keepMemoryPrivate() {
   // The limit alone does not hold where dumps go to a program.
   const rlimit none{0, 0};
@@ -228,6 +233,7 @@ void LinuxApplication::watchSignals() {
   QObject::connect(signals_.get(), &QSocketNotifier::activated, [this] {
     std::uint64_t count = 0;
     [[maybe_unused]] const auto got = ::read(signalDescriptor, &count, sizeof count);
+    isWanted_ = nullptr;
     terminate();
   });
   struct sigaction action {};

@@ -34,6 +34,9 @@ public:
 
   std::vector<std::string> arguments() const override { return arguments_; }
   void terminate() override;
+  void terminateUnless(std::function<bool()> isWanted) override;
+  /// What is to be asked before the process ends; empty where it is to end.
+  std::function<bool()> isWanted() const { return isWanted_; }
   void requestUserAttention() override { setAttention(!hasOpenPanel()); }
   void cancelUserAttention() override { setAttention(false); }
   void keepMemoryPrivate() override;
@@ -80,6 +83,7 @@ private:
   std::optional<bool> isOwner_;
   bool isRunning_ = false;
   bool isTerminated_ = false;
+  std::function<bool()> isWanted_;
   bool wantsAttention_ = false;
   std::vector<std::function<void()>> early_;
   std::unique_ptr<QSocketNotifier> signals_;

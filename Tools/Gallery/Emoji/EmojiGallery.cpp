@@ -31,7 +31,7 @@ GalleryPanel panelOf(const char* name, std::vector<Emoji> used, EmojiSkinTone to
                      const char* query = "", const char* folder = usualFolder,
                      const char* trouble = "") {
   return {name, emojiTint, [=](const PanelAppearance& look) {
-            auto* model = new EmojiModel(loop(), {folder, "de_DE"}); // the sheet's, for its life
+            auto* model = new EmojiModel(loop(), {folder, "de_DE"});
             model->load();
             auto* panel = new EmojiPanelView(look, *model,
                                              {.name = [] { return std::string("Emoji"); },
@@ -46,6 +46,7 @@ GalleryPanel panelOf(const char* name, std::vector<Emoji> used, EmojiSkinTone to
                                               .setTone = [](EmojiSkinTone) {},
                                               .clear = [] {},
                                               .edit = [] {}});
+            QObject::connect(panel, &QObject::destroyed, [model] { delete model; });
             panel->setAttribute(Qt::WA_DontShowOnScreen);
             panel->show();
             panel->showGroup(group);
