@@ -226,13 +226,20 @@ class Launching(DeskTest):
         empty = text.replace('"slot"', '"other"')
         self.assertNotEqual(text, empty)
         for number in range(1, 41):
+            before = self.owner()
             self.desk.write_widgets_text(empty)
             wait_for(lambda n=number: self.log().count("quitting") == n,
                      "the slot to see that its widget has gone", pause=0.0005)
             time.sleep(random.uniform(0, 0.03))
             self.desk.write_widgets_text(text, announce=False)
             self.tavrin("start", "1")
-            self.desk.wait_for_name(1)
+            # Whether it began anew or another was started, it has a connection of its own.
+            wait_for(lambda old=before: self.owner() not in ("", old), "a slot that stays")
+
+    def owner(self):
+        return self.desk.run("gdbus", "call", "--session", "-d", "org.freedesktop.DBus", "-o", "/",
+                             "-m", "org.freedesktop.DBus.GetNameOwner",
+                             self.desk.bundle_identifier(1), check=False)
 
     def log(self):
         """Of the slot that the command has started."""
