@@ -153,7 +153,7 @@ class Notices(DeskTest):
                 self.name_timer(hostile)
                 told = wait_for(lambda text=plain: [one for one in self.timers() if one[-2] == text],
                                 f"{plain!r} at the manager")
-                self.assertEqual(len(self.timers()), 1, "the newest takes the place of the others")
+                wait_for(lambda: len(self.timers()) == 1, "the others to give place to the newest")
                 _, *descriptions, _, _, identifier, title, _ = told[0]
                 self.assertNotIn("\n", "".join(descriptions))
                 self.show_notice(identifier, title, title)
