@@ -16,9 +16,15 @@ constexpr int fadeHeight = 18;
 
 } // namespace
 
-void ScrollFade::addTo(QScrollArea* area) {
+QScrollArea* ScrollFade::makeArea(QWidget* parent) {
+  auto* area = new QScrollArea(parent);
+  area->setFrameShape(QFrame::NoFrame);
+  area->setWidgetResizable(true);
+  area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  area->setFocusPolicy(Qt::NoFocus);
   new ScrollFade(area, true);
   new ScrollFade(area, false);
+  return area;
 }
 
 ScrollFade::ScrollFade(QScrollArea* area, bool isTop) : QWidget(area), area_(area), isTop_(isTop) {

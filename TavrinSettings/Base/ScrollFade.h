@@ -9,8 +9,9 @@ namespace tavrin {
 /// Where an area goes on above or below its edge, what stands there fades into the ground.
 class ScrollFade : public QWidget {
 public:
-  /// Both edges of the area, which owns what draws them.
-  static void addTo(QScrollArea* area);
+  /// An area that scrolls up and down alone and fades at both edges. It is no stop of the keyboard:
+  /// what stands in it is.
+  static QScrollArea* makeArea(QWidget* parent);
 
   bool eventFilter(QObject* viewport, QEvent* event) override;
 

@@ -66,13 +66,8 @@ QLayout* pairOfTexts(const QString& words, const QString& quieter, bool isSelect
 }
 
 QScrollArea* scrollingArea(const QString& name, QWidget* parent) {
-  auto* area = new QScrollArea(parent);
+  auto* area = ScrollFade::makeArea(parent);
   area->setAccessibleName(name);
-  area->setFrameShape(QFrame::NoFrame);
-  area->setWidgetResizable(true);
-  area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  area->setFocusPolicy(Qt::NoFocus);
-  ScrollFade::addTo(area);
   return area;
 }
 

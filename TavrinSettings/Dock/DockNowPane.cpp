@@ -30,13 +30,8 @@ DockNowPane::DockNowPane(DockServicesOfPage& services, QWidget* parent)
                                                  {{"name", name}, {"place", address}}),
                         false);
   };
-  auto* scroll = new QScrollArea(this);
-  scroll->setFrameShape(QFrame::NoFrame);
-  scroll->setWidgetResizable(true);
-  scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  scroll->setFocusPolicy(Qt::NoFocus);
+  auto* scroll = ScrollFade::makeArea(this);
   scroll->setWidget(row_);
-  ScrollFade::addTo(scroll);
   column->addWidget(scroll, 1);
 }
 

@@ -32,13 +32,8 @@ LayoutItems::LayoutItems(PageServices& page, HostContext& context,
   row_->onDrop = [this](const std::vector<std::filesystem::path>& files, DockPosition to) {
     picker_.identify(files, [this, to](const auto& items) { drop(items, to); });
   };
-  auto* scroll = new QScrollArea(this);
-  scroll->setFrameShape(QFrame::NoFrame);
-  scroll->setWidgetResizable(true);
-  scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  scroll->setFocusPolicy(Qt::NoFocus);
+  auto* scroll = ScrollFade::makeArea(this);
   scroll->setWidget(row_);
-  ScrollFade::addTo(scroll);
   column->addWidget(scroll, 1);
 }
 

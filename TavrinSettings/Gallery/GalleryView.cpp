@@ -55,11 +55,7 @@ GalleryView::GalleryView(PageServices& services, QWidget* parent)
   top->addStrut(starter_->sizeHint().height());
   column->addLayout(top);
 
-  scroll_ = new QScrollArea(this);
-  scroll_->setFrameShape(QFrame::NoFrame);
-  scroll_->setWidgetResizable(true);
-  scroll_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  scroll_->setFocusPolicy(Qt::NoFocus);
+  scroll_ = ScrollFade::makeArea(this);
   auto* inner = new QWidget;
   auto* list = new QVBoxLayout(inner);
   // The ring around a card lies outside it.
@@ -80,7 +76,6 @@ GalleryView::GalleryView(PageServices& services, QWidget* parent)
   scroll_->setWidget(inner);
   scroll_->viewport()->setAutoFillBackground(false);
   inner->setAutoFillBackground(false);
-  ScrollFade::addTo(scroll_);
   column->addWidget(scroll_, 1);
   makeKinds();
   search({});

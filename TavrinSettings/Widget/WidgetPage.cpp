@@ -35,15 +35,10 @@ WidgetPage::WidgetPage(PageServices& services, QWidget* parent)
   body_ = new QBoxLayout(QBoxLayout::TopToBottom);
   body_->setSpacing(panel::padding);
   preview_ = new TilePreview(services_, this);
-  scroll_ = new QScrollArea(this);
-  scroll_->setFrameShape(QFrame::NoFrame);
-  scroll_->setWidgetResizable(true);
-  scroll_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  scroll_->setFocusPolicy(Qt::NoFocus);
+  scroll_ = ScrollFade::makeArea(this);
   form_ = new WidgetForm(services_.forms, services_.appearance);
   form_->onEdit = [this](const std::vector<SettingValue>& values) { return set(values); };
   scroll_->setWidget(form_);
-  ScrollFade::addTo(scroll_);
   body_->addWidget(preview_, 0, Qt::AlignTop);
   body_->addWidget(scroll_, 1);
   column->addLayout(body_, 1);

@@ -346,6 +346,7 @@ QStringList TextEngine::breakLines(const QString& whole, FontWeight weight, doub
   const double first = width;
   mostWidth = std::max(first, mostWidth);
   const QString string = beginning(whole, mostWidth * limit);
+  Attempt shortened;
   // Whole words, in type as large as may be; else a word too long goes on in the next line.
   for (const bool breaksWords : {false, true}) {
     constexpr int sizes = 7;
@@ -355,8 +356,12 @@ QStringList TextEngine::breakLines(const QString& whole, FontWeight weight, doub
                                  ? attempt
                                  : brokenInto(string, weight, mostWidth, limit, breaksWords);
     // Between the two nothing fits either.
-    if (!smallest.isWhole)
+    if (!smallest.isWhole) {
+      // One word that fills all lines is broken; among others it is cut alone.
+      if (!breaksWords || shortened.lines.size() < limit)
+        shortened = smallest;
       continue;
+    }
     width = first;
     for (int i = 1; !attempt.isWhole; ++i) {
       const bool isNear = attempt.widest > width && attempt.widest <= mostWidth;
@@ -370,9 +375,7 @@ QStringList TextEngine::breakLines(const QString& whole, FontWeight weight, doub
     return attempt.lines;
   }
   width = mostWidth;
-  Attempt words = brokenInto(string, weight, mostWidth, limit, false);
-  return words.widest > mostWidth ? brokenInto(string, weight, mostWidth, limit, true).lines
-                                  : words.lines;
+  return shortened.lines;
 }
 
 TextEngine::Attempt TextEngine::brokenInto(const QString& string, FontWeight weight, double width,

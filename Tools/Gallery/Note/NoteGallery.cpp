@@ -10,6 +10,10 @@
 namespace tavrin {
 namespace {
 
+/// One word that no tile has room for.
+const char* const address =
+    "https://tavrin.example/a/very/long/way/to/what/somebody/wanted/to/read?"
+    "later=1&from=the+paper&page=1234567890";
 const char* const shortNote = "Milk, bread\nCall Ada";
 const char* const longNote =
     "Groceries: milk, bread, a kilogram of unreasonably small potatoes, soap, "
@@ -22,9 +26,11 @@ struct NoteCase {
 };
 
 constexpr NoteCase noteCases[] = {
-    {"empty", "", "#FBBF24"},       {"short", shortNote, "#FBBF24"}, {"long", longNote, "#FBBF24"},
-    {"blue", longNote, "#0A84FF"},  {"black", shortNote, "#000000"}, {"white", longNote, "#FFFFFF"},
-    {"grey", shortNote, "#777777"}, {"pink", shortNote, "#FF9EC4"},
+    {"empty", "", "#FBBF24"},        {"short", shortNote, "#FBBF24"},
+    {"long", longNote, "#FBBF24"},   {"blue", longNote, "#0A84FF"},
+    {"black", shortNote, "#000000"}, {"white", longNote, "#FFFFFF"},
+    {"grey", shortNote, "#777777"},  {"pink", shortNote, "#FF9EC4"},
+    {"address", address, "#FBBF24"},
 };
 
 NoteModel& noteModel(const NoteSettings& settings) {
