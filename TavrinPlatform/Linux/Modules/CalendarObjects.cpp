@@ -12,12 +12,17 @@ std::string clean(const char* text) {
   if (text == nullptr)
     return {};
   gchar* valid = g_utf8_make_valid(text, -1);
-  gchar* end = valid;
+  std::string cleaned;
   std::size_t count = 0;
-  for (; *end != '\0' && count < longestText; end = g_utf8_next_char(end), ++count)
-    if (g_unichar_iscntrl(g_utf8_get_char(end)))
-      *end = ' ';
-  std::string cleaned(valid, end);
+  for (const gchar* c = valid; *c != '\0' && count < longestText; ++count) {
+    const gchar* next = g_utf8_next_char(c);
+    // Those of Latin-1 are two bytes long.
+    if (g_unichar_iscntrl(g_utf8_get_char(c)))
+      cleaned += ' ';
+    else
+      cleaned.append(c, next);
+    c = next;
+  }
   g_free(valid);
   return cleaned;
 }

@@ -58,6 +58,9 @@ TEST(CalendarObjects, WhatAnObjectLacksIsMadeUpOrItIsLeftOut) {
        "SUMMARY:A\x01\x7f"
        "B\r\nDTSTART:20300507T100000Z",
        {"A  B 05-07 12:00–05-07 12:00"}},
+      {"a control character of two bytes",
+       "SUMMARY:A\xC2\x85 B\r\nDTSTART:20300507T100000Z",
+       {"A  B 05-07 12:00–05-07 12:00"}},
       {"an unknown zone",
        "SUMMARY:A\r\nDTSTART;TZID=Mars/Base:20300507T100000\r\n"
        "DTEND;TZID=Mars/Base:20300507T110000",
