@@ -1,6 +1,7 @@
 #include "TavrinPlatform/Linux/Base/DesktopFacts.h"
 
 #include "TavrinPlatform/Linux/Base/OwnedReply.h"
+#include "TavrinPlatform/Linux/Base/XRequests.h"
 
 #include <algorithm>
 #include <array>
@@ -13,39 +14,12 @@ namespace tavrin {
 
 namespace {
 
-xcb_atom_t atomNamed(xcb_connection_t* x, std::string_view name) {
-  const auto cookie = xcb_intern_atom(x, 0, static_cast<std::uint16_t>(name.size()), name.data());
-  const auto reply = owned(xcb_intern_atom_reply(x, cookie, nullptr));
-  return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
-}
-
-struct Property {
-  std::vector<std::uint32_t> numbers;
-  std::string text;
-};
-
-Property read(xcb_connection_t* x, xcb_window_t window, std::string_view name) {
-  constexpr std::uint32_t longest = 4096;
-  const auto cookie =
-      xcb_get_property(x, 0, window, atomNamed(x, name), XCB_GET_PROPERTY_TYPE_ANY, 0, longest);
-  const auto reply = owned(xcb_get_property_reply(x, cookie, nullptr));
-  Property property;
-  if (!reply)
-    return property;
-  const auto* bytes = xcb_get_property_value(reply.get());
-  const auto length = static_cast<std::size_t>(xcb_get_property_value_length(reply.get()));
-  if (reply->format == 32)
-    property.numbers.assign(static_cast<const std::uint32_t*>(bytes),
-                            static_cast<const std::uint32_t*>(bytes) + length / 4);
-  else if (reply->format == 8)
-    property.text.assign(static_cast<const char*>(bytes), length);
-  return property;
-}
+constexpr std::uint32_t mostSupported = 4096;
+constexpr std::uint32_t longestName = 256;
 
 /// One client at a time may be asked what becomes of other clients' windows.
-bool isManaged(xcb_connection_t* x, xcb_window_t root) {
-  const auto reply =
-      owned(xcb_get_window_attributes_reply(x, xcb_get_window_attributes(x, root), nullptr));
+bool isManaged(xcb_connection_t* x, xcb_get_window_attributes_cookie_t asked) {
+  const auto reply = owned(xcb_get_window_attributes_reply(x, asked, nullptr));
   return reply && (reply->all_event_masks & XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT) != 0;
 }
 
@@ -63,21 +37,32 @@ std::optional<WindowManager> readWindowManager(xcb_connection_t* x) {
   if (x == nullptr)
     return std::nullopt;
   const auto root = xcb_setup_roots_iterator(xcb_get_setup(x)).data->root;
-  if (!isManaged(x, root))
+  const auto attributes = xcb_get_window_attributes(x, root);
+  constexpr std::string_view names[] = {"_NET_SUPPORTING_WM_CHECK", "_NET_WM_NAME",
+                                        "_NET_SUPPORTED",           "_NET_WM_WINDOW_TYPE_DOCK",
+                                        "_NET_WM_STRUT_PARTIAL",    "_NET_WORKAREA"};
+  const auto atoms = x11::atoms(x, names);
+  if (!isManaged(x, attributes))
     return std::nullopt;
+  const auto checkAsked = x11::askProperty(x, root, atoms[0], 1);
+  const auto supportedAsked = x11::askProperty(x, root, atoms[2], mostSupported);
+  const auto check = x11::numbers(x, checkAsked);
+  const auto supported = x11::numbers(x, supportedAsked);
   WindowManager manager;
-  const auto check = read(x, root, "_NET_SUPPORTING_WM_CHECK").numbers;
-  // One that has ended leaves its mark on the root; a living one also on a window of its own.
-  if (check.empty() || read(x, check.front(), "_NET_SUPPORTING_WM_CHECK").numbers != check)
+  if (check.empty())
     return manager;
-  manager.name = read(x, check.front(), "_NET_WM_NAME").text;
-  const auto supported = read(x, root, "_NET_SUPPORTED").numbers;
-  const auto does = [&](std::string_view name) {
-    return std::ranges::count(supported, atomNamed(x, name)) > 0;
-  };
-  manager.knowsDocks = does("_NET_WM_WINDOW_TYPE_DOCK");
-  manager.keepsStruts = does("_NET_WM_STRUT_PARTIAL");
-  manager.tellsWorkArea = does("_NET_WORKAREA");
+  const auto itselfAsked = x11::askProperty(x, check.front(), atoms[0], 1);
+  const auto nameAsked = x11::askProperty(x, check.front(), atoms[1], longestName);
+  const auto itself = x11::numbers(x, itselfAsked);
+  std::string name = x11::text(x, nameAsked);
+  // One that has ended leaves its mark on the root; a living one also on a window of its own.
+  if (itself != check)
+    return manager;
+  manager.name = std::move(name);
+  const auto does = [&](xcb_atom_t what) { return std::ranges::count(supported, what) > 0; };
+  manager.knowsDocks = does(atoms[3]);
+  manager.keepsStruts = does(atoms[4]);
+  manager.tellsWorkArea = does(atoms[5]);
   return manager;
 }
 

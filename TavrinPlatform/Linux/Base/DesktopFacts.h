@@ -56,8 +56,8 @@ struct DesktopFacts {
 /// Of displays alone, without asking a bus.
 DesktopFacts readDisplays(const FileManager& files);
 
-/// Whether the toolkit can show windows: a display answers, or QT_QPA_PLATFORM names what it is to do
-/// without one.
+/// Whether the toolkit can show windows: a display answers, or QT_QPA_PLATFORM names what it is to
+/// do without one.
 bool showsWindows(const FileManager& files);
 
 /// The globals that the compositor behind WAYLAND_DISPLAY announces; no value where none answers.

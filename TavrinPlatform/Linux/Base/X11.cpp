@@ -1,14 +1,15 @@
 #include "TavrinPlatform/Linux/Base/X11.h"
 
 #include "TavrinPlatform/Linux/Base/OwnedReply.h"
+#include "TavrinPlatform/Linux/Base/XRequests.h"
 
 #include <QGuiApplication>
 #include <algorithm>
 #include <array>
 #include <cstdlib>
-#include <cstring>
 #include <map>
 #include <memory>
+#include <optional>
 #include <xcb/shape.h>
 // After the toolkit's headers: it defines words such as None and Bool.
 #include <X11/Xlib.h>
@@ -23,16 +24,28 @@ const QNativeInterface::QX11Application* toolkit() {
                                 : application->nativeInterface<QNativeInterface::QX11Application>();
 }
 
-using PropertyReply = OwnedReply<xcb_get_property_reply_t>;
-
-PropertyReply property(xcb_window_t window, const char* name, std::uint32_t longest) {
-  auto* x = connection();
-  if (x == nullptr || window == XCB_NONE)
-    return nullptr;
-  const auto cookie =
-      xcb_get_property(x, 0, window, atom(name), XCB_GET_PROPERTY_TYPE_ANY, 0, longest);
-  return owned(xcb_get_property_reply(x, cookie, nullptr));
-}
+/// What a tile asks for until it is shown.
+constexpr std::string_view usual[] = {"MANAGER",
+                                      "RESOURCE_MANAGER",
+                                      "_NET_ACTIVE_WINDOW",
+                                      "_NET_CLIENT_LIST",
+                                      "_NET_CLIENT_LIST_STACKING",
+                                      "_NET_SUPPORTED",
+                                      "_NET_SUPPORTING_WM_CHECK",
+                                      "_NET_WM_CM_S0",
+                                      "_NET_WM_DESKTOP",
+                                      "_NET_WM_STATE",
+                                      "_NET_WM_STATE_SKIP_PAGER",
+                                      "_NET_WM_STATE_SKIP_TASKBAR",
+                                      "_NET_WM_STATE_STICKY",
+                                      "_NET_WM_STRUT",
+                                      "_NET_WM_STRUT_PARTIAL",
+                                      "_NET_WM_WINDOW_TYPE",
+                                      "_NET_WM_WINDOW_TYPE_DOCK",
+                                      "_NET_WORKAREA",
+                                      "_TAVRIN_STRIP",
+                                      "_XSETTINGS_S0",
+                                      "_XSETTINGS_SETTINGS"};
 
 OwnedReply<xcb_get_window_attributes_reply_t> attributes(xcb_window_t window) {
   auto* x = connection();
@@ -90,27 +103,41 @@ xcb_atom_t atom(const char* name) {
   auto* x = connection();
   if (x == nullptr)
     return XCB_ATOM_NONE;
-  const auto cookie = xcb_intern_atom(x, 0, static_cast<std::uint16_t>(std::strlen(name)), name);
-  const auto reply = owned(xcb_intern_atom_reply(x, cookie, nullptr));
-  const xcb_atom_t atom = reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
-  known.emplace(name, atom);
-  return atom;
+  std::vector<std::string_view> names{name};
+  if (known.empty())
+    names.insert(names.end(), std::begin(usual), std::end(usual));
+  const auto numbers = atoms(x, names);
+  for (std::size_t i = 0; i < names.size(); ++i)
+    known.emplace(names[i], numbers[i]);
+  return numbers.front();
 }
 
 std::vector<std::uint32_t> numbers(xcb_window_t window, const char* name, std::uint32_t longest) {
-  const auto reply = property(window, name, longest);
-  if (!reply || reply->format != 32)
-    return {};
-  const auto* values = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
-  return {values, values + xcb_get_property_value_length(reply.get()) / 4};
+  return numbers(std::span(&window, 1), name, longest).front();
+}
+
+std::vector<std::vector<std::uint32_t>> numbers(std::span<const xcb_window_t> windows,
+                                                const char* name, std::uint32_t longest) {
+  std::vector<std::vector<std::uint32_t>> all(windows.size());
+  auto* x = connection();
+  if (x == nullptr)
+    return all;
+  const auto property = atom(name);
+  std::vector<std::optional<xcb_get_property_cookie_t>> asked;
+  for (const auto window : windows)
+    asked.push_back(window == XCB_NONE ? std::nullopt
+                                       : std::optional(askProperty(x, window, property, longest)));
+  for (std::size_t i = 0; i < windows.size(); ++i)
+    if (asked[i])
+      all[i] = numbers(x, *asked[i]);
+  return all;
 }
 
 std::string text(xcb_window_t window, const char* name, std::uint32_t longest) {
-  const auto reply = property(window, name, longest);
-  if (!reply || reply->format != 8)
+  auto* x = connection();
+  if (x == nullptr || window == XCB_NONE)
     return {};
-  return {static_cast<const char*>(xcb_get_property_value(reply.get())),
-          static_cast<std::size_t>(xcb_get_property_value_length(reply.get()))};
+  return text(x, askProperty(x, window, atom(name), longest));
 }
 
 void setNumbers(xcb_window_t window, const char* name, xcb_atom_t type,
@@ -156,11 +183,15 @@ bool hasCompositor() {
   return selectionOwner("_NET_WM_CM_S0") != XCB_NONE;
 }
 
-bool hasWindowManager() {
+xcb_window_t windowManager() {
   const xcb_window_t check = firstWindow("_NET_SUPPORTING_WM_CHECK");
   // A dead window manager leaves its mark on the root; a living one also on its own window.
   const auto itself = numbers(check, "_NET_SUPPORTING_WM_CHECK", 1);
-  return !itself.empty() && itself.front() == check;
+  return !itself.empty() && itself.front() == check ? check : xcb_window_t{XCB_NONE};
+}
+
+bool hasWindowManager() {
+  return windowManager() != XCB_NONE;
 }
 
 xcb_window_t activeWindow() {

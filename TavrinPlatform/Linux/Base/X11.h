@@ -2,6 +2,7 @@
 
 #include <QRect>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <vector>
 #include <xcb/xcb.h>
@@ -15,12 +16,15 @@ xcb_connection_t* connection();
 /// answer itself: it does so here, and the notes go.
 void forgetAnswered();
 xcb_window_t root();
-/// Asked of the server once for each name.
+/// Asked of the server once for each name; those that a tile starts with all together.
 xcb_atom_t atom(const char* name);
 
 /// At most `longest` items of a property of 32-bit items.
 std::vector<std::uint32_t> numbers(xcb_window_t window, const char* property,
                                    std::uint32_t longest = 64);
+/// The same of each of `windows`, in one round trip.
+std::vector<std::vector<std::uint32_t>> numbers(std::span<const xcb_window_t> windows,
+                                                const char* property, std::uint32_t longest = 64);
 /// A property of bytes, whatever its encoding is called, of at most `longest` times four.
 std::string text(xcb_window_t window, const char* property, std::uint32_t longest = 1024);
 void setNumbers(xcb_window_t window, const char* property, xcb_atom_t type,
@@ -38,6 +42,8 @@ void selectEvents(xcb_window_t window, std::uint32_t mask);
 /// The opposite.
 void ignoreEvents(xcb_window_t window, std::uint32_t mask);
 bool hasCompositor();
+/// The window by which a living window manager can be told; none where there is none.
+xcb_window_t windowManager();
 bool hasWindowManager();
 /// The window that the user is in, as the window manager tells; none when it does not.
 xcb_window_t activeWindow();

@@ -1,7 +1,8 @@
 #include "TavrinPlatform/Linux/Pasteboard/SelectionConnection.h"
 
+#include "TavrinPlatform/Linux/Base/XRequests.h"
+
 #include <algorithm>
-#include <cstring>
 #include <xcb/xfixes.h>
 
 namespace tavrin {
@@ -10,30 +11,30 @@ namespace {
 
 constexpr std::size_t largestChunk = 256 * 1024;
 
-constexpr const char* knownAtoms[] = {"CLIPBOARD",
-                                      "TARGETS",
-                                      "TIMESTAMP",
-                                      "MULTIPLE",
-                                      "INCR",
-                                      "UTF8_STRING",
-                                      "STRING",
-                                      "TEXT",
-                                      "text/plain",
-                                      "text/plain;charset=utf-8",
-                                      "text/html",
-                                      "text/uri-list",
-                                      "image/png",
-                                      "image/tiff",
-                                      "x-kde-passwordManagerHint",
-                                      "TAVRIN_CLOCK",
-                                      "TAVRIN_SELECTION_0",
-                                      "TAVRIN_SELECTION_1",
-                                      "TAVRIN_SELECTION_2",
-                                      "TAVRIN_SELECTION_3",
-                                      "TAVRIN_SELECTION_4",
-                                      "TAVRIN_SELECTION_5",
-                                      "TAVRIN_SELECTION_6",
-                                      "TAVRIN_SELECTION_7"};
+constexpr std::string_view knownAtoms[] = {"CLIPBOARD",
+                                           "TARGETS",
+                                           "TIMESTAMP",
+                                           "MULTIPLE",
+                                           "INCR",
+                                           "UTF8_STRING",
+                                           "STRING",
+                                           "TEXT",
+                                           "text/plain",
+                                           "text/plain;charset=utf-8",
+                                           "text/html",
+                                           "text/uri-list",
+                                           "image/png",
+                                           "image/tiff",
+                                           "x-kde-passwordManagerHint",
+                                           "TAVRIN_CLOCK",
+                                           "TAVRIN_SELECTION_0",
+                                           "TAVRIN_SELECTION_1",
+                                           "TAVRIN_SELECTION_2",
+                                           "TAVRIN_SELECTION_3",
+                                           "TAVRIN_SELECTION_4",
+                                           "TAVRIN_SELECTION_5",
+                                           "TAVRIN_SELECTION_6",
+                                           "TAVRIN_SELECTION_7"};
 
 } // namespace
 
@@ -61,16 +62,11 @@ xcb_window_t SelectionConnection::makeWindow() const {
 
 /// All in one round trip: between two quick copies there is no time for one each.
 void SelectionConnection::learnAtoms() {
-  std::vector<std::pair<const char*, xcb_intern_atom_cookie_t>> asked;
-  for (const char* name : knownAtoms)
-    asked.emplace_back(
-        name, xcb_intern_atom(x_.get(), 0, static_cast<std::uint16_t>(std::strlen(name)), name));
-  for (const auto& [name, cookie] : asked)
-    if (const ReplyPtr<xcb_intern_atom_reply_t> reply{
-            xcb_intern_atom_reply(x_.get(), cookie, nullptr)}) {
-      atoms_.emplace(name, reply->atom);
-      names_.emplace(reply->atom, name);
-    }
+  const auto atoms = x11::atoms(x_.get(), knownAtoms);
+  for (std::size_t i = 0; i < atoms.size(); ++i) {
+    atoms_.emplace(knownAtoms[i], atoms[i]);
+    names_.emplace(atoms[i], knownAtoms[i]);
+  }
 }
 
 void SelectionConnection::watch() {
@@ -91,10 +87,8 @@ void SelectionConnection::watch() {
 xcb_atom_t SelectionConnection::atom(const std::string& name) {
   if (const auto found = atoms_.find(name); found != atoms_.end())
     return found->second;
-  const auto cookie =
-      xcb_intern_atom(x_.get(), 0, static_cast<std::uint16_t>(name.size()), name.c_str());
-  const ReplyPtr<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(x_.get(), cookie, nullptr));
-  const xcb_atom_t atom = reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
+  const std::string_view names[] = {name};
+  const xcb_atom_t atom = x11::atoms(x_.get(), names).front();
   atoms_.emplace(name, atom);
   names_.emplace(atom, name);
   return atom;

@@ -1,6 +1,7 @@
 #include "TavrinPlatform/Linux/Slot/StartupNotice.h"
 
 #include "TavrinPlatform/Linux/Base/OwnedReply.h"
+#include "TavrinPlatform/Linux/Base/XRequests.h"
 
 #include <algorithm>
 #include <atomic>
@@ -65,15 +66,16 @@ public:
     event.response_type = XCB_CLIENT_MESSAGE;
     event.format = 8;
     event.window = window_;
-    event.type = atom("_NET_STARTUP_INFO_BEGIN");
-    const auto next = atom("_NET_STARTUP_INFO");
+    constexpr std::string_view names[] = {"_NET_STARTUP_INFO_BEGIN", "_NET_STARTUP_INFO"};
+    const auto atoms = x11::atoms(connection_, names);
+    event.type = atoms[0];
     for (std::size_t place = 0; place <= message.size(); place += messageRoom) {
       std::memset(event.data.data8, 0, messageRoom);
       const auto size = std::min(messageRoom, message.size() - place);
       std::memcpy(event.data.data8, message.data() + place, size);
       xcb_send_event(connection_, 0, root_, XCB_EVENT_MASK_PROPERTY_CHANGE,
                      reinterpret_cast<const char*>(&event));
-      event.type = next;
+      event.type = atoms[1];
     }
     // The server has them all before the connection goes.
     const OwnedReply<xcb_get_input_focus_reply_t> done(
@@ -81,14 +83,6 @@ public:
   }
 
 private:
-  xcb_atom_t atom(const std::string& name) {
-    const auto cookie =
-        xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(name.size()), name.c_str());
-    const OwnedReply<xcb_intern_atom_reply_t> reply(
-        xcb_intern_atom_reply(connection_, cookie, nullptr));
-    return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
-  }
-
   xcb_connection_t* connection_;
   xcb_window_t root_ = XCB_NONE;
   xcb_window_t window_ = XCB_NONE;

@@ -28,16 +28,15 @@ QRect pixels(const QScreen& screen) {
           (QSizeF(screen.geometry().size()) * screen.devicePixelRatio()).toSize()};
 }
 
-Strut strutOf(xcb_window_t window) {
-  Strut strut = x11::numbers(window, "_NET_WM_STRUT_PARTIAL", strutLength);
-  if (strut.size() == strutLength)
-    return strut;
-  strut = x11::numbers(window, "_NET_WM_STRUT", 4);
-  if (strut.size() != 4)
+/// Of _NET_WM_STRUT_PARTIAL, or else of the older _NET_WM_STRUT.
+Strut strutFrom(Strut partial, Strut plain) {
+  if (partial.size() == strutLength)
+    return partial;
+  if (plain.size() != 4)
     return {};
   for (int edge = 0; edge < 4; ++edge)
-    strut.insert(strut.end(), {0, std::numeric_limits<std::uint16_t>::max()});
-  return strut;
+    plain.insert(plain.end(), {0, std::numeric_limits<std::uint16_t>::max()});
+  return plain;
 }
 
 /// How far the work area stays from that edge of its screen, in points.
@@ -175,16 +174,27 @@ void StripRoom::reserve(xcb_window_t window, const QRect& tile, const QScreen& s
 
 bool StripRoom::look(bool atAll) {
   std::map<xcb_window_t, Listed> now;
-  bool isChanged = false;
+  std::vector<xcb_window_t> asked;
   for (const xcb_window_t window : x11::numbers(x11::root(), "_NET_CLIENT_LIST", 1024)) {
     const auto old = listed_.find(window);
-    Listed listed;
     // What had no strut when it came is an ordinary window, most likely.
     if (atAll || old == listed_.end() || !old->second.strut.empty())
-      listed.strut = strutOf(window);
-    if (!listed.strut.empty())
-      if (const auto mark = x11::numbers(window, tileMark, 1); !mark.empty())
-        listed.hidden = static_cast<int>(std::min<std::uint32_t>(mark.front(), 0xFFFF));
+      asked.push_back(window);
+    else
+      now.emplace(window, Listed());
+  }
+  // Of all at once: there may be a hundred windows, and this is looked at whenever a tile moves.
+  auto partial = x11::numbers(asked, "_NET_WM_STRUT_PARTIAL", strutLength);
+  auto plain = x11::numbers(asked, "_NET_WM_STRUT", 4);
+  const auto marks = x11::numbers(asked, tileMark, 1);
+  bool isChanged = false;
+  for (std::size_t i = 0; i < asked.size(); ++i) {
+    const xcb_window_t window = asked[i];
+    const auto old = listed_.find(window);
+    Listed listed;
+    listed.strut = strutFrom(std::move(partial[i]), std::move(plain[i]));
+    if (!listed.strut.empty() && !marks[i].empty())
+      listed.hidden = static_cast<int>(std::min<std::uint32_t>(marks[i].front(), 0xFFFF));
     const bool isPanel = !listed.strut.empty() && !listed.hidden;
     isChanged |= isPanel && (old == listed_.end() || old->second.strut != listed.strut);
     now.emplace(window, std::move(listed));

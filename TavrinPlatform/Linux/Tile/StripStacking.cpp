@@ -72,8 +72,7 @@ void StripStacking::rootChanged(xcb_atom_t property) {
 }
 
 void StripStacking::watchManager() {
-  const auto check = x11::numbers(x11::root(), "_NET_SUPPORTING_WM_CHECK", 1);
-  manager_ = x11::hasWindowManager() ? check.front() : xcb_window_t{XCB_NONE};
+  manager_ = x11::windowManager();
   if (manager_ != XCB_NONE) {
     x11::selectEvents(manager_, XCB_EVENT_MASK_STRUCTURE_NOTIFY);
     x11::ignoreEvents(x11::root(), XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY);

@@ -84,7 +84,6 @@ StripSurface::StripSurface(Environment environment)
   window_.onDragOver = [this](bool isOver) { autohide_.hold(StripAutohide::drag, isOver); };
   autohide_.setWanted(environment_.preferences().autohide);
   watchScreens();
-  arrange();
 }
 
 void StripSurface::preferencesChanged() {

@@ -394,13 +394,13 @@ void StripWindow::watchCompositor() {
   auto* x = x11::connection();
   if (x == nullptr)
     return;
-  isComposited_ = x11::hasCompositor();
   xcb_xfixes_select_selection_input(x, static_cast<xcb_window_t>(winId()),
                                     x11::atom("_NET_WM_CM_S0"),
                                     XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
                                         XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
                                         XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
   QCoreApplication::instance()->installNativeEventFilter(this);
+  isComposited_ = x11::hasCompositor();
 }
 
 bool StripWindow::nativeEventFilter(const QByteArray&, void* message, qintptr*) {
