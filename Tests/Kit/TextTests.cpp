@@ -1,7 +1,10 @@
 #include "Tests/Kit/Pixels.h"
 
+#include "TavrinWidgetsUI/Kit/Views/FontFile.h"
 #include "TavrinWidgetsUI/Kit/Views/TextEngine.h"
 
+#include <QFontDatabase>
+#include <QTextLayout>
 #include <chrono>
 #include <gmock/gmock.h>
 #include <limits>
@@ -42,6 +45,56 @@ TEST(Text, ASpaceAtItsEndHasItsWidthInEitherDirection) {
     EXPECT_GT(space, 2) << words;
     EXPECT_LT(space, 15) << words;
   }
+}
+
+TEST(Text, AFaceIsTakenFromItsFileWhereItHasOne) {
+  for (const auto weight : {FontWeight::regular, FontWeight::semibold})
+    EXPECT_FALSE(fontFile(QStringLiteral("Inter"), weight).isNull()) << int(weight);
+  EXPECT_NE(fontFile(QStringLiteral("inter"), FontWeight::regular).constData(),
+            fontFile(QStringLiteral("Inter"), FontWeight::bold).constData());
+  // What stands in for a family is another one.
+  for (const char* none : {"", "No Such Family", "Sans Serif", "monospace"})
+    EXPECT_TRUE(fontFile(QString::fromUtf8(none), FontWeight::regular).isNull()) << none;
+  EXPECT_TRUE(hasFontFamily(QStringLiteral("Inter")));
+  EXPECT_FALSE(hasFontFamily(QStringLiteral("No Such Family")));
+}
+
+TEST(Text, IsLaidOutAsByTheToolkitsFont) {
+  TextEngine engine;
+  // The face has the first ones; of the others some characters come from other fonts.
+  for (const char* words : {"Office — AVATAR", "Größe: ¾ ﬁn", "Привет, κόσμε", "\u65e5\u672c Tokyo",
+                            "\u0645\u0631\u062d\u0628\u0627", "a\u0301"})
+    for (const auto weight : {FontWeight::regular, FontWeight::bold}) {
+      const QString string = QString::fromUtf8(words);
+      QFont font(QStringLiteral("Inter"));
+      font.setPixelSize(100);
+      font.setWeight(static_cast<QFont::Weight>(weight));
+      font.setHintingPreference(QFont::PreferNoHinting);
+      QTextLayout layout(string, font);
+      layout.beginLayout();
+      const QTextLine line = layout.createLine();
+      layout.endLayout();
+      EXPECT_DOUBLE_EQ(engine.width(string, weight, 100, TextEngine::Digits::proportional),
+                       line.naturalTextWidth())
+          << words;
+      std::vector<TextEngine::DrawnLine> drawn;
+      engine.drawnLines = &drawn;
+      QImage image(10, 10, QImage::Format_ARGB32_Premultiplied);
+      QPainter painter(&image);
+      engine.draw(painter, string, weight, 100, {}, TextEngine::Digits::proportional);
+      engine.drawnLines = nullptr;
+      QPainterPath expected;
+      for (const QGlyphRun& run : layout.glyphRuns())
+        for (qsizetype i = 0; i < run.glyphIndexes().size(); ++i) {
+          QPainterPath path = run.rawFont().pathForGlyph(run.glyphIndexes()[i]);
+          if (path.isEmpty())
+            path.addRect(run.rawFont().boundingRect(run.glyphIndexes()[i]));
+          expected.addPath(path.translated(run.positions()[i] - QPointF(0, line.ascent())));
+        }
+      EXPECT_EQ(drawn.front().ink.boundingRect().toAlignedRect(),
+                expected.boundingRect().toAlignedRect())
+          << words;
+    }
 }
 
 TEST(Text, WidestFormReservesItsRoom) {

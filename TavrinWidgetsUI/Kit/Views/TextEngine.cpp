@@ -1,7 +1,7 @@
 #include "TavrinWidgetsUI/Kit/Views/TextEngine.h"
 
-#include <QFontDatabase>
-#include <QFontInfo>
+#include "TavrinWidgetsUI/Kit/Views/FontFile.h"
+
 #include <QGuiApplication>
 #include <QPainter>
 #include <QTextBoundaryFinder>
@@ -79,8 +79,7 @@ QString fallbackFamily() {
   // Without a desktop's choice the toolkit asks for "Sans Serif" and gets whatever comes first.
   const bool isChosen = !family.isEmpty() && family.compare(u"Sans Serif", Qt::CaseInsensitive) &&
                         family.compare(u"sans", Qt::CaseInsensitive);
-  return !isChosen && QFontDatabase::hasFamily(QStringLiteral("Inter")) ? QStringLiteral("Inter")
-                                                                        : family;
+  return !isChosen && hasFontFamily(QStringLiteral("Inter")) ? QStringLiteral("Inter") : family;
 }
 
 /// Set on the main thread; pictures are drawn in the pool, too.
@@ -117,8 +116,7 @@ QString interfaceFontFamily() {
 bool setInterfaceFontFamily(const QString& family) {
   // Before the first choice the fallback counts.
   usedFamily().get();
-  return usedFamily().set(!family.isEmpty() && QFontDatabase::hasFamily(family) ? family
-                                                                                : fallbackFamily());
+  return usedFamily().set(!family.isEmpty() && hasFontFamily(family) ? family : fallbackFamily());
 }
 
 const TextEngine::Face& TextEngine::face(FontWeight weight) {
@@ -131,7 +129,11 @@ const TextEngine::Face& TextEngine::face(FontWeight weight) {
         face.font.setPixelSize(static_cast<int>(referenceSize));
         face.font.setWeight(static_cast<QFont::Weight>(weight));
         face.font.setHintingPreference(QFont::PreferNoHinting);
-        face.raw = QRawFont::fromFont(face.font);
+        if (const QByteArray file = fontFile(face.font.family(), weight); !file.isNull())
+          face.raw.loadFromData(file, referenceSize, QFont::PreferNoHinting);
+        face.isFile = face.raw.isValid();
+        if (!face.isFile)
+          face.raw = QRawFont::fromFont(face.font);
         face.capHeight = face.raw.capHeight();
         const auto glyphs = face.raw.glyphIndexesForString(QStringLiteral("0123456789"));
         const auto advances = face.raw.advancesForGlyphIndexes(glyphs);
@@ -144,8 +146,22 @@ const TextEngine::Face& TextEngine::face(FontWeight weight) {
       });
 }
 
+/// With the face's file alone where it has all characters: who lays out with the font asks the
+/// toolkit for all fonts there are.
+void TextEngine::lay(QTextLayout& layout, const Face& face) {
+  const QList<uint> characters = layout.text().toUcs4();
+  const bool isEnough =
+      face.isFile && std::ranges::all_of(characters, [&](uint character) {
+        return character == QChar::LineSeparator || face.raw.supportsCharacter(character);
+      });
+  layout.setFont(face.font);
+  if (isEnough)
+    layout.setRawFont(face.raw);
+}
+
 void TextEngine::shapeWhole(Shaped& shaped, const Face& face, const QString& part) {
-  QTextLayout layout(part, face.font);
+  QTextLayout layout(part);
+  lay(layout, face);
   QTextOption option;
   option.setWrapMode(QTextOption::NoWrap);
   // A figure beside a space at the end has to keep its distance.
@@ -382,7 +398,8 @@ TextEngine::Attempt TextEngine::brokenInto(const QString& string, FontWeight wei
                                            int limit, bool breaksWords) {
   QString text = string;
   text.replace(u'\n', QChar(QChar::LineSeparator));
-  QTextLayout layout(text, face(weight).font);
+  QTextLayout layout(text);
+  lay(layout, face(weight));
   QTextOption option;
   option.setWrapMode(breaksWords ? QTextOption::WrapAtWordBoundaryOrAnywhere
                                  : QTextOption::WordWrap);

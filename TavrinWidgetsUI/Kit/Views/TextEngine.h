@@ -9,6 +9,7 @@
 #include <list>
 
 class QPainter;
+class QTextLayout;
 
 namespace tavrin {
 
@@ -77,6 +78,8 @@ private:
     FontWeight weight = FontWeight::regular;
     QFont font;
     QRawFont raw;
+    /// `raw` was made of the face's file.
+    bool isFile = false;
     double capHeight = 0;
     double digitWidth = 0;
     std::array<quint32, 10> digits = {};
@@ -105,6 +108,7 @@ private:
   void note(const QPainter& painter, const Shaped& text, double pointSize, QPointF origin);
   const Face& face(FontWeight weight);
   Shaped& shaped(const QString& string, FontWeight weight, Digits digits);
+  static void lay(QTextLayout& layout, const Face& face);
   void shapeTabular(Shaped& shaped, const Face& face);
   void shapeWhole(Shaped& shaped, const Face& face, const QString& part);
   QRawFont sized(const QRawFont& reference, double pointSize);
