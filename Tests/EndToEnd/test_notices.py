@@ -204,6 +204,33 @@ class Notices(DeskTest):
         self.click_notice()
         self.await_panel(process)
 
+    def test_a_notice_that_is_due_without_a_server_waits_for_one(self):
+        self.name_timer("Tea", announce=False)
+        self.server.kill()
+        self.server.wait(PATIENCE)
+        asked = self.desk.home / "asked.log"
+        with asked.open("w") as log:
+            self.desk.spawn(["dbus-monitor", "--session", "member='NameHasOwner',arg0='" + SERVER + "'"],
+                            stdout=log)
+        wait_for(lambda: asked.stat().st_size, "the monitor")
+
+        def questions():
+            return asked.read_text().count("member=NameHasOwner")
+
+        def start_waiting(count, *words):
+            process = self.start_notice(*words)
+            wait_for(lambda: questions() == count, f"{count} processes to find no server")
+            return process
+
+        first = start_waiting(1, "one", "First")
+        second = start_waiting(2, "one", "Second")
+        first.wait(PATIENCE)
+        other = start_waiting(3, "two", "Other")
+        self.server = self.start_server()
+        self.await_notices(2)
+        self.assertEqual({summary for summary, _, _ in self.take_all()}, {"Other", "Second"})
+        self.assertEqual([one.wait(PATIENCE) for one in (second, other)], [0, 0])
+
 
 if __name__ == "__main__":
     unittest.main()

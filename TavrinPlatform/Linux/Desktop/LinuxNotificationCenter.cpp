@@ -27,6 +27,8 @@ constexpr std::size_t longestNoticeTitle = 200;
 constexpr std::size_t longestBody = 1000;
 /// For how long a click on a notice that nobody closed is still waited for.
 constexpr double clickLimit = 3600;
+/// What a notice says is no news after that.
+constexpr std::chrono::hours newsLimit{1};
 /// Tells every process of this application that a notice is about to be shown, by its identifier.
 constexpr const char* ownPath = "/dev/quellby/tavrin/Notices";
 constexpr const char* ownInterface = "dev.quellby.tavrin.Notices";
@@ -152,29 +154,73 @@ NoticeWatch::NoticeWatch(Bus& bus) : bus_(bus) {
                       [this](sd_bus_message* signal) { shown_.erase(noticeNumber(signal)); });
   replaced_ = bus.match(std::string("type='signal',path='") + ownPath + "',interface='" +
                             ownInterface + "',member='" + replacingSignal + "'",
-                        [this](sd_bus_message* signal) { close(textArgument(signal)); });
+                        [this](sd_bus_message* signal) {
+                          const std::string identifier = textArgument(signal);
+                          waiting_.erase(identifier);
+                          close(identifier);
+                        });
   // What the old server showed went with it, and a new one counts from the beginning: a number
   // kept would be that of another program's notice.
   serverChanged_ =
       bus.match(std::string("type='signal',sender='") + busDaemon.service + "',path='" +
                     busDaemon.path + "',interface='" + busDaemon.interface +
                     "',member='NameOwnerChanged',arg0='" + server.service + "'",
-                [this](sd_bus_message*) { shown_.clear(); });
+                [this](sd_bus_message* signal) {
+                  shown_.clear();
+                  textArgument(signal); // the name
+                  textArgument(signal); // its former owner
+                  if (!textArgument(signal).empty())
+                    sendWaiting();
+                });
 }
 
-void NoticeWatch::show(const std::string& identifier, const std::string& title,
-                       const std::string& body, std::function<void()> click,
-                       std::function<void(const std::string& error)> answer) {
-  // This process hears it too, and before it is told the number of the new notice.
+void NoticeWatch::show(const Notice& notice) {
+  // This process hears it too, and before it is told what became of the new notice.
   BusMessage replacing = bus_.signal(ownPath, ownInterface, replacingSignal);
-  bus_.send(replacing.append("s", identifier.c_str()));
-  sendNotice(bus_, title, body,
-             [this, identifier, click = std::move(click),
-              answer = std::move(answer)](sd_bus_message* reply, const std::string& error) {
+  bus_.send(replacing.append("s", notice.identifier.c_str()));
+  send(notice, true);
+}
+
+void NoticeWatch::send(const Notice& notice, bool mayWait) {
+  sendNotice(bus_, notice.title, notice.body,
+             [this, notice, mayWait](sd_bus_message* reply, const std::string& error) {
+               if (reply == nullptr && mayWait) {
+                 wait(notice, error);
+                 return;
+               }
+               waiting_.erase(notice.identifier);
                if (reply != nullptr)
-                 shown_[noticeNumber(reply)] = {identifier, click};
-               answer(error);
+                 shown_[noticeNumber(reply)] = {notice.identifier, notice.click};
+               notice.answer(error);
              });
+}
+
+/// The bus is asked whether the server has refused the notice or is not there: its word and the
+/// signal that one has come are in order.
+void NoticeWatch::wait(const Notice& notice, const std::string& error) {
+  waiting_.try_emplace(notice.identifier, Waiting{notice, std::chrono::steady_clock::now()});
+  BusMessage question = bus_.method(busDaemon, "NameHasOwner");
+  bus_.call(question.append("s", server.service), [this, identifier = notice.identifier, error](
+                                                      sd_bus_message* reply, const std::string&) {
+    const auto place = waiting_.find(identifier);
+    if (place == waiting_.end())
+      return;
+    int isThere = 0;
+    if (reply != nullptr)
+      sd_bus_message_read_basic(reply, 'b', &isThere);
+    if (isThere != 0)
+      send(Notice(place->second.notice), false);
+    else
+      place->second.notice.answer(error);
+  });
+}
+
+void NoticeWatch::sendWaiting() {
+  std::erase_if(waiting_, [](const auto& one) {
+    return std::chrono::steady_clock::now() - one.second.since > newsLimit;
+  });
+  for (const auto& [identifier, one] : std::map(waiting_))
+    send(one.notice, true);
 }
 
 void NoticeWatch::close(const std::string& identifier) {
@@ -268,16 +314,15 @@ void LinuxNotificationCenter::keep(const UserNotificationRequest& request, doubl
 void LinuxNotificationCenter::show(const UserNotificationRequest& request) {
   if (!watch_)
     watch_ = std::make_unique<NoticeWatch>(*bus_);
-  watch_->show(
-      request.identifier, request.title, request.body,
-      [this] {
-        if (onClick)
-          onClick();
-      },
-      [this, title = request.title](const std::string& error) {
-        if (!error.empty())
-          log_.info("The notice \"" + title + "\" was not shown: " + error);
-      });
+  watch_->show({request.identifier, request.title, request.body,
+                [this] {
+                  if (onClick)
+                    onClick();
+                },
+                [this, title = request.title](const std::string& error) {
+                  if (!error.empty())
+                    log_.info("The notice \"" + title + "\" is not shown: " + error);
+                }});
 }
 
 std::optional<int> showNoticeIfAsked(int& argc, char** argv) {
@@ -291,13 +336,14 @@ std::optional<int> showNoticeIfAsked(int& argc, char** argv) {
   NoticeWatch watch(*bus);
   bool isShown = false;
   bool isAnswered = false;
-  watch.show(
-      argv[2], argv[3], argv[4], [] {},
-      [&](const std::string& error) {
-        isAnswered = true;
-        isShown = error.empty();
-      });
+  watch.show({argv[2], argv[3], argv[4], [] {},
+              [&](const std::string& error) {
+                isAnswered = true;
+                isShown = error.empty();
+              }});
   bus->waitUntil([&] { return isAnswered; }, noticeLimit);
+  bus->waitUntil([&] { return !watch.isWaiting(); },
+                 std::chrono::duration<double>(newsLimit).count());
   if (!isShown)
     return 1;
   bus->waitUntil([&] { return watch.isEmpty(); }, clickLimit);

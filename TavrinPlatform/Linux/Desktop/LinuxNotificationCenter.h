@@ -4,6 +4,7 @@
 #include "TavrinPlatform/Linux/Base/Bus.h"
 #include "TavrinPlatform/UserNotificationCenter.h"
 
+#include <chrono>
 #include <filesystem>
 #include <map>
 #include <optional>
@@ -11,16 +12,27 @@
 namespace tavrin {
 
 /// The notices that this process has on the screen, until each is clicked or closed, replaced by
-/// a newer one of its identifier, whichever process shows that, or gone with its server.
+/// a newer one of its identifier, whichever process shows that, or gone with its server. Where
+/// nobody shows notices they wait for somebody who does, for an hour.
 class NoticeWatch {
 public:
+  struct Notice {
+    std::string identifier;
+    std::string title;
+    std::string body;
+    /// The user clicks it.
+    std::function<void()> click;
+    /// Called with nothing once it is shown, or with why it is not: a notice that waits may be
+    /// shown after that.
+    std::function<void(const std::string& error)> answer;
+  };
+
   explicit NoticeWatch(Bus& bus);
 
-  /// Shows a notice and calls `answer` with nothing or why it is not shown; `click` when the user
-  /// clicks it. The bus must outlive what is shown, and this object the answer.
-  void show(const std::string& identifier, const std::string& title, const std::string& body,
-            std::function<void()> click, std::function<void(const std::string& error)> answer);
+  /// The bus must outlive what is shown, and this object the answer.
+  void show(const Notice& notice);
   bool isEmpty() const { return shown_.empty(); }
+  bool isWaiting() const { return !waiting_.empty(); }
   bool wasClicked() const { return wasClicked_; }
 
 private:
@@ -29,9 +41,19 @@ private:
     std::function<void()> click;
   };
 
+  struct Waiting {
+    Notice notice;
+    std::chrono::steady_clock::time_point since;
+  };
+
   void close(const std::string& identifier);
+  void send(const Notice& notice, bool mayWait);
+  void wait(const Notice& notice, const std::string& error);
+  void sendWaiting();
 
   Bus& bus_;
+  /// By identifier, until they are shown or refused.
+  std::map<std::string, Waiting> waiting_;
   /// By the server's numbers.
   std::map<std::uint32_t, Shown> shown_;
   bool wasClicked_ = false;
