@@ -227,6 +227,8 @@ RecordListControl::RecordListControl(const FieldInfo& field, const FormServices&
       Qt::AlignLeading);
   list()->onOpen = [this](int index) {
     commit();
+    if (draft_)
+      aside_ = draft_;
     open(index == open_ ? -1 : index);
   };
 }
@@ -278,13 +280,18 @@ bool RecordListControl::leadToMissing() {
 void RecordListControl::add() {
   if (leadToMissing())
     return;
+  const auto count = static_cast<int>(elements().size());
+  if (aside_) {
+    open(count, std::exchange(aside_, std::nullopt));
+    leadToMissing();
+    return;
+  }
   JSONValue::Object fresh;
   for (const auto& each : field().fields)
     if (each.isRequired)
       fresh.emplace(each.key, each.role == FieldRole::link   ? JSONValue("")
                               : each.type == FieldType::text ? JSONValue(translated("Untitled"))
                                                              : each.defaultValue);
-  const auto count = static_cast<int>(elements().size());
   draft_.reset();
   const bool isWhole = append(fresh);
   if (!isWhole)

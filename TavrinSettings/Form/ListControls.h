@@ -102,6 +102,8 @@ private:
   /// The element whose fields are shown; -1 for none. That of a draft is one beyond the last.
   int open_ = -1;
   std::optional<JSONValue::Object> draft_;
+  /// The draft that another record was opened over: the next that is added goes on with it.
+  std::optional<JSONValue::Object> aside_;
   QWidget* editor_;
   std::vector<FormRow*> rows_;
 };

@@ -133,6 +133,15 @@ TEST(FormKeys, ABookmarkThatLacksItsAddressIsKeptWhileAnotherIsAskedFor) {
   pressButton(rig, "Add bookmark");
   EXPECT_EQ(rig.value("bookmarks").compact(), R"([{"title":"Sun","url":"https://sun.example"}])");
   EXPECT_EQ(rig.control<QLineEdit>("Title")->text(), "") << "the next one";
+  // And while another is looked at.
+  FormRig::type(rig.control<QLineEdit>("Title"), "Moon");
+  auto* list = rig.control<PanelList>("Bookmarks");
+  list->onOpen(0);
+  QApplication::processEvents();
+  EXPECT_EQ(rig.control<QLineEdit>("Title")->text(), "Sun");
+  pressButton(rig, "Add bookmark");
+  EXPECT_EQ(rig.control<QLineEdit>("Title")->text(), "Moon");
+  EXPECT_THAT(rig.words().toStdString(), testing::HasSubstr("“Address” must be an address"));
 }
 
 TEST(FormKeys, TabLeadsFromAListIntoWhatIsOpenBelowIt) {
