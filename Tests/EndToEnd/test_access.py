@@ -2,7 +2,7 @@
 
 import unittest
 
-from desks.access_tree import AccessTree, start_accessibility
+from desks.access_tree import AccessTree, follow_focus, start_accessibility
 from desks.panel_probe import KINDS, SLOT, place, start, stop
 from rig import BUILD, Desk, wait_for
 
@@ -80,6 +80,22 @@ class Access(unittest.TestCase):
         wait_for(lambda: tile()["focused"], "the focus at the tile")
         self.desk.key("Escape")
         wait_for(lambda: not tile()["focused"], "the focus elsewhere")
+
+    def test_a_list_that_gets_the_keyboard_tells_its_row(self):
+        told = self.desk.home / "focus.log"
+        follow_focus(self.desk, told.name)
+        wait_for(told.read_text, "the listener")
+        place(self.desk, "emoji", "Faces")
+        process = start(self.desk)
+        self.addCleanup(stop, process)
+        self.open(process)
+        for _ in range(10):
+            before = self.focused(process)
+            if before[0] == "list":
+                break
+            self.desk.key("Tab")
+            wait_for(lambda: self.focused(process) not in (None, before), "Tab to move")
+        wait_for(lambda: told.read_text().splitlines()[-1] == "list item", "the row")
 
     def check_panel(self, panel, name):
         self.assertEqual(panel[0]["name"], name)

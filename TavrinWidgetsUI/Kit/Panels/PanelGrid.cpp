@@ -353,6 +353,7 @@ void PanelGrid::focusInEvent(QFocusEvent* event) {
   if (!currentIndex().isValid() && count() > 0)
     setCurrentCell(0);
   QListView::focusInEvent(event);
+  tellFocusedItem(*this);
 }
 
 } // namespace tavrin

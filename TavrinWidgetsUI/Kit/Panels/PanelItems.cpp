@@ -4,6 +4,7 @@
 #include "TavrinWidgetsUI/Kit/Panels/PanelPaint.h"
 #include "TavrinWidgetsUI/Kit/Panels/PanelStyle.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QContextMenuEvent>
 #include <QDrag>
@@ -27,6 +28,19 @@ void setUpPanelItems(QListView& view) {
   view.setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
   view.viewport()->setAutoFillBackground(false);
   view.viewport()->setAttribute(Qt::WA_Hover);
+}
+
+void tellFocusedItem(QListView& view) {
+  if (!QAccessible::isActive())
+    return;
+  const auto tell = [&view] {
+    if (!view.hasFocus() || !view.currentIndex().isValid())
+      return;
+    QAccessibleEvent event(&view, QAccessible::Focus);
+    event.setChild(view.currentIndex().row());
+    QAccessible::updateAccessibility(&event);
+  };
+  QMetaObject::invokeMethod(&view, tell, Qt::QueuedConnection);
 }
 
 PanelMenuRequest panelMenuRequest(const QAbstractItemView& view, const QContextMenuEvent& event) {

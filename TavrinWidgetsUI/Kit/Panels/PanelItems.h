@@ -18,6 +18,10 @@ namespace tavrin {
 /// stop, scrolling by points, hover.
 void setUpPanelItems(QListView& view);
 
+/// For a view that gets the keyboard: a screen reader is told of the current item, once it has been
+/// told of the view.
+void tellFocusedItem(QListView& view);
+
 /// What a menu is asked for, and where on the screen it opens. The index is invalid beside all
 /// items.
 struct PanelMenuRequest {

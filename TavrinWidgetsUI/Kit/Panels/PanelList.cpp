@@ -230,6 +230,7 @@ void PanelList::focusInEvent(QFocusEvent* event) {
   if (!currentIndex().isValid() && count() > 0)
     selectionModel()->setCurrentIndex(model()->index(0, 0), QItemSelectionModel::NoUpdate);
   QListView::focusInEvent(event);
+  tellFocusedItem(*this);
 }
 
 void PanelList::contextMenuEvent(QContextMenuEvent* event) {

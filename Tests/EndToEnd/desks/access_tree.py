@@ -139,6 +139,23 @@ for line in sys.stdin:
     print(json.dumps(answer), flush=True)
 """
 
+FOLLOWER = r"""
+import pyatspi
+
+def tell(event):
+    if event.detail1:
+        print(event.source.getRoleName(), flush=True)
+
+pyatspi.Registry.registerEventListener(tell, "object:state-changed:focused")
+print("listening", flush=True)
+pyatspi.Registry.start()
+"""
+
+
+def follow_focus(desk, log):
+    """Notes the role of whatever assistive technology is told to have the focus, a line each."""
+    return desk.spawn([sys.executable, "-c", FOLLOWER], log=log)
+
 
 def start_accessibility(desk):
     del desk.env["NO_AT_BRIDGE"]
