@@ -29,6 +29,7 @@ constexpr std::size_t longestBody = 1000;
 constexpr double clickLimit = 3600;
 /// What a notice says is no news after that.
 constexpr std::chrono::hours newsLimit{1};
+constexpr std::chrono::seconds slowAnswer{20};
 /// Tells every process of this application that a notice is about to be shown, by its identifier.
 constexpr const char* ownPath = "/dev/quellby/tavrin/Notices";
 constexpr const char* ownInterface = "dev.quellby.tavrin.Notices";
@@ -182,9 +183,12 @@ void NoticeWatch::show(const Notice& notice) {
 }
 
 void NoticeWatch::send(const Notice& notice, bool mayWait) {
+  const auto sent = std::chrono::steady_clock::now();
   sendNotice(bus_, notice.title, notice.body,
-             [this, notice, mayWait](sd_bus_message* reply, const std::string& error) {
-               if (reply == nullptr && mayWait) {
+             [this, notice, mayWait, sent](sd_bus_message* reply, const std::string& error) {
+               // A server that took as long as that may have it yet, and show it later.
+               const bool isSlow = std::chrono::steady_clock::now() - sent > slowAnswer;
+               if (reply == nullptr && mayWait && !isSlow) {
                  wait(notice, error);
                  return;
                }
