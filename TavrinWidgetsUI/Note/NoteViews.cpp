@@ -40,7 +40,8 @@ AnyView paper(const NoteSettings& note, const TileSize& size) {
                            .size(points)
                            .weight(FontWeight::medium)
                            .colour(isEmpty ? withContrast(mix(ink, paper, 0.35), paper) : ink)
-                           .lines(lineCount);
+                           .lines(lineCount)
+                           .ruled();
   const AnyView rules = noteRules({top + pitch, pitch, withOpacity(ink, 0.13)});
   const bool hasRoom = !isEmpty || size.isWide() || size.hasCaption();
   const AnyView content =

@@ -146,6 +146,30 @@ TEST(Text, AFilesNameIsCutInItsMiddle) {
   EXPECT_EQ(engine.elided(name, regular, 10, 0, TextEngine::Cut::middle), QString(QChar(0x2026)));
 }
 
+TEST(Text, SmallerTypeStaysOnTheRulesOfItsGround) {
+  const auto feet = [](const QString& words) {
+    const QImage image =
+        rendered(text(words).size(20).colour(palette::white).lines(3).ruled(), {90, 72});
+    std::vector<int> last;
+    for (int y = 0; y + 1 < image.height(); ++y) {
+      const auto hasInk = [&](int row) {
+        for (int x = 0; x < image.width(); ++x)
+          if (qAlpha(image.pixel(x, row)) > 100)
+            return true;
+        return false;
+      };
+      if (hasInk(y) && !hasInk(y + 1))
+        last.push_back(y);
+    }
+    return last;
+  };
+  const auto whole = feet(QStringLiteral("mn mn mn mn mn mn mn"));
+  const auto smaller = feet(QStringLiteral("mnmnmnmn mn mnmnmnmn"));
+  ASSERT_EQ(whole.size(), 3u);
+  ASSERT_EQ(smaller.size(), 3u);
+  EXPECT_EQ(smaller[2] - smaller[0], whole[2] - whole[0]);
+}
+
 // Each letter that is typed into a note breaks all of its text anew.
 TEST(Text, WhatNoTileCanShowCostsNothing) {
   const auto seconds = [](const QString& words, QStringList& lines) {

@@ -106,6 +106,12 @@ Text Text::spaced(double ratio) const {
   return result;
 }
 
+Text Text::ruled() const {
+  Text result = *this;
+  result.isRuled = true;
+  return result;
+}
+
 Text Text::widest(const QString& form) const {
   Text result = *this;
   result.widestForm = form;
@@ -161,7 +167,7 @@ void Text::paint(ViewContext& context, const QRectF& rect) const {
   if (lineLimit > 1) {
     const auto [parts, size] = context.text.lines(string, fontWeight, pointSize, leastSize(*this),
                                                   rect.width(), linesIn(*this, rect.height()));
-    const double line = size * leading;
+    const double line = (isRuled ? pointSize : size) * leading;
     double y = rect.y() + (rect.height() - line * double(parts.size())) / 2;
     for (const QString& part : parts) {
       drawLine(context, *this, part, size, {rect.x(), y, rect.width(), line}, Digits::proportional);

@@ -46,6 +46,7 @@ struct Text : Modifiers<Text> {
   /// A figure is never cut. It is set smaller down to this many points, and then overflows.
   std::optional<double> figureMinimum = {};
   bool isFileName = false;
+  bool isRuled = false;
 
   Text size(double points) const;
   Text weight(FontWeight weight) const;
@@ -55,6 +56,8 @@ struct Text : Modifiers<Text> {
   Text lines(int limit) const;
   /// Lines this far apart, by the type's size.
   Text spaced(double ratio) const;
+  /// On a ground with rules: lines in smaller type stand as far apart as in full size.
+  Text ruled() const;
   /// Digits as "8": `text("1:07").widest("88:88")` does not move as it ticks.
   Text widest(const QString& form) const;
   Text figure(double minimumPoints = 9) const;

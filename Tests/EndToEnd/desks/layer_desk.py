@@ -37,8 +37,9 @@ class Picture:
 
 
 def is_paper(colour):
+    """Of a note, or the ink on it."""
     red, green, blue = colour
-    return red > 180 and green > 140 and blue < 190 and green > blue
+    return red > 180 and green > 140 and blue < 190 and green > blue or 180 >= red > green > blue
 
 
 class Window:
@@ -73,7 +74,7 @@ class LayerDesk(ManagedDesk):
     @classmethod
     def tiles(cls, picture):
         """Each (None, x, y, width, height), as far as its body tells."""
-        row = SIZE[1] - 17  # Between a note's words and lines.
+        row = SIZE[1] - 17  # Below one corner and above the other.
         found = []
         for left, right in picture.runs(SIZE[0], lambda x: is_paper(picture.at(x, row))):
             column = (left + right) // 2
