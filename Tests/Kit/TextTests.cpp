@@ -62,8 +62,9 @@ TEST(Text, AFaceIsTakenFromItsFileWhereItHasOne) {
 TEST(Text, IsLaidOutAsByTheToolkitsFont) {
   TextEngine engine;
   // The face has the first ones; of the others some characters come from other fonts.
-  for (const char* words : {"Office — AVATAR", "Größe: ¾ ﬁn", "Привет, κόσμε", "\u65e5\u672c Tokyo",
-                            "\u0645\u0631\u062d\u0628\u0627", "a\u0301"})
+  for (const char* words :
+       {"Office — AVATAR", "12:30 (tea) – 50 %", "½ l, …«x» Å", "Größe: ¾ ﬁn", "Привет, κόσμε",
+        "\u65e5\u672c Tokyo", "\u0645\u0631\u062d\u0628\u0627", "a\u0301"})
     for (const auto weight : {FontWeight::regular, FontWeight::bold}) {
       const QString string = QString::fromUtf8(words);
       QFont font(QStringLiteral("Inter"));

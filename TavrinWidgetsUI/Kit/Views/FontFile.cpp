@@ -116,6 +116,22 @@ QByteArray fontFile(const QString& family, FontWeight weight) {
   return toolkitAsksFontconfig() ? found->get(family, weight) : QByteArray();
 }
 
+bool isEnough(const QRawFont& face, const QString& text) {
+  auto script = QChar::Script_Common;
+  for (const uint character : text.toUcs4()) {
+    if (character != QChar::LineSeparator && !face.supportsCharacter(character))
+      return false;
+    const auto its = QChar::script(character);
+    // The others are of the script they stand in.
+    if (its <= QChar::Script_Common || its == script)
+      continue;
+    if (script != QChar::Script_Common)
+      return false;
+    script = its;
+  }
+  return true;
+}
+
 bool hasFontFamily(const QString& family) {
   return !fontFile(family, FontWeight::regular).isNull() || QFontDatabase::hasFamily(family);
 }

@@ -3,6 +3,7 @@
 #include "TavrinWidgetsUI/Kit/Views/Text.h"
 
 #include <QByteArray>
+#include <QRawFont>
 
 namespace tavrin {
 
@@ -13,6 +14,10 @@ namespace tavrin {
 /// The toolkit finds the same face by a list of all fonts, which it makes for each process: half a
 /// kilobyte and five microseconds a font, of which a desktop may have some thousand.
 QByteArray fontFile(const QString& family, FontWeight weight);
+
+/// Whether `text` can be laid out with `face` alone: it has all characters, and they are of one
+/// script. For each further one the toolkit keeps an engine, and forgets the one before.
+bool isEnough(const QRawFont& face, const QString& text);
 
 /// Whether there is a font of that family, by the same short way where it leads there.
 bool hasFontFamily(const QString& family);

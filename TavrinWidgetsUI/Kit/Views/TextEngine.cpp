@@ -146,16 +146,11 @@ const TextEngine::Face& TextEngine::face(FontWeight weight) {
       });
 }
 
-/// With the face's file alone where it has all characters: who lays out with the font asks the
-/// toolkit for all fonts there are.
+/// With the face's file alone where that is enough: who lays out with the font asks the toolkit for
+/// all fonts there are.
 void TextEngine::lay(QTextLayout& layout, const Face& face) {
-  const QList<uint> characters = layout.text().toUcs4();
-  const bool isEnough =
-      face.isFile && std::ranges::all_of(characters, [&](uint character) {
-        return character == QChar::LineSeparator || face.raw.supportsCharacter(character);
-      });
   layout.setFont(face.font);
-  if (isEnough)
+  if (face.isFile && isEnough(face.raw, layout.text()))
     layout.setRawFont(face.raw);
 }
 
