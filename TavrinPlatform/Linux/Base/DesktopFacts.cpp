@@ -41,18 +41,19 @@ std::optional<WindowManager> readWindowManager(xcb_connection_t* x) {
   constexpr std::string_view names[] = {"_NET_SUPPORTING_WM_CHECK", "_NET_WM_NAME",
                                         "_NET_SUPPORTED",           "_NET_WM_WINDOW_TYPE_DOCK",
                                         "_NET_WM_STRUT_PARTIAL",    "_NET_WORKAREA"};
+  enum Place : std::size_t { itsWindow, itsName, supports, docks, struts, workArea };
   const auto atoms = x11::atoms(x, names);
   if (!isManaged(x, attributes))
     return std::nullopt;
-  const auto checkAsked = x11::askProperty(x, root, atoms[0], 1);
-  const auto supportedAsked = x11::askProperty(x, root, atoms[2], mostSupported);
+  const auto checkAsked = x11::askProperty(x, root, atoms[itsWindow], 1);
+  const auto supportedAsked = x11::askProperty(x, root, atoms[supports], mostSupported);
   const auto check = x11::numbers(x, checkAsked);
   const auto supported = x11::numbers(x, supportedAsked);
   WindowManager manager;
   if (check.empty())
     return manager;
-  const auto itselfAsked = x11::askProperty(x, check.front(), atoms[0], 1);
-  const auto nameAsked = x11::askProperty(x, check.front(), atoms[1], longestName);
+  const auto itselfAsked = x11::askProperty(x, check.front(), atoms[itsWindow], 1);
+  const auto nameAsked = x11::askProperty(x, check.front(), atoms[itsName], longestName);
   const auto itself = x11::numbers(x, itselfAsked);
   std::string name = x11::text(x, nameAsked);
   // One that has ended leaves its mark on the root; a living one also on a window of its own.
@@ -60,9 +61,9 @@ std::optional<WindowManager> readWindowManager(xcb_connection_t* x) {
     return manager;
   manager.name = std::move(name);
   const auto does = [&](xcb_atom_t what) { return std::ranges::count(supported, what) > 0; };
-  manager.knowsDocks = does(atoms[3]);
-  manager.keepsStruts = does(atoms[4]);
-  manager.tellsWorkArea = does(atoms[5]);
+  manager.knowsDocks = does(atoms[docks]);
+  manager.keepsStruts = does(atoms[struts]);
+  manager.tellsWorkArea = does(atoms[workArea]);
   return manager;
 }
 

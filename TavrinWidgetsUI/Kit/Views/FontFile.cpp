@@ -7,6 +7,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <vector>
 
 namespace tavrin {
 
@@ -116,7 +117,7 @@ QByteArray fontFile(const QString& family, FontWeight weight) {
   return toolkitAsksFontconfig() ? found->get(family, weight) : QByteArray();
 }
 
-bool isEnough(const QRawFont& face, const QString& text) {
+bool canLayOut(const QRawFont& face, const QString& text) {
   auto script = QChar::Script_Common;
   for (const uint character : text.toUcs4()) {
     if (character != QChar::LineSeparator && !face.supportsCharacter(character))

@@ -17,7 +17,7 @@ QByteArray fontFile(const QString& family, FontWeight weight);
 
 /// Whether `text` can be laid out with `face` alone: it has all characters, and they are of one
 /// script. For each further one the toolkit keeps an engine, and forgets the one before.
-bool isEnough(const QRawFont& face, const QString& text);
+bool canLayOut(const QRawFont& face, const QString& text);
 
 /// Whether there is a font of that family, by the same short way where it leads there.
 bool hasFontFamily(const QString& family);

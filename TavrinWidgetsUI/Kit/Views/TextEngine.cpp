@@ -150,7 +150,7 @@ const TextEngine::Face& TextEngine::face(FontWeight weight) {
 /// all fonts there are.
 void TextEngine::lay(QTextLayout& layout, const Face& face) {
   layout.setFont(face.font);
-  if (face.isFile && isEnough(face.raw, layout.text()))
+  if (face.isFile && canLayOut(face.raw, layout.text()))
     layout.setRawFont(face.raw);
 }
 
